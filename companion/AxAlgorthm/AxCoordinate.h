@@ -1,0 +1,39 @@
+#pragma once
+
+#include <AxAlgorthm/AxAlgorthmExport.h>
+#include <AxAlgorthm/CAxPoint2D.h>
+#include <AxAlgorthm/CAxVector3D.h>
+
+#include <vector>
+
+// Geodetic (WGS84) to UTM plane coordinates and back.
+//
+// Zone rule: a forward call takes the standard UTM zone and the hemisphere of its first point and keeps
+// them for all its points, so that a ring over a zone border, over the equator or over the antimeridian
+// stays in one plane. An inverse call uses the zone and hemisphere of the last successful forward call
+// on the same thread, whether that converted one point or a ring; before any it fails. Threads do not
+// disturb each other.
+//
+// Limits: latitudes from -80 up to but not including 84 degrees, longitudes from -360 to 360 degrees, and
+// no point more than 30 degrees of longitude from the zone's central meridian, where the projection still
+// inverts to well under a millimetre. Anything else, infinities and NaN make a call return false. A failed
+// forward call leaves the remembered zone as it was.
+
+/// One point, degrees to metres: x is the easting (false easting 500 km), y the northing (false northing
+/// 10,000 km on the southern hemisphere). On failure x and y keep their values.
+AXALGORTHM_EXPORT bool LatLng2UTM(double lat, double lng, double& x, double& y);
+
+/// The inverse; lng comes back in [-180, 180]. On failure lat and lng keep their values.
+AXALGORTHM_EXPORT bool UTM2LatLng(double x, double y, double& lat, double& lng);
+
+/// A ring of (longitude, latitude) points in degrees to (easting, northing) in metres. in and out may be
+/// the same object. False, with out left empty, when in is empty or any point cannot be converted.
+AXALGORTHM_EXPORT bool LatLng2UTM(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out);
+
+/// The inverse for a ring, under the same rules.
+AXALGORTHM_EXPORT bool UTM2LatLng(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out);
+
+/// Length in metres of the geodesic on the WGS84 ellipsoid between two (longitude, latitude, altitude)
+/// positions in degrees; altitudes are left out of account. INVALID_DOUBLE_VALUE when a coordinate is not
+/// finite or a latitude lies outside [-90, 90].
+AXALGORTHM_EXPORT double DistanceBetweenTwoLatLng(const CAxVector3D& from, const CAxVector3D& to);

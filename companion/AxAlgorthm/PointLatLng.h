@@ -1,0 +1,17 @@
+#pragma once
+
+#include <AxAlgorthm/AxAlgorthmExport.h>
+
+/// A geodetic point in degrees, latitude first; a value type.
+class AXALGORTHM_EXPORT PointLatLng
+{
+public:
+    PointLatLng(const double& lat, const double& lng) : m_lat(lat), m_lng(lng) {}
+
+    double Lat() const { return m_lat; }
+    double Lng() const { return m_lng; }
+
+private:
+    double m_lat;
+    double m_lng;
+};

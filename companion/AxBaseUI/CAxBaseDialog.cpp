@@ -1,0 +1,223 @@
+#include <AxBaseUI/CAxBaseDialog.h>
+
+#include <QCloseEvent>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int TitleHeight = 34;
+const QColor FrameColour(0x5a, 0x6b, 0x80);
+const QColor TitleColour(0x1f, 0x29, 0x37);
+const QColor BodyColour(0x2b, 0x37, 0x48);
+
+const char* const StyleSheet = R"(
+QWidget { color: #f3f6fa; background: transparent; }
+QLabel#m_pLabTitle { font-weight: bold; }
+QLineEdit, QPlainTextEdit, QListWidget { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px;
+    padding: 4px 6px; selection-background-color: #2f7de1; selection-color: #ffffff; }
+QLineEdit:focus { border-color: #6cb2ff; }
+QLineEdit:read-only { background: #2b3748; border-color: #4b5a6e; color: #c9d3e0; }
+QPushButton { background: #3d4d63; border: 1px solid #7a8ba3; border-radius: 3px; padding: 5px 18px;
+    min-width: 60px; }
+QPushButton:hover { background: #4b5f7a; }
+QPushButton:pressed { background: #2f3c4f; }
+QPushButton:focus { border: 2px solid #6cb2ff; padding: 4px 17px; }
+QPushButton:default { background: #1f5fb4; }
+QPushButton:default:hover { background: #2a6fc9; }
+QPushButton:disabled { color: #9aa7b8; }
+QPushButton#m_pBtnClose { background: transparent; border: none; padding: 0; min-width: 28px; font-size: 16px; }
+QPushButton#m_pBtnClose:hover { background: #b3343a; }
+QProgressBar { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px; text-align: center; }
+QProgressBar::chunk { background: #1f5fb4; }
+)";
+
+QPushButton* button(const QString& name)
+{
+    auto* const result = new QPushButton;
+    result->setObjectName(name);
+    result->setAutoDefault(false);
+    return result;
+}
+} // namespace
+
+CAxBaseDialog::CAxBaseDialog(QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::FramelessWindowHint), m_pLabTitle(new QLabel),
+      m_pBtnClose(button(QStringLiteral("m_pBtnClose"))), m_pBtnOK(button(QStringLiteral("m_pBtnOK"))),
+      m_pBtnCancel(button(QStringLiteral("m_pBtnCancel"))), m_pButtonRow(new QWidget),
+      m_pContentLayout(new QVBoxLayout)
+{
+    setStyleSheet(QString::fromLatin1(StyleSheet));
+    m_pLabTitle->setObjectName(QStringLiteral("m_pLabTitle"));
+    m_pLabTitle->setTextFormat(Qt::PlainText);
+    m_pBtnClose->setText(QString(QChar(0x00d7)));
+    m_pBtnClose->setFocusPolicy(Qt::NoFocus);
+
+    auto* const titleBar = new QWidget;
+    titleBar->setFixedHeight(TitleHeight);
+    auto* const titleRow = new QHBoxLayout(titleBar);
+    titleRow->setContentsMargins(12, 2, 4, 2);
+    titleRow->addWidget(m_pLabTitle, 1);
+    titleRow->addWidget(m_pBtnClose);
+
+    auto* const buttonRow = new QHBoxLayout(m_pButtonRow);
+    buttonRow->setContentsMargins(0, 0, 0, 0);
+    buttonRow->addStretch(1);
+    buttonRow->addWidget(m_pBtnOK);
+    buttonRow->addWidget(m_pBtnCancel);
+
+    auto* const body = new QVBoxLayout;
+    body->setContentsMargins(18, 14, 18, 14);
+    body->setSpacing(16);
+    body->addLayout(m_pContentLayout, 1);
+    body->addWidget(m_pButtonRow);
+
+    auto* const all = new QVBoxLayout(this);
+    all->setContentsMargins(1, 1, 1, 1);
+    all->setSpacing(0);
+    all->addWidget(titleBar);
+    all->addLayout(body, 1);
+    all->setSizeConstraint(QLayout::SetMinimumSize);
+
+    connect(m_pBtnOK, &QPushButton::clicked, this, &CAxBaseDialog::slotBtnAcceptClicked);
+    connect(m_pBtnCancel, &QPushButton::clicked, this, &CAxBaseDialog::slotBtnCancelClicked);
+    connect(m_pBtnClose, &QPushButton::clicked, this, &CAxBaseDialog::slotBtnCloseClicked);
+    updateButtons();
+}
+
+void CAxBaseDialog::SetWindowTitle(const QString& title)
+{
+    setWindowTitle(title);
+    m_pLabTitle->setText(title);
+}
+
+void CAxBaseDialog::SetBtnOKText(const QString& text)
+{
+    m_okText = text;
+    updateButtons();
+}
+
+void CAxBaseDialog::SetBtnCancelText(const QString& text)
+{
+    m_cancelText = text;
+    updateButtons();
+}
+
+void CAxBaseDialog::SetBtnHidden(bool okHidden, bool cancelHidden, bool closeHidden)
+{
+    m_okHidden = okHidden;
+    m_cancelHidden = cancelHidden;
+    m_closeHidden = closeHidden;
+    updateButtons();
+}
+
+void CAxBaseDialog::updateButtons()
+{
+    m_pBtnOK->setText(m_okText.isEmpty() ? tr("OK") : m_okText);
+    m_pBtnCancel->setText(!m_cancelText.isEmpty() ? m_cancelText : m_okHidden ? tr("Close") : tr("Cancel"));
+    m_pBtnClose->setToolTip(tr("Close"));
+    m_pBtnClose->setAccessibleName(tr("Close"));
+
+    m_pBtnOK->setVisible(!m_okHidden);
+    m_pBtnCancel->setVisible(!m_cancelHidden);
+    m_pButtonRow->setVisible(!m_okHidden || !m_cancelHidden);
+    m_pBtnClose->setVisible(!m_closeHidden || (m_okHidden && m_cancelHidden));
+    m_pBtnOK->setDefault(!m_okHidden);
+    m_pBtnCancel->setDefault(m_okHidden && !m_cancelHidden);
+}
+
+void CAxBaseDialog::slotBtnAcceptClicked()
+{
+    accept();
+}
+
+void CAxBaseDialog::slotBtnCancelClicked()
+{
+    reject();
+}
+
+void CAxBaseDialog::slotBtnCloseClicked()
+{
+    reject();
+}
+
+void CAxBaseDialog::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(rect(), BodyColour);
+    painter.fillRect(QRect(0, 0, width(), TitleHeight + 1), TitleColour);
+    painter.setPen(FrameColour);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
+void CAxBaseDialog::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        slotBtnCloseClicked();
+        return;
+    }
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    auto* const focused = qobject_cast<QPushButton*>(focusWidget());
+    if (focused && focused->isVisible())
+        focused->click();
+    else if (!m_okHidden)
+        m_pBtnOK->click();
+    else if (!m_cancelHidden)
+        m_pBtnCancel->click();
+    else
+        slotBtnCloseClicked();
+}
+
+void CAxBaseDialog::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton) {
+        QDialog::mousePressEvent(event);
+        return;
+    }
+    m_dragging = true;
+    m_grip = event->globalPos() - pos();
+    event->accept();
+}
+
+void CAxBaseDialog::mouseMoveEvent(QMouseEvent* event)
+{
+    if (!m_dragging) {
+        QDialog::mouseMoveEvent(event);
+        return;
+    }
+    move(event->globalPos() - m_grip);
+    event->accept();
+}
+
+void CAxBaseDialog::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_dragging = false;
+    QDialog::mouseReleaseEvent(event);
+}
+
+void CAxBaseDialog::closeEvent(QCloseEvent* event)
+{
+    if (event->spontaneous()) {
+        event->ignore();
+        slotBtnCloseClicked();
+        return;
+    }
+    QDialog::closeEvent(event);
+}
+
+void CAxBaseDialog::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        updateButtons();
+    QDialog::changeEvent(event);
+}

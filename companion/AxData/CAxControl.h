@@ -1,0 +1,43 @@
+#pragma once
+
+#include <AxData/AxDataExport.h>
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+
+/// The process-wide control object: network state and the project's modified flag. It lives from its first
+/// use to the end of the process, so it may be used at any time, even while the program shuts down.
+/// The first use belongs to the GUI thread. The modified flag may be read from any thread; everything else
+/// is called on the GUI thread.
+class AXDATA_EXPORT CAxControl : public QObject
+{
+    Q_OBJECT
+
+public:
+    static CAxControl* GetInstance();
+
+    /// Whether this machine is on a network now: some interface other than loopback is up, has a carrier
+    /// and has an address that reaches beyond its own link. Looks at the machine's interfaces anew on each
+    /// call and sends nothing, so it returns at once and does not know whether a given server answers.
+    bool IsNetWorkConnected() const;
+
+    /// Replaces the look at the interfaces, for a host that knows better and for tests; an empty function
+    /// restores it.
+    void SetNetworkProbe(std::function<bool()> probe);
+
+    bool IsProjectModified() const { return m_modified; }
+    void SetProjectModified(bool modified);
+
+signals:
+    /// Sent when the modified flag changes.
+    void projectModifiedChanged(bool modified);
+
+private:
+    CAxControl() = default;
+    ~CAxControl() override = default;
+
+    std::function<bool()> m_networkProbe;
+    std::atomic<bool> m_modified{false};
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <AxAlgorthm/AxMissionTypes.h>
+#include <AxData/AxDataExport.h>
+
+/// The part of the planning parameters that concerns how a block's tasks are flown; owned by CAxTaskPara.
+class AXDATA_EXPORT CAxExtendedTaskParam
+{
+public:
+    /// The flying mode that has three sub-routes, one for each direction.
+    static constexpr int ThreeDirections = 2;
+
+    int GetFlyingMode() const { return m_flyingMode; }
+    void SetFlyingMode(int mode) { m_flyingMode = mode; }
+
+    ETaskType GetTaskType() const { return m_taskType; }
+    void SetTaskType(ETaskType type) { m_taskType = type; }
+
+    /// Which of the three sub-routes is shown: 0, 1 or 2. Written directly by the route display.
+    int direction = 0;
+
+private:
+    int m_flyingMode = 0;
+    ETaskType m_taskType = TaskOrthophoto;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <AxAlgorthm/CAxVector3D.h>
+#include <AxData/AxDataExport.h>
+#include <AxData/CAxBlock.h>
+
+#include <QList>
+#include <QMap>
+#include <QPair>
+#include <QPointF>
+#include <QString>
+
+/// One task (mission) of a block. Created by the host and handed to its block, which owns it from then on.
+/// A host with a planner of its own derives from this class. GUI thread only.
+class AXDATA_EXPORT CAxTask
+{
+public:
+    /// para are the planning parameters of the block that the task is for; they outlive the task.
+    CAxTask(const QString& id, const QString& name, CAxTaskPara* para);
+    virtual ~CAxTask();
+    CAxTask(const CAxTask&) = delete;
+    CAxTask& operator=(const CAxTask&) = delete;
+
+    QString GetTaskID() const { return m_id; }
+
+    QString GetTaskName() const { return m_name; }
+    void SetTaskName(const QString& name) { m_name = name; }
+
+    /// The ring of the task's own area as (longitude, latitude) in degrees.
+    QList<QPointF> GetTaskAnchors() const { return m_anchors; }
+    void SetTaskAnchors(const QList<QPointF>& ring) { m_anchors = ring; }
+
+    /// Points to be flown between route point index and the next one, for flying at a variable height;
+    /// replaces those given for that index before. A negative index changes nothing.
+    void InsertVariableHeightRoutePt(int index, const QList<CAxVector3D>& points);
+    /// The points given for that index, empty when there are none.
+    QList<CAxVector3D> GetVariableHeightRoutePt(int index) const;
+
+    /// The route as (latitude, longitude, altitude) points; lineMarkers gets the entry-point markers as
+    /// pairs of their number and place. An empty list means that the parameters do not allow a route; this
+    /// class itself plans none and always answers so.
+    virtual QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
+                                            CAxBlock::EBlockType blockType, int expectedRouteCount,
+                                            int appType);
+
+private:
+    QString m_id;
+    QString m_name;
+    QList<QPointF> m_anchors;
+    QMap<int, QList<CAxVector3D>> m_variableHeightPoints;
+
+public:
+    /// Which of the three sub-routes is shown: 0, 1 or 2. The same field as that of the extended task
+    /// parameters, so that it can be written from either place.
+    int& direction;
+};

@@ -1,0 +1,13 @@
+#include <AxData/CAxTaskPara.h>
+
+void CAxTaskPara::GetBandingOffset(double& left, double& right) const
+{
+    left = m_bandingLeft;
+    right = m_bandingRight;
+}
+
+void CAxTaskPara::SetBandingOffset(double left, double right)
+{
+    m_bandingLeft = left;
+    m_bandingRight = right;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <AxAlgorthm/AxMissionTypes.h>
+#include <AxAlgorthm/CAxAirLineParam.h>
+#include <AxData/AxDataExport.h>
+#include <AxData/CAxExtendedTaskParam.h>
+
+/// The planning parameters of a block. Owned by its CAxBlock, as are the records it hands out; none of the
+/// pointers is ever null. GUI thread only.
+class AXDATA_EXPORT CAxTaskPara
+{
+public:
+    EPlaneType GetPlaneType() const { return m_planeType; }
+    void SetPlaneType(EPlaneType type) { m_planeType = type; }
+
+    ECameraType GetCameraType() const { return m_cameraType; }
+    void SetCameraType(ECameraType type) { m_cameraType = type; }
+
+    /// How many parallel route lines the operator wants; 0 leaves it to the planner.
+    int GetExpectedRouteCount() const { return m_expectedRouteCount; }
+    void SetExpectedRouteCount(int count) { m_expectedRouteCount = count; }
+
+    /// Whether the flying height changes along the route.
+    bool IsChangeHighFlying() const { return m_changeHighFlying; }
+    void SetChangeHighFlying(bool change) { m_changeHighFlying = change; }
+
+    /// The widths of a strip block in metres to the left and to the right of its centre line.
+    void GetBandingOffset(double& left, double& right) const;
+    void SetBandingOffset(double left, double right);
+
+    CAxAirLineParam* GetAirLineParam() { return &m_airLine; }
+    CAxExtendedTaskParam* GetExtendedTaskParam() { return &m_extended; }
+
+private:
+    EPlaneType m_planeType = PlaneFixedWing;
+    ECameraType m_cameraType = CameraFullFrame;
+    int m_expectedRouteCount = 0;
+    bool m_changeHighFlying = false;
+    double m_bandingLeft = 3.0;
+    double m_bandingRight = 3.0;
+    CAxAirLineParam m_airLine;
+    CAxExtendedTaskParam m_extended;
+};
