@@ -1,0 +1,69 @@
+#include "ReliefShade.h"
+
+#include <osg/Math>
+#include <osg/Vec3f>
+
+#include <cmath>
+
+namespace osgEarth {
+namespace {
+constexpr float kMetresPerDegree = 111320.0f;
+/** Light from the north-west, 45 degrees high: the convention of relief maps. */
+const osg::Vec3f kLight(-0.5f, 0.5f, 0.70710678f);
+/** How far shade may move a colour; beyond this the picture under it is lost. */
+constexpr float kStrength = 0.75f;
+constexpr float kDarkest = 0.5f;
+constexpr float kLightest = 1.35f;
+/** Sample spacing, metres, up to which slopes are shaded as they are. */
+constexpr float kTrueSlopeSpacing = 250.0f;
+
+/** Wide spacing flattens slopes; without this the Alps vanish from a view of the whole globe. */
+float exaggeration(float spacing)
+{
+    return std::clamp(std::sqrt(spacing / kTrueSlopeSpacing), 1.0f, 6.0f);
+}
+} // namespace
+
+ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster)
+    : _size(raster.size()), _factors(static_cast<std::size_t>(_size) * static_cast<std::size_t>(_size), 1.0f)
+{
+    const float stepDegrees = static_cast<float>(bounds.height()) / static_cast<float>(_size - 1);
+    const float spacing = stepDegrees * kMetresPerDegree;
+    const float scale = exaggeration(spacing);
+    const float aspect = static_cast<float>(bounds.width() / bounds.height());
+    std::size_t next = 0;
+    for (int row = 0; row < _size; ++row) {
+        const double latitude = bounds.south + static_cast<double>(stepDegrees) * row;
+        const float cosLat = std::max(0.05f, static_cast<float>(std::cos(osg::DegreesToRadians(latitude))));
+        const float perEast = scale / (2.0f * spacing * aspect * cosLat);
+        const float perNorth = scale / (2.0f * spacing);
+        for (int column = 0; column < _size; ++column) {
+            const float slopeEast = (raster.at(column + 1, row) - raster.at(column - 1, row)) * perEast;
+            const float slopeNorth = (raster.at(column, row + 1) - raster.at(column, row - 1)) * perNorth;
+            float& factor = _factors[next++];
+            if (slopeEast == 0.0f && slopeNorth == 0.0f)
+                continue;
+            _level = false;
+            const float length = std::sqrt(slopeEast * slopeEast + slopeNorth * slopeNorth + 1.0f);
+            const float lit =
+                std::max(0.0f, (-slopeEast * kLight.x() - slopeNorth * kLight.y() + kLight.z()) / length);
+            factor = std::clamp(1.0f + kStrength * (lit - kLight.z()) / kLight.z(), kDarkest, kLightest);
+        }
+    }
+}
+
+float ReliefShade::factor(float u, float v) const
+{
+    const float x = std::clamp(u, 0.0f, 1.0f) * static_cast<float>(_size - 1);
+    const float y = std::clamp(v, 0.0f, 1.0f) * static_cast<float>(_size - 1);
+    const int column = std::min(static_cast<int>(x), _size - 2);
+    const int row = std::min(static_cast<int>(y), _size - 2);
+    const float fx = x - static_cast<float>(column);
+    const float fy = y - static_cast<float>(row);
+    const float* f =
+        _factors.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(_size) + column;
+    const float south = f[0] + (f[1] - f[0]) * fx;
+    const float north = f[_size] + (f[_size + 1] - f[_size]) * fx;
+    return south + (north - south) * fy;
+}
+} // namespace osgEarth

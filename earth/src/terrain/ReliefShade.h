@@ -1,0 +1,33 @@
+#ifndef OSGEARTH_TERRAIN_RELIEF_SHADE_H
+#define OSGEARTH_TERRAIN_RELIEF_SHADE_H 1
+
+#include "HeightRaster.h"
+
+#include <vector>
+
+namespace osgEarth {
+/**
+ * How much lighter or darker relief makes the ground, as a factor for its
+ * colour: 1 on level ground, above 1 on slopes that face the light in the
+ * north-west, below 1 on those that turn away. The light belongs to the map
+ * and not to the sun, so that hills read the same at any hour.
+ */
+class ReliefShade
+{
+public:
+    /** Needs a raster with a margin of at least one sample. */
+    ReliefShade(const TileBounds& bounds, const HeightRaster& raster);
+
+    /** Factor at (u, v), each 0 to 1 from the south-west corner; bilinear. */
+    float factor(float u, float v) const;
+    /** Whether the tile is level throughout, so that every factor is 1. */
+    bool isLevel() const { return _level; }
+
+private:
+    int _size;
+    bool _level = true;
+    std::vector<float> _factors;
+};
+} // namespace osgEarth
+
+#endif

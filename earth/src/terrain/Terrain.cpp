@@ -1,0 +1,150 @@
+#include <osgEarth/Terrain>
+
+#include "PickRay.h"
+#include "TileNode.h"
+
+#include <osgEarth/SpatialReference>
+#include <osgEarth/TerrainEngineNode>
+#include <osgViewer/View>
+
+#include <algorithm>
+#include <cmath>
+
+namespace osgEarth {
+namespace {
+bool toGeographic(const SpatialReference* from, const SpatialReference* geographic, double x, double y,
+                  osg::Vec3d& out)
+{
+    if (!from || !std::isfinite(x) || !std::isfinite(y))
+        return false;
+    if (!from->transform(osg::Vec3d(x, y, 0.0), geographic, out))
+        return false;
+    if (out.y() < -90.0 || out.y() > 90.0)
+        return false;
+    out.x() = std::remainder(out.x(), 360.0);
+    return true;
+}
+
+void store(double height, double* aboveMSL, double* aboveEllipsoid)
+{
+    if (aboveMSL)
+        *aboveMSL = height;
+    if (aboveEllipsoid)
+        *aboveEllipsoid = height;
+}
+
+/** The view's camera and the position in its window, y upwards; null when there is none. */
+const osg::Camera* cameraUnder(osg::View* view, float mx, float my, float& x, float& y)
+{
+    x = mx;
+    y = my;
+    if (auto* viewerView = dynamic_cast<osgViewer::View*>(view))
+        if (const osg::Camera* camera = viewerView->getCameraContainingPosition(mx, my, x, y))
+            return camera;
+    return view ? view->getCamera() : nullptr;
+}
+} // namespace
+
+Terrain::Terrain(TerrainEngineNode* engine, osg::Node* graph, const Profile* profile)
+    : _engine(engine), _graph(graph), _profile(profile)
+{
+}
+
+bool Terrain::getHeight(const SpatialReference* srs, double x, double y, double* outHeightAboveMSL,
+                        double* outHeightAboveEllipsoid) const
+{
+    osg::Vec3d place;
+    double height = 0.0;
+    if (!_graph.valid() || !toGeographic(srs, getSRS()->getGeographicSRS(), x, y, place) ||
+        !_engine->heightAt(place.x(), place.y(), height))
+        return false;
+    store(height, outHeightAboveMSL, outHeightAboveEllipsoid);
+    return true;
+}
+
+bool Terrain::getHeight(osg::Node* patch, const SpatialReference* srs, double x, double y,
+                        double* outHeightAboveMSL, double* outHeightAboveEllipsoid) const
+{
+    const auto* tile = dynamic_cast<TileNode*>(patch);
+    osg::Vec3d place;
+    if (!tile || !toGeographic(srs, getSRS()->getGeographicSRS(), x, y, place))
+        return false;
+    const TileBounds& bounds = tile->content().bounds;
+    if (place.x() < bounds.west || place.x() > bounds.east || place.y() < bounds.south ||
+        place.y() > bounds.north)
+        return false;
+    store(tile->content().heightAt(place.x(), place.y()), outHeightAboveMSL, outHeightAboveEllipsoid);
+    return true;
+}
+
+bool Terrain::getWorldCoordsUnderMouse(osg::View* view, float mx, float my, osg::Vec3d& outWorld) const
+{
+    osg::ref_ptr<osg::Node> node;
+    return getWorldCoordsUnderMouse(view, mx, my, outWorld, node);
+}
+
+bool Terrain::getWorldCoordsUnderMouse(osg::View* view, float mx, float my, osg::Vec3d& outWorld,
+                                       osg::ref_ptr<osg::Node>& outNode) const
+{
+    float x = 0.0f;
+    float y = 0.0f;
+    const osg::Camera* camera = cameraUnder(view, mx, my, x, y);
+    TerrainRay ray;
+    return camera && _graph.valid() && pickRay(*camera, x, y, ray) &&
+           _engine->intersectRay(ray.origin, ray.direction, outWorld, &outNode);
+}
+
+void Terrain::addTerrainCallback(TerrainCallback* callback)
+{
+    if (!callback)
+        return;
+    removeTerrainCallback(callback);
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _callbacks.emplace_back(callback);
+}
+
+void Terrain::removeTerrainCallback(TerrainCallback* callback)
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _callbacks.erase(std::remove(_callbacks.begin(), _callbacks.end(), callback), _callbacks.end());
+}
+
+void Terrain::accept(osg::NodeVisitor& nv)
+{
+    osg::ref_ptr<osg::Node> graph;
+    if (_graph.lock(graph))
+        graph->accept(nv);
+}
+
+void Terrain::notifyTileAdded(const TileKey& key, osg::Node* tile)
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _added.push_back({key, tile});
+}
+
+void Terrain::fireQueuedTiles()
+{
+    // Callbacks may add and remove callbacks, so none runs under the lock.
+    std::vector<AddedTile> added;
+    std::vector<osg::ref_ptr<TerrainCallback>> callbacks;
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        if (_added.empty())
+            return;
+        added.swap(_added);
+        callbacks = _callbacks;
+    }
+    for (const auto& callback : callbacks) {
+        TerrainCallbackContext context(this);
+        for (const AddedTile& tile : added) {
+            osg::ref_ptr<osg::Node> node;
+            if (tile.node.lock(node))
+                callback->onTileAdded(tile.key, node.get(), context);
+            if (context.markedForRemoval())
+                break;
+        }
+        if (context.markedForRemoval())
+            removeTerrainCallback(callback.get());
+    }
+}
+} // namespace osgEarth

@@ -1,0 +1,77 @@
+#ifndef OSGEARTH_TERRAIN_TILE_CONTENT_H
+#define OSGEARTH_TERRAIN_TILE_CONTENT_H 1
+
+#include "HeightRaster.h"
+#include "TileMesh.h"
+
+#include <osg/Image>
+#include <osg/ref_ptr>
+#include <osg/StateSet>
+#include <osgEarth/Map>
+#include <osgEarth/TileKey>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace osgEarth {
+class HeightWindow;
+
+/** A tile's picture and the rectangle it covers, which may be an ancestor's. */
+struct TileTexture
+{
+    osg::ref_ptr<osg::StateSet> state;
+    TileBounds bounds;
+    unsigned level = 0;
+    /** Whether some layer has more to show below this level. */
+    bool refinable = true;
+};
+
+/** All that a tile is made of. Immutable once made, shared between threads. */
+struct TileContent
+{
+    TileKey key;
+    TileBounds bounds;
+    TileMesh mesh;
+    TileTexture texture;
+    /** The mesh's grid; answers height queries where no window does. */
+    HeightRaster heights;
+    /** Source samples at full resolution, finest source first; empty on coarse levels. */
+    std::vector<std::shared_ptr<const HeightWindow>> windows;
+    /** Metres by which deeper tiles may differ from this one's mesh. */
+    double geometricError = 0.0;
+    /** Whether deeper tiles would show anything that this one does not. */
+    bool refinable = true;
+    /** Of the layers, as the tile was made; see TileScene. */
+    int revision = 0;
+
+    /** Ground height at a place inside the tile, degrees to metres. */
+    double heightAt(double longitude, double latitude) const;
+};
+
+/** The layers of a map as they stand when a tile is made. */
+struct TileSources
+{
+    explicit TileSources(const Map& map);
+
+    /** Bottom layer first. */
+    std::vector<osg::ref_ptr<ImageLayer>> images;
+    /** Finest first. */
+    std::vector<osg::ref_ptr<ElevationLayer>> elevations;
+};
+
+TileBounds boundsOf(const TileKey& key);
+
+/** Deepest level at all: tiles of 0.15 m a texel. */
+constexpr unsigned kDeepestLevel = 19;
+
+/**
+ * Makes a tile: reads heights, builds the mesh and composes the picture, or
+ * takes over `parent`'s picture when that already shows all there is. Runs on
+ * any thread; may wait for files and the network.
+ */
+std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const TileSources& sources,
+                                                   const std::optional<TileTexture>& parent, int revision);
+} // namespace osgEarth
+
+#endif

@@ -1,0 +1,275 @@
+#include "TileNode.h"
+
+#include "TilePicture.h"
+
+#include <osg/Geode>
+#include <osg/Geometry>
+#include <osgUtil/CullVisitor>
+
+#include <cmath>
+
+namespace osgEarth {
+namespace {
+constexpr unsigned kOwnGeometry = 0;
+constexpr unsigned kQuarters = 1;
+
+/** A texel may cover this many pixels before the next level is fetched. */
+constexpr double kTexelPixels = 1.5;
+/** The surface may be off by this many pixels. */
+constexpr double kSurfacePixels = 1.0;
+constexpr double kMetresPerDegree = 111320.0;
+constexpr std::size_t kClusterIndices = 3 * 32;
+
+/**
+ * Height, metres, by which deeper tiles may rise above this one's samples:
+ * the bounds must hold them, or they would be culled with their parent.
+ */
+double headroom(const TileContent& content)
+{
+    constexpr double kCoarse = 3000.0;
+    constexpr unsigned kTrustedLevel = 8;
+    const double fromDetail = 4.0 * content.geometricError + 50.0;
+    return content.key.getLOD() < kTrustedLevel ? std::max(kCoarse, fromDetail) : fromDetail;
+}
+} // namespace
+
+TileNode::TileNode(const std::shared_ptr<TileScene>& scene, std::shared_ptr<const TileContent> content)
+    : _scene(scene)
+{
+    setCenterMode(USER_DEFINED_CENTER);
+    setNumChildrenThatCannotBeExpired(1);
+    osg::PagedLOD::addChild(new osg::Group, 0.0f, 1e30f);
+    setContent(std::move(content));
+    setName("Tile " + key().str());
+}
+
+TileNode::~TileNode()
+{
+    const TileKey mine = key();
+    _content.reset();
+    if (const auto scene = _scene.lock())
+        scene->remove(mine);
+}
+
+void TileNode::setContent(std::shared_ptr<const TileContent> content)
+{
+    _content = std::move(content);
+    const auto scene = _scene.lock();
+    if (scene)
+        scene->add(_content);
+
+    const TileMesh& mesh = _content->mesh;
+    double radius = 0.0;
+    for (const osg::Vec3f& position : mesh.positions)
+        radius = std::max(radius, static_cast<double>(position.length()));
+    setCenter(osg::Vec3f(mesh.origin));
+    setRadius(static_cast<float>(radius + headroom(*_content)));
+    _occludee = occludeeOf(mesh.origin, mesh.positions, headroom(*_content));
+
+    if (scene && _content->refinable) {
+        setRange(kQuarters, 0.0f, 1e30f);
+        setFileName(kQuarters, scene->quartersFileName(key()));
+    }
+    clusterTriangles();
+    buildDrawable();
+}
+
+void TileNode::buildDrawable()
+{
+    const TileMesh& mesh = _content->mesh;
+    const TileBounds& own = _content->bounds;
+    const TileBounds& picture = _content->texture.bounds;
+    const auto coordinate = [](double from, double extent, double pictureFrom, double pictureExtent,
+                               float unit) {
+        return pictureCoordinate(static_cast<float>((from + extent * unit - pictureFrom) / pictureExtent));
+    };
+
+    osg::ref_ptr<osg::Vec3Array> vertices = new osg::Vec3Array(mesh.positions.begin(), mesh.positions.end());
+    osg::ref_ptr<osg::Vec3Array> normals = new osg::Vec3Array(mesh.normals.begin(), mesh.normals.end());
+    osg::ref_ptr<osg::Vec2Array> coordinates = new osg::Vec2Array;
+    coordinates->reserve(static_cast<unsigned>(mesh.unit.size()));
+    for (const osg::Vec2f& unit : mesh.unit)
+        coordinates->push_back(
+            {coordinate(own.west, own.width(), picture.west, picture.width(), unit.x()),
+             coordinate(own.south, own.height(), picture.south, picture.height(), unit.y())});
+
+    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
+    geometry->setUseDisplayList(false);
+    geometry->setUseVertexBufferObjects(true);
+    geometry->setVertexArray(vertices);
+    geometry->setNormalArray(normals, osg::Array::BIND_PER_VERTEX);
+    geometry->setTexCoordArray(0, coordinates);
+    geometry->addPrimitiveSet(new osg::DrawElementsUShort(
+        GL_TRIANGLES, static_cast<unsigned>(mesh.indices.size()), mesh.indices.data()));
+    geometry->setStateSet(_content->texture.state);
+
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    geode->addDrawable(geometry);
+    osg::ref_ptr<osg::MatrixTransform> place = new osg::MatrixTransform(osg::Matrix::translate(mesh.origin));
+    place->addChild(geode);
+    setChild(kOwnGeometry, place);
+}
+
+void TileNode::clusterTriangles()
+{
+    _clusters.clear();
+    const TileMesh& mesh = _content->mesh;
+    for (std::size_t first = 0; first < mesh.surfaceIndexCount; first += kClusterIndices) {
+        const std::size_t last = std::min(first + kClusterIndices, mesh.surfaceIndexCount);
+        osg::BoundingBoxd box;
+        for (std::size_t i = first; i < last; ++i)
+            box.expandBy(osg::Vec3d(mesh.positions[mesh.indices[i]]));
+        _clusters.push_back({first, last, mesh.origin + box.center(), box.radius()});
+    }
+}
+
+osg::Group* TileNode::quarters()
+{
+    return getNumChildren() > kQuarters ? getChild(kQuarters)->asGroup() : nullptr;
+}
+
+TileNode* TileNode::quarterAt(double longitude, double latitude)
+{
+    osg::Group* group = quarters();
+    if (!group)
+        return nullptr;
+    const TileBounds& bounds = _content->bounds;
+    const unsigned east = longitude >= 0.5 * (bounds.west + bounds.east) ? 1u : 0u;
+    const unsigned south = latitude < 0.5 * (bounds.south + bounds.north) ? 2u : 0u;
+    return group->getNumChildren() == 4 ? static_cast<TileNode*>(group->getChild(south + east)) : nullptr;
+}
+
+bool TileNode::addChild(osg::Node* child)
+{
+    if (!osg::PagedLOD::addChild(child))
+        return false;
+    if (osg::Group* group = child->asGroup())
+        if (const auto scene = _scene.lock())
+            scene->onMerged(*group);
+    return true;
+}
+
+void TileNode::traverse(osg::NodeVisitor& nv)
+{
+    if (nv.getFrameStamp() && nv.getVisitorType() == osg::NodeVisitor::CULL_VISITOR)
+        setFrameNumberOfLastTraversal(nv.getFrameStamp()->getFrameNumber());
+
+    if (nv.getVisitorType() == osg::NodeVisitor::CULL_VISITOR) {
+        if (const auto scene = _scene.lock())
+            traverseForCull(nv, scene->view());
+        return;
+    }
+    if (nv.getTraversalMode() == osg::NodeVisitor::TRAVERSE_ACTIVE_CHILDREN) {
+        const bool deeper = _drawnAsQuarters && quarters();
+        getChild(deeper ? kQuarters : kOwnGeometry)->accept(nv);
+        return;
+    }
+    osg::Group::traverse(nv);
+}
+
+void TileNode::traverseForCull(osg::NodeVisitor& nv, const TerrainView& view)
+{
+    if (view.horizon.hides(_occludee))
+        return;
+    const double excess = _content->refinable ? excessError(view) : 0.0;
+    _drawnAsQuarters = excess > 1.0 && quarters();
+    if (_drawnAsQuarters) {
+        if (nv.getFrameStamp()) {
+            setTimeStamp(kQuarters, nv.getFrameStamp()->getReferenceTime());
+            setFrameNumber(kQuarters, nv.getFrameStamp()->getFrameNumber());
+        }
+        getChild(kQuarters)->accept(nv);
+        return;
+    }
+    getChild(kOwnGeometry)->accept(nv);
+    if (excess > 1.0)
+        requestQuarters(nv, static_cast<float>(excess));
+}
+
+void TileNode::requestQuarters(osg::NodeVisitor& nv, float priority)
+{
+    if (osg::NodeVisitor::DatabaseRequestHandler* pager = nv.getDatabaseRequestHandler())
+        pager->requestNodeFile(getFileName(kQuarters), nv.getNodePath(), priority, nv.getFrameStamp(),
+                               getDatabaseRequest(kQuarters), getDatabaseOptions());
+}
+
+double TileNode::distanceTo(const TerrainView& view) const
+{
+    // The nearest place of the tile, found in longitude and latitude; exact
+    // enough for a level of detail and free of the slack of a sphere.
+    const TileBounds& bounds = _content->bounds;
+    double longitude = view.eyeGeodetic.x();
+    const double middle = 0.5 * (bounds.west + bounds.east);
+    if (longitude < middle - 180.0)
+        longitude += 360.0;
+    else if (longitude > middle + 180.0)
+        longitude -= 360.0;
+    const osg::Vec3d nearest =
+        geodeticToWorld(std::clamp(longitude, bounds.west, bounds.east),
+                        std::clamp(view.eyeGeodetic.y(), bounds.south, bounds.north),
+                        std::clamp(view.eyeGeodetic.z(), _content->mesh.minHeight, _content->mesh.maxHeight));
+    return (nearest - view.eye).length();
+}
+
+double TileNode::excessError(const TerrainView& view) const
+{
+    const double pixel = view.pixelSize * (view.perspective ? std::max(0.1, distanceTo(view)) : 1.0);
+    double allowed = _content->geometricError / (kSurfacePixels * pixel);
+    if (_content->texture.refinable) {
+        const double texel = _content->bounds.height() * kMetresPerDegree / kTilePictureSize;
+        allowed = std::max(allowed, texel / (kTexelPixels * pixel));
+    }
+    return allowed;
+}
+
+bool TileNode::intersect(const TerrainRay& ray, double& distance, TileNode*& hit)
+{
+    const osg::Vec3d toCentre = osg::Vec3d(getCenter()) - ray.origin;
+    const double along = toCentre * ray.direction;
+    const double radius = getRadius();
+    if (along < -radius || along - radius > distance || toCentre.length2() - along * along > radius * radius)
+        return false;
+
+    bool found = false;
+    if (osg::Group* group = _drawnAsQuarters ? quarters() : nullptr) {
+        for (unsigned i = 0; i < group->getNumChildren(); ++i)
+            found = static_cast<TileNode*>(group->getChild(i))->intersect(ray, distance, hit) || found;
+        return found;
+    }
+
+    const TileMesh& mesh = _content->mesh;
+    const osg::Vec3d origin = ray.origin - mesh.origin;
+    for (const Cluster& cluster : _clusters) {
+        const osg::Vec3d to = cluster.centre - ray.origin;
+        const double t = to * ray.direction;
+        if (t < -cluster.radius || t - cluster.radius > distance ||
+            to.length2() - t * t > cluster.radius * cluster.radius)
+            continue;
+        for (std::size_t i = cluster.firstIndex; i < cluster.lastIndex; i += 3) {
+            // Möller and Trumbore, "Fast, minimum storage ray/triangle intersection", 1997.
+            const osg::Vec3d a(mesh.positions[mesh.indices[i]]);
+            const osg::Vec3d ab = osg::Vec3d(mesh.positions[mesh.indices[i + 1]]) - a;
+            const osg::Vec3d ac = osg::Vec3d(mesh.positions[mesh.indices[i + 2]]) - a;
+            const osg::Vec3d p = ray.direction ^ ac;
+            const double determinant = ab * p;
+            if (determinant <= 0.0)
+                continue;
+            const osg::Vec3d s = origin - a;
+            const double u = s * p;
+            if (u < 0.0 || u > determinant)
+                continue;
+            const osg::Vec3d q = s ^ ab;
+            const double v = ray.direction * q;
+            if (v < 0.0 || u + v > determinant)
+                continue;
+            const double d = (ac * q) / determinant;
+            if (d > 0.0 && d < distance) {
+                distance = d;
+                hit = this;
+                found = true;
+            }
+        }
+    }
+    return found;
+}
+} // namespace osgEarth

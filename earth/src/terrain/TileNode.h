@@ -1,0 +1,73 @@
+#ifndef OSGEARTH_TERRAIN_TILE_NODE_H
+#define OSGEARTH_TERRAIN_TILE_NODE_H 1
+
+#include "Horizon.h"
+#include "PickRay.h"
+#include "TileContent.h"
+#include "TileScene.h"
+
+#include <osg/MatrixTransform>
+#include <osg/PagedLOD>
+
+#include <memory>
+
+namespace osgEarth {
+/**
+ * One tile of the quadtree: its own geometry as the first child and, once the
+ * pager has brought it, a group of its four quarters as the second.
+ *
+ * Created on a pager thread with its content; joins the scene and is read on
+ * the update and cull traversals only.
+ */
+class TileNode : public osg::PagedLOD
+{
+public:
+    TileNode(const std::shared_ptr<TileScene>& scene, std::shared_ptr<const TileContent> content);
+
+    const TileContent& content() const { return *_content; }
+    const TileKey& key() const { return _content->key; }
+
+    /** Replaces the tile's own geometry and picture. Update traversal only. */
+    void setContent(std::shared_ptr<const TileContent> content);
+
+    /** The quarter that holds a place, while it is resident. */
+    TileNode* quarterAt(double longitude, double latitude);
+    osg::Group* quarters();
+
+    /** Nearest hit on what was drawn last, if nearer than `distance`, which then shrinks to it. */
+    bool intersect(const TerrainRay& ray, double& distance, TileNode*& hit);
+
+    using osg::PagedLOD::addChild;
+    bool addChild(osg::Node* child) override;
+    void traverse(osg::NodeVisitor& nv) override;
+
+protected:
+    ~TileNode() override;
+
+private:
+    /** Consecutive triangles of the mesh and a sphere around them. */
+    struct Cluster
+    {
+        std::size_t firstIndex;
+        std::size_t lastIndex;
+        osg::Vec3d centre;
+        double radius;
+    };
+
+    void buildDrawable();
+    void clusterTriangles();
+    void traverseForCull(osg::NodeVisitor& nv, const TerrainView& view);
+    void requestQuarters(osg::NodeVisitor& nv, float priority);
+    double distanceTo(const TerrainView& view) const;
+    /** How many times larger than allowed the tile's error is on screen; above 1 it wants its quarters. */
+    double excessError(const TerrainView& view) const;
+
+    std::weak_ptr<TileScene> _scene;
+    std::shared_ptr<const TileContent> _content;
+    OccludeePoint _occludee;
+    std::vector<Cluster> _clusters;
+    bool _drawnAsQuarters = false;
+};
+} // namespace osgEarth
+
+#endif

@@ -1,0 +1,115 @@
+#include "TilePicture.h"
+
+#include "ReliefShade.h"
+#include "TileContent.h"
+
+#include <osg/Texture2D>
+#include <osgEarth/ImageLayer>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+namespace osgEarth {
+namespace {
+using Pixel = std::array<std::uint8_t, 4>;
+
+/** Where no layer has anything: a muted sea blue, so that a globe without pictures still shows relief. */
+constexpr std::array<float, 3> kGround{52.0f, 74.0f, 98.0f};
+
+void blend(std::vector<float>& rgb, const osg::Image& layer, float opacity)
+{
+    const int size = kTilePictureSize;
+    if (layer.s() != size || layer.t() != size || layer.getPixelFormat() != GL_RGBA ||
+        layer.getDataType() != GL_UNSIGNED_BYTE)
+        return;
+    float* out = rgb.data();
+    for (int row = 0; row < size; ++row) {
+        const std::uint8_t* in = layer.data(0, row);
+        for (int column = 0; column < size; ++column, in += 4, out += 3) {
+            const float alpha = opacity * static_cast<float>(in[3]) / 255.0f;
+            if (alpha <= 0.0f)
+                continue;
+            for (int band = 0; band < 3; ++band)
+                out[band] += (static_cast<float>(in[band]) - out[band]) * alpha;
+        }
+    }
+}
+
+void shadeAndStore(const std::vector<float>& rgb, const ReliefShade& shade, std::uint8_t* out)
+{
+    const float* in = rgb.data();
+    for (int row = 0; row < kTilePictureSize; ++row)
+        for (int column = 0; column < kTilePictureSize; ++column, in += 3, out += 4) {
+            const float factor = shade.isLevel()
+                                     ? 1.0f
+                                     : shade.factor(static_cast<float>(column) / (kTilePictureSize - 1),
+                                                    static_cast<float>(row) / (kTilePictureSize - 1));
+            for (int band = 0; band < 3; ++band)
+                out[band] = static_cast<std::uint8_t>(std::min(255.0f, in[band] * factor + 0.5f));
+            out[3] = 255;
+        }
+}
+
+void halve(const std::uint8_t* in, int size, std::uint8_t* out)
+{
+    const int half = size / 2;
+    for (int row = 0; row < half; ++row)
+        for (int column = 0; column < half; ++column) {
+            const std::uint8_t* p = in + 4 * (2 * row * size + 2 * column);
+            for (int band = 0; band < 4; ++band)
+                *out++ = static_cast<std::uint8_t>(
+                    (p[band] + p[4 + band] + p[4 * size + band] + p[4 * size + 4 + band] + 2) / 4);
+        }
+}
+} // namespace
+
+osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds& /*bounds*/,
+                                            const TileSources& sources, const ReliefShade& shade)
+{
+    constexpr std::size_t texels = static_cast<std::size_t>(kTilePictureSize) * kTilePictureSize;
+    std::vector<float> rgb(3 * texels);
+    for (std::size_t i = 0; i < rgb.size(); ++i)
+        rgb[i] = kGround[i % 3];
+    for (const auto& layer : sources.images) {
+        const GeoImage picture = layer->createImage(key);
+        if (picture.valid())
+            blend(rgb, *picture.getImage(), layer->getOpacity());
+    }
+
+    osg::Image::MipmapDataType offsets;
+    std::size_t bytes = 4 * texels;
+    for (std::size_t size = kTilePictureSize / 2; size >= 1; size /= 2) {
+        offsets.push_back(static_cast<unsigned>(bytes));
+        bytes += 4 * size * size;
+    }
+    auto data = std::make_unique<unsigned char[]>(bytes);
+    shadeAndStore(rgb, shade, data.get());
+    std::size_t from = 0;
+    int size = kTilePictureSize;
+    for (const unsigned offset : offsets) {
+        halve(data.get() + from, size, data.get() + offset);
+        from = offset;
+        size /= 2;
+    }
+
+    osg::ref_ptr<osg::Image> image = new osg::Image;
+    image->setImage(kTilePictureSize, kTilePictureSize, 1, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE,
+                    data.release(), osg::Image::USE_NEW_DELETE);
+    image->setMipmapLevels(offsets);
+    return image;
+}
+
+osg::ref_ptr<osg::StateSet> makeTileStateSet(osg::Image* picture)
+{
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(picture);
+    texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
+    texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
+    texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
+    texture->setFilter(osg::Texture::MAG_FILTER, osg::Texture::LINEAR);
+    texture->setUnRefImageDataAfterApply(true);
+    osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
+    state->setTextureAttribute(0, texture);
+    return state;
+}
+} // namespace osgEarth
