@@ -161,7 +161,7 @@ private:
         const osg::Vec3d& a = _grid[offset(t.a)];
         const osg::Vec3d& b = _grid[offset(t.b)];
         const osg::Vec3d& c = _grid[offset(t.c)];
-        if (((b - a) ^ (c - a)).length2() <= 1e-12)
+        if (((b - a) ^ (c - a)).length2() <= 1e-6)
             return;
         for (const GridPoint p : {t.a, t.c, t.b})
             _mesh.indices.push_back(vertex(p));
