@@ -1,0 +1,131 @@
+#include "CameraMoves.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace osgEarth::Util {
+namespace {
+
+/** 1 where the heading is held to north, 0 close to a pole, where north spins. */
+double northHold(double latitude)
+{
+    const double kHoldBelow = osg::DegreesToRadians(60.0);
+    const double kFreeAbove = osg::DegreesToRadians(80.0);
+    const double t = std::clamp((std::abs(latitude) - kHoldBelow) / (kFreeAbove - kHoldBelow), 0.0, 1.0);
+    return 1.0 - t * t * (3.0 - 2.0 * t);
+}
+
+/** Distance along the ray to the sphere round the origin, or to the limb when it passes by. */
+double reachOnSphere(const Ray& ray, double radius)
+{
+    const double middle = -(ray.origin * ray.direction);
+    const double half2 = radius * radius - (ray.origin * ray.origin - middle * middle);
+    return half2 > 0.0 ? middle - std::sqrt(half2) : middle;
+}
+
+} // namespace
+
+void carry(const osg::EllipsoidModel& ellipsoid, const osg::Quat& turn, HeadingRule rule, CameraPose& pose)
+{
+    const Geodetic from = toGeodetic(ellipsoid, pose.center);
+    Geodetic to = toGeodetic(ellipsoid, turn * pose.center);
+    to.height = from.height;
+
+    double heading = 0.0;
+    double pitch = 0.0;
+    anglesOf(pose.rotation, heading, pitch);
+    const osg::Quat frame = frameAt(to.latitude, to.longitude);
+    double turned = 0.0;
+    double ignored = 0.0;
+    anglesOf(pose.rotation * pose.frame * turn * frame.inverse(), turned, ignored);
+    const double free = rule == HeadingRule::TurnFreely
+                            ? 1.0
+                            : 1.0 - std::min(northHold(from.latitude), northHold(to.latitude));
+
+    pose.center = toWorld(ellipsoid, to);
+    pose.frame = frame;
+    pose.rotation = rotationOf(heading + free * wrapAngle(turned - heading), pitch);
+}
+
+void slide(const osg::EllipsoidModel& ellipsoid, double right, double forward, HeadingRule rule,
+           CameraPose& pose)
+{
+    const double metres = std::hypot(right, forward);
+    if (!(metres > 0.0) || !std::isfinite(metres))
+        return;
+    double heading = 0.0;
+    double pitch = 0.0;
+    anglesOf(pose.rotation, heading, pitch);
+    const double course = heading + std::atan2(right, forward);
+    const osg::Vec3d along = pose.frame * osg::Vec3d(std::sin(course), std::cos(course), 0.0);
+    osg::Vec3d axis = pose.center ^ along;
+    if (axis.normalize() == 0.0)
+        return;
+    // A quarter of the globe is as far as one step can sensibly go.
+    carry(ellipsoid, osg::Quat(std::min(metres / pose.center.length(), osg::PI_2), axis), rule, pose);
+}
+
+bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, const Ray& sight,
+                HeadingRule rule, CameraPose& pose)
+{
+    const double radius = point.length();
+    if (!(radius > 1.0) || !isFinite(point))
+        return false;
+    // Each round turns the globe by what is still missing. Holding the heading
+    // and the height above the ellipsoid leaves a rest that shrinks from round
+    // to round; where it does not, close to a pole seen from afar, the heading
+    // is let go.
+    constexpr int kRounds = 16;
+    double lastMiss = 1e300;
+    for (int i = 0; i < kRounds; ++i) {
+        const Ray ray = transformed(sight, cameraMatrix(pose));
+        const double away = (point - ray.origin).length();
+        const bool outside = ray.origin.length() > radius;
+        const double reach = outside ? std::min(reachOnSphere(ray, radius), 4.0 * away) : away;
+        osg::Vec3d target = ray.origin + ray.direction * std::max(reach, 0.0);
+        if (target.normalize() == 0.0)
+            return false;
+        osg::Quat turn;
+        turn.makeRotate(target, point / radius);
+        const double miss = (target - point / radius).length();
+        if (miss * radius < 1e-6 * away)
+            break;
+        if (i > 2 && miss > 0.7 * lastMiss)
+            rule = HeadingRule::TurnFreely;
+        lastMiss = miss;
+        carry(ellipsoid, turn, rule, pose);
+    }
+    return true;
+}
+
+void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,
+            HeadingRule rule, const std::optional<ZoomAnchor>& anchor, CameraPose& pose)
+{
+    if (!(factor > 0.0) || !std::isfinite(factor))
+        return;
+    if (anchor) {
+        // Measured to the level of the point under the cursor, the distance
+        // shrinks to nothing there and not before or behind it.
+        const osg::Vec3d eye = eyeOf(pose);
+        const osg::Quat world = pose.rotation * pose.frame;
+        const Ray middle{eye, world * osg::Vec3d(0, 0, -1)};
+        const double level = reachOnSphere(middle, anchor->point.length());
+        if (level > 0.25 * pose.distance && level < 4.0 * pose.distance) {
+            pose.center = eye + middle.direction * level;
+            pose.distance = level;
+            pose.frame = frameAt(ellipsoid, pose.center);
+            pose.rotation = world * pose.frame.inverse();
+        }
+    }
+    pose.distance = std::clamp(pose.distance * factor, nearest, farthest);
+    if (!anchor)
+        return;
+    const Ray ray = transformed(anchor->sight, cameraMatrix(pose));
+    const double radius = anchor->point.length();
+    const double middle = -(ray.origin * ray.direction);
+    const bool hits = middle > 0.0 && ray.origin * ray.origin - middle * middle < radius * radius;
+    if (hits && ray.origin.length() > radius)
+        bringUnder(ellipsoid, anchor->point, anchor->sight, rule, pose);
+}
+
+} // namespace osgEarth::Util

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "CameraPose.h"
+
+namespace osgEarth::Util {
+
+/** What the heading does while the camera travels over the globe. */
+enum class HeadingRule
+{
+    KeepNorth, ///< stays the same angle from north, except near the poles where it turns with the ground
+    TurnFreely ///< the picture never turns; the heading is what comes out
+};
+
+/**
+ * Turns the camera about the centre of the earth. The height of the centre
+ * above the ellipsoid, the pitch and the distance stay. Passing over a pole
+ * never flips the picture, whatever the rule.
+ */
+void carry(const osg::EllipsoidModel& ellipsoid, const osg::Quat& turn, HeadingRule rule, CameraPose& pose);
+
+/**
+ * Moves the centre over the ground by metres to the right and forward, as
+ * seen by the camera, along a great circle.
+ */
+void slide(const osg::EllipsoidModel& ellipsoid, double right, double forward, HeadingRule rule,
+           CameraPose& pose);
+
+/**
+ * Carries the camera until `point` (geocentric) lies on the line of sight
+ * `sight` (camera axes): the point that was grabbed follows the cursor. Where
+ * the line of sight passes the globe by, the limb stands in for it; near the
+ * horizon a step never reaches more than four times as far as the point is.
+ * False, and nothing changes, for a point at the centre of the earth.
+ */
+bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, const Ray& sight,
+                HeadingRule rule, CameraPose& pose);
+
+/** A point that keeps its place in the window while the camera zooms. */
+struct ZoomAnchor
+{
+    osg::Vec3d point; ///< geocentric
+    Ray sight;        ///< camera axes
+};
+
+/** Scales the distance by `factor`, within the limits (metres). */
+void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,
+            HeadingRule rule, const std::optional<ZoomAnchor>& anchor, CameraPose& pose);
+
+} // namespace osgEarth::Util
