@@ -20,7 +20,8 @@
 /// them the parts of the band that overlap are merged; such a ring starts at any of its points.
 ///
 /// indices gets one entry per outline point: the index in centreLine of the vertex that produced it. The
-/// first of equal neighbouring points stands for all of them.
+/// first of equal neighbouring points stands for all of them, and a point where merged parts cross belongs to
+/// the vertex nearest to it.
 ///
 /// False, with outline and indices left empty, for fewer than two distinct points, a total width of 0, a
 /// negative or not finite value, or a band that no single valid ring describes (one that encloses a gap).

@@ -18,6 +18,7 @@ const QColor BodyColour(0x2b, 0x37, 0x48);
 
 const char* const StyleSheet = R"(
 QWidget { color: #f3f6fa; background: transparent; }
+QToolTip { color: #10161f; background: #f3f6fa; border: 1px solid #5a6b80; }
 QLabel#m_pLabTitle { font-weight: bold; }
 QLineEdit, QPlainTextEdit, QListWidget { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px;
     padding: 4px 6px; selection-background-color: #2f7de1; selection-color: #ffffff; }
@@ -207,12 +208,36 @@ void CAxBaseDialog::mouseReleaseEvent(QMouseEvent* event)
 
 void CAxBaseDialog::closeEvent(QCloseEvent* event)
 {
-    if (event->spontaneous()) {
-        event->ignore();
+    if (isVisible())
         slotBtnCloseClicked();
+    event->setAccepted(!isVisible());
+}
+
+void CAxBaseDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (event->spontaneous())
         return;
+    // The buttons are created before the content, so the natural order would start with them.
+    QWidget* last = nullptr;
+    QWidget* first = nullptr;
+    for (QWidget* const child : findChildren<QWidget*>()) {
+        const bool isButton = child->parentWidget() == m_pButtonRow;
+        if (isButton || !(child->focusPolicy() & Qt::TabFocus) || child->isHidden())
+            continue;
+        if (last)
+            setTabOrder(last, child);
+        else
+            first = child;
+        last = child;
     }
-    QDialog::closeEvent(event);
+    if (last)
+        setTabOrder(last, m_pBtnOK);
+    setTabOrder(m_pBtnOK, m_pBtnCancel);
+    if (first)
+        first->setFocus(Qt::TabFocusReason);
+    else
+        (m_okHidden ? m_pBtnCancel : m_pBtnOK)->setFocus(Qt::TabFocusReason);
 }
 
 void CAxBaseDialog::changeEvent(QEvent* event)

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <AxBaseUI/AxBaseUIExport.h>
+#include <AxBaseUI/CAxBaseDialog.h>
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+
+/// A short modal form. It has four groups: an information line, element 1, element 2, and a list of
+/// elements; an element is a name with a single-line text. A group shows once it was given something, unless
+/// SetGroupHidden hides it. Values come back exactly as they stand in the form.
+class AXBASEUI_EXPORT CAxParameterEditPage : public CAxBaseDialog
+{
+    Q_OBJECT
+
+public:
+    /// What exec() returns when the form is left by Escape or the title bar's close button while Cancel
+    /// was given a text, and with it a meaning, of its own. Otherwise leaving so counts as Cancel.
+    static constexpr int CloseResult = -1;
+
+    explicit CAxParameterEditPage(QWidget* parent = nullptr);
+
+    void SetDialogInfo(const QString& text);
+
+    /// Names of the elements 1 and 2. An element with an empty name stays hidden.
+    void SetElementName(const QString& name1, const QString& name2);
+    void SetElement1Value(const QString& value, bool editable);
+    void SetElement2Value(const QString& value, bool editable);
+    QString GetElement1Value() const;
+    QString GetElement2Value() const;
+
+    /// Replaces the list of elements, one for each name. A missing value is empty, a missing entry of
+    /// editable means read-only.
+    void SetElementParas(const QStringList& names, const QStringList& values, QList<bool> editable);
+    QStringList GetElementValues() const;
+
+    /// Hides the information line, element 1, element 2 and the list.
+    void SetGroupHidden(bool infoHidden, bool element1Hidden, bool element2Hidden, bool listHidden);
+
+    void SetOKCancelBtnVisible(bool okVisible, bool cancelVisible);
+    void SetBtnCancelText(const QString& text);
+
+protected slots:
+    void slotBtnCloseClicked() override;
+
+private:
+    struct Element
+    {
+        QLabel* name;
+        QLineEdit* value;
+    };
+    Element addElement(QGridLayout* grid, const QString& objectName);
+    void setValue(const Element& element, const QString& value, bool editable);
+    void updateGroups();
+
+    QLabel* m_pLabInfo;
+    QWidget* m_pList;
+    Element m_element1;
+    Element m_element2;
+    QList<Element> m_elements;
+    bool m_infoHidden = false;
+    bool m_element1Hidden = false;
+    bool m_element2Hidden = false;
+    bool m_listHidden = false;
+    bool m_cancelHasMeaning = false;
+};
