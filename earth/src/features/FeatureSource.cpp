@@ -1,0 +1,23 @@
+#include "OgrFeatureSource.h"
+#include <osgEarthFeatures/FeatureSource>
+
+namespace osgEarth {
+namespace Features {
+const Status& FeatureSource::open(const osgDB::Options* readOptions)
+{
+    std::lock_guard<std::mutex> lock(_openMutex);
+    if (!_opened) {
+        _status = initialize(readOptions);
+        _opened = true;
+    }
+    return _status;
+}
+
+FeatureSource* FeatureSourceFactory::create(const FeatureSourceOptions& options)
+{
+    if (options.getDriver() != "ogr" && !options.getDriver().empty())
+        return nullptr;
+    return new OgrFeatureSource(Drivers::OGRFeatureOptions(options));
+}
+} // namespace Features
+} // namespace osgEarth
