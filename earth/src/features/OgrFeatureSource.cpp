@@ -106,12 +106,6 @@ Status OgrFeatureSource::openDataset()
     gdal::initialize();
     gdal::ErrorCapture errors;
     _dataset.reset(openWith(_location, _ogr.ogrDriver().value()));
-    if (!_dataset) {
-        // The usual drivers did not know it; perhaps one of the others does.
-        gdal::registerAllDrivers();
-        errors.clear();
-        _dataset.reset(openWith(_location, _ogr.ogrDriver().value()));
-    }
     if (!_dataset)
         return Status(Status::ResourceUnavailable,
                       _location + ": " +
