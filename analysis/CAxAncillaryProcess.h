@@ -1,0 +1,32 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <osg/ref_ptr>
+#include <osg/Switch>
+
+#include <QObject>
+
+class CAxEarthViewer;
+
+/**
+ * Front of the work that runs beside the map: owns the scene root under which
+ * the no-fly zones hang. The viewer creates one during start-up and deletes it
+ * in ReleaseAll. GUI thread only.
+ */
+class AXEARTHVIEWER_EXPORT CAxAncillaryProcess : public QObject
+{
+    Q_OBJECT
+public:
+    /// The viewer's draw group must exist; the zone root is added to it.
+    CAxAncillaryProcess(CAxEarthViewer* viewer, QObject* parent);
+
+    /// Shows or hides all no-fly zones at once.
+    void SetNoFlyZoneMask(bool visible);
+    bool NoFlyZoneMask() const;
+
+private:
+    void CreateNoFlyZone();
+
+    CAxEarthViewer* viewer;
+    osg::ref_ptr<osg::Switch> zoneRoot;
+};

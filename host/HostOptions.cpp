@@ -1,0 +1,136 @@
+#include "host/HostOptions.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QFileInfo>
+
+namespace {
+constexpr int largestWindow = 16384;
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("HostOptions", text);
+}
+
+struct OptionText
+{
+    const char* name;
+    const char* value;
+    const char* description;
+};
+
+const OptionText optionTexts[] = {
+    {"help", nullptr, QT_TRANSLATE_NOOP("HostOptions", "Show this text and end.")},
+    {"tour", "DIR",
+     QT_TRANSLATE_NOOP("HostOptions", "Fly to four places, write a picture of each to DIR, end.")},
+    {"map", "FILE", QT_TRANSLATE_NOOP("HostOptions", "Show this map instead of the shipped ones.")},
+    {"size", "WxH", QT_TRANSLATE_NOOP("HostOptions", "Size of the window in pixels (1440x900).")},
+    {"view", "lon,lat,alt,heading,pitch,range",
+     QT_TRANSLATE_NOOP("HostOptions", "Look at this point: degrees, metres; pitch -90 is straight down.")},
+    {"shot", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions", "Write the window's picture once it is complete, end.")},
+    {"quit-after", "S", QT_TRANSLATE_NOOP("HostOptions", "End S seconds after the map was loaded.")},
+    {"lang", "LOCALE", QT_TRANSLATE_NOOP("HostOptions", "Language of the texts: en or zh_CN.")},
+};
+
+std::optional<QSize> ParseSize(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char('x'), Qt::KeepEmptyParts, Qt::CaseInsensitive);
+    if (parts.size() != 2)
+        return {};
+    bool widthOk = false;
+    bool heightOk = false;
+    const QSize size(parts[0].toInt(&widthOk), parts[1].toInt(&heightOk));
+    if (!widthOk || !heightOk || size.width() < 1 || size.height() < 1 || size.width() > largestWindow ||
+        size.height() > largestWindow)
+        return {};
+    return size;
+}
+
+std::optional<TourStop> ParseView(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    if (parts.size() != 6)
+        return {};
+    double numbers[6];
+    for (int i = 0; i < 6; ++i) {
+        bool ok = false;
+        numbers[i] = parts[i].toDouble(&ok);
+        if (!ok || !qIsFinite(numbers[i]))
+            return {};
+    }
+    const TourStop view{"view", numbers[0], numbers[1], numbers[2], numbers[3], numbers[4], numbers[5]};
+    const bool onGlobe = qAbs(view.longitude) <= 180.0 && qAbs(view.latitude) <= 90.0;
+    if (!onGlobe || qAbs(view.pitch) > 90.0 || view.range <= 0.0)
+        return {};
+    return view;
+}
+} // namespace
+
+std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QString& error)
+{
+    QCommandLineParser parser;
+    for (const OptionText& text : optionTexts)
+        parser.addOption(
+            QCommandLineOption(QString::fromLatin1(text.name), QString(), QString::fromLatin1(text.value)));
+    const auto fail = [&error](const QString& text) {
+        error = text;
+        return std::nullopt;
+    };
+    if (!parser.parse(QStringList(QStringLiteral("AxGroundControl")) + arguments))
+        return fail(parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return fail(Tr("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst()));
+
+    const auto value = [&parser](const char* name) { return parser.value(QLatin1String(name)); };
+    const auto isSet = [&parser](const char* name) { return parser.isSet(QLatin1String(name)); };
+    for (const OptionText& text : optionTexts)
+        if (text.value && isSet(text.name) && value(text.name).isEmpty())
+            return fail(Tr("--%1 needs a value.").arg(QLatin1String(text.name)));
+
+    HostOptions options;
+    options.help = isSet("help");
+    options.tourFolder = value("tour");
+    options.shotFile = value("shot");
+    options.mapFile = value("map");
+    if (isSet("map") && !QFileInfo(options.mapFile).isFile())
+        return fail(Tr("--map: there is no file '%1'.").arg(options.mapFile));
+    if (isSet("size")) {
+        const std::optional<QSize> size = ParseSize(value("size"));
+        if (!size)
+            return fail(Tr("--size: '%1' is no size such as 1440x900.").arg(value("size")));
+        options.size = *size;
+    }
+    if (isSet("view")) {
+        options.view = ParseView(value("view"));
+        if (!options.view)
+            return fail(Tr("--view: '%1' is not lon,lat,alt,heading,pitch,range with a place on the globe, a "
+                           "pitch from -90 to 90 and a range above 0.")
+                            .arg(value("view")));
+    }
+    if (isSet("quit-after")) {
+        bool ok = false;
+        const double seconds = value("quit-after").toDouble(&ok);
+        if (!ok || !qIsFinite(seconds) || seconds < 0.0 || seconds > 86400.0)
+            return fail(
+                Tr("--quit-after: '%1' is no number of seconds from 0 to 86400.").arg(value("quit-after")));
+        options.quitAfterSeconds = seconds;
+    }
+    if (isSet("lang")) {
+        options.language = value("lang");
+        if (options.language != QLatin1String("en") && options.language != QLatin1String("zh_CN"))
+            return fail(Tr("--lang: '%1' is neither en nor zh_CN.").arg(options.language));
+    }
+    return options;
+}
+
+QString HostHelpText()
+{
+    QString text = Tr("Usage: AxGroundControl [options]") + QLatin1String("\n\n");
+    for (const OptionText& option : optionTexts) {
+        const QString name =
+            QStringLiteral("--%1 %2").arg(QLatin1String(option.name), QLatin1String(option.value));
+        text += QStringLiteral("  %1 %2\n").arg(name, -40).arg(Tr(option.description));
+    }
+    return text;
+}

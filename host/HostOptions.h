@@ -1,0 +1,28 @@
+#pragma once
+#include "host/TourStops.h"
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+/// What the command line asks for.
+struct HostOptions
+{
+    bool help = false;
+    QString tourFolder; ///< empty: no tour
+    QString mapFile;    ///< empty: the rule by network state
+    QString shotFile;   ///< empty: no picture
+    QString language;   ///< empty: the system's
+    QSize size{1440, 900};
+    std::optional<TourStop> view;
+    std::optional<double> quitAfterSeconds;
+};
+
+/// Reads the arguments, the program's name not among them. On a mistake
+/// returns nothing and says in `error` which option is wrong and why.
+std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QString& error);
+
+/// What --help prints.
+QString HostHelpText();

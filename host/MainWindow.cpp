@@ -1,0 +1,185 @@
+#include "host/MainWindow.h"
+#include "host/LogPanel.h"
+#include "host/SignalRelay.h"
+#include "host/Tour.h"
+#include "interaction/CAxEarthManipulator.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDockWidget>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QStatusBar>
+#include <QTimer>
+#include <QTreeWidget>
+
+namespace {
+QTreeWidget* MakeList(const QStringList& columns)
+{
+    auto* list = new QTreeWidget;
+    list->setHeaderLabels(columns);
+    list->setRootIsDecorated(false);
+    return list;
+}
+} // namespace
+
+MainWindow::MainWindow(const HostOptions& hostOptions)
+    : options(hostOptions), viewer(new CAxEarthViewer(this)), log(new LogPanel), state(new QLabel)
+{
+    setWindowTitle(tr("Ground control"));
+    setCentralWidget(viewer);
+    BuildPanels();
+    BuildMenus();
+    statusBar()->addPermanentWidget(state);
+    resize(options.size);
+
+    new SignalRelay(
+        viewer, CAxEarthViewer::staticMetaObject, [this](const QString& line) { log->AppendLine(line); },
+        viewer);
+    connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &MainWindow::OnLoaded);
+}
+
+MainWindow::~MainWindow()
+{
+    viewer->ReleaseAll();
+    delete viewer;
+}
+
+QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidget* content,
+                                  Qt::DockWidgetArea area)
+{
+    auto* panel = new QDockWidget(title, this);
+    panel->setObjectName(QLatin1String(name));
+    panel->setWidget(content);
+    addDockWidget(area, panel);
+    panels += panel;
+    return panel;
+}
+
+void MainWindow::BuildPanels()
+{
+    AddPanel(tr("Blocks"), "BlocksPanel", MakeList({tr("Name"), tr("Kind")}), Qt::LeftDockWidgetArea);
+    AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
+    AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
+             Qt::LeftDockWidgetArea);
+    QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
+    resizeDocks({logPanel}, {options.size.height() / 7}, Qt::Vertical);
+    resizeDocks({panels.first()}, {options.size.width() / 6}, Qt::Horizontal);
+}
+
+void MainWindow::BuildMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&File"));
+    file->addAction(tr("&Save picture..."), this, &MainWindow::OnSavePicture, QKeySequence::Save);
+    file->addSeparator();
+    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(Qt::CTRL + Qt::Key_Q));
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    const auto addSwitch = [view](const QString& text, auto change) {
+        QAction* action = view->addAction(text);
+        action->setCheckable(true);
+        action->setChecked(true);
+        connect(action, &QAction::toggled, change);
+    };
+    addSwitch(tr("S&ky and graticule"), [this](bool on) { viewer->SetSkyNodeVisible(on); });
+    addSwitch(tr("&Compass"), [this](bool on) { viewer->SetCompassVisible(on); });
+    addSwitch(tr("Coo&rdinates"), [this](bool on) { viewer->SetCoordinateVisible(on); });
+    view->addSeparator();
+    QMenu* places = view->addMenu(tr("&Places"));
+    const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),
+                            tr("Spanish Peaks from 500 m")};
+    for (int i = 0; i < names.size(); ++i) {
+        places->addAction(names[i], this, [this, i] {
+            constexpr double flightSeconds = 3.0;
+            viewer->getManipulator()->setViewpoint(tourStops[i].Viewpoint(), flightSeconds);
+        });
+    }
+    view->addSeparator();
+    for (QDockWidget* panel : qAsConst(panels))
+        view->addAction(panel->toggleViewAction());
+
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(tr("&About"), this, &MainWindow::ShowAbout);
+}
+
+bool MainWindow::StartViewer()
+{
+    state->setText(tr("Loading..."));
+    if (!viewer->CheckAdapterGLSupport())
+        return false;
+    viewer->SetMapFile(options.mapFile);
+    viewer->InitEarthViewer();
+    return true;
+}
+
+void MainWindow::OnLoaded()
+{
+    state->setText(tr("Ready"));
+    QVector<Tour::Stop> stops;
+    if (!options.shotFile.isEmpty())
+        stops += {options.view ? options.view->Viewpoint() : osgEarth::Viewpoint(), options.shotFile};
+    if (!options.tourFolder.isEmpty()) {
+        QDir().mkpath(options.tourFolder);
+        for (const TourStop& stop : tourStops)
+            stops += {stop.Viewpoint(),
+                      QDir(options.tourFolder).filePath(QLatin1String(stop.name) + QStringLiteral(".png"))};
+    }
+    // Start-up itself still goes to its first viewpoint after this signal.
+    QTimer::singleShot(0, this, [this, stops] {
+        if (options.view)
+            viewer->getManipulator()->setViewpoint(options.view->Viewpoint(), 0.0);
+        if (!stops.isEmpty()) {
+            auto* tour = new Tour(
+                viewer, stops, [this](const QString& file) { return SavePicture(file); }, this);
+            connect(tour, &Tour::Finished, this, [this](bool allWell) { emit Done(allWell ? 0 : 1); });
+            tour->Start();
+        }
+    });
+    if (options.quitAfterSeconds) {
+        const bool unfinished = !stops.isEmpty();
+        QTimer::singleShot(static_cast<int>(*options.quitAfterSeconds * 1000.0), this,
+                           [this, unfinished] { emit Done(unfinished ? 1 : 0); });
+    }
+}
+
+bool MainWindow::SavePicture(const QString& file)
+{
+    // Widgets are painted anew, the globe is taken from what it last showed.
+    const QImage globe = viewer->GetCurrViewerImg();
+    if (globe.isNull())
+        return false;
+    QPixmap picture(size());
+    picture.fill(palette().color(QPalette::Window));
+    QPainter painter(&picture);
+    for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (child != viewer && child->isVisible() && !child->isWindow())
+            painter.drawPixmap(child->pos(), child->grab());
+    painter.drawImage(viewer->mapTo(this, QPoint()), globe);
+    painter.end();
+    return picture.save(file);
+}
+
+void MainWindow::OnSavePicture()
+{
+    const QString file = QFileDialog::getSaveFileName(this, tr("Save picture"), QStringLiteral("globe.png"),
+                                                      tr("Pictures (*.png *.jpg)"));
+    if (file.isEmpty())
+        return;
+    if (SavePicture(file))
+        statusBar()->showMessage(tr("Saved %1").arg(file));
+    else
+        QMessageBox::warning(this, tr("Save picture"), tr("%1: the picture cannot be written").arg(file));
+}
+
+void MainWindow::ShowAbout()
+{
+    QMessageBox::about(
+        this, tr("About"),
+        tr("AxGroundControl %1\n\nA small host for the AxEarthViewer globe. MIT licence; the NOTICE "
+           "file credits the map data.")
+            .arg(QCoreApplication::applicationVersion()));
+}

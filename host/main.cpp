@@ -1,0 +1,52 @@
+#include "host/HostOptions.h"
+#include "host/MainWindow.h"
+#include "viewer/AxSceneLog.h"
+#include "viewer/AxTranslations.h"
+
+#include <QApplication>
+#include <QTextStream>
+#include <QTimer>
+
+namespace {
+constexpr int exitWrongUse = 2;
+constexpr int exitNoGraphics = 1;
+
+QStringList Arguments(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+    return arguments;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    // Read before Qt connects to a display, so that help and complaints need none.
+    QString error;
+    const std::optional<HostOptions> options = ParseHostOptions(Arguments(argc, argv), error);
+    if (!options) {
+        QTextStream(stderr) << "AxGroundControl: " << error << Qt::endl << "Try --help." << Qt::endl;
+        return exitWrongUse;
+    }
+    if (options->help) {
+        QTextStream(stdout) << HostHelpText();
+        return 0;
+    }
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("AxGroundControl"));
+    QApplication::setApplicationVersion(QStringLiteral(AX_VERSION));
+    AxRouteSceneLog();
+    AxInstallTranslations(options->language.isEmpty() ? QLocale::system() : QLocale(options->language));
+
+    MainWindow window(*options);
+    QObject::connect(&window, &MainWindow::Done, &app, &QApplication::exit);
+    window.show();
+    // The window stands before the map loads, and the viewer's boxes have a running event loop.
+    QTimer::singleShot(0, &window, [&window] {
+        if (!window.StartViewer())
+            QApplication::exit(exitNoGraphics);
+    });
+    return QApplication::exec();
+}

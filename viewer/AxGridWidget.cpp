@@ -1,0 +1,6 @@
+#include "viewer/AxGridWidget.h"
+
+AxGridWidget::AxGridWidget(QWidget* parent) : CAxBaseWidget(parent)
+{
+    setObjectName(QStringLiteral("AxGridWidget"));
+}

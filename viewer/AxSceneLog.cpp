@@ -1,0 +1,32 @@
+#include "viewer/AxSceneLog.h"
+#include "viewer/AxViewerLog.h"
+
+#include <osg/Notify>
+
+Q_LOGGING_CATEGORY(axViewerLog, "ax.viewer")
+Q_LOGGING_CATEGORY(axSceneLog, "ax.scene")
+
+namespace {
+class QtNotifyHandler : public osg::NotifyHandler
+{
+public:
+    void notify(osg::NotifySeverity severity, const char* message) override
+    {
+        // osg ends its lines itself, Qt adds the end of the line.
+        const QString text = QString::fromLocal8Bit(message).trimmed();
+        if (text.isEmpty())
+            return;
+        if (severity <= osg::WARN)
+            qCWarning(axSceneLog).noquote() << text;
+        else if (severity == osg::NOTICE)
+            qCInfo(axSceneLog).noquote() << text;
+        else
+            qCDebug(axSceneLog).noquote() << text;
+    }
+};
+} // namespace
+
+void AxRouteSceneLog()
+{
+    osg::setNotifyHandler(new QtNotifyHandler);
+}

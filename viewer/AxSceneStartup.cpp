@@ -1,0 +1,114 @@
+#include "viewer/AxSceneStartup.h"
+#include "viewer/AxViewerLog.h"
+
+#include <osgDB/DatabasePager>
+#include <osgDB/ReadFile>
+#include <osgDB/Registry>
+#include <osgEarth/GeoData>
+#include <osgEarth/ModelLayer>
+#include <osgEarth/SpatialReference>
+#include <osgEarthAnnotation/CircleNode>
+#include <osgEarthDrivers/feature_ogr/OGRFeatureOptions>
+#include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
+#include <osgEarthSymbology/AltitudeSymbol>
+#include <osgEarthSymbology/PolygonSymbol>
+#include <osgEarthSymbology/Style>
+#include <osgEarthUtil/AutoClipPlaneHandler>
+#include <osgEarthUtil/Ephemeris>
+
+#include <clocale>
+#include <cstring>
+
+using namespace osgEarth;
+using namespace osgEarth::Symbology;
+
+namespace {
+constexpr double homeLongitude = 116.3;
+constexpr double homeLatitude = 39.9;
+constexpr double homeRangeInRadii = 4.0;
+// Each tile costs video memory; this many cover a window with some to spare.
+constexpr unsigned pagedTilesTarget = 100;
+constexpr double discLongitude = 116.5;
+constexpr double discLatitude = 40.0;
+constexpr double discAltitude = 1000.0;
+// Where the boundaries lie on the machines that carry them.
+constexpr const char* boundariesFile = "D:\\AxOsgEarth\\AxEarthApp\\Data\\shp\\chinashp.shp";
+} // namespace
+
+void AxSceneStartup::SetProcessLocale()
+{
+    if (!std::setlocale(LC_ALL, "chs"))
+        qCDebug(axViewerLog) << "the system has no locale \"chs\"; the present one stays";
+    // Map files, rasters and projections are read with C functions that would
+    // otherwise take a comma for the decimal point.
+    const std::lconv* numbers = std::localeconv();
+    if (!numbers || std::strcmp(numbers->decimal_point, ".") != 0)
+        std::setlocale(LC_NUMERIC, "C");
+}
+
+osg::ref_ptr<osg::Node> AxSceneStartup::ReadMap(const QString& path)
+{
+    osg::ref_ptr<osg::Node> node =
+        osgDB::readRefNodeFile(path.toLocal8Bit().toStdString(), osgDB::Registry::instance()->getOptions());
+    if (!node)
+        qCWarning(axViewerLog).noquote() << "cannot read the map file" << path;
+    return node;
+}
+
+osg::ref_ptr<Util::SkyNode> AxSceneStartup::CreateSky(MapNode* mapNode)
+{
+    osg::ref_ptr<Util::SkyNode> sky = Util::SkyNode::create(mapNode);
+    sky->setName("SkyNode");
+    return sky;
+}
+
+Viewpoint AxSceneStartup::HomeViewpoint(const Map& map)
+{
+    return Viewpoint("Beijing", homeLongitude, homeLatitude, 0.0, 0.0, -90.0,
+                     homeRangeInRadii * map.getSRS()->getEllipsoid()->getRadiusEquator());
+}
+
+void AxSceneStartup::PrepareView(osgViewer::Viewer& viewer, MapNode* mapNode)
+{
+    viewer.getDatabasePager()->setTargetMaximumNumberOfPageLOD(pagedTilesTarget);
+    viewer.getCamera()->addCullCallback(new Util::AutoClipPlaneCullCallback(mapNode));
+}
+
+osg::ref_ptr<Util::GeodeticGraticule> AxSceneStartup::CreateGraticule(MapNode* mapNode)
+{
+    osg::ref_ptr<Util::GeodeticGraticule> graticule = new Util::GeodeticGraticule(mapNode);
+    graticule->setName("GeodeticGraticule");
+    return graticule;
+}
+
+void AxSceneStartup::AttachSky(Util::SkyNode* sky, MapNode* mapNode, osgViewer::Viewer& viewer,
+                               osg::Group* root)
+{
+    sky->setEphemeris(new Util::Ephemeris);
+    sky->attach(&viewer, 0);
+    sky->setSunVisible(false);
+    sky->setLighting(osg::StateAttribute::OFF);
+    sky->addChild(mapNode);
+    root->addChild(sky);
+}
+
+osg::ref_ptr<osg::Node> AxSceneStartup::CreateDrapedDisc(MapNode* mapNode)
+{
+    const SpatialReference* srs = mapNode->getMapSRS();
+    Style style;
+    style.getOrCreate<PolygonSymbol>()->fill()->color() = Color(Color::Cyan, 0.0f);
+    style.getOrCreate<AltitudeSymbol>()->clamping() = AltitudeSymbol::CLAMP_TO_TERRAIN;
+    style.getOrCreate<AltitudeSymbol>()->technique() = AltitudeSymbol::TECHNIQUE_DRAPE;
+    return new Annotation::CircleNode(mapNode, GeoPoint(srs, discLongitude, discLatitude, discAltitude),
+                                      Distance(srs->getEllipsoid()->getRadiusEquator(), Units::METERS), style,
+                                      Angle(0.0, Units::DEGREES), Angle(360.0, Units::DEGREES), true);
+}
+
+void AxSceneStartup::AddBoundaries(Map* map)
+{
+    Drivers::OGRFeatureOptions features;
+    features.url() = boundariesFile;
+    Drivers::FeatureGeomModelOptions model;
+    model.featureOptions() = features;
+    map->addModelLayer(new ModelLayer("world", model));
+}

@@ -1,0 +1,45 @@
+#pragma once
+#include <osg/Group>
+#include <osg/ref_ptr>
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+#include <osgEarth/Viewpoint>
+#include <osgEarthUtil/GeodeticGraticule>
+#include <osgEarthUtil/Sky>
+#include <osgViewer/Viewer>
+
+#include <QString>
+
+/**
+ * The pieces that start-up adds to an empty scene, one function each, in the
+ * order in which CAxEarthViewer::InitEarthViewer uses them. GUI thread.
+ */
+namespace AxSceneStartup {
+/// Sets the C locale of the process to Chinese where the system has it, and
+/// keeps "." as the decimal point whatever the locale.
+void SetProcessLocale();
+
+/// What the map file holds, or null with a logged line.
+osg::ref_ptr<osg::Node> ReadMap(const QString& path);
+
+osg::ref_ptr<osgEarth::Util::SkyNode> CreateSky(osgEarth::MapNode* mapNode);
+
+/// The whole globe, seen from above Beijing.
+osgEarth::Viewpoint HomeViewpoint(const osgEarth::Map& map);
+
+/// How many tiles stay in memory, and near and far planes chosen for each frame.
+void PrepareView(osgViewer::Viewer& viewer, osgEarth::MapNode* mapNode);
+
+osg::ref_ptr<osgEarth::Util::GeodeticGraticule> CreateGraticule(osgEarth::MapNode* mapNode);
+
+/// Lights the view from the sky and hangs the map under the sky and the sky under root.
+void AttachSky(osgEarth::Util::SkyNode* sky, osgEarth::MapNode* mapNode, osgViewer::Viewer& viewer,
+               osg::Group* root);
+
+/// An invisible disc draped over the whole globe.
+osg::ref_ptr<osg::Node> CreateDrapedDisc(osgEarth::MapNode* mapNode);
+
+/// Adds the national boundaries of a shape file to the map as the layer
+/// "world". Not part of start-up: for hosts that want it.
+void AddBoundaries(osgEarth::Map* map);
+} // namespace AxSceneStartup

@@ -1,0 +1,26 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <AxBaseUI/CAxBaseWidget.h>
+
+#include <QLabel>
+
+#include <array>
+
+/**
+ * The read-out in the lower right corner of the map: four texts, two by two,
+ * which the viewer hands over. Owned by the graphics scene. GUI thread only.
+ */
+class AXEARTHVIEWER_EXPORT CAxCoordinateWidget : public CAxBaseWidget
+{
+    Q_OBJECT
+public:
+    explicit CAxCoordinateWidget(QWidget* parent);
+
+    /// The texts of the cells (0, 0), (0, 1), (1, 0) and (1, 1).
+    void SetCoordinate(const QString& longitude, const QString& latitude, const QString& altitude,
+                       const QString& range);
+
+private:
+    std::array<QLabel*, 4> labels{};
+};

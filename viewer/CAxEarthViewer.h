@@ -1,0 +1,237 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <AxBaseUI/EToolType.h>
+
+#include <osg/Group>
+#include <osg/Matrixd>
+#include <osg/ref_ptr>
+#include <osg/Vec3d>
+
+#include <QGraphicsView>
+#include <QImage>
+#include <QStringList>
+#include <QVariant>
+
+#include <map>
+#include <memory>
+
+class AxFrame;
+class AxGridWidget;
+class AxInputRouter;
+class CAxAncillaryProcess;
+class CAxCoordinateWidget;
+class CAxDownhillAnglenode;
+class CAxEarthManipulator;
+class CAxGraphicsCompassItem;
+class CAxHandleAdapter;
+class CAxInterestPointNode;
+class CAxMapToolsWidget;
+class CAxUavNode;
+class QGLWidget;
+
+namespace osgViewer {
+class GraphicsWindowEmbedded;
+class Viewer;
+} // namespace osgViewer
+namespace osgEarth {
+class Map;
+class MapNode;
+class SpatialReference;
+namespace Util {
+class GeodeticGraticule;
+class SkyNode;
+} // namespace Util
+} // namespace osgEarth
+
+/**
+ * The globe: a widget that shows a map file's terrain, with a compass, a tools
+ * bar and a coordinate read-out over it.
+ *
+ * A host constructs it, calls CheckAdapterGLSupport() and InitEarthViewer(),
+ * waits for signalLoadEarth(), and ends with ReleaseAll() and delete. Before
+ * signalLoadEarth() there is a scene skeleton but no map, and nothing is drawn.
+ *
+ * The widget is owned by its Qt parent or by whoever made it. What the
+ * accessors return stays the viewer's. GUI thread only.
+ */
+class AXEARTHVIEWER_EXPORT CAxEarthViewer : public QGraphicsView
+{
+    Q_OBJECT
+public:
+    explicit CAxEarthViewer(QWidget* parent);
+    ~CAxEarthViewer() override;
+
+    /// False, after a message box, when the video adapter's GLSL is older than
+    /// 3.3; false without a box when there is no graphics window.
+    bool CheckAdapterGLSupport();
+
+    /// Loads the map and completes the scene; ends with signalLoadEarth(). A
+    /// map that cannot be read is reported in a box, and the process then ends
+    /// with status 0. Once loaded, a further call only clears the selection.
+    void InitEarthViewer();
+
+    /// Ends the background work. Call it before the widget is destroyed.
+    void ReleaseAll();
+
+    /// Makes start-up read this map file instead of the one that the network's
+    /// state decides on. Call it before InitEarthViewer(); an empty name
+    /// restores the rule.
+    void SetMapFile(const QString& file);
+
+    /// The picture in the front buffer, overlays included, as last shown.
+    QImage GetCurrViewerImg();
+
+    /// Whether the picture is final for the present camera: nothing waits to be
+    /// loaded or merged and the last few frames were drawn from this position.
+    bool IsPictureComplete() const;
+
+    CAxEarthManipulator* getManipulator() const;
+    CAxAncillaryProcess* GetAncillaryProcess() const { return ancillaryProcess; }
+    CAxMapToolsWidget* GetMapToolWidget() const { return mapToolsWidget; }
+    CAxCoordinateWidget* GetCoordinateWidget() const { return coordinateWidget; }
+    CAxUavNode* GetUavNode() const { return uavNode; }
+    CAxDownhillAnglenode* GetDownhillAngleNode() const { return downhillAngleNode; }
+    CAxInterestPointNode* GetInterestPointNode() const { return interestPointNode; }
+    CAxHandleAdapter* GetCurHandleAdapter() const { return curHandleAdapter; }
+    osgViewer::Viewer* getOSGViewer() const;
+    /// Null until start-up has read the map, as the next three are.
+    osgEarth::MapNode* getMapNode() const;
+    const osgEarth::SpatialReference* getSRS() const;
+    osg::Group* GetDrawNodeGroup() const;
+    osg::Group* GetBoundGroup() const;
+
+    /// The kind of host application; stored for the host.
+    void SetAppType(int type) { appType = type; }
+    int GetAppType() const { return appType; }
+
+    void SetToolType(EToolType eToolType);
+    EToolType GetToolType() const { return toolType; }
+    void SetMultiSelect(bool enabled) { multiSelect = enabled; }
+    bool IsMultiSelect() const { return multiSelect; }
+    void EnabledPickHandle(bool enabled) { pickEnabled = enabled; }
+    bool IsEnabledPickHandle() const { return pickEnabled; }
+    /// Set by the tools bar while a press of the mouse belongs to it.
+    void SetFocusToMaptool(bool focus) { focusToMaptool = focus; }
+    bool GetFocusToMaptool() const { return focusToMaptool; }
+
+    void SetProjPlaneCenter(const osg::Vec3d& center) { projPlaneCenter = center; }
+    const osg::Vec3d& GetProjPlaneCenter() const { return projPlaneCenter; }
+    void SetProjPlaneMatrix(const osg::Matrixd& matrix) { projPlaneMatrix = matrix; }
+    const osg::Matrixd& GetProjPlaneMatrix() const { return projPlaneMatrix; }
+    /// Coordinate system of read-outs; empty for geographic coordinates.
+    void SetCoordSys(const QString& system) { coordSys = system; }
+    const QString& GetCoordSys() const { return coordSys; }
+
+    /// Shows or hides the sky and, with it, the graticule.
+    void SetSkyNodeVisible(bool visible);
+    void SetCompassVisible(bool visible);
+    void SetCoordinateVisible(bool visible);
+    /// The four texts of the read-out, row by row.
+    void SetCoordinate(const QString& longitude, const QString& latitude, const QString& altitude,
+                       const QString& range);
+    /// Emits signalTextSpeechEnabled with the opposite value: the argument is
+    /// the state of a button that is checked when the voice is off.
+    void SetTextToSpeechEnabled(bool enabled);
+
+signals:
+    void signalLoadEarth();
+    void signalAddControlPoint(QString, QVariant);
+    void signalAddMarkPoint(QString, QString);
+    void signalDelMarkPoint(QString, QString);
+    void signalAddModelLayer(QString, QString, QStringList, bool, QString, QString);
+    void signalElevationLayer(QString, QVariant);
+    void signalAltKey(bool);
+    void signalHandleKeyDelete();
+    void signalHandlePickEnded(EToolType eToolType);
+    void signalHandleSegmentEnd();
+    void signalMultiSelectBlock(QStringList);
+    void signalIntersection(QString, QStringList);
+    void signalRequestElevationReturn(double, double, double, bool);
+    void signalRequestIntersectionReturn(bool);
+    void signalResetBlockMarkPointListPage();
+    void signalDownhillAngle(double);
+    void signalTextSpeechEnabled(bool);
+    /// The operator picked a place to land: degrees, degrees, metres.
+    void LandingPosPicked(double lon, double lat, double alt, bool);
+    void InterestPointPicked(double lon, double lat, double alt);
+
+public slots:
+    /// Shows or hides the grid panel.
+    void slotGridWidget(QString strHanleID, bool bVisible);
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+    void drawBackground(QPainter* painter, const QRectF& rect) override;
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+
+    /// Writes the modifiers into the event state that the next events carry.
+    void setKeyboardModifiers(Qt::KeyboardModifiers modifiers);
+
+private slots:
+    void slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+
+private:
+    void initParameters();
+    void initOverlays();
+    void setUpViewerInWindow(int x, int y, int width, int height);
+    void initManipulator();
+    void initOther();
+    void initEventHandler();
+    void initBoundaries(osgEarth::Map* targetMap);
+    void embed(QWidget* overlay);
+    bool isOverlayUnderCursor() const;
+    QString mapFileForNetwork() const;
+    [[noreturn]] void endWithoutMap();
+    void _SetCurHandleAdapter(CAxHandleAdapter* adapter);
+
+    osg::ref_ptr<osg::Group> root;
+    osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> graphicsWindow;
+    osg::ref_ptr<osgEarth::Map> map;
+    osg::ref_ptr<osg::Group> sceneData;
+    osg::ref_ptr<osg::StateSet> rootStateSet;
+    osg::ref_ptr<osgViewer::Viewer> viewer;
+    osg::ref_ptr<osgEarth::MapNode> mapNode;
+    osg::ref_ptr<osgEarth::Util::SkyNode> skyNode;
+    osg::ref_ptr<const osgEarth::SpatialReference> mapSRS;
+    osg::ref_ptr<CAxEarthManipulator> manipulator;
+    CAxHandleAdapter* curHandleAdapter = nullptr;
+    EToolType toolType = ToolNavigate;
+    osg::ref_ptr<osg::Group> drawGroup;
+    std::map<QString, CAxHandleAdapter*> adapterRegistry;
+    CAxGraphicsCompassItem* compassItem = nullptr;
+    bool pickEnabled = true;
+    CAxAncillaryProcess* ancillaryProcess = nullptr;
+    CAxUavNode* uavNode = nullptr;
+    CAxDownhillAnglenode* downhillAngleNode = nullptr;
+    CAxMapToolsWidget* mapToolsWidget = nullptr;
+    CAxCoordinateWidget* coordinateWidget = nullptr;
+    bool earthLoaded = false;
+    int appType = 0;
+    bool multiSelect = false;
+    QList<CAxHandleAdapter*> multiSelectAdapters;
+    QMap<QString, CAxHandleAdapter*> multiSelectMarkPoints;
+    bool focusToMaptool = false;
+    CAxInterestPointNode* interestPointNode = nullptr;
+    AxGridWidget* gridWidget = nullptr;
+    osg::ref_ptr<osg::Group> boundGroup;
+    osg::Vec3d projPlaneCenter;
+    osg::Matrixd projPlaneMatrix;
+    osg::ref_ptr<osgEarth::Util::GeodeticGraticule> graticule;
+    QString coordSys;
+
+    QGLWidget* glWidget = nullptr;
+    QString mapFile;
+    std::unique_ptr<AxFrame> frame;
+    std::unique_ptr<AxInputRouter> input;
+    bool starting = false;
+};
