@@ -5,14 +5,15 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <map>
-#include <utility>
 
 namespace {
 constexpr double SamePointMetres = 1e-6;
 constexpr double StraightTurn = 1e-9;
 constexpr double MitreLimit = 2.0;
-constexpr double NoiseArea = 1e-6; // square metres; a gap below it comes from rounding
+// A power of two, so that a point on the grid moved by whole metres is still exact and a ring that is
+// valid near the origin is valid at its place.
+constexpr double MergeGrid = 1.0 / 1048576.0;
+constexpr double NoiseWidth = 8.0 * MergeGrid; // a gap narrower than this on average comes from rounding
 
 using Vector = CAxPoint2D;
 
@@ -53,19 +54,21 @@ struct OutlinePoint
     int index;
 };
 
-/// The centre line without repeated points, moved to the origin so that no digits are lost to large
+/// The centre line without repeated points, moved near the origin so that no digits are lost to large
 /// northings.
 struct Line
 {
+    Vector origin; // whole metres
     std::vector<Vector> points;
     std::vector<int> indices; // in the caller's line
     std::vector<Leg> legs;
     std::vector<double> turns; // at each point, positive to the left; 0 at the ends
 
     explicit Line(const std::vector<CAxPoint2D>& input)
+        : origin(std::round(input.front().x()), std::round(input.front().y()))
     {
         for (std::size_t i = 0; i < input.size(); ++i) {
-            const Vector point = input[i] - input.front();
+            const Vector point = input[i] - origin;
             if (!points.empty() && length(point - points.back()) <= SamePointMetres)
                 continue;
             points.push_back(point);
@@ -109,8 +112,8 @@ public:
             if (width > 0.0 && !line.isEnd(i) && std::abs(line.turns[i]) > StraightTurn) {
                 const bool inner = m_offset * line.turns[i] > 0.0;
                 if (inner)
-                    bend = trims[i - 1] + trims[i] < line.legs[i - 1].length &&
-                                   trims[i] + trims[i + 1] < line.legs[i].length
+                    bend = trims[i - 1] + trims[i] + SamePointMetres < line.legs[i - 1].length &&
+                                   trims[i] + trims[i + 1] + SamePointMetres < line.legs[i].length
                                ? Bend::Mitre
                                : Bend::Overlaps;
                 else
@@ -179,14 +182,6 @@ private:
     std::vector<Bend> m_bends;
 };
 
-std::vector<Vector> placesOf(const std::vector<OutlinePoint>& outline)
-{
-    std::vector<Vector> places;
-    for (const OutlinePoint& point : outline)
-        places.push_back(point.place);
-    return places;
-}
-
 /// Both edges one after the other; the usual case, in which no parts overlap.
 std::vector<OutlinePoint> joinedEdges(const Side& left, const Side& right)
 {
@@ -201,8 +196,13 @@ std::vector<GeosContext::Geometry> bandParts(const GeosContext& geos, const Line
 {
     std::vector<GeosContext::Geometry> parts;
     for (std::size_t leg = 0; leg < line.legs.size(); ++leg) {
-        std::vector<Vector> ring{left.legEnd(leg, leg),      left.legEnd(leg + 1, leg), line.points[leg + 1],
-                                 right.legEnd(leg + 1, leg), right.legEnd(leg, leg),    line.points[leg]};
+        std::vector<Vector> ring{left.legEnd(leg, leg), left.legEnd(leg + 1, leg)};
+        if (!line.isEnd(leg + 1))
+            ring.push_back(line.points[leg + 1]);
+        ring.push_back(right.legEnd(leg + 1, leg));
+        ring.push_back(right.legEnd(leg, leg));
+        if (!line.isEnd(leg))
+            ring.push_back(line.points[leg]);
         ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
         parts.push_back(geos.polygon(ring));
     }
@@ -213,43 +213,64 @@ std::vector<GeosContext::Geometry> bandParts(const GeosContext& geos, const Line
     return parts;
 }
 
-int nearestIndex(const Line& line, const Vector& place)
+std::size_t nearest(const std::vector<Vector>& points, const Vector& place)
 {
-    std::size_t best = 0;
-    for (std::size_t i = 1; i < line.points.size(); ++i)
-        if (length(line.points[i] - place) < length(line.points[best] - place))
-            best = i;
-    return line.indices[best];
+    return static_cast<std::size_t>(std::min_element(points.begin(), points.end(),
+                                                     [&place](const Vector& a, const Vector& b) {
+                                                         return length(a - place) < length(b - place);
+                                                     }) -
+                                    points.begin());
+}
+
+std::vector<Vector> placesOf(const std::vector<OutlinePoint>& outline)
+{
+    std::vector<Vector> places;
+    for (const OutlinePoint& point : outline)
+        places.push_back(point.place);
+    return places;
 }
 
 /// The outer ring of the merged parts of the band; empty when it is not one piece without gaps.
 std::vector<OutlinePoint> mergedOutline(const GeosContext& geos, const Line& line, const Side& left,
                                         const Side& right)
 {
-    const GeosContext::Geometry band = geos.unionOf(bandParts(geos, line, left, right));
-    if (!band || GEOSGeomTypeId_r(geos.handle(), band.get()) != GEOS_POLYGON)
+    const GeosContext::Geometry all = geos.unionOf(bandParts(geos, line, left, right), MergeGrid);
+    if (!all || GEOSGetNumGeometries_r(geos.handle(), all.get()) != 1)
         return {};
-    for (int i = 0; i < GEOSGetNumInteriorRings_r(geos.handle(), band.get()); ++i) {
-        const auto gap =
-            geos.polygon(geos.vertices<Vector>(GEOSGetInteriorRingN_r(geos.handle(), band.get(), i)));
+    const GEOSGeometry* const band = GEOSGetGeometryN_r(geos.handle(), all.get(), 0);
+    if (GEOSGeomTypeId_r(geos.handle(), band) != GEOS_POLYGON)
+        return {};
+    for (int i = 0; i < GEOSGetNumInteriorRings_r(geos.handle(), band); ++i) {
+        const auto gap = geos.polygon(geos.vertices<Vector>(GEOSGetInteriorRingN_r(geos.handle(), band, i)));
         double area = 0.0;
-        if (!gap || GEOSArea_r(geos.handle(), gap.get(), &area) != 1 || area > NoiseArea)
+        double outlineLength = 0.0;
+        const bool measured = gap && GEOSArea_r(geos.handle(), gap.get(), &area) == 1 &&
+                              GEOSLength_r(geos.handle(), gap.get(), &outlineLength) == 1;
+        if (!measured || area > NoiseWidth * outlineLength / 2.0)
             return {};
     }
 
-    std::map<std::pair<double, double>, int> known;
-    for (const OutlinePoint& point : joinedEdges(left, right))
-        known.emplace(std::make_pair(point.place.x(), point.place.y()), point.index);
+    const std::vector<OutlinePoint> corners = joinedEdges(left, right);
+    const std::vector<Vector> cornerPlaces = placesOf(corners);
     std::vector<OutlinePoint> outline;
-    for (const Vector& place : geos.vertices<Vector>(GEOSGetExteriorRing_r(geos.handle(), band.get()))) {
-        const auto found = known.find({place.x(), place.y()});
-        outline.push_back({place, found != known.end() ? found->second : nearestIndex(line, place)});
+    for (const Vector& place : geos.vertices<Vector>(GEOSGetExteriorRing_r(geos.handle(), band))) {
+        const std::size_t corner = nearest(cornerPlaces, place);
+        const bool isCorner = length(cornerPlaces[corner] - place) < 2.0 * MergeGrid;
+        outline.push_back(
+            {place, isCorner ? corners[corner].index : line.indices[nearest(line.points, place)]});
     }
     double twiceArea = 0.0;
     for (std::size_t i = 0; i < outline.size(); ++i)
         twiceArea += cross(outline[i].place, outline[(i + 1) % outline.size()].place);
     if (twiceArea > 0.0)
         std::reverse(outline.begin(), outline.end());
+    return outline;
+}
+
+std::vector<OutlinePoint> atPlace(std::vector<OutlinePoint> outline, const Vector& origin)
+{
+    for (OutlinePoint& point : outline)
+        point.place = point.place + origin;
     return outline;
 }
 
@@ -278,15 +299,14 @@ bool CreateStripPolygon(const std::vector<CAxPoint2D>& centreLine, double width1
     const GeosContext geos;
     const Side left(line, width1, 1.0);
     const Side right(line, width2, -1.0);
-    std::vector<OutlinePoint> result = joinedEdges(left, right);
+    std::vector<OutlinePoint> result = atPlace(joinedEdges(left, right), line.origin);
     if (left.overlaps() || right.overlaps() || !geos.isValid(geos.polygon(placesOf(result))))
-        result = mergedOutline(geos, line, left, right);
+        result = atPlace(mergedOutline(geos, line, left, right), line.origin);
     if (!geos.isValid(geos.polygon(placesOf(result))))
         return false;
 
-    for (const OutlinePoint& point : result) {
-        outline.push_back(point.place + input.front());
+    outline = placesOf(result);
+    for (const OutlinePoint& point : result)
         indices.append(point.index);
-    }
     return true;
 }

@@ -47,7 +47,8 @@ public:
         return own(shell ? GEOSGeom_createPolygon_r(m_handle, shell.release(), nullptr, 0) : nullptr);
     }
 
-    Geometry unionOf(std::vector<Geometry> parts) const
+    /// The union on a grid of the given size, on which all its vertices lie.
+    Geometry unionOf(std::vector<Geometry> parts, double grid) const
     {
         std::vector<GEOSGeometry*> raw;
         for (Geometry& part : parts)
@@ -55,7 +56,7 @@ public:
                 raw.push_back(part.release());
         const Geometry all = own(GEOSGeom_createCollection_r(m_handle, GEOS_GEOMETRYCOLLECTION, raw.data(),
                                                              static_cast<unsigned>(raw.size())));
-        return own(all ? GEOSUnaryUnion_r(m_handle, all.get()) : nullptr);
+        return own(all ? GEOSUnaryUnionPrec_r(m_handle, all.get(), grid) : nullptr);
     }
 
     bool isValid(const Geometry& geometry) const

@@ -1,0 +1,172 @@
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
+#include <AxData/CAxNoflyZoneMgr.h>
+#include <AxData/CAxTask.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QNetworkInterface>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+class Blocks : public testing::Test
+{
+protected:
+    void TearDown() override { CAxBlockManager::instance().DeleteAllBlocks(); }
+    CAxBlockManager& manager = CAxBlockManager::instance();
+};
+} // namespace
+
+TEST_F(Blocks, AreFoundByTheirIdUntilDeleted)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::StripBlock);
+    ASSERT_TRUE(block);
+    EXPECT_EQ(manager.GetBlock(QStringLiteral("a")), block);
+    EXPECT_EQ(block->GetBlockID(), QStringLiteral("a"));
+    EXPECT_EQ(block->GetBlockType(), CAxBlock::StripBlock);
+    EXPECT_TRUE(block->GetAnchor().isEmpty());
+    EXPECT_TRUE(block->GetHomePosition().isNull());
+
+    EXPECT_FALSE(manager.DeleteBlock(QStringLiteral("b")));
+    EXPECT_TRUE(manager.DeleteBlock(QStringLiteral("a")));
+    EXPECT_FALSE(manager.DeleteBlock(QStringLiteral("a")));
+    EXPECT_EQ(manager.GetBlock(QStringLiteral("a")), nullptr);
+}
+
+TEST_F(Blocks, ATakenOrEmptyIdAddsNothing)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    block->SetAnchor({QPointF(1, 2)});
+    QSignalSpy added(&manager, &CAxBlockManager::blockAdded);
+    EXPECT_EQ(manager.AddBlock(QStringLiteral("a"), CAxBlock::VideoBlock), nullptr);
+    EXPECT_EQ(manager.AddBlock(QString(), CAxBlock::VideoBlock), nullptr);
+    EXPECT_EQ(added.size(), 0);
+    EXPECT_EQ(manager.GetBlock(QStringLiteral("a"))->GetAnchor().size(), 1);
+    EXPECT_EQ(manager.GetBlockList().size(), 1);
+}
+
+TEST_F(Blocks, GetNamesThatNoOtherBlockHas)
+{
+    CAxBlock* const first = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    CAxBlock* const second = manager.AddBlock(QStringLiteral("b"), CAxBlock::PolygonBlock);
+    EXPECT_NE(first->GetBlockName(), second->GetBlockName());
+    EXPECT_TRUE(manager._exist(first->GetBlockName()));
+    const QString freed = first->GetBlockName();
+    first->SetBlockName(QStringLiteral("Quarry"));
+    EXPECT_TRUE(manager._exist(QStringLiteral("Quarry")));
+    EXPECT_FALSE(manager._exist(QStringLiteral("quarry")));
+    EXPECT_FALSE(manager._exist(freed));
+    EXPECT_EQ(manager.AddBlock(QStringLiteral("c"), CAxBlock::PolygonBlock)->GetBlockName(), freed);
+}
+
+TEST_F(Blocks, AListenerMayDeleteTheBlockItHearsOf)
+{
+    const auto connection =
+        QObject::connect(&manager, &CAxBlockManager::blockDeleted, [this](const QString& id) {
+            EXPECT_EQ(manager.GetBlock(id), nullptr);
+            EXPECT_FALSE(manager.DeleteBlock(id));
+        });
+    manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    manager.AddBlock(QStringLiteral("b"), CAxBlock::PolygonBlock);
+    manager.DeleteAllBlocks();
+    EXPECT_TRUE(manager.GetBlockList().isEmpty());
+    QObject::disconnect(connection);
+}
+
+TEST_F(Blocks, OwnTheirTasks)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    const auto make = [block](const char* id) {
+        return std::make_unique<CAxTask>(QString::fromLatin1(id), QStringLiteral("Task"),
+                                         block->GetTaskPara());
+    };
+    CAxTask* const first = block->AddTask(make("2"));
+    CAxTask* const second = block->AddTask(make("1"));
+    EXPECT_EQ(block->AddTask(make("2")), nullptr);
+    EXPECT_EQ(block->AddTask(nullptr), nullptr);
+    EXPECT_EQ(block->GetMissionList(), (QList<CAxTask*>{first, second}));
+    EXPECT_EQ(block->GetTask(QStringLiteral("1")), second);
+    EXPECT_TRUE(block->RemoveTask(QStringLiteral("2")));
+    EXPECT_FALSE(block->RemoveTask(QStringLiteral("2")));
+    EXPECT_EQ(block->GetTask(QStringLiteral("2")), nullptr);
+}
+
+TEST_F(Blocks, TaskAndParametersShareTheDirection)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    CAxTask* const task = block->AddTask(
+        std::make_unique<CAxTask>(QStringLiteral("1"), QStringLiteral("Task"), block->GetTaskPara()));
+    task->direction = 2;
+    EXPECT_EQ(block->GetTaskPara()->GetExtendedTaskParam()->direction, 2);
+}
+
+TEST_F(Blocks, ATaskWithoutAPlannerHasNoRouteAndLeavesNoMarkers)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    CAxTask task(QStringLiteral("1"), QStringLiteral("Task"), block->GetTaskPara());
+    QList<QPair<int, CAxVector3D>> markers{{1, CAxVector3D(1, 2, 3)}};
+    EXPECT_TRUE(task.ComputeRoute(0, markers, CAxBlock::PolygonBlock, 5, 1).isEmpty());
+    EXPECT_TRUE(markers.isEmpty());
+
+    task.InsertVariableHeightRoutePt(-1, {CAxVector3D(1, 1, 1)});
+    EXPECT_TRUE(task.GetVariableHeightRoutePt(-1).isEmpty());
+    task.InsertVariableHeightRoutePt(3, {CAxVector3D(1, 1, 1)});
+    task.InsertVariableHeightRoutePt(3, {CAxVector3D(2, 2, 2)});
+    EXPECT_EQ(task.GetVariableHeightRoutePt(3), (QList<CAxVector3D>{CAxVector3D(2, 2, 2)}));
+}
+
+TEST_F(Blocks, SettingHomeMarksTheProjectOnlyWhenAsked)
+{
+    CAxControl* const control = CAxControl::GetInstance();
+    control->SetProjectModified(false);
+    QSignalSpy changes(control, &CAxControl::projectModifiedChanged);
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    block->SetHomePosition(CAxVector3D(105, 37, 1800), false);
+    EXPECT_FALSE(control->IsProjectModified());
+    block->SetHomePosition(CAxVector3D(105, 37, 1801), true);
+    block->SetHomePosition(CAxVector3D(105, 37, 1802), true);
+    EXPECT_TRUE(control->IsProjectModified());
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(block->GetHomePosition().z(), 1802.0);
+    control->SetProjectModified(false);
+}
+
+TEST(CAxControl, AHostMayAnswerForTheNetwork)
+{
+    CAxControl* const control = CAxControl::GetInstance();
+    EXPECT_EQ(control, CAxControl::GetInstance());
+    control->SetNetworkProbe([] { return true; });
+    EXPECT_TRUE(control->IsNetWorkConnected());
+    control->SetNetworkProbe([] { return false; });
+    EXPECT_FALSE(control->IsNetWorkConnected());
+    control->SetNetworkProbe({});
+}
+
+TEST(CAxControl, WithoutAnyAddressButLoopbackThereIsNoNetwork)
+{
+    bool other = false;
+    for (const QHostAddress& address : QNetworkInterface::allAddresses())
+        other = other || !(address.isLoopback() || address.isLinkLocal());
+    EXPECT_EQ(CAxControl::GetInstance()->IsNetWorkConnected(), other);
+}
+
+TEST(CAxNoflyZoneMgr, FindsTheZoneFileAndRefusesTheRest)
+{
+    QFile file(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("NoflyZone.db")));
+    if (file.exists())
+        GTEST_SKIP() << "a zone file stands beside the test program";
+    CAxNoflyZoneMgr zones;
+    EXPECT_TRUE(zones.CheckExistNoflyFile().isEmpty());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("zones");
+    file.close();
+    EXPECT_EQ(zones.CheckExistNoflyFile(), file.fileName());
+    QList<QVariant> rows{1};
+    EXPECT_FALSE(zones.ConnectDataBase(file.fileName()));
+    EXPECT_FALSE(zones.SelectRecord(QStringLiteral("*"), QStringLiteral("no_fly_zone"), {}, {}, rows));
+    EXPECT_FALSE(zones.CloseDataBase());
+    EXPECT_TRUE(file.remove());
+}
