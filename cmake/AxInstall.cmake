@@ -1,0 +1,54 @@
+# What `cmake --install` puts where: headers under include/AxEarthViewer, the
+# libraries, the host with the maps beside it, and a CMake package.
+include(CMakePackageConfigHelpers)
+
+set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/AxEarthViewer")
+set(installed AxOsg)
+foreach(target AxAlgorthm AxData AxBaseUI AxEarth AxEarthViewer)
+  if(TARGET ${target})
+    list(APPEND installed ${target})
+  endif()
+endforeach()
+install(TARGETS ${installed} EXPORT AxEarthViewerTargets
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(EXPORT AxEarthViewerTargets NAMESPACE AxEarthViewer:: DESTINATION ${package_dir})
+
+# Nothing installed knows where it was built or installed: the libraries find
+# each other beside themselves, the host finds them from its own folder.
+file(RELATIVE_PATH bin_to_lib "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
+foreach(target IN LISTS installed)
+  if(NOT target STREQUAL "AxOsg")
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  endif()
+endforeach()
+if(TARGET AxGroundControl)
+  set_target_properties(AxGroundControl PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+endif()
+
+foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
+  get_filename_component(name ${folder} NAME)
+  install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING PATTERN "*.h")
+endforeach()
+if(AX_EARTH STREQUAL "bundled")
+  install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+endif()
+# Of the viewer library only the classes that hosts use; the rest is its own business.
+foreach(folder viewer interaction mission analysis)
+  install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} FILES_MATCHING
+    PATTERN "CAx*.h" PATTERN "AxEarthViewerExport.h" PATTERN "AxGridWidget.h" PATTERN "AxHeadUpText.h"
+    PATTERN "AxMapFile.h" PATTERN "AxSceneLog.h" PATTERN "AxTranslations.h" PATTERN "AxUserOperation.h")
+endforeach()
+
+configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerConfig.cmake
+  INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(AxEarthViewerConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfig.cmake"
+  "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfigVersion.cmake" DESTINATION ${package_dir})
+set(licences LICENSE NOTICE)
+foreach(file IN LISTS licences)
+  if(EXISTS "${PROJECT_SOURCE_DIR}/${file}")
+    install(FILES ${file} DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  endif()
+endforeach()
