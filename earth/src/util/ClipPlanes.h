@@ -1,16 +1,15 @@
 #pragma once
 
-namespace osgEarth::Util
-{
+namespace osgEarth::Util {
 
 /** What is known about a frame before its planes are chosen; all in metres. */
 struct ClipSituation
 {
-    double earthRadius = 6378137.0;   ///< at the eye's latitude
+    double earthRadius = 6378137.0; ///< at the eye's latitude
     double heightAboveEllipsoid = 0.0;
-    double heightAboveGround = 0.0;   ///< straight below the eye
-    double nearestDrawn = 0.0;        ///< depth of the nearest thing in view as the cull traversal found it
-    double farthestDrawn = 0.0;       ///< and of the farthest
+    double heightAboveGround = 0.0; ///< straight below the eye
+    double nearestDrawn = 0.0;      ///< depth of the nearest thing in view as the cull traversal found it
+    double farthestDrawn = 0.0;     ///< and of the farthest
 };
 
 struct ClipPlanes
@@ -19,7 +18,8 @@ struct ClipPlanes
     double zFar;
 };
 
-/** How far one sees over a smooth globe, plus the stretch behind the horizon from which a height still shows. */
+/** How far one sees over a smooth globe, plus the stretch behind the horizon from which a height still shows.
+ */
 double sightLimit(double earthRadius, double eyeHeight, double thingHeight);
 
 /**
