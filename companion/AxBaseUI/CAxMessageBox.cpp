@@ -42,6 +42,8 @@ void CAxMessageBox::SetMsgText(const QString& text)
 {
     m_pLabText->setText(text);
     setAccessibleDescription(text);
+    m_pLabText->ensurePolished();
     const int natural = m_pLabText->fontMetrics().size(0, text).width() + 2;
-    m_pLabText->setFixedWidth(std::clamp(natural, MinTextWidth, MaxTextWidth));
+    const int width = std::clamp(natural, MinTextWidth, MaxTextWidth);
+    m_pLabText->setFixedSize(width, m_pLabText->heightForWidth(width));
 }

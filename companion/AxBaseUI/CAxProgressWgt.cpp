@@ -91,7 +91,7 @@ bool CAxProgressWgt::isDone() const
 void CAxProgressWgt::updateProgressButtons()
 {
     const bool closeVisible = m_closeVisible || (isDone() && !m_closeWhenDone);
-    SetBtnHidden(!closeVisible, !m_cancelVisible, !closeVisible && !m_cancelVisible);
+    SetBtnHidden(!closeVisible, !m_cancelVisible, false);
 }
 
 void CAxProgressWgt::slotBtnAcceptClicked()

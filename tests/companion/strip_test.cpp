@@ -135,7 +135,8 @@ TEST(Strip, BendsUpTo150DegreesGiveAValidOutlineWhateverTheLegs)
                 const Points line = bentLine({turn}, leg);
                 const Strip made = strip(line, widths.first, widths.second);
                 expectSound(made, line);
-                const double reach = 2.0 * std::max(widths.first, widths.second) + 1e-5;
+                const double mitre = std::max(2.0, 1.0 / std::cos(turn * PI / 360.0));
+                const double reach = mitre * std::max(widths.first, widths.second) + 1e-5;
                 for (int i = 0; i < made.indices.size(); ++i) {
                     const double own = distance(made.outline[i], line[made.indices[i]]);
                     const auto isNearer = [&](const CAxPoint2D& vertex) {

@@ -1,0 +1,409 @@
+#include <AxBaseUI/CAxBaseWidget.h>
+#include <AxBaseUI/CAxMessageBox.h>
+#include <AxBaseUI/CAxNoflyApplyUpload.h>
+#include <AxBaseUI/CAxNoflyApplyWgt.h>
+#include <AxBaseUI/CAxParameterEditPage.h>
+#include <AxBaseUI/CAxProgressWgt.h>
+#include <AxBaseUI/CAxVolumeWgt.h>
+#include <AxBaseUI/EToolType.h>
+
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QTranslator>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+
+namespace {
+/// Runs the dialog and does something to it once it is up.
+template <typename Dialog, typename... Arguments>
+int execAnd(Dialog& dialog, const std::function<void()>& action, Arguments... arguments)
+{
+    QTimer::singleShot(0, &dialog, action);
+    return dialog.exec(arguments...);
+}
+
+template <typename Widget> Widget* child(const QWidget& parent, const char* name)
+{
+    auto* const found = parent.findChild<Widget*>(QString::fromLatin1(name));
+    EXPECT_TRUE(found) << name;
+    return found;
+}
+
+void click(const QWidget& dialog, const char* name)
+{
+    QTest::mouseClick(child<QPushButton>(dialog, name), Qt::LeftButton);
+}
+
+QString visibleButtons(const QWidget& dialog)
+{
+    QString names;
+    for (const char* const name : {"m_pBtnOK", "m_pBtnCancel", "m_pBtnClose"})
+        if (!child<QPushButton>(dialog, name)->isHidden() &&
+            !child<QPushButton>(dialog, name)->parentWidget()->isHidden())
+            names += QString::fromLatin1(name + 6) + QLatin1Char(' ');
+    return names.trimmed();
+}
+
+/// A left-button event at a point of the widget; QTest's mouse moves need a real pointer.
+void mouse(QWidget& widget, QEvent::Type type, const QPoint& place)
+{
+    const bool move = type == QEvent::MouseMove;
+    QMouseEvent event(type, place, widget.mapToGlobal(place), move ? Qt::NoButton : Qt::LeftButton,
+                      type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+QPoint drag(QWidget& widget, const QPoint& by)
+{
+    mouse(widget, QEvent::MouseButtonPress, QPoint(20, 10));
+    mouse(widget, QEvent::MouseMove, QPoint(20, 10) + by);
+    const QPoint place = widget.pos();
+    mouse(widget, QEvent::MouseButtonRelease, QPoint(20, 10));
+    mouse(widget, QEvent::MouseMove, QPoint(90, 90));
+    EXPECT_EQ(widget.pos(), place) << "moved after the release";
+    return place;
+}
+
+/// Relative luminance and contrast as the Web Content Accessibility Guidelines define them.
+double luminance(const QColor& colour)
+{
+    const auto linear = [](double value) {
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b)
+{
+    const double brighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (brighter + 0.05) / (darker + 0.05);
+}
+} // namespace
+
+TEST(BaseDialog, AnyCombinationOfHiddenButtonsLeavesAWayOut)
+{
+    const struct
+    {
+        bool ok, cancel, close;
+        const char* visible;
+        int enter;
+    } rows[] = {{false, false, false, "OK Cancel Close", QDialog::Accepted},
+                {false, true, true, "OK", QDialog::Accepted},
+                {false, true, false, "OK Close", QDialog::Accepted},
+                {false, false, true, "OK Cancel", QDialog::Accepted},
+                {true, false, false, "Cancel Close", QDialog::Rejected},
+                {true, false, true, "Cancel", QDialog::Rejected},
+                {true, true, false, "Close", QDialog::Rejected},
+                {true, true, true, "Close", QDialog::Rejected}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.visible);
+        CAxMessageBox box;
+        box.SetBtnHidden(row.ok, row.cancel, row.close);
+        EXPECT_EQ(execAnd(box,
+                          [&] {
+                              EXPECT_EQ(visibleButtons(box), QLatin1String(row.visible));
+                              QTest::keyClick(&box, Qt::Key_Return);
+                          }),
+                  row.enter);
+        EXPECT_EQ(execAnd(box, [&] { QTest::keyClick(&box, Qt::Key_Escape); }), QDialog::Rejected);
+        EXPECT_EQ(execAnd(box, [&] { box.close(); }), QDialog::Rejected);
+    }
+}
+
+TEST(BaseDialog, ButtonsAcceptAndReject)
+{
+    CAxMessageBox box;
+    EXPECT_EQ(execAnd(box, [&] { click(box, "m_pBtnOK"); }), QDialog::Accepted);
+    EXPECT_EQ(execAnd(box, [&] { click(box, "m_pBtnCancel"); }), QDialog::Rejected);
+    EXPECT_EQ(execAnd(box, [&] { click(box, "m_pBtnClose"); }), QDialog::Rejected);
+}
+
+TEST(BaseDialog, ALoneCancelButtonReadsCloseUnlessNamed)
+{
+    CAxMessageBox box;
+    const auto* const cancel = child<QPushButton>(box, "m_pBtnCancel");
+    EXPECT_EQ(cancel->text(), QStringLiteral("Cancel"));
+    box.SetBtnHidden(true, false, false);
+    EXPECT_EQ(cancel->text(), QStringLiteral("Close"));
+    box.SetBtnCancelText(QStringLiteral("Delete"));
+    EXPECT_EQ(cancel->text(), QStringLiteral("Delete"));
+    box.SetBtnOKText(QStringLiteral("Understood"));
+    EXPECT_EQ(child<QPushButton>(box, "m_pBtnOK")->text(), QStringLiteral("Understood"));
+}
+
+TEST(BaseDialog, TabGoesThroughInputsThenButtonsAndEnterPressesTheFocusedOne)
+{
+    CAxParameterEditPage page;
+    page.SetElementName(QStringLiteral("Latitude"), QStringLiteral("Longitude"));
+    page.SetElement1Value(QStringLiteral("1"), true);
+    page.SetElement2Value(QStringLiteral("2"), true);
+    QStringList order;
+    const int result = execAnd(page, [&] {
+        QApplication::setActiveWindow(&page);
+        for (int i = 0; i < 4; ++i) {
+            order.append(page.focusWidget()->objectName());
+            if (i < 3)
+                QTest::keyClick(page.focusWidget(), Qt::Key_Tab);
+        }
+        QTest::keyClick(page.focusWidget(), Qt::Key_Enter);
+    });
+    EXPECT_EQ(order.join(QLatin1Char(' ')), QStringLiteral("m_pElement1 m_pElement2 m_pBtnOK m_pBtnCancel"));
+    EXPECT_EQ(result, QDialog::Rejected);
+}
+
+TEST(BaseDialog, IsFramelessAndFollowsTheMouse)
+{
+    CAxMessageBox box;
+    box.SetWindowTitle(QStringLiteral("Block Information"));
+    EXPECT_TRUE(box.windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(box.windowTitle(), QStringLiteral("Block Information"));
+    EXPECT_EQ(child<QLabel>(box, "m_pLabTitle")->text(), QStringLiteral("Block Information"));
+    box.move(100, 100);
+    box.show();
+    const QPoint start = box.pos();
+    EXPECT_EQ(drag(box, QPoint(30, 35)) - start, QPoint(30, 35));
+}
+
+TEST(BaseDialog, ReadsWellOnDarkAndLightDesktops)
+{
+    const QPalette before = QApplication::palette();
+    QImage pictures[2];
+    int i = 0;
+    for (const Qt::GlobalColor desktop : {Qt::white, Qt::black}) {
+        QApplication::setPalette(QPalette(QColor(desktop)));
+        CAxParameterEditPage page;
+        page.SetWindowTitle(QStringLiteral("Polygon Info"));
+        page.SetDialogInfo(QStringLiteral("Information"));
+        page.SetElementName(QStringLiteral("Name:"), QStringLiteral("Area"));
+        page.SetElement1Value(QStringLiteral("Quarry"), true);
+        page.SetElement2Value(QStringLiteral("3.14"), false);
+        page.ensurePolished();
+        page.adjustSize();
+        const QImage picture = page.grab().toImage();
+        pictures[i++] = picture;
+        for (QWidget* const widget : page.findChildren<QWidget*>()) {
+            if (widget->isHidden() || (!qobject_cast<QLabel*>(widget) && !qobject_cast<QLineEdit*>(widget) &&
+                                       !qobject_cast<QPushButton*>(widget)))
+                continue;
+            // Ink is the brightest pixel of the widget, paper the darkest; both must be far apart.
+            const QRect area(widget->mapTo(&page, QPoint()), widget->size());
+            double best = 1.0;
+            const QColor paper = picture.pixelColor(area.left() + 5, area.top() + 5);
+            for (int y = area.top(); y <= area.bottom(); ++y)
+                for (int x = area.left(); x <= area.right(); ++x)
+                    best = std::max(best, contrast(paper, picture.pixelColor(x, y)));
+            EXPECT_GT(best, 4.5) << widget->objectName().toStdString();
+        }
+    }
+    EXPECT_EQ(pictures[0], pictures[1]) << "the desktop's colours must not show through";
+    QApplication::setPalette(before);
+}
+
+TEST(MessageBox, TakesAMissingIconLongTextAndMarkupAsTheyAre)
+{
+    CAxMessageBox box;
+    box.SetIcon(QStringLiteral(":/no/such/picture.png"));
+    EXPECT_TRUE(child<QLabel>(box, "m_pLabIcon")->isHidden());
+    QPixmap picture(8, 8);
+    picture.fill(Qt::red);
+    const QString file = QCoreApplication::applicationDirPath() + QStringLiteral("/test_icon.png");
+    ASSERT_TRUE(picture.save(file));
+    box.SetIcon(file);
+    EXPECT_FALSE(child<QLabel>(box, "m_pLabIcon")->isHidden());
+    QFile::remove(file);
+
+    const auto* const label = child<QLabel>(box, "m_pLabText");
+    box.SetMsgText(QStringLiteral("<b>Block</b> & Co"));
+    EXPECT_EQ(label->textFormat(), Qt::PlainText);
+    const int lineHeight = label->fontMetrics().height();
+    box.SetMsgText(QStringLiteral("The route parameter error. ").repeated(30));
+    execAnd(box, [&] {
+        EXPECT_LT(box.width(), 700);
+        EXPECT_GT(label->height(), 5 * lineHeight);
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+        box.accept();
+    });
+}
+
+TEST(ParameterEditPage, ShowsTheGroupsThatWereFilledAndNotHidden)
+{
+    CAxParameterEditPage page;
+    const auto shown = [&page] {
+        QString names;
+        for (const char* const name : {"m_pLabInfo", "m_pElement1", "m_pElement2", "m_pList"})
+            if (!child<QWidget>(page, name)->isHidden())
+                names += QString::fromLatin1(name + 3) + QLatin1Char(' ');
+        return names.trimmed();
+    };
+    EXPECT_EQ(shown(), QString());
+    page.SetElementName(QStringLiteral("Name:"), QString());
+    EXPECT_EQ(shown(), QStringLiteral("Element1"));
+    page.SetElementName(QStringLiteral("Name:"), QStringLiteral("area (km^2):"));
+    page.SetDialogInfo(QStringLiteral("Information"));
+    page.SetElementParas({QStringLiteral("Width1(m):")}, {QStringLiteral("3")}, {true});
+    EXPECT_EQ(shown(), QStringLiteral("LabInfo Element1 Element2 List"));
+    page.SetGroupHidden(true, false, true, false);
+    EXPECT_EQ(shown(), QStringLiteral("Element1 List"));
+    page.SetGroupHidden(false, true, false, true);
+    EXPECT_EQ(shown(), QStringLiteral("LabInfo Element2"));
+}
+
+TEST(ParameterEditPage, ReturnsTheTypedTextsUnchanged)
+{
+    CAxParameterEditPage page;
+    page.SetElementName(QStringLiteral("Name:"), QStringLiteral("area (km^2):"));
+    page.SetElement1Value(QStringLiteral("old"), true);
+    page.SetElement2Value(QStringLiteral("3.14"), false);
+    page.SetElementParas({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")},
+                         {QStringLiteral("1"), QStringLiteral("2")}, {true});
+    EXPECT_EQ(page.GetElementValues(), (QStringList{QStringLiteral("1"), QStringLiteral("2"), QString()}));
+    const int result = execAnd(page, [&] {
+        auto* const name = child<QLineEdit>(page, "m_pElement1");
+        name->clear();
+        QTest::keyClicks(name, QStringLiteral(" 1,5 x"));
+        QTest::keyClicks(child<QLineEdit>(page, "m_pElement2"), QStringLiteral("9"));
+        QTest::keyClicks(child<QLineEdit>(page, "m_pListElement0"), QStringLiteral("7"));
+        QTest::keyClicks(child<QLineEdit>(page, "m_pListElement1"), QStringLiteral("7"));
+        QTest::keyClick(name, Qt::Key_Return);
+    });
+    EXPECT_EQ(result, QDialog::Accepted);
+    EXPECT_EQ(page.GetElement1Value(), QStringLiteral(" 1,5 x"));
+    EXPECT_EQ(page.GetElement2Value(), QStringLiteral("3.14"));
+    EXPECT_EQ(page.GetElementValues().mid(0, 2).join(QString()).size(), 3);
+    EXPECT_EQ(page.GetElementValues()[1], QStringLiteral("2"));
+
+    page.SetElementParas({QStringLiteral("d")}, {QStringLiteral("4")}, {true});
+    EXPECT_EQ(page.GetElementValues(), QStringList{QStringLiteral("4")});
+}
+
+TEST(ParameterEditPage, EscapeIsNotTheRenamedCancelButton)
+{
+    CAxParameterEditPage page;
+    page.SetOKCancelBtnVisible(true, true);
+    EXPECT_EQ(execAnd(page, [&] { QTest::keyClick(&page, Qt::Key_Escape); }), QDialog::Rejected);
+    page.SetBtnCancelText(QStringLiteral("Delete"));
+    EXPECT_EQ(execAnd(page, [&] { QTest::keyClick(&page, Qt::Key_Escape); }),
+              CAxParameterEditPage::CloseResult);
+    EXPECT_EQ(execAnd(page, [&] { page.close(); }), CAxParameterEditPage::CloseResult);
+    EXPECT_EQ(execAnd(page, [&] { click(page, "m_pBtnCancel"); }), QDialog::Rejected);
+    page.SetOKCancelBtnVisible(true, false);
+    EXPECT_EQ(visibleButtons(page), QStringLiteral("OK Close"));
+}
+
+TEST(BaseWidget, IsDraggedInsideItsParentWhileMovingIsEnabled)
+{
+    QWidget area;
+    area.resize(400, 300);
+    CAxBaseWidget panel(&area);
+    panel.setGeometry(100, 100, 80, 40);
+    area.show();
+    EXPECT_EQ(drag(panel, QPoint(30, -20)), QPoint(130, 80));
+    EXPECT_EQ(drag(panel, QPoint(1000, 1000)), QPoint(320, 260));
+    panel.EnableMove(false);
+    EXPECT_EQ(drag(panel, QPoint(-50, -50)), QPoint(320, 260));
+}
+
+TEST(ProgressWgt, ClosesItselfWhenDoneOnlyIfAsked)
+{
+    CAxProgressWgt automatic(QStringLiteral("Upload"));
+    automatic.SetMaxValue(10);
+    EXPECT_EQ(execAnd(
+                  automatic, [&] { automatic.SetValue(10); }, true),
+              QDialog::Accepted);
+
+    CAxProgressWgt manual(QStringLiteral("Upload"));
+    manual.SetMaxValue(10);
+    const int result = execAnd(
+        manual,
+        [&] {
+            EXPECT_EQ(visibleButtons(manual), QStringLiteral("Close"));
+            manual.SetValue(10);
+            EXPECT_TRUE(manual.isVisible());
+            EXPECT_EQ(visibleButtons(manual), QStringLiteral("OK Close"));
+            click(manual, "m_pBtnOK");
+        },
+        false);
+    EXPECT_EQ(result, QDialog::Accepted);
+}
+
+TEST(ProgressWgt, CancelAndRetryReachTheJob)
+{
+    CAxProgressWgt progress(QStringLiteral("Upload"));
+    progress.SetMaxValue(3);
+    progress.VisibleBtnCannel(true);
+    progress.VisibleBtnRetry(true);
+    QSignalSpy cancelled(&progress, &CAxProgressWgt::signalCancel);
+    QSignalSpy retried(&progress, &CAxProgressWgt::signalRetry);
+    const int result = execAnd(
+        progress,
+        [&] {
+            click(progress, "m_pBtnRetry");
+            EXPECT_TRUE(progress.isVisible());
+            QTest::keyClick(&progress, Qt::Key_Escape);
+        },
+        true);
+    EXPECT_EQ(result, QDialog::Rejected);
+    EXPECT_EQ(retried.size(), 1);
+    EXPECT_EQ(cancelled.size(), 1);
+
+    progress.SetValue(99);
+    EXPECT_EQ(child<QProgressBar>(progress, "m_pBar")->value(), 3);
+    EXPECT_EQ(progress.exec(true), QDialog::Accepted) << "already done";
+}
+
+TEST(NoflyApply, SaysThatNothingCanBeSent)
+{
+    CAxNoflyApplyWgt form(QStringLiteral("id"), {QStringLiteral("7")});
+    form.SetScreenShotsImage(QImage(4, 4, QImage::Format_RGB32));
+    EXPECT_TRUE(form.ComboUploadData().isEmpty());
+    EXPECT_EQ(execAnd(form, [&] { QTest::keyClick(&form, Qt::Key_Return); }), QDialog::Rejected);
+
+    CAxNoflyApplyUpload upload;
+    upload.BeginUpload(QByteArray("x"));
+    EXPECT_FALSE(child<QLabel>(upload, "m_pLabText")->text().isEmpty());
+    EXPECT_EQ(execAnd(
+                  upload, [&] { click(upload, "m_pBtnOK"); }, true),
+              QDialog::Accepted);
+}
+
+TEST(VolumeWgt, ShowsTheDifference)
+{
+    CAxVolumeWgt panel;
+    panel.SetVolume(12.5, 20.0);
+    EXPECT_EQ(child<QLabel>(panel, "m_pLabNet")->text(), QLocale().toString(-7.5, 'f', 2));
+}
+
+TEST(ToolKind, DrawingToolsAreThoseThatLeaveAnOperationRunning)
+{
+    const QList<int> drawing{3, 4, 5, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 31};
+    for (int type = -1; type <= 40; ++type)
+        EXPECT_EQ(static_cast<int>(GetToolKind(static_cast<EToolType>(type))) == 2, drawing.contains(type))
+            << type;
+}
+
+TEST(Translation, IsEmbeddedAndChangesALiveDialog)
+{
+    QTranslator chinese;
+    ASSERT_TRUE(chinese.load(QStringLiteral(":/i18n/axcompanion_zh_CN.qm")));
+    CAxMessageBox box;
+    EXPECT_EQ(child<QPushButton>(box, "m_pBtnOK")->text(), QStringLiteral("OK"));
+    ASSERT_TRUE(QCoreApplication::installTranslator(&chinese));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(child<QPushButton>(box, "m_pBtnOK")->text(), QString::fromUtf8("确定"));
+    EXPECT_EQ(child<QPushButton>(box, "m_pBtnCancel")->text(), QString::fromUtf8("取消"));
+    QCoreApplication::removeTranslator(&chinese);
+}
