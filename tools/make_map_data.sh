@@ -31,11 +31,17 @@ tiled="-co TILED=YES -co BLOCKXSIZE=256 -co BLOCKYSIZE=256"
 world_picture() {
   # The picture's north-east corner fades to grey, which on a globe is a stain at
   # the pole and a bright seam at 180 degrees. The last 84 columns of the first 84
-  # rows take the colours just west of them, the first two rows those of the third.
+  # rows become a run from the colours just west of them to those just east, in
+  # the first column; the first two rows take the colours of the third.
   gdal_translate -q -of VRT -a_srs EPSG:4326 -a_ullr -180 90 180 -90 \
     "$source_dir/earth-blue-marble.jpg" "$work/picture.vrt"
-  gdal_translate -q -srcwin 4004 0 8 84 -outsize 84 84 -r bilinear \
-    -a_ullr 172.6171875 90 180 82.6171875 "$work/picture.vrt" "$work/corner.tif"
+  gdal_translate -q -srcwin 4004 0 8 84 -outsize 1 84 -r average \
+    -a_ullr 0 84 1 0 "$work/picture.vrt" "$work/left.tif"
+  gdal_translate -q -srcwin 0 0 1 84 -a_ullr 1 84 2 0 "$work/picture.vrt" "$work/right.tif"
+  gdalbuildvrt -q "$work/sides.vrt" "$work/left.tif" "$work/right.tif"
+  gdal_translate -q "$work/sides.vrt" "$work/sides.tif"
+  gdal_translate -q -outsize 84 84 -r bilinear \
+    -a_ullr 172.6171875 90 180 82.6171875 "$work/sides.tif" "$work/corner.tif"
   gdalbuildvrt -q "$work/cornered.vrt" "$work/picture.vrt" "$work/corner.tif"
   gdal_translate -q -srcwin 0 2 4096 1 -outsize 4096 2 \
     -a_ullr -180 90 180 89.82421875 "$work/cornered.vrt" "$work/pole.tif"
