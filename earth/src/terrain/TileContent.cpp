@@ -22,33 +22,33 @@ constexpr double kMeshToleranceTexels = 0.5;
 constexpr double kSkirtTexels = 3.0;
 /** Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface. */
 constexpr double kCellsPerSourceCell = 8.0;
+/** Tiles wider than this, degrees, read every source whole; the strip beside an edge is less than a cell
+ * there. */
+constexpr double kWidestEdgeRead = 8.0;
+/** A coarse source is bent to meet a finer one within this many of its own cells. */
+constexpr double kBlendCells = 1.5;
 
 double texelMetres(const TileBounds& bounds)
 {
     return bounds.height() * kMetresPerDegree / kTilePictureSize;
 }
 
-HeightRaster sampleHeights(const TileBounds& bounds,
-                           const std::vector<std::shared_ptr<const HeightWindow>>& windows)
+HeightRaster sampleHeights(const TileBounds& bounds, const HeightStack& stack)
 {
     HeightRaster raster(kRasterSize, 1);
-    if (windows.empty())
+    if (stack.empty())
         return raster;
-    const double step = bounds.height() / (kRasterSize - 1);
+    const double stepY = bounds.height() / (kRasterSize - 1);
     const double stepX = bounds.width() / (kRasterSize - 1);
     for (int row = -1; row <= kRasterSize; ++row) {
-        const double latitude = std::clamp(bounds.south + step * row, -90.0, 90.0);
+        const double latitude = std::clamp(bounds.south + stepY * row, -90.0, 90.0);
         for (int column = -1; column <= kRasterSize; ++column) {
             double longitude = bounds.west + stepX * column;
             if (longitude > 180.0)
                 longitude -= 360.0;
             else if (longitude < -180.0)
                 longitude += 360.0;
-            for (const auto& window : windows)
-                if (const std::optional<double> height = window->heightAt(longitude, latitude)) {
-                    raster.at(column, row) = static_cast<float>(*height);
-                    break;
-                }
+            raster.at(column, row) = static_cast<float>(stack.heightAt(longitude, latitude).value_or(0.0));
         }
     }
     return raster;
@@ -63,13 +63,76 @@ HeightRaster meshGridOf(const HeightRaster& raster)
     return grid;
 }
 
-bool covers(const TerrainLayer& layer, const TileBounds& bounds)
+TileBounds dataBounds(const TerrainLayer& layer)
 {
     const GeoExtent extent = layer.getDataExtent();
-    if (!extent.isValid())
-        return true;
-    return extent.west() < bounds.east && extent.east() > bounds.west && extent.south() < bounds.north &&
-           extent.north() > bounds.south;
+    if (!extent.isValid() || extent.crossesAntimeridian())
+        return {-180.0, -90.0, 180.0, 90.0};
+    return {extent.west(), extent.south(), extent.east(), extent.north()};
+}
+
+TileBounds widened(const TileBounds& bounds, double degrees)
+{
+    return {bounds.west - degrees, bounds.south - degrees, bounds.east + degrees, bounds.north + degrees};
+}
+
+bool contains(const TileBounds& outer, const TileBounds& inner)
+{
+    return outer.west <= inner.west && outer.east >= inner.east && outer.south <= inner.south &&
+           outer.north >= inner.north;
+}
+
+TileBounds intersection(const TileBounds& a, const TileBounds& b)
+{
+    return {std::max(a.west, b.west), std::max(a.south, b.south), std::min(a.east, b.east),
+            std::min(a.north, b.north)};
+}
+
+bool covers(const TerrainLayer& layer, const TileBounds& bounds)
+{
+    const TileBounds data = dataBounds(layer);
+    return data.west < bounds.east && data.east > bounds.west && data.south < bounds.north &&
+           data.north > bounds.south;
+}
+
+/** What a map's sources have to say about the ground of one tile. */
+struct TileHeights
+{
+    HeightStack stack;
+    /** Whether the stack holds every source's own samples. */
+    bool fullResolution = false;
+    /** Whether deeper tiles would resolve the sources better. */
+    bool refinable = false;
+};
+
+TileHeights readHeights(const TileKey& key, const TileBounds& bounds, const TileSources& sources,
+                        double meshCell)
+{
+    TileHeights heights;
+    heights.fullResolution = true;
+    double coarsest = 0.0;
+    for (const auto& layer : sources.elevations)
+        coarsest = std::max(coarsest, layer->getDataResolution());
+    for (const auto& layer : sources.elevations) {
+        const double cell = layer->getDataResolution();
+        const double strip = kBlendCells * coarsest;
+        if (!layer->isKeyInRange(key) || !covers(*layer, widened(bounds, strip)))
+            continue;
+        const TileBounds data = dataBounds(*layer);
+        // Beside its own data a finer source is asked for its edge only; inside it for the tile only.
+        TileBounds wanted = widened(bounds, 0.5 * meshCell);
+        if (cell < coarsest && !contains(data, bounds) && bounds.width() < kWidestEdgeRead)
+            wanted = intersection(widened(bounds, strip), data);
+        const GeoExtent extent(key.getExtent().getSRS(), wanted.west, std::max(-90.0, wanted.south),
+                               wanted.east, std::min(90.0, wanted.north));
+        if (auto window = readHeightWindow(*layer, extent, 0.5 * meshCell, nullptr)) {
+            heights.refinable =
+                heights.refinable || (covers(*layer, bounds) && meshCell * kCellsPerSourceCell > cell);
+            heights.fullResolution = heights.fullResolution && window->cellSizeDegrees() <= cell * 1.001;
+            heights.stack.add({std::move(window), data, kBlendCells * cell});
+        }
+    }
+    return heights;
 }
 
 /** Whether the layer's samples are closer together than `cell` degrees inside the tile. */
@@ -90,9 +153,8 @@ bool pictureIsRefinable(const TileSources& sources, const TileBounds& bounds)
 
 double TileContent::heightAt(double longitude, double latitude) const
 {
-    for (const auto& window : windows)
-        if (const std::optional<double> height = window->heightAt(longitude, latitude))
-            return *height;
+    if (const std::optional<double> height = sourceHeights.heightAt(longitude, latitude))
+        return *height;
     return heights.interpolate((longitude - bounds.west) / bounds.width(),
                                (latitude - bounds.south) / bounds.height());
 }
@@ -133,26 +195,13 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const TileBounds& bounds = content->bounds;
 
     const double meshCell = bounds.height() / kMeshCells;
-    std::vector<std::shared_ptr<const HeightWindow>> windows;
-    bool heightsRefinable = false;
-    bool fullResolution = !sources.elevations.empty();
-    for (const auto& layer : sources.elevations) {
-        if (!covers(*layer, bounds))
-            continue;
-        GeoExtent extent = key.getExtent();
-        if (const auto window = readHeightWindow(*layer, extent, 0.5 * meshCell, nullptr)) {
-            const double sourceCell = layer->getDataResolution();
-            heightsRefinable = heightsRefinable || meshCell * kCellsPerSourceCell > sourceCell;
-            fullResolution = fullResolution && window->cellSizeDegrees() <= sourceCell * 1.001;
-            windows.push_back(window);
-        }
-    }
-    const HeightRaster raster = sampleHeights(bounds, windows);
+    const TileHeights read = readHeights(key, bounds, sources, meshCell);
+    const HeightRaster raster = sampleHeights(bounds, read.stack);
     const double texel = texelMetres(bounds);
     content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, kSkirtTexels * texel);
     content->heights = meshGridOf(raster);
-    if (fullResolution)
-        content->windows = std::move(windows);
+    if (read.fullResolution)
+        content->sourceHeights = read.stack;
 
     if (parent && !parent->refinable) {
         content->texture = *parent;
@@ -165,7 +214,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     }
 
     const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * 6378137.0);
-    const double hidden = heightsRefinable ? content->mesh.hiddenDetail : 0.0;
+    const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
     content->geometricError = content->mesh.simplificationError + hidden + sagitta;
     content->refinable =
         key.getLOD() < kDeepestLevel && (content->texture.refinable || content->geometricError > 0.02);

@@ -2,6 +2,7 @@
 #define OSGEARTH_TERRAIN_TILE_CONTENT_H 1
 
 #include "HeightRaster.h"
+#include "HeightStack.h"
 #include "TileMesh.h"
 
 #include <osg/Image>
@@ -15,8 +16,6 @@
 #include <vector>
 
 namespace osgEarth {
-class HeightWindow;
-
 /** A tile's picture and the rectangle it covers, which may be an ancestor's. */
 struct TileTexture
 {
@@ -36,8 +35,8 @@ struct TileContent
     TileTexture texture;
     /** The mesh's grid; answers height queries where no window does. */
     HeightRaster heights;
-    /** Source samples at full resolution, finest source first; empty on coarse levels. */
-    std::vector<std::shared_ptr<const HeightWindow>> windows;
+    /** Source samples at full resolution; empty on coarse levels. */
+    HeightStack sourceHeights;
     /** Metres by which deeper tiles may differ from this one's mesh. */
     double geometricError = 0.0;
     /** Whether deeper tiles would show anything that this one does not. */

@@ -1,6 +1,7 @@
 #include "TilePicture.h"
 
 #include "ReliefShade.h"
+#include "sources/RasterSource.h"
 #include "TileContent.h"
 
 #include <osg/Texture2D>
@@ -16,6 +17,18 @@ using Pixel = std::array<std::uint8_t, 4>;
 
 /** Where no layer has anything: a muted sea blue, so that a globe without pictures still shows relief. */
 constexpr std::array<float, 3> kGround{52.0f, 74.0f, 98.0f};
+
+/**
+ * Half a texel wider than the tile on each side, which puts the outermost
+ * texels' centres on its border.
+ */
+GeoExtent pictureExtent(const TileKey& key, const TileBounds& bounds)
+{
+    const double x = 0.5 * bounds.width() / (kTilePictureSize - 1);
+    const double y = 0.5 * bounds.height() / (kTilePictureSize - 1);
+    return {key.getExtent().getSRS(), bounds.west - x, std::max(-90.0, bounds.south - y), bounds.east + x,
+            std::min(90.0, bounds.north + y)};
+}
 
 void blend(std::vector<float>& rgb, const osg::Image& layer, float opacity)
 {
@@ -64,17 +77,20 @@ void halve(const std::uint8_t* in, int size, std::uint8_t* out)
 }
 } // namespace
 
-osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds& /*bounds*/,
+osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds& bounds,
                                             const TileSources& sources, const ReliefShade& shade)
 {
     constexpr std::size_t texels = static_cast<std::size_t>(kTilePictureSize) * kTilePictureSize;
     std::vector<float> rgb(3 * texels);
     for (std::size_t i = 0; i < rgb.size(); ++i)
         rgb[i] = kGround[i % 3];
+    const GeoExtent extent = pictureExtent(key, bounds);
     for (const auto& layer : sources.images) {
-        const GeoImage picture = layer->createImage(key);
-        if (picture.valid())
-            blend(rgb, *picture.getImage(), layer->getOpacity());
+        const std::shared_ptr<RasterSource> source = layer->getSource();
+        osg::ref_ptr<osg::Image> picture;
+        if (source && layer->mayHaveData(key) &&
+            source->readImage(extent, kTilePictureSize, picture, nullptr) == RasterSource::Answer::Data)
+            blend(rgb, *picture, layer->getOpacity());
     }
 
     osg::Image::MipmapDataType offsets;
