@@ -1,5 +1,6 @@
 #include <AxBaseUI/CAxBaseDialog.h>
 
+#include <QAbstractButton>
 #include <QCloseEvent>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -220,22 +221,22 @@ void CAxBaseDialog::showEvent(QShowEvent* event)
         return;
     // The buttons are created before the content, so the natural order would start with them.
     QWidget* last = nullptr;
-    QWidget* first = nullptr;
+    QWidget* firstInput = nullptr;
     for (QWidget* const child : findChildren<QWidget*>()) {
         const bool isButton = child->parentWidget() == m_pButtonRow;
         if (isButton || !(child->focusPolicy() & Qt::TabFocus) || child->isHidden())
             continue;
         if (last)
             setTabOrder(last, child);
-        else
-            first = child;
+        if (!firstInput && !qobject_cast<QAbstractButton*>(child))
+            firstInput = child;
         last = child;
     }
     if (last)
         setTabOrder(last, m_pBtnOK);
     setTabOrder(m_pBtnOK, m_pBtnCancel);
-    if (first)
-        first->setFocus(Qt::TabFocusReason);
+    if (firstInput)
+        firstInput->setFocus(Qt::TabFocusReason);
     else
         (m_okHidden ? m_pBtnCancel : m_pBtnOK)->setFocus(Qt::TabFocusReason);
 }

@@ -7,19 +7,19 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int MinWidth = 360;
+constexpr int MinBarWidth = 320;
 } // namespace
 
 CAxProgressWgt::CAxProgressWgt(const QString& caption, QWidget* parent)
     : CAxBaseDialog(parent), m_pLabText(new QLabel), m_pBar(new QProgressBar), m_pBtnRetry(new QPushButton)
 {
     SetWindowTitle(caption);
-    setMinimumWidth(MinWidth);
     m_pLabText->setObjectName(QStringLiteral("m_pLabText"));
     m_pLabText->setTextFormat(Qt::PlainText);
     m_pLabText->setWordWrap(true);
     m_pLabText->hide();
     m_pBar->setObjectName(QStringLiteral("m_pBar"));
+    m_pBar->setMinimumWidth(MinBarWidth);
     m_pBar->setRange(0, 0);
     m_pBtnRetry->setObjectName(QStringLiteral("m_pBtnRetry"));
     m_pBtnRetry->setText(tr("Retry"));
@@ -34,6 +34,7 @@ CAxProgressWgt::CAxProgressWgt(const QString& caption, QWidget* parent)
 
     connect(m_pBtnRetry, &QPushButton::clicked, this, &CAxProgressWgt::signalRetry);
     SetBtnOKText(tr("Close"));
+    SetBtnCancelText(tr("Cancel"));
     updateProgressButtons();
 }
 

@@ -351,6 +351,8 @@ TEST(ProgressWgt, CancelAndRetryReachTheJob)
     const int result = execAnd(
         progress,
         [&] {
+            EXPECT_EQ(child<QPushButton>(progress, "m_pBtnCancel")->text(), QStringLiteral("Cancel"));
+            EXPECT_EQ(progress.focusWidget()->objectName(), QStringLiteral("m_pBtnCancel"));
             click(progress, "m_pBtnRetry");
             EXPECT_TRUE(progress.isVisible());
             QTest::keyClick(&progress, Qt::Key_Escape);
