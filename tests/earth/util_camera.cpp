@@ -1,0 +1,382 @@
+#include <gtest/gtest.h>
+#include <util/CameraFlight.h>
+#include <util/CameraMoves.h>
+
+#include <cmath>
+#include <limits>
+
+using namespace osgEarth::Util;
+
+namespace {
+
+const osg::EllipsoidModel kGlobe;
+constexpr double kRadius = 6378137.0;
+
+double flat(double, double)
+{
+    return 0.0;
+}
+
+osg::Vec3d at(double longitude, double latitude, double height = 0.0)
+{
+    return toWorld(kGlobe, {osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height});
+}
+
+CameraPose view(double longitude, double latitude, double heading, double pitch, double range)
+{
+    return makePose(kGlobe, at(longitude, latitude), osg::DegreesToRadians(heading),
+                    osg::DegreesToRadians(pitch), range);
+}
+
+osg::Matrixd projection()
+{
+    return osg::Matrixd::perspective(30.0, 1.6, 1.0, 1e8);
+}
+
+/** Window position (-1..1) of a world point. */
+osg::Vec3d onScreen(const CameraPose& pose, const osg::Vec3d& point)
+{
+    return point * viewMatrix(pose) * projection();
+}
+
+/** Largest angle between the axes of two cameras, degrees. */
+double turnBetween(const CameraPose& a, const CameraPose& b)
+{
+    double largest = 0.0;
+    for (const osg::Vec3d& axis : {osg::Vec3d(1, 0, 0), osg::Vec3d(0, 1, 0), osg::Vec3d(0, 0, 1)}) {
+        const double c = ((a.rotation * a.frame) * axis) * ((b.rotation * b.frame) * axis);
+        largest = std::max(largest, std::acos(std::min(1.0, c)));
+    }
+    return osg::RadiansToDegrees(largest);
+}
+
+bool passesBy(const Ray& ray, double radius)
+{
+    return (ray.origin ^ ray.direction).length() > radius;
+}
+
+bool isSound(const CameraPose& pose)
+{
+    return isFinite(pose.center) && std::isfinite(pose.distance) && std::isfinite(pose.rotation.length2()) &&
+           std::isfinite(pose.frame.length2());
+}
+
+} // namespace
+
+TEST(CameraPose, LooksWhereHeadingAndPitchSay)
+{
+    const struct
+    {
+        double longitude, latitude, heading, pitch;
+        osg::Vec3d look, up; // east, north, up at the centre
+    } rows[] = {
+        {0, 0, 0, -90, {0, 0, -1}, {0, 1, 0}},    {116.3, 39.9, 90, -90, {0, 0, -1}, {1, 0, 0}},
+        {-105, 37.4, 0, 0, {0, 1, 0}, {0, 0, 1}}, {179.9, -80, 90, 0, {1, 0, 0}, {0, 0, 1}},
+        {10, 90, 180, 0, {0, -1, 0}, {0, 0, 1}},
+    };
+    for (const auto& row : rows) {
+        const CameraPose pose = view(row.longitude, row.latitude, row.heading, row.pitch, 1000.0);
+        osg::Matrixd local;
+        kGlobe.computeLocalToWorldTransformFromLatLongHeight(
+            osg::DegreesToRadians(row.latitude), osg::DegreesToRadians(row.longitude), 0.0, local);
+        const osg::Vec3d eye = eyeOf(pose);
+        EXPECT_LT((pose.center - eye - osg::Matrixd::transform3x3(row.look, local) * 1000.0).length(), 1e-3);
+        const osg::Vec3d up = osg::Matrixd::transform3x3(osg::Vec3d(0, 1, 0), cameraMatrix(pose));
+        EXPECT_LT((up - osg::Matrixd::transform3x3(row.up, local)).length(), 1e-6);
+        EXPECT_LT((eye * viewMatrix(pose)).length(), 1e-6);
+        EXPECT_LT((pose.center * viewMatrix(pose) - osg::Vec3d(0, 0, -1000.0)).length(), 1e-6);
+    }
+}
+
+TEST(CameraPose, AnglesSurviveTheRotationAlsoWhereOneOfThemVanishes)
+{
+    for (double heading : {-179.0, -90.0, 0.0, 37.0, 180.0}) {
+        for (double pitch : {-90.0, -89.99, -45.0, -10.0, 0.0, 60.0}) {
+            double h = 0.0;
+            double p = 0.0;
+            anglesOf(rotationOf(osg::DegreesToRadians(heading), osg::DegreesToRadians(pitch)), h, p);
+            EXPECT_NEAR(std::remainder(osg::RadiansToDegrees(h) - heading, 360.0), 0.0, 1e-6);
+            EXPECT_NEAR(osg::RadiansToDegrees(p), pitch, 1e-6);
+        }
+    }
+}
+
+TEST(CameraPose, CursorRayGoesThroughThePointThatIsDrawnThere)
+{
+    const CameraPose pose = view(8.0, 47.0, 30.0, -35.0, 12000.0);
+    const osg::Vec3d point = at(8.01, 47.01, 800.0);
+    const osg::Vec3d seen = onScreen(pose, point);
+    const Ray ray = transformed(cursorRay(projection(), seen.x(), seen.y()), cameraMatrix(pose));
+    EXPECT_LT(((point - ray.origin) ^ ray.direction).length(), 1e-3);
+}
+
+TEST(CameraPose, GroundIsFoundAlongTheRayWhateverTheRelief)
+{
+    const auto hills = [](double latitude, double longitude) {
+        return 1500.0 + 800.0 * std::sin(latitude * 3000.0) * std::cos(longitude * 2500.0);
+    };
+    for (double pitch : {-90.0, -45.0, -20.0, -12.0}) {
+        for (double range : {300.0, 20e3, 2e6, 25e6}) {
+            CameraPose pose = view(-105.0, 37.4, 70.0, pitch, range);
+            pose.center = at(-105.0, 37.4, 2500.0);
+            const Ray ray{eyeOf(pose), (pose.center - eyeOf(pose)) / pose.distance};
+            const auto distance = groundAlong(kGlobe, ray, hills);
+            ASSERT_TRUE(distance) << pitch << " " << range;
+            const Geodetic hit = toGeodetic(kGlobe, ray.origin + ray.direction * *distance);
+            EXPECT_NEAR(hit.height, hills(hit.latitude, hit.longitude), 0.1);
+            // Nothing stands in between.
+            for (double share : {0.2, 0.5, 0.8, 0.99}) {
+                const Geodetic before = toGeodetic(kGlobe, ray.origin + ray.direction * (*distance * share));
+                EXPECT_GT(before.height, hills(before.latitude, before.longitude));
+            }
+        }
+    }
+    EXPECT_FALSE(groundAlong(kGlobe, {at(0, 0, 1000.0), at(0, 0) / kRadius}, flat)) << "looks into space";
+}
+
+TEST(CameraPose, RecentringMovesTheCentreToTheGroundAndNotThePicture)
+{
+    const auto plateau = [](double, double) { return 3000.0; };
+    CameraPose pose = view(-105.0, 37.4, 40.0, -25.0, 20e3);
+    const CameraPose before = pose;
+    ASSERT_TRUE(recenter(kGlobe, plateau, pose));
+    EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 3000.0, 0.1);
+    EXPECT_LT((eyeOf(pose) - eyeOf(before)).length(), 1e-3);
+    EXPECT_LT(turnBetween(pose, before), 1e-6);
+
+    CameraPose up = view(0, 0, 0, 30.0, 500.0);
+    EXPECT_FALSE(recenter(kGlobe, flat, up)) << "starts under ground";
+}
+
+TEST(CameraPose, AnEyeUnderTheGroundIsLiftedAndStillSeesItsCentre)
+{
+    const auto plateau = [](double, double) { return 3000.0; };
+    const double maxPitch = osg::DegreesToRadians(-10.0);
+    CameraPose pose = view(-105.0, 37.4, 120.0, -30.0, 500.0);
+    pose.center = at(-105.0, 37.4, 2990.0);
+    ASSERT_TRUE(keepAboveGround(kGlobe, plateau, 400.0, maxPitch, pose));
+    EXPECT_NEAR(toGeodetic(kGlobe, eyeOf(pose)).height, 3400.0, 0.1);
+    const osg::Vec3d seen = onScreen(pose, pose.center);
+    EXPECT_LT(std::hypot(seen.x(), seen.y()), 1e-9);
+    EXPECT_FALSE(keepAboveGround(kGlobe, plateau, 399.0, maxPitch, pose));
+}
+
+/** Grabs one place of the window and drags it to another. */
+class DraggedPoint : public testing::TestWithParam<std::tuple<double, double, double>>
+{
+};
+
+TEST_P(DraggedPoint, StaysUnderTheCursor)
+{
+    const auto [latitude, pitch, range] = GetParam();
+    const struct
+    {
+        osg::Vec2d from, to;
+    } drags[] = {{{0.0, 0.0}, {0.3, 0.2}}, {{-0.3, -0.4}, {0.2, -0.3}}, {{0.3, 0.1}, {0.3, -0.35}}};
+    for (HeadingRule rule : {HeadingRule::KeepNorth, HeadingRule::TurnFreely}) {
+        for (const auto& drag : drags) {
+            CameraPose pose = view(179.99, latitude, 20.0, pitch, range);
+            const CameraPose start = pose;
+            const Ray grab =
+                transformed(cursorRay(projection(), drag.from.x(), drag.from.y()), cameraMatrix(pose));
+            const auto away = groundAlong(kGlobe, grab, flat);
+            if (!away)
+                continue; // that place of the window shows space
+            const osg::Vec3d point = grab.origin + grab.direction * *away;
+            constexpr int kEvents = 12;
+            for (int i = 1; i <= kEvents; ++i) {
+                const osg::Vec2d cursor = drag.from + (drag.to - drag.from) * (double(i) / kEvents);
+                const Ray sight = cursorRay(projection(), cursor.x(), cursor.y());
+                if (passesBy(transformed(sight, cameraMatrix(pose)), 0.98 * kRadius))
+                    break; // the cursor has left the globe
+                ASSERT_TRUE(bringUnder(kGlobe, point, sight, rule, pose));
+                const osg::Vec3d seen = onScreen(pose, point);
+                EXPECT_NEAR(seen.x(), cursor.x(), 1.0 / 640.0) << "event " << i;
+                EXPECT_NEAR(seen.y(), cursor.y(), 1.0 / 400.0) << "event " << i;
+            }
+            EXPECT_NEAR(pose.distance, start.distance, 1e-6 * start.distance);
+            EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 0.0, 0.01);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Views, DraggedPoint,
+                         testing::Combine(testing::Values(0.0, 37.4, -60.0, 85.0),            // latitude
+                                          testing::Values(-90.0, -45.0, -20.0),               // pitch
+                                          testing::Values(5.0, 500.0, 20e3, 350e3, 25.5e6))); // range
+
+TEST(CameraMoves, DraggingOffTheGlobeStopsAtTheLimbAndStaysFinite)
+{
+    CameraPose pose = view(10.0, 50.0, 0.0, -90.0, 4.0 * kRadius);
+    const osg::Vec3d point = pose.center;
+    for (double x = 0.0; x <= 1.0; x += 0.1)
+        ASSERT_TRUE(bringUnder(kGlobe, point, cursorRay(projection(), x, 0.9), HeadingRule::KeepNorth, pose));
+    EXPECT_TRUE(isSound(pose));
+    EXPECT_FALSE(bringUnder(kGlobe, {0, 0, 0}, cursorRay(projection(), 0, 0), HeadingRule::KeepNorth, pose));
+}
+
+TEST(CameraMoves, ADragNearTheHorizonCannotFlingTheCamera)
+{
+    CameraPose pose = view(10.0, 50.0, 0.0, -12.0, 2000.0);
+    const osg::Vec3d eye = eyeOf(pose);
+    const Ray grab = transformed(cursorRay(projection(), 0.0, 0.0), cameraMatrix(pose));
+    const osg::Vec3d point = grab.origin + grab.direction * *groundAlong(kGlobe, grab, flat);
+    ASSERT_TRUE(bringUnder(kGlobe, point, cursorRay(projection(), 0.0, 0.999), HeadingRule::KeepNorth, pose));
+    EXPECT_LT((eyeOf(pose) - eye).length(), 5.0 * 2000.0);
+}
+
+TEST(CameraMoves, PanningKeepsTheHeadingAwayFromThePoles)
+{
+    CameraPose pose = view(179.0, 45.0, 30.0, -50.0, 50e3);
+    for (int i = 0; i < 20; ++i)
+        slide(kGlobe, 20e3, 5e3, HeadingRule::KeepNorth, pose);
+    double heading = 0.0;
+    double pitch = 0.0;
+    anglesOf(pose.rotation, heading, pitch);
+    EXPECT_NEAR(osg::RadiansToDegrees(heading), 30.0, 1e-6);
+    EXPECT_NEAR(osg::RadiansToDegrees(pitch), -50.0, 1e-6);
+    EXPECT_LT(osg::RadiansToDegrees(toGeodetic(kGlobe, pose.center).longitude), 0.0)
+        << "crosses the antimeridian";
+}
+
+TEST(CameraMoves, PanningOverAPoleNeverFlipsThePicture)
+{
+    for (double latitude : {88.0, -88.0}) {
+        for (double longitude : {0.0, 45.0, 180.0}) {
+            CameraPose pose = view(longitude, latitude, latitude > 0 ? 0.0 : 180.0, -60.0, 300e3);
+            const double step = 10e3;
+            for (int i = 0; i < 60; ++i) {
+                const CameraPose before = pose;
+                slide(kGlobe, 0.0, step, HeadingRule::KeepNorth, pose);
+                ASSERT_TRUE(isSound(pose));
+                EXPECT_LT(turnBetween(before, pose), 0.5);
+                EXPECT_NEAR((pose.center - before.center).length(), step, 0.02 * step);
+            }
+            EXPECT_LT(std::abs(osg::RadiansToDegrees(toGeodetic(kGlobe, pose.center).latitude)), 87.0)
+                << "comes down on the other side";
+        }
+    }
+}
+
+TEST(CameraMoves, ZoomingKeepsThePointUnderTheCursorAndStopsAtIt)
+{
+    for (double range : {200.0, 20e3, 1e6, 20e6}) {
+        CameraPose pose = view(-105.0, 37.4, 10.0, -60.0, range);
+        const double x = 0.2;
+        const double y = -0.15;
+        const Ray sight = cursorRay(projection(), x, y);
+        const Ray ray = transformed(sight, cameraMatrix(pose));
+        const osg::Vec3d point = ray.origin + ray.direction * *groundAlong(kGlobe, ray, flat);
+        for (int i = 0; i < 20; ++i) {
+            zoomBy(kGlobe, 0.8, 1.0, 1e9, HeadingRule::KeepNorth, ZoomAnchor{point, sight}, pose);
+            const osg::Vec3d seen = onScreen(pose, point);
+            EXPECT_NEAR(seen.x(), x, 2.0 / 640.0) << range << " step " << i;
+            EXPECT_NEAR(seen.y(), y, 2.0 / 400.0) << range << " step " << i;
+        }
+        EXPECT_LT((eyeOf(pose) - point).length(), std::max(2.0, 0.03 * range));
+        EXPECT_GT(toGeodetic(kGlobe, eyeOf(pose)).height, 0.0);
+    }
+}
+
+TEST(CameraMoves, ZoomStaysWithinItsLimits)
+{
+    CameraPose pose = view(0, 0, 0, -45, 1000);
+    zoomBy(kGlobe, 1e-9, 5.0, 1e8, HeadingRule::KeepNorth, {}, pose);
+    EXPECT_EQ(pose.distance, 5.0);
+    zoomBy(kGlobe, 1e12, 5.0, 1e8, HeadingRule::KeepNorth, {}, pose);
+    EXPECT_EQ(pose.distance, 1e8);
+    for (double bad : {0.0, -1.0, std::nan(""), std::numeric_limits<double>::infinity()})
+        zoomBy(kGlobe, bad, 5.0, 1e8, HeadingRule::KeepNorth, {}, pose);
+    EXPECT_EQ(pose.distance, 1e8);
+}
+
+namespace {
+
+FlightEnd end(double longitude, double latitude, double heading, double pitch, double range)
+{
+    return {{osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), 0.0},
+            osg::DegreesToRadians(heading),
+            osg::DegreesToRadians(pitch),
+            range};
+}
+
+CameraPose poseAt(const CameraFlight& flight, double share)
+{
+    const FlightEnd now = flight.at(share);
+    return makePose(kGlobe, toWorld(kGlobe, now.place), now.heading, now.pitch, now.range);
+}
+
+struct Flight
+{
+    const char* name;
+    FlightEnd from, to;
+};
+
+void PrintTo(const Flight& flight, std::ostream* out)
+{
+    *out << flight.name;
+}
+
+} // namespace
+
+class Flights : public testing::TestWithParam<Flight>
+{
+};
+
+TEST_P(Flights, StartAndEndWhereTheyShouldAndMoveSmoothlyInBetween)
+{
+    for (bool arc : {true, false}) {
+        const CameraFlight flight(GetParam().from, GetParam().to, kRadius, arc);
+        EXPECT_TRUE(std::isfinite(flight.feltLength()));
+        const CameraPose first =
+            makePose(kGlobe, toWorld(kGlobe, GetParam().from.place), GetParam().from.heading,
+                     GetParam().from.pitch, GetParam().from.range);
+        EXPECT_LT((eyeOf(poseAt(flight, 0.0)) - eyeOf(first)).length(), 1e-3);
+        CameraPose before = poseAt(flight, 0.0);
+        constexpr int kSteps = 2000;
+        for (int i = 1; i <= kSteps; ++i) {
+            const CameraPose now = poseAt(flight, double(i) / kSteps);
+            ASSERT_TRUE(isSound(now));
+            EXPECT_GT(now.distance, 0.0);
+            EXPECT_LT(now.distance, 1e8);
+            if (arc) {
+                // In one 2000th of the flight the picture moves by a small part of a window.
+                EXPECT_LT((now.center - before.center).length(), 0.05 * now.distance) << i;
+                EXPECT_LT(turnBetween(before, now), 1.0) << i;
+                EXPECT_NEAR(now.distance / before.distance, 1.0, 0.05) << i;
+            }
+            before = now;
+        }
+        const CameraPose last = makePose(kGlobe, toWorld(kGlobe, GetParam().to.place), GetParam().to.heading,
+                                         GetParam().to.pitch, GetParam().to.range);
+        EXPECT_LT((eyeOf(before) - eyeOf(last)).length(), 1e-3);
+        EXPECT_LT(turnBetween(before, last), 1e-4);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, Flights,
+    testing::Values(Flight{"FarBetweenLowViews", end(116.3, 39.9, 0, -60, 800), end(-105, 37.4, 0, -30, 500)},
+                    Flight{"OverTheAntimeridian", end(179, 10, 20, -45, 5000), end(-179, 12, -20, -45, 5000)},
+                    Flight{"OverThePole", end(0, 80, 0, -60, 20e3), end(180, 80, 0, -60, 20e3)},
+                    Flight{"ToTheAntipode", end(0, 0, 0, -90, 1e6), end(180, 0, 0, -90, 1e6)},
+                    Flight{"FromSpaceToGround", end(8, 47, 0, -90, 25.5e6), end(8, 47, 90, -20, 5)},
+                    Flight{"OnTheSpot", end(8, 47, 170, -90, 1000), end(8, 47, -170, -20, 1000)},
+                    Flight{"FromPoleToPole", end(0, 90, 0, -90, 1e5), end(0, -90, 0, -90, 1e5)},
+                    Flight{"AFewMetres", end(8, 47, 0, -45, 100), end(8.0001, 47.0001, 10, -45, 90)}));
+
+TEST(CameraFlight, ALongWayDrawsBackAndAShortOneDoesNot)
+{
+    const CameraFlight far(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kRadius, true);
+    EXPECT_GT(far.at(0.5).range, 1e6);
+    const CameraFlight straight(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kRadius, false);
+    EXPECT_NEAR(straight.at(0.5).range, 1000.0, 1.0);
+    const CameraFlight near(end(8, 47, 0, -60, 1000), end(8.0005, 47, 0, -60, 1000), kRadius, true);
+    EXPECT_LT(near.at(0.5).range, 1010.0);
+}
+
+TEST(CameraFlight, TurnsTheShortWay)
+{
+    const CameraFlight flight(end(8, 47, 170, -45, 1000), end(8, 47, -170, -45, 1000), kRadius, true);
+    EXPECT_NEAR(std::abs(osg::RadiansToDegrees(flight.at(0.5).heading)), 180.0, 1e-6);
+}
