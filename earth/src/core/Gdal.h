@@ -7,12 +7,9 @@
 /// What all users of GDAL and OGR in this library share.
 namespace osgEarth {
 namespace gdal {
-/// Makes GDAL ready: the drivers that maps usually need, its cache limited.
+/// Makes GDAL ready: drivers registered, its block cache limited.
 /// Cheap when done before; any thread. Call before any other GDAL call.
 void initialize();
-/// Every driver that GDAL has; slow the first time. For a file that the usual
-/// drivers do not recognise.
-void registerAllDrivers();
 
 /// While it lives, GDAL's messages on this thread are kept instead of printed.
 /// Lives on the stack; nests.

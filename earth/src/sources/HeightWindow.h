@@ -34,6 +34,7 @@ private:
     double _fromSource[6];
     osg::ref_ptr<const SpatialReference> _srs;
     bool _geographic;
+    double _centreLongitude;
     double _cellSizeDegrees;
 };
 

@@ -1,0 +1,46 @@
+#include "core/Gdal.h"
+
+#include <cpl_conv.h>
+#include <gdal.h>
+#include <mutex>
+
+namespace osgEarth {
+namespace gdal {
+namespace {
+// Decoded blocks that GDAL keeps; tiles are composed once and cached as
+// textures, so a larger cache costs memory and gains nothing.
+constexpr GIntBig kBlockCacheBytes = 32 * 1024 * 1024;
+} // namespace
+
+void initialize()
+{
+    static std::once_flag once;
+    std::call_once(once, [] {
+        GDALAllRegister();
+        GDALSetCacheMax64(kBlockCacheBytes);
+        CPLSetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", "3");
+    });
+}
+
+ErrorCapture::ErrorCapture()
+{
+    CPLPushErrorHandlerEx(&ErrorCapture::receive, this);
+}
+
+ErrorCapture::~ErrorCapture()
+{
+    CPLPopErrorHandler();
+}
+
+void CPL_STDCALL ErrorCapture::receive(CPLErr level, CPLErrorNum, const char* text)
+{
+    if (level < CE_Failure || !text)
+        return;
+    auto* self = static_cast<ErrorCapture*>(CPLGetErrorHandlerUserData());
+    if (!self->_message.empty())
+        return;
+    for (const char* c = text; *c; ++c)
+        self->_message += (*c == '\n' || *c == '\r' || *c == '\t') ? ' ' : *c;
+}
+} // namespace gdal
+} // namespace osgEarth
