@@ -115,7 +115,7 @@ TEST(CalVerticalIntersectionPoint, ProjectsTheFirstArgument)
     EXPECT_EQ(CalVerticalIntersectionPoint({3, 4}, {1, 1}, {1, 1}), QPointF(1, 1));
 
     const QPointF foot =
-        CalVerticalIntersectionPoint({500000.0, 4000010.0}, {500000.0, 4000000.0}, {500001e0, 4000001.0});
+        CalVerticalIntersectionPoint({500000.0, 4000010.0}, {500000.0, 4000000.0}, {500001.0, 4000001.0});
     EXPECT_NEAR(foot.x(), 500005.0, 1e-6);
     EXPECT_NEAR(foot.y(), 4000005.0, 1e-6);
 }

@@ -39,7 +39,7 @@ void expectRoundTrip(const Ring& ring)
 
 TEST(Utm, KnownPoints)
 {
-    // Values of GeographicLib's GeoConvert and of NGA's published examples.
+    // The last two as PROJ converts them.
     const struct
     {
         double lat, lng, x, y;
