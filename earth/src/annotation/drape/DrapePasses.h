@@ -1,0 +1,36 @@
+#pragma once
+#include <osg/Drawable>
+#include <osg/StateSet>
+
+namespace osgEarth {
+/// Bin of all drapes: after the opaque ground, before whatever is transparent.
+/// Its leaves are drawn in the order they are met, because each shape is
+/// marked and coloured before the next.
+constexpr int kDrapeBin = 1;
+
+/// First pass of a shape: counts in the stencil buffer, for each pixel, the
+/// volumes that the ground there lies in.
+osg::StateSet* markPass();
+
+/// Second pass: colours the pixels counted and takes the marks off again.
+osg::StateSet* paintPass();
+
+/// State of the drawable below.
+osg::StateSet* clearPass();
+
+/// Clears the stencil buffer and finds out whether there is one.
+class StencilClear : public osg::Drawable
+{
+public:
+    StencilClear();
+    void drawImplementation(osg::RenderInfo& info) const override;
+    osg::Object* cloneType() const override { return new StencilClear(); }
+    osg::Object* clone(const osg::CopyOp&) const override { return new StencilClear(); }
+
+    /// Whether that context is known to have stencil bits; false until a clear was drawn in it.
+    static bool contextHasStencil(unsigned contextId);
+
+protected:
+    ~StencilClear() override = default;
+};
+} // namespace osgEarth
