@@ -10,7 +10,7 @@
 namespace osgEarth {
 namespace Features {
 namespace {
-/// Cuts the segments of a part so that none is longer than `longest` in the part's own unit.
+/// Cuts the segments of a part so that none is longer than `longest` degrees.
 Vec3dVector densified(const Geometry& part, bool closed, double longest)
 {
     Vec3dVector points;
@@ -18,7 +18,10 @@ Vec3dVector densified(const Geometry& part, bool closed, double longest)
         points.push_back(part[i]);
         if (i + 1 == part.size() && !closed)
             break;
-        const osg::Vec3d& next = part[(i + 1) % part.size()];
+        osg::Vec3d next = part[(i + 1) % part.size()];
+        // An edge over the date line goes the short way, not round the globe.
+        if (std::abs(next.x() - part[i].x()) > 180.0)
+            next.x() += next.x() < part[i].x() ? 360.0 : -360.0;
         const int pieces =
             int(std::ceil(std::hypot(next.x() - part[i].x(), next.y() - part[i].y()) / longest));
         for (int k = 1; k < pieces && pieces < 100000; ++k)
