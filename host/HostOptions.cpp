@@ -7,11 +7,6 @@
 namespace {
 constexpr int largestWindow = 16384;
 
-QString Tr(const char* text)
-{
-    return QCoreApplication::translate("HostOptions", text);
-}
-
 struct OptionText
 {
     const char* name;
@@ -80,13 +75,14 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     if (!parser.parse(QStringList(QStringLiteral("AxGroundControl")) + arguments))
         return fail(parser.errorText());
     if (!parser.positionalArguments().isEmpty())
-        return fail(Tr("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst()));
+        return fail(
+            HostOptions::tr("Unexpected argument '%1'.").arg(parser.positionalArguments().constFirst()));
 
     const auto value = [&parser](const char* name) { return parser.value(QLatin1String(name)); };
     const auto isSet = [&parser](const char* name) { return parser.isSet(QLatin1String(name)); };
     for (const OptionText& text : optionTexts)
         if (text.value && isSet(text.name) && value(text.name).isEmpty())
-            return fail(Tr("--%1 needs a value.").arg(QLatin1String(text.name)));
+            return fail(HostOptions::tr("--%1 needs a value.").arg(QLatin1String(text.name)));
 
     HostOptions options;
     options.help = isSet("help");
@@ -94,43 +90,45 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     options.shotFile = value("shot");
     options.mapFile = value("map");
     if (isSet("map") && !QFileInfo(options.mapFile).isFile())
-        return fail(Tr("--map: there is no file '%1'.").arg(options.mapFile));
+        return fail(HostOptions::tr("--map: there is no file '%1'.").arg(options.mapFile));
     if (isSet("size")) {
         const std::optional<QSize> size = ParseSize(value("size"));
         if (!size)
-            return fail(Tr("--size: '%1' is no size such as 1440x900.").arg(value("size")));
+            return fail(HostOptions::tr("--size: '%1' is no size such as 1440x900.").arg(value("size")));
         options.size = *size;
     }
     if (isSet("view")) {
         options.view = ParseView(value("view"));
         if (!options.view)
-            return fail(Tr("--view: '%1' is not lon,lat,alt,heading,pitch,range with a place on the globe, a "
-                           "pitch from -90 to 90 and a range above 0.")
-                            .arg(value("view")));
+            return fail(
+                HostOptions::tr(
+                    "--view: '%1' is not lon,lat,alt,heading,pitch,range with a place on the globe, a "
+                    "pitch from -90 to 90 and a range above 0.")
+                    .arg(value("view")));
     }
     if (isSet("quit-after")) {
         bool ok = false;
         const double seconds = value("quit-after").toDouble(&ok);
         if (!ok || !qIsFinite(seconds) || seconds < 0.0 || seconds > 86400.0)
-            return fail(
-                Tr("--quit-after: '%1' is no number of seconds from 0 to 86400.").arg(value("quit-after")));
+            return fail(HostOptions::tr("--quit-after: '%1' is no number of seconds from 0 to 86400.")
+                            .arg(value("quit-after")));
         options.quitAfterSeconds = seconds;
     }
     if (isSet("lang")) {
         options.language = value("lang");
         if (options.language != QLatin1String("en") && options.language != QLatin1String("zh_CN"))
-            return fail(Tr("--lang: '%1' is neither en nor zh_CN.").arg(options.language));
+            return fail(HostOptions::tr("--lang: '%1' is neither en nor zh_CN.").arg(options.language));
     }
     return options;
 }
 
 QString HostHelpText()
 {
-    QString text = Tr("Usage: AxGroundControl [options]") + QLatin1String("\n\n");
+    QString text = HostOptions::tr("Usage: AxGroundControl [options]") + QLatin1String("\n\n");
     for (const OptionText& option : optionTexts) {
         const QString name =
             QStringLiteral("--%1 %2").arg(QLatin1String(option.name), QLatin1String(option.value));
-        text += QStringLiteral("  %1 %2\n").arg(name, -40).arg(Tr(option.description));
+        text += QStringLiteral("  %1 %2\n").arg(name, -40).arg(HostOptions::tr(option.description));
     }
     return text;
 }

@@ -1,6 +1,7 @@
 #pragma once
 #include "host/TourStops.h"
 
+#include <QCoreApplication>
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -10,6 +11,9 @@
 /// What the command line asks for.
 struct HostOptions
 {
+    Q_DECLARE_TR_FUNCTIONS(HostOptions)
+
+public:
     bool help = false;
     QString tourFolder; ///< empty: no tour
     QString mapFile;    ///< empty: the rule by network state

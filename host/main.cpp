@@ -10,28 +10,25 @@
 namespace {
 constexpr int exitWrongUse = 2;
 constexpr int exitNoGraphics = 1;
-
-QStringList Arguments(int argc, char** argv)
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments += QString::fromLocal8Bit(argv[i]);
-    return arguments;
-}
 } // namespace
 
 int main(int argc, char** argv)
 {
     // Read before Qt connects to a display, so that help and complaints need none.
-    QString error;
-    const std::optional<HostOptions> options = ParseHostOptions(Arguments(argc, argv), error);
-    if (!options) {
-        QTextStream(stderr) << "AxGroundControl: " << error << Qt::endl << "Try --help." << Qt::endl;
-        return exitWrongUse;
-    }
-    if (options->help) {
-        QTextStream(stdout) << HostHelpText();
-        return 0;
+    std::optional<HostOptions> options;
+    {
+        QCoreApplication early(argc, argv);
+        AxInstallTranslations(QLocale::system());
+        QString error;
+        options = ParseHostOptions(QCoreApplication::arguments().mid(1), error);
+        if (!options) {
+            QTextStream(stderr) << "AxGroundControl: " << error << Qt::endl;
+            return exitWrongUse;
+        }
+        if (options->help) {
+            QTextStream(stdout) << HostHelpText();
+            return 0;
+        }
     }
 
     QApplication app(argc, argv);

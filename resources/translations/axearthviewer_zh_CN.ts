@@ -5,279 +5,313 @@
     <name>CAxCoordinateWidget</name>
     <message>
         <source>Form</source>
-        <translation type="unfinished"></translation>
+        <translation>坐标</translation>
     </message>
 </context>
 <context>
     <name>CAxEarthManipulator</name>
     <message>
         <source>longitude:</source>
-        <translation type="unfinished"></translation>
+        <translation>经度：</translation>
     </message>
     <message>
         <source>degree</source>
-        <translation type="unfinished"></translation>
+        <translation>度</translation>
     </message>
     <message>
         <source>latitude:</source>
-        <translation type="unfinished"></translation>
+        <translation>纬度：</translation>
     </message>
     <message>
         <source>altitude:</source>
-        <translation type="unfinished"></translation>
+        <translation>高度：</translation>
     </message>
     <message>
         <source>meter</source>
-        <translation type="unfinished"></translation>
+        <translation>米</translation>
     </message>
     <message>
         <source>camera range:</source>
-        <translation type="unfinished"></translation>
+        <translation>视距：</translation>
     </message>
 </context>
 <context>
     <name>CAxEarthViewer</name>
     <message>
         <source>Video adapter tips</source>
-        <translation type="unfinished"></translation>
+        <translation>显卡提示</translation>
     </message>
     <message>
         <source>Unable to run application,the video adapter not support GLSL 330 .Please check you adapter driver version or hardware supported.</source>
-        <translation type="unfinished"></translation>
+        <translation>无法运行程序：显卡不支持 GLSL 330，请检查显卡驱动版本或硬件是否支持。</translation>
     </message>
     <message>
         <source>Create tile map service...</source>
-        <translation type="unfinished"></translation>
+        <translation>正在创建瓦片地图服务...</translation>
     </message>
     <message>
         <source>Loading Sky...</source>
-        <translation type="unfinished"></translation>
+        <translation>正在加载天空...</translation>
     </message>
     <message>
         <source>Loading prohibited area...</source>
-        <translation type="unfinished"></translation>
+        <translation>正在加载禁飞区...</translation>
     </message>
     <message>
         <source>Route Information</source>
-        <translation type="unfinished"></translation>
+        <translation>航线信息</translation>
     </message>
     <message>
         <source>Create tile map service error.</source>
-        <translation type="unfinished"></translation>
+        <translation>创建瓦片地图服务失败。</translation>
     </message>
 </context>
 <context>
     <name>CAxMapToolsWidget</name>
     <message>
         <source>CAxMapToolsWidget</source>
-        <translation type="unfinished"></translation>
+        <translation>地图工具</translation>
     </message>
     <message>
         <source>Display shoot point</source>
-        <translation type="unfinished"></translation>
+        <translation>显示拍摄点</translation>
     </message>
     <message>
         <source>No fly zone</source>
-        <translation type="unfinished"></translation>
+        <translation>禁飞区</translation>
     </message>
     <message>
         <source>Distance measurement</source>
-        <translation type="unfinished"></translation>
+        <translation>距离测量</translation>
     </message>
     <message>
         <source>Measuring elevation mark</source>
-        <translation type="unfinished"></translation>
+        <translation>高程标记测量</translation>
     </message>
     <message>
         <source>Display all blocks</source>
-        <translation type="unfinished"></translation>
+        <translation>显示全部测区</translation>
     </message>
     <message>
         <source>Follow Aircraft</source>
-        <translation type="unfinished"></translation>
+        <translation>跟随飞机</translation>
     </message>
     <message>
         <source>Audio</source>
-        <translation type="unfinished"></translation>
+        <translation>语音</translation>
     </message>
 </context>
 <context>
     <name>HostOptions</name>
     <message>
         <source>Show this text and end.</source>
-        <translation type="unfinished"></translation>
+        <translation>显示本帮助后退出。</translation>
     </message>
     <message>
         <source>Fly to four places, write a picture of each to DIR, end.</source>
-        <translation type="unfinished"></translation>
+        <translation>依次飞到四个地点，各写一张图片到 DIR 后退出。</translation>
     </message>
     <message>
         <source>Show this map instead of the shipped ones.</source>
-        <translation type="unfinished"></translation>
+        <translation>用此地图代替自带的地图。</translation>
     </message>
     <message>
         <source>Size of the window in pixels (1440x900).</source>
-        <translation type="unfinished"></translation>
+        <translation>窗口大小，像素（1440x900）。</translation>
     </message>
     <message>
         <source>Look at this point: degrees, metres; pitch -90 is straight down.</source>
-        <translation type="unfinished"></translation>
+        <translation>观察此点：单位为度和米；俯仰 -90 为垂直向下。</translation>
     </message>
     <message>
-        <source>Write the window&apos;s picture once it is complete, end.</source>
-        <translation type="unfinished"></translation>
+        <source>Write the window's picture once it is complete, end.</source>
+        <translation>画面完整后写出窗口图片并退出。</translation>
     </message>
     <message>
         <source>End S seconds after the map was loaded.</source>
-        <translation type="unfinished"></translation>
+        <translation>地图加载 S 秒后退出。</translation>
     </message>
     <message>
         <source>Language of the texts: en or zh_CN.</source>
-        <translation type="unfinished"></translation>
+        <translation>界面语言：en 或 zh_CN。</translation>
+    </message>
+    <message>
+        <source>Unexpected argument '%1'.</source>
+        <translation>多余的参数“%1”。</translation>
+    </message>
+    <message>
+        <source>--%1 needs a value.</source>
+        <translation>--%1 需要一个值。</translation>
+    </message>
+    <message>
+        <source>--map: there is no file '%1'.</source>
+        <translation>--map：文件“%1”不存在。</translation>
+    </message>
+    <message>
+        <source>--size: '%1' is no size such as 1440x900.</source>
+        <translation>--size：“%1”不是 1440x900 这样的大小。</translation>
+    </message>
+    <message>
+        <source>--view: '%1' is not lon,lat,alt,heading,pitch,range with a place on the globe, a pitch from -90 to 90 and a range above 0.</source>
+        <translation>--view：“%1”不是 lon,lat,alt,heading,pitch,range：地点须在地球上，俯仰在 -90 到 90 之间，视距大于 0。</translation>
+    </message>
+    <message>
+        <source>--quit-after: '%1' is no number of seconds from 0 to 86400.</source>
+        <translation>--quit-after：“%1”不是 0 到 86400 之间的秒数。</translation>
+    </message>
+    <message>
+        <source>--lang: '%1' is neither en nor zh_CN.</source>
+        <translation>--lang：“%1”既不是 en 也不是 zh_CN。</translation>
+    </message>
+    <message>
+        <source>Usage: AxGroundControl [options]</source>
+        <translation>用法：AxGroundControl [选项]</translation>
     </message>
 </context>
 <context>
     <name>MainWindow</name>
     <message>
         <source>Ground control</source>
-        <translation type="unfinished"></translation>
+        <translation>地面站</translation>
     </message>
     <message>
         <source>Blocks</source>
-        <translation type="unfinished"></translation>
+        <translation>测区</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>名称</translation>
     </message>
     <message>
         <source>Kind</source>
-        <translation type="unfinished"></translation>
+        <translation>类型</translation>
     </message>
     <message>
         <source>Tasks</source>
-        <translation type="unfinished"></translation>
+        <translation>任务</translation>
     </message>
     <message>
         <source>Block</source>
-        <translation type="unfinished"></translation>
+        <translation>测区</translation>
     </message>
     <message>
         <source>Aircraft</source>
-        <translation type="unfinished"></translation>
+        <translation>飞机</translation>
     </message>
     <message>
         <source>Quantity</source>
-        <translation type="unfinished"></translation>
+        <translation>项目</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>数值</translation>
     </message>
     <message>
         <source>Log</source>
-        <translation type="unfinished"></translation>
+        <translation>日志</translation>
     </message>
     <message>
         <source>&amp;File</source>
-        <translation type="unfinished"></translation>
+        <translation>文件(&amp;F)</translation>
     </message>
     <message>
         <source>&amp;Save picture...</source>
-        <translation type="unfinished"></translation>
+        <translation>保存图片(&amp;S)...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>退出(&amp;Q)</translation>
     </message>
     <message>
         <source>&amp;View</source>
-        <translation type="unfinished"></translation>
+        <translation>视图(&amp;V)</translation>
     </message>
     <message>
         <source>S&amp;ky and graticule</source>
-        <translation type="unfinished"></translation>
+        <translation>天空与经纬网(&amp;K)</translation>
     </message>
     <message>
         <source>&amp;Compass</source>
-        <translation type="unfinished"></translation>
+        <translation>指北针(&amp;C)</translation>
     </message>
     <message>
         <source>Coo&amp;rdinates</source>
-        <translation type="unfinished"></translation>
+        <translation>坐标(&amp;R)</translation>
     </message>
     <message>
         <source>&amp;Places</source>
-        <translation type="unfinished"></translation>
+        <translation>地点(&amp;P)</translation>
     </message>
     <message>
         <source>Whole globe</source>
-        <translation type="unfinished"></translation>
+        <translation>全球</translation>
     </message>
     <message>
         <source>Alps</source>
-        <translation type="unfinished"></translation>
+        <translation>阿尔卑斯山</translation>
     </message>
     <message>
         <source>Spanish Peaks from 20 km</source>
-        <translation type="unfinished"></translation>
+        <translation>西班牙峰（20 公里）</translation>
     </message>
     <message>
         <source>Spanish Peaks from 500 m</source>
-        <translation type="unfinished"></translation>
+        <translation>西班牙峰（500 米）</translation>
     </message>
     <message>
         <source>&amp;Help</source>
-        <translation type="unfinished"></translation>
+        <translation>帮助(&amp;H)</translation>
     </message>
     <message>
         <source>&amp;About</source>
-        <translation type="unfinished"></translation>
+        <translation>关于(&amp;A)</translation>
     </message>
     <message>
         <source>Loading...</source>
-        <translation type="unfinished"></translation>
+        <translation>正在加载...</translation>
     </message>
     <message>
         <source>Ready</source>
-        <translation type="unfinished"></translation>
+        <translation>就绪</translation>
     </message>
     <message>
         <source>Save picture</source>
-        <translation type="unfinished"></translation>
+        <translation>保存图片</translation>
     </message>
     <message>
         <source>Pictures (*.png *.jpg)</source>
-        <translation type="unfinished"></translation>
+        <translation>图片 (*.png *.jpg)</translation>
     </message>
     <message>
         <source>Saved %1</source>
-        <translation type="unfinished"></translation>
+        <translation>已保存 %1</translation>
     </message>
     <message>
         <source>%1: the picture cannot be written</source>
-        <translation type="unfinished"></translation>
+        <translation>%1：无法写入图片</translation>
     </message>
     <message>
         <source>About</source>
-        <translation type="unfinished"></translation>
+        <translation>关于</translation>
     </message>
     <message>
         <source>AxGroundControl %1
 
 A small host for the AxEarthViewer globe. MIT licence; the NOTICE file credits the map data.</source>
-        <translation type="unfinished"></translation>
+        <translation>AxGroundControl %1
+
+AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数据来源见 NOTICE 文件。</translation>
     </message>
 </context>
 <context>
     <name>Tour</name>
     <message>
         <source>%1: the picture was still incomplete after a minute</source>
-        <translation type="unfinished"></translation>
+        <translation>%1：一分钟后画面仍不完整</translation>
     </message>
     <message>
         <source>%1: the picture cannot be written</source>
-        <translation type="unfinished"></translation>
+        <translation>%1：无法写入图片</translation>
     </message>
 </context>
 </TS>

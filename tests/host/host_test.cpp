@@ -1,0 +1,138 @@
+// The host program as its users start it.
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+struct Outcome
+{
+    int status = -1;
+    QString output;
+    QString errors;
+};
+
+// The host lies beside this program. A picture takes seconds, under a
+// sanitizer minutes.
+Outcome RunHost(const QStringList& arguments, int limitMs = 300000)
+{
+    QProcess host;
+    host.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"), arguments);
+    EXPECT_TRUE(host.waitForFinished(limitMs)) << host.errorString().toStdString();
+    EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+    return {host.exitCode(), QString::fromUtf8(host.readAllStandardOutput()),
+            QString::fromUtf8(host.readAllStandardError())};
+}
+
+int ColourCount(const QImage& picture)
+{
+    QSet<QRgb> colours;
+    for (int y = 0; y < picture.height(); y += 3)
+        for (int x = 0; x < picture.width(); x += 3)
+            colours += picture.pixel(x, y);
+    return colours.size();
+}
+} // namespace
+
+TEST(Host, HelpNamesEveryOptionAndNeedsNoDisplay)
+{
+    QProcess host;
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.remove("DISPLAY");
+    host.setProcessEnvironment(variables);
+    host.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"), {"--help"});
+    ASSERT_TRUE(host.waitForFinished());
+    EXPECT_EQ(host.exitCode(), 0);
+    const QString text = QString::fromUtf8(host.readAllStandardOutput());
+    for (const char* option :
+         {"--tour DIR", "--map FILE", "--size WxH", "--view lon,lat,alt,heading,pitch,range", "--shot FILE",
+          "--quit-after S", "--lang LOCALE", "--help"})
+        EXPECT_TRUE(text.contains(QLatin1String(option))) << option;
+}
+
+TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
+{
+    struct Row
+    {
+        QStringList arguments;
+        const char* named;
+    };
+    const Row rows[] = {
+        {{"--toru", "x"}, "toru"},
+        {{"stray"}, "stray"},
+        {{"--size"}, "size"},
+        {{"--size", "800"}, "--size"},
+        {{"--size", "0x600"}, "--size"},
+        {{"--size", "99999x600"}, "--size"},
+        {{"--view", "1,2,3"}, "--view"},
+        {{"--view", "200,0,0,0,-90,1000"}, "--view"},
+        {{"--view", "0,0,0,0,-90,0"}, "--view"},
+        {{"--view", "0,0,nan,0,-90,10"}, "--view"},
+        {{"--quit-after", "soon"}, "--quit-after"},
+        {{"--quit-after", "-1"}, "--quit-after"},
+        {{"--lang", "xx"}, "--lang"},
+        {{"--map", "no/such/map.earth"}, "no/such/map.earth"},
+    };
+    for (const Row& row : rows) {
+        const Outcome outcome = RunHost(row.arguments);
+        EXPECT_EQ(outcome.status, 2) << row.arguments.join(' ').toStdString();
+        EXPECT_TRUE(outcome.errors.contains(QLatin1String(row.named))) << outcome.errors.toStdString();
+    }
+}
+
+TEST(Host, TourWritesAPictureOfEachOfItsFourPlacesAndPrintsThePaths)
+{
+    QTemporaryDir folder;
+    const QString target = folder.filePath(QStringLiteral("new/tour"));
+    const Outcome outcome = RunHost({"--tour", target, "--size", "640x480"});
+    EXPECT_EQ(outcome.status, 0) << outcome.errors.toStdString();
+    const QStringList paths = outcome.output.split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(paths.size(), 4) << outcome.output.toStdString();
+    QList<QImage> pictures;
+    for (const QString& path : paths) {
+        EXPECT_EQ(QFileInfo(path).absolutePath(), QFileInfo(target).absoluteFilePath());
+        pictures += QImage(path);
+        EXPECT_EQ(pictures.last().size(), QSize(640, 480)) << path.toStdString();
+        EXPECT_GT(ColourCount(pictures.last()), 100) << path.toStdString();
+    }
+    for (int i = 1; i < pictures.size(); ++i)
+        EXPECT_NE(pictures[i], pictures[i - 1]);
+}
+
+TEST(Host, ShotShowsTheViewThatWasAskedFor)
+{
+    QTemporaryDir folder;
+    const QString land = folder.filePath(QStringLiteral("land.png"));
+    const QString sea = folder.filePath(QStringLiteral("sea.png"));
+    EXPECT_EQ(RunHost({"--view", "20,24,0,0,-90,400000", "--shot", land, "--size", "900x700"}).status, 0);
+    EXPECT_EQ(RunHost({"--view", "-140,-20,0,0,-90,400000", "--shot", sea, "--size", "900x700"}).status, 0);
+    const auto middle = [](const QString& file) { return QImage(file).pixelColor(560, 300); };
+    // The Sahara is sand, the South Pacific is water.
+    EXPECT_GT(middle(land).red(), middle(land).blue() + 20);
+    EXPECT_GT(middle(sea).blue(), middle(sea).red());
+}
+
+TEST(Host, EndsByItselfAndSaysWhenAPictureCannotBeWritten)
+{
+    EXPECT_EQ(RunHost({"--quit-after", "0.1", "--size", "400x300"}).status, 0);
+    QTemporaryDir folder;
+    const QString blocked = folder.filePath(QStringLiteral("file"));
+    QFile file(blocked);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    const Outcome outcome = RunHost({"--shot", blocked + QStringLiteral("/shot.png"), "--size", "400x300"});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_TRUE(outcome.errors.contains(QStringLiteral("shot.png")));
+}
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}

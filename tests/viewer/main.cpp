@@ -1,0 +1,55 @@
+#include "ModalBox.h"
+#include "ViewerFixture.h"
+
+#include "viewer/AxSceneLog.h"
+
+#include <QApplication>
+#include <QTextStream>
+
+#include <cstdlib>
+
+namespace {
+// Parts of the viewer's behaviour end the process or need another driver, so
+// tests run this program again in one of these roles.
+ModalBox* answered = nullptr;
+
+int OpenWithoutMap(bool network)
+{
+    CAxControl::GetInstance()->SetNetworkProbe([network] { return network; });
+    CAxEarthViewer viewer(nullptr);
+    viewer.show();
+    answered = new ModalBox;
+    std::atexit([] {
+        QTextStream(stdout) << answered->count << '|' << answered->title << '|' << answered->texts.join('|')
+                            << '|' << answered->buttons.size() << " button" << Qt::endl;
+    });
+    viewer.InitEarthViewer();
+    constexpr int stillHere = 99;
+    return stillHere;
+}
+
+int CheckAdapter()
+{
+    CAxEarthViewer viewer(nullptr);
+    ModalBox box;
+    const bool good = viewer.CheckAdapterGLSupport();
+    QTextStream(stdout) << (good ? "supported" : "refused") << '|' << box.count << '|' << box.title << '|'
+                        << box.texts.join('|') << Qt::endl;
+    return 0;
+}
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    AxRouteSceneLog();
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.contains(QStringLiteral("--open-without-map")))
+        return OpenWithoutMap(arguments.contains(QStringLiteral("--network")));
+    if (arguments.contains(QStringLiteral("--check-adapter")))
+        return CheckAdapter();
+
+    testing::InitGoogleTest(&argc, argv);
+    testing::AddGlobalTestEnvironment(new ViewerEnvironment);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,275 @@
+// The widget: geometry, switches, input routing, overlays.
+#include "ViewerFixture.h"
+
+#include "viewer/CAxCoordinateWidget.h"
+#include "viewer/CAxGraphicsCompassItem.h"
+#include "viewer/CAxMapToolsWidget.h"
+
+#include <osgGA/EventQueue>
+#include <osgViewer/GraphicsWindow>
+
+#include <QGraphicsProxyWidget>
+#include <QGraphicsScene>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+using osgGA::GUIEventAdapter;
+
+namespace {
+CAxGraphicsCompassItem* Compass(CAxEarthViewer* viewer)
+{
+    for (QGraphicsItem* item : viewer->scene()->items())
+        if (auto* compass = qobject_cast<CAxGraphicsCompassItem*>(item->toGraphicsObject()))
+            return compass;
+    return nullptr;
+}
+
+class Widget : public ViewerFixture
+{
+protected:
+    void SetUp() override { ASSERT_TRUE(WaitForPicture()); }
+    void TearDown() override { viewer->resize(800, 600); }
+
+    // Keeps the events that reach the scene, in their order.
+    struct Recorder : osgGA::GUIEventHandler
+    {
+        bool handle(const GUIEventAdapter& event, osgGA::GUIActionAdapter&) override
+        {
+            if (event.getEventType() != GUIEventAdapter::FRAME &&
+                event.getEventType() != GUIEventAdapter::RESIZE)
+                events.push_back(new GUIEventAdapter(event));
+            return false;
+        }
+        std::vector<osg::ref_ptr<GUIEventAdapter>> events;
+    };
+
+    // What reaches the scene while `act` runs and until `type` has come.
+    std::vector<osg::ref_ptr<GUIEventAdapter>> Record(GUIEventAdapter::EventType type,
+                                                      const std::function<void()>& act)
+    {
+        osg::ref_ptr<Recorder> recorder = new Recorder;
+        viewer->getOSGViewer()->getEventHandlers().push_front(recorder);
+        act();
+        EXPECT_TRUE(waitFor([&] {
+            for (const auto& event : recorder->events)
+                if (event->getEventType() == type)
+                    return true;
+            return false;
+        }));
+        viewer->getOSGViewer()->removeEventHandler(recorder);
+        return recorder->events;
+    }
+};
+} // namespace
+
+class WidgetSize : public Widget, public testing::WithParamInterface<QSize>
+{
+};
+
+TEST_P(WidgetSize, PlacesTheOverlaysAndFitsTheCamera)
+{
+    const QSize size = GetParam();
+    viewer->resize(size);
+    ASSERT_TRUE(
+        waitFor([&] { return viewer->size() == size && viewer->sceneRect().size() == QSizeF(size); }));
+    EXPECT_EQ(viewer->viewport()->size(), size);
+
+    const CAxGraphicsCompassItem* compass = Compass(viewer);
+    ASSERT_TRUE(compass);
+    EXPECT_EQ(compass->pos(), QPointF(size.width() - compass->boundingRect().width() - 9, 60));
+    EXPECT_EQ(viewer->GetMapToolWidget()->geometry(),
+              QRect(size.width() - 1 + 20 - 94, 60, 94, size.height()));
+    EXPECT_EQ(viewer->GetCoordinateWidget()->geometry(),
+              QRect(size.width() - 294, size.height() - 48, 294, 48));
+
+    const osg::Camera* camera = viewer->getOSGViewer()->getCamera();
+    EXPECT_EQ(camera->getViewport()->width(), size.width());
+    EXPECT_EQ(camera->getViewport()->height(), size.height());
+    double fovy, aspect, zNear, zFar;
+    ASSERT_TRUE(camera->getProjectionMatrixAsPerspective(fovy, aspect, zNear, zFar));
+    EXPECT_NEAR(fovy, 30.0, 0.1);
+    EXPECT_NEAR(aspect, double(size.width()) / size.height(), 0.01);
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, WidgetSize,
+                         testing::Values(QSize(800, 640), QSize(1200, 700), QSize(640, 900),
+                                         QSize(800, 600)));
+
+TEST_F(Widget, SwallowsTab)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent tab(type, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
+        EXPECT_FALSE(QCoreApplication::sendEvent(viewer, &tab));
+    }
+    const auto events = Record(GUIEventAdapter::KEYUP, [] {
+        QTest::keyClick(viewer, Qt::Key_Tab);
+        QTest::keyClick(viewer, Qt::Key_X);
+    });
+    for (const auto& event : events)
+        EXPECT_NE(event->getKey(), '\t');
+}
+
+TEST_F(Widget, HidesSkyAndGraticuleTogether)
+{
+    for (const bool visible : {false, true}) {
+        viewer->SetSkyNodeVisible(visible);
+        for (const char* name : {"SkyNode", "GeodeticGraticule"})
+            EXPECT_EQ(findNode(Root(), name)->getNodeMask(), visible ? 1u : 0u) << name;
+    }
+}
+
+TEST_F(Widget, InvertsTheSpeechSwitch)
+{
+    QSignalSpy spy(viewer, &CAxEarthViewer::signalTextSpeechEnabled);
+    viewer->SetTextToSpeechEnabled(true);
+    viewer->SetTextToSpeechEnabled(false);
+    ASSERT_EQ(spy.count(), 2);
+    EXPECT_FALSE(spy[0][0].toBool());
+    EXPECT_TRUE(spy[1][0].toBool());
+}
+
+TEST_F(Widget, ShowsTheFourTextsInTheReadOut)
+{
+    viewer->SetCoordinate("a", "b", "c", "d");
+    QStringList texts;
+    for (const QLabel* label : viewer->GetCoordinateWidget()->findChildren<QLabel*>())
+        texts += label->text();
+    EXPECT_EQ(texts, (QStringList{"a", "b", "c", "d"}));
+    viewer->SetCoordinateVisible(false);
+    EXPECT_FALSE(viewer->GetCoordinateWidget()->isVisible());
+    viewer->SetCoordinateVisible(true);
+    EXPECT_TRUE(viewer->GetCoordinateWidget()->isVisible());
+}
+
+TEST_F(Widget, GivesOsgTheModifiersOfAClick)
+{
+    struct Row
+    {
+        Qt::MouseButton button;
+        int osgButton;
+        Qt::KeyboardModifiers modifiers;
+        int osgMask;
+    };
+    const Row rows[] = {{Qt::LeftButton, GUIEventAdapter::LEFT_MOUSE_BUTTON, Qt::ShiftModifier, 3},
+                        {Qt::MiddleButton, GUIEventAdapter::MIDDLE_MOUSE_BUTTON, Qt::ControlModifier, 12},
+                        {Qt::RightButton, GUIEventAdapter::RIGHT_MOUSE_BUTTON, Qt::AltModifier, 48}};
+    for (const Row& row : rows) {
+        const auto events = Record(GUIEventAdapter::RELEASE, [&] {
+            QTest::mouseClick(viewer->viewport(), row.button, row.modifiers, QPoint(40, 500));
+        });
+        bool pressed = false;
+        for (const auto& event : events) {
+            if (event->getEventType() != GUIEventAdapter::PUSH)
+                continue;
+            pressed = true;
+            EXPECT_EQ(event->getButton(), row.osgButton);
+            EXPECT_EQ(event->getModKeyMask(), row.osgMask);
+            EXPECT_EQ(event->getX(), 40.0f);
+        }
+        EXPECT_TRUE(pressed);
+    }
+    Record(GUIEventAdapter::MOVE, [] { QTest::mouseMove(viewer->viewport(), QPoint(41, 500)); });
+}
+
+TEST_F(Widget, TurnsTheWheelForwardIntoScrollDownAndThatZoomsIn)
+{
+    auto range = [] { return viewer->getManipulator()->getViewpoint().getRange(); };
+    const auto wheel = [](int delta) {
+        QWheelEvent event(QPointF(400, 300), viewer->mapToGlobal(QPoint(400, 300)), QPoint(),
+                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(viewer->viewport(), &event);
+    };
+    const osgEarth::Viewpoint home = viewer->getManipulator()->getViewpoint();
+    const double before = range();
+    const auto events = Record(GUIEventAdapter::SCROLL, [&] { wheel(120); });
+    EXPECT_EQ(events.back()->getScrollingMotion(), GUIEventAdapter::SCROLL_DOWN);
+    EXPECT_TRUE(waitFor([&] { return range() < before; }));
+    const auto back = Record(GUIEventAdapter::SCROLL, [&] { wheel(-120); });
+    EXPECT_EQ(back.back()->getScrollingMotion(), GUIEventAdapter::SCROLL_UP);
+    viewer->getManipulator()->setViewpoint(home, 0.0);
+}
+
+TEST_F(Widget, EndsAPressOnTheToolsBarWithAReleaseOnNothing)
+{
+    auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pBtnNoFly");
+    ASSERT_TRUE(button);
+    const QPoint inBar = button->mapTo(viewer->GetMapToolWidget(), button->rect().center());
+    const QPoint position = viewer->GetMapToolWidget()->geometry().topLeft() + inBar;
+    ASSERT_TRUE(viewer->rect().contains(position));
+    const auto click = [&] {
+        QTest::mouseClick(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, position);
+    };
+    const auto events = Record(GUIEventAdapter::RELEASE, click);
+    EXPECT_TRUE(button->isChecked());
+    for (const auto& event : events) {
+        if (event->getEventType() == GUIEventAdapter::PUSH) {
+            EXPECT_EQ(event->getX(), float(position.x()));
+        }
+        if (event->getEventType() == GUIEventAdapter::RELEASE) {
+            EXPECT_EQ(event->getX(), 0.0f);
+        }
+    }
+    Record(GUIEventAdapter::RELEASE, click);
+    EXPECT_FALSE(button->isChecked());
+}
+
+TEST_F(Widget, EscapeDoesNotStopTheGlobe)
+{
+    Record(GUIEventAdapter::KEYUP, [] { QTest::keyClick(viewer, Qt::Key_Escape); });
+    const unsigned frame = viewer->getOSGViewer()->getFrameStamp()->getFrameNumber();
+    EXPECT_TRUE(
+        waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 1; }));
+}
+
+TEST_F(Widget, CompassIgnoresTurnsBelowOneDegreeAndTurnsTheCameraNorth)
+{
+    CAxGraphicsCompassItem* compass = Compass(viewer);
+    CAxEarthManipulator* camera = viewer->getManipulator();
+    const osgEarth::Viewpoint home = camera->getViewpoint();
+    camera->slotHeading(30.0);
+    ASSERT_TRUE(waitFor([&] { return qAbs(compass->Heading() + 30.0) < 1.0; })) << compass->Heading();
+    const double shown = compass->Heading();
+    emit camera->signalHeading(shown + 0.9);
+    EXPECT_EQ(compass->Heading(), shown);
+
+    const QPoint centre = viewer->mapFromScene(compass->sceneBoundingRect().center());
+    QTest::mouseClick(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, centre);
+    EXPECT_TRUE(waitFor([&] { return qAbs(camera->getViewpoint().getHeading()) < 0.5; }));
+    EXPECT_TRUE(waitFor([&] { return qAbs(compass->Heading()) < 1.0; }));
+    EXPECT_NEAR(camera->getViewpoint().getPitch(), -90.0, 0.5);
+    camera->setViewpoint(home, 0.0);
+}
+
+TEST_F(Widget, ToolsBarHasOneToolAtATime)
+{
+    CAxMapToolsWidget* tools = viewer->GetMapToolWidget();
+    auto* measure = tools->findChild<QPushButton*>("m_pMeasureBtn");
+    auto* marker = tools->findChild<QPushButton*>("m_pMarkerTools");
+    QList<int> changes;
+    const auto connection = QObject::connect(tools, &CAxMapToolsWidget::ToolTypeChanged,
+                                             [&changes](EToolType tool) { changes += tool; });
+    measure->click();
+    EXPECT_EQ(viewer->GetToolType(), ToolMeasureDistance);
+    marker->click();
+    EXPECT_FALSE(measure->isChecked());
+    EXPECT_EQ(viewer->GetToolType(), ToolMarkPoint);
+    viewer->SetToolType(ToolPolygonBlock);
+    EXPECT_FALSE(marker->isChecked());
+    measure->click();
+    measure->click();
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
+    EXPECT_EQ(changes, (QList<int>{7, 8, 7, 1}));
+    QObject::disconnect(connection);
+
+    EXPECT_TRUE(tools->VoiceEnabled());
+    QSignalSpy speech(viewer, &CAxEarthViewer::signalTextSpeechEnabled);
+    auto* voice = tools->findChild<QPushButton*>("m_pVoiceSwitchBtn");
+    voice->click();
+    EXPECT_FALSE(tools->VoiceEnabled());
+    ASSERT_EQ(speech.count(), 1);
+    EXPECT_FALSE(speech[0][0].toBool());
+    voice->click();
+}
