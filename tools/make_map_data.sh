@@ -171,8 +171,11 @@ VRT
   # shellcheck disable=SC2086
   gdal_translate -q "$work/relief.vrt" "$work/trinidad_relief.tif" $tiled \
     -colorinterp red,green,blue,alpha \
-    -co COMPRESS=JPEG -co JPEG_QUALITY=86 -co PHOTOMETRIC=RGB
-  gdaladdo -q -r average --config JPEG_QUALITY_OVERVIEW 85 "$work/trinidad_relief.tif" 2 4 8 16
+    -co COMPRESS=JPEG -co JPEG_QUALITY=86 -co PHOTOMETRIC=RGB -co JPEGTABLESMODE=0
+  # Without tables of its own in each tile GDAL guesses the quality for a tenth
+  # of a second, every time it opens the file.
+  gdaladdo -q -r average --config JPEG_QUALITY_OVERVIEW 85 --config JPEG_TABLESMODE_OVERVIEW 0 \
+    "$work/trinidad_relief.tif" 2 4 8 16
 }
 
 world_picture
