@@ -259,8 +259,11 @@ void EarthManipulator::setByMatrix(const osg::Matrixd& matrix)
 
 void EarthManipulator::setByLookAt(const osg::Vec3d& eye, const osg::Vec3d& center, const osg::Vec3d& up)
 {
-    setByLookAtRaw(eye, center, up);
-    recalculateCenterFromLookVector();
+    Ray sight{eye, center - eye};
+    if (!isFinite(eye) || !isFinite(center) || !(sight.direction.normalize() > 0.0))
+        return;
+    const auto distance = groundAlong(*_ellipsoid, sight, ground());
+    setByLookAtRaw(eye, distance ? eye + sight.direction * *distance : center, up);
 }
 
 void EarthManipulator::setByLookAtRaw(const osg::Vec3d& eye, const osg::Vec3d& target, const osg::Vec3d& up)

@@ -1,0 +1,422 @@
+#include <gtest/gtest.h>
+#include <osg/Geode>
+#include <osg/MatrixTransform>
+#include <osg/ShapeDrawable>
+#include <osgEarth/SpatialReference>
+#include <osgEarthUtil/EarthManipulator>
+#include <osgViewer/View>
+#include <util/CameraPose.h>
+
+#include <cmath>
+#include <limits>
+
+using namespace osgEarth;
+using namespace osgEarth::Util;
+using EA = osgGA::GUIEventAdapter;
+
+namespace {
+
+constexpr int kWidth = 1280;
+constexpr int kHeight = 800;
+constexpr double kRadius = 6378137.0;
+
+class SpyManipulator : public EarthManipulator
+{
+public:
+    void pan(double dx, double dy) override
+    {
+        ++pans;
+        if (!replacePan)
+            EarthManipulator::pan(dx, dy);
+    }
+    void handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view) override
+    {
+        lastAction = type;
+        EarthManipulator::handleMovementAction(type, dx, dy, view);
+    }
+    int pans = 0;
+    bool replacePan = false;
+    ActionType lastAction = ACTION_NULL;
+};
+
+/** A view on a smooth globe that gets its events by hand, with a clock of its own. */
+class EarthManipulatorTest : public testing::Test
+{
+protected:
+    EarthManipulatorTest()
+    {
+        view->getCamera()->setProjectionMatrixAsPerspective(30.0, double(kWidth) / kHeight, 1.0, 1e8);
+        view->getCamera()->setViewport(0, 0, kWidth, kHeight);
+        manipulator->setNode(root);
+    }
+
+    void showGlobe()
+    {
+        osg::ref_ptr<osg::CoordinateSystemNode> globe = new osg::CoordinateSystemNode;
+        globe->setEllipsoidModel(new osg::EllipsoidModel);
+        root->addChild(globe);
+        frame();
+    }
+
+    /** A globe and a viewpoint on it. */
+    void showAt(double longitude, double latitude, double heading, double pitch, double range)
+    {
+        showGlobe();
+        manipulator->setViewpoint(Viewpoint("test", longitude, latitude, 0.0, heading, pitch, range));
+    }
+
+    osg::ref_ptr<EA> event(EA::EventType type, double x = 0.0, double y = 0.0)
+    {
+        osg::ref_ptr<EA> ea = new EA;
+        ea->setEventType(type);
+        ea->setTime(time);
+        ea->setWindowRectangle(0, 0, kWidth, kHeight);
+        ea->setInputRange(0, 0, kWidth, kHeight);
+        ea->setMouseYOrientation(EA::Y_INCREASING_UPWARDS);
+        ea->setX(static_cast<float>(x));
+        ea->setY(static_cast<float>(y));
+        return ea;
+    }
+
+    bool send(EA* ea) { return manipulator->handle(*ea, *view); }
+
+    void mouse(EA::EventType type, int button, double x, double y, int modkeys = 0)
+    {
+        osg::ref_ptr<EA> ea = event(type, x, y);
+        ea->setButton(button);
+        ea->setButtonMask(type == EA::RELEASE ? 0 : button);
+        ea->setModKeyMask(modkeys);
+        send(ea);
+    }
+
+    void key(EA::EventType type, int code)
+    {
+        osg::ref_ptr<EA> ea = event(type);
+        ea->setKey(code);
+        send(ea);
+    }
+
+    void scroll(EA::ScrollingMotion motion, double x, double y)
+    {
+        osg::ref_ptr<EA> ea = event(EA::SCROLL, x, y);
+        ea->setScrollingMotion(motion);
+        send(ea);
+    }
+
+    void frame(double seconds = 0.025)
+    {
+        time += seconds;
+        send(event(EA::FRAME));
+    }
+
+    void frames(double seconds)
+    {
+        for (double spent = 0.0; spent < seconds; spent += 0.025)
+            frame();
+    }
+
+    /** Pixel at which a world point is drawn. */
+    osg::Vec3d pixelOf(const osg::Vec3d& point)
+    {
+        return point * manipulator->getInverseMatrix() * view->getCamera()->getProjectionMatrix() *
+               view->getCamera()->getViewport()->computeWindowMatrix();
+    }
+
+    osg::Vec3d groundAt(double x, double y)
+    {
+        const Ray ray = transformed(cursorRay(view->getCamera()->getProjectionMatrix(),
+                                              2.0 * x / kWidth - 1.0, 2.0 * y / kHeight - 1.0),
+                                    manipulator->getMatrix());
+        const auto distance = groundAlong(osg::EllipsoidModel(), ray, [](double, double) { return 0.0; });
+        return distance ? ray.origin + ray.direction * *distance : osg::Vec3d();
+    }
+
+    void expectAt(double longitude, double latitude, double heading, double pitch, double range)
+    {
+        const Viewpoint now = manipulator->getViewpoint();
+        ASSERT_TRUE(now.isValid());
+        EXPECT_NEAR(std::remainder(now.focalPoint()->x() - longitude, 360.0), 0.0, 1e-6);
+        EXPECT_NEAR(now.focalPoint()->y(), latitude, 1e-6);
+        EXPECT_NEAR(std::remainder(now.getHeading() - heading, 360.0), 0.0, 1e-6);
+        EXPECT_NEAR(now.getPitch(), pitch, 1e-6);
+        EXPECT_NEAR(now.getRange(), range, 1e-6 * range);
+    }
+
+    double time = 100.0;
+    osg::ref_ptr<osg::Group> root = new osg::Group;
+    osg::ref_ptr<osgViewer::View> view = new osgViewer::View;
+    osg::ref_ptr<SpyManipulator> manipulator = new SpyManipulator;
+};
+
+} // namespace
+
+TEST_F(EarthManipulatorTest, WaitsForAMapAndThenGoesWhereItWasSent)
+{
+    frame();
+    mouse(EA::PUSH, EA::LEFT_MOUSE_BUTTON, 100, 100);
+    mouse(EA::DRAG, EA::LEFT_MOUSE_BUTTON, 200, 100);
+    EXPECT_FALSE(manipulator->getViewpoint().isValid());
+    EXPECT_EQ(manipulator->pans, 0);
+    EXPECT_FALSE(manipulator->getMatrix().isNaN());
+
+    manipulator->setViewpoint(Viewpoint("early", 116.3, 39.9, 0.0, 0.0, -90.0, 4.0 * kRadius));
+    EXPECT_FALSE(manipulator->getViewpoint().isValid());
+    showGlobe();
+    expectAt(116.3, 39.9, 0.0, -90.0, 4.0 * kRadius);
+}
+
+TEST_F(EarthManipulatorTest, ReturnsTheViewpointItWasGiven)
+{
+    const double rows[][5] = {{116.3, 39.9, 0, -90, 25.5e6},
+                              {-105, 37.4, 45, -20, 20e3},
+                              {180, 10, -170, -45, 5},
+                              {-180, -89.999, 90, -30, 1000},
+                              {0, 0, 180, -10, 350e3}};
+    for (const auto& row : rows) {
+        showAt(row[0], row[1], row[2], row[3], row[4]);
+        expectAt(row[0], row[1], row[2], row[3], row[4]);
+        EXPECT_TRUE((manipulator->getMatrix() * manipulator->getInverseMatrix()).valid());
+    }
+}
+
+TEST_F(EarthManipulatorTest, KeepsPitchAndDistanceWithinTheSettings)
+{
+    showAt(8, 47, 0, -45, 1000);
+    EXPECT_EQ(manipulator->getSettings()->getMinPitch(), -90.0);
+    EXPECT_EQ(manipulator->getSettings()->getMaxPitch(), -10.0);
+    manipulator->rotate(0.0, 3.0);
+    expectAt(8, 47, 0, -10, 1000);
+    manipulator->rotate(0.0, -9.0);
+    expectAt(8, 47, 0, -90, 1000);
+    manipulator->setViewpoint(Viewpoint("up", 8, 47, 0, 0, 40, 0.0));
+    expectAt(8, 47, 0, -10, manipulator->getSettings()->getMinDistance());
+    manipulator->getSettings()->setMinMaxDistance(50.0, 60.0);
+    manipulator->setDistance(1e9);
+    EXPECT_EQ(manipulator->getDistance(), 60.0);
+    manipulator->zoom(0.0, -0.9);
+    EXPECT_EQ(manipulator->getDistance(), 50.0);
+}
+
+TEST_F(EarthManipulatorTest, IgnoresWhatIsNotFinite)
+{
+    showAt(8, 47, 30, -45, 1000);
+    for (double bad :
+         {std::nan(""), std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
+        manipulator->pan(bad, 0.0);
+        manipulator->pan(0.0, bad);
+        manipulator->rotate(bad, 0.0);
+        manipulator->zoom(0.0, bad);
+        manipulator->setDistance(bad);
+        manipulator->setViewpoint(Viewpoint("bad", bad, 47, 0, 0, -45, 1000));
+        manipulator->setViewpoint(Viewpoint("bad", 8, 47, 0, bad, -45, 1000));
+        manipulator->setViewpoint(Viewpoint("bad", 8, 47, 0, 0, bad, 1000));
+        manipulator->setViewpoint(Viewpoint("bad", 8, 47, 0, 0, -45, bad), 2.0);
+        manipulator->setByMatrix(osg::Matrixd::translate(bad, 0, 0));
+        frames(0.1);
+    }
+    expectAt(8, 47, 30, -45, 1000);
+}
+
+TEST_F(EarthManipulatorTest, DraggingHoldsTheGroundAtTheCursor)
+{
+    for (double range : {500.0, 20e3, 1e6, 25.5e6}) {
+        showAt(-105, 37.4, 25, -50, range);
+        const osg::Vec3d point = groundAt(560, 380);
+        mouse(EA::PUSH, EA::LEFT_MOUSE_BUTTON, 560, 380);
+        for (int i = 1; i <= 10; ++i) {
+            const double x = 560 + 25.0 * i;
+            const double y = 380 + 8.0 * i;
+            mouse(EA::DRAG, EA::LEFT_MOUSE_BUTTON, x, y);
+            EXPECT_NEAR(pixelOf(point).x(), x, 1.0) << range;
+            EXPECT_NEAR(pixelOf(point).y(), y, 1.0) << range;
+        }
+        mouse(EA::RELEASE, EA::LEFT_MOUSE_BUTTON, 810, 460);
+        const osg::Matrixd after = manipulator->getMatrix();
+        frames(0.5);
+        EXPECT_EQ(manipulator->getMatrix(), after) << "comes to rest with the hand";
+    }
+}
+
+TEST_F(EarthManipulatorTest, TheWheelZoomsToTheCursor)
+{
+    showAt(-105, 37.4, 25, -50, 20e3);
+    const osg::Vec3d point = groundAt(900, 500);
+    for (int i = 0; i < 8; ++i) {
+        scroll(EA::SCROLL_DOWN, 900, 500);
+        frames(0.1);
+        EXPECT_NEAR(pixelOf(point).x(), 900, 1.5);
+        EXPECT_NEAR(pixelOf(point).y(), 500, 1.5);
+    }
+    frames(1.0);
+    const double nearer = manipulator->getDistance();
+    EXPECT_NEAR(nearer, 20e3 * 0.25, 20e3 * 0.05) << "eight notches, a quarter of the distance";
+    for (int i = 0; i < 8; ++i)
+        scroll(EA::SCROLL_UP, 900, 500);
+    frames(1.0);
+    EXPECT_NEAR(manipulator->getDistance(), 20e3, 20e3 * 0.05);
+}
+
+TEST_F(EarthManipulatorTest, ADoubleClickFliesToTheGroundUnderIt)
+{
+    showAt(-105, 37.4, 25, -50, 20e3);
+    const osg::Vec3d point = groundAt(900, 500);
+    mouse(EA::DOUBLECLICK, EA::LEFT_MOUSE_BUTTON, 900, 500);
+    EXPECT_TRUE(manipulator->isSettingViewpoint());
+    frames(1.2);
+    EXPECT_FALSE(manipulator->isSettingViewpoint());
+    EXPECT_NEAR(pixelOf(point).x(), kWidth / 2, 0.5);
+    EXPECT_NEAR(pixelOf(point).y(), kHeight / 2, 0.5);
+    EXPECT_NEAR(manipulator->getDistance(), 0.4 * 20e3, 1.0);
+
+    manipulator->setViewpoint(Viewpoint("space", 0, 0, 0, 0, -90, 4 * kRadius));
+    mouse(EA::DOUBLECLICK, EA::LEFT_MOUSE_BUTTON, 5, 5);
+    EXPECT_FALSE(manipulator->isSettingViewpoint()) << "there is nothing to go to";
+}
+
+TEST_F(EarthManipulatorTest, AFlightTakesItsTimeAndEndsAtItsGoal)
+{
+    showAt(116.3, 39.9, 0, -90, 25.5e6);
+    manipulator->setViewpoint(Viewpoint("goal", -105, 37.4, 0, 40, -30, 500), 2.0);
+    frame();
+    expectAt(116.3, 39.9, 0, -90, 25.5e6);
+    frames(1.9);
+    EXPECT_TRUE(manipulator->isSettingViewpoint());
+    frames(0.2);
+    EXPECT_FALSE(manipulator->isSettingViewpoint());
+    expectAt(-105, 37.4, 40, -30, 500);
+}
+
+TEST_F(EarthManipulatorTest, TheUserEndsAFlight)
+{
+    const std::function<void()> takeovers[] = {
+        [this] { mouse(EA::PUSH, EA::LEFT_MOUSE_BUTTON, 600, 400); },
+        [this] { scroll(EA::SCROLL_DOWN, 600, 400); },
+        [this] { key(EA::KEYDOWN, EA::KEY_Left); },
+        [this] { manipulator->clearViewpoint(); },
+    };
+    for (const auto& takeOver : takeovers) {
+        showAt(116.3, 39.9, 0, -90, 1e6);
+        manipulator->setViewpoint(Viewpoint("goal", -105, 37.4, 0, 0, -90, 500), 5.0);
+        frames(2.0);
+        const double range = manipulator->getDistance();
+        takeOver();
+        EXPECT_FALSE(manipulator->isSettingViewpoint());
+        EXPECT_NEAR(manipulator->getDistance(), range, 1e-6 * range) << "stays where it was stopped";
+    }
+}
+
+TEST_F(EarthManipulatorTest, KeysMoveForAsLongAsTheyAreHeld)
+{
+    const struct
+    {
+        int code;
+        std::function<double(const Viewpoint&)> rises;
+    } rows[] = {{EA::KEY_Right, [](const Viewpoint& v) { return v.focalPoint()->x(); }},
+                {EA::KEY_Up, [](const Viewpoint& v) { return v.focalPoint()->y(); }},
+                {EA::KEY_Left, [](const Viewpoint& v) { return -v.focalPoint()->x(); }},
+                {EA::KEY_Down, [](const Viewpoint& v) { return -v.focalPoint()->y(); }},
+                {EA::KEY_Plus, [](const Viewpoint& v) { return -v.getRange(); }},
+                {EA::KEY_Page_Up, [](const Viewpoint& v) { return -v.getRange(); }},
+                {EA::KEY_Minus, [](const Viewpoint& v) { return v.getRange(); }},
+                {EA::KEY_Page_Down, [](const Viewpoint& v) { return v.getRange(); }}};
+    for (const auto& row : rows) {
+        showAt(8, 47, 0, -60, 10e3);
+        const double before = row.rises(manipulator->getViewpoint());
+        key(EA::KEYDOWN, row.code);
+        frames(0.4);
+        EXPECT_GT(row.rises(manipulator->getViewpoint()), before) << row.code;
+        key(EA::KEYUP, row.code);
+        const osg::Matrixd after = manipulator->getMatrix();
+        frames(0.2);
+        EXPECT_EQ(manipulator->getMatrix(), after) << row.code;
+    }
+    key(EA::KEYDOWN, EA::KEY_Left);
+    frames(3.0);
+    const osg::Matrixd lost = manipulator->getMatrix();
+    frames(0.2);
+    EXPECT_EQ(manipulator->getMatrix(), lost) << "a release that never came";
+}
+
+TEST_F(EarthManipulatorTest, HomeGoesToTheHomeViewpoint)
+{
+    showAt(8, 47, 20, -60, 10e3);
+    manipulator->setHomeViewpoint(Viewpoint("Beijing", 116.3, 39.9, 0, 0, -90, 4 * kRadius));
+    key(EA::KEYDOWN, EA::KEY_Home);
+    expectAt(116.3, 39.9, 0, -90, 4 * kRadius);
+}
+
+TEST_F(EarthManipulatorTest, ButtonsMapToMovementsThatASubclassCanReplace)
+{
+    EXPECT_EQ(static_cast<int>(EarthManipulator::ACTION_ROTATE), 8);
+    const struct
+    {
+        int button, modkeys;
+        EarthManipulator::ActionType action;
+    } rows[] = {
+        {EA::LEFT_MOUSE_BUTTON, 0, EarthManipulator::ACTION_PAN},
+        {EA::MIDDLE_MOUSE_BUTTON, 0, EarthManipulator::ACTION_ROTATE},
+        {EA::LEFT_MOUSE_BUTTON | EA::RIGHT_MOUSE_BUTTON, 0, EarthManipulator::ACTION_ROTATE},
+        {EA::LEFT_MOUSE_BUTTON, EA::MODKEY_LEFT_CTRL, EarthManipulator::ACTION_ROTATE},
+        {EA::LEFT_MOUSE_BUTTON, EA::MODKEY_NUM_LOCK, EarthManipulator::ACTION_PAN},
+        {EA::RIGHT_MOUSE_BUTTON, 0, EarthManipulator::ACTION_ZOOM},
+    };
+    for (const auto& row : rows) {
+        showAt(8, 47, 0, -60, 10e3);
+        manipulator->lastAction = EarthManipulator::ACTION_NULL;
+        mouse(EA::PUSH, row.button, 600, 400);
+        mouse(EA::DRAG, row.button, 640, 420, row.modkeys);
+        EXPECT_EQ(manipulator->lastAction, row.action);
+    }
+
+    showAt(8, 47, 0, -60, 10e3);
+    manipulator->replacePan = true;
+    manipulator->pans = 0;
+    mouse(EA::PUSH, EA::LEFT_MOUSE_BUTTON, 600, 400);
+    mouse(EA::DRAG, EA::LEFT_MOUSE_BUTTON, 700, 420);
+    EXPECT_EQ(manipulator->pans, 1);
+    expectAt(8, 47, 0, -60, 10e3);
+}
+
+TEST_F(EarthManipulatorTest, FollowsANodeUntilItIsPannedAway)
+{
+    showGlobe();
+    osg::ref_ptr<osg::MatrixTransform> aircraft = new osg::MatrixTransform;
+    aircraft->addChild(new osg::ShapeDrawable(new osg::Sphere(osg::Vec3(), 1.0f)));
+    root->addChild(aircraft);
+    const auto fly = [&](double longitude) {
+        osg::Vec3d world;
+        GeoPoint(SpatialReference::get("wgs84"), longitude, 47.0, 500.0).toWorld(world);
+        aircraft->setMatrix(osg::Matrixd::translate(world));
+    };
+    fly(8.0);
+    Viewpoint follow;
+    follow.setNode(aircraft);
+    follow.setRange(300.0);
+    follow.setPitch(-30.0);
+    manipulator->setViewpoint(follow);
+    fly(8.5);
+    frame();
+    EXPECT_TRUE(manipulator->isTethering());
+    EXPECT_NEAR(manipulator->centerMap().x(), 8.5, 1e-6);
+    EXPECT_NEAR(manipulator->getDistance(), 300.0, 1e-6);
+    manipulator->rotate(0.5, 0.0);
+    manipulator->zoom(0.0, 0.5);
+    EXPECT_TRUE(manipulator->isTethering());
+    manipulator->pan(0.1, 0.0);
+    EXPECT_FALSE(manipulator->isTethering());
+    fly(9.0);
+    frame();
+    EXPECT_LT(manipulator->centerMap().x(), 8.6);
+}
+
+TEST_F(EarthManipulatorTest, TakesOverACameraMatrix)
+{
+    showAt(8, 47, 30, -45, 1000);
+    const osg::Matrixd matrix = manipulator->getMatrix();
+    manipulator->setViewpoint(Viewpoint("elsewhere", 100, -20, 0, 0, -90, 1e6));
+    manipulator->setByMatrix(matrix);
+    expectAt(8, 47, 30, -45, 1000);
+    manipulator->setViewpoint(Viewpoint("elsewhere", 100, -20, 0, 0, -90, 1e6));
+    manipulator->setByInverseMatrix(osg::Matrixd::inverse(matrix));
+    expectAt(8, 47, 30, -45, 1000);
+}
