@@ -4,6 +4,7 @@
 #include <osg/Image>
 #include <osgViewer/GraphicsWindow>
 
+#include <algorithm>
 #include <cstring>
 
 QImage AxImageFromBottomUpRows(const unsigned char* rows, int width, int height)
@@ -20,16 +21,22 @@ QImage AxImageFromBottomUpRows(const unsigned char* rows, int width, int height)
         [](void* buffer) { delete[] static_cast<uchar*>(buffer); }, flipped);
 }
 
-QImage AxCaptureFrontBuffer(osgViewer::GraphicsWindowEmbedded& window)
+QImage AxCaptureBuffer(osgViewer::GraphicsWindowEmbedded& window, unsigned buffer)
 {
     const osg::GraphicsContext::Traits* traits = window.getTraits();
     if (!traits || traits->width < 1 || traits->height < 1)
         return {};
     GLint readBuffer = GL_BACK;
     glGetIntegerv(GL_READ_BUFFER, &readBuffer);
-    glReadBuffer(GL_FRONT);
+    glReadBuffer(buffer);
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->readPixels(0, 0, traits->width, traits->height, GL_RGB, GL_UNSIGNED_BYTE, 1);
     glReadBuffer(static_cast<GLenum>(readBuffer));
     return AxImageFromBottomUpRows(image->data(), image->s(), image->t());
+}
+
+bool AxIsBlack(const QImage& image)
+{
+    return std::all_of(image.constBits(), image.constBits() + image.sizeInBytes(),
+                       [](uchar byte) { return byte == 0; });
 }

@@ -12,6 +12,9 @@ class GraphicsWindowEmbedded;
 /// owns its bytes. A null image when width or height is below 1.
 AXEARTHVIEWER_EXPORT QImage AxImageFromBottomUpRows(const unsigned char* rows, int width, int height);
 
-/// Reads the front buffer, as large as the window's traits say. The OpenGL
-/// context must be current.
-QImage AxCaptureFrontBuffer(osgViewer::GraphicsWindowEmbedded& window);
+/// Reads a colour buffer (GL_FRONT or GL_BACK), as large as the window's traits
+/// say. The OpenGL context must be current.
+QImage AxCaptureBuffer(osgViewer::GraphicsWindowEmbedded& window, unsigned buffer);
+
+/// True for a picture without a single lit pixel, and for none at all.
+bool AxIsBlack(const QImage& image);

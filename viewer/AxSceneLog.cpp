@@ -3,8 +3,8 @@
 
 #include <osg/Notify>
 
-Q_LOGGING_CATEGORY(axViewerLog, "ax.viewer")
-Q_LOGGING_CATEGORY(axSceneLog, "ax.scene")
+Q_LOGGING_CATEGORY(axViewerLog, "ax.viewer", QtInfoMsg)
+Q_LOGGING_CATEGORY(axSceneLog, "ax.scene", QtInfoMsg)
 
 namespace {
 class QtNotifyHandler : public osg::NotifyHandler

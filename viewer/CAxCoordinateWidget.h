@@ -22,5 +22,7 @@ public:
                        const QString& range);
 
 private:
+    void FitTexts();
+
     std::array<QLabel*, 4> labels{};
 };

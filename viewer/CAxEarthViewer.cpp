@@ -3,6 +3,7 @@
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/AxFrame.h"
 #include "viewer/AxFrameCapture.h"
+#include "viewer/AxGlViewport.h"
 #include "viewer/AxGridWidget.h"
 #include "viewer/AxHeadUpText.h"
 #include "viewer/AxInputRouter.h"
@@ -23,7 +24,6 @@
 
 #include <QCoreApplication>
 #include <QCursor>
-#include <QGLWidget>
 #include <QGraphicsProxyWidget>
 #include <QKeyEvent>
 #include <QMoveEvent>
@@ -95,7 +95,7 @@ void CAxEarthViewer::initParameters()
 
     setScene(new QGraphicsScene);
 
-    glWidget = new QGLWidget;
+    glWidget = new AxGlViewport;
     glWidget->setMouseTracking(true);
     glWidget->setMaximumSize(maximumSize());
     setViewport(glWidget);
@@ -183,6 +183,7 @@ void CAxEarthViewer::setUpViewerInWindow(int x, int y, int width, int height)
     camera->setProjectionMatrixAsPerspective(fieldOfViewDegrees, static_cast<double>(width) / qMax(1, height),
                                              nearPlane, farPlane);
     camera->setGraphicsContext(new osgViewer::GraphicsWindowEmbedded(traits));
+    camera->setClearColor(osg::Vec4(0.0f, 0.0f, 0.0f, 1.0f));
     viewer->setName("MainView");
     camera->setNearFarRatio(nearFarRatio);
     camera->setComputeNearFarMode(osg::CullSettings::COMPUTE_NEAR_FAR_USING_PRIMITIVES);
@@ -317,7 +318,18 @@ QImage CAxEarthViewer::GetCurrViewerImg()
     if (!graphicsWindow)
         return {};
     glWidget->makeCurrent();
-    return AxCaptureFrontBuffer(*graphicsWindow);
+    const QImage shown = AxCaptureBuffer(*graphicsWindow, GL_FRONT);
+    if (!AxIsBlack(shown) || !earthLoaded || !isVisible())
+        return shown;
+    // Software renderers keep no front buffer, and a covered window need not
+    // have one either: paint the frame once more and read it before it is shown.
+    glWidget->setAutoBufferSwap(false);
+    viewport()->repaint();
+    glWidget->makeCurrent();
+    const QImage painted = AxCaptureBuffer(*graphicsWindow, GL_BACK);
+    glWidget->swapBuffers();
+    glWidget->setAutoBufferSwap(true);
+    return painted;
 }
 
 bool CAxEarthViewer::IsPictureComplete() const

@@ -17,6 +17,7 @@
 #include <memory>
 
 class AxFrame;
+class AxGlViewport;
 class AxGridWidget;
 class AxInputRouter;
 class CAxAncillaryProcess;
@@ -28,7 +29,6 @@ class CAxHandleAdapter;
 class CAxInterestPointNode;
 class CAxMapToolsWidget;
 class CAxUavNode;
-class QGLWidget;
 
 namespace osgViewer {
 class GraphicsWindowEmbedded;
@@ -229,7 +229,7 @@ private:
     osg::ref_ptr<osgEarth::Util::GeodeticGraticule> graticule;
     QString coordSys;
 
-    QGLWidget* glWidget = nullptr;
+    AxGlViewport* glWidget = nullptr;
     QString mapFile;
     std::unique_ptr<AxFrame> frame;
     std::unique_ptr<AxInputRouter> input;
