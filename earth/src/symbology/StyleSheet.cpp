@@ -5,6 +5,8 @@ namespace osgEarth {
 namespace Symbology {
 StyleSheet::StyleSheet(const Config& conf)
 {
+    for (const Config& child : conf.children("selector"))
+        _selectors.emplace_back(child);
     for (const Config& child : conf.children("style")) {
         ConfigSet blocks;
         CssUtils::readConfig(child.value(), child.referrer().empty() ? conf.referrer() : child.referrer(),
@@ -51,6 +53,8 @@ Config StyleSheet::getConfig() const
     Config conf("styles");
     for (const auto& entry : _styles)
         conf.add(entry.second.getConfig());
+    for (const StyleSelector& selector : _selectors)
+        conf.add(selector.getConfig());
     return conf;
 }
 } // namespace Symbology

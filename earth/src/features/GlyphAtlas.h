@@ -1,0 +1,53 @@
+#pragma once
+#include <map>
+#include <osg/Texture2D>
+#include <osgText/Font>
+
+namespace osgEarth {
+namespace Features {
+/// Letters of one font and size in one picture, each with a rim baked in: the
+/// first channel says how much of a pixel the letter covers, the second how
+/// much letter and rim cover. One look-up a pixel then draws both. Used on the
+/// thread that culls.
+class GlyphAtlas
+{
+public:
+    struct Glyph
+    {
+        bool drawn = false;                // false for blanks and for what found no room
+        float left = 0.0f, bottom = 0.0f;  // of the picture, pixels from the pen
+        float width = 0.0f, height = 0.0f; // pixels
+        float u0 = 0.0f, v0 = 0.0f, u1 = 0.0f, v1 = 0.0f;
+        float advance = 0.0f; // pixels to the next pen position
+    };
+
+    /// A null font gives osgText's own, which has Latin letters only.
+    GlyphAtlas(osgText::Font* font, unsigned pixels);
+
+    /// The letter, added when it is new.
+    const Glyph& glyph(unsigned code);
+    /// A round mark with a rim, centred on the pen.
+    const Glyph& dot() { return _dot; }
+
+    /// Whether a letter found no room since the last reset.
+    bool isFull() const { return _full; }
+    /// Forgets all letters.
+    void reset();
+
+    osg::Texture2D* texture() { return _texture.get(); }
+    unsigned pixels() const { return _pixels; }
+
+private:
+    Glyph add(unsigned width, unsigned height, const unsigned char* coverage);
+
+    osg::ref_ptr<osgText::Font> _font;
+    const unsigned _pixels;
+    osg::ref_ptr<osg::Image> _image;
+    osg::ref_ptr<osg::Texture2D> _texture;
+    std::map<unsigned, Glyph> _glyphs;
+    Glyph _dot;
+    unsigned _penX = 0, _penY = 0, _rowHeight = 0;
+    bool _full = false;
+};
+} // namespace Features
+} // namespace osgEarth

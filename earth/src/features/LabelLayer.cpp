@@ -1,0 +1,195 @@
+#include "LabelLayer.h"
+#include "annotation/Fonts.h"
+#include "annotation/SelfPlacedDrawable.h"
+#include "LabelField.h"
+#include <osg/Group>
+#include <osg/Program>
+#include <osgEarth/MapNode>
+#include <osgEarth/ScreenSpaceLayout>
+#include <osgUtil/CullVisitor>
+
+namespace osgEarth {
+namespace Features {
+using namespace Symbology;
+
+namespace {
+const char kVertexShader[] = R"(#version 330 compatibility
+uniform vec2 ax_labelScreen;
+void main()
+{
+    gl_Position = vec4(gl_Vertex.xy / ax_labelScreen * 2.0 - 1.0, 0.0, 1.0);
+    gl_TexCoord[0] = gl_MultiTexCoord0;
+}
+)";
+const char kFragmentShader[] = R"(#version 330 compatibility
+uniform sampler2D ax_labelLetters;
+uniform vec4 ax_labelFill;
+uniform vec4 ax_labelHalo;
+void main()
+{
+    vec4 cover = texture(ax_labelLetters, gl_TexCoord[0].xy); // letter, letter, letter, letter with rim
+    gl_FragColor = vec4(mix(ax_labelHalo.rgb, ax_labelFill.rgb, cover.r),
+                        max(cover.a * ax_labelHalo.a, cover.r * ax_labelFill.a));
+}
+)";
+
+std::shared_ptr<GlyphAtlas> sharedAtlas(const std::string& font, unsigned pixels)
+{
+    static std::mutex mutex;
+    static std::map<std::pair<osgText::Font*, unsigned>, std::weak_ptr<GlyphAtlas>> atlases;
+    osgText::Font* found = fontNamed(font);
+    std::lock_guard<std::mutex> lock(mutex);
+    std::weak_ptr<GlyphAtlas>& slot = atlases[{found, pixels}];
+    std::shared_ptr<GlyphAtlas> atlas = slot.lock();
+    if (!atlas)
+        slot = atlas = std::make_shared<GlyphAtlas>(found, pixels);
+    return atlas;
+}
+
+/// The letters of all shown labels of a layer as one list of triangles in pixels.
+class LabelDrawable : public SelfPlacedDrawable
+{
+public:
+    LabelDrawable()
+    {
+        setUseDisplayList(false);
+        setUseVertexBufferObjects(true);
+        setDataVariance(osg::Object::DYNAMIC);
+        setCullingActive(false);
+        setVertexArray(_corners.get());
+        setTexCoordArray(0, _texture.get(), osg::Array::BIND_PER_VERTEX);
+        addPrimitiveSet(_indices.get());
+    }
+    void rebuild(const LabelSet& set)
+    {
+        _corners->clear();
+        _texture->clear();
+        _indices->clear();
+        // Less important ones first, so that the others lie on top.
+        for (auto shown = set.shown.rbegin(); shown != set.shown.rend(); ++shown) {
+            addGlyph(set.atlas->dot(), shown->pixel);
+            osg::Vec2f pen = shown->pixel + shown->label->pen;
+            for (const unsigned code : shown->label->codes) {
+                const GlyphAtlas::Glyph& glyph = set.atlas->glyph(code);
+                addGlyph(glyph, pen);
+                pen.x() += glyph.advance;
+            }
+        }
+        _corners->dirty();
+        _texture->dirty();
+        _indices->dirty();
+        dirtyBound();
+    }
+    bool empty() const { return _indices->empty(); }
+
+    // It lies on the screen, not in the world, and must not move the clip planes.
+    osg::BoundingBox computeBoundingBox() const override { return {}; }
+    osg::BoundingSphere computeBound() const override { return {}; }
+
+private:
+    void addGlyph(const GlyphAtlas::Glyph& glyph, const osg::Vec2f& pen)
+    {
+        if (!glyph.drawn)
+            return;
+        const unsigned first = unsigned(_corners->size());
+        const float x0 = pen.x() + glyph.left, y0 = pen.y() + glyph.bottom;
+        const float x1 = x0 + glyph.width, y1 = y0 + glyph.height;
+        for (const osg::Vec3f& c :
+             {osg::Vec3f(x0, y0, 0), osg::Vec3f(x1, y0, 0), osg::Vec3f(x1, y1, 0), osg::Vec3f(x0, y1, 0)})
+            _corners->push_back(c);
+        for (const osg::Vec2f& t : {osg::Vec2f(glyph.u0, glyph.v0), osg::Vec2f(glyph.u1, glyph.v0),
+                                    osg::Vec2f(glyph.u1, glyph.v1), osg::Vec2f(glyph.u0, glyph.v1)})
+            _texture->push_back(t);
+        for (const unsigned i : {0u, 1u, 2u, 0u, 2u, 3u})
+            _indices->push_back(first + i);
+    }
+    osg::ref_ptr<osg::Vec3Array> _corners = new osg::Vec3Array();
+    osg::ref_ptr<osg::Vec2Array> _texture = new osg::Vec2Array();
+    osg::ref_ptr<osg::DrawElementsUInt> _indices = new osg::DrawElementsUInt(GL_TRIANGLES);
+};
+
+class LabelLayerNode : public osg::Group
+{
+public:
+    LabelLayerNode(const std::shared_ptr<LabelSet>& set, LabelField* field) : _set(set), _field(field)
+    {
+        setCullingActive(false);
+        static const osg::ref_ptr<osg::Program> program = [] {
+            osg::ref_ptr<osg::Program> made = new osg::Program();
+            made->setName("labels");
+            made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
+            made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+            return made;
+        }();
+        osg::StateSet* state = getOrCreateStateSet();
+        ScreenSpaceLayout::activate(state);
+        state->setDataVariance(osg::Object::DYNAMIC);
+        state->setAttributeAndModes(program.get());
+        state->setTextureAttribute(0, set->atlas->texture());
+        state->addUniform(new osg::Uniform("ax_labelLetters", 0));
+        state->addUniform(new osg::Uniform("ax_labelFill", set->look.fill));
+        state->addUniform(new osg::Uniform("ax_labelHalo", set->look.halo));
+        _screen = new osg::Uniform("ax_labelScreen", osg::Vec2f(1.0f, 1.0f));
+        _screen->setDataVariance(osg::Object::DYNAMIC);
+        state->addUniform(_screen);
+    }
+
+    void traverse(osg::NodeVisitor& nv) override
+    {
+        osgUtil::CullVisitor* cv = nv.asCullVisitor();
+        if (!cv || !cv->getViewport() || !cv->getModelViewMatrix() || !cv->getProjectionMatrix())
+            return;
+        LabelView view;
+        view.worldToClip = *cv->getModelViewMatrix() * *cv->getProjectionMatrix();
+        view.eye = osg::Vec3d() * osg::Matrixd::inverse(*cv->getModelViewMatrix());
+        view.width = float(cv->getViewport()->width());
+        view.height = float(cv->getViewport()->height());
+        view.frame = nv.getFrameStamp() ? nv.getFrameStamp()->getFrameNumber() : 0u;
+        _set->lastSeen = view.frame;
+        _field->update(view, terrainAbove(nv.getNodePath()));
+        if (_set->selection != _drawnSelection) {
+            _drawnSelection = _set->selection;
+            _drawable->rebuild(*_set);
+            _screen->set(osg::Vec2f(view.width, view.height));
+        }
+        if (!_drawable->empty())
+            cv->addDrawableAndDepth(_drawable.get(), cv->getModelViewMatrix(), 0.0f);
+    }
+
+    osg::BoundingSphere computeBound() const override { return {}; }
+
+private:
+    static const Terrain* terrainAbove(const osg::NodePath& path)
+    {
+        for (osg::Node* node : path)
+            if (const auto* mapNode = dynamic_cast<const MapNode*>(node))
+                return mapNode->getTerrain();
+        return nullptr;
+    }
+
+    const std::shared_ptr<LabelSet> _set;
+    const osg::ref_ptr<LabelField> _field;
+    osg::ref_ptr<LabelDrawable> _drawable = new LabelDrawable();
+    osg::ref_ptr<osg::Uniform> _screen;
+    unsigned _drawnSelection = 0;
+};
+} // namespace
+
+osg::ref_ptr<osg::Node> makeLabelLayer(const FeatureList& features, const Style& style,
+                                       const osg::observer_ptr<const Map>& map)
+{
+    const TextSymbol* symbol = style.get<TextSymbol>();
+    if (!symbol)
+        return new osg::Group();
+    auto set = std::make_shared<LabelSet>();
+    set->look = lookOf(*symbol);
+    set->labels = labelsOf(features, *symbol);
+    set->atlas = sharedAtlas(symbol->font().value(), set->look.pixels);
+    osg::ref_ptr<const Map> held;
+    map.lock(held);
+    osg::ref_ptr<LabelField> field = LabelField::of(held.get());
+    field->add(set);
+    return new LabelLayerNode(set, field.get());
+}
+} // namespace Features
+} // namespace osgEarth

@@ -1,0 +1,29 @@
+#include <osgEarthSymbology/StyleSelector>
+
+namespace osgEarth {
+namespace Symbology {
+StyleSelector::StyleSelector(const Config& conf) : _name(conf.value("name"))
+{
+    conf.getIfSet("style", _styleName);
+    conf.getIfSet("class", _styleName);
+    conf.getObjIfSet("query", _query);
+}
+
+StyleSelector::StyleSelector(const std::string& name, const std::string& styleName, const Query& query)
+    : _name(name)
+{
+    _styleName = styleName;
+    _query = query;
+}
+
+Config StyleSelector::getConfig() const
+{
+    Config conf("selector");
+    if (!_name.empty())
+        conf.add("name", _name);
+    conf.addIfSet("class", _styleName);
+    conf.updateObjIfSet("query", _query);
+    return conf;
+}
+} // namespace Symbology
+} // namespace osgEarth
