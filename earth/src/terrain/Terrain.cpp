@@ -33,15 +33,30 @@ void store(double height, double* aboveMSL, double* aboveEllipsoid)
         *aboveEllipsoid = height;
 }
 
-/** The view's camera and the position in its window, y upwards; null when there is none. */
-const osg::Camera* cameraUnder(osg::View* view, float mx, float my, float& x, float& y)
+/**
+ * Turns an event's position into the window's pixels, y upwards. Events carry
+ * the range that their positions are meant in; before the first event that
+ * range says nothing, and positions are pixels.
+ */
+void toWindow(osg::View* view, float mx, float my, double& x, double& y)
 {
     x = mx;
     y = my;
-    if (auto* viewerView = dynamic_cast<osgViewer::View*>(view))
-        if (const osg::Camera* camera = viewerView->getCameraContainingPosition(mx, my, x, y))
-            return camera;
-    return view ? view->getCamera() : nullptr;
+    const auto* viewerView = dynamic_cast<osgViewer::View*>(view);
+    const osg::GraphicsContext* context = view->getCamera()->getGraphicsContext();
+    if (!viewerView || !viewerView->getEventQueue() || !context || !context->getTraits())
+        return;
+    const osgGA::GUIEventAdapter* state = viewerView->getEventQueue()->getCurrentEventState();
+    const double width = state->getXmax() - state->getXmin();
+    const double height = state->getYmax() - state->getYmin();
+    constexpr double kUnsetRange = 2.0;
+    if (width <= kUnsetRange || height <= kUnsetRange)
+        return;
+    x = (mx - state->getXmin()) / width * context->getTraits()->width;
+    y = (my - state->getYmin()) / height;
+    if (state->getMouseYOrientation() == osgGA::GUIEventAdapter::Y_INCREASING_DOWNWARDS)
+        y = 1.0 - y;
+    y *= context->getTraits()->height;
 }
 } // namespace
 
@@ -86,11 +101,13 @@ bool Terrain::getWorldCoordsUnderMouse(osg::View* view, float mx, float my, osg:
 bool Terrain::getWorldCoordsUnderMouse(osg::View* view, float mx, float my, osg::Vec3d& outWorld,
                                        osg::ref_ptr<osg::Node>& outNode) const
 {
-    float x = 0.0f;
-    float y = 0.0f;
-    const osg::Camera* camera = cameraUnder(view, mx, my, x, y);
+    if (!view || !view->getCamera() || !_graph.valid())
+        return false;
+    double x = 0.0;
+    double y = 0.0;
+    toWindow(view, mx, my, x, y);
     TerrainRay ray;
-    return camera && _graph.valid() && pickRay(*camera, x, y, ray) &&
+    return pickRay(*view->getCamera(), x, y, ray) &&
            _engine->intersectRay(ray.origin, ray.direction, outWorld, &outNode);
 }
 

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+
+class CAxEarthViewer;
+
+namespace bench {
+
+/// One of the four places of the tour; degrees, metres, as a Viewpoint has them.
+struct View
+{
+    const char* name;
+    double longitude, latitude, altitude, heading, pitch, range;
+};
+
+extern const View kSpace;
+extern const View kRange350km;
+extern const View kOblique20km;
+extern const View kNear500m;
+
+/// Size that all frame figures are taken at, pixels.
+constexpr int kWidth = 1280;
+constexpr int kHeight = 800;
+
+/// The viewer on the shipped off-line map, opened at the first call and kept
+/// for the life of the process.
+CAxEarthViewer& globe();
+
+/// Flies there at once and waits until the picture is complete. Ends the
+/// process with a message when that takes a minute.
+void goTo(const View& view);
+
+/// Runs the event loop until the condition holds; false after the limit.
+bool waitFor(const std::function<bool()>& condition, int milliseconds);
+
+/// Draws and shows one frame; returns its time, milliseconds.
+double frameMilliseconds();
+
+/// Median of `count` calls of a function that returns a time.
+double median(int count, const std::function<double()>& measure);
+
+/// Closes the viewer; call before QApplication ends.
+void close();
+
+} // namespace bench

@@ -1,0 +1,116 @@
+// The host as a user starts it: time to signalLoadEarth and to a complete
+// first picture, and its resident memory after the tour. Reads /proc, so it
+// gives figures on Linux only.
+#include "BenchGlobe.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+namespace {
+
+QString hostProgram()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl");
+}
+
+QString shippedMap()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/google_cn_net_no.earth");
+}
+
+/// Seconds from the start of the host to the first line of its output that
+/// begins so; negative when it never comes.
+double secondsToLine(const QByteArray& beginning)
+{
+    QProcess host;
+    QElapsedTimer clock;
+    clock.start();
+    host.start(hostProgram(),
+               {QStringLiteral("--map"), shippedMap(), QStringLiteral("--size"), QStringLiteral("1280x800"),
+                QStringLiteral("--report"), QStringLiteral("--quit-after"), QStringLiteral("20")});
+    double seconds = -1.0;
+    while (seconds < 0.0 && host.waitForReadyRead(30000))
+        while (host.canReadLine())
+            if (host.readLine().startsWith(beginning)) {
+                seconds = static_cast<double>(clock.nsecsElapsed()) / 1e9;
+                break;
+            }
+    host.terminate();
+    host.waitForFinished(5000);
+    return seconds;
+}
+
+void startup(benchmark::State& state, const QByteArray& line)
+{
+    secondsToLine(line); // warms the disk cache
+    for (auto _ : state) {
+        const double seconds = bench::median(5, [&] { return secondsToLine(line); });
+        if (seconds < 0.0)
+            state.SkipWithError("the host did not report");
+        else
+            state.SetIterationTime(seconds);
+    }
+}
+
+void StartupLoad(benchmark::State& state)
+{
+    startup(state, "loaded");
+}
+
+void StartupPicture(benchmark::State& state)
+{
+    startup(state, "picture complete");
+}
+
+double residentMegabytes(qint64 process)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0.0;
+    for (const QByteArray& line : status.readAll().split('\n'))
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').first().toDouble() / 1024.0;
+    return 0.0;
+}
+
+void MemoryTour(benchmark::State& state)
+{
+    for (auto _ : state) {
+        QTemporaryDir pictures;
+        QProcess host;
+        QElapsedTimer clock;
+        clock.start();
+        host.start(hostProgram(), {QStringLiteral("--map"), shippedMap(), QStringLiteral("--size"),
+                                   QStringLiteral("1280x800"), QStringLiteral("--tour"), pictures.path(),
+                                   QStringLiteral("--report")});
+        double megabytes = 0.0;
+        bool toured = false;
+        while (!toured && host.waitForReadyRead(120000))
+            while (host.canReadLine())
+                if (host.readLine().startsWith("tour complete")) {
+                    megabytes = residentMegabytes(host.processId());
+                    toured = true;
+                }
+        host.terminate();
+        host.waitForFinished(5000);
+        if (megabytes <= 0.0)
+            state.SkipWithError("the host did not report");
+        state.SetIterationTime(static_cast<double>(clock.nsecsElapsed()) / 1e9);
+        state.counters["resident_MB"] = megabytes;
+    }
+}
+
+BENCHMARK(StartupLoad)->Name("Startup/load")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(StartupPicture)
+    ->Name("Startup/picture")
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(MemoryTour)->Name("Memory/tour")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace

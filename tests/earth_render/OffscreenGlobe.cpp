@@ -1,0 +1,96 @@
+#include "OffscreenGlobe.h"
+
+#include <chrono>
+#include <osg/Math>
+#include <osgDB/DatabasePager>
+#include <osgEarth/GeoData>
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+#include <osgEarth/TerrainEngineNode>
+
+class OffscreenGlobe::Capture : public osg::Camera::DrawCallback
+{
+public:
+    explicit Capture(osg::Image* picture) : _picture(picture) {}
+    void operator()(osg::RenderInfo&) const override
+    {
+        _picture->readPixels(0, 0, kWidth, kHeight, GL_RGB, GL_UNSIGNED_BYTE);
+    }
+
+private:
+    osg::ref_ptr<osg::Image> _picture;
+};
+
+OffscreenGlobe::OffscreenGlobe(osgEarth::Map* map)
+    : _mapNode(new osgEarth::MapNode(map)), _viewer(new osgViewer::Viewer), _picture(new osg::Image)
+{
+    osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
+    traits->width = kWidth;
+    traits->height = kHeight;
+    traits->windowDecoration = false;
+    traits->doubleBuffer = true;
+    traits->alpha = 8;
+    traits->readDISPLAY();
+    osg::Camera* camera = _viewer->getCamera();
+    camera->setGraphicsContext(osg::GraphicsContext::createGraphicsContext(traits));
+    camera->setViewport(0, 0, kWidth, kHeight);
+    camera->setClearColor({1.0f, 0.0f, 1.0f, 1.0f});
+    camera->setProjectionMatrixAsPerspective(30.0, double(kWidth) / kHeight, 1.0, 1e8);
+    camera->setNearFarRatio(1e-6);
+    camera->setFinalDrawCallback(new Capture(_picture));
+    _viewer->setThreadingModel(osgViewer::ViewerBase::SingleThreaded);
+    _viewer->setSceneData(_mapNode);
+    _viewer->realize();
+}
+
+OffscreenGlobe::~OffscreenGlobe()
+{
+    _viewer->getDatabasePager()->cancel();
+    _viewer->setSceneData(nullptr);
+}
+
+void OffscreenGlobe::lookAt(double longitude, double latitude, double height, double heading, double pitch,
+                            double range)
+{
+    const osgEarth::GeoPoint focus(_mapNode->getMapSRS()->getGeographicSRS(), longitude, latitude, height);
+    osg::Matrixd localToWorld;
+    focus.createLocalToWorld(localToWorld);
+    const double h = osg::DegreesToRadians(heading);
+    const double p = osg::DegreesToRadians(pitch);
+    const osg::Vec3d forward(std::sin(h) * std::cos(p), std::cos(h) * std::cos(p), std::sin(p));
+    const osg::Vec3d up(-std::sin(h) * std::sin(p), -std::cos(h) * std::sin(p), std::cos(p));
+    const osg::Vec3d centre = localToWorld.getTrans();
+    const osg::Vec3d eye = centre - osg::Matrixd::transform3x3(forward, localToWorld) * range;
+    _viewer->getCamera()->setViewMatrixAsLookAt(eye, centre, osg::Matrixd::transform3x3(up, localToWorld));
+}
+
+void OffscreenGlobe::frame()
+{
+    _viewer->frame();
+}
+
+bool OffscreenGlobe::drawUntilComplete()
+{
+    const auto start = std::chrono::steady_clock::now();
+    for (int quiet = 0; quiet < 5;) {
+        frame();
+        quiet = _viewer->getDatabasePager()->getRequestsInProgress() ||
+                        _mapNode->getTerrainEngine()->isRefreshing()
+                    ? 0
+                    : quiet + 1;
+        if (std::chrono::steady_clock::now() - start > std::chrono::minutes(1))
+            return false;
+    }
+    return true;
+}
+
+osg::Vec3i OffscreenGlobe::pixel(int x, int y) const
+{
+    const unsigned char* p = _picture->data(static_cast<unsigned>(x), static_cast<unsigned>(y));
+    return {p[0], p[1], p[2]};
+}
+
+std::string shippedMapFile(const std::string& name)
+{
+    return std::string(AX_RESOURCES) + "/map/" + name;
+}
