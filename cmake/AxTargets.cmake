@@ -77,7 +77,7 @@ function(ax_test label)
     target_precompile_headers(${target} PRIVATE ${ARG_PCH})
   endif()
   if(ARG_WINDOW)
-    add_test(NAME ${label} COMMAND xvfb-run -a -s "-screen 0 1600x1200x24" $<TARGET_FILE:${target}>)
+    add_test(NAME ${label} COMMAND xvfb-run -a -s "-screen 0 1600x1200x24 -noreset" $<TARGET_FILE:${target}>)
     set_tests_properties(${label} PROPERTIES LABELS ${label} TIMEOUT 600
       ENVIRONMENT "LIBGL_ALWAYS_SOFTWARE=1;QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8")
   else()

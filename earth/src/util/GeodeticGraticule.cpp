@@ -15,36 +15,36 @@ namespace {
 /** Below this height of the eye nothing is left of the lines, and they are not drawn at all. */
 constexpr double kFadedBelow = 60e3;
 
-constexpr int kLines = 12;            // on each side of the middle one
-constexpr int kMeridianSegments = 32; // from the southern to the northern end
-constexpr int kParallelSegments = 64; // round the part of the globe that is in sight
-constexpr float kMeridian = 0.0f;
-constexpr float kParallel = 1.0f;
+constexpr int kFineLines = 12;    // of 1 degree, on each side of the eye
+constexpr int kFineSegments = 16; // of each
+constexpr int kCoarseSegments = 40;
+
+/** Kinds of lines in the mesh. */
+constexpr float kFineMeridian = 0.0f;
+constexpr float kFineParallel = 1.0f;
+constexpr float kCoarseMeridian = 2.0f;
+constexpr float kCoarseParallel = 3.0f;
 
 /**
- * One mesh serves every height: x counts lines from the one nearest to the
- * point below the eye, y runs along the line from -1 to 1, z tells meridians
- * from parallels. The shader chooses the spacing from the height of the eye
- * and lays the mesh out over what can be seen; it also bends lines to the
- * ellipsoid and pulls them towards the eye in depth only, over any summit.
+ * One mesh serves every height: x counts lines, y runs along the line from -1
+ * to 1, z is the kind. Lines of 10 degrees cover all that is in sight; lines
+ * of 1 and 2 degrees surround the point below the eye and come and go with its
+ * height. The shader lays the mesh out, bends it to the ellipsoid and pulls it
+ * towards the eye in depth only, over any summit.
  */
 const char* const kVertexSource = R"(#version 330 compatibility
 uniform mat4 osg_ViewMatrixInverse;
 uniform vec2 ax_globe; // equatorial radius, first eccentricity squared
 out float alpha;
 const float kPi = 3.14159265;
+const float kDegree = kPi / 180.0;
 
-// Radians between the lines that reach so far with twelve, each step a multiple of the one before.
-float spacingFor(float reach, out float nextFactor, out float leaving)
+// How much of the lines of 1 or 2 degrees is shown where lines should be so many degrees apart.
+float fineShare(float line, float wanted)
 {
-    float steps[4] = float[4](1.0, 2.0, 10.0, 30.0);
-    float wanted = degrees(reach) / 12.0;
-    int i = 0;
-    while (i < 3 && wanted > steps[i])
-        ++i;
-    nextFactor = i < 3 ? steps[i + 1] / steps[i] : 1.0;
-    leaving = i < 3 ? smoothstep(0.65, 1.0, wanted / steps[i]) : 0.0;
-    return radians(steps[i]);
+    if (mod(line, 10.0) < 0.5)
+        return 0.0; // there is a coarse one
+    return mod(line, 2.0) < 0.5 ? 1.0 - smoothstep(0.8, 1.6, wanted) : 1.0 - smoothstep(0.4, 0.8, wanted);
 }
 
 void main()
@@ -52,35 +52,43 @@ void main()
     vec3 eye = osg_ViewMatrixInverse[3].xyz;
     float away = length(eye);
     float height = away - ax_globe.x;
-    float sight = acos(clamp(ax_globe.x / away, 0.0, 1.0));
     float eyeLat = asin(clamp(eye.z / away, -1.0, 1.0));
     float eyeLon = atan(eye.y, eye.x);
+    float eyeCos = max(cos(eyeLat), 0.01);
+    float sight = acos(clamp(ax_globe.x / away, 0.0, 1.0));
+    float spread = sin(sight) < eyeCos ? asin(sin(sight) / eyeCos) : kPi;
+    float wanted = 2.6 * height / ax_globe.x; // degrees; six or so lines in a window that looks down
 
-    // Towards a pole the meridians in sight spread over more longitudes, up to all of them.
-    float spread = sin(sight) < cos(eyeLat) ? asin(sin(sight) / cos(eyeLat)) : kPi;
-
+    float line = gl_Vertex.x;
+    float along = gl_Vertex.y;
     float lat;
     float lon;
-    float line;
-    float nextFactor;
-    float leaving;
-    bool onGlobe;
+    float share = 1.0;
     if (gl_Vertex.z < 0.5)
     {
-        float spacing = spacingFor(max(sight, spread), nextFactor, leaving);
-        line = round(eyeLon / spacing) + gl_Vertex.x;
-        lon = line * spacing;
-        lat = clamp(eyeLat + gl_Vertex.y * sight, -kPi / 2.0, kPi / 2.0);
-        float aside = gl_Vertex.x * spacing; // each meridian once
-        onGlobe = aside > -kPi + 1e-3 && aside < kPi + 1e-3;
+        line += round(eyeLon / kDegree);
+        lon = line * kDegree;
+        lat = clamp(eyeLat + along * 12.0 * kDegree, -80.0 * kDegree, 80.0 * kDegree);
+        share = fineShare(line, wanted / eyeCos);
+    }
+    else if (gl_Vertex.z < 1.5)
+    {
+        line += round(eyeLat / kDegree);
+        lat = line * kDegree;
+        lon = eyeLon + along * min(12.0 * kDegree / eyeCos, kPi);
+        share = abs(line) < 80.0 ? fineShare(line, wanted) : 0.0;
+    }
+    else if (gl_Vertex.z < 2.5)
+    {
+        lon = line * 10.0 * kDegree;
+        // Only four of them reach the pole, else it drowns in lines.
+        float end = (mod(line, 9.0) < 0.5 ? 90.0 : 80.0) * kDegree;
+        lat = clamp(eyeLat + along * sight, -end, end);
     }
     else
     {
-        float spacing = spacingFor(sight, nextFactor, leaving);
-        line = round(eyeLat / spacing) + gl_Vertex.x;
-        lat = line * spacing;
-        lon = eyeLon + gl_Vertex.y * min(spread * 1.02, kPi);
-        onGlobe = abs(lat) < kPi / 2.0;
+        lat = line * 10.0 * kDegree;
+        lon = eyeLon + along * min(spread * 1.02, kPi);
     }
 
     float n = ax_globe.x / sqrt(1.0 - ax_globe.y * sin(lat) * sin(lat));
@@ -95,11 +103,10 @@ void main()
     vec4 lifted = gl_ProjectionMatrix * vec4(view * (1.0 - min(lift / length(toEye), 0.5)), 1.0);
     gl_Position.z = lifted.z / lifted.w * gl_Position.w;
 
+    if (gl_Vertex.z < 1.5)
+        share *= 1.0 - smoothstep(6.0, 11.0, acos(clamp(dot(up, eye / away), -1.0, 1.0)) / kDegree);
     float facing = dot(up, normalize(toEye));
-    float strength = 0.25 * smoothstep(0.0, 0.12, facing) * smoothstep(60000.0, 160000.0, height);
-    // Lines that the next wider spacing lacks leave before it comes.
-    bool stays = mod(line, nextFactor) < 0.5;
-    alpha = onGlobe ? strength * (stays ? 1.0 : 1.0 - leaving) : 0.0;
+    alpha = 0.25 * share * smoothstep(0.0, 0.12, facing) * smoothstep(60000.0, 160000.0, height);
 }
 )";
 
@@ -131,10 +138,14 @@ void addLine(osg::Vec3Array& points, float line, float kind, int segments)
 osg::Geometry* makeLines()
 {
     auto* points = new osg::Vec3Array;
-    for (int line = -kLines; line <= kLines; ++line) {
-        addLine(*points, static_cast<float>(line), kMeridian, kMeridianSegments);
-        addLine(*points, static_cast<float>(line), kParallel, kParallelSegments);
+    for (int line = -kFineLines; line <= kFineLines; ++line) {
+        addLine(*points, static_cast<float>(line), kFineMeridian, kFineSegments);
+        addLine(*points, static_cast<float>(line), kFineParallel, kFineSegments);
     }
+    for (int line = -18; line < 18; ++line)
+        addLine(*points, static_cast<float>(line), kCoarseMeridian, kCoarseSegments);
+    for (int line = -8; line <= 8; ++line)
+        addLine(*points, static_cast<float>(line), kCoarseParallel, 2 * kCoarseSegments);
     auto* geometry = new osg::Geometry;
     geometry->setUseDisplayList(false);
     geometry->setUseVertexBufferObjects(true);
