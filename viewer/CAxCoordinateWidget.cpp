@@ -26,12 +26,13 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(margin, margin, margin, margin);
     grid->setHorizontalSpacing(columnGap);
+    grid->setVerticalSpacing(0);
     for (std::size_t cell = 0; cell < labels.size(); ++cell) {
         labels[cell] = new QLabel(this);
         labels[cell]->setStyleSheet(
             QStringLiteral("background-color: rgba(255, 255, 255, 0);\ncolor:rgb(255, 255, 255);"));
         // The panel keeps its size whatever the texts are.
-        labels[cell]->setMinimumWidth(1);
+        labels[cell]->setMinimumSize(1, 1);
         grid->addWidget(labels[cell], static_cast<int>(cell / 2), static_cast<int>(cell % 2));
     }
 }
@@ -60,6 +61,8 @@ void CAxCoordinateWidget::FitTexts()
         if (column(0) + columnGap + column(1) <= width() - 2 * margin)
             break;
     }
-    if (fitted.pixelSize() != font().pixelSize())
-        setFont(fitted);
+    if (fitted.pixelSize() == labels[0]->font().pixelSize())
+        return;
+    for (QLabel* label : labels)
+        label->setFont(fitted);
 }

@@ -29,6 +29,7 @@
 #include <QMoveEvent>
 #include <QPaintEngine>
 #include <QResizeEvent>
+#include <QScopedValueRollback>
 #include <QSplashScreen>
 
 #include <cstdlib>
@@ -452,9 +453,16 @@ void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
 
 bool CAxEarthViewer::event(QEvent* event)
 {
-    if ((event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease) &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
         return false;
+    if (!isKey && event->type() != QEvent::ShortcutOverride)
+        return QGraphicsView::event(event);
+    // An overlay that has the focus and no use for a key hands it to its Qt
+    // parent, which is this widget, which would hand it to the overlay again.
+    if (passingKey)
+        return false;
+    const QScopedValueRollback<bool> passing(passingKey, true);
     return QGraphicsView::event(event);
 }
 

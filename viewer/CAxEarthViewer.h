@@ -234,4 +234,5 @@ private:
     std::unique_ptr<AxFrame> frame;
     std::unique_ptr<AxInputRouter> input;
     bool starting = false;
+    bool passingKey = false;
 };

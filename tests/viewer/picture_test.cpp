@@ -109,9 +109,9 @@ TEST_F(Picture, DrawsTheOverlaysOverTheGlobe)
     viewer->SetCompassVisible(true);
     EXPECT_GT(PixelsThatDiffer(with, without, compass), 300);
 
-    // From near the whole picture is ground; the read-out is a dark panel on it.
-    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("near", 10.0, 46.5, 0.0, 0.0, -90.0, 350000.0),
-                                           0.0);
+    // The desert fills the picture; the read-out is a dark panel on it.
+    viewer->getManipulator()->setViewpoint(
+        osgEarth::Viewpoint("desert", 20.0, 24.0, 0.0, 0.0, -90.0, 350000.0), 0.0);
     ASSERT_TRUE(WaitForPicture());
     const QImage ground = NextPicture();
     viewer->SetCoordinateVisible(true);

@@ -216,6 +216,18 @@ TEST_F(Widget, EndsAPressOnTheToolsBarWithAReleaseOnNothing)
     EXPECT_FALSE(button->isChecked());
 }
 
+TEST_F(Widget, SurvivesKeysWhileTheToolsBarHasTheFocus)
+{
+    auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pVoiceSwitchBtn");
+    button->setFocus();
+    int presses = 0;
+    const auto events = Record(GUIEventAdapter::KEYUP, [] { QTest::keyClick(viewer, Qt::Key_X); });
+    for (const auto& event : events)
+        presses += event->getEventType() == GUIEventAdapter::KEYDOWN;
+    EXPECT_LE(presses, 1);
+    button->clearFocus();
+}
+
 TEST_F(Widget, EscapeDoesNotStopTheGlobe)
 {
     Record(GUIEventAdapter::KEYUP, [] { QTest::keyClick(viewer, Qt::Key_Escape); });
