@@ -318,6 +318,7 @@ void MapNodeOptions::fromConfig(const Config& conf)
 {
     conf.getIfSet("lighting", _enableLighting);
     conf.getIfSet("cache_only", _cacheOnly);
+    conf.child("cache_policy").getIfSet("usage", "cache_only", _cacheOnly, true);
     if (const Config* terrain = conf.child_ptr("terrain"))
         _terrain = TerrainOptions(ConfigOptions(*terrain));
 }

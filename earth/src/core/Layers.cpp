@@ -40,6 +40,13 @@ const Status& TerrainLayer::open()
     request.cachePath = _cachePath;
     request.cacheOnly = _cacheOnly;
     const optional<TileSourceOptions>& driver = getTerrainLayerRuntimeOptions().driver();
+    const std::string policy = driver.value().getConfig().child("cache_policy").value("usage");
+    if (driver.value().cachePath().isSet())
+        request.cachePath = driver.value().cachePath().value();
+    if (policy == "cache_only")
+        request.cacheOnly = true;
+    else if (policy == "no_cache")
+        request.cachePath.clear();
     if (driver.isSet())
         _source = RasterSource::open(driver.value(), request, _status);
     else

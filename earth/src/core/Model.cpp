@@ -1,10 +1,7 @@
 #include <osgEarth/ModelLayer>
 #include <osgEarth/Notify>
 
-#if __has_include("features/FeatureGeomModelSource.h")
 #include "features/FeatureGeomModelSource.h"
-#define AX_HAVE_FEATURES
-#endif
 
 #include <algorithm>
 #include <osg/BlendColor>
@@ -27,12 +24,8 @@ osg::Node* ModelSource::createNode(const Map* map, ProgressCallback* progress)
 
 ModelSource* ModelSourceFactory::create(const ModelSourceOptions& options)
 {
-#ifdef AX_HAVE_FEATURES
     if (options.getDriver() == "feature_geom")
         return Drivers::createFeatureGeomModelSource(options);
-#else
-    (void)options;
-#endif
     return nullptr;
 }
 

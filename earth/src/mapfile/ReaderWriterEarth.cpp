@@ -34,23 +34,16 @@ public:
             return ReadResult::FILE_NOT_FOUND;
         }
         osgDB::ifstream in(path.c_str(), std::ios::binary);
-        if (!in) {
-            notifyLine(osg::WARN, "Map file \"" + path + "\" cannot be opened");
-            return ReadResult::ERROR_IN_READING_FILE;
-        }
-        osg::ref_ptr<MapNode> node = readMap(in, osgDB::getRealPath(path));
-        if (!node.valid())
-            return ReadResult::ERROR_IN_READING_FILE;
-        return node.release();
+        if (!in)
+            return failure("Map file \"" + path + "\" cannot be opened");
+        return readMap(in, osgDB::getRealPath(path));
     }
 
     ReadResult readNode(std::istream& in, const Options* options) const override
     {
         const std::string folder =
             options && !options->getDatabasePathList().empty() ? options->getDatabasePathList().front() : "";
-        osg::ref_ptr<MapNode> node =
-            readMap(in, folder.empty() ? std::string() : osgDB::concatPaths(folder, "map.earth"));
-        return node.valid() ? ReadResult(node.release()) : ReadResult(ReadResult::ERROR_IN_READING_FILE);
+        return readMap(in, folder.empty() ? std::string() : osgDB::concatPaths(folder, "map.earth"));
     }
 
     WriteResult writeObject(const osg::Object& object, const std::string& fileName,
@@ -74,14 +67,15 @@ public:
     }
 
 private:
-    static osg::ref_ptr<MapNode> readMap(std::istream& in, const std::string& file)
+    // osgDB logs the message of a failed read, so nothing is logged here.
+    static ReadResult failure(const std::string& text) { return ReadResult("[osgEarth]* " + text); }
+
+    static ReadResult readMap(std::istream& in, const std::string& file)
     {
         MapFile content;
         std::string cause;
-        if (!content.read(in, file, cause)) {
-            notifyLine(osg::WARN, "Map file \"" + file + "\" is no map: " + cause);
-            return nullptr;
-        }
+        if (!content.read(in, file, cause))
+            return failure("Map file \"" + file + "\" is no map: " + cause);
         return new MapNode(content.createMap().get(), content.mapNodeOptions());
     }
 

@@ -17,6 +17,8 @@ namespace osgEarth {
 namespace {
 // A window of more samples than this is a request gone wrong, not a tile.
 constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
+// Less than any picture shows, more than rounding.
+constexpr double kHair = 1e-4;
 constexpr double kDegreesPerMetre = 1.0 / 111319.49079327358;
 } // namespace
 
@@ -119,16 +121,20 @@ RasterSource::Answer RasterSource::readImage(const GeoExtent& extent, int size, 
         const int width = _grid.widthAt(level), height = _grid.heightAt(level);
         scaleX = static_cast<double>(_grid.width) / width;
         scaleY = static_cast<double>(_grid.height) / height;
-        const auto index = [](double p) { return static_cast<int>(std::floor(p)); };
-        int x0 = index(std::max(c0, -1.0 * _grid.width) / scaleX - 0.5);
-        int x1 = index(std::min(c1, 2.0 * _grid.width) / scaleX - 0.5) + 2;
+        // The pixels whose centres enclose the outermost positions; one that lies
+        // on a centre needs no neighbour beyond, so a tile of the raster's own grid
+        // reads no other tile.
+        const auto first = [](double p) { return static_cast<int>(std::floor(p - 0.5 + kHair)); };
+        const auto last = [](double p) { return static_cast<int>(std::ceil(p - 0.5 - kHair)); };
+        int x0 = first(std::max(c0, -1.0 * _grid.width) / scaleX);
+        int x1 = last(std::min(c1, 2.0 * _grid.width) / scaleX) + 1;
         if (!_grid.wraps) {
             x0 = std::clamp(x0, 0, width - 1);
             x1 = std::clamp(x1, x0 + 1, width);
         }
-        const int y0 = std::clamp(index(std::max(r0, 0.0) / scaleY - 0.5), 0, height - 1);
-        const int y1 =
-            std::clamp(index(std::min<double>(r1, _grid.height) / scaleY - 0.5) + 2, y0 + 1, height);
+        x1 = std::max(x1, x0 + 1);
+        const int y0 = std::clamp(first(std::max(r0, 0.0) / scaleY), 0, height - 1);
+        const int y1 = std::clamp(last(std::min<double>(r1, _grid.height) / scaleY) + 1, y0 + 1, height);
         window.x = x0;
         window.y = y0;
         window.width = x1 - x0;

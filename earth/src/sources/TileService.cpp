@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 
 namespace osgEarth {
 namespace {
@@ -18,6 +19,8 @@ using Clock = std::chrono::steady_clock;
 constexpr int kTimeoutSeconds = 4;
 constexpr std::chrono::milliseconds kFirstPause{2000};
 constexpr std::chrono::milliseconds kLongestPause{60000};
+// What a tile of heights that does not exist is filled with.
+constexpr float kNoHeight = -32768.0f;
 constexpr unsigned kCacheBytes = 512u * 1024 * 1024;
 
 std::string escape(const std::string& text)
@@ -87,7 +90,8 @@ std::string describeService(const TileSourceOptions& options, const RasterReques
         << (srs->isSphericalMercator() ? std::string("EPSG:3857") : escape(srs->getWKT()))
         << "</Projection><BlockSizeX>" << tile << "</BlockSizeX><BlockSizeY>" << tile << "</BlockSizeY>";
     if (request.heights)
-        xml << "<BandsCount>1</BandsCount><DataType>Float32</DataType>";
+        xml << "<BandsCount>1</BandsCount><DataType>Float32</DataType><DataValues NoData=\""
+            << options.noDataValue().getOrUse(kNoHeight) << "\"/>";
     else
         xml << "<BandsCount>4</BandsCount>";
     xml << "<MaxConnections>2</MaxConnections><Timeout>" << kTimeoutSeconds
@@ -144,20 +148,32 @@ public:
     Answer readRgba(int level, int x, int y, int w, int h, unsigned char* rgba,
                     ProgressCallback* progress) override
     {
-        return ask(progress,
-                   [&](GdalRaster& raster) { return raster.readRgba(level, x, y, w, h, rgba, progress); });
+        const size_t pixels = static_cast<size_t>(w) * static_cast<size_t>(h);
+        return ask(
+            progress, [&](GdalRaster& raster) { return raster.readRgba(level, x, y, w, h, rgba, progress); },
+            [&] {
+                for (size_t i = 0; i < pixels; ++i)
+                    if (rgba[i * 4 + 3] == 0)
+                        return false;
+                return true;
+            });
     }
 
     Answer readFloats(int level, int x, int y, int w, int h, float* heights,
                       ProgressCallback* progress) override
     {
-        return ask(progress, [&](GdalRaster& raster) {
-            return raster.readFloats(level, x, y, w, h, heights, progress);
-        });
+        const size_t pixels = static_cast<size_t>(w) * static_cast<size_t>(h);
+        return ask(
+            progress,
+            [&](GdalRaster& raster) { return raster.readFloats(level, x, y, w, h, heights, progress); },
+            [&] { return std::none_of(heights, heights + pixels, [](float v) { return std::isnan(v); }); });
     }
 
 private:
-    template <typename Read> Answer ask(ProgressCallback* progress, Read read)
+    // The cache gives tiles it lacks as empty ones, so `complete` tells whether
+    // asking again may give more.
+    template <typename Read, typename Complete>
+    Answer ask(ProgressCallback* progress, Read read, Complete complete)
     {
         if (_online && Clock::now() >= pauseEnd()) {
             const auto asked = Clock::now();
@@ -168,11 +184,10 @@ private:
             }
             failed(asked, GdalRaster::lastError());
         }
-        if (_offline && read(*_offline) == Answer::Data)
-            return Answer::Data;
-        if (progress && _online)
+        const Answer answer = _offline ? read(*_offline) : Answer::Failed;
+        if (progress && _online && (answer != Answer::Data || !complete()))
             progress->setNeedsRetry(true);
-        return Answer::Failed;
+        return answer;
     }
 
     Clock::time_point pauseEnd() const

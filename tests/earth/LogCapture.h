@@ -1,0 +1,59 @@
+#pragma once
+#include <osg/Notify>
+
+#include <algorithm>
+#include <mutex>
+#include <string>
+#include <vector>
+
+/// Keeps what the map engine logs at WARN and above while it lives.
+class LogCapture
+{
+public:
+    LogCapture() : _before(osg::getNotifyHandler()), _handler(new Handler)
+    {
+        osg::setNotifyHandler(_handler.get());
+    }
+    ~LogCapture() { osg::setNotifyHandler(_before.get()); }
+    LogCapture(const LogCapture&) = delete;
+    LogCapture& operator=(const LogCapture&) = delete;
+
+    std::vector<std::string> lines() const
+    {
+        std::lock_guard<std::mutex> lock(_handler->mutex);
+        std::vector<std::string> out;
+        std::string line;
+        for (char c : _handler->text)
+            if (c == '\n') {
+                if (!line.empty())
+                    out.push_back(line);
+                line.clear();
+            } else
+                line += c;
+        if (!line.empty())
+            out.push_back(line);
+        return out;
+    }
+
+    size_t linesWith(const std::string& part) const
+    {
+        const auto all = lines();
+        return static_cast<size_t>(std::count_if(
+            all.begin(), all.end(), [&](const std::string& l) { return l.find(part) != std::string::npos; }));
+    }
+
+private:
+    struct Handler : public osg::NotifyHandler
+    {
+        void notify(osg::NotifySeverity severity, const char* message) override
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            if (severity <= osg::WARN)
+                text += message;
+        }
+        std::mutex mutex;
+        std::string text;
+    };
+    osg::ref_ptr<osg::NotifyHandler> _before;
+    osg::ref_ptr<Handler> _handler;
+};
