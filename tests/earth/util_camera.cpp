@@ -150,15 +150,29 @@ TEST(CameraPose, RecentringMovesTheCentreToTheGroundAndNotThePicture)
 
 TEST(CameraPose, AnEyeUnderTheGroundIsLiftedAndStillSeesItsCentre)
 {
-    const auto plateau = [](double, double) { return 3000.0; };
+    const auto ridge = [](double, double longitude) {
+        return longitude < osg::DegreesToRadians(-105.0) ? 3000.0 : 2500.0;
+    };
     const double maxPitch = osg::DegreesToRadians(-10.0);
-    CameraPose pose = view(-105.0, 37.4, 120.0, -30.0, 500.0);
-    pose.center = at(-105.0, 37.4, 2990.0);
-    ASSERT_TRUE(keepAboveGround(kGlobe, plateau, 400.0, maxPitch, pose));
+    CameraPose pose = view(-105.0, 37.4, 90.0, -20.0, 500.0); // looks east, away from the ridge
+    pose.center = at(-104.999, 37.4, 2510.0);
+    ASSERT_TRUE(keepAboveGround(kGlobe, ridge, 400.0, maxPitch, pose));
     EXPECT_NEAR(toGeodetic(kGlobe, eyeOf(pose)).height, 3400.0, 0.1);
+    EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 2510.0, 0.1);
     const osg::Vec3d seen = onScreen(pose, pose.center);
     EXPECT_LT(std::hypot(seen.x(), seen.y()), 1e-9);
-    EXPECT_FALSE(keepAboveGround(kGlobe, plateau, 399.0, maxPitch, pose));
+    EXPECT_FALSE(keepAboveGround(kGlobe, ridge, 399.0, maxPitch, pose));
+}
+
+TEST(CameraPose, AViewOfAPlaceWhoseHeightNobodyKnewKeepsItsRangeAndAngle)
+{
+    const auto plateau = [](double, double) { return 3000.0; };
+    CameraPose pose = view(-105.0, 37.4, 120.0, -30.0, 500.0);
+    const CameraPose asked = pose;
+    ASSERT_TRUE(keepAboveGround(kGlobe, plateau, 1.0, osg::DegreesToRadians(-10.0), pose));
+    EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 3000.0, 0.01);
+    EXPECT_EQ(pose.distance, asked.distance);
+    EXPECT_LT(turnBetween(pose, asked), 1e-4);
 }
 
 /** Grabs one place of the window and drags it to another. */

@@ -160,11 +160,25 @@ bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, 
 bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, double clearance,
                      double maxPitch, CameraPose& pose)
 {
+    const auto missing = [&](const Geodetic& eye) {
+        return ground(eye.latitude, eye.longitude) + clearance - eye.height;
+    };
     Geodetic eye = toGeodetic(ellipsoid, eyeOf(pose));
-    const double lowest = ground(eye.latitude, eye.longitude) + clearance;
-    if (eye.height >= lowest)
+    if (missing(eye) <= 0.0)
         return false;
-    eye.height = lowest;
+    // A centre that is under ground itself comes up first: whoever asked for a
+    // view of a place without knowing its height wants to see it from the same
+    // range and angle.
+    Geodetic center = toGeodetic(ellipsoid, pose.center);
+    const double surface = ground(center.latitude, center.longitude);
+    if (center.height < surface) {
+        center.height = surface;
+        pose.center = toWorld(ellipsoid, center);
+        eye = toGeodetic(ellipsoid, eyeOf(pose));
+        if (missing(eye) <= 0.0)
+            return true;
+    }
+    eye.height += missing(eye);
     double heading = 0.0;
     double pitch = 0.0;
     anglesOf(pose.rotation, heading, pitch);

@@ -70,9 +70,10 @@ std::optional<double> groundAlong(const osg::EllipsoidModel& ellipsoid, const Ra
 bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, CameraPose& pose);
 
 /**
- * Lifts an eye that is less than `clearance` metres above the ground, keeps
- * the centre in the middle, and keeps the pitch at or below `maxPitch`
- * (radians). Returns whether anything had to move.
+ * Lifts an eye that is less than `clearance` metres above the ground, and its
+ * centre to the ground if that is below it; keeps the centre in the middle and
+ * the pitch at or below `maxPitch` (radians). Returns whether anything had to
+ * move.
  */
 bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, double clearance,
                      double maxPitch, CameraPose& pose);

@@ -14,10 +14,12 @@ namespace {
 
 /** Below this height of the eye nothing is left of the lines, and they are not drawn at all. */
 constexpr double kFadedBelow = 60e3;
+/** Above this height the lines of 1 and 2 degrees have faded. */
+constexpr double kFineBelow = 4000e3;
 
 constexpr int kFineLines = 12;    // of 1 degree, on each side of the eye
 constexpr int kFineSegments = 16; // of each
-constexpr int kCoarseSegments = 40;
+constexpr int kCoarseSegments = 32;
 
 /** Kinds of lines in the mesh. */
 constexpr float kFineMeridian = 0.0f;
@@ -106,6 +108,7 @@ void main()
     if (gl_Vertex.z < 1.5)
         share *= 1.0 - smoothstep(6.0, 11.0, acos(clamp(dot(up, eye / away), -1.0, 1.0)) / kDegree);
     float facing = dot(up, normalize(toEye));
+    gl_ClipDistance[0] = facing; // the far side is gone before it is drawn
     alpha = 0.25 * share * smoothstep(0.0, 0.12, facing) * smoothstep(60000.0, 160000.0, height);
 }
 )";
@@ -126,39 +129,61 @@ public:
     osg::BoundingBox computeBound(const osg::Drawable&) const override { return {}; }
 };
 
-void addLine(osg::Vec3Array& points, float line, float kind, int segments)
+/** Collects lines that share the points of their segments. */
+struct Mesh
 {
-    for (int i = 0; i < segments; ++i) {
-        for (int end : {i, i + 1})
-            points.push_back(
-                {line, 2.0f * static_cast<float>(end) / static_cast<float>(segments) - 1.0f, kind});
+    osg::ref_ptr<osg::Vec3Array> points = new osg::Vec3Array;
+    osg::ref_ptr<osg::DrawElementsUShort> segments = new osg::DrawElementsUShort(GL_LINES);
+
+    void addLine(int line, float kind, int count)
+    {
+        for (int i = 0; i <= count; ++i) {
+            if (i > 0) {
+                segments->push_back(static_cast<unsigned short>(points->size() - 1));
+                segments->push_back(static_cast<unsigned short>(points->size()));
+            }
+            points->push_back({static_cast<float>(line),
+                               2.0f * static_cast<float>(i) / static_cast<float>(count) - 1.0f, kind});
+        }
     }
+
+    osg::Geometry* geometry() const
+    {
+        auto* geometry = new osg::Geometry;
+        geometry->setUseDisplayList(false);
+        geometry->setUseVertexBufferObjects(true);
+        geometry->setVertexArray(points);
+        geometry->addPrimitiveSet(segments);
+        geometry->setComputeBoundingBoxCallback(new NoBound);
+        geometry->setCullingActive(false);
+        return geometry;
+    }
+};
+
+osg::Geometry* makeFineLines()
+{
+    Mesh mesh;
+    for (int line = -kFineLines; line <= kFineLines; ++line) {
+        mesh.addLine(line, kFineMeridian, kFineSegments);
+        mesh.addLine(line, kFineParallel, kFineSegments);
+    }
+    return mesh.geometry();
 }
 
-osg::Geometry* makeLines()
+osg::Geometry* makeCoarseLines()
 {
-    auto* points = new osg::Vec3Array;
-    for (int line = -kFineLines; line <= kFineLines; ++line) {
-        addLine(*points, static_cast<float>(line), kFineMeridian, kFineSegments);
-        addLine(*points, static_cast<float>(line), kFineParallel, kFineSegments);
-    }
+    Mesh mesh;
     for (int line = -18; line < 18; ++line)
-        addLine(*points, static_cast<float>(line), kCoarseMeridian, kCoarseSegments);
+        mesh.addLine(line, kCoarseMeridian, kCoarseSegments);
     for (int line = -8; line <= 8; ++line)
-        addLine(*points, static_cast<float>(line), kCoarseParallel, 2 * kCoarseSegments);
-    auto* geometry = new osg::Geometry;
-    geometry->setUseDisplayList(false);
-    geometry->setUseVertexBufferObjects(true);
-    geometry->setVertexArray(points);
-    geometry->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, static_cast<int>(points->size())));
-    geometry->setComputeBoundingBoxCallback(new NoBound);
-    geometry->setCullingActive(false);
-    return geometry;
+        mesh.addLine(line, kCoarseParallel, 2 * kCoarseSegments);
+    return mesh.geometry();
 }
 
 } // namespace
 
-GeodeticGraticule::GeodeticGraticule(MapNode* mapNode) : _mapNode(mapNode), _lines(makeLines())
+GeodeticGraticule::GeodeticGraticule(MapNode* mapNode)
+    : _mapNode(mapNode), _lines(new osg::Group), _fineLines(makeFineLines())
 {
     using SA = osg::StateAttribute;
     osg::ref_ptr<const osg::EllipsoidModel> ellipsoid = new osg::EllipsoidModel;
@@ -171,6 +196,8 @@ GeodeticGraticule::GeodeticGraticule(MapNode* mapNode) : _mapNode(mapNode), _lin
     program->setName("GeodeticGraticule");
     program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexSource));
     program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentSource));
+    _lines->addChild(_fineLines);
+    _lines->addChild(makeCoarseLines());
     osg::StateSet* state = _lines->getOrCreateStateSet();
     state->setAttributeAndModes(program, SA::ON | SA::PROTECTED);
     state->addUniform(new osg::Uniform(
@@ -179,6 +206,7 @@ GeodeticGraticule::GeodeticGraticule(MapNode* mapNode) : _mapNode(mapNode), _lin
     state->setAttributeAndModes(
         new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA), SA::ON);
     state->setAttributeAndModes(new osg::Depth(osg::Depth::LEQUAL, 0.0, 1.0, false), SA::ON);
+    state->setMode(GL_CLIP_DISTANCE0, SA::ON);
     state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
     setCullingActive(false);
 }
@@ -194,7 +222,9 @@ void GeodeticGraticule::traverse(osg::NodeVisitor& nv)
 {
     if (auto* cull = nv.asCullVisitor()) {
         const osg::Vec3d eye = osg::Matrixd::inverse(*cull->getModelViewMatrix()).getTrans();
-        if (toGeodetic(osg::EllipsoidModel(), eye).height > kFadedBelow)
+        const double height = toGeodetic(osg::EllipsoidModel(), eye).height;
+        _fineLines->setNodeMask(height < kFineBelow ? ~0u : 0u);
+        if (height > kFadedBelow)
             _lines->accept(nv);
     }
     osg::Group::traverse(nv);

@@ -1,5 +1,6 @@
 #include "SkyBackground.h"
 
+#include "Geodetic.h"
 #include "StarField.h"
 
 #include <algorithm>
@@ -20,6 +21,12 @@ constexpr int kAtmosphereBin = -1001;
 
 constexpr unsigned kStarCount = 1800;
 
+// Heights of the eye, metres, that agree with the fades in the shaders below.
+constexpr double kStarsFrom = 15e3;
+constexpr double kRimFrom = 20e3;
+constexpr double kDomeOpaqueTo = 15e3;
+constexpr double kDomeTo = 120e3;
+
 /** Height of the eye over the ellipsoid, in a space in which the ellipsoid is a sphere. */
 const char* const kEyeSource = R"(#version 330 compatibility
 uniform mat4 osg_ViewMatrixInverse;
@@ -39,8 +46,8 @@ void main()
 {
     float height = length(ax_eye()) - ax_globe.x;
     float shown = smoothstep(15000.0, 80000.0, height);
-    gl_Position = shown > 0.0 ? ax_atInfinity(mat3(gl_ModelViewMatrix) * gl_Vertex.xyz) : vec4(2.0, 2.0, 2.0, 1.0);
-    gl_PointSize = 1.0 + 1.6 * gl_Color.a;
+    gl_Position = ax_atInfinity(mat3(gl_ModelViewMatrix) * gl_Vertex.xyz);
+    gl_PointSize = 1.0 + 1.2 * gl_Color.a;
     color = vec4(gl_Color.rgb, (0.25 + 0.75 * gl_Color.a) * shown);
 }
 )";
@@ -70,8 +77,6 @@ void main()
     gl_Position = ax_atInfinity(mat3(gl_ModelViewMatrix) * (direction / vec3(1.0, 1.0, ax_globe.y)));
     float shown = smoothstep(20000.0, 120000.0, away - ax_globe.x);
     color = vec4(gl_Color.rgb, gl_Color.a * shown);
-    if (shown == 0.0)
-        gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
 }
 )";
 
@@ -91,10 +96,11 @@ void main()
     float elevation = mix(-dip, 1.5707963, clamp(gl_Vertex.y / 1.5707963, -1.0, 1.0));
     vec3 direction = (side * cos(gl_Vertex.x) + front * sin(gl_Vertex.x)) * cos(elevation) + up * sin(elevation);
     gl_Position = ax_atInfinity(mat3(gl_ModelViewMatrix) * (direction / vec3(1.0, 1.0, ax_globe.y)));
-    color = vec4(gl_Color.rgb * mix(1.0, 0.55, smoothstep(3000.0, 30000.0, height)),
-                 gl_Color.a * (1.0 - smoothstep(0.1 * gl_Vertex.z, gl_Vertex.z, height)));
-    if (height > 120000.0)
-        gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
+    // High up the sky grows dark from the zenith down; the band above the horizon stays to the last.
+    bool low = gl_Vertex.z > 115000.0;
+    float dark = low ? 0.0 : 0.45 * smoothstep(3000.0, 30000.0, height);
+    float fade = smoothstep((low ? 0.4 : 0.25) * gl_Vertex.z, gl_Vertex.z, height);
+    color = vec4(gl_Color.rgb * (1.0 - dark), gl_Color.a * (1.0 - fade));
 }
 )";
 
@@ -102,6 +108,28 @@ const char* const kColorSource = R"(#version 330 compatibility
 in vec4 color;
 void main() { gl_FragColor = color; }
 )";
+
+/** Draws a node only while the eye is between two heights above the ellipsoid, metres. */
+class ShownBetween : public osg::NodeCallback
+{
+public:
+    ShownBetween(const osg::EllipsoidModel& ellipsoid, double from, double to)
+        : _ellipsoid(ellipsoid), _from(from), _to(to)
+    {
+    }
+
+    void operator()(osg::Node* node, osg::NodeVisitor* nv) override
+    {
+        const double height = toGeodetic(_ellipsoid, nv->getEyePoint()).height;
+        if (height >= _from && height < _to)
+            traverse(node, nv);
+    }
+
+private:
+    const osg::EllipsoidModel _ellipsoid;
+    const double _from;
+    const double _to;
+};
 
 /** Belongs to the background: counts in no bound, is never culled. */
 class NoBound : public osg::Drawable::ComputeBoundingBoxCallback
@@ -170,6 +198,14 @@ osg::Geometry* makeBands(const std::vector<Circle>& circles, unsigned segments)
         }
     }
     return makeGeometry(points, colors, triangles);
+}
+
+osg::Group* gate(osg::Node* node, const osg::EllipsoidModel& ellipsoid, double from, double to)
+{
+    auto* group = new osg::Group;
+    group->addChild(node);
+    group->setCullCallback(new ShownBetween(ellipsoid, from, to));
+    return group;
 }
 
 struct Halo
@@ -248,6 +284,7 @@ osg::MatrixTransform* makeStars(const osg::EllipsoidModel& ellipsoid)
     turn->addChild(makeGeometry(points, colors, new osg::DrawArrays(GL_POINTS, 0, count)));
     setUp(*turn, "Stars", kStarSource, kStarsBin);
     setGlobe(*turn, ellipsoid);
+    turn->setCullCallback(new ShownBetween(ellipsoid, kStarsFrom, 1e12));
     turn->getOrCreateStateSet()->setMode(GL_VERTEX_PROGRAM_POINT_SIZE, osg::StateAttribute::ON);
     return turn;
 }
@@ -274,13 +311,13 @@ osg::Node* makeAtmosphere(const osg::EllipsoidModel& ellipsoid)
     // It reaches in behind the globe so that no gap opens between them.
     osg::Node* rim = makeBands({{-60e3f, 0.0f, {0.62f, 0.80f, 1.0f, 0.85f}},
                                 {0.0f, 0.0f, {0.62f, 0.80f, 1.0f, 0.80f}},
-                                {15e3f, 0.0f, {0.45f, 0.68f, 1.0f, 0.50f}},
-                                {45e3f, 0.0f, {0.28f, 0.50f, 0.95f, 0.16f}},
-                                {110e3f, 0.0f, {0.15f, 0.30f, 0.80f, 0.0f}}},
+                                {20e3f, 0.0f, {0.45f, 0.68f, 1.0f, 0.55f}},
+                                {55e3f, 0.0f, {0.30f, 0.54f, 0.98f, 0.24f}},
+                                {130e3f, 0.0f, {0.15f, 0.30f, 0.80f, 0.0f}}},
                                96);
     rim->setName("Rim");
     setUp(*rim, "Rim", kRimSource, kAtmosphereBin);
-    group->addChild(rim);
+    group->addChild(gate(rim, ellipsoid, kRimFrom, 1e12));
 
     const auto circle = [](double degrees, float fadedAt, const osg::Vec4& color) {
         return Circle{static_cast<float>(osg::DegreesToRadians(degrees)), fadedAt, color};
@@ -293,7 +330,11 @@ osg::Node* makeAtmosphere(const osg::EllipsoidModel& ellipsoid)
         16);
     dome->setName("Dome");
     setUp(*dome, "Dome", kDomeSource, kAtmosphereBin);
-    group->addChild(dome);
+    group->addChild(gate(dome, ellipsoid, kDomeOpaqueTo, kDomeTo));
+    // Down where people work nothing shines through it, and blending is half of its cost.
+    osg::Node* day = gate(dome, ellipsoid, -1e12, kDomeOpaqueTo);
+    day->getOrCreateStateSet()->setMode(GL_BLEND, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
+    group->addChild(day);
     return group;
 }
 
