@@ -130,6 +130,18 @@ TEST(SpatialReference, WhatCannotBeExpressedIsRefusedAndLeavesTheOutputAlone)
     EXPECT_FALSE(GeoPoint().transform(srs("wgs84")).isValid());
 }
 
+TEST(SpatialReference, OtherDatumsAreShiftedAlsoByWayOfGeocentric)
+{
+    // Greenwich in OSGB 36 is about 130 m from Greenwich in WGS 84.
+    osg::Vec3d direct, world, around;
+    ASSERT_TRUE(srs("epsg:4277")->transform(osg::Vec3d(0, 51.4778, 0), srs("wgs84"), direct));
+    EXPECT_NEAR(GeoMath::distance(direct, {0, 51.4778, 0}, srs("wgs84")), 130.0, 40.0);
+    ASSERT_TRUE(srs("epsg:4277")->transform(osg::Vec3d(0, 51.4778, 0), srs("wgs84")->getECEF(), world));
+    ASSERT_TRUE(srs("wgs84")->getECEF()->transform(world, srs("wgs84"), around));
+    EXPECT_NEAR(around.x(), direct.x(), 1e-9);
+    EXPECT_NEAR(around.y(), direct.y(), 1e-9);
+}
+
 TEST(SpatialReference, EqualDefinitionsAreOneInstance)
 {
     EXPECT_EQ(srs("wgs84"), srs("EPSG:4326"));
@@ -141,6 +153,9 @@ TEST(SpatialReference, EqualDefinitionsAreOneInstance)
     EXPECT_EQ(srs("epsg:32613")->getGeographicSRS(), srs("wgs84"));
     EXPECT_TRUE(srs("wgs84")->getECEF()->isECEF());
     EXPECT_EQ(srs("wgs84")->getECEF()->getGeographicSRS(), srs("wgs84"));
+    EXPECT_EQ(srs("wgs84")->getECEF(), srs("geocentric"));
+    const SpatialReference* other = srs("epsg:4277"); // OSGB 36, on Airy's ellipsoid
+    EXPECT_EQ(other->getECEF()->getGeographicSRS(), other);
 }
 
 TEST(SpatialReference, NonsenseIsOneLoggedLineAndNull)

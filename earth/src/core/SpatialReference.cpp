@@ -91,6 +91,12 @@ std::string expandName(const std::string& init)
     return trim(init);
 }
 
+bool isWgs84(const OGRSpatialReference& ogr)
+{
+    const char* datum = ogr.GetAttrValue("DATUM");
+    return datum && EQUAL(datum, "WGS_1984");
+}
+
 bool isPlateCarreName(const std::string& init)
 {
     const std::string name = toLower(trim(init));
@@ -165,11 +171,16 @@ SpatialReference* SpatialReference::share(std::unique_ptr<Impl> impl)
     osg::ref_ptr<SpatialReference> srs = new SpatialReference(std::move(impl));
     p.all.push_back(srs);
     Impl& i = *srs->_impl;
-    if (i.kind != Kind::Geographic || i.plateCarre) {
+    if (!i.geographic.valid() && (i.kind != Kind::Geographic || i.plateCarre)) {
         auto geographic = std::make_unique<Impl>();
         // Spherical Mercator's latitudes are WGS 84's; other systems carry their own.
-        if (i.kind == Kind::SphericalMercator)
+        const bool wgs84 =
+            i.kind == Kind::SphericalMercator || (i.kind == Kind::Geocentric && isWgs84(i.ogr));
+        if (wgs84)
             geographic->ogr.SetWellKnownGeogCS("WGS84");
+        else if (i.kind == Kind::Geocentric)
+            geographic->ogr.SetGeogCS(i.name.c_str(), i.datum.c_str(), i.ogr.GetAttrValue("SPHEROID"),
+                                      i.ogr.GetSemiMajor(), i.ogr.GetInvFlattening());
         else
             geographic->ogr.CopyGeogCSFrom(&i.ogr);
         if (geographic->describe(""))
@@ -255,6 +266,8 @@ const SpatialReference* SpatialReference::getECEF() const
         impl->ogr.SetGeocCS("geocentric");
         impl->ogr.CopyGeogCSFrom(&i.ogr);
         impl->ogr.SetLinearUnits(SRS_UL_METER, 1.0);
+        // OGR copies no geographic system out of a geocentric one.
+        impl->geographic = const_cast<SpatialReference*>(geographic);
         if (impl->describe("geocentric"))
             i.geocentric = share(std::move(impl));
     }
@@ -561,8 +574,9 @@ const SpatialReference* SpatialReference::createTransMercFromLongitude(const Ang
 
 const SpatialReference* SpatialReference::createUTMFromLonLat(const Angle& lon, const Angle& lat) const
 {
-    const double degrees = wrapLongitude(lon.as(Units::DEGREES), 0.0);
-    const int zone = std::clamp(static_cast<int>(std::floor((degrees + 180.0) / 6.0)) + 1, 1, 60);
+    const double east = lon.as(Units::DEGREES) + 180.0;
+    const double fromDateLine = east - 360.0 * std::floor(east / 360.0);
+    const int zone = std::clamp(static_cast<int>(std::floor(fromDateLine / 6.0)) + 1, 1, 60);
     const int epsg = (lat.as(Units::DEGREES) >= 0.0 ? 32600 : 32700) + zone;
     return create(Stringify() << "EPSG:" << epsg);
 }

@@ -1,7 +1,6 @@
 #include "mapfile/MapFile.h"
 
 #include <osgEarth/MapNode>
-#include <osgEarth/Notify>
 
 #include <osgDB/FileNameUtils>
 #include <osgDB/FileUtils>
@@ -29,10 +28,8 @@ public:
         if (!acceptsExtension(osgDB::getLowerCaseFileExtension(fileName)))
             return ReadResult::FILE_NOT_HANDLED;
         const std::string path = osgDB::findDataFile(fileName, options);
-        if (path.empty()) {
-            notifyLine(osg::WARN, "Map file \"" + fileName + "\" does not exist");
+        if (path.empty())
             return ReadResult::FILE_NOT_FOUND;
-        }
         osgDB::ifstream in(path.c_str(), std::ios::binary);
         if (!in)
             return failure("Map file \"" + path + "\" cannot be opened");
