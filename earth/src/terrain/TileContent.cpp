@@ -17,7 +17,10 @@ constexpr int kMeshCells = 64;
 constexpr int kRasterSize = 2 * kMeshCells + 1;
 constexpr double kMetresPerDegree = 111320.0;
 /** A mesh may differ from its grid by this share of a texel of its level. */
-constexpr double kMeshToleranceTexels = 0.5;
+constexpr double kMeshToleranceTexels = 1.0;
+/** Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky
+ * Mountains. */
+constexpr double kTypicalShare = 0.35;
 /** Skirts cover what two adjacent borders may differ by: their tolerances and one level's detail. */
 constexpr double kSkirtTexels = 3.0;
 /** Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface. */
@@ -215,7 +218,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
 
     const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * 6378137.0);
     const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
-    content->geometricError = content->mesh.simplificationError + hidden + sagitta;
+    content->geometricError = kTypicalShare * content->mesh.simplificationError + hidden + sagitta;
     content->refinable =
         key.getLOD() < kDeepestLevel && (content->texture.refinable || content->geometricError > 0.02);
     return content;

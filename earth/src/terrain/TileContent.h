@@ -37,7 +37,7 @@ struct TileContent
     HeightRaster heights;
     /** Source samples at full resolution; empty on coarse levels. */
     HeightStack sourceHeights;
-    /** Metres by which deeper tiles may differ from this one's mesh. */
+    /** Metres by which deeper tiles differ from this one's mesh, typically (root mean square, estimated). */
     double geometricError = 0.0;
     /** Whether deeper tiles would show anything that this one does not. */
     bool refinable = true;

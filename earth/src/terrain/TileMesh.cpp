@@ -256,21 +256,24 @@ private:
 
 double measureHiddenDetail(const HeightRaster& raster)
 {
-    float largest = 0.0f;
+    double sum = 0.0;
+    int count = 0;
+    const auto add = [&](float sample, float interpolated) {
+        const double difference = static_cast<double>(sample) - interpolated;
+        sum += difference * difference;
+        ++count;
+    };
     for (int row = 0; row + 2 < raster.size(); row += 2)
         for (int column = 0; column + 2 < raster.size(); column += 2) {
             const float southWest = raster.at(column, row);
             const float southEast = raster.at(column + 2, row);
             const float northWest = raster.at(column, row + 2);
             const float northEast = raster.at(column + 2, row + 2);
-            largest =
-                std::max(largest, std::abs(raster.at(column + 1, row) - 0.5f * (southWest + southEast)));
-            largest =
-                std::max(largest, std::abs(raster.at(column, row + 1) - 0.5f * (southWest + northWest)));
-            const float centre = 0.25f * (southWest + southEast + northWest + northEast);
-            largest = std::max(largest, std::abs(raster.at(column + 1, row + 1) - centre));
+            add(raster.at(column + 1, row), 0.5f * (southWest + southEast));
+            add(raster.at(column, row + 1), 0.5f * (southWest + northWest));
+            add(raster.at(column + 1, row + 1), 0.25f * (southWest + southEast + northWest + northEast));
         }
-    return largest;
+    return std::sqrt(sum / std::max(1, count));
 }
 } // namespace
 

@@ -28,7 +28,7 @@ struct TileMesh
     std::size_t surfaceIndexCount = 0;
     /** Largest distance, metres, between the mesh and its grid. */
     double simplificationError = 0.0;
-    /** Largest height that the next finer grid adds, metres. */
+    /** What the next finer grid adds, metres, root mean square. */
     double hiddenDetail = 0.0;
     double minHeight = 0.0;
     double maxHeight = 0.0;

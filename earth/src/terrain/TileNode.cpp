@@ -15,8 +15,9 @@ constexpr unsigned kQuarters = 1;
 
 /** A texel may cover this many pixels before the next level is fetched. */
 constexpr double kTexelPixels = 1.5;
-/** The surface may be off by this many pixels. */
-constexpr double kSurfacePixels = 1.0;
+/** The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
+ */
+constexpr double kSurfacePixels = 1.5;
 constexpr double kMetresPerDegree = 111320.0;
 constexpr std::size_t kClusterIndices = 3 * 32;
 
@@ -28,7 +29,7 @@ double headroom(const TileContent& content)
 {
     constexpr double kCoarse = 3000.0;
     constexpr unsigned kTrustedLevel = 8;
-    const double fromDetail = 4.0 * content.geometricError + 50.0;
+    const double fromDetail = 12.0 * content.geometricError + 50.0;
     return content.key.getLOD() < kTrustedLevel ? std::max(kCoarse, fromDetail) : fromDetail;
 }
 } // namespace
