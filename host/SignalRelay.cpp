@@ -1,6 +1,5 @@
 #include "host/SignalRelay.h"
 
-#include <QMetaMethod>
 #include <QStringList>
 #include <QVariant>
 

@@ -5,6 +5,9 @@
 #include "viewer/CAxGraphicsCompassItem.h"
 #include "viewer/CAxMapToolsWidget.h"
 
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+#include <osgEarth/ModelLayer>
 #include <osgGA/EventQueue>
 #include <osgViewer/GraphicsWindow>
 
@@ -13,6 +16,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QWheelEvent>
 
@@ -142,6 +146,44 @@ TEST_F(Widget, ShowsTheFourTextsInTheReadOut)
     EXPECT_FALSE(viewer->GetCoordinateWidget()->isVisible());
     viewer->SetCoordinateVisible(true);
     EXPECT_TRUE(viewer->GetCoordinateWidget()->isVisible());
+}
+
+TEST_F(Widget, ReadsOutThePlaceUnderTheMouseAndTheRange)
+{
+    const auto texts = [] {
+        QString all;
+        for (const QLabel* label : viewer->GetCoordinateWidget()->findChildren<QLabel*>())
+            all += label->text() + ' ';
+        return all;
+    };
+    const auto moveTo = [](const QPoint& point) { QTest::mouseMove(viewer->viewport(), point); };
+    moveTo(QPoint(401, 301));
+    moveTo(QPoint(400, 300));
+    EXPECT_TRUE(waitFor([&] { return texts().startsWith("longitude:116."); })) << texts().toStdString();
+    EXPECT_TRUE(
+        texts().contains(QRegularExpression("^longitude:116\\.\\d{6}degree latitude:39\\.\\d{6}degree "
+                                            "altitude:-?\\d+\\.\\d\\dmeter camera "
+                                            "range:25512548\\.00meter $")))
+        << texts().toStdString();
+    moveTo(QPoint(5, 590));
+    EXPECT_TRUE(waitFor([&] {
+        return texts().startsWith("longitude:0.000000degree latitude:0.000000degree");
+    })) << texts().toStdString();
+}
+
+TEST_F(Widget, NamesCapitalsFromAfarAndCitiesFromNear)
+{
+    const osgEarth::Map* map = viewer->getMapNode()->getMap();
+    const osgEarth::ModelLayer* capitals = map->getModelLayerByName("Capital");
+    const osgEarth::ModelLayer* cities = map->getModelLayerByName("City");
+    ASSERT_TRUE(capitals && cities);
+    const osgEarth::Viewpoint home = viewer->getManipulator()->getViewpoint();
+    EXPECT_TRUE(capitals->getVisible());
+    EXPECT_FALSE(cities->getVisible());
+    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", 10.0, 46.5, 0.0, 0.0, -90.0, 4.9e6), 0.0);
+    EXPECT_TRUE(waitFor([&] { return cities->getVisible() && !capitals->getVisible(); }));
+    viewer->getManipulator()->setViewpoint(home, 0.0);
+    EXPECT_TRUE(waitFor([&] { return !cities->getVisible() && capitals->getVisible(); }));
 }
 
 TEST_F(Widget, GivesOsgTheModifiersOfAClick)
