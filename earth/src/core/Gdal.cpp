@@ -18,7 +18,11 @@ void initialize()
     std::call_once(once, [] {
         GDALAllRegister();
         GDALSetCacheMax64(kBlockCacheBytes);
-        CPLSetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", "3");
+        // Bounds for whatever asks the web; a host's own settings stand.
+        if (!CPLGetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", nullptr))
+            CPLSetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", "3");
+        if (!CPLGetConfigOption("GDAL_HTTP_TIMEOUT", nullptr))
+            CPLSetConfigOption("GDAL_HTTP_TIMEOUT", "4");
     });
 }
 

@@ -34,8 +34,7 @@ public:
         const auto found = _transformers.find(key);
         if (found != _transformers.end())
             return found->second.get();
-        static std::mutex mutex; // handles of shared systems are read by one thread at a time
-        std::lock_guard<std::mutex> lock(mutex);
+        std::lock_guard<std::recursive_mutex> lock(handleMutex());
         const gdal::ErrorCapture quiet;
         auto* created =
             OGRCreateCoordinateTransformation(static_cast<OGRSpatialReference*>(from->getHandle()),

@@ -1,6 +1,8 @@
 #pragma once
 #include <osgEarth/SpatialReference>
 
+#include <mutex>
+
 namespace osgEarth {
 namespace projector {
 /// Transforms points through PROJ in place between two systems that are not
@@ -9,5 +11,9 @@ namespace projector {
 /// transformation at all.
 bool transform(const SpatialReference* from, const SpatialReference* to, size_t count, double* x, double* y,
                double* z, int* ok);
+
+/// OGR's systems change inside even when they are only read; whoever touches
+/// the handle of a shared one holds this.
+std::recursive_mutex& handleMutex();
 } // namespace projector
 } // namespace osgEarth

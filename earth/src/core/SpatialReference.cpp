@@ -70,6 +70,7 @@ Pool& pool()
     return *instance;
 }
 
+// Shared systems only with the pool locked.
 bool sameSystem(const OGRSpatialReference& a, const OGRSpatialReference& b)
 {
     static const char* const options[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES",
@@ -103,6 +104,11 @@ bool isPlateCarreName(const std::string& init)
     return startsWith(name, "plate-carre") || name == "plate_carre" || name == "eqc-wgs84";
 }
 } // namespace
+
+std::recursive_mutex& projector::handleMutex()
+{
+    return pool().mutex;
+}
 
 bool SpatialReference::Impl::describe(const std::string& asked)
 {
@@ -240,7 +246,8 @@ bool SpatialReference::isEquivalentTo(const SpatialReference* rhs) const
         return false;
     Pool& p = pool();
     std::lock_guard<std::recursive_mutex> lock(p.mutex);
-    const auto key = std::minmax(this, rhs);
+    const std::pair<const SpatialReference*, const SpatialReference*> key(std::min(this, rhs),
+                                                                          std::max(this, rhs));
     const auto found = p.same.find(key);
     if (found != p.same.end())
         return found->second;
