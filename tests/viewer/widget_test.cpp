@@ -15,9 +15,11 @@
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTranslator>
 #include <QWheelEvent>
 
 using osgGA::GUIEventAdapter;
@@ -234,6 +236,28 @@ TEST_F(Widget, TurnsTheWheelForwardIntoScrollDownAndThatZoomsIn)
     viewer->getManipulator()->setViewpoint(home, 0.0);
 }
 
+TEST_F(Widget, DraggingMovesTheGlobeUnderTheCamera)
+{
+    const osgEarth::Viewpoint home = viewer->getManipulator()->getViewpoint();
+    const auto longitude = [] { return viewer->getManipulator()->getViewpoint().focalPoint()->x(); };
+    const auto drawn = [] {
+        const unsigned frame = viewer->getOSGViewer()->getFrameStamp()->getFrameNumber();
+        return waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 1; });
+    };
+    const double before = longitude();
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 300));
+    for (int x = 310; x <= 400; x += 10) {
+        QMouseEvent move(QEvent::MouseMove, QPoint(x, 300), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(viewer->viewport(), &move);
+        ASSERT_TRUE(drawn());
+    }
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(400, 300));
+    ASSERT_TRUE(drawn());
+    // The ground follows the hand to the right, so the camera ends further west.
+    EXPECT_LT(longitude(), before - 5.0);
+    viewer->getManipulator()->setViewpoint(home, 0.0);
+}
+
 TEST_F(Widget, EndsAPressOnTheToolsBarWithAReleaseOnNothing)
 {
     auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pBtnNoFly");
@@ -326,4 +350,15 @@ TEST_F(Widget, ToolsBarHasOneToolAtATime)
     ASSERT_EQ(speech.count(), 1);
     EXPECT_FALSE(speech[0][0].toBool());
     voice->click();
+}
+
+TEST(Translation, CarriesTheTextsInChinese)
+{
+    QTranslator texts;
+    ASSERT_TRUE(texts.load(QStringLiteral(":/i18n/axearthviewer_zh_CN.qm")));
+    EXPECT_EQ(texts.translate("CAxEarthViewer", "Loading Sky..."), QStringLiteral("正在加载天空..."));
+    EXPECT_EQ(texts.translate("CAxMapToolsWidget", "No fly zone"), QStringLiteral("禁飞区"));
+    for (const char* name : {"axearthviewer", "axcompanion"})
+        EXPECT_TRUE(QTranslator().load(QStringLiteral(":/i18n/%1_zh_CN.qm").arg(QLatin1String(name))))
+            << name;
 }
