@@ -30,6 +30,7 @@ OffscreenGlobe::OffscreenGlobe(osgEarth::Map* map)
     traits->windowDecoration = false;
     traits->doubleBuffer = true;
     traits->alpha = 8;
+    traits->stencil = 8;
     traits->readDISPLAY();
     osg::Camera* camera = _viewer->getCamera();
     camera->setGraphicsContext(osg::GraphicsContext::createGraphicsContext(traits));

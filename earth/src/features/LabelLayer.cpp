@@ -1,6 +1,7 @@
 #include "LabelLayer.h"
 #include "annotation/Fonts.h"
 #include "annotation/SelfPlacedDrawable.h"
+#include "annotation/SharedWhileUsed.h"
 #include "LabelField.h"
 #include <osg/Group>
 #include <osg/Program>
@@ -114,13 +115,13 @@ public:
     LabelLayerNode(const std::shared_ptr<LabelSet>& set, LabelField* field) : _set(set), _field(field)
     {
         setCullingActive(false);
-        static const osg::ref_ptr<osg::Program> program = [] {
+        const osg::ref_ptr<osg::Program> program = sharedWhileUsed<osg::Program, LabelSet>([] {
             osg::ref_ptr<osg::Program> made = new osg::Program();
             made->setName("labels");
             made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
             made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
             return made;
-        }();
+        });
         osg::StateSet* state = getOrCreateStateSet();
         ScreenSpaceLayout::activate(state);
         state->setDataVariance(osg::Object::DYNAMIC);
@@ -157,6 +158,11 @@ public:
     }
 
     osg::BoundingSphere computeBound() const override { return {}; }
+    void releaseGLObjects(osg::State* state) const override
+    {
+        osg::Group::releaseGLObjects(state);
+        _drawable->releaseGLObjects(state);
+    }
 
 private:
     static const Terrain* terrainAbove(const osg::NodePath& path)

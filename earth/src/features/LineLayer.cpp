@@ -1,4 +1,5 @@
 #include "LineLayer.h"
+#include "annotation/SharedWhileUsed.h"
 #include "LazyGroup.h"
 #include "terrain/Horizon.h"
 #include "TerrainHeights.h"
@@ -28,7 +29,7 @@ struct Level
     double range;      // metres from which on the next finer level is drawn
 };
 constexpr Level kLevels[] = {
-    {45.0, 0.08, 2.0, 0.5, 7.0e6}, {15.0, 0.02, 0.5, 0.1, 1.2e6}, {5.0, 0.0, 0.1, 0.01, 0.0}};
+    {45.0, 0.12, 2.0, 0.5, 9.0e6}, {15.0, 0.02, 0.5, 0.1, 1.2e6}, {5.0, 0.0, 0.1, 0.01, 0.0}};
 constexpr int kFinest = 2;
 
 // The eye sees lines this share of their distance nearer than they are: more
@@ -236,13 +237,13 @@ private:
 
 osg::StateSet* lineState(const LineSymbol& symbol)
 {
-    static const osg::ref_ptr<osg::Program> program = [] {
+    const osg::ref_ptr<osg::Program> program = sharedWhileUsed<osg::Program, LineLayerData>([] {
         osg::ref_ptr<osg::Program> made = new osg::Program();
         made->setName("feature lines");
         made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
         made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
         return made;
-    }();
+    });
     auto* state = new osg::StateSet();
     state->setAttributeAndModes(program.get());
     state->setAttributeAndModes(new osg::LineWidth(symbol.stroke()->width().value()));

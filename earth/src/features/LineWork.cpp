@@ -38,6 +38,12 @@ bool alongRim(const osg::Vec2d& a, const osg::Vec2d& b)
            both(-a.y(), -b.y(), 90.0);
 }
 
+/// From one edge of the map to the other; on the globe both ends lie side by side.
+bool acrossMap(const osg::Vec2d& a, const osg::Vec2d& b)
+{
+    return std::abs(a.x() - b.x()) > 180.0;
+}
+
 double distance2(const osg::Vec2d& p, const osg::Vec2d& a, const osg::Vec2d& b)
 {
     const osg::Vec2d ab = b - a;
@@ -94,7 +100,8 @@ std::vector<LonLatLine> distinctLines(const FeatureList& features)
                 const bool swap = b < a;
                 if (a == b)
                     continue;
-                if (alongRim(a, b) || !drawn.insert(swap ? Segment{b, a} : Segment{a, b}).second) {
+                if (alongRim(a, b) || acrossMap(a, b) ||
+                    !drawn.insert(swap ? Segment{b, a} : Segment{a, b}).second) {
                     finish();
                     continue;
                 }

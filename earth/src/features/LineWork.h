@@ -12,7 +12,8 @@ typedef std::vector<osg::Vec2d> LonLatLine;
 /// The lines and outlines of features as runs that draw each segment once:
 /// neighbours share their border, which must not be drawn twice. Segments along
 /// the rim of the map (longitude +-180, the poles), which only close a polygon
-/// there, are left out.
+/// there, are left out, and so are those that jump from one end of the map to
+/// the other.
 std::vector<LonLatLine> distinctLines(const FeatureList& features);
 
 /// Drops points that lie within tolerance (degrees) of the line without them

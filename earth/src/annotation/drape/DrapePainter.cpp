@@ -16,6 +16,9 @@ constexpr unsigned kHeightInterval = 30;
 constexpr unsigned kMostHeightSamples = 64;
 // The ground between the samples may be higher or lower than any of them.
 constexpr double kHeightMargin = 300.0;
+// The drawn ground is coarser the farther it is and then lies beside the true
+// one, below it above all, where flat faces cut through the round earth.
+constexpr double kCoarseGround = 0.004; // of the distance
 
 std::vector<unsigned> signatureOf(const osg::Geometry& geometry)
 {
@@ -130,7 +133,7 @@ void DrapeableNode::Painter::refresh(const osg::Geometry& geometry, const osg::M
 }
 
 /// Lowest and highest ground under a shape, as far as the terrain in memory knows it.
-void DrapeableNode::Painter::updateHeights(Volume& volume, unsigned frame)
+void DrapeableNode::Painter::lookUpHeights(Volume& volume, unsigned frame)
 {
     if (volume.heightsKnown && frame - volume.heightsFrame < kHeightInterval)
         return;
@@ -163,7 +166,17 @@ void DrapeableNode::Painter::updateHeights(Volume& volume, unsigned frame)
             volume.heightsKnown = true;
         }
     }
-    const osg::Vec3f heights(float(low), float(high + volume.mesh.sagitta), float(mean));
+    volume.ground.set(low, high, mean);
+}
+
+void DrapeableNode::Painter::updateHeights(Volume& volume, const osg::Vec3d& eye, unsigned frame)
+{
+    lookUpHeights(volume, frame);
+    const double distance = (eye - volume.mesh.origin).length() + volume.mesh.bound.radius();
+    const double spare = kCoarseGround * distance;
+    const osg::Vec3f heights(float(volume.ground.x() - spare),
+                             float(volume.ground.y() + spare + volume.mesh.sagitta),
+                             float(volume.ground.z()));
     osg::Vec3f before;
     if (!volume.heights->get(before) || before != heights)
         volume.heights->set(heights);
@@ -178,17 +191,18 @@ void DrapeableNode::Painter::findMapNode(const osg::NodePath& path)
 }
 
 void DrapeableNode::Painter::draw(Volume& volume, const osg::Matrixd& worldToView,
-                                  const osg::Matrixd& worldToLocal, osgUtil::CullVisitor& cv)
+                                  const osg::Matrixd& worldToLocal, const osg::Vec3d& eye,
+                                  osgUtil::CullVisitor& cv)
 {
     osg::BoundingSphered ground = volume.mesh.bound;
     ground.radius() += kHighestGround;
     if (cv.isCulled(osg::BoundingSphere(osg::Vec3(ground.center() * worldToLocal), float(ground.radius()))))
         return;
-    updateHeights(volume, cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u);
+    updateHeights(volume, eye, cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u);
     osg::ref_ptr<osg::RefMatrix> matrix =
         new osg::RefMatrix(osg::Matrixd::translate(volume.mesh.origin) * worldToView);
     cv.pushStateSet(volume.state.get());
-    for (osg::StateSet* pass : {markPass(), paintPass()}) {
+    for (osg::StateSet* pass : {_passes->mark.get(), _passes->paint.get()}) {
         cv.pushStateSet(pass);
         cv.addDrawableAndDepth(volume.mesh.geometry.get(), matrix.get(), 0.0f);
         cv.popStateSet();
@@ -216,6 +230,8 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
         return;
 
     findMapNode(cv.getNodePath());
+    if (!_passes)
+        _passes = DrapePasses::shared();
     if (!_frame) {
         _frame = new osg::StateSet();
         _frame->setDataVariance(osg::Object::DYNAMIC);
@@ -229,7 +245,7 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
         _pixel->set(float(2.0 / (yScale * viewport->height())));
 
     if (firstInFrame(cv.getCurrentCamera(), cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u)) {
-        cv.pushStateSet(clearPass());
+        cv.pushStateSet(_passes->clear.get());
         cv.addDrawableAndDepth(_clear.get(), cv.getModelViewMatrix(), 0.0f);
         cv.popStateSet();
     }
@@ -238,12 +254,25 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
 
     const osg::Matrixd worldToLocal = osg::Matrixd::inverse(localToWorld);
     const osg::Matrixd worldToView = worldToLocal * *cv.getModelViewMatrix();
-    const Horizon horizon(osg::Vec3d() * osg::Matrixd::inverse(worldToView));
+    const osg::Vec3d eye = osg::Vec3d() * osg::Matrixd::inverse(worldToView);
+    const Horizon horizon(eye);
     cv.pushStateSet(_frame.get());
     for (const osg::Geometry* geometry : _order)
         for (Volume& volume : _entries[geometry].volumes)
             if (!horizon.hides(volume.mesh.occludee))
-                draw(volume, worldToView, worldToLocal, cv);
+                draw(volume, worldToView, worldToLocal, eye, cv);
     cv.popStateSet();
+}
+
+void DrapeableNode::Painter::releaseGLObjects(osg::State* state) const
+{
+    if (state)
+        StencilClear::forgetContext(state->getContextID());
+    if (_passes)
+        for (osg::StateSet* pass : {_passes->mark.get(), _passes->paint.get(), _passes->clear.get()})
+            pass->releaseGLObjects(state);
+    for (const auto& entry : _entries)
+        for (const Volume& volume : entry.second.volumes)
+            volume.mesh.geometry->releaseGLObjects(state);
 }
 } // namespace osgEarth

@@ -16,6 +16,7 @@ class DrapeableNode::Painter
 {
 public:
     void cull(DrapeableNode& node, osgUtil::CullVisitor& cv);
+    void releaseGLObjects(osg::State* state) const;
 
 private:
     struct Volume
@@ -25,6 +26,7 @@ private:
         osg::ref_ptr<osg::Uniform> heights;
         unsigned heightsFrame = 0;
         bool heightsKnown = false;
+        osg::Vec3d ground; // lowest, highest and middle height
     };
     /// What a geometry's volumes were made of.
     struct Origin
@@ -42,9 +44,10 @@ private:
     class Collector;
 
     void refresh(const osg::Geometry& geometry, const osg::Matrixd& localToWorld, float lineWidth);
-    void updateHeights(Volume& volume, unsigned frame);
+    void lookUpHeights(Volume& volume, unsigned frame);
+    void updateHeights(Volume& volume, const osg::Vec3d& eye, unsigned frame);
     void draw(Volume& volume, const osg::Matrixd& worldToView, const osg::Matrixd& worldToLocal,
-              osgUtil::CullVisitor& cv);
+              const osg::Vec3d& eye, osgUtil::CullVisitor& cv);
     void findMapNode(const osg::NodePath& path);
 
     std::map<osg::ref_ptr<const osg::Geometry>, Entry> _entries;
@@ -52,6 +55,7 @@ private:
     unsigned _pass = 0;
     osg::observer_ptr<MapNode> _mapNode;
     unsigned _lastSearch = 0;
+    osg::ref_ptr<DrapePasses> _passes;
     osg::ref_ptr<StencilClear> _clear = new StencilClear();
     osg::ref_ptr<osg::StateSet> _frame; // metres a pixel
     osg::ref_ptr<osg::Uniform> _pixel;

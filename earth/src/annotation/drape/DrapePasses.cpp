@@ -1,4 +1,5 @@
 #include "DrapePasses.h"
+#include "annotation/SharedWhileUsed.h"
 #include <array>
 #include <atomic>
 #include <osg/BlendFunc>
@@ -41,28 +42,25 @@ void main()
 }
 )";
 
-osg::Program* program()
+osg::ref_ptr<osg::Program> makeProgram()
 {
-    static const osg::ref_ptr<osg::Program> shared = [] {
-        osg::ref_ptr<osg::Program> made = new osg::Program();
-        made->setName("drape");
-        made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-        made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
-        return made;
-    }();
-    return shared.get();
+    osg::ref_ptr<osg::Program> made = new osg::Program();
+    made->setName("drape");
+    made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
+    made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+    return made;
 }
 
 const unsigned kOn = osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
 const unsigned kOff =
     osg::StateAttribute::OFF | osg::StateAttribute::OVERRIDE | osg::StateAttribute::PROTECTED;
 
-osg::ref_ptr<osg::StateSet> makePass()
+osg::ref_ptr<osg::StateSet> makePass(osg::Program* program)
 {
     osg::ref_ptr<osg::StateSet> pass = new osg::StateSet();
     pass->setRenderBinDetails(kDrapeBin, "TraversalOrderBin");
     pass->setNestRenderBins(false);
-    pass->setAttributeAndModes(program(), kOn);
+    pass->setAttributeAndModes(program, kOn);
     pass->setMode(GL_LIGHTING, kOff);
     // The volume is cut neither by the near nor by the far plane.
     pass->setMode(GL_DEPTH_CLAMP, kOn);
@@ -77,60 +75,48 @@ std::array<std::atomic<bool>, kMostContexts>& stencilKnown()
 }
 } // namespace
 
-osg::StateSet* markPass()
+osg::ref_ptr<DrapePasses> DrapePasses::shared()
 {
-    static const osg::ref_ptr<osg::StateSet> shared = [] {
-        osg::ref_ptr<osg::StateSet> pass = makePass();
-        pass->setAttributeAndModes(new osg::ColorMask(false, false, false, false), kOn);
-        pass->setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0.0, 1.0, false), kOn);
-        pass->setMode(GL_CULL_FACE, kOff);
-        pass->setMode(GL_BLEND, kOff);
-        // Counting the faces behind the ground works with the eye inside the volume too.
-        osg::ref_ptr<osg::StencilTwoSided> count = new osg::StencilTwoSided();
-        count->setFunction(osg::StencilTwoSided::FRONT, osg::StencilTwoSided::ALWAYS, 0, ~0u);
-        count->setFunction(osg::StencilTwoSided::BACK, osg::StencilTwoSided::ALWAYS, 0, ~0u);
-        count->setOperation(osg::StencilTwoSided::FRONT, osg::StencilTwoSided::KEEP,
-                            osg::StencilTwoSided::DECR_WRAP, osg::StencilTwoSided::KEEP);
-        count->setOperation(osg::StencilTwoSided::BACK, osg::StencilTwoSided::KEEP,
-                            osg::StencilTwoSided::INCR_WRAP, osg::StencilTwoSided::KEEP);
-        pass->setAttributeAndModes(count, kOn);
-        return pass;
-    }();
-    return shared.get();
+    return sharedWhileUsed<DrapePasses, DrapePasses>([] { return new DrapePasses(); });
 }
 
-osg::StateSet* paintPass()
+DrapePasses::DrapePasses()
 {
-    static const osg::ref_ptr<osg::StateSet> shared = [] {
-        osg::ref_ptr<osg::StateSet> pass = makePass();
-        pass->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), kOn);
-        pass->setAttributeAndModes(new osg::CullFace(osg::CullFace::FRONT), kOn);
-        pass->setAttributeAndModes(new osg::ColorMask(true, true, true, true), kOn);
-        pass->setAttributeAndModes(
-            new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA), kOn);
-        // The two-sided attribute again, so that it replaces the first pass' one.
-        osg::ref_ptr<osg::StencilTwoSided> take = new osg::StencilTwoSided();
-        for (const auto face : {osg::StencilTwoSided::FRONT, osg::StencilTwoSided::BACK}) {
-            take->setFunction(face, osg::StencilTwoSided::NOTEQUAL, 0, ~0u);
-            take->setOperation(face, osg::StencilTwoSided::KEEP, osg::StencilTwoSided::ZERO,
-                               osg::StencilTwoSided::ZERO);
-        }
-        pass->setAttributeAndModes(take, kOn);
-        return pass;
-    }();
-    return shared.get();
-}
+    const osg::ref_ptr<osg::Program> program = makeProgram();
+    mark = makePass(program.get());
+    mark->setAttributeAndModes(new osg::ColorMask(false, false, false, false), kOn);
+    mark->setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0.0, 1.0, false), kOn);
+    mark->setMode(GL_CULL_FACE, kOff);
+    mark->setMode(GL_BLEND, kOff);
+    // Counting the faces behind the ground works with the eye inside the volume too.
+    osg::ref_ptr<osg::StencilTwoSided> count = new osg::StencilTwoSided();
+    count->setFunction(osg::StencilTwoSided::FRONT, osg::StencilTwoSided::ALWAYS, 0, ~0u);
+    count->setFunction(osg::StencilTwoSided::BACK, osg::StencilTwoSided::ALWAYS, 0, ~0u);
+    count->setOperation(osg::StencilTwoSided::FRONT, osg::StencilTwoSided::KEEP,
+                        osg::StencilTwoSided::DECR_WRAP, osg::StencilTwoSided::KEEP);
+    count->setOperation(osg::StencilTwoSided::BACK, osg::StencilTwoSided::KEEP,
+                        osg::StencilTwoSided::INCR_WRAP, osg::StencilTwoSided::KEEP);
+    mark->setAttributeAndModes(count, kOn);
 
-osg::StateSet* clearPass()
-{
-    static const osg::ref_ptr<osg::StateSet> shared = [] {
-        osg::ref_ptr<osg::StateSet> pass = new osg::StateSet();
-        pass->setRenderBinDetails(kDrapeBin, "TraversalOrderBin");
-        pass->setNestRenderBins(false);
-        pass->setMode(GL_SCISSOR_TEST, kOff);
-        return pass;
-    }();
-    return shared.get();
+    paint = makePass(program.get());
+    paint->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), kOn);
+    paint->setAttributeAndModes(new osg::CullFace(osg::CullFace::FRONT), kOn);
+    paint->setAttributeAndModes(new osg::ColorMask(true, true, true, true), kOn);
+    paint->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA), kOn);
+    // The two-sided attribute again, so that it replaces the first pass' one.
+    osg::ref_ptr<osg::StencilTwoSided> take = new osg::StencilTwoSided();
+    for (const auto face : {osg::StencilTwoSided::FRONT, osg::StencilTwoSided::BACK}) {
+        take->setFunction(face, osg::StencilTwoSided::NOTEQUAL, 0, ~0u);
+        take->setOperation(face, osg::StencilTwoSided::KEEP, osg::StencilTwoSided::ZERO,
+                           osg::StencilTwoSided::ZERO);
+    }
+    paint->setAttributeAndModes(take, kOn);
+
+    clear = new osg::StateSet();
+    clear->setRenderBinDetails(kDrapeBin, "TraversalOrderBin");
+    clear->setNestRenderBins(false);
+    clear->setMode(GL_SCISSOR_TEST, kOff);
 }
 
 StencilClear::StencilClear()
@@ -153,6 +139,12 @@ void StencilClear::drawImplementation(osg::RenderInfo& info) const
         glClearStencil(0);
         glClear(GL_STENCIL_BUFFER_BIT);
     }
+}
+
+void StencilClear::forgetContext(unsigned contextId)
+{
+    if (contextId < kMostContexts)
+        stencilKnown()[contextId] = false;
 }
 
 bool StencilClear::contextHasStencil(unsigned contextId)

@@ -8,15 +8,20 @@ namespace osgEarth {
 /// marked and coloured before the next.
 constexpr int kDrapeBin = 1;
 
-/// First pass of a shape: counts in the stencil buffer, for each pixel, the
-/// volumes that the ground there lies in.
-osg::StateSet* markPass();
+/// The state sets of all drapes, shared by the nodes that drape anything.
+struct DrapePasses : public osg::Referenced
+{
+    DrapePasses();
+    static osg::ref_ptr<DrapePasses> shared();
 
-/// Second pass: colours the pixels counted and takes the marks off again.
-osg::StateSet* paintPass();
-
-/// State of the drawable below.
-osg::StateSet* clearPass();
+    /// First pass of a shape: counts in the stencil buffer, for each pixel, the
+    /// volumes that the ground there lies in.
+    osg::ref_ptr<osg::StateSet> mark;
+    /// Second pass: colours the pixels counted and takes the marks off again.
+    osg::ref_ptr<osg::StateSet> paint;
+    /// Before the first shape of a frame.
+    osg::ref_ptr<osg::StateSet> clear;
+};
 
 /// Clears the stencil buffer and finds out whether there is one.
 class StencilClear : public osg::Drawable
@@ -29,6 +34,8 @@ public:
 
     /// Whether that context is known to have stencil bits; false until a clear was drawn in it.
     static bool contextHasStencil(unsigned contextId);
+    /// To be called when a context closes: its number may come back for another one.
+    static void forgetContext(unsigned contextId);
 
 protected:
     ~StencilClear() override = default;

@@ -21,6 +21,12 @@ void DrapeableNode::setDrapingEnabled(bool value)
     _drapingEnabled = value;
 }
 
+void DrapeableNode::releaseGLObjects(osg::State* state) const
+{
+    osg::Group::releaseGLObjects(state);
+    _painter->releaseGLObjects(state);
+}
+
 void DrapeableNode::traverse(osg::NodeVisitor& nv)
 {
     auto* cv = _drapingEnabled ? nv.asCullVisitor() : nullptr;
