@@ -28,9 +28,11 @@ struct Level
     double resolution; // degrees between the heights looked at
     double range;      // metres from which on the next finer level is drawn
 };
-constexpr Level kLevels[] = {
-    {45.0, 0.12, 2.0, 0.5, 9.0e6}, {15.0, 0.02, 0.5, 0.1, 1.2e6}, {5.0, 0.0, 0.1, 0.01, 0.0}};
-constexpr int kFinest = 2;
+constexpr Level kLevels[] = {{45.0, 0.22, 2.0, 0.5, 1.4e7},
+                             {22.5, 0.08, 1.0, 0.2, 5.0e6},
+                             {7.5, 0.02, 0.5, 0.1, 1.2e6},
+                             {2.5, 0.0, 0.1, 0.01, 0.0}};
+constexpr int kFinest = 3;
 
 // The eye sees lines this share of their distance nearer than they are: more
 // than the coarse ground may stand above the true one, too little to show
@@ -188,20 +190,10 @@ public:
     osg::ref_ptr<osg::Node> build() override
     {
         const std::vector<LonLatLine> near = linesNear();
-        osg::ref_ptr<osg::Group> group = new osg::Group();
-        std::vector<LineCell> fine = cellsWithin(near, kFinest, _west, _south, _size);
-        for (const LineCell& cell : cellsWithin(near, 1, _west, _south, _size)) {
-            osg::ref_ptr<LineSquare> square = makeSquare(cell, *_data, 1);
-            osg::ref_ptr<osg::Group> finest = new osg::Group();
-            for (const LineCell& part : fine)
-                if (part.west >= cell.west - 1e-9 && part.west < cell.west + cell.size - 1e-9 &&
-                    part.south >= cell.south - 1e-9 && part.south < cell.south + cell.size - 1e-9)
-                    finest->addChild(makeSquare(part, *_data, kFinest));
-            if (finest->getNumChildren() > 0)
-                square->setFine(finest);
-            group->addChild(square);
-        }
-        return group;
+        std::vector<std::vector<LineCell>> cells;
+        for (int level = 1; level <= kFinest; ++level)
+            cells.push_back(levelCells(near, level));
+        return squares(cells, 1, _west, _south, _size);
     }
 
 private:
@@ -220,15 +212,25 @@ private:
         return near;
     }
 
-    static std::vector<LineCell> cellsWithin(const std::vector<LonLatLine>& lines, int level, double west,
-                                             double south, double size)
+    /// The squares of a level that lie in a larger one, each with its finer ones.
+    osg::ref_ptr<osg::Group> squares(const std::vector<std::vector<LineCell>>& cells, int level, double west,
+                                     double south, double size) const
     {
-        std::vector<LineCell> inside;
-        for (LineCell& cell : levelCells(lines, level))
-            if (cell.west >= west - 1e-9 && cell.west < west + size - 1e-9 && cell.south >= south - 1e-9 &&
-                cell.south < south + size - 1e-9)
-                inside.push_back(std::move(cell));
-        return inside;
+        const double rim = 1e-9;
+        osg::ref_ptr<osg::Group> group = new osg::Group();
+        for (const LineCell& cell : cells[size_t(level) - 1]) {
+            if (cell.west < west - rim || cell.west > west + size - rim || cell.south < south - rim ||
+                cell.south > south + size - rim)
+                continue;
+            osg::ref_ptr<LineSquare> square = makeSquare(cell, *_data, level);
+            if (level < kFinest) {
+                osg::ref_ptr<osg::Group> finer = squares(cells, level + 1, cell.west, cell.south, cell.size);
+                if (finer->getNumChildren() > 0)
+                    square->setFine(finer);
+            }
+            group->addChild(square);
+        }
+        return group;
     }
 
     const osg::ref_ptr<LineLayerData> _data;

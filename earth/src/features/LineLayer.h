@@ -8,7 +8,7 @@
 namespace osgEarth {
 namespace Features {
 /// Thin lines all over the globe, drawn as coarse as their distance allows:
-/// squares of three sizes, the finer ones made in the background when they
+/// squares of four sizes, the finer ones made in the background when they
 /// come near. The lines follow the heights of the map's elevation data where
 /// the style clamps them, and are drawn a little nearer to the eye than they
 /// are, so that they neither fight with nor sink below the ground.
