@@ -10,8 +10,7 @@
 
 class CAxEarthViewer;
 
-namespace osgViewer
-{
+namespace osgViewer {
 class View;
 }
 
