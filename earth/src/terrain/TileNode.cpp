@@ -115,8 +115,9 @@ void TileNode::clusterTriangles()
 {
     _clusters.clear();
     const TileMesh& mesh = _content->mesh;
-    for (std::size_t first = 0; first < mesh.surfaceIndexCount; first += kClusterIndices) {
-        const std::size_t last = std::min(first + kClusterIndices, mesh.surfaceIndexCount);
+    // Skirts count: where neighbours differ in detail, one of them is what the pixel shows.
+    for (std::size_t first = 0; first < mesh.indices.size(); first += kClusterIndices) {
+        const std::size_t last = std::min(first + kClusterIndices, mesh.indices.size());
         osg::BoundingBoxd box;
         for (std::size_t i = first; i < last; ++i)
             box.expandBy(osg::Vec3d(mesh.positions[mesh.indices[i]]));
