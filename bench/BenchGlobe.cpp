@@ -1,13 +1,11 @@
 #include "BenchGlobe.h"
 
+#include "host/TourStops.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
-#include <osgEarth/Viewpoint>
-
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QThread>
 
 #include <algorithm>
 #include <cstdio>
@@ -18,14 +16,7 @@
 namespace bench {
 namespace {
 std::unique_ptr<CAxEarthViewer> viewer;
-
-constexpr double kEquatorialRadius = 6378137.0;
 } // namespace
-
-const View kSpace{"space", 116.3, 39.9, 0.0, 0.0, -90.0, 4.0 * kEquatorialRadius};
-const View kRange350km{"range350km", 10.0, 46.5, 0.0, 0.0, -90.0, 350e3};
-const View kOblique20km{"oblique20km", -105.0, 37.4, 2500.0, 0.0, -30.0, 20e3};
-const View kNear500m{"near500m", -105.0, 37.4, 3000.0, 0.0, -30.0, 1000.0};
 
 CAxEarthViewer& globe()
 {
@@ -54,15 +45,13 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds)
     return true;
 }
 
-void goTo(const View& view)
+void goTo(View view)
 {
     CAxEarthViewer& widget = globe();
-    widget.getManipulator()->setViewpoint(osgEarth::Viewpoint(view.name, view.longitude, view.latitude,
-                                                              view.altitude, view.heading, view.pitch,
-                                                              view.range),
-                                          0.0);
+    const TourStop& stop = tourStops[view];
+    widget.getManipulator()->setViewpoint(stop.Viewpoint(), 0.0);
     if (!waitFor([&] { return widget.IsPictureComplete(); }, 60000)) {
-        std::fprintf(stderr, "the picture of %s did not become complete within a minute\n", view.name);
+        std::fprintf(stderr, "the picture of %s did not become complete within a minute\n", stop.name);
         std::exit(1);
     }
 }

@@ -6,17 +6,14 @@ class CAxEarthViewer;
 
 namespace bench {
 
-/// One of the four places of the tour; degrees, metres, as a Viewpoint has them.
-struct View
+/// The four places of the host's tour, in its order.
+enum View
 {
-    const char* name;
-    double longitude, latitude, altitude, heading, pitch, range;
+    kSpace,
+    kRange350km,
+    kOblique20km,
+    kNear500m
 };
-
-extern const View kSpace;
-extern const View kRange350km;
-extern const View kOblique20km;
-extern const View kNear500m;
 
 /// Size that all frame figures are taken at, pixels.
 constexpr int kWidth = 1280;
@@ -28,7 +25,7 @@ CAxEarthViewer& globe();
 
 /// Flies there at once and waits until the picture is complete. Ends the
 /// process with a message when that takes a minute.
-void goTo(const View& view);
+void goTo(View view);
 
 /// Runs the event loop until the condition holds; false after the limit.
 bool waitFor(const std::function<bool()>& condition, int milliseconds);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kFrames = 60;
 
-void Frame(benchmark::State& state, const bench::View& view)
+void Frame(benchmark::State& state, bench::View view)
 {
     bench::goTo(view);
     osgViewer::Viewer& viewer = *bench::globe().getOSGViewer();

@@ -25,6 +25,9 @@ const OptionText optionTexts[] = {
     {"shot", "FILE",
      QT_TRANSLATE_NOOP("HostOptions", "Write the window's picture once it is complete, end.")},
     {"quit-after", "S", QT_TRANSLATE_NOOP("HostOptions", "End S seconds after the map was loaded.")},
+    {"report", nullptr,
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Print a line when the map is loaded and when its picture is complete.")},
     {"lang", "LOCALE", QT_TRANSLATE_NOOP("HostOptions", "Language of the texts: en or zh_CN.")},
 };
 
@@ -86,6 +89,7 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
 
     HostOptions options;
     options.help = isSet("help");
+    options.report = isSet("report");
     options.tourFolder = value("tour");
     options.shotFile = value("shot");
     options.mapFile = value("map");
@@ -127,7 +131,7 @@ QString HostHelpText()
     QString text = HostOptions::tr("Usage: AxGroundControl [options]") + QLatin1String("\n\n");
     for (const OptionText& option : optionTexts) {
         const QString name =
-            QStringLiteral("--%1 %2").arg(QLatin1String(option.name), QLatin1String(option.value));
+            QStringLiteral("--%1 %2").arg(QLatin1String(option.name), QLatin1String(option.value)).trimmed();
         text += QStringLiteral("  %1 %2\n").arg(name, -40).arg(HostOptions::tr(option.description));
     }
     return text;

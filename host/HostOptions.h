@@ -15,10 +15,11 @@ struct HostOptions
 
 public:
     bool help = false;
-    QString tourFolder; ///< empty: no tour
-    QString mapFile;    ///< empty: the rule by network state
-    QString shotFile;   ///< empty: no picture
-    QString language;   ///< empty: the system's
+    bool report = false; ///< print when the map is loaded and when its picture is complete
+    QString tourFolder;  ///< empty: no tour
+    QString mapFile;     ///< empty: the rule by network state
+    QString shotFile;    ///< empty: no picture
+    QString language;    ///< empty: the system's
     QSize size{1440, 900};
     std::optional<TourStop> view;
     std::optional<double> quitAfterSeconds;

@@ -14,6 +14,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QStatusBar>
+#include <QTextStream>
 #include <QTimer>
 #include <QTreeWidget>
 
@@ -119,6 +120,8 @@ bool MainWindow::StartViewer()
 void MainWindow::OnLoaded()
 {
     state->setText(tr("Ready"));
+    if (options.report)
+        ReportProgress();
     QVector<Tour::Stop> stops;
     if (!options.shotFile.isEmpty())
         stops += {options.view ? options.view->Viewpoint() : osgEarth::Viewpoint(), options.shotFile};
@@ -144,6 +147,21 @@ void MainWindow::OnLoaded()
         QTimer::singleShot(static_cast<int>(*options.quitAfterSeconds * 1000.0), this,
                            [this, unfinished] { emit Done(unfinished ? 1 : 0); });
     }
+}
+
+void MainWindow::ReportProgress()
+{
+    // Lines for programs, so not translated.
+    QTextStream(stdout) << "loaded" << Qt::endl;
+    constexpr int lookEveryMs = 10;
+    auto* clock = new QTimer(this);
+    connect(clock, &QTimer::timeout, this, [this, clock] {
+        if (!viewer->IsPictureComplete())
+            return;
+        QTextStream(stdout) << "picture complete" << Qt::endl;
+        clock->deleteLater();
+    });
+    clock->start(lookEveryMs);
 }
 
 bool MainWindow::SavePicture(const QString& file)

@@ -34,6 +34,7 @@ private:
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
     void BuildPanels();
     void OnLoaded();
+    void ReportProgress();
     void OnSavePicture();
     void ShowAbout();
 

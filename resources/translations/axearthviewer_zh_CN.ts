@@ -132,6 +132,10 @@
         <translation>地图加载 S 秒后退出。</translation>
     </message>
     <message>
+        <source>Print a line when the map is loaded and when its picture is complete.</source>
+        <translation>在地图加载完毕和画面完整时各输出一行。</translation>
+    </message>
+    <message>
         <source>Language of the texts: en or zh_CN.</source>
         <translation>界面语言：en 或 zh_CN。</translation>
     </message>

@@ -28,7 +28,7 @@ struct Level
     double resolution; // degrees between the heights looked at
     double range;      // metres from which on the next finer level is drawn
 };
-constexpr Level kLevels[] = {{45.0, 0.22, 2.0, 0.5, 1.4e7},
+constexpr Level kLevels[] = {{45.0, 0.35, 4.0, 0.5, 1.4e7},
                              {22.5, 0.08, 1.0, 0.2, 5.0e6},
                              {7.5, 0.02, 0.5, 0.1, 1.2e6},
                              {2.5, 0.0, 0.1, 0.01, 0.0}};

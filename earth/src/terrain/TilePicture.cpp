@@ -75,6 +75,22 @@ void halve(const std::uint8_t* in, int size, std::uint8_t* out)
                     (p[band] + p[4 + band] + p[4 * size + band] + p[4 * size + 4 + band] + 2) / 4);
         }
 }
+/**
+ * Lets its picture go once the graphics context has it. OSG's own switch for
+ * this waits for every context that the process might ever open.
+ */
+class PictureTexture : public osg::Texture2D
+{
+public:
+    explicit PictureTexture(osg::Image* picture) : osg::Texture2D(picture) {}
+
+    void apply(osg::State& state) const override
+    {
+        osg::Texture2D::apply(state);
+        if (_image.valid() && getTextureObject(state.getContextID()))
+            const_cast<PictureTexture*>(this)->_image = nullptr;
+    }
+};
 } // namespace
 
 osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds& bounds,
@@ -118,12 +134,11 @@ osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds
 
 osg::ref_ptr<osg::StateSet> makeTileStateSet(osg::Image* picture)
 {
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(picture);
+    osg::ref_ptr<osg::Texture2D> texture = new PictureTexture(picture);
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
     texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
     texture->setFilter(osg::Texture::MAG_FILTER, osg::Texture::LINEAR);
-    texture->setUnRefImageDataAfterApply(true);
     osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
     state->setTextureAttribute(0, texture);
     return state;
