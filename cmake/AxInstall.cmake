@@ -4,11 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/AxEarthViewer")
 set(installed AxOsg)
-foreach(target AxAlgorthm AxData AxBaseUI AxEarth AxEarthViewer)
-  if(TARGET ${target})
-    list(APPEND installed ${target})
-  endif()
-endforeach()
+list(APPEND installed AxAlgorthm AxData AxBaseUI AxEarth AxEarthViewer)
 install(TARGETS ${installed} EXPORT AxEarthViewerTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -23,9 +19,7 @@ foreach(target IN LISTS installed)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   endif()
 endforeach()
-if(TARGET AxGroundControl)
-  set_target_properties(AxGroundControl PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
-endif()
+set_target_properties(AxGroundControl PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
   get_filename_component(name ${folder} NAME)
@@ -46,9 +40,4 @@ configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerCo
 write_basic_package_version_file(AxEarthViewerConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfig.cmake"
   "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfigVersion.cmake" DESTINATION ${package_dir})
-set(licences LICENSE NOTICE)
-foreach(file IN LISTS licences)
-  if(EXISTS "${PROJECT_SOURCE_DIR}/${file}")
-    install(FILES ${file} DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  endif()
-endforeach()
+install(FILES LICENSE NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -155,7 +155,8 @@ void CAxEarthViewer::embed(QWidget* overlay)
 {
     // The graphics scene only takes windows, even such that have a parent.
     overlay->setWindowFlags(overlay->windowFlags() | Qt::Window | Qt::FramelessWindowHint);
-    scene()->addWidget(overlay);
+    // Every frame repaints the scene; an overlay's own painting runs only when it changed.
+    scene()->addWidget(overlay)->setCacheMode(QGraphicsItem::DeviceCoordinateCache);
 }
 
 void CAxEarthViewer::setUpViewerInWindow(int x, int y, int width, int height)
