@@ -29,6 +29,9 @@ run("${CMAKE_COMMAND}" -S "${SOURCE_DIR}/tests/install/host" -B "${work}/host" -
   "-DCMAKE_PREFIX_PATH=${work}/moved" "-DCMAKE_CXX_FLAGS=${FLAGS}" -DCMAKE_BUILD_TYPE=Debug)
 run("${CMAKE_COMMAND}" --build "${work}/host")
 
+# Leaks are the other suites' business: this host unloads its graphics driver,
+# after which nobody can tell the driver's own leaks from ours.
+set(ENV{ASAN_OPTIONS} "$ENV{ASAN_OPTIONS}:detect_leaks=0")
 run("${work}/host/check" "${work}/moved/bin/google_cn_net_no.earth")
 
 # What the README shows is what was built here.

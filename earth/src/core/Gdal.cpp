@@ -1,6 +1,7 @@
 #include "core/Gdal.h"
 
 #include <cpl_conv.h>
+#include <cstring>
 #include <gdal.h>
 #include <mutex>
 
@@ -41,6 +42,12 @@ void CPL_STDCALL ErrorCapture::receive(CPLErr level, CPLErrorNum, const char* te
     if (level < CE_Failure || !text)
         return;
     auto* self = static_cast<ErrorCapture*>(CPLGetErrorHandlerUserData());
+    // A web service first complains of the file that its cache lacks; the
+    // server's own answer comes later, on a line among others.
+    if (const char* web = std::strstr(text, "HTTP status code")) {
+        self->_message.assign(web, std::strcspn(web, "\r\n"));
+        return;
+    }
     if (!self->_message.empty())
         return;
     for (const char* c = text; *c; ++c)
