@@ -28,6 +28,8 @@ constexpr double homeLatitude = 39.9;
 constexpr double homeRangeInRadii = 4.0;
 // Each tile costs video memory; this many cover a window with some to spare.
 constexpr unsigned pagedTilesTarget = 100;
+// Any of them may wait for a tile service while the others go on with local files.
+constexpr unsigned pagerThreads = 3;
 constexpr double discLongitude = 116.5;
 constexpr double discLatitude = 40.0;
 constexpr double discAltitude = 1000.0;
@@ -70,6 +72,7 @@ Viewpoint AxSceneStartup::HomeViewpoint(const Map& map)
 
 void AxSceneStartup::PrepareView(osgViewer::Viewer& viewer, MapNode* mapNode)
 {
+    viewer.getDatabasePager()->setUpThreads(pagerThreads, 0);
     viewer.getDatabasePager()->setTargetMaximumNumberOfPageLOD(pagedTilesTarget);
     viewer.getCamera()->addCullCallback(new Util::AutoClipPlaneCullCallback(mapNode));
 }

@@ -1,5 +1,7 @@
 #include "TileMesh.h"
 
+#include "core/Ellipsoid.h"
+
 #include <osg/Math>
 
 #include <array>
@@ -8,11 +10,7 @@
 
 namespace osgEarth {
 namespace {
-// WGS84.
-constexpr double kEquatorialRadius = 6378137.0;
-constexpr double kFlattening = 1.0 / 298.257223563;
-constexpr double kEccentricitySquared = kFlattening * (2.0 - kFlattening);
-
+constexpr double kMetresPerDegree = 111320.0;
 constexpr std::uint16_t kUnused = 0xffff;
 
 struct GridPoint
@@ -78,34 +76,15 @@ private:
         _mesh.origin =
             geodeticToWorld(0.5 * (_bounds.west + _bounds.east), 0.5 * (_bounds.south + _bounds.north),
                             height({_cells / 2, _cells / 2}));
-        struct SinCos
-        {
-            double sin;
-            double cos;
-        };
-        std::vector<SinCos> meridians;
-        meridians.reserve(static_cast<std::size_t>(_side));
-        for (int x = 0; x < _side; ++x) {
-            const double angle = osg::DegreesToRadians(longitude(x));
-            meridians.push_back({std::sin(angle), std::cos(angle)});
-        }
         _grid.resize(static_cast<std::size_t>(_side) * static_cast<std::size_t>(_side));
         _mesh.minHeight = _mesh.maxHeight = height({0, 0});
-        for (int y = 0; y < _side; ++y) {
-            const double angle = osg::DegreesToRadians(latitude(y));
-            const double sinLat = std::sin(angle);
-            const double cosLat = std::cos(angle);
-            const double n = kEquatorialRadius / std::sqrt(1.0 - kEccentricitySquared * sinLat * sinLat);
+        for (int y = 0; y < _side; ++y)
             for (int x = 0; x < _side; ++x) {
                 const double h = height({x, y});
-                const SinCos& m = meridians[static_cast<std::size_t>(x)];
-                const osg::Vec3d world((n + h) * cosLat * m.cos, (n + h) * cosLat * m.sin,
-                                       (n * (1.0 - kEccentricitySquared) + h) * sinLat);
-                _grid[offset({x, y})] = world - _mesh.origin;
+                _grid[offset({x, y})] = geodeticToWorld(longitude(x), latitude(y), h) - _mesh.origin;
                 _mesh.minHeight = std::min(_mesh.minHeight, h);
                 _mesh.maxHeight = std::max(_mesh.maxHeight, h);
             }
-        }
     }
 
     // The hypotenuse of a triangle is shared with its neighbour, so a level
@@ -187,9 +166,8 @@ private:
         const osg::Vec3d up(std::cos(lat) * std::cos(lon), std::cos(lat) * std::sin(lon), std::sin(lat));
         const osg::Vec3d east(-std::sin(lon), std::cos(lon), 0.0);
         const osg::Vec3d north = up ^ east;
-        const double metresPerDegree = osg::DegreesToRadians(kEquatorialRadius);
-        const double stepNorth = _bounds.height() / _cells * metresPerDegree;
-        const double stepEast = std::max(_bounds.width() / _cells * metresPerDegree * std::cos(lat), 1e-3);
+        const double stepNorth = _bounds.height() / _cells * kMetresPerDegree;
+        const double stepEast = std::max(_bounds.width() / _cells * kMetresPerDegree * std::cos(lat), 1e-3);
         const int column = 2 * p.x;
         const int row = 2 * p.y;
         const double slopeEast = (_raster.at(column + 1, row) - _raster.at(column - 1, row)) / stepEast;
@@ -279,13 +257,8 @@ double measureHiddenDetail(const HeightRaster& raster)
 
 osg::Vec3d geodeticToWorld(double longitude, double latitude, double height)
 {
-    const double lon = osg::DegreesToRadians(longitude);
-    const double lat = osg::DegreesToRadians(latitude);
-    const double sinLat = std::sin(lat);
-    const double cosLat = std::cos(lat);
-    const double n = kEquatorialRadius / std::sqrt(1.0 - kEccentricitySquared * sinLat * sinLat);
-    return {(n + height) * cosLat * std::cos(lon), (n + height) * cosLat * std::sin(lon),
-            (n * (1.0 - kEccentricitySquared) + height) * sinLat};
+    static const Ellipsoid wgs84(6378137.0, 6356752.314245179);
+    return wgs84.toGeocentric(osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height);
 }
 
 TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, double tolerance,
