@@ -15,6 +15,8 @@ namespace {
 template <typename Reporter> class PlainNames : public Reporter
 {
 public:
+    using Reporter::Reporter;
+
     void ReportRuns(const std::vector<benchmark::BenchmarkReporter::Run>& runs) override
     {
         auto plain = runs;
@@ -42,7 +44,7 @@ int main(int argc, char** argv)
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;
     QApplication application(argc, argv);
-    PlainNames<benchmark::ConsoleReporter> console;
+    PlainNames<benchmark::ConsoleReporter> console(benchmark::ConsoleReporter::OO_Tabular);
     PlainNames<benchmark::JSONReporter> json;
     benchmark::RunSpecifiedBenchmarks(&console, toFile ? &json : nullptr);
     bench::close();

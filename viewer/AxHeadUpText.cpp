@@ -42,7 +42,8 @@ AxHeadUpText::AxHeadUpText()
     camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
     camera->setViewMatrix(osg::Matrixd::identity());
     camera->setRenderOrder(osg::Camera::POST_RENDER);
-    camera->setClearMask(GL_DEPTH_BUFFER_BIT);
+    // Nothing here looks at depth, and clearing a full window of it takes its time.
+    camera->setClearMask(0);
     camera->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
     camera->setAllowEventFocus(false);
     osg::StateSet* state = camera->getOrCreateStateSet();

@@ -17,7 +17,7 @@ constexpr unsigned kQuarters = 1;
 constexpr double kTexelPixels = 1.5;
 /** The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
  */
-constexpr double kSurfacePixels = 1.5;
+constexpr double kSurfacePixels = 2.5;
 constexpr double kMetresPerDegree = 111320.0;
 constexpr std::size_t kClusterIndices = 3 * 32;
 
