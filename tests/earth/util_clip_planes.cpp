@@ -3,6 +3,7 @@
 #include <util/ClipPlanes.h>
 
 #include <cmath>
+#include <ostream>
 
 using namespace osgEarth::Util;
 
@@ -17,6 +18,11 @@ struct Situation
     double pitch;  ///< degrees
     double ground; ///< height of the ground above the ellipsoid
 };
+
+std::ostream& operator<<(std::ostream& out, const Situation& situation)
+{
+    return out << situation.name;
+}
 
 /** Distance from the eye to a sphere of the ground's height, so many degrees below level. */
 double distanceToGround(const Situation& s, double below)
