@@ -82,7 +82,7 @@ function(ax_test label)
     set_tests_properties(${label} PROPERTIES LABELS ${label} TIMEOUT 600
       ENVIRONMENT "LIBGL_ALWAYS_SOFTWARE=1;QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8")
   else()
-    gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60
+    gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60
       PROPERTIES LABELS ${label} TIMEOUT 120
       ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8")
   endif()
