@@ -64,3 +64,23 @@ TEST_F(HeightStackTest, TheCoarseSourceMeetsTheFineOneAtItsEdge)
     EXPECT_NEAR(stack.heightAt(9.9, 39.9).value(), 400.0 + 600.0 * (1.0 - 0.7928932), 60.0)
         << "round a corner";
 }
+
+TEST(HeightStackEdge, ACragAtTheEdgeDoesNotBecomeARidge)
+{
+    constexpr int kSide = 100;
+    std::vector<float> samples(kSide * kSide, 1000.0f);
+    samples[50 * kSide + kSide - 1] = 2000.0f;
+    const double toSource[6] = {10.0, 0.01, 0.0, 41.0, 0.0, -0.01};
+    HeightStack stack;
+    stack.add({std::make_shared<HeightWindow>(samples, kSide, kSide, toSource, SpatialReference::get("wgs84"),
+                                              0.01),
+               {10.0, 40.0, 11.0, 41.0},
+               0.0});
+    stack.add(plane({0.0, 30.0, 20.0, 50.0}, 0.1, 400.0f, 0.2));
+    const double cragLatitude = 40.495;
+    EXPECT_NEAR(stack.heightAt(11.0001, cragLatitude).value(), 2000.0, 20.0)
+        << "but it meets the crag itself";
+    const double behind = stack.heightAt(11.1, cragLatitude).value();
+    const double beside = stack.heightAt(11.1, cragLatitude + 0.02).value();
+    EXPECT_LT(behind - beside, 150.0);
+}

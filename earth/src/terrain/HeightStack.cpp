@@ -25,13 +25,33 @@ double HeightStack::bend(std::size_t base, double longitude, double latitude) co
         const double away = std::hypot(longitude - nearestLongitude, latitude - nearestLatitude);
         if (away <= 0.0 || away >= width)
             continue;
-        const auto fine = _sources[finer].window->heightAt(nearestLongitude, nearestLatitude);
-        const auto coarse = _sources[base].window->heightAt(nearestLongitude, nearestLatitude);
-        if (!fine || !coarse)
+        const std::optional<double> step = stepAtEdge(finer, base, longitude, latitude, away);
+        if (!step)
             continue;
         const double t = away / width;
-        sum += (*fine - *coarse) * (1.0 - t * t * (3.0 - 2.0 * t));
+        sum += *step * (1.0 - t * t * (3.0 - 2.0 * t));
     }
     return sum;
+}
+// The step is averaged over a stretch of the edge as long as the place is far
+// away: a single point's step, carried outwards, would draw each crag of the
+// edge as a ridge.
+std::optional<double> HeightStack::stepAtEdge(std::size_t finer, std::size_t base, double longitude,
+                                              double latitude, double away) const
+{
+    const TileBounds& extent = _sources[finer].extent;
+    double sum = 0.0;
+    int count = 0;
+    for (const double aside : {-1.0, -0.5, 0.0, 0.5, 1.0}) {
+        const double edgeLongitude = std::clamp(longitude + aside * away, extent.west, extent.east);
+        const double edgeLatitude = std::clamp(latitude + aside * away, extent.south, extent.north);
+        const auto fine = _sources[finer].window->heightAt(edgeLongitude, edgeLatitude);
+        const auto coarse = _sources[base].window->heightAt(edgeLongitude, edgeLatitude);
+        if (fine && coarse) {
+            sum += *fine - *coarse;
+            ++count;
+        }
+    }
+    return count > 0 ? std::optional<double>(sum / count) : std::nullopt;
 }
 } // namespace osgEarth

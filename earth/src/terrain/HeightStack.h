@@ -39,6 +39,8 @@ public:
 
 private:
     double bend(std::size_t base, double longitude, double latitude) const;
+    std::optional<double> stepAtEdge(std::size_t finer, std::size_t base, double longitude, double latitude,
+                                     double away) const;
 
     std::vector<Source> _sources;
 };

@@ -122,10 +122,13 @@ TileHeights readHeights(const TileKey& key, const TileBounds& bounds, const Tile
         if (!layer->isKeyInRange(key) || !covers(*layer, widened(bounds, strip)))
             continue;
         const TileBounds data = dataBounds(*layer);
-        // Beside its own data a finer source is asked for its edge only; inside it for the tile only.
-        TileBounds wanted = widened(bounds, 0.5 * meshCell);
-        if (cell < coarsest && !contains(data, bounds) && bounds.width() < kWidestEdgeRead)
-            wanted = intersection(widened(bounds, strip), data);
+        // Bending looks at the edge beside the tile in both sources. Inside its own data a finer one is
+        // asked for the tile only; a strip of it would be many samples.
+        TileBounds wanted = widened(bounds, strip);
+        if (cell < coarsest)
+            wanted = contains(data, bounds) || bounds.width() > kWidestEdgeRead
+                         ? widened(bounds, 0.5 * meshCell)
+                         : intersection(wanted, data);
         const GeoExtent extent(key.getExtent().getSRS(), wanted.west, std::max(-90.0, wanted.south),
                                wanted.east, std::min(90.0, wanted.north));
         if (auto window = readHeightWindow(*layer, extent, 0.5 * meshCell, nullptr)) {
