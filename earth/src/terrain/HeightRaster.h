@@ -6,6 +6,10 @@
 #include <vector>
 
 namespace osgEarth {
+/** Length of a degree of latitude on the mean of the ellipsoid, rounded; for levels of detail and slopes, not
+ * for positions. */
+constexpr double kMetresPerDegree = 111320.0;
+
 /** Geographic rectangle of a tile, degrees. */
 struct TileBounds
 {

@@ -7,7 +7,6 @@
 
 namespace osgEarth {
 namespace {
-constexpr float kMetresPerDegree = 111320.0f;
 /** Light from the north-west, 45 degrees high: the convention of relief maps. */
 const osg::Vec3f kLight(-0.5f, 0.5f, 0.70710678f);
 /** How far shade may move a colour; beyond this the picture under it is lost. */
@@ -28,7 +27,7 @@ ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster)
     : _size(raster.size()), _factors(static_cast<std::size_t>(_size) * static_cast<std::size_t>(_size), 1.0f)
 {
     const float stepDegrees = static_cast<float>(bounds.height()) / static_cast<float>(_size - 1);
-    const float spacing = stepDegrees * kMetresPerDegree;
+    const float spacing = stepDegrees * static_cast<float>(kMetresPerDegree);
     const float scale = exaggeration(spacing);
     const float aspect = static_cast<float>(bounds.width() / bounds.height());
     std::size_t next = 0;

@@ -15,7 +15,6 @@ namespace {
 constexpr int kMeshCells = 64;
 /** Heights are sampled twice as densely: the shade shows them, and they tell what the mesh hides. */
 constexpr int kRasterSize = 2 * kMeshCells + 1;
-constexpr double kMetresPerDegree = 111320.0;
 /** A mesh may differ from its grid by this many texels of its level, at its worst point. */
 constexpr double kMeshToleranceTexels = 1.5;
 /** Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky

@@ -10,7 +10,6 @@
 
 namespace osgEarth {
 namespace {
-constexpr double kMetresPerDegree = 111320.0;
 constexpr std::uint16_t kUnused = 0xffff;
 
 struct GridPoint

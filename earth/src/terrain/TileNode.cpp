@@ -18,7 +18,6 @@ constexpr double kTexelPixels = 1.5;
 /** The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
  */
 constexpr double kSurfacePixels = 2.5;
-constexpr double kMetresPerDegree = 111320.0;
 constexpr std::size_t kClusterIndices = 3 * 32;
 
 /**
@@ -216,12 +215,12 @@ double TileNode::distanceTo(const TerrainView& view) const
 double TileNode::excessError(const TerrainView& view) const
 {
     const double pixel = view.pixelSize * (view.perspective ? std::max(0.1, distanceTo(view)) : 1.0);
-    double allowed = _content->geometricError / (kSurfacePixels * pixel);
+    double excess = _content->geometricError / (kSurfacePixels * pixel);
     if (_content->texture.refinable) {
         const double texel = _content->bounds.height() * kMetresPerDegree / kTilePictureSize;
-        allowed = std::max(allowed, texel / (kTexelPixels * pixel));
+        excess = std::max(excess, texel / (kTexelPixels * pixel));
     }
-    return allowed;
+    return excess;
 }
 
 bool TileNode::intersect(const TerrainRay& ray, double& distance, TileNode*& hit)
