@@ -3,6 +3,7 @@
 
 #include <osg/ref_ptr>
 #include <osg/Switch>
+#include <osgEarth/Viewpoint>
 
 #include <QObject>
 
@@ -24,9 +25,14 @@ public:
     void SetNoFlyZoneMask(bool visible);
     bool NoFlyZoneMask() const;
 
+    /// Where the camera is; zones near its focal point are the ones shown.
+    void SetCurrViewPort(const osgEarth::Viewpoint& viewpoint) { currViewPort = viewpoint; }
+    const osgEarth::Viewpoint& GetCurrViewPort() const { return currViewPort; }
+
 private:
     void CreateNoFlyZone();
 
     CAxEarthViewer* viewer;
     osg::ref_ptr<osg::Switch> zoneRoot;
+    osgEarth::Viewpoint currViewPort;
 };

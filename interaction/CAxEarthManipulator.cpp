@@ -1,20 +1,26 @@
+// What becomes of an event: pick, signals, and whether the camera may react.
 #include "interaction/CAxEarthManipulator.h"
+#include "analysis/CAxAncillaryProcess.h"
+#include "interaction/AxMouseRules.h"
+#include "interaction/AxReadOut.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "interaction/CAxHandleAdapterEditor.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 #include <osgEarth/ModelLayer>
-#include <osgEarth/Terrain>
 #include <osgViewer/View>
+
+#include <cmath>
 
 using osgEarth::Angle;
 using osgEarth::Units;
 using osgEarth::Viewpoint;
 using osgEarth::Util::EarthManipulator;
+using osgGA::GUIEventAdapter;
 
 namespace {
-// From further away only capitals are named, from nearer the cities.
-constexpr double capitalRangeMetres = 5000000.0;
 constexpr double zoomSlotFactor = -0.0005;
 constexpr double travelSlotFactorX = -0.02;
 constexpr double travelSlotFactorY = -0.01;
@@ -32,57 +38,131 @@ CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
 {
     // The viewer reports a wheel turned forward as SCROLL_DOWN.
     Settings* settings = getSettings();
-    settings->bindScroll(ACTION_ZOOM_IN, osgGA::GUIEventAdapter::SCROLL_DOWN);
-    settings->bindScroll(ACTION_ZOOM_OUT, osgGA::GUIEventAdapter::SCROLL_UP);
+    settings->bindScroll(ACTION_ZOOM_IN, GUIEventAdapter::SCROLL_DOWN);
+    settings->bindScroll(ACTION_ZOOM_OUT, GUIEventAdapter::SCROLL_UP);
 }
 
-bool CAxEarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
+bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
     auto* view = dynamic_cast<osgViewer::View*>(&aa);
-    if (!view || ea.getHandled())
+    if (!view || !viewer || ea.getHandled())
         return false;
+    updateProjection(view->getCamera());
     const Viewpoint viewpoint = getViewpoint();
-    if (viewpoint.isValid()) {
-        emit signalHeading(-viewpoint.getHeading());
-        VisibleShape(viewpoint.getRange());
-        ShowCoordinates(ea, *view, viewpoint.getRange());
+    if (viewpoint.isValid())
+        followCamera(viewpoint);
+
+    Pick pick;
+    pick.world = getPos(ea, aa, pick.lngLat, pick.modelHit, pick.currNode, pick.parentNode);
+    showCoordinates(pick, getDistance());
+
+    switch (ea.getEventType()) {
+    case GUIEventAdapter::MOVE:
+        handleMove(ea, aa, pick);
+        return passOn(ea, aa);
+    case GUIEventAdapter::PUSH:
+        return handleMousePush(ea, aa, pick.LngLatPos(), pick.world) || passOn(ea, aa);
+    case GUIEventAdapter::RELEASE:
+        return handleMouseRelease(ea, aa, pick) || passOn(ea, aa);
+    case GUIEventAdapter::DOUBLECLICK:
+        return handleDoubleClick(ea, aa, pick) || passOn(ea, aa);
+    case GUIEventAdapter::DRAG:
+        emit mouseLeftBtnDrag(pick.LngLatPos(), pick.world);
+        emit mouseLeftBtnDrag(ea.getX(), ea.getY());
+        return handleMouseDrag(ea, aa, pick.LngLatPos(), pick.world) || passOn(ea, aa);
+    case GUIEventAdapter::KEYDOWN:
+        handleKeyDown(ea, aa);
+        return passOn(ea, aa);
+    case GUIEventAdapter::KEYUP:
+        handleKeyUp(ea, aa);
+        return passOn(ea, aa);
+    case GUIEventAdapter::SCROLL:
+        return handleModelActionScroll(ea, aa) || passOn(ea, aa);
+    default:
+        return passOn(ea, aa);
     }
-    return EarthManipulator::handle(ea, aa);
 }
 
-void CAxEarthManipulator::ShowCoordinates(const osgGA::GUIEventAdapter& ea, osgViewer::View& view,
-                                          double range)
+bool CAxEarthManipulator::passOn(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
-    osgEarth::MapNode* mapNode = viewer ? viewer->getMapNode() : nullptr;
-    if (!mapNode)
+    EarthManipulator::handle(ea, aa);
+    return false;
+}
+
+void CAxEarthManipulator::followCamera(const Viewpoint& viewpoint)
+{
+    emit signalHeading(-viewpoint.getHeading());
+    VisibleShape(viewpoint.getRange());
+    CAxAncillaryProcess* process = viewer->GetAncillaryProcess();
+    if (!process || !process->NoFlyZoneMask())
         return;
-    osg::Vec3d world;
-    osg::Vec3f lngLat;
-    if (mapNode->getTerrain()->getWorldCoordsUnderMouse(&view, ea.getX(), ea.getY(), world)) {
-        osgEarth::GeoPoint point;
-        if (point.fromWorld(viewer->getSRS(), world))
-            lngLat = osg::Vec3f(point.vec3d());
+    if (viewpoint.focalPoint() != lastViewpoint.focalPoint() && viewpoint.range() != lastViewpoint.range()) {
+        lastViewpoint = viewpoint;
+        process->SetCurrViewPort(viewpoint);
     }
-    const auto text = [](const QString& label, double value, int decimals, const QString& unit) {
-        return label + QString::number(value, 'f', decimals) + unit;
-    };
-    viewer->SetCoordinate(text(tr("longitude:"), static_cast<double>(lngLat.x()), 6, tr("degree")),
-                          text(tr("latitude:"), static_cast<double>(lngLat.y()), 6, tr("degree")),
-                          text(tr("altitude:"), static_cast<double>(lngLat.z()), 2, tr("meter")),
-                          text(tr("camera range:"), range, 2, tr("meter")));
 }
 
 void CAxEarthManipulator::VisibleShape(double range)
 {
-    osgEarth::MapNode* mapNode = viewer ? viewer->getMapNode() : nullptr;
+    osgEarth::MapNode* mapNode = viewer->getMapNode();
     if (!mapNode)
         return;
     const osgEarth::Map& map = *mapNode->getMap();
-    ShowLayer(map, "Capital", range > capitalRangeMetres);
-    ShowLayer(map, "City", range <= capitalRangeMetres);
-    // Kept in the maps, but too many to be shown.
-    ShowLayer(map, "County", false);
-    ShowLayer(map, "Town", false);
+    const AxMouseRules::NameLayers shown = AxMouseRules::NameLayersAt(range);
+    ShowLayer(map, "Capital", shown.capital);
+    ShowLayer(map, "City", shown.city);
+    ShowLayer(map, "County", shown.county);
+    ShowLayer(map, "Town", shown.town);
+}
+
+void CAxEarthManipulator::showCoordinates(const Pick& pick, double range)
+{
+    const AxReadOut texts = AxReadOut::Of(pick.lngLat[0], pick.lngLat[1], pick.Altitude(), range);
+    viewer->SetCoordinate(texts.longitude, texts.latitude, texts.altitude, texts.range);
+}
+
+bool CAxEarthManipulator::isEditorBusy() const
+{
+    const CAxHandleAdapter* adapter = viewer->GetCurHandleAdapter();
+    return adapter && adapter->GetAnchorEditor() && adapter->GetAnchorEditor()->GetDrag();
+}
+
+void CAxEarthManipulator::BeginDrawShape()
+{
+    if (!viewer->IsEnabledPickHandle())
+        return;
+    const CAxHandleAdapter* adapter = viewer->GetCurHandleAdapter();
+    if (adapter && (adapter->GetHandleOperation() == OperationDrawing || isEditorBusy()))
+        return;
+    viewer->createShapeNode();
+}
+
+void CAxEarthManipulator::handleKeyDown(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    if (!AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        return;
+    viewer->SetToolType(ToolNavigate);
+    viewer->SetToolType(ToolMagnifier);
+}
+
+void CAxEarthManipulator::handleKeyUp(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    if (AxMouseRules::IsDelete(ea.getKey()))
+        emit signalHandleKeyDelete();
+    else if (!AxMouseRules::KeepsTool(ea.getKey()) && AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        viewer->SetToolType(ToolNavigate);
+}
+
+void CAxEarthManipulator::setCameraLookAt(osg::Vec3d center, double heading, double pitch, double distance)
+{
+    if (!std::isfinite(center.length2()) || !(center.length2() > 0.0) || !std::isfinite(heading) ||
+        !std::isfinite(pitch) || !std::isfinite(distance) || !(distance > 0.0) || !established())
+        return;
+    clearViewpoint();
+    setCenter(center);
+    setDistance(distance);
+    setRotation(getQuaternion(AxMouseRules::WrapHeading(osg::DegreesToRadians(heading)),
+                              osg::DegreesToRadians(pitch)));
 }
 
 void CAxEarthManipulator::slotZoom(double value)
@@ -115,7 +195,7 @@ void CAxEarthManipulator::slotResetPitch()
 
 void CAxEarthManipulator::slotResetMouse()
 {
+    doubleClickPending = false;
     flushMouseEventStack();
-    if (viewer && viewer->getOSGViewer())
-        resetMouse(*viewer->getOSGViewer());
+    reinitialize();
 }

@@ -369,11 +369,6 @@ osg::Group* CAxEarthViewer::GetBoundGroup() const
     return boundGroup.get();
 }
 
-void CAxEarthViewer::_SetCurHandleAdapter(CAxHandleAdapter* adapter)
-{
-    curHandleAdapter = adapter;
-}
-
 void CAxEarthViewer::SetToolType(EToolType eToolType)
 {
     if (eToolType == toolType)

@@ -2,6 +2,7 @@
 #include "viewer/AxEarthViewerExport.h"
 
 #include <AxBaseUI/EToolType.h>
+#include <AxData/CAxBlock.h>
 
 #include <osg/Group>
 #include <osg/Matrixd>
@@ -13,6 +14,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -92,6 +94,8 @@ public:
     CAxCoordinateWidget* GetCoordinateWidget() const { return coordinateWidget; }
     CAxUavNode* GetUavNode() const { return uavNode; }
     CAxDownhillAnglenode* GetDownhillAngleNode() const { return downhillAngleNode; }
+    /// Null while the approach to a landing point cannot be turned. Not taken over.
+    void SetDownhillAngleNode(CAxDownhillAnglenode* node) { downhillAngleNode = node; }
     CAxInterestPointNode* GetInterestPointNode() const { return interestPointNode; }
     CAxHandleAdapter* GetCurHandleAdapter() const { return curHandleAdapter; }
     osgViewer::Viewer* getOSGViewer() const;
@@ -107,8 +111,40 @@ public:
 
     void SetToolType(EToolType eToolType);
     EToolType GetToolType() const { return toolType; }
+    /// Makes the object that a tool draws; called once for each drawing.
+    using ShapeFactory = std::function<CAxHandleAdapter*(CAxEarthViewer* viewer, QObject* parent)>;
+    /// Which object a tool draws. A second call for a tool replaces the first;
+    /// an empty function removes it.
+    void SetShapeFactory(EToolType tool, ShapeFactory factory);
+    /// Begins a drawing with the tool in hand: its object becomes the current
+    /// one. Null for a tool that draws nothing.
+    CAxHandleAdapter* createShapeNode();
+
+    /// Enters a finished object under its handle ID, with a block record where
+    /// there is none yet, and takes it over. False for null and for an ID that
+    /// is taken; the object then stays its owner's.
+    bool AddHandleAdapter(CAxHandleAdapter* adapter);
+    /// Null when no object has that ID.
+    CAxHandleAdapter* FindExistNode(const QString& id) const;
+    CAxHandleAdapter* GetHandleAdapter(const QString& id) const { return FindExistNode(id); }
+    /// All objects of a kind, by ascending ID.
+    QList<CAxHandleAdapter*> FindExistNode(CAxBlock::EBlockType type) const;
+    /// The object that is drawn by a node, or null.
+    CAxHandleAdapter* FindExistNode(osg::Node* node) const;
+
+    /// Selects the object that a node draws. Alone it becomes the current
+    /// object; with `multi` it joins the selection, or leaves it when it was in
+    /// it. Without `multi` a null node or one that draws no object leaves
+    /// nothing current, except an object that is being drawn. `report` tells
+    /// the host of a changed selection.
+    void SetNodeSelected(osg::Node* node, bool multi, bool report);
+    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const { return multiSelectAdapters; }
+    void ClearMultiSelectAdapter();
+
+    /// While on, picks add to the selection.
     void SetMultiSelect(bool enabled) { multiSelect = enabled; }
     bool IsMultiSelect() const { return multiSelect; }
+    /// While off, map objects are not picked and no drawing is begun.
     void EnabledPickHandle(bool enabled) { pickEnabled = enabled; }
     bool IsEnabledPickHandle() const { return pickEnabled; }
     /// Set by the tools bar while a press of the mouse belongs to it.
@@ -173,6 +209,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
     /// Writes the modifiers into the event state that the next events carry.
     void setKeyboardModifiers(Qt::KeyboardModifiers modifiers);
@@ -208,6 +245,7 @@ private:
     EToolType toolType = ToolNavigate;
     osg::ref_ptr<osg::Group> drawGroup;
     std::map<QString, CAxHandleAdapter*> adapterRegistry;
+    std::map<EToolType, ShapeFactory> shapeFactories;
     CAxGraphicsCompassItem* compassItem = nullptr;
     bool pickEnabled = true;
     CAxAncillaryProcess* ancillaryProcess = nullptr;

@@ -1,0 +1,136 @@
+// What mouse and key events mean for each tool.
+#include "interaction/AxBlockMove.h"
+#include "interaction/AxMouseRules.h"
+#include "interaction/AxReadOut.h"
+
+#include <osg/Math>
+#include <osgGA/GUIEventAdapter>
+
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <set>
+
+using namespace AxMouseRules;
+using osgGA::GUIEventAdapter;
+
+namespace {
+EToolType Tool(int value)
+{
+    return static_cast<EToolType>(value);
+}
+} // namespace
+
+TEST(MouseRules, GiveEveryToolItsPart)
+{
+    const std::set<int> drawByDrag{4, 9, 11, 12, 31};
+    const std::set<int> drawByClick{3, 5, 7, 8, 13, 14, 17};
+    const std::set<int> endByDoubleClick{3, 4, 5, 7, 13, 14, 15, 16, 17};
+    for (int tool = 0; tool <= 32; ++tool) {
+        SCOPED_TRACE(tool);
+        EXPECT_EQ(HoldsCameraWhileDragging(Tool(tool)), drawByDrag.count(tool) == 1);
+        EXPECT_EQ(PushRoleOf(Tool(tool)) == PushRole::BeginDrawing, drawByDrag.count(tool) == 1);
+        EXPECT_EQ(PushRoleOf(Tool(tool)) == PushRole::SelectForMove, tool == 2);
+        EXPECT_EQ(ClickRoleOf(Tool(tool)) == ClickRole::BeginDrawing, drawByClick.count(tool) == 1);
+        EXPECT_EQ(ClickRoleOf(Tool(tool)) == ClickRole::Select, tool == 2);
+        EXPECT_EQ(OwnsDoubleClick(Tool(tool)), endByDoubleClick.count(tool) == 1);
+    }
+}
+
+struct ClickCase
+{
+    const char* name;
+    osg::Vec2f push;
+    osg::Vec2f release;
+    bool isClick;
+};
+
+class Click : public testing::TestWithParam<ClickCase>
+{
+};
+
+TEST_P(Click, IsAReleaseAtThePushedPlace)
+{
+    EXPECT_EQ(IsClick(GetParam().push, GetParam().release), GetParam().isClick);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Places, Click,
+    testing::Values(ClickCase{"Same", {400, 300}, {400, 300}, true},
+                    ClickCase{"AHundredThousandthAway", {1, 1}, {1.00001f, 1}, true},
+                    ClickCase{"AHundredThousandthAwayFurtherOut", {50, 3}, {50.00001f, 2.99999f}, true},
+                    ClickCase{"TwoHundredThousandthsAway", {1, 1}, {1, 1.00002f}, false},
+                    ClickCase{"TheNextFloatFarOut", {1000, 5}, {std::nextafter(1000.0f, 2000.0f), 5}, false},
+                    ClickCase{"OnePixelAway", {400, 300}, {400, 301}, false},
+                    ClickCase{"AtTheOrigin", {0, 0}, {0, 0}, false},
+                    ClickCase{"OnTheLeftEdge", {0, 5}, {0, 5}, true},
+                    ClickCase{"NoNumber", {1, NAN}, {1, NAN}, false}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(MouseRules, KnowTheKeysThatMatter)
+{
+    EXPECT_TRUE(IsShiftAlone(3));
+    for (const int mask : {0, 1, 2, 3 | 12, 3 | 48})
+        EXPECT_FALSE(IsShiftAlone(mask)) << mask;
+    for (const int key : {int(GUIEventAdapter::KEY_Delete), int(GUIEventAdapter::KEY_KP_Delete), 0x7f})
+        EXPECT_TRUE(IsDelete(key)) << key;
+    for (const int key : {int(GUIEventAdapter::KEY_BackSpace), int('d'), 0})
+        EXPECT_FALSE(IsDelete(key)) << key;
+    EXPECT_TRUE(KeepsTool('1') && KeepsTool('3'));
+    EXPECT_FALSE(KeepsTool('2') || KeepsTool(1));
+}
+
+TEST(MouseRules, NameEitherCapitalsOrCitiesByDistance)
+{
+    EXPECT_FALSE(NameLayersAt(5000000.0).capital);
+    EXPECT_TRUE(NameLayersAt(5000000.0).city);
+    EXPECT_TRUE(NameLayersAt(5000000.1).capital);
+    EXPECT_FALSE(NameLayersAt(5000000.1).city);
+    for (const double range : {1.0, 1e6, 1e8}) {
+        EXPECT_FALSE(NameLayersAt(range).county);
+        EXPECT_FALSE(NameLayersAt(range).town);
+    }
+}
+
+TEST(MouseRules, WrapHeadingsIntoHalfATurnEachWay)
+{
+    for (double degrees = -1500.0; degrees <= 1500.0; degrees += 7.5) {
+        const double wrapped = WrapHeading(osg::DegreesToRadians(degrees));
+        EXPECT_GT(wrapped, -osg::PI) << degrees;
+        EXPECT_LE(wrapped, osg::PI) << degrees;
+        EXPECT_NEAR(std::cos(wrapped), std::cos(osg::DegreesToRadians(degrees)), 1e-9);
+        EXPECT_NEAR(std::sin(wrapped), std::sin(osg::DegreesToRadians(degrees)), 1e-9);
+    }
+    EXPECT_EQ(WrapHeading(osg::PI), osg::PI);
+    EXPECT_EQ(WrapHeading(-osg::PI), osg::PI);
+}
+
+TEST(BlockMove, KeepsTheCursorAtItsPlaceInTheBlock)
+{
+    const osg::Vec3d first(-105.3, 37.2, 2000.0);
+    const osg::Vec3d grabbed(-105.1, 37.25, 2100.0);
+    const osg::Vec3d offset = AxBlockMove::Offset(first, grabbed);
+    EXPECT_EQ(offset.z(), 0.0);
+    EXPECT_EQ(AxBlockMove::Delta(first, grabbed, offset), osg::Vec3d());
+
+    const osg::Vec3d delta = AxBlockMove::Delta(first, {-105.0, 37.0, 9.0}, offset);
+    EXPECT_EQ(delta.x(), static_cast<double>(static_cast<float>(-105.0 - -105.3 - offset.x())));
+    EXPECT_EQ(delta.y(), static_cast<double>(static_cast<float>(37.0 - 37.2 - offset.y())));
+    EXPECT_EQ(delta.z(), 0.0);
+    EXPECT_NEAR(delta.x(), 0.1, 1e-6);
+    EXPECT_NE(delta.x(), -105.0 - -105.3 - offset.x());
+}
+
+TEST(ReadOut, WritesDigitsOfTheCLocaleWhateverTheLocaleIs)
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    const AxReadOut texts = AxReadOut::Of(-105.123456789, 37.5, 12345.678, 1.5e7);
+    QLocale::setDefault(before);
+    EXPECT_EQ(texts.longitude, "longitude:-105.123457degree");
+    EXPECT_EQ(texts.latitude, "latitude:37.500000degree");
+    EXPECT_EQ(texts.altitude, "altitude:12345.68meter");
+    EXPECT_EQ(texts.range, "camera range:15000000.00meter");
+}
