@@ -1,4 +1,5 @@
 #include "viewer/AxInputRouter.h"
+#include "viewer/AxKeySymbols.h"
 
 #include <osgGA/EventQueue>
 
@@ -6,12 +7,7 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-namespace {
-int FirstCharacter(const QKeyEvent& event)
-{
-    return event.text().isEmpty() ? 0 : event.text().at(0).unicode();
-}
-} // namespace
+#include <algorithm>
 
 AxInputRouter::AxInputRouter(osgViewer::GraphicsWindowEmbedded* graphicsWindow) : window(graphicsWindow) {}
 
@@ -53,19 +49,32 @@ void AxInputRouter::SetModifiers(Qt::KeyboardModifiers modifiers)
 
 void AxInputRouter::Press(const QMouseEvent& event)
 {
+    heldButtons |= event.button();
+    endedButtons &= ~Qt::MouseButtons(event.button());
     Queue()->mouseButtonPress(static_cast<float>(event.x()), static_cast<float>(event.y()),
                               Button(event.button()), Queue()->getTime());
 }
 
+bool AxInputRouter::LetGo(Qt::MouseButton button)
+{
+    heldButtons &= ~Qt::MouseButtons(button);
+    if (!endedButtons.testFlag(button))
+        return true;
+    endedButtons &= ~Qt::MouseButtons(button);
+    return false;
+}
+
 void AxInputRouter::Release(const QMouseEvent& event)
 {
-    Queue()->mouseButtonRelease(static_cast<float>(event.x()), static_cast<float>(event.y()),
-                                Button(event.button()), Queue()->getTime());
+    if (LetGo(event.button()))
+        Queue()->mouseButtonRelease(static_cast<float>(event.x()), static_cast<float>(event.y()),
+                                    Button(event.button()), Queue()->getTime());
 }
 
 void AxInputRouter::ReleaseNowhere(const QMouseEvent& event)
 {
-    Queue()->mouseButtonRelease(0.0f, 0.0f, Button(event.button()), Queue()->getTime());
+    if (LetGo(event.button()))
+        Queue()->mouseButtonRelease(0.0f, 0.0f, Button(event.button()), Queue()->getTime());
 }
 
 void AxInputRouter::Move(const QMouseEvent& event)
@@ -75,6 +84,8 @@ void AxInputRouter::Move(const QMouseEvent& event)
 
 void AxInputRouter::DoubleClick(const QMouseEvent& event)
 {
+    heldButtons |= event.button();
+    endedButtons &= ~Qt::MouseButtons(event.button());
     Queue()->mouseDoubleButtonPress(static_cast<float>(event.x()), static_cast<float>(event.y()),
                                     Button(event.button()), Queue()->getTime());
 }
@@ -92,14 +103,58 @@ void AxInputRouter::Wheel(const QWheelEvent& event)
                              Queue()->getTime());
 }
 
-void AxInputRouter::KeyPress(const QKeyEvent& event)
+AxInputRouter::HeldKey* AxInputRouter::FindHeld(const QKeyEvent& event)
 {
-    Queue()->keyPress(FirstCharacter(event), Queue()->getTime());
+    const auto isSame = [&event](const HeldKey& held) {
+        return event.nativeScanCode() ? held.scanCode == event.nativeScanCode() : held.qtKey == event.key();
+    };
+    const auto found = std::find_if(heldKeys.begin(), heldKeys.end(), isSame);
+    return found == heldKeys.end() ? nullptr : &*found;
+}
+
+bool AxInputRouter::IsHeld(Qt::Key key) const
+{
+    return std::any_of(heldKeys.begin(), heldKeys.end(),
+                       [key](const HeldKey& held) { return held.qtKey == key; });
+}
+
+void AxInputRouter::KeyPress(const QKeyEvent& event, bool reachesScene)
+{
+    const int symbol = AxKeySymbol(event);
+    HeldKey* held = FindHeld(event);
+    if (!held) {
+        heldKeys.append({event.key(), event.nativeScanCode(), symbol});
+    } else if (held->symbol != symbol) {
+        Queue()->keyRelease(held->symbol, Queue()->getTime());
+        held->symbol = symbol;
+    }
+    if (reachesScene)
+        Queue()->keyPress(symbol, Queue()->getTime());
 }
 
 void AxInputRouter::KeyRelease(const QKeyEvent& event)
 {
-    Queue()->keyRelease(FirstCharacter(event), Queue()->getTime());
+    const int symbol = AxKeySymbol(event);
+    if (HeldKey* held = FindHeld(event)) {
+        if (held->symbol != symbol)
+            Queue()->keyRelease(held->symbol, Queue()->getTime());
+        heldKeys.erase(held);
+    }
+    Queue()->keyRelease(symbol, Queue()->getTime());
+}
+
+void AxInputRouter::ReleaseAll()
+{
+    SetModifiers(Qt::NoModifier);
+    for (const HeldKey& held : qAsConst(heldKeys))
+        if (held.qtKey != Qt::Key_Delete)
+            Queue()->keyRelease(held.symbol, Queue()->getTime());
+    heldKeys.clear();
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton, Qt::RightButton})
+        if (heldButtons.testFlag(button))
+            Queue()->mouseButtonRelease(0.0f, 0.0f, Button(button), Queue()->getTime());
+    endedButtons |= heldButtons;
+    heldButtons = Qt::NoButton;
 }
 
 void AxInputRouter::Resize(int x, int y, int width, int height)

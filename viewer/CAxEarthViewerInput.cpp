@@ -3,6 +3,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <QCursor>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWheelEvent>
@@ -69,10 +70,10 @@ void CAxEarthViewer::wheelEvent(QWheelEvent* event)
 
 void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
 {
-    if (!isOverlayUnderCursor()) {
+    const bool reachesScene = !isOverlayUnderCursor();
+    if (reachesScene)
         setKeyboardModifiers(event->modifiers());
-        input->KeyPress(*event);
-    }
+    input->KeyPress(*event, reachesScene);
     if (event->key() == Qt::Key_Control && appType == appTypeOne)
         multiSelect = true;
     if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))
@@ -82,6 +83,12 @@ void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
 
 void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
 {
+    // A held key repeats as pairs of release and press, and is not let go by
+    // them: nothing may be deleted again with each, or moving stop and go.
+    if (event->isAutoRepeat()) {
+        QGraphicsView::keyReleaseEvent(event);
+        return;
+    }
     setKeyboardModifiers(event->modifiers());
     input->KeyRelease(*event);
     QGraphicsView::keyReleaseEvent(event);
@@ -91,4 +98,17 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
         multiSelect = false;
     if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))
         emit signalAltKey(false);
+}
+
+void CAxEarthViewer::focusOutEvent(QFocusEvent* event)
+{
+    // What is let go of from here on is told to somebody else.
+    const bool altHeld = input->IsHeld(Qt::Key_Alt);
+    input->ReleaseAll();
+    if (appType == appTypeOne)
+        multiSelect = false;
+    if (altHeld && (appType == appTypeOne || appType == appTypeThree))
+        emit signalAltKey(false);
+    update();
+    QGraphicsView::focusOutEvent(event);
 }
