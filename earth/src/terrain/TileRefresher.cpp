@@ -1,5 +1,7 @@
 #include "TileRefresher.h"
 
+#include "BackgroundThread.h"
+
 namespace osgEarth {
 TileRefresher::~TileRefresher()
 {
@@ -51,6 +53,7 @@ bool TileRefresher::busy() const
 
 void TileRefresher::run()
 {
+    makeThisThreadYieldToFrames();
     std::unique_lock<std::mutex> lock(_mutex);
     for (;;) {
         _wake.wait(lock, [this] { return _stop || !_jobs.empty(); });

@@ -1,7 +1,9 @@
 #include "TileScene.h"
 
+#include "BackgroundThread.h"
 #include "TileNode.h"
 
+#include <osgDB/DatabasePager>
 #include <osgDB/FileNameUtils>
 #include <osgDB/ReaderWriter>
 #include <osgDB/Registry>
@@ -49,6 +51,8 @@ public:
         const std::shared_ptr<TileScene> scene = TileScene::find(id);
         if (!scene)
             return ReadResult::FILE_NOT_FOUND;
+        if (dynamic_cast<osgDB::DatabasePager::DatabaseThread*>(OpenThreads::Thread::CurrentThread()))
+            makeThisThreadYieldToFrames();
         const osg::ref_ptr<osg::Group> tiles = scene->load(fileName);
         return tiles ? ReadResult(tiles.get()) : ReadResult(ReadResult::FILE_NOT_FOUND);
     }

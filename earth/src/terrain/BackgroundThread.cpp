@@ -1,0 +1,25 @@
+#include "BackgroundThread.h"
+
+#if defined(_WIN32)
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+#elif defined(__linux__)
+#include <sys/resource.h>
+#endif
+
+namespace osgEarth {
+void makeThisThreadYieldToFrames()
+{
+    static thread_local bool done = false;
+    if (done)
+        return;
+    done = true;
+#if defined(_WIN32)
+    SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
+#elif defined(__linux__)
+    // A third of the weight of a thread at the usual priority. On Linux the "process" 0 is the thread.
+    constexpr int kNicer = 5;
+    setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + kNicer);
+#endif
+}
+} // namespace osgEarth
