@@ -188,6 +188,7 @@ TEST_F(EarthManipulatorTest, KeepsPitchAndDistanceWithinTheSettings)
     expectAt(8, 47, 0, -10, 1000);
     manipulator->rotate(0.0, -9.0);
     expectAt(8, 47, 0, -90, 1000);
+    manipulator->getSettings()->setTerrainAvoidanceMinimumDistance(0.1);
     manipulator->setViewpoint(Viewpoint("up", 8, 47, 0, 0, 40, 0.0));
     expectAt(8, 47, 0, -10, manipulator->getSettings()->getMinDistance());
     manipulator->getSettings()->setMinMaxDistance(50.0, 60.0);

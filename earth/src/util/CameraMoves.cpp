@@ -15,6 +15,12 @@ double northHold(double latitude)
     return 1.0 - t * t * (3.0 - 2.0 * t);
 }
 
+bool meetsSphere(const Ray& ray, double radius)
+{
+    const double middle = -(ray.origin * ray.direction);
+    return middle > 0.0 && ray.origin * ray.origin - middle * middle < radius * radius;
+}
+
 /** Distance along the ray to the sphere round the origin, or to the limb when it passes by. */
 double reachOnSphere(const Ray& ray, double radius)
 {
@@ -65,11 +71,11 @@ void slide(const osg::EllipsoidModel& ellipsoid, double right, double forward, H
     carry(ellipsoid, osg::Quat(std::min(metres / pose.center.length(), osg::PI_2), axis), rule, pose);
 }
 
-bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, const Ray& sight,
-                HeadingRule rule, CameraPose& pose)
+bool bringUnder(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, HeadingRule rule,
+                CameraPose& pose)
 {
-    const double radius = point.length();
-    if (!(radius > 1.0) || !isFinite(point))
+    const double radius = held.point.length();
+    if (!(radius > 1.0) || !isFinite(held.point))
         return false;
     // Each round turns the globe by what is still missing. Holding the heading
     // and the height above the ellipsoid leaves a rest that shrinks from round
@@ -78,16 +84,16 @@ bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, c
     constexpr int kRounds = 16;
     double lastMiss = 1e300;
     for (int i = 0; i < kRounds; ++i) {
-        const Ray ray = transformed(sight, cameraMatrix(pose));
-        const double away = (point - ray.origin).length();
+        const Ray ray = transformed(held.sight, cameraMatrix(pose));
+        const double away = (held.point - ray.origin).length();
         const bool outside = ray.origin.length() > radius;
-        const double reach = outside ? std::min(reachOnSphere(ray, radius), 4.0 * away) : away;
+        const double reach = outside ? std::min(reachOnSphere(ray, radius), held.farthest) : away;
         osg::Vec3d target = ray.origin + ray.direction * std::max(reach, 0.0);
         if (target.normalize() == 0.0)
             return false;
         osg::Quat turn;
-        turn.makeRotate(target, point / radius);
-        const double miss = (target - point / radius).length();
+        turn.makeRotate(target, held.point / radius);
+        const double miss = (target - held.point / radius).length();
         if (miss * radius < 1e-6 * away)
             break;
         if (i > 2 && miss > 0.7 * lastMiss)
@@ -98,34 +104,51 @@ bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, c
     return true;
 }
 
+void holdBelowHorizon(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, HeadingRule rule,
+                      CameraPose& pose)
+{
+    const Ray ray = transformed(held.sight, cameraMatrix(pose));
+    if (ray.origin.length() > held.point.length() && meetsSphere(ray, held.point.length()))
+        bringUnder(ellipsoid, held, rule, pose);
+}
+
 void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,
-            HeadingRule rule, const std::optional<ZoomAnchor>& anchor, CameraPose& pose)
+            HeadingRule rule, const std::optional<HeldPoint>& held, CameraPose& pose)
 {
     if (!(factor > 0.0) || !std::isfinite(factor))
         return;
-    if (anchor) {
+    const auto scaled = [&](double distance) {
+        return std::clamp(distance * factor, std::min(nearest, distance), std::max(farthest, distance));
+    };
+    if (!held) {
+        pose.distance = std::clamp(pose.distance * factor, nearest, farthest);
+        return;
+    }
+    const osg::Vec3d eye = eyeOf(pose);
+    const osg::Quat world = pose.rotation * pose.frame;
+    const double away = (held->point - eye).length();
+    if (!(away > 0.0))
+        return;
+    factor = scaled(away) / away;
+    factor = scaled(pose.distance) / pose.distance;
+    const Ray middle{eye, world * osg::Vec3d(0, 0, -1)};
+    const double level = reachOnSphere(middle, held->point.length());
+    if (meetsSphere(middle, held->point.length()) && level > 0.0 &&
+        level < 4.0 * std::max(pose.distance, away)) {
         // Measured to the level of the point under the cursor, the distance
         // shrinks to nothing there and not before or behind it.
-        const osg::Vec3d eye = eyeOf(pose);
-        const osg::Quat world = pose.rotation * pose.frame;
-        const Ray middle{eye, world * osg::Vec3d(0, 0, -1)};
-        const double level = reachOnSphere(middle, anchor->point.length());
-        if (level > 0.25 * pose.distance && level < 4.0 * pose.distance) {
-            pose.center = eye + middle.direction * level;
-            pose.distance = level;
-            pose.frame = frameAt(ellipsoid, pose.center);
-            pose.rotation = world * pose.frame.inverse();
-        }
-    }
-    pose.distance = std::clamp(pose.distance * factor, nearest, farthest);
-    if (!anchor)
+        pose.center = eye + middle.direction * level;
+        pose.distance = level * factor;
+        pose.frame = frameAt(ellipsoid, pose.center);
+        pose.rotation = world * pose.frame.inverse();
+        holdBelowHorizon(ellipsoid, *held, rule, pose);
         return;
-    const Ray ray = transformed(anchor->sight, cameraMatrix(pose));
-    const double radius = anchor->point.length();
-    const double middle = -(ray.origin * ray.direction);
-    const bool hits = middle > 0.0 && ray.origin * ray.origin - middle * middle < radius * radius;
-    if (hits && ray.origin.length() > radius)
-        bringUnder(ellipsoid, anchor->point, anchor->sight, rule, pose);
+    }
+    // The point is as high as the eye, or higher: straight towards it.
+    pose.center = held->point + (pose.center - held->point) * factor;
+    pose.distance *= factor;
+    pose.frame = frameAt(ellipsoid, pose.center);
+    pose.rotation = world * pose.frame.inverse();
 }
 
 } // namespace osgEarth::Util

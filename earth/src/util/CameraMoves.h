@@ -25,25 +25,33 @@ void carry(const osg::EllipsoidModel& ellipsoid, const osg::Quat& turn, HeadingR
 void slide(const osg::EllipsoidModel& ellipsoid, double right, double forward, HeadingRule rule,
            CameraPose& pose);
 
-/**
- * Carries the camera until `point` (geocentric) lies on the line of sight
- * `sight` (camera axes): the point that was grabbed follows the cursor. Where
- * the line of sight passes the globe by, the limb stands in for it; near the
- * horizon a step never reaches more than four times as far as the point is.
- * False, and nothing changes, for a point at the centre of the earth.
- */
-bool bringUnder(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& point, const Ray& sight,
-                HeadingRule rule, CameraPose& pose);
-
-/** A point that keeps its place in the window while the camera zooms. */
-struct ZoomAnchor
+/** A point that keeps its place in the window while the camera moves. */
+struct HeldPoint
 {
     osg::Vec3d point; ///< geocentric
     Ray sight;        ///< camera axes
+    /** Metres from the eye beyond which it is not carried: near the horizon a finger's breadth is a county.
+     */
+    double farthest = 1e300;
 };
 
-/** Scales the distance by `factor`, within the limits (metres). */
+/**
+ * Carries the camera until the held point lies on its line of sight: the
+ * point that was grabbed follows the cursor. Where the line of sight passes
+ * the globe by, the limb stands in for it. False, and nothing changes, for a
+ * point at the centre of the earth.
+ */
+bool bringUnder(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, HeadingRule rule,
+                CameraPose& pose);
+
+/** Brings the point back under the cursor where that can be done without leaving the view: below the horizon.
+ */
+void holdBelowHorizon(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, HeadingRule rule,
+                      CameraPose& pose);
+
+/** Scales the distance by `factor`, within the limits (metres); a held point stays where it is in the window.
+ */
 void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,
-            HeadingRule rule, const std::optional<ZoomAnchor>& anchor, CameraPose& pose);
+            HeadingRule rule, const std::optional<HeldPoint>& held, CameraPose& pose);
 
 } // namespace osgEarth::Util

@@ -143,11 +143,11 @@ std::optional<double> groundAlong(const osg::EllipsoidModel& ellipsoid, const Ra
     return std::nullopt;
 }
 
-bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, CameraPose& pose)
+bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundPick& pick, CameraPose& pose)
 {
     const osg::Quat world = pose.rotation * pose.frame;
     const Ray sight{eyeOf(pose), world * osg::Vec3d(0, 0, -1)};
-    const auto distance = groundAlong(ellipsoid, sight, ground);
+    const auto distance = pick(sight);
     if (!distance || *distance < 1e-3)
         return false;
     pose.center = sight.origin + sight.direction * *distance;
@@ -157,35 +157,65 @@ bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, 
     return true;
 }
 
-bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, double clearance,
-                     double maxPitch, CameraPose& pose)
+bool limitPitch(const PitchLimits& limits, CameraPose& pose)
 {
-    const auto missing = [&](const Geodetic& eye) {
-        return ground(eye.latitude, eye.longitude) + clearance - eye.height;
-    };
-    Geodetic eye = toGeodetic(ellipsoid, eyeOf(pose));
-    if (missing(eye) <= 0.0)
-        return false;
-    // A centre that is under ground itself comes up first: whoever asked for a
-    // view of a place without knowing its height wants to see it from the same
-    // range and angle.
-    Geodetic center = toGeodetic(ellipsoid, pose.center);
-    const double surface = ground(center.latitude, center.longitude);
-    if (center.height < surface) {
-        center.height = surface;
-        pose.center = toWorld(ellipsoid, center);
-        eye = toGeodetic(ellipsoid, eyeOf(pose));
-        if (missing(eye) <= 0.0)
-            return true;
-    }
-    eye.height += missing(eye);
+    constexpr double kRounding = 1e-10;
     double heading = 0.0;
     double pitch = 0.0;
     anglesOf(pose.rotation, heading, pitch);
-    pose = lookAt(ellipsoid, toWorld(ellipsoid, eye), pose.center, heading);
-    anglesOf(pose.rotation, heading, pitch);
-    if (pitch > maxPitch)
-        pose.rotation = rotationOf(heading, maxPitch);
+    if (pitch >= limits.lowest - kRounding && pitch <= limits.highest + kRounding)
+        return false;
+    pose.rotation = rotationOf(heading, std::clamp(pitch, limits.lowest, limits.highest));
+    return true;
+}
+
+bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, double clearance,
+                     const PitchLimits& limits, SunkenCentre sunken, CameraPose& pose)
+{
+    constexpr double kRounding = 1e-6;
+    constexpr double kMargin = 1e-4; // so that the same check finds nothing to do the next time
+    const auto missing = [&](const Geodetic& place, double above) {
+        return ground(place.latitude, place.longitude) + above - place.height;
+    };
+    const auto raise = [&](Geodetic place, double metres) {
+        place.height += metres;
+        return toWorld(ellipsoid, place);
+    };
+    // Each round mends what the one before it broke: a camera that is turned
+    // back to its steepest or flattest pitch stands over other ground.
+    constexpr int kRounds = 8;
+    for (int round = 0; round < kRounds; ++round) {
+        const Geodetic eye = toGeodetic(ellipsoid, eyeOf(pose));
+        const double lift = missing(eye, clearance);
+        if (lift <= kRounding)
+            return round > 0;
+        if (round == 0) {
+            const Geodetic center = toGeodetic(ellipsoid, pose.center);
+            const double depth = missing(center, 0.0);
+            const bool rises = sunken == SunkenCentre::Rises || lift > 0.5 * depth;
+            if (depth > kRounding && rises) {
+                pose.center = raise(center, depth);
+                continue;
+            }
+        }
+        double heading = 0.0;
+        double pitch = 0.0;
+        anglesOf(pose.rotation, heading, pitch);
+        const osg::Vec3d raised = raise(eye, lift + kMargin);
+        pose = lookAt(ellipsoid, raised, pose.center, heading);
+        anglesOf(pose.rotation, heading, pitch);
+        if (pitch < limits.lowest) {
+            // It cannot look down at its centre as steeply as that: it looks past it.
+            pose.rotation = rotationOf(heading, limits.lowest);
+            pose.center += raised - eyeOf(pose);
+        } else
+            limitPitch(limits, pose);
+    }
+    // No way to keep the centre in the middle: straight up.
+    const Geodetic eye = toGeodetic(ellipsoid, eyeOf(pose));
+    const double lift = missing(eye, clearance);
+    if (lift > kRounding)
+        pose.center += raise(eye, lift + kMargin) - toWorld(ellipsoid, eye);
     return true;
 }
 

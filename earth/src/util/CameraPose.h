@@ -24,6 +24,11 @@ struct CameraPose
     osg::Quat frame;
     osg::Quat rotation;
     double distance = 1.0; ///< from the centre to the eye, metres
+
+    bool operator==(const CameraPose& rhs) const
+    {
+        return center == rhs.center && rotation == rhs.rotation && distance == rhs.distance;
+    }
 };
 
 /** A half line; `direction` has length 1. */
@@ -63,19 +68,38 @@ Ray transformed(const Ray& ray, const osg::Matrixd& matrix);
 std::optional<double> groundAlong(const osg::EllipsoidModel& ellipsoid, const Ray& ray,
                                   const GroundHeight& ground);
 
+/** First distance, metres, along a ray at which it meets the ground. */
+using GroundPick = std::function<std::optional<double>(const Ray& ray)>;
+
 /**
  * Moves the centre along the line of sight to where it meets the ground. The
  * picture stays as it is. False, and nothing changes, when it meets none.
  */
-bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, CameraPose& pose);
+bool recenter(const osg::EllipsoidModel& ellipsoid, const GroundPick& pick, CameraPose& pose);
+
+/** Radians against the tangent plane at the centre. */
+struct PitchLimits
+{
+    double lowest;
+    double highest;
+};
+
+/** Turns the camera round its centre until the pitch is within the limits. Returns whether it had to. */
+bool limitPitch(const PitchLimits& limits, CameraPose& pose);
+
+/** Whether an eye that must rise takes a centre that is under ground with it. */
+enum class SunkenCentre
+{
+    Rises,          ///< always: whoever named the view did not know the height of the place
+    RisesWithTheEye ///< only if the eye is about as deep, so that a grazed slope is no leap
+};
 
 /**
- * Lifts an eye that is less than `clearance` metres above the ground, and its
- * centre to the ground if that is below it; keeps the centre in the middle and
- * the pitch at or below `maxPitch` (radians). Returns whether anything had to
- * move.
+ * Lifts an eye that is less than `clearance` metres above the ground; keeps
+ * the centre in the middle as long as the pitch stays within its limits.
+ * Returns whether anything had to move.
  */
 bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& ground, double clearance,
-                     double maxPitch, CameraPose& pose);
+                     const PitchLimits& limits, SunkenCentre sunken, CameraPose& pose);
 
 } // namespace osgEarth::Util

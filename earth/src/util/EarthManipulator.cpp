@@ -6,14 +6,23 @@
 #include <osg/NodeVisitor>
 #include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
+#include <osgEarth/TerrainEngineNode>
 
 namespace osgEarth::Util {
 namespace {
 
 /** Nothing is to be seen of the globe from farther away, and all numbers stay well-behaved. */
 constexpr double kFarthest = 1e9;
+/** A centre outside this belongs to no place on the earth, metres from its middle. */
+constexpr double kLowestCenter = 1.0;
+constexpr double kHighestCenter = 1e10;
 /** Closer than this the view matrix has no direction left. */
 constexpr double kNearest = 0.01;
+
+bool isTurn(const osg::Quat& rotation)
+{
+    return std::isfinite(rotation.length2()) && rotation.length2() > 0.0;
+}
 
 class FindCoordinateSystem : public osg::NodeVisitor
 {
@@ -63,22 +72,25 @@ EarthManipulator::EarthManipulator()
     const struct
     {
         int key;
+        int padKey;
         ActionType pan;
         ActionType rotate;
-    } arrows[] = {{EA::KEY_Left, ACTION_PAN_LEFT, ACTION_ROTATE_LEFT},
-                  {EA::KEY_Right, ACTION_PAN_RIGHT, ACTION_ROTATE_RIGHT},
-                  {EA::KEY_Up, ACTION_PAN_UP, ACTION_ROTATE_UP},
-                  {EA::KEY_Down, ACTION_PAN_DOWN, ACTION_ROTATE_DOWN}};
+    } arrows[] = {{EA::KEY_Left, EA::KEY_KP_Left, ACTION_PAN_LEFT, ACTION_ROTATE_LEFT},
+                  {EA::KEY_Right, EA::KEY_KP_Right, ACTION_PAN_RIGHT, ACTION_ROTATE_RIGHT},
+                  {EA::KEY_Up, EA::KEY_KP_Up, ACTION_PAN_UP, ACTION_ROTATE_UP},
+                  {EA::KEY_Down, EA::KEY_KP_Down, ACTION_PAN_DOWN, ACTION_ROTATE_DOWN}};
     for (const auto& arrow : arrows) {
-        _settings->bindKey(arrow.pan, arrow.key, 0, held);
-        _settings->bindKey(arrow.rotate, arrow.key, EA::MODKEY_CTRL, held);
+        for (int key : {arrow.key, arrow.padKey}) {
+            _settings->bindKey(arrow.pan, key, 0, held);
+            _settings->bindKey(arrow.rotate, key, EA::MODKEY_CTRL, held);
+        }
     }
-    for (int key : {+EA::KEY_Plus, +EA::KEY_Equals, +EA::KEY_KP_Add, +EA::KEY_Page_Up})
+    for (int key : {+EA::KEY_Plus, +EA::KEY_Equals, +EA::KEY_KP_Add, +EA::KEY_Page_Up, +EA::KEY_KP_Page_Up})
         _settings->bindKey(ACTION_ZOOM_IN, key, 0, held);
     _settings->bindKey(ACTION_ZOOM_IN, EA::KEY_Plus, EA::MODKEY_SHIFT, held);
-    for (int key : {+EA::KEY_Minus, +EA::KEY_KP_Subtract, +EA::KEY_Page_Down})
+    for (int key : {+EA::KEY_Minus, +EA::KEY_KP_Subtract, +EA::KEY_Page_Down, +EA::KEY_KP_Page_Down})
         _settings->bindKey(ACTION_ZOOM_OUT, key, 0, held);
-    for (int key : {+EA::KEY_Home, +EA::KEY_Space})
+    for (int key : {+EA::KEY_Home, +EA::KEY_KP_Home, +EA::KEY_Space})
         _settings->bindKey(ACTION_HOME, key);
 
     const double radius = _ellipsoid->getRadiusEquator();
@@ -164,9 +176,9 @@ CameraPose EarthManipulator::pose() const
 
 void EarthManipulator::setPose(const CameraPose& pose)
 {
-    const bool sound = isFinite(pose.center) && pose.center.length() > 1.0 && std::isfinite(pose.distance) &&
-                       std::isfinite(pose.rotation.length2());
-    if (!sound)
+    const double radius = pose.center.length();
+    if (!(radius > kLowestCenter && radius < kHighestCenter) || !std::isfinite(pose.distance) ||
+        !isTurn(pose.rotation))
         return;
     _rotation = pose.rotation;
     _distance = std::clamp(pose.distance, kNearest, kFarthest);
@@ -175,7 +187,7 @@ void EarthManipulator::setPose(const CameraPose& pose)
 
 void EarthManipulator::setCenter(const osg::Vec3d& center)
 {
-    if (!isFinite(center))
+    if (!(center.length() < kHighestCenter))
         return;
     _center = center;
     _centerRotation = computeCenterRotation(center);
@@ -223,14 +235,24 @@ void EarthManipulator::getCompositeEulerAngles(double* outAzimuth, double* outPi
 
 double EarthManipulator::clampedPitch(double radians) const
 {
-    return std::clamp(radians, osg::DegreesToRadians(_settings->getMinPitch()),
-                      osg::DegreesToRadians(_settings->getMaxPitch()));
+    return std::clamp(radians, pitchLimits().lowest, pitchLimits().highest);
 }
 
 double EarthManipulator::clampedDistance(double metres) const
 {
     const double nearest = std::clamp(_settings->getMinDistance(), kNearest, kFarthest);
     return std::clamp(metres, nearest, std::clamp(_settings->getMaxDistance(), nearest, kFarthest));
+}
+
+PitchLimits EarthManipulator::pitchLimits() const
+{
+    return {osg::DegreesToRadians(_settings->getMinPitch()), osg::DegreesToRadians(_settings->getMaxPitch())};
+}
+
+void EarthManipulator::setRotation(const osg::Quat& rotation)
+{
+    if (isTurn(rotation))
+        _rotation = rotation;
 }
 
 void EarthManipulator::setDistance(double distance)
@@ -262,7 +284,7 @@ void EarthManipulator::setByLookAt(const osg::Vec3d& eye, const osg::Vec3d& cent
     Ray sight{eye, center - eye};
     if (!isFinite(eye) || !isFinite(center) || !(sight.direction.normalize() > 0.0))
         return;
-    const auto distance = groundAlong(*_ellipsoid, sight, ground());
+    const auto distance = groundAlongRay(sight);
     setByLookAtRaw(eye, distance ? eye + sight.direction * *distance : center, up);
 }
 
@@ -296,37 +318,70 @@ double EarthManipulator::groundHeight(double latitude, double longitude) const
     return std::isfinite(height) ? height : 0.0;
 }
 
-std::function<double(double, double)> EarthManipulator::ground() const
+double EarthManipulator::highestGround(double latitude, double longitude) const
 {
-    return [this](double latitude, double longitude) { return groundHeight(latitude, longitude); };
+    // The picture may still show coarser ground than is known; the eye stays above both.
+    constexpr double kAboveAll = 20e3;
+    const double height = groundHeight(latitude, longitude);
+    osg::ref_ptr<MapNode> mapNode;
+    osg::Vec3d drawn;
+    if (!_mapNode.lock(mapNode) || !mapNode->getTerrainEngine() ||
+        !mapNode->getTerrainEngine()->intersectRay(toWorld(*_ellipsoid, {latitude, longitude, kAboveAll}),
+                                                   -upAt(latitude, longitude), drawn))
+        return height;
+    return std::max(height, toGeodetic(*_ellipsoid, drawn).height);
+}
+
+std::optional<double> EarthManipulator::groundAlongRay(const Ray& ray) const
+{
+    // The surface that is drawn is the one that is seen and grabbed. Heights
+    // stand in for it where there is no terrain, or none yet.
+    osg::ref_ptr<MapNode> mapNode;
+    double ignored = 0.0;
+    if (_mapNode.lock(mapNode) && mapNode->getTerrainEngine() &&
+        mapNode->getTerrainEngine()->heightAt(0.0, 0.0, ignored)) {
+        osg::Vec3d hit;
+        if (!mapNode->getTerrainEngine()->intersectRay(ray.origin, ray.direction, hit))
+            return std::nullopt;
+        return (hit - ray.origin) * ray.direction;
+    }
+    return groundAlong(*_ellipsoid, ray, [this](double latitude, double longitude) {
+        return groundHeight(latitude, longitude);
+    });
 }
 
 bool EarthManipulator::recalculateCenterFromLookVector()
 {
     CameraPose now = pose();
-    const bool found = recenter(*_ellipsoid, ground(), now);
+    const bool found = recenter(
+        *_ellipsoid, [this](const Ray& ray) { return groundAlongRay(ray); }, now);
     if (found)
         setPose(now);
     return found;
 }
 
-void EarthManipulator::collisionDetect()
+bool EarthManipulator::standClear(SunkenCentre sunken, CameraPose& pose) const
 {
     if (!_settings->getTerrainAvoidanceEnabled())
-        return;
-    // A camera told to be at 5 m range may well be lower than the clearance.
-    const double clearance = std::min(_settings->getTerrainAvoidanceMinimumDistance(), 0.1 * _distance);
+        return false;
+    const auto ground = [this](double latitude, double longitude) {
+        return highestGround(latitude, longitude);
+    };
+    return keepAboveGround(*_ellipsoid, ground, _settings->getTerrainAvoidanceMinimumDistance(),
+                           pitchLimits(), sunken, pose);
+}
+
+void EarthManipulator::collisionDetect()
+{
     CameraPose now = pose();
-    const bool lifted = keepAboveGround(*_ellipsoid, ground(), clearance,
-                                        osg::DegreesToRadians(_settings->getMaxPitch()), now);
-    if (lifted)
+    if (standClear(SunkenCentre::RisesWithTheEye, now))
         setPose(now);
 }
 
 bool EarthManipulator::pickGround(double x, double y, const osg::Matrixd& projection, osg::Vec3d& out) const
 {
     const Ray ray = transformed(cursorRay(projection, x, y), getMatrix());
-    const auto distance = groundAlong(*_ellipsoid, ray, ground());
+    const auto distance = groundAlongRay(ray);
     if (!distance)
         return false;
     out = ray.origin + ray.direction * *distance;
@@ -340,7 +395,7 @@ bool EarthManipulator::intersect(const osg::Vec3d& start, const osg::Vec3d& end,
     const double length = ray.direction.normalize();
     if (!isFinite(start) || !isFinite(end) || !(length > 0.0))
         return false;
-    const auto distance = groundAlong(*_ellipsoid, ray, ground());
+    const auto distance = groundAlongRay(ray);
     if (!distance || *distance > length)
         return false;
     intersection = start + ray.direction * *distance;
@@ -399,8 +454,10 @@ void EarthManipulator::updateProjection(osg::Camera* eventCamera)
 
 void EarthManipulator::handleTileAdded(const TileKey&, osg::Node*, TerrainCallbackContext&)
 {
+    constexpr double kUntilDrawn = 0.5; // seconds
+    _motion->groundSettlesAt = _time_s_now + kUntilDrawn;
     if (!isSettingViewpoint())
-        collisionDetect();
+        takeStand();
 }
 
 } // namespace osgEarth::Util

@@ -15,14 +15,42 @@ using EA = osgGA::GUIEventAdapter;
 constexpr double kNotch = 0.173;
 /** A wheel that is spun never owes more than this, so that it stops when the hand does. */
 constexpr double kMostOwed = 1.6;
-/** Without a new press or repeat a key is taken as released: its release may have gone to another window. */
-constexpr double kKeyHold = 1.0;
-/** Rates of a held key: windows a second, radians a second, logarithm of zoom a second. */
-constexpr double kKeyPan = 0.9;
-constexpr double kKeyRotate = 0.9;
-constexpr double kKeyZoom = 1.2;
+/** What a cursor is worth that has been dragged far out of the window, in half windows from its middle. */
+constexpr double kFarOut = 100.0;
+
+/** A wheel that reports its motion in both axes means, vertically, the same as one that only says up or down.
+ */
+int scrollingOf(const EA& ea)
+{
+    if (ea.getScrollingMotion() != EA::SCROLL_2D)
+        return ea.getScrollingMotion();
+    const float turned = ea.getScrollingDeltaY();
+    return turned > 0.0f ? EA::SCROLL_UP : turned < 0.0f ? EA::SCROLL_DOWN : EA::SCROLL_NONE;
+}
+
+/** How many notches a wheel event is worth: a smooth wheel reports parts of one in its delta, others no
+ * delta. */
+double notchesOf(const EA& ea)
+{
+    constexpr double kMost = 10.0;
+    const double turned = std::abs(double(ea.getScrollingDeltaY()));
+    return turned > 0.0 ? std::min(turned, kMost) : 1.0;
+}
+
+/** Whether an event that is about a place in the window says where. */
+bool hasPlace(const EA& ea)
+{
+    return std::isfinite(ea.getXnormalized()) && std::isfinite(ea.getYnormalized()) &&
+           std::isfinite(ea.getX()) && std::isfinite(ea.getY());
+}
 
 } // namespace
+
+osg::Vec2d cursorOf(const EA& ea)
+{
+    return {std::clamp(double(ea.getXnormalized()), -kFarOut, kFarOut),
+            std::clamp(double(ea.getYnormalized()), -kFarOut, kFarOut)};
+}
 
 bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
@@ -32,6 +60,18 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
     }
     if (ea.getHandled() || !established())
         return false;
+    switch (ea.getEventType()) {
+    case EA::PUSH:
+    case EA::RELEASE:
+    case EA::DRAG:
+    case EA::DOUBLECLICK:
+    case EA::SCROLL:
+        if (!hasPlace(ea))
+            return false;
+        break;
+    default:
+        break;
+    }
     _motion->view = aa.asView();
 
     switch (ea.getEventType()) {
@@ -42,6 +82,8 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
         handleRelease(ea, aa);
         return false;
     case EA::DRAG: {
+        if (_motion->afterDoubleClick)
+            return false;
         addMouseEvent(ea);
         const Action& action = _settings->getAction(EVENT_MOUSE_DRAG, ea.getButtonMask(), ea.getModKeyMask());
         if (!handleMouseAction(action, aa.asView()))
@@ -50,6 +92,7 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
         return true;
     }
     case EA::DOUBLECLICK: {
+        _motion->afterDoubleClick = true;
         addMouseEvent(ea);
         const Action& action =
             _settings->getAction(EVENT_MOUSE_DOUBLE_CLICK, ea.getButton(), ea.getModKeyMask());
@@ -61,8 +104,8 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
     }
     case EA::SCROLL: {
         addMouseEvent(ea);
-        const Action& action =
-            _settings->getAction(EVENT_SCROLL, ea.getScrollingMotion(), ea.getModKeyMask());
+        const Action& action = _settings->getAction(EVENT_SCROLL, scrollingOf(ea), ea.getModKeyMask());
+        wakeClock(ea);
         if (!handleScrollAction(action))
             return false;
         aa.requestRedraw();
@@ -70,19 +113,38 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
     }
     case EA::KEYDOWN: {
         const Action& action = _settings->getAction(EVENT_KEY_DOWN, ea.getKey(), ea.getModKeyMask());
-        if (!handleKeyboardAction(action))
-            return false;
+        wakeClock(ea);
         _motion->key = ea.getKey();
+        const bool used = handleKeyboardAction(action);
+        _motion->key = 0;
+        if (!used)
+            return false;
         aa.requestRedraw();
         return true;
     }
     case EA::KEYUP:
-        if (ea.getKey() == _motion->key)
-            _motion->keyAction = ACTION_NULL;
+        releaseKey(ea.getKey(), ea.getModKeyMask());
         return false;
     default:
         return false;
     }
+}
+
+void EarthManipulator::wakeClock(const osgGA::GUIEventAdapter& ea)
+{
+    // Frames may stop while nothing moves. A movement that begins now must
+    // not count the time since the last of them.
+    if (!moving() && ea.getTime() > _time_s_now && std::isfinite(ea.getTime()))
+        _time_s_now = ea.getTime();
+}
+
+void EarthManipulator::grab(const osgGA::GUIEventAdapter& ea, osg::View* view)
+{
+    const osg::Vec2d cursor = cursorOf(ea);
+    osg::Vec3d point;
+    _motion->grabbed.reset();
+    if (view && pickGround(cursor.x(), cursor.y(), view->getCamera()->getProjectionMatrix(), point))
+        _motion->grabbed = Motion::Grab{point, (point - getMatrix().getTrans()).length()};
 }
 
 void EarthManipulator::handlePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
@@ -91,11 +153,7 @@ void EarthManipulator::handlePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIAc
     clearFlight();
     addMouseEvent(ea);
     _mouse_down_event = &ea;
-    osg::View* view = aa.asView();
-    osg::Vec3d point;
-    if (view &&
-        pickGround(ea.getXnormalized(), ea.getYnormalized(), view->getCamera()->getProjectionMatrix(), point))
-        _motion->grabbed = point;
+    grab(ea, aa.asView());
 }
 
 void EarthManipulator::handleRelease(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
@@ -104,15 +162,15 @@ void EarthManipulator::handleRelease(const osgGA::GUIEventAdapter& ea, osgGA::GU
         addMouseEvent(ea);
         handleMouseClickAction(_settings->getAction(EVENT_MOUSE_CLICK, ea.getButton(), ea.getModKeyMask()));
     }
-    resetMouse(aa);
+    // The wheel, the keys and a flight that this button did not start go on.
+    flushMouseEventStack();
+    _mouse_down_event = nullptr;
+    _motion->grabbed.reset();
+    _motion->afterDoubleClick = false;
     // One of two buttons let go: the drag goes on with the other.
     if (ea.getButtonMask() != 0) {
         addMouseEvent(ea);
-        osg::View* view = aa.asView();
-        osg::Vec3d point;
-        if (view && pickGround(ea.getXnormalized(), ea.getYnormalized(),
-                               view->getCamera()->getProjectionMatrix(), point))
-            _motion->grabbed = point;
+        grab(ea, aa.asView());
     }
 }
 
@@ -134,9 +192,10 @@ void EarthManipulator::resetMouse(osgGA::GUIActionAdapter& aa, bool flushEventSt
         flushMouseEventStack();
     _mouse_down_event = nullptr;
     _motion->grabbed.reset();
-    _motion->keyAction = ACTION_NULL;
-    _motion->wheel = 0.0;
-    _motion->wheelPoint.reset();
+    _motion->afterDoubleClick = false;
+    _motion->stand.reset();
+    _motion->keys.clear();
+    stopWheel();
     aa.requestContinuousUpdate(false);
 }
 
@@ -194,8 +253,9 @@ bool EarthManipulator::handleMouseAction(const Action& action, osg::View* view)
 {
     if (action._type == ACTION_NULL || !_ga_t0 || !_ga_t1)
         return false;
-    double dx = (_ga_t0->getXnormalized() - _ga_t1->getXnormalized()) * _settings->getMouseSensitivity();
-    double dy = (_ga_t0->getYnormalized() - _ga_t1->getYnormalized()) * _settings->getMouseSensitivity();
+    const osg::Vec2d way = (cursorOf(*_ga_t0) - cursorOf(*_ga_t1)) * _settings->getMouseSensitivity();
+    double dx = way.x();
+    double dy = way.y();
     applyOptionsToDeltas(action, dx, dy);
     if (dx == 0.0 && dy == 0.0)
         return false;
@@ -212,45 +272,27 @@ bool EarthManipulator::handleMouseClickAction(const Action& action)
            handlePointAction(action, _ga_t0->getX(), _ga_t0->getY(), view.get());
 }
 
-bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds)
-{
-    if (action._type == ACTION_NULL)
-        return false;
-    clearFlight();
-    if (action._type == ACTION_HOME) {
-        home(_time_s_now);
-        return true;
-    }
-    const bool starts = _motion->keyAction != action._type;
-    _motion->keyAction = action._type;
-    _motion->keyUntil = _time_s_now + std::min(seconds, kKeyHold);
-    if (starts && !action.getBoolOption(OPTION_CONTINUOUS, false))
-        _motion->keyUntil = _time_s_now + 0.2;
-    return true;
-}
-
 bool EarthManipulator::handleScrollAction(const Action& action, double)
 {
     if (action._type != ACTION_ZOOM_IN && action._type != ACTION_ZOOM_OUT)
         return false;
     clearFlight();
     double ignored = 0.0;
-    double notch = (action._type == ACTION_ZOOM_IN ? -kNotch : kNotch) * _settings->getScrollSensitivity();
+    double notch = (action._type == ACTION_ZOOM_IN ? -kNotch : kNotch) * _settings->getScrollSensitivity() *
+                   (_ga_t0 ? notchesOf(*_ga_t0) : 1.0);
     applyOptionsToDeltas(action, ignored, notch);
+    if (!std::isfinite(notch))
+        return false;
     if (_motion->wheel * notch < 0.0)
         _motion->wheel = 0.0;
     _motion->wheel = std::clamp(_motion->wheel + notch, -kMostOwed, kMostOwed);
 
-    const osg::Vec2d cursor(_ga_t0 ? _ga_t0->getXnormalized() : 0.0, _ga_t0 ? _ga_t0->getYnormalized() : 0.0);
-    // Notches at one place aim at one point, whatever small error a step leaves.
+    // Notches at one place aim at one point, whatever small error a step
+    // leaves. It is looked for with the next frame, once for a whole storm.
+    const osg::Vec2d cursor = _ga_t0 ? cursorOf(*_ga_t0) : osg::Vec2d();
     if (!_motion->wheelPoint || (cursor - _motion->wheelCursor).length() > 1e-6) {
-        _motion->wheelPoint.reset();
         _motion->wheelCursor = cursor;
-        osg::ref_ptr<osg::View> view;
-        osg::Vec3d point;
-        if (_motion->view.lock(view) &&
-            pickGround(cursor.x(), cursor.y(), view->getCamera()->getProjectionMatrix(), point))
-            _motion->wheelPoint = point;
+        _motion->wheelAims = true;
     }
     return true;
 }
@@ -258,14 +300,15 @@ bool EarthManipulator::handleScrollAction(const Action& action, double)
 bool EarthManipulator::handlePointAction(const Action& action, float mx, float my, osg::View* view)
 {
     if (action._type == ACTION_HOME) {
-        home(_time_s_now);
+        goHome();
         return true;
     }
     osg::Vec3d point;
     if (action._type != ACTION_GOTO || !view || !_ga_t0)
         return false;
-    if (!screenToWorld(mx, my, view, point) && !pickGround(_ga_t0->getXnormalized(), _ga_t0->getYnormalized(),
-                                                           view->getCamera()->getProjectionMatrix(), point))
+    const osg::Vec2d cursor = cursorOf(*_ga_t0);
+    if (!screenToWorld(mx, my, view, point) &&
+        !pickGround(cursor.x(), cursor.y(), view->getCamera()->getProjectionMatrix(), point))
         return false;
     Viewpoint there = getViewpoint();
     GeoPoint focus;
@@ -276,58 +319,36 @@ bool EarthManipulator::handlePointAction(const Action& action, float mx, float m
     return true;
 }
 
-void EarthManipulator::advanceKey()
-{
-    if (_motion->keyAction == ACTION_NULL)
-        return;
-    if (_time_s_now > _motion->keyUntil) {
-        _motion->keyAction = ACTION_NULL;
-        return;
-    }
-    osg::ref_ptr<osg::View> view;
-    _motion->view.lock(view);
-    const double t = _delta_t * _settings->getKeyboardSensitivity();
-    const struct
-    {
-        ActionType key;
-        ActionType type;
-        double dx;
-        double dy;
-    } steps[] = {{ACTION_PAN_LEFT, ACTION_PAN, kKeyPan, 0.0},
-                 {ACTION_PAN_RIGHT, ACTION_PAN, -kKeyPan, 0.0},
-                 {ACTION_PAN_UP, ACTION_PAN, 0.0, -kKeyPan},
-                 {ACTION_PAN_DOWN, ACTION_PAN, 0.0, kKeyPan},
-                 {ACTION_ROTATE_LEFT, ACTION_ROTATE, -kKeyRotate, 0.0},
-                 {ACTION_ROTATE_RIGHT, ACTION_ROTATE, kKeyRotate, 0.0},
-                 {ACTION_ROTATE_UP, ACTION_ROTATE, 0.0, kKeyRotate},
-                 {ACTION_ROTATE_DOWN, ACTION_ROTATE, 0.0, -kKeyRotate},
-                 {ACTION_ZOOM_IN, ACTION_ZOOM, 0.0, -kKeyZoom},
-                 {ACTION_ZOOM_OUT, ACTION_ZOOM, 0.0, kKeyZoom}};
-    for (const auto& step : steps) {
-        if (step.key == _motion->keyAction)
-            handleMovementAction(step.type, step.dx * t, step.dy * t, view.get());
-    }
-}
-
 void EarthManipulator::advanceWheel()
 {
     if (_motion->wheel == 0.0)
         return;
-    constexpr double kEase = 0.06; // seconds in which a notch is mostly spent
+    constexpr double kEase = 0.06;   // seconds in which a notch is mostly spent
+    constexpr double kStill = 0.002; // a rest that moves nothing by more than a pixel
     double step = _motion->wheel * (1.0 - std::exp(-_delta_t / kEase));
-    if (std::abs(_motion->wheel - step) < 0.01)
+    if (std::abs(_motion->wheel - step) < kStill)
         step = _motion->wheel;
     _motion->wheel -= step;
 
     osg::ref_ptr<osg::View> view;
     _motion->view.lock(view);
-    if (view && _motion->wheelPoint) {
-        _motion->anchor =
-            ZoomAnchor{*_motion->wheelPoint, cursorRay(view->getCamera()->getProjectionMatrix(),
-                                                       _motion->wheelCursor.x(), _motion->wheelCursor.y())};
+    if (view) {
+        const osg::Matrixd& projection = view->getCamera()->getProjectionMatrix();
+        const osg::Vec2d& cursor = _motion->wheelCursor;
+        osg::Vec3d point;
+        const bool stale = _time_s_now < _motion->groundSettlesAt || !(pose() == _motion->wheelPose);
+        if (_motion->wheelAims || stale) {
+            _motion->wheelPoint.reset();
+            if (pickGround(cursor.x(), cursor.y(), projection, point))
+                _motion->wheelPoint = point;
+        }
+        if (_motion->wheelPoint)
+            _motion->anchor = HeldPoint{*_motion->wheelPoint, cursorRay(projection, cursor.x(), cursor.y())};
     }
+    _motion->wheelAims = false;
     handleMovementAction(ACTION_ZOOM, 0.0, std::expm1(step), view.get());
     _motion->anchor.reset();
+    _motion->wheelPose = pose();
 }
 
 void EarthManipulator::getUsage(osg::ApplicationUsage& usage) const

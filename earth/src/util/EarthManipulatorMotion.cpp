@@ -2,261 +2,33 @@
 
 #include <algorithm>
 #include <cmath>
-#include <osg/Transform>
 #include <osg/View>
-#include <osgEarth/MapNode>
-#include <osgEarth/Notify>
-#include <osgEarth/SpatialReference>
 
 namespace osgEarth::Util {
-namespace {
-
-/** Whether every value that the viewpoint sets can be used. */
-bool isSound(const Viewpoint& vp)
-{
-    return (!vp.focalPoint().isSet() || !vp.focalPoint()->isValid() || isFinite(vp.focalPoint()->vec3d())) &&
-           (!vp.heading().isSet() || std::isfinite(vp.getHeading())) &&
-           (!vp.pitch().isSet() || std::isfinite(vp.getPitch())) &&
-           (!vp.range().isSet() || std::isfinite(vp.getRange())) &&
-           (!vp.positionOffset().isSet() || isFinite(vp.positionOffset().get()));
-}
-
-std::optional<osg::Vec3d> worldCenter(osg::Node& node)
-{
-    const osg::BoundingSphere bound = node.getBound();
-    const osg::NodePathList paths = node.getParentalNodePaths();
-    if (!bound.valid() || paths.empty())
-        return std::nullopt;
-    osg::NodePath above = paths.front();
-    above.pop_back();
-    const osg::Vec3d center = osg::Vec3d(bound.center()) * osg::computeLocalToWorld(above);
-    if (!isFinite(center) || !(center.length() > 1.0))
-        return std::nullopt;
-    return center;
-}
-
-} // namespace
-
-Viewpoint EarthManipulator::getViewpoint() const
-{
-    Viewpoint viewpoint;
-    if (!_srs)
-        return viewpoint;
-    double heading = 0.0;
-    double pitch = 0.0;
-    anglesOf(_rotation, heading, pitch);
-    viewpoint.focalPoint() = _centerMap;
-    viewpoint.setHeading(osg::RadiansToDegrees(heading));
-    viewpoint.setPitch(osg::RadiansToDegrees(pitch));
-    viewpoint.setRange(_distance);
-    viewpoint.setNode(_tetherNode.get());
-    return viewpoint;
-}
-
-void EarthManipulator::setViewpoint(const Viewpoint& viewpoint, double seconds)
-{
-    if (!isSound(viewpoint)) {
-        OE_WARN << "EarthManipulator: viewpoint \"" << viewpoint.name().get()
-                << "\" is not finite, it is not used" << std::endl;
-        return;
-    }
-    if (!established()) {
-        _motion->pending = viewpoint;
-        _motion->pendingSeconds = seconds;
-        return;
-    }
-    reinitialize();
-    osg::ref_ptr<osg::Node> node;
-    if (viewpoint.getNode(node))
-        _tetherNode = node.get();
-    if (seconds > 0.0 && std::isfinite(seconds))
-        startFlight(viewpoint, seconds);
-    else
-        goTo(viewpoint);
-}
-
-CameraPose EarthManipulator::poseOf(const Viewpoint& viewpoint) const
-{
-    double heading = 0.0;
-    double pitch = 0.0;
-    anglesOf(_rotation, heading, pitch);
-    if (viewpoint.heading().isSet())
-        heading = wrapAngle(osg::DegreesToRadians(viewpoint.getHeading()));
-    if (viewpoint.pitch().isSet())
-        pitch = osg::DegreesToRadians(viewpoint.getPitch());
-
-    osg::Vec3d center = _center;
-    osg::ref_ptr<osg::Node> node;
-    osg::ref_ptr<MapNode> mapNode;
-    std::optional<osg::Vec3d> followed;
-    if (viewpoint.getNode(node) && (followed = worldCenter(*node)))
-        center = *followed;
-    else if (viewpoint.focalPoint().isSet() && viewpoint.focalPoint()->isValid()) {
-        const GeoPoint point = viewpoint.focalPoint()->transform(_srs);
-        double height = point.z();
-        if (point.isRelative())
-            height += groundHeight(osg::DegreesToRadians(point.y()), osg::DegreesToRadians(point.x()));
-        if (point.isValid() && isFinite(point.vec3d()))
-            center = toWorld(*_ellipsoid,
-                             {osg::DegreesToRadians(point.y()), osg::DegreesToRadians(point.x()), height});
-    }
-    if (viewpoint.positionOffset().isSet())
-        center += frameAt(*_ellipsoid, center) * viewpoint.positionOffset().get();
-    return makePose(*_ellipsoid, center, heading, clampedPitch(pitch),
-                    clampedDistance(viewpoint.range().isSet() ? viewpoint.getRange() : _distance));
-}
-
-void EarthManipulator::goTo(const Viewpoint& viewpoint)
-{
-    setPose(poseOf(viewpoint));
-    collisionDetect();
-}
-
-void EarthManipulator::startFlight(const Viewpoint& viewpoint, double seconds)
-{
-    const auto endOf = [this](const CameraPose& pose) {
-        FlightEnd end;
-        end.place = toGeodetic(*_ellipsoid, pose.center);
-        anglesOf(pose.rotation, end.heading, end.pitch);
-        end.range = pose.distance;
-        return end;
-    };
-    const CameraFlight way(endOf(pose()), endOf(poseOf(viewpoint)), _ellipsoid->getRadiusEquator(),
-                           _settings->getArcViewpointTransitions());
-    if (_settings->getAutoViewpointDurationEnabled()) {
-        double shortest = 0.0;
-        double longest = 0.0;
-        _settings->getAutoViewpointDurationLimits(shortest, longest);
-        seconds = std::clamp(way.feltLength(), shortest, longest);
-    }
-    _motion->flight = Motion::Flight{way, seconds};
-}
-
-bool EarthManipulator::isSettingViewpoint() const
-{
-    return _motion->flight.has_value();
-}
-
-void EarthManipulator::clearFlight()
-{
-    _motion->flight.reset();
-}
-
-void EarthManipulator::clearViewpoint()
-{
-    clearFlight();
-    _tetherNode = nullptr;
-}
-
-void EarthManipulator::setHomeViewpoint(const Viewpoint& viewpoint, double seconds)
-{
-    _homeViewpoint = viewpoint;
-    _homeViewpointDuration = seconds;
-}
-
-void EarthManipulator::setTetherNode(osg::Node* node, double seconds)
-{
-    if (!node) {
-        clearViewpoint();
-        return;
-    }
-    Viewpoint viewpoint;
-    viewpoint.setNode(node);
-    setViewpoint(viewpoint, seconds);
-}
-
-void EarthManipulator::reinitialize()
-{
-    clearViewpoint();
-    flushMouseEventStack();
-    _mouse_down_event = nullptr;
-    _motion->grabbed.reset();
-    _motion->keyAction = ACTION_NULL;
-    _motion->wheel = 0.0;
-    _motion->wheelPoint.reset();
-}
-
-void EarthManipulator::home(double)
-{
-    if (_homeViewpoint.isSet()) {
-        setViewpoint(_homeViewpoint.get(), _homeViewpointDuration);
-        return;
-    }
-    // Without one: the whole globe, north up, over where the camera is.
-    Viewpoint globe;
-    globe.setHeading(0.0);
-    globe.setPitch(-90.0);
-    globe.setRange(4.0 * _ellipsoid->getRadiusEquator());
-    if (established())
-        setViewpoint(globe, _homeViewpointDuration);
-}
-
-void EarthManipulator::home(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
-{
-    home(ea.getTime());
-    aa.requestRedraw();
-}
-
-void EarthManipulator::init(const osgGA::GUIEventAdapter&, osgGA::GUIActionAdapter&)
-{
-    reinitialize();
-}
-
-void EarthManipulator::computeHomePosition(const osg::Camera*, bool) {}
-
-void EarthManipulator::advance(double time, osgGA::GUIActionAdapter& aa)
-{
-    // A frame that took very long must not fling the camera.
-    constexpr double kLongestStep = 0.2;
-    _delta_t = std::clamp(time - _time_s_now, 0.0, kLongestStep);
-    _time_s_now = time;
-    if (!established())
-        return;
-    advanceFlight();
-    advanceTether();
-    advanceKey();
-    advanceWheel();
-    if (!isSettingViewpoint())
-        collisionDetect();
-    const bool moving =
-        isSettingViewpoint() || isTethering() || _motion->keyAction != ACTION_NULL || _motion->wheel != 0.0;
-    aa.requestContinuousUpdate(moving);
-}
-
-void EarthManipulator::advanceFlight()
-{
-    if (!_motion->flight)
-        return;
-    auto& flight = *_motion->flight;
-    if (flight.start < 0.0)
-        flight.start = _time_s_now;
-    const double share = flight.seconds > 0.0 ? (_time_s_now - flight.start) / flight.seconds : 1.0;
-    const FlightEnd now = flight.way.at(eased(share));
-    if (share >= 1.0)
-        clearFlight();
-    setPose(makePose(*_ellipsoid, toWorld(*_ellipsoid, now.place), now.heading, now.pitch, now.range));
-    collisionDetect();
-}
-
-void EarthManipulator::advanceTether()
-{
-    osg::ref_ptr<osg::Node> node;
-    if (isSettingViewpoint() || !_tetherNode.lock(node))
-        return;
-    if (const auto center = worldCenter(*node))
-        setCenter(*center);
-}
 
 HeadingRule EarthManipulator::headingRule() const
 {
     return _settings->getLockAzimuthWhilePanning() ? HeadingRule::KeepNorth : HeadingRule::TurnFreely;
 }
 
-void EarthManipulator::settle()
+void EarthManipulator::settle(const std::function<void(CameraPose&)>& hold)
 {
-    if (!isTethering())
-        recalculateCenterFromLookVector();
-    collisionDetect();
+    CameraPose now = pose();
+    // Coming to the ground, to the pitch limits and clear of a slope each may
+    // move the held point a little, and holding it may break the others.
+    constexpr int kRounds = 4;
+    for (int round = 0; round < kRounds; ++round) {
+        if (hold)
+            hold(now);
+        if (!isTethering())
+            recenter(
+                *_ellipsoid, [this](const Ray& ray) { return groundAlongRay(ray); }, now);
+        const bool turned = limitPitch(pitchLimits(), now);
+        const bool lifted = standClear(SunkenCentre::RisesWithTheEye, now);
+        if (!turned && !lifted)
+            break;
+    }
+    setPose(now);
 }
 
 void EarthManipulator::pan(double dx, double dy)
@@ -270,11 +42,27 @@ void EarthManipulator::pan(double dx, double dy)
         return;
     }
     // Half a window of a 30 degree camera shows 0.27 of the distance; 0.3 is what pan has always meant.
-    const double metres = -0.3 * _distance;
+    constexpr double kWindow = 0.3;
+    if (std::abs(heightOverGround(_center)) > 0.01 * _distance + 1.0)
+        settle();
+    const double metres = -kWindow * _distance;
     CameraPose now = pose();
     slide(*_ellipsoid, dx * metres, dy * metres, headingRule(), now);
+    // The centre goes up hill and down dale, range and angles stay; a cliff is climbed, not leapt.
+    constexpr double kSteepest = 2.0;
+    const double most = kSteepest * std::hypot(dx, dy) * std::abs(metres);
+    Geodetic center = toGeodetic(*_ellipsoid, now.center);
+    center.height -= std::clamp(heightOverGround(now.center), -most, most);
+    now.center = toWorld(*_ellipsoid, center);
+    limitPitch(pitchLimits(), now);
+    standClear(SunkenCentre::RisesWithTheEye, now);
     setPose(now);
-    settle();
+}
+
+double EarthManipulator::heightOverGround(const osg::Vec3d& point) const
+{
+    const Geodetic place = toGeodetic(*_ellipsoid, point);
+    return place.height - groundHeight(place.latitude, place.longitude);
 }
 
 void EarthManipulator::drag(double dx, double dy, osg::View* view)
@@ -289,13 +77,12 @@ void EarthManipulator::drag(double dx, double dy, osg::View* view)
 
 void EarthManipulator::holdGrabbed(osg::View& view)
 {
-    const Ray sight = cursorRay(view.getCamera()->getProjectionMatrix(), _ga_t0->getXnormalized(),
-                                _ga_t0->getYnormalized());
-    CameraPose now = pose();
-    if (bringUnder(*_ellipsoid, *_motion->grabbed, sight, headingRule(), now)) {
-        setPose(now);
-        settle();
-    }
+    constexpr double kFarthest = 4.0; // times as far as it was grabbed
+    const osg::Vec2d cursor = cursorOf(*_ga_t0);
+    const HeldPoint held{_motion->grabbed->point,
+                         cursorRay(view.getCamera()->getProjectionMatrix(), cursor.x(), cursor.y()),
+                         kFarthest * _motion->grabbed->away};
+    settle([&](CameraPose& pose) { bringUnder(*_ellipsoid, held, headingRule(), pose); });
 }
 
 void EarthManipulator::rotate(double dx, double dy)
@@ -309,8 +96,10 @@ void EarthManipulator::rotate(double dx, double dy)
     double heading = 0.0;
     double pitch = 0.0;
     anglesOf(_rotation, heading, pitch);
-    _rotation = rotationOf(wrapAngle(heading + dx), clampedPitch(pitch + dy));
-    collisionDetect();
+    CameraPose now = pose();
+    now.rotation = rotationOf(wrapAngle(heading + dx), clampedPitch(pitch + dy));
+    standClear(SunkenCentre::RisesWithTheEye, now);
+    setPose(now);
 }
 
 void EarthManipulator::zoom(double, double dy)
@@ -321,11 +110,21 @@ void EarthManipulator::zoom(double, double dy)
     settle();
     // One call neither goes through the ground nor leaves the globe for good.
     const double factor = std::clamp(1.0 + dy, 0.05, 20.0);
+    const auto held = isTethering() ? std::nullopt : _motion->anchor;
     CameraPose now = pose();
-    zoomBy(*_ellipsoid, factor, clampedDistance(0.0), clampedDistance(1e300), headingRule(),
-           isTethering() ? std::nullopt : _motion->anchor, now);
+    zoomBy(*_ellipsoid, factor, clampedDistance(0.0), clampedDistance(1e300), headingRule(), held, now);
+    if (!held) {
+        standClear(SunkenCentre::RisesWithTheEye, now);
+        setPose(now);
+        return;
+    }
     setPose(now);
-    collisionDetect();
+    bool justHeld = true;
+    settle([&](CameraPose& pose) {
+        if (!justHeld)
+            holdBelowHorizon(*_ellipsoid, *held, headingRule(), pose);
+        justHeld = false;
+    });
 }
 
 void EarthManipulator::handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view)
