@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <osgEarth/SpatialReference>
+#include <random>
 
 using namespace osgEarth;
 
@@ -83,4 +84,82 @@ TEST(HeightStackEdge, ACragAtTheEdgeDoesNotBecomeARidge)
     const double behind = stack.heightAt(11.1, cragLatitude).value();
     const double beside = stack.heightAt(11.1, cragLatitude + 0.02).value();
     EXPECT_LT(behind - beside, 150.0);
+}
+
+namespace {
+
+/// Hilly samples of the part of `data` that covers `wanted` and one cell beyond.
+HeightStack::Source hills(const TileBounds& data, const TileBounds& wanted, double cell, double scale,
+                          double blendWidth)
+{
+    const auto cells = [cell](double degrees) { return static_cast<int>(std::lround(degrees / cell)); };
+    const auto clampedFloor = [&](double from, double value, int count) {
+        return std::clamp(static_cast<int>(std::floor((value - from) / cell)), 0, count);
+    };
+    const int columns = cells(data.width());
+    const int rows = cells(data.height());
+    const int west = clampedFloor(data.west, wanted.west - cell, columns - 1);
+    const int east = clampedFloor(data.west, wanted.east + 2.0 * cell, columns);
+    const int south = clampedFloor(data.south, wanted.south - cell, rows - 1);
+    const int north = clampedFloor(data.south, wanted.north + 2.0 * cell, rows);
+    std::vector<float> samples;
+    for (int row = north - 1; row >= south; --row)
+        for (int column = west; column < east; ++column)
+            samples.push_back(static_cast<float>(
+                scale * (2.0 + std::sin(40.0 * cell * column) + std::cos(55.0 * cell * row))));
+    const double toSource[6] = {data.west + west * cell, cell, 0.0, data.south + north * cell, 0.0, -cell};
+    return {std::make_shared<HeightWindow>(std::move(samples), east - west, north - south, toSource,
+                                           SpatialReference::get("wgs84"), cell),
+            data, blendWidth};
+}
+
+} // namespace
+
+TEST(HeightStackEdge, ItsReachHoldsAllThatBendingLooksAt)
+{
+    const TileBounds fine{10.0, 40.0, 11.0, 41.0};
+    const TileBounds coarse{0.0, 30.0, 20.0, 50.0};
+    const double width = 0.2;
+    HeightStack whole;
+    whole.add(hills(fine, fine, 0.01, 500.0, 0.0));
+    whole.add(hills(coarse, coarse, 0.1, 300.0, width));
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> longitudes(9.6, 11.3);
+    std::uniform_real_distribution<double> latitudes(39.6, 41.3);
+    std::uniform_real_distribution<double> sizes(0.02, 0.4);
+    std::uniform_real_distribution<double> inside(0.0, 1.0);
+    int beyond = 0;
+    for (int tile = 0; tile < 300; ++tile) {
+        TileBounds place;
+        place.west = longitudes(random);
+        place.south = latitudes(random);
+        place.east = place.west + sizes(random);
+        place.north = place.south + place.east - place.west;
+        HeightStack part;
+        const auto reach = reachInto(fine, place, width);
+        if (reach) {
+            EXPECT_LE(reach->width(), place.width() + 2.0 * width);
+            part.add(hills(fine, *reach, 0.01, 500.0, 0.0));
+        } else
+            ++beyond;
+        part.add(hills(coarse, coarse, 0.1, 300.0, width));
+        for (int i = 0; i < 20; ++i) {
+            const double longitude = place.west + place.width() * inside(random);
+            const double latitude = place.south + place.height() * inside(random);
+            ASSERT_NEAR(part.heightAt(longitude, latitude).value(),
+                        whole.heightAt(longitude, latitude).value(), 1e-6)
+                << longitude << ", " << latitude << " of a tile from " << place.west << ", " << place.south;
+        }
+    }
+    EXPECT_GT(beyond, 0);
+}
+
+TEST(HeightStackEdge, ASmallTileBesideItReachesIntoNoMoreThanTheEdge)
+{
+    const TileBounds data{10.0, 40.0, 11.0, 41.0};
+    const auto reach = reachInto(data, {10.5, 39.95, 10.55, 40.0}, 0.2);
+    ASSERT_TRUE(reach);
+    EXPECT_DOUBLE_EQ(reach->south, 40.0);
+    EXPECT_DOUBLE_EQ(reach->north, 40.0);
+    EXPECT_NEAR(reach->width(), 0.15, 1e-9);
 }

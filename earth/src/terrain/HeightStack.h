@@ -11,6 +11,13 @@ namespace osgEarth {
 class HeightWindow;
 
 /**
+ * What heights inside `place` take from a source that has data in `data`: the
+ * part inside, and what a coarser source looks at beside it where it is bent
+ * within `width` degrees of the edge. Empty when the place is farther away.
+ */
+std::optional<TileBounds> reachInto(const TileBounds& data, const TileBounds& place, double width);
+
+/**
  * Heights of one place from several sources, finest valid first.
  *
  * Where a finer source ends, the coarser one beside it is bent to meet it:

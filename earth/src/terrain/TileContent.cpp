@@ -24,9 +24,6 @@ constexpr double kTypicalShare = 0.35;
 constexpr double kSkirtTexels = 3.0;
 /** Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface. */
 constexpr double kCellsPerSourceCell = 8.0;
-/** Tiles wider than this, degrees, read every source whole; the strip beside an edge is less than a cell
- * there. */
-constexpr double kWidestEdgeRead = 8.0;
 /** A coarse source is bent to meet a finer one within this many of its own cells. */
 constexpr double kBlendCells = 1.5;
 
@@ -78,16 +75,10 @@ TileBounds widened(const TileBounds& bounds, double degrees)
     return {bounds.west - degrees, bounds.south - degrees, bounds.east + degrees, bounds.north + degrees};
 }
 
-bool contains(const TileBounds& outer, const TileBounds& inner)
+TileBounds united(const TileBounds& a, const TileBounds& b)
 {
-    return outer.west <= inner.west && outer.east >= inner.east && outer.south <= inner.south &&
-           outer.north >= inner.north;
-}
-
-TileBounds intersection(const TileBounds& a, const TileBounds& b)
-{
-    return {std::max(a.west, b.west), std::max(a.south, b.south), std::min(a.east, b.east),
-            std::min(a.north, b.north)};
+    return {std::min(a.west, b.west), std::min(a.south, b.south), std::max(a.east, b.east),
+            std::max(a.north, b.north)};
 }
 
 bool covers(const TerrainLayer& layer, const TileBounds& bounds)
@@ -115,19 +106,18 @@ TileHeights readHeights(const TileKey& key, const TileBounds& bounds, const Tile
     double coarsest = 0.0;
     for (const auto& layer : sources.elevations)
         coarsest = std::max(coarsest, layer->getDataResolution());
+    // Sampled one raster step beyond the tile.
+    const TileBounds sampled = widened(bounds, 0.5 * meshCell);
+    std::optional<TileBounds> finerEdges;
     for (const auto& layer : sources.elevations) {
         const double cell = layer->getDataResolution();
-        const double strip = kBlendCells * coarsest;
-        if (!layer->isKeyInRange(key) || !covers(*layer, widened(bounds, strip)))
-            continue;
         const TileBounds data = dataBounds(*layer);
-        // Bending looks at the edge beside the tile in both sources. Inside its own data a finer one is
-        // asked for the tile only; a strip of it would be many samples.
-        TileBounds wanted = widened(bounds, strip);
-        if (cell < coarsest)
-            wanted = contains(data, bounds) || bounds.width() > kWidestEdgeRead
-                         ? widened(bounds, 0.5 * meshCell)
-                         : intersection(wanted, data);
+        const std::optional<TileBounds> reach = reachInto(data, sampled, kBlendCells * coarsest);
+        if (!layer->isKeyInRange(key) || !reach)
+            continue;
+        // A source is compared with the finer ones at their edges.
+        const TileBounds wanted = widened(finerEdges ? united(*reach, *finerEdges) : *reach, 0.5 * meshCell);
+        finerEdges = finerEdges ? united(*reach, *finerEdges) : *reach;
         const GeoExtent extent(key.getExtent().getSRS(), wanted.west, std::max(-90.0, wanted.south),
                                wanted.east, std::min(90.0, wanted.north));
         if (auto window = readHeightWindow(*layer, extent, 0.5 * meshCell, nullptr)) {

@@ -266,6 +266,11 @@ TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, dou
     TileMesh mesh;
     Builder(bounds, raster, mesh).run(tolerance, skirtDepth);
     mesh.hiddenDetail = measureHiddenDetail(raster);
+    // Hundreds of meshes stay in memory.
+    mesh.positions.shrink_to_fit();
+    mesh.normals.shrink_to_fit();
+    mesh.unit.shrink_to_fit();
+    mesh.indices.shrink_to_fit();
     return mesh;
 }
 } // namespace osgEarth
