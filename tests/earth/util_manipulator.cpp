@@ -1,152 +1,13 @@
-#include <gtest/gtest.h>
+#include "ManipulatorFixture.h"
+
+#include <functional>
 #include <osg/Geode>
 #include <osg/MatrixTransform>
 #include <osg/ShapeDrawable>
-#include <osgEarth/SpatialReference>
-#include <osgEarthUtil/EarthManipulator>
-#include <osgViewer/View>
-#include <util/CameraPose.h>
-
-#include <cmath>
-#include <limits>
-
-using namespace osgEarth;
-using namespace osgEarth::Util;
-using EA = osgGA::GUIEventAdapter;
 
 namespace {
 
-constexpr int kWidth = 1280;
-constexpr int kHeight = 800;
-constexpr double kRadius = 6378137.0;
-
-class SpyManipulator : public EarthManipulator
-{
-public:
-    void pan(double dx, double dy) override
-    {
-        ++pans;
-        if (!replacePan)
-            EarthManipulator::pan(dx, dy);
-    }
-    void handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view) override
-    {
-        lastAction = type;
-        EarthManipulator::handleMovementAction(type, dx, dy, view);
-    }
-    int pans = 0;
-    bool replacePan = false;
-    ActionType lastAction = ACTION_NULL;
-};
-
-/** A view on a smooth globe that gets its events by hand, with a clock of its own. */
-class EarthManipulatorTest : public testing::Test
-{
-protected:
-    EarthManipulatorTest()
-    {
-        view->getCamera()->setProjectionMatrixAsPerspective(30.0, double(kWidth) / kHeight, 1.0, 1e8);
-        view->getCamera()->setViewport(0, 0, kWidth, kHeight);
-        manipulator->setNode(root);
-    }
-
-    void showGlobe()
-    {
-        osg::ref_ptr<osg::CoordinateSystemNode> globe = new osg::CoordinateSystemNode;
-        globe->setEllipsoidModel(new osg::EllipsoidModel);
-        root->addChild(globe);
-        frame();
-    }
-
-    /** A globe and a viewpoint on it. */
-    void showAt(double longitude, double latitude, double heading, double pitch, double range)
-    {
-        showGlobe();
-        manipulator->setViewpoint(Viewpoint("test", longitude, latitude, 0.0, heading, pitch, range));
-    }
-
-    osg::ref_ptr<EA> event(EA::EventType type, double x = 0.0, double y = 0.0)
-    {
-        osg::ref_ptr<EA> ea = new EA;
-        ea->setEventType(type);
-        ea->setTime(time);
-        ea->setWindowRectangle(0, 0, kWidth, kHeight);
-        ea->setInputRange(0, 0, kWidth, kHeight);
-        ea->setMouseYOrientation(EA::Y_INCREASING_UPWARDS);
-        ea->setX(static_cast<float>(x));
-        ea->setY(static_cast<float>(y));
-        return ea;
-    }
-
-    bool send(EA* ea) { return manipulator->handle(*ea, *view); }
-
-    void mouse(EA::EventType type, int button, double x, double y, int modkeys = 0)
-    {
-        osg::ref_ptr<EA> ea = event(type, x, y);
-        ea->setButton(button);
-        ea->setButtonMask(type == EA::RELEASE ? 0 : button);
-        ea->setModKeyMask(modkeys);
-        send(ea);
-    }
-
-    void key(EA::EventType type, int code)
-    {
-        osg::ref_ptr<EA> ea = event(type);
-        ea->setKey(code);
-        send(ea);
-    }
-
-    void scroll(EA::ScrollingMotion motion, double x, double y)
-    {
-        osg::ref_ptr<EA> ea = event(EA::SCROLL, x, y);
-        ea->setScrollingMotion(motion);
-        send(ea);
-    }
-
-    void frame(double seconds = 0.025)
-    {
-        time += seconds;
-        send(event(EA::FRAME));
-    }
-
-    void frames(double seconds)
-    {
-        for (double spent = 0.0; spent < seconds; spent += 0.025)
-            frame();
-    }
-
-    /** Pixel at which a world point is drawn. */
-    osg::Vec3d pixelOf(const osg::Vec3d& point)
-    {
-        return point * manipulator->getInverseMatrix() * view->getCamera()->getProjectionMatrix() *
-               view->getCamera()->getViewport()->computeWindowMatrix();
-    }
-
-    osg::Vec3d groundAt(double x, double y)
-    {
-        const Ray ray = transformed(cursorRay(view->getCamera()->getProjectionMatrix(),
-                                              2.0 * x / kWidth - 1.0, 2.0 * y / kHeight - 1.0),
-                                    manipulator->getMatrix());
-        const auto distance = groundAlong(osg::EllipsoidModel(), ray, [](double, double) { return 0.0; });
-        return distance ? ray.origin + ray.direction * *distance : osg::Vec3d();
-    }
-
-    void expectAt(double longitude, double latitude, double heading, double pitch, double range)
-    {
-        const Viewpoint now = manipulator->getViewpoint();
-        ASSERT_TRUE(now.isValid());
-        EXPECT_NEAR(std::remainder(now.focalPoint()->x() - longitude, 360.0), 0.0, 1e-6);
-        EXPECT_NEAR(now.focalPoint()->y(), latitude, 1e-6);
-        EXPECT_NEAR(std::remainder(now.getHeading() - heading, 360.0), 0.0, 1e-6);
-        EXPECT_NEAR(now.getPitch(), pitch, 1e-6);
-        EXPECT_NEAR(now.getRange(), range, 1e-6 * range);
-    }
-
-    double time = 100.0;
-    osg::ref_ptr<osg::Group> root = new osg::Group;
-    osg::ref_ptr<osgViewer::View> view = new osgViewer::View;
-    osg::ref_ptr<SpyManipulator> manipulator = new SpyManipulator;
-};
+using EarthManipulatorTest = ManipulatorFixture;
 
 } // namespace
 
@@ -319,7 +180,15 @@ TEST_F(EarthManipulatorTest, KeysMoveForAsLongAsTheyAreHeld)
                 {EA::KEY_Plus, [](const Viewpoint& v) { return -v.getRange(); }},
                 {EA::KEY_Page_Up, [](const Viewpoint& v) { return -v.getRange(); }},
                 {EA::KEY_Minus, [](const Viewpoint& v) { return v.getRange(); }},
-                {EA::KEY_Page_Down, [](const Viewpoint& v) { return v.getRange(); }}};
+                {EA::KEY_Page_Down, [](const Viewpoint& v) { return v.getRange(); }},
+                {EA::KEY_KP_Right, [](const Viewpoint& v) { return v.focalPoint()->x(); }},
+                {EA::KEY_KP_Up, [](const Viewpoint& v) { return v.focalPoint()->y(); }},
+                {EA::KEY_KP_Left, [](const Viewpoint& v) { return -v.focalPoint()->x(); }},
+                {EA::KEY_KP_Down, [](const Viewpoint& v) { return -v.focalPoint()->y(); }},
+                {EA::KEY_KP_Add, [](const Viewpoint& v) { return -v.getRange(); }},
+                {EA::KEY_KP_Page_Up, [](const Viewpoint& v) { return -v.getRange(); }},
+                {EA::KEY_KP_Subtract, [](const Viewpoint& v) { return v.getRange(); }},
+                {EA::KEY_KP_Page_Down, [](const Viewpoint& v) { return v.getRange(); }}};
     for (const auto& row : rows) {
         showAt(8, 47, 0, -60, 10e3);
         const double before = row.rises(manipulator->getViewpoint());

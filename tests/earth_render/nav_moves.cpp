@@ -9,6 +9,7 @@
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 #include <osgEarth/Terrain>
+#include <random>
 
 using namespace osgEarth;
 using EA = osgGA::GUIEventAdapter;
@@ -233,4 +234,58 @@ TEST_F(MovesOverMountains, AFlightToAnAircraftJoinsItInMotion)
     nav.tick();
     EXPECT_LT((nav.eye() - there).length(), 1e-3);
     EXPECT_FALSE(nav.manipulator->isTethering());
+}
+
+TEST_F(MovesOverMountains, WhateverIsDoneTheEyeStaysClearAndThePitchWithinItsLimits)
+{
+    nav.showAt(-105.5, 37.57, 3500.0, 0.0, -40.0, 2000.0);
+    for (unsigned seed = 1; seed <= 6; ++seed) {
+        std::mt19937 random(seed);
+        const auto between = [&](double least, double most) {
+            return least + (most - least) * (static_cast<double>(random()) / 4294967296.0);
+        };
+        const auto anywhere = [&] {
+            return Viewpoint("", between(-105.6, -105.4), between(37.5, 37.65), between(0.0, 4500.0),
+                             between(-180.0, 180.0), between(-95.0, 0.0), std::exp(between(0.0, 12.0)));
+        };
+        const int keys[] = {EA::KEY_Up,    EA::KEY_Down, EA::KEY_Left,
+                            EA::KEY_Right, EA::KEY_Plus, EA::KEY_Minus};
+        const std::function<void()> moves[] = {
+            [&] { nav.manipulator->setViewpoint(anywhere()); },
+            [&] { nav.manipulator->setViewpoint(anywhere(), between(0.1, 1.0)); },
+            [&] { nav.key(EA::KEYDOWN, keys[random() % 6]); },
+            [&] { nav.key(EA::KEYUP, keys[random() % 6]); },
+            [&] {
+                nav.scroll(random() % 2 ? EA::SCROLL_UP : EA::SCROLL_DOWN, between(0, 640), between(0, 400));
+            },
+            [&] { nav.manipulator->rotate(between(-0.5, 0.5), between(-0.3, 0.6)); },
+            [&] { nav.manipulator->pan(between(-1.0, 1.0), between(-1.0, 1.0)); },
+            [&] { nav.manipulator->zoom(0.0, between(-0.5, 0.5)); },
+            [&] { nav.mouse(EA::DOUBLECLICK, between(0, 640), between(0, 400)); },
+            [&] {
+                const int button = 1 << (random() % 3);
+                double x = between(0, 640);
+                double y = between(0, 400);
+                nav.mouse(EA::PUSH, x, y, button);
+                for (int i = 0; i < 8; ++i) {
+                    nav.mouse(EA::DRAG, x += between(-30, 30), y += between(-30, 30), button);
+                    expectClear("drag");
+                }
+                nav.mouse(EA::RELEASE, x, y, button);
+            }};
+        for (int step = 0; step < 300 && !HasFailure(); ++step) {
+            SCOPED_TRACE("seed " + std::to_string(seed) + " step " + std::to_string(step));
+            moves[random() % std::size(moves)]();
+            expectClear("move");
+            for (unsigned i = 0; i < random() % 12; ++i) {
+                nav.tick();
+                expectClear("frame");
+            }
+            if (step % 10 == 0) {
+                nav.draw();
+                nav.tick();
+                expectClear("new tiles");
+            }
+        }
+    }
 }

@@ -62,7 +62,6 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
         return false;
     switch (ea.getEventType()) {
     case EA::PUSH:
-    case EA::RELEASE:
     case EA::DRAG:
     case EA::DOUBLECLICK:
     case EA::SCROLL:
@@ -92,15 +91,16 @@ bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIAction
         return true;
     }
     case EA::DOUBLECLICK: {
-        _motion->afterDoubleClick = true;
         addMouseEvent(ea);
         const Action& action =
             _settings->getAction(EVENT_MOUSE_DOUBLE_CLICK, ea.getButton(), ea.getModKeyMask());
-        if (!handlePointAction(action, ea.getX(), ea.getY(), aa.asView()))
-            return false;
-        resetMouse(aa);
-        aa.requestRedraw();
-        return true;
+        const bool used = handlePointAction(action, ea.getX(), ea.getY(), aa.asView());
+        if (used) {
+            resetMouse(aa);
+            aa.requestRedraw();
+        }
+        _motion->afterDoubleClick = true;
+        return used;
     }
     case EA::SCROLL: {
         addMouseEvent(ea);
@@ -158,7 +158,8 @@ void EarthManipulator::handlePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIAc
 
 void EarthManipulator::handleRelease(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
-    if (isMouseClick(&ea)) {
+    const bool placed = hasPlace(ea); // a release ends a drag wherever it is
+    if (placed && isMouseClick(&ea)) {
         addMouseEvent(ea);
         handleMouseClickAction(_settings->getAction(EVENT_MOUSE_CLICK, ea.getButton(), ea.getModKeyMask()));
     }
@@ -168,7 +169,7 @@ void EarthManipulator::handleRelease(const osgGA::GUIEventAdapter& ea, osgGA::GU
     _motion->grabbed.reset();
     _motion->afterDoubleClick = false;
     // One of two buttons let go: the drag goes on with the other.
-    if (ea.getButtonMask() != 0) {
+    if (placed && ea.getButtonMask() != 0) {
         addMouseEvent(ea);
         grab(ea, aa.asView());
     }
@@ -300,7 +301,7 @@ bool EarthManipulator::handleScrollAction(const Action& action, double)
 bool EarthManipulator::handlePointAction(const Action& action, float mx, float my, osg::View* view)
 {
     if (action._type == ACTION_HOME) {
-        goHome();
+        home(_time_s_now);
         return true;
     }
     osg::Vec3d point;

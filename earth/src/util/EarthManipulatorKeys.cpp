@@ -25,14 +25,17 @@ bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds
 {
     if (action._type == ACTION_NULL)
         return false;
-    if (action._type == ACTION_HOME) {
-        goHome();
-        return true;
-    }
-    clearFlight();
     Motion::HeldKey fresh{action._type, 0.0};
-    if (!action.getBoolOption(OPTION_CONTINUOUS, false))
-        fresh.most = kStep;
+    if (action._type == ACTION_HOME) {
+        const auto found = _motion->keys.find(_motion->key);
+        if (found == _motion->keys.end() || found->second.action != ACTION_HOME)
+            home(_time_s_now); // once, however often the key repeats
+        fresh.most = 0.0;
+    } else {
+        clearFlight();
+        if (!action.getBoolOption(OPTION_CONTINUOUS, false))
+            fresh.most = kStep;
+    }
     Motion::HeldKey& held = _motion->keys.try_emplace(_motion->key, fresh).first->second;
     if (held.action != action._type)
         held = fresh; // the same key, with another modifier
@@ -42,16 +45,6 @@ bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds
         other.until = std::max(other.until, _time_s_now + kKeyHold);
     held.until = _time_s_now + std::clamp(seconds, 0.0, kKeyHold);
     return true;
-}
-
-void EarthManipulator::goHome()
-{
-    // A key held down repeats; the flight it began goes on.
-    if (_motion->flight && _motion->flight->home)
-        return;
-    home(_time_s_now);
-    if (_motion->flight)
-        _motion->flight->home = true;
 }
 
 void EarthManipulator::releaseKey(int key, int modkeys)
@@ -96,7 +89,8 @@ void EarthManipulator::advanceKeys()
                 moves[step.type] += osg::Vec2d(step.dx, step.dy) * seconds;
         }
         held.moved += seconds;
-        const bool over = _time_s_now > held.until || (held.released && held.moved >= kTap);
+        const bool over =
+            _time_s_now > held.until || (held.released && held.moved >= std::min(kTap, held.most));
         it = over ? _motion->keys.erase(it) : std::next(it);
     }
     osg::ref_ptr<osg::View> view;

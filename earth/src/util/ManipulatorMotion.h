@@ -20,7 +20,6 @@ struct EarthManipulator::Motion
         FlightEnd from;
         Viewpoint goal; ///< leaves nothing open
         double seconds;
-        bool home = false;
         bool begun = false; ///< the first frame is where it starts
         double elapsed = 0.0;
         double lift =
