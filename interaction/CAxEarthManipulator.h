@@ -155,7 +155,6 @@ private:
         osg::Vec3d LngLatPos() const { return {lngLat[0], lngLat[1], lngLat[2]}; }
         // The altitude, or the height of the model that was hit.
         float Altitude() const { return modelHit ? lngLat[3] : lngLat[2]; }
-        bool IsNothing() const { return world == osg::Vec3d(); }
     };
 
     // Dispatch

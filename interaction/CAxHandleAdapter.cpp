@@ -10,7 +10,11 @@ CAxHandleAdapter::CAxHandleAdapter(CAxEarthViewer* earthViewer, QObject* parent)
 {
 }
 
-CAxHandleAdapter::~CAxHandleAdapter() = default;
+CAxHandleAdapter::~CAxHandleAdapter()
+{
+    if (viewer)
+        viewer->forget(this);
+}
 
 void CAxHandleAdapter::ResponseDoubleClickOnPoint(int, osg::Vec3d) {}
 
@@ -49,7 +53,7 @@ void CAxHandleAdapter::UpdateCurrentOperate()
 void CAxHandleAdapter::ReturnLastOperate()
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(handleID);
-    if (!block)
+    if (!block || !viewer)
         return;
     QList<osg::Vec3d> points;
     for (const QPointF& point : block->GetAnchor())

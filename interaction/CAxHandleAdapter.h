@@ -10,6 +10,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <vector>
@@ -31,6 +32,7 @@ class AXEARTHVIEWER_EXPORT CAxHandleAdapter : public QObject
     Q_OBJECT
 public:
     CAxHandleAdapter(CAxEarthViewer* viewer, QObject* parent);
+    /// The viewer forgets it wherever it kept it.
     ~CAxHandleAdapter() override;
 
     /// Judges the geometry: 1 or more accepts it, 0 or less rejects it; -2
@@ -78,7 +80,7 @@ protected:
     /// Takes the vertices from the block record, altitudes from the map; nothing when there is none.
     void ReturnLastOperate();
 
-    CAxEarthViewer* viewer;
+    QPointer<CAxEarthViewer> viewer;
     osg::ref_ptr<osg::Geode> featureNode;
     CAxHandleAdapterEditor* anchorEditor = nullptr;
     QString handleID;

@@ -218,6 +218,10 @@ private slots:
     void slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
 
 private:
+    // A map object that ends takes itself out of the registry and the selection.
+    friend class CAxHandleAdapter;
+    void forget(CAxHandleAdapter* adapter);
+
     void initParameters();
     void initOverlays();
     void setUpViewerInWindow(int x, int y, int width, int height);

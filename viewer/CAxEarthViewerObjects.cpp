@@ -9,6 +9,15 @@ void CAxEarthViewer::_SetCurHandleAdapter(CAxHandleAdapter* adapter)
     curHandleAdapter = adapter;
 }
 
+void CAxEarthViewer::forget(CAxHandleAdapter* adapter)
+{
+    for (auto entry = adapterRegistry.begin(); entry != adapterRegistry.end();)
+        entry = entry->second == adapter ? adapterRegistry.erase(entry) : std::next(entry);
+    multiSelectAdapters.removeAll(adapter);
+    if (curHandleAdapter == adapter)
+        _SetCurHandleAdapter(nullptr);
+}
+
 void CAxEarthViewer::SetShapeFactory(EToolType tool, ShapeFactory factory)
 {
     if (factory)
