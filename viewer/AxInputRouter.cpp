@@ -145,11 +145,11 @@ void AxInputRouter::KeyRelease(const QKeyEvent& event)
 
 void AxInputRouter::ReleaseAll()
 {
-    SetModifiers(Qt::NoModifier);
     for (const HeldKey& held : qAsConst(heldKeys))
         if (held.qtKey != Qt::Key_Delete)
             Queue()->keyRelease(held.symbol, Queue()->getTime());
     heldKeys.clear();
+    SetModifiers(Qt::NoModifier);
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton, Qt::RightButton})
         if (heldButtons.testFlag(button))
             Queue()->mouseButtonRelease(0.0f, 0.0f, Button(button), Queue()->getTime());

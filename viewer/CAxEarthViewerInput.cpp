@@ -12,6 +12,20 @@ namespace {
 // Kinds of host application that follow the modifier keys.
 constexpr int appTypeOne = 1;
 constexpr int appTypeThree = 3;
+
+Qt::KeyboardModifiers OwnModifier(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+        return Qt::ShiftModifier;
+    case Qt::Key_Control:
+        return Qt::ControlModifier;
+    case Qt::Key_Alt:
+        return Qt::AltModifier;
+    default:
+        return Qt::NoModifier;
+    }
+}
 } // namespace
 
 void CAxEarthViewer::setKeyboardModifiers(Qt::KeyboardModifiers modifiers)
@@ -89,8 +103,13 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
         QGraphicsView::keyReleaseEvent(event);
         return;
     }
-    setKeyboardModifiers(event->modifiers());
+    // Qt counts a modifier as gone in its own release; the scene hears of the
+    // release under the modifiers that were held, or Shift would never end a
+    // tool that it took up.
+    const Qt::KeyboardModifiers own = OwnModifier(event->key());
+    setKeyboardModifiers(event->modifiers() | own);
     input->KeyRelease(*event);
+    input->SetModifiers(event->modifiers() & ~own);
     QGraphicsView::keyReleaseEvent(event);
     if (event->key() == Qt::Key_Delete)
         emit signalHandleKeyDelete();
