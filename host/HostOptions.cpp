@@ -28,6 +28,12 @@ const OptionText optionTexts[] = {
     {"report", nullptr,
      QT_TRANSLATE_NOOP("HostOptions",
                        "Print a line when the map is loaded and when its picture is complete.")},
+    {"log", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions", "Write every signal and where the camera comes to rest to FILE, one "
+                                      "JSON object a line; - is the standard output.")},
+    {"no-voice", nullptr,
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Do not speak. Runs that end by themselves (--tour, --shot, --quit-after) never do.")},
     {"lang", "LOCALE", QT_TRANSLATE_NOOP("HostOptions", "Language of the texts: en or zh_CN.")},
 };
 
@@ -90,6 +96,8 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     HostOptions options;
     options.help = isSet("help");
     options.report = isSet("report");
+    options.noVoice = isSet("no-voice");
+    options.logFile = value("log");
     options.tourFolder = value("tour");
     options.shotFile = value("shot");
     options.mapFile = value("map");

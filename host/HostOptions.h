@@ -16,13 +16,21 @@ struct HostOptions
 public:
     bool help = false;
     bool report = false; ///< print when the map is loaded and when its picture is complete
-    QString tourFolder;  ///< empty: no tour
-    QString mapFile;     ///< empty: the rule by network state
-    QString shotFile;    ///< empty: no picture
-    QString language;    ///< empty: the system's
+    bool noVoice = false;
+    QString logFile;    ///< empty: none; "-": standard output
+    QString tourFolder; ///< empty: no tour
+    QString mapFile;    ///< empty: the rule by network state
+    QString shotFile;   ///< empty: no picture
+    QString language;   ///< empty: the system's
     QSize size{1440, 900};
     std::optional<TourStop> view;
     std::optional<double> quitAfterSeconds;
+
+    /// Whether nobody is expected at the window: the run ends by itself.
+    bool IsUnattended() const
+    {
+        return !tourFolder.isEmpty() || !shotFile.isEmpty() || quitAfterSeconds.has_value();
+    }
 };
 
 /// Reads the arguments, the program's name not among them. On a mistake

@@ -1,13 +1,16 @@
 #include "host/MainWindow.h"
+#include "host/EventLog.h"
 #include "host/LogPanel.h"
 #include "host/SignalRelay.h"
 #include "host/Tour.h"
+#include "host/Voice.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QDockWidget>
+#include <QEvent>
 #include <QFileDialog>
 #include <QLabel>
 #include <QMenuBar>
@@ -18,6 +21,8 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+#include <functional>
+
 namespace {
 QTreeWidget* MakeList(const QStringList& columns)
 {
@@ -26,22 +31,38 @@ QTreeWidget* MakeList(const QStringList& columns)
     list->setRootIsDecorated(false);
     return list;
 }
+
+// Of the manipulator's signals those that tell of something that a person has done.
+bool IsForPeople(const QString& signal)
+{
+    static const QStringList told{
+        QStringLiteral("mouseLeftBtnClick"),       QStringLiteral("mouseLeftBtnClickSignal"),
+        QStringLiteral("mouseLeftBtnDoubleClick"), QStringLiteral("signalRightBtnPicked"),
+        QStringLiteral("signalHandleKeyDelete"),   QStringLiteral("signalMouseLeftBtnClickModelLayer"),
+    };
+    return told.contains(signal);
+}
 } // namespace
 
-MainWindow::MainWindow(const HostOptions& hostOptions)
-    : options(hostOptions), viewer(new CAxEarthViewer(this)), log(new LogPanel), state(new QLabel)
+MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
+    : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
+      place(new QLabel), state(new QLabel)
 {
     setWindowTitle(tr("Ground control"));
     setCentralWidget(viewer);
     BuildPanels();
     BuildMenus();
+    statusBar()->addPermanentWidget(place);
     statusBar()->addPermanentWidget(state);
     resize(options.size);
 
-    new SignalRelay(
-        viewer, CAxEarthViewer::staticMetaObject, [this](const QString& line) { log->AppendLine(line); },
-        viewer);
+    RelaySignals();
+    connect(viewer->getManipulator(), &CAxEarthManipulator::mouseLeftBtnMove, this, &MainWindow::ShowPlace);
+    viewer->viewport()->installEventFilter(this);
+    if (!options.noVoice && !options.IsUnattended())
+        new Voice(viewer, this);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &MainWindow::OnLoaded);
+    viewer->setFocus();
 }
 
 MainWindow::~MainWindow()
@@ -70,6 +91,37 @@ void MainWindow::BuildPanels()
     QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
     resizeDocks({logPanel}, {options.size.height() / 7}, Qt::Vertical);
     resizeDocks({panels.first()}, {options.size.width() / 6}, Qt::Horizontal);
+}
+
+void MainWindow::RelaySignals()
+{
+    const auto relay = [this](const char* from, const QString& name, const QJsonArray& arguments) {
+        events.Signal(from, name, arguments);
+        if (QLatin1String(from) == QLatin1String("viewer") || IsForPeople(name))
+            log->AppendLine(SignalText(name, arguments));
+    };
+    using namespace std::placeholders;
+    new SignalRelay(viewer, CAxEarthViewer::staticMetaObject, std::bind(relay, "viewer", _1, _2), viewer);
+    new SignalRelay(viewer->getManipulator(), CAxEarthManipulator::staticMetaObject,
+                    std::bind(relay, "manipulator", _1, _2), viewer);
+}
+
+void MainWindow::ShowPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos)
+{
+    if (worldCoordPos == osg::Vec3d()) {
+        place->clear();
+        return;
+    }
+    place->setText(tr("Longitude %1\302\260, latitude %2\302\260, altitude %3 m")
+                       .arg(QString::number(lngLatPos.x(), 'f', 6), QString::number(lngLatPos.y(), 'f', 6),
+                            QString::number(lngLatPos.z(), 'f', 1)));
+}
+
+bool MainWindow::eventFilter(QObject* object, QEvent* event)
+{
+    if (object == viewer->viewport() && event->type() == QEvent::Leave)
+        place->clear();
+    return QMainWindow::eventFilter(object, event);
 }
 
 void MainWindow::BuildMenus()
@@ -103,8 +155,24 @@ void MainWindow::BuildMenus()
     for (QDockWidget* panel : qAsConst(panels))
         view->addAction(panel->toggleViewAction());
 
+    BuildNavigateMenu();
+
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, &MainWindow::ShowAbout);
+}
+
+void MainWindow::BuildNavigateMenu()
+{
+    // The keys behind a tab belong to the globe and only stand there to be learnt.
+    CAxEarthManipulator* camera = viewer->getManipulator();
+    QMenu* navigate = menuBar()->addMenu(tr("&Navigate"));
+    navigate->addAction(tr("&Home\tHome"), this, [camera] { camera->home(0.0); });
+    navigate->addAction(tr("&North up"), camera, [camera] { camera->slotHeading(0.0); });
+    navigate->addAction(tr("Straight &down"), camera, &CAxEarthManipulator::slotResetPitch);
+    navigate->addSeparator();
+    // A fifth nearer, and exactly back.
+    navigate->addAction(tr("Zoom &in\t+"), camera, [camera] { camera->slotZoom(400.0); });
+    navigate->addAction(tr("Zoom &out\t-"), camera, [camera] { camera->slotZoom(-500.0); });
 }
 
 bool MainWindow::StartViewer()
@@ -122,6 +190,8 @@ void MainWindow::OnLoaded()
     state->setText(tr("Ready"));
     if (options.report)
         ReportProgress();
+    if (events.IsOpen())
+        events.Follow(viewer);
     QVector<Tour::Stop> stops;
     if (!options.shotFile.isEmpty())
         stops += {options.view ? options.view->Viewpoint() : osgEarth::Viewpoint(), options.shotFile};

@@ -1,9 +1,12 @@
 #pragma once
 #include "host/HostOptions.h"
 
+#include <osg/Vec3d>
+
 #include <QMainWindow>
 
 class CAxEarthViewer;
+class EventLog;
 class LogPanel;
 class QDockWidget;
 class QLabel;
@@ -16,7 +19,8 @@ class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    explicit MainWindow(const HostOptions& options);
+    /// `events` hears what happens in the viewer when it is open; it outlives the window.
+    MainWindow(const HostOptions& options, EventLog& events);
     ~MainWindow() override;
 
     /// Starts the globe; false when the video adapter cannot show it.
@@ -25,22 +29,29 @@ public:
     /// Writes the window's picture with the globe in it.
     bool SavePicture(const QString& file);
 
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 signals:
     /// What the command line asked for is done; the program may end with this status.
     void Done(int status);
 
 private:
     void BuildMenus();
+    void BuildNavigateMenu();
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
     void BuildPanels();
+    void RelaySignals();
     void OnLoaded();
+    void ShowPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
     void ReportProgress();
     void OnSavePicture();
     void ShowAbout();
 
     HostOptions options;
     CAxEarthViewer* viewer;
+    EventLog& events;
     LogPanel* log;
+    QLabel* place; ///< what is under the mouse
     QLabel* state;
     QList<QDockWidget*> panels;
 };

@@ -1,24 +1,49 @@
 #include "host/SignalRelay.h"
 
+#include <osg/Drawable>
+#include <osg/Vec3d>
+
 #include <QStringList>
 #include <QVariant>
 
 namespace {
-QString ArgumentText(int type, const void* value)
+// Types that Qt's type system does not know are told by their names.
+QJsonValue ArgumentValue(const QByteArray& typeName, int type, const void* value)
 {
+    if (typeName == "osg::Vec3d") {
+        const auto& vector = *static_cast<const osg::Vec3d*>(value);
+        return QJsonArray{vector.x(), vector.y(), vector.z()};
+    }
+    if (typeName == "osg::Drawable*") {
+        const osg::Drawable* drawable = *static_cast<osg::Drawable* const*>(value);
+        return drawable ? QJsonValue(QString::fromStdString(drawable->getName())) : QJsonValue();
+    }
     if (type == QMetaType::UnknownType)
-        return QStringLiteral("?");
-    QVariant variant(type, value);
+        return {};
     if (type == QMetaType::QVariant)
-        variant = *static_cast<const QVariant*>(value);
-    if (variant.canConvert<QStringList>() && variant.type() == QVariant::StringList)
-        return QLatin1Char('[') + variant.toStringList().join(QStringLiteral(", ")) + QLatin1Char(']');
-    return variant.canConvert<QString>() ? variant.toString() : QString::fromLatin1(variant.typeName());
+        return QJsonValue::fromVariant(*static_cast<const QVariant*>(value));
+    const QVariant variant(type, value);
+    return variant.type() < QVariant::UserType ? QJsonValue::fromVariant(variant)
+                                               : QJsonValue(variant.toInt());
+}
+
+QString ValueText(const QJsonValue& value)
+{
+    constexpr int digits = 10;
+    if (value.isDouble())
+        return QString::number(value.toDouble(), 'g', digits);
+    if (value.isNull())
+        return QStringLiteral("?");
+    if (!value.isArray())
+        return value.toVariant().toString();
+    QStringList texts;
+    for (const QJsonValue item : value.toArray())
+        texts += ValueText(item);
+    return QLatin1Char('[') + texts.join(QStringLiteral(", ")) + QLatin1Char(']');
 }
 } // namespace
 
-SignalRelay::SignalRelay(QObject* sender, const QMetaObject& type,
-                         std::function<void(const QString&)> reporter, QObject* parent)
+SignalRelay::SignalRelay(QObject* sender, const QMetaObject& type, Report reporter, QObject* parent)
     : QObject(parent), report(std::move(reporter))
 {
     for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
@@ -38,10 +63,19 @@ int SignalRelay::qt_metacall(QMetaObject::Call call, int id, void** arguments)
         return id;
     if (id < sources.size()) {
         const QMetaMethod& source = sources[id];
-        QStringList texts;
+        const QList<QByteArray> typeNames = source.parameterTypes();
+        QJsonArray values;
         for (int i = 0; i < source.parameterCount(); ++i)
-            texts += ArgumentText(source.parameterType(i), arguments[i + 1]);
-        report(QStringLiteral("%1(%2)").arg(QLatin1String(source.name()), texts.join(QStringLiteral(", "))));
+            values += ArgumentValue(typeNames[i], source.parameterType(i), arguments[i + 1]);
+        report(QLatin1String(source.name()), values);
     }
     return id - sources.size();
+}
+
+QString SignalText(const QString& name, const QJsonArray& arguments)
+{
+    QStringList texts;
+    for (const QJsonValue argument : arguments)
+        texts += ValueText(argument);
+    return QStringLiteral("%1(%2)").arg(name, texts.join(QStringLiteral(", ")));
 }

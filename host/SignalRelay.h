@@ -1,4 +1,5 @@
 #pragma once
+#include <QJsonArray>
 #include <QMetaMethod>
 #include <QObject>
 #include <QVector>
@@ -7,15 +8,18 @@
 
 /**
  * Listens to every signal that a class declares itself, whatever its
- * arguments, and reports each emission as one line: "name(first, second)".
- * Owned by its parent. Signals are reported on the thread that emits them.
+ * arguments, and reports each emission: the signal's name and its arguments as
+ * JSON values (vectors as arrays, drawables by their names, unknown types as
+ * null). Owned by its parent. Signals are reported on the thread that emits
+ * them.
  */
 class SignalRelay : public QObject
 {
 public:
+    using Report = std::function<void(const QString& name, const QJsonArray& arguments)>;
+
     /// `type` is the class whose own signals are wanted, `sender` an object of it.
-    SignalRelay(QObject* sender, const QMetaObject& type, std::function<void(const QString&)> report,
-                QObject* parent);
+    SignalRelay(QObject* sender, const QMetaObject& type, Report report, QObject* parent);
 
     int SignalCount() const { return sources.size(); }
 
@@ -25,5 +29,8 @@ public:
 
 private:
     QVector<QMetaMethod> sources;
-    std::function<void(const QString&)> report;
+    Report report;
 };
+
+/// One line for people: "name(first, second)", lists and vectors in brackets.
+QString SignalText(const QString& name, const QJsonArray& arguments);

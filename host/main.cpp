@@ -1,3 +1,4 @@
+#include "host/EventLog.h"
 #include "host/HostOptions.h"
 #include "host/MainWindow.h"
 #include "viewer/AxSceneLog.h"
@@ -37,7 +38,15 @@ int main(int argc, char** argv)
     AxRouteSceneLog();
     AxInstallTranslations(options->language.isEmpty() ? QLocale::system() : QLocale(options->language));
 
-    MainWindow window(*options);
+    EventLog events;
+    QString error;
+    if (!options->logFile.isEmpty() && !events.Open(options->logFile, error)) {
+        QTextStream(stderr)
+            << "AxGroundControl: "
+            << HostOptions::tr("--log: '%1' cannot be written: %2").arg(options->logFile, error) << Qt::endl;
+        return exitWrongUse;
+    }
+    MainWindow window(*options, events);
     QObject::connect(&window, &MainWindow::Done, &app, &QApplication::exit);
     window.show();
     // The window stands before the map loads, and the viewer's boxes have a running event loop.

@@ -171,6 +171,18 @@
         <source>Usage: AxGroundControl [options]</source>
         <translation>用法：AxGroundControl [选项]</translation>
     </message>
+    <message>
+        <source>Write every signal and where the camera comes to rest to FILE, one JSON object a line; - is the standard output.</source>
+        <translation>把每个信号以及相机停下的位置写入 FILE，每行一个 JSON 对象；- 表示标准输出。</translation>
+    </message>
+    <message>
+        <source>Do not speak. Runs that end by themselves (--tour, --shot, --quit-after) never do.</source>
+        <translation>不播报语音。会自行结束的运行（--tour、--shot、--quit-after）从不播报。</translation>
+    </message>
+    <message>
+        <source>--log: '%1' cannot be written: %2</source>
+        <translation>--log：无法写入“%1”：%2</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -306,6 +318,34 @@ A small host for the AxEarthViewer globe. MIT licence; the NOTICE file credits t
 
 AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数据来源见 NOTICE 文件。</translation>
     </message>
+    <message>
+        <source>&amp;Navigate</source>
+        <translation>导航(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Home	Home</source>
+        <translation>初始视图(&amp;H)	Home</translation>
+    </message>
+    <message>
+        <source>&amp;North up</source>
+        <translation>正北朝上(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Straight &amp;down</source>
+        <translation>垂直俯视(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in	+</source>
+        <translation>放大(&amp;I)	+</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out	-</source>
+        <translation>缩小(&amp;O)	-</translation>
+    </message>
+    <message>
+        <source>Longitude %1°, latitude %2°, altitude %3 m</source>
+        <translation>经度 %1°，纬度 %2°，高度 %3 米</translation>
+    </message>
 </context>
 <context>
     <name>Tour</name>
@@ -316,6 +356,17 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>%1: the picture cannot be written</source>
         <translation>%1：无法写入图片</translation>
+    </message>
+</context>
+<context>
+    <name>Voice</name>
+    <message>
+        <source>The map has been loaded.</source>
+        <translation>地图已加载。</translation>
+    </message>
+    <message>
+        <source>Position picked.</source>
+        <translation>已选取位置。</translation>
     </message>
 </context>
 </TS>

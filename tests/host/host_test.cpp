@@ -58,7 +58,7 @@ TEST(Host, HelpNamesEveryOptionAndNeedsNoDisplay)
     const QString text = QString::fromUtf8(host.readAllStandardOutput());
     for (const char* option :
          {"--tour DIR", "--map FILE", "--size WxH", "--view lon,lat,alt,heading,pitch,range", "--shot FILE",
-          "--quit-after S", "--lang LOCALE", "--help"})
+          "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
         EXPECT_TRUE(text.contains(QLatin1String(option))) << option;
 }
 
@@ -84,6 +84,7 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         {{"--quit-after", "-1"}, "--quit-after"},
         {{"--lang", "xx"}, "--lang"},
         {{"--map", "no/such/map.earth"}, "no/such/map.earth"},
+        {{"--log", "no/such/folder/log"}, "no/such/folder/log"},
     };
     for (const Row& row : rows) {
         const Outcome outcome = RunHost(row.arguments);
