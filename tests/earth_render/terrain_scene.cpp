@@ -126,6 +126,34 @@ TEST_F(TerrainSceneTest, MountainsFromNearbyShowNoCrackBetweenTiles)
     EXPECT_GE(tones.size(), 6u) << "relief is told apart by shade";
 }
 
+TEST_F(TerrainSceneTest, GroundThatComesIntoViewIsDrawnAtOnceAndThenAsSharpAsEver)
+{
+    const auto look = [](OffscreenGlobe& at, double heading) {
+        at.lookAt(-105.0, 37.4, 2500.0, heading, -40.0, 15e3);
+    };
+    look(*globe, 0.0);
+    ASSERT_TRUE(globe->drawUntilComplete());
+    for (const double heading : {15.0, 30.0, 60.0, 90.0, 180.0}) {
+        look(*globe, heading);
+        globe->frame();
+        int holes = 0;
+        for (int y = 0; y < OffscreenGlobe::kHeight; y += 2)
+            for (int x = 0; x < OffscreenGlobe::kWidth; x += 2)
+                holes += OffscreenGlobe::isHole(globe->pixel(x, y));
+        EXPECT_EQ(holes, 0) << "heading " << heading;
+    }
+    ASSERT_TRUE(globe->drawUntilComplete());
+
+    OffscreenGlobe fresh(shippedGlobe());
+    look(fresh, 180.0);
+    ASSERT_TRUE(fresh.drawUntilComplete());
+    int different = 0;
+    for (int y = 0; y < OffscreenGlobe::kHeight; ++y)
+        for (int x = 0; x < OffscreenGlobe::kWidth; ++x)
+            different += globe->pixel(x, y) != fresh.pixel(x, y);
+    EXPECT_EQ(different, 0) << "pixels that depend on the way the camera came";
+}
+
 TEST_F(TerrainSceneTest, HeightsAreTheSourcesOnceTheFinestTileIsThere)
 {
     globe->lookAt(-105.0, 37.4, 2500.0, 0.0, -90.0, 1500.0);

@@ -144,6 +144,27 @@ bool pictureIsRefinable(const TileSources& sources, const TileBounds& bounds)
     return std::any_of(sources.images.begin(), sources.images.end(), finer) ||
            std::any_of(sources.elevations.begin(), sources.elevations.end(), finer);
 }
+/**
+ * Height, metres, by which deeper tiles may rise above this one's samples:
+ * the bounds must hold them, or they would be culled with their parent.
+ */
+double headroom(const TileContent& content)
+{
+    constexpr double kCoarse = 3000.0;
+    constexpr unsigned kTrustedLevel = 8;
+    const double fromDetail = 12.0 * content.geometricError + 50.0;
+    return content.key.getLOD() < kTrustedLevel ? std::max(kCoarse, fromDetail) : fromDetail;
+}
+
+TileBulk bulkOf(const TileContent& content)
+{
+    const TileMesh& mesh = content.mesh;
+    double radius = 0.0;
+    for (const osg::Vec3f& position : mesh.positions)
+        radius = std::max(radius, static_cast<double>(position.length()));
+    const double spare = headroom(content);
+    return {{mesh.origin, radius + spare}, occludeeOf(mesh.origin, mesh.positions, spare)};
+}
 } // namespace
 
 double TileContent::heightAt(double longitude, double latitude) const
@@ -181,7 +202,8 @@ TileBounds boundsOf(const TileKey& key)
 }
 
 std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const TileSources& sources,
-                                                   const std::optional<TileTexture>& parent, int revision)
+                                                   const std::optional<TileTexture>& parent,
+                                                   const PictureWish& wishesPicture, int revision)
 {
     auto content = std::make_shared<TileContent>();
     content->key = key;
@@ -198,8 +220,14 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     if (read.fullResolution)
         content->sourceHeights = read.stack;
 
-    if (parent && !parent->refinable) {
+    const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * 6378137.0);
+    const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
+    content->geometricError = kTypicalShare * content->mesh.simplificationError + hidden + sagitta;
+    content->bulk = bulkOf(*content);
+
+    if (parent && !(parent->refinable && wishesPicture(content->bulk))) {
         content->texture = *parent;
+        content->borrowsPicture = parent->refinable;
     } else {
         const ReliefShade shade(bounds, raster);
         content->texture.state = makeTileStateSet(composeTilePicture(key, bounds, sources, shade));
@@ -207,10 +235,6 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
         content->texture.level = key.getLOD();
         content->texture.refinable = pictureIsRefinable(sources, bounds);
     }
-
-    const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * 6378137.0);
-    const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
-    content->geometricError = kTypicalShare * content->mesh.simplificationError + hidden + sagitta;
     content->refinable =
         key.getLOD() < kDeepestLevel && (content->texture.refinable || content->geometricError > 0.02);
     return content;

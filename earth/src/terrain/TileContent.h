@@ -3,14 +3,17 @@
 
 #include "HeightRaster.h"
 #include "HeightStack.h"
+#include "Horizon.h"
 #include "TileMesh.h"
 
+#include <osg/BoundingSphere>
 #include <osg/Image>
 #include <osg/ref_ptr>
 #include <osg/StateSet>
 #include <osgEarth/Map>
 #include <osgEarth/TileKey>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,13 +29,23 @@ struct TileTexture
     bool refinable = true;
 };
 
+/** Where a tile and all deeper ones in its place can be, for tests of visibility. */
+struct TileBulk
+{
+    osg::BoundingSphered sphere;
+    OccludeePoint occludee;
+};
+
 /** All that a tile is made of. Immutable once made, shared between threads. */
 struct TileContent
 {
     TileKey key;
     TileBounds bounds;
     TileMesh mesh;
+    TileBulk bulk;
     TileTexture texture;
+    /** Whether the picture is an ancestor's although the tile's own would show more. */
+    bool borrowsPicture = false;
     /** The mesh's grid; answers height queries where no window does. */
     HeightRaster heights;
     /** Source samples at full resolution; empty on coarse levels. */
@@ -64,13 +77,18 @@ TileBounds boundsOf(const TileKey& key);
 /** Deepest level at all: tiles of 0.15 m a texel. */
 constexpr unsigned kDeepestLevel = 19;
 
+/** Answers whether a tile in that place is worth a picture of its own. */
+using PictureWish = std::function<bool(const TileBulk&)>;
+
 /**
  * Makes a tile: reads heights, builds the mesh and composes the picture, or
- * takes over `parent`'s picture when that already shows all there is. Runs on
- * any thread; may wait for files and the network.
+ * takes over `parent`'s picture when that already shows all there is or the
+ * tile's own is not wished for. Runs on any thread; may wait for files and the
+ * network.
  */
 std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const TileSources& sources,
-                                                   const std::optional<TileTexture>& parent, int revision);
+                                                   const std::optional<TileTexture>& parent,
+                                                   const PictureWish& wishesPicture, int revision);
 } // namespace osgEarth
 
 #endif

@@ -19,18 +19,6 @@ constexpr double kTexelPixels = 1.5;
  */
 constexpr double kSurfacePixels = 2.5;
 constexpr std::size_t kClusterIndices = 3 * 32;
-
-/**
- * Height, metres, by which deeper tiles may rise above this one's samples:
- * the bounds must hold them, or they would be culled with their parent.
- */
-double headroom(const TileContent& content)
-{
-    constexpr double kCoarse = 3000.0;
-    constexpr unsigned kTrustedLevel = 8;
-    const double fromDetail = 12.0 * content.geometricError + 50.0;
-    return content.key.getLOD() < kTrustedLevel ? std::max(kCoarse, fromDetail) : fromDetail;
-}
 } // namespace
 
 TileNode::TileNode(const std::shared_ptr<TileScene>& scene, std::shared_ptr<const TileContent> content)
@@ -58,13 +46,8 @@ void TileNode::setContent(std::shared_ptr<const TileContent> content)
     if (scene)
         scene->add(_content);
 
-    const TileMesh& mesh = _content->mesh;
-    double radius = 0.0;
-    for (const osg::Vec3f& position : mesh.positions)
-        radius = std::max(radius, static_cast<double>(position.length()));
-    setCenter(osg::Vec3f(mesh.origin));
-    setRadius(static_cast<float>(radius + headroom(*_content)));
-    _occludee = occludeeOf(mesh.origin, mesh.positions, headroom(*_content));
+    setCenter(osg::Vec3f(_content->bulk.sphere.center()));
+    setRadius(static_cast<float>(_content->bulk.sphere.radius()));
 
     if (scene && _content->refinable) {
         setRange(kQuarters, 0.0f, 1e30f);
@@ -142,6 +125,14 @@ TileNode* TileNode::quarterAt(double longitude, double latitude)
 
 bool TileNode::addChild(osg::Node* child)
 {
+    if (const auto* news = dynamic_cast<const TileNews*>(child)) {
+        _pictureRequest = nullptr;
+        if (news->content->revision >= _content->revision)
+            setContent(news->content);
+        if (const auto scene = _scene.lock())
+            scene->onRenewed(*this);
+        return false;
+    }
     if (!osg::PagedLOD::addChild(child))
         return false;
     if (osg::Group* group = child->asGroup())
@@ -170,7 +161,7 @@ void TileNode::traverse(osg::NodeVisitor& nv)
 
 void TileNode::traverseForCull(osg::NodeVisitor& nv, const TerrainView& view)
 {
-    if (view.horizon.hides(_occludee))
+    if (view.horizon.hides(_content->bulk.occludee))
         return;
     const double excess = _content->refinable ? excessError(view) : 0.0;
     _drawnAsQuarters = excess > 1.0 && quarters();
@@ -179,12 +170,34 @@ void TileNode::traverseForCull(osg::NodeVisitor& nv, const TerrainView& view)
             setTimeStamp(kQuarters, nv.getFrameStamp()->getReferenceTime());
             setFrameNumber(kQuarters, nv.getFrameStamp()->getFrameNumber());
         }
+        requestPictures(nv, view, static_cast<float>(excess));
         getChild(kQuarters)->accept(nv);
         return;
     }
     getChild(kOwnGeometry)->accept(nv);
-    if (excess > 1.0)
+    // With quarters next, the picture between would be left out, and a slow
+    // source would have to send four before the ground shows any more.
+    if (excess > 1.0 && !_content->borrowsPicture)
         requestQuarters(nv, static_cast<float>(excess));
+}
+
+void TileNode::requestPictures(osg::NodeVisitor& nv, const TerrainView& view, float priority)
+{
+    osg::NodeVisitor::DatabaseRequestHandler* pager = nv.getDatabaseRequestHandler();
+    const auto scene = _scene.lock();
+    osg::Group* group = quarters();
+    if (!pager || !scene)
+        return;
+    for (unsigned i = 0; i < group->getNumChildren(); ++i) {
+        auto* quarter = static_cast<TileNode*>(group->getChild(i));
+        if (!quarter->_content->borrowsPicture || !view.isNear(quarter->_content->bulk))
+            continue;
+        osg::NodePath path = nv.getNodePath();
+        path.push_back(group);
+        path.push_back(quarter);
+        pager->requestNodeFile(scene->pictureFileName(quarter->key()), path, priority, nv.getFrameStamp(),
+                               quarter->_pictureRequest, getDatabaseOptions());
+    }
 }
 
 void TileNode::requestQuarters(osg::NodeVisitor& nv, float priority)

@@ -1,7 +1,6 @@
 #ifndef OSGEARTH_TERRAIN_TILE_NODE_H
 #define OSGEARTH_TERRAIN_TILE_NODE_H 1
 
-#include "Horizon.h"
 #include "PickRay.h"
 #include "TileContent.h"
 #include "TileScene.h"
@@ -12,9 +11,18 @@
 #include <memory>
 
 namespace osgEarth {
+/** What the pager brings when a tile asked for a picture of its own. */
+class TileNews : public osg::Group
+{
+public:
+    explicit TileNews(std::shared_ptr<const TileContent> made) : content(std::move(made)) {}
+    const std::shared_ptr<const TileContent> content;
+};
+
 /**
  * One tile of the quadtree: its own geometry as the first child and, once the
- * pager has brought it, a group of its four quarters as the second.
+ * pager has brought it, a group of its four quarters as the second. A quarter
+ * that nobody sees shows its parent's picture until it comes into view.
  *
  * Created on a pager thread with its content; joins the scene and is read on
  * the update and cull traversals only.
@@ -58,13 +66,15 @@ private:
     void clusterTriangles();
     void traverseForCull(osg::NodeVisitor& nv, const TerrainView& view);
     void requestQuarters(osg::NodeVisitor& nv, float priority);
+    /** Of those quarters that have none of their own and are in view or about to be. */
+    void requestPictures(osg::NodeVisitor& nv, const TerrainView& view, float priority);
     double distanceTo(const TerrainView& view) const;
     /** How many times larger than allowed the tile's error is on screen; above 1 it wants its quarters. */
     double excessError(const TerrainView& view) const;
 
     std::weak_ptr<TileScene> _scene;
     std::shared_ptr<const TileContent> _content;
-    OccludeePoint _occludee;
+    osg::ref_ptr<osg::Referenced> _pictureRequest;
     std::vector<Cluster> _clusters;
     bool _drawnAsQuarters = false;
 };

@@ -18,7 +18,7 @@ void TileRefresher::enqueue(TileNode* tile)
 {
     {
         const std::lock_guard<std::mutex> lock(_mutex);
-        _jobs.push_back({tile->key(), tile});
+        _jobs.push_back({tile->key(), tile, tile->content().borrowsPicture});
     }
     if (!_thread.joinable())
         _thread = std::thread([this] { run(); });
@@ -63,7 +63,8 @@ void TileRefresher::run()
         _jobs.pop_front();
         _working = true;
         lock.unlock();
-        const std::shared_ptr<const TileContent> content = _scene->make(job.key);
+        const auto wishesPicture = [&job](const TileBulk&) { return !job.borrowsPicture; };
+        const std::shared_ptr<const TileContent> content = _scene->make(job.key, wishesPicture);
         lock.lock();
         _working = false;
         if (content)

@@ -37,6 +37,7 @@ private:
     {
         TileKey key;
         osg::observer_ptr<TileNode> tile;
+        bool borrowsPicture;
     };
     struct Result
     {

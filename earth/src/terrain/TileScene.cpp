@@ -28,6 +28,12 @@ std::map<unsigned, std::weak_ptr<TileScene>>& scenes()
     return all;
 }
 
+std::string nameOf(const TileKey& key)
+{
+    return std::to_string(key.getLOD()) + '_' + std::to_string(key.getTileX()) + '_' +
+           std::to_string(key.getTileY());
+}
+
 unsigned nextId()
 {
     static std::atomic<unsigned> last{0};
@@ -94,8 +100,12 @@ std::string TileScene::rootsFileName() const
 
 std::string TileScene::quartersFileName(const TileKey& key) const
 {
-    return std::to_string(_id) + '.' + std::to_string(key.getLOD()) + '_' + std::to_string(key.getTileX()) +
-           '_' + std::to_string(key.getTileY()) + '.' + kExtension;
+    return std::to_string(_id) + '.' + nameOf(key) + '.' + kExtension;
+}
+
+std::string TileScene::pictureFileName(const TileKey& key) const
+{
+    return std::to_string(_id) + ".picture." + nameOf(key) + '.' + kExtension;
 }
 
 osg::ref_ptr<osg::Group> TileScene::load(const std::string& fileName)
@@ -107,6 +117,10 @@ osg::ref_ptr<osg::Group> TileScene::load(const std::string& fileName)
     unsigned y = 0;
     if (fileName == rootsFileName()) {
         _profile->getRootKeys(keys);
+    } else if (std::sscanf(fileName.c_str(), "%u.picture.%u_%u_%u.", &id, &level, &x, &y) == 4) {
+        const auto always = [](const TileBulk&) { return true; };
+        const auto content = make(TileKey(level, x, y, _profile.get()), always);
+        return content ? new TileNews(content) : nullptr;
     } else if (std::sscanf(fileName.c_str(), "%u.%u_%u_%u.", &id, &level, &x, &y) == 4) {
         const TileKey parent(level, x, y, _profile.get());
         for (unsigned quadrant = 0; quadrant < 4; ++quadrant)
@@ -118,8 +132,9 @@ osg::ref_ptr<osg::Group> TileScene::load(const std::string& fileName)
 osg::ref_ptr<osg::Group> TileScene::makeTiles(const std::vector<TileKey>& keys)
 {
     osg::ref_ptr<osg::Group> group = new osg::Group;
+    const auto whenNear = [this](const TileBulk& bulk) { return isNearView(bulk); };
     for (const TileKey& key : keys) {
-        const std::shared_ptr<const TileContent> content = make(key);
+        const std::shared_ptr<const TileContent> content = make(key, whenNear);
         if (!content)
             return nullptr;
         group->addChild(new TileNode(shared_from_this(), content));
@@ -127,7 +142,13 @@ osg::ref_ptr<osg::Group> TileScene::makeTiles(const std::vector<TileKey>& keys)
     return keys.empty() ? nullptr : group;
 }
 
-std::shared_ptr<const TileContent> TileScene::make(const TileKey& key) const
+bool TileScene::isNearView(const TileBulk& bulk) const
+{
+    const std::lock_guard<std::mutex> lock(_mutex);
+    return _sharedView.isNear(bulk);
+}
+
+std::shared_ptr<const TileContent> TileScene::make(const TileKey& key, const PictureWish& wishesPicture) const
 {
     osg::ref_ptr<Map> map;
     if (!_map.lock(map))
@@ -138,7 +159,7 @@ std::shared_ptr<const TileContent> TileScene::make(const TileKey& key) const
         if (const auto parent = contentOf(key.createParentKey()))
             if (parent->revision == revision)
                 parentTexture = parent->texture;
-    return makeTileContent(key, TileSources(*map), parentTexture, revision);
+    return makeTileContent(key, TileSources(*map), parentTexture, wishesPicture, revision);
 }
 
 void TileScene::setView(osgUtil::CullVisitor& visitor)
@@ -148,15 +169,13 @@ void TileScene::setView(osgUtil::CullVisitor& visitor)
     const osg::Camera* camera = visitor.getCurrentCamera();
     if (camera && camera->isRenderToTextureCamera())
         return;
-    const osg::Matrixd& projection = *visitor.getProjectionMatrix();
     const osg::Viewport* viewport = visitor.getViewport();
     const double height = viewport ? std::max(1.0, viewport->height()) : 1.0;
-    _view.eye = osg::Matrixd::inverse(*visitor.getModelViewMatrix()).getTrans();
-    _view.perspective = projection(3, 3) == 0.0;
-    _view.pixelSize = 2.0 / (projection(1, 1) * height);
-    _view.horizon = Horizon(_view.eye);
+    _view = TerrainView(*visitor.getModelViewMatrix(), *visitor.getProjectionMatrix(), height);
     const SpatialReference* geographic = _profile->getSRS()->getGeographicSRS();
     geographic->transformFromWorld(_view.eye, _view.eyeGeodetic);
+    const std::lock_guard<std::mutex> lock(_mutex);
+    _sharedView = _view;
 }
 
 void TileScene::onMerged(osg::Group& tiles)
@@ -168,6 +187,12 @@ void TileScene::onMerged(osg::Group& tiles)
             if (tile->content().revision != revision())
                 _outdated.emplace_back(tile);
         }
+}
+
+void TileScene::onRenewed(TileNode& tile)
+{
+    if (tile.content().revision != revision())
+        _outdated.emplace_back(&tile);
 }
 
 std::vector<osg::ref_ptr<TileNode>> TileScene::takeOutdated()

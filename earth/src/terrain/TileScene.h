@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_TILE_SCENE_H
 #define OSGEARTH_TERRAIN_TILE_SCENE_H 1
 
-#include "Horizon.h"
+#include "TerrainView.h"
 #include "TileContent.h"
 
 #include <osg/Group>
@@ -19,23 +19,11 @@ namespace osgEarth {
 class Terrain;
 class TileNode;
 
-/** What the current cull traversal looks through. */
-struct TerrainView
-{
-    osg::Vec3d eye;
-    /** Degrees, degrees, metres. */
-    osg::Vec3d eyeGeodetic;
-    Horizon horizon;
-    /** Size of a pixel, in metres a metre of distance when perspective, else in metres. */
-    double pixelSize = 1.0;
-    bool perspective = true;
-};
-
 /**
  * What the tiles of one terrain share: the map they draw, the view of the
  * current cull, and the contents that are resident. Outlives the engine while
- * a pager thread still makes a tile. loadQuarters and loadRoots run on pager
- * threads; the rest on the update and cull traversals unless it says otherwise.
+ * a pager thread still makes a tile. load runs on pager threads; the rest on
+ * the update and cull traversals unless it says otherwise.
  */
 class TileScene : public std::enable_shared_from_this<TileScene>
 {
@@ -51,14 +39,16 @@ public:
 
     std::string rootsFileName() const;
     std::string quartersFileName(const TileKey& key) const;
-    /** Answers a file name of the two above; null for any other and for tiles that are gone. */
+    std::string pictureFileName(const TileKey& key) const;
+    /** Answers a file name of the three above; null for any other and for tiles that are gone. */
     osg::ref_ptr<osg::Group> load(const std::string& fileName);
 
     void setView(osgUtil::CullVisitor& visitor);
     const TerrainView& view() const { return _view; }
 
-    /** Called when the pager has merged tiles into the scene. */
+    /** Called when the pager has merged tiles into the scene, and when a tile has got its own picture. */
     void onMerged(osg::Group& tiles);
+    void onRenewed(TileNode& tile);
     /** Stops news from reaching a terrain that is about to go. */
     void detach() { _terrain = nullptr; }
     /** Tiles that were still being made when the layers changed; each once. */
@@ -74,17 +64,20 @@ public:
     void bumpRevision() { ++_revision; }
 
     /** The content of a tile from the layers as they stand now. Any thread. */
-    std::shared_ptr<const TileContent> make(const TileKey& key) const;
+    std::shared_ptr<const TileContent> make(const TileKey& key, const PictureWish& wishesPicture) const;
 
 private:
     TileScene(Map* map, Terrain* terrain);
     osg::ref_ptr<osg::Group> makeTiles(const std::vector<TileKey>& keys);
+    bool isNearView(const TileBulk& bulk) const;
 
     const unsigned _id;
     const osg::ref_ptr<const Profile> _profile;
     osg::observer_ptr<Map> _map;
     Terrain* _terrain;
     TerrainView _view;
+    /** The same for pager threads. */
+    TerrainView _sharedView;
     std::vector<osg::ref_ptr<TileNode>> _outdated;
     std::atomic<int> _revision{0};
     mutable std::mutex _mutex;

@@ -1,0 +1,105 @@
+#include "RasterMaker.h"
+#include "terrain/TerrainView.h"
+#include "terrain/TileContent.h"
+
+#include <gtest/gtest.h>
+#include <osg/Math>
+#include <osgEarth/ImageLayer>
+#include <osgEarth/Map>
+#include <osgEarth/Registry>
+#include <osgEarthDrivers/gdal/GDALOptions>
+
+using namespace osgEarth;
+
+namespace {
+
+constexpr double kWindowHeight = 800.0;
+
+/// Straight down on (0, 0) from `altitude` metres, north up.
+TerrainView downFrom(double altitude)
+{
+    const osg::Vec3d ground = geodeticToWorld(0.0, 0.0, 0.0);
+    const osg::Matrixd look =
+        osg::Matrixd::lookAt(geodeticToWorld(0.0, 0.0, altitude), ground, osg::Vec3d(0, 0, 1));
+    return {look, osg::Matrixd::perspective(30.0, 1.6, 1.0, 10000.0), kWindowHeight};
+}
+
+TileBulk ballAt(double longitude, double latitude, double radius)
+{
+    const osg::Vec3d centre = geodeticToWorld(longitude, latitude, 0.0);
+    return {{centre, radius}, occludeeOf(centre, {osg::Vec3f()}, radius)};
+}
+
+struct NearCase
+{
+    const char* name;
+    double longitude;
+    double latitude;
+    double radius;
+    bool near;
+};
+
+class TerrainViewNear : public testing::TestWithParam<NearCase>
+{
+};
+
+} // namespace
+
+// From 100 km the window shows 0.24 degrees to the north and 0.385 degrees to the east.
+INSTANTIATE_TEST_SUITE_P(Balls, TerrainViewNear,
+                         testing::Values(NearCase{"InTheMiddle", 0.0, 0.0, 1000.0, true},
+                                         NearCase{"AcrossTheRim", 0.0, 0.25, 5000.0, true},
+                                         NearCase{"JustBeyondTheRim", 0.0, 0.2875, 4500.0, true},
+                                         NearCase{"WellBeyondTheRim", 0.0, 0.40, 4500.0, false},
+                                         NearCase{"FarToTheEast", 1.0, 0.0, 4500.0, false},
+                                         NearCase{"BehindTheEarth", 180.0, 0.0, 4500.0, false}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_P(TerrainViewNear, IsWhatTheWindowShowsAndALittleBeyond)
+{
+    const NearCase& row = GetParam();
+    EXPECT_EQ(downFrom(100e3).isNear(ballAt(row.longitude, row.latitude, row.radius)), row.near);
+}
+
+TEST(TerrainView, BeforeTheFirstFrameEverythingIsNear)
+{
+    EXPECT_TRUE(TerrainView().isNear(ballAt(40.0, -20.0, 10.0)));
+}
+
+TEST(TileContent, ATileThatNobodySeesShowsItsParentsPicture)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe;
+    recipe.value = [](int, int column, int) { return column % 2 ? 200.0 : 50.0; };
+    writeRaster(folder.path("stripes.tif"), recipe);
+    Drivers::GDALOptions options;
+    options.url() = folder.path("stripes.tif");
+    osg::ref_ptr<Map> map = new Map;
+    map->addImageLayer(new ImageLayer("stripes", options));
+    const TileSources sources(*map);
+    const auto never = [](const TileBulk&) { return false; };
+    const auto always = [](const TileBulk&) { return true; };
+
+    const TileKey key = Registry::instance()->getGlobalGeodeticProfile()->createTileKey(0.5, 0.5, 7);
+    const auto parent = makeTileContent(key, sources, std::nullopt, never, 1);
+    EXPECT_FALSE(parent->borrowsPicture) << "there is none to borrow";
+    TileTexture texture = parent->texture;
+    texture.refinable = true;
+
+    const TileKey quarter = key.createChildKey(0);
+    const auto unseen = makeTileContent(quarter, sources, texture, never, 1);
+    EXPECT_TRUE(unseen->borrowsPicture);
+    EXPECT_EQ(unseen->texture.state, texture.state);
+    EXPECT_EQ(unseen->texture.bounds.width(), parent->bounds.width());
+    EXPECT_TRUE(unseen->refinable);
+
+    const auto seen = makeTileContent(quarter, sources, texture, always, 1);
+    EXPECT_FALSE(seen->borrowsPicture);
+    EXPECT_NE(seen->texture.state, texture.state);
+    EXPECT_EQ(seen->texture.bounds.width(), seen->bounds.width());
+
+    texture.refinable = false;
+    const auto finest = makeTileContent(quarter, sources, texture, always, 1);
+    EXPECT_FALSE(finest->borrowsPicture) << "the parent's picture is all there is";
+    EXPECT_EQ(finest->texture.state, texture.state);
+}
