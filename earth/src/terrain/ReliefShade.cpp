@@ -51,18 +51,21 @@ ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster)
     }
 }
 
-float ReliefShade::factor(float u, float v) const
+void ReliefShade::factorsAlong(float v, std::vector<float>& factors) const
 {
-    const float x = std::clamp(u, 0.0f, 1.0f) * static_cast<float>(_size - 1);
     const float y = std::clamp(v, 0.0f, 1.0f) * static_cast<float>(_size - 1);
-    const int column = std::min(static_cast<int>(x), _size - 2);
     const int row = std::min(static_cast<int>(y), _size - 2);
-    const float fx = x - static_cast<float>(column);
     const float fy = y - static_cast<float>(row);
-    const float* f =
-        _factors.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(_size) + column;
-    const float south = f[0] + (f[1] - f[0]) * fx;
-    const float north = f[_size] + (f[_size + 1] - f[_size]) * fx;
-    return south + (north - south) * fy;
+    const float* south = _factors.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(_size);
+    const float* north = south + _size;
+    const float step = static_cast<float>(_size - 1) / static_cast<float>(factors.size() - 1);
+    for (std::size_t i = 0; i < factors.size(); ++i) {
+        const float x = step * static_cast<float>(i);
+        const int column = std::min(static_cast<int>(x), _size - 2);
+        const float fx = x - static_cast<float>(column);
+        const float west = south[column] + (north[column] - south[column]) * fy;
+        const float east = south[column + 1] + (north[column + 1] - south[column + 1]) * fy;
+        factors[i] = west + (east - west) * fx;
+    }
 }
 } // namespace osgEarth

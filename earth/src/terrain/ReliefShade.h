@@ -18,8 +18,11 @@ public:
     /** Needs a raster with a margin of at least one sample. */
     ReliefShade(const TileBounds& bounds, const HeightRaster& raster);
 
-    /** Factor at (u, v), each 0 to 1 from the south-west corner; bilinear. */
-    float factor(float u, float v) const;
+    /**
+     * Fills in the factors of a row of evenly spaced places, at least two, from
+     * the west edge to the east edge, v (0 to 1) from the south edge; bilinear.
+     */
+    void factorsAlong(float v, std::vector<float>& factors) const;
     /** Whether the tile is level throughout, so that every factor is 1. */
     bool isLevel() const { return _level; }
 

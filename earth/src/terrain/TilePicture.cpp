@@ -30,38 +30,49 @@ GeoExtent pictureExtent(const TileKey& key, const TileBounds& bounds)
             std::min(90.0, bounds.north + y)};
 }
 
-void blend(std::vector<float>& rgb, const osg::Image& layer, float opacity)
+struct LayerPicture
 {
-    const int size = kTilePictureSize;
-    if (layer.s() != size || layer.t() != size || layer.getPixelFormat() != GL_RGBA ||
-        layer.getDataType() != GL_UNSIGNED_BYTE)
-        return;
+    osg::ref_ptr<osg::Image> picture;
+    float opacity = 1.0f;
+};
+
+bool isUsable(const osg::Image& picture)
+{
+    return picture.s() == kTilePictureSize && picture.t() == kTilePictureSize &&
+           picture.getPixelFormat() == GL_RGBA && picture.getDataType() == GL_UNSIGNED_BYTE;
+}
+
+void blendRow(const std::uint8_t* in, float opacity, std::vector<float>& rgb)
+{
     float* out = rgb.data();
-    for (int row = 0; row < size; ++row) {
-        const std::uint8_t* in = layer.data(0, row);
-        for (int column = 0; column < size; ++column, in += 4, out += 3) {
-            const float alpha = opacity * static_cast<float>(in[3]) / 255.0f;
-            if (alpha <= 0.0f)
-                continue;
-            for (int band = 0; band < 3; ++band)
-                out[band] += (static_cast<float>(in[band]) - out[band]) * alpha;
-        }
+    for (int column = 0; column < kTilePictureSize; ++column, in += 4, out += 3) {
+        const float alpha = opacity * static_cast<float>(in[3]) / 255.0f;
+        for (int band = 0; band < 3; ++band)
+            out[band] += (static_cast<float>(in[band]) - out[band]) * alpha;
     }
 }
 
-void shadeAndStore(const std::vector<float>& rgb, const ReliefShade& shade, std::uint8_t* out)
+// A row at a time, so that everything but the layers' pictures stays in the processor's cache.
+void blendAndShade(const std::vector<LayerPicture>& layers, const ReliefShade& shade, std::uint8_t* out)
 {
-    const float* in = rgb.data();
-    for (int row = 0; row < kTilePictureSize; ++row)
-        for (int column = 0; column < kTilePictureSize; ++column, in += 3, out += 4) {
-            const float factor = shade.isLevel()
-                                     ? 1.0f
-                                     : shade.factor(static_cast<float>(column) / (kTilePictureSize - 1),
-                                                    static_cast<float>(row) / (kTilePictureSize - 1));
+    std::vector<float> rgb(3 * kTilePictureSize);
+    std::vector<float> factors(kTilePictureSize, 1.0f);
+    for (int row = 0; row < kTilePictureSize; ++row) {
+        for (std::size_t i = 0; i < rgb.size(); ++i)
+            rgb[i] = kGround[i % 3];
+        for (const LayerPicture& layer : layers)
+            blendRow(layer.picture->data(0, static_cast<unsigned>(row)), layer.opacity, rgb);
+        if (!shade.isLevel())
+            shade.factorsAlong(static_cast<float>(row) / (kTilePictureSize - 1), factors);
+        const float* in = rgb.data();
+        for (const float factor : factors) {
             for (int band = 0; band < 3; ++band)
                 out[band] = static_cast<std::uint8_t>(std::min(255.0f, in[band] * factor + 0.5f));
             out[3] = 255;
+            in += 3;
+            out += 4;
         }
+    }
 }
 
 void halve(const std::uint8_t* in, int size, std::uint8_t* out)
@@ -97,16 +108,15 @@ osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds
                                             const TileSources& sources, const ReliefShade& shade)
 {
     constexpr std::size_t texels = static_cast<std::size_t>(kTilePictureSize) * kTilePictureSize;
-    std::vector<float> rgb(3 * texels);
-    for (std::size_t i = 0; i < rgb.size(); ++i)
-        rgb[i] = kGround[i % 3];
     const GeoExtent extent = pictureExtent(key, bounds);
+    std::vector<LayerPicture> layers;
     for (const auto& layer : sources.images) {
         const std::shared_ptr<RasterSource> source = layer->getSource();
         osg::ref_ptr<osg::Image> picture;
         if (source && layer->mayHaveData(key) &&
-            source->readImage(extent, kTilePictureSize, picture, nullptr) == RasterSource::Answer::Data)
-            blend(rgb, *picture, layer->getOpacity());
+            source->readImage(extent, kTilePictureSize, picture, nullptr) == RasterSource::Answer::Data &&
+            isUsable(*picture))
+            layers.push_back({picture, layer->getOpacity()});
     }
 
     osg::Image::MipmapDataType offsets;
@@ -116,7 +126,7 @@ osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds
         bytes += 4 * size * size;
     }
     auto data = std::make_unique<unsigned char[]>(bytes);
-    shadeAndStore(rgb, shade, data.get());
+    blendAndShade(layers, shade, data.get());
     std::size_t from = 0;
     int size = kTilePictureSize;
     for (const unsigned offset : offsets) {
