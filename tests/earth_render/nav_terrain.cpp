@@ -61,7 +61,10 @@ TEST_P(NavigationOverMountains, ADraggedPointStaysUnderTheCursor)
     const struct
     {
         osg::Vec2d from, to;
-    } drags[] = {{{320, 200}, {420, 150}}, {{250, 150}, {350, 90}}, {{420, 170}, {250, 140}}};
+    } drags[] = {{{320, 200}, {420, 150}},
+                 {{250, 150}, {350, 90}},
+                 {{420, 170}, {250, 140}},
+                 {{300, 110}, {330, 200}}};
     for (const auto& drag : drags) {
         showAt(GetParam());
         const auto point = nav->surfaceAt(drag.from.x(), drag.from.y());
@@ -85,12 +88,14 @@ TEST_P(NavigationOverMountains, ADraggedPointStaysUnderTheCursor)
 
 TEST_P(NavigationOverMountains, TheWheelKeepsThePointUnderTheCursorInAndOut)
 {
-    for (const osg::Vec2d& cursor : {osg::Vec2d(320, 200), osg::Vec2d(480, 120), osg::Vec2d(200, 230)}) {
+    for (const osg::Vec2d& cursor :
+         {osg::Vec2d(320, 200), osg::Vec2d(480, 120), osg::Vec2d(200, 230), osg::Vec2d(320, 360)}) {
         showAt(GetParam());
         const auto point = nav->surfaceAt(cursor.x(), cursor.y());
         if (!point)
             continue; // that place of the window shows the sky
         const double start = (*point - nav->eye()).length();
+        const double pitch = nav->pitch();
         // From close by there is only the way out, and back in.
         const bool close = GetParam().range < 20.0;
         const EA::ScrollingMotion ways[] = {close ? EA::SCROLL_UP : EA::SCROLL_DOWN,
@@ -116,6 +121,7 @@ TEST_P(NavigationOverMountains, TheWheelKeepsThePointUnderTheCursorInAndOut)
                                     : close        ? 8.0
                                                    : 0.125; // twelve notches, three octaves
             EXPECT_NEAR(std::log2(away / start), std::log2(expected), 0.3);
+            EXPECT_NEAR(nav->pitch(), pitch, 1.0);
         }
     }
 }
@@ -129,6 +135,8 @@ INSTANTIATE_TEST_SUITE_P(Views, NavigationOverMountains,
                                          View{"Peak", -105.49, 37.58, 4300, 0, -30, 3e3},
                                          View{"Slope", -105.45, 37.56, 3500, 300, -45, 500},
                                          View{"Ground", -105.45, 37.56, 3500, 120, -35, 50},
+                                         View{"BackToTheSlope", -105.45, 37.56, 3400, 135, -12, 300},
+                                         View{"UpTheMountain", -105.60, 37.565, 2363, 90, -10, 300},
                                          View{"Feet", -105.3, 37.4, 2500, 10, -60, 5},
                                          View{"NorthPole", 20.0, 89.9, 0, 10, -60, 100e3},
                                          View{"OverTheSouthPole", 20.0, -88.0, 0, 180, -90, 2e6},
