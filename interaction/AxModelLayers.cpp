@@ -57,12 +57,11 @@ std::optional<AxModelHit> AxPickModelLayer(osg::Node& root, const AxViewRay& ray
 {
     AxSceneQuery query;
     query.mask = AxModelLayerMask;
+    query.under = AxModelLayerMask;
     for (const AxSceneHit& hit : AxPickScene(root, ray, query)) {
         const auto innermost = std::find_if(hit.path.rbegin(), hit.path.rend(), [](const osg::Node* node) {
             return node->getNodeMask() == AxModelLayerMask;
         });
-        if (innermost == hit.path.rend())
-            continue;
         osgEarth::GeoPoint point;
         if (!point.fromWorld(&srs, hit.world))
             continue;

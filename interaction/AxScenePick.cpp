@@ -77,7 +77,8 @@ class SceneRay : public osg::NodeVisitor
 {
 public:
     SceneRay(const AxViewRay& sightLine, const AxSceneQuery& wanted)
-        : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN), ray(sightLine), query(wanted)
+        : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN), ray(sightLine), query(wanted),
+          isWanted(wanted.under == 0)
     {
         setTraversalMask(query.mask);
     }
@@ -108,6 +109,8 @@ public:
 
     void apply(osg::Drawable& drawable) override
     {
+        if (!isWanted && drawable.getNodeMask() != query.under)
+            return;
         if (onScreen || IsOnScreen(drawable.getStateSet()))
             MeetOnScreen(drawable);
         else if (MayMeet(drawable))
@@ -130,10 +133,13 @@ private:
 
     void Traverse(osg::Node& node)
     {
-        const bool outer = onScreen;
+        const bool outerOnScreen = onScreen;
+        const bool outerIsWanted = isWanted;
         onScreen = onScreen || IsOnScreen(node.getStateSet());
+        isWanted = isWanted || node.getNodeMask() == query.under;
         traverse(node);
-        onScreen = outer;
+        onScreen = outerOnScreen;
+        isWanted = outerIsWanted;
     }
 
     bool MayMeet(const osg::Node& node) const
@@ -199,6 +205,7 @@ private:
     osg::Matrixd matrix;
     double scale = 1.0;
     bool onScreen = false;
+    bool isWanted;
 };
 } // namespace
 

@@ -25,6 +25,8 @@ struct AxSceneQuery
     double tolerancePixels = 0.0;
     /// Whether to find what is drawn in pixels on top of the scene.
     bool labels = false;
+    /// Unless 0: only drawables under a node whose mask is exactly this one.
+    osg::Node::NodeMask under = 0;
 };
 
 /**
