@@ -1,7 +1,9 @@
 #include "BackgroundThread.h"
 
 #if defined(_WIN32)
+#ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
+#endif
 #include <windows.h>
 #elif defined(__linux__)
 #include <sys/resource.h>
