@@ -78,5 +78,5 @@ void CAxTextToSpeech::Say(const QString& text, int level)
     if (ReportsLate(engineName) && !text.trimmed().isEmpty())
         unreported.start();
     voices->SelectFor(text);
-    speech->say(AxEscapedForEngine(text, engineName));
+    speech->say(AxSpokenText(text));
 }

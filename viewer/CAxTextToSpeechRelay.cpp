@@ -2,17 +2,23 @@
 #include "viewer/AxViewerLog.h"
 #include "viewer/CAxTextToSpeechVoices.h"
 
+#include <QMutex>
 #include <QTextToSpeech>
 #include <QtPlugin>
+#include <QVector>
 
 Q_IMPORT_PLUGIN(CAxTextToSpeechRelayPlugin)
 
 namespace {
 // Starting the daemon and reading its list of voices takes two seconds.
 constexpr int longestStartMs = 15000;
+constexpr int longestAnswerMs = 10000;
+constexpr int longestBeginMs = 2000;
 // Espeak needs a quarter of a second for a Chinese character, less for a letter.
 constexpr int longestCharacterMs = 500;
 constexpr unsigned long longestFarewellMs = 3000;
+// Each attempt to reach a missing daemon writes a line into the log.
+constexpr qint64 shortestRetryMs = 60000;
 
 QString RelayedEngine()
 {
@@ -20,11 +26,28 @@ QString RelayedEngine()
 }
 } // namespace
 
-CAxTextToSpeechWorker::~CAxTextToSpeechWorker() = default;
+CAxTextToSpeechWorker::~CAxTextToSpeechWorker()
+{
+    GiveUp();
+}
+
+void CAxTextToSpeechWorker::GiveUp()
+{
+    // An engine that never reached its daemon tries again when it is deleted,
+    // which takes time and writes into the log. So it stays.
+    static QMutex mutex;
+    static QVector<QTextToSpeech*> failed;
+    const QMutexLocker lock(&mutex);
+    if (speech && !voices)
+        failed += speech.release();
+    voices.reset();
+    speech.reset();
+}
 
 void CAxTextToSpeechWorker::Start()
 {
-    voices.reset();
+    GiveUp();
+    lastStart.start();
     speech = std::make_unique<QTextToSpeech>(RelayedEngine());
     const bool ready = speech->state() == QTextToSpeech::Ready;
     if (ready) {
@@ -37,7 +60,7 @@ void CAxTextToSpeechWorker::Start()
 void CAxTextToSpeechWorker::Say(int message, const QString& text)
 {
     // Also the way back: the daemon may have been installed or repaired meanwhile.
-    if (!voices)
+    if (!voices && (!lastStart.isValid() || lastStart.elapsed() > shortestRetryMs))
         Start();
     current = message;
     begun = false;
@@ -58,11 +81,16 @@ void CAxTextToSpeechWorker::Stop()
 
 void CAxTextToSpeechWorker::OnState(QTextToSpeech::State state)
 {
-    // The end of an interrupted message arrives after the next one was handed over.
     if (state == QTextToSpeech::Speaking)
         begun = true;
     else if (state == QTextToSpeech::BackendError || (state == QTextToSpeech::Ready && begun))
         emit Ended(current, state == QTextToSpeech::BackendError);
+    else if (state == QTextToSpeech::Ready)
+        // The end of the interrupted message, unless the daemon dropped this one with it.
+        QTimer::singleShot(longestBeginMs, this, [this, message = current] {
+            if (message == current && !begun)
+                emit Ended(message, false);
+        });
 }
 
 CAxTextToSpeechRelay::CAxTextToSpeechRelay(QObject* parent)
@@ -109,7 +137,7 @@ void CAxTextToSpeechRelay::say(const QString& text)
     if (text.trimmed().isEmpty())
         return;
     const int message = ++lastMessage;
-    overdue.start(longestStartMs + longestCharacterMs * text.size());
+    overdue.start((started ? longestAnswerMs : longestStartMs) + longestCharacterMs * text.size());
     QMetaObject::invokeMethod(worker, [worker = worker, message, text] { worker->Say(message, text); });
     SetState(QTextToSpeech::Speaking);
 }
@@ -120,7 +148,7 @@ void CAxTextToSpeechRelay::stop()
     QMetaObject::invokeMethod(worker, &CAxTextToSpeechWorker::Stop);
     if (currentState == QTextToSpeech::Speaking) {
         overdue.stop();
-        SetState(QTextToSpeech::Ready);
+        SetState(working ? QTextToSpeech::Ready : QTextToSpeech::BackendError);
     }
 }
 
@@ -134,7 +162,9 @@ void CAxTextToSpeechRelay::SetState(QTextToSpeech::State state)
 
 void CAxTextToSpeechRelay::OnStarted(bool ready)
 {
+    started = true;
     stuck = false;
+    working = ready;
     if (!ready) {
         overdue.stop();
         SetState(QTextToSpeech::BackendError);
@@ -149,6 +179,7 @@ void CAxTextToSpeechRelay::OnEnded(int message, bool failed)
     if (message != lastMessage)
         return;
     overdue.stop();
+    working = !failed;
     SetState(failed ? QTextToSpeech::BackendError : QTextToSpeech::Ready);
 }
 
@@ -158,6 +189,7 @@ void CAxTextToSpeechRelay::OnOverdue()
         qCWarning(axViewerLog) << "speech-dispatcher does not answer; announcements may stay silent";
     warned = true;
     stuck = true;
+    working = false;
     ++lastMessage;
     SetState(QTextToSpeech::BackendError);
     QMetaObject::invokeMethod(worker, &CAxTextToSpeechWorker::Start);

@@ -1,4 +1,5 @@
 #pragma once
+#include <QElapsedTimer>
 #include <QTextToSpeechEngine>
 #include <QTextToSpeechPlugin>
 #include <QThread>
@@ -28,10 +29,12 @@ signals:
     void Ended(int message, bool failed);
 
 private:
+    void GiveUp();
     void OnState(QTextToSpeech::State state);
 
     std::unique_ptr<QTextToSpeech> speech;
     std::unique_ptr<CAxTextToSpeechVoices> voices;
+    QElapsedTimer lastStart;
     int current = 0;
     bool begun = false;
 };
@@ -88,7 +91,11 @@ private:
     QTimer overdue;
     QTextToSpeech::State currentState = QTextToSpeech::Ready;
     int lastMessage = 0;
+    bool started = false;
+    /// The thread has not answered since the last message was overdue.
     bool stuck = false;
+    /// The engine's last start or message went well.
+    bool working = true;
     bool warned = false;
 };
 

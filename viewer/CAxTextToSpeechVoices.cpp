@@ -46,14 +46,13 @@ bool AxIsEnglishText(const QString& text)
     return latin;
 }
 
-QString AxEscapedForEngine(const QString& text, const QString& engine)
+QString AxSpokenText(const QString& text)
 {
-    // SAPI reads what it is given as XML: Qt always puts a pitch element in front.
-    if (engine != QLatin1String("sapi"))
-        return text;
-    QString escaped = text;
-    return escaped.replace(QLatin1Char('&'), QLatin1String("&amp;"))
-        .replace(QLatin1Char('<'), QLatin1String("&lt;"));
+    const bool english = AxIsEnglishText(text);
+    QString spoken = text;
+    return spoken.replace(QLatin1Char('<'), english ? QStringLiteral(" less than ") : QStringLiteral("小于"))
+        .replace(QLatin1Char('>'), english ? QStringLiteral(" more than ") : QStringLiteral("大于"))
+        .replace(QLatin1Char('&'), english ? QStringLiteral(" and ") : QStringLiteral("和"));
 }
 
 CAxTextToSpeechVoices::CAxTextToSpeechVoices(QTextToSpeech& engine) : speech(engine)
@@ -111,9 +110,10 @@ std::optional<CAxTextToSpeechVoices::Choice> CAxTextToSpeechVoices::FindChinese(
         const QString name = voice.name();
         if (IsVariant(voice) || !name.contains(QLatin1String("Mandarin"), Qt::CaseInsensitive))
             continue;
-        // The other reading of Latin letters is Pinyin, which garbles English words.
-        const bool readsEnglish = name.contains(QLatin1String("latin as English"), Qt::CaseInsensitive);
-        if (!found || readsEnglish)
+        // espeak has Mandarin twice. "latin as English" reads its own Pinyin as
+        // English words ("dian4" as "die an four"); "latin as Pinyin" speaks both well.
+        const bool isSound = name.contains(QLatin1String("Pinyin"), Qt::CaseInsensitive);
+        if (!found || isSound)
             found = Choice{QLocale::c(), voice};
     }
     return found;

@@ -18,8 +18,9 @@ AXEARTHVIEWER_EXPORT QString AxPreferredSpeechEngine(QStringList installed);
 /// True for a text that a pilot expects in English: it has Latin letters and no Chinese character.
 AXEARTHVIEWER_EXPORT bool AxIsEnglishText(const QString& text);
 
-/// The text as an engine must be given it in order to speak every character.
-AXEARTHVIEWER_EXPORT QString AxEscapedForEngine(const QString& text, const QString& engine);
+/// The text with words in place of "<", ">" and "&", in the language of the
+/// text: speech-dispatcher leaves the signs out, and SAPI takes them for markup.
+AXEARTHVIEWER_EXPORT QString AxSpokenText(const QString& text);
 
 /**
  * The Chinese and the English voice of one engine. Belongs to whoever owns the
