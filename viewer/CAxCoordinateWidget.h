@@ -17,7 +17,7 @@ class AXEARTHVIEWER_EXPORT CAxCoordinateWidget : public CAxBaseWidget
 public:
     explicit CAxCoordinateWidget(QWidget* parent);
 
-    /// The texts of the cells (0, 0), (0, 1), (1, 0) and (1, 1).
+    /// The texts of the cells (0, 0), (0, 1), (1, 0) and (1, 1). Cheap enough for every move of the mouse.
     void SetCoordinate(const QString& longitude, const QString& latitude, const QString& altitude,
                        const QString& range);
 

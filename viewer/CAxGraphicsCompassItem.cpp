@@ -2,6 +2,7 @@
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <QGraphicsSceneMouseEvent>
 #include <QPainter>
 #include <QtMath>
 
@@ -32,8 +33,9 @@ CAxGraphicsCompassItem::CAxGraphicsCompassItem(QGraphicsItem* parent)
     setAcceptHoverEvents(true);
 }
 
-void CAxGraphicsCompassItem::ConnectEvent(CAxEarthViewer* viewer)
+void CAxGraphicsCompassItem::ConnectEvent(CAxEarthViewer* earthViewer)
 {
+    viewer = earthViewer;
     CAxEarthManipulator* manipulator = viewer->getManipulator();
     connect(this, SIGNAL(signalHeading(double)), manipulator, SLOT(slotHeading(double)));
     connect(this, SIGNAL(signalHeading(double)), manipulator, SLOT(slotResetPitch()));
@@ -104,6 +106,14 @@ void CAxGraphicsCompassItem::hoverLeaveEvent(QGraphicsSceneHoverEvent*)
 {
     stateImage = DialImage("looknorm.png");
     update();
+}
+
+void CAxGraphicsCompassItem::mousePressEvent(QGraphicsSceneMouseEvent* event)
+{
+    QGraphicsObject::mousePressEvent(event);
+    // The viewer then ends the press away from the map, as it does for the tools bar.
+    if (event->isAccepted() && viewer)
+        viewer->SetFocusToMaptool(true);
 }
 
 void CAxGraphicsCompassItem::mouseReleaseEvent(QGraphicsSceneMouseEvent*)

@@ -19,7 +19,7 @@ public:
     explicit CAxGraphicsCompassItem(QGraphicsItem* parent);
 
     /// Connects the dial both ways with the viewer's manipulator.
-    void ConnectEvent(CAxEarthViewer* viewer);
+    void ConnectEvent(CAxEarthViewer* earthViewer);
 
     QRectF boundingRect() const override;
     void paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget* widget) override;
@@ -34,6 +34,8 @@ signals:
 protected:
     void hoverEnterEvent(QGraphicsSceneHoverEvent* event) override;
     void hoverLeaveEvent(QGraphicsSceneHoverEvent* event) override;
+    /// A press on the dial is none on the globe.
+    void mousePressEvent(QGraphicsSceneMouseEvent* event) override;
     void mouseReleaseEvent(QGraphicsSceneMouseEvent* event) override;
 
     /// Angle of a point of the dial seen from its centre, degrees from 0 to
@@ -55,4 +57,5 @@ private:
     QImage needleImage;
     double heading = 0.0;
     QPoint needlePos;
+    CAxEarthViewer* viewer = nullptr;
 };
