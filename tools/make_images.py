@@ -86,30 +86,26 @@ def compass():
     size, middle = 80, 40
     ticks = ""
     for degrees in range(0, 360, 15):
-        if degrees % 90 == 0:
-            continue
         inner = 32.5 if degrees % 45 == 0 else 34
         sine, cosine = math.sin(math.radians(degrees)), math.cos(math.radians(degrees))
         ticks += (f'<path d="M{middle + inner * sine:.2f} {middle - inner * cosine:.2f} '
                   f'L{middle + 36.5 * sine:.2f} {middle - 36.5 * cosine:.2f}" '
                   f'stroke="#ffffff" stroke-opacity="0.75" stroke-width="{1.6 if degrees % 45 == 0 else 1}"/>')
-    letters = ""
-    for letter, x, y, colour in (("N", 40, 17.2, "#ff6b5e"), ("E", 68.6, 44.6, "#ffffff"),
-                                 ("S", 40, 72.6, "#ffffff"), ("W", 11.6, 44.6, "#ffffff")):
-        letters += f'<text x="{x}" y="{y}" {FONT} font-size="13" fill="{colour}">{letter}</text>'
-    background = svg(size, size, f'<circle cx="40" cy="40" r="39" fill="{DARK}" fill-opacity="0.66"/>{ticks}{letters}')
+    background = svg(size, size, f'<circle cx="40" cy="40" r="39" fill="{DARK}" fill-opacity="0.66"/>{ticks}')
 
     def ring(colour, opacity, width):
         radius = 39.5 - width / 2
         return svg(size, size, f'<circle cx="40" cy="40" r="{radius}" fill="none" stroke="{colour}" '
                                f'stroke-opacity="{opacity}" stroke-width="{width}"/>')
 
-    # Drawn upright about (0, 0) and turned by 45 degrees.
-    needle = svg(44, 44, '<g transform="translate(22 22) rotate(45)" stroke="#0b1016" stroke-opacity="0.55" '
+    # Drawn upright about (0, 0) and turned by 45 degrees. It carries the only
+    # letter, because the dial stays while the needle turns.
+    needle = svg(64, 64, '<g transform="translate(32 32) rotate(45)" stroke="#0b1016" stroke-opacity="0.55" '
                          'stroke-width="0.8" stroke-linejoin="round">'
-                         '<path d="M0 -21 L6.5 0 L0 0 Z" fill="#c62f25"/><path d="M0 -21 L-6.5 0 L0 0 Z" fill="#f0564a"/>'
+                         '<path d="M0 -19.5 L6.5 0 L0 0 Z" fill="#c62f25"/><path d="M0 -19.5 L-6.5 0 L0 0 Z" fill="#f0564a"/>'
                          '<path d="M0 21 L6.5 0 L0 0 Z" fill="#c9d0d8"/><path d="M0 21 L-6.5 0 L0 0 Z" fill="#ffffff"/>'
-                         '<circle r="2.4" fill="#141c26" stroke="none"/></g>')
+                         '<circle r="2.4" fill="#141c26" stroke="none"/>'
+                         f'<text x="0" y="-21.5" {FONT} font-size="11" fill="#ff6b5e" stroke="none">N</text></g>')
     return {
         "NorthArrow/lookbackground": background,
         "NorthArrow/looknorm": ring("#ffffff", 0.55, 1.5),
