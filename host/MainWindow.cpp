@@ -12,6 +12,7 @@
 #include <QDockWidget>
 #include <QEvent>
 #include <QFileDialog>
+#include <QGLWidget>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -173,6 +174,12 @@ void MainWindow::BuildNavigateMenu()
     // A fifth nearer, and exactly back.
     navigate->addAction(tr("Zoom &in\t+"), camera, [camera] { camera->slotZoom(400.0); });
     navigate->addAction(tr("Zoom &out\t-"), camera, [camera] { camera->slotZoom(-500.0); });
+}
+
+bool MainWindow::HasOpenGl() const
+{
+    const auto* surface = qobject_cast<QGLWidget*>(viewer->viewport());
+    return surface && surface->isValid();
 }
 
 bool MainWindow::StartViewer()

@@ -23,6 +23,9 @@ public:
     MainWindow(const HostOptions& options, EventLog& events);
     ~MainWindow() override;
 
+    /// Whether the globe's widget got an OpenGL context; without one it cannot even be shown.
+    bool HasOpenGl() const;
+
     /// Starts the globe; false when the video adapter cannot show it.
     bool StartViewer();
 

@@ -11,6 +11,25 @@
 namespace {
 constexpr int exitWrongUse = 2;
 constexpr int exitNoGraphics = 1;
+
+// Qt itself ends with an abort and a core file where there is none.
+bool IsDisplayKnown()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        if (!qEnvironmentVariableIsEmpty(variable) && qgetenv(variable) != "xcb")
+            return true;
+    return false;
+#else
+    return true;
+#endif
+}
+
+int Fail(int status, const QString& reason)
+{
+    QTextStream(stderr) << "AxGroundControl: " << reason << Qt::endl;
+    return status;
+}
 } // namespace
 
 int main(int argc, char** argv)
@@ -22,14 +41,14 @@ int main(int argc, char** argv)
         AxInstallTranslations(QLocale::system());
         QString error;
         options = ParseHostOptions(QCoreApplication::arguments().mid(1), error);
-        if (!options) {
-            QTextStream(stderr) << "AxGroundControl: " << error << Qt::endl;
-            return exitWrongUse;
-        }
+        if (!options)
+            return Fail(exitWrongUse, error);
         if (options->help) {
             QTextStream(stdout) << HostHelpText();
             return 0;
         }
+        if (!IsDisplayKnown())
+            return Fail(exitNoGraphics, MainWindow::tr("There is no display: DISPLAY is not set."));
     }
 
     QApplication app(argc, argv);
@@ -40,13 +59,12 @@ int main(int argc, char** argv)
 
     EventLog events;
     QString error;
-    if (!options->logFile.isEmpty() && !events.Open(options->logFile, error)) {
-        QTextStream(stderr)
-            << "AxGroundControl: "
-            << HostOptions::tr("--log: '%1' cannot be written: %2").arg(options->logFile, error) << Qt::endl;
-        return exitWrongUse;
-    }
+    if (!options->logFile.isEmpty() && !events.Open(options->logFile, error))
+        return Fail(exitWrongUse,
+                    HostOptions::tr("--log: '%1' cannot be written: %2").arg(options->logFile, error));
     MainWindow window(*options, events);
+    if (!window.HasOpenGl())
+        return Fail(exitNoGraphics, MainWindow::tr("The display offers no OpenGL."));
     QObject::connect(&window, &MainWindow::Done, &app, &QApplication::exit);
     window.show();
     // The window stands before the map loads, and the viewer's boxes have a running event loop.

@@ -346,6 +346,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Longitude %1°, latitude %2°, altitude %3 m</source>
         <translation>经度 %1°，纬度 %2°，高度 %3 米</translation>
     </message>
+    <message>
+        <source>There is no display: DISPLAY is not set.</source>
+        <translation>没有显示器：未设置 DISPLAY。</translation>
+    </message>
+    <message>
+        <source>The display offers no OpenGL.</source>
+        <translation>显示器不提供 OpenGL。</translation>
+    </message>
 </context>
 <context>
     <name>Tour</name>

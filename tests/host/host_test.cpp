@@ -62,6 +62,27 @@ TEST(Host, HelpNamesEveryOptionAndNeedsNoDisplay)
         EXPECT_TRUE(text.contains(QLatin1String(option))) << option;
 }
 
+TEST(Host, SaysThatThereIsNoDisplayOrNoOpenGl)
+{
+    const auto startWith = [](const QString& platform) {
+        QProcess host;
+        QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            variables.remove(QLatin1String(name));
+        if (!platform.isEmpty())
+            variables.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+        host.setProcessEnvironment(variables);
+        host.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"),
+                   {"--lang", "en"});
+        EXPECT_TRUE(host.waitForFinished());
+        EXPECT_EQ(host.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(host.exitCode(), 1);
+        return QString::fromUtf8(host.readAllStandardError());
+    };
+    EXPECT_TRUE(startWith(QString()).contains(QStringLiteral("DISPLAY")));
+    EXPECT_TRUE(startWith(QStringLiteral("minimal")).contains(QStringLiteral("OpenGL")));
+}
+
 TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
 {
     struct Row

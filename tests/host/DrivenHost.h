@@ -1,0 +1,113 @@
+#pragma once
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QPoint>
+#include <QProcess>
+#include <QRect>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+
+/**
+ * The host as a process of its own, driven as a person does: by X events that
+ * xdotool sends to the display, read by the event log that it writes.
+ */
+class DrivenHost
+{
+public:
+    using Event = QJsonObject;
+    using Wanted = std::function<bool(const Event&)>;
+
+    explicit DrivenHost(const QStringList& arguments)
+    {
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"), arguments);
+    }
+
+    /// The next event, counted from the last call, that is wanted; nothing when a minute passes first.
+    std::optional<Event> Next(const Wanted& wanted)
+    {
+        constexpr int limitMs = 60000;
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < limitMs) {
+            while (process.canReadLine()) {
+                const Event event = QJsonDocument::fromJson(process.readLine()).object();
+                if (event["event"] == "window")
+                    Remember(event);
+                if (wanted(event))
+                    return event;
+            }
+            if (process.state() == QProcess::NotRunning && !process.canReadLine())
+                return {};
+            process.waitForReadyRead(100);
+        }
+        return {};
+    }
+    std::optional<Event> NextOf(const char* kind)
+    {
+        return Next([kind](const Event& event) { return event["event"] == QLatin1String(kind); });
+    }
+    /// The next emission of a signal whose first argument suits.
+    std::optional<Event> NextSignal(
+        const char* name,
+        const std::function<bool(const QJsonValue&)>& suits = [](const QJsonValue&) { return true; })
+    {
+        return Next([&](const Event& event) {
+            return event["name"] == QLatin1String(name) && suits(event["args"].toArray().first());
+        });
+    }
+    /// The next resting place of the camera that suits.
+    std::optional<Event> NextView(const Wanted& suits)
+    {
+        return Next([&](const Event& event) { return event["event"] == "viewpoint" && suits(event); });
+    }
+
+    /// One xdotool command line, for instance {"mousemove", "10", "20", "click", "1"}.
+    void Do(const QStringList& command)
+    {
+        QProcess tool;
+        tool.setProcessChannelMode(QProcess::ForwardedChannels);
+        tool.start(QStringLiteral("xdotool"), command);
+        ASSERT_TRUE(tool.waitForStarted()) << "xdotool is not installed";
+        ASSERT_TRUE(tool.waitForFinished());
+        ASSERT_EQ(tool.exitCode(), 0) << command.join(' ').toStdString();
+    }
+    /// Words of xdotool that put the mouse on a pixel of the globe.
+    QStringList To(const QPoint& pixel) const
+    {
+        const QPoint onScreen = globe.topLeft() + pixel;
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
+    /// There may be no window manager that gives the window the input.
+    void TakeFocus() { Do({"windowfocus", QString::number(window)}); }
+
+    QSize GlobeSize() const { return globe.size(); }
+    QPoint Centre() const { return {globe.width() / 2, globe.height() / 2}; }
+
+    /// Ends the program as a person does; its exit status, or -1 when it does not end well.
+    int Quit()
+    {
+        Do({"key", "ctrl+q"});
+        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+            return -1;
+        return process.exitCode();
+    }
+
+private:
+    void Remember(const Event& event)
+    {
+        const QJsonArray place = event["globe"].toArray();
+        globe = QRect(place[0].toInt(), place[1].toInt(), place[2].toInt(), place[3].toInt());
+        window = static_cast<qint64>(event["id"].toDouble());
+    }
+
+    QProcess process;
+    QRect globe;
+    qint64 window = 0;
+};
