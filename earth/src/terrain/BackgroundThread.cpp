@@ -19,8 +19,8 @@ void makeThisThreadYieldToFrames()
 #if defined(_WIN32)
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
 #elif defined(__linux__)
-    // A third of the weight of a thread at the usual priority. On Linux the "process" 0 is the thread.
-    constexpr int kNicer = 5;
+    // A tenth of the weight of a thread at the usual priority. On Linux the "process" 0 is the thread.
+    constexpr int kNicer = 10;
     setpriority(PRIO_PROCESS, 0, getpriority(PRIO_PROCESS, 0) + kNicer);
 #endif
 }
