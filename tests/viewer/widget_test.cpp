@@ -1,5 +1,5 @@
 // The widget: geometry, switches, input routing, overlays.
-#include "ViewerFixture.h"
+#include "SceneEvents.h"
 
 #include "viewer/CAxCoordinateWidget.h"
 #include "viewer/CAxGraphicsCompassItem.h"
@@ -39,34 +39,9 @@ protected:
     void SetUp() override { ASSERT_TRUE(WaitForPicture()); }
     void TearDown() override { viewer->resize(800, 600); }
 
-    // Keeps the events that reach the scene, in their order.
-    struct Recorder : osgGA::GUIEventHandler
+    static SceneEvents Record(GUIEventAdapter::EventType type, const std::function<void()>& act)
     {
-        bool handle(const GUIEventAdapter& event, osgGA::GUIActionAdapter&) override
-        {
-            if (event.getEventType() != GUIEventAdapter::FRAME &&
-                event.getEventType() != GUIEventAdapter::RESIZE)
-                events.push_back(new GUIEventAdapter(event));
-            return false;
-        }
-        std::vector<osg::ref_ptr<GUIEventAdapter>> events;
-    };
-
-    // What reaches the scene while `act` runs and until `type` has come.
-    std::vector<osg::ref_ptr<GUIEventAdapter>> Record(GUIEventAdapter::EventType type,
-                                                      const std::function<void()>& act)
-    {
-        osg::ref_ptr<Recorder> recorder = new Recorder;
-        viewer->getOSGViewer()->getEventHandlers().push_front(recorder);
-        act();
-        EXPECT_TRUE(waitFor([&] {
-            for (const auto& event : recorder->events)
-                if (event->getEventType() == type)
-                    return true;
-            return false;
-        }));
-        viewer->getOSGViewer()->removeEventHandler(recorder);
-        return recorder->events;
+        return recordSceneEvents(type, act);
     }
 };
 } // namespace
