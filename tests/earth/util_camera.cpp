@@ -181,6 +181,38 @@ TEST(CameraPose, AViewOfAPlaceWhoseHeightNobodyKnewKeepsItsRangeAndAngle)
     EXPECT_LT(turnBetween(pose, asked), 1e-4);
 }
 
+TEST(CameraPose, AGrazedSlopeLiftsTheEyeAndDoesNotThrowTheCameraUp)
+{
+    const auto plateau = [](double, double) { return 3000.0; };
+    CameraPose pose = view(-105.0, 37.4, 120.0, -30.0, 500.0);
+    pose.center = at(-105.0, 37.4, 2750.5); // the eye a little under ground, the centre far
+    const osg::Vec3d before = eyeOf(pose);
+    ASSERT_TRUE(keepAboveGround(kGlobe, plateau, 1.0, kLimits, SunkenCentre::RisesWithTheEye, pose));
+    EXPECT_GE(toGeodetic(kGlobe, eyeOf(pose)).height, 3001.0);
+    EXPECT_LT((eyeOf(pose) - before).length(), 1.0);
+    EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 2750.5, 0.1);
+}
+
+TEST(CameraPose, AnEyeInAPitClimbsOutOfItWithinThePitchLimits)
+{
+    // The centre is on the rim, higher than the eye can look up to.
+    const auto pit = [](double, double longitude) {
+        return longitude < osg::DegreesToRadians(-105.0) ? 100.0 : 600.0;
+    };
+    for (const PitchLimits& limits : {kLimits, PitchLimits{osg::DegreesToRadians(-60.0), kLimits.highest}}) {
+        CameraPose pose = view(-104.9999, 37.4, 90.0, -20.0, 400.0);
+        pose.center = at(-104.9999, 37.4, -500.0);
+        ASSERT_TRUE(keepAboveGround(kGlobe, pit, 1.0, limits, SunkenCentre::RisesWithTheEye, pose));
+        const Geodetic eye = toGeodetic(kGlobe, eyeOf(pose));
+        EXPECT_GE(eye.height, pit(eye.latitude, eye.longitude) + 1.0 - 1e-6);
+        double heading = 0.0;
+        double pitch = 0.0;
+        anglesOf(pose.rotation, heading, pitch);
+        EXPECT_GE(pitch, limits.lowest - 1e-9);
+        EXPECT_LE(pitch, limits.highest + 1e-9);
+    }
+}
+
 /** Grabs one place of the window and drags it to another. */
 class DraggedPoint : public testing::TestWithParam<std::tuple<double, double, double>>
 {

@@ -112,6 +112,33 @@ void holdBelowHorizon(const osg::EllipsoidModel& ellipsoid, const HeldPoint& hel
         bringUnder(ellipsoid, held, rule, pose);
 }
 
+void turnTo(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, const PitchLimits& limits,
+            CameraPose& pose)
+{
+    // A turn that leaves no roll misses by a little, the next one by less.
+    constexpr int kTurns = 4;
+    constexpr double kFar = 0.1; // radians; a point that is that far off could not be held, near the horizon
+    const Ray sight = transformed(held.sight, cameraMatrix(pose));
+    osg::Vec3d there = held.point - sight.origin;
+    if (!(there.normalize() > 0.0) || (there - sight.direction).length() > kFar)
+        return;
+    CameraPose turned = pose;
+    for (int i = 0; i < kTurns; ++i) {
+        const osg::Vec3d eye = eyeOf(turned);
+        osg::Quat turn;
+        turn.makeRotate(transformed(held.sight, cameraMatrix(turned)).direction, held.point - eye);
+        double heading = 0.0;
+        double pitch = 0.0;
+        anglesOf(turned.rotation * turned.frame * turn * turned.frame.inverse(), heading, pitch);
+        const osg::Quat world = rotationOf(heading, pitch) * turned.frame;
+        turned.center = eye - world * osg::Vec3d(0.0, 0.0, turned.distance);
+        turned.frame = frameAt(ellipsoid, turned.center);
+        turned.rotation = world * turned.frame.inverse();
+    }
+    if (isFinite(turned.center) && !limitPitch(limits, turned))
+        pose = turned;
+}
+
 void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,
             HeadingRule rule, const std::optional<HeldPoint>& held, CameraPose& pose)
 {

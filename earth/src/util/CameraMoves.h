@@ -49,6 +49,11 @@ bool bringUnder(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, Hea
 void holdBelowHorizon(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, HeadingRule rule,
                       CameraPose& pose);
 
+/** Turns the camera, the eye staying where it is, until the held point is under the cursor; not beyond the
+ * limits. */
+void turnTo(const osg::EllipsoidModel& ellipsoid, const HeldPoint& held, const PitchLimits& limits,
+            CameraPose& pose);
+
 /** Scales the distance by `factor`, within the limits (metres); a held point stays where it is in the window.
  */
 void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest, double farthest,

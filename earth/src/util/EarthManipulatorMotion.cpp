@@ -11,12 +11,13 @@ HeadingRule EarthManipulator::headingRule() const
     return _settings->getLockAzimuthWhilePanning() ? HeadingRule::KeepNorth : HeadingRule::TurnFreely;
 }
 
-void EarthManipulator::settle(const std::function<void(CameraPose&)>& hold)
+void EarthManipulator::settle(const std::function<void(CameraPose&)>& hold, const HeldPoint* held)
 {
     CameraPose now = pose();
     // Coming to the ground, to the pitch limits and clear of a slope each may
     // move the held point a little, and holding it may break the others.
     constexpr int kRounds = 4;
+    bool lifted = false;
     for (int round = 0; round < kRounds; ++round) {
         if (hold)
             hold(now);
@@ -24,10 +25,12 @@ void EarthManipulator::settle(const std::function<void(CameraPose&)>& hold)
             recenter(
                 *_ellipsoid, [this](const Ray& ray) { return groundAlongRay(ray); }, now);
         const bool turned = limitPitch(pitchLimits(), now);
-        const bool lifted = standClear(SunkenCentre::RisesWithTheEye, now);
+        lifted = standClear(SunkenCentre::RisesWithTheEye, now);
         if (!turned && !lifted)
             break;
     }
+    if (held && lifted)
+        turnTo(*_ellipsoid, *held, pitchLimits(), now);
     setPose(now);
 }
 
@@ -82,7 +85,7 @@ void EarthManipulator::holdGrabbed(osg::View& view)
     const HeldPoint held{_motion->grabbed->point,
                          cursorRay(view.getCamera()->getProjectionMatrix(), cursor.x(), cursor.y()),
                          kFarthest * _motion->grabbed->away};
-    settle([&](CameraPose& pose) { bringUnder(*_ellipsoid, held, headingRule(), pose); });
+    settle([&](CameraPose& pose) { bringUnder(*_ellipsoid, held, headingRule(), pose); }, &held);
 }
 
 void EarthManipulator::rotate(double dx, double dy)
@@ -120,11 +123,13 @@ void EarthManipulator::zoom(double, double dy)
     }
     setPose(now);
     bool justHeld = true;
-    settle([&](CameraPose& pose) {
-        if (!justHeld)
-            holdBelowHorizon(*_ellipsoid, *held, headingRule(), pose);
-        justHeld = false;
-    });
+    settle(
+        [&](CameraPose& pose) {
+            if (!justHeld)
+                holdBelowHorizon(*_ellipsoid, *held, headingRule(), pose);
+            justHeld = false;
+        },
+        &*held);
 }
 
 void EarthManipulator::handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view)
