@@ -10,13 +10,15 @@
 Q_IMPORT_PLUGIN(CAxTextToSpeechRelayPlugin)
 
 namespace {
-// Starting the daemon and reading its list of voices takes two seconds.
-constexpr int longestStartMs = 15000;
+// Starting the daemon and reading its 13,000 voices takes two seconds, and
+// fifteen were seen on a machine with much else to do.
+constexpr int longestStartMs = 60000;
 constexpr int longestAnswerMs = 10000;
 constexpr int longestBeginMs = 2000;
 // Espeak needs a quarter of a second for a Chinese character, less for a letter.
 constexpr int longestCharacterMs = 500;
 constexpr unsigned long longestFarewellMs = 3000;
+constexpr unsigned long shortestFarewellMs = 500;
 // Each attempt to reach a missing daemon writes a line into the log.
 constexpr qint64 shortestRetryMs = 60000;
 
@@ -112,7 +114,7 @@ CAxTextToSpeechRelay::~CAxTextToSpeechRelay()
 {
     thread->quit();
     // A thread that waits for a stuck daemon cannot be ended; the process can.
-    if (thread->wait(stuck ? 0 : longestFarewellMs))
+    if (thread->wait(stuck ? shortestFarewellMs : longestFarewellMs))
         delete thread;
 }
 

@@ -3,6 +3,7 @@
 #include "Announcer.h"
 
 #include <QFile>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTcpServer>
@@ -10,7 +11,7 @@
 #include <QTextToSpeech>
 
 namespace {
-constexpr int daemonLimitMs = 60000;
+constexpr int daemonLimitMs = 100000;
 
 class Dispatcher : public testing::Test
 {
@@ -55,7 +56,13 @@ protected:
                                            folder.path(), "-L", folder.path()});
         qputenv("SPEECHD_ADDRESS", "unix_socket:" + socket.toLocal8Bit());
         return QTest::qWaitFor(
-            [&] { return QFile::exists(socket) || daemon.state() == QProcess::NotRunning; }, daemonLimitMs);
+            [&] {
+                QLocalSocket knock;
+                knock.connectToServer(socket);
+                return knock.state() == QLocalSocket::ConnectedState ||
+                       daemon.state() == QProcess::NotRunning;
+            },
+            daemonLimitMs);
     }
 
     static bool WaitFor(CAxTextToSpeech& announcer, QTextToSpeech::State state)
