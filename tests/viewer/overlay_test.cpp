@@ -1,0 +1,213 @@
+// The compass and the coordinate read-out over the map.
+#include "SceneEvents.h"
+
+#include "interaction/AxReadOut.h"
+#include "viewer/CAxCoordinateWidget.h"
+#include "viewer/CAxGraphicsCompassItem.h"
+
+#include <osgGA/EventQueue>
+
+#include <QFontMetrics>
+#include <QGraphicsScene>
+#include <QGraphicsSceneHoverEvent>
+#include <QGraphicsSceneMouseEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QPainter>
+#include <QSignalSpy>
+
+#include <cmath>
+
+using osgGA::GUIEventAdapter;
+
+namespace {
+/// The dial outside of any viewer.
+class Dial : public CAxGraphicsCompassItem
+{
+public:
+    Dial() : CAxGraphicsCompassItem(nullptr) {}
+    using CAxGraphicsCompassItem::ComputerAngle;
+    using CAxGraphicsCompassItem::ComputerPos;
+
+    void Turn(double degrees) { QMetaObject::invokeMethod(this, "slotHeading", Q_ARG(double, degrees)); }
+    QImage Picture()
+    {
+        QImage image(boundingRect().size().toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        QPainter painter(&image);
+        paint(&painter, nullptr, nullptr);
+        return image;
+    }
+    QColor Ring() { return Picture().pixelColor(Picture().width() / 2, 1); }
+    void Hover(bool inside)
+    {
+        QGraphicsSceneHoverEvent event;
+        inside ? hoverEnterEvent(&event) : hoverLeaveEvent(&event);
+    }
+    void Release()
+    {
+        QGraphicsSceneMouseEvent event(QEvent::GraphicsSceneMouseRelease);
+        mouseReleaseEvent(&event);
+    }
+};
+
+/// Whether the needle's red half points this way, degrees clockwise from upwards.
+bool PointsTo(const QImage& picture, double degrees)
+{
+    constexpr double onTheNeedle = 8.0;
+    const double radians = degrees * 3.141592653589793 / 180.0;
+    const QPoint centre(picture.width() / 2, picture.height() / 2);
+    const QPoint tip = centre + QPoint(static_cast<int>(std::lround(std::sin(radians) * onTheNeedle)),
+                                       static_cast<int>(std::lround(-std::cos(radians) * onTheNeedle)));
+    // The needle's dark seam may run along the row that is looked at.
+    for (const QPoint& beside : {QPoint(0, 0), QPoint(-1, -1), QPoint(1, 1), QPoint(-1, 1), QPoint(1, -1)}) {
+        const QColor colour = picture.pixelColor(tip + beside);
+        if (colour.red() > 150 && colour.green() < 120 && colour.blue() < 120)
+            return true;
+    }
+    return false;
+}
+
+class Overlay : public ViewerFixture
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(WaitForPicture());
+        before = viewer->getManipulator()->getViewpoint();
+    }
+    void TearDown() override
+    {
+        viewer->getManipulator()->setViewpoint(before);
+        ASSERT_TRUE(WaitForPicture());
+    }
+    static CAxGraphicsCompassItem* Compass()
+    {
+        for (QGraphicsItem* item : viewer->scene()->items())
+            if (auto* compass = qobject_cast<CAxGraphicsCompassItem*>(item->toGraphicsObject()))
+                return compass;
+        return nullptr;
+    }
+
+private:
+    osgEarth::Viewpoint before;
+};
+} // namespace
+
+TEST(CompassDial, PointsItsNeedleTheGivenWay)
+{
+    for (const double heading : {0.0, 45.0, 90.0, 200.0, -90.0, -359.0}) {
+        Dial dial;
+        dial.Turn(heading);
+        EXPECT_TRUE(PointsTo(dial.Picture(), heading)) << heading;
+        EXPECT_FALSE(PointsTo(dial.Picture(), heading + 180.0)) << heading;
+    }
+}
+
+TEST(CompassDial, IgnoresTurnsBelowOneDegree)
+{
+    Dial dial;
+    dial.Turn(10.0);
+    for (const auto& [asked, shown] : {std::pair{10.9, 10.0}, {9.1, 10.0}, {11.0, 11.0}, {9.9, 9.9}}) {
+        dial.Turn(asked);
+        EXPECT_EQ(dial.Heading(), shown) << asked;
+    }
+}
+
+TEST(CompassDial, ShowsTheMouseOnItsRing)
+{
+    Dial dial;
+    QSignalSpy turned(&dial, &CAxGraphicsCompassItem::signalHeading);
+    const QColor normal = dial.Ring();
+    dial.Hover(true);
+    const QColor hovered = dial.Ring();
+    EXPECT_NE(hovered, normal);
+    dial.Release();
+    const QColor pressed = dial.Ring();
+    EXPECT_NE(pressed, hovered);
+    ASSERT_EQ(turned.count(), 1);
+    EXPECT_EQ(turned[0][0].toDouble(), 0.0);
+    dial.Hover(false);
+    EXPECT_EQ(dial.Ring(), normal);
+    dial.Hover(true);
+    EXPECT_EQ(dial.Ring(), hovered);
+}
+
+TEST(CompassDial, KnowsAnglesOnItsPicture)
+{
+    Dial dial;
+    const int middle = static_cast<int>(dial.boundingRect().width()) / 2;
+    for (const auto& [offset, angle] : {std::pair{QPoint(0, 10), 0.0},
+                                        {QPoint(-10, 0), 90.0},
+                                        {QPoint(0, -10), 180.0},
+                                        {QPoint(10, 0), 270.0}})
+        EXPECT_NEAR(dial.ComputerAngle(QPoint(middle, middle) + offset), angle, 1e-9);
+    const int radius = dial.ComputerPos(0.0).y();
+    EXPECT_GT(radius, 0);
+    EXPECT_EQ(dial.ComputerPos(90.0), QPoint(radius, 0));
+    EXPECT_EQ(dial.ComputerPos(-90.0), QPoint(-radius, 0));
+}
+
+TEST_F(Overlay, AClickOnTheCompassIsNoneOnTheGlobe)
+{
+    CAxEarthManipulator* manipulator = viewer->getManipulator();
+    manipulator->setViewpoint(osgEarth::Viewpoint("oblique", -105.0, 37.4, 3000.0, 60.0, -40.0, 20000.0));
+    ASSERT_TRUE(waitFor([] { return std::abs(Compass()->Heading() + 60.0) < 1.0; }));
+    const QPoint centre = viewer->mapFromScene(Compass()->sceneBoundingRect().center());
+
+    const SceneEventRecorder recorder;
+    QTest::mouseClick(viewer->viewport(), Qt::LeftButton, {}, centre);
+    ASSERT_TRUE(waitFor([&] { return !recorder.OfType(GUIEventAdapter::RELEASE).empty(); }));
+    const auto release = recorder.OfType(GUIEventAdapter::RELEASE).front();
+    EXPECT_EQ(release->getX(), 0.0f);
+    EXPECT_TRUE(waitFor([] { return std::abs(Compass()->Heading()) < 1.0; }));
+    EXPECT_TRUE(waitFor([&] { return manipulator->getViewpoint().getPitch() < -89.0; }));
+    EXPECT_NEAR(manipulator->getViewpoint().focalPoint()->x(), -105.0, 1e-4);
+    EXPECT_NEAR(manipulator->getViewpoint().focalPoint()->y(), 37.4, 1e-4);
+}
+
+TEST_F(Overlay, FitsLongValuesIntoTheReadOut)
+{
+    const QLocale usual;
+    QLocale::setDefault(QLocale(QLocale::Arabic, QLocale::Egypt));
+    const auto* readOut = viewer->GetCoordinateWidget();
+    const auto check = [readOut] {
+        int lineEnd = 0;
+        for (const QLabel* label : readOut->findChildren<QLabel*>()) {
+            EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
+                << label->text().toStdString();
+            EXPECT_LE(label->fontMetrics().ascent(), label->height());
+            lineEnd = std::max(lineEnd, label->geometry().right());
+        }
+        EXPECT_LT(lineEnd, readOut->width());
+    };
+    for (const char* format : {"longitude:%1degree", "经度：%1度"}) {
+        const QString label = QString::fromUtf8(format);
+        for (const double value : {1.0, -179.123456}) {
+            viewer->SetCoordinate(label.arg(value, 0, 'f', 6), label.arg(-value / 2.0, 0, 'f', 6),
+                                  "altitude:-12345.67meter", "camera range:40000000.00meter");
+            QCoreApplication::processEvents();
+            check();
+        }
+    }
+    const AxReadOut texts = AxReadOut::Of(-179.123456, -89.5, -12345.67, 40000000.0);
+    EXPECT_TRUE(texts.altitude.contains("-12345.67")) << texts.altitude.toStdString();
+    EXPECT_TRUE(texts.range.contains("40000000.00")) << texts.range.toStdString();
+    QLocale::setDefault(usual);
+}
+
+TEST_F(Overlay, ReadsTextsAsTheyStand)
+{
+    const auto* readOut = viewer->GetCoordinateWidget();
+    // Same width twice, then other letters of the same number, then markup.
+    for (const QStringList& texts : {QStringList{"lon:11.1", "b", "c", "d"},
+                                     {"lon:22.2", "b", "c", "d"},
+                                     {"lat:22.2", "", "c", "d"},
+                                     {"<b>1</b>", "b", "&amp;", "d"}}) {
+        viewer->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
+        QStringList shown;
+        for (const QLabel* label : readOut->findChildren<QLabel*>())
+            shown += label->text();
+        EXPECT_EQ(shown, texts);
+    }
+}
