@@ -420,7 +420,12 @@ void CAxEarthViewer::SetCoordinateVisible(bool visible)
 void CAxEarthViewer::SetCoordinate(const QString& longitude, const QString& latitude, const QString& altitude,
                                    const QString& range)
 {
-    coordinateWidget->SetCoordinate(longitude, latitude, altitude, range);
+    // A change while the frame is painted would ask for a second one at once;
+    // the next tick paints anyway.
+    if (painting)
+        nextReadOut = QStringList{longitude, latitude, altitude, range};
+    else
+        coordinateWidget->SetCoordinate(longitude, latitude, altitude, range);
 }
 
 void CAxEarthViewer::SetTextToSpeechEnabled(bool enabled)
@@ -431,6 +436,9 @@ void CAxEarthViewer::SetTextToSpeechEnabled(bool enabled)
 void CAxEarthViewer::timerEvent(QTimerEvent* event)
 {
     QObject::timerEvent(event);
+    if (!nextReadOut.isEmpty())
+        coordinateWidget->SetCoordinate(nextReadOut[0], nextReadOut[1], nextReadOut[2], nextReadOut[3]);
+    nextReadOut.clear();
     scene()->update();
 }
 
@@ -441,8 +449,10 @@ void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
     painter->save();
     painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter->beginNativePainting();
+    painting = true;
     if (!viewer->done())
         frame->Render();
+    painting = false;
     painter->endNativePainting();
     painter->restore();
 }

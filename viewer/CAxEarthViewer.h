@@ -277,4 +277,6 @@ private:
     std::unique_ptr<AxInputRouter> input;
     bool starting = false;
     bool passingKey = false;
+    bool painting = false;
+    QStringList nextReadOut;
 };

@@ -117,6 +117,7 @@ protected:
         manipulator->setOperateMode(CAxEarthManipulator::OperateGlobe);
         manipulator->setProjMode(CAxEarthManipulator::ProjNone);
         manipulator->slotResetMouse();
+        manipulator->home(0.0);
     }
 
     static osgEarth::Viewpoint Straight(double lng, double lat, double range)
