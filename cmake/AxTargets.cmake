@@ -79,7 +79,11 @@ function(ax_test label)
   endif()
   if(ARG_WINDOW)
     add_test(NAME ${label} COMMAND xvfb-run -a -s "-screen 0 1600x1200x24 -noreset" $<TARGET_FILE:${target}>)
-    set_tests_properties(${label} PROPERTIES LABELS ${label} TIMEOUT 600
+    set(limit 600)
+    if(AX_SANITIZE)
+      set(limit 1800) # pictures take ten times as long
+    endif()
+    set_tests_properties(${label} PROPERTIES LABELS ${label} TIMEOUT ${limit}
       ENVIRONMENT "LIBGL_ALWAYS_SOFTWARE=1;QT_QPA_PLATFORM=xcb;LC_ALL=C.UTF-8")
   else()
     gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60

@@ -69,6 +69,8 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
 MainWindow::~MainWindow()
 {
     viewer->ReleaseAll();
+    // Hiding its viewport it would ask for a viewport that is going.
+    viewer->viewport()->removeEventFilter(this);
     delete viewer;
 }
 

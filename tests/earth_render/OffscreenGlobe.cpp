@@ -79,7 +79,7 @@ bool OffscreenGlobe::drawUntilComplete()
                         _mapNode->getTerrainEngine()->isRefreshing()
                     ? 0
                     : quiet + 1;
-        if (std::chrono::steady_clock::now() - start > std::chrono::minutes(1))
+        if (std::chrono::steady_clock::now() - start > std::chrono::minutes(3))
             return false;
     }
     return true;

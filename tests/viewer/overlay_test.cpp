@@ -12,6 +12,7 @@
 #include <QGraphicsSceneHoverEvent>
 #include <QGraphicsSceneMouseEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QLocale>
 #include <QPainter>
 #include <QSignalSpy>
@@ -173,6 +174,7 @@ TEST_F(Overlay, FitsLongValuesIntoTheReadOut)
     const auto* readOut = viewer->GetCoordinateWidget();
     const auto check = [readOut] {
         int lineEnd = 0;
+        readOut->layout()->activate();
         for (const QLabel* label : readOut->findChildren<QLabel*>()) {
             EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), label->width())
                 << label->text().toStdString();

@@ -192,10 +192,7 @@ void EarthManipulator::resetMouse(osgGA::GUIActionAdapter& aa, bool flushEventSt
     if (flushEventStack)
         flushMouseEventStack();
     _mouse_down_event = nullptr;
-    _motion->grabbed.reset();
-    _motion->afterDoubleClick = false;
-    _motion->stand.reset();
-    _motion->keys.clear();
+    _motion->letGo();
     stopWheel();
     aa.requestContinuousUpdate(false);
 }

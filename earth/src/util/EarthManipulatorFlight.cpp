@@ -211,10 +211,7 @@ void EarthManipulator::reinitialize()
     clearViewpoint();
     flushMouseEventStack();
     _mouse_down_event = nullptr;
-    _motion->grabbed.reset();
-    _motion->afterDoubleClick = false;
-    _motion->stand.reset();
-    _motion->keys.clear();
+    _motion->letGo();
     stopWheel();
 }
 

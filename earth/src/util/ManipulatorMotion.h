@@ -65,6 +65,15 @@ struct EarthManipulator::Motion
     /** The key whose event is being handled. */
     int key = 0;
 
+    /** Forgets what the hands hold and where the camera was told to stand. */
+    void letGo()
+    {
+        grabbed.reset();
+        afterDoubleClick = false;
+        stand.reset();
+        keys.clear();
+    }
+
     /** Logarithm of the zoom that the wheel still owes, and where it is aimed. */
     double wheel = 0.0;
     osg::Vec2d wheelCursor;
