@@ -12,6 +12,12 @@
 
 namespace {
 constexpr int daemonLimitMs = 100000;
+#if defined(__SANITIZE_THREAD__)
+// The daemon's client takes minutes to list its 13,000 voices, and leaves a thread behind.
+constexpr bool usesDaemon = false;
+#else
+constexpr bool usesDaemon = true;
+#endif
 
 class Dispatcher : public testing::Test
 {
@@ -20,8 +26,8 @@ protected:
     {
         if (!QTextToSpeech::availableEngines().contains("speechd"))
             GTEST_SKIP() << "Qt's plug-in for speech-dispatcher is not installed";
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        GTEST_SKIP() << "the daemon's client library leaks, and lists its voices too slowly here";
+#if defined(__SANITIZE_ADDRESS__)
+        GTEST_SKIP() << "the daemon's client library leaks";
 #endif
         ASSERT_TRUE(folder.isValid());
     }
@@ -39,7 +45,7 @@ protected:
     /// False if this machine has no daemon or no espeak module for it.
     bool StartDaemon()
     {
-        if (QStandardPaths::findExecutable("speech-dispatcher").isEmpty())
+        if (!usesDaemon || QStandardPaths::findExecutable("speech-dispatcher").isEmpty())
             return false;
         const auto write = [this](const QString& name, const QByteArray& text) {
             QFile file(folder.filePath(name));
