@@ -131,7 +131,7 @@ osg::Node* CAxEarthManipulator::pickNode(osgGA::GUIActionAdapter&, const osg::Ve
     query.tolerancePixels = lineTolerancePixels;
     for (const AxSceneHit& hit : AxPickScene(*drawn, *ray, query)) {
         const auto object = std::find_if(hit.path.rbegin(), hit.path.rend(), [this](osg::Node* node) {
-            return IsNamedHandle(*node) || viewer->FindExistNode(node);
+            return IsNamedHandle(*node) || (viewer->IsEnabledPickHandle() && viewer->FindExistNode(node));
         });
         if (object != hit.path.rend())
             return *object;

@@ -225,6 +225,10 @@ TEST_F(Protocol, SelectsAndDeselectsWithTheSelectionTool)
     const osg::Vec2f there = WindowOf(30.0, 10.0);
 
     viewer->SetToolType(ToolSelect);
+    viewer->EnabledPickHandle(false);
+    Push(there.x(), there.y());
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr) << "picking is off";
+    viewer->EnabledPickHandle(true);
     Push(there.x(), there.y());
     EXPECT_EQ(viewer->GetCurHandleAdapter(), &two);
     Heard();
