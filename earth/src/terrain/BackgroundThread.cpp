@@ -1,3 +1,5 @@
+// Calls the operating system itself: no library at hand sets the priority of one
+// thread on Linux.
 #include "BackgroundThread.h"
 
 #if defined(_WIN32)
