@@ -1,12 +1,40 @@
 #include <AxData/CAxBlock.h>
+#include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
 
 #include <algorithm>
 
+namespace {
+// Bit for bit: QPointF's own comparison takes places apart by micrometres for one.
+bool IsSameRing(const QList<QPointF>& left, const QList<QPointF>& right)
+{
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); });
+}
+} // namespace
+
 CAxBlock::CAxBlock(const QString& id, EBlockType type) : m_id(id), m_type(type) {}
 
 CAxBlock::~CAxBlock() = default;
+
+void CAxBlock::SetBlockName(const QString& name)
+{
+    if (name == m_name)
+        return;
+    const QString oldName = m_name;
+    m_name = name;
+    if (m_manager)
+        m_manager->OnRenamed(m_id, oldName, name);
+}
+
+void CAxBlock::SetAnchor(const QList<QPointF>& ring)
+{
+    const bool changed = !IsSameRing(ring, m_anchor);
+    m_anchor = ring;
+    if (m_manager && changed)
+        m_manager->OnChanged(m_id);
+}
 
 QList<CAxTask*> CAxBlock::GetMissionList() const
 {

@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+class CAxBlockManager;
 class CAxTask;
 
 /// One survey block and its tasks. Created and owned by CAxBlockManager; a pointer to it is good until the
@@ -39,13 +40,15 @@ public:
     QString GetBlockID() const { return m_id; }
     EBlockType GetBlockType() const { return m_type; }
 
+    /// The name is not checked against those of other blocks. A change of the name or the vertices of a
+    /// registered block is told by CAxBlockManager::blockChanged.
     QString GetBlockName() const { return m_name; }
-    void SetBlockName(const QString& name) { m_name = name; }
+    void SetBlockName(const QString& name);
 
     /// The vertices as (longitude, latitude) in degrees, the first one not repeated at the end; for a strip
     /// block the points of its centre line.
     QList<QPointF> GetAnchor() const { return m_anchor; }
-    void SetAnchor(const QList<QPointF>& ring) { m_anchor = ring; }
+    void SetAnchor(const QList<QPointF>& ring);
 
     CAxTaskPara* GetTaskPara() { return &m_taskPara; }
 
@@ -85,6 +88,9 @@ public:
     void SetIntersections(QStringList names) { m_intersections = std::move(names); }
 
 private:
+    friend class CAxBlockManager;
+
+    CAxBlockManager* m_manager = nullptr; // null while the block is not registered
     QString m_id;
     QString m_name;
     EBlockType m_type;

@@ -1,8 +1,6 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxTask.h>
 
-#include <algorithm>
-
 CAxBlockManager& CAxBlockManager::instance()
 {
     static CAxBlockManager* const manager = new CAxBlockManager;
@@ -14,7 +12,9 @@ CAxBlock* CAxBlockManager::AddBlock(const QString& id, CAxBlock::EBlockType type
     if (id.isEmpty() || m_blocks.count(id) != 0)
         return nullptr;
     auto block = std::make_unique<CAxBlock>(id, type);
-    block->SetBlockName(freeName());
+    block->SetBlockName(FreeName());
+    block->m_manager = this;
+    ++m_nameCounts[block->GetBlockName()];
     CAxBlock* const added = block.get();
     m_blocks.emplace(id, std::move(block));
     emit blockAdded(id);
@@ -28,6 +28,8 @@ bool CAxBlockManager::DeleteBlock(const QString& id)
         return false;
     const std::unique_ptr<CAxBlock> block = std::move(found->second);
     m_blocks.erase(found);
+    block->m_manager = nullptr;
+    DropName(block->GetBlockName());
     emit blockDeleted(block->GetBlockID());
     return true;
 }
@@ -54,14 +56,53 @@ QList<CAxBlock*> CAxBlockManager::GetBlockList() const
 
 bool CAxBlockManager::_exist(const QString& name) const
 {
-    return std::any_of(m_blocks.begin(), m_blocks.end(),
-                       [&name](const auto& entry) { return entry.second->GetBlockName() == name; });
+    return m_nameCounts.contains(name);
 }
 
-QString CAxBlockManager::freeName() const
+void CAxBlockManager::OnChanged(QString id)
 {
-    int number = 1;
-    while (_exist(tr("Block %1").arg(number)))
-        ++number;
-    return tr("Block %1").arg(number);
+    emit blockChanged(id);
+}
+
+void CAxBlockManager::OnRenamed(const QString& id, const QString& oldName, const QString& newName)
+{
+    ++m_nameCounts[newName];
+    DropName(oldName);
+    OnChanged(id);
+}
+
+void CAxBlockManager::DropName(const QString& name)
+{
+    const auto count = m_nameCounts.find(name);
+    Q_ASSERT(count != m_nameCounts.end());
+    if (--*count > 0)
+        return;
+    m_nameCounts.erase(count);
+    const auto number = m_numbers.constFind(name);
+    if (number != m_numbers.constEnd())
+        m_freedNumbers.insert(*number);
+}
+
+QString CAxBlockManager::FreeName()
+{
+    const QString pattern = tr("Block %1");
+    if (pattern != m_namePattern) {
+        // The language was changed.
+        m_namePattern = pattern;
+        m_numbers.clear();
+        m_freedNumbers.clear();
+        m_nextNumber = 1;
+    }
+    while (!m_freedNumbers.empty()) {
+        const QString name = pattern.arg(*m_freedNumbers.begin());
+        m_freedNumbers.erase(m_freedNumbers.begin());
+        if (!_exist(name))
+            return name;
+    }
+    QString name;
+    do {
+        name = pattern.arg(m_nextNumber);
+        m_numbers.insert(name, m_nextNumber++);
+    } while (_exist(name));
+    return name;
 }

@@ -3,11 +3,13 @@
 #include <AxData/AxDataExport.h>
 #include <AxData/CAxBlock.h>
 
+#include <QHash>
 #include <QObject>
 #include <QString>
 
 #include <map>
 #include <memory>
+#include <set>
 
 /// The process-wide registry of survey blocks, keyed by block ID; it owns them. It lives from its first use
 /// to the end of the process, so it may be asked at any time, even while the program shuts down. GUI thread
@@ -41,11 +43,26 @@ signals:
     void blockAdded(const QString& id);
     /// Sent while the block is already out of the registry but not yet deleted.
     void blockDeleted(const QString& id);
+    /// Sent after the name or the vertices of a registered block became different ones.
+    void blockChanged(const QString& id);
 
 private:
+    friend class CAxBlock;
+
     CAxBlockManager() = default;
     ~CAxBlockManager() override = default;
-    QString freeName() const;
+    // By value: a listener may delete the block that the text belongs to.
+    void OnChanged(QString id);
+    void OnRenamed(const QString& id, const QString& oldName, const QString& newName);
+    void DropName(const QString& name);
+    QString FreeName();
 
     std::map<QString, std::unique_ptr<CAxBlock>> m_blocks;
+    QHash<QString, int> m_nameCounts; // how many blocks have the name
+    // Which "Block N" is the lowest free one is known without a search. All numbers below m_nextNumber were
+    // taken once and stand in m_numbers; those that were given back since stand in m_freedNumbers.
+    QString m_namePattern;
+    QHash<QString, int> m_numbers;
+    std::set<int> m_freedNumbers;
+    int m_nextNumber = 1;
 };

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace {
 class Blocks : public testing::Test
 {
@@ -62,6 +64,73 @@ TEST_F(Blocks, GetNamesThatNoOtherBlockHas)
     EXPECT_EQ(manager.AddBlock(QStringLiteral("c"), CAxBlock::PolygonBlock)->GetBlockName(), freed);
 }
 
+TEST_F(Blocks, TheLowestFreeNumberIsTakenWhateverFreedIt)
+{
+    for (const char* id : {"1", "2", "3", "4", "5"})
+        manager.AddBlock(QLatin1String(id), CAxBlock::PolygonBlock);
+    const QString second = manager.GetBlock(QStringLiteral("2"))->GetBlockName();
+    const QString fourth = manager.GetBlock(QStringLiteral("4"))->GetBlockName();
+    const auto nextName = [this](const char* id) {
+        return manager.AddBlock(QLatin1String(id), CAxBlock::PolygonBlock)->GetBlockName();
+    };
+    manager.DeleteBlock(QStringLiteral("4"));
+    manager.GetBlock(QStringLiteral("2"))->SetBlockName(QStringLiteral("Quarry"));
+    EXPECT_EQ(nextName("6"), second);
+    // Given back by the manager's own block, but taken again by hand, and by two blocks.
+    manager.GetBlock(QStringLiteral("1"))->SetBlockName(fourth);
+    manager.GetBlock(QStringLiteral("3"))->SetBlockName(fourth);
+    manager.DeleteBlock(QStringLiteral("1"));
+    EXPECT_TRUE(manager._exist(fourth));
+    const QString first = nextName("7");
+    const QString third = nextName("8");
+    EXPECT_LT(first, second);
+    EXPECT_LT(second, third);
+    EXPECT_LT(third, fourth);
+    manager.DeleteBlock(QStringLiteral("3"));
+    EXPECT_FALSE(manager._exist(fourth));
+    EXPECT_EQ(nextName("9"), fourth);
+}
+
+TEST_F(Blocks, TellWhenTheirNameOrVerticesBecomeDifferent)
+{
+    QSignalSpy changes(&manager, &CAxBlockManager::blockChanged);
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    EXPECT_TRUE(changes.isEmpty());
+    const struct
+    {
+        std::function<void()> change;
+        int told;
+    } rows[] = {
+        {[block] { block->SetBlockName(QStringLiteral("Quarry")); }, 1},
+        {[block] { block->SetBlockName(QStringLiteral("Quarry")); }, 1},
+        {[block] {
+             block->SetAnchor({QPointF(100, 30), QPointF(101, 30)});
+         },
+         2},
+        {[block] {
+             block->SetAnchor({QPointF(100, 30), QPointF(101, 30)});
+         },
+         2},
+        // A hundredth of a millimetre.
+        {[block] {
+             block->SetAnchor({QPointF(100 + 1e-11, 30), QPointF(101, 30)});
+         },
+         3},
+        {[block] { block->SetAnchor({QPointF(100, 30)}); }, 4},
+    };
+    for (const auto& row : rows) {
+        row.change();
+        EXPECT_EQ(changes.size(), row.told) << &row - rows;
+    }
+    EXPECT_EQ(changes.last().first().toString(), QStringLiteral("a"));
+
+    CAxBlock outside(QStringLiteral("b"), CAxBlock::PolygonBlock);
+    outside.SetBlockName(QStringLiteral("Outside"));
+    outside.SetAnchor({QPointF(1, 2)});
+    EXPECT_EQ(changes.size(), 4);
+    EXPECT_FALSE(manager._exist(QStringLiteral("Outside")));
+}
+
 TEST_F(Blocks, AListenerMayDeleteTheBlockItHearsOf)
 {
     const auto connection =
@@ -69,6 +138,12 @@ TEST_F(Blocks, AListenerMayDeleteTheBlockItHearsOf)
             EXPECT_EQ(manager.GetBlock(id), nullptr);
             EXPECT_FALSE(manager.DeleteBlock(id));
         });
+    const auto deleteChanged = QObject::connect(&manager, &CAxBlockManager::blockChanged,
+                                                [this](const QString& id) { manager.DeleteBlock(id); });
+    manager.AddBlock(QStringLiteral("c"), CAxBlock::PolygonBlock)->SetBlockName(QStringLiteral("Quarry"));
+    manager.AddBlock(QStringLiteral("d"), CAxBlock::PolygonBlock)->SetAnchor({QPointF(1, 2)});
+    EXPECT_TRUE(manager.GetBlockList().isEmpty());
+    QObject::disconnect(deleteChanged);
     manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
     manager.AddBlock(QStringLiteral("b"), CAxBlock::PolygonBlock);
     manager.DeleteAllBlocks();
