@@ -31,7 +31,7 @@ endif()
 # Of the viewer library only the classes that hosts use; the rest is its own business.
 foreach(folder viewer interaction mission analysis)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} FILES_MATCHING
-    PATTERN "CAx*.h" PATTERN "AxEarthViewerExport.h" PATTERN "AxGridWidget.h" PATTERN "AxHeadUpText.h"
+    PATTERN "CAx*.h" PATTERN "EHandleOperation.h" PATTERN "AxEditAids.h" PATTERN "AxEarthViewerExport.h" PATTERN "AxGridWidget.h" PATTERN "AxHeadUpText.h"
     PATTERN "AxMapFile.h" PATTERN "AxSceneLog.h" PATTERN "AxTranslations.h" PATTERN "AxUserOperation.h")
 endforeach()
 
