@@ -1,0 +1,55 @@
+#include "interaction/AxEdgeHandles.h"
+#include "interaction/AxEditRules.h"
+#include "interaction/AxViewRay.h"
+
+#include <osg/Math>
+#include <osgEarth/GeoData>
+#include <osgEarth/SpatialReference>
+
+namespace {
+const osgEarth::SpatialReference* Geographic()
+{
+    static const osg::ref_ptr<const osgEarth::SpatialReference> wgs84 =
+        osgEarth::SpatialReference::get("wgs84");
+    return wgs84.get();
+}
+
+osg::Vec3d WorldOf(const osg::Vec3d& place)
+{
+    osg::Vec3d world;
+    osgEarth::GeoPoint(Geographic(), place).toWorld(world);
+    return world;
+}
+} // namespace
+
+void AxEdgeHandles::Set(const std::vector<osg::Vec3d>& vertices, bool closed)
+{
+    outdated = false;
+    middles.clear();
+    for (const auto& [from, to] : AxEditRules::EdgesOf(static_cast<int>(vertices.size()), closed)) {
+        const osg::Vec3d& a = vertices[std::size_t(from)];
+        const osg::Vec3d& b = vertices[std::size_t(to)];
+        middles.push_back({from, AxEditRules::MiddleOf(a, b), {WorldOf(a), WorldOf(b)}});
+    }
+}
+
+std::vector<AxEdgeHandles::Shown> AxEdgeHandles::InView(const AxViewRay& view, const Ground& ground) const
+{
+    std::vector<Shown> shown;
+    for (const Middle& middle : middles) {
+        const auto from = view.Project(middle.ends[0]);
+        const auto to = view.Project(middle.ends[1]);
+        if (from && to && (from->window - to->window).length() < AxEditRules::shortestEdgePixels)
+            continue;
+        osg::Vec3d place = middle.place;
+        if (const auto height = ground(place.x(), place.y()))
+            place.z() = *height;
+        osg::Matrixd frame;
+        if (!osgEarth::GeoPoint(Geographic(), place).createLocalToWorld(frame))
+            continue;
+        const auto where = view.Project(frame.getTrans());
+        if (where && !AxIsBehindGlobe(view.eye, frame.getTrans()))
+            shown.push_back({middle.edge, place, frame, where->window, where->depth});
+    }
+    return shown;
+}

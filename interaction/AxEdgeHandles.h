@@ -1,0 +1,48 @@
+#pragma once
+#include <osg/Matrixd>
+#include <osg/Vec3d>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+struct AxViewRay;
+
+/**
+ * The places in the middle of a shape's edges, of which those are shown whose
+ * edge is long enough on the screen. Places are longitude, latitude and
+ * altitude in degrees and metres. GUI thread only.
+ */
+class AxEdgeHandles
+{
+public:
+    /// Height of the ground at a longitude and latitude, where it is known.
+    using Ground = std::function<std::optional<double>(double, double)>;
+
+    struct Shown
+    {
+        int edge; ///< index of its first vertex
+        osg::Vec3d place;
+        osg::Matrixd localToWorld;
+        osg::Vec2d window;
+        double depth;
+    };
+
+    void Set(const std::vector<osg::Vec3d>& vertices, bool closed);
+    /// Those that are in sight, on the ground as it is now.
+    std::vector<Shown> InView(const AxViewRay& view, const Ground& ground) const;
+
+    /// The vertices have changed; Set() is due.
+    bool outdated = true;
+    /// First vertex of the edge whose handle the mouse is on, or -1.
+    int hovered = -1;
+
+private:
+    struct Middle
+    {
+        int edge;
+        osg::Vec3d place;
+        osg::Vec3d ends[2]; // geocentric
+    };
+    std::vector<Middle> middles;
+};
