@@ -45,8 +45,15 @@ CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
 bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
     auto* view = dynamic_cast<osgViewer::View*>(&aa);
-    if (!view || !viewer || ea.getHandled())
+    if (!view || !viewer)
         return false;
+    if (ea.getHandled()) {
+        // A push that a handle took is the beginning of no click.
+        if (ea.getEventType() == GUIEventAdapter::PUSH &&
+            ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON)
+            pushX = pushY = 0.0f;
+        return false;
+    }
     updateProjection(view->getCamera());
     const Viewpoint viewpoint = getViewpoint();
     if (viewpoint.isValid())

@@ -84,10 +84,14 @@ void CAxHandleAdapterEditor::_initEditor()
         if (i == draggers.size())
             addDragger();
         CAxDragger& dragger = *draggers[i];
-        if (dragger.getPosition().isValid() && dragger.GetPlace() == anchors[i])
+        const osg::Vec3d before = dragger.GetPlace();
+        if (dragger.getPosition().isValid() && before == anchors[i])
             continue;
-        if (clamps[i])
-            clamps[i]->Forget();
+        if (before.x() != anchors[i].x() || before.y() != anchors[i].y()) {
+            if (clamps[i])
+                clamps[i]->Forget();
+            dragger.SetHovered(false);
+        }
         dragger.setPosition(osgEarth::GeoPoint(srs, anchors[i], osgEarth::ALTMODE_ABSOLUTE), false);
     }
 }

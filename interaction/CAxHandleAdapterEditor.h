@@ -142,6 +142,9 @@ private:
     void drag(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
     bool beginMoving();
     bool endDrag();
+    void finishLater(void (CAxHandleAdapterEditor::*finish)());
+    void commit();
+    void giveUp();
     std::optional<osg::Vec3d> placeUnder(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
                                          const AxViewRay& target) const;
     std::optional<osg::Vec3d> placeOnModel(const AxViewRay& target) const;

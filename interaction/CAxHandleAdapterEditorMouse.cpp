@@ -11,7 +11,7 @@
 #include <osgEarth/Terrain>
 #include <osgViewer/Viewer>
 
-#include <algorithm>
+#include <QTimer>
 
 using osgGA::GUIEventAdapter;
 
@@ -46,13 +46,8 @@ bool CAxHandleAdapterEditor::handle(const GUIEventAdapter& ea, osgGA::GUIActionA
     case GUIEventAdapter::MOVE: {
         swallowDrag = false;
         // No button is held: the release went elsewhere, and with it the end of the edit.
-        if (endDrag() && adapter && adapter->GetHandleOperation() == OperationMovePoint) {
-            int vertex = adapter->GetEditIndex();
-            const bool isKnown = vertex >= 0 && vertex < static_cast<int>(draggers.size());
-            CAxDragger* dragger = isKnown ? draggers[std::size_t(vertex)] : nullptr;
-            adapter->slotMouseRelease(dragger ? dragger->GetPlace() : osg::Vec3d(),
-                                      dragger ? dragger->GetWorld() : osg::Vec3d());
-        }
+        if (endDrag())
+            finishLater(&CAxHandleAdapterEditor::commit);
         const osg::Camera* camera = CameraOf(aa);
         const auto ray =
             camera ? AxViewRay::Through(*camera, ea.getXnormalized(), ea.getYnormalized()) : std::nullopt;
@@ -89,8 +84,7 @@ bool CAxHandleAdapterEditor::handle(const GUIEventAdapter& ea, osgGA::GUIActionA
     case GUIEventAdapter::KEYDOWN:
         if (ea.getKey() != GUIEventAdapter::KEY_Escape || !CancelDrag())
             return false;
-        if (adapter && adapter->GetHandleOperation() == OperationMovePoint)
-            adapter->CancelHandle();
+        finishLater(&CAxHandleAdapterEditor::giveUp);
         aa.requestRedraw();
         return true;
     default:
@@ -245,6 +239,31 @@ bool CAxHandleAdapterEditor::CancelDrag()
     endDrag();
     _initEditor();
     return true;
+}
+
+// The end of an edit may open a box or take the object's nodes out of the scene,
+// which the event that is being handled is still on its way through.
+void CAxHandleAdapterEditor::finishLater(void (CAxHandleAdapterEditor::*finish)())
+{
+    const osg::ref_ptr<CAxHandleAdapterEditor> self(this);
+    QTimer::singleShot(0, this, [self, finish] {
+        if (self->adapter && self->adapter->GetHandleOperation() == OperationMovePoint)
+            (self.get()->*finish)();
+    });
+}
+
+void CAxHandleAdapterEditor::commit()
+{
+    const int vertex = adapter->GetEditIndex();
+    const bool isKnown = vertex >= 0 && vertex < static_cast<int>(draggers.size());
+    const osg::ref_ptr<CAxDragger> dragger = isKnown ? draggers[std::size_t(vertex)] : nullptr;
+    adapter->slotMouseRelease(dragger ? dragger->GetPlace() : osg::Vec3d(),
+                              dragger ? dragger->GetWorld() : osg::Vec3d());
+}
+
+void CAxHandleAdapterEditor::giveUp()
+{
+    adapter->CancelHandle();
 }
 
 std::optional<osg::Vec3d> CAxHandleAdapterEditor::placeUnder(const GUIEventAdapter& ea,
