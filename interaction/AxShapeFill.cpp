@@ -278,22 +278,24 @@ void AxShapeSurface::HalveTriangles(const std::vector<unsigned>& halves)
 {
     std::vector<unsigned> next;
     next.reserve(2 * mesh.triangles.size());
-    const auto emit = [&next](unsigned a, unsigned b, unsigned c) { next.insert(next.end(), {a, b, c}); };
+    const auto addTriangle = [&next](unsigned a, unsigned b, unsigned c) {
+        next.insert(next.end(), {a, b, c});
+    };
     for (std::size_t i = 0; i < mesh.triangles.size(); i += 3) {
         const unsigned* corner = mesh.triangles.data() + i;
         const unsigned* half = halves.data() + i;
         const auto halved = 3 - std::count(half, half + 3, none);
         if (halved == 0) {
-            emit(corner[0], corner[1], corner[2]);
+            addTriangle(corner[0], corner[1], corner[2]);
         } else if (halved == 3) {
-            emit(corner[0], half[0], half[2]);
-            emit(half[0], corner[1], half[1]);
-            emit(half[2], half[1], corner[2]);
-            emit(half[0], half[1], half[2]);
+            addTriangle(corner[0], half[0], half[2]);
+            addTriangle(half[0], corner[1], half[1]);
+            addTriangle(half[2], half[1], corner[2]);
+            addTriangle(half[0], half[1], half[2]);
         } else if (halved == 1) {
             const std::size_t k = half[0] != none ? 0 : half[1] != none ? 1 : 2;
-            emit(corner[k], half[k], corner[(k + 2) % 3]);
-            emit(half[k], corner[(k + 1) % 3], corner[(k + 2) % 3]);
+            addTriangle(corner[k], half[k], corner[(k + 2) % 3]);
+            addTriangle(half[k], corner[(k + 1) % 3], corner[(k + 2) % 3]);
         } else {
             // The edge from a to b stays; the four-sided rest is cut along its shorter diagonal.
             const std::size_t k = half[0] == none ? 0 : half[1] == none ? 1 : 2;
@@ -301,13 +303,13 @@ void AxShapeSurface::HalveTriangles(const std::vector<unsigned>& halves)
             const unsigned b = corner[(k + 1) % 3];
             const unsigned nearB = half[(k + 1) % 3];
             const unsigned nearA = half[(k + 2) % 3];
-            emit(nearB, corner[(k + 2) % 3], nearA);
+            addTriangle(nearB, corner[(k + 2) % 3], nearA);
             if (LengthOf(a, nearB) < LengthOf(b, nearA)) {
-                emit(a, b, nearB);
-                emit(a, nearB, nearA);
+                addTriangle(a, b, nearB);
+                addTriangle(a, nearB, nearA);
             } else {
-                emit(a, b, nearA);
-                emit(b, nearB, nearA);
+                addTriangle(a, b, nearA);
+                addTriangle(b, nearB, nearA);
             }
         }
     }

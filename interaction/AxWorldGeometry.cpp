@@ -1,0 +1,306 @@
+#include "interaction/AxWorldGeometry.h"
+#include "interaction/AxGlobePoint.h"
+#include "interaction/AxShapeSurface.h"
+
+#include <osg/LineWidth>
+#include <osg/observer_ptr>
+#include <osg/Program>
+#include <osgUtil/CullVisitor>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace axGlobe;
+
+namespace {
+// Attributes below this one share their places with OpenGL's own on some drivers.
+constexpr unsigned restAttribute = 6;
+
+// axEyeHigh and axEyeLow: the eye in two parts, metres. axRound: one over the
+// radii of the body that hides things, which makes it a sphere of radius 1.
+// axHorizon: the square of the eye's distance from the tangent to that sphere.
+const char vertexSource[] = R"(#version 330 compatibility
+uniform vec3 axEyeHigh;
+uniform vec3 axEyeLow;
+uniform vec3 axRound;
+in vec3 axRest;
+out vec3 axWay;
+out vec4 axColor;
+void main()
+{
+    vec3 way = (gl_Vertex.xyz - axEyeHigh) + (axRest - axEyeLow);
+    axWay = way * axRound;
+    axColor = gl_Color;
+    gl_Position = gl_ProjectionMatrix * vec4(mat3(gl_ModelViewMatrix) * way, 1.0);
+    // Depth is not looked at; between the clip planes from a few centimetres on.
+    gl_Position.z = gl_Position.w - 0.1;
+}
+)";
+const char fragmentSource[] = R"(#version 330 compatibility
+uniform vec3 axEyeRound;
+uniform float axHorizon;
+in vec3 axWay;
+in vec4 axColor;
+void main()
+{
+    float down = -dot(axWay, axEyeRound);
+    if (down > axHorizon && down * down > axHorizon * dot(axWay, axWay))
+        discard;
+    gl_FragColor = axColor;
+}
+)";
+
+// Shared by all shapes for as long as there are any.
+osg::ref_ptr<osg::Program> SharedProgram()
+{
+    static osg::observer_ptr<osg::Program> shared;
+    osg::ref_ptr<osg::Program> program;
+    if (shared.lock(program))
+        return program;
+    program = new osg::Program;
+    program->setName("AxWorldGeometry");
+    program->addShader(new osg::Shader(osg::Shader::VERTEX, vertexSource));
+    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, fragmentSource));
+    program->addBindAttribLocation("axRest", restAttribute);
+    shared = program;
+    return program;
+}
+
+constexpr double semiMinorAxis = 6356752.314245; // WGS84
+
+// The bit of the stencil buffer that keeps the parts of a fill from being
+// blended twice; it is 0 again afterwards.
+constexpr GLuint onceBit = 0x80;
+
+// How far below the lowest thing in sight the body that hides begins, metres.
+constexpr double bodyMargin = 50.0;
+
+// Altitude of the surface of the body that may hide a shape.
+double BodyAltitude(const osg::Vec3d& eye, double lowest)
+{
+    const osg::Vec3d scaled(eye.x() / semiMajorAxis, eye.y() / semiMajorAxis, eye.z() / semiMinorAxis);
+    const double eyeAltitude = (scaled.length() - 1.0) * semiMinorAxis;
+    return std::min({0.0, lowest, eyeAltitude}) - bodyMargin;
+}
+
+osg::Vec3f Low(const osg::Vec3d& value)
+{
+    const osg::Vec3f high(value);
+    return osg::Vec3f(value - osg::Vec3d(high));
+}
+
+bool IsFill(const osg::PrimitiveSet& primitives)
+{
+    return primitives.getMode() >= GL_TRIANGLES;
+}
+} // namespace
+
+AxWorldGeometry::AxWorldGeometry()
+{
+    setUseDisplayList(false);
+    setSupportsDisplayList(false);
+    setUseVertexBufferObjects(true);
+    osg::StateSet* state = getOrCreateStateSet();
+    state->setAttributeAndModes(SharedProgram());
+    state->setMode(GL_LINE_SMOOTH, osg::StateAttribute::ON);
+    SetPoints({});
+}
+
+AxWorldGeometry::AxWorldGeometry(const AxWorldGeometry& other, const osg::CopyOp& copy)
+    : osg::Geometry(other, copy), lowest(other.lowest), steepest(other.steepest)
+{
+}
+
+void AxWorldGeometry::SetPoints(const std::vector<osg::Vec3d>& world)
+{
+    osg::ref_ptr<osg::Vec3Array> points = new osg::Vec3Array;
+    osg::ref_ptr<osg::Vec3Array> rest = new osg::Vec3Array;
+    points->reserve(world.size());
+    rest->reserve(world.size());
+    for (const osg::Vec3d& point : world) {
+        points->push_back(osg::Vec3f(point));
+        rest->push_back(Low(point));
+    }
+    removePrimitiveSet(0, getNumPrimitiveSets());
+    setVertexArray(points);
+    setVertexAttribArray(restAttribute, rest, osg::Array::BIND_PER_VERTEX);
+    setColorArray(new osg::Vec4Array(static_cast<unsigned>(world.size())), osg::Array::BIND_PER_VERTEX);
+    lowest = 0.0;
+    steepest = 0.5 * pi;
+    dirtyBound();
+}
+
+void AxWorldGeometry::SetShape(const AxShapeMesh& mesh, bool closed, const osg::Vec4f& edge,
+                               const osg::Vec4f& fill)
+{
+    const bool isFilled = !mesh.triangles.empty() && fill.a() > visibleAlpha;
+    const auto outline = static_cast<unsigned>(mesh.outlineCount);
+    // A vertex has one colour, so the fill has the outline's points once more.
+    std::vector<osg::Vec3d> points(mesh.points.begin(), mesh.points.begin() + outline);
+    if (isFilled)
+        points.insert(points.end(), mesh.points.begin(), mesh.points.end());
+    SetPoints(points);
+    lowest = mesh.lowest;
+    steepest = mesh.steepest;
+    auto* colors = static_cast<osg::Vec4Array*>(getColorArray());
+    std::fill(colors->begin(), colors->begin() + outline, edge);
+    std::fill(colors->begin() + outline, colors->end(), fill);
+    if (isFilled) {
+        osg::ref_ptr<osg::DrawElementsUInt> triangles = new osg::DrawElementsUInt(GL_TRIANGLES);
+        triangles->reserve(mesh.triangles.size());
+        for (const unsigned index : mesh.triangles)
+            triangles->push_back(outline + index);
+        addPrimitiveSet(triangles);
+    }
+    if (outline > 0)
+        addPrimitiveSet(
+            new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, 0, static_cast<int>(outline)));
+}
+
+void AxWorldGeometry::SetLineWidth(float pixels)
+{
+    getOrCreateStateSet()->setAttributeAndModes(new osg::LineWidth(pixels));
+}
+
+float AxWorldGeometry::GetLineWidth() const
+{
+    const osg::StateSet* state = getStateSet();
+    const auto* width =
+        state ? dynamic_cast<const osg::LineWidth*>(state->getAttribute(osg::StateAttribute::LINEWIDTH))
+              : nullptr;
+    return width ? width->getWidth() : 1.0f;
+}
+
+osg::BoundingBox AxWorldGeometry::computeBoundingBox() const
+{
+    // Half a metre is what single precision leaves open at the earth's surface.
+    constexpr float roundOff = 1.0f;
+    osg::BoundingBox box;
+    if (const auto* points = dynamic_cast<const osg::Vec3Array*>(getVertexArray()))
+        for (const osg::Vec3f& point : *points)
+            box.expandBy(point);
+    if (box.valid()) {
+        box._min -= osg::Vec3f(roundOff, roundOff, roundOff);
+        box._max += osg::Vec3f(roundOff, roundOff, roundOff);
+    }
+    return box;
+}
+
+bool AxWorldGeometry::IsBeyondHorizon(const osg::Vec3d& eye) const
+{
+    const osg::BoundingSphere& bound = getBound();
+    if (!bound.valid())
+        return true;
+    const osg::Vec3d center = bound.center();
+    const double radius = static_cast<double>(bound.radius());
+    const double body = semiMinorAxis + BodyAltitude(eye, lowest);
+    const double distance = center.length();
+    if (radius >= distance || eye.length() <= body)
+        return false;
+    const double between = std::acos(std::clamp((eye * center) / (eye.length() * distance), -1.0, 1.0));
+    const double reach =
+        std::acos(body / eye.length()) + std::acos(std::min(body / (distance + radius), 1.0));
+    return between - std::asin(radius / distance) > reach;
+}
+
+// Whether parts of the fill may lie behind others for this eye: not while all
+// of it is seen from above.
+bool AxWorldGeometry::MayFold(const osg::Vec3d& eye) const
+{
+    const osg::BoundingSphere& bound = getBound();
+    const osg::Vec3d center = bound.center();
+    const double radius = static_cast<double>(bound.radius());
+    const osg::Vec3d sight = eye - center;
+    const double distance = sight.length();
+    const double fromCenter = center.length();
+    if (radius >= distance || radius >= fromCenter)
+        return true;
+    const double slant = std::acos(std::clamp((sight * center) / (distance * fromCenter), -1.0, 1.0));
+    return slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + steepest >= 0.5 * pi;
+}
+
+void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
+{
+    if (!visitor.validNodeMask(*this))
+        return;
+    osgUtil::CullVisitor* cull = visitor.asCullVisitor();
+    if (cull && IsBeyondHorizon(cull->getEyeLocal()))
+        return;
+    visitor.pushOntoNodePath(this);
+    if (cull) {
+        // It is drawn whatever the clip planes are, and must not move them.
+        const osg::CullSettings::ComputeNearFarMode mode = cull->getComputeNearFarMode();
+        const osg::CullSettings::InheritanceMask inherited = cull->getInheritanceMask();
+        cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+        visitor.apply(*this);
+        cull->setComputeNearFarMode(mode);
+        cull->setInheritanceMask(inherited);
+    } else {
+        visitor.apply(*this);
+    }
+    visitor.popFromNodePath();
+}
+
+void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
+{
+    osg::State& state = *info.getState();
+    const osg::Vec3d eye = osg::Matrixd::inverse(state.getModelViewMatrix()).getTrans();
+    if (const osg::Program::PerContextProgram* program = state.getLastAppliedProgramObject()) {
+        auto* gl = state.get<osg::GLExtensions>();
+        const auto set = [&](const char* name, const osg::Vec3f& value) {
+            gl->glUniform3fv(program->getUniformLocation(osg::Uniform::getNameID(name)), 1, value.ptr());
+        };
+        const double altitude = BodyAltitude(eye, lowest);
+        const osg::Vec3d round(1.0 / (semiMajorAxis + altitude), 1.0 / (semiMajorAxis + altitude),
+                               1.0 / (semiMinorAxis + altitude));
+        const osg::Vec3d eyeRound = osg::componentMultiply(eye, round);
+        set("axEyeHigh", osg::Vec3f(eye));
+        set("axEyeLow", Low(eye));
+        set("axRound", osg::Vec3f(round));
+        set("axEyeRound", osg::Vec3f(eyeRound));
+        gl->glUniform1f(program->getUniformLocation(osg::Uniform::getNameID("axHorizon")),
+                        static_cast<float>(std::max(eyeRound.length2() - 1.0, 0.0)));
+    }
+
+    const bool hasBuffers =
+        state.useVertexBufferObject(_supportsVertexBufferObjects && _useVertexBufferObjects);
+    const bool hasArrayObjects = hasBuffers && state.useVertexArrayObject(_useVertexArrayObject);
+    osg::VertexArrayState* arrays = state.getCurrentVertexArrayState();
+    arrays->setVertexBufferObjectSupported(hasBuffers);
+    drawVertexArraysImplementation(info);
+
+    const auto draw = [&](bool fills) {
+        for (const auto& primitives : _primitives)
+            if (IsFill(*primitives) == fills)
+                primitives->draw(state, hasBuffers);
+    };
+    const bool isStencilFree = !state.getLastAppliedMode(GL_STENCIL_TEST);
+    const bool hasFill = std::any_of(_primitives.begin(), _primitives.end(),
+                                     [](const auto& primitives) { return IsFill(*primitives); });
+    if (hasFill && isStencilFree && MayFold(eye)) {
+        // Marks the pixels first, then paints each and takes its mark away.
+        glEnable(GL_STENCIL_TEST);
+        glStencilMask(onceBit);
+        glStencilFunc(GL_ALWAYS, onceBit, onceBit);
+        glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
+        glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+        draw(true);
+        glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+        glStencilFunc(GL_EQUAL, onceBit, onceBit);
+        glStencilOp(GL_KEEP, GL_KEEP, GL_ZERO);
+        draw(true);
+        glStencilMask(~0u);
+        glDisable(GL_STENCIL_TEST);
+        state.haveAppliedAttribute(osg::StateAttribute::STENCIL);
+        state.haveAppliedAttribute(osg::StateAttribute::COLORMASK);
+        state.haveAppliedMode(GL_STENCIL_TEST, osg::StateAttribute::OFF);
+    } else {
+        draw(true);
+    }
+    draw(false);
+
+    if (hasBuffers && !hasArrayObjects) {
+        arrays->unbindVertexBufferObject();
+        arrays->unbindElementBufferObject();
+    }
+}
