@@ -27,3 +27,10 @@ bool CAxAncillaryProcess::NoFlyZoneMask() const
 {
     return zoneRoot->getNodeMask() > 0u;
 }
+
+bool CAxAncillaryProcess::Intersection(osgEarth::Symbology::Geometry*, QStringList& ids, bool)
+{
+    // No zones are loaded yet.
+    ids.clear();
+    return false;
+}

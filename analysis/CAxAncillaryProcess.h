@@ -4,8 +4,10 @@
 #include <osg/ref_ptr>
 #include <osg/Switch>
 #include <osgEarth/Viewpoint>
+#include <osgEarthSymbology/Geometry>
 
 #include <QObject>
+#include <QStringList>
 
 class CAxEarthViewer;
 
@@ -24,6 +26,10 @@ public:
     /// Shows or hides all no-fly zones at once.
     void SetNoFlyZoneMask(bool visible);
     bool NoFlyZoneMask() const;
+
+    /// Fills ids with the zones whose outline an area (degrees) meets; whether there are
+    /// any. The last argument is kept for callers and has no effect.
+    bool Intersection(osgEarth::Symbology::Geometry* area, QStringList& ids, bool);
 
     /// Where the camera is; zones near its focal point are the ones shown.
     void SetCurrViewPort(const osgEarth::Viewpoint& viewpoint) { currViewPort = viewpoint; }

@@ -85,6 +85,9 @@ public:
     /// point over which nothing is known keeps its altitude.
     void GetElevations(QList<osg::Vec3d>& points, bool bModelLayers);
 
+    /// Ends a running move of objects without a commit. The rest of the drag does nothing.
+    void CancelBlockMove();
+
     void pan(double dx, double dy) override;
     void rotate(double dx, double dy) override;
     void zoom(double dx, double dy) override;
@@ -202,6 +205,7 @@ private:
     ProjMode projMode = ProjNone;
     ProjPlane projPlane = ProjPlane0;
     bool moveIdle = true;
+    bool moveCancelled = false;
     bool angleDragActive = false;
     bool doubleClickPending = false;
     float pushX = 0.0f;

@@ -41,6 +41,7 @@ bool CAxEarthManipulator::handleMousePush(const GUIEventAdapter& ea, osgGA::GUIA
     if (ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON) {
         pushX = ea.getX();
         pushY = ea.getY();
+        moveCancelled = false;
         switch (AxMouseRules::PushRoleOf(viewer->GetToolType())) {
         case AxMouseRules::PushRole::BeginDrawing:
             BeginDrawShape();

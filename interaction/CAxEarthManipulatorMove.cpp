@@ -4,6 +4,9 @@
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <QPointer>
+#include <QUndoStack>
+
 #include <algorithm>
 
 namespace {
@@ -11,8 +14,16 @@ namespace {
 constexpr int notAsked = -10;
 } // namespace
 
+void CAxEarthManipulator::CancelBlockMove()
+{
+    moveCancelled = !moveIdle;
+    moveIdle = true;
+}
+
 bool CAxEarthManipulator::ProcessMoveGeom(const osg::Vec3d& lngLatPos)
 {
+    if (moveCancelled)
+        return true;
     const QList<CAxHandleAdapter*> selected = viewer->GetMultiSelectAdapter();
     return selected.isEmpty() ? MoveSingleBlock(lngLatPos) : MoveMultiBlock(lngLatPos, selected);
 }
@@ -62,19 +73,29 @@ bool CAxEarthManipulator::MoveMultiBlock(const osg::Vec3d& lngLatPos,
 
 void CAxEarthManipulator::endBlockMove(const Pick& pick)
 {
-    const QList<CAxHandleAdapter*> selected = viewer->GetMultiSelectAdapter();
+    // A box that an object shows lets the host remove objects meanwhile.
+    QList<QPointer<CAxHandleAdapter>> selected;
+    for (CAxHandleAdapter* adapter : viewer->GetMultiSelectAdapter())
+        selected += adapter;
     if (selected.isEmpty()) {
         emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world);
     } else {
         // One object that does not fit where it is takes all of them back.
         int code = notAsked;
-        for (CAxHandleAdapter* adapter : selected) {
-            code = adapter->CheckGeometry();
+        for (const auto& adapter : qAsConst(selected)) {
+            code = adapter ? adapter->CheckGeometry() : code;
             if (code < 1)
                 break;
         }
-        for (CAxHandleAdapter* adapter : selected)
-            adapter->EndMoved(code);
+        // One move is one step of the undo stack.
+        QUndoStack* edits = viewer->GetUndoStack();
+        if (code > 0)
+            edits->beginMacro(tr("Move blocks"));
+        for (const auto& adapter : qAsConst(selected))
+            if (adapter)
+                adapter->EndMoved(code);
+        if (code > 0)
+            edits->endMacro();
         viewer->ClearMultiSelectAdapter();
     }
     viewer->SetNodeSelected(nullptr, false, false);

@@ -1,63 +1,420 @@
+// The part of the map object that keeps its record, its routes and its nodes.
 #include "interaction/CAxHandleAdapter.h"
+#include "interaction/AxBlockCommands.h"
+#include "interaction/AxLongitudes.h"
 #include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapterEditor.h"
+#include "mission/CAxTaskPolygon.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUniqueID.h>
 #include <AxData/CAxBlockManager.h>
 
+#include <osg/BoundingBox>
+#include <osgEarth/MapNode>
+#include <osgEarthAnnotation/LabelNode>
+
+#include <QUndoStack>
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+void TakeOutOfScene(osg::Node* node)
+{
+    while (node && node->getNumParents() > 0)
+        node->getParent(0)->removeChild(node);
+}
+
+QList<QPointF> RingOf(const std::vector<osg::Vec3d>& points)
+{
+    QList<QPointF> ring;
+    ring.reserve(static_cast<int>(points.size()));
+    for (const osg::Vec3d& point : points)
+        ring += QPointF(point.x(), point.y());
+    return ring;
+}
+
+// QPointF compares with a tolerance of its own.
+bool IsSame(const QList<QPointF>& a, const QList<QPointF>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const QPointF& p, const QPointF& q) {
+        return osg::Vec2d(p.x(), p.y()) == osg::Vec2d(q.x(), q.y());
+    });
+}
+} // namespace
+
+CAxHandleAdapter::Running::Running(CAxHandleAdapter* object) : adapter(object)
+{
+    ++object->running;
+}
+
+CAxHandleAdapter::Running::~Running()
+{
+    if (adapter && --adapter->running == 0 && adapter->leaving)
+        adapter->deleteLater();
+}
+
+bool CAxHandleAdapter::Running::IsWanted() const
+{
+    return adapter && !adapter->leaving;
+}
+
 CAxHandleAdapter::CAxHandleAdapter(CAxEarthViewer* earthViewer, QObject* parent)
     : QObject(parent), viewer(earthViewer), featureNode(new osg::Geode), handleID(CreateUniqueID())
 {
+    prepareDrawing();
+    if (!viewer)
+        return;
+    drawGroup = viewer->GetDrawNodeGroup();
+    manipulator = viewer->getManipulator();
+    connect(this, SIGNAL(signalHandlePickEnded(EToolType)), viewer, SIGNAL(signalHandlePickEnded(EToolType)));
+    connect(this, SIGNAL(signalHandleEnd(QString, bool)), viewer, SLOT(slotHandleEnd(QString, bool)));
+    connect(this, SIGNAL(signalAddMarkPoint(QString, QString)), viewer,
+            SIGNAL(signalAddMarkPoint(QString, QString)));
+    connect(this, SIGNAL(signalDelMarkPoint(QString, QString)), viewer,
+            SIGNAL(signalDelMarkPoint(QString, QString)));
+    connect(this, SIGNAL(signalIntersection(QString, QStringList)), viewer,
+            SIGNAL(signalIntersection(QString, QStringList)));
 }
 
 CAxHandleAdapter::~CAxHandleAdapter()
 {
+    leaveScene();
     if (viewer)
         viewer->forget(this);
 }
 
-void CAxHandleAdapter::ResponseDoubleClickOnPoint(int, osg::Vec3d) {}
-
-void CAxHandleAdapter::HandleMoved(double dLng, double dLat, double dAlt)
+void CAxHandleAdapter::JoinScene()
 {
-    slotHandleMoved(dLng, dLat, dAlt);
+    osg::Group* group = viewer ? viewer->GetGeomAdapterGroup() : nullptr;
+    if (group && !group->containsNode(featureNode))
+        group->addChild(featureNode);
 }
 
-void CAxHandleAdapter::slotHandleMoved(double, double, double)
+void CAxHandleAdapter::leaveScene()
 {
-    operation = OperationMoveHandle;
+    DisconnectMouseEvent();
+    HideRunningLength();
+    SetAnchorEditorEnabled(false);
+    for (osg::Node* node :
+         {static_cast<osg::Node*>(featureNode.get()), static_cast<osg::Node*>(nameLabel.get()),
+          static_cast<osg::Node*>(lockNode.get())})
+        TakeOutOfScene(node);
 }
 
-void CAxHandleAdapter::EndMoved(int code)
+osg::ref_ptr<osgEarth::Symbology::Geometry> CAxHandleAdapter::GetGeometry()
 {
-    if (operation != OperationMoveHandle)
+    osg::ref_ptr<osgEarth::Symbology::Geometry> geometry =
+        osgEarth::Symbology::Geometry::create(osgEarth::Symbology::Geometry::TYPE_POLYGON, &GetAnchor());
+    return geometry;
+}
+
+CAxEarthViewer* CAxHandleAdapter::GetViewer() const
+{
+    return viewer;
+}
+
+CAxBlock* CAxHandleAdapter::GetContainedBlock() const
+{
+    return CAxBlockManager::instance().GetBlock(handleID);
+}
+
+// Routes
+
+CAxTaskPolygon* CAxHandleAdapter::GetTask(const QString& taskID) const
+{
+    const auto found = std::find_if(tasks.begin(), tasks.end(), [&taskID](const CAxTaskPolygon* task) {
+        return task && task->GetTaskID() == taskID;
+    });
+    return found == tasks.end() ? nullptr : *found;
+}
+
+void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
+{
+    if (!task || tasks.contains(task))
         return;
-    if (code > 0)
-        UpdateCurrentOperate();
-    else
-        ReturnLastOperate();
-    operation = OperationIdle;
+    tasks += task;
+    SetAnchorEditorEnabled(false);
+    UpdateColor();
+}
+
+void CAxHandleAdapter::RemoveTask(const QString& taskID)
+{
+    if (tasks.removeOne(GetTask(taskID)))
+        UpdateColor();
+}
+
+void CAxHandleAdapter::RemoveAllTask()
+{
+    if (tasks.isEmpty())
+        return;
+    tasks.clear();
+    UpdateColor();
+}
+
+CAxVector3D CAxHandleAdapter::GetTaskLingPosition(const QString& taskID) const
+{
+    const CAxTaskPolygon* task = GetTask(taskID);
+    return task ? task->GetHomePoint() : CAxVector3D();
+}
+
+void CAxHandleAdapter::SetTaskEntryPoint(int index, const QString& taskID)
+{
+    if (CAxTaskPolygon* task = GetTask(taskID))
+        task->SetEntryPoint(index);
+}
+
+void CAxHandleAdapter::SetTaskLandingPosition(const CAxVector3D& position, const QString& taskID)
+{
+    if (CAxTaskPolygon* task = GetTask(taskID))
+        task->SetHomePoint(position);
+}
+
+void CAxHandleAdapter::SetTaskLandingMethod(bool downhill, const QString& taskID)
+{
+    if (CAxTaskPolygon* task = GetTask(taskID))
+        task->SetLandingMethod(downhill);
+}
+
+// Shown, hidden, locked
+
+void CAxHandleAdapter::SetFeatureNodeVisible(bool featureVisible)
+{
+    featureNode->setNodeMask(featureVisible ? ~0u : 0u);
+}
+
+void CAxHandleAdapter::SetNameVisible(bool nameVisible)
+{
+    if (nameLabel)
+        nameLabel->setNodeMask(nameVisible ? ~0u : 0u);
+}
+
+void CAxHandleAdapter::SetLockBlock(bool locked, bool drawLock)
+{
+    if (!lockNode)
+        return;
+    lock = locked;
+    lockNode->setNodeMask(drawLock ? ~0u : 0u);
+    if (drawLock)
+        DrawBlockLock();
+}
+
+bool CAxHandleAdapter::HandleIsPicked(osg::Node* node)
+{
+    return node && (node == featureNode || node == nameLabel || featureNode->containsNode(node) ||
+                    std::find(containedNodes.begin(), containedNodes.end(), node) != containedNodes.end());
+}
+
+void CAxHandleAdapter::ClearFeatureNodeContained()
+{
+    containedNodes.clear();
+    containedLabels.clear();
+}
+
+// Vertices
+
+CAxVector3D CAxHandleAdapter::GetGravityLatLng()
+{
+    const std::vector<osg::Vec3d>& points = GetAnchor();
+    if (!featureNode || points.empty())
+        return {};
+    osg::BoundingBoxd box;
+    for (const osg::Vec3d& point : points)
+        box.expandBy(AxLongitudes::NearestTo(points.front().x(), point.x()), point.y(), 0.0);
+    gravity = CAxVector3D(box.center().y(), AxLongitudes::Normalized(box.center().x()), 0.0);
+    return gravity;
+}
+
+bool CAxHandleAdapter::GetBlockElevation()
+{
+    std::vector<osg::Vec3d>& points = GetAnchor();
+    elevations.clear();
+    if (points.empty() || !manipulator)
+        return false;
+    QList<osg::Vec3d> sampled;
+    sampled.reserve(static_cast<int>(points.size()));
+    std::copy(points.begin(), points.end(), std::back_inserter(sampled));
+    manipulator->GetElevations(sampled, false);
+    std::copy(sampled.begin(), sampled.end(), points.begin());
+    for (const osg::Vec3d& point : qAsConst(sampled))
+        elevations += point.z();
+    return true;
+}
+
+bool CAxHandleAdapter::GetElevationMinMax(double& min, double& max) const
+{
+    min = 999999.0;
+    max = -999999.0;
+    for (const double elevation : elevations) {
+        min = std::min(min, elevation);
+        max = std::max(max, elevation);
+    }
+    return !elevations.isEmpty();
+}
+
+bool CAxHandleAdapter::GetElevationsAverage(double& average) const
+{
+    if (elevations.isEmpty())
+        return false;
+    average = std::accumulate(elevations.begin(), elevations.end(), 0.0) / elevations.size();
+    return true;
+}
+
+bool CAxHandleAdapter::GeometryModifyed() const
+{
+    const CAxBlock* block = GetContainedBlock();
+    // The base's accessor is virtual for subclasses that keep their vertices elsewhere.
+    auto* self = const_cast<CAxHandleAdapter*>(this);
+    return featureNode && (!block || !IsSame(RingOf(self->GetAnchor()), block->GetAnchor()));
+}
+
+void CAxHandleAdapter::update()
+{
+    if (!GeometryModifyed())
+        return;
+    updateAdapter();
+    if (viewer && viewer->FindExistNode(handleID) == this)
+        viewer->_SetCurHandleAdapter(this);
+}
+
+void CAxHandleAdapter::updateAdapter()
+{
+    if (osg::Drawable* drawn = FindDrawable("Feature"))
+        featureNode->removeDrawable(drawn);
+    const std::vector<osg::Vec3d>& points = GetAnchor();
+    if (points.size() < 2)
+        return;
+    const bool isClosed = blockType != CAxBlock::StripBlock && points.size() > 2;
+    const osg::ref_ptr<osg::Geometry> shape =
+        CreateGeom(edgeColor, fillColor, 2.0f, *GetGeometry(), isClosed, isClosed);
+    if (!shape)
+        return;
+    shape->setName("Feature");
+    featureNode->addDrawable(shape);
 }
 
 void CAxHandleAdapter::UpdateCurrentOperate()
 {
-    CAxBlock* block = CAxBlockManager::instance().GetBlock(handleID);
+    update();
+    CAxBlock* block = GetContainedBlock();
     if (!block)
         return;
-    QList<QPointF> ring;
-    for (const osg::Vec3d& point : GetAnchor())
-        ring += QPointF(point.x(), point.y());
-    block->SetAnchor(ring);
+    const QList<QPointF> before = block->GetAnchor();
+    const QList<QPointF> after = RingOf(GetAnchor());
+    const QString text = std::exchange(editText, QString());
+    if (IsSame(before, after))
+        return;
+    block->SetAnchor(after);
+    if (viewer)
+        viewer->GetUndoStack()->push(
+            new AxAnchorCommand(viewer, handleID, before, after,
+                                text.isEmpty() ? tr("Change of %1").arg(block->GetBlockName()) : text));
 }
 
 void CAxHandleAdapter::ReturnLastOperate()
 {
-    const CAxBlock* block = CAxBlockManager::instance().GetBlock(handleID);
-    if (!block || !viewer)
+    editText.clear();
+    const CAxBlock* block = GetContainedBlock();
+    if (!block)
         return;
-    QList<osg::Vec3d> points;
+    std::vector<osg::Vec3d>& points = GetAnchor();
+    points.clear();
     for (const QPointF& point : block->GetAnchor())
-        points += osg::Vec3d(point.x(), point.y(), 0.0);
-    viewer->getManipulator()->GetElevations(points, false);
-    GetAnchor().assign(points.begin(), points.end());
+        points.emplace_back(point.x(), point.y(), 0.0);
+    GetBlockElevation();
+    // A copy, because importing replaces the vertices.
+    ImportGeometry(std::vector<osg::Vec3d>(points), false);
+    if (anchorEditor)
+        anchorEditor->Update();
 }
+
+bool CAxHandleAdapter::_ReponseHandleMove()
+{
+    const Running self(this);
+    const bool isAccepted = CheckGeometry() >= 1;
+    if (!self.IsWanted())
+        return false;
+    isAccepted ? UpdateCurrentOperate() : ReturnLastOperate();
+    return isAccepted;
+}
+
+bool CAxHandleAdapter::mayEdit() const
+{
+    return operation == OperationIdle && !lock && tasks.isEmpty() && GetContainedBlock();
+}
+
+bool CAxHandleAdapter::ChangeVertices(std::vector<osg::Vec3d> points, const QString& text)
+{
+    GetAnchor() = std::move(points);
+    editText = text;
+    const Running self(this);
+    const bool isAccepted = _ReponseHandleMove();
+    if (isAccepted && self.IsWanted() && anchorEditor)
+        anchorEditor->Update();
+    return isAccepted;
+}
+
+bool CAxHandleAdapter::DeleteVertex(int index)
+{
+    std::vector<osg::Vec3d> points = GetAnchor();
+    if (!mayEdit() || index < 0 || index >= static_cast<int>(points.size()))
+        return false;
+    points.erase(points.begin() + index);
+    return ChangeVertices(std::move(points), tr("Delete vertex"));
+}
+
+bool CAxHandleAdapter::InsertVertex(int index, const osg::Vec3d& lngLatAlt)
+{
+    std::vector<osg::Vec3d> points = GetAnchor();
+    if (!mayEdit() || index < 0 || index > static_cast<int>(points.size()) || !lngLatAlt.valid())
+        return false;
+    points.insert(points.begin() + index, lngLatAlt);
+    return ChangeVertices(std::move(points), tr("Insert vertex"));
+}
+
+// Handles of the vertices
+
+void CAxHandleAdapter::CreateEditor()
+{
+    if (anchorEditor || !viewer || !drawGroup)
+        return;
+    anchorEditor =
+        new CAxHandleAdapterEditor(this, viewer->getMapNode(), 1, true, CAxDragger::DragSphere, osg::Vec3d());
+    editorMoves = connect(anchorEditor.get(), SIGNAL(PositionChanged(double, double, double, int)), this,
+                          SLOT(slotPointMoved(double, double, double, int)));
+    drawGroup->addChild(anchorEditor);
+}
+
+void CAxHandleAdapter::SetAnchorEditorEnabled(bool enabled)
+{
+    if (!enabled || lock || !tasks.isEmpty() || GetAnchor().empty()) {
+        disconnect(editorMoves);
+        TakeOutOfScene(anchorEditor.get());
+        anchorEditor = nullptr;
+        return;
+    }
+    if (GetBlockElevation())
+        updateAdapter();
+    if (anchorEditor)
+        anchorEditor->Update();
+    else
+        CreateEditor();
+    if (anchorEditor)
+        anchorEditor->ResetClampAlt();
+}
+
+// What only some kinds of object do
+
+void CAxHandleAdapter::RemoveMarkerPoint(QString) {}
+void CAxHandleAdapter::ImportGeometry(const std::vector<osg::Vec3d>&, bool) {}
+void CAxHandleAdapter::SetWidth(double, double) {}
+void CAxHandleAdapter::SetVideoRadius(int) {}
+void CAxHandleAdapter::SetVideoPosition(const osg::Vec3d&) {}
+void CAxHandleAdapter::HandleEnd() {}
+void CAxHandleAdapter::SetMarkerPointName(const QStringList&) {}
+QStringList CAxHandleAdapter::GetMarkerPointName()
+{
+    return {};
+}
+void CAxHandleAdapter::UpdateColor() {}

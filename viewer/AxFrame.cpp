@@ -5,6 +5,8 @@
 #include <osgDB/DatabasePager>
 #include <osgGA/CameraManipulator>
 
+#include <limits>
+
 #ifndef GL_VERTEX_ARRAY_BINDING
 #define GL_VERTEX_ARRAY_BINDING 0x85B5
 #endif
@@ -90,12 +92,30 @@ void AxFrame::Render()
     const bool idleBefore = IsPagerIdle();
     {
         SavedGlState saved(*window->getState());
+        osgGA::EventQueue::Events waiting;
+        window->getEventQueue()->takeEvents(waiting, std::numeric_limits<double>::max());
         viewer->frame(USE_REFERENCE_TIME);
+        window->getEventQueue()->appendEvents(waiting);
     }
     const osg::Matrixd view = viewer->getCamera()->getViewMatrix();
     const bool quiet = idleBefore && IsPagerIdle() && view == drawnView;
     quietFrames = quiet ? quietFrames + 1 : 0;
     drawnView = view;
+}
+
+bool AxFrame::HasInput() const
+{
+    return !window->getEventQueue()->empty();
+}
+
+void AxFrame::TakeInput()
+{
+    if (viewer->done())
+        return;
+    // Events newer than the frame's time would be left for the next one.
+    viewer->getViewerFrameStamp()->setReferenceTime(viewer->elapsedTime());
+    const osg::ref_ptr<osgViewer::Viewer> kept = viewer;
+    kept->eventTraversal();
 }
 
 bool AxFrame::IsPagerIdle() const

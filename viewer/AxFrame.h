@@ -23,8 +23,16 @@ class AxFrame
 public:
     AxFrame(osgViewer::Viewer* viewer, osgViewer::GraphicsWindowEmbedded* window);
 
-    /// Renders one frame. Context current, native painting begun.
+    /// Renders one frame. Context current, native painting begun. Input that
+    /// waits goes on waiting: what an event sets off may open a modal box, and
+    /// boxes do not open inside of a paint event.
     void Render();
+
+    /// Whether mouse or key events wait to be handed to the scene.
+    bool HasInput() const;
+    /// Hands them to the scene, as the event traversal of a frame would. Not from
+    /// within Render(); frames may be rendered while it runs.
+    void TakeInput();
 
     /// Stops the loading threads and gives back every OpenGL object. Context
     /// current. Nothing may be rendered afterwards.

@@ -71,6 +71,8 @@ CAxEarthViewer::CAxEarthViewer(QWidget* parent) : QGraphicsView(parent)
 CAxEarthViewer::~CAxEarthViewer()
 {
     ReleaseAll();
+    // While there is still everything that a map object is part of.
+    destroyAllObjects();
     // The overlays are deleted with the scene, while this widget is still whole.
     QGraphicsScene* overlays = scene();
     setScene(nullptr);
@@ -115,6 +117,9 @@ void CAxEarthViewer::initParameters()
     viewer = new osgViewer::Viewer;
     // Escape is the host's; it must not stop the globe for good.
     viewer->setKeyEventSetsDone(0);
+
+    initShapes();
+    initUndo();
 
     manipulator = new CAxEarthManipulator(this);
     manipulator->getSettings()->setMinMaxPitch(minPitchDegrees, maxPitchDegrees);
@@ -246,6 +251,9 @@ void CAxEarthViewer::InitEarthViewer()
 
     drawGroup = new osg::Group;
     drawGroup->setName("Draw Group");
+    geomAdapterGroup = new osg::Group;
+    geomAdapterGroup->setName("GeomAdapter");
+    drawGroup->addChild(geomAdapterGroup);
     boundGroup = new osg::Group;
     boundGroup->setName("Bound Group");
     sceneData->addChild(drawGroup);
@@ -369,29 +377,6 @@ osg::Group* CAxEarthViewer::GetBoundGroup() const
     return boundGroup.get();
 }
 
-void CAxEarthViewer::SetToolType(EToolType eToolType)
-{
-    if (eToolType == toolType)
-        return;
-    const auto isBarTool = [](EToolType tool) {
-        return tool == ToolMeasureDistance || tool == ToolMarkPoint;
-    };
-    if (isBarTool(toolType) && !isBarTool(eToolType))
-        mapToolsWidget->ResetToolType();
-    toolType = eToolType;
-}
-
-void CAxEarthViewer::slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
-{
-    // A click beside the globe picks nothing.
-    if (worldCoordPos == osg::Vec3d())
-        return;
-    if (toolType == ToolLandingPosition)
-        emit LandingPosPicked(lngLatPos.x(), lngLatPos.y(), lngLatPos.z(), true);
-    else if (toolType == ToolInterestPoint)
-        emit InterestPointPicked(lngLatPos.x(), lngLatPos.y(), lngLatPos.z());
-}
-
 void CAxEarthViewer::slotGridWidget(QString, bool bVisible)
 {
     gridWidget->setVisible(bVisible);
@@ -439,7 +424,20 @@ void CAxEarthViewer::timerEvent(QTimerEvent* event)
     if (!nextReadOut.isEmpty())
         coordinateWidget->SetCoordinate(nextReadOut[0], nextReadOut[1], nextReadOut[2], nextReadOut[3]);
     nextReadOut.clear();
+    // Posted, because a box that an event opens lets this timer go on.
+    if (!inputPosted && frame->HasInput()) {
+        inputPosted = true;
+        QMetaObject::invokeMethod(this, &CAxEarthViewer::takeInput, Qt::QueuedConnection);
+    }
     scene()->update();
+}
+
+void CAxEarthViewer::takeInput()
+{
+    const QPointer<CAxEarthViewer> self(this);
+    frame->TakeInput();
+    if (self)
+        inputPosted = false;
 }
 
 void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)

@@ -1,6 +1,8 @@
 #pragma once
+#include "interaction/AxEditAids.h"
 #include "viewer/AxEarthViewerExport.h"
 
+#include <AxAlgorthm/CAxVector3D.h>
 #include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
 
@@ -11,6 +13,7 @@
 
 #include <QGraphicsView>
 #include <QImage>
+#include <QPointer>
 #include <QStringList>
 #include <QVariant>
 
@@ -31,6 +34,8 @@ class CAxHandleAdapter;
 class CAxInterestPointNode;
 class CAxMapToolsWidget;
 class CAxUavNode;
+class QAction;
+class QUndoStack;
 
 namespace osgViewer {
 class GraphicsWindowEmbedded;
@@ -103,12 +108,16 @@ public:
     osgEarth::MapNode* getMapNode() const;
     const osgEarth::SpatialReference* getSRS() const;
     osg::Group* GetDrawNodeGroup() const;
+    /// Below the draw group; parent of the map objects' feature nodes.
+    osg::Group* GetGeomAdapterGroup() const { return geomAdapterGroup.get(); }
     osg::Group* GetBoundGroup() const;
 
     /// The kind of host application; stored for the host.
     void SetAppType(int type) { appType = type; }
     int GetAppType() const { return appType; }
 
+    /// Takes up a tool. What the tool in hand was drawing is ended: kept when it
+    /// is valid, removed when not. Taking up the same tool again changes nothing.
     void SetToolType(EToolType eToolType);
     EToolType GetToolType() const { return toolType; }
     /// Makes the object that a tool draws; called once for each drawing.
@@ -124,6 +133,10 @@ public:
     /// there is none yet, and takes it over. False for null and for an ID that
     /// is taken; the object then stays its owner's.
     bool AddHandleAdapter(CAxHandleAdapter* adapter);
+    /// Draws a block record that has no object yet, as after a project was
+    /// loaded. Null for an unknown or drawn ID, a record without enough vertices,
+    /// and a kind that nothing draws.
+    CAxHandleAdapter* ImportShapeNode(const QString& blockID);
     /// Null when no object has that ID.
     CAxHandleAdapter* FindExistNode(const QString& id) const;
     CAxHandleAdapter* GetHandleAdapter(const QString& id) const { return FindExistNode(id); }
@@ -131,6 +144,20 @@ public:
     QList<CAxHandleAdapter*> FindExistNode(CAxBlock::EBlockType type) const;
     /// The object that is drawn by a node, or null.
     CAxHandleAdapter* FindExistNode(osg::Node* node) const;
+    /// All registered objects, by ascending ID.
+    QList<CAxHandleAdapter*> GetHandleAdapters() const;
+    /// Takes an object out of the scene and the registry and destroys it;
+    /// deleteBlock deletes its block record, too. False for null, for an unknown
+    /// ID, and for an object whose feature node does not hang below "GeomAdapter":
+    /// that one is destroyed without its entry and its record being looked at.
+    /// While one of its own mouse slots runs, an object is destroyed right after.
+    bool RemoveHanderAdapter(const QString& id, bool deleteBlock);
+    bool RemoveHanderAdapter(CAxHandleAdapter* adapter, bool deleteBlock);
+    /// Removes every registered object; always true.
+    bool RemoveAllHanderAdapter(bool deleteBlock);
+    /// Deletes the current object's entry and block record and leaves nothing
+    /// current. The object itself stays, in the scene as well.
+    void RemoveCurHandle();
 
     /// Selects the object that a node draws. Alone it becomes the current
     /// object; with `multi` it joins the selection, or leaves it when it was in
@@ -140,6 +167,27 @@ public:
     void SetNodeSelected(osg::Node* node, bool multi, bool report);
     const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const { return multiSelectAdapters; }
     void ClearMultiSelectAdapter();
+
+    /// Committed edits of blocks, the newest on top; the host may show it. It
+    /// belongs to the viewer.
+    QUndoStack* GetUndoStack() const { return undoStack; }
+    /// Ctrl+Z and Ctrl+Shift+Z on the map. A host puts these very actions into
+    /// its menu, so that the keys stay with one owner.
+    QAction* GetUndoAction() const { return undoAction; }
+    QAction* GetRedoAction() const { return redoAction; }
+    void SetEditAids(const AxEditAids& aids);
+    const AxEditAids& GetEditAids() const { return editAids; }
+    /// Gives a block another name. False, nothing changed, for an unknown ID, an
+    /// empty name and one that a block has already.
+    bool RenameBlock(const QString& id, const QString& name);
+    /// Takes away the vertex of the current object that the mouse is over; false when there is none.
+    bool DeleteHoveredVertex();
+    /// From a press of Delete that took a vertex away to its release: a host
+    /// that deletes objects on signalHandleKeyDelete() asks it first.
+    bool IsDeleteKeyTaken() const { return deleteKeyTaken; }
+    /// Enters the model layers that an object touches into its block record and
+    /// tells the host by signalIntersection() when there are any.
+    void IntersectionModelLayer(CAxHandleAdapter* adapter);
 
     /// While on, picks add to the selection.
     void SetMultiSelect(bool enabled) { multiSelect = enabled; }
@@ -181,6 +229,14 @@ signals:
     void signalHandleKeyDelete();
     void signalHandlePickEnded(EToolType eToolType);
     void signalHandleSegmentEnd();
+    /// A drawing or an edit has ended; the ID is empty when nothing came of it,
+    /// and bReset then tells that the operator was shown why.
+    void signalHandleEnd(QString strHanleID, bool bReset);
+    /// Another object is current, or none; the ID is then empty.
+    void signalCurrentBlock(QString strHanleID);
+    /// An object was shown, hidden, locked or unlocked.
+    void signalBlockState(QString strHanleID);
+    void signalEditAids();
     void signalMultiSelectBlock(QStringList);
     void signalIntersection(QString, QStringList);
     void signalRequestElevationReturn(double, double, double, bool);
@@ -195,6 +251,13 @@ signals:
 public slots:
     /// Shows or hides the grid panel.
     void slotGridWidget(QString strHanleID, bool bVisible);
+    void slotHandleEnd(QString strHanleID, bool bReset);
+    /// These three do nothing for an unknown ID. A locked object is neither
+    /// moved nor edited.
+    void slotBlockVisible(QString strHanleID, bool bVisible);
+    void slotBlockLock(QString strHanleID, bool bLock);
+    /// Flies to an object and makes it the current one.
+    void slotFocusBlock(QString strHanleID);
 
 protected:
     void timerEvent(QTimerEvent* event) override;
@@ -216,6 +279,7 @@ protected:
 
 private slots:
     void slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void takeInput();
 
 private:
     // A map object that ends takes itself out of the registry and the selection.
@@ -234,6 +298,17 @@ private:
     QString mapFileForNetwork() const;
     [[noreturn]] void endWithoutMap();
     void _SetCurHandleAdapter(CAxHandleAdapter* adapter);
+    void _AddPointToHandle(double lon, double lat);
+    bool CheckPickPositionValid(CAxVector3D pos);
+    int removeFromRegistry(CAxHandleAdapter* adapter, bool deleteBlock);
+    void destroy(CAxHandleAdapter* adapter);
+    void destroyAllObjects();
+    void initShapes();
+    void initUndo();
+    void stepThroughEdits(bool back);
+    bool giveUpOperation();
+    void takeEditingKey(int key);
+    int hoveredVertex() const;
 
     osg::ref_ptr<osg::Group> root;
     osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> graphicsWindow;
@@ -248,6 +323,7 @@ private:
     CAxHandleAdapter* curHandleAdapter = nullptr;
     EToolType toolType = ToolNavigate;
     osg::ref_ptr<osg::Group> drawGroup;
+    osg::ref_ptr<osg::Group> geomAdapterGroup;
     std::map<QString, CAxHandleAdapter*> adapterRegistry;
     std::map<EToolType, ShapeFactory> shapeFactories;
     CAxGraphicsCompassItem* compassItem = nullptr;
@@ -275,6 +351,14 @@ private:
     QString mapFile;
     std::unique_ptr<AxFrame> frame;
     std::unique_ptr<AxInputRouter> input;
+    // Drawings that are not registered yet, and objects that end with the slot they run in.
+    QList<QPointer<CAxHandleAdapter>> unregistered;
+    QUndoStack* undoStack = nullptr;
+    QAction* undoAction = nullptr;
+    QAction* redoAction = nullptr;
+    AxEditAids editAids;
+    bool deleteKeyTaken = false;
+    bool inputPosted = false;
     bool starting = false;
     bool passingKey = false;
     bool painting = false;

@@ -88,6 +88,8 @@ void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
     if (reachesScene)
         setKeyboardModifiers(event->modifiers());
     input->KeyPress(*event, reachesScene);
+    if (!event->isAutoRepeat() || event->key() == Qt::Key_Backspace)
+        takeEditingKey(event->key());
     if (event->key() == Qt::Key_Control && appType == appTypeOne)
         multiSelect = true;
     if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))
@@ -111,8 +113,10 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
     input->KeyRelease(*event);
     input->SetModifiers(event->modifiers() & ~own);
     QGraphicsView::keyReleaseEvent(event);
-    if (event->key() == Qt::Key_Delete)
+    if (event->key() == Qt::Key_Delete) {
         emit signalHandleKeyDelete();
+        deleteKeyTaken = false;
+    }
     if (event->key() == Qt::Key_Control && appType == appTypeOne)
         multiSelect = false;
     if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))

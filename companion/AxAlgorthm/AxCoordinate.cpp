@@ -2,6 +2,7 @@
 #include <AxAlgorthm/AxCoordinate.h>
 
 #include <GeographicLib/Geodesic.hpp>
+#include <GeographicLib/PolygonArea.hpp>
 #include <GeographicLib/Math.hpp>
 #include <GeographicLib/TransverseMercator.hpp>
 #include <GeographicLib/UTMUPS.hpp>
@@ -128,4 +129,20 @@ double DistanceBetweenTwoLatLng(const CAxVector3D& from, const CAxVector3D& to)
     double metres = 0.0;
     GeographicLib::Geodesic::WGS84().Inverse(from.y(), from.x(), to.y(), to.x(), metres);
     return metres;
+}
+
+double GeodesicRingArea(const std::vector<CAxPoint2D>& ring)
+{
+    GeographicLib::PolygonArea polygon(GeographicLib::Geodesic::WGS84());
+    for (const CAxPoint2D& point : ring) {
+        if (!std::isfinite(point.x()) || !(std::abs(point.y()) <= 90.0))
+            return INVALID_DOUBLE_VALUE;
+        polygon.AddPoint(point.y(), point.x());
+    }
+    if (ring.size() < 3)
+        return 0.0;
+    double perimeter = 0.0;
+    double area = 0.0;
+    polygon.Compute(false, true, perimeter, area);
+    return std::abs(area);
 }

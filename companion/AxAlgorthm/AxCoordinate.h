@@ -37,3 +37,9 @@ AXALGORTHM_EXPORT bool UTM2LatLng(const std::vector<CAxPoint2D>& in, std::vector
 /// positions in degrees; altitudes are left out of account. INVALID_DOUBLE_VALUE when a coordinate is not
 /// finite or a latitude lies outside [-90, 90].
 AXALGORTHM_EXPORT double DistanceBetweenTwoLatLng(const CAxVector3D& from, const CAxVector3D& to);
+
+/// Area in square metres inside a ring of (longitude, latitude) points in degrees, the first one not
+/// repeated, on the WGS84 ellipsoid with geodesic edges, whichever way round it runs; of the two sides of
+/// the ring the smaller one. Rings over the antimeridian and around a pole are fine. 0 for fewer than three
+/// points; INVALID_DOUBLE_VALUE under the same rule as above.
+AXALGORTHM_EXPORT double GeodesicRingArea(const std::vector<CAxPoint2D>& ring);

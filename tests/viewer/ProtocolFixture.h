@@ -28,7 +28,8 @@ public:
     {
         handleID = id;
         blockType = type;
-        anchorEditor = new CAxHandleAdapterEditor(this);
+        JoinScene();
+        CreateEditor();
     }
     ~TestBlock() override
     {
@@ -37,6 +38,8 @@ public:
         CAxBlockManager::instance().DeleteBlock(handleID);
     }
 
+    void SetAdapterVisible(bool shown, QString) override { visible = shown; }
+    void ClearPoints() override { anchors.clear(); }
     int CheckGeometry() override { return ++checks, verdict; }
     void ResponseDoubleClickOnPoint(int index, osg::Vec3d) override { doubleClicked += index; }
     void slotHandleMoved(double dLng, double dLat, double dAlt) override

@@ -1,0 +1,15 @@
+#pragma once
+
+/// What helps while the vertices of a map object are edited; each a switch of
+/// its own that the host shows. A plain value.
+struct AxEditAids
+{
+    /// A smaller handle in the middle of each edge, which inserts a vertex there when it is dragged.
+    bool edgeHandles = true;
+    /// The Delete key takes the vertex under the mouse away.
+    bool deleteKey = true;
+    /// A dragged vertex goes to a vertex or an edge within 10 pixels, the object's own others included.
+    bool snap = true;
+    /// A dragged vertex keeps the angle to the previous edge at steps of 15 degrees.
+    bool angleSteps = false;
+};

@@ -1,0 +1,13 @@
+#pragma once
+#include <QString>
+
+class QWidget;
+
+// The modal boxes of the map. Both return when the operator has answered, and
+// let events run meanwhile.
+
+/// A message with its confirming button alone.
+void AxShowNotice(QWidget* parent, const QString& title, const QString& text);
+
+/// A question; true when it was confirmed.
+bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text);

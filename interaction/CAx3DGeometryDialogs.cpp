@@ -1,0 +1,122 @@
+// What a double click on a polygon block, or on one of its corners, opens.
+#include "interaction/AxNotice.h"
+#include "interaction/CAx3DGeometry.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxBaseUI/CAxParameterEditPage.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <cmath>
+
+namespace {
+constexpr double sameDegrees = 1e-8;
+constexpr int degreeDecimals = 8;
+constexpr int leastVertices = 3;
+
+QString DegreesText(double degrees)
+{
+    return QString::number(degrees, 'f', degreeDecimals);
+}
+} // namespace
+
+void CAx3DGeometry::ResponseDoubleClickOnBlock()
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || !tasks.isEmpty() || !viewer)
+        return;
+    const Running self(this);
+    const QString oldName = block->GetBlockName();
+    CAxParameterEditPage page(viewer);
+    page.SetWindowTitle(tr("Polygon Info"));
+    page.SetElementName(tr("Name:"), tr("area (km^2):"));
+    page.SetElement1Value(oldName, true);
+    page.SetElement2Value(QString::number(GetArea(), 'f', 2), false);
+    if (page.exec() != QDialog::Accepted || !self.IsWanted() || !viewer)
+        return;
+    const QString name = page.GetElement1Value();
+    if (name == oldName)
+        return;
+    if (name.trimmed().isEmpty()) {
+        AxShowNotice(viewer, tr("Information"), tr("The name must not be empty."));
+        return;
+    }
+    if (CAxBlockManager::instance()._exist(name)) {
+        AxShowNotice(viewer, tr("Information"), tr("The name already exists !"));
+        return;
+    }
+    if (AxAskQuestion(viewer, tr("Change name"), tr("Are you sure want to change name?")) &&
+        self.IsWanted() && viewer)
+        viewer->RenameBlock(handleID, name);
+}
+
+void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (index == -1 || !block || index >= block->GetAnchor().size())
+        return;
+    const Running self(this);
+    const QPointF vertex = block->GetAnchor().at(index);
+    CAxParameterEditPage page(viewer);
+    page.SetWindowTitle(tr("Vertex"));
+    page.SetElementParas({tr("Latitude(degree):"), tr("Longitude(degree):")},
+                         {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
+    page.SetOKCancelBtnVisible(true, true);
+    page.SetBtnCancelText(tr("Delete"));
+    const int result = page.exec();
+    if (!self.IsWanted())
+        return;
+    const QStringList values = page.GetElementValues();
+    if (result == QDialog::Rejected)
+        deleteVertexOfBlock(index);
+    else if (result == QDialog::Accepted)
+        moveVertexTo(index, values.at(0), values.at(1));
+}
+
+void CAx3DGeometry::deleteVertexOfBlock(int index)
+{
+    const Running self(this);
+    if (!AxAskQuestion(viewer, tr("Delete vertex"), tr("Are you sure you want to delete vertex?")) ||
+        !self.IsWanted())
+        return;
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || index >= block->GetAnchor().size())
+        return;
+    if (block->GetAnchor().size() == leastVertices) {
+        AxShowNotice(viewer, tr("Delete Block"), tr("The survey block anchor must be not less than 3."));
+        return;
+    }
+    DeleteVertex(index);
+    if (self.IsWanted())
+        SetAnchorEditorEnabled(true);
+}
+
+void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || index >= block->GetAnchor().size() || index >= static_cast<int>(anchors.size()))
+        return;
+    bool isLatitude = false;
+    bool isLongitude = false;
+    const double lat = latitude.toDouble(&isLatitude);
+    const double lng = longitude.toDouble(&isLongitude);
+    if (!isLatitude || !(std::abs(lat) <= 90.0)) {
+        AxShowNotice(viewer, tr("Vertex"), tr("\"%1\" is not a latitude between -90 and 90.").arg(latitude));
+        return;
+    }
+    if (!isLongitude || !(std::abs(lng) <= 180.0)) {
+        AxShowNotice(viewer, tr("Vertex"),
+                     tr("\"%1\" is not a longitude between -180 and 180.").arg(longitude));
+        return;
+    }
+    // The latitude is compared with both coordinates on purpose: OK rewrites
+    // the corner in practice always.
+    const QPointF vertex = block->GetAnchor().at(index);
+    if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
+        return;
+    std::vector<osg::Vec3d> points = anchors;
+    points[static_cast<std::size_t>(index)].set(lng, lat, points[static_cast<std::size_t>(index)].z());
+    const Running self(this);
+    ChangeVertices(std::move(points), tr("Move vertex"));
+    if (self.IsWanted())
+        DrawNameLabel();
+}

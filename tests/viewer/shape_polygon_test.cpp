@@ -1,0 +1,364 @@
+// Polygon blocks: drawn, judged, edited, renamed, undone.
+#include "ShapeFixture.h"
+
+#include "interaction/CAxHandleAdapterEditor.h"
+#include "mission/CAxTaskPolygon.h"
+
+#include <osgEarthAnnotation/LabelNode>
+
+#include <QAction>
+
+namespace {
+const QList<QPointF> square{{18, 8}, {22, 8}, {22, 12}, {18, 12}};
+
+osg::Geometry* Drawn(const CAxHandleAdapter* block, const std::string& name)
+{
+    for (unsigned i = 0; i < block->GetFeatureNode()->getNumDrawables(); ++i)
+        if (block->GetFeatureNode()->getDrawable(i)->getName() == name)
+            return block->GetFeatureNode()->getDrawable(i)->asGeometry();
+    return nullptr;
+}
+} // namespace
+
+class Polygon : public ShapeFixture
+{
+};
+
+TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
+{
+    viewer->SetToolType(ToolPolygonBlock);
+    Click(18.0, 8.0);
+    auto* block = qobject_cast<CAx3DGeometry*>(viewer->GetCurHandleAdapter());
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(block->GetHandleOperation(), OperationDrawing);
+    EXPECT_NE(block->GetAnchorEditor(), nullptr);
+    EXPECT_EQ(Drawn(block, "Feature"), nullptr);
+    MoveTo(21.0, 9.0);
+    ASSERT_NE(Drawn(block, "Stipple"), nullptr);
+    Click(22.0, 8.0);
+    EXPECT_EQ(Drawn(block, "Stipple"), nullptr) << "a new corner clears the rubber band";
+    EXPECT_NE(Drawn(block, "Feature"), nullptr);
+    Push(10, 10); // beside the globe
+    Release(10, 10);
+    EXPECT_EQ(block->GetAnchor().size(), 2u);
+    DoubleClickAt(20.0, 12.0);
+
+    const QString id = block->GetHandleID();
+    EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{id, true}}));
+    EXPECT_EQ(pickEnded, QList<EToolType>{ToolPolygonBlock});
+    EXPECT_EQ(viewer->FindExistNode(id), block);
+    ASSERT_EQ(Ring(block).size(), 3);
+    EXPECT_NEAR(Ring(block)[2].y(), 12.0, 0.05);
+    EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+    ASSERT_NE(block->GetNameLabel(), nullptr);
+    EXPECT_EQ(block->GetNameLabel()->text(), block->GetContainedBlock()->GetBlockName().toStdString());
+    ASSERT_NE(block->GetAnchorEditor(), nullptr);
+    EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 3u);
+    const osg::Vec3Array* points = dynamic_cast<osg::Vec3Array*>(Drawn(block, "Feature")->getVertexArray());
+    ASSERT_NE(points, nullptr);
+    EXPECT_NEAR(
+        (osg::Vec3d((*points)[0]) -
+         FrameAt(block->GetAnchor()[0].x(), block->GetAnchor()[0].y(), block->GetAnchor()[0].z()).getTrans())
+            .length(),
+        0.0, 1.0)
+        << "world coordinates";
+}
+
+TEST_F(Polygon, IsRefusedWholeWithTheReason)
+{
+    struct Row
+    {
+        const char* why;
+        std::vector<osg::Vec2d> corners;
+        QString message;
+    };
+    const std::vector<Row> rows{
+        {"one click", {{18.0, 8.0}}, "Point count of block is less than 3."},
+        {"two clicks", {{18.0, 8.0}, {22.0, 8.0}}, "Point count of block is less than 3."},
+        {"ended on the last corner",
+         {{18.0, 8.0}, {22.0, 8.0}, {22.0, 8.0}},
+         "Point count of block is less than 3."},
+        {"bow tie", {{18.0, 8.0}, {22.0, 12.0}, {22.0, 8.0}, {18.0, 12.0}}, "Block is invalid."},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.why);
+        ModalBox box;
+        ended.clear();
+        EXPECT_EQ(DrawPolygon(row.corners), nullptr);
+        EXPECT_EQ(box.count, 1);
+        EXPECT_EQ(box.title, "Block Information");
+        EXPECT_TRUE(box.texts.contains(row.message)) << box.texts.join("|").toStdString();
+        EXPECT_EQ(box.buttons.size(), 1);
+        EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), true}}));
+        EXPECT_EQ(viewer->GetGeomAdapterGroup()->getNumChildren(), 0u);
+        EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+    }
+    // The corner that the double click set on top of the one before is dropped.
+    const CAx3DGeometry* triangle = DrawPolygon({{18.0, 8.0}, {22.0, 8.0}, {20.0, 12.0}, {20.0, 12.0}});
+    ASSERT_NE(triangle, nullptr);
+    EXPECT_EQ(Ring(triangle).size(), 3);
+}
+
+TEST_F(Polygon, DrawingIsTakenBackByKeys)
+{
+    viewer->SetToolType(ToolPolygonBlock);
+    Click(18.0, 8.0);
+    Click(22.0, 8.0);
+    Click(20.0, 11.0);
+    QPointer<CAxHandleAdapter> block = viewer->GetCurHandleAdapter();
+    ASSERT_TRUE(block);
+    PressKey(Qt::Key_Backspace);
+    EXPECT_EQ(block->GetAnchor().size(), 2u);
+    PressKey(Qt::Key_Backspace);
+    PressKey(Qt::Key_Backspace);
+    PressKey(Qt::Key_Backspace);
+    EXPECT_EQ(block->GetAnchor().size(), 0u);
+    EXPECT_EQ(block->GetHandleOperation(), OperationDrawing) << "it goes on";
+    Click(18.0, 8.0);
+    MoveTo(20.0, 9.0);
+    EXPECT_EQ(block->GetAnchor().size(), 1u);
+    PressKey(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return !block; }));
+    EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), false}}));
+    EXPECT_EQ(viewer->GetGeomAdapterGroup()->getNumChildren(), 0u);
+    PressKey(Qt::Key_Escape);
+    EXPECT_EQ(ended.size(), 1) << "there is nothing more to give up";
+
+    // Another tool ends the drawing: a triangle stays, two corners do not.
+    Click(18.0, 8.0);
+    Click(22.0, 8.0);
+    Click(20.0, 12.0);
+    viewer->SetToolType(ToolNavigate);
+    EXPECT_EQ(viewer->GetHandleAdapters().size(), 1);
+    ModalBox box;
+    viewer->SetToolType(ToolPolygonBlock);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+    Click(18.0, 3.0);
+    Click(22.0, 3.0);
+    viewer->SetToolType(ToolNavigate);
+    EXPECT_EQ(box.count, 1);
+    EXPECT_EQ(viewer->GetHandleAdapters().size(), 1);
+}
+
+TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
+{
+    CAx3DGeometry* block = Import("block", square);
+    viewer->slotFocusBlock("block");
+    manipulator->setViewpoint(Straight(20.0, 10.0, 1.5e7));
+    const auto drag = [block](int index, double lng, double lat) {
+        block->GetAnchor()[std::size_t(index)].set(lng, lat, 0.0);
+        block->slotPointMoved(lng, lat, 0.0, index);
+        EXPECT_EQ(block->GetHandleOperation(), OperationMovePoint);
+        EXPECT_EQ(block->GetEditIndex(), index);
+        block->slotMouseRelease(osg::Vec3d(lng, lat, 0.0), osg::Vec3d());
+        EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+        EXPECT_EQ(block->GetEditIndex(), -1);
+    };
+    drag(2, 24.0, 13.0);
+    EXPECT_EQ(Ring(block)[2], QPointF(24.0, 13.0));
+    ModalBox box;
+    drag(2, 16.0, 10.0); // across the others
+    EXPECT_EQ(box.count, 1);
+    EXPECT_TRUE(box.texts.contains("Block is invalid."));
+    EXPECT_EQ(Ring(block)[2], QPointF(24.0, 13.0));
+    EXPECT_EQ(block->GetAnchor()[2].x(), 24.0) << "back where it was committed";
+    drag(1, qQNaN(), 8.0);
+    EXPECT_EQ(block->GetAnchor()[1].x(), 22.0);
+
+    EXPECT_TRUE(block->InsertVertex(1, osg::Vec3d(20.0, 7.0, 0.0)));
+    EXPECT_EQ(Ring(block).size(), 5);
+    EXPECT_TRUE(block->DeleteVertex(1));
+    EXPECT_EQ(Ring(block).size(), 4);
+    EXPECT_FALSE(block->DeleteVertex(4));
+    EXPECT_FALSE(block->InsertVertex(0, osg::Vec3d(qQNaN(), 0.0, 0.0)));
+    viewer->slotBlockLock("block", true);
+    EXPECT_FALSE(block->DeleteVertex(0)) << "locked";
+    viewer->slotBlockLock("block", false);
+
+    // Moved as a whole: kept by a good end, taken back by any other.
+    for (const int code : {0, -10, 1}) {
+        for (osg::Vec3d& vertex : block->GetAnchor())
+            vertex.x() += 1.0;
+        block->HandleMoved(1.0, 0.0, 0.0);
+        EXPECT_EQ(block->GetHandleOperation(), OperationMoveHandle);
+        block->EndMoved(code);
+        EXPECT_EQ(Ring(block)[0].x(), code > 0 ? 19.0 : 18.0) << code;
+        EXPECT_EQ(block->GetAnchor()[0].x(), Ring(block)[0].x()) << code;
+    }
+    // Its record deleted behind its back, it stays as it is.
+    CAxBlockManager::instance().DeleteBlock("block");
+    drag(0, 18.5, 8.0);
+    EXPECT_EQ(block->GetAnchor()[0].x(), 18.5);
+    block->ResponseDoubleClickOnBlock();
+    block->ResponseDoubleClickOnPoint(0, osg::Vec3d());
+    EXPECT_FALSE(block->DeleteVertex(0));
+}
+
+TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
+{
+    QPointer<CAx3DGeometry> block = Import("block", square);
+    viewer->slotFocusBlock("block");
+    EXPECT_TRUE(block->InsertVertex(4, osg::Vec3d(16.0, 10.0, 0.0)));
+    EXPECT_TRUE(block->DeleteVertex(0));
+    const QString first = block->GetContainedBlock()->GetBlockName();
+    EXPECT_TRUE(viewer->RenameBlock("block", "Field"));
+    EXPECT_FALSE(viewer->RenameBlock("block", "  "));
+    CAxBlockManager::instance().AddBlock("other", CAxBlock::PolygonBlock)->SetBlockName("Taken");
+    EXPECT_FALSE(viewer->RenameBlock("block", "Taken"));
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 3);
+
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), first);
+    EXPECT_EQ(block->GetNameLabel()->text(), first.toStdString());
+    viewer->GetUndoAction()->trigger();
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(Ring(block), square);
+    EXPECT_EQ(block->GetAnchor().size(), 4u);
+    EXPECT_FALSE(viewer->GetUndoAction()->isEnabled());
+    for (int i = 0; i < 3; ++i)
+        viewer->GetRedoAction()->trigger();
+    EXPECT_EQ(Ring(block).size(), 4);
+    EXPECT_EQ(Ring(block)[3], QPointF(16.0, 10.0));
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), "Field");
+
+    viewer->RemoveHanderAdapter(block.data(), true);
+    for (int i = 0; i < 4; ++i)
+        viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 0) << "edits of a block that is gone are dropped";
+}
+
+TEST_F(Polygon, TheDeleteKeyTakesTheHoveredVertexAndTellsTheHost)
+{
+    CAx3DGeometry* block = Import("block", square);
+    viewer->slotFocusBlock("block");
+    manipulator->setViewpoint(Straight(20.0, 10.0, 3e6));
+    ASSERT_TRUE(WaitForPicture());
+    bool taken = false;
+    const auto telling = QObject::connect(viewer, &CAxEarthViewer::signalHandleKeyDelete, viewer,
+                                          [&taken] { taken = viewer->IsDeleteKeyTaken(); });
+    const osg::Vec2f corner = WindowOf(22.0, 12.0);
+    QTest::mouseMove(viewer->viewport(), QPoint(int(corner.x()), int(corner.y())));
+    int hovered = -1;
+    ASSERT_TRUE(waitFor([&] { return block->GetAnchorEditor()->GetHoveredPoint(hovered), hovered == 2; }));
+    AxEditAids aids;
+    aids.deleteKey = false;
+    viewer->SetEditAids(aids);
+    PressKey(Qt::Key_Delete);
+    EXPECT_FALSE(taken);
+    EXPECT_EQ(Ring(block).size(), 4);
+    viewer->SetEditAids(AxEditAids());
+    PressKey(Qt::Key_Delete);
+    EXPECT_TRUE(taken);
+    EXPECT_FALSE(viewer->IsDeleteKeyTaken()) << "the next one is free again";
+    EXPECT_EQ(Ring(block), (QList<QPointF>{{18, 8}, {22, 8}, {18, 12}}));
+    QObject::disconnect(telling);
+}
+
+TEST_F(Polygon, ItsDialogShowsTheAreaAndRenames)
+{
+    CAx3DGeometry* block = Import("block", square);
+    CAxBlockManager::instance().AddBlock("other", CAxBlock::PolygonBlock)->SetBlockName("Taken");
+    const QString first = block->GetContainedBlock()->GetBlockName();
+    const auto rename = [block](const QString& name, ModalBox::Answer further) {
+        ModalBox box;
+        box.answers = {ModalBox::Fill({name})};
+        if (further)
+            box.answers += further;
+        block->ResponseDoubleClickOnBlock();
+        return box.titles;
+    };
+    EXPECT_EQ(rename(first, {}), QStringList{"Polygon Info"});
+    EXPECT_EQ(rename("Taken", {}), (QStringList{"Polygon Info", "Information"}));
+    EXPECT_EQ(rename("Field", ModalBox::Press("Cancel")), (QStringList{"Polygon Info", "Change name"}));
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), first);
+    const osg::ref_ptr<osg::Node> oldLabel = block->GetNameLabel();
+    EXPECT_EQ(rename(QString::fromUtf8("麦田 3"), ModalBox::Press("OK")),
+              (QStringList{"Polygon Info", "Change name"}));
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), QString::fromUtf8("麦田 3"));
+    EXPECT_EQ(block->GetNameLabel()->text(), "麦田 3");
+    EXPECT_EQ(oldLabel->getNumParents(), oldLabel == block->GetNameLabel() ? 1u : 0u);
+
+    CAxTaskPolygon route;
+    block->AddTask(&route);
+    ModalBox none;
+    block->ResponseDoubleClickOnBlock();
+    EXPECT_EQ(none.count, 0) << "a block with routes has no dialog";
+    block->RemoveAllTask();
+}
+
+TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
+{
+    CAx3DGeometry* block = Import("block", square);
+    const auto open = [block](int index, const QList<ModalBox::Answer>& answers) {
+        ModalBox box;
+        box.answers = answers;
+        block->ResponseDoubleClickOnPoint(index, osg::Vec3d());
+        EXPECT_TRUE(box.answers.isEmpty());
+        return box.titles;
+    };
+    open(1, {ModalBox::Fill({"7.5", "23.25"})});
+    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
+    EXPECT_EQ(block->GetAnchor()[1].x(), 23.25);
+    EXPECT_EQ(open(1, {ModalBox::Fill({"north", "23"}), ModalBox::Press("OK")}),
+              (QStringList{"Vertex", "Vertex"}));
+    EXPECT_EQ(open(1, {ModalBox::Fill({"91", "23"}), ModalBox::Press("OK")}),
+              (QStringList{"Vertex", "Vertex"}));
+    EXPECT_EQ(open(1, {ModalBox::Fill({"7.5", "180.5"}), ModalBox::Press("OK")}),
+              (QStringList{"Vertex", "Vertex"}));
+    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
+    // OK rewrites even untouched values, which the dialog shows to eight decimals ...
+    block->GetContainedBlock()->SetAnchor({{18, 8}, {22.123456789012, 8}, {22, 12}, {18, 12}});
+    open(1, {ModalBox::Press("OK")});
+    EXPECT_EQ(Ring(block)[1].x(), 22.12345679);
+    // ... but not where latitude and longitude are the same number.
+    block->GetContainedBlock()->SetAnchor({{18, 8}, {9.000000001, 9.000000001}, {22, 12}, {18, 12}});
+    open(1, {ModalBox::Press("OK")});
+    EXPECT_EQ(Ring(block)[1].x(), 9.000000001);
+
+    block->GetContainedBlock()->SetAnchor(square);
+    block->ReturnLastOperate();
+    open(3, {ModalBox::Press("Delete"), ModalBox::Press("Cancel")});
+    EXPECT_EQ(Ring(block).size(), 4);
+    open(3, {ModalBox::Press("Delete"), ModalBox::Press("OK")});
+    EXPECT_EQ(Ring(block), square.mid(0, 3));
+    EXPECT_EQ(open(0, {ModalBox::Press("Delete"), ModalBox::Press("OK"), ModalBox::Press("OK")}),
+              (QStringList{"Vertex", "Delete vertex", "Delete Block"}));
+    EXPECT_EQ(Ring(block).size(), 3);
+}
+
+TEST_F(Polygon, TellsItsMiddleItsHeightsAndItsRoutes)
+{
+    CAx3DGeometry* block =
+        Import("date line", {{179.0, 10.0}, {-179.0, 10.0}, {-179.0, 14.0}, {179.0, 14.0}});
+    const CAxVector3D middle = block->GetGravityLatLng();
+    EXPECT_DOUBLE_EQ(middle.x(), 12.0) << "latitude first";
+    EXPECT_DOUBLE_EQ(std::abs(middle.y()), 180.0);
+    EXPECT_GT(block->GetArea(), 90000.0);
+
+    CAx3DGeometry fresh(viewer, nullptr);
+    double low = 0.0, high = 0.0, mean = 0.0;
+    EXPECT_FALSE(fresh.GetElevationMinMax(low, high));
+    EXPECT_EQ(low, 999999.0);
+    EXPECT_EQ(high, -999999.0);
+    EXPECT_FALSE(fresh.GetElevationsAverage(mean));
+    EXPECT_EQ(fresh.GetGravityLatLng(), CAxVector3D());
+    EXPECT_FALSE(fresh.GetBlockElevation());
+    EXPECT_TRUE(block->GetBlockElevation());
+    EXPECT_TRUE(block->GetElevationMinMax(low, high));
+    EXPECT_TRUE(block->GetElevationsAverage(mean));
+    EXPECT_LE(low, mean);
+    EXPECT_LE(mean, high);
+
+    CAxTaskPolygon route;
+    route.SetTaskID("one");
+    block->AddTask(&route);
+    block->SetTaskEntryPoint(2, "one");
+    block->SetTaskEntryPoint(3, "two");
+    block->SetTaskLandingPosition(CAxVector3D(1.0, 2.0, 3.0), "one");
+    EXPECT_EQ(route.GetEntryPoint(), 2);
+    EXPECT_EQ(block->GetTaskLingPosition("one"), CAxVector3D(1.0, 2.0, 3.0));
+    EXPECT_EQ(block->GetTaskLingPosition("two"), CAxVector3D());
+    EXPECT_FALSE(block->DeleteVertex(0)) << "a planned block is not edited";
+    block->RemoveTask("one");
+    EXPECT_TRUE(block->GetTaskList().isEmpty());
+}
