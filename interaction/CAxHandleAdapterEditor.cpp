@@ -223,7 +223,9 @@ void CAxHandleAdapterEditor::ResetClampAlt()
 
 osg::Vec3d CAxHandleAdapterEditor::GetHoveredPoint(int& hovered) const
 {
-    for (std::size_t i = 0; i < draggers.size(); ++i) {
+    // Hidden handles get no events, and so do not hear that the mouse has left them.
+    const bool isShown = getNodeMask() != 0 && adapter && adapter->IsVisible();
+    for (std::size_t i = 0; isShown && i < draggers.size(); ++i) {
         if (!draggers[i]->getHovered())
             continue;
         hovered = static_cast<int>(i);

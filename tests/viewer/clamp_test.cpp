@@ -1,0 +1,183 @@
+// Handles that come down to the ground as tiles arrive.
+#include "EditorFixture.h"
+
+#include "interaction/CAxClampObjectCallback.h"
+
+#include <osg/ValueObject>
+#include <osgEarth/Registry>
+#include <osgEarth/Terrain>
+
+/// A handle at 15 E 45 N, and tiles of any level around it, level at a height.
+class Clamping : public EditorFixture
+{
+protected:
+    void SetUp() override
+    {
+        dragger = new CAxDragger(nullptr, CAxDragger::DragSphere);
+        dragger->setPosition(osgEarth::GeoPoint(osgEarth::SpatialReference::get("wgs84"), lng, lat, 7.0),
+                             false);
+        clamp = new CAxClampObjectCallback(dragger, 3, 0);
+        QObject::connect(clamp.get(), &CAxClampObjectCallback::signalPositionChanged,
+                         [this](double x, double y, double z, int index) {
+                             told += osg::Vec3d(x, y, z);
+                             EXPECT_EQ(index, 3);
+                         });
+    }
+    void TearDown() override {}
+
+    /// The altitude of the handle after a tile of this level came.
+    double After(unsigned level, double height, double tileLng = lng)
+    {
+        const osgEarth::TileKey key =
+            osgEarth::Registry::instance()->getGlobalGeodeticProfile()->createTileKey(tileLng, lat, level);
+        osg::ref_ptr<osg::Geometry> square = new osg::Geometry;
+        const std::vector<osg::Vec3> corners{
+            {-1e4f, -1e4f, 0}, {1e4f, -1e4f, 0}, {1e4f, 1e4f, 0}, {-1e4f, 1e4f, 0}};
+        square->setVertexArray(new osg::Vec3Array(4, corners.data()));
+        square->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
+        osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+        geode->addDrawable(square);
+        osg::ref_ptr<osg::MatrixTransform> tile = new osg::MatrixTransform(FrameAt(lng, lat, height));
+        tile->addChild(geode);
+        osgEarth::TerrainCallbackContext context(viewer->getMapNode()->getTerrain());
+        clamp->onTileAdded(key, tile, context);
+        return dragger->getPosition().z();
+    }
+
+    static constexpr double lng = 15.0;
+    static constexpr double lat = 45.0;
+    osg::ref_ptr<CAxDragger> dragger;
+    osg::ref_ptr<CAxClampObjectCallback> clamp;
+    QList<osg::Vec3d> told;
+};
+
+TEST_F(Clamping, TakesTheHeightOfEverFinerTiles)
+{
+    EXPECT_NEAR(After(5, 800.0), 800.0, 0.01);
+    EXPECT_NEAR(After(9, 850.0), 850.0, 0.01);
+    EXPECT_EQ(clamp->GetLastLod(), 9);
+    ASSERT_EQ(told.size(), 2);
+    EXPECT_NEAR(told.last().x(), lng, 1e-9);
+    EXPECT_NEAR(told.last().y(), lat, 1e-9);
+    EXPECT_NEAR(told.last().z(), 850.0, 0.01);
+    EXPECT_NEAR(clamp->GetLastPosition().z(), 850.0, 0.01);
+
+    EXPECT_NEAR(After(9, 700.0), 850.0, 0.01) << "an equal tile";
+    EXPECT_EQ(clamp->GetLastPosition(), osg::Vec3d());
+    EXPECT_NEAR(After(3, 600.0), 850.0, 0.01) << "a coarser one";
+    EXPECT_NEAR(After(12, 500.0, lng + 40.0), 850.0, 0.01) << "one elsewhere";
+    EXPECT_EQ(told.size(), 2);
+    EXPECT_NEAR(After(10, -400.0), -400.0, 0.01);
+}
+
+TEST_F(Clamping, LeavesOutTilesThatDoNotCount)
+{
+    EXPECT_EQ(After(0, 800.0), 7.0) << "not above the minimum level";
+    EXPECT_EQ(After(8, 10500.0), 7.0) << "out of the segment's reach";
+    EXPECT_EQ(After(8, -10500.0), 7.0);
+    EXPECT_EQ(clamp->GetLastLod(), -1);
+    EXPECT_NEAR(After(8, 9900.0), 9900.0, 0.01);
+    clamp->Detach();
+    EXPECT_NEAR(After(12, 5.0), 9900.0, 0.01);
+}
+
+TEST_F(Clamping, HeedsWhatTheHandleSays)
+{
+    ASSERT_NEAR(After(5, 100.0), 100.0, 0.01);
+    for (const char* name : {"IntersectModel", "MoveAdapter", "Hover"}) {
+        SCOPED_TRACE(name);
+        dragger->setUserValue(name, true);
+        EXPECT_NEAR(After(9, 200.0), 100.0, 0.01);
+        EXPECT_EQ(clamp->GetLastLod(), 5) << "the last clamp is remembered";
+        dragger->setUserValue(name, false);
+    }
+    dragger->setUserValue("ResetClampAlt", true);
+    dragger->setUserValue("MoveAdapter", true);
+    After(9, 200.0);
+    bool reset = false;
+    EXPECT_TRUE(dragger->getUserValue("ResetClampAlt", reset) && reset) << "a moved block keeps its wish";
+    dragger->setUserValue("MoveAdapter", false);
+    EXPECT_NEAR(After(9, 200.0), 100.0, 0.01) << "the first tile only resets";
+    EXPECT_TRUE(dragger->getUserValue("ResetClampAlt", reset) && !reset);
+    EXPECT_EQ(clamp->GetLastLod(), -1);
+    EXPECT_NEAR(After(2, 300.0), 300.0, 0.01) << "then any level clamps";
+    dragger->setUserValue("ResetClampAlt", true);
+    dragger->setUserValue("Hover", true);
+    EXPECT_NEAR(After(6, 400.0), 300.0, 0.01);
+    EXPECT_TRUE(dragger->getUserValue("ResetClampAlt", reset) && !reset) << "reset comes before hover";
+}
+
+TEST_F(Clamping, ForgetsTheLastLevelWhileHidden)
+{
+    ASSERT_NEAR(After(9, 100.0), 100.0, 0.01);
+    dragger->setNodeMask(0);
+    EXPECT_NEAR(After(12, 200.0), 100.0, 0.01);
+    EXPECT_EQ(clamp->GetLastLod(), -1);
+    dragger->setNodeMask(~0u);
+    EXPECT_NEAR(After(4, 300.0), 300.0, 0.01);
+}
+
+using EditorClamping = EditorFixture;
+
+// The map that the viewer shows brings finer tiles by itself.
+TEST_F(EditorClamping, BringsTheVerticesDownToTheArrivingGround)
+{
+    manipulator->setViewpoint(Straight(7.0, 46.0, 3.0e6));
+    ASSERT_TRUE(WaitForPicture());
+    object->GetAnchor() = {{7.0, 46.0, 9000.0}, {7.1, 46.0, 9000.0}, {7.05, 46.1, -500.0}};
+    CAxHandleAdapterEditor& editor = object->Edit();
+    editor.GetDraggerList()[2]->setUserValue("IntersectModel", true);
+    manipulator->setViewpoint(Straight(7.05, 46.05, 60000.0));
+    ASSERT_TRUE(WaitForPicture());
+    for (const std::size_t i : {0u, 1u}) {
+        const osg::Vec3d& anchor = object->GetAnchor()[i];
+        EXPECT_NEAR(anchor.z(), Ground(anchor.x() - longitude, anchor.y() - latitude).z(), 5.0);
+        EXPECT_EQ(editor.GetDraggerList()[i]->GetPlace(), anchor);
+    }
+    EXPECT_EQ(object->GetAnchor()[2].z(), -500.0);
+    EXPECT_EQ(object->moves, 0) << "nobody has moved a vertex by hand";
+}
+
+TEST_F(EditorClamping, TellsAllHandlesWhatGoesOn)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const auto flags = [](const CAxHandleAdapterEditor& of, const char* name) {
+        QVector<bool> all;
+        for (const CAxDragger* dragger : of.GetDraggerList()) {
+            bool value = false;
+            all += dragger->getUserValue(name, value) && value;
+        }
+        return all;
+    };
+    const QVector<bool> none(4, false), every(4, true);
+    editor.SetIntersectModelLayer(true);
+    editor.SetMoveAdapter(true);
+    editor.ResetClampAlt();
+    for (const char* name : {"IntersectModel", "MoveAdapter", "ResetClampAlt"})
+        EXPECT_EQ(flags(editor, name), every) << name;
+    object->GetAnchor().push_back(Ground(0.02, 0.0));
+    editor.Update();
+    EXPECT_EQ(flags(editor, "MoveAdapter"), QVector<bool>(5, true)) << "a new handle knows, too";
+    editor.SetIntersectModelLayer(false);
+    editor.SetMoveAdapter(false);
+    EXPECT_EQ(flags(editor, "IntersectModel"), QVector<bool>(5, false));
+    EXPECT_EQ(flags(editor, "MoveAdapter"), QVector<bool>(5, false));
+
+    object = std::make_unique<EditedObject>(viewer, CAxBlock::RectangleBlock);
+    object->GetAnchor() = Square(0.012);
+    CAxHandleAdapterEditor& corners = object->Edit();
+    Give(Event::PUSH, Vertex(1));
+    EXPECT_EQ(flags(corners, "Hover"), (QVector<bool>{true, false, true, true}));
+    Give(Event::RELEASE, Vertex(1));
+    EXPECT_EQ(flags(corners, "Hover"), none);
+}
+
+TEST_F(EditorClamping, TakesItsCallbacksAlong)
+{
+    const osg::ref_ptr<CAxHandleAdapterEditor> editor = &object->Edit();
+    object->GetAnchor().resize(1);
+    editor->Update();
+    object.reset();
+    manipulator->setViewpoint(Straight(longitude + 3.0, latitude + 3.0, 30000.0));
+    EXPECT_TRUE(WaitForPicture()) << "tiles that arrive find no handle that is gone";
+}

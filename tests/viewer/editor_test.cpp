@@ -1,0 +1,357 @@
+// The handles of an object's vertices under the mouse.
+#include "EditorFixture.h"
+#include "SceneEvents.h"
+
+#include "interaction/AxModelLayers.h"
+
+#include <osg/ShapeDrawable>
+
+#include <cmath>
+
+using EditorMouse = EditorFixture;
+
+TEST_F(EditorMouse, GivesEachVertexAHandle)
+{
+    const CAxHandleAdapterEditor& editor = object->Edit();
+    EXPECT_EQ(editor.getName(), "AnchorEditor");
+    ASSERT_EQ(editor.GetDraggerList().size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) {
+        const CAxDragger& dragger = *editor.GetDraggerList()[i];
+        EXPECT_EQ(dragger.GetPlace(), object->GetAnchor()[i]);
+        EXPECT_EQ(dragger.GetIndex(), int(i));
+        EXPECT_LT((dragger.GetWorld() - WorldOf(object->GetAnchor()[i])).length(), 1e-6);
+    }
+}
+
+TEST_F(EditorMouse, DragsAVertexOverTheGround)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const std::vector<osg::Vec3d> before = object->GetAnchor();
+    const osg::Vec2f grip(4.0f, -3.0f);
+    const osg::Vec2f from = Vertex(2);
+    Heard();
+    EXPECT_FALSE(Give(Event::MOVE, from + grip));
+    int hovered = -1;
+    EXPECT_EQ(editor.GetHoveredPoint(hovered), before[2]);
+    EXPECT_EQ(hovered, 2);
+
+    EXPECT_TRUE(Give(Event::PUSH, from + grip));
+    EXPECT_TRUE(editor.GetDrag());
+    EXPECT_EQ(object->moves, 0) << "a push alone moves nothing";
+    EXPECT_TRUE(Give(Event::DRAG, from + grip + osg::Vec2f(1.0f, 1.0f)));
+    EXPECT_EQ(object->moves, 0) << "nor does a trembling hand";
+    const osg::Vec2f to = from + osg::Vec2f(60.0f, 40.0f);
+    EXPECT_TRUE(Give(Event::DRAG, to + grip));
+    EXPECT_EQ(object->moves, 1);
+    EXPECT_EQ(object->moved, 2);
+    EXPECT_EQ(object->GetHandleOperation(), OperationMovePoint);
+    EXPECT_LT((Vertex(2) - to).length(), 0.5f);
+    const osg::Vec3d& now = object->GetAnchor()[2];
+    EXPECT_EQ(editor.GetDraggerList()[2]->GetPlace(), now);
+    EXPECT_NEAR(now.z(), Ground(now.x() - longitude, now.y() - latitude).z(), 20.0);
+    EXPECT_FALSE(Heard().contains("drag")) << "the camera must not see the drag";
+
+    EXPECT_FALSE(Give(Event::RELEASE, to + grip));
+    EXPECT_FALSE(editor.GetDrag());
+    EXPECT_EQ(object->ends, 1);
+    EXPECT_EQ(object->GetHandleOperation(), OperationIdle);
+    for (const std::size_t i : {0u, 1u, 3u})
+        EXPECT_EQ(object->GetAnchor()[i], before[i]);
+}
+
+TEST_F(EditorMouse, TakesTheNearestOfSeveralHandles)
+{
+    object->GetAnchor()[1] = object->GetAnchor()[0] + osg::Vec3d(0.0009, 0.0, 0.0);
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const osg::Vec2f apart = Vertex(1) - Vertex(0);
+    ASSERT_LT(apart.length(), 6.0f) << "both are within reach of the mouse";
+    Give(Event::MOVE, Vertex(0) + apart * 0.4f);
+    EXPECT_EQ(editor.HoveredVertex(), 0);
+    EXPECT_FALSE(editor.GetDraggerList()[1]->getHovered());
+    Give(Event::MOVE, Vertex(0) + apart * 0.6f);
+    EXPECT_EQ(editor.HoveredVertex(), 1);
+    EXPECT_FALSE(editor.GetDraggerList()[0]->getHovered());
+    const osg::Vec3d first = object->GetAnchor()[0];
+    EXPECT_TRUE(DragFromTo(Vertex(0) + apart * 0.6f, Vertex(0) + osg::Vec2f(0.0f, 80.0f)));
+    EXPECT_EQ(object->GetAnchor()[0], first);
+    EXPECT_EQ(object->moved, 1);
+    Give(Event::MOVE, osg::Vec2f(5.0f, 5.0f));
+    EXPECT_EQ(editor.HoveredVertex(), -1);
+}
+
+TEST_F(EditorMouse, ReachesEightPixelsFar)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    Give(Event::MOVE, Vertex(0) - osg::Vec2f(7.5f, 0.0f));
+    EXPECT_EQ(editor.HoveredVertex(), 0);
+    Give(Event::MOVE, Vertex(0) - osg::Vec2f(8.5f, 0.0f));
+    EXPECT_EQ(editor.HoveredVertex(), -1);
+    EXPECT_FALSE(Give(Event::PUSH, Vertex(0) - osg::Vec2f(8.5f, 0.0f)));
+    int index = -1;
+    EXPECT_EQ(editor.GetHoveredPoint(index), osg::Vec3d());
+    EXPECT_EQ(index, -1);
+}
+
+TEST_F(EditorMouse, LeavesAloneWhatMayNotBeEdited)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const auto isTaken = [&] {
+        Give(Event::MOVE, Vertex(0));
+        const bool isHovered = editor.HoveredVertex() >= 0;
+        const bool isPushed = Give(Event::PUSH, Vertex(0));
+        Give(Event::RELEASE, Vertex(0));
+        EXPECT_EQ(isHovered, isPushed);
+        return isPushed;
+    };
+    EXPECT_TRUE(isTaken());
+    editor.setNodeMask(0);
+    EXPECT_FALSE(isTaken()) << "hidden handles";
+    editor.setNodeMask(~0u);
+    object->SetAdapterVisible(false, QString());
+    EXPECT_FALSE(isTaken()) << "a hidden object";
+    object->SetAdapterVisible(true, QString());
+    object->SetLock(true);
+    EXPECT_FALSE(isTaken()) << "a locked object";
+    object->SetLock(false);
+    object->SetOperation(OperationDrawing);
+    EXPECT_FALSE(isTaken()) << "an object that is being drawn";
+    object->SetOperation(OperationMoveHandle);
+    EXPECT_FALSE(isTaken()) << "an object that is being moved";
+    object->SetOperation(OperationIdle);
+    editor.GetDraggerList()[0]->setNodeMask(0);
+    EXPECT_FALSE(isTaken()) << "a handle that is hidden by itself";
+    editor.GetDraggerList()[0]->setNodeMask(~0u);
+    EXPECT_TRUE(isTaken());
+}
+
+TEST_F(EditorMouse, KeepsInvisibleHandlesOnTheirVertices)
+{
+    for (const int type : {2, 7}) {
+        CAxHandleAdapterEditor& editor = object->Edit(static_cast<CAxDragger::DragType>(type));
+        EXPECT_FALSE(editor.GetDraggerList()[0]->HasShape());
+        EXPECT_FALSE(Give(Event::PUSH, Vertex(0)));
+        object->GetAnchor()[0] = Ground(-0.02, 0.0);
+        editor.Update();
+        EXPECT_EQ(editor.GetDraggerList()[0]->GetPlace(), object->GetAnchor()[0]);
+    }
+}
+
+TEST_F(EditorMouse, StaysWhereItIsOverSpace)
+{
+    manipulator->setViewpoint(Straight(longitude, latitude, 2.0e7));
+    ASSERT_TRUE(WaitForPicture());
+    object->GetAnchor() = Square(6.0);
+    CAxHandleAdapterEditor& editor = object->Edit();
+    ASSERT_TRUE(Give(Event::PUSH, Vertex(0)));
+    ASSERT_TRUE(Give(Event::DRAG, Vertex(0) + osg::Vec2f(10.0f, 10.0f)));
+    const osg::Vec3d last = object->GetAnchor()[0];
+    EXPECT_TRUE(Give(Event::DRAG, osg::Vec2f(2.0f, 2.0f)));
+    EXPECT_EQ(object->GetAnchor()[0], last);
+    Give(Event::RELEASE, osg::Vec2f(2.0f, 2.0f));
+    EXPECT_EQ(object->ends, 1);
+
+    object->GetAnchor()[0] = {longitude + 180.0, -latitude, 0.0};
+    editor.Update();
+    EXPECT_FALSE(Give(Event::PUSH, Vertex(0))) << "behind the globe";
+}
+
+TEST_F(EditorMouse, EndsADragWhoseReleaseNeverCame)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    ASSERT_TRUE(Give(Event::PUSH, Vertex(0)));
+    ASSERT_TRUE(Give(Event::DRAG, Vertex(0) + osg::Vec2f(30.0f, 0.0f)));
+    EXPECT_FALSE(Give(Event::MOVE, Vertex(0) + osg::Vec2f(10.0f, 0.0f)));
+    EXPECT_FALSE(editor.GetDrag());
+    EXPECT_TRUE(waitFor([this] { return object->ends == 1; })) << "the edit ends as by a release";
+    EXPECT_EQ(object->GetHandleOperation(), OperationIdle);
+}
+
+TEST_F(EditorMouse, GivesADragUp)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const std::vector<osg::Vec3d> before = object->GetAnchor();
+    const osg::Vec2f from = Vertex(0);
+    EXPECT_FALSE(editor.CancelDrag());
+    ASSERT_TRUE(Give(Event::PUSH, from));
+    ASSERT_TRUE(Give(Event::DRAG, from + osg::Vec2f(30.0f, 0.0f)));
+    EXPECT_TRUE(Give(Event::KEYDOWN, from, Event::KEY_Escape));
+    EXPECT_FALSE(editor.GetDrag());
+    EXPECT_EQ(object->GetAnchor(), before);
+    EXPECT_TRUE(waitFor([this] { return object->GetHandleOperation() == OperationIdle; }));
+    EXPECT_TRUE(Give(Event::DRAG, from + osg::Vec2f(60.0f, 0.0f))) << "the rest of the way leads nowhere";
+    EXPECT_EQ(object->GetAnchor(), before);
+    Give(Event::RELEASE, from + osg::Vec2f(60.0f, 0.0f));
+    EXPECT_EQ(object->ends, 0);
+    EXPECT_FALSE(Give(Event::DRAG, from + osg::Vec2f(90.0f, 0.0f)));
+}
+
+TEST_F(EditorMouse, DoesNotTakeADropForAClick)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const osg::Vec2f to = Vertex(0) + osg::Vec2f(70.0f, 20.0f);
+    Give(Event::PUSH, to);
+    Give(Event::RELEASE, to);
+    Heard();
+    DragFromTo(Vertex(0), to);
+    EXPECT_EQ(Heard().filter("click"), QStringList()) << "where the last click was";
+    EXPECT_EQ(object->ends, 1);
+    EXPECT_EQ(editor.HoveredVertex(), 0);
+}
+
+TEST_F(EditorMouse, SurvivesTheEndOfItsObject)
+{
+    const osg::ref_ptr<CAxHandleAdapterEditor> editor = &object->Edit();
+    const osg::Vec2f from = Vertex(0);
+    ASSERT_TRUE(Give(Event::PUSH, from));
+    ASSERT_TRUE(Give(Event::DRAG, from + osg::Vec2f(20.0f, 0.0f)));
+    object.reset();
+    viewer->GetDrawNodeGroup()->addChild(editor);
+    EXPECT_TRUE(Give(Event::DRAG, from + osg::Vec2f(40.0f, 0.0f)));
+    Give(Event::RELEASE, from);
+    EXPECT_FALSE(editor->GetDrag());
+    EXPECT_FALSE(Give(Event::PUSH, from));
+    Give(Event::MOVE, from);
+    editor->Update();
+    EXPECT_TRUE(waitFrames(2));
+    viewer->GetDrawNodeGroup()->removeChild(editor);
+}
+
+TEST_F(EditorMouse, FollowsTheNumberOfVertices)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const osg::ref_ptr<CAxDragger> first = editor.GetDraggerList()[0];
+    const osg::Vec2f last = Vertex(3);
+    ASSERT_TRUE(Give(Event::PUSH, last));
+    ASSERT_TRUE(Give(Event::DRAG, last + osg::Vec2f(20.0f, 0.0f)));
+    object->GetAnchor().pop_back();
+    editor.Update();
+    EXPECT_EQ(editor.GetDraggerList().size(), 3u);
+    EXPECT_FALSE(editor.GetDrag()) << "the held vertex is gone";
+    Give(Event::DRAG, last + osg::Vec2f(40.0f, 0.0f));
+    EXPECT_EQ(object->GetAnchor().size(), 3u);
+    Give(Event::RELEASE, last);
+
+    object->GetAnchor().insert(object->GetAnchor().begin(), 3, Ground(0.0, 0.02));
+    editor.Update();
+    EXPECT_EQ(editor.getNumChildren(), 6u);
+    EXPECT_EQ(editor.GetDraggerList()[0], first) << "handles are kept";
+    for (std::size_t i = 0; i < 6; ++i)
+        EXPECT_EQ(editor.GetDraggerList()[i]->GetPlace(), object->GetAnchor()[i]);
+    object->GetAnchor().clear();
+    editor.Update();
+    EXPECT_TRUE(editor.GetDraggerList().empty());
+    Give(Event::MOVE, last);
+    EXPECT_EQ(editor.HoveredVertex(), -1);
+}
+
+// What Delete takes away is the vertex under the mouse, not its successor.
+TEST_F(EditorMouse, ForgetsTheMouseWhenTheVertexIsGone)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    Give(Event::MOVE, Vertex(1));
+    ASSERT_EQ(editor.HoveredVertex(), 1);
+    object->GetAnchor().erase(object->GetAnchor().begin() + 1);
+    editor.Update();
+    EXPECT_EQ(editor.HoveredVertex(), -1);
+}
+
+TEST_F(EditorMouse, NeedsNeitherViewerNorMap)
+{
+    EditedObject alone(nullptr);
+    alone.GetAnchor() = object->GetAnchor();
+    const osg::ref_ptr<CAxHandleAdapterEditor> editor = new CAxHandleAdapterEditor(&alone);
+    EXPECT_EQ(editor->GetDraggerList().size(), 4u);
+    EXPECT_LT((editor->GetDraggerList()[0]->GetWorld() - WorldOf(alone.GetAnchor()[0])).length(), 1e-6);
+    viewer->GetDrawNodeGroup()->addChild(editor);
+    const osg::Vec2f from = PixelOf(alone.GetAnchor()[0]);
+    EXPECT_TRUE(Give(Event::PUSH, from));
+    EXPECT_TRUE(Give(Event::DRAG, from + osg::Vec2f(30.0f, 0.0f)));
+    EXPECT_EQ(alone.GetAnchor(), object->GetAnchor()) << "nothing leads it";
+    Give(Event::RELEASE, from);
+    EXPECT_TRUE(waitFrames(2));
+    viewer->GetDrawNodeGroup()->removeChild(editor);
+}
+
+TEST_F(EditorMouse, FollowsTheModelUnderTheMouse)
+{
+    osg::ref_ptr<osg::Geode> box = new osg::Geode;
+    box->addDrawable(new osg::ShapeDrawable(new osg::Box(osg::Vec3(), 2000.0f, 2000.0f, 1000.0f)));
+    const osg::Vec3d foot = Ground(0.0, 0.0);
+    osg::ref_ptr<osg::MatrixTransform> model =
+        new osg::MatrixTransform(FrameAt(foot.x(), foot.y(), foot.z()));
+    model->setNodeMask(AxModelLayerMask);
+    model->addChild(box);
+    viewer->getMapNode()->getModelLayerGroup()->addChild(model);
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const osg::Vec2f roof = WindowOf(FrameAt(foot.x(), foot.y(), foot.z() + 500.0).getTrans());
+    editor.SetIntersectModelLayer(true);
+    DragFromTo(Vertex(0), roof);
+    EXPECT_NEAR(object->GetAnchor()[0].z(), foot.z() + 500.0, 1.0);
+    EXPECT_NEAR(object->GetAnchor()[0].x(), foot.x(), 1e-3);
+    DragFromTo(Vertex(1), Vertex(1) + osg::Vec2f(40.0f, 0.0f));
+    EXPECT_NEAR(object->GetAnchor()[1].z(),
+                Ground(object->GetAnchor()[1].x() - longitude, object->GetAnchor()[1].y() - latitude).z(),
+                20.0)
+        << "beside the model";
+    editor.SetIntersectModelLayer(false);
+    DragFromTo(Vertex(0), roof + osg::Vec2f(10.0f, 0.0f));
+    EXPECT_LT(object->GetAnchor()[0].z(), foot.z() + 400.0) << "the ground behind the model";
+    viewer->getMapNode()->getModelLayerGroup()->removeChild(model);
+}
+
+TEST_F(EditorMouse, ShowsStateByColour)
+{
+    const auto colorOf = [](const CAxDragger* dragger) {
+        const osg::Geode* shape = dragger->getPositionAttitudeTransform()->getChild(0)->asGeode();
+        return static_cast<const osg::ShapeDrawable*>(shape->getDrawable(0))->getColor();
+    };
+    const osg::Vec4f green(0, 1, 0, 1), yellow(1, 1, 0, 1), red(1, 0, 0, 1), blue(0, 0, 1, 1);
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const std::vector<CAxDragger*>& draggers = editor.GetDraggerList();
+    EXPECT_EQ(editor.GetColor(), green);
+    EXPECT_EQ(editor.GetPickColor(), yellow);
+    EXPECT_EQ(editor.GetSize(), 5.0f);
+    EXPECT_EQ(colorOf(draggers[0]), green);
+    Give(Event::MOVE, Vertex(0));
+    EXPECT_EQ(colorOf(draggers[0]), yellow);
+    EXPECT_EQ(colorOf(draggers[1]), green);
+    editor.SetDraggerColor(1, red);
+    editor.SetDraggerColor(9, red); // no such vertex yet
+    EXPECT_EQ(colorOf(draggers[1]), red);
+    editor.SetColor(blue);
+    EXPECT_EQ(colorOf(draggers[1]), red);
+    EXPECT_EQ(colorOf(draggers[2]), blue);
+    editor.SetPickColor(red);
+    EXPECT_EQ(colorOf(draggers[0]), red);
+    editor.RemoveColorDragger(1);
+    EXPECT_EQ(colorOf(draggers[1]), blue);
+    editor.SetDraggerColor(2, green);
+    editor.RemoveAllColorDragger();
+    EXPECT_EQ(colorOf(draggers[2]), blue);
+}
+
+// The whole way, from Qt's mouse to the vertex.
+TEST_F(EditorMouse, DragsAVertexWithTheRealMouse)
+{
+    CAxHandleAdapterEditor& editor = object->Edit();
+    const osg::Vec2f at = Vertex(1);
+    const QPoint from(qRound(at.x()), qRound(at.y()));
+    const QPoint to = from + QPoint(80, -30);
+    const osg::Matrixd view = manipulator->getMatrix();
+    QTest::mouseMove(viewer->viewport(), from);
+    ASSERT_TRUE(waitFor([&] { return editor.HoveredVertex() == 1; }));
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, from);
+    ASSERT_TRUE(waitFor([&] { return editor.GetDrag(); }));
+    for (int i = 1; i <= 4; ++i) {
+        const int before = object->moves;
+        QTest::mouseMove(viewer->viewport(), from + (to - from) * i / 4);
+        ASSERT_TRUE(waitFor([&] { return object->moves > before; }));
+    }
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, to);
+    ASSERT_TRUE(waitFor([this] { return object->ends == 1; }));
+    EXPECT_FALSE(editor.GetDrag());
+    EXPECT_LT((Vertex(1) - at - osg::Vec2f(80.0f, -30.0f)).length(), 1.5f);
+    EXPECT_EQ(manipulator->getMatrix(), view) << "the camera stands still";
+    QTest::mouseMove(viewer->viewport(), {5, 5});
+    ASSERT_TRUE(waitFor([&] { return editor.HoveredVertex() < 0; }));
+}
