@@ -2,8 +2,12 @@
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxData/CAxBlockManager.h>
+
+#include <QAbstractScrollArea>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QToolBar>
 
 #include <cstdio>
 
@@ -16,6 +20,10 @@ bool IsSame(const osgEarth::Viewpoint& left, const osgEarth::Viewpoint& right)
     return left.isValid() && right.isValid() && left.focalPoint()->vec3d() == right.focalPoint()->vec3d() &&
            left.getHeading() == right.getHeading() && left.getPitch() == right.getPitch() &&
            left.getRange() == right.getRange();
+}
+QJsonArray RectValue(const QRect& rect)
+{
+    return {rect.x(), rect.y(), rect.width(), rect.height()};
 }
 } // namespace
 
@@ -39,6 +47,10 @@ bool EventLog::Open(const QString& file, QString& error)
 void EventLog::Follow(CAxEarthViewer* earthViewer)
 {
     viewer = earthViewer;
+    const CAxBlockManager* records = &CAxBlockManager::instance();
+    connect(records, &CAxBlockManager::blockAdded, this, &EventLog::Block);
+    connect(records, &CAxBlockManager::blockChanged, this, &EventLog::Block);
+    connect(records, &CAxBlockManager::blockDeleted, this, &EventLog::Block);
     Look();
     clock.start();
 }
@@ -47,6 +59,18 @@ void EventLog::Signal(const char* from, const QString& name, const QJsonArray& a
 {
     if (name != QLatin1String("signalHeading"))
         Write("signal", {{"from", QLatin1String(from)}, {"name", name}, {"args", arguments}});
+}
+
+void EventLog::Block(const QString& id)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (block)
+        Write("block", {{"id", id},
+                        {"name", block->GetBlockName()},
+                        {"type", block->GetBlockType()},
+                        {"vertices", block->GetAnchor().size()}});
+    else
+        Write("block", {{"id", id}, {"deleted", true}});
 }
 
 void EventLog::Write(const char* event, QJsonObject fields)
@@ -61,11 +85,23 @@ void EventLog::Write(const char* event, QJsonObject fields)
 
 void EventLog::Look()
 {
-    const QRect place(viewer->mapToGlobal(QPoint()), viewer->size());
-    if (place != globe) {
-        globe = place;
+    const auto onScreen = [](const QWidget* widget) {
+        return widget ? QRect(widget->mapToGlobal(QPoint()), widget->size()) : QRect();
+    };
+    const auto* list = viewer->window()->findChild<QAbstractScrollArea*>(QStringLiteral("BlockList"));
+    const QRect newGlobe = onScreen(viewer);
+    const QRect newRows = onScreen(list ? list->viewport() : nullptr);
+    if (newGlobe != globe || newRows != blockRows) {
+        globe = newGlobe;
+        blockRows = newRows;
+        QJsonArray tools;
+        if (const auto* bar = viewer->window()->findChild<QToolBar*>(QStringLiteral("ToolBar")))
+            for (QAction* action : bar->actions())
+                tools += RectValue(onScreen(bar->widgetForAction(action)));
         Write("window", {{"id", static_cast<double>(viewer->window()->winId())},
-                         {"globe", QJsonArray{place.x(), place.y(), place.width(), place.height()}}});
+                         {"globe", RectValue(globe)},
+                         {"blocks", RectValue(blockRows)},
+                         {"tools", tools}});
     }
     LookAtCamera();
     const bool complete = viewer->IsPictureComplete();

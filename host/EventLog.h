@@ -20,8 +20,11 @@ class CAxEarthViewer;
  *   in degrees, "altitude" in metres, "heading" and "pitch" in degrees,
  *   "range" in metres.
  * - "picture": nothing more is to be loaded for what the camera sees.
- * - "window": "id" of the native window, and "globe", where the globe is on
- *   the screen: left, top, width, height in pixels.
+ * - "window": "id" of the native window, and "globe" and "blocks", where the
+ *   globe and the rows of the block list are on the screen: left, top, width,
+ *   height in pixels; "tools" has the like for each button of the tool bar.
+ * - "block": a block record is new or changed: "id", "name", "type" and the
+ *   number of "vertices"; or it is gone: "id" and "deleted".
  *
  * GUI thread; owned by its parent.
  */
@@ -40,6 +43,7 @@ public:
     void Signal(const char* from, const QString& name, const QJsonArray& arguments);
 
 private:
+    void Block(const QString& id);
     void Write(const char* event, QJsonObject fields);
     void Look();
     void LookAtCamera();
@@ -52,4 +56,5 @@ private:
     osgEarth::Viewpoint written;
     bool pictureComplete = false;
     QRect globe;
+    QRect blockRows;
 };

@@ -19,6 +19,9 @@ const OptionText optionTexts[] = {
     {"tour", "DIR",
      QT_TRANSLATE_NOOP("HostOptions", "Fly to four places, write a picture of each to DIR, end.")},
     {"map", "FILE", QT_TRANSLATE_NOOP("HostOptions", "Show this map instead of the shipped ones.")},
+    {"blocks", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions", "Draw the blocks of this JSON file: [{\"name\": \"A\", \"type\": 0, "
+                                      "\"anchor\": [[lon, lat], ...]}, ...].")},
     {"size", "WxH", QT_TRANSLATE_NOOP("HostOptions", "Size of the window in pixels (1440x900).")},
     {"view", "lon,lat,alt,heading,pitch,range",
      QT_TRANSLATE_NOOP("HostOptions", "Look at this point: degrees, metres; pitch -90 is straight down.")},
@@ -103,6 +106,13 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     options.mapFile = value("map");
     if (isSet("map") && !QFileInfo(options.mapFile).isFile())
         return fail(HostOptions::tr("--map: there is no file '%1'.").arg(options.mapFile));
+    if (isSet("blocks")) {
+        QString reason;
+        const std::optional<QList<FileBlock>> blocks = ReadBlockFile(value("blocks"), reason);
+        if (!blocks)
+            return fail(HostOptions::tr("--blocks: %1").arg(reason));
+        options.blocks = *blocks;
+    }
     if (isSet("size")) {
         const std::optional<QSize> size = ParseSize(value("size"));
         if (!size)

@@ -1,4 +1,5 @@
 #pragma once
+#include "host/BlockFile.h"
 #include "host/TourStops.h"
 
 #include <QCoreApplication>
@@ -23,6 +24,7 @@ public:
     QString shotFile;   ///< empty: no picture
     QString language;   ///< empty: the system's
     QSize size{1440, 900};
+    QList<FileBlock> blocks;
     std::optional<TourStop> view;
     std::optional<double> quitAfterSeconds;
 

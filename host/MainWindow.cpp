@@ -1,11 +1,17 @@
 #include "host/MainWindow.h"
+#include "host/BlockPanel.h"
+#include "host/EditMenu.h"
 #include "host/EventLog.h"
 #include "host/LogPanel.h"
 #include "host/SignalRelay.h"
+#include "host/ToolActions.h"
 #include "host/Tour.h"
 #include "host/Voice.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
+
+#include <AxAlgorthm/AxUniqueID.h>
+#include <AxData/CAxBlockManager.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,11 +26,15 @@
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTimer>
+#include <QToolBar>
 #include <QTreeWidget>
+#include <QUndoView>
 
 #include <functional>
 
 namespace {
+constexpr int exitWrongUse = 2;
+
 QTreeWidget* MakeList(const QStringList& columns)
 {
     auto* list = new QTreeWidget;
@@ -47,7 +57,8 @@ bool IsForPeople(const QString& signal)
 
 MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
-      place(new QLabel), state(new QLabel)
+      blocks(new BlockPanel(viewer)), tools(new ToolActions(viewer, this)), place(new QLabel),
+      state(new QLabel)
 {
     setWindowTitle(tr("Ground control"));
     setCentralWidget(viewer);
@@ -69,6 +80,8 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
 MainWindow::~MainWindow()
 {
     viewer->ReleaseAll();
+    // Its rows ask the viewer.
+    delete blocks;
     // Hiding its viewport it would ask for a viewport that is going.
     viewer->viewport()->removeEventFilter(this);
     delete viewer;
@@ -87,13 +100,23 @@ QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidge
 
 void MainWindow::BuildPanels()
 {
-    AddPanel(tr("Blocks"), "BlocksPanel", MakeList({tr("Name"), tr("Kind")}), Qt::LeftDockWidgetArea);
+    QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
     AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
     AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
              Qt::LeftDockWidgetArea);
+    auto* undoView = new QUndoView(viewer->GetUndoStack());
+    undoView->setEmptyLabel(tr("Nothing done"));
+    history = AddPanel(tr("Undo history"), "HistoryPanel", undoView, Qt::RightDockWidgetArea);
+    history->hide();
     QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
     resizeDocks({logPanel}, {options.size.height() / 7}, Qt::Vertical);
-    resizeDocks({panels.first()}, {options.size.width() / 6}, Qt::Horizontal);
+    // The block list's columns fit, as far as the map keeps most of a small window.
+    resizeDocks({blocksPanel}, {qMin(blocks->sizeHint().width(), options.size.width() * 2 / 5)},
+                Qt::Horizontal);
+    connect(blocks, &BlockPanel::Told, this, [this](const QString& text) {
+        constexpr int shownMs = 8000;
+        statusBar()->showMessage(text, shownMs);
+    });
 }
 
 void MainWindow::RelaySignals()
@@ -134,6 +157,9 @@ void MainWindow::BuildMenus()
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(Qt::CTRL + Qt::Key_Q));
 
+    menuBar()->addMenu(new EditMenu(viewer, history->toggleViewAction(), this));
+    BuildDrawMenu();
+
     QMenu* view = menuBar()->addMenu(tr("&View"));
     const auto addSwitch = [view](const QString& text, auto change) {
         QAction* action = view->addAction(text);
@@ -162,6 +188,15 @@ void MainWindow::BuildMenus()
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(tr("&About"), this, &MainWindow::ShowAbout);
+}
+
+void MainWindow::BuildDrawMenu()
+{
+    menuBar()->addMenu(tr("&Draw"))->addActions(tools->actions());
+    QToolBar* bar = addToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("ToolBar"));
+    bar->setMovable(false);
+    bar->addActions(tools->actions());
 }
 
 void MainWindow::BuildNavigateMenu()
@@ -194,6 +229,30 @@ bool MainWindow::StartViewer()
     return true;
 }
 
+bool MainWindow::DrawBlocks()
+{
+    CAxBlockManager& records = CAxBlockManager::instance();
+    QStringList made;
+    for (const FileBlock& wanted : qAsConst(options.blocks)) {
+        const QString id = CreateUniqueID();
+        CAxBlock* block = records.AddBlock(id, wanted.type);
+        made += id;
+        if (!wanted.name.isEmpty())
+            block->SetBlockName(wanted.name);
+        block->SetAnchor(wanted.anchor);
+        if (viewer->ImportShapeNode(id))
+            continue;
+        QTextStream(stderr) << "AxGroundControl: "
+                            << tr("--blocks: block '%1' cannot be drawn.").arg(block->GetBlockName())
+                            << Qt::endl;
+        for (const QString& other : qAsConst(made))
+            if (!viewer->RemoveHanderAdapter(other, true))
+                records.DeleteBlock(other);
+        return false;
+    }
+    return true;
+}
+
 void MainWindow::OnLoaded()
 {
     state->setText(tr("Ready"));
@@ -201,6 +260,10 @@ void MainWindow::OnLoaded()
         ReportProgress();
     if (events.IsOpen())
         events.Follow(viewer);
+    if (!DrawBlocks()) {
+        emit Done(exitWrongUse);
+        return;
+    }
     QVector<Tour::Stop> stops;
     if (!options.shotFile.isEmpty())
         stops += {options.view ? options.view->Viewpoint() : osgEarth::Viewpoint(), options.shotFile};

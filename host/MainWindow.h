@@ -5,11 +5,13 @@
 
 #include <QMainWindow>
 
+class BlockPanel;
 class CAxEarthViewer;
 class EventLog;
 class LogPanel;
 class QDockWidget;
 class QLabel;
+class ToolActions;
 
 /**
  * The ground-control window: the globe, panels around it that further
@@ -40,11 +42,13 @@ signals:
 
 private:
     void BuildMenus();
+    void BuildDrawMenu();
     void BuildNavigateMenu();
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
     void BuildPanels();
     void RelaySignals();
     void OnLoaded();
+    bool DrawBlocks();
     void ShowPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
     void ReportProgress();
     void OnSavePicture();
@@ -54,6 +58,9 @@ private:
     CAxEarthViewer* viewer;
     EventLog& events;
     LogPanel* log;
+    BlockPanel* blocks;
+    QDockWidget* history = nullptr;
+    ToolActions* tools;
     QLabel* place; ///< what is under the mouse
     QLabel* state;
     QList<QDockWidget*> panels;

@@ -183,6 +183,14 @@
         <source>--log: '%1' cannot be written: %2</source>
         <translation>--log：无法写入“%1”：%2</translation>
     </message>
+    <message>
+        <source>Draw the blocks of this JSON file: [{&quot;name&quot;: &quot;A&quot;, &quot;type&quot;: 0, &quot;anchor&quot;: [[lon, lat], ...]}, ...].</source>
+        <translation>绘制此 JSON 文件中的测区：[{&quot;name&quot;: &quot;A&quot;, &quot;type&quot;: 0, &quot;anchor&quot;: [[经度, 纬度], ...]}, ...]。</translation>
+    </message>
+    <message>
+        <source>--blocks: %1</source>
+        <translation>--blocks：%1</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -354,6 +362,26 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>The display offers no OpenGL.</source>
         <translation>显示器不提供 OpenGL。</translation>
     </message>
+    <message>
+        <source>Nothing done</source>
+        <translation>尚无操作</translation>
+    </message>
+    <message>
+        <source>Undo history</source>
+        <translation>撤销历史</translation>
+    </message>
+    <message>
+        <source>&amp;Draw</source>
+        <translation>绘制(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Tools</source>
+        <translation>工具</translation>
+    </message>
+    <message>
+        <source>--blocks: block &apos;%1&apos; cannot be drawn.</source>
+        <translation>--blocks：无法绘制测区“%1”。</translation>
+    </message>
 </context>
 <context>
     <name>Tour</name>
@@ -375,6 +403,225 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Position picked.</source>
         <translation>已选取位置。</translation>
+    </message>
+</context>
+<context>
+    <name>FileBlock</name>
+    <message>
+        <source>it is not [longitude, latitude]</source>
+        <translation>不是 [经度, 纬度]</translation>
+    </message>
+    <message>
+        <source>it is not on the globe</source>
+        <translation>不在地球上</translation>
+    </message>
+    <message>
+        <source>it is no list of vertices</source>
+        <translation>不是顶点列表</translation>
+    </message>
+    <message>
+        <source>vertex %1: %2</source>
+        <translation>顶点 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 vertices are too few, %2 are needed</source>
+        <translation>只有 %1 个顶点，至少需要 %2 个</translation>
+    </message>
+    <message>
+        <source>it is no JSON object</source>
+        <translation>不是 JSON 对象</translation>
+    </message>
+    <message>
+        <source>it is no text</source>
+        <translation>不是文本</translation>
+    </message>
+    <message>
+        <source>another block is named &apos;%1&apos;, too</source>
+        <translation>另一个测区也名为“%1”</translation>
+    </message>
+    <message>
+        <source>it is no kind of block that can be drawn</source>
+        <translation>不是可以绘制的测区类型</translation>
+    </message>
+    <message>
+        <source>the file is empty</source>
+        <translation>文件为空</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
+    <message>
+        <source>it is no list of blocks</source>
+        <translation>不是测区列表</translation>
+    </message>
+    <message>
+        <source>block %1: %2</source>
+        <translation>测区 %1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>BlockListModel</name>
+    <message>
+        <source>Polygon</source>
+        <translation>多边形</translation>
+    </message>
+    <message>
+        <source>Rectangle</source>
+        <translation>矩形</translation>
+    </message>
+    <message>
+        <source>Strip</source>
+        <translation>带状</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>视频</translation>
+    </message>
+    <message>
+        <source>No-fly application</source>
+        <translation>禁飞区申请</translation>
+    </message>
+    <message>
+        <source>Mark points</source>
+        <translation>标记点</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Area (km²)</source>
+        <translation>面积 (km²)</translation>
+    </message>
+    <message>
+        <source>Lock</source>
+        <translation>锁定</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>可见</translation>
+    </message>
+    <message>
+        <source>A block needs a name.</source>
+        <translation>测区必须有名称。</translation>
+    </message>
+    <message>
+        <source>The name already exists !</source>
+        <translation>该名称已存在！</translation>
+    </message>
+    <message>
+        <source>The block cannot be renamed.</source>
+        <translation>无法重命名该测区。</translation>
+    </message>
+</context>
+<context>
+    <name>BlockPanel</name>
+    <message>
+        <source>This block is not on the map.</source>
+        <translation>该测区不在地图上。</translation>
+    </message>
+    <message>
+        <source>&amp;Fly there</source>
+        <translation>飞到该处(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>重命名(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>删除(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the block &quot;%1&quot;?</source>
+        <translation>是否要删除测区“%1”？</translation>
+    </message>
+    <message>
+        <source>Its tasks are deleted with it.</source>
+        <translation>其任务将一并删除。</translation>
+    </message>
+    <message>
+        <source>Delete block</source>
+        <translation>删除测区</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+</context>
+<context>
+    <name>ToolActions</name>
+    <message>
+        <source>&amp;Browse</source>
+        <translation>浏览(&amp;B)</translation>
+    </message>
+    <message>
+        <source>Move the map and look at its blocks</source>
+        <translation>移动地图，查看测区</translation>
+    </message>
+    <message>
+        <source>&amp;Select and move</source>
+        <translation>选择与移动(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Take a block and drag it elsewhere</source>
+        <translation>选中测区并拖到别处</translation>
+    </message>
+    <message>
+        <source>&amp;Polygon block</source>
+        <translation>多边形测区(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives it up</source>
+        <translation>单击测区各角点，双击最后一点结束；Backspace 撤回一点，Esc 放弃</translation>
+    </message>
+</context>
+<context>
+    <name>EditMenu</name>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>编辑(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete block...	Del</source>
+        <translation>删除测区(&amp;D)...	Del</translation>
+    </message>
+    <message>
+        <source>&amp;Handles on edges</source>
+        <translation>边上的手柄(&amp;H)</translation>
+    </message>
+    <message>
+        <source>A handle in the middle of each edge inserts a vertex</source>
+        <translation>每条边中点的手柄可插入顶点</translation>
+    </message>
+    <message>
+        <source>Delete &amp;key removes vertices</source>
+        <translation>Delete 键删除顶点(&amp;K)</translation>
+    </message>
+    <message>
+        <source>Delete takes away the vertex under the mouse</source>
+        <translation>按 Delete 删除鼠标下的顶点</translation>
+    </message>
+    <message>
+        <source>&amp;Snap to vertices and edges</source>
+        <translation>吸附到顶点和边(&amp;S)</translation>
+    </message>
+    <message>
+        <source>A dragged vertex goes to vertices and edges close by</source>
+        <translation>拖动的顶点吸附到附近的顶点和边</translation>
+    </message>
+    <message>
+        <source>&amp;Angles in steps of 15°</source>
+        <translation>角度按 15° 步进(&amp;A)</translation>
+    </message>
+    <message>
+        <source>A dragged vertex keeps the angle to the previous edge at steps of 15°</source>
+        <translation>拖动的顶点与前一条边的夹角保持 15° 的整数倍</translation>
     </message>
 </context>
 </TS>

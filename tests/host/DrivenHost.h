@@ -84,6 +84,18 @@ public:
         const QPoint onScreen = globe.topLeft() + pixel;
         return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
     }
+    /// Words of xdotool that put the mouse on a button of the tool bar.
+    QStringList ToTool(int index) const
+    {
+        const QPoint onScreen = tools.at(index).center();
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
+    /// Words of xdotool that put the mouse on the name in the first row of the block list.
+    QStringList ToFirstBlock() const
+    {
+        const QPoint onScreen = blockRows.topLeft() + QPoint(20, 8);
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
     /// There may be no window manager that gives the window the input.
     void TakeFocus() { Do({"windowfocus", QString::number(window)}); }
 
@@ -102,12 +114,21 @@ public:
 private:
     void Remember(const Event& event)
     {
-        const QJsonArray place = event["globe"].toArray();
-        globe = QRect(place[0].toInt(), place[1].toInt(), place[2].toInt(), place[3].toInt());
+        const auto place = [](const QJsonValue& value) {
+            const QJsonArray rect = value.toArray();
+            return QRect(rect[0].toInt(), rect[1].toInt(), rect[2].toInt(), rect[3].toInt());
+        };
+        globe = place(event["globe"]);
+        blockRows = place(event["blocks"]);
+        tools.clear();
+        for (const QJsonValue tool : event["tools"].toArray())
+            tools += place(tool);
         window = static_cast<qint64>(event["id"].toDouble());
     }
 
     QProcess process;
     QRect globe;
+    QRect blockRows;
+    QList<QRect> tools;
     qint64 window = 0;
 };

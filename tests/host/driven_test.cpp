@@ -186,3 +186,47 @@ TEST_F(Driven, AClickOnTheCompassTurnsNorthUp)
                std::abs(view["pitch"].toDouble() + 90.0) < 0.01;
     }));
 }
+
+TEST_F(Driven, APolygonIsDrawnListedRenamedUndoneAndDeleted)
+{
+    const auto nextBlock = [](const std::function<bool(const Event&)>& suits) {
+        return host->Next([&suits](const Event& event) { return event["event"] == "block" && suits(event); });
+    };
+    const auto named = [](const QString& name) {
+        return [name](const Event& block) { return block["name"] == name; };
+    };
+    constexpr int polygonTool = 2;
+    host->Do(host->ToTool(polygonTool) << QStringList{"click", "1"});
+    const QPoint centre = host->Centre();
+    for (const QPoint& corner : {QPoint(-80, -60), QPoint(80, -60), QPoint(60, 70)}) {
+        host->Do(host->To(centre + corner) << QStringList{"click", "1"});
+        ASSERT_TRUE(host->NextSignal("mouseLeftBtnClick"));
+    }
+    host->Do(host->To(centre + QPoint(-70, 60))
+             << QStringList{"click", "--repeat", "2", "--delay", "60", "1"});
+    const auto drawn = nextBlock([](const Event& block) { return block["vertices"].toInt() > 0; });
+    ASSERT_TRUE(drawn);
+    EXPECT_EQ((*drawn)["vertices"].toInt(), 4);
+    const QJsonValue id = (*drawn)["id"];
+    EXPECT_TRUE(host->NextSignal("signalHandleEnd", [&id](const QJsonValue& ended) { return ended == id; }));
+    EXPECT_TRUE(host->NextSignal("signalHandlePickEnded"));
+
+    // Its row is there: a click flies to the block, F2 renames it.
+    host->Do(host->ToFirstBlock() << QStringList{"click", "1"});
+    ASSERT_TRUE(host->NextView([](const Event& view) { return !IsHome(view); }));
+    host->Do({"key", "F2", "key", "ctrl+a", "type", "Quarry"});
+    host->Do({"key", "Return"});
+    ASSERT_TRUE(nextBlock(named(QStringLiteral("Quarry"))));
+    // The tool is back at browsing, so that this click draws nothing.
+    host->Do(host->To(host->Centre()) << QStringList{"click", "1"});
+    ASSERT_TRUE(host->NextSignal("mouseLeftBtnClick"));
+    host->Do({"key", "ctrl+z"});
+    ASSERT_TRUE(nextBlock(named((*drawn)["name"].toString())));
+
+    host->Do(host->ToFirstBlock() << QStringList{"click", "1", "key", "Delete"});
+    host->Do({"search", "--sync", "--onlyvisible", "--name", "^Delete block$", "windowfocus", "--sync"});
+    host->Do({"key", "Return"});
+    EXPECT_TRUE(
+        nextBlock([&id](const Event& block) { return block["deleted"].toBool() && block["id"] == id; }));
+    host->TakeFocus();
+}

@@ -57,8 +57,8 @@ TEST(Host, HelpNamesEveryOptionAndNeedsNoDisplay)
     EXPECT_EQ(host.exitCode(), 0);
     const QString text = QString::fromUtf8(host.readAllStandardOutput());
     for (const char* option :
-         {"--tour DIR", "--map FILE", "--size WxH", "--view lon,lat,alt,heading,pitch,range", "--shot FILE",
-          "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
+         {"--tour DIR", "--map FILE", "--size WxH", "--blocks FILE", "--view lon,lat,alt,heading,pitch,range",
+          "--shot FILE", "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
         EXPECT_TRUE(text.contains(QLatin1String(option))) << option;
 }
 
@@ -104,6 +104,7 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         {{"--quit-after", "soon"}, "--quit-after"},
         {{"--quit-after", "-1"}, "--quit-after"},
         {{"--lang", "xx"}, "--lang"},
+        {{"--blocks", "no/such/blocks.json"}, "no/such/blocks.json"},
         {{"--map", "no/such/map.earth"}, "no/such/map.earth"},
         {{"--log", "no/such/folder/log"}, "no/such/folder/log"},
     };
@@ -111,6 +112,43 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         const Outcome outcome = RunHost(row.arguments);
         EXPECT_EQ(outcome.status, 2) << row.arguments.join(' ').toStdString();
         EXPECT_TRUE(outcome.errors.contains(QLatin1String(row.named))) << outcome.errors.toStdString();
+    }
+}
+
+TEST(Host, RefusesWrongBlockFilesAndNamesBlockAndField)
+{
+    const struct
+    {
+        const char* text;
+        QStringList named;
+    } rows[] = {
+        {"", {"empty"}},
+        {"[{\"name\": \"A\",\n]", {"line 2"}},
+        {"{\"name\": \"A\"}", {"list of blocks"}},
+        {"[5]", {"block 1"}},
+        {"[{\"name\": \"A\"}]", {"block 1", "anchor"}},
+        {"[{\"name\": \"A\", \"anchor\": [[1,2],[2,2],[1,2]]}]", {"block 1", "anchor", "2 vertices"}},
+        {"[{\"anchor\": [[1,2],[2,2],[2,3]]}, {\"anchor\": [[1,2],[2,\"x\"],[2,3]]}]",
+         {"block 2", "anchor", "vertex 2"}},
+        {"[{\"anchor\": [[1,2],[2,2],[2,91]]}]", {"block 1", "anchor", "vertex 3", "globe"}},
+        {"[{\"name\": 7, \"anchor\": [[1,2],[2,2],[2,3]]}]", {"block 1", "name"}},
+        {"[{\"type\": 42, \"anchor\": [[1,2],[2,2],[2,3]]}]", {"block 1", "type"}},
+        {"[{\"name\": \"A\", \"anchor\": [[1,2],[2,2],[2,3]]}, {\"name\": \"A\", \"anchor\": "
+         "[[1,2],[2,2],[2,3]]}]",
+         {"block 2", "name", "'A'"}},
+    };
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("blocks.json"));
+    for (const auto& row : rows) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(row.text);
+        file.close();
+        const Outcome outcome = RunHost({"--blocks", path});
+        EXPECT_EQ(outcome.status, 2) << row.text;
+        for (const QString& part : QStringList{"--blocks", "blocks.json"} + row.named)
+            EXPECT_TRUE(outcome.errors.contains(part))
+                << part.toStdString() << " in " << outcome.errors.toStdString();
     }
 }
 
@@ -166,7 +204,7 @@ TEST(Host, EndsByItselfAndSaysWhenAPictureCannotBeWritten)
 
 int main(int argc, char** argv)
 {
-    QCoreApplication app(argc, argv);
+    QApplication app(argc, argv);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

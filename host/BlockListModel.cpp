@@ -1,0 +1,203 @@
+#include "host/BlockListModel.h"
+#include "interaction/CAx3DGeometry.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <algorithm>
+
+namespace {
+QString KindText(CAxBlock::EBlockType type)
+{
+    switch (type) {
+    case CAxBlock::PolygonBlock:
+        return BlockListModel::tr("Polygon");
+    case CAxBlock::RectangleBlock:
+        return BlockListModel::tr("Rectangle");
+    case CAxBlock::StripBlock:
+        return BlockListModel::tr("Strip");
+    case CAxBlock::VideoBlock:
+        return BlockListModel::tr("Video");
+    case CAxBlock::ProhibitedAreaBlock:
+        return BlockListModel::tr("No-fly application");
+    case CAxBlock::MarkPointBlock:
+        return BlockListModel::tr("Mark points");
+    }
+    return QString();
+}
+} // namespace
+
+BlockListModel::BlockListModel(CAxEarthViewer* earthViewer, QObject* parent)
+    : QAbstractTableModel(parent), viewer(earthViewer), records(CAxBlockManager::instance())
+{
+    for (const CAxBlock* block : records.GetBlockList())
+        rows.push_back({block->GetBlockID(), {}});
+    connect(&records, &CAxBlockManager::blockAdded, this, &BlockListModel::OnAdded);
+    connect(&records, &CAxBlockManager::blockDeleted, this, &BlockListModel::OnDeleted);
+    // Queued, as the object follows its record only after the record told of the change.
+    connect(&records, &CAxBlockManager::blockChanged, this, &BlockListModel::OnChanged, Qt::QueuedConnection);
+    connect(viewer, &CAxEarthViewer::signalBlockState, this, &BlockListModel::OnChanged,
+            Qt::QueuedConnection);
+}
+
+std::vector<BlockListModel::Row>::const_iterator BlockListModel::Find(const QString& id) const
+{
+    return std::lower_bound(rows.begin(), rows.end(), id,
+                            [](const Row& row, const QString& wanted) { return row.id < wanted; });
+}
+
+QString BlockListModel::BlockAt(int row) const
+{
+    return row >= 0 && row < rowCount() ? rows[static_cast<std::size_t>(row)].id : QString();
+}
+
+int BlockListModel::RowOf(const QString& id) const
+{
+    const auto found = Find(id);
+    return found != rows.end() && found->id == id ? static_cast<int>(found - rows.begin()) : -1;
+}
+
+void BlockListModel::OnAdded(const QString& id)
+{
+    const auto place = Find(id);
+    const int row = static_cast<int>(place - rows.begin());
+    beginInsertRows(QModelIndex(), row, row);
+    rows.insert(place, Row{id, {}});
+    endInsertRows();
+}
+
+void BlockListModel::OnDeleted(const QString& id)
+{
+    const int row = RowOf(id);
+    if (row < 0)
+        return;
+    beginRemoveRows(QModelIndex(), row, row);
+    rows.erase(rows.begin() + row);
+    endRemoveRows();
+}
+
+void BlockListModel::OnChanged(const QString& id)
+{
+    const int row = RowOf(id);
+    if (row < 0)
+        return;
+    rows[static_cast<std::size_t>(row)].area.reset();
+    emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+}
+
+int BlockListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(rows.size());
+}
+
+int BlockListModel::columnCount(const QModelIndex& parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant BlockListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return QVariant();
+    switch (section) {
+    case NameColumn:
+        return tr("Name");
+    case KindColumn:
+        return tr("Kind");
+    case AreaColumn:
+        return tr("Area (km\302\262)");
+    case LockColumn:
+        return tr("Lock");
+    case VisibleColumn:
+        return tr("Visible");
+    default:
+        return QVariant();
+    }
+}
+
+std::optional<double> BlockListModel::Area(const Row& row) const
+{
+    auto* polygon = qobject_cast<CAx3DGeometry*>(viewer->FindExistNode(row.id));
+    if (!polygon)
+        return {};
+    if (!row.area)
+        row.area = polygon->GetArea();
+    return row.area;
+}
+
+QVariant BlockListModel::data(const QModelIndex& index, int role) const
+{
+    const QString id = index.isValid() ? BlockAt(index.row()) : QString();
+    CAxBlock* const block = records.GetBlock(id);
+    if (!block)
+        return QVariant();
+    const int column = index.column();
+    if (role == Qt::TextAlignmentRole && column == AreaColumn)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (column == LockColumn || column == VisibleColumn) {
+        const CAxHandleAdapter* object = viewer->FindExistNode(id);
+        if (!object || (role != Qt::CheckStateRole && role != SortRole))
+            return QVariant();
+        const bool on = column == LockColumn ? object->IsLock() : object->IsVisible();
+        return role == SortRole ? static_cast<int>(on) : (on ? Qt::Checked : Qt::Unchecked);
+    }
+    if (column == AreaColumn && (role == Qt::DisplayRole || role == SortRole)) {
+        const std::optional<double> area = Area(rows[static_cast<std::size_t>(index.row())]);
+        if (!area)
+            return QVariant();
+        return role == SortRole ? QVariant(*area) : QVariant(QString::number(*area, 'f', 2));
+    }
+    if (role == Qt::DisplayRole || role == Qt::EditRole || role == SortRole || role == Qt::ToolTipRole) {
+        if (column == NameColumn)
+            return block->GetBlockName();
+        if (column == KindColumn)
+            return KindText(block->GetBlockType());
+    }
+    return QVariant();
+}
+
+bool BlockListModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    const QString id = index.isValid() ? BlockAt(index.row()) : QString();
+    if (id.isEmpty())
+        return false;
+    if (index.column() == NameColumn && role == Qt::EditRole)
+        return Rename(id, value.toString());
+    if (role != Qt::CheckStateRole || !viewer->FindExistNode(id))
+        return false;
+    const bool on = value.toInt() == Qt::Checked;
+    if (index.column() == LockColumn)
+        viewer->slotBlockLock(id, on);
+    else if (index.column() == VisibleColumn)
+        viewer->slotBlockVisible(id, on);
+    else
+        return false;
+    return true;
+}
+
+bool BlockListModel::Rename(const QString& id, const QString& name)
+{
+    if (records.GetBlock(id)->GetBlockName() == name)
+        return true;
+    if (name.trimmed().isEmpty())
+        emit Refused(tr("A block needs a name."));
+    else if (records._exist(name))
+        emit Refused(tr("The name already exists !"));
+    else if (viewer->RenameBlock(id, name))
+        return true;
+    else
+        emit Refused(tr("The block cannot be renamed."));
+    return false;
+}
+
+Qt::ItemFlags BlockListModel::flags(const QModelIndex& index) const
+{
+    const Qt::ItemFlags common = QAbstractTableModel::flags(index);
+    if (!index.isValid())
+        return common;
+    if (index.column() == NameColumn)
+        return common | Qt::ItemIsEditable;
+    const bool checkable = index.column() == LockColumn || index.column() == VisibleColumn;
+    return checkable && viewer->FindExistNode(BlockAt(index.row())) ? common | Qt::ItemIsUserCheckable
+                                                                    : common;
+}

@@ -1,0 +1,70 @@
+#pragma once
+#include <AxData/CAxBlock.h>
+
+#include <QAbstractTableModel>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+class CAxBlockManager;
+class CAxEarthViewer;
+class CAxHandleAdapter;
+
+/**
+ * The block records as a table, a row each, with what the viewer's object of
+ * the same ID adds. Rows come and go with the records; what changes within a
+ * row is told when control returns to the event loop. Rows stand in ascending
+ * order of the IDs; a view sorts them by SortRole.
+ */
+class BlockListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+public:
+    enum Column
+    {
+        NameColumn, ///< editable
+        KindColumn,
+        AreaColumn, ///< km^2; empty where there is none
+        LockColumn, ///< checkable, as the next is, when the block is drawn
+        VisibleColumn,
+        ColumnCount,
+    };
+    static constexpr int SortRole = Qt::UserRole;
+
+    /// The viewer outlives the model.
+    BlockListModel(CAxEarthViewer* viewer, QObject* parent);
+
+    QString BlockAt(int row) const;
+    /// -1 for an unknown ID.
+    int RowOf(const QString& id) const;
+
+    int rowCount(const QModelIndex& parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+signals:
+    /// A name was not taken; why, for a person.
+    void Refused(const QString& reason);
+
+private:
+    struct Row
+    {
+        QString id;
+        mutable std::optional<double> area; // of the drawn vertices; nothing until asked for
+    };
+
+    std::vector<Row>::const_iterator Find(const QString& id) const;
+    void OnAdded(const QString& id);
+    void OnDeleted(const QString& id);
+    void OnChanged(const QString& id);
+    std::optional<double> Area(const Row& row) const;
+    bool Rename(const QString& id, const QString& name);
+
+    CAxEarthViewer* viewer;
+    CAxBlockManager& records;
+    std::vector<Row> rows;
+};

@@ -1,0 +1,200 @@
+#include "host/BlockPanel.h"
+#include "host/BlockListModel.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxBaseUI/CAxMessageBox.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <QCollator>
+#include <QContextMenuEvent>
+#include <QFontMetrics>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QSortFilterProxyModel>
+
+namespace {
+// "Block 9" before "Block 10".
+class NaturalOrder : public QSortFilterProxyModel
+{
+public:
+    explicit NaturalOrder(QObject* parent) : QSortFilterProxyModel(parent)
+    {
+        collator.setNumericMode(true);
+        collator.setCaseSensitivity(Qt::CaseInsensitive);
+        setSortRole(BlockListModel::SortRole);
+    }
+
+protected:
+    bool lessThan(const QModelIndex& left, const QModelIndex& right) const override
+    {
+        const QVariant leftValue = left.data(BlockListModel::SortRole);
+        const QVariant rightValue = right.data(BlockListModel::SortRole);
+        if (leftValue.type() == QVariant::String && rightValue.type() == QVariant::String)
+            return collator.compare(leftValue.toString(), rightValue.toString()) < 0;
+        return QSortFilterProxyModel::lessThan(left, right);
+    }
+
+private:
+    QCollator collator;
+};
+} // namespace
+
+BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QTableView(parent), viewer(earthViewer), model(new BlockListModel(viewer, this)),
+      sorted(new NaturalOrder(this))
+{
+    setObjectName(QStringLiteral("BlockList"));
+    sorted->setSourceModel(model);
+    setModel(sorted);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(DoubleClicked);
+    setSortingEnabled(true);
+    sortByColumn(BlockListModel::NameColumn, Qt::AscendingOrder);
+    setShowGrid(false);
+    setAlternatingRowColors(true);
+    setWordWrap(false);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+
+    QHeaderView* columns = horizontalHeader();
+    columns->setHighlightSections(false);
+    // The arrow is in the way of the narrow columns' titles.
+    columns->setSortIndicatorShown(false);
+    columns->setSectionResizeMode(QHeaderView::Interactive);
+    columns->setSectionResizeMode(BlockListModel::NameColumn, QHeaderView::Stretch);
+    columns->setMinimumSectionSize(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 4);
+    const int padding = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 6;
+    // The widest text of a column besides its title.
+    const auto widen = [&](int column, const QStringList& texts) {
+        int width = columns->sectionSizeHint(column) + 4;
+        for (const QString& text : texts)
+            width = qMax(width, fontMetrics().horizontalAdvance(text) + padding);
+        columns->resizeSection(column, width);
+    };
+    widen(BlockListModel::KindColumn, {BlockListModel::tr("Polygon"), BlockListModel::tr("Rectangle")});
+    widen(BlockListModel::AreaColumn, {QStringLiteral("000000.00")});
+    widen(BlockListModel::LockColumn, {});
+    widen(BlockListModel::VisibleColumn, {});
+
+    connect(this, &QTableView::clicked, this, &BlockPanel::OnClicked);
+    connect(model, &BlockListModel::Refused, this, &BlockPanel::Told);
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockPanel::MarkCurrent);
+    // A block that is being drawn is current before it has a row.
+    connect(model, &BlockListModel::rowsInserted, this, [this] {
+        if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
+            MarkCurrent(current->GetHandleID());
+    });
+}
+
+QSize BlockPanel::sizeHint() const
+{
+    const int nameWidth = fontMetrics().horizontalAdvance(QLatin1Char('0')) * 16;
+    int width = nameWidth + 2 * frameWidth() + fontMetrics().height();
+    for (int column = BlockListModel::KindColumn; column < BlockListModel::ColumnCount; ++column)
+        width += columnWidth(column);
+    return {width, QTableView::sizeHint().height()};
+}
+
+QString BlockPanel::BlockOf(const QModelIndex& shown) const
+{
+    return shown.isValid() ? model->BlockAt(sorted->mapToSource(shown).row()) : QString();
+}
+
+void BlockPanel::OnClicked(const QModelIndex& shown)
+{
+    if (shown.column() != BlockListModel::LockColumn && shown.column() != BlockListModel::VisibleColumn)
+        Fly(shown);
+}
+
+void BlockPanel::MarkCurrent(const QString& id)
+{
+    const int row = model->RowOf(id);
+    if (row < 0) {
+        clearSelection();
+        return;
+    }
+    const QModelIndex shown = sorted->mapFromSource(model->index(row, BlockListModel::NameColumn));
+    if (!selectionModel()->isRowSelected(shown.row(), QModelIndex()))
+        setCurrentIndex(shown);
+}
+
+void BlockPanel::Fly(const QModelIndex& shown)
+{
+    const QString id = BlockOf(shown);
+    if (viewer->FindExistNode(id))
+        viewer->slotFocusBlock(id);
+    else if (!id.isEmpty())
+        emit Told(tr("This block is not on the map."));
+}
+
+void BlockPanel::Rename(const QModelIndex& shown)
+{
+    const QModelIndex name = shown.siblingAtColumn(BlockListModel::NameColumn);
+    setCurrentIndex(name);
+    edit(name);
+}
+
+void BlockPanel::Delete(const QModelIndex& shown)
+{
+    AskAndDeleteBlock(viewer, BlockOf(shown), window());
+}
+
+void BlockPanel::keyPressEvent(QKeyEvent* event)
+{
+    const QModelIndex shown = currentIndex();
+    if (state() != EditingState && shown.isValid() && event->modifiers() == Qt::NoModifier) {
+        switch (event->key()) {
+        case Qt::Key_Delete:
+            Delete(shown);
+            return;
+        case Qt::Key_F2:
+            Rename(shown);
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            Fly(shown);
+            return;
+        default:
+            break;
+        }
+    }
+    QTableView::keyPressEvent(event);
+}
+
+void BlockPanel::contextMenuEvent(QContextMenuEvent* event)
+{
+    const QPersistentModelIndex shown(indexAt(viewport()->mapFromGlobal(event->globalPos())));
+    if (!shown.isValid())
+        return;
+    QMenu menu;
+    menu.addAction(tr("&Fly there"), this, [this, shown] { Fly(shown); });
+    menu.addAction(tr("&Rename"), this, [this, shown] { Rename(shown); });
+    menu.addSeparator();
+    menu.addAction(tr("&Delete..."), this, [this, shown] { Delete(shown); });
+    menu.exec(event->globalPos());
+}
+
+void AskAndDeleteBlock(CAxEarthViewer* viewer, const QString& id, QWidget* parent)
+{
+    CAxBlockManager& records = CAxBlockManager::instance();
+    const CAxBlock* block = records.GetBlock(id);
+    if (!block)
+        return;
+    QString question = BlockPanel::tr("Do you want to delete the block \"%1\"?").arg(block->GetBlockName());
+    if (!block->GetMissionList().isEmpty())
+        question += QLatin1Char('\n') + BlockPanel::tr("Its tasks are deleted with it.");
+    CAxMessageBox box(parent);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(BlockPanel::tr("Delete block"));
+    box.SetMsgText(question);
+    box.SetBtnOKText(BlockPanel::tr("Delete"));
+    if (box.exec() != QDialog::Accepted)
+        return;
+    // A record that was never drawn has no object that would take it along.
+    if (!viewer->RemoveHanderAdapter(id, true))
+        records.DeleteBlock(id);
+}

@@ -1,0 +1,72 @@
+#include "host/EditMenu.h"
+#include "host/BlockPanel.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "viewer/CAxEarthViewer.h"
+
+EditMenu::EditMenu(CAxEarthViewer* earthViewer, QAction* history, QWidget* parent)
+    : QMenu(tr("&Edit"), parent), viewer(earthViewer)
+{
+    addAction(viewer->GetUndoAction());
+    addAction(viewer->GetRedoAction());
+    addAction(history);
+    addSeparator();
+    // The key behind the tab belongs to the map and only stands there to be learnt.
+    deleteBlock = addAction(tr("&Delete block...\tDel"), this, &EditMenu::DeleteCurrent);
+    addSeparator();
+    AddAids();
+    // Whether there is something to delete is asked when it matters, not followed.
+    connect(this, &QMenu::aboutToShow, this,
+            [this] { deleteBlock->setEnabled(!DeletableBlock().isEmpty()); });
+    connect(this, &QMenu::aboutToHide, this, [this] { deleteBlock->setEnabled(true); });
+    connect(viewer, &CAxEarthViewer::signalHandleKeyDelete, this, &EditMenu::OnKeyDelete);
+}
+
+void EditMenu::AddAids()
+{
+    const struct
+    {
+        bool AxEditAids::*aid;
+        QString text;
+        QString tip;
+    } rows[] = {
+        {&AxEditAids::edgeHandles, tr("&Handles on edges"),
+         tr("A handle in the middle of each edge inserts a vertex")},
+        {&AxEditAids::deleteKey, tr("Delete &key removes vertices"),
+         tr("Delete takes away the vertex under the mouse")},
+        {&AxEditAids::snap, tr("&Snap to vertices and edges"),
+         tr("A dragged vertex goes to vertices and edges close by")},
+        {&AxEditAids::angleSteps, tr("&Angles in steps of 15\302\260"),
+         tr("A dragged vertex keeps the angle to the previous edge at steps of 15\302\260")},
+    };
+    for (const auto& row : rows) {
+        QAction* action = addAction(row.text);
+        action->setCheckable(true);
+        action->setStatusTip(row.tip);
+        const auto follow = [this, action, aid = row.aid] { action->setChecked(viewer->GetEditAids().*aid); };
+        follow();
+        connect(viewer, &CAxEarthViewer::signalEditAids, action, follow);
+        connect(action, &QAction::triggered, viewer, [this, aid = row.aid](bool on) {
+            AxEditAids aids = viewer->GetEditAids();
+            aids.*aid = on;
+            viewer->SetEditAids(aids);
+        });
+    }
+}
+
+QString EditMenu::DeletableBlock() const
+{
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    const bool finished = current && current->GetHandleOperation() == OperationIdle;
+    return finished && current->GetContainedBlock() ? current->GetHandleID() : QString();
+}
+
+void EditMenu::DeleteCurrent()
+{
+    AskAndDeleteBlock(viewer, DeletableBlock(), parentWidget());
+}
+
+void EditMenu::OnKeyDelete()
+{
+    if (!viewer->IsDeleteKeyTaken())
+        DeleteCurrent();
+}

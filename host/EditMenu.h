@@ -1,0 +1,25 @@
+#pragma once
+#include <QMenu>
+
+class CAxEarthViewer;
+
+/**
+ * Undo and redo, deletion of the current block, and the switches of what helps
+ * while vertices are edited. It also answers the map's Delete key.
+ */
+class EditMenu : public QMenu
+{
+    Q_OBJECT
+public:
+    /// `history` shows or hides the list of what can be undone.
+    EditMenu(CAxEarthViewer* viewer, QAction* history, QWidget* parent);
+
+private:
+    void AddAids();
+    QString DeletableBlock() const;
+    void DeleteCurrent();
+    void OnKeyDelete();
+
+    CAxEarthViewer* viewer;
+    QAction* deleteBlock;
+};

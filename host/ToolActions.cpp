@@ -1,0 +1,49 @@
+#include "host/ToolActions.h"
+#include "viewer/CAxEarthViewer.h"
+#include "viewer/CAxMapToolsWidget.h"
+
+#include <QRegularExpression>
+
+ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
+    : QActionGroup(parent), viewer(earthViewer)
+{
+    setExclusionPolicy(ExclusionPolicy::ExclusiveOptional);
+    Add(ToolNavigate, tr("&Browse"), tr("Move the map and look at its blocks"));
+    Add(ToolSelect, tr("&Select and move"), tr("Take a block and drag it elsewhere"));
+    Add(ToolPolygonBlock, tr("&Polygon block"),
+        tr("Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives "
+           "it up"));
+    connect(this, &QActionGroup::triggered, this, [this](const QAction* action) {
+        viewer->SetToolType(static_cast<EToolType>(action->data().toInt()));
+        Follow();
+    });
+    connect(viewer, &CAxEarthViewer::signalHandlePickEnded, this, &ToolActions::OnPickEnded);
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &ToolActions::Follow);
+    connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolTypeChanged, this, &ToolActions::Follow,
+            Qt::QueuedConnection);
+    Follow();
+}
+
+void ToolActions::Add(EToolType tool, const QString& text, const QString& tip)
+{
+    QAction* action = addAction(text);
+    // A button has no letter to press; in Chinese it stands in brackets behind the text.
+    action->setIconText(QString(text).remove(QRegularExpression(QStringLiteral("\\(&.\\)|&"))));
+    action->setData(tool);
+    action->setCheckable(true);
+    action->setToolTip(tip);
+    action->setStatusTip(tip);
+}
+
+void ToolActions::OnPickEnded(EToolType ended)
+{
+    if (viewer->GetToolType() == ended)
+        viewer->SetToolType(ToolNavigate);
+    Follow();
+}
+
+void ToolActions::Follow()
+{
+    for (QAction* action : actions())
+        action->setChecked(action->data().toInt() == viewer->GetToolType());
+}
