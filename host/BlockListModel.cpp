@@ -4,7 +4,10 @@
 
 #include <AxData/CAxBlockManager.h>
 
+#include <QFont>
+
 #include <algorithm>
+#include <utility>
 
 namespace {
 QString KindText(CAxBlock::EBlockType type)
@@ -38,6 +41,9 @@ BlockListModel::BlockListModel(CAxEarthViewer* earthViewer, QObject* parent)
     connect(&records, &CAxBlockManager::blockChanged, this, &BlockListModel::OnChanged, Qt::QueuedConnection);
     connect(viewer, &CAxEarthViewer::signalBlockState, this, &BlockListModel::OnChanged,
             Qt::QueuedConnection);
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockListModel::OnCurrent);
+    if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
+        currentID = current->GetHandleID();
 }
 
 std::vector<BlockListModel::Row>::const_iterator BlockListModel::Find(const QString& id) const
@@ -82,7 +88,20 @@ void BlockListModel::OnChanged(const QString& id)
     if (row < 0)
         return;
     rows[static_cast<std::size_t>(row)].area.reset();
-    emit dataChanged(index(row, 0), index(row, ColumnCount - 1));
+    EmitChanged(row, {});
+}
+
+void BlockListModel::OnCurrent(const QString& id)
+{
+    const QString former = std::exchange(currentID, id);
+    for (const QString& changed : {former, id})
+        EmitChanged(RowOf(changed), {Qt::FontRole});
+}
+
+void BlockListModel::EmitChanged(int row, const QVector<int>& roles)
+{
+    if (row >= 0)
+        emit dataChanged(index(row, 0), index(row, ColumnCount - 1), roles);
 }
 
 int BlockListModel::rowCount(const QModelIndex& parent) const
@@ -134,6 +153,11 @@ QVariant BlockListModel::data(const QModelIndex& index, int role) const
     const int column = index.column();
     if (role == Qt::TextAlignmentRole && column == AreaColumn)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::FontRole && id == currentID) {
+        QFont bold;
+        bold.setBold(true);
+        return bold;
+    }
     if (column == LockColumn || column == VisibleColumn) {
         const CAxHandleAdapter* object = viewer->FindExistNode(id);
         if (!object || (role != Qt::CheckStateRole && role != SortRole))

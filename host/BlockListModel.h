@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QString>
+#include <QVector>
 
 #include <optional>
 #include <vector>
@@ -15,7 +16,8 @@ class CAxHandleAdapter;
  * The block records as a table, a row each, with what the viewer's object of
  * the same ID adds. Rows come and go with the records; what changes within a
  * row is told when control returns to the event loop. Rows stand in ascending
- * order of the IDs; a view sorts them by SortRole.
+ * order of the IDs; a view sorts them by SortRole. The current block's texts
+ * are bold.
  */
 class BlockListModel : public QAbstractTableModel
 {
@@ -61,10 +63,13 @@ private:
     void OnAdded(const QString& id);
     void OnDeleted(const QString& id);
     void OnChanged(const QString& id);
+    void OnCurrent(const QString& id);
+    void EmitChanged(int row, const QVector<int>& roles);
     std::optional<double> Area(const Row& row) const;
     bool Rename(const QString& id, const QString& name);
 
     CAxEarthViewer* viewer;
     CAxBlockManager& records;
     std::vector<Row> rows;
+    QString currentID;
 };

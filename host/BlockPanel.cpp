@@ -21,6 +21,9 @@ class NaturalOrder : public QSortFilterProxyModel
 public:
     explicit NaturalOrder(QObject* parent) : QSortFilterProxyModel(parent)
     {
+        // The locale "C" compares bytes and knows no numbers.
+        if (collator.locale().language() == QLocale::C)
+            collator.setLocale(QLocale(QLocale::English));
         collator.setNumericMode(true);
         collator.setCaseSensitivity(Qt::CaseInsensitive);
         setSortRole(BlockListModel::SortRole);

@@ -7,6 +7,7 @@
 #include <AxData/CAxBlockManager.h>
 
 #include <QAbstractItemModelTester>
+#include <QFont>
 #include <QSignalSpy>
 #include <QUndoStack>
 
@@ -166,4 +167,24 @@ TEST_F(BlockList, LocksAndHidesTheDrawnBlockAndSeesWhenOthersDo)
         EXPECT_TRUE(waitFor([&changes] { return !changes.isEmpty(); }, 5000));
         EXPECT_EQ(Check("a", row.column), first);
     }
+}
+
+TEST_F(BlockList, TheCurrentBlockIsBold)
+{
+    const auto isBold = [this](const char* id) {
+        return At(id, Model::NameColumn).data(Qt::FontRole).value<QFont>().bold();
+    };
+    for (const char* id : {"a", "b"}) {
+        Record(id, id);
+        ASSERT_TRUE(viewer->ImportShapeNode(QLatin1String(id)));
+    }
+    QSignalSpy changes(model.get(), &Model::dataChanged);
+    viewer->slotFocusBlock(QStringLiteral("a"));
+    viewer->slotFocusBlock(QStringLiteral("b"));
+    EXPECT_FALSE(isBold("a"));
+    EXPECT_TRUE(isBold("b"));
+    // A becomes bold; A does not stay so and B becomes it.
+    EXPECT_GE(changes.size(), 3);
+    viewer->RemoveHanderAdapter(QStringLiteral("b"), false);
+    EXPECT_FALSE(isBold("b"));
 }
