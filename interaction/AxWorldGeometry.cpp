@@ -83,10 +83,17 @@ double BodyAltitude(const osg::Vec3d& eye, double lowest)
     return std::min({0.0, lowest, eyeAltitude}) - bodyMargin;
 }
 
+// What single precision leaves over. Volatile, because GCC 12 otherwise
+// vectorises the way to float and back into nothing, and the rest with it.
+float Low(double value)
+{
+    const volatile float high = static_cast<float>(value);
+    return static_cast<float>(value - static_cast<double>(high));
+}
+
 osg::Vec3f Low(const osg::Vec3d& value)
 {
-    const osg::Vec3f high(value);
-    return osg::Vec3f(value - osg::Vec3d(high));
+    return {Low(value.x()), Low(value.y()), Low(value.z())};
 }
 
 bool IsFill(const osg::PrimitiveSet& primitives)
