@@ -44,12 +44,10 @@ std::vector<AxEdgeHandles::Shown> AxEdgeHandles::InView(const AxViewRay& view, c
         osg::Vec3d place = middle.place;
         if (const auto height = ground(place.x(), place.y()))
             place.z() = *height;
-        osg::Matrixd frame;
-        if (!osgEarth::GeoPoint(Geographic(), place).createLocalToWorld(frame))
-            continue;
-        const auto where = view.Project(frame.getTrans());
-        if (where && !AxIsBehindGlobe(view.eye, frame.getTrans()))
-            shown.push_back({middle.edge, place, frame, where->window, where->depth});
+        const osg::Vec3d world = WorldOf(place);
+        const auto where = view.Project(world);
+        if (where && !AxIsBehindGlobe(view.eye, world))
+            shown.push_back({middle.edge, place, world, where->window});
     }
     return shown;
 }

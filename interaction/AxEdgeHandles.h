@@ -1,5 +1,5 @@
 #pragma once
-#include <osg/Matrixd>
+#include <osg/Vec2d>
 #include <osg/Vec3d>
 
 #include <functional>
@@ -23,9 +23,8 @@ public:
     {
         int edge; ///< index of its first vertex
         osg::Vec3d place;
-        osg::Matrixd localToWorld;
+        osg::Vec3d world;
         osg::Vec2d window;
-        double depth;
     };
 
     void Set(const std::vector<osg::Vec3d>& vertices, bool closed);

@@ -39,30 +39,36 @@ void main()
 }
 )";
 
-osg::ref_ptr<osg::StateSet> StateOnTop()
+osg::ref_ptr<osg::StateSet> StateOfShapes()
 {
     // Not kept beyond the last handle: a closed context takes along what a state set holds in it.
     static osg::observer_ptr<osg::StateSet> known;
     osg::ref_ptr<osg::StateSet> state;
     if (known.lock(state))
         return state;
-    state = new osg::StateSet;
+    state = AxStateOnTop();
     osg::ref_ptr<osg::Program> program = new osg::Program;
     program->setName("Handles");
     program->addShader(new osg::Shader(osg::Shader::VERTEX, vertexSource));
     program->addShader(new osg::Shader(osg::Shader::FRAGMENT, fragmentSource));
     state->setAttributeAndModes(program);
-    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
     state->setMode(GL_CULL_FACE, osg::StateAttribute::ON);
+    known = state;
+    return state;
+}
+} // namespace
+
+osg::ref_ptr<osg::StateSet> AxStateOnTop()
+{
+    osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
+    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
     state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
     state->setAttributeAndModes(
         new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
     state->setMode(GL_BLEND, osg::StateAttribute::ON);
     state->setRenderBinDetails(renderBin, "DepthSortedBin");
-    known = state;
     return state;
 }
-} // namespace
 
 osg::ref_ptr<osg::Geode> AxHandleShape(int type, float size, const osg::Vec4f& color)
 {
@@ -82,12 +88,12 @@ osg::ref_ptr<osg::Geode> AxHandleShape(int type, float size, const osg::Vec4f& c
     else
         shape = new osg::Box(osg::Vec3(), size);
     osg::ref_ptr<osg::TessellationHints> detail = new osg::TessellationHints;
-    detail->setDetailRatio(0.6f);
+    detail->setDetailRatio(0.35f); // within a fifth of a pixel of round
     osg::ref_ptr<osg::ShapeDrawable> drawable = new osg::ShapeDrawable(shape, detail);
     drawable->setColor(color);
     geode = new osg::Geode;
     geode->addDrawable(drawable);
-    geode->setStateSet(StateOnTop());
+    geode->setStateSet(StateOfShapes());
     geode->setCullingActive(false);
     known[Key(type, size, color)] = geode.get();
     return geode;

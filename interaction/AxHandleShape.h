@@ -3,6 +3,7 @@
 #include <osg/Geode>
 #include <osg/Matrixd>
 #include <osg/ref_ptr>
+#include <osg/StateSet>
 #include <osg/Vec4f>
 
 namespace osgUtil {
@@ -15,6 +16,9 @@ class CullVisitor;
  * share one shape for as long as any of them shows it. GUI thread only.
  */
 osg::ref_ptr<osg::Geode> AxHandleShape(int type, float size, const osg::Vec4f& color);
+
+/// A state set of its own for what is drawn on top of the ground, below labels.
+osg::ref_ptr<osg::StateSet> AxStateOnTop();
 
 /// Draws a shape with its origin and axes at a place, its unit one pixel wide;
 /// nothing for a place that is not in front of the eye.

@@ -9,6 +9,8 @@ CAxDragger::CAxDragger(osgEarth::MapNode* mapNode, DragType type)
     // Drawn in pixels, its bound in metres says nothing; its editor looks for the horizon.
     setCullingActive(false);
     setHorizonCulling(false);
+    // Its altitude is absolute: tiles that arrive are its editor's business.
+    getGeoTransform()->setTerrain(nullptr);
     updateShape();
 }
 
@@ -43,8 +45,7 @@ osg::Vec3d CAxDragger::GetPlace() const
 
 void CAxDragger::updateShape()
 {
-    const osg::ref_ptr<osg::Geode> wanted =
-        AxHandleShape(dragType, size, getHovered() || getDragging() ? pickColor : color);
+    const osg::ref_ptr<osg::Geode> wanted = AxHandleShape(dragType, size, GetShownColor());
     if (wanted == shape)
         return;
     if (shape)

@@ -42,6 +42,8 @@ public:
     void SetDragType(DragType type);
     DragType GetDragType() const { return dragType; }
     bool HasShape() const { return shape.valid(); }
+    /// The colour that it has at the moment.
+    const osg::Vec4f& GetShownColor() const { return getHovered() || getDragging() ? pickColor : color; }
     void SetIndex(int vertex) { index = vertex; }
     int GetIndex() const { return index; }
     /// Geocentric metres.

@@ -1,7 +1,7 @@
 // The handles of an object's vertices: one for each, in step, coloured, on the ground.
 #include "interaction/CAxHandleAdapterEditor.h"
 #include "interaction/AxEdgeHandles.h"
-#include "interaction/AxHandleShape.h"
+#include "interaction/AxHandlePoints.h"
 #include "interaction/AxViewRay.h"
 #include "interaction/CAxClampObjectCallback.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -112,6 +112,7 @@ void CAxHandleAdapterEditor::addDragger()
         dragger->setUserValue("MoveAdapter", true);
     connect(dragger, &CAxDragger::signalDrag, this, &CAxHandleAdapterEditor::slotDrag);
     connect(dragger, &CAxDragger::signalPositionChanged, this, &CAxHandleAdapterEditor::slotPositionChanged);
+    connect(dragger, &CAxDragger::signalPositionChanged, this, &CAxHandleAdapterEditor::PositionChanged);
 
     osg::ref_ptr<CAxClampObjectCallback> clamp;
     if (map && map->getTerrain()) {
@@ -259,8 +260,6 @@ void CAxHandleAdapterEditor::slotPositionChanged(double dLng, double dLat, doubl
         return;
     adapter->GetAnchor()[std::size_t(nIndex)].set(dLng, dLat, dAlt);
     edges->outdated = true;
-    if (qobject_cast<CAxDragger*>(sender()))
-        emit PositionChanged(dLng, dLat, dAlt, nIndex);
 }
 
 bool CAxHandleAdapterEditor::isClosed() const
@@ -322,6 +321,7 @@ void CAxHandleAdapterEditor::draw(osgUtil::CullVisitor& cv)
     if (!view || !adapter || !adapter->IsVisible())
         return;
     const osg::Viewport& viewport = *cv.getViewport();
+    AxHandlePoints round(view->eye);
     if (hasEdgeHandles()) {
         if (edges->outdated)
             edges->Set(adapter->GetAnchor(), isClosed());
@@ -330,15 +330,22 @@ void CAxHandleAdapterEditor::draw(osgUtil::CullVisitor& cv)
             osg::Vec4f tint = edge.edge == edges->hovered ? pickColor : color;
             tint.a() *= edgeHandleOpacity;
             if (IsInWindow(edge.window, viewport, size))
-                AxDrawInPixels(cv, edge.localToWorld, *AxHandleShape(dragType, edgeHandleSize * size, tint));
+                round.Add(edge.world, edgeHandleSize * size, tint);
         }
     }
     for (CAxDragger* dragger : draggers) {
-        if (!dragger->HasShape())
+        if (!dragger->HasShape() || !cv.validNodeMask(*dragger))
             continue;
         const osg::Vec3d world = dragger->GetWorld();
         const auto place = view->Project(world);
-        if (place && IsInWindow(place->window, viewport, 2.0 * size) && !AxIsBehindGlobe(view->eye, world))
+        if (!place || !IsInWindow(place->window, viewport, 2.0 * dragger->GetSize()) ||
+            AxIsBehindGlobe(view->eye, world))
+            continue;
+        // One by one, a thousand of them would take longer than the ground.
+        if (dragger->GetDragType() == CAxDragger::DragSphere)
+            round.Add(world, dragger->GetSize(), dragger->GetShownColor());
+        else
             dragger->accept(cv);
     }
+    round.Draw(cv);
 }

@@ -330,6 +330,44 @@ TEST_F(EditorMouse, ShowsStateByColour)
     EXPECT_EQ(colorOf(draggers[2]), blue);
 }
 
+TEST_F(EditorMouse, DrawsHandlesInPixelsFromEveryRange)
+{
+    // How many of the pixels in the row of a place have a colour.
+    const auto widthOf = [](QRgb color, const osg::Vec2f& at) {
+        const QImage picture = viewer->GetCurrViewerImg();
+        int count = 0;
+        for (int dx = -15; dx <= 15; ++dx)
+            count += picture.pixel(qRound(at.x()) + dx, qRound(at.y())) == color;
+        return count;
+    };
+    constexpr QRgb green = 0xff00ff00;
+    constexpr QRgb yellow = 0xffffff00;
+    for (const double range : {20.0, 2000.0, 2e5, 2e6}) {
+        SCOPED_TRACE(range);
+        const osg::Vec3d middle = Ground(0.0, 0.0);
+        manipulator->setViewpoint(
+            osgEarth::Viewpoint("", middle.x(), middle.y(), middle.z(), 20.0, -50.0, range));
+        ASSERT_TRUE(WaitForPicture());
+        object->GetAnchor() = Square(range / 1.2e6);
+        CAxHandleAdapterEditor& editor = object->Edit();
+        Give(Event::MOVE, Vertex(0));
+        ASSERT_TRUE(waitFrames(3));
+        EXPECT_NEAR(widthOf(green, Vertex(1)), 7, 1) << "inside a dark rim";
+        EXPECT_NEAR(widthOf(yellow, Vertex(0)), 7, 1);
+        editor.SetDragType(CAxDragger::DragNone);
+        ASSERT_TRUE(waitFrames(3));
+        EXPECT_EQ(widthOf(green, Vertex(1)), 0);
+    }
+    manipulator->setViewpoint(Straight(longitude, latitude, 1.5e7));
+    ASSERT_TRUE(WaitForPicture());
+    object->GetAnchor() = {{longitude, latitude, 0.0}, {longitude + 180.0, -latitude, 0.0}};
+    CAxHandleAdapterEditor& editor = object->Edit();
+    editor.SetDraggerColor(1, osg::Vec4f(1.0f, 1.0f, 0.0f, 1.0f));
+    ASSERT_TRUE(waitFrames(3));
+    EXPECT_GT(widthOf(green, Vertex(0)), 5);
+    EXPECT_EQ(widthOf(yellow, Vertex(1)), 0) << "the globe hides the other one behind it";
+}
+
 // The whole way, from Qt's mouse to the vertex.
 TEST_F(EditorMouse, DragsAVertexWithTheRealMouse)
 {
