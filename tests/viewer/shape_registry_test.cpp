@@ -122,7 +122,6 @@ TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
     EXPECT_TRUE(viewer->RemoveHanderAdapter(drawing.data(), true));
     EXPECT_FALSE(drawing);
     MoveTo(20.0, 10.0);
-    DoubleClickAt(20.0, 12.0);
     viewer->SetToolType(ToolNavigate);
 
     // By a host that deletes what it is told of, in the very slot.
