@@ -82,6 +82,10 @@ TEST_F(Driven, ALeftDragCarriesTheGroundAlong)
     for (int step = 1; step <= 10; ++step)
         words << host->To(from + (to - from) * step / 10.0) << QStringList{"sleep", "0.03"};
     host->Do(words);
+    // The camera may rest before the last step, too.
+    ASSERT_TRUE(host->NextSignal("mouseLeftBtnDrag", [&to](const QJsonValue& first) {
+        return first.isDouble() && first.toInt() == to.x();
+    }));
     EXPECT_TRUE(host->NextView([](const Event& view) {
         return view["longitude"].toDouble() < homeLongitude - 5.0 &&
                view["latitude"].toDouble() > homeLatitude + 2.0;

@@ -152,6 +152,25 @@ TEST(Host, RefusesWrongBlockFilesAndNamesBlockAndField)
     }
 }
 
+TEST(Host, DrawsTheBlocksOfAFile)
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("blocks.json"));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    // The first one must not take the name that the second one wants; its ring is closed.
+    file.write("[{\"anchor\": [[1,2],[2,2],[2,3],[1,2]]}, {\"name\": \"Block 1\", \"type\": 0, \"anchor\": "
+               "[[5,2],[6,2],[6,3],[5,3]]}]");
+    file.close();
+    const Outcome outcome =
+        RunHost(OnLocalMap({"--blocks", path, "--log", "-", "--quit-after", "0.1", "--size", "400x300"}));
+    EXPECT_EQ(outcome.status, 0) << outcome.errors.toStdString();
+    EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"name\":\"Block 1\"")));
+    EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"name\":\"Block 2\"")));
+    EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"vertices\":3")));
+    EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"vertices\":4")));
+}
+
 TEST(Host, TourWritesAPictureOfEachOfItsFourPlacesAndPrintsThePaths)
 {
     QTemporaryDir folder;
