@@ -34,6 +34,10 @@
         <source>camera range:</source>
         <translation>视距：</translation>
     </message>
+    <message>
+        <source>Move blocks</source>
+        <translation>移动多个测区</translation>
+    </message>
 </context>
 <context>
     <name>CAxEarthViewer</name>
@@ -64,6 +68,30 @@
     <message>
         <source>Create tile map service error.</source>
         <translation>创建瓦片地图服务失败。</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+    <message>
+        <source>Undo %1</source>
+        <translation>撤销%1</translation>
+    </message>
+    <message>
+        <source>Redo %1</source>
+        <translation>重做%1</translation>
+    </message>
+    <message>
+        <source>Rename to %1</source>
+        <translation>重命名为%1</translation>
+    </message>
+    <message>
+        <source>Please select the appropriate landing point because the landing point is too far from the job area.</source>
+        <translation>降落点距离作业区域太远，请选择合适的降落点。</translation>
     </message>
 </context>
 <context>
@@ -205,10 +233,6 @@
     <message>
         <source>Name</source>
         <translation>名称</translation>
-    </message>
-    <message>
-        <source>Kind</source>
-        <translation>类型</translation>
     </message>
     <message>
         <source>Tasks</source>
@@ -622,6 +646,136 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>A dragged vertex keeps the angle to the previous edge at steps of 15°</source>
         <translation>拖动的顶点与前一条边的夹角保持 15° 的整数倍</translation>
+    </message>
+</context>
+<context>
+    <name>CAx3DGeometry</name>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>Point count of block is less than 3.</source>
+        <translation>测区的点数少于 3 个。</translation>
+    </message>
+    <message>
+        <source>Block is invalid.</source>
+        <translation>测区无效。</translation>
+    </message>
+    <message>
+        <source>The current measurement area contains information no-fly area.</source>
+        <translation>当前测区包含禁飞区。</translation>
+    </message>
+    <message>
+        <source>Polygon Info</source>
+        <translation>多边形信息</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>area (km^2):</source>
+        <translation>面积 (km^2)：</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>信息</translation>
+    </message>
+    <message>
+        <source>The name must not be empty.</source>
+        <translation>名称不能为空。</translation>
+    </message>
+    <message>
+        <source>The name already exists !</source>
+        <translation>该名称已存在！</translation>
+    </message>
+    <message>
+        <source>Change name</source>
+        <translation>修改名称</translation>
+    </message>
+    <message>
+        <source>Are you sure want to change name?</source>
+        <translation>确定要修改名称吗？</translation>
+    </message>
+    <message>
+        <source>Vertex</source>
+        <translation>顶点</translation>
+    </message>
+    <message>
+        <source>Latitude(degree):</source>
+        <translation>纬度（度）：</translation>
+    </message>
+    <message>
+        <source>Longitude(degree):</source>
+        <translation>经度（度）：</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Delete vertex</source>
+        <translation>删除顶点</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to delete vertex?</source>
+        <translation>确定要删除该顶点吗？</translation>
+    </message>
+    <message>
+        <source>Delete Block</source>
+        <translation>删除测区</translation>
+    </message>
+    <message>
+        <source>The survey block anchor must be not less than 3.</source>
+        <translation>测区的顶点不能少于 3 个。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a latitude between -90 and 90.</source>
+        <translation>“%1”不是 -90 到 90 之间的纬度。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a longitude between -180 and 180.</source>
+        <translation>“%1”不是 -180 到 180 之间的经度。</translation>
+    </message>
+    <message>
+        <source>Move vertex</source>
+        <translation>移动顶点</translation>
+    </message>
+</context>
+<context>
+    <name>CAxHandleAdapter</name>
+    <message>
+        <source>Change of %1</source>
+        <translation>修改%1</translation>
+    </message>
+    <message>
+        <source>Delete vertex</source>
+        <translation>删除顶点</translation>
+    </message>
+    <message>
+        <source>Insert vertex</source>
+        <translation>插入顶点</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 千米</translation>
+    </message>
+    <message>
+        <source>%1, in all %2</source>
+        <translation>%1，共 %2</translation>
+    </message>
+    <message>
+        <source>Move vertex</source>
+        <translation>移动顶点</translation>
+    </message>
+    <message>
+        <source>Move block</source>
+        <translation>移动测区</translation>
     </message>
 </context>
 </TS>
