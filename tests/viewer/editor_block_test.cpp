@@ -1,0 +1,125 @@
+// Handles of a real block: each edit ends in the record, or falls back to it.
+#include "EditorFixture.h"
+#include "ModalBox.h"
+
+#include <QUndoStack>
+
+class EditorOfBlock : public EditorFixture
+{
+protected:
+    void SetUp() override
+    {
+        EditorFixture::SetUp();
+        object.reset();
+        QList<QPointF> ring;
+        for (const osg::Vec3d& corner : Square(0.012))
+            ring += QPointF(corner.x(), corner.y());
+        CAxBlockManager::instance().AddBlock(QStringLiteral("held"), CAxBlock::PolygonBlock)->SetAnchor(ring);
+        block = viewer->ImportShapeNode(QStringLiteral("held"));
+        ASSERT_TRUE(block);
+        viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+        ASSERT_TRUE(block->GetAnchorEditor());
+    }
+    void TearDown() override
+    {
+        viewer->RemoveAllHanderAdapter(true);
+        viewer->GetUndoStack()->clear();
+        EditorFixture::TearDown();
+    }
+
+    QList<QPointF> Record() const { return block->GetContainedBlock()->GetAnchor(); }
+    osg::Vec2f Corner(int index) const { return PixelOf(block->GetAnchor()[std::size_t(index)]); }
+    /// Each handle stands on its vertex, and each vertex on the record's.
+    void ExpectInStep() const
+    {
+        const auto& draggers = block->GetAnchorEditor()->GetDraggerList();
+        ASSERT_EQ(int(draggers.size()), Record().size());
+        ASSERT_EQ(int(block->GetAnchor().size()), Record().size());
+        for (int i = 0; i < Record().size(); ++i) {
+            const osg::Vec3d place = draggers[std::size_t(i)]->GetPlace();
+            EXPECT_EQ(place, block->GetAnchor()[std::size_t(i)]);
+            EXPECT_NEAR(place.x(), Record()[i].x(), 1e-9);
+            EXPECT_NEAR(place.y(), Record()[i].y(), 1e-9);
+        }
+    }
+
+    CAxHandleAdapter* block = nullptr;
+};
+
+TEST_F(EditorOfBlock, WritesADragIntoTheRecordAndTakesItBack)
+{
+    const QList<QPointF> before = Record();
+    const osg::Vec2f to = Corner(1) + osg::Vec2f(40.0f, 15.0f);
+    DragFromTo(Corner(1), to);
+    EXPECT_NE(Record()[1], before[1]);
+    EXPECT_LT((Corner(1) - to).length(), 0.7f);
+    ExpectInStep();
+    ASSERT_EQ(viewer->GetUndoStack()->count(), 1);
+    viewer->GetUndoStack()->undo();
+    EXPECT_EQ(Record(), before);
+    ExpectInStep();
+    viewer->GetUndoStack()->redo();
+    EXPECT_LT((Corner(1) - to).length(), 0.7f);
+    ExpectInStep();
+}
+
+TEST_F(EditorOfBlock, FallsBackWhenTheEditIsRefused)
+{
+    const QList<QPointF> before = Record();
+    ModalBox box;
+    const osg::Vec2f across = (Corner(2) + Corner(3)) * 0.5f + (Corner(2) - Corner(1)) * 0.5f;
+    DragFromTo(Corner(0), across);
+    EXPECT_EQ(box.count, 1) << "the edges cross";
+    EXPECT_EQ(Record(), before);
+    EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+    ExpectInStep();
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+
+    const osg::Vec2f middle = PixelOf(AxEditRules::MiddleOf(block->GetAnchor()[0], block->GetAnchor()[1]));
+    DragFromTo(middle, across);
+    EXPECT_EQ(box.count, 2);
+    EXPECT_EQ(Record(), before) << "the vertex that the drag inserted is gone";
+    ExpectInStep();
+}
+
+TEST_F(EditorOfBlock, InsertsAVertexAndDeletesItAgain)
+{
+    const QList<QPointF> before = Record();
+    const osg::Vec3d middle = AxEditRules::MiddleOf(block->GetAnchor()[1], block->GetAnchor()[2]);
+    const osg::Vec2f from = PixelOf(Ground(middle.x() - longitude, middle.y() - latitude));
+    const osg::Vec2f to = from + osg::Vec2f(45.0f, 0.0f);
+    DragFromTo(from, to);
+    ASSERT_EQ(Record().size(), 5);
+    ExpectInStep();
+    Give(Event::MOVE, to);
+    EXPECT_TRUE(viewer->DeleteHoveredVertex());
+    EXPECT_EQ(Record(), before);
+    ExpectInStep();
+    EXPECT_FALSE(viewer->DeleteHoveredVertex()) << "the mouse is on no vertex any more";
+}
+
+TEST_F(EditorOfBlock, GivesADragUpWithEscape)
+{
+    const QList<QPointF> before = Record();
+    const osg::Vec2f from = Corner(2);
+    Give(Event::PUSH, from);
+    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
+    ASSERT_EQ(block->GetHandleOperation(), OperationMovePoint);
+    QTest::keyClick(viewer, Qt::Key_Escape);
+    EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+    EXPECT_TRUE(Give(Event::DRAG, from + osg::Vec2f(80.0f, 30.0f)));
+    Give(Event::RELEASE, from + osg::Vec2f(80.0f, 30.0f));
+    EXPECT_EQ(Record(), before);
+    ExpectInStep();
+}
+
+TEST_F(EditorOfBlock, EndsWithTheBlockInTheMiddleOfADrag)
+{
+    const osg::Vec2f from = Corner(2);
+    Give(Event::PUSH, from);
+    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
+    EXPECT_TRUE(viewer->RemoveHanderAdapter(block, true));
+    Give(Event::DRAG, from + osg::Vec2f(60.0f, 30.0f));
+    Give(Event::RELEASE, from + osg::Vec2f(60.0f, 30.0f));
+    EXPECT_FALSE(findNode(viewer->GetDrawNodeGroup(), "AnchorEditor"));
+}
