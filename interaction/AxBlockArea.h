@@ -16,7 +16,8 @@ class SpatialReference;
 /// It is summed over the triangles of the fan from the first vertex: half the
 /// product of the two sides at that vertex and the sine of the angle between
 /// them in the UTM plane. Against the geodesic area that leaves an error of
-/// - up to 0.7 %, because sides are measured on a sphere of the equator's radius,
+/// - up to 1.4 %, because sides are measured on a sphere of the equator's radius,
+///   which makes each up to 0.7 % too long,
 /// - up to 0.0007 of the product of the sides for each triangle that is nearly
 ///   flat, because the cosine of the angle is cut to six decimals,
 /// - and for large rings what a plane triangle lacks of a curved one, some 0.1 %

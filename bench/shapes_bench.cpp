@@ -1,0 +1,149 @@
+// Polygon blocks: a frame full of them, drawing and editing a large one, and
+// thousands of them in the registry.
+#include "BenchGlobe.h"
+
+#include "interaction/CAx3DGeometry.h"
+#include "interaction/CAxHandleAdapterEditor.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <benchmark/benchmark.h>
+#include <osg/Math>
+
+#include <QCoreApplication>
+
+#include <cmath>
+#include <vector>
+
+namespace {
+
+// The middle of the view from 20 km.
+constexpr double kLongitude = -105.0;
+constexpr double kLatitude = 37.4;
+
+QList<QPointF> circle(double lng, double lat, double degrees, int vertices)
+{
+    QList<QPointF> ring;
+    for (int i = 0; i < vertices; ++i) {
+        const double angle = 2.0 * osg::PI * i / vertices;
+        ring += QPointF(lng + degrees * std::cos(angle), lat + degrees * std::sin(angle));
+    }
+    return ring;
+}
+
+CAx3DGeometry* import(const QString& id, const QList<QPointF>& ring)
+{
+    CAxBlockManager::instance().AddBlock(id, CAxBlock::PolygonBlock)->SetAnchor(ring);
+    return qobject_cast<CAx3DGeometry*>(bench::globe().ImportShapeNode(id));
+}
+
+void clear()
+{
+    bench::globe().RemoveAllHanderAdapter(true);
+    CAxBlockManager::instance().DeleteAllBlocks();
+}
+
+void Blocks200(benchmark::State& state)
+{
+    constexpr int kFrames = 60;
+    CAxEarthViewer& globe = bench::globe();
+    bench::goTo(bench::kOblique20km);
+    const double empty = bench::median(kFrames, bench::frameMilliseconds);
+    for (int i = 0; i < 200; ++i)
+        import(QString::number(i),
+               circle(kLongitude + (i % 20 - 9.5) * 0.012, kLatitude + (i / 20 - 4.5) * 0.012, 0.005, 20));
+    // Until they have settled on the ground.
+    bench::waitFor([&globe] { return globe.IsPictureComplete(); }, 60000);
+    for (int i = 0; i < 100; ++i)
+        bench::frameMilliseconds();
+    double full = 0.0;
+    for (auto _ : state) {
+        full = bench::median(kFrames, bench::frameMilliseconds);
+        state.SetIterationTime(full / 1e3);
+    }
+    state.counters["empty_ms"] = empty;
+    state.counters["ratio"] = full / empty;
+    clear();
+}
+BENCHMARK(Blocks200)->Name("Shapes/blocks200")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+constexpr int kLarge = 1000;
+
+/// One click more on a polygon that is being drawn.
+void AddVertex(benchmark::State& state)
+{
+    CAxEarthViewer& globe = bench::globe();
+    bench::goTo(bench::kOblique20km);
+    const QList<QPointF> ring = circle(kLongitude, kLatitude, 0.02, kLarge);
+    globe.SetToolType(ToolPolygonBlock);
+    auto* block = qobject_cast<CAx3DGeometry*>(globe.createShapeNode());
+    const auto pick = [&](int i) {
+        block->slotPicked(osg::Vec3d(ring[i].x(), ring[i].y(), 3000.0), osg::Vec3d(1.0, 1.0, 1.0));
+    };
+    for (int i = 0; i + 1 < kLarge; ++i)
+        pick(i);
+    for (auto _ : state) {
+        pick(kLarge - 1);
+        state.PauseTiming();
+        block->RemoveLastPoint();
+        state.ResumeTiming();
+    }
+    globe.RemoveHanderAdapter(block, true);
+    globe.SetToolType(ToolNavigate);
+}
+BENCHMARK(AddVertex)->Name("Shapes/addVertex")->Unit(benchmark::kMillisecond);
+
+/// One step of the mouse with a corner in hand.
+void DragVertex(benchmark::State& state)
+{
+    bench::goTo(bench::kOblique20km);
+    CAx3DGeometry* block = import("large", circle(kLongitude, kLatitude, 0.02, kLarge));
+    block->SetAnchorEditorEnabled(true);
+    constexpr int kCorner = 250;
+    double way = 0.0;
+    for (auto _ : state) {
+        way += 1e-7;
+        osg::Vec3d& corner = block->GetAnchor()[kCorner];
+        corner.y() = kLatitude + 0.02 + way;
+        block->slotPointMoved(corner.x(), corner.y(), corner.z(), kCorner);
+    }
+    block->CancelHandle();
+    clear();
+}
+BENCHMARK(DragVertex)->Name("Shapes/dragVertex")->Unit(benchmark::kMillisecond);
+
+void Check(benchmark::State& state)
+{
+    CAx3DGeometry* block = import("large", circle(kLongitude, kLatitude, 0.02, kLarge));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(block->CheckGeometry());
+    clear();
+}
+BENCHMARK(Check)->Name("Shapes/check")->Unit(benchmark::kMillisecond);
+
+/// 10,000 objects entered, found by ID and by node, and removed with their records.
+void Registry(benchmark::State& state)
+{
+    constexpr int kObjects = 10000;
+    CAxEarthViewer& globe = bench::globe();
+    for (auto _ : state) {
+        state.PauseTiming();
+        std::vector<CAx3DGeometry*> blocks;
+        for (int i = 0; i < kObjects; ++i) {
+            auto* block = new CAx3DGeometry(&globe, nullptr);
+            block->GetAnchor() = {{1.0, 2.0, 0.0}, {1.1, 2.0, 0.0}, {1.0, 2.1, 0.0}};
+            blocks.push_back(block);
+        }
+        state.ResumeTiming();
+        for (CAx3DGeometry* block : blocks)
+            globe.AddHandleAdapter(block);
+        for (const CAx3DGeometry* block : blocks)
+            benchmark::DoNotOptimize(globe.FindExistNode(block->GetHandleID()));
+        for (CAx3DGeometry* block : blocks)
+            globe.RemoveHanderAdapter(block, true);
+    }
+}
+BENCHMARK(Registry)->Name("Shapes/registry")->Iterations(3)->Unit(benchmark::kMillisecond);
+
+} // namespace

@@ -1,0 +1,153 @@
+// Which tool begins, ends or leaves alone which object.
+#include "ShapeFixture.h"
+
+#include "viewer/CAxMapToolsWidget.h"
+
+#include <QPushButton>
+
+class Tools : public ShapeFixture
+{
+protected:
+    /// Makes a tool draw test blocks.
+    void Provide(EToolType tool, CAxBlock::EBlockType type = CAxBlock::PolygonBlock)
+    {
+        viewer->SetShapeFactory(tool, [this, type](CAxEarthViewer* earthViewer, QObject*) {
+            auto* made = new TestBlock(earthViewer, QString::number(++count), type);
+            last = made;
+            return made;
+        });
+        provided += tool;
+    }
+    void TearDown() override
+    {
+        viewer->SetToolType(ToolNavigate);
+        for (const EToolType tool : provided)
+            if (tool != ToolPolygonBlock)
+                viewer->SetShapeFactory(tool, {});
+        viewer->RemoveHanderAdapter(viewer->GetCurHandleAdapter(), true);
+        ShapeFixture::TearDown();
+    }
+
+    QPointer<TestBlock> last;
+    QList<EToolType> provided;
+    int count = 0;
+};
+
+TEST_F(Tools, DrawWhatTheirTableSays)
+{
+    for (int tool = 0; tool <= 33; ++tool) {
+        viewer->SetToolType(static_cast<EToolType>(tool));
+        CAxHandleAdapter* drawn = viewer->createShapeNode();
+        EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock) << tool;
+        EXPECT_EQ(viewer->RemoveHanderAdapter(drawn, true), drawn != nullptr);
+    }
+    viewer->SetShapeFactory(static_cast<EToolType>(2), [](CAxEarthViewer*, QObject*) -> CAxHandleAdapter* {
+        ADD_FAILURE() << "tools below 3 draw nothing";
+        return nullptr;
+    });
+    viewer->SetToolType(ToolSelect);
+    EXPECT_EQ(viewer->createShapeNode(), nullptr);
+    viewer->SetShapeFactory(static_cast<EToolType>(2), {});
+
+    // Going on with a video area takes the current object, and no other kind.
+    Provide(ToolVideoArea, CAxBlock::VideoBlock);
+    viewer->SetToolType(ToolVideoArea);
+    CAxHandleAdapter* video = viewer->createShapeNode();
+    ASSERT_EQ(video, last.data());
+    EXPECT_TRUE(viewer->AddHandleAdapter(video));
+    last->SetOperation(OperationIdle);
+    viewer->SetToolType(ToolContinueBlock);
+    EXPECT_EQ(viewer->createShapeNode(), video);
+    EXPECT_EQ(video->GetHandleOperation(), OperationDrawing);
+    last->SetOperation(OperationIdle);
+    viewer->SetNodeSelected(nullptr, false, false);
+    EXPECT_EQ(viewer->createShapeNode(), nullptr);
+}
+
+TEST_F(Tools, EndWhatTheyWereDrawingAndClearWhatWasSelected)
+{
+    CAx3DGeometry* block = Import("block", {{18, 8}, {22, 8}, {20, 12}});
+    Provide(ToolMeasureDistance, CAxBlock::StripBlock);
+    QPushButton* measure = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pMeasureBtn");
+    ASSERT_NE(measure, nullptr);
+
+    // From browsing to the bar: only hosts of kind 1 lose the current object.
+    for (const int appType : {0, 1}) {
+        viewer->SetAppType(appType);
+        viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+        EXPECT_NE(block->GetAnchorEditor(), nullptr);
+        viewer->SetToolType(ToolMeasureDistance);
+        EXPECT_EQ(viewer->GetCurHandleAdapter(), appType == 1 ? nullptr : block);
+        EXPECT_EQ(block->GetAnchorEditor() == nullptr, appType == 1);
+        viewer->SetToolType(ToolNavigate);
+    }
+    // From the bar to a block: the measurement ends, the bar's button comes up.
+    measure->click();
+    ASSERT_EQ(viewer->GetToolType(), ToolMeasureDistance);
+    CAxHandleAdapter* measurement = viewer->createShapeNode();
+    viewer->SetToolType(ToolMeasureDistance);
+    EXPECT_EQ(measurement->GetHandleOperation(), OperationDrawing) << "the same tool changes nothing";
+    EXPECT_TRUE(measure->isChecked());
+    viewer->SetToolType(ToolPolygonBlock);
+    EXPECT_FALSE(measure->isChecked());
+    EXPECT_EQ(measurement->GetHandleOperation(), OperationIdle);
+    EXPECT_EQ(viewer->FindExistNode(measurement->GetHandleID()), measurement) << "it was accepted";
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), measurement) << "a drawing tool leaves the current object";
+
+    // A refused one goes.
+    viewer->SetToolType(ToolMeasureDistance);
+    const QPointer<CAxHandleAdapter> refused = viewer->createShapeNode();
+    last->verdict = -1;
+    viewer->SetToolType(ToolNavigate);
+    EXPECT_TRUE(waitFor([&] { return !refused; }));
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+
+    // A new shape starts with nothing selected.
+    viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+    viewer->SetNodeSelected(block->GetFeatureNode(), true, false);
+    viewer->SetToolType(ToolPolygonBlock);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+    EXPECT_TRUE(viewer->GetMultiSelectAdapter().isEmpty());
+    EXPECT_EQ(block->GetAnchorEditor(), nullptr);
+}
+
+TEST_F(Tools, PickLandingPlacesNearTheCurrentObjectOnly)
+{
+    QVector<QPointF> landings;
+    QVector<QPointF> interests;
+    const auto one = QObject::connect(viewer, &CAxEarthViewer::LandingPosPicked, viewer,
+                                      [&](double lng, double lat, double, bool) {
+                                          landings += {lng, lat};
+                                      });
+    const auto two = QObject::connect(viewer, &CAxEarthViewer::InterestPointPicked, viewer,
+                                      [&](double lng, double lat, double) {
+                                          interests += {lng, lat};
+                                      });
+    CAx3DGeometry* block = Import("block", {{19.99, 9.99}, {20.01, 9.99}, {20.01, 10.01}, {19.99, 10.01}});
+    viewer->SetToolType(ToolLandingPosition);
+    manipulator->setViewpoint(Straight(20.0, 10.0, 60000.0));
+    ASSERT_TRUE(WaitForPicture());
+    Click(20.02, 10.0);
+    EXPECT_TRUE(landings.isEmpty()) << "nothing is current";
+    viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+    Click(20.02, 10.0);
+    EXPECT_EQ(landings.size(), 1);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), block) << "the click beside it is meant for it";
+    {
+        ModalBox box;
+        Click(20.066, 10.0); // 7.2 km
+        EXPECT_EQ(box.count, 1);
+        EXPECT_EQ(box.title, "Route Information");
+    }
+    Click(20.0615, 10.0); // 6.7 km
+    EXPECT_EQ(landings.size(), 2);
+    viewer->SetToolType(ToolInterestPoint);
+    Click(20.03, 10.0);
+    EXPECT_EQ(interests.size(), 1);
+
+    viewer->SetToolType(ToolAddPoint);
+    Click(19.97, 10.0);
+    EXPECT_EQ(Ring(block).size(), 5);
+    QObject::disconnect(one);
+    QObject::disconnect(two);
+}
