@@ -8,6 +8,7 @@
 #include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
+#include <osgEarthAnnotation/AnnotationEditing>
 #include <osgViewer/Viewer>
 
 #include <QImage>
@@ -112,8 +113,15 @@ osg::Drawable* CAxEarthManipulator::pickDrawable(const GUIEventAdapter& ea, osgG
     AxSceneQuery query;
     query.tolerancePixels = lineTolerancePixels;
     query.labels = true;
-    const auto hits = AxPickScene(*drawn, *ray, query);
-    return hits.empty() ? nullptr : hits.front().drawable;
+    // Map objects are picked as a whole, and their handles take the mouse themselves.
+    const osg::Node* objects = viewer->GetGeomAdapterGroup();
+    const auto isPartOfObject = [objects](const osg::Node* node) {
+        return node == objects || dynamic_cast<const osgEarth::Annotation::AnnotationEditor*>(node);
+    };
+    for (const AxSceneHit& hit : AxPickScene(*drawn, *ray, query))
+        if (std::none_of(hit.path.begin(), hit.path.end(), isPartOfObject))
+            return hit.drawable;
+    return nullptr;
 }
 
 osg::Node* CAxEarthManipulator::pickNode(osgGA::GUIActionAdapter&, const osg::Vec3d&,

@@ -305,6 +305,8 @@ void CAxEarthViewer::initEventHandler()
     sceneData->addChild(AxHeadUpText::Instance().GetCamera());
     connect(manipulator.get(), SIGNAL(mouseLeftBtnClick(osg::Vec3d, osg::Vec3d)), this,
             SLOT(slotMouseLeftBtnClick(osg::Vec3d, osg::Vec3d)));
+    connect(manipulator.get(), SIGNAL(mouseLeftBtnClickSignal(osg::Drawable*)), this,
+            SLOT(slotDrawableClicked(osg::Drawable*)));
 }
 
 void CAxEarthViewer::initBoundaries(osgEarth::Map* targetMap)

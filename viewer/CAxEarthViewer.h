@@ -6,6 +6,7 @@
 #include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
 
+#include <osg/Drawable>
 #include <osg/Group>
 #include <osg/Matrixd>
 #include <osg/ref_ptr>
@@ -279,6 +280,7 @@ protected:
 
 private slots:
     void slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void slotDrawableClicked(osg::Drawable* drawable);
     void takeInput();
 
 private:

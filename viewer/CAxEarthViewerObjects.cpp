@@ -8,6 +8,9 @@
 
 #include <AxData/CAxBlockManager.h>
 
+#include <osgEarth/MapNode>
+#include <osgEarthAnnotation/LabelNode>
+
 #include <QUndoStack>
 
 #include <algorithm>
@@ -99,6 +102,7 @@ CAxHandleAdapter* CAxEarthViewer::ImportShapeNode(const QString& blockID)
     manipulator->GetElevations(points, false);
     adapter->ImportGeometry(std::vector<osg::Vec3d>(points.begin(), points.end()), false);
     AddHandleAdapter(adapter);
+    emit signalBlockState(blockID);
     return adapter;
 }
 
@@ -248,6 +252,18 @@ void CAxEarthViewer::ClearMultiSelectAdapter()
         return;
     multiSelectAdapters.clear();
     emit signalMultiSelectBlock({});
+}
+
+void CAxEarthViewer::slotDrawableClicked(osg::Drawable* drawable)
+{
+    if (GetToolKind(toolType) != ToolKindNavigate)
+        return;
+    // The name of an object stands for the object.
+    for (const osg::NodePath& path : drawable->getParentalNodePaths())
+        for (const auto& [id, adapter] : adapterRegistry)
+            if (adapter->GetNameLabel() &&
+                std::find(path.begin(), path.end(), adapter->GetNameLabel()) != path.end())
+                return SetNodeSelected(adapter->GetFeatureNode(), multiSelect, multiSelect);
 }
 
 void CAxEarthViewer::slotHandleEnd(QString strHanleID, bool bReset)
