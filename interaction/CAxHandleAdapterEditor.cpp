@@ -1,6 +1,7 @@
 // The handles of an object's vertices: one for each, in step, coloured, on the ground.
 #include "interaction/CAxHandleAdapterEditor.h"
 #include "interaction/AxEdgeHandles.h"
+#include "interaction/AxEditRules.h"
 #include "interaction/AxHandlePoints.h"
 #include "interaction/AxViewRay.h"
 #include "interaction/CAxClampObjectCallback.h"
@@ -51,7 +52,7 @@ bool IsInWindow(const osg::Vec2d& place, const osg::Viewport& viewport, double m
 CAxHandleAdapterEditor::CAxHandleAdapterEditor(CAxHandleAdapter* owner, osgEarth::MapNode* map, int number,
                                                bool srs, CAxDragger::DragType type, osg::Vec3d position)
     : adapter(owner), mapNode(map), index(number), dragType(type), srsFlag(srs), planeCenter(position),
-      edges(std::make_unique<AxEdgeHandles>())
+      snapTargets(std::make_unique<AxSnapTargets>()), edges(std::make_unique<AxEdgeHandles>())
 {
     setName("AnchorEditor");
     setCullingActive(false);

@@ -1,10 +1,10 @@
 #pragma once
-#include "interaction/AxEditRules.h"
 #include "interaction/CAxDragger.h"
 #include "viewer/AxEarthViewerExport.h"
 
 #include <osg/observer_ptr>
 #include <osg/ref_ptr>
+#include <osg/Vec2d>
 #include <osg/Vec3d>
 #include <osg/Vec4f>
 #include <osgEarthAnnotation/AnnotationEditing>
@@ -18,6 +18,7 @@
 #include <vector>
 
 class AxEdgeHandles;
+class AxSnapTargets;
 class CAxClampObjectCallback;
 class CAxHandleAdapter;
 struct AxViewRay;
@@ -180,6 +181,6 @@ private:
     };
     std::optional<Grip> grip;
     bool swallowDrag = false; ///< the drag was given up, its button is still held
-    AxSnapTargets snapTargets;
-    std::unique_ptr<AxEdgeHandles> edges;
+    const std::unique_ptr<AxSnapTargets> snapTargets;
+    const std::unique_ptr<AxEdgeHandles> edges;
 };

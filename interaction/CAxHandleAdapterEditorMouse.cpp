@@ -1,5 +1,6 @@
 // What the mouse does to the handles: hover, grab, drag with its aids, let go.
 #include "interaction/AxEdgeHandles.h"
+#include "interaction/AxEditRules.h"
 #include "interaction/AxModelLayers.h"
 #include "interaction/AxViewRay.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -213,7 +214,7 @@ bool CAxHandleAdapterEditor::endDrag()
         return false;
     const Grip ended = std::move(*grip);
     grip.reset();
-    snapTargets.Clear();
+    snapTargets->Clear();
     dragging = false;
     if (ended.dragger)
         ended.dragger->EndDrag();
@@ -322,7 +323,7 @@ osg::Vec3d CAxHandleAdapterEditor::aided(const osg::Vec3d& wanted, const AxViewR
         view.target = target.window;
         view.metresPerPixel = target.pixelSize * (world - target.eye).length();
         view.project = [&target](const osg::Vec3d& point) { return InSight(target, point); };
-        if (const auto snapped = snapTargets.Find(wanted, view)) {
+        if (const auto snapped = snapTargets->Find(wanted, view)) {
             place = *snapped;
             isPlaced = true;
         }
@@ -343,7 +344,7 @@ osg::Vec3d CAxHandleAdapterEditor::aided(const osg::Vec3d& wanted, const AxViewR
 
 void CAxHandleAdapterEditor::gatherSnapTargets()
 {
-    snapTargets.Clear();
+    snapTargets->Clear();
     const CAxEarthViewer* viewer = adapter->GetViewer();
     if (!viewer || !viewer->GetEditAids().snap)
         return;
@@ -351,20 +352,20 @@ void CAxHandleAdapterEditor::gatherSnapTargets()
     const auto parts =
         AxEditRules::SnapPartsFor(grip->handle.vertex, static_cast<int>(own.size()), isClosed());
     for (const int vertex : parts.vertices)
-        snapTargets.AddVertex(own[std::size_t(vertex)]);
+        snapTargets->AddVertex(own[std::size_t(vertex)]);
     for (const auto& [from, to] : parts.edges)
-        snapTargets.AddEdge(own[std::size_t(from)], own[std::size_t(to)]);
+        snapTargets->AddEdge(own[std::size_t(from)], own[std::size_t(to)]);
     for (CAxHandleAdapter* other : viewer->GetHandleAdapters()) {
         if (other == adapter || !other->IsVisible())
             continue;
         const std::vector<osg::Vec3d>& points = other->GetAnchor();
         for (const osg::Vec3d& point : points)
-            snapTargets.AddVertex(point);
+            snapTargets->AddVertex(point);
         const CAxBlock::EBlockType type = other->GetBlockType();
         if (type == CAxBlock::MarkPointBlock)
             continue;
         for (const auto& [from, to] :
              AxEditRules::EdgesOf(static_cast<int>(points.size()), type != CAxBlock::StripBlock))
-            snapTargets.AddEdge(points[std::size_t(from)], points[std::size_t(to)]);
+            snapTargets->AddEdge(points[std::size_t(from)], points[std::size_t(to)]);
     }
 }
