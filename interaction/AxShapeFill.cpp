@@ -18,12 +18,14 @@ namespace {
 constexpr double longestChord = 150000.0;
 // Seen from its middle, the plane of great circles ends at 90 degrees and is stretched long before.
 constexpr double gnomonicReach = 75.0 * pi / 180.0;
-// What a fill on the ground may cost.
-constexpr double mostCells = 800.0;
+// No finer than elevation models mostly are, metres, and what a fill on the ground may cost.
+constexpr double fillStep = 80.0;
+constexpr double mostCells = 300.0;
 constexpr double mostInnerEdges = 1500.0;
-// On ground this even, metres, for that many halvings, the rest is taken as even, too.
-constexpr double fillError = 1.0;
-constexpr int enoughEvenSteps = 2;
+// On ground as even as this, metres and by the fill's size, the rest is taken as even, too.
+constexpr double leastFillError = 1.0;
+constexpr double fillErrorShare = 0.004;
+constexpr int enoughEvenSteps = 1;
 constexpr std::size_t mostTriangles = 60000;
 constexpr int mostPasses = 64;
 // Triangles that are flatter than this share of their longest edge have no slope to speak of.
@@ -204,7 +206,8 @@ void AxShapeSurface::LayOut(const AxHeightSource* ground)
     }
     const double affordable = innerLength / mostInnerEdges;
     const double shortest =
-        std::max(ground ? std::max(sampleStep, std::sqrt(area / mostCells)) : longestChord, affordable);
+        std::max(ground ? std::max(fillStep, std::sqrt(area / mostCells)) : longestChord, affordable);
+    const double fillError = std::max(leastFillError, fillErrorShare * std::sqrt(area));
     const AxHeightSource unknown;
     double inner = longest;
     int evenSteps = 0;

@@ -12,9 +12,9 @@ namespace {
 constexpr unsigned mostLevels = 8;
 constexpr std::size_t mostSamples = 2500;
 // How far the outline may leave the sampled ground: by its edge's length, and within limits, metres.
-constexpr double outlineShare = 0.0005;
-constexpr double leastOutlineError = 0.3;
-constexpr double mostOutlineError = 2.0;
+constexpr double outlineShare = 0.001;
+constexpr double leastOutlineError = 0.5;
+constexpr double mostOutlineError = 3.0;
 
 bool IsOnGlobe(const osg::Vec3d& lngLatAlt)
 {
