@@ -15,9 +15,9 @@ out float radius;
 void main()
 {
     tint = gl_Color;
-    radius = gl_Vertex.w;
+    radius = gl_MultiTexCoord0.x;
     gl_PointSize = 2.0 * radius + 2.0;
-    gl_Position = gl_ModelViewProjectionMatrix * vec4(gl_Vertex.xyz, 1.0);
+    gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
 }
 )";
 const char* const fragmentSource = R"(#version 330 compatibility
@@ -50,30 +50,18 @@ osg::ref_ptr<osg::StateSet> StateOfPoints()
     known = state;
     return state;
 }
-
-/// Its vertices are four numbers each, which osg would take for homogeneous places.
-class PointsGeometry : public osg::Geometry
-{
-public:
-    osg::BoundingBox computeBoundingBox() const override
-    {
-        osg::BoundingBox box;
-        for (const osg::Vec4f& place : *static_cast<const osg::Vec4Array*>(getVertexArray()))
-            box.expandBy(place.x(), place.y(), place.z());
-        return box;
-    }
-};
 } // namespace
 
 AxHandlePoints::AxHandlePoints(const osg::Vec3d& eye)
-    : origin(eye), places(new osg::Vec4Array), colors(new osg::Vec4Array(osg::Array::BIND_PER_VERTEX))
+    : origin(eye), places(new osg::Vec3Array), radii(new osg::FloatArray(osg::Array::BIND_PER_VERTEX)),
+      colors(new osg::Vec4Array(osg::Array::BIND_PER_VERTEX))
 {
 }
 
 void AxHandlePoints::Add(const osg::Vec3d& world, float radius, const osg::Vec4f& color)
 {
-    const osg::Vec3f place(world - origin);
-    places->push_back(osg::Vec4f(place, radius));
+    places->push_back(osg::Vec3f(world - origin));
+    radii->push_back(radius);
     colors->push_back(color);
 }
 
@@ -81,11 +69,12 @@ void AxHandlePoints::Draw(osgUtil::CullVisitor& cv) const
 {
     if (places->empty())
         return;
-    osg::ref_ptr<PointsGeometry> points = new PointsGeometry;
+    osg::ref_ptr<osg::Geometry> points = new osg::Geometry;
     points->setUseDisplayList(false);
     points->setUseVertexBufferObjects(false); // they would be filled for one frame only
     points->setCullingActive(false);
     points->setVertexArray(places);
+    points->setTexCoordArray(0, radii);
     points->setColorArray(colors);
     points->addPrimitiveSet(new osg::DrawArrays(GL_POINTS, 0, static_cast<int>(places->size())));
     osg::ref_ptr<osg::Geode> geode = new osg::Geode;

@@ -25,6 +25,7 @@ public:
 
 private:
     osg::Vec3d origin;
-    osg::ref_ptr<osg::Vec4Array> places; // x, y, z from the origin, radius
+    osg::ref_ptr<osg::Vec3Array> places; // from the origin
+    osg::ref_ptr<osg::FloatArray> radii; // pixels
     osg::ref_ptr<osg::Vec4Array> colors;
 };

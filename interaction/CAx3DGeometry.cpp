@@ -62,6 +62,9 @@ double CAx3DGeometry::GetArea()
 
 void CAx3DGeometry::SetAdapterVisible(bool isVisible, QString)
 {
+    // Nobody goes on dragging what is not seen.
+    if (!isVisible && operation == OperationMovePoint)
+        CancelHandle();
     visible = isVisible;
     SetFeatureNodeVisible(visible);
     SetNameVisible(visible);

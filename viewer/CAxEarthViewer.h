@@ -124,7 +124,7 @@ public:
     /// Makes the object that a tool draws; called once for each drawing.
     using ShapeFactory = std::function<CAxHandleAdapter*(CAxEarthViewer* viewer, QObject* parent)>;
     /// Which object a tool draws. A second call for a tool replaces the first;
-    /// an empty function removes it.
+    /// an empty function brings back what the viewer draws by itself, if anything.
     void SetShapeFactory(EToolType tool, ShapeFactory factory);
     /// Begins a drawing with the tool in hand: its object becomes the current
     /// one. Null for a tool that draws nothing.

@@ -29,22 +29,26 @@ template <typename Shape> CAxHandleAdapter* Make(CAxEarthViewer* viewer, QObject
 {
     return new Shape(viewer, parent);
 }
+
+// Which object a tool draws: a new kind of object is one more line.
+const std::map<EToolType, CAxEarthViewer::ShapeFactory> ownShapes{
+    {ToolPolygonBlock, &Make<CAx3DGeometry>},
+};
 } // namespace
 
 void CAxEarthViewer::initShapes()
 {
-    // Which object a tool draws: a new kind of object is one more line.
-    shapeFactories = {
-        {ToolPolygonBlock, &Make<CAx3DGeometry>},
-    };
+    shapeFactories = ownShapes;
 }
 
 void CAxEarthViewer::SetShapeFactory(EToolType tool, ShapeFactory factory)
 {
+    shapeFactories.erase(tool);
+    const auto own = ownShapes.find(tool);
     if (factory)
         shapeFactories[tool] = std::move(factory);
-    else
-        shapeFactories.erase(tool);
+    else if (own != ownShapes.end())
+        shapeFactories.insert(*own);
 }
 
 CAxHandleAdapter* CAxEarthViewer::createShapeNode()

@@ -127,6 +127,7 @@ TEST_F(ProtocolModel, MovesFreelyInModelMode)
 TEST_F(ProtocolModel, HoldsStillWhileAVertexIsDraggedOnAModel)
 {
     TestBlock block(viewer, "edited");
+    block.GetAnchor() = {{20.0, 10.0, 0.0}};
     ASSERT_TRUE(viewer->AddHandleAdapter(&block));
     viewer->SetNodeSelected(block.GetFeatureNode(), false, false);
     block.GetAnchorEditor()->SetDragState(true);
