@@ -115,7 +115,11 @@ BENCHMARK(DragVertex)->Name("Shapes/dragVertex")->Unit(benchmark::kMillisecond);
 
 void Check(benchmark::State& state)
 {
-    CAx3DGeometry* block = import("large", circle(kLongitude, kLatitude, 0.02, kLarge));
+    // A star, whose edges turn back and forth.
+    QList<QPointF> star = circle(kLongitude, kLatitude, 0.02, kLarge);
+    for (int i = 0; i < kLarge; i += 2)
+        star[i] = 0.7 * star[i] + 0.3 * QPointF(kLongitude, kLatitude);
+    CAx3DGeometry* block = import("large", star);
     for (auto _ : state)
         benchmark::DoNotOptimize(block->CheckGeometry());
     clear();

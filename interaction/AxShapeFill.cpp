@@ -26,6 +26,9 @@ constexpr double mostInnerEdges = 1500.0;
 constexpr double leastFillError = 1.0;
 constexpr double fillErrorShare = 0.004;
 constexpr int enoughEvenSteps = 1;
+// What a small picture may be off, by the fill's size, and from how many triangles on it is worth it.
+constexpr double coarseErrorShare = 0.01;
+constexpr std::size_t mostOfSmallPicture = 24;
 constexpr std::size_t mostTriangles = 60000;
 constexpr int mostPasses = 64;
 // Triangles that are flatter than this share of their longest edge have no slope to speak of.
@@ -62,19 +65,10 @@ osg::Vec3d MiddleOf(const std::vector<osg::Vec3d>& outline, double& cosine)
 }
 } // namespace
 
-void AxShapeSurface::Triangulate()
+// The points around `middle`, in a plane where they reach no farther than 1.
+std::vector<osg::Vec2d> AxShapeSurface::InPlane(const std::vector<unsigned>& corners,
+                                                const osg::Vec3d& middle, bool isGnomonic) const
 {
-    double cosine = 1.0;
-    const osg::Vec3d middle = MiddleOf(normals, cosine);
-    // Great circles are straight in the gnomonic plane, so the vertices will do there.
-    const bool isGnomonic = cosine > std::cos(gnomonicReach);
-    std::vector<unsigned> corners;
-    if (isGnomonic)
-        corners = edgeStarts;
-    else
-        for (std::size_t i = 0; i < mesh.outlineCount; ++i)
-            corners.push_back(static_cast<unsigned>(i));
-
     const osg::Vec3d east = Across(middle);
     const osg::Vec3d north = middle ^ east;
     std::vector<osg::Vec2d> ring;
@@ -92,9 +86,27 @@ void AxShapeSurface::Triangulate()
         ring.push_back(at);
     }
     if (!(size > 0.0))
-        return;
+        return {};
     for (osg::Vec2d& at : ring)
         at /= size;
+    return ring;
+}
+
+void AxShapeSurface::Triangulate()
+{
+    double cosine = 1.0;
+    const osg::Vec3d middle = MiddleOf(normals, cosine);
+    // Great circles are straight in the gnomonic plane, so the vertices will do there.
+    const bool isGnomonic = cosine > std::cos(gnomonicReach);
+    std::vector<unsigned> corners;
+    if (isGnomonic)
+        corners = edgeStarts;
+    else
+        for (std::size_t i = 0; i < mesh.outlineCount; ++i)
+            corners.push_back(static_cast<unsigned>(i));
+    const std::vector<osg::Vec2d> ring = InPlane(corners, middle, isGnomonic);
+    if (ring.empty())
+        return;
 
     const AxRingFill fill = AxFillRing(ring);
     std::vector<unsigned> meshIndex = corners;
@@ -182,12 +194,83 @@ void AxShapeSurface::Refine(const AxHeightSource& heights)
     altitudes.resize(spannedPoints);
     LayOut(&heights);
     Measure();
+    ForgetSmallPicture();
+    if (mesh.triangles.size() / 3 > mostOfSmallPicture)
+        MakeSmallPicture();
+}
+
+void AxShapeSurface::ForgetSmallPicture()
+{
+    mesh.coarseOutline.clear();
+    mesh.coarseTriangles.clear();
+    mesh.coarseError = 0.0;
+}
+
+// The thinned outline and what is spanned within it.
+void AxShapeSurface::MakeSmallPicture()
+{
+    double cosine = 1.0;
+    const osg::Vec3d middle = MiddleOf({normals.begin(), normals.begin() + mesh.outlineCount}, cosine);
+    if (cosine <= std::cos(gnomonicReach))
+        return;
+    osg::Vec3d doubled; // of the area
+    for (std::size_t i = 0; i < mesh.outlineCount; ++i)
+        doubled += (mesh.points[i] - mesh.points[0]) ^
+                   (mesh.points[i + 1 < mesh.outlineCount ? i + 1 : 0] - mesh.points[0]);
+    mesh.coarseError = std::max(leastFillError, coarseErrorShare * std::sqrt(0.5 * doubled.length()));
+    ThinOutline();
+    const AxRingFill fill = AxFillRing(InPlane(mesh.coarseOutline, middle, true));
+    if (fill.triangles.empty() || !fill.crossings.empty())
+        return ForgetSmallPicture();
+    mesh.coarseTriangles.reserve(fill.triangles.size());
+    for (const unsigned index : fill.triangles)
+        mesh.coarseTriangles.push_back(mesh.coarseOutline[index]);
+    mesh.coarseSteepest = SteepestOf(mesh.coarseTriangles);
+}
+
+// Points of the outline that a line past them may not leave out (Douglas and Peucker 1973).
+void AxShapeSurface::ThinOutline()
+{
+    std::vector<bool> isKept(mesh.outlineCount + 1, false);
+    std::vector<std::pair<std::size_t, std::size_t>> open;
+    const auto at = [this](std::size_t i) { return mesh.points[i < mesh.outlineCount ? i : 0]; };
+    for (std::size_t i = 0; i < edgeStarts.size(); ++i) {
+        const std::size_t end = i + 1 < edgeStarts.size() ? edgeStarts[i + 1] : mesh.outlineCount;
+        isKept[edgeStarts[i]] = true;
+        open.emplace_back(edgeStarts[i], end);
+    }
+    while (!open.empty()) {
+        const auto [first, last] = open.back();
+        open.pop_back();
+        const osg::Vec3d along = at(last) - at(first);
+        const double length2 = along.length2();
+        double farthest = mesh.coarseError * mesh.coarseError;
+        std::size_t worst = first;
+        for (std::size_t i = first + 1; i < last; ++i) {
+            const osg::Vec3d way = at(i) - at(first);
+            const double t = length2 > 0.0 ? std::clamp((way * along) / length2, 0.0, 1.0) : 0.0;
+            if (const double off = (way - along * t).length2(); off > farthest) {
+                farthest = off;
+                worst = i;
+            }
+        }
+        if (worst == first)
+            continue;
+        isKept[worst] = true;
+        open.emplace_back(first, worst);
+        open.emplace_back(worst, last);
+    }
+    mesh.coarseOutline.clear();
+    for (std::size_t i = 0; i < mesh.outlineCount; ++i)
+        if (isKept[i])
+            mesh.coarseOutline.push_back(static_cast<unsigned>(i));
 }
 
 // Without ground the fill only gets what keeps it from cutting through the globe.
 void AxShapeSurface::LayOut(const AxHeightSource* ground)
 {
     mesh.triangles = spanned;
+    ForgetSmallPicture();
     double area = 0.0;
     double innerLength = 0.0;
     double longest = 0.0;
@@ -319,6 +402,22 @@ void AxShapeSurface::HalveTriangles(const std::vector<unsigned>& halves)
     mesh.triangles.swap(next);
 }
 
+double AxShapeSurface::SteepestOf(const std::vector<unsigned>& triangles) const
+{
+    double least = 1.0;
+    for (std::size_t i = 0; i < triangles.size(); i += 3) {
+        const osg::Vec3d& a = mesh.points[triangles[i]];
+        const osg::Vec3d& b = mesh.points[triangles[i + 1]];
+        const osg::Vec3d& c = mesh.points[triangles[i + 2]];
+        const osg::Vec3d across = (b - a) ^ (c - a);
+        const double side2 = std::max({(b - a).length2(), (c - b).length2(), (a - c).length2()});
+        const double twice = across.length();
+        if (twice > sliver * side2)
+            least = std::min(least, (across * normals[triangles[i]]) / twice);
+    }
+    return std::acos(std::clamp(least, -1.0, 1.0));
+}
+
 void AxShapeSurface::Measure()
 {
     mesh.lowest = 0.0;
@@ -328,19 +427,11 @@ void AxShapeSurface::Measure()
     double longest2 = 0.0;
     for (std::size_t i = 1; i < mesh.outlineCount; ++i)
         longest2 = std::max(longest2, (mesh.points[i] - mesh.points[i - 1]).length2());
-    double least = 1.0;
-    for (std::size_t i = 0; i < mesh.triangles.size(); i += 3) {
-        const osg::Vec3d& a = mesh.points[mesh.triangles[i]];
-        const osg::Vec3d& b = mesh.points[mesh.triangles[i + 1]];
-        const osg::Vec3d& c = mesh.points[mesh.triangles[i + 2]];
-        const osg::Vec3d across = (b - a) ^ (c - a);
-        const double side2 = std::max({(b - a).length2(), (c - b).length2(), (a - c).length2()});
-        longest2 = std::max(longest2, side2);
-        const double twice = across.length();
-        if (twice > sliver * side2)
-            least = std::min(least, (across * normals[mesh.triangles[i]]) / twice);
+    for (std::size_t i = 0; i < mesh.triangles.size(); ++i) {
+        const unsigned next = mesh.triangles[i % 3 == 2 ? i - 2 : i + 1];
+        longest2 = std::max(longest2, (mesh.points[next] - mesh.points[mesh.triangles[i]]).length2());
     }
-    mesh.steepest = std::acos(std::clamp(least, -1.0, 1.0));
+    mesh.steepest = SteepestOf(mesh.triangles);
     // A straight line between two places on the globe passes below the ground between them.
     mesh.lowest = *std::min_element(altitudes.begin(), altitudes.end()) - longest2 / (8.0 * meanRadius);
 }

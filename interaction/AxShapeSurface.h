@@ -1,6 +1,7 @@
 #pragma once
 #include "viewer/AxEarthViewerExport.h"
 
+#include <osg/Vec2d>
 #include <osg/Vec3d>
 
 #include <cstddef>
@@ -19,6 +20,14 @@ struct AxShapeMesh
     std::vector<unsigned> triangles; ///< three indices each, counter-clockwise from above
     double lowest = 0.0;             ///< altitude of the lowest point, metres above the ellipsoid
     double steepest = 0.0;           ///< greatest slope of a triangle against the horizon, radians
+
+    // For small pictures, once the fill lies on the ground: an outline of fewer
+    // of the points, within `coarseError` metres of the others, and triangles
+    // spanned in it. Nothing where the whole shape has hardly more.
+    std::vector<unsigned> coarseOutline;
+    std::vector<unsigned> coarseTriangles;
+    double coarseError = 0.0;
+    double coarseSteepest = 0.0;
 };
 
 /**
@@ -80,6 +89,12 @@ private:
     double Split(double longestOuter, double longestInner, const AxHeightSource& heights);
     void HalveTriangles(const std::vector<unsigned>& halves);
     void Measure();
+    void MakeSmallPicture();
+    double SteepestOf(const std::vector<unsigned>& triangles) const;
+    void ThinOutline();
+    std::vector<osg::Vec2d> InPlane(const std::vector<unsigned>& corners, const osg::Vec3d& middle,
+                                    bool isGnomonic) const;
+    void ForgetSmallPicture();
 
     bool isClosed = false;
     bool isFilled = false;

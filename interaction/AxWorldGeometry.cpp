@@ -114,7 +114,9 @@ AxWorldGeometry::AxWorldGeometry()
 }
 
 AxWorldGeometry::AxWorldGeometry(const AxWorldGeometry& other, const osg::CopyOp& copy)
-    : osg::Geometry(other, copy), lowest(other.lowest), steepest(other.steepest)
+    : osg::Geometry(other, copy), coarseFill(other.coarseFill), coarseLine(other.coarseLine),
+      coarseError(other.coarseError), coarseSteepest(other.coarseSteepest), lowest(other.lowest),
+      steepest(other.steepest)
 {
 }
 
@@ -129,6 +131,8 @@ void AxWorldGeometry::SetPoints(const std::vector<osg::Vec3d>& world)
         rest->push_back(Low(point));
     }
     removePrimitiveSet(0, getNumPrimitiveSets());
+    coarseFill = nullptr;
+    coarseLine = nullptr;
     setVertexArray(points);
     setVertexAttribArray(restAttribute, rest, osg::Array::BIND_PER_VERTEX);
     setColorArray(new osg::Vec4Array(static_cast<unsigned>(world.size())), osg::Array::BIND_PER_VERTEX);
@@ -162,6 +166,20 @@ void AxWorldGeometry::SetShape(const AxShapeMesh& mesh, bool closed, const osg::
     if (outline > 0)
         addPrimitiveSet(
             new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, 0, static_cast<int>(outline)));
+    if (!isFilled || !(mesh.coarseError > 0.0))
+        return;
+    const auto elements = [](GLenum mode, const std::vector<unsigned>& indices, unsigned offset) {
+        osg::ref_ptr<osg::DrawElementsUInt> set = new osg::DrawElementsUInt(mode);
+        set->reserve(indices.size());
+        for (const unsigned index : indices)
+            set->push_back(offset + index);
+        set->setElementBufferObject(new osg::ElementBufferObject);
+        return set;
+    };
+    coarseFill = elements(GL_TRIANGLES, mesh.coarseTriangles, outline);
+    coarseLine = elements(closed ? GL_LINE_LOOP : GL_LINE_STRIP, mesh.coarseOutline, 0);
+    coarseError = mesh.coarseError;
+    coarseSteepest = mesh.coarseSteepest;
 }
 
 void AxWorldGeometry::SetLineWidth(float pixels)
@@ -212,7 +230,7 @@ bool AxWorldGeometry::IsBeyondHorizon(const osg::Vec3d& eye) const
 
 // Whether parts of the fill may lie behind others for this eye: not while all
 // of it is seen from above.
-bool AxWorldGeometry::MayFold(const osg::Vec3d& eye) const
+bool AxWorldGeometry::MayFold(const osg::Vec3d& eye, double steepestSlope) const
 {
     const osg::BoundingSphere& bound = getBound();
     const osg::Vec3d center = bound.center();
@@ -223,7 +241,38 @@ bool AxWorldGeometry::MayFold(const osg::Vec3d& eye) const
     if (radius >= distance || radius >= fromCenter)
         return true;
     const double slant = std::acos(std::clamp((sight * center) / (distance * fromCenter), -1.0, 1.0));
-    return slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + steepest >= 0.5 * pi;
+    return slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + steepestSlope >= 0.5 * pi;
+}
+
+// Whether what the coarse shape is off cannot be seen.
+bool AxWorldGeometry::isSmall(const osg::Vec3d& eye, const osg::State& state) const
+{
+    constexpr double hardlySeenPixels = 1.5;
+    const osg::Viewport* viewport = state.getCurrentViewport();
+    if (!coarseFill || !coarseLine || !viewport)
+        return false;
+    const osg::BoundingSphere& bound = getBound();
+    const double distance = (eye - osg::Vec3d(bound.center())).length() - static_cast<double>(bound.radius());
+    const double pixelsAtOneMetre = 0.5 * state.getProjectionMatrix()(1, 1) * viewport->height();
+    return coarseError * pixelsAtOneMetre < hardlySeenPixels * distance;
+}
+
+void AxWorldGeometry::drawFill(bool coarse, osg::State& state, bool hasBuffers) const
+{
+    if (coarse)
+        return coarseFill->draw(state, hasBuffers);
+    for (const auto& primitives : _primitives)
+        if (IsFill(*primitives))
+            primitives->draw(state, hasBuffers);
+}
+
+void AxWorldGeometry::drawLines(bool coarse, osg::State& state, bool hasBuffers) const
+{
+    if (coarse)
+        return coarseLine->draw(state, hasBuffers);
+    for (const auto& primitives : _primitives)
+        if (!IsFill(*primitives))
+            primitives->draw(state, hasBuffers);
 }
 
 void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
@@ -276,35 +325,36 @@ void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
     arrays->setVertexBufferObjectSupported(hasBuffers);
     drawVertexArraysImplementation(info);
 
-    const auto draw = [&](bool fills) {
-        for (const auto& primitives : _primitives)
-            if (IsFill(*primitives) == fills)
-                primitives->draw(state, hasBuffers);
-    };
+    const bool coarse = isSmall(eye, state);
     const bool isStencilFree = !state.getLastAppliedMode(GL_STENCIL_TEST);
     const bool hasFill = std::any_of(_primitives.begin(), _primitives.end(),
                                      [](const auto& primitives) { return IsFill(*primitives); });
-    if (hasFill && isStencilFree && MayFold(eye)) {
+    if (hasFill && isStencilFree && MayFold(eye, coarse ? coarseSteepest : steepest)) {
         // Marks the pixels first, then paints each and takes its mark away.
         glEnable(GL_STENCIL_TEST);
         glStencilMask(onceBit);
         glStencilFunc(GL_ALWAYS, onceBit, onceBit);
         glStencilOp(GL_KEEP, GL_KEEP, GL_REPLACE);
         glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-        draw(true);
+        drawFill(coarse, state, hasBuffers);
         glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
         glStencilFunc(GL_EQUAL, onceBit, onceBit);
         glStencilOp(GL_KEEP, GL_KEEP, GL_ZERO);
-        draw(true);
+        drawFill(coarse, state, hasBuffers);
         glStencilMask(~0u);
         glDisable(GL_STENCIL_TEST);
         state.haveAppliedAttribute(osg::StateAttribute::STENCIL);
         state.haveAppliedAttribute(osg::StateAttribute::COLORMASK);
         state.haveAppliedMode(GL_STENCIL_TEST, osg::StateAttribute::OFF);
     } else {
-        draw(true);
+        drawFill(coarse, state, hasBuffers);
     }
-    draw(false);
+    // Short lines gain little by it, and many of them are what it costs most for.
+    if (coarse)
+        glDisable(GL_LINE_SMOOTH);
+    drawLines(coarse, state, hasBuffers);
+    if (coarse)
+        glEnable(GL_LINE_SMOOTH);
 
     if (hasBuffers && !hasArrayObjects) {
         arrays->unbindVertexBufferObject();

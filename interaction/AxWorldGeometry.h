@@ -57,8 +57,17 @@ protected:
 
 private:
     bool IsBeyondHorizon(const osg::Vec3d& eye) const;
-    bool MayFold(const osg::Vec3d& eye) const;
+    bool MayFold(const osg::Vec3d& eye, double steepestSlope) const;
 
+    void drawLines(bool coarse, osg::State& state, bool hasBuffers) const;
+    void drawFill(bool coarse, osg::State& state, bool hasBuffers) const;
+    bool isSmall(const osg::Vec3d& eye, const osg::State& state) const;
+
+    // The same shape of fewer points, for small pictures; null when there is none.
+    osg::ref_ptr<osg::DrawElementsUInt> coarseFill;
+    osg::ref_ptr<osg::DrawElementsUInt> coarseLine;
+    double coarseError = 0.0; // metres
+    double coarseSteepest = 0.0;
     double lowest = 0.0;   // metres above the ellipsoid
     double steepest = 0.0; // radians against the horizon
 };

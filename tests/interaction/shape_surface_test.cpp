@@ -225,6 +225,30 @@ TEST(FillOnTheGround, HasTheGroundsHeightsAndNoCracks)
     }
 }
 
+TEST(FillOnTheGround, HasAThinnerTwinForSmallPictures)
+{
+    const Ring ring = Around(-105.0, 37.4, Star(30, 4000.0, 3));
+    AxShapeSurface surface;
+    surface.SetVertices(ring, true, true, Hills);
+    EXPECT_TRUE(surface.Mesh().coarseTriangles.empty()) << "an edit that goes on has no time for it";
+    surface.Refine(Hills);
+    const AxShapeMesh& mesh = surface.Mesh();
+    ASSERT_FALSE(mesh.coarseTriangles.empty());
+    EXPECT_LT(mesh.coarseTriangles.size(), mesh.triangles.size() / 5);
+    AxShapeMesh twin;
+    twin.points = mesh.points;
+    twin.triangles = mesh.coarseTriangles;
+    EXPECT_NEAR(Cover(twin).triangles / RingAngle(ring), 1.0, 1e-3);
+    EXPECT_EQ(Cover(twin).doubled, 0u);
+    // What was left out of the outline lies near the line past it.
+    for (std::size_t i = 0, k = 0; i < mesh.outlineCount; ++i) {
+        k += k + 1 < mesh.coarseOutline.size() && mesh.coarseOutline[k + 1] <= i;
+        const osg::Vec3d a = mesh.points[mesh.coarseOutline[k]];
+        const osg::Vec3d b = mesh.points[mesh.coarseOutline[(k + 1) % mesh.coarseOutline.size()]];
+        EXPECT_LE(((mesh.points[i] - a) ^ (b - a)).length() / (b - a).length(), mesh.coarseError + 1e-6);
+    }
+}
+
 TEST(FillOnTheGround, StaysCoarseWhereTheGroundIsEven)
 {
     AxShapeSurface surface;
