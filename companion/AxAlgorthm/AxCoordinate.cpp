@@ -2,8 +2,8 @@
 #include <AxAlgorthm/AxCoordinate.h>
 
 #include <GeographicLib/Geodesic.hpp>
-#include <GeographicLib/PolygonArea.hpp>
 #include <GeographicLib/Math.hpp>
+#include <GeographicLib/PolygonArea.hpp>
 #include <GeographicLib/TransverseMercator.hpp>
 #include <GeographicLib/UTMUPS.hpp>
 
