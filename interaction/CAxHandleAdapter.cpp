@@ -347,6 +347,7 @@ bool CAxHandleAdapter::mayEdit() const
 bool CAxHandleAdapter::ChangeVertices(std::vector<osg::Vec3d> points, const QString& text)
 {
     GetAnchor() = std::move(points);
+    GetBlockElevation();
     editText = text;
     const Running self(this);
     const bool isAccepted = _ReponseHandleMove();

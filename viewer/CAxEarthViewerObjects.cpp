@@ -319,4 +319,7 @@ bool CAxEarthViewer::RenameBlock(const QString& id, const QString& name)
     return true;
 }
 
-void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter*) {}
+void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter*)
+{
+    // No model layer can be loaded yet, so there is none to touch.
+}
