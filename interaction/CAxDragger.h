@@ -22,7 +22,7 @@ class AXEARTHVIEWER_EXPORT CAxDragger : public QObject, public osgEarth::Annotat
 {
     Q_OBJECT
 public:
-    enum DragType
+    enum DragType : int
     {
         DragSphere = 0, ///< of radius size
         DragBox = 1,    ///< of edge size

@@ -73,6 +73,9 @@ CAxEarthViewer::~CAxEarthViewer()
     ReleaseAll();
     // While there is still everything that a map object is part of.
     destroyAllObjects();
+    // Clearing itself it tells the actions, which belong to this widget.
+    delete undoStack;
+    undoStack = nullptr;
     // The overlays are deleted with the scene, while this widget is still whole.
     QGraphicsScene* overlays = scene();
     setScene(nullptr);

@@ -35,7 +35,7 @@ protected:
 
 TEST_F(Tools, DrawWhatTheirTableSays)
 {
-    for (int tool = 0; tool <= 33; ++tool) {
+    for (int tool = 0; tool <= 31; ++tool) {
         viewer->SetToolType(static_cast<EToolType>(tool));
         CAxHandleAdapter* drawn = viewer->createShapeNode();
         EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock) << tool;
