@@ -31,6 +31,7 @@
 #include <QResizeEvent>
 #include <QScopedValueRollback>
 #include <QSplashScreen>
+#include <QUndoStack>
 
 #include <cstdlib>
 
