@@ -76,8 +76,9 @@ void CAxEarthViewer::SetToolType(EToolType eToolType)
 {
     if (eToolType == toolType)
         return;
+    const bool leavesObject = !IsBarTool(toolType) && IsBarTool(eToolType) && appType == appTypeOne;
     if (GetToolKind(toolType) != ToolKindDraw) {
-        if (!IsBarTool(toolType) && IsBarTool(eToolType) && appType == appTypeOne)
+        if (leavesObject)
             _SetCurHandleAdapter(nullptr);
         if (StartsNewShape(eToolType)) {
             _SetCurHandleAdapter(nullptr);
@@ -88,6 +89,9 @@ void CAxEarthViewer::SetToolType(EToolType eToolType)
     } else {
         if (curHandleAdapter && curHandleAdapter->GetHandleOperation() == OperationDrawing)
             curHandleAdapter->EndHandle();
+        // What was drawn last is left as well, though the drawing was accepted.
+        if (leavesObject)
+            _SetCurHandleAdapter(nullptr);
         if (IsBarTool(toolType) && !IsBarTool(eToolType))
             mapToolsWidget->ResetToolType();
     }

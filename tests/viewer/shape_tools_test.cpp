@@ -94,6 +94,7 @@ TEST_F(Tools, EndWhatTheyWereDrawingAndClearWhatWasSelected)
     EXPECT_EQ(viewer->FindExistNode(measurement->GetHandleID()), measurement) << "it was accepted";
     EXPECT_EQ(viewer->GetCurHandleAdapter(), measurement) << "a drawing tool leaves the current object";
 
+    viewer->SetAppType(0);
     // A refused one goes.
     viewer->SetToolType(ToolMeasureDistance);
     const QPointer<CAxHandleAdapter> refused = viewer->createShapeNode();
@@ -101,6 +102,18 @@ TEST_F(Tools, EndWhatTheyWereDrawingAndClearWhatWasSelected)
     viewer->SetToolType(ToolNavigate);
     EXPECT_TRUE(waitFor([&] { return !refused; }));
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+
+    // An accepted one stays current, unless a host of kind 1 goes on to the bar.
+    for (const int appType : {0, 1}) {
+        viewer->SetAppType(appType);
+        viewer->SetToolType(ToolPolygonBlock);
+        for (const osg::Vec2d& corner : {osg::Vec2d(18.0, 3.0), osg::Vec2d(22.0, 3.0), osg::Vec2d(20.0, 6.0)})
+            Click(corner.x(), corner.y());
+        viewer->SetToolType(ToolMeasureDistance);
+        EXPECT_EQ(viewer->GetCurHandleAdapter() == nullptr, appType == 1);
+        viewer->SetToolType(ToolNavigate);
+    }
+    viewer->SetAppType(0);
 
     // A new shape starts with nothing selected.
     viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
