@@ -146,11 +146,13 @@ int CAxEarthViewer::removeFromRegistry(CAxHandleAdapter* adapter, bool deleteBlo
     if (entry == adapterRegistry.end() || entry->second != adapter)
         return 0;
     const QString id = entry->first;
-    adapterRegistry.erase(entry);
-    adapter->registered = false;
+    // Who hears of the deleted record still finds the object, and may remove it.
     if (deleteBlock)
         CAxBlockManager::instance().DeleteBlock(id);
-    return 1;
+    if (FindExistNode(id) != adapter)
+        return 0;
+    adapter->registered = false;
+    return static_cast<int>(adapterRegistry.erase(id));
 }
 
 void CAxEarthViewer::destroy(CAxHandleAdapter* adapter)
@@ -175,12 +177,14 @@ bool CAxEarthViewer::RemoveHanderAdapter(CAxHandleAdapter* adapter, bool deleteB
 {
     if (!adapter || adapter->leaving)
         return false;
+    const QPointer<CAxHandleAdapter> alive(adapter);
     adapter->ClearFeatureNodeContained();
     if (adapter == curHandleAdapter)
         _SetCurHandleAdapter(nullptr);
     if (adapter->GetBlockType() == CAxBlock::MarkPointBlock) {
         removeFromRegistry(adapter, deleteBlock);
-        destroy(adapter);
+        if (alive)
+            destroy(adapter);
         return true;
     }
     multiSelectAdapters.removeAll(adapter);
@@ -190,7 +194,8 @@ bool CAxEarthViewer::RemoveHanderAdapter(CAxHandleAdapter* adapter, bool deleteB
     }
     adapter->RemoveAllTask();
     removeFromRegistry(adapter, deleteBlock);
-    destroy(adapter);
+    if (alive)
+        destroy(adapter);
     return true;
 }
 
@@ -205,7 +210,7 @@ bool CAxEarthViewer::RemoveAllHanderAdapter(bool deleteBlock)
 
 void CAxEarthViewer::RemoveCurHandle()
 {
-    CAxHandleAdapter* adapter = curHandleAdapter;
+    const QPointer<CAxHandleAdapter> adapter = curHandleAdapter;
     if (removeFromRegistry(adapter, true) > 0) {
         unregistered += adapter;
         // Nothing is found any more, so the object stays where it is drawn.

@@ -133,6 +133,20 @@ TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
     EXPECT_TRUE(waitFor([&] { return !told; }));
 
+    // By one that hears of the record, which goes before the entry does.
+    QPointer<CAxHandleAdapter> twice = Import("twice", {{18, 8}, {22, 8}, {20, 12}});
+    bool isFound = false;
+    const auto again = QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockDeleted, viewer,
+                                        [&isFound](const QString& id) {
+                                            isFound = viewer->FindExistNode(id) != nullptr;
+                                            viewer->RemoveHanderAdapter(id, true);
+                                        });
+    EXPECT_TRUE(viewer->RemoveHanderAdapter(twice.data(), true));
+    QObject::disconnect(again);
+    EXPECT_TRUE(isFound);
+    EXPECT_FALSE(twice);
+    EXPECT_EQ(viewer->FindExistNode(QStringLiteral("twice")), nullptr);
+
     // While it is moved, selected, and its record is gone behind its back.
     QPointer<CAxHandleAdapter> moved = Import("moved", {{18, 8}, {22, 8}, {20, 12}});
     CAxBlockManager::instance().DeleteBlock("moved");
