@@ -1,24 +1,12 @@
 #include "interaction/AxEdgeHandles.h"
 #include "interaction/AxEditRules.h"
+#include "interaction/AxGlobePoint.h"
 #include "interaction/AxViewRay.h"
 
-#include <osg/Math>
-#include <osgEarth/GeoData>
-#include <osgEarth/SpatialReference>
-
 namespace {
-const osgEarth::SpatialReference* Geographic()
-{
-    static const osg::ref_ptr<const osgEarth::SpatialReference> wgs84 =
-        osgEarth::SpatialReference::get("wgs84");
-    return wgs84.get();
-}
-
 osg::Vec3d WorldOf(const osg::Vec3d& place)
 {
-    osg::Vec3d world;
-    osgEarth::GeoPoint(Geographic(), place).toWorld(world);
-    return world;
+    return axGlobe::WorldAt(axGlobe::NormalAt(place), place.z());
 }
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "interaction/AxEditRules.h"
+#include "interaction/AxGlobePoint.h"
 
 #include <osg/CoordinateSystemNode>
 #include <osg/Math>
@@ -7,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace axGlobe;
+
 namespace {
 const osg::EllipsoidModel& Earth()
 {
@@ -14,6 +17,7 @@ const osg::EllipsoidModel& Earth()
     return *wgs84;
 }
 
+// By the same ellipsoid as the way back: osg's polar radius is cut a little short.
 osg::Vec3d WorldOf(const osg::Vec3d& place)
 {
     osg::Vec3d world;
@@ -31,28 +35,11 @@ osg::Vec3d PlaceOf(const osg::Vec3d& world)
     return place;
 }
 
-osg::Vec3d NormalOf(const osg::Vec3d& place)
-{
-    const double lat = osg::DegreesToRadians(place.y());
-    const double lng = osg::DegreesToRadians(place.x());
-    return {std::cos(lat) * std::cos(lng), std::cos(lat) * std::sin(lng), std::sin(lat)};
-}
-
 osg::Vec3d PlaceUnder(const osg::Vec3d& normal, double altitude)
 {
-    return {osg::RadiansToDegrees(std::atan2(normal.y(), normal.x())),
-            osg::RadiansToDegrees(std::atan2(normal.z(), std::hypot(normal.x(), normal.y()))), altitude};
-}
-
-// The ellipsoid's point with that normal, raised; without any trigonometry.
-osg::Vec3d WorldUnder(const osg::Vec3d& normal, double altitude)
-{
-    const double a = Earth().getRadiusEquator();
-    const double b = Earth().getRadiusPolar();
-    const double polar2 = b * b / (a * a);
-    const double primeVertical = a / std::sqrt(1.0 - (1.0 - polar2) * normal.z() * normal.z());
-    return {(primeVertical + altitude) * normal.x(), (primeVertical + altitude) * normal.y(),
-            (primeVertical * polar2 + altitude) * normal.z()};
+    osg::Vec3d place = LngLatOf(normal);
+    place.z() = altitude;
+    return place;
 }
 
 // Two vertices of a shape as one step from the other, around the end when it is closed.
@@ -100,9 +87,7 @@ std::optional<Edge> PreviousEdge(int index, int count, bool closed)
 
 osg::Vec3d MiddleOf(const osg::Vec3d& a, const osg::Vec3d& b)
 {
-    osg::Vec3d middle = NormalOf(a) + NormalOf(b);
-    const double altitude = 0.5 * (a.z() + b.z());
-    return middle.normalize() > 1e-9 ? PlaceUnder(middle, altitude) : a;
+    return PlaceUnder(Middle(NormalAt(a), NormalAt(b)), 0.5 * (a.z() + b.z()));
 }
 
 osg::Vec3d KeepAngle(const osg::Vec3d& before, const osg::Vec3d& corner, const osg::Vec3d& wanted,
@@ -151,8 +136,8 @@ void AxSnapTargets::AddVertex(const osg::Vec3d& lngLatAlt)
 
 void AxSnapTargets::AddEdge(const osg::Vec3d& a, const osg::Vec3d& b)
 {
-    const osg::Vec3d from = NormalOf(a);
-    const osg::Vec3d to = NormalOf(b);
+    const osg::Vec3d from = NormalAt(a);
+    const osg::Vec3d to = NormalAt(b);
     osg::Vec3d side = (from ^ to) ^ from;
     if (side.normalize() > 1e-12)
         arcs.push_back({from, side, std::atan2((from ^ to).length(), from * to)});
@@ -176,16 +161,16 @@ std::optional<osg::Vec3d> AxSnapTargets::Find(const osg::Vec3d& wanted, const Ax
     // from aslant; a few steps along the edge's picture lead there.
     constexpr int steps = 4;
     constexpr double worthSteps = 20.0 * AxEditRules::snapPixels;
-    const osg::Vec3d normal = NormalOf(wanted);
+    const osg::Vec3d normal = NormalAt(wanted);
     std::optional<osg::Vec3d> onEdge;
     for (const Arc& arc : arcs) {
         const auto pointAt = [&arc](double t) { return arc.from * std::cos(t) + arc.side * std::sin(t); };
-        const auto pictureAt = [&](double t) { return view.project(WorldUnder(pointAt(t), wanted.z())); };
+        const auto pictureAt = [&](double t) { return view.project(WorldAt(pointAt(t), wanted.z())); };
         double t = std::clamp(std::atan2(normal * arc.side, normal * arc.from), 0.0, arc.angle);
         auto picture = pictureAt(t);
         if (!picture || (*picture - view.target).length() > worthSteps)
             continue;
-        const double ahead = AxEditRules::snapPixels * view.metresPerPixel / Earth().getRadiusEquator();
+        const double ahead = AxEditRules::snapPixels * view.metresPerPixel / semiMajorAxis;
         for (int i = 0; i < steps; ++i) {
             const auto further = pictureAt(t + ahead);
             const osg::Vec2d way = further ? *further - *picture : osg::Vec2d();

@@ -1,10 +1,9 @@
 #include "interaction/AxRingInPlane.h"
 
-#include <geos_c.h>
+#include <support/GeosContext.h>
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
 namespace {
 constexpr double pi = 3.14159265358979323846;
@@ -51,39 +50,22 @@ osg::Vec3d ToLngLat(const QPointF& point, int pole)
             0.0};
 }
 
-struct GeosEnd
-{
-    GEOSContextHandle_t geos;
-    void operator()(GEOSGeometry* geometry) const { GEOSGeom_destroy_r(geos, geometry); }
-};
-using GeosGeometry = std::unique_ptr<GEOSGeometry, GeosEnd>;
-
 // Within the ring: `middle` if it is, else any place. Nothing for a ring that crosses itself.
 std::optional<QPointF> PlaceWithin(const std::vector<QPointF>& ring, const QPointF& middle)
 {
-    const std::unique_ptr<std::remove_pointer_t<GEOSContextHandle_t>, void (*)(GEOSContextHandle_t)> context(
-        GEOS_init_r(), GEOS_finish_r);
-    GEOSContextHandle_t geos = context.get();
-    const auto size = static_cast<unsigned>(ring.size());
-    GEOSCoordSequence* points = GEOSCoordSeq_create_r(geos, size + 1, 2);
-    if (!points)
+    const GeosContext geos;
+    const GeosContext::Geometry polygon = geos.polygon(ring);
+    if (!polygon || GEOSisValid_r(geos.handle(), polygon.get()) != 1)
         return std::nullopt;
-    for (unsigned i = 0; i <= size; ++i)
-        GEOSCoordSeq_setXY_r(geos, points, i, ring[i % size].x(), ring[i % size].y());
-    const auto keep = [geos](GEOSGeometry* geometry) { return GeosGeometry(geometry, GeosEnd{geos}); };
-    GeosGeometry line = keep(GEOSGeom_createLinearRing_r(geos, points));
-    if (!line)
-        return std::nullopt;
-    const GeosGeometry polygon = keep(GEOSGeom_createPolygon_r(geos, line.release(), nullptr, 0));
-    if (!polygon || GEOSisValid_r(geos, polygon.get()) != 1)
-        return std::nullopt;
-    const GeosGeometry center = keep(GEOSGeom_createPointFromXY_r(geos, middle.x(), middle.y()));
-    if (center && GEOSContains_r(geos, polygon.get(), center.get()) == 1)
+    const GeosContext::Geometry center =
+        geos.own(GEOSGeom_createPointFromXY_r(geos.handle(), middle.x(), middle.y()));
+    if (center && GEOSContains_r(geos.handle(), polygon.get(), center.get()) == 1)
         return middle;
-    const GeosGeometry inside = keep(GEOSPointOnSurface_r(geos, polygon.get()));
+    const GeosContext::Geometry inside = geos.own(GEOSPointOnSurface_r(geos.handle(), polygon.get()));
     double x = 0.0;
     double y = 0.0;
-    if (!inside || GEOSGeomGetX_r(geos, inside.get(), &x) != 1 || GEOSGeomGetY_r(geos, inside.get(), &y) != 1)
+    if (!inside || GEOSGeomGetX_r(geos.handle(), inside.get(), &x) != 1 ||
+        GEOSGeomGetY_r(geos.handle(), inside.get(), &y) != 1)
         return std::nullopt;
     return QPointF(x, y);
 }

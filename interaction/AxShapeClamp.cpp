@@ -1,4 +1,5 @@
 #include "interaction/AxShapeClamp.h"
+#include "interaction/AxGlobePoint.h"
 
 #include <osg/observer_ptr>
 #include <osgEarth/SpatialReference>
@@ -18,13 +19,6 @@ namespace {
 constexpr int collectMs = 60;
 // Of each frame's time.
 constexpr qint64 budgetNs = 2000000;
-
-osg::Vec3d Direction(double lng, double lat)
-{
-    lng = osg::DegreesToRadians(lng);
-    lat = osg::DegreesToRadians(lat);
-    return {std::cos(lat) * std::cos(lng), std::cos(lat) * std::sin(lng), std::sin(lat)};
-}
 
 double Angle(const osg::Vec3d& a, const osg::Vec3d& b)
 {
@@ -80,12 +74,12 @@ public:
     void onTileAdded(const osgEarth::TileKey& key, osg::Node*, osgEarth::TerrainCallbackContext&) override
     {
         const osgEarth::GeoExtent& extent = key.getExtent();
-        const osg::Vec3d middle =
-            Direction(0.5 * (extent.xMin() + extent.xMax()), 0.5 * (extent.yMin() + extent.yMax()));
+        const osg::Vec3d middle = axGlobe::NormalAt(
+            {0.5 * (extent.xMin() + extent.xMax()), 0.5 * (extent.yMin() + extent.yMax()), 0.0});
         double reach = 0.0;
         for (const double lng : {extent.xMin(), extent.xMax()})
             for (const double lat : {extent.yMin(), extent.yMax()})
-                reach = std::max(reach, Angle(middle, Direction(lng, lat)));
+                reach = std::max(reach, Angle(middle, axGlobe::NormalAt({lng, lat, 0.0})));
         for (AxShapeClamp* shape : shapes)
             if (shape->reach >= 0.0 && Angle(middle, shape->direction) <= reach + shape->reach)
                 Ask(shape);
