@@ -1,4 +1,5 @@
 #include "viewer/CAxTextToSpeechRelay.h"
+#include "viewer/AxBrokenPipe.h"
 #include "viewer/AxViewerLog.h"
 #include "viewer/CAxTextToSpeechVoices.h"
 
@@ -49,6 +50,8 @@ void CAxTextToSpeechWorker::GiveUp()
 void CAxTextToSpeechWorker::Start()
 {
     GiveUp();
+    // The daemon's client library writes on although the daemon has died.
+    AxSurviveBrokenPipes();
     lastStart.start();
     speech = std::make_unique<QTextToSpeech>(RelayedEngine());
     const bool ready = speech->state() == QTextToSpeech::Ready;
