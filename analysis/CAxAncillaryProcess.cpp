@@ -9,6 +9,8 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* earthViewer, QObject* p
     CreateNoFlyZone();
 }
 
+CAxAncillaryProcess::~CAxAncillaryProcess() = default;
+
 void CAxAncillaryProcess::CreateNoFlyZone()
 {
     zoneRoot = new osg::Switch;
@@ -34,3 +36,40 @@ bool CAxAncillaryProcess::Intersection(osgEarth::Symbology::Geometry*, QStringLi
     ids.clear();
     return false;
 }
+
+void CAxAncillaryProcess::SetCurrViewPort(const osgEarth::Viewpoint& viewpoint)
+{
+    currViewPort = viewpoint;
+}
+
+osgEarth::Viewpoint CAxAncillaryProcess::GetCurrViewPort() const
+{
+    return currViewPort;
+}
+
+QStringList CAxAncillaryProcess::ZonesAt(double, double) const
+{
+    return {};
+}
+
+QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double, double, double) const
+{
+    return {};
+}
+
+void CAxAncillaryProcess::FlashZones(const QStringList&) {}
+
+void CAxAncillaryProcess::block() {}
+
+void CAxAncillaryProcess::release() {}
+
+void CAxAncillaryProcess::SetElevationQueryPara(int, int, double, osgEarth::Map*,
+                                                const osgEarth::Symbology::Geometry&,
+                                                const std::vector<osgEarth::TileKey>&, QObject*,
+                                                CAxElevationQuery*)
+{
+}
+
+void CAxAncillaryProcess::GenerateElevation(const QVariant&) {}
+
+void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant) {}

@@ -6,8 +6,8 @@ class QWidget;
 // The modal boxes of the map. Both return when the operator has answered, and
 // let events run meanwhile.
 
-/// A message with its confirming button alone.
-void AxShowNotice(QWidget* parent, const QString& title, const QString& text);
+/// A message with its confirming button alone; `details` stand below it in smaller print.
+void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details = {});
 
 /// A question; true when it was confirmed.
 bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text);

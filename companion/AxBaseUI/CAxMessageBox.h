@@ -19,7 +19,12 @@ public:
     /// Shown as it is: markup in it is not interpreted, line breaks are kept, long lines are wrapped.
     void SetMsgText(const QString& text);
 
+    /// What the operator may want to know besides, in smaller print below the message. Empty, as at first:
+    /// nothing.
+    void SetDetails(const QString& text);
+
 private:
     QLabel* m_pLabIcon;
     QLabel* m_pLabText;
+    QLabel* m_pLabDetails;
 };

@@ -8,9 +8,20 @@ CAxNoflyZoneMgr::CAxNoflyZoneMgr(QObject* parent) : QObject(parent) {}
 
 CAxNoflyZoneMgr::~CAxNoflyZoneMgr() = default;
 
+namespace {
+QString chosenFile;
+}
+
+void CAxNoflyZoneMgr::SetNoflyFile(const QString& path)
+{
+    chosenFile = path;
+}
+
 QString CAxNoflyZoneMgr::CheckExistNoflyFile() const
 {
-    const QFileInfo file(QDir(QCoreApplication::applicationDirPath()), QStringLiteral("NoflyZone.db"));
+    const QFileInfo file = chosenFile.isEmpty() ? QFileInfo(QDir(QCoreApplication::applicationDirPath()),
+                                                            QStringLiteral("NoflyZone.db"))
+                                                : QFileInfo(chosenFile);
     return file.isFile() ? file.absoluteFilePath() : QString();
 }
 

@@ -20,7 +20,11 @@ public:
     explicit CAxNoflyZoneMgr(QObject* parent = nullptr);
     ~CAxNoflyZoneMgr() override;
 
-    /// Full path of the zone file "NoflyZone.db" beside the application; empty when there is none.
+    /// Names the zone file to use instead of "NoflyZone.db" beside the application. Call it before the
+    /// globe starts; an empty name restores the rule.
+    static void SetNoflyFile(const QString& path);
+
+    /// Full path of the zone file; empty when there is none.
     QString CheckExistNoflyFile() const;
 
     bool DecryptionNoflyFile(QString source, QString target);

@@ -1,0 +1,40 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <osg/ref_ptr>
+#include <osgEarthSymbology/Geometry>
+
+#include <QList>
+#include <QMap>
+#include <QPolygonF>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+/// All no-fly zones as they are drawn and tested, by ascending zone id. Longitude (x) and latitude (y)
+/// in degrees. Nothing of it changes once it is loaded, so any thread may read it.
+struct AxNoflyZones
+{
+    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> polygons; ///< as decreed
+    /// Zones with lifts: what is left of them, in as many pieces as it takes; this is what is drawn.
+    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::MultiGeometry>> displayGeometry;
+    /// Zones with lifts: their outline less the lifted areas; this is what areas are tested against.
+    QMap<QString, QPolygonF> outlines;
+    /// For each lift of a zone "begin;expiry;area" as they stand in the file.
+    QMultiMap<QString, QString> liftEntries;
+};
+
+/// The polygon of a zone's area text: points "longitude,latitude[,altitude]" in degrees, joined by "|". A
+/// single point is the centre of a circle of 8 km with 73 points. Empty when the text holds no point.
+AXEARTHVIEWER_EXPORT osg::ref_ptr<osgEarth::Symbology::Polygon> AxZonePolygon(const QString& area);
+
+/// The columns and tables that AxReadZones() takes its rows from.
+AXEARTHVIEWER_EXPORT QString AxZoneColumns();
+AXEARTHVIEWER_EXPORT QString AxZoneTable();
+AXEARTHVIEWER_EXPORT QString AxLiftColumns();
+AXEARTHVIEWER_EXPORT QString AxLiftTable();
+
+/// Turns rows of the two tables into zones. Rows that are switched off, lifts that are not granted and
+/// whatever cannot be read are left out, the last with a line in the log.
+AXEARTHVIEWER_EXPORT AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows,
+                                              const QList<QVariant>& liftRows);

@@ -1,0 +1,72 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <OpenThreads/Condition>
+#include <OpenThreads/Mutex>
+#include <osg/OperationThread>
+#include <osg/ref_ptr>
+#include <osg/Vec3d>
+#include <osgEarthSymbology/Geometry>
+
+#include <QString>
+#include <QVariant>
+
+class CAxEarthViewer;
+
+/// What an AxUserOperation does to the scene; other values do nothing.
+enum User_Operation
+{
+    LoadModel = 1,
+    RemoveModel = 2,
+    AddNoFlyZone = 3,
+    RemoveNoFlyZone = 4,
+    DrawGeometry = 6,
+    ApplyLighting = 7,
+    RemoveLighting = 8,
+};
+
+/**
+ * A change of the scene, made elsewhere and run once on the update traversal:
+ * construct it, fill it, hand it to osgViewer::Viewer::addUpdateOperation() and
+ * let go of it. Its fields are not touched once it is queued.
+ *
+ * Reference counted. Made on any thread; operator() runs on the one that
+ * updates the scene; block() is for every other.
+ */
+class AXEARTHVIEWER_EXPORT AxUserOperation : public osg::Operation
+{
+public:
+    explicit AxUserOperation(User_Operation kind);
+
+    void setEarthViewer(CAxEarthViewer* earthViewer) { viewer = earthViewer; }
+    /// The node to make, find or remove.
+    void setUserName(const QString& userName) { name = userName; }
+    /// Longitude, latitude in degrees, height in metres.
+    void setUserPos(const osg::Vec3d& userPos) { position = userPos; }
+    /// Copied; longitude, latitude in degrees.
+    void setUserPolygon(const osgEarth::Symbology::Polygon& userPolygon);
+    void setUserMultiGeometry(const osgEarth::Symbology::MultiGeometry& userGeometry);
+    /// A file path or a list of points, by kind.
+    void setUserValue(const QVariant& userValue) { value = userValue; }
+
+    /// Waits until the operation has run. For ever, if it was queued on anything but a viewer.
+    void block();
+    /// Wakes all who wait in block().
+    void release() override;
+    /// `object` is the view that runs it; with any other the operation does nothing at all.
+    void operator()(osg::Object* object) override;
+
+private:
+    ~AxUserOperation() override;
+
+    User_Operation kind;
+    CAxEarthViewer* viewer = nullptr;
+    QString name;
+    osg::Vec3d position;
+    osg::ref_ptr<osgEarth::Symbology::Polygon> polygon;
+    osg::ref_ptr<osgEarth::Symbology::MultiGeometry> multiGeometry;
+    QVariant value;
+    OpenThreads::Mutex gate;
+    OpenThreads::Condition opened;
+    bool released = false;
+};
