@@ -1,4 +1,160 @@
 #include "analysis/AxNoflyZones.h"
+#include "analysis/AxZoneArea.h"
+#include "analysis/AxZoneClipping.h"
+#include "viewer/AxViewerLog.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <future>
+#include <thread>
+
+using osgEarth::Symbology::MultiGeometry;
+using osgEarth::Symbology::Polygon;
+
+namespace {
+constexpr int grantedStatus = 2;
+const QChar fieldSeparator(';');
+
+namespace zoneColumn {
+constexpr int id = 2;
+constexpr int enable = 3;
+constexpr int area = 4;
+constexpr int count = 5;
+} // namespace zoneColumn
+
+namespace liftColumn {
+constexpr int begin = 0;
+constexpr int expiry = 1;
+constexpr int area = 2;
+constexpr int ids = 3;
+constexpr int status = 5;
+constexpr int count = 6;
+} // namespace liftColumn
+
+/// Calls work(i) for each i below count, on all processors.
+template <typename Work> void ForAll(int count, const Work& work)
+{
+    const int threads = std::min(count, static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
+    std::vector<std::future<void>> shares;
+    for (int share = 0; share < threads; ++share)
+        shares.push_back(std::async(std::launch::async, [=, &work] {
+            for (int i = share; i < count; i += threads)
+                work(i);
+        }));
+    for (std::future<void>& share : shares)
+        share.get();
+}
+
+struct ReadZone
+{
+    QString id;
+    osg::ref_ptr<Polygon> polygon;
+    int parts = 0;
+    int unusable = 0;
+    bool isRow = false;
+    bool isEnabled = false;
+};
+
+ReadZone Read(const QVariant& row)
+{
+    ReadZone zone;
+    const QVariantList columns = row.toList();
+    zone.isRow = columns.size() >= zoneColumn::count && !columns[zoneColumn::id].toString().isEmpty();
+    if (!zone.isRow)
+        return zone;
+    zone.id = columns[zoneColumn::id].toString();
+    zone.isEnabled = columns[zoneColumn::enable].toBool();
+    if (!zone.isEnabled)
+        return zone;
+    const AxZoneArea area = AxReadArea(columns[zoneColumn::area].toString());
+    zone.parts = area.parts;
+    zone.unusable = area.unusable;
+    const std::vector<osg::Vec3d> ring = AxZoneRing(area);
+    zone.polygon = new Polygon(&ring);
+    return zone;
+}
+
+void ReadPolygons(const QList<QVariant>& rows, AxNoflyZones& zones)
+{
+    std::vector<ReadZone> read(static_cast<std::size_t>(rows.size()));
+    ForAll(rows.size(), [&](int i) { read[static_cast<std::size_t>(i)] = Read(rows[i]); });
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        const ReadZone& zone = read[i];
+        if (!zone.isRow) {
+            qCWarning(axViewerLog).nospace() << "no-fly zones: row " << i + 1 << " has no id, left out";
+            continue;
+        }
+        if (!zone.isEnabled)
+            continue;
+        if (zone.polygon->empty())
+            qCWarning(axViewerLog) << "no-fly zone" << zone.id << "has no readable area";
+        else if (zone.unusable > 0)
+            qCWarning(axViewerLog) << "no-fly zone" << zone.id << "is drawn without" << zone.unusable
+                                   << "of its" << zone.parts << "points, which are no places on the globe";
+        zones.polygons.insert(zone.id, zone.polygon);
+    }
+}
+
+/// Fills the lift entries; returns the ids of the lifted zones in the order in which they are first met.
+QStringList ReadLifts(const QList<QVariant>& rows, AxNoflyZones& zones)
+{
+    QStringList lifted;
+    QSet<QString> known;
+    for (int i = 0; i < rows.size(); ++i) {
+        const QVariantList columns = rows[i].toList();
+        if (columns.size() < liftColumn::count) {
+            qCWarning(axViewerLog).nospace() << "lifts of no-fly zones: row " << i + 1 << " is incomplete";
+            continue;
+        }
+        if (columns[liftColumn::status].toInt() != grantedStatus)
+            continue;
+        const QString ids = columns[liftColumn::ids].toString();
+        // An id list of a single character names no zone.
+        if (ids.size() <= 1)
+            continue;
+        const QString entry = columns[liftColumn::begin].toString() + fieldSeparator +
+                              columns[liftColumn::expiry].toString() + fieldSeparator +
+                              columns[liftColumn::area].toString();
+        for (const QString& id : ids.split(',', Qt::SkipEmptyParts)) {
+            zones.liftEntries.insert(id, entry);
+            if (!known.contains(id)) {
+                known.insert(id);
+                lifted += id;
+            }
+        }
+    }
+    return lifted;
+}
+
+AxRing LiftRing(const QString& entry)
+{
+    constexpr int areaField = 2;
+    return AxReadArea(entry.section(fieldSeparator, areaField, areaField)).points;
+}
+
+void Clip(const QStringList& lifted, AxNoflyZones& zones)
+{
+    std::vector<AxClippedZone> clipped(static_cast<std::size_t>(lifted.size()));
+    ForAll(lifted.size(), [&](int i) {
+        const auto polygon = zones.polygons.value(lifted[i]);
+        std::vector<AxRing> lifts;
+        for (const QString& entry : zones.liftEntries.values(lifted[i]))
+            lifts.push_back(LiftRing(entry));
+        clipped[static_cast<std::size_t>(i)] = AxClipZone(polygon ? polygon->asVector() : AxRing(), lifts);
+    });
+    for (int i = 0; i < lifted.size(); ++i) {
+        const AxClippedZone& zone = clipped[static_cast<std::size_t>(i)];
+        if (!zones.polygons.contains(lifted[i]))
+            qCWarning(axViewerLog) << "a lift names the no-fly zone" << lifted[i] << "which is not in force";
+        if (zone.unusable > 0)
+            qCWarning(axViewerLog) << "no-fly zone" << lifted[i] << "stays without" << zone.unusable
+                                   << "of its lifts: a ring of thousands of points crosses itself";
+        zones.displayGeometry.insert(lifted[i], zone.display);
+        zones.outlines.insert(lifted[i], zone.outline);
+    }
+}
+} // namespace
 
 QString AxZoneColumns()
 {
@@ -20,12 +176,44 @@ QString AxLiftTable()
     return QStringLiteral("lift_no_fly_zone");
 }
 
-osg::ref_ptr<osgEarth::Symbology::Polygon> AxZonePolygon(const QString&)
+osg::ref_ptr<Polygon> AxZonePolygon(const QString& area)
 {
-    return new osgEarth::Symbology::Polygon;
+    const std::vector<osg::Vec3d> ring = AxZoneRing(AxReadArea(area));
+    return new Polygon(&ring);
 }
 
-AxNoflyZones AxReadZones(const QList<QVariant>&, const QList<QVariant>&)
+AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>& liftRows)
 {
-    return {};
+    AxNoflyZones zones;
+    ReadPolygons(zoneRows, zones);
+    Clip(ReadLifts(liftRows, zones), zones);
+    return zones;
+}
+
+QList<AxNoflyLift> AxLiftsOf(const AxNoflyZones& zones, const QString& id, const QDateTime& now)
+{
+    QList<AxNoflyLift> lifts;
+    for (const QString& entry : zones.liftEntries.values(id)) {
+        AxNoflyLift lift;
+        lift.begin = entry.section(fieldSeparator, 0, 0);
+        lift.expiry = entry.section(fieldSeparator, 1, 1);
+        lift.isOutOfDate = AxIsPast(lift.expiry, now);
+        lifts.prepend(lift);
+    }
+    return lifts;
+}
+
+bool AxIsPast(const QString& time, const QDateTime& now)
+{
+    bool isNumber = false;
+    const qint64 seconds = time.toLongLong(&isNumber);
+    QDateTime moment = isNumber ? QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC)
+                                : QDateTime::fromString(QString(time).replace(' ', 'T'), Qt::ISODate);
+    if (!moment.isValid())
+        return false;
+    // A day without an hour lasts until its end.
+    constexpr int dateLength = 10;
+    if (!isNumber && time.trimmed().size() <= dateLength)
+        moment = moment.addDays(1);
+    return moment < now;
 }

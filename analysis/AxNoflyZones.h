@@ -4,12 +4,22 @@
 #include <osg/ref_ptr>
 #include <osgEarthSymbology/Geometry>
 
+#include <QDateTime>
 #include <QList>
 #include <QMap>
 #include <QPolygonF>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
+
+/// A lift of a no-fly zone, as the operator reads of it.
+struct AxNoflyLift
+{
+    QString begin;
+    QString expiry;
+    /// The expiry is a date and has passed. Such a lift applies all the same.
+    bool isOutOfDate = false;
+};
 
 /// All no-fly zones as they are drawn and tested, by ascending zone id. Longitude (x) and latitude (y)
 /// in degrees. Nothing of it changes once it is loaded, so any thread may read it.
@@ -38,3 +48,11 @@ AXEARTHVIEWER_EXPORT QString AxLiftTable();
 /// whatever cannot be read are left out, the last with a line in the log.
 AXEARTHVIEWER_EXPORT AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows,
                                               const QList<QVariant>& liftRows);
+
+/// The lifts of a zone in the order of the file.
+AXEARTHVIEWER_EXPORT QList<AxNoflyLift> AxLiftsOf(const AxNoflyZones& zones, const QString& id,
+                                                  const QDateTime& now);
+/// Whether a time of the file has passed: ISO 8601, local time unless it says otherwise, with "T" or a blank
+/// before the hour; a day alone lasts to its end; a whole number counts seconds since 1970. False for
+/// anything else.
+AXEARTHVIEWER_EXPORT bool AxIsPast(const QString& time, const QDateTime& now);

@@ -3,10 +3,11 @@
 
 /// Arithmetic with longitudes, degrees. Pure functions.
 namespace AxLongitudes {
-/// The same meridian counted so that it lies within half a turn of `reference`.
+/// The same meridian counted so that it lies within half a turn of `reference`; to the bit what it was when it
+/// does already.
 inline double NearestTo(double reference, double longitude)
 {
-    return reference + std::remainder(longitude - reference, 360.0);
+    return longitude - 360.0 * std::round((longitude - reference) / 360.0);
 }
 
 /// Brought into [-180, 180].

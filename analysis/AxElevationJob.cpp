@@ -1,0 +1,63 @@
+#include "analysis/AxElevationJob.h"
+
+#include <osgEarth/ElevationQuery>
+#include <osgEarth/GeoData>
+
+#include <algorithm>
+
+namespace {
+struct Box
+{
+    double west, south, east, north;
+};
+
+std::vector<Box> Tiles(const AxElevationJob& job, const osgEarth::SpatialReference& geographic)
+{
+    std::vector<Box> tiles;
+    for (const osgEarth::TileKey& key : job.keys) {
+        const osgEarth::GeoExtent extent = key.getExtent().transform(&geographic);
+        if (extent.isValid())
+            tiles.push_back({extent.xMin(), extent.yMin(), extent.xMax(), extent.yMax()});
+    }
+    const osgEarth::Bounds box = job.area ? job.area->getBounds() : osgEarth::Bounds();
+    if (job.keys.empty() && box.valid())
+        tiles.push_back({box.xMin(), box.yMin(), box.xMax(), box.yMax()});
+    return tiles;
+}
+
+/// The i-th of n values spread over the range, both ends taken; its middle when there is one only.
+double Spread(double from, double to, int i, int n)
+{
+    return n > 1 ? from + (to - from) * i / (n - 1) : (from + to) / 2.0;
+}
+} // namespace
+
+QVariantList AxSampleElevations(const AxElevationJob& job, const std::function<bool(int)>& progress)
+{
+    QVariantList places;
+    if (!job.map)
+        return places;
+    constexpr int all = 100;
+    const osg::ref_ptr<const osgEarth::SpatialReference> geographic = job.map->getSRS()->getGeographicSRS();
+    const int columns = std::max(1, job.columns);
+    const int rows = std::max(1, job.rows);
+    const std::vector<Box> tiles = Tiles(job, *geographic);
+    osgEarth::ElevationQuery heights(job.map);
+    int done = 0;
+    const double rowCount = static_cast<double>(tiles.size()) * rows;
+    for (const Box& tile : tiles)
+        for (int row = 0; row < rows; ++row) {
+            for (int column = 0; column < columns; ++column) {
+                const double longitude = Spread(tile.west, tile.east, column, columns);
+                const double latitude = Spread(tile.south, tile.north, row, rows);
+                double height = 0.0;
+                if ((!job.area || job.area->empty() || job.area->contains2D(longitude, latitude)) &&
+                    heights.getElevation(osgEarth::GeoPoint(geographic, longitude, latitude), height,
+                                         job.resolution))
+                    places += QVariant(QVariantList{longitude, latitude, height});
+            }
+            if (!progress(static_cast<int>(++done * all / rowCount)))
+                return places;
+        }
+    return places;
+}

@@ -1,0 +1,29 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <osg/ref_ptr>
+#include <osgEarth/Map>
+#include <osgEarth/TileKey>
+#include <osgEarthSymbology/Geometry>
+
+#include <QVariant>
+
+#include <functional>
+#include <vector>
+
+/// Heights of the ground on a grid over an area.
+struct AxElevationJob
+{
+    int columns = 0; ///< of places in each tile, at least one
+    int rows = 0;
+    double resolution = 0.0; ///< the finest that is wanted, degrees; 0: the best there is
+    osg::ref_ptr<osgEarth::Map> map;
+    osg::ref_ptr<const osgEarth::Symbology::Polygon> area; ///< degrees; without points everything counts
+    std::vector<osgEarth::TileKey> keys; ///< without any, the box around the area is the one tile
+};
+
+/// The places inside the area, tile by tile, each a list of longitude, latitude (degrees) and altitude
+/// (metres). Places without a height are left out. `progress` hears of percent done and answers whether to
+/// go on. Reads the map's sources, so it takes long and belongs on a thread that may wait.
+AXEARTHVIEWER_EXPORT QVariantList AxSampleElevations(const AxElevationJob& job,
+                                                     const std::function<bool(int percent)>& progress);

@@ -1,0 +1,29 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <osg/Geometry>
+#include <osg/Matrixd>
+#include <osg/Node>
+#include <osg/ref_ptr>
+#include <osgEarth/SpatialReference>
+
+#include <QVariant>
+
+/// The outline of a model on the ground.
+struct AxModelBoundJob
+{
+    osg::ref_ptr<osg::Node> model;
+    osg::Matrixd modelToWorld;
+    osg::ref_ptr<const osgEarth::SpatialReference> srs; ///< of the world
+    int number = 0;                                     ///< given back with the answer
+    double margin = 0.0;                                ///< metres around the model
+};
+
+/// The convex outline of all vertices of the model as seen from above, with the margin around it: a list of
+/// longitude, latitude (degrees) and altitude (metres, the model's lowest). Empty for a model without
+/// vertices or with such as are no places.
+AXEARTHVIEWER_EXPORT QVariantList AxModelOutline(const AxModelBoundJob& job);
+
+/// The closed line through such an outline, in world coordinates; null for an empty one.
+AXEARTHVIEWER_EXPORT osg::ref_ptr<osg::Geometry> AxOutlineDrawable(const QVariantList& outline,
+                                                                   const osgEarth::SpatialReference& srs);

@@ -1,0 +1,101 @@
+#include "analysis/AxZoneArea.h"
+#include "interaction/AxLongitudes.h"
+
+#include <osg/Math>
+#include <osgEarth/GeoMath>
+
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace {
+constexpr double fullTurn = 360.0;
+constexpr double poleLatitude = 90.0;
+constexpr double circleMetres = 8000.0;
+constexpr int circleSegments = 72;
+constexpr double sphereMetres = 6378137.0;
+
+std::string_view Trimmed(std::string_view text)
+{
+    constexpr std::string_view blank = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(blank);
+    return first == text.npos ? std::string_view()
+                              : text.substr(first, text.find_last_not_of(blank) + 1 - first);
+}
+
+bool ReadNumber(std::string_view text, double& number)
+{
+    text = Trimmed(text);
+    if (!text.empty() && text.front() == '+')
+        text.remove_prefix(1);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && std::isfinite(number);
+}
+
+/// Cuts the text off at the separator and returns what stood before it.
+std::string_view TakePart(std::string_view& text, char separator)
+{
+    const std::size_t at = text.find(separator);
+    const std::string_view part = text.substr(0, at);
+    text.remove_prefix(at == text.npos ? text.size() : at + 1);
+    return part;
+}
+
+bool ReadPoint(std::string_view part, osg::Vec3d& point)
+{
+    return ReadNumber(TakePart(part, ','), point.x()) && ReadNumber(TakePart(part, ','), point.y()) &&
+           std::abs(point.x()) <= fullTurn && std::abs(point.y()) <= poleLatitude;
+}
+} // namespace
+
+AxZoneArea AxReadArea(const QString& area)
+{
+    AxZoneArea result;
+    const QByteArray bytes = area.toLatin1();
+    std::string_view rest(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    while (!rest.empty()) {
+        const std::string_view part = TakePart(rest, '|');
+        if (part.empty())
+            continue;
+        ++result.parts;
+        osg::Vec3d point;
+        if (!ReadPoint(part, point)) {
+            ++result.unusable;
+            continue;
+        }
+        // The first one decides on which side of the antimeridian the ring lies.
+        point.x() =
+            AxLongitudes::NearestTo(result.points.empty() ? 0.0 : result.points.back().x(), point.x());
+        result.points.push_back(point);
+    }
+    return result;
+}
+
+std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude)
+{
+    const auto centreLongitude = static_cast<float>(longitude);
+    const auto centreLatitude = static_cast<float>(latitude);
+    std::vector<osg::Vec3d> ring;
+    ring.reserve(circleSegments + 1);
+    for (int i = 0; i < circleSegments; ++i) {
+        double lat = 0.0;
+        double lon = 0.0;
+        osgEarth::GeoMath::destination(osg::DegreesToRadians(static_cast<double>(centreLatitude)),
+                                       osg::DegreesToRadians(static_cast<double>(centreLongitude)),
+                                       osg::DegreesToRadians(fullTurn * i / circleSegments), circleMetres,
+                                       lat, lon, sphereMetres);
+        ring.emplace_back(static_cast<float>(AxLongitudes::NearestTo(static_cast<double>(centreLongitude),
+                                                                     osg::RadiansToDegrees(lon))),
+                          static_cast<float>(osg::RadiansToDegrees(lat)), 0.0);
+    }
+    ring.push_back(ring.front());
+    return ring;
+}
+
+std::vector<osg::Vec3d> AxZoneRing(const AxZoneArea& area)
+{
+    if (area.parts >= 2)
+        return area.points;
+    return area.points.empty() ? std::vector<osg::Vec3d>()
+                               : AxZoneCircle(area.points.front().x(), area.points.front().y());
+}
