@@ -3,6 +3,7 @@
 
 #include <OpenThreads/Condition>
 #include <OpenThreads/Mutex>
+#include <osg/Group>
 #include <osg/OperationThread>
 #include <osg/ref_ptr>
 #include <osg/Vec3d>
@@ -12,6 +13,10 @@
 #include <QVariant>
 
 class CAxEarthViewer;
+
+namespace osgEarth {
+class SpatialReference;
+}
 
 /// What an AxUserOperation does to the scene; other values do nothing.
 enum User_Operation
@@ -46,8 +51,14 @@ public:
     /// Copied; longitude, latitude in degrees.
     void setUserPolygon(const osgEarth::Symbology::Polygon& userPolygon);
     void setUserMultiGeometry(const osgEarth::Symbology::MultiGeometry& userGeometry);
-    /// A file path or a list of points, by kind.
+    /// A file path, or a list of points by longitude, latitude in degrees: a
+    /// QPolygonF or a list of QPointF, QVector3D or lists of two or three numbers.
     void setUserValue(const QVariant& userValue) { value = userValue; }
+
+    /// Makes the node of AddNoFlyZone on the thread that queues the operation, so
+    /// that the update traversal has only to hang it into the scene. Call it last
+    /// and once, with the viewer set; without the call the operation makes the node itself.
+    void Prepare();
 
     /// Waits until the operation has run. For ever, if it was queued on anything but a viewer.
     void block();
@@ -59,6 +70,13 @@ public:
 private:
     ~AxUserOperation() override;
 
+    void Act(osg::Group& scene);
+    void LoadModelFile(osg::Group& scene) const;
+    void AddZone(osg::Group& scene);
+    void DrawShape(osg::Group& scene) const;
+    void Light(osg::Group& scene) const;
+    const osgEarth::SpatialReference* MapSRS(osg::Group* scene) const;
+
     User_Operation kind;
     CAxEarthViewer* viewer = nullptr;
     QString name;
@@ -66,6 +84,7 @@ private:
     osg::ref_ptr<osgEarth::Symbology::Polygon> polygon;
     osg::ref_ptr<osgEarth::Symbology::MultiGeometry> multiGeometry;
     QVariant value;
+    osg::ref_ptr<osg::Node> prepared;
     OpenThreads::Mutex gate;
     OpenThreads::Condition opened;
     bool released = false;

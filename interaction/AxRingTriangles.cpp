@@ -60,14 +60,21 @@ double Turn(const osg::Vec2d& a, const osg::Vec2d& b, const osg::Vec2d& c)
 // The tessellator makes a point of every crossing, and a scribble of a thousand
 // lines has a hundred thousand of them: a second's work for a picture that
 // tells nothing. A sample of the pairs of edges finds it out beforehand.
-bool IsScribble(const std::vector<osg::Vec2d>& ring)
+bool IsScribble(const std::vector<std::vector<osg::Vec2d>>& rings)
 {
     constexpr std::size_t fewEdges = 250;
     constexpr std::size_t samples = 1000;
     constexpr std::size_t mostCrossings = 10000;
-    const std::size_t count = ring.size();
+    std::size_t count = 0;
+    for (const std::vector<osg::Vec2d>& ring : rings)
+        count += ring.size();
     if (count < fewEdges)
         return false;
+    std::vector<std::array<osg::Vec2d, 2>> edges;
+    edges.reserve(count);
+    for (const std::vector<osg::Vec2d>& ring : rings)
+        for (std::size_t i = 0; i < ring.size(); ++i)
+            edges.push_back({ring[i], ring[(i + 1) % ring.size()]});
     std::uint32_t random = 1;
     const auto next = [&random, count] {
         random = random * 1664525u + 1013904223u; // Numerical Recipes' quick generator
@@ -75,12 +82,8 @@ bool IsScribble(const std::vector<osg::Vec2d>& ring)
     };
     std::size_t met = 0;
     for (std::size_t i = 0; i < samples; ++i) {
-        const std::size_t first = next();
-        const std::size_t second = next();
-        const osg::Vec2d& a = ring[first];
-        const osg::Vec2d& b = ring[(first + 1) % count];
-        const osg::Vec2d& c = ring[second];
-        const osg::Vec2d& d = ring[(second + 1) % count];
+        const auto& [a, b] = edges[next()];
+        const auto& [c, d] = edges[next()];
         met += Turn(a, b, c) * Turn(a, b, d) < 0.0 && Turn(c, d, a) * Turn(c, d, b) < 0.0;
     }
     return met * count / samples * count / 2 > mostCrossings;
@@ -94,7 +97,13 @@ template <typename Function> osg::_GLUfuncptr Callback(Function function)
 
 AxRingFill AxFillRing(const std::vector<osg::Vec2d>& ring)
 {
-    if (ring.size() < 3 || IsScribble(ring))
+    return AxFillRings({ring});
+}
+
+AxRingFill AxFillRings(const std::vector<std::vector<osg::Vec2d>>& rings)
+{
+    if (std::none_of(rings.begin(), rings.end(), [](const auto& ring) { return ring.size() >= 3; }) ||
+        IsScribble(rings))
         return {};
     const std::unique_ptr<osg::GLUtesselator, void (*)(osg::GLUtesselator*)> tess(
         osg::gluNewTess(), [](osg::GLUtesselator* t) { osg::gluDeleteTess(t); });
@@ -108,14 +117,18 @@ AxRingFill AxFillRing(const std::vector<osg::Vec2d>& ring)
     osg::gluTessNormal(tess.get(), 0.0, 0.0, 1.0);
 
     Filling filling;
-    filling.ringSize = ring.size();
+    for (const std::vector<osg::Vec2d>& ring : rings)
+        filling.ringSize += ring.size();
     osg::gluTessBeginPolygon(tess.get(), &filling);
-    osg::gluTessBeginContour(tess.get());
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        GLdouble location[3] = {ring[i].x(), ring[i].y(), 0.0};
-        osg::gluTessVertex(tess.get(), location, ToHandle(i));
+    std::size_t index = 0;
+    for (const std::vector<osg::Vec2d>& ring : rings) {
+        osg::gluTessBeginContour(tess.get());
+        for (const osg::Vec2d& point : ring) {
+            GLdouble location[3] = {point.x(), point.y(), 0.0};
+            osg::gluTessVertex(tess.get(), location, ToHandle(index++));
+        }
+        osg::gluTessEndContour(tess.get());
     }
-    osg::gluTessEndContour(tess.get());
     osg::gluTessEndPolygon(tess.get());
     if (filling.failed || filling.fill.triangles.size() % 3 != 0)
         return {};

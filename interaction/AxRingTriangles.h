@@ -27,3 +27,7 @@ struct AxRingFill
 /// Coordinates are finite. Nothing comes of a ring without area, and of one that
 /// crosses itself some ten thousand times.
 AXEARTHVIEWER_EXPORT AxRingFill AxFillRing(const std::vector<osg::Vec2d>& ring);
+
+/// The same of several rings together: a ring within another one is a hole, and
+/// one within the hole an island. Indices count the points of all rings in their order.
+AXEARTHVIEWER_EXPORT AxRingFill AxFillRings(const std::vector<std::vector<osg::Vec2d>>& rings);
