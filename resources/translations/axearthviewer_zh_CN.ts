@@ -744,6 +744,13 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
+    <name>AxZoneHover</name>
+    <message>
+        <source>and %1 more</source>
+        <translation>及另外 %1 个</translation>
+    </message>
+</context>
+<context>
     <name>CAxHandleAdapter</name>
     <message>
         <source>Change of %1</source>
