@@ -1,52 +1,312 @@
+#include <AxData/AxSealedFile.h>
 #include <AxData/CAxNoflyZoneMgr.h>
+
+#include "AxPrivateFolder.h"
+#include "AxZoneQuery.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
+#include <QLoggingCategory>
+#include <QMutex>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QThread>
+#include <QUrl>
 
-CAxNoflyZoneMgr::CAxNoflyZoneMgr(QObject* parent) : QObject(parent) {}
+#include <atomic>
 
-CAxNoflyZoneMgr::~CAxNoflyZoneMgr() = default;
+Q_LOGGING_CATEGORY(logData, "ax.data")
 
 namespace {
-QString chosenFile;
+/// How long a start-up waits for another program's: reading a file takes a tenth of it.
+constexpr int lockWaitMs = 3000;
+constexpr int lockPollMs = 20;
+/// A lock older than this was left by a process whose number another one has by now.
+constexpr int staleLockMs = 60000;
+
+struct Choices
+{
+    QMutex mutex;
+    QString file;
+    QByteArray key;
+};
+
+Choices& choices()
+{
+    static Choices instance;
+    return instance;
+}
+
+QByteArray sampleKey()
+{
+    return QByteArrayLiteral("AxEarthViewer: zones of the sample");
+}
+
+QString RealPath(const QString& path)
+{
+    const QString real = QFileInfo(path).canonicalFilePath();
+    return real.isEmpty() ? QFileInfo(path).absoluteFilePath() : real;
+}
+
+QString Shown(const QString& path)
+{
+    return QDir::toNativeSeparators(path);
+}
+} // namespace
+
+struct CAxNoflyZoneMgr::State
+{
+    QString error;
+    /// The file opened in place; empty when there is none.
+    QString opened;
+    std::unique_ptr<QLockFile> lock;
+    /// The plain form of `aside` lies here instead.
+    std::unique_ptr<AxPrivateFolder> folder;
+    QString aside;
+    /// This object saw the seal of the plain form.
+    bool isAuthentic = false;
+    QString connection;
+    QString connected;
+};
+
+CAxNoflyZoneMgr::CAxNoflyZoneMgr(QObject* parent) : QObject(parent), m_state(std::make_unique<State>()) {}
+
+CAxNoflyZoneMgr::~CAxNoflyZoneMgr()
+{
+    if (!m_state->connection.isEmpty())
+        CloseDataBase();
+    if (!m_state->opened.isEmpty())
+        SealInPlace(m_state->opened);
 }
 
 void CAxNoflyZoneMgr::SetNoflyFile(const QString& path)
 {
-    chosenFile = path;
+    const QMutexLocker locker(&choices().mutex);
+    choices().file = path;
+}
+
+void CAxNoflyZoneMgr::SetNoflyKey(const QByteArray& key)
+{
+    const QMutexLocker locker(&choices().mutex);
+    choices().key = key;
+}
+
+QByteArray CAxNoflyZoneMgr::GetNoflyKey()
+{
+    const QMutexLocker locker(&choices().mutex);
+    return choices().key.isEmpty() ? sampleKey() : choices().key;
 }
 
 QString CAxNoflyZoneMgr::CheckExistNoflyFile() const
 {
-    const QFileInfo file = chosenFile.isEmpty() ? QFileInfo(QDir(QCoreApplication::applicationDirPath()),
-                                                            QStringLiteral("NoflyZone.db"))
-                                                : QFileInfo(chosenFile);
+    QMutexLocker locker(&choices().mutex);
+    const QString chosen = choices().file;
+    locker.unlock();
+    const QFileInfo file = chosen.isEmpty() ? QFileInfo(QDir(QCoreApplication::applicationDirPath()),
+                                                        QStringLiteral("NoflyZone.db"))
+                                            : QFileInfo(chosen);
     return file.isFile() ? file.absoluteFilePath() : QString();
 }
 
-bool CAxNoflyZoneMgr::DecryptionNoflyFile(QString /*source*/, QString /*target*/)
+bool CAxNoflyZoneMgr::DecryptionNoflyFile(QString source, QString target)
 {
-    return false;
+    if (RealPath(source) == RealPath(target))
+        return OpenInPlace(RealPath(source));
+    QString error;
+    const bool done = AxSealedFile::FormOf(source) == AxSealedFile::Form::Database
+                          ? AxSealedFile::Copy(source, target, error)
+                          : AxSealedFile::Open(source, target, GetNoflyKey(), error);
+    return done || Fail(error);
 }
 
-bool CAxNoflyZoneMgr::EncryptionNoflyFile(QString /*source*/, QString /*target*/)
+bool CAxNoflyZoneMgr::OpenInPlace(const QString& path)
 {
-    return false;
+    if (m_state->opened == path || m_state->aside == path)
+        return true;
+    if (!m_state->opened.isEmpty() || !m_state->aside.isEmpty())
+        return Fail(tr("\"%1\" is still open.").arg(Shown(m_state->opened + m_state->aside)));
+    if (!QFileInfo(path).isFile())
+        return Fail(tr("There is no file \"%1\".").arg(Shown(path)));
+    if (!Lock(path))
+        return OpenAside(path);
+
+    AxSealedFile::RemoveLeftovers(path);
+    m_state->isAuthentic = AxSealedFile::FormOf(path) != AxSealedFile::Form::Database;
+    QString error;
+    if (m_state->isAuthentic && !AxSealedFile::Open(path, path, GetNoflyKey(), error)) {
+        m_state->lock.reset();
+        return OpenAside(path);
+    }
+    m_state->opened = path;
+    return true;
 }
 
-bool CAxNoflyZoneMgr::ConnectDataBase(QString /*path*/)
+bool CAxNoflyZoneMgr::OpenAside(const QString& path)
 {
-    return false;
+    auto folder = std::make_unique<AxPrivateFolder>();
+    if (!folder->IsValid())
+        return Fail(
+            tr("There is no room for the plain form of \"%1\": %2.").arg(Shown(path), folder->ErrorString()));
+    // Looked at once: while another program opens and seals the file it is one or the other.
+    const bool isPlain = AxSealedFile::FormOf(path) == AxSealedFile::Form::Database;
+    QString error;
+    if (isPlain ? !AxSealedFile::Copy(path, folder->FilePath(), error)
+                : !AxSealedFile::Open(path, folder->FilePath(), GetNoflyKey(), error))
+        return Fail(error);
+    m_state->folder = std::move(folder);
+    m_state->aside = path;
+    m_state->isAuthentic = !isPlain;
+    return true;
 }
 
-bool CAxNoflyZoneMgr::SelectRecord(QString /*columns*/, QString /*table*/, QString /*condition*/,
-                                   QString /*order*/, QList<QVariant>& /*rows*/)
+bool CAxNoflyZoneMgr::EncryptionNoflyFile(QString source, QString target)
 {
-    return false;
+    if (!m_state->connection.isEmpty())
+        CloseDataBase(); // an open file cannot be replaced on every system
+    if (RealPath(source) == RealPath(target))
+        return SealInPlace(RealPath(source));
+    QString error;
+    bool done = false;
+    switch (AxSealedFile::FormOf(source)) {
+    case AxSealedFile::Form::Sealed:
+        done = AxSealedFile::Copy(source, target, error);
+        break;
+    case AxSealedFile::Form::Unknown:
+        error = tr("\"%1\" is no zone database.").arg(Shown(source));
+        break;
+    default:
+        done = AxSealedFile::Seal(source, target, GetNoflyKey(), error);
+    }
+    return done || Fail(error);
+}
+
+bool CAxNoflyZoneMgr::SealInPlace(const QString& path)
+{
+    if (m_state->aside == path) {
+        m_state->folder.reset();
+        m_state->aside.clear();
+        return true;
+    }
+    const bool wasOpened = m_state->opened == path;
+    if (!wasOpened && m_state->opened.isEmpty() && QFileInfo(path).isFile() &&
+        AxSealedFile::FormOf(path) == AxSealedFile::Form::Database && !Lock(path))
+        return Fail(tr("\"%1\" cannot be sealed: another program uses it, or its folder cannot be written.")
+                        .arg(Shown(path)));
+
+    bool done = true;
+    QString error;
+    switch (AxSealedFile::FormOf(path)) {
+    case AxSealedFile::Form::Sealed:
+        break;
+    case AxSealedFile::Form::Unknown:
+        error = tr("\"%1\" is no zone database.").arg(Shown(path));
+        done = false;
+        break;
+    default:
+        done = AxSealedFile::Seal(path, path, GetNoflyKey(), error);
+    }
+    if (wasOpened || m_state->opened.isEmpty()) {
+        m_state->opened.clear();
+        m_state->lock.reset();
+    }
+    return done || Fail(error);
+}
+
+bool CAxNoflyZoneMgr::Lock(const QString& path)
+{
+    auto lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
+    lock->setStaleLockTime(staleLockMs);
+    QElapsedTimer waiting;
+    waiting.start();
+    while (!lock->tryLock(0)) {
+        if (lock->error() != QLockFile::LockFailedError || waiting.hasExpired(lockWaitMs)) {
+            qCInfo(logData) << "The zone file cannot be locked:" << Shown(path) << lock->error();
+            return false;
+        }
+        QThread::msleep(lockPollMs);
+    }
+    m_state->lock = std::move(lock);
+    return true;
+}
+
+bool CAxNoflyZoneMgr::ConnectDataBase(QString path)
+{
+    if (!m_state->connection.isEmpty())
+        CloseDataBase();
+    const QString real = RealPath(path);
+    const bool isAside = m_state->aside == real;
+    const QString file = isAside ? m_state->folder->FilePath() : real;
+    switch (AxSealedFile::FormOf(file)) {
+    case AxSealedFile::Form::None:
+        return Fail(tr("There is no file \"%1\", or it cannot be read.").arg(Shown(path)));
+    case AxSealedFile::Form::Sealed:
+        return Fail(tr("\"%1\" is sealed.").arg(Shown(path)));
+    case AxSealedFile::Form::Unknown:
+        return Fail(tr("\"%1\" is no zone database.").arg(Shown(path)));
+    case AxSealedFile::Form::Database:
+        break;
+    }
+
+    static std::atomic<unsigned> count{0};
+    const QString connection = QStringLiteral("AxNoflyZone-%1").arg(++count);
+    QString error;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection);
+        // Immutable: nothing is written beside the file, and no journal that lies there is played back.
+        database.setDatabaseName(QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded()) +
+                                 QStringLiteral("?immutable=1"));
+        database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
+        if (!database.open()) {
+            error = database.lastError().text();
+        } else {
+            const bool isAuthentic = m_state->isAuthentic && (isAside || m_state->opened == real);
+            if (isAuthentic || AxZoneQuery(database).IsSound(error)) {
+                m_state->connection = connection;
+                m_state->connected = real;
+                return true;
+            }
+            database.close();
+        }
+    }
+    QSqlDatabase::removeDatabase(connection);
+    return Fail(tr("\"%1\" cannot be read: %2").arg(Shown(path), error));
+}
+
+bool CAxNoflyZoneMgr::SelectRecord(QString columns, QString table, QString condition, QString order,
+                                   QList<QVariant>& rows)
+{
+    if (m_state->connection.isEmpty())
+        return Fail(tr("No zone database is open."));
+    const QSqlDatabase database = QSqlDatabase::database(m_state->connection, false);
+    QString error;
+    if (AxZoneQuery(database).Select(columns, table, condition, order, rows, error))
+        return true;
+    return Fail(tr("\"%1\": %2").arg(Shown(m_state->connected), error));
 }
 
 bool CAxNoflyZoneMgr::CloseDataBase()
 {
+    if (m_state->connection.isEmpty())
+        return Fail(tr("No zone database is open."));
+    QSqlDatabase::database(m_state->connection, false).close();
+    QSqlDatabase::removeDatabase(m_state->connection);
+    m_state->connection.clear();
+    m_state->connected.clear();
+    return true;
+}
+
+QString CAxNoflyZoneMgr::GetLastError() const
+{
+    return m_state->error;
+}
+
+bool CAxNoflyZoneMgr::Fail(const QString& reason)
+{
+    m_state->error = reason;
+    qCWarning(logData).noquote() << reason;
     return false;
 }

@@ -2,35 +2,89 @@
 
 #include <AxData/AxDataExport.h>
 
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QVariant>
 
-/// Owner of the enciphered no-fly-zone file and of a database connection to its plain form. Each thread
-/// that reads zones uses an instance of its own.
-///
-/// This build has no cipher and no zone database yet: CheckExistNoflyFile looks, every other operation
-/// changes nothing and returns false.
+#include <memory>
+
+/**
+ * Owner of the sealed no-fly-zone file (see AxSealedFile.h) and of a read-only
+ * database connection to its plain form, an SQLite database. The order is
+ * DecryptionNoflyFile, ConnectDataBase, SelectRecord as often as needed,
+ * CloseDataBase, EncryptionNoflyFile.
+ *
+ * An object is used on the thread that made it, any number of objects on any
+ * number of threads, and needs a QCoreApplication. Every operation that returns
+ * false leaves things as they were, says why through GetLastError() and in the
+ * log category "ax.data".
+ */
 class AXDATA_EXPORT CAxNoflyZoneMgr : public QObject
 {
     Q_OBJECT
 
 public:
     explicit CAxNoflyZoneMgr(QObject* parent = nullptr);
+    /// Closes the connection, and seals the file that this object opened in place.
     ~CAxNoflyZoneMgr() override;
 
     /// Names the zone file to use instead of "NoflyZone.db" beside the application. Call it before the
-    /// globe starts; an empty name restores the rule.
+    /// globe starts; an empty name restores the rule. Any thread.
     static void SetNoflyFile(const QString& path);
+
+    /// The key with which zone files are opened and sealed from now on. Any bytes; 32 random ones are best,
+    /// because a guessable key can be guessed. Empty restores the key of the sample that is shipped, which
+    /// is no secret. Any thread.
+    static void SetNoflyKey(const QByteArray& key);
+    static QByteArray GetNoflyKey();
 
     /// Full path of the zone file; empty when there is none.
     QString CheckExistNoflyFile() const;
 
+    /// Writes the plain form of the sealed `source` to `target`. A plain database is taken as it is.
+    ///
+    /// With source and target the same, the file is opened in place and locked against other programs
+    /// until it is sealed. Where that cannot be (the folder cannot be written, the disk is full, another
+    /// program has had it open for some seconds), the plain form goes to a temporary file that only this
+    /// object knows, and ConnectDataBase(target) uses that one.
     bool DecryptionNoflyFile(QString source, QString target);
+
+    /// Writes the sealed form of the plain database `source` to `target`. A file that is sealed already
+    /// stays as it is. With source and target the same, this ends what DecryptionNoflyFile began.
     bool EncryptionNoflyFile(QString source, QString target);
+
+    /// Opens a plain database for reading; an earlier connection of this object is closed.
     bool ConnectDataBase(QString path);
+
+    /// Appends the rows of a table to `rows`, each a QVariant that holds a QVariantList in the order of
+    /// the columns. NULLs and values of other types than expected come as they stand in the table.
+    ///
+    /// columns    names separated by commas, or "*"
+    /// condition  an SQL condition that rows must meet; empty: all rows
+    /// order      names of columns separated by commas, each with or without "ASC" or "DESC"; empty: the
+    ///            order of the file
+    ///
+    /// False, with `rows` untouched, when there is no such table or column, when condition or order is
+    /// none, and when the database turns out to be damaged.
     bool SelectRecord(QString columns, QString table, QString condition, QString order,
                       QList<QVariant>& rows);
+
+    /// False when there is no connection.
     bool CloseDataBase();
+
+    /// Why the last operation that failed did; a sentence that names the file, the table or the column.
+    QString GetLastError() const;
+
+private:
+    struct State;
+
+    bool OpenInPlace(const QString& path);
+    bool OpenAside(const QString& path);
+    bool SealInPlace(const QString& path);
+    bool Lock(const QString& path);
+    bool Fail(const QString& reason);
+
+    std::unique_ptr<State> m_state;
 };
