@@ -20,10 +20,13 @@ const QColor BodyColour(0x2b, 0x37, 0x48);
 const char* const StyleSheet = R"(
 QWidget { color: #f3f6fa; background: transparent; }
 QToolTip { color: #10161f; background: #f3f6fa; border: 1px solid #5a6b80; }
-QLabel#m_pLabTitle { font-weight: bold; }
-QLineEdit, QPlainTextEdit, QListWidget { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px;
+QLabel#m_pLabTitle, QLabel[heading="true"] { font-weight: bold; }
+QLabel#m_pLabError { color: #ffb4a8; }
+QLabel#m_pPicture { background: #182130; border: 1px solid #5a6b80; }
+QLineEdit, QPlainTextEdit, QListWidget, QAbstractSpinBox { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px;
     padding: 4px 6px; selection-background-color: #2f7de1; selection-color: #ffffff; }
-QLineEdit:focus { border-color: #6cb2ff; }
+QLineEdit:focus, QPlainTextEdit:focus, QListWidget:focus, QAbstractSpinBox:focus { border-color: #6cb2ff; }
+QLineEdit[wrong="true"], QPlainTextEdit[wrong="true"], QAbstractSpinBox[wrong="true"] { border-color: #ff8a75; }
 QLineEdit:read-only { background: #2b3748; border-color: #4b5a6e; color: #c9d3e0; }
 QPushButton { background: #3d4d63; border: 1px solid #7a8ba3; border-radius: 3px; padding: 5px 18px;
     min-width: 60px; }
@@ -35,6 +38,14 @@ QPushButton:default:hover { background: #2a6fc9; }
 QPushButton:disabled { color: #9aa7b8; }
 QPushButton#m_pBtnClose { background: transparent; border: none; padding: 0; min-width: 28px; font-size: 16px; }
 QPushButton#m_pBtnClose:hover { background: #b3343a; }
+QScrollBar { background: #182130; border: none; }
+QScrollBar:vertical { width: 10px; }
+QScrollBar:horizontal { height: 10px; }
+QScrollBar::handle { background: #5a6b80; border-radius: 3px; min-height: 24px; min-width: 24px; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QCalendarWidget QWidget { background: #2b3748; alternate-background-color: #1f2937; }
+QCalendarWidget QAbstractItemView { background: #182130; selection-background-color: #2f7de1;
+    selection-color: #ffffff; }
 QProgressBar { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px; text-align: center; }
 QProgressBar::chunk { background: #1f5fb4; }
 )";

@@ -4,6 +4,7 @@
 #include <AxBaseUI/CAxBaseDialog.h>
 
 class QLabel;
+class QScrollArea;
 
 /// A modal box with an icon and a message. exec() returns QDialog::Accepted or QDialog::Rejected.
 class AXBASEUI_EXPORT CAxMessageBox : public CAxBaseDialog
@@ -19,12 +20,13 @@ public:
     /// Shown as it is: markup in it is not interpreted, line breaks are kept, long lines are wrapped.
     void SetMsgText(const QString& text);
 
-    /// What the operator may want to know besides, in smaller print below the message. Empty, as at first:
-    /// nothing.
+    /// What the operator may want to know besides, in smaller print below the message, as plain as that;
+    /// what is longer than ten lines is scrolled. Empty, as at first: nothing.
     void SetDetails(const QString& text);
 
 private:
     QLabel* m_pLabIcon;
     QLabel* m_pLabText;
     QLabel* m_pLabDetails;
+    QScrollArea* m_pDetails;
 };

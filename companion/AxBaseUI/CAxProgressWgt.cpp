@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 namespace {
-constexpr int MinBarWidth = 320;
+constexpr int TextWidth = 400;
 } // namespace
 
 CAxProgressWgt::CAxProgressWgt(const QString& caption, QWidget* parent)
@@ -17,9 +17,9 @@ CAxProgressWgt::CAxProgressWgt(const QString& caption, QWidget* parent)
     m_pLabText->setObjectName(QStringLiteral("m_pLabText"));
     m_pLabText->setTextFormat(Qt::PlainText);
     m_pLabText->setWordWrap(true);
+    m_pLabText->setFixedWidth(TextWidth);
     m_pLabText->hide();
     m_pBar->setObjectName(QStringLiteral("m_pBar"));
-    m_pBar->setMinimumWidth(MinBarWidth);
     m_pBar->setRange(0, 0);
     m_pBtnRetry->setObjectName(QStringLiteral("m_pBtnRetry"));
     m_pBtnRetry->setText(tr("Retry"));
@@ -81,6 +81,8 @@ void CAxProgressWgt::SetValue(int value)
 void CAxProgressWgt::SetText(const QString& text)
 {
     m_pLabText->setText(text);
+    m_pLabText->ensurePolished();
+    m_pLabText->setFixedHeight(m_pLabText->heightForWidth(TextWidth));
     m_pLabText->setVisible(!text.isEmpty());
 }
 

@@ -41,6 +41,9 @@ signals:
     /// The operator pressed Retry; the display stays.
     void signalRetry();
 
+protected:
+    QPushButton* RetryButton() const { return m_pBtnRetry; }
+
 protected slots:
     void slotBtnAcceptClicked() override;
     void slotBtnCancelClicked() override;

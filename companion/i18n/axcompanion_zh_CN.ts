@@ -30,8 +30,80 @@
         <translation>飞行申请</translation>
     </message>
     <message>
-        <source>Applications cannot be sent with this version. Nothing was sent.</source>
-        <translation>此版本不能发送申请，未发送任何内容。</translation>
+        <source>There is no complete application to send. Nothing was sent.</source>
+        <translation>没有完整的申请可发送，未发送任何内容。</translation>
+    </message>
+    <message>
+        <source>No address is set up to which applications are sent. Nothing was sent.</source>
+        <translation>尚未设置接收申请的地址，未发送任何内容。</translation>
+    </message>
+    <message>
+        <source>Applications cannot be sent to &quot;%1&quot;: it is no http or https address. Nothing was sent.</source>
+        <translation>无法向“%1”发送申请：它不是 http 或 https 地址。未发送任何内容。</translation>
+    </message>
+    <message>
+        <source>Connecting to %1 ...</source>
+        <translation>正在连接 %1……</translation>
+    </message>
+    <message>
+        <source>Sent %1 of %2 ...</source>
+        <translation>已发送 %1，共 %2……</translation>
+    </message>
+    <message>
+        <source>Waiting for the answer of %1 ...</source>
+        <translation>正在等待 %1 的答复……</translation>
+    </message>
+    <message>
+        <source>The application was sent.</source>
+        <translation>申请已发送。</translation>
+    </message>
+    <message>
+        <source>The server says: %1</source>
+        <translation>服务器答复：%1</translation>
+    </message>
+    <message>
+        <source>%1 did not take the application (status %2).</source>
+        <translation>%1 未接受该申请（状态 %2）。</translation>
+    </message>
+    <message>
+        <source>%1 sends applications on to another address, which is not followed: %2</source>
+        <translation>%1 要求将申请转发到另一地址，未予转发：%2</translation>
+    </message>
+    <message>
+        <source>%1 does not answer.</source>
+        <translation>%1 没有答复。</translation>
+    </message>
+    <message>
+        <source>No server with the name %1 was found. Is there a network connection?</source>
+        <translation>找不到名为 %1 的服务器。网络是否已连接？</translation>
+    </message>
+    <message>
+        <source>%1 does not take connections.</source>
+        <translation>%1 不接受连接。</translation>
+    </message>
+    <message>
+        <source>The connection to %1 cannot be trusted: %2</source>
+        <translation>与 %1 的连接不可信：%2</translation>
+    </message>
+    <message>
+        <source>The connection to %1 was lost.</source>
+        <translation>与 %1 的连接已中断。</translation>
+    </message>
+    <message>
+        <source>The answer of %1 cannot be understood.</source>
+        <translation>无法理解 %1 的答复。</translation>
+    </message>
+    <message>
+        <source>The application could not be sent to %1: %2</source>
+        <translation>无法将申请发送到 %1：%2</translation>
+    </message>
+    <message>
+        <source>The application may have arrived all the same.</source>
+        <translation>申请可能仍已送达。</translation>
+    </message>
+    <message>
+        <source>Your entries are kept. Retry sends the same application again.</source>
+        <translation>填写的内容已保留。“重试”将再次发送同一申请。</translation>
     </message>
 </context>
 <context>
@@ -41,8 +113,116 @@
         <translation>飞行申请</translation>
     </message>
     <message>
-        <source>Applications cannot be made with this version.</source>
-        <translation>此版本不能提出申请。</translation>
+        <source>Send</source>
+        <translation>发送</translation>
+    </message>
+    <message>
+        <source>Applicant</source>
+        <translation>申请人</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>姓名</translation>
+    </message>
+    <message>
+        <source>Organisation</source>
+        <translation>单位</translation>
+    </message>
+    <message>
+        <source>Phone</source>
+        <translation>电话</translation>
+    </message>
+    <message>
+        <source>E-mail</source>
+        <translation>电子邮箱</translation>
+    </message>
+    <message>
+        <source>Aircraft</source>
+        <translation>飞行器</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>型号</translation>
+    </message>
+    <message>
+        <source>Registration</source>
+        <translation>登记号</translation>
+    </message>
+    <message>
+        <source>Flight</source>
+        <translation>飞行</translation>
+    </message>
+    <message>
+        <source>Purpose</source>
+        <translation>用途</translation>
+    </message>
+    <message>
+        <source>Begin (UTC)</source>
+        <translation>开始（UTC）</translation>
+    </message>
+    <message>
+        <source>End (UTC)</source>
+        <translation>结束（UTC）</translation>
+    </message>
+    <message>
+        <source>Max. height above ground (m)</source>
+        <translation>最大离地高度（米）</translation>
+    </message>
+    <message>
+        <source>Remarks</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>Entries marked with * are required.</source>
+        <translation>标有 * 的项目必须填写。</translation>
+    </message>
+    <message>
+        <source>%1 *</source>
+        <translation>%1 *</translation>
+    </message>
+    <message>
+        <source>No-fly zones of the area: %1</source>
+        <translation>该区域涉及的禁飞区：%1 个</translation>
+    </message>
+    <message>
+        <source>Block: %1</source>
+        <translation>测区：%1</translation>
+    </message>
+    <message>
+        <source>No picture</source>
+        <translation>没有图片</translation>
+    </message>
+    <message>
+        <source>Local time: %1</source>
+        <translation>当地时间：%1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; must be filled in.</source>
+        <translation>“%1”必须填写。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no telephone number: digits and + - ( ) / . are expected, as in +86 10 1234 5678.</source>
+        <translation>“%1”不是电话号码：应由数字和 + - ( ) / . 组成，例如 +86 10 1234 5678。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address: name@example.org is expected.</source>
+        <translation>“%1”不是有效的邮箱地址：格式应如 name@example.org。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; must be a whole number from 1 to %2.</source>
+        <translation>“%1”必须是 1 到 %2 的整数。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; lies in the past.</source>
+        <translation>“%1”早于当前时间。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; must be later than &quot;%2&quot;.</source>
+        <translation>“%1”必须晚于“%2”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; may have %2 characters at most.</source>
+        <translation>“%1”最多 %2 个字符。</translation>
     </message>
 </context>
 <context>

@@ -1,7 +1,5 @@
 #include <AxBaseUI/CAxBaseWidget.h>
 #include <AxBaseUI/CAxMessageBox.h>
-#include <AxBaseUI/CAxNoflyApplyUpload.h>
-#include <AxBaseUI/CAxNoflyApplyWgt.h>
 #include <AxBaseUI/CAxParameterEditPage.h>
 #include <AxBaseUI/CAxProgressWgt.h>
 #include <AxBaseUI/CAxVolumeWgt.h>
@@ -239,6 +237,31 @@ TEST(MessageBox, TakesAMissingIconLongTextAndMarkupAsTheyAre)
     });
 }
 
+TEST(MessageBox, DetailsAreAsWideAsTheyNeedAndScrollWhenLong)
+{
+    CAxMessageBox box;
+    box.SetMsgText(QStringLiteral("The block touches no-fly zones."));
+    const auto* const details = child<QLabel>(box, "m_pLabDetails");
+    const auto* const frame = child<QWidget>(box, "m_pDetails");
+    box.show();
+    const int plain = box.height();
+    EXPECT_TRUE(frame->isHidden());
+    box.SetDetails(QStringLiteral("<i>1</i> & 2"));
+    EXPECT_FALSE(frame->isHidden());
+    EXPECT_EQ(details->textFormat(), Qt::PlainText);
+    EXPECT_EQ(frame->height(), details->height());
+    EXPECT_LT(details->fontMetrics().height(), child<QLabel>(box, "m_pLabText")->fontMetrics().height() + 1);
+    const int narrow = box.width();
+
+    box.SetDetails(QStringLiteral("Zone with a name\n").repeated(300));
+    QApplication::processEvents();
+    EXPECT_GT(details->height(), frame->height());
+    EXPECT_LT(box.height(), plain + 300);
+    EXPECT_LE(box.width(), narrow + 40) << "short lines need no more width";
+    box.SetDetails(QString());
+    EXPECT_TRUE(frame->isHidden());
+}
+
 TEST(ParameterEditPage, ShowsTheGroupsThatWereFilledAndNotHidden)
 {
     CAxParameterEditPage page;
@@ -365,21 +388,6 @@ TEST(ProgressWgt, CancelAndRetryReachTheJob)
     progress.SetValue(99);
     EXPECT_EQ(child<QProgressBar>(progress, "m_pBar")->value(), 3);
     EXPECT_EQ(progress.exec(true), QDialog::Accepted) << "already done";
-}
-
-TEST(NoflyApply, SaysThatNothingCanBeSent)
-{
-    CAxNoflyApplyWgt form(QStringLiteral("id"), {QStringLiteral("7")});
-    form.SetScreenShotsImage(QImage(4, 4, QImage::Format_RGB32));
-    EXPECT_TRUE(form.ComboUploadData().isEmpty());
-    EXPECT_EQ(execAnd(form, [&] { QTest::keyClick(&form, Qt::Key_Return); }), QDialog::Rejected);
-
-    CAxNoflyApplyUpload upload;
-    upload.BeginUpload(QByteArray("x"));
-    EXPECT_FALSE(child<QLabel>(upload, "m_pLabText")->text().isEmpty());
-    EXPECT_EQ(execAnd(
-                  upload, [&] { click(upload, "m_pBtnOK"); }, true),
-              QDialog::Accepted);
 }
 
 TEST(VolumeWgt, ShowsTheDifference)
