@@ -89,9 +89,11 @@ bool ReadUpTo(QIODevice& device, int wanted, QByteArray& data)
 
 bool Write(QIODevice& device, const QByteArray& data, QString& error)
 {
-    if (device.write(data) == data.size())
+    const qint64 written = device.write(data);
+    if (written == data.size())
         return true;
-    error = AxSealedFile::tr("Writing failed: %1.").arg(device.errorString());
+    error = written < 0 ? AxSealedFile::tr("Writing failed: %1.").arg(device.errorString())
+                        : AxSealedFile::tr("Writing failed: the disk is full.");
     return false;
 }
 

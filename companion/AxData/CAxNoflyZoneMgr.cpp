@@ -23,7 +23,7 @@ Q_LOGGING_CATEGORY(logData, "ax.data")
 
 namespace {
 /// How long a start-up waits for another program's: reading a file takes a tenth of it.
-constexpr int lockWaitMs = 3000;
+constexpr int lockWaitMs = 2000;
 constexpr int lockPollMs = 20;
 /// A lock older than this was left by a process whose number another one has by now.
 constexpr int staleLockMs = 60000;

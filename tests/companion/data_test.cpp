@@ -1,11 +1,7 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
-#include <AxData/CAxNoflyZoneMgr.h>
 #include <AxData/CAxTask.h>
 
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QNetworkInterface>
 #include <QSignalSpy>
 
@@ -226,22 +222,4 @@ TEST(CAxControl, WithoutAnyAddressButLoopbackThereIsNoNetwork)
     for (const QHostAddress& address : QNetworkInterface::allAddresses())
         other = other || !(address.isLoopback() || address.isLinkLocal());
     EXPECT_EQ(CAxControl::GetInstance()->IsNetWorkConnected(), other);
-}
-
-TEST(CAxNoflyZoneMgr, FindsTheZoneFileAndRefusesTheRest)
-{
-    QFile file(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("NoflyZone.db")));
-    if (file.exists())
-        GTEST_SKIP() << "a zone file stands beside the test program";
-    CAxNoflyZoneMgr zones;
-    EXPECT_TRUE(zones.CheckExistNoflyFile().isEmpty());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("zones");
-    file.close();
-    EXPECT_EQ(zones.CheckExistNoflyFile(), file.fileName());
-    QList<QVariant> rows{1};
-    EXPECT_FALSE(zones.ConnectDataBase(file.fileName()));
-    EXPECT_FALSE(zones.SelectRecord(QStringLiteral("*"), QStringLiteral("no_fly_zone"), {}, {}, rows));
-    EXPECT_FALSE(zones.CloseDataBase());
-    EXPECT_TRUE(file.remove());
 }
