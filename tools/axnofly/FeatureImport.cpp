@@ -58,6 +58,9 @@ public:
     {
         if (field < 0 || !feature->IsFieldSetAndNotNull(field))
             return {};
+        // Shapefiles keep whole numbers as "7.000000000000000".
+        if (feature->GetFieldDefnRef(field)->GetType() == OFTReal)
+            return QString::number(feature->GetFieldAsDouble(field), 'g', 15);
         return QString::fromUtf8(feature->GetFieldAsString(field)).trimmed();
     }
 
