@@ -42,12 +42,7 @@ public slots:
     void slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
     void slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
 
-protected:
-    void updateAdapter() override;
-
 private:
-    void dropRubberBand();
-    int reject(const QString& text);
     void moveVertexTo(int index, const QString& latitude, const QString& longitude);
     void deleteVertexOfBlock(int index);
 };

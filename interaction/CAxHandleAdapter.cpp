@@ -280,6 +280,8 @@ void CAxHandleAdapter::update()
 
 void CAxHandleAdapter::updateAdapter()
 {
+    if (operation != OperationDrawing)
+        DropRubberBand();
     if (osg::Drawable* drawn = FindDrawable("Feature"))
         featureNode->removeDrawable(drawn);
     const std::vector<osg::Vec3d>& points = GetAnchor();
@@ -344,6 +346,12 @@ bool CAxHandleAdapter::mayEdit() const
     return operation == OperationIdle && !lock && tasks.isEmpty() && GetContainedBlock();
 }
 
+bool CAxHandleAdapter::mayChangeCount() const
+{
+    // A rectangle has four corners for good.
+    return mayEdit() && blockType != CAxBlock::RectangleBlock && blockType != CAxBlock::ProhibitedAreaBlock;
+}
+
 bool CAxHandleAdapter::ChangeVertices(std::vector<osg::Vec3d> points, const QString& text)
 {
     GetAnchor() = std::move(points);
@@ -359,7 +367,7 @@ bool CAxHandleAdapter::ChangeVertices(std::vector<osg::Vec3d> points, const QStr
 bool CAxHandleAdapter::DeleteVertex(int index)
 {
     std::vector<osg::Vec3d> points = GetAnchor();
-    if (!mayEdit() || index < 0 || index >= static_cast<int>(points.size()))
+    if (!mayChangeCount() || index < 0 || index >= static_cast<int>(points.size()))
         return false;
     points.erase(points.begin() + index);
     return ChangeVertices(std::move(points), tr("Delete vertex"));
@@ -368,7 +376,7 @@ bool CAxHandleAdapter::DeleteVertex(int index)
 bool CAxHandleAdapter::InsertVertex(int index, const osg::Vec3d& lngLatAlt)
 {
     std::vector<osg::Vec3d> points = GetAnchor();
-    if (!mayEdit() || index < 0 || index > static_cast<int>(points.size()) || !lngLatAlt.valid())
+    if (!mayChangeCount() || index < 0 || index > static_cast<int>(points.size()) || !lngLatAlt.valid())
         return false;
     points.insert(points.begin() + index, lngLatAlt);
     return ChangeVertices(std::move(points), tr("Insert vertex"));

@@ -244,11 +244,37 @@ protected:
     bool ChangeVertices(std::vector<osg::Vec3d> points, const QString& text);
     /// Draws the length of the leg to the cursor, and of all with it, beside the cursor.
     void ShowRunningLength(const osg::Vec3d& lngLatPos);
+    void ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text);
     void HideRunningLength();
+    /// Along the ground between two places in degrees, metres.
+    static double Distance(const osg::Vec3d& a, const osg::Vec3d& b);
+    static QString LengthText(double metres);
     void DrawBlockLock();
     void AddOneLock(const osg::Vec3d& lngLatAlt);
     /// The drawable of that name in the feature node, or null.
     osg::Geometry* FindDrawable(const std::string& name) const;
+
+    // What the kinds of block do alike (CAxHandleAdapterBlock.cpp)
+
+    /// False for a pick beside the globe.
+    static bool IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+    /// Ends the drawing: judged, then registered or removed; the host is told either way.
+    void FinishDrawing();
+    /// Draws what the next click would make as "Stipple", in place of the one before.
+    void DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed);
+    void DropRubberBand();
+    /// For HandleEnd(): the finished object, with name and handles.
+    void ShowFinished();
+    /// For SetAdapterVisible(): the object with all that belongs to it.
+    void ShowParts(bool shown);
+    /// For UpdateColor(): with routes another colour than without.
+    void PaintByRoutes();
+    /// For ImportGeometry(). False, nothing changed, when a point is not finite.
+    bool TakeVertices(const std::vector<osg::Vec3d>& points, bool enableEditor);
+    /// For ClearPoints().
+    void DropVertices();
+    /// For ResponseHandlePointMoved() and ResponseHandleMoved().
+    void EndEdit();
 
     // Drawables. Points go in as longitude, latitude and altitude.
 
@@ -300,6 +326,7 @@ private:
     void prepareDrawing();
     bool layOnGround();
     bool mayEdit() const;
+    bool mayChangeCount() const;
     void leaveScene();
 
     struct Drawing;

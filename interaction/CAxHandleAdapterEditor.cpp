@@ -247,7 +247,8 @@ void CAxHandleAdapterEditor::slotDrag(bool bDrag)
 {
     dragging = bDrag;
     // A rectangle's other corners follow the one that is held.
-    if (!adapter || adapter->GetBlockType() != CAxBlock::RectangleBlock)
+    if (!adapter || (adapter->GetBlockType() != CAxBlock::RectangleBlock &&
+                     adapter->GetBlockType() != CAxBlock::ProhibitedAreaBlock))
         return;
     const QObject* held = sender();
     for (CAxDragger* dragger : draggers)

@@ -36,19 +36,6 @@ constexpr int doubleClicked = 2;
 constexpr int rejectedAloud = -2;
 // What ResponseDoubleClickWhenDraw() answers when the object is not wanted after all.
 constexpr int discard = 2;
-
-QString LengthText(double metres)
-{
-    constexpr double metresPerKilometre = 1000.0;
-    if (metres < metresPerKilometre)
-        return CAxHandleAdapter::tr("%1 m").arg(QString::number(metres, 'f', 1));
-    return CAxHandleAdapter::tr("%1 km").arg(QString::number(metres / metresPerKilometre, 'f', 3));
-}
-
-double Distance(const osg::Vec3d& a, const osg::Vec3d& b)
-{
-    return DistanceBetweenTwoLatLng(CAxVector3D(a.x(), a.y(), 0.0), CAxVector3D(b.x(), b.y(), 0.0));
-}
 } // namespace
 
 void CAxHandleAdapter::ConnectMouseEvent()
@@ -105,8 +92,16 @@ void CAxHandleAdapter::slotDoubleClicked(osg::Vec3d, osg::Vec3d)
             emit signalHandleEnd(handleID, true);
         return;
     }
-    if (GetToolKind(tool) != ToolKindDraw || operation != OperationDrawing)
+    if (GetToolKind(tool) == ToolKindDraw && operation == OperationDrawing)
+        FinishDrawing();
+}
+
+void CAxHandleAdapter::FinishDrawing()
+{
+    if (!viewer)
         return;
+    const Running self(this);
+    const EToolType tool = viewer->GetToolType();
     operation = OperationIdle;
     HideRunningLength();
     const int verdict = CheckGeometry();
@@ -161,6 +156,8 @@ bool CAxHandleAdapter::RemoveLastPoint()
     if (operation != OperationDrawing || points.empty())
         return false;
     points.pop_back();
+    DropRubberBand();
+    HideRunningLength();
     if (points.empty())
         SetAnchorEditorEnabled(false);
     else if (anchorEditor)
@@ -169,17 +166,37 @@ bool CAxHandleAdapter::RemoveLastPoint()
     return true;
 }
 
+double CAxHandleAdapter::Distance(const osg::Vec3d& a, const osg::Vec3d& b)
+{
+    return DistanceBetweenTwoLatLng(CAxVector3D(a.x(), a.y(), 0.0), CAxVector3D(b.x(), b.y(), 0.0));
+}
+
+QString CAxHandleAdapter::LengthText(double metres)
+{
+    constexpr double metresPerKilometre = 1000.0;
+    if (metres < metresPerKilometre)
+        return tr("%1 m").arg(QString::number(metres, 'f', 1));
+    return tr("%1 km").arg(QString::number(metres / metresPerKilometre, 'f', 3));
+}
+
 void CAxHandleAdapter::ShowRunningLength(const osg::Vec3d& lngLatPos)
 {
     const std::vector<osg::Vec3d>& points = GetAnchor();
-    if (points.empty() || !viewer || !drawGroup)
+    if (points.empty())
         return;
     const double leg = Distance(points.back(), lngLatPos);
     double total = leg;
     for (std::size_t i = 1; i < points.size(); ++i)
         total += Distance(points[i - 1], points[i]);
-    const QString text =
-        points.size() < 2 ? LengthText(leg) : tr("%1, in all %2").arg(LengthText(leg), LengthText(total));
+    ShowBesideCursor(lngLatPos, points.size() < 2
+                                    ? LengthText(leg)
+                                    : tr("%1, in all %2").arg(LengthText(leg), LengthText(total)));
+}
+
+void CAxHandleAdapter::ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text)
+{
+    if (!viewer || !drawGroup)
+        return;
     const osgEarth::GeoPoint place(viewer->getSRS()->getGeographicSRS(), lngLatPos,
                                    osgEarth::ALTMODE_ABSOLUTE);
     if (lengthLabel) {

@@ -85,14 +85,19 @@ CAxHandleAdapter* CAxEarthViewer::ImportShapeNode(const QString& blockID)
     });
     constexpr int leastOfRing = 3;
     constexpr int leastOfLine = 2;
+    constexpr int ofRectangle = 4;
+    const bool isRectangle = block->GetBlockType() == CAxBlock::RectangleBlock ||
+                             block->GetBlockType() == CAxBlock::ProhibitedAreaBlock;
     const int least =
         block->GetBlockType() == CAxBlock::VideoBlock || block->GetBlockType() == CAxBlock::MarkPointBlock ? 1
         : block->GetBlockType() == CAxBlock::StripBlock ? leastOfLine
                                                         : leastOfRing;
     const auto factory = shapeFactories.find(tools.at(block->GetBlockType()));
-    if (!isUsable || points.size() < least || factory == shapeFactories.end()) {
-        qCWarning(axViewerLog) << "block" << block->GetBlockName()
-                               << "is not drawn: too few or unusable vertices, or a kind that nothing draws";
+    if (!isUsable || points.size() < least || (isRectangle && points.size() != ofRectangle) ||
+        factory == shapeFactories.end()) {
+        qCWarning(axViewerLog)
+            << "block" << block->GetBlockName()
+            << "is not drawn: too few, too many or unusable vertices, or a kind that nothing draws";
         return nullptr;
     }
     CAxHandleAdapter* adapter = factory->second(this, parent());
@@ -230,10 +235,11 @@ void CAxEarthViewer::SetNodeSelected(osg::Node* node, bool multi, bool report)
 {
     CAxHandleAdapter* adapter = FindExistNode(node);
     if (!multi) {
+        // A drawing is not left for an object that one of its clicks comes upon.
         const bool drawing = curHandleAdapter && curHandleAdapter->GetHandleOperation() == OperationDrawing;
         // A place beside the object is picked for the object, so it stays the current one.
         const bool picking = GetToolKind(toolType) == ToolKindPick;
-        if (adapter || !(drawing || picking))
+        if (!drawing && (adapter || !picking))
             _SetCurHandleAdapter(adapter);
         return;
     }

@@ -1,4 +1,5 @@
 // The part of the viewer that holds the tool in hand.
+#include "analysis/CAxApplyForProhibitedArea.h"
 #include "interaction/AxNotice.h"
 #include "interaction/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
@@ -33,6 +34,7 @@ template <typename Shape> CAxHandleAdapter* Make(CAxEarthViewer* viewer, QObject
 // Which object a tool draws: a new kind of object is one more line.
 const std::map<EToolType, CAxEarthViewer::ShapeFactory> ownShapes{
     {ToolPolygonBlock, &Make<CAx3DGeometry>},
+    {ToolProhibitedArea, &Make<CAxApplyForProhibitedArea>},
 };
 } // namespace
 

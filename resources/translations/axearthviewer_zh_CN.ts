@@ -219,6 +219,22 @@
         <source>--blocks: %1</source>
         <translation>--blocks：%1</translation>
     </message>
+    <message>
+        <source>Take the no-fly zones of this file instead of the shipped ones.</source>
+        <translation>使用此文件中的禁飞区，而非随附的禁飞区。</translation>
+    </message>
+    <message>
+        <source>Send applications to fly in no-fly zones to this http or https address.</source>
+        <translation>将禁飞区飞行申请发送到此 http 或 https 地址。</translation>
+    </message>
+    <message>
+        <source>--zones: there is no file '%1'.</source>
+        <translation>--zones：文件“%1”不存在。</translation>
+    </message>
+    <message>
+        <source>--apply-url: '%1' is no address such as https://example.org/apply.</source>
+        <translation>--apply-url：“%1”不是有效地址，应如 https://example.org/apply。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -405,6 +421,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>--blocks: block &apos;%1&apos; cannot be drawn.</source>
         <translation>--blocks：无法绘制测区“%1”。</translation>
+    </message>
+    <message>
+        <source>No-fly zones</source>
+        <translation>禁飞区</translation>
     </message>
 </context>
 <context>
@@ -604,6 +624,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives it up</source>
         <translation>单击测区各角点，双击最后一点结束；Backspace 撤回一点，Esc 放弃</translation>
     </message>
+    <message>
+        <source>&amp;Application area</source>
+        <translation>申请区域(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Draw a rectangle in which you apply to fly although it meets no-fly zones</source>
+        <translation>绘制一个矩形，申请在其涉及的禁飞区内飞行</translation>
+    </message>
 </context>
 <context>
     <name>EditMenu</name>
@@ -649,7 +677,7 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
-    <name>CAx3DGeometry</name>
+    <name>AxBlockRefusal</name>
     <message>
         <source>Block Information</source>
         <translation>测区信息</translation>
@@ -666,6 +694,35 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>The current measurement area contains information no-fly area.</source>
         <translation>当前测区包含禁飞区。</translation>
     </message>
+    <message>
+        <source>No-fly zones: %1</source>
+        <translation>禁飞区：%1</translation>
+    </message>
+    <message>
+        <source>No-fly zones: %1 and %2 more</source>
+        <translation>禁飞区：%1 以及另外 %2 个</translation>
+    </message>
+</context>
+<context>
+    <name>CAxOsgDrawRectange</name>
+    <message>
+        <source>%1 x %2</source>
+        <translation>%1 × %2</translation>
+    </message>
+</context>
+<context>
+    <name>CAxApplyForProhibitedArea</name>
+    <message>
+        <source>Application Information</source>
+        <translation>申请信息</translation>
+    </message>
+    <message>
+        <source>The block does not require an application.</source>
+        <translation>该测区无需申请。</translation>
+    </message>
+</context>
+<context>
+    <name>CAx3DGeometry</name>
     <message>
         <source>Polygon Info</source>
         <translation>多边形信息</translation>
@@ -783,6 +840,112 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Move block</source>
         <translation>移动测区</translation>
+    </message>
+</context>
+<context>
+    <name>ZonePanel</name>
+    <message>
+        <source>No-fly &amp;zones</source>
+        <translation>禁飞区(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>Show on the map</source>
+        <translation>在地图上显示</translation>
+    </message>
+    <message>
+        <source>Within %1 km of the view's middle: %2</source>
+        <translation>视图中心 %1 公里内：%2 个</translation>
+    </message>
+    <message>
+        <source>, the nearest %1 are listed</source>
+        <translation>，列出最近的 %1 个</translation>
+    </message>
+</context>
+<context>
+    <name>ZoneListModel</name>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 公里</translation>
+    </message>
+    <message>
+        <source>N</source>
+        <translation>北</translation>
+    </message>
+    <message>
+        <source>NE</source>
+        <translation>东北</translation>
+    </message>
+    <message>
+        <source>E</source>
+        <translation>东</translation>
+    </message>
+    <message>
+        <source>SE</source>
+        <translation>东南</translation>
+    </message>
+    <message>
+        <source>S</source>
+        <translation>南</translation>
+    </message>
+    <message>
+        <source>SW</source>
+        <translation>西南</translation>
+    </message>
+    <message>
+        <source>W</source>
+        <translation>西</translation>
+    </message>
+    <message>
+        <source>NW</source>
+        <translation>西北</translation>
+    </message>
+    <message>
+        <source>Lift without dates</source>
+        <translation>解禁（无日期）</translation>
+    </message>
+    <message>
+        <source>Lift from %1</source>
+        <translation>自 %1 起解禁</translation>
+    </message>
+    <message>
+        <source>Lift until %1</source>
+        <translation>解禁至 %1</translation>
+    </message>
+    <message>
+        <source>Lift from %1 until %2</source>
+        <translation>解禁：%1 至 %2</translation>
+    </message>
+    <message>
+        <source>%1: out of date</source>
+        <translation>%1（已过期）</translation>
+    </message>
+    <message>
+        <source>Zone</source>
+        <translation>禁飞区</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>Bearing</source>
+        <translation>方位</translation>
+    </message>
+    <message>
+        <source>Zone %1, middle at longitude %2°, latitude %3°. A click flies there.</source>
+        <translation>禁飞区 %1，中心位于经度 %2°、纬度 %3°。单击即可飞往。</translation>
+    </message>
+    <message>
+        <source>This lift has expired, but the map still leaves its area out of the zone. Ask the authority before you fly there.</source>
+        <translation>该解禁已过期，但地图仍将其区域排除在禁飞区之外。飞行前请向主管部门确认。</translation>
+    </message>
+    <message>
+        <source>The map leaves the lifted area out of the zone.</source>
+        <translation>地图已将解禁区域排除在禁飞区之外。</translation>
     </message>
 </context>
 </TS>

@@ -183,6 +183,7 @@ TEST_F(Protocol, HoldsTheCameraForToolsThatDrawByDragging)
         Push(400, 300);
         EXPECT_TRUE(Drag(430, 300)) << tool;
         Release(430, 300);
+        viewer->RemoveHanderAdapter(viewer->GetCurHandleAdapter(), true);
     }
     EXPECT_EQ(manipulator->getViewpoint().focalPoint()->x(), before);
     viewer->SetToolType(ToolPolygonBlock);

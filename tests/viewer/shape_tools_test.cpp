@@ -38,7 +38,7 @@ TEST_F(Tools, DrawWhatTheirTableSays)
     for (int tool = 0; tool <= 31; ++tool) {
         viewer->SetToolType(static_cast<EToolType>(tool));
         CAxHandleAdapter* drawn = viewer->createShapeNode();
-        EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock) << tool;
+        EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock || tool == ToolProhibitedArea) << tool;
         EXPECT_EQ(viewer->RemoveHanderAdapter(drawn, true), drawn != nullptr);
     }
     viewer->SetShapeFactory(static_cast<EToolType>(2), [](CAxEarthViewer*, QObject*) -> CAxHandleAdapter* {
