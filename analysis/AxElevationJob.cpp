@@ -25,10 +25,10 @@ std::vector<Box> Tiles(const AxElevationJob& job, const osgEarth::SpatialReferen
     return tiles;
 }
 
-/// The i-th of n values spread over the range, both ends taken; its middle when there is one only.
-double Spread(double from, double to, int i, int n)
+/// The middle of the i-th of n equal steps.
+double Middle(double from, double to, int i, int n)
 {
-    return n > 1 ? from + (to - from) * i / (n - 1) : (from + to) / 2.0;
+    return from + (to - from) * (2 * i + 1) / (2 * n);
 }
 } // namespace
 
@@ -48,8 +48,8 @@ QVariantList AxSampleElevations(const AxElevationJob& job, const std::function<b
     for (const Box& tile : tiles)
         for (int row = 0; row < rows; ++row) {
             for (int column = 0; column < columns; ++column) {
-                const double longitude = Spread(tile.west, tile.east, column, columns);
-                const double latitude = Spread(tile.south, tile.north, row, rows);
+                const double longitude = Middle(tile.west, tile.east, column, columns);
+                const double latitude = Middle(tile.south, tile.north, row, rows);
                 double height = 0.0;
                 if ((!job.area || job.area->empty() || job.area->contains2D(longitude, latitude)) &&
                     heights.getElevation(osgEarth::GeoPoint(geographic, longitude, latitude), height,

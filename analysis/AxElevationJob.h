@@ -14,7 +14,8 @@
 /// Heights of the ground on a grid over an area.
 struct AxElevationJob
 {
-    int columns = 0; ///< of places in each tile, at least one
+    int number = 0;  ///< tells jobs apart
+    int columns = 0; ///< of equal cells in each tile, at least one; the places are their middles
     int rows = 0;
     double resolution = 0.0; ///< the finest that is wanted, degrees; 0: the best there is
     osg::ref_ptr<osgEarth::Map> map;

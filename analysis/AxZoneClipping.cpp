@@ -72,6 +72,10 @@ osg::ref_ptr<MultiGeometry> Difference(const GeosContext& geos, const AxRing& zo
                                        const std::vector<AxRing>& lifts)
 {
     osg::ref_ptr<MultiGeometry> pieces = new MultiGeometry;
+    if (lifts.empty()) {
+        pieces->add(new Polygon(&zone));
+        return pieces;
+    }
     GeosGeometry rest = Area(geos, zone);
     for (const AxRing& lift : lifts) {
         const GeosGeometry lifted = Area(geos, lift);

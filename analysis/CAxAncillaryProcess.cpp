@@ -1,15 +1,67 @@
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/AxZoneFlash.h"
+#include "analysis/AxZoneHover.h"
+#include "analysis/CAxAncillaryThread.h"
+#include "analysis/CAxElevationQuery.h"
+#include "viewer/AxViewerLog.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <OpenThreads/ScopedLock>
+#include <osg/Math>
 #include <osgEarth/DrapeableNode>
+#include <osgEarth/GeoMath>
+#include <osgEarth/MapNode>
+#include <osgViewer/Viewer>
+
+#include <algorithm>
+#include <cmath>
+
+using osgEarth::GeoMath;
+using osgEarth::Symbology::Polygon;
+
+namespace {
+using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
+
+constexpr double fullTurn = 360.0;
+constexpr double sphereMetres = 6378137.0;
+
+QObject* HasSlot(QObject* object, const char* slot)
+{
+    return object && object->metaObject()->indexOfMethod(QMetaObject::normalizedSignature(slot)) >= 0
+               ? object
+               : nullptr;
+}
+} // namespace
 
 CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* earthViewer, QObject* parent)
     : QObject(parent), viewer(earthViewer)
 {
     CreateNoFlyZone();
+    worker = std::make_unique<CAxAncillaryThread>(this);
+    connect(worker.get(), SIGNAL(signalGenerateElevationQuery(QVariant)), this,
+            SLOT(slotGenerateElevationQuery(QVariant)));
+    connect(worker.get(), &CAxAncillaryThread::signalElevationAnswered, this,
+            [this](int job) { answeredJob = job; });
+    connect(worker.get(), &CAxAncillaryThread::signalModelBound, this, &CAxAncillaryProcess::slotModelBound);
+    connect(worker.get(), &CAxAncillaryThread::signalShownZones, this,
+            &CAxAncillaryProcess::signalShownZones);
+    worker->SetEarthViewer(viewer);
+    worker->CreateIntersectWorkers();
+    flash = std::make_unique<AxZoneFlash>(*viewer);
+    hover = std::make_unique<AxZoneHover>(*viewer, *this);
+    // Made here, because the viewer itself makes its queue at the first use, on any thread.
+    if (!viewer->getOSGViewer()->getUpdateOperations())
+        viewer->getOSGViewer()->setUpdateOperations(new osg::OperationQueue);
+    worker->start();
 }
 
-CAxAncillaryProcess::~CAxAncillaryProcess() = default;
+CAxAncillaryProcess::~CAxAncillaryProcess()
+{
+    hover.reset();
+    flash.reset();
+    worker.reset();
+    release();
+}
 
 void CAxAncillaryProcess::CreateNoFlyZone()
 {
@@ -30,46 +82,190 @@ bool CAxAncillaryProcess::NoFlyZoneMask() const
     return zoneRoot->getNodeMask() > 0u;
 }
 
-bool CAxAncillaryProcess::Intersection(osgEarth::Symbology::Geometry*, QStringList& ids, bool)
+bool CAxAncillaryProcess::Intersection(osgEarth::Symbology::Geometry* area, QStringList& ids, bool)
 {
-    // No zones are loaded yet.
-    ids.clear();
-    return false;
+    return area && worker->Intersect(*area, ids);
 }
 
 void CAxAncillaryProcess::SetCurrViewPort(const osgEarth::Viewpoint& viewpoint)
 {
-    currViewPort = viewpoint;
+    worker->SetViewport(viewpoint);
 }
 
 osgEarth::Viewpoint CAxAncillaryProcess::GetCurrViewPort() const
 {
-    return currViewPort;
+    return worker->Viewport();
 }
 
-QStringList CAxAncillaryProcess::ZonesAt(double, double) const
+void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint)
 {
-    return {};
+    // The zones in the scene reach 2 degrees; a tenth of that may be missing at the edge.
+    constexpr double farDegrees = 0.2;
+    constexpr double highestRange = 350000.0;
+    if (!NoFlyZoneMask() || !viewpoint.focalPoint().isSet())
+        return;
+    const osgEarth::Viewpoint last = worker->Viewport();
+    const bool isFirst = !last.focalPoint().isSet();
+    const osg::Vec3d moved =
+        isFirst ? osg::Vec3d() : viewpoint.focalPoint()->vec3d() - last.focalPoint()->vec3d();
+    const bool isFar =
+        std::abs(std::remainder(moved.x(), fullTurn)) > farDegrees || std::abs(moved.y()) > farDegrees;
+    const bool isLow = viewpoint.getRange() < highestRange;
+    const bool isOtherHeight = isLow != (last.getRange() < highestRange);
+    if (isFirst || (isFar && isLow) || isOtherHeight)
+        SetCurrViewPort(viewpoint);
 }
 
-QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double, double, double) const
+QStringList CAxAncillaryProcess::ZonesAt(double longitude, double latitude) const
 {
-    return {};
+    QStringList ids;
+    for (const AxZoneOutline& zone : worker->Outlines())
+        if (zone.Contains(longitude, latitude))
+            ids += zone.id;
+    return ids;
 }
 
-void CAxAncillaryProcess::FlashZones(const QStringList&) {}
-
-void CAxAncillaryProcess::block() {}
-
-void CAxAncillaryProcess::release() {}
-
-void CAxAncillaryProcess::SetElevationQueryPara(int, int, double, osgEarth::Map*,
-                                                const osgEarth::Symbology::Geometry&,
-                                                const std::vector<osgEarth::TileKey>&, QObject*,
-                                                CAxElevationQuery*)
+QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double latitude, double metres) const
 {
+    QList<AxNoflyZoneNear> found;
+    const double lat = osg::DegreesToRadians(latitude);
+    const double lon = osg::DegreesToRadians(longitude);
+    const QDateTime now = QDateTime::currentDateTime();
+    for (const AxZoneOutline& zone : worker->Outlines()) {
+        if (zone.bounds.isNull())
+            continue;
+        const QPointF middle = zone.bounds.center();
+        const double zoneLat = osg::DegreesToRadians(middle.y());
+        if (std::abs(zoneLat - lat) * sphereMetres > metres)
+            continue;
+        const double zoneLon = osg::DegreesToRadians(middle.x());
+        const double distance = GeoMath::distance(lat, lon, zoneLat, zoneLon, sphereMetres);
+        if (distance > metres)
+            continue;
+        const double bearing = osg::RadiansToDegrees(GeoMath::bearing(lat, lon, zoneLat, zoneLon));
+        found += {zone.id,
+                  std::remainder(middle.x(), fullTurn),
+                  middle.y(),
+                  distance,
+                  bearing - fullTurn * std::floor(bearing / fullTurn),
+                  AxLiftsOf(worker->Zones(), zone.id, now)};
+    }
+    std::stable_sort(found.begin(), found.end(), [](const AxNoflyZoneNear& a, const AxNoflyZoneNear& b) {
+        return a.distance < b.distance;
+    });
+    return found;
 }
 
-void CAxAncillaryProcess::GenerateElevation(const QVariant&) {}
+void CAxAncillaryProcess::FlashZones(const QStringList& ids)
+{
+    QList<osg::ref_ptr<const osgEarth::Symbology::Geometry>> zones;
+    for (const QString& id : ids) {
+        if (const auto lifted = worker->Zones().displayGeometry.value(id))
+            zones += lifted;
+        else if (const auto whole = worker->Zones().polygons.value(id))
+            zones += whole;
+    }
+    flash->Flash(zones);
+}
 
-void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant) {}
+void CAxAncillaryProcess::block()
+{
+    {
+        const Lock lock(gate);
+        // A job that was handed over may have been finished by now; it closed the gate itself.
+        if (!std::exchange(handedOver, false))
+            released = false;
+    }
+    const Lock lock(gate);
+    while (!released)
+        opened.wait(&gate);
+}
+
+void CAxAncillaryProcess::release()
+{
+    const Lock lock(gate);
+    if (released)
+        return;
+    released = true;
+    opened.broadcast();
+}
+
+void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double resolution, osgEarth::Map* map,
+                                                const osgEarth::Symbology::Geometry& area,
+                                                const std::vector<osgEarth::TileKey>& keys, QObject* progress,
+                                                CAxElevationQuery* query)
+{
+    if (progress && query) {
+        queryWithProgress = query;
+        jobWithProgress = elevationJobs + 1;
+        if (HasSlot(progress, "SetValue(int)"))
+            connect(worker.get(), SIGNAL(signalElevationProgress(int)), progress, SLOT(SetValue(int)),
+                    Qt::UniqueConnection);
+    } else {
+        {
+            const Lock lock(elevationHandOver);
+            elevationTarget = query;
+        }
+        const Lock lock(gate);
+        released = false;
+        handedOver = true;
+    }
+    AxElevationJob job;
+    job.number = ++elevationJobs;
+    job.columns = columns;
+    job.rows = rows;
+    job.resolution = resolution;
+    job.map = map;
+    job.area = new Polygon(&area.asVector());
+    job.keys = keys;
+    worker->SetElevationJob(job);
+}
+
+void CAxAncillaryProcess::GenerateElevation(const QVariant& result)
+{
+    const Lock lock(elevationHandOver);
+    if (CAxElevationQuery* const target = std::exchange(elevationTarget, nullptr))
+        target->SetResult(result);
+}
+
+void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant result)
+{
+    qCDebug(axViewerLog) << "CAxAncillaryProcess::slotGenerateElevationQuery";
+    // The answer of another job is not the query's business.
+    CAxElevationQuery* const query = answeredJob == jobWithProgress ? queryWithProgress : nullptr;
+    if (query)
+        connect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
+                SLOT(slotGenerateElevationQuery(QVariant)), Qt::UniqueConnection);
+    emit signalGenerateElevationQuery(result);
+    if (query && queryWithProgress) {
+        disconnect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
+                   SLOT(slotGenerateElevationQuery(QVariant)));
+        queryWithProgress.clear();
+    }
+}
+
+void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number,
+                                            double margin, osg::Geode* geode, QObject* receiver)
+{
+    AxModelBoundJob job;
+    job.model = model;
+    job.modelToWorld = modelToWorld;
+    job.srs = viewer->getSRS();
+    job.number = number;
+    job.margin = margin;
+    if (HasSlot(receiver, "slotModelBound(QVariant)"))
+        connect(this, SIGNAL(signalModelBound(QVariant)), receiver, SLOT(slotModelBound(QVariant)),
+                Qt::UniqueConnection);
+    modelBoundGeode = geode;
+    worker->SetModelBoundJob(job);
+}
+
+void CAxAncillaryProcess::slotModelBound(QVariant bound)
+{
+    const QVariantList answer = bound.toList();
+    const osg::ref_ptr<osg::Geode> geode = std::exchange(modelBoundGeode, nullptr);
+    const osg::ref_ptr<osg::Geometry> line = AxOutlineDrawable(answer.value(1).toList(), *viewer->getSRS());
+    if (geode && line)
+        geode->addDrawable(line);
+    emit signalModelBound(bound);
+}

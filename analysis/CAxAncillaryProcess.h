@@ -1,8 +1,11 @@
 #pragma once
+#include "analysis/AxNoflyZones.h"
+#include "analysis/CAxElevationQuery.h"
 #include "viewer/AxEarthViewerExport.h"
 
 #include <OpenThreads/Condition>
 #include <OpenThreads/Mutex>
+#include <osg/Geode>
 #include <osg/Matrixd>
 #include <osg/Node>
 #include <osg/ref_ptr>
@@ -21,25 +24,13 @@
 #include <vector>
 
 class AxZoneFlash;
+class AxZoneHover;
 class CAxAncillaryThread;
 class CAxEarthViewer;
-class CAxElevationQuery;
 
 namespace osgEarth {
 class Map;
 }
-namespace osg {
-class Geode;
-}
-
-/// A lift of a no-fly zone, as the operator reads of it.
-struct AxNoflyLift
-{
-    QString begin;
-    QString expiry;
-    /// The expiry is a date and has passed. Such a lift applies all the same.
-    bool isOutOfDate = false;
-};
 
 /// A no-fly zone as seen from a place.
 struct AxNoflyZoneNear
@@ -84,6 +75,9 @@ public:
     /// Where the camera is; zones near its focal point are the ones shown.
     void SetCurrViewPort(const osgEarth::Viewpoint& viewpoint);
     osgEarth::Viewpoint GetCurrViewPort() const;
+    /// Hands over the viewpoint when zones are shown and it has moved on far enough
+    /// for other zones to be near; the viewer calls it with every tick.
+    void FollowView(const osgEarth::Viewpoint& viewpoint);
 
     /// The zones in force at a place (degrees), by ascending id.
     QStringList ZonesAt(double longitude, double latitude) const;
@@ -94,24 +88,43 @@ public:
 
     /// Waits until the worker has finished the job that was handed to it.
     void block();
+    /// Lets go of whoever waits in block(). Any thread.
     void release();
 
-    /// Hands the worker an elevation job; see CAxElevationQuery. With a `progress`
-    /// object the query hears of the result by its slot; without, the caller waits with block().
-    void SetElevationQueryPara(int level, int samples, double noData, osgEarth::Map* map,
+    /// Hands the worker an elevation job: columns by rows cells over each tile, or
+    /// over the box around the area (degrees) when there are no tiles; the middles of
+    /// the cells inside the area count. `resolution` is the finest that is wanted,
+    /// degrees; 0 takes the best.
+    ///
+    /// With a `progress` object the query hears of the result by its slot
+    /// slotGenerateElevationQuery(QVariant), and the object's slot SetValue(int) of
+    /// the percentage; without one the caller waits with block(), and the query has
+    /// the result then. It is a list of places, each a list of longitude, latitude
+    /// (degrees) and altitude (metres).
+    void SetElevationQueryPara(int columns, int rows, double resolution, osgEarth::Map* map,
                                const osgEarth::Symbology::Geometry& area,
                                const std::vector<osgEarth::TileKey>& keys, QObject* progress,
                                CAxElevationQuery* query);
-    /// Puts a result into the query that waits for one, if any.
+    /// Puts a result into the query that a caller of block() waits for; nothing when
+    /// there is none. Called by the worker.
     void GenerateElevation(const QVariant& result);
+
+    /// Hands the worker a model whose outline on the ground is wanted. The outline,
+    /// `margin` metres beyond the model, is drawn into the geode; the receiver's slot
+    /// slotModelBound(QVariant) hears a list of `number` and the outline, a list of
+    /// places as above. Both may be null. The model must not change meanwhile.
+    void SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number, double margin,
+                           osg::Geode* geode, QObject* receiver);
 
 signals:
     void signalGenerateElevationQuery(QVariant);
+    void signalModelBound(QVariant);
     /// Another set of zones is in the scene.
     void signalShownZones();
 
 private slots:
     void slotGenerateElevationQuery(QVariant result);
+    void slotModelBound(QVariant bound);
 
 private:
     void CreateNoFlyZone();
@@ -120,8 +133,16 @@ private:
     OpenThreads::Mutex gate;
     OpenThreads::Condition opened;
     bool released = false;
+    bool handedOver = false;
     OpenThreads::Mutex elevationHandOver;
-    QObject* elevationTarget = nullptr;
+    CAxElevationQuery* elevationTarget = nullptr;
     osg::ref_ptr<osg::Switch> zoneRoot;
-    osgEarth::Viewpoint currViewPort;
+    std::unique_ptr<CAxAncillaryThread> worker;
+    std::unique_ptr<AxZoneFlash> flash;
+    std::unique_ptr<AxZoneHover> hover;
+    int elevationJobs = 0;
+    int answeredJob = 0;
+    int jobWithProgress = 0;
+    QPointer<CAxElevationQuery> queryWithProgress;
+    osg::ref_ptr<osg::Geode> modelBoundGeode;
 };

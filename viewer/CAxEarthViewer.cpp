@@ -430,6 +430,8 @@ void CAxEarthViewer::timerEvent(QTimerEvent* event)
     if (!nextReadOut.isEmpty())
         coordinateWidget->SetCoordinate(nextReadOut[0], nextReadOut[1], nextReadOut[2], nextReadOut[3]);
     nextReadOut.clear();
+    if (ancillaryProcess && ancillaryProcess->NoFlyZoneMask())
+        ancillaryProcess->FollowView(manipulator->getViewpoint());
     // Posted, because a box that an event opens lets this timer go on.
     if (!inputPosted && frame->HasInput()) {
         inputPosted = true;

@@ -1,5 +1,6 @@
 #pragma once
 #include "FakeEngine.h"
+#include "LogLines.h"
 
 #include "viewer/CAxTextToSpeech.h"
 
@@ -7,24 +8,6 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
-
-/// Counts the log lines that are written while it exists.
-class LogLines
-{
-public:
-    LogLines()
-    {
-        lines.clear();
-        before = qInstallMessageHandler(
-            [](QtMsgType, const QMessageLogContext&, const QString& line) { lines += line; });
-    }
-    ~LogLines() { qInstallMessageHandler(before); }
-
-    static inline QStringList lines;
-
-private:
-    QtMessageHandler before;
-};
 
 /// An announcer on the fake engine, started, which a host drives through its slots.
 class Announcer : public testing::Test

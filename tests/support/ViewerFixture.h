@@ -3,6 +3,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxControl.h>
+#include <AxData/CAxNoflyZoneMgr.h>
 
 #include <osg/NodeVisitor>
 #include <osgViewer/Viewer>
@@ -61,6 +62,7 @@ public:
     static void Open()
     {
         CAxControl::GetInstance()->SetNetworkProbe([] { return false; });
+        CAxNoflyZoneMgr::SetNoflyFile(TestZones());
         viewer = new CAxEarthViewer(nullptr);
         viewer->resize(800, 600);
         viewer->show();
@@ -80,6 +82,11 @@ public:
         viewer = nullptr;
     }
 
+    /// A zone file whose zones lie far from where tests draw.
+    static QString TestZones()
+    {
+        return QCoreApplication::applicationDirPath() + QStringLiteral("/TestZones.db");
+    }
     static osg::Node* Root() { return viewer->getOSGViewer()->getSceneData(); }
     static bool WaitForPicture()
     {

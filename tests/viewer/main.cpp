@@ -13,10 +13,12 @@ namespace {
 // tests run this program again in one of these roles.
 ModalBox* answered = nullptr;
 
-int OpenWithoutMap(bool network)
+int OpenInVain(bool network, const QString& map, const QString& zones)
 {
     CAxControl::GetInstance()->SetNetworkProbe([network] { return network; });
+    CAxNoflyZoneMgr::SetNoflyFile(zones);
     CAxEarthViewer viewer(nullptr);
+    viewer.SetMapFile(map);
     viewer.show();
     answered = new ModalBox;
     std::atexit([] {
@@ -45,7 +47,9 @@ int main(int argc, char** argv)
     AxRouteSceneLog();
     const QStringList arguments = QApplication::arguments();
     if (arguments.contains(QStringLiteral("--open-without-map")))
-        return OpenWithoutMap(arguments.contains(QStringLiteral("--network")));
+        return OpenInVain(arguments.contains(QStringLiteral("--network")), QString(), QString());
+    if (arguments.value(1) == QStringLiteral("--open-with"))
+        return OpenInVain(false, arguments.value(2), arguments.value(3));
     if (arguments.contains(QStringLiteral("--check-adapter")))
         return CheckAdapter();
 

@@ -17,6 +17,8 @@
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 
 using osgEarth::MapNode;
@@ -185,7 +187,7 @@ TEST(Construction, AViewerClosedWhileItsTilesLoadLeavesNothingBehind)
     EXPECT_FALSE(root.valid());
 }
 
-class StartupInChild : public testing::Test
+class StartupInChild : public ViewerFixture
 {
 protected:
     // Runs this program in another role from a folder that holds no maps.
@@ -232,6 +234,67 @@ TEST_P(WithoutMap, AsksForTheMapOfTheNetworkStateThenTellsAndEndsWithStatusZero)
 INSTANTIATE_TEST_SUITE_P(NetworkStates, WithoutMap,
                          testing::Values(std::pair{true, "google_cn.earth"},
                                          std::pair{false, "google_cn_net_no.earth"}));
+
+class WithoutZones : public StartupInChild
+{
+protected:
+    /// What the operator is told when this is the zone file.
+    void Open(const QString& zones)
+    {
+        Run({"--open-with", QCoreApplication::applicationDirPath() + "/google_cn_net_no.earth", zones});
+        EXPECT_EQ(exitCode, 0);
+        EXPECT_TRUE(output.startsWith("1|no-fly zone Information|")) << output.toStdString();
+        EXPECT_TRUE(output.endsWith("|1 button\n")) << output.toStdString();
+    }
+    static QString Unreadable()
+    {
+        return QStringLiteral(
+            "|The no-fly zone document parsing error!May file has been corrupted, please login in "
+            "the case of networking for Launcher!|");
+    }
+};
+
+TEST_F(WithoutZones, TellsThatThereIsNoFileAndEndsWithStatusZero)
+{
+    Open(folder.filePath("nowhere.db"));
+    EXPECT_TRUE(output.contains("|The no-fly zone document does not exist .|")) << output.toStdString();
+}
+
+TEST_F(WithoutZones, TellsThatTheFileHoldsNoneAndEndsWithStatusZero)
+{
+    const QString file = folder.filePath("lifts.db");
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "lifts");
+        database.setDatabaseName(file);
+        ASSERT_TRUE(database.open());
+        QSqlQuery query(database);
+        for (const char* line :
+             {"CREATE TABLE no_fly_zone (lng, lat, local_id, enable, area)",
+              "CREATE TABLE lift_no_fly_zone (begin_at, expired_at, area, local_ids, user_id, status)",
+              "INSERT INTO lift_no_fly_zone VALUES ('', '', '1,2|3,4|5,6', 'zone', '', 2)"})
+            ASSERT_TRUE(query.exec(line)) << line;
+    }
+    QSqlDatabase::removeDatabase("lifts");
+    Open(file);
+    EXPECT_TRUE(output.contains(Unreadable())) << output.toStdString();
+    QFile sealed(file);
+    ASSERT_TRUE(sealed.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(sealed.readAll().contains("SQLite")) << "it was left readable";
+}
+
+TEST_F(WithoutZones, TellsThatTheFileIsDamagedAndEndsWithStatusZero)
+{
+    QFile sealed(TestZones());
+    ASSERT_TRUE(sealed.open(QIODevice::ReadOnly));
+    QByteArray bytes = sealed.readAll();
+    bytes[bytes.size() / 2] = static_cast<char>(bytes[bytes.size() / 2] ^ 1);
+    QFile damaged(folder.filePath("damaged.db"));
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write(bytes);
+    damaged.close();
+    Open(damaged.fileName());
+    EXPECT_TRUE(output.contains(Unreadable())) << output.toStdString();
+}
 
 struct Adapter
 {

@@ -1,8 +1,10 @@
-// Opens the map named on the command line with the installed library; ends
+// Opens the map named on the command line and the zone file beside it with the installed library; ends
 // with 0 once its picture is complete, with 1 after a minute without one.
+#include <AxData/CAxNoflyZoneMgr.h>
 #include <viewer/CAxEarthViewer.h>
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QTimer>
 
 int main(int argc, char** argv)
@@ -13,7 +15,9 @@ int main(int argc, char** argv)
     viewer.show();
     if (argc != 2 || !viewer.CheckAdapterGLSupport())
         return 2;
-    viewer.SetMapFile(QString::fromLocal8Bit(argv[1]));
+    const QString map = QString::fromLocal8Bit(argv[1]);
+    viewer.SetMapFile(map);
+    CAxNoflyZoneMgr::SetNoflyFile(QFileInfo(map).path() + "/NoflyZone.db");
     QTimer::singleShot(0, &viewer, &CAxEarthViewer::InitEarthViewer);
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, [&viewer] {

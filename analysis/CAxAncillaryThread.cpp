@@ -1,0 +1,265 @@
+#include "analysis/CAxAncillaryThread.h"
+#include "analysis/AxUserOperation.h"
+#include "analysis/CAxAncillaryProcess.h"
+#include "interaction/AxNotice.h"
+#include "viewer/AxViewerLog.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxNoflyZoneMgr.h>
+
+#include <OpenThreads/ScopedLock>
+#include <osgViewer/Viewer>
+
+#include <cmath>
+#include <cstdlib>
+
+using osgEarth::Symbology::MultiGeometry;
+
+namespace {
+using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
+
+constexpr double nearDegrees = 2.0;
+constexpr double highestRange = 350000.0; // metres
+constexpr double fullTurn = 360.0;
+constexpr int mostWorkers = 4;
+
+[[noreturn]] void EndWithoutZones(const QString& text)
+{
+    AxShowNotice(nullptr, CAxAncillaryThread::tr("no-fly zone Information"), text);
+    std::exit(EXIT_SUCCESS);
+}
+
+bool IsWithin(double centre, double focus)
+{
+    return focus - nearDegrees < centre && centre < focus + nearDegrees;
+}
+
+/// Longitudes also across the antimeridian, where the same place has two.
+bool IsNear(const osg::Vec2d& centre, const osg::Vec3d& focus)
+{
+    return IsWithin(centre.y(), focus.y()) &&
+           (IsWithin(centre.x(), focus.x()) || IsWithin(centre.x() - fullTurn, focus.x()) ||
+            IsWithin(centre.x() + fullTurn, focus.x()));
+}
+} // namespace
+
+CAxAncillaryThread::CAxAncillaryThread(CAxAncillaryProcess* ancillaryProcess)
+    : process(ancillaryProcess), zoneFile(new CAxNoflyZoneMgr(this))
+{
+    const QString file = zoneFile->CheckExistNoflyFile();
+    if (file.isEmpty())
+        EndWithoutZones(tr("The no-fly zone document does not exist ."));
+    if (!load(file))
+        EndWithoutZones(tr("The no-fly zone document parsing error!May file has been corrupted, please login "
+                           "in the case of networking for Launcher!"));
+    outlines = AxZoneOutlines(zones);
+    for (auto zone = zones.polygons.begin(); zone != zones.polygons.end(); ++zone) {
+        const osgEarth::Bounds box = zone.value()->getBounds();
+        if (box.valid())
+            placed.push_back({zone.key(), osg::Vec2d(box.center().x(), box.center().y())});
+    }
+}
+
+CAxAncillaryThread::~CAxAncillaryThread()
+{
+    Stop();
+    join();
+}
+
+bool CAxAncillaryThread::load(const QString& file)
+{
+    QList<QVariant> zoneRows;
+    QList<QVariant> liftRows;
+    zoneFile->DecryptionNoflyFile(file, file);
+    zoneFile->ConnectDataBase(file);
+    zoneFile->SelectRecord(AxZoneColumns(), AxZoneTable(), QString(), QString(), zoneRows);
+    zoneFile->SelectRecord(AxLiftColumns(), AxLiftTable(), QString(), QString(), liftRows);
+    zoneFile->CloseDataBase();
+    zoneFile->EncryptionNoflyFile(file, file);
+    if (zoneRows.isEmpty())
+        return false;
+    zones = AxReadZones(zoneRows, liftRows);
+    return true;
+}
+
+void CAxAncillaryThread::CreateIntersectWorkers()
+{
+    const std::size_t share = (outlines.size() + mostWorkers - 1) / mostWorkers;
+    for (std::size_t first = 0; first < outlines.size(); first += share) {
+        const auto begin = outlines.begin() + static_cast<std::ptrdiff_t>(first);
+        const auto end =
+            outlines.begin() + static_cast<std::ptrdiff_t>(std::min(first + share, outlines.size()));
+        intersectWorkers.emplace_back(new CAxAreaIntersectOperate(std::vector<AxZoneOutline>(begin, end)));
+    }
+}
+
+bool CAxAncillaryThread::Intersect(const osgEarth::Symbology::Geometry& area, QStringList& ids)
+{
+    unfinished.Set(static_cast<int>(intersectWorkers.size()));
+    std::vector<osg::ref_ptr<osg::OperationThread>> threads;
+    for (const auto& worker : intersectWorkers) {
+        threads.emplace_back(new osg::OperationThread);
+        worker->SetJob(area, unfinished);
+        threads.back()->add(worker);
+        threads.back()->startThread();
+    }
+    unfinished.Wait();
+    // Before the results are read: a worker says that it has finished from within its run.
+    threads.clear();
+    const int before = ids.size();
+    for (const auto& worker : intersectWorkers)
+        ids += worker->Met();
+    return ids.size() > before;
+}
+
+void CAxAncillaryThread::set(std::atomic<bool>& flag)
+{
+    flag = true;
+    flagSet.broadcast();
+}
+
+void CAxAncillaryThread::SetViewport(const osgEarth::Viewpoint& viewpoint)
+{
+    const Lock lock(mutex);
+    viewport = viewpoint;
+    ++viewportCount;
+    set(viewportChanged);
+}
+
+osgEarth::Viewpoint CAxAncillaryThread::Viewport() const
+{
+    const Lock lock(mutex);
+    return viewport;
+}
+
+void CAxAncillaryThread::SetElevationJob(const AxElevationJob& job)
+{
+    const Lock lock(mutex);
+    elevationJob = job;
+    set(elevationPending);
+}
+
+void CAxAncillaryThread::SetModelBoundJob(const AxModelBoundJob& job)
+{
+    const Lock lock(mutex);
+    modelBoundJob = job;
+    set(modelBoundPending);
+}
+
+void CAxAncillaryThread::Stop()
+{
+    const Lock lock(mutex);
+    set(stopRequested);
+}
+
+QStringList CAxAncillaryThread::ShownZones() const
+{
+    const Lock lock(mutex);
+    return shownZones.keys();
+}
+
+bool CAxAncillaryThread::isAnySet() const
+{
+    return stopRequested || modelBoundPending || elevationPending || viewportChanged;
+}
+
+void CAxAncillaryThread::waitForFlag()
+{
+    const Lock lock(mutex);
+    while (!isAnySet())
+        flagSet.wait(&mutex);
+}
+
+void CAxAncillaryThread::run()
+{
+    while (!stopRequested) {
+        if (modelBoundPending)
+            runModelBoundJob();
+        if (elevationPending)
+            runElevationJob();
+        if (viewportChanged)
+            showZonesNear();
+        waitForFlag();
+    }
+}
+
+void CAxAncillaryThread::runModelBoundJob()
+{
+    AxModelBoundJob job;
+    {
+        const Lock lock(mutex);
+        job = std::exchange(modelBoundJob, AxModelBoundJob());
+        modelBoundPending = false;
+    }
+    emit signalModelBound(QVariantList{job.number, AxModelOutline(job)});
+}
+
+void CAxAncillaryThread::runElevationJob()
+{
+    AxElevationJob job;
+    {
+        const Lock lock(mutex);
+        job = std::exchange(elevationJob, AxElevationJob());
+    }
+    int told = -1;
+    const QVariant result = AxSampleElevations(job, [this, &told](int percent) {
+        if (std::exchange(told, percent) != percent)
+            emit signalElevationProgress(percent);
+        return !stopRequested;
+    });
+    emit signalElevationAnswered(job.number);
+    qCDebug(axViewerLog) << "emit signalGenerateElevationQuery";
+    emit signalGenerateElevationQuery(result);
+    elevationPending = false;
+    process->GenerateElevation(result);
+    process->release();
+}
+
+void CAxAncillaryThread::showZonesNear()
+{
+    unsigned seen = 0;
+    osgEarth::Viewpoint from;
+    {
+        const Lock lock(mutex);
+        seen = viewportCount;
+        from = viewport;
+    }
+    const osg::Vec3d focus = from.focalPoint().isSet() ? from.focalPoint()->vec3d() : osg::Vec3d();
+    const bool isLow = from.focalPoint().isSet() && from.getRange() < highestRange;
+    bool isOtherSet = false;
+    for (Placed& zone : placed) {
+        const bool isNear = isLow && IsNear(zone.centre, focus);
+        if (isNear == zone.isShown || !viewer)
+            continue;
+        queueZone(zone, isNear);
+        zone.isShown = isNear;
+        isOtherSet = true;
+        const Lock lock(mutex);
+        if (isNear)
+            shownZones.insert(zone.id, zones.polygons.value(zone.id));
+        else
+            shownZones.remove(zone.id);
+    }
+    {
+        // The camera may have moved on meanwhile.
+        const Lock lock(mutex);
+        viewportChanged = viewportCount != seen;
+    }
+    if (isOtherSet)
+        emit signalShownZones();
+}
+
+void CAxAncillaryThread::queueZone(const Placed& zone, bool isNear)
+{
+    const osg::ref_ptr<AxUserOperation> operation =
+        new AxUserOperation(isNear ? AddNoFlyZone : RemoveNoFlyZone);
+    operation->setEarthViewer(viewer);
+    operation->setUserName(zone.id);
+    if (isNear) {
+        operation->setUserPos(osg::Vec3d(zone.centre, 0.0));
+        operation->setUserPolygon(*zones.polygons.value(zone.id));
+        const auto display = zones.displayGeometry.value(zone.id);
+        operation->setUserMultiGeometry(display ? *display : MultiGeometry());
+    }
+    viewer->getOSGViewer()->addUpdateOperation(operation);
+}

@@ -1,0 +1,108 @@
+#pragma once
+#include "analysis/AxElevationJob.h"
+#include "analysis/AxModelBound.h"
+#include "analysis/AxNoflyZones.h"
+#include "analysis/CAxAreaIntersectOperate.h"
+
+#include <OpenThreads/Condition>
+#include <OpenThreads/Mutex>
+#include <OpenThreads/Thread>
+#include <osg/ref_ptr>
+#include <osgEarth/Viewpoint>
+
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+#include <atomic>
+#include <vector>
+
+class CAxAncillaryProcess;
+class CAxEarthViewer;
+class CAxNoflyZoneMgr;
+
+/**
+ * The background thread: it keeps the zones, decides with every move of the
+ * camera which of them are in the scene, and carries the elevation and the
+ * model-bound job. It sleeps until one of its flags is set.
+ *
+ * Owned by CAxAncillaryProcess. The zones are loaded on the thread that
+ * constructs it and never change afterwards, so every thread may read them; the
+ * setters may be called on any. The scene is changed by AxUserOperations only.
+ */
+class CAxAncillaryThread : public QObject, public OpenThreads::Thread
+{
+    Q_OBJECT
+public:
+    /// Opens and loads the zone file; without zones the operator is told, and the process ends with status 0.
+    explicit CAxAncillaryThread(CAxAncillaryProcess* process);
+    /// Waits for the thread's end.
+    ~CAxAncillaryThread() override;
+
+    void SetEarthViewer(CAxEarthViewer* earthViewer) { viewer = earthViewer; }
+    void SetViewport(const osgEarth::Viewpoint& viewpoint);
+    osgEarth::Viewpoint Viewport() const;
+    void SetElevationJob(const AxElevationJob& job);
+    void SetModelBoundJob(const AxModelBoundJob& job);
+    void Stop();
+
+    const AxNoflyZones& Zones() const { return zones; }
+    const std::vector<AxZoneOutline>& Outlines() const { return outlines; }
+    /// The zones that are in the scene, or about to be.
+    QStringList ShownZones() const;
+
+    /// Makes the workers of Intersect(): at most four, each with a quarter of the zones.
+    void CreateIntersectWorkers();
+    /// Appends the zones that an area meets. On the calling thread, one call at a time.
+    bool Intersect(const osgEarth::Symbology::Geometry& area, QStringList& ids);
+
+    void run() override;
+
+signals:
+    void signalGenerateElevationQuery(QVariant);
+    /// Comes right before the answer to the job of that number.
+    void signalElevationAnswered(int job);
+    void signalElevationProgress(int percent);
+    void signalModelBound(QVariant);
+    void signalShownZones();
+
+private:
+    struct Placed
+    {
+        QString id;
+        osg::Vec2d centre; // of the zone's box
+        bool isShown = false;
+    };
+
+    bool load(const QString& file);
+    void waitForFlag();
+    void set(std::atomic<bool>& flag);
+    bool isAnySet() const;
+    void runModelBoundJob();
+    void runElevationJob();
+    void showZonesNear();
+    void queueZone(const Placed& zone, bool isNear);
+
+    CAxAncillaryProcess* process;
+    CAxEarthViewer* viewer = nullptr;
+    CAxNoflyZoneMgr* zoneFile;
+    AxNoflyZones zones;
+    std::vector<AxZoneOutline> outlines;
+    std::vector<Placed> placed; // of the thread itself
+    std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> intersectWorkers;
+    AxPendingWorkers unfinished;
+
+    std::atomic<bool> stopRequested{false};
+    std::atomic<bool> viewportChanged{false};
+    std::atomic<bool> modelBoundPending{false};
+    std::atomic<bool> elevationPending{false};
+
+    // Guards what follows.
+    mutable OpenThreads::Mutex mutex;
+    OpenThreads::Condition flagSet;
+    osgEarth::Viewpoint viewport;
+    unsigned viewportCount = 0;
+    AxElevationJob elevationJob;
+    AxModelBoundJob modelBoundJob;
+    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> shownZones;
+};

@@ -1,0 +1,31 @@
+#pragma once
+#include "viewer/AxEarthViewerExport.h"
+
+#include <QObject>
+#include <QVariant>
+
+/**
+ * Takes the answer of an elevation job of CAxAncillaryProcess: a list of places,
+ * each a list of longitude, latitude (degrees) and altitude (metres).
+ *
+ * Owned by whoever asks; it must live until the answer is there.
+ */
+class AXEARTHVIEWER_EXPORT CAxElevationQuery : public QObject
+{
+    Q_OBJECT
+public:
+    explicit CAxElevationQuery(QObject* parent = nullptr) : QObject(parent) {}
+
+    void SetResult(const QVariant& places) { result = places; }
+    /// Invalid until there is an answer.
+    const QVariant& GetResult() const { return result; }
+
+public slots:
+    void slotGenerateElevationQuery(QVariant places);
+
+signals:
+    void signalElevations(QVariant places);
+
+private:
+    QVariant result;
+};

@@ -1,0 +1,98 @@
+// Areas tested against zones by the workers.
+#include "analysis/CAxAreaIntersectOperate.h"
+
+#include <osg/Math>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+using osgEarth::Symbology::Polygon;
+
+namespace {
+osg::ref_ptr<Polygon> Circle(double x, double y, double degrees, int corners = 40)
+{
+    osg::ref_ptr<Polygon> ring = new Polygon;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2.0 * osg::PI * i / corners;
+        ring->push_back(x + degrees * std::cos(angle), y + degrees * std::sin(angle));
+    }
+    return ring;
+}
+
+AxNoflyZones Zones(const std::vector<std::pair<const char*, osg::ref_ptr<Polygon>>>& polygons)
+{
+    AxNoflyZones zones;
+    for (const auto& [id, polygon] : polygons)
+        zones.polygons.insert(id, polygon);
+    return zones;
+}
+
+QStringList Met(const AxNoflyZones& zones, const Polygon& area)
+{
+    const osg::ref_ptr<CAxAreaIntersectOperate> worker = new CAxAreaIntersectOperate(AxZoneOutlines(zones));
+    AxPendingWorkers pending;
+    pending.Set(1);
+    worker->SetJob(area, pending);
+    (*worker)(nullptr);
+    pending.Wait();
+    return worker->Met();
+}
+} // namespace
+
+TEST(AreaIntersect, FindsZonesThatTouchHoldOrAreHeld)
+{
+    const AxNoflyZones zones = Zones({{"c overlaps", Circle(20.10, 10.0, 0.06)},
+                                      {"b inside", Circle(20.0, 10.0, 0.001)},
+                                      {"a around", Circle(20.0, 10.0, 0.17)},
+                                      {"d beside", Circle(20.12, 10.12, 0.06)},
+                                      {"e far", Circle(60.0, 10.0, 0.07)},
+                                      {"f empty", new Polygon}});
+    EXPECT_EQ(Met(zones, *Circle(20.0, 10.0, 0.05)), (QStringList{"a around", "b inside", "c overlaps"}));
+}
+
+TEST(AreaIntersect, PassesOverZonesWhoseMiddleIsTooFar)
+{
+    // The area reaches 0.05 degrees: middles within 0.05 * 1.414 * 113 + 20 = 28 km count, 0.25 degrees.
+    const AxNoflyZones zones =
+        Zones({{"near", Circle(20.0, 10.24, 0.22)}, {"far", Circle(20.0, 9.74, 0.24)}});
+    EXPECT_EQ(Met(zones, *Circle(20.0, 10.0, 0.05)), QStringList{"near"});
+}
+
+TEST(AreaIntersect, LiftedPartsAreFree)
+{
+    AxNoflyZones zones = Zones({{"z", Circle(20.0, 10.0, 0.1)}});
+    zones.outlines.insert("z", QPolygonF({{20.05, 9.9}, {20.1, 9.9}, {20.1, 10.1}, {20.05, 10.1}}));
+    EXPECT_EQ(Met(zones, *Circle(19.97, 10.0, 0.02)), QStringList());
+    EXPECT_EQ(Met(zones, *Circle(20.07, 10.0, 0.01)), QStringList{"z"});
+}
+
+TEST(AreaIntersect, SeesAcrossTheAntimeridian)
+{
+    const AxNoflyZones zones =
+        Zones({{"east", Circle(179.95, 0.0, 0.1)}, {"west", Circle(-180.05, 0.0, 0.1)}});
+    for (const double longitude : {180.0, -180.0})
+        EXPECT_EQ(Met(zones, *Circle(longitude, 0.0, 0.05)), (QStringList{"east", "west"})) << longitude;
+    const std::vector<AxZoneOutline> outlines = AxZoneOutlines(zones);
+    EXPECT_TRUE(outlines[0].Contains(-179.98, 0.0));
+    EXPECT_FALSE(outlines[0].Contains(-179.9, 0.05));
+}
+
+TEST(AreaIntersect, RunsOncePerJobAndAgainForTheNext)
+{
+    const osg::ref_ptr<CAxAreaIntersectOperate> worker =
+        new CAxAreaIntersectOperate(AxZoneOutlines(Zones({{"z", Circle(20.0, 10.0, 0.1)}})));
+    EXPECT_TRUE(worker->getKeep());
+    EXPECT_EQ(worker->getName(), "AreaIntersect Operation");
+    AxPendingWorkers pending;
+    pending.Set(2);
+    (*worker)(nullptr);
+    for (int i = 0; i < 2; ++i) {
+        const osg::ref_ptr<Polygon> area = Circle(20.0 + i, 10.0, 0.01);
+        worker->SetJob(*area, pending);
+        (*worker)(nullptr);
+        (*worker)(nullptr);
+        EXPECT_EQ(worker->Met().size(), i == 0 ? 1 : 0);
+    }
+    pending.Wait();
+}

@@ -1,0 +1,262 @@
+// Zones out of the rows of the zone file: areas, circles, lifts.
+#include "LogLines.h"
+
+#include "analysis/AxNoflyZones.h"
+#include "analysis/AxZoneArea.h"
+#include "analysis/AxZoneClipping.h"
+
+#include <osg/Math>
+#include <osgEarth/GeoMath>
+
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+using osgEarth::Symbology::MultiGeometry;
+using osgEarth::Symbology::Polygon;
+
+namespace {
+QVariant Zone(const QVariant& id, const QVariant& enable, const QVariant& area)
+{
+    return QVariantList{0.0, 0.0, id, enable, area};
+}
+
+QVariant Lift(const QVariant& area, const QVariant& ids, const QVariant& status = 2)
+{
+    return QVariantList{"2026-01-01", "2026-12-31", area, ids, "pilot", status};
+}
+
+const QString square = QStringLiteral("10,50|11,50|11,51|10,51");
+
+double Area(const MultiGeometry& pieces)
+{
+    double area = 0.0;
+    for (const auto& part : pieces.getComponents()) {
+        const auto& piece = dynamic_cast<const Polygon&>(*part);
+        area += std::abs(piece.getSignedArea2D());
+        for (const auto& hole : piece.getHoles())
+            area -= std::abs(hole->getSignedArea2D());
+    }
+    return area;
+}
+
+bool Contains(const MultiGeometry& pieces, double x, double y)
+{
+    for (const auto& part : pieces.getComponents())
+        if (dynamic_cast<const Polygon&>(*part).contains2D(x, y))
+            return true;
+    return false;
+}
+} // namespace
+
+struct AreaRow
+{
+    const char* name;
+    const char* text;
+    std::size_t ringPoints;
+    int unusable;
+};
+
+class AreaText : public testing::TestWithParam<AreaRow>
+{
+};
+
+TEST_P(AreaText, GivesTheRingOfWhatIsReadable)
+{
+    const AxZoneArea area = AxReadArea(QString::fromUtf8(GetParam().text));
+    EXPECT_EQ(AxZoneRing(area).size(), GetParam().ringPoints);
+    EXPECT_EQ(area.unusable, GetParam().unusable);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, AreaText,
+    testing::Values(AreaRow{"Empty", "", 0, 0}, AreaRow{"SeparatorAlone", "|", 0, 0},
+                    AreaRow{"OneNumber", "1", 0, 1}, AreaRow{"PointAndSeparator", "1,2|", 73, 0},
+                    AreaRow{"PointWithAltitude", "1,2,300", 73, 0}, AreaRow{"NotANumber", "nan,nan", 0, 1},
+                    AreaRow{"Infinite", "1,inf|2,3|4,5", 2, 1}, AreaRow{"Overflow", "1,1e999|2,3|4,5", 2, 1},
+                    AreaRow{"Words", "\xe4\xb8\x80,two|1,2|3,4|5,6", 3, 1},
+                    AreaRow{"OutsideTheGlobe", "1,91|400,2|1,2|3,4", 2, 2},
+                    AreaRow{"BlanksAndSigns", " +1 , -2 |\t3,4\n| 5,6", 3, 0},
+                    AreaRow{"TrailingGarbage", "1,2x|3,4|5,6", 2, 1},
+                    AreaRow{"TwoPartsOfWhichOneIsRead", "1|2,3", 1, 1},
+                    AreaRow{"Repeated", "1,2|1,2|1,2", 3, 0}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(ZoneRing, GoesOnAcrossTheAntimeridian)
+{
+    const AxRing ring = AxZoneRing(AxReadArea("179.5,10|-179.5,10|-179.5,11|179.5,11"));
+    ASSERT_EQ(ring.size(), 4u);
+    EXPECT_EQ(ring[1], osg::Vec3d(180.5, 10.0, 0.0));
+    EXPECT_EQ(ring[3], osg::Vec3d(179.5, 11.0, 0.0));
+    const AxRing circle = AxZoneCircle(-179.99, 60.0);
+    for (const osg::Vec3d& point : circle)
+        EXPECT_LT(std::abs(point.x() + 179.99), 0.2);
+}
+
+TEST(ZoneRing, CircleLiesEightKilometresAround)
+{
+    for (const osg::Vec2d centre :
+         {osg::Vec2d(116.4, 39.9), osg::Vec2d(-70.0, -55.5), osg::Vec2d(3.0, 80.0)}) {
+        const AxRing ring = AxZoneCircle(centre.x(), centre.y());
+        ASSERT_EQ(ring.size(), 73u);
+        EXPECT_EQ(ring.back(), ring.front());
+        EXPECT_NEAR(ring.front().x(), centre.x(), 1e-4) << "the first bears north";
+        EXPECT_GT(ring.front().y(), centre.y());
+        EXPECT_GT(ring[18].x(), centre.x()) << "the others follow clockwise";
+        for (const osg::Vec3d& point : ring) {
+            EXPECT_EQ(point.x(), static_cast<double>(static_cast<float>(point.x())));
+            EXPECT_NEAR(osgEarth::GeoMath::distance(
+                            osg::DegreesToRadians(centre.y()), osg::DegreesToRadians(centre.x()),
+                            osg::DegreesToRadians(point.y()), osg::DegreesToRadians(point.x()), 6378137.0),
+                        8000.0, 3.0);
+        }
+    }
+}
+
+TEST(ZoneRows, TakesWhatIsInForceAndTheLastOfAnId)
+{
+    const QString odd = QStringLiteral("O'Hare \"\xe6\x9c\xba\"");
+    const AxNoflyZones zones =
+        AxReadZones({Zone("b", true, square), Zone("a", 1, "5,5"), Zone("off", 0, square),
+                     Zone(odd, "1", "1"), Zone("b", true, "7,7")},
+                    {});
+    EXPECT_EQ(zones.polygons.keys(), (QStringList{odd, "a", "b"}));
+    EXPECT_TRUE(zones.polygons[odd]->empty());
+    EXPECT_EQ(zones.polygons["b"]->size(), 73u);
+    EXPECT_TRUE(zones.displayGeometry.isEmpty());
+    EXPECT_TRUE(zones.outlines.isEmpty());
+}
+
+TEST(ZoneRows, PassesOverWhatIsNoRowWithOneLineEach)
+{
+    const LogLines log;
+    const AxNoflyZones zones =
+        AxReadZones({QVariant(), QVariant("text"), QVariantList{1, 2, 3}, Zone(QVariant(), true, square),
+                     Zone("nulls", QVariant(), square), Zone("noArea", true, QVariant()),
+                     Zone("someOutside", true, "1,95|1,2|2,2|2,3"), Zone("good", true, square)},
+                    {QVariant(), QVariantList{1}, Lift(square, QVariant()), Lift(square, "good", "text")});
+    EXPECT_EQ(zones.polygons.keys(), (QStringList{"good", "noArea", "someOutside"}));
+    EXPECT_TRUE(zones.liftEntries.isEmpty());
+    EXPECT_EQ(LogLines::lines.size(), 4 + 2 + 2) << LogLines::lines.join('\n').toStdString();
+}
+
+TEST(Lifts, OnlyGrantedOnesCutAndOneMayCutSeveralZones)
+{
+    const QVariantList rows{Zone("z1", true, square), Zone("z2", true, "10.5,50.5|12,50.5|12,52|10.5,52"),
+                            Zone("z3", true, square)};
+    const QString lift = QStringLiteral("10.6,50.6|10.9,50.6|10.9,50.9|10.6,50.9");
+    const AxNoflyZones zones = AxReadZones(rows, {Lift(lift, "z3", 1), Lift(lift, "z3", 3),
+                                                  Lift(lift, "z2,,z1"), Lift(square, "z"), Lift("", "z1")});
+    EXPECT_EQ(zones.outlines.keys(), (QStringList{"z1", "z2"}));
+    EXPECT_EQ(zones.liftEntries.values("z2"), QStringList{"2026-01-01;2026-12-31;" + lift});
+    EXPECT_EQ(zones.liftEntries.count("z1"), 2);
+    for (const char* id : {"z1", "z2"}) {
+        EXPECT_FALSE(zones.outlines[id].containsPoint({10.75, 50.75}, Qt::OddEvenFill)) << id;
+        EXPECT_FALSE(Contains(*zones.displayGeometry[id], 10.75, 50.75)) << id;
+    }
+    EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0 - 0.09, 1e-9);
+    const auto& piece = dynamic_cast<const Polygon&>(*zones.displayGeometry["z1"]->getComponents().front());
+    EXPECT_EQ(piece.getHoles().size(), 1u);
+}
+
+TEST(Lifts, OfAnUnknownZoneLeaveAnEmptyOutline)
+{
+    const LogLines log;
+    const AxNoflyZones zones = AxReadZones({Zone("z1", true, square)}, {Lift(square, "nobody")});
+    ASSERT_TRUE(zones.outlines.contains("nobody"));
+    EXPECT_TRUE(zones.outlines["nobody"].isEmpty());
+    EXPECT_FALSE(zones.polygons.contains("nobody"));
+    EXPECT_EQ(LogLines::lines.size(), 1);
+}
+
+TEST(Lifts, CutAZoneIntoPiecesAndAwayAltogether)
+{
+    const AxRing zone = AxReadArea(square).points;
+    const AxClippedZone cut = AxClipZone(zone, {AxReadArea("10.4,49|10.6,49|10.6,52|10.4,52").points});
+    EXPECT_EQ(cut.display->getNumComponents(), 2u);
+    EXPECT_NEAR(Area(*cut.display), 0.8, 1e-9);
+    EXPECT_FALSE(cut.outline.containsPoint({10.5, 50.5}, Qt::OddEvenFill));
+    EXPECT_TRUE(cut.outline.containsPoint({10.2, 50.5}, Qt::OddEvenFill));
+    EXPECT_TRUE(cut.outline.containsPoint({10.8, 50.5}, Qt::OddEvenFill));
+
+    const AxClippedZone gone = AxClipZone(zone, {AxReadArea("9,49|12,49|12,52|9,52").points});
+    ASSERT_EQ(gone.display->getNumComponents(), 1u);
+    EXPECT_TRUE(gone.display->getComponents().front()->empty());
+    EXPECT_FALSE(gone.outline.containsPoint({10.5, 50.5}, Qt::OddEvenFill));
+
+    const AxClippedZone across = AxClipZone(AxReadArea("179,0|-179,0|-179,2|179,2").points,
+                                            {AxReadArea("-180,0.5|-179.5,0.5|-179.5,1|-180,1").points});
+    EXPECT_NEAR(Area(*across.display), 4.0 - 0.25, 1e-9) << "the lift is counted from the other side";
+}
+
+// Both ways of cutting, one for the eye and one for the test, must leave the same ground.
+TEST(Lifts, LeaveTheSameToSeeAndToTest)
+{
+    std::mt19937 random(20260);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    for (int round = 0; round < 60; ++round) {
+        const double x = -179.0 + 358.0 * unit(random);
+        const double y = -80.0 + 160.0 * unit(random);
+        const AxRing zone = AxZoneCircle(x, y);
+        const double width = zone[18].x() - x;
+        const double height = zone[0].y() - y;
+        std::vector<AxRing> lifts;
+        for (int i = 0; i < 1 + round % 3; ++i) {
+            const double cx = x + width * (1.6 * unit(random) - 0.8);
+            const double cy = y + height * (1.6 * unit(random) - 0.8);
+            AxRing lift;
+            const int corners = 3 + round % 8;
+            for (int k = 0; k < corners; ++k) {
+                const double angle = 2.0 * osg::PI * k / corners;
+                const double reach = 0.2 + 0.5 * unit(random);
+                lift.emplace_back(cx + width * reach * std::cos(angle), cy + height * reach * std::sin(angle),
+                                  0.0);
+            }
+            lifts.push_back(lift);
+        }
+        const AxClippedZone cut = AxClipZone(zone, lifts);
+        int differing = 0;
+        constexpr int tries = 400;
+        for (int i = 0; i < tries; ++i) {
+            const QPointF place(x + width * (2.0 * unit(random) - 1.0),
+                                y + height * (2.0 * unit(random) - 1.0));
+            differing += Contains(*cut.display, place.x(), place.y()) !=
+                         cut.outline.containsPoint(place, Qt::OddEvenFill);
+        }
+        // A place right on an edge may go either way.
+        EXPECT_LE(differing, 2) << "round " << round;
+    }
+}
+
+TEST(Lifts, OfTangledRingsOfThousandsOfPointsAreLeftOut)
+{
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    QString tangle;
+    constexpr int points = 100000;
+    for (int i = 0; i < points; ++i)
+        tangle += QStringLiteral("%1,%2|").arg(10.0 + unit(random)).arg(50.0 + unit(random));
+    const LogLines log;
+    const AxNoflyZones zones = AxReadZones({Zone("z1", true, square), Zone("z2", true, tangle)},
+                                           {Lift(tangle, "z1"), Lift(square, "z2")});
+    EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0, 1e-9);
+    EXPECT_EQ(zones.outlines["z2"].size(), points);
+    EXPECT_EQ(LogLines::lines.size(), 2);
+}
+
+TEST(Lifts, AreReadForTheOperator)
+{
+    const AxNoflyZones zones = AxReadZones({Zone("z1", true, square)}, {Lift(square, "z1"), Lift("", "z1")});
+    const QDateTime noon(QDate(2026, 12, 31), QTime(12, 0));
+    ASSERT_EQ(AxLiftsOf(zones, "z1", noon).size(), 2);
+    EXPECT_EQ(AxLiftsOf(zones, "z1", noon).front().begin, "2026-01-01");
+    EXPECT_FALSE(AxLiftsOf(zones, "z1", noon).front().isOutOfDate) << "a day lasts to its end";
+    EXPECT_TRUE(AxLiftsOf(zones, "z1", noon.addDays(1)).front().isOutOfDate);
+    for (const char* past : {"2026-12-31 11:59:00", "2026-12-31T11:59", "1767225600", "2025-06-01"})
+        EXPECT_TRUE(AxIsPast(past, noon)) << past;
+    for (const char* open : {"2026-12-31 12:01:00", "", "soon", "2027-13-45", "99999999999"})
+        EXPECT_FALSE(AxIsPast(open, noon)) << open;
+}

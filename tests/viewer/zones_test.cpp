@@ -1,0 +1,216 @@
+// The no-fly process on the real viewer: which zones are in the scene, what
+// areas meet, and the jobs of its thread.
+#include "ShapeFixture.h"
+
+#include "analysis/CAxAncillaryProcess.h"
+#include "analysis/CAxElevationQuery.h"
+
+#include <osg/Geode>
+
+#include <QSignalSpy>
+
+#include <atomic>
+#include <thread>
+
+using osgEarth::Symbology::Polygon;
+
+namespace {
+class Zones : public ViewerFixture
+{
+protected:
+    void SetUp() override
+    {
+        process = viewer->GetAncillaryProcess();
+        process->SetNoFlyZoneMask(true);
+    }
+    void TearDown() override
+    {
+        LookAt(20.0, 10.0, 1.5e7);
+        EXPECT_TRUE(Shows({}));
+        process->SetNoFlyZoneMask(false);
+    }
+
+    void LookAt(double longitude, double latitude, double range) const
+    {
+        viewer->getManipulator()->setViewpoint(
+            osgEarth::Viewpoint("zones", longitude, latitude, 0.0, 0.0, -90.0, range), 0.0);
+        process->SetCurrViewPort(osgEarth::Viewpoint("zones", longitude, latitude, 0.0, 0.0, -90.0, range));
+    }
+    static QStringList InScene()
+    {
+        QStringList ids;
+        const osg::Group* zones = findNode(viewer->GetDrawNodeGroup(), "NoFlyGroup")->asGroup();
+        for (unsigned i = 0; i < zones->getNumChildren(); ++i)
+            ids += QString::fromStdString(zones->getChild(i)->getName());
+        ids.sort();
+        return ids;
+    }
+    static bool Shows(const QStringList& ids)
+    {
+        return waitFor([&] { return InScene() == ids; }, 20000);
+    }
+    static osg::ref_ptr<Polygon> Square(double longitude, double latitude, double half)
+    {
+        osg::ref_ptr<Polygon> square = new Polygon;
+        for (const auto& [x, y] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, 1}})
+            square->push_back(longitude + x * half, latitude + y * half);
+        return square;
+    }
+
+    CAxAncillaryProcess* process = nullptr;
+};
+} // namespace
+
+TEST_F(Zones, EnterTheSceneNearALowCameraAndLeaveIt)
+{
+    QSignalSpy told(process, &CAxAncillaryProcess::signalShownZones);
+    LookAt(60.5, 46.0, 100000.0);
+    EXPECT_TRUE(Shows({"T1", "T2", "T3", "T4"})) << InScene().join(' ').toStdString();
+    LookAt(60.5, 46.0, 350000.0);
+    EXPECT_TRUE(Shows({})) << "from 350 km on there are none";
+    LookAt(60.5, 46.0, 349999.0);
+    EXPECT_TRUE(Shows({"T1", "T2", "T3", "T4"}));
+    LookAt(63.2, 46.2, 100000.0);
+    EXPECT_TRUE(Shows({"T4"})) << InScene().join(' ').toStdString();
+    EXPECT_TRUE(waitFor([&] { return told.count() >= 4; }));
+}
+
+TEST_F(Zones, FollowAPanAtTheSameRange)
+{
+    LookAt(65.5, 46.0, 100000.0);
+    EXPECT_TRUE(Shows({}));
+    viewer->getManipulator()->setViewpoint(
+        osgEarth::Viewpoint("panned", 60.5, 46.0, 0.0, 0.0, -90.0, 100000.0), 0.0);
+    EXPECT_TRUE(Shows({"T1", "T2", "T3", "T4"}));
+}
+
+TEST_F(Zones, AreTheOnesThatAnAreaMeetsLiftedPartsLeftOut)
+{
+    QStringList ids{"kept"};
+    EXPECT_TRUE(process->Intersection(Square(60.4, 45.4, 0.2), ids, false));
+    EXPECT_EQ(ids, (QStringList{"kept", "T1", "T2"}));
+    // T3 has a hole where a lift was granted; the lift of T1 waits for its answer.
+    for (const auto& [x, y, met] : {std::tuple{61.0, 46.0, false}, {61.0, 46.06, true}, {60.2, 45.3, true}}) {
+        ids.clear();
+        EXPECT_EQ(process->Intersection(Square(x, y, 0.01), ids, true), met) << x << ' ' << y;
+        EXPECT_EQ(process->ZonesAt(x, y).isEmpty(), !met) << x << ' ' << y;
+    }
+    for (osgEarth::Symbology::Geometry* nothing : {static_cast<Polygon*>(nullptr), new Polygon}) {
+        const osg::ref_ptr<osgEarth::Symbology::Geometry> held = nothing;
+        EXPECT_FALSE(process->Intersection(nothing, ids, false));
+    }
+}
+
+TEST_F(Zones, AreListedByTheirDistanceWithTheirLifts)
+{
+    const QList<AxNoflyZoneNear> near = process->ZonesNear(60.2, 45.2, 60000.0);
+    ASSERT_EQ(near.size(), 2);
+    EXPECT_EQ(near[0].id, "T1");
+    EXPECT_NEAR(near[0].distance, 11132.0, 5.0);
+    EXPECT_NEAR(near[0].bearing, 0.0, 0.01);
+    EXPECT_TRUE(near[0].lifts.isEmpty());
+    EXPECT_EQ(near[1].id, "T2");
+    EXPECT_NEAR(near[1].bearing, 43.0, 2.0);
+    const QList<AxNoflyZoneNear> lifted = process->ZonesNear(61.3, 46.3, 60000.0);
+    ASSERT_EQ(lifted.size(), 2);
+    for (const AxNoflyZoneNear& zone : lifted) {
+        ASSERT_EQ(zone.lifts.size(), 1) << zone.id.toStdString();
+        EXPECT_EQ(zone.lifts[0].isOutOfDate, zone.id == "T4");
+    }
+}
+
+TEST_F(Zones, AreTestedWhileTheCameraMovesAmongThem)
+{
+    for (int i = 0; i < 60; ++i) {
+        process->SetCurrViewPort(osgEarth::Viewpoint("moving", 58.0 + 0.1 * i, 46.0, 0.0, 0.0, -90.0,
+                                                     i % 7 ? 100000.0 : 400000.0));
+        QStringList ids;
+        EXPECT_TRUE(process->Intersection(Square(60.2, 45.3, 0.05), ids, false));
+        process->ZonesNear(60.2, 45.3, 1e6);
+        if (i % 10 == 0)
+            QTest::qWait(1);
+    }
+    LookAt(60.5, 46.0, 100000.0);
+    EXPECT_TRUE(Shows({"T1", "T2", "T3", "T4"})) << "the last place of the camera counts";
+}
+
+TEST_F(Zones, ElevationJobIsWaitedForOrTellsItsEnd)
+{
+    CAxElevationQuery waited;
+    process->SetElevationQueryPara(5, 4, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05), {},
+                                   nullptr, &waited);
+    process->block();
+    const QVariantList places = waited.GetResult().toList();
+    ASSERT_EQ(places.size(), 20);
+    for (const QVariant& place : places) {
+        EXPECT_NEAR(place.toList()[0].toDouble(), -105.0, 0.0501);
+        EXPECT_GT(place.toList()[2].toDouble(), 1300.0) << "these are mountains";
+        EXPECT_LT(place.toList()[2].toDouble(), 4400.0);
+    }
+    // The answer was there before it was waited for; nobody waits for ever.
+    CAxElevationQuery late;
+    process->SetElevationQueryPara(1, 1, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05), {},
+                                   nullptr, &late);
+    EXPECT_TRUE(waitFor([&] {
+        QSignalSpy answered(process, &CAxAncillaryProcess::signalGenerateElevationQuery);
+        return answered.wait(100) || late.GetResult().isValid();
+    }));
+    process->block();
+
+    CAxElevationQuery asked;
+    QObject progress;
+    QSignalSpy told(&asked, &CAxElevationQuery::signalElevations);
+    process->SetElevationQueryPara(2, 2, 0.0, nullptr, Polygon(), {}, &progress, &asked);
+    EXPECT_TRUE(told.wait(20000));
+    EXPECT_TRUE(asked.GetResult().toList().isEmpty()) << "there is no map to ask";
+}
+
+TEST_F(Zones, GateLetsGoOfWhoWaitsAndOfNobodyElse)
+{
+    std::atomic<int> passed{0};
+    for (int round = 1; round <= 3; ++round) {
+        std::thread waiting([&] {
+            process->block();
+            ++passed;
+        });
+        // Released again and again, for the other thread may not wait yet.
+        while (passed < round) {
+            process->release();
+            std::this_thread::yield();
+        }
+        waiting.join();
+    }
+    EXPECT_EQ(passed, 3);
+}
+
+TEST_F(Zones, ModelBoundJobDrawsTheOutlineOfAModel)
+{
+    osg::Matrixd place;
+    osgEarth::GeoPoint(viewer->getSRS()->getGeographicSRS(), 61.0, 45.0, 100.0).createLocalToWorld(place);
+    osg::ref_ptr<osg::Geode> model = new osg::Geode;
+    osg::ref_ptr<osg::Geometry> box = new osg::Geometry;
+    const std::vector<osg::Vec3> corners{{-50.0f, -20.0f, 0.0f},
+                                         {50.0f, -20.0f, 0.0f},
+                                         {50.0f, 20.0f, 0.0f},
+                                         {-50.0f, 20.0f, 0.0f},
+                                         {0.0f, 0.0f, 30.0f}};
+    box->setVertexArray(new osg::Vec3Array(static_cast<unsigned>(corners.size()), corners.data()));
+    model->addDrawable(box);
+    osg::ref_ptr<osg::Geode> drawn = new osg::Geode;
+    QSignalSpy told(process, &CAxAncillaryProcess::signalModelBound);
+    process->SetModelBoundPara(model, place, 7, 0.0, drawn, nullptr);
+    ASSERT_TRUE(told.wait(20000));
+    const QVariantList answered = told[0][0].value<QVariant>().toList();
+    ASSERT_EQ(answered.size(), 2);
+    EXPECT_EQ(answered[0].toInt(), 7);
+    const QVariantList outline = answered[1].toList();
+    ASSERT_EQ(outline.size(), 4);
+    for (const QVariant& corner : outline) {
+        const double east = (corner.toList()[0].toDouble() - 61.0) * 78847.0;
+        const double north = (corner.toList()[1].toDouble() - 45.0) * 111132.0;
+        EXPECT_NEAR(std::abs(east), 50.0, 1.0);
+        EXPECT_NEAR(std::abs(north), 20.0, 1.0);
+        EXPECT_NEAR(corner.toList()[2].toDouble(), 100.0, 1.0);
+    }
+    EXPECT_EQ(drawn->getNumDrawables(), 1u);
+}
