@@ -3,6 +3,8 @@
 #include "analysis/AxZoneClipping.h"
 #include "viewer/AxViewerLog.h"
 
+#include <AxData/CAxNoflyZoneMgr.h>
+
 #include <QSet>
 
 #include <algorithm>
@@ -156,26 +158,6 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
 }
 } // namespace
 
-QString AxZoneColumns()
-{
-    return QStringLiteral("lng, lat, local_id, enable, area");
-}
-
-QString AxZoneTable()
-{
-    return QStringLiteral("no_fly_zone");
-}
-
-QString AxLiftColumns()
-{
-    return QStringLiteral("begin_at, expired_at, area, local_ids, user_id, status");
-}
-
-QString AxLiftTable()
-{
-    return QStringLiteral("lift_no_fly_zone");
-}
-
 osg::ref_ptr<Polygon> AxZonePolygon(const QString& area)
 {
     const std::vector<osg::Vec3d> ring = AxZoneRing(AxReadArea(area));
@@ -188,6 +170,28 @@ AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>&
     ReadPolygons(zoneRows, zones);
     Clip(ReadLifts(liftRows, zones), zones);
     return zones;
+}
+
+bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones)
+{
+    QList<QVariant> zoneRows;
+    QList<QVariant> liftRows;
+    const auto select = [&zoneFile](const char* columns, const char* table, QList<QVariant>& rows) {
+        if (!zoneFile.SelectRecord(columns, table, QString(), QString(), rows))
+            qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
+    };
+    if (!zoneFile.DecryptionNoflyFile(file, file))
+        qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
+    zoneFile.ConnectDataBase(file);
+    select("lng, lat, local_id, enable, area", "no_fly_zone", zoneRows);
+    select("begin_at, expired_at, area, local_ids, user_id, status", "lift_no_fly_zone", liftRows);
+    zoneFile.CloseDataBase();
+    if (!zoneFile.EncryptionNoflyFile(file, file))
+        qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
+    if (zoneRows.isEmpty())
+        return false;
+    zones = AxReadZones(zoneRows, liftRows);
+    return true;
 }
 
 QList<AxNoflyLift> AxLiftsOf(const AxNoflyZones& zones, const QString& id, const QDateTime& now)

@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <QVariant>
 
+class CAxNoflyZoneMgr;
+
 /// A lift of a no-fly zone, as the operator reads of it.
 struct AxNoflyLift
 {
@@ -38,16 +40,14 @@ struct AxNoflyZones
 /// single point is the centre of a circle of 8 km with 73 points. Empty when the text holds no point.
 AXEARTHVIEWER_EXPORT osg::ref_ptr<osgEarth::Symbology::Polygon> AxZonePolygon(const QString& area);
 
-/// The columns and tables that AxReadZones() takes its rows from.
-AXEARTHVIEWER_EXPORT QString AxZoneColumns();
-AXEARTHVIEWER_EXPORT QString AxZoneTable();
-AXEARTHVIEWER_EXPORT QString AxLiftColumns();
-AXEARTHVIEWER_EXPORT QString AxLiftTable();
-
-/// Turns rows of the two tables into zones. Rows that are switched off, lifts that are not granted and
-/// whatever cannot be read are left out, the last with a line in the log.
+/// Turns rows of the two tables into zones, columns in the order of AxLoadZones(). Rows that are switched
+/// off, lifts that are not granted and whatever cannot be read are left out, the last with a line in the log.
 AXEARTHVIEWER_EXPORT AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows,
                                               const QList<QVariant>& liftRows);
+
+/// Opens a zone file in place, reads it and seals it again. False, `zones` untouched, when it holds no zone
+/// row.
+AXEARTHVIEWER_EXPORT bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones);
 
 /// The lifts of a zone in the order of the file.
 AXEARTHVIEWER_EXPORT QList<AxNoflyLift> AxLiftsOf(const AxNoflyZones& zones, const QString& id,

@@ -101,7 +101,6 @@ void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint)
 {
     // The zones in the scene reach 2 degrees; a tenth of that may be missing at the edge.
     constexpr double farDegrees = 0.2;
-    constexpr double highestRange = 350000.0;
     if (!NoFlyZoneMask() || !viewpoint.focalPoint().isSet())
         return;
     const osgEarth::Viewpoint last = worker->Viewport();
@@ -110,8 +109,8 @@ void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint)
         isFirst ? osg::Vec3d() : viewpoint.focalPoint()->vec3d() - last.focalPoint()->vec3d();
     const bool isFar =
         std::abs(std::remainder(moved.x(), fullTurn)) > farDegrees || std::abs(moved.y()) > farDegrees;
-    const bool isLow = viewpoint.getRange() < highestRange;
-    const bool isOtherHeight = isLow != (last.getRange() < highestRange);
+    const bool isLow = viewpoint.getRange() < AxNearZones::highestRange;
+    const bool isOtherHeight = isLow != (last.getRange() < AxNearZones::highestRange);
     if (isFirst || (isFar && isLow) || isOtherHeight)
         SetCurrViewPort(viewpoint);
 }

@@ -18,28 +18,12 @@ using osgEarth::Symbology::MultiGeometry;
 namespace {
 using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
 
-constexpr double nearDegrees = 2.0;
-constexpr double highestRange = 350000.0; // metres
-constexpr double fullTurn = 360.0;
 constexpr int mostWorkers = 4;
 
 [[noreturn]] void EndWithoutZones(const QString& text)
 {
     AxShowNotice(nullptr, CAxAncillaryThread::tr("no-fly zone Information"), text);
     std::exit(EXIT_SUCCESS);
-}
-
-bool IsWithin(double centre, double focus)
-{
-    return focus - nearDegrees < centre && centre < focus + nearDegrees;
-}
-
-/// Longitudes also across the antimeridian, where the same place has two.
-bool IsNear(const osg::Vec2d& centre, const osg::Vec3d& focus)
-{
-    return IsWithin(centre.y(), focus.y()) &&
-           (IsWithin(centre.x(), focus.x()) || IsWithin(centre.x() - fullTurn, focus.x()) ||
-            IsWithin(centre.x() + fullTurn, focus.x()));
 }
 } // namespace
 
@@ -49,37 +33,17 @@ CAxAncillaryThread::CAxAncillaryThread(CAxAncillaryProcess* ancillaryProcess)
     const QString file = zoneFile->CheckExistNoflyFile();
     if (file.isEmpty())
         EndWithoutZones(tr("The no-fly zone document does not exist ."));
-    if (!load(file))
+    if (!AxLoadZones(*zoneFile, file, zones))
         EndWithoutZones(tr("The no-fly zone document parsing error!May file has been corrupted, please login "
                            "in the case of networking for Launcher!"));
     outlines = AxZoneOutlines(zones);
-    for (auto zone = zones.polygons.begin(); zone != zones.polygons.end(); ++zone) {
-        const osgEarth::Bounds box = zone.value()->getBounds();
-        if (box.valid())
-            placed.push_back({zone.key(), osg::Vec2d(box.center().x(), box.center().y())});
-    }
+    nearZones = std::make_unique<AxNearZones>(zones);
 }
 
 CAxAncillaryThread::~CAxAncillaryThread()
 {
     Stop();
     join();
-}
-
-bool CAxAncillaryThread::load(const QString& file)
-{
-    QList<QVariant> zoneRows;
-    QList<QVariant> liftRows;
-    zoneFile->DecryptionNoflyFile(file, file);
-    zoneFile->ConnectDataBase(file);
-    zoneFile->SelectRecord(AxZoneColumns(), AxZoneTable(), QString(), QString(), zoneRows);
-    zoneFile->SelectRecord(AxLiftColumns(), AxLiftTable(), QString(), QString(), liftRows);
-    zoneFile->CloseDataBase();
-    zoneFile->EncryptionNoflyFile(file, file);
-    if (zoneRows.isEmpty())
-        return false;
-    zones = AxReadZones(zoneRows, liftRows);
-    return true;
 }
 
 void CAxAncillaryThread::CreateIntersectWorkers()
@@ -224,22 +188,15 @@ void CAxAncillaryThread::showZonesNear()
         seen = viewportCount;
         from = viewport;
     }
-    const osg::Vec3d focus = from.focalPoint().isSet() ? from.focalPoint()->vec3d() : osg::Vec3d();
-    const bool isLow = from.focalPoint().isSet() && from.getRange() < highestRange;
-    bool isOtherSet = false;
-    for (Placed& zone : placed) {
-        const bool isNear = isLow && IsNear(zone.centre, focus);
-        if (isNear == zone.isShown || !viewer)
-            continue;
-        queueZone(zone, isNear);
-        zone.isShown = isNear;
-        isOtherSet = true;
-        const Lock lock(mutex);
-        if (isNear)
-            shownZones.insert(zone.id, zones.polygons.value(zone.id));
-        else
-            shownZones.remove(zone.id);
-    }
+    const bool isOtherSet =
+        nearZones->Update(from, [this](const QString& id, const osg::Vec2d& middle, bool isNear) {
+            queueZone(id, middle, isNear);
+            const Lock lock(mutex);
+            if (isNear)
+                shownZones.insert(id, zones.polygons.value(id));
+            else
+                shownZones.remove(id);
+        });
     {
         // The camera may have moved on meanwhile.
         const Lock lock(mutex);
@@ -249,16 +206,18 @@ void CAxAncillaryThread::showZonesNear()
         emit signalShownZones();
 }
 
-void CAxAncillaryThread::queueZone(const Placed& zone, bool isNear)
+void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, bool isNear)
 {
+    if (!viewer)
+        return;
     const osg::ref_ptr<AxUserOperation> operation =
         new AxUserOperation(isNear ? AddNoFlyZone : RemoveNoFlyZone);
     operation->setEarthViewer(viewer);
-    operation->setUserName(zone.id);
+    operation->setUserName(id);
     if (isNear) {
-        operation->setUserPos(osg::Vec3d(zone.centre, 0.0));
-        operation->setUserPolygon(*zones.polygons.value(zone.id));
-        const auto display = zones.displayGeometry.value(zone.id);
+        operation->setUserPos(osg::Vec3d(middle, 0.0));
+        operation->setUserPolygon(*zones.polygons.value(id));
+        const auto display = zones.displayGeometry.value(id);
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
     }
     viewer->getOSGViewer()->addUpdateOperation(operation);

@@ -1,6 +1,7 @@
 #pragma once
 #include "analysis/AxElevationJob.h"
 #include "analysis/AxModelBound.h"
+#include "analysis/AxNearZones.h"
 #include "analysis/AxNoflyZones.h"
 #include "analysis/CAxAreaIntersectOperate.h"
 
@@ -15,6 +16,7 @@
 #include <QVariant>
 
 #include <atomic>
+#include <memory>
 #include <vector>
 
 class CAxAncillaryProcess;
@@ -67,28 +69,20 @@ signals:
     void signalShownZones();
 
 private:
-    struct Placed
-    {
-        QString id;
-        osg::Vec2d centre; // of the zone's box
-        bool isShown = false;
-    };
-
-    bool load(const QString& file);
     void waitForFlag();
     void set(std::atomic<bool>& flag);
     bool isAnySet() const;
     void runModelBoundJob();
     void runElevationJob();
     void showZonesNear();
-    void queueZone(const Placed& zone, bool isNear);
+    void queueZone(const QString& id, const osg::Vec2d& middle, bool isNear);
 
     CAxAncillaryProcess* process;
     CAxEarthViewer* viewer = nullptr;
     CAxNoflyZoneMgr* zoneFile;
     AxNoflyZones zones;
     std::vector<AxZoneOutline> outlines;
-    std::vector<Placed> placed; // of the thread itself
+    std::unique_ptr<AxNearZones> nearZones; // of the thread itself
     std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> intersectWorkers;
     AxPendingWorkers unfinished;
 

@@ -1,8 +1,11 @@
 #include "BenchGlobe.h"
+#include "BenchZones.h"
 
 #include "host/TourStops.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxNoflyZoneMgr.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -21,6 +24,7 @@ std::unique_ptr<CAxEarthViewer> viewer;
 CAxEarthViewer& globe()
 {
     if (!viewer) {
+        CAxNoflyZoneMgr::SetNoflyFile(zoneFile());
         viewer = std::make_unique<CAxEarthViewer>(nullptr);
         viewer->SetMapFile(QCoreApplication::applicationDirPath() +
                            QStringLiteral("/google_cn_net_no.earth"));

@@ -1,4 +1,5 @@
 // Areas tested against zones by the workers.
+#include "analysis/AxNearZones.h"
 #include "analysis/CAxAreaIntersectOperate.h"
 
 #include <osg/Math>
@@ -95,4 +96,29 @@ TEST(AreaIntersect, RunsOncePerJobAndAgainForTheNext)
         EXPECT_EQ(worker->Met().size(), i == 0 ? 1 : 0);
     }
     pending.Wait();
+}
+
+TEST(NearZones, AreWithinTwoDegreesOfALowFocalPoint)
+{
+    AxNearZones near(Zones({{"edge east", Circle(22.0, 10.0, 0.0)},
+                            {"edge north", Circle(20.0, 12.0, 0.0)},
+                            {"empty", new Polygon},
+                            {"far side", Circle(-178.5, 10.0, 0.0)},
+                            {"inside", Circle(21.75, 8.25, 0.0)}}));
+    QStringList told;
+    const auto tell = [&told](const QString& id, const osg::Vec2d&, bool isNear) {
+        told += (isNear ? '+' : '-') + id;
+    };
+    const auto from = [](double longitude, double latitude, double range) {
+        return osgEarth::Viewpoint("", longitude, latitude, 0.0, 0.0, -90.0, range);
+    };
+    EXPECT_FALSE(near.Update(osgEarth::Viewpoint(), tell));
+    EXPECT_FALSE(near.Update(from(20.0, 10.0, AxNearZones::highestRange), tell));
+    EXPECT_TRUE(near.Update(from(20.0, 10.0, 1000.0), tell));
+    EXPECT_EQ(told, QStringList{"+inside"});
+    EXPECT_FALSE(near.Update(from(20.0, 10.0, 2000.0), tell)) << "nothing is told twice";
+    near.Update(from(20.25, 10.125, 1000.0), tell);
+    near.Update(from(179.75, 10.0, 1000.0), tell);
+    EXPECT_EQ(told, (QStringList{"+inside", "+edge east", "+edge north", "-edge east", "-edge north",
+                                 "+far side", "-inside"}));
 }

@@ -1,0 +1,151 @@
+// No-fly zones: reading their file, cutting lifts out, testing areas, the pass
+// with each move of the camera, and what the thread costs that has nothing to do.
+#include "BenchGlobe.h"
+#include "BenchZones.h"
+
+#include "analysis/AxNearZones.h"
+#include "analysis/AxNoflyZones.h"
+#include "analysis/CAxAncillaryProcess.h"
+#include "analysis/CAxAreaIntersectOperate.h"
+#include "interaction/CAx3DGeometry.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxNoflyZoneMgr.h>
+
+#include <benchmark/benchmark.h>
+#include <osg/Math>
+#include <osg/OperationThread>
+
+#include <chrono>
+#include <cmath>
+#include <ctime>
+#include <thread>
+
+using osgEarth::Symbology::Polygon;
+
+namespace {
+
+void Clip(benchmark::State& state)
+{
+    const QList<QVariant> zones = bench::zoneRows();
+    const QList<QVariant> lifts = bench::liftRows();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(AxReadZones(zones, lifts));
+}
+BENCHMARK(Clip)->Name("NoFly/clip")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// All that start-up does with the file: open, read, seal, clip, and the outlines for the workers.
+void Load(benchmark::State& state)
+{
+    const QString file = bench::zoneFile();
+    for (auto _ : state) {
+        CAxNoflyZoneMgr manager;
+        AxNoflyZones zones;
+        if (!AxLoadZones(manager, file, zones))
+            state.SkipWithError("the file does not load");
+        benchmark::DoNotOptimize(AxZoneOutlines(zones));
+        benchmark::DoNotOptimize(AxNearZones(zones));
+    }
+}
+BENCHMARK(Load)->Name("NoFly/load")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+osg::ref_ptr<Polygon> area(double longitude, double latitude, double degrees, int corners)
+{
+    osg::ref_ptr<Polygon> ring = new Polygon;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2.0 * osg::PI * i / corners;
+        ring->push_back(longitude + degrees * std::cos(angle), latitude + degrees * std::sin(angle));
+    }
+    return ring;
+}
+
+/// Milliseconds to make, start and end as many threads as a test uses.
+double threadMilliseconds()
+{
+    constexpr int workers = 4;
+    const auto begin = std::chrono::steady_clock::now();
+    std::vector<osg::ref_ptr<osg::OperationThread>> threads;
+    for (int i = 0; i < workers; ++i) {
+        threads.emplace_back(new osg::OperationThread);
+        threads.back()->startThread();
+    }
+    threads.clear();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+}
+
+void Intersect(benchmark::State& state)
+{
+    CAxAncillaryProcess& process = *bench::globe().GetAncillaryProcess();
+    // A block of some kilometres, at places all over the globe.
+    std::vector<osg::ref_ptr<Polygon>> areas;
+    for (int i = 0; i < 64; ++i)
+        areas.push_back(area(-170.0 + 5.3 * i, -50.0 + 1.9 * i, 0.03, 100));
+    std::size_t next = 0;
+    int met = 0;
+    for (auto _ : state) {
+        QStringList ids;
+        met += process.Intersection(areas[next++ % areas.size()], ids, false);
+    }
+    benchmark::DoNotOptimize(met);
+    state.counters["threads_ms"] = bench::median(101, threadMilliseconds);
+}
+BENCHMARK(Intersect)->Name("NoFly/intersect")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void Near(benchmark::State& state)
+{
+    AxNearZones zones(AxReadZones(bench::zoneRows(), {}));
+    int step = 0;
+    for (auto _ : state) {
+        const osgEarth::Viewpoint viewpoint("", -100.0 + 0.25 * (++step % 800), 20.0, 0.0, 0.0, -90.0, 1e5);
+        zones.Update(viewpoint, [](const QString&, const osg::Vec2d&, bool) {});
+    }
+}
+BENCHMARK(Near)->Name("NoFly/near")->Unit(benchmark::kMillisecond);
+
+// The whole process while it draws nothing: the thread costs no more than that.
+void Idle(benchmark::State& state)
+{
+    CAxAncillaryProcess& process = *bench::globe().GetAncillaryProcess();
+    process.SetCurrViewPort(osgEarth::Viewpoint("", 0.0, 0.0, 0.0, 0.0, -90.0, 1e6));
+    bench::goTo(bench::kSpace);
+    constexpr double seconds = 10.0;
+    double share = 0.0;
+    for (auto _ : state) {
+        // On Linux the clock of all threads of the process.
+        const std::clock_t before = std::clock();
+        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+        share = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / seconds;
+    }
+    state.counters["percent"] = 100.0 * share;
+}
+BENCHMARK(Idle)->Name("NoFly/idle")->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
+
+void Check(benchmark::State& state)
+{
+    // Among zones, but over none of them.
+    constexpr double degrees = 0.05;
+    constexpr int corners = 1000;
+    CAxEarthViewer& globe = bench::globe();
+    QStringList ids;
+    double longitude = -95.0;
+    while (globe.GetAncillaryProcess()->Intersection(area(longitude, 40.0, degrees, corners), ids, false))
+        longitude += 0.1;
+    QList<QPointF> ring;
+    for (const osg::Vec3d& corner : area(longitude, 40.0, degrees, corners)->asVector())
+        ring += QPointF(corner.x(), corner.y());
+    CAxBlockManager::instance().AddBlock("large", CAxBlock::PolygonBlock)->SetAnchor(ring);
+    auto* const block = qobject_cast<CAx3DGeometry*>(globe.ImportShapeNode("large"));
+    int verdict = 1;
+    for (auto _ : state)
+        verdict = std::min(verdict, block->CheckGeometry());
+    if (verdict != 1)
+        state.SkipWithError("the block is refused");
+    state.counters["zones_near"] =
+        static_cast<double>(globe.GetAncillaryProcess()->ZonesNear(longitude, 40.0, 28000.0).size());
+    globe.RemoveAllHanderAdapter(true);
+    CAxBlockManager::instance().DeleteAllBlocks();
+}
+BENCHMARK(Check)->Name("NoFly/check")->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
