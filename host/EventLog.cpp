@@ -1,5 +1,6 @@
 #include "host/EventLog.h"
-#include "interaction/CAxEarthManipulator.h"
+#include "analysis/CAxAncillaryProcess.h"
+#include "host/CameraRest.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -12,15 +13,8 @@
 #include <cstdio>
 
 namespace {
-// Two looks with the same view mean that the camera rests.
 constexpr int lookEveryMs = 50;
 
-bool IsSame(const osgEarth::Viewpoint& left, const osgEarth::Viewpoint& right)
-{
-    return left.isValid() && right.isValid() && left.focalPoint()->vec3d() == right.focalPoint()->vec3d() &&
-           left.getHeading() == right.getHeading() && left.getPitch() == right.getPitch() &&
-           left.getRange() == right.getRange();
-}
 QJsonArray RectValue(const QRect& rect)
 {
     return {rect.x(), rect.y(), rect.width(), rect.height()};
@@ -44,9 +38,10 @@ bool EventLog::Open(const QString& file, QString& error)
     return isOpen;
 }
 
-void EventLog::Follow(CAxEarthViewer* earthViewer)
+void EventLog::Follow(CAxEarthViewer* earthViewer, const CameraRest& camera)
 {
     viewer = earthViewer;
+    connect(&camera, &CameraRest::Rested, this, &EventLog::View);
     const CAxBlockManager* records = &CAxBlockManager::instance();
     connect(records, &CAxBlockManager::blockAdded, this, &EventLog::Block);
     connect(records, &CAxBlockManager::blockChanged, this, &EventLog::Block);
@@ -88,12 +83,18 @@ void EventLog::Look()
     const auto onScreen = [](const QWidget* widget) {
         return widget ? QRect(widget->mapToGlobal(QPoint()), widget->size()) : QRect();
     };
-    const auto* list = viewer->window()->findChild<QAbstractScrollArea*>(QStringLiteral("BlockList"));
+    const auto rowsOf = [&](const char* name) {
+        const auto* list = viewer->window()->findChild<QAbstractScrollArea*>(QLatin1String(name));
+        return onScreen(list ? list->viewport() : nullptr);
+    };
     const QRect newGlobe = onScreen(viewer);
-    const QRect newRows = onScreen(list ? list->viewport() : nullptr);
-    if (newGlobe != globe || newRows != blockRows) {
+    const QRect newRows = rowsOf("BlockList");
+    const QRect newZones = rowsOf("ZoneList");
+    if (newGlobe != globe || newRows != blockRows || newZones != zoneRows) {
         globe = newGlobe;
         blockRows = newRows;
+        zoneRows = newZones;
+        const auto* showZones = viewer->window()->findChild<QWidget*>(QStringLiteral("ShowZones"));
         QJsonArray tools;
         if (const auto* bar = viewer->window()->findChild<QToolBar*>(QStringLiteral("ToolBar")))
             for (QAction* action : bar->actions())
@@ -101,29 +102,28 @@ void EventLog::Look()
         Write("window", {{"id", static_cast<double>(viewer->window()->winId())},
                          {"globe", RectValue(globe)},
                          {"blocks", RectValue(blockRows)},
+                         {"zones", RectValue(zoneRows)},
+                         {"showZones", RectValue(onScreen(showZones))},
                          {"tools", tools}});
     }
-    LookAtCamera();
+    const CAxAncillaryProcess* process = viewer->GetAncillaryProcess();
+    const bool shown = process && process->NoFlyZoneMask();
+    if (shown != zonesShown)
+        Write("zones", {{"shown", shown}});
+    zonesShown = shown;
     const bool complete = viewer->IsPictureComplete();
     if (complete && !pictureComplete)
         Write("picture", {});
     pictureComplete = complete;
 }
 
-void EventLog::LookAtCamera()
+void EventLog::View(const osgEarth::Viewpoint& view)
 {
-    const osgEarth::Viewpoint view = viewer->getManipulator()->getViewpoint();
-    if (!view.isValid())
-        return;
-    if (IsSame(view, seen) && !IsSame(view, written)) {
-        written = view;
-        const osg::Vec3d focus = view.focalPoint()->vec3d();
-        Write("viewpoint", {{"longitude", focus.x()},
-                            {"latitude", focus.y()},
-                            {"altitude", focus.z()},
-                            {"heading", view.getHeading()},
-                            {"pitch", view.getPitch()},
-                            {"range", view.getRange()}});
-    }
-    seen = view;
+    const osg::Vec3d focus = view.focalPoint()->vec3d();
+    Write("viewpoint", {{"longitude", focus.x()},
+                        {"latitude", focus.y()},
+                        {"altitude", focus.z()},
+                        {"heading", view.getHeading()},
+                        {"pitch", view.getPitch()},
+                        {"range", view.getRange()}});
 }

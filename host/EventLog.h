@@ -9,6 +9,7 @@
 #include <QTimer>
 
 class CAxEarthViewer;
+class CameraRest;
 
 /**
  * Writes for other programs what happens in the viewer: one JSON object a
@@ -20,9 +21,11 @@ class CAxEarthViewer;
  *   in degrees, "altitude" in metres, "heading" and "pitch" in degrees,
  *   "range" in metres.
  * - "picture": nothing more is to be loaded for what the camera sees.
- * - "window": "id" of the native window, and "globe" and "blocks", where the
- *   globe and the rows of the block list are on the screen: left, top, width,
- *   height in pixels; "tools" has the like for each button of the tool bar.
+ * - "window": "id" of the native window, and where on the screen are "globe",
+ *   the rows of the lists "blocks" and "zones", and the box "showZones": left,
+ *   top, width, height in pixels; "tools" has the like for each button of the
+ *   tool bar.
+ * - "zones": the no-fly zones are "shown" on the map now, or not any more.
  * - "block": a block record is new or changed: "id", "name", "type" and the
  *   number of "vertices"; or it is gone: "id" and "deleted".
  *
@@ -39,22 +42,22 @@ public:
     bool IsOpen() const { return output.isOpen(); }
 
     /// Begins to follow a viewer that has its map and lives as long as the event loop runs.
-    void Follow(CAxEarthViewer* viewer);
+    void Follow(CAxEarthViewer* viewer, const CameraRest& camera);
     void Signal(const char* from, const QString& name, const QJsonArray& arguments);
 
 private:
     void Block(const QString& id);
     void Write(const char* event, QJsonObject fields);
     void Look();
-    void LookAtCamera();
+    void View(const osgEarth::Viewpoint& view);
 
     QFile output;
     QElapsedTimer sinceOpened;
     QTimer clock;
     CAxEarthViewer* viewer = nullptr;
-    osgEarth::Viewpoint seen;
-    osgEarth::Viewpoint written;
     bool pictureComplete = false;
+    bool zonesShown = false;
     QRect globe;
     QRect blockRows;
+    QRect zoneRows;
 };

@@ -19,6 +19,11 @@ const OptionText optionTexts[] = {
     {"tour", "DIR",
      QT_TRANSLATE_NOOP("HostOptions", "Fly to four places, write a picture of each to DIR, end.")},
     {"map", "FILE", QT_TRANSLATE_NOOP("HostOptions", "Show this map instead of the shipped ones.")},
+    {"zones", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions", "Take the no-fly zones of this file instead of the shipped ones.")},
+    {"apply-url", "URL",
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "Send applications to fly in no-fly zones to this http or https address.")},
     {"blocks", "FILE",
      QT_TRANSLATE_NOOP("HostOptions", "Draw the blocks of this JSON file: [{\"name\": \"A\", \"type\": 0, "
                                       "\"anchor\": [[lon, lat], ...]}, ...].")},
@@ -72,6 +77,12 @@ std::optional<TourStop> ParseView(const QString& text)
         return {};
     return view;
 }
+
+bool IsHttp(const QUrl& url)
+{
+    const bool knows = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+    return url.isValid() && knows && !url.host().isEmpty();
+}
 } // namespace
 
 std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QString& error)
@@ -106,6 +117,15 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     options.mapFile = value("map");
     if (isSet("map") && !QFileInfo(options.mapFile).isFile())
         return fail(HostOptions::tr("--map: there is no file '%1'.").arg(options.mapFile));
+    options.zoneFile = value("zones");
+    if (isSet("zones") && !QFileInfo(options.zoneFile).isFile())
+        return fail(HostOptions::tr("--zones: there is no file '%1'.").arg(options.zoneFile));
+    if (isSet("apply-url")) {
+        options.applyUrl = QUrl(value("apply-url"), QUrl::StrictMode);
+        if (!IsHttp(options.applyUrl))
+            return fail(HostOptions::tr("--apply-url: '%1' is no address such as https://example.org/apply.")
+                            .arg(value("apply-url")));
+    }
     if (isSet("blocks")) {
         QString reason;
         const std::optional<QList<FileBlock>> blocks = ReadBlockFile(value("blocks"), reason);

@@ -6,6 +6,7 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
 
 #include <optional>
 
@@ -21,10 +22,12 @@ public:
     QString logFile;    ///< empty: none; "-": standard output
     QString tourFolder; ///< empty: no tour
     QString mapFile;    ///< empty: the rule by network state
+    QString zoneFile;   ///< empty: the one beside the program
     QString shotFile;   ///< empty: no picture
     QString language;   ///< empty: the system's
     QSize size{1440, 900};
     QList<FileBlock> blocks;
+    QUrl applyUrl; ///< where applications to fly are sent; empty: nowhere
     std::optional<TourStop> view;
     std::optional<double> quitAfterSeconds;
 

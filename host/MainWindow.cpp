@@ -1,5 +1,6 @@
 #include "host/MainWindow.h"
 #include "host/BlockPanel.h"
+#include "host/CameraRest.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
 #include "host/LogPanel.h"
@@ -7,11 +8,14 @@
 #include "host/ToolActions.h"
 #include "host/Tour.h"
 #include "host/Voice.h"
+#include "host/ZonePanel.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUniqueID.h>
+#include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxNoflyZoneMgr.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -57,7 +61,8 @@ bool IsForPeople(const QString& signal)
 
 MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
-      blocks(new BlockPanel(viewer)), tools(new ToolActions(viewer, this)), place(new QLabel),
+      blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
+      zones(new ZonePanel(viewer, cameraRest)), tools(new ToolActions(viewer, this)), place(new QLabel),
       state(new QLabel)
 {
     setWindowTitle(tr("Ground control"));
@@ -80,8 +85,10 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
 MainWindow::~MainWindow()
 {
     viewer->ReleaseAll();
-    // Its rows ask the viewer.
+    // Their rows ask the viewer.
     delete blocks;
+    delete zones;
+    delete cameraRest;
     // Hiding its viewport it would ask for a viewport that is going.
     viewer->viewport()->removeEventFilter(this);
     delete viewer;
@@ -101,9 +108,14 @@ QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidge
 void MainWindow::BuildPanels()
 {
     QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
-    AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
-    AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
-             Qt::LeftDockWidgetArea);
+    QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
+    QDockWidget* tasks =
+        AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
+    QDockWidget* aircraft = AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
+                                     Qt::LeftDockWidgetArea);
+    tabifyDockWidget(zonesPanel, tasks);
+    tabifyDockWidget(tasks, aircraft);
+    zonesPanel->raise();
     auto* undoView = new QUndoView(viewer->GetUndoStack());
     undoView->setEmptyLabel(tr("Nothing done"));
     history = AddPanel(tr("Undo history"), "HistoryPanel", undoView, Qt::RightDockWidgetArea);
@@ -170,6 +182,7 @@ void MainWindow::BuildMenus()
     addSwitch(tr("S&ky and graticule"), [this](bool on) { viewer->SetSkyNodeVisible(on); });
     addSwitch(tr("&Compass"), [this](bool on) { viewer->SetCompassVisible(on); });
     addSwitch(tr("Coo&rdinates"), [this](bool on) { viewer->SetCoordinateVisible(on); });
+    view->addAction(zones->ShowAction());
     view->addSeparator();
     QMenu* places = view->addMenu(tr("&Places"));
     const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),
@@ -225,6 +238,8 @@ bool MainWindow::StartViewer()
     if (!viewer->CheckAdapterGLSupport())
         return false;
     viewer->SetMapFile(options.mapFile);
+    CAxNoflyZoneMgr::SetNoflyFile(options.zoneFile);
+    CAxNoflyApplyUpload::SetUploadUrl(options.applyUrl);
     viewer->InitEarthViewer();
     return true;
 }
@@ -259,7 +274,9 @@ void MainWindow::OnLoaded()
     if (options.report)
         ReportProgress();
     if (events.IsOpen())
-        events.Follow(viewer);
+        events.Follow(viewer, *cameraRest);
+    zones->Start();
+    cameraRest->Start();
     if (!DrawBlocks()) {
         emit Done(exitWrongUse);
         return;

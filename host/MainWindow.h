@@ -6,12 +6,14 @@
 #include <QMainWindow>
 
 class BlockPanel;
+class CameraRest;
 class CAxEarthViewer;
 class EventLog;
 class LogPanel;
 class QDockWidget;
 class QLabel;
 class ToolActions;
+class ZonePanel;
 
 /**
  * The ground-control window: the globe, panels around it that further
@@ -59,6 +61,8 @@ private:
     EventLog& events;
     LogPanel* log;
     BlockPanel* blocks;
+    CameraRest* cameraRest;
+    ZonePanel* zones;
     QDockWidget* history = nullptr;
     ToolActions* tools;
     QLabel* place; ///< what is under the mouse

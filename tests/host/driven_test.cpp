@@ -17,9 +17,11 @@ class Driven : public testing::Test
 protected:
     static void SetUpTestSuite()
     {
-        host = std::make_unique<DrivenHost>(QStringList{
-            "--map", QCoreApplication::applicationDirPath() + QStringLiteral("/google_cn_net_no.earth"),
-            "--size", "1000x720", "--lang", "en", "--log", "-", "--no-voice"});
+        const QString folder = QCoreApplication::applicationDirPath();
+        host = std::make_unique<DrivenHost>(
+            QStringList{"--map", folder + QStringLiteral("/google_cn_net_no.earth"), "--zones",
+                        folder + QStringLiteral("/TestZones.db"), "--size", "1000x720", "--lang", "en",
+                        "--log", "-", "--no-voice"});
         ASSERT_TRUE(host->NextSignal("signalLoadEarth"));
         ASSERT_TRUE(host->NextOf("picture"));
         host->TakeFocus();

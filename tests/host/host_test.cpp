@@ -29,11 +29,12 @@ Outcome RunHost(const QStringList& arguments, int limitMs = 300000)
             QString::fromUtf8(host.readAllStandardError())};
 }
 
-// A map that looks the same on every machine, whatever its network.
+// A map that looks the same on every machine, whatever its network, and zones far from what is drawn.
 QStringList OnLocalMap(QStringList arguments)
 {
-    return arguments << QStringLiteral("--map")
-                     << QCoreApplication::applicationDirPath() + QStringLiteral("/google_cn_net_no.earth");
+    const QString folder = QCoreApplication::applicationDirPath();
+    return arguments << QStringLiteral("--map") << folder + QStringLiteral("/google_cn_net_no.earth")
+                     << QStringLiteral("--zones") << folder + QStringLiteral("/TestZones.db");
 }
 
 int ColourCount(const QImage& picture)
@@ -56,9 +57,9 @@ TEST(Host, HelpNamesEveryOptionAndNeedsNoDisplay)
     ASSERT_TRUE(host.waitForFinished());
     EXPECT_EQ(host.exitCode(), 0);
     const QString text = QString::fromUtf8(host.readAllStandardOutput());
-    for (const char* option :
-         {"--tour DIR", "--map FILE", "--size WxH", "--blocks FILE", "--view lon,lat,alt,heading,pitch,range",
-          "--shot FILE", "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
+    for (const char* option : {"--tour DIR", "--map FILE", "--size WxH", "--zones FILE", "--apply-url URL",
+                               "--blocks FILE", "--view lon,lat,alt,heading,pitch,range", "--shot FILE",
+                               "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
         EXPECT_TRUE(text.contains(QLatin1String(option))) << option;
 }
 
@@ -105,6 +106,9 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         {{"--quit-after", "-1"}, "--quit-after"},
         {{"--lang", "xx"}, "--lang"},
         {{"--blocks", "no/such/blocks.json"}, "no/such/blocks.json"},
+        {{"--zones", "no/such/zones.db"}, "no/such/zones.db"},
+        {{"--apply-url", "ftp://example.org/"}, "--apply-url"},
+        {{"--apply-url", "https://"}, "--apply-url"},
         {{"--map", "no/such/map.earth"}, "no/such/map.earth"},
         {{"--log", "no/such/folder/log"}, "no/such/folder/log"},
     };
