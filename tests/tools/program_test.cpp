@@ -79,7 +79,8 @@ TEST(ZoneCheck, FindsEverythingDoubtful)
         {ZoneRow(QStringLiteral("a"), QStringLiteral("1,2|1.1,2.1|1.1,2|1,2.1")), "area"},
         {ZoneRow(QStringLiteral("a"), QStringLiteral("1,2|1.1,2.1|200,2")), "area"},
         {ZoneRow(QStringLiteral("a"), QStringLiteral("1,2|1.5,2|1.5,2.1|1,2.1")), "area"}, // reaches far
-        {ZoneRow(QStringLiteral("a"), QStringLiteral("179.9,2|-179.9,2|-179.9,2.1|179.9,2.1")), "area area"},
+        {ZoneRow(QStringLiteral("a"), QStringLiteral("179.9,2|-179.9,2|-179.9,2.1|179.9,2.1")), ""},
+        {ZoneRow(QStringLiteral("a"), QStringLiteral("0,80|90,80|180,80|-90,80")), "area"},
         {ZoneRow(QStringLiteral("a"), square, QVariant()), "enable"},
         {ZoneRow(QStringLiteral("a"), square, 1, QStringLiteral("east")), "lng"},
         {ZoneRow(QStringLiteral("a"), QStringLiteral("1,2")), ""}};
@@ -94,6 +95,8 @@ TEST(ZoneCheck, FindsEverythingDoubtful)
         {LiftRow(first, last, square, z1), ""}, // its last day
         {LiftRow(first, QStringLiteral("2026-06-01 11:00:00"), square, z1), "expired_at"},
         {LiftRow(last, QStringLiteral("2026-05-01"), square, z1), "expired_at expired_at"},
+        {LiftRow(first, QStringLiteral("1780315200"), square, z1), ""}, // that noon
+        {LiftRow(first, QStringLiteral("1700000000"), square, z1), "expired_at expired_at"},
         {LiftRow(QStringLiteral("soon"), last, square, z1), "begin_at"},
         {LiftRow(first, last, QStringLiteral("1,2"), z1), "area"},
         {LiftRow(first, last, square, QStringLiteral("z1,z2")), "local_ids"},

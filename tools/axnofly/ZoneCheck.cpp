@@ -9,6 +9,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 QString Named(const QString& table, int row, const QString& id)
@@ -40,10 +41,11 @@ Ring CheckedRing(const QString& area, const QString& place, Notes& notes)
     }
     if (ring.size() < 3)
         return ring;
-    const auto [west, east] =
-        std::minmax_element(ring.begin(), ring.end(), [](auto& a, auto& b) { return a.x() < b.x(); });
-    if (east->x() - west->x() > 180.0)
-        notes << Note{place, field, ToolText::tr("The outline spans more than half the globe.")};
+    ring = Unwrapped(std::move(ring));
+    if (IsAroundPole(ring)) {
+        notes << Note{place, field, ToolText::tr("The outline goes around a pole.")};
+        return {};
+    }
     const GeosContext geos;
     if (!geos.isValid(geos.polygon(ring)))
         notes << Note{place, field, ToolText::tr("The outline crosses or touches itself.")};
@@ -117,6 +119,10 @@ void CheckLift(const QVariantList& row, const QSet<QString>& ids, const QString&
 
 QDateTime LiftTime(const QString& text, bool isEnd)
 {
+    bool isNumber = false;
+    const qint64 seconds = text.toLongLong(&isNumber);
+    if (isNumber)
+        return QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC);
     const QDate date = QDate::fromString(text, Qt::ISODate);
     if (date.isValid() && text.size() <= 10)
         return isEnd ? date.endOfDay() : date.startOfDay();

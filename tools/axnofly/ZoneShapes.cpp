@@ -46,16 +46,6 @@ private:
     GeographicLib::LocalCartesian m_plane;
 };
 
-/// Longitudes that never jump, so that some may lie beyond 180 degrees.
-Ring Unwrapped(Ring ring)
-{
-    for (std::size_t i = 1; i < ring.size(); ++i) {
-        const double step = ring[i].x() - ring[i - 1].x();
-        ring[i].rx() -= 360.0 * std::round(step / 360.0);
-    }
-    return ring;
-}
-
 QRectF Box(const Ring& ring)
 {
     const auto [west, east] =
@@ -112,12 +102,26 @@ bool IsOnGlobe(const Ring& ring)
     });
 }
 
+Ring Unwrapped(Ring ring)
+{
+    for (std::size_t i = 1; i < ring.size(); ++i) {
+        const double step = ring[i].x() - ring[i - 1].x();
+        ring[i].rx() -= 360.0 * std::round(step / 360.0);
+    }
+    return ring;
+}
+
+bool IsAroundPole(const Ring& unwrapped)
+{
+    return !unwrapped.empty() && std::abs(unwrapped.back().x() - unwrapped.front().x()) > 180.0;
+}
+
 std::vector<Ring> OnMap(const Ring& ring)
 {
     if (ring.size() < 3)
         return {ring};
     const Ring whole = Unwrapped(ring);
-    if (std::abs(whole.back().x() - whole.front().x()) > 180.0)
+    if (IsAroundPole(whole))
         return {};
     const QRectF box = Box(whole);
     if (box.left() >= -180.0 && box.right() <= 180.0)

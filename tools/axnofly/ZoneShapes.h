@@ -18,6 +18,11 @@ QString FormatArea(const Ring& ring);
 /// Whether all points are finite and on the globe.
 bool IsOnGlobe(const Ring& ring);
 
+/// Longitudes that never jump, so that some may lie beyond 180 degrees.
+Ring Unwrapped(Ring ring);
+/// Whether an unwrapped outline goes around a pole.
+bool IsAroundPole(const Ring& unwrapped);
+
 /// What an outline comes to on a map that ends at 180 degrees east and west: itself, or the pieces on
 /// either side. A step of more than half the globe is taken for the short way round. Nothing for an outline
 /// around a pole, which no map of longitudes and latitudes can show.
