@@ -2,6 +2,96 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AxSealedFile</name>
+    <message>
+        <source>The cipher library could not be started.</source>
+        <translation>无法启动加密库。</translation>
+    </message>
+    <message>
+        <source>Writing failed: %1.</source>
+        <translation>写入失败：%1。</translation>
+    </message>
+    <message>
+        <source>Writing failed: the disk is full.</source>
+        <translation>写入失败：磁盘已满。</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>读取失败：%1。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>没有此文件。</translation>
+    </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>这不是文件。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>The file is too large to be a zone file.</source>
+        <translation>文件太大，不可能是禁飞区文件。</translation>
+    </message>
+    <message>
+        <source>This is a folder.</source>
+        <translation>这是文件夹。</translation>
+    </message>
+    <message>
+        <source>This is not a sealed zone file.</source>
+        <translation>这不是加密的禁飞区文件。</translation>
+    </message>
+    <message>
+        <source>The file is cut short.</source>
+        <translation>文件不完整。</translation>
+    </message>
+    <message>
+        <source>The file is damaged.</source>
+        <translation>文件已损坏。</translation>
+    </message>
+    <message>
+        <source>The file is sealed with another key, or it is damaged.</source>
+        <translation>文件用其他密钥加密，或已损坏。</translation>
+    </message>
+    <message>
+        <source>The file is damaged or cut short.</source>
+        <translation>文件已损坏或不完整。</translation>
+    </message>
+    <message>
+        <source>Something was appended to the file.</source>
+        <translation>文件末尾被追加了内容。</translation>
+    </message>
+</context>
+<context>
+    <name>AxZoneQuery</name>
+    <message>
+        <source>The database is damaged: %1.</source>
+        <translation>数据库已损坏：%1。</translation>
+    </message>
+    <message>
+        <source>There is no table &quot;%1&quot;.</source>
+        <translation>没有表“%1”。</translation>
+    </message>
+    <message>
+        <source>Table &quot;%1&quot; has no column &quot;%2&quot;.</source>
+        <translation>表“%1”没有列“%2”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no condition.</source>
+        <translation>“%1”不是条件。</translation>
+    </message>
+    <message>
+        <source>Table &quot;%1&quot; cannot be read: %2.</source>
+        <translation>无法读取表“%1”：%2。</translation>
+    </message>
+</context>
+<context>
     <name>CAxBaseDialog</name>
     <message>
         <source>OK</source>
@@ -223,6 +313,49 @@
     <message>
         <source>&quot;%1&quot; may have %2 characters at most.</source>
         <translation>“%1”最多 %2 个字符。</translation>
+    </message>
+</context>
+<context>
+    <name>CAxNoflyZoneMgr</name>
+    <message>
+        <source>&quot;%1&quot; is still open.</source>
+        <translation>“%1”仍处于打开状态。</translation>
+    </message>
+    <message>
+        <source>There is no file &quot;%1&quot;.</source>
+        <translation>没有文件“%1”。</translation>
+    </message>
+    <message>
+        <source>There is no room for the plain form of &quot;%1&quot;: %2.</source>
+        <translation>没有地方存放“%1”的明文：%2。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no zone database.</source>
+        <translation>“%1”不是禁飞区数据库。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be sealed: another program uses it, or its folder cannot be written.</source>
+        <translation>无法加密“%1”：其他程序正在使用它，或其文件夹不可写。</translation>
+    </message>
+    <message>
+        <source>There is no file &quot;%1&quot;, or it cannot be read.</source>
+        <translation>没有文件“%1”，或无法读取。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is sealed.</source>
+        <translation>“%1”处于加密状态。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be read: %2</source>
+        <translation>无法读取“%1”：%2</translation>
+    </message>
+    <message>
+        <source>No zone database is open.</source>
+        <translation>没有打开的禁飞区数据库。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
     </message>
 </context>
 <context>

@@ -35,8 +35,7 @@ std::vector<Runway> Runways(const Airport& airport, const QString& place, Notes&
     for (const QString& text : airport.runways.split(QLatin1Char('|'), Qt::SkipEmptyParts)) {
         ++number;
         const auto add = [&](const QString& reason) {
-            notes << Note{place, QStringLiteral("runways"),
-                          ToolText::tr("Runway %1 %2").arg(number).arg(reason)};
+            notes << Note{place, QStringLiteral("runways"), reason};
         };
         const QStringList parts = text.split(QLatin1Char(','));
         std::vector<double> numbers;
@@ -47,21 +46,23 @@ std::vector<Runway> Runways(const Airport& airport, const QString& place, Notes&
                 numbers.push_back(value);
         }
         if (parts.size() != 4 || numbers.size() != 4) {
-            add(ToolText::tr("is not two points: \"%1\".").arg(text.left(60)));
+            add(ToolText::tr("Runway %1 is not two points: \"%2\".").arg(number).arg(text.left(60)));
             continue;
         }
         const Runway runway{{numbers[0], numbers[1]}, {numbers[2], numbers[3]}};
         if (!IsOnGlobe({runway.begin, runway.end})) {
-            add(ToolText::tr("leaves the globe."));
+            add(ToolText::tr("Runway %1 leaves the globe.").arg(number));
             continue;
         }
         const double length = RunwayMetres(runway);
         const double away =
             qMax(Distance(airport.position, runway.begin), Distance(airport.position, runway.end));
         if (length > longestRunwayMetres)
-            add(ToolText::tr("would be %1 km long.").arg(length / 1000.0, 0, 'f', 1));
+            add(ToolText::tr("Runway %1 would be %2 km long.").arg(number).arg(length / 1000.0, 0, 'f', 1));
         else if (away > farthestRunwayMetres)
-            add(ToolText::tr("would reach %1 km from the airport.").arg(away / 1000.0, 0, 'f', 1));
+            add(ToolText::tr("Runway %1 would reach %2 km from the airport.")
+                    .arg(number)
+                    .arg(away / 1000.0, 0, 'f', 1));
         else
             runways.push_back(runway);
     }

@@ -86,8 +86,9 @@ ExitStatus Build(const BuildJob& job, Progress& progress)
         return Complain(Failed,
                         ToolText::tr("There is no zone to write; \"%1\" stays as it is.").arg(job.target));
     if (job.isStrict && !notes.isEmpty())
-        return Complain(Doubtful, ToolText::tr("%n thing(s) could not be used; nothing is written.", nullptr,
-                                               int(notes.size())));
+        return Complain(
+            Doubtful,
+            ToolText::tr("Not everything can be used (%1 remarks); nothing is written.").arg(notes.size()));
     if (!WriteZones(job.target, job.isSealed, zones, lifts, progress, error))
         return Complain(Failed, error);
     Print(ToolText::tr("%1: %2 zones, %3 lifts, %4 remarks")
@@ -116,7 +117,7 @@ ExitStatus List(const ListJob& job)
         return Complain(Failed, error);
 
     if (job.showsLifts) {
-        Print(ToolText::tr("zones\tbegin\texpiry\tstatus\tuser\tpoints"));
+        Print(QStringLiteral("zones\tbegin\texpiry\tstatus\tuser\tpoints"));
         for (const QVariant& entry : qAsConst(rows.lifts)) {
             const QVariantList row = entry.toList();
             Print(QStringList{row.at(3).toString(), row.at(0).toString(), row.at(1).toString(),
@@ -131,7 +132,7 @@ ExitStatus List(const ListJob& job)
     for (const QVariant& entry : qAsConst(rows.lifts))
         for (const QString& id : entry.toList().at(3).toString().split(QLatin1Char(','), Qt::SkipEmptyParts))
             ++lifts[id];
-    Print(ToolText::tr("id\tlongitude\tlatitude\tpoints\tenabled\tlifts"));
+    Print(QStringLiteral("id\tlongitude\tlatitude\tpoints\tenabled\tlifts"));
     for (const QVariant& entry : qAsConst(rows.zones)) {
         const QVariantList row = entry.toList();
         const QPointF centre(row.at(0).toDouble(), row.at(1).toDouble());
