@@ -38,6 +38,7 @@ public:
     /// because a guessable key can be guessed. Empty restores the key of the sample that is shipped, which
     /// is no secret. Any thread.
     static void SetNoflyKey(const QByteArray& key);
+    /// The key in force, for programs that make zone files.
     static QByteArray GetNoflyKey();
 
     /// Full path of the zone file; empty when there is none.

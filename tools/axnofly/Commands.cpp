@@ -101,14 +101,14 @@ ExitStatus Build(const BuildJob& job, Progress& progress)
 
 ExitStatus List(const ListJob& job)
 {
-    QPointF near;
+    QPointF place;
     double kilometres = 0.0;
-    if (!job.near.isEmpty()) {
-        const QStringList parts = job.near.split(QLatin1Char(','));
+    if (!job.around.isEmpty()) {
+        const QStringList parts = job.around.split(QLatin1Char(','));
         bool areNumbers[3] = {};
-        near = QPointF(parts.value(0).toDouble(&areNumbers[0]), parts.value(1).toDouble(&areNumbers[1]));
+        place = QPointF(parts.value(0).toDouble(&areNumbers[0]), parts.value(1).toDouble(&areNumbers[1]));
         kilometres = parts.value(2).toDouble(&areNumbers[2]);
-        if (parts.size() != 3 || !areNumbers[0] || !areNumbers[1] || !areNumbers[2] || !IsOnGlobe({near}))
+        if (parts.size() != 3 || !areNumbers[0] || !areNumbers[1] || !areNumbers[2] || !IsOnGlobe({place}))
             return Complain(WrongUse, ToolText::tr("--near needs longitude,latitude,kilometres."));
     }
     ZoneRows rows;
@@ -136,8 +136,8 @@ ExitStatus List(const ListJob& job)
     for (const QVariant& entry : qAsConst(rows.zones)) {
         const QVariantList row = entry.toList();
         const QPointF centre(row.at(0).toDouble(), row.at(1).toDouble());
-        if (!job.near.isEmpty() &&
-            !(IsOnGlobe({centre}) && Distance(near, centre) <= kilometres * metresPerKilometre))
+        if (!job.around.isEmpty() &&
+            !(IsOnGlobe({centre}) && Distance(place, centre) <= kilometres * metresPerKilometre))
             continue;
         Print(QStringList{row.at(2).toString(), QString::number(centre.x(), 'f', 6),
                           QString::number(centre.y(), 'f', 6),

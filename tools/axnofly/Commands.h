@@ -27,7 +27,7 @@ struct ListJob
 {
     QString source;
     bool showsLifts = false;
-    QString near; ///< "lng,lat,km"; empty: all
+    QString around; ///< "lng,lat,km"; empty: all
 };
 
 class Progress;

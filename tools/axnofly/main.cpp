@@ -119,14 +119,15 @@ int main(int argc, char** argv)
         QStringLiteral("quiet"),
         ToolText::tr("build: print counts only, not each thing that cannot be used."));
     const QCommandLineOption showLifts(QStringLiteral("show-lifts"), ToolText::tr("list: the lifts."));
-    const QCommandLineOption near(QStringLiteral("near"),
-                                  ToolText::tr("list: only zones whose middle is near a place."),
-                                  ToolText::tr("lng,lat,km"));
+    const QCommandLineOption around(QStringLiteral("near"),
+                                    ToolText::tr("list: only zones whose middle is near a place."),
+                                    ToolText::tr("lng,lat,km"));
     const QCommandLineOption keyFile(QStringLiteral("key-file"),
                                      ToolText::tr("The file whose bytes are the key."), ToolText::tr("file"));
     const QCommandLineOption showProgress(
         QStringLiteral("progress"), ToolText::tr("Say how far the work is, even when not on a terminal."));
-    parser.addOptions({zones, lifts, airports, plain, strict, quiet, showLifts, near, keyFile, showProgress});
+    parser.addOptions(
+        {zones, lifts, airports, plain, strict, quiet, showLifts, around, keyFile, showProgress});
     parser.process(application);
 
     const QStringList arguments = parser.positionalArguments();
@@ -151,7 +152,7 @@ int main(int argc, char** argv)
         return Build(job, progress);
     }
     if (command == QLatin1String("list"))
-        return List({files.at(0), parser.isSet(showLifts), parser.value(near)});
+        return List({files.at(0), parser.isSet(showLifts), parser.value(around)});
     if (command == QLatin1String("check"))
         return Check(files.at(0), progress);
     if (command == QLatin1String("seal"))
