@@ -25,6 +25,8 @@ namespace {
 /// How long a start-up waits for another program's: reading a file takes a tenth of it.
 constexpr int lockWaitMs = 2000;
 constexpr int lockPollMs = 20;
+/// A lock without an owner's name for so long was left by a process that died while it wrote the name.
+constexpr int namelessLockMs = 200;
 /// A lock older than this was left by a process whose number another one has by now.
 constexpr int staleLockMs = 60000;
 
@@ -227,6 +229,11 @@ bool CAxNoflyZoneMgr::Lock(const QString& path)
             qCInfo(logData) << "The zone file cannot be locked:" << Shown(path) << lock->error();
             return false;
         }
+        qint64 process = 0;
+        QString host;
+        QString program;
+        if (waiting.hasExpired(namelessLockMs) && !lock->getLockInfo(&process, &host, &program))
+            lock->removeStaleLockFile();
         QThread::msleep(lockPollMs);
     }
     m_state->lock = std::move(lock);

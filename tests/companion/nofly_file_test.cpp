@@ -370,8 +370,10 @@ TEST_F(NoflyFile, ManyStartsAtOnceAllReadEverything)
 
 TEST_F(NoflyFile, WhatDiedStartsLeaveIsTakenUp)
 {
-    // Plain, locked, and with what is written aside in both of its stages.
+    // Plain, with the lock of a process that died before it had written its name, and with what is written
+    // aside in both of its stages.
     Put(path, Contents(plain));
+    Put(path + QStringLiteral(".lock"), {});
     Put(path + QStringLiteral(".axpart"), sealed.left(1000));
     Put(path + QStringLiteral(".axpart.Qw12zX"), sealed.left(10));
     ExpectNextStartIsWell();
