@@ -22,7 +22,7 @@ QString KindText(CAxBlock::EBlockType type)
     case CAxBlock::VideoBlock:
         return BlockListModel::tr("Video");
     case CAxBlock::ProhibitedAreaBlock:
-        return BlockListModel::tr("No-fly application");
+        return BlockListModel::tr("Application");
     case CAxBlock::MarkPointBlock:
         return BlockListModel::tr("Mark points");
     }

@@ -78,7 +78,8 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
             width = qMax(width, fontMetrics().horizontalAdvance(text) + padding);
         columns->resizeSection(column, width);
     };
-    widen(BlockListModel::KindColumn, {BlockListModel::tr("Polygon"), BlockListModel::tr("Rectangle")});
+    widen(BlockListModel::KindColumn, {BlockListModel::tr("Polygon"), BlockListModel::tr("Rectangle"),
+                                       BlockListModel::tr("Application")});
     widen(BlockListModel::AreaColumn, {QStringLiteral("000000.00")});
     widen(BlockListModel::LockColumn, {});
     widen(BlockListModel::VisibleColumn, {});

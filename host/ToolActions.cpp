@@ -14,7 +14,8 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
         tr("Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives "
            "it up"));
     Add(ToolProhibitedArea, tr("&Application area"),
-        tr("Draw a rectangle in which you apply to fly although it meets no-fly zones"));
+        tr("Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly "
+           "zones"));
     connect(this, &QActionGroup::triggered, this, [this](const QAction* action) {
         viewer->SetToolType(static_cast<EToolType>(action->data().toInt()));
         Follow();

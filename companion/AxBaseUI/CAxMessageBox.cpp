@@ -77,6 +77,10 @@ void CAxMessageBox::SetMsgText(const QString& text)
 void CAxMessageBox::SetDetails(const QString& text)
 {
     m_pLabDetails->setText(text);
+    m_pDetails->setVisible(!text.isEmpty());
+    // A label without text has no height for any width.
+    if (text.isEmpty())
+        return;
     m_pLabDetails->ensurePolished();
     const QFontMetrics metrics = m_pLabDetails->fontMetrics();
     const int width = std::clamp(metrics.size(0, text).width() + 2, MinTextWidth, MaxTextWidth);
@@ -85,5 +89,4 @@ void CAxMessageBox::SetDetails(const QString& text)
     m_pLabDetails->setFixedSize(width, height);
     m_pDetails->setFixedSize(
         width + (shown < height ? m_pDetails->verticalScrollBar()->sizeHint().width() : 0), shown);
-    m_pDetails->setVisible(!text.isEmpty());
 }

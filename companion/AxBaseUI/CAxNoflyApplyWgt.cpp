@@ -64,10 +64,12 @@ bool isEMail(const QString& text)
     return pattern.match(text).hasMatch();
 }
 
-QDateTime nextFullHour()
+/// A full hour that does not pass while the form is being filled in.
+QDateTime usualBegin()
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    return QDateTime(now.date(), QTime(now.time().hour(), 0), Qt::UTC).addSecs(3600);
+    constexpr int fillInSeconds = 30 * 60;
+    const QDateTime ready = QDateTime::currentDateTimeUtc().addSecs(fillInSeconds);
+    return QDateTime(ready.date(), QTime(ready.time().hour(), 0), Qt::UTC).addSecs(3600);
 }
 
 QString isoTime(const QDateTimeEdit* edit)
@@ -322,7 +324,7 @@ void CAxNoflyApplyWgt::restoreInput()
     for (const Line& line : m_lines)
         line.edit->setText(theKept.texts.value(line.key));
     m_pRemarks->setPlainText(theKept.texts.value(RemarksKey));
-    const QDateTime usual = nextFullHour();
+    const QDateTime usual = usualBegin();
     m_pBegin->setDateTime(theKept.begin.isValid() ? theKept.begin : usual);
     m_pEnd->setDateTime(theKept.end.isValid() ? theKept.end : usual.addSecs(UsualFlightSeconds));
     showLocalTimes();

@@ -523,7 +523,7 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>视频</translation>
     </message>
     <message>
-        <source>No-fly application</source>
+        <source>Application</source>
         <translation>禁飞区申请</translation>
     </message>
     <message>
@@ -629,8 +629,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>申请区域(&amp;A)</translation>
     </message>
     <message>
-        <source>Draw a rectangle in which you apply to fly although it meets no-fly zones</source>
-        <translation>绘制一个矩形，申请在其涉及的禁飞区内飞行</translation>
+        <source>Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly zones</source>
+        <translation>单击矩形的两个对角点，申请在其涉及的禁飞区内飞行</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,7 @@
 #pragma once
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
+#include <QFontMetrics>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -96,6 +97,26 @@ public:
         const QPoint onScreen = blockRows.topLeft() + QPoint(20, 8);
         return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
     }
+    /// Words of xdotool that put the mouse on a row of the list of no-fly zones.
+    QStringList ToZone(int row) const
+    {
+        const int rowHeight = QFontMetrics(QApplication::font()).height();
+        const QPoint onScreen = zoneRows.topLeft() + QPoint(40, rowHeight * row + rowHeight / 2);
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
+    /// Words of xdotool that put the mouse on the box that shows the zones.
+    QStringList ToShowZones() const
+    {
+        const QPoint onScreen(showZones.left() + 10, showZones.center().y());
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
+    /// Whether a window with that title, a regular expression, is on the screen.
+    static bool HasWindow(const QString& title)
+    {
+        QProcess tool;
+        tool.start(QStringLiteral("xdotool"), {"search", "--onlyvisible", "--name", title});
+        return tool.waitForFinished() && tool.exitCode() == 0;
+    }
     /// There may be no window manager that gives the window the input.
     void TakeFocus() { Do({"windowfocus", QString::number(window)}); }
 
@@ -120,6 +141,8 @@ private:
         };
         globe = place(event["globe"]);
         blockRows = place(event["blocks"]);
+        zoneRows = place(event["zones"]);
+        showZones = place(event["showZones"]);
         tools.clear();
         for (const QJsonValue tool : event["tools"].toArray())
             tools += place(tool);
@@ -129,6 +152,8 @@ private:
     QProcess process;
     QRect globe;
     QRect blockRows;
+    QRect zoneRows;
+    QRect showZones;
     QList<QRect> tools;
     qint64 window = 0;
 };
