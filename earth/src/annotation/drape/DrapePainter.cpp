@@ -8,17 +8,11 @@
 
 namespace osgEarth {
 namespace {
-// What the ground can be while nobody knows it, metres above the ellipsoid.
-constexpr double kLowestGround = -1000.0;
-constexpr double kHighestGround = 9500.0;
-// Heights are looked up again after this many frames, a few samples each.
+// Heights are looked up again after this many frames.
 constexpr unsigned kHeightInterval = 30;
-constexpr unsigned kMostHeightSamples = 64;
-// The ground between the samples may be higher or lower than any of them.
-constexpr double kHeightMargin = 300.0;
-// The drawn ground is coarser the farther it is and then lies beside the true
-// one, below it above all, where flat faces cut through the round earth.
-constexpr double kCoarseGround = 0.004; // of the distance
+// What batched shapes may cost a frame: building them, and heights looked up for them.
+constexpr std::chrono::milliseconds kBuildTime(4);
+constexpr unsigned kMostLookUps = 400;
 
 std::vector<unsigned> signatureOf(const osg::Geometry& geometry)
 {
@@ -62,14 +56,13 @@ public:
     {
         setTraversalMask(traversalMask);
         _matrices.push_back(localToWorld);
-        _widths.push_back(1.0f);
     }
     void apply(osg::Node& node) override
     {
-        const bool pushed = pushWidth(node);
+        const Style outer = _style;
+        takeStyle(node);
         traverse(node);
-        if (pushed)
-            _widths.pop_back();
+        _style = outer;
     }
     void apply(osg::Transform& node) override
     {
@@ -81,105 +74,87 @@ public:
     }
     void apply(osg::Geometry& geometry) override
     {
-        const bool pushed = pushWidth(geometry);
-        _painter.refresh(geometry, _matrices.back(), _widths.back());
-        if (pushed)
-            _widths.pop_back();
+        const Style outer = _style;
+        takeStyle(geometry);
+        _painter.refresh(geometry, {signatureOf(geometry), _matrices.back(), _style.width, _style.bin});
+        _style = outer;
     }
 
 private:
-    bool pushWidth(const osg::Node& node)
+    struct Style
     {
-        const auto* width = node.getStateSet()
-                                ? dynamic_cast<const osg::LineWidth*>(
-                                      node.getStateSet()->getAttribute(osg::StateAttribute::LINEWIDTH))
-                                : nullptr;
-        if (width)
-            _widths.push_back(width->getWidth());
-        return width != nullptr;
+        float width = 1.0f;
+        std::optional<int> bin;
+    };
+    void takeStyle(const osg::Node& node)
+    {
+        const osg::StateSet* state = node.getStateSet();
+        if (!state)
+            return;
+        if (const auto* width =
+                dynamic_cast<const osg::LineWidth*>(state->getAttribute(osg::StateAttribute::LINEWIDTH)))
+            _style.width = width->getWidth();
+        if (state->getRenderBinMode() != osg::StateSet::INHERIT_RENDERBIN_DETAILS)
+            _style.bin = state->getBinNumber();
     }
     Painter& _painter;
     std::vector<osg::Matrixd> _matrices;
-    std::vector<float> _widths;
+    Style _style;
 };
 
-void DrapeableNode::Painter::refresh(const osg::Geometry& geometry, const osg::Matrixd& localToWorld,
-                                     float lineWidth)
+bool DrapeableNode::Painter::Origin::operator==(const Origin& other) const
+{
+    return signature == other.signature && localToWorld == other.localToWorld &&
+           lineWidth == other.lineWidth && bin == other.bin;
+}
+
+void DrapeableNode::Painter::refresh(const osg::Geometry& geometry, Origin origin)
 {
     Entry& entry = _entries[&geometry];
-    const std::vector<unsigned> signature = signatureOf(geometry);
-    const bool known = entry.lastSeen != 0 && entry.origin.signature == signature &&
-                       entry.origin.localToWorld == localToWorld && entry.origin.lineWidth == lineWidth;
-    if (!known) {
-        entry.origin = {signature, localToWorld, lineWidth};
+    const bool known = entry.lastSeen != 0 && entry.origin == origin;
+    // What is many is built a few a frame; until its turn comes the old look stays.
+    const bool waits = !known && origin.bin && _built && std::chrono::steady_clock::now() > _enough;
+    if (!known && !waits) {
+        const std::vector<DrapeShape> shapes = shapesOf(geometry, origin.localToWorld, origin.lineWidth);
+        entry.origin = std::move(origin);
         entry.volumes.clear();
-        for (const DrapeShape& shape : shapesOf(geometry, localToWorld, lineWidth)) {
-            Volume volume;
-            volume.mesh = volumeOf(shape);
-            if (!volume.mesh.geometry)
-                continue;
-            volume.state = new osg::StateSet();
-            volume.state->addUniform(new osg::Uniform("ax_drapeColor", shape.color));
-            volume.heights = new osg::Uniform("ax_drapeHeights",
-                                              osg::Vec3f(float(kLowestGround), float(kHighestGround), 0.0f));
-            volume.heights->setDataVariance(osg::Object::DYNAMIC);
-            volume.state->addUniform(volume.heights);
-            volume.state->setDataVariance(osg::Object::DYNAMIC);
-            entry.volumes.push_back(volume);
-        }
+        entry.members.clear();
+        entry.origin.bin ? makeMembers(entry, shapes) : makeVolumes(entry, shapes);
+        _built = true;
     }
-    entry.lastSeen = _pass;
+    if (!waits || entry.lastSeen != 0)
+        entry.lastSeen = _pass;
     _order.push_back(&geometry);
 }
 
-/// Lowest and highest ground under a shape, as far as the terrain in memory knows it.
-void DrapeableNode::Painter::lookUpHeights(Volume& volume, unsigned frame)
+void DrapeableNode::Painter::makeVolumes(Entry& entry, const std::vector<DrapeShape>& shapes)
 {
-    if (volume.heightsKnown && frame - volume.heightsFrame < kHeightInterval)
-        return;
-    volume.heightsFrame = frame;
-    osg::ref_ptr<MapNode> mapNode;
-    double low = kLowestGround, high = kHighestGround, mean = 0.0;
-    if (_mapNode.lock(mapNode) && mapNode->getTerrain()) {
-        const SpatialReference* srs = mapNode->getMapSRS();
-        const size_t step = std::max<size_t>(1, volume.mesh.samples.size() / kMostHeightSamples);
-        unsigned found = 0;
-        double lowest = 1e9, highest = -1e9, sum = 0.0;
-        for (size_t i = 0; i < volume.mesh.samples.size(); i += step) {
-            osg::Vec3d place;
-            double height = 0.0;
-            if (srs && srs->transformFromWorld(volume.mesh.samples[i], place) &&
-                mapNode->getTerrain()->getHeight(srs, place.x(), place.y(), &height)) {
-                lowest = std::min(lowest, height);
-                highest = std::max(highest, height);
-                sum += height;
-                ++found;
-            }
-        }
-        if (found > 0) {
-            // Wide shapes have room for any mountain between their samples.
-            const double margin =
-                kHeightMargin + 0.5 * (highest - lowest) + 0.05 * volume.mesh.bound.radius();
-            low = std::max(kLowestGround, lowest - margin);
-            high = std::min(kHighestGround, highest + margin);
-            mean = sum / found;
-            volume.heightsKnown = true;
-        }
+    for (const DrapeShape& shape : shapes) {
+        Volume volume;
+        volume.mesh = volumeOf(shape);
+        if (!volume.mesh.geometry)
+            continue;
+        volume.state = new osg::StateSet();
+        volume.state->addUniform(new osg::Uniform("ax_drapeColor", shape.color));
+        volume.heights = new osg::Uniform("ax_drapeHeights", volume.ground.heights(0.0, 0.0));
+        volume.heights->setDataVariance(osg::Object::DYNAMIC);
+        volume.state->addUniform(volume.heights);
+        volume.state->setDataVariance(osg::Object::DYNAMIC);
+        entry.volumes.push_back(volume);
     }
-    volume.ground.set(low, high, mean);
 }
 
-void DrapeableNode::Painter::updateHeights(Volume& volume, const osg::Vec3d& eye, unsigned frame)
+void DrapeableNode::Painter::makeMembers(Entry& entry, const std::vector<DrapeShape>& shapes)
 {
-    lookUpHeights(volume, frame);
-    const double distance = (eye - volume.mesh.origin).length() + volume.mesh.bound.radius();
-    const double spare = kCoarseGround * distance;
-    const osg::Vec3f heights(float(volume.ground.x() - spare),
-                             float(volume.ground.y() + spare + volume.mesh.sagitta),
-                             float(volume.ground.z()));
-    osg::Vec3f before;
-    if (!volume.heights->get(before) || before != heights)
-        volume.heights->set(heights);
+    for (const DrapeShape& shape : shapes) {
+        DrapeBlock block = blockOf(shape);
+        if (block.levels.empty())
+            continue;
+        const bool lines = shape.triangles.empty();
+        entry.members.push_back(std::make_shared<DrapeBatch::Member>(std::move(block)));
+        _batches.try_emplace({*entry.origin.bin, lines, shape.color}, shape.color, lines)
+            .first->second.add(entry.members.back());
+    }
 }
 
 void DrapeableNode::Painter::findMapNode(const osg::NodePath& path)
@@ -190,17 +165,22 @@ void DrapeableNode::Painter::findMapNode(const osg::NodePath& path)
     _mapNode = MapNode::findMapNode(path.front());
 }
 
-void DrapeableNode::Painter::draw(Volume& volume, const osg::Matrixd& worldToView,
-                                  const osg::Matrixd& worldToLocal, const osg::Vec3d& eye,
-                                  osgUtil::CullVisitor& cv)
+void DrapeableNode::Painter::draw(Volume& volume, const DrapeView& view, osgUtil::CullVisitor& cv)
 {
     osg::BoundingSphered ground = volume.mesh.bound;
-    ground.radius() += kHighestGround;
-    if (cv.isCulled(osg::BoundingSphere(osg::Vec3(ground.center() * worldToLocal), float(ground.radius()))))
+    ground.radius() += DrapeGround::kHighest;
+    if (cv.isCulled(
+            osg::BoundingSphere(osg::Vec3(ground.center() * view.worldToLocal), float(ground.radius()))))
         return;
-    updateHeights(volume, eye, cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u);
+    if (!volume.ground.isKnown() || volume.ground.isDue(view.frame, kHeightInterval))
+        volume.ground.lookUp(volume.mesh, view.map, view.eye, view.frame);
+    const double distance = (view.eye - volume.mesh.origin).length() + volume.mesh.bound.radius();
+    const osg::Vec3f heights = volume.ground.heights(volume.mesh.sagitta, distance);
+    osg::Vec3f before;
+    if (!volume.heights->get(before) || before != heights)
+        volume.heights->set(heights);
     osg::ref_ptr<osg::RefMatrix> matrix =
-        new osg::RefMatrix(osg::Matrixd::translate(volume.mesh.origin) * worldToView);
+        new osg::RefMatrix(osg::Matrixd::translate(volume.mesh.origin) * view.worldToView);
     cv.pushStateSet(volume.state.get());
     for (osg::StateSet* pass : {_passes->mark.get(), _passes->paint.get()}) {
         cv.pushStateSet(pass);
@@ -210,22 +190,35 @@ void DrapeableNode::Painter::draw(Volume& volume, const osg::Matrixd& worldToVie
     cv.popStateSet();
 }
 
-void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
+/// Brings the shapes up to date with the node's children.
+void DrapeableNode::Painter::collect(DrapeableNode& node, const osg::Matrixd& localToWorld,
+                                     unsigned traversalMask)
 {
-    if (node.getNumChildren() == 0 || !cv.getCurrentCamera())
-        return;
     ++_pass;
     _order.clear();
-    const osg::Matrixd localToWorld = osg::computeLocalToWorld(cv.getNodePath(), true);
-    Collector collector(*this, localToWorld, cv.getTraversalMask());
+    _built = false;
+    _enough = std::chrono::steady_clock::now() + kBuildTime;
+    Collector collector(*this, localToWorld, traversalMask);
     for (unsigned i = 0; i < node.getNumChildren(); ++i)
         node.getChild(i)->accept(collector);
     for (auto entry = _entries.begin(); entry != _entries.end();)
         entry = entry->second.lastSeen == _pass ? std::next(entry) : _entries.erase(entry);
+    for (auto batch = _batches.begin(); batch != _batches.end();)
+        batch = batch->second.tidy() ? std::next(batch) : _batches.erase(batch);
+}
 
-    const bool anything = std::any_of(_order.begin(), _order.end(), [this](const osg::Geometry* geometry) {
-        return !_entries[geometry].volumes.empty();
-    });
+void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
+{
+    if (!cv.getCurrentCamera() || (node.getNumChildren() == 0 && _entries.empty()))
+        return;
+    const osg::Matrixd localToWorld = osg::computeLocalToWorld(cv.getNodePath(), true);
+    collect(node, localToWorld, cv.getTraversalMask());
+
+    const bool anything =
+        !_batches.empty() || std::any_of(_order.begin(), _order.end(), [this](const osg::Geometry* geometry) {
+            const auto entry = _entries.find(geometry);
+            return entry != _entries.end() && !entry->second.volumes.empty();
+        });
     if (!anything)
         return;
 
@@ -252,15 +245,28 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
     if (!cv.getState() || !StencilClear::contextHasStencil(cv.getState()->getContextID()))
         return;
 
-    const osg::Matrixd worldToLocal = osg::Matrixd::inverse(localToWorld);
-    const osg::Matrixd worldToView = worldToLocal * *cv.getModelViewMatrix();
-    const osg::Vec3d eye = osg::Vec3d() * osg::Matrixd::inverse(worldToView);
-    const Horizon horizon(eye);
+    DrapeView view;
+    view.worldToLocal = osg::Matrixd::inverse(localToWorld);
+    view.worldToView = view.worldToLocal * *cv.getModelViewMatrix();
+    view.eye = osg::Vec3d() * osg::Matrixd::inverse(view.worldToView);
+    view.horizon = Horizon(view.eye);
+    float pixel = 0.0f;
+    _pixel->get(pixel);
+    view.pixel = double(pixel);
+    view.frame = cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u;
+    view.map = _mapNode;
     cv.pushStateSet(_frame.get());
-    for (const osg::Geometry* geometry : _order)
-        for (Volume& volume : _entries[geometry].volumes)
-            if (!horizon.hides(volume.mesh.occludee))
-                draw(volume, worldToView, worldToLocal, eye, cv);
+    for (const osg::Geometry* geometry : _order) {
+        const auto entry = _entries.find(geometry);
+        if (entry == _entries.end())
+            continue;
+        for (Volume& volume : entry->second.volumes)
+            if (!view.horizon.hides(volume.mesh.occludee))
+                draw(volume, view, cv);
+    }
+    unsigned lookUps = kMostLookUps;
+    for (auto& batch : _batches)
+        batch.second.cull(cv, view, *_passes, lookUps);
     cv.popStateSet();
 }
 
@@ -269,10 +275,14 @@ void DrapeableNode::Painter::releaseGLObjects(osg::State* state) const
     if (state)
         StencilClear::forgetContext(state->getContextID());
     if (_passes)
-        for (osg::StateSet* pass : {_passes->mark.get(), _passes->paint.get(), _passes->clear.get()})
+        for (osg::StateSet* pass :
+             {_passes->mark.get(), _passes->paint.get(), _passes->markMany.get(),
+              _passes->markManyBefore.get(), _passes->paintFrame.get(), _passes->clear.get()})
             pass->releaseGLObjects(state);
     for (const auto& entry : _entries)
         for (const Volume& volume : entry.second.volumes)
             volume.mesh.geometry->releaseGLObjects(state);
+    for (const auto& batch : _batches)
+        batch.second.releaseGLObjects(state);
 }
 } // namespace osgEarth

@@ -1,11 +1,12 @@
 #pragma once
-#include "DrapePasses.h"
-#include "DrapeVolume.h"
+#include "DrapeBatch.h"
+#include <chrono>
 #include <map>
-#include <osg/observer_ptr>
+#include <optional>
 #include <osg/Uniform>
 #include <osgEarth/DrapeableNode>
 #include <osgUtil/CullVisitor>
+#include <tuple>
 
 namespace osgEarth {
 class MapNode;
@@ -24,9 +25,7 @@ private:
         DrapeVolume mesh;
         osg::ref_ptr<osg::StateSet> state; // colour and heights
         osg::ref_ptr<osg::Uniform> heights;
-        unsigned heightsFrame = 0;
-        bool heightsKnown = false;
-        osg::Vec3d ground; // lowest, highest and middle height
+        DrapeGround ground;
     };
     /// What a geometry's volumes were made of.
     struct Origin
@@ -34,24 +33,32 @@ private:
         std::vector<unsigned> signature;
         osg::Matrixd localToWorld;
         float lineWidth = 1.0f;
+        std::optional<int> bin; // named by a state set
+        bool operator==(const Origin& other) const;
     };
     struct Entry
     {
         Origin origin;
         std::vector<Volume> volumes;
+        std::vector<std::shared_ptr<DrapeBatch::Member>> members;
         unsigned lastSeen = 0;
     };
+    /// By bin, areas before lines, and colour.
+    using BatchKey = std::tuple<int, bool, osg::Vec4f>;
     class Collector;
 
-    void refresh(const osg::Geometry& geometry, const osg::Matrixd& localToWorld, float lineWidth);
-    void lookUpHeights(Volume& volume, unsigned frame);
-    void updateHeights(Volume& volume, const osg::Vec3d& eye, unsigned frame);
-    void draw(Volume& volume, const osg::Matrixd& worldToView, const osg::Matrixd& worldToLocal,
-              const osg::Vec3d& eye, osgUtil::CullVisitor& cv);
+    void refresh(const osg::Geometry& geometry, Origin origin);
+    void makeVolumes(Entry& entry, const std::vector<DrapeShape>& shapes);
+    void makeMembers(Entry& entry, const std::vector<DrapeShape>& shapes);
+    void collect(DrapeableNode& node, const osg::Matrixd& localToWorld, unsigned traversalMask);
+    void draw(Volume& volume, const DrapeView& view, osgUtil::CullVisitor& cv);
     void findMapNode(const osg::NodePath& path);
 
     std::map<osg::ref_ptr<const osg::Geometry>, Entry> _entries;
     std::vector<const osg::Geometry*> _order;
+    std::map<BatchKey, DrapeBatch> _batches;
+    std::chrono::steady_clock::time_point _enough; // until then shapes are built in this pass
+    bool _built = false;                           // one was
     unsigned _pass = 0;
     osg::observer_ptr<MapNode> _mapNode;
     unsigned _lastSearch = 0;

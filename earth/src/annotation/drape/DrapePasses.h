@@ -8,6 +8,9 @@ namespace osgEarth {
 /// marked and coloured before the next.
 constexpr int kDrapeBin = 1;
 
+/// How many shapes DrapePasses::markMany can draw at once.
+constexpr unsigned kDrapeSlots = 64;
+
 /// The state sets of all drapes, shared by the nodes that drape anything.
 struct DrapePasses : public osg::Referenced
 {
@@ -19,6 +22,12 @@ struct DrapePasses : public osg::Referenced
     osg::ref_ptr<osg::StateSet> mark;
     /// Second pass: colours the pixels counted and takes the marks off again.
     osg::ref_ptr<osg::StateSet> paint;
+    /// The first pass of several shapes at once, whose vertices tell which one they belong to.
+    osg::ref_ptr<osg::StateSet> markMany;
+    /// The same for volumes that the eye is not in, by their faces before the ground.
+    osg::ref_ptr<osg::StateSet> markManyBefore;
+    /// The second pass of them, over a part of the window.
+    osg::ref_ptr<osg::StateSet> paintFrame;
     /// Before the first shape of a frame.
     osg::ref_ptr<osg::StateSet> clear;
 };

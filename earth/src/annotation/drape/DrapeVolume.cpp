@@ -222,9 +222,13 @@ void subdivideForGlobe(DrapeShape& shape)
     }
 }
 
-DrapeVolume volumeOf(const DrapeShape& source)
+osg::Vec3d ellipsoidUp(const osg::Vec3d& geocentric)
 {
-    DrapeVolume volume;
+    return upAt(geocentric);
+}
+
+DrapeShape layOnGround(const DrapeShape& source, DrapeExtent& volume)
+{
     DrapeShape shape = source;
     mergePoints(shape);
     subdivideForGlobe(shape);
@@ -252,7 +256,7 @@ DrapeVolume volumeOf(const DrapeShape& source)
         }
     }
     if (!box.valid())
-        return volume;
+        return shape;
 
     volume.origin = box.center();
     volume.bound = osg::BoundingSphered(box.center(), box.radius());
@@ -262,6 +266,15 @@ DrapeVolume volumeOf(const DrapeShape& source)
         if (used[i])
             relative.emplace_back(shape.points[i] - volume.origin);
     volume.occludee = occludeeOf(volume.origin, relative, 9000.0);
+    return shape;
+}
+
+DrapeVolume volumeOf(const DrapeShape& source)
+{
+    DrapeVolume volume;
+    const DrapeShape shape = layOnGround(source, volume);
+    if (!volume.bound.valid())
+        return volume;
 
     VolumeMesh mesh(volume.origin);
     buildFill(shape, mesh);
