@@ -72,8 +72,8 @@ ReadZone Read(const QVariant& row)
     const AxZoneArea area = AxReadArea(columns[zoneColumn::area].toString());
     zone.parts = area.parts;
     zone.unusable = area.unusable;
-    const std::vector<osg::Vec3d> ring = AxZoneRing(area);
-    zone.polygon = new Polygon(&ring);
+    zone.polygon = new Polygon;
+    zone.polygon->asVector() = AxZoneRing(area);
     return zone;
 }
 

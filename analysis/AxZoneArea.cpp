@@ -2,8 +2,8 @@
 #include "interaction/AxLongitudes.h"
 
 #include <osg/Math>
-#include <osgEarth/GeoMath>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string_view>
@@ -73,22 +73,25 @@ AxZoneArea AxReadArea(const QString& area)
 
 std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude)
 {
-    const auto centreLongitude = static_cast<float>(longitude);
-    const auto centreLatitude = static_cast<float>(latitude);
-    std::vector<osg::Vec3d> ring;
-    ring.reserve(circleSegments + 1);
-    for (int i = 0; i < circleSegments; ++i) {
-        double lat = 0.0;
-        double lon = 0.0;
-        osgEarth::GeoMath::destination(osg::DegreesToRadians(static_cast<double>(centreLatitude)),
-                                       osg::DegreesToRadians(static_cast<double>(centreLongitude)),
-                                       osg::DegreesToRadians(fullTurn * i / circleSegments), circleMetres,
-                                       lat, lon, sphereMetres);
-        ring.emplace_back(static_cast<float>(AxLongitudes::NearestTo(static_cast<double>(centreLongitude),
-                                                                     osg::RadiansToDegrees(lon))),
-                          static_cast<float>(osg::RadiansToDegrees(lat)), 0.0);
+    const auto centreLongitude = static_cast<double>(static_cast<float>(longitude));
+    const double lat = osg::DegreesToRadians(static_cast<double>(static_cast<float>(latitude)));
+    const double sinLat = std::sin(lat);
+    const double cosLat = std::cos(lat);
+    static const double sinDistance = std::sin(circleMetres / sphereMetres);
+    static const double cosDistance = std::cos(circleMetres / sphereMetres);
+    std::vector<osg::Vec3d> ring(circleSegments + 1);
+    // East and west mirror each other.
+    for (int i = 0; i <= circleSegments / 2; ++i) {
+        const double bearing = osg::DegreesToRadians(fullTurn * i / circleSegments);
+        const double s = sinLat * cosDistance + cosLat * sinDistance * std::cos(bearing);
+        const double east = osg::RadiansToDegrees(
+            std::atan2(std::sin(bearing) * sinDistance * cosLat, cosDistance - sinLat * s));
+        const auto pointLatitude = static_cast<float>(osg::RadiansToDegrees(std::asin(std::min(s, 1.0))));
+        ring[static_cast<std::size_t>(i)].set(static_cast<float>(centreLongitude + east), pointLatitude, 0.0);
+        ring[static_cast<std::size_t>(circleSegments - i)].set(static_cast<float>(centreLongitude - east),
+                                                               pointLatitude, 0.0);
     }
-    ring.push_back(ring.front());
+    ring.back() = ring.front();
     return ring;
 }
 

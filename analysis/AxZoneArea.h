@@ -20,8 +20,9 @@ struct AxZoneArea
 /// Reads an area text. Parts that are no points are left out; altitudes are not looked at.
 AXEARTHVIEWER_EXPORT AxZoneArea AxReadArea(const QString& area);
 
-/// 73 points at 8000 m around a centre (degrees), clockwise from the north, the last on the first. Centre and
-/// points pass through single precision.
+/// 73 points at 8000 m around a centre (degrees), clockwise from the north, the last on the first:
+/// great-circle destinations on a sphere of 6378137 m, by the formula of osgEarth::GeoMath::destination()
+/// with what all points share worked out once. Centre and points pass through single precision.
 AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude);
 
 /// The ring of a zone: the circle around the point of an area with fewer than two parts, else its points.

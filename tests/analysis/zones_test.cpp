@@ -106,7 +106,17 @@ TEST(ZoneRing, CircleLiesEightKilometresAround)
         EXPECT_NEAR(ring.front().x(), centre.x(), 1e-4) << "the first bears north";
         EXPECT_GT(ring.front().y(), centre.y());
         EXPECT_GT(ring[18].x(), centre.x()) << "the others follow clockwise";
-        for (const osg::Vec3d& point : ring) {
+        for (std::size_t i = 0; i < ring.size(); ++i) {
+            const osg::Vec3d& point = ring[i];
+            double lat = 0.0;
+            double lon = 0.0;
+            osgEarth::GeoMath::destination(
+                osg::DegreesToRadians(static_cast<double>(static_cast<float>(centre.y()))),
+                osg::DegreesToRadians(static_cast<double>(static_cast<float>(centre.x()))),
+                osg::DegreesToRadians(5.0 * static_cast<double>(i)), 8000.0, lat, lon, 6378137.0);
+            // A unit of single precision at these places.
+            EXPECT_NEAR(point.x(), osg::RadiansToDegrees(lon), 8e-6);
+            EXPECT_NEAR(point.y(), osg::RadiansToDegrees(lat), 8e-6);
             EXPECT_EQ(point.x(), static_cast<double>(static_cast<float>(point.x())));
             EXPECT_NEAR(osgEarth::GeoMath::distance(
                             osg::DegreesToRadians(centre.y()), osg::DegreesToRadians(centre.x()),
