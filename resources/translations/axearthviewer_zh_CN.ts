@@ -948,4 +948,19 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>地图已将解禁区域排除在禁飞区之外。</translation>
     </message>
 </context>
+<context>
+    <name>CAxAncillaryThread</name>
+    <message>
+        <source>no-fly zone Information</source>
+        <translation>禁飞区信息</translation>
+    </message>
+    <message>
+        <source>The no-fly zone document does not exist .</source>
+        <translation>禁飞区文件不存在。</translation>
+    </message>
+    <message>
+        <source>The no-fly zone document parsing error!May file has been corrupted, please login in the case of networking for Launcher!</source>
+        <translation>禁飞区文件解析错误！文件可能已损坏，请在联网的情况下登录启动器！</translation>
+    </message>
+</context>
 </TS>
