@@ -27,10 +27,14 @@ void AxZoneFlash::Flash(const QList<osg::ref_ptr<const osgEarth::Symbology::Geom
     if (!alive || !viewer.GetDrawNodeGroup() || !viewer.getSRS())
         return;
     osg::ref_ptr<osg::Group> group = new osgEarth::DrapeableNode;
-    for (const auto& area : areas)
-        if (area)
-            group->addChild(AxDrawArea(*area, *viewer.getSRS(), strong));
-    if (!group->getBound().valid())
+    for (const auto& area : areas) {
+        const osg::ref_ptr<osg::Node> drawn =
+            area ? AxDrawArea(*area, *viewer.getSRS(), strong) : osg::ref_ptr<osg::Node>();
+        // What has no extent draws nothing. The node's bound does not tell: draped shapes have none.
+        if (drawn && drawn->asGroup()->getNumChildren() > 0)
+            group->addChild(drawn);
+    }
+    if (group->getNumChildren() == 0)
         return;
     group->setName("ZoneFlash");
     shown = group;

@@ -68,8 +68,8 @@ protected:
         QApplication::setDoubleClickInterval(doubleClickInterval);
         CAxNoflyApplyUpload::SetUploadUrl(QUrl());
         CAxNoflyApplyWgt::ForgetInput();
-        ShapeFixture::TearDown();
         viewer->GetAncillaryProcess()->FlashZones({});
+        ShapeFixture::TearDown();
     }
 
     Area* ImportArea(const QList<QPointF>& ring)
