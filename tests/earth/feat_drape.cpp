@@ -1,5 +1,7 @@
-#include "annotation/drape/DrapeVolume.h"
+#include "annotation/drape/DrapeBlock.h"
+#include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <map>
 #include <osg/CoordinateSystemNode>
 #include <osgEarth/DrapeableNode>
@@ -28,19 +30,69 @@ DrapeShape square(double size)
 }
 
 /// Every edge of a closed surface is passed as often one way as the other.
-bool isClosed(const osg::Geometry& geometry)
+bool isClosed(const std::vector<unsigned>& indices)
 {
     std::map<std::pair<unsigned, unsigned>, int> edges;
-    const osg::PrimitiveSet& set = *geometry.getPrimitiveSet(0);
-    for (unsigned i = 0; i + 2 < set.getNumIndices(); i += 3)
-        for (unsigned k = 0; k < 3; ++k) {
-            const unsigned a = set.index(i + k), b = set.index(i + (k + 1) % 3);
+    for (size_t i = 0; i + 2 < indices.size(); i += 3)
+        for (size_t k = 0; k < 3; ++k) {
+            const unsigned a = indices[i + k], b = indices[i + (k + 1) % 3];
             edges[std::minmax(a, b)] += a < b ? 1 : -1;
         }
     for (const auto& edge : edges)
         if (edge.second != 0)
             return false;
     return true;
+}
+
+bool isClosed(const osg::Geometry& geometry)
+{
+    const osg::PrimitiveSet& set = *geometry.getPrimitiveSet(0);
+    std::vector<unsigned> indices;
+    for (unsigned i = 0; i < set.getNumIndices(); ++i)
+        indices.push_back(set.index(i));
+    return isClosed(indices);
+}
+
+/// A disc with a round hole, as triangles or as its two rims.
+DrapeShape holedDisc(bool asLines)
+{
+    DrapeShape shape;
+    const auto ring = [&shape](double radius) {
+        for (int i = 0; i < 72; ++i) {
+            const double angle = osg::DegreesToRadians(5.0 * i);
+            shape.points.push_back(at(radius * std::cos(angle), radius * std::sin(angle)));
+        }
+    };
+    ring(0.1);
+    ring(0.04);
+    for (unsigned i = 0; i < 72; ++i) {
+        const unsigned next = (i + 1) % 72;
+        if (asLines) {
+            shape.segments.push_back({i, next});
+            shape.segments.push_back({72 + i, 72 + next});
+        } else {
+            shape.triangles.push_back({i, next, 72 + i});
+            shape.triangles.push_back({next, 72 + next, 72 + i});
+        }
+    }
+    return shape;
+}
+
+/// How often the upper faces of a level lie over a place, downward ones taken off.
+int coverOf(const DrapeBlock& block, const DrapeBlock::Level& level, const osg::Vec3d& place)
+{
+    const osg::Vec3d up = ellipsoidUp(place);
+    int cover = 0;
+    for (size_t i = 0; i < level.caps; i += 3) {
+        osg::Vec3d corners[3];
+        for (size_t k = 0; k < 3; ++k)
+            corners[k] = block.origin + osg::Vec3d(block.positions[level.indices[i + k]]) - place;
+        int left = 0, right = 0;
+        for (size_t k = 0; k < 3; ++k)
+            ((corners[k] ^ corners[(k + 1) % 3]) * up > 0.0 ? left : right) += 1;
+        cover += left == 3 ? 1 : right == 3 ? -1 : 0;
+    }
+    return cover;
 }
 
 unsigned trianglesOf(const osg::Geometry& geometry)
@@ -130,6 +182,44 @@ TEST(FeatDrapeVolume, LinesAreClosedBoxes)
     ASSERT_TRUE(volume.geometry.valid());
     EXPECT_TRUE(isClosed(*volume.geometry));
     EXPECT_EQ(trianglesOf(*volume.geometry), 24u);
+}
+
+TEST(FeatDrapeBlock, EveryLevelIsClosedAndCoarserThanTheLast)
+{
+    DrapeShape corner; // a sharp turn, whose sides have no common end
+    corner.points = {at(0, 0), at(0.1, 0), at(0, 0.005)};
+    corner.segments = {{0, 1}, {1, 2}};
+    corner.lineWidth = 2.0f;
+    for (const DrapeShape& shape : {holedDisc(false), holedDisc(true), square(0.1), corner}) {
+        const DrapeBlock block = blockOf(shape);
+        ASSERT_FALSE(block.levels.empty());
+        double error = -1.0;
+        size_t size = std::numeric_limits<size_t>::max();
+        for (const DrapeBlock::Level& level : block.levels) {
+            EXPECT_TRUE(isClosed(level.indices));
+            EXPECT_GT(level.error, error);
+            EXPECT_LT(level.indices.size(), size);
+            EXPECT_GT(level.upper, level.caps);
+            error = level.error;
+            size = level.indices.size();
+        }
+    }
+    EXPECT_GT(blockOf(holedDisc(false)).levels.size(), 2u);
+    EXPECT_GT(blockOf(holedDisc(true)).levels.size(), 2u);
+    EXPECT_TRUE(blockOf(DrapeShape()).levels.empty());
+}
+
+TEST(FeatDrapeBlock, EveryLevelCoversTheAreaOnceAndItsHoleNever)
+{
+    const DrapeBlock block = blockOf(holedDisc(false));
+    for (const DrapeBlock::Level& level : block.levels) {
+        SCOPED_TRACE(level.error);
+        for (const double angle : {0.3, 1.7, 3.3, 5.1}) {
+            EXPECT_EQ(coverOf(block, level, at(0.07 * std::cos(angle), 0.07 * std::sin(angle))), 1);
+            EXPECT_EQ(coverOf(block, level, at(0.02 * std::cos(angle), 0.02 * std::sin(angle))), 0);
+            EXPECT_EQ(coverOf(block, level, at(0.12 * std::cos(angle), 0.12 * std::sin(angle))), 0);
+        }
+    }
 }
 
 TEST(FeatDrapeVolume, NothingComesOfNothing)

@@ -11,6 +11,10 @@ constexpr double kPixelError = 0.75;
 // Smaller than this, a shape is not seen at all; radius in pixels.
 constexpr double kLeastArea = 0.5;
 constexpr double kLeastLine = 1.5;
+// So many pixels may fill and outline each lie beside the ground that they are on.
+constexpr double kFlatError = 0.4;
+// Cosine of the angle to the vertical under which ground can be hidden by nothing but a cliff.
+constexpr double kFromAbove = 0.8;
 // Heights are looked up again after this many frames.
 constexpr unsigned kKnownInterval = 150;
 constexpr unsigned kNearInterval = 30;
@@ -52,6 +56,19 @@ private:
     osg::Vec2d _low{1.0, 1.0};
     osg::Vec2d _high{-1.0, -1.0};
 };
+
+/// How far aside a point is seen that is so much higher or lower than its
+/// shape, metres; without end where the ground is not seen from above.
+double offGround(const DrapeView& view, const DrapeExtent& extent, double height)
+{
+    const osg::Vec3d sight = view.eye - extent.bound.center();
+    const osg::Vec3d up = ellipsoidUp(extent.bound.center());
+    const double along = sight * up / sight.length();
+    // At the near and far ends of a wide shape the ground is seen more from the side.
+    const double aside =
+        std::sqrt(std::max(0.0, 1.0 - along * along)) + extent.bound.radius() / sight.length();
+    return along > kFromAbove ? height * aside : 1e30;
+}
 
 /// A square whose corners the shader of DrapePasses::paintFrame places.
 osg::ref_ptr<osg::Geometry> makeSquare()
@@ -114,11 +131,19 @@ public:
         return any;
     }
 
-    /// Chooses the level of a member, or that it is not drawn.
-    void choose(unsigned slot, int level, bool eyeWithin)
+    enum Part
     {
-        parts[Within].wanted[slot] = eyeWithin ? level : -1;
-        parts[Outside].wanted[slot] = eyeWithin ? -1 : level;
+        Outside, // the eye, of the volume
+        Within,
+        Flat // seen from so far above that the volume's upper face is enough
+    };
+
+    /// Chooses the level of a member and how it is marked.
+    void choose(unsigned slot, int level, Part how)
+    {
+        for (Drawn& part : parts)
+            part.wanted[slot] = -1;
+        parts[how].wanted[slot] = level;
     }
 
     /// Brings the buffers up to date; false when nothing is drawn.
@@ -129,7 +154,7 @@ public:
         bool any = false;
         for (Drawn& part : parts) {
             if (part.wanted != part.drawn)
-                fillIndices(part, &part == &parts[Outside]);
+                fillIndices(part, Part(&part - parts.data()));
             any = any || !part.indices->empty();
         }
         return any;
@@ -150,12 +175,7 @@ public:
         Levels wanted = none();
         Levels drawn = none();
     };
-    enum Part
-    {
-        Outside, // the eye, of the volume
-        Within
-    };
-    std::array<Drawn, 2> parts;
+    std::array<Drawn, 3> parts;
     std::array<std::shared_ptr<Member>, kSlots> members;
     osg::ref_ptr<osg::StateSet> state = new osg::StateSet();
     osg::ref_ptr<osg::Uniform> origins =
@@ -164,7 +184,7 @@ public:
         new osg::Uniform(osg::Uniform::FLOAT_VEC3, "ax_drapeRims", int(kSlots));
 
 private:
-    void fillIndices(Drawn& part, bool upperOnly)
+    void fillIndices(Drawn& part, Part how)
     {
         part.drawn = part.wanted;
         part.indices->clear();
@@ -172,7 +192,9 @@ private:
             if (part.drawn[slot] < 0)
                 continue;
             const DrapeBlock::Level& level = members[slot]->block.levels[size_t(part.drawn[slot])];
-            const size_t count = upperOnly ? level.upper : level.indices.size();
+            const size_t count = how == Flat      ? level.caps
+                                 : how == Outside ? level.upper
+                                                  : level.indices.size();
             for (size_t i = 0; i < count; ++i)
                 part.indices->push_back(bases[slot] + level.indices[i]);
         }
@@ -257,7 +279,7 @@ void DrapeBatch::cull(osgUtil::CullVisitor& cv, const DrapeView& view, const Dra
     bool any = false;
     for (const auto& chunk : _chunks) {
         for (unsigned slot = 0; slot < kSlots; ++slot) {
-            chunk->choose(slot, -1, false);
+            chunk->choose(slot, -1, Chunk::Outside);
             Member* member = chunk->members[slot].get();
             if (!member)
                 continue;
@@ -281,13 +303,20 @@ void DrapeBatch::cull(osgUtil::CullVisitor& cv, const DrapeView& view, const Dra
             while (level + 1 < block.levels.size() &&
                    block.levels[level + 1].error <= kPixelError * view.pixel * nearest)
                 ++level;
-            const osg::Vec3f heights =
-                ground.heights(block.levels[level].sagitta, distance + block.bound.radius());
+            osg::Vec3f heights = ground.heights(block.levels[level].sagitta, distance + block.bound.radius());
             // Lines reach further by their width.
             const double reach = block.bound.radius() +
                                  double(std::max(std::abs(heights.x()), std::abs(heights.y()))) +
                                  kLineReach * view.pixel * distance;
-            chunk->choose(slot, int(level), distance <= reach);
+            const bool isFlat = distance > reach && ground.isKnown() &&
+                                offGround(view, block, ground.relief() + block.levels[level].sagitta) <=
+                                    kFlatError * view.pixel * nearest;
+            if (isFlat)
+                heights.y() = float(ground.middle());
+            chunk->choose(slot, int(level),
+                          isFlat              ? Chunk::Flat
+                          : distance <= reach ? Chunk::Within
+                                              : Chunk::Outside);
             chunk->origins->setElement(slot, osg::Vec3f(block.origin * view.worldToView));
             chunk->heights->setElement(slot, heights);
             frame.add(seen, view.worldToView, *cv.getProjectionMatrix());
@@ -296,10 +325,12 @@ void DrapeBatch::cull(osgUtil::CullVisitor& cv, const DrapeView& view, const Dra
             continue;
         any = true;
         cv.pushStateSet(chunk->state.get());
-        for (const Chunk::Part part : {Chunk::Outside, Chunk::Within}) {
+        osg::StateSet* const marks[] = {passes.markManyBefore.get(), passes.markMany.get(),
+                                        passes.markManyFlat.get()};
+        for (const Chunk::Part part : {Chunk::Outside, Chunk::Within, Chunk::Flat}) {
             if (chunk->parts[part].indices->empty())
                 continue;
-            cv.pushStateSet(part == Chunk::Within ? passes.markMany.get() : passes.markManyBefore.get());
+            cv.pushStateSet(marks[part]);
             cv.addDrawableAndDepth(chunk->parts[part].geometry.get(), matrix.get(), 0.0f);
             cv.popStateSet();
         }

@@ -108,7 +108,7 @@ public:
                 return;
             addAreas(rims, error);
             addLines(lines, error);
-            if (double(_indices.size() + _lower.size()) <=
+            if (double(_caps.size() + _walls.size() + _lower.size()) <=
                 kWorthwhile * double(_block.levels.back().indices.size()))
                 close(error, _longest2 / (6.0 * 6356752.0));
             restart();
@@ -118,7 +118,9 @@ public:
 private:
     void close(double error, double sagitta)
     {
-        DrapeBlock::Level level{error, sagitta, std::move(_indices), 0};
+        DrapeBlock::Level level{error, sagitta, std::move(_caps), 0, 0};
+        level.caps = level.indices.size();
+        level.indices.insert(level.indices.end(), _walls.begin(), _walls.end());
         level.upper = level.indices.size();
         level.indices.insert(level.indices.end(), _lower.begin(), _lower.end());
         if (!level.indices.empty())
@@ -127,7 +129,8 @@ private:
     }
     void restart()
     {
-        _indices.clear();
+        _caps.clear();
+        _walls.clear();
         _lower.clear();
         _longest2 = 0.0;
     }
@@ -142,17 +145,12 @@ private:
         }
         return index;
     }
-    void face(unsigned a, unsigned b, unsigned c) { _indices.insert(_indices.end(), {a, b, c}); }
     void cap(unsigned a, unsigned b, unsigned c)
     {
-        face(a + 1, b + 1, c + 1);
+        _caps.insert(_caps.end(), {a + 1, b + 1, c + 1});
         _lower.insert(_lower.end(), {a, c, b});
     }
-    void wall(unsigned a, unsigned b)
-    {
-        face(a, b, b + 1);
-        face(a, b + 1, a + 1);
-    }
+    void wall(unsigned a, unsigned b) { _walls.insert(_walls.end(), {a, b, b + 1, a, b + 1, a + 1}); }
     void noteEdge(unsigned a, unsigned b)
     {
         _longest2 = std::max(_longest2, (_points[a] - _points[b]).length2());
@@ -312,7 +310,8 @@ private:
     std::vector<std::pair<unsigned, unsigned>> _rim;
     std::vector<std::pair<unsigned, unsigned>> _segments;
     std::map<unsigned, unsigned> _areaVertices;
-    std::vector<unsigned> _indices;
+    std::vector<unsigned> _caps;
+    std::vector<unsigned> _walls;
     std::vector<unsigned> _lower; // faces that are always below the ground
     double _longest2 = 0.0;
 };

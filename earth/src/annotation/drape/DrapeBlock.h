@@ -16,8 +16,10 @@ struct DrapeBlock : DrapeExtent
         double error = 0.0; // metres that its rim may be off the shape's
         double sagitta = 0.0;
         std::vector<unsigned> indices;
-        /// The first so many indices are those of the upper face and the walls: all
-        /// that can lie before the ground for an eye outside of the volume.
+        /// The first so many indices are those of the upper face.
+        size_t caps = 0;
+        /// And so many those of it and the walls: all that can lie before the
+        /// ground for an eye outside of the volume.
         size_t upper = 0;
     };
     std::vector<osg::Vec3f> positions;

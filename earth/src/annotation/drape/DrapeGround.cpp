@@ -51,6 +51,7 @@ unsigned DrapeGround::lookUp(const DrapeExtent& extent, const osg::observer_ptr<
         // Wide shapes have room for any mountain between their samples.
         const double margin = kMargin + 0.5 * (highest - lowest) + 0.05 * extent.bound.radius();
         _heights.set(std::max(kLowest, lowest - margin), std::min(kHighest, highest + margin), sum / weights);
+        _relief = std::max(highest - _heights.z(), _heights.z() - lowest);
         _known = true;
     } else {
         _heights.set(kLowest, kHighest, 0.0);

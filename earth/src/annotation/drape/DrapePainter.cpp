@@ -275,9 +275,9 @@ void DrapeableNode::Painter::releaseGLObjects(osg::State* state) const
     if (state)
         StencilClear::forgetContext(state->getContextID());
     if (_passes)
-        for (osg::StateSet* pass :
-             {_passes->mark.get(), _passes->paint.get(), _passes->markMany.get(),
-              _passes->markManyBefore.get(), _passes->paintFrame.get(), _passes->clear.get()})
+        for (osg::StateSet* pass : {_passes->mark.get(), _passes->paint.get(), _passes->markMany.get(),
+                                    _passes->markManyBefore.get(), _passes->markManyFlat.get(),
+                                    _passes->paintFrame.get(), _passes->clear.get()})
             pass->releaseGLObjects(state);
     for (const auto& entry : _entries)
         for (const Volume& volume : entry.second.volumes)

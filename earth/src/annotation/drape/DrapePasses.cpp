@@ -180,6 +180,8 @@ DrapePasses::DrapePasses()
     mark = makeMark(program.get(), Behind);
     markMany = makeMark(manyProgram.get(), Behind);
     markManyBefore = makeMark(manyProgram.get(), Before);
+    markManyFlat = makeMark(manyProgram.get(), Before);
+    markManyFlat->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), kOn);
     paint = makePaint(program.get());
     paint->setAttributeAndModes(new osg::CullFace(osg::CullFace::FRONT), kOn);
     paintFrame = makePaint(makeProgram(kFrameVertexShader).get());

@@ -26,6 +26,8 @@ struct DrapePasses : public osg::Referenced
     osg::ref_ptr<osg::StateSet> markMany;
     /// The same for volumes that the eye is not in, by their faces before the ground.
     osg::ref_ptr<osg::StateSet> markManyBefore;
+    /// The same for upper faces that lie on the ground themselves, near enough.
+    osg::ref_ptr<osg::StateSet> markManyFlat;
     /// The second pass of them, over a part of the window.
     osg::ref_ptr<osg::StateSet> paintFrame;
     /// Before the first shape of a frame.
