@@ -382,7 +382,7 @@ TEST_F(ApplyUpload, FailuresSaySoKeepTheFormAndRetrySendsTheSameBytes)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.says[0].toStdString());
-        CAxNoflyApplyUpload::SetStallTimeout(row.manner == Manner::Hang ? 300 : 30000);
+        CAxNoflyApplyUpload::SetStallTimeout(row.manner == Manner::Hang ? 1000 : 30000);
         server.manner = row.manner;
         server.answer = row.answer;
         execAnd(form, [&form] { press(form, "m_pBtnCancel"); });
@@ -396,6 +396,7 @@ TEST_F(ApplyUpload, FailuresSaySoKeepTheFormAndRetrySendsTheSameBytes)
             EXPECT_LT(said.size(), 800);
             EXPECT_TRUE(upload.isVisible());
             EXPECT_EQ(keptPurpose(), QStringLiteral("Quarry survey"));
+            CAxNoflyApplyUpload::SetStallTimeout(30000);
             server.manner = Manner::Answer;
             server.answer = LoopbackFormServer::reply("204 No Content", "text/plain", "");
             server.bodies.clear();
