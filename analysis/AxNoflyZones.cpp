@@ -172,22 +172,18 @@ AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>&
     return zones;
 }
 
+// What goes wrong on the way is logged by the manager, and shows in there being no rows.
 bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones)
 {
     QList<QVariant> zoneRows;
     QList<QVariant> liftRows;
-    const auto select = [&zoneFile](const char* columns, const char* table, QList<QVariant>& rows) {
-        if (!zoneFile.SelectRecord(columns, table, QString(), QString(), rows))
-            qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
-    };
-    if (!zoneFile.DecryptionNoflyFile(file, file))
-        qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
+    zoneFile.DecryptionNoflyFile(file, file);
     zoneFile.ConnectDataBase(file);
-    select("lng, lat, local_id, enable, area", "no_fly_zone", zoneRows);
-    select("begin_at, expired_at, area, local_ids, user_id, status", "lift_no_fly_zone", liftRows);
+    zoneFile.SelectRecord("lng, lat, local_id, enable, area", "no_fly_zone", QString(), QString(), zoneRows);
+    zoneFile.SelectRecord("begin_at, expired_at, area, local_ids, user_id, status", "lift_no_fly_zone",
+                          QString(), QString(), liftRows);
     zoneFile.CloseDataBase();
-    if (!zoneFile.EncryptionNoflyFile(file, file))
-        qCWarning(axViewerLog).noquote() << "no-fly zones:" << zoneFile.GetLastError();
+    zoneFile.EncryptionNoflyFile(file, file);
     if (zoneRows.isEmpty())
         return false;
     zones = AxReadZones(zoneRows, liftRows);

@@ -140,7 +140,10 @@ void CAxApplyForProhibitedArea::fillInAndSend(const QString& blockID)
         upload->BeginUpload(data);
         const bool isSent = upload->exec(true) == QDialog::Accepted;
         isWaiting = !isSent && CAxBlockManager::instance().GetBlock(blockID);
+        const QString answer = upload ? upload->AnswerText() : QString();
         delete upload;
+        if (isSent)
+            AxShowNotice(map, tr("Application Information"), tr("The application was sent."), answer);
     }
     delete form;
 }

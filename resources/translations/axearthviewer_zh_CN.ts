@@ -720,6 +720,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>The block does not require an application.</source>
         <translation>该测区无需申请。</translation>
     </message>
+    <message>
+        <source>The application was sent.</source>
+        <translation>申请已发送。</translation>
+    </message>
 </context>
 <context>
     <name>CAx3DGeometry</name>

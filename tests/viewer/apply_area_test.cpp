@@ -203,6 +203,8 @@ TEST_F(ApplyArea, IsDrawnOverZonesAndItsFormComesBackUntilItIsSent)
     EXPECT_TRUE(server.bodies[0].contains(id.toUtf8()));
     EXPECT_TRUE(server.bodies[0].contains("screenshot.png"));
     EXPECT_TRUE(box.answers.isEmpty());
+    EXPECT_TRUE(box.texts.contains("The application was sent."));
+    EXPECT_TRUE(box.texts.contains("4711")) << "the operator reads what the server answered";
 }
 
 TEST_F(ApplyArea, AppliesOnceAtATimeAndOnlyForZones)
