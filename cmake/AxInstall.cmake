@@ -33,7 +33,8 @@ endif()
 foreach(folder viewer interaction mission analysis)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} FILES_MATCHING
     PATTERN "CAx*.h" PATTERN "EHandleOperation.h" PATTERN "AxEditAids.h" PATTERN "AxEarthViewerExport.h" PATTERN "AxGridWidget.h" PATTERN "AxHeadUpText.h"
-    PATTERN "AxMapFile.h" PATTERN "AxSceneLog.h" PATTERN "AxTranslations.h" PATTERN "AxUserOperation.h")
+    PATTERN "AxMapFile.h" PATTERN "AxSceneLog.h" PATTERN "AxTranslations.h" PATTERN "AxUserOperation.h"
+    PATTERN "AxNoflyZones.h" PATTERN "AxBlockRefusal.h" PATTERN "CAxAncillaryThread.h" EXCLUDE)
 endforeach()
 
 configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerConfig.cmake
