@@ -23,9 +23,10 @@ constexpr std::size_t pointsOfFan = 74;
 // Edges are straight in longitude and latitude, as zones are tested and cut; drawn they
 // are straight over the ground, and at this length, degrees, the two are a metre apart at most.
 constexpr double longestEdge = 0.1;
-// Rings of more points lose those that are nearest to their neighbours, from a metre (degrees) on.
+// Rings of more points lose those that are nearest to their neighbours, a metre (degrees) to a hundred.
 constexpr std::size_t mostPoints = 5000;
 constexpr double leastThinning = 1e-5;
+constexpr double mostThinning = 1e-3;
 // Fills before outlines.
 constexpr int fillBin = 1;
 constexpr int outlineBin = 2;
@@ -50,12 +51,19 @@ Plane Cleaned(const Geometry& source)
         if (IsOnGlobe(point) && (ring.empty() || place != ring.back()))
             ring.push_back(place);
     }
-    for (double apart = leastThinning; ring.size() > mostPoints; apart *= 2.0) {
+    for (double apart = leastThinning; ring.size() > mostPoints && apart <= mostThinning; apart *= 2.0) {
         Plane thinner;
         for (const osg::Vec2d& place : ring)
             if (thinner.empty() || Distance(place, thinner.back()) >= apart)
                 thinner.push_back(place);
         ring.swap(thinner);
+    }
+    // Points that are many and far from each other make no outline that could be kept.
+    const std::size_t stride = (ring.size() + mostPoints - 1) / mostPoints;
+    if (stride > 1) {
+        for (std::size_t i = 0; i * stride < ring.size(); ++i)
+            ring[i] = ring[i * stride];
+        ring.resize((ring.size() + stride - 1) / stride);
     }
     return ring;
 }
@@ -114,6 +122,15 @@ public:
     osg::Object* cloneType() const override { return new GroundGeometry; }
     osg::Object* clone(const osg::CopyOp& copy) const override { return new GroundGeometry(*this, copy); }
     using osg::Geometry::accept;
+    // By its points: the usual way asks for the primitives, and is refused.
+    osg::BoundingBox computeBoundingBox() const override
+    {
+        osg::BoundingBox box;
+        if (const auto* points = dynamic_cast<const osg::Vec3Array*>(getVertexArray()))
+            for (const osg::Vec3& point : *points)
+                box.expandBy(point);
+        return box;
+    }
     bool supports(const osg::PrimitiveFunctor&) const override { return false; }
     void accept(osg::PrimitiveFunctor&) const override {}
     bool supports(const osg::PrimitiveIndexFunctor&) const override { return false; }

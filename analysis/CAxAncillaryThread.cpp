@@ -219,6 +219,7 @@ void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, 
         operation->setUserPolygon(*zones.polygons.value(id));
         const auto display = zones.displayGeometry.value(id);
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
+        operation->Prepare();
     }
     viewer->getOSGViewer()->addUpdateOperation(operation);
 }
