@@ -1,6 +1,7 @@
 // Frames while the camera moves, drawn by the widget's own timer as a pilot
 // sees them, while the paging threads make the tiles that come into view.
 #include "BenchGlobe.h"
+#include "FrameWatch.h"
 
 #include "host/TourStops.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -23,46 +24,6 @@ namespace {
 constexpr double kFlightSeconds = 5.0;
 constexpr double kLongFrame = 50.0;
 constexpr std::size_t kStandingFrames = 15;
-
-/// Times the paint events of the viewport: drawing, overlays and the swap.
-class FrameWatch : public QObject
-{
-public:
-    FrameWatch() : viewport(bench::globe().viewport())
-    {
-        viewport->installEventFilter(this);
-        sinceShown.start();
-    }
-    ~FrameWatch() override { viewport->removeEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (watched != viewport || event->type() != QEvent::Paint || painting)
-            return false;
-        painting = true;
-        QElapsedTimer clock;
-        clock.start();
-        QCoreApplication::sendEvent(watched, event);
-        frames.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        gaps.push_back(static_cast<double>(sinceShown.nsecsElapsed()) / 1e6);
-        sinceShown.start();
-        painting = false;
-        if (onFrame)
-            onFrame();
-        return true;
-    }
-
-    /// Times of frames and between their endings, milliseconds.
-    std::vector<double> frames;
-    std::vector<double> gaps;
-    /// Called after each frame.
-    std::function<void()> onFrame;
-
-private:
-    QWidget* viewport;
-    QElapsedTimer sinceShown;
-    bool painting = false;
-};
 
 /// Counts the tiles that join the scene.
 class TileCount : public osgEarth::TerrainCallback

@@ -1,6 +1,7 @@
 // Frames of a flight over no-fly zones, drawn by the widget's own timer as a
 // pilot sees them, against the same flight without zones.
 #include "BenchGlobe.h"
+#include "FrameWatch.h"
 
 #include "analysis/AxUserOperation.h"
 #include "analysis/CAxAncillaryProcess.h"
@@ -30,40 +31,16 @@ constexpr double kReach = 1.9; // degrees
 constexpr double kZoneRadius = 8000.0;
 constexpr double kMetresADegree = 111320.0;
 
-/// Times the paint events of the viewport: drawing, overlays and the swap.
-class PaintWatch : public QObject
+double Longest(const std::vector<double>& frames)
 {
-public:
-    PaintWatch() : viewport(bench::globe().viewport()) { viewport->installEventFilter(this); }
-    ~PaintWatch() override { viewport->removeEventFilter(this); }
+    return frames.empty() ? 0.0 : *std::max_element(frames.begin(), frames.end());
+}
 
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (watched != viewport || event->type() != QEvent::Paint || painting)
-            return false;
-        painting = true;
-        QElapsedTimer clock;
-        clock.start();
-        QCoreApplication::sendEvent(watched, event);
-        frames.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
-        painting = false;
-        return true;
-    }
-
-    double Longest() const { return frames.empty() ? 0.0 : *std::max_element(frames.begin(), frames.end()); }
-    double Median() const
-    {
-        std::vector<double> sorted = frames;
-        std::sort(sorted.begin(), sorted.end());
-        return sorted.empty() ? 0.0 : sorted[sorted.size() / 2];
-    }
-
-    std::vector<double> frames;
-
-private:
-    QWidget* viewport;
-    bool painting = false;
-};
+double Median(std::vector<double> frames)
+{
+    std::sort(frames.begin(), frames.end());
+    return frames.empty() ? 0.0 : frames[frames.size() / 2];
+}
 
 /// Two zones in three are circles of 73 points, every third a polygon of a
 /// hundred, as the shipped sample has them.
@@ -141,7 +118,7 @@ void GoTo(double range, double pitch)
 
 /// From over all zones to 20 km above the mountains, looking along the ground
 /// at the end; with `act` at its beginning.
-const PaintWatch& Fly(PaintWatch& watch, void (*act)())
+const FrameWatch& Fly(FrameWatch& watch, void (*act)())
 {
     GoTo(345000.0, -90.0);
     CAxEarthManipulator& manipulator = *bench::globe().getManipulator();
@@ -163,7 +140,7 @@ void NoFlyFly(benchmark::State& state)
     CAxAncillaryProcess& process = *bench::globe().GetAncillaryProcess();
     const bool shown = process.NoFlyZoneMask();
     for (auto _ : state) {
-        PaintWatch watch;
+        FrameWatch watch;
         Fly(watch, nullptr); // makes the ground known
         double without = 1e9;
         double with = 1e9;
@@ -172,12 +149,12 @@ void NoFlyFly(benchmark::State& state)
         double medianWith = 1e9;
         for (int run = 0; run < kRuns; ++run) {
             process.SetNoFlyZoneMask(false);
-            without = std::min(without, Fly(watch, nullptr).Longest());
-            medianWithout = std::min(medianWithout, watch.Median());
+            without = std::min(without, Longest(Fly(watch, nullptr).frames));
+            medianWithout = std::min(medianWithout, Median(watch.frames));
             process.SetNoFlyZoneMask(true);
-            burst = std::min(burst, Fly(watch, AddZones).Longest());
-            with = std::min(with, Fly(watch, nullptr).Longest());
-            medianWith = std::min(medianWith, watch.Median());
+            burst = std::min(burst, Longest(Fly(watch, AddZones).frames));
+            with = std::min(with, Longest(Fly(watch, nullptr).frames));
+            medianWith = std::min(medianWith, Median(watch.frames));
             state.counters["zones"] = ZonesInScene();
             RemoveZones();
         }
