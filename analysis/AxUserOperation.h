@@ -19,7 +19,7 @@ class SpatialReference;
 }
 
 /// What an AxUserOperation does to the scene; other values do nothing.
-enum User_Operation
+enum User_Operation : int
 {
     LoadModel = 1,
     RemoveModel = 2,

@@ -1,5 +1,6 @@
 #include "analysis/AxZoneArea.h"
 #include "interaction/AxLongitudes.h"
+#include "interaction/AxSinglePrecision.h"
 
 #include <osg/Math>
 
@@ -73,8 +74,8 @@ AxZoneArea AxReadArea(const QString& area)
 
 std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude)
 {
-    const auto centreLongitude = static_cast<double>(static_cast<float>(longitude));
-    const double lat = osg::DegreesToRadians(static_cast<double>(static_cast<float>(latitude)));
+    const auto centreLongitude = AxSinglePrecision(longitude);
+    const double lat = osg::DegreesToRadians(AxSinglePrecision(latitude));
     const double sinLat = std::sin(lat);
     const double cosLat = std::cos(lat);
     static const double sinDistance = std::sin(circleMetres / sphereMetres);
@@ -86,9 +87,9 @@ std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude)
         const double s = sinLat * cosDistance + cosLat * sinDistance * std::cos(bearing);
         const double east = osg::RadiansToDegrees(
             std::atan2(std::sin(bearing) * sinDistance * cosLat, cosDistance - sinLat * s));
-        const auto pointLatitude = static_cast<float>(osg::RadiansToDegrees(std::asin(std::min(s, 1.0))));
-        ring[static_cast<std::size_t>(i)].set(static_cast<float>(centreLongitude + east), pointLatitude, 0.0);
-        ring[static_cast<std::size_t>(circleSegments - i)].set(static_cast<float>(centreLongitude - east),
+        const auto pointLatitude = AxSinglePrecision(osg::RadiansToDegrees(std::asin(std::min(s, 1.0))));
+        ring[static_cast<std::size_t>(i)].set(AxSinglePrecision(centreLongitude + east), pointLatitude, 0.0);
+        ring[static_cast<std::size_t>(circleSegments - i)].set(AxSinglePrecision(centreLongitude - east),
                                                                pointLatitude, 0.0);
     }
     ring.back() = ring.front();

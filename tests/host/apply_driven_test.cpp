@@ -83,5 +83,9 @@ TEST_F(DrivenZones, AnAreaIsDrawnAndItsApplicationArrivesAtTheServer)
                              "\r\n\r\nMing\r\n", "\r\n\r\nQuarry\r\n", "\r\n\r\n90\r\n", "\x89PNG\r\n"})
         EXPECT_TRUE(server.bodies[0].contains(part)) << part;
     EXPECT_TRUE(QTest::qWaitFor([&form] { return !DrivenHost::HasWindow(form); }, 60000)) << "it was sent";
+    const QString notice = QStringLiteral("^Application Information$");
+    host->Do({"search", "--sync", "--onlyvisible", "--name", notice, "windowfocus", "--sync"});
+    host->Do({"key", "Return"});
+    EXPECT_TRUE(QTest::qWaitFor([&notice] { return !DrivenHost::HasWindow(notice); }, 60000));
     host->TakeFocus();
 }
