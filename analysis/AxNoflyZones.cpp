@@ -151,7 +151,7 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
             qCWarning(axViewerLog) << "a lift names the no-fly zone" << lifted[i] << "which is not in force";
         if (zone.unusable > 0)
             qCWarning(axViewerLog) << "no-fly zone" << lifted[i] << "stays without" << zone.unusable
-                                   << "of its lifts: a ring of thousands of points crosses itself";
+                                   << "of its lifts: rings cross in too many places";
         zones.displayGeometry.insert(lifted[i], zone.display);
         zones.outlines.insert(lifted[i], zone.outline);
     }

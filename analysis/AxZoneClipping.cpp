@@ -12,21 +12,41 @@ using osgEarth::Symbology::Ring;
 namespace {
 using GeosGeometry = GeosContext::Geometry;
 
-/// The ring as an area that GEOS can reckon with, by the even-odd rule where it crosses itself; null when it
-/// bounds none.
-GeosGeometry Area(const GeosContext& geos, const AxRing& ring)
+// What the outline's clipper does in milliseconds; a hundred points at random already take it ten seconds.
+constexpr std::size_t mostPointsThatCross = 32;
+constexpr int mostCrossings = 500;
+
+/// A ring as GEOS reckons with it.
+struct Area
 {
-    GeosGeometry polygon = geos.polygon(ring);
-    if (!polygon || geos.isValid(polygon))
-        return polygon;
-    return geos.own(GEOSMakeValid_r(geos.handle(), polygon.get()));
+    /// By the even-odd rule where the ring crosses itself; null when it bounds nothing.
+    GeosGeometry polygon;
+    /// It crosses itself, and may do so too often.
+    bool isTangled = false;
+};
+
+Area AreaOf(const GeosContext& geos, const AxRing& ring)
+{
+    Area area{geos.polygon(ring)};
+    if (!area.polygon || geos.isValid(area.polygon))
+        return area;
+    area.isTangled = ring.size() > mostPointsThatCross;
+    if (!area.isTangled)
+        area.polygon = geos.own(GEOSMakeValid_r(geos.handle(), area.polygon.get()));
+    return area;
 }
 
-/// A ring whose crossings are so many that they could keep the processor busy for minutes.
-bool IsTangled(const GeosContext& geos, const AxRing& ring)
+/// Whether two rings cross each other too often. Few points cannot.
+bool CrossOften(const GeosContext& geos, const QPolygonF& outline, const AxRing& ring)
 {
-    constexpr std::size_t manyPoints = 2000;
-    return ring.size() > manyPoints && !geos.isValid(geos.polygon(ring));
+    constexpr std::size_t fewPairs = 2000;
+    if (static_cast<std::size_t>(outline.size()) * ring.size() < fewPairs)
+        return false;
+    const GeosGeometry line = geos.ring(std::vector<QPointF>(outline.begin(), outline.end()));
+    const GeosGeometry other = geos.ring(ring);
+    const GeosGeometry common =
+        geos.own(line && other ? GEOSIntersection_r(geos.handle(), line.get(), other.get()) : nullptr);
+    return !common || GEOSGetNumGeometries_r(geos.handle(), common.get()) > mostCrossings;
 }
 
 AxRing MovedBeside(AxRing ring, const AxRing& zone)
@@ -68,25 +88,19 @@ void AddPieces(const GeosContext& geos, const GEOSGeometry* geometry, MultiGeome
     }
 }
 
-osg::ref_ptr<MultiGeometry> Difference(const GeosContext& geos, const AxRing& zone,
-                                       const std::vector<AxRing>& lifts)
+osg::ref_ptr<MultiGeometry> Difference(const GeosContext& geos, const AxRing& zone, GeosGeometry rest,
+                                       const std::vector<GeosGeometry>& lifts)
 {
     osg::ref_ptr<MultiGeometry> pieces = new MultiGeometry;
     if (lifts.empty()) {
         pieces->add(new Polygon(&zone));
         return pieces;
     }
-    GeosGeometry rest = Area(geos, zone);
-    for (const AxRing& lift : lifts) {
-        const GeosGeometry lifted = Area(geos, lift);
-        if (!rest || !lifted)
-            continue;
-        // A difference that fails leaves the zone as it was: rather too much of it than too little.
-        if (GeosGeometry less = geos.own(GEOSDifference_r(geos.handle(), rest.get(), lifted.get())))
+    // A difference that fails leaves the zone as it was: rather too much of it than too little.
+    for (const GeosGeometry& lift : lifts)
+        if (GeosGeometry less = geos.own(GEOSDifference_r(geos.handle(), rest.get(), lift.get())))
             rest = std::move(less);
-    }
-    if (rest)
-        AddPieces(geos, rest.get(), *pieces);
+    AddPieces(geos, rest.get(), *pieces);
     if (pieces->getComponents().empty())
         pieces->add(new Polygon);
     return pieces;
@@ -106,20 +120,25 @@ AxClippedZone AxClipZone(const AxRing& zone, const std::vector<AxRing>& lifts)
 {
     const GeosContext geos;
     AxClippedZone result;
-    std::vector<AxRing> usable;
-    for (const AxRing& lift : lifts) {
-        if (IsTangled(geos, zone) || IsTangled(geos, lift))
-            ++result.unusable;
-        else
-            usable.push_back(MovedBeside(lift, zone));
-    }
-    result.display = Difference(geos, zone, usable);
     result.outline = AxOutline(zone);
     const QRectF bounds = result.outline.boundingRect();
-    for (const AxRing& lift : usable) {
-        const QPolygonF lifted = AxOutline(lift);
-        if (bounds.intersects(lifted.boundingRect()))
-            result.outline = result.outline.subtracted(result.outline.intersected(lifted));
+    Area whole = AreaOf(geos, zone);
+    std::vector<GeosGeometry> lifted;
+    for (const AxRing& lift : lifts) {
+        const AxRing ring = MovedBeside(lift, zone);
+        Area area = AreaOf(geos, ring);
+        // A zone or a lift that bounds nothing leaves all as it is.
+        if (!whole.polygon || !area.polygon)
+            continue;
+        if (whole.isTangled || area.isTangled || CrossOften(geos, result.outline, ring)) {
+            ++result.unusable;
+            continue;
+        }
+        lifted.push_back(std::move(area.polygon));
+        const QPolygonF outline = AxOutline(ring);
+        if (bounds.intersects(outline.boundingRect()))
+            result.outline = result.outline.subtracted(result.outline.intersected(outline));
     }
+    result.display = Difference(geos, zone, std::move(whole.polygon), lifted);
     return result;
 }

@@ -20,7 +20,8 @@ struct AxClippedZone
     /// The same as one outline, for testing areas against it. Pieces and holes hang together by lines
     /// without width.
     QPolygonF outline;
-    /// Lifts that were left out: their ring, or the zone's, is too large and crosses itself.
+    /// Lifts that were left out: their ring, or the zone's, crosses itself in many places, or they cross each
+    /// other in hundreds.
     int unusable = 0;
 };
 

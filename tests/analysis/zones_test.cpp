@@ -241,20 +241,46 @@ TEST(Lifts, LeaveTheSameToSeeAndToTest)
     }
 }
 
-TEST(Lifts, OfTangledRingsOfThousandsOfPointsAreLeftOut)
+TEST(Lifts, AreLeftOutWhereRingsCrossInTooManyPlaces)
 {
     std::mt19937 random(7);
     std::uniform_real_distribution<double> unit(0.0, 1.0);
-    QString tangle;
-    constexpr int points = 100000;
-    for (int i = 0; i < points; ++i)
-        tangle += QStringLiteral("%1,%2|").arg(10.0 + unit(random)).arg(50.0 + unit(random));
-    const LogLines log;
-    const AxNoflyZones zones = AxReadZones({Zone("z1", true, square), Zone("z2", true, tangle)},
-                                           {Lift(tangle, "z1"), Lift(square, "z2")});
-    EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0, 1e-9);
-    EXPECT_EQ(zones.outlines["z2"].size(), points);
-    EXPECT_EQ(LogLines::lines.size(), 2);
+    for (const int points : {100, 100000}) {
+        QString tangle;
+        for (int i = 0; i < points; ++i)
+            tangle += QStringLiteral("%1,%2|").arg(10.0 + unit(random)).arg(50.0 + unit(random));
+        const LogLines log;
+        const AxNoflyZones zones = AxReadZones({Zone("z1", true, square), Zone("z2", true, tangle)},
+                                               {Lift(tangle, "z1"), Lift(square, "z2")});
+        EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0, 1e-9);
+        EXPECT_EQ(zones.outlines["z2"].size(), points);
+        EXPECT_EQ(LogLines::lines.size(), 2);
+    }
+    // Two combs, each in order, one across the other.
+    AxRing upright;
+    constexpr int teeth = 60;
+    for (int i = 0; i < teeth; ++i)
+        for (const auto& [along, across] : {std::pair{0.0, 0.0}, {0.25, 1.0}, {0.5, 1.0}, {0.75, 0.0}})
+            upright.emplace_back((i + along) / teeth, across, 0.0);
+    upright.emplace_back(1.0, -0.1, 0.0);
+    upright.emplace_back(0.0, -0.1, 0.0);
+    AxRing lying = upright;
+    for (osg::Vec3d& point : lying)
+        point.set(point.y(), point.x(), 0.0);
+    const AxClippedZone combs = AxClipZone(upright, {lying});
+    EXPECT_EQ(combs.unusable, 1);
+    EXPECT_EQ(combs.outline.size(), static_cast<int>(upright.size()));
+    EXPECT_EQ(AxClipZone(upright, {AxReadArea("0.2,0.2|0.3,0.2|0.3,0.3|0.2,0.3").points}).unusable, 0);
+}
+
+TEST(Lifts, OfARingThatCrossesItselfCutByTheEvenOddRule)
+{
+    const AxClippedZone cut =
+        AxClipZone(AxReadArea(square).points, {AxReadArea("10.2,50.2|10.8,50.8|10.8,50.2|10.2,50.8").points});
+    EXPECT_EQ(cut.unusable, 0);
+    EXPECT_NEAR(Area(*cut.display), 1.0 - 0.18, 1e-9);
+    EXPECT_FALSE(cut.outline.containsPoint({10.3, 50.5}, Qt::OddEvenFill));
+    EXPECT_TRUE(cut.outline.containsPoint({10.5, 50.3}, Qt::OddEvenFill));
 }
 
 TEST(Lifts, AreReadForTheOperator)
