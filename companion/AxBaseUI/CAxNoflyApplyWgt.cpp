@@ -132,6 +132,7 @@ CAxNoflyApplyWgt::CAxNoflyApplyWgt(const QString& blockID, const QStringList& zo
     m_pEnd = addTime(grid, tr("End (UTC)"), "m_pEnd");
     m_pLabLocal = plainLabel(QString());
     m_pLabLocal->setObjectName(QStringLiteral("m_pLabLocal"));
+    m_pLabLocal->setWordWrap(true); // two dates are too long for the column
     grid->addWidget(m_pLabLocal, grid->rowCount(), 1);
     addLine(grid, "max_height_m", "m_pMaxHeight", tr("Max. height above ground (m)"), true);
     m_pRemarks = new QPlainTextEdit;

@@ -311,6 +311,10 @@ TEST_F(ApplyForm, ListsManyZonesInASmallWindow)
         zones += QStringLiteral("zone %1").arg(i);
     CAxNoflyApplyWgt form(QStringLiteral("id"), zones);
     EXPECT_EQ(child<QListWidget>(form, "m_pZones")->count(), 5000);
+    // Over midnight, wherever the computer stands, the local times take two dates.
+    const QDateTime begin = QDateTime::currentDateTimeUtc().addDays(2);
+    child<QDateTimeEdit>(form, "m_pBegin")->setDateTime(begin);
+    child<QDateTimeEdit>(form, "m_pEnd")->setDateTime(begin.addDays(1));
     form.show();
     EXPECT_LE(form.height(), 760);
     EXPECT_LE(form.width(), 1000);
