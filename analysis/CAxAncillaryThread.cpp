@@ -174,7 +174,13 @@ void CAxAncillaryThread::runElevationJob()
     emit signalElevationAnswered(job.number);
     qCDebug(axViewerLog) << "emit signalGenerateElevationQuery";
     emit signalGenerateElevationQuery(result);
-    elevationPending = false;
+    {
+        // Another job may have been handed over meanwhile; whoever waits, waits for that one.
+        const Lock lock(mutex);
+        elevationPending = elevationJob.number > 0;
+    }
+    if (elevationPending)
+        return;
     process->GenerateElevation(result);
     process->release();
 }

@@ -157,6 +157,17 @@ TEST_F(Zones, ElevationJobIsWaitedForOrTellsItsEnd)
     }));
     process->block();
 
+    // A job that is handed over while another runs is neither lost nor answered by that one.
+    CAxElevationQuery overtaken;
+    CAxElevationQuery second;
+    QObject display;
+    process->SetElevationQueryPara(40, 40, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05),
+                                   {}, &display, &overtaken);
+    process->SetElevationQueryPara(3, 1, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05), {},
+                                   nullptr, &second);
+    process->block();
+    EXPECT_EQ(second.GetResult().toList().size(), 3);
+
     CAxElevationQuery asked;
     QObject progress;
     QSignalSpy told(&asked, &CAxElevationQuery::signalElevations);
