@@ -8,6 +8,7 @@
 #include <QPoint>
 #include <QProcess>
 #include <QRect>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -113,11 +114,20 @@ public:
     /// Whether a window with that title, a regular expression, is on the screen.
     static bool HasWindow(const QString& title)
     {
-        QProcess tool;
-        tool.start(QStringLiteral("xdotool"), {"search", "--onlyvisible", "--name", title});
-        return tool.waitForFinished() && tool.exitCode() == 0;
+        QByteArray failure;
+        while (!Try({"search", "--onlyvisible", "--name", title}, &failure)) {
+            // A window of any program that goes away while it searches ends the search as well.
+            if (!failure.contains("BadWindow"))
+                return false;
+        }
+        return true;
     }
-    /// There may be no window manager that gives the window the input.
+    /// There may be no window manager that gives a window the input. Waits for the window.
+    void TakeFocus(const QString& title)
+    {
+        const QStringList command = {"search", "--onlyvisible", "--name", title, "windowfocus", "--sync"};
+        EXPECT_TRUE(QTest::qWaitFor([&command] { return Try(command); }, 60000)) << title.toStdString();
+    }
     void TakeFocus() { Do({"windowfocus", QString::number(window)}); }
 
     QSize GlobeSize() const { return globe.size(); }
@@ -133,6 +143,15 @@ public:
     }
 
 private:
+    static bool Try(const QStringList& command, QByteArray* failure = nullptr)
+    {
+        QProcess tool;
+        tool.start(QStringLiteral("xdotool"), command);
+        const bool done = tool.waitForFinished() && tool.exitCode() == 0;
+        if (failure)
+            *failure = tool.readAllStandardError();
+        return done;
+    }
     void Remember(const Event& event)
     {
         const auto place = [](const QJsonValue& value) {

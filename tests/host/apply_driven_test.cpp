@@ -73,7 +73,7 @@ TEST_F(DrivenZones, AnAreaIsDrawnAndItsApplicationArrivesAtTheServer)
     EXPECT_EQ((*met)["args"].toArray().at(1), QJsonValue(QJsonArray{"T1"}));
 
     const QString form = QStringLiteral("^Application to fly$");
-    host->Do({"search", "--sync", "--onlyvisible", "--name", form, "windowfocus", "--sync"});
+    host->TakeFocus(form);
     // Each of the two times takes a tab for year, month, day, hour and minute.
     host->Do({"type", "--delay", "20",
               "Ming\t\t12345678\tming@survey.example\tVTOL\tB-71\tQuarry\t\t\t\t\t\t\t\t\t\t\t90"});
@@ -84,7 +84,7 @@ TEST_F(DrivenZones, AnAreaIsDrawnAndItsApplicationArrivesAtTheServer)
         EXPECT_TRUE(server.bodies[0].contains(part)) << part;
     EXPECT_TRUE(QTest::qWaitFor([&form] { return !DrivenHost::HasWindow(form); }, 60000)) << "it was sent";
     const QString notice = QStringLiteral("^Application Information$");
-    host->Do({"search", "--sync", "--onlyvisible", "--name", notice, "windowfocus", "--sync"});
+    host->TakeFocus(notice);
     host->Do({"key", "Return"});
     EXPECT_TRUE(QTest::qWaitFor([&notice] { return !DrivenHost::HasWindow(notice); }, 60000));
     host->TakeFocus();

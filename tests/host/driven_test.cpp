@@ -230,7 +230,7 @@ TEST_F(Driven, APolygonIsDrawnListedRenamedUndoneAndDeleted)
     ASSERT_TRUE(nextBlock(named((*drawn)["name"].toString())));
 
     host->Do(host->ToFirstBlock() << QStringList{"click", "1", "key", "Delete"});
-    host->Do({"search", "--sync", "--onlyvisible", "--name", "^Delete block$", "windowfocus", "--sync"});
+    host->TakeFocus("^Delete block$");
     host->Do({"key", "Return"});
     EXPECT_TRUE(
         nextBlock([&id](const Event& block) { return block["deleted"].toBool() && block["id"] == id; }));
