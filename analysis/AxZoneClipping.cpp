@@ -1,4 +1,5 @@
 #include "analysis/AxZoneClipping.h"
+#include "analysis/AxZoneHole.h"
 #include "interaction/AxLongitudes.h"
 
 #include <support/GeosContext.h>
@@ -118,6 +119,9 @@ QPolygonF AxOutline(const AxRing& ring)
 
 AxClippedZone AxClipZone(const AxRing& zone, const std::vector<AxRing>& lifts)
 {
+    if (lifts.size() == 1)
+        if (std::optional<AxClippedZone> left = AxZoneWithHole(zone, MovedBeside(lifts.front(), zone)))
+            return *std::move(left);
     const GeosContext geos;
     AxClippedZone result;
     result.outline = AxOutline(zone);

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 
@@ -239,6 +240,59 @@ TEST(Lifts, LeaveTheSameToSeeAndToTest)
         // A place right on an edge may go either way.
         EXPECT_LE(differing, 2) << "round " << round;
     }
+}
+
+// A lift well inside its zone is not handed to the clippers; what comes of it must not show that.
+TEST(Lifts, InsideAZoneLeaveWhatTheClippersWouldLeave)
+{
+    std::mt19937 random(41);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
+    const auto star = [&](double x, double y, double reach, int corners, bool isClosed) {
+        AxRing ring;
+        const int turn = unit(random) < 0.5 ? 1 : -1;
+        for (int i = 0; i < corners; ++i) {
+            const double angle = turn * 2.0 * osg::PI * i / corners;
+            const double radius = reach * (1.0 - 0.4 * unit(random));
+            ring.emplace_back(x + radius * std::cos(angle), y + radius * std::sin(angle), 0.0);
+        }
+        if (isClosed)
+            ring.push_back(ring.front());
+        return ring;
+    };
+    const auto fromLeast = [](std::vector<osg::Vec3d> ring) {
+        std::rotate(ring.begin(), std::min_element(ring.begin(), ring.end()), ring.end());
+        return ring;
+    };
+    int holes = 0;
+    for (int round = 0; round < 300; ++round) {
+        const double x = -170.0 + 340.0 * unit(random);
+        const double y = -80.0 + 160.0 * unit(random);
+        const AxRing zone =
+            round % 4 == 0 ? AxZoneCircle(x, y) : star(x, y, 0.07, 3 + round % 90, round % 3 == 0);
+        const AxRing lift =
+            star(x + 0.02 * unit(random), y, 0.03 * unit(random), 3 + round % 7, round % 2 == 0);
+        const AxClippedZone cut = AxClipZone(zone, {lift});
+        const QPolygonF outline = AxOutline(zone);
+        ASSERT_EQ(cut.outline, outline.subtracted(outline.intersected(AxOutline(lift)))) << "round " << round;
+
+        // Two lifts always go to the clippers.
+        AxRing elsewhere = lift;
+        for (osg::Vec3d& point : elsewhere)
+            point.x() += 1.0;
+        const AxClippedZone clipped = AxClipZone(zone, {lift, elsewhere});
+        ASSERT_EQ(cut.display->getNumComponents(), clipped.display->getNumComponents()) << "round " << round;
+        for (unsigned i = 0; i < cut.display->getNumComponents(); ++i) {
+            const auto& piece = dynamic_cast<const Polygon&>(*cut.display->getComponents()[i]);
+            const auto& other = dynamic_cast<const Polygon&>(*clipped.display->getComponents()[i]);
+            ASSERT_EQ(fromLeast(piece.asVector()), fromLeast(other.asVector())) << "round " << round;
+            ASSERT_EQ(piece.getHoles().size(), other.getHoles().size()) << "round " << round;
+            for (std::size_t hole = 0; hole < piece.getHoles().size(); ++hole, ++holes)
+                ASSERT_EQ(fromLeast(piece.getHoles()[hole]->asVector()),
+                          fromLeast(other.getHoles()[hole]->asVector()))
+                    << "round " << round;
+        }
+    }
+    EXPECT_GT(holes, 150);
 }
 
 TEST(Lifts, AreLeftOutWhereRingsCrossInTooManyPlaces)
