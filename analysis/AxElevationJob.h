@@ -14,8 +14,9 @@
 /// Heights of the ground on a grid over an area.
 struct AxElevationJob
 {
-    int number = 0;  ///< tells jobs apart; from 1 on
-    int columns = 0; ///< of equal cells in each tile, at least one; the places are their middles
+    int number = 0;         ///< tells jobs apart; from 1 on
+    bool isAwaited = false; ///< whether a caller waits for its end
+    int columns = 0;        ///< of equal cells in each tile, at least one; the places are their middles
     int rows = 0;
     double resolution = 0.0; ///< the finest that is wanted, degrees; 0: the best there is
     osg::ref_ptr<osgEarth::Map> map;

@@ -15,6 +15,7 @@ struct AxModelBoundJob
     osg::ref_ptr<osg::Node> model;
     osg::Matrixd modelToWorld;
     osg::ref_ptr<const osgEarth::SpatialReference> srs; ///< of the world
+    int order = 0;                                      ///< tells jobs apart; from 1 on
     int number = 0;                                     ///< given back with the answer
     double margin = 0.0;                                ///< metres around the model
 };

@@ -3,7 +3,6 @@
 #include "analysis/AxZoneHover.h"
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/CAxElevationQuery.h"
-#include "viewer/AxViewerLog.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <OpenThreads/ScopedLock>
@@ -12,6 +11,8 @@
 #include <osgEarth/GeoMath>
 #include <osgEarth/MapNode>
 #include <osgViewer/Viewer>
+
+#include <QDebug>
 
 #include <algorithm>
 #include <cmath>
@@ -42,6 +43,8 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* earthViewer, QObject* p
             SLOT(slotGenerateElevationQuery(QVariant)));
     connect(worker.get(), &CAxAncillaryThread::signalElevationAnswered, this,
             [this](int job) { answeredJob = job; });
+    connect(worker.get(), &CAxAncillaryThread::signalElevationProgress, this,
+            &CAxAncillaryProcess::slotElevationProgress);
     connect(worker.get(), &CAxAncillaryThread::signalModelBound, this, &CAxAncillaryProcess::slotModelBound);
     connect(worker.get(), &CAxAncillaryThread::signalShownZones, this,
             &CAxAncillaryProcess::signalShownZones);
@@ -194,13 +197,20 @@ void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double re
                                                 const std::vector<osgEarth::TileKey>& keys, QObject* progress,
                                                 CAxElevationQuery* query)
 {
-    if (progress && query) {
-        queryWithProgress = query;
-        jobWithProgress = elevationJobs + 1;
-        if (HasSlot(progress, "SetValue(int)"))
-            connect(worker.get(), SIGNAL(signalElevationProgress(int)), progress, SLOT(SetValue(int)),
-                    Qt::UniqueConnection);
-    } else {
+    AxElevationJob job;
+    job.number = ++elevationJobs;
+    job.isAwaited = !progress || !query;
+    job.columns = columns;
+    job.rows = rows;
+    job.resolution = resolution;
+    job.map = map;
+    job.area = new Polygon(&area.asVector());
+    job.keys = keys;
+    if (!job.isAwaited)
+        elevationListeners.insert(job.number, {query, HasSlot(progress, "SetValue(int)")});
+    worker->SetElevationJob(job, [this, &job, query] {
+        if (!job.isAwaited)
+            return;
         {
             const Lock lock(elevationHandOver);
             elevationTarget = query;
@@ -208,16 +218,7 @@ void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double re
         const Lock lock(gate);
         released = false;
         handedOver = true;
-    }
-    AxElevationJob job;
-    job.number = ++elevationJobs;
-    job.columns = columns;
-    job.rows = rows;
-    job.resolution = resolution;
-    job.map = map;
-    job.area = new Polygon(&area.asVector());
-    job.keys = keys;
-    worker->SetElevationJob(job);
+    });
 }
 
 void CAxAncillaryProcess::GenerateElevation(const QVariant& result)
@@ -229,18 +230,24 @@ void CAxAncillaryProcess::GenerateElevation(const QVariant& result)
 
 void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant result)
 {
-    qCDebug(axViewerLog) << "CAxAncillaryProcess::slotGenerateElevationQuery";
-    // The answer of another job is not the query's business.
-    CAxElevationQuery* const query = answeredJob == jobWithProgress ? queryWithProgress : nullptr;
+    qDebug() << "CAxAncillaryProcess::slotGenerateElevationQuery";
+    // The answers of other jobs are not the query's business.
+    const QPointer<CAxElevationQuery> query = elevationListeners.value(answeredJob).query;
+    // Smaller numbers are jobs that were replaced before they began.
+    while (!elevationListeners.isEmpty() && elevationListeners.firstKey() <= answeredJob)
+        elevationListeners.erase(elevationListeners.begin());
+    QMetaObject::Connection hears;
     if (query)
-        connect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
-                SLOT(slotGenerateElevationQuery(QVariant)), Qt::UniqueConnection);
+        hears = connect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
+                        SLOT(slotGenerateElevationQuery(QVariant)));
     emit signalGenerateElevationQuery(result);
-    if (query && queryWithProgress) {
-        disconnect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
-                   SLOT(slotGenerateElevationQuery(QVariant)));
-        queryWithProgress.clear();
-    }
+    disconnect(hears);
+}
+
+void CAxAncillaryProcess::slotElevationProgress(int job, int percent)
+{
+    if (QObject* const progress = elevationListeners.value(job).progress)
+        QMetaObject::invokeMethod(progress, "SetValue", Q_ARG(int, percent));
 }
 
 void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number,
@@ -250,19 +257,22 @@ void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd
     job.model = model;
     job.modelToWorld = modelToWorld;
     job.srs = viewer->getSRS();
+    job.order = ++modelBoundJobs;
     job.number = number;
     job.margin = margin;
     if (HasSlot(receiver, "slotModelBound(QVariant)"))
         connect(this, SIGNAL(signalModelBound(QVariant)), receiver, SLOT(slotModelBound(QVariant)),
                 Qt::UniqueConnection);
-    modelBoundGeode = geode;
+    modelBoundGeodes.insert(job.order, geode);
     worker->SetModelBoundJob(job);
 }
 
-void CAxAncillaryProcess::slotModelBound(QVariant bound)
+void CAxAncillaryProcess::slotModelBound(int job, QVariant bound)
 {
     const QVariantList answer = bound.toList();
-    const osg::ref_ptr<osg::Geode> geode = std::exchange(modelBoundGeode, nullptr);
+    const osg::ref_ptr<osg::Geode> geode = modelBoundGeodes.value(job);
+    while (!modelBoundGeodes.isEmpty() && modelBoundGeodes.firstKey() <= job)
+        modelBoundGeodes.erase(modelBoundGeodes.begin());
     const osg::ref_ptr<osg::Geometry> line = AxOutlineDrawable(answer.value(1).toList(), *viewer->getSRS());
     if (geode && line)
         geode->addDrawable(line);

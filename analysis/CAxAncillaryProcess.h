@@ -15,6 +15,7 @@
 #include <osgEarthSymbology/Geometry>
 
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
@@ -124,9 +125,16 @@ signals:
 
 private slots:
     void slotGenerateElevationQuery(QVariant result);
-    void slotModelBound(QVariant bound);
+    void slotElevationProgress(int job, int percent);
+    void slotModelBound(int job, QVariant bound);
 
 private:
+    struct ElevationListener
+    {
+        QPointer<CAxElevationQuery> query;
+        QPointer<QObject> progress;
+    };
+
     void CreateNoFlyZone();
 
     CAxEarthViewer* viewer;
@@ -142,7 +150,7 @@ private:
     std::unique_ptr<AxZoneHover> hover;
     int elevationJobs = 0;
     int answeredJob = 0;
-    int jobWithProgress = 0;
-    QPointer<CAxElevationQuery> queryWithProgress;
-    osg::ref_ptr<osg::Geode> modelBoundGeode;
+    QMap<int, ElevationListener> elevationListeners; // by the job's number
+    int modelBoundJobs = 0;
+    QMap<int, osg::ref_ptr<osg::Geode>> modelBoundGeodes; // by the job's order
 };

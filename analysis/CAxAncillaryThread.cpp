@@ -2,13 +2,14 @@
 #include "analysis/AxUserOperation.h"
 #include "analysis/CAxAncillaryProcess.h"
 #include "interaction/AxNotice.h"
-#include "viewer/AxViewerLog.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxNoflyZoneMgr.h>
 
 #include <OpenThreads/ScopedLock>
 #include <osgViewer/Viewer>
+
+#include <QDebug>
 
 #include <cmath>
 #include <cstdlib>
@@ -96,10 +97,13 @@ osgEarth::Viewpoint CAxAncillaryThread::Viewport() const
     return viewport;
 }
 
-void CAxAncillaryThread::SetElevationJob(const AxElevationJob& job)
+void CAxAncillaryThread::SetElevationJob(const AxElevationJob& job, const std::function<void()>& handOver)
 {
     const Lock lock(mutex);
+    handOver();
     elevationJob = job;
+    if (job.isAwaited)
+        awaitedElevation = job.number;
     set(elevationPending);
 }
 
@@ -155,7 +159,7 @@ void CAxAncillaryThread::runModelBoundJob()
         job = std::exchange(modelBoundJob, AxModelBoundJob());
         modelBoundPending = false;
     }
-    emit signalModelBound(QVariantList{job.number, AxModelOutline(job)});
+    emit signalModelBound(job.order, QVariantList{job.number, AxModelOutline(job)});
 }
 
 void CAxAncillaryThread::runElevationJob()
@@ -166,23 +170,23 @@ void CAxAncillaryThread::runElevationJob()
         job = std::exchange(elevationJob, AxElevationJob());
     }
     int told = -1;
-    const QVariant result = AxSampleElevations(job, [this, &told](int percent) {
+    const QVariant result = AxSampleElevations(job, [this, &told, &job](int percent) {
         if (std::exchange(told, percent) != percent)
-            emit signalElevationProgress(percent);
+            emit signalElevationProgress(job.number, percent);
         return !stopRequested;
     });
     emit signalElevationAnswered(job.number);
-    qCDebug(axViewerLog) << "emit signalGenerateElevationQuery";
+    qDebug() << "emit signalGenerateElevationQuery";
     emit signalGenerateElevationQuery(result);
-    {
-        // Another job may have been handed over meanwhile; whoever waits, waits for that one.
-        const Lock lock(mutex);
-        elevationPending = elevationJob.number > 0;
-    }
-    if (elevationPending)
-        return;
-    process->GenerateElevation(result);
-    process->release();
+    // Another job may have been handed over meanwhile, or be just now: whoever waits for
+    // that one must neither get this result nor be let go by it.
+    const Lock lock(mutex);
+    elevationPending = elevationJob.number > 0;
+    const bool isAwaited = job.number == awaitedElevation;
+    if (isAwaited)
+        process->GenerateElevation(result);
+    if (isAwaited || !elevationPending)
+        process->release();
 }
 
 void CAxAncillaryThread::showZonesNear()

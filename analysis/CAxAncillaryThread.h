@@ -16,6 +16,7 @@
 #include <QVariant>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -44,7 +45,9 @@ public:
     void SetEarthViewer(CAxEarthViewer* earthViewer) { viewer = earthViewer; }
     void SetViewport(const osgEarth::Viewpoint& viewpoint);
     osgEarth::Viewpoint Viewport() const;
-    void SetElevationJob(const AxElevationJob& job);
+    /// Replaces a job that has not begun. `handOver` runs before any thread can see the job
+    /// or finish the one before it; the process's own locks may be taken in it.
+    void SetElevationJob(const AxElevationJob& job, const std::function<void()>& handOver);
     void SetModelBoundJob(const AxModelBoundJob& job);
     void Stop();
 
@@ -64,8 +67,8 @@ signals:
     void signalGenerateElevationQuery(QVariant);
     /// Comes right before the answer to the job of that number.
     void signalElevationAnswered(int job);
-    void signalElevationProgress(int percent);
-    void signalModelBound(QVariant);
+    void signalElevationProgress(int job, int percent);
+    void signalModelBound(int job, QVariant);
     void signalShownZones();
 
 private:
@@ -97,6 +100,7 @@ private:
     osgEarth::Viewpoint viewport;
     unsigned viewportCount = 0;
     AxElevationJob elevationJob;
+    int awaitedElevation = 0;
     AxModelBoundJob modelBoundJob;
     QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> shownZones;
 };

@@ -14,6 +14,15 @@
 
 using osgEarth::Symbology::Polygon;
 
+class Percentages : public QObject
+{
+    Q_OBJECT
+public:
+    int last = 0;
+public slots:
+    void SetValue(int percent) { last = percent; }
+};
+
 namespace {
 class Zones : public ViewerFixture
 {
@@ -157,23 +166,49 @@ TEST_F(Zones, ElevationJobIsWaitedForOrTellsItsEnd)
     }));
     process->block();
 
-    // A job that is handed over while another runs is neither lost nor answered by that one.
-    CAxElevationQuery overtaken;
-    CAxElevationQuery second;
-    QObject display;
-    process->SetElevationQueryPara(40, 40, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05),
-                                   {}, &display, &overtaken);
-    process->SetElevationQueryPara(3, 1, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05), {},
-                                   nullptr, &second);
-    process->block();
-    EXPECT_EQ(second.GetResult().toList().size(), 3);
-
     CAxElevationQuery asked;
     QObject progress;
     QSignalSpy told(&asked, &CAxElevationQuery::signalElevations);
     process->SetElevationQueryPara(2, 2, 0.0, nullptr, Polygon(), {}, &progress, &asked);
     EXPECT_TRUE(told.wait(20000));
     EXPECT_TRUE(asked.GetResult().toList().isEmpty()) << "there is no map to ask";
+}
+
+TEST_F(Zones, ElevationJobsThatOverlapGetTheirOwnAnswersAndPercentages)
+{
+    const auto handOver = [this](int columns, int rows, QObject* progress, CAxElevationQuery& query) {
+        process->SetElevationQueryPara(columns, rows, 0.0, viewer->getMapNode()->getMap(),
+                                       *Square(-105.0, 37.5, 0.05), {}, progress, &query);
+    };
+    const auto places = [](const CAxElevationQuery& query) { return query.GetResult().toList().size(); };
+    Percentages display;
+    Percentages other;
+    CAxElevationQuery first;
+    CAxElevationQuery second;
+    CAxElevationQuery third;
+    handOver(50, 50, &display, first);
+    ASSERT_TRUE(waitFor([&] { return display.last > 0; }));
+    handOver(3, 1, &other, second);
+    ASSERT_TRUE(waitFor([&] { return places(second) == 3; }));
+    EXPECT_EQ(places(first), 2500);
+    EXPECT_EQ(other.last, 100);
+    display.last = 0;
+    handOver(4, 1, nullptr, third);
+    process->block();
+    EXPECT_EQ(places(third), 4);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(display.last, 0) << "percentages of another job";
+
+    // The next job can be handed over, and waited for, by who hears the answer of the last.
+    CAxElevationQuery told;
+    CAxElevationQuery waited;
+    QObject::connect(&told, &CAxElevationQuery::signalElevations, &told, [&] {
+        handOver(2, 1, nullptr, waited);
+        process->block();
+        EXPECT_EQ(places(waited), 2);
+    });
+    handOver(1, 1, &display, told);
+    EXPECT_TRUE(waitFor([&] { return waited.GetResult().isValid(); }));
 }
 
 TEST_F(Zones, GateLetsGoOfWhoWaitsAndOfNobodyElse)
@@ -224,4 +259,14 @@ TEST_F(Zones, ModelBoundJobDrawsTheOutlineOfAModel)
         EXPECT_NEAR(corner.toList()[2].toDouble(), 100.0, 1.0);
     }
     EXPECT_EQ(drawn->getNumDrawables(), 1u);
+
+    // Of two jobs on the way each outline comes into its own geode; a replaced job has none.
+    const osg::ref_ptr<osg::Geode> other = new osg::Geode;
+    process->SetModelBoundPara(model, place, 8, 0.0, drawn, nullptr);
+    process->SetModelBoundPara(model, place, 9, 0.0, other, nullptr);
+    ASSERT_TRUE(waitFor([&] { return told.last()[0].value<QVariant>().toList()[0].toInt() == 9; }));
+    EXPECT_EQ(other->getNumDrawables(), 1u);
+    EXPECT_EQ(drawn->getNumDrawables(), static_cast<unsigned>(told.size() - 1));
 }
+
+#include "zones_test.moc"
