@@ -11,9 +11,6 @@
 #include <future>
 #include <thread>
 
-using osgEarth::Symbology::MultiGeometry;
-using osgEarth::Symbology::Polygon;
-
 namespace {
 constexpr int grantedStatus = 2;
 const QChar fieldSeparator(';');
@@ -51,7 +48,7 @@ template <typename Work> void ForAll(int count, const Work& work)
 struct ReadZone
 {
     QString id;
-    osg::ref_ptr<Polygon> polygon;
+    AxZoneShape shape;
     int parts = 0;
     int unusable = 0;
     bool isRow = false;
@@ -69,11 +66,10 @@ ReadZone Read(const QVariant& row)
     zone.isEnabled = columns[zoneColumn::enable].toBool();
     if (!zone.isEnabled)
         return zone;
-    const AxZoneArea area = AxReadArea(columns[zoneColumn::area].toString());
+    AxZoneArea area = AxReadArea(columns[zoneColumn::area].toString());
     zone.parts = area.parts;
     zone.unusable = area.unusable;
-    zone.polygon = new Polygon;
-    zone.polygon->asVector() = AxZoneRing(area);
+    zone.shape = AxZoneShapeOf(std::move(area));
     return zone;
 }
 
@@ -89,12 +85,12 @@ void ReadPolygons(const QList<QVariant>& rows, AxNoflyZones& zones)
         }
         if (!zone.isEnabled)
             continue;
-        if (zone.polygon->empty())
+        if (zone.shape.IsEmpty())
             qCWarning(axViewerLog) << "no-fly zone" << zone.id << "has no readable area";
         else if (zone.unusable > 0)
             qCWarning(axViewerLog) << "no-fly zone" << zone.id << "is drawn without" << zone.unusable
                                    << "of its" << zone.parts << "points, which are no places on the globe";
-        zones.polygons.insert(zone.id, zone.polygon);
+        zones.polygons.insert(zone.id, zone.shape);
     }
 }
 
@@ -139,11 +135,10 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
 {
     std::vector<AxClippedZone> clipped(static_cast<std::size_t>(lifted.size()));
     ForAll(lifted.size(), [&](int i) {
-        const auto polygon = zones.polygons.value(lifted[i]);
         std::vector<AxRing> lifts;
         for (const QString& entry : zones.liftEntries.values(lifted[i]))
             lifts.push_back(LiftRing(entry));
-        clipped[static_cast<std::size_t>(i)] = AxClipZone(polygon ? polygon->asVector() : AxRing(), lifts);
+        clipped[static_cast<std::size_t>(i)] = AxClipZone(zones.polygons.value(lifted[i]).Ring(), lifts);
     });
     for (int i = 0; i < lifted.size(); ++i) {
         const AxClippedZone& zone = clipped[static_cast<std::size_t>(i)];
@@ -157,12 +152,6 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
     }
 }
 } // namespace
-
-osg::ref_ptr<Polygon> AxZonePolygon(const QString& area)
-{
-    const std::vector<osg::Vec3d> ring = AxZoneRing(AxReadArea(area));
-    return new Polygon(&ring);
-}
 
 AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>& liftRows)
 {

@@ -1,4 +1,5 @@
 #pragma once
+#include "analysis/AxZoneShape.h"
 #include "viewer/AxEarthViewerExport.h"
 
 #include <osg/ref_ptr>
@@ -27,7 +28,7 @@ struct AxNoflyLift
 /// in degrees. Nothing of it changes once it is loaded, so any thread may read it.
 struct AxNoflyZones
 {
-    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> polygons; ///< as decreed
+    QMap<QString, AxZoneShape> polygons; ///< as decreed
     /// Zones with lifts: what is left of them, in as many pieces as it takes; this is what is drawn.
     QMap<QString, osg::ref_ptr<const osgEarth::Symbology::MultiGeometry>> displayGeometry;
     /// Zones with lifts: their outline less the lifted areas; this is what areas are tested against.
@@ -35,10 +36,6 @@ struct AxNoflyZones
     /// For each lift of a zone "begin;expiry;area" as they stand in the file.
     QMultiMap<QString, QString> liftEntries;
 };
-
-/// The polygon of a zone's area text: points "longitude,latitude[,altitude]" in degrees, joined by "|". A
-/// single point is the centre of a circle of 8 km with 73 points. Empty when the text holds no point.
-AXEARTHVIEWER_EXPORT osg::ref_ptr<osgEarth::Symbology::Polygon> AxZonePolygon(const QString& area);
 
 /// Turns rows of the two tables into zones, columns in the order of AxLoadZones(). Rows that are switched
 /// off, lifts that are not granted and whatever cannot be read are left out, the last with a line in the log.

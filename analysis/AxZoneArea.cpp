@@ -47,6 +47,40 @@ bool ReadPoint(std::string_view part, osg::Vec3d& point)
     return ReadNumber(TakePart(part, ','), point.x()) && ReadNumber(TakePart(part, ','), point.y()) &&
            std::abs(point.x()) <= fullTurn && std::abs(point.y()) <= poleLatitude;
 }
+/// Destinations from the middle of a circle.
+class Circle
+{
+public:
+    struct Offset
+    {
+        double longitude, latitude;
+    };
+
+    Circle(double centreLongitude, double centreLatitude)
+        : longitude(AxSinglePrecision(centreLongitude)),
+          sinLat(std::sin(osg::DegreesToRadians(AxSinglePrecision(centreLatitude)))),
+          cosLat(std::cos(osg::DegreesToRadians(AxSinglePrecision(centreLatitude))))
+    {
+    }
+
+    /// Degrees east of the middle, and the latitude itself.
+    Offset At(int segment) const
+    {
+        static const double sinDistance = std::sin(circleMetres / sphereMetres);
+        static const double cosDistance = std::cos(circleMetres / sphereMetres);
+        const double bearing = osg::DegreesToRadians(fullTurn * segment / circleSegments);
+        const double s = sinLat * cosDistance + cosLat * sinDistance * std::cos(bearing);
+        return {osg::RadiansToDegrees(
+                    std::atan2(std::sin(bearing) * sinDistance * cosLat, cosDistance - sinLat * s)),
+                AxSinglePrecision(osg::RadiansToDegrees(std::asin(std::min(s, 1.0))))};
+    }
+
+    double East(const Offset& offset) const { return AxSinglePrecision(longitude + offset.longitude); }
+    double West(const Offset& offset) const { return AxSinglePrecision(longitude - offset.longitude); }
+
+private:
+    double longitude, sinLat, cosLat;
+};
 } // namespace
 
 AxZoneArea AxReadArea(const QString& area)
@@ -54,6 +88,9 @@ AxZoneArea AxReadArea(const QString& area)
     AxZoneArea result;
     const QByteArray bytes = area.toLatin1();
     std::string_view rest(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    constexpr std::size_t shortestPart = 4; // "1,2|"
+    const auto separators = static_cast<std::size_t>(std::count(rest.begin(), rest.end(), '|'));
+    result.points.reserve(std::min(separators, rest.size() / shortestPart) + 1);
     while (!rest.empty()) {
         const std::string_view part = TakePart(rest, '|');
         if (part.empty())
@@ -74,32 +111,45 @@ AxZoneArea AxReadArea(const QString& area)
 
 std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude)
 {
-    const auto centreLongitude = AxSinglePrecision(longitude);
-    const double lat = osg::DegreesToRadians(AxSinglePrecision(latitude));
-    const double sinLat = std::sin(lat);
-    const double cosLat = std::cos(lat);
-    static const double sinDistance = std::sin(circleMetres / sphereMetres);
-    static const double cosDistance = std::cos(circleMetres / sphereMetres);
+    const Circle circle(longitude, latitude);
     std::vector<osg::Vec3d> ring(circleSegments + 1);
     // East and west mirror each other.
     for (int i = 0; i <= circleSegments / 2; ++i) {
-        const double bearing = osg::DegreesToRadians(fullTurn * i / circleSegments);
-        const double s = sinLat * cosDistance + cosLat * sinDistance * std::cos(bearing);
-        const double east = osg::RadiansToDegrees(
-            std::atan2(std::sin(bearing) * sinDistance * cosLat, cosDistance - sinLat * s));
-        const auto pointLatitude = AxSinglePrecision(osg::RadiansToDegrees(std::asin(std::min(s, 1.0))));
-        ring[static_cast<std::size_t>(i)].set(AxSinglePrecision(centreLongitude + east), pointLatitude, 0.0);
-        ring[static_cast<std::size_t>(circleSegments - i)].set(AxSinglePrecision(centreLongitude - east),
-                                                               pointLatitude, 0.0);
+        const Circle::Offset offset = circle.At(i);
+        ring[static_cast<std::size_t>(i)].set(circle.East(offset), offset.latitude, 0.0);
+        ring[static_cast<std::size_t>(circleSegments - i)].set(circle.West(offset), offset.latitude, 0.0);
     }
     ring.back() = ring.front();
     return ring;
 }
 
-std::vector<osg::Vec3d> AxZoneRing(const AxZoneArea& area)
+osgEarth::Bounds AxZoneCircleBox(double longitude, double latitude)
 {
-    if (area.parts >= 2)
-        return area.points;
-    return area.points.empty() ? std::vector<osg::Vec3d>()
-                               : AxZoneCircle(area.points.front().x(), area.points.front().y());
+    // The nearer the pole, the farther north of the middle is the circle's easternmost point.
+    constexpr double eastmostBearsEast = 85.0;
+    constexpr int east = circleSegments / 4;
+    osgEarth::Bounds box;
+    if (std::abs(latitude) > eastmostBearsEast) {
+        for (const osg::Vec3d& point : AxZoneCircle(longitude, latitude))
+            box.expandBy(point.x(), point.y());
+        return box;
+    }
+    const Circle circle(longitude, latitude);
+    for (const int i : {0, east - 1, east, east + 1, circleSegments / 2}) {
+        const Circle::Offset offset = circle.At(i);
+        box.expandBy(circle.East(offset), offset.latitude);
+        box.expandBy(circle.West(offset), offset.latitude);
+    }
+    return box;
+}
+
+AxZoneShape AxZoneShapeOf(AxZoneArea&& area)
+{
+    if (area.points.empty())
+        return AxZoneShape();
+    if (area.parts < 2)
+        return AxZoneShape::Circle(area.points.front().x(), area.points.front().y());
+    osg::ref_ptr<osgEarth::Symbology::Polygon> polygon = new osgEarth::Symbology::Polygon;
+    polygon->asVector() = std::move(area.points);
+    return AxZoneShape(polygon);
 }

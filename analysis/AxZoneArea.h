@@ -1,7 +1,9 @@
 #pragma once
+#include "analysis/AxZoneShape.h"
 #include "viewer/AxEarthViewerExport.h"
 
 #include <osg/Vec3d>
+#include <osgEarth/Bounds>
 
 #include <QString>
 
@@ -25,5 +27,9 @@ AXEARTHVIEWER_EXPORT AxZoneArea AxReadArea(const QString& area);
 /// with what all points share worked out once. Centre and points pass through single precision.
 AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> AxZoneCircle(double longitude, double latitude);
 
-/// The ring of a zone: the circle around the point of an area with fewer than two parts, else its points.
-AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> AxZoneRing(const AxZoneArea& area);
+/// The box around the points of the circle, to the bit, by a few of them.
+AXEARTHVIEWER_EXPORT osgEarth::Bounds AxZoneCircleBox(double longitude, double latitude);
+
+/// The shape of a zone: the circle around the point of an area with fewer than two parts, else the polygon of
+/// its points.
+AXEARTHVIEWER_EXPORT AxZoneShape AxZoneShapeOf(AxZoneArea&& area);

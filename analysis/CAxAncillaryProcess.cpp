@@ -164,8 +164,8 @@ void CAxAncillaryProcess::FlashZones(const QStringList& ids)
     for (const QString& id : ids) {
         if (const auto lifted = worker->Zones().displayGeometry.value(id))
             zones += lifted;
-        else if (const auto whole = worker->Zones().polygons.value(id))
-            zones += whole;
+        else if (worker->Zones().polygons.contains(id))
+            zones += worker->Zones().polygons.value(id).Polygon();
     }
     flash->Flash(zones);
 }

@@ -203,7 +203,7 @@ void CAxAncillaryThread::showZonesNear()
             queueZone(id, middle, isNear);
             const Lock lock(mutex);
             if (isNear)
-                shownZones.insert(id, zones.polygons.value(id));
+                shownZones.insert(id, zones.polygons.value(id).Polygon());
             else
                 shownZones.remove(id);
         });
@@ -226,7 +226,7 @@ void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, 
     operation->setUserName(id);
     if (isNear) {
         operation->setUserPos(osg::Vec3d(middle, 0.0));
-        operation->setUserPolygon(*zones.polygons.value(id));
+        operation->setUserPolygon(*zones.polygons.value(id).Polygon());
         const auto display = zones.displayGeometry.value(id);
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
         operation->Prepare();

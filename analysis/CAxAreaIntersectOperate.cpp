@@ -48,7 +48,7 @@ bool IsBeyond(const QPointF& a, const QPointF& b, double metres)
 
 QPainterPath AxZoneOutline::Path() const
 {
-    return polygon ? PathThrough(polygon->asVector()) : PathThrough(lifted);
+    return shape.IsEmpty() ? PathThrough(lifted) : PathThrough(shape.Ring());
 }
 
 bool AxZoneOutline::Contains(double longitude, double latitude) const
@@ -70,8 +70,8 @@ std::vector<AxZoneOutline> AxZoneOutlines(const AxNoflyZones& zones)
             outline.lifted = *lifted;
             outline.bounds = lifted->boundingRect();
         } else {
-            outline.polygon = zone.value();
-            const osgEarth::Bounds box = outline.polygon->getBounds();
+            outline.shape = zone.value();
+            const osgEarth::Bounds box = outline.shape.Box();
             if (box.valid())
                 outline.bounds = QRectF(QPointF(box.xMin(), box.yMin()), QPointF(box.xMax(), box.yMax()));
         }

@@ -23,8 +23,8 @@ struct AXEARTHVIEWER_EXPORT AxZoneOutline
     QRectF bounds;
     /// What is left of a zone with lifts.
     QPolygonF lifted;
-    /// The zone itself where it has none, else null.
-    osg::ref_ptr<const osgEarth::Symbology::Polygon> polygon;
+    /// The zone itself where it has none, else empty.
+    AxZoneShape shape;
 
     QPainterPath Path() const;
     /// Of the zone's own side of the antimeridian or of the other.

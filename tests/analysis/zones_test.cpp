@@ -67,9 +67,9 @@ class AreaText : public testing::TestWithParam<AreaRow>
 
 TEST_P(AreaText, GivesTheRingOfWhatIsReadable)
 {
-    const AxZoneArea area = AxReadArea(QString::fromUtf8(GetParam().text));
-    EXPECT_EQ(AxZoneRing(area).size(), GetParam().ringPoints);
+    AxZoneArea area = AxReadArea(QString::fromUtf8(GetParam().text));
     EXPECT_EQ(area.unusable, GetParam().unusable);
+    EXPECT_EQ(AxZoneShapeOf(std::move(area)).Ring().size(), GetParam().ringPoints);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(ZoneRing, GoesOnAcrossTheAntimeridian)
 {
-    const AxRing ring = AxZoneRing(AxReadArea("179.5,10|-179.5,10|-179.5,11|179.5,11"));
+    const AxRing ring = AxReadArea("179.5,10|-179.5,10|-179.5,11|179.5,11").points;
     ASSERT_EQ(ring.size(), 4u);
     EXPECT_EQ(ring[1], osg::Vec3d(180.5, 10.0, 0.0));
     EXPECT_EQ(ring[3], osg::Vec3d(179.5, 11.0, 0.0));
@@ -127,6 +127,21 @@ TEST(ZoneRing, CircleLiesEightKilometresAround)
     }
 }
 
+// Zones are looked for by their box, and for most of them there is nothing but that in memory.
+TEST(ZoneShape, OfACircleHasTheBoxOfItsRing)
+{
+    for (double latitude = -90.0; latitude <= 90.0; latitude += 0.125)
+        for (const double longitude : {-180.0, 0.0, 116.4, 359.9}) {
+            const AxZoneShape shape = AxZoneShape::Circle(longitude, latitude);
+            osgEarth::Bounds box;
+            for (const osg::Vec3d& point : shape.Ring())
+                box.expandBy(point.x(), point.y());
+            ASSERT_EQ(shape.Box()._min, box._min) << longitude << ' ' << latitude;
+            ASSERT_EQ(shape.Box()._max, box._max) << longitude << ' ' << latitude;
+            ASSERT_EQ(shape.Polygon()->asVector(), AxZoneCircle(longitude, latitude));
+        }
+}
+
 TEST(ZoneRows, TakesWhatIsInForceAndTheLastOfAnId)
 {
     const QString odd = QStringLiteral("O'Hare \"\xe6\x9c\xba\"");
@@ -135,8 +150,8 @@ TEST(ZoneRows, TakesWhatIsInForceAndTheLastOfAnId)
                      Zone(odd, "1", "1"), Zone("b", true, "7,7")},
                     {});
     EXPECT_EQ(zones.polygons.keys(), (QStringList{odd, "a", "b"}));
-    EXPECT_TRUE(zones.polygons[odd]->empty());
-    EXPECT_EQ(zones.polygons["b"]->size(), 73u);
+    EXPECT_TRUE(zones.polygons[odd].IsEmpty());
+    EXPECT_EQ(zones.polygons["b"].Ring().size(), 73u);
     EXPECT_TRUE(zones.displayGeometry.isEmpty());
     EXPECT_TRUE(zones.outlines.isEmpty());
 }

@@ -1,5 +1,6 @@
 // Area texts of zones and lifts: any text ends in points on the globe, and a zone less any lift in outlines.
 #include "analysis/AxNoflyZones.h"
+#include "analysis/AxZoneArea.h"
 #include "viewer/AxViewerLog.h"
 
 #include <cmath>
@@ -21,8 +22,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QString input = QString::fromUtf8(reinterpret_cast<const char*>(data), int(size));
     const QString area = input.section(QLatin1Char('\n'), 0, 0);
     const QString lift = input.section(QLatin1Char('\n'), 1);
-    const auto polygon = AxZonePolygon(area);
-    Require(polygon.valid());
+    const AxZoneShape shape = AxZoneShapeOf(AxReadArea(area));
+    const auto polygon = shape.Polygon();
+    Require(polygon.valid() && shape.IsEmpty() == polygon->empty());
+    const osgEarth::Bounds box = polygon->getBounds();
+    Require(shape.Box().valid() == box.valid());
+    Require(!box.valid() || (shape.Box()._min == box._min && shape.Box()._max == box._max));
     const int parts = area.count(QLatin1Char('|')) + 1;
     Require(int(polygon->size()) <= std::max(parts, 73));
     for (const osg::Vec3d& point : *polygon) {
