@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <future>
+#include <iterator>
+#include <queue>
 #include <thread>
 
 namespace {
@@ -31,10 +33,15 @@ constexpr int status = 5;
 constexpr int count = 6;
 } // namespace liftColumn
 
+std::size_t Processors()
+{
+    return std::max(1u, std::thread::hardware_concurrency());
+}
+
 /// Calls work(i) for each i below count, on all processors.
 template <typename Work> void ForAll(int count, const Work& work)
 {
-    const int threads = std::min(count, static_cast<int>(std::max(1u, std::thread::hardware_concurrency())));
+    const int threads = std::min(count, static_cast<int>(Processors()));
     std::vector<std::future<void>> shares;
     for (int share = 0; share < threads; ++share)
         shares.push_back(std::async(std::launch::async, [=, &work] {
@@ -55,10 +62,9 @@ struct ReadZone
     bool isEnabled = false;
 };
 
-ReadZone Read(const QVariant& row)
+ReadZone Read(const QVariantList& columns)
 {
     ReadZone zone;
-    const QVariantList columns = row.toList();
     zone.isRow = columns.size() >= zoneColumn::count && !columns[zoneColumn::id].toString().isEmpty();
     if (!zone.isRow)
         return zone;
@@ -73,10 +79,62 @@ ReadZone Read(const QVariant& row)
     return zone;
 }
 
-void ReadPolygons(const QList<QVariant>& rows, AxNoflyZones& zones)
+/// Reads rows of the zone table as they come, on other threads, and keeps none of them.
+class ZoneReader
 {
-    std::vector<ReadZone> read(static_cast<std::size_t>(rows.size()));
-    ForAll(rows.size(), [&](int i) { read[static_cast<std::size_t>(i)] = Read(rows[i]); });
+public:
+    ZoneReader() { batch.reserve(batchRows); }
+
+    void Take(const QVariantList& row)
+    {
+        batch.push_back(row);
+        if (batch.size() < batchRows)
+            return;
+        handOver();
+        if (pending.size() >= Processors())
+            fetch();
+    }
+
+    /// All rows so far, in their order.
+    std::vector<ReadZone> Finish()
+    {
+        handOver();
+        while (!pending.empty())
+            fetch();
+        return std::move(read);
+    }
+
+private:
+    static constexpr std::size_t batchRows = 500;
+
+    void handOver()
+    {
+        std::vector<QVariantList> rows;
+        rows.reserve(batchRows);
+        rows.swap(batch);
+        pending.push(std::async(std::launch::async, [rows = std::move(rows)] {
+            std::vector<ReadZone> zones;
+            zones.reserve(rows.size());
+            for (const QVariantList& row : rows)
+                zones.push_back(Read(row));
+            return zones;
+        }));
+    }
+
+    void fetch()
+    {
+        std::vector<ReadZone> zones = pending.front().get();
+        pending.pop();
+        std::move(zones.begin(), zones.end(), std::back_inserter(read));
+    }
+
+    std::vector<QVariantList> batch;
+    std::queue<std::future<std::vector<ReadZone>>> pending;
+    std::vector<ReadZone> read;
+};
+
+void TakePolygons(const std::vector<ReadZone>& read, AxNoflyZones& zones)
+{
     for (std::size_t i = 0; i < read.size(); ++i) {
         const ReadZone& zone = read[i];
         if (!zone.isRow) {
@@ -151,31 +209,42 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
         zones.outlines.insert(lifted[i], zone.outline);
     }
 }
+
+AxNoflyZones Zones(const std::vector<ReadZone>& read, const QList<QVariant>& liftRows)
+{
+    AxNoflyZones zones;
+    TakePolygons(read, zones);
+    Clip(ReadLifts(liftRows, zones), zones);
+    return zones;
+}
 } // namespace
 
 AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>& liftRows)
 {
-    AxNoflyZones zones;
-    ReadPolygons(zoneRows, zones);
-    Clip(ReadLifts(liftRows, zones), zones);
-    return zones;
+    ZoneReader reader;
+    for (const QVariant& row : zoneRows)
+        reader.Take(row.toList());
+    return Zones(reader.Finish(), liftRows);
 }
 
 // What goes wrong on the way is logged by the manager, and shows in there being no rows.
 bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones)
 {
-    QList<QVariant> zoneRows;
+    ZoneReader reader;
     QList<QVariant> liftRows;
     zoneFile.DecryptionNoflyFile(file, file);
     zoneFile.ConnectDataBase(file);
-    zoneFile.SelectRecord("lng, lat, local_id, enable, area", "no_fly_zone", QString(), QString(), zoneRows);
+    const bool isRead =
+        zoneFile.SelectRecord("lng, lat, local_id, enable, area", "no_fly_zone", QString(), QString(),
+                              [&reader](const QVariantList& row) { reader.Take(row); });
     zoneFile.SelectRecord("begin_at, expired_at, area, local_ids, user_id, status", "lift_no_fly_zone",
                           QString(), QString(), liftRows);
     zoneFile.CloseDataBase();
     zoneFile.EncryptionNoflyFile(file, file);
-    if (zoneRows.isEmpty())
+    const std::vector<ReadZone> read = reader.Finish();
+    if (!isRead || read.empty())
         return false;
-    zones = AxReadZones(zoneRows, liftRows);
+    zones = Zones(read, liftRows);
     return true;
 }
 

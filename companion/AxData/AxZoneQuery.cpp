@@ -75,7 +75,7 @@ bool AxZoneQuery::ColumnsOf(const QString& table, QStringList& columns, QString&
 }
 
 bool AxZoneQuery::Select(const QString& columns, const QString& table, const QString& condition,
-                         const QString& order, QList<QVariant>& rows, QString& error) const
+                         const QString& order, const TakeRow& take, QString& error) const
 {
     QStringList known;
     if (!ColumnsOf(table.trimmed(), known, error))
@@ -135,19 +135,17 @@ bool AxZoneQuery::Select(const QString& columns, const QString& table, const QSt
         error = tr("Table \"%1\" cannot be read: %2.").arg(table.trimmed(), query.lastError().databaseText());
         return false;
     }
-    QList<QVariant> found;
     while (query.next()) {
         QVariantList row;
         row.reserve(wanted.size());
         for (int i = 0; i < wanted.size(); ++i)
             row << query.value(i);
-        found << QVariant(row);
+        take(row);
     }
     if (query.lastError().isValid()) {
         error = tr("Table \"%1\" cannot be read: %2.").arg(table.trimmed(), query.lastError().databaseText());
         return false;
     }
-    rows << found;
     return true;
 }
 

@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
+
 class QSqlDatabase;
 
 /// Reading rows of tables whose names come from callers, in a database that may come from anywhere.
@@ -16,9 +18,10 @@ class AxZoneQuery
 public:
     explicit AxZoneQuery(const QSqlDatabase& database) : m_database(database) {}
 
+    using TakeRow = std::function<void(const QVariantList& row)>;
     /// See CAxNoflyZoneMgr::SelectRecord.
     bool Select(const QString& columns, const QString& table, const QString& condition, const QString& order,
-                QList<QVariant>& rows, QString& error) const;
+                const TakeRow& take, QString& error) const;
 
     /// Whether the pages of the database hang together. What was authenticated needs no such look.
     bool IsSound(QString& error) const;

@@ -286,11 +286,22 @@ bool CAxNoflyZoneMgr::ConnectDataBase(QString path)
 bool CAxNoflyZoneMgr::SelectRecord(QString columns, QString table, QString condition, QString order,
                                    QList<QVariant>& rows)
 {
+    QList<QVariant> found;
+    if (!SelectRecord(columns, table, condition, order,
+                      [&](const QVariantList& row) { found << QVariant(row); }))
+        return false;
+    rows << found;
+    return true;
+}
+
+bool CAxNoflyZoneMgr::SelectRecord(QString columns, QString table, QString condition, QString order,
+                                   const TakeRow& take)
+{
     if (m_state->connection.isEmpty())
         return Fail(tr("No zone database is open."));
     const QSqlDatabase database = QSqlDatabase::database(m_state->connection, false);
     QString error;
-    if (AxZoneQuery(database).Select(columns, table, condition, order, rows, error))
+    if (AxZoneQuery(database).Select(columns, table, condition, order, take, error))
         return true;
     return Fail(tr("\"%1\": %2").arg(Shown(m_state->connected), error));
 }

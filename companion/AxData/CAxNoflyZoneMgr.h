@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 
 /**
@@ -71,6 +72,11 @@ public:
     /// none, and when the database turns out to be damaged.
     bool SelectRecord(QString columns, QString table, QString condition, QString order,
                       QList<QVariant>& rows);
+
+    using TakeRow = std::function<void(const QVariantList& row)>;
+    /// The same, but each row is handed over as it is read, so that no large table is ever in memory as a
+    /// whole. When the database turns out to be damaged, `take` has had the rows before the damage.
+    bool SelectRecord(QString columns, QString table, QString condition, QString order, const TakeRow& take);
 
     /// False when there is no connection.
     bool CloseDataBase();

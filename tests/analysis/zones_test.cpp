@@ -169,6 +169,26 @@ TEST(ZoneRows, PassesOverWhatIsNoRowWithOneLineEach)
     EXPECT_EQ(LogLines::lines.size(), 4 + 2 + 2) << LogLines::lines.join('\n').toStdString();
 }
 
+// Rows are read in many threads at once.
+TEST(ZoneRows, CountInTheOrderOfTheTable)
+{
+    constexpr int rowCount = 5000;
+    constexpr int idCount = 1000;
+    QVariantList rows;
+    for (int i = 0; i < rowCount; ++i)
+        rows += Zone(QString::number(i % idCount), true, QStringLiteral("0,0|%1,0|0,1").arg(i / 100.0));
+    rows[4321] = QVariant();
+    const LogLines log;
+    const AxNoflyZones zones = AxReadZones(rows, {});
+    ASSERT_EQ(zones.polygons.size(), idCount);
+    for (int id = 0; id < idCount; ++id) {
+        const int last = id == 321 ? 3321 : rowCount - idCount + id;
+        EXPECT_EQ(zones.polygons[QString::number(id)].Ring().at(1).x(), last / 100.0);
+    }
+    ASSERT_EQ(LogLines::lines.size(), 1);
+    EXPECT_TRUE(LogLines::lines.front().contains("4322")) << LogLines::lines.front().toStdString();
+}
+
 TEST(Lifts, OnlyGrantedOnesCutAndOneMayCutSeveralZones)
 {
     const QVariantList rows{Zone("z1", true, square), Zone("z2", true, "10.5,50.5|12,50.5|12,52|10.5,52"),

@@ -278,6 +278,12 @@ TEST_F(NoflyFile, RowsComeAsTheyStandInTheTable)
     EXPECT_EQ(ids(QStringLiteral("lng > -5 AND (enable = 0 OR local_id LIKE '%''s')"), QStringLiteral("lng")),
               QString::fromUtf8("a禁"));
 
+    rows.clear();
+    EXPECT_TRUE(zones.SelectRecord(QStringLiteral("lng"), table, {}, QStringLiteral("lng DESC"),
+                                   [&rows](const QVariantList& row) { rows += row; }));
+    EXPECT_EQ(rows.mid(0, 2), (QVariantList{1.5, -3.0})) << "row by row";
+    EXPECT_EQ(rows.size(), 3);
+
     struct Refused
     {
         const char* columns;
