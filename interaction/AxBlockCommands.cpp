@@ -3,6 +3,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
 
 AxBlockCommand::AxBlockCommand(CAxEarthViewer* earthViewer, const QString& id, const QString& text)
     : QUndoCommand(text), viewer(earthViewer), blockID(id)
@@ -11,10 +12,13 @@ AxBlockCommand::AxBlockCommand(CAxEarthViewer* earthViewer, const QString& id, c
 
 void AxBlockCommand::step(bool before)
 {
-    if (!viewer || !CAxBlockManager::instance().GetBlock(blockID))
+    if (!viewer || !CAxBlockManager::instance().GetBlock(blockID)) {
         setObsolete(true);
-    else
-        Apply(before);
+        return;
+    }
+    Apply(before);
+    if (!isObsolete())
+        CAxControl::GetInstance()->SetProjectModified(true);
 }
 
 void AxBlockCommand::undo()

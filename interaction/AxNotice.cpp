@@ -2,16 +2,21 @@
 
 #include <AxBaseUI/CAxMessageBox.h>
 
+#include <QPointer>
+
 namespace {
 int Show(QWidget* parent, const QString& title, const QString& text, const QString& details, bool isQuestion)
 {
-    CAxMessageBox box(parent);
-    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-    box.SetWindowTitle(title);
-    box.SetMsgText(text);
-    box.SetDetails(details);
-    box.SetBtnHidden(false, !isQuestion, !isQuestion);
-    return box.exec();
+    // On the heap, because its parent may be deleted while it is open.
+    const QPointer<CAxMessageBox> box = new CAxMessageBox(parent);
+    box->SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box->SetWindowTitle(title);
+    box->SetMsgText(text);
+    box->SetDetails(details);
+    box->SetBtnHidden(false, !isQuestion, true);
+    const int answer = box->exec();
+    delete box;
+    return answer;
 }
 } // namespace
 

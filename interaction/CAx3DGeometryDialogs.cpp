@@ -6,6 +6,8 @@
 #include <AxBaseUI/CAxParameterEditPage.h>
 #include <AxData/CAxBlockManager.h>
 
+#include <QPointer>
+
 #include <cmath>
 
 namespace {
@@ -17,6 +19,30 @@ QString DegreesText(double degrees)
 {
     return QString::number(degrees, 'f', degreeDecimals);
 }
+
+// On the heap, because its parent may be deleted while it is open.
+class Page
+{
+public:
+    explicit Page(QWidget* parent) : page(new CAxParameterEditPage(parent)) {}
+    ~Page() { delete page; }
+    Page(const Page&) = delete;
+    Page& operator=(const Page&) = delete;
+    explicit operator bool() const { return !page.isNull(); }
+    CAxParameterEditPage* operator->() const { return page; }
+
+private:
+    QPointer<CAxParameterEditPage> page;
+};
+
+// The record's vertices, which the dialogs are about.
+std::vector<osg::Vec3d> VerticesOf(const CAxBlock& block)
+{
+    std::vector<osg::Vec3d> points;
+    for (const QPointF& point : block.GetAnchor())
+        points.emplace_back(point.x(), point.y(), 0.0);
+    return points;
+}
 } // namespace
 
 void CAx3DGeometry::ResponseDoubleClickOnBlock()
@@ -26,14 +52,14 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
         return;
     const Running self(this);
     const QString oldName = block->GetBlockName();
-    CAxParameterEditPage page(viewer);
-    page.SetWindowTitle(tr("Polygon Info"));
-    page.SetElementName(tr("Name:"), tr("area (km^2):"));
-    page.SetElement1Value(oldName, true);
-    page.SetElement2Value(QString::number(GetArea(), 'f', 2), false);
-    if (page.exec() != QDialog::Accepted || !self.IsWanted() || !viewer)
+    const Page page(viewer);
+    page->SetWindowTitle(tr("Polygon Info"));
+    page->SetElementName(tr("Name:"), tr("area (km^2):"));
+    page->SetElement1Value(oldName, true);
+    page->SetElement2Value(QString::number(GetArea(), 'f', 2), false);
+    if (page->exec() != QDialog::Accepted || !page || !self.IsWanted() || !viewer)
         return;
-    const QString name = page.GetElement1Value();
+    const QString name = page->GetElement1Value();
     if (name == oldName)
         return;
     if (name.trimmed().isEmpty()) {
@@ -52,20 +78,20 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
 void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
 {
     const CAxBlock* block = GetContainedBlock();
-    if (index == -1 || !block || index >= block->GetAnchor().size())
+    if (index < 0 || !block || index >= block->GetAnchor().size())
         return;
     const Running self(this);
     const QPointF vertex = block->GetAnchor().at(index);
-    CAxParameterEditPage page(viewer);
-    page.SetWindowTitle(tr("Vertex"));
-    page.SetElementParas({tr("Latitude(degree):"), tr("Longitude(degree):")},
-                         {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
-    page.SetOKCancelBtnVisible(true, true);
-    page.SetBtnCancelText(tr("Delete"));
-    const int result = page.exec();
-    if (!self.IsWanted())
+    const Page page(viewer);
+    page->SetWindowTitle(tr("Vertex"));
+    page->SetElementParas({tr("Latitude(degree):"), tr("Longitude(degree):")},
+                          {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
+    page->SetOKCancelBtnVisible(true, true);
+    page->SetBtnCancelText(tr("Delete"));
+    const int result = page->exec();
+    if (!page || !self.IsWanted())
         return;
-    const QStringList values = page.GetElementValues();
+    const QStringList values = page->GetElementValues();
     if (result == QDialog::Rejected)
         deleteVertexOfBlock(index);
     else if (result == QDialog::Accepted)
@@ -85,7 +111,11 @@ void CAx3DGeometry::deleteVertexOfBlock(int index)
         AxShowNotice(viewer, tr("Delete Block"), tr("The survey block anchor must be not less than 3."));
         return;
     }
-    DeleteVertex(index);
+    if (!mayChangeCount())
+        return;
+    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    points.erase(points.begin() + index);
+    ChangeVertices(std::move(points), tr("Delete vertex"));
     if (self.IsWanted())
         SetAnchorEditorEnabled(true);
 }
@@ -93,7 +123,7 @@ void CAx3DGeometry::deleteVertexOfBlock(int index)
 void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
 {
     const CAxBlock* block = GetContainedBlock();
-    if (!block || index >= block->GetAnchor().size() || index >= static_cast<int>(anchors.size()))
+    if (!block || index >= block->GetAnchor().size())
         return;
     bool isLatitude = false;
     bool isLongitude = false;
@@ -113,8 +143,8 @@ void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QStri
     const QPointF vertex = block->GetAnchor().at(index);
     if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
         return;
-    std::vector<osg::Vec3d> points = anchors;
-    points[static_cast<std::size_t>(index)].set(lng, lat, points[static_cast<std::size_t>(index)].z());
+    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
     const Running self(this);
     ChangeVertices(std::move(points), tr("Move vertex"));
     if (self.IsWanted())

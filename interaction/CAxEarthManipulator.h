@@ -8,6 +8,7 @@
 
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <optional>
@@ -200,7 +201,7 @@ private:
     bool handleModelActionDoubleClick(const osg::Vec3d& worldCoordPos);
     bool dragAroundModel(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
 
-    CAxEarthViewer* viewer = nullptr;
+    QPointer<CAxEarthViewer> viewer; // objects that the host owns may keep the manipulator longer
     OperateMode operateMode = OperateGlobe;
     ProjMode projMode = ProjNone;
     ProjPlane projPlane = ProjPlane0;

@@ -9,6 +9,7 @@
 
 #include <AxAlgorthm/AxUniqueID.h>
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
 
 #include <osg/BoundingBox>
 #include <osgEarth/MapNode>
@@ -17,6 +18,7 @@
 #include <QUndoStack>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 namespace {
@@ -202,8 +204,17 @@ void CAxHandleAdapter::SetLockBlock(bool locked, bool drawLock)
 
 bool CAxHandleAdapter::HandleIsPicked(osg::Node* node)
 {
-    return node && (node == featureNode || node == nameLabel || featureNode->containsNode(node) ||
-                    std::find(containedNodes.begin(), containedNodes.end(), node) != containedNodes.end());
+    if (!node)
+        return false;
+    const auto isOwn = [this](const osg::Node* above) {
+        return above == featureNode || above == nameLabel || above == lockNode ||
+               above == anchorEditor.get() ||
+               std::find(containedNodes.begin(), containedNodes.end(), above) != containedNodes.end();
+    };
+    const osg::NodePathList paths = node->getParentalNodePaths();
+    return std::any_of(paths.begin(), paths.end(), [&isOwn](const osg::NodePath& path) {
+        return std::any_of(path.begin(), path.end(), isOwn);
+    });
 }
 
 void CAxHandleAdapter::ClearFeatureNodeContained()
@@ -274,7 +285,7 @@ void CAxHandleAdapter::update()
     if (!GeometryModifyed())
         return;
     updateAdapter();
-    if (viewer && viewer->FindExistNode(handleID) == this)
+    if (viewer && !leaving)
         viewer->_SetCurHandleAdapter(this);
 }
 
@@ -298,20 +309,22 @@ void CAxHandleAdapter::updateAdapter()
 
 void CAxHandleAdapter::UpdateCurrentOperate()
 {
+    const Running self(this);
     update();
     CAxBlock* block = GetContainedBlock();
-    if (!block)
+    if (!block || !self.IsWanted())
         return;
     const QList<QPointF> before = block->GetAnchor();
     const QList<QPointF> after = RingOf(GetAnchor());
-    const QString text = std::exchange(editText, QString());
+    QString text = std::exchange(editText, QString());
     if (IsSame(before, after))
         return;
+    if (text.isEmpty())
+        text = tr("Change of %1").arg(block->GetBlockName());
     block->SetAnchor(after);
-    if (viewer)
-        viewer->GetUndoStack()->push(
-            new AxAnchorCommand(viewer, handleID, before, after,
-                                text.isEmpty() ? tr("Change of %1").arg(block->GetBlockName()) : text));
+    CAxControl::GetInstance()->SetProjectModified(true);
+    if (self.IsWanted() && viewer)
+        viewer->GetUndoStack()->push(new AxAnchorCommand(viewer, handleID, before, after, text));
 }
 
 void CAxHandleAdapter::ReturnLastOperate()
@@ -320,9 +333,15 @@ void CAxHandleAdapter::ReturnLastOperate()
     const CAxBlock* block = GetContainedBlock();
     if (!block)
         return;
+    const QList<QPointF> ring = block->GetAnchor();
+    const auto isPlace = [](const QPointF& point) {
+        return std::isfinite(point.x()) && std::isfinite(point.y());
+    };
+    if (!std::all_of(ring.begin(), ring.end(), isPlace))
+        return;
     std::vector<osg::Vec3d>& points = GetAnchor();
     points.clear();
-    for (const QPointF& point : block->GetAnchor())
+    for (const QPointF& point : ring)
         points.emplace_back(point.x(), point.y(), 0.0);
     GetBlockElevation();
     // A copy, because importing replaces the vertices.

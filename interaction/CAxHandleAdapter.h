@@ -185,7 +185,7 @@ public:
 
     /// Makes or removes the handles of the vertices. An object that is locked or has routes gets none.
     void SetAnchorEditorEnabled(bool enabled);
-    /// Nothing happens before the lock icons were drawn once.
+    /// Locks or unlocks, and shows or hides the lock icons.
     void SetLockBlock(bool locked, bool drawLock);
     void SetNameVisible(bool nameVisible);
     /// Draws the name of the block record on the object, anew when it changed.
@@ -240,6 +240,8 @@ protected:
     /// The end of an edit: a refused geometry falls back to the record, an accepted
     /// one is written to it. True when it was accepted.
     bool _ReponseHandleMove();
+    /// Whether vertices may come and go: the object is at rest, free to be edited, and no rectangle.
+    bool mayChangeCount() const;
     /// An edit in one step, by the same path as a drag. `text` is what the undo stack calls it.
     bool ChangeVertices(std::vector<osg::Vec3d> points, const QString& text);
     /// Draws the length of the leg to the cursor, and of all with it, beside the cursor.
@@ -326,7 +328,6 @@ private:
     void prepareDrawing();
     bool layOnGround();
     bool mayEdit() const;
-    bool mayChangeCount() const;
     void leaveScene();
 
     struct Drawing;

@@ -70,6 +70,8 @@ bool CAxHandleAdapter::TakeVertices(const std::vector<osg::Vec3d>& points, bool 
     GetAnchor() = points;
     updateAdapter();
     DrawNameLabel();
+    if (lockNode->getNodeMask() != 0)
+        DrawBlockLock();
     if (enableEditor)
         SetAnchorEditorEnabled(true);
     return true;

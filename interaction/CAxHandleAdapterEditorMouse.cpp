@@ -3,6 +3,7 @@
 #include "interaction/AxEditRules.h"
 #include "interaction/AxModelLayers.h"
 #include "interaction/AxViewRay.h"
+#include "interaction/CAxClampObjectCallback.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "interaction/CAxHandleAdapterEditor.h"
 #include "viewer/CAxEarthViewer.h"
@@ -204,6 +205,11 @@ void CAxHandleAdapterEditor::drag(const GUIEventAdapter& ea, osgGA::GUIActionAda
     if (!wanted || (!grip->moved && !beginMoving()))
         return;
     const osg::ref_ptr<CAxDragger> held = grip->dragger;
+    // The ground of its new place may be drawn coarser than where it was clamped last.
+    const auto found = std::find(draggers.begin(), draggers.end(), held.get());
+    const auto at = static_cast<std::size_t>(found - draggers.begin());
+    if (at < clamps.size() && clamps[at])
+        clamps[at]->Forget();
     held->DragTo(osgEarth::GeoPoint(held->getPosition().getSRS(), aided(*wanted, *target),
                                     osgEarth::ALTMODE_ABSOLUTE));
 }

@@ -54,6 +54,9 @@ void CAxHandleAdapter::DisconnectMouseEvent()
     for (const Pair& pair : mousePairs)
         disconnect(manipulator.get(), pair[0], this, pair[1]);
     mouseConnected = false;
+    // What follows the mouse would stand still from here on.
+    HideRunningLength();
+    DropRubberBand();
 }
 
 // Drawing
@@ -291,10 +294,15 @@ void CAxHandleAdapter::EndMoved(int code)
 {
     if (operation != OperationMoveHandle)
         return;
+    const Running self(this);
     if (code > 0)
         UpdateCurrentOperate();
     else
         ReturnLastOperate();
+    if (!self.IsWanted())
+        return;
+    if (nameLabel)
+        DrawNameLabel();
     operation = OperationIdle;
     if (anchorEditor)
         anchorEditor->SetMoveAdapter(false);

@@ -309,6 +309,8 @@ private:
     void initUndo();
     void stepThroughEdits(bool back);
     bool giveUpOperation();
+    /// The same for a drag of a vertex or a block only, not for a drawing.
+    void giveUpEdit();
     void takeEditingKey(int key);
     int hoveredVertex() const;
 

@@ -7,6 +7,8 @@
 #include <QAction>
 #include <QUndoStack>
 
+#include <algorithm>
+
 void CAxEarthViewer::initUndo()
 {
     undoStack = new QUndoStack(this);
@@ -73,6 +75,17 @@ bool CAxEarthViewer::giveUpOperation()
     if (isGivenUp)
         manipulator->CancelBlockMove();
     return isGivenUp;
+}
+
+void CAxEarthViewer::giveUpEdit()
+{
+    const auto isEdited = [](const CAxHandleAdapter* adapter) {
+        return adapter->GetHandleOperation() == OperationMovePoint ||
+               adapter->GetHandleOperation() == OperationMoveHandle;
+    };
+    if ((curHandleAdapter && isEdited(curHandleAdapter)) ||
+        std::any_of(multiSelectAdapters.begin(), multiSelectAdapters.end(), isEdited))
+        giveUpOperation();
 }
 
 void CAxEarthViewer::takeEditingKey(int key)

@@ -7,6 +7,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
 
 #include <osgEarth/MapNode>
 #include <osgEarthAnnotation/LabelNode>
@@ -22,8 +23,8 @@ void CAxEarthViewer::_SetCurHandleAdapter(CAxHandleAdapter* adapter)
         return;
     if (CAxHandleAdapter* former = curHandleAdapter) {
         former->DisconnectMouseEvent();
-        if (!multiSelectAdapters.contains(former))
-            former->SetAnchorEditorEnabled(false);
+        // A handle that nobody listens to would take an edit that is never committed.
+        former->SetAnchorEditorEnabled(false);
     }
     curHandleAdapter = adapter;
     if (adapter) {
@@ -58,12 +59,12 @@ bool CAxEarthViewer::AddHandleAdapter(CAxHandleAdapter* adapter)
     CAxBlockManager& blocks = CAxBlockManager::instance();
     if (blocks.GetBlock(id) || adapter->GetBlockType() == CAxBlock::MarkPointBlock)
         return true;
-    if (CAxBlock* block = blocks.AddBlock(id, adapter->GetBlockType())) {
-        QList<QPointF> ring;
-        for (const osg::Vec3d& point : adapter->GetAnchor())
-            ring += QPointF(point.x(), point.y());
+    QList<QPointF> ring;
+    for (const osg::Vec3d& point : adapter->GetAnchor())
+        ring += QPointF(point.x(), point.y());
+    // Who hears of the record may have removed object and record by the time it is here.
+    if (CAxBlock* block = blocks.AddBlock(id, adapter->GetBlockType()))
         block->SetAnchor(ring);
-    }
     return true;
 }
 
@@ -92,7 +93,8 @@ CAxHandleAdapter* CAxEarthViewer::ImportShapeNode(const QString& blockID)
         block->GetBlockType() == CAxBlock::VideoBlock || block->GetBlockType() == CAxBlock::MarkPointBlock ? 1
         : block->GetBlockType() == CAxBlock::StripBlock ? leastOfLine
                                                         : leastOfRing;
-    const auto factory = shapeFactories.find(tools.at(block->GetBlockType()));
+    const auto tool = tools.find(block->GetBlockType());
+    const auto factory = tool == tools.end() ? shapeFactories.end() : shapeFactories.find(tool->second);
     if (!isUsable || points.size() < least || (isRectangle && points.size() != ofRectangle) ||
         factory == shapeFactories.end()) {
         qCWarning(axViewerLog)
@@ -108,7 +110,7 @@ CAxHandleAdapter* CAxEarthViewer::ImportShapeNode(const QString& blockID)
     adapter->ImportGeometry(std::vector<osg::Vec3d>(points.begin(), points.end()), false);
     AddHandleAdapter(adapter);
     emit signalBlockState(blockID);
-    return adapter;
+    return FindExistNode(blockID);
 }
 
 CAxHandleAdapter* CAxEarthViewer::FindExistNode(const QString& id) const
@@ -186,6 +188,8 @@ bool CAxEarthViewer::RemoveHanderAdapter(CAxHandleAdapter* adapter, bool deleteB
     adapter->ClearFeatureNodeContained();
     if (adapter == curHandleAdapter)
         _SetCurHandleAdapter(nullptr);
+    if (!alive || adapter->leaving)
+        return true; // removed by who heard that nothing is selected any more
     if (adapter->GetBlockType() == CAxBlock::MarkPointBlock) {
         removeFromRegistry(adapter, deleteBlock);
         if (alive)
@@ -324,6 +328,7 @@ bool CAxEarthViewer::RenameBlock(const QString& id, const QString& name)
     if (CAxBlockManager::instance()._exist(name))
         return false;
     block->SetBlockName(name);
+    CAxControl::GetInstance()->SetProjectModified(true);
     if (CAxHandleAdapter* adapter = FindExistNode(id))
         adapter->DrawNameLabel();
     undoStack->push(new AxNameCommand(this, id, before, name, tr("Rename to %1").arg(name)));

@@ -69,9 +69,11 @@ CAxHandleAdapter* CAxEarthViewer::createShapeNode()
         return nullptr;
     if (adapter != curHandleAdapter)
         unregistered += adapter;
+    const QPointer<CAxHandleAdapter> alive(adapter);
     _SetCurHandleAdapter(adapter);
-    adapter->BenginHandle();
-    return adapter;
+    if (alive) // who heard of it may have removed it
+        adapter->BenginHandle();
+    return alive;
 }
 
 void CAxEarthViewer::SetToolType(EToolType eToolType)
@@ -79,6 +81,9 @@ void CAxEarthViewer::SetToolType(EToolType eToolType)
     if (eToolType == toolType)
         return;
     const bool leavesObject = !IsBarTool(toolType) && IsBarTool(eToolType) && appType == appTypeOne;
+    // Nobody would hear of the end of a drag any more.
+    if (leavesObject || StartsNewShape(eToolType) || eToolType == ToolVideoArea)
+        giveUpEdit();
     if (GetToolKind(toolType) != ToolKindDraw) {
         if (leavesObject)
             _SetCurHandleAdapter(nullptr);

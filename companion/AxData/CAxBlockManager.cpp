@@ -15,10 +15,9 @@ CAxBlock* CAxBlockManager::AddBlock(const QString& id, CAxBlock::EBlockType type
     block->SetBlockName(FreeName());
     block->m_manager = this;
     ++m_nameCounts[block->GetBlockName()];
-    CAxBlock* const added = block.get();
     m_blocks.emplace(id, std::move(block));
     emit blockAdded(id);
-    return added;
+    return GetBlock(id); // who heard of it may have deleted it
 }
 
 bool CAxBlockManager::DeleteBlock(const QString& id)

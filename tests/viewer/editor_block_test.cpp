@@ -113,6 +113,22 @@ TEST_F(EditorOfBlock, GivesADragUpWithEscape)
     ExpectInStep();
 }
 
+TEST_F(EditorOfBlock, GivesADragUpWithAToolThatStartsAnotherShape)
+{
+    const QList<QPointF> before = Record();
+    const osg::Vec2f from = Corner(2);
+    Give(Event::PUSH, from);
+    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
+    ASSERT_EQ(block->GetHandleOperation(), OperationMovePoint);
+    viewer->SetToolType(ToolStripBlock);
+    EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+    EXPECT_EQ(Record(), before);
+    EXPECT_NEAR(block->GetAnchor()[2].x(), before[2].x(), 1e-9) << "what is seen is the record";
+    viewer->SetToolType(ToolNavigate);
+    Give(Event::RELEASE, from + osg::Vec2f(50.0f, 30.0f));
+    EXPECT_EQ(Record(), before);
+}
+
 TEST_F(EditorOfBlock, EndsWithTheBlockInTheMiddleOfADrag)
 {
     const osg::Vec2f from = Corner(2);

@@ -4,6 +4,8 @@
 #include "interaction/CAxHandleAdapterEditor.h"
 #include "mission/CAxTaskPolygon.h"
 
+#include <AxData/CAxControl.h>
+
 #include <osgEarthAnnotation/LabelNode>
 
 #include <QAction>
@@ -194,6 +196,38 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     EXPECT_FALSE(block->DeleteVertex(0));
 }
 
+TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
+{
+    CAx3DGeometry* one = Import("one", square);
+    CAx3DGeometry* two = Import("two", {{25, 8}, {28, 8}, {28, 11}, {25, 11}});
+    viewer->slotFocusBlock("one");
+    manipulator->setViewpoint(Straight(20.0, 10.0, 1.5e7));
+    EXPECT_NE(one->GetAnchorEditor(), nullptr);
+    CAxControl::GetInstance()->SetProjectModified(false);
+    viewer->SetToolType(ToolSelect);
+    const double name = one->GetNameLabel()->getPosition().x();
+    for (CAxHandleAdapter* block : {one, two})
+        viewer->SetNodeSelected(block->GetFeatureNode(), true, false);
+    osg::Vec2f place = WindowOf(20.0, 10.0);
+    Push(place.x(), place.y());
+    Drag(place.x(), place.y());
+    place = WindowOf(23.0, 12.0);
+    Drag(place.x(), place.y());
+    Release(place.x(), place.y());
+    EXPECT_NEAR(Ring(one)[0].x(), 21.0, 0.1);
+    EXPECT_NEAR(Ring(two)[0].x(), 28.0, 0.1);
+    EXPECT_NEAR(one->GetNameLabel()->getPosition().x(), name + 3.0, 0.1);
+    EXPECT_NEAR(two->GetNameLabel()->getPosition().x(), 29.5, 0.2);
+    EXPECT_EQ(one->GetAnchorEditor(), nullptr);
+    EXPECT_EQ(two->GetAnchorEditor(), nullptr);
+    EXPECT_TRUE(CAxControl::GetInstance()->IsProjectModified());
+    CAxControl::GetInstance()->SetProjectModified(false);
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(Ring(one), square);
+    EXPECT_NEAR(one->GetNameLabel()->getPosition().x(), name, 1e-6);
+    EXPECT_TRUE(CAxControl::GetInstance()->IsProjectModified());
+}
+
 TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
 {
     QPointer<CAx3DGeometry> block = Import("block", square);
@@ -317,6 +351,7 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
 
     block->GetContainedBlock()->SetAnchor(square);
     block->ReturnLastOperate();
+    open(-2, {});
     open(3, {ModalBox::Press("Delete"), ModalBox::Press("Cancel")});
     EXPECT_EQ(Ring(block).size(), 4);
     open(3, {ModalBox::Press("Delete"), ModalBox::Press("OK")});

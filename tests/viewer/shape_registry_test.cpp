@@ -133,6 +133,35 @@ TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
     EXPECT_TRUE(waitFor([&] { return !told; }));
 
+    // By one that hears of the new record.
+    const auto limiting = QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockAdded, viewer,
+                                           [](const QString& id) { viewer->RemoveHanderAdapter(id, true); });
+    DrawTriangle();
+    QObject::disconnect(limiting);
+    EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+
+    // By one that hears that nothing is selected any more.
+    QPointer<CAxHandleAdapter> selected = Import("selected", {{18, 8}, {22, 8}, {20, 12}});
+    viewer->SetNodeSelected(selected->GetFeatureNode(), false, false);
+    const auto deselecting =
+        QObject::connect(viewer, &CAxEarthViewer::signalCurrentBlock, viewer, [](const QString& current) {
+            current.isEmpty() && viewer->RemoveHanderAdapter("selected", true);
+        });
+    EXPECT_TRUE(viewer->RemoveHanderAdapter(selected.data(), true));
+    QObject::disconnect(deselecting);
+    EXPECT_FALSE(selected);
+
+    // By one that hears of the end of a move.
+    QPointer<CAxHandleAdapter> ending = Import("ending", {{18, 8}, {22, 8}, {20, 12}});
+    const auto changing =
+        QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, viewer,
+                         [](const QString& id) { viewer->RemoveHanderAdapter(id, true); });
+    ending->HandleMoved(1.0, 0.0, 0.0);
+    ending->GetAnchor()[0].x() -= 1.0;
+    ending->EndMoved(1);
+    QObject::disconnect(changing);
+    EXPECT_TRUE(waitFor([&] { return !ending; }));
+
     // By one that hears of the record, which goes before the entry does.
     QPointer<CAxHandleAdapter> twice = Import("twice", {{18, 8}, {22, 8}, {20, 12}});
     bool isFound = false;
