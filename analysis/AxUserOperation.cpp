@@ -228,10 +228,8 @@ void AxUserOperation::LoadModelFile(osg::Group& scene) const
     // File names are taken in the language of the process.
     AxSceneStartup::SetProcessLocale();
     const QString path = value.toString();
-    osg::ref_ptr<osg::Node> model;
-    if (QFile::exists(path))
-        model = osgDB::readRefNodeFile(QFile::encodeName(path).toStdString(),
-                                       osgDB::Registry::instance()->getOptions());
+    const osg::ref_ptr<osg::Node> model = osgDB::readRefNodeFile(QFile::encodeName(path).toStdString(),
+                                                                 osgDB::Registry::instance()->getOptions());
     if (!model) {
         qCWarning(axViewerLog).noquote() << "cannot read the model file" << path;
         return;

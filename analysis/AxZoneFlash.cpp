@@ -30,7 +30,7 @@ void AxZoneFlash::Flash(const QList<osg::ref_ptr<const osgEarth::Symbology::Geom
     for (const auto& area : areas) {
         const osg::ref_ptr<osg::Node> drawn =
             area ? AxDrawArea(*area, *viewer.getSRS(), strong) : osg::ref_ptr<osg::Node>();
-        // What has no extent draws nothing. The node's bound does not tell: draped shapes have none.
+        // What has no extent draws nothing.
         if (drawn && drawn->asGroup()->getNumChildren() > 0)
             group->addChild(drawn);
     }

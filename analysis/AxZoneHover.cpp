@@ -133,7 +133,7 @@ void AxZoneHover::slotMouseMove(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (worldCoordPos == osg::Vec3d() || !MayShow())
         return slotHide();
-    const QStringList ids = process.ZonesAt(lngLatPos.x(), lngLatPos.y());
+    const QStringList ids = process.ShownZonesAt(lngLatPos.x(), lngLatPos.y());
     const osg::Camera* camera = viewer.getOSGViewer()->getCamera();
     const osg::Viewport* frame = camera->getViewport();
     if (ids.isEmpty() || !frame || !(frame->width() > 0.0) || !(frame->height() > 0.0))

@@ -127,6 +127,17 @@ QStringList CAxAncillaryProcess::ZonesAt(double longitude, double latitude) cons
     return ids;
 }
 
+QStringList CAxAncillaryProcess::ShownZonesAt(double longitude, double latitude) const
+{
+    QStringList ids = ZonesAt(longitude, latitude);
+    const QStringList shown = ids.isEmpty() ? ids : worker->ShownZones(); // ascending
+    const auto isHidden = [&shown](const QString& id) {
+        return !std::binary_search(shown.begin(), shown.end(), id);
+    };
+    ids.erase(std::remove_if(ids.begin(), ids.end(), isHidden), ids.end());
+    return ids;
+}
+
 QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double latitude, double metres) const
 {
     QList<AxNoflyZoneNear> found;

@@ -82,6 +82,8 @@ public:
 
     /// The zones in force at a place (degrees), by ascending id.
     QStringList ZonesAt(double longitude, double latitude) const;
+    /// Those of them that are in the scene.
+    QStringList ShownZonesAt(double longitude, double latitude) const;
     /// The zones whose middle lies within `metres` of a place (degrees), the nearest first.
     QList<AxNoflyZoneNear> ZonesNear(double longitude, double latitude, double metres) const;
     /// Makes zones blink for some seconds, whether zones are shown or not. Unknown ids are passed over.

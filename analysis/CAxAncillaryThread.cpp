@@ -66,7 +66,9 @@ bool CAxAncillaryThread::Intersect(const osgEarth::Symbology::Geometry& area, QS
         threads.emplace_back(new osg::OperationThread);
         worker->SetJob(area, unfinished);
         threads.back()->add(worker);
-        threads.back()->startThread();
+        // Where the system gives no more threads, the caller waits all the same.
+        if (threads.back()->startThread() != 0)
+            (*worker)(nullptr);
     }
     unfinished.Wait();
     // Before the results are read: a worker says that it has finished from within its run.

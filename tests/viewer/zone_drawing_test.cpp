@@ -309,7 +309,7 @@ TEST_F(ZoneHover, NamesTheZoneUnderTheMouseWhileZonesAreShown)
     };
     EXPECT_EQ(over(60.2, 45.3), QString()) << "zones are hidden";
     process->SetNoFlyZoneMask(true);
-    EXPECT_EQ(over(60.2, 45.3), QStringLiteral("T1"));
+    EXPECT_TRUE(waitFor([&] { return over(60.2, 45.3) == QStringLiteral("T1"); }, 20000));
     EXPECT_EQ(over(60.24, 45.32), QStringLiteral("T1"));
     EXPECT_EQ(over(60.35, 45.3), QString()) << "beside it";
     over(60.2, 45.3);
@@ -319,4 +319,9 @@ TEST_F(ZoneHover, NamesTheZoneUnderTheMouseWhileZonesAreShown)
     over(60.2, 45.3);
     viewer->getManipulator()->setViewpoint(Straight(60.3, 45.3, 80000.0), 0.0);
     EXPECT_TRUE(waitFor([&] { return hover.Text().isEmpty(); }, 5000)) << "the camera moved on";
+
+    viewer->getManipulator()->setViewpoint(Straight(60.2, 45.3, 400000.0), 0.0);
+    process->SetCurrViewPort(Straight(60.2, 45.3, 400000.0));
+    EXPECT_TRUE(waitFor([&] { return process->ShownZonesAt(60.2, 45.3).isEmpty(); }, 20000));
+    EXPECT_EQ(over(60.2, 45.3), QString()) << "so far away it is not drawn";
 }
