@@ -20,7 +20,7 @@ bool IsNear(const osg::Vec2d& middle, const osg::Vec3d& focus)
 
 AxNearZones::AxNearZones(const AxNoflyZones& all)
 {
-    for (auto zone = all.polygons.begin(); zone != all.polygons.end(); ++zone) {
+    for (auto zone = all.zonePolygons.begin(); zone != all.zonePolygons.end(); ++zone) {
         const osgEarth::Bounds box = zone.value().Box();
         if (box.valid())
             zones.push_back({zone.key(), osg::Vec2d(box.center().x(), box.center().y())});

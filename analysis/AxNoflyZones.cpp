@@ -33,6 +33,9 @@ constexpr int status = 5;
 constexpr int count = 6;
 } // namespace liftColumn
 
+// Where the system gives no more threads, the work is done by who waits for it.
+constexpr std::launch anyThread = std::launch::async | std::launch::deferred;
+
 std::size_t Processors()
 {
     return std::max(1u, std::thread::hardware_concurrency());
@@ -44,7 +47,7 @@ template <typename Work> void ForAll(int count, const Work& work)
     const int threads = std::min(count, static_cast<int>(Processors()));
     std::vector<std::future<void>> shares;
     for (int share = 0; share < threads; ++share)
-        shares.push_back(std::async(std::launch::async, [=, &work] {
+        shares.push_back(std::async(anyThread, [=, &work] {
             for (int i = share; i < count; i += threads)
                 work(i);
         }));
@@ -112,7 +115,7 @@ private:
         std::vector<QVariantList> rows;
         rows.reserve(batchRows);
         rows.swap(batch);
-        pending.push(std::async(std::launch::async, [rows = std::move(rows)] {
+        pending.push(std::async(anyThread, [rows = std::move(rows)] {
             std::vector<ReadZone> zones;
             zones.reserve(rows.size());
             for (const QVariantList& row : rows)
@@ -148,7 +151,7 @@ void TakePolygons(const std::vector<ReadZone>& read, AxNoflyZones& zones)
         else if (zone.unusable > 0)
             qCWarning(axViewerLog) << "no-fly zone" << zone.id << "is drawn without" << zone.unusable
                                    << "of its" << zone.parts << "points, which are no places on the globe";
-        zones.polygons.insert(zone.id, zone.shape);
+        zones.zonePolygons.insert(zone.id, zone.shape);
     }
 }
 
@@ -196,17 +199,17 @@ void Clip(const QStringList& lifted, AxNoflyZones& zones)
         std::vector<AxRing> lifts;
         for (const QString& entry : zones.liftEntries.values(lifted[i]))
             lifts.push_back(LiftRing(entry));
-        clipped[static_cast<std::size_t>(i)] = AxClipZone(zones.polygons.value(lifted[i]).Ring(), lifts);
+        clipped[static_cast<std::size_t>(i)] = AxClipZone(zones.zonePolygons.value(lifted[i]).Ring(), lifts);
     });
     for (int i = 0; i < lifted.size(); ++i) {
         const AxClippedZone& zone = clipped[static_cast<std::size_t>(i)];
-        if (!zones.polygons.contains(lifted[i]))
+        if (!zones.zonePolygons.contains(lifted[i]))
             qCWarning(axViewerLog) << "a lift names the no-fly zone" << lifted[i] << "which is not in force";
         if (zone.unusable > 0)
             qCWarning(axViewerLog) << "no-fly zone" << lifted[i] << "stays without" << zone.unusable
                                    << "of its lifts: rings cross in too many places";
-        zones.displayGeometry.insert(lifted[i], zone.display);
-        zones.outlines.insert(lifted[i], zone.outline);
+        zones.zoneDisplayGeometry.insert(lifted[i], zone.display);
+        zones.zoneOutlines.insert(lifted[i], zone.outline);
     }
 }
 

@@ -28,11 +28,11 @@ struct AxNoflyLift
 /// in degrees. Nothing of it changes once it is loaded, so any thread may read it.
 struct AxNoflyZones
 {
-    QMap<QString, AxZoneShape> polygons; ///< as decreed
+    QMap<QString, AxZoneShape> zonePolygons; ///< as decreed
     /// Zones with lifts: what is left of them, in as many pieces as it takes; this is what is drawn.
-    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::MultiGeometry>> displayGeometry;
+    QMap<QString, osg::ref_ptr<const osgEarth::Symbology::MultiGeometry>> zoneDisplayGeometry;
     /// Zones with lifts: their outline less the lifted areas; this is what areas are tested against.
-    QMap<QString, QPolygonF> outlines;
+    QMap<QString, QPolygonF> zoneOutlines;
     /// For each lift of a zone "begin;expiry;area" as they stand in the file.
     QMultiMap<QString, QString> liftEntries;
 };

@@ -173,10 +173,10 @@ void CAxAncillaryProcess::FlashZones(const QStringList& ids)
 {
     QList<osg::ref_ptr<const osgEarth::Symbology::Geometry>> zones;
     for (const QString& id : ids) {
-        if (const auto lifted = worker->Zones().displayGeometry.value(id))
+        if (const auto lifted = worker->Zones().zoneDisplayGeometry.value(id))
             zones += lifted;
-        else if (worker->Zones().polygons.contains(id))
-            zones += worker->Zones().polygons.value(id).Polygon();
+        else if (worker->Zones().zonePolygons.contains(id))
+            zones += worker->Zones().zonePolygons.value(id).Polygon();
     }
     flash->Flash(zones);
 }

@@ -205,7 +205,7 @@ void CAxAncillaryThread::showZonesNear()
             queueZone(id, middle, isNear);
             const Lock lock(mutex);
             if (isNear)
-                shownZones.insert(id, zones.polygons.value(id).Polygon());
+                shownZones.insert(id, zones.zonePolygons.value(id).Polygon());
             else
                 shownZones.remove(id);
         });
@@ -228,8 +228,8 @@ void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, 
     operation->setUserName(id);
     if (isNear) {
         operation->setUserPos(osg::Vec3d(middle, 0.0));
-        operation->setUserPolygon(*zones.polygons.value(id).Polygon());
-        const auto display = zones.displayGeometry.value(id);
+        operation->setUserPolygon(*zones.zonePolygons.value(id).Polygon());
+        const auto display = zones.zoneDisplayGeometry.value(id);
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
         operation->Prepare();
     }

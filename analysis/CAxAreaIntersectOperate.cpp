@@ -61,12 +61,12 @@ bool AxZoneOutline::Contains(double longitude, double latitude) const
 std::vector<AxZoneOutline> AxZoneOutlines(const AxNoflyZones& zones)
 {
     std::vector<AxZoneOutline> outlines;
-    outlines.reserve(static_cast<std::size_t>(zones.polygons.size()));
-    for (auto zone = zones.polygons.begin(); zone != zones.polygons.end(); ++zone) {
+    outlines.reserve(static_cast<std::size_t>(zones.zonePolygons.size()));
+    for (auto zone = zones.zonePolygons.begin(); zone != zones.zonePolygons.end(); ++zone) {
         AxZoneOutline outline;
         outline.id = zone.key();
-        const auto lifted = zones.outlines.find(zone.key());
-        if (lifted != zones.outlines.end()) {
+        const auto lifted = zones.zoneOutlines.find(zone.key());
+        if (lifted != zones.zoneOutlines.end()) {
             outline.lifted = *lifted;
             outline.bounds = lifted->boundingRect();
         } else {

@@ -5,7 +5,14 @@
 #include <QPointer>
 
 namespace {
-int Show(QWidget* parent, const QString& title, const QString& text, const QString& details, bool isQuestion)
+enum class Buttons
+{
+    Confirm,
+    ConfirmAndClose,
+    ConfirmAndCancel
+};
+
+int Show(QWidget* parent, const QString& title, const QString& text, const QString& details, Buttons buttons)
 {
     // On the heap, because its parent may be deleted while it is open.
     const QPointer<CAxMessageBox> box = new CAxMessageBox(parent);
@@ -13,7 +20,7 @@ int Show(QWidget* parent, const QString& title, const QString& text, const QStri
     box->SetWindowTitle(title);
     box->SetMsgText(text);
     box->SetDetails(details);
-    box->SetBtnHidden(false, !isQuestion, true);
+    box->SetBtnHidden(false, buttons != Buttons::ConfirmAndCancel, buttons != Buttons::ConfirmAndClose);
     const int answer = box->exec();
     delete box;
     return answer;
@@ -22,10 +29,15 @@ int Show(QWidget* parent, const QString& title, const QString& text, const QStri
 
 void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details)
 {
-    Show(parent, title, text, details, false);
+    Show(parent, title, text, details, Buttons::Confirm);
+}
+
+void AxShowClosableNotice(QWidget* parent, const QString& title, const QString& text)
+{
+    Show(parent, title, text, QString(), Buttons::ConfirmAndClose);
 }
 
 bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text)
 {
-    return Show(parent, title, text, QString(), true) == QDialog::Accepted;
+    return Show(parent, title, text, QString(), Buttons::ConfirmAndCancel) == QDialog::Accepted;
 }

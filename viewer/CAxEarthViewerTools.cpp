@@ -132,9 +132,9 @@ bool CAxEarthViewer::CheckPickPositionValid(CAxVector3D pos)
                                     osg::DegreesToRadians(pos.y()), osg::DegreesToRadians(pos.x()));
     if (distance <= farthestMetres)
         return true;
-    AxShowNotice(this, tr("Route Information"),
-                 tr("Please select the appropriate landing point because the landing point is too far from "
-                    "the job area."));
+    AxShowClosableNotice(this, tr("Route Information"),
+                         tr("Please select the appropriate landing point because the landing point is too "
+                            "far from the job area."));
     return false;
 }
 

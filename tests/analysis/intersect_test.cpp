@@ -25,7 +25,7 @@ AxNoflyZones Zones(const std::vector<std::pair<const char*, osg::ref_ptr<Polygon
 {
     AxNoflyZones zones;
     for (const auto& [id, polygon] : polygons)
-        zones.polygons.insert(id, polygon);
+        zones.zonePolygons.insert(id, polygon);
     return zones;
 }
 
@@ -63,7 +63,7 @@ TEST(AreaIntersect, PassesOverZonesWhoseMiddleIsTooFar)
 TEST(AreaIntersect, LiftedPartsAreFree)
 {
     AxNoflyZones zones = Zones({{"z", Circle(20.0, 10.0, 0.1)}});
-    zones.outlines.insert("z", QPolygonF({{20.05, 9.9}, {20.1, 9.9}, {20.1, 10.1}, {20.05, 10.1}}));
+    zones.zoneOutlines.insert("z", QPolygonF({{20.05, 9.9}, {20.1, 9.9}, {20.1, 10.1}, {20.05, 10.1}}));
     EXPECT_EQ(Met(zones, *Circle(19.97, 10.0, 0.02)), QStringList());
     EXPECT_EQ(Met(zones, *Circle(20.07, 10.0, 0.01)), QStringList{"z"});
 }

@@ -149,11 +149,11 @@ TEST(ZoneRows, TakesWhatIsInForceAndTheLastOfAnId)
         AxReadZones({Zone("b", true, square), Zone("a", 1, "5,5"), Zone("off", 0, square),
                      Zone(odd, "1", "1"), Zone("b", true, "7,7")},
                     {});
-    EXPECT_EQ(zones.polygons.keys(), (QStringList{odd, "a", "b"}));
-    EXPECT_TRUE(zones.polygons[odd].IsEmpty());
-    EXPECT_EQ(zones.polygons["b"].Ring().size(), 73u);
-    EXPECT_TRUE(zones.displayGeometry.isEmpty());
-    EXPECT_TRUE(zones.outlines.isEmpty());
+    EXPECT_EQ(zones.zonePolygons.keys(), (QStringList{odd, "a", "b"}));
+    EXPECT_TRUE(zones.zonePolygons[odd].IsEmpty());
+    EXPECT_EQ(zones.zonePolygons["b"].Ring().size(), 73u);
+    EXPECT_TRUE(zones.zoneDisplayGeometry.isEmpty());
+    EXPECT_TRUE(zones.zoneOutlines.isEmpty());
 }
 
 TEST(ZoneRows, PassesOverWhatIsNoRowWithOneLineEach)
@@ -164,7 +164,7 @@ TEST(ZoneRows, PassesOverWhatIsNoRowWithOneLineEach)
                      Zone("nulls", QVariant(), square), Zone("noArea", true, QVariant()),
                      Zone("someOutside", true, "1,95|1,2|2,2|2,3"), Zone("good", true, square)},
                     {QVariant(), QVariantList{1}, Lift(square, QVariant()), Lift(square, "good", "text")});
-    EXPECT_EQ(zones.polygons.keys(), (QStringList{"good", "noArea", "someOutside"}));
+    EXPECT_EQ(zones.zonePolygons.keys(), (QStringList{"good", "noArea", "someOutside"}));
     EXPECT_TRUE(zones.liftEntries.isEmpty());
     EXPECT_EQ(LogLines::lines.size(), 4 + 2 + 2) << LogLines::lines.join('\n').toStdString();
 }
@@ -180,10 +180,10 @@ TEST(ZoneRows, CountInTheOrderOfTheTable)
     rows[4321] = QVariant();
     const LogLines log;
     const AxNoflyZones zones = AxReadZones(rows, {});
-    ASSERT_EQ(zones.polygons.size(), idCount);
+    ASSERT_EQ(zones.zonePolygons.size(), idCount);
     for (int id = 0; id < idCount; ++id) {
         const int last = id == 321 ? 3321 : rowCount - idCount + id;
-        EXPECT_EQ(zones.polygons[QString::number(id)].Ring().at(1).x(), last / 100.0);
+        EXPECT_EQ(zones.zonePolygons[QString::number(id)].Ring().at(1).x(), last / 100.0);
     }
     ASSERT_EQ(LogLines::lines.size(), 1);
     EXPECT_TRUE(LogLines::lines.front().contains("4322")) << LogLines::lines.front().toStdString();
@@ -196,15 +196,16 @@ TEST(Lifts, OnlyGrantedOnesCutAndOneMayCutSeveralZones)
     const QString lift = QStringLiteral("10.6,50.6|10.9,50.6|10.9,50.9|10.6,50.9");
     const AxNoflyZones zones = AxReadZones(rows, {Lift(lift, "z3", 1), Lift(lift, "z3", 3),
                                                   Lift(lift, "z2,,z1"), Lift(square, "z"), Lift("", "z1")});
-    EXPECT_EQ(zones.outlines.keys(), (QStringList{"z1", "z2"}));
+    EXPECT_EQ(zones.zoneOutlines.keys(), (QStringList{"z1", "z2"}));
     EXPECT_EQ(zones.liftEntries.values("z2"), QStringList{"2026-01-01;2026-12-31;" + lift});
     EXPECT_EQ(zones.liftEntries.count("z1"), 2);
     for (const char* id : {"z1", "z2"}) {
-        EXPECT_FALSE(zones.outlines[id].containsPoint({10.75, 50.75}, Qt::OddEvenFill)) << id;
-        EXPECT_FALSE(Contains(*zones.displayGeometry[id], 10.75, 50.75)) << id;
+        EXPECT_FALSE(zones.zoneOutlines[id].containsPoint({10.75, 50.75}, Qt::OddEvenFill)) << id;
+        EXPECT_FALSE(Contains(*zones.zoneDisplayGeometry[id], 10.75, 50.75)) << id;
     }
-    EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0 - 0.09, 1e-9);
-    const auto& piece = dynamic_cast<const Polygon&>(*zones.displayGeometry["z1"]->getComponents().front());
+    EXPECT_NEAR(Area(*zones.zoneDisplayGeometry["z1"]), 1.0 - 0.09, 1e-9);
+    const auto& piece =
+        dynamic_cast<const Polygon&>(*zones.zoneDisplayGeometry["z1"]->getComponents().front());
     EXPECT_EQ(piece.getHoles().size(), 1u);
 }
 
@@ -212,9 +213,9 @@ TEST(Lifts, OfAnUnknownZoneLeaveAnEmptyOutline)
 {
     const LogLines log;
     const AxNoflyZones zones = AxReadZones({Zone("z1", true, square)}, {Lift(square, "nobody")});
-    ASSERT_TRUE(zones.outlines.contains("nobody"));
-    EXPECT_TRUE(zones.outlines["nobody"].isEmpty());
-    EXPECT_FALSE(zones.polygons.contains("nobody"));
+    ASSERT_TRUE(zones.zoneOutlines.contains("nobody"));
+    EXPECT_TRUE(zones.zoneOutlines["nobody"].isEmpty());
+    EXPECT_FALSE(zones.zonePolygons.contains("nobody"));
     EXPECT_EQ(LogLines::lines.size(), 1);
 }
 
@@ -341,8 +342,8 @@ TEST(Lifts, AreLeftOutWhereRingsCrossInTooManyPlaces)
         const LogLines log;
         const AxNoflyZones zones = AxReadZones({Zone("z1", true, square), Zone("z2", true, tangle)},
                                                {Lift(tangle, "z1"), Lift(square, "z2")});
-        EXPECT_NEAR(Area(*zones.displayGeometry["z1"]), 1.0, 1e-9);
-        EXPECT_EQ(zones.outlines["z2"].size(), points);
+        EXPECT_NEAR(Area(*zones.zoneDisplayGeometry["z1"]), 1.0, 1e-9);
+        EXPECT_EQ(zones.zoneOutlines["z2"].size(), points);
         EXPECT_EQ(LogLines::lines.size(), 2);
     }
     // Two combs, each in order, one across the other.

@@ -39,9 +39,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QVariant zoneRow = QVariantList{0.0, 0.0, id, true, area};
     const QVariant liftRow = QVariantList{QString(), QString(), lift, QStringLiteral("a,b"), QString(), 2};
     const AxNoflyZones zones = AxReadZones({zoneRow}, {liftRow});
-    Require(zones.polygons.size() == 1 && zones.outlines.contains(id) &&
-            zones.displayGeometry.contains(QStringLiteral("b")));
-    for (const QPointF& point : zones.outlines.value(id))
+    Require(zones.zonePolygons.size() == 1 && zones.zoneOutlines.contains(id) &&
+            zones.zoneDisplayGeometry.contains(QStringLiteral("b")));
+    for (const QPointF& point : zones.zoneOutlines.value(id))
         Require(std::isfinite(point.x()) && std::isfinite(point.y()));
     return 0;
 }
