@@ -65,6 +65,9 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
       zones(new ZonePanel(viewer, cameraRest)), tools(new ToolActions(viewer, this)), place(new QLabel),
       state(new QLabel)
 {
+    // With it Control adds to the selection.
+    constexpr int planning = 1;
+    viewer->SetAppType(planning);
     setWindowTitle(tr("Ground control"));
     setCentralWidget(viewer);
     BuildPanels();

@@ -9,7 +9,8 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
 {
     setExclusionPolicy(ExclusionPolicy::ExclusiveOptional);
     Add(ToolNavigate, tr("&Browse"), tr("Move the map and look at its blocks"));
-    Add(ToolSelect, tr("&Select and move"), tr("Take a block and drag it elsewhere"));
+    Add(ToolSelect, tr("&Select and move"),
+        tr("Take a block and drag it elsewhere; Ctrl and click select several to move together"));
     Add(ToolPolygonBlock, tr("&Polygon block"),
         tr("Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives "
            "it up"));

@@ -18,6 +18,9 @@ struct AxBlockColors
         return {opaque, fill};
     }
 
+    /// The edge of an object that is one of several selected ones: amber, which no object has of its own.
+    static osg::Vec4f SelectedEdge() { return Of(255, 196, 0, 0).edge; }
+
     /// Of survey blocks: blue, and violet once a block has routes.
     static AxBlockColors OfBlock(bool hasRoutes)
     {

@@ -1,5 +1,6 @@
 // The part of the map object that keeps its record, its routes and its nodes.
 #include "interaction/CAxHandleAdapter.h"
+#include "interaction/AxBlockColors.h"
 #include "interaction/AxBlockCommands.h"
 #include "interaction/AxLongitudes.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -202,6 +203,12 @@ void CAxHandleAdapter::SetLockBlock(bool locked, bool drawLock)
         DrawBlockLock();
 }
 
+void CAxHandleAdapter::SetSelectedAmongSeveral(bool selected)
+{
+    if (std::exchange(selectedAmongSeveral, selected) != selected && !leaving)
+        updateAdapter();
+}
+
 bool CAxHandleAdapter::HandleIsPicked(osg::Node* node)
 {
     if (!node)
@@ -300,7 +307,8 @@ void CAxHandleAdapter::updateAdapter()
         return;
     const bool isClosed = blockType != CAxBlock::StripBlock && points.size() > 2;
     const osg::ref_ptr<osg::Geometry> shape =
-        CreateGeom(edgeColor, fillColor, 2.0f, *GetGeometry(), isClosed, isClosed);
+        CreateGeom(selectedAmongSeveral ? AxBlockColors::SelectedEdge() : edgeColor, fillColor, 2.0f,
+                   *GetGeometry(), isClosed, isClosed);
     if (!shape)
         return;
     shape->setName("Feature");

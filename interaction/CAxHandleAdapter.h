@@ -141,6 +141,10 @@ public:
     osgEarth::Annotation::LabelNode* GetNameLabel() const { return nameLabel.get(); }
     osg::Group* GetLockNode() const { return lockNode.get(); }
 
+    /// Draws the object as one of several selected ones, or again as itself. The viewer calls it.
+    void SetSelectedAmongSeveral(bool selected);
+    bool IsSelectedAmongSeveral() const { return selectedAmongSeveral; }
+
     /// Routes of the object; an object with routes is not moved. Not owned.
     const QList<CAxTaskPolygon*>& GetTaskList() const { return tasks; }
     CAxTaskPolygon* GetTask(const QString& taskID) const;
@@ -318,12 +322,14 @@ protected:
     QList<double> elevations;
     QList<osg::ref_ptr<osg::Node>> containedNodes;
     QList<osg::ref_ptr<osg::Node>> containedLabels;
-    osg::Vec4f edgeColor;
+    osg::Vec4f edgeColor; // as itself
     osg::Vec4f fillColor;
     /// What the undo stack calls the edit that is going on.
     QString editText;
 
 private:
+    bool selectedAmongSeveral = false;
+
     friend class CAxEarthViewer;
     void prepareDrawing();
     bool layOnGround();

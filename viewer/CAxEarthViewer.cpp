@@ -217,7 +217,7 @@ void CAxEarthViewer::InitEarthViewer()
 {
     _SetCurHandleAdapter(nullptr);
     multiSelect = false;
-    multiSelectAdapters.clear();
+    emptyMultiSelection();
     multiSelectMarkPoints.clear();
     // The splash screen lets events through, so a host's second call can come in the middle.
     if (earthLoaded || starting)

@@ -308,6 +308,7 @@ private:
     void initShapes();
     void initUndo();
     void stepThroughEdits(bool back);
+    void emptyMultiSelection();
     bool giveUpOperation();
     /// The same for a drag of a vertex or a block only, not for a drawing.
     void giveUpEdit();

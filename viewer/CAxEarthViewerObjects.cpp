@@ -249,10 +249,10 @@ void CAxEarthViewer::SetNodeSelected(osg::Node* node, bool multi, bool report)
     }
     if (!adapter)
         return;
-    if (!multiSelectAdapters.removeOne(adapter))
+    const bool isLeft = multiSelectAdapters.removeOne(adapter);
+    if (!isLeft)
         multiSelectAdapters += adapter;
-    else if (adapter != curHandleAdapter)
-        adapter->SetAnchorEditorEnabled(false);
+    adapter->SetSelectedAmongSeveral(!isLeft);
     if (!report)
         return;
     QStringList ids;
@@ -261,11 +261,17 @@ void CAxEarthViewer::SetNodeSelected(osg::Node* node, bool multi, bool report)
     emit signalMultiSelectBlock(ids);
 }
 
+void CAxEarthViewer::emptyMultiSelection()
+{
+    for (CAxHandleAdapter* adapter : std::exchange(multiSelectAdapters, {}))
+        adapter->SetSelectedAmongSeveral(false);
+}
+
 void CAxEarthViewer::ClearMultiSelectAdapter()
 {
     if (multiSelectAdapters.isEmpty())
         return;
-    multiSelectAdapters.clear();
+    emptyMultiSelection();
     emit signalMultiSelectBlock({});
 }
 

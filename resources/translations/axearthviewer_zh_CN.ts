@@ -613,8 +613,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>选择与移动(&amp;S)</translation>
     </message>
     <message>
-        <source>Take a block and drag it elsewhere</source>
-        <translation>选中测区并拖到别处</translation>
+        <source>Take a block and drag it elsewhere; Ctrl and click select several to move together</source>
+        <translation>选中测区并拖到别处；按住 Ctrl 点击可选中多个一起移动</translation>
     </message>
     <message>
         <source>&amp;Polygon block</source>

@@ -208,6 +208,10 @@ TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
     const double name = one->GetNameLabel()->getPosition().x();
     for (CAxHandleAdapter* block : {one, two})
         viewer->SetNodeSelected(block->GetFeatureNode(), true, false);
+    EXPECT_TRUE(one->IsSelectedAmongSeveral());
+    viewer->SetNodeSelected(two->GetFeatureNode(), true, false);
+    EXPECT_FALSE(two->IsSelectedAmongSeveral()) << "selected twice is not selected";
+    viewer->SetNodeSelected(two->GetFeatureNode(), true, false);
     osg::Vec2f place = WindowOf(20.0, 10.0);
     Push(place.x(), place.y());
     Drag(place.x(), place.y());
@@ -218,8 +222,10 @@ TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
     EXPECT_NEAR(Ring(two)[0].x(), 28.0, 0.1);
     EXPECT_NEAR(one->GetNameLabel()->getPosition().x(), name + 3.0, 0.1);
     EXPECT_NEAR(two->GetNameLabel()->getPosition().x(), 29.5, 0.2);
-    EXPECT_EQ(one->GetAnchorEditor(), nullptr);
-    EXPECT_EQ(two->GetAnchorEditor(), nullptr);
+    for (const CAxHandleAdapter* block : {one, two}) {
+        EXPECT_EQ(block->GetAnchorEditor(), nullptr);
+        EXPECT_FALSE(block->IsSelectedAmongSeveral());
+    }
     EXPECT_TRUE(CAxControl::GetInstance()->IsProjectModified());
     CAxControl::GetInstance()->SetProjectModified(false);
     viewer->GetUndoAction()->trigger();
