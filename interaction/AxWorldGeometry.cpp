@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 using namespace axGlobe;
 
@@ -36,7 +37,8 @@ void main()
     gl_Position.z = gl_Position.w - 0.1;
 }
 )";
-const char fragmentSource[] = R"(#version 330 compatibility
+// Where a part may be behind the globe.
+const char hidingSource[] = R"(#version 330 compatibility
 uniform vec3 axEyeRound;
 uniform float axHorizon;
 in vec3 axWay;
@@ -49,20 +51,22 @@ void main()
     gl_FragColor = axColor;
 }
 )";
-
-// Shared by all shapes for as long as there are any.
-osg::ref_ptr<osg::Program> SharedProgram()
+// Where nothing is, which software renderers draw in a third of the time.
+const char plainSource[] = R"(#version 330 compatibility
+in vec4 axColor;
+void main()
 {
-    static osg::observer_ptr<osg::Program> shared;
-    osg::ref_ptr<osg::Program> program;
-    if (shared.lock(program))
-        return program;
-    program = new osg::Program;
-    program->setName("AxWorldGeometry");
+    gl_FragColor = axColor;
+}
+)";
+
+osg::ref_ptr<osg::Program> MakeProgram(const char* name, const char* fragmentSource)
+{
+    osg::ref_ptr<osg::Program> program = new osg::Program;
+    program->setName(name);
     program->addShader(new osg::Shader(osg::Shader::VERTEX, vertexSource));
     program->addShader(new osg::Shader(osg::Shader::FRAGMENT, fragmentSource));
     program->addBindAttribLocation("axRest", restAttribute);
-    shared = program;
     return program;
 }
 
@@ -83,6 +87,13 @@ double BodyAltitude(const osg::Vec3d& eye, double lowest)
     return std::min({0.0, lowest, eyeAltitude}) - bodyMargin;
 }
 
+// What makes that body a sphere of radius 1.
+osg::Vec3d OverRadii(double altitude)
+{
+    return {1.0 / (semiMajorAxis + altitude), 1.0 / (semiMajorAxis + altitude),
+            1.0 / (semiMinorAxis + altitude)};
+}
+
 // What single precision leaves over. Volatile, because GCC 12 otherwise
 // vectorises the way to float and back into nothing, and the rest with it.
 float Low(double value)
@@ -96,29 +107,63 @@ osg::Vec3f Low(const osg::Vec3d& value)
     return {Low(value.x()), Low(value.y()), Low(value.z())};
 }
 
+// Of a metre one metre ahead; more than any picture has where it is not known.
+double PixelsAtOneMetre(const osg::Viewport* viewport, const osg::Matrixd& projection)
+{
+    return viewport ? 0.5 * projection(1, 1) * viewport->height() : 1e6;
+}
+
 bool IsFill(const osg::PrimitiveSet& primitives)
 {
     return primitives.getMode() >= GL_TRIANGLES;
 }
 } // namespace
 
-AxWorldGeometry::AxWorldGeometry()
+/// What shapes are drawn with, shared by all of them for as long as there are any.
+struct AxWorldGeometry::States : public osg::Referenced
+{
+    States()
+    {
+        const osg::ref_ptr<osg::Program> plain = MakeProgram("AxWorldGeometry", plainSource);
+        const osg::ref_ptr<osg::Program> hiding = MakeProgram("AxWorldGeometry, hiding", hidingSource);
+        for (const bool inSight : {false, true})
+            for (const bool coarse : {false, true}) {
+                osg::ref_ptr<osg::StateSet> state = new osg::StateSet;
+                state->setAttributeAndModes(inSight ? plain : hiding);
+                // Short lines gain little by it, and many of them are what it costs most for.
+                state->setMode(GL_LINE_SMOOTH, coarse ? osg::StateAttribute::OFF : osg::StateAttribute::ON);
+                all[inSight][coarse] = state;
+            }
+    }
+
+    static osg::ref_ptr<States> Shared()
+    {
+        static osg::observer_ptr<States> shared;
+        osg::ref_ptr<States> states;
+        if (!shared.lock(states))
+            shared = states = new States;
+        return states;
+    }
+
+    osg::ref_ptr<osg::StateSet> all[2][2]; // by whether all of it is in sight, and whether it is coarse
+};
+
+AxWorldGeometry::AxWorldGeometry() : states(States::Shared())
 {
     setUseDisplayList(false);
     setSupportsDisplayList(false);
     setUseVertexBufferObjects(true);
-    osg::StateSet* state = getOrCreateStateSet();
-    state->setAttributeAndModes(SharedProgram());
-    state->setMode(GL_LINE_SMOOTH, osg::StateAttribute::ON);
     SetPoints({});
 }
 
 AxWorldGeometry::AxWorldGeometry(const AxWorldGeometry& other, const osg::CopyOp& copy)
     : osg::Geometry(other, copy), coarseFill(other.coarseFill), coarseLine(other.coarseLine),
-      coarseError(other.coarseError), coarseSteepest(other.coarseSteepest), lowest(other.lowest),
-      steepest(other.steepest)
+      coarseError(other.coarseError), coarseSteepest(other.coarseSteepest), coarseSides(other.coarseSides),
+      lowest(other.lowest), steepest(other.steepest), sides(other.sides), states(other.states)
 {
 }
+
+AxWorldGeometry::~AxWorldGeometry() = default;
 
 void AxWorldGeometry::SetPoints(const std::vector<osg::Vec3d>& world)
 {
@@ -133,6 +178,8 @@ void AxWorldGeometry::SetPoints(const std::vector<osg::Vec3d>& world)
     removePrimitiveSet(0, getNumPrimitiveSets());
     coarseFill = nullptr;
     coarseLine = nullptr;
+    sides = AxFillSides();
+    coarseSides = AxFillSides();
     setVertexArray(points);
     setVertexAttribArray(restAttribute, rest, osg::Array::BIND_PER_VERTEX);
     setColorArray(new osg::Vec4Array(static_cast<unsigned>(world.size())), osg::Array::BIND_PER_VERTEX);
@@ -166,7 +213,12 @@ void AxWorldGeometry::SetShape(const AxShapeMesh& mesh, bool closed, const osg::
     if (outline > 0)
         addPrimitiveSet(
             new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, 0, static_cast<int>(outline)));
-    if (!isFilled || !(mesh.coarseError > 0.0))
+    if (!isFilled)
+        return;
+    std::vector<unsigned> ring(outline);
+    std::iota(ring.begin(), ring.end(), 0u);
+    sides = AxFillSides(mesh.points, ring, mesh.triangles);
+    if (!(mesh.coarseError > 0.0))
         return;
     const auto elements = [](GLenum mode, const std::vector<unsigned>& indices, unsigned offset) {
         osg::ref_ptr<osg::DrawElementsUInt> set = new osg::DrawElementsUInt(mode);
@@ -180,6 +232,7 @@ void AxWorldGeometry::SetShape(const AxShapeMesh& mesh, bool closed, const osg::
     coarseLine = elements(closed ? GL_LINE_LOOP : GL_LINE_STRIP, mesh.coarseOutline, 0);
     coarseError = mesh.coarseError;
     coarseSteepest = mesh.coarseSteepest;
+    coarseSides = AxFillSides(mesh.points, mesh.coarseOutline, mesh.coarseTriangles);
 }
 
 void AxWorldGeometry::SetLineWidth(float pixels)
@@ -228,10 +281,22 @@ bool AxWorldGeometry::IsBeyondHorizon(const osg::Vec3d& eye) const
     return between - std::asin(radius / distance) > reach;
 }
 
-// Whether parts of the fill may lie behind others for this eye: not while all
-// of it is seen from above.
-bool AxWorldGeometry::MayFold(const osg::Vec3d& eye, double steepestSlope) const
+// Whether nothing of it can be behind the globe: all of it lies before the
+// plane of the horizon.
+bool AxWorldGeometry::IsInSight(const osg::Vec3d& eye) const
 {
+    const osg::BoundingSphere& bound = getBound();
+    const osg::Vec3d round = OverRadii(BodyAltitude(eye, lowest));
+    const osg::Vec3d eyeRound = osg::componentMultiply(eye, round);
+    const osg::Vec3d center = osg::componentMultiply(osg::Vec3d(bound.center()), round);
+    return bound.valid() &&
+           center * eyeRound - static_cast<double>(bound.radius()) * round.z() * eyeRound.length() > 1.0;
+}
+
+// Whether so much of the fill that it can be seen may lie behind other parts of it.
+bool AxWorldGeometry::MayFold(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const
+{
+    constexpr double hardlySeenPixels = 2.0; // square ones
     const osg::BoundingSphere& bound = getBound();
     const osg::Vec3d center = bound.center();
     const double radius = static_cast<double>(bound.radius());
@@ -240,20 +305,23 @@ bool AxWorldGeometry::MayFold(const osg::Vec3d& eye, double steepestSlope) const
     const double fromCenter = center.length();
     if (radius >= distance || radius >= fromCenter)
         return true;
+    // Not while all of it is seen from above.
     const double slant = std::acos(std::clamp((sight * center) / (distance * fromCenter), -1.0, 1.0));
-    return slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + steepestSlope >= 0.5 * pi;
+    const double slope = coarse ? coarseSteepest : steepest;
+    if (slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + slope < 0.5 * pi)
+        return false;
+    const double angle = (coarse ? coarseSides : sides).CoveringItself(eye);
+    return !(angle * pixelsAtOneMetre * pixelsAtOneMetre < hardlySeenPixels);
 }
 
 // Whether what the coarse shape is off cannot be seen.
-bool AxWorldGeometry::isSmall(const osg::Vec3d& eye, const osg::State& state) const
+bool AxWorldGeometry::isSmall(const osg::Vec3d& eye, double pixelsAtOneMetre) const
 {
     constexpr double hardlySeenPixels = 1.5;
-    const osg::Viewport* viewport = state.getCurrentViewport();
-    if (!coarseFill || !coarseLine || !viewport)
+    if (!coarseFill || !coarseLine)
         return false;
     const osg::BoundingSphere& bound = getBound();
     const double distance = (eye - osg::Vec3d(bound.center())).length() - static_cast<double>(bound.radius());
-    const double pixelsAtOneMetre = 0.5 * state.getProjectionMatrix()(1, 1) * viewport->height();
     return coarseError * pixelsAtOneMetre < hardlySeenPixels * distance;
 }
 
@@ -288,7 +356,12 @@ void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
         const osg::CullSettings::ComputeNearFarMode mode = cull->getComputeNearFarMode();
         const osg::CullSettings::InheritanceMask inherited = cull->getInheritanceMask();
         cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+        const osg::Vec3d eye = cull->getEyeLocal();
+        const bool coarse = cull->getProjectionMatrix() &&
+                            isSmall(eye, PixelsAtOneMetre(cull->getViewport(), *cull->getProjectionMatrix()));
+        cull->pushStateSet(states->all[IsInSight(eye)][coarse]);
         visitor.apply(*this);
+        cull->popStateSet();
         cull->setComputeNearFarMode(mode);
         cull->setInheritanceMask(inherited);
     } else {
@@ -297,27 +370,37 @@ void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
     visitor.popFromNodePath();
 }
 
+void AxWorldGeometry::setUniforms(const osg::Vec3d& eye, osg::State& state) const
+{
+    static const unsigned eyeHigh = osg::Uniform::getNameID("axEyeHigh");
+    static const unsigned eyeLow = osg::Uniform::getNameID("axEyeLow");
+    static const unsigned round = osg::Uniform::getNameID("axRound");
+    static const unsigned eyeRound = osg::Uniform::getNameID("axEyeRound");
+    static const unsigned horizon = osg::Uniform::getNameID("axHorizon");
+    const osg::Program::PerContextProgram* program = state.getLastAppliedProgramObject();
+    if (!program)
+        return;
+    auto* gl = state.get<osg::GLExtensions>();
+    const auto set = [&](unsigned name, const osg::Vec3f& value) {
+        gl->glUniform3fv(program->getUniformLocation(name), 1, value.ptr());
+    };
+    set(eyeHigh, osg::Vec3f(eye));
+    set(eyeLow, Low(eye));
+    const GLint hides = program->getUniformLocation(horizon);
+    if (hides < 0)
+        return;
+    const osg::Vec3d scale = OverRadii(BodyAltitude(eye, lowest));
+    const osg::Vec3d scaled = osg::componentMultiply(eye, scale);
+    set(round, osg::Vec3f(scale));
+    set(eyeRound, osg::Vec3f(scaled));
+    gl->glUniform1f(hides, static_cast<float>(std::max(scaled.length2() - 1.0, 0.0)));
+}
+
 void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
 {
     osg::State& state = *info.getState();
     const osg::Vec3d eye = osg::Matrixd::inverse(state.getModelViewMatrix()).getTrans();
-    if (const osg::Program::PerContextProgram* program = state.getLastAppliedProgramObject()) {
-        auto* gl = state.get<osg::GLExtensions>();
-        const auto set = [&](const char* name, const osg::Vec3f& value) {
-            gl->glUniform3fv(program->getUniformLocation(osg::Uniform::getNameID(name)), 1, value.ptr());
-        };
-        const double altitude = BodyAltitude(eye, lowest);
-        const osg::Vec3d round(1.0 / (semiMajorAxis + altitude), 1.0 / (semiMajorAxis + altitude),
-                               1.0 / (semiMinorAxis + altitude));
-        const osg::Vec3d eyeRound = osg::componentMultiply(eye, round);
-        set("axEyeHigh", osg::Vec3f(eye));
-        set("axEyeLow", Low(eye));
-        set("axRound", osg::Vec3f(round));
-        set("axEyeRound", osg::Vec3f(eyeRound));
-        gl->glUniform1f(program->getUniformLocation(osg::Uniform::getNameID("axHorizon")),
-                        static_cast<float>(std::max(eyeRound.length2() - 1.0, 0.0)));
-    }
-
+    setUniforms(eye, state);
     const bool hasBuffers =
         state.useVertexBufferObject(_supportsVertexBufferObjects && _useVertexBufferObjects);
     const bool hasArrayObjects = hasBuffers && state.useVertexArrayObject(_useVertexArrayObject);
@@ -325,11 +408,12 @@ void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
     arrays->setVertexBufferObjectSupported(hasBuffers);
     drawVertexArraysImplementation(info);
 
-    const bool coarse = isSmall(eye, state);
+    const double pixels = PixelsAtOneMetre(state.getCurrentViewport(), state.getProjectionMatrix());
+    const bool coarse = isSmall(eye, pixels);
     const bool isStencilFree = !state.getLastAppliedMode(GL_STENCIL_TEST);
     const bool hasFill = std::any_of(_primitives.begin(), _primitives.end(),
                                      [](const auto& primitives) { return IsFill(*primitives); });
-    if (hasFill && isStencilFree && MayFold(eye, coarse ? coarseSteepest : steepest)) {
+    if (hasFill && isStencilFree && MayFold(eye, pixels, coarse)) {
         // Marks the pixels first, then paints each and takes its mark away.
         glEnable(GL_STENCIL_TEST);
         glStencilMask(onceBit);
@@ -349,15 +433,26 @@ void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
     } else {
         drawFill(coarse, state, hasBuffers);
     }
-    // Short lines gain little by it, and many of them are what it costs most for.
-    if (coarse)
-        glDisable(GL_LINE_SMOOTH);
     drawLines(coarse, state, hasBuffers);
-    if (coarse)
-        glEnable(GL_LINE_SMOOTH);
 
     if (hasBuffers && !hasArrayObjects) {
         arrays->unbindVertexBufferObject();
         arrays->unbindElementBufferObject();
     }
+}
+
+void AxWorldGeometry::resizeGLObjectBuffers(unsigned maxSize)
+{
+    osg::Geometry::resizeGLObjectBuffers(maxSize);
+    for (const auto& bySight : states->all)
+        for (const auto& state : bySight)
+            state->resizeGLObjectBuffers(maxSize);
+}
+
+void AxWorldGeometry::releaseGLObjects(osg::State* state) const
+{
+    osg::Geometry::releaseGLObjects(state);
+    for (const auto& bySight : states->all)
+        for (const auto& shared : bySight)
+            shared->releaseGLObjects(state);
 }

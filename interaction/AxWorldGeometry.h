@@ -1,4 +1,5 @@
 #pragma once
+#include "interaction/AxFillSides.h"
 #include "viewer/AxEarthViewerExport.h"
 
 #include <osg/Geometry>
@@ -48,26 +49,35 @@ public:
 
     osg::BoundingBox computeBoundingBox() const override;
     void drawImplementation(osg::RenderInfo& info) const override;
+    void resizeGLObjectBuffers(unsigned maxSize) override;
+    void releaseGLObjects(osg::State* state = nullptr) const override;
 
     /// Least alpha that counts as visible.
     static constexpr float visibleAlpha = 1e-5f;
 
 protected:
-    ~AxWorldGeometry() override = default;
+    ~AxWorldGeometry() override;
 
 private:
+    struct States;
+
     bool IsBeyondHorizon(const osg::Vec3d& eye) const;
-    bool MayFold(const osg::Vec3d& eye, double steepestSlope) const;
+    bool IsInSight(const osg::Vec3d& eye) const;
+    bool MayFold(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const;
 
     void drawLines(bool coarse, osg::State& state, bool hasBuffers) const;
     void drawFill(bool coarse, osg::State& state, bool hasBuffers) const;
-    bool isSmall(const osg::Vec3d& eye, const osg::State& state) const;
+    bool isSmall(const osg::Vec3d& eye, double pixelsAtOneMetre) const;
+    void setUniforms(const osg::Vec3d& eye, osg::State& state) const;
 
     // The same shape of fewer points, for small pictures; null when there is none.
     osg::ref_ptr<osg::DrawElementsUInt> coarseFill;
     osg::ref_ptr<osg::DrawElementsUInt> coarseLine;
     double coarseError = 0.0; // metres
     double coarseSteepest = 0.0;
+    AxFillSides coarseSides;
     double lowest = 0.0;   // metres above the ellipsoid
     double steepest = 0.0; // radians against the horizon
+    AxFillSides sides;
+    osg::ref_ptr<States> states;
 };
