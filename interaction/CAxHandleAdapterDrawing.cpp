@@ -1,5 +1,4 @@
 // The part of the map object that draws: shape, name and lock.
-#include "interaction/AxLabelProgram.h"
 #include "interaction/AxRingInPlane.h"
 #include "interaction/AxRingTriangles.h"
 #include "interaction/AxShapeClamp.h"
@@ -305,8 +304,6 @@ void CAxHandleAdapter::DrawNameLabel()
         }
         label = new LabelNode(mapNode, position, name, style);
         label->setName("BlockName");
-        label->getOrCreateStateSet()->setAttributeAndModes(
-            AxLabelProgram(), osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE);
         label->setPriority(namePriority);
         label->setDynamic(true);
         label->setNodeMask(isShown ? ~0u : 0u);

@@ -181,35 +181,57 @@ TEST(FeatDrawDrape, LinesInWorldCoordinatesLieOnTheGroundInPixels)
     EXPECT_EQ(countPixels(globe, isPureRed), 0) << "drawn as it is, the line lies deep below the hills";
 }
 
+/// The columns of the screen that have a pure red pixel: first and last.
+std::pair<int, int> redColumns(OffscreenGlobe& globe)
+{
+    int left = OffscreenGlobe::kWidth, right = 0;
+    for (int y = 0; y < OffscreenGlobe::kHeight; ++y)
+        for (int x = 0; x < OffscreenGlobe::kWidth; ++x)
+            if (isPureRed(globe.pixel(x, y))) {
+                left = std::min(left, x);
+                right = std::max(right, x);
+            }
+    return {left, right};
+}
+
 TEST(FeatDrawLabel, StandsAtItsPlaceInPixels)
 {
+    struct Row
+    {
+        const char* text;
+        TextSymbol::Alignment alignment;
+        double size;
+        int from, to; // columns beside the place
+    };
     OffscreenGlobe globe(plainGlobe());
-    Style style;
-    style.getOrCreate<TextSymbol>()->fill()->color() = Color::Red;
-    style.getOrCreate<TextSymbol>()->size() = NumericExpression(40.0);
-    style.getOrCreate<TextSymbol>()->alignment() = TextSymbol::ALIGN_CENTER_CENTER;
-    osg::ref_ptr<LabelNode> label = new LabelNode(&globe.mapNode(), place(kLon, kLat), "HHHH", style);
-    globe.mapNode().addChild(label);
-    for (const double range : {100000.0, 10000000.0}) {
-        globe.lookAt(kLon, kLat, 0.0, 0.0, -90.0, range);
+    for (const Row& row :
+         {Row{"HHHH", TextSymbol::ALIGN_CENTER_CENTER, 40.0, -60, 60},
+          Row{"HHHH", TextSymbol::ALIGN_LEFT_BOTTOM, 40.0, 0, 120},
+          Row{"HHHH", TextSymbol::ALIGN_RIGHT_TOP, 40.0, -120, 0},
+          // What is not drawn out of the shared picture of letters: odd sizes, several lines.
+          Row{"HHHH", TextSymbol::ALIGN_CENTER_CENTER, 40.4, -60, 60},
+          Row{"HHHH\nHHHH", TextSymbol::ALIGN_CENTER_CENTER, 40.0, -60, 60}}) {
+        SCOPED_TRACE(testing::Message() << row.text << ' ' << row.alignment << ' ' << row.size);
+        Style style;
+        style.getOrCreate<TextSymbol>()->fill()->color() = Color::Red;
+        style.getOrCreate<TextSymbol>()->size() = NumericExpression(row.size);
+        style.getOrCreate<TextSymbol>()->alignment() = row.alignment;
+        osg::ref_ptr<LabelNode> label = new LabelNode(&globe.mapNode(), place(kLon, kLat), row.text, style);
+        globe.mapNode().addChild(label);
+        for (const double range : {100000.0, 10000000.0}) {
+            globe.lookAt(kLon, kLat, 0.0, 0.0, -90.0, range);
+            settle(globe);
+            EXPECT_GT(countPixels(globe, isPureRed), 300) << range;
+            const auto [left, right] = redColumns(globe);
+            EXPECT_NEAR(left, 320 + row.from, 9);
+            EXPECT_NEAR(right, 320 + row.to, 9);
+        }
+        // From the other side of the globe it is not seen.
+        globe.lookAt(kLon + 180.0, -kLat, 0.0, 0.0, -90.0, 10000000.0);
         settle(globe);
-        const int letters = countPixels(globe, isPureRed);
-        EXPECT_GT(letters, 300) << range;
-        int left = OffscreenGlobe::kWidth, right = 0;
-        for (int y = 0; y < OffscreenGlobe::kHeight; ++y)
-            for (int x = 0; x < OffscreenGlobe::kWidth; ++x)
-                if (isPureRed(globe.pixel(x, y))) {
-                    left = std::min(left, x);
-                    right = std::max(right, x);
-                }
-        EXPECT_NEAR(0.5 * (left + right), 320.0, 4.0);
-        EXPECT_GT(right - left, 80);
-        EXPECT_LT(right - left, 200);
+        EXPECT_EQ(countPixels(globe, isPureRed), 0);
+        globe.mapNode().removeChild(label);
     }
-    // From the other side of the globe it is not seen.
-    globe.lookAt(kLon + 180.0, -kLat, 0.0, 0.0, -90.0, 10000000.0);
-    settle(globe);
-    EXPECT_EQ(countPixels(globe, isPureRed), 0);
 }
 
 TEST(FeatDrawLayer, PlaceNamesAppearAndFollowVisibility)

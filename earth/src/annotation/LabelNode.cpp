@@ -1,3 +1,4 @@
+#include "LabelLetters.h"
 #include "TextDrawables.h"
 #include <osgEarthAnnotation/LabelNode>
 
@@ -90,7 +91,9 @@ void LabelNode::rebuild()
     if (_text.empty())
         return;
     const TextSymbol* symbol = _style.get<TextSymbol>();
-    osg::ref_ptr<osgText::Text> text = makeText(_text, symbol);
+    osg::ref_ptr<osg::Drawable> text = makeLetters(_text, symbol);
+    if (!text)
+        text = makeText(_text, symbol);
     text->setDataVariance(getDataVariance());
     ScreenSpaceLayoutData* layout = ScreenSpaceLayoutData::getOrCreate(text.get());
     const bool always = symbol && symbol->declutter().isSetTo(false);

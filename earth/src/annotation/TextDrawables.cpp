@@ -3,15 +3,11 @@
 #include <osg/BlendFunc>
 #include <osg/Math>
 #include <osg/Texture2D>
-#include <osgText/String>
 
 namespace osgEarth {
 using namespace Symbology;
 
-namespace {
-constexpr float kDefaultSize = 16.0f;
-
-osgText::String::Encoding encodingOf(const TextSymbol* symbol)
+osgText::String::Encoding textEncodingOf(const TextSymbol* symbol)
 {
     if (!symbol || !symbol->encoding().isSet())
         return osgText::String::ENCODING_UTF8; // of which ASCII is a part
@@ -24,20 +20,19 @@ osgText::String::Encoding encodingOf(const TextSymbol* symbol)
         return osgText::String::ENCODING_UTF8;
     }
 }
-} // namespace
 
 osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbol* symbol)
 {
     osg::ref_ptr<osgText::Text> text = new osgText::Text();
     text->setFont(fontNamed(symbol ? symbol->font().value() : std::string()));
-    const float size = symbol && symbol->size().isSet() ? float(symbol->size()->eval()) : kDefaultSize;
-    text->setCharacterSize(size > 0.0f ? size : kDefaultSize);
+    const float size = symbol && symbol->size().isSet() ? float(symbol->size()->eval()) : kTextSize;
+    text->setCharacterSize(size > 0.0f ? size : kTextSize);
     text->setFontResolution(unsigned(text->getCharacterHeight()), unsigned(text->getCharacterHeight()));
     text->setAxisAlignment(osgText::Text::XY_PLANE);
     text->setAlignment(
         osgText::Text::AlignmentType(symbol ? symbol->alignment().value() : TextSymbol::ALIGN_BASE_LINE));
     text->setColor(symbol && symbol->fill().isSet() ? symbol->fill()->color() : Color::White);
-    const Color halo = symbol && symbol->halo().isSet() ? symbol->halo()->color() : Color(0.1f, 0.1f, 0.1f);
+    const Color halo = symbol && symbol->halo().isSet() ? symbol->halo()->color() : Color(kTextHalo);
     if (halo.a() > 0.0f) {
         text->setBackdropType(osgText::Text::OUTLINE);
         text->setBackdropColor(halo);
@@ -49,7 +44,7 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
         text->setLayout(osgText::Text::VERTICAL);
     if (symbol && symbol->onScreenRotation().isSet())
         text->setRotation(osg::Quat(osg::DegreesToRadians(symbol->onScreenRotation()->eval()), osg::Z_AXIS));
-    text->setText(content, encodingOf(symbol));
+    text->setText(content, textEncodingOf(symbol));
     // Its place on the screen is not where the view test would look for it.
     text->setCullingActive(false);
     return text;

@@ -3,10 +3,18 @@
 #include <osg/Image>
 #include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/TextSymbol>
+#include <osgText/String>
 #include <osgText/Text>
 #include <string>
 
 namespace osgEarth {
+/// Of texts whose symbol does not say, pixels and colour.
+constexpr float kTextSize = 16.0f;
+const osg::Vec4f kTextHalo(0.1f, 0.1f, 0.1f, 1.0f);
+
+/// How the symbol's texts are encoded, UTF-8 unless it says otherwise.
+osgText::String::Encoding textEncodingOf(const Symbology::TextSymbol* symbol);
+
 /// A text in pixels round its own origin, as the symbol says; null symbol: white with a dark rim.
 osg::ref_ptr<osgText::Text> makeText(const std::string& text, const Symbology::TextSymbol* symbol);
 

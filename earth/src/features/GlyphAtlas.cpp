@@ -33,6 +33,11 @@ GlyphAtlas::GlyphAtlas(osgText::Font* font, unsigned pixels)
     reset();
 }
 
+float GlyphAtlas::rimPixels()
+{
+    return float(kRim);
+}
+
 void GlyphAtlas::reset()
 {
     std::memset(_image->data(), 0, _image->getTotalSizeInBytes());

@@ -29,6 +29,9 @@ public:
     /// A round mark with a rim, centred on the pen.
     const Glyph& dot() { return _dot; }
 
+    /// How far a letter's picture reaches beyond the letter on each side, pixels.
+    static float rimPixels();
+
     /// Whether a letter found no room since the last reset.
     bool isFull() const { return _full; }
     /// Forgets all letters.

@@ -1,0 +1,226 @@
+#include "LabelLetters.h"
+#include "features/GlyphAtlas.h"
+#include "Fonts.h"
+#include "TextDrawables.h"
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <osg/Geometry>
+#include <osg/Program>
+
+namespace osgEarth {
+using namespace Symbology;
+using Features::GlyphAtlas;
+
+namespace {
+constexpr double kSmallestText = 6.0, kLargestText = 64.0; // pixels
+constexpr double kWidestRim = 3.0;                         // pixels
+constexpr size_t kLongestText = 10000; // letters, of four vertices each that are counted in 16 bits
+// Attributes below this one share their places with OpenGL's own on some drivers.
+constexpr unsigned kHaloAttribute = 6;
+
+const char kVertexShader[] = R"(#version 330 compatibility
+in vec4 ax_halo;
+out vec2 ax_place;
+out vec4 ax_fillColor;
+out vec4 ax_haloColor;
+void main()
+{
+    gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+    ax_place = gl_MultiTexCoord0.xy;
+    ax_fillColor = gl_Color;
+    ax_haloColor = ax_halo;
+}
+)";
+const char kFragmentShader[] = R"(#version 330 compatibility
+uniform sampler2D ax_letters;
+in vec2 ax_place;
+in vec4 ax_fillColor;
+in vec4 ax_haloColor;
+void main()
+{
+    vec4 cover = texture(ax_letters, ax_place); // letter, letter, letter, letter with rim
+    gl_FragColor = vec4(mix(ax_haloColor.rgb, ax_fillColor.rgb, cover.r),
+                        max(cover.a * ax_haloColor.a, cover.r * ax_fillColor.a));
+}
+)";
+
+/// What texts of one font and size share while there are any.
+struct Letters
+{
+    Letters(osgText::Font* font, unsigned pixels) : atlas(font, pixels), state(new osg::StateSet())
+    {
+        osg::ref_ptr<osg::Program> program = new osg::Program();
+        program->setName("letters");
+        program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
+        program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+        program->addBindAttribLocation("ax_halo", kHaloAttribute);
+        state->setDataVariance(osg::Object::DYNAMIC);
+        // Nothing else can draw from this picture.
+        state->setAttributeAndModes(program.get(), osg::StateAttribute::ON | osg::StateAttribute::PROTECTED);
+        state->setTextureAttribute(0, atlas.texture());
+        state->addUniform(new osg::Uniform("ax_letters", 0));
+    }
+    std::mutex mutex; // of the atlas
+    GlyphAtlas atlas;
+    osg::ref_ptr<osg::StateSet> state;
+};
+
+std::shared_ptr<Letters> lettersOf(osgText::Font* font, unsigned pixels)
+{
+    static std::mutex mutex;
+    static std::map<std::pair<osgText::Font*, unsigned>, std::weak_ptr<Letters>> known;
+    std::lock_guard<std::mutex> lock(mutex);
+    std::weak_ptr<Letters>& slot = known[{font, pixels}];
+    std::shared_ptr<Letters> letters = slot.lock();
+    if (!letters)
+        slot = letters = std::make_shared<Letters>(font, pixels);
+    return letters;
+}
+
+class LetterDrawable : public osg::Geometry
+{
+public:
+    explicit LetterDrawable(std::shared_ptr<Letters> letters) : _letters(std::move(letters))
+    {
+        setUseDisplayList(false);
+        setUseVertexBufferObjects(true);
+        // Its place on the screen is not where the view test would look for it.
+        setCullingActive(false);
+        setStateSet(_letters->state.get());
+    }
+
+    /// False when there is nothing to see of it, or no room for all letters.
+    bool write(const osgText::String& text, const TextSymbol* symbol)
+    {
+        layOut(text);
+        if (_letters->atlas.isFull() || !_box.valid())
+            return false;
+        align(symbol ? symbol->alignment().value() : TextSymbol::ALIGN_BASE_LINE);
+        const osg::Vec4f fill = symbol && symbol->fill().isSet() ? symbol->fill()->color() : Color::White;
+        osg::Vec4f halo = symbol && symbol->halo().isSet() ? symbol->halo()->color() : kTextHalo;
+        // Without a rim the letters' soft edges keep their own colour.
+        if (halo.a() <= 0.0f)
+            halo.set(fill.r(), fill.g(), fill.b(), 0.0f);
+        osg::ref_ptr<osg::Vec4Array> fills = new osg::Vec4Array();
+        fills->assign(_corners->size(), fill);
+        osg::ref_ptr<osg::Vec4Array> halos = new osg::Vec4Array();
+        halos->assign(_corners->size(), halo);
+        setVertexArray(_corners.get());
+        setTexCoordArray(0, _places.get(), osg::Array::BIND_PER_VERTEX);
+        setColorArray(fills.get(), osg::Array::BIND_PER_VERTEX);
+        setVertexAttribArray(kHaloAttribute, halos.get(), osg::Array::BIND_PER_VERTEX);
+        addPrimitiveSet(_indices.get());
+        dirtyBound();
+        return true;
+    }
+
+    osg::BoundingBox computeBoundingBox() const override { return _box; }
+
+private:
+    void layOut(const osgText::String& text)
+    {
+        const std::lock_guard<std::mutex> lock(_letters->mutex);
+        float pen = 0.0f;
+        for (const unsigned code : text) {
+            const GlyphAtlas::Glyph& glyph = _letters->atlas.glyph(code);
+            if (glyph.drawn)
+                add(glyph, pen);
+            pen += glyph.advance;
+        }
+    }
+    void add(const GlyphAtlas::Glyph& glyph, float pen)
+    {
+        const auto first = static_cast<unsigned short>(_corners->size());
+        const float x0 = pen + glyph.left, y0 = glyph.bottom;
+        const float x1 = x0 + glyph.width, y1 = y0 + glyph.height;
+        for (const osg::Vec3f& c :
+             {osg::Vec3f(x0, y0, 0), osg::Vec3f(x1, y0, 0), osg::Vec3f(x1, y1, 0), osg::Vec3f(x0, y1, 0)})
+            _corners->push_back(c);
+        for (const osg::Vec2f& t : {osg::Vec2f(glyph.u0, glyph.v0), osg::Vec2f(glyph.u1, glyph.v0),
+                                    osg::Vec2f(glyph.u1, glyph.v1), osg::Vec2f(glyph.u0, glyph.v1)})
+            _places->push_back(t);
+        for (const int i : {0, 1, 2, 0, 2, 3})
+            _indices->push_back(static_cast<unsigned short>(first + i));
+        const float rim = GlyphAtlas::rimPixels();
+        _box.expandBy(x0 + rim, y0 + rim, 0.0f);
+        _box.expandBy(x1 - rim, y1 - rim, 0.0f);
+    }
+    /// Puts the origin where the alignment wants it, in whole pixels: the letters are not blended between.
+    void align(TextSymbol::Alignment alignment)
+    {
+        using T = TextSymbol;
+        osg::Vec3f origin;
+        switch (alignment) {
+        case T::ALIGN_CENTER_TOP:
+        case T::ALIGN_CENTER_CENTER:
+        case T::ALIGN_CENTER_BOTTOM:
+        case T::ALIGN_CENTER_BASE_LINE:
+        case T::ALIGN_CENTER_BOTTOM_BASE_LINE:
+            origin.x() = _box.center().x();
+            break;
+        case T::ALIGN_RIGHT_TOP:
+        case T::ALIGN_RIGHT_CENTER:
+        case T::ALIGN_RIGHT_BOTTOM:
+        case T::ALIGN_RIGHT_BASE_LINE:
+        case T::ALIGN_RIGHT_BOTTOM_BASE_LINE:
+            origin.x() = _box.xMax();
+            break;
+        default:
+            origin.x() = _box.xMin();
+            break;
+        }
+        switch (alignment) {
+        case T::ALIGN_LEFT_TOP:
+        case T::ALIGN_CENTER_TOP:
+        case T::ALIGN_RIGHT_TOP:
+            origin.y() = _box.yMax();
+            break;
+        case T::ALIGN_LEFT_CENTER:
+        case T::ALIGN_CENTER_CENTER:
+        case T::ALIGN_RIGHT_CENTER:
+            origin.y() = _box.center().y();
+            break;
+        case T::ALIGN_LEFT_BOTTOM:
+        case T::ALIGN_CENTER_BOTTOM:
+        case T::ALIGN_RIGHT_BOTTOM:
+            origin.y() = _box.yMin();
+            break;
+        default:
+            break;
+        }
+        origin.set(std::round(origin.x()), std::round(origin.y()), 0.0f);
+        for (osg::Vec3f& corner : *_corners)
+            corner -= origin;
+        const osg::Vec3f rim(GlyphAtlas::rimPixels(), GlyphAtlas::rimPixels(), 0.0f);
+        _box = osg::BoundingBox(_box._min - origin - rim, _box._max - origin + rim);
+    }
+
+    const std::shared_ptr<Letters> _letters;
+    osg::ref_ptr<osg::Vec3Array> _corners = new osg::Vec3Array();
+    osg::ref_ptr<osg::Vec2Array> _places = new osg::Vec2Array();
+    osg::ref_ptr<osg::DrawElementsUShort> _indices = new osg::DrawElementsUShort(GL_TRIANGLES);
+    osg::BoundingBox _box; // without the letters' rims until it is aligned
+};
+} // namespace
+
+osg::ref_ptr<osg::Drawable> makeLetters(const std::string& content, const TextSymbol* symbol)
+{
+    const double size = symbol && symbol->size().isSet() ? symbol->size()->eval() : kTextSize;
+    const bool turned =
+        symbol && symbol->onScreenRotation().isSet() && symbol->onScreenRotation()->eval() != 0.0;
+    const bool leftToRight =
+        !symbol || !symbol->layout().isSet() || symbol->layout().isSetTo(TextSymbol::LAYOUT_LEFT_TO_RIGHT);
+    const osgText::String text(content, textEncodingOf(symbol));
+    if (size < kSmallestText || size > kLargestText || size != std::round(size) || turned || !leftToRight ||
+        (symbol && symbol->haloOffset().value() * size > kWidestRim) || text.size() > kLongestText ||
+        std::find(text.begin(), text.end(), unsigned('\n')) != text.end())
+        return nullptr;
+    const auto letters =
+        lettersOf(fontNamed(symbol ? symbol->font().value() : std::string()), unsigned(size));
+    osg::ref_ptr<LetterDrawable> drawable = new LetterDrawable(letters);
+    return drawable->write(text, symbol) ? drawable : nullptr;
+}
+} // namespace osgEarth
