@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <numeric>
 
 using namespace axGlobe;
@@ -26,7 +27,7 @@ uniform vec3 axEyeLow;
 uniform vec3 axRound;
 in vec3 axRest;
 out vec3 axWay;
-out vec4 axColor;
+flat out vec4 axColor;
 void main()
 {
     vec3 way = (gl_Vertex.xyz - axEyeHigh) + (axRest - axEyeLow);
@@ -42,7 +43,7 @@ const char hidingSource[] = R"(#version 330 compatibility
 uniform vec3 axEyeRound;
 uniform float axHorizon;
 in vec3 axWay;
-in vec4 axColor;
+flat in vec4 axColor;
 void main()
 {
     float down = -dot(axWay, axEyeRound);
@@ -51,9 +52,9 @@ void main()
     gl_FragColor = axColor;
 }
 )";
-// Where nothing is, which software renderers draw in a third of the time.
+// Where nothing is, which costs software renderers far less.
 const char plainSource[] = R"(#version 330 compatibility
-in vec4 axColor;
+flat in vec4 axColor;
 void main()
 {
     gl_FragColor = axColor;
@@ -145,6 +146,17 @@ struct AxWorldGeometry::States : public osg::Referenced
         return states;
     }
 
+    osg::StateSet* OfWidth(float pixels)
+    {
+        osg::ref_ptr<osg::StateSet>& state = widths[pixels];
+        if (!state) {
+            state = new osg::StateSet;
+            state->setAttributeAndModes(new osg::LineWidth(pixels));
+        }
+        return state;
+    }
+
+    std::map<float, osg::ref_ptr<osg::StateSet>> widths;
     osg::ref_ptr<osg::StateSet> all[2][2]; // by whether all of it is in sight, and whether it is coarse
 };
 
@@ -235,9 +247,10 @@ void AxWorldGeometry::SetShape(const AxShapeMesh& mesh, bool closed, const osg::
     coarseSides = AxFillSides(mesh.points, mesh.coarseOutline, mesh.coarseTriangles);
 }
 
+// One state for all shapes of a width: between those nothing has to be changed.
 void AxWorldGeometry::SetLineWidth(float pixels)
 {
-    getOrCreateStateSet()->setAttributeAndModes(new osg::LineWidth(pixels));
+    setStateSet(states->OfWidth(pixels));
 }
 
 float AxWorldGeometry::GetLineWidth() const

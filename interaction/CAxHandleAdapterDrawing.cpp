@@ -68,6 +68,24 @@ bool HasVertices(const osg::Geometry* geometry, int first, int count)
            count > 0 && static_cast<unsigned>(first + count) <= geometry->getVertexArray()->getNumElements();
 }
 
+// Of all shapes while there are any: between them the renderer changes nothing.
+osg::ref_ptr<osg::StateSet> ShapeState()
+{
+    static osg::observer_ptr<osg::StateSet> shared;
+    osg::ref_ptr<osg::StateSet> state;
+    if (shared.lock(state))
+        return state;
+    shared = state = new osg::StateSet;
+    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
+    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
+    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
+    state->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+    return state;
+}
+
 AxHeightSource GroundOf(const osg::ref_ptr<CAxEarthManipulator>& manipulator)
 {
     return [manipulator](std::vector<osg::Vec3d>& points) {
@@ -116,14 +134,7 @@ struct CAxHandleAdapter::Drawing
 
 void CAxHandleAdapter::prepareDrawing()
 {
-    osg::StateSet* state = featureNode->getOrCreateStateSet();
-    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
-    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
-    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
-    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
-    state->setAttributeAndModes(
-        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
-    state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+    featureNode->setStateSet(ShapeState());
 
     auto* text = style.getOrCreate<TextSymbol>();
     text->font() = "msyh.ttc";

@@ -9,6 +9,7 @@
 #include <mutex>
 #include <osg/Geometry>
 #include <osg/Program>
+#include <osgUtil/CullVisitor>
 
 namespace osgEarth {
 using namespace Symbology;
@@ -24,8 +25,8 @@ constexpr unsigned kHaloAttribute = 6;
 const char kVertexShader[] = R"(#version 330 compatibility
 in vec4 ax_halo;
 out vec2 ax_place;
-out vec4 ax_fillColor;
-out vec4 ax_haloColor;
+flat out vec4 ax_fillColor;
+flat out vec4 ax_haloColor;
 void main()
 {
     gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
@@ -37,8 +38,8 @@ void main()
 const char kFragmentShader[] = R"(#version 330 compatibility
 uniform sampler2D ax_letters;
 in vec2 ax_place;
-in vec4 ax_fillColor;
-in vec4 ax_haloColor;
+flat in vec4 ax_fillColor;
+flat in vec4 ax_haloColor;
 void main()
 {
     vec4 cover = texture(ax_letters, ax_place); // letter, letter, letter, letter with rim
@@ -118,6 +119,21 @@ public:
     }
 
     osg::BoundingBox computeBoundingBox() const override { return _box; }
+
+    using osg::Geometry::accept;
+    void accept(osg::NodeVisitor& nv) override
+    {
+        osgUtil::CullVisitor* cull = nv.asCullVisitor();
+        if (!cull)
+            return osg::Geometry::accept(nv);
+        // On the screen it lies between no clip planes, and must not move them.
+        const osg::CullSettings::ComputeNearFarMode mode = cull->getComputeNearFarMode();
+        const osg::CullSettings::InheritanceMask inherited = cull->getInheritanceMask();
+        cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
+        osg::Geometry::accept(nv);
+        cull->setComputeNearFarMode(mode);
+        cull->setInheritanceMask(inherited);
+    }
 
 private:
     void layOut(const osgText::String& text)

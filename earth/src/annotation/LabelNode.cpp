@@ -1,4 +1,5 @@
 #include "LabelLetters.h"
+#include "SharedWhileUsed.h"
 #include "TextDrawables.h"
 #include <osgEarthAnnotation/LabelNode>
 
@@ -45,7 +46,12 @@ void LabelNode::init(const Style& style)
 {
     _geode = new osg::Geode();
     _geode->setCullingActive(false);
-    ScreenSpaceLayout::activate(_geode->getOrCreateStateSet());
+    // The same of all labels, so that less changes between them.
+    _geode->setStateSet(sharedWhileUsed<osg::StateSet, LabelNode>([] {
+        osg::ref_ptr<osg::StateSet> state = new osg::StateSet();
+        ScreenSpaceLayout::activate(state.get());
+        return state;
+    }));
     getPositionAttitudeTransform()->addChild(_geode);
     if (const TextSymbol* symbol = style.get<TextSymbol>())
         if (_text.empty() && symbol->content().isSet())
