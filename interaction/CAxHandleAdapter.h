@@ -134,7 +134,8 @@ public:
     bool IsSegment() const { return segment; }
     /// Index of the vertex that is being dragged, -1 when none is.
     int GetEditIndex() const { return editIndex; }
-    /// The node that holds the object's drawables and by which it is picked.
+    /// The node that holds the object's drawables and by which it is picked. All objects share
+    /// its state set: a node that is to be drawn otherwise gets one of its own.
     osg::Geode* GetFeatureNode() const { return featureNode.get(); }
     /// Null while the vertices cannot be edited.
     CAxHandleAdapterEditor* GetAnchorEditor() const { return anchorEditor.get(); }
