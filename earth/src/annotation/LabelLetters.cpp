@@ -1,5 +1,5 @@
 #include "LabelLetters.h"
-#include "features/GlyphAtlas.h"
+#include "features/GlyphQuads.h"
 #include "Fonts.h"
 #include "TextDrawables.h"
 #include <algorithm>
@@ -18,7 +18,7 @@ using Features::GlyphAtlas;
 namespace {
 constexpr double kSmallestText = 6.0, kLargestText = 64.0; // pixels
 constexpr double kWidestRim = 3.0;                         // pixels
-constexpr size_t kLongestText = 10000; // letters, of four vertices each that are counted in 16 bits
+constexpr size_t kLongestText = 10000;
 // Attributes below this one share their places with OpenGL's own on some drivers.
 constexpr unsigned kHaloAttribute = 6;
 
@@ -106,14 +106,14 @@ public:
         if (halo.a() <= 0.0f)
             halo.set(fill.r(), fill.g(), fill.b(), 0.0f);
         osg::ref_ptr<osg::Vec4Array> fills = new osg::Vec4Array();
-        fills->assign(_corners->size(), fill);
+        fills->assign(_quads.corners->size(), fill);
         osg::ref_ptr<osg::Vec4Array> halos = new osg::Vec4Array();
-        halos->assign(_corners->size(), halo);
-        setVertexArray(_corners.get());
-        setTexCoordArray(0, _places.get(), osg::Array::BIND_PER_VERTEX);
+        halos->assign(_quads.corners->size(), halo);
+        setVertexArray(_quads.corners.get());
+        setTexCoordArray(0, _quads.places.get(), osg::Array::BIND_PER_VERTEX);
         setColorArray(fills.get(), osg::Array::BIND_PER_VERTEX);
         setVertexAttribArray(kHaloAttribute, halos.get(), osg::Array::BIND_PER_VERTEX);
-        addPrimitiveSet(_indices.get());
+        addPrimitiveSet(_quads.indices.get());
         dirtyBound();
         return true;
     }
@@ -149,20 +149,11 @@ private:
     }
     void add(const GlyphAtlas::Glyph& glyph, float pen)
     {
-        const auto first = static_cast<unsigned short>(_corners->size());
-        const float x0 = pen + glyph.left, y0 = glyph.bottom;
-        const float x1 = x0 + glyph.width, y1 = y0 + glyph.height;
-        for (const osg::Vec3f& c :
-             {osg::Vec3f(x0, y0, 0), osg::Vec3f(x1, y0, 0), osg::Vec3f(x1, y1, 0), osg::Vec3f(x0, y1, 0)})
-            _corners->push_back(c);
-        for (const osg::Vec2f& t : {osg::Vec2f(glyph.u0, glyph.v0), osg::Vec2f(glyph.u1, glyph.v0),
-                                    osg::Vec2f(glyph.u1, glyph.v1), osg::Vec2f(glyph.u0, glyph.v1)})
-            _places->push_back(t);
-        for (const int i : {0, 1, 2, 0, 2, 3})
-            _indices->push_back(static_cast<unsigned short>(first + i));
+        _quads.add(glyph, {pen, 0.0f});
         const float rim = GlyphAtlas::rimPixels();
-        _box.expandBy(x0 + rim, y0 + rim, 0.0f);
-        _box.expandBy(x1 - rim, y1 - rim, 0.0f);
+        const osg::Vec3f low(pen + glyph.left, glyph.bottom, 0.0f);
+        _box.expandBy(low + osg::Vec3f(rim, rim, 0.0f));
+        _box.expandBy(low + osg::Vec3f(glyph.width - rim, glyph.height - rim, 0.0f));
     }
     /// Puts the origin where the alignment wants it, in whole pixels: the letters are not blended between.
     void align(TextSymbol::Alignment alignment)
@@ -208,16 +199,14 @@ private:
             break;
         }
         origin.set(std::round(origin.x()), std::round(origin.y()), 0.0f);
-        for (osg::Vec3f& corner : *_corners)
+        for (osg::Vec3f& corner : *_quads.corners)
             corner -= origin;
         const osg::Vec3f rim(GlyphAtlas::rimPixels(), GlyphAtlas::rimPixels(), 0.0f);
         _box = osg::BoundingBox(_box._min - origin - rim, _box._max - origin + rim);
     }
 
     const std::shared_ptr<Letters> _letters;
-    osg::ref_ptr<osg::Vec3Array> _corners = new osg::Vec3Array();
-    osg::ref_ptr<osg::Vec2Array> _places = new osg::Vec2Array();
-    osg::ref_ptr<osg::DrawElementsUShort> _indices = new osg::DrawElementsUShort(GL_TRIANGLES);
+    Features::GlyphQuads _quads;
     osg::BoundingBox _box; // without the letters' rims until it is aligned
 };
 } // namespace

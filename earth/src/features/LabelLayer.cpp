@@ -2,6 +2,7 @@
 #include "annotation/Fonts.h"
 #include "annotation/SelfPlacedDrawable.h"
 #include "annotation/SharedWhileUsed.h"
+#include "GlyphQuads.h"
 #include "LabelField.h"
 #include <osg/Group>
 #include <osg/Program>
@@ -57,56 +58,38 @@ public:
         setUseVertexBufferObjects(true);
         setDataVariance(osg::Object::DYNAMIC);
         setCullingActive(false);
-        setVertexArray(_corners.get());
-        setTexCoordArray(0, _texture.get(), osg::Array::BIND_PER_VERTEX);
-        addPrimitiveSet(_indices.get());
+        setVertexArray(_quads.corners.get());
+        setTexCoordArray(0, _quads.places.get(), osg::Array::BIND_PER_VERTEX);
+        addPrimitiveSet(_quads.indices.get());
     }
     void rebuild(const LabelSet& set)
     {
-        _corners->clear();
-        _texture->clear();
-        _indices->clear();
+        _quads.corners->clear();
+        _quads.places->clear();
+        _quads.indices->clear();
         // Less important ones first, so that the others lie on top.
         for (auto shown = set.shown.rbegin(); shown != set.shown.rend(); ++shown) {
-            addGlyph(set.atlas->dot(), shown->pixel);
+            _quads.add(set.atlas->dot(), shown->pixel);
             osg::Vec2f pen = shown->pixel + shown->label->pen;
             for (const unsigned code : shown->label->codes) {
                 const GlyphAtlas::Glyph& glyph = set.atlas->glyph(code);
-                addGlyph(glyph, pen);
+                _quads.add(glyph, pen);
                 pen.x() += glyph.advance;
             }
         }
-        _corners->dirty();
-        _texture->dirty();
-        _indices->dirty();
+        _quads.corners->dirty();
+        _quads.places->dirty();
+        _quads.indices->dirty();
         dirtyBound();
     }
-    bool empty() const { return _indices->empty(); }
+    bool empty() const { return _quads.indices->empty(); }
 
     // It lies on the screen, not in the world, and must not move the clip planes.
     osg::BoundingBox computeBoundingBox() const override { return {}; }
     osg::BoundingSphere computeBound() const override { return {}; }
 
 private:
-    void addGlyph(const GlyphAtlas::Glyph& glyph, const osg::Vec2f& pen)
-    {
-        if (!glyph.drawn)
-            return;
-        const unsigned first = unsigned(_corners->size());
-        const float x0 = pen.x() + glyph.left, y0 = pen.y() + glyph.bottom;
-        const float x1 = x0 + glyph.width, y1 = y0 + glyph.height;
-        for (const osg::Vec3f& c :
-             {osg::Vec3f(x0, y0, 0), osg::Vec3f(x1, y0, 0), osg::Vec3f(x1, y1, 0), osg::Vec3f(x0, y1, 0)})
-            _corners->push_back(c);
-        for (const osg::Vec2f& t : {osg::Vec2f(glyph.u0, glyph.v0), osg::Vec2f(glyph.u1, glyph.v0),
-                                    osg::Vec2f(glyph.u1, glyph.v1), osg::Vec2f(glyph.u0, glyph.v1)})
-            _texture->push_back(t);
-        for (const unsigned i : {0u, 1u, 2u, 0u, 2u, 3u})
-            _indices->push_back(first + i);
-    }
-    osg::ref_ptr<osg::Vec3Array> _corners = new osg::Vec3Array();
-    osg::ref_ptr<osg::Vec2Array> _texture = new osg::Vec2Array();
-    osg::ref_ptr<osg::DrawElementsUInt> _indices = new osg::DrawElementsUInt(GL_TRIANGLES);
+    GlyphQuads _quads;
 };
 
 class LabelLayerNode : public osg::Group
