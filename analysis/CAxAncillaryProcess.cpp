@@ -129,12 +129,15 @@ QStringList CAxAncillaryProcess::ZonesAt(double longitude, double latitude) cons
 
 QStringList CAxAncillaryProcess::ShownZonesAt(double longitude, double latitude) const
 {
-    QStringList ids = ZonesAt(longitude, latitude);
-    const QStringList shown = ids.isEmpty() ? ids : worker->ShownZones(); // ascending
-    const auto isHidden = [&shown](const QString& id) {
-        return !std::binary_search(shown.begin(), shown.end(), id);
-    };
-    ids.erase(std::remove_if(ids.begin(), ids.end(), isHidden), ids.end());
+    QStringList ids;
+    const std::vector<AxZoneOutline>& outlines = worker->Outlines(); // by ascending id
+    for (const QString& id : worker->ShownZones()) {
+        const auto zone = std::lower_bound(
+            outlines.begin(), outlines.end(), id,
+            [](const AxZoneOutline& outline, const QString& wanted) { return outline.id < wanted; });
+        if (zone != outlines.end() && zone->id == id && zone->Contains(longitude, latitude))
+            ids += id;
+    }
     return ids;
 }
 

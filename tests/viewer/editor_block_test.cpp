@@ -43,6 +43,16 @@ protected:
         }
     }
 
+    /// Takes a corner and drags it somewhere else; where the mouse was pressed.
+    osg::Vec2f BeginDrag(int index)
+    {
+        const osg::Vec2f from = Corner(index);
+        Give(Event::PUSH, from);
+        Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
+        EXPECT_EQ(block->GetHandleOperation(), OperationMovePoint);
+        return from;
+    }
+
     CAxHandleAdapter* block = nullptr;
 };
 
@@ -101,10 +111,7 @@ TEST_F(EditorOfBlock, InsertsAVertexAndDeletesItAgain)
 TEST_F(EditorOfBlock, GivesADragUpWithEscape)
 {
     const QList<QPointF> before = Record();
-    const osg::Vec2f from = Corner(2);
-    Give(Event::PUSH, from);
-    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
-    ASSERT_EQ(block->GetHandleOperation(), OperationMovePoint);
+    const osg::Vec2f from = BeginDrag(2);
     QTest::keyClick(viewer, Qt::Key_Escape);
     EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
     EXPECT_TRUE(Give(Event::DRAG, from + osg::Vec2f(80.0f, 30.0f)));
@@ -116,10 +123,7 @@ TEST_F(EditorOfBlock, GivesADragUpWithEscape)
 TEST_F(EditorOfBlock, GivesADragUpWithAToolThatStartsAnotherShape)
 {
     const QList<QPointF> before = Record();
-    const osg::Vec2f from = Corner(2);
-    Give(Event::PUSH, from);
-    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
-    ASSERT_EQ(block->GetHandleOperation(), OperationMovePoint);
+    const osg::Vec2f from = BeginDrag(2);
     viewer->SetToolType(ToolStripBlock);
     EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
     EXPECT_EQ(Record(), before);
@@ -131,9 +135,7 @@ TEST_F(EditorOfBlock, GivesADragUpWithAToolThatStartsAnotherShape)
 
 TEST_F(EditorOfBlock, EndsWithTheBlockInTheMiddleOfADrag)
 {
-    const osg::Vec2f from = Corner(2);
-    Give(Event::PUSH, from);
-    Give(Event::DRAG, from + osg::Vec2f(50.0f, 30.0f));
+    const osg::Vec2f from = BeginDrag(2);
     EXPECT_TRUE(viewer->RemoveHanderAdapter(block, true));
     Give(Event::DRAG, from + osg::Vec2f(60.0f, 30.0f));
     Give(Event::RELEASE, from + osg::Vec2f(60.0f, 30.0f));

@@ -1,6 +1,7 @@
 #include "LabelLetters.h"
 #include "features/GlyphQuads.h"
 #include "Fonts.h"
+#include "TextAlignment.h"
 #include "TextDrawables.h"
 #include <algorithm>
 #include <cmath>
@@ -159,26 +160,7 @@ private:
     void align(TextSymbol::Alignment alignment)
     {
         using T = TextSymbol;
-        osg::Vec3f origin;
-        switch (alignment) {
-        case T::ALIGN_CENTER_TOP:
-        case T::ALIGN_CENTER_CENTER:
-        case T::ALIGN_CENTER_BOTTOM:
-        case T::ALIGN_CENTER_BASE_LINE:
-        case T::ALIGN_CENTER_BOTTOM_BASE_LINE:
-            origin.x() = _box.center().x();
-            break;
-        case T::ALIGN_RIGHT_TOP:
-        case T::ALIGN_RIGHT_CENTER:
-        case T::ALIGN_RIGHT_BOTTOM:
-        case T::ALIGN_RIGHT_BASE_LINE:
-        case T::ALIGN_RIGHT_BOTTOM_BASE_LINE:
-            origin.x() = _box.xMax();
-            break;
-        default:
-            origin.x() = _box.xMin();
-            break;
-        }
+        osg::Vec3f origin(_box.xMin() + acrossOf(alignment) * (_box.xMax() - _box.xMin()), 0.0f, 0.0f);
         switch (alignment) {
         case T::ALIGN_LEFT_TOP:
         case T::ALIGN_CENTER_TOP:

@@ -7,8 +7,8 @@ namespace osgEarth {
 namespace Features {
 /// Letters of one font and size in one picture, each with a rim baked in: the
 /// first channel says how much of a pixel the letter covers, the second how
-/// much letter and rim cover. One look-up a pixel then draws both. Used on the
-/// thread that culls.
+/// much letter and rim cover. One look-up a pixel then draws both. Not
+/// locked: by one thread at a time.
 class GlyphAtlas
 {
 public:

@@ -1,4 +1,5 @@
 #include "LabelSet.h"
+#include "annotation/TextAlignment.h"
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
@@ -78,28 +79,11 @@ void layOut(PlaceLabel& label, const LabelLook& look, GlyphAtlas& atlas)
         width += atlas.glyph(code).advance;
 
     const float size = float(look.pixels), ascent = kAscent * size, descent = kDescent * size;
-    using T = TextSymbol;
-    float x = kDotRoom, y = -0.5f * (ascent - descent);
-    switch (look.alignment) {
-    case T::ALIGN_CENTER_TOP:
-    case T::ALIGN_CENTER_CENTER:
-    case T::ALIGN_CENTER_BOTTOM:
-    case T::ALIGN_CENTER_BASE_LINE:
-    case T::ALIGN_CENTER_BOTTOM_BASE_LINE:
-        x = -0.5f * width;
-        break;
-    case T::ALIGN_RIGHT_TOP:
-    case T::ALIGN_RIGHT_CENTER:
-    case T::ALIGN_RIGHT_BOTTOM:
-    case T::ALIGN_RIGHT_BASE_LINE:
-    case T::ALIGN_RIGHT_BOTTOM_BASE_LINE:
-        x = -width - kDotRoom;
-        break;
-    default:
-        break;
-    }
+    const float across = acrossOf(look.alignment);
+    const float x = across == 0.0f ? kDotRoom : across == 1.0f ? -width - kDotRoom : -across * width;
+    float y = -0.5f * (ascent - descent);
     // A text in the middle would cover its dot and so goes above it.
-    if (look.alignment == T::ALIGN_CENTER_TOP)
+    if (look.alignment == TextSymbol::ALIGN_CENTER_TOP)
         y = -kDotRoom - ascent;
     else if (x < 0.0f && x > -width)
         y = kDotRoom + descent;

@@ -1,0 +1,26 @@
+#pragma once
+#include <osgEarthSymbology/TextSymbol>
+
+namespace osgEarth {
+/// The point of a text's width that stands at its place: 0 its left end, 0.5 its middle, 1 its right end.
+inline float acrossOf(Symbology::TextSymbol::Alignment alignment)
+{
+    using T = Symbology::TextSymbol;
+    switch (alignment) {
+    case T::ALIGN_CENTER_TOP:
+    case T::ALIGN_CENTER_CENTER:
+    case T::ALIGN_CENTER_BOTTOM:
+    case T::ALIGN_CENTER_BASE_LINE:
+    case T::ALIGN_CENTER_BOTTOM_BASE_LINE:
+        return 0.5f;
+    case T::ALIGN_RIGHT_TOP:
+    case T::ALIGN_RIGHT_CENTER:
+    case T::ALIGN_RIGHT_BOTTOM:
+    case T::ALIGN_RIGHT_BASE_LINE:
+    case T::ALIGN_RIGHT_BOTTOM_BASE_LINE:
+        return 1.0f;
+    default:
+        return 0.0f;
+    }
+}
+} // namespace osgEarth
