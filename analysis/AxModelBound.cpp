@@ -1,4 +1,5 @@
 #include "analysis/AxModelBound.h"
+#include "scene/base/AxWgs84.h"
 
 #include <support/GeosContext.h>
 
@@ -13,7 +14,6 @@
 #include <vector>
 
 namespace {
-constexpr double sphereMetres = 6378137.0;
 
 /// All vertices below a node, in its parent's frame.
 class VertexVisitor : public osg::NodeVisitor
@@ -82,7 +82,7 @@ QVariantList AxModelOutline(const AxModelBoundJob& job)
     if (places.empty())
         return {};
     const osg::Vec3d origin = places.front();
-    const double metresNorth = osg::DegreesToRadians(sphereMetres);
+    const double metresNorth = osg::DegreesToRadians(axWgs84::semiMajorAxis);
     const double metresEast = metresNorth * std::cos(osg::DegreesToRadians(origin.y()));
     if (metresEast < 1.0)
         return {};

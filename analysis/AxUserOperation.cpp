@@ -1,9 +1,10 @@
 #include "analysis/AxUserOperation.h"
-#include "analysis/AxZoneDrawing.h"
 #include "analysis/CAxDrapeableNode.h"
-#include "viewer/AxSceneStartup.h"
-#include "viewer/AxViewerLog.h"
-#include "viewer/CAxEarthViewer.h"
+#include "analysis/zones/AxZoneDrawing.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxProcessLocale.h"
+#include "scene/base/AxViewerLog.h"
 
 #include <OpenThreads/ScopedLock>
 #include <osg/Geometry>
@@ -149,6 +150,11 @@ AxUserOperation::AxUserOperation(User_Operation userOperation)
 
 AxUserOperation::~AxUserOperation() = default;
 
+void AxUserOperation::setEarthViewer(CAxEarthViewer* earthViewer)
+{
+    viewer = AxPartsOf(earthViewer);
+}
+
 void AxUserOperation::setUserPolygon(const Polygon& userPolygon)
 {
     polygon = new Polygon(userPolygon);
@@ -217,8 +223,8 @@ void AxUserOperation::Act(osg::Group& scene)
 
 const SpatialReference* AxUserOperation::MapSRS(osg::Group* scene) const
 {
-    if (viewer && viewer->getSRS())
-        return viewer->getSRS();
+    if (viewer && viewer->Scene().MapSRS())
+        return viewer->Scene().MapSRS();
     const MapNode* mapNode = scene ? MapNode::findMapNode(scene) : nullptr;
     return mapNode ? mapNode->getMapSRS() : nullptr;
 }
@@ -226,7 +232,7 @@ const SpatialReference* AxUserOperation::MapSRS(osg::Group* scene) const
 void AxUserOperation::LoadModelFile(osg::Group& scene) const
 {
     // File names are taken in the language of the process.
-    AxSceneStartup::SetProcessLocale();
+    AxSetProcessLocale();
     const QString path = value.toString();
     const osg::ref_ptr<osg::Node> model = osgDB::readRefNodeFile(QFile::encodeName(path).toStdString(),
                                                                  osgDB::Registry::instance()->getOptions());
@@ -284,7 +290,7 @@ void AxUserOperation::DrawShape(osg::Group& scene) const
 
 void AxUserOperation::Light(osg::Group& scene) const
 {
-    osg::ref_ptr<MapNode> mapNode = viewer ? viewer->getMapNode() : nullptr;
+    osg::ref_ptr<MapNode> mapNode = viewer ? viewer->Scene().MapNode() : nullptr;
     if (!mapNode)
         mapNode = MapNode::findMapNode(&scene);
     osg::Node* node = mapNode ? FindNode(mapNode, name.toStdString()) : nullptr;
@@ -306,7 +312,8 @@ void AxUserOperation::Light(osg::Group& scene) const
     state->getOrCreateUniform(blendName, osg::Uniform::INT)->set(1);
 
     // A node that was lit before has its drape already.
-    osg::Group* home = viewer && viewer->GetDrawNodeGroup() ? viewer->GetDrawNodeGroup() : &scene;
+    osg::Group* const drawn = viewer ? viewer->Scene().DrawGroup() : nullptr;
+    osg::Group* home = drawn ? drawn : &scene;
     for (unsigned i = 0; i < home->getNumChildren(); ++i)
         if (home->getChild(i)->getName() == drapeName && home->getChild(i)->getStateSet() == state)
             return;

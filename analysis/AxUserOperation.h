@@ -1,5 +1,5 @@
 #pragma once
-#include "viewer/AxEarthViewerExport.h"
+#include "scene/base/AxEarthViewerExport.h"
 
 #include <OpenThreads/Condition>
 #include <OpenThreads/Mutex>
@@ -12,6 +12,7 @@
 #include <QString>
 #include <QVariant>
 
+class AxViewerParts;
 class CAxEarthViewer;
 
 namespace osgEarth {
@@ -43,7 +44,7 @@ class AXEARTHVIEWER_EXPORT AxUserOperation : public osg::Operation
 public:
     explicit AxUserOperation(User_Operation kind);
 
-    void setEarthViewer(CAxEarthViewer* earthViewer) { viewer = earthViewer; }
+    void setEarthViewer(CAxEarthViewer* earthViewer);
     /// The node to make, find or remove.
     void setUserName(const QString& userName) { name = userName; }
     /// Longitude, latitude in degrees, height in metres.
@@ -78,7 +79,7 @@ private:
     const osgEarth::SpatialReference* MapSRS(osg::Group* scene) const;
 
     User_Operation kind;
-    CAxEarthViewer* viewer = nullptr;
+    AxViewerParts* viewer = nullptr;
     QString name;
     osg::Vec3d position;
     osg::ref_ptr<osgEarth::Symbology::Polygon> polygon;

@@ -1,9 +1,11 @@
 #include "analysis/CAxAncillaryProcess.h"
-#include "analysis/AxZoneFlash.h"
-#include "analysis/AxZoneHover.h"
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/CAxElevationQuery.h"
-#include "viewer/CAxEarthViewer.h"
+#include "analysis/zones/AxZoneFlash.h"
+#include "analysis/zones/AxZoneHover.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxWgs84.h"
 
 #include <OpenThreads/ScopedLock>
 #include <osg/Math>
@@ -24,7 +26,6 @@ namespace {
 using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
 
 constexpr double fullTurn = 360.0;
-constexpr double sphereMetres = 6378137.0;
 
 QObject* HasSlot(QObject* object, const char* slot)
 {
@@ -34,8 +35,8 @@ QObject* HasSlot(QObject* object, const char* slot)
 }
 } // namespace
 
-CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* earthViewer, QObject* parent)
-    : QObject(parent), viewer(earthViewer)
+CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
+    : QObject(parent), earthViewer(map), viewer(*AxPartsOf(map))
 {
     CreateNoFlyZone();
     worker = std::make_unique<CAxAncillaryThread>(this);
@@ -48,13 +49,14 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* earthViewer, QObject* p
     connect(worker.get(), &CAxAncillaryThread::signalModelBound, this, &CAxAncillaryProcess::slotModelBound);
     connect(worker.get(), &CAxAncillaryThread::signalShownZones, this,
             &CAxAncillaryProcess::signalShownZones);
-    worker->SetEarthViewer(viewer);
+    worker->SetEarthViewer(earthViewer);
     worker->CreateIntersectWorkers();
-    flash = std::make_unique<AxZoneFlash>(*viewer);
-    hover = std::make_unique<AxZoneHover>(*viewer, *this);
+    flash = std::make_unique<AxZoneFlash>(viewer);
+    hover = std::make_unique<AxZoneHover>(viewer, *this);
     // Made here, because the viewer itself makes its queue at the first use, on any thread.
-    if (!viewer->getOSGViewer()->getUpdateOperations())
-        viewer->getOSGViewer()->setUpdateOperations(new osg::OperationQueue);
+    osgViewer::Viewer* const view = viewer.Scene().View();
+    if (!view->getUpdateOperations())
+        view->setUpdateOperations(new osg::OperationQueue);
     worker->start();
 }
 
@@ -72,7 +74,7 @@ void CAxAncillaryProcess::CreateNoFlyZone()
     osg::ref_ptr<osgEarth::DrapeableNode> zones = new osgEarth::DrapeableNode;
     zones->setName("NoFlyGroup");
     zoneRoot->addChild(zones);
-    viewer->GetDrawNodeGroup()->addChild(zoneRoot);
+    viewer.Scene().DrawGroup()->addChild(zoneRoot);
 }
 
 void CAxAncillaryProcess::SetNoFlyZoneMask(bool visible)
@@ -100,11 +102,21 @@ osgEarth::Viewpoint CAxAncillaryProcess::GetCurrViewPort() const
     return worker->Viewport();
 }
 
-void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint)
+void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint, bool byEvent)
 {
+    if (!NoFlyZoneMask())
+        return;
+    if (byEvent) {
+        if (viewpoint.focalPoint() == eventViewpoint.focalPoint() ||
+            viewpoint.range() == eventViewpoint.range())
+            return;
+        eventViewpoint = viewpoint;
+        SetCurrViewPort(viewpoint);
+        return;
+    }
     // The zones in the scene reach 2 degrees; a tenth of that may be missing at the edge.
     constexpr double farDegrees = 0.2;
-    if (!NoFlyZoneMask() || !viewpoint.focalPoint().isSet())
+    if (!viewpoint.focalPoint().isSet())
         return;
     const osgEarth::Viewpoint last = worker->Viewport();
     const bool isFirst = !last.focalPoint().isSet();
@@ -152,10 +164,10 @@ QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double l
             continue;
         const QPointF middle = zone.bounds.center();
         const double zoneLat = osg::DegreesToRadians(middle.y());
-        if (std::abs(zoneLat - lat) * sphereMetres > metres)
+        if (std::abs(zoneLat - lat) * axWgs84::semiMajorAxis > metres)
             continue;
         const double zoneLon = osg::DegreesToRadians(middle.x());
-        const double distance = GeoMath::distance(lat, lon, zoneLat, zoneLon, sphereMetres);
+        const double distance = GeoMath::distance(lat, lon, zoneLat, zoneLon, axWgs84::semiMajorAxis);
         if (distance > metres)
             continue;
         const double bearing = osg::RadiansToDegrees(GeoMath::bearing(lat, lon, zoneLat, zoneLon));
@@ -270,7 +282,7 @@ void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd
     AxModelBoundJob job;
     job.model = model;
     job.modelToWorld = modelToWorld;
-    job.srs = viewer->getSRS();
+    job.srs = viewer.Scene().MapSRS();
     job.order = ++modelBoundJobs;
     job.number = number;
     job.margin = margin;
@@ -287,7 +299,8 @@ void CAxAncillaryProcess::slotModelBound(int job, QVariant bound)
     const osg::ref_ptr<osg::Geode> geode = modelBoundGeodes.value(job);
     while (!modelBoundGeodes.isEmpty() && modelBoundGeodes.firstKey() <= job)
         modelBoundGeodes.erase(modelBoundGeodes.begin());
-    const osg::ref_ptr<osg::Geometry> line = AxOutlineDrawable(answer.value(1).toList(), *viewer->getSRS());
+    const osg::ref_ptr<osg::Geometry> line =
+        AxOutlineDrawable(answer.value(1).toList(), *viewer.Scene().MapSRS());
     if (geode && line)
         geode->addDrawable(line);
     emit signalModelBound(bound);

@@ -1,7 +1,8 @@
 #pragma once
-#include "analysis/AxNoflyZones.h"
 #include "analysis/CAxElevationQuery.h"
-#include "viewer/AxEarthViewerExport.h"
+#include "analysis/zones/AxNoflyZones.h"
+#include "scene/AxZoneAnswers.h"
+#include "scene/base/AxEarthViewerExport.h"
 
 #include <OpenThreads/Condition>
 #include <OpenThreads/Mutex>
@@ -25,6 +26,7 @@
 #include <vector>
 
 class AxZoneFlash;
+class AxViewerParts;
 class AxZoneHover;
 class CAxAncillaryThread;
 class CAxEarthViewer;
@@ -53,7 +55,7 @@ struct AxNoflyZoneNear
  * GUI thread only, except release(), GenerateElevation() and what the signals
  * carry over.
  */
-class AXEARTHVIEWER_EXPORT CAxAncillaryProcess : public QObject
+class AXEARTHVIEWER_EXPORT CAxAncillaryProcess : public QObject, public AxZoneAnswers
 {
     Q_OBJECT
 public:
@@ -65,29 +67,30 @@ public:
     ~CAxAncillaryProcess() override;
 
     /// Shows or hides all no-fly zones at once.
-    void SetNoFlyZoneMask(bool visible);
-    bool NoFlyZoneMask() const;
+    void SetNoFlyZoneMask(bool visible) override;
+    bool NoFlyZoneMask() const override;
 
     /// Appends to `ids` the zones whose outline an area (degrees) meets, lifted
     /// parts not counting; whether there are any. The last argument is kept for
     /// callers and has no effect.
-    bool Intersection(osgEarth::Symbology::Geometry* area, QStringList& ids, bool);
+    bool Intersection(osgEarth::Symbology::Geometry* area, QStringList& ids, bool) override;
 
     /// Where the camera is; zones near its focal point are the ones shown.
     void SetCurrViewPort(const osgEarth::Viewpoint& viewpoint);
     osgEarth::Viewpoint GetCurrViewPort() const;
-    /// Hands over the viewpoint when zones are shown and it has moved on far enough
-    /// for other zones to be near; the viewer calls it with every tick.
-    void FollowView(const osgEarth::Viewpoint& viewpoint);
+    /// Hears where the camera is, and hands that over when zones are shown: of an event's
+    /// viewpoint (`byEvent`) when both its focal point and its range are new, of any other
+    /// when it has moved on far enough for other zones to be near.
+    void FollowView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
 
     /// The zones in force at a place (degrees), by ascending id.
     QStringList ZonesAt(double longitude, double latitude) const;
     /// Those of them that are in the scene.
-    QStringList ShownZonesAt(double longitude, double latitude) const;
+    QStringList ShownZonesAt(double longitude, double latitude) const override;
     /// The zones whose middle lies within `metres` of a place (degrees), the nearest first.
     QList<AxNoflyZoneNear> ZonesNear(double longitude, double latitude, double metres) const;
     /// Makes zones blink for some seconds, whether zones are shown or not. Unknown ids are passed over.
-    void FlashZones(const QStringList& ids);
+    void FlashZones(const QStringList& ids) override;
 
     /// Waits until the worker has finished the job that was handed to it.
     void block();
@@ -139,7 +142,9 @@ private:
 
     void CreateNoFlyZone();
 
-    CAxEarthViewer* viewer;
+    CAxEarthViewer* earthViewer;
+    AxViewerParts& viewer;
+    osgEarth::Viewpoint eventViewpoint; ///< the last one that came with an event and was handed over
     OpenThreads::Mutex gate;
     OpenThreads::Condition opened;
     bool released = false;

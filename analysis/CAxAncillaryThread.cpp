@@ -1,8 +1,9 @@
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/AxUserOperation.h"
 #include "analysis/CAxAncillaryProcess.h"
-#include "interaction/AxNotice.h"
-#include "viewer/CAxEarthViewer.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxNotice.h"
 
 #include <AxData/CAxNoflyZoneMgr.h>
 
@@ -233,5 +234,5 @@ void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, 
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
         operation->Prepare();
     }
-    viewer->getOSGViewer()->addUpdateOperation(operation);
+    AxPartsOf(viewer)->Scene().View()->addUpdateOperation(operation);
 }

@@ -1,9 +1,9 @@
 #pragma once
 #include "analysis/AxElevationJob.h"
 #include "analysis/AxModelBound.h"
-#include "analysis/AxNearZones.h"
-#include "analysis/AxNoflyZones.h"
-#include "analysis/CAxAreaIntersectOperate.h"
+#include "analysis/zones/AxNearZones.h"
+#include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/CAxAreaIntersectOperate.h"
 
 #include <OpenThreads/Condition>
 #include <OpenThreads/Mutex>

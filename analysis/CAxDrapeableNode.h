@@ -1,5 +1,5 @@
 #pragma once
-#include "viewer/AxEarthViewerExport.h"
+#include "scene/base/AxEarthViewerExport.h"
 
 #include <osg/Camera>
 #include <osgEarth/DrapeableNode>

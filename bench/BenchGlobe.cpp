@@ -2,7 +2,7 @@
 #include "BenchZones.h"
 
 #include "host/TourStops.h"
-#include "interaction/CAxEarthManipulator.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxNoflyZoneMgr.h>

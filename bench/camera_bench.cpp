@@ -4,7 +4,7 @@
 #include "FrameWatch.h"
 
 #include "host/TourStops.h"
-#include "interaction/CAxEarthManipulator.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <benchmark/benchmark.h>

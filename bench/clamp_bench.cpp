@@ -2,9 +2,10 @@
 // among them, a step of a drag, and a frame.
 #include "BenchGlobe.h"
 
-#include "interaction/CAxDragger.h"
-#include "interaction/CAxHandleAdapter.h"
-#include "interaction/CAxHandleAdapterEditor.h"
+#include "interaction/editing/CAxDragger.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <benchmark/benchmark.h>
@@ -31,13 +32,13 @@ public:
     {
         for (int i = 0; i < kHandles; ++i) {
             const double angle = 2.0 * osg::PI * i / kHandles;
-            anchors.emplace_back(kLongitude + 0.02 * std::cos(angle), kLatitude + 0.02 * std::sin(angle),
-                                 3000.0);
+            GetAnchor().emplace_back(kLongitude + 0.02 * std::cos(angle), kLatitude + 0.02 * std::sin(angle),
+                                     3000.0);
         }
-        anchorEditor = new CAxHandleAdapterEditor(this, viewer->getMapNode());
-        viewer->GetDrawNodeGroup()->addChild(anchorEditor);
+        d->anchorEditor = new CAxHandleAdapterEditor(this, GetViewer()->getMapNode());
+        GetViewer()->GetDrawNodeGroup()->addChild(d->anchorEditor);
     }
-    ~Vertices() override { viewer->GetDrawNodeGroup()->removeChild(anchorEditor); }
+    ~Vertices() override { GetViewer()->GetDrawNodeGroup()->removeChild(d->anchorEditor); }
 
     void SetAdapterVisible(bool, QString) override {}
     void ClearPoints() override {}

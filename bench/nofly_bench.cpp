@@ -3,11 +3,11 @@
 #include "BenchGlobe.h"
 #include "BenchZones.h"
 
-#include "analysis/AxNearZones.h"
-#include "analysis/AxNoflyZones.h"
 #include "analysis/CAxAncillaryProcess.h"
-#include "analysis/CAxAreaIntersectOperate.h"
-#include "interaction/CAx3DGeometry.h"
+#include "analysis/zones/AxNearZones.h"
+#include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/CAxAreaIntersectOperate.h"
+#include "interaction/objects/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>

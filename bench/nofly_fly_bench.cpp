@@ -5,7 +5,7 @@
 
 #include "analysis/AxUserOperation.h"
 #include "analysis/CAxAncillaryProcess.h"
-#include "interaction/CAxEarthManipulator.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <benchmark/benchmark.h>

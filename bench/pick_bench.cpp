@@ -2,7 +2,7 @@
 // in the scene, and the pick alone.
 #include "BenchGlobe.h"
 
-#include "interaction/CAxEarthManipulator.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <benchmark/benchmark.h>

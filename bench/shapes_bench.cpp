@@ -2,8 +2,8 @@
 // thousands of them in the registry.
 #include "BenchGlobe.h"
 
-#include "interaction/CAx3DGeometry.h"
-#include "interaction/CAxHandleAdapterEditor.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>

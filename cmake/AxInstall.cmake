@@ -29,13 +29,13 @@ endforeach()
 if(AX_EARTH STREQUAL "bundled")
   install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()
-# Of the viewer library only the classes that hosts use; the rest is its own business.
-foreach(folder viewer interaction mission analysis)
-  install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder} FILES_MATCHING
-    PATTERN "CAx*.h" PATTERN "EHandleOperation.h" PATTERN "AxEditAids.h" PATTERN "AxEarthViewerExport.h" PATTERN "AxGridWidget.h" PATTERN "AxHeadUpText.h"
-    PATTERN "AxMapFile.h" PATTERN "AxSceneLog.h" PATTERN "AxTranslations.h" PATTERN "AxUserOperation.h"
-    PATTERN "AxNoflyZones.h" PATTERN "AxBlockRefusal.h" PATTERN "CAxAncillaryThread.h" EXCLUDE)
+# Of the viewer library only the classes that hosts use, where they live and by their documented paths.
+foreach(entry IN LISTS AX_PUBLIC_HEADERS)
+  string(REGEX REPLACE ".*=" "" header "${entry}")
+  get_filename_component(folder "${header}" DIRECTORY)
+  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
+install(DIRECTORY "${AX_DOCUMENTED_DIR}/" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
 configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerConfig.cmake
   INSTALL_DESTINATION ${package_dir})

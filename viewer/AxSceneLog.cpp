@@ -1,10 +1,7 @@
 #include "viewer/AxSceneLog.h"
-#include "viewer/AxViewerLog.h"
+#include "scene/base/AxViewerLog.h"
 
 #include <osg/Notify>
-
-Q_LOGGING_CATEGORY(axViewerLog, "ax.viewer", QtInfoMsg)
-Q_LOGGING_CATEGORY(axSceneLog, "ax.scene", QtInfoMsg)
 
 namespace {
 class QtNotifyHandler : public osg::NotifyHandler

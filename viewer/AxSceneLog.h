@@ -1,5 +1,5 @@
 #pragma once
-#include "viewer/AxEarthViewerExport.h"
+#include "scene/base/AxEarthViewerExport.h"
 
 /**
  * Sends the notifications of the scene graph and of the map engine, which go

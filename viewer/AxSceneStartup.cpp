@@ -1,5 +1,5 @@
 #include "viewer/AxSceneStartup.h"
-#include "viewer/AxViewerLog.h"
+#include "scene/base/AxViewerLog.h"
 
 #include <osgDB/DatabasePager>
 #include <osgDB/ReadFile>
@@ -15,9 +15,6 @@
 #include <osgEarthSymbology/Style>
 #include <osgEarthUtil/AutoClipPlaneHandler>
 #include <osgEarthUtil/Ephemeris>
-
-#include <clocale>
-#include <cstring>
 
 using namespace osgEarth;
 using namespace osgEarth::Symbology;
@@ -36,17 +33,6 @@ constexpr double discAltitude = 1000.0;
 // Where the boundaries lie on the machines that carry them.
 constexpr const char* boundariesFile = "D:\\AxOsgEarth\\AxEarthApp\\Data\\shp\\chinashp.shp";
 } // namespace
-
-void AxSceneStartup::SetProcessLocale()
-{
-    if (!std::setlocale(LC_ALL, "chs"))
-        qCDebug(axViewerLog) << "the system has no locale \"chs\"; the present one stays";
-    // Map files, rasters and projections are read with C functions that would
-    // otherwise take a comma for the decimal point.
-    const std::lconv* numbers = std::localeconv();
-    if (!numbers || std::strcmp(numbers->decimal_point, ".") != 0)
-        std::setlocale(LC_NUMERIC, "C");
-}
 
 osg::ref_ptr<osg::Node> AxSceneStartup::ReadMap(const QString& path)
 {

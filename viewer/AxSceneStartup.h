@@ -15,10 +15,6 @@
  * order in which CAxEarthViewer::InitEarthViewer uses them. GUI thread.
  */
 namespace AxSceneStartup {
-/// Sets the C locale of the process to Chinese where the system has it, and
-/// keeps "." as the decimal point whatever the locale.
-void SetProcessLocale();
-
 /// What the map file holds, or null with a logged line.
 osg::ref_ptr<osg::Node> ReadMap(const QString& path);
 

@@ -1,36 +1,29 @@
 #pragma once
-#include "interaction/AxEditAids.h"
-#include "viewer/AxEarthViewerExport.h"
+#include "scene/AxEditAids.h"
+#include "scene/base/AxEarthViewerExport.h"
 
-#include <AxAlgorthm/CAxVector3D.h>
 #include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
 
 #include <osg/Drawable>
 #include <osg/Group>
 #include <osg/Matrixd>
-#include <osg/ref_ptr>
 #include <osg/Vec3d>
 
 #include <QGraphicsView>
 #include <QImage>
-#include <QPointer>
 #include <QStringList>
 #include <QVariant>
 
 #include <functional>
-#include <map>
 #include <memory>
 
-class AxFrame;
-class AxGlViewport;
-class AxGridWidget;
-class AxInputRouter;
+class AxViewerParts;
+class AxViewerPrivate;
 class CAxAncillaryProcess;
 class CAxCoordinateWidget;
 class CAxDownhillAnglenode;
 class CAxEarthManipulator;
-class CAxGraphicsCompassItem;
 class CAxHandleAdapter;
 class CAxInterestPointNode;
 class CAxMapToolsWidget;
@@ -39,17 +32,11 @@ class QAction;
 class QUndoStack;
 
 namespace osgViewer {
-class GraphicsWindowEmbedded;
 class Viewer;
-} // namespace osgViewer
+}
 namespace osgEarth {
-class Map;
 class MapNode;
 class SpatialReference;
-namespace Util {
-class GeodeticGraticule;
-class SkyNode;
-} // namespace Util
 } // namespace osgEarth
 
 /**
@@ -95,32 +82,32 @@ public:
     bool IsPictureComplete() const;
 
     CAxEarthManipulator* getManipulator() const;
-    CAxAncillaryProcess* GetAncillaryProcess() const { return ancillaryProcess; }
-    CAxMapToolsWidget* GetMapToolWidget() const { return mapToolsWidget; }
-    CAxCoordinateWidget* GetCoordinateWidget() const { return coordinateWidget; }
-    CAxUavNode* GetUavNode() const { return uavNode; }
-    CAxDownhillAnglenode* GetDownhillAngleNode() const { return downhillAngleNode; }
+    CAxAncillaryProcess* GetAncillaryProcess() const;
+    CAxMapToolsWidget* GetMapToolWidget() const;
+    CAxCoordinateWidget* GetCoordinateWidget() const;
+    CAxUavNode* GetUavNode() const;
+    CAxDownhillAnglenode* GetDownhillAngleNode() const;
     /// Null while the approach to a landing point cannot be turned. Not taken over.
-    void SetDownhillAngleNode(CAxDownhillAnglenode* node) { downhillAngleNode = node; }
-    CAxInterestPointNode* GetInterestPointNode() const { return interestPointNode; }
-    CAxHandleAdapter* GetCurHandleAdapter() const { return curHandleAdapter; }
+    void SetDownhillAngleNode(CAxDownhillAnglenode* node);
+    CAxInterestPointNode* GetInterestPointNode() const;
+    CAxHandleAdapter* GetCurHandleAdapter() const;
     osgViewer::Viewer* getOSGViewer() const;
     /// Null until start-up has read the map, as the next three are.
     osgEarth::MapNode* getMapNode() const;
     const osgEarth::SpatialReference* getSRS() const;
     osg::Group* GetDrawNodeGroup() const;
     /// Below the draw group; parent of the map objects' feature nodes.
-    osg::Group* GetGeomAdapterGroup() const { return geomAdapterGroup.get(); }
+    osg::Group* GetGeomAdapterGroup() const;
     osg::Group* GetBoundGroup() const;
 
     /// The kind of host application; stored for the host.
-    void SetAppType(int type) { appType = type; }
-    int GetAppType() const { return appType; }
+    void SetAppType(int type);
+    int GetAppType() const;
 
     /// Takes up a tool. What the tool in hand was drawing is ended: kept when it
     /// is valid, removed when not. Taking up the same tool again changes nothing.
     void SetToolType(EToolType eToolType);
-    EToolType GetToolType() const { return toolType; }
+    EToolType GetToolType() const;
     /// Makes the object that a tool draws; called once for each drawing.
     using ShapeFactory = std::function<CAxHandleAdapter*(CAxEarthViewer* viewer, QObject* parent)>;
     /// Which object a tool draws. A second call for a tool replaces the first;
@@ -140,7 +127,7 @@ public:
     CAxHandleAdapter* ImportShapeNode(const QString& blockID);
     /// Null when no object has that ID.
     CAxHandleAdapter* FindExistNode(const QString& id) const;
-    CAxHandleAdapter* GetHandleAdapter(const QString& id) const { return FindExistNode(id); }
+    CAxHandleAdapter* GetHandleAdapter(const QString& id) const;
     /// All objects of a kind, by ascending ID.
     QList<CAxHandleAdapter*> FindExistNode(CAxBlock::EBlockType type) const;
     /// The object that is drawn by a node, or null.
@@ -166,18 +153,18 @@ public:
     /// nothing current, except an object that is being drawn. `report` tells
     /// the host of a changed selection.
     void SetNodeSelected(osg::Node* node, bool multi, bool report);
-    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const { return multiSelectAdapters; }
+    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const;
     void ClearMultiSelectAdapter();
 
     /// Committed edits of blocks, the newest on top; the host may show it. It
     /// belongs to the viewer.
-    QUndoStack* GetUndoStack() const { return undoStack; }
+    QUndoStack* GetUndoStack() const;
     /// Ctrl+Z and Ctrl+Shift+Z on the map. A host puts these very actions into
     /// its menu, so that the keys stay with one owner.
-    QAction* GetUndoAction() const { return undoAction; }
-    QAction* GetRedoAction() const { return redoAction; }
+    QAction* GetUndoAction() const;
+    QAction* GetRedoAction() const;
     void SetEditAids(const AxEditAids& aids);
-    const AxEditAids& GetEditAids() const { return editAids; }
+    const AxEditAids& GetEditAids() const;
     /// Gives a block another name. False, nothing changed, for an unknown ID, an
     /// empty name and one that a block has already.
     bool RenameBlock(const QString& id, const QString& name);
@@ -185,28 +172,28 @@ public:
     bool DeleteHoveredVertex();
     /// From a press of Delete that took a vertex away to its release: a host
     /// that deletes objects on signalHandleKeyDelete() asks it first.
-    bool IsDeleteKeyTaken() const { return deleteKeyTaken; }
+    bool IsDeleteKeyTaken() const;
     /// Enters the model layers that an object touches into its block record and
     /// tells the host by signalIntersection() when there are any.
     void IntersectionModelLayer(CAxHandleAdapter* adapter);
 
     /// While on, picks add to the selection.
-    void SetMultiSelect(bool enabled) { multiSelect = enabled; }
-    bool IsMultiSelect() const { return multiSelect; }
+    void SetMultiSelect(bool enabled);
+    bool IsMultiSelect() const;
     /// While off, map objects are not picked and no drawing is begun.
-    void EnabledPickHandle(bool enabled) { pickEnabled = enabled; }
-    bool IsEnabledPickHandle() const { return pickEnabled; }
+    void EnabledPickHandle(bool enabled);
+    bool IsEnabledPickHandle() const;
     /// Set by the tools bar while a press of the mouse belongs to it.
-    void SetFocusToMaptool(bool focus) { focusToMaptool = focus; }
-    bool GetFocusToMaptool() const { return focusToMaptool; }
+    void SetFocusToMaptool(bool focus);
+    bool GetFocusToMaptool() const;
 
-    void SetProjPlaneCenter(const osg::Vec3d& center) { projPlaneCenter = center; }
-    const osg::Vec3d& GetProjPlaneCenter() const { return projPlaneCenter; }
-    void SetProjPlaneMatrix(const osg::Matrixd& matrix) { projPlaneMatrix = matrix; }
-    const osg::Matrixd& GetProjPlaneMatrix() const { return projPlaneMatrix; }
+    void SetProjPlaneCenter(const osg::Vec3d& center);
+    const osg::Vec3d& GetProjPlaneCenter() const;
+    void SetProjPlaneMatrix(const osg::Matrixd& matrix);
+    const osg::Matrixd& GetProjPlaneMatrix() const;
     /// Coordinate system of read-outs; empty for geographic coordinates.
-    void SetCoordSys(const QString& system) { coordSys = system; }
-    const QString& GetCoordSys() const { return coordSys; }
+    void SetCoordSys(const QString& system);
+    const QString& GetCoordSys() const;
 
     /// Shows or hides the sky and, with it, the graticule.
     void SetSkyNodeVisible(bool visible);
@@ -219,34 +206,56 @@ public:
     /// the state of a button that is checked when the voice is off.
     void SetTextToSpeechEnabled(bool enabled);
 
+    /// For the library's own rooms: what they reach of the viewer.
+    AxViewerParts* Parts() const;
+
 signals:
+    /// Start-up has finished; map objects, routes and layers may be added from here on.
     void signalLoadEarth();
+    /// A control point was added: its name and its value.
     void signalAddControlPoint(QString, QVariant);
+    /// A mark point was added: the object's ID and the point's name.
     void signalAddMarkPoint(QString, QString);
+    /// A mark point was deleted: the object's ID and the point's name.
     void signalDelMarkPoint(QString, QString);
+    /// A model layer was added.
     void signalAddModelLayer(QString, QString, QStringList, bool, QString, QString);
+    /// An elevation layer was added: its name and its value.
     void signalElevationLayer(QString, QVariant);
+    /// Alt was pressed (true) or let go on the map; in applications of kinds 1 and 3.
     void signalAltKey(bool);
+    /// Delete was let go on the map, whatever the tool.
     void signalHandleKeyDelete();
+    /// A drawing has ended, whatever came of it; the tool that drew.
     void signalHandlePickEnded(EToolType eToolType);
+    /// The drawing of a segment has ended.
     void signalHandleSegmentEnd();
-    /// A drawing or an edit has ended; the ID is empty when nothing came of it,
-    /// and bReset then tells that the operator was shown why.
+    /// A drawing or an edit has ended; the ID is empty when nothing came of it, and bReset then tells that
+    /// the operator was shown why.
     void signalHandleEnd(QString strHanleID, bool bReset);
     /// Another object is current, or none; the ID is then empty.
     void signalCurrentBlock(QString strHanleID);
-    /// An object was shown, hidden, locked or unlocked.
+    /// An object was shown, hidden, locked, unlocked, or drawn from its record.
     void signalBlockState(QString strHanleID);
+    /// SetEditAids() was called.
     void signalEditAids();
+    /// The operator changed which objects are selected together: the IDs of all of them, in that order.
     void signalMultiSelectBlock(QStringList);
+    /// A block was tested: its ID and the zones or model layers that it meets.
     void signalIntersection(QString, QStringList);
+    /// The answer to a request for the ground's height: degrees, degrees, metres, and whether it is known.
     void signalRequestElevationReturn(double, double, double, bool);
+    /// The answer to a request whether something is met.
     void signalRequestIntersectionReturn(bool);
+    /// The list of mark points has to be built anew.
     void signalResetBlockMarkPointListPage();
+    /// The approach to the landing point was turned, degrees.
     void signalDownhillAngle(double);
+    /// The voice was switched on (true) or off.
     void signalTextSpeechEnabled(bool);
     /// The operator picked a place to land: degrees, degrees, metres.
     void LandingPosPicked(double lon, double lat, double alt, bool);
+    /// The operator picked a point of interest: degrees, degrees, metres.
     void InterestPointPicked(double lon, double lat, double alt);
 
 public slots:
@@ -281,91 +290,9 @@ protected:
 private slots:
     void slotMouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void slotDrawableClicked(osg::Drawable* drawable);
-    void takeInput();
 
 private:
-    // A map object that ends takes itself out of the registry and the selection.
-    friend class CAxHandleAdapter;
-    void forget(CAxHandleAdapter* adapter);
-
-    void initParameters();
-    void initOverlays();
-    void setUpViewerInWindow(int x, int y, int width, int height);
-    void initManipulator();
-    void initOther();
-    void initEventHandler();
-    void initBoundaries(osgEarth::Map* targetMap);
-    void embed(QWidget* overlay);
-    bool isOverlayUnderCursor() const;
-    QString mapFileForNetwork() const;
-    [[noreturn]] void endWithoutMap();
-    void _SetCurHandleAdapter(CAxHandleAdapter* adapter);
-    void _AddPointToHandle(double lon, double lat);
-    bool CheckPickPositionValid(CAxVector3D pos);
-    int removeFromRegistry(CAxHandleAdapter* adapter, bool deleteBlock);
-    void destroy(CAxHandleAdapter* adapter);
-    void destroyAllObjects();
-    void initShapes();
-    void initUndo();
-    void stepThroughEdits(bool back);
-    void emptyMultiSelection();
-    bool giveUpOperation();
-    /// The same for a drag of a vertex or a block only, not for a drawing.
-    void giveUpEdit();
     void takeEditingKey(int key);
-    int hoveredVertex() const;
 
-    osg::ref_ptr<osg::Group> root;
-    osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> graphicsWindow;
-    osg::ref_ptr<osgEarth::Map> map;
-    osg::ref_ptr<osg::Group> sceneData;
-    osg::ref_ptr<osg::StateSet> rootStateSet;
-    osg::ref_ptr<osgViewer::Viewer> viewer;
-    osg::ref_ptr<osgEarth::MapNode> mapNode;
-    osg::ref_ptr<osgEarth::Util::SkyNode> skyNode;
-    osg::ref_ptr<const osgEarth::SpatialReference> mapSRS;
-    osg::ref_ptr<CAxEarthManipulator> manipulator;
-    CAxHandleAdapter* curHandleAdapter = nullptr;
-    EToolType toolType = ToolNavigate;
-    osg::ref_ptr<osg::Group> drawGroup;
-    osg::ref_ptr<osg::Group> geomAdapterGroup;
-    std::map<QString, CAxHandleAdapter*> adapterRegistry;
-    std::map<EToolType, ShapeFactory> shapeFactories;
-    CAxGraphicsCompassItem* compassItem = nullptr;
-    bool pickEnabled = true;
-    CAxAncillaryProcess* ancillaryProcess = nullptr;
-    CAxUavNode* uavNode = nullptr;
-    CAxDownhillAnglenode* downhillAngleNode = nullptr;
-    CAxMapToolsWidget* mapToolsWidget = nullptr;
-    CAxCoordinateWidget* coordinateWidget = nullptr;
-    bool earthLoaded = false;
-    int appType = 0;
-    bool multiSelect = false;
-    QList<CAxHandleAdapter*> multiSelectAdapters;
-    QMap<QString, CAxHandleAdapter*> multiSelectMarkPoints;
-    bool focusToMaptool = false;
-    CAxInterestPointNode* interestPointNode = nullptr;
-    AxGridWidget* gridWidget = nullptr;
-    osg::ref_ptr<osg::Group> boundGroup;
-    osg::Vec3d projPlaneCenter;
-    osg::Matrixd projPlaneMatrix;
-    osg::ref_ptr<osgEarth::Util::GeodeticGraticule> graticule;
-    QString coordSys;
-
-    AxGlViewport* glWidget = nullptr;
-    QString mapFile;
-    std::unique_ptr<AxFrame> frame;
-    std::unique_ptr<AxInputRouter> input;
-    // Drawings that are not registered yet, and objects that end with the slot they run in.
-    QList<QPointer<CAxHandleAdapter>> unregistered;
-    QUndoStack* undoStack = nullptr;
-    QAction* undoAction = nullptr;
-    QAction* redoAction = nullptr;
-    AxEditAids editAids;
-    bool deleteKeyTaken = false;
-    bool inputPosted = false;
-    bool starting = false;
-    bool passingKey = false;
-    bool painting = false;
-    QStringList nextReadOut;
+    const std::unique_ptr<AxViewerPrivate> d;
 };

@@ -1,5 +1,7 @@
 // The part of the viewer that hands Qt's input on to the scene.
+#include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/AxInputRouter.h"
+#include "viewer/AxViewerPrivate.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <QCursor>
@@ -26,73 +28,73 @@ Qt::KeyboardModifiers OwnModifier(int key)
         return Qt::NoModifier;
     }
 }
+
+bool IsOverlayUnderCursor(const QGraphicsView& view)
+{
+    return view.itemAt(view.mapFromGlobal(QCursor::pos())) != nullptr;
+}
 } // namespace
 
 void CAxEarthViewer::setKeyboardModifiers(Qt::KeyboardModifiers modifiers)
 {
-    input->SetModifiers(modifiers);
+    d->input->SetModifiers(modifiers);
     update();
-}
-
-bool CAxEarthViewer::isOverlayUnderCursor() const
-{
-    return itemAt(mapFromGlobal(QCursor::pos())) != nullptr;
 }
 
 void CAxEarthViewer::mousePressEvent(QMouseEvent* event)
 {
-    focusToMaptool = false;
+    d->tools.SetPressTaken(false);
     QGraphicsView::mousePressEvent(event);
     setKeyboardModifiers(event->modifiers());
-    input->Press(*event);
+    d->input->Press(*event);
 }
 
 void CAxEarthViewer::mouseReleaseEvent(QMouseEvent* event)
 {
     QGraphicsView::mouseReleaseEvent(event);
-    if (focusToMaptool) {
-        input->ReleaseNowhere(*event);
+    if (d->tools.IsPressTaken()) {
+        d->input->ReleaseNowhere(*event);
         return;
     }
     setKeyboardModifiers(event->modifiers());
-    input->Release(*event);
+    d->input->Release(*event);
 }
 
 void CAxEarthViewer::mouseMoveEvent(QMouseEvent* event)
 {
     setKeyboardModifiers(event->modifiers());
-    input->Move(*event);
+    d->input->Move(*event);
     QGraphicsView::mouseMoveEvent(event);
 }
 
 void CAxEarthViewer::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (isOverlayUnderCursor())
+    if (IsOverlayUnderCursor(*this))
         return;
     setKeyboardModifiers(event->modifiers());
-    input->DoubleClick(*event);
+    d->input->DoubleClick(*event);
     QGraphicsView::mouseDoubleClickEvent(event);
 }
 
 void CAxEarthViewer::wheelEvent(QWheelEvent* event)
 {
     setKeyboardModifiers(event->modifiers());
-    if (graphicsWindow)
-        input->Wheel(*event);
+    if (d->graphicsWindow)
+        d->input->Wheel(*event);
     QGraphicsView::wheelEvent(event);
 }
 
 void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
 {
-    const bool reachesScene = !isOverlayUnderCursor();
+    const bool reachesScene = !IsOverlayUnderCursor(*this);
     if (reachesScene)
         setKeyboardModifiers(event->modifiers());
-    input->KeyPress(*event, reachesScene);
+    d->input->KeyPress(*event, reachesScene);
     if (!event->isAutoRepeat() || event->key() == Qt::Key_Backspace)
         takeEditingKey(event->key());
-    if (event->key() == Qt::Key_Control && appType == appTypeOne)
-        multiSelect = true;
-    if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))
+    if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
+        d->tools.SetMultiSelect(true);
+    if (event->key() == Qt::Key_Alt && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
         emit signalAltKey(true);
     QGraphicsView::keyPressEvent(event);
 }
@@ -110,28 +112,42 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
     // tool that it took up.
     const Qt::KeyboardModifiers own = OwnModifier(event->key());
     setKeyboardModifiers(event->modifiers() | own);
-    input->KeyRelease(*event);
-    input->SetModifiers(event->modifiers() & ~own);
+    d->input->KeyRelease(*event);
+    d->input->SetModifiers(event->modifiers() & ~own);
     QGraphicsView::keyReleaseEvent(event);
     if (event->key() == Qt::Key_Delete) {
         emit signalHandleKeyDelete();
-        deleteKeyTaken = false;
+        d->deleteKeyTaken = false;
     }
-    if (event->key() == Qt::Key_Control && appType == appTypeOne)
-        multiSelect = false;
-    if (event->key() == Qt::Key_Alt && (appType == appTypeOne || appType == appTypeThree))
+    if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
+        d->tools.SetMultiSelect(false);
+    if (event->key() == Qt::Key_Alt && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
         emit signalAltKey(false);
 }
 
 void CAxEarthViewer::focusOutEvent(QFocusEvent* event)
 {
     // What is let go of from here on is told to somebody else.
-    const bool altHeld = input->IsHeld(Qt::Key_Alt);
-    input->ReleaseAll();
-    if (appType == appTypeOne)
-        multiSelect = false;
-    if (altHeld && (appType == appTypeOne || appType == appTypeThree))
+    const bool altHeld = d->input->IsHeld(Qt::Key_Alt);
+    d->input->ReleaseAll();
+    if (GetAppType() == appTypeOne)
+        d->tools.SetMultiSelect(false);
+    if (altHeld && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
         emit signalAltKey(false);
     update();
     QGraphicsView::focusOutEvent(event);
+}
+
+void CAxEarthViewer::takeEditingKey(int key)
+{
+    if (key == Qt::Key_Escape) {
+        d->objects.GiveUpOperation();
+    } else if (key == Qt::Key_Backspace && d->objects.Current()) {
+        d->objects.Current()->RemoveLastPoint();
+    } else if (key == Qt::Key_Delete) {
+        // A deletion that is refused was meant for the vertex all the same.
+        d->deleteKeyTaken = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
+        if (d->deleteKeyTaken)
+            d->objects.DeleteHoveredVertex();
+    }
 }

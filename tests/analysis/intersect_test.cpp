@@ -1,6 +1,6 @@
 // Areas tested against zones by the workers.
-#include "analysis/AxNearZones.h"
-#include "analysis/CAxAreaIntersectOperate.h"
+#include "analysis/zones/AxNearZones.h"
+#include "analysis/zones/CAxAreaIntersectOperate.h"
 
 #include <osg/Math>
 

@@ -1,9 +1,9 @@
 // Zones out of the rows of the zone file: areas, circles, lifts.
 #include "LogLines.h"
 
-#include "analysis/AxNoflyZones.h"
-#include "analysis/AxZoneArea.h"
-#include "analysis/AxZoneClipping.h"
+#include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/AxZoneArea.h"
+#include "analysis/zones/AxZoneClipping.h"
 
 #include <osg/Math>
 #include <osgEarth/GeoMath>

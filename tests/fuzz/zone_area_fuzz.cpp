@@ -1,7 +1,7 @@
 // Area texts of zones and lifts: any text ends in points on the globe, and a zone less any lift in outlines.
-#include "analysis/AxNoflyZones.h"
-#include "analysis/AxZoneArea.h"
-#include "viewer/AxViewerLog.h"
+#include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/AxZoneArea.h"
+#include "scene/base/AxViewerLog.h"
 
 #include <cmath>
 #include <cstdint>

@@ -2,7 +2,7 @@
 #include "ViewerFixture.h"
 
 #include "host/BlockListModel.h"
-#include "interaction/CAxHandleAdapter.h"
+#include "interaction/objects/CAxHandleAdapter.h"
 
 #include <AxData/CAxBlockManager.h>
 

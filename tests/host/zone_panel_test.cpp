@@ -3,7 +3,7 @@
 #include "host/CameraRest.h"
 #include "host/ZoneListModel.h"
 #include "host/ZonePanel.h"
-#include "viewer/CAxMapToolsWidget.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
 #include "ViewerFixture.h"
 
 #include <QAbstractItemModelTester>

@@ -1,5 +1,5 @@
 #pragma once
-#include "interaction/AxScenePick.h"
+#include "scene/shape/AxScenePick.h"
 
 #include <osg/Camera>
 #include <osg/Geode>

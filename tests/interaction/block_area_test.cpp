@@ -1,5 +1,5 @@
 // The area that a block's dialog shows, against the geodesic one.
-#include "interaction/AxBlockArea.h"
+#include "scene/shape/AxBlockArea.h"
 
 #include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/PolygonArea.hpp>

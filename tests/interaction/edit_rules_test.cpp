@@ -1,8 +1,8 @@
 // Middles, snapping and kept angles of a vertex that is being dragged.
 #include "SceneOnEarth.h"
 
-#include "interaction/AxEditRules.h"
-#include "interaction/AxViewRay.h"
+#include "interaction/editing/AxEditRules.h"
+#include "scene/shape/AxViewRay.h"
 
 #include <osgEarth/GeoData>
 

@@ -1,7 +1,7 @@
 // Which fills may be painted in one go, because no part of them lies before another one.
-#include "interaction/AxFillSides.h"
-#include "interaction/AxGlobePoint.h"
-#include "interaction/AxShapeSurface.h"
+#include "scene/base/AxGlobePoint.h"
+#include "scene/shape/AxFillSides.h"
+#include "scene/shape/AxShapeSurface.h"
 
 #include <gtest/gtest.h>
 

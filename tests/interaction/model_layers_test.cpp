@@ -1,8 +1,8 @@
 // Models of model layers under the mouse, and the camera's way around them.
 #include "SceneOnEarth.h"
 
-#include "interaction/AxModelLayers.h"
-#include "interaction/AxModelNavigation.h"
+#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelNavigation.h"
 
 #include <gtest/gtest.h>
 

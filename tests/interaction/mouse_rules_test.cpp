@@ -1,7 +1,10 @@
 // What mouse and key events mean for each tool.
-#include "interaction/AxBlockMove.h"
-#include "interaction/AxMouseRules.h"
-#include "interaction/AxReadOut.h"
+#include "interaction/input/AxMouseRules.h"
+#include "interaction/tools/AxBlockMove.h"
+#include "viewer/AxPlaceNames.h"
+#include "viewer/overlay/AxReadOut.h"
+
+#include <AxBaseUI/AxToolTable.h>
 
 #include <osg/Math>
 #include <osgGA/GUIEventAdapter>
@@ -16,26 +19,21 @@
 using namespace AxMouseRules;
 using osgGA::GUIEventAdapter;
 
-namespace {
-EToolType Tool(int value)
-{
-    return static_cast<EToolType>(value);
-}
-} // namespace
-
-TEST(MouseRules, GiveEveryToolItsPart)
+TEST(Tools, AreDrawnWithAsTheirRowsSay)
 {
     const std::set<int> drawByDrag{4, 9, 11, 12, 31};
     const std::set<int> drawByClick{3, 5, 7, 8, 13, 14, 17};
     const std::set<int> endByDoubleClick{3, 4, 5, 7, 13, 14, 15, 16, 17};
+    const std::set<int> startAnew{3, 4, 5, 9, 31};
     for (int tool = 0; tool <= 32; ++tool) {
         SCOPED_TRACE(tool);
-        EXPECT_EQ(HoldsCameraWhileDragging(Tool(tool)), drawByDrag.count(tool) == 1);
-        EXPECT_EQ(PushRoleOf(Tool(tool)) == PushRole::BeginDrawing, drawByDrag.count(tool) == 1);
-        EXPECT_EQ(PushRoleOf(Tool(tool)) == PushRole::SelectForMove, tool == 2);
-        EXPECT_EQ(ClickRoleOf(Tool(tool)) == ClickRole::BeginDrawing, drawByClick.count(tool) == 1);
-        EXPECT_EQ(ClickRoleOf(Tool(tool)) == ClickRole::Select, tool == 2);
-        EXPECT_EQ(OwnsDoubleClick(Tool(tool)), endByDoubleClick.count(tool) == 1);
+        const AxToolRow& row = AxToolRowOf(static_cast<EToolType>(tool));
+        EXPECT_EQ(row.tool, tool < 32 ? tool : 0);
+        EXPECT_EQ(row.start == AxDrawStart::Push, drawByDrag.count(tool) == 1);
+        EXPECT_EQ(row.start == AxDrawStart::Click, drawByClick.count(tool) == 1);
+        EXPECT_EQ(row.ownsDoubleClick, endByDoubleClick.count(tool) == 1);
+        EXPECT_EQ(row.startsAnew, startAnew.count(tool) == 1);
+        EXPECT_EQ(row.isOnBar, tool == 7 || tool == 8);
     }
 }
 
@@ -82,15 +80,15 @@ TEST(MouseRules, KnowTheKeysThatMatter)
     EXPECT_FALSE(KeepsTool('2') || KeepsTool(1));
 }
 
-TEST(MouseRules, NameEitherCapitalsOrCitiesByDistance)
+TEST(PlaceNames, AreEitherCapitalsOrCitiesByDistance)
 {
-    EXPECT_FALSE(NameLayersAt(5000000.0).capital);
-    EXPECT_TRUE(NameLayersAt(5000000.0).city);
-    EXPECT_TRUE(NameLayersAt(5000000.1).capital);
-    EXPECT_FALSE(NameLayersAt(5000000.1).city);
+    EXPECT_FALSE(AxPlaceNames::At(5000000.0).capital);
+    EXPECT_TRUE(AxPlaceNames::At(5000000.0).city);
+    EXPECT_TRUE(AxPlaceNames::At(5000000.1).capital);
+    EXPECT_FALSE(AxPlaceNames::At(5000000.1).city);
     for (const double range : {1.0, 1e6, 1e8}) {
-        EXPECT_FALSE(NameLayersAt(range).county);
-        EXPECT_FALSE(NameLayersAt(range).town);
+        EXPECT_FALSE(AxPlaceNames::At(range).county);
+        EXPECT_FALSE(AxPlaceNames::At(range).town);
     }
 }
 

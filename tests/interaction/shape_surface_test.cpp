@@ -1,6 +1,6 @@
 // From the vertices of a shape to what is drawn: outline, fill, plane ring, place of the name.
-#include "interaction/AxRingInPlane.h"
-#include "interaction/AxShapeSurface.h"
+#include "scene/shape/AxRingInPlane.h"
+#include "scene/shape/AxShapeSurface.h"
 
 #include <AxBaseUI/AxPolygonTest.h>
 

@@ -2,7 +2,7 @@
 #include "FakeEngine.h"
 #include "LogLines.h"
 
-#include "viewer/CAxTextToSpeech.h"
+#include "viewer/speech/CAxTextToSpeech.h"
 
 #include <QCoreApplication>
 #include <QTest>

@@ -1,7 +1,7 @@
 // Which engine, which voice, and what it is given to say.
 #include "Announcer.h"
 
-#include "viewer/CAxTextToSpeechVoices.h"
+#include "viewer/speech/CAxTextToSpeechVoices.h"
 
 namespace {
 struct Offer

@@ -1,5 +1,5 @@
 #pragma once
-#include "interaction/CAxEarthManipulator.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxControl.h>

@@ -1,7 +1,7 @@
 #pragma once
 #include "ProtocolFixture.h"
 
-#include "interaction/AxEditRules.h"
+#include "interaction/editing/AxEditRules.h"
 
 #include <osgGA/EventVisitor>
 #include <osgViewer/Viewer>
@@ -15,14 +15,31 @@ public:
     EditedObject(CAxEarthViewer* earthViewer, CAxBlock::EBlockType type = CAxBlock::PolygonBlock)
         : CAxHandleAdapter(earthViewer, nullptr)
     {
-        blockType = type;
+        d->blockType = type;
         if (earthViewer)
             ConnectMouseEvent();
     }
     ~EditedObject() override { Show(nullptr); }
 
-    void SetAdapterVisible(bool shown, QString) override { visible = shown; }
-    void ClearPoints() override { anchors.clear(); }
+    AxShapeKind ShapeKind() const override
+    {
+        using Edges = AxShapeKind::Edges;
+        switch (d->blockType) {
+        case CAxBlock::StripBlock:
+            return {Edges::Open, 2, true};
+        case CAxBlock::RectangleBlock:
+        case CAxBlock::ProhibitedAreaBlock:
+            return {Edges::Closed, 4, false};
+        case CAxBlock::VideoBlock:
+            return {Edges::Closed, 1, false};
+        case CAxBlock::MarkPointBlock:
+            return {Edges::None, 1, true};
+        default:
+            return {};
+        }
+    }
+    void SetAdapterVisible(bool shown, QString) override { d->visible = shown; }
+    void ClearPoints() override { d->anchors.clear(); }
     int CheckGeometry() override { return 1; }
     void slotPointMoved(double lng, double lat, double alt, int index) override
     {
@@ -32,14 +49,14 @@ public:
     }
     void ResponseHandlePointMoved(osg::Vec3d, osg::Vec3d) override { ++ends; }
 
-    void SetLock(bool locked) { lock = locked; }
-    void SetOperation(EHandleOperation wanted) { operation = wanted; }
+    void SetLock(bool locked) { d->lock = locked; }
+    void SetOperation(EHandleOperation wanted) { d->operation = wanted; }
 
     /// The handles of the present vertices, in the scene.
     CAxHandleAdapterEditor& Edit(CAxDragger::DragType type = CAxDragger::DragSphere)
     {
-        Show(new CAxHandleAdapterEditor(this, viewer->getMapNode(), 1, true, type, osg::Vec3d()));
-        return *anchorEditor;
+        Show(new CAxHandleAdapterEditor(this, GetViewer()->getMapNode(), 1, true, type, osg::Vec3d()));
+        return *d->anchorEditor;
     }
 
     int moves = 0;
@@ -52,13 +69,13 @@ protected:
 private:
     void Show(CAxHandleAdapterEditor* editor)
     {
-        if (anchorEditor && viewer)
-            viewer->GetDrawNodeGroup()->removeChild(anchorEditor);
-        anchorEditor = editor;
+        if (d->anchorEditor && GetViewer())
+            GetViewer()->GetDrawNodeGroup()->removeChild(d->anchorEditor);
+        d->anchorEditor = editor;
         if (!editor)
             return;
         connect(editor, &CAxHandleAdapterEditor::PositionChanged, this, &EditedObject::slotPointMoved);
-        viewer->GetDrawNodeGroup()->addChild(editor);
+        GetViewer()->GetDrawNodeGroup()->addChild(editor);
     }
 };
 

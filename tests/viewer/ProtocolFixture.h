@@ -1,8 +1,9 @@
 #pragma once
 #include "ViewerFixture.h"
 
-#include "interaction/CAxHandleAdapter.h"
-#include "interaction/CAxHandleAdapterEditor.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/CAxHandleAdapter.h"
 
 #include <AxData/CAxBlockManager.h>
 
@@ -26,8 +27,8 @@ public:
               CAxBlock::EBlockType type = CAxBlock::PolygonBlock)
         : CAxHandleAdapter(earthViewer, nullptr)
     {
-        handleID = id;
-        blockType = type;
+        d->handleID = id;
+        d->blockType = type;
         JoinScene();
         CreateEditor();
     }
@@ -35,11 +36,11 @@ public:
     {
         if (place && place->getNumParents() > 0)
             place->getParent(0)->removeChild(place);
-        CAxBlockManager::instance().DeleteBlock(handleID);
+        CAxBlockManager::instance().DeleteBlock(d->handleID);
     }
 
-    void SetAdapterVisible(bool shown, QString) override { visible = shown; }
-    void ClearPoints() override { anchors.clear(); }
+    void SetAdapterVisible(bool shown, QString) override { d->visible = shown; }
+    void ClearPoints() override { d->anchors.clear(); }
     int CheckGeometry() override { return ++checks, verdict; }
     void ResponseDoubleClickOnPoint(int index, osg::Vec3d) override { doubleClicked += index; }
     void slotHandleMoved(double dLng, double dLat, double dAlt) override
@@ -48,9 +49,9 @@ public:
         moved += osg::Vec3d(dLng, dLat, dAlt);
     }
 
-    void SetLock(bool locked) { lock = locked; }
-    void SetOperation(EHandleOperation wanted) { operation = wanted; }
-    void AddRoute() { tasks += nullptr; }
+    void SetLock(bool locked) { d->lock = locked; }
+    void SetOperation(EHandleOperation wanted) { d->operation = wanted; }
+    void AddRoute() { d->tasks += nullptr; }
 
     /// Draws the square, 2 * halfSide metres wide, around a place.
     void Draw(const osg::Matrixd& toWorld, float halfSide)
@@ -63,10 +64,10 @@ public:
         square->setVertexArray(new osg::Vec3Array(4, corners.data()));
         square->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
         drawable = square;
-        featureNode->addDrawable(square);
+        d->featureNode->addDrawable(square);
         place = new osg::MatrixTransform(toWorld);
-        place->addChild(featureNode);
-        viewer->GetDrawNodeGroup()->addChild(place);
+        place->addChild(d->featureNode);
+        GetViewer()->GetDrawNodeGroup()->addChild(place);
     }
 
     int verdict = 1;

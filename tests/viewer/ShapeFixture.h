@@ -2,7 +2,7 @@
 #include "ModalBox.h"
 #include "ProtocolFixture.h"
 
-#include "interaction/CAx3DGeometry.h"
+#include "interaction/objects/CAx3DGeometry.h"
 
 #include <QPointer>
 #include <QUndoStack>

@@ -6,9 +6,9 @@
 #include "ShapeFixture.h"
 
 #include "analysis/CAxAncillaryProcess.h"
-#include "analysis/CAxApplyForProhibitedArea.h"
-#include "interaction/AxBlockRefusal.h"
-#include "interaction/CAxHandleAdapterEditor.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxZonesUnder.h"
+#include "interaction/objects/CAxApplyForProhibitedArea.h"
 
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxBaseUI/CAxNoflyApplyWgt.h>

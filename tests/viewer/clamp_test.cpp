@@ -1,7 +1,7 @@
 // Handles that come down to the ground as tiles arrive.
 #include "EditorFixture.h"
 
-#include "interaction/CAxClampObjectCallback.h"
+#include "interaction/editing/CAxClampObjectCallback.h"
 
 #include <osg/ValueObject>
 #include <osgEarth/Registry>

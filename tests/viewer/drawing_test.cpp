@@ -1,7 +1,7 @@
 // What is seen of a shape: fill, outline, name and lock, from near and from far.
 #include "ShapeFixture.h"
 
-#include "interaction/AxWorldGeometry.h"
+#include "scene/shape/AxWorldGeometry.h"
 
 #include <osgEarth/Terrain>
 #include <osgEarthAnnotation/LabelNode>

@@ -1,9 +1,9 @@
 // The compass and the coordinate read-out over the map.
 #include "SceneEvents.h"
 
-#include "interaction/AxReadOut.h"
-#include "viewer/CAxCoordinateWidget.h"
-#include "viewer/CAxGraphicsCompassItem.h"
+#include "viewer/overlay/AxReadOut.h"
+#include "viewer/overlay/CAxCoordinateWidget.h"
+#include "viewer/overlay/CAxGraphicsCompassItem.h"
 
 #include <osgGA/EventQueue>
 

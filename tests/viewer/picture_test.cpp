@@ -2,8 +2,8 @@
 #include "ViewerFixture.h"
 
 #include "viewer/AxFrameCapture.h"
-#include "viewer/AxHeadUpText.h"
-#include "viewer/CAxCoordinateWidget.h"
+#include "viewer/overlay/AxHeadUpText.h"
+#include "viewer/overlay/CAxCoordinateWidget.h"
 
 #include <QImage>
 #include <QSet>

@@ -2,7 +2,7 @@
 #include "ProtocolFixture.h"
 
 #include "analysis/CAxAncillaryProcess.h"
-#include "mission/CAxDownhillAnglenode.h"
+#include "mission/landing/CAxDownhillAnglenode.h"
 
 #include <osgEarth/Map>
 #include <osgEarth/ModelLayer>

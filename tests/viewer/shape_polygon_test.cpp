@@ -1,8 +1,8 @@
 // Polygon blocks: drawn, judged, edited, renamed, undone.
 #include "ShapeFixture.h"
 
-#include "interaction/CAxHandleAdapterEditor.h"
-#include "mission/CAxTaskPolygon.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "mission/routes/CAxTaskPolygon.h"
 
 #include <AxData/CAxControl.h>
 

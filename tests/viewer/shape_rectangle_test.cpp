@@ -1,8 +1,8 @@
 // Rectangles: drawn, judged, kept rectangular.
 #include "ShapeFixture.h"
 
-#include "interaction/CAxHandleAdapterEditor.h"
-#include "interaction/CAxOsgDrawRectange.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/CAxOsgDrawRectange.h"
 
 #include <osgEarthAnnotation/LabelNode>
 

@@ -1,7 +1,7 @@
 // Which tool begins, ends or leaves alone which object.
 #include "ShapeFixture.h"
 
-#include "viewer/CAxMapToolsWidget.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <QPushButton>
 

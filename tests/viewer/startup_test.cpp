@@ -2,7 +2,7 @@
 #include "ViewerFixture.h"
 
 #include "analysis/CAxAncillaryProcess.h"
-#include "viewer/AxHeadUpText.h"
+#include "viewer/overlay/AxHeadUpText.h"
 
 #include <osg/Switch>
 #include <osgDB/DatabasePager>

@@ -1,9 +1,9 @@
 // The widget: geometry, switches, input routing, overlays.
 #include "SceneEvents.h"
 
-#include "viewer/CAxCoordinateWidget.h"
-#include "viewer/CAxGraphicsCompassItem.h"
-#include "viewer/CAxMapToolsWidget.h"
+#include "viewer/overlay/CAxCoordinateWidget.h"
+#include "viewer/overlay/CAxGraphicsCompassItem.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>

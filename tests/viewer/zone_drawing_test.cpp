@@ -1,10 +1,10 @@
 // What is seen of no-fly zones, of those that blink and of the one under the mouse.
 #include "ProtocolFixture.h"
 
-#include "analysis/AxZoneDrawing.h"
-#include "analysis/AxZoneFlash.h"
-#include "analysis/AxZoneHover.h"
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/zones/AxZoneDrawing.h"
+#include "analysis/zones/AxZoneFlash.h"
+#include "analysis/zones/AxZoneHover.h"
 #include "SceneEvents.h"
 
 #include <osg/Geometry>
@@ -262,7 +262,7 @@ TEST_F(ZoneDrawing, FlashShowsOverHiddenZonesAndEndsByItself)
     LookAt(30.0, 0.0, 350000.0);
     Picture();
     const unsigned before = viewer->GetDrawNodeGroup()->getNumChildren();
-    AxZoneFlash flash(*viewer);
+    AxZoneFlash flash(*viewer->Parts());
     flash.Flash({Make<Polygon>(Circle(10.0, 0.0, 0.3))});
     flash.Flash({Make<Polygon>(Circle(30.0, 0.0, 0.3)), nullptr, new MultiGeometry});
     EXPECT_EQ(viewer->GetDrawNodeGroup()->getNumChildren(), before + 1);
@@ -299,7 +299,7 @@ protected:
 TEST_F(ZoneHover, NamesTheZoneUnderTheMouseWhileZonesAreShown)
 {
     CAxAncillaryProcess* process = viewer->GetAncillaryProcess();
-    AxZoneHover hover(*viewer, *process);
+    AxZoneHover hover(*viewer->Parts(), *process);
     viewer->getManipulator()->setViewpoint(Straight(60.2, 45.3, 80000.0), 0.0);
     ASSERT_TRUE(WaitForPicture());
     const auto over = [&](double longitude, double latitude) {

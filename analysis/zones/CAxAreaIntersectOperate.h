@@ -1,0 +1,78 @@
+#pragma once
+#include "analysis/zones/AxNoflyZones.h"
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <OpenThreads/Condition>
+#include <OpenThreads/Mutex>
+#include <osg/OperationThread>
+#include <osg/ref_ptr>
+#include <osgEarthSymbology/Geometry>
+
+#include <QPainterPath>
+#include <QPolygonF>
+#include <QRectF>
+#include <QString>
+#include <QStringList>
+
+#include <vector>
+
+/// The outline of a zone that areas are tested against. Degrees.
+struct AXEARTHVIEWER_EXPORT AxZoneOutline
+{
+    QString id;
+    QRectF bounds;
+    /// What is left of a zone with lifts.
+    QPolygonF lifted;
+    /// The zone itself where it has none, else empty.
+    AxZoneShape shape;
+
+    QPainterPath Path() const;
+    /// Of the zone's own side of the antimeridian or of the other.
+    bool Contains(double longitude, double latitude) const;
+};
+
+/// The outlines of all zones in the order of their ids.
+AXEARTHVIEWER_EXPORT std::vector<AxZoneOutline> AxZoneOutlines(const AxNoflyZones& zones);
+
+/// Counts workers that have not finished; one thread waits for them.
+class AXEARTHVIEWER_EXPORT AxPendingWorkers
+{
+public:
+    void Set(int workers);
+    void Finish();
+    void Wait();
+
+private:
+    OpenThreads::Mutex mutex;
+    OpenThreads::Condition done;
+    int count = 0;
+};
+
+/**
+ * Tests an area against a share of the zones. It is kept for repeated runs: a
+ * run without a pending job does nothing.
+ *
+ * Reference counted. SetJob() and Met() belong to the thread that waits for the
+ * counter, operator() to an operation thread in between.
+ */
+class AXEARTHVIEWER_EXPORT CAxAreaIntersectOperate : public osg::Operation
+{
+public:
+    explicit CAxAreaIntersectOperate(std::vector<AxZoneOutline> zones);
+
+    /// The counter hears of the end; it and the area outlive the run.
+    void SetJob(const osgEarth::Symbology::Geometry& area, AxPendingWorkers& pending);
+    void operator()(osg::Object*) override;
+    /// The ids of the zones that the area met, in the order of the ids.
+    const QStringList& Met() const { return met; }
+
+private:
+    ~CAxAreaIntersectOperate() override;
+    void test();
+
+    std::vector<AxZoneOutline> zones;
+    const osgEarth::Symbology::Geometry* area = nullptr;
+    AxPendingWorkers* pendingWorkers = nullptr;
+    bool pending = false;
+    QStringList met;
+};

@@ -1,0 +1,51 @@
+# What hosts include: "<documented path>=<where the header lives>". The documented path stays when a
+# header moves; it leads to the header. What is not listed is the library's own business and not installed.
+set(AX_PUBLIC_HEADERS
+  analysis/AxNoflyZones.h=analysis/zones/AxNoflyZones.h
+  analysis/AxUserOperation.h=analysis/AxUserOperation.h
+  analysis/AxZoneShape.h=analysis/zones/AxZoneShape.h
+  analysis/CAxAncillaryProcess.h=analysis/CAxAncillaryProcess.h
+  analysis/CAxApplyForProhibitedArea.h=interaction/objects/CAxApplyForProhibitedArea.h
+  analysis/CAxAreaIntersectOperate.h=analysis/zones/CAxAreaIntersectOperate.h
+  analysis/CAxDrapeableNode.h=analysis/CAxDrapeableNode.h
+  analysis/CAxElevationQuery.h=analysis/CAxElevationQuery.h
+  interaction/AxBlockAdapter.h=interaction/objects/AxBlockAdapter.h
+  interaction/AxBlockRefusal.h=interaction/objects/AxZonesUnder.h
+  interaction/AxEditAids.h=scene/AxEditAids.h
+  interaction/CAx3DGeometry.h=interaction/objects/CAx3DGeometry.h
+  interaction/CAxClampObjectCallback.h=interaction/editing/CAxClampObjectCallback.h
+  interaction/CAxDragger.h=interaction/editing/CAxDragger.h
+  interaction/CAxEarthManipulator.h=interaction/input/CAxEarthManipulator.h
+  interaction/CAxHandleAdapter.h=interaction/objects/CAxHandleAdapter.h
+  interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
+  interaction/CAxOsgDrawRectange.h=interaction/objects/CAxOsgDrawRectange.h
+  interaction/EHandleOperation.h=scene/EHandleOperation.h
+  interaction/AxEditedShape.h=interaction/editing/AxEditedShape.h
+  interaction/AxVerdict.h=interaction/objects/AxVerdict.h
+  mission/CAxDownhillAnglenode.h=mission/landing/CAxDownhillAnglenode.h
+  mission/CAxTaskPolygon.h=mission/routes/CAxTaskPolygon.h
+  scene/AxShapeKind.h=scene/AxShapeKind.h
+  scene/AxTaskRoute.h=scene/AxTaskRoute.h
+  scene/AxZoneAnswers.h=scene/AxZoneAnswers.h
+  viewer/AxEarthViewerExport.h=scene/base/AxEarthViewerExport.h
+  viewer/AxGridWidget.h=viewer/overlay/AxGridWidget.h
+  viewer/AxHeadUpText.h=viewer/overlay/AxHeadUpText.h
+  viewer/AxMapFile.h=viewer/AxMapFile.h
+  viewer/AxSceneLog.h=viewer/AxSceneLog.h
+  viewer/AxTranslations.h=viewer/AxTranslations.h
+  viewer/CAxCoordinateWidget.h=viewer/overlay/CAxCoordinateWidget.h
+  viewer/CAxEarthViewer.h=viewer/CAxEarthViewer.h
+  viewer/CAxGraphicsCompassItem.h=viewer/overlay/CAxGraphicsCompassItem.h
+  viewer/CAxMapToolsWidget.h=viewer/overlay/CAxMapToolsWidget.h
+  viewer/CAxTextToSpeech.h=viewer/speech/CAxTextToSpeech.h)
+
+# The documented paths that lead elsewhere, for the build and for the install.
+set(AX_DOCUMENTED_DIR "${CMAKE_BINARY_DIR}/documented")
+foreach(entry IN LISTS AX_PUBLIC_HEADERS)
+  string(REPLACE "=" ";" entry "${entry}")
+  list(GET entry 0 documented)
+  list(GET entry 1 header)
+  if(NOT documented STREQUAL header)
+    ax_lead_to("${AX_DOCUMENTED_DIR}/${documented}" "${header}")
+  endif()
+endforeach()

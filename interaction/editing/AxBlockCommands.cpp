@@ -1,0 +1,66 @@
+#include "interaction/editing/AxBlockCommands.h"
+#include "interaction/editing/AxEditedShape.h"
+#include "scene/AxObjectBook.h"
+
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
+
+AxBlockCommand::AxBlockCommand(AxViewerParts* parts, const QString& id, const QString& text)
+    : QUndoCommand(text), viewer(parts), blockID(id)
+{
+}
+
+void AxBlockCommand::step(bool before)
+{
+    if (!viewer || !CAxBlockManager::instance().GetBlock(blockID)) {
+        setObsolete(true);
+        return;
+    }
+    Apply(before);
+    if (!isObsolete())
+        CAxControl::GetInstance()->SetProjectModified(true);
+}
+
+void AxBlockCommand::undo()
+{
+    isApplied = false;
+    step(true);
+}
+
+void AxBlockCommand::redo()
+{
+    // The stack's first call comes with the push, and the edit is done by then.
+    if (!std::exchange(isApplied, true))
+        step(false);
+}
+
+AxAnchorCommand::AxAnchorCommand(AxViewerParts* parts, const QString& id, const QList<QPointF>& before,
+                                 const QList<QPointF>& after, const QString& text)
+    : AxBlockCommand(parts, id, text), ringBefore(before), ringAfter(after)
+{
+}
+
+void AxAnchorCommand::Apply(bool before)
+{
+    CAxBlockManager::instance().GetBlock(blockID)->SetAnchor(before ? ringBefore : ringAfter);
+    if (const AxEditedShapeRef shape(viewer->Objects().Find(blockID)); shape)
+        shape->ReturnLastOperate();
+}
+
+AxNameCommand::AxNameCommand(AxViewerParts* parts, const QString& id, const QString& before,
+                             const QString& after, const QString& text)
+    : AxBlockCommand(parts, id, text), nameBefore(before), nameAfter(after)
+{
+}
+
+void AxNameCommand::Apply(bool before)
+{
+    const QString& name = before ? nameBefore : nameAfter;
+    if (CAxBlockManager::instance()._exist(name)) {
+        setObsolete(true); // another block has it by now
+        return;
+    }
+    CAxBlockManager::instance().GetBlock(blockID)->SetBlockName(name);
+    if (const AxEditedShapeRef shape(viewer->Objects().Find(blockID)); shape)
+        shape->DrawNameLabel();
+}

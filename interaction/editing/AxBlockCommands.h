@@ -1,0 +1,64 @@
+#pragma once
+#include "scene/AxViewerParts.h"
+
+#include <QList>
+#include <QPointer>
+#include <QPointF>
+#include <QString>
+#include <QUndoCommand>
+
+/**
+ * One committed edit of a block record, on the viewer's undo stack. The record
+ * has the new state already when the command is pushed. Once its block is gone
+ * the command is of no use any more, and the stack drops it at the next step.
+ */
+class AxBlockCommand : public QUndoCommand
+{
+public:
+    AxBlockCommand(AxViewerParts* viewer, const QString& blockID, const QString& text);
+
+    void undo() final;
+    void redo() final;
+    const QString& BlockID() const { return blockID; }
+
+protected:
+    /// Brings the record and its object to the state before, or after, the edit.
+    virtual void Apply(bool before) = 0;
+
+    QPointer<AxViewerParts> viewer;
+    QString blockID;
+
+private:
+    void step(bool before);
+    bool isApplied = true;
+};
+
+/// The vertices of a block, degrees.
+class AxAnchorCommand : public AxBlockCommand
+{
+public:
+    AxAnchorCommand(AxViewerParts* viewer, const QString& blockID, const QList<QPointF>& before,
+                    const QList<QPointF>& after, const QString& text);
+
+protected:
+    void Apply(bool before) override;
+
+private:
+    QList<QPointF> ringBefore;
+    QList<QPointF> ringAfter;
+};
+
+/// The name of a block.
+class AxNameCommand : public AxBlockCommand
+{
+public:
+    AxNameCommand(AxViewerParts* viewer, const QString& blockID, const QString& before, const QString& after,
+                  const QString& text);
+
+protected:
+    void Apply(bool before) override;
+
+private:
+    QString nameBefore;
+    QString nameAfter;
+};

@@ -1,0 +1,63 @@
+#include "interaction/editing/AxEditHistory.h"
+#include "interaction/editing/AxEditedShape.h"
+#include "scene/AxObjectBook.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QUndoStack>
+#include <QWidget>
+
+namespace {
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("CAxEarthViewer", text);
+}
+
+// The action's own word alone, or with what it would do: "Undo", "Undo Move vertex".
+void NameAfterEdit(QAction* action, QUndoStack* stack, void (QUndoStack::*changed)(const QString&),
+                   const char* word, const char* wordWithEdit)
+{
+    action->setText(Tr(word));
+    QObject::connect(stack, changed, action, [action, word, wordWithEdit](const QString& edit) {
+        action->setText(edit.isEmpty() ? Tr(word) : Tr(wordWithEdit).arg(edit));
+    });
+}
+} // namespace
+
+AxEditHistory::AxEditHistory(QWidget* widget, const AxObjectBook& book)
+    : objects(book), stack(new QUndoStack(widget)), undo(makeAction(widget, "Ctrl+Z", true)),
+      redo(makeAction(widget, "Ctrl+Shift+Z", false))
+{
+    NameAfterEdit(undo, stack, &QUndoStack::undoTextChanged, QT_TRANSLATE_NOOP("CAxEarthViewer", "Undo"),
+                  QT_TRANSLATE_NOOP("CAxEarthViewer", "Undo %1"));
+    NameAfterEdit(redo, stack, &QUndoStack::redoTextChanged, QT_TRANSLATE_NOOP("CAxEarthViewer", "Redo"),
+                  QT_TRANSLATE_NOOP("CAxEarthViewer", "Redo %1"));
+    QObject::connect(stack, &QUndoStack::canUndoChanged, undo, &QAction::setEnabled);
+    QObject::connect(stack, &QUndoStack::canRedoChanged, redo, &QAction::setEnabled);
+}
+
+QAction* AxEditHistory::makeAction(QWidget* widget, const char* keys, bool back)
+{
+    auto* action = new QAction(widget);
+    action->setShortcut(QKeySequence(QLatin1String(keys)));
+    action->setEnabled(false);
+    QObject::connect(action, &QAction::triggered, action, [this, back] { step(back); });
+    widget->addAction(action);
+    return action;
+}
+
+void AxEditHistory::Delete()
+{
+    // Clearing itself it tells the actions, which belong to the widget.
+    delete stack;
+    stack = nullptr;
+}
+
+void AxEditHistory::step(bool back)
+{
+    // In the middle of a gesture there is nothing committed to step over.
+    const AxEditedShapeRef current(objects.Current());
+    if (current && current->GetHandleOperation() != OperationIdle)
+        return;
+    back ? stack->undo() : stack->redo();
+}

@@ -1,0 +1,36 @@
+#pragma once
+#include "scene/AxEditAids.h"
+
+class AxObjectBook;
+class QAction;
+class QUndoStack;
+class QWidget;
+
+/**
+ * The committed edits of map objects, with the actions that step through them, and what helps while an
+ * object is edited. Owned by the viewer; stack and actions are children of its widget. GUI thread.
+ */
+class AxEditHistory
+{
+public:
+    AxEditHistory(QWidget* widget, const AxObjectBook& objects);
+    /// With its commands; to be called while the widget is still whole.
+    void Delete();
+
+    QUndoStack& Stack() const { return *stack; }
+    QAction* UndoAction() const { return undo; }
+    QAction* RedoAction() const { return redo; }
+
+    const AxEditAids& Aids() const { return aids; }
+    void SetAids(const AxEditAids& wanted) { aids = wanted; }
+
+private:
+    QAction* makeAction(QWidget* widget, const char* keys, bool back);
+    void step(bool back);
+
+    const AxObjectBook& objects;
+    QUndoStack* stack;
+    QAction* undo;
+    QAction* redo;
+    AxEditAids aids;
+};

@@ -1,0 +1,165 @@
+// What becomes of an event: pick, signals, and whether the camera may react.
+#include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/input/AxMouseRules.h"
+#include "interaction/tools/AxBlockMover.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+
+#include <osgViewer/View>
+
+#include <cmath>
+
+using osgEarth::Angle;
+using osgEarth::Units;
+using osgEarth::Viewpoint;
+using osgEarth::Util::EarthManipulator;
+using osgGA::GUIEventAdapter;
+
+namespace {
+constexpr double zoomSlotFactor = -0.0005;
+constexpr double travelSlotFactorX = -0.02;
+constexpr double travelSlotFactorY = -0.01;
+} // namespace
+
+CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
+    : QObject(parent), viewer(AxPartsOf(parent)),
+      mover(std::make_unique<AxBlockMover>(
+          [this](double dLng, double dLat, double dAlt) { emit ObjectMoved(dLng, dLat, dAlt); }))
+{
+    mover->SetViewer(viewer);
+    // The viewer reports a wheel turned forward as SCROLL_DOWN.
+    Settings* settings = getSettings();
+    settings->bindScroll(ACTION_ZOOM_IN, GUIEventAdapter::SCROLL_DOWN);
+    settings->bindScroll(ACTION_ZOOM_OUT, GUIEventAdapter::SCROLL_UP);
+}
+
+CAxEarthManipulator::~CAxEarthManipulator() = default;
+
+bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
+{
+    auto* view = dynamic_cast<osgViewer::View*>(&aa);
+    if (!view || !viewer)
+        return false;
+    if (ea.getHandled()) {
+        // A push that a handle took is the beginning of no click.
+        if (ea.getEventType() == GUIEventAdapter::PUSH &&
+            ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON)
+            pushX = pushY = 0.0f;
+        return false;
+    }
+    updateProjection(view->getCamera());
+    const Viewpoint viewpoint = getViewpoint();
+    if (viewpoint.isValid()) {
+        emit signalHeading(-viewpoint.getHeading());
+        emit signalViewMoved(viewpoint, true);
+    }
+
+    Pick pick;
+    pick.world = getPos(ea, aa, pick.lngLat, pick.modelHit, pick.currNode, pick.parentNode);
+    emit signalPointed(pick.lngLat[0], pick.lngLat[1], pick.Altitude(), getDistance());
+
+    switch (ea.getEventType()) {
+    case GUIEventAdapter::MOVE:
+        handleMove(ea, aa, pick);
+        return passOn(ea, aa);
+    case GUIEventAdapter::PUSH:
+        return handleMousePush(ea, aa, pick) || passOn(ea, aa);
+    case GUIEventAdapter::RELEASE:
+        return handleMouseRelease(ea, aa, pick) || passOn(ea, aa);
+    case GUIEventAdapter::DOUBLECLICK:
+        return handleDoubleClick(ea, aa, pick) || passOn(ea, aa);
+    case GUIEventAdapter::DRAG:
+        emit mouseLeftBtnDrag(pick.LngLatPos(), pick.world);
+        emit mouseLeftBtnDrag(ea.getX(), ea.getY());
+        return handleMouseDrag(ea, aa, pick.LngLatPos(), pick.world) || passOn(ea, aa);
+    case GUIEventAdapter::KEYDOWN:
+        handleKeyDown(ea, aa);
+        return passOn(ea, aa);
+    case GUIEventAdapter::KEYUP:
+        handleKeyUp(ea, aa);
+        return passOn(ea, aa);
+    case GUIEventAdapter::SCROLL:
+        return handleModelActionScroll(ea, aa) || passOn(ea, aa);
+    default:
+        return passOn(ea, aa);
+    }
+}
+
+bool CAxEarthManipulator::passOn(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
+{
+    EarthManipulator::handle(ea, aa);
+    return false;
+}
+
+void CAxEarthManipulator::TellView()
+{
+    emit signalViewMoved(getViewpoint(), false);
+}
+
+void CAxEarthManipulator::CancelBlockMove()
+{
+    mover->Cancel();
+}
+
+void CAxEarthManipulator::handleKeyDown(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    if (!AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        return;
+    viewer->Tools().TakeUp(ToolNavigate);
+    viewer->Tools().TakeUp(ToolMagnifier);
+}
+
+void CAxEarthManipulator::handleKeyUp(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    if (AxMouseRules::IsDelete(ea.getKey()))
+        emit signalHandleKeyDelete();
+    else if (!AxMouseRules::KeepsTool(ea.getKey()) && AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        viewer->Tools().TakeUp(ToolNavigate);
+}
+
+void CAxEarthManipulator::setCameraLookAt(osg::Vec3d center, double heading, double pitch, double distance)
+{
+    if (!std::isfinite(center.length2()) || !(center.length2() > 0.0) || !std::isfinite(heading) ||
+        !std::isfinite(pitch) || !std::isfinite(distance) || !(distance > 0.0) || !established())
+        return;
+    clearViewpoint();
+    setCenter(center);
+    setDistance(distance);
+    setRotation(getQuaternion(AxMouseRules::WrapHeading(osg::DegreesToRadians(heading)),
+                              osg::DegreesToRadians(pitch)));
+}
+
+void CAxEarthManipulator::slotZoom(double value)
+{
+    const double step = value * zoomSlotFactor * getSettings()->getMouseSensitivity();
+    zoom(step, step);
+}
+
+void CAxEarthManipulator::slotTraval(osg::Vec2f direction)
+{
+    const double sensitivity = getSettings()->getMouseSensitivity();
+    pan(static_cast<double>(direction.x()) * travelSlotFactorX * sensitivity,
+        static_cast<double>(direction.y()) * travelSlotFactorY * sensitivity);
+}
+
+void CAxEarthManipulator::slotHeading(double heading)
+{
+    Viewpoint viewpoint = getViewpoint();
+    viewpoint.heading() = Angle(heading, Units::DEGREES);
+    setViewpoint(viewpoint);
+}
+
+void CAxEarthManipulator::slotResetPitch()
+{
+    Viewpoint viewpoint = getViewpoint();
+    viewpoint.heading() = Angle(0.0, Units::DEGREES);
+    viewpoint.pitch() = Angle(-90.0, Units::DEGREES);
+    setViewpoint(viewpoint);
+}
+
+void CAxEarthManipulator::slotResetMouse()
+{
+    doubleClickPending = false;
+    flushMouseEventStack();
+    reinitialize();
+}

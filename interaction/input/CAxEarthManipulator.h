@@ -1,0 +1,211 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <osg/Drawable>
+#include <osg/Vec2f>
+#include <osg/Vec3d>
+#include <osgEarthUtil/EarthManipulator>
+
+#include <QList>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+class AxBlockMover;
+class AxViewerParts;
+struct AxModelHit;
+struct AxViewRay;
+
+namespace osgViewer {
+class View;
+}
+
+/**
+ * The camera manipulator of the globe view and the source of its
+ * geo-referenced mouse events. Picks are `lngLatPos` (longitude and latitude in
+ * degrees, altitude in metres above the ellipsoid, each as exact as a float)
+ * and `worldCoordPos` (geocentric, metres); over empty space both are zero.
+ *
+ * An event first becomes a pick and signals, by the tool in hand and by what
+ * is under the mouse, and then, unless it was consumed, moves the camera.
+ *
+ * Reference-counted, held by the viewer, which is also its Qt parent. Events
+ * reach it on the viewer's event traversal, on the GUI thread; its signals are
+ * emitted there.
+ */
+class AXEARTHVIEWER_EXPORT CAxEarthManipulator : public QObject, public osgEarth::Util::EarthManipulator
+{
+    Q_OBJECT
+public:
+    /// What the camera moves around: 0 the ground, 1 the models of model
+    /// layers, freely and without regard to the ground.
+    enum OperateMode
+    {
+        OperateGlobe = 0,
+        OperateModel = 1,
+    };
+    /// 0 as usual; 1 looks at a projection plane: mouse rotation is off, pan and
+    /// zoom move the focal centre and the distance alone.
+    enum ProjMode
+    {
+        ProjNone = 0,
+        ProjPlaneView = 1,
+    };
+    /// Stored for the host.
+    enum ProjPlane
+    {
+        ProjPlane0 = 0,
+        ProjPlane1 = 1,
+        ProjPlane2 = 2,
+    };
+
+    /// parent is the viewer.
+    explicit CAxEarthManipulator(QObject* parent);
+
+    OperateMode getOperateMode() const { return operateMode; }
+    void setOperateMode(OperateMode mode) { operateMode = mode; }
+    ProjMode getProjMode() const { return projMode; }
+    void setProjMode(ProjMode mode) { projMode = mode; }
+    ProjPlane getProjPlane() const { return projPlane; }
+    void setProjPlane(ProjPlane plane) { projPlane = plane; }
+
+    /// True when the event was consumed and the camera must not react to it;
+    /// otherwise the camera has already reacted.
+    bool handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa) override;
+
+    /// Moves the focal point to a geocentric place and looks at it from a
+    /// distance in metres; heading and pitch in degrees, -90 straight down.
+    /// Values that are not finite, or a distance that is not positive, are ignored.
+    void setCameraLookAt(osg::Vec3d center, double heading, double pitch, double distance);
+
+    /// Sets the altitude of each point (degrees, degrees) to that of the ground
+    /// in memory there, or, with bModelLayers, to the top of a model of the
+    /// scene's "ModelLayer" where there is one; metres above the ellipsoid. A
+    /// point over which nothing is known keeps its altitude.
+    void GetElevations(QList<osg::Vec3d>& points, bool bModelLayers);
+
+    /// Ends a running move of objects without a commit. The rest of the drag does nothing.
+    void CancelBlockMove();
+    /// Emits signalViewMoved() without an event: the camera may be in a flight.
+    void TellView();
+
+    void pan(double dx, double dy) override;
+    void rotate(double dx, double dy) override;
+    void zoom(double dx, double dy) override;
+
+    /// Pressing Shift alone takes up the magnifier.
+    virtual void handleKeyDown(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    virtual void handleKeyUp(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    /// True when the drag was consumed.
+    virtual bool handleMouseDrag(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
+                                 const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+
+signals:
+    /// Where the camera is, with an event (`byEvent`) or with TellView(); whoever follows the view listens.
+    void signalViewMoved(const osgEarth::Viewpoint& viewpoint, bool byEvent);
+    /// What is under the mouse: degrees, degrees, metres, and the camera's distance in metres. Zeros over
+    /// space.
+    void signalPointed(double longitude, double latitude, double altitude, double range);
+    /// Where north is on the dial: the negated heading of the camera, degrees.
+    void signalHeading(double heading);
+    void mouseLeftBtnPress(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseLeftBtnPress(float windowX, float windowY);
+    void mouseLeftBtnPress(osg::Drawable* drawable);
+    void mouseLeftBtnMove(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseMoveSignal(osg::Drawable* drawable);
+    void mouseLeftBtnRelease(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseLeftBtnRelease(float windowX, float windowY);
+    void mouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseLeftBtnClickSignal(osg::Drawable* drawable);
+    void mouseLeftBtnDoubleClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseLeftBtnDrag(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void mouseLeftBtnDrag(float windowX, float windowY);
+    void mouseLeftBtnDragAngleComputer(osg::Vec3d lngLatPos);
+    void mouseLeftBtnDragGrid(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    void signalRightBtnPicked(osg::Vec3d lngLatPos);
+    void signalMouseLeftBtnClickModelLayer(QString currNode, QString parentNode);
+    /// A step of a block move, degrees, degrees and metres (always 0).
+    void ObjectMoved(double dLng, double dLat, double dAlt);
+    void signalHandleKeyDelete();
+    void signalPicked(osg::Vec3d lngLatPos);
+    void signalMoving(osg::Vec3d lngLatPos);
+    void signalPickedXYZ(osg::Vec3d worldCoordPos);
+    void signalMovingXYZ(osg::Vec3d worldCoordPos);
+
+public slots:
+    /// Positive values bring the camera closer.
+    void slotZoom(double value);
+    /// Moves the focal point; x and y are weighted differently on purpose.
+    void slotTraval(osg::Vec2f direction);
+    /// Turns the camera to a heading in degrees at once.
+    void slotHeading(double heading);
+    /// Looks straight down with north up at once.
+    void slotResetPitch();
+    /// Forgets the mouse buttons that are held and stops any running movement.
+    void slotResetMouse();
+
+protected:
+    ~CAxEarthManipulator() override;
+    void handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view) override;
+
+private:
+    /// Lets the benchmarks time a pick by itself.
+    friend struct AxManipulatorProbe;
+
+    // What one event found under the mouse.
+    struct Pick
+    {
+        float lngLat[4] = {0.0f, 0.0f, 0.0f, 0.0f}; // longitude, latitude, altitude, height of a model
+        osg::Vec3d world;
+        bool modelHit = false;
+        QString currNode;
+        QString parentNode;
+
+        osg::Vec3d LngLatPos() const { return {lngLat[0], lngLat[1], lngLat[2]}; }
+        // The altitude, or the height of the model that was hit.
+        float Altitude() const { return modelHit ? lngLat[3] : lngLat[2]; }
+    };
+
+    // Dispatch
+    class Step;
+    bool passOn(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    void handleMove(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    bool handleMousePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    bool handleMouseRelease(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    bool handleLeftClick(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    bool handleDoubleClick(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    bool dragDownhillAngle(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,
+                           const osg::Vec3d& worldCoordPos);
+    bool isEditorBusy() const;
+
+    // Picking
+    osg::Vec3d getPos(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, float lngLat[4],
+                      bool& modelHit, QString& currNode, QString& parentNode);
+    osg::Drawable* pickDrawable(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    osg::Node* pickNode(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,
+                        const osg::Vec3d& worldCoordPos);
+    bool IntersectMarkPoint(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    bool IntersectModelLayer(const osgGA::GUIEventAdapter& ea, double& lon, double& lat, double& alt,
+                             double& height, osg::Vec3d& world, QString& currNode, QString& parentNode);
+    std::optional<AxViewRay> rayUnderMouse(const osgGA::GUIEventAdapter& ea) const;
+
+    // Model layers
+    bool handleModelActionScroll(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    bool handleModelActionDoubleClick(const osg::Vec3d& worldCoordPos);
+    bool dragAroundModel(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+
+    QPointer<AxViewerParts> viewer; // objects that the host owns may keep the manipulator longer
+    const std::unique_ptr<AxBlockMover> mover;
+    OperateMode operateMode = OperateGlobe;
+    ProjMode projMode = ProjNone;
+    ProjPlane projPlane = ProjPlane0;
+    bool angleDragActive = false;
+    bool doubleClickPending = false;
+    float pushX = 0.0f;
+    float pushY = 0.0f;
+    // Of the other buttons: a right click must end where it began, too.
+    osg::Vec2f otherPush;
+};

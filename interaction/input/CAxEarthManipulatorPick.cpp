@@ -1,0 +1,203 @@
+// What is under the mouse: ground, models, drawables, map objects, mark points.
+#include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/models/AxModelLayers.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxScene.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+#include "scene/shape/AxScenePick.h"
+
+#include <osgEarth/MapNode>
+#include <osgEarth/SpatialReference>
+#include <osgEarth/Terrain>
+#include <osgEarthAnnotation/AnnotationEditing>
+#include <osgViewer/Viewer>
+
+#include <QImage>
+
+#include <algorithm>
+#include <limits>
+
+using osgEarth::GeoPoint;
+using osgGA::GUIEventAdapter;
+
+namespace {
+// Lines are a pixel or two wide; nobody hits them to the pixel.
+constexpr double lineTolerancePixels = 4.0;
+
+QSize MarkerSize()
+{
+    static const QSize size =
+        QImage(QStringLiteral(":/images/Normal/map_airline_show/Map_Marker_ic.png")).size();
+    return size;
+}
+
+// Handles that are picked by their names.
+bool IsNamedHandle(const osg::Node& node)
+{
+    return node.getName().rfind("AngleComputer-", 0) == 0 || node.getName().rfind("TaskGrid", 0) == 0;
+}
+} // namespace
+
+std::optional<AxViewRay> CAxEarthManipulator::rayUnderMouse(const GUIEventAdapter& ea) const
+{
+    return AxViewRay::Through(*viewer->Scene().View()->getCamera(), ea.getXnormalized(), ea.getYnormalized());
+}
+
+osg::Vec3d CAxEarthManipulator::getPos(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
+                                       float lngLat[4], bool& modelHit, QString& currNode,
+                                       QString& parentNode)
+{
+    std::fill_n(lngLat, 4, 0.0f);
+    modelHit = false;
+    osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
+    if (!mapNode || !mapNode->getTerrain())
+        return {};
+    osg::Vec3d world;
+    GeoPoint point;
+    const bool isGround =
+        mapNode->getTerrain()->getWorldCoordsUnderMouse(aa.asView(), ea.getX(), ea.getY(), world) &&
+        point.fromWorld(viewer->Scene().MapSRS(), world);
+    if (!isGround && operateMode != OperateModel)
+        return {};
+    osg::Vec3d lngLatAlt;
+    double height = 0.0;
+    osg::Vec3d modelWorld;
+    modelHit = IntersectModelLayer(ea, lngLatAlt.x(), lngLatAlt.y(), lngLatAlt.z(), height, modelWorld,
+                                   currNode, parentNode);
+    if (!isGround && !modelHit)
+        return {};
+    if (!modelHit)
+        lngLatAlt = point.vec3d();
+    for (int i = 0; i < 3; ++i)
+        lngLat[i] = static_cast<float>(lngLatAlt[i]);
+    lngLat[3] = static_cast<float>(height);
+    return isGround ? world : modelWorld;
+}
+
+bool CAxEarthManipulator::IntersectModelLayer(const GUIEventAdapter& ea, double& lon, double& lat,
+                                              double& alt, double& height, osg::Vec3d& world,
+                                              QString& currNode, QString& parentNode)
+{
+    osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
+    osg::Group* branch = operateMode == OperateGlobe
+                             ? (mapNode ? mapNode->getModelLayerGroup() : nullptr)
+                             : AxFindModelRoot(viewer->Scene().View()->getSceneData());
+    if (!branch || branch->getNumChildren() == 0)
+        return false;
+    const auto ray = rayUnderMouse(ea);
+    if (!ray)
+        return false;
+    const auto hit = AxPickModelLayer(*branch, *ray, *viewer->Scene().MapSRS());
+    if (!hit)
+        return false;
+    lon = hit->lngLatAlt.x();
+    lat = hit->lngLatAlt.y();
+    alt = hit->lngLatAlt.z();
+    height = hit->height;
+    world = hit->world;
+    currNode = hit->currNode;
+    parentNode = hit->parentNode;
+    return true;
+}
+
+osg::Drawable* CAxEarthManipulator::pickDrawable(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    osg::Group* drawn = viewer->Scene().DrawGroup();
+    if (!drawn || drawn->getNumChildren() == 0)
+        return nullptr;
+    const auto ray = rayUnderMouse(ea);
+    if (!ray)
+        return nullptr;
+    AxSceneQuery query;
+    query.tolerancePixels = lineTolerancePixels;
+    query.labels = true;
+    // Map objects are picked as a whole, and their handles take the mouse themselves.
+    const osg::Node* objects = viewer->Scene().ObjectGroup();
+    const auto isPartOfObject = [objects](const osg::Node* node) {
+        return node == objects || dynamic_cast<const osgEarth::Annotation::AnnotationEditor*>(node);
+    };
+    for (const AxSceneHit& hit : AxPickScene(*drawn, *ray, query))
+        if (std::none_of(hit.path.begin(), hit.path.end(), isPartOfObject))
+            return hit.drawable;
+    return nullptr;
+}
+
+osg::Node* CAxEarthManipulator::pickNode(osgGA::GUIActionAdapter&, const osg::Vec3d&,
+                                         const osg::Vec3d& worldCoordPos)
+{
+    osg::Group* drawn = viewer->Scene().DrawGroup();
+    if (!drawn || drawn->getNumChildren() == 0 || worldCoordPos == osg::Vec3d())
+        return nullptr;
+    const osg::Camera& camera = *viewer->Scene().View()->getCamera();
+    const osg::Vec3d clip = worldCoordPos * camera.getViewMatrix() * camera.getProjectionMatrix();
+    const auto ray = AxViewRay::Through(camera, clip.x(), clip.y());
+    if (!ray)
+        return nullptr;
+    AxSceneQuery query;
+    query.tolerancePixels = lineTolerancePixels;
+    for (const AxSceneHit& hit : AxPickScene(*drawn, *ray, query)) {
+        const auto object = std::find_if(hit.path.rbegin(), hit.path.rend(), [this](osg::Node* node) {
+            return IsNamedHandle(*node) || (viewer->Tools().MayPick() && viewer->Objects().Find(node));
+        });
+        if (object != hit.path.rend())
+            return *object;
+    }
+    return nullptr;
+}
+
+bool CAxEarthManipulator::IntersectMarkPoint(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
+{
+    const QList<CAxHandleAdapter*> markPoints = viewer->Objects().OfKind(CAxBlock::MarkPointBlock);
+    if (markPoints.isEmpty())
+        return false;
+    const auto ray = rayUnderMouse(ea);
+    if (!ray)
+        return false;
+    const QSize size = MarkerSize();
+    CAxHandleAdapter* nearest = nullptr;
+    int nearestIndex = -1;
+    double nearestDepth = std::numeric_limits<double>::infinity();
+    for (CAxHandleAdapter* adapter : markPoints) {
+        const std::vector<osg::Vec3d>& points = adapter->GetAnchor();
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            osg::Vec3d world;
+            if (!GeoPoint(viewer->Scene().MapSRS()->getGeographicSRS(), points[i], osgEarth::ALTMODE_ABSOLUTE)
+                     .toWorld(world))
+                continue;
+            const auto place = ray->Project(world);
+            if (!place || place->depth >= nearestDepth || AxIsBehindGlobe(ray->eye, world))
+                continue;
+            // The icon stands on its point.
+            const osg::Vec2d mouse = ray->window - place->window;
+            if (std::abs(mouse.x()) > 0.5 * size.width() || mouse.y() < 0.0 || mouse.y() > size.height())
+                continue;
+            nearest = adapter;
+            nearestIndex = static_cast<int>(i);
+            nearestDepth = place->depth;
+        }
+    }
+    if (!nearest)
+        return false;
+    nearest->ResponseDoubleClickOnPoint(nearestIndex, nearest->GetAnchor()[std::size_t(nearestIndex)]);
+    return true;
+}
+
+void CAxEarthManipulator::GetElevations(QList<osg::Vec3d>& points, bool bModelLayers)
+{
+    osgEarth::MapNode* mapNode = viewer ? viewer->Scene().MapNode() : nullptr;
+    if (!mapNode || !mapNode->getTerrain())
+        return;
+    const osgEarth::SpatialReference* srs = viewer->Scene().MapSRS()->getGeographicSRS();
+    osg::Group* models = bModelLayers ? AxFindModelRoot(viewer->Scene().View()->getSceneData()) : nullptr;
+    for (osg::Vec3d& point : points) {
+        double height = 0.0;
+        if (mapNode->getTerrain()->getHeight(srs, point.x(), point.y(), &height))
+            point.z() = height;
+        if (!models)
+            continue;
+        if (const auto top = AxTopOfModels(*models, point.x(), point.y(), *srs))
+            point.z() = *top;
+    }
+}

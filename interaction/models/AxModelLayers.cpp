@@ -1,0 +1,113 @@
+#include "interaction/models/AxModelLayers.h"
+
+#include <osg/Group>
+#include <osgEarth/GeoData>
+#include <osgEarth/SpatialReference>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+// Higher than any ground, with a model on it, rises above the ellipsoid.
+constexpr double aboveEverything = 10000.0;
+
+// Depth in which a group of the scene's own may stand: below the root, or
+// below one of the groups that stand there.
+constexpr int namedGroupDepth = 2;
+
+osg::Group* FindGroup(osg::Group& from, const char* name, int depth)
+{
+    for (unsigned i = 0; i < from.getNumChildren(); ++i) {
+        osg::Group* child = from.getChild(i)->asGroup();
+        if (!child)
+            continue;
+        if (child->getName() == name)
+            return child;
+    }
+    if (depth <= 1)
+        return nullptr;
+    for (unsigned i = 0; i < from.getNumChildren(); ++i) {
+        osg::Group* child = from.getChild(i)->asGroup();
+        osg::Group* found = child ? FindGroup(*child, name, depth - 1) : nullptr;
+        if (found)
+            return found;
+    }
+    return nullptr;
+}
+
+void CollectLayers(osg::Node& from, std::vector<osg::Node*>& layers)
+{
+    if (from.getName() == "ModelLayer") {
+        layers.push_back(&from);
+        return;
+    }
+    if (osg::Group* group = from.asGroup())
+        for (unsigned i = 0; i < group->getNumChildren(); ++i)
+            CollectLayers(*group->getChild(i), layers);
+}
+
+QString LocalName(const osg::Node& node)
+{
+    return QString::fromLocal8Bit(node.getName().c_str());
+}
+} // namespace
+
+std::optional<AxModelHit> AxPickModelLayer(osg::Node& root, const AxViewRay& ray,
+                                           const osgEarth::SpatialReference& srs)
+{
+    AxSceneQuery query;
+    query.mask = AxModelLayerMask;
+    query.under = AxModelLayerMask;
+    for (const AxSceneHit& hit : AxPickScene(root, ray, query)) {
+        const auto innermost = std::find_if(hit.path.rbegin(), hit.path.rend(), [](const osg::Node* node) {
+            return node->getNodeMask() == AxModelLayerMask;
+        });
+        osgEarth::GeoPoint point;
+        if (!point.fromWorld(&srs, hit.world))
+            continue;
+        AxModelHit found;
+        found.lngLatAlt = point.vec3d();
+        found.world = hit.world;
+        double latitude = 0.0;
+        double longitude = 0.0;
+        srs.getEllipsoid()->convertXYZToLatLongHeight(hit.world.x(), hit.world.y(), hit.world.z(), latitude,
+                                                      longitude, found.height);
+        const osg::Node& node = **innermost;
+        found.currNode = LocalName(node);
+        const auto above = std::next(innermost);
+        if (above != hit.path.rend())
+            found.parentNode = LocalName(**above);
+        else if (node.getNumParents() > 0)
+            found.parentNode = LocalName(*node.getParent(0));
+        return found;
+    }
+    return std::nullopt;
+}
+
+osg::Group* AxFindModelRoot(osg::Node* sceneRoot)
+{
+    osg::Group* root = sceneRoot ? sceneRoot->asGroup() : nullptr;
+    return root ? FindGroup(*root, "ModelRoot", namedGroupDepth) : nullptr;
+}
+
+std::optional<double> AxTopOfModels(osg::Group& modelRoot, double longitude, double latitude,
+                                    const osgEarth::SpatialReference& srs)
+{
+    const osg::EllipsoidModel& ellipsoid = *srs.getEllipsoid();
+    const double lat = osg::DegreesToRadians(latitude);
+    const double lon = osg::DegreesToRadians(longitude);
+    AxViewRay down;
+    ellipsoid.convertLatLongHeightToXYZ(lat, lon, aboveEverything, down.eye.x(), down.eye.y(), down.eye.z());
+    down.direction = -ellipsoid.computeLocalUpVector(down.eye.x(), down.eye.y(), down.eye.z());
+    std::vector<osg::Node*> layers;
+    CollectLayers(modelRoot, layers);
+    std::optional<double> top;
+    for (osg::Node* layer : layers) {
+        const auto hits = AxPickScene(*layer, down, {});
+        if (hits.empty())
+            continue;
+        const double altitude = aboveEverything - hits.front().distance;
+        top = top ? std::max(*top, altitude) : altitude;
+    }
+    return top;
+}

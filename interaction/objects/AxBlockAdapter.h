@@ -1,0 +1,53 @@
+#pragma once
+#include "interaction/objects/AxVerdict.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+
+/**
+ * What all kinds of survey block share: their colours, their rubber band, how they are shown, judged and
+ * edited. A kind says what its vertices make and how it is drawn with the mouse. It draws the finished
+ * vertices as "Feature" and, while it is being drawn, what the next click would make as "Stipple".
+ *
+ * Ownership and thread as of CAxHandleAdapter.
+ */
+class AXEARTHVIEWER_EXPORT AxBlockAdapter : public CAxHandleAdapter
+{
+    Q_OBJECT
+public:
+    AxBlockAdapter(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type);
+    ~AxBlockAdapter() override;
+
+    /// The object with all that belongs to it.
+    void SetAdapterVisible(bool visible, QString taskID) override;
+    int CheckGeometry() override;
+    /// Points that are not finite leave the object as it was.
+    void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
+    /// Shows the finished object, with name and handles.
+    void HandleEnd() override;
+    /// Another colour with routes than without.
+    void UpdateColor() override;
+    void ClearPoints() override;
+    void ResponseHandlePointMoved(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
+    void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos) override;
+
+protected:
+    /// Judges the shape by itself, after it was found to have a feature node and at least three vertices.
+    virtual AxVerdict JudgeShape() = 0;
+    /// The whole verdict: the shape, then the zones under it, then the model layers that it touches.
+    virtual AxVerdict Judge();
+
+    /// False for a pick beside the globe.
+    static bool IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+    /// Draws what the next click would make as "Stipple", in place of the one before.
+    void DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed);
+    void ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text);
+    /// The handles in step with the vertices; the first vertex makes the editor.
+    void ShowHandles();
+    void SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill);
+    /// The widget for boxes, or null.
+    QWidget* BoxParent() const;
+    /// The vertex dialogs and the like are about these: the record's, with no altitude.
+    static std::vector<osg::Vec3d> VerticesOf(const CAxBlock& block);
+
+private:
+    void endEdit();
+};

@@ -1,0 +1,18 @@
+#pragma once
+#include "interaction/objects/AxVerdict.h"
+
+#include <QStringList>
+
+class AxViewerParts;
+class QWidget;
+
+/// Why a block is refused. Each is told to the operator in a modal box, which lets
+/// events run meanwhile, and returns the verdict. GUI thread only.
+namespace AxBlockRefusal {
+
+AxVerdict TooFewPoints(QWidget* boxParent);
+AxVerdict Invalid(QWidget* boxParent);
+/// The box names the zones, and they blink on the map behind it.
+AxVerdict OverZones(AxViewerParts& viewer, const QStringList& zoneIDs);
+
+} // namespace AxBlockRefusal

@@ -1,0 +1,79 @@
+#include "interaction/objects/AxCursorLabel.h"
+#include "scene/AxScene.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+
+#include <osgEarth/MapNode>
+#include <osgEarthSymbology/TextSymbol>
+
+#include <QCoreApplication>
+
+using osgEarth::Annotation::LabelNode;
+using osgEarth::Symbology::TextSymbol;
+
+namespace {
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("CAxHandleAdapter", text);
+}
+} // namespace
+
+void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style& style,
+                         const osg::Vec3d& lngLatPos, const QString& text)
+{
+    osg::Group* const drawGroup = scene.DrawGroup();
+    if (!drawGroup)
+        return;
+    const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos,
+                                   osgEarth::ALTMODE_ABSOLUTE);
+    if (label) {
+        label->setPosition(place);
+        label->setText(text.toStdString());
+        return;
+    }
+    osgEarth::Symbology::Style beside = style;
+    auto* symbol = beside.getOrCreate<TextSymbol>();
+    symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
+    symbol->pixelOffset() = osg::Vec2s(14, 10);
+    symbol->declutter() = false;
+    label = new LabelNode(scene.MapNode(), place, text.toStdString(), beside);
+    label->setDynamic(true);
+    parent = drawGroup;
+    parent->addChild(label);
+}
+
+void AxCursorLabel::Hide()
+{
+    if (label)
+        parent->removeChild(label);
+    label = nullptr;
+    parent = nullptr;
+}
+
+double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b)
+{
+    return DistanceBetweenTwoLatLng(CAxVector3D(a.x(), a.y(), 0.0), CAxVector3D(b.x(), b.y(), 0.0));
+}
+
+QString AxLengthText(double metres)
+{
+    constexpr double metresPerKilometre = 1000.0;
+    if (metres < metresPerKilometre)
+        return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 m")).arg(QString::number(metres, 'f', 1));
+    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 km"))
+        .arg(QString::number(metres / metresPerKilometre, 'f', 3));
+}
+
+QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos)
+{
+    if (vertices.empty())
+        return {};
+    const double leg = AxGroundDistance(vertices.back(), lngLatPos);
+    double total = leg;
+    for (std::size_t i = 1; i < vertices.size(); ++i)
+        total += AxGroundDistance(vertices[i - 1], vertices[i]);
+    if (vertices.size() < 2)
+        return AxLengthText(leg);
+    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1, in all %2"))
+        .arg(AxLengthText(leg), AxLengthText(total));
+}

@@ -1,0 +1,36 @@
+#pragma once
+#include <osg/Group>
+#include <osg/ref_ptr>
+#include <osg/Vec3d>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthSymbology/Style>
+
+#include <QString>
+
+#include <vector>
+
+class AxScene;
+
+/**
+ * A text beside the mouse while an object is drawn. It hangs below the draw group only while it is shown.
+ * GUI thread.
+ */
+class AxCursorLabel
+{
+public:
+    /// Beside a place (degrees, degrees, metres), in the style of the object's texts.
+    void Show(const AxScene& scene, const osgEarth::Symbology::Style& style, const osg::Vec3d& lngLatPos,
+              const QString& text);
+    void Hide();
+
+private:
+    osg::ref_ptr<osgEarth::Annotation::LabelNode> label;
+    osg::ref_ptr<osg::Group> parent;
+};
+
+/// Along the ground between two places in degrees, metres.
+double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b);
+/// "12.3 m", from a kilometre on "1.234 km".
+QString AxLengthText(double metres);
+/// The length of the leg from the last vertex to a place and, from two vertices on, of all legs with it.
+QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos);

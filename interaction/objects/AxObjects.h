@@ -1,0 +1,98 @@
+#pragma once
+#include "interaction/objects/AxShapeFactories.h"
+#include "scene/AxObjectBook.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+
+#include <map>
+#include <set>
+
+class AxEditHistory;
+class AxViewerParts;
+
+/**
+ * The map objects of a viewer: those that are registered under their handle IDs, in step with the block
+ * records, and those that are drawn but not registered yet. It destroys the ones that are removed.
+ *
+ * Owned by the viewer. Who hears of a change may remove objects meanwhile. GUI thread.
+ */
+class AxObjects : public QObject, public AxObjectBook
+{
+    Q_OBJECT
+public:
+    AxObjects(AxViewerParts& viewer, CAxEarthViewer* earthViewer);
+    ~AxObjects() override;
+    void SetHistory(AxEditHistory* edits) { history = edits; }
+    AxShapeFactories& Factories() { return factories; }
+
+    // The registry (AxObjects.cpp)
+
+    bool Add(CAxHandleAdapter* object) override;
+    bool Remove(CAxHandleAdapter* object, bool deleteBlock) override;
+    void RemoveAll(bool deleteBlock);
+    /// Removes the current object's entry and block record and leaves nothing current. The object itself stays.
+    void RemoveCurrentEntry();
+    /// All objects, registered or not.
+    void DestroyAll();
+    void Forget(CAxHandleAdapter* object) override;
+    CAxHandleAdapter* Find(const QString& id) const override;
+    CAxHandleAdapter* Find(const osg::Node* featureNode) const override;
+    /// The object to whose name label a node path leads, or null.
+    CAxHandleAdapter* FindByName(const osg::NodePath& path) const;
+    QList<CAxHandleAdapter*> OfKind(CAxBlock::EBlockType type) const override;
+    QList<CAxHandleAdapter*> All() const override;
+    /// Draws a block record that has no object yet; null, with a line in the log, when it cannot be drawn.
+    CAxHandleAdapter* Import(const QString& blockID);
+    /// Makes the object that a tool draws, current and in its drawing; null for a tool that draws nothing.
+    CAxHandleAdapter* BeginDrawing(EToolType tool);
+
+    // The selection and what is done to it (AxObjectsSelection.cpp)
+
+    CAxHandleAdapter* Current() const override { return current; }
+    void SetCurrent(CAxHandleAdapter* object) override;
+    const QList<CAxHandleAdapter*>& Selected() const override { return selected; }
+    void SelectNode(const osg::Node* featureNode, bool multi, bool report) override;
+    void ClearSelected() override;
+    /// Empties the selection without telling of it.
+    void EmptySelected();
+    /// Nothing is current and nothing selected any more.
+    void LeaveSelection();
+    /// Gives up what is going on with the current and the selected objects; true when there was something.
+    bool GiveUpOperation();
+    /// The same for a drag of a vertex or a block only, not for a drawing.
+    void GiveUpEdit();
+    /// Of the current object: the vertex that the mouse is over, -1 without.
+    int HoveredVertex() const;
+    /// Takes that vertex away; false when there is none.
+    bool DeleteHoveredVertex();
+    QUndoStack& Edits() const override;
+    const AxEditAids& Aids() const override;
+    bool Rename(const QString& id, const QString& name) override;
+    void IntersectModelLayers(CAxHandleAdapter* object) override;
+
+signals:
+    /// Another object is current, or none; the ID is then empty.
+    void currentChanged(QString id);
+    void selectedChanged(QStringList ids);
+    /// An object was drawn from its record.
+    void imported(QString id);
+    /// A move was given up in its middle.
+    void moveGivenUp();
+
+private:
+    int removeEntry(CAxHandleAdapter* object, bool deleteBlock);
+    void destroy(CAxHandleAdapter* object);
+
+    AxViewerParts& parts;
+    CAxEarthViewer* const earthViewer;
+    AxEditHistory* history = nullptr;
+    AxShapeFactories factories;
+    std::map<QString, CAxHandleAdapter*> registry;
+    std::set<const CAxHandleAdapter*> registered; ///< the same without the order of IDs
+    /// Drawings that are not registered yet, and objects that end with the slot they run in.
+    QList<QPointer<CAxHandleAdapter>> unregistered;
+    CAxHandleAdapter* current = nullptr;
+    QList<CAxHandleAdapter*> selected;
+};

@@ -1,0 +1,152 @@
+// Which objects are selected, and what is done to those.
+#include "interaction/editing/AxBlockCommands.h"
+#include "interaction/editing/AxEditHistory.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxObjects.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
+
+#include <QCoreApplication>
+#include <QUndoStack>
+
+#include <algorithm>
+#include <utility>
+
+void AxObjects::SetCurrent(CAxHandleAdapter* object)
+{
+    if (current == object)
+        return;
+    if (CAxHandleAdapter* former = current) {
+        former->DisconnectMouseEvent();
+        // A handle that nobody listens to would take an edit that is never committed.
+        former->SetAnchorEditorEnabled(false);
+    }
+    current = object;
+    if (object) {
+        object->ConnectMouseEvent();
+        if (Find(object->GetHandleID()) == object)
+            object->SetAnchorEditorEnabled(true);
+    }
+    emit currentChanged(object ? object->GetHandleID() : QString());
+}
+
+void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report)
+{
+    CAxHandleAdapter* object = Find(featureNode);
+    if (!multi) {
+        // A drawing is not left for an object that one of its clicks comes upon.
+        const bool drawing = current && current->GetHandleOperation() == OperationDrawing;
+        // A place beside the object is picked for the object, so it stays the current one.
+        const bool picking = GetToolKind(parts.Tools().Tool()) == ToolKindPick;
+        if (!drawing && (object || !picking))
+            SetCurrent(object);
+        return;
+    }
+    if (!object)
+        return;
+    const bool isLeft = selected.removeOne(object);
+    if (!isLeft)
+        selected += object;
+    object->SetSelectedAmongSeveral(!isLeft);
+    if (!report)
+        return;
+    QStringList ids;
+    for (const CAxHandleAdapter* one : qAsConst(selected))
+        ids += one->GetHandleID();
+    emit selectedChanged(ids);
+}
+
+void AxObjects::EmptySelected()
+{
+    for (CAxHandleAdapter* object : std::exchange(selected, {}))
+        object->SetSelectedAmongSeveral(false);
+}
+
+void AxObjects::ClearSelected()
+{
+    if (selected.isEmpty())
+        return;
+    EmptySelected();
+    emit selectedChanged({});
+}
+
+void AxObjects::LeaveSelection()
+{
+    SetCurrent(nullptr);
+    for (CAxHandleAdapter* object : qAsConst(selected))
+        object->SetAnchorEditorEnabled(false);
+    ClearSelected();
+}
+
+bool AxObjects::GiveUpOperation()
+{
+    bool isGivenUp = false;
+    for (CAxHandleAdapter* object : QList<CAxHandleAdapter*>(selected))
+        if (object->GetHandleOperation() == OperationMoveHandle)
+            isGivenUp = object->CancelHandle() || isGivenUp;
+    if (current)
+        isGivenUp = current->CancelHandle() || isGivenUp;
+    if (isGivenUp)
+        emit moveGivenUp();
+    return isGivenUp;
+}
+
+void AxObjects::GiveUpEdit()
+{
+    const auto isEdited = [](const CAxHandleAdapter* object) {
+        return object->GetHandleOperation() == OperationMovePoint ||
+               object->GetHandleOperation() == OperationMoveHandle;
+    };
+    if ((current && isEdited(current)) || std::any_of(selected.begin(), selected.end(), isEdited))
+        GiveUpOperation();
+}
+
+int AxObjects::HoveredVertex() const
+{
+    const CAxHandleAdapterEditor* editor = current ? current->GetAnchorEditor() : nullptr;
+    return editor ? editor->HoveredVertex() : -1;
+}
+
+bool AxObjects::DeleteHoveredVertex()
+{
+    const int index = HoveredVertex();
+    return index != -1 && current->DeleteVertex(index);
+}
+
+QUndoStack& AxObjects::Edits() const
+{
+    return history->Stack();
+}
+
+const AxEditAids& AxObjects::Aids() const
+{
+    return history->Aids();
+}
+
+bool AxObjects::Rename(const QString& id, const QString& name)
+{
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (!block || name.trimmed().isEmpty())
+        return false;
+    const QString before = block->GetBlockName();
+    if (name == before)
+        return true;
+    if (CAxBlockManager::instance()._exist(name))
+        return false;
+    block->SetBlockName(name);
+    CAxControl::GetInstance()->SetProjectModified(true);
+    if (CAxHandleAdapter* object = Find(id))
+        object->DrawNameLabel();
+    const QString text = QCoreApplication::translate("CAxEarthViewer", "Rename to %1").arg(name);
+    Edits().push(new AxNameCommand(&parts, id, before, name, text));
+    return true;
+}
+
+void AxObjects::IntersectModelLayers(CAxHandleAdapter*)
+{
+    // No model layer can be loaded yet, so there is none to touch.
+}

@@ -1,0 +1,29 @@
+#pragma once
+#include <AxBaseUI/EToolType.h>
+#include <AxData/CAxBlock.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+
+class CAxEarthViewer;
+class CAxHandleAdapter;
+class QObject;
+
+/// Which object a tool draws, and which tool draws a kind of block. GUI thread.
+class AxShapeFactories
+{
+public:
+    using Factory = std::function<CAxHandleAdapter*(CAxEarthViewer* viewer, QObject* parent)>;
+
+    /// What the library draws by itself.
+    AxShapeFactories();
+    /// A second call for a tool replaces the first; an empty function brings back what the library draws.
+    void Set(EToolType tool, Factory factory);
+    /// Null for a tool, or a kind of block, that nothing draws.
+    const Factory* Of(EToolType tool) const;
+    const Factory* Of(CAxBlock::EBlockType type) const;
+
+private:
+    std::map<EToolType, Factory> factories;
+};

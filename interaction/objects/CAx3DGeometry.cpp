@@ -1,0 +1,78 @@
+// The polygon block on the map; its dialogs are in a file of their own.
+#include "interaction/objects/CAx3DGeometry.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxBlockRefusal.h"
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "scene/AxScene.h"
+#include "scene/shape/AxBlockArea.h"
+#include "scene/shape/AxRingInPlane.h"
+
+#include <AxBaseUI/AxPolygonTest.h>
+
+#include <cmath>
+
+namespace {
+// Degrees within which the finishing double click counts as on the last corner.
+constexpr double sameDegrees = 1e-8;
+
+bool IsSamePlace(const osg::Vec3d& a, const osg::Vec3d& b)
+{
+    return std::abs(a.x() - b.x()) < sameDegrees && std::abs(a.y() - b.y()) < sameDegrees;
+}
+} // namespace
+
+CAx3DGeometry::CAx3DGeometry(CAxEarthViewer* viewer, QObject* parent)
+    : AxBlockAdapter(viewer, parent, CAxBlock::PolygonBlock)
+{
+}
+
+CAx3DGeometry::~CAx3DGeometry() = default;
+
+double CAx3DGeometry::GetArea()
+{
+    const osgEarth::SpatialReference* srs = d->viewer ? d->viewer->Scene().MapSRS() : nullptr;
+    return srs ? AxBlockArea(GetAnchor(), *srs) : 0.0;
+}
+
+// Drawing
+
+void CAx3DGeometry::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
+{
+    if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
+        return;
+    d->anchors.push_back(lngLatPos);
+    ShowHandles();
+    DropRubberBand();
+    if (d->anchors.size() > 1)
+        updateAdapter();
+}
+
+void CAx3DGeometry::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
+{
+    if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
+        return;
+    DrawRubberBand({d->anchors.front(), lngLatPos, d->anchors.back()}, false);
+    ShowBesideCursor(lngLatPos, AxRunningLengthText(d->anchors, lngLatPos));
+}
+
+void CAx3DGeometry::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
+{
+    AxBlockAdapter::slotDoubleClicked(lngLatPos, worldCoordPos);
+}
+
+// Judging
+
+AxVerdict CAx3DGeometry::JudgeShape()
+{
+    std::vector<osg::Vec3d>& anchors = d->anchors;
+    if (IsSamePlace(anchors[anchors.size() - 1], anchors[anchors.size() - 2])) {
+        anchors.pop_back();
+        if (d->anchorEditor)
+            d->anchorEditor->Update();
+        if (static_cast<int>(anchors.size()) < ShapeKind().leastVertices)
+            return AxBlockRefusal::TooFewPoints(BoxParent());
+    }
+    std::vector<QPointF> ring = AxRingInPlane(anchors);
+    ring.push_back(ring.front());
+    return isSelfIntersection(ring) ? AxBlockRefusal::Invalid(BoxParent()) : AxVerdict::Accepted;
+}

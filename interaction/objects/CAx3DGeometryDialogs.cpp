@@ -1,0 +1,144 @@
+// What a double click on a polygon block, or on one of its corners, opens.
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/CAx3DGeometry.h"
+#include "scene/AxObjectBook.h"
+#include "scene/base/AxNotice.h"
+
+#include <AxBaseUI/CAxParameterEditPage.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <QPointer>
+
+#include <cmath>
+
+namespace {
+constexpr double sameDegrees = 1e-8;
+constexpr int degreeDecimals = 8;
+
+QString DegreesText(double degrees)
+{
+    return QString::number(degrees, 'f', degreeDecimals);
+}
+
+// On the heap, because its parent may be deleted while it is open.
+class Page
+{
+public:
+    explicit Page(QWidget* parent) : page(new CAxParameterEditPage(parent)) {}
+    ~Page() { delete page; }
+    Page(const Page&) = delete;
+    Page& operator=(const Page&) = delete;
+    explicit operator bool() const { return !page.isNull(); }
+    CAxParameterEditPage* operator->() const { return page; }
+
+private:
+    QPointer<CAxParameterEditPage> page;
+};
+} // namespace
+
+void CAx3DGeometry::ResponseDoubleClickOnBlock()
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || !d->tasks.isEmpty() || !d->viewer)
+        return;
+    const Running self(this);
+    const QString oldName = block->GetBlockName();
+    const Page page(BoxParent());
+    page->SetWindowTitle(tr("Polygon Info"));
+    page->SetElementName(tr("Name:"), tr("area (km^2):"));
+    page->SetElement1Value(oldName, true);
+    page->SetElement2Value(QString::number(GetArea(), 'f', 2), false);
+    if (page->exec() != QDialog::Accepted || !page || !self.IsWanted() || !d->viewer)
+        return;
+    const QString name = page->GetElement1Value();
+    if (name == oldName)
+        return;
+    if (name.trimmed().isEmpty()) {
+        AxShowNotice(BoxParent(), tr("Information"), tr("The name must not be empty."));
+        return;
+    }
+    if (CAxBlockManager::instance()._exist(name)) {
+        AxShowNotice(BoxParent(), tr("Information"), tr("The name already exists !"));
+        return;
+    }
+    if (AxAskQuestion(BoxParent(), tr("Change name"), tr("Are you sure want to change name?")) &&
+        self.IsWanted() && d->viewer)
+        d->viewer->Objects().Rename(d->handleID, name);
+}
+
+void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (index < 0 || !block || index >= block->GetAnchor().size())
+        return;
+    const Running self(this);
+    const QPointF vertex = block->GetAnchor().at(index);
+    const Page page(BoxParent());
+    page->SetWindowTitle(tr("Vertex"));
+    page->SetElementParas({tr("Latitude(degree):"), tr("Longitude(degree):")},
+                          {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
+    page->SetOKCancelBtnVisible(true, true);
+    page->SetBtnCancelText(tr("Delete"));
+    const int result = page->exec();
+    if (!page || !self.IsWanted())
+        return;
+    const QStringList values = page->GetElementValues();
+    if (result == QDialog::Rejected)
+        deleteVertexOfBlock(index);
+    else if (result == QDialog::Accepted)
+        moveVertexTo(index, values.at(0), values.at(1));
+}
+
+void CAx3DGeometry::deleteVertexOfBlock(int index)
+{
+    const Running self(this);
+    if (!AxAskQuestion(BoxParent(), tr("Delete vertex"), tr("Are you sure you want to delete vertex?")) ||
+        !self.IsWanted())
+        return;
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || index >= block->GetAnchor().size())
+        return;
+    if (block->GetAnchor().size() == ShapeKind().leastVertices) {
+        AxShowNotice(BoxParent(), tr("Delete Block"), tr("The survey block anchor must be not less than 3."));
+        return;
+    }
+    if (!mayChangeCount())
+        return;
+    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    points.erase(points.begin() + index);
+    ChangeVertices(std::move(points), tr("Delete vertex"));
+    if (self.IsWanted())
+        SetAnchorEditorEnabled(true);
+}
+
+void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
+{
+    const CAxBlock* block = GetContainedBlock();
+    if (!block || index >= block->GetAnchor().size())
+        return;
+    bool isLatitude = false;
+    bool isLongitude = false;
+    const double lat = latitude.toDouble(&isLatitude);
+    const double lng = longitude.toDouble(&isLongitude);
+    if (!isLatitude || !(std::abs(lat) <= 90.0)) {
+        AxShowNotice(BoxParent(), tr("Vertex"),
+                     tr("\"%1\" is not a latitude between -90 and 90.").arg(latitude));
+        return;
+    }
+    if (!isLongitude || !(std::abs(lng) <= 180.0)) {
+        AxShowNotice(BoxParent(), tr("Vertex"),
+                     tr("\"%1\" is not a longitude between -180 and 180.").arg(longitude));
+        return;
+    }
+    // The latitude is compared with both coordinates on purpose: OK rewrites
+    // the corner in practice always.
+    const QPointF vertex = block->GetAnchor().at(index);
+    if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
+        return;
+    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
+    const Running self(this);
+    ChangeVertices(std::move(points), tr("Move vertex"));
+    if (self.IsWanted())
+        DrawNameLabel();
+}

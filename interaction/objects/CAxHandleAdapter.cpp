@@ -1,0 +1,568 @@
+// The part of the map object that keeps its record, its routes and its nodes.
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "interaction/editing/AxBlockCommands.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxVerdict.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxScene.h"
+#include "scene/AxTaskRoute.h"
+#include "scene/base/AxLongitudes.h"
+#include "scene/shape/AxBlockColors.h"
+
+#include <AxAlgorthm/AxUniqueID.h>
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
+
+#include <osg/BoundingBox>
+#include <osgEarth/MapNode>
+
+#include <QGraphicsView>
+#include <QUndoStack>
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace {
+void TakeOutOfScene(osg::Node* node)
+{
+    while (node && node->getNumParents() > 0)
+        node->getParent(0)->removeChild(node);
+}
+
+QList<QPointF> RingOf(const std::vector<osg::Vec3d>& points)
+{
+    QList<QPointF> ring;
+    ring.reserve(static_cast<int>(points.size()));
+    for (const osg::Vec3d& point : points)
+        ring += QPointF(point.x(), point.y());
+    return ring;
+}
+
+// QPointF compares with a tolerance of its own.
+bool IsSame(const QList<QPointF>& a, const QList<QPointF>& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const QPointF& p, const QPointF& q) {
+        return osg::Vec2d(p.x(), p.y()) == osg::Vec2d(q.x(), q.y());
+    });
+}
+} // namespace
+
+AxEditedShapeRef::AxEditedShapeRef(CAxHandleAdapter* object) : alive(object), shape(object) {}
+
+CAxHandleAdapter::Running::Running(CAxHandleAdapter* object) : adapter(object)
+{
+    ++object->d->running;
+}
+
+CAxHandleAdapter::Running::~Running()
+{
+    if (adapter && --adapter->d->running == 0 && adapter->d->leaving)
+        adapter->deleteLater();
+}
+
+bool CAxHandleAdapter::Running::IsWanted() const
+{
+    return adapter && !adapter->IsLeaving();
+}
+
+CAxHandleAdapter::CAxHandleAdapter(CAxEarthViewer* viewer, QObject* parent)
+    : QObject(parent), d(std::make_unique<AxHandleAdapterState>())
+{
+    d->handleID = CreateUniqueID();
+    d->featureNode = new osg::Geode;
+    d->earthViewer = viewer;
+    d->viewer = AxPartsOf(viewer);
+    prepareDrawing();
+    if (!d->viewer)
+        return;
+    d->drawGroup = d->viewer->Scene().DrawGroup();
+    const QObject* host = d->viewer->Widget();
+    connect(this, SIGNAL(signalHandlePickEnded(EToolType)), host, SIGNAL(signalHandlePickEnded(EToolType)));
+    connect(this, SIGNAL(signalHandleEnd(QString, bool)), host, SLOT(slotHandleEnd(QString, bool)));
+    connect(this, SIGNAL(signalAddMarkPoint(QString, QString)), host,
+            SIGNAL(signalAddMarkPoint(QString, QString)));
+    connect(this, SIGNAL(signalDelMarkPoint(QString, QString)), host,
+            SIGNAL(signalDelMarkPoint(QString, QString)));
+    connect(this, SIGNAL(signalIntersection(QString, QStringList)), host,
+            SIGNAL(signalIntersection(QString, QStringList)));
+}
+
+CAxHandleAdapter::~CAxHandleAdapter()
+{
+    leaveScene();
+    if (d->viewer)
+        d->viewer->Objects().Forget(this);
+}
+
+void CAxHandleAdapter::Leave()
+{
+    if (d->running == 0) {
+        delete this;
+        return;
+    }
+    // One of its slots is still running; whoever looks meanwhile finds it nowhere.
+    d->leaving = true;
+    leaveScene();
+}
+
+void CAxHandleAdapter::JoinScene()
+{
+    osg::Group* group = d->viewer ? d->viewer->Scene().ObjectGroup() : nullptr;
+    if (group && !group->containsNode(d->featureNode))
+        group->addChild(d->featureNode);
+}
+
+void CAxHandleAdapter::leaveScene()
+{
+    DisconnectMouseEvent();
+    d->cursorLabel.Hide();
+    SetAnchorEditorEnabled(false);
+    for (osg::Node* node :
+         {static_cast<osg::Node*>(d->featureNode.get()), static_cast<osg::Node*>(d->nameLabel.get()),
+          static_cast<osg::Node*>(d->lockNode.get())})
+        TakeOutOfScene(node);
+}
+
+osg::ref_ptr<osgEarth::Symbology::Geometry> CAxHandleAdapter::GetGeometry()
+{
+    osg::ref_ptr<osgEarth::Symbology::Geometry> geometry =
+        osgEarth::Symbology::Geometry::create(osgEarth::Symbology::Geometry::TYPE_POLYGON, &GetAnchor());
+    return geometry;
+}
+
+CAxEarthViewer* CAxHandleAdapter::GetViewer() const
+{
+    return d->viewer ? d->earthViewer : nullptr;
+}
+
+AxViewerParts* CAxHandleAdapter::Parts() const
+{
+    return d->viewer;
+}
+
+std::vector<osg::Vec3d>& CAxHandleAdapter::GetAnchor()
+{
+    return d->anchors;
+}
+
+QString CAxHandleAdapter::GetHandleID() const
+{
+    return d->handleID;
+}
+
+void CAxHandleAdapter::SetHandleID(const QString& id)
+{
+    d->handleID = id;
+}
+
+CAxBlock::EBlockType CAxHandleAdapter::GetBlockType() const
+{
+    return d->blockType;
+}
+
+EHandleOperation CAxHandleAdapter::GetHandleOperation() const
+{
+    return d->operation;
+}
+
+int CAxHandleAdapter::GetEditIndex() const
+{
+    return d->editIndex;
+}
+
+bool CAxHandleAdapter::IsLock() const
+{
+    return d->lock;
+}
+
+bool CAxHandleAdapter::IsVisible() const
+{
+    return d->visible;
+}
+
+bool CAxHandleAdapter::IsFilter() const
+{
+    return d->filter;
+}
+
+bool CAxHandleAdapter::IsSegment() const
+{
+    return d->segment;
+}
+
+bool CAxHandleAdapter::IsLeaving() const
+{
+    return d->leaving;
+}
+
+osg::Geode* CAxHandleAdapter::GetFeatureNode() const
+{
+    return d->featureNode;
+}
+
+CAxHandleAdapterEditor* CAxHandleAdapter::GetAnchorEditor() const
+{
+    return d->anchorEditor;
+}
+
+osgEarth::Annotation::LabelNode* CAxHandleAdapter::GetNameLabel() const
+{
+    return d->nameLabel;
+}
+
+osg::Group* CAxHandleAdapter::GetLockNode() const
+{
+    return d->lockNode;
+}
+
+CAxBlock* CAxHandleAdapter::GetContainedBlock() const
+{
+    return CAxBlockManager::instance().GetBlock(d->handleID);
+}
+
+// Routes
+
+const QList<CAxTaskPolygon*>& CAxHandleAdapter::GetTaskList() const
+{
+    return d->tasks;
+}
+
+CAxTaskPolygon* CAxHandleAdapter::GetTask(const QString& taskID) const
+{
+    const auto found = std::find_if(d->tasks.begin(), d->tasks.end(), [&taskID](CAxTaskPolygon* task) {
+        const AxTaskRoute* route = AxRouteOf(task);
+        return route && route->GetTaskID() == taskID;
+    });
+    return found == d->tasks.end() ? nullptr : *found;
+}
+
+void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
+{
+    if (!task || d->tasks.contains(task))
+        return;
+    d->tasks += task;
+    SetAnchorEditorEnabled(false);
+    UpdateColor();
+}
+
+void CAxHandleAdapter::RemoveTask(const QString& taskID)
+{
+    if (d->tasks.removeOne(GetTask(taskID)))
+        UpdateColor();
+}
+
+void CAxHandleAdapter::RemoveAllTask()
+{
+    if (d->tasks.isEmpty())
+        return;
+    d->tasks.clear();
+    UpdateColor();
+}
+
+CAxVector3D CAxHandleAdapter::GetTaskLingPosition(const QString& taskID) const
+{
+    const AxTaskRoute* route = AxRouteOf(GetTask(taskID));
+    return route ? route->GetHomePoint() : CAxVector3D();
+}
+
+void CAxHandleAdapter::SetTaskEntryPoint(int index, const QString& taskID)
+{
+    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
+        route->SetEntryPoint(index);
+}
+
+void CAxHandleAdapter::SetTaskLandingPosition(const CAxVector3D& position, const QString& taskID)
+{
+    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
+        route->SetHomePoint(position);
+}
+
+void CAxHandleAdapter::SetTaskLandingMethod(bool downhill, const QString& taskID)
+{
+    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
+        route->SetLandingMethod(downhill);
+}
+
+// Shown, hidden, locked
+
+void CAxHandleAdapter::SetFeatureNodeVisible(bool featureVisible)
+{
+    d->featureNode->setNodeMask(featureVisible ? ~0u : 0u);
+}
+
+void CAxHandleAdapter::SetNameVisible(bool nameVisible)
+{
+    if (d->nameLabel)
+        d->nameLabel->setNodeMask(nameVisible ? ~0u : 0u);
+}
+
+void CAxHandleAdapter::SetLockBlock(bool locked, bool drawLock)
+{
+    if (!d->lockNode)
+        return;
+    d->lock = locked;
+    d->lockNode->setNodeMask(drawLock ? ~0u : 0u);
+    if (drawLock)
+        DrawBlockLock();
+}
+
+bool CAxHandleAdapter::IsSelectedAmongSeveral() const
+{
+    return d->selectedAmongSeveral;
+}
+
+void CAxHandleAdapter::SetSelectedAmongSeveral(bool selected)
+{
+    if (std::exchange(d->selectedAmongSeveral, selected) != selected && !d->leaving)
+        updateAdapter();
+}
+
+bool CAxHandleAdapter::HandleIsPicked(osg::Node* node)
+{
+    if (!node)
+        return false;
+    const auto isOwn = [this](const osg::Node* above) {
+        return above == d->featureNode || above == d->nameLabel || above == d->lockNode ||
+               above == d->anchorEditor.get() ||
+               std::find(d->containedNodes.begin(), d->containedNodes.end(), above) !=
+                   d->containedNodes.end();
+    };
+    const osg::NodePathList paths = node->getParentalNodePaths();
+    return std::any_of(paths.begin(), paths.end(), [&isOwn](const osg::NodePath& path) {
+        return std::any_of(path.begin(), path.end(), isOwn);
+    });
+}
+
+void CAxHandleAdapter::ClearFeatureNodeContained()
+{
+    d->containedNodes.clear();
+    d->containedLabels.clear();
+}
+
+// Vertices
+
+CAxVector3D CAxHandleAdapter::GetGravityLatLng()
+{
+    const std::vector<osg::Vec3d>& points = GetAnchor();
+    if (!d->featureNode || points.empty())
+        return {};
+    osg::BoundingBoxd box;
+    for (const osg::Vec3d& point : points)
+        box.expandBy(AxLongitudes::NearestTo(points.front().x(), point.x()), point.y(), 0.0);
+    d->gravity = CAxVector3D(box.center().y(), AxLongitudes::Normalized(box.center().x()), 0.0);
+    return d->gravity;
+}
+
+bool CAxHandleAdapter::GetBlockElevation()
+{
+    std::vector<osg::Vec3d>& points = GetAnchor();
+    d->elevations.clear();
+    if (points.empty() || !d->viewer)
+        return false;
+    QList<osg::Vec3d> sampled;
+    sampled.reserve(static_cast<int>(points.size()));
+    std::copy(points.begin(), points.end(), std::back_inserter(sampled));
+    d->viewer->Scene().GetElevations(sampled);
+    std::copy(sampled.begin(), sampled.end(), points.begin());
+    for (const osg::Vec3d& point : qAsConst(sampled))
+        d->elevations += point.z();
+    return true;
+}
+
+bool CAxHandleAdapter::GetElevationMinMax(double& min, double& max) const
+{
+    min = 999999.0;
+    max = -999999.0;
+    for (const double elevation : d->elevations) {
+        min = std::min(min, elevation);
+        max = std::max(max, elevation);
+    }
+    return !d->elevations.isEmpty();
+}
+
+bool CAxHandleAdapter::GetElevationsAverage(double& average) const
+{
+    if (d->elevations.isEmpty())
+        return false;
+    average = std::accumulate(d->elevations.begin(), d->elevations.end(), 0.0) / d->elevations.size();
+    return true;
+}
+
+bool CAxHandleAdapter::GeometryModifyed() const
+{
+    const CAxBlock* block = GetContainedBlock();
+    // The base's accessor is virtual for subclasses that keep their vertices elsewhere.
+    auto* self = const_cast<CAxHandleAdapter*>(this);
+    return d->featureNode && (!block || !IsSame(RingOf(self->GetAnchor()), block->GetAnchor()));
+}
+
+void CAxHandleAdapter::update()
+{
+    if (!GeometryModifyed())
+        return;
+    updateAdapter();
+    if (d->viewer && !d->leaving)
+        d->viewer->Objects().SetCurrent(this);
+}
+
+void CAxHandleAdapter::updateAdapter()
+{
+    if (d->operation != OperationDrawing)
+        DropRubberBand();
+    if (osg::Drawable* drawn = FindDrawable("Feature"))
+        d->featureNode->removeDrawable(drawn);
+    const std::vector<osg::Vec3d> points = Outline();
+    if (points.size() < 2)
+        return;
+    const osg::ref_ptr<osgEarth::Symbology::Geometry> outline =
+        osgEarth::Symbology::Geometry::create(osgEarth::Symbology::Geometry::TYPE_POLYGON, &points);
+    const bool isClosed = ShapeKind().IsClosed() && points.size() > 2;
+    const osg::ref_ptr<osg::Geometry> shape =
+        CreateGeom(d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor, d->fillColor, 2.0f,
+                   *outline, isClosed, isClosed);
+    if (!shape)
+        return;
+    shape->setName("Feature");
+    d->featureNode->addDrawable(shape);
+}
+
+void CAxHandleAdapter::UpdateCurrentOperate()
+{
+    const Running self(this);
+    update();
+    CAxBlock* block = GetContainedBlock();
+    if (!block || !self.IsWanted())
+        return;
+    const QList<QPointF> before = block->GetAnchor();
+    const QList<QPointF> after = RingOf(GetAnchor());
+    QString text = std::exchange(d->editText, QString());
+    if (IsSame(before, after))
+        return;
+    if (text.isEmpty())
+        text = tr("Change of %1").arg(block->GetBlockName());
+    block->SetAnchor(after);
+    CAxControl::GetInstance()->SetProjectModified(true);
+    if (self.IsWanted() && d->viewer)
+        d->viewer->Objects().Edits().push(new AxAnchorCommand(d->viewer, d->handleID, before, after, text));
+}
+
+void CAxHandleAdapter::ReturnLastOperate()
+{
+    d->editText.clear();
+    const CAxBlock* block = GetContainedBlock();
+    if (!block)
+        return;
+    const QList<QPointF> ring = block->GetAnchor();
+    const auto isPlace = [](const QPointF& point) {
+        return std::isfinite(point.x()) && std::isfinite(point.y());
+    };
+    if (!std::all_of(ring.begin(), ring.end(), isPlace))
+        return;
+    std::vector<osg::Vec3d>& points = GetAnchor();
+    points.clear();
+    for (const QPointF& point : ring)
+        points.emplace_back(point.x(), point.y(), 0.0);
+    GetBlockElevation();
+    // A copy, because importing replaces the vertices.
+    ImportGeometry(std::vector<osg::Vec3d>(points), false);
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
+}
+
+bool CAxHandleAdapter::_ReponseHandleMove()
+{
+    const Running self(this);
+    const bool isAccepted = AxOutcomeOf(CheckGeometry()) == AxOutcome::Accepted;
+    if (!self.IsWanted())
+        return false;
+    isAccepted ? UpdateCurrentOperate() : ReturnLastOperate();
+    return isAccepted;
+}
+
+bool CAxHandleAdapter::mayEdit() const
+{
+    return d->operation == OperationIdle && !d->lock && d->tasks.isEmpty() && GetContainedBlock();
+}
+
+bool CAxHandleAdapter::mayChangeCount() const
+{
+    return mayEdit() && ShapeKind().countMayChange;
+}
+
+bool CAxHandleAdapter::ChangeVertices(std::vector<osg::Vec3d> points, const QString& text)
+{
+    GetAnchor() = std::move(points);
+    GetBlockElevation();
+    d->editText = text;
+    const Running self(this);
+    const bool isAccepted = _ReponseHandleMove();
+    if (isAccepted && self.IsWanted() && d->anchorEditor)
+        d->anchorEditor->Update();
+    return isAccepted;
+}
+
+bool CAxHandleAdapter::DeleteVertex(int index)
+{
+    std::vector<osg::Vec3d> points = GetAnchor();
+    if (!mayChangeCount() || index < 0 || index >= static_cast<int>(points.size()))
+        return false;
+    points.erase(points.begin() + index);
+    return ChangeVertices(std::move(points), tr("Delete vertex"));
+}
+
+bool CAxHandleAdapter::InsertVertex(int index, const osg::Vec3d& lngLatAlt)
+{
+    std::vector<osg::Vec3d> points = GetAnchor();
+    if (!mayChangeCount() || index < 0 || index > static_cast<int>(points.size()) || !lngLatAlt.valid())
+        return false;
+    points.insert(points.begin() + index, lngLatAlt);
+    return ChangeVertices(std::move(points), tr("Insert vertex"));
+}
+
+// Handles of the vertices
+
+void CAxHandleAdapter::CreateEditor()
+{
+    if (d->anchorEditor || !d->viewer || !d->drawGroup)
+        return;
+    d->anchorEditor = new CAxHandleAdapterEditor(this, d->viewer->Scene().MapNode(), 1, true,
+                                                 CAxDragger::DragSphere, osg::Vec3d());
+    d->editorMoves = connect(d->anchorEditor.get(), SIGNAL(PositionChanged(double, double, double, int)),
+                             this, SLOT(slotPointMoved(double, double, double, int)));
+    d->drawGroup->addChild(d->anchorEditor);
+}
+
+void CAxHandleAdapter::SetAnchorEditorEnabled(bool enabled)
+{
+    if (!enabled || d->lock || !d->tasks.isEmpty() || GetAnchor().empty()) {
+        disconnect(d->editorMoves);
+        TakeOutOfScene(d->anchorEditor.get());
+        d->anchorEditor = nullptr;
+        return;
+    }
+    if (GetBlockElevation())
+        updateAdapter();
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
+    else
+        CreateEditor();
+    if (d->anchorEditor)
+        d->anchorEditor->ResetClampAlt();
+}
+
+// What only some kinds of object do
+
+void CAxHandleAdapter::ImportGeometry(const std::vector<osg::Vec3d>&, bool) {}
+void CAxHandleAdapter::HandleEnd() {}
+void CAxHandleAdapter::UpdateColor() {}
+void CAxHandleAdapter::SetWidth(double, double) {}
+void CAxHandleAdapter::SetVideoRadius(int) {}
+void CAxHandleAdapter::SetVideoPosition(const osg::Vec3d&) {}
+void CAxHandleAdapter::RemoveMarkerPoint(QString) {}
+void CAxHandleAdapter::SetMarkerPointName(const QStringList&) {}
+QStringList CAxHandleAdapter::GetMarkerPointName()
+{
+    return {};
+}

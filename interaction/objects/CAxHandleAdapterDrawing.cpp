@@ -1,0 +1,377 @@
+// The part of the map object that draws: shape, name and lock.
+#include "interaction/objects/AxHandleAdapterState.h"
+#include "scene/AxScene.h"
+#include "scene/shape/AxRingInPlane.h"
+#include "scene/shape/AxRingTriangles.h"
+#include "scene/shape/AxShapeClamp.h"
+#include "scene/shape/AxShapeSurface.h"
+#include "scene/shape/AxWorldGeometry.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+#include <AxBaseUI/AxPolygonTest.h>
+#include <AxData/CAxBlock.h>
+
+#include <osg/BlendFunc>
+#include <osg/Depth>
+#include <osg/observer_ptr>
+#include <osg/Texture2D>
+#include <osgEarth/MapNode>
+#include <osgEarth/ScreenSpaceLayout>
+#include <osgEarth/Terrain>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthSymbology/TextSymbol>
+
+#include <QImage>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+using osgEarth::Annotation::GeoPositionNode;
+using osgEarth::Annotation::LabelNode;
+using osgEarth::Symbology::TextSymbol;
+
+namespace {
+constexpr double namePixels = 18.0;
+constexpr float namePriority = 10.0f;
+const QString lockPicture = QStringLiteral(":/images/Normal/Blockwork/list_area_locking_but_nor.png");
+constexpr float lockHalfSize = 18.0f;
+// Below the name, whose letters are not as high as the icon.
+constexpr short lockShift = -34;
+// Side of the square that a d->segment fills, metres, from its diagonal.
+const double segmentSize = 2000.0 / std::sqrt(2.0);
+
+bool HasColor(const osg::Vec4f& color)
+{
+    return color.a() > AxWorldGeometry::visibleAlpha;
+}
+
+// The colours of a geometry, one a vertex; made where there are none.
+osg::Vec4Array& VertexColors(osg::Geometry& geometry)
+{
+    auto* colors = dynamic_cast<osg::Vec4Array*>(geometry.getColorArray());
+    if (!colors || colors->getBinding() != osg::Array::BIND_PER_VERTEX) {
+        colors = new osg::Vec4Array;
+        geometry.setColorArray(colors, osg::Array::BIND_PER_VERTEX);
+    }
+    colors->resize(geometry.getVertexArray() ? geometry.getVertexArray()->getNumElements() : 0,
+                   osg::Vec4f(1.0f, 1.0f, 1.0f, 1.0f));
+    colors->dirty();
+    return *colors;
+}
+
+// Whether the vertices from `first` on are there; `count` is then at least 1.
+bool HasVertices(const osg::Geometry* geometry, int first, int count)
+{
+    return geometry && dynamic_cast<const osg::Vec3Array*>(geometry->getVertexArray()) && first >= 0 &&
+           count > 0 && static_cast<unsigned>(first + count) <= geometry->getVertexArray()->getNumElements();
+}
+
+// Of all shapes while there are any: between them the renderer changes nothing.
+osg::ref_ptr<osg::StateSet> ShapeState()
+{
+    static osg::observer_ptr<osg::StateSet> shared;
+    osg::ref_ptr<osg::StateSet> state;
+    if (shared.lock(state))
+        return state;
+    shared = state = new osg::StateSet;
+    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
+    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
+    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
+    state->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+    return state;
+}
+
+AxHeightSource GroundOf(const QPointer<AxViewerParts>& viewer)
+{
+    return [viewer](std::vector<osg::Vec3d>& points) {
+        if (!viewer)
+            return;
+        QList<osg::Vec3d> sampled;
+        sampled.reserve(static_cast<int>(points.size()));
+        std::copy(points.begin(), points.end(), std::back_inserter(sampled));
+        viewer->Scene().GetElevations(sampled);
+        std::copy(sampled.begin(), sampled.end(), points.begin());
+    };
+}
+
+// The points in the plane that fits them best.
+std::vector<osg::Vec2d> InTheirPlane(const osg::Vec3Array& points, std::size_t first, std::size_t count)
+{
+    const osg::Vec3d origin = points[first];
+    osg::Vec3d normal;
+    for (std::size_t i = 2; i < count; ++i)
+        normal += (osg::Vec3d(points[first + i - 1]) - origin) ^ (osg::Vec3d(points[first + i]) - origin);
+    if (!(normal.normalize() > 0.0))
+        return {};
+    osg::Vec3d across = (std::abs(normal.z()) < 0.9 ? osg::Vec3d(0, 0, 1) : osg::Vec3d(1, 0, 0)) ^ normal;
+    across.normalize();
+    const osg::Vec3d up = normal ^ across;
+    std::vector<osg::Vec2d> plane;
+    for (std::size_t i = 0; i < count; ++i) {
+        const osg::Vec3d at = osg::Vec3d(points[first + i]) - origin;
+        plane.emplace_back(across * at, up * at);
+    }
+    return plane;
+}
+} // namespace
+
+/// What an object keeps of its drawn shape, so that little has to be done again.
+struct AxShapeDrawing
+{
+    AxShapeSurface surface;
+    osg::observer_ptr<AxWorldGeometry> shape;
+    osg::Vec4f edge;
+    osg::Vec4f fill;
+    bool closed = false;
+    bool filled = false;
+    std::unique_ptr<AxShapeClamp> clamp;
+};
+
+void CAxHandleAdapter::prepareDrawing()
+{
+    d->featureNode->setStateSet(ShapeState());
+
+    auto* text = d->style.getOrCreate<TextSymbol>();
+    text->font() = "msyh.ttc";
+    text->alignment() = TextSymbol::ALIGN_CENTER_CENTER;
+    text->encoding() = TextSymbol::ENCODING_UTF8;
+    text->size() = namePixels;
+    text->fill()->color() = osgEarth::Symbology::Color::White;
+    text->halo()->color() = osgEarth::Symbology::Color(0.0f, 0.0f, 0.0f, 0.85f);
+    text->haloOffset() = 0.08f;
+
+    d->lockNode = new osg::Group;
+    d->lockNode->setNodeMask(0);
+    d->drawing = std::make_shared<AxShapeDrawing>();
+}
+
+osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateGeom(osg::Vec4f edge, osg::Vec4f fill, float width,
+                                                         const osgEarth::Symbology::Geometry& points,
+                                                         bool closed, bool filled)
+{
+    const std::vector<osg::Vec3d>& vertices = points.asVector();
+    const bool isFilled = filled && vertices.size() > 2 && HasColor(fill);
+    // Other lines than the object's own, as the rubber band, must not push its edges out.
+    const bool isOwn = vertices == Outline();
+    AxShapeSurface passing;
+    AxShapeSurface& surface = isOwn ? d->drawing->surface : passing;
+    surface.SetVertices(vertices, closed, isFilled, GroundOf(d->viewer));
+    if (surface.Mesh().points.empty())
+        return {};
+    // While it is edited the shape changes with each move of the mouse.
+    const bool isSettled = d->operation == OperationIdle;
+    if (isOwn && isSettled)
+        surface.Refine(GroundOf(d->viewer));
+
+    osg::ref_ptr<AxWorldGeometry> shape = new AxWorldGeometry;
+    shape->SetLineWidth(width);
+    shape->SetShape(surface.Mesh(), closed && vertices.size() > 2, edge, fill);
+    if (!isOwn)
+        return shape;
+    d->drawing->shape = shape;
+    d->drawing->edge = edge;
+    d->drawing->fill = fill;
+    d->drawing->closed = closed && vertices.size() > 2;
+    d->drawing->filled = isFilled;
+    osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
+    if (!d->drawing->clamp && mapNode)
+        d->drawing->clamp =
+            std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
+    if (d->drawing->clamp) {
+        d->drawing->clamp->SetExtent(surface.Mesh().points);
+        if (!isSettled)
+            d->drawing->clamp->Ask();
+    }
+    return shape;
+}
+
+// The ground below the shape has changed, or an edit has ended. False while it
+// is edited, when everything is about to change anyway.
+bool CAxHandleAdapter::layOnGround()
+{
+    if (d->operation != OperationIdle)
+        return false;
+    osg::ref_ptr<AxWorldGeometry> shape;
+    if (!d->drawing->shape.lock(shape) || shape->getNumParents() == 0)
+        return true;
+    GetBlockElevation();
+    AxShapeSurface& surface = d->drawing->surface;
+    surface.ForgetHeights();
+    surface.SetVertices(Outline(), d->drawing->closed, d->drawing->filled, GroundOf(d->viewer));
+    surface.Refine(GroundOf(d->viewer));
+    shape->SetShape(surface.Mesh(), d->drawing->closed, d->drawing->edge, d->drawing->fill);
+    if (d->lockNode->getNodeMask() != 0)
+        DrawBlockLock();
+    return true;
+}
+
+osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateQuadGeom(osg::Vec3f corner, osg::Vec3f widthVector,
+                                                             osg::Vec3f heightVector, osg::Vec4f color)
+{
+    osg::ref_ptr<osg::Geometry> quad = osg::createTexturedQuadGeometry(corner, widthVector, heightVector);
+    quad->setUseDisplayList(false);
+    quad->setUseVertexBufferObjects(true);
+    quad->setColorArray(new osg::Vec4Array(1, &color), osg::Array::BIND_OVERALL);
+    return quad;
+}
+
+void CAxHandleAdapter::AddEdgePrimitiveSet(osg::Geometry* geometry, int first, int count, osg::Vec4f color,
+                                           bool closed)
+{
+    if (!HasVertices(geometry, first, count))
+        return;
+    osg::Vec4Array& colors = VertexColors(*geometry);
+    std::fill_n(colors.begin() + first, count, color);
+    geometry->addPrimitiveSet(new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, first, count));
+}
+
+void CAxHandleAdapter::AddFillPrimitiveSet(osg::Geometry* geometry, int first, int count, osg::Vec4f edge,
+                                           osg::Vec4f fill, bool closed)
+{
+    if (!HasVertices(geometry, first, count))
+        return;
+    if (count > 2 && HasColor(fill)) {
+        // A vertex has one colour, so the fill gets vertices of its own.
+        auto& points = static_cast<osg::Vec3Array&>(*geometry->getVertexArray());
+        const auto begin = static_cast<unsigned>(points.size());
+        const auto size = static_cast<unsigned>(count);
+        const AxRingFill triangles = AxFillRing(InTheirPlane(points, static_cast<unsigned>(first), size));
+        const auto extend = [&](osg::Vec3Array& array) {
+            array.reserve(array.size() + size + triangles.crossings.size());
+            for (unsigned i = 0; i < size; ++i)
+                array.push_back(array[static_cast<unsigned>(first) + i]);
+            for (const AxRingFill::Crossing& crossing : triangles.crossings) {
+                osg::Vec3d at;
+                for (std::size_t i = 0; i < crossing.of.size(); ++i)
+                    at += osg::Vec3d(array[begin + crossing.of[i]]) * crossing.weight[i];
+                array.push_back(osg::Vec3f(at));
+            }
+            array.dirty();
+        };
+        extend(points);
+        // What single precision leaves over of world coordinates goes along.
+        for (unsigned i = 0; i < geometry->getNumVertexAttribArrays(); ++i)
+            if (auto* rest = dynamic_cast<osg::Vec3Array*>(geometry->getVertexAttribArray(i));
+                rest && rest->size() == begin)
+                extend(*rest);
+        osg::Vec4Array& colors = VertexColors(*geometry);
+        std::fill(colors.begin() + begin, colors.end(), fill);
+        osg::ref_ptr<osg::DrawElementsUInt> elements = new osg::DrawElementsUInt(GL_TRIANGLES);
+        for (const unsigned index : triangles.triangles)
+            elements->push_back(begin + index);
+        // Below lines that are there already.
+        geometry->insertPrimitiveSet(0, elements);
+        geometry->dirtyBound();
+    }
+    AddEdgePrimitiveSet(geometry, first, count, edge, closed);
+}
+
+osg::ref_ptr<osg::Image> CAxHandleAdapter::FromQImage(const QString& path)
+{
+    const QImage picture = QImage(path).convertToFormat(QImage::Format_RGBA8888).mirrored();
+    if (picture.isNull())
+        return {};
+    osg::ref_ptr<osg::Image> image = new osg::Image;
+    image->allocateImage(picture.width(), picture.height(), 1, GL_RGBA, GL_UNSIGNED_BYTE);
+    for (int row = 0; row < picture.height(); ++row)
+        std::memcpy(image->data(0, row), picture.constScanLine(row), image->getRowSizeInBytes());
+    image->setFileName(path.toStdString());
+    return image;
+}
+
+osg::Geometry* CAxHandleAdapter::FindDrawable(const std::string& name) const
+{
+    for (unsigned i = 0; d->featureNode && i < d->featureNode->getNumDrawables(); ++i)
+        if (d->featureNode->getDrawable(i)->getName() == name)
+            return d->featureNode->getDrawable(i)->asGeometry();
+    return nullptr;
+}
+
+void CAxHandleAdapter::DrawNameLabel()
+{
+    const std::vector<osg::Vec3d>& points = GetAnchor();
+    std::vector<CAxPoint2D> metres;
+    for (const osg::Vec3d& point : points)
+        metres.emplace_back(point.x(), point.y());
+    d->segment = LatLng2UTM(metres, metres) && isAreaCanSegment(metres, segmentSize);
+
+    osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
+    const CAxBlock* block = GetContainedBlock();
+    const std::string name = block ? block->GetBlockName().toStdString() : std::string();
+    const auto place = AxLabelPlace(points);
+    const bool isShown = d->nameLabel ? d->nameLabel->getNodeMask() != 0 : d->visible;
+    osg::ref_ptr<LabelNode> label;
+    if (mapNode && d->drawGroup && place && !name.empty()) {
+        const osgEarth::GeoPoint position(d->viewer->Scene().MapSRS()->getGeographicSRS(), *place,
+                                          osgEarth::ALTMODE_RELATIVE);
+        if (d->nameLabel && d->nameLabel->text() == name && d->drawGroup->containsNode(d->nameLabel)) {
+            d->nameLabel->setPosition(position);
+            return;
+        }
+        label = new LabelNode(mapNode, position, name, d->style);
+        label->setName("BlockName");
+        label->setPriority(namePriority);
+        label->setDynamic(true);
+        label->setNodeMask(isShown ? ~0u : 0u);
+    }
+    if (d->nameLabel)
+        while (d->nameLabel->getNumParents() > 0)
+            d->nameLabel->getParent(0)->removeChild(d->nameLabel);
+    d->nameLabel = label;
+    if (d->nameLabel)
+        d->drawGroup->addChild(d->nameLabel);
+}
+
+void CAxHandleAdapter::DrawBlockLock()
+{
+    d->lockNode->removeChildren(0, d->lockNode->getNumChildren());
+    const auto place = AxLabelPlace(GetAnchor());
+    if (!place || !d->drawGroup || !d->viewer)
+        return;
+    if (!d->drawGroup->containsNode(d->lockNode))
+        d->drawGroup->addChild(d->lockNode);
+    QList<osg::Vec3d> positions{*place};
+    d->viewer->Scene().GetElevations(positions);
+    for (const osg::Vec3d& position : qAsConst(positions))
+        AddOneLock(position);
+}
+
+void CAxHandleAdapter::AddOneLock(const osg::Vec3d& lngLatAlt)
+{
+    osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
+    const osg::ref_ptr<osg::Image> picture = FromQImage(lockPicture);
+    if (!mapNode || !picture)
+        return;
+    const osg::ref_ptr<osg::Geometry> icon =
+        CreateQuadGeom({-lockHalfSize, -lockHalfSize, 0.0f}, {2.0f * lockHalfSize, 0.0f, 0.0f},
+                       {0.0f, 2.0f * lockHalfSize, 0.0f}, osg::Vec4f(1.0f, 1.0f, 1.0f, 1.0f));
+    icon->setName("Lock");
+    icon->setCullingActive(false);
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(picture);
+    texture->setResizeNonPowerOfTwoHint(false);
+    texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
+    icon->getOrCreateStateSet()->setTextureAttributeAndModes(0, texture);
+    auto* layout = osgEarth::ScreenSpaceLayoutData::getOrCreate(icon);
+    layout->setPriority(namePriority);
+    layout->setPixelOffset(osg::Vec2s(0, lockShift));
+
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    geode->setCullingActive(false);
+    geode->addDrawable(icon);
+    osgEarth::ScreenSpaceLayout::activate(geode->getOrCreateStateSet());
+    osg::ref_ptr<GeoPositionNode> anchor =
+        new GeoPositionNode(mapNode, osgEarth::GeoPoint(d->viewer->Scene().MapSRS()->getGeographicSRS(),
+                                                        lngLatAlt, osgEarth::ALTMODE_ABSOLUTE));
+    anchor->getPositionAttitudeTransform()->addChild(geode);
+    d->lockNode->addChild(anchor);
+}
+
+void CAxHandleAdapter::DropRubberBand()
+{
+    if (osg::Drawable* band = FindDrawable("Stipple"))
+        d->featureNode->removeDrawable(band);
+}

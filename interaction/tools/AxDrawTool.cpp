@@ -1,0 +1,54 @@
+#include "interaction/tools/AxDrawTool.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+
+void AxDrawTool::Deactivate()
+{
+    CAxHandleAdapter* current = parts.Objects().Current();
+    if (current && current->GetHandleOperation() == OperationDrawing)
+        current->EndHandle();
+}
+
+void AxDrawTool::Move(AxMouseStep& step)
+{
+    if (row.over != AxToolOver::Ground)
+        AxTool::Move(step);
+    if (row.start == AxDrawStart::Move)
+        parts.Tools().BeginDrawShape();
+}
+
+void AxDrawTool::Press(AxMouseStep& step)
+{
+    if (row.start == AxDrawStart::Push)
+        parts.Tools().BeginDrawShape();
+    else
+        AxTool::Press(step);
+}
+
+bool AxDrawTool::Drag(AxMouseStep&)
+{
+    return row.start == AxDrawStart::Push;
+}
+
+bool AxDrawTool::Click(AxMouseStep& step)
+{
+    if (row.start != AxDrawStart::Click)
+        return AxTool::Click(step);
+    parts.Tools().BeginDrawShape();
+    return false;
+}
+
+void AxVideoTool::Activate()
+{
+    parts.Objects().SetCurrent(nullptr);
+}
+
+void AxVideoTool::Move(AxMouseStep& step)
+{
+    AxTool::Move(step);
+    const CAxHandleAdapter* current = parts.Objects().Current();
+    if (!current || current->GetBlockType() != CAxBlock::VideoBlock)
+        parts.Tools().BeginDrawShape();
+}

@@ -1,0 +1,53 @@
+#include "interaction/tools/AxPlaceTool.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxNotice.h"
+
+#include <osg/Math>
+#include <osgEarth/GeoMath>
+
+#include <QCoreApplication>
+#include <QGraphicsView>
+
+namespace {
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("CAxEarthViewer", text);
+}
+} // namespace
+
+void AxPlaceTool::Pick(const osg::Vec3d& lngLatPos)
+{
+    if (CheckPickPositionValid(lngLatPos))
+        picked(lngLatPos.x(), lngLatPos.y(), lngLatPos.z());
+}
+
+bool AxPlaceTool::CheckPickPositionValid(const osg::Vec3d& lngLatPos) const
+{
+    constexpr double farthestMetres = 7000.0;
+    CAxHandleAdapter* current = parts.Objects().Current();
+    if (!current)
+        return false;
+    const CAxVector3D centre = current->GetGravityLatLng(); // latitude first
+    const double distance = osgEarth::GeoMath::distance(
+        osg::DegreesToRadians(centre.x()), osg::DegreesToRadians(centre.y()),
+        osg::DegreesToRadians(lngLatPos.y()), osg::DegreesToRadians(lngLatPos.x()));
+    if (distance <= farthestMetres)
+        return true;
+    AxShowClosableNotice(
+        parts.Widget(), Tr(QT_TRANSLATE_NOOP("CAxEarthViewer", "Route Information")),
+        Tr(QT_TRANSLATE_NOOP("CAxEarthViewer",
+                             "Please select the appropriate landing point because the landing point is too "
+                             "far from the job area.")));
+    return false;
+}
+
+void AxAddPointTool::Pick(const osg::Vec3d& lngLatPos)
+{
+    CAxHandleAdapter* current = parts.Objects().Current();
+    if (!current)
+        return;
+    const int end = static_cast<int>(current->GetAnchor().size());
+    current->InsertVertex(end, osg::Vec3d(lngLatPos.x(), lngLatPos.y(), 0.0));
+}

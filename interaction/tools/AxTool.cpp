@@ -1,0 +1,34 @@
+#include "interaction/tools/AxTool.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+
+void AxTool::Move(AxMouseStep& step)
+{
+    step.HoverDrawable();
+}
+
+void AxTool::Press(AxMouseStep& step)
+{
+    step.PressDrawable();
+}
+
+bool AxTool::Drag(AxMouseStep&)
+{
+    return false;
+}
+
+bool AxTool::Click(AxMouseStep& step)
+{
+    const bool multi = parts.Tools().IsMultiSelect();
+    step.ClickModel();
+    if (step.ClickDrawable())
+        return false;
+    const osg::Node* object = step.Object();
+    parts.Objects().SelectNode(object, multi, multi);
+    if (!object)
+        parts.Objects().ClearSelected();
+    return false;
+}
+
+void AxTool::Pick(const osg::Vec3d&) {}

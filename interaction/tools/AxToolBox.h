@@ -1,0 +1,61 @@
+#pragma once
+#include "interaction/tools/AxTool.h"
+#include "scene/AxToolInHand.h"
+
+#include <QObject>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+class AxObjects;
+class CAxHandleAdapter;
+
+/**
+ * All tools, and the one in hand. Owned by the viewer. GUI thread.
+ */
+class AxToolBox : public QObject, public AxToolInHand
+{
+    Q_OBJECT
+public:
+    AxToolBox(AxViewerParts& viewer, AxObjects& objects);
+    ~AxToolBox() override;
+
+    AxTool& InHand() override { return *tools[static_cast<std::size_t>(tool)]; }
+    EToolType Tool() const override { return tool; }
+    void TakeUp(EToolType wanted) override;
+    void BeginDrawShape() override;
+    /// Begins a drawing with the tool in hand, whatever is going on; null for a tool that draws nothing.
+    CAxHandleAdapter* CreateShape();
+
+    bool MayPick() const override { return mayPick; }
+    void SetMayPick(bool may) { mayPick = may; }
+    bool IsMultiSelect() const override { return multiSelect; }
+    void SetMultiSelect(bool multi) { multiSelect = multi; }
+    /// The kind of host application; kind 1 leaves the current object for a tool of the bar.
+    int AppType() const { return appType; }
+    void SetAppType(int type) { appType = type; }
+    /// Whether the press of the mouse belongs to an overlay.
+    bool IsPressTaken() const { return isPressTaken; }
+    void SetPressTaken(bool taken) { isPressTaken = taken; }
+    void TakePress() override { isPressTaken = true; }
+    bool IsBusy() const override;
+
+signals:
+    /// A tool of the bar was left for one that is not on it.
+    void barLeft();
+    /// A place was picked with that tool: degrees, degrees, metres.
+    void placePicked(EToolType tool, double lon, double lat, double alt);
+
+private:
+    std::unique_ptr<AxTool> make(const AxToolRow& row);
+
+    AxViewerParts& parts;
+    AxObjects& objects;
+    std::array<std::unique_ptr<AxTool>, AxTools.size()> tools;
+    EToolType tool = ToolNavigate;
+    bool mayPick = true;
+    bool multiSelect = false;
+    bool isPressTaken = false;
+    int appType = 0;
+};

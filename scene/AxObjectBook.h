@@ -1,0 +1,41 @@
+#pragma once
+#include <AxData/CAxBlock.h>
+
+#include <QList>
+#include <QString>
+
+class CAxHandleAdapter;
+class QUndoStack;
+struct AxEditAids;
+
+namespace osg {
+class Node;
+}
+
+/// The map objects of a viewer: which there are, which are selected, and their committed edits.
+/// CAxEarthViewer's operations of the same purpose say more. GUI thread.
+class AxObjectBook
+{
+public:
+    virtual ~AxObjectBook() = default;
+
+    virtual bool Add(CAxHandleAdapter* object) = 0;
+    virtual bool Remove(CAxHandleAdapter* object, bool deleteBlock) = 0;
+    /// Of an object that is being destroyed.
+    virtual void Forget(CAxHandleAdapter* object) = 0;
+    virtual CAxHandleAdapter* Find(const QString& id) const = 0;
+    virtual CAxHandleAdapter* Find(const osg::Node* featureNode) const = 0;
+    virtual QList<CAxHandleAdapter*> OfKind(CAxBlock::EBlockType type) const = 0;
+    virtual QList<CAxHandleAdapter*> All() const = 0;
+
+    virtual CAxHandleAdapter* Current() const = 0;
+    virtual void SetCurrent(CAxHandleAdapter* object) = 0;
+    virtual const QList<CAxHandleAdapter*>& Selected() const = 0;
+    virtual void SelectNode(const osg::Node* featureNode, bool multi, bool report) = 0;
+    virtual void ClearSelected() = 0;
+
+    virtual QUndoStack& Edits() const = 0;
+    virtual const AxEditAids& Aids() const = 0;
+    virtual bool Rename(const QString& id, const QString& name) = 0;
+    virtual void IntersectModelLayers(CAxHandleAdapter* object) = 0;
+};

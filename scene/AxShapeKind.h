@@ -1,0 +1,24 @@
+#pragma once
+
+/// What the vertices of a map object make. A plain value, the same for all objects of a kind.
+struct AxShapeKind
+{
+    enum class Edges
+    {
+        None,   ///< single points
+        Open,   ///< a line
+        Closed, ///< a ring, whose last vertex leads back to the first
+    };
+    Edges edges = Edges::Closed;
+    int leastVertices = 3;
+    /// Vertices may come and go one by one. Where they may not, they follow from each other, and
+    /// there are as many as the kind has.
+    bool countMayChange = true;
+
+    bool IsClosed() const { return edges == Edges::Closed; }
+    /// Whether a finished object of the kind may have that many vertices.
+    bool Allows(int vertices) const
+    {
+        return countMayChange ? vertices >= leastVertices : vertices == leastVertices;
+    }
+};

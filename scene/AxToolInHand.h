@@ -1,0 +1,25 @@
+#pragma once
+#include <AxBaseUI/EToolType.h>
+
+class AxTool;
+
+/// The tool in hand and what else decides about the mouse. GUI thread.
+class AxToolInHand
+{
+public:
+    virtual ~AxToolInHand() = default;
+
+    virtual EToolType Tool() const = 0;
+    virtual AxTool& InHand() = 0;
+    virtual void TakeUp(EToolType tool) = 0;
+    /// Begins a drawing with the tool in hand, unless picking is off or one is going on.
+    virtual void BeginDrawShape() = 0;
+    /// Whether map objects may be picked.
+    virtual bool MayPick() const = 0;
+    /// Whether picks add to the selection.
+    virtual bool IsMultiSelect() const = 0;
+    /// Whether an object is drawn or moved, or one of its handles is held.
+    virtual bool IsBusy() const = 0;
+    /// Says that the press of the mouse belongs to an overlay.
+    virtual void TakePress() = 0;
+};

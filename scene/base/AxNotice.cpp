@@ -1,0 +1,51 @@
+#include "scene/base/AxNotice.h"
+
+#include <AxBaseUI/CAxMessageBox.h>
+
+#include <QPointer>
+
+namespace {
+enum class Buttons
+{
+    Confirm,
+    ConfirmAndClose,
+    ConfirmAndCancel,
+    CloseAndCancel
+};
+
+int Show(QWidget* parent, const QString& title, const QString& text, const QString& details, Buttons buttons)
+{
+    // On the heap, because its parent may be deleted while it is open.
+    const QPointer<CAxMessageBox> box = new CAxMessageBox(parent);
+    box->SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box->SetWindowTitle(title);
+    box->SetMsgText(text);
+    box->SetDetails(details);
+    box->SetBtnHidden(buttons == Buttons::CloseAndCancel,
+                      buttons != Buttons::ConfirmAndCancel && buttons != Buttons::CloseAndCancel,
+                      buttons != Buttons::ConfirmAndClose && buttons != Buttons::CloseAndCancel);
+    const int answer = box->exec();
+    delete box;
+    return answer;
+}
+} // namespace
+
+void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details)
+{
+    Show(parent, title, text, details, Buttons::Confirm);
+}
+
+void AxShowClosableNotice(QWidget* parent, const QString& title, const QString& text)
+{
+    Show(parent, title, text, QString(), Buttons::ConfirmAndClose);
+}
+
+void AxShowProblem(QWidget* parent, const QString& title, const QString& text)
+{
+    Show(parent, title, text, QString(), Buttons::CloseAndCancel);
+}
+
+bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text)
+{
+    return Show(parent, title, text, QString(), Buttons::ConfirmAndCancel) == QDialog::Accepted;
+}

@@ -1,0 +1,20 @@
+#pragma once
+#include <QString>
+
+class QWidget;
+
+// The modal boxes of the map. Both return when the operator has answered, and
+// let events run meanwhile.
+
+/// A message with its confirming button alone; `details` stand below it in smaller print.
+/// Escape closes it as well.
+void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details = {});
+
+/// A message with its confirming button and the one that closes the box.
+void AxShowClosableNotice(QWidget* parent, const QString& title, const QString& text);
+
+/// A message that stops something, with the button that closes the box.
+void AxShowProblem(QWidget* parent, const QString& title, const QString& text);
+
+/// A question; true when it was confirmed.
+bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text);

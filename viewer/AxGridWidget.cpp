@@ -1,6 +1,0 @@
-#include "viewer/AxGridWidget.h"
-
-AxGridWidget::AxGridWidget(QWidget* parent) : CAxBaseWidget(parent)
-{
-    setObjectName(QStringLiteral("AxGridWidget"));
-}

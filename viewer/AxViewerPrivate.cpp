@@ -1,0 +1,368 @@
+#include "viewer/AxViewerPrivate.h"
+#include "analysis/CAxAncillaryProcess.h"
+#include "interaction/input/CAxEarthManipulator.h"
+#include "mission/landing/CAxDownhillAnglenode.h"
+#include "scene/base/AxNotice.h"
+#include "scene/base/AxProcessLocale.h"
+#include "viewer/AxFrame.h"
+#include "viewer/AxGlViewport.h"
+#include "viewer/AxInputRouter.h"
+#include "viewer/AxMapFile.h"
+#include "viewer/AxPlaceNames.h"
+#include "viewer/AxSceneStartup.h"
+#include "viewer/overlay/AxGridWidget.h"
+#include "viewer/overlay/AxHeadUpText.h"
+#include "viewer/overlay/AxReadOut.h"
+#include "viewer/overlay/CAxCoordinateWidget.h"
+#include "viewer/overlay/CAxGraphicsCompassItem.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
+
+#include <AxData/CAxControl.h>
+
+#include <osgGA/StateSetManipulator>
+#include <osgViewer/ViewerEventHandlers>
+
+#include <QCoreApplication>
+#include <QGraphicsProxyWidget>
+#include <QSplashScreen>
+
+#include <cstdlib>
+
+namespace {
+constexpr double fieldOfViewDegrees = 30.0;
+constexpr double nearPlane = 1.0;
+constexpr double farPlane = 10000.0;
+// Lets the camera come within metres of the ground without clipping it.
+constexpr double nearFarRatio = 1e-10;
+constexpr double minPitchDegrees = -90.0;
+constexpr double maxPitchDegrees = -10.0;
+constexpr unsigned samplesWanted = 16;
+
+QString MapFileForNetwork()
+{
+    return AxMapFilePath(QCoreApplication::applicationDirPath(),
+                         CAxControl::GetInstance()->IsNetWorkConnected());
+}
+} // namespace
+
+AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
+    : q(earthViewer), objects(*this, earthViewer), history(earthViewer, objects), tools(*this, objects)
+{
+    objects.SetHistory(&history);
+    connect(&objects, &AxObjects::currentChanged, q, &CAxEarthViewer::signalCurrentBlock);
+    connect(&objects, &AxObjects::selectedChanged, q, &CAxEarthViewer::signalMultiSelectBlock);
+    connect(&objects, &AxObjects::imported, q, &CAxEarthViewer::signalBlockState);
+    connect(&objects, &AxObjects::moveGivenUp, q, [this] { manipulator->CancelBlockMove(); });
+    connect(&tools, &AxToolBox::barLeft, q, [this] { mapToolsWidget->ResetToolType(); });
+    connect(&tools, &AxToolBox::placePicked, q, [this](EToolType tool, double lon, double lat, double alt) {
+        if (tool == ToolLandingPosition)
+            emit q->LandingPosPicked(lon, lat, alt, true);
+        else
+            emit q->InterestPointPicked(lon, lat, alt);
+    });
+}
+
+AxViewerPrivate::~AxViewerPrivate() = default;
+
+AxZoneAnswers* AxViewerPrivate::Zones()
+{
+    return ancillaryProcess;
+}
+
+QObject* AxViewerPrivate::Mouse()
+{
+    return manipulator.get();
+}
+
+std::optional<bool> AxViewerPrivate::AngleHandlesShown() const
+{
+    return downhillAngleNode ? std::make_optional(downhillAngleNode->IsHandlesVisible()) : std::nullopt;
+}
+
+void AxViewerPrivate::GetElevations(QList<osg::Vec3d>& points) const
+{
+    manipulator->GetElevations(points, false);
+}
+
+// Construction
+
+void AxViewerPrivate::initParameters()
+{
+    // The scene covers the widget pixel by pixel: no frame, no scrolling.
+    q->setFrameShape(QFrame::NoFrame);
+    q->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    q->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+
+    q->setScene(new QGraphicsScene);
+
+    glWidget = new AxGlViewport;
+    glWidget->setMouseTracking(true);
+    glWidget->setMaximumSize(q->maximumSize());
+    q->setViewport(glWidget);
+    q->setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
+
+    root = new osg::Group;
+    root->setName("root");
+    sceneData = new osg::Group;
+    sceneData->setName("SceneData");
+    rootStateSet = new osg::StateSet;
+    rootStateSet->setMode(GL_DEPTH_TEST, osg::StateAttribute::ON);
+    rootStateSet->setMode(GL_LIGHTING, osg::StateAttribute::ON);
+    root->setStateSet(rootStateSet);
+    root->addChild(sceneData);
+
+    viewer = new osgViewer::Viewer;
+    // Escape is the host's; it must not stop the globe for good.
+    viewer->setKeyEventSetsDone(0);
+
+    manipulator = new CAxEarthManipulator(q);
+    manipulator->getSettings()->setMinMaxPitch(minPitchDegrees, maxPitchDegrees);
+    viewer->setCameraManipulator(manipulator, true);
+    connect(manipulator.get(), &CAxEarthManipulator::signalViewMoved, this, &AxViewerPrivate::followView);
+    connect(manipulator.get(), &CAxEarthManipulator::signalPointed, this, &AxViewerPrivate::showReadOut);
+
+    initOverlays();
+    setUpViewerInWindow(0, 0, q->width(), q->height());
+
+    viewer->addEventHandler(new osgViewer::StatsHandler);
+    viewer->addEventHandler(new osgGA::StateSetManipulator(viewer->getCamera()->getOrCreateStateSet()));
+    viewer->setSceneData(root);
+    graphicsWindow =
+        dynamic_cast<osgViewer::GraphicsWindowEmbedded*>(viewer->getCamera()->getGraphicsContext());
+    frame = std::make_unique<AxFrame>(viewer, graphicsWindow);
+    input = std::make_unique<AxInputRouter>(graphicsWindow);
+    q->setMouseTracking(true);
+}
+
+void AxViewerPrivate::initOverlays()
+{
+    compassItem = new CAxGraphicsCompassItem(nullptr);
+    q->scene()->addItem(compassItem);
+    compassItem->ConnectEvent(q);
+
+    mapToolsWidget = new CAxMapToolsWidget(q);
+    mapToolsWidget->ConnectEvent();
+    coordinateWidget = new CAxCoordinateWidget(q);
+    embed(mapToolsWidget);
+    embed(coordinateWidget);
+
+    gridWidget = new AxGridWidget(q);
+    connect(gridWidget, SIGNAL(signalGridWidget(QString, bool)), q, SLOT(slotGridWidget(QString, bool)));
+    embed(gridWidget);
+    gridWidget->hide();
+}
+
+void AxViewerPrivate::embed(QWidget* overlay)
+{
+    // The graphics scene only takes windows, even such that have a parent.
+    overlay->setWindowFlags(overlay->windowFlags() | Qt::Window | Qt::FramelessWindowHint);
+    // Every frame repaints the scene; an overlay's own painting runs only when it changed.
+    q->scene()->addWidget(overlay)->setCacheMode(QGraphicsItem::DeviceCoordinateCache);
+}
+
+void AxViewerPrivate::setUpViewerInWindow(int x, int y, int width, int height)
+{
+    const osg::DisplaySettings* display = osg::DisplaySettings::instance();
+    osg::ref_ptr<osg::GraphicsContext::Traits> traits = new osg::GraphicsContext::Traits;
+    traits->x = x;
+    traits->y = y;
+    traits->width = width;
+    traits->height = height;
+    traits->windowDecoration = false;
+    traits->doubleBuffer = true;
+    traits->sharedContext = nullptr;
+    traits->alpha = display->getMinimumNumAlphaBits();
+    traits->stencil = display->getMinimumNumStencilBits();
+    traits->sampleBuffers = display->getMultiSamples() ? 1 : 0;
+    traits->samples = samplesWanted;
+    traits->vsync = false;
+
+    // The model comes first: osg starts its drawing threads when the model
+    // changes while a graphics context exists, and a thread of osg's own can
+    // never make a context current that Qt owns.
+    viewer->setThreadingModel(osgViewer::ViewerBase::DrawThreadPerContext);
+    osg::Camera* camera = viewer->getCamera();
+    camera->setViewport(new osg::Viewport(x, y, width, height));
+    camera->setProjectionMatrixAsPerspective(fieldOfViewDegrees, static_cast<double>(width) / qMax(1, height),
+                                             nearPlane, farPlane);
+    camera->setGraphicsContext(new osgViewer::GraphicsWindowEmbedded(traits));
+    camera->setClearColor(osg::Vec4(0.0f, 0.0f, 0.0f, 1.0f));
+    viewer->setName("MainView");
+    camera->setNearFarRatio(nearFarRatio);
+    camera->setComputeNearFarMode(osg::CullSettings::COMPUTE_NEAR_FAR_USING_PRIMITIVES);
+}
+
+// Start-up
+
+void AxViewerPrivate::startUp()
+{
+    starting = true;
+
+    QPixmap transparent(300, 200);
+    transparent.fill(QColor(255, 255, 255, 0));
+    auto* splash = new QSplashScreen(transparent);
+    splash->setParent(q, splash->windowFlags());
+    splash->setAttribute(Qt::WA_DeleteOnClose);
+    splash->move(q->mapToGlobal(q->rect().center()) - splash->rect().center());
+    splash->show();
+    const auto progress = [splash](const QString& text) {
+        splash->showMessage(text, Qt::AlignHCenter | Qt::AlignBottom, Qt::white);
+    };
+
+    progress(CAxEarthViewer::tr("Create tile map service..."));
+    AxSetProcessLocale();
+    const osg::ref_ptr<osg::Node> loaded =
+        AxSceneStartup::ReadMap(mapFile.isEmpty() ? MapFileForNetwork() : mapFile);
+    mapNode = loaded ? osgEarth::MapNode::findMapNode(loaded) : nullptr;
+    if (!mapNode)
+        endWithoutMap();
+    map = mapNode->getMap();
+    mapNode->setName("MapNode");
+    mapSRS = mapNode->getMapSRS();
+    mapNode->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::ON);
+
+    progress(CAxEarthViewer::tr("Loading Sky..."));
+    skyNode = AxSceneStartup::CreateSky(mapNode);
+    initManipulator();
+    initOther();
+    initEventHandler();
+    addGroups();
+
+    progress(CAxEarthViewer::tr("Loading prohibited area..."));
+    ancillaryProcess = new CAxAncillaryProcess(q, q);
+
+    AxSceneStartup::AttachSky(skyNode, mapNode, *viewer, root);
+    root->addChild(AxSceneStartup::CreateDrapedDisc(mapNode));
+    ancillaryProcess->SetNoFlyZoneMask(false);
+
+    earthLoaded = true;
+    starting = false;
+    // finish() waits up to a second for a window that is not shown at all.
+    splash->finish(q->isVisible() ? q : nullptr);
+}
+
+void AxViewerPrivate::endWithoutMap()
+{
+    AxShowProblem(q, CAxEarthViewer::tr("Route Information"),
+                  CAxEarthViewer::tr("Create tile map service error."));
+    std::exit(EXIT_SUCCESS);
+}
+
+void AxViewerPrivate::initManipulator()
+{
+    manipulator->setHomeViewpoint(AxSceneStartup::HomeViewpoint(*map), 0.0);
+}
+
+void AxViewerPrivate::initOther()
+{
+    AxSceneStartup::PrepareView(*viewer, mapNode);
+    graticule = AxSceneStartup::CreateGraticule(mapNode);
+    sceneData->addChild(graticule);
+}
+
+void AxViewerPrivate::initEventHandler()
+{
+    AxHeadUpText::Instance().SetSize(q->width(), q->height());
+    sceneData->addChild(AxHeadUpText::Instance().GetCamera());
+    connect(manipulator.get(), SIGNAL(mouseLeftBtnClick(osg::Vec3d, osg::Vec3d)), q,
+            SLOT(slotMouseLeftBtnClick(osg::Vec3d, osg::Vec3d)));
+    connect(manipulator.get(), SIGNAL(mouseLeftBtnClickSignal(osg::Drawable*)), q,
+            SLOT(slotDrawableClicked(osg::Drawable*)));
+}
+
+void AxViewerPrivate::initBoundaries(osgEarth::Map* targetMap)
+{
+    AxSceneStartup::AddBoundaries(targetMap);
+}
+
+void AxViewerPrivate::addGroups()
+{
+    drawGroup = new osg::Group;
+    drawGroup->setName("Draw Group");
+    geomAdapterGroup = new osg::Group;
+    geomAdapterGroup->setName("GeomAdapter");
+    drawGroup->addChild(geomAdapterGroup);
+    boundGroup = new osg::Group;
+    boundGroup->setName("Bound Group");
+    sceneData->addChild(drawGroup);
+    sceneData->addChild(boundGroup);
+}
+
+void AxViewerPrivate::shutDown()
+{
+    // While there is still everything that a map object is part of.
+    objects.DestroyAll();
+    history.Delete();
+    // The overlays are deleted with the scene, while the widget is still whole.
+    QGraphicsScene* overlays = q->scene();
+    q->setScene(nullptr);
+    delete overlays;
+    // Textures and buffers can only be given back while Qt's context lives.
+    glWidget->makeCurrent();
+    frame->Release();
+    if (sceneData)
+        sceneData->removeChild(AxHeadUpText::Instance().GetCamera());
+    viewer->setSceneData(nullptr);
+    viewer->setCameraManipulator(nullptr);
+    // From here on only references keep it, so Qt must not delete it as a child.
+    manipulator->setParent(nullptr);
+    glWidget->doneCurrent();
+}
+
+// With every tick
+
+void AxViewerPrivate::tick()
+{
+    if (!nextReadOut.isEmpty())
+        setCoordinate(std::exchange(nextReadOut, {}));
+    if (ancillaryProcess && ancillaryProcess->NoFlyZoneMask())
+        manipulator->TellView();
+    // Posted, because a box that an event opens lets the timer go on.
+    if (!inputPosted && frame->HasInput()) {
+        inputPosted = true;
+        QMetaObject::invokeMethod(this, &AxViewerPrivate::takeInput, Qt::QueuedConnection);
+    }
+    q->scene()->update();
+}
+
+void AxViewerPrivate::takeInput()
+{
+    const QPointer<AxViewerPrivate> self(this);
+    frame->TakeInput();
+    if (self)
+        inputPosted = false;
+}
+
+void AxViewerPrivate::followView(const osgEarth::Viewpoint& viewpoint, bool byEvent)
+{
+    if (byEvent && map)
+        AxPlaceNames::At(viewpoint.getRange()).Show(*map);
+    if (ancillaryProcess)
+        ancillaryProcess->FollowView(viewpoint, byEvent);
+}
+
+void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range)
+{
+    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range);
+    setCoordinate({texts.longitude, texts.latitude, texts.altitude, texts.range});
+}
+
+void AxViewerPrivate::setCoordinate(const QStringList& texts)
+{
+    // A change while the frame is painted would ask for a second one at once;
+    // the next tick paints anyway.
+    if (painting)
+        nextReadOut = texts;
+    else
+        coordinateWidget->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
+}
+
+AxViewerParts* AxPartsOf(CAxEarthViewer* viewer)
+{
+    return viewer ? viewer->Parts() : nullptr;
+}
+
+AxViewerParts* AxPartsOf(QObject* viewer)
+{
+    return AxPartsOf(qobject_cast<CAxEarthViewer*>(viewer));
+}

@@ -1,0 +1,124 @@
+#pragma once
+#include "interaction/editing/AxEditHistory.h"
+#include "interaction/objects/AxObjects.h"
+#include "interaction/tools/AxToolBox.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <osg/Group>
+#include <osg/Matrixd>
+#include <osg/ref_ptr>
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+#include <osgEarth/Viewpoint>
+#include <osgEarthUtil/GeodeticGraticule>
+#include <osgEarthUtil/Sky>
+#include <osgViewer/Viewer>
+
+class AxFrame;
+class AxGlViewport;
+class AxGridWidget;
+class AxInputRouter;
+class CAxGraphicsCompassItem;
+
+/**
+ * What the viewer is made of: the scene and its start-up, the objects, the tools, the overlays, the frame
+ * and the input. It is the viewer as the rooms below know it.
+ */
+class AxViewerPrivate : public AxViewerParts, public AxScene
+{
+public:
+    explicit AxViewerPrivate(CAxEarthViewer* viewer);
+    ~AxViewerPrivate() override;
+
+    // As the rooms below see it
+
+    AxScene& Scene() override { return *this; }
+    AxObjectBook& Objects() override { return objects; }
+    AxToolInHand& Tools() override { return tools; }
+    AxZoneAnswers* Zones() override;
+    QGraphicsView* Widget() override { return q; }
+    QObject* Mouse() override;
+    std::optional<bool> AngleHandlesShown() const override;
+    void SwitchVoice(bool off) override { emit q->signalTextSpeechEnabled(!off); }
+
+    osgViewer::Viewer* View() const override { return viewer; }
+    osgEarth::MapNode* MapNode() const override { return mapNode; }
+    const osgEarth::SpatialReference* MapSRS() const override { return mapSRS; }
+    osg::Group* DrawGroup() const override { return drawGroup; }
+    osg::Group* ObjectGroup() const override { return geomAdapterGroup; }
+    void GetElevations(QList<osg::Vec3d>& points) const override;
+    QImage Picture() const override { return q->GetCurrViewerImg(); }
+
+    // Construction and start-up, in their order (AxViewerPrivate.cpp)
+
+    void initParameters();
+    void initOverlays();
+    void embed(QWidget* overlay);
+    void setUpViewerInWindow(int x, int y, int width, int height);
+    /// Reads the map and completes the scene; the splash screen lets events run meanwhile.
+    void startUp();
+    void initManipulator();
+    void initOther();
+    void initEventHandler();
+    void initBoundaries(osgEarth::Map* targetMap);
+    void addGroups();
+    [[noreturn]] void endWithoutMap();
+    /// Everything that needs the OpenGL context, and what would outlive the widget otherwise.
+    void shutDown();
+
+    // What happens with every tick of the timer
+
+    void tick();
+    void takeInput();
+    void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
+    void showReadOut(double longitude, double latitude, double altitude, double range);
+    void setCoordinate(const QStringList& texts);
+
+    CAxEarthViewer* const q;
+
+    osg::ref_ptr<osg::Group> root;
+    osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> graphicsWindow;
+    osg::ref_ptr<osgEarth::Map> map;
+    osg::ref_ptr<osg::Group> sceneData;
+    osg::ref_ptr<osg::StateSet> rootStateSet;
+    osg::ref_ptr<osgViewer::Viewer> viewer;
+    osg::ref_ptr<osgEarth::MapNode> mapNode;
+    osg::ref_ptr<osgEarth::Util::SkyNode> skyNode;
+    osg::ref_ptr<const osgEarth::SpatialReference> mapSRS;
+    osg::ref_ptr<CAxEarthManipulator> manipulator;
+    osg::ref_ptr<osg::Group> drawGroup;
+    osg::ref_ptr<osg::Group> geomAdapterGroup;
+    osg::ref_ptr<osg::Group> boundGroup;
+    osg::ref_ptr<osgEarth::Util::GeodeticGraticule> graticule;
+
+    AxObjects objects;
+    AxEditHistory history;
+    AxToolBox tools;
+    CAxAncillaryProcess* ancillaryProcess = nullptr;
+    CAxUavNode* uavNode = nullptr;
+    CAxDownhillAnglenode* downhillAngleNode = nullptr;
+    CAxInterestPointNode* interestPointNode = nullptr;
+
+    CAxGraphicsCompassItem* compassItem = nullptr;
+    CAxMapToolsWidget* mapToolsWidget = nullptr;
+    CAxCoordinateWidget* coordinateWidget = nullptr;
+    AxGridWidget* gridWidget = nullptr;
+
+    QString mapFile;
+    osg::Vec3d projPlaneCenter;
+    osg::Matrixd projPlaneMatrix;
+    QString coordSys;
+
+    AxGlViewport* glWidget = nullptr;
+    std::unique_ptr<AxFrame> frame;
+    std::unique_ptr<AxInputRouter> input;
+    QStringList nextReadOut;
+    bool earthLoaded = false;
+    bool starting = false;
+    bool painting = false;
+    bool inputPosted = false;
+    bool passingKey = false;
+    bool deleteKeyTaken = false;
+};

@@ -1,0 +1,59 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <AxBaseUI/CAxBaseWidget.h>
+#include <AxBaseUI/EToolType.h>
+
+#include <QPushButton>
+
+class AxViewerParts;
+
+/**
+ * The column of image buttons at the right edge of the map. A click marks the
+ * press as the bar's, so that the viewer does not take its release for a click
+ * on the map. Owned by the graphics scene. GUI thread only.
+ */
+class AXEARTHVIEWER_EXPORT CAxMapToolsWidget : public CAxBaseWidget
+{
+    Q_OBJECT
+public:
+    /// parent is the viewer that the buttons act on.
+    explicit CAxMapToolsWidget(QWidget* parent);
+
+    /// Nothing is left to connect; the viewer calls it after construction.
+    void ConnectEvent() {}
+    /// Unchecks the measure and the marker button.
+    void ResetToolType();
+    void SetToolsBtnVisible(bool visible);
+    void SetShootPointBtnVisible(bool visible);
+    void SetFollowToAircraftBtnVisible(bool visible);
+    void SetTextToSpeechBtnVisible(bool visible);
+    /// True while the voice button is not checked: checked means muted.
+    bool VoiceEnabled() const;
+
+signals:
+    /// A tool of the bar was switched on, or off (then ToolNavigate).
+    void ToolTypeChanged(EToolType eToolType);
+    /// For listeners; the bar itself never emits it.
+    void signalHeading(double heading);
+
+private slots:
+    void slotNoflyZoneVisbile(bool checked);
+    void slotMeasureToolEnabled(bool checked);
+    void slotMarkerToolEnabled(bool checked);
+    void slotTextToSpeechEnabled(bool checked);
+
+private:
+    void BuildForm();
+    void InitSlots();
+    void SwitchTool(bool checked, EToolType tool, QPushButton* other);
+
+    QPushButton* m_pBtnDisplayShoot = nullptr;
+    QPushButton* m_pBtnNoFly = nullptr;
+    QPushButton* m_pMeasureBtn = nullptr;
+    QPushButton* m_pMarkerTools = nullptr;
+    QPushButton* m_pMapCtrlToEditAreaBtn = nullptr;
+    QPushButton* m_pMapCtrlFollowAircraftBtn = nullptr;
+    QPushButton* m_pVoiceSwitchBtn = nullptr;
+    AxViewerParts* viewer = nullptr;
+};
