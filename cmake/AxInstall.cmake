@@ -21,6 +21,8 @@ foreach(target IN LISTS installed)
 endforeach()
 set_target_properties(AxGroundControl axnofly PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 
+# ./ax docs installs the headers alone, so they are a component of their own.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
@@ -36,6 +38,7 @@ foreach(entry IN LISTS AX_PUBLIC_HEADERS)
   install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
 endforeach()
 install(DIRECTORY "${AX_DOCUMENTED_DIR}/" DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+unset(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME)
 
 configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerConfig.cmake
   INSTALL_DESTINATION ${package_dir})

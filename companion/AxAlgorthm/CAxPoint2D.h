@@ -10,11 +10,15 @@ class AXALGORTHM_EXPORT CAxPoint2D
 {
 public:
     constexpr CAxPoint2D() = default;
+    /// Easting and northing in metres, or longitude and latitude in degrees.
     constexpr CAxPoint2D(double x, double y) : m_x(x), m_y(y) {}
 
+    /// Easting in metres, or longitude in degrees.
     constexpr double x() const { return m_x; }
-    constexpr double y() const { return m_y; }
     void setX(double x) { m_x = x; }
+
+    /// Northing in metres, or latitude in degrees.
+    constexpr double y() const { return m_y; }
     void setY(double y) { m_y = y; }
 
     /// Exact comparison of both components.

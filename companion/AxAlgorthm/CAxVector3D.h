@@ -11,13 +11,19 @@ class AXALGORTHM_EXPORT CAxVector3D
 {
 public:
     constexpr CAxVector3D() = default;
+    /// For a position: longitude and latitude in degrees, altitude in metres.
     constexpr CAxVector3D(double x, double y, double z) : m_x(x), m_y(y), m_z(z) {}
 
+    /// Longitude of a position, degrees.
     constexpr double x() const { return m_x; }
-    constexpr double y() const { return m_y; }
-    constexpr double z() const { return m_z; }
     void setX(double x) { m_x = x; }
+
+    /// Latitude of a position, degrees.
+    constexpr double y() const { return m_y; }
     void setY(double y) { m_y = y; }
+
+    /// Altitude of a position, metres above the ellipsoid.
+    constexpr double z() const { return m_z; }
     void setZ(double z) { m_z = z; }
 
     /// True when all three components are 0, as in a default-constructed vector: no position.

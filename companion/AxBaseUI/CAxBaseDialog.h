@@ -23,7 +23,9 @@ class AXBASEUI_EXPORT CAxBaseDialog : public QDialog
 public:
     explicit CAxBaseDialog(QWidget* parent = nullptr);
 
+    /// The text in the title bar.
     void SetWindowTitle(const QString& title);
+    /// Texts of the buttons, in place of "OK" and "Cancel".
     void SetBtnOKText(const QString& text);
     void SetBtnCancelText(const QString& text);
 

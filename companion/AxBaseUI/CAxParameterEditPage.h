@@ -25,24 +25,30 @@ public:
 
     explicit CAxParameterEditPage(QWidget* parent = nullptr);
 
+    /// The information line above the elements.
     void SetDialogInfo(const QString& text);
 
     /// Names of the elements 1 and 2. An element with an empty name stays hidden.
     void SetElementName(const QString& name1, const QString& name2);
+    /// The texts of the elements 1 and 2, and whether the operator may change them.
     void SetElement1Value(const QString& value, bool editable);
     void SetElement2Value(const QString& value, bool editable);
+    /// The texts as they stand in the form.
     QString GetElement1Value() const;
     QString GetElement2Value() const;
 
     /// Replaces the list of elements, one for each name. A missing value is empty, a missing entry of
     /// editable means read-only.
     void SetElementParas(const QStringList& names, const QStringList& values, QList<bool> editable);
+    /// The texts of the list, in the order of its names.
     QStringList GetElementValues() const;
 
     /// Hides the information line, element 1, element 2 and the list.
     void SetGroupHidden(bool infoHidden, bool element1Hidden, bool element2Hidden, bool listHidden);
 
+    /// Shows or hides OK and Cancel; the title bar's close button stays.
     void SetOKCancelBtnVisible(bool okVisible, bool cancelVisible);
+    /// Gives Cancel a text, and with it a meaning that differs from leaving the form (CloseResult).
     void SetBtnCancelText(const QString& text);
 
 protected slots:

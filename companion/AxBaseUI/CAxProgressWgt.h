@@ -17,11 +17,13 @@ class AXBASEUI_EXPORT CAxProgressWgt : public CAxBaseDialog
     Q_OBJECT
 
 public:
+    /// The caption stands in the title bar.
     explicit CAxProgressWgt(const QString& caption, QWidget* parent = nullptr);
 
     /// The value at which the job is done; 0, as at first, shows a job of unknown length.
     void SetMaxValue(int maximum);
 
+    /// Show or hide one button each.
     void VisibleBtnCannel(bool visible);
     void VisibleBtnRetry(bool visible);
     void VisibleBtnClose(bool visible);
@@ -32,7 +34,9 @@ public:
     int exec(bool closeWhenDone);
 
 public slots:
+    /// How far the job is, from 0 to the maximum.
     void SetValue(int value);
+    /// What the job does now, shown above the bar.
     void SetText(const QString& text);
 
 signals:
@@ -42,6 +46,7 @@ signals:
     void signalRetry();
 
 protected:
+    /// For a subclass that changes its text or place.
     QPushButton* RetryButton() const { return m_pBtnRetry; }
 
 protected slots:

@@ -30,6 +30,7 @@ class AXDATA_EXPORT AxSealedFile
     Q_DECLARE_TR_FUNCTIONS(AxSealedFile)
 
 public:
+    /// What a file is, told by its first bytes.
     enum class Form
     {
         None,     ///< no such file, or it cannot be read
@@ -37,13 +38,19 @@ public:
         Sealed,   ///< begins as a sealed file does
         Database, ///< begins as a plain SQLite database does
     };
+
+    /// Reads no more than the file's first bytes.
     static Form FormOf(const QString& path);
 
     /// Larger files are taken for a mistake: all zones of the world come to some 20 MB.
     static constexpr qint64 maxBytes = qint64(1) << 31;
 
+    /// Writes the sealed form of the file `source` to `target`.
     static bool Seal(const QString& source, const QString& target, const QByteArray& key, QString& error);
+    /// Writes the plain form of the sealed file `source` to `target`; false also when the key is another one
+    /// or a byte was changed.
     static bool Open(const QString& source, const QString& target, const QByteArray& key, QString& error);
+    /// Writes the bytes of `source` to `target` as they are.
     static bool Copy(const QString& source, const QString& target, QString& error);
 
     /// The same between devices that are open already. What was written to `plain` before a failure is

@@ -31,6 +31,7 @@ public:
         MarkPointBlock = 5,      ///< mark points; the viewer keeps no block record for them
     };
 
+    /// Made by CAxBlockManager::AddBlock; a block made by others is not registered.
     CAxBlock(const QString& id, EBlockType type);
     ~CAxBlock();
     CAxBlock(const CAxBlock&) = delete;
@@ -38,6 +39,8 @@ public:
 
     /// The same as the handle ID of the map object that draws the block.
     QString GetBlockID() const { return m_id; }
+
+    /// The kind that the block was made as; it never changes.
     EBlockType GetBlockType() const { return m_type; }
 
     /// The name is not checked against those of other blocks. A change of the name or the vertices of a
@@ -50,6 +53,7 @@ public:
     QList<QPointF> GetAnchor() const { return m_anchor; }
     void SetAnchor(const QList<QPointF>& ring);
 
+    /// The planning parameters; they live as long as the block.
     CAxTaskPara* GetTaskPara() { return &m_taskPara; }
 
     /// The tasks in the order in which they were added; the block owns them.

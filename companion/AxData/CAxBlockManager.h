@@ -19,6 +19,7 @@ class AXDATA_EXPORT CAxBlockManager : public QObject
     Q_OBJECT
 
 public:
+    /// The one registry of the process.
     static CAxBlockManager& instance();
 
     /// Creates an empty block with a name that no other block has. Null, and nothing changes, when the ID
@@ -27,6 +28,7 @@ public:
 
     /// Deletes the block with its tasks; false when there is none.
     bool DeleteBlock(const QString& id);
+    /// Deletes the blocks one after the other, with a signal for each.
     void DeleteAllBlocks();
 
     /// Null when there is none.

@@ -16,6 +16,7 @@ class AXDATA_EXPORT CAxControl : public QObject
     Q_OBJECT
 
 public:
+    /// The one object of the process; never null.
     static CAxControl* GetInstance();
 
     /// Whether this machine is on a network now: some interface other than loopback is up, has a carrier
@@ -27,6 +28,7 @@ public:
     /// restores it.
     void SetNetworkProbe(std::function<bool()> probe);
 
+    /// Whether the project has changes that no file holds yet.
     bool IsProjectModified() const { return m_modified; }
     void SetProjectModified(bool modified);
 

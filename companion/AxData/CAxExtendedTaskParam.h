@@ -10,9 +10,11 @@ public:
     /// The flying mode that has three sub-routes, one for each direction.
     static constexpr int ThreeDirections = 2;
 
+    /// The host's number of the flying mode; 0 at first.
     int GetFlyingMode() const { return m_flyingMode; }
     void SetFlyingMode(int mode) { m_flyingMode = mode; }
 
+    /// What the tasks are flown for.
     ETaskType GetTaskType() const { return m_taskType; }
     void SetTaskType(ETaskType type) { m_taskType = type; }
 

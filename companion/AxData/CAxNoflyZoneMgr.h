@@ -73,6 +73,7 @@ public:
     bool SelectRecord(QString columns, QString table, QString condition, QString order,
                       QList<QVariant>& rows);
 
+    /// Gets one row of a table, in the order of the columns.
     using TakeRow = std::function<void(const QVariantList& row)>;
     /// The same, but each row is handed over as it is read, so that no large table is ever in memory as a
     /// whole. When the database turns out to be damaged, `take` has had the rows before the damage.

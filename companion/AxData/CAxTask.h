@@ -21,8 +21,10 @@ public:
     CAxTask(const CAxTask&) = delete;
     CAxTask& operator=(const CAxTask&) = delete;
 
+    /// Unique within the block.
     QString GetTaskID() const { return m_id; }
 
+    /// The name that the operator sees.
     QString GetTaskName() const { return m_name; }
     void SetTaskName(const QString& name) { m_name = name; }
 

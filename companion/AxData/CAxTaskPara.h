@@ -10,9 +10,11 @@
 class AXDATA_EXPORT CAxTaskPara
 {
 public:
+    /// The aircraft that flies the block.
     EPlaneType GetPlaneType() const { return m_planeType; }
     void SetPlaneType(EPlaneType type) { m_planeType = type; }
 
+    /// The camera that it carries.
     ECameraType GetCameraType() const { return m_cameraType; }
     void SetCameraType(ECameraType type) { m_cameraType = type; }
 
@@ -28,6 +30,7 @@ public:
     void GetBandingOffset(double& left, double& right) const;
     void SetBandingOffset(double left, double right);
 
+    /// The two records of further parameters.
     CAxAirLineParam* GetAirLineParam() { return &m_airLine; }
     CAxExtendedTaskParam* GetExtendedTaskParam() { return &m_extended; }
 
