@@ -71,6 +71,7 @@ double frameMilliseconds()
 double median(int count, const std::function<double()>& measure)
 {
     std::vector<double> times;
+    times.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         times.push_back(measure());
     std::nth_element(times.begin(), times.begin() + count / 2, times.end());

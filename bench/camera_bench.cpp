@@ -16,6 +16,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -40,8 +41,7 @@ double quantile(std::vector<double> values, double share)
 {
     if (values.empty())
         return 0.0;
-    const auto at =
-        values.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(values.size() - 1) + 0.5);
+    const auto at = values.begin() + std::lround(share * static_cast<double>(values.size() - 1));
     std::nth_element(values.begin(), at, values.end());
     return *at;
 }

@@ -33,6 +33,7 @@ BENCHMARK(selfIntersection)
 void strip(benchmark::State& state)
 {
     std::vector<CAxPoint2D> line;
+    line.reserve(static_cast<std::size_t>(state.range(0)));
     for (int i = 0; i < static_cast<int>(state.range(0)); ++i)
         line.emplace_back(500000.0 + 60.0 * i, 4100000.0 + 200.0 * std::sin(0.4 * i));
     std::vector<CAxPoint2D> outline;

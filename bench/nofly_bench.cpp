@@ -72,6 +72,7 @@ double threadMilliseconds()
     const osg::ref_ptr<Polygon> anywhere = area(0.0, 0.0, 0.1, 4);
     AxPendingWorkers unfinished;
     std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> workers;
+    workers.reserve(count);
     for (int i = 0; i < count; ++i)
         workers.emplace_back(new CAxAreaIntersectOperate(std::vector<AxZoneOutline>()));
     const auto begin = std::chrono::steady_clock::now();
@@ -93,6 +94,7 @@ void Intersect(benchmark::State& state)
     CAxAncillaryProcess& process = *bench::globe().GetAncillaryProcess();
     // A block of some kilometres, at places all over the globe.
     std::vector<osg::ref_ptr<Polygon>> areas;
+    areas.reserve(64);
     for (int i = 0; i < 64; ++i)
         areas.push_back(area(-170.0 + 5.3 * i, -50.0 + 1.9 * i, 0.03, 100));
     std::size_t next = 0;

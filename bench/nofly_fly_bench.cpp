@@ -85,8 +85,10 @@ void AddZones()
     CAxEarthViewer& viewer = bench::globe();
     const int columns = static_cast<int>(std::ceil(std::sqrt(kZones)));
     for (int i = ZonesInScene(); i < kZones; ++i) {
-        const osg::Vec3d middle(kMiddleLongitude + kReach * (2.0 * (i % columns) / columns - 1.0),
-                                kMiddleLatitude + kReach * (2.0 * (i / columns) / columns - 1.0), 0.0);
+        const int column = i % columns;
+        const int row = i / columns;
+        const osg::Vec3d middle(kMiddleLongitude + kReach * (2.0 * column / columns - 1.0),
+                                kMiddleLatitude + kReach * (2.0 * row / columns - 1.0), 0.0);
         osg::ref_ptr<AxUserOperation> operation = new AxUserOperation(AddNoFlyZone);
         operation->setEarthViewer(&viewer);
         operation->setUserName(QStringLiteral("bench%1").arg(i));

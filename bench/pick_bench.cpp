@@ -73,8 +73,11 @@ void Move(benchmark::State& state)
     bench::goTo(bench::kOblique20km);
     osg::ref_ptr<osg::Group> objects = new osg::Group;
     const int side = static_cast<int>(std::lround(std::sqrt(static_cast<double>(state.range(0)))));
-    for (int i = 0; i < state.range(0); ++i)
-        objects->addChild(block(-105.15 + 0.3 * (i % side) / side, 37.25 + 0.3 * (i / side) / side));
+    for (int i = 0; i < state.range(0); ++i) {
+        const int column = i % side;
+        const int row = i / side;
+        objects->addChild(block(-105.15 + 0.3 * column / side, 37.25 + 0.3 * row / side));
+    }
     bench::globe().GetDrawNodeGroup()->addChild(objects);
     objects->getBound();
 

@@ -50,9 +50,12 @@ void Blocks200(benchmark::State& state)
     CAxEarthViewer& globe = bench::globe();
     bench::goTo(bench::kOblique20km);
     const double empty = bench::median(kFrames, bench::frameMilliseconds);
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 200; ++i) {
+        const int column = i % 20;
+        const int row = i / 20;
         import(QString::number(i),
-               circle(kLongitude + (i % 20 - 9.5) * 0.012, kLatitude + (i / 20 - 4.5) * 0.012, 0.005, 20));
+               circle(kLongitude + (column - 9.5) * 0.012, kLatitude + (row - 4.5) * 0.012, 0.005, 20));
+    }
     // Until they have settled on the ground.
     bench::waitFor([&globe] { return globe.IsPictureComplete(); }, 60000);
     for (int i = 0; i < 100; ++i)

@@ -63,7 +63,7 @@ QString ReadBlock(const QJsonValue& value, const QSet<QString>& takenNames, File
     if (takenNames.contains(block.name))
         return wrong("name", FileBlock::tr("another block is named '%1', too").arg(block.name));
     const QJsonValue type = object["type"];
-    if (!type.isUndefined() && !(type.isDouble() && type.toDouble() == CAxBlock::PolygonBlock))
+    if (!type.isUndefined() && !(type.isDouble() && type.toDouble() == double(CAxBlock::PolygonBlock)))
         return wrong("type", FileBlock::tr("it is no kind of block that can be drawn"));
     const QString anchorError = ReadAnchor(object["anchor"], block.anchor);
     return anchorError.isEmpty() ? QString() : wrong("anchor", anchorError);

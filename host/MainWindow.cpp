@@ -170,7 +170,7 @@ void MainWindow::BuildMenus()
     QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addAction(tr("&Save picture..."), this, &MainWindow::OnSavePicture, QKeySequence::Save);
     file->addSeparator();
-    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(Qt::CTRL + Qt::Key_Q));
+    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 
     menuBar()->addMenu(new EditMenu(viewer, history->toggleViewAction(), this));
     BuildDrawMenu();

@@ -225,6 +225,7 @@ std::size_t nearest(const std::vector<Vector>& points, const Vector& place)
 std::vector<Vector> placesOf(const std::vector<OutlinePoint>& outline)
 {
     std::vector<Vector> places;
+    places.reserve(outline.size());
     for (const OutlinePoint& point : outline)
         places.push_back(point.place);
     return places;
@@ -285,7 +286,8 @@ bool allFinite(const std::vector<CAxPoint2D>& points)
 bool CreateStripPolygon(const std::vector<CAxPoint2D>& centreLine, double width1, double width2,
                         std::vector<CAxPoint2D>& outline, QList<int>& indices)
 {
-    const std::vector<CAxPoint2D> input = centreLine; // outline may be the same object
+    // outline may be the same object. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+    const std::vector<CAxPoint2D> input = centreLine;
     outline.clear();
     indices.clear();
     const bool usable = std::isfinite(width1) && std::isfinite(width2) && width1 >= 0.0 && width2 >= 0.0 &&
