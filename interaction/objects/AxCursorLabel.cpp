@@ -24,8 +24,7 @@ void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style&
     osg::Group* const drawGroup = scene.DrawGroup();
     if (!drawGroup)
         return;
-    const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos,
-                                   osgEarth::ALTMODE_ABSOLUTE);
+    const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos, osgEarth::ALTMODE_ABSOLUTE);
     if (label) {
         label->setPosition(place);
         label->setText(text.toStdString());

@@ -32,8 +32,8 @@ struct AxHandleAdapterState
     QString editText; ///< what the undo stack calls the edit
     bool mouseConnected = false;
     QPointer<QObject> mouse; ///< whose signals are connected
-    int running = 0;      ///< slots, see CAxHandleAdapter::Running
-    bool leaving = false; ///< removed, and only kept until the last of them ends
+    int running = 0;         ///< slots, see CAxHandleAdapter::Running
+    bool leaving = false;    ///< removed, and only kept until the last of them ends
 
     bool lock = false;
     bool visible = true;

@@ -65,7 +65,8 @@ CAxHandleAdapter* AxObjects::Import(const QString& blockID)
         return point.valid() && std::abs(point.y()) <= 90.0;
     });
     const AxShapeFactories::Factory* factory = factories.Of(block->GetBlockType());
-    CAxHandleAdapter* object = isUsable && factory ? (*factory)(earthViewer, parts.Widget()->parent()) : nullptr;
+    CAxHandleAdapter* object =
+        isUsable && factory ? (*factory)(earthViewer, parts.Widget()->parent()) : nullptr;
     if (object && !object->ShapeKind().Allows(static_cast<int>(points.size()))) {
         object->Leave();
         object = nullptr;
@@ -134,7 +135,8 @@ CAxHandleAdapter* AxObjects::Find(const osg::Node* featureNode) const
 CAxHandleAdapter* AxObjects::FindByName(const osg::NodePath& path) const
 {
     for (const auto& [id, object] : registry)
-        if (object->GetNameLabel() && std::find(path.begin(), path.end(), object->GetNameLabel()) != path.end())
+        if (object->GetNameLabel() &&
+            std::find(path.begin(), path.end(), object->GetNameLabel()) != path.end())
             return object;
     return nullptr;
 }

@@ -32,7 +32,8 @@ public:
     bool Add(CAxHandleAdapter* object) override;
     bool Remove(CAxHandleAdapter* object, bool deleteBlock) override;
     void RemoveAll(bool deleteBlock);
-    /// Removes the current object's entry and block record and leaves nothing current. The object itself stays.
+    /// Removes the current object's entry and block record and leaves nothing current. The object itself
+    /// stays.
     void RemoveCurrentEntry();
     /// All objects, registered or not.
     void DestroyAll();

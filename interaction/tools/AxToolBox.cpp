@@ -30,9 +30,10 @@ std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
         return std::make_unique<AxAddPointTool>(parts);
     case ToolLandingPosition:
     case ToolInterestPoint:
-        return std::make_unique<AxPlaceTool>(parts, [this, tool = row.tool](double lon, double lat, double alt) {
-            emit placePicked(tool, lon, lat, alt);
-        });
+        return std::make_unique<AxPlaceTool>(parts,
+                                             [this, tool = row.tool](double lon, double lat, double alt) {
+                                                 emit placePicked(tool, lon, lat, alt);
+                                             });
     default:
         break;
     }
