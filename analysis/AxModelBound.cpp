@@ -82,7 +82,7 @@ QVariantList AxModelOutline(const AxModelBoundJob& job)
     if (places.empty())
         return {};
     const osg::Vec3d origin = places.front();
-    const double metresNorth = osg::DegreesToRadians(axWgs84::semiMajorAxis);
+    const double metresNorth = osg::DegreesToRadians(AxWgs84::semiMajorAxis);
     const double metresEast = metresNorth * std::cos(osg::DegreesToRadians(origin.y()));
     if (metresEast < 1.0)
         return {};

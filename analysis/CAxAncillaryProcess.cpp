@@ -164,10 +164,10 @@ QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double l
             continue;
         const QPointF middle = zone.bounds.center();
         const double zoneLat = osg::DegreesToRadians(middle.y());
-        if (std::abs(zoneLat - lat) * axWgs84::semiMajorAxis > metres)
+        if (std::abs(zoneLat - lat) * AxWgs84::semiMajorAxis > metres)
             continue;
         const double zoneLon = osg::DegreesToRadians(middle.x());
-        const double distance = GeoMath::distance(lat, lon, zoneLat, zoneLon, axWgs84::semiMajorAxis);
+        const double distance = GeoMath::distance(lat, lon, zoneLat, zoneLon, AxWgs84::semiMajorAxis);
         if (distance > metres)
             continue;
         const double bearing = osg::RadiansToDegrees(GeoMath::bearing(lat, lon, zoneLat, zoneLon));

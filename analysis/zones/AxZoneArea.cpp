@@ -66,8 +66,8 @@ public:
     /// Degrees east of the middle, and the latitude itself.
     Offset At(int segment) const
     {
-        static const double sinDistance = std::sin(circleMetres / axWgs84::semiMajorAxis);
-        static const double cosDistance = std::cos(circleMetres / axWgs84::semiMajorAxis);
+        static const double sinDistance = std::sin(circleMetres / AxWgs84::semiMajorAxis);
+        static const double cosDistance = std::cos(circleMetres / AxWgs84::semiMajorAxis);
         const double bearing = osg::DegreesToRadians(fullTurn * segment / circleSegments);
         const double s = sinLat * cosDistance + cosLat * sinDistance * std::cos(bearing);
         return {osg::RadiansToDegrees(

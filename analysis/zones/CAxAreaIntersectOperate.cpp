@@ -35,14 +35,14 @@ double Distance(const QPointF& a, const QPointF& b)
 {
     return osgEarth::GeoMath::distance(osg::DegreesToRadians(a.y()), osg::DegreesToRadians(a.x()),
                                        osg::DegreesToRadians(b.y()), osg::DegreesToRadians(b.x()),
-                                       axWgs84::semiMajorAxis);
+                                       AxWgs84::semiMajorAxis);
 }
 
 /// Whether two places are surely farther apart, by their latitudes alone.
 bool IsBeyond(const QPointF& a, const QPointF& b, double metres)
 {
     constexpr double roundingMetres = 1.0;
-    return osg::DegreesToRadians(std::abs(a.y() - b.y())) * axWgs84::semiMajorAxis > metres + roundingMetres;
+    return osg::DegreesToRadians(std::abs(a.y() - b.y())) * AxWgs84::semiMajorAxis > metres + roundingMetres;
 }
 } // namespace
 

@@ -6,7 +6,7 @@
 namespace {
 osg::Vec3d WorldOf(const osg::Vec3d& place)
 {
-    return axGlobe::WorldAt(axGlobe::NormalAt(place), place.z());
+    return AxGlobe::WorldAt(AxGlobe::NormalAt(place), place.z());
 }
 } // namespace
 

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <limits>
 
-using namespace axGlobe;
+using namespace AxGlobe;
 
 namespace {
 const osg::EllipsoidModel& Earth()

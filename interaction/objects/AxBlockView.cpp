@@ -14,22 +14,22 @@ osgEarth::Viewpoint AxViewpointOver(const std::vector<osg::Vec3d>& places)
     osg::Vec3d middle;
     double altitude = 0.0;
     for (const osg::Vec3d& place : places) {
-        middle += axGlobe::NormalAt(place);
+        middle += AxGlobe::NormalAt(place);
         altitude += place.z() / static_cast<double>(places.size());
     }
     if (middle.normalize() == 0.0)
-        middle = axGlobe::NormalAt(places.front());
+        middle = AxGlobe::NormalAt(places.front());
     double farthest = 0.0;
     for (const osg::Vec3d& place : places)
-        farthest = std::max(farthest, std::atan2((axGlobe::NormalAt(place) ^ middle).length(),
-                                                 axGlobe::NormalAt(place) * middle));
+        farthest = std::max(farthest, std::atan2((AxGlobe::NormalAt(place) ^ middle).length(),
+                                                 AxGlobe::NormalAt(place) * middle));
 
     constexpr double margin = 1.3;
     constexpr double nearestMetres = 300.0;
     constexpr double wholeGlobeMetres = 2.5e7;
     const double halfView = osg::DegreesToRadians(15.0);
-    const double range = farthest * axGlobe::semiMajorAxis / std::tan(halfView) * margin;
-    const osg::Vec3d place = axGlobe::LngLatOf(middle);
+    const double range = farthest * AxGlobe::semiMajorAxis / std::tan(halfView) * margin;
+    const osg::Vec3d place = AxGlobe::LngLatOf(middle);
     return osgEarth::Viewpoint("", place.x(), place.y(), altitude, 0.0, -90.0,
                                std::clamp(range, nearestMetres, wholeGlobeMetres));
 }

@@ -8,11 +8,11 @@
 
 // Points of the globe by the ellipsoid's normal there, of length 1 and outward:
 // no seam at the antimeridian, no hole at the poles.
-namespace axGlobe {
+namespace AxGlobe {
 constexpr double pi = 3.14159265358979323846;
-using axWgs84::eccentricity2;
-using axWgs84::meanRadius; // turns angles into lengths
-using axWgs84::semiMajorAxis;
+using AxWgs84::eccentricity2;
+using AxWgs84::meanRadius; // turns angles into lengths
+using AxWgs84::semiMajorAxis;
 
 /// Of a place in degrees.
 inline osg::Vec3d NormalAt(const osg::Vec3d& lngLat)
@@ -64,4 +64,4 @@ inline double LengthBetween(const osg::Vec3d& a, const osg::Vec3d& b)
     return 2.0 * std::asin(std::min(0.5 * (a - b).length(), 1.0)) * meanRadius;
 }
 
-} // namespace axGlobe
+} // namespace AxGlobe

@@ -16,11 +16,11 @@ osg::Vec3d FootOf(const std::vector<osg::Vec3d>& points, const std::vector<unsig
     osg::Vec3d up;
     for (const unsigned index : ring)
         up += points[index];
-    up.z() /= 1.0 - axGlobe::eccentricity2;
+    up.z() /= 1.0 - AxGlobe::eccentricity2;
     up.normalize();
     const double sine = up.z();
-    const double radius = axGlobe::semiMajorAxis / std::sqrt(1.0 - axGlobe::eccentricity2 * sine * sine);
-    return {0.0, 0.0, -axGlobe::eccentricity2 * radius * sine};
+    const double radius = AxGlobe::semiMajorAxis / std::sqrt(1.0 - AxGlobe::eccentricity2 * sine * sine);
+    return {0.0, 0.0, -AxGlobe::eccentricity2 * radius * sine};
 }
 
 // Whether, seen from where its verticals meet, the ring goes round once and
@@ -49,7 +49,7 @@ bool IsConvex(const std::vector<osg::Vec3d>& points, const std::vector<unsigned>
         whole += turn;
     }
     // Around twice, as the rim of a star, would be once more.
-    return whole < 3.0 * axGlobe::pi;
+    return whole < 3.0 * AxGlobe::pi;
 }
 } // namespace
 

@@ -74,12 +74,12 @@ public:
     void onTileAdded(const osgEarth::TileKey& key, osg::Node*, osgEarth::TerrainCallbackContext&) override
     {
         const osgEarth::GeoExtent& extent = key.getExtent();
-        const osg::Vec3d middle = axGlobe::NormalAt(
+        const osg::Vec3d middle = AxGlobe::NormalAt(
             {0.5 * (extent.xMin() + extent.xMax()), 0.5 * (extent.yMin() + extent.yMax()), 0.0});
         double reach = 0.0;
         for (const double lng : {extent.xMin(), extent.xMax()})
             for (const double lat : {extent.yMin(), extent.yMax()})
-                reach = std::max(reach, Angle(middle, axGlobe::NormalAt({lng, lat, 0.0})));
+                reach = std::max(reach, Angle(middle, AxGlobe::NormalAt({lng, lat, 0.0})));
         for (AxShapeClamp* shape : shapes)
             if (shape->reach >= 0.0 && Angle(middle, shape->direction) <= reach + shape->reach)
                 Ask(shape);

@@ -11,7 +11,7 @@
 #include <limits>
 #include <unordered_map>
 
-using namespace axGlobe;
+using namespace AxGlobe;
 
 namespace {
 // Longer edges of the fill would cut deep into the globe.

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <limits>
 
-using namespace axGlobe;
+using namespace AxGlobe;
 
 namespace {
 constexpr unsigned mostLevels = 8;

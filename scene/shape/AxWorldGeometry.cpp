@@ -12,7 +12,7 @@
 #include <map>
 #include <numeric>
 
-using namespace axGlobe;
+using namespace AxGlobe;
 
 namespace {
 // Attributes below this one share their places with OpenGL's own on some drivers.
@@ -82,8 +82,8 @@ constexpr double bodyMargin = 50.0;
 double BodyAltitude(const osg::Vec3d& eye, double lowest)
 {
     const osg::Vec3d scaled(eye.x() / semiMajorAxis, eye.y() / semiMajorAxis,
-                            eye.z() / axWgs84::semiMinorAxis);
-    const double eyeAltitude = (scaled.length() - 1.0) * axWgs84::semiMinorAxis;
+                            eye.z() / AxWgs84::semiMinorAxis);
+    const double eyeAltitude = (scaled.length() - 1.0) * AxWgs84::semiMinorAxis;
     return std::min({0.0, lowest, eyeAltitude}) - bodyMargin;
 }
 
@@ -91,7 +91,7 @@ double BodyAltitude(const osg::Vec3d& eye, double lowest)
 osg::Vec3d OverRadii(double altitude)
 {
     return {1.0 / (semiMajorAxis + altitude), 1.0 / (semiMajorAxis + altitude),
-            1.0 / (axWgs84::semiMinorAxis + altitude)};
+            1.0 / (AxWgs84::semiMinorAxis + altitude)};
 }
 
 // What single precision leaves over. Volatile, because GCC 12 otherwise
@@ -283,7 +283,7 @@ bool AxWorldGeometry::IsBeyondHorizon(const osg::Vec3d& eye) const
         return true;
     const osg::Vec3d center = bound.center();
     const double radius = static_cast<double>(bound.radius());
-    const double body = axWgs84::semiMinorAxis + BodyAltitude(eye, lowest);
+    const double body = AxWgs84::semiMinorAxis + BodyAltitude(eye, lowest);
     const double distance = center.length();
     if (radius >= distance || eye.length() <= body)
         return false;

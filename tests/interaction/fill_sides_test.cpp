@@ -24,7 +24,7 @@ AxShapeMesh MeshOf(const std::vector<osg::Vec2d>& kilometres)
 {
     std::vector<osg::Vec3d> vertices;
     for (const osg::Vec2d& at : kilometres)
-        vertices.emplace_back(lng + at.x() / (111.3 * std::cos(lat * axGlobe::pi / 180.0)),
+        vertices.emplace_back(lng + at.x() / (111.3 * std::cos(lat * AxGlobe::pi / 180.0)),
                               lat + at.y() / 111.3, 0.0);
     Hills(vertices);
     AxShapeSurface surface;
@@ -44,7 +44,7 @@ std::vector<osg::Vec2d> Circle(int turns, bool clockwise)
 {
     std::vector<osg::Vec2d> ring;
     for (int i = 0; i < 25; ++i) {
-        const double angle = (clockwise ? -2.0 : 2.0) * axGlobe::pi * turns * i / 25.0;
+        const double angle = (clockwise ? -2.0 : 2.0) * AxGlobe::pi * turns * i / 25.0;
         ring.emplace_back(2.0 * std::cos(angle), 2.0 * std::sin(angle));
     }
     return ring;
@@ -53,11 +53,11 @@ std::vector<osg::Vec2d> Circle(int turns, bool clockwise)
 // An eye 15 km from the shape, radians against north and the horizon.
 osg::Vec3d Eye(double heading, double height)
 {
-    const osg::Vec3d up = axGlobe::NormalAt({lng, lat, 0.0});
+    const osg::Vec3d up = AxGlobe::NormalAt({lng, lat, 0.0});
     osg::Vec3d east = osg::Vec3d(0.0, 0.0, 1.0) ^ up;
     east.normalize();
     const osg::Vec3d away = (up ^ east) * std::cos(heading) + east * std::sin(heading);
-    return axGlobe::WorldAt(up, 2500.0) + (away * std::cos(height) + up * std::sin(height)) * 15000.0;
+    return AxGlobe::WorldAt(up, 2500.0) + (away * std::cos(height) + up * std::sin(height)) * 15000.0;
 }
 
 int TimesMet(const AxShapeMesh& mesh, const osg::Vec3d& eye, const osg::Vec3d& target)

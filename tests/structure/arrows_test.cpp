@@ -77,8 +77,9 @@ TEST(Structure, ArrowsOfTheLibraryRunToLowerRooms)
     EXPECT_GT(all.size(), 12u) << "nothing was read";
     for (const auto& [folder, targets] : all)
         for (const auto& [target, file] : targets)
-            if (floor(target) < static_cast<std::ptrdiff_t>(rooms.size()))
+            if (floor(target) < static_cast<std::ptrdiff_t>(rooms.size())) {
                 EXPECT_LE(floor(target), floor(folder)) << file << " includes from " << target;
+            }
     EXPECT_EQ(Circles(all), std::set<std::string>()) << "folders that include each other in a circle";
 }
 
