@@ -1,6 +1,6 @@
 #include "LoopbackTileServer.h"
 
-#include "core/Gdal.h"
+#include "base/Gdal.h"
 
 #include <arpa/inet.h>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #pragma once
+#include <camera/CameraPose.h>
 #include <gtest/gtest.h>
 #include <osgEarth/SpatialReference>
 #include <osgEarthUtil/EarthManipulator>
 #include <osgViewer/View>
-#include <util/CameraPose.h>
 
 #include <cmath>
 #include <limits>

@@ -1,6 +1,6 @@
 #include "RasterMaker.h"
 
-#include "core/Gdal.h"
+#include "base/Gdal.h"
 
 #include <atomic>
 #include <chrono>

@@ -2,8 +2,8 @@
 #include <osgEarth/Registry>
 #include <osgEarthDrivers/gdal/GDALOptions>
 
+#include "layers/LayerHeights.h"
 #include "RasterMaker.h"
-#include "sources/HeightWindow.h"
 
 #include <cmath>
 #include <gdal_priv.h>

@@ -1,4 +1,4 @@
-#include "annotation/drape/DrapeBlock.h"
+#include "drape/DrapeBlock.h"
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>

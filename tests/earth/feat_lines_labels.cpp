@@ -1,6 +1,6 @@
-#include "annotation/LabelDeclutter.h"
-#include "features/LabelSet.h"
-#include "features/LineWork.h"
+#include "featurelayers/LabelSet.h"
+#include "featurelayers/LineWork.h"
+#include "text/LabelDeclutter.h"
 #include <algorithm>
 #include <cfloat>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "features/FeatureGeomModelSource.h"
+#include "featurelayers/FeatureGeomModelSource.h"
 #include "features/OgrFeatureSource.h"
 #include <fstream>
 #include <gtest/gtest.h>

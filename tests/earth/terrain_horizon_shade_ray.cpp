@@ -1,5 +1,5 @@
-#include "terrain/Horizon.h"
-#include "terrain/PickRay.h"
+#include "globe/Horizon.h"
+#include "globe/PickRay.h"
 #include "terrain/ReliefShade.h"
 #include "terrain/TileMesh.h"
 

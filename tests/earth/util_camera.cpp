@@ -1,6 +1,6 @@
+#include <camera/CameraFlight.h>
+#include <camera/CameraMoves.h>
 #include <gtest/gtest.h>
-#include <util/CameraFlight.h>
-#include <util/CameraMoves.h>
 
 #include <cmath>
 #include <limits>

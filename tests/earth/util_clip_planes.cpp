@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 #include <osg/Math>
-#include <util/ClipPlanes.h>
+#include <view/ClipPlanes.h>
 
 #include <cmath>
 #include <ostream>

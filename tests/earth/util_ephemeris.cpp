@@ -1,6 +1,6 @@
+#include <globe/Geodetic.h>
 #include <gtest/gtest.h>
 #include <osgEarthUtil/Ephemeris>
-#include <util/Geodetic.h>
 
 #include <cmath>
 

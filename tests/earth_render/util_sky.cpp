@@ -1,3 +1,4 @@
+#include <camera/CameraPose.h>
 #include <gtest/gtest.h>
 #include <osg/CullSettings>
 #include <osg/Geometry>
@@ -8,7 +9,6 @@
 #include <osgEarthUtil/GeodeticGraticule>
 #include <osgEarthUtil/Sky>
 #include <osgViewer/Viewer>
-#include <util/CameraPose.h>
 
 #include <cmath>
 

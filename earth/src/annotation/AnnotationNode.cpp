@@ -1,4 +1,4 @@
-#include "HorizonCull.h"
+#include "annotation/HorizonCull.h"
 #include <osg/BlendFunc>
 #include <osg/Depth>
 #include <osgEarth/MapNode>

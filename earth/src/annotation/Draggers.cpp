@@ -1,6 +1,6 @@
-#include "SharedWhileUsed.h"
-#include "terrain/Horizon.h"
-#include "terrain/PickRay.h"
+#include "base/SharedWhileUsed.h"
+#include "globe/Horizon.h"
+#include "globe/PickRay.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
-#include "HorizonCull.h"
-#include "terrain/Horizon.h"
+#include "annotation/HorizonCull.h"
+#include "globe/Horizon.h"
 #include <osg/Transform>
 #include <osgUtil/CullVisitor>
 

@@ -1,6 +1,6 @@
-#include "LabelLetters.h"
-#include "SharedWhileUsed.h"
-#include "TextDrawables.h"
+#include "base/SharedWhileUsed.h"
+#include "text/LabelLetters.h"
+#include "text/TextDrawables.h"
 #include <osgEarthAnnotation/LabelNode>
 
 namespace osgEarth {

@@ -1,4 +1,4 @@
-#include "TextDrawables.h"
+#include "text/TextDrawables.h"
 #include <cfloat>
 #include <osgDB/ReadFile>
 #include <osgEarth/Notify>

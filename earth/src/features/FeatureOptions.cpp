@@ -1,4 +1,4 @@
-#include "OgrGeometry.h"
+#include "symbology/OgrGeometry.h"
 #include <osgEarthDrivers/feature_ogr/OGRFeatureOptions>
 #include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
 

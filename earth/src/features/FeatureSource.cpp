@@ -1,4 +1,4 @@
-#include "OgrFeatureSource.h"
+#include "features/OgrFeatureSource.h"
 #include <osgEarthFeatures/FeatureSource>
 
 namespace osgEarth {

@@ -1,5 +1,5 @@
-#include "ShapeDrawables.h"
-#include "TerrainHeights.h"
+#include "features/ShapeDrawables.h"
+#include "layers/TerrainHeights.h"
 #include <cmath>
 #include <osg/Group>
 #include <osg/MatrixTransform>

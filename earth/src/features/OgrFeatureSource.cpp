@@ -1,6 +1,6 @@
-#include "OgrFeatureSource.h"
-#include "core/Gdal.h"
-#include "OgrGeometry.h"
+#include "features/OgrFeatureSource.h"
+#include "base/Gdal.h"
+#include "symbology/OgrGeometry.h"
 #include <cmath>
 #include <cpl_string.h>
 #include <ogr_api.h>

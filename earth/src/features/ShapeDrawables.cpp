@@ -1,5 +1,5 @@
-#include "ShapeDrawables.h"
-#include "annotation/drape/DrapeShape.h"
+#include "features/ShapeDrawables.h"
+#include "drape/DrapeShape.h"
 #include <osg/BlendFunc>
 #include <osg/LineWidth>
 #include <osg/Point>

@@ -1,6 +1,6 @@
 #include "sources/GdalRaster.h"
 
-#include "core/Gdal.h"
+#include "base/Gdal.h"
 
 #include <osgEarth/Notify>
 #include <osgEarth/StringUtils>

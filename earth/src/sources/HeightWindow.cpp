@@ -59,13 +59,4 @@ std::optional<double> HeightWindow::heightAt(double lonDeg, double latDeg) const
         return std::nullopt;
     return height;
 }
-
-std::shared_ptr<const HeightWindow> readHeightWindow(const ElevationLayer& layer, const GeoExtent& extent,
-                                                     double wantedCellDegrees, ProgressCallback* progress)
-{
-    const std::shared_ptr<RasterSource> source = layer.isOpen() ? layer.getSource() : nullptr;
-    if (!source || (progress && progress->isCanceled()))
-        return nullptr;
-    return source->readHeights(extent, wantedCellDegrees, progress);
-}
 } // namespace osgEarth

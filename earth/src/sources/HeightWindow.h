@@ -1,9 +1,6 @@
 #pragma once
-#include <osgEarth/ElevationLayer>
-#include <osgEarth/GeoData>
-#include <osgEarth/Progress>
+#include <osgEarth/SpatialReference>
 
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -37,13 +34,4 @@ private:
     double _centreLongitude;
     double _cellSizeDegrees;
 };
-
-/// Reads the samples that cover a geographic rectangle, with a margin of one:
-/// at full resolution when `wantedCellDegrees` is not coarser than the source,
-/// else decimated to about that. Null when the layer has nothing there, failed,
-/// or was called off. Any thread.
-std::shared_ptr<const HeightWindow> readHeightWindow(const ElevationLayer& layer,
-                                                     const GeoExtent& geographicExtent,
-                                                     double wantedCellDegrees,
-                                                     ProgressCallback* progress = nullptr);
 } // namespace osgEarth

@@ -1,6 +1,6 @@
 #include "sources/TileFolder.h"
 
-#include "core/Gdal.h"
+#include "base/Gdal.h"
 
 #include <osgEarth/Config>
 #include <osgEarth/Notify>

@@ -1,4 +1,4 @@
-#include "StyleProperties.h"
+#include "symbology/StyleProperties.h"
 #include <algorithm>
 #include <cstring>
 #include <osgEarth/Notify>

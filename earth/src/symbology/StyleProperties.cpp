@@ -1,4 +1,4 @@
-#include "StyleProperties.h"
+#include "symbology/StyleProperties.h"
 #include <cstring>
 #include <functional>
 #include <osgEarth/StringUtils>

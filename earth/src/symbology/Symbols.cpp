@@ -1,4 +1,4 @@
-#include "StyleProperties.h"
+#include "symbology/StyleProperties.h"
 #include <osgEarthSymbology/Style>
 
 namespace osgEarth {

@@ -1,6 +1,6 @@
 // Calls the operating system itself: no library at hand sets the priority of one
 // thread on Linux.
-#include "BackgroundThread.h"
+#include "terrain/BackgroundThread.h"
 
 #if defined(_WIN32)
 #ifndef WIN32_LEAN_AND_MEAN

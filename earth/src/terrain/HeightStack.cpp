@@ -1,4 +1,4 @@
-#include "HeightStack.h"
+#include "terrain/HeightStack.h"
 
 #include "sources/HeightWindow.h"
 

@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_HEIGHT_STACK_H
 #define OSGEARTH_TERRAIN_HEIGHT_STACK_H 1
 
-#include "HeightRaster.h"
+#include "terrain/HeightRaster.h"
 
 #include <memory>
 #include <optional>

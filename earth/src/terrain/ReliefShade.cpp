@@ -1,4 +1,4 @@
-#include "ReliefShade.h"
+#include "terrain/ReliefShade.h"
 
 #include <osg/Math>
 #include <osg/Vec3f>

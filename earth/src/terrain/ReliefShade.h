@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_RELIEF_SHADE_H
 #define OSGEARTH_TERRAIN_RELIEF_SHADE_H 1
 
-#include "HeightRaster.h"
+#include "terrain/HeightRaster.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 #include <osgEarth/Terrain>
 
-#include "PickRay.h"
-#include "TileNode.h"
+#include "globe/PickRay.h"
+#include "terrain/TileNode.h"
 
 #include <osgEarth/SpatialReference>
 #include <osgEarth/TerrainEngineNode>

@@ -1,9 +1,9 @@
 #include <osgEarth/TerrainEngineNode>
 
-#include "PickRay.h"
-#include "TileNode.h"
-#include "TileRefresher.h"
-#include "TileScene.h"
+#include "globe/PickRay.h"
+#include "terrain/TileNode.h"
+#include "terrain/TileRefresher.h"
+#include "terrain/TileScene.h"
 
 #include <osg/CullFace>
 #include <osg/PagedLOD>

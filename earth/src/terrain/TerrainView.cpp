@@ -1,6 +1,6 @@
-#include "TerrainView.h"
+#include "terrain/TerrainView.h"
 
-#include "TileContent.h"
+#include "terrain/TileContent.h"
 
 namespace osgEarth {
 namespace {

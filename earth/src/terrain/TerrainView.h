@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_TERRAIN_VIEW_H
 #define OSGEARTH_TERRAIN_TERRAIN_VIEW_H 1
 
-#include "Horizon.h"
+#include "globe/Horizon.h"
 
 #include <osg/Matrixd>
 #include <osg/Plane>

@@ -1,8 +1,8 @@
-#include "TileContent.h"
+#include "terrain/TileContent.h"
 
-#include "ReliefShade.h"
-#include "sources/HeightWindow.h"
-#include "TilePicture.h"
+#include "layers/LayerHeights.h"
+#include "terrain/ReliefShade.h"
+#include "terrain/TilePicture.h"
 
 #include <osgEarth/ElevationLayer>
 #include <osgEarth/ImageLayer>

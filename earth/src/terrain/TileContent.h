@@ -1,10 +1,10 @@
 #ifndef OSGEARTH_TERRAIN_TILE_CONTENT_H
 #define OSGEARTH_TERRAIN_TILE_CONTENT_H 1
 
-#include "HeightRaster.h"
-#include "HeightStack.h"
-#include "Horizon.h"
-#include "TileMesh.h"
+#include "globe/Horizon.h"
+#include "terrain/HeightRaster.h"
+#include "terrain/HeightStack.h"
+#include "terrain/TileMesh.h"
 
 #include <osg/BoundingSphere>
 #include <osg/Image>

@@ -1,6 +1,6 @@
-#include "TileMesh.h"
+#include "terrain/TileMesh.h"
 
-#include "core/Ellipsoid.h"
+#include "globe/Ellipsoid.h"
 
 #include <osg/Math>
 

@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_TILE_MESH_H
 #define OSGEARTH_TERRAIN_TILE_MESH_H 1
 
-#include "HeightRaster.h"
+#include "terrain/HeightRaster.h"
 
 #include <osg/Vec2f>
 #include <osg/Vec3d>

@@ -1,6 +1,6 @@
-#include "TileNode.h"
+#include "terrain/TileNode.h"
 
-#include "TilePicture.h"
+#include "terrain/TilePicture.h"
 
 #include <osg/Geode>
 #include <osg/Geometry>

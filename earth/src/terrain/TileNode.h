@@ -1,9 +1,9 @@
 #ifndef OSGEARTH_TERRAIN_TILE_NODE_H
 #define OSGEARTH_TERRAIN_TILE_NODE_H 1
 
-#include "PickRay.h"
-#include "TileContent.h"
-#include "TileScene.h"
+#include "globe/PickRay.h"
+#include "terrain/TileContent.h"
+#include "terrain/TileScene.h"
 
 #include <osg/MatrixTransform>
 #include <osg/PagedLOD>

@@ -1,8 +1,8 @@
-#include "TilePicture.h"
+#include "terrain/TilePicture.h"
 
-#include "ReliefShade.h"
 #include "sources/RasterSource.h"
-#include "TileContent.h"
+#include "terrain/ReliefShade.h"
+#include "terrain/TileContent.h"
 
 #include <osg/Texture2D>
 #include <osgEarth/ImageLayer>

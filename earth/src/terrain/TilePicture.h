@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_TILE_PICTURE_H
 #define OSGEARTH_TERRAIN_TILE_PICTURE_H 1
 
-#include "HeightRaster.h"
+#include "terrain/HeightRaster.h"
 
 #include <osg/Image>
 #include <osg/StateSet>

@@ -1,6 +1,6 @@
-#include "TileRefresher.h"
+#include "terrain/TileRefresher.h"
 
-#include "BackgroundThread.h"
+#include "terrain/BackgroundThread.h"
 
 namespace osgEarth {
 TileRefresher::~TileRefresher()

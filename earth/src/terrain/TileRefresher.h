@@ -1,7 +1,7 @@
 #ifndef OSGEARTH_TERRAIN_TILE_REFRESHER_H
 #define OSGEARTH_TERRAIN_TILE_REFRESHER_H 1
 
-#include "TileNode.h"
+#include "terrain/TileNode.h"
 
 #include <condition_variable>
 #include <deque>

@@ -1,7 +1,7 @@
-#include "TileScene.h"
+#include "terrain/TileScene.h"
 
-#include "BackgroundThread.h"
-#include "TileNode.h"
+#include "terrain/BackgroundThread.h"
+#include "terrain/TileNode.h"
 
 #include <osgDB/DatabasePager>
 #include <osgDB/FileNameUtils>

@@ -1,8 +1,8 @@
 #ifndef OSGEARTH_TERRAIN_TILE_SCENE_H
 #define OSGEARTH_TERRAIN_TILE_SCENE_H 1
 
-#include "TerrainView.h"
-#include "TileContent.h"
+#include "terrain/TerrainView.h"
+#include "terrain/TileContent.h"
 
 #include <osg/Group>
 #include <osg/observer_ptr>

@@ -1,0 +1,70 @@
+#pragma once
+#include "featurelayers/LabelSet.h"
+#include <mutex>
+#include <osg/Matrixd>
+#include <osg/observer_ptr>
+#include <osg/Viewport>
+
+namespace osgEarth {
+class Map;
+class Terrain;
+
+namespace Features {
+/// The eye of one frame, as far as labels care.
+struct LabelView
+{
+    osg::Matrixd worldToClip;
+    osg::Vec3d eye;
+    float width = 0.0f, height = 0.0f;
+    unsigned frame = 0;
+
+    /// Whether everything stands in the same place on the screen; the depth range does not matter.
+    bool sameSight(const LabelView& other) const;
+    /// Pixels from the lower left corner; false behind the eye or far outside.
+    bool project(const osg::Vec3d& world, osg::Vec2f& pixel) const;
+};
+
+/// A label that is shown now.
+struct ShownLabel
+{
+    PlaceLabel* label;
+    osg::Vec2f pixel;
+};
+
+/// The labels of one layer and what of them is shown.
+struct LabelSet
+{
+    LabelLook look;
+    std::vector<PlaceLabel> labels; // by falling priority
+    std::shared_ptr<GlyphAtlas> atlas;
+    std::vector<ShownLabel> shown;
+    unsigned lastSeen = 0;  // frame in which the layer was culled
+    unsigned selection = 0; // grows when shown changes
+};
+
+/// Chooses, for all label layers of a map together, which labels are shown.
+/// Layers that were not drawn in this frame or the last do not take part. Used
+/// on the thread that culls.
+class LabelField : public osg::Referenced
+{
+public:
+    /// The one of that map; made when it has none yet. Any thread.
+    static osg::ref_ptr<LabelField> of(const Map* map);
+
+    void add(const std::shared_ptr<LabelSet>& set);
+    /// Refreshes the choice when sight, layers or heights have changed. A null
+    /// terrain leaves the heights as they are.
+    void update(const LabelView& view, const Terrain* terrain);
+
+private:
+    bool refreshHeights(const LabelView& view, const Terrain& terrain);
+    void choose(const LabelView& view);
+
+    std::mutex _mutex; // guards _sets, which loading threads add to
+    std::vector<std::weak_ptr<LabelSet>> _sets;
+    std::vector<std::shared_ptr<LabelSet>> _active;
+    LabelView _lastView;
+    size_t _nextHeight = 0;
+};
+} // namespace Features
+} // namespace osgEarth

@@ -1,0 +1,75 @@
+#include "text/LabelDeclutter.h"
+#include <algorithm>
+#include <cfloat>
+#include <cmath>
+#include <numeric>
+
+namespace osgEarth {
+namespace {
+constexpr float kCellSize = 64.0f; // about half a label
+}
+
+ScreenOccupancy::ScreenOccupancy(float width, float height)
+    : _columns(std::max(1, int(std::ceil(width / kCellSize)))),
+      _rows(std::max(1, int(std::ceil(height / kCellSize)))), _cells(size_t(_columns) * size_t(_rows))
+{
+}
+
+ScreenOccupancy::Range ScreenOccupancy::rangeOf(const ScreenBox& box) const
+{
+    const auto cell = [](float v, int count) {
+        return std::clamp(int(std::floor(v / kCellSize)), 0, count - 1);
+    };
+    return {cell(box.left, _columns), cell(box.bottom, _rows), cell(box.right, _columns),
+            cell(box.top, _rows)};
+}
+
+bool ScreenOccupancy::isFree(const ScreenBox& box) const
+{
+    const Range range = rangeOf(box);
+    for (int y = range.y0; y <= range.y1; ++y)
+        for (int x = range.x0; x <= range.x1; ++x)
+            for (const uint32_t index : _cells[size_t(y) * size_t(_columns) + size_t(x)])
+                if (_boxes[index].meets(box))
+                    return false;
+    return true;
+}
+
+void ScreenOccupancy::take(const ScreenBox& box)
+{
+    const Range range = rangeOf(box);
+    _boxes.push_back(box);
+    for (int y = range.y0; y <= range.y1; ++y)
+        for (int x = range.x0; x <= range.x1; ++x)
+            _cells[size_t(y) * size_t(_columns) + size_t(x)].push_back(uint32_t(_boxes.size() - 1));
+}
+
+std::vector<size_t> chooseLabels(const std::vector<LabelCandidate>& candidates, float width, float height,
+                                 size_t most)
+{
+    std::vector<size_t> order(candidates.size());
+    std::iota(order.begin(), order.end(), size_t(0));
+    std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
+        if (candidates[a].priority != candidates[b].priority)
+            return candidates[a].priority > candidates[b].priority;
+        return candidates[a].shownBefore && !candidates[b].shownBefore;
+    });
+
+    ScreenOccupancy screen(width, height);
+    std::vector<size_t> chosen;
+    for (const size_t index : order) {
+        const LabelCandidate& candidate = candidates[index];
+        const bool always = candidate.priority == FLT_MAX;
+        if (!always) {
+            if (chosen.size() >= most)
+                continue;
+            const float margin = candidate.shownBefore ? 0.0f : kComebackMargin;
+            if (!screen.isFree(candidate.box.grownBy(margin)))
+                continue;
+        }
+        screen.take(candidate.box);
+        chosen.push_back(index);
+    }
+    return chosen;
+}
+} // namespace osgEarth
