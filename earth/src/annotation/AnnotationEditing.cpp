@@ -1,7 +1,6 @@
 #include <osgEarthAnnotation/AnnotationEditing>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 namespace {
 struct Follower : public Dragger::PositionChangedCallback
 {
@@ -38,5 +37,4 @@ void GeoPositionNodeEditor::setPosition(const GeoPoint& position)
     _node->setPosition(position);
     updateDraggers();
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -4,8 +4,7 @@
 #include <osgEarth/MapNode>
 #include <osgEarthAnnotation/AnnotationNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 AnnotationNode::AnnotationNode()
 {
     setLightingIfNotSet(false);
@@ -78,7 +77,7 @@ void AnnotationNode::applyRenderSymbology(const Style& style)
         state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
     }
     if (render->order().isSet() || render->renderBin().isSet())
-        state->setRenderBinDetails(render->order().isSet() ? int(render->order()->eval()) : 0,
+        state->setRenderBinDetails(render->order().isSet() ? static_cast<int>(render->order()->eval()) : 0,
                                    render->renderBin().isSet() ? render->renderBin().value()
                                                                : "DepthSortedBin");
 }
@@ -89,5 +88,4 @@ void AnnotationNode::setLightingIfNotSet(bool lighting)
     if (state->getMode(GL_LIGHTING) == osg::StateAttribute::INHERIT)
         state->setMode(GL_LIGHTING, lighting ? osg::StateAttribute::ON : osg::StateAttribute::OFF);
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

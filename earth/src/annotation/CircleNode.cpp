@@ -4,11 +4,10 @@
 #include <osgEarth/GeoMath>
 #include <osgEarthAnnotation/CircleNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 namespace {
-// Beyond a quarter of the circumference a circle's inside is no longer the
-// side that its outline bulges away from.
+// A circle whose radius is longer than a quarter of the earth's circumference
+// covers more than half the globe; its outline then curves round the outside.
 constexpr double kLargestRadius = 9900000.0; // metres
 constexpr unsigned kFewestSegments = 16, kMostSegments = 360;
 constexpr double kSegmentLength = 8.0; // metres, for circles too small for the fewest segments to show
@@ -91,16 +90,17 @@ void CircleNode::rebuildGeometry()
     const bool whole = std::abs(sweep) >= 2.0 * osg::PI - 1e-9;
     unsigned segments = _numSegments;
     if (segments == 0)
-        segments = unsigned(std::clamp(2.0 * osg::PI * radius / kSegmentLength, double(kFewestSegments),
-                                       double(kMostSegments)));
-    segments = std::max(3u, unsigned(std::ceil(segments * std::abs(sweep) / (2.0 * osg::PI))));
+        segments = static_cast<unsigned>(std::clamp(2.0 * osg::PI * radius / kSegmentLength,
+                                                    static_cast<double>(kFewestSegments),
+                                                    static_cast<double>(kMostSegments)));
+    segments = std::max(3u, static_cast<unsigned>(std::ceil(segments * std::abs(sweep) / (2.0 * osg::PI))));
 
     // Closed shapes can be filled; an open arc is only a line.
     osg::ref_ptr<Geometry> shape;
     if (whole || _pie)
-        shape = new Polygon(int(segments) + 1);
+        shape = new Polygon(static_cast<int>(segments) + 1);
     else
-        shape = new LineString(int(segments) + 1);
+        shape = new LineString(static_cast<int>(segments) + 1);
     const double lat = osg::DegreesToRadians(middle.y()), lon = osg::DegreesToRadians(middle.x());
     const unsigned points = whole ? segments : segments + 1;
     for (unsigned i = 0; i < points; ++i) {
@@ -116,5 +116,4 @@ void CircleNode::rebuildGeometry()
         shape->push_back(osg::Vec3d());
     setGeometry(shape.get());
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

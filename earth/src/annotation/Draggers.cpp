@@ -13,8 +13,7 @@
 #include <osgUtil/CullVisitor>
 #include <osgViewer/View>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 namespace {
 using osgGA::GUIEventAdapter;
 
@@ -50,7 +49,8 @@ osg::ref_ptr<osg::StateSet> onTopOfGround()
 Dragger::Dragger(MapNode* mapNode, int modKeyMask, const DragMode& defaultMode)
     : GeoPositionNode(mapNode), _modKeyMask(modKeyMask), _defaultMode(defaultMode)
 {
-    // Its size depends on the eye, so it is culled by what it covers on the screen.
+    // The dragger's size in metres changes with the distance of the eye, so that its bound
+    // is of no use to the usual cull test; traverse() tests what it covers on the screen.
     setCullingActive(false);
     setNumChildrenRequiringEventTraversal(getNumChildrenRequiringEventTraversal() + 1);
 }
@@ -272,5 +272,4 @@ void SphereDragger::updateColor()
     auto* shape = static_cast<osg::ShapeDrawable*>(_shape->asGeode()->getDrawable(0));
     shape->setColor(_dragging || _hovered ? _pickColor : _color);
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -1,8 +1,7 @@
 #include <osgEarth/Map>
 #include <osgEarthAnnotation/FeatureNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 FeatureNode::FeatureNode(MapNode* mapNode, Feature* feature, const Style& style,
                          const GeometryCompilerOptions& options, StyleSheet* styleSheet)
     : _options(options), _styleSheet(styleSheet)
@@ -79,5 +78,4 @@ void FeatureNode::init()
     const Map* map = getMapNode() ? getMapNode()->getMap() : nullptr;
     addChild(compiler.compile(_features, getStyle(), map));
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -1,8 +1,7 @@
 #include <osgEarth/MapNode>
 #include <osgEarthAnnotation/GeoPositionNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 GeoPositionNode::GeoPositionNode()
 {
     init();
@@ -19,7 +18,7 @@ GeoPositionNode::GeoPositionNode(MapNode* mapNode, const GeoPoint& position) : G
     GeoPositionNode::setPosition(position);
 }
 
-// The local frame is made anew: copied children would belong to the original's frame.
+// A copy gets a transform of its own: the copied children would hang under the original's.
 GeoPositionNode::GeoPositionNode(const GeoPositionNode& rhs, const osg::CopyOp& op) : AnnotationNode(rhs, op)
 {
     removeChildren(0, getNumChildren());
@@ -84,5 +83,4 @@ void GeoPositionNode::applyAltitudeSymbology(const Style& style)
         return;
     _geoxform->setPosition(position);
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -15,7 +15,8 @@ void HorizonCullCallback::operator()(osg::Node* node, osg::NodeVisitor* nv)
         const osg::Vec3d eye =
             osg::Vec3d(cv->getEyeLocal()) * osg::computeLocalToWorld(cv->getNodePath(), true);
         const osg::Vec3d centre = osg::Vec3d(bound.center()) * localToWorld;
-        // A large node is hidden when its nearest point to the eye's vertical is.
+        // The radius stands for how far the node reaches above its centre. Nodes of more
+        // than 100 km radius are always drawn.
         if (bound.radius() < 100000.0f &&
             Horizon(eye).hides(occludeeOf(centre, {osg::Vec3f()}, bound.radius())))
             return;

@@ -3,8 +3,7 @@
 #include "text/TextDrawables.h"
 #include <osgEarthAnnotation/LabelNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 LabelNode::LabelNode(MapNode* mapNode, const GeoPoint& position, const std::string& text, const Style& style)
     : GeoPositionNode(mapNode, position), _text(text)
 {
@@ -46,7 +45,7 @@ void LabelNode::init(const Style& style)
 {
     _geode = new osg::Geode();
     _geode->setCullingActive(false);
-    // The same of all labels, so that less changes between them.
+    // All labels share one state set: OpenGL then changes no state between two labels.
     _geode->setStateSet(sharedWhileUsed<osg::StateSet, LabelNode>([] {
         osg::ref_ptr<osg::StateSet> state = new osg::StateSet();
         ScreenSpaceLayout::activate(state.get());
@@ -65,7 +64,7 @@ void LabelNode::setStyle(const Style& style)
     applyAltitudeSymbology(style);
     if (const TextSymbol* symbol = style.get<TextSymbol>())
         if (symbol->priority().isSet())
-            _priority = float(symbol->priority()->eval());
+            _priority = static_cast<float>(symbol->priority()->eval());
     rebuild();
 }
 
@@ -108,5 +107,4 @@ void LabelNode::rebuild()
         layout->setPixelOffset(symbol->pixelOffset().value());
     _geode->addDrawable(text);
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -2,8 +2,7 @@
 #include <osgEarth/DrapeableNode>
 #include <osgEarthAnnotation/LocalGeometryNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 LocalGeometryNode::LocalGeometryNode() = default;
 
 LocalGeometryNode::LocalGeometryNode(MapNode* mapNode) : GeoPositionNode(mapNode) {}
@@ -60,8 +59,8 @@ void LocalGeometryNode::install(osg::Node* content)
     place->removeChildren(0, place->getNumChildren());
     const AltitudeSymbol* altitude = _style.get<AltitudeSymbol>();
     const bool drape = altitude && altitude->technique().isSetTo(AltitudeSymbol::TECHNIQUE_DRAPE);
-    // A shape may cover half the globe, so that its middle says nothing; and
-    // what is draped has a horizon test of its own.
+    // No horizon test here: it looks at a node's centre, which says nothing about a
+    // shape that covers half the globe, and draped shapes are tested by the painter.
     setHorizonCulling(!drape && content && content->getBound().radius() < 100000.0f);
     if (!content)
         return;
@@ -72,5 +71,4 @@ void LocalGeometryNode::install(osg::Node* content)
     } else
         place->addChild(content);
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

@@ -4,8 +4,7 @@
 #include <osgEarth/Notify>
 #include <osgEarthAnnotation/PlaceNode>
 
-namespace osgEarth {
-namespace Annotation {
+namespace osgEarth::Annotation {
 namespace {
 constexpr short kGap = 4; // pixels between icon and text
 }
@@ -88,7 +87,7 @@ void PlaceNode::setStyle(const Style& style)
     }
     if (const TextSymbol* symbol = style.get<TextSymbol>())
         if (symbol->priority().isSet())
-            _priority = float(symbol->priority()->eval());
+            _priority = static_cast<float>(symbol->priority()->eval());
     rebuild();
 }
 
@@ -131,5 +130,4 @@ void PlaceNode::rebuild()
         add(text.get(), symbol && symbol->declutter().isSetTo(false), beside);
     }
 }
-} // namespace Annotation
-} // namespace osgEarth
+} // namespace osgEarth::Annotation

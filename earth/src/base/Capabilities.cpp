@@ -31,7 +31,7 @@ int glInteger(GLenum name)
     return value;
 }
 
-// Quietens osg while a missing display is found out.
+// Silences osg's log while it is tried whether there is a display.
 class QuietNotify
 {
 public:
@@ -102,7 +102,7 @@ void Capabilities::readCurrentContext()
     _maxGPUTextureUnits = glInteger(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS);
     _maxLights = glInteger(GL_MAX_LIGHTS);
     _depthBits = glInteger(GL_DEPTH_BITS);
-    // A core profile answers none of the old questions; drop the error flags they leave.
+    // A core profile does not know the old queries above and sets error flags, which are cleared here.
     while (glGetError() != GL_NO_ERROR) {
     }
 }

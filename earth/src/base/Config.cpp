@@ -113,7 +113,7 @@ void DriverConfigOptions::fromConfig(const Config& conf)
         _name = conf.value("name");
     if (conf.hasValue("driver"))
         _driver = toLower(conf.value("driver"));
-    // The old spelling of the same.
+    // Old files write "type" for "driver".
     else if (_driver.empty() && conf.hasValue("type"))
         _driver = toLower(conf.value("type"));
 }

@@ -5,10 +5,9 @@
 
 namespace osgEarth {
 namespace {
-
 constexpr long long kDaySeconds = 86400;
 
-/** A day of the proleptic Gregorian calendar; the year starts in March so that leap days come last. */
+/// A day of the proleptic Gregorian calendar; the year starts in March so that leap days come last.
 struct Day
 {
     long long year;
@@ -33,7 +32,7 @@ long long daysSinceEpoch(long long year, int month, int day)
 Day dayOf(TimeStamp time)
 {
     const long long days = floorDiv(time, kDaySeconds);
-    // The mean Gregorian year finds the year within one.
+    // The mean length of a Gregorian year gives the year with an error of at most one.
     long long year = 1970 + floorDiv(days * 400, 146097);
     while (daysSinceEpoch(year, 1, 1) > days)
         --year;
@@ -44,7 +43,6 @@ Day dayOf(TimeStamp time)
         --month;
     return {year, month, static_cast<int>(days - daysSinceEpoch(year, month, 1)) + 1};
 }
-
 } // namespace
 
 DateTime::DateTime() : _time(::time(nullptr)) {}
@@ -86,5 +84,4 @@ std::string DateTime::asISO8601() const
                   date.day, second / 3600, second / 60 % 60, second % 60);
     return text;
 }
-
 } // namespace osgEarth

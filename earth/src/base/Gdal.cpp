@@ -8,8 +8,8 @@
 namespace osgEarth {
 namespace gdal {
 namespace {
-// Decoded blocks that GDAL keeps; tiles are composed once and cached as
-// textures. Four times as much would spare a twentieth of the work.
+// Size of GDAL's cache of decoded blocks. Tiles are composed once and kept as
+// textures, so that a cache four times as large saves only 5 % of the work.
 constexpr GIntBig kBlockCacheBytes = 8 * 1024 * 1024;
 } // namespace
 
@@ -19,7 +19,7 @@ void initialize()
     std::call_once(once, [] {
         GDALAllRegister();
         GDALSetCacheMax64(kBlockCacheBytes);
-        // Bounds for whatever asks the web; a host's own settings stand.
+        // Time limits in seconds for requests to the web, unless the host has set its own.
         if (!CPLGetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", nullptr))
             CPLSetConfigOption("GDAL_HTTP_CONNECTTIMEOUT", "3");
         if (!CPLGetConfigOption("GDAL_HTTP_TIMEOUT", nullptr))
@@ -42,8 +42,8 @@ void CPL_STDCALL ErrorCapture::receive(CPLErr level, CPLErrorNum, const char* te
     if (level < CE_Failure || !text)
         return;
     auto* self = static_cast<ErrorCapture*>(CPLGetErrorHandlerUserData());
-    // A web service first complains of the file that its cache lacks; the
-    // server's own answer comes later, on a line among others.
+    // GDAL first reports that its cache lacks the file. What the server answered
+    // comes in a later message, on one of several lines.
     if (const char* web = std::strstr(text, "HTTP status code")) {
         self->_message.assign(web, std::strcspn(web, "\r\n"));
         return;

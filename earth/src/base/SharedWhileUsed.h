@@ -3,9 +3,9 @@
 #include <osg/observer_ptr>
 
 namespace osgEarth {
-/// The one object of a kind that several owners share for as long as any of
-/// them lives. Graphics objects must not be kept in plain statics: a context
-/// that is closed takes what they hold with it, and its number goes to the next.
+/// An object that several owners share; it is made by the first and deleted
+/// with the last. Graphics objects must not be kept in plain statics: a context
+/// that closes deletes what they hold in OpenGL, and the next context gets its number.
 /// `Tag` tells uses of one type apart. Any thread.
 template <typename T, typename Tag, typename Make> osg::ref_ptr<T> sharedWhileUsed(Make make)
 {

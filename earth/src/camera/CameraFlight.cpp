@@ -5,11 +5,10 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Trade-off between zooming and panning; the cited study found people like about 1.4. */
+/// Trade-off between zooming and panning; the cited study found people like about 1.4.
 constexpr double kRho = 1.4;
 
-/** Below this angle the course of a great circle is noise. */
+/// Below this angle the course of a great circle is noise.
 constexpr double kSamePlace = 1e-9;
 
 double courseAlong(const osg::Vec3d& up, const osg::Vec3d& onward)
@@ -24,7 +23,6 @@ double between(double a, double b, double t)
 {
     return a + (b - a) * t;
 }
-
 } // namespace
 
 double eased(double time)
@@ -107,5 +105,4 @@ FlightEnd CameraFlight::at(double share) const
     }
     return now;
 }
-
 } // namespace osgEarth::Util

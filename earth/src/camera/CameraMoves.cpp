@@ -5,8 +5,7 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** 1 where the heading is held to north, 0 close to a pole, where north spins. */
+/// 1 where the heading is held to north, 0 close to a pole, where north spins.
 double northHold(double latitude)
 {
     const double kHoldBelow = osg::DegreesToRadians(60.0);
@@ -21,14 +20,13 @@ bool meetsSphere(const Ray& ray, double radius)
     return middle > 0.0 && ray.origin * ray.origin - middle * middle < radius * radius;
 }
 
-/** Distance along the ray to the sphere round the origin, or to the limb when it passes by. */
+/// Distance along the ray to the sphere round the origin, or to the limb when it passes by.
 double reachOnSphere(const Ray& ray, double radius)
 {
     const double middle = -(ray.origin * ray.direction);
     const double half2 = radius * radius - (ray.origin * ray.origin - middle * middle);
     return half2 > 0.0 ? middle - std::sqrt(half2) : middle;
 }
-
 } // namespace
 
 void carry(const osg::EllipsoidModel& ellipsoid, const osg::Quat& turn, HeadingRule rule, CameraPose& pose)
@@ -177,5 +175,4 @@ void zoomBy(const osg::EllipsoidModel& ellipsoid, double factor, double nearest,
     pose.frame = frameAt(ellipsoid, pose.center);
     pose.rotation = world * pose.frame.inverse();
 }
-
 } // namespace osgEarth::Util

@@ -4,7 +4,6 @@
 #include <cmath>
 
 namespace osgEarth::Util {
-
 osg::Quat rotationOf(double heading, double pitch)
 {
     return osg::Quat(pitch + osg::PI_2, osg::Vec3d(1, 0, 0)) * osg::Quat(-heading, osg::Vec3d(0, 0, 1));
@@ -80,8 +79,7 @@ Ray transformed(const Ray& ray, const osg::Matrixd& matrix)
 }
 
 namespace {
-
-/** The stretch of the ray between the highest and the lowest ground there can be, seen from outside. */
+/// The stretch of the ray between the highest and the lowest ground there can be, seen from outside.
 struct Stretch
 {
     double from;
@@ -105,7 +103,6 @@ std::optional<Stretch> insideShell(const osg::EllipsoidModel& ellipsoid, const R
 
 constexpr double kHighestGround = 9000.0; // above every summit
 constexpr double kDeepestGround = -500.0; // below every dry shore
-
 } // namespace
 
 std::optional<double> groundAlong(const osg::EllipsoidModel& ellipsoid, const Ray& ray,
@@ -218,5 +215,4 @@ bool keepAboveGround(const osg::EllipsoidModel& ellipsoid, const GroundHeight& g
         pose.center += raise(eye, lift + kMargin) - toWorld(ellipsoid, eye);
     return true;
 }
-
 } // namespace osgEarth::Util

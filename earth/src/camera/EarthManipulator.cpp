@@ -10,13 +10,12 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Nothing is to be seen of the globe from farther away, and all numbers stay well-behaved. */
+/// Largest distance, metres: beyond any useful view, and small enough for exact arithmetic.
 constexpr double kFarthest = 1e9;
-/** A centre outside this belongs to no place on the earth, metres from its middle. */
+/// A centre outside this belongs to no place on the earth, metres from its middle.
 constexpr double kLowestCenter = 1.0;
 constexpr double kHighestCenter = 1e10;
-/** Closer than this the view matrix has no direction left. */
+/// Closer than this the view matrix has no direction left.
 constexpr double kNearest = 0.01;
 
 bool isTurn(const osg::Quat& rotation)
@@ -48,7 +47,6 @@ public:
 private:
     osg::observer_ptr<EarthManipulator> _manipulator;
 };
-
 } // namespace
 
 EarthManipulator::EarthManipulator()
@@ -459,5 +457,4 @@ void EarthManipulator::handleTileAdded(const TileKey&, osg::Node*, TerrainCallba
     if (!isSettingViewpoint())
         takeStand();
 }
-
 } // namespace osgEarth::Util

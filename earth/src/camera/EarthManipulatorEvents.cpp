@@ -8,18 +8,16 @@
 
 namespace osgEarth::Util {
 namespace {
-
 using EA = osgGA::GUIEventAdapter;
 
-/** Logarithm of the zoom of one notch of the wheel: four notches halve the distance. */
+/// Logarithm of the zoom of one notch of the wheel: four notches halve the distance.
 constexpr double kNotch = 0.173;
-/** A wheel that is spun never owes more than this, so that it stops when the hand does. */
+/// Most zoom (logarithm) that may be left to carry out, so that the camera stops soon after the wheel does.
 constexpr double kMostOwed = 1.6;
-/** What a cursor is worth that has been dragged far out of the window, in half windows from its middle. */
+/// Limit for the position of a cursor that is dragged out of the window, in half windows from the middle.
 constexpr double kFarOut = 100.0;
 
-/** A wheel that reports its motion in both axes means, vertically, the same as one that only says up or down.
- */
+/// A wheel that reports its motion in both axes means, vertically, the same as one that only says up or down.
 int scrollingOf(const EA& ea)
 {
     if (ea.getScrollingMotion() != EA::SCROLL_2D)
@@ -28,28 +26,27 @@ int scrollingOf(const EA& ea)
     return turned > 0.0f ? EA::SCROLL_UP : turned < 0.0f ? EA::SCROLL_DOWN : EA::SCROLL_NONE;
 }
 
-/** How many notches a wheel event is worth: a smooth wheel reports parts of one in its delta, others no
- * delta. */
+/// How many notches a wheel event is worth: a smooth wheel reports parts of one in its delta, others no
+/// delta.
 double notchesOf(const EA& ea)
 {
     constexpr double kMost = 10.0;
-    const double turned = std::abs(double(ea.getScrollingDeltaY()));
+    const double turned = std::abs(static_cast<double>(ea.getScrollingDeltaY()));
     return turned > 0.0 ? std::min(turned, kMost) : 1.0;
 }
 
-/** Whether an event that is about a place in the window says where. */
+/// Whether an event that is about a place in the window says where.
 bool hasPlace(const EA& ea)
 {
     return std::isfinite(ea.getXnormalized()) && std::isfinite(ea.getYnormalized()) &&
            std::isfinite(ea.getX()) && std::isfinite(ea.getY());
 }
-
 } // namespace
 
 osg::Vec2d cursorOf(const EA& ea)
 {
-    return {std::clamp(double(ea.getXnormalized()), -kFarOut, kFarOut),
-            std::clamp(double(ea.getYnormalized()), -kFarOut, kFarOut)};
+    return {std::clamp(static_cast<double>(ea.getXnormalized()), -kFarOut, kFarOut),
+            std::clamp(static_cast<double>(ea.getYnormalized()), -kFarOut, kFarOut)};
 }
 
 bool EarthManipulator::handle(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
@@ -361,5 +358,4 @@ void EarthManipulator::getUsage(osg::ApplicationUsage& usage) const
     usage.addKeyboardMouseBinding("-, Page Down", "Zoom out");
     usage.addKeyboardMouseBinding("Home, Space", "Go to the home viewpoint");
 }
-
 } // namespace osgEarth::Util

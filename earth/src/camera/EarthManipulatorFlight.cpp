@@ -8,11 +8,10 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** A focal point farther than this from the ellipsoid is no view of the earth, metres. */
+/// A focal point farther than this from the ellipsoid is no view of the earth, metres.
 constexpr double kHighestFocus = 1e9;
 
-/** Whether every value that the viewpoint sets can be used. */
+/// Whether every value that the viewpoint sets can be used.
 bool isSound(const Viewpoint& vp)
 {
     return (!vp.focalPoint().isSet() || !vp.focalPoint()->isValid() ||
@@ -36,7 +35,6 @@ std::optional<osg::Vec3d> worldCenter(osg::Node& node)
         return std::nullopt;
     return center;
 }
-
 } // namespace
 
 Viewpoint EarthManipulator::getViewpoint() const
@@ -316,5 +314,4 @@ void EarthManipulator::advanceTether()
     if (const auto center = worldCenter(*node))
         setCenter(*center);
 }
-
 } // namespace osgEarth::Util

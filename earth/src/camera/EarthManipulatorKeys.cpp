@@ -5,20 +5,18 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Without a new press or repeat a key is taken as released: its release may have gone to another window. */
+/// Without a new press or repeat a key is taken as released: its release may have gone to another window.
 constexpr double kKeyHold = 1.0;
-/** The same for a key that is held on after a later one: only the latest key repeats. */
+/// The same for a key that is held on after a later one: only the latest key repeats.
 constexpr double kKeyHoldUnrepeated = 5.0;
-/** A key that is only tapped moves for so many seconds. */
+/// A key that is only tapped moves for so many seconds.
 constexpr double kTap = 0.1;
-/** A key bound to a single step moves for so many seconds. */
+/// A key bound to a single step moves for so many seconds.
 constexpr double kStep = 0.2;
-/** Rates of a held key: windows a second, radians a second, logarithm of zoom a second. */
+/// Rates of a held key: windows a second, radians a second, logarithm of zoom a second.
 constexpr double kKeyPan = 0.9;
 constexpr double kKeyRotate = 0.9;
 constexpr double kKeyZoom = 1.2;
-
 } // namespace
 
 bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds)
@@ -40,7 +38,7 @@ bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds
     if (held.action != action._type)
         held = fresh; // the same key, with another modifier
     held.released = false;
-    // One key repeats on behalf of all that are down.
+    // Window systems repeat only the key that was pressed last; its repeat keeps all held keys alive.
     for (auto& [key, other] : _motion->keys)
         other.until = std::max(other.until, _time_s_now + kKeyHold);
     held.until = _time_s_now + std::clamp(seconds, 0.0, kKeyHold);
@@ -49,7 +47,8 @@ bool EarthManipulator::handleKeyboardAction(const Action& action, double seconds
 
 void EarthManipulator::releaseKey(int key, int modkeys)
 {
-    // With Shift up before it, plus comes up as the key that is bound to the same action without it.
+    // When Shift is released before "+", the release event names the key without Shift,
+    // which is bound to the same action.
     const ActionType action = _settings->getAction(EVENT_KEY_DOWN, key, modkeys)._type;
     for (auto& [code, held] : _motion->keys) {
         if (code == key || (action == held.action && action != ACTION_NULL))
@@ -101,5 +100,4 @@ void EarthManipulator::advanceKeys()
             handleMovementAction(type, way.x() * sensitivity, way.y() * sensitivity, view.get());
     }
 }
-
 } // namespace osgEarth::Util

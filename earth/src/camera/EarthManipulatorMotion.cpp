@@ -5,7 +5,6 @@
 #include <osg/View>
 
 namespace osgEarth::Util {
-
 HeadingRule EarthManipulator::headingRule() const
 {
     return _settings->getLockAzimuthWhilePanning() ? HeadingRule::KeepNorth : HeadingRule::TurnFreely;
@@ -151,5 +150,4 @@ void EarthManipulator::handleMovementAction(const ActionType& type, double dx, d
         break;
     }
 }
-
 } // namespace osgEarth::Util

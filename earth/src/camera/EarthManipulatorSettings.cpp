@@ -4,15 +4,12 @@
 #include <tuple>
 
 namespace osgEarth::Util {
-
 namespace {
-
-/** The value where it is a usable factor, else the old one. */
+/// The value where it is a usable factor, else the old one.
 double factorOr(double old, double value)
 {
     return std::isfinite(value) && value >= 0.0 ? value : old;
 }
-
 } // namespace
 
 bool EarthManipulator::Action::getBoolOption(int option, bool defaultValue) const
@@ -144,5 +141,4 @@ void EarthManipulator::Settings::setTerrainAvoidanceMinimumDistance(double metre
 {
     _terrainClearance = factorOr(_terrainClearance, metres);
 }
-
 } // namespace osgEarth::Util

@@ -8,11 +8,10 @@
 #include <osgEarthUtil/EarthManipulator>
 
 namespace osgEarth::Util {
-
-/** Where in the window an event is, -1 to 1 and, for a cursor dragged out of it, somewhat beyond. */
+/// Where in the window an event is, -1 to 1 and, for a cursor dragged out of it, somewhat beyond.
 osg::Vec2d cursorOf(const osgGA::GUIEventAdapter& ea);
 
-/** What the manipulator is in the middle of. */
+/// What the manipulator is in the middle of.
 struct EarthManipulator::Motion
 {
     struct Flight
@@ -27,12 +26,10 @@ struct EarthManipulator::Motion
     };
     std::optional<Flight> flight;
 
-    /**
-     * The viewpoint that was asked for, and the pose that the ground so far
-     * allowed. As finer ground comes the camera goes to where it would stand
-     * had that ground been there at once; a pose that anybody else has changed
-     * is left alone.
-     */
+    /// The viewpoint that was asked for, and the pose that the ground so far
+    /// allowed. As finer ground comes the camera goes to where it would stand
+    /// had that ground been there at once; a pose that anybody else has changed
+    /// is left alone.
     struct Stand
     {
         Viewpoint asked;
@@ -40,16 +37,16 @@ struct EarthManipulator::Motion
     };
     std::optional<Stand> stand;
 
-    /** The point under the cursor when the button went down, and how far from the eye it was. */
+    /// The point under the cursor when the button went down, and how far from the eye it was.
     struct Grab
     {
         osg::Vec3d point;
         double away;
     };
     std::optional<Grab> grabbed;
-    /** Set while a mouse drag is carried out. */
+    /// Set while a mouse drag is carried out.
     osg::View* dragging = nullptr;
-    /** The second press of a double click belongs to it: what the hand shakes then is no drag. */
+    /// The second press of a double click belongs to it: what the hand shakes then is no drag.
     bool afterDoubleClick = false;
 
     struct HeldKey
@@ -60,12 +57,12 @@ struct EarthManipulator::Motion
         double most = 1e300; ///< seconds of movement that one press gives
         bool released = false;
     };
-    /** By key code, 0 for what a program asked. */
+    /// By key code, 0 for what a program asked.
     std::map<int, HeldKey> keys;
-    /** The key whose event is being handled. */
+    /// The key whose event is being handled.
     int key = 0;
 
-    /** Forgets what the hands hold and where the camera was told to stand. */
+    /// Ends drags, held keys and the stand; flights and the wheel go on.
     void letGo()
     {
         grabbed.reset();
@@ -74,21 +71,20 @@ struct EarthManipulator::Motion
         keys.clear();
     }
 
-    /** Logarithm of the zoom that the wheel still owes, and where it is aimed. */
+    /// Logarithm of the zoom that the wheel still owes, and where it is aimed.
     double wheel = 0.0;
     osg::Vec2d wheelCursor;
     bool wheelAims = false; ///< the point under wheelCursor is still to be found
     std::optional<osg::Vec3d> wheelPoint;
     CameraPose wheelPose;         ///< as the wheel left it: a point that was found for another pose is none
     double groundSettlesAt = 0.0; ///< until then the ground that is drawn may change
-    /** Set while zoom() is called on behalf of the wheel. */
+    /// Set while zoom() is called on behalf of the wheel.
     std::optional<HeldPoint> anchor;
 
-    /** Kept until a map is there to go to it. */
+    /// Kept until a map is there to go to it.
     optional<Viewpoint> pending;
     double pendingSeconds = 0.0;
 
     osg::observer_ptr<osg::View> view;
 };
-
 } // namespace osgEarth::Util

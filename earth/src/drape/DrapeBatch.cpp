@@ -6,9 +6,9 @@
 namespace osgEarth {
 namespace {
 constexpr unsigned kSlots = kDrapeSlots;
-// A rim this many pixels beside the shape's is not seen to be another.
+// A coarser level is drawn when its rim is at most this many pixels beside the true one.
 constexpr double kPixelError = 0.75;
-// Smaller than this, a shape is not seen at all; radius in pixels.
+// Shapes with a smaller radius, in pixels, are not drawn.
 constexpr double kLeastArea = 0.5;
 constexpr double kLeastLine = 1.5;
 // So many pixels may fill and outline each lie beside the ground that they are on.
@@ -48,8 +48,9 @@ public:
     }
     osg::Vec4f get() const
     {
-        return osg::Vec4f(float(std::max(-1.0, _low.x())), float(std::max(-1.0, _low.y())),
-                          float(std::min(1.0, _high.x())), float(std::min(1.0, _high.y())));
+        return osg::Vec4f(
+            static_cast<float>(std::max(-1.0, _low.x())), static_cast<float>(std::max(-1.0, _low.y())),
+            static_cast<float>(std::min(1.0, _high.x())), static_cast<float>(std::min(1.0, _high.y())));
     }
 
 private:
@@ -57,8 +58,8 @@ private:
     osg::Vec2d _high{-1.0, -1.0};
 };
 
-/// How far aside a point is seen that is so much higher or lower than its
-/// shape, metres; without end where the ground is not seen from above.
+/// By how many metres a point seems to be shifted sideways when it lies so many
+/// metres above or below its shape; infinite where the eye does not look down on the ground.
 double offGround(const DrapeView& view, const DrapeExtent& extent, double height)
 {
     const osg::Vec3d sight = view.eye - extent.bound.center();
@@ -179,9 +180,9 @@ public:
     std::array<std::shared_ptr<Member>, kSlots> members;
     osg::ref_ptr<osg::StateSet> state = new osg::StateSet();
     osg::ref_ptr<osg::Uniform> origins =
-        new osg::Uniform(osg::Uniform::FLOAT_VEC3, "ax_drapeOrigins", int(kSlots));
+        new osg::Uniform(osg::Uniform::FLOAT_VEC3, "ax_drapeOrigins", static_cast<int>(kSlots));
     osg::ref_ptr<osg::Uniform> heights =
-        new osg::Uniform(osg::Uniform::FLOAT_VEC3, "ax_drapeRims", int(kSlots));
+        new osg::Uniform(osg::Uniform::FLOAT_VEC3, "ax_drapeRims", static_cast<int>(kSlots));
 
 private:
     void fillIndices(Drawn& part, Part how)
@@ -191,7 +192,8 @@ private:
         for (unsigned slot = 0; slot < kSlots; ++slot) {
             if (part.drawn[slot] < 0)
                 continue;
-            const DrapeBlock::Level& level = members[slot]->block.levels[size_t(part.drawn[slot])];
+            const DrapeBlock::Level& level =
+                members[slot]->block.levels[static_cast<size_t>(part.drawn[slot])];
             const size_t count = how == Flat      ? level.caps
                                  : how == Outside ? level.upper
                                                   : level.indices.size();
@@ -214,7 +216,7 @@ private:
         shifts->clear();
         rims->clear();
         for (unsigned slot = 0; slot < kSlots; ++slot) {
-            bases[slot] = unsigned(positions->size());
+            bases[slot] = static_cast<unsigned>(positions->size());
             if (!members[slot])
                 continue;
             const DrapeBlock& block = members[slot]->block;
@@ -222,7 +224,7 @@ private:
             ups->insert(ups->end(), block.ups.begin(), block.ups.end());
             shifts->insert(shifts->end(), block.shifts.begin(), block.shifts.end());
             for (const float rim : block.rims)
-                rims->push_back(osg::Vec2(rim, float(slot)));
+                rims->push_back(osg::Vec2(rim, static_cast<float>(slot)));
         }
         for (osg::Array* array :
              {static_cast<osg::Array*>(positions.get()), static_cast<osg::Array*>(ups.get()),
@@ -287,8 +289,8 @@ void DrapeBatch::cull(osgUtil::CullVisitor& cv, const DrapeView& view, const Dra
             osg::BoundingSphered seen = block.bound;
             seen.radius() += DrapeGround::kHighest;
             if (view.horizon.hides(block.occludee) ||
-                cv.isCulled(
-                    osg::BoundingSphere(osg::Vec3(seen.center() * view.worldToLocal), float(seen.radius()))))
+                cv.isCulled(osg::BoundingSphere(osg::Vec3(seen.center() * view.worldToLocal),
+                                                static_cast<float>(seen.radius()))))
                 continue;
             const double distance = (view.eye - block.bound.center()).length();
             const double nearest = std::max(1.0, distance - block.bound.radius());
@@ -306,14 +308,14 @@ void DrapeBatch::cull(osgUtil::CullVisitor& cv, const DrapeView& view, const Dra
             osg::Vec3f heights = ground.heights(block.levels[level].sagitta, distance + block.bound.radius());
             // Lines reach further by their width.
             const double reach = block.bound.radius() +
-                                 double(std::max(std::abs(heights.x()), std::abs(heights.y()))) +
+                                 static_cast<double>(std::max(std::abs(heights.x()), std::abs(heights.y()))) +
                                  kLineReach * view.pixel * distance;
             const bool isFlat = distance > reach && ground.isKnown() &&
                                 offGround(view, block, ground.relief() + block.levels[level].sagitta) <=
                                     kFlatError * view.pixel * nearest;
             if (isFlat)
-                heights.y() = float(ground.middle());
-            chunk->choose(slot, int(level),
+                heights.y() = static_cast<float>(ground.middle());
+            chunk->choose(slot, static_cast<int>(level),
                           isFlat              ? Chunk::Flat
                           : distance <= reach ? Chunk::Within
                                               : Chunk::Outside);

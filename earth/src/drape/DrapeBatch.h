@@ -11,19 +11,17 @@ namespace osgEarth {
 struct DrapeView
 {
     osg::Matrixd worldToView;
-    osg::Matrixd worldToLocal; // of the node that drapes
-    osg::Vec3d eye;            // geocentric
+    osg::Matrixd worldToLocal; ///< of the node that drapes
+    osg::Vec3d eye;            ///< geocentric
     Horizon horizon;
-    double pixel = 0.0; // metres a pixel covers at one metre's distance
+    double pixel = 0.0; ///< metres a pixel covers at one metre's distance
     unsigned frame = 0;
     osg::observer_ptr<MapNode> map;
 };
 
-/**
- * Shapes of one colour that are drawn as one: marked together, a few draw calls
- * for hundreds of them, and painted once, so that their overlap is tinted once.
- * Thread of the cull traversal.
- */
+/// Shapes of one colour that are drawn as one: marked together, a few draw calls
+/// for hundreds of them, and painted once, so that their overlap is tinted once.
+/// Thread of the cull traversal.
 class DrapeBatch
 {
 public:
@@ -52,8 +50,8 @@ public:
 
 private:
     class Chunk;
-    osg::ref_ptr<osg::StateSet> _paint; // colour and frame
-    osg::ref_ptr<osg::Uniform> _frame;  // what of the window is painted
+    osg::ref_ptr<osg::StateSet> _paint; ///< colour and frame
+    osg::ref_ptr<osg::Uniform> _frame;  ///< what of the window is painted
     osg::ref_ptr<osg::Geometry> _square;
     bool _lines;
     std::vector<std::unique_ptr<Chunk>> _chunks;

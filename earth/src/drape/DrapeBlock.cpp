@@ -1,4 +1,5 @@
 #include "drape/DrapeBlock.h"
+#include "globe/Wgs84.h"
 #include <algorithm>
 #include <cmath>
 #include <map>
@@ -6,7 +7,8 @@
 
 namespace osgEarth {
 namespace {
-// Coarser levels: what they may be off, by the shape's radius, and how much fewer triangles make one.
+// Coarser levels: their largest error as shares of the shape's radius, and the share of the
+// finer level's triangles that a level may have to be kept.
 constexpr double kLevelErrors[] = {0.004, 0.016, 0.064};
 constexpr double kWorthwhile = 0.75;
 // Wider shapes keep their points, which make them follow the round earth.
@@ -108,9 +110,9 @@ public:
                 return;
             addAreas(rims, error);
             addLines(lines, error);
-            if (double(_caps.size() + _walls.size() + _lower.size()) <=
-                kWorthwhile * double(_block.levels.back().indices.size()))
-                close(error, _longest2 / (6.0 * 6356752.0));
+            if (static_cast<double>(_caps.size() + _walls.size() + _lower.size()) <=
+                kWorthwhile * static_cast<double>(_block.levels.back().indices.size()))
+                close(error, _longest2 / (6.0 * wgs84::kPolarRadius));
             restart();
         }
     }
@@ -136,11 +138,11 @@ private:
     }
     unsigned add(const osg::Vec3d& ground, const osg::Vec3d& along, double pixels)
     {
-        const unsigned index = unsigned(_block.positions.size());
+        const unsigned index = static_cast<unsigned>(_block.positions.size());
         for (const float rim : {0.0f, 1.0f}) {
             _block.positions.emplace_back(ground - _block.origin);
             _block.ups.emplace_back(ellipsoidUp(ground));
-            _block.shifts.emplace_back(osg::Vec3f(along), float(pixels));
+            _block.shifts.emplace_back(osg::Vec3f(along), static_cast<float>(pixels));
             _block.rims.push_back(rim);
         }
         return index;

@@ -2,18 +2,17 @@
 #include "drape/DrapeVolume.h"
 
 namespace osgEarth {
-/**
- * A shape's volume as plain arrays that several shapes can be joined from, in
- * several degrees of detail. The vertices are those of DrapeVolume. A plain value.
- *
- * Inner edges of a coarser area need not cancel in its triangles: they turn as
- * the rim does, so that the faces behind a point count how often the rim goes round it.
- */
+/// A shape's volume as plain arrays that several shapes can be joined from, in
+/// several degrees of detail. The vertices are those of DrapeVolume. A plain value.
+///
+/// The triangles of a coarser level are spanned from its rim and may overlap.
+/// They keep the rim's direction of rotation, so that the faces behind a point,
+/// counted by their sign, say how often the rim goes round it.
 struct DrapeBlock : DrapeExtent
 {
     struct Level
     {
-        double error = 0.0; // metres that its rim may be off the shape's
+        double error = 0.0; ///< metres that its rim may be off the shape's
         double sagitta = 0.0;
         std::vector<unsigned> indices;
         /// The first so many indices are those of the upper face.
@@ -26,7 +25,7 @@ struct DrapeBlock : DrapeExtent
     std::vector<osg::Vec3f> ups;
     std::vector<osg::Vec4f> shifts;
     std::vector<float> rims;
-    std::vector<Level> levels; // the finest first
+    std::vector<Level> levels; ///< the finest first
 };
 
 /// No levels when the shape has neither area nor length.

@@ -3,7 +3,7 @@
 
 namespace osgEarth {
 namespace {
-// Looked up at so many places: one for this length of the shape's radius, within limits.
+// Number of places where heights are looked up: one for each 500 m of the shape's radius, within limits.
 constexpr double kSampleDistance = 500.0;
 constexpr double kFewestSamples = 9.0;
 constexpr double kMostSamples = 64.0;
@@ -27,8 +27,8 @@ unsigned DrapeGround::lookUp(const DrapeExtent& extent, const osg::observer_ptr<
     osg::ref_ptr<MapNode> mapNode;
     if (!map.lock(mapNode) || !mapNode->getTerrain())
         return 0;
-    const auto wanted =
-        size_t(std::clamp(extent.bound.radius() / kSampleDistance, kFewestSamples, kMostSamples));
+    const auto wanted = static_cast<size_t>(
+        std::clamp(extent.bound.radius() / kSampleDistance, kFewestSamples, kMostSamples));
     const SpatialReference* srs = mapNode->getMapSRS();
     const size_t step = std::max<size_t>(1, extent.samples.size() / wanted);
     unsigned asked = 0, found = 0;
@@ -40,7 +40,7 @@ unsigned DrapeGround::lookUp(const DrapeExtent& extent, const osg::observer_ptr<
             mapNode->getTerrain()->getHeight(srs, place.x(), place.y(), &height)) {
             lowest = std::min(lowest, height);
             highest = std::max(highest, height);
-            // What is near the eye counts most: widths in pixels are told apart there.
+            // Places near the eye weigh most: errors of height show most there.
             const double weight = 1.0 / (1.0 + (extent.samples[i] - eye).length2());
             sum += weight * height;
             weights += weight;
@@ -62,7 +62,7 @@ unsigned DrapeGround::lookUp(const DrapeExtent& extent, const osg::observer_ptr<
 osg::Vec3f DrapeGround::heights(double sagitta, double distance) const
 {
     const double spare = kCoarseGround * distance;
-    return osg::Vec3f(float(_heights.x() - spare), float(_heights.y() + spare + sagitta),
-                      float(_heights.z()));
+    return osg::Vec3f(static_cast<float>(_heights.x() - spare),
+                      static_cast<float>(_heights.y() + spare + sagitta), static_cast<float>(_heights.z()));
 }
 } // namespace osgEarth

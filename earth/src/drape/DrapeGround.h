@@ -31,6 +31,6 @@ private:
     bool _looked = false;
     bool _known = false;
     double _relief = kHighest - kLowest;
-    osg::Vec3d _heights{kLowest, kHighest, 0.0}; // lowest, highest and middle height
+    osg::Vec3d _heights{kLowest, kHighest, 0.0}; ///< lowest, highest and middle height
 };
 } // namespace osgEarth

@@ -20,7 +20,7 @@ std::vector<unsigned> signatureOf(const osg::Geometry& geometry)
     for (const osg::Array* array : {geometry.getVertexArray(), geometry.getColorArray()}) {
         signature.push_back(array ? array->getModifiedCount() : ~0u);
         signature.push_back(array ? array->getNumElements() : 0u);
-        signature.push_back(unsigned(reinterpret_cast<size_t>(array)));
+        signature.push_back(static_cast<unsigned>(reinterpret_cast<size_t>(array)));
     }
     for (unsigned i = 0; i < geometry.getNumPrimitiveSets(); ++i) {
         const osg::PrimitiveSet* set = geometry.getPrimitiveSet(i);
@@ -112,7 +112,7 @@ void DrapeableNode::Painter::refresh(const osg::Geometry& geometry, Origin origi
 {
     Entry& entry = _entries[&geometry];
     const bool known = entry.lastSeen != 0 && entry.origin == origin;
-    // What is many is built a few a frame; until its turn comes the old look stays.
+    // Batched shapes are built a few each frame; until its turn comes, a geometry is drawn as it was before.
     const bool waits = !known && origin.bin && _built && std::chrono::steady_clock::now() > _enough;
     if (!known && !waits) {
         const std::vector<DrapeShape> shapes = shapesOf(geometry, origin.localToWorld, origin.lineWidth);
@@ -169,8 +169,8 @@ void DrapeableNode::Painter::draw(Volume& volume, const DrapeView& view, osgUtil
 {
     osg::BoundingSphered ground = volume.mesh.bound;
     ground.radius() += DrapeGround::kHighest;
-    if (cv.isCulled(
-            osg::BoundingSphere(osg::Vec3(ground.center() * view.worldToLocal), float(ground.radius()))))
+    if (cv.isCulled(osg::BoundingSphere(osg::Vec3(ground.center() * view.worldToLocal),
+                                        static_cast<float>(ground.radius()))))
         return;
     if (!volume.ground.isKnown() || volume.ground.isDue(view.frame, kHeightInterval))
         volume.ground.lookUp(volume.mesh, view.map, view.eye, view.frame);
@@ -235,7 +235,7 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
     const osg::Viewport* viewport = cv.getViewport();
     const double yScale = (*cv.getProjectionMatrix())(1, 1); // 1 / tan(half the field of view)
     if (viewport && viewport->height() > 0.0 && yScale > 0.0)
-        _pixel->set(float(2.0 / (yScale * viewport->height())));
+        _pixel->set(static_cast<float>(2.0 / (yScale * viewport->height())));
 
     if (firstInFrame(cv.getCurrentCamera(), cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u)) {
         cv.pushStateSet(_passes->clear.get());
@@ -252,7 +252,7 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
     view.horizon = Horizon(view.eye);
     float pixel = 0.0f;
     _pixel->get(pixel);
-    view.pixel = double(pixel);
+    view.pixel = static_cast<double>(pixel);
     view.frame = cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u;
     view.map = _mapNode;
     cv.pushStateSet(_frame.get());

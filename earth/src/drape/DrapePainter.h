@@ -23,7 +23,7 @@ private:
     struct Volume
     {
         DrapeVolume mesh;
-        osg::ref_ptr<osg::StateSet> state; // colour and heights
+        osg::ref_ptr<osg::StateSet> state; ///< colour and heights
         osg::ref_ptr<osg::Uniform> heights;
         DrapeGround ground;
     };
@@ -33,7 +33,7 @@ private:
         std::vector<unsigned> signature;
         osg::Matrixd localToWorld;
         float lineWidth = 1.0f;
-        std::optional<int> bin; // named by a state set
+        std::optional<int> bin; ///< named by a state set
         bool operator==(const Origin& other) const;
     };
     struct Entry
@@ -57,14 +57,14 @@ private:
     std::map<osg::ref_ptr<const osg::Geometry>, Entry> _entries;
     std::vector<const osg::Geometry*> _order;
     std::map<BatchKey, DrapeBatch> _batches;
-    std::chrono::steady_clock::time_point _enough; // until then shapes are built in this pass
-    bool _built = false;                           // one was
+    std::chrono::steady_clock::time_point _enough; ///< until then shapes are built in this pass
+    bool _built = false;                           ///< one was
     unsigned _pass = 0;
     osg::observer_ptr<MapNode> _mapNode;
     unsigned _lastSearch = 0;
     osg::ref_ptr<DrapePasses> _passes;
     osg::ref_ptr<StencilClear> _clear = new StencilClear();
-    osg::ref_ptr<osg::StateSet> _frame; // metres a pixel
+    osg::ref_ptr<osg::StateSet> _frame; ///< metres a pixel
     osg::ref_ptr<osg::Uniform> _pixel;
 };
 } // namespace osgEarth

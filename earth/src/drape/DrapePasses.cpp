@@ -82,7 +82,7 @@ void main()
 }
 )";
 
-// Of a pass that leaves the colours alone.
+// Fragment shader of the passes that write no colours.
 const char kNoColorShader[] = R"(#version 330 compatibility
 void main() {}
 )";

@@ -57,7 +57,7 @@ void forEachRun(const osg::PrimitiveSet& set, const std::function<void(const std
 {
     std::vector<unsigned> run;
     if (const auto* lengths = dynamic_cast<const osg::DrawArrayLengths*>(&set)) {
-        unsigned at = unsigned(lengths->getFirst());
+        unsigned at = static_cast<unsigned>(lengths->getFirst());
         for (const GLsizei length : *lengths) {
             run.clear();
             for (GLsizei i = 0; i < length; ++i)

@@ -14,7 +14,7 @@ struct DrapeShape
     std::vector<std::array<unsigned, 3>> triangles;
     std::vector<std::array<unsigned, 2>> segments;
     osg::Vec4f color;
-    float lineWidth = 1.0f; // pixels
+    float lineWidth = 1.0f; ///< pixels
 };
 
 /// A shape with less alpha than this would change no pixel.

@@ -1,13 +1,13 @@
 #include "drape/DrapeVolume.h"
+#include "globe/Wgs84.h"
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <osg/CoordinateSystemNode>
 
 namespace osgEarth {
 namespace {
-const double kA = osg::WGS_84_RADIUS_EQUATOR;
-const double kB = osg::WGS_84_RADIUS_POLAR;
+constexpr double kA = wgs84::kEquatorialRadius;
+constexpr double kB = wgs84::kPolarRadius;
 constexpr size_t kMostTriangles = 200000; // guards against shapes of absurd extent
 
 osg::Vec3d upAt(const osg::Vec3d& p)
@@ -44,7 +44,7 @@ void mergePoints(DrapeShape& shape)
     std::vector<osg::Vec3d> merged;
     for (size_t i = 0; i < shape.points.size(); ++i) {
         const osg::Vec3d ground = onEllipsoid(shape.points[i]);
-        const auto inserted = known.emplace(ground, unsigned(merged.size()));
+        const auto inserted = known.emplace(ground, static_cast<unsigned>(merged.size()));
         if (inserted.second)
             merged.push_back(ground);
         target[i] = inserted.first->second;
@@ -69,7 +69,7 @@ public:
     double length2(unsigned a, unsigned b) const { return (_points[a] - _points[b]).length2(); }
     unsigned between(unsigned a, unsigned b)
     {
-        const auto inserted = _known.emplace(std::minmax(a, b), unsigned(_points.size()));
+        const auto inserted = _known.emplace(std::minmax(a, b), static_cast<unsigned>(_points.size()));
         if (inserted.second)
             _points.push_back(middleOnEllipsoid(_points[a], _points[b]));
         return inserted.first->second;
@@ -88,12 +88,12 @@ public:
 
     unsigned add(const osg::Vec3d& ground, const osg::Vec3d& along, double pixels)
     {
-        const unsigned index = unsigned(_positions->size());
+        const unsigned index = static_cast<unsigned>(_positions->size());
         const osg::Vec3d up = upAt(ground);
         for (const float rim : {0.0f, 1.0f}) {
             _positions->push_back(osg::Vec3(ground - _origin));
             _ups->push_back(osg::Vec3(up));
-            _shifts->push_back(osg::Vec4(osg::Vec3(along), float(pixels)));
+            _shifts->push_back(osg::Vec4(osg::Vec3(along), static_cast<float>(pixels)));
             _rims->push_back(rim);
         }
         return index;

@@ -8,10 +8,10 @@ namespace osgEarth {
 struct DrapeExtent
 {
     osg::Vec3d origin;
-    osg::BoundingSphered bound; // of the shape on the ground, geocentric
+    osg::BoundingSphered bound; ///< of the shape on the ground, geocentric
     OccludeePoint occludee;
-    std::vector<osg::Vec3d> samples; // geocentric points where the ground's height matters
-    double sagitta = 0.0;            // metres that the flat faces lie below the round earth at most
+    std::vector<osg::Vec3d> samples; ///< geocentric points where the ground's height matters
+    double sagitta = 0.0;            ///< metres that the flat faces lie below the round earth at most
 };
 
 /// A closed volume that stands on end through the ground under a shape. How
@@ -24,7 +24,7 @@ struct DrapeExtent
 /// their width; texture coordinate 1 = 1 for the upper rim, 0 for the lower.
 struct DrapeVolume : DrapeExtent
 {
-    osg::ref_ptr<osg::Geometry> geometry; // positions from origin, faces turned outward
+    osg::ref_ptr<osg::Geometry> geometry; ///< positions from origin, faces turned outward
 };
 
 /// Edges longer than this are cut, so that flat faces follow the round earth.

@@ -4,7 +4,8 @@
 namespace osgEarth {
 DrapeableNode::DrapeableNode() : _drapingEnabled(true), _painter(new Painter())
 {
-    // Its own test against the view knows that the shapes lie on the ground.
+    // The painter tests each shape where it lies on the ground; the children's own
+    // bounds may be far above or below.
     setCullingActive(false);
 }
 

@@ -5,6 +5,7 @@
 #include "featurelayers/LazyGroup.h"
 #include "featurelayers/LineLayer.h"
 #include "features/OgrFeatureSource.h"
+#include "globe/Wgs84.h"
 #include "layers/ModelDrivers.h"
 #include <osg/LOD>
 #include <osgDB/FileUtils>
@@ -12,8 +13,7 @@
 #include <osgEarth/Notify>
 #include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
 
-namespace osgEarth {
-namespace Drivers {
+namespace osgEarth::Drivers {
 namespace {
 /// Whether the data seems to be there; reading it is left for later.
 Status lookAt(const OGRFeatureOptions& options)
@@ -140,7 +140,7 @@ protected:
             return layer.release();
         osg::ref_ptr<osg::LOD> lod = new osg::LOD();
         lod->setCenterMode(osg::LOD::USER_DEFINED_CENTER);
-        lod->setRadius(osg::WGS_84_RADIUS_EQUATOR);
+        lod->setRadius(static_cast<float>(wgs84::kEquatorialRadius));
         lod->addChild(layer, _options.minRange().value(), _options.maxRange().value());
         return lod.release();
     }
@@ -159,5 +159,4 @@ ModelSource* createFeatureGeomModelSource(const ModelSourceOptions& options)
 namespace {
 const ModelDriver driver("feature_geom", &createFeatureGeomModelSource);
 } // namespace
-} // namespace Drivers
-} // namespace osgEarth
+} // namespace osgEarth::Drivers

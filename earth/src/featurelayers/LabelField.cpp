@@ -6,8 +6,7 @@
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 // More labels than this on a screen of a million pixels hide the map.
 constexpr float kPixelsPerLabel = 8500.0f;
@@ -25,8 +24,8 @@ bool LabelView::project(const osg::Vec3d& world, osg::Vec2f& pixel) const
     const osg::Vec4d clip = osg::Vec4d(world, 1.0) * worldToClip;
     if (!(clip.w() > 0.0) || std::abs(clip.x()) > 1.2 * clip.w() || std::abs(clip.y()) > 1.2 * clip.w())
         return false;
-    pixel.set(float((clip.x() / clip.w() * 0.5 + 0.5) * width),
-              float((clip.y() / clip.w() * 0.5 + 0.5) * height));
+    pixel.set(static_cast<float>((clip.x() / clip.w() * 0.5 + 0.5) * width),
+              static_cast<float>((clip.y() / clip.w() * 0.5 + 0.5) * height));
     return true;
 }
 
@@ -117,7 +116,7 @@ bool LabelField::refreshHeights(const LabelView& view, const Terrain& terrain)
 void LabelField::choose(const LabelView& view)
 {
     const Horizon horizon(view.eye);
-    const size_t most = size_t(std::max(10.0f, view.width * view.height / kPixelsPerLabel));
+    const size_t most = static_cast<size_t>(std::max(10.0f, view.width * view.height / kPixelsPerLabel));
     ScreenOccupancy screen(view.width, view.height);
     std::vector<size_t> next(_active.size(), 0);
     for (const auto& set : _active) {
@@ -147,7 +146,8 @@ void LabelField::choose(const LabelView& view)
         PlaceLabel& label = set.labels[next[best]++];
         const bool before = label.shown;
         label.shown = false;
-        if (float(chosen) >= float(most) * (before ? kStayingShare : 1.0f) || horizon.hides(label.occludee))
+        if (static_cast<float>(chosen) >= static_cast<float>(most) * (before ? kStayingShare : 1.0f) ||
+            horizon.hides(label.occludee))
             continue;
         osg::Vec2f pixel;
         if (!view.project(label.ground + label.up * label.height, pixel))
@@ -166,5 +166,4 @@ void LabelField::choose(const LabelView& view)
         ++chosen;
     }
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

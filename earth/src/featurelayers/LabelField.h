@@ -10,7 +10,7 @@ class Map;
 class Terrain;
 
 namespace Features {
-/// The eye of one frame, as far as labels care.
+/// What the choice of labels needs to know of one frame's camera.
 struct LabelView
 {
     osg::Matrixd worldToClip;
@@ -18,7 +18,7 @@ struct LabelView
     float width = 0.0f, height = 0.0f;
     unsigned frame = 0;
 
-    /// Whether everything stands in the same place on the screen; the depth range does not matter.
+    /// Whether both views put every point at the same pixel; their near and far planes may differ.
     bool sameSight(const LabelView& other) const;
     /// Pixels from the lower left corner; false behind the eye or far outside.
     bool project(const osg::Vec3d& world, osg::Vec2f& pixel) const;
@@ -35,11 +35,11 @@ struct ShownLabel
 struct LabelSet
 {
     LabelLook look;
-    std::vector<PlaceLabel> labels; // by falling priority
+    std::vector<PlaceLabel> labels; ///< by falling priority
     std::shared_ptr<GlyphAtlas> atlas;
     std::vector<ShownLabel> shown;
-    unsigned lastSeen = 0;  // frame in which the layer was culled
-    unsigned selection = 0; // grows when shown changes
+    unsigned lastSeen = 0;  ///< frame in which the layer was culled
+    unsigned selection = 0; ///< grows when shown changes
 };
 
 /// Chooses, for all label layers of a map together, which labels are shown.
@@ -48,7 +48,7 @@ struct LabelSet
 class LabelField : public osg::Referenced
 {
 public:
-    /// The one of that map; made when it has none yet. Any thread.
+    /// The field of that map, made by the first call. Any thread.
     static osg::ref_ptr<LabelField> of(const Map* map);
 
     void add(const std::shared_ptr<LabelSet>& set);
@@ -60,7 +60,7 @@ private:
     bool refreshHeights(const LabelView& view, const Terrain& terrain);
     void choose(const LabelView& view);
 
-    std::mutex _mutex; // guards _sets, which loading threads add to
+    std::mutex _mutex; ///< guards _sets, which loading threads add to
     std::vector<std::weak_ptr<LabelSet>> _sets;
     std::vector<std::shared_ptr<LabelSet>> _active;
     LabelView _lastView;

@@ -10,8 +10,7 @@
 #include <osgEarth/ScreenSpaceLayout>
 #include <osgUtil/CullVisitor>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
@@ -126,8 +125,8 @@ public:
         LabelView view;
         view.worldToClip = *cv->getModelViewMatrix() * *cv->getProjectionMatrix();
         view.eye = osg::Vec3d() * osg::Matrixd::inverse(*cv->getModelViewMatrix());
-        view.width = float(cv->getViewport()->width());
-        view.height = float(cv->getViewport()->height());
+        view.width = static_cast<float>(cv->getViewport()->width());
+        view.height = static_cast<float>(cv->getViewport()->height());
         view.frame = nv.getFrameStamp() ? nv.getFrameStamp()->getFrameNumber() : 0u;
         _set->lastSeen = view.frame;
         _field->update(view, terrainAbove(nv.getNodePath()));
@@ -180,5 +179,4 @@ osg::ref_ptr<osg::Node> makeLabelLayer(const FeatureList& features, const Style&
     field->add(set);
     return new LabelLayerNode(set, field.get());
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -6,8 +6,7 @@
 #include <osg/CoordinateSystemNode>
 #include <osgText/String>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
@@ -22,7 +21,8 @@ LabelLook lookOf(const TextSymbol& symbol)
 {
     LabelLook look;
     if (symbol.size().isSet())
-        look.pixels = unsigned(std::lround(std::clamp(symbol.size()->eval(), kSmallestText, kLargestText)));
+        look.pixels = static_cast<unsigned>(
+            std::lround(std::clamp(symbol.size()->eval(), kSmallestText, kLargestText)));
     if (symbol.alignment().isSet())
         look.alignment = symbol.alignment().value();
     if (symbol.fill().isSet())
@@ -45,7 +45,7 @@ std::vector<PlaceLabel> labelsOf(const FeatureList& features, const TextSymbol& 
     std::vector<PlaceLabel> labels;
     for (const auto& feature : features) {
         const std::string text = feature->eval(content);
-        const float rank = float(feature->eval(priority));
+        const float rank = static_cast<float>(feature->eval(priority));
         if (text.empty())
             continue;
         for (ConstGeometryIterator it(feature->getGeometry()); it.hasMore();) {
@@ -78,11 +78,11 @@ void layOut(PlaceLabel& label, const LabelLook& look, GlyphAtlas& atlas)
     for (const unsigned code : label.codes)
         width += atlas.glyph(code).advance;
 
-    const float size = float(look.pixels), ascent = kAscent * size, descent = kDescent * size;
+    const float size = static_cast<float>(look.pixels), ascent = kAscent * size, descent = kDescent * size;
     const float across = acrossOf(look.alignment);
     const float x = across == 0.0f ? kDotRoom : across == 1.0f ? -width - kDotRoom : -across * width;
     float y = -0.5f * (ascent - descent);
-    // A text in the middle would cover its dot and so goes above it.
+    // A centred text would cover its dot, so it is placed above the dot.
     if (look.alignment == TextSymbol::ALIGN_CENTER_TOP)
         y = -kDotRoom - ascent;
     else if (x < 0.0f && x > -width)
@@ -92,5 +92,4 @@ void layOut(PlaceLabel& label, const LabelLook& look, GlyphAtlas& atlas)
                  std::max(kDotRoom, label.pen.x() + width), std::max(kDotRoom, label.pen.y() + ascent)};
     label.laidOut = true;
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -9,23 +9,22 @@
 #include <string>
 #include <vector>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// One place with its name.
 struct PlaceLabel
 {
     osg::Vec2d lonLat;
-    osg::Vec3d ground; // geocentric, on the ellipsoid
+    osg::Vec3d ground; ///< geocentric, on the ellipsoid
     osg::Vec3d up;
-    double height = 0.0; // of the terrain, as far as it is known
+    double height = 0.0; ///< of the terrain, as far as it is known
     OccludeePoint occludee;
     float priority = 0.0f;
-    std::string text; // UTF-8
+    std::string text; ///< UTF-8
 
     // Filled in when the label is first wanted.
     std::vector<unsigned> codes;
-    ScreenBox box;  // round the place, pixels
-    osg::Vec2f pen; // where the first letter starts, pixels from the place
+    ScreenBox box;  ///< round the place, pixels
+    osg::Vec2f pen; ///< where the first letter starts, pixels from the place
     bool laidOut = false;
     bool shown = false;
 };
@@ -37,7 +36,7 @@ struct LabelLook
     Symbology::TextSymbol::Alignment alignment = Symbology::TextSymbol::ALIGN_LEFT_CENTER;
     osg::Vec4f fill{1.0f, 1.0f, 1.0f, 1.0f};
     osg::Vec4f halo{0.12f, 0.12f, 0.12f, 1.0f};
-    osg::Vec2f shift; // pixels
+    osg::Vec2f shift; ///< pixels
     bool declutter = true;
 };
 
@@ -48,5 +47,4 @@ std::vector<PlaceLabel> labelsOf(const FeatureList& lonLatFeatures, const Symbol
 
 /// Measures the label's text and places it beside, above or below its dot.
 void layOut(PlaceLabel& label, const LabelLook& look, GlyphAtlas& atlas);
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -4,8 +4,7 @@
 #include <osgDB/ReaderWriter>
 #include <osgDB/Registry>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 const char kExtension[] = "ax_background";
 
@@ -37,7 +36,7 @@ LazyGroup::LazyGroup(BackgroundBuild* work)
     options->setObjectCacheHint(osgDB::Options::CACHE_NONE);
     options->setUserData(work);
     _options = options;
-    // It must be met while it is still empty and has no extent.
+    // While the group is empty it has no bound; culling would then never visit it.
     setCullingActive(false);
 }
 
@@ -54,5 +53,4 @@ void LazyGroup::traverse(osg::NodeVisitor& nv)
     }
     osg::Group::traverse(nv);
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

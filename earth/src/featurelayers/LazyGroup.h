@@ -2,8 +2,7 @@
 #include <osg/Group>
 #include <osg/NodeVisitor>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// Work that makes a node away from the frame loop. Run once, on a thread of
 /// the database pager.
 class BackgroundBuild : public osg::Referenced
@@ -31,8 +30,7 @@ protected:
     ~LazyGroup() override = default;
 
 private:
-    osg::ref_ptr<osg::Object> _options; // carries the work to the pager
+    osg::ref_ptr<osg::Object> _options; ///< carries the work to the pager
     osg::ref_ptr<osg::Referenced> _request;
 };
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -12,8 +12,7 @@
 #include <osgEarthSymbology/AltitudeSymbol>
 #include <osgEarthSymbology/LineSymbol>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
@@ -44,7 +43,7 @@ void main()
     vec4 seen = gl_ModelViewMatrix * gl_Vertex;
     vec4 place = gl_ProjectionMatrix * seen;
     vec4 front = gl_ProjectionMatrix * vec4(seen.xyz * (1.0 - nearer), 1.0);
-    // Coming nearer must not push it through the near plane.
+    // The lines are moved towards the eye, but never through the near plane.
     place.z = max(front.z / front.w, min(place.z / place.w, -1.0)) * place.w;
     gl_Position = place;
     gl_FrontColor = gl_Color;
@@ -137,8 +136,8 @@ osg::ref_ptr<LineSquare> makeSquare(const LineCell& cell, const LineLayerData& d
     for (const LonLatLine& run : cell.runs) {
         for (size_t i = 0; i < run.size(); ++i) {
             if (i > 0) {
-                segments->push_back(unsigned(points->size() - 1));
-                segments->push_back(unsigned(points->size()));
+                segments->push_back(static_cast<unsigned>(points->size() - 1));
+                segments->push_back(static_cast<unsigned>(points->size()));
             }
             points->push_back(worldOf(run[i], heights.at(run[i].x(), run[i].y()) + data.style.offset) -
                               origin);
@@ -218,7 +217,7 @@ private:
     {
         const double rim = 1e-9;
         osg::ref_ptr<osg::Group> group = new osg::Group();
-        for (const LineCell& cell : cells[size_t(level) - 1]) {
+        for (const LineCell& cell : cells[static_cast<size_t>(level) - 1]) {
             if (cell.west < west - rim || cell.west > west + size - rim || cell.south < south - rim ||
                 cell.south > south + size - rim)
                 continue;
@@ -283,5 +282,4 @@ osg::ref_ptr<osg::Node> makeLineLayer(const FeatureList& features, const Style& 
     }
     return root;
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

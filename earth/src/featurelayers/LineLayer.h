@@ -5,8 +5,7 @@
 #include <osgEarth/Map>
 #include <osgEarthSymbology/Style>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// Thin lines all over the globe, drawn as coarse as their distance allows:
 /// squares of four sizes, the finer ones made in the background when they
 /// come near. The lines follow the heights of the map's elevation data where
@@ -16,5 +15,4 @@ namespace Features {
 /// Builds the coarsest squares; for a background thread.
 osg::ref_ptr<osg::Node> makeLineLayer(const FeatureList& lonLatFeatures, const Symbology::Style& style,
                                       const osg::observer_ptr<const Map>& map);
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -5,8 +5,7 @@
 #include <map>
 #include <unordered_set>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 constexpr double kRim = 1e-4; // degrees
 
@@ -27,7 +26,7 @@ struct SegmentHash
             hash = (hash ^ bits) * 1099511628211ull;
             hash ^= hash >> 29;
         }
-        return size_t(hash);
+        return static_cast<size_t>(hash);
     }
 };
 
@@ -38,7 +37,8 @@ bool alongRim(const osg::Vec2d& a, const osg::Vec2d& b)
            both(-a.y(), -b.y(), 90.0);
 }
 
-/// From one edge of the map to the other; on the globe both ends lie side by side.
+/// Whether a segment jumps across the antimeridian: its ends lie at opposite edges of the map and close
+/// together on the globe.
 bool acrossMap(const osg::Vec2d& a, const osg::Vec2d& b)
 {
     return std::abs(a.x() - b.x()) > 180.0;
@@ -150,14 +150,14 @@ std::vector<LineCell> cellsOf(const std::vector<LonLatLine>& lines, double size,
         LineCell* current = nullptr;
         for (size_t i = 0; i + 1 < line.size(); ++i) {
             const osg::Vec2d step = line[i + 1] - line[i];
-            const int pieces = std::clamp(int(std::ceil(step.length() / longest)), 1, 100000);
+            const int pieces = std::clamp(static_cast<int>(std::ceil(step.length() / longest)), 1, 100000);
             for (int k = 0; k < pieces; ++k) {
-                const osg::Vec2d a = line[i] + step * (double(k) / pieces);
+                const osg::Vec2d a = line[i] + step * (static_cast<double>(k) / pieces);
                 const osg::Vec2d b =
-                    k + 1 == pieces ? line[i + 1] : line[i] + step * (double(k + 1) / pieces);
+                    k + 1 == pieces ? line[i + 1] : line[i] + step * (static_cast<double>(k + 1) / pieces);
                 const osg::Vec2d middle = (a + b) * 0.5;
-                const std::pair<int, int> key(int(std::floor(middle.x() / size)),
-                                              int(std::floor(middle.y() / size)));
+                const std::pair<int, int> key(static_cast<int>(std::floor(middle.x() / size)),
+                                              static_cast<int>(std::floor(middle.y() / size)));
                 LineCell& cell = cells[key];
                 cell.west = key.first * size;
                 cell.south = key.second * size;
@@ -174,5 +174,4 @@ std::vector<LineCell> cellsOf(const std::vector<LonLatLine>& lines, double size,
         result.push_back(std::move(cell.second));
     return result;
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -5,8 +5,7 @@
 
 /// Plane work on lines in longitude and latitude, before they become drawables.
 /// Pure functions.
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 typedef std::vector<osg::Vec2d> LonLatLine;
 
 /// The lines and outlines of features as runs that draw each segment once:
@@ -31,5 +30,4 @@ struct LineCell
 /// Sorts segments into squares of `size` degrees by their middle; runs are cut
 /// where they change over. Segments longer than `longest` degrees are divided.
 std::vector<LineCell> cellsOf(const std::vector<LonLatLine>& lines, double size, double longest);
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -2,8 +2,7 @@
 #include <osgEarthFeatures/Feature>
 #include <osgEarthFeatures/FeatureCursor>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 std::string AttributeValue::getString() const
 {
     if (!second.set)
@@ -32,7 +31,7 @@ double AttributeValue::getDouble(double defaultValue) const
     case ATTRTYPE_DOUBLE:
         return second.doubleValue;
     case ATTRTYPE_INT:
-        return double(second.intValue);
+        return static_cast<double>(second.intValue);
     case ATTRTYPE_BOOL:
         return second.boolValue ? 1.0 : 0.0;
     default:
@@ -44,7 +43,7 @@ int AttributeValue::getInt(int defaultValue) const
 {
     if (first == ATTRTYPE_INT && second.set)
         return second.intValue;
-    return int(getDouble(defaultValue));
+    return static_cast<int>(getDouble(defaultValue));
 }
 
 bool AttributeValue::getBool(bool defaultValue) const
@@ -194,5 +193,4 @@ void FeatureCursor::fill(FeatureList& output)
         if (Feature* feature = nextFeature())
             output.push_back(feature);
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

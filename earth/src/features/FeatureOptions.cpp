@@ -1,20 +1,45 @@
+#include "base/ConfigKeys.h"
 #include "symbology/OgrGeometry.h"
 #include <osgEarthDrivers/feature_ogr/OGRFeatureOptions>
 #include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
 
 namespace osgEarth {
 namespace {
-void readInterpolation(const Config& conf, optional<GeoInterpolation>& target)
+template <typename Keys, typename Field> void visitInterpolation(Keys& keys, Field& field)
 {
-    conf.getIfSet("geo_interpolation", "great_circle", target, GEOINTERP_GREAT_CIRCLE);
-    conf.getIfSet("geo_interpolation", "rhumb_line", target, GEOINTERP_RHUMB_LINE);
+    keys.choice("geo_interpolation", field,
+                {{"rhumb_line", GEOINTERP_RHUMB_LINE}, {"great_circle", GEOINTERP_GREAT_CIRCLE}});
 }
 
-void writeInterpolation(Config& conf, const optional<GeoInterpolation>& source)
+template <typename Options, typename Keys> void visitFeatureSourceKeys(Options& options, Keys& keys)
 {
-    if (source.isSet())
-        conf.set("geo_interpolation",
-                 std::string(source.value() == GEOINTERP_RHUMB_LINE ? "rhumb_line" : "great_circle"));
+    keys.value("name", options.name());
+    keys.value("fid_attribute", options.fidAttribute());
+    visitInterpolation(keys, options.geoInterp());
+}
+
+template <typename Options, typename Keys> void visitGeometryCompilerKeys(Options& options, Keys& keys)
+{
+    keys.value("max_granularity", options.maxGranularity());
+    visitInterpolation(keys, options.geoInterp());
+}
+
+template <typename Options, typename Keys> void visitFeatureModelSourceKeys(Options& options, Keys& keys)
+{
+    keys.object("features", options.featureOptions());
+    keys.object("styles", options.styles());
+    keys.object("query", options.query());
+    keys.value("lighting", options.enableLighting());
+    keys.value("max_granularity", options.maxGranularity());
+}
+
+template <typename Options, typename Keys> void visitOGRFeatureKeys(Options& options, Keys& keys)
+{
+    keys.value("url", options.url());
+    keys.value("connection", options.connection());
+    keys.value("ogr_driver", options.ogrDriver());
+    keys.value("layer", options.layer());
+    keys.value("srs", options.srs());
 }
 } // namespace
 
@@ -26,9 +51,8 @@ FeatureSourceOptions::FeatureSourceOptions(const ConfigOptions& options) : Drive
 
 void FeatureSourceOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("name", _name);
-    conf.getIfSet("fid_attribute", _fidAttribute);
-    readInterpolation(conf, _geoInterp);
+    KeyReader keys(conf);
+    visitFeatureSourceKeys(*this, keys);
 }
 
 void FeatureSourceOptions::mergeConfig(const Config& conf)
@@ -40,9 +64,8 @@ void FeatureSourceOptions::mergeConfig(const Config& conf)
 Config FeatureSourceOptions::getConfig() const
 {
     Config conf = DriverConfigOptions::getConfig();
-    conf.updateIfSet("name", _name);
-    conf.updateIfSet("fid_attribute", _fidAttribute);
-    writeInterpolation(conf, _geoInterp);
+    KeyWriter keys(conf);
+    visitFeatureSourceKeys(*this, keys);
     return conf;
 }
 
@@ -54,8 +77,8 @@ GeometryCompilerOptions::GeometryCompilerOptions(const ConfigOptions& conf)
 
 void GeometryCompilerOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("max_granularity", _maxGranularity);
-    readInterpolation(conf, _geoInterp);
+    KeyReader keys(conf);
+    visitGeometryCompilerKeys(*this, keys);
 }
 
 void GeometryCompilerOptions::mergeConfig(const Config& conf)
@@ -67,8 +90,8 @@ void GeometryCompilerOptions::mergeConfig(const Config& conf)
 Config GeometryCompilerOptions::getConfig() const
 {
     Config conf = ConfigOptions::getConfig();
-    conf.updateIfSet("max_granularity", _maxGranularity);
-    writeInterpolation(conf, _geoInterp);
+    KeyWriter keys(conf);
+    visitGeometryCompilerKeys(*this, keys);
     return conf;
 }
 
@@ -80,17 +103,12 @@ FeatureModelSourceOptions::FeatureModelSourceOptions(const ConfigOptions& rhs)
 
 void FeatureModelSourceOptions::fromConfig(const Config& conf)
 {
-    const Config* features = conf.child_ptr("features");
-    if (features)
-        _featureOptions = FeatureSourceOptions(ConfigOptions(*features));
-    if (const Config* styles = conf.child_ptr("styles"))
-        _styles = new StyleSheet(*styles);
-    conf.getObjIfSet("query", _query);
-    // A condition written inside the feature source means the same.
-    if (const Config* nested = features && !_query.isSet() ? features->child_ptr("query") : nullptr)
+    KeyReader keys(conf);
+    visitFeatureModelSourceKeys(*this, keys);
+    // A <query> inside <features> stands in for one beside it.
+    const Config* features = _query.isSet() ? nullptr : conf.child_ptr("features");
+    if (const Config* nested = features ? features->child_ptr("query") : nullptr)
         _query = Query(*nested);
-    conf.getIfSet("lighting", _lit);
-    conf.getIfSet("max_granularity", _maxGranularity);
 }
 
 void FeatureModelSourceOptions::mergeConfig(const Config& conf)
@@ -102,14 +120,8 @@ void FeatureModelSourceOptions::mergeConfig(const Config& conf)
 Config FeatureModelSourceOptions::getConfig() const
 {
     Config conf = ModelSourceOptions::getConfig();
-    conf.updateObjIfSet("features", _featureOptions);
-    if (_styles.valid()) {
-        conf.remove("styles");
-        conf.add("styles", _styles->getConfig());
-    }
-    conf.updateObjIfSet("query", _query);
-    conf.updateIfSet("lighting", _lit);
-    conf.updateIfSet("max_granularity", _maxGranularity);
+    KeyWriter keys(conf);
+    visitFeatureModelSourceKeys(*this, keys);
     return conf;
 }
 } // namespace Features
@@ -123,11 +135,8 @@ OGRFeatureOptions::OGRFeatureOptions(const ConfigOptions& opt) : FeatureSourceOp
 
 void OGRFeatureOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("url", _url);
-    conf.getIfSet("connection", _connection);
-    conf.getIfSet("ogr_driver", _ogrDriver);
-    conf.getIfSet("layer", _layer);
-    conf.getIfSet("srs", _srs);
+    KeyReader keys(conf);
+    visitOGRFeatureKeys(*this, keys);
     const std::string wkt = conf.value("geometry");
     if (!wkt.empty())
         _geometry = fromWkt(wkt);
@@ -142,14 +151,11 @@ void OGRFeatureOptions::mergeConfig(const Config& conf)
 Config OGRFeatureOptions::getConfig() const
 {
     Config conf = FeatureSourceOptions::getConfig();
-    conf.updateIfSet("url", _url);
-    // The relative location keeps the place that it is relative to.
+    KeyWriter keys(conf);
+    visitOGRFeatureKeys(*this, keys);
+    // A relative url must keep the file that it is relative to.
     if (_url.isSet())
         conf.mutable_child("url")->setReferrer(_url->context().referrer());
-    conf.updateIfSet("connection", _connection);
-    conf.updateIfSet("ogr_driver", _ogrDriver);
-    conf.updateIfSet("layer", _layer);
-    conf.updateIfSet("srs", _srs);
     if (_geometry.valid())
         conf.set("geometry", toWkt(*_geometry));
     return conf;
@@ -171,9 +177,8 @@ void FeatureGeomModelOptions::mergeConfig(const Config& conf)
 Config FeatureGeomModelOptions::getConfig() const
 {
     Config conf = FeatureModelSourceOptions::getConfig();
-    if (_compilerOptions.maxGranularity().isSet())
-        conf.set("max_granularity", _compilerOptions.maxGranularity().value());
-    writeInterpolation(conf, _compilerOptions.geoInterp());
+    KeyWriter keys(conf);
+    visitGeometryCompilerKeys(_compilerOptions, keys);
     return conf;
 }
 } // namespace Drivers

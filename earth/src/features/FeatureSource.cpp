@@ -1,8 +1,7 @@
 #include "features/OgrFeatureSource.h"
 #include <osgEarthFeatures/FeatureSource>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 const Status& FeatureSource::open(const osgDB::Options* readOptions)
 {
     std::lock_guard<std::mutex> lock(_openMutex);
@@ -19,5 +18,4 @@ FeatureSource* FeatureSourceFactory::create(const FeatureSourceOptions& options)
         return nullptr;
     return new OgrFeatureSource(Drivers::OGRFeatureOptions(options));
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -7,8 +7,7 @@
 #include <osgEarth/Map>
 #include <osgEarthFeatures/GeometryCompiler>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 /// Cuts the segments of a part so that none is longer than `longest` degrees.
 Vec3dVector densified(const Geometry& part, bool closed, double longest)
@@ -23,9 +22,9 @@ Vec3dVector densified(const Geometry& part, bool closed, double longest)
         if (std::abs(next.x() - part[i].x()) > 180.0)
             next.x() += next.x() < part[i].x() ? 360.0 : -360.0;
         const int pieces =
-            int(std::ceil(std::hypot(next.x() - part[i].x(), next.y() - part[i].y()) / longest));
+            static_cast<int>(std::ceil(std::hypot(next.x() - part[i].x(), next.y() - part[i].y()) / longest));
         for (int k = 1; k < pieces && pieces < 100000; ++k)
-            points.push_back(part[i] + (next - part[i]) * (double(k) / pieces));
+            points.push_back(part[i] + (next - part[i]) * (static_cast<double>(k) / pieces));
     }
     return points;
 }
@@ -110,5 +109,4 @@ osg::Node* GeometryCompiler::compile(Feature* feature, const Style& style, const
         features.push_back(feature);
     return compile(features, style, map);
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

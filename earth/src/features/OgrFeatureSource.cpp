@@ -7,8 +7,7 @@
 #include <osgDB/FileUtils>
 #include <osgEarth/StringUtils>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 AttributeType attributeTypeOf(OGRFieldDefnH field)
 {
@@ -51,7 +50,7 @@ int findColumn(OGRFeatureDefnH definition, std::initializer_list<const char*> na
     return -1;
 }
 
-/// A table of text says its numbers are text unless asked to look.
+/// Tells OGR to detect the types of a text table's columns; without it all of them are text.
 GDALDatasetH openWith(const std::string& location, const std::string& onlyDriver)
 {
     const char* const drivers[] = {onlyDriver.c_str(), nullptr};
@@ -152,7 +151,7 @@ Status OgrFeatureSource::chooseLayer()
     else if (_lonField >= 0)
         extent = GeoExtent(srs.get(), -180.0, -90.0, 180.0, 90.0);
     setFeatureProfile(new FeatureProfile(extent));
-    _count = int(OGR_L_GetFeatureCount(_layer, TRUE));
+    _count = static_cast<int>(OGR_L_GetFeatureCount(_layer, TRUE));
     return Status::OK();
 }
 
@@ -258,5 +257,4 @@ FeatureCursor* OgrFeatureSource::createFeatureCursor(const Symbology::Query& que
     }
     return new FeatureListCursor(features);
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

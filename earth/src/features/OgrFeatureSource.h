@@ -4,8 +4,7 @@
 #include <mutex>
 #include <osgEarthDrivers/feature_ogr/OGRFeatureOptions>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// Features from anything OGR opens. The dataset is shared by all cursors, so
 /// each query is read into memory at once under a lock.
 class OgrFeatureSource : public FeatureSource
@@ -39,7 +38,7 @@ private:
 
     const Drivers::OGRFeatureOptions _ogr;
     std::string _location;
-    mutable std::mutex _mutex; // guards the dataset, which is for one thread at a time
+    mutable std::mutex _mutex; ///< guards the dataset, which is for one thread at a time
     std::unique_ptr<void, DatasetCloser> _dataset;
     OGRLayerH _layer = nullptr;
     int _count = -1;
@@ -47,5 +46,4 @@ private:
     Geometry::Type _type = Geometry::TYPE_UNKNOWN;
     std::string _error;
 };
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

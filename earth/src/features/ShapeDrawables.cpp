@@ -5,8 +5,7 @@
 #include <osg/Point>
 #include <osgUtil/Tessellator>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
@@ -36,9 +35,9 @@ osg::ref_ptr<osg::Geometry> makeFill(const Geometry& part, const Color& color)
     osg::ref_ptr<osg::Geometry> geometry = newGeometry(color);
     osg::ref_ptr<osg::Vec3Array> points = new osg::Vec3Array();
     const auto addRing = [&](const Geometry& ring) {
-        const GLint first = GLint(points->size());
+        const GLint first = static_cast<GLint>(points->size());
         points->insert(points->end(), ring.begin(), ring.end());
-        geometry->addPrimitiveSet(new osg::DrawArrays(GL_POLYGON, first, GLsizei(ring.size())));
+        geometry->addPrimitiveSet(new osg::DrawArrays(GL_POLYGON, first, static_cast<GLsizei>(ring.size())));
     };
     addRing(part);
     for (const auto& hole : static_cast<const Polygon&>(part).getHoles())
@@ -55,10 +54,10 @@ osg::ref_ptr<osg::Geometry> makeFill(const Geometry& part, const Color& color)
 void addLine(const Geometry& part, osg::Vec3Array& points, osg::Geometry& geometry)
 {
     const bool closed = dynamic_cast<const Ring*>(&part) != nullptr;
-    const GLint first = GLint(points.size());
+    const GLint first = static_cast<GLint>(points.size());
     points.insert(points.end(), part.begin(), part.end());
     geometry.addPrimitiveSet(
-        new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, first, GLsizei(part.size())));
+        new osg::DrawArrays(closed ? GL_LINE_LOOP : GL_LINE_STRIP, first, static_cast<GLsizei>(part.size())));
 }
 } // namespace
 
@@ -95,7 +94,7 @@ osg::ref_ptr<osg::Node> makeShape(const Geometry& shape, const Style& style)
     }
     if (!dotPoints->empty() && point) {
         dots->setVertexArray(dotPoints.get());
-        dots->addPrimitiveSet(new osg::DrawArrays(GL_POINTS, 0, GLsizei(dotPoints->size())));
+        dots->addPrimitiveSet(new osg::DrawArrays(GL_POINTS, 0, static_cast<GLsizei>(dotPoints->size())));
         dots->getOrCreateStateSet()->setAttributeAndModes(new osg::Point(point->size().value()));
         geode->addDrawable(dots);
     }
@@ -103,5 +102,4 @@ osg::ref_ptr<osg::Node> makeShape(const Geometry& shape, const Style& style)
         return {};
     return geode;
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

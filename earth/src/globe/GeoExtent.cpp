@@ -7,7 +7,7 @@
 
 namespace osgEarth {
 namespace {
-// Longitude noise of this size is rounding, not geography (0.1 mm).
+// Longitudes that differ by less (0.1 mm on the ground) are the same.
 constexpr double kEpsilon = 1e-9;
 
 double wrap180(double lon)

@@ -5,7 +5,6 @@
 #include <cmath>
 
 namespace osgEarth::Util {
-
 Geodetic toGeodetic(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& world)
 {
     Geodetic place;
@@ -34,7 +33,7 @@ osg::Vec3d upAt(const osg::EllipsoidModel& ellipsoid, const osg::Vec3d& world)
 
 osg::Quat frameAt(double latitude, double longitude)
 {
-    // Tilt the z axis down to the latitude, after turning y from east to north.
+    // First turns y from east to north, then tilts the z axis down to the latitude.
     return osg::Quat(osg::PI_2, osg::Vec3d(0, 0, 1)) * osg::Quat(osg::PI_2 - latitude, osg::Vec3d(0, 1, 0)) *
            osg::Quat(longitude, osg::Vec3d(0, 0, 1));
 }
@@ -57,5 +56,4 @@ bool isFinite(const osg::Vec3d& v)
 {
     return std::isfinite(v.x()) && std::isfinite(v.y()) && std::isfinite(v.z());
 }
-
 } // namespace osgEarth::Util

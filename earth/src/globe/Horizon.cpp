@@ -1,14 +1,15 @@
 #include "globe/Horizon.h"
+#include "globe/Wgs84.h"
 
 #include <algorithm>
 #include <cmath>
 
 namespace osgEarth {
 namespace {
-// WGS84 less the depth of the lowest land with room to spare, metres.
+// The occluding ellipsoid is WGS 84 made smaller by more than the depth of the lowest land, metres.
 constexpr double kLowestGround = 2000.0;
-constexpr double kEquatorial = 6378137.0 - kLowestGround;
-constexpr double kPolar = 6356752.314245 - kLowestGround;
+constexpr double kEquatorial = wgs84::kEquatorialRadius - kLowestGround;
+constexpr double kPolar = wgs84::kPolarRadius - kLowestGround;
 
 osg::Vec3d scaleToSphere(const osg::Vec3d& world)
 {

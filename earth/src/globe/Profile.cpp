@@ -1,3 +1,4 @@
+#include "base/ConfigKeys.h"
 #include <osgEarth/Profile>
 #include <osgEarth/Registry>
 #include <osgEarth/TileKey>
@@ -6,6 +7,38 @@
 #include <cmath>
 
 namespace osgEarth {
+namespace {
+constexpr const char* kBoundsKeys[] = {"xmin", "ymin", "xmax", "ymax"};
+
+void visitBounds(KeyReader& keys, optional<Bounds>& bounds)
+{
+    double sides[4] = {};
+    for (size_t i = 0; i < 4; ++i) {
+        if (!keys.config().hasValue(kBoundsKeys[i]))
+            return;
+        sides[i] = keys.config().value(kBoundsKeys[i], 0.0);
+    }
+    bounds = Bounds(sides[0], sides[1], sides[2], sides[3]);
+}
+
+void visitBounds(KeyWriter& keys, const optional<Bounds>& bounds)
+{
+    if (!bounds.isSet())
+        return;
+    const double sides[4] = {bounds->xMin(), bounds->yMin(), bounds->xMax(), bounds->yMax()};
+    for (size_t i = 0; i < 4; ++i)
+        keys.config().set(kBoundsKeys[i], sides[i]);
+}
+
+template <typename Options, typename Keys> void visitProfileKeys(Options& options, Keys& keys)
+{
+    keys.value("srs", options.srsString());
+    visitBounds(keys, options.bounds());
+    keys.value("num_tiles_wide_at_lod_0", options.numTilesWideAtLod0());
+    keys.value("num_tiles_high_at_lod_0", options.numTilesHighAtLod0());
+}
+} // namespace
+
 ProfileOptions::ProfileOptions(const ConfigOptions& options) : ConfigOptions(options)
 {
     fromConfig(_conf);
@@ -23,15 +56,8 @@ Config ProfileOptions::getConfig() const
         conf.key() = "profile";
     if (_namedProfile.isSet())
         conf.value() = _namedProfile.value();
-    conf.updateIfSet("srs", _srs);
-    if (_bounds.isSet()) {
-        conf.set("xmin", _bounds.value().xMin());
-        conf.set("ymin", _bounds.value().yMin());
-        conf.set("xmax", _bounds.value().xMax());
-        conf.set("ymax", _bounds.value().yMax());
-    }
-    conf.updateIfSet("num_tiles_wide_at_lod_0", _tilesWide);
-    conf.updateIfSet("num_tiles_high_at_lod_0", _tilesHigh);
+    KeyWriter keys(conf);
+    visitProfileKeys(*this, keys);
     return conf;
 }
 
@@ -45,12 +71,8 @@ void ProfileOptions::fromConfig(const Config& conf)
 {
     if (!trim(conf.value()).empty())
         _namedProfile = trim(conf.value());
-    conf.getIfSet("srs", _srs);
-    if (conf.hasValue("xmin") && conf.hasValue("ymin") && conf.hasValue("xmax") && conf.hasValue("ymax"))
-        _bounds = Bounds(conf.value<double>("xmin", 0.0), conf.value<double>("ymin", 0.0),
-                         conf.value<double>("xmax", 0.0), conf.value<double>("ymax", 0.0));
-    conf.getIfSet("num_tiles_wide_at_lod_0", _tilesWide);
-    conf.getIfSet("num_tiles_high_at_lod_0", _tilesHigh);
+    KeyReader keys(conf);
+    visitProfileKeys(*this, keys);
 }
 
 Profile::Profile(const GeoExtent& extent, unsigned tilesWide, unsigned tilesHigh)

@@ -28,7 +28,7 @@ Pool& pool()
     return *instance;
 }
 
-// Shared systems only with the pool locked.
+// The pool must be locked while either system is a shared one.
 bool sameSystem(const OGRSpatialReference& a, const OGRSpatialReference& b)
 {
     static const char* const options[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES",

@@ -2,6 +2,7 @@
 #include <osgEarth/SpatialReference>
 
 #include "globe/Ellipsoid.h"
+#include "globe/Wgs84.h"
 
 #include <mutex>
 #include <ogr_spatialref.h>
@@ -25,9 +26,9 @@ struct SpatialReference::Impl
     bool plateCarre = false, mercator = false, northPolar = false, southPolar = false;
     std::string name, wkt, init, vertical, datum;
     Units units = Units::METERS;
-    Ellipsoid ellipsoid{osg::WGS_84_RADIUS_EQUATOR, osg::WGS_84_RADIUS_POLAR};
+    Ellipsoid ellipsoid{wgs84::kEquatorialRadius, wgs84::kPolarRadius};
     osg::ref_ptr<osg::EllipsoidModel> model;
-    osg::ref_ptr<SpatialReference> geographic; // null when the system is its own
+    osg::ref_ptr<SpatialReference> geographic; ///< null when the system is its own
     std::mutex mutex;
     osg::ref_ptr<SpatialReference> geocentric;
 

@@ -1,5 +1,6 @@
 #include "globe/Projector.h"
 #include "globe/SpatialReferenceImpl.h"
+#include "globe/Wgs84.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +11,8 @@ constexpr double kRad = 3.14159265358979323846 / 180.0;
 constexpr double kDeg = 1.0 / kRad;
 // Where spherical Mercator's square ends.
 constexpr double kMercatorLatitude = 85.05112877980659;
-// Spherical Mercator's radius, and the equator's.
-constexpr double kRadius = 6378137.0;
+// Radius of the sphere of spherical Mercator, metres.
+constexpr double kRadius = wgs84::kEquatorialRadius;
 constexpr double kPlateCarreMetres = kRadius * kRad;
 
 double wrapLongitude(double lon, double centre)
@@ -125,7 +126,7 @@ bool SpatialReference::transform(const osg::Vec3d& input, const SpatialReference
         output = input;
         return true;
     }
-    // The per-frame case, without the detour over a vector.
+    // Called for single points in every frame, so it does without a vector.
     if (getGeographicSRS() == out->getGeographicSRS() && _impl->kind != Impl::Kind::Other &&
         out->_impl->kind != Impl::Kind::Other && finite(input)) {
         osg::Vec3d p = input;

@@ -9,7 +9,7 @@
 
 namespace osgEarth {
 namespace {
-// Windows of this many samples on a side are read and kept.
+// Size of the windows of samples that are read and kept for later queries.
 constexpr int kWindowSamples = 256;
 constexpr size_t kMaxWindows = 32;
 } // namespace
@@ -54,7 +54,7 @@ struct ElevationQuery::Impl
                 windows.splice(windows.begin(), windows, w);
                 return answer(windows.front(), lon, lat, cell);
             }
-        // Windows lie on a fixed raster of their own, so that neighbouring queries share them.
+        // Windows start at multiples of their size, so that queries close to each other share one.
         const double size = coarse * kWindowSamples;
         const double west = std::floor((lon + 180.0) / size) * size - 180.0;
         const double south = std::floor((lat + 90.0) / size) * size - 90.0;

@@ -1,3 +1,4 @@
+#include "base/ConfigKeys.h"
 #include <osgEarth/ElevationLayer>
 #include <osgEarth/ImageLayer>
 #include <osgEarth/MapOptions>
@@ -6,6 +7,52 @@
 #include <algorithm>
 
 namespace osgEarth {
+namespace {
+template <typename Options, typename Keys> void visitTerrainLayerKeys(Options& options, Keys& keys)
+{
+    keys.value("name", options.name());
+    keys.value("min_level", options.minLevel());
+    keys.value("max_level", options.maxLevel());
+    keys.value("enabled", options.enabled());
+    keys.value("visible", options.visible());
+}
+
+template <typename Options, typename Keys> void visitImageLayerKeys(Options& options, Keys& keys)
+{
+    keys.value("opacity", options.opacity());
+}
+
+template <typename Options, typename Keys> void visitModelSourceKeys(Options& options, Keys& keys)
+{
+    keys.value("min_range", options.minRange());
+    keys.value("max_range", options.maxRange());
+    keys.value("render_order", options.renderOrder());
+    keys.value("render_bin", options.renderBin());
+}
+
+template <typename Options, typename Keys> void visitModelLayerKeys(Options& options, Keys& keys)
+{
+    keys.value("name", options.name());
+    keys.value("enabled", options.enabled());
+    keys.value("visible", options.visible());
+    keys.value("opacity", options.opacity());
+    keys.value("lighting", options.lightingEnabled());
+}
+
+template <typename Options, typename Keys> void visitMapKeys(Options& options, Keys& keys)
+{
+    keys.value("name", options.name());
+    keys.choice("type", options.coordSysType(),
+                {{"projected", MapOptions::CSTYPE_PROJECTED}, {"geocentric", MapOptions::CSTYPE_GEOCENTRIC}});
+    keys.object("profile", options.profile());
+    keys.choice("elevation_interpolation", options.elevationInterpolation(),
+                {{"nearest", INTERP_NEAREST},
+                 {"average", INTERP_AVERAGE},
+                 {"triangulate", INTERP_TRIANGULATE},
+                 {"bilinear", INTERP_BILINEAR}});
+}
+} // namespace
+
 TerrainLayerOptions::TerrainLayerOptions(const ConfigOptions& options) : ConfigOptions(options)
 {
     fromConfig(_conf);
@@ -22,12 +69,8 @@ Config TerrainLayerOptions::getConfig() const
     Config conf = ConfigOptions::getConfig();
     if (_driver.isSet())
         conf.merge(_driver.value().getConfig());
-    if (!_name.empty())
-        conf.set("name", _name);
-    conf.updateIfSet("min_level", _minLevel);
-    conf.updateIfSet("max_level", _maxLevel);
-    conf.updateIfSet("enabled", _enabled);
-    conf.updateIfSet("visible", _visible);
+    KeyWriter keys(conf);
+    visitTerrainLayerKeys(*this, keys);
     return conf;
 }
 
@@ -39,12 +82,8 @@ void TerrainLayerOptions::mergeConfig(const Config& conf)
 
 void TerrainLayerOptions::fromConfig(const Config& conf)
 {
-    if (conf.hasValue("name"))
-        _name = conf.value("name");
-    conf.getIfSet("min_level", _minLevel);
-    conf.getIfSet("max_level", _maxLevel);
-    conf.getIfSet("enabled", _enabled);
-    conf.getIfSet("visible", _visible);
+    KeyReader keys(conf);
+    visitTerrainLayerKeys(*this, keys);
     if (conf.hasValue("driver") || conf.hasValue("type"))
         _driver = TileSourceOptions(ConfigOptions(conf));
 }
@@ -63,7 +102,8 @@ Config ImageLayerOptions::getConfig() const
 {
     Config conf = TerrainLayerOptions::getConfig();
     conf.key() = "image";
-    conf.updateIfSet("opacity", _opacity);
+    KeyWriter keys(conf);
+    visitImageLayerKeys(*this, keys);
     return conf;
 }
 
@@ -75,7 +115,8 @@ void ImageLayerOptions::mergeConfig(const Config& conf)
 
 void ImageLayerOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("opacity", _opacity);
+    KeyReader keys(conf);
+    visitImageLayerKeys(*this, keys);
 }
 
 ElevationLayerOptions::ElevationLayerOptions(const ConfigOptions& options) : TerrainLayerOptions(options) {}
@@ -93,10 +134,8 @@ ModelSourceOptions::ModelSourceOptions(const ConfigOptions& options) : DriverCon
 Config ModelSourceOptions::getConfig() const
 {
     Config conf = DriverConfigOptions::getConfig();
-    conf.updateIfSet("min_range", _minRange);
-    conf.updateIfSet("max_range", _maxRange);
-    conf.updateIfSet("render_order", _renderOrder);
-    conf.updateIfSet("render_bin", _renderBin);
+    KeyWriter keys(conf);
+    visitModelSourceKeys(*this, keys);
     return conf;
 }
 
@@ -108,10 +147,8 @@ void ModelSourceOptions::mergeConfig(const Config& conf)
 
 void ModelSourceOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("min_range", _minRange);
-    conf.getIfSet("max_range", _maxRange);
-    conf.getIfSet("render_order", _renderOrder);
-    conf.getIfSet("render_bin", _renderBin);
+    KeyReader keys(conf);
+    visitModelSourceKeys(*this, keys);
 }
 
 ModelLayerOptions::ModelLayerOptions(const ConfigOptions& options) : ConfigOptions(options)
@@ -131,11 +168,8 @@ Config ModelLayerOptions::getConfig() const
     if (_driver.isSet())
         conf.merge(_driver.value().getConfig());
     conf.key() = "model";
-    conf.updateIfSet("name", _name);
-    conf.updateIfSet("enabled", _enabled);
-    conf.updateIfSet("visible", _visible);
-    conf.updateIfSet("opacity", _opacity);
-    conf.updateIfSet("lighting", _lighting);
+    KeyWriter keys(conf);
+    visitModelLayerKeys(*this, keys);
     return conf;
 }
 
@@ -147,11 +181,8 @@ void ModelLayerOptions::mergeConfig(const Config& conf)
 
 void ModelLayerOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("name", _name);
-    conf.getIfSet("enabled", _enabled);
-    conf.getIfSet("visible", _visible);
-    conf.getIfSet("opacity", _opacity);
-    conf.getIfSet("lighting", _lighting);
+    KeyReader keys(conf);
+    visitModelLayerKeys(*this, keys);
     if (conf.hasValue("driver") || conf.hasValue("type"))
         _driver = ModelSourceOptions(ConfigOptions(conf));
 }
@@ -165,15 +196,8 @@ Config MapOptions::getConfig() const
 {
     Config conf = ConfigOptions::getConfig();
     conf.key() = "options";
-    conf.updateIfSet("name", _name);
-    if (_type.isSet())
-        conf.set("type", std::string(_type == CSTYPE_PROJECTED ? "projected" : "geocentric"));
-    conf.updateObjIfSet("profile", _profile);
-    if (_interpolation.isSet())
-        conf.set("elevation_interpolation", std::string(_interpolation == INTERP_NEAREST       ? "nearest"
-                                                        : _interpolation == INTERP_AVERAGE     ? "average"
-                                                        : _interpolation == INTERP_TRIANGULATE ? "triangulate"
-                                                                                               : "bilinear"));
+    KeyWriter keys(conf);
+    visitMapKeys(*this, keys);
     if (_cachePath.isSet()) {
         Config cache("cache");
         cache.add("type", "filesystem");
@@ -192,14 +216,8 @@ void MapOptions::mergeConfig(const Config& conf)
 
 void MapOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("name", _name);
-    conf.getIfSet("type", "projected", _type, CSTYPE_PROJECTED);
-    conf.getIfSet("type", "geocentric", _type, CSTYPE_GEOCENTRIC);
-    conf.getObjIfSet("profile", _profile);
-    conf.getIfSet("elevation_interpolation", "nearest", _interpolation, INTERP_NEAREST);
-    conf.getIfSet("elevation_interpolation", "average", _interpolation, INTERP_AVERAGE);
-    conf.getIfSet("elevation_interpolation", "bilinear", _interpolation, INTERP_BILINEAR);
-    conf.getIfSet("elevation_interpolation", "triangulate", _interpolation, INTERP_TRIANGULATE);
+    KeyReader keys(conf);
+    visitMapKeys(*this, keys);
     if (const Config* cache = conf.child_ptr("cache")) {
         optional<URI> path;
         if (cache->getIfSet("path", path))

@@ -102,7 +102,7 @@ struct Map::Impl
             callback->onMapModelChanged(change);
     }
 
-    // Whether heights count has changed with the layer's visibility.
+    // Hidden elevation layers give no heights: hiding or showing one changes the ground.
     struct ToggleCallback : public ElevationLayerCallback
     {
         explicit ToggleCallback(Map* owner) : map(owner) {}

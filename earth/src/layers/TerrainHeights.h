@@ -24,6 +24,6 @@ public:
     double at(double lonDeg, double latDeg) const;
 
 private:
-    std::vector<std::shared_ptr<const HeightWindow>> _windows; // the ones to ask first come first
+    std::vector<std::shared_ptr<const HeightWindow>> _windows; ///< the ones to ask first come first
 };
 } // namespace osgEarth

@@ -17,7 +17,7 @@ bool MapFile::read(std::istream& in, const std::string& file, std::string& out_c
     Config root;
     if (!root.fromXML(in, &out_cause))
         return false;
-    // The name that very old files use.
+    // Very old files call the root element <earth>.
     if (root.key() != "map" && root.key() != "earth") {
         out_cause = "its root element is <" + root.key() + ">, not <map>";
         return false;

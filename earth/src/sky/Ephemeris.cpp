@@ -1,3 +1,4 @@
+#include "globe/Wgs84.h"
 #include <osgEarthUtil/Ephemeris>
 
 #include <cmath>
@@ -5,9 +6,7 @@
 
 namespace osgEarth::Util {
 namespace {
-
 constexpr double kAstronomicalUnit = 149597870700.0; // metres, IAU 2012
-constexpr double kEarthRadius = 6378137.0;           // metres, of which the moon's parallax speaks
 constexpr double kJ2000 = 946728000.0;               // 2000-01-01 12:00 UTC in Unix time
 
 double radians(double degrees)
@@ -25,13 +24,13 @@ double cosDegrees(double degrees)
     return std::cos(radians(degrees));
 }
 
-/** Days since noon of 1 January 2000. */
+/// Days since noon of 1 January 2000.
 double daysSinceJ2000(const DateTime& dt)
 {
     return (static_cast<double>(dt.asTimeStamp()) - kJ2000) / 86400.0;
 }
 
-/** Ecliptic longitude and latitude (degrees) to right ascension and declination (radians). */
+/// Ecliptic longitude and latitude (degrees) to right ascension and declination (radians).
 void eclipticToEquator(double longitude, double latitude, double days, double& ra, double& decl)
 {
     const double obliquity = 23.439 - 0.0000004 * days;
@@ -41,7 +40,6 @@ void eclipticToEquator(double longitude, double latitude, double days, double& r
     ra = std::atan2(cosDegrees(obliquity) * y - sinDegrees(obliquity) * z, x);
     decl = std::asin(sinDegrees(obliquity) * y + cosDegrees(obliquity) * z);
 }
-
 } // namespace
 
 double Ephemeris::siderealAngle(const DateTime& dt)
@@ -83,12 +81,11 @@ osg::Vec3d Ephemeris::getMoonPositionECEF(const DateTime& dt) const
     double ra = 0.0;
     double decl = 0.0;
     eclipticToEquator(longitude, latitude, n, ra, decl);
-    return getECEFfromRADecl(ra - siderealAngle(dt), decl, kEarthRadius / sinDegrees(parallax));
+    return getECEFfromRADecl(ra - siderealAngle(dt), decl, wgs84::kEquatorialRadius / sinDegrees(parallax));
 }
 
 osg::Vec3d Ephemeris::getECEFfromRADecl(double ra, double decl, double range) const
 {
     return osg::Vec3d(std::cos(decl) * std::cos(ra), std::cos(decl) * std::sin(ra), std::sin(decl)) * range;
 }
-
 } // namespace osgEarth::Util

@@ -6,7 +6,6 @@
 #include <osgEarthUtil/Sky>
 
 namespace osgEarth::Util {
-
 struct SkyNode::Parts
 {
     osg::ref_ptr<Ephemeris> ephemeris = new Ephemeris;
@@ -22,7 +21,6 @@ struct SkyNode::Parts
 };
 
 namespace {
-
 void setVisible(osg::Node& node, bool visible)
 {
     node.setNodeMask(visible ? ~0u : 0u);
@@ -32,7 +30,6 @@ bool isVisible(const osg::Node& node)
 {
     return node.getNodeMask() != 0;
 }
-
 } // namespace
 
 SkyNode* SkyNode::create(MapNode* mapNode)
@@ -209,5 +206,4 @@ void SkyNode::releaseGLObjects(osg::State* state) const
     _parts->background->releaseGLObjects(state);
     osg::Group::releaseGLObjects(state);
 }
-
 } // namespace osgEarth::Util

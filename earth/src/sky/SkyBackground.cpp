@@ -13,7 +13,6 @@
 
 namespace osgEarth::Util {
 namespace {
-
 // Drawn in this order, all before bin 0.
 constexpr int kStarsBin = -1003;
 constexpr int kBodiesBin = -1002;
@@ -27,7 +26,7 @@ constexpr double kRimFrom = 20e3;
 constexpr double kDomeOpaqueTo = 15e3;
 constexpr double kDomeTo = 120e3;
 
-/** Height of the eye over the ellipsoid, in a space in which the ellipsoid is a sphere. */
+/// Height of the eye over the ellipsoid, in a space in which the ellipsoid is a sphere.
 const char* const kEyeSource = R"(#version 330 compatibility
 uniform mat4 osg_ViewMatrixInverse;
 uniform vec2 ax_globe; // equatorial radius, and what stretches the polar one to it
@@ -109,7 +108,7 @@ in vec4 color;
 void main() { gl_FragColor = color; }
 )";
 
-/** Draws a node only while the eye is between two heights above the ellipsoid, metres. */
+/// Draws a node only while the eye is between two heights above the ellipsoid, metres.
 class ShownBetween : public osg::NodeCallback
 {
 public:
@@ -131,7 +130,7 @@ private:
     const double _to;
 };
 
-/** Belongs to the background: counts in no bound, is never culled. */
+/// Belongs to the background: counts in no bound, is never culled.
 class NoBound : public osg::Drawable::ComputeBoundingBoxCallback
 {
 public:
@@ -169,7 +168,7 @@ void setGlobe(osg::Node& node, const osg::EllipsoidModel& ellipsoid)
     node.getOrCreateStateSet()->addUniform(new osg::Uniform("ax_globe", osg::Vec2(a, a / b)));
 }
 
-/** One circle of a band: the second and third coordinate of its points, and their colour. */
+/// One circle of a band: the second and third coordinate of its points, and their colour.
 struct Circle
 {
     float y;
@@ -246,7 +245,6 @@ osg::MatrixTransform* makeDisc(const char* name, const std::vector<Halo>& rings)
     setUp(*place, name, kBodySource, kBodiesBin);
     return place;
 }
-
 } // namespace
 
 osg::Group* makeBackground()
@@ -260,7 +258,7 @@ osg::Group* makeBackground()
     state->setMode(GL_DEPTH_TEST, SA::OFF | SA::PROTECTED);
     state->setMode(GL_CULL_FACE, SA::OFF | SA::PROTECTED);
     state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false), SA::OFF | SA::PROTECTED);
-    // The window's own alpha stays opaque.
+    // Alpha has blend factors of its own that keep the window opaque.
     state->setAttributeAndModes(
         new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA),
         SA::ON | SA::PROTECTED);
@@ -308,7 +306,7 @@ osg::Node* makeAtmosphere(const osg::EllipsoidModel& ellipsoid)
     group->setName("Atmosphere");
     setGlobe(*group, ellipsoid);
 
-    // It reaches in behind the globe so that no gap opens between them.
+    // The rim begins a little below the globe's edge, so that no gap shows between them.
     osg::Node* rim = makeBands({{-60e3f, 0.0f, {0.62f, 0.80f, 1.0f, 0.85f}},
                                 {0.0f, 0.0f, {0.62f, 0.80f, 1.0f, 0.80f}},
                                 {20e3f, 0.0f, {0.45f, 0.68f, 1.0f, 0.55f}},
@@ -331,11 +329,10 @@ osg::Node* makeAtmosphere(const osg::EllipsoidModel& ellipsoid)
     dome->setName("Dome");
     setUp(*dome, "Dome", kDomeSource, kAtmosphereBin);
     group->addChild(gate(dome, ellipsoid, kDomeOpaqueTo, kDomeTo));
-    // Down where people work nothing shines through it, and blending is half of its cost.
+    // Near the ground the daylight dome is opaque. Blending is half of its cost, so it is off there.
     osg::Node* day = gate(dome, ellipsoid, -1e12, kDomeOpaqueTo);
     day->getOrCreateStateSet()->setMode(GL_BLEND, osg::StateAttribute::OFF | osg::StateAttribute::PROTECTED);
     group->addChild(day);
     return group;
 }
-
 } // namespace osgEarth::Util

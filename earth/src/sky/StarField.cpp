@@ -9,13 +9,12 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Marsaglia's xorshift (Journal of Statistical Software 8, 2003); std's distributions differ between
- * libraries. */
+/// Marsaglia's xorshift (Journal of Statistical Software 8, 2003); std's distributions differ between
+/// libraries.
 class Dice
 {
 public:
-    /** Even in [0, 1). */
+    /// Even in [0, 1).
     double roll()
     {
         _state ^= _state << 13;
@@ -27,7 +26,6 @@ public:
 private:
     std::uint64_t _state = 0x9E3779B97F4A7C15u;
 };
-
 } // namespace
 
 std::vector<Star> makeStarField(unsigned count)
@@ -57,5 +55,4 @@ std::vector<Star> makeStarField(unsigned count)
     }
     return stars;
 }
-
 } // namespace osgEarth::Util

@@ -154,7 +154,7 @@ bool GdalRaster::placeOnMap(GDALDataset& dataset, std::string& out_cause)
     }
     const bool placed = dataset.GetGeoTransform(_grid.toSrs) == CE_None && !identity(_grid.toSrs);
     if (!placed && stated.valid()) {
-        // A bare picture fills the profile that the map file gives it.
+        // A picture without georeference covers the profile that the map file gives it.
         const GeoExtent& e = stated->getExtent();
         const double g[6] = {e.west(), e.width() / _grid.width,   0.0, e.north(),
                              0.0,      -e.height() / _grid.height};
@@ -236,7 +236,7 @@ void GdalRaster::measureStretch(GDALDataset& dataset)
                 valid.push_back(v);
         if (valid.empty())
             continue;
-        // Outliers may clip; 1 % at either end.
+        // The darkest and the brightest 1 % of the values may clip.
         const auto rank = [&](double share) {
             const auto n = static_cast<std::ptrdiff_t>(share * static_cast<double>(valid.size() - 1));
             std::nth_element(valid.begin(), valid.begin() + n, valid.end());
@@ -244,7 +244,7 @@ void GdalRaster::measureStretch(GDALDataset& dataset)
         };
         _channels.low[i] = rank(0.01);
         _channels.high[i] = rank(0.99);
-        // Wider words may still hold plain bytes.
+        // Files of 16 or 32 bits a value may still use values from 0 to 255 only.
         if (_channels.low[i] >= 0.0 && _channels.high[i] <= 255.0 &&
             band->GetRasterDataType() != GDT_Float32 && band->GetRasterDataType() != GDT_Float64) {
             _channels.low[i] = 0.0;

@@ -30,12 +30,14 @@ std::optional<double> HeightWindow::heightAt(double lonDeg, double latDeg) const
         if (!wgs84->transform2D(lonDeg, latDeg, _srs.get(), x, y))
             return std::nullopt;
     }
-    // The turn that rounding finds is none for nearly all of the many thousand samples of a tile.
+    // Brings x within half a turn of the window's centre. Nearly no sample needs it, so std::round is called
+    // for those only.
     if (std::abs(_centreLongitude - x) > 180.0 && (_geographic || _srs->isGeographic()))
         x += 360.0 * std::round((_centreLongitude - x) / 360.0);
     const double column = _fromSource[0] + _fromSource[1] * x + _fromSource[2] * y;
     const double row = _fromSource[3] + _fromSource[4] * x + _fromSource[5] * y;
-    // A hair over the rim is rounding, not outside. Written so that NaN is outside.
+    // Positions up to kHair beyond the rim are rounding errors and count as inside. The negated
+    // comparison takes NaN for outside.
     constexpr double kHair = 1e-6;
     if (!(column >= -kHair && column <= _columns + kHair && row >= -kHair && row <= _rows + kHair))
         return std::nullopt;

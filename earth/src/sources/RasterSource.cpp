@@ -17,7 +17,7 @@ namespace osgEarth {
 namespace {
 // A window of more samples than this is a request gone wrong, not a tile.
 constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
-// Less than any picture shows, more than rounding.
+// Tolerance for positions, pixels: more than rounding errors, less than can be seen.
 constexpr double kHair = 1e-4;
 constexpr double kDegreesPerMetre = 1.0 / 111319.49079327358;
 } // namespace

@@ -189,7 +189,7 @@ struct Tap
 
 Tap tapAt(double position, double scale, int limit, bool wraps, int origin, int count)
 {
-    // A hair over the rim is rounding, not outside.
+    // Positions slightly beyond the rim are rounding errors and count as inside.
     if (!(position >= -1e-6 && position <= limit + 1e-6) && !wraps)
         return {};
     if (!std::isfinite(position))

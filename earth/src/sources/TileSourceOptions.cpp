@@ -1,6 +1,26 @@
+#include "base/ConfigKeys.h"
 #include <osgEarth/TileSource>
+#include <osgEarthDrivers/gdal/GDALOptions>
+#include <osgEarthDrivers/tms/TMSOptions>
+#include <osgEarthDrivers/xyz/XYZOptions>
 
 namespace osgEarth {
+namespace {
+template <typename Options, typename Keys> void visitTileSourceKeys(Options& options, Keys& keys)
+{
+    keys.value("url", options.url());
+    keys.value("tile_size", options.tileSize());
+    keys.value("nodata_value", options.noDataValue());
+    keys.value("min_valid_value", options.minValidValue());
+    keys.value("max_valid_value", options.maxValidValue());
+    keys.alias("nodata_min", options.minValidValue());
+    keys.alias("nodata_max", options.maxValidValue());
+    keys.object("profile", options.profile());
+    keys.value("max_data_level", options.maxDataLevel());
+    keys.value("cache_path", options.cachePath());
+}
+} // namespace
+
 TileSourceOptions::TileSourceOptions(const ConfigOptions& options) : DriverConfigOptions(options)
 {
     fromConfig(_conf);
@@ -9,14 +29,8 @@ TileSourceOptions::TileSourceOptions(const ConfigOptions& options) : DriverConfi
 Config TileSourceOptions::getConfig() const
 {
     Config conf = DriverConfigOptions::getConfig();
-    conf.updateIfSet("url", _url);
-    conf.updateIfSet("tile_size", _tileSize);
-    conf.updateIfSet("nodata_value", _noDataValue);
-    conf.updateIfSet("min_valid_value", _minValidValue);
-    conf.updateIfSet("max_valid_value", _maxValidValue);
-    conf.updateObjIfSet("profile", _profile);
-    conf.updateIfSet("max_data_level", _maxDataLevel);
-    conf.updateIfSet("cache_path", _cachePath);
+    KeyWriter keys(conf);
+    visitTileSourceKeys(*this, keys);
     return conf;
 }
 
@@ -28,15 +42,80 @@ void TileSourceOptions::mergeConfig(const Config& conf)
 
 void TileSourceOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("url", _url);
-    conf.getIfSet("tile_size", _tileSize);
-    conf.getIfSet("nodata_value", _noDataValue);
-    conf.getIfSet("min_valid_value", _minValidValue);
-    conf.getIfSet("max_valid_value", _maxValidValue);
-    conf.getIfSet("nodata_min", _minValidValue);
-    conf.getIfSet("nodata_max", _maxValidValue);
-    conf.getObjIfSet("profile", _profile);
-    conf.getIfSet("max_data_level", _maxDataLevel);
-    conf.getIfSet("cache_path", _cachePath);
+    KeyReader keys(conf);
+    visitTileSourceKeys(*this, keys);
 }
+
+namespace Drivers {
+namespace {
+template <typename Options, typename Keys> void visitGDALKeys(Options& options, Keys& keys)
+{
+    keys.value("connection", options.connection());
+    keys.value("subdataset", options.subDataSet());
+    keys.choice("interpolation", options.interpolation(),
+                {{"nearest", INTERP_NEAREST}, {"bilinear", INTERP_BILINEAR}, {"average", INTERP_AVERAGE}});
+}
+} // namespace
+
+GDALOptions::GDALOptions(const TileSourceOptions& options) : TileSourceOptions(options)
+{
+    setDriver("gdal");
+    KeyReader keys(_conf);
+    visitGDALKeys(*this, keys);
+}
+
+Config GDALOptions::getConfig() const
+{
+    Config conf = TileSourceOptions::getConfig();
+    KeyWriter keys(conf);
+    visitGDALKeys(*this, keys);
+    return conf;
+}
+
+namespace {
+template <typename Options, typename Keys> void visitTMSKeys(Options& options, Keys& keys)
+{
+    keys.value("tms_type", options.tmsType());
+    keys.value("format", options.format());
+}
+} // namespace
+
+TMSOptions::TMSOptions(const TileSourceOptions& options) : TileSourceOptions(options)
+{
+    setDriver("tms");
+    KeyReader keys(_conf);
+    visitTMSKeys(*this, keys);
+}
+
+Config TMSOptions::getConfig() const
+{
+    Config conf = TileSourceOptions::getConfig();
+    KeyWriter keys(conf);
+    visitTMSKeys(*this, keys);
+    return conf;
+}
+
+namespace {
+template <typename Options, typename Keys> void visitXYZKeys(Options& options, Keys& keys)
+{
+    keys.value("invert_y", options.invertY());
+    keys.value("format", options.format());
+}
+} // namespace
+
+XYZOptions::XYZOptions(const TileSourceOptions& options) : TileSourceOptions(options)
+{
+    setDriver("xyz");
+    KeyReader keys(_conf);
+    visitXYZKeys(*this, keys);
+}
+
+Config XYZOptions::getConfig() const
+{
+    Config conf = TileSourceOptions::getConfig();
+    KeyWriter keys(conf);
+    visitXYZKeys(*this, keys);
+    return conf;
+}
+} // namespace Drivers
 } // namespace osgEarth

@@ -6,8 +6,7 @@
 #include <osgEarthSymbology/Color>
 #include <utility>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 const Color Color::White(1.0f, 1.0f, 1.0f);
 const Color Color::Silver(0xc0c0c0ffu);
 const Color Color::Gray(0x808080ffu);
@@ -42,7 +41,7 @@ const std::pair<const char*, const Color*> kNames[] = {
 
 unsigned byteOf(float value)
 {
-    return unsigned(std::lround(std::clamp(value, 0.0f, 1.0f) * 255.0f));
+    return static_cast<unsigned>(std::lround(std::clamp(value, 0.0f, 1.0f) * 255.0f));
 }
 } // namespace
 
@@ -50,7 +49,7 @@ Color::Color(const Color& rgb, float alpha) : osg::Vec4f(rgb.r(), rgb.g(), rgb.b
 
 Color::Color(unsigned value, Format format)
 {
-    const auto part = [value](int shift) { return float((value >> shift) & 0xffu) / 255.0f; };
+    const auto part = [value](int shift) { return static_cast<float>((value >> shift) & 0xffu) / 255.0f; };
     if (format == RGBA)
         set(part(24), part(16), part(8), part(0));
     else
@@ -81,7 +80,7 @@ bool Color::parse(const std::string& text, Color& output, Format format)
         return false;
     if (digits.size() == 6)
         digits = format == RGBA ? digits + "ff" : "ff" + digits;
-    output = Color(unsigned(std::stoul(digits, nullptr, 16)), format);
+    output = Color(static_cast<unsigned>(std::stoul(digits, nullptr, 16)), format);
     return true;
 }
 
@@ -104,5 +103,4 @@ Color Color::brightness(float factor) const
     const auto scaled = [factor](float v) { return std::clamp(v * factor, 0.0f, 1.0f); };
     return Color(scaled(r()), scaled(g()), scaled(b()), a());
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

@@ -1,8 +1,7 @@
 #include <osgEarth/StringUtils>
 #include <osgEarthSymbology/CssUtils>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 namespace {
 const char kNameless[] = "default";
 
@@ -86,5 +85,4 @@ void CssUtils::split(const std::string& css, std::vector<std::string>& output)
     for (const Block& block : blocksOf(css))
         output.push_back(block.name + " {" + block.body + "}");
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

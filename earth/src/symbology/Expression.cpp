@@ -6,8 +6,7 @@
 #include <osgEarthSymbology/Expression>
 #include <sstream>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 /// Recursive descent over sum := product (+|- product)*, product := factor
 /// (*|/|% factor)*, writing the expression in postfix order.
 class NumericExpressionParser
@@ -118,7 +117,7 @@ private:
         auto& vars = _target._vars;
         auto known = std::find_if(vars.begin(), vars.end(), [&](const auto& v) { return v.first == name; });
         if (known == vars.end()) {
-            vars.emplace_back(name, unsigned(vars.size()));
+            vars.emplace_back(name, static_cast<unsigned>(vars.size()));
             known = vars.end() - 1;
         }
         emit(Op::Attribute, known->second);
@@ -184,7 +183,7 @@ double NumericExpression::eval() const
         if (atom.op == Op::Operand)
             stack.push_back(atom.value);
         else if (atom.op == Op::Attribute)
-            stack.push_back(_values[size_t(atom.value)]);
+            stack.push_back(_values[static_cast<size_t>(atom.value)]);
         else {
             const double b = stack.back();
             stack.pop_back();
@@ -259,7 +258,7 @@ void StringExpression::addVariable(const std::string& name)
 {
     auto known = std::find_if(_vars.begin(), _vars.end(), [&](const auto& v) { return v.first == name; });
     if (known == _vars.end()) {
-        _vars.emplace_back(name, unsigned(_vars.size()));
+        _vars.emplace_back(name, static_cast<unsigned>(_vars.size()));
         _values.emplace_back();
         known = _vars.end() - 1;
     }
@@ -286,5 +285,4 @@ const std::string& StringExpression::eval() const
         _result += piece.attribute ? _values[piece.slot] : piece.text;
     return _result;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

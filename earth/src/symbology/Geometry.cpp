@@ -2,8 +2,7 @@
 #include <cmath>
 #include <osgEarthSymbology/Geometry>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 Geometry::~Geometry() = default;
 PointSet::~PointSet() = default;
 LineString::~LineString() = default;
@@ -246,9 +245,9 @@ Polygon::Polygon(const Polygon& rhs) : Ring(rhs)
 
 int Polygon::getTotalPointCount() const
 {
-    int total = int(size());
+    int total = static_cast<int>(size());
     for (const auto& hole : _holes)
-        total += int(hole->size());
+        total += static_cast<int>(hole->size());
     return total;
 }
 
@@ -401,5 +400,4 @@ Geometry* GeometryIterator::next()
     settle();
     return current;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

@@ -2,8 +2,7 @@
 #include "base/Gdal.h"
 #include "symbology/OgrGeometry.h"
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 using Features::fromOgr;
 using Features::OgrGeometryPtr;
 using Features::toOgr;
@@ -81,5 +80,4 @@ bool Geometry::intersects(const Geometry* other) const
            OGR_G_Intersects(static_cast<OGRGeometryH>(left.get()), static_cast<OGRGeometryH>(right.get())) !=
                0;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

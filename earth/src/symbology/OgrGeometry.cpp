@@ -2,14 +2,13 @@
 #include "base/Gdal.h"
 #include <cpl_conv.h>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
 void addPoints(OGRGeometryH target, const Geometry& source, bool close)
 {
-    OGR_G_SetPointCount(target, int(source.size() + (close ? 1u : 0u)));
+    OGR_G_SetPointCount(target, static_cast<int>(source.size() + (close ? 1u : 0u)));
     int i = 0;
     for (const osg::Vec3d& p : source)
         OGR_G_SetPoint(target, i++, p.x(), p.y(), p.z());
@@ -30,7 +29,7 @@ Vec3dVector pointsOf(OGRGeometryH geometry)
 {
     Vec3dVector points;
     const int count = OGR_G_GetPointCount(geometry);
-    points.reserve(size_t(count));
+    points.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i)
         points.emplace_back(OGR_G_GetX(geometry, i), OGR_G_GetY(geometry, i), OGR_G_GetZ(geometry, i));
     return points;
@@ -154,5 +153,4 @@ osg::ref_ptr<Geometry> fromWkt(const std::string& wkt)
         return {};
     return fromOgr(static_cast<OGRGeometryH>(OgrGeometryPtr(made).get()));
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -5,8 +5,7 @@
 
 /// The one place where geometry goes to OGR and comes back. Coordinates are
 /// copied as they are, x and y first; rings are closed there and open here.
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 struct OgrGeometryDeleter
 {
     void operator()(void* geometry) const { OGR_G_DestroyGeometry(static_cast<OGRGeometryH>(geometry)); }
@@ -22,5 +21,4 @@ osg::ref_ptr<Symbology::Geometry> fromOgr(OGRGeometryH geometry);
 /// Well-known text and back; empty or null when it cannot be done.
 std::string toWkt(const Symbology::Geometry& geometry);
 osg::ref_ptr<Symbology::Geometry> fromWkt(const std::string& wkt);
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

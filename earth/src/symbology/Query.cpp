@@ -1,7 +1,6 @@
 #include <osgEarthSymbology/Query>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 Query::Query(const Config& conf)
 {
     conf.getIfSet("expr", _expression);
@@ -40,5 +39,4 @@ Config Query::getConfig() const
     }
     return conf;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

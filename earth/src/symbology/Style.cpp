@@ -6,8 +6,7 @@
 #include <osgEarthSymbology/CssUtils>
 #include <osgEarthSymbology/Style>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 Style::Style(const std::string& name) : _name(name) {}
 
 Style::Style(const Config& conf) : _name(conf.value("name"))
@@ -97,5 +96,4 @@ void Style::fromSLD(const Config& properties)
                                       "\" is ignored");
     }
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

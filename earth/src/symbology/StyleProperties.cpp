@@ -6,8 +6,7 @@
 #include <osgEarth/URI>
 #include <vector>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 namespace {
 /// One row a property: how it is read into a style and written from one.
 struct Property
@@ -158,7 +157,7 @@ bool readStrokeWidth(const Config& c, Style& style)
         !(units.isLinear() || units.isScreenSize()))
         return false;
     Stroke& stroke = style.getOrCreate<LineSymbol>()->stroke().mutable_value();
-    stroke.width() = float(width);
+    stroke.width() = static_cast<float>(width);
     stroke.widthUnits() = units;
     return true;
 }
@@ -203,13 +202,14 @@ Property offsetProperty(const char* name, size_t axis, optional<osg::Vec2s>& (S:
                 int value = 0;
                 if (!readNumber(unquoted(c.value()), value) || value < -32768 || value > 32767)
                     return false;
-                (style.getOrCreate<S>()->*member)().mutable_value()[unsigned(axis)] = short(value);
+                (style.getOrCreate<S>()->*member)().mutable_value()[static_cast<unsigned>(axis)] =
+                    short(value);
                 return true;
             },
             [=](const Style& style) -> std::string {
                 S* symbol = const_cast<Style&>(style).get<S>();
                 return symbol && (symbol->*member)().isSet()
-                           ? osgEarth::toString((symbol->*member)().value()[unsigned(axis)])
+                           ? osgEarth::toString((symbol->*member)().value()[static_cast<unsigned>(axis)])
                            : std::string();
             }};
 }
@@ -365,5 +365,4 @@ std::string writeStyleProperties(const Style& style)
     }
     return css;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

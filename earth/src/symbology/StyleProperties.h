@@ -2,8 +2,7 @@
 #include <osgEarthSymbology/Style>
 #include <string>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 /// What became of one style property.
 enum class PropertyResult
 {
@@ -19,5 +18,4 @@ PropertyResult readStyleProperty(const Config& property, Style& style, const cha
 
 /// "name: value;" for every property that is set.
 std::string writeStyleProperties(const Style& style);
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

@@ -1,7 +1,6 @@
 #include <osgEarthSymbology/StyleSelector>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 StyleSelector::StyleSelector(const Config& conf) : _name(conf.value("name"))
 {
     conf.getIfSet("style", _styleName);
@@ -25,5 +24,4 @@ Config StyleSelector::getConfig() const
     conf.updateObjIfSet("query", _query);
     return conf;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

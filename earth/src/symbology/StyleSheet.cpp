@@ -1,8 +1,7 @@
 #include <osgEarthSymbology/CssUtils>
 #include <osgEarthSymbology/StyleSheet>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 StyleSheet::StyleSheet(const Config& conf)
 {
     for (const Config& child : conf.children("selector"))
@@ -57,5 +56,4 @@ Config StyleSheet::getConfig() const
         conf.add(selector.getConfig());
     return conf;
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

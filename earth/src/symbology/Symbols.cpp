@@ -1,8 +1,7 @@
 #include "symbology/StyleProperties.h"
 #include <osgEarthSymbology/Style>
 
-namespace osgEarth {
-namespace Symbology {
+namespace osgEarth::Symbology {
 PolygonSymbol::PolygonSymbol(const PolygonSymbol& rhs, const osg::CopyOp& copyop)
     : Symbol(rhs, copyop), _fill(rhs._fill)
 {
@@ -83,5 +82,4 @@ void TextSymbol::parseSLD(const Config& property, Style& style)
 {
     readStyleProperty(property, style, "text");
 }
-} // namespace Symbology
-} // namespace osgEarth
+} // namespace osgEarth::Symbology

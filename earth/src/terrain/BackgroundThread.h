@@ -1,14 +1,8 @@
-#ifndef OSGEARTH_TERRAIN_BACKGROUND_THREAD_H
-#define OSGEARTH_TERRAIN_BACKGROUND_THREAD_H 1
-
+#pragma once
 namespace osgEarth {
-/**
- * Gives the calling thread a lower priority, once and for all: a frame that is
- * being drawn goes first, and tiles are made in the time between. It still gets
- * its share of a busy processor, so that a picture is always completed. Where
- * the system has no priorities of threads, nothing happens.
- */
+/// Gives the calling thread a lower priority, once and for all: a frame that is
+/// being drawn goes first, and tiles are made in the time between. It still gets
+/// its share of a busy processor, so that a picture is always completed. Where
+/// the system has no priorities of threads, nothing happens.
 void makeThisThreadYieldToFrames();
 } // namespace osgEarth
-
-#endif

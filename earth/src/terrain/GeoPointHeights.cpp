@@ -1,7 +1,8 @@
 #include <osgEarth/GeoData>
 #include <osgEarth/Terrain>
 
-// The part of GeoPoint that asks the ground; points as such know no terrain.
+// The operations of GeoPoint that need terrain heights stand here, because points
+// themselves belong to a room that does not know the terrain.
 namespace osgEarth {
 bool GeoPoint::transformZ(const AltitudeMode& altMode, const TerrainResolver* terrain)
 {

@@ -1,16 +1,14 @@
-#ifndef OSGEARTH_TERRAIN_HEIGHT_RASTER_H
-#define OSGEARTH_TERRAIN_HEIGHT_RASTER_H 1
-
+#pragma once
 #include <algorithm>
 #include <cstddef>
 #include <vector>
 
 namespace osgEarth {
-/** Length of a degree of latitude on the mean of the ellipsoid, rounded; for levels of detail and slopes, not
- * for positions. */
+/// Length of a degree of latitude on the mean of the ellipsoid, rounded; for levels of detail and slopes, not
+/// for positions.
 constexpr double kMetresPerDegree = 111320.0;
 
-/** Geographic rectangle of a tile, degrees. */
+/// Geographic rectangle of a tile, degrees.
 struct TileBounds
 {
     double west = 0.0;
@@ -22,11 +20,9 @@ struct TileBounds
     double height() const { return north - south; }
 };
 
-/**
- * Heights in metres on a regular geographic grid over a tile, row 0 in the
- * south, with `margin` further samples beyond each edge so that slopes at
- * the edge agree with the neighbour's.
- */
+/// Heights in metres on a regular geographic grid over a tile, row 0 in the
+/// south, with `margin` further samples beyond each edge so that slopes at
+/// the edge agree with the neighbour's.
 class HeightRaster
 {
 public:
@@ -37,15 +33,15 @@ public:
     {
     }
 
-    /** Samples along a side, both edges included, margin not. */
+    /// Samples along a side, both edges included, margin not.
     int size() const { return _size; }
     int margin() const { return _margin; }
 
-    /** Column from the west and row from the south, each from -margin to size - 1 + margin. */
+    /// Column from the west and row from the south, each from -margin to size - 1 + margin.
     float& at(int column, int row) { return _heights[index(column, row)]; }
     float at(int column, int row) const { return _heights[index(column, row)]; }
 
-    /** Bilinear height at (u, v), each 0 to 1 from the south-west corner. */
+    /// Bilinear height at (u, v), each 0 to 1 from the south-west corner.
     double interpolate(double u, double v) const
     {
         const double x = std::clamp(u, 0.0, 1.0) * (_size - 1);
@@ -72,5 +68,3 @@ private:
     std::vector<float> _heights;
 };
 } // namespace osgEarth
-
-#endif

@@ -33,7 +33,7 @@ public:
 };
 } // namespace
 
-/** Keeps the model groups in step with the map. */
+/// Keeps the model groups in step with the map.
 class MapNode::LayerWatch : public MapCallback
 {
 public:
@@ -155,7 +155,7 @@ void MapNode::onModelLayerRemoved(ModelLayer* layer)
 
 osg::BoundingSphere MapNode::computeBound() const
 {
-    // Tiles come and go; the globe stays, and with it the bounds.
+    // The bound is the globe's and does not depend on which tiles are resident.
     osg::BoundingSphere bounds = _engine->getBound();
     bounds.expandBy(_models->getBound());
     return bounds;

@@ -1,6 +1,29 @@
+#include "base/ConfigKeys.h"
 #include <osgEarth/MapNodeOptions>
 
 namespace osgEarth {
+namespace {
+template <typename Options, typename Keys> void visitTerrainKeys(Options& options, Keys& keys)
+{
+    keys.value("vertical_scale", options.verticalScale());
+    keys.value("tile_size", options.tileSize());
+    keys.value("min_tile_range_factor", options.minTileRangeFactor());
+    keys.value("min_lod", options.minLOD());
+    keys.alias("min_level", options.minLOD());
+    keys.value("max_lod", options.maxLOD());
+    keys.alias("max_level", options.maxLOD());
+    keys.value("first_lod", options.firstLOD());
+    keys.alias("first_level", options.firstLOD());
+    keys.value("lighting", options.enableLighting());
+}
+
+template <typename Options, typename Keys> void visitMapNodeKeys(Options& options, Keys& keys)
+{
+    keys.value("lighting", options.enableLighting());
+    keys.value("cache_only", options.cacheOnly());
+}
+} // namespace
+
 TerrainOptions::TerrainOptions(const ConfigOptions& options) : DriverConfigOptions(options)
 {
     fromConfig(_conf);
@@ -10,13 +33,8 @@ Config TerrainOptions::getConfig() const
 {
     Config conf = DriverConfigOptions::getConfig();
     conf.key() = "terrain";
-    conf.updateIfSet("vertical_scale", _verticalScale);
-    conf.updateIfSet("tile_size", _tileSize);
-    conf.updateIfSet("min_tile_range_factor", _minTileRangeFactor);
-    conf.updateIfSet("min_lod", _minLOD);
-    conf.updateIfSet("max_lod", _maxLOD);
-    conf.updateIfSet("first_lod", _firstLOD);
-    conf.updateIfSet("lighting", _enableLighting);
+    KeyWriter keys(conf);
+    visitTerrainKeys(*this, keys);
     return conf;
 }
 
@@ -28,16 +46,8 @@ void TerrainOptions::mergeConfig(const Config& conf)
 
 void TerrainOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("vertical_scale", _verticalScale);
-    conf.getIfSet("tile_size", _tileSize);
-    conf.getIfSet("min_tile_range_factor", _minTileRangeFactor);
-    conf.getIfSet("min_lod", _minLOD);
-    conf.getIfSet("min_level", _minLOD);
-    conf.getIfSet("max_lod", _maxLOD);
-    conf.getIfSet("max_level", _maxLOD);
-    conf.getIfSet("first_lod", _firstLOD);
-    conf.getIfSet("first_level", _firstLOD);
-    conf.getIfSet("lighting", _enableLighting);
+    KeyReader keys(conf);
+    visitTerrainKeys(*this, keys);
 }
 
 MapNodeOptions::MapNodeOptions(const Config& conf) : ConfigOptions(conf)
@@ -51,8 +61,8 @@ Config MapNodeOptions::getConfig() const
 {
     Config conf = ConfigOptions::getConfig();
     conf.key() = "options";
-    conf.updateIfSet("lighting", _enableLighting);
-    conf.updateIfSet("cache_only", _cacheOnly);
+    KeyWriter keys(conf);
+    visitMapNodeKeys(*this, keys);
     const Config terrain = _terrain.getConfig();
     conf.remove("terrain");
     if (!terrain.children().empty())
@@ -68,8 +78,8 @@ void MapNodeOptions::mergeConfig(const Config& conf)
 
 void MapNodeOptions::fromConfig(const Config& conf)
 {
-    conf.getIfSet("lighting", _enableLighting);
-    conf.getIfSet("cache_only", _cacheOnly);
+    KeyReader keys(conf);
+    visitMapNodeKeys(*this, keys);
     conf.child("cache_policy").getIfSet("usage", "cache_only", _cacheOnly, true);
     if (const Config* terrain = conf.child_ptr("terrain"))
         _terrain = TerrainOptions(ConfigOptions(*terrain));

@@ -7,16 +7,16 @@
 
 namespace osgEarth {
 namespace {
-/** Light from the north-west, 45 degrees high: the convention of relief maps. */
+/// Light from the north-west, 45 degrees high: the convention of relief maps.
 const osg::Vec3f kLight(-0.5f, 0.5f, 0.70710678f);
-/** How far shade may move a colour; beyond this the picture under it is lost. */
+/// How far shade may move a colour; beyond this the picture under it is lost.
 constexpr float kStrength = 0.75f;
 constexpr float kDarkest = 0.5f;
 constexpr float kLightest = 1.35f;
-/** Sample spacing, metres, up to which slopes are shaded as they are. */
+/// Sample spacing, metres, up to which slopes are shaded as they are.
 constexpr float kTrueSlopeSpacing = 250.0f;
 
-/** Wide spacing flattens slopes; without this the Alps vanish from a view of the whole globe. */
+/// Wide spacing flattens slopes; without this the Alps vanish from a view of the whole globe.
 float exaggeration(float spacing)
 {
     return std::clamp(std::sqrt(spacing / kTrueSlopeSpacing), 1.0f, 6.0f);

@@ -1,29 +1,23 @@
-#ifndef OSGEARTH_TERRAIN_RELIEF_SHADE_H
-#define OSGEARTH_TERRAIN_RELIEF_SHADE_H 1
-
+#pragma once
 #include "terrain/HeightRaster.h"
 
 #include <vector>
 
 namespace osgEarth {
-/**
- * How much lighter or darker relief makes the ground, as a factor for its
- * colour: 1 on level ground, above 1 on slopes that face the light in the
- * north-west, below 1 on those that turn away. The light belongs to the map
- * and not to the sun, so that hills read the same at any hour.
- */
+/// How much lighter or darker relief makes the ground, as a factor for its
+/// colour: 1 on level ground, above 1 on slopes that face the light in the
+/// north-west, below 1 on those that turn away. The light belongs to the map
+/// and not to the sun, so that hills read the same at any hour.
 class ReliefShade
 {
 public:
-    /** Needs a raster with a margin of at least one sample. */
+    /// Needs a raster with a margin of at least one sample.
     ReliefShade(const TileBounds& bounds, const HeightRaster& raster);
 
-    /**
-     * Fills in the factors of a row of evenly spaced places, at least two, from
-     * the west edge to the east edge, v (0 to 1) from the south edge; bilinear.
-     */
+    /// Fills in the factors of a row of evenly spaced places, at least two, from
+    /// the west edge to the east edge, v (0 to 1) from the south edge; bilinear.
     void factorsAlong(float v, std::vector<float>& factors) const;
-    /** Whether the tile is level throughout, so that every factor is 1. */
+    /// Whether the tile is level throughout, so that every factor is 1.
     bool isLevel() const { return _level; }
 
 private:
@@ -32,5 +26,3 @@ private:
     std::vector<float> _factors;
 };
 } // namespace osgEarth
-
-#endif

@@ -33,11 +33,9 @@ void store(double height, double* aboveMSL, double* aboveEllipsoid)
         *aboveEllipsoid = height;
 }
 
-/**
- * Turns an event's position into the window's pixels, y upwards. Events carry
- * the range that their positions are meant in; before the first event that
- * range says nothing, and positions are pixels.
- */
+/// Turns an event's position into the window's pixels, y upwards. Events carry
+/// the range that their positions are meant in; before the first event that
+/// range says nothing, and positions are pixels.
 void toWindow(osg::View* view, float mx, float my, double& x, double& y)
 {
     x = mx;

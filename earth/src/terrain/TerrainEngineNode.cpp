@@ -1,6 +1,7 @@
 #include <osgEarth/TerrainEngineNode>
 
 #include "globe/PickRay.h"
+#include "globe/Wgs84.h"
 #include "terrain/TileNode.h"
 #include "terrain/TileRefresher.h"
 #include "terrain/TileScene.h"
@@ -36,10 +37,10 @@ void main()
 }
 )";
 
-/** Radius of a sphere that holds the globe and everything on the ground, metres. */
-constexpr float kGlobeRadius = 6378137.0f + 10000.0f;
+/// Radius of a sphere that holds the globe and everything on the ground, metres.
+constexpr float kGlobeRadius = static_cast<float>(wgs84::kEquatorialRadius + 10000.0);
 
-/** Brings the two tiles of the coarsest level through the pager, as all others. */
+/// Brings the two tiles of the coarsest level through the pager, as all others.
 class RootTiles : public osg::PagedLOD
 {
 public:
@@ -97,11 +98,11 @@ public:
     osg::ref_ptr<RootTiles> roots;
     TileRefresher refresher;
     osg::ref_ptr<LayerWatch> watch;
-    /** Set by layer callbacks, honoured on the next update, so that a burst of changes costs one refresh. */
+    /// Set by layer callbacks, honoured on the next update, so that a burst of changes costs one refresh.
     bool refreshWanted = false;
 };
 
-/** Any change of what the ground shows makes the tiles anew. */
+/// Any change of what the ground shows makes the tiles anew.
 class TerrainEngineNode::LayerWatch : public MapCallback
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace osgEarth {
 namespace {
-/** Pictures are made this share of a tile's radius before the tile comes into view. */
+/// Pictures are made this share of a tile's radius before the tile comes into view.
 constexpr double kAhead = 0.3;
 } // namespace
 

@@ -1,4 +1,5 @@
 #include "terrain/TileContent.h"
+#include "globe/Wgs84.h"
 
 #include "layers/LayerHeights.h"
 #include "terrain/ReliefShade.h"
@@ -11,20 +12,21 @@
 
 namespace osgEarth {
 namespace {
-/** Cells along a side of the mesh grid. */
+/// Cells along a side of the mesh grid.
 constexpr int kMeshCells = 64;
-/** Heights are sampled twice as densely: the shade shows them, and they tell what the mesh hides. */
+/// Heights are sampled twice as densely as the mesh: for the shade, and to measure what detail the mesh
+/// leaves out.
 constexpr int kRasterSize = 2 * kMeshCells + 1;
-/** A mesh may differ from its grid by this many texels of its level, at its worst point. */
+/// A mesh may differ from its grid by this many texels of its level, at its worst point.
 constexpr double kMeshToleranceTexels = 1.5;
-/** Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky
- * Mountains. */
+/// Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky
+/// Mountains.
 constexpr double kTypicalShare = 0.35;
-/** Skirts cover what two adjacent borders may differ by: their tolerances and one level's detail. */
+/// Skirts cover what two adjacent borders may differ by: their tolerances and one level's detail.
 constexpr double kSkirtTexels = 3.0;
-/** Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface. */
+/// Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface.
 constexpr double kCellsPerSourceCell = 8.0;
-/** A coarse source is bent to meet a finer one within this many of its own cells. */
+/// A coarse source is bent to meet a finer one within this many of its own cells.
 constexpr double kBlendCells = 1.5;
 
 double texelMetres(const TileBounds& bounds)
@@ -88,13 +90,13 @@ bool covers(const TerrainLayer& layer, const TileBounds& bounds)
            data.north > bounds.south;
 }
 
-/** What a map's sources have to say about the ground of one tile. */
+/// What a map's sources have to say about the ground of one tile.
 struct TileHeights
 {
     HeightStack stack;
-    /** Whether the stack holds every source's own samples. */
+    /// Whether the stack holds every source's own samples.
     bool fullResolution = false;
-    /** Whether deeper tiles would resolve the sources better. */
+    /// Whether deeper tiles would resolve the sources better.
     bool refinable = false;
 };
 
@@ -130,7 +132,7 @@ TileHeights readHeights(const TileKey& key, const TileBounds& bounds, const Tile
     return heights;
 }
 
-/** Whether the layer's samples are closer together than `cell` degrees inside the tile. */
+/// Whether the layer's samples are closer together than `cell` degrees inside the tile.
 bool isFinerThan(const TerrainLayer& layer, const TileBounds& bounds, double cell)
 {
     const double resolution = layer.getDataResolution();
@@ -144,10 +146,8 @@ bool pictureIsRefinable(const TileSources& sources, const TileBounds& bounds)
     return std::any_of(sources.images.begin(), sources.images.end(), finer) ||
            std::any_of(sources.elevations.begin(), sources.elevations.end(), finer);
 }
-/**
- * Height, metres, by which deeper tiles may rise above this one's samples:
- * the bounds must hold them, or they would be culled with their parent.
- */
+/// Height, metres, by which deeper tiles may rise above this one's samples:
+/// the bounds must hold them, or they would be culled with their parent.
 double headroom(const TileContent& content)
 {
     constexpr double kCoarse = 3000.0;
@@ -220,7 +220,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     if (read.fullResolution)
         content->sourceHeights = read.stack;
 
-    const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * 6378137.0);
+    const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * wgs84::kEquatorialRadius);
     const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
     content->geometricError = kTypicalShare * content->mesh.simplificationError + hidden + sagitta;
     content->bulk = bulkOf(*content);

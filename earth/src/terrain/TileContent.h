@@ -1,6 +1,4 @@
-#ifndef OSGEARTH_TERRAIN_TILE_CONTENT_H
-#define OSGEARTH_TERRAIN_TILE_CONTENT_H 1
-
+#pragma once
 #include "globe/Horizon.h"
 #include "terrain/HeightRaster.h"
 #include "terrain/HeightStack.h"
@@ -19,24 +17,24 @@
 #include <vector>
 
 namespace osgEarth {
-/** A tile's picture and the rectangle it covers, which may be an ancestor's. */
+/// A tile's picture and the rectangle it covers, which may be an ancestor's.
 struct TileTexture
 {
     osg::ref_ptr<osg::StateSet> state;
     TileBounds bounds;
     unsigned level = 0;
-    /** Whether some layer has more to show below this level. */
+    /// Whether some layer has more to show below this level.
     bool refinable = true;
 };
 
-/** Where a tile and all deeper ones in its place can be, for tests of visibility. */
+/// Where a tile and all deeper ones in its place can be, for tests of visibility.
 struct TileBulk
 {
     osg::BoundingSphered sphere;
     OccludeePoint occludee;
 };
 
-/** All that a tile is made of. Immutable once made, shared between threads. */
+/// All that a tile is made of. Immutable once made, shared between threads.
 struct TileContent
 {
     TileKey key;
@@ -44,51 +42,47 @@ struct TileContent
     TileMesh mesh;
     TileBulk bulk;
     TileTexture texture;
-    /** Whether the picture is an ancestor's although the tile's own would show more. */
+    /// Whether the picture is an ancestor's although the tile's own would show more.
     bool borrowsPicture = false;
-    /** The mesh's grid; answers height queries where no window does. */
+    /// The mesh's grid; answers height queries where no window does.
     HeightRaster heights;
-    /** Source samples at full resolution; empty on coarse levels. */
+    /// Source samples at full resolution; empty on coarse levels.
     HeightStack sourceHeights;
-    /** Metres by which deeper tiles differ from this one's mesh, typically (root mean square, estimated). */
+    /// Metres by which deeper tiles differ from this one's mesh, typically (root mean square, estimated).
     double geometricError = 0.0;
-    /** Whether deeper tiles would show anything that this one does not. */
+    /// Whether deeper tiles would show anything that this one does not.
     bool refinable = true;
-    /** Of the layers, as the tile was made; see TileScene. */
+    /// Of the layers, as the tile was made; see TileScene.
     int revision = 0;
 
-    /** Ground height at a place inside the tile, degrees to metres. */
+    /// Ground height at a place inside the tile, degrees to metres.
     double heightAt(double longitude, double latitude) const;
 };
 
-/** The layers of a map as they stand when a tile is made. */
+/// The layers of a map as they stand when a tile is made.
 struct TileSources
 {
     explicit TileSources(const Map& map);
 
-    /** Bottom layer first. */
+    /// Bottom layer first.
     std::vector<osg::ref_ptr<ImageLayer>> images;
-    /** Finest first. */
+    /// Finest first.
     std::vector<osg::ref_ptr<ElevationLayer>> elevations;
 };
 
 TileBounds boundsOf(const TileKey& key);
 
-/** Deepest level at all: tiles of 0.15 m a texel. */
+/// Deepest level at all: tiles of 0.15 m a texel.
 constexpr unsigned kDeepestLevel = 19;
 
-/** Answers whether a tile in that place is worth a picture of its own. */
+/// Answers whether a tile in that place is worth a picture of its own.
 using PictureWish = std::function<bool(const TileBulk&)>;
 
-/**
- * Makes a tile: reads heights, builds the mesh and composes the picture, or
- * takes over `parent`'s picture when that already shows all there is or the
- * tile's own is not wished for. Runs on any thread; may wait for files and the
- * network.
- */
+/// Makes a tile: reads heights, builds the mesh and composes the picture, or
+/// takes over `parent`'s picture when that already shows all there is or the
+/// tile's own is not wished for. Runs on any thread; may wait for files and the
+/// network.
 std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const TileSources& sources,
                                                    const std::optional<TileTexture>& parent,
                                                    const PictureWish& wishesPicture, int revision);
 } // namespace osgEarth
-
-#endif

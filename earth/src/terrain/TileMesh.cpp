@@ -1,6 +1,7 @@
 #include "terrain/TileMesh.h"
 
 #include "globe/Ellipsoid.h"
+#include "globe/Wgs84.h"
 
 #include <osg/Math>
 
@@ -23,7 +24,7 @@ GridPoint middle(GridPoint a, GridPoint b)
     return {(a.x + b.x) / 2, (a.y + b.y) / 2};
 }
 
-/** A triangle of the bintree: hypotenuse from a to b, right angle at c, clockwise from above. */
+/// A triangle of the bintree: hypotenuse from a to b, right angle at c, clockwise from above.
 struct Triangle
 {
     GridPoint a;
@@ -256,8 +257,8 @@ double measureHiddenDetail(const HeightRaster& raster)
 
 osg::Vec3d geodeticToWorld(double longitude, double latitude, double height)
 {
-    static const Ellipsoid wgs84(6378137.0, 6356752.314245179);
-    return wgs84.toGeocentric(osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height);
+    static const Ellipsoid ellipsoid(wgs84::kEquatorialRadius, wgs84::kPolarRadius);
+    return ellipsoid.toGeocentric(osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height);
 }
 
 TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, double tolerance,
@@ -266,7 +267,7 @@ TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, dou
     TileMesh mesh;
     Builder(bounds, raster, mesh).run(tolerance, skirtDepth);
     mesh.hiddenDetail = measureHiddenDetail(raster);
-    // Hundreds of meshes stay in memory.
+    // Gives back spare capacity, because hundreds of meshes stay in memory.
     mesh.positions.shrink_to_fit();
     mesh.normals.shrink_to_fit();
     mesh.unit.shrink_to_fit();

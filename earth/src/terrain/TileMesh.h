@@ -1,6 +1,4 @@
-#ifndef OSGEARTH_TERRAIN_TILE_MESH_H
-#define OSGEARTH_TERRAIN_TILE_MESH_H 1
-
+#pragma once
 #include "terrain/HeightRaster.h"
 
 #include <osg/Vec2f>
@@ -11,42 +9,36 @@
 #include <vector>
 
 namespace osgEarth {
-/**
- * The triangles of one tile. Positions are geocentric metres relative to
- * `origin`, so that single precision suffices however large the globe is.
- */
+/// The triangles of one tile. Positions are geocentric metres relative to
+/// `origin`, so that single precision suffices however large the globe is.
 struct TileMesh
 {
     osg::Vec3d origin;
     std::vector<osg::Vec3f> positions;
     std::vector<osg::Vec3f> normals;
-    /** 0 to 1 across the tile from its south-west corner. */
+    /// 0 to 1 across the tile from its south-west corner.
     std::vector<osg::Vec2f> unit;
-    /** Three indices a triangle, anticlockwise from outside; the skirt's follow the surface's. */
+    /// Three indices a triangle, anticlockwise from outside; the skirt's follow the surface's.
     std::vector<std::uint16_t> indices;
-    /** How many of the indices belong to the surface. */
+    /// How many of the indices belong to the surface.
     std::size_t surfaceIndexCount = 0;
-    /** Largest distance, metres, between the mesh and its grid. */
+    /// Largest distance, metres, between the mesh and its grid.
     double simplificationError = 0.0;
-    /** What the next finer grid adds, metres, root mean square. */
+    /// What the next finer grid adds, metres, root mean square.
     double hiddenDetail = 0.0;
     double minHeight = 0.0;
     double maxHeight = 0.0;
 };
 
-/** Geocentric position of a geographic one, degrees and metres, on the WGS84 ellipsoid. */
+/// Geocentric position of a geographic one, degrees and metres, on the WGS84 ellipsoid.
 osg::Vec3d geodeticToWorld(double longitude, double latitude, double height);
 
-/**
- * Triangulates a tile with right-angled triangles, halving them along their
- * longest edge only where a halving moves the surface by more than
- * `tolerance` metres (the restricted bintree of ROAM terrain). The raster
- * holds twice the mesh grid's resolution: its size is 2 * 2^k + 1. A skirt of
- * `skirtDepth` metres hangs from the border and hides what adjacent tiles'
- * borders differ by.
- */
+/// Triangulates a tile with right-angled triangles, halving them along their
+/// longest edge only where a halving moves the surface by more than
+/// `tolerance` metres (the restricted bintree of ROAM terrain). The raster
+/// holds twice the mesh grid's resolution: its size is 2 * 2^k + 1. A skirt of
+/// `skirtDepth` metres hangs from the border and hides what adjacent tiles'
+/// borders differ by.
 TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, double tolerance,
                        double skirtDepth);
 } // namespace osgEarth
-
-#endif

@@ -13,10 +13,9 @@ namespace {
 constexpr unsigned kOwnGeometry = 0;
 constexpr unsigned kQuarters = 1;
 
-/** A texel may cover this many pixels before the next level is fetched. */
+/// A texel may cover this many pixels before the next level is fetched.
 constexpr double kTexelPixels = 1.5;
-/** The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
- */
+/// The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
 constexpr double kSurfacePixels = 2.5;
 constexpr std::size_t kClusterIndices = 3 * 32;
 } // namespace
@@ -97,7 +96,7 @@ void TileNode::clusterTriangles()
 {
     _clusters.clear();
     const TileMesh& mesh = _content->mesh;
-    // Skirts count: where neighbours differ in detail, one of them is what the pixel shows.
+    // Skirts are hit too: where adjacent tiles differ in detail, a skirt can be what is seen at that pixel.
     for (std::size_t first = 0; first < mesh.indices.size(); first += kClusterIndices) {
         const std::size_t last = std::min(first + kClusterIndices, mesh.indices.size());
         osg::BoundingBoxd box;

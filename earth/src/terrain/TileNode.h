@@ -1,6 +1,4 @@
-#ifndef OSGEARTH_TERRAIN_TILE_NODE_H
-#define OSGEARTH_TERRAIN_TILE_NODE_H 1
-
+#pragma once
 #include "globe/PickRay.h"
 #include "terrain/TileContent.h"
 #include "terrain/TileScene.h"
@@ -11,7 +9,7 @@
 #include <memory>
 
 namespace osgEarth {
-/** What the pager brings when a tile asked for a picture of its own. */
+/// What the pager brings when a tile asked for a picture of its own.
 class TileNews : public osg::Group
 {
 public:
@@ -19,14 +17,12 @@ public:
     const std::shared_ptr<const TileContent> content;
 };
 
-/**
- * One tile of the quadtree: its own geometry as the first child and, once the
- * pager has brought it, a group of its four quarters as the second. A quarter
- * that nobody sees shows its parent's picture until it comes into view.
- *
- * Created on a pager thread with its content; joins the scene and is read on
- * the update and cull traversals only.
- */
+/// One tile of the quadtree: its own geometry as the first child and, once the
+/// pager has brought it, a group of its four quarters as the second. A quarter
+/// that nobody sees shows its parent's picture until it comes into view.
+///
+/// Created on a pager thread with its content; joins the scene and is read on
+/// the update and cull traversals only.
 class TileNode : public osg::PagedLOD
 {
 public:
@@ -35,14 +31,14 @@ public:
     const TileContent& content() const { return *_content; }
     const TileKey& key() const { return _content->key; }
 
-    /** Replaces the tile's own geometry and picture. Update traversal only. */
+    /// Replaces the tile's own geometry and picture. Update traversal only.
     void setContent(std::shared_ptr<const TileContent> content);
 
-    /** The quarter that holds a place, while it is resident. */
+    /// The quarter that holds a place, while it is resident.
     TileNode* quarterAt(double longitude, double latitude);
     osg::Group* quarters();
 
-    /** Nearest hit on what was drawn last, if nearer than `distance`, which then shrinks to it. */
+    /// Nearest hit on what was drawn last, if nearer than `distance`, which then shrinks to it.
     bool intersect(const TerrainRay& ray, double& distance, TileNode*& hit);
 
     using osg::PagedLOD::addChild;
@@ -53,7 +49,7 @@ protected:
     ~TileNode() override;
 
 private:
-    /** Consecutive triangles of the mesh and a sphere around them. */
+    /// Consecutive triangles of the mesh and a sphere around them.
     struct Cluster
     {
         std::size_t firstIndex;
@@ -66,10 +62,10 @@ private:
     void clusterTriangles();
     void traverseForCull(osg::NodeVisitor& nv, const TerrainView& view);
     void requestQuarters(osg::NodeVisitor& nv, float priority);
-    /** Of those quarters that have none of their own and are in view or about to be. */
+    /// Of those quarters that have none of their own and are in view or about to be.
     void requestPictures(osg::NodeVisitor& nv, const TerrainView& view, float priority);
     double distanceTo(const TerrainView& view) const;
-    /** How many times larger than allowed the tile's error is on screen; above 1 it wants its quarters. */
+    /// How many times larger than allowed the tile's error is on screen; above 1 it wants its quarters.
     double excessError(const TerrainView& view) const;
 
     std::weak_ptr<TileScene> _scene;
@@ -79,5 +75,3 @@ private:
     bool _drawnAsQuarters = false;
 };
 } // namespace osgEarth
-
-#endif

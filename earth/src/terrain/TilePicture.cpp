@@ -15,13 +15,11 @@ namespace osgEarth {
 namespace {
 using Pixel = std::array<std::uint8_t, 4>;
 
-/** Where no layer has anything: a muted sea blue, so that a globe without pictures still shows relief. */
+/// Where no layer has anything: a muted sea blue, so that a globe without pictures still shows relief.
 constexpr std::array<float, 3> kGround{52.0f, 74.0f, 98.0f};
 
-/**
- * Half a texel wider than the tile on each side, which puts the outermost
- * texels' centres on its border.
- */
+/// Half a texel wider than the tile on each side, which puts the outermost
+/// texels' centres on its border.
 GeoExtent pictureExtent(const TileKey& key, const TileBounds& bounds)
 {
     const double x = 0.5 * bounds.width() / (kTilePictureSize - 1);
@@ -86,10 +84,8 @@ void halve(const std::uint8_t* in, int size, std::uint8_t* out)
                     (p[band] + p[4 + band] + p[4 * size + band] + p[4 * size + 4 + band] + 2) / 4);
         }
 }
-/**
- * Lets its picture go once the graphics context has it. OSG's own switch for
- * this waits for every context that the process might ever open.
- */
+/// Lets its picture go once the graphics context has it. OSG's own switch for
+/// this waits for every context that the process might ever open.
 class PictureTexture : public osg::Texture2D
 {
 public:

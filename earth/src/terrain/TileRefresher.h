@@ -1,6 +1,4 @@
-#ifndef OSGEARTH_TERRAIN_TILE_REFRESHER_H
-#define OSGEARTH_TERRAIN_TILE_REFRESHER_H 1
-
+#pragma once
 #include "terrain/TileNode.h"
 
 #include <condition_variable>
@@ -10,11 +8,9 @@
 #include <vector>
 
 namespace osgEarth {
-/**
- * Makes resident tiles anew on a thread of its own after the map's layers
- * changed. enqueue, apply and busy belong to the update traversal; the thread
- * starts with the first job and sleeps while there is none.
- */
+/// Makes resident tiles anew on a thread of its own after the map's layers
+/// changed. enqueue, apply and busy belong to the update traversal; the thread
+/// starts with the first job and sleeps while there is none.
 class TileRefresher
 {
 public:
@@ -24,11 +20,11 @@ public:
     TileRefresher(const TileRefresher&) = delete;
     TileRefresher& operator=(const TileRefresher&) = delete;
 
-    /** Parents before children, so that children take over their new pictures. */
+    /// Parents before children, so that children take over their new pictures.
     void enqueue(TileNode* tile);
-    /** Forgets what was not begun; a newer change makes it anew. */
+    /// Forgets what was not begun; a newer change makes it anew.
     void clear();
-    /** Gives finished contents to their tiles. */
+    /// Gives finished contents to their tiles.
     void apply();
     bool busy() const;
 
@@ -57,5 +53,3 @@ private:
     std::thread _thread;
 };
 } // namespace osgEarth
-
-#endif

@@ -40,7 +40,7 @@ unsigned nextId()
     return ++last;
 }
 
-/** Lets the database pager "read" tiles that are made in memory. */
+/// Lets the database pager "read" tiles that are made in memory.
 class TileReader : public osgDB::ReaderWriter
 {
 public:

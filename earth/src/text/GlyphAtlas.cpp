@@ -5,8 +5,7 @@
 #include <osgText/Glyph>
 #include <vector>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 namespace {
 constexpr unsigned kWidth = 1024, kHeight = 512;
 constexpr int kRim = 2; // pixels
@@ -22,7 +21,8 @@ GlyphAtlas::GlyphAtlas(osgText::Font* font, unsigned pixels)
     : _font(font ? font : osgText::Font::getDefaultFont().get()), _pixels(pixels), _image(new osg::Image()),
       _texture(new osg::Texture2D())
 {
-    _image->allocateImage(int(kWidth), int(kHeight), 1, GL_LUMINANCE_ALPHA, GL_UNSIGNED_BYTE);
+    _image->allocateImage(static_cast<int>(kWidth), static_cast<int>(kHeight), 1, GL_LUMINANCE_ALPHA,
+                          GL_UNSIGNED_BYTE);
     _image->setInternalTextureFormat(GL_LUMINANCE8_ALPHA8);
     _texture->setImage(_image.get());
     _texture->setDataVariance(osg::Object::DYNAMIC);
@@ -35,7 +35,7 @@ GlyphAtlas::GlyphAtlas(osgText::Font* font, unsigned pixels)
 
 float GlyphAtlas::rimPixels()
 {
-    return float(kRim);
+    return static_cast<float>(kRim);
 }
 
 void GlyphAtlas::reset()
@@ -44,12 +44,12 @@ void GlyphAtlas::reset()
     _glyphs.clear();
     _penX = _penY = _rowHeight = 0;
     _full = false;
-    const unsigned side = 2 * unsigned(std::ceil(kDotRadius));
+    const unsigned side = 2 * static_cast<unsigned>(std::ceil(kDotRadius));
     std::vector<unsigned char> disc(side * side);
     for (unsigned y = 0; y < side; ++y)
         for (unsigned x = 0; x < side; ++x) {
-            const float away =
-                std::hypot(float(x) + 0.5f - 0.5f * float(side), float(y) + 0.5f - 0.5f * float(side));
+            const float away = std::hypot(static_cast<float>(x) + 0.5f - 0.5f * static_cast<float>(side),
+                                          static_cast<float>(y) + 0.5f - 0.5f * static_cast<float>(side));
             disc[y * side + x] =
                 static_cast<unsigned char>(255.0f * std::clamp(kDotRadius + 0.5f - away, 0.0f, 1.0f));
         }
@@ -70,11 +70,12 @@ const GlyphAtlas::Glyph& GlyphAtlas::glyph(unsigned code)
             std::vector<unsigned char> coverage;
             for (int y = 0; y < source->t(); ++y)
                 coverage.insert(coverage.end(), source->data(0, y), source->data(0, y) + source->s());
-            made = add(unsigned(source->s()), unsigned(source->t()), coverage.data());
+            made =
+                add(static_cast<unsigned>(source->s()), static_cast<unsigned>(source->t()), coverage.data());
         }
-        const float size = float(_pixels);
-        made.left = std::round(source->getHorizontalBearing().x() * size) - float(kRim);
-        made.bottom = std::round(source->getHorizontalBearing().y() * size) - float(kRim);
+        const float size = static_cast<float>(_pixels);
+        made.left = std::round(source->getHorizontalBearing().x() * size) - static_cast<float>(kRim);
+        made.bottom = std::round(source->getHorizontalBearing().y() * size) - static_cast<float>(kRim);
         made.advance = std::round(source->getHorizontalAdvance() * size);
         _image->dirty();
     }
@@ -84,7 +85,7 @@ const GlyphAtlas::Glyph& GlyphAtlas::glyph(unsigned code)
 GlyphAtlas::Glyph GlyphAtlas::add(unsigned width, unsigned height, const unsigned char* coverage)
 {
     Glyph made;
-    const unsigned w = width + 2 * unsigned(kRim), h = height + 2 * unsigned(kRim);
+    const unsigned w = width + 2 * static_cast<unsigned>(kRim), h = height + 2 * static_cast<unsigned>(kRim);
     if (_penX + w > kWidth) {
         _penX = 0;
         _penY += _rowHeight;
@@ -95,32 +96,31 @@ GlyphAtlas::Glyph GlyphAtlas::add(unsigned width, unsigned height, const unsigne
         return made;
     }
     const auto at = [&](int x, int y) {
-        return x < 0 || y < 0 || x >= int(width) || y >= int(height)
+        return x < 0 || y < 0 || x >= static_cast<int>(width) || y >= static_cast<int>(height)
                    ? 0
-                   : int(coverage[unsigned(y) * width + unsigned(x)]);
+                   : static_cast<int>(coverage[static_cast<unsigned>(y) * width + static_cast<unsigned>(x)]);
     };
-    for (int y = 0; y < int(h); ++y) {
-        unsigned char* row = _image->data(int(_penX), int(_penY) + y);
-        for (int x = 0; x < int(w); ++x) {
+    for (int y = 0; y < static_cast<int>(h); ++y) {
+        unsigned char* row = _image->data(static_cast<int>(_penX), static_cast<int>(_penY) + y);
+        for (int x = 0; x < static_cast<int>(w); ++x) {
             float rim = 0.0f;
             for (int dy = -kRim; dy <= kRim; ++dy)
                 for (int dx = -kRim; dx <= kRim; ++dx)
-                    rim =
-                        std::max(rim, rimWeight(dx * dx + dy * dy) * float(at(x - kRim + dx, y - kRim + dy)));
+                    rim = std::max(rim, rimWeight(dx * dx + dy * dy) *
+                                            static_cast<float>(at(x - kRim + dx, y - kRim + dy)));
             row[2 * x] = static_cast<unsigned char>(at(x - kRim, y - kRim));
             row[2 * x + 1] = static_cast<unsigned char>(rim);
         }
     }
     made.drawn = true;
-    made.width = float(w);
-    made.height = float(h);
-    made.u0 = float(_penX) / kWidth;
-    made.v0 = float(_penY) / kHeight;
-    made.u1 = float(_penX + w) / kWidth;
-    made.v1 = float(_penY + h) / kHeight;
+    made.width = static_cast<float>(w);
+    made.height = static_cast<float>(h);
+    made.u0 = static_cast<float>(_penX) / kWidth;
+    made.v0 = static_cast<float>(_penY) / kHeight;
+    made.u1 = static_cast<float>(_penX + w) / kWidth;
+    made.v1 = static_cast<float>(_penY + h) / kHeight;
     _penX += w;
     _rowHeight = std::max(_rowHeight, h);
     return made;
 }
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -3,8 +3,7 @@
 #include <osg/Texture2D>
 #include <osgText/Font>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// Letters of one font and size in one picture, each with a rim baked in: the
 /// first channel says how much of a pixel the letter covers, the second how
 /// much letter and rim cover. One look-up a pixel then draws both. Not
@@ -14,11 +13,11 @@ class GlyphAtlas
 public:
     struct Glyph
     {
-        bool drawn = false;                // false for blanks and for what found no room
-        float left = 0.0f, bottom = 0.0f;  // of the picture, pixels from the pen
-        float width = 0.0f, height = 0.0f; // pixels
+        bool drawn = false;                ///< false for blanks and for what found no room
+        float left = 0.0f, bottom = 0.0f;  ///< of the picture, pixels from the pen
+        float width = 0.0f, height = 0.0f; ///< pixels
         float u0 = 0.0f, v0 = 0.0f, u1 = 0.0f, v1 = 0.0f;
-        float advance = 0.0f; // pixels to the next pen position
+        float advance = 0.0f; ///< pixels to the next pen position
     };
 
     /// A null font gives osgText's own, which has Latin letters only.
@@ -52,5 +51,4 @@ private:
     unsigned _penX = 0, _penY = 0, _rowHeight = 0;
     bool _full = false;
 };
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

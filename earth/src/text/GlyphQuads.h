@@ -4,8 +4,7 @@
 #include <osg/Array>
 #include <osg/PrimitiveSet>
 
-namespace osgEarth {
-namespace Features {
+namespace osgEarth::Features {
 /// The rectangles on which letters of an atlas are drawn, in pixels.
 struct GlyphQuads
 {
@@ -17,7 +16,7 @@ struct GlyphQuads
     {
         if (!glyph.drawn)
             return;
-        const unsigned first = unsigned(corners->size());
+        const unsigned first = static_cast<unsigned>(corners->size());
         const float x0 = pen.x() + glyph.left, y0 = pen.y() + glyph.bottom;
         const float x1 = x0 + glyph.width, y1 = y0 + glyph.height;
         for (const osg::Vec3f& c :
@@ -30,5 +29,4 @@ struct GlyphQuads
             indices->push_back(first + i);
     }
 };
-} // namespace Features
-} // namespace osgEarth
+} // namespace osgEarth::Features

@@ -10,15 +10,16 @@ constexpr float kCellSize = 64.0f; // about half a label
 }
 
 ScreenOccupancy::ScreenOccupancy(float width, float height)
-    : _columns(std::max(1, int(std::ceil(width / kCellSize)))),
-      _rows(std::max(1, int(std::ceil(height / kCellSize)))), _cells(size_t(_columns) * size_t(_rows))
+    : _columns(std::max(1, static_cast<int>(std::ceil(width / kCellSize)))),
+      _rows(std::max(1, static_cast<int>(std::ceil(height / kCellSize)))),
+      _cells(static_cast<size_t>(_columns) * static_cast<size_t>(_rows))
 {
 }
 
 ScreenOccupancy::Range ScreenOccupancy::rangeOf(const ScreenBox& box) const
 {
     const auto cell = [](float v, int count) {
-        return std::clamp(int(std::floor(v / kCellSize)), 0, count - 1);
+        return std::clamp(static_cast<int>(std::floor(v / kCellSize)), 0, count - 1);
     };
     return {cell(box.left, _columns), cell(box.bottom, _rows), cell(box.right, _columns),
             cell(box.top, _rows)};
@@ -29,7 +30,8 @@ bool ScreenOccupancy::isFree(const ScreenBox& box) const
     const Range range = rangeOf(box);
     for (int y = range.y0; y <= range.y1; ++y)
         for (int x = range.x0; x <= range.x1; ++x)
-            for (const uint32_t index : _cells[size_t(y) * size_t(_columns) + size_t(x)])
+            for (const uint32_t index :
+                 _cells[static_cast<size_t>(y) * static_cast<size_t>(_columns) + static_cast<size_t>(x)])
                 if (_boxes[index].meets(box))
                     return false;
     return true;
@@ -41,14 +43,15 @@ void ScreenOccupancy::take(const ScreenBox& box)
     _boxes.push_back(box);
     for (int y = range.y0; y <= range.y1; ++y)
         for (int x = range.x0; x <= range.x1; ++x)
-            _cells[size_t(y) * size_t(_columns) + size_t(x)].push_back(uint32_t(_boxes.size() - 1));
+            _cells[static_cast<size_t>(y) * static_cast<size_t>(_columns) + static_cast<size_t>(x)].push_back(
+                uint32_t(_boxes.size() - 1));
 }
 
 std::vector<size_t> chooseLabels(const std::vector<LabelCandidate>& candidates, float width, float height,
                                  size_t most)
 {
     std::vector<size_t> order(candidates.size());
-    std::iota(order.begin(), order.end(), size_t(0));
+    std::iota(order.begin(), order.end(), static_cast<size_t>(0));
     std::stable_sort(order.begin(), order.end(), [&](size_t a, size_t b) {
         if (candidates[a].priority != candidates[b].priority)
             return candidates[a].priority > candidates[b].priority;

@@ -43,7 +43,7 @@ private:
 struct LabelCandidate
 {
     ScreenBox box;
-    float priority = 0.0f; // higher first; FLT_MAX is always shown
+    float priority = 0.0f; ///< higher first; FLT_MAX is always shown
     bool shownBefore = false;
 };
 

@@ -20,7 +20,8 @@ namespace {
 constexpr double kSmallestText = 6.0, kLargestText = 64.0; // pixels
 constexpr double kWidestRim = 3.0;                         // pixels
 constexpr size_t kLongestText = 10000;
-// Attributes below this one share their places with OpenGL's own on some drivers.
+// On some drivers the vertex attributes below this number are the same as OpenGL's
+// built-in ones (vertex, normal, colour, ...).
 constexpr unsigned kHaloAttribute = 6;
 
 const char kVertexShader[] = R"(#version 330 compatibility
@@ -89,7 +90,8 @@ public:
     {
         setUseDisplayList(false);
         setUseVertexBufferObjects(true);
-        // Its place on the screen is not where the view test would look for it.
+        // The layout moves the text to its place on the screen after the cull test, which
+        // would look for it in the wrong place.
         setCullingActive(false);
         setStateSet(_letters->state.get());
     }
@@ -127,7 +129,8 @@ public:
         osgUtil::CullVisitor* cull = nv.asCullVisitor();
         if (!cull)
             return osg::Geometry::accept(nv);
-        // On the screen it lies between no clip planes, and must not move them.
+        // The text's depth is that of the screen, not of the world, so that the near and far
+        // planes must not be computed from it.
         const osg::CullSettings::ComputeNearFarMode mode = cull->getComputeNearFarMode();
         const osg::CullSettings::InheritanceMask inherited = cull->getInheritanceMask();
         cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
@@ -203,10 +206,10 @@ osg::ref_ptr<osg::Drawable> makeLetters(const std::string& content, const TextSy
     const osgText::String text(content, textEncodingOf(symbol));
     if (size < kSmallestText || size > kLargestText || size != std::round(size) || turned || !leftToRight ||
         (symbol && symbol->haloOffset().value() * size > kWidestRim) || text.size() > kLongestText ||
-        std::find(text.begin(), text.end(), unsigned('\n')) != text.end())
+        std::find(text.begin(), text.end(), static_cast<unsigned>('\n')) != text.end())
         return nullptr;
     const auto letters =
-        lettersOf(fontNamed(symbol ? symbol->font().value() : std::string()), unsigned(size));
+        lettersOf(fontNamed(symbol ? symbol->font().value() : std::string()), static_cast<unsigned>(size));
     osg::ref_ptr<LetterDrawable> drawable = new LetterDrawable(letters);
     return drawable->write(text, symbol) ? drawable : nullptr;
 }

@@ -13,7 +13,8 @@
 
 namespace osgEarth {
 namespace {
-/// What was shown in a camera's last frame; only compared, never followed.
+/// The drawables that a camera showed in its last frame. They may be deleted by now:
+/// the pointers are compared, never followed.
 using Shown = std::unordered_set<const osg::Drawable*>;
 
 std::map<const osg::Camera*, Shown>& history()
@@ -68,8 +69,9 @@ public:
                 place += osg::Vec3d(layout->getPixelOffset().x(), layout->getPixelOffset().y(), 0.0);
             const osg::BoundingBox box = leaf->getDrawable()->getBoundingBox();
             LabelCandidate candidate;
-            candidate.box = {float(place.x()) + box.xMin(), float(place.y()) + box.yMin(),
-                             float(place.x()) + box.xMax(), float(place.y()) + box.yMax()};
+            candidate.box = {
+                static_cast<float>(place.x()) + box.xMin(), static_cast<float>(place.y()) + box.yMin(),
+                static_cast<float>(place.x()) + box.xMax(), static_cast<float>(place.y()) + box.yMax()};
             candidate.priority = layout ? layout->getPriority() : 0.0f;
             if (!ScreenSpaceLayout::getDeclutteringEnabled())
                 candidate.priority = FLT_MAX;
@@ -83,9 +85,9 @@ public:
         const osg::ref_ptr<osg::RefMatrix> screen =
             new osg::RefMatrix(osg::Matrixd::ortho2D(0.0, viewport->width(), 0.0, viewport->height()));
         const bool snap = ScreenSpaceLayout::getOptions().snapToPixel().value();
-        std::vector<size_t> chosen =
-            chooseLabels(candidates, float(viewport->width()), float(viewport->height()),
-                         ScreenSpaceLayout::getOptions().maxObjects().value());
+        std::vector<size_t> chosen = chooseLabels(candidates, static_cast<float>(viewport->width()),
+                                                  static_cast<float>(viewport->height()),
+                                                  ScreenSpaceLayout::getOptions().maxObjects().value());
         // The most important one is drawn last and so lies on top.
         for (auto index = chosen.rbegin(); index != chosen.rend(); ++index) {
             osgUtil::RenderLeaf* leaf = placed[*index];
@@ -115,7 +117,7 @@ private:
     }
 };
 
-// Done when the library is loaded, for state sets that name the bin without activate().
+// Registers the bin when the library is loaded: state sets may name it without ScreenSpaceLayout::activate().
 const bool registered = [] {
     osgUtil::RenderBin::addRenderBinPrototype(OSGEARTH_SCREEN_SPACE_LAYOUT_BIN, new ScreenSpaceBin());
     return true;

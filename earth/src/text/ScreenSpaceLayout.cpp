@@ -1,3 +1,4 @@
+#include "base/ConfigKeys.h"
 #include <osg/BlendFunc>
 #include <osg/Depth>
 #include <osgEarth/ScreenSpaceLayout>
@@ -28,17 +29,25 @@ ScreenSpaceLayoutData* ScreenSpaceLayoutData::getOrCreate(osg::Drawable* drawabl
     return data;
 }
 
+namespace {
+template <typename Options, typename Keys> void visitScreenSpaceLayoutKeys(Options& options, Keys& keys)
+{
+    keys.value("snap_to_pixel", options.snapToPixel());
+    keys.value("max_objects", options.maxObjects());
+}
+} // namespace
+
 ScreenSpaceLayoutOptions::ScreenSpaceLayoutOptions(const ConfigOptions& other) : ConfigOptions(other)
 {
-    _conf.getIfSet("snap_to_pixel", _snapToPixel);
-    _conf.getIfSet("max_objects", _maxObjects);
+    KeyReader keys(_conf);
+    visitScreenSpaceLayoutKeys(*this, keys);
 }
 
 Config ScreenSpaceLayoutOptions::getConfig() const
 {
     Config conf = ConfigOptions::getConfig();
-    conf.updateIfSet("snap_to_pixel", _snapToPixel);
-    conf.updateIfSet("max_objects", _maxObjects);
+    KeyWriter keys(conf);
+    visitScreenSpaceLayoutKeys(*this, keys);
     return conf;
 }
 

@@ -2,7 +2,8 @@
 #include <osgEarthSymbology/TextSymbol>
 
 namespace osgEarth {
-/// The point of a text's width that stands at its place: 0 its left end, 0.5 its middle, 1 its right end.
+/// Which point of a text's width stands at the text's position, as a share of the width: 0 the left end, 1
+/// the right end.
 inline float acrossOf(Symbology::TextSymbol::Alignment alignment)
 {
     using T = Symbology::TextSymbol;

@@ -25,9 +25,11 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
 {
     osg::ref_ptr<osgText::Text> text = new osgText::Text();
     text->setFont(fontNamed(symbol ? symbol->font().value() : std::string()));
-    const float size = symbol && symbol->size().isSet() ? float(symbol->size()->eval()) : kTextSize;
+    const float size =
+        symbol && symbol->size().isSet() ? static_cast<float>(symbol->size()->eval()) : kTextSize;
     text->setCharacterSize(size > 0.0f ? size : kTextSize);
-    text->setFontResolution(unsigned(text->getCharacterHeight()), unsigned(text->getCharacterHeight()));
+    text->setFontResolution(static_cast<unsigned>(text->getCharacterHeight()),
+                            static_cast<unsigned>(text->getCharacterHeight()));
     text->setAxisAlignment(osgText::Text::XY_PLANE);
     text->setAlignment(
         osgText::Text::AlignmentType(symbol ? symbol->alignment().value() : TextSymbol::ALIGN_BASE_LINE));
@@ -45,7 +47,8 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
     if (symbol && symbol->onScreenRotation().isSet())
         text->setRotation(osg::Quat(osg::DegreesToRadians(symbol->onScreenRotation()->eval()), osg::Z_AXIS));
     text->setText(content, textEncodingOf(symbol));
-    // Its place on the screen is not where the view test would look for it.
+    // The layout moves the text to its place on the screen after the cull test, which
+    // would look for it in the wrong place.
     text->setCullingActive(false);
     return text;
 }
@@ -53,11 +56,12 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
 osg::ref_ptr<osg::Geometry> makeIcon(osg::Image* image, const IconSymbol* symbol)
 {
     const double scale = symbol && symbol->scale().isSet() ? symbol->scale()->eval() : 1.0;
-    const float width = float(image->s() * scale), height = float(image->t() * scale);
+    const float width = static_cast<float>(image->s() * scale),
+                height = static_cast<float>(image->t() * scale);
     const int alignment = symbol ? symbol->alignment().value() : IconSymbol::ALIGN_CENTER_CENTER;
     // Columns left, center, right and rows top, center, bottom of the alignments.
-    const float left = -width * 0.5f * float(alignment / 3);
-    const float bottom = height * (0.5f * float(alignment % 3) - 1.0f);
+    const float left = -width * 0.5f * static_cast<float>(alignment / 3);
+    const float bottom = height * (0.5f * static_cast<float>(alignment % 3) - 1.0f);
 
     osg::ref_ptr<osg::Vec3Array> corners = new osg::Vec3Array();
     osg::Quat turn;

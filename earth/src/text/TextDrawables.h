@@ -8,7 +8,7 @@
 #include <string>
 
 namespace osgEarth {
-/// Of texts whose symbol does not say, pixels and colour.
+/// Height in pixels and colour of the rim of texts whose symbol names none.
 constexpr float kTextSize = 16.0f;
 const osg::Vec4f kTextHalo(0.1f, 0.1f, 0.1f, 1.0f);
 

@@ -9,8 +9,7 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Applies the planes to one projection of one cull traversal; all others keep their usual treatment. */
+/// Applies the planes to one projection of one cull traversal; all others keep their usual treatment.
 class PlaneChooser : public osg::CullSettings::ClampProjectionMatrixCallback
 {
 public:
@@ -54,7 +53,6 @@ private:
     const ClipSituation _situation;
     const bool _stopAtHorizon;
 };
-
 } // namespace
 
 AutoClipPlaneCullCallback::AutoClipPlaneCullCallback(MapNode* mapNode) : _mapNode(mapNode) {}
@@ -92,5 +90,4 @@ void AutoClipPlaneCullCallback::operator()(osg::Node* node, osg::NodeVisitor* nv
     cull->setClampProjectionMatrixCallback(new PlaneChooser(*cull, situation, _clampFar));
     traverse(node, nv);
 }
-
 } // namespace osgEarth::Util

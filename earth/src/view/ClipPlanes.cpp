@@ -5,23 +5,19 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Above every summit and every drone. */
+/// Greatest height above the ground of anything that is drawn, metres.
 constexpr double kHighestThing = 12000.0;
-/** Nearer than this no camera on this globe looks at anything. */
+/// Nearest near plane, metres.
 constexpr double kNearest = 0.05;
-/**
- * Smallest ratio of near to far plane. Only what all but touches the eye can
- * ask for less, and at this ratio 24 bits of depth still tell 2 m from 5 m
- * behind at 3 km.
- */
+/// Smallest ratio of near to far plane. Only what all but touches the eye can
+/// ask for less, and at this ratio 24 bits of depth still tell 2 m from 5 m
+/// behind at 3 km.
 constexpr double kSmallestRatio = 2e-7;
 
 double horizon(double radius, double height)
 {
     return std::sqrt(height * (2.0 * radius + height));
 }
-
 } // namespace
 
 double sightLimit(double earthRadius, double eyeHeight, double thingHeight)
@@ -43,5 +39,4 @@ ClipPlanes chooseClipPlanes(const ClipSituation& situation, bool stopAtHorizon)
     const double zNear = std::max({nearest, kSmallestRatio * zFar, kNearest});
     return {zNear, zFar};
 }
-
 } // namespace osgEarth::Util

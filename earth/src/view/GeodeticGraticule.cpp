@@ -11,29 +11,26 @@
 
 namespace osgEarth::Util {
 namespace {
-
-/** Below this height of the eye nothing is left of the lines, and they are not drawn at all. */
+/// Below this height of the eye nothing is left of the lines, and they are not drawn at all.
 constexpr double kFadedBelow = 60e3;
-/** Above this height the lines of 1 and 2 degrees have faded. */
+/// Above this height the lines of 1 and 2 degrees have faded.
 constexpr double kFineBelow = 4000e3;
 
 constexpr int kFineLines = 12;    // of 1 degree, on each side of the eye
 constexpr int kFineSegments = 16; // of each
 constexpr int kCoarseSegments = 32;
 
-/** Kinds of lines in the mesh. */
+/// Kinds of lines in the mesh.
 constexpr float kFineMeridian = 0.0f;
 constexpr float kFineParallel = 1.0f;
 constexpr float kCoarseMeridian = 2.0f;
 constexpr float kCoarseParallel = 3.0f;
 
-/**
- * One mesh serves every height: x counts lines, y runs along the line from -1
- * to 1, z is the kind. Lines of 10 degrees cover all that is in sight; lines
- * of 1 and 2 degrees surround the point below the eye and come and go with its
- * height. The shader lays the mesh out, bends it to the ellipsoid and pulls it
- * towards the eye in depth only, over any summit.
- */
+/// One mesh serves every height: x counts lines, y runs along the line from -1
+/// to 1, z is the kind. Lines of 10 degrees cover all that is in sight; lines
+/// of 1 and 2 degrees surround the point below the eye and come and go with its
+/// height. The shader lays the mesh out, bends it to the ellipsoid and pulls it
+/// towards the eye in depth only, over any summit.
 const char* const kVertexSource = R"(#version 330 compatibility
 uniform mat4 osg_ViewMatrixInverse;
 uniform vec2 ax_globe; // equatorial radius, first eccentricity squared
@@ -97,7 +94,7 @@ void main()
     vec3 up = vec3(cos(lat) * cos(lon), cos(lat) * sin(lon), sin(lat));
     vec3 world = vec3(n * up.xy, n * (1.0 - ax_globe.y) * up.z);
 
-    // The difference is small where the eye is near, which keeps the float matrix out of it.
+    // Near the eye the difference is small, so that the matrix's single precision does not show.
     vec3 toEye = eye - world;
     vec3 view = mat3(gl_ModelViewMatrix) * -toEye;
     gl_Position = gl_ProjectionMatrix * vec4(view, 1.0);
@@ -129,7 +126,7 @@ public:
     osg::BoundingBox computeBound(const osg::Drawable&) const override { return {}; }
 };
 
-/** Collects lines that share the points of their segments. */
+/// Collects lines that share the points of their segments.
 struct Mesh
 {
     osg::ref_ptr<osg::Vec3Array> points = new osg::Vec3Array;
@@ -179,7 +176,6 @@ osg::Geometry* makeCoarseLines()
         mesh.addLine(line, kCoarseParallel, 2 * kCoarseSegments);
     return mesh.geometry();
 }
-
 } // namespace
 
 GeodeticGraticule::GeodeticGraticule(MapNode* mapNode)
@@ -241,5 +237,4 @@ void GeodeticGraticule::releaseGLObjects(osg::State* state) const
     _lines->releaseGLObjects(state);
     osg::Group::releaseGLObjects(state);
 }
-
 } // namespace osgEarth::Util
