@@ -60,14 +60,6 @@ TEST(AreaIntersect, PassesOverZonesWhoseMiddleIsTooFar)
     EXPECT_EQ(Met(zones, *Circle(20.0, 10.0, 0.05)), QStringList{"near"});
 }
 
-TEST(AreaIntersect, LiftedPartsAreFree)
-{
-    AxNoflyZones zones = Zones({{"z", Circle(20.0, 10.0, 0.1)}});
-    zones.zoneOutlines.insert("z", QPolygonF({{20.05, 9.9}, {20.1, 9.9}, {20.1, 10.1}, {20.05, 10.1}}));
-    EXPECT_EQ(Met(zones, *Circle(19.97, 10.0, 0.02)), QStringList());
-    EXPECT_EQ(Met(zones, *Circle(20.07, 10.0, 0.01)), QStringList{"z"});
-}
-
 TEST(AreaIntersect, SeesAcrossTheAntimeridian)
 {
     const AxNoflyZones zones =
@@ -79,31 +71,13 @@ TEST(AreaIntersect, SeesAcrossTheAntimeridian)
     EXPECT_FALSE(outlines[0].Contains(-179.9, 0.05));
 }
 
-TEST(AreaIntersect, RunsOncePerJobAndAgainForTheNext)
-{
-    const osg::ref_ptr<CAxAreaIntersectOperate> worker =
-        new CAxAreaIntersectOperate(AxZoneOutlines(Zones({{"z", Circle(20.0, 10.0, 0.1)}})));
-    EXPECT_TRUE(worker->getKeep());
-    EXPECT_EQ(worker->getName(), "AreaIntersect Operation");
-    AxPendingWorkers pending;
-    pending.Set(2);
-    (*worker)(nullptr);
-    for (int i = 0; i < 2; ++i) {
-        const osg::ref_ptr<Polygon> area = Circle(20.0 + i, 10.0, 0.01);
-        worker->SetJob(*area, pending);
-        (*worker)(nullptr);
-        (*worker)(nullptr);
-        EXPECT_EQ(worker->Met().size(), i == 0 ? 1 : 0);
-    }
-    pending.Wait();
-}
-
 TEST(NearZones, AreWithinTwoDegreesOfALowFocalPoint)
 {
     AxNearZones near(Zones({{"edge east", Circle(22.0, 10.0, 0.0)},
                             {"edge north", Circle(20.0, 12.0, 0.0)},
                             {"empty", new Polygon},
                             {"far side", Circle(-178.5, 10.0, 0.0)},
+                            {"hither side", Circle(178.5, -10.0, 0.0)},
                             {"inside", Circle(21.75, 8.25, 0.0)}}));
     QStringList told;
     const auto tell = [&told](const QString& id, const osg::Vec2d&, bool isNear) {
@@ -121,4 +95,7 @@ TEST(NearZones, AreWithinTwoDegreesOfALowFocalPoint)
     near.Update(from(179.75, 10.0, 1000.0), tell);
     EXPECT_EQ(told, (QStringList{"+inside", "+edge east", "+edge north", "-edge east", "-edge north",
                                  "+far side", "-inside"}));
+    told.clear();
+    near.Update(from(-179.75, -10.0, 1000.0), tell);
+    EXPECT_EQ(told, (QStringList{"-far side", "+hither side"}));
 }

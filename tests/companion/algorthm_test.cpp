@@ -1,11 +1,9 @@
 #include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxFootprint.h>
 #include <AxAlgorthm/AxMath.h>
-#include <AxAlgorthm/AxMissionTypes.h>
 #include <AxAlgorthm/AxPlaneGeometry.h>
 #include <AxAlgorthm/AxUniqueID.h>
 #include <AxAlgorthm/CAxAirLineParam.h>
-#include <AxAlgorthm/CAxVector3D.h>
 
 #include <QSet>
 
@@ -19,15 +17,6 @@ namespace {
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 } // namespace
-
-TEST(AxMath, EqualityIncludesTheToleranceItself)
-{
-    EXPECT_TRUE(IsEqual(1.0, 1.5, 0.5));
-    EXPECT_FALSE(IsEqual(1.0, 1.5, 0.25));
-    EXPECT_TRUE(IsEqual(-3.0, -3.0, 0.0));
-    EXPECT_TRUE(IsEqual(Infinity, Infinity, 1e-5));
-    EXPECT_FALSE(IsEqual(NaN, NaN, 1e-5));
-}
 
 TEST(AxMath, HeadingsForDisplayLieWithinOneTurn)
 {
@@ -56,13 +45,6 @@ TEST(AxMath, RoundingGoesToTheNearestIntegerAndNeverOverflows)
     EXPECT_EQ(qrealToIntNumber(NaN), 0);
 }
 
-TEST(CAxVector3D, OnlyTheOriginIsNull)
-{
-    EXPECT_TRUE(CAxVector3D().isNull());
-    EXPECT_FALSE(CAxVector3D(0.0, 0.0, 1e-12).isNull());
-    EXPECT_DOUBLE_EQ(CAxVector3D(1, 2, 3).distanceToPoint(CAxVector3D(3, 5, 9)), 7.0);
-}
-
 TEST(CreateUniqueID, NeverRepeatsEvenAcrossThreads)
 {
     constexpr int Count = 5000;
@@ -81,22 +63,6 @@ TEST(CreateUniqueID, NeverRepeatsEvenAcrossThreads)
     }
     EXPECT_EQ(all.size(), 4 * Count);
     EXPECT_FALSE(all.contains(QString()));
-}
-
-TEST(MissionTypes, EveryPlaneTypeHasAModelAndNothingElse)
-{
-    for (int type = PlaneFixedWing; type <= PlaneObliqueCopter; ++type)
-        EXPECT_FALSE(GetPlaneStringByType(static_cast<EPlaneType>(type)).isEmpty()) << type;
-    EXPECT_TRUE(GetPlaneStringByType(static_cast<EPlaneType>(7)).isEmpty());
-}
-
-TEST(CAxAirLineParam, RefusesAHeightThatCannotBeFlown)
-{
-    CAxAirLineParam param;
-    ASSERT_TRUE(param.SetRelativeFlyHeight(120.5));
-    for (const double height : {-1.0, NaN, Infinity})
-        EXPECT_FALSE(param.SetRelativeFlyHeight(height));
-    EXPECT_EQ(param.GetRelativeFlyHeight(), 120.5);
 }
 
 TEST(RemoveSamePoint, LooksBeyondNeighboursAndKeepsTheOrder)
@@ -120,22 +86,15 @@ TEST(CalVerticalIntersectionPoint, ProjectsTheFirstArgument)
     EXPECT_NEAR(foot.y(), 4000005.0, 1e-6);
 }
 
-TEST(Footprint, StraightDownIsTheImageScaledByHeightOverFocalLength)
+TEST(Footprint, IsTheImageScaledByHeightOverFocalLengthAndTurnedClockwiseFromNorth)
 {
-    const QList<QPointF> corners = CalcFootprintMapCoordinate(100.0, 4000, 3000, 5000.0, 0.0, 0.0);
-    const QList<QPointF> expected{{-40, 30}, {40, 30}, {40, -30}, {-40, -30}};
+    const QList<QPointF> corners = CalcFootprintMapCoordinate(100.0, 4000, 3000, 5000.0, 90.0, 0.0);
+    const QList<QPointF> expected{{30, 40}, {30, -40}, {-30, -40}, {-30, 40}};
     ASSERT_EQ(corners.size(), 4);
     for (int i = 0; i < 4; ++i) {
         EXPECT_NEAR(corners[i].x(), expected[i].x(), 1e-9);
         EXPECT_NEAR(corners[i].y(), expected[i].y(), 1e-9);
     }
-}
-
-TEST(Footprint, HeadingTurnsItClockwiseFromNorth)
-{
-    const QPointF upperLeft = CalcFootprintMapCoordinate(100.0, 4000, 3000, 5000.0, 90.0, 0.0)[0];
-    EXPECT_NEAR(upperLeft.x(), 30.0, 1e-9);
-    EXPECT_NEAR(upperLeft.y(), 40.0, 1e-9);
 }
 
 TEST(Footprint, TiltLooksAheadAndWidensTheFarEdge)
@@ -164,7 +123,6 @@ TEST(Footprint, RaysThatMissTheGroundEndAtTheStatedDistance)
 TEST(Footprint, WithoutGroundInViewOrWithBadArgumentsThereIsNone)
 {
     EXPECT_TRUE(CalcFootprintMapCoordinate(100.0, 1000, 1000, 1000.0, 0.0, 130.0).isEmpty());
-    EXPECT_TRUE(CalcFootprintMapCoordinate(100.0, 1000, 1000, 1000.0, 0.0, 180.0).isEmpty());
     EXPECT_TRUE(CalcFootprintMapCoordinate(0.0, 1000, 1000, 1000.0, 0.0, 0.0).isEmpty());
     EXPECT_TRUE(CalcFootprintMapCoordinate(100.0, 0, 1000, 1000.0, 0.0, 0.0).isEmpty());
     EXPECT_TRUE(CalcFootprintMapCoordinate(100.0, 1000, 1000, 0.0, 0.0, 0.0).isEmpty());

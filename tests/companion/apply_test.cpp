@@ -74,53 +74,11 @@ void fill(const QWidget& form)
     child<QPlainTextEdit>(form, "m_pRemarks")->setPlainText(QString::fromUtf8("第一行\n--second--\n\n"));
 }
 
-struct Entry
+/// The part of a form's body that carries a text.
+QByteArray text(const char* name, const QByteArray& content)
 {
-    QByteArray name, fileName, type, content;
-    bool operator==(const Entry& other) const
-    {
-        return name == other.name && fileName == other.fileName && type == other.type &&
-               content == other.content;
-    }
-};
-
-std::ostream& operator<<(std::ostream& out, const Entry& entry)
-{
-    return out << entry.name.constData() << " (" << entry.fileName.constData() << ", "
-               << entry.type.constData() << ") = " << entry.content.left(200).constData();
-}
-
-/// The value of `name="value"` in a header line.
-QByteArray parameter(const QByteArray& line, const QByteArray& name)
-{
-    const int at = line.indexOf(' ' + name + "=\"");
-    const int from = at + name.size() + 3;
-    return at < 0 ? QByteArray() : line.mid(from, line.indexOf('"', from) - from);
-}
-
-QList<Entry> parse(const QByteArray& body)
-{
-    QList<Entry> entries;
-    const QByteArray line = body.left(body.indexOf("\r\n"));
-    EXPECT_TRUE(line.startsWith("--") && body.endsWith("\r\n" + line + "--\r\n"));
-    for (int from = line.size() + 2; from < body.size();) {
-        const int end = body.indexOf("\r\n" + line, from);
-        const QByteArray part = body.mid(from, end - from);
-        const int gap = part.indexOf("\r\n\r\n");
-        const QByteArray head = part.left(gap);
-        const int type = head.indexOf("\r\nContent-Type: ");
-        entries.append({parameter(head.left(type), "name"), parameter(head.left(type), "filename"),
-                        head.mid(type + 16), part.mid(gap + 4)});
-        from = end + 2 + line.size() + 2;
-        if (body.mid(from - 2, 2) == "--")
-            break;
-    }
-    return entries;
-}
-
-Entry text(const char* name, const QByteArray& content)
-{
-    return {name, {}, "text/plain; charset=utf-8", content};
+    return QByteArray("Content-Disposition: form-data; name=\"") + name +
+           "\"\r\nContent-Type: text/plain; charset=utf-8\r\n\r\n" + content;
 }
 
 QByteArray someBody(int size = 100)
@@ -175,21 +133,24 @@ TEST_F(ApplyForm, BodyHoldsEveryEntryAsTyped)
         << textOf(form, "m_pLabError").toStdString();
 
     const QByteArray body = form.ComboUploadData();
-    QList<Entry> entries = parse(body);
-    ASSERT_EQ(entries.size(), 15);
-    const Entry shot = entries.takeLast();
+    const QByteArray line = body.left(body.indexOf("\r\n") + 2);
+    QByteArray texts;
+    for (const QByteArray& part :
+         {text("block_id", "{block}"), text("zone_id", "机场,1"), text("zone_id", "a\"b|\r\n--c"),
+          text("applicant_name", "王小明 \"Ming\"; name=\"x\""), text("organisation", "Çelik & <b>Söhne</b>"),
+          text("phone", "+86 (10) 1234-5678"), text("email", "ming@survey.example.cn"),
+          text("aircraft_model", "VTOL 2"), text("aircraft_registration", "B-7%0A1"),
+          text("purpose", "Quarry survey"), text("begin", "2091-03-01T08:05:00Z"),
+          text("end", "2091-03-01T10:00:00Z"), text("max_height_m", "120"),
+          text("remarks", "第一行\r\n--second--\r\n\r\n")})
+        texts += line + part + "\r\n";
+    EXPECT_EQ(body.left(texts.size()), texts);
+    const QByteArray shot = body.mid(texts.size() + line.size());
+    EXPECT_TRUE(shot.contains("filename=\"screenshot.png\"\r\nContent-Type: image/png\r\n\r\n"));
+    EXPECT_TRUE(shot.endsWith("\r\n" + line.chopped(2) + "--\r\n"));
     EXPECT_EQ(
-        entries,
-        (QList<Entry>{text("block_id", "{block}"), text("zone_id", "机场,1"), text("zone_id", "a\"b|\r\n--c"),
-                      text("applicant_name", "王小明 \"Ming\"; name=\"x\""),
-                      text("organisation", "Çelik & <b>Söhne</b>"), text("phone", "+86 (10) 1234-5678"),
-                      text("email", "ming@survey.example.cn"), text("aircraft_model", "VTOL 2"),
-                      text("aircraft_registration", "B-7%0A1"), text("purpose", "Quarry survey"),
-                      text("begin", "2091-03-01T08:05:00Z"), text("end", "2091-03-01T10:00:00Z"),
-                      text("max_height_m", "120"), text("remarks", "第一行\r\n--second--\r\n\r\n")}));
-    EXPECT_EQ(shot.fileName, QByteArray("screenshot.png"));
-    EXPECT_EQ(shot.type, QByteArray("image/png"));
-    EXPECT_EQ(QImage::fromData(shot.content, "PNG").convertToFormat(QImage::Format_RGB32), picture);
+        QImage::fromData(shot.mid(shot.indexOf("\r\n\r\n") + 4), "PNG").convertToFormat(QImage::Format_RGB32),
+        picture);
     EXPECT_EQ(form.ComboUploadData(), body);
 
     EXPECT_EQ(execAnd(form, [&form] { press(form, "m_pBtnCancel"); }), QDialog::Rejected);
@@ -200,7 +161,9 @@ TEST_F(ApplyForm, BodyHoldsEveryEntryAsTyped)
                           press(form, "m_pBtnOK");
                       }),
               QDialog::Accepted);
-    EXPECT_EQ(parse(form.ComboUploadData()), entries) << "without a picture";
+    const QByteArray plain = form.ComboUploadData();
+    EXPECT_EQ(plain.count("Content-Disposition"), 14) << "without a picture";
+    EXPECT_FALSE(plain.contains("screenshot"));
 }
 
 TEST_F(ApplyForm, StaysOpenAndPointsAtTheEntryThatIsMissingOrWrong)
@@ -254,31 +217,6 @@ TEST_F(ApplyForm, StaysOpenAndPointsAtTheEntryThatIsMissingOrWrong)
     EXPECT_TRUE(form.ComboUploadData().isEmpty());
 }
 
-TEST_F(ApplyForm, TabFollowsTheFormEnterSendsAndEscapeLeaves)
-{
-    CAxNoflyApplyWgt form(QStringLiteral("id"), {QStringLiteral("7")});
-    fill(form);
-    QStringList order;
-    const auto walk = [&] {
-        QApplication::setActiveWindow(&form);
-        while (!order.contains(QStringLiteral("m_pBtnCancel")) && order.size() < 50) {
-            order += form.focusWidget()->objectName();
-            QTest::keyClick(form.focusWidget(), Qt::Key_Tab);
-        }
-        order.removeDuplicates(); // a time takes the key for each of its parts
-        auto* const remarks = child<QPlainTextEdit>(form, "m_pRemarks");
-        QTest::keyClick(remarks, Qt::Key_Return);
-        EXPECT_TRUE(form.isVisible()) << "a line break in the remarks";
-        QTest::keyClick(child<QWidget>(form, "m_pMaxHeight"), Qt::Key_Return);
-    };
-    EXPECT_EQ(execAnd(form, walk), QDialog::Accepted);
-    EXPECT_EQ(order.join(QLatin1Char(' ')).toStdString(),
-              "m_pName m_pOrganisation m_pPhone m_pEMail m_pModel m_pRegistration m_pPurpose m_pBegin m_pEnd "
-              "m_pMaxHeight m_pRemarks m_pZones m_pBtnOK m_pBtnCancel");
-    EXPECT_EQ(execAnd(form, [&form] { QTest::keyClick(form.focusWidget(), Qt::Key_Escape); }),
-              QDialog::Rejected);
-}
-
 TEST_F(ApplyForm, KeepsWhatWasTypedUntilItWasSent)
 {
     const auto typed = [] {
@@ -302,22 +240,6 @@ TEST_F(ApplyForm, KeepsWhatWasTypedUntilItWasSent)
     }
     CAxNoflyApplyWgt::ForgetFlight();
     EXPECT_EQ(typed(), person + QStringLiteral("|||"));
-}
-
-TEST_F(ApplyForm, ListsManyZonesInASmallWindow)
-{
-    QStringList zones;
-    for (int i = 0; i < 5000; ++i)
-        zones += QStringLiteral("zone %1").arg(i);
-    CAxNoflyApplyWgt form(QStringLiteral("id"), zones);
-    EXPECT_EQ(child<QListWidget>(form, "m_pZones")->count(), 5000);
-    // Over midnight, wherever the computer stands, the local times take two dates.
-    const QDateTime begin = QDateTime::currentDateTimeUtc().addDays(2);
-    child<QDateTimeEdit>(form, "m_pBegin")->setDateTime(begin);
-    child<QDateTimeEdit>(form, "m_pEnd")->setDateTime(begin.addDays(1));
-    form.show();
-    EXPECT_LE(form.height(), 760);
-    EXPECT_LE(form.width(), 1000);
 }
 
 TEST_F(ApplyUpload, SendsTheVeryBytesShowsProgressAndIsAcceptedOnceAnswered)
@@ -417,9 +339,9 @@ TEST_F(ApplyUpload, FailuresSaySoKeepTheFormAndRetrySendsTheSameBytes)
     }
 }
 
-TEST_F(ApplyUpload, ServersThatCannotBeReachedAreNamed)
+TEST_F(ApplyUpload, SaysWhyNothingCouldBeSent)
 {
-    const QUrl open = server.url();
+    const QString open = server.url().toString();
     QTcpServer closed;
     closed.listen(QHostAddress::LocalHost);
     const QString gone = QStringLiteral("http://127.0.0.1:%1/").arg(closed.serverPort());
@@ -427,46 +349,36 @@ TEST_F(ApplyUpload, ServersThatCannotBeReachedAreNamed)
     const struct
     {
         QString url;
-        const char* says;
-    } rows[] = {
-        {gone, "127.0.0.1 does not take connections."},
-        {QStringLiteral("http://no-such-host.invalid/"), "name no-such-host.invalid was found"},
-        {QString(open.toString()).replace(QStringLiteral("http:"), QStringLiteral("https:")), "127.0.0.1"}};
-    for (const auto& row : rows) {
-        CAxNoflyApplyUpload::SetUploadUrl(QUrl(row.url));
-        CAxNoflyApplyUpload upload;
-        upload.BeginUpload(someBody());
-        ASSERT_TRUE(ended(upload));
-        EXPECT_TRUE(textOf(upload, "m_pLabText").contains(QLatin1String(row.says)))
-            << textOf(upload, "m_pLabText").toStdString();
-        EXPECT_FALSE(child<QPushButton>(upload, "m_pBtnRetry")->isHidden());
-        EXPECT_TRUE(server.bodies.isEmpty());
-    }
-}
-
-TEST_F(ApplyUpload, SendsNothingWithoutAnAddressOrAnApplication)
-{
-    const struct
-    {
-        QString url;
         QByteArray body;
         const char* says;
-    } rows[] = {{QString(), someBody(), "No address is set up"},
-                {QStringLiteral("ftp://127.0.0.1/"), someBody(), "no http or https address"},
-                {QStringLiteral("file:///tmp/a"), someBody(), "no http or https address"},
-                {server.url().toString(), QByteArray(), "no complete application"},
-                {server.url().toString(), someBody().chopped(3), "no complete application"}};
+        bool tries; // and may try again
+    } rows[] = {
+        {gone, someBody(), "127.0.0.1 does not take connections.", true},
+        {QStringLiteral("http://no-such-host.invalid/"), someBody(), "no-such-host.invalid was found", true},
+        {QString(open).replace(QStringLiteral("http:"), QStringLiteral("https:")), someBody(), "127.0.0.1",
+         true},
+        {QString(), someBody(), "No address is set up", false},
+        {QStringLiteral("ftp://127.0.0.1/"), someBody(), "no http or https address", false},
+        {QStringLiteral("file:///tmp/a"), someBody(), "no http or https address", false},
+        {open, QByteArray(), "no complete application", false},
+        {open, someBody().chopped(3), "no complete application", false}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.says);
+        const int before = server.connections;
         CAxNoflyApplyUpload::SetUploadUrl(QUrl(row.url));
         CAxNoflyApplyUpload upload;
         upload.BeginUpload(row.body);
+        ASSERT_TRUE(ended(upload));
         EXPECT_TRUE(textOf(upload, "m_pLabText").contains(QLatin1String(row.says)))
             << textOf(upload, "m_pLabText").toStdString();
+        if (row.tries)
+            EXPECT_FALSE(child<QPushButton>(upload, "m_pBtnRetry")->isHidden());
+        else
+            EXPECT_EQ(server.connections, before);
         QTimer::singleShot(0, &upload, [&upload] { press(upload, "m_pBtnOK"); });
         EXPECT_EQ(upload.exec(true), QDialog::Rejected) << "closed, but nothing was sent";
+        EXPECT_TRUE(server.bodies.isEmpty());
     }
-    EXPECT_EQ(server.connections, 0);
 }
 
 TEST_F(ApplyUpload, CancellingAndLeavingEndTheConnectionAndLateAnswersDoNothing)

@@ -115,18 +115,6 @@ protected:
 };
 } // namespace
 
-TEST_F(NoflyFile, IsFoundWhereItIsNamed)
-{
-    const CAxNoflyZoneMgr zones;
-    CAxNoflyZoneMgr::SetNoflyFile(path);
-    EXPECT_EQ(zones.CheckExistNoflyFile(), path);
-    CAxNoflyZoneMgr::SetNoflyFile(folder.path());
-    EXPECT_EQ(zones.CheckExistNoflyFile(), QString());
-    CAxNoflyZoneMgr::SetNoflyFile({});
-    const QFileInfo beside(QDir(QCoreApplication::applicationDirPath()), QStringLiteral("NoflyZone.db"));
-    EXPECT_EQ(zones.CheckExistNoflyFile(), beside.isFile() ? beside.absoluteFilePath() : QString());
-}
-
 TEST_F(NoflyFile, IsPlainBetweenOpeningAndSealingOnly)
 {
     CAxNoflyZoneMgr zones;
@@ -140,6 +128,19 @@ TEST_F(NoflyFile, IsPlainBetweenOpeningAndSealingOnly)
     EXPECT_EQ(Contents(path), again) << "sealed twice";
     ExpectNextStartIsWell();
 
+    const QString there = folder.filePath(QString::fromUtf8("区 #1?.db"));
+    ASSERT_TRUE(zones.DecryptionNoflyFile(path, there));
+    EXPECT_EQ(AxSealedFile::FormOf(path), AxSealedFile::Form::Sealed);
+    EXPECT_TRUE(zones.ConnectDataBase(there)) << qPrintable(zones.GetLastError());
+    ASSERT_TRUE(zones.EncryptionNoflyFile(there, path));
+    ASSERT_TRUE(QFile::remove(there));
+#ifdef Q_OS_UNIX
+    const QString link = folder.filePath(QStringLiteral("link.db"));
+    ASSERT_TRUE(QFile::link(path, link));
+    EXPECT_EQ(Start(link), zoneCount);
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+    ASSERT_TRUE(QFile::remove(link));
+#endif
     {
         CAxNoflyZoneMgr forgetful;
         ASSERT_TRUE(forgetful.DecryptionNoflyFile(path, path));
@@ -149,30 +150,11 @@ TEST_F(NoflyFile, IsPlainBetweenOpeningAndSealingOnly)
     ExpectNextStartIsWell();
 }
 
-TEST_F(NoflyFile, OpensFromHereToThereAndBack)
-{
-    CAxNoflyZoneMgr zones;
-    const QString there = folder.filePath(QString::fromUtf8("区 #1?.db"));
-    ASSERT_TRUE(zones.DecryptionNoflyFile(path, there));
-    EXPECT_EQ(Contents(path), sealed);
-    EXPECT_EQ(Contents(there), Contents(plain));
-    EXPECT_TRUE(zones.ConnectDataBase(there)) << qPrintable(zones.GetLastError());
-    ASSERT_TRUE(zones.EncryptionNoflyFile(there, path));
-    EXPECT_EQ(Start(path), zoneCount);
-#ifdef Q_OS_UNIX
-    const QString link = folder.filePath(QStringLiteral("link.db"));
-    ASSERT_TRUE(QFile::link(path, link));
-    EXPECT_EQ(Start(link), zoneCount);
-    EXPECT_TRUE(QFileInfo(link).isSymLink());
-#endif
-}
-
 TEST_F(NoflyFile, EveryChangedMissingOrAppendedByteIsNoticed)
 {
     const QByteArray key = CAxNoflyZoneMgr::GetNoflyKey();
     const auto opens = [&key](QByteArray bytes) {
-        QBuffer from(&bytes);
-        QBuffer to;
+        QBuffer from(&bytes), to;
         from.open(QIODevice::ReadOnly);
         to.open(QIODevice::WriteOnly);
         QString error;
@@ -217,6 +199,11 @@ TEST_F(NoflyFile, WhatIsNoZoneFileIsRefusedAndLeftAlone)
     const QByteArray database = Contents(plain);
     QByteArray scrambled = database;
     scrambled.replace(100, database.size() - 100, noise.repeated(4).left(database.size() - 100));
+    // Asked for its rows, this view never ends.
+    Execute(plain,
+            {QStringLiteral("DROP TABLE no_fly_zone"),
+             QStringLiteral("CREATE VIEW no_fly_zone AS WITH RECURSIVE n(lng, local_id) AS (SELECT 0, 0 "
+                            "UNION ALL SELECT lng + 1, 0 FROM n) SELECT * FROM n")});
     const QList<QPair<const char*, QByteArray>> cases{{"empty", {}},
                                                       {"noise", noise},
                                                       {"text", "lng,lat,local_id\n"},
@@ -224,7 +211,8 @@ TEST_F(NoflyFile, WhatIsNoZoneFileIsRefusedAndLeftAlone)
                                                       {"cut", sealed.left(sealed.size() / 2)},
                                                       {"plain header only", database.left(16)},
                                                       {"plain and cut", database.left(database.size() / 2)},
-                                                      {"plain with noise", scrambled}};
+                                                      {"plain with noise", scrambled},
+                                                      {"a view instead of stored rows", Contents(plain)}};
     for (const auto& [name, bytes] : cases) {
         Put(path, bytes);
         EXPECT_EQ(Start(path, &error), -1) << name;
@@ -284,28 +272,23 @@ TEST_F(NoflyFile, RowsComeAsTheyStandInTheTable)
     EXPECT_EQ(rows.mid(0, 2), (QVariantList{1.5, -3.0})) << "row by row";
     EXPECT_EQ(rows.size(), 3);
 
-    struct Refused
-    {
-        const char* columns;
-        const char* table;
-        const char* condition;
-        const char* order;
-    };
     rows = {QVariant(7)};
-    for (const Refused& query :
-         {Refused{"lng", "zones", "", ""}, Refused{"lng, height", "no_fly_zone", "", ""},
-          Refused{"", "no_fly_zone", "", ""}, Refused{"lng,", "no_fly_zone", "", ""},
-          Refused{"lng", "no_fly_zone\" --", "", ""}, Refused{"count(*)", "no_fly_zone", "", ""},
-          Refused{"lng", "no_fly_zone", "height > 1", ""},
-          Refused{"lng", "no_fly_zone", "1) UNION SELECT (1", ""},
-          Refused{"lng", "no_fly_zone", "1; DROP TABLE no_fly_zone", ""},
-          Refused{"lng", "no_fly_zone", "1 -- ", ""}, Refused{"lng", "no_fly_zone", "'", ""},
-          Refused{"lng", "no_fly_zone", "", "height"},
-          Refused{"lng", "no_fly_zone", "", "lng; DELETE FROM no_fly_zone"}}) {
-        EXPECT_FALSE(zones.SelectRecord(QString::fromUtf8(query.columns), QString::fromUtf8(query.table),
-                                        QString::fromUtf8(query.condition), QString::fromUtf8(query.order),
-                                        rows))
-            << query.columns << '|' << query.table << '|' << query.condition << '|' << query.order;
+    for (const QStringList& query : // columns, table, condition, order
+         {QStringList{"lng", "zones", "", ""},
+          {"lng, height", table, "", ""},
+          {"", table, "", ""},
+          {"lng,", table, "", ""},
+          {"lng", "no_fly_zone\" --", "", ""},
+          {"count(*)", table, "", ""},
+          {"lng", table, "height > 1", ""},
+          {"lng", table, "1) UNION SELECT (1", ""},
+          {"lng", table, "1; DROP TABLE no_fly_zone", ""},
+          {"lng", table, "1 -- ", ""},
+          {"lng", table, "'", ""},
+          {"lng", table, "", "height"},
+          {"lng", table, "", "lng; DELETE FROM no_fly_zone"}}) {
+        EXPECT_FALSE(zones.SelectRecord(query[0], query[1], query[2], query[3], rows))
+            << qPrintable(query.join('|'));
         EXPECT_EQ(rows, QList<QVariant>{QVariant(7)});
     }
     EXPECT_FALSE(zones.SelectRecord(QStringLiteral("height"), table, {}, {}, rows));
@@ -313,18 +296,6 @@ TEST_F(NoflyFile, RowsComeAsTheyStandInTheTable)
     EXPECT_TRUE(zones.CloseDataBase());
     EXPECT_FALSE(zones.CloseDataBase());
     EXPECT_FALSE(zones.SelectRecord(QStringLiteral("lng"), table, {}, {}, rows));
-}
-
-TEST_F(NoflyFile, OnlyStoredRowsAreReadFromFilesOfUnknownOrigin)
-{
-    // Asked for its rows, this view never ends.
-    Execute(plain,
-            {QStringLiteral("DROP TABLE no_fly_zone"),
-             QStringLiteral("CREATE VIEW no_fly_zone AS WITH RECURSIVE n(lng, local_id) AS (SELECT 0, 0 "
-                            "UNION ALL SELECT lng + 1, 0 FROM n) SELECT * FROM n")});
-    QString error;
-    EXPECT_EQ(Start(plain, &error), -1);
-    EXPECT_TRUE(error.contains(QStringLiteral("no_fly_zone"))) << qPrintable(error);
 }
 
 TEST_F(NoflyFile, WhereItCannotBeWrittenItIsReadAsideAndNeverPlain)

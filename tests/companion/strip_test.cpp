@@ -98,16 +98,15 @@ void expectSound(const Strip& made, const Points& line)
 }
 } // namespace
 
-TEST(Strip, AStraightLineGivesARectangleWithWidth1OnTheLeft)
+TEST(Strip, HasWidth1OnTheLeftAndItsBendsMitredUpToTheLimitAndBevelledBeyond)
 {
-    const Strip made = strip({{0, 0}, {10, 0}}, 2.0, 3.0);
-    ASSERT_TRUE(made.ok);
-    EXPECT_EQ(made.outline, (Points{{0, 2}, {10, 2}, {10, -3}, {0, -3}}));
-    EXPECT_EQ(made.indices, (QList<int>{0, 1, 1, 0}));
-}
-
-TEST(Strip, BendsAreMitredUpToTheLimitAndBevelledBeyond)
-{
+    const Strip straight = strip({{0, 0}, {10, 0}}, 2.0, 3.0);
+    ASSERT_TRUE(straight.ok);
+    EXPECT_EQ(straight.outline, (Points{{0, 2}, {10, 2}, {10, -3}, {0, -3}}));
+    EXPECT_EQ(straight.indices, (QList<int>{0, 1, 1, 0}));
+    // Repeated points count once, and indices refer to the caller's line.
+    EXPECT_EQ(strip({{0, 0}, {0, 0}, {10, 0}, {10, 0}, {20, 0}}, 1.0, 1.0).indices,
+              (QList<int>{0, 2, 4, 4, 2, 0}));
     const Strip mitred = strip({{0, 0}, {10, 0}, {10, 10}}, 1.0, 2.0);
     ASSERT_TRUE(mitred.ok);
     const Points expected{{0, 1}, {9, 1}, {9, 10}, {12, 10}, {12, -2}, {0, -2}};
@@ -197,22 +196,6 @@ TEST(Strip, WildLinesGiveAValidOutlineOrNone)
     EXPECT_GT(made, 100);
 }
 
-TEST(Strip, RepeatedPointsCountOnceAndIndicesReferToTheCallersLine)
-{
-    const Strip made = strip({{0, 0}, {0, 0}, {10, 0}, {10, 0}, {20, 0}}, 1.0, 1.0);
-    ASSERT_TRUE(made.ok);
-    EXPECT_EQ(made.indices, (QList<int>{0, 2, 4, 4, 2, 0}));
-}
-
-TEST(Strip, OneSideMayHaveNoWidth)
-{
-    const Points line{{0, 0}, {10, 0}, {10, 10}};
-    const Strip right = strip(line, 0.0, 2.0);
-    expectSound(right, line);
-    EXPECT_NEAR(signedArea(right.outline), -(10 * 2 + 10 * 2 + 4), 1e-9);
-    EXPECT_EQ(right.outline[1], CAxPoint2D(10, 0));
-}
-
 TEST(Strip, ABandThatEnclosesAGapHasNoOutline)
 {
     const Points road{{0, 0}, {100, 0}, {100, 100}, {0, 100}, {0, 0}};
@@ -225,15 +208,10 @@ TEST(Strip, RefusesWhatCannotBeAStrip)
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
     const Points good{{0, 0}, {10, 0}};
-    EXPECT_FALSE(strip({}, 1, 1).ok);
-    EXPECT_FALSE(strip({{3, 3}}, 1, 1).ok);
-    EXPECT_FALSE(strip({{3, 3}, {3, 3}, {3, 3}}, 1, 1).ok);
-    EXPECT_FALSE(strip(good, 0, 0).ok);
-    EXPECT_FALSE(strip(good, -1, 5).ok);
-    EXPECT_FALSE(strip(good, 5, nan).ok);
-    EXPECT_FALSE(strip(good, inf, 1).ok);
-    EXPECT_FALSE(strip({{0, 0}, {nan, 0}}, 1, 1).ok);
-
+    for (const Points& line : {Points(), {{3, 3}}, {{3, 3}, {3, 3}, {3, 3}}, {{0, 0}, {nan, 0}}})
+        EXPECT_FALSE(strip(line, 1, 1).ok);
+    for (const auto& [left, right] : {std::pair{0.0, 0.0}, {-1.0, 5.0}, {5.0, nan}, {inf, 1.0}})
+        EXPECT_FALSE(strip(good, left, right).ok) << left << ' ' << right;
     Points outline{{1, 1}};
     QList<int> indices{4};
     EXPECT_FALSE(CreateStripPolygon(good, 0, 0, outline, indices));

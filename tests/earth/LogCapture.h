@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,16 +23,10 @@ public:
     {
         std::lock_guard<std::mutex> lock(_handler->mutex);
         std::vector<std::string> out;
-        std::string line;
-        for (char c : _handler->text)
-            if (c == '\n') {
-                if (!line.empty())
-                    out.push_back(line);
-                line.clear();
-            } else
-                line += c;
-        if (!line.empty())
-            out.push_back(line);
+        std::istringstream text(_handler->text);
+        for (std::string line; std::getline(text, line);)
+            if (!line.empty())
+                out.push_back(line);
         return out;
     }
 

@@ -86,12 +86,6 @@ void LoopbackTileServer::setManner(Manner manner)
     _wake.notify_all();
 }
 
-std::vector<std::string> LoopbackTileServer::paths() const
-{
-    std::lock_guard<std::mutex> lock(_mutex);
-    return _paths;
-}
-
 void LoopbackTileServer::accept()
 {
     for (;;) {
@@ -122,7 +116,6 @@ void LoopbackTileServer::serve(int socket)
     ++_requests;
     {
         std::unique_lock<std::mutex> lock(_mutex);
-        _paths.push_back(path);
         _wake.wait(lock, [this] { return _dead || _manner != Manner::Silent; });
     }
     if (_dead)

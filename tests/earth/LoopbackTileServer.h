@@ -28,7 +28,6 @@ public:
     std::string address() const;
     void setManner(Manner manner);
     int requests() const { return _requests; }
-    std::vector<std::string> paths() const;
     /// Closes the port and all connections.
     void die();
 
@@ -47,7 +46,6 @@ private:
     std::atomic<bool> _dead{false};
     mutable std::mutex _mutex;
     std::condition_variable _wake;
-    std::vector<std::string> _paths;
     std::vector<std::thread> _workers;
     std::vector<int> _sockets;
     std::thread _acceptor;

@@ -1,5 +1,6 @@
 #pragma once
-#include <camera/CameraPose.h>
+#include "WindowEvents.h"
+
 #include <gtest/gtest.h>
 #include <osgEarth/SpatialReference>
 #include <osgEarthUtil/EarthManipulator>
@@ -35,11 +36,11 @@ public:
     ActionType lastAction = ACTION_NULL;
 };
 
-/** A view on a smooth globe that gets its events by hand, with a clock of its own. */
-class ManipulatorFixture : public testing::Test
+/** A view on a smooth globe that gets its events by hand. */
+class ManipulatorFixture : public testing::Test, public WindowEvents
 {
 protected:
-    ManipulatorFixture()
+    ManipulatorFixture() : WindowEvents(kWidth, kHeight)
     {
         view->getCamera()->setProjectionMatrixAsPerspective(30.0, double(kWidth) / kHeight, 1.0, 1e8);
         view->getCamera()->setViewport(0, 0, kWidth, kHeight);
@@ -61,43 +62,7 @@ protected:
         manipulator->setViewpoint(Viewpoint("test", longitude, latitude, 0.0, heading, pitch, range));
     }
 
-    osg::ref_ptr<EA> event(EA::EventType type, double x = 0.0, double y = 0.0)
-    {
-        osg::ref_ptr<EA> ea = new EA;
-        ea->setEventType(type);
-        ea->setTime(time);
-        ea->setWindowRectangle(0, 0, kWidth, kHeight);
-        ea->setInputRange(0, 0, kWidth, kHeight);
-        ea->setMouseYOrientation(EA::Y_INCREASING_UPWARDS);
-        ea->setX(static_cast<float>(x));
-        ea->setY(static_cast<float>(y));
-        return ea;
-    }
-
-    bool send(EA* ea) { return manipulator->handle(*ea, *view); }
-
-    void mouse(EA::EventType type, int button, double x, double y, int modkeys = 0)
-    {
-        osg::ref_ptr<EA> ea = event(type, x, y);
-        ea->setButton(button);
-        ea->setButtonMask(type == EA::RELEASE ? 0 : button);
-        ea->setModKeyMask(modkeys);
-        send(ea);
-    }
-
-    void key(EA::EventType type, int code)
-    {
-        osg::ref_ptr<EA> ea = event(type);
-        ea->setKey(code);
-        send(ea);
-    }
-
-    void scroll(EA::ScrollingMotion motion, double x, double y)
-    {
-        osg::ref_ptr<EA> ea = event(EA::SCROLL, x, y);
-        ea->setScrollingMotion(motion);
-        send(ea);
-    }
+    bool send(EA* ea) override { return manipulator->handle(*ea, *view); }
 
     void frame(double seconds = 0.025)
     {
@@ -138,7 +103,6 @@ protected:
         EXPECT_NEAR(now.getRange(), range, 1e-6 * range);
     }
 
-    double time = 100.0;
     osg::ref_ptr<osg::Group> root = new osg::Group;
     osg::ref_ptr<osgViewer::View> view = new osgViewer::View;
     osg::ref_ptr<SpyManipulator> manipulator = new SpyManipulator;

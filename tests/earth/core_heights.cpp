@@ -1,5 +1,4 @@
 #include <osgEarth/Map>
-#include <osgEarth/Registry>
 #include <osgEarthDrivers/gdal/GDALOptions>
 
 #include "layers/LayerHeights.h"
@@ -212,18 +211,4 @@ TEST(HeightWindow, OutsideAndRim)
     const osg::ref_ptr<ProgressCallback> stopped = new ProgressCallback;
     stopped->cancel();
     EXPECT_FALSE(readHeightWindow(*layer, box(0, 0, 1, 1), 0.0, stopped.get()));
-}
-
-TEST(ElevationLayer, HeightFieldOfATile)
-{
-    const auto layer = openHeights(AX_RESOURCES "/map/trinidad_90m_metres.tif");
-    const TileKey key = Registry::instance()->getGlobalGeodeticProfile()->createTileKey(-105.2, 37.4, 10);
-    const GeoHeightField field = layer->createHeightField(key);
-    ASSERT_TRUE(field.valid());
-    const auto window = readHeightWindow(*layer, key.getExtent(), 0.0);
-    const osg::Vec3d centre = key.getExtent().getCentroid();
-    float height = 0.0f;
-    ASSERT_TRUE(field.getElevation(SpatialReference::get("wgs84"), centre.x(), centre.y(), height));
-    EXPECT_NEAR(height, *window->heightAt(centre.x(), centre.y()), 1e-2);
-    EXPECT_FALSE(layer->createHeightField(TileKey(10, 0, 0, key.getProfile())).valid());
 }

@@ -27,16 +27,6 @@ struct Recorder : public MapCallback
     std::vector<std::string> events;
 };
 
-struct Toggles : public MapCallback
-{
-    void onMapModelChanged(const MapModelChange& change) override
-    {
-        if (change.getAction() == MapModelChange::TOGGLE_ELEVATION_LAYER)
-            ++count;
-    }
-    int count = 0;
-};
-
 Drivers::GDALOptions file(const std::string& path)
 {
     Drivers::GDALOptions options;
@@ -75,66 +65,6 @@ TEST(Map, CallbacksTellEveryChangeOnce)
     map->clear();
     EXPECT_EQ(map->getNumImageLayers(), 0);
     EXPECT_EQ(recorder->events.size(), 6u);
-}
-
-TEST(Map, ElevationVisibilityIsAChangeOfTheHeights)
-{
-    const osg::ref_ptr<Map> map = new Map;
-    const osg::ref_ptr<Toggles> toggles = new Toggles;
-    map->addMapCallback(toggles.get());
-    const osg::ref_ptr<ElevationLayer> layer = new ElevationLayer("E", file("missing.tif"));
-    map->addElevationLayer(layer.get());
-    layer->setVisible(false);
-    layer->setVisible(false);
-    layer->setVisible(true);
-    EXPECT_EQ(toggles->count, 2);
-    map->removeElevationLayer(layer.get());
-    layer->setVisible(false);
-    EXPECT_EQ(toggles->count, 2) << "no longer of this map";
-}
-
-TEST(Map, LayersByKindAndName)
-{
-    const osg::ref_ptr<Map> map = new Map;
-    map->addLayer(new ModelLayer("M", new osg::Group));
-    map->addLayer(new ImageLayer("I", file("missing.tif")));
-    std::vector<osg::ref_ptr<ImageLayer>> images;
-    map->getLayers(images);
-    ASSERT_EQ(images.size(), 1u);
-    EXPECT_EQ(map->getLayerByName("M"), map->getModelLayerAt(0));
-    EXPECT_EQ(map->getImageLayerByUID(images[0]->getUID()), images[0].get());
-    EXPECT_EQ(map->getLayerByName("X"), nullptr);
-    EXPECT_EQ(map->getImageLayerAt(7), nullptr);
-    EXPECT_EQ(map->getImageLayerAt(-1), nullptr);
-}
-
-TEST(ModelLayer, VisibleSwitchesTheNodeMaskOfItsScene)
-{
-    const osg::ref_ptr<osg::Group> node = new osg::Group;
-    const osg::ref_ptr<ModelLayer> layer = new ModelLayer("M", node.get());
-    EXPECT_EQ(layer->getOrCreateSceneGraph(nullptr, nullptr), node.get());
-    layer->setVisible(false);
-    EXPECT_EQ(node->getNodeMask(), 0u);
-    layer->setVisible(true);
-    EXPECT_NE(node->getNodeMask(), 0u);
-}
-
-TEST(ImageLayer, OpacityIsClampedAndToldOnce)
-{
-    struct Counter : public ImageLayerCallback
-    {
-        void onOpacityChanged(ImageLayer*) override { ++count; }
-        int count = 0;
-    };
-    const osg::ref_ptr<ImageLayer> layer = new ImageLayer("I", file("missing.tif"));
-    const osg::ref_ptr<Counter> counter = new Counter;
-    layer->addCallback(counter.get());
-    layer->setOpacity(7.0f);
-    EXPECT_EQ(layer->getOpacity(), 1.0f);
-    EXPECT_EQ(counter->count, 0) << "it was opaque before";
-    layer->setOpacity(-1.0f);
-    EXPECT_EQ(layer->getOpacity(), 0.0f);
-    EXPECT_EQ(counter->count, 1);
 }
 
 TEST(ElevationQuery, FinestValidFirstAndHolesFallThrough)

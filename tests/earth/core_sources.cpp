@@ -187,25 +187,6 @@ TEST(ImageSource, UtmPictureLiesWhereItBelongs)
     EXPECT_EQ(pixel(*layer, centre.x(), centre.y(), 6)[2], 99);
 }
 
-TEST(ImageSource, NeighbouringTilesContinueEachOther)
-{
-    const auto layer = openImage(AX_RESOURCES "/map/world.tif");
-    for (unsigned lod : {1u, 3u, 5u, 8u}) {
-        const TileKey west = keyAt(-105.0, 37.4, lod), east = west.createNeighborKey(1, 0);
-        const GeoImage a = layer->createImage(west), b = layer->createImage(east);
-        ASSERT_TRUE(a.valid() && b.valid());
-        // The step over the border is like the steps beside it.
-        double across = 0.0, inside = 0.0;
-        for (unsigned row = 0; row < 256; ++row)
-            for (int c = 0; c < 3; ++c) {
-                across += std::abs(a.getImage()->data(255, row)[c] - b.getImage()->data(0, row)[c]);
-                inside += std::abs(a.getImage()->data(254, row)[c] - a.getImage()->data(255, row)[c]) / 2.0 +
-                          std::abs(b.getImage()->data(0, row)[c] - b.getImage()->data(1, row)[c]) / 2.0;
-            }
-        EXPECT_LT(across, inside * 1.5 + 256.0) << lod;
-    }
-}
-
 TEST(ImageSource, ZeroTo360DegreesIsTheSameWorld)
 {
     const ScratchFolder folder;
@@ -274,86 +255,62 @@ RasterRecipe large()
 }
 } // namespace
 
-struct FailureRow
+TEST(FailingFile, IsOneLineThatNamesLayerAndFileAndAnErrorOfTheLayer)
 {
-    const char* name;
-    std::function<void(const std::string& path)> make;
-};
-
-class FailingFile : public ::testing::TestWithParam<FailureRow>
-{
-};
-
-TEST_P(FailingFile, IsOneLineThatNamesLayerAndFileAndAnErrorOfTheLayer)
-{
-    const ScratchFolder folder;
-    const std::string path = folder.path("source.tif");
-    GetParam().make(path);
-    for (const bool heights : {false, true}) {
-        Drivers::GDALOptions options;
-        options.url() = URI(path);
-        const LogCapture log;
-        osg::ref_ptr<TerrainLayer> layer;
-        if (heights)
-            layer = new ElevationLayer("Broken", options);
-        else
-            layer = new ImageLayer("Broken", options);
-        EXPECT_TRUE(layer->open().isError());
-        EXPECT_FALSE(layer->isOpen());
-        EXPECT_TRUE(layer->open().isError()) << "the same answer again, and no second line";
-        ASSERT_EQ(log.lines().size(), 1u);
-        EXPECT_EQ(log.linesWith("\"Broken\""), 1u) << log.lines()[0];
-        EXPECT_EQ(log.linesWith(path), 1u) << log.lines()[0];
-        EXPECT_FALSE(layer->mayHaveData(keyAt(0.5, 0.5, 5)));
-        EXPECT_EQ(layer->getDataResolution(), 0.0);
-        EXPECT_FALSE(layer->getDataExtent().isValid());
-    }
+    using Recipe = std::function<void(RasterRecipe&)>;
+    using Make = std::function<void(const std::string& path)>;
+    const auto raster = [](const Recipe& spoil) {
+        return Make([spoil](const std::string& path) {
+            RasterRecipe recipe;
+            spoil(recipe);
+            writeRaster(path, recipe);
+        });
+    };
+    const auto cut = [](double share) {
+        return Make([share](const std::string& path) {
+            writeRaster(path, large());
+            const std::string bytes = read(path);
+            write(path, bytes.substr(0, static_cast<size_t>(share * static_cast<double>(bytes.size()))));
+        });
+    };
+    const std::pair<const char*, Make> rows[] = {
+        {"missing", [](const std::string&) {}},
+        {"empty", [](const std::string& path) { write(path, ""); }},
+        {"text", [](const std::string& path) { write(path, "no raster at all"); }},
+        {"a folder", [](const std::string& path) { std::filesystem::create_directories(path); }},
+        {"cut off", cut(0.5)},
+        {"header only", cut(0.002)},
+        {"no projection", raster([](RasterRecipe& recipe) { recipe.srs.clear(); })},
+        {"a site's own grid",
+         raster([](RasterRecipe& recipe) { recipe.srs = "LOCAL_CS[\"site grid\",UNIT[\"metre\",1]]"; })},
+        {"no position", raster([](RasterRecipe& recipe) { recipe.place = {0, 1, 0, 0, 0, 1}; })},
+        {"off the Earth", raster([](RasterRecipe& recipe) {
+             recipe.srs = "EPSG:32613";
+             recipe.place = {1e15, 1000, 0, 1e15, 0, -1000};
+         })}};
+    for (const auto& [name, make] : rows)
+        for (const bool heights : {false, true}) {
+            SCOPED_TRACE(name);
+            const ScratchFolder folder;
+            const std::string path = folder.path("source.tif");
+            make(path);
+            Drivers::GDALOptions options;
+            options.url() = URI(path);
+            const LogCapture log;
+            osg::ref_ptr<TerrainLayer> layer;
+            if (heights)
+                layer = new ElevationLayer("Broken", options);
+            else
+                layer = new ImageLayer("Broken", options);
+            EXPECT_TRUE(layer->open().isError());
+            EXPECT_TRUE(layer->open().isError()) << "the same answer again, and no second line";
+            ASSERT_EQ(log.lines().size(), 1u);
+            EXPECT_EQ(log.linesWith("\"Broken\""), 1u) << log.lines()[0];
+            EXPECT_EQ(log.linesWith(path), 1u) << log.lines()[0];
+            EXPECT_FALSE(layer->mayHaveData(keyAt(0.5, 0.5, 5)));
+            EXPECT_FALSE(layer->getDataExtent().isValid());
+        }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, FailingFile,
-    ::testing::Values(FailureRow{"Missing", [](const std::string&) {}},
-                      FailureRow{"Empty", [](const std::string& p) { write(p, ""); }},
-                      FailureRow{"Text", [](const std::string& p) { write(p, "no raster at all"); }},
-                      FailureRow{"Folder",
-                                 [](const std::string& p) { std::filesystem::create_directories(p); }},
-                      FailureRow{"CutOff",
-                                 [](const std::string& p) {
-                                     writeRaster(p, large());
-                                     const std::string bytes = read(p);
-                                     write(p, bytes.substr(0, bytes.size() / 2));
-                                 }},
-                      FailureRow{"HeaderOnly",
-                                 [](const std::string& p) {
-                                     writeRaster(p, large());
-                                     write(p, read(p).substr(0, 100));
-                                 }},
-                      FailureRow{"NoProjection",
-                                 [](const std::string& p) {
-                                     RasterRecipe recipe;
-                                     recipe.srs.clear();
-                                     writeRaster(p, recipe);
-                                 }},
-                      FailureRow{"EngineeringProjection",
-                                 [](const std::string& p) {
-                                     RasterRecipe recipe;
-                                     recipe.srs = "LOCAL_CS[\"site grid\",UNIT[\"metre\",1]]";
-                                     writeRaster(p, recipe);
-                                 }},
-                      FailureRow{"NoPosition",
-                                 [](const std::string& p) {
-                                     RasterRecipe recipe;
-                                     recipe.place = {0, 1, 0, 0, 0, 1};
-                                     writeRaster(p, recipe);
-                                 }},
-                      FailureRow{"OffTheEarth",
-                                 [](const std::string& p) {
-                                     RasterRecipe recipe;
-                                     recipe.srs = "EPSG:32613";
-                                     recipe.place = {1e15, 1000, 0, 1e15, 0, -1000};
-                                     writeRaster(p, recipe);
-                                 }}),
-    [](const auto& row) { return std::string(row.param.name); });
 
 TEST(DamagedFile, DamageInTheMiddleIsOneLineHoweverManyTilesMeetIt)
 {

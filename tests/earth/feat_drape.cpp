@@ -137,27 +137,30 @@ Style drapedStyle(const Color& fill)
 
 TEST(FeatDrapeVolume, IsClosedAndHasNoInnerWalls)
 {
-    const DrapeVolume volume = volumeOf(square(0.1));
-    ASSERT_TRUE(volume.geometry.valid());
-    EXPECT_TRUE(isClosed(*volume.geometry));
-    EXPECT_EQ(trianglesOf(*volume.geometry), 4u + 8u); // two caps and four walls
-}
-
-TEST(FeatDrapeVolume, TurnOfTheTrianglesDoesNotMatter)
-{
-    DrapeShape shape = square(0.1);
-    std::swap(shape.triangles[1][1], shape.triangles[1][2]);
-    const DrapeVolume volume = volumeOf(shape);
-    EXPECT_TRUE(isClosed(*volume.geometry));
-    EXPECT_EQ(trianglesOf(*volume.geometry), 12u);
-}
-
-TEST(FeatDrapeVolume, UnsharedPointsInOnePlaceAreOne)
-{
-    DrapeShape shape = square(0.1);
-    shape.points.insert(shape.points.end(), {shape.points[0], shape.points[2]});
-    shape.triangles[1] = {4, 5, 3};
-    EXPECT_EQ(trianglesOf(*volumeOf(shape).geometry), 12u);
+    DrapeShape turned = square(0.1);
+    std::swap(turned.triangles[1][1], turned.triangles[1][2]);
+    DrapeShape unshared = square(0.1);
+    unshared.points.insert(unshared.points.end(), {unshared.points[0], unshared.points[2]});
+    unshared.triangles[1] = {4, 5, 3};
+    DrapeShape line = square(0.1);
+    line.triangles.clear();
+    line.segments = {{0, 1}, {1, 2}, {2, 2}}; // the last has no length
+    line.lineWidth = 3.0f;
+    const struct
+    {
+        const char* name;
+        DrapeShape shape;
+        unsigned triangles;
+    } rows[] = {{"two caps and four walls", square(0.1), 12},
+                {"whatever way its triangles turn", turned, 12},
+                {"points in one place", unshared, 12},
+                {"boxes around lines", line, 24}};
+    for (const auto& row : rows) {
+        const DrapeVolume volume = volumeOf(row.shape);
+        ASSERT_TRUE(volume.geometry.valid()) << row.name;
+        EXPECT_TRUE(isClosed(*volume.geometry)) << row.name;
+        EXPECT_EQ(trianglesOf(*volume.geometry), row.triangles) << row.name;
+    }
 }
 
 TEST(FeatDrapeVolume, WideShapesFollowTheRoundEarth)
@@ -170,18 +173,6 @@ TEST(FeatDrapeVolume, WideShapesFollowTheRoundEarth)
     const DrapeVolume volume = volumeOf(square(60.0));
     EXPECT_TRUE(isClosed(*volume.geometry));
     EXPECT_LT(volume.sagitta, 10000.0);
-}
-
-TEST(FeatDrapeVolume, LinesAreClosedBoxes)
-{
-    DrapeShape line = square(0.1);
-    line.triangles.clear();
-    line.segments = {{0, 1}, {1, 2}, {2, 2}}; // the last has no length
-    line.lineWidth = 3.0f;
-    const DrapeVolume volume = volumeOf(line);
-    ASSERT_TRUE(volume.geometry.valid());
-    EXPECT_TRUE(isClosed(*volume.geometry));
-    EXPECT_EQ(trianglesOf(*volume.geometry), 24u);
 }
 
 TEST(FeatDrapeBlock, EveryLevelIsClosedAndCoarserThanTheLast)
@@ -222,14 +213,6 @@ TEST(FeatDrapeBlock, EveryLevelCoversTheAreaOnceAndItsHoleNever)
     }
 }
 
-TEST(FeatDrapeVolume, NothingComesOfNothing)
-{
-    EXPECT_FALSE(volumeOf(DrapeShape()).geometry.valid());
-    DrapeShape flat = square(0.1);
-    flat.triangles = {{0, 0, 1}};
-    EXPECT_FALSE(volumeOf(flat).geometry.valid());
-}
-
 TEST(FeatDrapeShape, ReadsEveryPrimitiveMode)
 {
     const osg::Vec4 red(1, 0, 0, 1);
@@ -268,34 +251,4 @@ TEST(FeatCircle, InvisibleDiscHasNothingToDraw)
     EXPECT_EQ(drawablesBelow(*seen), 1u);
     seen->setStyle(drapedStyle(Color(Color::Cyan, 0.0f)));
     EXPECT_EQ(drawablesBelow(*seen), 0u);
-}
-
-TEST(FeatCircle, OutlineKeepsItsDistance)
-{
-    const SpatialReference* wgs84 = SpatialReference::get("wgs84");
-    for (const double lat : {0.0, 40.0, -85.0}) {
-        const GeoPoint centre(wgs84, 20.0, lat, 0.0);
-        osg::ref_ptr<CircleNode> circle =
-            new CircleNode(nullptr, centre, Distance(5.0, Units::KILOMETERS), drapedStyle(Color::Green));
-        osg::Matrixd localToWorld;
-        ASSERT_TRUE(centre.createLocalToWorld(localToWorld));
-        ASSERT_GT(circle->getGeometry()->size(), 16u);
-        for (const osg::Vec3d& p : *circle->getGeometry())
-            EXPECT_NEAR((p * localToWorld - centre.vec3d() * 0.0 - localToWorld.getTrans()).length(), 5000.0,
-                        40.0);
-    }
-}
-
-TEST(FeatCircle, ArcsAndPies)
-{
-    const GeoPoint centre(SpatialReference::get("wgs84"), 20.0, 10.0, 0.0);
-    osg::ref_ptr<CircleNode> arc = new CircleNode(nullptr, centre, Distance(5000.0),
-                                                  drapedStyle(Color::Green), Angle(0.0), Angle(90.0), false);
-    EXPECT_EQ(arc->getGeometry()->getType(), Geometry::TYPE_LINESTRING);
-    EXPECT_EQ(drawablesBelow(*arc), 0u); // an open arc has no inside and no outline is asked for
-    arc->setPie(true);
-    EXPECT_EQ(arc->getGeometry()->getType(), Geometry::TYPE_POLYGON);
-    EXPECT_EQ(drawablesBelow(*arc), 1u);
-    for (const osg::Vec3d& p : *arc->getGeometry())
-        EXPECT_TRUE(p.x() >= -1.0 && p.y() >= -1.0) << "north to east is the first quarter";
 }

@@ -49,17 +49,6 @@ LabelCandidate candidate(float x, float y, float priority, bool before = false)
 {
     return {{x, y, x + 100.0f, y + 20.0f}, priority, before};
 }
-
-PlaceLabel measured(TextSymbol::Alignment alignment)
-{
-    LabelLook look;
-    look.alignment = alignment;
-    GlyphAtlas atlas(nullptr, look.pixels);
-    PlaceLabel label;
-    label.text = "Bern";
-    layOut(label, look, atlas);
-    return label;
-}
 } // namespace
 
 TEST(FeatLineWork, SharedBordersAreDrawnOnce)
@@ -168,19 +157,6 @@ TEST(FeatDeclutter, NoTwoShownLabelsOverlapWhereverTheyLie)
     for (size_t i = 0; i < chosen.size(); ++i)
         for (size_t j = 0; j < i; ++j)
             ASSERT_FALSE(candidates[chosen[i]].box.meets(candidates[chosen[j]].box));
-}
-
-TEST(FeatLabels, TextStandsBesideAboveOrBelowItsDot)
-{
-    using T = TextSymbol;
-    const PlaceLabel right = measured(T::ALIGN_LEFT_CENTER), left = measured(T::ALIGN_RIGHT_CENTER);
-    const PlaceLabel above = measured(T::ALIGN_CENTER_BOTTOM), below = measured(T::ALIGN_CENTER_TOP);
-    EXPECT_GT(right.pen.x(), 0.0f);
-    EXPECT_LT(left.box.left, -20.0f);
-    EXPECT_LE(left.box.right, 6.0f);
-    EXPECT_NEAR(above.box.left, -above.box.right, 2.0f);
-    EXPECT_GT(above.pen.y(), 0.0f);
-    EXPECT_LT(below.box.bottom, -14.0f);
 }
 
 TEST(FeatLabels, SortedByPriorityAndOnTheEllipsoid)

@@ -72,20 +72,28 @@ TEST(FeatOgrSource, FailuresNameTheFileAndTheCause)
         EXPECT_EQ(source->createFeatureCursor(), nullptr);
         EXPECT_EQ(source->getFeatureProfile(), nullptr);
     }
-}
-
-TEST(FeatOgrSource, WrongLayerAndWrongDriverAreErrors)
-{
     OGRFeatureOptions layer = optionsFor(kMap + "countries-50m.json");
     layer.layer() = "rivers";
-    osg::ref_ptr<FeatureSource> source = FeatureSourceFactory::create(layer);
-    EXPECT_TRUE(source->open().isError());
-    EXPECT_NE(source->getStatus().message().find("rivers"), std::string::npos);
-
     FeatureSourceOptions unknown;
     unknown.setDriver("telepathy");
     EXPECT_EQ(osg::ref_ptr<FeatureSource>(FeatureSourceFactory::create(unknown)), nullptr);
-    EXPECT_TRUE(sourceFor("")->open().isError());
+    FeatureGeomModelOptions none, foreign, nameless, otherLayer, otherDriver;
+    foreign.featureOptions() = optionsFor(garbage.path());
+    nameless.featureOptions() = optionsFor("");
+    otherLayer.featureOptions() = layer;
+    otherDriver.featureOptions() = unknown;
+    const std::pair<const FeatureGeomModelOptions*, std::string> models[] = {{&none, "features"},
+                                                                             {&foreign, garbage.path()},
+                                                                             {&nameless, ""},
+                                                                             {&otherLayer, "rivers"},
+                                                                             {&otherDriver, "telepathy"}};
+    for (const auto& [options, named] : models) {
+        osg::ref_ptr<ModelSource> source = Drivers::createFeatureGeomModelSource(*options);
+        const Status& status = source->open(nullptr);
+        EXPECT_TRUE(status.isError()) << named;
+        EXPECT_NE(status.message().find(named), std::string::npos) << status.message();
+        EXPECT_EQ(source->createNode(nullptr, nullptr), nullptr);
+    }
 }
 
 TEST(FeatOgrSource, ReadsTopologiesAndKeepsAttributes)
@@ -112,18 +120,6 @@ TEST(FeatOgrSource, PlacesFilterByKind)
     EXPECT_EQ(shanghai.front()->getDouble("population"), 22315474.0);
 }
 
-TEST(FeatOgrSource, UnreadableQueryGivesNoCursorAndSpoilsNothing)
-{
-    osg::ref_ptr<FeatureSource> source = sourceFor(kMap + "places.csv");
-    ASSERT_TRUE(source->open().isOK());
-    Query bad;
-    bad.expression() = "kind = = 'City'";
-    EXPECT_EQ(osg::ref_ptr<FeatureCursor>(source->createFeatureCursor(bad)), nullptr);
-    const std::string cause = static_cast<OgrFeatureSource&>(*source).lastError();
-    EXPECT_NE(cause.find("kind = = 'City'"), std::string::npos) << cause;
-    EXPECT_EQ(featuresOf(*source, "kind = 'Capital'").size(), 241u);
-}
-
 TEST(FeatOgrSource, TablesWithoutGeometryUseTheirCoordinateColumns)
 {
     const TemporaryFile file("feat_columns.csv",
@@ -136,78 +132,4 @@ TEST(FeatOgrSource, TablesWithoutGeometryUseTheirCoordinateColumns)
     ASSERT_EQ(places.size(), 2u); // a missing and an impossible latitude are left out
     EXPECT_EQ(places["A"], osg::Vec3d(20.0, 10.0, 0.0));
     EXPECT_EQ(places["D"], osg::Vec3d(170.0, -3.5, 0.0));
-}
-
-TEST(FeatOgrSource, GeometryInMemorySurvivesItsOptions)
-{
-    OGRFeatureOptions options;
-    options.geometry() = new LineString();
-    options.geometry()->push_back(1.0, 2.0, 3.0);
-    options.geometry()->push_back(4.0, 5.0, 6.0);
-    osg::ref_ptr<FeatureSource> source = FeatureSourceFactory::create(FeatureSourceOptions(options));
-    ASSERT_TRUE(source->open().isOK());
-    const FeatureList features = featuresOf(*source);
-    ASSERT_EQ(features.size(), 1u);
-    EXPECT_EQ(features.front()->getGeometry()->asVector(), options.geometry()->asVector());
-}
-
-TEST(FeatFeature, AttributesReadInEveryForm)
-{
-    osg::ref_ptr<Feature> feature = new Feature(new PointSet(), SpatialReference::get("wgs84"));
-    feature->set("n", std::string("12.5"));
-    feature->set("i", 3);
-    feature->set("b", true);
-    feature->setNull("none", ATTRTYPE_INT);
-    EXPECT_EQ(feature->getDouble("N"), 12.5);
-    EXPECT_EQ(feature->getString("i"), "3");
-    EXPECT_EQ(feature->getInt("b"), 1);
-    EXPECT_EQ(feature->getInt("none", 9), 9);
-    EXPECT_TRUE(feature->hasAttr("none"));
-    EXPECT_FALSE(feature->isSet("none"));
-    NumericExpression twice("[n]*2 + [missing]");
-    EXPECT_EQ(feature->eval(twice), 25.0);
-}
-
-TEST(FeatGeomModel, OptionsBuiltInCodeReachTheSource)
-{
-    FeatureGeomModelOptions options;
-    options.setName("world");
-    options.featureOptions() = optionsFor(kMap + "countries-50m.json");
-    options.styles() = new StyleSheet();
-    Style style("line");
-    style.getOrCreate<LineSymbol>()->stroke()->color() = Color::Yellow;
-    options.styles()->addStyle(style);
-    options.maxGranularity() = 0.25;
-
-    const FeatureGeomModelOptions copy{ModelSourceOptions(options)}; // sliced, as a layer's options are
-    EXPECT_EQ(copy.getName(), "world");
-    EXPECT_EQ(copy.maxGranularity().value(), 0.25);
-    EXPECT_EQ(OGRFeatureOptions(copy.featureOptions().value()).url()->full(), kMap + "countries-50m.json");
-    ASSERT_TRUE(copy.styles().valid());
-    EXPECT_EQ(copy.styles()->getDefaultStyle()->get<LineSymbol>()->stroke()->color(), Color::Yellow);
-
-    osg::ref_ptr<ModelSource> source = Drivers::createFeatureGeomModelSource(options);
-    EXPECT_TRUE(source->open(nullptr).isOK()) << source->getStatus().message();
-}
-
-TEST(FeatGeomModel, MissingAndForeignFilesFailAtOnce)
-{
-    const TemporaryFile garbage("feat_model_garbage.xyz", "no features in here");
-    FeatureGeomModelOptions none, missing, foreign, driver;
-    missing.featureOptions() = optionsFor("/nowhere/at/all.json");
-    foreign.featureOptions() = optionsFor(garbage.path());
-    FeatureSourceOptions unknown;
-    unknown.setDriver("telepathy");
-    driver.featureOptions() = unknown;
-    const std::pair<const FeatureGeomModelOptions*, std::string> rows[] = {{&none, "features"},
-                                                                           {&missing, "/nowhere/at/all.json"},
-                                                                           {&foreign, garbage.path()},
-                                                                           {&driver, "telepathy"}};
-    for (const auto& row : rows) {
-        osg::ref_ptr<ModelSource> source = Drivers::createFeatureGeomModelSource(*row.first);
-        const Status& status = source->open(nullptr);
-        EXPECT_TRUE(status.isError());
-        EXPECT_NE(status.message().find(row.second), std::string::npos) << status.message();
-        EXPECT_EQ(source->createNode(nullptr, nullptr), nullptr);
-    }
 }

@@ -153,13 +153,3 @@ TEST(HeightStackEdge, ItsReachHoldsAllThatBendingLooksAt)
     }
     EXPECT_GT(beyond, 0);
 }
-
-TEST(HeightStackEdge, ASmallTileBesideItReachesIntoNoMoreThanTheEdge)
-{
-    const TileBounds data{10.0, 40.0, 11.0, 41.0};
-    const auto reach = reachInto(data, {10.5, 39.95, 10.55, 40.0}, 0.2);
-    ASSERT_TRUE(reach);
-    EXPECT_DOUBLE_EQ(reach->south, 40.0);
-    EXPECT_DOUBLE_EQ(reach->north, 40.0);
-    EXPECT_NEAR(reach->width(), 0.15, 1e-9);
-}

@@ -132,21 +132,6 @@ TEST(TileMesh, PositionsAreTheGridsToTheMillimetre)
     }
 }
 
-TEST(TileMesh, BordersOfNeighboursUseTheSamePlaces)
-{
-    const TileBounds east{kTile.east, kTile.south, kTile.east + kTile.width(), kTile.north};
-    const TileMesh left = buildTileMesh(kTile, flat(500.0f), 5.0, 50.0);
-    const TileMesh right = buildTileMesh(east, flat(500.0f), 5.0, 50.0);
-    const auto corner = [](const TileMesh& mesh, float u, float v) {
-        for (std::size_t i = 0; i < mesh.surfaceIndexCount; ++i)
-            if (mesh.unit[mesh.indices[i]] == osg::Vec2f(u, v))
-                return mesh.origin + osg::Vec3d(mesh.positions[mesh.indices[i]]);
-        return osg::Vec3d();
-    };
-    EXPECT_LT((corner(left, 1.0f, 0.0f) - corner(right, 0.0f, 0.0f)).length(), 2e-3);
-    EXPECT_LT((corner(left, 1.0f, 1.0f) - corner(right, 0.0f, 1.0f)).length(), 2e-3);
-}
-
 TEST(TileMesh, SkirtHangsFromTheWholeBorderAndFacesOutwards)
 {
     const double depth = 75.0;

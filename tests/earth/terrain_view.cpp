@@ -30,40 +30,24 @@ TileBulk ballAt(double longitude, double latitude, double radius)
     return {{centre, radius}, occludeeOf(centre, {osg::Vec3f()}, radius)};
 }
 
-struct NearCase
-{
-    const char* name;
-    double longitude;
-    double latitude;
-    double radius;
-    bool near;
-};
-
-class TerrainViewNear : public testing::TestWithParam<NearCase>
-{
-};
-
 } // namespace
 
-// From 100 km the window shows 0.24 degrees to the north and 0.385 degrees to the east.
-INSTANTIATE_TEST_SUITE_P(Balls, TerrainViewNear,
-                         testing::Values(NearCase{"InTheMiddle", 0.0, 0.0, 1000.0, true},
-                                         NearCase{"AcrossTheRim", 0.0, 0.25, 5000.0, true},
-                                         NearCase{"JustBeyondTheRim", 0.0, 0.2875, 4500.0, true},
-                                         NearCase{"WellBeyondTheRim", 0.0, 0.40, 4500.0, false},
-                                         NearCase{"FarToTheEast", 1.0, 0.0, 4500.0, false},
-                                         NearCase{"BehindTheEarth", 180.0, 0.0, 4500.0, false}),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-TEST_P(TerrainViewNear, IsWhatTheWindowShowsAndALittleBeyond)
+TEST(TerrainView, IsNearWhatTheWindowShowsAndALittleBeyond)
 {
-    const NearCase& row = GetParam();
-    EXPECT_EQ(downFrom(100e3).isNear(ballAt(row.longitude, row.latitude, row.radius)), row.near);
-}
-
-TEST(TerrainView, BeforeTheFirstFrameEverythingIsNear)
-{
-    EXPECT_TRUE(TerrainView().isNear(ballAt(40.0, -20.0, 10.0)));
+    // From 100 km the window shows 0.24 degrees to the north and 0.385 degrees to the east.
+    const struct
+    {
+        const char* name;
+        double longitude, latitude, radius;
+        bool near;
+    } rows[] = {
+        {"in the middle", 0.0, 0.0, 1000.0, true},          {"across the rim", 0.0, 0.25, 5000.0, true},
+        {"just beyond the rim", 0.0, 0.2875, 4500.0, true}, {"well beyond the rim", 0.0, 0.40, 4500.0, false},
+        {"far to the east", 1.0, 0.0, 4500.0, false},       {"behind the Earth", 180.0, 0.0, 4500.0, false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(downFrom(100e3).isNear(ballAt(row.longitude, row.latitude, row.radius)), row.near)
+            << row.name;
+    EXPECT_TRUE(TerrainView().isNear(ballAt(40.0, -20.0, 10.0))) << "before the first frame";
 }
 
 TEST(TileContent, ATileThatNobodySeesShowsItsParentsPicture)

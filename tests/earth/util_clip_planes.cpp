@@ -83,18 +83,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Situation{"TwelveRadii", 12 * kRadius, -90, 0}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(ClipPlanes, AnAircraftRightBeforeTheEyeIsNotCut)
+TEST(ClipPlanes, WhatTouchesTheEyeCannotRuinTheDepthAndAnAircraftBeforeItIsNotCut)
 {
     ClipSituation situation;
     situation.heightAboveEllipsoid = 3300.0;
     situation.heightAboveGround = 300.0;
     situation.nearestDrawn = 4.0;
     EXPECT_LT(chooseClipPlanes(situation, true).zNear, 4.0);
-}
 
-TEST(ClipPlanes, WhatTouchesTheEyeCannotRuinTheDepth)
-{
-    ClipSituation situation;
     situation.heightAboveEllipsoid = situation.heightAboveGround = 1000e3;
     situation.nearestDrawn = 1e-4;
     const ClipPlanes planes = chooseClipPlanes(situation, true);

@@ -14,7 +14,9 @@
 
 using namespace osgEarth;
 
-NavigatedGlobe::NavigatedGlobe(Map* map) : globe(map), manipulator(new Util::EarthManipulator)
+NavigatedGlobe::NavigatedGlobe(Map* map)
+    : WindowEvents(OffscreenGlobe::kWidth, OffscreenGlobe::kHeight), globe(map),
+      manipulator(new Util::EarthManipulator)
 {
     manipulator->setNode(&globe.mapNode());
 }
@@ -44,44 +46,9 @@ void NavigatedGlobe::showAt(double longitude, double latitude, double height, do
     globe.frame();
 }
 
-osg::ref_ptr<NavigatedGlobe::Adapter> NavigatedGlobe::event(Adapter::EventType type, double x, double y) const
+bool NavigatedGlobe::send(Adapter* event)
 {
-    osg::ref_ptr<Adapter> ea = new Adapter;
-    ea->setEventType(type);
-    ea->setTime(time);
-    ea->setWindowRectangle(0, 0, OffscreenGlobe::kWidth, OffscreenGlobe::kHeight);
-    ea->setInputRange(0, 0, OffscreenGlobe::kWidth, OffscreenGlobe::kHeight);
-    ea->setMouseYOrientation(Adapter::Y_INCREASING_UPWARDS);
-    ea->setX(static_cast<float>(x));
-    ea->setY(static_cast<float>(y));
-    return ea;
-}
-
-void NavigatedGlobe::send(Adapter* event)
-{
-    manipulator->handle(*event, globe.viewer());
-}
-
-void NavigatedGlobe::mouse(Adapter::EventType type, double x, double y, int button)
-{
-    const osg::ref_ptr<Adapter> ea = event(type, x, y);
-    ea->setButton(button);
-    ea->setButtonMask(type == Adapter::RELEASE ? 0 : button);
-    send(ea);
-}
-
-void NavigatedGlobe::scroll(Adapter::ScrollingMotion motion, double x, double y)
-{
-    const osg::ref_ptr<Adapter> ea = event(Adapter::SCROLL, x, y);
-    ea->setScrollingMotion(motion);
-    send(ea);
-}
-
-void NavigatedGlobe::key(Adapter::EventType type, int code)
-{
-    const osg::ref_ptr<Adapter> ea = event(type);
-    ea->setKey(code);
-    send(ea);
+    return manipulator->handle(*event, globe.viewer());
 }
 
 void NavigatedGlobe::tick(double seconds)

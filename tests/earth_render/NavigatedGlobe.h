@@ -1,6 +1,7 @@
 #pragma once
 
 #include "OffscreenGlobe.h"
+#include "WindowEvents.h"
 
 #include <optional>
 #include <osgEarth/GeoData>
@@ -9,7 +10,7 @@
 
 /// A drawn map with a manipulator that gets its events by hand, with a clock
 /// of its own: each frame is 25 ms.
-class NavigatedGlobe
+class NavigatedGlobe : public WindowEvents
 {
 public:
     using Adapter = osgGA::GUIEventAdapter;
@@ -22,12 +23,12 @@ public:
     void goTo(double longitude, double latitude, double height, double heading, double pitch, double range,
               double seconds = 0.0);
 
-    osg::ref_ptr<Adapter> event(Adapter::EventType type, double x = 0.0, double y = 0.0) const;
-    void send(Adapter* event);
+    bool send(Adapter* event) override;
     /// Window pixels, y upwards.
-    void mouse(Adapter::EventType type, double x, double y, int button = Adapter::LEFT_MOUSE_BUTTON);
-    void scroll(Adapter::ScrollingMotion motion, double x, double y);
-    void key(Adapter::EventType type, int code);
+    void mouse(Adapter::EventType type, double x, double y, int button = Adapter::LEFT_MOUSE_BUTTON)
+    {
+        WindowEvents::mouse(type, button, x, y);
+    }
     /// The manipulator's part of a frame, without drawing.
     void tick(double seconds = 0.025);
     /// A whole frame.
@@ -48,7 +49,6 @@ public:
     /// Drawing and asking do not change what is asked about.
     mutable OffscreenGlobe globe;
     osg::ref_ptr<osgEarth::Util::EarthManipulator> manipulator;
-    double time = 100.0;
 
 private:
     osgEarth::MapNode& mapNode() const { return globe.mapNode(); }
@@ -70,8 +70,6 @@ public:
     double fastest() const;
     /// The largest change of that step from one frame to the next.
     double jerkiest() const;
-    double firstStep() const { return _steps.front(); }
-    double lastStep() const { return _steps.back(); }
 
 private:
     std::vector<double> _steps;

@@ -1,9 +1,9 @@
 #include "OffscreenGlobe.h"
 
+#include <camera/CameraPose.h>
 #include <chrono>
 #include <osg/Math>
 #include <osgDB/DatabasePager>
-#include <osgEarth/GeoData>
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 #include <osgEarth/TerrainEngineNode>
@@ -53,16 +53,12 @@ OffscreenGlobe::~OffscreenGlobe()
 void OffscreenGlobe::lookAt(double longitude, double latitude, double height, double heading, double pitch,
                             double range)
 {
-    const osgEarth::GeoPoint focus(_mapNode->getMapSRS()->getGeographicSRS(), longitude, latitude, height);
-    osg::Matrixd localToWorld;
-    focus.createLocalToWorld(localToWorld);
-    const double h = osg::DegreesToRadians(heading);
-    const double p = osg::DegreesToRadians(pitch);
-    const osg::Vec3d forward(std::sin(h) * std::cos(p), std::cos(h) * std::cos(p), std::sin(p));
-    const osg::Vec3d up(-std::sin(h) * std::sin(p), -std::cos(h) * std::sin(p), std::cos(p));
-    const osg::Vec3d centre = localToWorld.getTrans();
-    const osg::Vec3d eye = centre - osg::Matrixd::transform3x3(forward, localToWorld) * range;
-    _viewer->getCamera()->setViewMatrixAsLookAt(eye, centre, osg::Matrixd::transform3x3(up, localToWorld));
+    using namespace osgEarth::Util;
+    const osg::EllipsoidModel ellipsoid;
+    const osg::Vec3d centre =
+        toWorld(ellipsoid, {osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height});
+    _viewer->getCamera()->setViewMatrix(viewMatrix(
+        makePose(ellipsoid, centre, osg::DegreesToRadians(heading), osg::DegreesToRadians(pitch), range)));
 }
 
 void OffscreenGlobe::frame()

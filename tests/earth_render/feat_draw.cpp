@@ -135,21 +135,6 @@ TEST(FeatDrawDrape, ADiscOverHalfTheGlobeHasNoHoles)
             }
 }
 
-TEST(FeatDrawDrape, SeveralColoursKeepToTheirShapes)
-{
-    OffscreenGlobe globe(plainGlobe());
-    const auto isPureBlue = [](const osg::Vec3i& c) { return c.z() > 200 && c.x() < 40; };
-    globe.mapNode().addChild(
-        new CircleNode(&globe.mapNode(), place(kLon - 0.05, kLat), Distance(4000.0), draped(Color::Red)));
-    globe.mapNode().addChild(
-        new CircleNode(&globe.mapNode(), place(kLon + 0.05, kLat), Distance(4000.0), draped(Color::Blue)));
-    globe.lookAt(kLon, kLat, 2500.0, 0.0, -90.0, 40000.0);
-    settle(globe);
-    EXPECT_TRUE(isPureRed(globe.pixel(320 - 82, 200)));
-    EXPECT_TRUE(isPureBlue(globe.pixel(320 + 82, 200)));
-    EXPECT_FALSE(isPureRed(globe.pixel(320 + 82, 240)));
-}
-
 TEST(FeatDrawDrape, LinesInWorldCoordinatesLieOnTheGroundInPixels)
 {
     OffscreenGlobe globe(plainGlobe());

@@ -80,37 +80,19 @@ public:
         ASSERT_TRUE(tool.waitForFinished());
         ASSERT_EQ(tool.exitCode(), 0) << command.join(' ').toStdString();
     }
-    /// Words of xdotool that put the mouse on a pixel of the globe.
-    QStringList To(const QPoint& pixel) const
-    {
-        const QPoint onScreen = globe.topLeft() + pixel;
-        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
-    }
-    /// Words of xdotool that put the mouse on a button of the tool bar.
-    QStringList ToTool(int index) const
-    {
-        const QPoint onScreen = tools.at(index).center();
-        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
-    }
-    /// Words of xdotool that put the mouse on the name in the first row of the block list.
-    QStringList ToFirstBlock() const
-    {
-        const QPoint onScreen = blockRows.topLeft() + QPoint(20, 8);
-        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
-    }
-    /// Words of xdotool that put the mouse on a row of the list of no-fly zones.
+    // Words of xdotool that put the mouse somewhere: on a pixel of the globe, on a button of the tool bar, on
+    // the name in the first row of the block list, on a row of the list of no-fly zones, and on the box that
+    // shows these.
+    QStringList To(const QPoint& pixel) const { return Move(globe.topLeft() + pixel); }
+    QStringList ToTool(int index) const { return Move(tools.at(index).center()); }
+    QStringList ToFirstBlock() const { return Move(blockRows.topLeft() + QPoint(20, 8)); }
     QStringList ToZone(int row) const
     {
         const int rowHeight = QFontMetrics(QApplication::font()).height();
-        const QPoint onScreen = zoneRows.topLeft() + QPoint(40, rowHeight * row + rowHeight / 2);
-        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+        return Move(zoneRows.topLeft() + QPoint(40, rowHeight * row + rowHeight / 2));
     }
-    /// Words of xdotool that put the mouse on the box that shows the zones.
-    QStringList ToShowZones() const
-    {
-        const QPoint onScreen(showZones.left() + 10, showZones.center().y());
-        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
-    }
+    QStringList ToShowZones() const { return Move({showZones.left() + 10, showZones.center().y()}); }
+
     /// Whether a window with that title, a regular expression, is on the screen.
     static bool HasWindow(const QString& title)
     {
@@ -143,6 +125,10 @@ public:
     }
 
 private:
+    static QStringList Move(const QPoint& onScreen)
+    {
+        return {"mousemove", QString::number(onScreen.x()), QString::number(onScreen.y())};
+    }
     static bool Try(const QStringList& command, QByteArray* failure = nullptr)
     {
         QProcess tool;

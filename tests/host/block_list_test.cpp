@@ -93,48 +93,6 @@ TEST_F(BlockList, FollowsTheRecordsRowByRow)
     EXPECT_EQ(Model(viewer, nullptr).rowCount(), 2);
 }
 
-TEST_F(BlockList, TheAreaIsThatOfTheDrawnBlockAndFollowsItsVertices)
-{
-    Record("a", "A", 0.01);
-    EXPECT_EQ(Text("a", Model::AreaColumn), QString());
-    CAxHandleAdapter* drawn = viewer->ImportShapeNode(QStringLiteral("a"));
-    ASSERT_TRUE(drawn);
-    // A degree on the equator is 111.32 km long, a meridian's first is 110.57 km.
-    EXPECT_NEAR(Text("a", Model::AreaColumn).toDouble(), 1.1132 * 1.1057, 0.01);
-    EXPECT_EQ(Text("a", Model::AreaColumn).section('.', 1).size(), 2);
-
-    // As undo does it: the record first, then its object. A view looks in between.
-    const auto view = QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged,
-                                       model.get(), [this] { Text("a", Model::AreaColumn); });
-    drawn->GetContainedBlock()->SetAnchor(Square(0.02));
-    drawn->ReturnLastOperate();
-    EXPECT_TRUE(waitFor([this] { return Text("a", Model::AreaColumn).toDouble() > 4.5; }, 5000));
-    QObject::disconnect(view);
-}
-
-TEST_F(BlockList, RenamesSoThatItCanBeUndone)
-{
-    Record("a", "A");
-    Record("b", "B");
-    ASSERT_TRUE(viewer->ImportShapeNode(QStringLiteral("a")));
-    QSignalSpy refused(model.get(), &Model::Refused);
-    const QModelIndex name = At("a", Model::NameColumn);
-    EXPECT_TRUE(name.flags() & Qt::ItemIsEditable);
-    EXPECT_TRUE(model->setData(name, QStringLiteral("Quarry"), Qt::EditRole));
-    EXPECT_EQ(Text("a", Model::NameColumn), QStringLiteral("Quarry"));
-
-    for (const char* wrong : {"B", "", " "}) {
-        refused.clear();
-        EXPECT_FALSE(model->setData(name, QLatin1String(wrong), Qt::EditRole)) << wrong;
-        EXPECT_EQ(refused.size(), 1) << wrong;
-        EXPECT_EQ(Text("a", Model::NameColumn), QStringLiteral("Quarry"));
-    }
-    viewer->GetUndoStack()->undo();
-    EXPECT_EQ(Text("a", Model::NameColumn), QStringLiteral("A"));
-    viewer->GetUndoStack()->redo();
-    EXPECT_EQ(Text("a", Model::NameColumn), QStringLiteral("Quarry"));
-}
-
 TEST_F(BlockList, LocksAndHidesTheDrawnBlockAndSeesWhenOthersDo)
 {
     const struct
@@ -167,24 +125,4 @@ TEST_F(BlockList, LocksAndHidesTheDrawnBlockAndSeesWhenOthersDo)
         EXPECT_TRUE(waitFor([&changes] { return !changes.isEmpty(); }, 5000));
         EXPECT_EQ(Check("a", row.column), first);
     }
-}
-
-TEST_F(BlockList, TheCurrentBlockIsBold)
-{
-    const auto isBold = [this](const char* id) {
-        return At(id, Model::NameColumn).data(Qt::FontRole).value<QFont>().bold();
-    };
-    for (const char* id : {"a", "b"}) {
-        Record(id, id);
-        ASSERT_TRUE(viewer->ImportShapeNode(QLatin1String(id)));
-    }
-    QSignalSpy changes(model.get(), &Model::dataChanged);
-    viewer->slotFocusBlock(QStringLiteral("a"));
-    viewer->slotFocusBlock(QStringLiteral("b"));
-    EXPECT_FALSE(isBold("a"));
-    EXPECT_TRUE(isBold("b"));
-    // A becomes bold; A does not stay so and B becomes it.
-    EXPECT_GE(changes.size(), 3);
-    viewer->RemoveHanderAdapter(QStringLiteral("b"), false);
-    EXPECT_FALSE(isBold("b"));
 }

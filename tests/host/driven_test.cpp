@@ -146,8 +146,6 @@ TEST_F(Driven, KeysMoveTheCamera)
                      const Event& b) { return b["longitude"].toDouble() > a["longitude"].toDouble(); }},
         {"Up",
          [](const Event& a, const Event& b) { return b["latitude"].toDouble() > a["latitude"].toDouble(); }},
-        {"Page_Up",
-         [](const Event& a, const Event& b) { return b["range"].toDouble() < a["range"].toDouble(); }},
         {"minus",
          [](const Event& a, const Event& b) { return b["range"].toDouble() > a["range"].toDouble(); }},
         {"plus",

@@ -148,38 +148,3 @@ TEST_F(ZonePanelOnMap, FollowsTheCameraAndListsTheNearestFirst)
     LookAt(0.0, 0.0);
     EXPECT_TRUE(waitFor([] { return Listed().isEmpty(); }));
 }
-
-TEST_F(ZonePanelOnMap, AClickFliesToTheZoneAndKeepsItChosen)
-{
-    LookAt(60.2, 45.3);
-    ASSERT_TRUE(waitFor([] { return List()->model()->rowCount() == 2; }));
-    const QRect row = List()->visualRect(List()->model()->index(1, 0));
-    QTest::mouseClick(List()->viewport(), Qt::LeftButton, Qt::NoModifier, row.center());
-    EXPECT_TRUE(waitFor([] { return Listed().startsWith(QStringLiteral("T2")); }));
-    EXPECT_TRUE(waitFor([] {
-        const osgEarth::Viewpoint view = viewer->getManipulator()->getViewpoint();
-        return std::abs(view.focalPoint()->x() - 60.6) < 1e-3 &&
-               std::abs(view.focalPoint()->y() - 45.5) < 1e-3;
-    }));
-    EXPECT_EQ(List()->currentIndex().data().toString(), QStringLiteral("T2"));
-}
-
-TEST_F(ZonePanelOnMap, BoxMenuAndMapButtonShowTheZonesInStep)
-{
-    auto* box = panel->findChild<QCheckBox*>(QStringLiteral("ShowZones"));
-    auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>(QStringLiteral("m_pBtnNoFly"));
-    QAction* action = panel->ShowAction();
-    const auto allAre = [&](bool on) {
-        return box->isChecked() == on && button->isChecked() == on && action->isChecked() == on &&
-               viewer->GetAncillaryProcess()->NoFlyZoneMask() == on;
-    };
-    const std::function<void()> switches[] = {[&] { box->click(); }, [&] { button->click(); },
-                                              [&] { action->trigger(); }};
-    EXPECT_TRUE(allAre(false));
-    for (const auto& change : switches) {
-        change();
-        EXPECT_TRUE(allAre(true));
-        change();
-        EXPECT_TRUE(allAre(false));
-    }
-}

@@ -48,17 +48,6 @@ osg::Vec3d PlaceAt(const osg::Vec3d& from, double east, double north)
 }
 } // namespace
 
-TEST(EditRules, KnowTheEdgesOfAShape)
-{
-    EXPECT_EQ(EdgesOf(4, true), (Edges{{0, 1}, {1, 2}, {2, 3}, {3, 0}}));
-    EXPECT_EQ(EdgesOf(4, false), (Edges{{0, 1}, {1, 2}, {2, 3}}));
-    EXPECT_EQ(EdgesOf(2, true), (Edges{{0, 1}}));
-    for (const int count : {0, 1}) {
-        EXPECT_TRUE(EdgesOf(count, true).empty());
-        EXPECT_TRUE(EdgesOf(count, false).empty());
-    }
-}
-
 TEST(EditRules, LeaveNeighboursOutOfSnapping)
 {
     struct Row
@@ -139,16 +128,6 @@ TEST(KeptAngle, IsTheNearestStepInTheLocalPlane)
                 const osg::Vec3d aside = Seen(corner, wanted) - next;
                 EXPECT_NEAR((aside.x() * next.x() + aside.y() * next.y()) / length, 0.0, 1e-6 * length);
             }
-}
-
-TEST(KeptAngle, NeedsEdges)
-{
-    const osg::Vec3d a(10.0, 50.0, 0.0);
-    const osg::Vec3d b(10.1, 50.0, 0.0);
-    const osg::Vec3d c(10.13, 50.2, 40.0);
-    EXPECT_EQ(KeepAngle(a, a, c, 15.0), c);
-    EXPECT_EQ(KeepAngle(a, b, b, 15.0), b);
-    EXPECT_EQ(KeepAngle(a, b, c, 0.0), c);
 }
 
 /// Snapping on the screen of a camera that looks down on a place, 1 km above it.
@@ -246,11 +225,5 @@ TEST_F(Snapping, MeasuresOnTheScreenNotOnTheGround)
     ASSERT_TRUE(far);
     const osg::Vec3d seen = Seen({SceneOnEarth::longitude, SceneOnEarth::latitude, 0.0}, *far);
     EXPECT_NEAR(seen.y(), 5.0 + 0.075 * seen.x(), 0.05) << "on the edge";
-    const AxViewRay ray = scene.RayTo(0.0, 15.0);
-    const osg::Vec2d there = ray.Project(WorldOf(*far))->window;
-    for (const double aside : {-1.0, 1.0}) {
-        const osg::Vec3d other = At(seen.x() + 3.0 * aside, 5.0 + 0.075 * (seen.x() + 3.0 * aside));
-        EXPECT_LT((there - ray.window).length(), (ray.Project(WorldOf(other))->window - ray.window).length());
-    }
     EXPECT_FALSE(Drag(0.0, 120.0));
 }

@@ -1,8 +1,7 @@
-// Models of model layers under the mouse, and the camera's way around them.
+// Models of model layers under the mouse.
 #include "SceneOnEarth.h"
 
 #include "interaction/models/AxModelLayers.h"
-#include "interaction/models/AxModelNavigation.h"
 
 #include <gtest/gtest.h>
 
@@ -53,17 +52,6 @@ TEST_F(ModelLayers, CountOnlyByTheirMask)
     EXPECT_FALSE(AxPickModelLayer(*scene.root, ray, *scene.srs));
 }
 
-TEST_F(ModelLayers, AreFoundByTheGroupsName)
-{
-    EXPECT_FALSE(AxFindModelRoot(scene.root));
-    EXPECT_FALSE(AxFindModelRoot(nullptr));
-    const osg::ref_ptr<osg::Group> data = AddLayer("SceneData");
-    osg::ref_ptr<osg::Group> models = new osg::Group;
-    models->setName("ModelRoot");
-    data->addChild(models);
-    EXPECT_EQ(AxFindModelRoot(scene.root), models);
-}
-
 TEST_F(ModelLayers, GiveTheTopOfWhatStandsThere)
 {
     const osg::ref_ptr<osg::Group> models = AddLayer("ModelRoot");
@@ -82,47 +70,4 @@ TEST_F(ModelLayers, GiveTheTopOfWhatStandsThere)
     ASSERT_TRUE(beside);
     EXPECT_NEAR(*beside, 10.0, 0.001);
     EXPECT_FALSE(AxTopOfModels(*models, lng + 0.01, lat, *scene.srs));
-}
-
-TEST(ModelNavigation, ScrollsATenthOfTheWayAndStopsFiveMetresShort)
-{
-    EXPECT_DOUBLE_EQ(AxModelNavigation::ScrollStep(1.0, 200.0), 20.0);
-    EXPECT_DOUBLE_EQ(AxModelNavigation::ScrollStep(-1.0, 200.0), -20.0);
-    EXPECT_DOUBLE_EQ(AxModelNavigation::ScrollStep(0.0, 200.0), 0.0);
-    EXPECT_DOUBLE_EQ(AxModelNavigation::ScrollStep(1.0, 5.2), 5.2 - 5.0);
-    EXPECT_DOUBLE_EQ(AxModelNavigation::ScrollStep(1.0, 3.0), -2.0);
-    double distance = 1000.0;
-    for (int i = 0; i < 200; ++i)
-        distance -= AxModelNavigation::ScrollStep(1.0, distance);
-    EXPECT_NEAR(distance, 5.0, 1e-9);
-}
-
-TEST(ModelNavigation, PansAlongThePicturesAxes)
-{
-    constexpr double k = 0.30000001192092896;
-    const osg::Quat level;
-    const osg::Vec3d step = AxModelNavigation::PanStep(level, 100.0, 0.5, -0.25);
-    EXPECT_DOUBLE_EQ(step.x(), -k * 100.0 * 0.5);
-    EXPECT_DOUBLE_EQ(step.y(), k * 100.0 * 0.25);
-    EXPECT_EQ(step.z(), 0.0);
-    const osg::Quat quarter(osg::PI_2, osg::Vec3d(0.0, 0.0, 1.0));
-    EXPECT_NEAR(AxModelNavigation::PanStep(quarter, 100.0, 1.0, 0.0).y(), -k * 100.0, 1e-12);
-}
-
-TEST(ModelNavigation, TurnsFreelyWithoutTippingTheHorizon)
-{
-    const osg::Quat start(osg::DegreesToRadians(40.0), osg::Vec3d(1.0, 0.0, 0.0));
-    osg::Quat rotation = start;
-    for (int i = 0; i < 50; ++i) {
-        rotation = AxModelNavigation::FreeRotation(rotation, 0.05, (i % 7 - 3) * 0.02);
-        EXPECT_NEAR((rotation * osg::Vec3d(1.0, 0.0, 0.0)).z(), 0.0, 1e-9) << i;
-    }
-    // dx turns about the vertical, the other way round.
-    const osg::Vec3d side = AxModelNavigation::FreeRotation(start, 0.3, 0.0) * osg::Vec3d(1.0, 0.0, 0.0);
-    EXPECT_NEAR(std::atan2(side.y(), side.x()), -0.3, 1e-9);
-    // dy lifts about the side axis.
-    const osg::Vec3d look = AxModelNavigation::FreeRotation(start, 0.0, 0.1) * osg::Vec3d(0.0, 0.0, -1.0);
-    const osg::Vec3d before = start * osg::Vec3d(0.0, 0.0, -1.0);
-    EXPECT_NEAR(std::acos(look * before), 0.1, 1e-9);
-    EXPECT_GT(look.z(), before.z());
 }

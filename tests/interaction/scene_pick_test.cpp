@@ -20,33 +20,28 @@ std::vector<std::string> Names(const std::vector<AxSceneHit>& hits)
 using List = std::vector<std::string>;
 } // namespace
 
-class LineOfSight : public testing::TestWithParam<double>
+TEST(LineOfSight, PassesThePlaceThatItWasAimedAt)
 {
-};
-
-TEST_P(LineOfSight, PassesThePlaceThatItWasAimedAt)
-{
-    const double range = GetParam();
-    const SceneOnEarth scene(range);
-    for (const double share : {-0.2, 0.0, 0.15}) {
-        const double east = share * range;
-        const double north = 0.5 * share * range;
-        const AxViewRay ray = scene.RayTo(east, north);
-        const osg::Vec3d target = scene.World(east, north, 0.0);
-        const double miss = ((target - ray.eye) ^ ray.direction).length();
-        EXPECT_LT(miss, 0.01 * ray.pixelSize * range) << east;
-        const auto back = ray.Project(target);
-        ASSERT_TRUE(back);
-        EXPECT_NEAR(back->window.x(), ray.window.x(), 0.01);
-        EXPECT_NEAR(back->window.y(), ray.window.y(), 0.01);
-        EXPECT_NEAR(back->depth, range, 1e-6 * range);
+    for (const double range : {5.0, 500.0, 350000.0, 2.5e7}) {
+        SCOPED_TRACE(range);
+        const SceneOnEarth scene(range);
+        for (const double share : {-0.2, 0.0, 0.15}) {
+            const double east = share * range;
+            const double north = 0.5 * share * range;
+            const AxViewRay ray = scene.RayTo(east, north);
+            const osg::Vec3d target = scene.World(east, north, 0.0);
+            const double miss = ((target - ray.eye) ^ ray.direction).length();
+            EXPECT_LT(miss, 0.01 * ray.pixelSize * range) << east;
+            const auto back = ray.Project(target);
+            ASSERT_TRUE(back);
+            EXPECT_NEAR(back->window.x(), ray.window.x(), 0.01);
+            EXPECT_NEAR(back->window.y(), ray.window.y(), 0.01);
+            EXPECT_NEAR(back->depth, range, 1e-6 * range);
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Ranges, LineOfSight, testing::Values(5.0, 500.0, 350000.0, 2.5e7),
-                         [](const auto& row) { return "From" + std::to_string(int(row.param)) + "m"; });
-
-TEST(LineOfSightLimits, NeedAWindowAndNumbers)
+TEST(LineOfSight, NeedAWindowAndNumbers)
 {
     const SceneOnEarth scene;
     EXPECT_FALSE(AxViewRay::Through(*scene.camera, NAN, 0.0));
@@ -54,16 +49,6 @@ TEST(LineOfSightLimits, NeedAWindowAndNumbers)
     EXPECT_FALSE(scene.RayTo(0.0, 0.0).Project(scene.World(0.0, 0.0, 5000.0)));
     scene.camera->setViewport(0, 0, 0, 600);
     EXPECT_FALSE(AxViewRay::Through(*scene.camera, 0.0, 0.0));
-}
-
-TEST(LineOfSightLimits, HoldForAParallelProjection)
-{
-    const SceneOnEarth scene(1000.0);
-    scene.camera->setProjectionMatrixAsOrtho(-400.0, 400.0, -300.0, 300.0, 1.0, 5000.0);
-    scene.AddSquare(*scene.root, "square", 100.0, 50.0, 0.0, 5.0);
-    EXPECT_EQ(Names(AxPickScene(*scene.root, *AxViewRay::Through(*scene.camera, 0.25, 50.0 / 300.0), {})),
-              List{"square"});
-    EXPECT_TRUE(AxPickScene(*scene.root, *AxViewRay::Through(*scene.camera, 0.0, 0.0), {}).empty());
 }
 
 TEST(ScenePick, FindsWhatIsUnderTheMouseNearestFirst)
@@ -81,14 +66,6 @@ TEST(ScenePick, FindsWhatIsUnderTheMouseNearestFirst)
     EXPECT_EQ(hits[0].path.back(), hits[0].drawable);
     EXPECT_EQ(Names(AxPickScene(*scene.root, scene.RayTo(15.0, 0.0), {})), List{"low"});
     EXPECT_TRUE(AxPickScene(*scene.root, scene.RayTo(35.0, 35.0), {}).empty());
-}
-
-TEST(ScenePick, FindsATinyShapeFromFarAway)
-{
-    const SceneOnEarth scene(350000.0);
-    scene.AddSquare(*scene.root, "tiny", 3000.0, -2000.0, 10.0, 2.0);
-    EXPECT_EQ(Names(AxPickScene(*scene.root, scene.RayTo(3000.0, -2000.0, 10.0), {})), List{"tiny"});
-    EXPECT_TRUE(AxPickScene(*scene.root, scene.RayTo(3004.0, -2000.0, 10.0), {}).empty());
 }
 
 TEST(ScenePick, FindsLinesAndPointsWithinPixels)

@@ -65,13 +65,6 @@ TEST(AreaText, IsReadWholeOrNotAtAll)
         EXPECT_NEAR(again[i].x(), ring[i].x(), 1e-6);
 }
 
-TEST(Circle, HasItsRadiusAtEveryLatitude)
-{
-    for (const double latitude : {0.0, 45.0, -80.0})
-        for (const QPointF& point : CircleRing({12.0, latitude}, 1500.0))
-            EXPECT_NEAR(Distance({12.0, latitude}, point), 1500.0, 0.01);
-}
-
 TEST(OnMap, CutsOutlinesAtTheEdgeOfTheMapAndRefusesThosePastAPole)
 {
     const Ring inside{{170, 1}, {179, 1}, {179, 3}, {170, 3}};

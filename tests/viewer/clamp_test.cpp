@@ -55,15 +55,12 @@ TEST_F(Clamping, TakesTheHeightOfEverFinerTiles)
 {
     EXPECT_NEAR(After(5, 800.0), 800.0, 0.01);
     EXPECT_NEAR(After(9, 850.0), 850.0, 0.01);
-    EXPECT_EQ(clamp->GetLastLod(), 9);
     ASSERT_EQ(told.size(), 2);
     EXPECT_NEAR(told.last().x(), lng, 1e-9);
     EXPECT_NEAR(told.last().y(), lat, 1e-9);
     EXPECT_NEAR(told.last().z(), 850.0, 0.01);
-    EXPECT_NEAR(clamp->GetLastPosition().z(), 850.0, 0.01);
 
     EXPECT_NEAR(After(9, 700.0), 850.0, 0.01) << "an equal tile";
-    EXPECT_EQ(clamp->GetLastPosition(), osg::Vec3d());
     EXPECT_NEAR(After(3, 600.0), 850.0, 0.01) << "a coarser one";
     EXPECT_NEAR(After(12, 500.0, lng + 40.0), 850.0, 0.01) << "one elsewhere";
     EXPECT_EQ(told.size(), 2);
@@ -136,40 +133,6 @@ TEST_F(EditorClamping, BringsTheVerticesDownToTheArrivingGround)
     }
     EXPECT_EQ(object->GetAnchor()[2].z(), -500.0);
     EXPECT_EQ(object->moves, 0) << "nobody has moved a vertex by hand";
-}
-
-TEST_F(EditorClamping, TellsAllHandlesWhatGoesOn)
-{
-    CAxHandleAdapterEditor& editor = object->Edit();
-    const auto flags = [](const CAxHandleAdapterEditor& of, const char* name) {
-        QVector<bool> all;
-        for (const CAxDragger* dragger : of.GetDraggerList()) {
-            bool value = false;
-            all += dragger->getUserValue(name, value) && value;
-        }
-        return all;
-    };
-    const QVector<bool> none(4, false), every(4, true);
-    editor.SetIntersectModelLayer(true);
-    editor.SetMoveAdapter(true);
-    editor.ResetClampAlt();
-    for (const char* name : {"IntersectModel", "MoveAdapter", "ResetClampAlt"})
-        EXPECT_EQ(flags(editor, name), every) << name;
-    object->GetAnchor().push_back(Ground(0.02, 0.0));
-    editor.Update();
-    EXPECT_EQ(flags(editor, "MoveAdapter"), QVector<bool>(5, true)) << "a new handle knows, too";
-    editor.SetIntersectModelLayer(false);
-    editor.SetMoveAdapter(false);
-    EXPECT_EQ(flags(editor, "IntersectModel"), QVector<bool>(5, false));
-    EXPECT_EQ(flags(editor, "MoveAdapter"), QVector<bool>(5, false));
-
-    object = std::make_unique<EditedObject>(viewer, CAxBlock::RectangleBlock);
-    object->GetAnchor() = Square(0.012);
-    CAxHandleAdapterEditor& corners = object->Edit();
-    Give(Event::PUSH, Vertex(1));
-    EXPECT_EQ(flags(corners, "Hover"), (QVector<bool>{true, false, true, true}));
-    Give(Event::RELEASE, Vertex(1));
-    EXPECT_EQ(flags(corners, "Hover"), none);
 }
 
 TEST_F(EditorClamping, TakesItsCallbacksAlong)

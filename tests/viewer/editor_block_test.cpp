@@ -92,22 +92,6 @@ TEST_F(EditorOfBlock, FallsBackWhenTheEditIsRefused)
     ExpectInStep();
 }
 
-TEST_F(EditorOfBlock, InsertsAVertexAndDeletesItAgain)
-{
-    const QList<QPointF> before = Record();
-    const osg::Vec3d middle = AxEditRules::MiddleOf(block->GetAnchor()[1], block->GetAnchor()[2]);
-    const osg::Vec2f from = PixelOf(Ground(middle.x() - longitude, middle.y() - latitude));
-    const osg::Vec2f to = from + osg::Vec2f(45.0f, 0.0f);
-    DragFromTo(from, to);
-    ASSERT_EQ(Record().size(), 5);
-    ExpectInStep();
-    Give(Event::MOVE, to);
-    EXPECT_TRUE(viewer->DeleteHoveredVertex());
-    EXPECT_EQ(Record(), before);
-    ExpectInStep();
-    EXPECT_FALSE(viewer->DeleteHoveredVertex()) << "the mouse is on no vertex any more";
-}
-
 TEST_F(EditorOfBlock, GivesADragUpWithEscape)
 {
     const QList<QPointF> before = Record();

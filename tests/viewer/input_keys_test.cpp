@@ -1,16 +1,13 @@
-// The keyboard: what the scene is told of a key, and what it does to the camera.
+// The keyboard: what the scene is told of a key, and what ends it.
 #include "SceneEvents.h"
 
 #include <osgEarth/Viewpoint>
 
-#include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QSignalSpy>
 
-#include <cmath>
 #include <set>
 
 using osgEarth::Viewpoint;
@@ -101,81 +98,6 @@ TEST_F(Keys, ReachTheSceneAsCharactersOrAsItsOwnSymbols)
                 keys += event->getKey();
         EXPECT_EQ(keys, (QList<int>{row.key, row.key}));
     }
-}
-
-TEST_F(Keys, MoveTheCameraWhileTheyAreHeldAndNoLonger)
-{
-    const auto west = [](const Viewpoint& from) { return Longitude() < from.focalPoint()->x() - 0.01; };
-    const auto east = [](const Viewpoint& from) { return Longitude() > from.focalPoint()->x() + 0.01; };
-    const auto north = [](const Viewpoint& from) {
-        return Camera().focalPoint()->y() > from.focalPoint()->y() + 0.01;
-    };
-    const auto south = [](const Viewpoint& from) {
-        return Camera().focalPoint()->y() < from.focalPoint()->y() - 0.01;
-    };
-    const auto nearer = [](const Viewpoint& from) { return Camera().getRange() < from.getRange() * 0.99; };
-    const auto farther = [](const Viewpoint& from) { return Camera().getRange() > from.getRange() * 1.01; };
-    const auto turned = [](const Viewpoint& from) {
-        return std::abs(Camera().getHeading() - from.getHeading()) > 0.5 &&
-               std::abs(Longitude() - from.focalPoint()->x()) < 0.5;
-    };
-    const struct
-    {
-        const char* name;
-        KeyStroke stroke;
-        std::function<bool(const Viewpoint&)> moved;
-    } rows[] = {
-        {"Left", {Qt::Key_Left, Qt::NoModifier, ""}, west},
-        {"Right", {Qt::Key_Right, Qt::NoModifier, ""}, east},
-        {"Up", {Qt::Key_Up, Qt::NoModifier, ""}, north},
-        {"Down", {Qt::Key_Down, Qt::NoModifier, ""}, south},
-        {"keypad Left", {Qt::Key_Left, Qt::KeypadModifier, ""}, west},
-        {"keypad Up", {Qt::Key_Up, Qt::KeypadModifier, ""}, north},
-        {"Ctrl Left", {Qt::Key_Left, Qt::ControlModifier, ""}, turned},
-        {"Page Up", {Qt::Key_PageUp, Qt::NoModifier, ""}, nearer},
-        {"Page Down", {Qt::Key_PageDown, Qt::NoModifier, ""}, farther},
-        {"keypad Page Up", {Qt::Key_PageUp, Qt::KeypadModifier, ""}, nearer},
-        {"+", {Qt::Key_Plus, Qt::NoModifier, "+"}, nearer},
-        {"=", {Qt::Key_Equal, Qt::NoModifier, "="}, nearer},
-        {"keypad +", {Qt::Key_Plus, Qt::KeypadModifier, "+"}, nearer},
-        {"-", {Qt::Key_Minus, Qt::NoModifier, "-"}, farther},
-    };
-    const Viewpoint start = Camera();
-    for (const auto& row : rows) {
-        viewer->getManipulator()->setViewpoint(start);
-        const Viewpoint before = Camera();
-        Send(QEvent::KeyPress, row.stroke);
-        EXPECT_TRUE(waitFor([&] { return row.moved(before); }, 5000)) << row.name;
-        Send(QEvent::KeyRelease, row.stroke);
-        EXPECT_TRUE(waitFor([] { return !IsMoving(); })) << row.name;
-    }
-}
-
-TEST_F(Keys, HomeGoesBackToTheFirstView)
-{
-    QTest::keyClick(viewer, Qt::Key_Home);
-    EXPECT_TRUE(waitFor([] { return std::abs(Longitude() - 116.3) < 1e-6 && Camera().getRange() > 2e7; }));
-    EXPECT_NEAR(Camera().focalPoint()->y(), 39.9, 1e-6);
-    EXPECT_NEAR(Camera().getPitch(), -90.0, 1e-6);
-}
-
-TEST_F(Keys, AHeldArrowMovesEvenlyThroughItsRepeats)
-{
-    const KeyStroke left{Qt::Key_Left, Qt::NoModifier, ""};
-    const SceneEventRecorder recorder;
-    Send(QEvent::KeyPress, left);
-    ASSERT_TRUE(waitFor(IsMoving));
-    for (int repeat = 0; repeat < 5; ++repeat) {
-        Send(QEvent::KeyRelease, left, true);
-        const double before = Longitude();
-        ASSERT_TRUE(waitFrames(2));
-        EXPECT_LT(Longitude(), before) << "stopped between the halves of repeat " << repeat;
-        Send(QEvent::KeyPress, left, true);
-    }
-    EXPECT_TRUE(recorder.OfType(GUIEventAdapter::KEYUP).empty());
-    Send(QEvent::KeyRelease, left);
-    EXPECT_TRUE(waitFor([] { return !IsMoving(); }));
-    EXPECT_EQ(recorder.OfType(GUIEventAdapter::KEYUP).size(), 1u);
 }
 
 TEST_F(Keys, AKeyThatEndsAsAnotherCharacterIsLetGo)
@@ -296,20 +218,4 @@ TEST_F(Keys, LosingTheFocusEndsADragAndItsLateReleaseIsNoClick)
     recordSceneEvents(GUIEventAdapter::RELEASE, [] {
         QTest::mouseClick(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 300));
     });
-}
-
-TEST_F(Keys, GoToTheGlobeOnceItWasClicked)
-{
-    viewer->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(viewer));
-    // An overlay's button takes the focus first.
-    auto* other = new QPushButton(viewer);
-    other->show();
-    other->setFocus();
-    ASSERT_TRUE(waitFor([&] { return other->hasFocus(); }));
-    recordSceneEvents(GUIEventAdapter::RELEASE, [] {
-        QTest::mouseClick(viewer->windowHandle(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 300));
-    });
-    EXPECT_TRUE(viewer->hasFocus());
-    delete other;
 }

@@ -1,7 +1,6 @@
 // From mouse events to picks and signals, tool by tool.
 #include "ProtocolFixture.h"
 
-#include "analysis/CAxAncillaryProcess.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 
 #include <osgEarth/Map>
@@ -74,8 +73,6 @@ TEST_F(Protocol, TellsAClickFromADrag)
     EXPECT_EQ(Heard(), QStringList{"right click"});
     Push(300, 200, GUIEventAdapter::RIGHT_MOUSE_BUTTON);
     Release(330, 200, GUIEventAdapter::RIGHT_MOUSE_BUTTON);
-    Push(300, 200, GUIEventAdapter::MIDDLE_MOUSE_BUTTON);
-    Release(300, 200, GUIEventAdapter::MIDDLE_MOUSE_BUTTON);
     EXPECT_EQ(Heard(), QStringList());
 }
 
@@ -93,21 +90,13 @@ TEST_F(Protocol, SwallowsTheReleaseAfterADoubleClickOnce)
     Push(400, 300);
     Release(400, 300);
     EXPECT_EQ(Heard(), (QStringList{"press", "press window", "release", "click"}));
-
-    DoubleClick(400, 300);
-    manipulator->slotResetMouse();
-    Heard();
-    Release(400, 300);
-    EXPECT_EQ(Heard(), (QStringList{"release", "click"})) << "a reset forgets the double click";
 }
 
 TEST_F(Protocol, LeavesADoubleClickToTheToolOrElseFliesThere)
 {
     const osgEarth::Viewpoint before = manipulator->getViewpoint();
-    for (const int tool : {3, 4, 5, 7, 13, 14, 15, 16, 17}) {
-        viewer->SetToolType(static_cast<EToolType>(tool));
-        EXPECT_TRUE(DoubleClick(300, 200)) << tool;
-    }
+    viewer->SetToolType(ToolPolygonBlock);
+    EXPECT_TRUE(DoubleClick(300, 200));
     viewer->SetToolType(ToolNavigate);
     EXPECT_FALSE(manipulator->isSettingViewpoint());
     EXPECT_FALSE(DoubleClick(300, 200));
@@ -129,9 +118,7 @@ TEST_F(Protocol, BeginsADrawingOnceAtTheToolsOwnMoment)
         int tool;
         const char* when;
     };
-    const std::vector<Moment> moments{{4, "push"},   {9, "push"},  {11, "push"}, {12, "push"}, {31, "push"},
-                                      {3, "click"},  {5, "click"}, {7, "click"}, {8, "click"}, {13, "click"},
-                                      {14, "click"}, {10, "move"}, {16, "move"}};
+    const std::vector<Moment> moments{{4, "push"}, {3, "click"}, {10, "move"}, {16, "move"}};
     for (const Moment& moment : moments) {
         SCOPED_TRACE(moment.tool);
         Draw(static_cast<EToolType>(moment.tool));
@@ -165,26 +152,16 @@ TEST_F(Protocol, BeginsNoDrawingWhereItIsNotWanted)
     begun[0]->GetAnchorEditor()->SetDragState(true);
     Push(400, 300);
     EXPECT_EQ(begun.size(), 1u) << "a vertex is held";
-    begun.clear();
-
-    Draw(ToolVideoArea, CAxBlock::VideoBlock);
-    Move(400, 300);
-    ASSERT_EQ(begun.size(), 1u);
-    begun[0]->SetOperation(OperationIdle);
-    Move(410, 300);
-    EXPECT_EQ(begun.size(), 1u) << "the video area is there already";
 }
 
 TEST_F(Protocol, HoldsTheCameraForToolsThatDrawByDragging)
 {
     const double before = manipulator->getViewpoint().focalPoint()->x();
-    for (const int tool : {4, 9, 11, 12, 31}) {
-        viewer->SetToolType(static_cast<EToolType>(tool));
-        Push(400, 300);
-        EXPECT_TRUE(Drag(430, 300)) << tool;
-        Release(430, 300);
-        viewer->RemoveHanderAdapter(viewer->GetCurHandleAdapter(), true);
-    }
+    viewer->SetToolType(ToolRectangleBlock);
+    Push(400, 300);
+    EXPECT_TRUE(Drag(430, 300));
+    Release(430, 300);
+    viewer->RemoveHanderAdapter(viewer->GetCurHandleAdapter(), true);
     EXPECT_EQ(manipulator->getViewpoint().focalPoint()->x(), before);
     viewer->SetToolType(ToolPolygonBlock);
     Push(400, 300);
@@ -207,13 +184,6 @@ TEST_F(Protocol, NamesTheDrawableUnderTheMouse)
     const osg::Vec2f beside = WindowOf(26.0, 10.0);
     Move(beside.x(), beside.y());
     EXPECT_EQ(Heard(), QStringList{"move"});
-
-    viewer->SetToolType(ToolProjCoords);
-    Move(400, 300);
-    EXPECT_EQ(Heard(), QStringList{"move"});
-    viewer->SetToolType(ToolRectangleBlock);
-    Push(400, 300);
-    EXPECT_EQ(Heard(), (QStringList{"press", "press window"}));
 }
 
 TEST_F(Protocol, SelectsAndDeselectsWithTheSelectionTool)
@@ -226,10 +196,6 @@ TEST_F(Protocol, SelectsAndDeselectsWithTheSelectionTool)
     const osg::Vec2f there = WindowOf(30.0, 10.0);
 
     viewer->SetToolType(ToolSelect);
-    viewer->EnabledPickHandle(false);
-    Push(there.x(), there.y());
-    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr) << "picking is off";
-    viewer->EnabledPickHandle(true);
     Push(there.x(), there.y());
     EXPECT_EQ(viewer->GetCurHandleAdapter(), &two);
     Heard();
@@ -269,18 +235,10 @@ TEST_F(Protocol, DragsTheDownhillHandleAndTheGridByName)
     EXPECT_EQ(Heard(), (QStringList{"drag", "drag window", "drag angle"}));
     EXPECT_TRUE(Drag(600, 450)) << "once grabbed it follows anywhere";
     Release(600, 450);
-    Heard();
-    Push(600, 450);
-    EXPECT_FALSE(Drag(610, 450));
-    Release(610, 450);
-    handle.place->setName("anglecomputer-2");
-    manipulator->setViewpoint(Straight(20.0, 10.0, 1.5e7));
-    ASSERT_TRUE(WaitForPicture());
-    Push(400, 300);
-    EXPECT_FALSE(Drag(400, 301)) << "names are case-sensitive";
     viewer->SetDownhillAngleNode(nullptr);
 
     handle.place->setName("TaskGrid7");
+    Push(400, 300);
     Heard();
     EXPECT_TRUE(Drag(400, 302));
     EXPECT_EQ(Heard(), (QStringList{"drag", "drag window", "drag grid"}));
@@ -290,41 +248,16 @@ TEST_F(Protocol, DragsTheDownhillHandleAndTheGridByName)
 TEST_F(Protocol, AnswersKeysWithToolsAndDelete)
 {
     viewer->SetToolType(ToolPolygonBlock);
-    for (const int key : {int(GUIEventAdapter::KEY_Delete), int(GUIEventAdapter::KEY_KP_Delete), 0x7f}) {
-        EXPECT_FALSE(Key(GUIEventAdapter::KEYUP, key));
-        EXPECT_EQ(Heard(), QStringList{"delete"}) << key;
-    }
-    EXPECT_EQ(viewer->GetToolType(), ToolPolygonBlock);
+    EXPECT_FALSE(Key(GUIEventAdapter::KEYUP, GUIEventAdapter::KEY_Delete));
+    EXPECT_EQ(Heard(), QStringList{"delete"});
     EXPECT_FALSE(Key(GUIEventAdapter::KEYDOWN, 0, 3 | 12));
     EXPECT_EQ(viewer->GetToolType(), ToolPolygonBlock);
     EXPECT_FALSE(Key(GUIEventAdapter::KEYDOWN, 0, 3));
     EXPECT_EQ(viewer->GetToolType(), ToolMagnifier);
-    for (const auto& [key, mask] : {std::pair{int('1'), 3}, {int('3'), 3}, {int('a'), 0}}) {
-        Key(GUIEventAdapter::KEYUP, key, mask);
-        EXPECT_EQ(viewer->GetToolType(), ToolMagnifier) << key;
-    }
+    Key(GUIEventAdapter::KEYUP, '1', 3);
+    EXPECT_EQ(viewer->GetToolType(), ToolMagnifier);
     Key(GUIEventAdapter::KEYUP, 'a', 3);
     EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
-}
-
-TEST_F(Protocol, TellsTheZonesOnlyOfViewsThatMovedAndZoomed)
-{
-    CAxAncillaryProcess* zones = viewer->GetAncillaryProcess();
-    const auto rangeTold = [zones] { return zones->GetCurrViewPort().getRange(); };
-    manipulator->setViewpoint(Straight(21.0, 10.0, 1.4e7));
-    Move(400, 300);
-    const double before = rangeTold();
-    EXPECT_NE(before, 1.4e7) << "no zones are shown";
-    zones->SetNoFlyZoneMask(true);
-    Move(400, 300);
-    EXPECT_NEAR(rangeTold(), 1.4e7, 1.0);
-    manipulator->setViewpoint(Straight(21.0, 10.0, 1.3e7));
-    Move(400, 300);
-    EXPECT_NEAR(rangeTold(), 1.4e7, 1.0) << "the focal point is the same";
-    manipulator->setViewpoint(Straight(22.0, 11.0, 1.2e7));
-    Move(400, 300);
-    EXPECT_NEAR(rangeTold(), 1.2e7, 1.0);
-    zones->SetNoFlyZoneMask(false);
 }
 
 TEST_F(Protocol, OpensTheNearestMarkPointUnderADoubleClick)

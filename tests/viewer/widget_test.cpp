@@ -11,16 +11,13 @@
 #include <osgGA/EventQueue>
 #include <osgViewer/GraphicsWindow>
 
-#include <QGraphicsProxyWidget>
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTranslator>
-#include <QWheelEvent>
 
 using osgGA::GUIEventAdapter;
 
@@ -93,38 +90,6 @@ TEST_F(Widget, SwallowsTab)
         EXPECT_NE(event->getKey(), '\t');
 }
 
-TEST_F(Widget, HidesSkyAndGraticuleTogether)
-{
-    for (const bool visible : {false, true}) {
-        viewer->SetSkyNodeVisible(visible);
-        for (const char* name : {"SkyNode", "GeodeticGraticule"})
-            EXPECT_EQ(findNode(Root(), name)->getNodeMask(), visible ? 1u : 0u) << name;
-    }
-}
-
-TEST_F(Widget, InvertsTheSpeechSwitch)
-{
-    QSignalSpy spy(viewer, &CAxEarthViewer::signalTextSpeechEnabled);
-    viewer->SetTextToSpeechEnabled(true);
-    viewer->SetTextToSpeechEnabled(false);
-    ASSERT_EQ(spy.count(), 2);
-    EXPECT_FALSE(spy[0][0].toBool());
-    EXPECT_TRUE(spy[1][0].toBool());
-}
-
-TEST_F(Widget, ShowsTheFourTextsInTheReadOut)
-{
-    viewer->SetCoordinate("a", "b", "c", "d");
-    QStringList texts;
-    for (const QLabel* label : viewer->GetCoordinateWidget()->findChildren<QLabel*>())
-        texts += label->text();
-    EXPECT_EQ(texts, (QStringList{"a", "b", "c", "d"}));
-    viewer->SetCoordinateVisible(false);
-    EXPECT_FALSE(viewer->GetCoordinateWidget()->isVisible());
-    viewer->SetCoordinateVisible(true);
-    EXPECT_TRUE(viewer->GetCoordinateWidget()->isVisible());
-}
-
 TEST_F(Widget, ReadsOutThePlaceUnderTheMouseAndTheRange)
 {
     const auto texts = [] {
@@ -193,46 +158,6 @@ TEST_F(Widget, GivesOsgTheModifiersOfAClick)
     Record(GUIEventAdapter::MOVE, [] { QTest::mouseMove(viewer->viewport(), QPoint(41, 500)); });
 }
 
-TEST_F(Widget, TurnsTheWheelForwardIntoScrollDownAndThatZoomsIn)
-{
-    auto range = [] { return viewer->getManipulator()->getViewpoint().getRange(); };
-    const auto wheel = [](int delta) {
-        QWheelEvent event(QPointF(400, 300), viewer->mapToGlobal(QPoint(400, 300)), QPoint(),
-                          QPoint(0, delta), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(viewer->viewport(), &event);
-    };
-    const osgEarth::Viewpoint home = viewer->getManipulator()->getViewpoint();
-    const double before = range();
-    const auto events = Record(GUIEventAdapter::SCROLL, [&] { wheel(120); });
-    EXPECT_EQ(events.back()->getScrollingMotion(), GUIEventAdapter::SCROLL_DOWN);
-    EXPECT_TRUE(waitFor([&] { return range() < before; }));
-    const auto back = Record(GUIEventAdapter::SCROLL, [&] { wheel(-120); });
-    EXPECT_EQ(back.back()->getScrollingMotion(), GUIEventAdapter::SCROLL_UP);
-    viewer->getManipulator()->setViewpoint(home, 0.0);
-}
-
-TEST_F(Widget, DraggingMovesTheGlobeUnderTheCamera)
-{
-    const osgEarth::Viewpoint home = viewer->getManipulator()->getViewpoint();
-    const auto longitude = [] { return viewer->getManipulator()->getViewpoint().focalPoint()->x(); };
-    const auto drawn = [] {
-        const unsigned frame = viewer->getOSGViewer()->getFrameStamp()->getFrameNumber();
-        return waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 1; });
-    };
-    const double before = longitude();
-    QTest::mousePress(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(300, 300));
-    for (int x = 310; x <= 400; x += 10) {
-        QMouseEvent move(QEvent::MouseMove, QPoint(x, 300), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(viewer->viewport(), &move);
-        ASSERT_TRUE(drawn());
-    }
-    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(400, 300));
-    ASSERT_TRUE(drawn());
-    // The ground follows the hand to the right, so the camera ends further west.
-    EXPECT_LT(longitude(), before - 5.0);
-    viewer->getManipulator()->setViewpoint(home, 0.0);
-}
-
 TEST_F(Widget, EndsAPressOnTheToolsBarWithAReleaseOnNothing)
 {
     auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pBtnNoFly");
@@ -257,43 +182,12 @@ TEST_F(Widget, EndsAPressOnTheToolsBarWithAReleaseOnNothing)
     EXPECT_FALSE(button->isChecked());
 }
 
-TEST_F(Widget, SurvivesKeysWhileTheToolsBarHasTheFocus)
-{
-    auto* button = viewer->GetMapToolWidget()->findChild<QPushButton*>("m_pVoiceSwitchBtn");
-    button->setFocus();
-    int presses = 0;
-    const auto events = Record(GUIEventAdapter::KEYUP, [] { QTest::keyClick(viewer, Qt::Key_X); });
-    for (const auto& event : events)
-        presses += event->getEventType() == GUIEventAdapter::KEYDOWN;
-    EXPECT_LE(presses, 1);
-    button->clearFocus();
-}
-
 TEST_F(Widget, EscapeDoesNotStopTheGlobe)
 {
     Record(GUIEventAdapter::KEYUP, [] { QTest::keyClick(viewer, Qt::Key_Escape); });
     const unsigned frame = viewer->getOSGViewer()->getFrameStamp()->getFrameNumber();
     EXPECT_TRUE(
         waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 1; }));
-}
-
-TEST_F(Widget, CompassIgnoresTurnsBelowOneDegreeAndTurnsTheCameraNorth)
-{
-    CAxGraphicsCompassItem* compass = Compass(viewer);
-    CAxEarthManipulator* camera = viewer->getManipulator();
-    const osgEarth::Viewpoint home = camera->getViewpoint();
-    camera->slotHeading(30.0);
-    ASSERT_TRUE(waitFor([&] { return qAbs(compass->Heading() + 30.0) < 1.0; })) << compass->Heading();
-    const double shown = compass->Heading();
-    emit camera->signalHeading(shown + 0.9);
-    EXPECT_EQ(compass->Heading(), shown);
-
-    const QPoint centre = viewer->mapFromScene(compass->sceneBoundingRect().center());
-    QTest::mouseClick(viewer->viewport(), Qt::LeftButton, Qt::NoModifier, centre);
-    EXPECT_TRUE(waitFor([&] { return qAbs(camera->getViewpoint().getHeading()) < 0.5; }));
-    EXPECT_TRUE(waitFor([&] { return qAbs(compass->Heading()) < 1.0; }));
-    EXPECT_NEAR(camera->getViewpoint().getPitch(), -90.0, 0.5);
-    camera->setViewpoint(home, 0.0);
 }
 
 TEST_F(Widget, ToolsBarHasOneToolAtATime)
@@ -333,7 +227,4 @@ TEST(Translation, CarriesTheTextsInChinese)
     ASSERT_TRUE(texts.load(QStringLiteral(":/i18n/axearthviewer_zh_CN.qm")));
     EXPECT_EQ(texts.translate("CAxEarthViewer", "Loading Sky..."), QStringLiteral("正在加载天空..."));
     EXPECT_EQ(texts.translate("CAxMapToolsWidget", "No fly zone"), QStringLiteral("禁飞区"));
-    for (const char* name : {"axearthviewer", "axcompanion"})
-        EXPECT_TRUE(QTranslator().load(QStringLiteral(":/i18n/%1_zh_CN.qm").arg(QLatin1String(name))))
-            << name;
 }
