@@ -12,8 +12,7 @@ namespace osg {
 class Node;
 }
 
-/// The map objects of a viewer: which there are, which are selected, and their committed edits.
-/// CAxEarthViewer's operations of the same purpose say more. GUI thread.
+/// Which map objects there are, which are selected, and their edits. CAxEarthViewer says more. GUI thread.
 class AxObjectBook
 {
 public:
