@@ -42,8 +42,10 @@ enum User_Operation : int
 class AXEARTHVIEWER_EXPORT AxUserOperation : public osg::Operation
 {
 public:
+    /// Nothing happens before it is handed over and run.
     explicit AxUserOperation(User_Operation kind);
 
+    /// Whose map the places are on; not owned.
     void setEarthViewer(CAxEarthViewer* earthViewer);
     /// The node to make, find or remove.
     void setUserName(const QString& userName) { name = userName; }

@@ -38,12 +38,12 @@ class Map;
 /// A no-fly zone as seen from a place.
 struct AxNoflyZoneNear
 {
-    QString id;
-    double longitude = 0.0; ///< of its middle, degrees
-    double latitude = 0.0;
-    double distance = 0.0; ///< from the place to its middle, metres
-    double bearing = 0.0;  ///< from the place to its middle, degrees clockwise from north, 0 to 360
-    QList<AxNoflyLift> lifts;
+    QString id;               ///< as in the zone file
+    double longitude = 0.0;   ///< of its middle, degrees
+    double latitude = 0.0;    ///< of its middle, degrees
+    double distance = 0.0;    ///< from the place to its middle, metres
+    double bearing = 0.0;     ///< from the place to its middle, degrees clockwise from north, 0 to 360
+    QList<AxNoflyLift> lifts; ///< in the order of the file
 };
 
 /**
@@ -68,6 +68,7 @@ public:
 
     /// Shows or hides all no-fly zones at once.
     void SetNoFlyZoneMask(bool visible) override;
+    /// Whether they are shown; they are hidden once the viewer has started.
     bool NoFlyZoneMask() const override;
 
     /// Appends to `ids` the zones whose outline an area (degrees) meets, lifted
@@ -123,7 +124,10 @@ public:
                            osg::Geode* geode, QObject* receiver);
 
 signals:
+    /// An elevation job with a progress object has ended: the list of places. SetElevationQueryPara()
+    /// connects it.
     void signalGenerateElevationQuery(QVariant);
+    /// A model-bound job has ended: a list of the number and the outline. SetModelBoundPara() connects it.
     void signalModelBound(QVariant);
     /// Another set of zones is in the scene.
     void signalShownZones();

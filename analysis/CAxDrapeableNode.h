@@ -16,6 +16,7 @@ class AXEARTHVIEWER_EXPORT CAxDrapeableNode : public osgEarth::DrapeableNode
 {
 public:
     CAxDrapeableNode();
+    /// With a camera of its own, set up as the other's.
     CAxDrapeableNode(const CAxDrapeableNode& other, const osg::CopyOp& copy = osg::CopyOp::SHALLOW_COPY);
     META_Node(ax, CAxDrapeableNode);
 

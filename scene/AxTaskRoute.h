@@ -11,13 +11,16 @@ class AxTaskRoute
 public:
     virtual ~AxTaskRoute() = default;
 
+    /// Of the task that it belongs to; unique within the block.
     virtual const QString& GetTaskID() const = 0;
     /// Where the aircraft takes off and lands: longitude, latitude, altitude; null until set.
     virtual const CAxVector3D& GetHomePoint() const = 0;
     virtual void SetHomePoint(const CAxVector3D& position) = 0;
+    /// The corner at which the route begins, 0 to 3; -1 is none.
     virtual void SetEntryPoint(int index) = 0;
+    /// Whether the aircraft glides down to its landing point.
     virtual void SetLandingMethod(bool downhill) = 0;
 };
 
-/// Null for null.
+/// The route as the object deals with it; null for null.
 AxTaskRoute* AxRouteOf(CAxTaskPolygon* route);

@@ -81,26 +81,26 @@ public:
     /// loaded or merged and the last few frames were drawn from this position.
     bool IsPictureComplete() const;
 
-    CAxEarthManipulator* getManipulator() const;
-    CAxAncillaryProcess* GetAncillaryProcess() const;
-    CAxMapToolsWidget* GetMapToolWidget() const;
-    CAxCoordinateWidget* GetCoordinateWidget() const;
-    CAxUavNode* GetUavNode() const;
-    CAxDownhillAnglenode* GetDownhillAngleNode() const;
+    CAxEarthManipulator* getManipulator() const;        ///< the camera and the source of the mouse's signals
+    CAxAncillaryProcess* GetAncillaryProcess() const;   ///< zones; null before start-up, after ReleaseAll()
+    CAxMapToolsWidget* GetMapToolWidget() const;        ///< the tools bar
+    CAxCoordinateWidget* GetCoordinateWidget() const;   ///< the read-out
+    CAxUavNode* GetUavNode() const;                     ///< null: no aircraft is drawn yet
+    CAxDownhillAnglenode* GetDownhillAngleNode() const; ///< what was set last, or null
     /// Null while the approach to a landing point cannot be turned. Not taken over.
     void SetDownhillAngleNode(CAxDownhillAnglenode* node);
-    CAxInterestPointNode* GetInterestPointNode() const;
-    CAxHandleAdapter* GetCurHandleAdapter() const;
-    osgViewer::Viewer* getOSGViewer() const;
+    CAxInterestPointNode* GetInterestPointNode() const; ///< null: no point of interest is drawn yet
+    CAxHandleAdapter* GetCurHandleAdapter() const;      ///< the current object, or null
+    osgViewer::Viewer* getOSGViewer() const;            ///< from construction on
     /// Null until start-up has read the map, as the next three are.
     osgEarth::MapNode* getMapNode() const;
     const osgEarth::SpatialReference* getSRS() const;
     osg::Group* GetDrawNodeGroup() const;
     /// Below the draw group; parent of the map objects' feature nodes.
     osg::Group* GetGeomAdapterGroup() const;
-    osg::Group* GetBoundGroup() const;
+    osg::Group* GetBoundGroup() const; ///< beside the draw group; empty, for the host
 
-    /// The kind of host application; stored for the host.
+    /// The kind of host application: 1 and 3 hear of Alt, 1 selects several while Control is held.
     void SetAppType(int type);
     int GetAppType() const;
 
@@ -153,8 +153,8 @@ public:
     /// nothing current, except an object that is being drawn. `report` tells
     /// the host of a changed selection.
     void SetNodeSelected(osg::Node* node, bool multi, bool report);
-    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const;
-    void ClearMultiSelectAdapter();
+    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const; ///< selected together, in that order
+    void ClearMultiSelectAdapter();                                ///< tells the host when there were any
 
     /// Committed edits of blocks, the newest on top; the host may show it. It
     /// belongs to the viewer.
@@ -163,8 +163,8 @@ public:
     /// its menu, so that the keys stay with one owner.
     QAction* GetUndoAction() const;
     QAction* GetRedoAction() const;
-    void SetEditAids(const AxEditAids& aids);
-    const AxEditAids& GetEditAids() const;
+    void SetEditAids(const AxEditAids& aids); ///< aids of editing; told by signalEditAids()
+    const AxEditAids& GetEditAids() const;    ///< as they were set last
     /// Gives a block another name. False, nothing changed, for an unknown ID, an
     /// empty name and one that a block has already.
     bool RenameBlock(const QString& id, const QString& name);
@@ -187,6 +187,7 @@ public:
     void SetFocusToMaptool(bool focus);
     bool GetFocusToMaptool() const;
 
+    /// Centre and orientation of a projection plane; stored for the host.
     void SetProjPlaneCenter(const osg::Vec3d& center);
     const osg::Vec3d& GetProjPlaneCenter() const;
     void SetProjPlaneMatrix(const osg::Matrixd& matrix);
@@ -195,7 +196,7 @@ public:
     void SetCoordSys(const QString& system);
     const QString& GetCoordSys() const;
 
-    /// Shows or hides the sky and, with it, the graticule.
+    /// Show or hide the sky (with the graticule), the compass, the read-out.
     void SetSkyNodeVisible(bool visible);
     void SetCompassVisible(bool visible);
     void SetCoordinateVisible(bool visible);
@@ -261,7 +262,7 @@ signals:
 public slots:
     /// Shows or hides the grid panel.
     void slotGridWidget(QString strHanleID, bool bVisible);
-    void slotHandleEnd(QString strHanleID, bool bReset);
+    void slotHandleEnd(QString strHanleID, bool bReset); ///< emits signalHandleEnd()
     /// These three do nothing for an unknown ID. A locked object is neither
     /// moved nor edited.
     void slotBlockVisible(QString strHanleID, bool bVisible);

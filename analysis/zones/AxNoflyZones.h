@@ -18,8 +18,8 @@ class CAxNoflyZoneMgr;
 /// A lift of a no-fly zone, as the operator reads of it.
 struct AxNoflyLift
 {
-    QString begin;
-    QString expiry;
+    QString begin;  ///< as it stands in the file, a date or not
+    QString expiry; ///< as it stands in the file, a date or not
     /// The expiry is a date and has passed. Such a lift applies all the same.
     bool isOutOfDate = false;
 };

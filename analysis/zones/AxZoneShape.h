@@ -27,6 +27,7 @@ public:
     /// The circle of AxZoneCircle().
     static AxZoneShape Circle(double longitude, double latitude);
 
+    /// Whether it has no points.
     bool IsEmpty() const { return !isCircle && (!polygon || polygon->empty()); }
     /// Longitude, latitude, 0.
     std::vector<osg::Vec3d> Ring() const;

@@ -19,15 +19,16 @@
 /// The outline of a zone that areas are tested against. Degrees.
 struct AXEARTHVIEWER_EXPORT AxZoneOutline
 {
-    QString id;
-    QRectF bounds;
+    QString id;    ///< as in the zone file
+    QRectF bounds; ///< around the outline: longitude (x), latitude (y)
     /// What is left of a zone with lifts.
     QPolygonF lifted;
     /// The zone itself where it has none, else empty.
     AxZoneShape shape;
 
+    /// The outline as a closed path: longitude (x), latitude (y).
     QPainterPath Path() const;
-    /// Of the zone's own side of the antimeridian or of the other.
+    /// Whether it encloses a place (degrees), given on either side of the antimeridian.
     bool Contains(double longitude, double latitude) const;
 };
 
@@ -38,8 +39,11 @@ AXEARTHVIEWER_EXPORT std::vector<AxZoneOutline> AxZoneOutlines(const AxNoflyZone
 class AXEARTHVIEWER_EXPORT AxPendingWorkers
 {
 public:
+    /// Before the workers begin.
     void Set(int workers);
+    /// By each worker at its end, on its own thread.
     void Finish();
+    /// Blocks until all have finished.
     void Wait();
 
 private:
@@ -58,6 +62,7 @@ private:
 class AXEARTHVIEWER_EXPORT CAxAreaIntersectOperate : public osg::Operation
 {
 public:
+    /// The share of the zones that it tests against.
     explicit CAxAreaIntersectOperate(std::vector<AxZoneOutline> zones);
 
     /// The counter hears of the end; it and the area outlive the run.

@@ -24,10 +24,10 @@ enum class AxToolOver
 /// What a tool is.
 struct AxToolRow
 {
-    EToolType tool;
-    EToolKind kind = ToolKindOther;
-    AxDrawStart start = AxDrawStart::Never;
-    AxToolOver over = AxToolOver::Anything;
+    EToolType tool;                         ///< whose row it is
+    EToolKind kind = ToolKindOther;         ///< what GetToolKind() answers
+    AxDrawStart start = AxDrawStart::Never; ///< when its shape begins
+    AxToolOver over = AxToolOver::Anything; ///< what its mouse looks for
     /// A double click is the tool's even before it has an object.
     bool ownsDoubleClick = false;
     /// It begins a shape from nothing: taking it up leaves what is selected.

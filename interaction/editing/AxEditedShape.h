@@ -17,19 +17,28 @@ class AxEditedShape
 public:
     virtual ~AxEditedShape() = default;
 
+    /// Its vertices: longitude and latitude in degrees, altitude in metres. Who changes them calls for the
+    /// drawing.
     virtual std::vector<osg::Vec3d>& GetAnchor() = 0;
+    /// What the vertices make; the same for all objects of a kind.
     virtual AxShapeKind ShapeKind() const = 0;
+    /// What is going on with it. A locked object is neither moved nor edited.
     virtual EHandleOperation GetHandleOperation() const = 0;
     virtual bool IsLock() const = 0;
     virtual bool IsVisible() const = 0;
+    /// The vertex that is being dragged, -1 when none is.
     virtual int GetEditIndex() const = 0;
     /// Null without a viewer.
     virtual AxViewerParts* Parts() const = 0;
 
+    /// Ends the drag of a vertex or of the object where the mouse is: degrees, degrees, metres, and
+    /// geocentric metres. The shape is judged, then kept or taken back.
     virtual void EndDrag(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos) = 0;
+    /// Gives up what is going on; true when there was something to give up.
     virtual bool CancelHandle() = 0;
     /// Takes vertices and name from the record again.
     virtual void ReturnLastOperate() = 0;
+    /// Draws the name of the record.
     virtual void DrawNameLabel() = 0;
 };
 
@@ -37,6 +46,7 @@ public:
 class AxEditedShapeRef
 {
 public:
+    /// It does not own the object. As a truth value: whether the object is there; only then -> may be used.
     explicit AxEditedShapeRef(CAxHandleAdapter* object);
     explicit operator bool() const { return !alive.isNull(); }
     AxEditedShape* operator->() const { return shape; }

@@ -22,6 +22,7 @@ class AXEARTHVIEWER_EXPORT CAxDragger : public QObject, public osgEarth::Annotat
 {
     Q_OBJECT
 public:
+    /// What a handle looks like.
     enum DragType : int
     {
         DragSphere = 0, ///< of radius size
@@ -29,21 +30,25 @@ public:
         DragNone = 2,   ///< shows nothing and is not taken by the mouse, as any other value
     };
 
+    /// It stands on the globe of the map node, which may be null.
     CAxDragger(osgEarth::MapNode* mapNode, DragType type);
 
+    /// Red, green, blue, alpha from 0 to 1, while the mouse is elsewhere.
     void setColor(const osg::Vec4f& value) override;
     const osg::Vec4f& GetColor() const { return color; }
-    /// Of the time that the mouse is on it or drags it.
+    /// The same, while the mouse is on it or drags it.
     void setPickColor(const osg::Vec4f& value) override;
     const osg::Vec4f& GetPickColor() const { return pickColor; }
-    /// Pixels.
+    /// Pixels: a sphere's radius, a box's edge.
     void SetSize(float pixels);
     float GetSize() const { return size; }
+    /// A type that shows nothing has no shape.
     void SetDragType(DragType type);
     DragType GetDragType() const { return dragType; }
     bool HasShape() const { return shape.valid(); }
     /// The colour that it has at the moment.
     const osg::Vec4f& GetShownColor() const { return getHovered() || getDragging() ? pickColor : color; }
+    /// The vertex that it stands for.
     void SetIndex(int vertex) { index = vertex; }
     int GetIndex() const { return index; }
     /// Geocentric metres.
@@ -51,6 +56,7 @@ public:
     /// Longitude, latitude and altitude; zeros before it has been placed.
     osg::Vec3d GetPlace() const;
 
+    /// Told by the editor when the mouse comes and goes.
     void SetHovered(bool hovered) { setHover(hovered); }
     /// A drag begins and ends with signalDrag(); in between the place is told by signalPositionChanged().
     void BeginDrag();
@@ -62,6 +68,7 @@ public:
     void traverse(osg::NodeVisitor& nv) override;
 
 signals:
+    /// A drag begins (true) or ends.
     void signalDrag(bool bDrag);
     /// Moved by hand: degrees, degrees, metres, and the vertex.
     void signalPositionChanged(double dLng, double dLat, double dAlt, int nIndex);

@@ -77,15 +77,19 @@ public:
     /// Its vertex alone, or -1.
     int HoveredVertex() const;
 
+    /// Of the handle that the mouse is on: red, green, blue, alpha from 0 to 1.
     const osg::Vec4f& GetPickColor() const { return pickColor; }
     void SetPickColor(const osg::Vec4f& value);
+    /// Of the others.
     const osg::Vec4f& GetColor() const { return color; }
     void SetColor(const osg::Vec4f& value);
     /// Pixels: a sphere's radius, a box's edge.
     float GetSize() const { return size; }
     void SetSize(float value);
+    /// What all handles look like.
     CAxDragger::DragType GetDragType() const { return dragType; }
     void SetDragType(CAxDragger::DragType type);
+    /// These are stored for the host.
     int GetIndex() const { return index; }
     bool GetSrs() const { return srsFlag; }
     void SetSrs(bool flag) { srsFlag = flag; }
@@ -111,6 +115,7 @@ signals:
     void PositionChanged(double dLng, double dLat, double dAlt, int nIndex);
 
 public slots:
+    /// What its draggers tell: a drag begins or ends, and each place of it in degrees, degrees, metres.
     void slotDrag(bool bDrag);
     void slotPositionChanged(double dLng, double dLat, double dAlt, int nIndex);
 

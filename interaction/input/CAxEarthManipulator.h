@@ -65,10 +65,13 @@ public:
     /// parent is the viewer.
     explicit CAxEarthManipulator(QObject* parent);
 
+    /// What the camera moves around.
     OperateMode getOperateMode() const { return operateMode; }
     void setOperateMode(OperateMode mode) { operateMode = mode; }
+    /// Whether it looks at a projection plane.
     ProjMode getProjMode() const { return projMode; }
     void setProjMode(ProjMode mode) { projMode = mode; }
+    /// Which one; stored for the host.
     ProjPlane getProjPlane() const { return projPlane; }
     void setProjPlane(ProjPlane plane) { projPlane = plane; }
 
@@ -96,7 +99,7 @@ public:
     void rotate(double dx, double dy) override;
     void zoom(double dx, double dy) override;
 
-    /// Pressing Shift alone takes up the magnifier.
+    /// Pressing Shift alone takes up the magnifier; Delete is told when it is let go.
     virtual void handleKeyDown(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
     virtual void handleKeyUp(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
     /// True when the drag was consumed.
@@ -109,27 +112,43 @@ signals:
     /// What is under the mouse: degrees, degrees, metres, and the camera's distance in metres. Zeros over
     /// space.
     void signalPointed(double longitude, double latitude, double altitude, double range);
-    /// Where north is on the dial: the negated heading of the camera, degrees.
+    /// Where north is on the dial: the negated heading of the camera, degrees. With every event.
     void signalHeading(double heading);
+
+    /// The left button went down: the drawable under it, if the tool looks for one, then the pick, then the
+    /// window position in pixels from the lower left corner. No push on a handle of a vertex is told.
     void mouseLeftBtnPress(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void mouseLeftBtnPress(float windowX, float windowY);
     void mouseLeftBtnPress(osg::Drawable* drawable);
+    /// The mouse moved without a button: the pick, over a model with its height as altitude, then the
+    /// drawable under it, if the tool looks for one.
     void mouseLeftBtnMove(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void mouseMoveSignal(osg::Drawable* drawable);
+    /// The left button went up: before the click, if it is one, with the pick alone; after a drag with the
+    /// window position as well; after a move of objects with the pick alone.
     void mouseLeftBtnRelease(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void mouseLeftBtnRelease(float windowX, float windowY);
+    /// A left click that the tool leaves to others: the drawable under it, if any, then the pick.
     void mouseLeftBtnClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void mouseLeftBtnClickSignal(osg::Drawable* drawable);
+    /// A double click, also when the camera flies there; the release that follows is not told.
     void mouseLeftBtnDoubleClick(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    /// The mouse moved with any button held: the pick, then the window position.
     void mouseLeftBtnDrag(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     void mouseLeftBtnDrag(float windowX, float windowY);
+    /// The left button drags a handle of the approach to a landing point; the camera stays.
     void mouseLeftBtnDragAngleComputer(osg::Vec3d lngLatPos);
+    /// The left button drags over a node whose name begins with "TaskGrid"; the camera stays.
     void mouseLeftBtnDragGrid(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
+    /// A right click.
     void signalRightBtnPicked(osg::Vec3d lngLatPos);
+    /// A left click on a model: the names of its node and of that one's parent. Before the click is told.
     void signalMouseLeftBtnClickModelLayer(QString currNode, QString parentNode);
     /// A step of a block move, degrees, degrees and metres (always 0).
     void ObjectMoved(double dLng, double dLat, double dAlt);
+    /// Delete was let go.
     void signalHandleKeyDelete();
+    /// For listeners; the manipulator itself never emits these four.
     void signalPicked(osg::Vec3d lngLatPos);
     void signalMoving(osg::Vec3d lngLatPos);
     void signalPickedXYZ(osg::Vec3d worldCoordPos);

@@ -13,13 +13,16 @@ class AXEARTHVIEWER_EXPORT AxBlockAdapter : public CAxHandleAdapter
 {
     Q_OBJECT
 public:
+    /// A kind names the type of the records that it draws. The object joins the scene of the viewer.
     AxBlockAdapter(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type);
     ~AxBlockAdapter() override;
 
     /// The object with all that belongs to it.
     void SetAdapterVisible(bool visible, QString taskID) override;
+    /// The code of Judge() as AxVerdict.h has it.
     int CheckGeometry() override;
-    /// Points that are not finite leave the object as it was.
+    /// Longitude and latitude in degrees, altitude in metres. Points that are not finite leave the object as
+    /// it was.
     void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
     /// Shows the finished object, with name and handles.
     void HandleEnd() override;
@@ -39,9 +42,11 @@ protected:
     static bool IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
     /// Draws what the next click would make as "Stipple", in place of the one before.
     void DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed);
+    /// A text that follows the cursor until the drawing ends; the place in degrees, degrees, metres.
     void ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text);
     /// The handles in step with the vertices; the first vertex makes the editor.
     void ShowHandles();
+    /// Of the shape, when it is drawn next.
     void SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill);
     /// The widget for boxes, or null.
     QWidget* BoxParent() const;

@@ -66,7 +66,7 @@ public:
     virtual void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor);
     /// Called once a drawing has been accepted.
     virtual void HandleEnd();
-    virtual void UpdateColor();
+    virtual void UpdateColor(); ///< called when routes come or go
     std::vector<osg::Vec3d>& GetAnchor() override;
     virtual osg::ref_ptr<osgEarth::Symbology::Geometry> GetGeometry(); ///< the vertices as a polygon
     /// Draws the object anew and makes it the viewer's current one when its vertices differ from the
@@ -76,16 +76,21 @@ public:
     virtual bool GetBlockElevation();
     /// Centre of the box around the vertices: latitude, longitude, 0; a default value without vertices.
     virtual CAxVector3D GetGravityLatLng();
-    virtual bool HandleIsPicked(osg::Node* node);
-    virtual void SetFeatureNodeVisible(bool visible);
-    virtual void SetWidth(double width1, double width2); ///< of a strip, metres
-    virtual void SetVideoRadius(int radius);             ///< of a video area, metres
-    virtual void SetVideoPosition(const osg::Vec3d& lngLatPos);
+    virtual bool HandleIsPicked(osg::Node* node);               ///< whether a node is part of what it draws
+    virtual void SetFeatureNodeVisible(bool visible);           ///< the shape alone, without name and handles
+    virtual void SetWidth(double width1, double width2);        ///< of a strip, metres
+    virtual void SetVideoRadius(int radius);                    ///< of a video area, metres
+    virtual void SetVideoPosition(const osg::Vec3d& lngLatPos); ///< of a video area, degrees, degrees, metres
+    /// The names of mark points; other objects have none.
     virtual void RemoveMarkerPoint(QString name);
     virtual void SetMarkerPointName(const QStringList& names);
     virtual QStringList GetMarkerPointName();
 
 public slots:
+    /// The mouse on the map, while the object is connected: the left button goes down, the mouse moves
+    /// without a button, the left button goes up, a left click (after its release), a double click, a drag
+    /// with any button, a right click. A place is degrees, degrees, metres, and geocentric metres; zeros over
+    /// space. A window position is pixels from the lower left corner.
     virtual void slotMousePressed(float windowX, float windowY);
     virtual void slotMousePressed(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     virtual void slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
@@ -96,7 +101,8 @@ public slots:
     virtual void slotDragging(float windowX, float windowY);
     virtual void slotDragging(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     virtual void slotRightBtnClicked(osg::Vec3d lngLatPos);
-    /// A handle has been moved: degrees, degrees, metres.
+    /// A handle has been moved: degrees, degrees, metres, and the index of its vertex, which is there
+    /// already.
     virtual void slotPointMoved(double lng, double lat, double alt, int index);
     /// A step of a move of the whole object, degrees, degrees, metres; the vertices are there already.
     virtual void slotHandleMoved(double dLng, double dLat, double dAlt);
@@ -106,7 +112,7 @@ public:
     virtual void ResponseHandlePointMoved(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     /// A move of the object has ended; mind the order of the points.
     virtual void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos);
-    /// The operator double-clicked one of the object's points.
+    /// A double click while browsing: on one of its points (degrees, degrees, metres), or anywhere else.
     virtual void ResponseDoubleClickOnPoint(int index, osg::Vec3d point);
     virtual void ResponseDoubleClickOnBlock();
     /// Asked once an accepted drawing was registered: 2 removes the object all the same, below 0 tells the
@@ -115,31 +121,34 @@ public:
 
     // What it is and how it stands
 
-    QString GetHandleID() const;         ///< of the block that it draws; unique among all objects
-    void SetHandleID(const QString& id); ///< not for an object that the viewer has registered already
-    CAxBlock::EBlockType GetBlockType() const;
-    CAxBlock* GetContainedBlock() const; ///< the block record of its ID, or null
-    CAxEarthViewer* GetViewer() const;   ///< null once that is gone
+    QString GetHandleID() const;               ///< of the block that it draws; unique among all objects
+    void SetHandleID(const QString& id);       ///< not for an object that the viewer has registered already
+    CAxBlock::EBlockType GetBlockType() const; ///< the kind of its block, with or without a record
+    CAxBlock* GetContainedBlock() const;       ///< the block record of its ID, or null
+    CAxEarthViewer* GetViewer() const;         ///< null once that is gone
     AxViewerParts* Parts() const override;
     EHandleOperation GetHandleOperation() const override;
     int GetEditIndex() const override; ///< of the vertex that is being dragged, -1 when none is
     bool IsLock() const override;
     bool IsVisible() const override;
-    bool IsFilter() const;
+    bool IsFilter() const;  ///< always false; kept for hosts
     bool IsSegment() const; ///< the area may be split into segments; known once the name was drawn
     /// Holds the object's drawables; by it the object is picked. All objects share its state set: a node that
     /// is to be drawn otherwise gets one of its own.
     osg::Geode* GetFeatureNode() const;
-    CAxHandleAdapterEditor* GetAnchorEditor() const; ///< null while the vertices cannot be edited
-    osgEarth::Annotation::LabelNode* GetNameLabel() const;
-    osg::Group* GetLockNode() const;
-    /// Of the sampled ground; false, with 999999 and -999999, when nothing was sampled.
+    CAxHandleAdapterEditor* GetAnchorEditor() const;       ///< null while the vertices cannot be edited
+    osgEarth::Annotation::LabelNode* GetNameLabel() const; ///< null until the name was drawn
+    osg::Group* GetLockNode() const;                       ///< of the lock icons
+    /// Altitudes of the sampled ground, metres. False when nothing was sampled: then 999999 and -999999, and
+    /// an average as it was.
     bool GetElevationMinMax(double& min, double& max) const;
     bool GetElevationsAverage(double& average) const;
     bool GeometryModifyed() const; ///< whether the vertices differ from those of the block record
 
     // Its routes, not owned; an object with routes is not moved
 
+    /// In the order in which they were added. A task that is added twice counts once; GetTask() is null for
+    /// an unknown ID; whoever made a route still owns it when it was removed.
     const QList<CAxTaskPolygon*>& GetTaskList() const;
     CAxTaskPolygon* GetTask(const QString& taskID) const;
     void AddTask(CAxTaskPolygon* task);
@@ -147,6 +156,8 @@ public:
     void RemoveAllTask();
     /// Where the task's aircraft lands; a default value for an unknown task.
     CAxVector3D GetTaskLingPosition(const QString& taskID) const;
+    /// Told to the route of that task; an unknown one is passed over. The entry point is 0 to 3, the position
+    /// longitude, latitude, altitude.
     void SetTaskEntryPoint(int index, const QString& taskID);
     void SetTaskLandingPosition(const CAxVector3D& position, const QString& taskID);
     void SetTaskLandingMethod(bool downhill, const QString& taskID);
@@ -222,7 +233,7 @@ protected:
     class AXEARTHVIEWER_EXPORT Running
     {
     public:
-        explicit Running(CAxHandleAdapter* adapter);
+        explicit Running(CAxHandleAdapter* adapter); ///< not null
         ~Running();
         Running(const Running&) = delete;
         Running& operator=(const Running&) = delete;
@@ -246,8 +257,8 @@ protected:
     /// An edit in one step, by the same path as a drag. `text` is what the undo stack calls it.
     bool ChangeVertices(std::vector<osg::Vec3d> points, const QString& text);
     bool mayChangeCount() const; ///< the object is at rest, free to be edited, and of a kind that allows it
-    void DrawBlockLock();
-    void AddOneLock(const osg::Vec3d& lngLatAlt);
+    void DrawBlockLock();        ///< the lock icons, anew
+    void AddOneLock(const osg::Vec3d& lngLatAlt);               ///< at a place: degrees, degrees, metres
     osg::Geometry* FindDrawable(const std::string& name) const; ///< in the feature node, or null
     void DropRubberBand();                                      ///< the drawable "Stipple"
 
@@ -261,6 +272,8 @@ protected:
     /// A rectangle from a corner and its two sides.
     static osg::ref_ptr<osg::Geometry> CreateQuadGeom(osg::Vec3f corner, osg::Vec3f widthVector,
                                                       osg::Vec3f heightVector, osg::Vec4f color);
+    /// The line, and the fill below its line, of `count` vertices of a geometry from `first` on, in their
+    /// colours. Nothing when it has no such vertices.
     static void AddEdgePrimitiveSet(osg::Geometry* geometry, int first, int count, osg::Vec4f color,
                                     bool closed);
     static void AddFillPrimitiveSet(osg::Geometry* geometry, int first, int count, osg::Vec4f edge,

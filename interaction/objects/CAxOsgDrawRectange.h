@@ -45,6 +45,7 @@ public slots:
     void slotPointMoved(double lng, double lat, double alt, int index) override;
 
 protected:
+    /// For kinds of block that are rectangles.
     CAxOsgDrawRectange(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type);
     AxVerdict JudgeShape() override;
     /// Four corners, but the first and the third on one meridian or one parallel.

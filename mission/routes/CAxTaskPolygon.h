@@ -19,6 +19,7 @@ public:
     explicit CAxTaskPolygon(QObject* parent = nullptr);
     ~CAxTaskPolygon() override;
 
+    /// Before it is added to a map object, which finds it by that ID.
     void SetTaskID(const QString& id) { taskID = id; }
     const QString& GetTaskID() const override { return taskID; }
     /// Index of the chosen entry point, -1 when none was chosen.

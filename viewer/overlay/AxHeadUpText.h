@@ -16,13 +16,16 @@
 class AXEARTHVIEWER_EXPORT AxHeadUpText
 {
 public:
+    /// The one of the process.
     static AxHeadUpText& Instance();
 
     /// Fits the camera and the texts' corners to a widget of this size in pixels.
     void SetSize(int width, int height);
+    /// Shows a text in its corner; an empty one hides it.
     void SetSubtitles(const QString& text);
     void SetPrompt(const QString& text);
 
+    /// Draws the texts; it stays this object's.
     osg::Camera* GetCamera() const { return camera.get(); }
 
 private:

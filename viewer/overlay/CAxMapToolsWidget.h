@@ -24,6 +24,7 @@ public:
     void ConnectEvent() {}
     /// Unchecks the measure and the marker button.
     void ResetToolType();
+    /// Show or hide the buttons: all tools, the shoot point, following the aircraft, the voice.
     void SetToolsBtnVisible(bool visible);
     void SetShootPointBtnVisible(bool visible);
     void SetFollowToAircraftBtnVisible(bool visible);
