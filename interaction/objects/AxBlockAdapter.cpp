@@ -19,7 +19,7 @@ constexpr int leastOfAnArea = 3;
 AxBlockAdapter::AxBlockAdapter(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type)
     : CAxHandleAdapter(viewer, parent)
 {
-    d->blockType = type;
+    SetBlockType(type);
     const AxBlockColors colors = AxBlockColors::OfBlock(false);
     SetColors(colors.edge, colors.fill);
     JoinScene();
@@ -39,7 +39,7 @@ AxVerdict AxBlockAdapter::Judge()
 {
     if (!d->featureNode)
         return AxVerdict::Impossible;
-    if (static_cast<int>(d->anchors.size()) < leastOfAnArea)
+    if (ShapeKind().IsClosed() && static_cast<int>(d->anchors.size()) < leastOfAnArea)
         return AxBlockRefusal::TooFewPoints(BoxParent());
     const AxVerdict shape = JudgeShape();
     if (shape != AxVerdict::Accepted || !d->viewer)
@@ -107,12 +107,6 @@ void AxBlockAdapter::SetAdapterVisible(bool visible, QString)
     SetLockBlock(d->lock, visible && d->lock);
     if (d->anchorEditor)
         d->anchorEditor->setNodeMask(visible ? ~0u : 0u);
-}
-
-void AxBlockAdapter::SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill)
-{
-    d->edgeColor = edge;
-    d->fillColor = fill;
 }
 
 void AxBlockAdapter::UpdateColor()

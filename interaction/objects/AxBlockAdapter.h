@@ -46,8 +46,6 @@ protected:
     void ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text);
     /// The handles in step with the vertices; the first vertex makes the editor.
     void ShowHandles();
-    /// Of the shape, when it is drawn next.
-    void SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill);
     /// The widget for boxes, or null.
     QWidget* BoxParent() const;
     /// The vertex dialogs and the like are about these: the record's, with no altitude.

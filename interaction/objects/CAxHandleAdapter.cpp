@@ -162,6 +162,17 @@ CAxBlock::EBlockType CAxHandleAdapter::GetBlockType() const
     return d->blockType;
 }
 
+void CAxHandleAdapter::SetBlockType(CAxBlock::EBlockType type)
+{
+    d->blockType = type;
+}
+
+void CAxHandleAdapter::SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill)
+{
+    d->edgeColor = edge;
+    d->fillColor = fill;
+}
+
 EHandleOperation CAxHandleAdapter::GetHandleOperation() const
 {
     return d->operation;

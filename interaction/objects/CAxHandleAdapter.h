@@ -243,6 +243,9 @@ protected:
         QPointer<CAxHandleAdapter> adapter;
     };
 
+    /// What the object is and how it is drawn from the next time on; for the constructor of a kind.
+    void SetBlockType(CAxBlock::EBlockType type);
+    void SetColors(const osg::Vec4f& edge, const osg::Vec4f& fill);
     void JoinScene();             ///< puts the feature node below "GeomAdapter", where removal looks for it
     void CreateEditor();          ///< of the vertices, without switching the object's own state
     virtual void updateAdapter(); ///< draws the vertices anew
