@@ -1,4 +1,6 @@
 #pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
 #include <AxAlgorthm/CAxVector3D.h>
 
 #include <QString>
@@ -6,7 +8,7 @@
 class CAxTaskPolygon;
 
 /// The route of a task, as the map object to whose block it belongs deals with it. GUI thread.
-class AxTaskRoute
+class AXEARTHVIEWER_EXPORT AxTaskRoute
 {
 public:
     virtual ~AxTaskRoute() = default;
@@ -23,4 +25,4 @@ public:
 };
 
 /// The route as the object deals with it; null for null.
-AxTaskRoute* AxRouteOf(CAxTaskPolygon* route);
+AXEARTHVIEWER_EXPORT AxTaskRoute* AxRouteOf(CAxTaskPolygon* route);

@@ -1,4 +1,6 @@
 #pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
 #include <QStringList>
 
 namespace osgEarth::Symbology {
@@ -6,7 +8,7 @@ class Geometry;
 }
 
 /// Who is asked about no-fly zones; CAxAncillaryProcess answers and says more. GUI thread.
-class AxZoneAnswers
+class AXEARTHVIEWER_EXPORT AxZoneAnswers
 {
 public:
     virtual ~AxZoneAnswers() = default;

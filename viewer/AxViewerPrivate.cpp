@@ -29,6 +29,7 @@
 #include <cstdlib>
 
 namespace {
+constexpr int frameIntervalMs = 25;
 constexpr double fieldOfViewDegrees = 30.0;
 constexpr double nearPlane = 1.0;
 constexpr double farPlane = 10000.0;
@@ -237,6 +238,7 @@ void AxViewerPrivate::startUp()
 
     earthLoaded = true;
     starting = false;
+    q->startTimer(frameIntervalMs, Qt::CoarseTimer);
     // finish() waits up to a second for a window that is not shown at all.
     splash->finish(q->isVisible() ? q : nullptr);
 }

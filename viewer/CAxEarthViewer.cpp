@@ -1,4 +1,4 @@
-// The face of the viewer: operations that hosts call, and Qt's events but for the input.
+// The face of the viewer: the operations that hosts call.
 #include "viewer/CAxEarthViewer.h"
 #include "analysis/CAxAncillaryProcess.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
@@ -9,31 +9,17 @@
 #include "viewer/AxFrame.h"
 #include "viewer/AxFrameCapture.h"
 #include "viewer/AxGlViewport.h"
-#include "viewer/AxInputRouter.h"
 #include "viewer/AxSceneStartup.h"
 #include "viewer/AxViewerPrivate.h"
 #include "viewer/overlay/AxGridWidget.h"
-#include "viewer/overlay/AxHeadUpText.h"
 #include "viewer/overlay/CAxCoordinateWidget.h"
 #include "viewer/overlay/CAxGraphicsCompassItem.h"
-#include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <osgEarth/Capabilities>
 #include <osgEarth/Registry>
 
-#include <QKeyEvent>
-#include <QMoveEvent>
-#include <QPaintEngine>
-#include <QResizeEvent>
-#include <QScopedValueRollback>
-
 namespace {
-constexpr int frameIntervalMs = 25;
 constexpr unsigned requiredGlsl = 330;
-constexpr int overlayTop = 60;
-constexpr int compassRightMargin = 9;
-// The tools bar stands partly beyond the right edge.
-constexpr int toolsBeyondEdge = 20;
 } // namespace
 
 CAxEarthViewer::CAxEarthViewer(QWidget* parent)
@@ -70,7 +56,6 @@ void CAxEarthViewer::InitEarthViewer()
     if (d->earthLoaded || d->starting)
         return;
     d->startUp();
-    startTimer(frameIntervalMs, Qt::CoarseTimer);
     emit signalLoadEarth();
     d->manipulator->setViewpoint(AxSceneStartup::HomeViewpoint(*d->map), 0.0);
 }
@@ -394,7 +379,7 @@ void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter* adapter)
 
 QUndoStack* CAxEarthViewer::GetUndoStack() const
 {
-    return &d->history.Stack();
+    return d->history.Stack();
 }
 
 QAction* CAxEarthViewer::GetUndoAction() const
@@ -496,69 +481,4 @@ void CAxEarthViewer::SetCoordinate(const QString& longitude, const QString& lati
 void CAxEarthViewer::SetTextToSpeechEnabled(bool enabled)
 {
     emit signalTextSpeechEnabled(!enabled);
-}
-
-// Qt's events
-
-void CAxEarthViewer::timerEvent(QTimerEvent* event)
-{
-    QObject::timerEvent(event);
-    d->tick();
-}
-
-void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
-{
-    if (!d->earthLoaded || painter->paintEngine()->type() != QPaintEngine::OpenGL2)
-        return;
-    painter->save();
-    painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter->beginNativePainting();
-    d->painting = true;
-    if (!d->viewer->done())
-        d->frame->Render();
-    d->painting = false;
-    painter->endNativePainting();
-    painter->restore();
-}
-
-bool CAxEarthViewer::event(QEvent* event)
-{
-    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
-        return false;
-    if (!isKey && event->type() != QEvent::ShortcutOverride)
-        return QGraphicsView::event(event);
-    // An overlay that has the focus and no use for a key hands it to its Qt
-    // parent, which is this widget, which would hand it to the overlay again.
-    if (d->passingKey)
-        return false;
-    const QScopedValueRollback<bool> passing(d->passingKey, true);
-    return QGraphicsView::event(event);
-}
-
-void CAxEarthViewer::resizeEvent(QResizeEvent* event)
-{
-    const QSize size = event->size();
-    scene()->setSceneRect(rect());
-    const QRectF area = scene()->sceneRect();
-    d->compassItem->setPos(area.right() - d->compassItem->boundingRect().width() - compassRightMargin,
-                           area.top() + overlayTop);
-    if (d->graphicsWindow) {
-        // A size of nothing would leave the camera with a degenerate projection for good.
-        d->input->Resize(x(), y(), qMax(1, size.width()), qMax(1, size.height()));
-        AxHeadUpText::Instance().SetSize(size.width(), size.height());
-    }
-    d->mapToolsWidget->setGeometry(rect().right() + toolsBeyondEdge - d->mapToolsWidget->width(),
-                                   rect().top() + overlayTop, d->mapToolsWidget->width(), rect().height());
-    const QSize readOut = d->coordinateWidget->size();
-    d->coordinateWidget->setGeometry(rect().right() + 1 - readOut.width(), rect().height() - readOut.height(),
-                                     readOut.width(), readOut.height());
-    QGraphicsView::resizeEvent(event);
-}
-
-void CAxEarthViewer::moveEvent(QMoveEvent* event)
-{
-    if (d->graphicsWindow)
-        d->input->Resize(event->pos().x(), event->pos().y(), qMax(1, width()), qMax(1, height()));
-    QWidget::moveEvent(event);
 }

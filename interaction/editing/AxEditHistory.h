@@ -17,7 +17,7 @@ public:
     /// With its commands; to be called while the widget is still whole.
     void Delete();
 
-    QUndoStack& Stack() const { return *stack; }
+    QUndoStack* Stack() const { return stack; } ///< null once it was deleted
     QAction* UndoAction() const { return undo; }
     QAction* RedoAction() const { return redo; }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include "scene/AxShapeKind.h"
+#include "scene/base/AxEarthViewerExport.h"
 #include "scene/EHandleOperation.h"
 
 #include <osg/Vec3d>
@@ -12,7 +13,7 @@ class AxViewerParts;
 class CAxHandleAdapter;
 
 /// A map object as its handles and its undo steps deal with it. CAxHandleAdapter says more. GUI thread.
-class AxEditedShape
+class AXEARTHVIEWER_EXPORT AxEditedShape
 {
 public:
     virtual ~AxEditedShape() = default;
@@ -43,7 +44,7 @@ public:
 };
 
 /// A map object that may go away meanwhile: false from then on, and for null.
-class AxEditedShapeRef
+class AXEARTHVIEWER_EXPORT AxEditedShapeRef
 {
 public:
     /// It does not own the object. As a truth value: whether the object is there; only then -> may be used.

@@ -216,7 +216,7 @@ private:
     bool handleModelActionDoubleClick(const osg::Vec3d& worldCoordPos);
     bool dragAroundModel(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
 
-    QPointer<AxViewerParts> viewer; // objects that the host owns may keep the manipulator longer
+    QPointer<AxViewerParts> viewer; ///< who else refers to the manipulator may keep it longer
     const std::unique_ptr<AxBlockMover> mover;
     OperateMode operateMode = OperateGlobe;
     ProjMode projMode = ProjNone;

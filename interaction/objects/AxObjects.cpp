@@ -65,18 +65,16 @@ CAxHandleAdapter* AxObjects::Import(const QString& blockID)
         return point.valid() && std::abs(point.y()) <= 90.0;
     });
     const AxShapeFactories::Factory* factory = factories.Of(block->GetBlockType());
-    CAxHandleAdapter* object =
-        isUsable && factory ? (*factory)(earthViewer, parts.Widget()->parent()) : nullptr;
-    if (object && !object->ShapeKind().Allows(static_cast<int>(points.size()))) {
-        object->Leave();
-        object = nullptr;
-    }
-    if (!object) {
+    if (!isUsable || !factory ||
+        !AxShapeKindOf(block->GetBlockType()).Allows(static_cast<int>(points.size()))) {
         qCWarning(axViewerLog)
             << "block" << block->GetBlockName()
             << "is not drawn: too few, too many or unusable vertices, or a kind that nothing draws";
         return nullptr;
     }
+    CAxHandleAdapter* object = (*factory)(earthViewer, parts.Widget()->parent());
+    if (!object)
+        return nullptr;
     object->SetHandleID(blockID);
     parts.Scene().GetElevations(points);
     object->ImportGeometry(std::vector<osg::Vec3d>(points.begin(), points.end()), false);

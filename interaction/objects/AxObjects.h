@@ -2,6 +2,8 @@
 #include "interaction/objects/AxShapeFactories.h"
 #include "scene/AxObjectBook.h"
 
+#include <osg/Node>
+
 #include <QObject>
 #include <QPointer>
 #include <QStringList>

@@ -119,7 +119,7 @@ bool AxObjects::DeleteHoveredVertex()
 
 QUndoStack& AxObjects::Edits() const
 {
-    return history->Stack();
+    return *history->Stack();
 }
 
 const AxEditAids& AxObjects::Aids() const

@@ -10,22 +10,42 @@ template <typename Shape> CAxHandleAdapter* Make(CAxEarthViewer* viewer, QObject
     return new Shape(viewer, parent);
 }
 
-// A kind of block, the tool that draws it, and the object that it is: a new kind is one more line.
+using Edges = AxShapeKind::Edges;
+
+// A kind of block: the tool that draws it, what its vertices make, and the object that it is. A new kind is
+// one more line.
 struct Kind
 {
     CAxBlock::EBlockType type;
     EToolType tool;
+    AxShapeKind shape;
     CAxHandleAdapter* (*make)(CAxEarthViewer*, QObject*) = nullptr;
 };
 const Kind kinds[] = {
-    {CAxBlock::PolygonBlock, ToolPolygonBlock, &Make<CAx3DGeometry>},
-    {CAxBlock::RectangleBlock, ToolRectangleBlock},
-    {CAxBlock::StripBlock, ToolStripBlock},
-    {CAxBlock::VideoBlock, ToolVideoArea},
-    {CAxBlock::MarkPointBlock, ToolMarkPoint},
-    {CAxBlock::ProhibitedAreaBlock, ToolProhibitedArea, &Make<CAxApplyForProhibitedArea>},
+    {CAxBlock::PolygonBlock, ToolPolygonBlock, {}, &Make<CAx3DGeometry>},
+    {CAxBlock::RectangleBlock, ToolRectangleBlock, {Edges::Closed, 4, false}},
+    {CAxBlock::StripBlock, ToolStripBlock, {Edges::Open, 2, true}},
+    {CAxBlock::VideoBlock, ToolVideoArea, {Edges::Closed, 1, false}},
+    {CAxBlock::MarkPointBlock, ToolMarkPoint, {Edges::None, 1, true}},
+    {CAxBlock::ProhibitedAreaBlock,
+     ToolProhibitedArea,
+     {Edges::Closed, 4, false},
+     &Make<CAxApplyForProhibitedArea>},
 };
+
+const Kind* KindOf(CAxBlock::EBlockType type)
+{
+    const auto* kind = std::find_if(std::begin(kinds), std::end(kinds),
+                                    [type](const Kind& candidate) { return candidate.type == type; });
+    return kind == std::end(kinds) ? nullptr : kind;
+}
 } // namespace
+
+AxShapeKind AxShapeKindOf(CAxBlock::EBlockType type)
+{
+    const Kind* kind = KindOf(type);
+    return kind ? kind->shape : AxShapeKind();
+}
 
 AxShapeFactories::AxShapeFactories()
 {
@@ -54,7 +74,6 @@ const AxShapeFactories::Factory* AxShapeFactories::Of(EToolType tool) const
 
 const AxShapeFactories::Factory* AxShapeFactories::Of(CAxBlock::EBlockType type) const
 {
-    const auto* kind = std::find_if(std::begin(kinds), std::end(kinds),
-                                    [type](const Kind& candidate) { return candidate.type == type; });
-    return kind == std::end(kinds) ? nullptr : Of(kind->tool);
+    const Kind* kind = KindOf(type);
+    return kind ? Of(kind->tool) : nullptr;
 }

@@ -1,14 +1,18 @@
 #pragma once
+#include "scene/AxShapeKind.h"
+
 #include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
 
 #include <functional>
 #include <map>
-#include <optional>
 
 class CAxEarthViewer;
 class CAxHandleAdapter;
 class QObject;
+
+/// What the vertices of a kind of block make.
+AxShapeKind AxShapeKindOf(CAxBlock::EBlockType type);
 
 /// Which object a tool draws, and which tool draws a kind of block. GUI thread.
 class AxShapeFactories

@@ -15,7 +15,7 @@ class CAxEarthViewer;
 /// are loaded. GUI thread only.
 AXEARTHVIEWER_EXPORT QStringList AxZonesUnder(const CAxEarthViewer& viewer,
                                               const std::vector<osg::Vec3d>& ring);
-QStringList AxZonesUnder(AxViewerParts& viewer, const std::vector<osg::Vec3d>& ring);
+AXEARTHVIEWER_EXPORT QStringList AxZonesUnder(AxViewerParts& viewer, const std::vector<osg::Vec3d>& ring);
 
 /// Zone ids as the details of a message: the first twenty, and how many more there are.
 AXEARTHVIEWER_EXPORT QString AxZoneDetails(const QStringList& zoneIDs);

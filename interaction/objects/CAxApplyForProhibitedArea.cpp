@@ -117,7 +117,7 @@ void CAxApplyForProhibitedArea::Apply()
         isApplying = false;
 }
 
-// The d->viewer, and with it the dialogs, may go while one of them is open.
+// The viewer, and with it the dialogs, may go while one of them is open.
 void CAxApplyForProhibitedArea::fillInAndSend(const QString& blockID)
 {
     const QPointer<QWidget> map = BoxParent();

@@ -1,12 +1,12 @@
-// The part of the map object that keeps its record, its routes and its nodes.
+// The part of the map object that keeps its record, its vertices and its nodes.
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/editing/AxBlockCommands.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxShapeFactories.h"
 #include "interaction/objects/AxVerdict.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
-#include "scene/AxTaskRoute.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxBlockColors.h"
 
@@ -142,6 +142,16 @@ AxViewerParts* CAxHandleAdapter::Parts() const
     return d->viewer;
 }
 
+AxShapeKind CAxHandleAdapter::ShapeKind() const
+{
+    return AxShapeKindOf(d->blockType);
+}
+
+std::vector<osg::Vec3d> CAxHandleAdapter::Outline()
+{
+    return GetGeometry()->asVector();
+}
+
 std::vector<osg::Vec3d>& CAxHandleAdapter::GetAnchor()
 {
     return d->anchors;
@@ -231,69 +241,6 @@ osg::Group* CAxHandleAdapter::GetLockNode() const
 CAxBlock* CAxHandleAdapter::GetContainedBlock() const
 {
     return CAxBlockManager::instance().GetBlock(d->handleID);
-}
-
-// Routes
-
-const QList<CAxTaskPolygon*>& CAxHandleAdapter::GetTaskList() const
-{
-    return d->tasks;
-}
-
-CAxTaskPolygon* CAxHandleAdapter::GetTask(const QString& taskID) const
-{
-    const auto found = std::find_if(d->tasks.begin(), d->tasks.end(), [&taskID](CAxTaskPolygon* task) {
-        const AxTaskRoute* route = AxRouteOf(task);
-        return route && route->GetTaskID() == taskID;
-    });
-    return found == d->tasks.end() ? nullptr : *found;
-}
-
-void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
-{
-    if (!task || d->tasks.contains(task))
-        return;
-    d->tasks += task;
-    SetAnchorEditorEnabled(false);
-    UpdateColor();
-}
-
-void CAxHandleAdapter::RemoveTask(const QString& taskID)
-{
-    if (d->tasks.removeOne(GetTask(taskID)))
-        UpdateColor();
-}
-
-void CAxHandleAdapter::RemoveAllTask()
-{
-    if (d->tasks.isEmpty())
-        return;
-    d->tasks.clear();
-    UpdateColor();
-}
-
-CAxVector3D CAxHandleAdapter::GetTaskLingPosition(const QString& taskID) const
-{
-    const AxTaskRoute* route = AxRouteOf(GetTask(taskID));
-    return route ? route->GetHomePoint() : CAxVector3D();
-}
-
-void CAxHandleAdapter::SetTaskEntryPoint(int index, const QString& taskID)
-{
-    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
-        route->SetEntryPoint(index);
-}
-
-void CAxHandleAdapter::SetTaskLandingPosition(const CAxVector3D& position, const QString& taskID)
-{
-    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
-        route->SetHomePoint(position);
-}
-
-void CAxHandleAdapter::SetTaskLandingMethod(bool downhill, const QString& taskID)
-{
-    if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
-        route->SetLandingMethod(downhill);
 }
 
 // Shown, hidden, locked

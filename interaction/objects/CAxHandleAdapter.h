@@ -51,10 +51,10 @@ public:
 
     // What a kind of object answers, or does in a way of its own
 
-    /// What the vertices make; a polygon's ring unless a kind says otherwise.
-    AxShapeKind ShapeKind() const override { return {}; }
+    /// What the vertices make; that of its block type unless a kind says otherwise.
+    AxShapeKind ShapeKind() const override;
     /// The points that are drawn, of the vertices; the vertices themselves unless a kind says otherwise.
-    virtual std::vector<osg::Vec3d> Outline() { return GetAnchor(); }
+    virtual std::vector<osg::Vec3d> Outline();
     /// Judges the geometry just drawn or edited: 1 or more accepts it, 0 or less rejects it, -2 after the
     /// operator was told why (AxVerdict.h).
     virtual int CheckGeometry() = 0;

@@ -38,7 +38,7 @@ const QString lockPicture = QStringLiteral(":/images/Normal/Blockwork/list_area_
 constexpr float lockHalfSize = 18.0f;
 // Below the name, whose letters are not as high as the icon.
 constexpr short lockShift = -34;
-// Side of the square that a d->segment fills, metres, from its diagonal.
+// Side of the square that a segment fills, metres, from its diagonal.
 const double segmentSize = 2000.0 / std::sqrt(2.0);
 
 bool HasColor(const osg::Vec4f& color)

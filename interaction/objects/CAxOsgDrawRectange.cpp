@@ -192,7 +192,7 @@ void CAxOsgDrawRectange::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
 
 void CAxOsgDrawRectange::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
-    // Its first click has ended the d->drawing, and no more was meant by it.
+    // Its first click has ended the drawing, and no more was meant by it.
     if (std::exchange(endedByClick, false))
         return;
     const bool draws = d->operation == OperationDrawing && d->viewer &&

@@ -27,7 +27,6 @@ public:
     CAxOsgDrawRectange(CAxEarthViewer* viewer, QObject* parent);
     ~CAxOsgDrawRectange() override;
 
-    AxShapeKind ShapeKind() const override { return {AxShapeKind::Edges::Closed, 4, false}; }
     void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
 
 public slots:

@@ -85,6 +85,8 @@ void AxBlockMover::endSeveral()
         if (AxOutcomeOf(code) != AxOutcome::Accepted)
             break;
     }
+    if (!parts)
+        return;
     // One move is one step of the undo stack.
     const bool isAccepted = AxOutcomeOf(code) == AxOutcome::Accepted;
     QUndoStack& edits = parts->Objects().Edits();
@@ -93,6 +95,8 @@ void AxBlockMover::endSeveral()
     for (const auto& adapter : qAsConst(selected))
         if (adapter)
             adapter->EndMoved(code);
+    if (!parts)
+        return;
     if (isAccepted)
         edits.endMacro();
     parts->Objects().ClearSelected();
@@ -104,6 +108,7 @@ void AxBlockMover::End(const std::function<void()>& releaseSingle)
         releaseSingle();
     else
         endSeveral();
-    parts->Objects().SelectNode(nullptr, false, false);
+    if (parts)
+        parts->Objects().SelectNode(nullptr, false, false);
     moveIdle = true;
 }

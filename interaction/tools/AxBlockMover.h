@@ -1,11 +1,13 @@
 #pragma once
+#include "scene/AxViewerParts.h"
+
 #include <osg/Vec3d>
 
 #include <QList>
+#include <QPointer>
 
 #include <functional>
 
-class AxViewerParts;
 class CAxHandleAdapter;
 
 /**
@@ -39,7 +41,7 @@ private:
     void endSeveral();
 
     const Tell tellMoved;
-    AxViewerParts* parts = nullptr; ///< as long as the manipulator handles events
+    QPointer<AxViewerParts> parts; ///< may go while a box is open
     bool moveIdle = true;
     bool moveCancelled = false;
 };

@@ -59,7 +59,7 @@ void AxToolBox::TakeUp(EToolType wanted)
         objects.LeaveSelection();
     if (from.isOnBar && !to.isOnBar)
         emit barLeft();
-    tool = to.tool;
+    tool = wanted;
     InHand().Activate();
 }
 

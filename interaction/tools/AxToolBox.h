@@ -21,7 +21,7 @@ public:
     AxToolBox(AxViewerParts& viewer, AxObjects& objects);
     ~AxToolBox() override;
 
-    AxTool& InHand() override { return *tools[static_cast<std::size_t>(tool)]; }
+    AxTool& InHand() override { return *tools[static_cast<std::size_t>(AxToolRowOf(tool).tool)]; }
     EToolType Tool() const override { return tool; }
     void TakeUp(EToolType wanted) override;
     void BeginDrawShape() override;

@@ -1,6 +1,8 @@
 #pragma once
 #include "WindowEvents.h"
 
+#include <camera/CameraPose.h>
+
 #include <gtest/gtest.h>
 #include <osgEarth/SpatialReference>
 #include <osgEarthUtil/EarthManipulator>

@@ -21,23 +21,6 @@ public:
     }
     ~EditedObject() override { Show(nullptr); }
 
-    AxShapeKind ShapeKind() const override
-    {
-        using Edges = AxShapeKind::Edges;
-        switch (d->blockType) {
-        case CAxBlock::StripBlock:
-            return {Edges::Open, 2, true};
-        case CAxBlock::RectangleBlock:
-        case CAxBlock::ProhibitedAreaBlock:
-            return {Edges::Closed, 4, false};
-        case CAxBlock::VideoBlock:
-            return {Edges::Closed, 1, false};
-        case CAxBlock::MarkPointBlock:
-            return {Edges::None, 1, true};
-        default:
-            return {};
-        }
-    }
     void SetAdapterVisible(bool shown, QString) override { d->visible = shown; }
     void ClearPoints() override { d->anchors.clear(); }
     int CheckGeometry() override { return 1; }
