@@ -130,6 +130,7 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     };
     drag(2, 24.0, 13.0);
     EXPECT_EQ(Ring(block)[2], QPointF(24.0, 13.0));
+    const ModalBox refusal;
     drag(1, qQNaN(), 8.0);
     EXPECT_EQ(block->GetAnchor()[1].x(), 22.0);
     EXPECT_FALSE(block->DeleteVertex(4));

@@ -79,8 +79,12 @@ protected:
     }
     static QPoint PixelOf(double longitude, double latitude)
     {
-        const osg::Vec2f at = WindowOf(longitude, latitude);
-        return {qRound(at.x()), qRound(at.y())};
+        osg::Vec3d world;
+        osgEarth::GeoPoint(viewer->getSRS()->getGeographicSRS(), longitude, latitude, 0.0).toWorld(world);
+        const osg::Camera* camera = viewer->getOSGViewer()->getCamera();
+        const osg::Vec3d window = world * camera->getViewMatrix() * camera->getProjectionMatrix() *
+                                  camera->getViewport()->computeWindowMatrix();
+        return {static_cast<int>(window.x()), viewer->height() - 1 - static_cast<int>(window.y())};
     }
     /// How often the zones' yellow, 30 % of it, lies over what was there before.
     static double Tints(const QImage& before, const QImage& after, const QPoint& at)
