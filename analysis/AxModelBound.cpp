@@ -89,6 +89,7 @@ QVariantList AxModelOutline(const AxModelBoundJob& job)
 
     const GeosContext geos;
     std::vector<GEOSGeometry*> points;
+    points.reserve(places.size());
     for (const osg::Vec3d& place : places)
         points.push_back(GEOSGeom_createPointFromXY_r(geos.handle(), (place.x() - origin.x()) * metresEast,
                                                       (place.y() - origin.y()) * metresNorth));

@@ -46,6 +46,7 @@ template <typename Work> void ForAll(int count, const Work& work)
 {
     const int threads = std::min(count, static_cast<int>(Processors()));
     std::vector<std::future<void>> shares;
+    shares.reserve(static_cast<std::size_t>(std::max(threads, 0)));
     for (int share = 0; share < threads; ++share)
         shares.push_back(std::async(anyThread, [=, &work] {
             for (int i = share; i < count; i += threads)

@@ -20,8 +20,8 @@ std::string_view Trimmed(std::string_view text)
 {
     constexpr std::string_view blank = " \t\r\n";
     const std::size_t first = text.find_first_not_of(blank);
-    return first == text.npos ? std::string_view()
-                              : text.substr(first, text.find_last_not_of(blank) + 1 - first);
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(blank) + 1 - first);
 }
 
 bool ReadNumber(std::string_view text, double& number)
@@ -38,7 +38,7 @@ std::string_view TakePart(std::string_view& text, char separator)
 {
     const std::size_t at = text.find(separator);
     const std::string_view part = text.substr(0, at);
-    text.remove_prefix(at == text.npos ? text.size() : at + 1);
+    text.remove_prefix(at == std::string_view::npos ? text.size() : at + 1);
     return part;
 }
 

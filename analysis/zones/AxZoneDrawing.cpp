@@ -258,7 +258,7 @@ private:
             corners.insert(corners.end(), ring.begin(), ring.end());
         if (fill.triangles.empty()) {
             // A scribble: a fan covers all of it, and more of the ground rather than less.
-            fans.push_back({});
+            fans.emplace_back();
             for (const osg::Vec2d& corner : rings.front())
                 fans.back().push_back(Point(corner));
             return;

@@ -18,7 +18,7 @@ public:
     /// Without points.
     AxZoneShape() = default;
     /// Not null.
-    AxZoneShape(osg::ref_ptr<const osgEarth::Symbology::Polygon> ring) : polygon(std::move(ring)) {}
+    AxZoneShape(osg::ref_ptr<const osgEarth::Symbology::Polygon> ring) : polygon(ring) {}
     template <typename Shape>
     AxZoneShape(const osg::ref_ptr<Shape>& ring)
         : AxZoneShape(osg::ref_ptr<const osgEarth::Symbology::Polygon>(ring))

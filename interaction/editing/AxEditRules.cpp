@@ -138,9 +138,10 @@ void AxSnapTargets::AddEdge(const osg::Vec3d& a, const osg::Vec3d& b)
 {
     const osg::Vec3d from = NormalAt(a);
     const osg::Vec3d to = NormalAt(b);
-    osg::Vec3d side = (from ^ to) ^ from;
+    const osg::Vec3d across = from ^ to;
+    osg::Vec3d side = across ^ from;
     if (side.normalize() > 1e-12)
-        arcs.push_back({from, side, std::atan2((from ^ to).length(), from * to)});
+        arcs.push_back({from, side, std::atan2(across.length(), from * to)});
 }
 
 std::optional<osg::Vec3d> AxSnapTargets::Find(const osg::Vec3d& wanted, const AxSnapView& view) const

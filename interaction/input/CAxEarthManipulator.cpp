@@ -12,7 +12,6 @@
 using osgEarth::Angle;
 using osgEarth::Units;
 using osgEarth::Viewpoint;
-using osgEarth::Util::EarthManipulator;
 using osgGA::GUIEventAdapter;
 
 namespace {

@@ -15,7 +15,6 @@ using osgEarth::Distance;
 using osgEarth::GeoPoint;
 using osgEarth::Units;
 using osgEarth::Viewpoint;
-using osgEarth::Util::EarthManipulator;
 using osgGA::GUIEventAdapter;
 
 namespace {

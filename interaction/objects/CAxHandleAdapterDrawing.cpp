@@ -295,6 +295,7 @@ void CAxHandleAdapter::DrawNameLabel()
 {
     const std::vector<osg::Vec3d>& points = GetAnchor();
     std::vector<CAxPoint2D> metres;
+    metres.reserve(points.size());
     for (const osg::Vec3d& point : points)
         metres.emplace_back(point.x(), point.y());
     d->segment = LatLng2UTM(metres, metres) && isAreaCanSegment(metres, segmentSize);

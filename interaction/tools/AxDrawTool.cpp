@@ -15,7 +15,7 @@ void AxDrawTool::Move(AxMouseStep& step)
 {
     if (row.over != AxToolOver::Ground)
         AxTool::Move(step);
-    if (row.start == AxDrawStart::Move)
+    if (row.start == AxDrawStart::Move && WantsShape())
         parts.Tools().BeginDrawShape();
 }
 
@@ -45,10 +45,8 @@ void AxVideoTool::Activate()
     parts.Objects().SetCurrent(nullptr);
 }
 
-void AxVideoTool::Move(AxMouseStep& step)
+bool AxVideoTool::WantsShape() const
 {
-    AxTool::Move(step);
     const CAxHandleAdapter* current = parts.Objects().Current();
-    if (!current || current->GetBlockType() != CAxBlock::VideoBlock)
-        parts.Tools().BeginDrawShape();
+    return !current || current->GetBlockType() != CAxBlock::VideoBlock;
 }

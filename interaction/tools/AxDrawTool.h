@@ -14,6 +14,9 @@ public:
     bool Click(AxMouseStep& step) override;
 
 protected:
+    /// Whether a move of the mouse begins a shape, with a tool whose shapes begin so.
+    virtual bool WantsShape() const { return true; }
+
     const AxToolRow& row;
 };
 
@@ -25,5 +28,7 @@ public:
 
     bool LeavesCurrent() const override { return true; }
     void Activate() override;
-    void Move(AxMouseStep& step) override;
+
+protected:
+    bool WantsShape() const override;
 };
