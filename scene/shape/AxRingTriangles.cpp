@@ -11,6 +11,7 @@ namespace {
 // What the tessellator carries for a point: its index, shifted past null.
 void* ToHandle(std::size_t index)
 {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): pointers are all that the tessellator carries
     return reinterpret_cast<void*>(static_cast<std::uintptr_t>(index + 1));
 }
 

@@ -74,18 +74,19 @@ TEST(FeatOgrSource, FailuresNameTheFileAndTheCause)
     }
     OGRFeatureOptions layer = optionsFor(kMap + "countries-50m.json");
     layer.layer() = "rivers";
+    osg::ref_ptr<FeatureSource> rivers = FeatureSourceFactory::create(layer);
+    EXPECT_TRUE(rivers->open().isError());
+    EXPECT_NE(rivers->getStatus().message().find("rivers"), std::string::npos);
     FeatureSourceOptions unknown;
     unknown.setDriver("telepathy");
     EXPECT_EQ(osg::ref_ptr<FeatureSource>(FeatureSourceFactory::create(unknown)), nullptr);
-    FeatureGeomModelOptions none, foreign, nameless, otherLayer, otherDriver;
+    FeatureGeomModelOptions none, foreign, nameless, otherDriver;
     foreign.featureOptions() = optionsFor(garbage.path());
     nameless.featureOptions() = optionsFor("");
-    otherLayer.featureOptions() = layer;
     otherDriver.featureOptions() = unknown;
     const std::pair<const FeatureGeomModelOptions*, std::string> models[] = {{&none, "features"},
                                                                              {&foreign, garbage.path()},
                                                                              {&nameless, ""},
-                                                                             {&otherLayer, "rivers"},
                                                                              {&otherDriver, "telepathy"}};
     for (const auto& [options, named] : models) {
         osg::ref_ptr<ModelSource> source = Drivers::createFeatureGeomModelSource(*options);
