@@ -84,10 +84,8 @@ TEST(FeatOgrSource, FailuresNameTheFileAndTheCause)
     foreign.featureOptions() = optionsFor(garbage.path());
     nameless.featureOptions() = optionsFor("");
     otherDriver.featureOptions() = unknown;
-    const std::pair<const FeatureGeomModelOptions*, std::string> models[] = {{&none, "features"},
-                                                                             {&foreign, garbage.path()},
-                                                                             {&nameless, ""},
-                                                                             {&otherDriver, "telepathy"}};
+    const std::pair<const FeatureGeomModelOptions*, std::string> models[] = {
+        {&none, "features"}, {&foreign, garbage.path()}, {&nameless, ""}, {&otherDriver, "telepathy"}};
     for (const auto& [options, named] : models) {
         osg::ref_ptr<ModelSource> source = Drivers::createFeatureGeomModelSource(*options);
         const Status& status = source->open(nullptr);
