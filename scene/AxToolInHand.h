@@ -18,6 +18,8 @@ public:
     virtual bool MayPick() const = 0;
     /// Whether picks add to the selection.
     virtual bool IsMultiSelect() const = 0;
+    /// Whether a handle of the current object is held.
+    virtual bool IsHandleHeld() const = 0;
     /// Whether an object is drawn or moved, or one of its handles is held.
     virtual bool IsBusy() const = 0;
     /// Says that the press of the mouse belongs to an overlay.

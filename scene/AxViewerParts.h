@@ -29,9 +29,9 @@ public:
     virtual QGraphicsView* Widget() = 0;
     /// The manipulator as the source of the mouse's signals.
     virtual QObject* Mouse() = 0;
-    /// Whether the handles that turn the approach to a landing point can be grabbed; nothing without that
-    /// tool.
+    /// Whether the handles that turn the approach to a landing point can be grabbed; nothing without them.
     virtual std::optional<bool> AngleHandlesShown() const = 0;
+    /// The switch of the voice is in that position: `off` mutes.
     virtual void SwitchVoice(bool off) = 0;
 };
 

@@ -23,9 +23,8 @@ constexpr double travelSlotFactorY = -0.01;
 CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
     : QObject(parent), viewer(AxPartsOf(parent)),
       mover(std::make_unique<AxBlockMover>(
-          [this](double dLng, double dLat, double dAlt) { emit ObjectMoved(dLng, dLat, dAlt); }))
+          viewer, [this](double dLng, double dLat, double dAlt) { emit ObjectMoved(dLng, dLat, dAlt); }))
 {
-    mover->SetViewer(viewer);
     // The viewer reports a wheel turned forward as SCROLL_DOWN.
     Settings* settings = getSettings();
     settings->bindScroll(ACTION_ZOOM_IN, GUIEventAdapter::SCROLL_DOWN);

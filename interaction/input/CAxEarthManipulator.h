@@ -198,7 +198,6 @@ private:
     bool handleDoubleClick(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool dragDownhillAngle(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,
                            const osg::Vec3d& worldCoordPos);
-    bool isEditorBusy() const;
 
     // Picking
     osg::Vec3d getPos(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, float lngLat[4],

@@ -3,6 +3,7 @@
 #include "interaction/models/AxModelLayers.h"
 #include "interaction/models/AxModelNavigation.h"
 #include "scene/AxScene.h"
+#include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 
 #include <osgEarth/SpatialReference>
@@ -90,7 +91,7 @@ bool CAxEarthManipulator::dragAroundModel(const GUIEventAdapter& ea, osgGA::GUIA
 {
     const bool isLeft = (ea.getButtonMask() & GUIEventAdapter::LEFT_MOUSE_BUTTON) != 0;
     const bool isRight = (ea.getButtonMask() & GUIEventAdapter::RIGHT_MOUSE_BUTTON) != 0;
-    if (isLeft && isEditorBusy())
+    if (isLeft && viewer->Tools().IsHandleHeld())
         return true;
     if (!isLeft && !(isRight && projMode == ProjNone))
         return false;

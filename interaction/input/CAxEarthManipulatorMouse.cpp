@@ -1,8 +1,6 @@
 // Pushes, clicks, releases, double clicks and drags, by the tool in hand.
-#include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/input/AxMouseRules.h"
 #include "interaction/input/CAxEarthManipulator.h"
-#include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/tools/AxBlockMover.h"
 #include "interaction/tools/AxTool.h"
 #include "scene/AxObjectBook.h"
@@ -63,12 +61,6 @@ private:
     osgGA::GUIActionAdapter& aa;
     const Pick* const pick;
 };
-
-bool CAxEarthManipulator::isEditorBusy() const
-{
-    const CAxHandleAdapter* adapter = viewer->Objects().Current();
-    return adapter && adapter->GetAnchorEditor() && adapter->GetAnchorEditor()->GetDrag();
-}
 
 void CAxEarthManipulator::handleMove(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick)
 {

@@ -33,7 +33,8 @@ public:
     void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos) override;
 
 protected:
-    /// Judges the shape by itself, after it was found to have a feature node and at least three vertices.
+    /// Judges the shape by itself, after it was found to have a feature node and, as a ring, at least three
+    /// vertices.
     virtual AxVerdict JudgeShape() = 0;
     /// The whole verdict: the shape, then the zones under it, then the model layers that it touches.
     virtual AxVerdict Judge();
@@ -48,7 +49,7 @@ protected:
     void ShowHandles();
     /// The widget for boxes, or null.
     QWidget* BoxParent() const;
-    /// The vertex dialogs and the like are about these: the record's, with no altitude.
+    /// The vertices of a record: longitude and latitude in degrees, altitude 0.
     static std::vector<osg::Vec3d> VerticesOf(const CAxBlock& block);
 
 private:

@@ -19,9 +19,8 @@ class AxBlockMover
 public:
     /// A step of a single object: degrees, degrees and metres.
     using Tell = std::function<void(double dLng, double dLat, double dAlt)>;
-    explicit AxBlockMover(Tell moved) : tellMoved(std::move(moved)) {}
+    AxBlockMover(AxViewerParts* viewer, Tell moved) : parts(viewer), tellMoved(std::move(moved)) {}
 
-    void SetViewer(AxViewerParts* viewer) { parts = viewer; }
     bool IsMoving() const { return !moveIdle; }
     /// A push: what was given up before does not count any more.
     void Begin() { moveCancelled = false; }
@@ -40,8 +39,8 @@ private:
     osg::Vec3d moveAdapter(CAxHandleAdapter& adapter, const osg::Vec3d& lngLatPos, bool isFirstStep);
     void endSeveral();
 
+    const QPointer<AxViewerParts> parts; ///< may go while a box is open
     const Tell tellMoved;
-    QPointer<AxViewerParts> parts; ///< may go while a box is open
     bool moveIdle = true;
     bool moveCancelled = false;
 };

@@ -18,12 +18,10 @@ AxToolBox::AxToolBox(AxViewerParts& viewer, AxObjects& book) : parts(viewer), ob
 
 AxToolBox::~AxToolBox() = default;
 
-// Which class a tool is: a new one is one more line.
+// The tools that do something of their own; the rows tell the rest.
 std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
 {
     switch (row.tool) {
-    case ToolSelect:
-        return std::make_unique<AxSelectTool>(parts);
     case ToolVideoArea:
         return std::make_unique<AxVideoTool>(parts, row);
     case ToolAddPoint:
@@ -37,6 +35,8 @@ std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
     default:
         break;
     }
+    if (row.over == AxToolOver::Objects)
+        return std::make_unique<AxSelectTool>(parts);
     if (row.kind == ToolKindDraw)
         return std::make_unique<AxDrawTool>(parts, row);
     return std::make_unique<AxTool>(parts);
@@ -70,18 +70,20 @@ CAxHandleAdapter* AxToolBox::CreateShape()
 
 void AxToolBox::BeginDrawShape()
 {
-    if (!mayPick)
-        return;
     const CAxHandleAdapter* current = objects.Current();
-    const CAxHandleAdapterEditor* editor = current ? current->GetAnchorEditor() : nullptr;
-    if (current && (current->GetHandleOperation() == OperationDrawing || (editor && editor->GetDrag())))
-        return;
-    CreateShape();
+    const bool isDrawing = current && current->GetHandleOperation() == OperationDrawing;
+    if (mayPick && !isDrawing && !IsHandleHeld())
+        CreateShape();
+}
+
+bool AxToolBox::IsHandleHeld() const
+{
+    const CAxHandleAdapter* current = objects.Current();
+    return current && current->GetAnchorEditor() && current->GetAnchorEditor()->GetDrag();
 }
 
 bool AxToolBox::IsBusy() const
 {
     const CAxHandleAdapter* current = objects.Current();
-    const CAxHandleAdapterEditor* editor = current ? current->GetAnchorEditor() : nullptr;
-    return current && (current->GetHandleOperation() != OperationIdle || (editor && editor->GetDrag()));
+    return (current && current->GetHandleOperation() != OperationIdle) || IsHandleHeld();
 }

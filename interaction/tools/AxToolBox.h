@@ -39,6 +39,7 @@ public:
     bool IsPressTaken() const { return isPressTaken; }
     void SetPressTaken(bool taken) { isPressTaken = taken; }
     void TakePress() override { isPressTaken = true; }
+    bool IsHandleHeld() const override;
     bool IsBusy() const override;
 
 signals:
