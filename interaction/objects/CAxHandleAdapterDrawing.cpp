@@ -182,7 +182,7 @@ osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateGeom(osg::Vec4f edge, osg::V
         d->drawing->clamp =
             std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
     if (d->drawing->clamp) {
-        d->drawing->clamp->SetExtent(surface.Mesh().points);
+        d->drawing->clamp->SetExtent(surface.Normals());
         if (!isSettled)
             d->drawing->clamp->Ask();
     }

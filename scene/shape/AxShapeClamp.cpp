@@ -81,7 +81,7 @@ public:
             for (const double lat : {extent.yMin(), extent.yMax()})
                 reach = std::max(reach, Angle(middle, AxGlobe::NormalAt({lng, lat, 0.0})));
         for (AxShapeClamp* shape : shapes)
-            if (shape->reach >= 0.0 && Angle(middle, shape->direction) <= reach + shape->reach)
+            if (shape->reach >= 0.0 && Angle(middle, shape->middle) <= reach + shape->reach)
                 Ask(shape);
     }
 
@@ -132,18 +132,16 @@ AxShapeClamp::~AxShapeClamp()
     watch->Remove(this);
 }
 
-void AxShapeClamp::SetExtent(const std::vector<osg::Vec3d>& world)
+void AxShapeClamp::SetExtent(const std::vector<osg::Vec3d>& normals)
 {
-    osg::Vec3d sum;
-    for (const osg::Vec3d& point : world)
-        sum += point;
+    middle = osg::Vec3d();
+    for (const osg::Vec3d& normal : normals)
+        middle += normal;
     reach = -1.0;
-    if (!(sum.normalize() > 0.0))
+    if (!(middle.normalize() > 0.0))
         return;
-    direction = sum;
-    for (osg::Vec3d point : world)
-        if (point.normalize() > 0.0)
-            reach = std::max(reach, Angle(direction, point));
+    for (const osg::Vec3d& normal : normals)
+        reach = std::max(reach, Angle(middle, normal));
 }
 
 void AxShapeClamp::Ask()

@@ -31,16 +31,16 @@ public:
     AxShapeClamp(const AxShapeClamp&) = delete;
     AxShapeClamp& operator=(const AxShapeClamp&) = delete;
 
-    /// Which ground matters: that below geocentric points, metres.
-    void SetExtent(const std::vector<osg::Vec3d>& world);
+    /// Which ground matters: that around places, each as the ellipsoid's outward normal there, of length 1.
+    void SetExtent(const std::vector<osg::Vec3d>& normals);
     /// Asks for the work to be done soon; asking again meanwhile changes nothing.
     void Ask();
 
 private:
     friend class AxGroundWatch;
     const Work work;
-    osg::Vec3d direction; // of the middle of the extent, from the earth's centre
-    double reach = -1.0;  // angle to its rim, radians; below 0 nothing matters
+    osg::Vec3d middle;   // of the extent: the ellipsoid's normal there
+    double reach = -1.0; // angle to its rim, radians; below 0 nothing matters
     bool asked = false;
     osg::ref_ptr<AxGroundWatch> watch;
 };

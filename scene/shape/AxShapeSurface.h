@@ -57,6 +57,8 @@ public:
     void ForgetHeights() { edges.clear(); }
 
     const AxShapeMesh& Mesh() const { return mesh; }
+    /// Of each of the mesh's points: the ellipsoid's outward normal below it, of length 1.
+    const std::vector<osg::Vec3d>& Normals() const { return normals; }
 
 private:
     // No finer than elevation models are, metres.

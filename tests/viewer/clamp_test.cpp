@@ -1,11 +1,21 @@
-// Handles that come down to the ground as tiles arrive.
+// Handles and shapes that come down to the ground as tiles arrive.
 #include "EditorFixture.h"
+#include "ShapeFixture.h"
 
 #include "interaction/editing/CAxClampObjectCallback.h"
 
 #include <osg/ValueObject>
+#include <osgEarth/ElevationLayer>
+#include <osgEarth/Map>
 #include <osgEarth/Registry>
 #include <osgEarth/Terrain>
+#include <osgEarthDrivers/gdal/GDALOptions>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include <cmath>
 
 /// A handle at 15 E 45 N, and tiles of any level around it, level at a height.
 class Clamping : public EditorFixture
@@ -144,3 +154,85 @@ TEST_F(EditorClamping, TakesItsCallbacksAlong)
     manipulator->setViewpoint(Straight(longitude + 3.0, latitude + 3.0, 30000.0));
     EXPECT_TRUE(WaitForPicture()) << "tiles that arrive find no handle that is gone";
 }
+
+/// Ground of cells of 5 m around a place, which the shipped map has in cells of 15 km.
+class ShapeOnFineGround : public ShapeFixture, public testing::WithParamInterface<double>
+{
+protected:
+    void SetUp() override
+    {
+        ShapeFixture::SetUp();
+        osgEarth::Drivers::GDALOptions source;
+        source.url() = Hills().toStdString();
+        layer = new osgEarth::ElevationLayer("hills", source);
+        viewer->getMapNode()->getMap()->addElevationLayer(layer);
+    }
+    void TearDown() override
+    {
+        viewer->getMapNode()->getMap()->removeElevationLayer(layer);
+        ShapeFixture::TearDown();
+    }
+
+    static constexpr double longitude = 31.0;
+    static constexpr double metre = 1.0 / 111320.0; ///< degrees of latitude
+
+private:
+    // Hills of up to 120 m, some 600 m apart. The text format needs no library to be written.
+    QString Hills() const
+    {
+        constexpr int side = 400;
+        constexpr double cell = 5.0 * metre;
+        const QString path = folder.filePath(QStringLiteral("hills.asc"));
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        QTextStream text(&file);
+        text.setRealNumberPrecision(12);
+        text << "ncols " << side << "\nnrows " << side << "\nxllcorner " << longitude - 0.5 * side * cell
+             << "\nyllcorner " << GetParam() - 0.5 * side * cell << "\ncellsize " << cell << '\n';
+        for (int row = 0; row < side; ++row)
+            for (int column = 0; column < side; ++column)
+                text << 120.0 * std::sin(0.05 * column) * std::cos(0.05 * row) << ' ';
+        QFile reference(folder.filePath(QStringLiteral("hills.prj")));
+        EXPECT_TRUE(reference.open(QIODevice::WriteOnly));
+        reference.write("GEOGCS[\"WGS 84\",DATUM[\"WGS_1984\",SPHEROID[\"WGS 84\",6378137,298.257223563]],"
+                        "PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]]");
+        return path;
+    }
+
+    const QTemporaryDir folder;
+    osg::ref_ptr<osgEarth::ElevationLayer> layer;
+};
+
+TEST_P(ShapeOnFineGround, LiesOnItWhateverTheLatitude)
+{
+    const double half = 300.0 * metre;
+    const double lat = GetParam();
+    const CAx3DGeometry* block = Import("fine", {{longitude - half, lat - half},
+                                                 {longitude + half, lat - half},
+                                                 {longitude + half, lat + half},
+                                                 {longitude - half, lat + half}});
+    ASSERT_NE(block, nullptr);
+    manipulator->setViewpoint(Straight(longitude, lat, 3000.0));
+    ASSERT_TRUE(WaitForPicture());
+    std::size_t points = 0;
+    double farthest = 0.0; // metres off the ground
+    const auto measure = [&] {
+        const osg::Geometry* drawn = block->GetFeatureNode()->getDrawable(0)->asGeometry();
+        const auto& single = static_cast<const osg::Vec3Array&>(*drawn->getVertexArray());
+        const auto& rest = static_cast<const osg::Vec3Array&>(
+            *drawn->getVertexAttribArray(drawn->getNumVertexAttribArrays() - 1));
+        points = single.size();
+        farthest = 0.0;
+        for (std::size_t i = 0; i < points; ++i) {
+            osgEarth::GeoPoint place;
+            place.fromWorld(viewer->getSRS(), osg::Vec3d(single[i]) + osg::Vec3d(rest[i]));
+            double ground = 1e9;
+            viewer->getMapNode()->getTerrain()->getHeight(viewer->getSRS(), place.x(), place.y(), &ground);
+            farthest = std::max(farthest, std::abs(place.z() - ground));
+        }
+        return points > 40 && farthest < 0.5;
+    };
+    EXPECT_TRUE(waitFor(measure, 10000)) << farthest << " m off the ground, of " << points << " points";
+}
+
+INSTANTIATE_TEST_SUITE_P(Latitudes, ShapeOnFineGround, testing::Values(0.0, 37.4, -62.0));
