@@ -1,6 +1,8 @@
 #include "OffscreenGlobe.h"
 
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <osg/LineWidth>
 #include <osgEarth/DrapeableNode>
@@ -72,7 +74,7 @@ int countPixels(const OffscreenGlobe& globe, bool (*match)(const osg::Vec3i&))
 Drivers::FeatureGeomModelOptions featureLayer(const std::string& file, const std::string& css)
 {
     Drivers::OGRFeatureOptions features;
-    features.url() = shippedMapFile(file);
+    features.url() = std::filesystem::path(file).is_absolute() ? file : shippedMapFile(file);
     Drivers::FeatureGeomModelOptions options;
     options.featureOptions() = features;
     options.styles() = new StyleSheet();
@@ -236,6 +238,33 @@ TEST(FeatDrawLayer, PlaceNamesAppearAndFollowVisibility)
     layer->setVisible(true);
     settle(globe);
     EXPECT_GT(countPixels(globe, isPureRed), 500);
+}
+
+TEST(FeatDrawLayer, AMountainInFrontHidesAPlaceName)
+{
+    // A village that nobody built, 10 km north of West Spanish Peak.
+    const std::filesystem::path file = std::filesystem::temp_directory_path() / "village-behind-peak.json";
+    std::ofstream(file) << R"({"type": "FeatureCollection", "features": [{"type": "Feature",
+        "properties": {"name": "HHHHHHHH"}, "geometry": {"type": "Point", "coordinates": [-104.993, 37.465]}}]})";
+    osg::ref_ptr<Map> map = plainGlobe();
+    map->addModelLayer(new ModelLayer(
+        "City", featureLayer(file.string(), "text-content: [name]; text-size: 24; text-fill: #ff0000;"
+                                            "text-halo: #ff0000")));
+    OffscreenGlobe globe(map);
+    const struct
+    {
+        double latitude, height, heading, pitch, range;
+        bool shown;
+    } rows[] = {{37.376, 4100.0, 0.0, -90.0, 40000.0, true},
+                {37.376, 4100.0, 0.0, -3.0, 15000.0, false},
+                {37.376, 4100.0, 0.0, -40.0, 15000.0, true},
+                {37.465, 2500.0, 180.0, -5.0, 15000.0, true}};
+    for (const auto& row : rows) {
+        globe.lookAt(-104.993, row.latitude, row.height, row.heading, row.pitch, row.range);
+        settle(globe);
+        EXPECT_EQ(countPixels(globe, isPureRed) > 100, row.shown) << row.heading << ' ' << row.pitch;
+    }
+    std::filesystem::remove(file);
 }
 
 TEST(FeatDrawLayer, BordersShowAtEveryRange)

@@ -5,6 +5,7 @@
 #include <osgEarth/Map>
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
+#include <osgEarth/TerrainEngineNode>
 
 namespace osgEarth::Features {
 namespace {
@@ -17,6 +18,26 @@ constexpr float kBreathingRoom = 3.0f;
 // Farther away a mountain moves its label by less than a pixel.
 constexpr double kHeightRange = 4.0e6;
 constexpr size_t kHeightsPerFrame = 10;
+// Labels may wait a frame or two, a frame may not wait for rays.
+constexpr size_t kSightsPerFrame = 16;
+// So many of them go to labels whose ground may have changed.
+constexpr size_t kSightsRefreshed = 4;
+// An eye that moved less than this share of its distance sees round the same ridges.
+constexpr double kSameEye = 0.1;
+// No slope hides what is looked at from so steeply above (sine of the angle).
+constexpr double kSteepLook = 0.7;
+// A place is as high as its label's dot, and the drawn ground may be off by a few pixels.
+constexpr double kLift = 0.006;
+
+/// Whether the drawn ground stands between the eye and the place.
+bool isBehindGround(const PlaceLabel& label, const osg::Vec3d& eye, double distance,
+                    const TerrainEngineNode& ground)
+{
+    const osg::Vec3d place = label.ground + label.up * (label.height + kLift * distance);
+    const osg::Vec3d way = place - eye;
+    osg::Vec3d hit;
+    return ground.intersectRay(eye, way, hit) && (hit - eye).length() < (1.0 - 2.0 * kLift) * way.length();
+}
 } // namespace
 
 bool LabelView::project(const osg::Vec3d& world, osg::Vec2f& pixel) const
@@ -61,7 +82,7 @@ void LabelField::add(const std::shared_ptr<LabelSet>& set)
     _sets.push_back(set);
 }
 
-void LabelField::update(const LabelView& view, const Terrain* terrain)
+void LabelField::update(const LabelView& view, const TerrainEngineNode* ground)
 {
     std::vector<std::shared_ptr<LabelSet>> active;
     {
@@ -73,11 +94,22 @@ void LabelField::update(const LabelView& view, const Terrain* terrain)
                 active.push_back(std::move(set));
         }
     }
-    const bool moved = terrain && view.frame != _lastView.frame && refreshHeights(view, *terrain);
-    if (moved || active != _active || !view.sameSight(_lastView)) {
+    const bool newFrame = view.frame != _lastView.frame;
+    bool changed = active != _active || (newFrame && _looksWait);
+    if (active != _active) {
         _active.swap(active);
-        choose(view);
+        _inSight.clear();
     }
+    if (newFrame) {
+        _sightsLeft = kSightsPerFrame;
+        _looksWait = false;
+    }
+    if (ground && newFrame) {
+        changed = refreshHeights(view, *ground->getTerrain()) || changed;
+        changed = refreshSight(view, *ground) || changed;
+    }
+    if (changed || !view.sameSight(_lastView))
+        choose(view, ground);
     _lastView = view;
 }
 
@@ -113,8 +145,43 @@ bool LabelField::refreshHeights(const LabelView& view, const Terrain& terrain)
     return moved;
 }
 
-void LabelField::choose(const LabelView& view)
+bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const TerrainEngineNode& ground,
+                           bool anew)
 {
+    const osg::Vec3d toEye = view.eye - (label.ground + label.up * label.height);
+    const double distance = toEye.length();
+    if (distance > kHeightRange || toEye * label.up > kSteepLook * distance) {
+        label.blocked = false;
+        label.seenFrom.reset();
+        return false;
+    }
+    const bool known = label.seenFrom && (*label.seenFrom - view.eye).length() < kSameEye * distance;
+    if (known && !anew)
+        return label.blocked;
+    if (_sightsLeft == 0) {
+        _looksWait = true;
+        return label.blocked || !label.seenFrom;
+    }
+    --_sightsLeft;
+    label.blocked = isBehindGround(label, view.eye, distance, ground);
+    label.seenFrom = view.eye;
+    return label.blocked;
+}
+
+bool LabelField::refreshSight(const LabelView& view, const TerrainEngineNode& ground)
+{
+    bool changed = false;
+    for (size_t n = 0; n < std::min(kSightsRefreshed, _inSight.size()); ++n) {
+        PlaceLabel& label = *_inSight[_nextSight++ % _inSight.size()];
+        const bool before = label.blocked;
+        changed = isBlocked(label, view, ground, true) != before || changed;
+    }
+    return changed;
+}
+
+void LabelField::choose(const LabelView& view, const TerrainEngineNode* ground)
+{
+    _inSight.clear();
     const Horizon horizon(view.eye);
     const size_t most = static_cast<size_t>(std::max(10.0f, view.width * view.height / kPixelsPerLabel));
     ScreenOccupancy screen(view.width, view.height);
@@ -159,6 +226,9 @@ void LabelField::choose(const LabelView& view)
                             pixel.x() + label.box.right, pixel.y() + label.box.top};
         if (set.look.declutter &&
             !screen.isFree(box.grownBy(kBreathingRoom + (before ? 0.0f : kComebackMargin))))
+            continue;
+        _inSight.push_back(&label);
+        if (ground && isBlocked(label, view, *ground, false))
             continue;
         screen.take(box);
         label.shown = true;

@@ -8,6 +8,7 @@
 namespace osgEarth {
 class Map;
 class Terrain;
+class TerrainEngineNode;
 
 namespace Features {
 /// What the choice of labels needs to know of one frame's camera.
@@ -52,19 +53,29 @@ public:
     static osg::ref_ptr<LabelField> of(const Map* map);
 
     void add(const std::shared_ptr<LabelSet>& set);
-    /// Refreshes the choice when sight, layers or heights have changed. A null
-    /// terrain leaves the heights as they are.
-    void update(const LabelView& view, const Terrain* terrain);
+    /// Refreshes the choice when sight, layers or ground have changed. Without
+    /// ground the heights stay as they are, and nothing stands before a place.
+    void update(const LabelView& view, const TerrainEngineNode* ground);
 
 private:
     bool refreshHeights(const LabelView& view, const Terrain& terrain);
-    void choose(const LabelView& view);
+    /// Whether ground stands between the eye and the label's place, as far as the frame has rays left to
+    /// look.
+    bool isBlocked(PlaceLabel& label, const LabelView& view, const TerrainEngineNode& ground, bool anew);
+    /// Looks anew whether ground stands before a few of the labels that have room; true when that changed.
+    bool refreshSight(const LabelView& view, const TerrainEngineNode& ground);
+    void choose(const LabelView& view, const TerrainEngineNode* ground);
 
     std::mutex _mutex; ///< guards _sets, which loading threads add to
     std::vector<std::weak_ptr<LabelSet>> _sets;
     std::vector<std::shared_ptr<LabelSet>> _active;
     LabelView _lastView;
     size_t _nextHeight = 0;
+    /// Those that only ground kept from being shown, and the shown ones. Of the active sets.
+    std::vector<PlaceLabel*> _inSight;
+    size_t _nextSight = 0;
+    size_t _sightsLeft = 0;  ///< rays of this frame
+    bool _looksWait = false; ///< some label's sight is still to be looked up
 };
 } // namespace Features
 } // namespace osgEarth

@@ -129,7 +129,7 @@ public:
         view.height = static_cast<float>(cv->getViewport()->height());
         view.frame = nv.getFrameStamp() ? nv.getFrameStamp()->getFrameNumber() : 0u;
         _set->lastSeen = view.frame;
-        _field->update(view, terrainAbove(nv.getNodePath()));
+        _field->update(view, groundAbove(nv.getNodePath()));
         if (_set->selection != _drawnSelection) {
             _drawnSelection = _set->selection;
             _drawable->rebuild(*_set);
@@ -147,11 +147,11 @@ public:
     }
 
 private:
-    static const Terrain* terrainAbove(const osg::NodePath& path)
+    static const TerrainEngineNode* groundAbove(const osg::NodePath& path)
     {
         for (osg::Node* node : path)
             if (const auto* mapNode = dynamic_cast<const MapNode*>(node))
-                return mapNode->getTerrain();
+                return mapNode->getTerrainEngine();
         return nullptr;
     }
 

@@ -3,6 +3,7 @@
 #include "text/GlyphAtlas.h"
 #include "text/LabelDeclutter.h"
 #include <memory>
+#include <optional>
 #include <osg/Vec3d>
 #include <osgEarthFeatures/Feature>
 #include <osgEarthSymbology/TextSymbol>
@@ -27,6 +28,10 @@ struct PlaceLabel
     osg::Vec2f pen; ///< where the first letter starts, pixels from the place
     bool laidOut = false;
     bool shown = false;
+
+    /// Whether ground hid the place from the eye that last looked; no eye has looked at first.
+    bool blocked = false;
+    std::optional<osg::Vec3d> seenFrom;
 };
 
 /// How the labels of a layer look.
