@@ -12,6 +12,8 @@
 #include <osgEarth/Terrain>
 #include <osgEarth/TerrainEngineNode>
 #include <osgEarthDrivers/gdal/GDALOptions>
+#include <osgUtil/IntersectionVisitor>
+#include <osgUtil/LineSegmentIntersector>
 
 #include <set>
 
@@ -167,6 +169,13 @@ TEST_F(TerrainSceneTest, PicksLieOnTheDrawnSurfaceUnderTheMouse)
                 EXPECT_NEAR(window.x(), x, 0.5);
                 EXPECT_NEAR(window.y(), y, 0.5);
                 EXPECT_LT((world - eye).length(), 1e8);
+
+                const osg::ref_ptr<osgUtil::LineSegmentIntersector> sight =
+                    new osgUtil::LineSegmentIntersector(eye, eye + (world - eye) * 2.0);
+                osgUtil::IntersectionVisitor visitor(sight);
+                terrain().accept(visitor);
+                ASSERT_TRUE(sight->containsIntersections());
+                EXPECT_LT((sight->getFirstIntersection().getWorldIntersectPoint() - world).length(), 0.01);
             }
         EXPECT_GT(hits, 10) << "range " << view.range;
     }

@@ -11,6 +11,8 @@
 #include <osg/Program>
 #include <osgEarth/MapCallback>
 #include <osgEarth/SpatialReference>
+#include <osgUtil/IntersectionVisitor>
+#include <osgUtil/LineSegmentIntersector>
 
 #include <limits>
 
@@ -232,6 +234,26 @@ bool TerrainEngineNode::intersectRay(const osg::Vec3d& origin, const osg::Vec3d&
     return true;
 }
 
+void TerrainEngineNode::intersectSegment(osgUtil::IntersectionVisitor& visitor,
+                                         osgUtil::LineSegmentIntersector& segment) const
+{
+    const osg::Vec3d way = segment.getEnd() - segment.getStart();
+    const double length = way.length();
+    osg::ref_ptr<osg::Node> tile;
+    osg::Vec3d ground;
+    if (segment.reachedLimit() || !(length > 0.0) || !intersectRay(segment.getStart(), way, ground, &tile))
+        return;
+    osgUtil::LineSegmentIntersector::Intersection hit;
+    hit.ratio = (ground - segment.getStart()).length() / length;
+    if (hit.ratio > 1.0)
+        return;
+    hit.nodePath = visitor.getNodePath();
+    hit.nodePath.push_back(tile);
+    hit.matrix = visitor.getModelMatrix();
+    hit.localIntersectionPoint = ground;
+    segment.insertIntersection(hit);
+}
+
 bool TerrainEngineNode::heightAt(double longitude, double latitude, double& outHeight) const
 {
     for (unsigned i = 0; TileNode* tile = _private->roots->tile(i); ++i) {
@@ -272,6 +294,12 @@ void TerrainEngineNode::traverse(osg::NodeVisitor& nv)
         _terrain->fireQueuedTiles();
     } else if (osgUtil::CullVisitor* visitor = nv.asCullVisitor()) {
         _private->scene->setView(*visitor);
+    } else if (auto* picking = dynamic_cast<osgUtil::IntersectionVisitor*>(&nv)) {
+        // As levels of detail the tiles would be taken for all that they ever showed.
+        if (auto* segment = dynamic_cast<osgUtil::LineSegmentIntersector*>(picking->getIntersector())) {
+            intersectSegment(*picking, *segment);
+            return;
+        }
     }
     osg::Group::traverse(nv);
 }
