@@ -26,7 +26,7 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
-    PATTERN "AxPrivateFolder.h" EXCLUDE PATTERN "AxZoneQuery.h" EXCLUDE PATTERN "*.h")
+    REGEX "/(AxDisk|AxOpenedInPlace|AxPrivateFolder|AxReplaceFile|AxZoneQuery)\\.h$" EXCLUDE PATTERN "*.h")
 endforeach()
 if(AX_EARTH STREQUAL "bundled")
   install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})

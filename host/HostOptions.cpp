@@ -21,6 +21,10 @@ const OptionText optionTexts[] = {
     {"map", "FILE", QT_TRANSLATE_NOOP("HostOptions", "Show this map instead of the shipped ones.")},
     {"zones", "FILE",
      QT_TRANSLATE_NOOP("HostOptions", "Take the no-fly zones of this file instead of the shipped ones.")},
+    {"key-file", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions",
+                       "The zone file is sealed with the bytes of this file; without it with the environment "
+                       "variable AXNOFLY_KEY, or else with the sample's key.")},
     {"apply-url", "URL",
      QT_TRANSLATE_NOOP("HostOptions",
                        "Send applications to fly in no-fly zones to this http or https address.")},
@@ -120,6 +124,7 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     options.zoneFile = value("zones");
     if (isSet("zones") && !QFileInfo(options.zoneFile).isFile())
         return fail(HostOptions::tr("--zones: there is no file '%1'.").arg(options.zoneFile));
+    options.keyFile = value("key-file");
     if (isSet("apply-url")) {
         options.applyUrl = QUrl(value("apply-url"), QUrl::StrictMode);
         if (!IsHttp(options.applyUrl))

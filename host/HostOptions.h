@@ -23,6 +23,7 @@ public:
     QString tourFolder; ///< empty: no tour
     QString mapFile;    ///< empty: the rule by network state
     QString zoneFile;   ///< empty: the one beside the program
+    QString keyFile;    ///< of the zone file; empty: the environment's key, or the sample's
     QString shotFile;   ///< empty: no picture
     QString language;   ///< empty: the system's
     QSize size{1440, 900};

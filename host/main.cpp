@@ -4,6 +4,8 @@
 #include "viewer/AxSceneLog.h"
 #include "viewer/AxTranslations.h"
 
+#include <AxData/CAxNoflyZoneMgr.h>
+
 #include <QApplication>
 #include <QTextStream>
 #include <QTimer>
@@ -47,6 +49,8 @@ int main(int argc, char** argv)
             QTextStream(stdout) << HostHelpText();
             return 0;
         }
+        if (!CAxNoflyZoneMgr::TakeNoflyKey(options->keyFile, error))
+            return Fail(exitWrongUse, error);
         if (!IsDisplayKnown())
             return Fail(exitNoGraphics, MainWindow::tr("There is no display: DISPLAY is not set."));
     }

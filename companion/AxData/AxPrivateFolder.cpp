@@ -4,7 +4,8 @@
 #include <QDir>
 
 namespace {
-const QString prefix = QStringLiteral("axnofly-");
+/// Not the name of a program and a hyphen: so QTemporaryDir calls the folders of that program itself.
+const QString prefix = QStringLiteral("axzones.plain.");
 const QString lockName = QStringLiteral("owner.lock");
 const QString fileName = QStringLiteral("zones.db");
 /// A folder is this long without a lock at most, while its maker is alive.

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <AxData/AxDataExport.h>
+
 #include <QLockFile>
 #include <QString>
 #include <QTemporaryDir>
 
 #include <memory>
 
-/// A folder among the system's temporary ones that only this user may look into. It goes with the object;
-/// what died processes left behind goes when the next one is made. One thread at a time.
-class AxPrivateFolder
+/// A folder among the system's temporary ones that only this user may look into, for the plain form of a zone
+/// file. It goes with the object; what died processes left behind goes when the next one is made, or by
+/// RemoveLeftovers(). One thread at a time.
+class AXDATA_EXPORT AxPrivateFolder
 {
 public:
     AxPrivateFolder();
@@ -19,9 +22,10 @@ public:
     /// Path of the one file the folder is for; it does not exist until somebody writes it.
     QString FilePath() const;
 
-private:
+    /// Removes the folders of processes that have died. Any thread.
     static void RemoveLeftovers();
 
+private:
     QTemporaryDir m_folder;
     std::unique_ptr<QLockFile> m_lock;
 };

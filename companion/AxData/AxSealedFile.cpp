@@ -1,17 +1,13 @@
 #include <AxData/AxSealedFile.h>
 
-#include <QBuffer>
-#include <QDir>
+#include "AxReplaceFile.h"
+
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <sodium.h>
 
 #include <array>
-#include <filesystem>
-#include <functional>
-#include <system_error>
 
 namespace {
 constexpr std::array<char, 8> magic{'A', 'x', 'Z', 'o', 'n', 'e', 's', 1};
@@ -25,8 +21,6 @@ static_assert(saltBytes >= crypto_generichash_KEYBYTES_MIN && saltBytes <= crypt
 
 // With its terminating zero, as SQLite writes it.
 const QByteArray databaseMagic("SQLite format 3", 16);
-
-const QString asideSuffix = QStringLiteral(".axpart");
 
 unsigned char* Bytes(QByteArray& data)
 {
@@ -62,11 +56,14 @@ struct StreamState
     ~StreamState() { sodium_memzero(&state, sizeof(state)); }
 };
 
-bool IsReady(QString& error)
+bool IsReady(const QByteArray& key, QString& error)
 {
-    if (sodium_init() >= 0)
+    if (key.isEmpty())
+        error = AxSealedFile::tr("The key is empty.");
+    else if (sodium_init() < 0)
+        error = AxSealedFile::tr("The cipher library could not be started.");
+    else
         return true;
-    error = AxSealedFile::tr("The cipher library could not be started.");
     return false;
 }
 
@@ -101,81 +98,6 @@ QString ReadError(const QIODevice& device)
 {
     return AxSealedFile::tr("Reading failed: %1.").arg(device.errorString());
 }
-
-QString Named(const QString& path, const QString& reason)
-{
-    return AxSealedFile::tr("\"%1\": %2").arg(QDir::toNativeSeparators(path), reason);
-}
-
-/// The file behind symbolic links, so that these survive the renaming.
-QString RealPath(const QString& path)
-{
-    const QString real = QFileInfo(path).canonicalFilePath();
-    return real.isEmpty() ? QFileInfo(path).absoluteFilePath() : real;
-}
-
-bool OpenSource(QFile& file, QString& error)
-{
-    const QFileInfo info(file.fileName());
-    if (!info.exists())
-        error = AxSealedFile::tr("There is no such file.");
-    else if (!info.isFile())
-        error = AxSealedFile::tr("This is not a file.");
-    else if (info.size() == 0)
-        error = AxSealedFile::tr("The file is empty.");
-    else if (info.size() > AxSealedFile::maxBytes)
-        error = AxSealedFile::tr("The file is too large to be a zone file.");
-    else if (!file.open(QIODevice::ReadOnly))
-        error = ReadError(file);
-    else
-        return true;
-    return false;
-}
-
-using Transfer = std::function<bool(QIODevice& from, QIODevice& to, QString& error)>;
-
-/// Writes what `transfer` makes of the source aside, and puts it in the target's place when it is complete.
-bool Replace(const QString& source, const QString& target, const Transfer& transfer, QString& error)
-{
-    QFile from(source);
-    if (!OpenSource(from, error)) {
-        error = Named(source, error);
-        return false;
-    }
-    const QString real = RealPath(target);
-    if (QFileInfo(real).isDir()) {
-        error = Named(target, AxSealedFile::tr("This is a folder."));
-        return false;
-    }
-    const QString aside = real + asideSuffix;
-    // Leftovers bear a name of their own this way; QSaveFile alone would leave "zones.db.Xy12zT".
-    QSaveFile to(aside);
-    if (!to.open(QIODevice::WriteOnly)) {
-        error = Named(aside, AxSealedFile::tr("Writing failed: %1.").arg(to.errorString()));
-        return false;
-    }
-    to.setPermissions(QFile::exists(real) ? QFile::permissions(real) : from.permissions());
-    if (!transfer(from, to, error)) {
-        error = Named(source, error);
-        return false;
-    }
-    const qint64 written = to.pos();
-    if (!to.commit() || QFileInfo(aside).size() != written) {
-        error = Named(aside, AxSealedFile::tr("Writing failed: %1.").arg(to.errorString()));
-        QFile::remove(aside);
-        return false;
-    }
-    from.close(); // on Windows an open file cannot be replaced
-    std::error_code failure;
-    std::filesystem::rename(aside.toStdU16String(), real.toStdU16String(), failure);
-    if (failure) {
-        error = Named(target,
-                      AxSealedFile::tr("Writing failed: %1.").arg(QString::fromStdString(failure.message())));
-        QFile::remove(aside);
-        return false;
-    }
-    return true;
-}
 } // namespace
 
 AxSealedFile::Form AxSealedFile::FormOf(const QString& path)
@@ -192,7 +114,7 @@ AxSealedFile::Form AxSealedFile::FormOf(const QString& path)
 
 bool AxSealedFile::Seal(QIODevice& plain, QIODevice& sealed, const QByteArray& key, QString& error)
 {
-    if (!IsReady(error))
+    if (!IsReady(key, error))
         return false;
     QByteArray header(magic.data(), int(magic.size()));
     header.resize(openHeaderBytes);
@@ -225,7 +147,7 @@ bool AxSealedFile::Seal(QIODevice& plain, QIODevice& sealed, const QByteArray& k
 
 bool AxSealedFile::Open(QIODevice& sealed, QIODevice& plain, const QByteArray& key, QString& error)
 {
-    if (!IsReady(error))
+    if (!IsReady(key, error))
         return false;
     QByteArray header;
     QByteArray streamHeader;
@@ -286,24 +208,24 @@ bool AxSealedFile::Open(QIODevice& sealed, QIODevice& plain, const QByteArray& k
 
 bool AxSealedFile::Seal(const QString& source, const QString& target, const QByteArray& key, QString& error)
 {
-    return Replace(
-        source, target,
+    return AxReplaceFile(
+        source, target, AxReadableBy::Anyone,
         [&key](QIODevice& from, QIODevice& to, QString& reason) { return Seal(from, to, key, reason); },
         error);
 }
 
 bool AxSealedFile::Open(const QString& source, const QString& target, const QByteArray& key, QString& error)
 {
-    return Replace(
-        source, target,
+    return AxReplaceFile(
+        source, target, AxReadableBy::Owner,
         [&key](QIODevice& from, QIODevice& to, QString& reason) { return Open(from, to, key, reason); },
         error);
 }
 
 bool AxSealedFile::Copy(const QString& source, const QString& target, QString& error)
 {
-    return Replace(
-        source, target,
+    return AxReplaceFile(
+        source, target, FormOf(source) == Form::Sealed ? AxReadableBy::Anyone : AxReadableBy::Owner,
         [](QIODevice& from, QIODevice& to, QString& reason) {
             QByteArray chunk;
             do {
@@ -321,11 +243,6 @@ bool AxSealedFile::Copy(const QString& source, const QString& target, QString& e
 
 void AxSealedFile::RemoveLeftovers(const QString& target)
 {
-    const QFileInfo real(RealPath(target));
-    const QString aside = real.fileName() + asideSuffix;
-    const QDir folder = real.dir();
-    for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
-        if (name == aside || name.startsWith(aside + QLatin1Char('.')))
-            QFile::remove(folder.filePath(name));
-    }
+    for (const QString& file : AxFilesBeside(target, axAsideSuffix))
+        QFile::remove(file);
 }

@@ -17,13 +17,15 @@ class QIODevice;
  * then that stream: chunks of 65536 plain bytes, each 17 bytes longer when
  * sealed, the last one shorter and marked as the last. The first 40 bytes are
  * authenticated along with each chunk. The stream's key is the 32-byte BLAKE2b
- * hash of the caller's key, keyed by the salt.
+ * hash of the caller's key, keyed by the salt. No file is sealed with an empty
+ * key or opened with one.
  *
  * Operations on files write the new form aside in the target's folder, bring it
  * to the disk and rename it, so the target is the old file or the new one at any
- * moment. A failed operation leaves the target as it was and says why in
- * `error`, naming the file. Source and target may be the same file. All
- * functions may be called from any thread.
+ * moment. It keeps its owner; a plain form may be read by that owner only, a
+ * sealed one by whom the file that it replaces could be. A failed operation
+ * leaves the target as it was and says why in `error`, naming the file. Source
+ * and target may be the same file. All functions may be called from any thread.
  */
 class AXDATA_EXPORT AxSealedFile
 {

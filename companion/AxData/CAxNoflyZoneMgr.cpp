@@ -1,9 +1,12 @@
 #include <AxData/AxSealedFile.h>
 #include <AxData/CAxNoflyZoneMgr.h>
 
+#include "AxOpenedInPlace.h"
 #include "AxPrivateFolder.h"
+#include "AxReplaceFile.h"
 #include "AxZoneQuery.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -15,8 +18,10 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QThread>
+#include <QTimer>
 #include <QUrl>
 
+#include <algorithm>
 #include <atomic>
 
 Q_LOGGING_CATEGORY(logData, "ax.data")
@@ -29,29 +34,28 @@ constexpr int lockPollMs = 20;
 constexpr int namelessLockMs = 200;
 /// A lock older than this was left by a process whose number another one has by now.
 constexpr int staleLockMs = 60000;
+/// A sealing that failed is tried again after this time, and after twice as long each time.
+constexpr int firstRetryMs = 1000;
+constexpr int lastRetryMs = 60000;
 
-struct Choices
-{
-    QMutex mutex;
-    QString file;
-    QByteArray key;
-};
-
-Choices& choices()
-{
-    static Choices instance;
-    return instance;
-}
+constexpr const char* keyVariable = "AXNOFLY_KEY";
 
 QByteArray sampleKey()
 {
     return QByteArrayLiteral("AxEarthViewer: zones of the sample");
 }
 
-QString RealPath(const QString& path)
+struct Choices
 {
-    const QString real = QFileInfo(path).canonicalFilePath();
-    return real.isEmpty() ? QFileInfo(path).absoluteFilePath() : real;
+    QMutex mutex;
+    QString file;
+    QByteArray key = sampleKey();
+};
+
+Choices& choices()
+{
+    static Choices instance;
+    return instance;
 }
 
 QString Shown(const QString& path)
@@ -71,11 +75,18 @@ struct CAxNoflyZoneMgr::State
     QString aside;
     /// This object saw the seal of the plain form.
     bool isAuthentic = false;
+    /// Sealing this file has failed.
+    QString unsealed;
+    QTimer retry;
     QString connection;
     QString connected;
 };
 
-CAxNoflyZoneMgr::CAxNoflyZoneMgr(QObject* parent) : QObject(parent), m_state(std::make_unique<State>()) {}
+CAxNoflyZoneMgr::CAxNoflyZoneMgr(QObject* parent) : QObject(parent), m_state(std::make_unique<State>())
+{
+    m_state->retry.setSingleShot(true);
+    connect(&m_state->retry, &QTimer::timeout, this, &CAxNoflyZoneMgr::TrySealing);
+}
 
 CAxNoflyZoneMgr::~CAxNoflyZoneMgr()
 {
@@ -83,6 +94,8 @@ CAxNoflyZoneMgr::~CAxNoflyZoneMgr()
         CloseDataBase();
     if (!m_state->opened.isEmpty())
         SealInPlace(m_state->opened);
+    else if (!m_state->unsealed.isEmpty())
+        TrySealing();
 }
 
 void CAxNoflyZoneMgr::SetNoflyFile(const QString& path)
@@ -91,16 +104,43 @@ void CAxNoflyZoneMgr::SetNoflyFile(const QString& path)
     choices().file = path;
 }
 
-void CAxNoflyZoneMgr::SetNoflyKey(const QByteArray& key)
+bool CAxNoflyZoneMgr::SetNoflyKey(const QByteArray& key)
 {
     const QMutexLocker locker(&choices().mutex);
     choices().key = key;
+    if (key.isEmpty())
+        qCWarning(logData) << "The key of the zone file is empty: no zone file is opened or sealed with it.";
+    return !key.isEmpty();
+}
+
+bool CAxNoflyZoneMgr::TakeNoflyKey(const QString& keyFile, QString& error)
+{
+    if (keyFile.isEmpty()) {
+        if (!qEnvironmentVariableIsSet(keyVariable) || SetNoflyKey(qgetenv(keyVariable)))
+            return true;
+        error = tr("The environment variable %1 holds no key.").arg(QLatin1String(keyVariable));
+        return false;
+    }
+    QFile source(keyFile);
+    if (!source.open(QIODevice::ReadOnly))
+        error = tr("The key file \"%1\" cannot be read: %2.").arg(Shown(keyFile), source.errorString());
+    else if (!SetNoflyKey(source.readAll()))
+        error = tr("The key file \"%1\" is empty.").arg(Shown(keyFile));
+    else
+        return true;
+    return false;
+}
+
+void CAxNoflyZoneMgr::UseSampleKey()
+{
+    const QMutexLocker locker(&choices().mutex);
+    choices().key = sampleKey();
 }
 
 QByteArray CAxNoflyZoneMgr::GetNoflyKey()
 {
     const QMutexLocker locker(&choices().mutex);
-    return choices().key.isEmpty() ? sampleKey() : choices().key;
+    return choices().key;
 }
 
 QString CAxNoflyZoneMgr::CheckExistNoflyFile() const
@@ -116,8 +156,8 @@ QString CAxNoflyZoneMgr::CheckExistNoflyFile() const
 
 bool CAxNoflyZoneMgr::DecryptionNoflyFile(QString source, QString target)
 {
-    if (RealPath(source) == RealPath(target))
-        return OpenInPlace(RealPath(source));
+    if (AxRealPath(source) == AxRealPath(target))
+        return OpenInPlace(AxRealPath(source));
     QString error;
     const bool done = AxSealedFile::FormOf(source) == AxSealedFile::Form::Database
                           ? AxSealedFile::Copy(source, target, error)
@@ -133,13 +173,14 @@ bool CAxNoflyZoneMgr::OpenInPlace(const QString& path)
         return Fail(tr("\"%1\" is still open.").arg(Shown(m_state->opened + m_state->aside)));
     if (!QFileInfo(path).isFile())
         return Fail(tr("There is no file \"%1\".").arg(Shown(path)));
-    if (!Lock(path))
+    if (!Lock(path, lockWaitMs))
         return OpenAside(path);
 
-    AxSealedFile::RemoveLeftovers(path);
+    AxPrivateFolder::RemoveLeftovers();
+    AxOpenedInPlace::TakeUp(path);
     m_state->isAuthentic = AxSealedFile::FormOf(path) != AxSealedFile::Form::Database;
     QString error;
-    if (m_state->isAuthentic && !AxSealedFile::Open(path, path, GetNoflyKey(), error)) {
+    if (m_state->isAuthentic && !AxOpenedInPlace::Open(path, GetNoflyKey(), error)) {
         m_state->lock.reset();
         return OpenAside(path);
     }
@@ -169,8 +210,8 @@ bool CAxNoflyZoneMgr::EncryptionNoflyFile(QString source, QString target)
 {
     if (!m_state->connection.isEmpty())
         CloseDataBase(); // an open file cannot be replaced on every system
-    if (RealPath(source) == RealPath(target))
-        return SealInPlace(RealPath(source));
+    if (AxRealPath(source) == AxRealPath(target))
+        return SealInPlace(AxRealPath(source));
     QString error;
     bool done = false;
     switch (AxSealedFile::FormOf(source)) {
@@ -195,7 +236,7 @@ bool CAxNoflyZoneMgr::SealInPlace(const QString& path)
     }
     const bool wasOpened = m_state->opened == path;
     if (!wasOpened && m_state->opened.isEmpty() && QFileInfo(path).isFile() &&
-        AxSealedFile::FormOf(path) == AxSealedFile::Form::Database && !Lock(path))
+        AxSealedFile::FormOf(path) == AxSealedFile::Form::Database && !Lock(path, lockWaitMs))
         return Fail(tr("\"%1\" cannot be sealed: another program uses it, or its folder cannot be written.")
                         .arg(Shown(path)));
 
@@ -209,7 +250,9 @@ bool CAxNoflyZoneMgr::SealInPlace(const QString& path)
         done = false;
         break;
     default:
-        done = AxSealedFile::Seal(path, path, GetNoflyKey(), error);
+        done = AxOpenedInPlace::Seal(path, GetNoflyKey(), error);
+        if (!done)
+            SealLater(path);
     }
     if (wasOpened || m_state->opened.isEmpty()) {
         m_state->opened.clear();
@@ -218,14 +261,40 @@ bool CAxNoflyZoneMgr::SealInPlace(const QString& path)
     return done || Fail(error);
 }
 
-bool CAxNoflyZoneMgr::Lock(const QString& path)
+void CAxNoflyZoneMgr::SealLater(const QString& path)
+{
+    const int waited = m_state->unsealed == path ? m_state->retry.interval() : 0;
+    m_state->unsealed = path;
+    m_state->retry.setInterval(std::clamp(2 * waited, firstRetryMs, lastRetryMs));
+    if (QAbstractEventDispatcher::instance())
+        m_state->retry.start();
+}
+
+void CAxNoflyZoneMgr::TrySealing()
+{
+    const QString path = m_state->unsealed;
+    // Opened again, by this object, which will seal it.
+    if (!m_state->opened.isEmpty())
+        return SealLater(path);
+    const bool isPlain = AxSealedFile::FormOf(path) == AxSealedFile::Form::Database;
+    QString error;
+    if (isPlain && (!Lock(path, 0) || !AxOpenedInPlace::Seal(path, GetNoflyKey(), error))) {
+        m_state->lock.reset();
+        return SealLater(path);
+    }
+    m_state->lock.reset();
+    m_state->unsealed.clear();
+    qCInfo(logData) << "The zone file is sealed now:" << Shown(path);
+}
+
+bool CAxNoflyZoneMgr::Lock(const QString& path, int patienceMs)
 {
     auto lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
     lock->setStaleLockTime(staleLockMs);
     QElapsedTimer waiting;
     waiting.start();
     while (!lock->tryLock(0)) {
-        if (lock->error() != QLockFile::LockFailedError || waiting.hasExpired(lockWaitMs)) {
+        if (lock->error() != QLockFile::LockFailedError || waiting.hasExpired(patienceMs)) {
             qCInfo(logData) << "The zone file cannot be locked:" << Shown(path) << lock->error();
             return false;
         }
@@ -244,7 +313,7 @@ bool CAxNoflyZoneMgr::ConnectDataBase(QString path)
 {
     if (!m_state->connection.isEmpty())
         CloseDataBase();
-    const QString real = RealPath(path);
+    const QString real = AxRealPath(path);
     const bool isAside = m_state->aside == real;
     const QString file = isAside ? m_state->folder->FilePath() : real;
     switch (AxSealedFile::FormOf(file)) {

@@ -28,7 +28,7 @@ class AXDATA_EXPORT CAxNoflyZoneMgr : public QObject
 
 public:
     explicit CAxNoflyZoneMgr(QObject* parent = nullptr);
-    /// Closes the connection, and seals the file that this object opened in place.
+    /// Closes the connection, and seals the file that this object opened in place, if it still can.
     ~CAxNoflyZoneMgr() override;
 
     /// Names the zone file to use instead of "NoflyZone.db" beside the application. Call it before the
@@ -36,10 +36,15 @@ public:
     static void SetNoflyFile(const QString& path);
 
     /// The key with which zone files are opened and sealed from now on. Any bytes; 32 random ones are best,
-    /// because a guessable key can be guessed. Empty restores the key of the sample that is shipped, which
-    /// is no secret. Any thread.
-    static void SetNoflyKey(const QByteArray& key);
-    /// The key in force, for programs that make zone files.
+    /// because a guessable key can be guessed. False for an empty one: no file is opened or sealed then until
+    /// a key is named. Until the first call the key is that of the shipped sample. Any thread.
+    static bool SetNoflyKey(const QByteArray& key);
+    /// The same with the bytes of a file; without a name, with the value of the environment variable
+    /// AXNOFLY_KEY, and where that does not exist the key stays. False with a sentence in `error`.
+    static bool TakeNoflyKey(const QString& keyFile, QString& error);
+    /// The key of the shipped sample, which is no secret, from now on. Any thread.
+    static void UseSampleKey();
+    /// The key in force, for programs that make zone files; empty when an empty one was named.
     static QByteArray GetNoflyKey();
 
     /// Full path of the zone file; empty when there is none.
@@ -50,11 +55,13 @@ public:
     /// With source and target the same, the file is opened in place and locked against other programs
     /// until it is sealed. Where that cannot be (the folder cannot be written, the disk is full, another
     /// program has had it open for some seconds), the plain form goes to a temporary file that only this
-    /// object knows, and ConnectDataBase(target) uses that one.
+    /// object knows, and ConnectDataBase(target) uses that one. Wherever it lies, only this user may read it.
     bool DecryptionNoflyFile(QString source, QString target);
 
     /// Writes the sealed form of the plain database `source` to `target`. A file that is sealed already
-    /// stays as it is. With source and target the same, this ends what DecryptionNoflyFile began.
+    /// stays as it is. With source and target the same, this ends what DecryptionNoflyFile began; where that
+    /// fails, it is tried again until it is done, as long as this object lives and its thread has an event
+    /// loop.
     bool EncryptionNoflyFile(QString source, QString target);
 
     /// Opens a plain database for reading; an earlier connection of this object is closed.
@@ -91,7 +98,9 @@ private:
     bool OpenInPlace(const QString& path);
     bool OpenAside(const QString& path);
     bool SealInPlace(const QString& path);
-    bool Lock(const QString& path);
+    void SealLater(const QString& path);
+    void TrySealing();
+    bool Lock(const QString& path, int patienceMs);
     bool Fail(const QString& reason);
 
     std::unique_ptr<State> m_state;

@@ -4,6 +4,10 @@
 <context>
     <name>AxSealedFile</name>
     <message>
+        <source>The key is empty.</source>
+        <translation>密钥为空。</translation>
+    </message>
+    <message>
         <source>The cipher library could not be started.</source>
         <translation>无法启动加密库。</translation>
     </message>
@@ -317,6 +321,18 @@
 </context>
 <context>
     <name>CAxNoflyZoneMgr</name>
+    <message>
+        <source>The environment variable %1 holds no key.</source>
+        <translation>环境变量 %1 中没有密钥。</translation>
+    </message>
+    <message>
+        <source>The key file &quot;%1&quot; cannot be read: %2.</source>
+        <translation>无法读取密钥文件“%1”：%2。</translation>
+    </message>
+    <message>
+        <source>The key file &quot;%1&quot; is empty.</source>
+        <translation>密钥文件“%1”为空。</translation>
+    </message>
     <message>
         <source>&quot;%1&quot; is still open.</source>
         <translation>“%1”仍处于打开状态。</translation>

@@ -224,6 +224,10 @@
         <translation>使用此文件中的禁飞区，而非随附的禁飞区。</translation>
     </message>
     <message>
+        <source>The zone file is sealed with the bytes of this file; without it with the environment variable AXNOFLY_KEY, or else with the sample&apos;s key.</source>
+        <translation>禁飞区文件以此文件的内容为密钥；未指定时使用环境变量 AXNOFLY_KEY，否则使用示例密钥。</translation>
+    </message>
+    <message>
         <source>Send applications to fly in no-fly zones to this http or https address.</source>
         <translation>将禁飞区飞行申请发送到此 http 或 https 地址。</translation>
     </message>

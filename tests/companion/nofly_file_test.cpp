@@ -10,9 +10,11 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <thread>
 #include <vector>
@@ -21,6 +23,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <sys/resource.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -76,12 +79,22 @@ protected:
     }
     void TearDown() override
     {
-        CAxNoflyZoneMgr::SetNoflyKey({});
+        CAxNoflyZoneMgr::UseSampleKey();
         qputenv("TMPDIR", usual);
     }
 
     /// Folders with plain forms that are read aside.
-    static QStringList Asides() { return QDir::temp().entryList({QStringLiteral("axnofly-*")}, QDir::Dirs); }
+    static QStringList Asides()
+    {
+        return QDir::temp().entryList({QStringLiteral("axzones.plain.*")}, QDir::Dirs);
+    }
+    /// The end of a process that has the file open.
+    static void Die(const QString& file)
+    {
+        CAxNoflyZoneMgr zones;
+        zones.DecryptionNoflyFile(file, file);
+        std::_Exit(0);
+    }
 
     /// What a start-up does; the number of zones, -1 when something of it fails.
     static int Start(const QString& file, QString* error = nullptr)
@@ -120,12 +133,17 @@ TEST_F(NoflyFile, IsPlainBetweenOpeningAndSealingOnly)
     CAxNoflyZoneMgr zones;
     ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
     EXPECT_EQ(Contents(path), Contents(plain));
+    for (int twice = 0; twice < 2; ++twice) {
+        ASSERT_TRUE(zones.EncryptionNoflyFile(path, path));
+        EXPECT_EQ(Contents(path), sealed);
+    }
+    ExpectNextStartIsWell();
+
+    // What is written into the plain form is kept.
+    ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
+    Execute(path, {QStringLiteral("UPDATE no_fly_zone SET local_id = 'other' || local_id")});
     ASSERT_TRUE(zones.EncryptionNoflyFile(path, path));
-    const QByteArray again = Contents(path);
-    EXPECT_FALSE(again.contains("zone-1"));
-    EXPECT_NE(again, sealed) << "the same random numbers twice give the contents away";
-    ASSERT_TRUE(zones.EncryptionNoflyFile(path, path));
-    EXPECT_EQ(Contents(path), again) << "sealed twice";
+    EXPECT_NE(Contents(path).left(64), sealed.left(64)) << "the same random numbers give the contents away";
     ExpectNextStartIsWell();
 
     const QString there = folder.filePath(QString::fromUtf8("区 #1?.db"));
@@ -191,7 +209,13 @@ TEST_F(NoflyFile, WhatIsNoZoneFileIsRefusedAndLeftAlone)
     EXPECT_EQ(Start(path, &error), -1);
     EXPECT_TRUE(error.contains(QDir::toNativeSeparators(path))) << qPrintable(error);
     EXPECT_EQ(Contents(path), sealed);
-    CAxNoflyZoneMgr::SetNoflyKey({});
+    EXPECT_FALSE(CAxNoflyZoneMgr::SetNoflyKey({}));
+    for (const QByteArray& form : {sealed, Contents(plain)}) {
+        Put(path, form);
+        EXPECT_EQ(Start(path, &error), -1) << "with an empty key";
+        EXPECT_EQ(Contents(path), form);
+    }
+    CAxNoflyZoneMgr::UseSampleKey();
 
     QByteArray noise(100000, 'x');
     for (int i = 0; i < noise.size(); ++i)
@@ -300,8 +324,8 @@ TEST_F(NoflyFile, RowsComeAsTheyStandInTheTable)
 
 TEST_F(NoflyFile, WhereItCannotBeWrittenItIsReadAsideAndNeverPlain)
 {
-    // A folder in the way of what is written aside: as unwritable for the superuser as for anybody.
-    ASSERT_TRUE(QDir(path + QStringLiteral(".axpart")).mkpath(QStringLiteral("x")));
+    // A folder in the way of the lock: as unwritable for the superuser as for anybody.
+    ASSERT_TRUE(QDir(path + QStringLiteral(".lock")).mkpath(QStringLiteral("x")));
     {
         CAxNoflyZoneMgr zones;
         QList<QVariant> rows;
@@ -389,9 +413,21 @@ TEST_F(NoflyFile, AFullDiskLosesNothing)
 
         ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
         LimitFiles(rlim_t(room));
+        EXPECT_TRUE(zones.EncryptionNoflyFile(path, path)) << "sealing takes no room";
+        LimitFiles(RLIM_INFINITY);
+        EXPECT_EQ(Contents(path), sealed) << room;
+        ExpectNextStartIsWell();
+
+        // One without a sealed form, to which it could go back.
+        Put(path, Contents(plain));
+        ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
+        LimitFiles(rlim_t(room));
         EXPECT_FALSE(zones.EncryptionNoflyFile(path, path)) << room;
         LimitFiles(RLIM_INFINITY);
         EXPECT_EQ(Contents(path), Contents(plain)) << room;
+        EXPECT_TRUE(QTest::qWaitFor(
+            [this] { return AxSealedFile::FormOf(path) == AxSealedFile::Form::Sealed; }, 20000))
+            << "nobody tried again";
         ExpectNextStartIsWell();
     }
     std::signal(SIGXFSZ, ignored);
@@ -402,12 +438,14 @@ TEST_F(NoflyFile, ADeathAtAnyMomentLosesNothing)
     testing::FLAGS_gtest_death_test_style = "fast";
     for (const int room : {100, 5000, 65536, 200000, sealed.size() - 1}) {
         Put(path, sealed);
-        EXPECT_EXIT((NoCore(), LimitFiles(rlim_t(room)), Start(path)), testing::KilledBySignal(SIGXFSZ), "")
+        const rlim_t opening = rlim_t(std::min(room, Contents(plain).size() - 1));
+        EXPECT_EXIT((NoCore(), LimitFiles(opening), Start(path)), testing::KilledBySignal(SIGXFSZ), "")
             << room;
         ExpectNextStartIsWell();
         EXPECT_EXIT(
             {
                 CAxNoflyZoneMgr zones;
+                Put(path, Contents(plain));
                 zones.DecryptionNoflyFile(path, path);
                 NoCore();
                 LimitFiles(rlim_t(room));
@@ -431,16 +469,75 @@ TEST_F(NoflyFile, ADeathAtAnyMomentLosesNothing)
 
 TEST_F(NoflyFile, APlainFormAsideGoesWithTheNextStartAfterADeath)
 {
-    ASSERT_TRUE(QDir(path + QStringLiteral(".axpart")).mkpath(QStringLiteral("x")));
-    EXPECT_EXIT(
-        {
-            CAxNoflyZoneMgr zones;
-            zones.DecryptionNoflyFile(path, path);
-            std::_Exit(0);
-        },
-        testing::ExitedWithCode(0), "");
+    const QString lock = path + QStringLiteral(".lock");
+    ASSERT_TRUE(QDir(lock).mkpath(QStringLiteral("x")));
+    EXPECT_EXIT(Die(path), testing::ExitedWithCode(0), "");
     EXPECT_EQ(Asides().size(), 1);
-    EXPECT_EQ(Start(path), zoneCount);
+    ASSERT_TRUE(QDir(lock).removeRecursively());
+    EXPECT_EQ(Start(path), zoneCount) << "in place";
     EXPECT_EQ(Asides(), QStringList());
+}
+
+TEST_F(NoflyFile, APlainFormLeftBehindIsItsOwnersAndNoStrangerSealsIt)
+{
+    CAxNoflyZoneMgr::SetNoflyKey("the host's");
+    QString error;
+    ASSERT_TRUE(AxSealedFile::Seal(plain, path, CAxNoflyZoneMgr::GetNoflyKey(), error));
+    sealed = Contents(path);
+    EXPECT_EXIT(Die(path), testing::ExitedWithCode(0), "");
+    ASSERT_EQ(AxSealedFile::FormOf(path), AxSealedFile::Form::Database);
+    CAxNoflyZoneMgr::UseSampleKey();
+    EXPECT_EQ(Start(path, &error), -1) << "by a program without the key";
+    CAxNoflyZoneMgr::SetNoflyKey("the host's");
+    EXPECT_EQ(Contents(path), sealed);
+    ExpectNextStartIsWell();
+
+    // Other zones, put there after the death, are not given up for the old ones.
+    EXPECT_EXIT(Die(path), testing::ExitedWithCode(0), "");
+    Execute(plain, {QStringLiteral("UPDATE no_fly_zone SET lat = 7")});
+    ASSERT_TRUE(QFile::remove(path) && QFile::copy(plain, path));
+    ExpectNextStartIsWell();
+    CAxNoflyZoneMgr zones;
+    ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
+    EXPECT_EQ(Contents(path), Contents(plain));
+}
+
+TEST_F(NoflyFile, ThePlainFormMayBeReadByItsOwnerOnlyAndTheSealedOneIsWhatItWas)
+{
+    constexpr QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner;
+    constexpr QFile::Permissions all = owner | QFile::ReadGroup | QFile::ReadOther;
+    // Qt speaks of the calling user besides.
+    const auto permissions = [](const QString& file) {
+        return QFile::permissions(file) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser);
+    };
+    const QString victim = folder.filePath(QStringLiteral("victim"));
+    Put(victim, "untouched");
+    for (const char* name : {".axpart", ".axsealed."})
+        ASSERT_TRUE(QFile::link(victim, path + QLatin1String(name)));
+    ASSERT_TRUE(QFile::setPermissions(path, all));
+    constexpr uid_t somebody = 4321;
+    const bool isRoot = ::geteuid() == 0;
+    if (isRoot) {
+        ASSERT_EQ(::chown(QFile::encodeName(path).constData(), somebody, somebody), 0);
+    }
+    for (int round = 0; round < 3; ++round) {
+        CAxNoflyZoneMgr zones;
+        ASSERT_TRUE(zones.DecryptionNoflyFile(path, path));
+        EXPECT_EQ(permissions(path), owner);
+        EXPECT_TRUE(!isRoot || QFileInfo(path).ownerId() == somebody) << round;
+        if (round == 1)
+            Execute(path, {QStringLiteral("UPDATE no_fly_zone SET lat = 8")});
+        ASSERT_TRUE(zones.EncryptionNoflyFile(path, path));
+        EXPECT_EQ(permissions(path), all) << round;
+        EXPECT_TRUE(!isRoot || QFileInfo(path).ownerId() == somebody) << round;
+    }
+    EXPECT_EQ(Contents(victim), "untouched");
+    ASSERT_TRUE(QFile::remove(victim));
+    const QString there = folder.filePath(QStringLiteral("there.db"));
+    CAxNoflyZoneMgr zones;
+    ASSERT_TRUE(zones.DecryptionNoflyFile(path, there));
+    EXPECT_EQ(permissions(there), owner);
+    ASSERT_TRUE(QFile::remove(there));
+    ExpectNextStartIsWell();
 }
 #endif

@@ -65,9 +65,10 @@ TEST(Host, HelpNeedsNoDisplayAndWhatDoesSaysSo)
     };
     const Outcome help = start({"--help"}, {});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--tour DIR", "--map FILE", "--size WxH", "--zones FILE", "--apply-url URL",
-                               "--blocks FILE", "--view lon,lat,alt,heading,pitch,range", "--shot FILE",
-                               "--quit-after S", "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
+    for (const char* option :
+         {"--tour DIR", "--map FILE", "--size WxH", "--zones FILE", "--key-file FILE", "--apply-url URL",
+          "--blocks FILE", "--view lon,lat,alt,heading,pitch,range", "--shot FILE", "--quit-after S",
+          "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
         EXPECT_TRUE(help.output.contains(QLatin1String(option))) << option;
     for (const auto& [platform, named] : {std::pair{"", "DISPLAY"}, {"minimal", "OpenGL"}}) {
         const Outcome outcome = start({"--lang", "en"}, QLatin1String(platform));
@@ -99,6 +100,7 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         {{"--lang", "xx"}, "--lang"},
         {{"--blocks", "no/such/blocks.json"}, "no/such/blocks.json"},
         {{"--zones", "no/such/zones.db"}, "no/such/zones.db"},
+        {{"--key-file", "no/such/key"}, "no/such/key"},
         {{"--apply-url", "ftp://example.org/"}, "--apply-url"},
         {{"--apply-url", "https://"}, "--apply-url"},
         {{"--map", "no/such/map.earth"}, "no/such/map.earth"},

@@ -4,6 +4,7 @@
 #include "ToolText.h"
 #include "ZoneShapes.h"
 
+#include <AxData/AxPrivateFolder.h>
 #include <AxData/AxSealedFile.h>
 #include <AxData/CAxNoflyZoneMgr.h>
 
@@ -11,7 +12,6 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QTemporaryDir>
 
 namespace {
 const QString connectionName = QStringLiteral("axnofly-write");
@@ -88,12 +88,12 @@ bool Insert(const QSqlDatabase& database, const std::vector<Zone>& zones, const 
 bool WriteZones(const QString& target, bool isSealed, const std::vector<Zone>& zones,
                 const std::vector<Lift>& lifts, Progress& progress, QString& error)
 {
-    const QTemporaryDir work;
-    if (!work.isValid()) {
-        error = ToolText::tr("There is no temporary folder: %1.").arg(work.errorString());
+    const AxPrivateFolder work;
+    if (!work.IsValid()) {
+        error = ToolText::tr("There is no temporary folder: %1.").arg(work.ErrorString());
         return false;
     }
-    const QString plain = work.filePath(QStringLiteral("zones.db"));
+    const QString plain = work.FilePath();
     bool done = false;
     {
         QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connectionName);
@@ -115,8 +115,12 @@ bool WriteZones(const QString& target, bool isSealed, const std::vector<Zone>& z
 
 bool ReadZones(const QString& source, ZoneRows& rows, QString& error)
 {
-    const QTemporaryDir work;
-    const QString plain = work.filePath(QStringLiteral("zones.db"));
+    const AxPrivateFolder work;
+    if (!work.IsValid()) {
+        error = ToolText::tr("There is no temporary folder: %1.").arg(work.ErrorString());
+        return false;
+    }
+    const QString plain = work.FilePath();
     CAxNoflyZoneMgr file;
     const bool done =
         file.DecryptionNoflyFile(source, plain) && file.ConnectDataBase(plain) &&

@@ -129,7 +129,7 @@ check  prints everything doubtful about a zone file.
 seal   enciphers a plain zone database.   open   does the reverse.
 
 The key is that of the shipped sample unless --key-file names a file or the environment variable
-%1 holds one. Programs that use the viewer name theirs with CAxNoflyZoneMgr::SetNoflyKey().
+AXNOFLY_KEY holds one. Programs that use the viewer name theirs with CAxNoflyZoneMgr::SetNoflyKey().
 
 The program ends with 0 when all is well, 1 when it failed, 2 when it was called wrongly, 3 when
 check found something or build --strict could not use something.</source>
@@ -153,19 +153,11 @@ list   显示禁飞区，或用 --show-lifts 显示解禁，每行一个。
 check  显示禁飞区文件中的所有可疑之处。
 seal   加密明文的禁飞区数据库。   open   与之相反。
 
-除非 --key-file 指明文件或环境变量 %1 给出密钥，否则使用随附样本的密钥。
+除非 --key-file 指明文件或环境变量 AXNOFLY_KEY 给出密钥，否则使用随附样本的密钥。
 使用地球的程序用 CAxNoflyZoneMgr::SetNoflyKey() 指明自己的密钥。
 
 程序在一切正常时以 0 结束，失败时为 1，调用有误时为 2，
 check 发现问题或 build --strict 有无法使用的内容时为 3。</translation>
-    </message>
-    <message>
-        <source>The key file &quot;%1&quot; cannot be read: %2.</source>
-        <translation>无法读取密钥文件“%1”：%2。</translation>
-    </message>
-    <message>
-        <source>The key file &quot;%1&quot; is empty.</source>
-        <translation>密钥文件“%1”为空。</translation>
     </message>
     <message>
         <source>build, list, check, seal or open</source>

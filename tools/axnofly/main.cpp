@@ -7,7 +7,6 @@
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFile>
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QTextStream>
@@ -16,8 +15,6 @@
 #include <memory>
 
 namespace {
-constexpr const char* keyVariable = "AXNOFLY_KEY";
-
 void InstallTranslations()
 {
     if (QLocale::system().language() != QLocale::Chinese)
@@ -32,56 +29,38 @@ void InstallTranslations()
 
 QString Overview()
 {
-    return ToolText::
-        tr("Makes and looks after the file in which AxEarthViewer keeps its no-fly zones.\n"
-           "\n"
-           "  axnofly build --zones zones.csv --lifts lifts.geojson NoflyZone.db\n"
-           "  axnofly list NoflyZone.db\n"
-           "  axnofly check NoflyZone.db\n"
-           "  axnofly open NoflyZone.db plain.db      (then change plain.db with any SQLite program)\n"
-           "  axnofly seal plain.db NoflyZone.db\n"
-           "\n"
-           "build  writes a zone file from tables or shapes: CSV (also .csv.gz), GeoJSON, KML, Shapefile\n"
-           "       and what else GDAL reads. A zone has an id (field local_id, id or name) and a shape: the\n"
-           "       feature's own, or the fields lng and lat, or the field area (\"lng,lat|lng,lat|...\").\n"
-           "       A point is a circle of 8 km; a field radius, in metres, makes it another circle.\n"
-           "       Field enable: 1 or 0.\n"
-           "       A lift frees its shape inside the zones that its field local_ids names (ids with "
-           "commas);\n"
-           "       further fields begin_at, expired_at, user_id and status (2 is granted, the default).\n"
-           "       What cannot be used is named with its line, or feature, and field; the rest is written.\n"
-           "list   prints the zones, or with --show-lifts the lifts, one a line.\n"
-           "check  prints everything doubtful about a zone file.\n"
-           "seal   enciphers a plain zone database.   open   does the reverse.\n"
-           "\n"
-           "The key is that of the shipped sample unless --key-file names a file or the environment "
-           "variable\n"
-           "%1 holds one. Programs that use the viewer name theirs with CAxNoflyZoneMgr::SetNoflyKey().\n"
-           "\n"
-           "The program ends with 0 when all is well, 1 when it failed, 2 when it was called wrongly, 3 "
-           "when\n"
-           "check found something or build --strict could not use something.")
-            .arg(QLatin1String(keyVariable));
+    return ToolText::tr(
+        "Makes and looks after the file in which AxEarthViewer keeps its no-fly zones.\n"
+        "\n"
+        "  axnofly build --zones zones.csv --lifts lifts.geojson NoflyZone.db\n"
+        "  axnofly list NoflyZone.db\n"
+        "  axnofly check NoflyZone.db\n"
+        "  axnofly open NoflyZone.db plain.db      (then change plain.db with any SQLite program)\n"
+        "  axnofly seal plain.db NoflyZone.db\n"
+        "\n"
+        "build  writes a zone file from tables or shapes: CSV (also .csv.gz), GeoJSON, KML, Shapefile\n"
+        "       and what else GDAL reads. A zone has an id (field local_id, id or name) and a shape: the\n"
+        "       feature's own, or the fields lng and lat, or the field area (\"lng,lat|lng,lat|...\").\n"
+        "       A point is a circle of 8 km; a field radius, in metres, makes it another circle.\n"
+        "       Field enable: 1 or 0.\n"
+        "       A lift frees its shape inside the zones that its field local_ids names (ids with "
+        "commas);\n"
+        "       further fields begin_at, expired_at, user_id and status (2 is granted, the default).\n"
+        "       What cannot be used is named with its line, or feature, and field; the rest is written.\n"
+        "list   prints the zones, or with --show-lifts the lifts, one a line.\n"
+        "check  prints everything doubtful about a zone file.\n"
+        "seal   enciphers a plain zone database.   open   does the reverse.\n"
+        "\n"
+        "The key is that of the shipped sample unless --key-file names a file or the environment "
+        "variable\n"
+        "AXNOFLY_KEY holds one. Programs that use the viewer name theirs with "
+        "CAxNoflyZoneMgr::SetNoflyKey().\n"
+        "\n"
+        "The program ends with 0 when all is well, 1 when it failed, 2 when it was called wrongly, 3 "
+        "when\n"
+        "check found something or build --strict could not use something.");
 }
 
-bool ChooseKey(const QString& file, QString& error)
-{
-    QByteArray key = qgetenv(keyVariable);
-    if (!file.isEmpty()) {
-        QFile source(file);
-        if (!source.open(QIODevice::ReadOnly)) {
-            error = ToolText::tr("The key file \"%1\" cannot be read: %2.").arg(file, source.errorString());
-            return false;
-        }
-        key = source.readAll();
-        if (key.isEmpty()) {
-            error = ToolText::tr("The key file \"%1\" is empty.").arg(file);
-            return false;
-        }
-    }
-    CAxNoflyZoneMgr::SetNoflyKey(key);
-    return true;
-}
 } // namespace
 
 int main(int argc, char** argv)
@@ -141,7 +120,7 @@ int main(int argc, char** argv)
         return Complain(WrongUse, needsTwo ? ToolText::tr("%1 needs a source and a target.").arg(command)
                                            : ToolText::tr("%1 needs one zone file.").arg(command));
     QString error;
-    if (!ChooseKey(parser.value(keyFile), error))
+    if (!CAxNoflyZoneMgr::TakeNoflyKey(parser.value(keyFile), error))
         return Complain(Failed, error);
 
     Progress progress(parser.isSet(showProgress) ? Progress::Kind::Always : Progress::Kind::Automatic);
