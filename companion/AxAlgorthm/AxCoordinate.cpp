@@ -19,105 +19,119 @@ constexpr double MaxLongitude = 360.0;
 constexpr double MaxFromMeridian = 30.0;
 constexpr double MaxPlaneCoordinate = 2.0e7;
 
-/// One UTM plane: a zone on one hemisphere.
-struct Plane
-{
-    double meridian;
-    double falseNorthing;
-
-    bool forward(double lat, double lng, CAxPoint2D& out) const
-    {
-        if (!(std::abs(GeographicLib::Math::AngDiff(meridian, lng)) <= MaxFromMeridian))
-            return false;
-        double x = 0.0;
-        double y = 0.0;
-        GeographicLib::TransverseMercator::UTM().Forward(meridian, lat, lng, x, y);
-        out = CAxPoint2D(x + FalseEasting, y + falseNorthing);
-        return true;
-    }
-
-    bool inverse(double x, double y, double& lat, double& lng) const
-    {
-        if (!(std::abs(x) <= MaxPlaneCoordinate && std::abs(y) <= MaxPlaneCoordinate))
-            return false;
-        double resultLat = 0.0;
-        double resultLng = 0.0;
-        GeographicLib::TransverseMercator::UTM().Reverse(meridian, x - FalseEasting, y - falseNorthing,
-                                                         resultLat, resultLng);
-        if (!std::isfinite(resultLat) || !std::isfinite(resultLng))
-            return false;
-        lat = resultLat;
-        lng = resultLng;
-        return true;
-    }
-};
-
-thread_local std::optional<Plane> lastForwardPlane;
-
 bool convertible(double lat, double lng)
 {
     return lat >= MinLatitude && lat < MaxLatitude && std::abs(lng) <= MaxLongitude;
 }
 
-std::optional<Plane> planeOf(double lat, double lng)
-{
-    if (!convertible(lat, lng))
-        return std::nullopt;
-    const int zone = GeographicLib::UTMUPS::StandardZone(lat, lng);
-    return Plane{6.0 * zone - 183.0, lat < 0.0 ? FalseNorthingSouth : 0.0};
-}
-} // namespace
-
-bool LatLng2UTM(double lat, double lng, double& x, double& y)
-{
-    std::vector<CAxPoint2D> plane;
-    if (!LatLng2UTM(std::vector<CAxPoint2D>{CAxPoint2D(lng, lat)}, plane))
-        return false;
-    x = plane.front().x();
-    y = plane.front().y();
-    return true;
-}
-
-bool UTM2LatLng(double x, double y, double& lat, double& lng)
-{
-    return lastForwardPlane && lastForwardPlane->inverse(x, y, lat, lng);
-}
-
-bool LatLng2UTM(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out)
+/// Converts all points, or none.
+template <typename Convert>
+bool convertAll(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out, const Convert& convert)
 {
     std::vector<CAxPoint2D> result;
-    const std::optional<Plane> plane = in.empty() ? std::nullopt : planeOf(in.front().y(), in.front().x());
-    bool ok = plane.has_value();
     result.reserve(in.size());
+    bool ok = !in.empty();
     for (std::size_t i = 0; ok && i < in.size(); ++i) {
         CAxPoint2D point;
-        ok = convertible(in[i].y(), in[i].x()) && plane->forward(in[i].y(), in[i].x(), point);
+        ok = convert(in[i], point);
         result.push_back(point);
-    }
-    if (!ok) {
-        out.clear();
-        return false;
-    }
-    lastForwardPlane = plane;
-    out = std::move(result);
-    return true;
-}
-
-bool UTM2LatLng(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out)
-{
-    std::vector<CAxPoint2D> result;
-    bool ok = !in.empty();
-    result.reserve(in.size());
-    for (std::size_t i = 0; ok && i < in.size(); ++i) {
-        double lat = 0.0;
-        double lng = 0.0;
-        ok = UTM2LatLng(in[i].x(), in[i].y(), lat, lng);
-        result.emplace_back(lng, lat);
     }
     if (!ok)
         result.clear();
     out = std::move(result);
     return ok;
+}
+
+/// The planes of the last forward calls of a thread.
+struct LastPlanes
+{
+    std::optional<AxUtmPlane> ofPoint;
+    std::optional<AxUtmPlane> ofRing;
+};
+thread_local LastPlanes last;
+} // namespace
+
+std::optional<AxUtmPlane> AxUtmPlane::At(double lat, double lng)
+{
+    if (!convertible(lat, lng))
+        return std::nullopt;
+    const int zone = GeographicLib::UTMUPS::StandardZone(lat, lng);
+    return AxUtmPlane(6.0 * zone - 183.0, lat < 0.0 ? FalseNorthingSouth : 0.0);
+}
+
+bool AxUtmPlane::FromLngLat(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out) const
+{
+    return convertAll(in, out, [this](const CAxPoint2D& place, CAxPoint2D& point) {
+        if (!convertible(place.y(), place.x()) ||
+            !(std::abs(GeographicLib::Math::AngDiff(meridian, place.x())) <= MaxFromMeridian))
+            return false;
+        double x = 0.0;
+        double y = 0.0;
+        GeographicLib::TransverseMercator::UTM().Forward(meridian, place.y(), place.x(), x, y);
+        point = CAxPoint2D(x + FalseEasting, y + falseNorthing);
+        return true;
+    });
+}
+
+bool AxUtmPlane::ToLngLat(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out) const
+{
+    return convertAll(in, out, [this](const CAxPoint2D& point, CAxPoint2D& place) {
+        if (!(std::abs(point.x()) <= MaxPlaneCoordinate && std::abs(point.y()) <= MaxPlaneCoordinate))
+            return false;
+        double lat = 0.0;
+        double lng = 0.0;
+        GeographicLib::TransverseMercator::UTM().Reverse(meridian, point.x() - FalseEasting,
+                                                         point.y() - falseNorthing, lat, lng);
+        place = CAxPoint2D(lng, lat);
+        return std::isfinite(lat) && std::isfinite(lng);
+    });
+}
+
+bool LatLng2UTM(double lat, double lng, double& x, double& y)
+{
+    const std::optional<AxUtmPlane> plane = AxUtmPlane::At(lat, lng);
+    std::vector<CAxPoint2D> point{CAxPoint2D(lng, lat)};
+    if (!plane || !plane->FromLngLat(point, point))
+        return false;
+    last.ofPoint = plane;
+    x = point.front().x();
+    y = point.front().y();
+    return true;
+}
+
+bool UTM2LatLng(double x, double y, double& lat, double& lng)
+{
+    const std::optional<AxUtmPlane>& plane = last.ofPoint ? last.ofPoint : last.ofRing;
+    std::vector<CAxPoint2D> point{CAxPoint2D(x, y)};
+    if (!plane || !plane->ToLngLat(point, point))
+        return false;
+    lat = point.front().y();
+    lng = point.front().x();
+    return true;
+}
+
+bool LatLng2UTM(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out)
+{
+    const std::optional<AxUtmPlane> plane =
+        in.empty() ? std::nullopt : AxUtmPlane::At(in.front().y(), in.front().x());
+    if (!plane) {
+        out.clear();
+        return false;
+    }
+    if (!plane->FromLngLat(in, out))
+        return false;
+    last.ofRing = plane;
+    return true;
+}
+
+bool UTM2LatLng(const std::vector<CAxPoint2D>& in, std::vector<CAxPoint2D>& out)
+{
+    const std::optional<AxUtmPlane>& plane = last.ofRing ? last.ofRing : last.ofPoint;
+    if (!plane) {
+        out.clear();
+        return false;
+    }
+    return plane->ToLngLat(in, out);
 }
 
 double DistanceBetweenTwoLatLng(const CAxVector3D& from, const CAxVector3D& to)

@@ -151,6 +151,28 @@ TEST(Utm, AFailedForwardCallAndOtherThreadsKeepTheZone)
     EXPECT_NEAR(lng, 10.0, 1e-9);
 }
 
+TEST(Utm, APointInBetweenChangesNeitherARingsZoneNorAPlane)
+{
+    const Ring ring{{10.0, 50.0}, {10.1, 50.0}, {10.1, 50.1}};
+    Ring plane;
+    ASSERT_TRUE(LatLng2UTM(ring, plane));
+    const std::optional<AxUtmPlane> south = AxUtmPlane::At(-30.0, 100.0);
+    ASSERT_TRUE(south && !AxUtmPlane::At(84.0, 0.0));
+    double x = 0;
+    double y = 0;
+    ASSERT_TRUE(LatLng2UTM(-30.0, 100.0, x, y));
+    Ring back;
+    ASSERT_TRUE(UTM2LatLng(plane, back));
+    EXPECT_NEAR(back[2].x(), 10.1, 1e-9);
+    ASSERT_TRUE(south->ToLngLat({{x, y}}, back));
+    EXPECT_NEAR(back[0].x(), 100.0, 1e-9);
+    EXPECT_NEAR(back[0].y(), -30.0, 1e-9);
+    double lat = 0;
+    double lng = 0;
+    ASSERT_TRUE(UTM2LatLng(x, y, lat, lng));
+    EXPECT_NEAR(lng, 100.0, 1e-9) << "nor does a ring change a point's";
+}
+
 TEST(Distance, IsTheGeodesicOnTheEllipsoid)
 {
     // One degree of the equator, a quarter meridian of WGS84, and altitudes that do not matter.
