@@ -18,7 +18,7 @@ public:
     ETaskType GetTaskType() const { return m_taskType; }
     void SetTaskType(ETaskType type) { m_taskType = type; }
 
-    /// Which of the three sub-routes is shown: 0, 1 or 2. Written directly by the route display.
+    /// Which of the three sub-routes new tasks of the block show at first: 0, 1 or 2.
     int direction = 0;
 
 private:

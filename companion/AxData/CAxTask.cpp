@@ -1,7 +1,7 @@
 #include <AxData/CAxTask.h>
 
 CAxTask::CAxTask(const QString& id, const QString& name, CAxTaskPara* para)
-    : m_id(id), m_name(name), direction(para->GetExtendedTaskParam()->direction)
+    : m_id(id), m_name(name), direction(para ? para->GetExtendedTaskParam()->direction : 0)
 {
 }
 

@@ -15,7 +15,7 @@
 class AXDATA_EXPORT CAxTask
 {
 public:
-    /// para are the planning parameters of the block that the task is for; they outlive the task.
+    /// para are the planning parameters of the block that the task is for; they may be null.
     CAxTask(const QString& id, const QString& name, CAxTaskPara* para);
     virtual ~CAxTask();
     CAxTask(const CAxTask&) = delete;
@@ -52,7 +52,7 @@ private:
     QMap<int, QList<CAxVector3D>> m_variableHeightPoints;
 
 public:
-    /// Which of the three sub-routes is shown: 0, 1 or 2. The same field as that of the extended task
-    /// parameters, so that it can be written from either place.
-    int& direction;
+    /// Which of the three sub-routes is shown: 0, 1 or 2. Begins as that of the block's extended task
+    /// parameters; from then on each task has its own.
+    int direction = 0;
 };

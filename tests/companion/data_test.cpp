@@ -1,5 +1,6 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
+#include <AxData/CAxTask.h>
 
 #include <QSignalSpy>
 
@@ -112,6 +113,20 @@ TEST_F(Blocks, AListenerMayDeleteTheBlockItHearsOf)
     manager.DeleteAllBlocks();
     EXPECT_TRUE(manager.GetBlockList().isEmpty());
     QObject::disconnect(connection);
+}
+
+TEST_F(Blocks, EachTaskShowsASubRouteOfItsOwn)
+{
+    CAxBlock* const block = manager.AddBlock(QStringLiteral("a"), CAxBlock::PolygonBlock);
+    block->GetTaskPara()->GetExtendedTaskParam()->direction = 2;
+    const auto task = [](const char* id, CAxTaskPara* para) {
+        return std::make_unique<CAxTask>(QLatin1String(id), QString(), para);
+    };
+    CAxTask* const first = block->AddTask(task("1", block->GetTaskPara()));
+    CAxTask* const second = block->AddTask(task("2", block->GetTaskPara()));
+    first->direction = 1;
+    EXPECT_EQ(second->direction, 2);
+    EXPECT_EQ(task("3", nullptr)->direction, 0);
 }
 
 TEST_F(Blocks, SettingHomeMarksTheProjectOnlyWhenAsked)
