@@ -38,7 +38,9 @@ std::optional<AxViewRay> ViewOf(osgUtil::CullVisitor& cv)
         return std::nullopt;
     const osg::Matrixd& projection = *cv.getProjectionMatrix();
     AxViewRay view;
-    view.eye = osg::Matrixd::inverse(*cv.getModelViewMatrix()).getTrans();
+    const osg::Matrixd viewToWorld = osg::Matrixd::inverse(*cv.getModelViewMatrix());
+    view.eye = viewToWorld.getTrans();
+    view.forward = osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), viewToWorld);
     view.pixelSize = 2.0 / (std::abs(projection(1, 1)) * viewport->height());
     view.worldToWindow = *cv.getModelViewMatrix() * projection * viewport->computeWindowMatrix();
     return view;

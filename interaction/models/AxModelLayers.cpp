@@ -5,6 +5,7 @@
 #include <osgEarth/SpatialReference>
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace {
@@ -35,15 +36,10 @@ osg::Group* FindGroup(osg::Group& from, const char* name, int depth)
     return nullptr;
 }
 
-void CollectLayers(osg::Node& from, std::vector<osg::Node*>& layers)
+bool IsOfLayer(const AxSceneHit& hit)
 {
-    if (from.getName() == "ModelLayer") {
-        layers.push_back(&from);
-        return;
-    }
-    if (osg::Group* group = from.asGroup())
-        for (unsigned i = 0; i < group->getNumChildren(); ++i)
-            CollectLayers(*group->getChild(i), layers);
+    return std::any_of(hit.path.begin(), hit.path.end(),
+                       [](const osg::Node* node) { return node->getName() == "ModelLayer"; });
 }
 
 QString LocalName(const osg::Node& node)
@@ -99,15 +95,9 @@ std::optional<double> AxTopOfModels(osg::Group& modelRoot, double longitude, dou
     AxViewRay down;
     ellipsoid.convertLatLongHeightToXYZ(lat, lon, aboveEverything, down.eye.x(), down.eye.y(), down.eye.z());
     down.direction = -ellipsoid.computeLocalUpVector(down.eye.x(), down.eye.y(), down.eye.z());
-    std::vector<osg::Node*> layers;
-    CollectLayers(modelRoot, layers);
-    std::optional<double> top;
-    for (osg::Node* layer : layers) {
-        const auto hits = AxPickScene(*layer, down, {});
-        if (hits.empty())
-            continue;
-        const double altitude = aboveEverything - hits.front().distance;
-        top = top ? std::max(*top, altitude) : altitude;
-    }
-    return top;
+    AxSceneQuery query;
+    query.finest = true;
+    const std::vector<AxSceneHit> hits = AxPickScene(modelRoot, down, query);
+    const auto top = std::find_if(hits.begin(), hits.end(), IsOfLayer);
+    return top == hits.end() ? std::nullopt : std::make_optional(aboveEverything - top->distance);
 }

@@ -1,6 +1,7 @@
 #include "scene/shape/AxScenePick.h"
 
 #include <osg/Camera>
+#include <osg/LOD>
 #include <osg/NodeVisitor>
 #include <osg/Projection>
 #include <osg/TemplatePrimitiveFunctor>
@@ -117,9 +118,18 @@ public:
             Meet(drawable);
     }
 
-    float getDistanceToEyePoint(const osg::Vec3& position, bool) const override
+    void apply(osg::LOD& lod) override
     {
-        return static_cast<float>((osg::Vec3d(position) * matrix - ray.eye).length());
+        if (query.finest || lod.getRangeMode() == osg::LOD::DISTANCE_FROM_EYE_POINT)
+            apply(static_cast<osg::Node&>(lod));
+        else if (MayMeet(lod))
+            Traverse(lod, [this, &lod] { TraverseForSize(lod); });
+    }
+
+    // By this a level of detail chooses its child.
+    float getDistanceToViewPoint(const osg::Vec3& position, bool) const override
+    {
+        return query.finest ? 0.0f : static_cast<float>(DistanceTo(position));
     }
 
     std::vector<AxSceneHit> hits;
@@ -133,14 +143,38 @@ private:
 
     void Traverse(osg::Node& node)
     {
+        Traverse(node, [this, &node] { traverse(node); });
+    }
+
+    template <typename Children> void Traverse(const osg::Node& node, const Children& visit)
+    {
         const bool outerOnScreen = onScreen;
         const bool outerIsWanted = isWanted;
         onScreen = onScreen || IsOnScreen(node.getStateSet());
         isWanted = isWanted || node.getNodeMask() == query.under;
-        traverse(node);
+        visit();
         onScreen = outerOnScreen;
         isWanted = outerIsWanted;
     }
+
+    // The child that is drawn for the node's diameter in pixels; left to itself, the node would take the
+    // finest.
+    void TraverseForSize(osg::LOD& lod)
+    {
+        const double pixels = 2.0 * static_cast<double>(lod.getBound().radius()) * scale /
+                              std::max(ray.pixelSize * DistanceTo(lod.getCenter()), 1e-9);
+        const unsigned count = std::min(lod.getNumChildren(), lod.getNumRanges());
+        for (unsigned i = 0; i < count; ++i)
+            if (static_cast<double>(lod.getMinRange(i)) <= pixels &&
+                pixels < static_cast<double>(lod.getMaxRange(i)))
+                return lod.getChild(i)->accept(*this);
+        // The one that would be drawn is still to be loaded.
+        if (count > 0 && count < lod.getNumRanges() &&
+            pixels >= static_cast<double>(lod.getMinRange(count - 1)))
+            lod.getChild(count - 1)->accept(*this);
+    }
+
+    double DistanceTo(const osg::Vec3d& local) const { return (local * matrix - ray.eye).length(); }
 
     bool MayMeet(const osg::Node& node) const
     {

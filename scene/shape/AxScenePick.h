@@ -27,6 +27,8 @@ struct AxSceneQuery
     bool labels = false;
     /// Unless 0: only drawables under a node whose mask is exactly this one.
     osg::Node::NodeMask under = 0;
+    /// Of levels of detail the finest one that is loaded, instead of the one that is drawn for this eye.
+    bool finest = false;
 };
 
 /**

@@ -30,6 +30,7 @@ std::optional<AxViewRay> AxViewRay::Through(const osg::Camera& camera, double x,
     AxViewRay ray;
     ray.eye = origin * viewToWorld;
     ray.direction = osg::Matrixd::transform3x3(direction, viewToWorld);
+    ray.forward = osg::Matrixd::transform3x3(osg::Vec3d(0.0, 0.0, -1.0), viewToWorld);
     ray.pixelSize = 2.0 / (std::abs(projection(1, 1)) * viewport->height());
     ray.window.set(viewport->x() + (0.5 + 0.5 * x) * viewport->width(),
                    viewport->y() + (0.5 + 0.5 * y) * viewport->height());
@@ -42,9 +43,11 @@ std::optional<AxViewRay> AxViewRay::Through(const osg::Camera& camera, double x,
 std::optional<AxViewRay::OnScreen> AxViewRay::Project(const osg::Vec3d& world) const
 {
     const osg::Vec4d clip = osg::Vec4d(world, 1.0) * worldToWindow;
-    if (!(clip.w() > 0.0))
+    // In a parallel projection the last component is 1 at any depth.
+    const double depth = (world - eye) * forward;
+    if (!(depth > 0.0))
         return std::nullopt;
-    return OnScreen{{clip.x() / clip.w(), clip.y() / clip.w()}, clip.w()};
+    return OnScreen{{clip.x() / clip.w(), clip.y() / clip.w()}, depth};
 }
 
 bool AxIsBehindGlobe(const osg::Vec3d& eye, const osg::Vec3d& point)

@@ -21,6 +21,7 @@ struct AXEARTHVIEWER_EXPORT AxViewRay
 {
     osg::Vec3d eye;
     osg::Vec3d direction; ///< of length 1
+    osg::Vec3d forward;   ///< where the camera looks, of length 1; the direction of its middle
     /// Width of one pixel at distance 1 from the eye.
     double pixelSize = 0.0;
     osg::Vec2d window; ///< pixels, y upwards

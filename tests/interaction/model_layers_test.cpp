@@ -3,6 +3,8 @@
 
 #include "interaction/models/AxModelLayers.h"
 
+#include <osg/LOD>
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -70,4 +72,22 @@ TEST_F(ModelLayers, GiveTheTopOfWhatStandsThere)
     ASSERT_TRUE(beside);
     EXPECT_NEAR(*beside, 10.0, 0.001);
     EXPECT_FALSE(AxTopOfModels(*models, lng + 0.01, lat, *scene.srs));
+
+    // A layer stands where the groups over it put it, and is shown when they are.
+    osg::ref_ptr<osg::MatrixTransform> lifted =
+        new osg::MatrixTransform(osg::Matrixd::translate(scene.World(0, 0, 50) - scene.World(0, 0, 0)));
+    lifted->addChild(layer);
+    models->replaceChild(layer, lifted);
+    EXPECT_NEAR(AxTopOfModels(*models, lng, lat, *scene.srs).value_or(0.0), 85.0, 0.001);
+    lifted->setNodeMask(0);
+    EXPECT_FALSE(AxTopOfModels(*models, lng, lat, *scene.srs));
+
+    // The finest level of detail counts, from however far it is seen.
+    osg::ref_ptr<osg::LOD> detail = new osg::LOD;
+    detail->addChild(layer->getChild(0), 0.0f, 100.0f);
+    detail->addChild(layer->getChild(1), 100.0f, 1e9f);
+    layer->removeChildren(0, 2);
+    layer->addChild(detail);
+    models->replaceChild(lifted, layer);
+    EXPECT_NEAR(AxTopOfModels(*models, lng, lat, *scene.srs).value_or(0.0), 10.0, 0.001);
 }

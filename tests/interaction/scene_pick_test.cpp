@@ -1,6 +1,7 @@
 // Lines of sight, and what they meet in the scene.
 #include "SceneOnEarth.h"
 
+#include <osg/LOD>
 #include <osg/Projection>
 #include <osgEarth/ScreenSpaceLayout>
 
@@ -39,6 +40,15 @@ TEST(LineOfSight, PassesThePlaceThatItWasAimedAt)
             EXPECT_NEAR(back->depth, range, 1e-6 * range);
         }
     }
+}
+
+TEST(LineOfSight, KnowsTheDepthInAParallelProjection)
+{
+    const SceneOnEarth scene;
+    scene.camera->setProjectionMatrixAsOrtho(-400.0, 400.0, -300.0, 300.0, 1.0, 10000.0);
+    const AxViewRay ray = scene.RayTo(30.0, 20.0);
+    EXPECT_NEAR(ray.Project(scene.World(-50.0, 10.0, 0.0))->depth, 1000.0, 0.01);
+    EXPECT_NEAR(ray.Project(scene.World(30.0, 20.0, 300.0))->depth, 700.0, 0.01);
 }
 
 TEST(LineOfSight, NeedAWindowAndNumbers)
@@ -106,6 +116,29 @@ TEST(ScenePick, LeavesOutWhatIsNotShown)
     EXPECT_TRUE(AxPickScene(*scene.root, scene.RayTo(0.0, 0.0), {}).empty());
     hidden->setNodeMask(0x1234);
     EXPECT_EQ(Names(AxPickScene(*scene.root, scene.RayTo(0.0, 0.0), {})), List{"hidden"});
+}
+
+TEST(ScenePick, TakesOfLevelsOfDetailTheOneThatIsDrawn)
+{
+    using Mode = osg::LOD::RangeMode;
+    // 1000 m away, where 20 m are some 23 pixels of 600 over 30 degrees.
+    for (const auto& [mode, split] : {std::pair{Mode::DISTANCE_FROM_EYE_POINT, 500.0f},
+                                      {Mode::DISTANCE_FROM_EYE_POINT, 2000.0f},
+                                      {Mode::PIXEL_SIZE_ON_SCREEN, 10.0f},
+                                      {Mode::PIXEL_SIZE_ON_SCREEN, 100.0f}}) {
+        const SceneOnEarth scene;
+        osg::ref_ptr<osg::LOD> lod = new osg::LOD;
+        lod->setRangeMode(mode);
+        scene.AddSquare(*lod, "below", 0.0, 0.0, 0.0, 10.0);
+        scene.AddSquare(*lod, "above", 0.0, 0.0, 0.0, 10.0);
+        lod->setRange(0, 0.0f, split);
+        lod->setRange(1, split, 1e9f);
+        scene.root->addChild(lod);
+        const bool isBelow = mode == Mode::DISTANCE_FROM_EYE_POINT ? split > 1000.0f : split > 50.0f;
+        EXPECT_EQ(Names(AxPickScene(*scene.root, scene.RayTo(1.0, 2.0), {})),
+                  List{isBelow ? "below" : "above"})
+            << mode << ' ' << split;
+    }
 }
 
 TEST(ScenePick, TakesLabelsInPixelsAndBeforeShapes)
