@@ -41,50 +41,67 @@ bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdap
     if (ea.getHandled()) {
         // A push that a handle took is the beginning of no click.
         if (ea.getEventType() == GUIEventAdapter::PUSH &&
-            ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON)
+            ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON) {
             pushX = pushY = 0.0f;
+            doubleClickPending = false;
+        }
         return false;
     }
+    // Whoever hears of an event may delete the viewer, which keeps both of these.
+    const osg::ref_ptr<CAxEarthManipulator> self(this);
+    const osg::ref_ptr<osgViewer::View> kept(view);
     updateProjection(view->getCamera());
     const Viewpoint viewpoint = getViewpoint();
     if (viewpoint.isValid()) {
         emit signalHeading(-viewpoint.getHeading());
         emit signalViewMoved(viewpoint, true);
     }
+    if (!viewer)
+        return true;
 
     Pick pick;
     pick.world = getPos(ea, aa, pick.lngLat, pick.modelHit, pick.currNode, pick.parentNode);
     emit signalPointed(pick.lngLat[0], pick.lngLat[1], pick.Altitude(), getDistance());
+    return !viewer || dispatch(ea, aa, pick) || passOn(ea, aa);
+}
 
+// True when the event was consumed.
+bool CAxEarthManipulator::dispatch(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick)
+{
     switch (ea.getEventType()) {
     case GUIEventAdapter::MOVE:
         handleMove(ea, aa, pick);
-        return passOn(ea, aa);
+        return false;
     case GUIEventAdapter::PUSH:
-        return handleMousePush(ea, aa, pick) || passOn(ea, aa);
+        return handleMousePush(ea, aa, pick);
     case GUIEventAdapter::RELEASE:
-        return handleMouseRelease(ea, aa, pick) || passOn(ea, aa);
+        return handleMouseRelease(ea, aa, pick);
     case GUIEventAdapter::DOUBLECLICK:
-        return handleDoubleClick(ea, aa, pick) || passOn(ea, aa);
+        return handleDoubleClick(ea, aa, pick);
     case GUIEventAdapter::DRAG:
         emit mouseLeftBtnDrag(pick.LngLatPos(), pick.world);
-        emit mouseLeftBtnDrag(ea.getX(), ea.getY());
-        return handleMouseDrag(ea, aa, pick.LngLatPos(), pick.world) || passOn(ea, aa);
+        if (viewer)
+            emit mouseLeftBtnDrag(ea.getX(), ea.getY());
+        // What the hand shakes in a double click is no drag: it would break off the flight.
+        return !viewer || handleMouseDrag(ea, aa, pick.LngLatPos(), pick.world) ||
+               (doubleClickPending && (ea.getButtonMask() & GUIEventAdapter::LEFT_MOUSE_BUTTON) != 0);
     case GUIEventAdapter::KEYDOWN:
         handleKeyDown(ea, aa);
-        return passOn(ea, aa);
+        return false;
     case GUIEventAdapter::KEYUP:
         handleKeyUp(ea, aa);
-        return passOn(ea, aa);
+        return false;
     case GUIEventAdapter::SCROLL:
-        return handleModelActionScroll(ea, aa) || passOn(ea, aa);
+        return handleModelActionScroll(ea, aa);
     default:
-        return passOn(ea, aa);
+        return false;
     }
 }
 
 bool CAxEarthManipulator::passOn(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 {
+    if (!viewer)
+        return true;
     EarthManipulator::handle(ea, aa);
     return false;
 }
@@ -104,7 +121,8 @@ void CAxEarthManipulator::handleKeyDown(const GUIEventAdapter& ea, osgGA::GUIAct
     if (!AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
         return;
     viewer->Tools().TakeUp(ToolNavigate);
-    viewer->Tools().TakeUp(ToolMagnifier);
+    if (viewer)
+        viewer->Tools().TakeUp(ToolMagnifier);
 }
 
 void CAxEarthManipulator::handleKeyUp(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)

@@ -190,11 +190,13 @@ private:
 
     // Dispatch
     class Step;
+    bool dispatch(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool passOn(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
     void handleMove(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool handleMousePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool handleMouseRelease(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool handleLeftClick(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
+    void endMove(const Pick& pick);
     bool handleDoubleClick(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool dragDownhillAngle(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,
                            const osg::Vec3d& worldCoordPos);

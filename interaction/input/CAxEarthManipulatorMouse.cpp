@@ -10,6 +10,7 @@
 #include <osgViewer/View>
 
 #include <string>
+#include <utility>
 
 using osgGA::GUIEventAdapter;
 
@@ -31,22 +32,23 @@ public:
     }
 
     osg::Node* Object() override { return manipulator.pickNode(aa, lngLat, world); }
+    // Who hears of a drawable may take it out of the scene.
     void HoverDrawable() override
     {
-        if (osg::Drawable* drawable = manipulator.pickDrawable(ea, aa))
-            emit manipulator.mouseMoveSignal(drawable);
+        if (const osg::ref_ptr<osg::Drawable> drawable = manipulator.pickDrawable(ea, aa))
+            emit manipulator.mouseMoveSignal(drawable.get());
     }
     void PressDrawable() override
     {
-        if (osg::Drawable* drawable = manipulator.pickDrawable(ea, aa))
-            emit manipulator.mouseLeftBtnPress(drawable);
+        if (const osg::ref_ptr<osg::Drawable> drawable = manipulator.pickDrawable(ea, aa))
+            emit manipulator.mouseLeftBtnPress(drawable.get());
     }
     bool ClickDrawable() override
     {
-        osg::Drawable* const drawable = manipulator.pickDrawable(ea, aa);
+        const osg::ref_ptr<osg::Drawable> drawable = manipulator.pickDrawable(ea, aa);
         if (drawable)
-            emit manipulator.mouseLeftBtnClickSignal(drawable);
-        return drawable;
+            emit manipulator.mouseLeftBtnClickSignal(drawable.get());
+        return drawable.valid();
     }
     void ClickModel() override
     {
@@ -54,6 +56,7 @@ public:
             emit manipulator.signalMouseLeftBtnClickModelLayer(pick->currNode, pick->parentNode);
     }
     AxBlockMover& Mover() override { return *manipulator.mover; }
+    bool HasViewer() const override { return !manipulator.viewer.isNull(); }
 
 private:
     CAxEarthManipulator& manipulator;
@@ -64,7 +67,12 @@ private:
 
 void CAxEarthManipulator::handleMove(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick)
 {
+    // No button is held: the release went elsewhere, and with it the end of the move.
+    if (mover->IsMoving())
+        endMove(pick);
     emit mouseLeftBtnMove(osg::Vec3d(pick.lngLat[0], pick.lngLat[1], pick.Altitude()), pick.world);
+    if (!viewer)
+        return;
     Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
     viewer->Tools().InHand().Move(step);
 }
@@ -75,15 +83,18 @@ bool CAxEarthManipulator::handleMousePush(const GUIEventAdapter& ea, osgGA::GUIA
     if (ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON) {
         pushX = ea.getX();
         pushY = ea.getY();
+        doubleClickPending = false; // its release went elsewhere
         mover->Begin();
         Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
         viewer->Tools().InHand().Press(step);
-        emit mouseLeftBtnPress(pick.LngLatPos(), pick.world);
-        emit mouseLeftBtnPress(ea.getX(), ea.getY());
+        if (viewer)
+            emit mouseLeftBtnPress(pick.LngLatPos(), pick.world);
+        if (viewer)
+            emit mouseLeftBtnPress(ea.getX(), ea.getY());
     } else {
         otherPush.set(ea.getX(), ea.getY());
     }
-    if (operateMode != OperateModel)
+    if (operateMode != OperateModel || !viewer)
         return false;
     resetMouse(aa);
     addMouseEvent(ea);
@@ -94,28 +105,34 @@ bool CAxEarthManipulator::handleMousePush(const GUIEventAdapter& ea, osgGA::GUIA
 bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
                                              const Pick& pick)
 {
-    if (doubleClickPending) {
-        doubleClickPending = false;
-        return false;
-    }
+    const bool isOfDoubleClick = std::exchange(doubleClickPending, false);
     const osg::Vec2f release(ea.getX(), ea.getY());
-    if (ea.getButton() != GUIEventAdapter::LEFT_MOUSE_BUTTON) {
+    const bool isLeft = ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON;
+    // What a push began ends with its release, also where that would be a click or be passed over.
+    const bool wasTurning = isLeft && std::exchange(angleDragActive, false);
+    if (isLeft && mover->IsMoving()) {
+        endMove(pick);
+        return true;
+    }
+    if (isOfDoubleClick)
+        return false;
+    if (!isLeft) {
         if (ea.getButton() == GUIEventAdapter::RIGHT_MOUSE_BUTTON &&
             AxMouseRules::IsClick(otherPush, release))
             emit signalRightBtnPicked(pick.LngLatPos());
         return false;
     }
-    if (AxMouseRules::IsClick(osg::Vec2f(pushX, pushY), release))
+    if (!wasTurning && AxMouseRules::IsClick(osg::Vec2f(pushX, pushY), release))
         return handleLeftClick(ea, aa, pick);
-    if (mover->IsMoving()) {
-        mover->End([this, &pick] { emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world); });
-        return true;
-    }
     emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world);
-    emit mouseLeftBtnRelease(ea.getX(), ea.getY());
-    if (viewer->AngleHandlesShown())
-        angleDragActive = false;
+    if (viewer)
+        emit mouseLeftBtnRelease(ea.getX(), ea.getY());
     return false;
+}
+
+void CAxEarthManipulator::endMove(const Pick& pick)
+{
+    mover->End([this, &pick] { emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world); });
 }
 
 bool CAxEarthManipulator::handleLeftClick(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
@@ -124,8 +141,10 @@ bool CAxEarthManipulator::handleLeftClick(const GUIEventAdapter& ea, osgGA::GUIA
     Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
     if (viewer->Tools().InHand().Click(step))
         return true;
-    emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world);
-    emit mouseLeftBtnClick(pick.LngLatPos(), pick.world);
+    if (viewer)
+        emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world);
+    if (viewer)
+        emit mouseLeftBtnClick(pick.LngLatPos(), pick.world);
     return false;
 }
 
@@ -133,10 +152,11 @@ bool CAxEarthManipulator::handleDoubleClick(const GUIEventAdapter& ea, osgGA::GU
                                             const Pick& pick)
 {
     doubleClickPending = true;
+    mover->Begin();
     // Asked before the signal: a listener may end its drawing and be gone.
     const bool isOwned = AxToolRowOf(viewer->Tools().Tool()).ownsDoubleClick || viewer->Objects().Current();
     emit mouseLeftBtnDoubleClick(pick.LngLatPos(), pick.world);
-    if (isOwned || IntersectMarkPoint(ea, aa))
+    if (!viewer || isOwned || IntersectMarkPoint(ea, aa))
         return true;
     if (!pick.modelHit)
         return false;
@@ -154,14 +174,14 @@ bool CAxEarthManipulator::handleMouseDrag(const GUIEventAdapter& ea, osgGA::GUIA
     const int buttons = ea.getButtonMask();
     if (buttons & GUIEventAdapter::LEFT_MOUSE_BUTTON) {
         Step step(*this, ea, aa, lngLatPos, worldCoordPos);
-        if (viewer->Tools().InHand().Drag(step) || dragDownhillAngle(aa, lngLatPos, worldCoordPos))
+        if (viewer->Tools().InHand().Drag(step) || !viewer || dragDownhillAngle(aa, lngLatPos, worldCoordPos))
             return true;
         if (HasPrefix(pickNode(aa, lngLatPos, worldCoordPos), "TaskGrid")) {
             emit mouseLeftBtnDragGrid(lngLatPos, worldCoordPos);
             return true;
         }
     }
-    return operateMode == OperateModel && dragAroundModel(ea, aa);
+    return operateMode == OperateModel && !doubleClickPending && dragAroundModel(ea, aa);
 }
 
 bool CAxEarthManipulator::dragDownhillAngle(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,

@@ -11,6 +11,7 @@
 #include <QUndoStack>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 // What the end of a move is told when no object was asked.
@@ -27,49 +28,54 @@ bool AxBlockMover::ProcessMoveGeom(const osg::Vec3d& lngLatPos)
 {
     if (moveCancelled)
         return true;
-    const QList<CAxHandleAdapter*> selected = parts->Objects().Selected();
-    return selected.isEmpty() ? MoveSingleBlock(lngLatPos) : MoveMultiBlock(lngLatPos, selected);
+    if (moveIdle && !takeHold(lngLatPos))
+        return false;
+    // An object whose move was ended from outside stays where that has put it.
+    const auto hasEnded = [](const QPointer<CAxHandleAdapter>& adapter) {
+        return !adapter || adapter->IsLeaving() || adapter->GetAnchor().empty() ||
+               adapter->GetHandleOperation() != OperationMoveHandle;
+    };
+    const bool isFirstStep = std::exchange(moveIdle, false);
+    if (!isFirstStep)
+        moving.erase(std::remove_if(moving.begin(), moving.end(), hasEnded), moving.end());
+    if (moving.isEmpty())
+        Cancel();
+    const QList<QPointer<CAxHandleAdapter>> all = moving;
+    for (const QPointer<CAxHandleAdapter>& adapter : all)
+        if (adapter && parts)
+            step(*adapter, lngLatPos);
+    return true;
 }
 
-osg::Vec3d AxBlockMover::moveAdapter(CAxHandleAdapter& adapter, const osg::Vec3d& lngLatPos, bool isFirstStep)
+bool AxBlockMover::takeHold(const osg::Vec3d& lngLatPos)
+{
+    QList<CAxHandleAdapter*> wanted = parts->Objects().Selected();
+    isSingle = wanted.isEmpty();
+    if (isSingle)
+        wanted += parts->Objects().Current();
+    moving.clear();
+    for (CAxHandleAdapter* adapter : qAsConst(wanted)) {
+        if (!AxBlockMove::IsMovable(adapter))
+            continue;
+        adapter->SetMoveCenterPt(AxBlockMove::Offset(adapter->GetAnchor().front(), lngLatPos));
+        moving += adapter;
+    }
+    return !moving.isEmpty();
+}
+
+void AxBlockMover::step(CAxHandleAdapter& adapter, const osg::Vec3d& lngLatPos)
 {
     std::vector<osg::Vec3d>& anchors = adapter.GetAnchor();
-    if (isFirstStep)
-        adapter.SetMoveCenterPt(AxBlockMove::Offset(anchors.front(), lngLatPos));
     const osg::Vec3d delta = AxBlockMove::Delta(anchors.front(), lngLatPos, adapter.GetMoveCenterPt());
     QList<osg::Vec3d> points;
     for (const osg::Vec3d& anchor : anchors)
         points += anchor + delta;
     parts->Scene().GetElevations(points);
     std::copy(points.begin(), points.end(), anchors.begin());
-    return delta;
-}
-
-bool AxBlockMover::MoveSingleBlock(const osg::Vec3d& lngLatPos)
-{
-    CAxHandleAdapter* adapter = parts->Objects().Current();
-    if (!AxBlockMove::IsMovable(adapter))
-        return false;
-    const bool isFirstStep = moveIdle;
-    moveIdle = false;
-    const osg::Vec3d delta = moveAdapter(*adapter, lngLatPos, isFirstStep);
-    tellMoved(delta.x(), delta.y(), delta.z());
-    return true;
-}
-
-bool AxBlockMover::MoveMultiBlock(const osg::Vec3d& lngLatPos, const QList<CAxHandleAdapter*>& adapters)
-{
-    QList<CAxHandleAdapter*> movable;
-    std::copy_if(adapters.begin(), adapters.end(), std::back_inserter(movable), AxBlockMove::IsMovable);
-    if (movable.isEmpty())
-        return false;
-    const bool isFirstStep = moveIdle;
-    moveIdle = false;
-    for (CAxHandleAdapter* adapter : movable) {
-        const osg::Vec3d delta = moveAdapter(*adapter, lngLatPos, isFirstStep);
-        adapter->HandleMoved(delta.x(), delta.y(), delta.z());
-    }
-    return true;
+    if (isSingle)
+        tellMoved(delta.x(), delta.y(), delta.z());
+    else
+        adapter.HandleMoved(delta.x(), delta.y(), delta.z());
 }
 
 void AxBlockMover::endSeveral()
@@ -78,6 +84,10 @@ void AxBlockMover::endSeveral()
     QList<QPointer<CAxHandleAdapter>> selected;
     for (CAxHandleAdapter* adapter : parts->Objects().Selected())
         selected += adapter;
+    // Nor does one stay in its move that is not selected any more.
+    for (const auto& adapter : qAsConst(moving))
+        if (!selected.contains(adapter))
+            selected += adapter;
     // One object that does not fit where it is takes all of them back.
     int code = notAsked;
     for (const auto& adapter : qAsConst(selected)) {
@@ -104,11 +114,12 @@ void AxBlockMover::endSeveral()
 
 void AxBlockMover::End(const std::function<void()>& releaseSingle)
 {
-    if (parts->Objects().Selected().isEmpty())
+    // What a box lets happen meanwhile is no part of this move.
+    moveIdle = true;
+    if (isSingle)
         releaseSingle();
     else
         endSeveral();
     if (parts)
         parts->Objects().SelectNode(nullptr, false, false);
-    moveIdle = true;
 }

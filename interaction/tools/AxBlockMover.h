@@ -22,6 +22,8 @@ public:
     AxBlockMover(AxViewerParts* viewer, Tell moved) : parts(viewer), tellMoved(std::move(moved)) {}
 
     bool IsMoving() const { return !moveIdle; }
+    /// Whether the rest of the drag belongs to a move, be it one that was given up.
+    bool OwnsDrag() const { return !moveIdle || moveCancelled; }
     /// A push: what was given up before does not count any more.
     void Begin() { moveCancelled = false; }
     /// A step to the place under the cursor; false when there is nothing that may be moved.
@@ -30,17 +32,16 @@ public:
     void End(const std::function<void()>& releaseSingle);
     /// Ends the move without a commit; the rest of the drag does nothing.
     void Cancel();
-    /// Nothing is being moved, whatever was.
-    void Forget() { moveIdle = true; }
 
 private:
-    bool MoveSingleBlock(const osg::Vec3d& lngLatPos);
-    bool MoveMultiBlock(const osg::Vec3d& lngLatPos, const QList<CAxHandleAdapter*>& adapters);
-    osg::Vec3d moveAdapter(CAxHandleAdapter& adapter, const osg::Vec3d& lngLatPos, bool isFirstStep);
+    bool takeHold(const osg::Vec3d& lngLatPos);
+    void step(CAxHandleAdapter& adapter, const osg::Vec3d& lngLatPos);
     void endSeveral();
 
     const QPointer<AxViewerParts> parts; ///< may go while a box is open
     const Tell tellMoved;
     bool moveIdle = true;
     bool moveCancelled = false;
+    bool isSingle = false;                    ///< the current object, not the selected ones
+    QList<QPointer<CAxHandleAdapter>> moving; ///< taken hold of by the first step
 };

@@ -15,7 +15,7 @@ void AxDrawTool::Move(AxMouseStep& step)
 {
     if (row.over != AxToolOver::Ground)
         AxTool::Move(step);
-    if (row.start == AxDrawStart::Move && WantsShape())
+    if (step.HasViewer() && row.start == AxDrawStart::Move && WantsShape())
         parts.Tools().BeginDrawShape();
 }
 

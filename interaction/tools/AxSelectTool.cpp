@@ -13,7 +13,7 @@ void AxSelectTool::Press(AxMouseStep& step)
 bool AxSelectTool::Drag(AxMouseStep& step)
 {
     // Over space a block that is being moved waits where it is.
-    return step.IsOverGround() ? step.Mover().ProcessMoveGeom(step.lngLat) : step.Mover().IsMoving();
+    return step.IsOverGround() ? step.Mover().ProcessMoveGeom(step.lngLat) : step.Mover().OwnsDrag();
 }
 
 bool AxSelectTool::Click(AxMouseStep& step)
@@ -22,8 +22,8 @@ bool AxSelectTool::Click(AxMouseStep& step)
         parts.Objects().SelectNode(step.Object(), true, true);
     } else {
         parts.Objects().ClearSelected();
-        parts.Objects().SelectNode(nullptr, false, true);
-        step.Mover().Forget();
+        if (step.HasViewer())
+            parts.Objects().SelectNode(nullptr, false, true);
     }
     return true;
 }

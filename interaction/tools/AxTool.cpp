@@ -22,11 +22,12 @@ bool AxTool::Click(AxMouseStep& step)
 {
     const bool multi = parts.Tools().IsMultiSelect();
     step.ClickModel();
-    if (step.ClickDrawable())
+    if (!step.HasViewer() || step.ClickDrawable())
         return false;
     const osg::Node* object = step.Object();
+    const bool isBeside = !object;
     parts.Objects().SelectNode(object, multi, multi);
-    if (!object)
+    if (isBeside && step.HasViewer())
         parts.Objects().ClearSelected();
     return false;
 }

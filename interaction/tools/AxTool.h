@@ -36,6 +36,10 @@ public:
     /// So does the model under the mouse.
     virtual void ClickModel() = 0;
     virtual AxBlockMover& Mover() = 0;
+
+    /// Whoever hears of a step may delete the viewer, and with it the tool: when this is false, nothing of
+    /// both may be touched.
+    virtual bool HasViewer() const = 0;
 };
 
 /**

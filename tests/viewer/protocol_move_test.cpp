@@ -3,6 +3,8 @@
 
 #include <osgEarth/Terrain>
 
+#include <functional>
+
 class ProtocolMove : public ProtocolFixture
 {
 protected:
@@ -94,6 +96,45 @@ TEST_F(ProtocolMove, WaitsWhileTheCursorIsOverSpace)
     EXPECT_TRUE(Drag(2.0f, 2.0f));
     EXPECT_EQ(block->GetAnchor(), there);
     EXPECT_TRUE(Release(2.0f, 2.0f));
+}
+
+TEST_F(ProtocolMove, EndsWithTheReleaseWhateverElseThatMeans)
+{
+    const auto block = Block("ended", 20.0, 10.0);
+    const std::vector<std::function<void()>> ends{[this] {
+                                                      DragTo(20.0, 10.0);
+                                                      ReleaseAt(20.0, 10.0); // where the push was
+                                                  },
+                                                  [this] { ReleaseAt(22.0, 12.0); },
+                                                  [this] { Move(400, 300); }}; // told nowhere
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+        SCOPED_TRACE(i);
+        viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+        const double before = block->GetAnchor()[0].x();
+        i == 1 ? DoubleClick(400, 300) : PushAt(20.0, 10.0);
+        viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+        DragTo(20.5, 10.0);
+        DragTo(22.0, 12.0);
+        EXPECT_NE(block->GetAnchor()[0].x(), before);
+        ends[i]();
+        EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+    }
+}
+
+TEST_F(ProtocolMove, IsOverWhenSomebodyElseEndsIt)
+{
+    const double camera = manipulator->getViewpoint().focalPoint()->x();
+    auto block = Block("interrupted", 20.0, 10.0);
+    for (const bool isRemoved : {false, true}) {
+        PushAt(20.0, 10.0);
+        DragTo(20.5, 10.0);
+        DragTo(22.0, 12.0);
+        isRemoved ? block.reset() : static_cast<void>(block->CancelHandle());
+        EXPECT_TRUE(DragTo(24.0, 13.0)) << "the camera does not take over";
+        EXPECT_TRUE(!block || block->GetAnchor()[0].x() == 19.0);
+        ReleaseAt(24.0, 13.0);
+    }
+    EXPECT_EQ(manipulator->getViewpoint().focalPoint()->x(), camera);
 }
 
 struct Verdicts

@@ -234,7 +234,11 @@ TEST_F(Protocol, DragsTheDownhillHandleAndTheGridByName)
     EXPECT_TRUE(Drag(402, 300));
     EXPECT_EQ(Heard(), (QStringList{"drag", "drag window", "drag angle"}));
     EXPECT_TRUE(Drag(600, 450)) << "once grabbed it follows anywhere";
-    Release(600, 450);
+    EXPECT_TRUE(Drag(400, 300));
+    Release(400, 300);
+    Push(600, 450);
+    EXPECT_FALSE(Drag(601, 450)) << "a release ends that, also where the push was";
+    Release(601, 450);
     viewer->SetDownhillAngleNode(nullptr);
 
     handle.place->setName("TaskGrid7");
@@ -299,4 +303,57 @@ TEST_F(Protocol, TakesNoHarmFromEventsWithoutSense)
     handled->setHandled(true);
     EXPECT_FALSE(Send(handled));
     EXPECT_EQ(Heard(), QStringList());
+}
+
+TEST(ProtocolOfItsOwn, AListenerMayDeleteTheViewer)
+{
+    using M = CAxEarthManipulator;
+    using Listen = std::function<void(M*, QObject*, std::function<void()>)>;
+    const auto on = [](auto signal) -> Listen {
+        return [signal](M* mouse, QObject* context, std::function<void()> act) {
+            QObject::connect(mouse, signal, context, [act] { act(); });
+        };
+    };
+    using Point = void (M::*)(osg::Vec3d, osg::Vec3d);
+    using Window = void (M::*)(float, float);
+    const std::vector<std::pair<const char*, Listen>> rows{
+        {"pointed", on(&M::signalPointed)},
+        {"press", on(static_cast<Point>(&M::mouseLeftBtnPress))},
+        {"press window", on(static_cast<Window>(&M::mouseLeftBtnPress))},
+        {"move", on(&M::mouseLeftBtnMove)},
+        {"drag", on(static_cast<Point>(&M::mouseLeftBtnDrag))},
+        {"drag window", on(static_cast<Window>(&M::mouseLeftBtnDrag))},
+        {"release", on(static_cast<Point>(&M::mouseLeftBtnRelease))},
+        {"click", on(&M::mouseLeftBtnClick)},
+        {"double click", on(&M::mouseLeftBtnDoubleClick)},
+        {"right click", on(&M::signalRightBtnPicked)},
+        {"delete", on(&M::signalHandleKeyDelete)}};
+    for (const auto& [name, listen] : rows) {
+        SCOPED_TRACE(name);
+        QPointer<CAxEarthViewer> doomed = new CAxEarthViewer(nullptr);
+        const osg::ref_ptr<osgViewer::Viewer> view = doomed->getOSGViewer(); // as its event traversal does
+        listen(doomed->getManipulator(), doomed, [&doomed] { delete doomed.data(); });
+        using EA = GUIEventAdapter;
+        for (const auto& [type, button] : {std::pair{EA::MOVE, 0},
+                                           {EA::PUSH, 1},
+                                           {EA::RELEASE, 1},
+                                           {EA::PUSH, 1},
+                                           {EA::DRAG, 1},
+                                           {EA::DOUBLECLICK, 1},
+                                           {EA::RELEASE, 1},
+                                           {EA::PUSH, 4},
+                                           {EA::RELEASE, 4},
+                                           {EA::KEYUP, 0}}) {
+            osg::ref_ptr<EA> event = new EA;
+            event->setEventType(type);
+            event->setX(type == EA::DRAG ? 20.0f : 10.0f);
+            event->setY(10.0f);
+            event->setButton(button);
+            event->setButtonMask(type == EA::RELEASE ? 0 : button);
+            event->setKey(EA::KEY_Delete);
+            if (doomed)
+                doomed->getManipulator()->handle(*event, *view);
+        }
+        EXPECT_FALSE(doomed);
+    }
 }
