@@ -78,10 +78,12 @@ bool CAxEarthManipulator::handleModelActionScroll(const GUIEventAdapter& ea, osg
     // A centre on the hit itself has no way to go.
     if (distance > 0.0) {
         const double share = AxModelNavigation::ScrollStep(factor, distance) / distance;
-        const osg::Vec3d eye = getMatrix().getTrans();
-        const osg::Vec3d up = eye / eye.length();
+        const double range = getDistance() * (1.0 - share);
         clearViewpoint();
-        setByLookAtRaw(eye + (hit - eye) * share, _center + (hit - _center) * share, up);
+        // Eye and centre go the same share of their ways. Heading and pitch are kept, not worked out of the
+        // two places: straight down over one centre is not quite so over the next, towards anywhere.
+        setCenter(_center + (hit - _center) * share);
+        setDistance(range);
     }
     aa.requestRedraw();
     return true;

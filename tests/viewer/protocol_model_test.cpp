@@ -105,3 +105,28 @@ TEST_F(ProtocolModel, LooksWhereItIsTold)
     manipulator->setCameraLookAt(place, INFINITY, -40.0, 100.0);
     EXPECT_NEAR(manipulator->getViewpoint().getRange(), 50000.0, 1e-3);
 }
+
+TEST_F(ProtocolModel, TheWheelKeepsHeadingAndPitch)
+{
+    for (const double pitch : {-90.0, -60.0}) {
+        manipulator->setViewpoint(osgEarth::Viewpoint("", 20.0, 10.0, 0.0, 40.0, pitch, 8e6));
+        ASSERT_TRUE(WaitForPicture());
+        const osg::Vec2f aside = WindowOf(21.0, 11.0);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(Scroll(GUIEventAdapter::SCROLL_DOWN, aside.x(), aside.y()));
+        EXPECT_LT(manipulator->getDistance(), 7e6);
+        EXPECT_NEAR(manipulator->getViewpoint().getHeading(), 40.0, 1e-6) << pitch;
+        EXPECT_NEAR(manipulator->getViewpoint().getPitch(), pitch, 1e-6);
+    }
+}
+
+TEST_F(ProtocolModel, AShakyDoubleClickFliesAllTheSame)
+{
+    EXPECT_TRUE(DoubleClick(400, 300));
+    for (const float x : {401.0f, 402.0f})
+        EXPECT_TRUE(Drag(x, 300));
+    EXPECT_TRUE(manipulator->isSettingViewpoint());
+    Release(402, 300);
+    EXPECT_TRUE(manipulator->isSettingViewpoint());
+    manipulator->clearViewpoint();
+}
