@@ -371,15 +371,8 @@ void CAxHandleAdapter::updateAdapter()
         DropRubberBand();
     if (osg::Drawable* drawn = FindDrawable("Feature"))
         d->featureNode->removeDrawable(drawn);
-    const std::vector<osg::Vec3d> points = Outline();
-    if (points.size() < 2)
-        return;
-    const osg::ref_ptr<osgEarth::Symbology::Geometry> outline =
-        osgEarth::Symbology::Geometry::create(osgEarth::Symbology::Geometry::TYPE_POLYGON, &points);
-    const bool isClosed = ShapeKind().IsClosed() && points.size() > 2;
-    const osg::ref_ptr<osg::Geometry> shape =
-        CreateGeom(d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor, d->fillColor, 2.0f,
-                   *outline, isClosed, isClosed);
+    const osg::ref_ptr<osg::Geometry> shape = CreateOwnGeom(
+        d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor, d->fillColor, 2.0f);
     if (!shape)
         return;
     shape->setName("Feature");

@@ -267,8 +267,12 @@ protected:
 
     // Drawables. Points go in as longitude, latitude and altitude.
 
-    /// The outline of a shape, along great circles and on the ground, and with `filled` its fill, which needs
-    /// three points and a visible colour. `closed` leads the outline back to its first point.
+    /// The object's own shape: Outline() as its kind has it, along great circles and on the ground, and laid
+    /// on that anew as finer ground arrives. A ring of a visible colour is filled. Null for less than two
+    /// points. Only the latest one is kept on the ground.
+    osg::ref_ptr<osg::Geometry> CreateOwnGeom(osg::Vec4f edge, osg::Vec4f fill, float width);
+    /// Any other outline, once laid on the ground as it is now, and with `filled` its fill, which needs three
+    /// points and a visible colour. `closed` leads the outline back to its first point.
     osg::ref_ptr<osg::Geometry> CreateGeom(osg::Vec4f edge, osg::Vec4f fill, float width,
                                            const osgEarth::Symbology::Geometry& points, bool closed,
                                            bool filled);

@@ -98,6 +98,18 @@ AxHeightSource GroundOf(const QPointer<AxViewerParts>& viewer)
     };
 }
 
+// Null for a surface without a point on the globe.
+osg::ref_ptr<AxWorldGeometry> DrawSurface(const AxShapeSurface& surface, bool closed, const osg::Vec4f& edge,
+                                          const osg::Vec4f& fill, float width)
+{
+    if (surface.Mesh().points.empty())
+        return {};
+    osg::ref_ptr<AxWorldGeometry> shape = new AxWorldGeometry;
+    shape->SetLineWidth(width);
+    shape->SetShape(surface.Mesh(), closed, edge, fill);
+    return shape;
+}
+
 // The points in the plane that fits them best.
 std::vector<osg::Vec2d> InTheirPlane(const osg::Vec3Array& points, std::size_t first, std::size_t count)
 {
@@ -153,38 +165,37 @@ osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateGeom(osg::Vec4f edge, osg::V
                                                          const osgEarth::Symbology::Geometry& points,
                                                          bool closed, bool filled)
 {
-    const std::vector<osg::Vec3d>& vertices = points.asVector();
-    const bool isFilled = filled && vertices.size() > 2 && HasColor(fill);
-    // Other lines than the object's own, as the rubber band, must not push its edges out.
-    const bool isOwn = vertices == Outline();
-    AxShapeSurface passing;
-    AxShapeSurface& surface = isOwn ? d->drawing->surface : passing;
-    surface.SetVertices(vertices, closed, isFilled, GroundOf(d->viewer));
-    if (surface.Mesh().points.empty())
+    AxShapeSurface surface;
+    surface.SetVertices(points.asVector(), closed, filled && HasColor(fill), GroundOf(d->viewer));
+    return DrawSurface(surface, closed && points.size() > 2, edge, fill, width);
+}
+
+osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateOwnGeom(osg::Vec4f edge, osg::Vec4f fill, float width)
+{
+    const std::vector<osg::Vec3d> vertices = Outline();
+    if (vertices.size() < 2)
+        return {};
+    AxShapeDrawing& own = *d->drawing;
+    own.edge = edge;
+    own.fill = fill;
+    own.closed = ShapeKind().IsClosed() && vertices.size() > 2;
+    own.filled = own.closed && HasColor(fill);
+    own.surface.SetVertices(vertices, own.closed, own.filled, GroundOf(d->viewer));
+    if (own.surface.Mesh().points.empty())
         return {};
     // While it is edited the shape changes with each move of the mouse.
     const bool isSettled = d->operation == OperationIdle;
-    if (isOwn && isSettled)
-        surface.Refine(GroundOf(d->viewer));
-
-    osg::ref_ptr<AxWorldGeometry> shape = new AxWorldGeometry;
-    shape->SetLineWidth(width);
-    shape->SetShape(surface.Mesh(), closed && vertices.size() > 2, edge, fill);
-    if (!isOwn)
-        return shape;
-    d->drawing->shape = shape;
-    d->drawing->edge = edge;
-    d->drawing->fill = fill;
-    d->drawing->closed = closed && vertices.size() > 2;
-    d->drawing->filled = isFilled;
+    if (isSettled)
+        own.surface.Refine(GroundOf(d->viewer));
+    const osg::ref_ptr<AxWorldGeometry> shape = DrawSurface(own.surface, own.closed, edge, fill, width);
+    own.shape = shape;
     osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
-    if (!d->drawing->clamp && mapNode)
-        d->drawing->clamp =
-            std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
-    if (d->drawing->clamp) {
-        d->drawing->clamp->SetExtent(surface.Normals());
+    if (!own.clamp && mapNode)
+        own.clamp = std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
+    if (own.clamp) {
+        own.clamp->SetExtent(own.surface.Normals());
         if (!isSettled)
-            d->drawing->clamp->Ask();
+            own.clamp->Ask();
     }
     return shape;
 }

@@ -1,4 +1,5 @@
 // From the vertices of a shape to what is drawn: outline, fill, plane ring, place of the name.
+#include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/shape/AxRingInPlane.h"
 #include "scene/shape/AxShapeSurface.h"
 
@@ -451,4 +452,48 @@ TEST(LabelPlaces, LieWithinTheShape)
     EXPECT_FALSE(AxLabelPlace({}));
     EXPECT_FALSE(AxLabelPlace({{std::nan(""), 0, 0}}));
     EXPECT_TRUE(AxLabelPlace({{0, 0, 0}, {1, 1, 0}, {1, 0, 0}, {0, 1, 0}})); // crosses itself
+}
+
+namespace {
+// What kinds of object draw with.
+struct Primitives : CAxHandleAdapter
+{
+    using CAxHandleAdapter::AddEdgePrimitiveSet;
+    using CAxHandleAdapter::AddFillPrimitiveSet;
+};
+} // namespace
+
+TEST(ShapePrimitives, AFillHasItsOwnVerticesBelowItsEdge)
+{
+    const osg::Vec4f edge(1, 0, 0, 1);
+    const osg::Vec4f fill(0, 1, 0, 0.5f);
+    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
+    const std::vector<osg::Vec3> points{{9, 9, 9}, {0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {2, 1, 0}};
+    geometry->setVertexArray(new osg::Vec3Array(5, points.data()));
+    Primitives::AddFillPrimitiveSet(geometry, 2, 4, edge, fill, true); // there are not as many
+    Primitives::AddEdgePrimitiveSet(geometry, -1, 2, edge, false);
+    EXPECT_EQ(geometry->getNumPrimitiveSets(), 0u);
+    Primitives::AddFillPrimitiveSet(geometry, 1, 4, edge, fill, true);
+    ASSERT_EQ(geometry->getNumPrimitiveSets(), 2u);
+    const osg::PrimitiveSet& triangles = *geometry->getPrimitiveSet(0);
+    const auto& vertices = static_cast<const osg::Vec3Array&>(*geometry->getVertexArray());
+    const auto& colors = static_cast<const osg::Vec4Array&>(*geometry->getColorArray());
+    ASSERT_EQ(triangles.getMode(), GLenum(GL_TRIANGLES));
+    double area = 0.0;
+    for (unsigned i = 0; i + 2 < triangles.getNumIndices(); i += 3) {
+        const osg::Vec3 a = vertices[triangles.index(i)];
+        area +=
+            0.5 *
+            double(
+                ((vertices[triangles.index(i + 1)] - a) ^ (vertices[triangles.index(i + 2)] - a)).length());
+        EXPECT_EQ(colors[triangles.index(i)], fill);
+    }
+    EXPECT_NEAR(area, 6.0, 1e-5) << "a dart, not its hull";
+    EXPECT_EQ(geometry->getPrimitiveSet(1)->getMode(), GLenum(GL_LINE_LOOP));
+    EXPECT_EQ(geometry->getPrimitiveSet(1)->getNumIndices(), 4u);
+    EXPECT_EQ(colors[1], edge);
+    EXPECT_NE(colors[0], edge);
+    Primitives::AddFillPrimitiveSet(geometry, 1, 4, edge, osg::Vec4f(), false); // nothing to be seen
+    ASSERT_EQ(geometry->getNumPrimitiveSets(), 3u);
+    EXPECT_EQ(geometry->getPrimitiveSet(2)->getMode(), GLenum(GL_LINE_STRIP));
 }
