@@ -118,8 +118,9 @@ public:
     CAxHandleAdapter* createShapeNode();
 
     /// Enters a finished object under its handle ID, with a block record where
-    /// there is none yet, and takes it over. False for null and for an ID that
-    /// is taken; the object then stays its owner's.
+    /// there is none yet, and takes it over. False for null, for an ID that is
+    /// taken, and for an object that was made for another viewer or for none;
+    /// the object then stays its owner's.
     bool AddHandleAdapter(CAxHandleAdapter* adapter);
     /// Draws a block record that has no object yet, as after a project was
     /// loaded. Null for an unknown or drawn ID, a record without enough vertices,

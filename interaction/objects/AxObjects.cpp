@@ -34,7 +34,8 @@ void AxObjects::Forget(CAxHandleAdapter* object)
 
 bool AxObjects::Add(CAxHandleAdapter* object)
 {
-    if (!object)
+    // Only an object of this viewer tells it of its end.
+    if (!object || object->Parts() != &parts || object->IsLeaving())
         return false;
     const QString id = object->GetHandleID();
     if (!registry.emplace(id, object).second)

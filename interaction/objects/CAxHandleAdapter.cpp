@@ -67,6 +67,11 @@ bool CAxHandleAdapter::Running::IsWanted() const
     return adapter && !adapter->IsLeaving();
 }
 
+bool CAxHandleAdapter::Running::IsGone() const
+{
+    return !adapter;
+}
+
 CAxHandleAdapter::CAxHandleAdapter(CAxEarthViewer* viewer, QObject* parent)
     : QObject(parent), d(std::make_unique<AxHandleAdapterState>())
 {
@@ -105,6 +110,8 @@ void CAxHandleAdapter::Leave()
     // One of its slots is still running; whoever looks meanwhile finds it nowhere.
     d->leaving = true;
     leaveScene();
+    if (d->viewer)
+        d->viewer->Objects().Forget(this);
 }
 
 void CAxHandleAdapter::JoinScene()

@@ -238,6 +238,7 @@ protected:
         Running(const Running&) = delete;
         Running& operator=(const Running&) = delete;
         bool IsWanted() const; ///< false once the object was removed meanwhile
+        bool IsGone() const;   ///< true once it was destroyed all the same, by whoever holds its pointer
 
     private:
         QPointer<CAxHandleAdapter> adapter;
@@ -291,6 +292,10 @@ protected:
 private:
     void prepareDrawing();
     bool layOnGround();
+    bool isRegistered() const;
+    bool keepDrawing();
+    void dropDrawing(bool deleteBlock);
+    void letGoOf(const QList<CAxTaskPolygon*>& tasks);
     bool mayEdit() const;
     void leaveScene();
 };

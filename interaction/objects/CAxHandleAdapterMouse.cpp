@@ -72,10 +72,32 @@ void CAxHandleAdapter::EndHandle()
     const bool isAccepted = AxOutcomeOf(CheckGeometry()) == AxOutcome::Accepted;
     if (!self.IsWanted() || !d->viewer)
         return;
-    if (isAccepted && d->viewer->Objects().Add(this))
+    if (!isAccepted || !keepDrawing())
+        dropDrawing(true);
+    else if (self.IsWanted())
         HandleEnd();
-    else
-        d->viewer->Objects().Remove(this, true);
+}
+
+bool CAxHandleAdapter::isRegistered() const
+{
+    return d->viewer && d->viewer->Objects().Find(d->handleID) == this;
+}
+
+// A drawing that went on with an object that was there before is an edit of it.
+bool CAxHandleAdapter::keepDrawing()
+{
+    if (!isRegistered())
+        return d->viewer->Objects().Add(this);
+    UpdateCurrentOperate();
+    return true;
+}
+
+void CAxHandleAdapter::dropDrawing(bool deleteBlock)
+{
+    if (isRegistered())
+        ReturnLastOperate();
+    else if (d->viewer)
+        d->viewer->Objects().Remove(this, deleteBlock);
 }
 
 void CAxHandleAdapter::slotDoubleClicked(osg::Vec3d, osg::Vec3d)
@@ -108,24 +130,26 @@ void CAxHandleAdapter::FinishDrawing()
     const EToolType tool = d->viewer->Tools().Tool();
     d->operation = OperationIdle;
     d->cursorLabel.Hide();
+    // Whoever hears of a step on the way may remove the object, and its end is told all the same.
     const AxOutcome outcome = AxOutcomeOf(CheckGeometry());
+    const bool isAccepted = outcome == AxOutcome::Accepted;
+    const bool isKept = isAccepted && self.IsWanted() && d->viewer && keepDrawing();
+    if (isKept && self.IsWanted())
+        HandleEnd();
+    const int response = isKept && self.IsWanted() ? ResponseDoubleClickWhenDraw() : 0;
+    if (self.IsGone())
+        return;
+    if (isKept && self.IsWanted())
+        emit signalHandleEnd(d->handleID, response >= 0);
+    else
+        emit signalHandleEnd(QString(), outcome == AxOutcome::RefusedWithReset);
+    if (!self.IsGone())
+        emit signalHandlePickEnded(tool);
     if (!self.IsWanted() || !d->viewer)
         return;
-    const bool isAccepted = outcome == AxOutcome::Accepted;
-    if (!isAccepted || !d->viewer->Objects().Add(this)) {
-        emit signalHandleEnd(QString(), outcome == AxOutcome::RefusedWithReset);
-        emit signalHandlePickEnded(tool);
-        if (self.IsWanted() && d->viewer)
-            d->viewer->Objects().Remove(this, !isAccepted);
-        return;
-    }
-    HandleEnd();
-    const int response = ResponseDoubleClickWhenDraw();
-    if (!self.IsWanted())
-        return;
-    emit signalHandleEnd(d->handleID, response >= 0);
-    emit signalHandlePickEnded(tool);
-    if (response == discard && self.IsWanted() && d->viewer)
+    if (!isKept)
+        dropDrawing(!isAccepted);
+    else if (response == discard)
         d->viewer->Objects().Remove(this, true);
 }
 
@@ -139,7 +163,7 @@ bool CAxHandleAdapter::CancelHandle()
     d->operation = OperationIdle;
     d->editIndex = -1;
     d->mouseState = released;
-    if (isDrawing && d->viewer->Objects().Find(d->handleID) != this) {
+    if (isDrawing && !isRegistered()) {
         const EToolType tool = d->viewer->Tools().Tool();
         d->viewer->Objects().Remove(this, true);
         emit signalHandleEnd(QString(), false);

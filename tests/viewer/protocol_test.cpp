@@ -6,6 +6,8 @@
 #include <osgEarth/Map>
 #include <osgEarth/ModelLayer>
 
+#include <QUndoStack>
+
 #include <cmath>
 #include <limits>
 
@@ -152,6 +154,36 @@ TEST_F(Protocol, BeginsNoDrawingWhereItIsNotWanted)
     begun[0]->GetAnchorEditor()->SetDragState(true);
     Push(400, 300);
     EXPECT_EQ(begun.size(), 1u) << "a vertex is held";
+}
+
+TEST_F(Protocol, GoesOnWithAnObjectAndNeverLosesIt)
+{
+    viewer->GetUndoStack()->clear();
+    for (const bool byDoubleClick : {true, false})
+        for (const int verdict : {1, -2}) {
+            SCOPED_TRACE(verdict);
+            auto block = std::make_unique<TestBlock>(viewer, "video", CAxBlock::VideoBlock);
+            block->GetAnchor() = {{18.0, 8.0, 0.0}, {22.0, 8.0, 0.0}, {20.0, 12.0, 0.0}};
+            ASSERT_TRUE(viewer->AddHandleAdapter(block.get()));
+            viewer->SetNodeSelected(block->GetFeatureNode(), false, false);
+            viewer->SetToolType(ToolContinueBlock);
+            Push(400, 300);
+            Release(400, 300);
+            EXPECT_EQ(block->GetHandleOperation(), OperationDrawing);
+            block->GetAnchor()[0].x() = 17.0;
+            block->verdict = verdict;
+            if (byDoubleClick)
+                DoubleClick(400, 300);
+            viewer->SetToolType(ToolNavigate);
+            Release(400, 300);
+            ASSERT_EQ(viewer->FindExistNode(QStringLiteral("video")), block.get());
+            EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+            EXPECT_EQ(block->GetAnchor()[0].x(), verdict > 0 ? 17.0 : 18.0);
+            ASSERT_NE(block->GetContainedBlock(), nullptr);
+            EXPECT_EQ(block->GetContainedBlock()->GetAnchor()[0].x(), block->GetAnchor()[0].x());
+            EXPECT_EQ(viewer->GetUndoStack()->canUndo(), verdict > 0);
+            viewer->GetUndoStack()->clear();
+        }
 }
 
 TEST_F(Protocol, HoldsTheCameraForToolsThatDrawByDragging)

@@ -25,6 +25,11 @@ TEST_F(Registry, KeepsTheFirstObjectOfAnIdAndTheRecordThatIsThere)
 
     TestBlock twin(viewer, "known");
     EXPECT_FALSE(viewer->AddHandleAdapter(&twin));
+    CAxEarthViewer other(nullptr);
+    for (CAxEarthViewer* maker : {&other, static_cast<CAxEarthViewer*>(nullptr)}) {
+        CAx3DGeometry foreign(maker, nullptr);
+        EXPECT_FALSE(viewer->AddHandleAdapter(&foreign)) << "it would not tell of its end";
+    }
     EXPECT_FALSE(viewer->AddHandleAdapter(nullptr));
     EXPECT_EQ(viewer->FindExistNode("known"), known);
     EXPECT_EQ(viewer->FindExistNode(fresh->GetFeatureNode()), fresh);
@@ -124,8 +129,25 @@ TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
     EXPECT_TRUE(waitFor([&] { return !object; }));
 
     // By one that hears of the new record.
+    ended.clear();
+    pickEnded.clear();
     during(QObject::connect(blocks, &CAxBlockManager::blockAdded, viewer, remove), [&] { DrawTriangle(); });
     EXPECT_TRUE(blocks->GetBlockList().isEmpty());
+    EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), false}}))
+        << "the drawing has ended all the same";
+    EXPECT_EQ(pickEnded, QList<EToolType>{ToolPolygonBlock});
+
+    // In one of its own slots, and hanging elsewhere.
+    object = Import("elsewhere", ring);
+    during(QObject::connect(object, &CAxHandleAdapter::signalHandleEnd, viewer,
+                            [&] {
+                                viewer->GetGeomAdapterGroup()->removeChild(object->GetFeatureNode());
+                                viewer->RemoveHanderAdapter(object.data(), false);
+                                EXPECT_TRUE(object);
+                                EXPECT_EQ(viewer->FindExistNode(QStringLiteral("elsewhere")), nullptr);
+                            }),
+           [&] { object->slotDoubleClicked({}, {}); });
+    blocks->DeleteBlock("elsewhere");
 
     // By one that hears that nothing is selected any more.
     object = Import("selected", ring);
