@@ -6,6 +6,7 @@
 #include <QString>
 
 class CAxTaskPolygon;
+class QObject;
 
 /// The route of a task, as the map object to whose block it belongs deals with it. GUI thread.
 class AXEARTHVIEWER_EXPORT AxTaskRoute
@@ -13,6 +14,8 @@ class AXEARTHVIEWER_EXPORT AxTaskRoute
 public:
     virtual ~AxTaskRoute() = default;
 
+    /// The same as a Qt object, whose end can be heard of.
+    virtual QObject& AsObject() = 0;
     /// Of the task that it belongs to; unique within the block.
     virtual const QString& GetTaskID() const = 0;
     /// Where the aircraft takes off and lands: longitude, latitude, altitude; null until set.

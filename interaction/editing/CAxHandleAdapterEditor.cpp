@@ -123,7 +123,7 @@ void CAxHandleAdapterEditor::addDragger()
     if (map && map->getTerrain()) {
         clamp = new CAxClampObjectCallback(dragger, vertex, coarsestLod);
         connect(clamp.get(), &CAxClampObjectCallback::signalPositionChanged, this,
-                &CAxHandleAdapterEditor::slotPositionChanged);
+                [this](double lng, double lat, double alt, int at) { takeHeight(lng, lat, alt, at); });
         map->getTerrain()->addTerrainCallback(clamp);
     }
     clamps.push_back(clamp);
@@ -264,6 +264,19 @@ void CAxHandleAdapterEditor::slotPositionChanged(double dLng, double dLat, doubl
     if (!shape || nIndex < 0 || nIndex >= static_cast<int>(shape->GetAnchor().size()))
         return;
     shape->GetAnchor()[std::size_t(nIndex)].set(dLng, dLat, dAlt);
+    edges->outdated = true;
+}
+
+// A tile may come while the vertices are elsewhere already, and the handles are not in step yet: a height
+// holds for its place alone, and says nothing of longitude and latitude.
+void CAxHandleAdapterEditor::takeHeight(double lng, double lat, double alt, int vertex)
+{
+    if (!shape || vertex < 0 || vertex >= static_cast<int>(shape->GetAnchor().size()))
+        return;
+    osg::Vec3d& anchor = shape->GetAnchor()[std::size_t(vertex)];
+    if (anchor.x() != lng || anchor.y() != lat)
+        return;
+    anchor.z() = alt;
     edges->outdated = true;
 }
 

@@ -129,6 +129,7 @@ private:
     void removeDraggersFrom(std::size_t first);
     void paint(CAxDragger& dragger);
     void setUserValueOnAll(const char* name, bool value);
+    void takeHeight(double lng, double lat, double alt, int vertex);
     bool isClosed() const;
     bool mayEdit() const;
     bool hasEdgeHandles() const;

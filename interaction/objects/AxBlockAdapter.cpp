@@ -99,8 +99,8 @@ void AxBlockAdapter::HandleEnd()
 void AxBlockAdapter::SetAdapterVisible(bool visible, QString)
 {
     // Nobody goes on dragging what is not seen.
-    if (!visible && d->operation == OperationMovePoint)
-        CancelHandle();
+    if (!visible)
+        GiveUpEdit();
     d->visible = visible;
     SetFeatureNodeVisible(visible);
     SetNameVisible(visible);
@@ -121,6 +121,8 @@ void AxBlockAdapter::ImportGeometry(const std::vector<osg::Vec3d>& points, bool 
     if (!std::all_of(points.begin(), points.end(), [](const osg::Vec3d& point) { return point.valid(); }))
         return;
     GetAnchor() = points;
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
     updateAdapter();
     DrawNameLabel();
     if (d->lockNode->getNodeMask() != 0)

@@ -21,6 +21,9 @@ void AxObjects::SetCurrent(CAxHandleAdapter* object)
     if (current == object)
         return;
     if (CAxHandleAdapter* former = current) {
+        // It would not hear of the release any more; a move of several ends them all by itself.
+        if (!selected.contains(former))
+            former->GiveUpEdit();
         former->DisconnectMouseEvent();
         // A handle that nobody listens to would take an edit that is never committed.
         former->SetAnchorEditorEnabled(false);

@@ -143,12 +143,14 @@ public:
     /// an average as it was.
     bool GetElevationMinMax(double& min, double& max) const;
     bool GetElevationsAverage(double& average) const;
-    bool GeometryModifyed() const; ///< whether the vertices differ from those of the block record
+    bool GeometryModifyed() const; ///< whether there is a block record, and its vertices differ
 
     // Its routes, not owned; an object with routes is not moved
 
-    /// In the order in which they were added. A task that is added twice counts once; GetTask() is null for
-    /// an unknown ID; whoever made a route still owns it when it was removed.
+    /// In the order in which they were added. A task that is added twice counts once, and ends a move of the
+    /// object or its vertices; GetTask() is null for an unknown ID. Whoever made a route still owns it when
+    /// it was removed, and may destroy it before. The last one that goes gives the current object its
+    /// handles back.
     const QList<CAxTaskPolygon*>& GetTaskList() const;
     CAxTaskPolygon* GetTask(const QString& taskID) const;
     void AddTask(CAxTaskPolygon* task);
@@ -174,6 +176,8 @@ public:
     /// Gives up what is going on: a drawing is removed with the object, a drag goes back to the block record.
     /// True when there was something to give up.
     bool CancelHandle() override;
+    /// The same for a drag of a vertex or of the object, but not for a drawing.
+    void GiveUpEdit();
     /// While drawing, takes the last vertex back; the first one ends nothing. True when it did.
     bool RemoveLastPoint();
     /// Takes a vertex away, or puts one before `index`, by the same path as a drag: judged, then committed or

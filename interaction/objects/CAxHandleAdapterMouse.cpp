@@ -179,6 +179,12 @@ bool CAxHandleAdapter::CancelHandle()
     return true;
 }
 
+void CAxHandleAdapter::GiveUpEdit()
+{
+    if (d->operation == OperationMovePoint || d->operation == OperationMoveHandle)
+        CancelHandle();
+}
+
 bool CAxHandleAdapter::RemoveLastPoint()
 {
     std::vector<osg::Vec3d>& points = GetAnchor();

@@ -1,5 +1,6 @@
 // The part of the map object that keeps its routes.
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "scene/AxObjectBook.h"
 #include "scene/AxTaskRoute.h"
 
 #include <algorithm>
@@ -22,6 +23,12 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
 {
     if (!task || d->tasks.contains(task))
         return;
+    const Running self(this);
+    GiveUpEdit();
+    if (!self.IsWanted())
+        return;
+    // Its maker may destroy it without a word.
+    connect(&AxRouteOf(task)->AsObject(), &QObject::destroyed, this, [this, task] { letGoOf({task}); });
     d->tasks += task;
     SetAnchorEditorEnabled(false);
     UpdateColor();
@@ -29,16 +36,30 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
 
 void CAxHandleAdapter::RemoveTask(const QString& taskID)
 {
-    if (d->tasks.removeOne(GetTask(taskID)))
-        UpdateColor();
+    if (CAxTaskPolygon* task = GetTask(taskID)) {
+        AxRouteOf(task)->AsObject().disconnect(this);
+        letGoOf({task});
+    }
 }
 
 void CAxHandleAdapter::RemoveAllTask()
 {
-    if (d->tasks.isEmpty())
+    for (CAxTaskPolygon* task : qAsConst(d->tasks))
+        if (AxTaskRoute* route = AxRouteOf(task))
+            route->AsObject().disconnect(this);
+    letGoOf(QList<CAxTaskPolygon*>(d->tasks));
+}
+
+// Of a route that is being destroyed only the address is left.
+void CAxHandleAdapter::letGoOf(const QList<CAxTaskPolygon*>& tasks)
+{
+    if (tasks.isEmpty())
         return;
-    d->tasks.clear();
+    for (CAxTaskPolygon* task : tasks)
+        d->tasks.removeOne(task);
     UpdateColor();
+    if (d->tasks.isEmpty() && isRegistered() && d->viewer->Objects().Current() == this)
+        SetAnchorEditorEnabled(true);
 }
 
 CAxVector3D CAxHandleAdapter::GetTaskLingPosition(const QString& taskID) const

@@ -10,7 +10,8 @@
 /**
  * The route of one task, as the map object to whose block it belongs knows it:
  * which task, where it begins and where its aircraft lands. Owned by whoever
- * made it; the object lets go of it with RemoveTask(). GUI thread only.
+ * made it; the object lets go of it with RemoveTask(), or when it is destroyed.
+ * GUI thread only.
  */
 class AXEARTHVIEWER_EXPORT CAxTaskPolygon : public QObject, public AxTaskRoute
 {
@@ -22,6 +23,7 @@ public:
     /// Before it is added to a map object, which finds it by that ID.
     void SetTaskID(const QString& id) { taskID = id; }
     const QString& GetTaskID() const override { return taskID; }
+    QObject& AsObject() override { return *this; }
     /// Index of the chosen entry point, -1 when none was chosen.
     void SetEntryPoint(int index) override { entryPoint = index; }
     int GetEntryPoint() const { return entryPoint; }

@@ -2,6 +2,8 @@
 #include "EditorFixture.h"
 #include "ModalBox.h"
 
+#include "mission/routes/CAxTaskPolygon.h"
+
 #include <QUndoStack>
 
 class EditorOfBlock : public EditorFixture
@@ -124,4 +126,42 @@ TEST_F(EditorOfBlock, EndsWithTheBlockInTheMiddleOfADrag)
     Give(Event::DRAG, from + osg::Vec2f(60.0f, 30.0f));
     Give(Event::RELEASE, from + osg::Vec2f(60.0f, 30.0f));
     EXPECT_FALSE(findNode(viewer->GetDrawNodeGroup(), "AnchorEditor"));
+}
+
+TEST_F(EditorOfBlock, HandlesFollowVerticesFromOutside)
+{
+    std::vector<osg::Vec3d> shifted = block->GetAnchor();
+    for (osg::Vec3d& vertex : shifted)
+        vertex.x() += 0.01;
+    block->ImportGeometry(shifted, false);
+    EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList()[0]->GetPlace(), shifted[0]);
+    // Told of by nobody, as in the middle of a check: tiles that arrive must not bring the old places back.
+    block->GetAnchor()[0].x() += 0.02;
+    shifted[0].x() += 0.02;
+    manipulator->setViewpoint(osgEarth::Viewpoint("", longitude, latitude, 3027.0, 20.0, -50.0, 4000.0));
+    ASSERT_TRUE(WaitForPicture());
+    for (std::size_t i = 0; i < shifted.size(); ++i)
+        EXPECT_EQ(block->GetAnchor()[i].x(), shifted[i].x()) << i;
+}
+
+TEST_F(EditorOfBlock, RoutesAndHidingEndItsEditAndGiveTheHandlesBack)
+{
+    CAxTaskPolygon route;
+    for (const bool isHidden : {true, false}) {
+        block->GetAnchor()[0].x() += 0.01;
+        block->HandleMoved(0.01, 0.0, 0.0);
+        isHidden ? viewer->slotBlockVisible(QStringLiteral("held"), false) : block->AddTask(&route);
+        EXPECT_EQ(block->GetHandleOperation(), OperationIdle);
+        EXPECT_EQ(block->GetAnchor()[0].x(), Record()[0].x());
+        isHidden ? viewer->slotBlockVisible(QStringLiteral("held"), true)
+                 : block->RemoveTask(route.GetTaskID());
+        EXPECT_NE(block->GetAnchorEditor(), nullptr);
+    }
+    {
+        CAxTaskPolygon dying;
+        block->AddTask(&dying);
+        EXPECT_EQ(block->GetAnchorEditor(), nullptr);
+    }
+    EXPECT_TRUE(block->GetTaskList().isEmpty()) << "its maker destroyed it without a word";
+    EXPECT_NE(block->GetAnchorEditor(), nullptr);
 }
