@@ -140,30 +140,15 @@ void AxBlockAdapter::ClearPoints()
 
 void AxBlockAdapter::ResponseHandlePointMoved(osg::Vec3d, osg::Vec3d)
 {
-    endEdit();
+    _ReponseHandleMove();
 }
 
 void AxBlockAdapter::ResponseHandleMoved(osg::Vec3d, osg::Vec3d)
 {
-    endEdit();
-}
-
-void AxBlockAdapter::endEdit()
-{
-    const Running self(this);
-    if (_ReponseHandleMove() && self.IsWanted())
-        DrawNameLabel();
+    _ReponseHandleMove();
 }
 
 QWidget* AxBlockAdapter::BoxParent() const
 {
     return d->viewer ? d->viewer->Widget() : nullptr;
-}
-
-std::vector<osg::Vec3d> AxBlockAdapter::VerticesOf(const CAxBlock& block)
-{
-    std::vector<osg::Vec3d> points;
-    for (const QPointF& point : block.GetAnchor())
-        points.emplace_back(point.x(), point.y(), 0.0);
-    return points;
 }

@@ -49,9 +49,4 @@ protected:
     void ShowHandles();
     /// The widget for boxes, or null.
     QWidget* BoxParent() const;
-    /// The vertices of a record: longitude and latitude in degrees, altitude 0.
-    static std::vector<osg::Vec3d> VerticesOf(const CAxBlock& block);
-
-private:
-    void endEdit();
 };

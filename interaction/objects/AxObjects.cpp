@@ -1,5 +1,6 @@
 // Which objects there are.
 #include "interaction/objects/AxObjects.h"
+#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
@@ -45,9 +46,7 @@ bool AxObjects::Add(CAxHandleAdapter* object)
     CAxBlockManager& blocks = CAxBlockManager::instance();
     if (blocks.GetBlock(id) || object->GetBlockType() == CAxBlock::MarkPointBlock)
         return true;
-    QList<QPointF> ring;
-    for (const osg::Vec3d& point : object->GetAnchor())
-        ring += QPointF(point.x(), point.y());
+    const QList<QPointF> ring = AxRingOf(object->GetAnchor());
     // Who hears of the record may have removed object and record by the time it is here.
     if (CAxBlock* block = blocks.AddBlock(id, object->GetBlockType()))
         block->SetAnchor(ring);

@@ -19,7 +19,8 @@ public:
     /// km², the same for both directions of the ring; see AxBlockArea().
     double GetArea();
 
-    /// The dialog of one corner: its coordinates, and "Delete".
+    /// The dialog of one corner: its coordinates, and "Delete". In its place a box says why a block that is
+    /// locked or has routes has none.
     void ResponseDoubleClickOnPoint(int index, osg::Vec3d point) override;
     /// The dialog of the block: its name and area. A block with routes has none.
     void ResponseDoubleClickOnBlock() override;
@@ -34,6 +35,7 @@ protected:
     AxVerdict JudgeShape() override;
 
 private:
+    bool isFreeToEdit();
     void moveVertexTo(int index, const QString& latitude, const QString& longitude);
     void deleteVertexOfBlock(int index);
 };

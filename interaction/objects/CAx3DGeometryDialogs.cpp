@@ -1,4 +1,5 @@
 // What a double click on a polygon block, or on one of its corners, opens.
+#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/CAx3DGeometry.h"
 #include "scene/AxObjectBook.h"
@@ -69,7 +70,7 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
 void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
 {
     const CAxBlock* block = GetContainedBlock();
-    if (index < 0 || !block || index >= block->GetAnchor().size())
+    if (index < 0 || !block || index >= block->GetAnchor().size() || !isFreeToEdit())
         return;
     const Running self(this);
     const QPointF vertex = block->GetAnchor().at(index);
@@ -89,6 +90,17 @@ void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
         moveVertexTo(index, values.at(0), values.at(1));
 }
 
+// Handles that are not there are not double-clicked, but a host may ask for the dialog, and lock the block
+// while it is open.
+bool CAx3DGeometry::isFreeToEdit()
+{
+    if (mayChangeCount())
+        return true;
+    AxShowNotice(BoxParent(), tr("Vertex"),
+                 tr("The corners of a block that is locked or has routes cannot be changed."));
+    return false;
+}
+
 void CAx3DGeometry::deleteVertexOfBlock(int index)
 {
     const Running self(this);
@@ -102,9 +114,9 @@ void CAx3DGeometry::deleteVertexOfBlock(int index)
         AxShowNotice(BoxParent(), tr("Delete Block"), tr("The survey block anchor must be not less than 3."));
         return;
     }
-    if (!mayChangeCount())
+    if (!isFreeToEdit())
         return;
-    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
     points.erase(points.begin() + index);
     ChangeVertices(std::move(points), tr("Delete vertex"));
     if (self.IsWanted())
@@ -135,10 +147,9 @@ void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QStri
     const QPointF vertex = block->GetAnchor().at(index);
     if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
         return;
-    std::vector<osg::Vec3d> points = VerticesOf(*block);
+    if (!isFreeToEdit())
+        return;
+    std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
     points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
-    const Running self(this);
     ChangeVertices(std::move(points), tr("Move vertex"));
-    if (self.IsWanted())
-        DrawNameLabel();
 }

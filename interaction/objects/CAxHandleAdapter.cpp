@@ -2,6 +2,7 @@
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/editing/AxBlockCommands.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxShapeFactories.h"
 #include "interaction/objects/AxVerdict.h"
@@ -29,15 +30,6 @@ void TakeOutOfScene(osg::Node* node)
 {
     while (node && node->getNumParents() > 0)
         node->getParent(0)->removeChild(node);
-}
-
-QList<QPointF> RingOf(const std::vector<osg::Vec3d>& points)
-{
-    QList<QPointF> ring;
-    ring.reserve(static_cast<int>(points.size()));
-    for (const osg::Vec3d& point : points)
-        ring += QPointF(point.x(), point.y());
-    return ring;
 }
 
 // QPointF compares with a tolerance of its own.
@@ -360,7 +352,7 @@ bool CAxHandleAdapter::GeometryModifyed() const
     const CAxBlock* block = GetContainedBlock();
     // The base's accessor is virtual for subclasses that keep their vertices elsewhere.
     auto* self = const_cast<CAxHandleAdapter*>(this);
-    return d->featureNode && (!block || !IsSame(RingOf(self->GetAnchor()), block->GetAnchor()));
+    return d->featureNode && block && !IsSame(AxRingOf(self->GetAnchor()), block->GetAnchor());
 }
 
 void CAxHandleAdapter::update()
@@ -390,11 +382,14 @@ void CAxHandleAdapter::UpdateCurrentOperate()
 {
     const Running self(this);
     update();
+    if (!self.IsWanted())
+        return;
+    DrawNameLabel();
     CAxBlock* block = GetContainedBlock();
-    if (!block || !self.IsWanted())
+    if (!block)
         return;
     const QList<QPointF> before = block->GetAnchor();
-    const QList<QPointF> after = RingOf(GetAnchor());
+    const QList<QPointF> after = AxRingOf(GetAnchor());
     QString text = std::exchange(d->editText, QString());
     if (IsSame(before, after))
         return;
@@ -418,13 +413,10 @@ void CAxHandleAdapter::ReturnLastOperate()
     };
     if (!std::all_of(ring.begin(), ring.end(), isPlace))
         return;
-    std::vector<osg::Vec3d>& points = GetAnchor();
-    points.clear();
-    for (const QPointF& point : ring)
-        points.emplace_back(point.x(), point.y(), 0.0);
+    GetAnchor() = AxVerticesOf(ring);
     GetBlockElevation();
     // A copy, because importing replaces the vertices.
-    ImportGeometry(std::vector<osg::Vec3d>(points), false);
+    ImportGeometry(std::vector<osg::Vec3d>(GetAnchor()), false);
     if (d->anchorEditor)
         d->anchorEditor->Update();
 }

@@ -70,7 +70,7 @@ public:
     std::vector<osg::Vec3d>& GetAnchor() override;
     virtual osg::ref_ptr<osgEarth::Symbology::Geometry> GetGeometry(); ///< the vertices as a polygon
     /// Draws the object anew and makes it the viewer's current one when its vertices differ from the
-    /// record's.
+    /// record's; nothing without a record.
     virtual void update();
     /// Takes the altitudes of the vertices from the ground; false without vertices.
     virtual bool GetBlockElevation();
@@ -255,7 +255,7 @@ protected:
     void CreateEditor();          ///< of the vertices, without switching the object's own state
     virtual void updateAdapter(); ///< draws the vertices anew
     /// Writes the vertices into the block record, altitudes dropped, and onto the undo stack; nothing when
-    /// there is no record.
+    /// there is no record. The name goes along with them.
     void UpdateCurrentOperate();
     /// The end of an edit: a refused geometry falls back to the record, an accepted one is written to it.
     /// True when it was accepted.

@@ -292,8 +292,6 @@ void CAxHandleAdapter::EndMoved(int code)
         ReturnLastOperate();
     if (!self.IsWanted())
         return;
-    if (d->nameLabel)
-        DrawNameLabel();
     d->operation = OperationIdle;
     if (d->anchorEditor)
         d->anchorEditor->SetMoveAdapter(false);

@@ -796,6 +796,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>测区的顶点不能少于 3 个。</translation>
     </message>
     <message>
+        <source>The corners of a block that is locked or has routes cannot be changed.</source>
+        <translation>已锁定或带有航线的测区，其顶点不能更改。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; is not a latitude between -90 and 90.</source>
         <translation>“%1”不是 -90 到 90 之间的纬度。</translation>
     </message>

@@ -153,6 +153,9 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     CAxBlockManager::instance().DeleteBlock("block");
     drag(0, 18.5, 8.0);
     EXPECT_EQ(block->GetAnchor()[0].x(), 18.5);
+    viewer->SetNodeSelected(nullptr, false, false);
+    block->update();
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr) << "without a record there is nothing to differ from";
     block->ResponseDoubleClickOnBlock();
     block->ResponseDoubleClickOnPoint(0, osg::Vec3d());
 }
@@ -199,7 +202,9 @@ TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
 {
     QPointer<CAx3DGeometry> block = Import("block", square);
     viewer->slotFocusBlock("block");
+    const double name = block->GetNameLabel()->getPosition().x();
     EXPECT_TRUE(block->InsertVertex(4, osg::Vec3d(16.0, 10.0, 0.0)));
+    EXPECT_LT(block->GetNameLabel()->getPosition().x(), name - 0.1) << "the name goes along";
     EXPECT_TRUE(block->DeleteVertex(0));
     const QString first = block->GetContainedBlock()->GetBlockName();
     EXPECT_TRUE(viewer->RenameBlock("block", "Field"));
@@ -300,6 +305,29 @@ TEST_F(Polygon, TellsItsMiddleAndItsHeights)
     EXPECT_TRUE(block->GetElevationsAverage(mean));
     EXPECT_LE(low, mean);
     EXPECT_LE(mean, high);
+}
+
+TEST_F(Polygon, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
+{
+    CAx3DGeometry* block = Import("block", square);
+    CAxTaskPolygon route;
+    block->AddTask(&route);
+    for (const char* why : {"routes", "locked", "locked while it is open"}) {
+        SCOPED_TRACE(why);
+        ModalBox box;
+        if (why == QByteArray("locked while it is open"))
+            box.answers = {[](QDialog& dialog) {
+                viewer->slotBlockLock("block", true);
+                ModalBox::Fill({"7.5", "23.25"})(dialog);
+            }};
+        block->ResponseDoubleClickOnPoint(1, osg::Vec3d());
+        EXPECT_EQ(box.count, why == QByteArray("locked while it is open") ? 2 : 1);
+        EXPECT_TRUE(
+            box.texts.contains("The corners of a block that is locked or has routes cannot be changed."));
+        EXPECT_EQ(Ring(block), square);
+        block->RemoveAllTask();
+        viewer->slotBlockLock("block", why == QByteArray("routes"));
+    }
 }
 
 TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
