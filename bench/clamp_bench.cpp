@@ -94,10 +94,7 @@ void Clamp(benchmark::State& state)
         state.SkipWithError("no tile under all handles");
         return;
     }
-    const auto arrive = [&] {
-        terrain.notifyTileAdded(key, finder.tile);
-        terrain.fireQueuedTiles();
-    };
+    const auto arrive = [&] { terrain.fireTileAdded(key, finder.tile); };
     // Values that were set once stay, as they do after the first move of a block.
     object.GetAnchorEditor()->SetMoveAdapter(false);
     arrive();

@@ -12,6 +12,8 @@ using namespace osgEarth;
 namespace {
 struct Recorder : public MapCallback
 {
+    void onBeginUpdate() override { events.emplace_back("["); }
+    void onEndUpdate() override { events.emplace_back("]"); }
     void onImageLayerAdded(ImageLayer* layer, unsigned index) override { note("+", layer, index); }
     void onImageLayerRemoved(ImageLayer* layer, unsigned index) override { note("-", layer, index); }
     void onImageLayerMoved(ImageLayer* layer, unsigned from, unsigned to) override
@@ -20,7 +22,7 @@ struct Recorder : public MapCallback
     }
     void onModelLayerAdded(ModelLayer* layer, unsigned index) override { note("+", layer, index); }
     void onModelLayerRemoved(ModelLayer* layer) override { note("-", layer, 0); }
-    void note(const std::string& what, const Layer* layer, unsigned index)
+    template <typename T> void note(const std::string& what, const T* layer, unsigned index)
     {
         events.push_back(what + layer->getName() + std::to_string(index));
     }
@@ -51,20 +53,23 @@ TEST(Map, CallbacksTellEveryChangeOnce)
     map->insertImageLayer(b.get(), 0);
     map->addImageLayer(a.get()); // a second time
     map->addImageLayer(nullptr);
+    map->beginUpdate();
     map->addModelLayer(m.get());
+    map->endUpdate();
     map->moveImageLayer(a.get(), 0);
     map->moveImageLayer(a.get(), 0); // already there
     map->removeImageLayer(b.get());
     map->removeImageLayer(b.get()); // already gone
-    map->removeLayer(m.get());
-    EXPECT_EQ(recorder->events, (std::vector<std::string>{"+A0", "+B0", "+M0", ">1A0", "-B1", "-M0"}));
-    EXPECT_TRUE(map->getDataModelRevision().isNewerThan(before));
+    map->removeModelLayer(m.get());
+    EXPECT_EQ(recorder->events,
+              (std::vector<std::string>{"+A0", "+B0", "[", "+M0", "]", ">1A0", "-B1", "-M0"}));
+    EXPECT_GT(map->getDataModelRevision(), before);
     EXPECT_EQ(map->getNumImageLayers(), 1);
 
     map->removeMapCallback(recorder.get());
     map->clear();
     EXPECT_EQ(map->getNumImageLayers(), 0);
-    EXPECT_EQ(recorder->events.size(), 6u);
+    EXPECT_EQ(recorder->events.size(), 8u);
 }
 
 TEST(ElevationQuery, FinestValidFirstAndHolesFallThrough)

@@ -30,13 +30,23 @@ TEST_P(ShippedMap, OpensEveryLayerAndNamesThoseThatTheViewerSwitches)
 {
     const osg::ref_ptr<MapNode> node = open(GetParam());
     ASSERT_TRUE(node.valid());
-    LayerVector layers;
-    node->getMap()->getLayers(layers);
     std::set<std::string> names;
-    for (const auto& layer : layers) {
-        EXPECT_TRUE(layer->getStatus().isOK()) << layer->getName() << ": " << layer->getStatus().message();
-        names.insert(layer->getName());
-    }
+    const auto look = [&names](const auto& layers) {
+        for (const auto& layer : layers) {
+            EXPECT_TRUE(layer->getStatus().isOK())
+                << layer->getName() << ": " << layer->getStatus().message();
+            names.insert(layer->getName());
+        }
+    };
+    ImageLayerVector images;
+    node->getMap()->getImageLayers(images);
+    look(images);
+    ElevationLayerVector elevations;
+    node->getMap()->getElevationLayers(elevations);
+    look(elevations);
+    ModelLayerVector models;
+    node->getMap()->getModelLayers(models);
+    look(models);
     for (const char* name :
          {"World", "Trinidad relief", "World heights", "Trinidad heights", "Country", "Capital", "City"})
         EXPECT_EQ(names.count(name), 1u) << name;

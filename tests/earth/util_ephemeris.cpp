@@ -1,6 +1,7 @@
 #include <globe/Geodetic.h>
 #include <gtest/gtest.h>
 #include <osgEarthUtil/Ephemeris>
+#include <sky/SiderealAngle.h>
 
 #include <cmath>
 
@@ -36,16 +37,12 @@ TEST(Ephemeris, AgreesWithWorkedExamples)
     const DateTime sunTime(1992, 10, 12, 24.0 - deltaT);
     const osg::Vec3d sun = ephemeris->getSunPositionECEF(sunTime);
     EXPECT_NEAR(anglesOf(sun).declination, -7.785, 0.02);
-    EXPECT_LT(
-        apart(osg::RadiansToDegrees(Ephemeris::siderealAngle(sunTime)) - anglesOf(sun).hourAngle, 198.381),
-        0.02);
+    EXPECT_LT(apart(osg::RadiansToDegrees(siderealAngle(sunTime)) - anglesOf(sun).hourAngle, 198.381), 0.02);
     EXPECT_NEAR(sun.length() / 149597870700.0, 0.99766, 2e-4);
 
     const DateTime moonTime(1992, 4, 11, 24.0 - deltaT);
     const osg::Vec3d moon = ephemeris->getMoonPositionECEF(moonTime);
     EXPECT_NEAR(anglesOf(moon).declination, 13.768, 0.3);
-    EXPECT_LT(
-        apart(osg::RadiansToDegrees(Ephemeris::siderealAngle(moonTime)) - anglesOf(moon).hourAngle, 134.688),
-        0.4);
+    EXPECT_LT(apart(osg::RadiansToDegrees(siderealAngle(moonTime)) - anglesOf(moon).hourAngle, 134.688), 0.4);
     EXPECT_NEAR(moon.length(), 368409.7e3, 2000e3);
 }

@@ -9,8 +9,8 @@
 #include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
-#include <osgEarth/TerrainEngineNode>
 #include <osgEarthDrivers/gdal/GDALOptions>
+#include <terrain/QuadtreeTerrain.h>
 
 using namespace osgEarth;
 
@@ -106,7 +106,7 @@ double NavigatedGlobe::eyeAboveGround() const
     above.toWorld(from);
     above.createWorldUpVector(up);
     const double known = eyeAboveKnownGround();
-    if (!mapNode().getTerrainEngine()->intersectRay(from, -up, drawn))
+    if (!QuadtreeTerrain::of(mapNode())->intersectRay(from, -up, drawn))
         return known;
     GeoPoint hit;
     hit.fromWorld(place.getSRS(), drawn);

@@ -6,7 +6,7 @@
 #include <osgDB/DatabasePager>
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
-#include <osgEarth/TerrainEngineNode>
+#include <terrain/QuadtreeTerrain.h>
 
 class OffscreenGlobe::Capture : public osg::Camera::DrawCallback
 {
@@ -72,7 +72,7 @@ bool OffscreenGlobe::drawUntilComplete()
     for (int quiet = 0; quiet < 5;) {
         frame();
         quiet = _viewer->getDatabasePager()->getRequestsInProgress() ||
-                        _mapNode->getTerrainEngine()->isRefreshing()
+                        osgEarth::QuadtreeTerrain::of(*_mapNode)->isRefreshing()
                     ? 0
                     : quiet + 1;
         if (std::chrono::steady_clock::now() - start > std::chrono::minutes(3))

@@ -10,7 +10,6 @@
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 #include <osgEarth/Terrain>
-#include <osgEarth/TerrainEngineNode>
 #include <osgEarthDrivers/gdal/GDALOptions>
 #include <osgUtil/IntersectionVisitor>
 #include <osgUtil/LineSegmentIntersector>

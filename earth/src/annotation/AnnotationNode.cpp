@@ -47,7 +47,12 @@ void AnnotationNode::setMapNode(MapNode* mapNode)
     _mapNode = mapNode;
 }
 
-MapNode* AnnotationNode::getMapNode() const
+MapNode* AnnotationNode::getMapNode()
+{
+    return _mapNode.get();
+}
+
+const MapNode* AnnotationNode::getMapNode() const
 {
     return _mapNode.get();
 }

@@ -1,5 +1,6 @@
 #include <osgEarth/Map>
 #include <osgEarthAnnotation/FeatureNode>
+#include <osgEarthFeatures/FilterContext>
 
 namespace osgEarth::Annotation {
 FeatureNode::FeatureNode(MapNode* mapNode, Feature* feature, const Style& style,
@@ -74,8 +75,8 @@ void FeatureNode::init()
     applyRenderSymbology(getStyle());
     if (_features.empty())
         return;
-    const GeometryCompiler compiler(_options);
-    const Map* map = getMapNode() ? getMapNode()->getMap() : nullptr;
-    addChild(compiler.compile(_features, getStyle(), map));
+    const osg::ref_ptr<Session> session =
+        new Session(getMapNode() ? getMapNode()->getMap() : nullptr, _styleSheet.get());
+    addChild(GeometryCompiler(_options).compile(_features, getStyle(), FilterContext(session.get())));
 }
 } // namespace osgEarth::Annotation

@@ -1,4 +1,4 @@
-#include <osgEarth/Config>
+#include "base/ConfigXml.h"
 
 #include <expat.h>
 #include <istream>
@@ -98,7 +98,7 @@ void write(const Config& conf, int depth, std::string& out)
 }
 } // namespace
 
-bool Config::fromXML(std::istream& in, std::string* out_error)
+bool readXml(std::istream& in, Config& out, std::string& out_cause)
 {
     Reader reader;
     const std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)> parser(
@@ -117,20 +117,24 @@ bool Config::fromXML(std::istream& in, std::string* out_error)
         ok = XML_Parse(parser.get(), buffer.data(), static_cast<int>(in.gcount()), last) == XML_STATUS_OK;
     }
     if (!ok || !reader.haveRoot) {
-        if (out_error)
-            *out_error =
-                "line " + toString(static_cast<long>(XML_GetCurrentLineNumber(parser.get()))) + ": " +
-                (reader.error.empty() ? XML_ErrorString(XML_GetErrorCode(parser.get())) : reader.error);
+        out_cause = "line " + toString(static_cast<long>(XML_GetCurrentLineNumber(parser.get()))) + ": " +
+                    (reader.error.empty() ? XML_ErrorString(XML_GetErrorCode(parser.get())) : reader.error);
         return false;
     }
-    *this = reader.root;
+    out = reader.root;
     return true;
 }
 
-std::string Config::toXML() const
+bool Config::fromXML(std::istream& in)
+{
+    std::string ignored;
+    return readXml(in, *this, ignored);
+}
+
+std::string writeXml(const Config& conf)
 {
     std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
-    write(*this, 0, out);
+    write(conf, 0, out);
     return out;
 }
 } // namespace osgEarth

@@ -1,4 +1,5 @@
 #include "camera/ManipulatorMotion.h"
+#include "terrain/QuadtreeTerrain.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +7,6 @@
 #include <osg/NodeVisitor>
 #include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
-#include <osgEarth/TerrainEngineNode>
 
 namespace osgEarth::Util {
 namespace {
@@ -323,9 +323,9 @@ double EarthManipulator::highestGround(double latitude, double longitude) const
     const double height = groundHeight(latitude, longitude);
     osg::ref_ptr<MapNode> mapNode;
     osg::Vec3d drawn;
-    if (!_mapNode.lock(mapNode) || !mapNode->getTerrainEngine() ||
-        !mapNode->getTerrainEngine()->intersectRay(toWorld(*_ellipsoid, {latitude, longitude, kAboveAll}),
-                                                   -upAt(latitude, longitude), drawn))
+    if (!_mapNode.lock(mapNode) ||
+        !QuadtreeTerrain::of(*mapNode)->intersectRay(toWorld(*_ellipsoid, {latitude, longitude, kAboveAll}),
+                                                     -upAt(latitude, longitude), drawn))
         return height;
     return std::max(height, toGeodetic(*_ellipsoid, drawn).height);
 }
@@ -336,10 +336,9 @@ std::optional<double> EarthManipulator::groundAlongRay(const Ray& ray) const
     // stand in for it where there is no terrain, or none yet.
     osg::ref_ptr<MapNode> mapNode;
     double ignored = 0.0;
-    if (_mapNode.lock(mapNode) && mapNode->getTerrainEngine() &&
-        mapNode->getTerrainEngine()->heightAt(0.0, 0.0, ignored)) {
+    if (_mapNode.lock(mapNode) && QuadtreeTerrain::of(*mapNode)->heightAt(0.0, 0.0, ignored)) {
         osg::Vec3d hit;
-        if (!mapNode->getTerrainEngine()->intersectRay(ray.origin, ray.direction, hit))
+        if (!QuadtreeTerrain::of(*mapNode)->intersectRay(ray.origin, ray.direction, hit))
             return std::nullopt;
         return (hit - ray.origin) * ray.direction;
     }

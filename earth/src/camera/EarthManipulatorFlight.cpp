@@ -246,6 +246,8 @@ void EarthManipulator::init(const osgGA::GUIEventAdapter&, osgGA::GUIActionAdapt
     reinitialize();
 }
 
+void EarthManipulator::computeHomePosition() {}
+
 void EarthManipulator::computeHomePosition(const osg::Camera*, bool) {}
 
 void EarthManipulator::advance(double time, osgGA::GUIActionAdapter& aa)

@@ -92,17 +92,17 @@ void EarthManipulator::Settings::bindScroll(ActionType action, int scrollingMoti
 
 void EarthManipulator::Settings::setMouseSensitivity(double value)
 {
-    _mouseSensitivity = factorOr(_mouseSensitivity, value);
+    change(_mouseSensitivity, factorOr(_mouseSensitivity, value));
 }
 
 void EarthManipulator::Settings::setKeyboardSensitivity(double value)
 {
-    _keyboardSensitivity = factorOr(_keyboardSensitivity, value);
+    change(_keyboardSensitivity, factorOr(_keyboardSensitivity, value));
 }
 
 void EarthManipulator::Settings::setScrollSensitivity(double value)
 {
-    _scrollSensitivity = factorOr(_scrollSensitivity, value);
+    change(_scrollSensitivity, factorOr(_scrollSensitivity, value));
 }
 
 void EarthManipulator::Settings::setMinMaxPitch(double minPitch, double maxPitch)
@@ -112,6 +112,7 @@ void EarthManipulator::Settings::setMinMaxPitch(double minPitch, double maxPitch
     // Looking straight up or down is as far as a pitch goes.
     _minPitch = std::clamp(std::min(minPitch, maxPitch), -90.0, 90.0);
     _maxPitch = std::clamp(std::max(minPitch, maxPitch), -90.0, 90.0);
+    dirty();
 }
 
 void EarthManipulator::Settings::setMinMaxDistance(double minDistance, double maxDistance)
@@ -120,6 +121,7 @@ void EarthManipulator::Settings::setMinMaxDistance(double minDistance, double ma
         return;
     _minDistance = std::max(0.0, std::min(minDistance, maxDistance));
     _maxDistance = std::max(_minDistance, std::max(minDistance, maxDistance));
+    dirty();
 }
 
 void EarthManipulator::Settings::setAutoViewpointDurationLimits(double minSeconds, double maxSeconds)
@@ -128,6 +130,7 @@ void EarthManipulator::Settings::setAutoViewpointDurationLimits(double minSecond
         return;
     _minDuration = std::max(0.0, std::min(minSeconds, maxSeconds));
     _maxDuration = std::max(_minDuration, std::max(minSeconds, maxSeconds));
+    dirty();
 }
 
 void EarthManipulator::Settings::getAutoViewpointDurationLimits(double& outMinSeconds,
@@ -139,6 +142,6 @@ void EarthManipulator::Settings::getAutoViewpointDurationLimits(double& outMinSe
 
 void EarthManipulator::Settings::setTerrainAvoidanceMinimumDistance(double metres)
 {
-    _terrainClearance = factorOr(_terrainClearance, metres);
+    change(_terrainClearance, factorOr(_terrainClearance, metres));
 }
 } // namespace osgEarth::Util

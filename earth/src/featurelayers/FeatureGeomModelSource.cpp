@@ -12,6 +12,7 @@
 #include <osgEarth/Map>
 #include <osgEarth/Notify>
 #include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
+#include <osgEarthFeatures/FilterContext>
 
 namespace osgEarth::Drivers {
 namespace {
@@ -62,7 +63,7 @@ public:
 private:
     void complain(const std::string& cause) const
     {
-        notifyLine(osg::WARN, "Model layer \"" + _options.getName() + "\": " + cause);
+        notifyLine(osg::WARN, "Model layer \"" + _options.getConfig().value("name") + "\": " + cause);
     }
 
     /// The features that a query chooses, drawn in one style.
@@ -97,13 +98,15 @@ private:
     }
 
     /// Fills and dots; the outlines of fills are lines of their own.
-    osg::ref_ptr<osg::Node> compiled(const FeatureList& features, const Style& style) const
+    osg::ref_ptr<osg::Node> compiled(FeatureList& features, const Style& style) const
     {
         Style without(style);
         without.remove<LineSymbol>();
         osg::ref_ptr<const Map> map;
         _map.lock(map);
-        return GeometryCompiler(_options.compilerOptions()).compile(features, without, map.get());
+        const osg::ref_ptr<Session> session = new Session(map.get());
+        return GeometryCompiler(_options.compilerOptions())
+            .compile(features, without, FilterContext(session.get()));
     }
 
     const FeatureGeomModelOptions _options;

@@ -1,11 +1,11 @@
 #include "featurelayers/LabelField.h"
+#include "terrain/QuadtreeTerrain.h"
 #include <algorithm>
 #include <cmath>
 #include <map>
 #include <osgEarth/Map>
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
-#include <osgEarth/TerrainEngineNode>
 
 namespace osgEarth::Features {
 namespace {
@@ -31,7 +31,7 @@ constexpr double kLift = 0.006;
 
 /// Whether the drawn ground stands between the eye and the place.
 bool isBehindGround(const PlaceLabel& label, const osg::Vec3d& eye, double distance,
-                    const TerrainEngineNode& ground)
+                    const QuadtreeTerrain& ground)
 {
     const osg::Vec3d place = label.ground + label.up * (label.height + kLift * distance);
     const osg::Vec3d way = place - eye;
@@ -82,7 +82,7 @@ void LabelField::add(const std::shared_ptr<LabelSet>& set)
     _sets.push_back(set);
 }
 
-void LabelField::update(const LabelView& view, const TerrainEngineNode* ground)
+void LabelField::update(const LabelView& view, const QuadtreeTerrain* ground)
 {
     std::vector<std::shared_ptr<LabelSet>> active;
     {
@@ -145,7 +145,7 @@ bool LabelField::refreshHeights(const LabelView& view, const Terrain& terrain)
     return moved;
 }
 
-bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const TerrainEngineNode& ground,
+bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const QuadtreeTerrain& ground,
                            bool anew)
 {
     const osg::Vec3d toEye = view.eye - (label.ground + label.up * label.height);
@@ -168,7 +168,7 @@ bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const Terra
     return label.blocked;
 }
 
-bool LabelField::refreshSight(const LabelView& view, const TerrainEngineNode& ground)
+bool LabelField::refreshSight(const LabelView& view, const QuadtreeTerrain& ground)
 {
     bool changed = false;
     for (size_t n = 0; n < std::min(kSightsRefreshed, _inSight.size()); ++n) {
@@ -179,7 +179,7 @@ bool LabelField::refreshSight(const LabelView& view, const TerrainEngineNode& gr
     return changed;
 }
 
-void LabelField::choose(const LabelView& view, const TerrainEngineNode* ground)
+void LabelField::choose(const LabelView& view, const QuadtreeTerrain* ground)
 {
     _inSight.clear();
     const Horizon horizon(view.eye);

@@ -8,7 +8,7 @@
 namespace osgEarth {
 class Map;
 class Terrain;
-class TerrainEngineNode;
+class QuadtreeTerrain;
 
 namespace Features {
 /// What the choice of labels needs to know of one frame's camera.
@@ -55,16 +55,16 @@ public:
     void add(const std::shared_ptr<LabelSet>& set);
     /// Refreshes the choice when sight, layers or ground have changed. Without
     /// ground the heights stay as they are, and nothing stands before a place.
-    void update(const LabelView& view, const TerrainEngineNode* ground);
+    void update(const LabelView& view, const QuadtreeTerrain* ground);
 
 private:
     bool refreshHeights(const LabelView& view, const Terrain& terrain);
     /// Whether ground stands between the eye and the label's place, as far as the frame has rays left to
     /// look.
-    bool isBlocked(PlaceLabel& label, const LabelView& view, const TerrainEngineNode& ground, bool anew);
+    bool isBlocked(PlaceLabel& label, const LabelView& view, const QuadtreeTerrain& ground, bool anew);
     /// Looks anew whether ground stands before a few of the labels that have room; true when that changed.
-    bool refreshSight(const LabelView& view, const TerrainEngineNode& ground);
-    void choose(const LabelView& view, const TerrainEngineNode* ground);
+    bool refreshSight(const LabelView& view, const QuadtreeTerrain& ground);
+    void choose(const LabelView& view, const QuadtreeTerrain* ground);
 
     std::mutex _mutex; ///< guards _sets, which loading threads add to
     std::vector<std::weak_ptr<LabelSet>> _sets;

@@ -1,6 +1,7 @@
 #include "featurelayers/LabelLayer.h"
 #include "base/SharedWhileUsed.h"
 #include "featurelayers/LabelField.h"
+#include "terrain/QuadtreeTerrain.h"
 #include "text/Fonts.h"
 #include "text/GlyphQuads.h"
 #include "text/SelfPlacedDrawable.h"
@@ -147,11 +148,11 @@ public:
     }
 
 private:
-    static const TerrainEngineNode* groundAbove(const osg::NodePath& path)
+    static const QuadtreeTerrain* groundAbove(const osg::NodePath& path)
     {
         for (osg::Node* node : path)
             if (const auto* mapNode = dynamic_cast<const MapNode*>(node))
-                return mapNode->getTerrainEngine();
+                return QuadtreeTerrain::of(*mapNode);
         return nullptr;
     }
 

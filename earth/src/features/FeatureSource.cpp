@@ -6,7 +6,7 @@ const Status& FeatureSource::open(const osgDB::Options* readOptions)
 {
     std::lock_guard<std::mutex> lock(_openMutex);
     if (!_opened) {
-        _status = initialize(readOptions);
+        _status = initialize(readOptions ? readOptions : _readOptions.get());
         _opened = true;
     }
     return _status;

@@ -5,6 +5,7 @@
 #include <osg/MatrixTransform>
 #include <osgEarth/DrapeableNode>
 #include <osgEarth/Map>
+#include <osgEarthFeatures/FilterContext>
 #include <osgEarthFeatures/GeometryCompiler>
 
 namespace osgEarth::Features {
@@ -68,8 +69,17 @@ osg::ref_ptr<Geometry> toWorld(const Feature& feature, const Style& style, doubl
 }
 } // namespace
 
-osg::Node* GeometryCompiler::compile(const FeatureList& features, const Style& style, const Map* map) const
+FilterContext::FilterContext(Session* session, const FeatureProfile* profile, const GeoExtent& workingExtent,
+                             FeatureIndexBuilder* index)
+    : _session(session), _profile(profile), _index(index)
 {
+    if (workingExtent.isValid())
+        _extent = workingExtent;
+}
+
+osg::Node* GeometryCompiler::compile(FeatureList& features, const Style& style, const FilterContext& context)
+{
+    const Map* map = context.getSession() ? context.getSession()->getMap() : nullptr;
     osg::ref_ptr<osg::Group> group = new osg::Group();
     const double granularity = std::max(1e-6, _options.maxGranularity().value());
     for (const auto& feature : features) {
@@ -102,11 +112,42 @@ osg::Node* GeometryCompiler::compile(const FeatureList& features, const Style& s
     return group.release();
 }
 
-osg::Node* GeometryCompiler::compile(Feature* feature, const Style& style, const Map* map) const
+osg::Node* GeometryCompiler::compile(FeatureCursor* input, const Style& style, const FilterContext& context)
 {
     FeatureList features;
-    if (feature)
-        features.push_back(feature);
-    return compile(features, style, map);
+    if (input)
+        input->fill(features);
+    return compile(features, style, context);
+}
+
+osg::Node* GeometryCompiler::compile(Feature* input, const Style& style, const FilterContext& context)
+{
+    FeatureList features;
+    if (input)
+        features.push_back(input);
+    return compile(features, style, context);
+}
+
+osg::Node* GeometryCompiler::compile(Feature* input, const FilterContext& context)
+{
+    return compile(input, Style(), context);
+}
+
+osg::Node* GeometryCompiler::compile(Geometry* geom, const Style& style, const FilterContext& context)
+{
+    const SpatialReference* srs =
+        context.profile() ? context.profile()->getSRS() : SpatialReference::get("wgs84");
+    const osg::ref_ptr<Feature> feature = geom ? new Feature(geom, srs) : nullptr;
+    return compile(feature.get(), style, context);
+}
+
+osg::Node* GeometryCompiler::compile(Geometry* geom, const Style& style)
+{
+    return compile(geom, style, FilterContext());
+}
+
+osg::Node* GeometryCompiler::compile(Geometry* geom, const FilterContext& context)
+{
+    return compile(geom, Style(), context);
 }
 } // namespace osgEarth::Features

@@ -4,6 +4,23 @@
 #include <cmath>
 
 namespace osgEarth {
+namespace {
+/// Shares of the corners [row][column] of a cell in the height at (x, y) within it, both 0..1.
+void weigh(double x, double y, ElevationInterpolation interp, double (&weights)[2][2])
+{
+    if (interp == INTERP_NEAREST) {
+        x = std::round(x);
+        y = std::round(y);
+    }
+    // A cell of two triangles is cut from its south-western to its north-eastern corner.
+    const double both = interp == INTERP_TRIANGULATE ? std::min(x, y) : x * y;
+    weights[0][0] = 1.0 - x - y + both;
+    weights[0][1] = x - both;
+    weights[1][0] = y - both;
+    weights[1][1] = both;
+}
+} // namespace
+
 const GeoImage GeoImage::INVALID;
 const GeoHeightField GeoHeightField::INVALID;
 
@@ -33,7 +50,8 @@ double GeoHeightField::getYInterval() const
     return valid() ? _extent.height() / (_heightField->getNumRows() - 1) : 0.0;
 }
 
-bool GeoHeightField::getElevation(const SpatialReference* inputSRS, double x, double y, float& out) const
+bool GeoHeightField::getElevation(const SpatialReference* inputSRS, double x, double y,
+                                  ElevationInterpolation interp, const SpatialReference*, float& out) const
 {
     if (!valid() || !inputSRS || !_extent.contains(x, y, inputSRS))
         return false;
@@ -46,11 +64,12 @@ bool GeoHeightField::getElevation(const SpatialReference* inputSRS, double x, do
     const unsigned columns = _heightField->getNumColumns(), rows = _heightField->getNumRows();
     const auto c0 = static_cast<unsigned>(std::clamp(std::floor(column), 0.0, columns - 2.0));
     const auto r0 = static_cast<unsigned>(std::clamp(std::floor(row), 0.0, rows - 2.0));
-    const double fx = column - c0, fy = row - r0;
+    double weights[2][2];
+    weigh(column - c0, row - r0, interp, weights);
     double sum = 0.0;
     for (unsigned r = 0; r < 2; ++r)
         for (unsigned c = 0; c < 2; ++c) {
-            const double weight = (c ? fx : 1.0 - fx) * (r ? fy : 1.0 - fy);
+            const double weight = weights[r][c];
             if (weight <= 0.0)
                 continue;
             const float height = _heightField->getHeight(c0 + c, r0 + r);

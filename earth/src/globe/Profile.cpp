@@ -75,9 +75,9 @@ void ProfileOptions::fromConfig(const Config& conf)
     visitProfileKeys(*this, keys);
 }
 
-Profile::Profile(const GeoExtent& extent, unsigned tilesWide, unsigned tilesHigh)
-    : osg::Referenced(true), _extent(extent),
-      _latLongExtent(extent.transform(extent.getSRS()->getGeographicSRS())), _tilesWide(tilesWide),
+Profile::Profile(const GeoExtent& extent, const GeoExtent& latLongExtent, unsigned tilesWide,
+                 unsigned tilesHigh)
+    : osg::Referenced(true), _extent(extent), _latLongExtent(latLongExtent), _tilesWide(tilesWide),
       _tilesHigh(tilesHigh)
 {
 }
@@ -102,20 +102,42 @@ const Profile* Profile::create(const SpatialReference* srs, double xmin, double 
         tilesWide = ratio >= 1.0 ? static_cast<unsigned>(std::max(1.0, std::floor(ratio + 0.1))) : 1;
     if (tilesHigh == 0)
         tilesHigh = ratio < 1.0 ? static_cast<unsigned>(std::max(1.0, std::floor(1.0 / ratio + 0.1))) : 1;
-    return new Profile(GeoExtent(srs, xmin, ymin, xmax, ymax), tilesWide, tilesHigh);
+    const GeoExtent extent(srs, xmin, ymin, xmax, ymax);
+    return new Profile(extent, extent.transform(srs->getGeographicSRS()), tilesWide, tilesHigh);
 }
 
-const Profile* Profile::create(const std::string& srs_string, const std::string& vsrs_string)
+const Profile* Profile::create(const std::string& srs_string, double xmin, double ymin, double xmax,
+                               double ymax, const std::string& vsrs_string, unsigned tilesWide,
+                               unsigned tilesHigh)
 {
-    if (const Profile* named = createNamed(srs_string))
+    return create(SpatialReference::create(srs_string, vsrs_string), xmin, ymin, xmax, ymax, tilesWide,
+                  tilesHigh);
+}
+
+const Profile* Profile::create(const SpatialReference* srs, double xmin, double ymin, double xmax,
+                               double ymax, double geoxmin, double geoymin, double geoxmax, double geoymax,
+                               unsigned tilesWide, unsigned tilesHigh)
+{
+    const osg::ref_ptr<const Profile> plain = create(srs, xmin, ymin, xmax, ymax, tilesWide, tilesHigh);
+    return plain ? new Profile(plain->getExtent(),
+                               GeoExtent(srs->getGeographicSRS(), geoxmin, geoymin, geoxmax, geoymax),
+                               plain->_tilesWide, plain->_tilesHigh)
+                 : nullptr;
+}
+
+const Profile* Profile::create(const std::string& srs_string, const std::string& vsrs_string,
+                               unsigned tilesWide, unsigned tilesHigh)
+{
+    const Profile* named = tilesWide == 0 && tilesHigh == 0 ? createNamed(srs_string) : nullptr;
+    if (named)
         return named;
     const SpatialReference* srs = SpatialReference::create(srs_string, vsrs_string);
     if (!srs)
         return nullptr;
     if (srs->isGeographic())
-        return create(srs, -180.0, -90.0, 180.0, 90.0, 2, 1);
+        return create(srs, -180.0, -90.0, 180.0, 90.0, tilesWide, tilesHigh);
     if (srs->isSphericalMercator())
-        return create(srs, MERC_MINX, MERC_MINY, MERC_MAXX, MERC_MAXY, 1, 1);
+        return create(srs, MERC_MINX, MERC_MINY, MERC_MAXX, MERC_MAXY, tilesWide, tilesHigh);
     return nullptr;
 }
 
@@ -159,7 +181,12 @@ void Profile::getNumTiles(unsigned lod, unsigned& out_wide, unsigned& out_high) 
     out_high = _tilesHigh << lod;
 }
 
-GeoExtent Profile::calculateExtent(unsigned lod, unsigned tileX, unsigned tileY) const
+GeoExtent Profile::calculateExtent(unsigned lod, unsigned tileX, unsigned tileY)
+{
+    return extentOf(lod, tileX, tileY);
+}
+
+GeoExtent Profile::extentOf(unsigned lod, unsigned tileX, unsigned tileY) const
 {
     double w, h;
     getTileDimensions(lod, w, h);

@@ -9,7 +9,7 @@ TileKey::TileKey(unsigned lod, unsigned tile_x, unsigned tile_y, const Profile* 
     : _lod(lod), _x(tile_x), _y(tile_y), _profile(profile)
 {
     if (profile)
-        _extent = profile->calculateExtent(lod, tile_x, tile_y);
+        _extent = profile->extentOf(lod, tile_x, tile_y);
 }
 
 bool TileKey::operator==(const TileKey& rhs) const

@@ -82,16 +82,10 @@ ElevationQuery::ElevationQuery() : _impl(new Impl) {}
 
 ElevationQuery::ElevationQuery(const Map* map) : ElevationQuery()
 {
-    setMap(map);
+    _impl->map = map;
 }
 
 ElevationQuery::~ElevationQuery() = default;
-
-void ElevationQuery::setMap(const Map* map)
-{
-    _impl.reset(new Impl);
-    _impl->map = map;
-}
 
 bool ElevationQuery::getElevation(const GeoPoint& point, double& out_elevation, double desiredResolution,
                                   double* out_actualResolution)

@@ -39,7 +39,8 @@ template <typename T> unsigned indexOf(const Stack<T>& stack, const T* layer)
 
 void MapCallback::onMapModelChanged(const MapModelChange& change)
 {
-    const unsigned first = change.getFirstIndex(), second = change.getSecondIndex();
+    const auto first = static_cast<unsigned>(change.getFirstIndex());
+    const auto second = static_cast<unsigned>(change.getSecondIndex());
     switch (change.getAction()) {
     case MapModelChange::ADD_IMAGE_LAYER:
         return onImageLayerAdded(change.getImageLayer(), first);
@@ -59,7 +60,13 @@ void MapCallback::onMapModelChanged(const MapModelChange& change)
         return onModelLayerRemoved(change.getModelLayer());
     case MapModelChange::MOVE_MODEL_LAYER:
         return onModelLayerMoved(change.getModelLayer(), first, second);
+    case MapModelChange::BEGIN_BATCH_UPDATE:
+        return onBeginUpdate();
+    case MapModelChange::END_BATCH_UPDATE:
+        return onEndUpdate();
     case MapModelChange::TOGGLE_ELEVATION_LAYER:
+    case MapModelChange::ADD_MASK_LAYER:
+    case MapModelChange::REMOVE_MASK_LAYER:
     case MapModelChange::UNSPECIFIED:
         return;
     }
@@ -87,17 +94,14 @@ struct Map::Impl
         return callbacks;
     }
 
-    void tell(MapModelChange::ActionType action, Layer* layer, unsigned first, unsigned second = 0)
+    void tell(MapModelChange::ActionType action, Layer* layer = nullptr, int first = -1, int second = -1)
     {
-        MapModelChange change;
-        change._action = action;
-        change._layer = layer;
-        change._firstIndex = first;
-        change._secondIndex = second;
+        Revision now;
         {
             std::shared_lock<std::shared_mutex> lock(mutex);
-            change._revision = revision;
+            now = revision;
         }
+        const MapModelChange change(action, now, layer, first, second);
         for (const auto& callback : copyCallbacks())
             callback->onMapModelChanged(change);
     }
@@ -117,7 +121,7 @@ struct Map::Impl
             }
             auto* elevation = static_cast<ElevationLayer*>(layer);
             safe->_impl->tell(MapModelChange::TOGGLE_ELEVATION_LAYER, layer,
-                              indexOf(safe->_impl->elevations, elevation));
+                              static_cast<int>(indexOf(safe->_impl->elevations, elevation)));
         }
         osg::observer_ptr<Map> map;
     };
@@ -140,7 +144,7 @@ struct Map::Impl
             ++revision;
         }
         watch(layer);
-        tell(Actions<T>::add, layer, index);
+        tell(Actions<T>::add, layer, static_cast<int>(index));
     }
 
     template <typename T> void remove(T* layer)
@@ -159,7 +163,7 @@ struct Map::Impl
             ++revision;
         }
         unwatch(layer);
-        tell(Actions<T>::remove, layer, index);
+        tell(Actions<T>::remove, layer, static_cast<int>(index));
     }
 
     template <typename T> void move(T* layer, unsigned newIndex)
@@ -181,10 +185,10 @@ struct Map::Impl
             s.insert(s.begin() + newIndex, layer);
             ++revision;
         }
-        tell(Actions<T>::move, layer, index, newIndex);
+        tell(Actions<T>::move, layer, static_cast<int>(index), static_cast<int>(newIndex));
     }
 
-    template <typename T> Revision copy(const Stack<T>& s, Stack<T>& out) const
+    template <typename T, typename Out> Revision copy(const Stack<T>& s, Out& out) const
     {
         std::shared_lock<std::shared_mutex> lock(mutex);
         out.insert(out.end(), s.begin(), s.end());
@@ -252,7 +256,7 @@ UID Map::getUID() const
 
 bool Map::isGeocentric() const
 {
-    return _options.coordSysType().value() == MapOptions::CSTYPE_GEOCENTRIC;
+    return _options.coordSysType().value() != MapOptions::CSTYPE_PROJECTED;
 }
 
 const SpatialReference* Map::getWorldSRS() const
@@ -413,51 +417,21 @@ ModelLayer* Map::getModelLayerAt(int index) const
     return _impl->at(_impl->models, index);
 }
 
-void Map::addLayer(Layer* layer)
-{
-    if (auto* image = dynamic_cast<ImageLayer*>(layer))
-        addImageLayer(image);
-    else if (auto* elevation = dynamic_cast<ElevationLayer*>(layer))
-        addElevationLayer(elevation);
-    else if (auto* model = dynamic_cast<ModelLayer*>(layer))
-        addModelLayer(model);
-}
-
-void Map::removeLayer(Layer* layer)
-{
-    if (auto* image = dynamic_cast<ImageLayer*>(layer))
-        removeImageLayer(image);
-    else if (auto* elevation = dynamic_cast<ElevationLayer*>(layer))
-        removeElevationLayer(elevation);
-    else if (auto* model = dynamic_cast<ModelLayer*>(layer))
-        removeModelLayer(model);
-}
-
-Layer* Map::getLayerByName(const std::string& name) const
-{
-    LayerVector all;
-    getLayers(all);
-    for (const auto& layer : all)
-        if (layer->getName() == name)
-            return layer.get();
-    return nullptr;
-}
-
-void Map::getLayers(LayerVector& out_layers) const
-{
-    std::shared_lock<std::shared_mutex> lock(_impl->mutex);
-    out_layers.insert(out_layers.end(), _impl->images.begin(), _impl->images.end());
-    out_layers.insert(out_layers.end(), _impl->elevations.begin(), _impl->elevations.end());
-    out_layers.insert(out_layers.end(), _impl->models.begin(), _impl->models.end());
-}
-
 void Map::clear()
 {
-    LayerVector all;
-    getLayers(all);
+    ImageLayerVector images;
+    getImageLayers(images);
+    ElevationLayerVector elevations;
+    getElevationLayers(elevations);
+    ModelLayerVector models;
+    getModelLayers(models);
     beginUpdate();
-    for (const auto& layer : all)
-        removeLayer(layer.get());
+    for (const auto& layer : images)
+        removeImageLayer(layer.get());
+    for (const auto& layer : elevations)
+        removeElevationLayer(layer.get());
+    for (const auto& layer : models)
+        removeModelLayer(layer.get());
     endUpdate();
 }
 
@@ -478,13 +452,11 @@ void Map::removeMapCallback(MapCallback* callback)
 
 void Map::beginUpdate()
 {
-    for (const auto& callback : _impl->copyCallbacks())
-        callback->onBeginUpdate();
+    _impl->tell(MapModelChange::BEGIN_BATCH_UPDATE);
 }
 
 void Map::endUpdate()
 {
-    for (const auto& callback : _impl->copyCallbacks())
-        callback->onEndUpdate();
+    _impl->tell(MapModelChange::END_BATCH_UPDATE);
 }
 } // namespace osgEarth

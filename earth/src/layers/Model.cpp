@@ -33,7 +33,10 @@ ModelDriver::ModelDriver(const std::string& name, Make make)
     table.makers[name] = make;
 }
 
-ModelSource::ModelSource(const ModelSourceOptions& options) : osg::Referenced(true), _options(options) {}
+ModelSource::ModelSource(const ModelSourceOptions& options) : _options(options)
+{
+    setThreadSafeRefUnref(true);
+}
 
 const Status& ModelSource::open(const osgDB::Options* readOptions)
 {

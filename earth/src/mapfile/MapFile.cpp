@@ -1,5 +1,7 @@
 #include "mapfile/MapFile.h"
 
+#include "base/ConfigXml.h"
+
 #include <osgEarth/Notify>
 
 #include <istream>
@@ -15,7 +17,7 @@ void warn(const std::string& file, const std::string& what)
 bool MapFile::read(std::istream& in, const std::string& file, std::string& out_cause)
 {
     Config root;
-    if (!root.fromXML(in, &out_cause))
+    if (!readXml(in, root, out_cause))
         return false;
     // Very old files call the root element <earth>.
     if (root.key() != "map" && root.key() != "earth") {
@@ -94,7 +96,7 @@ std::string MapFile::write(const Map& map, const MapNodeOptions& options)
     opts.remove("name");
     opts.remove("type");
     root.add(opts);
-    const auto add = [&](const char* key, Config conf, const Layer& layer) {
+    const auto add = [&](const char* key, Config conf, const auto& layer) {
         conf.key() = key;
         conf.set("visible", !layer.getEnabled() || layer.getVisible());
         root.add(conf);
@@ -114,6 +116,6 @@ std::string MapFile::write(const Map& map, const MapNodeOptions& options)
     map.getModelLayers(models);
     for (const auto& layer : models)
         add("model", layer->getModelLayerOptions().getConfig(), *layer);
-    return root.toXML();
+    return writeXml(root);
 }
 } // namespace osgEarth

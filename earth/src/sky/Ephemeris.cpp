@@ -1,4 +1,5 @@
 #include "globe/Wgs84.h"
+#include "sky/SiderealAngle.h"
 #include <osgEarthUtil/Ephemeris>
 
 #include <cmath>
@@ -42,7 +43,7 @@ void eclipticToEquator(double longitude, double latitude, double days, double& r
 }
 } // namespace
 
-double Ephemeris::siderealAngle(const DateTime& dt)
+double siderealAngle(const DateTime& dt)
 {
     const double hours = std::fmod(18.697374558 + 24.06570982441908 * daysSinceJ2000(dt), 24.0);
     return radians((hours < 0.0 ? hours + 24.0 : hours) * 15.0);

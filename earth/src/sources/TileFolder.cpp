@@ -1,8 +1,8 @@
 #include "sources/TileFolder.h"
 
+#include "base/ConfigXml.h"
 #include "base/Gdal.h"
 
-#include <osgEarth/Config>
 #include <osgEarth/Notify>
 #include <osgEarth/Registry>
 #include <osgEarth/StringUtils>
@@ -109,7 +109,7 @@ bool TileFolder::readDescription(const std::string& file, std::string& out_cause
     osgDB::ifstream in(file.c_str(), std::ios::binary);
     Config map;
     std::string error;
-    if (!in || !map.fromXML(in, &error) || map.key() != "tilemap") {
+    if (!in || !readXml(in, map, error) || map.key() != "tilemap") {
         out_cause = "is no tile map description" + (error.empty() ? std::string() : ": " + error);
         return false;
     }

@@ -69,14 +69,10 @@ bool Style::removeSymbol(Symbol* symbol)
     return true;
 }
 
-std::string Style::toCSS() const
-{
-    return (_name.empty() ? std::string("default") : _name) + " {\n" + writeStyleProperties(*this) + "}";
-}
-
 Config Style::getConfig(bool) const
 {
-    Config conf("style", toCSS());
+    Config conf("style", (_name.empty() ? std::string("default") : _name) + " {\n" +
+                             writeStyleProperties(*this) + "}");
     conf.add("type", "text/css");
     if (!_name.empty())
         conf.add("name", _name);

@@ -8,13 +8,6 @@ StyleSelector::StyleSelector(const Config& conf) : _name(conf.value("name"))
     conf.getObjIfSet("query", _query);
 }
 
-StyleSelector::StyleSelector(const std::string& name, const std::string& styleName, const Query& query)
-    : _name(name)
-{
-    _styleName = styleName;
-    _query = query;
-}
-
 Config StyleSelector::getConfig() const
 {
     Config conf("selector");

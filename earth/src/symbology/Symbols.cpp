@@ -31,9 +31,14 @@ RenderSymbol::RenderSymbol(const RenderSymbol& rhs, const osg::CopyOp& copyop)
 {
 }
 
+InstanceSymbol::InstanceSymbol(const InstanceSymbol& rhs, const osg::CopyOp& copyop)
+    : Symbol(rhs, copyop), _url(rhs._url), _scale(rhs._scale)
+{
+}
+
 IconSymbol::IconSymbol(const IconSymbol& rhs, const osg::CopyOp& copyop)
-    : Symbol(rhs, copyop), _image(rhs._image), _url(rhs._url), _scale(rhs._scale), _alignment(rhs._alignment),
-      _heading(rhs._heading), _declutter(rhs._declutter), _occlusionCull(rhs._occlusionCull),
+    : InstanceSymbol(rhs, copyop), _image(rhs._image), _alignment(rhs._alignment), _heading(rhs._heading),
+      _declutter(rhs._declutter), _occlusionCull(rhs._occlusionCull),
       _occlusionCullAltitude(rhs._occlusionCullAltitude)
 {
 }

@@ -42,9 +42,11 @@ void GeoTransform::setTerrain(Terrain* terrain)
     }
 }
 
-Terrain* GeoTransform::getTerrain() const
+osg::ref_ptr<Terrain> GeoTransform::getTerrain() const
 {
-    return _terrain.get();
+    osg::ref_ptr<Terrain> terrain;
+    _terrain.lock(terrain);
+    return terrain;
 }
 
 void GeoTransform::onTileAdded(const TileKey& key, osg::Node*, TerrainCallbackContext&)

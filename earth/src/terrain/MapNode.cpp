@@ -1,5 +1,7 @@
 #include <osgEarth/MapNode>
 
+#include "terrain/QuadtreeTerrain.h"
+
 #include <osg/ArgumentParser>
 #include <osg/CullStack>
 #include <osg/NodeVisitor>
@@ -7,7 +9,6 @@
 #include <osgDB/ReadFile>
 #include <osgEarth/MapCallback>
 #include <osgEarth/SpatialReference>
-#include <osgEarth/TerrainEngineNode>
 
 namespace osgEarth {
 namespace {
@@ -82,7 +83,7 @@ MapNode::MapNode(Map* map, const MapNodeOptions& options) : _map(map ? map : new
 void MapNode::init()
 {
     setName("osgEarth::MapNode");
-    _engine = new TerrainEngineNode(_map.get());
+    _engine = new QuadtreeTerrain(_map.get());
     addChild(_engine);
     _models = new osg::Group;
     _models->setName("Model layers");

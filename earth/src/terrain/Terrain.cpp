@@ -1,10 +1,10 @@
 #include <osgEarth/Terrain>
 
 #include "globe/PickRay.h"
+#include "terrain/QuadtreeTerrain.h"
 #include "terrain/TileNode.h"
 
 #include <osgEarth/SpatialReference>
-#include <osgEarth/TerrainEngineNode>
 #include <osgViewer/View>
 
 #include <algorithm>
@@ -58,8 +58,8 @@ void toWindow(osg::View* view, float mx, float my, double& x, double& y)
 }
 } // namespace
 
-Terrain::Terrain(TerrainEngineNode* engine, osg::Node* graph, const Profile* profile)
-    : _engine(engine), _graph(graph), _profile(profile)
+Terrain::Terrain(QuadtreeTerrain* engine, const Profile* profile)
+    : _engine(engine), _graph(engine), _profile(profile)
 {
 }
 
@@ -137,16 +137,28 @@ void Terrain::notifyTileAdded(const TileKey& key, osg::Node* tile)
     _added.push_back({key, tile});
 }
 
+void Terrain::fireTileAdded(const TileKey& key, osg::Node* tile)
+{
+    fire({{key, tile}});
+}
+
 void Terrain::fireQueuedTiles()
 {
-    // Callbacks may add and remove callbacks, so none runs under the lock.
     std::vector<AddedTile> added;
+    {
+        const std::lock_guard<std::mutex> lock(_mutex);
+        added.swap(_added);
+    }
+    if (!added.empty())
+        fire(added);
+}
+
+void Terrain::fire(const std::vector<AddedTile>& added)
+{
+    // Callbacks may add and remove callbacks, so none runs under the lock.
     std::vector<osg::ref_ptr<TerrainCallback>> callbacks;
     {
         const std::lock_guard<std::mutex> lock(_mutex);
-        if (_added.empty())
-            return;
-        added.swap(_added);
         callbacks = _callbacks;
     }
     for (const auto& callback : callbacks) {

@@ -178,12 +178,12 @@ double TileContent::heightAt(double longitude, double latitude) const
 TileSources::TileSources(const Map& map)
 {
     ImageLayerVector imageLayers;
-    map.getLayers(imageLayers);
+    map.getImageLayers(imageLayers);
     for (const auto& layer : imageLayers)
         if (layer->getEnabled() && layer->getVisible() && layer->isOpen())
             images.push_back(layer);
     ElevationLayerVector elevationLayers;
-    map.getLayers(elevationLayers);
+    map.getElevationLayers(elevationLayers);
     for (const auto& layer : elevationLayers)
         if (layer->getEnabled() && layer->getVisible() && layer->isOpen())
             elevations.push_back(layer);

@@ -178,16 +178,9 @@ osg::Geometry* makeCoarseLines()
 }
 } // namespace
 
-GeodeticGraticule::GeodeticGraticule(MapNode* mapNode)
-    : _mapNode(mapNode), _lines(new osg::Group), _fineLines(makeFineLines())
+GeodeticGraticule::GeodeticGraticule(MapNode* mapNode) : _lines(new osg::Group), _fineLines(makeFineLines())
 {
     using SA = osg::StateAttribute;
-    osg::ref_ptr<const osg::EllipsoidModel> ellipsoid = new osg::EllipsoidModel;
-    if (mapNode && mapNode->getMapSRS())
-        ellipsoid = mapNode->getMapSRS()->getEllipsoid();
-    const double a = ellipsoid->getRadiusEquator();
-    const double b = ellipsoid->getRadiusPolar();
-
     auto* program = new osg::Program;
     program->setName("GeodeticGraticule");
     program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexSource));
@@ -196,8 +189,6 @@ GeodeticGraticule::GeodeticGraticule(MapNode* mapNode)
     _lines->addChild(makeCoarseLines());
     osg::StateSet* state = _lines->getOrCreateStateSet();
     state->setAttributeAndModes(program, SA::ON | SA::PROTECTED);
-    state->addUniform(new osg::Uniform(
-        "ax_globe", osg::Vec2(static_cast<float>(a), static_cast<float>((a * a - b * b) / (a * a)))));
     state->setMode(GL_LIGHTING, SA::OFF | SA::PROTECTED);
     state->setAttributeAndModes(
         new osg::BlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA), SA::ON);
@@ -205,9 +196,23 @@ GeodeticGraticule::GeodeticGraticule(MapNode* mapNode)
     state->setMode(GL_CLIP_DISTANCE0, SA::ON);
     state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
     setCullingActive(false);
+    setMapNode(mapNode);
 }
 
 GeodeticGraticule::~GeodeticGraticule() = default;
+
+void GeodeticGraticule::setMapNode(MapNode* mapNode)
+{
+    _mapNode = mapNode;
+    osg::ref_ptr<const osg::EllipsoidModel> ellipsoid = new osg::EllipsoidModel;
+    if (mapNode && mapNode->getMapSRS())
+        ellipsoid = mapNode->getMapSRS()->getEllipsoid();
+    const double a = ellipsoid->getRadiusEquator();
+    const double b = ellipsoid->getRadiusPolar();
+    _lines->getOrCreateStateSet()
+        ->getOrCreateUniform("ax_globe", osg::Uniform::FLOAT_VEC2)
+        ->set(osg::Vec2(static_cast<float>(a), static_cast<float>((a * a - b * b) / (a * a))));
+}
 
 MapNode* GeodeticGraticule::getMapNode()
 {

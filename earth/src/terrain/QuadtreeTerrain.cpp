@@ -1,4 +1,4 @@
-#include <osgEarth/TerrainEngineNode>
+#include "terrain/QuadtreeTerrain.h"
 
 #include "globe/PickRay.h"
 #include "globe/Wgs84.h"
@@ -10,6 +10,7 @@
 #include <osg/PagedLOD>
 #include <osg/Program>
 #include <osgEarth/MapCallback>
+#include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
 #include <osgUtil/IntersectionVisitor>
 #include <osgUtil/LineSegmentIntersector>
@@ -88,7 +89,7 @@ void enqueueAll(TileNode* tile, TileRefresher& refresher)
 }
 } // namespace
 
-class TerrainEngineNode::Private
+class QuadtreeTerrain::Private
 {
 public:
     explicit Private(const std::shared_ptr<TileScene>& tileScene)
@@ -105,10 +106,10 @@ public:
 };
 
 /// Any change of what the ground shows makes the tiles anew.
-class TerrainEngineNode::LayerWatch : public MapCallback
+class QuadtreeTerrain::LayerWatch : public MapCallback
 {
 public:
-    explicit LayerWatch(TerrainEngineNode* engine) : _engine(engine), _layerNews(new LayerNews(engine)) {}
+    explicit LayerWatch(QuadtreeTerrain* engine) : _engine(engine), _layerNews(new LayerNews(engine)) {}
 
     void onImageLayerAdded(ImageLayer* layer, unsigned) override { follow(layer); }
     void onImageLayerRemoved(ImageLayer* layer, unsigned) override { unfollow(layer); }
@@ -145,19 +146,17 @@ private:
     {
         struct ElevationNews : public ElevationLayerCallback
         {
-            explicit ElevationNews(TerrainEngineNode* owner) : engine(owner) {}
+            explicit ElevationNews(QuadtreeTerrain* owner) : engine(owner) {}
             void onVisibleChanged(TerrainLayer*) override { engine->_private->refreshWanted = true; }
-            TerrainEngineNode* engine;
+            QuadtreeTerrain* engine;
         };
 
-        explicit LayerNews(TerrainEngineNode* owner) : engine(owner), forElevation(new ElevationNews(owner))
-        {
-        }
+        explicit LayerNews(QuadtreeTerrain* owner) : engine(owner), forElevation(new ElevationNews(owner)) {}
         void onVisibleChanged(TerrainLayer*) override { changed(); }
         void onOpacityChanged(ImageLayer*) override { changed(); }
         void changed() { engine->_private->refreshWanted = true; }
 
-        TerrainEngineNode* engine;
+        QuadtreeTerrain* engine;
         osg::ref_ptr<ElevationNews> forElevation;
     };
 
@@ -182,14 +181,16 @@ private:
         _layerNews->changed();
     }
 
-    TerrainEngineNode* _engine;
+    QuadtreeTerrain* _engine;
     osg::ref_ptr<LayerNews> _layerNews;
 };
 
-TerrainEngineNode::TerrainEngineNode(Map* map) : _map(map)
+QuadtreeTerrain::QuadtreeTerrain(Map* map) : _changeableMap(map)
 {
     setName("Terrain");
-    _terrain = new Terrain(this, this, map->getProfile());
+    _map = map;
+    _terrain = new Terrain(this, map->getProfile());
+    map->getSRS()->populateCoordinateSystemNode(this);
     _private = std::make_unique<Private>(TileScene::create(map, _terrain.get()));
     addChild(_private->roots);
     setNumChildrenRequiringUpdateTraversal(getNumChildrenRequiringUpdateTraversal() + 1);
@@ -209,15 +210,20 @@ TerrainEngineNode::TerrainEngineNode(Map* map) : _map(map)
     map->addMapCallback(_private->watch.get());
 }
 
-TerrainEngineNode::~TerrainEngineNode()
+QuadtreeTerrain::~QuadtreeTerrain()
 {
-    _map->removeMapCallback(_private->watch.get());
+    _changeableMap->removeMapCallback(_private->watch.get());
     _private->watch->unfollowAll(*_map);
     _private->scene->detach();
 }
 
-bool TerrainEngineNode::intersectRay(const osg::Vec3d& origin, const osg::Vec3d& direction,
-                                     osg::Vec3d& outWorld, osg::ref_ptr<osg::Node>* outTile) const
+QuadtreeTerrain* QuadtreeTerrain::of(const MapNode& mapNode)
+{
+    return static_cast<QuadtreeTerrain*>(mapNode.getTerrainEngine());
+}
+
+bool QuadtreeTerrain::intersectRay(const osg::Vec3d& origin, const osg::Vec3d& direction,
+                                   osg::Vec3d& outWorld, osg::ref_ptr<osg::Node>* outTile) const
 {
     TerrainRay ray{origin, direction};
     if (ray.direction.normalize() <= 0.0)
@@ -234,7 +240,7 @@ bool TerrainEngineNode::intersectRay(const osg::Vec3d& origin, const osg::Vec3d&
     return true;
 }
 
-void TerrainEngineNode::intersectSegment(osgUtil::IntersectionVisitor& visitor,
+void QuadtreeTerrain::intersectSegment(osgUtil::IntersectionVisitor& visitor,
                                          osgUtil::LineSegmentIntersector& segment) const
 {
     const osg::Vec3d way = segment.getEnd() - segment.getStart();
@@ -254,7 +260,7 @@ void TerrainEngineNode::intersectSegment(osgUtil::IntersectionVisitor& visitor,
     segment.insertIntersection(hit);
 }
 
-bool TerrainEngineNode::heightAt(double longitude, double latitude, double& outHeight) const
+bool QuadtreeTerrain::heightAt(double longitude, double latitude, double& outHeight) const
 {
     for (unsigned i = 0; TileNode* tile = _private->roots->tile(i); ++i) {
         const TileBounds& bounds = tile->content().bounds;
@@ -268,7 +274,7 @@ bool TerrainEngineNode::heightAt(double longitude, double latitude, double& outH
     return false;
 }
 
-void TerrainEngineNode::refresh()
+void QuadtreeTerrain::refresh()
 {
     _private->scene->bumpRevision();
     _private->refresher.clear();
@@ -276,12 +282,12 @@ void TerrainEngineNode::refresh()
         enqueueAll(root, _private->refresher);
 }
 
-bool TerrainEngineNode::isRefreshing() const
+bool QuadtreeTerrain::isRefreshing() const
 {
     return _private->refreshWanted || _private->refresher.busy();
 }
 
-void TerrainEngineNode::traverse(osg::NodeVisitor& nv)
+void QuadtreeTerrain::traverse(osg::NodeVisitor& nv)
 {
     if (nv.getVisitorType() == osg::NodeVisitor::UPDATE_VISITOR) {
         if (_private->refreshWanted) {
@@ -301,10 +307,10 @@ void TerrainEngineNode::traverse(osg::NodeVisitor& nv)
             return;
         }
     }
-    osg::Group::traverse(nv);
+    TerrainEngineNode::traverse(nv);
 }
 
-osg::BoundingSphere TerrainEngineNode::computeBound() const
+osg::BoundingSphere QuadtreeTerrain::computeBound() const
 {
     return {osg::Vec3(), kGlobeRadius};
 }
