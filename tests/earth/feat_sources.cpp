@@ -119,6 +119,32 @@ TEST(FeatOgrSource, PlacesFilterByKind)
     EXPECT_EQ(shanghai.front()->getDouble("population"), 22315474.0);
 }
 
+TEST(FeatOgrSource, TheMapFileMayNameTheReferenceSystem)
+{
+    const TemporaryFile file("feat_system.csv", "id;wkt\n1;POINT(500000 4000000)\n");
+    const struct
+    {
+        const char *key, *value;
+        double longitude; // degrees; the system's own number where that is one in degrees
+    } rows[] = {{"srs", "epsg:32613", -105.0},
+                {"profile", "epsg:32613", -105.0},
+                {"profile", "spherical-mercator", 4.4915764}};
+    for (const auto& row : rows) {
+        Config conf("features");
+        conf.add("url", file.path());
+        conf.add(row.key, row.value);
+        // As a layer hands them on: through the tree of the general options.
+        const FeatureSourceOptions general{ConfigOptions(conf)};
+        osg::ref_ptr<FeatureSource> source = FeatureSourceFactory::create(general);
+        ASSERT_TRUE(source->open().isOK()) << source->getStatus().message();
+        const FeatureList features = featuresOf(*source);
+        ASSERT_EQ(features.size(), 1u);
+        features.front()->transform(SpatialReference::get("wgs84"));
+        EXPECT_NEAR(features.front()->getGeometry()->front().x(), row.longitude, 1e-6)
+            << row.key << row.value;
+    }
+}
+
 TEST(FeatOgrSource, TablesWithoutGeometryUseTheirCoordinateColumns)
 {
     const TemporaryFile file("feat_columns.csv",

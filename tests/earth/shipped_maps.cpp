@@ -3,11 +3,13 @@
 #include <osgDB/ReadFile>
 #include <osgEarth/ElevationQuery>
 #include <osgEarth/MapNode>
+#include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
 
 #include <set>
 #include <string>
 
 using namespace osgEarth;
+using osgEarth::Drivers::FeatureGeomModelOptions;
 
 namespace {
 std::string resource(const std::string& name)
@@ -47,6 +49,11 @@ TEST_P(ShippedMap, OpensEveryLayerAndNamesThoseThatTheViewerSwitches)
     ModelLayerVector models;
     node->getMap()->getModelLayers(models);
     look(models);
+    for (const auto& layer : models) {
+        const FeatureGeomModelOptions options(layer->getModelLayerOptions().driver().value());
+        EXPECT_EQ(options.featureOptions()->profile()->namedProfile().value(), "global-geodetic")
+            << layer->getName() << ": osgEarth 2.8 shows no features whose system the map file does not name";
+    }
     for (const char* name :
          {"World", "Trinidad relief", "World heights", "Trinidad heights", "Country", "Capital", "City"})
         EXPECT_EQ(names.count(name), 1u) << name;

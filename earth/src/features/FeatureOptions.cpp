@@ -14,6 +14,7 @@ template <typename Keys, typename Field> void visitInterpolation(Keys& keys, Fie
 template <typename Options, typename Keys> void visitFeatureSourceKeys(Options& options, Keys& keys)
 {
     keys.value("name", options.name());
+    keys.object("profile", options.profile());
     keys.value("fid_attribute", options.fidAttribute());
     visitInterpolation(keys, options.geoInterp());
 }
@@ -39,7 +40,6 @@ template <typename Options, typename Keys> void visitOGRFeatureKeys(Options& opt
     keys.value("connection", options.connection());
     keys.value("ogr_driver", options.ogrDriver());
     keys.value("layer", options.layer());
-    keys.value("srs", options.srs());
 }
 } // namespace
 
@@ -137,6 +137,10 @@ void OGRFeatureOptions::fromConfig(const Config& conf)
 {
     KeyReader keys(conf);
     visitOGRFeatureKeys(*this, keys);
+    // A text in <srs> is the short form of a profile.
+    const std::string srs = trim(conf.value("srs"));
+    if (!srs.empty() && !profile().isSet())
+        profile().mutable_value().srsString() = srs;
     const std::string wkt = conf.value("geometry");
     if (!wkt.empty())
         _geometry = fromWkt(wkt);

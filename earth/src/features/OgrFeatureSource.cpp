@@ -50,6 +50,15 @@ int findColumn(OGRFeatureDefnH definition, std::initializer_list<const char*> na
     return -1;
 }
 
+/// The reference system of a profile whose rectangle does not matter; null when it is not understood.
+const SpatialReference* systemOf(const ProfileOptions& options)
+{
+    if (options.srsString().isSet())
+        return SpatialReference::get(options.srsString().value());
+    const Profile* named = Profile::createNamed(options.namedProfile().value());
+    return named ? named->getSRS() : SpatialReference::get(options.namedProfile().value());
+}
+
 /// Tells OGR to detect the types of a text table's columns; without it all of them are text.
 GDALDatasetH openWith(const std::string& location, const std::string& onlyDriver)
 {
@@ -135,8 +144,8 @@ Status OgrFeatureSource::chooseLayer()
                       _location + ": neither geometry nor lon and lat columns in it");
 
     osg::ref_ptr<const SpatialReference> srs;
-    if (_ogr.srs().isSet())
-        srs = SpatialReference::get(_ogr.srs().value());
+    if (_ogr.profile().isSet())
+        srs = systemOf(_ogr.profile().value());
     else if (OGRSpatialReferenceH own = _lonField < 0 ? OGR_L_GetSpatialRef(_layer) : nullptr)
         srs = SpatialReference::createFromHandle(own);
     else
