@@ -47,15 +47,25 @@ TEST_F(EarthManipulatorTest, KeepsPitchAndDistanceWithinTheSettings)
 
 TEST_F(EarthManipulatorTest, ADoubleClickFliesToTheGroundUnderIt)
 {
-    showAt(-105, 37.4, 25, -50, 20e3);
-    const osg::Vec3d point = groundAt(900, 500);
-    mouse(EA::DOUBLECLICK, EA::LEFT_MOUSE_BUTTON, 900, 500);
-    EXPECT_TRUE(manipulator->isSettingViewpoint());
-    frames(1.2);
-    EXPECT_FALSE(manipulator->isSettingViewpoint());
-    EXPECT_NEAR(pixelOf(point).x(), kWidth / 2, 0.5);
-    EXPECT_NEAR(pixelOf(point).y(), kHeight / 2, 0.5);
-    EXPECT_NEAR(manipulator->getDistance(), 0.4 * 20e3, 1.0);
+    const struct
+    {
+        int button;
+        int modkeys;
+        double factor;
+    } rows[] = {{EA::LEFT_MOUSE_BUTTON, 0, 0.4},
+                {EA::RIGHT_MOUSE_BUTTON, 0, 2.5},
+                {EA::LEFT_MOUSE_BUTTON, EA::MODKEY_LEFT_CTRL, 2.5}};
+    for (const auto& row : rows) {
+        showAt(-105, 37.4, 25, -50, 20e3);
+        const osg::Vec3d point = groundAt(900, 500);
+        mouse(EA::DOUBLECLICK, row.button, 900, 500, row.modkeys);
+        EXPECT_TRUE(manipulator->isSettingViewpoint());
+        frames(1.2);
+        EXPECT_FALSE(manipulator->isSettingViewpoint());
+        EXPECT_NEAR(pixelOf(point).x(), kWidth / 2, 0.5);
+        EXPECT_NEAR(pixelOf(point).y(), kHeight / 2, 0.5);
+        EXPECT_NEAR(manipulator->getDistance(), row.factor * 20e3, 1.0);
+    }
 
     manipulator->setViewpoint(Viewpoint("space", 0, 0, 0, 0, -90, 4 * kRadius));
     mouse(EA::DOUBLECLICK, EA::LEFT_MOUSE_BUTTON, 5, 5);

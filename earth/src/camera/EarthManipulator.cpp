@@ -58,6 +58,9 @@ EarthManipulator::EarthManipulator()
     ActionOptions nearer;
     nearer.add(OPTION_GOTO_RANGE_FACTOR, 0.4);
     nearer.add(OPTION_DURATION, 1.0);
+    ActionOptions away;
+    away.add(OPTION_GOTO_RANGE_FACTOR, 2.5);
+    away.add(OPTION_DURATION, 1.0);
 
     _settings->bindMouse(ACTION_PAN, EA::LEFT_MOUSE_BUTTON);
     _settings->bindMouse(ACTION_ROTATE, EA::MIDDLE_MOUSE_BUTTON);
@@ -67,6 +70,8 @@ EarthManipulator::EarthManipulator()
     _settings->bindScroll(ACTION_ZOOM_IN, EA::SCROLL_DOWN);
     _settings->bindScroll(ACTION_ZOOM_OUT, EA::SCROLL_UP);
     _settings->bindMouseDoubleClick(ACTION_GOTO, EA::LEFT_MOUSE_BUTTON, 0, nearer);
+    _settings->bindMouseDoubleClick(ACTION_GOTO, EA::RIGHT_MOUSE_BUTTON, 0, away);
+    _settings->bindMouseDoubleClick(ACTION_GOTO, EA::LEFT_MOUSE_BUTTON, EA::MODKEY_CTRL, away);
     const struct
     {
         int key;
