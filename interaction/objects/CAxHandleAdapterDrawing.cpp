@@ -16,6 +16,7 @@
 #include <osg/observer_ptr>
 #include <osg/Texture2D>
 #include <osgEarth/MapNode>
+#include <osgEarth/Registry>
 #include <osgEarth/ScreenSpaceLayout>
 #include <osgEarth/Terrain>
 #include <osgEarthAnnotation/LabelNode>
@@ -375,6 +376,8 @@ void CAxHandleAdapter::AddOneLock(const osg::Vec3d& lngLatAlt)
     geode->setCullingActive(false);
     geode->addDrawable(icon);
     osgEarth::ScreenSpaceLayout::activate(geode->getOrCreateStateSet());
+    // Where the engine draws by programs alone, the texture needs one.
+    osgEarth::Registry::shaderGenerator().run(geode);
     osg::ref_ptr<GeoPositionNode> anchor =
         new GeoPositionNode(mapNode, osgEarth::GeoPoint(d->viewer->Scene().MapSRS()->getGeographicSRS(),
                                                         lngLatAlt, osgEarth::ALTMODE_ABSOLUTE));

@@ -5,6 +5,7 @@
 #include <osgEarth/MapCallback>
 #include <osgEarth/MapNode>
 #include <osgEarth/MapNodeObserver>
+#include <osgEarth/Registry>
 #include <osgEarth/TerrainEngineNode>
 #include <osgEarthAnnotation/AnnotationNode>
 #include <osgEarthFeatures/FilterContext>
@@ -65,6 +66,8 @@ static_assert(!std::is_constructible_v<StyleSelector, std::string, std::string, 
 static_assert(is<void (EarthManipulator::*)()>(&EarthManipulator::computeHomePosition));
 static_assert(is<osg::Node* (EarthManipulator::*)()>(&EarthManipulator::getNode));
 static_assert(is<osg::Light* (SkyNode::*)()>(&SkyNode::getSunLight) && std::is_abstract_v<SkyNode>);
+static_assert(is<void (ShaderGeneratorProxy::*)(osg::Node*)>(&ShaderGeneratorProxy::run));
+static_assert(is<ShaderGeneratorProxy (*)()>(&Registry::shaderGenerator));
 
 /// A host's sky, which a protected constructor without arguments lets it write.
 struct HostSky : public SkyNode
