@@ -67,6 +67,10 @@ osg::ref_ptr<Util::GeodeticGraticule> AxSceneStartup::CreateGraticule(MapNode* m
 {
     osg::ref_ptr<Util::GeodeticGraticule> graticule = new Util::GeodeticGraticule(mapNode);
     graticule->setName("GeodeticGraticule");
+    // An osgEarth that keeps its graticules in a table of its own destroys them after all that
+    // they need for it. They then stay until the process is gone.
+    if (graticule->referenceCount() > 1)
+        graticule->ref();
     return graticule;
 }
 
