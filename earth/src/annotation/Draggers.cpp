@@ -199,7 +199,7 @@ void Dragger::dragTo(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa)
 
 bool Dragger::groundUnder(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, GeoPoint& place) const
 {
-    const osg::ref_ptr<MapNode> mapNode = getMapNode();
+    const osg::ref_ptr<const MapNode> mapNode = getMapNode();
     if (!mapNode || !mapNode->getTerrain())
         return false;
     const double up = ea.getMouseYOrientation() == GUIEventAdapter::Y_INCREASING_UPWARDS ? 1.0 : -1.0;

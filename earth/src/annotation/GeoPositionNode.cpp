@@ -23,7 +23,7 @@ GeoPositionNode::GeoPositionNode(const GeoPositionNode& rhs, const osg::CopyOp& 
 {
     removeChildren(0, getNumChildren());
     init();
-    GeoPositionNode::setMapNode(rhs.getMapNode());
+    GeoPositionNode::setMapNode(AnnotationNode::getMapNode());
     GeoPositionNode::setPosition(rhs.getPosition());
 }
 

@@ -241,7 +241,7 @@ bool QuadtreeTerrain::intersectRay(const osg::Vec3d& origin, const osg::Vec3d& d
 }
 
 void QuadtreeTerrain::intersectSegment(osgUtil::IntersectionVisitor& visitor,
-                                         osgUtil::LineSegmentIntersector& segment) const
+                                       osgUtil::LineSegmentIntersector& segment) const
 {
     const osg::Vec3d way = segment.getEnd() - segment.getStart();
     const double length = way.length();
