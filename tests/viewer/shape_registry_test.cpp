@@ -137,16 +137,19 @@ TEST_F(Registry, SurvivesObjectsThatEndInTheMiddleOfAnything)
         << "the drawing has ended all the same";
     EXPECT_EQ(pickEnded, QList<EToolType>{ToolPolygonBlock});
 
-    // In one of its own slots, and hanging elsewhere.
+    // By one that hears of the end of a move, while it hangs elsewhere.
     object = Import("elsewhere", ring);
-    during(QObject::connect(object, &CAxHandleAdapter::signalHandleEnd, viewer,
-                            [&] {
+    object->HandleMoved(1.0, 0.0, 0.0);
+    object->GetAnchor()[0].x() -= 1.0;
+    during(QObject::connect(blocks, &CAxBlockManager::blockChanged, viewer,
+                            [&](const QString& id) {
                                 viewer->GetGeomAdapterGroup()->removeChild(object->GetFeatureNode());
                                 viewer->RemoveHanderAdapter(object.data(), false);
-                                EXPECT_TRUE(object);
-                                EXPECT_EQ(viewer->FindExistNode(QStringLiteral("elsewhere")), nullptr);
+                                EXPECT_TRUE(object) << "its slot is still running";
+                                EXPECT_EQ(viewer->FindExistNode(id), nullptr);
                             }),
-           [&] { object->slotDoubleClicked({}, {}); });
+           [&] { object->EndMoved(1); });
+    EXPECT_TRUE(waitFor([&] { return !object; }));
     blocks->DeleteBlock("elsewhere");
 
     // By one that hears that nothing is selected any more.
