@@ -65,6 +65,18 @@ TEST_F(Announcer, StaysSilentBeforeStartAndWhileDisabled)
     EXPECT_EQ(Texts(), QStringList("heard"));
 }
 
+TEST_F(Announcer, AFailedMessageDoesNotSilenceLaterOnes)
+{
+    announcer->slotSayCurText("failed", 1);
+    Engine().Report(QTextToSpeech::BackendError);
+    announcer->slotSayCurText("at once", 1);
+    EXPECT_EQ(Texts(), QStringList("failed"));
+    EXPECT_TRUE(QTest::qWaitFor([this] {
+        announcer->slotSayCurText("later", 3);
+        return Texts().last() == "later";
+    }));
+}
+
 TEST_F(Announcer, TreatsAMessageAsSpokenBeforeALateEngineReportsIt)
 {
     FakeEngine::late = true;

@@ -10,6 +10,8 @@ namespace {
 // Some engines still call themselves ready for a moment after a message was
 // handed to them. One that never reports must not silence later messages.
 constexpr qint64 longestReportMs = 1000;
+// A failed message is spoken by nobody: from here on later ones are tried again, whatever their level.
+constexpr qint64 longestFailureMs = 1000;
 
 bool ReportsLate(const QString& engine)
 {
@@ -34,6 +36,7 @@ void CAxTextToSpeech::slotStartSpeech()
         engineName = AxPreferredSpeechEngine(QTextToSpeech::availableEngines());
     speech = new QTextToSpeech(CAxTextToSpeechRelay::For(engineName), this);
     voices = std::make_unique<CAxTextToSpeechVoices>(*speech);
+    lastStart.start();
     connect(speech, &QTextToSpeech::stateChanged, this, [this](QTextToSpeech::State state) {
         if (state != QTextToSpeech::Ready)
             unreported.invalidate();
@@ -59,7 +62,7 @@ void CAxTextToSpeech::slotSayCurText(const QString& text, int level)
         return;
     if (IsReady()) {
         Say(text, level);
-    } else if (level < currentLevel) {
+    } else if (level < currentLevel || HasFailed()) {
         speech->stop();
         Say(text, level);
     }
@@ -71,9 +74,15 @@ bool CAxTextToSpeech::IsReady() const
            !(unreported.isValid() && unreported.elapsed() < longestReportMs);
 }
 
+bool CAxTextToSpeech::HasFailed() const
+{
+    return speech->state() == QTextToSpeech::BackendError && lastStart.elapsed() > longestFailureMs;
+}
+
 void CAxTextToSpeech::Say(const QString& text, int level)
 {
     currentLevel = level;
+    lastStart.start();
     unreported.invalidate();
     if (ReportsLate(engineName) && !text.trimmed().isEmpty())
         unreported.start();

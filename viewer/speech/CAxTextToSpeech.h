@@ -12,7 +12,8 @@ class CAxTextToSpeechVoices;
 
 /**
  * Speaks short status messages. While one is being spoken only a more urgent
- * one interrupts it; others are dropped, none is queued.
+ * one interrupts it; others are dropped, none is queued. After a message that
+ * failed, the service is tried again with the next one a second later.
  *
  * Owned by the host, which connects its slots to its own signals and to
  * CAxEarthViewer::signalTextSpeechEnabled. GUI thread only; no slot waits for
@@ -44,6 +45,8 @@ public slots:
 
 private:
     bool IsReady() const;
+    /// Whether the last message failed a while ago.
+    bool HasFailed() const;
     void Say(const QString& text, int level);
 
     QTextToSpeech* speech = nullptr;
@@ -53,6 +56,8 @@ private:
 
     QString engineName;
     std::unique_ptr<CAxTextToSpeechVoices> voices;
+    /// Runs since the last message, or the engine, was started.
+    QElapsedTimer lastStart;
     /// Runs from a message's start until the engine reports that it speaks it.
     QElapsedTimer unreported;
 };
