@@ -2,6 +2,7 @@
 // into nowhere, with one that never answers, and with none.
 #include "Announcer.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QLocalSocket>
 #include <QProcess>
@@ -139,12 +140,16 @@ TEST_F(Dispatcher, NeverWaitsForADaemonThatDoesNotAnswer)
     static auto* const silent = new QTcpServer;
     ASSERT_TRUE(silent->listen(QHostAddress::LocalHost));
     qputenv("SPEECHD_ADDRESS", "inet_socket:127.0.0.1:" + QByteArray::number(silent->serverPort()));
-    CAxTextToSpeech announcer(nullptr, "speechd");
-    announcer.slotStartSpeech();
-    announcer.slotSayCurText("Battery low", 2);
-    announcer.slotSayCurText("Obstacle", 1);
+    auto announcer = std::make_unique<CAxTextToSpeech>(nullptr, "speechd");
+    announcer->slotStartSpeech();
+    announcer->slotSayCurText("Battery low", 2);
+    announcer->slotSayCurText("Obstacle", 1);
     ASSERT_TRUE(QTest::qWaitFor([&] { return silent->hasPendingConnections(); }, daemonLimitMs));
-    announcer.slotStopSpeech();
-    announcer.slotSayCurText("Battery low", 3);
-    EXPECT_EQ(announcer.findChild<QTextToSpeech*>()->state(), QTextToSpeech::Speaking);
+    announcer->slotStopSpeech();
+    announcer->slotSayCurText("Battery low", 3);
+    EXPECT_EQ(announcer->findChild<QTextToSpeech*>()->state(), QTextToSpeech::Speaking);
+    QElapsedTimer farewell;
+    farewell.start();
+    announcer.reset();
+    EXPECT_LT(farewell.elapsed(), 1500);
 }

@@ -1,6 +1,7 @@
 #include "viewer/speech/CAxTextToSpeechRelay.h"
 #include "scene/base/AxViewerLog.h"
 #include "viewer/speech/AxBrokenPipe.h"
+#include "viewer/speech/AxSpeechDaemon.h"
 #include "viewer/speech/CAxTextToSpeechVoices.h"
 
 #include <QMutex>
@@ -18,6 +19,7 @@ constexpr int longestAnswerMs = 10000;
 constexpr int longestBeginMs = 2000;
 // Espeak needs a quarter of a second for a Chinese character, less for a letter.
 constexpr int longestCharacterMs = 500;
+// An engine whose daemon answers is there in two seconds.
 constexpr unsigned long longestFarewellMs = 3000;
 constexpr unsigned long shortestFarewellMs = 500;
 // Each attempt to reach a missing daemon writes a line into the log.
@@ -53,6 +55,10 @@ void CAxTextToSpeechWorker::Start()
     // The daemon's client library writes on although the daemon has died.
     AxSurviveBrokenPipes();
     lastStart.start();
+    if (AxIsSpeechDaemonSilent(leaving, longestStartMs)) {
+        emit Started(false);
+        return;
+    }
     speech = std::make_unique<QTextToSpeech>(RelayedEngine());
     const bool ready = speech->state() == QTextToSpeech::Ready;
     if (ready) {
@@ -115,6 +121,7 @@ CAxTextToSpeechRelay::CAxTextToSpeechRelay(QObject* parent)
 
 CAxTextToSpeechRelay::~CAxTextToSpeechRelay()
 {
+    worker->Leave();
     thread->quit();
     // A thread that waits for a stuck daemon cannot be ended; the process can.
     if (thread->wait(stuck ? shortestFarewellMs : longestFarewellMs))

@@ -5,6 +5,7 @@
 #include <QThread>
 #include <QTimer>
 
+#include <atomic>
 #include <memory>
 
 class CAxTextToSpeechVoices;
@@ -23,6 +24,8 @@ public:
     void Start();
     void Say(int message, const QString& text);
     void Stop();
+    /// The program ends: nothing waits for the daemon any more. Any thread.
+    void Leave() { leaving = true; }
 
 signals:
     void Started(bool ready);
@@ -35,6 +38,7 @@ private:
     std::unique_ptr<QTextToSpeech> speech;
     std::unique_ptr<CAxTextToSpeechVoices> voices;
     QElapsedTimer lastStart;
+    std::atomic<bool> leaving{false};
     int current = 0;
     bool begun = false;
 };
