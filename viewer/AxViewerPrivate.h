@@ -119,6 +119,7 @@ public:
     bool starting = false;
     bool painting = false;
     bool inputPosted = false;
-    bool passingKey = false;
+    /// The key event that the widget is handing to the scene.
+    const QEvent* passedKey = nullptr;
     bool deleteKeyTaken = false;
 };

@@ -11,8 +11,10 @@
 #include <QKeyEvent>
 #include <QMoveEvent>
 #include <QPaintEngine>
+#include <QPointer>
 #include <QResizeEvent>
-#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace {
 constexpr int overlayTop = 60;
@@ -45,16 +47,24 @@ void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
 bool CAxEarthViewer::event(QEvent* event)
 {
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
-    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab)
-        return false;
+    if (isKey && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Tab) {
+        event->accept();
+        // Qt offers a key that is refused to the parent, which would move the focus.
+        return !isWindow();
+    }
     if (!isKey && event->type() != QEvent::ShortcutOverride)
         return QGraphicsView::event(event);
     // An overlay that has the focus and no use for a key hands it to its Qt
     // parent, which is this widget, which would hand it to the overlay again.
-    if (d->passingKey)
+    if (d->passedKey == event)
         return false;
-    const QScopedValueRollback<bool> passing(d->passingKey, true);
-    return QGraphicsView::event(event);
+    // A box that the key opens lets further keys come, and may see the end of this widget.
+    const QPointer<CAxEarthViewer> self(this);
+    const QEvent* const before = std::exchange(d->passedKey, event);
+    const bool recognised = QGraphicsView::event(event);
+    if (self)
+        d->passedKey = before;
+    return recognised;
 }
 
 void CAxEarthViewer::resizeEvent(QResizeEvent* event)

@@ -14,10 +14,13 @@
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTranslator>
+#include <QVBoxLayout>
 
 using osgGA::GUIEventAdapter;
 
@@ -88,6 +91,24 @@ TEST_F(Widget, SwallowsTab)
     });
     for (const auto& event : events)
         EXPECT_NE(event->getKey(), '\t');
+}
+
+TEST(WidgetInAWindow, TabStaysInTheMap)
+{
+    QWidget window;
+    auto* map = new CAxEarthViewer(&window);
+    auto* field = new QLineEdit(&window);
+    auto* rows = new QVBoxLayout(&window);
+    rows->addWidget(map);
+    rows->addWidget(field);
+    window.resize(300, 300);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    map->setFocus();
+    ASSERT_TRUE(waitFor([&] { return map->hasFocus(); }));
+    QTest::keyClick(map, Qt::Key_Tab);
+    EXPECT_TRUE(map->hasFocus());
+    EXPECT_FALSE(field->hasFocus());
 }
 
 TEST_F(Widget, ReadsOutThePlaceUnderTheMouseAndTheRange)
