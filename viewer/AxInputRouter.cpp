@@ -47,12 +47,14 @@ void AxInputRouter::SetModifiers(Qt::KeyboardModifiers modifiers)
     Queue()->getCurrentEventState()->setModKeyMask(static_cast<int>(ModifierMask(modifiers)));
 }
 
-void AxInputRouter::Press(const QMouseEvent& event)
+void AxInputRouter::Press(const QMouseEvent& event, bool taken)
 {
     heldButtons |= event.button();
     endedButtons &= ~Qt::MouseButtons(event.button());
-    Queue()->mouseButtonPress(static_cast<float>(event.x()), static_cast<float>(event.y()),
-                              Button(event.button()), Queue()->getTime());
+    Queue()
+        ->mouseButtonPress(static_cast<float>(event.x()), static_cast<float>(event.y()),
+                           Button(event.button()), Queue()->getTime())
+        ->setHandled(taken);
 }
 
 bool AxInputRouter::LetGo(Qt::MouseButton button)
@@ -77,9 +79,11 @@ void AxInputRouter::ReleaseNowhere(const QMouseEvent& event)
         Queue()->mouseButtonRelease(0.0f, 0.0f, Button(event.button()), Queue()->getTime());
 }
 
-void AxInputRouter::Move(const QMouseEvent& event)
+void AxInputRouter::Move(const QMouseEvent& event, bool taken)
 {
-    Queue()->mouseMotion(static_cast<float>(event.x()), static_cast<float>(event.y()), Queue()->getTime());
+    Queue()
+        ->mouseMotion(static_cast<float>(event.x()), static_cast<float>(event.y()), Queue()->getTime())
+        ->setHandled(taken);
 }
 
 void AxInputRouter::DoubleClick(const QMouseEvent& event)
@@ -93,6 +97,10 @@ void AxInputRouter::DoubleClick(const QMouseEvent& event)
 void AxInputRouter::Wheel(const QWheelEvent& event)
 {
     using Adapter = osgGA::GUIEventAdapter;
+    // A release that an overlay took has left the pointer at the origin.
+    osgGA::GUIEventAdapter* state = Queue()->getCurrentEventState();
+    state->setX(static_cast<float>(event.position().x()));
+    state->setY(static_cast<float>(event.position().y()));
     const QPoint delta = event.angleDelta();
     // A tilted wheel or a sideways swipe reports in x only.
     const bool vertical = delta.y() != 0 || delta.x() == 0;

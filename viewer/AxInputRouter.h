@@ -29,11 +29,12 @@ public:
     static unsigned Button(Qt::MouseButton button);
 
     void SetModifiers(Qt::KeyboardModifiers modifiers);
-    void Press(const QMouseEvent& event);
+    /// A press that an overlay has taken reaches the scene as handled, and so do the moves until its release.
+    void Press(const QMouseEvent& event, bool taken);
     void Release(const QMouseEvent& event);
     /// Ends a drag whose release hit an overlay: a release at (0, 0) is a click on nothing.
     void ReleaseNowhere(const QMouseEvent& event);
-    void Move(const QMouseEvent& event);
+    void Move(const QMouseEvent& event, bool taken);
     void DoubleClick(const QMouseEvent& event);
     /// A vertical wheel turned forward is SCROLL_DOWN here, the reverse of
     /// the common mapping; the manipulator's bindings rely on it.

@@ -138,6 +138,8 @@ void AxViewerPrivate::initParameters()
 void AxViewerPrivate::initOverlays()
 {
     compassItem = new CAxGraphicsCompassItem(nullptr);
+    // The bar of tools reaches up to its row, and would take the hovering that the dial's ring shows.
+    compassItem->setZValue(1.0);
     q->scene()->addItem(compassItem);
     compassItem->ConnectEvent(q);
 
@@ -353,9 +355,8 @@ void AxViewerPrivate::setCoordinate(const QStringList& texts)
 {
     // A change while the frame is painted would ask for a second one at once;
     // the next tick paints anyway.
-    if (painting)
-        nextReadOut = texts;
-    else
+    nextReadOut = painting ? texts : QStringList();
+    if (!painting)
         coordinateWidget->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
 }
 

@@ -294,7 +294,7 @@ private slots:
     void slotDrawableClicked(osg::Drawable* drawable);
 
 private:
-    void takeEditingKey(int key);
+    void takeEditingKey(int key, bool reachesScene);
 
     const std::unique_ptr<AxViewerPrivate> d;
 };

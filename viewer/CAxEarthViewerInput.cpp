@@ -8,6 +8,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QWheelEvent>
 
 namespace {
@@ -31,7 +32,9 @@ Qt::KeyboardModifiers OwnModifier(int key)
 
 bool IsOverlayUnderCursor(const QGraphicsView& view)
 {
-    return view.itemAt(view.mapFromGlobal(QCursor::pos())) != nullptr;
+    const QPoint cursor = view.mapFromGlobal(QCursor::pos());
+    // Overlays may reach beyond the map, where the cursor is over something else.
+    return view.viewport()->rect().contains(cursor) && view.itemAt(cursor);
 }
 } // namespace
 
@@ -43,15 +46,23 @@ void CAxEarthViewer::setKeyboardModifiers(Qt::KeyboardModifiers modifiers)
 
 void CAxEarthViewer::mousePressEvent(QMouseEvent* event)
 {
+    const QPointer<CAxEarthViewer> self(this);
     d->tools.SetPressTaken(false);
     QGraphicsView::mousePressEvent(event);
+    if (!self)
+        return;
+    if (event->isAccepted())
+        d->tools.TakePress();
     setKeyboardModifiers(event->modifiers());
-    d->input->Press(*event);
+    d->input->Press(*event, d->tools.IsPressTaken());
 }
 
 void CAxEarthViewer::mouseReleaseEvent(QMouseEvent* event)
 {
+    const QPointer<CAxEarthViewer> self(this);
     QGraphicsView::mouseReleaseEvent(event);
+    if (!self)
+        return;
     if (d->tools.IsPressTaken()) {
         d->input->ReleaseNowhere(*event);
         return;
@@ -63,7 +74,7 @@ void CAxEarthViewer::mouseReleaseEvent(QMouseEvent* event)
 void CAxEarthViewer::mouseMoveEvent(QMouseEvent* event)
 {
     setKeyboardModifiers(event->modifiers());
-    d->input->Move(*event);
+    d->input->Move(*event, event->buttons() && d->tools.IsPressTaken());
     QGraphicsView::mouseMoveEvent(event);
 }
 
@@ -86,17 +97,21 @@ void CAxEarthViewer::wheelEvent(QWheelEvent* event)
 
 void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
 {
+    const QPointer<CAxEarthViewer> self(this);
     const bool reachesScene = !IsOverlayUnderCursor(*this);
     if (reachesScene)
         setKeyboardModifiers(event->modifiers());
     d->input->KeyPress(*event, reachesScene);
     if (!event->isAutoRepeat() || event->key() == Qt::Key_Backspace)
-        takeEditingKey(event->key());
+        takeEditingKey(event->key(), reachesScene);
+    if (!self)
+        return;
     if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
         d->tools.SetMultiSelect(true);
     if (event->key() == Qt::Key_Alt && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
         emit signalAltKey(true);
-    QGraphicsView::keyPressEvent(event);
+    if (self)
+        QGraphicsView::keyPressEvent(event);
 }
 
 void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
@@ -114,11 +129,15 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
     setKeyboardModifiers(event->modifiers() | own);
     d->input->KeyRelease(*event);
     d->input->SetModifiers(event->modifiers() & ~own);
+    const QPointer<CAxEarthViewer> self(this);
     QGraphicsView::keyReleaseEvent(event);
-    if (event->key() == Qt::Key_Delete) {
+    if (self && event->key() == Qt::Key_Delete) {
         emit signalHandleKeyDelete();
-        d->deleteKeyTaken = false;
+        if (self)
+            d->deleteKeyTaken = false;
     }
+    if (!self)
+        return;
     if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
         d->tools.SetMultiSelect(false);
     if (event->key() == Qt::Key_Alt && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
@@ -138,16 +157,18 @@ void CAxEarthViewer::focusOutEvent(QFocusEvent* event)
     QGraphicsView::focusOutEvent(event);
 }
 
-void CAxEarthViewer::takeEditingKey(int key)
+void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
 {
-    if (key == Qt::Key_Escape) {
+    if (key == Qt::Key_Delete) {
+        // A deletion that is refused, or that an overlay hides, was meant for the vertex all the same.
+        d->deleteKeyTaken = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
+        if (d->deleteKeyTaken && reachesScene)
+            d->objects.DeleteHoveredVertex();
+    } else if (!reachesScene) {
+        return;
+    } else if (key == Qt::Key_Escape) {
         d->objects.GiveUpOperation();
     } else if (key == Qt::Key_Backspace && d->objects.Current()) {
         d->objects.Current()->RemoveLastPoint();
-    } else if (key == Qt::Key_Delete) {
-        // A deletion that is refused was meant for the vertex all the same.
-        d->deleteKeyTaken = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
-        if (d->deleteKeyTaken)
-            d->objects.DeleteHoveredVertex();
     }
 }

@@ -9,9 +9,11 @@
 
 #include <QFontMetrics>
 #include <QGraphicsScene>
+#include <QGraphicsSceneMouseEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QLocale>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <cmath>
@@ -104,6 +106,8 @@ TEST_F(Overlay, AClickOnTheCompassIsNoneOnTheGlobe)
     manipulator->setViewpoint(osgEarth::Viewpoint("oblique", -105.0, 37.4, 3000.0, 60.0, -40.0, 20000.0));
     ASSERT_TRUE(waitFor([] { return std::abs(Compass()->Heading() + 60.0) < 1.0; }));
     const QPoint centre = viewer->mapFromScene(Compass()->sceneBoundingRect().center());
+    // What is hovered: the ring would stay as the click left it.
+    EXPECT_EQ(viewer->itemAt(centre), Compass());
 
     const SceneEventRecorder recorder;
     QTest::mouseClick(viewer->viewport(), Qt::LeftButton, {}, centre);
@@ -114,6 +118,61 @@ TEST_F(Overlay, AClickOnTheCompassIsNoneOnTheGlobe)
     EXPECT_TRUE(waitFor([&] { return manipulator->getViewpoint().getPitch() < -89.0; }));
     EXPECT_NEAR(manipulator->getViewpoint().focalPoint()->x(), -105.0, 1e-4);
     EXPECT_NEAR(manipulator->getViewpoint().focalPoint()->y(), 37.4, 1e-4);
+}
+
+TEST(CompassDial, OutlivesItsViewer)
+{
+    class Pressed : public Dial
+    {
+    public:
+        void Press()
+        {
+            QGraphicsSceneMouseEvent press(QEvent::GraphicsSceneMousePress);
+            press.setButton(Qt::LeftButton);
+            mousePressEvent(&press);
+            QGraphicsSceneMouseEvent release(QEvent::GraphicsSceneMouseRelease);
+            mouseReleaseEvent(&release);
+        }
+    } dial;
+    dial.ConnectEvent(nullptr);
+    {
+        CAxEarthViewer shortLived(nullptr);
+        dial.ConnectEvent(&shortLived);
+        dial.Press();
+        EXPECT_TRUE(shortLived.GetFocusToMaptool());
+    }
+    dial.Press();
+}
+
+// The compass takes presses, and so does the read-out, whatever tool is in hand.
+TEST_F(Overlay, APressOnAnOverlayNeitherDrawsNorMovesTheGlobe)
+{
+    CAxEarthManipulator* manipulator = viewer->getManipulator();
+    const QWidget* readOut = viewer->GetCoordinateWidget();
+    const QRect corner = readOut->geometry();
+    for (const EToolType tool : {ToolNavigate, ToolProhibitedArea, ToolPolygonBlock}) {
+        for (const QPoint& place :
+             {corner.center(), viewer->mapFromScene(Compass()->sceneBoundingRect().center())}) {
+            viewer->SetToolType(tool);
+            manipulator->setViewpoint(osgEarth::Viewpoint("", 10.0, 40.0, 0.0, 0.0, -90.0, 1e7), 0.0);
+            ASSERT_TRUE(waitFrames(2));
+            const SceneEventRecorder recorder;
+            const auto send = [&](QEvent::Type type, const QPoint& at, Qt::MouseButton button) {
+                QMouseEvent event(type, at, button,
+                                  type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+                QCoreApplication::sendEvent(viewer->viewport(), &event);
+            };
+            send(QEvent::MouseButtonPress, place, Qt::LeftButton);
+            for (int step = 1; step <= 4; ++step)
+                send(QEvent::MouseMove, place - QPoint(20, 15) * step, Qt::NoButton);
+            send(QEvent::MouseButtonRelease, place - QPoint(80, 60), Qt::LeftButton);
+            ASSERT_TRUE(waitFor([&] { return !recorder.OfType(GUIEventAdapter::RELEASE).empty(); }));
+            EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr) << tool;
+            EXPECT_NEAR(manipulator->getViewpoint().focalPoint()->x(), 10.0, 1e-6) << tool;
+            EXPECT_EQ(readOut->geometry(), corner);
+        }
+    }
+    viewer->SetToolType(ToolNavigate);
 }
 
 TEST_F(Overlay, FitsLongValuesIntoTheReadOut)

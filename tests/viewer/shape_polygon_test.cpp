@@ -1,6 +1,8 @@
 // Polygon blocks: drawn, judged, edited, renamed, undone.
 #include "ShapeFixture.h"
 
+#include "viewer/overlay/CAxCoordinateWidget.h"
+
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "mission/routes/CAxTaskPolygon.h"
 
@@ -98,6 +100,16 @@ TEST_F(Polygon, DrawingIsTakenBackByKeys)
     Click(20.0, 11.0);
     QPointer<CAxHandleAdapter> block = viewer->GetCurHandleAdapter();
     ASSERT_TRUE(block);
+    // A key over an overlay is the overlay's.
+    const QRect readOut = viewer->GetCoordinateWidget()->geometry();
+    QCursor::setPos(viewer->mapToGlobal(readOut.center()));
+    ASSERT_TRUE(waitFor([&] { return readOut.contains(viewer->mapFromGlobal(QCursor::pos())); }));
+    PressKey(Qt::Key_Backspace);
+    PressKey(Qt::Key_Escape);
+    ASSERT_TRUE(block);
+    EXPECT_EQ(block->GetAnchor().size(), 3u);
+    QCursor::setPos(viewer->mapToGlobal(QPoint(300, 300)));
+    ASSERT_TRUE(waitFor([&] { return !readOut.contains(viewer->mapFromGlobal(QCursor::pos())); }));
     PressKey(Qt::Key_Backspace);
     EXPECT_EQ(block->GetAnchor().size(), 2u);
     PressKey(Qt::Key_Backspace);

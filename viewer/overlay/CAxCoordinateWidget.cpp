@@ -3,6 +3,7 @@
 
 #include <QFontMetrics>
 #include <QGridLayout>
+#include <QMouseEvent>
 
 #include <algorithm>
 
@@ -31,6 +32,7 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     setObjectName(QStringLiteral("CAxCoordinateWidget"));
     setWindowTitle(tr("Form"));
     setWindowOpacity(0.8);
+    EnableMove(false);
     resize(294, 48);
     QFont family = font();
     family.setFamily(AxOverlayFontFamily());
@@ -66,6 +68,11 @@ void CAxCoordinateWidget::SetCoordinate(const QString& longitude, const QString&
     }
     if (!fits)
         FitTexts();
+}
+
+void CAxCoordinateWidget::mousePressEvent(QMouseEvent* event)
+{
+    event->accept();
 }
 
 // English texts with long numbers are wider than the panel in the usual size.

@@ -21,6 +21,10 @@ public:
     void SetCoordinate(const QString& longitude, const QString& latitude, const QString& altitude,
                        const QString& range);
 
+protected:
+    /// A press on the read-out is none on the map below it.
+    void mousePressEvent(QMouseEvent* event) override;
+
 private:
     void FitTexts();
 

@@ -36,6 +36,8 @@ CAxGraphicsCompassItem::CAxGraphicsCompassItem(QGraphicsItem* parent)
 void CAxGraphicsCompassItem::ConnectEvent(CAxEarthViewer* earthViewer)
 {
     viewer = AxPartsOf(earthViewer);
+    if (!viewer)
+        return;
     const QObject* manipulator = viewer->Mouse();
     connect(this, SIGNAL(signalHeading(double)), manipulator, SLOT(slotHeading(double)));
     connect(this, SIGNAL(signalHeading(double)), manipulator, SLOT(slotResetPitch()));

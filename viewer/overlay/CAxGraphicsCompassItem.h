@@ -3,6 +3,7 @@
 
 #include <QGraphicsObject>
 #include <QImage>
+#include <QPointer>
 
 class AxViewerParts;
 class CAxEarthViewer;
@@ -58,5 +59,5 @@ private:
     QImage needleImage;
     double heading = 0.0;
     QPoint needlePos;
-    AxViewerParts* viewer = nullptr;
+    QPointer<AxViewerParts> viewer; ///< of another owner: an item may outlive it
 };

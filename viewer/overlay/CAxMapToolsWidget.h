@@ -4,6 +4,7 @@
 #include <AxBaseUI/CAxBaseWidget.h>
 #include <AxBaseUI/EToolType.h>
 
+#include <QPointer>
 #include <QPushButton>
 
 class AxViewerParts;
@@ -56,5 +57,7 @@ private:
     QPushButton* m_pMapCtrlToEditAreaBtn = nullptr;
     QPushButton* m_pMapCtrlFollowAircraftBtn = nullptr;
     QPushButton* m_pVoiceSwitchBtn = nullptr;
-    AxViewerParts* viewer = nullptr;
+    QPointer<AxViewerParts> viewer;
+    int firstRow = 0;
+    int lastRow = QWIDGETSIZE_MAX;
 };
