@@ -46,7 +46,10 @@ osg::ref_ptr<osg::Node> AxSceneStartup::ReadMap(const QString& path)
 osg::ref_ptr<Util::SkyNode> AxSceneStartup::CreateSky(MapNode* mapNode)
 {
     osg::ref_ptr<Util::SkyNode> sky = Util::SkyNode::create(mapNode);
-    sky->setName("SkyNode");
+    if (sky)
+        sky->setName("SkyNode");
+    else
+        qCWarning(axViewerLog) << "the map engine offers no sky";
     return sky;
 }
 
@@ -77,6 +80,10 @@ osg::ref_ptr<Util::GeodeticGraticule> AxSceneStartup::CreateGraticule(MapNode* m
 void AxSceneStartup::AttachSky(Util::SkyNode* sky, MapNode* mapNode, osgViewer::Viewer& viewer,
                                osg::Group* root)
 {
+    if (!sky) {
+        root->addChild(mapNode);
+        return;
+    }
     sky->setEphemeris(new Util::Ephemeris);
     sky->attach(&viewer, 0);
     sky->setSunVisible(false);

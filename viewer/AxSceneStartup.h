@@ -1,4 +1,6 @@
 #pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
 #include <osg/Group>
 #include <osg/ref_ptr>
 #include <osgEarth/Map>
@@ -18,6 +20,7 @@ namespace AxSceneStartup {
 /// What the map file holds, or null with a logged line.
 osg::ref_ptr<osg::Node> ReadMap(const QString& path);
 
+/// Null, with a logged line, where the map engine has none.
 osg::ref_ptr<osgEarth::Util::SkyNode> CreateSky(osgEarth::MapNode* mapNode);
 
 /// The whole globe, seen from above Beijing.
@@ -28,9 +31,10 @@ void PrepareView(osgViewer::Viewer& viewer, osgEarth::MapNode* mapNode);
 
 osg::ref_ptr<osgEarth::Util::GeodeticGraticule> CreateGraticule(osgEarth::MapNode* mapNode);
 
-/// Lights the view from the sky and hangs the map under the sky and the sky under root.
-void AttachSky(osgEarth::Util::SkyNode* sky, osgEarth::MapNode* mapNode, osgViewer::Viewer& viewer,
-               osg::Group* root);
+/// Lights the view from the sky and hangs the map under the sky and the sky under root; without a sky the map
+/// hangs under root itself.
+AXEARTHVIEWER_EXPORT void AttachSky(osgEarth::Util::SkyNode* sky, osgEarth::MapNode* mapNode,
+                                    osgViewer::Viewer& viewer, osg::Group* root);
 
 /// An invisible disc draped over the whole globe.
 osg::ref_ptr<osg::Node> CreateDrapedDisc(osgEarth::MapNode* mapNode);

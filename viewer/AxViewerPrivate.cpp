@@ -24,6 +24,7 @@
 
 #include <QCoreApplication>
 #include <QGraphicsProxyWidget>
+#include <QPointer>
 #include <QSplashScreen>
 
 #include <cstdlib>
@@ -197,9 +198,10 @@ void AxViewerPrivate::setUpViewerInWindow(int x, int y, int width, int height)
 
 // Start-up
 
-void AxViewerPrivate::startUp()
+bool AxViewerPrivate::startUp()
 {
     starting = true;
+    const QPointer<AxViewerPrivate> self(this);
 
     QPixmap transparent(300, 200);
     transparent.fill(QColor(255, 255, 255, 0));
@@ -208,11 +210,14 @@ void AxViewerPrivate::startUp()
     splash->setAttribute(Qt::WA_DeleteOnClose);
     splash->move(q->mapToGlobal(q->rect().center()) - splash->rect().center());
     splash->show();
-    const auto progress = [splash](const QString& text) {
+    // Events run meanwhile, so a host may end the viewer.
+    const auto progress = [splash, &self](const QString& text) {
         splash->showMessage(text, Qt::AlignHCenter | Qt::AlignBottom, Qt::white);
+        return !self.isNull();
     };
 
-    progress(CAxEarthViewer::tr("Create tile map service..."));
+    if (!progress(CAxEarthViewer::tr("Create tile map service...")))
+        return false;
     AxSetProcessLocale();
     const osg::ref_ptr<osg::Node> loaded =
         AxSceneStartup::ReadMap(mapFile.isEmpty() ? MapFileForNetwork() : mapFile);
@@ -224,14 +229,16 @@ void AxViewerPrivate::startUp()
     mapSRS = mapNode->getMapSRS();
     mapNode->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::ON);
 
-    progress(CAxEarthViewer::tr("Loading Sky..."));
+    if (!progress(CAxEarthViewer::tr("Loading Sky...")))
+        return false;
     skyNode = AxSceneStartup::CreateSky(mapNode);
     initManipulator();
     initOther();
     initEventHandler();
     addGroups();
 
-    progress(CAxEarthViewer::tr("Loading prohibited area..."));
+    if (!progress(CAxEarthViewer::tr("Loading prohibited area...")))
+        return false;
     ancillaryProcess = new CAxAncillaryProcess(q, q);
 
     AxSceneStartup::AttachSky(skyNode, mapNode, *viewer, root);
@@ -243,6 +250,7 @@ void AxViewerPrivate::startUp()
     q->startTimer(frameIntervalMs, Qt::CoarseTimer);
     // finish() waits up to a second for a window that is not shown at all.
     splash->finish(q->isVisible() ? q : nullptr);
+    return !self.isNull();
 }
 
 void AxViewerPrivate::endWithoutMap()

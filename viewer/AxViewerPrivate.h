@@ -57,8 +57,9 @@ public:
     void initOverlays();
     void embed(QWidget* overlay);
     void setUpViewerInWindow(int x, int y, int width, int height);
-    /// Reads the map and completes the scene; the splash screen lets events run meanwhile.
-    void startUp();
+    /// Reads the map and completes the scene; the splash screen lets events run meanwhile. False when one of
+    /// them ended the viewer.
+    bool startUp();
     void initManipulator();
     void initOther();
     void initEventHandler();

@@ -18,6 +18,8 @@
 #include <osgEarth/Capabilities>
 #include <osgEarth/Registry>
 
+#include <QPointer>
+
 namespace {
 constexpr unsigned requiredGlsl = 330;
 } // namespace
@@ -55,9 +57,12 @@ void CAxEarthViewer::InitEarthViewer()
     // The splash screen lets events through, so a host's second call can come in the middle.
     if (d->earthLoaded || d->starting)
         return;
-    d->startUp();
+    const QPointer<CAxEarthViewer> self(this);
+    if (!d->startUp())
+        return;
     emit signalLoadEarth();
-    d->manipulator->setViewpoint(AxSceneStartup::HomeViewpoint(*d->map), 0.0);
+    if (self)
+        d->manipulator->setViewpoint(AxSceneStartup::HomeViewpoint(*d->map), 0.0);
 }
 
 void CAxEarthViewer::ReleaseAll()

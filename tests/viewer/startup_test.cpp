@@ -1,10 +1,13 @@
 // Start-up: its order, the scene skeleton, a second call, and what makes it fail.
 #include "ViewerFixture.h"
 
+#include "viewer/AxSceneStartup.h"
+
 #include <osgEarth/MapNode>
 #include <osgViewer/GraphicsWindow>
 
 #include <QFile>
+#include <QPointer>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QSqlDatabase>
@@ -94,6 +97,24 @@ TEST(Construction, AViewerClosedWhileItsTilesLoadLeavesNothingBehind)
     second->ReleaseAll();
     delete second;
     EXPECT_FALSE(root.valid());
+}
+
+TEST(Construction, AListenerMayEndTheViewerWhenItHasLoaded)
+{
+    CAxControl::GetInstance()->SetNetworkProbe([] { return false; });
+    QPointer<CAxEarthViewer> second = new CAxEarthViewer(nullptr);
+    QObject::connect(second, &CAxEarthViewer::signalLoadEarth, [&second] { delete second; });
+    second->InitEarthViewer();
+    EXPECT_FALSE(second);
+}
+
+TEST(Construction, WithoutASkyTheMapHangsUnderTheRoot)
+{
+    osg::ref_ptr<MapNode> map = new MapNode;
+    osg::ref_ptr<osg::Group> root = new osg::Group;
+    osg::ref_ptr<osgViewer::Viewer> view = new osgViewer::Viewer;
+    AxSceneStartup::AttachSky(nullptr, map, *view, root);
+    EXPECT_TRUE(root->containsNode(map));
 }
 
 class StartupInChild : public ViewerFixture
