@@ -314,6 +314,7 @@ void AxViewerPrivate::shutDown()
     frame->Release();
     if (sceneData)
         sceneData->removeChild(AxHeadUpText::Instance().GetCamera());
+    AxHeadUpText::Instance().Release();
     viewer->setSceneData(nullptr);
     viewer->setCameraManipulator(nullptr);
     // From here on only references keep it, so Qt must not delete it as a child.

@@ -1,6 +1,7 @@
 #include "scene/base/AxFonts.h"
 #include "scene/base/AxViewerLog.h"
 
+#include <osg/observer_ptr>
 #include <osgDB/FileUtils>
 
 #include <QDirIterator>
@@ -54,19 +55,21 @@ QString AxOverlayFontFamily()
 
 osg::ref_ptr<osgText::Font> AxSceneFont()
 {
-    static const osg::ref_ptr<osgText::Font> font =
-        [] {
-            // Asked first, because osg complains about each font file it fails to read.
-            std::string file = osgText::findFontFile("msyh.ttc");
-            if (file.empty())
-                file = FindStandInFile().toLocal8Bit().toStdString();
-            osg::ref_ptr<osgText::Font> read = file.empty() ? nullptr : osgText::readRefFontFile(file);
-            if (!read) {
-                qCWarning(axViewerLog)
-                    << "no font with Chinese letters found; texts in the scene use osg's own font";
-                read = osgText::Font::getDefaultFont();
-            }
-            return read;
-        }();
+    // Kept by the texts that use it, and not beyond: it must be gone before the libraries that read it are.
+    static osg::observer_ptr<osgText::Font> known;
+    osg::ref_ptr<osgText::Font> font;
+    if (known.lock(font))
+        return font;
+    // Asked first, because osg complains about each font file it fails to read.
+    std::string file = osgText::findFontFile("msyh.ttc");
+    if (file.empty())
+        file = FindStandInFile().toLocal8Bit().toStdString();
+    if (!file.empty())
+        font = osgText::readRefFontFile(file);
+    if (!font) {
+        qCWarning(axViewerLog) << "no font with Chinese letters found; texts in the scene use osg's own font";
+        font = osgText::Font::getDefaultFont();
+    }
+    known = font;
     return font;
 }

@@ -2,6 +2,10 @@
 #include "ViewerFixture.h"
 
 #include "viewer/AxSceneLog.h"
+#include "viewer/overlay/AxHeadUpText.h"
+
+#include <osg/observer_ptr>
+#include <osgEarth/MapNode>
 
 #include <QApplication>
 #include <QTextStream>
@@ -30,6 +34,36 @@ int OpenInVain(bool network, const QString& map, const QString& zones)
     return stillHere;
 }
 
+// Tells whether it opened, and what of the scene is left when the viewer is not.
+int OpenAndClose(const QString& map, const QString& zones)
+{
+    CAxControl::GetInstance()->SetNetworkProbe([] { return false; });
+    CAxNoflyZoneMgr::SetNoflyFile(zones);
+    osg::observer_ptr<osg::Node> mapNode;
+    osg::observer_ptr<osg::Node> texts;
+    osg::observer_ptr<osgText::Font> font;
+    osg::observer_ptr<osg::Referenced> manipulator;
+    {
+        CAxEarthViewer viewer(nullptr);
+        viewer.SetMapFile(map);
+        viewer.show();
+        viewer.InitEarthViewer();
+        mapNode = viewer.getMapNode();
+        texts = AxHeadUpText::Instance().GetCamera();
+        font = dynamic_cast<osgText::Text*>(AxHeadUpText::Instance().GetCamera()->getChild(0))->getFont();
+        manipulator = viewer.getManipulator();
+        QTextStream(stdout) << (mapNode.valid() && texts.valid() && font.valid() ? "opened" : "closed")
+                            << Qt::endl;
+    }
+    for (const auto& [name, isLeft] : {std::pair{"map", mapNode.valid()},
+                                       {"texts", texts.valid()},
+                                       {"font", font.valid()},
+                                       {"manipulator", manipulator.valid()}})
+        if (isLeft)
+            QTextStream(stdout) << name << Qt::endl;
+    return 0;
+}
+
 int CheckAdapter()
 {
     CAxEarthViewer viewer(nullptr);
@@ -50,6 +84,8 @@ int main(int argc, char** argv)
         return OpenInVain(arguments.contains(QStringLiteral("--network")), QString(), QString());
     if (arguments.value(1) == QStringLiteral("--open-with"))
         return OpenInVain(false, arguments.value(2), arguments.value(3));
+    if (arguments.value(1) == QStringLiteral("--open-and-close"))
+        return OpenAndClose(arguments.value(2), arguments.value(3));
     if (arguments.contains(QStringLiteral("--check-adapter")))
         return CheckAdapter();
 

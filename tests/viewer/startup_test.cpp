@@ -200,6 +200,14 @@ TEST_F(StartupInChild, WithoutZonesTellsWhyAndEndsWithStatusZero)
     EXPECT_FALSE(sealed.readAll().contains("SQLite")) << "it was left readable";
 }
 
+TEST_F(StartupInChild, LeavesNoNodeBehindWhenTheViewerIsGone)
+{
+    Run({"--open-and-close", QCoreApplication::applicationDirPath() + "/google_cn_net_no.earth",
+         TestZones()});
+    EXPECT_EQ(exitCode, 0) << errors.toStdString();
+    EXPECT_EQ(output, "opened\n");
+}
+
 TEST_F(StartupInChild, RefusesGlslBelow330WithAMessage)
 {
     const struct

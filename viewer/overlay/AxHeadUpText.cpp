@@ -35,10 +35,27 @@ AxHeadUpText& AxHeadUpText::Instance()
     return instance;
 }
 
-AxHeadUpText::AxHeadUpText()
-    : camera(new osg::Camera), subtitles(MakeText("Subtitles", subtitlesSize, osgText::TextBase::LEFT_TOP)),
-      prompt(MakeText("Prompt", promptSize, osgText::TextBase::RIGHT_BOTTOM))
+osg::Camera* AxHeadUpText::GetCamera()
 {
+    if (!camera)
+        Make();
+    return camera;
+}
+
+void AxHeadUpText::Release()
+{
+    if (!camera || camera->getNumParents() > 0)
+        return;
+    camera = nullptr;
+    subtitles = nullptr;
+    prompt = nullptr;
+}
+
+void AxHeadUpText::Make()
+{
+    camera = new osg::Camera;
+    subtitles = MakeText("Subtitles", subtitlesSize, osgText::TextBase::LEFT_TOP);
+    prompt = MakeText("Prompt", promptSize, osgText::TextBase::RIGHT_BOTTOM);
     camera->setReferenceFrame(osg::Transform::ABSOLUTE_RF);
     camera->setViewMatrix(osg::Matrixd::identity());
     camera->setRenderOrder(osg::Camera::POST_RENDER);
@@ -51,23 +68,37 @@ AxHeadUpText::AxHeadUpText()
     state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
     camera->addChild(subtitles);
     camera->addChild(prompt);
+    SetTextOf(subtitles, subtitlesText);
+    SetTextOf(prompt, promptText);
+    Arrange();
 }
 
-void AxHeadUpText::SetSize(int width, int height)
+void AxHeadUpText::Arrange()
 {
-    const float w = static_cast<float>(qMax(1, width));
-    const float h = static_cast<float>(qMax(1, height));
+    const auto w = static_cast<float>(size.width());
+    const auto h = static_cast<float>(size.height());
     camera->setProjectionMatrixAsOrtho2D(0.0, w, 0.0, h);
     subtitles->setPosition(osg::Vec3(margin, h - margin, 0.0f));
     prompt->setPosition(osg::Vec3(w - margin, promptBottom, 0.0f));
 }
 
+void AxHeadUpText::SetSize(int width, int height)
+{
+    size = QSize(qMax(1, width), qMax(1, height));
+    if (camera)
+        Arrange();
+}
+
 void AxHeadUpText::SetSubtitles(const QString& text)
 {
-    SetTextOf(subtitles, text);
+    subtitlesText = text;
+    if (camera)
+        SetTextOf(subtitles, text);
 }
 
 void AxHeadUpText::SetPrompt(const QString& text)
 {
-    SetTextOf(prompt, text);
+    promptText = text;
+    if (camera)
+        SetTextOf(prompt, text);
 }

@@ -4,6 +4,7 @@
 #include <osg/Camera>
 #include <osgText/Text>
 
+#include <QSize>
 #include <QString>
 
 /**
@@ -11,7 +12,8 @@
  * and "Prompt" in the lower right one.
  *
  * One for the whole process, made on first use. Its camera is handed to the
- * scene of the viewer that starts up. GUI thread only.
+ * scene of the viewer that starts up; its nodes live no longer than a scene shows
+ * them, because no node may be left when the process ends. GUI thread only.
  */
 class AXEARTHVIEWER_EXPORT AxHeadUpText
 {
@@ -26,11 +28,18 @@ public:
     void SetPrompt(const QString& text);
 
     /// Draws the texts; it stays this object's.
-    osg::Camera* GetCamera() const { return camera.get(); }
+    osg::Camera* GetCamera();
+    /// Lets the nodes go, unless a scene still shows them. Size and texts are kept.
+    void Release();
 
 private:
-    AxHeadUpText();
+    AxHeadUpText() = default;
+    void Make();
+    void Arrange();
 
+    QSize size{1, 1};
+    QString subtitlesText;
+    QString promptText;
     osg::ref_ptr<osg::Camera> camera;
     osg::ref_ptr<osgText::Text> subtitles;
     osg::ref_ptr<osgText::Text> prompt;
