@@ -19,6 +19,7 @@
 namespace {
 constexpr int overlayTop = 60;
 constexpr int compassRightMargin = 9;
+constexpr int overlayGap = 4;
 // The tools bar stands partly beyond the right edge.
 constexpr int toolsBeyondEdge = 20;
 } // namespace
@@ -84,6 +85,9 @@ void CAxEarthViewer::resizeEvent(QResizeEvent* event)
     const QSize readOut = d->coordinateWidget->size();
     d->coordinateWidget->setGeometry(rect().right() + 1 - readOut.width(), rect().height() - readOut.height(),
                                      readOut.width(), readOut.height());
+    d->mapToolsWidget->KeepButtonsWithin(static_cast<int>(d->compassItem->boundingRect().height()) +
+                                             overlayGap,
+                                         rect().height() - readOut.height() - overlayTop - overlayGap);
     QGraphicsView::resizeEvent(event);
 }
 

@@ -6,6 +6,9 @@
 #include <QVBoxLayout>
 
 namespace {
+constexpr int buttonHeight = 36;
+constexpr int buttonGap = 20;
+
 struct ButtonImages
 {
     const char* normal;
@@ -31,7 +34,7 @@ QPushButton* MakeButton(QWidget* parent, const char* name, const QString& toolTi
     button->setToolTip(toolTip);
     button->setAccessibleName(toolTip);
     button->setCheckable(checkable);
-    button->setMinimumSize(minimumWidth, 36);
+    button->setMinimumSize(minimumWidth, buttonHeight);
     const QString selector = QStringLiteral("QPushButton#") + QLatin1String(name);
     button->setStyleSheet(Rule(selector, images.normal) +
                           Rule(selector + QStringLiteral("::hover"), images.hover) +
@@ -58,7 +61,7 @@ void CAxMapToolsWidget::BuildForm()
     setMinimumSize(0, 360);
     auto* column = new QVBoxLayout(this);
     column->setObjectName(QStringLiteral("verticalLayout"));
-    column->setSpacing(20);
+    column->setSpacing(buttonGap);
     column->setContentsMargins(0, 0, 0, 0);
 
     column->addItem(new QSpacerItem(20, 40, QSizePolicy::Minimum, QSizePolicy::Expanding));
@@ -105,25 +108,51 @@ void CAxMapToolsWidget::ResetToolType()
     m_pMarkerTools->setChecked(false);
 }
 
+void CAxMapToolsWidget::KeepButtonsWithin(int top, int bottom)
+{
+    firstRow = top;
+    lastRow = bottom;
+    ArrangeButtons();
+}
+
+void CAxMapToolsWidget::ArrangeButtons()
+{
+    int buttons = 0;
+    for (const QPushButton* button : findChildren<QPushButton*>())
+        buttons += button->isHidden() ? 0 : 1;
+    const int gaps = qMax(1, buttons - 1);
+    const int designed = buttons * buttonHeight + gaps * buttonGap;
+    const int designedTop = (height() - designed) / 2;
+    const bool fits = designedTop >= firstRow && designedTop + designed <= lastRow;
+    const int room = lastRow - firstRow - buttons * buttonHeight;
+    layout()->setSpacing(fits ? buttonGap : qBound(0, room / gaps, buttonGap));
+    // Where nothing helps, the buttons rather lie over what is above them than end below the window.
+    layout()->setContentsMargins(0, fits ? 0 : firstRow + qMin(0, room), 0, fits ? 0 : height() - lastRow);
+}
+
 void CAxMapToolsWidget::SetToolsBtnVisible(bool visible)
 {
     for (QPushButton* button : findChildren<QPushButton*>())
         button->setVisible(visible);
+    ArrangeButtons();
 }
 
 void CAxMapToolsWidget::SetShootPointBtnVisible(bool visible)
 {
     m_pBtnDisplayShoot->setVisible(visible);
+    ArrangeButtons();
 }
 
 void CAxMapToolsWidget::SetFollowToAircraftBtnVisible(bool visible)
 {
     m_pMapCtrlFollowAircraftBtn->setVisible(visible);
+    ArrangeButtons();
 }
 
 void CAxMapToolsWidget::SetTextToSpeechBtnVisible(bool visible)
 {
     m_pVoiceSwitchBtn->setVisible(visible);
+    ArrangeButtons();
 }
 
 bool CAxMapToolsWidget::VoiceEnabled() const

@@ -25,6 +25,9 @@ public:
     void ConnectEvent() {}
     /// Unchecks the measure and the marker button.
     void ResetToolType();
+    /// Keeps the buttons between these rows of the widget, pixels, closer together where there is little
+    /// room.
+    void KeepButtonsWithin(int top, int bottom);
     /// Show or hide the buttons: all tools, the shoot point, following the aircraft, the voice.
     void SetToolsBtnVisible(bool visible);
     void SetShootPointBtnVisible(bool visible);
@@ -48,6 +51,7 @@ private slots:
 private:
     void BuildForm();
     void InitSlots();
+    void ArrangeButtons();
     void SwitchTool(bool checked, EToolType tool, QPushButton* other);
 
     QPushButton* m_pBtnDisplayShoot = nullptr;
