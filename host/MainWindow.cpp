@@ -20,7 +20,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDockWidget>
-#include <QEvent>
 #include <QFileDialog>
 #include <QGLWidget>
 #include <QLabel>
@@ -34,6 +33,7 @@
 #include <QTreeWidget>
 #include <QUndoView>
 
+#include <cmath>
 #include <functional>
 
 namespace {
@@ -77,8 +77,7 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     resize(options.size);
 
     RelaySignals();
-    connect(viewer->getManipulator(), &CAxEarthManipulator::mouseLeftBtnMove, this, &MainWindow::ShowPlace);
-    viewer->viewport()->installEventFilter(this);
+    connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this, &MainWindow::ShowPlace);
     if (!options.noVoice && !options.IsUnattended())
         new Voice(viewer, this);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &MainWindow::OnLoaded);
@@ -92,8 +91,6 @@ MainWindow::~MainWindow()
     delete blocks;
     delete zones;
     delete cameraRest;
-    // Hiding its viewport it would ask for a viewport that is going.
-    viewer->viewport()->removeEventFilter(this);
     delete viewer;
 }
 
@@ -147,22 +144,15 @@ void MainWindow::RelaySignals()
                     std::bind(relay, "manipulator", _1, _2), viewer);
 }
 
-void MainWindow::ShowPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos)
+void MainWindow::ShowPlace(double longitude, double latitude, double altitude, double, bool coarse)
 {
-    if (worldCoordPos == osg::Vec3d()) {
-        place->clear();
-        return;
-    }
-    place->setText(tr("Longitude %1\302\260, latitude %2\302\260, altitude %3 m")
-                       .arg(QString::number(lngLatPos.x(), 'f', 6), QString::number(lngLatPos.y(), 'f', 6),
-                            QString::number(lngLatPos.z(), 'f', 1)));
-}
-
-bool MainWindow::eventFilter(QObject* object, QEvent* event)
-{
-    if (object == viewer->viewport() && event->type() == QEvent::Leave)
-        place->clear();
-    return QMainWindow::eventFilter(object, event);
+    const auto text = [](double value, int decimals, const QString& withUnit) {
+        return std::isnan(value) ? QStringLiteral("-") : withUnit.arg(QString::number(value, 'f', decimals));
+    };
+    const QString degrees = tr("%1\302\260");
+    place->setText(tr("Longitude %1, latitude %2, altitude %3")
+                       .arg(text(longitude, 6, degrees), text(latitude, 6, degrees),
+                            text(altitude, coarse ? 0 : 1, tr("%1 m"))));
 }
 
 void MainWindow::BuildMenus()

@@ -36,8 +36,6 @@ public:
     /// Writes the window's picture with the globe in it.
     bool SavePicture(const QString& file);
 
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 signals:
     /// What the command line asked for is done; the program may end with this status.
     void Done(int status);
@@ -51,7 +49,8 @@ private:
     void RelaySignals();
     void OnLoaded();
     bool DrawBlocks();
-    void ShowPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+    /// Degrees, degrees and metres, NaN for what is not known; a coarse altitude has no decimals.
+    void ShowPlace(double longitude, double latitude, double altitude, double range, bool coarse);
     void ReportProgress();
     void OnSavePicture();
     void ShowAbout();

@@ -330,6 +330,7 @@ void AxViewerPrivate::tick()
         setCoordinate(std::exchange(nextReadOut, {}));
     if (ancillaryProcess && ancillaryProcess->NoFlyZoneMask())
         manipulator->TellView();
+    manipulator->TellPointed();
     // Posted, because a box that an event opens lets the timer go on.
     if (!inputPosted && frame->HasInput()) {
         inputPosted = true;
@@ -354,9 +355,10 @@ void AxViewerPrivate::followView(const osgEarth::Viewpoint& viewpoint, bool byEv
         ancillaryProcess->FollowView(viewpoint, byEvent);
 }
 
-void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range)
+void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range,
+                                  bool coarse)
 {
-    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range);
+    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range, coarse);
     setCoordinate({texts.longitude, texts.latitude, texts.altitude, texts.range});
 }
 

@@ -74,7 +74,7 @@ public:
     void tick();
     void takeInput();
     void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
-    void showReadOut(double longitude, double latitude, double altitude, double range);
+    void showReadOut(double longitude, double latitude, double altitude, double range, bool coarse);
     void setCoordinate(const QStringList& texts);
 
     CAxEarthViewer* const q;

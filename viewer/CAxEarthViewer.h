@@ -284,6 +284,7 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
     /// Writes the modifiers into the event state that the next events carry.

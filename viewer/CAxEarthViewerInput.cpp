@@ -1,4 +1,5 @@
 // The part of the viewer that hands Qt's input on to the scene.
+#include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxViewerPrivate.h"
@@ -142,6 +143,12 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
         d->tools.SetMultiSelect(false);
     if (event->key() == Qt::Key_Alt && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
         emit signalAltKey(false);
+}
+
+void CAxEarthViewer::leaveEvent(QEvent* event)
+{
+    d->manipulator->ForgetPointer();
+    QGraphicsView::leaveEvent(event);
 }
 
 void CAxEarthViewer::focusOutEvent(QFocusEvent* event)

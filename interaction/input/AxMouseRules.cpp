@@ -32,6 +32,13 @@ bool IsClick(const osg::Vec2f& push, const osg::Vec2f& release)
     return push != osg::Vec2f() && IsSamePlace(push.x(), release.x()) && IsSamePlace(push.y(), release.y());
 }
 
+bool SaysPlace(int eventType)
+{
+    using Event = osgGA::GUIEventAdapter;
+    return eventType == Event::MOVE || eventType == Event::DRAG || eventType == Event::PUSH ||
+           eventType == Event::DOUBLECLICK || eventType == Event::SCROLL;
+}
+
 bool IsShiftAlone(int modKeyMask)
 {
     return modKeyMask == osgGA::GUIEventAdapter::MODKEY_SHIFT;

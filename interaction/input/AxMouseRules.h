@@ -13,7 +13,11 @@ namespace AxMouseRules {
 /// within 1e-5. A push at exactly (0, 0) never was one on the map.
 AXEARTHVIEWER_EXPORT bool IsClick(const osg::Vec2f& push, const osg::Vec2f& release);
 
-/// Whether both Shift keys' bits, and no others, are set.
+/// Whether an event of this type (osgGA::GUIEventAdapter::EventType) tells where the pointer is now. A
+/// release may be told at (0, 0), and keys are told at whatever place came last.
+AXEARTHVIEWER_EXPORT bool SaysPlace(int eventType);
+
+/// Whether both Shift keys bits, and no others, are set.
 AXEARTHVIEWER_EXPORT bool IsShiftAlone(int modKeyMask);
 
 /// Delete, whichever keyboard block or character it comes from.

@@ -1,11 +1,13 @@
 // What becomes of an event: pick, signals, and whether the camera may react.
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/input/AxCameraBindings.h"
 #include "interaction/input/AxMouseRules.h"
 #include "interaction/tools/AxBlockMover.h"
+#include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 
-#include <osgViewer/View>
+#include <osgViewer/Viewer>
 
 #include <cmath>
 
@@ -18,6 +20,33 @@ namespace {
 constexpr double zoomSlotFactor = -0.0005;
 constexpr double travelSlotFactorX = -0.02;
 constexpr double travelSlotFactorY = -0.01;
+
+/// While it lives the camera's near and far planes lie round what is looked at. A map engine that unprojects
+/// window positions between them finds nothing with those of start-up, which every frame replaces for itself.
+class PickablePlanes
+{
+public:
+    PickablePlanes(osg::Camera& pickedCamera, double distance)
+        : camera(&pickedCamera), kept(pickedCamera.getProjectionMatrix())
+    {
+        constexpr double nearShare = 0.001;
+        constexpr double globeMetres = 1.3e7;
+        double fovy = 0.0;
+        double aspect = 0.0;
+        double zNear = 0.0;
+        double zFar = 0.0;
+        if (camera->getProjectionMatrixAsPerspective(fovy, aspect, zNear, zFar))
+            camera->setProjectionMatrixAsPerspective(fovy, aspect, nearShare * distance,
+                                                     2.0 * distance + globeMetres);
+    }
+    ~PickablePlanes() { camera->setProjectionMatrix(kept); }
+    PickablePlanes(const PickablePlanes&) = delete;
+    PickablePlanes& operator=(const PickablePlanes&) = delete;
+
+private:
+    const osg::ref_ptr<osg::Camera> camera;
+    const osg::Matrixd kept;
+};
 } // namespace
 
 CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
@@ -25,10 +54,7 @@ CAxEarthManipulator::CAxEarthManipulator(QObject* parent)
       mover(std::make_unique<AxBlockMover>(
           viewer, [this](double dLng, double dLat, double dAlt) { emit ObjectMoved(dLng, dLat, dAlt); }))
 {
-    // The viewer reports a wheel turned forward as SCROLL_DOWN.
-    Settings* settings = getSettings();
-    settings->bindScroll(ACTION_ZOOM_IN, GUIEventAdapter::SCROLL_DOWN);
-    settings->bindScroll(ACTION_ZOOM_OUT, GUIEventAdapter::SCROLL_UP);
+    AxBindCamera(*getSettings());
 }
 
 CAxEarthManipulator::~CAxEarthManipulator() = default;
@@ -38,6 +64,16 @@ bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdap
     auto* view = dynamic_cast<osgViewer::View*>(&aa);
     if (!view || !viewer)
         return false;
+    if (!notePointer(ea)) {
+        if (ea.getEventType() != GUIEventAdapter::RELEASE)
+            return false;
+        // Wherever it was, it ends what its push began.
+        const osg::ref_ptr<GUIEventAdapter> nowhere = new GUIEventAdapter(ea);
+        nowhere->setInputRange(-1.0f, -1.0f, 1.0f, 1.0f);
+        nowhere->setX(-1.0f);
+        nowhere->setY(-1.0f);
+        return handle(*nowhere, aa);
+    }
     if (ea.getHandled()) {
         // A push that a handle took is the beginning of no click.
         if (ea.getEventType() == GUIEventAdapter::PUSH &&
@@ -61,7 +97,8 @@ bool CAxEarthManipulator::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdap
 
     Pick pick;
     pick.world = getPos(ea, aa, pick.lngLat, pick.modelHit, pick.currNode, pick.parentNode);
-    emit signalPointed(pick.lngLat[0], pick.lngLat[1], pick.Altitude(), getDistance());
+    if (AxMouseRules::SaysPlace(ea.getEventType()))
+        tellPointed(pick);
     return !viewer || dispatch(ea, aa, pick) || passOn(ea, aa);
 }
 
@@ -102,6 +139,7 @@ bool CAxEarthManipulator::passOn(const GUIEventAdapter& ea, osgGA::GUIActionAdap
 {
     if (!viewer)
         return true;
+    const PickablePlanes planes(*viewer->Scene().View()->getCamera(), getDistance());
     EarthManipulator::handle(ea, aa);
     return false;
 }

@@ -2,6 +2,8 @@
 #include "scene/base/AxEarthViewerExport.h"
 
 #include <osg/Drawable>
+#include <osg/Matrixd>
+#include <osg/Vec2d>
 #include <osg/Vec2f>
 #include <osg/Vec3d>
 #include <osgEarthUtil/EarthManipulator>
@@ -11,6 +13,7 @@
 #include <QPointer>
 #include <QString>
 
+#include <limits>
 #include <memory>
 #include <optional>
 
@@ -94,6 +97,11 @@ public:
     void CancelBlockMove();
     /// Emits signalViewMoved() without an event: the camera may be in a flight.
     void TellView();
+    /// Looks again at what is under the pointer, where that, the camera or the ground may have changed since
+    /// the last event; the viewer asks with every tick.
+    void TellPointed();
+    /// The pointer is over something else than the map.
+    void ForgetPointer();
 
     void pan(double dx, double dy) override;
     void rotate(double dx, double dy) override;
@@ -109,9 +117,11 @@ public:
 signals:
     /// Where the camera is, with an event (`byEvent`) or with TellView(); whoever follows the view listens.
     void signalViewMoved(const osgEarth::Viewpoint& viewpoint, bool byEvent);
-    /// What is under the mouse: degrees, degrees, metres, and the camera's distance in metres. Zeros over
-    /// space.
-    void signalPointed(double longitude, double latitude, double altitude, double range);
+    /// What is under the pointer, told when it changes, by the mouse or below it: degrees, degrees, metres of
+    /// the ground that is in memory or of the model there, and the camera's distance in metres. NaN for each
+    /// that nothing is known of, as all three over space. A coarse altitude is not good to a metre: a pixel
+    /// covers much ground there, and heights are loaded no finer.
+    void signalPointed(double longitude, double latitude, double altitude, double range, bool coarse);
     /// Where north is on the dial: the negated heading of the camera, degrees. With every event.
     void signalHeading(double heading);
 
@@ -169,6 +179,8 @@ public slots:
 protected:
     ~CAxEarthManipulator() override;
     void handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view) override;
+    /// Flies to the place under the pointer, at the height of the ground that is in memory there.
+    bool handlePointAction(const Action& action, float mx, float my, osg::View* view) override;
 
 private:
     /// Lets the benchmarks time a pick by itself.
@@ -186,6 +198,16 @@ private:
         osg::Vec3d LngLatPos() const { return {lngLat[0], lngLat[1], lngLat[2]}; }
         // The altitude, or the height of the model that was hit.
         float Altitude() const { return modelHit ? lngLat[3] : lngLat[2]; }
+    };
+
+    // What the read-outs show of a place.
+    struct Pointed
+    {
+        double longitude = std::numeric_limits<double>::quiet_NaN();
+        double latitude = longitude;
+        double altitude = longitude;
+        double range = 0.0;
+        bool coarse = false;
     };
 
     // Dispatch
@@ -211,6 +233,11 @@ private:
     bool IntersectModelLayer(const osgGA::GUIEventAdapter& ea, double& lon, double& lat, double& alt,
                              double& height, osg::Vec3d& world, QString& currNode, QString& parentNode);
     std::optional<AxViewRay> rayUnderMouse(const osgGA::GUIEventAdapter& ea) const;
+    Pick pickAlong(const AxViewRay& ray) const;
+    std::optional<AxModelHit> modelAlong(const AxViewRay& ray) const;
+    /// Keeps where the pointer is. False for a mouse event that says nothing of it.
+    bool notePointer(const osgGA::GUIEventAdapter& ea);
+    void tellPointed(const Pick& pick);
 
     // Model layers
     bool handleModelActionScroll(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
@@ -226,6 +253,12 @@ private:
     bool doubleClickPending = false;
     float pushX = 0.0f;
     float pushY = 0.0f;
+    std::optional<osg::Vec2d> pointer; ///< over the map, -1 to 1, y upwards
+    Pointed told;
+    // For which pointer and camera that was looked up, and how many ticks ago.
+    std::optional<osg::Vec2d> toldPointer;
+    osg::Matrixd toldView;
+    int ticksSinceTold = 0;
     // Of the other buttons: a right click must end where it began, too.
     osg::Vec2f otherPush;
 };

@@ -151,6 +151,10 @@ void CAxEarthManipulator::zoom(double dx, double dy)
 
 void CAxEarthManipulator::handleMovementAction(const ActionType& type, double dx, double dy, osg::View* view)
 {
-    if (projMode != ProjPlaneView || type != ACTION_ROTATE)
-        EarthManipulator::handleMovementAction(type, dx, dy, view);
+    if (projMode == ProjPlaneView && type == ACTION_ROTATE)
+        return;
+    // Nothing is grabbed where the ground is not what the camera moves around.
+    const bool slides = projMode == ProjPlaneView || operateMode == OperateModel;
+    EarthManipulator::handleMovementAction(slides && type == ACTION_EARTH_DRAG ? ACTION_PAN : type, dx, dy,
+                                           view);
 }

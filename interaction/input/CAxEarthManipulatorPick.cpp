@@ -6,6 +6,7 @@
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+#include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxScenePick.h"
 
 #include <osgEarth/MapNode>
@@ -45,51 +46,62 @@ std::optional<AxViewRay> CAxEarthManipulator::rayUnderMouse(const GUIEventAdapte
     return AxViewRay::Through(*viewer->Scene().View()->getCamera(), ea.getXnormalized(), ea.getYnormalized());
 }
 
-osg::Vec3d CAxEarthManipulator::getPos(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
-                                       float lngLat[4], bool& modelHit, QString& currNode,
-                                       QString& parentNode)
+osg::Vec3d CAxEarthManipulator::getPos(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&, float lngLat[4],
+                                       bool& modelHit, QString& currNode, QString& parentNode)
 {
-    std::fill_n(lngLat, 4, 0.0f);
-    modelHit = false;
-    osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
-    if (!mapNode || !mapNode->getTerrain())
-        return {};
-    osg::Vec3d world;
-    GeoPoint point;
-    const bool isGround =
-        mapNode->getTerrain()->getWorldCoordsUnderMouse(aa.asView(), ea.getX(), ea.getY(), world) &&
-        point.fromWorld(viewer->Scene().MapSRS(), world);
-    if (!isGround && operateMode != OperateModel)
-        return {};
-    osg::Vec3d lngLatAlt;
-    double height = 0.0;
-    osg::Vec3d modelWorld;
-    modelHit = IntersectModelLayer(ea, lngLatAlt.x(), lngLatAlt.y(), lngLatAlt.z(), height, modelWorld,
-                                   currNode, parentNode);
-    if (!isGround && !modelHit)
-        return {};
-    if (!modelHit)
-        lngLatAlt = point.vec3d();
-    for (int i = 0; i < 3; ++i)
-        lngLat[i] = static_cast<float>(lngLatAlt[i]);
-    lngLat[3] = static_cast<float>(height);
-    return isGround ? world : modelWorld;
+    const auto ray = rayUnderMouse(ea);
+    const Pick pick = ray ? pickAlong(*ray) : Pick();
+    std::copy_n(pick.lngLat, 4, lngLat);
+    modelHit = pick.modelHit;
+    currNode = pick.currNode;
+    parentNode = pick.parentNode;
+    return pick.world;
 }
 
-bool CAxEarthManipulator::IntersectModelLayer(const GUIEventAdapter& ea, double& lon, double& lat,
-                                              double& alt, double& height, osg::Vec3d& world,
-                                              QString& currNode, QString& parentNode)
+CAxEarthManipulator::Pick CAxEarthManipulator::pickAlong(const AxViewRay& ray) const
+{
+    osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
+    if (!mapNode)
+        return {};
+    const std::optional<osg::Vec3d> ground = AxDrawnGround(*mapNode, ray);
+    GeoPoint point;
+    const bool isGround = ground && point.fromWorld(viewer->Scene().MapSRS(), *ground);
+    if (!isGround && operateMode != OperateModel)
+        return {};
+    const std::optional<AxModelHit> model = modelAlong(ray);
+    if (!isGround && !model)
+        return {};
+    Pick pick;
+    const osg::Vec3d lngLatAlt = model ? model->lngLatAlt : point.vec3d();
+    for (int i = 0; i < 3; ++i)
+        pick.lngLat[i] = static_cast<float>(lngLatAlt[i]);
+    pick.world = isGround ? *ground : model->world;
+    if (model) {
+        pick.lngLat[3] = static_cast<float>(model->height);
+        pick.modelHit = true;
+        pick.currNode = model->currNode;
+        pick.parentNode = model->parentNode;
+    }
+    return pick;
+}
+
+std::optional<AxModelHit> CAxEarthManipulator::modelAlong(const AxViewRay& ray) const
 {
     osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
     osg::Group* branch = operateMode == OperateGlobe
                              ? (mapNode ? mapNode->getModelLayerGroup() : nullptr)
                              : AxFindModelRoot(viewer->Scene().View()->getSceneData());
     if (!branch || branch->getNumChildren() == 0)
-        return false;
+        return std::nullopt;
+    return AxPickModelLayer(*branch, ray, *viewer->Scene().MapSRS());
+}
+
+bool CAxEarthManipulator::IntersectModelLayer(const GUIEventAdapter& ea, double& lon, double& lat,
+                                              double& alt, double& height, osg::Vec3d& world,
+                                              QString& currNode, QString& parentNode)
+{
     const auto ray = rayUnderMouse(ea);
-    if (!ray)
-        return false;
-    const auto hit = AxPickModelLayer(*branch, *ray, *viewer->Scene().MapSRS());
+    const auto hit = ray ? modelAlong(*ray) : std::nullopt;
     if (!hit)
         return false;
     lon = hit->lngLatAlt.x();

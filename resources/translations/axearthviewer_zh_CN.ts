@@ -395,8 +395,16 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>缩小(&amp;O)	-</translation>
     </message>
     <message>
-        <source>Longitude %1°, latitude %2°, altitude %3 m</source>
-        <translation>经度 %1°，纬度 %2°，高度 %3 米</translation>
+        <source>Longitude %1, latitude %2, altitude %3</source>
+        <translation>经度 %1，纬度 %2，高度 %3</translation>
+    </message>
+    <message>
+        <source>%1°</source>
+        <translation>%1°</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
     </message>
     <message>
         <source>There is no display: DISPLAY is not set.</source>

@@ -105,6 +105,28 @@ TEST_F(Protocol, LeavesADoubleClickToTheToolOrElseFliesThere)
     EXPECT_TRUE(manipulator->isSettingViewpoint());
     manipulator->setViewpoint(before);
 
+    // Nearer, or with Control and with the right button farther away; at the height of the ground there, not
+    // of the chord that is drawn from so far away.
+    const struct
+    {
+        int button, modifiers;
+        double rangeFactor;
+    } flights[] = {{Event::LEFT_MOUSE_BUTTON, 0, 0.4},
+                   {Event::LEFT_MOUSE_BUTTON, Event::MODKEY_LEFT_CTRL, 2.5},
+                   {Event::RIGHT_MOUSE_BUTTON, 0, 2.5}};
+    for (const auto& flight : flights) {
+        const auto event = Make(Event::DOUBLECLICK, 310, 290, flight.button);
+        event->setModKeyMask(flight.modifiers);
+        EXPECT_FALSE(Send(event));
+        ASSERT_TRUE(waitFor([&] { return !manipulator->isSettingViewpoint(); }));
+        const osgEarth::Viewpoint there = manipulator->getViewpoint();
+        EXPECT_NEAR(there.getRange(), flight.rangeFactor * before.getRange(), 0.01 * before.getRange());
+        EXPECT_NEAR(there.focalPoint()->z(), 500.0, 1500.0);
+        Send(Make(Event::RELEASE, 310, 290, flight.button));
+        manipulator->setViewpoint(before);
+        ASSERT_TRUE(WaitForPicture());
+    }
+
     TestBlock block(viewer, "current");
     block.Draw(FrameAt(20.0, 10.0), 200000.0f);
     ASSERT_TRUE(viewer->AddHandleAdapter(&block));
@@ -326,6 +348,9 @@ TEST_F(Protocol, TakesNoHarmFromEventsWithoutSense)
         DoubleClick(x, y);
         Scroll(GUIEventAdapter::SCROLL_2D, x, y);
     }
+    const auto scroll = Make(GUIEventAdapter::SCROLL, 400, 300);
+    scroll->setScrollingMotionDelta(nan, nan);
+    Send(scroll);
     Drag(400, 300);
     EXPECT_TRUE(std::isfinite(manipulator->getViewpoint().getRange()));
     EXPECT_NEAR(manipulator->getViewpoint().getRange(), before, 0.1 * before);

@@ -8,6 +8,7 @@
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 #include <osgEarth/ModelLayer>
+#include <osgEarth/Terrain>
 #include <osgGA/EventQueue>
 #include <osgViewer/GraphicsWindow>
 
@@ -125,13 +126,60 @@ TEST_F(Widget, ReadsOutThePlaceUnderTheMouseAndTheRange)
     EXPECT_TRUE(waitFor([&] { return texts().startsWith("longitude:116."); })) << texts().toStdString();
     EXPECT_TRUE(
         texts().contains(QRegularExpression("^longitude:116\\.\\d{6}degree latitude:39\\.\\d{6}degree "
-                                            "altitude:-?\\d+\\.\\d\\dmeter camera "
+                                            "altitude:-?\\d+meter camera "
                                             "range:25512548\\.00meter $")))
         << texts().toStdString();
     moveTo(QPoint(5, 590));
-    EXPECT_TRUE(waitFor([&] {
-        return texts().startsWith("longitude:0.000000degree latitude:0.000000degree");
-    })) << texts().toStdString();
+    EXPECT_TRUE(waitFor([&] { return texts().startsWith("longitude:- latitude:- altitude:- camera"); }))
+        << texts().toStdString();
+}
+
+TEST_F(Widget, ReadOutFollowsTheCameraUnderARestingMouse)
+{
+    CAxEarthManipulator* manipulator = viewer->getManipulator();
+    const osgEarth::Viewpoint home = manipulator->getViewpoint();
+    QVector<double> place;
+    bool coarse = false;
+    const auto connection = QObject::connect(manipulator, &CAxEarthManipulator::signalPointed,
+                                             [&](double lng, double lat, double alt, double, bool c) {
+                                                 place = {lng, lat, alt};
+                                                 coarse = c;
+                                             });
+    const auto isAt = [&](double lng, double lat) {
+        return place.size() == 3 && std::abs(place[0] - lng) < 0.05 && std::abs(place[1] - lat) < 0.05;
+    };
+    QTest::mouseMove(viewer->viewport(), QPoint(401, 301));
+    QTest::mouseMove(viewer->viewport(), QPoint(400, 300));
+    // Over the ocean, where the ground that is drawn from afar is a chord kilometres below.
+    manipulator->setViewpoint(osgEarth::Viewpoint("", -140.0, 20.0, 0.0, 0.0, -90.0, 2.5e7), 0.0);
+    EXPECT_TRUE(waitFor([&] { return isAt(-140.0, 20.0); }));
+    EXPECT_NEAR(place.value(2), 0.0, 9000.0);
+    EXPECT_TRUE(coarse);
+    manipulator->setViewpoint(osgEarth::Viewpoint("", -105.0, 37.4, 3000.0, 0.0, -90.0, 3000.0), 0.0);
+    ASSERT_TRUE(WaitForPicture());
+    double ground = 0.0;
+    ASSERT_TRUE(viewer->getMapNode()->getTerrain()->getHeight(viewer->getSRS(), -105.0, 37.4, &ground));
+    EXPECT_TRUE(waitFor([&] { return isAt(-105.0, 37.4) && std::abs(place[2] - ground) < 2.0; }));
+    EXPECT_FALSE(coarse);
+    QTest::mouseMove(viewer->viewport(), QPoint(5, 590));
+    QObject::disconnect(connection);
+    manipulator->setViewpoint(home, 0.0);
+}
+
+TEST_F(Widget, ToolsBarKeepsClearOfCompassAndReadOut)
+{
+    for (const int height : {430, 500, 600, 900}) {
+        viewer->resize(800, height);
+        ASSERT_TRUE(waitFor([&] { return viewer->height() == height; }));
+        const QWidget* bar = viewer->GetMapToolWidget();
+        bar->layout()->activate();
+        const CAxGraphicsCompassItem* compass = Compass(viewer);
+        for (const QPushButton* button : bar->findChildren<QPushButton*>()) {
+            const QRect place = button->geometry().translated(0, bar->y());
+            EXPECT_GE(place.top(), compass->pos().y() + compass->boundingRect().height()) << height;
+            EXPECT_LE(place.bottom(), viewer->GetCoordinateWidget()->y()) << height;
+        }
+    }
 }
 
 TEST_F(Widget, NamesCapitalsFromAfarAndCitiesFromNear)

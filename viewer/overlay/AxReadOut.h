@@ -11,6 +11,7 @@ struct AXEARTHVIEWER_EXPORT AxReadOut
     QString altitude;
     QString range;
 
-    /// Degrees, degrees, metres and metres.
-    static AxReadOut Of(double longitude, double latitude, double altitude, double range);
+    /// Degrees, degrees, metres and metres. NaN is shown as a dash, a coarse altitude in whole metres.
+    static AxReadOut Of(double longitude, double latitude, double altitude, double range,
+                        bool coarse = false);
 };
