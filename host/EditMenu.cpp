@@ -34,7 +34,7 @@ void EditMenu::AddAids()
         {&AxEditAids::deleteKey, tr("Delete &key removes vertices"),
          tr("Delete takes away the vertex under the mouse")},
         {&AxEditAids::snap, tr("&Snap to vertices and edges"),
-         tr("A dragged vertex goes to vertices and edges close by")},
+         tr("A dragged or drawn vertex goes to vertices and edges close by")},
         {&AxEditAids::angleSteps, tr("&Angles in steps of 15\302\260"),
          tr("A dragged vertex keeps the angle to the previous edge at steps of 15\302\260")},
     };

@@ -8,7 +8,8 @@ struct AxEditAids
     bool edgeHandles = true;
     /// The Delete key takes the vertex under the mouse away.
     bool deleteKey = true;
-    /// A dragged vertex goes to a vertex or an edge within 10 pixels, the object's own others included.
+    /// A dragged vertex goes to a vertex or an edge within 10 pixels, the object's own others included; one
+    /// that is being drawn to those of the other objects.
     bool snap = true;
     /// A dragged vertex keeps the angle to the previous edge at steps of 15 degrees.
     bool angleSteps = false;

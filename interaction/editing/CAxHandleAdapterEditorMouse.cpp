@@ -1,6 +1,7 @@
 // What the mouse does to the handles: hover, grab, drag with its aids, let go.
 #include "interaction/editing/AxEdgeHandles.h"
 #include "interaction/editing/AxEditRules.h"
+#include "interaction/editing/AxSnapping.h"
 #include "interaction/editing/CAxClampObjectCallback.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/models/AxModelLayers.h"
@@ -34,14 +35,6 @@ std::optional<AxViewRay> RayThrough(const osg::Camera* camera, const osg::Vec2d&
         return std::nullopt;
     return AxViewRay::Through(*camera, 2.0 * (window.x() - viewport->x()) / viewport->width() - 1.0,
                               2.0 * (window.y() - viewport->y()) / viewport->height() - 1.0);
-}
-
-std::optional<osg::Vec2d> InSight(const AxViewRay& view, const osg::Vec3d& world)
-{
-    const auto place = view.Project(world);
-    if (!place || AxIsBehindGlobe(view.eye, world))
-        return std::nullopt;
-    return place->window;
 }
 } // namespace
 
@@ -327,13 +320,7 @@ osg::Vec3d CAxHandleAdapterEditor::aided(const osg::Vec3d& wanted, const AxViewR
     osg::Vec3d place = wanted;
     bool isPlaced = false;
     if (aids.snap) {
-        osg::Vec3d world;
-        osgEarth::GeoPoint(grip->dragger->getPosition().getSRS(), wanted).toWorld(world);
-        AxSnapView view;
-        view.target = target.window;
-        view.metresPerPixel = target.pixelSize * (world - target.eye).length();
-        view.project = [&target](const osg::Vec3d& point) { return InSight(target, point); };
-        if (const auto snapped = snapTargets->Find(wanted, view)) {
+        if (const auto snapped = snapTargets->Find(wanted, AxSnapViewOf(target, target.window, wanted))) {
             place = *snapped;
             isPlaced = true;
         }
@@ -365,17 +352,5 @@ void CAxHandleAdapterEditor::gatherSnapTargets()
         snapTargets->AddVertex(own[std::size_t(vertex)]);
     for (const auto& [from, to] : parts.edges)
         snapTargets->AddEdge(own[std::size_t(from)], own[std::size_t(to)]);
-    for (CAxHandleAdapter* object : viewer->Objects().All()) {
-        const AxEditedShapeRef other(object);
-        if (other == shape || !other->IsVisible())
-            continue;
-        const std::vector<osg::Vec3d>& points = other->GetAnchor();
-        for (const osg::Vec3d& point : points)
-            snapTargets->AddVertex(point);
-        const AxShapeKind kind = other->ShapeKind();
-        if (kind.edges == AxShapeKind::Edges::None)
-            continue;
-        for (const auto& [from, to] : AxEditRules::EdgesOf(static_cast<int>(points.size()), kind.IsClosed()))
-            snapTargets->AddEdge(points[std::size_t(from)], points[std::size_t(to)]);
-    }
+    AxAddSnapTargets(*snapTargets, viewer->Objects(), shape.operator->());
 }

@@ -58,6 +58,11 @@ bool AxBlockAdapter::IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d&
     return lngLatPos.valid() && worldCoordPos.valid() && worldCoordPos != osg::Vec3d();
 }
 
+osg::Vec3d AxBlockAdapter::Snapped(const osg::Vec3d& lngLatPos)
+{
+    return d->viewer ? d->drawingSnap.Find(*d->viewer, *this, lngLatPos) : lngLatPos;
+}
+
 void AxBlockAdapter::DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed)
 {
     DropRubberBand();

@@ -41,6 +41,9 @@ protected:
 
     /// False for a pick beside the globe.
     static bool IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+    /// Where a click of the drawing counts: a vertex or an edge of another object close by on the screen,
+    /// else the place itself; degrees, degrees, metres.
+    osg::Vec3d Snapped(const osg::Vec3d& lngLatPos);
     /// Draws what the next click would make as "Stipple", in place of the one before.
     void DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed);
     /// A text that follows the cursor until the drawing ends; the place in degrees, degrees, metres.

@@ -1,7 +1,10 @@
 #include "interaction/objects/AxCursorLabel.h"
 #include "scene/AxScene.h"
+#include "scene/shape/AxBlockArea.h"
+#include "scene/shape/AxRingInPlane.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
+#include <AxBaseUI/AxPolygonTest.h>
 
 #include <osgEarth/MapNode>
 #include <osgEarthSymbology/TextSymbol>
@@ -61,6 +64,29 @@ QString AxLengthText(double metres)
         return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 m")).arg(QString::number(metres, 'f', 1));
     return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 km"))
         .arg(QString::number(metres / metresPerKilometre, 'f', 3));
+}
+
+QString AxAreaText(double squareKilometres)
+{
+    constexpr double leastInKilometres = 0.01;
+    constexpr double squareMetres = 1e6;
+    if (squareKilometres < leastInKilometres)
+        return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 m\302\262"))
+            .arg(QString::number(squareKilometres * squareMetres, 'f', 0));
+    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 km\302\262"))
+        .arg(QString::number(squareKilometres, 'f', 3));
+}
+
+QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs)
+{
+    double perimeter = AxGroundDistance(ring.back(), ring.front());
+    for (std::size_t i = 1; i < ring.size(); ++i)
+        perimeter += AxGroundDistance(ring[i - 1], ring[i]);
+    const QString around = AxLengthText(perimeter);
+    if (isSelfIntersection(AxRingInPlane(ring)))
+        return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "perimeter %1")).arg(around);
+    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "area %1, perimeter %2"))
+        .arg(AxAreaText(AxBlockArea(ring, srs)), around);
 }
 
 QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos)

@@ -11,6 +11,10 @@
 
 class AxScene;
 
+namespace osgEarth {
+class SpatialReference;
+}
+
 /**
  * A text beside the mouse while an object is drawn. It hangs below the draw group only while it is shown.
  * GUI thread.
@@ -32,5 +36,9 @@ private:
 double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b);
 /// "12.3 m", from a kilometre on "1.234 km".
 QString AxLengthText(double metres);
+/// "1234 m²", from a hundredth of a square kilometre on "1.234 km²".
+QString AxAreaText(double squareKilometres);
+/// Area and perimeter of a ring of three vertices or more; of one that crosses itself the perimeter alone.
+QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs);
 /// The length of the leg from the last vertex to a place and, from two vertices on, of all legs with it.
 QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos);

@@ -1,4 +1,5 @@
 #pragma once
+#include "interaction/editing/AxSnapping.h"
 #include "interaction/objects/AxCursorLabel.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxViewerParts.h"
@@ -32,8 +33,9 @@ struct AxHandleAdapterState
     QString editText; ///< what the undo stack calls the edit
     bool mouseConnected = false;
     QPointer<QObject> mouse; ///< whose signals are connected
-    int running = 0;         ///< slots, see CAxHandleAdapter::Running
-    bool leaving = false;    ///< removed, and only kept until the last of them ends
+    AxDrawingSnap drawingSnap;
+    int running = 0;      ///< slots, see CAxHandleAdapter::Running
+    bool leaving = false; ///< removed, and only kept until the last of them ends
 
     bool lock = false;
     bool visible = true;

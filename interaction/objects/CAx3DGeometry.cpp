@@ -40,7 +40,11 @@ void CAx3DGeometry::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    d->anchors.push_back(lngLatPos);
+    const osg::Vec3d place = Snapped(lngLatPos);
+    // A second click beside a corner that it snaps to is no second vertex there.
+    if (place != lngLatPos && !d->anchors.empty() && IsSamePlace(place, d->anchors.back()))
+        return;
+    d->anchors.push_back(place);
     ShowHandles();
     DropRubberBand();
     if (d->anchors.size() > 1)
@@ -51,8 +55,15 @@ void CAx3DGeometry::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    DrawRubberBand({d->anchors.front(), lngLatPos, d->anchors.back()}, false);
-    ShowBesideCursor(lngLatPos, AxRunningLengthText(d->anchors, lngLatPos));
+    const osg::Vec3d place = Snapped(lngLatPos);
+    DrawRubberBand({d->anchors.front(), place, d->anchors.back()}, false);
+    QString text = AxRunningLengthText(d->anchors, place);
+    if (d->anchors.size() > 1 && d->viewer) {
+        std::vector<osg::Vec3d> ring = d->anchors;
+        ring.push_back(place);
+        text += QLatin1Char('\n') + AxRingSizeText(ring, *d->viewer->Scene().MapSRS());
+    }
+    ShowBesideCursor(lngLatPos, text);
 }
 
 void CAx3DGeometry::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)

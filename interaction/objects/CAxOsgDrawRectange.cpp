@@ -18,6 +18,8 @@ namespace {
 constexpr std::size_t corners = 4;
 // Degrees within which two corners count as on the same meridian or parallel.
 constexpr double sameDegrees = 1e-8;
+// A pick is as exact as a float, whose step is 1.5e-5 at 180 degrees.
+constexpr double pickDegrees = 2e-5;
 
 std::vector<osg::Vec3d> Between(const osg::Vec3d& a, const osg::Vec3d& b)
 {
@@ -77,26 +79,49 @@ bool CAxOsgDrawRectange::isTremble(float windowX, float windowY) const
            AxEditRules::tremblePixels;
 }
 
-bool CAxOsgDrawRectange::isOnFirstCorner(const osg::Vec3d& lngLatPos) const
+std::optional<double> CAxOsgDrawRectange::pixelsBetween(const osg::Vec3d& a, const osg::Vec3d& b) const
 {
     const osg::Camera* camera = d->viewer ? d->viewer->Scene().View()->getCamera() : nullptr;
     const auto view = camera ? AxViewRay::Through(*camera, 0.0, 0.0) : std::nullopt;
     if (!view || !d->viewer->Scene().MapSRS())
-        return lngLatPos == d->anchors.front();
+        return std::nullopt;
     const auto windowOf = [&](const osg::Vec3d& place) {
         osg::Vec3d world;
         osgEarth::GeoPoint(d->viewer->Scene().MapSRS()->getGeographicSRS(), place, osgEarth::ALTMODE_ABSOLUTE)
             .toWorld(world);
         return view->Project(world);
     };
-    const auto corner = windowOf(d->anchors.front());
-    const auto place = windowOf(lngLatPos);
-    return corner && place && (corner->window - place->window).length() < AxEditRules::tremblePixels;
+    const auto from = windowOf(a);
+    const auto to = windowOf(b);
+    return from && to ? std::make_optional((from->window - to->window).length()) : std::nullopt;
+}
+
+bool CAxOsgDrawRectange::isOnFirstCorner(const osg::Vec3d& lngLatPos)
+{
+    const osg::Vec3d place = Snapped(lngLatPos);
+    const auto pixels = pixelsBetween(d->anchors.front(), place);
+    return pixels ? *pixels < AxEditRules::tremblePixels : place == d->anchors.front();
+}
+
+std::vector<osg::Vec3d> CAxOsgDrawRectange::upTo(const osg::Vec3d& lngLatPos)
+{
+    const osg::Vec3d& first = d->anchors.front();
+    osg::Vec3d opposite = Snapped(lngLatPos);
+    const auto isThin = [this](const osg::Vec3d& a, const osg::Vec3d& b, double degrees) {
+        return degrees < pickDegrees ||
+               pixelsBetween(a, b).value_or(AxEditRules::tremblePixels) < AxEditRules::tremblePixels;
+    };
+    const std::vector<osg::Vec3d> ring = Between(first, opposite);
+    if (isThin(ring[0], ring[1], LongitudesApart(first, opposite)))
+        opposite.x() = first.x();
+    if (isThin(ring[1], ring[2], std::abs(first.y() - opposite.y())))
+        opposite.y() = first.y();
+    return Between(first, opposite);
 }
 
 void CAxOsgDrawRectange::setFirstCorner(const osg::Vec3d& lngLatPos)
 {
-    d->anchors.assign(1, lngLatPos);
+    d->anchors.assign(1, Snapped(lngLatPos));
     ShowHandles();
 }
 
@@ -104,7 +129,7 @@ void CAxOsgDrawRectange::finishAt(const Place& place)
 {
     if (d->anchors.empty() || !IsOverGround(place.lngLat, place.world))
         return;
-    d->anchors = Between(d->anchors.front(), place.lngLat);
+    d->anchors = upTo(place.lngLat);
     FinishDrawing();
 }
 
@@ -167,10 +192,13 @@ void CAxOsgDrawRectange::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    const std::vector<osg::Vec3d> ring = Between(d->anchors.front(), lngLatPos);
+    const std::vector<osg::Vec3d> ring = Between(d->anchors.front(), Snapped(lngLatPos));
     DrawRubberBand(ring, true);
-    ShowBesideCursor(lngLatPos, tr("%1 x %2").arg(AxLengthText(AxGroundDistance(ring[0], ring[1])),
-                                                  AxLengthText(AxGroundDistance(ring[1], ring[2]))));
+    QString text = tr("%1 x %2").arg(AxLengthText(AxGroundDistance(ring[0], ring[1])),
+                                     AxLengthText(AxGroundDistance(ring[1], ring[2])));
+    if (d->viewer)
+        text += QLatin1Char('\n') + AxRingSizeText(ring, *d->viewer->Scene().MapSRS());
+    ShowBesideCursor(lngLatPos, text);
 }
 
 void CAxOsgDrawRectange::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
@@ -200,7 +228,7 @@ void CAxOsgDrawRectange::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worl
     if (draws && d->anchors.size() == 1 && IsOverGround(lngLatPos, worldCoordPos)) {
         // A trembling hand double-clicks on two pixels, and means no rectangle between them.
         const bool isTwice = cornerIsNew && isOnFirstCorner(lngLatPos);
-        d->anchors = Between(d->anchors.front(), isTwice ? d->anchors.front() : lngLatPos);
+        d->anchors = isTwice ? Between(d->anchors.front(), d->anchors.front()) : upTo(lngLatPos);
     }
     AxBlockAdapter::slotDoubleClicked(lngLatPos, worldCoordPos);
 }

@@ -62,7 +62,11 @@ private:
         osg::Vec2f window;
     };
     bool isTremble(float windowX, float windowY) const;
-    bool isOnFirstCorner(const osg::Vec3d& lngLatPos) const;
+    std::optional<double> pixelsBetween(const osg::Vec3d& a, const osg::Vec3d& b) const;
+    bool isOnFirstCorner(const osg::Vec3d& lngLatPos);
+    /// The corners when the mouse ends the drawing at a place. A side that it cannot tell from none, or that
+    /// a trembling hand makes, is none.
+    std::vector<osg::Vec3d> upTo(const osg::Vec3d& lngLatPos);
     void setFirstCorner(const osg::Vec3d& lngLatPos);
     void finishAt(const Place& place);
 

@@ -676,8 +676,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>吸附到顶点和边(&amp;S)</translation>
     </message>
     <message>
-        <source>A dragged vertex goes to vertices and edges close by</source>
-        <translation>拖动的顶点吸附到附近的顶点和边</translation>
+        <source>A dragged or drawn vertex goes to vertices and edges close by</source>
+        <translation>拖动或绘制的顶点吸附到附近的顶点和边</translation>
     </message>
     <message>
         <source>&amp;Angles in steps of 15°</source>
@@ -893,6 +893,22 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
     <message>
         <source>N</source>
+    <message>
+        <source>%1 m²</source>
+        <translation>%1 平方米</translation>
+    </message>
+    <message>
+        <source>%1 km²</source>
+        <translation>%1 平方千米</translation>
+    </message>
+    <message>
+        <source>area %1, perimeter %2</source>
+        <translation>面积 %1，周长 %2</translation>
+    </message>
+    <message>
+        <source>perimeter %1</source>
+        <translation>周长 %1</translation>
+    </message>
         <translation>北</translation>
     </message>
     <message>

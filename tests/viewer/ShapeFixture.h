@@ -4,6 +4,8 @@
 
 #include "interaction/objects/CAx3DGeometry.h"
 
+#include <osgEarthAnnotation/LabelNode>
+
 #include <QPointer>
 #include <QUndoStack>
 
@@ -77,6 +79,17 @@ protected:
     {
         CAxBlockManager::instance().AddBlock(id, CAxBlock::PolygonBlock)->SetAnchor(ring);
         return qobject_cast<CAx3DGeometry*>(viewer->ImportShapeNode(id));
+    }
+
+    /// The text beside the cursor; empty when there is none.
+    static std::string CursorText()
+    {
+        const osg::Group* group = viewer->GetDrawNodeGroup();
+        for (unsigned i = 0; i < group->getNumChildren(); ++i)
+            if (const auto* label = dynamic_cast<const osgEarth::Annotation::LabelNode*>(group->getChild(i));
+                label && label->getName().empty())
+                return label->text();
+        return {};
     }
 
     static QList<QPointF> Ring(const CAxHandleAdapter* adapter)

@@ -57,6 +57,44 @@ TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
     EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 3u);
 }
 
+TEST_F(Polygon, SnapsToOtherBlocksAndShowsItsSizeWhileItIsDrawn)
+{
+    // A square of two degrees at the equator and the corner of a block beside it.
+    ASSERT_TRUE(Import("neighbour", {{21.0, 1.0}, {25.0, 1.0}, {25.0, 5.0}}));
+    manipulator->setViewpoint(Straight(20.0, 0.0, 5e6));
+    ASSERT_TRUE(WaitForPicture());
+    const osg::Vec2f beside = WindowOf(21.0, 1.0) + osg::Vec2f(-6.0f, 4.0f);
+    const auto clickBeside = [&] { Push(beside.x(), beside.y()), Release(beside.x(), beside.y()); };
+    viewer->SetToolType(ToolPolygonBlock);
+    Click(19.0, -1.0);
+    Click(21.0, -1.0);
+    const CAxHandleAdapter* block = viewer->GetCurHandleAdapter();
+    ASSERT_TRUE(block);
+    clickBeside();
+    clickBeside();
+    auto& corners = viewer->GetCurHandleAdapter()->GetAnchor();
+    ASSERT_EQ(corners.size(), 3u) << "one corner for two clicks on one place";
+    EXPECT_EQ(osg::Vec2d(corners[2].x(), corners[2].y()), osg::Vec2d(21.0, 1.0));
+    MoveTo(19.0, 1.0);
+    double area = 0.0;
+    double perimeter = 0.0;
+    const std::string text = CursorText();
+    ASSERT_EQ(std::sscanf(text.substr(text.find('\n') + 1).c_str(), "area %lf km\302\262, perimeter %lf km",
+                          &area, &perimeter),
+              2)
+        << text;
+    EXPECT_NEAR(area, 49230.0, 1500.0);
+    EXPECT_NEAR(perimeter, 887.6, 15.0);
+    MoveTo(22.5, -0.5);
+    EXPECT_EQ(CursorText().find("area"), std::string::npos) << "it crosses itself";
+    AxEditAids aids;
+    aids.snap = false;
+    viewer->SetEditAids(aids);
+    clickBeside();
+    EXPECT_NE(corners.back().x(), 21.0) << "switched off";
+    PressKey(Qt::Key_Escape);
+}
+
 TEST_F(Polygon, IsRefusedWholeWithTheReason)
 {
     struct Row

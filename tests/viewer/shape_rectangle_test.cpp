@@ -34,16 +34,6 @@ protected:
         return qobject_cast<CAxOsgDrawRectange*>(viewer->ImportShapeNode("rectangle"));
     }
     bool HasBand() { return Current() && findNode(Current()->GetFeatureNode(), "Stipple"); }
-    /// The text beside the cursor; empty when there is none.
-    static std::string SizeText()
-    {
-        const osg::Group* group = viewer->GetDrawNodeGroup();
-        for (unsigned i = 0; i < group->getNumChildren(); ++i)
-            if (const auto* label = dynamic_cast<const osgEarth::Annotation::LabelNode*>(group->getChild(i));
-                label && label->getName().empty())
-                return label->text();
-        return {};
-    }
     void DragFromTo(const osg::Vec2f& from, const osg::Vec2f& to)
     {
         Push(from.x(), from.y());
@@ -94,7 +84,7 @@ TEST_F(Rectangle, IsDrawnByClicksADoubleClickOrADrag)
         EXPECT_EQ(ring[0].y(), ring[1].y());
         EXPECT_EQ(ring[1].x(), ring[2].x());
         EXPECT_FALSE(HasBand());
-        EXPECT_TRUE(SizeText().empty());
+        EXPECT_TRUE(CursorText().empty());
         EXPECT_NE(block->GetNameLabel(), nullptr);
         ASSERT_NE(block->GetAnchorEditor(), nullptr);
         EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 4u);
@@ -115,7 +105,7 @@ TEST_F(Rectangle, ShowsItsSizeWhileItIsDrawnAndIsTakenBackByKeys)
     // Two degrees of the equator and one of a meridian; a float away from the mouse's pixel.
     double width = 0.0;
     double height = 0.0;
-    ASSERT_EQ(std::sscanf(SizeText().c_str(), "%lf km x %lf km", &width, &height), 2) << SizeText();
+    ASSERT_EQ(std::sscanf(CursorText().c_str(), "%lf km x %lf km", &width, &height), 2) << CursorText();
     EXPECT_NEAR(width, 222.6, 8.0);
     EXPECT_NEAR(height, 110.6, 8.0);
     EXPECT_EQ(block->GetAnchor().size(), 1u) << "the band sets no corner";
@@ -129,7 +119,7 @@ TEST_F(Rectangle, ShowsItsSizeWhileItIsDrawnAndIsTakenBackByKeys)
     PressKey(Qt::Key_Escape);
     EXPECT_TRUE(waitFor([&] { return !block; }));
     EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), false}}));
-    EXPECT_TRUE(SizeText().empty());
+    EXPECT_TRUE(CursorText().empty());
 }
 
 TEST_F(Rectangle, WithoutExtentIsRefusedWithTheReason)
@@ -153,6 +143,11 @@ TEST_F(Rectangle, WithoutExtentIsRefusedWithTheReason)
              Click(18.0, 8.0);
              const osg::Vec3d corner = Current()->GetAnchor().front();
              Current()->slotPicked(osg::Vec3d(corner.x(), 12.0, 0.0), FrameAt(18.0, 12.0).getTrans());
+         }},
+        {"a drag along a row of pixels",
+         [this] {
+             const osg::Vec2f from = WindowOf(18.0, 8.0);
+             DragFromTo(from, from + osg::Vec2f(40.0f, 1.0f));
          }},
     };
     for (const Row& row : rows) {
