@@ -36,6 +36,7 @@ protected:
 
 private:
     bool isFreeToEdit();
-    void moveVertexTo(int index, const QString& latitude, const QString& longitude);
+    /// False, with the reason told, for values that cannot be taken.
+    bool moveVertexTo(int index, const QString& latitude, const QString& longitude);
     void deleteVertexOfBlock(int index);
 };

@@ -49,22 +49,23 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
     page->SetElementName(tr("Name:"), tr("area (km^2):"));
     page->SetElement1Value(oldName, true);
     page->SetElement2Value(QString::number(GetArea(), 'f', 2), false);
-    if (page->exec() != QDialog::Accepted || !page || !self.IsWanted() || !d->viewer)
-        return;
-    const QString name = page->GetElement1Value();
-    if (name == oldName)
-        return;
-    if (name.trimmed().isEmpty()) {
-        AxShowNotice(BoxParent(), tr("Information"), tr("The name must not be empty."));
-        return;
+    // What was typed stays in the page until it can be taken.
+    while (page->exec() == QDialog::Accepted && page && self.IsWanted() && d->viewer) {
+        const QString name = page->GetElement1Value();
+        if (name == oldName)
+            return;
+        const bool isEmpty = name.trimmed().isEmpty();
+        if (!isEmpty && !CAxBlockManager::instance()._exist(name)) {
+            if (AxAskQuestion(BoxParent(), tr("Change name"), tr("Are you sure want to change name?")) &&
+                self.IsWanted() && d->viewer)
+                d->viewer->Objects().Rename(d->handleID, name);
+            return;
+        }
+        AxShowNotice(BoxParent(), tr("Information"),
+                     isEmpty ? tr("The name must not be empty.") : tr("The name already exists !"));
+        if (!page || !self.IsWanted() || !GetContainedBlock())
+            return;
     }
-    if (CAxBlockManager::instance()._exist(name)) {
-        AxShowNotice(BoxParent(), tr("Information"), tr("The name already exists !"));
-        return;
-    }
-    if (AxAskQuestion(BoxParent(), tr("Change name"), tr("Are you sure want to change name?")) &&
-        self.IsWanted() && d->viewer)
-        d->viewer->Objects().Rename(d->handleID, name);
 }
 
 void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
@@ -80,14 +81,19 @@ void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
                           {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
     page->SetOKCancelBtnVisible(true, true);
     page->SetBtnCancelText(tr("Delete"));
-    const int result = page->exec();
-    if (!page || !self.IsWanted())
-        return;
-    const QStringList values = page->GetElementValues();
-    if (result == QDialog::Rejected)
-        deleteVertexOfBlock(index);
-    else if (result == QDialog::Accepted)
-        moveVertexTo(index, values.at(0), values.at(1));
+    page->SetDialogInfo(tr("The cross at the top and Escape leave the vertex as it is."));
+    // What was typed stays in the page until it can be taken.
+    bool isOpen = true;
+    while (isOpen) {
+        const int result = page->exec();
+        if (!page || !self.IsWanted())
+            return;
+        const QStringList values = page->GetElementValues();
+        isOpen = result == QDialog::Accepted && !moveVertexTo(index, values.at(0), values.at(1)) && page &&
+                 self.IsWanted();
+        if (result == QDialog::Rejected)
+            deleteVertexOfBlock(index);
+    }
 }
 
 // Handles that are not there are not double-clicked, but a host may ask for the dialog, and lock the block
@@ -123,11 +129,11 @@ void CAx3DGeometry::deleteVertexOfBlock(int index)
         SetAnchorEditorEnabled(true);
 }
 
-void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
+bool CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
 {
     const CAxBlock* block = GetContainedBlock();
     if (!block || index >= block->GetAnchor().size())
-        return;
+        return true;
     bool isLatitude = false;
     bool isLongitude = false;
     const double lat = latitude.toDouble(&isLatitude);
@@ -135,21 +141,22 @@ void CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QStri
     if (!isLatitude || !(std::abs(lat) <= 90.0)) {
         AxShowNotice(BoxParent(), tr("Vertex"),
                      tr("\"%1\" is not a latitude between -90 and 90.").arg(latitude));
-        return;
+        return false;
     }
     if (!isLongitude || !(std::abs(lng) <= 180.0)) {
         AxShowNotice(BoxParent(), tr("Vertex"),
                      tr("\"%1\" is not a longitude between -180 and 180.").arg(longitude));
-        return;
+        return false;
     }
     // The latitude is compared with both coordinates on purpose: OK rewrites
     // the corner in practice always.
     const QPointF vertex = block->GetAnchor().at(index);
     if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
-        return;
+        return true;
+    // There is nothing that other values would mend.
     if (!isFreeToEdit())
-        return;
+        return true;
     std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
     points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
-    ChangeVertices(std::move(points), tr("Move vertex"));
+    return ChangeVertices(std::move(points), tr("Move vertex"));
 }

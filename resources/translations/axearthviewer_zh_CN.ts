@@ -835,6 +835,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
     <message>
         <source>Delete vertex</source>
+    <message>
+        <source>The cross at the top and Escape leave the vertex as it is.</source>
+        <translation>右上角的叉号和 Esc 键保持顶点不变。</translation>
+    </message>
         <translation>删除顶点</translation>
     </message>
     <message>

@@ -322,7 +322,8 @@ TEST_F(Polygon, ItsDialogShowsTheAreaAndRenames)
         return box.titles;
     };
     EXPECT_EQ(rename(first, {}), QStringList{"Polygon Info"});
-    EXPECT_EQ(rename("Taken", {}), (QStringList{"Polygon Info", "Information"}));
+    EXPECT_EQ(rename("Taken", ModalBox::Press("OK")),
+              (QStringList{"Polygon Info", "Information", "Polygon Info"}));
     EXPECT_EQ(rename("Field", ModalBox::Press("Cancel")), (QStringList{"Polygon Info", "Change name"}));
     EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), first);
     const osg::ref_ptr<osg::Node> oldLabel = block->GetNameLabel();
@@ -393,12 +394,27 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
     open(1, {ModalBox::Fill({"7.5", "23.25"})});
     EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
     EXPECT_EQ(block->GetAnchor()[1].x(), 23.25);
+    // The dialog comes back with what was typed, and its cross keeps the corner.
+    const auto leaveWith = [](const QStringList& typed) {
+        return [typed](QDialog& page) {
+            QStringList shown;
+            for (const QLineEdit* line : page.findChildren<QLineEdit*>())
+                if (line->isVisible())
+                    shown += line->text();
+            EXPECT_EQ(shown, typed);
+            page.findChild<QPushButton*>("m_pBtnClose")->click();
+        };
+    };
     for (const QStringList& wrong : {QStringList{"north", "23"}, {"91", "23"}, {"7.5", "180.5"}})
-        EXPECT_EQ(open(1, {ModalBox::Fill(wrong), ModalBox::Press("OK")}), (QStringList{"Vertex", "Vertex"}))
+        EXPECT_EQ(open(1, {ModalBox::Fill(wrong), ModalBox::Press("OK"), leaveWith(wrong)}),
+                  (QStringList{"Vertex", "Vertex", "Vertex"}))
             << wrong.join(' ').toStdString();
     EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
     // OK rewrites even untouched values, which the dialog shows to eight decimals ...
     block->GetContainedBlock()->SetAnchor({{18, 8}, {22.123456789012, 8}, {22, 12}, {18, 12}});
+    EXPECT_EQ(open(1, {ModalBox::Fill({"13", "20"}), ModalBox::Press("OK"), leaveWith({"13", "20"})}),
+              (QStringList{"Vertex", "Block Information", "Vertex"}))
+        << "the ring would cross itself";
     open(1, {ModalBox::Press("OK")});
     EXPECT_EQ(Ring(block)[1].x(), 22.12345679);
     // ... but not where latitude and longitude are the same number.
