@@ -18,6 +18,9 @@ public:
     virtual bool MayPick() const = 0;
     /// Whether picks add to the selection.
     virtual bool IsMultiSelect() const = 0;
+    /// The modifier keys, osg's bits, of the mouse event that is being handled; 0 between events. Returns
+    /// those before.
+    virtual int SetMouseModifiers(int modKeyMask) = 0;
     /// Whether a handle of the current object is held.
     virtual bool IsHandleHeld() const = 0;
     /// Whether an object is drawn or moved, or one of its handles is held.

@@ -367,7 +367,7 @@ void CAxEarthViewer::slotFocusBlock(QString strHanleID)
     d->manipulator->setViewpoint(AxViewpointOver(object->GetAnchor()), flightSeconds);
     const CAxHandleAdapter* current = d->objects.Current();
     if (!current || current->GetHandleOperation() == OperationIdle)
-        d->objects.SetCurrent(object);
+        d->objects.SelectNode(object->GetFeatureNode(), false, true);
 }
 
 bool CAxEarthViewer::RenameBlock(const QString& id, const QString& name)

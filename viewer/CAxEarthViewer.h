@@ -149,9 +149,9 @@ public:
     void RemoveCurHandle();
 
     /// Selects the object that a node draws. Alone it becomes the current
-    /// object; with `multi` it joins the selection, or leaves it when it was in
-    /// it. Without `multi` a null node or one that draws no object leaves
-    /// nothing current, except an object that is being drawn. `report` tells
+    /// object, and no others are selected; with `multi` it joins the selection,
+    /// which begins with the current object, or leaves it when it was in it. Without `multi` a null node or
+    /// one that draws no object leaves nothing current, except an object that is being drawn. `report` tells
     /// the host of a changed selection.
     void SetNodeSelected(osg::Node* node, bool multi, bool report);
     const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const; ///< selected together, in that order

@@ -27,8 +27,14 @@ class CAxEarthManipulator::Step : public AxMouseStep
 public:
     Step(CAxEarthManipulator& mouse, const GUIEventAdapter& event, osgGA::GUIActionAdapter& action,
          const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos, const Pick* found = nullptr)
-        : AxMouseStep(lngLatPos, worldCoordPos), manipulator(mouse), ea(event), aa(action), pick(found)
+        : AxMouseStep(lngLatPos, worldCoordPos), manipulator(mouse), ea(event), aa(action), pick(found),
+          parts(mouse.viewer), modifiersBefore(parts->Tools().SetMouseModifiers(event.getModKeyMask()))
     {
+    }
+    ~Step() override
+    {
+        if (parts)
+            parts->Tools().SetMouseModifiers(modifiersBefore);
     }
 
     osg::Node* Object() override { return manipulator.pickNode(aa, lngLat, world); }
@@ -63,6 +69,8 @@ private:
     const GUIEventAdapter& ea;
     osgGA::GUIActionAdapter& aa;
     const Pick* const pick;
+    const QPointer<AxViewerParts> parts;
+    const int modifiersBefore;
 };
 
 void CAxEarthManipulator::handleMove(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick)

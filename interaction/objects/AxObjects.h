@@ -94,6 +94,9 @@ private:
     AxShapeFactories factories;
     std::map<QString, CAxHandleAdapter*> registry;
     std::set<const CAxHandleAdapter*> registered; ///< the same without the order of IDs
+    bool isAtRest(const CAxHandleAdapter* object) const;
+    void join(CAxHandleAdapter* object);
+    void tellSelected();
     /// Drawings that are not registered yet, and objects that end with the slot they run in.
     QList<QPointer<CAxHandleAdapter>> unregistered;
     CAxHandleAdapter* current = nullptr;

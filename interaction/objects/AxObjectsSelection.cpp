@@ -45,18 +45,47 @@ void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report
         const bool drawing = current && current->GetHandleOperation() == OperationDrawing;
         // A place beside the object is picked for the object, so it stays the current one.
         const bool picking = GetToolKind(parts.Tools().Tool()) == ToolKindPick;
-        if (!drawing && (object || !picking))
-            SetCurrent(object);
+        if (drawing || (!object && picking))
+            return;
+        const QPointer<AxObjects> self(this);
+        SetCurrent(object);
+        // One object alone: it is no longer one of several.
+        if (self && object)
+            ClearSelected();
         return;
     }
     if (!object)
         return;
-    const bool isLeft = selected.removeOne(object);
-    if (!isLeft)
-        selected += object;
-    object->SetSelectedAmongSeveral(!isLeft);
-    if (!report)
-        return;
+    const bool isLeft = selected.contains(object);
+    // The object that was selected first, alone, is the first of the several.
+    if (selected.isEmpty() && current && current != object && isAtRest(current))
+        join(current);
+    if (isLeft) {
+        selected.removeOne(object);
+        object->SetSelectedAmongSeveral(false);
+    } else {
+        join(object);
+    }
+    const QPointer<AxObjects> self(this);
+    if (isLeft && object == current && isAtRest(object))
+        SetCurrent(nullptr);
+    if (self && report)
+        tellSelected();
+}
+
+bool AxObjects::isAtRest(const CAxHandleAdapter* object) const
+{
+    return Find(object->GetHandleID()) == object && object->GetHandleOperation() == OperationIdle;
+}
+
+void AxObjects::join(CAxHandleAdapter* object)
+{
+    selected += object;
+    object->SetSelectedAmongSeveral(true);
+}
+
+void AxObjects::tellSelected()
+{
     QStringList ids;
     for (const CAxHandleAdapter* one : qAsConst(selected))
         ids += one->GetHandleID();

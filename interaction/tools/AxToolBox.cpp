@@ -6,6 +6,8 @@
 #include "interaction/tools/AxPlaceTool.h"
 #include "interaction/tools/AxSelectTool.h"
 
+#include <osgGA/GUIEventAdapter>
+
 namespace {
 constexpr int appTypeOne = 1;
 } // namespace
@@ -74,6 +76,12 @@ void AxToolBox::BeginDrawShape()
     const bool isDrawing = current && current->GetHandleOperation() == OperationDrawing;
     if (mayPick && !isDrawing && !IsHandleHeld())
         CreateShape();
+}
+
+bool AxToolBox::IsMultiSelect() const
+{
+    // The keys are heard only while the map has the keyboard, the mouse always brings them along.
+    return multiSelect || (appType == appTypeOne && (mouseModifiers & osgGA::GUIEventAdapter::MODKEY_CTRL));
 }
 
 bool AxToolBox::IsHandleHeld() const

@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <utility>
 
 class AxObjects;
 class CAxHandleAdapter;
@@ -30,8 +31,9 @@ public:
 
     bool MayPick() const override { return mayPick; }
     void SetMayPick(bool may) { mayPick = may; }
-    bool IsMultiSelect() const override { return multiSelect; }
+    bool IsMultiSelect() const override;
     void SetMultiSelect(bool multi) { multiSelect = multi; }
+    int SetMouseModifiers(int modKeyMask) override { return std::exchange(mouseModifiers, modKeyMask); }
     /// The kind of host application; kind 1 leaves the current object for a tool of the bar.
     int AppType() const { return appType; }
     void SetAppType(int type) { appType = type; }
@@ -57,6 +59,7 @@ private:
     EToolType tool = ToolNavigate;
     bool mayPick = true;
     bool multiSelect = false;
+    int mouseModifiers = 0;
     bool isPressTaken = false;
     int appType = 0;
 };

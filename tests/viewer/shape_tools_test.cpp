@@ -116,6 +116,49 @@ TEST_F(Tools, EndWhatTheyWereDrawingAndClearWhatWasSelected)
     EXPECT_EQ(block->GetAnchorEditor(), nullptr);
 }
 
+TEST_F(Tools, ControlOfTheMouseJoinsBlocksToTheFirstOne)
+{
+    QStringList ids;
+    for (const double lng : {14.0, 20.0, 26.0}) {
+        ids += QString::number(lng);
+        ASSERT_TRUE(Import(ids.last(), {{lng - 2, 8}, {lng + 2, 8}, {lng, 12}}));
+    }
+    const auto click = [this](double lng, int modifiers) {
+        const osg::Vec2f place = WindowOf(lng, 8.5);
+        for (const auto type : {Event::PUSH, Event::RELEASE}) {
+            const auto event = Make(type, place.x(), place.y(), Event::LEFT_MOUSE_BUTTON);
+            event->setModKeyMask(modifiers);
+            Send(event);
+        }
+    };
+    const auto selected = [] {
+        QStringList list;
+        for (const CAxHandleAdapter* one : viewer->GetMultiSelectAdapter())
+            list += one->GetHandleID();
+        return list;
+    };
+    constexpr int control = Event::MODKEY_CTRL;
+    click(14.0, 0);
+    click(20.0, control);
+    EXPECT_TRUE(selected().isEmpty()) << "this host has not asked for it";
+    click(14.0, 0);
+    viewer->SetAppType(1);
+    click(20.0, control);
+    EXPECT_EQ(selected(), ids.mid(0, 2));
+    EXPECT_FALSE(viewer->IsMultiSelect()) << "the key counts for its click alone";
+    click(14.0, control);
+    EXPECT_EQ(selected(), QStringList{ids[1]});
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr) << "it was taken out";
+    click(26.0, control);
+    EXPECT_EQ(selected(), ids.mid(1));
+    click(20.0, 0);
+    EXPECT_TRUE(selected().isEmpty());
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), viewer->FindExistNode(ids[1]));
+    click(26.0, control);
+    viewer->slotFocusBlock(ids[0]);
+    EXPECT_TRUE(selected().isEmpty());
+}
+
 TEST_F(Tools, PickLandingPlacesNearTheCurrentObjectOnly)
 {
     QVector<QPointF> landings;
