@@ -71,11 +71,14 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     columns->setSectionResizeMode(BlockListModel::NameColumn, QHeaderView::Stretch);
     columns->setMinimumSectionSize(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 4);
     const int padding = 2 * style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 6;
-    // The widest text of a column besides its title.
+    // The widest text of a column besides its title; the current block's row is bold.
+    QFont bold = font();
+    bold.setBold(true);
+    const QFontMetrics boldMetrics(bold);
     const auto widen = [&](int column, const QStringList& texts) {
         int width = columns->sectionSizeHint(column) + 4;
         for (const QString& text : texts)
-            width = qMax(width, fontMetrics().horizontalAdvance(text) + padding);
+            width = qMax(width, boldMetrics.horizontalAdvance(text) + padding);
         columns->resizeSection(column, width);
     };
     widen(BlockListModel::KindColumn, {BlockListModel::tr("Polygon"), BlockListModel::tr("Rectangle"),
@@ -144,7 +147,7 @@ void BlockPanel::Rename(const QModelIndex& shown)
 
 void BlockPanel::Delete(const QModelIndex& shown)
 {
-    AskAndDeleteBlock(viewer, BlockOf(shown), window());
+    AskAndDeleteBlocks(viewer, {BlockOf(shown)}, window());
 }
 
 void BlockPanel::keyPressEvent(QKeyEvent* event)
@@ -182,23 +185,44 @@ void BlockPanel::contextMenuEvent(QContextMenuEvent* event)
     menu.exec(event->globalPos());
 }
 
-void AskAndDeleteBlock(CAxEarthViewer* viewer, const QString& id, QWidget* parent)
+void AskAndDeleteBlocks(CAxEarthViewer* viewer, const QStringList& ids, QWidget* parent)
 {
-    CAxBlockManager& records = CAxBlockManager::instance();
-    const CAxBlock* block = records.GetBlock(id);
-    if (!block)
+    QStringList wanted;
+    QString name;
+    bool hasTasks = false;
+    bool anyLocked = false;
+    for (const QString& id : ids) {
+        const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+        const CAxHandleAdapter* object = viewer->FindExistNode(id);
+        if (!block)
+            continue;
+        if (object && object->IsLock()) {
+            anyLocked = true;
+            continue;
+        }
+        wanted += id;
+        name = block->GetBlockName();
+        hasTasks = hasTasks || !block->GetMissionList().isEmpty();
+    }
+    if (wanted.isEmpty() && !anyLocked)
         return;
-    QString question = BlockPanel::tr("Do you want to delete the block \"%1\"?").arg(block->GetBlockName());
-    if (!block->GetMissionList().isEmpty())
-        question += QLatin1Char('\n') + BlockPanel::tr("Its tasks are deleted with it.");
+    QStringList lines;
+    if (wanted.size() == 1)
+        lines += BlockPanel::tr("Do you want to delete the block \"%1\"?").arg(name);
+    else if (!wanted.isEmpty())
+        lines += BlockPanel::tr("Do you want to delete %1 blocks?").arg(wanted.size());
+    if (hasTasks)
+        lines += wanted.size() == 1 ? BlockPanel::tr("Its tasks are deleted with it.")
+                                    : BlockPanel::tr("Their tasks are deleted with them.");
+    if (anyLocked)
+        lines += BlockPanel::tr("What is locked is not deleted.");
     CAxMessageBox box(parent);
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(BlockPanel::tr("Delete block"));
-    box.SetMsgText(question);
+    box.SetMsgText(lines.join(QLatin1Char('\n')));
+    box.SetBtnHidden(wanted.isEmpty(), false, false);
     box.SetBtnOKText(BlockPanel::tr("Delete"));
-    if (box.exec() != QDialog::Accepted)
-        return;
-    // A record that was never drawn has no object that would take it along.
-    if (!viewer->RemoveHanderAdapter(id, true))
-        records.DeleteBlock(id);
+    box.SetCancelDefault(true);
+    if (box.exec() == QDialog::Accepted)
+        viewer->DeleteBlocks(wanted);
 }

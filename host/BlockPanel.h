@@ -41,6 +41,6 @@ private:
     QSortFilterProxyModel* sorted;
 };
 
-/// Deletes a block, its object and its tasks, after a question; nothing
-/// happens when no block has that ID.
-void AskAndDeleteBlock(CAxEarthViewer* viewer, const QString& id, QWidget* parent);
+/// Deletes blocks, their objects and their tasks, after a question, as one step that can be undone. A locked
+/// block stays, and the operator is told when there is no other; nothing happens without a block.
+void AskAndDeleteBlocks(CAxEarthViewer* viewer, const QStringList& ids, QWidget* parent);

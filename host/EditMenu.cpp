@@ -11,12 +11,12 @@ EditMenu::EditMenu(CAxEarthViewer* earthViewer, QAction* history, QWidget* paren
     addAction(history);
     addSeparator();
     // The key behind the tab belongs to the map and only stands there to be learnt.
-    deleteBlock = addAction(tr("&Delete block...\tDel"), this, &EditMenu::DeleteCurrent);
+    deleteBlock = addAction(tr("&Delete block...\tDel"), this, &EditMenu::DeleteSelected);
     addSeparator();
     AddAids();
     // Whether there is something to delete is asked when it matters, not followed.
     connect(this, &QMenu::aboutToShow, this,
-            [this] { deleteBlock->setEnabled(!DeletableBlock().isEmpty()); });
+            [this] { deleteBlock->setEnabled(!BlocksToDelete().isEmpty()); });
     connect(this, &QMenu::aboutToHide, this, [this] { deleteBlock->setEnabled(true); });
     connect(viewer, &CAxEarthViewer::signalHandleKeyDelete, this, &EditMenu::OnKeyDelete);
 }
@@ -53,20 +53,25 @@ void EditMenu::AddAids()
     }
 }
 
-QString EditMenu::DeletableBlock() const
+QStringList EditMenu::BlocksToDelete() const
 {
-    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
-    const bool finished = current && current->GetHandleOperation() == OperationIdle;
-    return finished && current->GetContainedBlock() ? current->GetHandleID() : QString();
+    QList<CAxHandleAdapter*> objects = viewer->GetMultiSelectAdapter();
+    if (objects.isEmpty() && viewer->GetCurHandleAdapter())
+        objects += viewer->GetCurHandleAdapter();
+    QStringList ids;
+    for (const CAxHandleAdapter* object : qAsConst(objects))
+        if (object->GetHandleOperation() == OperationIdle && object->GetContainedBlock())
+            ids += object->GetHandleID();
+    return ids;
 }
 
-void EditMenu::DeleteCurrent()
+void EditMenu::DeleteSelected()
 {
-    AskAndDeleteBlock(viewer, DeletableBlock(), parentWidget());
+    AskAndDeleteBlocks(viewer, BlocksToDelete(), parentWidget());
 }
 
 void EditMenu::OnKeyDelete()
 {
     if (!viewer->IsDeleteKeyTaken())
-        DeleteCurrent();
+        DeleteSelected();
 }

@@ -4,7 +4,7 @@
 class CAxEarthViewer;
 
 /**
- * Undo and redo, deletion of the current block, and the switches of what helps
+ * Undo and redo, deletion of the selected blocks, and the switches of what helps
  * while vertices are edited. It also answers the map's Delete key.
  */
 class EditMenu : public QMenu
@@ -16,8 +16,9 @@ public:
 
 private:
     void AddAids();
-    QString DeletableBlock() const;
-    void DeleteCurrent();
+    /// What Delete is about: the selected blocks, or else the current one.
+    QStringList BlocksToDelete() const;
+    void DeleteSelected();
     void OnKeyDelete();
 
     CAxEarthViewer* viewer;

@@ -10,10 +10,10 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     setExclusionPolicy(ExclusionPolicy::ExclusiveOptional);
     Add(ToolNavigate, tr("&Browse"), tr("Move the map and look at its blocks"));
     Add(ToolSelect, tr("&Select and move"),
-        tr("Take a block and drag it elsewhere; Ctrl and click select several to move together"));
+        tr("Take a block and drag it elsewhere; Ctrl and click select several to move or delete together"));
     Add(ToolPolygonBlock, tr("&Polygon block"),
         tr("Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives "
-           "it up"));
+           "it up, Ctrl+Z brings a refused drawing back"));
     Add(ToolProhibitedArea, tr("&Application area"),
         tr("Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly "
            "zones"));

@@ -1,8 +1,13 @@
 #pragma once
+#include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
+
+#include <osg/Vec3d>
 
 #include <QList>
 #include <QString>
+
+#include <vector>
 
 class CAxHandleAdapter;
 class QUndoStack;
@@ -36,5 +41,7 @@ public:
     virtual QUndoStack& Edits() const = 0;
     virtual const AxEditAids& Aids() const = 0;
     virtual bool Rename(const QString& id, const QString& name) = 0;
+    /// A drawing with that tool was refused: undo takes it up again. Its vertices: degrees, degrees, metres.
+    virtual void KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& vertices) = 0;
     virtual void IntersectModelLayers(CAxHandleAdapter* object) = 0;
 };

@@ -375,6 +375,11 @@ bool CAxEarthViewer::RenameBlock(const QString& id, const QString& name)
     return d->objects.Rename(id, name);
 }
 
+QStringList CAxEarthViewer::DeleteBlocks(const QStringList& ids)
+{
+    return d->objects.Delete(ids);
+}
+
 void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter* adapter)
 {
     d->objects.IntersectModelLayers(adapter);

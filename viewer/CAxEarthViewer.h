@@ -169,6 +169,10 @@ public:
     /// Gives a block another name. False, nothing changed, for an unknown ID, an
     /// empty name and one that a block has already.
     bool RenameBlock(const QString& id, const QString& name);
+    /// Deletes blocks, with what draws them and with their tasks, as one step of the undo stack. Returns the
+    /// IDs of those that are deleted; a block that is locked on this map stays. Undoing brings back record
+    /// and object; the routes join it again that their owners still have.
+    QStringList DeleteBlocks(const QStringList& ids);
     /// Takes away the vertex of the current object that the mouse is over; false when there is none.
     bool DeleteHoveredVertex();
     /// From a press of Delete that took a vertex away to its release: a host

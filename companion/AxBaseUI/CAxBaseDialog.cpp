@@ -129,6 +129,17 @@ void CAxBaseDialog::SetBtnHidden(bool okHidden, bool cancelHidden, bool closeHid
     updateButtons();
 }
 
+void CAxBaseDialog::SetCancelDefault(bool isDefault)
+{
+    m_cancelDefault = isDefault;
+    updateButtons();
+}
+
+bool CAxBaseDialog::isCancelFirst() const
+{
+    return !m_cancelHidden && (m_okHidden || m_cancelDefault);
+}
+
 void CAxBaseDialog::updateButtons()
 {
     m_pBtnOK->setText(m_okText.isEmpty() ? tr("OK") : m_okText);
@@ -140,8 +151,8 @@ void CAxBaseDialog::updateButtons()
     m_pBtnCancel->setVisible(!m_cancelHidden);
     m_pButtonRow->setVisible(!m_okHidden || !m_cancelHidden);
     m_pBtnClose->setVisible(!m_closeHidden || (m_okHidden && m_cancelHidden));
-    m_pBtnOK->setDefault(!m_okHidden);
-    m_pBtnCancel->setDefault(m_okHidden && !m_cancelHidden);
+    m_pBtnOK->setDefault(!m_okHidden && !isCancelFirst());
+    m_pBtnCancel->setDefault(isCancelFirst());
 }
 
 void CAxBaseDialog::slotBtnAcceptClicked()
@@ -182,10 +193,10 @@ void CAxBaseDialog::keyPressEvent(QKeyEvent* event)
     auto* const focused = qobject_cast<QPushButton*>(focusWidget());
     if (focused && focused->isVisible())
         focused->click();
+    else if (isCancelFirst())
+        m_pBtnCancel->click();
     else if (!m_okHidden)
         m_pBtnOK->click();
-    else if (!m_cancelHidden)
-        m_pBtnCancel->click();
     else
         slotBtnCloseClicked();
 }
@@ -249,7 +260,7 @@ void CAxBaseDialog::showEvent(QShowEvent* event)
     if (firstInput)
         firstInput->setFocus(Qt::TabFocusReason);
     else
-        (m_okHidden ? m_pBtnCancel : m_pBtnOK)->setFocus(Qt::TabFocusReason);
+        (isCancelFirst() || m_okHidden ? m_pBtnCancel : m_pBtnOK)->setFocus(Qt::TabFocusReason);
 }
 
 void CAxBaseDialog::changeEvent(QEvent* event)

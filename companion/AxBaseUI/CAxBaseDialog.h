@@ -33,6 +33,10 @@ public:
     /// seen to have a way out. A Cancel button that stands alone reads "Close" unless it was given a text.
     void SetBtnHidden(bool okHidden, bool cancelHidden, bool closeHidden);
 
+    /// Gives Cancel, while it is shown, the keyboard that OK has otherwise, so that Enter presses it until
+    /// the operator goes to OK: for questions whose OK takes something away.
+    void SetCancelDefault(bool isDefault);
+
 protected slots:
     /// Runs when the operator presses OK; accepts.
     virtual void slotBtnAcceptClicked();
@@ -58,6 +62,7 @@ protected:
 
 private:
     void updateButtons();
+    bool isCancelFirst() const;
 
     QLabel* m_pLabTitle;
     QPushButton* m_pBtnClose;
@@ -70,6 +75,7 @@ private:
     bool m_okHidden = false;
     bool m_cancelHidden = false;
     bool m_closeHidden = false;
+    bool m_cancelDefault = false;
     bool m_dragging = false;
     QPoint m_grip;
 };

@@ -13,6 +13,12 @@ CAxBlock* CAxBlockManager::AddBlock(const QString& id, CAxBlock::EBlockType type
         return nullptr;
     auto block = std::make_unique<CAxBlock>(id, type);
     block->SetBlockName(FreeName());
+    return Register(std::move(block));
+}
+
+CAxBlock* CAxBlockManager::Register(std::unique_ptr<CAxBlock> block)
+{
+    const QString id = block->GetBlockID();
     block->m_manager = this;
     ++m_nameCounts[block->GetBlockName()];
     m_blocks.emplace(id, std::move(block));
@@ -22,15 +28,30 @@ CAxBlock* CAxBlockManager::AddBlock(const QString& id, CAxBlock::EBlockType type
 
 bool CAxBlockManager::DeleteBlock(const QString& id)
 {
+    return TakeBlock(id) != nullptr;
+}
+
+std::unique_ptr<CAxBlock> CAxBlockManager::TakeBlock(const QString& id)
+{
     const auto found = m_blocks.find(id);
     if (found == m_blocks.end())
-        return false;
-    const std::unique_ptr<CAxBlock> block = std::move(found->second);
+        return nullptr;
+    std::unique_ptr<CAxBlock> block = std::move(found->second);
     m_blocks.erase(found);
     block->m_manager = nullptr;
     DropName(block->GetBlockName());
     emit blockDeleted(block->GetBlockID());
-    return true;
+    return block;
+}
+
+CAxBlock* CAxBlockManager::PutBack(std::unique_ptr<CAxBlock>& block)
+{
+    if (!block || m_blocks.count(block->GetBlockID()) != 0)
+        return nullptr;
+    const QString name = block->GetBlockName();
+    for (int number = 2; _exist(block->GetBlockName()); ++number)
+        block->SetBlockName(QStringLiteral("%1 (%2)").arg(name, QString::number(number)));
+    return Register(std::move(block));
 }
 
 void CAxBlockManager::DeleteAllBlocks()

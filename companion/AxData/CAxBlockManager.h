@@ -31,6 +31,13 @@ public:
     /// Deletes the blocks one after the other, with a signal for each.
     void DeleteAllBlocks();
 
+    /// Takes the block, whole with its tasks, out of the registry, which tells of it as of a deletion; null
+    /// when there is none. PutBack() registers it again and tells of it as of a new one. Where another block
+    /// has its name by then, it gets a number behind it. Null, with the block left where it is, when its ID
+    /// is taken.
+    std::unique_ptr<CAxBlock> TakeBlock(const QString& id);
+    CAxBlock* PutBack(std::unique_ptr<CAxBlock>& block);
+
     /// Null when there is none.
     CAxBlock* GetBlock(const QString& id) const;
 
@@ -43,7 +50,7 @@ public:
 signals:
     /// Sent after the block was registered.
     void blockAdded(const QString& id);
-    /// Sent while the block is already out of the registry but not yet deleted.
+    /// Sent while the block is already out of the registry, but still whole.
     void blockDeleted(const QString& id);
     /// Sent after the name or the vertices of a registered block became different ones.
     void blockChanged(const QString& id);
@@ -56,6 +63,7 @@ private:
     // By value: a listener may delete the block that the text belongs to.
     void OnChanged(QString id);
     void OnRenamed(const QString& id, const QString& oldName, const QString& newName);
+    CAxBlock* Register(std::unique_ptr<CAxBlock> block);
     void DropName(const QString& name);
     QString FreeName();
 

@@ -18,7 +18,9 @@ void NameAfterEdit(QAction* action, QUndoStack* stack, void (QUndoStack::*change
                    const char* word, const char* wordWithEdit)
 {
     action->setText(Tr(word));
-    QObject::connect(stack, changed, action, [action, word, wordWithEdit](const QString& edit) {
+    QObject::connect(stack, changed, action, [action, word, wordWithEdit](QString edit) {
+        // A block's name is no place for the letter of a shortcut.
+        edit.replace(QLatin1Char('&'), QLatin1String("&&"));
         action->setText(edit.isEmpty() ? Tr(word) : Tr(wordWithEdit).arg(edit));
     });
 }
@@ -56,8 +58,8 @@ void AxEditHistory::Delete()
 void AxEditHistory::step(bool back)
 {
     // In the middle of a gesture there is nothing committed to step over.
-    const AxEditedShapeRef current(objects.Current());
-    if (current && current->GetHandleOperation() != OperationIdle)
-        return;
+    for (CAxHandleAdapter* object : objects.Selected() + QList<CAxHandleAdapter*>{objects.Current()})
+        if (const AxEditedShapeRef shape(object); shape && shape->GetHandleOperation() != OperationIdle)
+            return;
     back ? stack->undo() : stack->redo();
 }

@@ -1,8 +1,11 @@
 // Which objects there are.
 #include "interaction/objects/AxObjects.h"
+#include "interaction/editing/AxEditHistory.h"
 #include "interaction/objects/AxBlockRing.h"
+#include "interaction/objects/AxRefusedDrawing.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxScene.h"
+#include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxViewerLog.h"
 
@@ -11,6 +14,7 @@
 #include <osgEarthAnnotation/LabelNode>
 
 #include <QGraphicsView>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <cmath>
@@ -53,7 +57,7 @@ bool AxObjects::Add(CAxHandleAdapter* object)
     return true;
 }
 
-CAxHandleAdapter* AxObjects::Import(const QString& blockID)
+CAxHandleAdapter* AxObjects::Import(const QString& blockID, bool visible)
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
     if (!block || Find(blockID))
@@ -78,6 +82,8 @@ CAxHandleAdapter* AxObjects::Import(const QString& blockID)
     object->SetHandleID(blockID);
     parts.Scene().GetElevations(points);
     object->ImportGeometry(std::vector<osg::Vec3d>(points.begin(), points.end()), false);
+    if (!visible)
+        object->SetAdapterVisible(false, QString());
     Add(object);
     emit imported(blockID);
     return Find(blockID);
@@ -102,6 +108,29 @@ CAxHandleAdapter* AxObjects::BeginDrawing(EToolType tool)
     if (alive) // who heard of it may have removed it
         object->BenginHandle();
     return alive;
+}
+
+bool AxObjects::ResumeDrawing(EToolType tool, const std::vector<osg::Vec3d>& vertices)
+{
+    AxToolInHand& tools = parts.Tools();
+    if (tools.IsBusy() || !tools.MayPick())
+        return false;
+    const QPointer<AxObjects> self(this);
+    tools.TakeUp(tool);
+    // Who hears of the tool may end the viewer, or take up another one.
+    if (!self)
+        return true;
+    if (tools.Tool() != tool)
+        return false;
+    if (CAxHandleAdapter* object = BeginDrawing(tool))
+        object->ResumeDrawing(vertices);
+    return true;
+}
+
+void AxObjects::KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& vertices)
+{
+    if (history->Stack() && !vertices.empty())
+        history->Stack()->push(new AxRefusedDrawing(*this, tool, vertices));
 }
 
 CAxHandleAdapter* AxObjects::Find(const QString& id) const

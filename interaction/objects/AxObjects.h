@@ -10,6 +10,7 @@
 
 #include <map>
 #include <set>
+#include <vector>
 
 class AxEditHistory;
 class AxViewerParts;
@@ -46,10 +47,15 @@ public:
     CAxHandleAdapter* FindByName(const osg::NodePath& path) const;
     QList<CAxHandleAdapter*> OfKind(CAxBlock::EBlockType type) const override;
     QList<CAxHandleAdapter*> All() const override;
-    /// Draws a block record that has no object yet; null, with a line in the log, when it cannot be drawn.
-    CAxHandleAdapter* Import(const QString& blockID);
+    /// Draws a block record that has no object yet, or keeps its object hidden; null, with a line in the log,
+    /// when it cannot be drawn.
+    CAxHandleAdapter* Import(const QString& blockID, bool visible = true);
     /// Makes the object that a tool draws, current and in its drawing; null for a tool that draws nothing.
     CAxHandleAdapter* BeginDrawing(EToolType tool);
+    /// Takes a refused drawing up again, and its tool; false, with nothing changed, while somebody is drawing
+    /// or dragging, or may not draw.
+    bool ResumeDrawing(EToolType tool, const std::vector<osg::Vec3d>& vertices);
+    void KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& vertices) override;
 
     // The selection and what is done to it (AxObjectsSelection.cpp)
 
@@ -73,6 +79,9 @@ public:
     QUndoStack& Edits() const override;
     const AxEditAids& Aids() const override;
     bool Rename(const QString& id, const QString& name) override;
+    /// Deletes blocks as one step of the undo stack, and returns the IDs of those that were there and not
+    /// locked.
+    QStringList Delete(const QStringList& ids);
     void IntersectModelLayers(CAxHandleAdapter* object) override;
 
 signals:
@@ -85,6 +94,9 @@ signals:
     void moveGivenUp();
 
 private:
+    bool isAtRest(const CAxHandleAdapter* object) const;
+    void join(CAxHandleAdapter* object);
+    void tellSelected();
     int removeEntry(CAxHandleAdapter* object, bool deleteBlock);
     void destroy(CAxHandleAdapter* object);
 
@@ -94,9 +106,6 @@ private:
     AxShapeFactories factories;
     std::map<QString, CAxHandleAdapter*> registry;
     std::set<const CAxHandleAdapter*> registered; ///< the same without the order of IDs
-    bool isAtRest(const CAxHandleAdapter* object) const;
-    void join(CAxHandleAdapter* object);
-    void tellSelected();
     /// Drawings that are not registered yet, and objects that end with the slot they run in.
     QList<QPointer<CAxHandleAdapter>> unregistered;
     CAxHandleAdapter* current = nullptr;

@@ -1,7 +1,9 @@
 // Which objects are selected, and what is done to those.
 #include "interaction/editing/AxBlockCommands.h"
 #include "interaction/editing/AxEditHistory.h"
+#include "interaction/editing/AxEditTitle.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxDeleteCommand.h"
 #include "interaction/objects/AxObjects.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxToolInHand.h"
@@ -173,9 +175,25 @@ bool AxObjects::Rename(const QString& id, const QString& name)
     CAxControl::GetInstance()->SetProjectModified(true);
     if (CAxHandleAdapter* object = Find(id))
         object->DrawNameLabel();
-    const QString text = QCoreApplication::translate("CAxEarthViewer", "Rename to %1").arg(name);
+    const QString text = QCoreApplication::translate("CAxEarthViewer", "Rename %1 to %2")
+                             .arg(AxNameInTitle(before), AxNameInTitle(name));
     Edits().push(new AxNameCommand(&parts, id, before, name, text));
     return true;
+}
+
+QStringList AxObjects::Delete(const QStringList& ids)
+{
+    const QPointer<AxObjects> self(this);
+    const int selectedBefore = selected.size();
+    auto command = std::make_unique<AxDeleteCommand>(*this);
+    const QStringList deleted = command->Delete(ids);
+    if (!self || deleted.isEmpty())
+        return deleted;
+    if (history->Stack())
+        history->Stack()->push(command.release());
+    if (selected.size() != selectedBefore)
+        tellSelected();
+    return deleted;
 }
 
 void AxObjects::IntersectModelLayers(CAxHandleAdapter*)

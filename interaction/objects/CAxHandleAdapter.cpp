@@ -1,6 +1,7 @@
 // The part of the map object that keeps its record, its vertices and its nodes.
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/editing/AxBlockCommands.h"
+#include "interaction/editing/AxEditTitle.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
@@ -394,7 +395,8 @@ void CAxHandleAdapter::UpdateCurrentOperate()
     if (IsSame(before, after))
         return;
     if (text.isEmpty())
-        text = tr("Change of %1").arg(block->GetBlockName());
+        text = tr("Change");
+    text = AxEditTitle(text, {block->GetBlockName()});
     block->SetAnchor(after);
     CAxControl::GetInstance()->SetProjectModified(true);
     if (self.IsWanted() && d->viewer)

@@ -118,6 +118,10 @@ public:
     /// Asked once an accepted drawing was registered: 2 removes the object all the same, below 0 tells the
     /// host that nothing was reset.
     virtual int ResponseDoubleClickWhenDraw();
+    /// A drawing that has just begun goes on from the vertices that an earlier one had when it was refused:
+    /// degrees, degrees, metres. Where a kind has a fixed number of vertices, the last of them is still to
+    /// come.
+    virtual void ResumeDrawing(std::vector<osg::Vec3d> vertices);
 
     // What it is and how it stands
 
@@ -260,7 +264,8 @@ protected:
     /// The end of an edit: a refused geometry falls back to the record, an accepted one is written to it.
     /// True when it was accepted.
     bool _ReponseHandleMove();
-    /// Ends the drawing: judged, then registered or removed; the host is told either way.
+    /// Ends the drawing: judged, then registered or removed; the host is told either way. Undo takes a
+    /// refused one up again.
     void FinishDrawing();
     /// An edit in one step, by the same path as a drag. `text` is what the undo stack calls it.
     bool ChangeVertices(std::vector<osg::Vec3d> points, const QString& text);
@@ -301,5 +306,6 @@ private:
     void dropDrawing(bool deleteBlock);
     void letGoOf(const QList<CAxTaskPolygon*>& tasks);
     bool mayEdit() const;
+    void keepRefused(EToolType tool);
     void leaveScene();
 };

@@ -5,6 +5,7 @@
 #include "scene/AxObjectBook.h"
 #include "scene/AxToolInHand.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -72,6 +73,8 @@ void CAxHandleAdapter::EndHandle()
     const bool isAccepted = AxOutcomeOf(CheckGeometry()) == AxOutcome::Accepted;
     if (!self.IsWanted() || !d->viewer)
         return;
+    if (!isAccepted)
+        keepRefused(d->viewer->Tools().Tool());
     if (!isAccepted || !keepDrawing())
         dropDrawing(true);
     else if (self.IsWanted())
@@ -98,6 +101,29 @@ void CAxHandleAdapter::dropDrawing(bool deleteBlock)
         ReturnLastOperate();
     else if (d->viewer)
         d->viewer->Objects().Remove(this, deleteBlock);
+}
+
+void CAxHandleAdapter::keepRefused(EToolType tool)
+{
+    // An object that was there before the drawing is still there.
+    if (GetToolKind(tool) == ToolKindDraw && !isRegistered())
+        d->viewer->Objects().KeepRefused(tool, GetAnchor());
+}
+
+void CAxHandleAdapter::ResumeDrawing(std::vector<osg::Vec3d> vertices)
+{
+    const AxShapeKind kind = ShapeKind();
+    if (!kind.countMayChange && static_cast<int>(vertices.size()) >= kind.leastVertices)
+        vertices.resize(static_cast<std::size_t>(std::max(0, kind.leastVertices - 1)));
+    if (d->operation != OperationDrawing || vertices.empty())
+        return;
+    GetAnchor() = std::move(vertices);
+    GetBlockElevation();
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
+    else
+        CreateEditor();
+    updateAdapter();
 }
 
 void CAxHandleAdapter::slotDoubleClicked(osg::Vec3d, osg::Vec3d)
@@ -133,6 +159,8 @@ void CAxHandleAdapter::FinishDrawing()
     // Whoever hears of a step on the way may remove the object, and its end is told all the same.
     const AxOutcome outcome = AxOutcomeOf(CheckGeometry());
     const bool isAccepted = outcome == AxOutcome::Accepted;
+    if (!isAccepted && self.IsWanted() && d->viewer)
+        keepRefused(tool);
     const bool isKept = isAccepted && self.IsWanted() && d->viewer && keepDrawing();
     if (isKept && self.IsWanted())
         HandleEnd();
@@ -225,7 +253,10 @@ void CAxHandleAdapter::slotPointMoved(double, double, double, int index)
     if (d->operation == OperationIdle) {
         d->editIndex = index;
         d->operation = OperationMovePoint;
-        d->editText = tr("Move vertex");
+        // A vertex that the record does not have came out of an edge.
+        const CAxBlock* block = GetContainedBlock();
+        const bool isNew = block && static_cast<int>(GetAnchor().size()) > block->GetAnchor().size();
+        d->editText = isNew ? tr("Insert vertex") : tr("Move vertex");
     }
     updateAdapter();
 }

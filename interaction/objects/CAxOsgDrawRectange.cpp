@@ -125,6 +125,14 @@ void CAxOsgDrawRectange::setFirstCorner(const osg::Vec3d& lngLatPos)
     ShowHandles();
 }
 
+void CAxOsgDrawRectange::ResumeDrawing(std::vector<osg::Vec3d> vertices)
+{
+    // Only the first corner is a vertex while the rectangle is drawn.
+    if (vertices.size() > 1)
+        vertices.resize(1);
+    AxBlockAdapter::ResumeDrawing(std::move(vertices));
+}
+
 void CAxOsgDrawRectange::finishAt(const Place& place)
 {
     if (d->anchors.empty() || !IsOverGround(place.lngLat, place.world))

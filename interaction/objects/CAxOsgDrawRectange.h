@@ -28,6 +28,7 @@ public:
     ~CAxOsgDrawRectange() override;
 
     void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
+    void ResumeDrawing(std::vector<osg::Vec3d> vertices) override;
 
 public slots:
     void slotMousePressed(float windowX, float windowY) override;

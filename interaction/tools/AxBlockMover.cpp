@@ -1,10 +1,13 @@
 #include "interaction/tools/AxBlockMover.h"
+#include "interaction/editing/AxEditTitle.h"
 #include "interaction/objects/AxVerdict.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/tools/AxBlockMove.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
+
+#include <AxData/CAxBlock.h>
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -16,6 +19,17 @@
 namespace {
 // What the end of a move is told when no object was asked.
 constexpr int notAsked = -10;
+
+QStringList NamesOfMoved(const QList<QPointer<CAxHandleAdapter>>& objects)
+{
+    QStringList names;
+    for (const auto& object : objects)
+        if (const CAxBlock* block = object && object->GetHandleOperation() == OperationMoveHandle
+                                        ? object->GetContainedBlock()
+                                        : nullptr)
+            names += block->GetBlockName();
+    return names;
+}
 } // namespace
 
 void AxBlockMover::Cancel()
@@ -101,7 +115,8 @@ void AxBlockMover::endSeveral()
     const bool isAccepted = AxOutcomeOf(code) == AxOutcome::Accepted;
     QUndoStack& edits = parts->Objects().Edits();
     if (isAccepted)
-        edits.beginMacro(QCoreApplication::translate("CAxEarthManipulator", "Move blocks"));
+        edits.beginMacro(AxEditTitle(QCoreApplication::translate("CAxEarthManipulator", "Move blocks"),
+                                     NamesOfMoved(selected)));
     for (const auto& adapter : qAsConst(selected))
         if (adapter)
             adapter->EndMoved(code);

@@ -10,3 +10,8 @@ AxTaskRoute* AxRouteOf(CAxTaskPolygon* route)
 {
     return route;
 }
+
+QObject* AxObjectOf(CAxTaskPolygon* route)
+{
+    return route;
+}

@@ -86,8 +86,32 @@
         <translation>重做%1</translation>
     </message>
     <message>
-        <source>Rename to %1</source>
-        <translation>重命名为%1</translation>
+        <source>Rename %1 to %2</source>
+        <translation>将%1重命名为%2</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1等，另有 %2 个</translation>
+    </message>
+    <message>
+        <source>Delete block</source>
+        <translation>删除测区</translation>
+    </message>
+    <message>
+        <source>Delete blocks</source>
+        <translation>删除多个测区</translation>
+    </message>
+    <message>
+        <source>Refused drawing</source>
+        <translation>被拒绝的绘制</translation>
     </message>
     <message>
         <source>Please select the appropriate landing point because the landing point is too far from the job area.</source>
@@ -602,6 +626,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>其任务将一并删除。</translation>
     </message>
     <message>
+        <source>Do you want to delete %1 blocks?</source>
+        <translation>是否要删除 %1 个测区？</translation>
+    </message>
+    <message>
+        <source>Their tasks are deleted with them.</source>
+        <translation>这些测区的任务将一并删除。</translation>
+    </message>
+    <message>
+        <source>What is locked is not deleted.</source>
+        <translation>已锁定的测区不会被删除。</translation>
+    </message>
+    <message>
         <source>Delete block</source>
         <translation>删除测区</translation>
     </message>
@@ -625,16 +661,16 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>选择与移动(&amp;S)</translation>
     </message>
     <message>
-        <source>Take a block and drag it elsewhere; Ctrl and click select several to move together</source>
-        <translation>选中测区并拖到别处；按住 Ctrl 点击可选中多个一起移动</translation>
+        <source>Take a block and drag it elsewhere; Ctrl and click select several to move or delete together</source>
+        <translation>选中测区并拖到别处；按住 Ctrl 点击可选中多个一起移动或删除</translation>
     </message>
     <message>
         <source>&amp;Polygon block</source>
         <translation>多边形测区(&amp;P)</translation>
     </message>
     <message>
-        <source>Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives it up</source>
-        <translation>单击测区各角点，双击最后一点结束；Backspace 撤回一点，Esc 放弃</translation>
+        <source>Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives it up, Ctrl+Z brings a refused drawing back</source>
+        <translation>单击测区各角点，双击最后一点结束；Backspace 撤回一点，Esc 放弃，Ctrl+Z 恢复被拒绝的绘制</translation>
     </message>
     <message>
         <source>&amp;Application area</source>
@@ -796,6 +832,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>确定要删除该顶点吗？</translation>
     </message>
     <message>
+        <source>The cross at the top and Escape leave the vertex as it is.</source>
+        <translation>右上角的叉号和 Esc 键保持顶点不变。</translation>
+    </message>
+    <message>
         <source>Delete Block</source>
         <translation>删除测区</translation>
     </message>
@@ -830,15 +870,11 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>CAxHandleAdapter</name>
     <message>
-        <source>Change of %1</source>
-        <translation>修改%1</translation>
+        <source>Change</source>
+        <translation>修改</translation>
     </message>
     <message>
         <source>Delete vertex</source>
-    <message>
-        <source>The cross at the top and Escape leave the vertex as it is.</source>
-        <translation>右上角的叉号和 Esc 键保持顶点不变。</translation>
-    </message>
         <translation>删除顶点</translation>
     </message>
     <message>
@@ -856,6 +892,22 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>%1, in all %2</source>
         <translation>%1，共 %2</translation>
+    </message>
+    <message>
+        <source>%1 m²</source>
+        <translation>%1 平方米</translation>
+    </message>
+    <message>
+        <source>%1 km²</source>
+        <translation>%1 平方千米</translation>
+    </message>
+    <message>
+        <source>area %1, perimeter %2</source>
+        <translation>面积 %1，周长 %2</translation>
+    </message>
+    <message>
+        <source>perimeter %1</source>
+        <translation>周长 %1</translation>
     </message>
     <message>
         <source>Move vertex</source>
@@ -897,22 +949,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
     <message>
         <source>N</source>
-    <message>
-        <source>%1 m²</source>
-        <translation>%1 平方米</translation>
-    </message>
-    <message>
-        <source>%1 km²</source>
-        <translation>%1 平方千米</translation>
-    </message>
-    <message>
-        <source>area %1, perimeter %2</source>
-        <translation>面积 %1，周长 %2</translation>
-    </message>
-    <message>
-        <source>perimeter %1</source>
-        <translation>周长 %1</translation>
-    </message>
         <translation>北</translation>
     </message>
     <message>

@@ -186,6 +186,18 @@ TEST(ParameterEditPage, EscapeIsNotTheRenamedCancelButton)
     EXPECT_EQ(visibleButtons(page), QStringLiteral("OK Close"));
 }
 
+TEST(MessageBox, EnterPressesCancelWhereOkTakesSomethingAway)
+{
+    for (const bool cancelFirst : {false, true}) {
+        CAxMessageBox box;
+        box.SetCancelDefault(cancelFirst);
+        const int first = cancelFirst ? QDialog::Rejected : QDialog::Accepted;
+        EXPECT_EQ(execAnd(box, [&] { QTest::keyClick(&box, Qt::Key_Return); }), first);
+        box.SetBtnHidden(false, true, true);
+        EXPECT_EQ(execAnd(box, [&] { QTest::keyClick(&box, Qt::Key_Return); }), QDialog::Accepted);
+    }
+}
+
 TEST(BaseWidget, IsDraggedInsideItsParentWhileMovingIsEnabledAndADialogAnywhere)
 {
     CAxMessageBox box;

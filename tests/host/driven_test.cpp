@@ -228,9 +228,17 @@ TEST_F(Driven, APolygonIsDrawnListedRenamedUndoneAndDeleted)
     ASSERT_TRUE(nextBlock(named((*drawn)["name"].toString())));
 
     host->Do(host->ToFirstBlock() << QStringList{"click", "1", "key", "Delete"});
+    const auto isDeleted = [&id](const Event& block) {
+        return block["deleted"].toBool() && block["id"] == id;
+    };
     host->TakeFocus("^Delete block$");
-    host->Do({"key", "Return"});
-    EXPECT_TRUE(
-        nextBlock([&id](const Event& block) { return block["deleted"].toBool() && block["id"] == id; }));
+    // Return alone would keep it.
+    host->Do({"key", "shift+Tab", "key", "Return"});
+    EXPECT_TRUE(nextBlock(isDeleted));
     host->TakeFocus();
+    host->Do({"key", "ctrl+z"});
+    EXPECT_TRUE(
+        nextBlock([&id](const Event& block) { return block["vertices"].toInt() == 4 && block["id"] == id; }));
+    host->Do({"key", "ctrl+shift+z"});
+    EXPECT_TRUE(nextBlock(isDeleted));
 }

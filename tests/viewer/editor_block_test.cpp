@@ -73,6 +73,12 @@ TEST_F(EditorOfBlock, WritesADragIntoTheRecordAndTakesItBack)
     viewer->GetUndoStack()->redo();
     EXPECT_LT((Corner(1) - to).length(), 0.7f);
     ExpectInStep();
+    const QString name = block->GetContainedBlock()->GetBlockName();
+    EXPECT_EQ(viewer->GetUndoStack()->undoText(), "Move vertex: " + name);
+    const osg::Vec3d middle = AxEditRules::MiddleOf(block->GetAnchor()[2], block->GetAnchor()[3]);
+    const osg::Vec2f onEdge = PixelOf(Ground(middle.x() - longitude, middle.y() - latitude));
+    DragFromTo(onEdge, onEdge + osg::Vec2f(10.0f, -30.0f));
+    EXPECT_EQ(viewer->GetUndoStack()->undoText(), "Insert vertex: " + name);
 }
 
 TEST_F(EditorOfBlock, FallsBackWhenTheEditIsRefused)

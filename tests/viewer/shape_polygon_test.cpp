@@ -261,7 +261,10 @@ TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
     EXPECT_FALSE(viewer->RenameBlock("block", "  "));
     CAxBlockManager::instance().AddBlock("other", CAxBlock::PolygonBlock)->SetBlockName("Taken");
     EXPECT_FALSE(viewer->RenameBlock("block", "Taken"));
-    EXPECT_EQ(viewer->GetUndoStack()->count(), 3);
+    ASSERT_EQ(viewer->GetUndoStack()->count(), 3);
+    EXPECT_EQ(viewer->GetUndoStack()->text(0), "Insert vertex: " + first);
+    EXPECT_EQ(viewer->GetUndoStack()->text(1), "Delete vertex: " + first);
+    EXPECT_EQ(viewer->GetUndoStack()->text(2), QString("Rename %1 to Field").arg(first));
 
     viewer->GetUndoAction()->trigger();
     EXPECT_EQ(block->GetNameLabel()->text(), first.toStdString());
@@ -391,9 +394,6 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
         EXPECT_TRUE(box.answers.isEmpty());
         return box.titles;
     };
-    open(1, {ModalBox::Fill({"7.5", "23.25"})});
-    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
-    EXPECT_EQ(block->GetAnchor()[1].x(), 23.25);
     // The dialog comes back with what was typed, and its cross keeps the corner.
     const auto leaveWith = [](const QStringList& typed) {
         return [typed](QDialog& page) {
@@ -405,16 +405,19 @@ TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
             page.findChild<QPushButton*>("m_pBtnClose")->click();
         };
     };
+    open(1, {ModalBox::Fill({"7.5", "23.25"})});
+    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
+    EXPECT_EQ(block->GetAnchor()[1].x(), 23.25);
     for (const QStringList& wrong : {QStringList{"north", "23"}, {"91", "23"}, {"7.5", "180.5"}})
         EXPECT_EQ(open(1, {ModalBox::Fill(wrong), ModalBox::Press("OK"), leaveWith(wrong)}),
                   (QStringList{"Vertex", "Vertex", "Vertex"}))
             << wrong.join(' ').toStdString();
-    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
-    // OK rewrites even untouched values, which the dialog shows to eight decimals ...
-    block->GetContainedBlock()->SetAnchor({{18, 8}, {22.123456789012, 8}, {22, 12}, {18, 12}});
     EXPECT_EQ(open(1, {ModalBox::Fill({"13", "20"}), ModalBox::Press("OK"), leaveWith({"13", "20"})}),
               (QStringList{"Vertex", "Block Information", "Vertex"}))
         << "the ring would cross itself";
+    EXPECT_EQ(Ring(block)[1], QPointF(23.25, 7.5));
+    // OK rewrites even untouched values, which the dialog shows to eight decimals ...
+    block->GetContainedBlock()->SetAnchor({{18, 8}, {22.123456789012, 8}, {22, 12}, {18, 12}});
     open(1, {ModalBox::Press("OK")});
     EXPECT_EQ(Ring(block)[1].x(), 22.12345679);
     // ... but not where latitude and longitude are the same number.
