@@ -1,4 +1,5 @@
 #include "viewer/AxFrame.h"
+#include "scene/base/AxViewerLog.h"
 
 #include <osg/GLExtensions>
 #include <osg/State>
@@ -87,20 +88,133 @@ AxFrame::AxFrame(osgViewer::Viewer* osgViewer, osgViewer::GraphicsWindowEmbedded
 {
 }
 
-void AxFrame::Render()
+osgGA::EventQueue::Events AxFrame::TakeWaiting()
 {
-    const bool idleBefore = IsPagerIdle();
-    {
-        SavedGlState saved(*window->getState());
-        osgGA::EventQueue::Events waiting;
-        window->getEventQueue()->takeEvents(waiting, std::numeric_limits<double>::max());
-        viewer->frame(USE_REFERENCE_TIME);
-        window->getEventQueue()->appendEvents(waiting);
-    }
+    osgGA::EventQueue::Events waiting;
+    window->getEventQueue()->takeEvents(waiting, std::numeric_limits<double>::max());
+    return waiting;
+}
+
+// The first frame makes the viewer ready, which nothing else does.
+void AxFrame::Begin()
+{
+    isBegun = true;
+    osgGA::EventQueue::Events waiting = TakeWaiting();
+    viewer->frame(USE_REFERENCE_TIME);
+    window->getEventQueue()->appendEvents(waiting);
+    drawnFrame = viewer->getFrameStamp()->getFrameNumber();
+}
+
+// All of a frame but the drawing.
+void AxFrame::Advance()
+{
+    osgGA::EventQueue::Events waiting = TakeWaiting();
+    viewer->advance(USE_REFERENCE_TIME);
+    viewer->eventTraversal();
+    // Tiles that were not looked at in the last frame are dropped when there are
+    // many. Those of a picture that is only kept were not looked at, but are shown.
+    osgDB::DatabasePager* pager = viewer->getDatabasePager();
+    const bool wasDrawn = viewer->getFrameStamp()->getFrameNumber() == drawnFrame + 1;
+    const unsigned most = pager ? pager->getTargetMaximumNumberOfPageLOD() : 0;
+    if (pager && !wasDrawn)
+        pager->setTargetMaximumNumberOfPageLOD(std::numeric_limits<int>::max());
+    viewer->updateTraversal();
+    if (pager && !wasDrawn)
+        pager->setTargetMaximumNumberOfPageLOD(most);
+    window->getEventQueue()->appendEvents(waiting);
+}
+
+AxStillRule::Facts AxFrame::Look(const QSize& pixels)
+{
+    AxStillRule::Facts facts;
+    facts.seconds = viewer->elapsedTime();
+    facts.isAsked = isAsked || viewer->getRequestRedraw() || viewer->getRequestContinousUpdate();
+    // A camera that moves is known without looking at every node.
+    facts.isLoading = !IsPagerIdle() || viewer->getCamera()->getViewMatrix() != drawnView;
+    if (!rule.IsSaving() || facts.isLoading)
+        return facts;
+    walk.Look(*viewer);
+    facts.mayChange = walk.Changeable() != nullptr;
+    facts.fingerprint = walk.Fingerprint() ^ (static_cast<std::size_t>(pixels.width()) << 16) ^
+                        static_cast<std::size_t>(pixels.height());
+    TellWhy(walk.Changeable());
+    return facts;
+}
+
+// Whoever wonders why a globe at rest costs so much is told what it is waiting for.
+void AxFrame::TellWhy(const osg::Object* changeable)
+{
+    if (changeable == told)
+        return;
+    told = changeable;
+    if (changeable)
+        qCDebug(axViewerLog) << "every frame is drawn, because this may change without being seen:"
+                             << changeable->libraryName() << changeable->className()
+                             << changeable->getName().c_str();
+}
+
+void AxFrame::Draw(const AxStillRule::Facts& facts)
+{
+    viewer->renderingTraversals();
+    drawnFrame = viewer->getFrameStamp()->getFrameNumber();
+    rule.Drawn(facts);
+    isAsked = false;
+}
+
+void AxFrame::CountQuiet(bool idleBefore)
+{
     const osg::Matrixd view = viewer->getCamera()->getViewMatrix();
     const bool quiet = idleBefore && IsPagerIdle() && view == drawnView;
     quietFrames = quiet ? quietFrames + 1 : 0;
     drawnView = view;
+}
+
+void AxFrame::Render(const QSize& pixels, Target target)
+{
+    const bool idleBefore = IsPagerIdle();
+    const SavedGlState saved(*window->getState());
+    if (!isBegun) {
+        Begin();
+        return CountQuiet(idleBefore);
+    }
+    if (!begun)
+        Advance();
+    const AxStillRule::Facts facts = begun ? *begun : Look(pixels);
+    begun.reset();
+    if (target == Target::Elsewhere) {
+        // The window does not show what was drawn there.
+        Draw(facts);
+        return Request();
+    }
+    isStill = !rule.MustDraw(facts);
+    const bool isKept = picture.IsFor(pixels);
+    if (isStill && isKept) {
+        picture.Show();
+    } else {
+        const bool isSame = !rule.IsChange(facts);
+        Draw(facts);
+        // What is drawn although nothing has changed is wanted again soon.
+        if (isSame && (isStill || isKept))
+            picture.Take(pixels);
+        else
+            picture.Forget();
+    }
+    CountQuiet(idleBefore);
+}
+
+bool AxFrame::PassBy(const QSize& pixels)
+{
+    if (!isBegun)
+        return false;
+    const bool idleBefore = IsPagerIdle();
+    Advance();
+    const AxStillRule::Facts facts = Look(pixels);
+    isStill = !rule.MustDraw(facts);
+    if (isStill)
+        CountQuiet(idleBefore);
+    else
+        begun = facts;
+    return isStill;
 }
 
 bool AxFrame::HasInput() const
@@ -135,6 +249,7 @@ bool AxFrame::IsPictureComplete() const
 
 void AxFrame::Release()
 {
+    picture.Release();
     if (osgDB::DatabasePager* pager = viewer->getDatabasePager())
         pager->cancel();
     viewer->stopThreading();

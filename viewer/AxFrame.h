@@ -1,11 +1,23 @@
 #pragma once
+#include "viewer/AxKeptPicture.h"
+#include "viewer/AxSceneWalk.h"
+#include "viewer/AxStillRule.h"
+
 #include <osg/Matrixd>
 #include <osg/ref_ptr>
 #include <osgViewer/Viewer>
 
+#include <QSize>
+
+#include <optional>
+
 /**
  * Draws the viewer's frames into an OpenGL context that Qt owns and paints
  * with as well, and knows when the picture has everything it is going to get.
+ *
+ * A frame has everything that osgViewer's has: its number and time, events, the
+ * update traversal. What it may lack is the drawing: where AxStillRule finds that
+ * nothing has changed, the picture of the last one is shown again.
  *
  * Both sides of the shared context keep a private picture of its state. Qt
  * resynchronises with what QPainter::beginNativePainting documents and no
@@ -23,10 +35,28 @@ class AxFrame
 public:
     AxFrame(osgViewer::Viewer* viewer, osgViewer::GraphicsWindowEmbedded* window);
 
-    /// Renders one frame. Context current, native painting begun. Input that
-    /// waits goes on waiting: what an event sets off may open a modal box, and
-    /// boxes do not open inside of a paint event.
-    void Render();
+    /// Where a frame is painted.
+    enum class Target
+    {
+        Window,
+        Elsewhere ///< a picture of the host's: always drawn anew
+    };
+
+    /// A frame of this many pixels. Context current, native painting begun. Input
+    /// that waits goes on waiting: what an event sets off may open a modal box,
+    /// and boxes do not open inside of a paint event.
+    void Render(const QSize& pixels, Target target);
+    /// A frame whose drawing can be left out, because the window shows it already.
+    /// False when it has to be drawn after all: Render(), called at once, then draws
+    /// this very frame. Context current.
+    bool PassBy(const QSize& pixels);
+    /// Whether the last frame was not drawn, and so the next one may not be.
+    bool IsStill() const { return isStill; }
+    /// Has the next frame drawn.
+    void Request() { isAsked = true; }
+    /// While off, every frame is drawn.
+    void SetSaving(bool on) { rule.SetSaving(on); }
+    bool IsSaving() const { return rule.IsSaving(); }
 
     /// Whether mouse or key events wait to be handed to the scene.
     bool HasInput() const;
@@ -44,9 +74,26 @@ public:
 
 private:
     bool IsPagerIdle() const;
+    osgGA::EventQueue::Events TakeWaiting();
+    void Begin();
+    void Advance();
+    AxStillRule::Facts Look(const QSize& pixels);
+    void Draw(const AxStillRule::Facts& facts);
+    void TellWhy(const osg::Object* changeable);
+    void CountQuiet(bool idleBefore);
 
     osg::ref_ptr<osgViewer::Viewer> viewer;
     osg::ref_ptr<osgViewer::GraphicsWindowEmbedded> window;
     osg::Matrixd drawnView;
     int quietFrames = 0;
+
+    std::optional<AxStillRule::Facts> begun; // of a frame that is to be drawn
+    AxStillRule rule;
+    AxSceneWalk walk;
+    AxKeptPicture picture;
+    unsigned drawnFrame = 0; // its number
+    bool isBegun = false;
+    bool isStill = false;
+    bool isAsked = false;
+    const osg::Object* told = nullptr; // compared, never followed
 };

@@ -8,6 +8,7 @@
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxMapFile.h"
+#include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
 #include "viewer/overlay/AxGridWidget.h"
@@ -23,11 +24,16 @@
 #include <osgViewer/ViewerEventHandlers>
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QGraphicsProxyWidget>
 #include <QPointer>
 #include <QSplashScreen>
+#include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
+#include <typeinfo>
+#include <utility>
 
 namespace {
 constexpr int frameIntervalMs = 25;
@@ -95,10 +101,12 @@ void AxViewerPrivate::initParameters()
     q->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     q->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 
-    q->setScene(new QGraphicsScene);
+    overlayScene = new AxOverlayScene;
+    q->setScene(overlayScene);
 
     glWidget = new AxGlViewport;
     glWidget->setMouseTracking(true);
+    glWidget->installEventFilter(this);
     glWidget->setMaximumSize(q->maximumSize());
     q->setViewport(glWidget);
     q->setViewportUpdateMode(QGraphicsView::FullViewportUpdate);
@@ -142,6 +150,7 @@ void AxViewerPrivate::initOverlays()
     // The bar of tools reaches up to its row, and would take the hovering that the dial's ring shows.
     compassItem->setZValue(1.0);
     q->scene()->addItem(compassItem);
+    ownOverlays += compassItem;
     compassItem->ConnectEvent(q);
 
     mapToolsWidget = new CAxMapToolsWidget(q);
@@ -161,7 +170,9 @@ void AxViewerPrivate::embed(QWidget* overlay)
     // The graphics scene only takes windows, even such that have a parent.
     overlay->setWindowFlags(overlay->windowFlags() | Qt::Window | Qt::FramelessWindowHint);
     // Every frame repaints the scene; an overlay's own painting runs only when it changed.
-    q->scene()->addWidget(overlay)->setCacheMode(QGraphicsItem::DeviceCoordinateCache);
+    QGraphicsProxyWidget* item = q->scene()->addWidget(overlay);
+    item->setCacheMode(QGraphicsItem::DeviceCoordinateCache);
+    ownOverlays += item;
 }
 
 void AxViewerPrivate::setUpViewerInWindow(int x, int y, int width, int height)
@@ -336,7 +347,62 @@ void AxViewerPrivate::tick()
         inputPosted = true;
         QMetaObject::invokeMethod(this, &AxViewerPrivate::takeInput, Qt::QueuedConnection);
     }
-    q->scene()->update();
+    // Of the scene's own update nobody could tell whether an item has asked for one, too.
+    askedByTimer = frame->IsStill() && areOverlaysStill();
+    if (askedByTimer)
+        q->viewport()->update();
+    else
+        q->scene()->update();
+}
+
+bool AxViewerPrivate::areOverlaysStill() const
+{
+    // One that paints by itself, or items of a host's, may rely on the timer.
+    if (q->scene() != overlayScene || overlayScene->IsHeard() || typeid(*q) != typeid(CAxEarthViewer))
+        return false;
+    const QList<QGraphicsItem*> items = overlayScene->items();
+    return std::all_of(items.begin(), items.end(), [this](const QGraphicsItem* item) {
+        return !item->isVisible() || ownOverlays.contains(item->topLevelItem());
+    });
+}
+
+bool AxViewerPrivate::passBy()
+{
+    const bool mayPass = std::exchange(askedByTimer, false) && isShown && frame->IsStill();
+    const bool isChanged = overlayScene && overlayScene->TakeChange();
+    QWindow* window = glWidget->windowHandle();
+    if (!mayPass || isChanged || !window || viewer->done())
+        return false;
+    window->installEventFilter(this); // a second time is the same as once
+    glWidget->makeCurrent();
+    painting = true;
+    const bool passed = frame->PassBy(pixels());
+    painting = false;
+    return passed;
+}
+
+// After any of these the window may hold something else than what was painted.
+bool AxViewerPrivate::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Expose:
+    case QEvent::Hide:
+    case QEvent::ParentChange:
+    case QEvent::PlatformSurface:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::WinIdChange:
+        isShown = false;
+        break;
+    default:
+        break;
+    }
+    return AxViewerParts::eventFilter(watched, event);
+}
+
+QSize AxViewerPrivate::pixels() const
+{
+    return glWidget->size() * glWidget->devicePixelRatioF();
 }
 
 void AxViewerPrivate::takeInput()

@@ -16,10 +16,13 @@
 #include <osgEarthUtil/Sky>
 #include <osgViewer/Viewer>
 
+#include <QSet>
+
 class AxFrame;
 class AxGlViewport;
 class AxGridWidget;
 class AxInputRouter;
+class AxOverlayScene;
 class CAxGraphicsCompassItem;
 
 /**
@@ -72,6 +75,12 @@ public:
     // What happens with every tick of the timer
 
     void tick();
+    /// Whether everything over the map asks for a repaint when it has changed.
+    bool areOverlaysStill() const;
+    /// Takes a paint event as a frame in which nothing has to be painted; false when something has.
+    bool passBy();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    QSize pixels() const;
     void takeInput();
     void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
     void showReadOut(double longitude, double latitude, double altitude, double range, bool coarse);
@@ -106,6 +115,8 @@ public:
     CAxMapToolsWidget* mapToolsWidget = nullptr;
     CAxCoordinateWidget* coordinateWidget = nullptr;
     AxGridWidget* gridWidget = nullptr;
+    QSet<const QGraphicsItem*> ownOverlays;
+    AxOverlayScene* overlayScene = nullptr;
 
     QString mapFile;
     osg::Vec3d projPlaneCenter;
@@ -119,6 +130,8 @@ public:
     bool earthLoaded = false;
     bool starting = false;
     bool painting = false;
+    bool askedByTimer = false; // for the next paint event, whoever else asks for it
+    bool isShown = false;      // what is in the window is what was painted last
     bool inputPosted = false;
     /// The key event that the widget is handing to the scene.
     const QEvent* passedKey = nullptr;

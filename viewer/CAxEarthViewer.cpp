@@ -87,6 +87,7 @@ QImage CAxEarthViewer::GetCurrViewerImg()
     // Software renderers keep no front buffer, and a covered window need not
     // have one either: paint the frame once more and read it before it is shown.
     d->glWidget->setAutoBufferSwap(false);
+    d->askedByTimer = false;
     viewport()->repaint();
     d->glWidget->makeCurrent();
     const QImage painted = AxCaptureBuffer(*d->graphicsWindow, GL_BACK);
@@ -98,6 +99,21 @@ QImage CAxEarthViewer::GetCurrViewerImg()
 bool CAxEarthViewer::IsPictureComplete() const
 {
     return d->earthLoaded && d->frame->IsPictureComplete();
+}
+
+void CAxEarthViewer::SetStillPictureKept(bool kept)
+{
+    d->frame->SetSaving(kept);
+}
+
+bool CAxEarthViewer::IsStillPictureKept() const
+{
+    return d->frame->IsSaving();
+}
+
+void CAxEarthViewer::RequestRedraw()
+{
+    d->frame->Request();
 }
 
 AxViewerParts* CAxEarthViewer::Parts() const

@@ -81,6 +81,14 @@ public:
     /// loaded or merged and the last few frames were drawn from this position.
     bool IsPictureComplete() const;
 
+    /// While on, which it is from the start, a frame in which nothing has changed
+    /// is not drawn: the picture of the last one stays. Events, updates and frame
+    /// numbers go on. docs/embedding.md says what is seen to change and what is not.
+    void SetStillPictureKept(bool kept);
+    bool IsStillPictureKept() const;
+    /// Has the next frame drawn: for a change of the scene that is not seen.
+    void RequestRedraw();
+
     CAxEarthManipulator* getManipulator() const;        ///< the camera and the source of the mouse's signals
     CAxAncillaryProcess* GetAncillaryProcess() const;   ///< zones; null before start-up, after ReleaseAll()
     CAxMapToolsWidget* GetMapToolWidget() const;        ///< the tools bar
@@ -277,6 +285,7 @@ public slots:
 
 protected:
     void timerEvent(QTimerEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void drawBackground(QPainter* painter, const QRectF& rect) override;
     bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

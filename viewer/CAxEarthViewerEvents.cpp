@@ -1,5 +1,6 @@
 // Qt's events but for the input: ticks, painting, sizes.
 #include "viewer/AxFrame.h"
+#include "viewer/AxGlViewport.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxViewerPrivate.h"
 #include "viewer/CAxEarthViewer.h"
@@ -11,6 +12,7 @@
 #include <QKeyEvent>
 #include <QMoveEvent>
 #include <QPaintEngine>
+#include <QPaintEvent>
 #include <QPointer>
 #include <QResizeEvent>
 
@@ -30,16 +32,25 @@ void CAxEarthViewer::timerEvent(QTimerEvent* event)
     d->tick();
 }
 
+void CAxEarthViewer::paintEvent(QPaintEvent* event)
+{
+    if (d->passBy())
+        return;
+    d->isShown = true;
+    QGraphicsView::paintEvent(event);
+}
+
 void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
 {
     if (!d->earthLoaded || painter->paintEngine()->type() != QPaintEngine::OpenGL2)
         return;
+    const bool isWindow = painter->device() == d->glWidget;
     painter->save();
     painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     painter->beginNativePainting();
     d->painting = true;
     if (!d->viewer->done())
-        d->frame->Render();
+        d->frame->Render(d->pixels(), isWindow ? AxFrame::Target::Window : AxFrame::Target::Elsewhere);
     d->painting = false;
     painter->endNativePainting();
     painter->restore();

@@ -117,7 +117,8 @@ bool IsFanAround(const Plane& ring, const osg::Vec2d& centre)
 class GroundGeometry : public osg::Geometry
 {
 public:
-    GroundGeometry() = default;
+    // It does not change by itself, which a viewer that leaves out frames has to be told of its class.
+    GroundGeometry() { setDataVariance(STATIC); }
     GroundGeometry(const GroundGeometry& other, const osg::CopyOp& copy) : osg::Geometry(other, copy) {}
     osg::Object* cloneType() const override { return new GroundGeometry; }
     osg::Object* clone(const osg::CopyOp& copy) const override { return new GroundGeometry(*this, copy); }

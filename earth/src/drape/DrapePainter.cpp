@@ -122,6 +122,7 @@ void DrapeableNode::Painter::refresh(const osg::Geometry& geometry, Origin origi
         entry.origin.bin ? makeMembers(entry, shapes) : makeVolumes(entry, shapes);
         _built = true;
     }
+    _isBehind = _isBehind || waits;
     if (!waits || entry.lastSeen != 0)
         entry.lastSeen = _pass;
     _order.push_back(&geometry);
@@ -197,6 +198,7 @@ void DrapeableNode::Painter::collect(DrapeableNode& node, const osg::Matrixd& lo
     ++_pass;
     _order.clear();
     _built = false;
+    _isBehind = false;
     _enough = std::chrono::steady_clock::now() + kBuildTime;
     Collector collector(*this, localToWorld, traversalMask);
     for (unsigned i = 0; i < node.getNumChildren(); ++i)
@@ -207,12 +209,28 @@ void DrapeableNode::Painter::collect(DrapeableNode& node, const osg::Matrixd& lo
         batch = batch->second.tidy() ? std::next(batch) : _batches.erase(batch);
 }
 
+/// Its picture goes on changing while shapes wait; whoever leaves out frames in
+/// which nothing changes learns it by OSG's own word for that.
+void DrapeableNode::Painter::tellWhetherDone(DrapeableNode& node)
+{
+    if (_isBehind == _variance.has_value())
+        return;
+    if (_isBehind) {
+        _variance = node.getDataVariance();
+        node.setDataVariance(osg::Object::DYNAMIC);
+    } else {
+        node.setDataVariance(*_variance);
+        _variance.reset();
+    }
+}
+
 void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
 {
     if (!cv.getCurrentCamera() || (node.getNumChildren() == 0 && _entries.empty()))
         return;
     const osg::Matrixd localToWorld = osg::computeLocalToWorld(cv.getNodePath(), true);
     collect(node, localToWorld, cv.getTraversalMask());
+    tellWhetherDone(node);
 
     const bool anything =
         !_batches.empty() || std::any_of(_order.begin(), _order.end(), [this](const osg::Geometry* geometry) {
@@ -268,6 +286,8 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
     for (auto& batch : _batches)
         batch.second.cull(cv, view, *_passes, lookUps);
     cv.popStateSet();
+    _isBehind = _isBehind || lookUps == 0;
+    tellWhetherDone(node);
 }
 
 void DrapeableNode::Painter::releaseGLObjects(osg::State* state) const

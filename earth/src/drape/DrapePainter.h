@@ -53,12 +53,15 @@ private:
     void collect(DrapeableNode& node, const osg::Matrixd& localToWorld, unsigned traversalMask);
     void draw(Volume& volume, const DrapeView& view, osgUtil::CullVisitor& cv);
     void findMapNode(const osg::NodePath& path);
+    void tellWhetherDone(DrapeableNode& node);
 
     std::map<osg::ref_ptr<const osg::Geometry>, Entry> _entries;
     std::vector<const osg::Geometry*> _order;
     std::map<BatchKey, DrapeBatch> _batches;
-    std::chrono::steady_clock::time_point _enough; ///< until then shapes are built in this pass
-    bool _built = false;                           ///< one was
+    std::chrono::steady_clock::time_point _enough;      ///< until then shapes are built in this pass
+    bool _built = false;                                ///< one was
+    bool _isBehind = false;                             ///< some have to wait for another frame
+    std::optional<osg::Object::DataVariance> _variance; ///< the node's own, while it is behind
     unsigned _pass = 0;
     osg::observer_ptr<MapNode> _mapNode;
     unsigned _lastSearch = 0;

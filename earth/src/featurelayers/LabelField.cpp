@@ -84,13 +84,17 @@ void LabelField::add(const std::shared_ptr<LabelSet>& set)
 
 void LabelField::update(const LabelView& view, const QuadtreeTerrain* ground)
 {
+    if (view.frame != _frame) {
+        _frameBefore = _frame;
+        _frame = view.frame;
+    }
     std::vector<std::shared_ptr<LabelSet>> active;
     {
         std::lock_guard<std::mutex> lock(_mutex);
         for (auto it = _sets.begin(); it != _sets.end();) {
             std::shared_ptr<LabelSet> set = it->lock();
             it = set ? std::next(it) : _sets.erase(it);
-            if (set && view.frame - set->lastSeen <= 1)
+            if (set && (set->lastSeen == _frame || set->lastSeen == _frameBefore))
                 active.push_back(std::move(set));
         }
     }

@@ -44,7 +44,7 @@ struct LabelSet
 };
 
 /// Chooses, for all label layers of a map together, which labels are shown.
-/// Layers that were not drawn in this frame or the last do not take part. Used
+/// Layers that were not drawn in this frame or the last drawn one do not take part. Used
 /// on the thread that culls.
 class LabelField : public osg::Referenced
 {
@@ -70,6 +70,9 @@ private:
     std::vector<std::weak_ptr<LabelSet>> _sets;
     std::vector<std::shared_ptr<LabelSet>> _active;
     LabelView _lastView;
+    // Numbers of the frame that is drawn and of the one drawn before it; some lie between that were not.
+    unsigned _frame = 0;
+    unsigned _frameBefore = 0;
     size_t _nextHeight = 0;
     /// Those that only ground kept from being shown, and the shown ones. Of the active sets.
     std::vector<PlaceLabel*> _inSight;
