@@ -76,6 +76,7 @@ void CAxNoflyApplyUpload::send()
         return;
     }
     SetText(tr("Connecting to %1 ...").arg(theUrl.host()));
+    VisibleBar(true);
     VisibleBtnRetry(false);
     VisibleBtnClose(false);
     VisibleBtnCannel(true);
@@ -111,6 +112,7 @@ void CAxNoflyApplyUpload::showEnd(const FormPostResult& result)
 void CAxNoflyApplyUpload::fail(const QString& text, bool retry)
 {
     SetText(text);
+    VisibleBar(false);
     VisibleBtnCannel(false);
     VisibleBtnRetry(retry);
     VisibleBtnClose(true);

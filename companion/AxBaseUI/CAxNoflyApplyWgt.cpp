@@ -1,10 +1,12 @@
 #include <AxBaseUI/CAxNoflyApplyWgt.h>
 
+#include "support/AreaJson.h"
 #include "support/FormData.h"
 
 #include <QBuffer>
 #include <QDateTimeEdit>
 #include <QGridLayout>
+#include <QJsonArray>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -141,17 +143,12 @@ CAxNoflyApplyWgt::CAxNoflyApplyWgt(const QString& blockID, const QStringList& zo
     addRow(grid, tr("Remarks"), m_pRemarks, "m_pRemarks", false);
     grid->setRowStretch(grid->rowCount(), 1);
 
-    columns->addWidget(createSide(blockID));
-    m_pLabHint = plainLabel(tr("Entries marked with * are required."));
-    ContentLayout()->addWidget(m_pLabHint);
-    m_pLabError = plainLabel(QString());
-    m_pLabError->hide();
-    m_pLabError->setObjectName(QStringLiteral("m_pLabError"));
-    m_pLabError->setWordWrap(true);
-    ContentLayout()->addWidget(m_pLabError);
+    columns->addWidget(createSide());
+    ContentLayout()->addWidget(createFoot());
 
     connect(m_pBegin, &QDateTimeEdit::dateTimeChanged, this, &CAxNoflyApplyWgt::showLocalTimes);
     connect(m_pEnd, &QDateTimeEdit::dateTimeChanged, this, &CAxNoflyApplyWgt::showLocalTimes);
+    SetBlockName(QString());
     SetScreenShotsImage(QImage());
     restoreInput();
 }
@@ -196,7 +193,7 @@ QDateTimeEdit* CAxNoflyApplyWgt::addTime(QGridLayout* grid, const QString& label
     return edit;
 }
 
-QWidget* CAxNoflyApplyWgt::createSide(const QString& blockID)
+QWidget* CAxNoflyApplyWgt::createSide()
 {
     auto* const side = new QWidget;
     auto* const column = new QVBoxLayout(side);
@@ -214,12 +211,43 @@ QWidget* CAxNoflyApplyWgt::createSide(const QString& blockID)
     zones->addItems(m_zoneIDs);
     column->addWidget(zones, 1);
 
-    QLabel* const block = plainLabel(QString());
-    block->setText(
-        block->fontMetrics().elidedText(tr("Block: %1").arg(blockID), Qt::ElideMiddle, PictureSize.width()));
-    block->setToolTip(blockID);
-    column->addWidget(block);
+    m_pLabBlock = plainLabel(QString());
+    m_pLabBlock->setObjectName(QStringLiteral("m_pLabBlock"));
+    m_pLabBlock->setToolTip(m_blockID);
+    column->addWidget(m_pLabBlock);
     return side;
+}
+
+/// The hint and the mistake in one place, which is as high as a long mistake from the start: the form does
+/// not grow when there is one.
+QWidget* CAxNoflyApplyWgt::createFoot()
+{
+    constexpr int mistakeLines = 2;
+    auto* const foot = new QWidget;
+    auto* const place = new QGridLayout(foot);
+    place->setContentsMargins(0, 0, 0, 0);
+    m_pLabHint = plainLabel(tr("Entries marked with * are required."));
+    m_pLabError = plainLabel(QString());
+    m_pLabError->hide();
+    m_pLabError->setObjectName(QStringLiteral("m_pLabError"));
+    m_pLabError->setWordWrap(true);
+    for (QLabel* const label : {m_pLabHint, m_pLabError})
+        place->addWidget(label, 0, 0, Qt::AlignTop);
+    foot->setFixedHeight(mistakeLines * m_pLabError->fontMetrics().lineSpacing());
+    return foot;
+}
+
+void CAxNoflyApplyWgt::SetBlockName(const QString& name)
+{
+    m_blockName = name;
+    const QString shown = tr("Block: %1").arg(name.isEmpty() ? m_blockID : name);
+    m_pLabBlock->ensurePolished();
+    m_pLabBlock->setText(m_pLabBlock->fontMetrics().elidedText(shown, Qt::ElideMiddle, PictureSize.width()));
+}
+
+void CAxNoflyApplyWgt::SetArea(const QList<QPointF>& ring)
+{
+    m_area = ring;
 }
 
 void CAxNoflyApplyWgt::SetScreenShotsImage(const QImage& image)
@@ -352,6 +380,7 @@ QByteArray CAxNoflyApplyWgt::createBody() const
 {
     FormData form;
     form.addText(QStringLiteral("block_id"), m_blockID);
+    form.addText(QStringLiteral("block_name"), m_blockName);
     for (const QString& zone : m_zoneIDs)
         form.addText(QStringLiteral("zone_id"), zone);
     for (const Line& line : m_lines) {
@@ -363,6 +392,12 @@ QByteArray CAxNoflyApplyWgt::createBody() const
         form.addText(line.key, line.key == HeightKey ? QString::number(*heightOf(text)) : text);
     }
     form.addText(RemarksKey, m_pRemarks->toPlainText());
+    const QByteArray area = AreaJson(m_area, {{"block_id", m_blockID},
+                                              {"block_name", m_blockName},
+                                              {"zone_ids", QJsonArray::fromStringList(m_zoneIDs)}});
+    if (!area.isEmpty())
+        form.addFile(QStringLiteral("area"), QStringLiteral("area.geojson"),
+                     QByteArrayLiteral("application/geo+json"), area);
     const QByteArray picture = pngOf(m_screenShot);
     if (!picture.isEmpty())
         form.addFile(QStringLiteral("screenshot"), QStringLiteral("screenshot.png"),

@@ -5,6 +5,8 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QList>
+#include <QPointF>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -31,15 +33,20 @@ public:
     /// The ID of the block to be flown and the ids of the zones that it touches.
     CAxNoflyApplyWgt(const QString& blockID, const QStringList& zoneIDs, QWidget* parent = nullptr);
 
+    /// The block's name as the operator knows it; without one the form shows its ID.
+    void SetBlockName(const QString& name);
+    /// The area to be flown: longitudes and latitudes in degrees, the first place not repeated.
+    void SetArea(const QList<QPointF>& ring);
     /// A picture of the block on the map, to go with the application. A null one: none.
     void SetScreenShotsImage(const QImage& image);
 
     /// The application as one upload body, multipart/form-data in UTF-8 whose boundary is its first line
     /// without the two leading hyphens; empty unless the form was accepted. Its entries, in this order:
-    /// "block_id", one "zone_id" for each zone, "applicant_name", "organisation", "phone", "email",
-    /// "aircraft_model", "aircraft_registration", "purpose", "begin" and "end" (ISO 8601 in UTC, as
-    /// 2026-03-01T08:00:00Z), "max_height_m" (whole metres above ground), "remarks", and, if there is a
-    /// picture, the file "screenshot" ("screenshot.png"). What was left out is empty.
+    /// "block_id", "block_name", one "zone_id" for each zone, "applicant_name", "organisation", "phone",
+    /// "email", "aircraft_model", "aircraft_registration", "purpose", "begin" and "end" (ISO 8601 in UTC, as
+    /// 2026-03-01T08:00:00Z), "max_height_m" (whole metres above ground), "remarks", and, where they were
+    /// set, two files: "area" ("area.geojson", a GeoJSON feature of the area with the block's ID and name and
+    /// the zones' ids) and the picture "screenshot" ("screenshot.png"). What was left out is empty.
     QByteArray ComboUploadData() const;
 
     /// Lets go what is kept for the next form about the flight, or all of it.
@@ -72,7 +79,8 @@ private:
     void addLine(QGridLayout* grid, const char* key, const char* objectName, const QString& label,
                  bool required);
     QDateTimeEdit* addTime(QGridLayout* grid, const QString& label, const char* objectName);
-    QWidget* createSide(const QString& blockID);
+    QWidget* createSide();
+    QWidget* createFoot();
     void keepInput() const;
     void restoreInput();
     void showLocalTimes();
@@ -83,7 +91,9 @@ private:
     QByteArray createBody() const;
 
     QString m_blockID;
+    QString m_blockName;
     QStringList m_zoneIDs;
+    QList<QPointF> m_area;
     QImage m_screenShot;
     QByteArray m_body; ///< as it was accepted
 
@@ -93,6 +103,7 @@ private:
     QLabel* m_pLabLocal = nullptr;
     QPlainTextEdit* m_pRemarks = nullptr;
     QLabel* m_pPicture = nullptr;
+    QLabel* m_pLabBlock = nullptr;
     QLabel* m_pLabHint = nullptr;
     QLabel* m_pLabError = nullptr;
 };

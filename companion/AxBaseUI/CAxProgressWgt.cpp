@@ -27,6 +27,7 @@ CAxProgressWgt::CAxProgressWgt(const QString& caption, QWidget* parent)
     m_pBtnRetry->hide();
 
     auto* const row = new QHBoxLayout;
+    row->addStretch(); // in place of a hidden bar
     row->addWidget(m_pBar, 1);
     row->addWidget(m_pBtnRetry);
     ContentLayout()->addWidget(m_pLabText);
@@ -59,6 +60,11 @@ void CAxProgressWgt::VisibleBtnClose(bool visible)
 {
     m_closeVisible = visible;
     updateProgressButtons();
+}
+
+void CAxProgressWgt::VisibleBar(bool visible)
+{
+    m_pBar->setVisible(visible);
 }
 
 int CAxProgressWgt::exec(bool closeWhenDone)

@@ -27,6 +27,8 @@ public:
     void VisibleBtnCannel(bool visible);
     void VisibleBtnRetry(bool visible);
     void VisibleBtnClose(bool visible);
+    /// The bar, which is there at first; a job that has failed is nowhere on its way.
+    void VisibleBar(bool visible);
 
     using CAxBaseDialog::exec;
     /// Runs the display. With closeWhenDone it is accepted as soon as the value reaches the maximum;

@@ -5,6 +5,9 @@
 
 #include <QApplication>
 #include <QDateTimeEdit>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -126,6 +129,7 @@ TEST_F(ApplyForm, BodyHoldsEveryEntryAsTyped)
     picture.setPixel(3, 4, qRgb(1, 2, 3));
     CAxNoflyApplyWgt form(QStringLiteral("{block}"),
                           {QString::fromUtf8("机场,1"), QStringLiteral("a\"b|\r\n--c")});
+    form.SetBlockName(QString::fromUtf8("采石场"));
     form.SetScreenShotsImage(picture);
     fill(form);
     EXPECT_TRUE(form.ComboUploadData().isEmpty()) << "not accepted yet";
@@ -136,13 +140,13 @@ TEST_F(ApplyForm, BodyHoldsEveryEntryAsTyped)
     const QByteArray line = body.left(body.indexOf("\r\n") + 2);
     QByteArray texts;
     for (const QByteArray& part :
-         {text("block_id", "{block}"), text("zone_id", "机场,1"), text("zone_id", "a\"b|\r\n--c"),
-          text("applicant_name", "王小明 \"Ming\"; name=\"x\""), text("organisation", "Çelik & <b>Söhne</b>"),
-          text("phone", "+86 (10) 1234-5678"), text("email", "ming@survey.example.cn"),
-          text("aircraft_model", "VTOL 2"), text("aircraft_registration", "B-7%0A1"),
-          text("purpose", "Quarry survey"), text("begin", "2091-03-01T08:05:00Z"),
-          text("end", "2091-03-01T10:00:00Z"), text("max_height_m", "120"),
-          text("remarks", "第一行\r\n--second--\r\n\r\n")})
+         {text("block_id", "{block}"), text("block_name", "采石场"), text("zone_id", "机场,1"),
+          text("zone_id", "a\"b|\r\n--c"), text("applicant_name", "王小明 \"Ming\"; name=\"x\""),
+          text("organisation", "Çelik & <b>Söhne</b>"), text("phone", "+86 (10) 1234-5678"),
+          text("email", "ming@survey.example.cn"), text("aircraft_model", "VTOL 2"),
+          text("aircraft_registration", "B-7%0A1"), text("purpose", "Quarry survey"),
+          text("begin", "2091-03-01T08:05:00Z"), text("end", "2091-03-01T10:00:00Z"),
+          text("max_height_m", "120"), text("remarks", "第一行\r\n--second--\r\n\r\n")})
         texts += line + part + "\r\n";
     EXPECT_EQ(body.left(texts.size()), texts);
     const QByteArray shot = body.mid(texts.size() + line.size());
@@ -162,8 +166,48 @@ TEST_F(ApplyForm, BodyHoldsEveryEntryAsTyped)
                       }),
               QDialog::Accepted);
     const QByteArray plain = form.ComboUploadData();
-    EXPECT_EQ(plain.count("Content-Disposition"), 14) << "without a picture";
-    EXPECT_FALSE(plain.contains("screenshot"));
+    EXPECT_EQ(plain.count("Content-Disposition"), 15) << "without a picture and an area";
+    EXPECT_FALSE(plain.contains("screenshot") || plain.contains("geojson"));
+}
+
+TEST_F(ApplyForm, CarriesTheAreaAsGeoJson)
+{
+    const struct
+    {
+        QList<QPointF> ring;
+        const char *type, *coordinates; // empty: no area
+    } rows[] = {
+        {{{60, 45}, {60, 46}, {61, 46}, {61, 45}}, "Polygon", "[[[61,45],[61,46],[60,46],[60,45],[61,45]]]"},
+        {{{179, 1}, {-178, 1}, {-178, 2}, {179, 2}},
+         "MultiPolygon",
+         "[[[[179,1],[180,1],[180,2],[179,2],[179,1]]],[[[-180,1],[-178,1],[-178,2],[-180,2],[-180,1]]]]"},
+        {{{-179, 1}, {-179, 2}, {178, 2}, {178, 1}},
+         "MultiPolygon",
+         "[[[[180,2],[178,2],[178,1],[180,1],[180,2]]],[[[-179,1],[-179,2],[-180,2],[-180,1],[-179,1]]]]"},
+        {{{-180, 1}, {-179, 1}, {-179, 2}}, "Polygon", "[[[-180,1],[-179,1],[-179,2],[-180,1]]]"},
+        {{{1, 1}, {2, 2}}, "", ""},
+        {{{1, 1}, {2, 2}, {qQNaN(), 3}}, "", ""},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.coordinates);
+        CAxNoflyApplyWgt form(QStringLiteral("id"), {QStringLiteral("7")});
+        form.SetArea(row.ring);
+        fill(form);
+        ASSERT_EQ(execAnd(form, [&form] { press(form, "m_pBtnOK"); }), QDialog::Accepted);
+        const QByteArray body = form.ComboUploadData();
+        const QByteArray head = "filename=\"area.geojson\"\r\nContent-Type: application/geo+json\r\n\r\n";
+        ASSERT_EQ(body.contains(head), *row.type != 0);
+        if (!*row.type)
+            continue;
+        const QByteArray file = body.mid(body.indexOf(head) + head.size());
+        const QJsonObject feature = QJsonDocument::fromJson(file.left(file.indexOf("\r\n"))).object();
+        EXPECT_EQ(feature["type"], QStringLiteral("Feature"));
+        EXPECT_EQ(feature["properties"].toObject()["block_id"], QStringLiteral("id"));
+        const QJsonObject geometry = feature["geometry"].toObject();
+        EXPECT_EQ(geometry["type"], QLatin1String(row.type));
+        EXPECT_EQ(QJsonDocument(geometry["coordinates"].toArray()).toJson(QJsonDocument::Compact),
+                  QByteArray(row.coordinates));
+    }
 }
 
 TEST_F(ApplyForm, StaysOpenAndPointsAtTheEntryThatIsMissingOrWrong)
@@ -193,6 +237,7 @@ TEST_F(ApplyForm, StaysOpenAndPointsAtTheEntryThatIsMissingOrWrong)
     CAxNoflyApplyWgt form(QStringLiteral("id"), {QStringLiteral("7")});
     const auto tryAll = [&] {
         QApplication::setActiveWindow(&form);
+        const QSize size = form.size();
         for (const auto& row : rows) {
             SCOPED_TRACE(row.message);
             fill(form);
@@ -206,6 +251,10 @@ TEST_F(ApplyForm, StaysOpenAndPointsAtTheEntryThatIsMissingOrWrong)
             EXPECT_TRUE(textOf(form, "m_pLabError").startsWith(QLatin1String(row.message)))
                 << textOf(form, "m_pLabError").toStdString();
             EXPECT_TRUE(field->hasFocus());
+            QCoreApplication::processEvents();
+            EXPECT_EQ(form.size(), size) << "it does not grow under the mouse";
+            const auto* said = child<QLabel>(form, "m_pLabError");
+            EXPECT_LE(said->heightForWidth(said->width()), said->parentWidget()->height());
         }
         fill(form);
         child<QPlainTextEdit>(form, "m_pRemarks")->setPlainText(QString(2001, QLatin1Char('x')));
@@ -321,6 +370,7 @@ TEST_F(ApplyUpload, FailuresSaySoKeepTheFormAndRetrySendsTheSameBytes)
                 EXPECT_TRUE(said.contains(part)) << said.toStdString();
             EXPECT_LT(said.size(), 800);
             EXPECT_TRUE(upload.isVisible());
+            EXPECT_TRUE(child<QProgressBar>(upload, "m_pBar")->isHidden());
             EXPECT_EQ(keptPurpose(), QStringLiteral("Quarry survey"));
             CAxNoflyApplyUpload::SetStallTimeout(30000);
             server.manner = Manner::Answer;
