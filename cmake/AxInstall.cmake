@@ -45,4 +45,7 @@ configure_package_config_file(cmake/AxEarthViewerConfig.cmake.in AxEarthViewerCo
 write_basic_package_version_file(AxEarthViewerConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfig.cmake"
   "${CMAKE_CURRENT_BINARY_DIR}/AxEarthViewerConfigVersion.cmake" DESTINATION ${package_dir})
+if(AX_EARTH STREQUAL "system")
+  install(FILES cmake/AxFindOsgEarth.cmake DESTINATION ${package_dir})
+endif()
 install(FILES LICENSE NOTICE DESTINATION ${CMAKE_INSTALL_DOCDIR})
