@@ -195,7 +195,7 @@ void AxSceneWalk::apply(osg::Node& node)
 {
     const Kind kind = visit(node);
     if (kind == Kind::Sky) {
-        const auto& sky = static_cast<const SkyNode&>(node);
+        auto& sky = static_cast<SkyNode&>(node);
         mix(sky.getEphemeris());
         mix(static_cast<std::uint64_t>(sky.getDateTime().asTimeStamp()));
         mix(static_cast<std::uint64_t>(sky.getSunVisible() | sky.getMoonVisible() << 1 |

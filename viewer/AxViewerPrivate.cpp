@@ -421,10 +421,9 @@ void AxViewerPrivate::followView(const osgEarth::Viewpoint& viewpoint, bool byEv
         ancillaryProcess->FollowView(viewpoint, byEvent);
 }
 
-void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range,
-                                  bool coarse)
+void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range)
 {
-    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range, coarse);
+    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range);
     setCoordinate({texts.longitude, texts.latitude, texts.altitude, texts.range});
 }
 

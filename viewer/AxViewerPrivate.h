@@ -83,7 +83,7 @@ public:
     QSize pixels() const;
     void takeInput();
     void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
-    void showReadOut(double longitude, double latitude, double altitude, double range, bool coarse);
+    void showReadOut(double longitude, double latitude, double altitude, double range);
     void setCoordinate(const QStringList& texts);
 
     CAxEarthViewer* const q;

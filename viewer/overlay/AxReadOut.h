@@ -11,7 +11,6 @@ struct AXEARTHVIEWER_EXPORT AxReadOut
     QString altitude;
     QString range;
 
-    /// Degrees, degrees, metres and metres. NaN is shown as a dash, a coarse altitude in whole metres.
-    static AxReadOut Of(double longitude, double latitude, double altitude, double range,
-                        bool coarse = false);
+    /// Degrees, degrees, metres and metres, with six and two decimals. NaN is shown as zero.
+    static AxReadOut Of(double longitude, double latitude, double altitude, double range);
 };
