@@ -35,7 +35,9 @@ protected:
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("AXNOFLY_KEY"), QString::fromLatin1(key));
+        environment.remove(QStringLiteral("AXNOFLY_KEY"));
+        if (!key.isNull())
+            environment.insert(QStringLiteral("AXNOFLY_KEY"), QString::fromLatin1(key));
         process.setProcessEnvironment(environment);
         process.start(QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("axnofly")),
                       arguments);
