@@ -1,7 +1,5 @@
 #include "viewer/AxSceneWalk.h"
 #include "analysis/CAxDrapeableNode.h"
-#include "interaction/editing/CAxDragger.h"
-#include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "scene/shape/AxWorldGeometry.h"
 
 #include <osg/AutoTransform>
@@ -22,7 +20,9 @@
 #include <osg/Texture>
 #include <osgEarth/DrapeableNode>
 #include <osgEarth/ScreenSpaceLayout>
+#include <osgEarthAnnotation/AnnotationEditing>
 #include <osgEarthAnnotation/AnnotationNode>
+#include <osgEarthAnnotation/Draggers>
 #include <osgEarthUtil/Sky>
 #include <osgText/Text>
 #include <osgViewer/Viewer>
@@ -80,7 +80,10 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
     Kind kind = Kind::Unknown;
     if (dynamic_cast<const SkyNode*>(&object))
         kind = Kind::Sky;
-    else if (IsOneOf<CAxDragger, CAxHandleAdapterEditor, CAxDrapeableNode, AxWorldGeometry>(type))
+    else if (dynamic_cast<const osgEarth::Annotation::Dragger*>(&object) ||
+             dynamic_cast<const osgEarth::Annotation::AnnotationEditor*>(&object))
+        kind = Kind::Unknown; // handles are made while they are culled, from what the mouse is over
+    else if (IsOneOf<CAxDrapeableNode, AxWorldGeometry>(type))
         kind = Kind::Engine;
     else if (IsOfMapEngine(type))
         kind = dynamic_cast<const osgEarth::Annotation::AnnotationNode*>(&object) ? Kind::Annotation
