@@ -33,6 +33,8 @@ CAxEarthViewer& globe()
         if (!viewer->CheckAdapterGLSupport())
             std::exit(1);
         viewer->InitEarthViewer();
+        // Frames are measured, also where nothing has changed.
+        viewer->SetStillPictureKept(false);
     }
     return *viewer;
 }

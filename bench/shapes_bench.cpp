@@ -3,6 +3,7 @@
 #include "BenchGlobe.h"
 
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/objects/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -14,6 +15,7 @@
 #include <QCoreApplication>
 
 #include <cmath>
+#include <functional>
 #include <vector>
 
 namespace {
@@ -44,32 +46,79 @@ void clear()
     CAxBlockManager::instance().DeleteAllBlocks();
 }
 
-void Blocks200(benchmark::State& state)
+/// Rows of named blocks in the middle of the view; how they settle on the
+/// ground is not measured.
+void fill(int columns, int rows, double apart, double radius, int vertices)
 {
-    constexpr int kFrames = 60;
-    CAxEarthViewer& globe = bench::globe();
-    bench::goTo(bench::kOblique20km);
-    const double empty = bench::median(kFrames, bench::frameMilliseconds);
-    for (int i = 0; i < 200; ++i) {
-        const int column = i % 20;
-        const int row = i / 20;
+    for (int i = 0; i < columns * rows; ++i) {
+        const double column = i % columns - 0.5 * (columns - 1);
+        const double row = i / columns - 0.5 * (rows - 1);
         import(QString::number(i),
-               circle(kLongitude + (column - 9.5) * 0.012, kLatitude + (row - 4.5) * 0.012, 0.005, 20));
+               circle(kLongitude + column * apart, kLatitude + row * apart, radius, vertices));
     }
     // Until they have settled on the ground.
-    bench::waitFor([&globe] { return globe.IsPictureComplete(); }, 60000);
+    bench::waitFor([] { return bench::globe().IsPictureComplete(); }, 60000);
     for (int i = 0; i < 100; ++i)
         bench::frameMilliseconds();
+}
+
+double frameOf(bench::View view)
+{
+    constexpr int kFrames = 60;
+    bench::goTo(view);
+    return bench::median(kFrames, bench::frameMilliseconds);
+}
+
+void measureBlocks(benchmark::State& state, const std::function<double()>& frame,
+                   const std::function<void()>& make)
+{
+    const double empty = frame();
+    make();
     double full = 0.0;
     for (auto _ : state) {
-        full = bench::median(kFrames, bench::frameMilliseconds);
+        full = frame();
         state.SetIterationTime(full / 1e3);
     }
     state.counters["empty_ms"] = empty;
     state.counters["ratio"] = full / empty;
     clear();
 }
+
+void Blocks200(benchmark::State& state)
+{
+    measureBlocks(
+        state, [] { return frameOf(bench::kOblique20km); }, [] { fill(20, 10, 0.012, 0.005, 20); });
+}
 BENCHMARK(Blocks200)->Name("Shapes/blocks200")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// A project of a whole district: most blocks are a few pixels wide.
+void Blocks2000(benchmark::State& state)
+{
+    measureBlocks(
+        state, [] { return frameOf(bench::kOblique20km); }, [] { fill(50, 40, 0.005, 0.002, 20); });
+}
+BENCHMARK(Blocks2000)
+    ->Name("Shapes/blocks2000")
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+/// The same from so far away that a block is a pixel or two.
+void Blocks2000Far(benchmark::State& state)
+{
+    const auto frame = [] {
+        bench::globe().getManipulator()->setViewpoint(
+            osgEarth::Viewpoint("far", kLongitude, kLatitude, 0.0, 0.0, -90.0, 350000.0), 0.0);
+        bench::waitFor([] { return bench::globe().IsPictureComplete(); }, 60000);
+        return bench::median(60, bench::frameMilliseconds);
+    };
+    measureBlocks(state, frame, [] { fill(50, 40, 0.005, 0.002, 20); });
+}
+BENCHMARK(Blocks2000Far)
+    ->Name("Shapes/blocks2000far")
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 constexpr int kLarge = 1000;
 
