@@ -158,7 +158,8 @@ TEST_F(Overlay, APressOnAnOverlayNeitherDrawsNorMovesTheGlobe)
             ASSERT_TRUE(waitFrames(2));
             const SceneEventRecorder recorder;
             const auto send = [&](QEvent::Type type, const QPoint& at, Qt::MouseButton button) {
-                QMouseEvent event(type, at, button,
+                // The graphics scene looks for its items where the event is on the screen.
+                QMouseEvent event(type, at, viewer->viewport()->mapToGlobal(at), button,
                                   type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
                 QCoreApplication::sendEvent(viewer->viewport(), &event);
             };
