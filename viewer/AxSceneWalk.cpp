@@ -123,10 +123,18 @@ void AxSceneWalk::mixMatrix(const osg::Matrixd& matrix)
         mix(matrix.ptr()[i]);
 }
 
+void AxSceneWalk::changes(const osg::Object& object)
+{
+    if (!changeable)
+        changeable = &object;
+}
+
+// OSG itself declares static what it finds without an update callback in a scene that a view is given, so the
+// word counts only where a class is unknown, and not against what is seen to run.
 void AxSceneWalk::mayChange(const osg::Object& object)
 {
-    if (!changeable && object.getDataVariance() != osg::Object::STATIC)
-        changeable = &object;
+    if (object.getDataVariance() != osg::Object::STATIC)
+        changes(object);
 }
 
 void AxSceneWalk::Look(osgViewer::Viewer& viewer)
@@ -142,10 +150,10 @@ void AxSceneWalk::Look(osgViewer::Viewer& viewer)
     if (window)
         for (const osg::Camera* other : window->getCameras())
             if (other != &camera && other->getNodeMask() != 0)
-                mayChange(*other);
+                changes(*other);
     // The one that fits the clip planes to the globe.
     if (camera.getCullCallback() && camera.getCullCallback()->getNestedCallback())
-        mayChange(*camera.getCullCallback());
+        changes(*camera.getCullCallback());
     visitCamera(camera);
     mix(static_cast<std::uint64_t>(viewer.getLightingMode()));
     if (viewer.getLight())
@@ -187,7 +195,7 @@ AxSceneWalk::Kind AxSceneWalk::visit(osg::Node& node)
         mayChange(node);
     // An annotation has one of the engine's, for the horizon.
     if (node.getCullCallback() && !isAnnotated)
-        mayChange(node);
+        changes(node);
     // Annotations and texts mean by it that they may be moved or written anew, which is seen.
     if (node.getDataVariance() == osg::Object::DYNAMIC && !isAnnotated && kind != Kind::Text)
         mayChange(node);
@@ -238,7 +246,7 @@ void AxSceneWalk::visitCamera(const osg::Camera& camera)
         visit(*state);
     if (camera.getInitialDrawCallback() || camera.getPreDrawCallback() || camera.getPostDrawCallback() ||
         camera.getFinalDrawCallback())
-        mayChange(camera);
+        changes(camera);
 }
 
 void AxSceneWalk::apply(osg::Camera& node)
@@ -277,7 +285,7 @@ void AxSceneWalk::apply(osg::LOD& node)
 void AxSceneWalk::visit(osg::Drawable& drawable, Kind kind)
 {
     if (drawable.getDrawCallback())
-        mayChange(drawable);
+        changes(drawable);
     if (const auto* layout = dynamic_cast<const ScreenSpaceLayoutData*>(drawable.getUserData())) {
         mix(static_cast<double>(layout->getPriority()));
         mixVector(layout->getPixelOffset());
@@ -354,7 +362,7 @@ void AxSceneWalk::apply(osg::Geometry& geometry)
     const bool isCopied = geometry.getUseVertexBufferObjects() ||
                           (geometry.getSupportsDisplayList() && geometry.getUseDisplayList());
     if (!isCopied && kind == Kind::Plain && annotations == 0)
-        mayChange(geometry);
+        changes(geometry);
 }
 
 // States
@@ -401,7 +409,7 @@ void AxSceneWalk::visit(const osg::StateAttribute& attribute)
             mix(static_cast<std::uint64_t>(image->getModifiedCount()));
             // A film goes on by itself.
             if (dynamic_cast<const osg::ImageStream*>(image))
-                mayChange(*image);
+                changes(*image);
         }
         mix(static_cast<std::uint64_t>(texture->getFilter(osg::Texture::MIN_FILTER)) << 32 |
             static_cast<std::uint64_t>(texture->getFilter(osg::Texture::MAG_FILTER)));

@@ -60,6 +60,7 @@ private:
     void visit(osg::Drawable& drawable, Kind kind);
     void visit(const osg::BufferData* data);
     void visitCamera(const osg::Camera& camera);
+    void changes(const osg::Object& object);
     void mayChange(const osg::Object& object);
     void forgetUnseen();
 

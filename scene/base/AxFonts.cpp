@@ -3,6 +3,7 @@
 
 #include <osg/observer_ptr>
 #include <osgDB/FileUtils>
+#include <osgDB/Options>
 
 #include <QDirIterator>
 #include <QFont>
@@ -56,6 +57,7 @@ QString AxOverlayFontFamily()
 osg::ref_ptr<osgText::Font> AxSceneFont()
 {
     // Kept by the texts that use it, and not beyond: it must be gone before the libraries that read it are.
+    // With options of its own it is not kept among OSG's files either.
     static osg::observer_ptr<osgText::Font> known;
     osg::ref_ptr<osgText::Font> font;
     if (known.lock(font))
@@ -65,7 +67,7 @@ osg::ref_ptr<osgText::Font> AxSceneFont()
     if (file.empty())
         file = FindStandInFile().toLocal8Bit().toStdString();
     if (!file.empty())
-        font = osgText::readRefFontFile(file);
+        font = osgText::readRefFontFile(file, osg::ref_ptr<osgDB::Options>(new osgDB::Options));
     if (!font) {
         qCWarning(axViewerLog) << "no font with Chinese letters found; texts in the scene use osg's own font";
         font = osgText::Font::getDefaultFont();

@@ -149,8 +149,7 @@ bool LabelField::refreshHeights(const LabelView& view, const Terrain& terrain)
     return moved;
 }
 
-bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const QuadtreeTerrain& ground,
-                           bool anew)
+bool LabelField::isBlocked(PlaceLabel& label, const LabelView& view, const QuadtreeTerrain& ground, bool anew)
 {
     const osg::Vec3d toEye = view.eye - (label.ground + label.up * label.height);
     const double distance = toEye.length();
