@@ -27,6 +27,5 @@ public:
     virtual void SetLandingMethod(bool downhill) = 0;
 };
 
-/// The route as the object deals with it, and as what a QPointer takes; null for null.
+/// The route as the object deals with it; null for null.
 AXEARTHVIEWER_EXPORT AxTaskRoute* AxRouteOf(CAxTaskPolygon* route);
-AXEARTHVIEWER_EXPORT QObject* AxObjectOf(CAxTaskPolygon* route);

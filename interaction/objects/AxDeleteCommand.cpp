@@ -46,7 +46,7 @@ bool AxDeleteCommand::deleteBlock(const QString& id)
         block.isCurrent = object == objects->Current();
         for (CAxTaskPolygon* route : object->GetTaskList())
             if (route)
-                block.routes += Route{route, AxObjectOf(route)};
+                block.routes += Route{route, &AxRouteOf(route)->AsObject()};
         // What is in the middle of an edit goes as its record has it.
         if (object->GetHandleOperation() != OperationIdle)
             object->CancelHandle();

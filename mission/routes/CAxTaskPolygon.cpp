@@ -10,8 +10,3 @@ AxTaskRoute* AxRouteOf(CAxTaskPolygon* route)
 {
     return route;
 }
-
-QObject* AxObjectOf(CAxTaskPolygon* route)
-{
-    return route;
-}
