@@ -39,10 +39,9 @@ void rest()
     processorShare(kSettledMs);
 }
 
-void Still(benchmark::State& state, bench::View view)
+/// With the saving, and then with every frame drawn.
+void measure(benchmark::State& state)
 {
-    bench::goTo(view);
-    rest();
     for (auto _ : state) {
         const double share = processorShare(kMeasuredMs);
         state.SetIterationTime(kMeasuredMs / 1e3);
@@ -50,6 +49,13 @@ void Still(benchmark::State& state, bench::View view)
     }
     bench::globe().SetStillPictureKept(false);
     state.counters["always_drawn"] = processorShare(kMeasuredMs / 2);
+}
+
+void Still(benchmark::State& state, bench::View view)
+{
+    bench::goTo(view);
+    rest();
+    measure(state);
 }
 
 /// The mouse goes to and fro over the map; the read-out follows it.
@@ -68,13 +74,7 @@ void Hover(benchmark::State& state)
         QCoreApplication::sendEvent(viewport, &event);
     });
     mouse.start(kMouseStepMs);
-    for (auto _ : state) {
-        const double share = processorShare(kMeasuredMs);
-        state.SetIterationTime(kMeasuredMs / 1e3);
-        state.counters["core_percent"] = share;
-    }
-    bench::globe().SetStillPictureKept(false);
-    state.counters["always_drawn"] = processorShare(kMeasuredMs / 2);
+    measure(state);
 }
 
 BENCHMARK_CAPTURE(Still, space, bench::kSpace)

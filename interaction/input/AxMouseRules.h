@@ -17,7 +17,7 @@ AXEARTHVIEWER_EXPORT bool IsClick(const osg::Vec2f& push, const osg::Vec2f& rele
 /// release may be told at (0, 0), and keys are told at whatever place came last.
 AXEARTHVIEWER_EXPORT bool SaysPlace(int eventType);
 
-/// Whether both Shift keys bits, and no others, are set.
+/// Whether both Shift keys' bits, and no others, are set.
 AXEARTHVIEWER_EXPORT bool IsShiftAlone(int modKeyMask);
 
 /// Delete, whichever keyboard block or character it comes from.

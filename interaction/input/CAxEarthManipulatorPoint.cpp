@@ -17,7 +17,7 @@ using osgEarth::Viewpoint;
 using osgGA::GUIEventAdapter;
 
 namespace {
-// A second's quarter: tiles that come below a resting pointer.
+// A quarter of a second: tiles may arrive below a resting pointer.
 constexpr int ticksBetweenLooks = 10;
 // Heights are loaded about as fine as pixels are, and ground changes by as much as it is wide.
 constexpr double coarsePixelMetres = 10.0;

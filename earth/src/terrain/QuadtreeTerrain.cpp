@@ -120,28 +120,26 @@ public:
 
     void followAll(const Map& map)
     {
-        ImageLayerVector images;
-        map.getImageLayers(images);
-        for (const auto& layer : images)
-            layer->addCallback(_layerNews.get());
-        ElevationLayerVector elevations;
-        map.getElevationLayers(elevations);
-        for (const auto& layer : elevations)
-            layer->addCallback(_layerNews->forElevation.get());
+        forAll(map, [](auto& layer, auto* news) { layer.addCallback(news); });
     }
     void unfollowAll(const Map& map)
+    {
+        forAll(map, [](auto& layer, auto* news) { layer.removeCallback(news); });
+    }
+
+private:
+    template <typename Do> void forAll(const Map& map, const Do& act)
     {
         ImageLayerVector images;
         map.getImageLayers(images);
         for (const auto& layer : images)
-            layer->removeCallback(_layerNews.get());
+            act(*layer, _layerNews.get());
         ElevationLayerVector elevations;
         map.getElevationLayers(elevations);
         for (const auto& layer : elevations)
-            layer->removeCallback(_layerNews->forElevation.get());
+            act(*layer, _layerNews->forElevation.get());
     }
 
-private:
     struct LayerNews : public ImageLayerCallback
     {
         struct ElevationNews : public ElevationLayerCallback
