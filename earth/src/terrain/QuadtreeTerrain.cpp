@@ -109,7 +109,7 @@ public:
 class QuadtreeTerrain::LayerWatch : public MapCallback
 {
 public:
-    explicit LayerWatch(QuadtreeTerrain* engine) : _engine(engine), _layerNews(new LayerNews(engine)) {}
+    explicit LayerWatch(QuadtreeTerrain* engine) : _layerNews(new LayerNews(engine)) {}
 
     void onImageLayerAdded(ImageLayer* layer, unsigned) override { follow(layer); }
     void onImageLayerRemoved(ImageLayer* layer, unsigned) override { unfollow(layer); }
@@ -179,7 +179,6 @@ private:
         _layerNews->changed();
     }
 
-    QuadtreeTerrain* _engine;
     osg::ref_ptr<LayerNews> _layerNews;
 };
 
