@@ -5,6 +5,7 @@
 #include "analysis/zones/AxZoneHover.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxLongitudes.h"
 #include "scene/base/AxWgs84.h"
 
 #include <OpenThreads/ScopedLock>
@@ -25,7 +26,7 @@ using osgEarth::Symbology::Polygon;
 namespace {
 using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
 
-constexpr double fullTurn = 360.0;
+using AxLongitudes::fullTurn;
 
 QObject* HasSlot(QObject* object, const char* slot)
 {

@@ -13,7 +13,7 @@
 #include <cstdio>
 
 namespace {
-constexpr int lookEveryMs = 50;
+constexpr int readEveryMs = 50;
 
 QJsonArray RectValue(const QRect& rect)
 {
@@ -23,7 +23,7 @@ QJsonArray RectValue(const QRect& rect)
 
 EventLog::EventLog(QObject* parent) : QObject(parent)
 {
-    clock.setInterval(lookEveryMs);
+    clock.setInterval(readEveryMs);
     connect(&clock, &QTimer::timeout, this, &EventLog::Look);
 }
 

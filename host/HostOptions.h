@@ -10,6 +10,9 @@
 
 #include <optional>
 
+/// Status of the process when the command line or a file that it names cannot be used.
+constexpr int exitWrongUse = 2;
+
 /// What the command line asks for.
 struct HostOptions
 {

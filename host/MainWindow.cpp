@@ -37,8 +37,6 @@
 #include <functional>
 
 namespace {
-constexpr int exitWrongUse = 2;
-
 QTreeWidget* MakeList(const QStringList& columns)
 {
     auto* list = new QTreeWidget;

@@ -5,7 +5,7 @@
 #include <QTextStream>
 
 namespace {
-constexpr int lookEveryMs = 50;
+constexpr int tourLookMs = 50;
 constexpr qint64 patienceMs = 60000;
 } // namespace
 
@@ -13,7 +13,7 @@ Tour::Tour(CAxEarthViewer* earthViewer, QVector<Stop> tourStopList,
            std::function<bool(const QString&)> keepPicture, QObject* parent)
     : QObject(parent), viewer(earthViewer), stops(std::move(tourStopList)), keep(std::move(keepPicture))
 {
-    clock.setInterval(lookEveryMs);
+    clock.setInterval(tourLookMs);
     connect(&clock, &QTimer::timeout, this, &Tour::Look);
 }
 

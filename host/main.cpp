@@ -11,7 +11,6 @@
 #include <QTimer>
 
 namespace {
-constexpr int exitWrongUse = 2;
 constexpr int exitNoGraphics = 1;
 
 // Qt itself ends with an abort and a core file where there is none.

@@ -1,8 +1,9 @@
 #include "analysis/zones/AxNearZones.h"
+#include "scene/base/AxLongitudes.h"
 
 namespace {
 constexpr double nearDegrees = 2.0;
-constexpr double fullTurn = 360.0;
+using AxLongitudes::fullTurn;
 
 bool IsWithin(double middle, double focus)
 {

@@ -11,7 +11,7 @@
 #include <string_view>
 
 namespace {
-constexpr double fullTurn = 360.0;
+using AxLongitudes::fullTurn;
 constexpr double poleLatitude = 90.0;
 constexpr double circleMetres = 8000.0;
 constexpr int circleSegments = 72;

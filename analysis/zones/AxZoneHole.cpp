@@ -9,7 +9,7 @@ using osgEarth::Symbology::Ring;
 
 namespace {
 /// Every pair of edges is looked at.
-constexpr std::size_t mostPoints = 400;
+constexpr std::size_t mostHolePoints = 400;
 // Degrees. Qt's clipper merges what is 1e-12 apart, by difference or by the product of edge and distance.
 constexpr double shortestEdge = 1e-5;
 constexpr double nearest = 1e-6;
@@ -130,7 +130,7 @@ void CopyTurned(const std::vector<osg::Vec2d>& from, Ring::Orientation orientati
 
 std::optional<AxClippedZone> AxZoneWithHole(const AxRing& zone, const AxRing& lift)
 {
-    if (zone.size() + lift.size() > mostPoints)
+    if (zone.size() + lift.size() > mostHolePoints)
         return std::nullopt;
     const std::vector<osg::Vec2d> shell = Open(zone);
     const std::vector<osg::Vec2d> hole = Open(lift);

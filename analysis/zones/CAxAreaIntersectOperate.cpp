@@ -1,4 +1,5 @@
 #include "analysis/zones/CAxAreaIntersectOperate.h"
+#include "scene/base/AxLongitudes.h"
 #include "scene/base/AxWgs84.h"
 
 #include <OpenThreads/ScopedLock>
@@ -12,7 +13,7 @@
 namespace {
 using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
 
-constexpr double fullTurn = 360.0;
+using AxLongitudes::fullTurn;
 // How far from the area's middle the middle of a zone may be to be tested.
 constexpr double metresPerDegree = 113000.0;
 constexpr double farthestMetres = 20000.0;

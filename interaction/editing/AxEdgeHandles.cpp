@@ -3,13 +3,6 @@
 #include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxViewRay.h"
 
-namespace {
-osg::Vec3d WorldOf(const osg::Vec3d& place)
-{
-    return AxGlobe::WorldAt(AxGlobe::NormalAt(place), place.z());
-}
-} // namespace
-
 void AxEdgeHandles::Set(const std::vector<osg::Vec3d>& vertices, bool closed)
 {
     outdated = false;
@@ -17,7 +10,7 @@ void AxEdgeHandles::Set(const std::vector<osg::Vec3d>& vertices, bool closed)
     for (const auto& [from, to] : AxEditRules::EdgesOf(static_cast<int>(vertices.size()), closed)) {
         const osg::Vec3d& a = vertices[std::size_t(from)];
         const osg::Vec3d& b = vertices[std::size_t(to)];
-        middles.push_back({from, AxEditRules::MiddleOf(a, b), {WorldOf(a), WorldOf(b)}});
+        middles.push_back({from, AxEditRules::MiddleOf(a, b), {AxGlobe::WorldOf(a), AxGlobe::WorldOf(b)}});
     }
 }
 
@@ -32,7 +25,7 @@ std::vector<AxEdgeHandles::Shown> AxEdgeHandles::InView(const AxViewRay& view, c
         osg::Vec3d place = middle.place;
         if (const auto height = ground(place.x(), place.y()))
             place.z() = *height;
-        const osg::Vec3d world = WorldOf(place);
+        const osg::Vec3d world = AxGlobe::WorldOf(place);
         const auto where = view.Project(world);
         if (where && !AxIsBehindGlobe(view.eye, world))
             shown.push_back({middle.edge, place, world, where->window});

@@ -18,7 +18,7 @@ const osg::EllipsoidModel& Earth()
 }
 
 // By the same ellipsoid as the way back: osg's polar radius is cut a little short.
-osg::Vec3d WorldOf(const osg::Vec3d& place)
+osg::Vec3d EllipsoidWorldOf(const osg::Vec3d& place)
 {
     osg::Vec3d world;
     Earth().convertLatLongHeightToXYZ(osg::DegreesToRadians(place.y()), osg::DegreesToRadians(place.x()),
@@ -97,8 +97,8 @@ osg::Vec3d KeepAngle(const osg::Vec3d& before, const osg::Vec3d& corner, const o
     Earth().computeLocalToWorldTransformFromLatLongHeight(
         osg::DegreesToRadians(corner.y()), osg::DegreesToRadians(corner.x()), corner.z(), toWorld);
     const osg::Matrixd toLocal = osg::Matrixd::inverse(toWorld);
-    const osg::Vec3d from = WorldOf(before) * toLocal;
-    const osg::Vec3d to = WorldOf(wanted) * toLocal;
+    const osg::Vec3d from = EllipsoidWorldOf(before) * toLocal;
+    const osg::Vec3d to = EllipsoidWorldOf(wanted) * toLocal;
     const osg::Vec2d previous(-from.x(), -from.y());
     const osg::Vec2d next(to.x(), to.y());
     constexpr double shortest = 1e-3; // metres
@@ -131,7 +131,7 @@ void AxSnapTargets::Clear()
 
 void AxSnapTargets::AddVertex(const osg::Vec3d& lngLatAlt)
 {
-    vertices.push_back({lngLatAlt, WorldOf(lngLatAlt)});
+    vertices.push_back({lngLatAlt, EllipsoidWorldOf(lngLatAlt)});
 }
 
 void AxSnapTargets::AddEdge(const osg::Vec3d& a, const osg::Vec3d& b)

@@ -13,10 +13,6 @@ namespace {
 // Objects may come and go while one is drawn, and 2,000 blocks are not gathered with every move of the mouse.
 constexpr qint64 oldestTargetsMs = 500;
 
-osg::Vec3d WorldOf(const osg::Vec3d& place)
-{
-    return AxGlobe::WorldAt(AxGlobe::NormalAt(place), place.z());
-}
 } // namespace
 
 void AxAddSnapTargets(AxSnapTargets& targets, const AxObjectBook& objects, const AxEditedShape* except)
@@ -40,7 +36,7 @@ AxSnapView AxSnapViewOf(const AxViewRay& view, const osg::Vec2d& target, const o
 {
     AxSnapView screen;
     screen.target = target;
-    screen.metresPerPixel = view.pixelSize * (WorldOf(place) - view.eye).length();
+    screen.metresPerPixel = view.pixelSize * (AxGlobe::WorldOf(place) - view.eye).length();
     screen.project = [view](const osg::Vec3d& point) -> std::optional<osg::Vec2d> {
         const auto seen = view.Project(point);
         if (!seen || AxIsBehindGlobe(view.eye, point))
@@ -54,7 +50,7 @@ osg::Vec3d AxDrawingSnap::Find(AxViewerParts& viewer, const AxEditedShape& drawn
 {
     const osg::Camera* camera = viewer.Scene().View()->getCamera();
     const auto view = camera ? AxViewRay::Through(*camera, 0.0, 0.0) : std::nullopt;
-    const auto under = view ? view->Project(WorldOf(place)) : std::nullopt;
+    const auto under = view ? view->Project(AxGlobe::WorldOf(place)) : std::nullopt;
     if (!under || !viewer.Objects().Aids().snap)
         return place;
     if (!age.isValid() || age.hasExpired(oldestTargetsMs)) {

@@ -22,7 +22,7 @@ namespace {
 constexpr double aboveModelMetres = 10.0;
 constexpr double nearestRangeMetres = 10.0;
 constexpr double flightRangeShare = 0.4;
-constexpr double flightSeconds = 1.0;
+constexpr double modelFlightSeconds = 1.0;
 constexpr double zoomStep = 0.1;
 
 double ScrollFactor(GUIEventAdapter::ScrollingMotion motion)
@@ -51,7 +51,7 @@ bool CAxEarthManipulator::handleModelActionDoubleClick(const osg::Vec3d& worldCo
     Viewpoint there = getViewpoint();
     there.focalPoint() = target;
     there.range() = Distance(std::max(nearestRangeMetres, flightRangeShare * getDistance()), Units::METERS);
-    setViewpoint(there, flightSeconds);
+    setViewpoint(there, modelFlightSeconds);
     return true;
 }
 

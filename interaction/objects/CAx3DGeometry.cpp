@@ -4,6 +4,7 @@
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
+#include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxBlockArea.h"
 #include "scene/shape/AxRingInPlane.h"
 
@@ -12,8 +13,7 @@
 #include <cmath>
 
 namespace {
-// Degrees within which the finishing double click counts as on the last corner.
-constexpr double sameDegrees = 1e-8;
+using AxLongitudes::sameDegrees;
 
 bool IsSamePlace(const osg::Vec3d& a, const osg::Vec3d& b)
 {

@@ -3,6 +3,7 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/CAx3DGeometry.h"
 #include "scene/AxObjectBook.h"
+#include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
 
 #include <AxBaseUI/CAxParameterEditPage.h>
@@ -13,7 +14,7 @@
 #include <cmath>
 
 namespace {
-constexpr double sameDegrees = 1e-8;
+using AxLongitudes::sameDegrees;
 constexpr int degreeDecimals = 8;
 
 QString DegreesText(double degrees)

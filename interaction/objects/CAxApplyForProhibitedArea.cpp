@@ -16,13 +16,13 @@
 
 namespace {
 // Magenta: neither the zones' yellow nor a colour of the ground.
-const AxBlockColors colors = AxBlockColors::Of(214, 0, 110, 90);
+const AxBlockColors markColors = AxBlockColors::Of(214, 0, 110, 90);
 } // namespace
 
 CAxApplyForProhibitedArea::CAxApplyForProhibitedArea(CAxEarthViewer* viewer, QObject* parent)
     : CAxOsgDrawRectange(viewer, parent, CAxBlock::ProhibitedAreaBlock)
 {
-    SetColors(colors.edge, colors.fill);
+    SetColors(markColors.edge, markColors.fill);
 }
 
 void CAxApplyForProhibitedArea::UpdateColor()

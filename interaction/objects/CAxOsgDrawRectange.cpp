@@ -5,6 +5,7 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
+#include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxViewRay.h"
 
 #include <osgEarth/GeoData>
@@ -16,8 +17,7 @@
 
 namespace {
 constexpr std::size_t corners = 4;
-// Degrees within which two corners count as on the same meridian or parallel.
-constexpr double sameDegrees = 1e-8;
+using AxLongitudes::sameDegrees;
 // A pick is as exact as a float, whose step is 1.5e-5 at 180 degrees.
 constexpr double pickDegrees = 2e-5;
 

@@ -37,6 +37,12 @@ inline osg::Vec3d WorldAt(const osg::Vec3d& normal, double altitude)
             (n * (1.0 - eccentricity2) + altitude) * normal.z()};
 }
 
+/// The same of a place in degrees and metres.
+inline osg::Vec3d WorldOf(const osg::Vec3d& place)
+{
+    return WorldAt(NormalAt(place), place.z());
+}
+
 /// A direction at a right angle to another one.
 inline osg::Vec3d Across(const osg::Vec3d& normal)
 {

@@ -9,7 +9,7 @@
 #include <osgUtil/CullVisitor>
 
 namespace {
-const char* const vertexSource = R"(#version 330 compatibility
+const char* const pointVertexSource = R"(#version 330 compatibility
 out vec4 tint;
 out float radius;
 void main()
@@ -20,7 +20,7 @@ void main()
     gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
 }
 )";
-const char* const fragmentSource = R"(#version 330 compatibility
+const char* const pointFragmentSource = R"(#version 330 compatibility
 in vec4 tint;
 in float radius;
 out vec4 color;
@@ -42,8 +42,8 @@ osg::ref_ptr<osg::StateSet> StateOfPoints()
     state = AxStateOnTop();
     osg::ref_ptr<osg::Program> program = new osg::Program;
     program->setName("Round handles");
-    program->addShader(new osg::Shader(osg::Shader::VERTEX, vertexSource));
-    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, fragmentSource));
+    program->addShader(new osg::Shader(osg::Shader::VERTEX, pointVertexSource));
+    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, pointFragmentSource));
     state->setAttributeAndModes(program);
     state->setMode(GL_VERTEX_PROGRAM_POINT_SIZE, osg::StateAttribute::ON);
     state->setTextureAttributeAndModes(0, new osg::PointSprite);

@@ -17,7 +17,7 @@ constexpr int renderBin = 12;
 
 // A disc with a dark rim, or a box with a face darker the more it is turned
 // away. A sphere's outermost pixel fades, so that its edge is smooth.
-const char* const vertexSource = R"(#version 330 compatibility
+const char* const lineVertexSource = R"(#version 330 compatibility
 out vec3 facing;
 out vec4 tint;
 void main()
@@ -27,7 +27,7 @@ void main()
     gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
 }
 )";
-const char* const fragmentSource = R"(#version 330 compatibility
+const char* const lineFragmentSource = R"(#version 330 compatibility
 in vec3 facing;
 in vec4 tint;
 out vec4 color;
@@ -49,8 +49,8 @@ osg::ref_ptr<osg::StateSet> StateOfShapes()
     state = AxStateOnTop();
     osg::ref_ptr<osg::Program> program = new osg::Program;
     program->setName("Handles");
-    program->addShader(new osg::Shader(osg::Shader::VERTEX, vertexSource));
-    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, fragmentSource));
+    program->addShader(new osg::Shader(osg::Shader::VERTEX, lineVertexSource));
+    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, lineFragmentSource));
     state->setAttributeAndModes(program);
     state->setMode(GL_CULL_FACE, osg::StateAttribute::ON);
     known = state;

@@ -1,13 +1,13 @@
 #include "scene/shape/AxRingInPlane.h"
 
+#include "scene/base/AxGlobePoint.h"
+
 #include <support/GeosContext.h>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
-constexpr double pi = 3.14159265358979323846;
-
 bool IsUsable(const osg::Vec3d& lngLat)
 {
     return std::isfinite(lngLat.x()) && std::isfinite(lngLat.y());
@@ -46,8 +46,8 @@ osg::Vec3d ToLngLat(const QPointF& point, int pole)
 {
     if (pole == 0)
         return {std::remainder(point.x(), 360.0), point.y(), 0.0};
-    return {std::atan2(point.y(), point.x()) * 180.0 / pi, pole * (90.0 - std::hypot(point.x(), point.y())),
-            0.0};
+    return {std::atan2(point.y(), point.x()) * 180.0 / AxGlobe::pi,
+            pole * (90.0 - std::hypot(point.x(), point.y())), 0.0};
 }
 
 // Within the ring: `middle` if it is, else any place. Nothing for a ring that crosses itself.
@@ -91,8 +91,8 @@ std::vector<QPointF> AxRingInPlane(const std::vector<osg::Vec3d>& lngLat)
             plane.emplace_back(isSame ? vertex.x() : longitude, vertex.y());
         } else {
             const double colatitude = 90.0 - pole * vertex.y();
-            plane.emplace_back(colatitude * std::cos(vertex.x() * pi / 180.0),
-                               colatitude * std::sin(vertex.x() * pi / 180.0));
+            plane.emplace_back(colatitude * std::cos(vertex.x() * AxGlobe::pi / 180.0),
+                               colatitude * std::sin(vertex.x() * AxGlobe::pi / 180.0));
         }
     }
     return plane;

@@ -1,4 +1,5 @@
 #include "LoopbackFormServer.h"
+#include "NamedChild.h"
 
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxBaseUI/CAxNoflyApplyWgt.h>
@@ -24,13 +25,6 @@
 
 namespace {
 using Manner = LoopbackFormServer::Manner;
-
-template <typename Widget> Widget* child(const QWidget& parent, const char* name)
-{
-    auto* const found = parent.findChild<Widget*>(QString::fromLatin1(name));
-    EXPECT_TRUE(found) << name;
-    return found;
-}
 
 QString textOf(const QWidget& parent, const char* label)
 {

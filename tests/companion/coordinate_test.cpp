@@ -9,15 +9,15 @@
 #include <thread>
 
 namespace {
-using Ring = std::vector<CAxPoint2D>;
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+using GeoRing = std::vector<CAxPoint2D>;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 double metresBetween(const CAxPoint2D& a, const CAxPoint2D& b)
 {
     return DistanceBetweenTwoLatLng(CAxVector3D(a.x(), a.y(), 0), CAxVector3D(b.x(), b.y(), 0));
 }
 
-Ring ringAround(double lng, double lat, double degrees)
+GeoRing ringAround(double lng, double lat, double degrees)
 {
     return {{lng - degrees, lat - degrees},
             {lng + degrees, lat - degrees},
@@ -25,10 +25,10 @@ Ring ringAround(double lng, double lat, double degrees)
             {lng - degrees, lat + degrees}};
 }
 
-void expectRoundTrip(const Ring& ring)
+void expectRoundTrip(const GeoRing& ring)
 {
-    Ring plane;
-    Ring back;
+    GeoRing plane;
+    GeoRing back;
     ASSERT_TRUE(LatLng2UTM(ring, plane));
     ASSERT_TRUE(UTM2LatLng(plane, back));
     ASSERT_EQ(back.size(), ring.size());
@@ -67,11 +67,11 @@ TEST(Utm, ARingStaysInOnePlane)
                 {"corner", 180.0, 0.0},     {"high north", 42.0, 83.9},     {"high south", 0.0, -79.9}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        Ring ring = ringAround(row.lng, row.lat, 0.02);
+        GeoRing ring = ringAround(row.lng, row.lat, 0.02);
         for (std::size_t start = 0; start < ring.size(); ++start) {
             std::rotate(ring.begin(), ring.begin() + 1, ring.end());
             expectRoundTrip(ring);
-            Ring plane;
+            GeoRing plane;
             ASSERT_TRUE(LatLng2UTM(ring, plane));
             for (std::size_t i = 0; i < ring.size(); ++i) {
                 const CAxPoint2D& a = plane[i];
@@ -85,10 +85,10 @@ TEST(Utm, ARingStaysInOnePlane)
 
 TEST(Utm, RandomRingsRoundTripWithinAMillimetre)
 {
-    Ring split;
-    Ring beyond; // the antimeridian, which longitudes may be written across either way
-    ASSERT_TRUE(LatLng2UTM(Ring{{179.99, 10}, {-179.99, 10}}, split));
-    ASSERT_TRUE(LatLng2UTM(Ring{{179.99, 10}, {180.01, 10}}, beyond));
+    GeoRing split;
+    GeoRing beyond; // the antimeridian, which longitudes may be written across either way
+    ASSERT_TRUE(LatLng2UTM(GeoRing{{179.99, 10}, {-179.99, 10}}, split));
+    ASSERT_TRUE(LatLng2UTM(GeoRing{{179.99, 10}, {180.01, 10}}, beyond));
     EXPECT_NEAR(split[1].x(), beyond[1].x(), 1e-6);
     std::mt19937 random(20240611);
     std::uniform_real_distribution<double> lng(-180.0, 180.0);
@@ -96,7 +96,7 @@ TEST(Utm, RandomRingsRoundTripWithinAMillimetre)
     std::uniform_real_distribution<double> step(-0.9, 0.9);
     for (int round = 0; round < 300; ++round) {
         const CAxPoint2D centre(lng(random), lat(random));
-        Ring ring;
+        GeoRing ring;
         for (int i = 0; i < 8; ++i)
             ring.emplace_back(centre.x() + step(random), centre.y() + step(random));
         expectRoundTrip(ring);
@@ -107,22 +107,23 @@ TEST(Utm, RandomRingsRoundTripWithinAMillimetre)
 TEST(Utm, PointsThatHaveNoPlaceInThePlaneLeaveTheOutputEmpty)
 {
     const CAxPoint2D good(10.0, 50.0);
-    const CAxPoint2D bad[] = {{10, 90},  {10, -90}, {10, 84},  {10, -80.001},
-                              {NaN, 50}, {10, NaN}, {361, 50}, {std::numeric_limits<double>::infinity(), 50},
-                              {60, 50}};
-    Ring out;
+    const CAxPoint2D bad[] = {
+        {10, 90},   {10, -90},  {10, 84},  {10, -80.001},
+        {kNaN, 50}, {10, kNaN}, {361, 50}, {std::numeric_limits<double>::infinity(), 50},
+        {60, 50}};
+    GeoRing out;
     for (const CAxPoint2D& point : bad) {
         out = {{1, 1}};
-        EXPECT_FALSE(LatLng2UTM(Ring{good, point}, out)) << point.x() << ' ' << point.y();
+        EXPECT_FALSE(LatLng2UTM(GeoRing{good, point}, out)) << point.x() << ' ' << point.y();
         EXPECT_TRUE(out.empty());
     }
-    EXPECT_FALSE(LatLng2UTM(Ring(), out));
+    EXPECT_FALSE(LatLng2UTM(GeoRing(), out));
     double x = 7;
     double y = 8;
-    EXPECT_FALSE(LatLng2UTM(NaN, 10, x, y));
+    EXPECT_FALSE(LatLng2UTM(kNaN, 10, x, y));
     EXPECT_EQ(x, 7);
     ASSERT_TRUE(LatLng2UTM(50, 10, x, y));
-    for (const Ring& plane : {Ring(), Ring{{x, y}, {NaN, y}}, Ring{{1e9, y}}}) {
+    for (const GeoRing& plane : {GeoRing(), GeoRing{{x, y}, {kNaN, y}}, GeoRing{{1e9, y}}}) {
         out = {{1, 1}};
         EXPECT_FALSE(UTM2LatLng(plane, out));
         EXPECT_TRUE(out.empty());
@@ -134,8 +135,8 @@ TEST(Utm, AFailedForwardCallAndOtherThreadsKeepTheZone)
     double x = 0;
     double y = 0;
     ASSERT_TRUE(LatLng2UTM(50.0, 10.0, x, y));
-    Ring ignored;
-    ASSERT_FALSE(LatLng2UTM(Ring{{100.0, 10.0}, {100.0, 89.0}}, ignored));
+    GeoRing ignored;
+    ASSERT_FALSE(LatLng2UTM(GeoRing{{100.0, 10.0}, {100.0, 89.0}}, ignored));
     bool inverseBeforeForward = true;
     std::thread([&inverseBeforeForward] {
         double a = 0;
@@ -153,15 +154,15 @@ TEST(Utm, AFailedForwardCallAndOtherThreadsKeepTheZone)
 
 TEST(Utm, APointInBetweenChangesNeitherARingsZoneNorAPlane)
 {
-    const Ring ring{{10.0, 50.0}, {10.1, 50.0}, {10.1, 50.1}};
-    Ring plane;
+    const GeoRing ring{{10.0, 50.0}, {10.1, 50.0}, {10.1, 50.1}};
+    GeoRing plane;
     ASSERT_TRUE(LatLng2UTM(ring, plane));
     const std::optional<AxUtmPlane> south = AxUtmPlane::At(-30.0, 100.0);
     ASSERT_TRUE(south && !AxUtmPlane::At(84.0, 0.0));
     double x = 0;
     double y = 0;
     ASSERT_TRUE(LatLng2UTM(-30.0, 100.0, x, y));
-    Ring back;
+    GeoRing back;
     ASSERT_TRUE(UTM2LatLng(plane, back));
     EXPECT_NEAR(back[2].x(), 10.1, 1e-9);
     ASSERT_TRUE(south->ToLngLat({{x, y}}, back));
@@ -180,5 +181,5 @@ TEST(Distance, IsTheGeodesicOnTheEllipsoid)
     EXPECT_NEAR(DistanceBetweenTwoLatLng({10, 0, 500}, {10, 90, -20}), 10001965.7293, 1e-3);
     EXPECT_NEAR(DistanceBetweenTwoLatLng({179.5, 0, 0}, {-179.5, 0, 0}), 111319.4908, 1e-3);
     EXPECT_EQ(DistanceBetweenTwoLatLng({10, 91, 0}, {10, 0, 0}), INVALID_DOUBLE_VALUE);
-    EXPECT_EQ(DistanceBetweenTwoLatLng({NaN, 1, 0}, {10, 0, 0}), INVALID_DOUBLE_VALUE);
+    EXPECT_EQ(DistanceBetweenTwoLatLng({kNaN, 1, 0}, {10, 0, 0}), INVALID_DOUBLE_VALUE);
 }

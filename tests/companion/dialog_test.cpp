@@ -1,3 +1,5 @@
+#include "NamedChild.h"
+
 #include <AxBaseUI/CAxBaseWidget.h>
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxBaseUI/CAxParameterEditPage.h>
@@ -25,13 +27,6 @@ int execAnd(Dialog& dialog, const std::function<void()>& action, Arguments... ar
 {
     QTimer::singleShot(0, &dialog, action);
     return dialog.exec(arguments...);
-}
-
-template <typename Widget> Widget* child(const QWidget& parent, const char* name)
-{
-    auto* const found = parent.findChild<Widget*>(QString::fromLatin1(name));
-    EXPECT_TRUE(found) << name;
-    return found;
 }
 
 void click(const QWidget& dialog, const char* name)

@@ -3,6 +3,7 @@
 
 #include <camera/CameraPose.h>
 
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 #include <osgEarth/SpatialReference>
 #include <osgEarthUtil/EarthManipulator>
@@ -17,7 +18,7 @@ using EA = osgGA::GUIEventAdapter;
 
 inline constexpr int kWidth = 1280;
 inline constexpr int kHeight = 800;
-inline constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 
 class SpyManipulator : public EarthManipulator
 {

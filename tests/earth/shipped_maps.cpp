@@ -17,7 +17,7 @@ std::string resource(const std::string& name)
     return std::string(AX_RESOURCES) + "/map/" + name;
 }
 
-osg::ref_ptr<MapNode> open(const std::string& name)
+osg::ref_ptr<MapNode> openShipped(const std::string& name)
 {
     const osg::ref_ptr<osg::Node> node = osgDB::readRefNodeFile(resource(name));
     return MapNode::findMapNode(node.get());
@@ -30,7 +30,7 @@ class ShippedMap : public testing::TestWithParam<const char*>
 
 TEST_P(ShippedMap, OpensEveryLayerAndNamesThoseThatTheViewerSwitches)
 {
-    const osg::ref_ptr<MapNode> node = open(GetParam());
+    const osg::ref_ptr<MapNode> node = openShipped(GetParam());
     ASSERT_TRUE(node.valid());
     std::set<std::string> names;
     const auto look = [&names](const auto& layers) {
@@ -63,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(Both, ShippedMap, testing::Values("google_cn.earth", "g
 
 TEST(ShippedMapData, KnownSummitsHaveTheirHeights)
 {
-    const osg::ref_ptr<MapNode> node = open("google_cn_net_no.earth");
+    const osg::ref_ptr<MapNode> node = openShipped("google_cn_net_no.earth");
     ASSERT_TRUE(node.valid());
     ElevationQuery query(node->getMap());
     const SpatialReference* wgs84 = node->getMap()->getSRS();

@@ -1,5 +1,6 @@
 #include <camera/CameraFlight.h>
 #include <camera/CameraMoves.h>
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,23 +11,23 @@ using namespace osgEarth::Util;
 namespace {
 
 const osg::EllipsoidModel kGlobe;
-constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 
 const PitchLimits kLimits{-osg::PI_2, osg::DegreesToRadians(-10.0)};
 
-double flat(double, double)
+double flatGround(double, double)
 {
     return 0.0;
 }
 
-osg::Vec3d at(double longitude, double latitude, double height = 0.0)
+osg::Vec3d pointAt(double longitude, double latitude, double height = 0.0)
 {
     return toWorld(kGlobe, {osg::DegreesToRadians(latitude), osg::DegreesToRadians(longitude), height});
 }
 
 CameraPose view(double longitude, double latitude, double heading, double pitch, double range)
 {
-    return makePose(kGlobe, at(longitude, latitude), osg::DegreesToRadians(heading),
+    return makePose(kGlobe, pointAt(longitude, latitude), osg::DegreesToRadians(heading),
                     osg::DegreesToRadians(pitch), range);
 }
 
@@ -93,7 +94,7 @@ TEST(CameraPose, GroundIsFoundAlongTheRayWhateverTheRelief)
     for (double pitch : {-90.0, -45.0, -20.0, -12.0}) {
         for (double range : {300.0, 20e3, 2e6, 25e6}) {
             CameraPose pose = view(-105.0, 37.4, 70.0, pitch, range);
-            pose.center = at(-105.0, 37.4, 2500.0);
+            pose.center = pointAt(-105.0, 37.4, 2500.0);
             const Ray ray{eyeOf(pose), (pose.center - eyeOf(pose)) / pose.distance};
             const auto distance = groundAlong(kGlobe, ray, hills);
             ASSERT_TRUE(distance) << pitch << " " << range;
@@ -106,7 +107,8 @@ TEST(CameraPose, GroundIsFoundAlongTheRayWhateverTheRelief)
             }
         }
     }
-    EXPECT_FALSE(groundAlong(kGlobe, {at(0, 0, 1000.0), at(0, 0) / kRadius}, flat)) << "looks into space";
+    EXPECT_FALSE(groundAlong(kGlobe, {pointAt(0, 0, 1000.0), pointAt(0, 0) / kEquatorialRadius}, flatGround))
+        << "looks into space";
 }
 
 TEST(CameraPose, AnEyeUnderTheGroundIsLiftedAndStillSeesItsCentre)
@@ -115,7 +117,7 @@ TEST(CameraPose, AnEyeUnderTheGroundIsLiftedAndStillSeesItsCentre)
         return longitude < osg::DegreesToRadians(-105.0) ? 3000.0 : 2500.0;
     };
     CameraPose pose = view(-105.0, 37.4, 90.0, -20.0, 500.0); // looks east, away from the ridge
-    pose.center = at(-104.999, 37.4, 2510.0);
+    pose.center = pointAt(-104.999, 37.4, 2510.0);
     ASSERT_TRUE(keepAboveGround(kGlobe, ridge, 400.0, kLimits, SunkenCentre::Rises, pose));
     EXPECT_NEAR(toGeodetic(kGlobe, eyeOf(pose)).height, 3400.0, 0.1);
     EXPECT_NEAR(toGeodetic(kGlobe, pose.center).height, 2510.0, 0.1);
@@ -139,7 +141,7 @@ TEST(CameraPose, AGrazedSlopeLiftsTheEyeAndDoesNotThrowTheCameraUp)
 {
     const auto plateau = [](double, double) { return 3000.0; };
     CameraPose pose = view(-105.0, 37.4, 120.0, -30.0, 500.0);
-    pose.center = at(-105.0, 37.4, 2750.5); // the eye a little under ground, the centre far
+    pose.center = pointAt(-105.0, 37.4, 2750.5); // the eye a little under ground, the centre far
     const osg::Vec3d before = eyeOf(pose);
     ASSERT_TRUE(keepAboveGround(kGlobe, plateau, 1.0, kLimits, SunkenCentre::RisesWithTheEye, pose));
     EXPECT_GE(toGeodetic(kGlobe, eyeOf(pose)).height, 3001.0);
@@ -155,7 +157,7 @@ TEST(CameraPose, AnEyeInAPitClimbsOutOfItWithinThePitchLimits)
     };
     for (const PitchLimits& limits : {kLimits, PitchLimits{osg::DegreesToRadians(-60.0), kLimits.highest}}) {
         CameraPose pose = view(-104.9999, 37.4, 90.0, -20.0, 400.0);
-        pose.center = at(-104.9999, 37.4, -500.0);
+        pose.center = pointAt(-104.9999, 37.4, -500.0);
         ASSERT_TRUE(keepAboveGround(kGlobe, pit, 1.0, limits, SunkenCentre::RisesWithTheEye, pose));
         const Geodetic eye = toGeodetic(kGlobe, eyeOf(pose));
         EXPECT_GE(eye.height, pit(eye.latitude, eye.longitude) + 1.0 - 1e-6);
@@ -169,7 +171,7 @@ TEST(CameraPose, AnEyeInAPitClimbsOutOfItWithinThePitchLimits)
 
 TEST(CameraMoves, DraggingOffTheGlobeStopsAtTheLimbAndStaysFinite)
 {
-    CameraPose pose = view(10.0, 50.0, 0.0, -90.0, 4.0 * kRadius);
+    CameraPose pose = view(10.0, 50.0, 0.0, -90.0, 4.0 * kEquatorialRadius);
     const osg::Vec3d point = pose.center;
     for (double x = 0.0; x <= 1.0; x += 0.1)
         ASSERT_TRUE(
@@ -184,7 +186,7 @@ TEST(CameraMoves, ADragNearTheHorizonCannotFlingTheCamera)
     CameraPose pose = view(10.0, 50.0, 0.0, -12.0, 2000.0);
     const osg::Vec3d eye = eyeOf(pose);
     const Ray grab = transformed(cursorRay(projection(), 0.0, 0.0), cameraMatrix(pose));
-    const osg::Vec3d point = grab.origin + grab.direction * *groundAlong(kGlobe, grab, flat);
+    const osg::Vec3d point = grab.origin + grab.direction * *groundAlong(kGlobe, grab, flatGround);
     // As many events as a hand makes along the edge of the window, each near the horizon.
     const double farthest = 4.0 * (point - eye).length();
     for (int i = 0; i < 200; ++i) {
@@ -263,7 +265,7 @@ class Flights : public testing::TestWithParam<Flight>
 TEST_P(Flights, StartAndEndWhereTheyShouldAndMoveSmoothlyInBetween)
 {
     for (bool arc : {true, false}) {
-        const CameraFlight flight(GetParam().from, GetParam().to, kRadius, arc);
+        const CameraFlight flight(GetParam().from, GetParam().to, kEquatorialRadius, arc);
         EXPECT_TRUE(std::isfinite(flight.feltLength()));
         const CameraPose first =
             makePose(kGlobe, toWorld(kGlobe, GetParam().from.place), GetParam().from.heading,
@@ -304,10 +306,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CameraFlight, ALongWayDrawsBackAndAShortOneDoesNot)
 {
-    const CameraFlight far(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kRadius, true);
+    const CameraFlight far(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kEquatorialRadius, true);
     EXPECT_GT(far.at(0.5).range, 1e6);
-    const CameraFlight straight(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kRadius, false);
+    const CameraFlight straight(end(116, 40, 0, -60, 1000), end(-105, 37, 0, -60, 1000), kEquatorialRadius,
+                                false);
     EXPECT_NEAR(straight.at(0.5).range, 1000.0, 1.0);
-    const CameraFlight near(end(8, 47, 0, -60, 1000), end(8.0005, 47, 0, -60, 1000), kRadius, true);
+    const CameraFlight near(end(8, 47, 0, -60, 1000), end(8.0005, 47, 0, -60, 1000), kEquatorialRadius, true);
     EXPECT_LT(near.at(0.5).range, 1010.0);
 }

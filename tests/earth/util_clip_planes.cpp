@@ -1,3 +1,4 @@
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 #include <osg/Math>
 #include <view/ClipPlanes.h>
@@ -9,7 +10,7 @@ using namespace osgEarth::Util;
 
 namespace {
 
-constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 
 struct Situation
 {
@@ -27,7 +28,7 @@ std::ostream& operator<<(std::ostream& out, const Situation& situation)
 /** Distance from the eye to a sphere of the ground's height, so many degrees below level. */
 double distanceToGround(const Situation& s, double below)
 {
-    const double r = kRadius + s.ground;
+    const double r = kEquatorialRadius + s.ground;
     const double eye = r + s.height;
     const double sine = std::sin(below);
     const double root = r * r - eye * eye * (1.0 - sine * sine);
@@ -61,9 +62,10 @@ TEST_P(ClipPlanesFor, HoldAllThatIsSeenAndTellPixelsApart)
         const ClipPlanes planes = chooseClipPlanes(situation, true);
         EXPECT_GT(planes.zNear, 0.0);
         EXPECT_LT(planes.zNear, nearest) << "counted " << counted;
-        const double eye = kRadius + s.ground + s.height;
-        const double horizon = std::sqrt(eye * eye - kRadius * kRadius);
-        const double peak = std::sqrt(std::pow(kRadius + 9000.0, 2) - kRadius * kRadius);
+        const double eye = kEquatorialRadius + s.ground + s.height;
+        const double horizon = std::sqrt(eye * eye - kEquatorialRadius * kEquatorialRadius);
+        const double peak =
+            std::sqrt(std::pow(kEquatorialRadius + 9000.0, 2) - kEquatorialRadius * kEquatorialRadius);
         EXPECT_GT(planes.zFar, horizon + peak);
 
         const double pixel = focal * 2.0 * std::tan(halfView * osg::PI / 180.0) / 800.0;
@@ -79,8 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Situation{"FiveMetresOnAPlateau", 2, -30, 4300}, Situation{"Near", 500, -45, 2500},
                     Situation{"NearLevel", 500, -10, 0}, Situation{"Oblique20km", 7000, -20, 2500},
                     Situation{"Range350km", 350e3, -90, 0}, Situation{"Range2000km", 2e6, -60, 0},
-                    Situation{"FourRadii", 4 * kRadius, -90, 0},
-                    Situation{"TwelveRadii", 12 * kRadius, -90, 0}),
+                    Situation{"FourRadii", 4 * kEquatorialRadius, -90, 0},
+                    Situation{"TwelveRadii", 12 * kEquatorialRadius, -90, 0}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(ClipPlanes, WhatTouchesTheEyeCannotRuinTheDepthAndAnAircraftBeforeItIsNotCut)

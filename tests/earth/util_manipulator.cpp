@@ -20,10 +20,10 @@ TEST_F(EarthManipulatorTest, WaitsForAMapAndThenGoesWhereItWasSent)
     EXPECT_EQ(manipulator->pans, 0);
     EXPECT_FALSE(manipulator->getMatrix().isNaN());
 
-    manipulator->setViewpoint(Viewpoint("early", 116.3, 39.9, 0.0, 0.0, -90.0, 4.0 * kRadius));
+    manipulator->setViewpoint(Viewpoint("early", 116.3, 39.9, 0.0, 0.0, -90.0, 4.0 * kEquatorialRadius));
     EXPECT_FALSE(manipulator->getViewpoint().isValid());
     showGlobe();
-    expectAt(116.3, 39.9, 0.0, -90.0, 4.0 * kRadius);
+    expectAt(116.3, 39.9, 0.0, -90.0, 4.0 * kEquatorialRadius);
 }
 
 TEST_F(EarthManipulatorTest, KeepsPitchAndDistanceWithinTheSettings)
@@ -67,7 +67,7 @@ TEST_F(EarthManipulatorTest, ADoubleClickFliesToTheGroundUnderIt)
         EXPECT_NEAR(manipulator->getDistance(), row.factor * 20e3, 1.0);
     }
 
-    manipulator->setViewpoint(Viewpoint("space", 0, 0, 0, 0, -90, 4 * kRadius));
+    manipulator->setViewpoint(Viewpoint("space", 0, 0, 0, 0, -90, 4 * kEquatorialRadius));
     mouse(EA::DOUBLECLICK, EA::LEFT_MOUSE_BUTTON, 5, 5);
     EXPECT_FALSE(manipulator->isSettingViewpoint()) << "there is nothing to go to";
 }

@@ -28,7 +28,7 @@ protected:
         EXPECT_LE(now.getRange(), 1e9) << when;
         const osg::Vec3d eye = manipulator->getMatrix().getTrans();
         EXPECT_LT(eye.length(), 2e9) << when;
-        EXPECT_GT(eye.length(), kRadius - 30e3) << when;
+        EXPECT_GT(eye.length(), kEquatorialRadius - 30e3) << when;
     }
 
     /** Degrees of longitude and latitude gone since the start, and the factor of the range. */
@@ -124,13 +124,13 @@ TEST_F(ManipulatorInput, AMovementThatBeginsAfterAPauseDoesNotJump)
 
 TEST_F(ManipulatorInput, AHeldHomeKeyFliesHomeOnce)
 {
-    manipulator->setHomeViewpoint(Viewpoint("home", 116.3, 39.9, 0, 0, -90, 4 * kRadius), 1.0);
+    manipulator->setHomeViewpoint(Viewpoint("home", 116.3, 39.9, 0, 0, -90, 4 * kEquatorialRadius), 1.0);
     for (int i = 0; i < 44; ++i) {
         key(EA::KEYDOWN, EA::KEY_KP_Home);
         frame();
     }
     EXPECT_FALSE(manipulator->isSettingViewpoint());
-    expectAt(116.3, 39.9, 0, -90, 4 * kRadius);
+    expectAt(116.3, 39.9, 0, -90, 4 * kEquatorialRadius);
 }
 
 TEST_F(ManipulatorInput, AFrameThatTakesLongDoesNotFlingTheCamera)
@@ -249,7 +249,7 @@ TEST_F(ManipulatorInput, MouseEventsOutOfOrderOrOutOfTheWindowAreHarmless)
         [this] { key(EA::KEYDOWN, 0); },
         [this] { key(EA::KEYDOWN, -7); },
     };
-    for (double range : {5.0, 10e3, 4.0 * kRadius}) {
+    for (double range : {5.0, 10e3, 4.0 * kEquatorialRadius}) {
         manipulator->setViewpoint(Viewpoint("start", 8, 47, 0, 0, -60, range));
         for (const auto& oddity : oddities) {
             oddity();

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <functional>
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 #include <osg/MatrixTransform>
 #include <osg/ShapeDrawable>
@@ -18,7 +19,7 @@ using EA = osgGA::GUIEventAdapter;
 
 namespace {
 
-constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 
 /// Each test gets mountains of which nothing is loaded yet.
 class MovesOverMountains : public testing::Test
@@ -37,7 +38,7 @@ protected:
 
 TEST_F(MovesOverMountains, TheEyeStaysAboveFinerGroundThatComesIn)
 {
-    nav.showAt(-105.0, 37.4, 0.0, 0.0, -90.0, 4.0 * kRadius);
+    nav.showAt(-105.0, 37.4, 0.0, 0.0, -90.0, 4.0 * kEquatorialRadius);
     // The coarsest heights know nothing of a summit of 4050 m.
     nav.goTo(-105.485, 37.578, 4051.0, 0.0, -30.0, 50.0);
     for (int i = 0; i < 300; ++i) {
@@ -56,7 +57,7 @@ TEST_F(MovesOverMountains, AViewpointLooksTheSameWhateverGroundWasThereAtFirst)
 {
     // A valley, which the coarse heights have some hundred metres too high.
     const auto go = [&] { nav.goTo(-105.52, 37.62, 2600.0, 140.0, -25.0, 60.0); };
-    nav.showAt(-105.0, 37.4, 0.0, 0.0, -90.0, 4.0 * kRadius);
+    nav.showAt(-105.0, 37.4, 0.0, 0.0, -90.0, 4.0 * kEquatorialRadius);
     go();
     for (int i = 0; i < 3; ++i) {
         ASSERT_TRUE(nav.globe.drawUntilComplete());

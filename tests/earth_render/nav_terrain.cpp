@@ -1,6 +1,7 @@
 #include "NavigatedGlobe.h"
 
 #include <cmath>
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 #include <osgEarth/Map>
 
@@ -9,7 +10,7 @@ using EA = osgGA::GUIEventAdapter;
 
 namespace {
 
-constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 
 struct View
 {
@@ -129,8 +130,9 @@ TEST_P(NavigationOverMountains, TheWheelKeepsThePointUnderTheCursorInAndOut)
 }
 
 INSTANTIATE_TEST_SUITE_P(Views, NavigationOverMountains,
-                         testing::Values(View{"Space", -105.0, 37.4, 0, 0, -90, 4 * kRadius},
-                                         View{"SpaceOblique", -105.0, 37.4, 0, 40, -50, 2 * kRadius},
+                         testing::Values(View{"Space", -105.0, 37.4, 0, 0, -90, 4 * kEquatorialRadius},
+                                         View{"SpaceOblique", -105.0, 37.4, 0, 40, -50,
+                                              2 * kEquatorialRadius},
                                          View{"Region", -105.0, 37.4, 2500, 200, -60, 350e3},
                                          View{"Range", -105.3, 37.4, 2500, 60, -20, 40e3},
                                          View{"Valley", -105.6, 37.5, 2300, 80, -15, 8e3},

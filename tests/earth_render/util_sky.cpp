@@ -1,6 +1,7 @@
 #include "OffscreenGlobe.h"
 
 #include <camera/CameraPose.h>
+#include <globe/Wgs84.h>
 #include <gtest/gtest.h>
 #include <osg/CullSettings>
 #include <osg/Geometry>
@@ -21,7 +22,7 @@ namespace {
 
 constexpr int kWidth = OffscreenGlobe::kWidth;
 constexpr int kHeight = OffscreenGlobe::kHeight;
-constexpr double kRadius = 6378137.0;
+using osgEarth::wgs84::kEquatorialRadius;
 const osg::EllipsoidModel kGlobe;
 
 /** A plain globe of one colour, made of triangles fine enough for a straight horizon. */
@@ -135,7 +136,7 @@ const osg::Vec4 kGrey(0.2f, 0.2f, 0.2f, 1);
 TEST_F(SkyTest, FromSpaceTheGlobeHasABlueRimBeforeBlackSpaceAndKeepsItsColour)
 {
     sky->addChild(makeGlobe(kGrey));
-    const CameraPose pose = view(10, 30, 0, 0, -90, 4 * kRadius);
+    const CameraPose pose = view(10, 30, 0, 0, -90, 4 * kEquatorialRadius);
     draw(pose);
     EXPECT_EQ(pixel(0, 0), kGroundPixel);
     EXPECT_EQ(pixel(0, 0.6), kGroundPixel);
@@ -213,7 +214,7 @@ TEST_F(SkyTest, GraticuleShowsFromAboveAndFadesBeforeItCouldCrossTheRelief)
     osg::ref_ptr<GeodeticGraticule> graticule = new GeodeticGraticule(nullptr);
     root->addChild(graticule);
     for (double latitude : {0.0, 37.4, -75.0, 90.0}) {
-        for (double range : {600e3, 3e6, 4 * kRadius}) {
+        for (double range : {600e3, 3e6, 4 * kEquatorialRadius}) {
             draw(view(-105, latitude, 0, 0, -90, range));
             const int lines = countBrighter(90);
             EXPECT_GT(lines, 100) << latitude << " " << range;
@@ -224,7 +225,7 @@ TEST_F(SkyTest, GraticuleShowsFromAboveAndFadesBeforeItCouldCrossTheRelief)
         EXPECT_EQ(countBrighter(80), 0) << latitude;
     }
     // Lines of the far side do not shine through, nor past the limb.
-    draw(view(-105, 0, 0, 0, -90, 4 * kRadius));
+    draw(view(-105, 0, 0, 0, -90, 4 * kEquatorialRadius));
     const double limb = std::tan(std::asin(1.0 / 5.0)) / std::tan(osg::DegreesToRadians(15.0));
     EXPECT_EQ(pixel(0, limb + 0.02), osg::Vec3i(0, 0, 0));
     EXPECT_FALSE(graticule->getBound().valid());

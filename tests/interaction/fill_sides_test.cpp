@@ -10,11 +10,11 @@
 #include <numeric>
 
 namespace {
-constexpr double lng = -105.0;
-constexpr double lat = 37.4;
+constexpr double middleLng = -105.0;
+constexpr double middleLat = 37.4;
 
 // As steep as 30 degrees.
-void Hills(std::vector<osg::Vec3d>& points)
+void SteepHills(std::vector<osg::Vec3d>& points)
 {
     for (osg::Vec3d& point : points)
         point.z() = 2500.0 + 300.0 * std::sin(200.0 * point.x()) * std::cos(300.0 * point.y());
@@ -24,12 +24,12 @@ AxShapeMesh MeshOf(const std::vector<osg::Vec2d>& kilometres)
 {
     std::vector<osg::Vec3d> vertices;
     for (const osg::Vec2d& at : kilometres)
-        vertices.emplace_back(lng + at.x() / (111.3 * std::cos(lat * AxGlobe::pi / 180.0)),
-                              lat + at.y() / 111.3, 0.0);
-    Hills(vertices);
+        vertices.emplace_back(middleLng + at.x() / (111.3 * std::cos(middleLat * AxGlobe::pi / 180.0)),
+                              middleLat + at.y() / 111.3, 0.0);
+    SteepHills(vertices);
     AxShapeSurface surface;
-    surface.SetVertices(vertices, true, true, Hills);
-    surface.Refine(Hills);
+    surface.SetVertices(vertices, true, true, SteepHills);
+    surface.Refine(SteepHills);
     return surface.Mesh();
 }
 
@@ -53,7 +53,7 @@ std::vector<osg::Vec2d> Circle(int turns, bool clockwise)
 // An eye 15 km from the shape, radians against north and the horizon.
 osg::Vec3d Eye(double heading, double height)
 {
-    const osg::Vec3d up = AxGlobe::NormalAt({lng, lat, 0.0});
+    const osg::Vec3d up = AxGlobe::NormalAt({middleLng, middleLat, 0.0});
     osg::Vec3d east = osg::Vec3d(0.0, 0.0, 1.0) ^ up;
     east.normalize();
     const osg::Vec3d away = (up ^ east) * std::cos(heading) + east * std::sin(heading);

@@ -13,6 +13,8 @@
 class ShapeFixture : public ProtocolFixture
 {
 protected:
+    static inline const QList<QPointF> square{{18, 8}, {22, 8}, {22, 12}, {18, 12}};
+
     void SetUp() override
     {
         ProtocolFixture::SetUp();

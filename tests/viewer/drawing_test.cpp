@@ -94,7 +94,7 @@ protected:
 };
 
 const QList<QPointF> angle = {{-1, -1}, {1, -1}, {1, -0.2}, {-0.2, -0.2}, {-0.2, 1}, {-1, 1}};
-const QList<QPointF> square = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+const QList<QPointF> unitSquare = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
 
 struct View
 {
@@ -177,7 +177,7 @@ TEST_F(Drawing, AShapeOfAMetreStandsStillWhileTheCameraTurns)
     LookAt(lng, lat, 200.0);
     ASSERT_TRUE(viewer->getMapNode()->getTerrain()->getHeight(viewer->getSRS()->getGeographicSRS(), lng, lat,
                                                               &ground));
-    CAx3DGeometry* block = Import("metre", Metres(lng, lat, 0.5, square));
+    CAx3DGeometry* block = Import("metre", Metres(lng, lat, 0.5, unitSquare));
     ASSERT_TRUE(block);
     block->SetNameVisible(false);
     for (const double heading : {0.0, 17.0, 90.0, 201.3}) {
@@ -275,7 +275,7 @@ TEST_F(Drawing, GroundThatArrivesLaterIsTakenUp)
 {
     // From afar the ground below the mountains is coarse; near to them it is not.
     LookAt(-105.0, 37.4, 3000000.0);
-    ASSERT_TRUE(Import("hills", Metres(-105.0, 37.4, 4000.0, square)));
+    ASSERT_TRUE(Import("hills", Metres(-105.0, 37.4, 4000.0, unitSquare)));
     auto* shape = dynamic_cast<AxWorldGeometry*>(findNode(Root(), "Feature"));
     ASSERT_TRUE(shape);
     const auto misfit = [&] {

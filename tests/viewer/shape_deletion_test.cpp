@@ -7,10 +7,6 @@
 
 #include <QAction>
 
-namespace {
-const QList<QPointF> square{{18, 8}, {22, 8}, {22, 12}, {18, 12}};
-} // namespace
-
 class Deletion : public ShapeFixture
 {
 protected:

@@ -13,8 +13,6 @@
 #include <QAction>
 
 namespace {
-const QList<QPointF> square{{18, 8}, {22, 8}, {22, 12}, {18, 12}};
-
 osg::Geometry* Drawn(const CAxHandleAdapter* block, const std::string& name)
 {
     for (unsigned i = 0; i < block->GetFeatureNode()->getNumDrawables(); ++i)
@@ -24,11 +22,11 @@ osg::Geometry* Drawn(const CAxHandleAdapter* block, const std::string& name)
 }
 } // namespace
 
-class Polygon : public ShapeFixture
+class PolygonBlock : public ShapeFixture
 {
 };
 
-TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
+TEST_F(PolygonBlock, IsDrawnByClicksAndEndedByADoubleClick)
 {
     viewer->SetToolType(ToolPolygonBlock);
     Click(18.0, 8.0);
@@ -57,7 +55,7 @@ TEST_F(Polygon, IsDrawnByClicksAndEndedByADoubleClick)
     EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 3u);
 }
 
-TEST_F(Polygon, SnapsToOtherBlocksAndShowsItsSizeWhileItIsDrawn)
+TEST_F(PolygonBlock, SnapsToOtherBlocksAndShowsItsSizeWhileItIsDrawn)
 {
     // A square of two degrees at the equator and the corner of a block beside it.
     ASSERT_TRUE(Import("neighbour", {{21.0, 1.0}, {25.0, 1.0}, {25.0, 5.0}}));
@@ -95,7 +93,7 @@ TEST_F(Polygon, SnapsToOtherBlocksAndShowsItsSizeWhileItIsDrawn)
     PressKey(Qt::Key_Escape);
 }
 
-TEST_F(Polygon, IsRefusedWholeWithTheReason)
+TEST_F(PolygonBlock, IsRefusedWholeWithTheReason)
 {
     struct Row
     {
@@ -130,7 +128,7 @@ TEST_F(Polygon, IsRefusedWholeWithTheReason)
     EXPECT_EQ(Ring(triangle).size(), 3);
 }
 
-TEST_F(Polygon, DrawingIsTakenBackByKeys)
+TEST_F(PolygonBlock, DrawingIsTakenBackByKeys)
 {
     viewer->SetToolType(ToolPolygonBlock);
     Click(18.0, 8.0);
@@ -164,7 +162,7 @@ TEST_F(Polygon, DrawingIsTakenBackByKeys)
     EXPECT_EQ(viewer->GetGeomAdapterGroup()->getNumChildren(), 0u);
 }
 
-TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
+TEST_F(PolygonBlock, EditsAreJudgedThenCommittedOrTakenBack)
 {
     CAx3DGeometry* block = Import("block", square);
     viewer->slotFocusBlock("block");
@@ -210,7 +208,7 @@ TEST_F(Polygon, EditsAreJudgedThenCommittedOrTakenBack)
     block->ResponseDoubleClickOnPoint(0, osg::Vec3d());
 }
 
-TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
+TEST_F(PolygonBlock, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
 {
     CAx3DGeometry* one = Import("one", square);
     CAx3DGeometry* two = Import("two", {{25, 8}, {28, 8}, {28, 11}, {25, 11}});
@@ -248,7 +246,7 @@ TEST_F(Polygon, SeveralAreMovedWithTheirNamesAndLeaveNoHandlesBehind)
     EXPECT_TRUE(CAxControl::GetInstance()->IsProjectModified());
 }
 
-TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
+TEST_F(PolygonBlock, CommittedEditsAreUndoneAndRedone)
 {
     QPointer<CAx3DGeometry> block = Import("block", square);
     viewer->slotFocusBlock("block");
@@ -284,7 +282,7 @@ TEST_F(Polygon, CommittedEditsAreUndoneAndRedone)
     EXPECT_EQ(viewer->GetUndoStack()->count(), 0) << "edits of a block that is gone are dropped";
 }
 
-TEST_F(Polygon, TheDeleteKeyTakesTheHoveredVertexAndTellsTheHost)
+TEST_F(PolygonBlock, TheDeleteKeyTakesTheHoveredVertexAndTellsTheHost)
 {
     CAx3DGeometry* block = Import("block", square);
     viewer->slotFocusBlock("block");
@@ -311,7 +309,7 @@ TEST_F(Polygon, TheDeleteKeyTakesTheHoveredVertexAndTellsTheHost)
     QObject::disconnect(telling);
 }
 
-TEST_F(Polygon, ItsDialogShowsTheAreaAndRenames)
+TEST_F(PolygonBlock, ItsDialogShowsTheAreaAndRenames)
 {
     CAx3DGeometry* block = Import("block", square);
     CAxBlockManager::instance().AddBlock("other", CAxBlock::PolygonBlock)->SetBlockName("Taken");
@@ -345,7 +343,7 @@ TEST_F(Polygon, ItsDialogShowsTheAreaAndRenames)
     block->RemoveAllTask();
 }
 
-TEST_F(Polygon, TellsItsMiddleAndItsHeights)
+TEST_F(PolygonBlock, TellsItsMiddleAndItsHeights)
 {
     CAx3DGeometry* block =
         Import("date line", {{179.0, 10.0}, {-179.0, 10.0}, {-179.0, 14.0}, {179.0, 14.0}});
@@ -361,7 +359,7 @@ TEST_F(Polygon, TellsItsMiddleAndItsHeights)
     EXPECT_LE(mean, high);
 }
 
-TEST_F(Polygon, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
+TEST_F(PolygonBlock, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
 {
     CAx3DGeometry* block = Import("block", square);
     CAxTaskPolygon route;
@@ -384,7 +382,7 @@ TEST_F(Polygon, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
     }
 }
 
-TEST_F(Polygon, TheDialogOfACornerMovesAndDeletesIt)
+TEST_F(PolygonBlock, TheDialogOfACornerMovesAndDeletesIt)
 {
     CAx3DGeometry* block = Import("block", square);
     const auto open = [block](int index, const QList<ModalBox::Answer>& answers) {

@@ -186,7 +186,6 @@ TEST_F(Rectangle, StaysOneWhenACornerIsDragged)
         QPointF to;
         QList<QPointF> wanted;
     };
-    const QList<QPointF> square{{18, 8}, {22, 8}, {22, 12}, {18, 12}};
     const QList<QPointF> upFirst{{18, 8}, {18, 12}, {22, 12}, {22, 8}};
     const QList<QPointF> dateLine{{179, 8}, {-179, 8}, {-179, 12}, {179, 12}};
     const std::vector<Row> rows{

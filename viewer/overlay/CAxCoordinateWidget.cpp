@@ -8,7 +8,7 @@
 #include <algorithm>
 
 namespace {
-constexpr int margin = 5;
+constexpr int labelMargin = 5;
 constexpr int columnGap = 6;
 constexpr int largestTextPixels = 12;
 constexpr int smallestTextPixels = 8;
@@ -41,7 +41,7 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     setStyleSheet(QStringLiteral("background-color: rgb(0, 0, 0);"));
 
     auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(margin, margin, margin, margin);
+    grid->setContentsMargins(labelMargin, labelMargin, labelMargin, labelMargin);
     grid->setHorizontalSpacing(columnGap);
     grid->setVerticalSpacing(0);
     for (std::size_t cell = 0; cell < labels.size(); ++cell) {
@@ -85,7 +85,7 @@ void CAxCoordinateWidget::FitTexts()
             if (IsDigit(letter))
                 letter = QLatin1Char('0');
     }
-    const int inner = width() - 2 * margin - columnGap;
+    const int inner = width() - 2 * labelMargin - columnGap;
     QFont fitted = font();
     int left = 0;
     int right = 0;
@@ -104,7 +104,7 @@ void CAxCoordinateWidget::FitTexts()
     // Half of the panel each, unless one column needs more. Of a fixed size,
     // because any other label has the panel laid out anew with each text.
     left = qBound(1, qMax(left, qMin(inner / 2, inner - right)), inner - 1);
-    const int lineHeight = (height() - 2 * margin) / 2;
+    const int lineHeight = (height() - 2 * labelMargin) / 2;
     for (std::size_t cell = 0; cell < cells; ++cell) {
         if (fitted.pixelSize() != labels[cell]->font().pixelSize())
             labels[cell]->setFont(fitted);

@@ -34,7 +34,7 @@ float drapeWidening(vec3 place, vec3 aside)
 )";
 // ax_drapeHeights: lower rim, upper rim and ground, metres above the ellipsoid.
 // ax_drapePixel: metres a pixel covers at one metre's distance.
-const char kVertexShader[] = R"(
+const char kDrapeVertexShader[] = R"(
 uniform vec3 ax_drapeHeights;
 uniform float ax_drapePixel;
 void main()
@@ -74,7 +74,7 @@ void main()
     gl_Position = vec4(mix(ax_drapeFrame.xy, ax_drapeFrame.zw, gl_Vertex.xy), 0.0, 1.0);
 }
 )";
-const char kFragmentShader[] = R"(#version 330 compatibility
+const char kDrapeFragmentShader[] = R"(#version 330 compatibility
 uniform vec4 ax_drapeColor;
 void main()
 {
@@ -88,7 +88,7 @@ void main() {}
 )";
 
 osg::ref_ptr<osg::Program> makeProgram(const std::string& vertexShader,
-                                       const std::string& fragmentShader = kFragmentShader)
+                                       const std::string& fragmentShader = kDrapeFragmentShader)
 {
     osg::ref_ptr<osg::Program> made = new osg::Program();
     made->setName("drape");
@@ -175,7 +175,7 @@ DrapePasses::DrapePasses()
     const std::string slots = "AX_SLOTS";
     for (size_t at = many.find(slots); at != std::string::npos; at = many.find(slots))
         many.replace(at, slots.size(), std::to_string(kDrapeSlots));
-    const osg::ref_ptr<osg::Program> program = makeProgram(std::string(kWidening) + kVertexShader);
+    const osg::ref_ptr<osg::Program> program = makeProgram(std::string(kWidening) + kDrapeVertexShader);
     const osg::ref_ptr<osg::Program> manyProgram = makeProgram(many, kNoColorShader);
     mark = makeMark(program.get(), Behind);
     markMany = makeMark(manyProgram.get(), Behind);

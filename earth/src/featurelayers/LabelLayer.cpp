@@ -15,7 +15,7 @@ namespace osgEarth::Features {
 using namespace Symbology;
 
 namespace {
-const char kVertexShader[] = R"(#version 330 compatibility
+const char kLabelVertexShader[] = R"(#version 330 compatibility
 uniform vec2 ax_labelScreen;
 void main()
 {
@@ -23,7 +23,7 @@ void main()
     gl_TexCoord[0] = gl_MultiTexCoord0;
 }
 )";
-const char kFragmentShader[] = R"(#version 330 compatibility
+const char kLabelFragmentShader[] = R"(#version 330 compatibility
 uniform sampler2D ax_labelLetters;
 uniform vec4 ax_labelFill;
 uniform vec4 ax_labelHalo;
@@ -101,8 +101,8 @@ public:
         const osg::ref_ptr<osg::Program> program = sharedWhileUsed<osg::Program, LabelSet>([] {
             osg::ref_ptr<osg::Program> made = new osg::Program();
             made->setName("labels");
-            made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-            made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+            made->addShader(new osg::Shader(osg::Shader::VERTEX, kLabelVertexShader));
+            made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLabelFragmentShader));
             return made;
         });
         osg::StateSet* state = getOrCreateStateSet();

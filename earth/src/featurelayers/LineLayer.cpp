@@ -36,7 +36,7 @@ constexpr int kFinest = 3;
 // The eye sees lines this share of their distance nearer than they are: more
 // than the coarse ground may stand above the true one, too little to show
 // through a hill that is worth its name.
-const char kVertexShader[] = R"(#version 330 compatibility
+const char kLineVertexShader[] = R"(#version 330 compatibility
 const float nearer = 0.01;
 void main()
 {
@@ -49,7 +49,7 @@ void main()
     gl_FrontColor = gl_Color;
 }
 )";
-const char kFragmentShader[] = R"(#version 330 compatibility
+const char kLineFragmentShader[] = R"(#version 330 compatibility
 void main()
 {
     gl_FragColor = gl_Color;
@@ -241,8 +241,8 @@ osg::StateSet* lineState(const LineSymbol& symbol)
     const osg::ref_ptr<osg::Program> program = sharedWhileUsed<osg::Program, LineLayerData>([] {
         osg::ref_ptr<osg::Program> made = new osg::Program();
         made->setName("feature lines");
-        made->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-        made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+        made->addShader(new osg::Shader(osg::Shader::VERTEX, kLineVertexShader));
+        made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLineFragmentShader));
         return made;
     });
     auto* state = new osg::StateSet();

@@ -5,8 +5,6 @@
 
 namespace osgEarth {
 namespace {
-constexpr double kRad = 3.14159265358979323846 / 180.0;
-
 double wrapPi(double angle)
 {
     return std::remainder(angle, 2.0 * osg::PI);
@@ -52,7 +50,8 @@ double GeoMath::distance(const osg::Vec3d& p1, const osg::Vec3d& p2, const Spati
 {
     if (!srs || !srs->isGeographic())
         return (p2 - p1).length();
-    return distance(p1.y() * kRad, p1.x() * kRad, p2.y() * kRad, p2.x() * kRad,
+    return distance(osg::DegreesToRadians(p1.y()), osg::DegreesToRadians(p1.x()),
+                    osg::DegreesToRadians(p2.y()), osg::DegreesToRadians(p2.x()),
                     srs->getEllipsoid()->getRadiusEquator());
 }
 

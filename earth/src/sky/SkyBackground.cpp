@@ -1,6 +1,7 @@
 #include "sky/SkyBackground.h"
 
 #include "globe/Geodetic.h"
+#include "globe/NoBound.h"
 #include "sky/StarField.h"
 
 #include <algorithm>
@@ -128,13 +129,6 @@ private:
     const osg::EllipsoidModel _ellipsoid;
     const double _from;
     const double _to;
-};
-
-/// Belongs to the background: counts in no bound, is never culled.
-class NoBound : public osg::Drawable::ComputeBoundingBoxCallback
-{
-public:
-    osg::BoundingBox computeBound(const osg::Drawable&) const override { return {}; }
 };
 
 osg::Geometry* makeGeometry(osg::Vec3Array* points, osg::Vec4Array* colors, osg::PrimitiveSet* primitives)

@@ -19,7 +19,7 @@
 
 namespace osgEarth {
 namespace {
-const char* const kVertexShader = R"(#version 330 compatibility
+const char* const kTerrainVertexShader = R"(#version 330 compatibility
 out vec2 ax_tileCoordinate;
 void main()
 {
@@ -30,7 +30,7 @@ void main()
 
 // No lighting: relief is part of the picture, and a map that goes dark with
 // the sun is of no use to a pilot.
-const char* const kFragmentShader = R"(#version 330 compatibility
+const char* const kTerrainFragmentShader = R"(#version 330 compatibility
 in vec2 ax_tileCoordinate;
 uniform sampler2D ax_tilePicture;
 out vec4 ax_colour;
@@ -194,8 +194,8 @@ QuadtreeTerrain::QuadtreeTerrain(Map* map) : _changeableMap(map)
 
     osg::ref_ptr<osg::Program> program = new osg::Program;
     program->setName("terrain");
-    program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+    program->addShader(new osg::Shader(osg::Shader::VERTEX, kTerrainVertexShader));
+    program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kTerrainFragmentShader));
     osg::StateSet* state = getOrCreateStateSet();
     state->setAttributeAndModes(program, osg::StateAttribute::ON);
     state->addUniform(new osg::Uniform("ax_tilePicture", 0));

@@ -24,7 +24,7 @@ constexpr size_t kLongestText = 10000;
 // built-in ones (vertex, normal, colour, ...).
 constexpr unsigned kHaloAttribute = 6;
 
-const char kVertexShader[] = R"(#version 330 compatibility
+const char kLetterVertexShader[] = R"(#version 330 compatibility
 in vec4 ax_halo;
 out vec2 ax_place;
 flat out vec4 ax_fillColor;
@@ -37,7 +37,7 @@ void main()
     ax_haloColor = ax_halo;
 }
 )";
-const char kFragmentShader[] = R"(#version 330 compatibility
+const char kLetterFragmentShader[] = R"(#version 330 compatibility
 uniform sampler2D ax_letters;
 in vec2 ax_place;
 flat in vec4 ax_fillColor;
@@ -57,8 +57,8 @@ struct Letters
     {
         osg::ref_ptr<osg::Program> program = new osg::Program();
         program->setName("letters");
-        program->addShader(new osg::Shader(osg::Shader::VERTEX, kVertexShader));
-        program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kFragmentShader));
+        program->addShader(new osg::Shader(osg::Shader::VERTEX, kLetterVertexShader));
+        program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLetterFragmentShader));
         program->addBindAttribLocation("ax_halo", kHaloAttribute);
         state->setDataVariance(osg::Object::DYNAMIC);
         // Nothing else can draw from this picture.

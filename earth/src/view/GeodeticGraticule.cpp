@@ -1,4 +1,5 @@
 #include "globe/Geodetic.h"
+#include "globe/NoBound.h"
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
@@ -119,12 +120,6 @@ void main()
     gl_FragColor = vec4(1.0, 1.0, 1.0, alpha);
 }
 )";
-
-class NoBound : public osg::Drawable::ComputeBoundingBoxCallback
-{
-public:
-    osg::BoundingBox computeBound(const osg::Drawable&) const override { return {}; }
-};
 
 /// Collects lines that share the points of their segments.
 struct Mesh
