@@ -1,4 +1,5 @@
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/AxBlockAltitudes.h"
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/CAxElevationQuery.h"
 #include "analysis/zones/AxZoneFlash.h"
@@ -54,6 +55,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
     worker->CreateIntersectWorkers();
     flash = std::make_unique<AxZoneFlash>(viewer);
     hover = std::make_unique<AxZoneHover>(viewer, *this);
+    altitudes = std::make_unique<AxBlockAltitudes>(viewer.Scene());
     // Made here, because the viewer itself makes its queue at the first use, on any thread.
     osgViewer::Viewer* const view = viewer.Scene().View();
     if (!view->getUpdateOperations())
@@ -63,6 +65,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
 
 CAxAncillaryProcess::~CAxAncillaryProcess()
 {
+    altitudes.reset();
     hover.reset();
     flash.reset();
     worker.reset();
@@ -133,25 +136,12 @@ void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint, bool 
 
 QStringList CAxAncillaryProcess::ZonesAt(double longitude, double latitude) const
 {
-    QStringList ids;
-    for (const AxZoneOutline& zone : worker->Outlines())
-        if (zone.Contains(longitude, latitude))
-            ids += zone.id;
-    return ids;
+    return worker->Index().At(longitude, latitude);
 }
 
 QStringList CAxAncillaryProcess::ShownZonesAt(double longitude, double latitude) const
 {
-    QStringList ids;
-    const std::vector<AxZoneOutline>& outlines = worker->Outlines(); // by ascending id
-    for (const QString& id : worker->ShownZones()) {
-        const auto zone = std::lower_bound(
-            outlines.begin(), outlines.end(), id,
-            [](const AxZoneOutline& outline, const QString& wanted) { return outline.id < wanted; });
-        if (zone != outlines.end() && zone->id == id && zone->Contains(longitude, latitude))
-            ids += id;
-    }
-    return ids;
+    return worker->Shown(ZonesAt(longitude, latitude));
 }
 
 QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double latitude, double metres) const
@@ -160,7 +150,9 @@ QList<AxNoflyZoneNear> CAxAncillaryProcess::ZonesNear(double longitude, double l
     const double lat = osg::DegreesToRadians(latitude);
     const double lon = osg::DegreesToRadians(longitude);
     const QDateTime now = QDateTime::currentDateTime();
-    for (const AxZoneOutline& zone : worker->Outlines()) {
+    const AxZoneIndex& index = worker->Index();
+    for (const std::uint32_t place : index.Near(longitude, latitude, metres)) {
+        const AxZoneOutline& zone = index.Outlines()[place];
         if (zone.bounds.isNull())
             continue;
         const QPointF middle = zone.bounds.center();
@@ -287,22 +279,23 @@ void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd
     job.order = ++modelBoundJobs;
     job.number = number;
     job.margin = margin;
-    if (HasSlot(receiver, "slotModelBound(QVariant)"))
-        connect(this, SIGNAL(signalModelBound(QVariant)), receiver, SLOT(slotModelBound(QVariant)),
-                Qt::UniqueConnection);
-    modelBoundGeodes.insert(job.order, geode);
-    worker->SetModelBoundJob(job);
+    modelBoundListeners.insert(job.order, {geode, HasSlot(receiver, "slotModelBound(QVariant)")});
+    worker->AddModelBoundJob(job);
 }
 
 void CAxAncillaryProcess::slotModelBound(int job, QVariant bound)
 {
     const QVariantList answer = bound.toList();
-    const osg::ref_ptr<osg::Geode> geode = modelBoundGeodes.value(job);
-    while (!modelBoundGeodes.isEmpty() && modelBoundGeodes.firstKey() <= job)
-        modelBoundGeodes.erase(modelBoundGeodes.begin());
+    const ModelBoundListener listener = modelBoundListeners.take(job);
     const osg::ref_ptr<osg::Geometry> line =
         AxOutlineDrawable(answer.value(1).toList(), *viewer.Scene().MapSRS());
-    if (geode && line)
-        geode->addDrawable(line);
+    if (listener.geode && line)
+        listener.geode->addDrawable(line);
+    // The answers of other jobs are not the receiver's business.
+    QMetaObject::Connection hears;
+    if (listener.receiver)
+        hears = connect(this, SIGNAL(signalModelBound(QVariant)), listener.receiver,
+                        SLOT(slotModelBound(QVariant)), Qt::UniqueConnection);
     emit signalModelBound(bound);
+    disconnect(hears);
 }

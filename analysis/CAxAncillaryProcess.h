@@ -25,6 +25,7 @@
 #include <memory>
 #include <vector>
 
+class AxBlockAltitudes;
 class AxZoneFlash;
 class AxViewerParts;
 class AxZoneHover;
@@ -47,10 +48,9 @@ struct AxNoflyZoneNear
 };
 
 /**
- * Front of the work that runs beside the map: the no-fly zones and the jobs of
- * the background thread. It owns that thread and the scene root under which the
- * zones hang. The viewer creates one during start-up and deletes it in
- * ReleaseAll().
+ * Front of the work that runs beside the map: the no-fly zones, the jobs of the
+ * background thread and the average altitudes of blocks. It owns that thread and the scene root under which
+ * the zones hang. The viewer creates one during start-up and deletes it in ReleaseAll().
  *
  * GUI thread only, except release(), GenerateElevation() and what the signals
  * carry over.
@@ -119,7 +119,9 @@ public:
     /// Hands the worker a model whose outline on the ground is wanted. The outline,
     /// `margin` metres beyond the model, is drawn into the geode; the receiver's slot
     /// slotModelBound(QVariant) hears a list of `number` and the outline, a list of
-    /// places as above. Both may be null. The model must not change meanwhile.
+    /// places as above. Both may be null. The model must not change meanwhile. Jobs
+    /// are done in the order in which they are handed over, and each receiver hears
+    /// of its own.
     void SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number, double margin,
                            osg::Geode* geode, QObject* receiver);
 
@@ -127,7 +129,7 @@ signals:
     /// An elevation job with a progress object has ended: the list of places. SetElevationQueryPara()
     /// connects it.
     void signalGenerateElevationQuery(QVariant);
-    /// A model-bound job has ended: a list of the number and the outline. SetModelBoundPara() connects it.
+    /// A model-bound job has ended: a list of the number and the outline.
     void signalModelBound(QVariant);
     /// Another set of zones is in the scene.
     void signalShownZones();
@@ -142,6 +144,12 @@ private:
     {
         QPointer<CAxElevationQuery> query;
         QPointer<QObject> progress;
+    };
+
+    struct ModelBoundListener
+    {
+        osg::ref_ptr<osg::Geode> geode;
+        QPointer<QObject> receiver;
     };
 
     void CreateNoFlyZone();
@@ -159,9 +167,10 @@ private:
     std::unique_ptr<CAxAncillaryThread> worker;
     std::unique_ptr<AxZoneFlash> flash;
     std::unique_ptr<AxZoneHover> hover;
+    std::unique_ptr<AxBlockAltitudes> altitudes;
     int elevationJobs = 0;
     int answeredJob = 0;
     QMap<int, ElevationListener> elevationListeners; // by the job's number
     int modelBoundJobs = 0;
-    QMap<int, osg::ref_ptr<osg::Geode>> modelBoundGeodes; // by the job's order
+    QMap<int, ModelBoundListener> modelBoundListeners; // by the job's order
 };

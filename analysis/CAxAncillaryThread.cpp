@@ -38,8 +38,8 @@ CAxAncillaryThread::CAxAncillaryThread(CAxAncillaryProcess* ancillaryProcess)
     if (!AxLoadZones(*zoneFile, file, zones))
         EndWithoutZones(tr("The no-fly zone document parsing error!May file has been corrupted, please login "
                            "in the case of networking for Launcher!"));
-    outlines = AxZoneOutlines(zones);
-    nearZones = std::make_unique<AxNearZones>(zones);
+    index = std::make_unique<AxZoneIndex>(zones);
+    nearZones = std::make_unique<AxNearZones>(*index);
 }
 
 CAxAncillaryThread::~CAxAncillaryThread()
@@ -50,12 +50,12 @@ CAxAncillaryThread::~CAxAncillaryThread()
 
 void CAxAncillaryThread::CreateIntersectWorkers()
 {
+    const std::vector<AxZoneOutline>& outlines = index->Outlines();
     const std::size_t share = (outlines.size() + mostWorkers - 1) / mostWorkers;
     for (std::size_t first = 0; first < outlines.size(); first += share) {
-        const auto begin = outlines.begin() + static_cast<std::ptrdiff_t>(first);
-        const auto end =
-            outlines.begin() + static_cast<std::ptrdiff_t>(std::min(first + share, outlines.size()));
-        intersectWorkers.emplace_back(new CAxAreaIntersectOperate(std::vector<AxZoneOutline>(begin, end)));
+        const std::size_t end = std::min(first + share, outlines.size());
+        intersectWorkers.emplace_back(
+            new CAxAreaIntersectOperate(outlines.data() + first, outlines.data() + end));
     }
 }
 
@@ -110,10 +110,10 @@ void CAxAncillaryThread::SetElevationJob(const AxElevationJob& job, const std::f
     set(elevationPending);
 }
 
-void CAxAncillaryThread::SetModelBoundJob(const AxModelBoundJob& job)
+void CAxAncillaryThread::AddModelBoundJob(const AxModelBoundJob& job)
 {
     const Lock lock(mutex);
-    modelBoundJob = job;
+    modelBoundJobs.push_back(job);
     set(modelBoundPending);
 }
 
@@ -123,10 +123,14 @@ void CAxAncillaryThread::Stop()
     set(stopRequested);
 }
 
-QStringList CAxAncillaryThread::ShownZones() const
+QStringList CAxAncillaryThread::Shown(const QStringList& ids) const
 {
     const Lock lock(mutex);
-    return shownZones.keys();
+    QStringList shown;
+    for (const QString& id : ids)
+        if (shownZones.contains(id))
+            shown += id;
+    return shown;
 }
 
 bool CAxAncillaryThread::isAnySet() const
@@ -159,8 +163,9 @@ void CAxAncillaryThread::runModelBoundJob()
     AxModelBoundJob job;
     {
         const Lock lock(mutex);
-        job = std::exchange(modelBoundJob, AxModelBoundJob());
-        modelBoundPending = false;
+        job = modelBoundJobs.front();
+        modelBoundJobs.pop_front();
+        modelBoundPending = !modelBoundJobs.empty();
     }
     emit signalModelBound(job.order, QVariantList{job.number, AxModelOutline(job)});
 }
@@ -203,10 +208,13 @@ void CAxAncillaryThread::showZonesNear()
     }
     const bool isOtherSet =
         nearZones->Update(from, [this](const QString& id, const osg::Vec2d& middle, bool isNear) {
-            queueZone(id, middle, isNear);
-            const Lock lock(mutex);
+            osg::ref_ptr<const osgEarth::Symbology::Polygon> zone;
             if (isNear)
-                shownZones.insert(id, zones.zonePolygons.value(id).Polygon());
+                zone = zones.zonePolygons.value(id).Polygon();
+            queueZone(id, middle, zone);
+            const Lock lock(mutex);
+            if (zone)
+                shownZones.insert(id, zone);
             else
                 shownZones.remove(id);
         });
@@ -219,17 +227,18 @@ void CAxAncillaryThread::showZonesNear()
         emit signalShownZones();
 }
 
-void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle, bool isNear)
+void CAxAncillaryThread::queueZone(const QString& id, const osg::Vec2d& middle,
+                                   const osgEarth::Symbology::Polygon* zone)
 {
     if (!viewer)
         return;
     const osg::ref_ptr<AxUserOperation> operation =
-        new AxUserOperation(isNear ? AddNoFlyZone : RemoveNoFlyZone);
+        new AxUserOperation(zone ? AddNoFlyZone : RemoveNoFlyZone);
     operation->setEarthViewer(viewer);
     operation->setUserName(id);
-    if (isNear) {
+    if (zone) {
         operation->setUserPos(osg::Vec3d(middle, 0.0));
-        operation->setUserPolygon(*zones.zonePolygons.value(id).Polygon());
+        operation->setUserPolygon(*zone);
         const auto display = zones.zoneDisplayGeometry.value(id);
         operation->setUserMultiGeometry(display ? *display : MultiGeometry());
         operation->Prepare();

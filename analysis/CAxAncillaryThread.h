@@ -3,6 +3,7 @@
 #include "analysis/AxModelBound.h"
 #include "analysis/zones/AxNearZones.h"
 #include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/AxZoneIndex.h"
 #include "analysis/zones/CAxAreaIntersectOperate.h"
 
 #include <OpenThreads/Condition>
@@ -16,6 +17,7 @@
 #include <QVariant>
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -48,13 +50,14 @@ public:
     /// Replaces a job that has not begun. `handOver` runs before any thread can see the job
     /// or finish the one before it; the process's own locks may be taken in it.
     void SetElevationJob(const AxElevationJob& job, const std::function<void()>& handOver);
-    void SetModelBoundJob(const AxModelBoundJob& job);
+    /// Each job is done, one after the other.
+    void AddModelBoundJob(const AxModelBoundJob& job);
     void Stop();
 
     const AxNoflyZones& Zones() const { return zones; }
-    const std::vector<AxZoneOutline>& Outlines() const { return outlines; }
-    /// The zones that are in the scene, or about to be.
-    QStringList ShownZones() const;
+    const AxZoneIndex& Index() const { return *index; }
+    /// Those of some zones that are in the scene, or about to be.
+    QStringList Shown(const QStringList& ids) const;
 
     /// Makes the workers of Intersect(): at most four, each with a quarter of the zones.
     void CreateIntersectWorkers();
@@ -78,13 +81,13 @@ private:
     void runModelBoundJob();
     void runElevationJob();
     void showZonesNear();
-    void queueZone(const QString& id, const osg::Vec2d& middle, bool isNear);
+    void queueZone(const QString& id, const osg::Vec2d& middle, const osgEarth::Symbology::Polygon* zone);
 
     CAxAncillaryProcess* process;
     CAxEarthViewer* viewer = nullptr;
     CAxNoflyZoneMgr* zoneFile;
     AxNoflyZones zones;
-    std::vector<AxZoneOutline> outlines;
+    std::unique_ptr<AxZoneIndex> index;
     std::unique_ptr<AxNearZones> nearZones; // of the thread itself
     std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> intersectWorkers;
     AxPendingWorkers unfinished;
@@ -101,6 +104,6 @@ private:
     unsigned viewportCount = 0;
     AxElevationJob elevationJob;
     int awaitedElevation = 0;
-    AxModelBoundJob modelBoundJob;
+    std::deque<AxModelBoundJob> modelBoundJobs;
     QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> shownZones;
 };

@@ -1,5 +1,5 @@
-// No-fly zones: reading their file, cutting lifts out, testing areas, the pass
-// with each move of the camera, and what the thread costs that has nothing to do.
+// No-fly zones: reading their file, cutting lifts out, testing areas, the pass with each move of the camera,
+// what is under the mouse, the memory they take, and what the thread costs that has nothing to do.
 #include "BenchGlobe.h"
 #include "BenchZones.h"
 
@@ -17,10 +17,15 @@
 #include <osg/Math>
 #include <osg/OperationThread>
 
+#include <QCoreApplication>
+
 #include <chrono>
 #include <cmath>
 #include <ctime>
 #include <thread>
+#if defined(__GLIBC__)
+#include <malloc.h>
+#endif
 
 using osgEarth::Symbology::Polygon;
 
@@ -44,8 +49,7 @@ void Load(benchmark::State& state)
         AxNoflyZones zones;
         if (!AxLoadZones(manager, file, zones))
             state.SkipWithError("the file does not load");
-        benchmark::DoNotOptimize(AxZoneOutlines(zones));
-        benchmark::DoNotOptimize(AxNearZones(zones));
+        benchmark::DoNotOptimize(AxZoneIndex(zones).Outlines().data());
     }
 }
 BENCHMARK(Load)->Name("NoFly/load")->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
@@ -74,7 +78,7 @@ double threadMilliseconds()
     std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> workers;
     workers.reserve(count);
     for (int i = 0; i < count; ++i)
-        workers.emplace_back(new CAxAreaIntersectOperate(std::vector<AxZoneOutline>()));
+        workers.emplace_back(new CAxAreaIntersectOperate(nullptr, nullptr));
     const auto begin = std::chrono::steady_clock::now();
     unfinished.Set(count);
     std::vector<osg::ref_ptr<osg::OperationThread>> threads;
@@ -112,7 +116,8 @@ BENCHMARK(Intersect)->Name("NoFly/intersect")->Unit(benchmark::kMillisecond)->Us
 
 void Near(benchmark::State& state)
 {
-    AxNearZones zones(AxReadZones(bench::zoneRows(), {}));
+    const AxZoneIndex index(AxReadZones(bench::zoneRows(), {}));
+    AxNearZones zones(index);
     int step = 0;
     for (auto _ : state) {
         const osgEarth::Viewpoint viewpoint("", -100.0 + 0.25 * (++step % 800), 20.0, 0.0, 0.0, -90.0, 1e5);
@@ -120,6 +125,57 @@ void Near(benchmark::State& state)
     }
 }
 BENCHMARK(Near)->Name("NoFly/near")->Unit(benchmark::kMillisecond);
+
+// The zones under the mouse, at places of which every other one lies in a zone.
+void Hover(benchmark::State& state)
+{
+    const AxZoneIndex index(AxReadZones(bench::zoneRows(), bench::liftRows()));
+    std::vector<QPointF> places;
+    const std::vector<AxZoneOutline>& zones = index.Outlines();
+    for (std::size_t i = 0; i < zones.size(); i += 50) {
+        places.push_back(zones[i].bounds.center() + QPointF(0.02, 0.0));
+        places.emplace_back(-170.0 + std::fmod(0.77 * static_cast<double>(i), 340.0), 20.0);
+    }
+    std::size_t next = 0;
+    int met = 0;
+    for (auto _ : state) {
+        const QPointF& place = places[next++ % places.size()];
+        met += index.At(place.x(), place.y()).size();
+    }
+    state.counters["zones_each"] = static_cast<double>(met) / static_cast<double>(state.iterations());
+}
+BENCHMARK(Hover)->Name("NoFly/hover")->Unit(benchmark::kMicrosecond);
+
+/// What is allocated now, in megabytes; 0 where the C library does not tell.
+double heapMegabytes()
+{
+#if defined(__GLIBC__)
+    constexpr double bytesPerMegabyte = 1e6;
+    return static_cast<double>(mallinfo2().uordblks) / bytesPerMegabyte;
+#else
+    return 0.0;
+#endif
+}
+
+// What the shipped zones take in memory once they are loaded.
+void Memory(benchmark::State& state)
+{
+    for (auto _ : state) {
+        CAxNoflyZoneMgr manager;
+        AxNoflyZones zones;
+        const double before = heapMegabytes();
+        if (!AxLoadZones(manager, QCoreApplication::applicationDirPath() + QStringLiteral("/NoflyZone.db"),
+                         zones))
+            state.SkipWithError("the file does not load");
+        const double loaded = heapMegabytes();
+        const AxZoneIndex index(zones);
+        AxNearZones near(index);
+        benchmark::DoNotOptimize(near);
+        state.counters["zones_MB"] = loaded - before;
+        state.counters["index_MB"] = heapMegabytes() - loaded;
+    }
+}
+BENCHMARK(Memory)->Name("NoFly/memory")->Iterations(1)->Unit(benchmark::kMillisecond);
 
 // The whole process while it draws nothing: the thread costs no more than that.
 void Idle(benchmark::State& state)

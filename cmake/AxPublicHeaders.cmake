@@ -3,6 +3,7 @@
 set(AX_PUBLIC_HEADERS
   analysis/AxNoflyZones.h=analysis/zones/AxNoflyZones.h
   analysis/AxUserOperation.h=analysis/AxUserOperation.h
+  analysis/AxZoneRing.h=analysis/zones/AxZoneRing.h
   analysis/AxZoneShape.h=analysis/zones/AxZoneShape.h
   analysis/CAxAncillaryProcess.h=analysis/CAxAncillaryProcess.h
   analysis/CAxApplyForProhibitedArea.h=interaction/objects/CAxApplyForProhibitedArea.h

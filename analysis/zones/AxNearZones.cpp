@@ -1,6 +1,9 @@
 #include "analysis/zones/AxNearZones.h"
 #include "scene/base/AxLongitudes.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 constexpr double nearDegrees = 2.0;
 using AxLongitudes::fullTurn;
@@ -11,7 +14,7 @@ bool IsWithin(double middle, double focus)
 }
 
 /// Longitudes also across the antimeridian, where the same place has two.
-bool IsNear(const osg::Vec2d& middle, const osg::Vec3d& focus)
+bool IsNear(const QPointF& middle, const osg::Vec3d& focus)
 {
     return IsWithin(middle.y(), focus.y()) &&
            (IsWithin(middle.x(), focus.x()) || IsWithin(middle.x() - fullTurn, focus.x()) ||
@@ -19,28 +22,25 @@ bool IsNear(const osg::Vec2d& middle, const osg::Vec3d& focus)
 }
 } // namespace
 
-AxNearZones::AxNearZones(const AxNoflyZones& all)
-{
-    for (auto zone = all.zonePolygons.begin(); zone != all.zonePolygons.end(); ++zone) {
-        const osgEarth::Bounds box = zone.value().Box();
-        if (box.valid())
-            zones.push_back({zone.key(), osg::Vec2d(box.center().x(), box.center().y())});
-    }
-}
-
 bool AxNearZones::Update(const osgEarth::Viewpoint& viewpoint, const Tell& tell)
 {
     const bool isPlace = viewpoint.focalPoint().isSet();
     const osg::Vec3d focus = isPlace ? viewpoint.focalPoint()->vec3d() : osg::Vec3d();
-    const bool isLow = isPlace && viewpoint.getRange() < highestRange;
-    bool isOther = false;
-    for (Zone& zone : zones) {
-        const bool isNear = isLow && IsNear(zone.middle, focus);
-        if (isNear == zone.isNear)
-            continue;
-        zone.isNear = isNear;
-        isOther = true;
-        tell(zone.id, zone.middle, isNear);
+    std::vector<std::uint32_t> now;
+    if (isPlace && viewpoint.getRange() < highestRange)
+        now = zones.Near(focus.x(), focus.y(), nearDegrees, nearDegrees);
+    const std::vector<AxZoneOutline>& outlines = zones.Outlines();
+    now.erase(std::remove_if(now.begin(), now.end(),
+                             [&](std::uint32_t place) { return !IsNear(outlines[place].middle, focus); }),
+              now.end());
+    now.swap(near);
+    std::vector<std::uint32_t> changed;
+    std::set_symmetric_difference(now.begin(), now.end(), near.begin(), near.end(),
+                                  std::back_inserter(changed));
+    for (const std::uint32_t place : changed) {
+        const AxZoneOutline& zone = outlines[place];
+        tell(zone.id, osg::Vec2d(zone.middle.x(), zone.middle.y()),
+             std::binary_search(near.begin(), near.end(), place));
     }
-    return isOther;
+    return !changed.empty();
 }

@@ -1,5 +1,5 @@
 #pragma once
-#include "analysis/zones/AxNoflyZones.h"
+#include "analysis/zones/AxZoneIndex.h"
 #include "scene/base/AxEarthViewerExport.h"
 
 #include <osg/Vec2d>
@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
 #include <vector>
 
@@ -19,7 +20,8 @@ public:
     /// A camera farther from its focal point than this, metres, sees no zones.
     static constexpr double highestRange = 350000.0;
 
-    explicit AxNearZones(const AxNoflyZones& zones);
+    /// The zones outlive it.
+    explicit AxNearZones(const AxZoneIndex& all) : zones(all) {}
 
     /// A zone that has come near, or has gone; the middle of its box, degrees.
     using Tell = std::function<void(const QString& id, const osg::Vec2d& middle, bool isNear)>;
@@ -27,11 +29,6 @@ public:
     bool Update(const osgEarth::Viewpoint& viewpoint, const Tell& tell);
 
 private:
-    struct Zone
-    {
-        QString id;
-        osg::Vec2d middle;
-        bool isNear = false;
-    };
-    std::vector<Zone> zones;
+    const AxZoneIndex& zones;
+    std::vector<std::uint32_t> near; ///< ascending places in the outlines
 };

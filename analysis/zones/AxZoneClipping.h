@@ -20,12 +20,16 @@ struct AxClippedZone
     /// The same as one outline, for testing areas against it. Pieces and holes hang together by lines
     /// without width.
     QPolygonF outline;
-    /// Lifts that were left out: their ring, or the zone's, crosses itself in many places, or they cross each
-    /// other in hundreds.
+    /// Lifts that were left out: their ring, or the zone's, crosses itself or the others in thousands of
+    /// places.
     int unusable = 0;
 };
 
-/// Takes lifted areas out of a zone. Thread-safe.
+/// Takes lifted areas out of a zone. A ring that crosses itself encloses what the even-odd rule says.
+/// Thread-safe.
 AXEARTHVIEWER_EXPORT AxClippedZone AxClipZone(const AxRing& zone, const std::vector<AxRing>& lifts);
 
 AXEARTHVIEWER_EXPORT QPolygonF AxOutline(const AxRing& ring);
+
+/// Turns a ring counter-clockwise, or clockwise; its first point stays the first.
+void AxTurnRing(osgEarth::Symbology::Ring& ring, bool isCounterClockwise);

@@ -117,14 +117,12 @@ void AddClosed(const std::vector<osg::Vec2d>& ring, QPolygonF& outline)
     outline += outline[outline.size() - static_cast<int>(ring.size())];
 }
 
-/// Turned as asked for, from the same first point.
-void CopyTurned(const std::vector<osg::Vec2d>& from, Ring::Orientation orientation, Ring& to)
+void CopyTurned(const std::vector<osg::Vec2d>& from, bool isCounterClockwise, Ring& to)
 {
     to.reserve(from.size());
     for (const osg::Vec2d& point : from)
         to.push_back(point.x(), point.y(), 0.0);
-    if (to.getOrientation() != orientation)
-        std::reverse(to.begin() + 1, to.end());
+    AxTurnRing(to, isCounterClockwise);
 }
 } // namespace
 
@@ -149,9 +147,9 @@ std::optional<AxClippedZone> AxZoneWithHole(const AxRing& zone, const AxRing& li
     AddClosed(hole, left.outline);
     left.outline += left.outline.front();
     osg::ref_ptr<Polygon> piece = new Polygon;
-    CopyTurned(shell, Ring::ORIENTATION_CCW, *piece);
+    CopyTurned(shell, true, *piece);
     osg::ref_ptr<Ring> inner = new Ring;
-    CopyTurned(hole, Ring::ORIENTATION_CW, *inner);
+    CopyTurned(hole, false, *inner);
     piece->getHoles().push_back(inner);
     left.display = new MultiGeometry;
     left.display->add(piece);

@@ -7,6 +7,8 @@
 #include <osg/Math>
 #include <osgEarth/GeoMath>
 
+#include <QtNumeric>
+
 #include <algorithm>
 #include <cmath>
 
@@ -54,8 +56,8 @@ QPainterPath AxZoneOutline::Path() const
 
 bool AxZoneOutline::Contains(double longitude, double latitude) const
 {
-    const double middle = bounds.center().x();
-    const QPointF place(longitude - fullTurn * std::round((longitude - middle) / fullTurn), latitude);
+    const double centre = bounds.center().x();
+    const QPointF place(longitude - fullTurn * std::round((longitude - centre) / fullTurn), latitude);
     return bounds.contains(place) && Path().contains(place);
 }
 
@@ -66,15 +68,19 @@ std::vector<AxZoneOutline> AxZoneOutlines(const AxNoflyZones& zones)
     for (auto zone = zones.zonePolygons.begin(); zone != zones.zonePolygons.end(); ++zone) {
         AxZoneOutline outline;
         outline.id = zone.key();
+        const osgEarth::Bounds box = zone.value().Box();
+        if (box.valid()) {
+            outline.middle = QPointF(box.center().x(), box.center().y());
+            outline.bounds = QRectF(QPointF(box.xMin(), box.yMin()), QPointF(box.xMax(), box.yMax()));
+        } else {
+            outline.middle = QPointF(qQNaN(), qQNaN());
+        }
         const auto lifted = zones.zoneOutlines.find(zone.key());
         if (lifted != zones.zoneOutlines.end()) {
             outline.lifted = *lifted;
             outline.bounds = lifted->boundingRect();
         } else {
             outline.shape = zone.value();
-            const osgEarth::Bounds box = outline.shape.Box();
-            if (box.valid())
-                outline.bounds = QRectF(QPointF(box.xMin(), box.yMin()), QPointF(box.xMax(), box.yMax()));
         }
         outlines.push_back(outline);
     }
@@ -102,8 +108,10 @@ void AxPendingWorkers::Wait()
     count = 0;
 }
 
-CAxAreaIntersectOperate::CAxAreaIntersectOperate(std::vector<AxZoneOutline> share)
-    : osg::Referenced(true), osg::Operation("AreaIntersect Operation", true), zones(std::move(share))
+CAxAreaIntersectOperate::CAxAreaIntersectOperate(const AxZoneOutline* firstZone,
+                                                 const AxZoneOutline* endOfZones)
+    : osg::Referenced(true), osg::Operation("AreaIntersect Operation", true), first(firstZone),
+      end(endOfZones)
 {
 }
 
@@ -139,7 +147,8 @@ void CAxAreaIntersectOperate::test()
     const QPointF centre = areaBounds.center();
     const double radius = std::hypot(areaBounds.width(), areaBounds.height()) / 2.0;
     const double limit = radius * metresPerDegree + farthestMetres;
-    for (const AxZoneOutline& zone : zones) {
+    for (const AxZoneOutline* it = first; it != end; ++it) {
+        const AxZoneOutline& zone = *it;
         const QPointF middle = zone.bounds.center();
         if (IsBeyond(middle, centre, limit) || Distance(middle, centre) > limit)
             continue;

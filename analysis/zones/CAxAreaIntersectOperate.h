@@ -19,8 +19,9 @@
 /// The outline of a zone that areas are tested against. Degrees.
 struct AXEARTHVIEWER_EXPORT AxZoneOutline
 {
-    QString id;    ///< as in the zone file
-    QRectF bounds; ///< around the outline: longitude (x), latitude (y)
+    QString id;     ///< as in the zone file
+    QRectF bounds;  ///< around the outline: longitude (x), latitude (y)
+    QPointF middle; ///< of the box around the zone as decreed; NaN for a zone without an area
     /// What is left of a zone with lifts.
     QPolygonF lifted;
     /// The zone itself where it has none, else empty.
@@ -62,8 +63,8 @@ private:
 class AXEARTHVIEWER_EXPORT CAxAreaIntersectOperate : public osg::Operation
 {
 public:
-    /// The share of the zones that it tests against.
-    explicit CAxAreaIntersectOperate(std::vector<AxZoneOutline> zones);
+    /// The share of the zones that it tests against, from `first` to before `end`; they outlive it.
+    CAxAreaIntersectOperate(const AxZoneOutline* first, const AxZoneOutline* end);
 
     /// The counter hears of the end; it and the area outlive the run.
     void SetJob(const osgEarth::Symbology::Geometry& area, AxPendingWorkers& pending);
@@ -75,7 +76,8 @@ private:
     ~CAxAreaIntersectOperate() override;
     void test();
 
-    std::vector<AxZoneOutline> zones;
+    const AxZoneOutline* first;
+    const AxZoneOutline* end;
     const osgEarth::Symbology::Geometry* area = nullptr;
     AxPendingWorkers* pendingWorkers = nullptr;
     bool pending = false;

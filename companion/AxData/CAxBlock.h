@@ -83,7 +83,8 @@ public:
     int GetVideoRadius() const { return m_videoRadius; }
     void SetVideoRadius(int metres) { m_videoRadius = metres; }
 
-    /// Mean altitude of the block's terrain in metres, 0 until set.
+    /// Mean altitude of the block's terrain in metres, 0 until set. The viewer works it out and sets it some
+    /// moments after the vertices have changed, unless it has been set to another value by then.
     double GetAverageAltitude() const { return m_averageAltitude; }
     void SetAverageAltitude(double metres) { m_averageAltitude = metres; }
 

@@ -5,6 +5,8 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/CAxElevationQuery.h"
 
+#include <AxData/CAxBlockManager.h>
+
 #include <osg/Geode>
 
 #include <QSignalSpy>
@@ -18,6 +20,15 @@ public:
     int last = 0;
 public slots:
     void SetValue(int percent) { last = percent; }
+};
+
+class Outlines : public QObject
+{
+    Q_OBJECT
+public:
+    QList<int> numbers;
+public slots:
+    void slotModelBound(QVariant bound) { numbers += bound.toList()[0].toInt(); }
 };
 
 namespace {
@@ -230,13 +241,52 @@ TEST_F(Zones, ModelBoundJobDrawsTheOutlineOfAModel)
     }
     EXPECT_EQ(drawn->getNumDrawables(), 1u);
 
-    // Of two jobs on the way each outline comes into its own geode.
+    // Of several jobs on the way each is done, each outline comes into its own geode, and who asked for one
+    // hears of that one.
     const osg::ref_ptr<osg::Geode> other = new osg::Geode;
-    process->SetModelBoundPara(model, place, 8, 0.0, drawn, nullptr);
-    process->SetModelBoundPara(model, place, 9, 0.0, other, nullptr);
-    ASSERT_TRUE(waitFor([&] { return told.last()[0].value<QVariant>().toList()[0].toInt() == 9; }));
-    EXPECT_EQ(other->getNumDrawables(), 1u);
-    EXPECT_EQ(drawn->getNumDrawables(), static_cast<unsigned>(told.size() - 1));
+    Outlines eighth;
+    Outlines ninth;
+    process->SetModelBoundPara(model, place, 8, 0.0, drawn, &eighth);
+    process->SetModelBoundPara(model, place, 9, 0.0, other, &ninth);
+    process->SetModelBoundPara(model, place, 10, 0.0, other, nullptr);
+    ASSERT_TRUE(waitFor([&] { return told.size() == 4; }));
+    EXPECT_EQ(drawn->getNumDrawables(), 2u);
+    EXPECT_EQ(other->getNumDrawables(), 2u);
+    EXPECT_EQ(eighth.numbers, QList<int>{8});
+    EXPECT_EQ(ninth.numbers, QList<int>{9});
+}
+
+TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
+{
+    CAxBlockManager& blocks = CAxBlockManager::instance();
+    const QList<QPointF> mountains{{-105.05, 37.45}, {-104.95, 37.45}, {-104.95, 37.55}, {-105.05, 37.55}};
+    CAxBlock* const area = blocks.AddBlock("area", CAxBlock::PolygonBlock);
+    area->SetAnchor(mountains);
+    CAxBlock* const line = blocks.AddBlock("line", CAxBlock::StripBlock);
+    line->SetAnchor(mountains.mid(0, 2));
+    blocks.AddBlock("gone", CAxBlock::PolygonBlock)->SetAnchor(mountains);
+    blocks.DeleteBlock("gone");
+    CAxBlock* const known = blocks.AddBlock("known", CAxBlock::PolygonBlock);
+    known->SetAnchor(mountains);
+    known->SetAverageAltitude(7.0);
+    ASSERT_TRUE(
+        waitFor([&] { return area->GetAverageAltitude() != 0.0 && line->GetAverageAltitude() != 0.0; }));
+
+    CAxElevationQuery sampled;
+    process->SetElevationQueryPara(30, 30, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05),
+                                   {}, nullptr, &sampled);
+    process->block();
+    double sum = 0.0;
+    for (const QVariant& place : sampled.GetResult().toList())
+        sum += place.toList()[2].toDouble();
+    EXPECT_NEAR(area->GetAverageAltitude(), sum / 900.0, 30.0);
+    EXPECT_GT(line->GetAverageAltitude(), 1300.0);
+    // Its vertices are set last, so all others have been answered.
+    CAxBlock* const last = blocks.AddBlock("last", CAxBlock::VideoBlock);
+    last->SetAnchor(mountains.mid(0, 1));
+    ASSERT_TRUE(waitFor([&] { return last->GetAverageAltitude() != 0.0; }));
+    EXPECT_EQ(known->GetAverageAltitude(), 7.0) << "what a host has set meanwhile stands";
+    blocks.DeleteAllBlocks();
 }
 
 #include "zones_test.moc"

@@ -1,0 +1,64 @@
+#include "analysis/AxBlockAltitudes.h"
+#include "scene/AxScene.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <osgEarth/MapNode>
+
+AxBlockAltitudes::AxBlockAltitudes(AxScene& drawn) : scene(drawn)
+{
+    thread.setMaxThreadCount(1);
+    CAxBlockManager& blocks = CAxBlockManager::instance();
+    connect(&blocks, &CAxBlockManager::blockChanged, this, &AxBlockAltitudes::slotChanged);
+    connect(&blocks, &CAxBlockManager::blockDeleted, this, &AxBlockAltitudes::slotDeleted);
+    for (const CAxBlock* block : blocks.GetBlockList())
+        slotChanged(block->GetBlockID());
+}
+
+AxBlockAltitudes::~AxBlockAltitudes()
+{
+    for (const Asked& job : qAsConst(asked))
+        *job.isOff = true;
+    thread.clear();
+    thread.waitForDone();
+}
+
+void AxBlockAltitudes::slotDeleted(const QString& id)
+{
+    const auto job = asked.find(id);
+    if (job == asked.end())
+        return;
+    *job->isOff = true;
+    asked.erase(job);
+}
+
+void AxBlockAltitudes::slotChanged(const QString& id)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    // It may be the name alone that has changed.
+    if (!block || asked.value(id).vertices == block->GetAnchor())
+        return;
+    slotDeleted(id);
+    if (!scene.MapNode())
+        return;
+    AxMeanAltitudeJob job;
+    job.map = scene.MapNode()->getMap();
+    job.vertices = block->GetAnchor();
+    job.isArea = block->GetBlockType() != CAxBlock::StripBlock;
+    const auto isOff = std::make_shared<std::atomic<bool>>(false);
+    asked.insert(id, {job.vertices, block->GetAverageAltitude(), isOff});
+    thread.start([this, id, job, isOff] {
+        if (const std::optional<double> altitude = AxMeanAltitude(job, *isOff))
+            QMetaObject::invokeMethod(
+                this, [this, id, isOff, altitude] { write(id, isOff, *altitude); }, Qt::QueuedConnection);
+    });
+}
+
+void AxBlockAltitudes::write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job,
+                             double altitude)
+{
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    const Asked wanted = asked.value(id);
+    if (block && wanted.isOff == job && block->GetAverageAltitude() == wanted.former)
+        block->SetAverageAltitude(altitude);
+}

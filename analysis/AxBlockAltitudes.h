@@ -1,0 +1,47 @@
+#pragma once
+#include "analysis/AxMeanAltitude.h"
+
+#include <QMap>
+#include <QObject>
+#include <QThreadPool>
+
+#include <memory>
+
+class AxScene;
+
+/**
+ * Writes the average altitude of its ground into each block's record when its
+ * vertices have changed. A thread of its own reads the heights, because a source
+ * may keep it waiting; the record is written soon afterwards, unless somebody
+ * else has written it meanwhile.
+ *
+ * Owned by CAxAncillaryProcess. GUI thread.
+ */
+class AxBlockAltitudes : public QObject
+{
+    Q_OBJECT
+public:
+    /// The scene outlives it.
+    explicit AxBlockAltitudes(AxScene& scene);
+    /// Calls the work off and waits for the thread.
+    ~AxBlockAltitudes() override;
+
+private slots:
+    void slotChanged(const QString& id);
+    void slotDeleted(const QString& id);
+
+private:
+    /// What a block was last asked for.
+    struct Asked
+    {
+        QList<QPointF> vertices;
+        double former = 0.0; ///< the altitude in the record at that time
+        std::shared_ptr<std::atomic<bool>> isOff;
+    };
+
+    void write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job, double altitude);
+
+    AxScene& scene;
+    QMap<QString, Asked> asked; // by the block's id
+    QThreadPool thread;
+};

@@ -1,0 +1,85 @@
+#include "analysis/zones/AxRingCrossings.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int mostCrossings = 5000;
+/// Pairs of edges whose boxes meet, which is all that a crossing could be between.
+constexpr int mostPairs = 2000000;
+
+/// Positive when the way from a over b to c turns left, zero when it is straight.
+double Turn(const osg::Vec2d& a, const osg::Vec2d& b, const osg::Vec2d& c)
+{
+    return (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
+}
+
+bool AreOnOneSide(double a, double b)
+{
+    return (a > 0.0 && b > 0.0) || (a < 0.0 && b < 0.0);
+}
+
+osgEarth::Bounds BoxOf(const osg::Vec2d& from, const osg::Vec2d& to)
+{
+    osgEarth::Bounds box;
+    box.expandBy(from.x(), from.y());
+    box.expandBy(to.x(), to.y());
+    return box;
+}
+} // namespace
+
+std::vector<AxRingCrossings::Edge> AxRingCrossings::edgesOf(const std::vector<osg::Vec3d>& ring)
+{
+    std::vector<Edge> edges;
+    edges.reserve(ring.size());
+    for (std::size_t i = 0; i < ring.size(); ++i) {
+        const osg::Vec3d& from = ring[i];
+        const osg::Vec3d& to = ring[(i + 1) % ring.size()];
+        if (from != to)
+            edges.push_back({osg::Vec2d(from.x(), from.y()), osg::Vec2d(to.x(), to.y())});
+    }
+    return edges;
+}
+
+bool AxRingCrossings::doMeet(const Edge& a, const Edge& b)
+{
+    return !AreOnOneSide(Turn(a.from, a.to, b.from), Turn(a.from, a.to, b.to)) &&
+           !AreOnOneSide(Turn(b.from, b.to, a.from), Turn(b.from, b.to, a.to));
+}
+
+bool AxRingCrossings::Add(const std::vector<osg::Vec3d>& points)
+{
+    std::vector<Edge> edges = edgesOf(points);
+    std::vector<osgEarth::Bounds> boxes;
+    boxes.reserve(edges.size());
+    for (const Edge& edge : edges)
+        boxes.push_back(BoxOf(edge.from, edge.to));
+    rings.push_back({std::move(edges), AxBoxTree(boxes)});
+
+    const Ring& added = rings.back();
+    const std::size_t last = added.edges.size() - 1;
+    int met = count;
+    int pairs = 0;
+    std::vector<std::uint32_t> found;
+    for (const Ring& ring : rings) {
+        if (!ring.tree.Extent().intersects(added.tree.Extent()))
+            continue;
+        const bool isOwn = &ring == &added;
+        for (std::size_t i = 0; i < added.edges.size(); ++i) {
+            found.clear();
+            ring.tree.Find(boxes[i], found);
+            pairs += static_cast<int>(found.size());
+            for (const std::uint32_t other : found) {
+                // Each pair of the ring's own edges once, and no neighbours.
+                const bool isPassedOver = isOwn && (other <= i + 1 || (i == 0 && other == last));
+                if (!isPassedOver && doMeet(added.edges[i], ring.edges[other]))
+                    ++met;
+            }
+            if (met > mostCrossings || pairs > mostPairs) {
+                rings.pop_back();
+                return false;
+            }
+        }
+    }
+    count = met;
+    return true;
+}
