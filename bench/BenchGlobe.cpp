@@ -51,11 +51,16 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds)
     return true;
 }
 
+osgEarth::Viewpoint viewpointOf(View view)
+{
+    return tourStops[view].Viewpoint();
+}
+
 void goTo(View view)
 {
     CAxEarthViewer& widget = globe();
     const TourStop& stop = tourStops[view];
-    widget.getManipulator()->setViewpoint(stop.Viewpoint(), 0.0);
+    widget.getManipulator()->setViewpoint(viewpointOf(view), 0.0);
     if (!waitFor([&] { return widget.IsPictureComplete(); }, 60000)) {
         std::fprintf(stderr, "the picture of %s did not become complete within a minute\n", stop.name);
         std::exit(1);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <osgEarth/Viewpoint>
 
 class CAxEarthViewer;
 
@@ -22,6 +23,8 @@ constexpr int kHeight = 800;
 /// The viewer on the shipped off-line map, opened at the first call and kept
 /// for the life of the process.
 CAxEarthViewer& globe();
+
+osgEarth::Viewpoint viewpointOf(View view);
 
 /// Flies there at once and waits until the picture is complete. Ends the
 /// process with a message when that takes a minute.
