@@ -58,13 +58,29 @@ bool onBorder(const osg::Vec2f& a, const osg::Vec2f& b)
 
 TEST(TileMesh, LevelGroundNeedsFewTrianglesAndRoughGroundMany)
 {
-    const TileMesh level = buildTileMesh(kTile, flat(100.0f), 20.0, 50.0);
+    const TileMesh level = buildTileMesh(kTile, flat(100.0f), 60.0, 50.0);
     EXPECT_EQ(level.surfaceIndexCount, 6u);
     EXPECT_DOUBLE_EQ(level.hiddenDetail, 0.0);
 
     const TileMesh hills = buildTileMesh(kTile, rough(1), 5.0, 50.0);
     EXPECT_GT(hills.surfaceIndexCount, 3000u);
     EXPECT_GT(hills.hiddenDetail, 10.0);
+}
+
+TEST(TileMesh, LevelGroundStaysRoundToATwelfthOfTheTolerance)
+{
+    const TileBounds wide{0.0, 40.0, 5.625, 45.625};
+    const double tolerance = 3000.0;
+    const TileMesh mesh = buildTileMesh(wide, flat(0.0f), tolerance, 50.0);
+    EXPECT_LT(mesh.surfaceIndexCount, 600u);
+    double deepest = 0.0;
+    for (std::size_t i = 0; i < mesh.surfaceIndexCount; i += 3)
+        for (std::size_t k = 0; k < 3; ++k) {
+            const osg::Vec3d edge(mesh.positions[mesh.indices[i + (k + 1) % 3]] -
+                                  mesh.positions[mesh.indices[i + k]]);
+            deepest = std::max(deepest, edge.length2() / (8.0 * 6378137.0));
+        }
+    EXPECT_LT(deepest, 1.05 * tolerance / 12.0);
 }
 
 TEST(TileMesh, EveryInnerEdgeIsSharedByExactlyTwoTriangles)

@@ -27,7 +27,7 @@ TerrainView downFrom(double altitude)
 TileBulk ballAt(double longitude, double latitude, double radius)
 {
     const osg::Vec3d centre = geodeticToWorld(longitude, latitude, 0.0);
-    return {{centre, radius}, occludeeOf(centre, {osg::Vec3f()}, radius)};
+    return {{centre, radius}, occludeeOf(centre, {osg::Vec3f()}, radius), {}, 0.0, 0.0};
 }
 
 } // namespace
@@ -61,8 +61,8 @@ TEST(TileContent, ATileThatNobodySeesShowsItsParentsPicture)
     osg::ref_ptr<Map> map = new Map;
     map->addImageLayer(new ImageLayer("stripes", options));
     const TileSources sources(*map);
-    const auto never = [](const TileBulk&) { return false; };
-    const auto always = [](const TileBulk&) { return true; };
+    const auto never = [](const TileContent&) { return false; };
+    const auto always = [](const TileContent&) { return true; };
 
     const TileKey key = Registry::instance()->getGlobalGeodeticProfile()->createTileKey(0.5, 0.5, 7);
     const auto parent = makeTileContent(key, sources, std::nullopt, never, 1);

@@ -6,19 +6,15 @@
 
 namespace osgEarth {
 namespace {
-// The occluding ellipsoid is WGS 84 made smaller by more than the depth of the lowest land, metres.
-constexpr double kLowestGround = 2000.0;
-constexpr double kEquatorial = wgs84::kEquatorialRadius - kLowestGround;
-constexpr double kPolar = wgs84::kPolarRadius - kLowestGround;
-
-osg::Vec3d scaleToSphere(const osg::Vec3d& world)
+osg::Vec3d scaleToSphere(const osg::Vec3d& world, double lowestGround)
 {
-    return {world.x() / kEquatorial, world.y() / kEquatorial, world.z() / kPolar};
+    const double equatorial = wgs84::kEquatorialRadius - lowestGround;
+    return {world.x() / equatorial, world.y() / equatorial, world.z() / (wgs84::kPolarRadius - lowestGround)};
 }
 } // namespace
 
-Horizon::Horizon(const osg::Vec3d& eyeWorld)
-    : _eye(scaleToSphere(eyeWorld)), _horizonSquared(_eye.length2() - 1.0)
+Horizon::Horizon(const osg::Vec3d& eyeWorld, double lowestGround)
+    : _eye(scaleToSphere(eyeWorld, lowestGround)), _horizonSquared(_eye.length2() - 1.0)
 {
 }
 
@@ -36,15 +32,15 @@ bool Horizon::hides(const OccludeePoint& point) const
 // tile's middle at the height from which the position is just hidden; the
 // highest of these heights stands for all positions.
 OccludeePoint occludeeOf(const osg::Vec3d& origin, const std::vector<osg::Vec3f>& positions,
-                         double extraHeight)
+                         double extraHeight, double lowestGround)
 {
     OccludeePoint result;
-    osg::Vec3d axis = scaleToSphere(origin);
+    osg::Vec3d axis = scaleToSphere(origin, lowestGround);
     axis.normalize();
     double highest = 1.0;
     for (const osg::Vec3f& position : positions) {
-        osg::Vec3d scaled = scaleToSphere(origin + osg::Vec3d(position));
-        const double distance = std::max(1.0, scaled.length() + extraHeight / kPolar);
+        osg::Vec3d scaled = scaleToSphere(origin + osg::Vec3d(position), lowestGround);
+        const double distance = std::max(1.0, scaled.length() + extraHeight / wgs84::kPolarRadius);
         scaled.normalize();
         const double cosToAxis = std::min(1.0, scaled * axis);
         const double sinToAxis = std::sqrt(1.0 - cosToAxis * cosToAxis);

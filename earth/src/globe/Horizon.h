@@ -15,9 +15,13 @@ struct OccludeePoint
     osg::Vec3d scaled;
 };
 
+/// How far below WGS84 the lowest ground lies, metres: of land, and where a map knows the floor of the sea.
+constexpr double kLowestLand = 2000.0;
+constexpr double kLowestSeaFloor = 11500.0;
+
 /// The ellipsoid as an obstacle, as seen from an eye. The ellipsoid is WGS84
 /// shrunk below the lowest ground, so that a sea-level tile is never thought
-/// hidden behind itself.
+/// hidden behind itself. Points that are tested were made with the same ground.
 ///
 /// The test works in a space scaled so that the ellipsoid is the unit sphere:
 /// a point is hidden when it lies beyond the plane of the horizon circle and
@@ -26,7 +30,7 @@ class Horizon
 {
 public:
     Horizon() = default;
-    explicit Horizon(const osg::Vec3d& eyeWorld);
+    explicit Horizon(const osg::Vec3d& eyeWorld, double lowestGround = kLowestLand);
 
     bool hides(const OccludeePoint& point) const;
 
@@ -38,5 +42,5 @@ private:
 
 /// The occludee point of positions given relative to a geocentric origin.
 OccludeePoint occludeeOf(const osg::Vec3d& origin, const std::vector<osg::Vec3f>& positions,
-                         double extraHeight);
+                         double extraHeight, double lowestGround = kLowestLand);
 } // namespace osgEarth

@@ -1,11 +1,11 @@
 #include <osgEarth/ElevationQuery>
 
-#include "layers/LayerHeights.h"
+#include "layers/TerrainHeights.h"
 
 #include <algorithm>
 #include <cmath>
 #include <list>
-#include <optional>
+#include <osg/Math>
 
 namespace osgEarth {
 namespace {
@@ -18,16 +18,17 @@ struct ElevationQuery::Impl
 {
     struct Window
     {
-        UID layer;
+        size_t finest;
         double cell;
         GeoExtent extent;
-        std::shared_ptr<const HeightWindow> heights;
+        TerrainHeights heights;
     };
 
     osg::ref_ptr<const Map> map;
     Revision revision{-1};
-    ElevationLayerVector layers; ///< finest first, later in the stack first among equals
-    std::list<Window> windows;   ///< last used first
+    ElevationLayerVector layers; ///< finest first
+    double reach = 0.0;
+    std::list<Window> windows; ///< last used first
 
     void sync()
     {
@@ -36,45 +37,48 @@ struct ElevationQuery::Impl
             return;
         revision = now;
         windows.clear();
-        layers.clear();
-        map->getElevationLayers(layers);
-        std::reverse(layers.begin(), layers.end());
-        std::stable_sort(layers.begin(), layers.end(), [](const auto& a, const auto& b) {
-            return a->getDataResolution() < b->getDataResolution();
-        });
+        layers = TerrainHeights::layersOf(*map);
+        reach = TerrainHeights::reachOf(layers);
     }
 
-    std::optional<double> heightIn(const ElevationLayer& layer, double lon, double lat, double wanted,
-                                   double& cell)
+    /// The finest layer that has a say at a place, be it only by a step at its edge.
+    size_t finestAt(double lon, double lat) const
     {
-        const double resolution = layer.getDataResolution();
-        const double coarse = std::max(wanted, resolution);
+        const double wide = reach / std::max(0.05, std::cos(osg::DegreesToRadians(lat)));
+        size_t i = 0;
+        for (; i < layers.size(); ++i) {
+            GeoExtent extent = layers[i]->getDataExtent();
+            extent.expand(4.0 * wide, 4.0 * reach);
+            if (extent.contains(lon, lat))
+                break;
+        }
+        return i;
+    }
+
+    TerrainHeights::Answer answerAt(double lon, double lat, double wanted)
+    {
+        const size_t finest = finestAt(lon, lat);
+        if (finest == layers.size())
+            return {};
+        const double cell = std::max(wanted, layers[finest]->getDataResolution());
         for (auto w = windows.begin(); w != windows.end(); ++w)
-            if (w->layer == layer.getUID() && w->cell == coarse && w->extent.contains(lon, lat)) {
+            if (w->finest == finest && w->cell == cell && w->extent.contains(lon, lat)) {
                 windows.splice(windows.begin(), windows, w);
-                return answer(windows.front(), lon, lat, cell);
+                return windows.front().heights.answerAt(lon, lat);
             }
         // Windows start at multiples of their size, so that queries close to each other share one.
-        const double size = coarse * kWindowSamples;
+        const double size = cell * kWindowSamples;
         const double west = std::floor((lon + 180.0) / size) * size - 180.0;
         const double south = std::floor((lat + 90.0) / size) * size - 90.0;
-        Window window{layer.getUID(), coarse,
-                      GeoExtent(SpatialReference::get("wgs84"), west, std::max(-90.0, south),
-                                std::min(180.0, west + size), std::min(90.0, south + size)),
-                      nullptr};
-        window.heights = readHeightWindow(layer, window.extent, wanted);
-        windows.push_front(window);
+        const GeoExtent extent(SpatialReference::get("wgs84"), west, std::max(-90.0, south),
+                               std::min(180.0, west + size), std::min(90.0, south + size));
+        ElevationLayerVector asked;
+        for (size_t i = finest; i < layers.size(); ++i)
+            asked.push_back(layers[i]);
+        windows.push_front({finest, cell, extent, TerrainHeights(asked, extent, wanted)});
         if (windows.size() > kMaxWindows)
             windows.pop_back();
-        return answer(windows.front(), lon, lat, cell);
-    }
-
-    static std::optional<double> answer(const Window& window, double lon, double lat, double& cell)
-    {
-        if (!window.heights)
-            return std::nullopt;
-        cell = window.heights->cellSizeDegrees();
-        return window.heights->heightAt(lon, lat);
+        return windows.front().heights.answerAt(lon, lat);
     }
 };
 
@@ -95,19 +99,17 @@ bool ElevationQuery::getElevation(const GeoPoint& point, double& out_elevation, 
         return false;
     _impl->sync();
     const double lon = p.x() - 360.0 * std::floor((p.x() + 180.0) / 360.0);
-    for (const auto& layer : _impl->layers) {
-        if (!layer->isOpen() || !layer->getVisible() || !layer->getDataExtent().contains(lon, p.y()))
-            continue;
-        double cell = 0.0;
-        const auto height = _impl->heightIn(*layer, lon, p.y(), desiredResolution, cell);
-        if (!height)
-            continue;
-        out_elevation = *height;
-        if (out_actualResolution)
-            *out_actualResolution = cell;
-        return true;
+    const TerrainHeights::Answer answer = _impl->answerAt(lon, p.y(), desiredResolution);
+    if (!answer.known)
+        return false;
+    out_elevation = answer.height;
+    if (out_actualResolution) {
+        // Coarser heights come out of levels that halve the resolution each.
+        *out_actualResolution = answer.cell;
+        while (answer.cell > 0.0 && 2.0 * *out_actualResolution <= desiredResolution)
+            *out_actualResolution *= 2.0;
     }
-    return false;
+    return true;
 }
 
 bool ElevationQuery::getElevations(std::vector<osg::Vec3d>& points, const SpatialReference* srs, bool ignoreZ,

@@ -1,7 +1,6 @@
 #include "sources/RasterSource.h"
 
 #include "sources/GdalRaster.h"
-#include "sources/HeightWindow.h"
 #include "sources/Resampler.h"
 #include "sources/TileService.h"
 
@@ -102,6 +101,14 @@ RasterSource::Answer RasterSource::readWrapped(int level, int x, int w, int h, s
     return all;
 }
 
+RasterSource::Answer RasterSource::readFloatsWrapped(int level, int x, int y, int w, int h,
+                                                     std::vector<float>& out, ProgressCallback* progress)
+{
+    return readWrapped<float, 1>(level, x, w, h, out, [&](int from, int count, float* heights) {
+        return readFloats(level, from, y, count, h, heights, progress);
+    });
+}
+
 RasterSource::Answer RasterSource::readImage(const GeoExtent& extent, int size, osg::ref_ptr<osg::Image>& out,
                                              ProgressCallback* progress)
 {
@@ -156,74 +163,5 @@ RasterSource::Answer RasterSource::readImage(const GeoExtent& extent, int size, 
         return Answer::Nothing;
     out = image;
     return Answer::Data;
-}
-
-std::shared_ptr<const HeightWindow>
-RasterSource::readHeights(const GeoExtent& extent, double wantedCellDegrees, ProgressCallback* progress)
-{
-    if (!extent.isValid() || !_geographicExtent.intersects(extent))
-        return nullptr;
-    // The rectangle in the raster's own system, then in its columns and rows.
-    double xmin = extent.west(), ymin = extent.south(), xmax = extent.west() + extent.width(),
-           ymax = extent.north();
-    if (!extent.getSRS()->transformExtentToMBR(_grid.srs.get(), xmin, ymin, xmax, ymax))
-        return nullptr;
-    if (_grid.srs->isGeographic()) {
-        const double centre = _grid.toSrs[0] + _grid.toSrs[1] * _grid.width / 2.0;
-        const double shift = 360.0 * std::round((centre - (xmin + xmax) / 2.0) / 360.0);
-        xmin += shift;
-        xmax += shift;
-    }
-    double c0 = INFINITY, r0 = INFINITY, c1 = -INFINITY, r1 = -INFINITY;
-    const double* f = _grid.fromSrs;
-    for (int corner = 0; corner < 4; ++corner) {
-        const double x = (corner & 1) ? xmax : xmin, y = (corner & 2) ? ymax : ymin;
-        const double c = f[0] + f[1] * x + f[2] * y, r = f[3] + f[4] * x + f[5] * y;
-        c0 = std::min(c0, c);
-        c1 = std::max(c1, c);
-        r0 = std::min(r0, r);
-        r1 = std::max(r1, r);
-    }
-    if (!_grid.wraps && (c0 > _grid.width || c1 < 0.0))
-        return nullptr;
-    if (r0 > _grid.height || r1 < 0.0)
-        return nullptr;
-
-    int level = 0;
-    if (_resolutionDegrees > 0.0 && wantedCellDegrees > _resolutionDegrees)
-        level =
-            std::clamp(static_cast<int>(std::floor(std::log2(wantedCellDegrees / _resolutionDegrees) + 1e-6)),
-                       0, _grid.levels());
-    for (;; ++level) {
-        const int width = _grid.widthAt(level), height = _grid.heightAt(level);
-        const double scaleX = static_cast<double>(_grid.width) / width;
-        const double scaleY = static_cast<double>(_grid.height) / height;
-        int x0 = static_cast<int>(std::floor(std::max(c0, -1.0 * _grid.width) / scaleX - 0.5)) - 1;
-        int x1 = static_cast<int>(std::ceil(std::min(c1, 2.0 * _grid.width) / scaleX + 0.5)) + 1;
-        if (!_grid.wraps) {
-            x0 = std::clamp(x0, 0, width - 1);
-            x1 = std::clamp(x1, x0 + 1, width);
-        }
-        const int y0 = std::clamp(static_cast<int>(std::floor(r0 / scaleY - 0.5)) - 1, 0, height - 1);
-        const int y1 = std::clamp(static_cast<int>(std::ceil(r1 / scaleY + 0.5)) + 1, y0 + 1, height);
-        const int w = x1 - x0, h = y1 - y0;
-        if (static_cast<long long>(w) * h > kMaxWindowPixels && level < _grid.levels())
-            continue;
-
-        std::vector<float> samples;
-        const Answer answer =
-            readWrapped<float, 1>(level, x0, w, h, samples, [&](int x, int count, float* heights) {
-                return readFloats(level, x, y0, count, h, heights, progress);
-            });
-        if (answer != Answer::Data ||
-            std::all_of(samples.begin(), samples.end(), [](float v) { return std::isnan(v); }))
-            return nullptr;
-        const double* g = _grid.toSrs;
-        const double toSource[6] = {
-            g[0] + x0 * scaleX * g[1] + y0 * scaleY * g[2], g[1] * scaleX, g[2] * scaleY,
-            g[3] + x0 * scaleX * g[4] + y0 * scaleY * g[5], g[4] * scaleX, g[5] * scaleY};
-        return std::make_shared<const HeightWindow>(std::move(samples), w, h, toSource, _grid.srs.get(),
-                                                    _resolutionDegrees * std::max(scaleX, scaleY));
-    }
 }
 } // namespace osgEarth

@@ -7,11 +7,24 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
 namespace osgEarth {
+class HeightGrid;
 class HeightWindow;
+struct PixelBox;
+
+/// A raster of heights as a whole, kept in memory: coarse grids, each half the one before.
+struct HeightOverview
+{
+    /// Of the raster, of the first grid.
+    int firstLevel = 0;
+    std::vector<std::shared_ptr<const HeightGrid>> grids;
+    /// Whether its lowest and highest heights are those of the samples and not of means.
+    bool exact = false;
+};
 
 /// What the layer tells the source it opens.
 struct RasterRequest
@@ -70,7 +83,12 @@ public:
                      ProgressCallback* progress);
     /// See osgEarth::readHeightWindow.
     std::shared_ptr<const HeightWindow> readHeights(const GeoExtent& geographicExtent,
-                                                    double wantedCellDegrees, ProgressCallback* progress);
+                                                    double wantedCellDegrees, double reachDegrees,
+                                                    ProgressCallback* progress);
+    /// Made at the first call, which reads the raster through; null when that fails.
+    std::shared_ptr<const HeightOverview> heightOverview(ProgressCallback* progress);
+    /// The rectangle of the raster that holds a geographic one; false where its projection has none.
+    bool pixelBoxOf(const GeoExtent& geographicExtent, PixelBox& out) const;
 
 protected:
     RasterSource() = default;
@@ -89,13 +107,23 @@ public:
 protected:
     RasterGrid _grid;
     osg::ref_ptr<const Profile> _profile;
+    /// At most this many samples are read for the overview.
+    long long _overviewPixels = 2048LL * 2048LL;
 
 private:
+    std::shared_ptr<const HeightGrid> readGrid(int level, int x0, int y0, int w, int h,
+                                               ProgressCallback* progress);
+    std::vector<std::shared_ptr<const HeightGrid>>
+    readOutward(const PixelBox& box, int level, double reachDegrees, ProgressCallback* progress);
     // Reads a rectangle that may reach over the antimeridian of a wrapping raster.
     template <typename T, int N, typename Read>
     Answer readWrapped(int level, int x, int w, int h, std::vector<T>& out, Read read);
+    Answer readFloatsWrapped(int level, int x, int y, int w, int h, std::vector<float>& out,
+                             ProgressCallback* progress);
 
     GeoExtent _geographicExtent;
     double _resolutionDegrees = 0.0;
+    std::mutex _overviewMutex;
+    std::shared_ptr<const HeightOverview> _overview;
 };
 } // namespace osgEarth

@@ -1,8 +1,8 @@
 #include "terrain/TileContent.h"
 #include "globe/Wgs84.h"
 
-#include "layers/LayerHeights.h"
 #include "terrain/ReliefShade.h"
+#include "terrain/SourceRelief.h"
 #include "terrain/TilePicture.h"
 
 #include <osgEarth/ElevationLayer>
@@ -22,22 +22,24 @@ constexpr double kMeshToleranceTexels = 1.5;
 /// Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky
 /// Mountains.
 constexpr double kTypicalShare = 0.35;
-/// Skirts cover what two adjacent borders may differ by: their tolerances and one level's detail.
+/// The same of the largest single deviation, where that stands out: a step between two sources is a line.
+constexpr double kOutstandingShare = 0.2;
+/// Skirts cover what two adjacent borders may differ by: their tolerances,
 constexpr double kSkirtTexels = 3.0;
+/// and what the border has of detail, twice.
+constexpr double kSkirtReliefs = 2.0;
 /// Once grid cells are this much smaller than the source's, deeper tiles repeat the same surface.
 constexpr double kCellsPerSourceCell = 8.0;
-/// A coarse source is bent to meet a finer one within this many of its own cells.
-constexpr double kBlendCells = 1.5;
 
 double texelMetres(const TileBounds& bounds)
 {
     return bounds.height() * kMetresPerDegree / kTilePictureSize;
 }
 
-HeightRaster sampleHeights(const TileBounds& bounds, const HeightStack& stack)
+HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heights)
 {
     HeightRaster raster(kRasterSize, 1);
-    if (stack.empty())
+    if (heights.empty())
         return raster;
     const double stepY = bounds.height() / (kRasterSize - 1);
     const double stepX = bounds.width() / (kRasterSize - 1);
@@ -49,7 +51,7 @@ HeightRaster sampleHeights(const TileBounds& bounds, const HeightStack& stack)
                 longitude -= 360.0;
             else if (longitude < -180.0)
                 longitude += 360.0;
-            raster.at(column, row) = static_cast<float>(stack.heightAt(longitude, latitude).value_or(0.0));
+            raster.at(column, row) = static_cast<float>(heights.at(longitude, latitude));
         }
     }
     return raster;
@@ -77,12 +79,6 @@ TileBounds widened(const TileBounds& bounds, double degrees)
     return {bounds.west - degrees, bounds.south - degrees, bounds.east + degrees, bounds.north + degrees};
 }
 
-TileBounds united(const TileBounds& a, const TileBounds& b)
-{
-    return {std::min(a.west, b.west), std::min(a.south, b.south), std::max(a.east, b.east),
-            std::max(a.north, b.north)};
-}
-
 bool covers(const TerrainLayer& layer, const TileBounds& bounds)
 {
     const TileBounds data = dataBounds(layer);
@@ -90,46 +86,31 @@ bool covers(const TerrainLayer& layer, const TileBounds& bounds)
            data.north > bounds.south;
 }
 
-/// What a map's sources have to say about the ground of one tile.
-struct TileHeights
+ElevationLayerVector layersFor(const TileKey& key, const ElevationLayerVector& all)
 {
-    HeightStack stack;
-    /// Whether the stack holds every source's own samples.
-    bool fullResolution = false;
-    /// Whether deeper tiles would resolve the sources better.
-    bool refinable = false;
-};
+    ElevationLayerVector inRange;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(inRange),
+                 [&](const auto& layer) { return layer->isKeyInRange(key); });
+    return inRange;
+}
 
-TileHeights readHeights(const TileKey& key, const TileBounds& bounds, const TileSources& sources,
-                        double meshCell)
+/// What a tile's heights are made of, one raster step beyond the tile too.
+TerrainHeights readHeights(const TileKey& key, const TileBounds& bounds, const ElevationLayerVector& layers,
+                           double meshCell)
 {
-    TileHeights heights;
-    heights.fullResolution = true;
-    double coarsest = 0.0;
-    for (const auto& layer : sources.elevations)
-        coarsest = std::max(coarsest, layer->getDataResolution());
-    // Sampled one raster step beyond the tile.
     const TileBounds sampled = widened(bounds, 0.5 * meshCell);
-    std::optional<TileBounds> finerEdges;
-    for (const auto& layer : sources.elevations) {
-        const double cell = layer->getDataResolution();
-        const TileBounds data = dataBounds(*layer);
-        const std::optional<TileBounds> reach = reachInto(data, sampled, kBlendCells * coarsest);
-        if (!layer->isKeyInRange(key) || !reach)
-            continue;
-        // A source is compared with the finer ones at their edges.
-        const TileBounds wanted = widened(finerEdges ? united(*reach, *finerEdges) : *reach, 0.5 * meshCell);
-        finerEdges = finerEdges ? united(*reach, *finerEdges) : *reach;
-        const GeoExtent extent(key.getExtent().getSRS(), wanted.west, std::max(-90.0, wanted.south),
-                               wanted.east, std::min(90.0, wanted.north));
-        if (auto window = readHeightWindow(*layer, extent, 0.5 * meshCell, nullptr)) {
-            heights.refinable =
-                heights.refinable || (covers(*layer, bounds) && meshCell * kCellsPerSourceCell > cell);
-            heights.fullResolution = heights.fullResolution && window->cellSizeDegrees() <= cell * 1.001;
-            heights.stack.add({std::move(window), data, kBlendCells * cell});
-        }
-    }
-    return heights;
+    const GeoExtent extent(key.getExtent().getSRS(), sampled.west, std::max(-90.0, sampled.south),
+                           sampled.east, std::min(90.0, sampled.north));
+    return {layers, extent, 0.5 * meshCell};
+}
+
+/// Whether deeper tiles would resolve a source better that is felt in this one.
+bool heightsAreRefinable(const TileBounds& bounds, const ElevationLayerVector& layers, double meshCell)
+{
+    const TileBounds felt = widened(bounds, TerrainHeights::reachOf(layers));
+    return std::any_of(layers.begin(), layers.end(), [&](const auto& layer) {
+        return covers(*layer, felt) && meshCell * kCellsPerSourceCell > layer->getDataResolution();
+    });
 }
 
 /// Whether the layer's samples are closer together than `cell` degrees inside the tile.
@@ -142,35 +123,60 @@ bool isFinerThan(const TerrainLayer& layer, const TileBounds& bounds, double cel
 bool pictureIsRefinable(const TileSources& sources, const TileBounds& bounds)
 {
     const double texel = bounds.height() / kTilePictureSize;
-    const auto finer = [&](const auto& layer) { return isFinerThan(*layer, bounds, texel); };
-    return std::any_of(sources.images.begin(), sources.images.end(), finer) ||
-           std::any_of(sources.elevations.begin(), sources.elevations.end(), finer);
+    // The slope from a source's edge down to coarser ground is shaded beside the source.
+    const TileBounds around = widened(bounds, 0.5 * bounds.height());
+    return std::any_of(sources.images.begin(), sources.images.end(),
+                       [&](const auto& layer) { return isFinerThan(*layer, bounds, texel); }) ||
+           std::any_of(sources.elevations.begin(), sources.elevations.end(),
+                       [&](const auto& layer) { return isFinerThan(*layer, around, texel); });
 }
-/// Height, metres, by which deeper tiles may rise above this one's samples:
-/// the bounds must hold them, or they would be culled with their parent.
-double headroom(const TileContent& content)
+
+/// Metres by which deeper tiles may leave the heights that are known: the
+/// bounds must hold them, or they would be culled with their parent.
+double headroom(const TileContent& content, const SourceRelief& relief)
 {
+    if (relief.exact)
+        return 50.0;
     constexpr double kCoarse = 3000.0;
     constexpr unsigned kTrustedLevel = 8;
     const double fromDetail = 12.0 * content.geometricError + 50.0;
     return content.key.getLOD() < kTrustedLevel ? std::max(kCoarse, fromDetail) : fromDetail;
 }
 
-TileBulk bulkOf(const TileContent& content)
+TileBulk bulkOf(const TileContent& content, const SourceRelief& relief)
 {
-    const TileMesh& mesh = content.mesh;
+    constexpr int kSteps = 8;
+    const TileBounds& bounds = content.bounds;
+    const osg::Vec3d& origin = content.mesh.origin;
+    const double spare = headroom(content, relief);
+    TileBulk bulk;
+    bulk.lowest = relief.lowest;
+    bulk.highest = relief.highest;
+    std::vector<osg::Vec3f> tops;
     double radius = 0.0;
-    for (const osg::Vec3f& position : mesh.positions)
+    for (int row = 0; row <= kSteps; ++row)
+        for (int column = 0; column <= kSteps; ++column) {
+            const double longitude = bounds.west + bounds.width() * column / kSteps;
+            const double latitude = bounds.south + bounds.height() * row / kSteps;
+            const osg::Vec3d top = geodeticToWorld(longitude, latitude, bulk.highest + spare) - origin;
+            const osg::Vec3d foot = geodeticToWorld(longitude, latitude, bulk.lowest - spare) - origin;
+            radius = std::max({radius, top.length(), foot.length()});
+            tops.emplace_back(top);
+        }
+    for (const osg::Vec3f& position : content.mesh.positions)
         radius = std::max(radius, static_cast<double>(position.length()));
-    const double spare = headroom(content);
-    return {{mesh.origin, radius + spare}, occludeeOf(mesh.origin, mesh.positions, spare)};
+    // Between the places looked at the globe bulges a little.
+    bulk.sphere = {origin, 1.01 * radius};
+    bulk.occludee = occludeeOf(origin, tops, 0.0);
+    bulk.overSeaFloor = occludeeOf(origin, tops, 0.0, kLowestSeaFloor);
+    return bulk;
 }
 } // namespace
 
 double TileContent::heightAt(double longitude, double latitude) const
 {
-    if (const std::optional<double> height = sourceHeights.heightAt(longitude, latitude))
-        return *height;
+    if (!sourceHeights.empty())
+        return sourceHeights.at(longitude, latitude);
     return heights.interpolate((longitude - bounds.west) / bounds.width(),
                                (latitude - bounds.south) / bounds.height());
 }
@@ -182,17 +188,7 @@ TileSources::TileSources(const Map& map)
     for (const auto& layer : imageLayers)
         if (layer->getEnabled() && layer->getVisible() && layer->isOpen())
             images.push_back(layer);
-    ElevationLayerVector elevationLayers;
-    map.getElevationLayers(elevationLayers);
-    for (const auto& layer : elevationLayers)
-        if (layer->getEnabled() && layer->getVisible() && layer->isOpen())
-            elevations.push_back(layer);
-    const auto fineness = [](const auto& layer) {
-        const double resolution = layer->getDataResolution();
-        return resolution > 0.0 ? resolution : 0.0;
-    };
-    std::stable_sort(elevations.begin(), elevations.end(),
-                     [&](const auto& a, const auto& b) { return fineness(a) < fineness(b); });
+    elevations = TerrainHeights::layersOf(map);
 }
 
 TileBounds boundsOf(const TileKey& key)
@@ -212,20 +208,31 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const TileBounds& bounds = content->bounds;
 
     const double meshCell = bounds.height() / kMeshCells;
-    const TileHeights read = readHeights(key, bounds, sources, meshCell);
-    const HeightRaster raster = sampleHeights(bounds, read.stack);
+    const ElevationLayerVector layers = layersFor(key, sources.elevations);
+    TerrainHeights ground = readHeights(key, bounds, layers, meshCell);
+    const HeightRaster raster = sampleHeights(bounds, ground);
+    const SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, layers);
     const double texel = texelMetres(bounds);
-    content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, kSkirtTexels * texel);
+    const double skirt =
+        kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);
+    content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, skirt);
     content->heights = meshGridOf(raster);
-    if (read.fullResolution)
-        content->sourceHeights = read.stack;
+    if (ground.isFullResolution())
+        content->sourceHeights = std::move(ground);
 
     const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * wgs84::kEquatorialRadius);
-    const double hidden = read.refinable ? content->mesh.hiddenDetail : 0.0;
-    content->geometricError = kTypicalShare * content->mesh.simplificationError + hidden + sagitta;
-    content->bulk = bulkOf(*content);
+    const double hidden =
+        std::max({content->mesh.hiddenDetail, kOutstandingShare * content->mesh.mostHiddenDetail,
+                  kOutstandingShare * relief.unseen});
+    content->geometricError = kTypicalShare * content->mesh.simplificationError + sagitta +
+                              (heightsAreRefinable(bounds, layers, meshCell) ? hidden : 0.0);
+    content->bulk = bulkOf(*content, relief);
 
-    if (parent && !(parent->refinable && wishesPicture(content->bulk))) {
+    content->pictureRefinable = (!parent || parent->refinable) && pictureIsRefinable(sources, bounds);
+    content->refinable =
+        key.getLOD() < kDeepestLevel && (content->pictureRefinable || content->geometricError > 0.02);
+
+    if (parent && !(parent->refinable && wishesPicture(*content))) {
         content->texture = *parent;
         content->borrowsPicture = parent->refinable;
     } else {
@@ -233,10 +240,8 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
         content->texture.state = makeTileStateSet(composeTilePicture(key, bounds, sources, shade));
         content->texture.bounds = bounds;
         content->texture.level = key.getLOD();
-        content->texture.refinable = pictureIsRefinable(sources, bounds);
+        content->texture.refinable = content->pictureRefinable;
     }
-    content->refinable =
-        key.getLOD() < kDeepestLevel && (content->texture.refinable || content->geometricError > 0.02);
     return content;
 }
 } // namespace osgEarth

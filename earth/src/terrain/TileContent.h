@@ -1,7 +1,7 @@
 #pragma once
 #include "globe/Horizon.h"
+#include "layers/TerrainHeights.h"
 #include "terrain/HeightRaster.h"
-#include "terrain/HeightStack.h"
 #include "terrain/TileMesh.h"
 
 #include <osg/BoundingSphere>
@@ -32,6 +32,11 @@ struct TileBulk
 {
     osg::BoundingSphered sphere;
     OccludeePoint occludee;
+    /// The same where the map has the floor of the sea.
+    OccludeePoint overSeaFloor;
+    /// Metres, of the ground there.
+    double lowest = 0.0;
+    double highest = 0.0;
 };
 
 /// All that a tile is made of. Immutable once made, shared between threads.
@@ -44,10 +49,12 @@ struct TileContent
     TileTexture texture;
     /// Whether the picture is an ancestor's although the tile's own would show more.
     bool borrowsPicture = false;
+    /// Whether some layer has more to show than a picture of this tile's own level.
+    bool pictureRefinable = true;
     /// The mesh's grid; answers height queries where no window does.
     HeightRaster heights;
     /// Source samples at full resolution; empty on coarse levels.
-    HeightStack sourceHeights;
+    TerrainHeights sourceHeights;
     /// Metres by which deeper tiles differ from this one's mesh, typically (root mean square, estimated).
     double geometricError = 0.0;
     /// Whether deeper tiles would show anything that this one does not.
@@ -67,7 +74,7 @@ struct TileSources
     /// Bottom layer first.
     std::vector<osg::ref_ptr<ImageLayer>> images;
     /// Finest first.
-    std::vector<osg::ref_ptr<ElevationLayer>> elevations;
+    ElevationLayerVector elevations;
 };
 
 TileBounds boundsOf(const TileKey& key);
@@ -75,8 +82,8 @@ TileBounds boundsOf(const TileKey& key);
 /// Deepest level at all: tiles of 0.15 m a texel.
 constexpr unsigned kDeepestLevel = 19;
 
-/// Answers whether a tile in that place is worth a picture of its own.
-using PictureWish = std::function<bool(const TileBulk&)>;
+/// Answers whether a tile, finished but for its picture, is worth one of its own.
+using PictureWish = std::function<bool(const TileContent&)>;
 
 /// Makes a tile: reads heights, builds the mesh and composes the picture, or
 /// takes over `parent`'s picture when that already shows all there is or the

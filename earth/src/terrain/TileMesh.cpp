@@ -12,6 +12,15 @@
 namespace osgEarth {
 namespace {
 constexpr std::uint16_t kUnused = 0xffff;
+/// On level ground the tolerance of a mesh would let the horizon end some ten pixels early, in steps of a
+/// tile.
+constexpr double kRoundnessWeight = 12.0;
+
+/// Metres by which a chord of the globe runs below it.
+double sagittaOf(double chordSquared)
+{
+    return chordSquared / (8.0 * wgs84::kEquatorialRadius);
+}
 
 struct GridPoint
 {
@@ -110,8 +119,11 @@ private:
             measureAt(t.right(m), depth + 1, wanted, last);
             return;
         }
-        const osg::Vec3d moved = _grid[offset(m)] - (_grid[offset(t.a)] + _grid[offset(t.b)]) * 0.5;
-        float error = static_cast<float>(moved.length());
+        const osg::Vec3d& a = _grid[offset(t.a)];
+        const osg::Vec3d& b = _grid[offset(t.b)];
+        const osg::Vec3d moved = _grid[offset(m)] - (a + b) * 0.5;
+        float error =
+            static_cast<float>(moved.length() + (kRoundnessWeight - 1.0) * sagittaOf((b - a).length2()));
         if (depth < last) {
             error = std::max(error, _errors[offset(middle(t.c, t.a))]);
             error = std::max(error, _errors[offset(middle(t.b, t.c))]);
@@ -232,13 +244,14 @@ private:
     std::uint16_t _lastLoweredIndex = kUnused;
 };
 
-double measureHiddenDetail(const HeightRaster& raster)
+void measureHiddenDetail(const HeightRaster& raster, TileMesh& mesh)
 {
-    double sum = 0.0;
+    double sum = 0.0, most = 0.0;
     int count = 0;
     const auto add = [&](float sample, float interpolated) {
         const double difference = static_cast<double>(sample) - interpolated;
         sum += difference * difference;
+        most = std::max(most, std::abs(difference));
         ++count;
     };
     for (int row = 0; row + 2 < raster.size(); row += 2)
@@ -251,7 +264,8 @@ double measureHiddenDetail(const HeightRaster& raster)
             add(raster.at(column, row + 1), 0.5f * (southWest + northWest));
             add(raster.at(column + 1, row + 1), 0.25f * (southWest + southEast + northWest + northEast));
         }
-    return std::sqrt(sum / std::max(1, count));
+    mesh.hiddenDetail = std::sqrt(sum / std::max(1, count));
+    mesh.mostHiddenDetail = most;
 }
 } // namespace
 
@@ -266,12 +280,33 @@ TileMesh buildTileMesh(const TileBounds& bounds, const HeightRaster& raster, dou
 {
     TileMesh mesh;
     Builder(bounds, raster, mesh).run(tolerance, skirtDepth);
-    mesh.hiddenDetail = measureHiddenDetail(raster);
+    measureHiddenDetail(raster, mesh);
     // Gives back spare capacity, because hundreds of meshes stay in memory.
     mesh.positions.shrink_to_fit();
     mesh.normals.shrink_to_fit();
     mesh.unit.shrink_to_fit();
     mesh.indices.shrink_to_fit();
     return mesh;
+}
+
+double borderRelief(const TileBounds& bounds, const HeightRaster& raster)
+{
+    constexpr int kWidest = 16; // samples, two of which are a cell of the mesh
+    const int last = raster.size() - 1;
+    double most = 0.0;
+    const auto side = [&](auto heightAt) {
+        for (int span = 2; span <= kWidest; span *= 2)
+            for (int from = 0; from + span <= last; from += span)
+                for (int i = 1; i < span; ++i) {
+                    const double chord = heightAt(from) + (heightAt(from + span) - heightAt(from)) * i / span;
+                    most = std::max(most, std::abs(heightAt(from + i) - chord));
+                }
+    };
+    side([&](int i) { return static_cast<double>(raster.at(i, 0)); });
+    side([&](int i) { return static_cast<double>(raster.at(i, last)); });
+    side([&](int i) { return static_cast<double>(raster.at(0, i)); });
+    side([&](int i) { return static_cast<double>(raster.at(last, i)); });
+    const double chord = std::max(bounds.width(), bounds.height()) * kMetresPerDegree * kWidest / last;
+    return most + sagittaOf(chord * chord);
 }
 } // namespace osgEarth

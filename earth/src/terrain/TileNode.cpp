@@ -13,10 +13,6 @@ namespace {
 constexpr unsigned kOwnGeometry = 0;
 constexpr unsigned kQuarters = 1;
 
-/// A texel may cover this many pixels before the next level is fetched.
-constexpr double kTexelPixels = 1.5;
-/// The surface may typically be off by this many pixels; colour and shade come from the picture and are not.
-constexpr double kSurfacePixels = 2.5;
 constexpr std::size_t kClusterIndices = 3 * 32;
 } // namespace
 
@@ -122,6 +118,11 @@ TileNode* TileNode::quarterAt(double longitude, double latitude)
     return group->getNumChildren() == 4 ? static_cast<TileNode*>(group->getChild(south + east)) : nullptr;
 }
 
+void TileNode::attachQuarters(osg::Group* quarters)
+{
+    osg::PagedLOD::addChild(quarters);
+}
+
 bool TileNode::addChild(osg::Node* child)
 {
     if (const auto* news = dynamic_cast<const TileNews*>(child)) {
@@ -160,23 +161,26 @@ void TileNode::traverse(osg::NodeVisitor& nv)
 
 void TileNode::traverseForCull(osg::NodeVisitor& nv, const TerrainView& view)
 {
-    if (view.horizon.hides(_content->bulk.occludee))
+    if (view.hides(_content->bulk))
         return;
-    const double excess = _content->refinable ? excessError(view) : 0.0;
-    _drawnAsQuarters = excess > 1.0 && quarters();
+    const double excess = view.excessOf(*_content);
+    _wantsQuarters = excess > 1.0;
+    // A tile that was passed over on the way down has no picture of its own,
+    // and its quarters are sharper than the one it borrows.
+    _drawnAsQuarters = quarters() && (_wantsQuarters || _content->borrowsPicture);
     if (_drawnAsQuarters) {
         if (nv.getFrameStamp()) {
             setTimeStamp(kQuarters, nv.getFrameStamp()->getReferenceTime());
             setFrameNumber(kQuarters, nv.getFrameStamp()->getFrameNumber());
         }
-        requestPictures(nv, view, static_cast<float>(excess));
         getChild(kQuarters)->accept(nv);
+        requestPictures(nv, view, static_cast<float>(excess));
         return;
     }
     getChild(kOwnGeometry)->accept(nv);
     // With quarters next, the picture between would be left out, and a slow
     // source would have to send four before the ground shows any more.
-    if (excess > 1.0 && !_content->borrowsPicture)
+    if (_wantsQuarters && !_content->borrowsPicture)
         requestQuarters(nv, static_cast<float>(excess));
 }
 
@@ -189,7 +193,8 @@ void TileNode::requestPictures(osg::NodeVisitor& nv, const TerrainView& view, fl
         return;
     for (unsigned i = 0; i < group->getNumChildren(); ++i) {
         auto* quarter = static_cast<TileNode*>(group->getChild(i));
-        if (!quarter->_content->borrowsPicture || !view.isNear(quarter->_content->bulk))
+        const bool passedOver = quarter->_wantsQuarters && quarter->quarters();
+        if (!quarter->_content->borrowsPicture || passedOver || !view.isNear(quarter->_content->bulk))
             continue;
         osg::NodePath path = nv.getNodePath();
         path.push_back(group);
@@ -204,35 +209,6 @@ void TileNode::requestQuarters(osg::NodeVisitor& nv, float priority)
     if (osg::NodeVisitor::DatabaseRequestHandler* pager = nv.getDatabaseRequestHandler())
         pager->requestNodeFile(getFileName(kQuarters), nv.getNodePath(), priority, nv.getFrameStamp(),
                                getDatabaseRequest(kQuarters), getDatabaseOptions());
-}
-
-double TileNode::distanceTo(const TerrainView& view) const
-{
-    // The nearest place of the tile, found in longitude and latitude; exact
-    // enough for a level of detail and free of the slack of a sphere.
-    const TileBounds& bounds = _content->bounds;
-    double longitude = view.eyeGeodetic.x();
-    const double middle = 0.5 * (bounds.west + bounds.east);
-    if (longitude < middle - 180.0)
-        longitude += 360.0;
-    else if (longitude > middle + 180.0)
-        longitude -= 360.0;
-    const osg::Vec3d nearest =
-        geodeticToWorld(std::clamp(longitude, bounds.west, bounds.east),
-                        std::clamp(view.eyeGeodetic.y(), bounds.south, bounds.north),
-                        std::clamp(view.eyeGeodetic.z(), _content->mesh.minHeight, _content->mesh.maxHeight));
-    return (nearest - view.eye).length();
-}
-
-double TileNode::excessError(const TerrainView& view) const
-{
-    const double pixel = view.pixelSize * (view.perspective ? std::max(0.1, distanceTo(view)) : 1.0);
-    double excess = _content->geometricError / (kSurfacePixels * pixel);
-    if (_content->texture.refinable) {
-        const double texel = _content->bounds.height() * kMetresPerDegree / kTilePictureSize;
-        excess = std::max(excess, texel / (kTexelPixels * pixel));
-    }
-    return excess;
 }
 
 bool TileNode::intersect(const TerrainRay& ray, double& distance, TileNode*& hit)

@@ -19,7 +19,8 @@ public:
 
 /// One tile of the quadtree: its own geometry as the first child and, once the
 /// pager has brought it, a group of its four quarters as the second. A quarter
-/// that nobody sees shows its parent's picture until it comes into view.
+/// that nobody sees shows its parent's picture until it comes into view, and so
+/// does one that came together with the quarters that are drawn in its place.
 ///
 /// Created on a pager thread with its content; joins the scene and is read on
 /// the update and cull traversals only.
@@ -34,6 +35,8 @@ public:
     /// Replaces the tile's own geometry and picture. Update traversal only.
     void setContent(std::shared_ptr<const TileContent> content);
 
+    /// Gives a tile that is not in the scene yet its quarters.
+    void attachQuarters(osg::Group* quarters);
     /// The quarter that holds a place, while it is resident.
     TileNode* quarterAt(double longitude, double latitude);
     osg::Group* quarters();
@@ -64,14 +67,12 @@ private:
     void requestQuarters(osg::NodeVisitor& nv, float priority);
     /// Of those quarters that have none of their own and are in view or about to be.
     void requestPictures(osg::NodeVisitor& nv, const TerrainView& view, float priority);
-    double distanceTo(const TerrainView& view) const;
-    /// How many times larger than allowed the tile's error is on screen; above 1 it wants its quarters.
-    double excessError(const TerrainView& view) const;
 
     std::weak_ptr<TileScene> _scene;
     std::shared_ptr<const TileContent> _content;
     osg::ref_ptr<osg::Referenced> _pictureRequest;
     std::vector<Cluster> _clusters;
+    bool _wantsQuarters = false;
     bool _drawnAsQuarters = false;
 };
 } // namespace osgEarth

@@ -63,7 +63,7 @@ void TileRefresher::run()
         _jobs.pop_front();
         _working = true;
         lock.unlock();
-        const auto wishesPicture = [&job](const TileBulk&) { return !job.borrowsPicture; };
+        const auto wishesPicture = [&job](const TileContent&) { return !job.borrowsPicture; };
         const std::shared_ptr<const TileContent> content = _scene->make(job.key, wishesPicture);
         lock.lock();
         _working = false;

@@ -15,6 +15,11 @@
 namespace osgEarth {
 namespace {
 const char* const kExtension = "axtile";
+/// Ground below this, metres, may belong to a sea floor that is deeper than the horizon of land allows for.
+constexpr double kSurelyLand = 1000.0;
+/// So long one request goes on to deeper levels, instead of leaving each to a
+/// further frame. Slow sources end it after the first.
+constexpr std::chrono::milliseconds kTimeForDeeperTiles{80};
 
 std::mutex& scenesMutex()
 {
@@ -32,6 +37,14 @@ std::string nameOf(const TileKey& key)
 {
     return std::to_string(key.getLOD()) + '_' + std::to_string(key.getTileX()) + '_' +
            std::to_string(key.getTileY());
+}
+
+std::vector<TileKey> quartersOf(const TileKey& parent)
+{
+    std::vector<TileKey> keys;
+    for (unsigned quadrant = 0; quadrant < 4; ++quadrant)
+        keys.push_back(parent.createChildKey(quadrant));
+    return keys;
 }
 
 unsigned nextId()
@@ -118,34 +131,46 @@ osg::ref_ptr<osg::Group> TileScene::load(const std::string& fileName)
     if (fileName == rootsFileName()) {
         _profile->getRootKeys(keys);
     } else if (std::sscanf(fileName.c_str(), "%u.picture.%u_%u_%u.", &id, &level, &x, &y) == 4) {
-        const auto always = [](const TileBulk&) { return true; };
+        const auto always = [](const TileContent&) { return true; };
         const auto content = make(TileKey(level, x, y, _profile.get()), always);
         return content ? new TileNews(content) : nullptr;
     } else if (std::sscanf(fileName.c_str(), "%u.%u_%u_%u.", &id, &level, &x, &y) == 4) {
-        const TileKey parent(level, x, y, _profile.get());
-        for (unsigned quadrant = 0; quadrant < 4; ++quadrant)
-            keys.push_back(parent.createChildKey(quadrant));
+        keys = quartersOf(TileKey(level, x, y, _profile.get()));
     }
-    return makeTiles(keys);
+    return makeTiles(keys, Clock::now() + kTimeForDeeperTiles);
 }
 
-osg::ref_ptr<osg::Group> TileScene::makeTiles(const std::vector<TileKey>& keys)
+osg::ref_ptr<osg::Group> TileScene::makeTiles(const std::vector<TileKey>& keys, Clock::time_point until)
 {
     osg::ref_ptr<osg::Group> group = new osg::Group;
-    const auto whenNear = [this](const TileBulk& bulk) { return isNearView(bulk); };
     for (const TileKey& key : keys) {
-        const std::shared_ptr<const TileContent> content = make(key, whenNear);
+        std::optional<bool> passesOver;
+        const auto isPassedOver = [&](const TileContent& content) {
+            const TerrainView view = sharedView();
+            if (!passesOver)
+                passesOver =
+                    Clock::now() < until && view.isNear(content.bulk) && view.excessOf(content) > 1.0;
+            return *passesOver;
+        };
+        const auto whenDrawn = [&](const TileContent& content) {
+            return !isPassedOver(content) && sharedView().isNear(content.bulk);
+        };
+        const std::shared_ptr<const TileContent> content = make(key, whenDrawn);
         if (!content)
             return nullptr;
-        group->addChild(new TileNode(shared_from_this(), content));
+        const osg::ref_ptr<TileNode> tile = new TileNode(shared_from_this(), content);
+        if (isPassedOver(*content))
+            if (const osg::ref_ptr<osg::Group> quarters = makeTiles(quartersOf(key), until))
+                tile->attachQuarters(quarters);
+        group->addChild(tile);
     }
     return keys.empty() ? nullptr : group;
 }
 
-bool TileScene::isNearView(const TileBulk& bulk) const
+TerrainView TileScene::sharedView() const
 {
     const std::lock_guard<std::mutex> lock(_mutex);
-    return _sharedView.isNear(bulk);
+    return _sharedView;
 }
 
 std::shared_ptr<const TileContent> TileScene::make(const TileKey& key, const PictureWish& wishesPicture) const
@@ -171,7 +196,7 @@ void TileScene::setView(osgUtil::CullVisitor& visitor)
         return;
     const osg::Viewport* viewport = visitor.getViewport();
     const double height = viewport ? std::max(1.0, viewport->height()) : 1.0;
-    _view = TerrainView(*visitor.getModelViewMatrix(), *visitor.getProjectionMatrix(), height);
+    _view = TerrainView(*visitor.getModelViewMatrix(), *visitor.getProjectionMatrix(), height, _seaFloor);
     const SpatialReference* geographic = _profile->getSRS()->getGeographicSRS();
     geographic->transformFromWorld(_view.eye, _view.eyeGeodetic);
     const std::lock_guard<std::mutex> lock(_mutex);
@@ -186,6 +211,8 @@ void TileScene::onMerged(osg::Group& tiles)
                 _terrain->notifyTileAdded(tile->key(), tile);
             if (tile->content().revision != revision())
                 _outdated.emplace_back(tile);
+            if (osg::Group* quarters = tile->quarters())
+                onMerged(*quarters);
         }
 }
 
@@ -202,6 +229,8 @@ std::vector<osg::ref_ptr<TileNode>> TileScene::takeOutdated()
 
 void TileScene::add(const std::shared_ptr<const TileContent>& content)
 {
+    if (content->bulk.lowest < -kSurelyLand)
+        _seaFloor = true;
     const std::lock_guard<std::mutex> lock(_mutex);
     _contents[content->key] = content;
 }

@@ -7,6 +7,7 @@
 #include <osgUtil/CullVisitor>
 
 #include <atomic>
+#include <chrono>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -64,8 +65,10 @@ public:
 
 private:
     TileScene(Map* map, Terrain* terrain);
-    osg::ref_ptr<osg::Group> makeTiles(const std::vector<TileKey>& keys);
-    bool isNearView(const TileBulk& bulk) const;
+    using Clock = std::chrono::steady_clock;
+    /// With those of their descendants that the view wants, as far as the time allows.
+    osg::ref_ptr<osg::Group> makeTiles(const std::vector<TileKey>& keys, Clock::time_point until);
+    TerrainView sharedView() const;
 
     const unsigned _id;
     const osg::ref_ptr<const Profile> _profile;
@@ -76,6 +79,8 @@ private:
     TerrainView _sharedView;
     std::vector<osg::ref_ptr<TileNode>> _outdated;
     std::atomic<int> _revision{0};
+    /// Whether some ground lies deeper than land does.
+    std::atomic<bool> _seaFloor{false};
     mutable std::mutex _mutex;
     std::map<TileKey, std::weak_ptr<const TileContent>> _contents;
 };

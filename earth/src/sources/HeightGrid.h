@@ -1,0 +1,90 @@
+#pragma once
+#include <vector>
+
+namespace osgEarth {
+/// A height in metres and how much of it, 0 to 1, rests on samples with data.
+struct HeightSample
+{
+    double height = 0.0;
+    double cover = 0.0;
+};
+
+/// A rectangle in columns and rows of a raster's full resolution, counted from the corner of its first pixel.
+struct PixelBox
+{
+    double west = 0.0, north = 0.0, east = 0.0, south = 0.0;
+
+    PixelBox widened(double pixels) const
+    {
+        return {west - pixels, north - pixels, east + pixels, south + pixels};
+    }
+};
+
+/// Heights of cells that lie side by side in a raster; NaN has no data. One that
+/// was halved knows of each cell how much of it has data, and the lowest and the
+/// highest height there. Immutable once made.
+class HeightGrid
+{
+public:
+    /// Rows from the north. `first` is the north-west corner of the first cell
+    /// and `cell` the size of one, both in pixels of the full resolution.
+    struct Place
+    {
+        double firstColumn = 0.0, firstRow = 0.0;
+        double cellWidth = 1.0, cellHeight = 1.0;
+    };
+    HeightGrid() = default;
+    HeightGrid(std::vector<float> heights, int columns, int rows, const Place& place);
+
+    int columns() const { return _columns; }
+    int rows() const { return _rows; }
+    const Place& place() const { return _place; }
+    bool empty() const { return _heights.empty(); }
+    /// Whether every cell has data.
+    bool isWhole() const { return _whole; }
+    /// Whether some cell has data.
+    bool hasData() const { return _hasData; }
+    /// Whether a cell in the box, or next to it, has data.
+    bool hasDataIn(const PixelBox& box) const;
+
+    /// The mean of the cells around a place, smooth from cell to cell (a quadratic
+    /// B-spline). Cells beyond the grid have no data.
+    HeightSample at(double column, double row) const;
+    /// Bilinear between the centres of cells with data. The rim's cells go on
+    /// beyond the grid: they are whole on the rim and gone one cell beyond it.
+    HeightSample atWithRim(double column, double row) const;
+
+    float height(int column, int row) const { return _heights[index(column, row)]; }
+    float lowest(int column, int row) const
+    {
+        return _lowest.empty() ? height(column, row) : _lowest[index(column, row)];
+    }
+    float highest(int column, int row) const
+    {
+        return _highest.empty() ? height(column, row) : _highest[index(column, row)];
+    }
+
+    /// Cells twice as wide and high, means of what has data.
+    HeightGrid halved() const;
+    /// The first column follows upon the last: a raster that goes round the globe.
+    void closeCircle() { _circular = true; }
+
+private:
+    std::size_t index(int column, int row) const
+    {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(_columns) +
+               static_cast<std::size_t>(column);
+    }
+    double cover(std::size_t i) const;
+    HeightSample mix(const int (&columns)[2], const int (&rows)[2], double fc, double fr) const;
+
+    int _columns = 0, _rows = 0;
+    Place _place;
+    bool _whole = false;
+    bool _hasData = false;
+    bool _circular = false;
+    std::vector<float> _heights;
+    /// Empty where each cell has data as a whole or not at all.
+    std::vector<float> _cover, _lowest, _highest;
+};
+} // namespace osgEarth
