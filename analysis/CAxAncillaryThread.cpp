@@ -22,9 +22,9 @@ using Lock = OpenThreads::ScopedLock<OpenThreads::Mutex>;
 
 constexpr int mostWorkers = 4;
 
-[[noreturn]] void EndWithoutZones(const QString& text)
+[[noreturn]] void EndWithoutZones(const QString& text, const QString& details)
 {
-    AxShowNotice(nullptr, CAxAncillaryThread::tr("no-fly zone Information"), text);
+    AxShowNotice(nullptr, CAxAncillaryThread::tr("no-fly zone Information"), text, details);
     std::exit(EXIT_SUCCESS);
 }
 } // namespace
@@ -34,10 +34,13 @@ CAxAncillaryThread::CAxAncillaryThread(CAxAncillaryProcess* ancillaryProcess)
 {
     const QString file = zoneFile->CheckExistNoflyFile();
     if (file.isEmpty())
-        EndWithoutZones(tr("The no-fly zone document does not exist ."));
-    if (!AxLoadZones(*zoneFile, file, zones))
+        EndWithoutZones(tr("The no-fly zone document does not exist ."),
+                        CAxNoflyZoneMgr::GetNoflyFile() + QLatin1Char('\n') + tr("There is no such file."));
+    QString reason;
+    if (!AxLoadZones(*zoneFile, file, zones, &reason))
         EndWithoutZones(tr("The no-fly zone document parsing error!May file has been corrupted, please login "
-                           "in the case of networking for Launcher!"));
+                           "in the case of networking for Launcher!"),
+                        file + QLatin1Char('\n') + reason);
     index = std::make_unique<AxZoneIndex>(zones);
     nearZones = std::make_unique<AxNearZones>(*index);
 }

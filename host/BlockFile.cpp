@@ -59,7 +59,7 @@ QString ReadBlock(const QJsonValue& value, const QSet<QString>& takenNames, File
     const QJsonValue name = object["name"];
     if (!name.isUndefined() && name.toString().trimmed().isEmpty())
         return wrong("name", FileBlock::tr("it is no text"));
-    block.name = name.toString();
+    block.name = name.toString().trimmed();
     if (takenNames.contains(block.name))
         return wrong("name", FileBlock::tr("another block is named '%1', too").arg(block.name));
     const QJsonValue type = object["type"];

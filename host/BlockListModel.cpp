@@ -1,10 +1,13 @@
 #include "host/BlockListModel.h"
+#include "interaction/AxBlockAdapter.h"
 #include "interaction/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
 
+#include <QApplication>
 #include <QFont>
+#include <QStyle>
 
 #include <algorithm>
 #include <utility>
@@ -31,10 +34,11 @@ QString KindText(CAxBlock::EBlockType type)
 } // namespace
 
 BlockListModel::BlockListModel(CAxEarthViewer* earthViewer, QObject* parent)
-    : QAbstractTableModel(parent), viewer(earthViewer), records(CAxBlockManager::instance())
+    : QAbstractTableModel(parent), viewer(earthViewer), records(CAxBlockManager::instance()),
+      warningSign(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning))
 {
     for (const CAxBlock* block : records.GetBlockList())
-        rows.push_back({block->GetBlockID(), {}});
+        rows.push_back({block->GetBlockID()});
     connect(&records, &CAxBlockManager::blockAdded, this, &BlockListModel::OnAdded);
     connect(&records, &CAxBlockManager::blockDeleted, this, &BlockListModel::OnDeleted);
     // Queued, as the object follows its record only after the record told of the change.
@@ -68,7 +72,7 @@ void BlockListModel::OnAdded(const QString& id)
     const auto place = Find(id);
     const int row = static_cast<int>(place - rows.begin());
     beginInsertRows(QModelIndex(), row, row);
-    rows.insert(place, Row{id, {}});
+    rows.insert(place, Row{id});
     endInsertRows();
 }
 
@@ -87,7 +91,7 @@ void BlockListModel::OnChanged(const QString& id)
     const int row = RowOf(id);
     if (row < 0)
         return;
-    rows[static_cast<std::size_t>(row)].area.reset();
+    rows[static_cast<std::size_t>(row)] = {id};
     EmitChanged(row, {});
 }
 
@@ -144,6 +148,22 @@ std::optional<double> BlockListModel::Area(const Row& row) const
     return row.area;
 }
 
+QString BlockListModel::Fault(const Row& row) const
+{
+    auto* block = qobject_cast<AxBlockAdapter*>(viewer->FindExistNode(row.id));
+    if (!block)
+        return {};
+    if (!row.fault)
+        row.fault = block->Fault();
+    return *row.fault;
+}
+
+QString BlockListModel::FaultOf(const QString& id) const
+{
+    const int row = RowOf(id);
+    return row < 0 ? QString() : Fault(rows[static_cast<std::size_t>(row)]);
+}
+
 QVariant BlockListModel::data(const QModelIndex& index, int role) const
 {
     const QString id = index.isValid() ? BlockAt(index.row()) : QString();
@@ -151,6 +171,13 @@ QVariant BlockListModel::data(const QModelIndex& index, int role) const
     if (!block)
         return QVariant();
     const int column = index.column();
+    if (role == Qt::DecorationRole || role == Qt::ToolTipRole || role == Qt::AccessibleDescriptionRole) {
+        const QString fault = column == NameColumn || role == Qt::ToolTipRole
+                                  ? Fault(rows[static_cast<std::size_t>(index.row())])
+                                  : QString();
+        if (!fault.isEmpty())
+            return role == Qt::DecorationRole ? QVariant(warningSign) : QVariant(fault);
+    }
     if (role == Qt::TextAlignmentRole && column == AreaColumn)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     if (role == Qt::FontRole && id == currentID) {
@@ -199,11 +226,12 @@ bool BlockListModel::setData(const QModelIndex& index, const QVariant& value, in
     return true;
 }
 
-bool BlockListModel::Rename(const QString& id, const QString& name)
+bool BlockListModel::Rename(const QString& id, const QString& wanted)
 {
+    const QString name = wanted.trimmed();
     if (records.GetBlock(id)->GetBlockName() == name)
         return true;
-    if (name.trimmed().isEmpty())
+    if (name.isEmpty())
         emit Refused(tr("A block needs a name."));
     else if (records._exist(name))
         emit Refused(tr("The name already exists !"));

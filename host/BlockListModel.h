@@ -2,6 +2,7 @@
 #include <AxData/CAxBlock.h>
 
 #include <QAbstractTableModel>
+#include <QIcon>
 #include <QString>
 #include <QVector>
 
@@ -17,7 +18,8 @@ class CAxHandleAdapter;
  * the same ID adds. Rows come and go with the records; what changes within a
  * row is told when control returns to the event loop. Rows stand in ascending
  * order of the IDs; a view sorts them by SortRole. The current block's texts
- * are bold.
+ * are bold. A block that drawing would have refused has a warning sign, whose
+ * tool tip says why.
  */
 class BlockListModel : public QAbstractTableModel
 {
@@ -40,6 +42,8 @@ public:
     QString BlockAt(int row) const;
     /// -1 for an unknown ID.
     int RowOf(const QString& id) const;
+    /// Why drawing would refuse the block, in words; empty when it would not, and for one that is not drawn.
+    QString FaultOf(const QString& id) const;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -56,7 +60,9 @@ private:
     struct Row
     {
         QString id;
-        mutable std::optional<double> area; // of the drawn vertices; nothing until asked for
+        // Of the drawn vertices; nothing until asked for.
+        mutable std::optional<double> area = {};
+        mutable std::optional<QString> fault = {};
     };
 
     std::vector<Row>::const_iterator Find(const QString& id) const;
@@ -66,10 +72,12 @@ private:
     void OnCurrent(const QString& id);
     void EmitChanged(int row, const QVector<int>& roles);
     std::optional<double> Area(const Row& row) const;
+    QString Fault(const Row& row) const;
     bool Rename(const QString& id, const QString& name);
 
     CAxEarthViewer* viewer;
     CAxBlockManager& records;
+    const QIcon warningSign;
     std::vector<Row> rows;
     QString currentID;
 };

@@ -12,6 +12,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QSortFilterProxyModel>
 
 namespace {
@@ -54,6 +55,7 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(DoubleClicked);
+    setTabKeyNavigation(false);
     setSortingEnabled(true);
     sortByColumn(BlockListModel::NameColumn, Qt::AscendingOrder);
     setShowGrid(false);
@@ -90,11 +92,10 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(this, &QTableView::clicked, this, &BlockPanel::OnClicked);
     connect(model, &BlockListModel::Refused, this, &BlockPanel::Told);
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockPanel::MarkCurrent);
-    // A block that is being drawn is current before it has a row.
-    connect(model, &BlockListModel::rowsInserted, this, [this] {
-        if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
-            MarkCurrent(current->GetHandleID());
-    });
+    // A block that is being drawn is current before it has a row, and a removed row's place is taken by
+    // another one.
+    connect(model, &BlockListModel::rowsInserted, this, &BlockPanel::FollowViewer);
+    connect(model, &BlockListModel::rowsRemoved, this, &BlockPanel::FollowViewer);
 }
 
 QSize BlockPanel::sizeHint() const
@@ -104,6 +105,11 @@ QSize BlockPanel::sizeHint() const
     for (int column = BlockListModel::KindColumn; column < BlockListModel::ColumnCount; ++column)
         width += columnWidth(column);
     return {width, QTableView::sizeHint().height()};
+}
+
+QString BlockPanel::FaultOf(const QString& id) const
+{
+    return model->FaultOf(id);
 }
 
 QString BlockPanel::BlockOf(const QModelIndex& shown) const
@@ -119,14 +125,55 @@ void BlockPanel::OnClicked(const QModelIndex& shown)
 
 void BlockPanel::MarkCurrent(const QString& id)
 {
+    if (isChoosing)
+        return;
     const int row = model->RowOf(id);
     if (row < 0) {
-        clearSelection();
+        // The keys of the list act on its current row, seen or not.
+        selectionModel()->clear();
         return;
     }
     const QModelIndex shown = sorted->mapFromSource(model->index(row, BlockListModel::NameColumn));
     if (!selectionModel()->isRowSelected(shown.row(), QModelIndex()))
         setCurrentIndex(shown);
+}
+
+void BlockPanel::FollowViewer()
+{
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    MarkCurrent(current ? current->GetHandleID() : QString());
+}
+
+void BlockPanel::MakeCurrent(const QString& id)
+{
+    const CAxHandleAdapter* object = viewer->FindExistNode(id);
+    {
+        const QScopedValueRollback<bool> guard(isChoosing, true);
+        viewer->SetNodeSelected(object ? object->GetFeatureNode() : nullptr, false, false);
+    }
+    // A drawing is not left for a row.
+    if (viewer->GetCurHandleAdapter() && viewer->GetCurHandleAdapter() != object)
+        FollowViewer();
+}
+
+void BlockPanel::currentChanged(const QModelIndex& now, const QModelIndex& before)
+{
+    QTableView::currentChanged(now, before);
+    // A row that takes the place of a removed one was not chosen by anybody.
+    if (isByHand && now.row() != before.row())
+        MakeCurrent(BlockOf(now));
+}
+
+void BlockPanel::mousePressEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback<bool> guard(isByHand, true);
+    QTableView::mousePressEvent(event);
+}
+
+void BlockPanel::mouseMoveEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback<bool> guard(isByHand, true);
+    QTableView::mouseMoveEvent(event);
 }
 
 void BlockPanel::Fly(const QModelIndex& shown)
@@ -169,6 +216,7 @@ void BlockPanel::keyPressEvent(QKeyEvent* event)
             break;
         }
     }
+    const QScopedValueRollback<bool> guard(isByHand, true);
     QTableView::keyPressEvent(event);
 }
 

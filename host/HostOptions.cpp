@@ -5,7 +5,8 @@
 #include <QFileInfo>
 
 namespace {
-constexpr int largestWindow = 16384;
+// What no window system exceeds; what OpenGL can draw is known once there is a window.
+constexpr int largestWindow = 32767;
 
 struct OptionText
 {
@@ -47,6 +48,12 @@ const OptionText optionTexts[] = {
      QT_TRANSLATE_NOOP("HostOptions",
                        "Do not speak. Runs that end by themselves (--tour, --shot, --quit-after) never do.")},
     {"lang", "LOCALE", QT_TRANSLATE_NOOP("HostOptions", "Language of the texts: en or zh_CN.")},
+    {"settings", "FILE",
+     QT_TRANSLATE_NOOP("HostOptions", "Keep the window's layout, the last view and the switches in this file "
+                                      "instead of the usual place.")},
+    {"no-settings", nullptr,
+     QT_TRANSLATE_NOOP("HostOptions", "Begin with the usual window and keep nothing of it. Runs that end by "
+                                      "themselves do so unless --settings names a file.")},
 };
 
 std::optional<QSize> ParseSize(const QString& text)
@@ -62,6 +69,13 @@ std::optional<QSize> ParseSize(const QString& text)
         return {};
     return size;
 }
+
+bool IsHttp(const QUrl& url)
+{
+    const bool knows = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+    return url.isValid() && knows && !url.host().isEmpty();
+}
+} // namespace
 
 std::optional<TourStop> ParseView(const QString& text)
 {
@@ -81,13 +95,6 @@ std::optional<TourStop> ParseView(const QString& text)
         return {};
     return view;
 }
-
-bool IsHttp(const QUrl& url)
-{
-    const bool knows = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    return url.isValid() && knows && !url.host().isEmpty();
-}
-} // namespace
 
 std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QString& error)
 {
@@ -115,6 +122,8 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
     options.help = isSet("help");
     options.report = isSet("report");
     options.noVoice = isSet("no-voice");
+    options.noSettings = isSet("no-settings");
+    options.settingsFile = value("settings");
     options.logFile = value("log");
     options.tourFolder = value("tour");
     options.shotFile = value("shot");

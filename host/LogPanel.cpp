@@ -2,10 +2,16 @@
 
 #include <QMutex>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTime>
+
+#include <algorithm>
 
 namespace {
 constexpr int keptLines = 5000;
+// As many signals tell of one thing that happened, by turns when it happens again.
+constexpr int recentLines = 6;
 
 QMutex receiverMutex;
 LogPanel* receiver = nullptr;
@@ -43,6 +49,30 @@ LogPanel::~LogPanel()
 
 void LogPanel::AppendLine(const QString& line)
 {
-    appendPlainText(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz  ")) + line);
-    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    AppendOfKind(line, line);
+}
+
+void LogPanel::AppendOfKind(const QString& kind, const QString& line)
+{
+    QScrollBar* const bar = verticalScrollBar();
+    const bool isAtEnd = bar->value() == bar->maximum();
+    QString text = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz  ")) + line;
+    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    const auto same =
+        std::find_if(recent.begin(), recent.end(), [&kind](const Recent& one) { return one.kind == kind; });
+    if (same == recent.end()) {
+        appendPlainText(text);
+        recent += {kind, 1};
+        if (recent.size() > recentLines)
+            recent.removeFirst();
+    } else {
+        QTextCursor place(document()->lastBlock());
+        place.movePosition(QTextCursor::PreviousBlock, QTextCursor::MoveAnchor,
+                           static_cast<int>(recent.end() - same) - 1);
+        place.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+        place.insertText(QStringLiteral("%1  \u00d7%2").arg(text).arg(++same->count));
+    }
+    // Who reads further up is left there.
+    if (isAtEnd)
+        bar->setValue(bar->maximum());
 }

@@ -3,7 +3,10 @@
 #include "host/CameraRest.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
+#include "host/KeptState.h"
+#include "host/KeyHelp.h"
 #include "host/LogPanel.h"
+#include "host/PanelExtents.h"
 #include "host/SignalRelay.h"
 #include "host/ToolActions.h"
 #include "host/Tour.h"
@@ -11,12 +14,14 @@
 #include "host/ZonePanel.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
+#include "viewer/CAxMapToolsWidget.h"
 
 #include <AxAlgorthm/AxUniqueID.h>
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxNoflyZoneMgr.h>
 
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDir>
 #include <QDockWidget>
@@ -26,6 +31,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTimer>
@@ -37,6 +43,25 @@
 #include <functional>
 
 namespace {
+constexpr QSize usualSize(1440, 900);
+// Of the kept layout; another one does not fit other panels.
+constexpr int layoutVersion = 1;
+constexpr int shownMs = 8000;
+const QString geometryKey = QStringLiteral("window/geometry");
+const QString layoutKey = QStringLiteral("window/layout");
+const QString extentsKey = QStringLiteral("window/panels");
+
+const struct
+{
+    const char* key;
+    bool AxEditAids::*aid;
+} keptAids[] = {
+    {"edgeHandles", &AxEditAids::edgeHandles},
+    {"deleteKey", &AxEditAids::deleteKey},
+    {"snap", &AxEditAids::snap},
+    {"angleSteps", &AxEditAids::angleSteps},
+};
+
 QTreeWidget* MakeList(const QStringList& columns)
 {
     auto* list = new QTreeWidget;
@@ -60,7 +85,8 @@ bool IsForPeople(const QString& signal)
 MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
       blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
-      zones(new ZonePanel(viewer, cameraRest)), tools(new ToolActions(viewer, this)), place(new QLabel),
+      zones(new ZonePanel(viewer, cameraRest)), kept(KeptState::Open(hostOptions, this)),
+      extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new QLabel),
       state(new QLabel)
 {
     // With it Control adds to the selection.
@@ -72,7 +98,7 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     BuildMenus();
     statusBar()->addPermanentWidget(place);
     statusBar()->addPermanentWidget(state);
-    resize(options.size);
+    RestoreLayout();
 
     RelaySignals();
     connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this, &MainWindow::ShowPlace);
@@ -100,12 +126,13 @@ QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidge
     panel->setWidget(content);
     addDockWidget(area, panel);
     panels += panel;
+    extents->Add(panel);
     return panel;
 }
 
 void MainWindow::BuildPanels()
 {
-    QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
+    AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
     QDockWidget* tasks =
         AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
@@ -118,15 +145,52 @@ void MainWindow::BuildPanels()
     undoView->setEmptyLabel(tr("Nothing done"));
     history = AddPanel(tr("Undo history"), "HistoryPanel", undoView, Qt::RightDockWidgetArea);
     history->hide();
-    QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
-    resizeDocks({logPanel}, {options.size.height() / 7}, Qt::Vertical);
-    // The block list's columns fit, as far as the map keeps most of a small window.
-    resizeDocks({blocksPanel}, {qMin(blocks->sizeHint().width(), options.size.width() * 2 / 5)},
-                Qt::Horizontal);
-    connect(blocks, &BlockPanel::Told, this, [this](const QString& text) {
-        constexpr int shownMs = 8000;
-        statusBar()->showMessage(text, shownMs);
+    AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
+    extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
+    extents->Want(Qt::RightDockWidgetArea, usualSize.width() / 5);
+    // The block list's columns fit.
+    extents->Want(Qt::LeftDockWidgetArea, blocks->sizeHint().width());
+    connect(blocks, &BlockPanel::Told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+}
+
+void MainWindow::RestoreLayout()
+{
+    resize(options.size.value_or(usualSize));
+    if (!kept)
+        return;
+    if (!options.size)
+        restoreGeometry(kept->Bytes(geometryKey));
+    restoreState(kept->Bytes(layoutKey), layoutVersion);
+    extents->Restore(kept->Bytes(extentsKey));
+}
+
+void MainWindow::RestoreSwitches()
+{
+    for (auto entry = switches.cbegin(); entry != switches.cend(); ++entry)
+        kept->Follow(entry.key(), entry.value());
+    auto* muted = viewer->GetMapToolWidget()->findChild<QPushButton*>(QStringLiteral("m_pVoiceSwitchBtn"));
+    kept->Follow(QStringLiteral("voiceOff"), muted);
+    if (muted->isChecked())
+        viewer->SetTextToSpeechEnabled(true);
+    AxEditAids aids = viewer->GetEditAids();
+    for (const auto& one : keptAids)
+        aids.*one.aid = kept->Switch(QLatin1String(one.key), aids.*one.aid);
+    viewer->SetEditAids(aids);
+    connect(viewer, &CAxEarthViewer::signalEditAids, kept, [this] {
+        for (const auto& one : keptAids)
+            kept->SetSwitch(QLatin1String(one.key), viewer->GetEditAids().*one.aid);
     });
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (kept) {
+        kept->SetBytes(geometryKey, saveGeometry());
+        kept->SetBytes(layoutKey, saveState(layoutVersion));
+        kept->SetBytes(extentsKey, extents->Save());
+    }
+    QMainWindow::closeEvent(event);
 }
 
 void MainWindow::RelaySignals()
@@ -134,7 +198,7 @@ void MainWindow::RelaySignals()
     const auto relay = [this](const char* from, const QString& name, const QJsonArray& arguments) {
         events.Signal(from, name, arguments);
         if (QLatin1String(from) == QLatin1String("viewer") || IsForPeople(name))
-            log->AppendLine(SignalText(name, arguments));
+            log->AppendOfKind(name, SignalText(name, arguments));
     };
     using namespace std::placeholders;
     new SignalRelay(viewer, CAxEarthViewer::staticMetaObject, std::bind(relay, "viewer", _1, _2), viewer);
@@ -164,16 +228,18 @@ void MainWindow::BuildMenus()
     BuildDrawMenu();
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
-    const auto addSwitch = [view](const QString& text, auto change) {
+    const auto addSwitch = [this, view](const char* key, const QString& text, auto change) {
         QAction* action = view->addAction(text);
         action->setCheckable(true);
         action->setChecked(true);
         connect(action, &QAction::toggled, change);
+        switches[QLatin1String(key)] = action;
     };
-    addSwitch(tr("S&ky and graticule"), [this](bool on) { viewer->SetSkyNodeVisible(on); });
-    addSwitch(tr("&Compass"), [this](bool on) { viewer->SetCompassVisible(on); });
-    addSwitch(tr("Coo&rdinates"), [this](bool on) { viewer->SetCoordinateVisible(on); });
+    addSwitch("sky", tr("S&ky and graticule"), [this](bool on) { viewer->SetSkyNodeVisible(on); });
+    addSwitch("compass", tr("&Compass"), [this](bool on) { viewer->SetCompassVisible(on); });
+    addSwitch("coordinates", tr("Coo&rdinates"), [this](bool on) { viewer->SetCoordinateVisible(on); });
     view->addAction(zones->ShowAction());
+    switches[QStringLiteral("zones")] = zones->ShowAction();
     view->addSeparator();
     QMenu* places = view->addMenu(tr("&Places"));
     const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),
@@ -191,6 +257,8 @@ void MainWindow::BuildMenus()
     BuildNavigateMenu();
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
+    help->addAction(
+        tr("&Mouse and keys"), this, [this] { ShowKeyHelp(this); }, QKeySequence::HelpContents);
     help->addAction(tr("&About"), this, &MainWindow::ShowAbout);
 }
 
@@ -221,6 +289,14 @@ bool MainWindow::HasOpenGl() const
 {
     const auto* surface = qobject_cast<QGLWidget*>(viewer->viewport());
     return surface && surface->isValid();
+}
+
+QSize MainWindow::LargestPicture() const
+{
+    static_cast<QGLWidget*>(viewer->viewport())->makeCurrent();
+    GLint largest[2] = {0, 0};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
+    return {largest[0], largest[1]};
 }
 
 bool MainWindow::StartViewer()
@@ -256,7 +332,38 @@ bool MainWindow::DrawBlocks()
                 records.DeleteBlock(other);
         return false;
     }
+    TellFaults(made);
     return true;
+}
+
+void MainWindow::TellFaults(const QStringList& blockIDs)
+{
+    int count = 0;
+    for (const QString& id : blockIDs) {
+        const QString fault = blocks->FaultOf(id);
+        if (fault.isEmpty())
+            continue;
+        ++count;
+        const QString line = tr("--blocks: block '%1' is drawn, but drawing would refuse it: %2")
+                                 .arg(CAxBlockManager::instance().GetBlock(id)->GetBlockName(),
+                                      QString(fault).replace(QLatin1Char('\n'), QLatin1Char(' ')));
+        QTextStream(stderr) << "AxGroundControl: " << line << Qt::endl;
+        log->AppendLine(line);
+    }
+    if (count > 0)
+        statusBar()->showMessage(
+            tr("%1 of %2 blocks would be refused if they were drawn; they have a warning sign in the list.")
+                .arg(count)
+                .arg(blockIDs.size()));
+}
+
+void MainWindow::GoToFirstView()
+{
+    const std::optional<TourStop> last = kept && !options.view ? kept->View() : options.view;
+    if (last)
+        viewer->getManipulator()->setViewpoint(last->Viewpoint(), 0.0);
+    if (kept)
+        connect(cameraRest, &CameraRest::Rested, kept, &KeptState::SetView);
 }
 
 void MainWindow::OnLoaded()
@@ -267,6 +374,8 @@ void MainWindow::OnLoaded()
     if (events.IsOpen())
         events.Follow(viewer, *cameraRest);
     zones->Start();
+    if (kept)
+        RestoreSwitches();
     cameraRest->Start();
     if (!DrawBlocks()) {
         emit Done(exitWrongUse);
@@ -283,8 +392,7 @@ void MainWindow::OnLoaded()
     }
     // Start-up itself still goes to its first viewpoint after this signal.
     QTimer::singleShot(0, this, [this, stops] {
-        if (options.view)
-            viewer->getManipulator()->setViewpoint(options.view->Viewpoint(), 0.0);
+        GoToFirstView();
         if (!stops.isEmpty()) {
             auto* tour = new Tour(
                 viewer, stops, [this](const QString& file) { return SavePicture(file); }, this);
@@ -328,17 +436,26 @@ bool MainWindow::SavePicture(const QString& file)
             painter.drawPixmap(child->pos(), child->grab());
     painter.drawImage(viewer->mapTo(this, QPoint()), globe);
     painter.end();
-    return picture.save(file);
+    return picture.save(file, QFileInfo(file).suffix().isEmpty() ? "PNG" : nullptr);
 }
 
 void MainWindow::OnSavePicture()
 {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Save picture"), QStringLiteral("globe.png"),
-                                                      tr("Pictures (*.png *.jpg)"));
-    if (file.isEmpty())
+    const QString png = tr("PNG picture (*.png)");
+    const QString jpg = tr("JPEG picture (*.jpg *.jpeg)");
+    QFileDialog dialog(this, tr("Save picture"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters({png, jpg});
+    dialog.setDefaultSuffix(QStringLiteral("png"));
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, jpg](const QString& filter) {
+        dialog.setDefaultSuffix(filter == jpg ? QStringLiteral("jpg") : QStringLiteral("png"));
+    });
+    dialog.selectFile(QStringLiteral("globe.png"));
+    if (dialog.exec() != QDialog::Accepted)
         return;
+    const QString file = dialog.selectedFiles().constFirst();
     if (SavePicture(file))
-        statusBar()->showMessage(tr("Saved %1").arg(file));
+        statusBar()->showMessage(tr("Saved %1").arg(file), shownMs);
     else
         QMessageBox::warning(this, tr("Save picture"), tr("%1: the picture cannot be written").arg(file));
 }

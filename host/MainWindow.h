@@ -3,13 +3,16 @@
 
 #include <osg/Vec3d>
 
+#include <QHash>
 #include <QMainWindow>
 
 class BlockPanel;
 class CameraRest;
 class CAxEarthViewer;
 class EventLog;
+class KeptState;
 class LogPanel;
+class PanelExtents;
 class QDockWidget;
 class QLabel;
 class ToolActions;
@@ -30,15 +33,21 @@ public:
     /// Whether the globe's widget got an OpenGL context; without one it cannot even be shown.
     bool HasOpenGl() const;
 
+    /// The largest picture that the display's OpenGL can draw, pixels.
+    QSize LargestPicture() const;
+
     /// Starts the globe; false when the video adapter cannot show it.
     bool StartViewer();
 
-    /// Writes the window's picture with the globe in it.
+    /// Writes the window's picture with the globe in it; as PNG where the name has no extension.
     bool SavePicture(const QString& file);
 
 signals:
     /// What the command line asked for is done; the program may end with this status.
     void Done(int status);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void BuildMenus();
@@ -49,6 +58,10 @@ private:
     void RelaySignals();
     void OnLoaded();
     bool DrawBlocks();
+    void TellFaults(const QStringList& blockIDs);
+    void RestoreLayout();
+    void RestoreSwitches();
+    void GoToFirstView();
     /// Degrees, degrees and metres, NaN for what is not known; a coarse altitude has no decimals.
     void ShowPlace(double longitude, double latitude, double altitude, double range, bool coarse);
     void ReportProgress();
@@ -62,9 +75,12 @@ private:
     BlockPanel* blocks;
     CameraRest* cameraRest;
     ZonePanel* zones;
+    KeptState* kept; ///< null: nothing is kept
+    PanelExtents* extents;
     QDockWidget* history = nullptr;
     ToolActions* tools;
     QLabel* place; ///< what is under the mouse
     QLabel* state;
     QList<QDockWidget*> panels;
+    QHash<QString, QAction*> switches; ///< of the view menu, by the names under which they are kept
 };

@@ -2,6 +2,7 @@
 
 #include <QBrush>
 #include <QGuiApplication>
+#include <QHash>
 #include <QLocale>
 #include <QPalette>
 
@@ -75,14 +76,31 @@ void ZoneListModel::SetZones(const QList<AxNoflyZoneNear>& newZones)
 {
     if (std::equal(zones.begin(), zones.end(), newZones.begin(), newZones.end(), IsSameZone)) {
         zones = newZones;
-        if (!zones.isEmpty())
-            emit dataChanged(index(0, DistanceColumn), index(zones.size() - 1, BearingColumn),
-                             {Qt::DisplayRole});
+        TellDistances();
         return;
     }
     beginResetModel();
     zones = newZones;
     endResetModel();
+}
+
+void ZoneListModel::UpdateRows(const QList<AxNoflyZoneNear>& newZones)
+{
+    QHash<QString, const AxNoflyZoneNear*> byID;
+    for (const AxNoflyZoneNear& zone : newZones)
+        byID[zone.id] = &zone;
+    for (AxNoflyZoneNear& zone : zones) {
+        const AxNoflyZoneNear* now = byID.value(zone.id);
+        zone.distance = now ? now->distance : qQNaN();
+        zone.bearing = now ? now->bearing : qQNaN();
+    }
+    TellDistances();
+}
+
+void ZoneListModel::TellDistances()
+{
+    if (!zones.isEmpty())
+        emit dataChanged(index(0, DistanceColumn), index(zones.size() - 1, BearingColumn), {Qt::DisplayRole});
 }
 
 const AxNoflyZoneNear* ZoneListModel::ZoneOf(const QModelIndex& index) const
@@ -170,9 +188,9 @@ QVariant ZoneListModel::ZoneData(const AxNoflyZoneNear& zone, int column, int ro
     case ZoneColumn:
         return zone.id;
     case DistanceColumn:
-        return DistanceText(zone.distance);
+        return qIsNaN(zone.distance) ? QString() : DistanceText(zone.distance);
     case BearingColumn:
-        return zone.distance < hereMetres ? QString() : BearingText(zone.bearing);
+        return zone.distance >= hereMetres ? BearingText(zone.bearing) : QString();
     default:
         return QVariant();
     }

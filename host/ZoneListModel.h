@@ -25,6 +25,9 @@ public:
 
     /// Takes other zones or other distances of the same ones; only the former resets the model.
     void SetZones(const QList<AxNoflyZoneNear>& zones);
+    /// Takes what is still true of the rows that there are and leaves them where they stand. A zone that is
+    /// no longer among `zones` has neither distance nor bearing.
+    void UpdateRows(const QList<AxNoflyZoneNear>& zones);
     const QList<AxNoflyZoneNear>& Zones() const { return zones; }
     /// The zone of a row, also of a lift's; null for an invalid index.
     const AxNoflyZoneNear* ZoneOf(const QModelIndex& index) const;
@@ -41,6 +44,8 @@ public:
 private:
     QVariant ZoneData(const AxNoflyZoneNear& zone, int column, int role) const;
     QVariant LiftData(const AxNoflyLift& lift, int role) const;
+
+    void TellDistances();
 
     QList<AxNoflyZoneNear> zones;
 };

@@ -1,5 +1,4 @@
 #include "host/ZonePanel.h"
-#include "analysis/CAxAncillaryProcess.h"
 #include "host/CameraRest.h"
 #include "host/ZoneListModel.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -76,6 +75,7 @@ void ZonePanel::BuildList()
     };
     widen(ZoneListModel::DistanceColumn, QStringLiteral("000.0 km"));
     widen(ZoneListModel::BearingColumn, QStringLiteral("000\u00b0 NW"));
+    list->viewport()->installEventFilter(this);
     connect(model, &ZoneListModel::modelReset, list, &QTreeView::scrollToTop);
     connect(list, &QTreeView::clicked, this, &ZonePanel::Fly);
     connect(list, &QTreeView::activated, this, &ZonePanel::Fly);
@@ -85,6 +85,7 @@ void ZonePanel::Start()
 {
     connect(viewer->GetAncillaryProcess(), &CAxAncillaryProcess::signalShownZones, this,
             &ZonePanel::ListZones);
+    ShowZones(showAction->isChecked());
     ListZones();
 }
 
@@ -121,7 +122,23 @@ void ZonePanel::ListZones()
         text += tr(", the nearest %1 are listed").arg(locale.toString(mostZonesListed));
     }
     summary->setText(text);
+    // A click must come upon the row that was aimed at.
+    if (list->viewport()->underMouse() && model->rowCount() > 0)
+        model->UpdateRows(zones);
+    else
+        ShowRows(zones);
+}
 
+bool ZonePanel::eventFilter(QObject* object, QEvent* event)
+{
+    // Queued, because the mouse is not away yet.
+    if (object == list->viewport() && event->type() == QEvent::Leave)
+        QMetaObject::invokeMethod(this, &ZonePanel::ListZones, Qt::QueuedConnection);
+    return QWidget::eventFilter(object, event);
+}
+
+void ZonePanel::ShowRows(const QList<AxNoflyZoneNear>& zones)
+{
     const AxNoflyZoneNear* chosen = model->ZoneOf(list->currentIndex());
     const QString chosenID = chosen ? chosen->id : QString();
     model->SetZones(zones);

@@ -1,4 +1,6 @@
 #pragma once
+#include "analysis/CAxAncillaryProcess.h"
+
 #include <osgEarth/Viewpoint>
 
 #include <QWidget>
@@ -13,7 +15,8 @@ class ZoneListModel;
 
 /**
  * The no-fly zones around the middle of the view, the nearest first. A click on
- * one flies there and makes it blink.
+ * one flies there and makes it blink. Rows stay where they are while the mouse
+ * is over them.
  */
 class ZonePanel : public QWidget
 {
@@ -28,6 +31,8 @@ public:
     /// Shows and hides the zones on the map, in step with the button of the map.
     QAction* ShowAction() const { return showAction; }
 
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 protected:
     void showEvent(QShowEvent* event) override;
 
@@ -36,6 +41,7 @@ private:
     void ShowZones(bool visible);
     void OnRested(const osgEarth::Viewpoint& newView);
     void ListZones();
+    void ShowRows(const QList<AxNoflyZoneNear>& zones);
     void Fly(const QModelIndex& index);
 
     CAxEarthViewer* viewer;

@@ -26,6 +26,14 @@ bool IsDisplayKnown()
 #endif
 }
 
+// Numbers are written as in the language of the texts, and all alike: coordinates, areas and lengths have no
+// separators in them.
+void SetNumbers(QLocale locale)
+{
+    locale.setNumberOptions(QLocale::OmitGroupSeparator);
+    QLocale::setDefault(locale);
+}
+
 int Fail(int status, const QString& reason)
 {
     QTextStream(stderr) << "AxGroundControl: " << reason << Qt::endl;
@@ -58,7 +66,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("AxGroundControl"));
     QApplication::setApplicationVersion(QStringLiteral(AX_VERSION));
     AxRouteSceneLog();
-    AxInstallTranslations(options->language.isEmpty() ? QLocale::system() : QLocale(options->language));
+    const QLocale language = options->language.isEmpty() ? QLocale::system() : QLocale(options->language);
+    SetNumbers(AxInstallTranslations(language) > 0 ? language : QLocale(QLocale::English));
 
     EventLog events;
     QString error;
@@ -69,6 +78,11 @@ int main(int argc, char** argv)
     if (!window.HasOpenGl())
         return Fail(exitNoGraphics, MainWindow::tr("The display offers no OpenGL."));
     QObject::connect(&window, &MainWindow::Done, &app, &QApplication::exit);
+    const QSize most = window.LargestPicture();
+    if (options->size && (options->size->width() > most.width() || options->size->height() > most.height()))
+        return Fail(exitWrongUse, HostOptions::tr("--size: this display draws at most %1x%2 pixels.")
+                                      .arg(most.width())
+                                      .arg(most.height()));
     window.show();
     // The window stands before the map loads, and the viewer's boxes have a running event loop.
     QTimer::singleShot(0, &window, [&window] {

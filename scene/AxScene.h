@@ -31,6 +31,6 @@ public:
     /// Sets the altitude of each point (degrees, degrees) to that of the ground in memory, metres above the
     /// ellipsoid; where nothing is known it stays.
     virtual void GetElevations(QList<osg::Vec3d>& points) const = 0;
-    /// What is shown, overlays included.
-    virtual QImage Picture() const = 0;
+    /// What is shown, without the tools bar and the read-out, which belong to the window and not to the map.
+    virtual QImage Picture() = 0;
 };

@@ -2,7 +2,6 @@
 #include "scene/base/AxViewerLog.h"
 
 #include <osgDB/DatabasePager>
-#include <osgDB/ReadFile>
 #include <osgDB/Registry>
 #include <osgEarth/GeoData>
 #include <osgEarth/ModelLayer>
@@ -15,6 +14,9 @@
 #include <osgEarthSymbology/Style>
 #include <osgEarthUtil/AutoClipPlaneHandler>
 #include <osgEarthUtil/Ephemeris>
+
+#include <QCoreApplication>
+#include <QFileInfo>
 
 using namespace osgEarth;
 using namespace osgEarth::Symbology;
@@ -34,13 +36,27 @@ constexpr double discAltitude = 1000.0;
 constexpr const char* boundariesFile = "D:\\AxOsgEarth\\AxEarthApp\\Data\\shp\\chinashp.shp";
 } // namespace
 
-osg::ref_ptr<osg::Node> AxSceneStartup::ReadMap(const QString& path)
+osg::ref_ptr<MapNode> AxSceneStartup::ReadMap(const QString& path, QString& reason)
 {
-    osg::ref_ptr<osg::Node> node =
-        osgDB::readRefNodeFile(path.toLocal8Bit().toStdString(), osgDB::Registry::instance()->getOptions());
-    if (!node)
-        qCWarning(axViewerLog).noquote() << "cannot read the map file" << path;
-    return node;
+    osgDB::Registry* const files = osgDB::Registry::instance();
+    osgDB::ReaderWriter::ReadResult read =
+        files->readNode(path.toLocal8Bit().toStdString(), files->getOptions());
+    MapNode* const mapNode = read.validNode() ? MapNode::findMapNode(read.getNode()) : nullptr;
+    if (mapNode)
+        return mapNode;
+    const QString told = QString::fromLocal8Bit(read.message().c_str());
+    if (!QFileInfo(path).isFile())
+        reason = QCoreApplication::translate("CAxEarthViewer", "There is no such file.");
+    else if (!QFileInfo(path).isReadable())
+        reason = QCoreApplication::translate("CAxEarthViewer", "The file may not be read.");
+    else if (!told.isEmpty())
+        reason = told;
+    else
+        reason = QCoreApplication::translate("CAxEarthViewer", "The file holds no map.");
+    if (!told.isEmpty())
+        qCWarning(axViewerLog).noquote() << told;
+    qCWarning(axViewerLog).noquote() << "cannot read the map file" << path;
+    return nullptr;
 }
 
 osg::ref_ptr<Util::SkyNode> AxSceneStartup::CreateSky(MapNode* mapNode)

@@ -17,8 +17,8 @@
  * order in which CAxEarthViewer::InitEarthViewer uses them. GUI thread.
  */
 namespace AxSceneStartup {
-/// What the map file holds, or null with a logged line.
-osg::ref_ptr<osg::Node> ReadMap(const QString& path);
+/// The map of a file, or null with a logged line, and why there is none, for a person.
+osg::ref_ptr<osgEarth::MapNode> ReadMap(const QString& path, QString& reason);
 
 /// Null, with a logged line, where the map engine has none.
 osg::ref_ptr<osgEarth::Util::SkyNode> CreateSky(osgEarth::MapNode* mapNode);

@@ -3,7 +3,7 @@
 
 #include <QLocale>
 
-/// Installs the texts of this library and its companions in the language of
+/// Installs the texts of this library, its companions and Qt in the language of
 /// the locale, where they exist (Simplified Chinese). Call it once, on the GUI
 /// thread, after the application object was made and before the first widget.
 /// Returns how many sets of texts were installed: 0 leaves everything English.

@@ -4,7 +4,9 @@
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "scene/base/AxNotice.h"
 #include "scene/base/AxProcessLocale.h"
+#include "scene/base/AxWgs84.h"
 #include "viewer/AxFrame.h"
+#include "viewer/AxFrameCapture.h"
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxMapFile.h"
@@ -31,6 +33,7 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <typeinfo>
 #include <utility>
@@ -44,6 +47,8 @@ constexpr double farPlane = 10000.0;
 constexpr double nearFarRatio = 1e-10;
 constexpr double minPitchDegrees = -90.0;
 constexpr double maxPitchDegrees = -10.0;
+// From farther away the globe is a dot in the window.
+constexpr double farthestInRadii = 10.0;
 constexpr unsigned samplesWanted = 16;
 
 QString MapFileForNetwork()
@@ -92,6 +97,32 @@ void AxViewerPrivate::GetElevations(QList<osg::Vec3d>& points) const
     manipulator->GetElevations(points, false);
 }
 
+QImage AxViewerPrivate::paintedPicture()
+{
+    glWidget->setAutoBufferSwap(false);
+    askedByTimer = false;
+    glWidget->repaint();
+    glWidget->makeCurrent();
+    const QImage painted = AxCaptureBuffer(*graphicsWindow, GL_BACK);
+    glWidget->setAutoBufferSwap(true);
+    return painted;
+}
+
+QImage AxViewerPrivate::Picture()
+{
+    if (!graphicsWindow || !earthLoaded || !q->isVisible())
+        return q->GetCurrViewerImg();
+    // Transparent rather than hidden, because a hidden overlay loses the keyboard's focus.
+    const std::array<QGraphicsItem*, 2> controls{mapToolsWidget->graphicsProxyWidget(),
+                                                 coordinateWidget->graphicsProxyWidget()};
+    for (QGraphicsItem* control : controls)
+        control->setOpacity(0.0);
+    const QImage picture = paintedPicture();
+    for (QGraphicsItem* control : controls)
+        control->setOpacity(1.0);
+    return picture;
+}
+
 // Construction
 
 void AxViewerPrivate::initParameters()
@@ -127,6 +158,8 @@ void AxViewerPrivate::initParameters()
 
     manipulator = new CAxEarthManipulator(q);
     manipulator->getSettings()->setMinMaxPitch(minPitchDegrees, maxPitchDegrees);
+    manipulator->getSettings()->setMinMaxDistance(manipulator->getSettings()->getMinDistance(),
+                                                  farthestInRadii * AxWgs84::semiMajorAxis);
     viewer->setCameraManipulator(manipulator, true);
     connect(manipulator.get(), &CAxEarthManipulator::signalViewMoved, this, &AxViewerPrivate::followView);
     connect(manipulator.get(), &CAxEarthManipulator::signalPointed, this, &AxViewerPrivate::showReadOut);
@@ -230,11 +263,11 @@ bool AxViewerPrivate::startUp()
     if (!progress(CAxEarthViewer::tr("Create tile map service...")))
         return false;
     AxSetProcessLocale();
-    const osg::ref_ptr<osg::Node> loaded =
-        AxSceneStartup::ReadMap(mapFile.isEmpty() ? MapFileForNetwork() : mapFile);
-    mapNode = loaded ? osgEarth::MapNode::findMapNode(loaded) : nullptr;
+    const QString path = mapFile.isEmpty() ? MapFileForNetwork() : mapFile;
+    QString reason;
+    mapNode = AxSceneStartup::ReadMap(path, reason);
     if (!mapNode)
-        endWithoutMap();
+        endWithoutMap(path, reason);
     map = mapNode->getMap();
     mapNode->setName("MapNode");
     mapSRS = mapNode->getMapSRS();
@@ -264,10 +297,10 @@ bool AxViewerPrivate::startUp()
     return !self.isNull();
 }
 
-void AxViewerPrivate::endWithoutMap()
+void AxViewerPrivate::endWithoutMap(const QString& path, const QString& reason)
 {
     AxShowProblem(q, CAxEarthViewer::tr("Route Information"),
-                  CAxEarthViewer::tr("Create tile map service error."));
+                  CAxEarthViewer::tr("Create tile map service error."), path + QLatin1Char('\n') + reason);
     std::exit(EXIT_SUCCESS);
 }
 

@@ -52,7 +52,7 @@ public:
     osg::Group* DrawGroup() const override { return drawGroup; }
     osg::Group* ObjectGroup() const override { return geomAdapterGroup; }
     void GetElevations(QList<osg::Vec3d>& points) const override;
-    QImage Picture() const override { return q->GetCurrViewerImg(); }
+    QImage Picture() override;
 
     // Construction and start-up, in their order (AxViewerPrivate.cpp)
 
@@ -68,7 +68,7 @@ public:
     void initEventHandler();
     void initBoundaries(osgEarth::Map* targetMap);
     void addGroups();
-    [[noreturn]] void endWithoutMap();
+    [[noreturn]] void endWithoutMap(const QString& path, const QString& reason);
     /// Everything that needs the OpenGL context, and what would outlive the widget otherwise.
     void shutDown();
 
@@ -85,6 +85,8 @@ public:
     void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
     void showReadOut(double longitude, double latitude, double altitude, double range);
     void setCoordinate(const QStringList& texts);
+    /// Paints the frame once more and reads it, without showing it.
+    QImage paintedPicture();
 
     CAxEarthViewer* const q;
 

@@ -42,10 +42,17 @@ bool CAxEarthViewer::CheckAdapterGLSupport()
         return false;
     if (osgEarth::Registry::capabilities().supportsGLSL(requiredGlsl))
         return true;
+    d->glWidget->makeCurrent();
+    const auto glText = [](GLenum name) {
+        const auto* text = reinterpret_cast<const char*>(glGetString(name));
+        return text ? QString::fromLatin1(text) : QString();
+    };
     AxShowProblem(
         this, tr("Video adapter tips"),
         tr("Unable to run application,the video adapter not support GLSL 330 .Please check you adapter "
-           "driver version or hardware supported."));
+           "driver version or hardware supported."),
+        tr("Video adapter: %1, OpenGL %2, GLSL %3")
+            .arg(glText(GL_RENDERER), glText(GL_VERSION), glText(GL_SHADING_LANGUAGE_VERSION)));
     return false;
 }
 
@@ -84,15 +91,9 @@ QImage CAxEarthViewer::GetCurrViewerImg()
     const QImage shown = AxCaptureBuffer(*d->graphicsWindow, GL_FRONT);
     if (!AxIsBlack(shown) || !d->earthLoaded || !isVisible())
         return shown;
-    // Software renderers keep no front buffer, and a covered window need not
-    // have one either: paint the frame once more and read it before it is shown.
-    d->glWidget->setAutoBufferSwap(false);
-    d->askedByTimer = false;
-    viewport()->repaint();
-    d->glWidget->makeCurrent();
-    const QImage painted = AxCaptureBuffer(*d->graphicsWindow, GL_BACK);
+    // Software renderers keep no front buffer, and a covered window need not have one either.
+    const QImage painted = d->paintedPicture();
     d->glWidget->swapBuffers();
-    d->glWidget->setAutoBufferSwap(true);
     return painted;
 }
 

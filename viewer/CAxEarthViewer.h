@@ -174,8 +174,8 @@ public:
     QAction* GetRedoAction() const;
     void SetEditAids(const AxEditAids& aids); ///< aids of editing; told by signalEditAids()
     const AxEditAids& GetEditAids() const;    ///< as they were set last
-    /// Gives a block another name. False, nothing changed, for an unknown ID, an
-    /// empty name and one that a block has already.
+    /// Gives a block another name, less its outer blanks. False, nothing changed,
+    /// for an unknown ID, an empty name and one that a block has already.
     bool RenameBlock(const QString& id, const QString& name);
     /// Deletes blocks, with what draws them and with their tasks, as one step of the undo stack. Returns the
     /// IDs of those that are deleted; a block that is locked on this map stays. Undoing brings back record

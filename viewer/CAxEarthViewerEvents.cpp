@@ -24,6 +24,8 @@ constexpr int compassRightMargin = 9;
 constexpr int overlayGap = 4;
 // The tools bar stands partly beyond the right edge.
 constexpr int toolsBeyondEdge = 20;
+// Of its seven buttons without gaps.
+constexpr int leastToolsHeight = 252;
 } // namespace
 
 void CAxEarthViewer::timerEvent(QTimerEvent* event)
@@ -84,7 +86,12 @@ void CAxEarthViewer::resizeEvent(QResizeEvent* event)
     const QSize size = event->size();
     scene()->setSceneRect(rect());
     const QRectF area = scene()->sceneRect();
-    d->compassItem->setPos(area.right() - d->compassItem->boundingRect().width() - compassRightMargin,
+    // In a window too low for the buttons below it the compass stands beside them.
+    const QSizeF compass = d->compassItem->boundingRect().size();
+    const bool isLow =
+        area.height() < overlayTop + compass.height() + leastToolsHeight + d->coordinateWidget->height();
+    const int besideTools = isLow ? d->mapToolsWidget->width() - toolsBeyondEdge : 0;
+    d->compassItem->setPos(area.right() - compass.width() - compassRightMargin - besideTools,
                            area.top() + overlayTop);
     if (d->graphicsWindow) {
         // A size of nothing would leave the camera with a degenerate projection for good.

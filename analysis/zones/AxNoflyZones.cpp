@@ -5,6 +5,7 @@
 
 #include <AxData/CAxNoflyZoneMgr.h>
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -232,22 +233,33 @@ AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows, const QList<QVariant>&
 }
 
 // What goes wrong on the way is logged by the manager, and shows in there being no rows.
-bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones)
+bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones, QString* reason)
 {
+    // What fails first makes the rest fail.
+    QString firstFailure;
+    const auto noted = [&zoneFile, &firstFailure](bool isDone) {
+        if (!isDone && firstFailure.isEmpty())
+            firstFailure = zoneFile.GetLastError();
+        return isDone;
+    };
     ZoneReader reader;
     QList<QVariant> liftRows;
-    zoneFile.DecryptionNoflyFile(file, file);
-    zoneFile.ConnectDataBase(file);
+    noted(zoneFile.DecryptionNoflyFile(file, file));
+    noted(zoneFile.ConnectDataBase(file));
     const bool isRead =
-        zoneFile.SelectRecord("lng, lat, local_id, enable, area", "no_fly_zone", QString(), QString(),
-                              [&reader](const QVariantList& row) { reader.Take(row); });
+        noted(zoneFile.SelectRecord("lng, lat, local_id, enable, area", "no_fly_zone", QString(), QString(),
+                                    [&reader](const QVariantList& row) { reader.Take(row); }));
     zoneFile.SelectRecord("begin_at, expired_at, area, local_ids, user_id, status", "lift_no_fly_zone",
                           QString(), QString(), liftRows);
     zoneFile.CloseDataBase();
     zoneFile.EncryptionNoflyFile(file, file);
     const std::vector<ReadZone> read = reader.Finish();
-    if (!isRead || read.empty())
+    if (!isRead || read.empty()) {
+        if (reason)
+            *reason = isRead ? QCoreApplication::translate("CAxAncillaryThread", "It holds no zone.")
+                             : firstFailure;
         return false;
+    }
     zones = Zones(read, liftRows);
     return true;
 }

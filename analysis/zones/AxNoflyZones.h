@@ -43,8 +43,9 @@ AXEARTHVIEWER_EXPORT AxNoflyZones AxReadZones(const QList<QVariant>& zoneRows,
                                               const QList<QVariant>& liftRows);
 
 /// Opens a zone file in place, reads it and seals it again. False, `zones` untouched, when it holds no zone
-/// row.
-AXEARTHVIEWER_EXPORT bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones);
+/// row; `reason` then says to a person what went wrong.
+AXEARTHVIEWER_EXPORT bool AxLoadZones(CAxNoflyZoneMgr& zoneFile, const QString& file, AxNoflyZones& zones,
+                                      QString* reason = nullptr);
 
 /// The lifts of a zone in the order of the file.
 AXEARTHVIEWER_EXPORT QList<AxNoflyLift> AxLiftsOf(const AxNoflyZones& zones, const QString& id,

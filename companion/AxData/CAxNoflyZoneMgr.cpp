@@ -104,6 +104,17 @@ void CAxNoflyZoneMgr::SetNoflyFile(const QString& path)
     choices().file = path;
 }
 
+QString CAxNoflyZoneMgr::GetNoflyFile()
+{
+    QMutexLocker locker(&choices().mutex);
+    const QString chosen = choices().file;
+    locker.unlock();
+    return QFileInfo(chosen.isEmpty()
+                         ? QCoreApplication::applicationDirPath() + QStringLiteral("/NoflyZone.db")
+                         : chosen)
+        .absoluteFilePath();
+}
+
 bool CAxNoflyZoneMgr::SetNoflyKey(const QByteArray& key)
 {
     const QMutexLocker locker(&choices().mutex);
@@ -145,13 +156,8 @@ QByteArray CAxNoflyZoneMgr::GetNoflyKey()
 
 QString CAxNoflyZoneMgr::CheckExistNoflyFile() const
 {
-    QMutexLocker locker(&choices().mutex);
-    const QString chosen = choices().file;
-    locker.unlock();
-    const QFileInfo file = chosen.isEmpty() ? QFileInfo(QDir(QCoreApplication::applicationDirPath()),
-                                                        QStringLiteral("NoflyZone.db"))
-                                            : QFileInfo(chosen);
-    return file.isFile() ? file.absoluteFilePath() : QString();
+    const QString file = GetNoflyFile();
+    return QFileInfo(file).isFile() ? file : QString();
 }
 
 bool CAxNoflyZoneMgr::DecryptionNoflyFile(QString source, QString target)

@@ -34,6 +34,8 @@ public:
     /// Names the zone file to use instead of "NoflyZone.db" beside the application. Call it before the
     /// globe starts; an empty name restores the rule. Any thread.
     static void SetNoflyFile(const QString& path);
+    /// Full path of the file that is used, whether there is one or not. Any thread.
+    static QString GetNoflyFile();
 
     /// The key with which zone files are opened and sealed from now on. Any bytes; 32 random ones are best,
     /// because a guessable key can be guessed. False for an empty one: no file is opened or sealed then until

@@ -51,6 +51,23 @@ AxVerdict AxBlockAdapter::Judge()
     return AxVerdict::Accepted;
 }
 
+QString AxBlockAdapter::Fault()
+{
+    if (ShapeKind().IsClosed() && static_cast<int>(d->anchors.size()) < leastOfAnArea)
+        return AxBlockRefusal::TooFewPointsText();
+    const QString ofShape = ShapeFault();
+    if (!ofShape.isEmpty() || !d->viewer)
+        return ofShape;
+    const QStringList zones = AxZonesUnder(*d->viewer, Outline());
+    return zones.isEmpty() ? QString()
+                           : AxBlockRefusal::OverZonesText() + QLatin1Char('\n') + AxZoneDetails(zones);
+}
+
+QString AxBlockAdapter::ShapeFault()
+{
+    return {};
+}
+
 // Drawing
 
 bool AxBlockAdapter::IsOverGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos)

@@ -21,6 +21,9 @@ public:
     void SetAdapterVisible(bool visible, QString taskID) override;
     /// The code of Judge() as AxVerdict.h has it.
     int CheckGeometry() override;
+    /// Why a drawing of this shape would be refused, in words for the operator; empty when it would not be.
+    /// A block that comes from elsewhere is drawn all the same, and a host says so by this. Nobody is told.
+    virtual QString Fault();
     /// Longitude and latitude in degrees, altitude in metres. Points that are not finite leave the object as
     /// it was.
     void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
@@ -36,6 +39,9 @@ protected:
     /// Judges the shape by itself, after it was found to have a feature node and, as a ring, at least three
     /// vertices.
     virtual AxVerdict JudgeShape() = 0;
+    /// What Fault() says of the shape by itself, under the same conditions; empty unless a kind says
+    /// otherwise.
+    virtual QString ShapeFault();
     /// The whole verdict: the shape, then the zones under it, then the model layers that it touches.
     virtual AxVerdict Judge();
 

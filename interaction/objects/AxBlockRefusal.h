@@ -6,10 +6,15 @@
 class AxViewerParts;
 class QWidget;
 
-/// Why a block is refused. Each is told to the operator in a modal box, which lets
-/// events run meanwhile, and returns the verdict. GUI thread only.
+/// Why a block is refused. GUI thread only.
 namespace AxBlockRefusal {
 
+// In words.
+QString TooFewPointsText();
+QString InvalidText();
+QString OverZonesText();
+
+// Told to the operator in a modal box, which lets events run meanwhile; they return the verdict.
 AxVerdict TooFewPoints(QWidget* boxParent);
 AxVerdict Invalid(QWidget* boxParent);
 /// The box names the zones, and they blink on the map behind it.

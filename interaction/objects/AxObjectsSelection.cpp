@@ -161,10 +161,11 @@ const AxEditAids& AxObjects::Aids() const
     return history->Aids();
 }
 
-bool AxObjects::Rename(const QString& id, const QString& name)
+bool AxObjects::Rename(const QString& id, const QString& wanted)
 {
     CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
-    if (!block || name.trimmed().isEmpty())
+    const QString name = wanted.trimmed();
+    if (!block || name.isEmpty())
         return false;
     const QString before = block->GetBlockName();
     if (name == before)

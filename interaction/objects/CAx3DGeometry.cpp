@@ -19,6 +19,12 @@ bool IsSamePlace(const osg::Vec3d& a, const osg::Vec3d& b)
 {
     return std::abs(a.x() - b.x()) < sameDegrees && std::abs(a.y() - b.y()) < sameDegrees;
 }
+bool Crosses(const std::vector<osg::Vec3d>& vertices)
+{
+    std::vector<QPointF> ring = AxRingInPlane(vertices);
+    ring.push_back(ring.front());
+    return isSelfIntersection(ring);
+}
 } // namespace
 
 CAx3DGeometry::CAx3DGeometry(CAxEarthViewer* viewer, QObject* parent)
@@ -83,7 +89,15 @@ AxVerdict CAx3DGeometry::JudgeShape()
         if (static_cast<int>(anchors.size()) < ShapeKind().leastVertices)
             return AxBlockRefusal::TooFewPoints(BoxParent());
     }
-    std::vector<QPointF> ring = AxRingInPlane(anchors);
-    ring.push_back(ring.front());
-    return isSelfIntersection(ring) ? AxBlockRefusal::Invalid(BoxParent()) : AxVerdict::Accepted;
+    return Crosses(anchors) ? AxBlockRefusal::Invalid(BoxParent()) : AxVerdict::Accepted;
+}
+
+QString CAx3DGeometry::ShapeFault()
+{
+    std::vector<osg::Vec3d> anchors = d->anchors;
+    if (IsSamePlace(anchors[anchors.size() - 1], anchors[anchors.size() - 2]))
+        anchors.pop_back();
+    if (static_cast<int>(anchors.size()) < ShapeKind().leastVertices)
+        return AxBlockRefusal::TooFewPointsText();
+    return Crosses(anchors) ? AxBlockRefusal::InvalidText() : QString();
 }

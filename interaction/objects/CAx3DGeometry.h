@@ -33,6 +33,7 @@ public slots:
 protected:
     /// Refuses a ring that crosses itself. A last corner on top of the one before it is dropped.
     AxVerdict JudgeShape() override;
+    QString ShapeFault() override;
 
 private:
     bool isFreeToEdit();

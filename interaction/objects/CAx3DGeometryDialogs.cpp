@@ -52,10 +52,10 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
     page->SetElement2Value(QString::number(GetArea(), 'f', 2), false);
     // What was typed stays in the page until it can be taken.
     while (page->exec() == QDialog::Accepted && page && self.IsWanted() && d->viewer) {
-        const QString name = page->GetElement1Value();
+        const QString name = page->GetElement1Value().trimmed();
         if (name == oldName)
             return;
-        const bool isEmpty = name.trimmed().isEmpty();
+        const bool isEmpty = name.isEmpty();
         if (!isEmpty && !CAxBlockManager::instance()._exist(name)) {
             if (AxAskQuestion(BoxParent(), tr("Change name"), tr("Are you sure want to change name?")) &&
                 self.IsWanted() && d->viewer)

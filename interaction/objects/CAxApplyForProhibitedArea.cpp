@@ -49,6 +49,11 @@ AxVerdict CAxApplyForProhibitedArea::Judge()
     return AxVerdict::Accepted;
 }
 
+QString CAxApplyForProhibitedArea::Fault()
+{
+    return ShapeFault();
+}
+
 void CAxApplyForProhibitedArea::giveZonesToBlock()
 {
     if (CAxBlock* block = GetContainedBlock())
@@ -122,6 +127,10 @@ void CAxApplyForProhibitedArea::fillInAndSend(const QString& blockID)
 {
     const QPointer<QWidget> map = BoxParent();
     const QPointer<CAxNoflyApplyWgt> form = new CAxNoflyApplyWgt(blockID, zones, map);
+    if (const CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID)) {
+        form->SetBlockName(block->GetBlockName());
+        form->SetArea(block->GetAnchor());
+    }
     form->SetScreenShotsImage(d->viewer->Scene().Picture());
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockDeleted, form,
             [form, blockID](const QString& id) {
@@ -141,7 +150,7 @@ void CAxApplyForProhibitedArea::fillInAndSend(const QString& blockID)
         const QString answer = upload ? upload->AnswerText() : QString();
         delete upload;
         if (isSent)
-            AxShowNotice(map, tr("Application Information"), tr("The application was sent."), answer);
+            AxShowSuccess(map, tr("Application Information"), tr("The application was sent."), answer);
     }
     delete form;
 }

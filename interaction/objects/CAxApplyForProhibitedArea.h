@@ -25,6 +25,8 @@ public:
     /// operator when there are none. When sending fails or is given up the form
     /// comes back. Nothing happens while it is open, or without a block record.
     void Apply();
+    /// Of the shape alone: zones are what it is drawn over.
+    QString Fault() override;
     /// Applies.
     void ResponseDoubleClickOnBlock() override;
     /// Applies after the time of a double click.

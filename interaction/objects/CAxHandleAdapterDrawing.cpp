@@ -23,6 +23,7 @@
 #include <osgEarthSymbology/TextSymbol>
 
 #include <QImage>
+#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <cmath>
@@ -41,6 +42,23 @@ constexpr float lockHalfSize = 18.0f;
 constexpr short lockShift = -34;
 // Side of the square that a segment fills, metres, from its diagonal.
 const double segmentSize = 2000.0 / std::sqrt(2.0);
+
+// On one line, and no longer than the map has room for; letters that are made of several characters stay
+// whole.
+std::string NameOnMap(const QString& name)
+{
+    constexpr int mostLetters = 64;
+    const QString line = name.simplified();
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, line);
+    int lastKept = 0;
+    for (int count = 1; letters.toNextBoundary() >= 0; ++count) {
+        if (count == mostLetters - 1)
+            lastKept = letters.position();
+        if (count > mostLetters)
+            return (line.left(lastKept) + QChar(0x2026)).toStdString();
+    }
+    return line.toStdString();
+}
 
 bool HasColor(const osg::Vec4f& color)
 {
@@ -314,7 +332,7 @@ void CAxHandleAdapter::DrawNameLabel()
 
     osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
     const CAxBlock* block = GetContainedBlock();
-    const std::string name = block ? block->GetBlockName().toStdString() : std::string();
+    const std::string name = block ? NameOnMap(block->GetBlockName()) : std::string();
     const auto place = AxLabelPlace(points);
     const bool isShown = d->nameLabel ? d->nameLabel->getNodeMask() != 0 : d->visible;
     osg::ref_ptr<LabelNode> label;

@@ -67,8 +67,13 @@ bool CAxOsgDrawRectange::IsFlat() const
 
 AxVerdict CAxOsgDrawRectange::JudgeShape()
 {
+    return ShapeFault().isEmpty() ? AxVerdict::Accepted : AxBlockRefusal::Invalid(BoxParent());
+}
+
+QString CAxOsgDrawRectange::ShapeFault()
+{
     const bool isRectangle = d->anchors.size() == corners && !IsFlat();
-    return isRectangle ? AxVerdict::Accepted : AxBlockRefusal::Invalid(BoxParent());
+    return isRectangle ? QString() : AxBlockRefusal::InvalidText();
 }
 
 // Drawing

@@ -48,6 +48,7 @@ protected:
     /// For kinds of block that are rectangles.
     CAxOsgDrawRectange(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type);
     AxVerdict JudgeShape() override;
+    QString ShapeFault() override;
     /// Four corners, but the first and the third on one meridian or one parallel.
     bool IsFlat() const;
 

@@ -117,6 +117,22 @@
         <source>Please select the appropriate landing point because the landing point is too far from the job area.</source>
         <translation>降落点距离作业区域太远，请选择合适的降落点。</translation>
     </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>没有此文件。</translation>
+    </message>
+    <message>
+        <source>The file may not be read.</source>
+        <translation>无权读取此文件。</translation>
+    </message>
+    <message>
+        <source>The file holds no map.</source>
+        <translation>此文件不含地图。</translation>
+    </message>
+    <message>
+        <source>Video adapter: %1, OpenGL %2, GLSL %3</source>
+        <translation>显卡：%1，OpenGL %2，GLSL %3</translation>
+    </message>
 </context>
 <context>
     <name>CAxMapToolsWidget</name>
@@ -263,6 +279,18 @@
         <source>--apply-url: '%1' is no address such as https://example.org/apply.</source>
         <translation>--apply-url：“%1”不是有效地址，应如 https://example.org/apply。</translation>
     </message>
+    <message>
+        <source>Keep the window&apos;s layout, the last view and the switches in this file instead of the usual place.</source>
+        <translation>将窗口布局、上次的视图和各开关保存在此文件中，而非通常的位置。</translation>
+    </message>
+    <message>
+        <source>Begin with the usual window and keep nothing of it. Runs that end by themselves do so unless --settings names a file.</source>
+        <translation>以通常的窗口启动，且不保存其状态。会自行结束的运行都如此，除非用 --settings 指定文件。</translation>
+    </message>
+    <message>
+        <source>--size: this display draws at most %1x%2 pixels.</source>
+        <translation>--size：此显示器最多绘制 %1x%2 像素。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -371,10 +399,6 @@
         <translation>保存图片</translation>
     </message>
     <message>
-        <source>Pictures (*.png *.jpg)</source>
-        <translation>图片 (*.png *.jpg)</translation>
-    </message>
-    <message>
         <source>Saved %1</source>
         <translation>已保存 %1</translation>
     </message>
@@ -461,6 +485,26 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>No-fly zones</source>
         <translation>禁飞区</translation>
+    </message>
+    <message>
+        <source>&amp;Mouse and keys</source>
+        <translation>鼠标与按键(&amp;M)</translation>
+    </message>
+    <message>
+        <source>--blocks: block &apos;%1&apos; is drawn, but drawing would refuse it: %2</source>
+        <translation>--blocks：已绘制测区“%1”，但手工绘制时会被拒绝：%2</translation>
+    </message>
+    <message>
+        <source>%1 of %2 blocks would be refused if they were drawn; they have a warning sign in the list.</source>
+        <translation>%2 个测区中有 %1 个在手工绘制时会被拒绝；它们在列表中带有警告标志。</translation>
+    </message>
+    <message>
+        <source>PNG picture (*.png)</source>
+        <translation>PNG 图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>JPEG picture (*.jpg *.jpeg)</source>
+        <translation>JPEG 图片 (*.jpg *.jpeg)</translation>
     </message>
 </context>
 <context>
@@ -1037,6 +1081,237 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>The no-fly zone document parsing error!May file has been corrupted, please login in the case of networking for Launcher!</source>
         <translation>禁飞区文件解析错误！文件可能已损坏，请在联网的情况下登录启动器！</translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>没有此文件。</translation>
+    </message>
+    <message>
+        <source>It holds no zone.</source>
+        <translation>其中没有禁飞区。</translation>
+    </message>
+</context>
+<context>
+    <name>KeyHelp</name>
+    <message>
+        <source>Mouse and keys</source>
+        <translation>鼠标与按键</translation>
+    </message>
+    <message>
+        <source>Mouse or key</source>
+        <translation>鼠标或按键</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>作用</translation>
+    </message>
+    <message>
+        <source>Moving the view</source>
+        <translation>移动视图</translation>
+    </message>
+    <message>
+        <source>Drag, left button</source>
+        <translation>左键拖动</translation>
+    </message>
+    <message>
+        <source>Carries the ground along</source>
+        <translation>拖着地面移动</translation>
+    </message>
+    <message>
+        <source>Drag, middle button; Ctrl and drag</source>
+        <translation>中键拖动；Ctrl 加拖动</translation>
+    </message>
+    <message>
+        <source>Turns and tilts</source>
+        <translation>旋转与倾斜</translation>
+    </message>
+    <message>
+        <source>Wheel; drag, right button</source>
+        <translation>滚轮；右键拖动</translation>
+    </message>
+    <message>
+        <source>Comes nearer or goes away</source>
+        <translation>拉近或拉远</translation>
+    </message>
+    <message>
+        <source>Double click</source>
+        <translation>双击</translation>
+    </message>
+    <message>
+        <source>Flies there</source>
+        <translation>飞到该处</translation>
+    </message>
+    <message>
+        <source>Arrows</source>
+        <translation>方向键</translation>
+    </message>
+    <message>
+        <source>Move; with Ctrl turn and tilt</source>
+        <translation>移动；加 Ctrl 旋转与倾斜</translation>
+    </message>
+    <message>
+        <source>+, Page Up; -, Page Down</source>
+        <translation>+、Page Up；-、Page Down</translation>
+    </message>
+    <message>
+        <source>Comes nearer; goes away</source>
+        <translation>拉近；拉远</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Home</translation>
+    </message>
+    <message>
+        <source>Shows the whole globe</source>
+        <translation>显示整个地球</translation>
+    </message>
+    <message>
+        <source>Click on the compass</source>
+        <translation>单击指北针</translation>
+    </message>
+    <message>
+        <source>North up, straight down</source>
+        <translation>正北朝上，垂直俯视</translation>
+    </message>
+    <message>
+        <source>Drawing a block</source>
+        <translation>绘制测区</translation>
+    </message>
+    <message>
+        <source>Click</source>
+        <translation>单击</translation>
+    </message>
+    <message>
+        <source>Sets a corner</source>
+        <translation>设置角点</translation>
+    </message>
+    <message>
+        <source>Sets the last corner and ends the drawing</source>
+        <translation>设置最后一个角点并结束绘制</translation>
+    </message>
+    <message>
+        <source>Backspace</source>
+        <translation>Backspace</translation>
+    </message>
+    <message>
+        <source>Takes the last corner back</source>
+        <translation>撤回最后一个角点</translation>
+    </message>
+    <message>
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message>
+        <source>Gives the drawing up</source>
+        <translation>放弃绘制</translation>
+    </message>
+    <message>
+        <source>Editing blocks</source>
+        <translation>编辑测区</translation>
+    </message>
+    <message>
+        <source>Selects a block and shows its handles</source>
+        <translation>选中测区并显示其控制点</translation>
+    </message>
+    <message>
+        <source>Ctrl and click</source>
+        <translation>Ctrl 加单击</translation>
+    </message>
+    <message>
+        <source>Selects several</source>
+        <translation>选中多个</translation>
+    </message>
+    <message>
+        <source>Drag a handle</source>
+        <translation>拖动控制点</translation>
+    </message>
+    <message>
+        <source>Moves a corner; in the middle of an edge inserts one</source>
+        <translation>移动角点；在边的中点则插入角点</translation>
+    </message>
+    <message>
+        <source>Drag with &quot;Select and move&quot;</source>
+        <translation>用“选择与移动”拖动</translation>
+    </message>
+    <message>
+        <source>Moves the block, or all selected ones</source>
+        <translation>移动测区或所有选中的测区</translation>
+    </message>
+    <message>
+        <source>Shows a block&apos;s name and area, or a corner&apos;s coordinates</source>
+        <translation>显示测区的名称与面积，或角点的坐标</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Takes away the corner under the mouse, or else the block</source>
+        <translation>删除鼠标下的角点，否则删除测区</translation>
+    </message>
+    <message>
+        <source>Gives a drag up</source>
+        <translation>放弃拖动</translation>
+    </message>
+    <message>
+        <source>Ctrl+Z; Ctrl+Shift+Z</source>
+        <translation>Ctrl+Z；Ctrl+Shift+Z</translation>
+    </message>
+    <message>
+        <source>Takes an edit back; does it again</source>
+        <translation>撤销编辑；重做</translation>
+    </message>
+    <message>
+        <source>List of blocks</source>
+        <translation>测区列表</translation>
+    </message>
+    <message>
+        <source>Click; Enter</source>
+        <translation>单击；Enter</translation>
+    </message>
+    <message>
+        <source>Flies to the block</source>
+        <translation>飞到测区</translation>
+    </message>
+    <message>
+        <source>Double click; F2</source>
+        <translation>双击；F2</translation>
+    </message>
+    <message>
+        <source>Renames it</source>
+        <translation>重命名</translation>
+    </message>
+    <message>
+        <source>Deletes it</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>窗口</translation>
+    </message>
+    <message>
+        <source>Ctrl+S</source>
+        <translation>Ctrl+S</translation>
+    </message>
+    <message>
+        <source>Saves a picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>F1</source>
+        <translation>F1</translation>
+    </message>
+    <message>
+        <source>Shows this list</source>
+        <translation>显示此列表</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>Quits</source>
+        <translation>退出</translation>
     </message>
 </context>
 </TS>

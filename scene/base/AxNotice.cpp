@@ -5,6 +5,8 @@
 #include <QPointer>
 
 namespace {
+const QString warningSign = QStringLiteral(":/images/Normal/Exclamation_mark.png");
+
 enum class Buttons
 {
     Confirm,
@@ -13,11 +15,13 @@ enum class Buttons
     CloseAndCancel
 };
 
-int Show(QWidget* parent, const QString& title, const QString& text, const QString& details, Buttons buttons)
+int Show(QWidget* parent, const QString& sign, const QString& title, const QString& text,
+         const QString& details, Buttons buttons)
 {
     // On the heap, because its parent may be deleted while it is open.
     const QPointer<CAxMessageBox> box = new CAxMessageBox(parent);
-    box->SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    if (!sign.isEmpty())
+        box->SetIcon(sign);
     box->SetWindowTitle(title);
     box->SetMsgText(text);
     box->SetDetails(details);
@@ -32,20 +36,25 @@ int Show(QWidget* parent, const QString& title, const QString& text, const QStri
 
 void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details)
 {
-    Show(parent, title, text, details, Buttons::Confirm);
+    Show(parent, warningSign, title, text, details, Buttons::Confirm);
+}
+
+void AxShowSuccess(QWidget* parent, const QString& title, const QString& text, const QString& details)
+{
+    Show(parent, {}, title, text, details, Buttons::Confirm);
 }
 
 void AxShowClosableNotice(QWidget* parent, const QString& title, const QString& text)
 {
-    Show(parent, title, text, QString(), Buttons::ConfirmAndClose);
+    Show(parent, warningSign, title, text, {}, Buttons::ConfirmAndClose);
 }
 
-void AxShowProblem(QWidget* parent, const QString& title, const QString& text)
+void AxShowProblem(QWidget* parent, const QString& title, const QString& text, const QString& details)
 {
-    Show(parent, title, text, QString(), Buttons::CloseAndCancel);
+    Show(parent, warningSign, title, text, details, Buttons::CloseAndCancel);
 }
 
 bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text)
 {
-    return Show(parent, title, text, QString(), Buttons::ConfirmAndCancel) == QDialog::Accepted;
+    return Show(parent, warningSign, title, text, {}, Buttons::ConfirmAndCancel) == QDialog::Accepted;
 }

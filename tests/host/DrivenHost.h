@@ -28,7 +28,10 @@ public:
     explicit DrivenHost(const QStringList& arguments)
     {
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"), arguments);
+        QStringList words = arguments;
+        if (!arguments.contains(QStringLiteral("--settings")))
+            words += QStringLiteral("--no-settings");
+        process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/AxGroundControl"), words);
     }
 
     /// The next event, counted from the last call, that is wanted; nothing when a minute passes first.

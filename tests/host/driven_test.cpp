@@ -108,6 +108,10 @@ TEST_F(Driven, TheWheelTurnedForwardComesNearerAndBackGoesAway)
     EXPECT_TRUE(host->NextView([&near](const Event& view) {
         return view["range"].toDouble() > near->value("range").toDouble() * 1.2;
     }));
+    host->Do({"click", "--repeat", "30", "--delay", "20", "5"});
+    EXPECT_TRUE(host->NextView([](const Event& view) {
+        return std::abs(view["range"].toDouble() / 10.0 - 6378137.0) < 1.0;
+    })) << "the globe is still to be seen as one";
 }
 
 TEST_F(Driven, ClicksReportThePlaceByButton)

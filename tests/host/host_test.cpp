@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QImageReader>
 #include <QProcess>
 #include <QSet>
 #include <QTemporaryDir>
@@ -68,7 +69,7 @@ TEST(Host, HelpNeedsNoDisplayAndWhatDoesSaysSo)
     for (const char* option :
          {"--tour DIR", "--map FILE", "--size WxH", "--zones FILE", "--key-file FILE", "--apply-url URL",
           "--blocks FILE", "--view lon,lat,alt,heading,pitch,range", "--shot FILE", "--quit-after S",
-          "--log FILE", "--no-voice", "--lang LOCALE", "--help"})
+          "--log FILE", "--no-voice", "--lang LOCALE", "--settings FILE", "--no-settings", "--help"})
         EXPECT_TRUE(help.output.contains(QLatin1String(option))) << option;
     for (const auto& [platform, named] : {std::pair{"", "DISPLAY"}, {"minimal", "OpenGL"}}) {
         const Outcome outcome = start({"--lang", "en"}, QLatin1String(platform));
@@ -91,6 +92,7 @@ TEST(Host, RefusesWrongOptionsWithStatusTwoAndNamesThem)
         {{"--size", "800"}, "--size"},
         {{"--size", "0x600"}, "--size"},
         {{"--size", "99999x600"}, "--size"},
+        {{"--size", "32767x600"}, "--size: this display draws at most"},
         {{"--view", "1,2,3"}, "--view"},
         {{"--view", "200,0,0,0,-90,1000"}, "--view"},
         {{"--view", "0,0,0,0,-90,0"}, "--view"},
@@ -157,12 +159,21 @@ TEST(Host, DrawsTheBlocksOfAFile)
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     // The first one must not take the name that the second one wants; its ring is closed.
-    file.write("[{\"anchor\": [[1,2],[2,2],[2,3],[1,2]]}, {\"name\": \"Block 1\", \"type\": 0, \"anchor\": "
-               "[[5,2],[6,2],[6,3],[5,3]]}]");
+    file.write(
+        "[{\"anchor\": [[1,2],[2,2],[2,3],[1,2]]}, {\"name\": \"Block 1\", \"type\": 0, \"anchor\": "
+        "[[5,2],[6,2],[6,3],[5,3]]}, {\"name\": \" Bow tie \", \"anchor\": [[1,5],[2,6],[2,5],[1,6]]}, "
+        "{\"name\": \"Over T1\", \"anchor\": [[60.1,45.2],[60.3,45.2],[60.2,45.4]]}]");
     file.close();
-    const Outcome outcome =
-        RunHost(OnLocalMap({"--blocks", path, "--log", "-", "--quit-after", "0.1", "--size", "400x300"}));
+    const QString picture = folder.filePath(QStringLiteral("picture"));
+    const Outcome outcome = RunHost(
+        OnLocalMap({"--blocks", path, "--log", "-", "--shot", picture, "--size", "400x300", "--lang", "en"}));
     EXPECT_EQ(outcome.status, 0) << outcome.errors.toStdString();
+    EXPECT_EQ(QImageReader::imageFormat(picture), QByteArray("png"));
+    const QStringList faults = outcome.errors.split('\n').filter(QStringLiteral("drawing would refuse it"));
+    ASSERT_EQ(faults.size(), 2) << "what drawing refuses is not drawn in silence: "
+                                << outcome.errors.toStdString();
+    EXPECT_TRUE(faults[0].contains("'Bow tie'") && faults[0].contains("Block is invalid."));
+    EXPECT_TRUE(faults[1].contains("'Over T1'") && faults[1].endsWith("No-fly zones: T1"));
     EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"name\":\"Block 1\"")));
     EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"name\":\"Block 2\"")));
     EXPECT_TRUE(outcome.output.contains(QStringLiteral("\"vertices\":3")));

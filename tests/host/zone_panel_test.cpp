@@ -133,6 +133,11 @@ TEST(ZoneListModel, OtherDistancesAloneKeepItsRows)
     EXPECT_EQ(TextAt(model, 1, ZoneListModel::DistanceColumn), "40 m");
     model.SetZones({Zone("A", 30.0), Zone("B", 40.0, 0.0, {{QString(), QString(), true}})});
     EXPECT_EQ(reset.size(), 1);
+    model.UpdateRows({Zone("C", 5.0), Zone("B", 60.0)});
+    EXPECT_EQ(reset.size(), 1);
+    EXPECT_EQ(TextAt(model, 0, ZoneListModel::ZoneColumn), "A");
+    EXPECT_EQ(TextAt(model, 0, ZoneListModel::DistanceColumn), "") << "not known any more";
+    EXPECT_EQ(TextAt(model, 1, ZoneListModel::DistanceColumn), "60 m");
     model.SetZones({});
     EXPECT_EQ(model.rowCount(), 0);
     EXPECT_EQ(model.RowOf(QStringLiteral("A")), -1);
@@ -147,4 +152,20 @@ TEST_F(ZonePanelOnMap, FollowsTheCameraAndListsTheNearestFirst)
     EXPECT_TRUE(waitFor([&] { return Listed() == both; })) << Listed().toStdString();
     LookAt(0.0, 0.0);
     EXPECT_TRUE(waitFor([] { return Listed().isEmpty(); }));
+}
+
+TEST_F(ZonePanelOnMap, RowsStayWhereTheyAreUnderTheMouse)
+{
+    LookAt(60.2, 45.3);
+    ASSERT_TRUE(waitFor([] { return Listed() == QStringLiteral("T1; T2"); }));
+    QEvent enter(QEvent::Enter);
+    QCoreApplication::sendEvent(List()->viewport(), &enter);
+    QSignalSpy rested(camera, &CameraRest::Rested);
+    LookAt(60.6, 45.5);
+    ASSERT_TRUE(waitFor([&] { return !rested.isEmpty(); }));
+    EXPECT_EQ(Listed(), QStringLiteral("T1; T2"));
+    EXPECT_EQ(TextAt(*List()->model(), 1, ZoneListModel::DistanceColumn), "0 m");
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(List()->viewport(), &leave);
+    EXPECT_TRUE(waitFor([] { return Listed() == QStringLiteral("T2; T1"); })) << Listed().toStdString();
 }

@@ -255,10 +255,11 @@ TEST_F(PolygonBlock, CommittedEditsAreUndoneAndRedone)
     EXPECT_LT(block->GetNameLabel()->getPosition().x(), name - 0.1) << "the name goes along";
     EXPECT_TRUE(block->DeleteVertex(0));
     const QString first = block->GetContainedBlock()->GetBlockName();
-    EXPECT_TRUE(viewer->RenameBlock("block", "Field"));
+    EXPECT_TRUE(viewer->RenameBlock("block", " Field\t"));
+    EXPECT_EQ(block->GetNameLabel()->text(), "Field");
     EXPECT_FALSE(viewer->RenameBlock("block", "  "));
     CAxBlockManager::instance().AddBlock("other", CAxBlock::PolygonBlock)->SetBlockName("Taken");
-    EXPECT_FALSE(viewer->RenameBlock("block", "Taken"));
+    EXPECT_FALSE(viewer->RenameBlock("block", "Taken "));
     ASSERT_EQ(viewer->GetUndoStack()->count(), 3);
     EXPECT_EQ(viewer->GetUndoStack()->text(0), "Insert vertex: " + first);
     EXPECT_EQ(viewer->GetUndoStack()->text(1), "Delete vertex: " + first);
@@ -322,8 +323,8 @@ TEST_F(PolygonBlock, ItsDialogShowsTheAreaAndRenames)
         block->ResponseDoubleClickOnBlock();
         return box.titles;
     };
-    EXPECT_EQ(rename(first, {}), QStringList{"Polygon Info"});
-    EXPECT_EQ(rename("Taken", ModalBox::Press("OK")),
+    EXPECT_EQ(rename(first + ' ', {}), QStringList{"Polygon Info"});
+    EXPECT_EQ(rename("Taken ", ModalBox::Press("OK")),
               (QStringList{"Polygon Info", "Information", "Polygon Info"}));
     EXPECT_EQ(rename("Field", ModalBox::Press("Cancel")), (QStringList{"Polygon Info", "Change name"}));
     EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), first);
@@ -333,6 +334,15 @@ TEST_F(PolygonBlock, ItsDialogShowsTheAreaAndRenames)
     EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), QString::fromUtf8("麦田 3"));
     EXPECT_EQ(block->GetNameLabel()->text(), "麦田 3");
     EXPECT_EQ(oldLabel->getNumParents(), oldLabel == block->GetNameLabel() ? 1u : 0u);
+
+    // The map has room for 64 letters, however many characters make one.
+    const QString whole = QString::fromUtf8("e\xcc\x81").repeated(64);
+    for (const auto& [name, shown] :
+         {std::pair{whole, whole}, {whole + 'x', whole.left(126) + QChar(0x2026)}}) {
+        block->GetContainedBlock()->SetBlockName(name);
+        block->DrawNameLabel();
+        EXPECT_EQ(QString::fromStdString(block->GetNameLabel()->text()), shown);
+    }
 
     CAxTaskPolygon route;
     block->AddTask(&route);

@@ -157,6 +157,8 @@ TEST_F(StartupInChild, WithoutMapAsksForThatOfTheNetworkStateThenTellsAndEndsWit
             << errors.toStdString();
         EXPECT_TRUE(output.startsWith("1|Route Information|")) << output.toStdString();
         EXPECT_TRUE(output.contains("|Create tile map service error.")) << output.toStdString();
+        EXPECT_TRUE(output.contains(folder.filePath(QString::fromLatin1(file)) + "\nThere is no such file."))
+            << output.toStdString();
     }
 }
 
@@ -184,15 +186,22 @@ TEST_F(StartupInChild, WithoutZonesTellsWhyAndEndsWithStatusZero)
     ASSERT_TRUE(file.open(QIODevice::ReadWrite) && file.seek(file.size() / 2) && file.getChar(&byte));
     ASSERT_TRUE(file.seek(file.size() / 2) && file.putChar(static_cast<char>(byte ^ 1)));
     file.close();
-    for (const auto& [zones, told] :
-         {std::pair{folder.filePath("nowhere.db"), QString("|The no-fly zone document does not exist .|")},
-          {liftsAlone, unreadable},
-          {damaged, unreadable}}) {
+    const struct
+    {
+        QString zones, told, cause;
+    } rows[] = {
+        {folder.filePath("nowhere.db"), "|The no-fly zone document does not exist .|",
+         "There is no such file."},
+        {liftsAlone, unreadable, "It holds no zone."},
+        {damaged, unreadable, "damaged.db\": "},
+    };
+    for (const auto& [zones, told, cause] : rows) {
         SCOPED_TRACE(zones.toStdString());
         Run({"--open-with", QCoreApplication::applicationDirPath() + "/google_cn_net_no.earth", zones});
         EXPECT_EQ(exitCode, 0);
         EXPECT_TRUE(output.startsWith("1|no-fly zone Information|")) << output.toStdString();
         EXPECT_TRUE(output.contains(told)) << output.toStdString();
+        EXPECT_TRUE(output.contains('|' + zones + '\n') && output.contains(cause)) << output.toStdString();
         EXPECT_TRUE(output.endsWith("|1 button\n")) << output.toStdString();
     }
     QFile sealed(liftsAlone);

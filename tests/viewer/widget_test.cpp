@@ -62,6 +62,9 @@ TEST_P(WidgetSize, PlacesTheOverlaysAndFitsTheCamera)
     const CAxGraphicsCompassItem* compass = Compass(viewer);
     ASSERT_TRUE(compass);
     EXPECT_EQ(compass->pos(), QPointF(size.width() - compass->boundingRect().width() - 9, 60));
+    viewer->resize(380, 320);
+    EXPECT_LE(compass->sceneBoundingRect().right(), viewer->GetMapToolWidget()->x()) << "beside the buttons";
+    viewer->resize(size);
     EXPECT_EQ(viewer->GetMapToolWidget()->geometry(),
               QRect(size.width() - 1 + 20 - 94, 60, 94, size.height()));
     EXPECT_EQ(viewer->GetCoordinateWidget()->geometry(),

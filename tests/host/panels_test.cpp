@@ -1,0 +1,146 @@
+// The window's panels but for the list of zones.
+#include "host/BlockListModel.h"
+#include "host/BlockPanel.h"
+#include "host/LogPanel.h"
+#include "host/PanelExtents.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "ViewerFixture.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <QDockWidget>
+#include <QMainWindow>
+
+TEST(PanelExtents, ComeBackWhenASmallWindowGrowsAgain)
+{
+    const auto build = [](QMainWindow& window) {
+        window.setCentralWidget(new QWidget);
+        auto* extents = new PanelExtents(&window);
+        for (const auto& [name, area] :
+             {std::pair{"Side", Qt::LeftDockWidgetArea}, {"Below", Qt::BottomDockWidgetArea}}) {
+            auto* panel = new QDockWidget(&window);
+            panel->setObjectName(QLatin1String(name));
+            panel->setWidget(new QWidget);
+            window.addDockWidget(area, panel);
+            extents->Add(panel);
+            extents->Want(area, 300);
+        }
+        window.resize(1200, 900);
+        window.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&window));
+        return extents;
+    };
+    const auto extentsOf = [](const QMainWindow& window) {
+        QCoreApplication::processEvents();
+        return QSize(window.findChild<QDockWidget*>("Side")->width(),
+                     window.findChild<QDockWidget*>("Below")->height());
+    };
+    QByteArray saved;
+    {
+        QMainWindow window;
+        const PanelExtents* extents = build(window);
+        EXPECT_EQ(extentsOf(window), QSize(300, 300));
+        window.resizeDocks({window.findChild<QDockWidget*>("Side")}, {400}, Qt::Horizontal);
+        window.resize(640, 480);
+        EXPECT_GE(window.centralWidget()->width(), 370) << "the map keeps most of it";
+        saved = extents->Save();
+        window.resize(1200, 900);
+        EXPECT_EQ(extentsOf(window), QSize(400, 300)) << "as the operator left them";
+    }
+    QMainWindow window;
+    PanelExtents* extents = build(window);
+    for (const QByteArray& bytes : {QByteArray(), saved.chopped(3), saved})
+        extents->Restore(bytes);
+    window.resize(1201, 900);
+    EXPECT_EQ(extentsOf(window), QSize(400, 300));
+}
+
+TEST(LogPanel, CountsWhatRepeatsInsteadOfFillingUp)
+{
+    LogPanel log;
+    log.AppendLine(QStringLiteral("first"));
+    for (int i = 1; i <= 2000; ++i) {
+        log.AppendOfKind(QStringLiteral("added"), QStringLiteral("added(%1)").arg(i));
+        log.AppendOfKind(QStringLiteral("state"), QStringLiteral("state(%1)\nof two lines").arg(i));
+    }
+    log.AppendLine(QStringLiteral("last"));
+    QStringList lines = log.toPlainText().split('\n');
+    for (QString& line : lines)
+        line = line.section(QStringLiteral("  "), 1); // behind the time
+    EXPECT_EQ(
+        lines.join('|').toStdString(),
+        QString::fromUtf8("first|added(2000)  ×2000|state(2000) of two lines  ×2000|last").toStdString());
+    for (int i = 0; i < 6; ++i)
+        log.AppendLine(QString::number(i));
+    log.AppendLine(QStringLiteral("last"));
+    EXPECT_EQ(log.blockCount(), 11) << "what repeats after long is news";
+}
+
+namespace {
+class BlockPanelOnMap : public ViewerFixture
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        Open();
+        ASSERT_TRUE(viewer->getMapNode());
+    }
+    static void TearDownTestSuite() { Close(); }
+    void TearDown() override { viewer->RemoveAllHanderAdapter(true); }
+
+    static void Draw(const char* id, double longitude)
+    {
+        CAxBlock* block = CAxBlockManager::instance().AddBlock(QLatin1String(id), CAxBlock::PolygonBlock);
+        block->SetBlockName(QLatin1String(id));
+        block->SetAnchor({{longitude, 0.0}, {longitude + 0.1, 0.0}, {longitude, 0.1}});
+        ASSERT_TRUE(viewer->ImportShapeNode(QLatin1String(id)));
+    }
+    static std::string Current()
+    {
+        const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+        return current ? current->GetHandleID().toStdString() : std::string();
+    }
+    static std::string Highlighted(const BlockPanel& panel)
+    {
+        const QModelIndexList rows = panel.selectionModel()->selectedRows(BlockListModel::NameColumn);
+        return rows.isEmpty() ? std::string() : rows.first().data().toString().toStdString();
+    }
+};
+} // namespace
+
+TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
+{
+    for (const auto& [id, longitude] : {std::pair{"a", 10.0}, {"b", 11.0}, {"c", 12.0}})
+        Draw(id, longitude);
+    BlockPanel panel(viewer);
+    panel.resize(400, 300);
+    panel.show();
+    EXPECT_EQ(Highlighted(panel), "");
+    const auto expect = [&panel](const char* id) {
+        EXPECT_EQ(Current(), id);
+        EXPECT_EQ(Highlighted(panel), id);
+        EXPECT_EQ(panel.currentIndex().isValid(), *id != 0);
+    };
+    for (const char* id : {"a", "b"}) {
+        QTest::keyClick(&panel, Qt::Key_Down);
+        expect(id);
+    }
+    QTest::mouseClick(panel.viewport(), Qt::LeftButton, Qt::NoModifier,
+                      panel.visualRect(panel.model()->index(2, BlockListModel::LockColumn)).topLeft() +
+                          QPoint(1, 1));
+    expect("c");
+    viewer->slotFocusBlock(QStringLiteral("a"));
+    expect("a");
+    viewer->RemoveHanderAdapter(QStringLiteral("a"), true);
+    expect("");
+    EXPECT_FALSE(panel.tabKeyNavigation());
+
+    // A drawing is not left for a row.
+    viewer->SetToolType(ToolPolygonBlock);
+    viewer->createShapeNode();
+    const std::string drawing = Current();
+    QTest::keyClick(&panel, Qt::Key_Down);
+    EXPECT_EQ(Current(), drawing);
+    EXPECT_EQ(Highlighted(panel), "");
+    viewer->SetToolType(ToolNavigate);
+}
