@@ -1,6 +1,8 @@
 #include "scene/shape/AxWorldGeometry.h"
 #include "scene/base/AxGlobePoint.h"
+#include "scene/shape/AxShapeBatch.h"
 #include "scene/shape/AxShapeSurface.h"
+#include "scene/shape/AxWorldUniforms.h"
 
 #include <osg/LineWidth>
 #include <osg/observer_ptr>
@@ -15,8 +17,7 @@
 using namespace AxGlobe;
 
 namespace {
-// Attributes below this one share their places with OpenGL's own on some drivers.
-constexpr unsigned restAttribute = 6;
+constexpr unsigned restAttribute = AxShapeBatches::restAttribute;
 
 // axEyeHigh and axEyeLow: the eye in two parts, metres. axRound: one over the
 // radii of the body that hides things, which makes it a sphere of radius 1.
@@ -155,6 +156,7 @@ struct AxWorldGeometry::States : public osg::Referenced
         return state;
     }
 
+    osg::ref_ptr<AxShapeBatches> batches = new AxShapeBatches;
     std::map<float, osg::ref_ptr<osg::StateSet>> widths;
     osg::ref_ptr<osg::StateSet> all[2][2]; // by whether all of it is in sight, and whether it is coarse
 };
@@ -189,6 +191,7 @@ void AxWorldGeometry::SetPoints(const std::vector<osg::Vec3d>& world)
     removePrimitiveSet(0, getNumPrimitiveSets());
     coarseFill = nullptr;
     coarseLine = nullptr;
+    batched = nullptr;
     sides = AxFillSides();
     coarseSides = AxFillSides();
     setVertexArray(points);
@@ -322,6 +325,9 @@ bool AxWorldGeometry::MayFold(const osg::Vec3d& eye, double pixelsAtOneMetre, bo
     const double slope = coarse ? coarseSteepest : steepest;
     if (slant + std::asin(radius / distance) + std::asin(radius / fromCenter) + slope < 0.5 * pi)
         return false;
+    // Too small for it to matter.
+    if (pi * std::pow(radius * pixelsAtOneMetre / distance, 2) < hardlySeenPixels)
+        return false;
     const double angle = (coarse ? coarseSides : sides).CoveringItself(eye);
     return !(angle * pixelsAtOneMetre * pixelsAtOneMetre < hardlySeenPixels);
 }
@@ -369,10 +375,16 @@ void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
         const osg::CullSettings::InheritanceMask inherited = cull->getInheritanceMask();
         cull->setComputeNearFarMode(osg::CullSettings::DO_NOT_COMPUTE_NEAR_FAR);
         const osg::Vec3d eye = cull->getEyeLocal();
-        const bool coarse = cull->getProjectionMatrix() &&
-                            isSmall(eye, PixelsAtOneMetre(cull->getViewport(), *cull->getProjectionMatrix()));
-        cull->pushStateSet(states->all[IsInSight(eye)][coarse]);
-        visitor.apply(*this);
+        const double pixels = cull->getProjectionMatrix()
+                                  ? PixelsAtOneMetre(cull->getViewport(), *cull->getProjectionMatrix())
+                                  : 0.0;
+        const bool coarse = pixels > 0.0 && isSmall(eye, pixels);
+        const bool inSight = IsInSight(eye);
+        cull->pushStateSet(states->all[inSight][coarse]);
+        if (inSight && pixels > 0.0 && isOneOfMany(eye, pixels, coarse))
+            drawWithOthers(*cull, eye);
+        else
+            visitor.apply(*this);
         cull->popStateSet();
         cull->setComputeNearFarMode(mode);
         cull->setInheritanceMask(inherited);
@@ -382,10 +394,97 @@ void AxWorldGeometry::accept(osg::NodeVisitor& visitor)
     visitor.popFromNodePath();
 }
 
-void AxWorldGeometry::setUniforms(const osg::Vec3d& eye, osg::State& state) const
+// The shape on its own; null for one whose arrays somebody else has made.
+std::shared_ptr<const AxBatchMesh> AxWorldGeometry::batchMesh() const
+{
+    const auto* points = dynamic_cast<const osg::Vec3Array*>(getVertexArray());
+    const auto* rest = dynamic_cast<const osg::Vec3Array*>(getVertexAttribArray(restAttribute));
+    const auto* colors = dynamic_cast<const osg::Vec4Array*>(getColorArray());
+    if (!points || !rest || !colors || rest->size() != points->size() || colors->size() != points->size())
+        return nullptr;
+    const std::vector<unsigned> source{points->getModifiedCount(), rest->getModifiedCount(),
+                                       colors->getModifiedCount(), getNumPrimitiveSets()};
+    if (batched && batchedFrom == source)
+        return batched;
+    auto mesh = std::make_shared<AxBatchMesh>();
+    std::map<unsigned, unsigned> places;
+    const auto take = [&](unsigned index) {
+        const auto [place, isNew] = places.emplace(index, static_cast<unsigned>(mesh->points.size()));
+        if (isNew) {
+            mesh->points.push_back((*points)[index]);
+            mesh->rest.push_back((*rest)[index]);
+            mesh->colors.push_back((*colors)[index]);
+        }
+        return place->second;
+    };
+    const auto takeAll = [&](const osg::PrimitiveSet& primitives) {
+        const unsigned count = primitives.getNumIndices();
+        if (IsFill(primitives)) {
+            for (unsigned i = 0; i < count; ++i)
+                mesh->triangles.push_back(take(primitives.index(i)));
+            return;
+        }
+        const bool isClosed = primitives.getMode() == GL_LINE_LOOP;
+        for (unsigned i = 0; i + (isClosed ? 0 : 1) < count; ++i)
+            for (const unsigned end : {i, (i + 1) % count})
+                mesh->segments.push_back(take(primitives.index(end)));
+    };
+    if (coarseFill && coarseLine) {
+        takeAll(*coarseFill);
+        takeAll(*coarseLine);
+    } else {
+        for (const auto& primitives : _primitives)
+            takeAll(*primitives);
+    }
+    batched = mesh;
+    batchedFrom = source;
+    return mesh;
+}
+
+// Whether it is so small and simple that it is best drawn together with others.
+bool AxWorldGeometry::isOneOfMany(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const
+{
+    constexpr double largestPixels = 40.0; // radius
+    constexpr unsigned mostPoints = 200;
+    const osg::BoundingSphere& bound = getBound();
+    const double distance = (eye - osg::Vec3d(bound.center())).length();
+    if (!bound.valid() || static_cast<double>(bound.radius()) * pixelsAtOneMetre > largestPixels * distance ||
+        coarse != (coarseFill.valid() && coarseLine.valid()) ||
+        (!coarse && getVertexArray()->getNumElements() > mostPoints))
+        return false;
+    return !MayFold(eye, pixelsAtOneMetre, coarse);
+}
+
+void AxWorldGeometry::drawWithOthers(osgUtil::CullVisitor& cull, const osg::Vec3d& eye)
+{
+    const std::shared_ptr<const AxBatchMesh> mesh = batchMesh();
+    // Whoever hangs a callback on a shape wants it drawn by itself.
+    if (!mesh || getCullCallback() || getDrawCallback())
+        return cull.apply(*this);
+    if (isCullingActive() && cull.isCulled(getBoundingBox()))
+        return;
+    if (getStateSet())
+        cull.pushStateSet(getStateSet());
+    states->batches->Take(mesh, cull, static_cast<float>((eye - osg::Vec3d(getBound().center())).length()));
+    if (getStateSet())
+        cull.popStateSet();
+}
+
+osg::Vec3d AxSetEyeUniforms(osg::State& state)
 {
     static const unsigned eyeHigh = osg::Uniform::getNameID("axEyeHigh");
     static const unsigned eyeLow = osg::Uniform::getNameID("axEyeLow");
+    const osg::Vec3d eye = osg::Matrixd::inverse(state.getModelViewMatrix()).getTrans();
+    if (const osg::Program::PerContextProgram* program = state.getLastAppliedProgramObject()) {
+        auto* gl = state.get<osg::GLExtensions>();
+        gl->glUniform3fv(program->getUniformLocation(eyeHigh), 1, osg::Vec3f(eye).ptr());
+        gl->glUniform3fv(program->getUniformLocation(eyeLow), 1, Low(eye).ptr());
+    }
+    return eye;
+}
+
+void AxWorldGeometry::setHorizon(const osg::Vec3d& eye, osg::State& state) const
+{
     static const unsigned round = osg::Uniform::getNameID("axRound");
     static const unsigned eyeRound = osg::Uniform::getNameID("axEyeRound");
     static const unsigned horizon = osg::Uniform::getNameID("axHorizon");
@@ -396,8 +495,6 @@ void AxWorldGeometry::setUniforms(const osg::Vec3d& eye, osg::State& state) cons
     const auto set = [&](unsigned name, const osg::Vec3f& value) {
         gl->glUniform3fv(program->getUniformLocation(name), 1, value.ptr());
     };
-    set(eyeHigh, osg::Vec3f(eye));
-    set(eyeLow, Low(eye));
     const GLint hides = program->getUniformLocation(horizon);
     if (hides < 0)
         return;
@@ -411,8 +508,8 @@ void AxWorldGeometry::setUniforms(const osg::Vec3d& eye, osg::State& state) cons
 void AxWorldGeometry::drawImplementation(osg::RenderInfo& info) const
 {
     osg::State& state = *info.getState();
-    const osg::Vec3d eye = osg::Matrixd::inverse(state.getModelViewMatrix()).getTrans();
-    setUniforms(eye, state);
+    const osg::Vec3d eye = AxSetEyeUniforms(state);
+    setHorizon(eye, state);
     const bool hasBuffers =
         state.useVertexBufferObject(_supportsVertexBufferObjects && _useVertexBufferObjects);
     const bool hasArrayObjects = hasBuffers && state.useVertexArrayObject(_useVertexArrayObject);
@@ -464,6 +561,7 @@ void AxWorldGeometry::resizeGLObjectBuffers(unsigned maxSize)
 void AxWorldGeometry::releaseGLObjects(osg::State* state) const
 {
     osg::Geometry::releaseGLObjects(state);
+    states->batches->ReleaseGLObjects(state);
     for (const auto& bySight : states->all)
         for (const auto& shared : bySight)
             shared->releaseGLObjects(state);

@@ -6,9 +6,15 @@
 #include <osg/Vec3d>
 #include <osg/Vec4f>
 
+#include <memory>
 #include <vector>
 
+struct AxBatchMesh;
 struct AxShapeMesh;
+
+namespace osgUtil {
+class CullVisitor;
+}
 
 /**
  * Lines and fills in geocentric world coordinates, drawn over the ground
@@ -68,7 +74,10 @@ private:
     void drawLines(bool coarse, osg::State& state, bool hasBuffers) const;
     void drawFill(bool coarse, osg::State& state, bool hasBuffers) const;
     bool isSmall(const osg::Vec3d& eye, double pixelsAtOneMetre) const;
-    void setUniforms(const osg::Vec3d& eye, osg::State& state) const;
+    void setHorizon(const osg::Vec3d& eye, osg::State& state) const;
+    std::shared_ptr<const AxBatchMesh> batchMesh() const;
+    bool isOneOfMany(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const;
+    void drawWithOthers(osgUtil::CullVisitor& cull, const osg::Vec3d& eye);
 
     // The same shape of fewer points, for small pictures; null when there is none.
     osg::ref_ptr<osg::DrawElementsUInt> coarseFill;
@@ -76,8 +85,10 @@ private:
     double coarseError = 0.0; // metres
     double coarseSteepest = 0.0;
     AxFillSides coarseSides;
-    double lowest = 0.0;   // metres above the ellipsoid
-    double steepest = 0.0; // radians against the horizon
+    mutable std::shared_ptr<const AxBatchMesh> batched; // made when first wanted
+    mutable std::vector<unsigned> batchedFrom;          // modified counts of what it was made of
+    double lowest = 0.0;                                // metres above the ellipsoid
+    double steepest = 0.0;                              // radians against the horizon
     AxFillSides sides;
     osg::ref_ptr<States> states;
 };
