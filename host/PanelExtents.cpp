@@ -75,7 +75,8 @@ void PanelExtents::Apply()
 QByteArray PanelExtents::Save() const
 {
     QByteArray bytes;
-    QDataStream(&bytes, QIODevice::WriteOnly) << wanted;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << wanted;
     return bytes;
 }
 

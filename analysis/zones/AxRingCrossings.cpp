@@ -7,12 +7,6 @@ constexpr int mostCrossings = 5000;
 /// Pairs of edges whose boxes meet, which is all that a crossing could be between.
 constexpr int mostPairs = 2000000;
 
-/// Positive when the way from a over b to c turns left, zero when it is straight.
-double Turn(const osg::Vec2d& a, const osg::Vec2d& b, const osg::Vec2d& c)
-{
-    return (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
-}
-
 bool AreOnOneSide(double a, double b)
 {
     return (a > 0.0 && b > 0.0) || (a < 0.0 && b < 0.0);
@@ -42,8 +36,8 @@ std::vector<AxRingCrossings::Edge> AxRingCrossings::edgesOf(const std::vector<os
 
 bool AxRingCrossings::doMeet(const Edge& a, const Edge& b)
 {
-    return !AreOnOneSide(Turn(a.from, a.to, b.from), Turn(a.from, a.to, b.to)) &&
-           !AreOnOneSide(Turn(b.from, b.to, a.from), Turn(b.from, b.to, a.to));
+    return !AreOnOneSide(AxTurnOf(a.from, a.to, b.from), AxTurnOf(a.from, a.to, b.to)) &&
+           !AreOnOneSide(AxTurnOf(b.from, b.to, a.from), AxTurnOf(b.from, b.to, a.to));
 }
 
 bool AxRingCrossings::Add(const std::vector<osg::Vec3d>& points)

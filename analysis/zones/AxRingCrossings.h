@@ -7,6 +7,12 @@
 
 #include <vector>
 
+/// Twice the area of the triangle, positive when it turns left.
+inline double AxTurnOf(const osg::Vec2d& a, const osg::Vec2d& b, const osg::Vec2d& c)
+{
+    return (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
+}
+
 /// Counts where edges of rings cross or touch, each ring with itself and with those before it, and refuses a
 /// ring that brings so many that cutting areas along them would take seconds.
 class AXEARTHVIEWER_EXPORT AxRingCrossings

@@ -1,5 +1,7 @@
 #include "analysis/zones/AxZoneHole.h"
 
+#include "analysis/zones/AxRingCrossings.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -35,12 +37,6 @@ std::vector<osg::Vec2d> Open(const AxRing& ring)
     return points;
 }
 
-/// Twice the area of the triangle, positive when it turns left.
-double Turn(const osg::Vec2d& a, const osg::Vec2d& b, const osg::Vec2d& c)
-{
-    return (b.x() - a.x()) * (c.y() - a.y()) - (b.y() - a.y()) * (c.x() - a.x());
-}
-
 /// The edges of a ring, none when one of them is too short or goes on straight in the next.
 std::vector<Edge> EdgesOf(const std::vector<osg::Vec2d>& ring)
 {
@@ -53,7 +49,7 @@ std::vector<Edge> EdgesOf(const std::vector<osg::Vec2d>& ring)
         const osg::Vec2d& from = ring[i];
         const osg::Vec2d& to = ring[(i + 1) % count];
         const bool isClear = (to - from).length2() > shortestEdge * shortestEdge &&
-                             std::abs(Turn(from, to, ring[(i + 2) % count])) > flattest;
+                             std::abs(AxTurnOf(from, to, ring[(i + 2) % count])) > flattest;
         if (!isClear)
             return {};
         const auto [west, east] = std::minmax({from.x(), to.x()});
@@ -65,8 +61,8 @@ std::vector<Edge> EdgesOf(const std::vector<osg::Vec2d>& ring)
 
 bool IsOnOneSide(const Edge& edge, const Edge& line)
 {
-    const double from = Turn(line.from, line.to, edge.from);
-    const double to = Turn(line.from, line.to, edge.to);
+    const double from = AxTurnOf(line.from, line.to, edge.from);
+    const double to = AxTurnOf(line.from, line.to, edge.to);
     return (from > flattest && to > flattest) || (from < -flattest && to < -flattest);
 }
 
@@ -105,7 +101,7 @@ bool IsInside(const osg::Vec2d& place, const std::vector<Edge>& ring)
     bool isInside = false;
     for (const Edge& edge : ring)
         if ((edge.from.y() > place.y()) != (edge.to.y() > place.y()) &&
-            (Turn(edge.from, edge.to, place) > 0.0) == (edge.to.y() > edge.from.y()))
+            (AxTurnOf(edge.from, edge.to, place) > 0.0) == (edge.to.y() > edge.from.y()))
             isInside = !isInside;
     return isInside;
 }

@@ -8,7 +8,7 @@
 #include <cmath>
 
 namespace {
-constexpr double fullTurn = 360.0;
+using AxLongitudes::fullTurn;
 constexpr double halfTurn = 180.0;
 
 /// Around each outline and the middle of the zone as decreed, on the globe's usual side.

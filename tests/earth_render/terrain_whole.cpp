@@ -17,8 +17,7 @@
 using namespace osgEarth;
 
 namespace {
-
-const SpatialReference* wgs84()
+const SpatialReference* geographic()
 {
     return SpatialReference::get("wgs84");
 }
@@ -69,9 +68,9 @@ protected:
     void lookFrom(const Look& look)
     {
         osg::Vec3d eye;
-        wgs84()->transformToWorld(osg::Vec3d(look.longitude, look.latitude, look.height), eye);
+        geographic()->transformToWorld(osg::Vec3d(look.longitude, look.latitude, look.height), eye);
         osg::Matrixd local;
-        GeoPoint(wgs84(), look.longitude, look.latitude, look.height).createLocalToWorld(local);
+        GeoPoint(geographic(), look.longitude, look.latitude, look.height).createLocalToWorld(local);
         const double heading = osg::DegreesToRadians(look.heading), pitch = osg::DegreesToRadians(look.pitch);
         const osg::Vec3d ahead(std::sin(heading) * std::cos(pitch), std::cos(heading) * std::cos(pitch),
                                std::sin(pitch));
@@ -124,7 +123,7 @@ protected:
                 GeoPoint place;
                 if (!globe->mapNode().getTerrain()->getWorldCoordsUnderMouse(&globe->viewer(), float(x),
                                                                              float(y), world) ||
-                    !place.fromWorld(wgs84(), world) || std::abs(place.x() - kMadeUpLongitude) > 0.9 ||
+                    !place.fromWorld(geographic(), world) || std::abs(place.x() - kMadeUpLongitude) > 0.9 ||
                     std::abs(place.y() - kMadeUpLatitude) > 0.9)
                     continue;
                 const double off =

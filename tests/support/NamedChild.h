@@ -1,6 +1,6 @@
 #pragma once
-#include <QWidget>
 #include <gtest/gtest.h>
+#include <QWidget>
 
 /// The widget of this name inside `parent`; a failure where there is none.
 template <typename Widget> Widget* child(const QWidget& parent, const char* name)

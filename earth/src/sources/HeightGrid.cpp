@@ -10,7 +10,7 @@ namespace osgEarth {
 namespace {
 constexpr float kNone = std::numeric_limits<float>::quiet_NaN();
 /// Positions up to this many cells beyond the rim are rounding errors and count as inside.
-constexpr double kHair = 1e-6;
+constexpr double kCoverHair = 1e-6;
 
 /// Weights of three neighbours in a quadratic B-spline, `offset` (-0.5 to 0.5) from the middle one.
 std::array<double, 3> splineWeights(double offset)
@@ -115,12 +115,12 @@ HeightSample HeightGrid::atWithRim(double column, double row) const
         sample = {north + (south - north) * fr, 1.0};
     } else {
         sample = mix({c0, c1}, {r0, r1}, fc, fr);
-        if (sample.cover > 1.0 - kHair)
+        if (sample.cover > 1.0 - kCoverHair)
             sample.cover = 1.0;
     }
-    if (beside > kHair)
+    if (beside > kCoverHair)
         sample.cover *= 1.0 - beside;
-    if (above > kHair)
+    if (above > kCoverHair)
         sample.cover *= 1.0 - above;
     return sample;
 }

@@ -10,8 +10,6 @@
 
 namespace osgEarth {
 namespace {
-// A window of more samples than this is a request gone wrong, not a tile.
-constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
 // The first grid of an overview has at most this many cells along a side.
 constexpr int kOverviewSide = 256;
 // Coarse grids reach this many of their cells beyond the rectangle: one for interpolation, one to be halved.

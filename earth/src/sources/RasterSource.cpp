@@ -14,10 +14,8 @@
 
 namespace osgEarth {
 namespace {
-// A window of more samples than this is a request gone wrong, not a tile.
-constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
 // Tolerance for positions, pixels: more than rounding errors, less than can be seen.
-constexpr double kHair = 1e-4;
+constexpr double kPixelHair = 1e-4;
 constexpr double kDegreesPerMetre = 1.0 / 111319.49079327358;
 } // namespace
 
@@ -131,8 +129,8 @@ RasterSource::Answer RasterSource::readImage(const GeoExtent& extent, int size, 
         // The pixels whose centres enclose the outermost positions; one that lies
         // on a centre needs no neighbour beyond, so a tile of the raster's own grid
         // reads no other tile.
-        const auto first = [](double p) { return static_cast<int>(std::floor(p - 0.5 + kHair)); };
-        const auto last = [](double p) { return static_cast<int>(std::ceil(p - 0.5 - kHair)); };
+        const auto first = [](double p) { return static_cast<int>(std::floor(p - 0.5 + kPixelHair)); };
+        const auto last = [](double p) { return static_cast<int>(std::ceil(p - 0.5 - kPixelHair)); };
         int x0 = first(std::max(c0, -1.0 * _grid.width) / scaleX);
         int x1 = last(std::min(c1, 2.0 * _grid.width) / scaleX) + 1;
         if (!_grid.wraps) {

@@ -12,6 +12,9 @@
 #include <vector>
 
 namespace osgEarth {
+// A window of more samples than this is a request gone wrong, not a tile.
+constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
+
 class HeightGrid;
 class HeightWindow;
 struct PixelBox;
