@@ -188,25 +188,37 @@ QStringList ReadLifts(const QList<QVariant>& rows, AxNoflyZones& zones)
     return lifted;
 }
 
-AxRing LiftRing(const QString& entry)
+AxZoneArea LiftArea(const QString& entry)
 {
     constexpr int areaField = 2;
-    return AxReadArea(entry.section(fieldSeparator, areaField, areaField)).points;
+    return AxReadArea(entry.section(fieldSeparator, areaField, areaField));
 }
 
 void Clip(const QStringList& lifted, AxNoflyZones& zones)
 {
     std::vector<AxClippedZone> clipped(static_cast<std::size_t>(lifted.size()));
+    std::vector<int> misread(clipped.size());
     ForAll(lifted.size(), [&](int i) {
+        const auto place = static_cast<std::size_t>(i);
         std::vector<AxRing> lifts;
-        for (const QString& entry : zones.liftEntries.values(lifted[i]))
-            lifts.push_back(LiftRing(entry));
-        clipped[static_cast<std::size_t>(i)] = AxClipZone(zones.zonePolygons.value(lifted[i]).Ring(), lifts);
+        for (const QString& entry : zones.liftEntries.values(lifted[i])) {
+            AxZoneArea area = LiftArea(entry);
+            // Without one of its corners it might be wider than what was granted.
+            if (area.misread > 0)
+                ++misread[place];
+            else
+                lifts.push_back(std::move(area.points));
+        }
+        clipped[place] = AxClipZone(zones.zonePolygons.value(lifted[i]).Ring(), lifts);
     });
     for (int i = 0; i < lifted.size(); ++i) {
         const AxClippedZone& zone = clipped[static_cast<std::size_t>(i)];
         if (!zones.zonePolygons.contains(lifted[i]))
             qCWarning(axViewerLog) << "a lift names the no-fly zone" << lifted[i] << "which is not in force";
+        if (misread[static_cast<std::size_t>(i)] > 0)
+            qCWarning(axViewerLog) << "no-fly zone" << lifted[i] << "stays without"
+                                   << misread[static_cast<std::size_t>(i)]
+                                   << "of its lifts: they have points that are no places on the globe";
         if (zone.unusable > 0)
             qCWarning(axViewerLog) << "no-fly zone" << lifted[i] << "stays without" << zone.unusable
                                    << "of its lifts: rings cross in too many places";

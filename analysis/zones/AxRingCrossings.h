@@ -22,7 +22,7 @@ public:
     bool Add(const std::vector<osg::Vec3d>& ring);
 
     /// Of all rings that were taken in. Neighbours that meet in their corner do not count.
-    int Count() const { return count; }
+    int Count() const { return own + mutual; }
 
 private:
     struct Edge
@@ -39,5 +39,6 @@ private:
     static bool doMeet(const Edge& a, const Edge& b);
 
     std::vector<Ring> rings;
-    int count = 0;
+    int own = 0;    ///< of rings with themselves
+    int mutual = 0; ///< of rings with one another
 };

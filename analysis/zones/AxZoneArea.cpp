@@ -99,6 +99,7 @@ AxZoneArea AxReadArea(const QString& area)
         osg::Vec3d point;
         if (!ReadPoint(part, point)) {
             ++result.unusable;
+            result.misread += part.find(',') != std::string_view::npos ? 1 : 0;
             continue;
         }
         // The first one decides on which side of the antimeridian the ring lies.

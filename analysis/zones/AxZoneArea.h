@@ -17,6 +17,7 @@ struct AxZoneArea
     std::vector<osg::Vec3d> points;
     int parts = 0;    ///< between the "|"; empty ones do not count
     int unusable = 0; ///< of these: without two numbers, or not on the globe
+    int misread = 0;  ///< of the unusable: with two fields or more
 };
 
 /// Reads an area text. Parts that are no points are left out; altitudes are not looked at.

@@ -6,6 +6,8 @@
 #include <support/GeosContext.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 using osgEarth::Symbology::MultiGeometry;
 using osgEarth::Symbology::Polygon;
@@ -24,6 +26,7 @@ struct Area
     /// Null when the ring bounds nothing.
     GeosGeometry polygon;
     bool doesCross = false; ///< the ring itself
+    bool isKnown = true;    ///< GEOS has not failed
 };
 
 void CollectPolygons(const GeosContext& geos, const GEOSGeometry* geometry, std::vector<GEOSGeometry*>& found)
@@ -39,9 +42,11 @@ void CollectPolygons(const GeosContext& geos, const GEOSGeometry* geometry, std:
     }
 }
 
-/// What a ring that crosses itself encloses by the even-odd rule; null for nothing. GEOS' own way of making
-/// it valid takes ten seconds where this takes a tenth of one.
-GeosGeometry EvenOddArea(const GeosContext& geos, const AxRing& ring, const GeosGeometry& polygon)
+/// What a ring that crosses itself encloses by the even-odd rule; null for nothing, no value when GEOS fails
+/// anywhere, because a cell that is passed over would be a hole in a zone. GEOS' own way of making it valid
+/// takes ten seconds where this takes a tenth of one.
+std::optional<GeosGeometry> EvenOddArea(const GeosContext& geos, const AxRing& ring,
+                                        const GeosGeometry& polygon)
 {
     const GeosGeometry line = geos.own(GEOSBoundary_r(geos.handle(), polygon.get()));
     const GeosGeometry noded = geos.own(line ? GEOSUnaryUnion_r(geos.handle(), line.get()) : nullptr);
@@ -49,23 +54,28 @@ GeosGeometry EvenOddArea(const GeosContext& geos, const AxRing& ring, const Geos
     const GeosGeometry cells = geos.own(noded ? GEOSPolygonize_r(geos.handle(), lines, 1) : nullptr);
     const QPolygonF outline = AxOutline(ring);
     std::vector<GEOSGeometry*> inside;
-    const int count = cells ? GEOSGetNumGeometries_r(geos.handle(), cells.get()) : 0;
+    bool isKnown = cells != nullptr;
+    const int count = isKnown ? GEOSGetNumGeometries_r(geos.handle(), cells.get()) : 0;
     for (int i = 0; i < count; ++i) {
         const GEOSGeometry* const cell = GEOSGetGeometryN_r(geos.handle(), cells.get(), i);
         const GeosGeometry place = geos.own(GEOSPointOnSurface_r(geos.handle(), cell));
         double x = 0.0;
         double y = 0.0;
-        if (place && GEOSGeomGetX_r(geos.handle(), place.get(), &x) == 1 &&
-            GEOSGeomGetY_r(geos.handle(), place.get(), &y) == 1 &&
-            outline.containsPoint({x, y}, Qt::OddEvenFill))
+        if (!place || GEOSGeomGetX_r(geos.handle(), place.get(), &x) != 1 ||
+            GEOSGeomGetY_r(geos.handle(), place.get(), &y) != 1)
+            isKnown = false;
+        else if (outline.containsPoint({x, y}, Qt::OddEvenFill))
             inside.push_back(GEOSGeom_clone_r(geos.handle(), cell));
     }
-    if (inside.empty())
-        return geos.own(nullptr);
     const GeosGeometry all = geos.own(GEOSGeom_createCollection_r(
         geos.handle(), GEOS_MULTIPOLYGON, inside.data(), static_cast<unsigned>(inside.size())));
+    if (isKnown && inside.empty())
+        return geos.own(nullptr);
     // Cells on both sides of an edge that the ring runs along twice.
-    return geos.own(GEOSUnaryUnion_r(geos.handle(), all.get()));
+    GeosGeometry area = geos.own(isKnown && all ? GEOSUnaryUnion_r(geos.handle(), all.get()) : nullptr);
+    if (!area)
+        return std::nullopt;
+    return area;
 }
 
 Area AreaOf(const GeosContext& geos, const AxRing& ring)
@@ -74,7 +84,9 @@ Area AreaOf(const GeosContext& geos, const AxRing& ring)
     if (!area.polygon || geos.isValid(area.polygon))
         return area;
     area.doesCross = true;
-    area.polygon = EvenOddArea(geos, ring, area.polygon);
+    std::optional<GeosGeometry> enclosed = EvenOddArea(geos, ring, area.polygon);
+    area.isKnown = enclosed.has_value();
+    area.polygon = enclosed ? *std::move(enclosed) : geos.own(nullptr);
     return area;
 }
 
@@ -188,23 +200,21 @@ AxClippedZone AxClipZone(const AxRing& zone, const std::vector<AxRing>& lifts)
     AxRingCrossings crossings;
     const bool isCountable = crossings.Add(zone);
     Area whole = isCountable ? AreaOf(geos, zone) : Area();
+    const bool isCuttable = isCountable && whole.isKnown;
     std::vector<AxRing> used;
     bool doesCross = whole.doesCross;
     for (const AxRing& lift : lifts) {
         const AxRing ring = MovedBeside(lift, zone);
         // A zone or a lift that bounds nothing leaves all as it is.
-        if (ring.size() < leastPoints || (isCountable && !whole.polygon))
+        if (ring.size() < leastPoints || (isCuttable && !whole.polygon))
             continue;
-        if (!isCountable || !crossings.Add(ring)) {
-            ++result.unusable;
-            continue;
-        }
-        const Area area = AreaOf(geos, ring);
-        if (!area.polygon)
+        const Area area = isCuttable && crossings.Add(ring) ? AreaOf(geos, ring) : Area{{}, false, false};
+        if (area.isKnown && !area.polygon)
             continue;
         // A difference that fails leaves the zone as it was: rather too much of it than too little.
         GeosGeometry less =
-            geos.own(GEOSDifference_r(geos.handle(), whole.polygon.get(), area.polygon.get()));
+            geos.own(area.isKnown ? GEOSDifference_r(geos.handle(), whole.polygon.get(), area.polygon.get())
+                                  : nullptr);
         if (!less) {
             ++result.unusable;
             continue;

@@ -20,8 +20,8 @@ struct AxClippedZone
     /// The same as one outline, for testing areas against it. Pieces and holes hang together by lines
     /// without width.
     QPolygonF outline;
-    /// Lifts that were left out: their ring, or the zone's, crosses itself or the others in thousands of
-    /// places.
+    /// Lifts that were left out, each of them whole: their ring, or the zone's, crosses itself in thousands
+    /// of places or the others in tens of thousands, or could not be cut.
     int unusable = 0;
 };
 
