@@ -24,8 +24,6 @@ constexpr int compassRightMargin = 9;
 constexpr int overlayGap = 4;
 // The tools bar stands partly beyond the right edge.
 constexpr int toolsBeyondEdge = 20;
-// Of its seven buttons without gaps.
-constexpr int leastToolsHeight = 252;
 } // namespace
 
 void CAxEarthViewer::timerEvent(QTimerEvent* event)
@@ -86,12 +84,7 @@ void CAxEarthViewer::resizeEvent(QResizeEvent* event)
     const QSize size = event->size();
     scene()->setSceneRect(rect());
     const QRectF area = scene()->sceneRect();
-    // In a window too low for the buttons below it the compass stands beside them.
-    const QSizeF compass = d->compassItem->boundingRect().size();
-    const bool isLow =
-        area.height() < overlayTop + compass.height() + leastToolsHeight + d->coordinateWidget->height();
-    const int besideTools = isLow ? d->mapToolsWidget->width() - toolsBeyondEdge : 0;
-    d->compassItem->setPos(area.right() - compass.width() - compassRightMargin - besideTools,
+    d->compassItem->setPos(area.right() - d->compassItem->boundingRect().width() - compassRightMargin,
                            area.top() + overlayTop);
     if (d->graphicsWindow) {
         // A size of nothing would leave the camera with a degenerate projection for good.
@@ -103,9 +96,9 @@ void CAxEarthViewer::resizeEvent(QResizeEvent* event)
     const QSize readOut = d->coordinateWidget->size();
     d->coordinateWidget->setGeometry(rect().right() + 1 - readOut.width(), rect().height() - readOut.height(),
                                      readOut.width(), readOut.height());
-    d->mapToolsWidget->KeepButtonsWithin(static_cast<int>(d->compassItem->boundingRect().height()) +
-                                             overlayGap,
-                                         rect().height() - readOut.height() - overlayTop - overlayGap);
+    d->mapToolsWidget->KeepButtonsWithin(
+        static_cast<int>(d->compassItem->boundingRect().height()) + overlayGap,
+        rect().height() - readOut.height() - overlayTop - overlayGap, rect().height() - overlayTop);
     QGraphicsView::resizeEvent(event);
 }
 

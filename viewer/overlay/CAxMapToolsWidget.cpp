@@ -8,6 +8,8 @@
 namespace {
 constexpr int buttonHeight = 36;
 constexpr int buttonGap = 20;
+// Two of them fill what the window shows of the bar.
+constexpr int columnWidth = 37;
 
 struct ButtonImages
 {
@@ -108,26 +110,44 @@ void CAxMapToolsWidget::ResetToolType()
     m_pMarkerTools->setChecked(false);
 }
 
-void CAxMapToolsWidget::KeepButtonsWithin(int top, int bottom)
+void CAxMapToolsWidget::KeepButtonsWithin(int top, int bottom, int end)
 {
     firstRow = top;
     lastRow = bottom;
+    endRow = end;
     ArrangeButtons();
 }
 
 void CAxMapToolsWidget::ArrangeButtons()
 {
-    int buttons = 0;
-    for (const QPushButton* button : findChildren<QPushButton*>())
-        buttons += button->isHidden() ? 0 : 1;
+    QList<QPushButton*> shown;
+    for (QPushButton* button : findChildren<QPushButton*>())
+        if (!button->isHidden())
+            shown += button;
+    const int buttons = shown.size();
     const int gaps = qMax(1, buttons - 1);
     const int designed = buttons * buttonHeight + gaps * buttonGap;
     const int designedTop = (height() - designed) / 2;
     const bool fits = designedTop >= firstRow && designedTop + designed <= lastRow;
     const int room = lastRow - firstRow - buttons * buttonHeight;
-    layout()->setSpacing(fits ? buttonGap : qBound(0, room / gaps, buttonGap));
-    // Where nothing helps, the buttons rather lie over what is above them than end below the window.
-    layout()->setContentsMargins(0, fits ? 0 : firstRow + qMin(0, room), 0, fits ? 0 : height() - lastRow);
+    layout()->setEnabled(room >= 0);
+    if (room < 0) {
+        ArrangeInTwoColumns(shown);
+        return;
+    }
+    layout()->setSpacing(fits ? buttonGap : qMin(room / gaps, buttonGap));
+    layout()->setContentsMargins(0, fits ? 0 : firstRow, 0, fits ? 0 : height() - lastRow);
+    // It may have been off when the bar got its size.
+    layout()->update();
+}
+
+void CAxMapToolsWidget::ArrangeInTwoColumns(const QList<QPushButton*>& buttons)
+{
+    const int rows = (buttons.size() + 1) / 2;
+    // A read-out may be covered, as one can look at it and no more.
+    const int top = qMin(firstRow, endRow - rows * buttonHeight);
+    for (int i = 0; i < buttons.size(); ++i)
+        buttons[i]->setGeometry(i % 2 * columnWidth, top + i / 2 * buttonHeight, columnWidth, buttonHeight);
 }
 
 void CAxMapToolsWidget::SetToolsBtnVisible(bool visible)

@@ -25,9 +25,9 @@ public:
     void ConnectEvent() {}
     /// Unchecks the measure and the marker button.
     void ResetToolType();
-    /// Keeps the buttons between these rows of the widget, pixels, closer together where there is little
-    /// room.
-    void KeepButtonsWithin(int top, int bottom);
+    /// Keeps the buttons between these rows of the widget, pixels: closer together where there is little
+    /// room, in two columns where there is less. Where that is not enough they go on below, down to `end`.
+    void KeepButtonsWithin(int top, int bottom, int end);
     /// Show or hide the buttons: all tools, the shoot point, following the aircraft, the voice.
     void SetToolsBtnVisible(bool visible);
     void SetShootPointBtnVisible(bool visible);
@@ -52,6 +52,7 @@ private:
     void BuildForm();
     void InitSlots();
     void ArrangeButtons();
+    void ArrangeInTwoColumns(const QList<QPushButton*>& buttons);
     void SwitchTool(bool checked, EToolType tool, QPushButton* other);
 
     QPushButton* m_pBtnDisplayShoot = nullptr;
@@ -64,4 +65,5 @@ private:
     QPointer<AxViewerParts> viewer;
     int firstRow = 0;
     int lastRow = QWIDGETSIZE_MAX;
+    int endRow = QWIDGETSIZE_MAX;
 };
