@@ -17,6 +17,7 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 using namespace osgEarth;
 using namespace osgEarth::Symbology;
@@ -50,7 +51,7 @@ osg::ref_ptr<MapNode> AxSceneStartup::ReadMap(const QString& path, QString& reas
     else if (!QFileInfo(path).isReadable())
         reason = QCoreApplication::translate("CAxEarthViewer", "The file may not be read.");
     else if (!told.isEmpty())
-        reason = told;
+        reason = QString(told).remove(QRegularExpression(QStringLiteral("^\\[\\w+\\]\\*? *")));
     else
         reason = QCoreApplication::translate("CAxEarthViewer", "The file holds no map.");
     if (!told.isEmpty())

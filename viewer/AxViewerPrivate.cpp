@@ -27,13 +27,13 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QFileInfo>
 #include <QGraphicsProxyWidget>
 #include <QPointer>
 #include <QSplashScreen>
 #include <QWindow>
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <typeinfo>
 #include <utility>
@@ -113,13 +113,15 @@ QImage AxViewerPrivate::Picture()
     if (!graphicsWindow || !earthLoaded || !q->isVisible())
         return q->GetCurrViewerImg();
     // Transparent rather than hidden, because a hidden overlay loses the keyboard's focus.
-    const std::array<QGraphicsItem*, 2> controls{mapToolsWidget->graphicsProxyWidget(),
-                                                 coordinateWidget->graphicsProxyWidget()};
-    for (QGraphicsItem* control : controls)
-        control->setOpacity(0.0);
+    QGraphicsItem* const toolsBar = mapToolsWidget->graphicsProxyWidget();
+    QGraphicsItem* const readOut = coordinateWidget->graphicsProxyWidget();
+    const qreal ofToolsBar = toolsBar->opacity();
+    const qreal ofReadOut = readOut->opacity();
+    toolsBar->setOpacity(0.0);
+    readOut->setOpacity(0.0);
     const QImage picture = paintedPicture();
-    for (QGraphicsItem* control : controls)
-        control->setOpacity(1.0);
+    toolsBar->setOpacity(ofToolsBar);
+    readOut->setOpacity(ofReadOut);
     return picture;
 }
 
@@ -263,7 +265,7 @@ bool AxViewerPrivate::startUp()
     if (!progress(CAxEarthViewer::tr("Create tile map service...")))
         return false;
     AxSetProcessLocale();
-    const QString path = mapFile.isEmpty() ? MapFileForNetwork() : mapFile;
+    const QString path = QFileInfo(mapFile.isEmpty() ? MapFileForNetwork() : mapFile).absoluteFilePath();
     QString reason;
     mapNode = AxSceneStartup::ReadMap(path, reason);
     if (!mapNode)
