@@ -46,11 +46,11 @@ private:
 } // namespace
 
 BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
-    : QTableView(parent), viewer(earthViewer), model(new BlockListModel(viewer, this)),
+    : QTableView(parent), viewer(earthViewer), blockRows(new BlockListModel(viewer, this)),
       sorted(new NaturalOrder(this))
 {
     setObjectName(QStringLiteral("BlockList"));
-    sorted->setSourceModel(model);
+    sorted->setSourceModel(blockRows);
     setModel(sorted);
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
@@ -90,12 +90,12 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     widen(BlockListModel::VisibleColumn, {});
 
     connect(this, &QTableView::clicked, this, &BlockPanel::OnClicked);
-    connect(model, &BlockListModel::Refused, this, &BlockPanel::Told);
+    connect(blockRows, &BlockListModel::Refused, this, &BlockPanel::Told);
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockPanel::MarkCurrent);
     // A block that is being drawn is current before it has a row, and a removed row's place is taken by
     // another one.
-    connect(model, &BlockListModel::rowsInserted, this, &BlockPanel::FollowViewer);
-    connect(model, &BlockListModel::rowsRemoved, this, &BlockPanel::FollowViewer);
+    connect(blockRows, &BlockListModel::rowsInserted, this, &BlockPanel::FollowViewer);
+    connect(blockRows, &BlockListModel::rowsRemoved, this, &BlockPanel::FollowViewer);
 }
 
 QSize BlockPanel::sizeHint() const
@@ -109,12 +109,12 @@ QSize BlockPanel::sizeHint() const
 
 QString BlockPanel::FaultOf(const QString& id) const
 {
-    return model->FaultOf(id);
+    return blockRows->FaultOf(id);
 }
 
 QString BlockPanel::BlockOf(const QModelIndex& shown) const
 {
-    return shown.isValid() ? model->BlockAt(sorted->mapToSource(shown).row()) : QString();
+    return shown.isValid() ? blockRows->BlockAt(sorted->mapToSource(shown).row()) : QString();
 }
 
 void BlockPanel::OnClicked(const QModelIndex& shown)
@@ -127,13 +127,13 @@ void BlockPanel::MarkCurrent(const QString& id)
 {
     if (isChoosing)
         return;
-    const int row = model->RowOf(id);
+    const int row = blockRows->RowOf(id);
     if (row < 0) {
         // The keys of the list act on its current row, seen or not.
         selectionModel()->clear();
         return;
     }
-    const QModelIndex shown = sorted->mapFromSource(model->index(row, BlockListModel::NameColumn));
+    const QModelIndex shown = sorted->mapFromSource(blockRows->index(row, BlockListModel::NameColumn));
     if (!selectionModel()->isRowSelected(shown.row(), QModelIndex()))
         setCurrentIndex(shown);
 }

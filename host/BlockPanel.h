@@ -45,7 +45,7 @@ private:
     void Delete(const QModelIndex& shown);
 
     CAxEarthViewer* viewer;
-    BlockListModel* model;
+    BlockListModel* blockRows;
     QSortFilterProxyModel* sorted;
     bool isByHand = false;   ///< mouse or keys are at work in the list
     bool isChoosing = false; ///< the viewer is being told

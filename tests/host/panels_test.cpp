@@ -126,7 +126,7 @@ TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
         expect(id);
     }
     QTest::mouseClick(panel.viewport(), Qt::LeftButton, Qt::NoModifier,
-                      panel.visualRect(panel.QAbstractItemView::model()->index(2, BlockListModel::LockColumn)).topLeft() +
+                      panel.visualRect(panel.model()->index(2, BlockListModel::LockColumn)).topLeft() +
                           QPoint(1, 1));
     expect("c");
     viewer->slotFocusBlock(QStringLiteral("a"));
