@@ -22,6 +22,9 @@ public:
     /// nothing to be kept.
     static KeptState* Open(const HostOptions& options, QObject* parent);
 
+    QString FileName() const { return store->fileName(); }
+    bool IsWritable() const { return store->isWritable(); }
+
     QByteArray Bytes(const QString& key) const;
     void SetBytes(const QString& key, const QByteArray& value);
 

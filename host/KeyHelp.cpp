@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -89,6 +90,15 @@ QString Tr(const char* text)
     return QCoreApplication::translate("KeyHelp", text);
 }
 
+// All its rows and columns are to be seen, where the screen is large enough.
+QSize RoomFor(const QAbstractItemView& list, const QWidget& window)
+{
+    constexpr int aroundColumns = 100;
+    constexpr int usualHeight = 640;
+    const QSize room(list.sizeHintForColumn(0) + list.sizeHintForColumn(1) + aroundColumns, usualHeight);
+    return room.boundedTo(window.screen()->availableSize() - QSize(40, 80));
+}
+
 QTreeWidget* MakeList()
 {
     auto* list = new QTreeWidget;
@@ -124,9 +134,10 @@ void ShowKeyHelp(QWidget* parent)
         auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
         QObject::connect(buttons, &QDialogButtonBox::rejected, help, &QDialog::reject);
         auto* column = new QVBoxLayout(help);
-        column->addWidget(MakeList(), 1);
+        QTreeWidget* const list = MakeList();
+        column->addWidget(list, 1);
         column->addWidget(buttons);
-        help->resize(620, 640);
+        help->resize(RoomFor(*list, *parent));
     }
     help->show();
     help->raise();

@@ -35,6 +35,8 @@ LogPanel::LogPanel(QWidget* parent) : QPlainTextEdit(parent)
     setReadOnly(true);
     setMaximumBlockCount(keptLines);
     setLineWrapMode(QPlainTextEdit::NoWrap);
+    // A small window is the map's.
+    setMinimumHeight(2 * fontMetrics().lineSpacing());
     QMutexLocker lock(&receiverMutex);
     receiver = this;
     consoleHandler = qInstallMessageHandler(HandleMessage);
@@ -56,8 +58,8 @@ void LogPanel::AppendOfKind(const QString& kind, const QString& line)
 {
     QScrollBar* const bar = verticalScrollBar();
     const bool isAtEnd = bar->value() == bar->maximum();
-    QString text = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz  ")) + line;
-    text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    // One block of the document a line, whatever breaks lines there.
+    const QString text = QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz  ")) + line.simplified();
     const auto same =
         std::find_if(recent.begin(), recent.end(), [&kind](const Recent& one) { return one.kind == kind; });
     if (same == recent.end()) {

@@ -32,6 +32,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTimer>
@@ -44,6 +45,8 @@
 
 namespace {
 constexpr QSize usualSize(1440, 900);
+// Around it and above it, pixels.
+constexpr QSize frameOfWindow(8, 40);
 // Of the kept layout; another one does not fit other panels.
 constexpr int layoutVersion = 1;
 constexpr int shownMs = 8000;
@@ -110,6 +113,9 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
 
 MainWindow::~MainWindow()
 {
+    // A run that ended by itself closed nothing.
+    if (isVisible())
+        KeepLayout();
     viewer->ReleaseAll();
     // Their rows ask the viewer.
     delete blocks;
@@ -156,9 +162,13 @@ void MainWindow::BuildPanels()
 
 void MainWindow::RestoreLayout()
 {
-    resize(options.size.value_or(usualSize));
+    const QSize ofScreen = screen()->availableSize() - frameOfWindow;
+    resize(options.size.value_or(usualSize.boundedTo(ofScreen)));
     if (!kept)
         return;
+    if (!kept->IsWritable())
+        log->AppendLine(
+            tr("%1 cannot be written: what is changed now is lost with the window.").arg(kept->FileName()));
     if (!options.size)
         restoreGeometry(kept->Bytes(geometryKey));
     restoreState(kept->Bytes(layoutKey), layoutVersion);
@@ -183,13 +193,18 @@ void MainWindow::RestoreSwitches()
     });
 }
 
+void MainWindow::KeepLayout()
+{
+    if (!kept)
+        return;
+    kept->SetBytes(geometryKey, saveGeometry());
+    kept->SetBytes(layoutKey, saveState(layoutVersion));
+    kept->SetBytes(extentsKey, extents->Save());
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (kept) {
-        kept->SetBytes(geometryKey, saveGeometry());
-        kept->SetBytes(layoutKey, saveState(layoutVersion));
-        kept->SetBytes(extentsKey, extents->Save());
-    }
+    KeepLayout();
     QMainWindow::closeEvent(event);
 }
 

@@ -60,6 +60,7 @@ private:
     bool DrawBlocks();
     void TellFaults(const QStringList& blockIDs);
     void RestoreLayout();
+    void KeepLayout();
     void RestoreSwitches();
     void GoToFirstView();
     /// Degrees, degrees and metres, NaN for what is not known; a coarse altitude has no decimals.

@@ -8,7 +8,7 @@
 
 namespace {
 // What a small window leaves to the map, and to the bars above and below it; pixels.
-constexpr QSize leastForMap(380, 400);
+constexpr QSize leastForMap(380, 420);
 constexpr int leastExtent = 60;
 constexpr int largestExtent = 10000;
 } // namespace

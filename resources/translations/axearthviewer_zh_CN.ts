@@ -499,6 +499,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>%2 个测区中有 %1 个在手工绘制时会被拒绝；它们在列表中带有警告标志。</translation>
     </message>
     <message>
+        <source>%1 cannot be written: what is changed now is lost with the window.</source>
+        <translation>无法写入 %1：现在所做的更改在关闭窗口后不会保留。</translation>
+    </message>
+    <message>
         <source>PNG picture (*.png)</source>
         <translation>PNG 图片 (*.png)</translation>
     </message>
