@@ -24,7 +24,10 @@ std::vector<osgEarth::Bounds> Boxes(const std::vector<AxZoneOutline>& outlines)
             box.expandBy(zone.bounds.left(), zone.bounds.top());
             box.expandBy(zone.bounds.right(), zone.bounds.bottom());
         }
-        if (box.valid()) {
+        // A spiral has thousands of turns, and who asks for a place looks into each.
+        if (box.valid() && box.width() >= fullTurn) {
+            box = osgEarth::Bounds(-halfTurn, box.yMin(), halfTurn, box.yMax());
+        } else if (box.valid()) {
             const double middle = box.center().x();
             const double shift = AxLongitudes::Normalized(middle) - middle;
             box = osgEarth::Bounds(box.xMin() + shift, box.yMin(), box.xMax() + shift, box.yMax());

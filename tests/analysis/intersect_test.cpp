@@ -131,6 +131,8 @@ TEST(ZoneIndex, AnswersAsAWalkThroughAllZones)
             zones.zoneOutlines.insert(id, QPolygonF(QRectF(middle.x() + 0.02, middle.y(), 0.1, 0.1)));
     }
     zones.zonePolygons.insert("nothing", AxZoneShape());
+    zones.zonePolygons.insert("spiral", Circle(500.0, 0.0, 900.0, 9));
+    zones.zonePolygons.insert("endless", Circle(0.0, 0.0, 1e300, 3));
     const AxZoneIndex index(zones);
     AxNearZones near(index);
     QSet<QString> shown;
