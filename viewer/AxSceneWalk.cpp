@@ -49,6 +49,15 @@ bool IsOfMapEngine(const std::type_info& type)
 {
     return std::string_view(type.name()).find("osgEarth") != std::string_view::npos;
 }
+
+// Of the engine that comes with the viewer, whose header the viewer cannot see: a tile's own drawing is its
+// first child, its quarters are the second. Those of osgEarth 2.8 are no PagedLOD.
+bool IsBundledTile(const osg::Object& object)
+{
+    return IsOfMapEngine(typeid(object)) &&
+           std::string_view(typeid(object).name()).find("TileNode") != std::string_view::npos &&
+           dynamic_cast<const osg::PagedLOD*>(&object);
+}
 } // namespace
 
 /// How a class is looked at.
@@ -56,6 +65,7 @@ enum class AxSceneWalk::Kind
 {
     Plain,      // one of OSG's own, which shows what its setters say
     Engine,     // one of the map engine's or the viewer's own
+    Tile,       // of the terrain: what it draws is replaced and never changed
     Annotation, // with everything below it
     Sky,        // does not show its parts
     Text,       // shows all that it is made of
@@ -85,6 +95,8 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
         kind = Kind::Unknown; // handles are made while they are culled, from what the mouse is over
     else if (IsOneOf<CAxDrapeableNode, AxWorldGeometry>(type))
         kind = Kind::Engine;
+    else if (IsBundledTile(object))
+        kind = Kind::Tile;
     else if (IsOfMapEngine(type))
         kind = dynamic_cast<const osgEarth::Annotation::AnnotationNode*>(&object) ? Kind::Annotation
                                                                                   : Kind::Engine;
@@ -269,8 +281,19 @@ void AxSceneWalk::apply(osg::Switch& node)
     apply(static_cast<osg::Node&>(node));
 }
 
+// Most of what a scene consists of lies below tiles.
 void AxSceneWalk::apply(osg::LOD& node)
 {
+    if (kindOf(node) == Kind::Tile && !node.getCullCallback() && !node.getStateSet()) {
+        const unsigned count = node.getNumChildren();
+        mix(&node);
+        mix(static_cast<std::uint64_t>(node.getNodeMask()) << 32 | count);
+        if (count > 0)
+            mix(node.getChild(0));
+        for (unsigned i = 1; i < count; ++i)
+            node.getChild(i)->accept(*this);
+        return;
+    }
     mixVector(node.getCenter());
     mix(static_cast<double>(node.getRadius()));
     for (const auto& [nearest, farthest] : node.getRangeList()) {
