@@ -45,6 +45,7 @@ public:
 
     const osgUtil::StateGraph* state = nullptr; // compared, never followed
     const osg::RefMatrix* place = nullptr;      // compared, never followed
+    const osg::Camera* camera = nullptr;        // compared, never followed
     std::vector<std::shared_ptr<const AxBatchMesh>> shapes;
 
 private:
@@ -88,16 +89,17 @@ void AxShapeBatches::Take(const std::shared_ptr<const AxBatchMesh>& mesh, osgUti
                           float depth)
 {
     const unsigned number = cull.getTraversalNumber();
-    if (frame != number || camera != cull.getCurrentCamera()) {
+    if (frame != number) {
         frame = number;
-        camera = cull.getCurrentCamera();
         used = 0;
     }
+    // All cameras of a frame are culled before the first of them is drawn.
+    const osg::Camera* camera = cull.getCurrentCamera();
     const osgUtil::StateGraph* state = cull.getCurrentStateGraph();
     osg::RefMatrix* place = cull.getModelViewMatrix();
     const auto end = batches.begin() + static_cast<std::ptrdiff_t>(used);
     auto batch = std::find_if(batches.begin(), end, [&](const osg::ref_ptr<Batch>& known) {
-        return known->state == state && known->place == place;
+        return known->state == state && known->place == place && known->camera == camera;
     });
     if (batch == end) {
         if (used == batches.size())
@@ -105,6 +107,7 @@ void AxShapeBatches::Take(const std::shared_ptr<const AxBatchMesh>& mesh, osgUti
         batch = batches.begin() + static_cast<std::ptrdiff_t>(used++);
         (*batch)->state = state;
         (*batch)->place = place;
+        (*batch)->camera = camera;
         (*batch)->shapes.clear();
         cull.addDrawableAndDepth(batch->get(), place, depth);
     }

@@ -48,7 +48,6 @@ private:
     class Batch;
 
     std::vector<osg::ref_ptr<Batch>> batches;
-    std::size_t used = 0;         // in this frame
-    unsigned frame = 0;           // number of the traversal
-    const void* camera = nullptr; // compared, never followed
+    std::size_t used = 0; // in this frame
+    unsigned frame = 0;   // number of the traversal
 };
