@@ -15,7 +15,6 @@
 #include <QGraphicsScene>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -174,7 +173,6 @@ TEST_F(Widget, ToolsBarKeepsClearOfCompassAndReadOut)
         viewer->resize(800, height);
         ASSERT_TRUE(waitFor([&] { return viewer->height() == height; }));
         const QWidget* bar = viewer->GetMapToolWidget();
-        bar->layout()->activate();
         const CAxGraphicsCompassItem* compass = Compass(viewer);
         for (const QPushButton* button : bar->findChildren<QPushButton*>()) {
             const QRect place = button->geometry().translated(0, bar->y());

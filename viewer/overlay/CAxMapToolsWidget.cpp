@@ -137,8 +137,9 @@ void CAxMapToolsWidget::ArrangeButtons()
     }
     layout()->setSpacing(fits ? buttonGap : qMin(room / gaps, buttonGap));
     layout()->setContentsMargins(0, fits ? 0 : firstRow, 0, fits ? 0 : height() - lastRow);
-    // It may have been off when the bar got its size.
-    layout()->update();
+    // It may have been off when the bar got its size, and tells nobody then that it has to be done again.
+    layout()->invalidate();
+    layout()->activate();
 }
 
 void CAxMapToolsWidget::ArrangeInTwoColumns(const QList<QPushButton*>& buttons)
