@@ -3,6 +3,7 @@
 #include <QDataStream>
 #include <QDockWidget>
 #include <QEvent>
+#include <QLayout>
 #include <QMainWindow>
 #include <QScopedValueRollback>
 
@@ -69,6 +70,8 @@ void PanelExtents::Apply()
             extent = qMin(extent, qMax(leastExtent, room / extents.size()));
         window->resizeDocks(resized, extents, direction);
     }
+    // At once, because later it would be taken for the operator's doing.
+    window->layout()->activate();
     laidOut = window->size();
 }
 
