@@ -38,6 +38,7 @@ TEST_P(OneGround, HasNoWallThatNoSourceHas)
     constexpr double kStep = 4e-5;
     const double metres = kStep * 111320.0;
     double steepest = 0.0;
+    std::string where;
     for (int line = 0; line < 120; ++line) {
         const double heading = within(0.0, 2.0 * osg::PI);
         const double east = kStep * std::sin(heading) / std::cos(osg::DegreesToRadians(kMadeUpLatitude));
@@ -50,13 +51,16 @@ TEST_P(OneGround, HasNoWallThatNoSourceHas)
             y += north;
             const double height = ground.at(x, y);
             const double slope = std::abs(height - last) / metres;
-            steepest = std::max(steepest, slope);
-            // Across one cell of the finer source, at a corner; elsewhere a step fades at two to one.
-            ASSERT_LT(slope, GetParam().steepest + 5.0) << x << ", " << y << ": " << last << " to " << height;
+            if (slope > steepest) {
+                steepest = slope;
+                where = std::to_string(x) + ", " + std::to_string(y) + ": " + std::to_string(last) + " to " +
+                        std::to_string(height);
+            }
             last = height;
         }
     }
-    EXPECT_GT(steepest, 0.5) << "the lines do cross the edges";
+    EXPECT_LT(steepest, GetParam().steepest + 3.0) << where;
+    EXPECT_GT(steepest, 0.3) << "the lines do cross the edges";
 }
 
 TEST_P(OneGround, IsTheSameHoweverMuchOfItIsRead)
@@ -135,7 +139,7 @@ TEST_F(TwoPlanes, TheFinerSourceKeepsItsValuesAndTheCoarserMeetsIt)
 {
     EXPECT_DOUBLE_EQ(at(10.3, 40.3), 1000.0);
     EXPECT_DOUBLE_EQ(at(10.999, 40.5), 1000.0) << "up to the edge";
-    EXPECT_NEAR(at(10.505, 40.495), 1000.0, 15.0) << "a hole of one cell is closed";
+    EXPECT_NEAR(at(10.505, 40.495), 1000.0, 20.0) << "a hole of one cell is closed";
     EXPECT_DOUBLE_EQ(at(12.0, 42.0), 400.0);
     EXPECT_DOUBLE_EQ(at(11.7, 40.5), 400.0) << "beyond the reach of the step";
     double last = at(11.0, 40.5);

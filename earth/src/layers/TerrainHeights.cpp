@@ -8,15 +8,15 @@
 
 namespace osgEarth {
 namespace {
-/// A step fades over this many cells of the coarser source,
-constexpr double kBlendCells = 1.5;
+/// Cells that carry heights outwards tell what is about half of their size
+/// away. A step fades over this many cells of the coarser source,
+constexpr double kAwayPerCell = 0.5;
+constexpr double kBlendCells = 1.0;
 /// or over this many times its own height, where that is more.
 constexpr double kBlendSteps = 4.0;
 /// Heights carried outwards in cells of some size may differ from the true ones
 /// by this share of the size without there being a step: slopes, not steps.
 constexpr double kPlausibleSlope = 0.5;
-/// Cells of some size tell what is about half of it away.
-constexpr double kAwayPerCell = 0.5;
 /// Highest step between two sources, metres.
 constexpr double kHighestStep = 9000.0;
 constexpr double kMetresPerDegree = 111320.0;
@@ -34,6 +34,15 @@ double fade(double size, double baseCell, double step)
     return 1.0 - t * t * (3.0 - 2.0 * t);
 }
 
+/// The say of cells of one size, 0 to 1, where that much of them has data. At a
+/// corner that is a quarter: were it not enough, the cells around it of all
+/// sizes would mix, and the step fall by much across the finest.
+double sayOf(double cover)
+{
+    const double part = std::min(1.0, 4.0 * cover);
+    return part * (2.0 - part);
+}
+
 /// Takes a finer source into account at a place where it has no value of its own, or not all of one.
 void overlay(const HeightWindow& finer, const HeightSample& own, double column, double row,
              TerrainHeights::Answer& ground)
@@ -45,8 +54,7 @@ void overlay(const HeightWindow& finer, const HeightSample& own, double column, 
         const HeightSample carried = grid->at(column, row);
         if (carried.cover <= 0.0)
             continue;
-        // A straight edge covers half of the cells on it.
-        const double share = rest * std::min(1.0, 2.0 * carried.cover);
+        const double share = rest * sayOf(carried.cover);
         const double kept =
             share * fade(finer.cellSizeOf(*grid), ground.cell, carried.height - ground.height);
         height += kept * carried.height + (share - kept) * ground.height;

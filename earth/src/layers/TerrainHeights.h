@@ -19,8 +19,9 @@ class Map;
 /// heights are carried on, the farther the coarser, and fade into what the
 /// coarser sources say: half of the step is gone after half a cell of these, or
 /// after 0.8 times the height of the step where that is more, and nothing is
-/// left after four times as much. So the step between two surveys becomes a
-/// slope of about two to one, at a corner five to one across a cell, never a wall.
+/// left after three times as much, or 1.25 times the height. So the step between
+/// two surveys becomes a slope of 1.6 to one along a straight edge, and of less
+/// than three to one at a corner, beside the sources' own slope; never a wall.
 /// Where no source has a value the ground is the ellipsoid.
 ///
 /// Immutable after construction, so any thread may ask.
