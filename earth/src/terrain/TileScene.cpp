@@ -153,7 +153,8 @@ osg::ref_ptr<osg::Group> TileScene::makeTiles(const std::vector<TileKey>& keys, 
             return *passesOver;
         };
         const auto whenDrawn = [&](const TileContent& content) {
-            return !isPassedOver(content) && sharedView().isNear(content.bulk);
+            // A picture that shows all there is serves the deeper tiles too, whichever way they came.
+            return !(isPassedOver(content) && content.pictureRefinable) && sharedView().isNear(content.bulk);
         };
         const std::shared_ptr<const TileContent> content = make(key, whenDrawn);
         if (!content)
