@@ -23,7 +23,7 @@ public:
 
     /// Degrees and metres; heading and pitch in degrees, pitch -90 looks down.
     void lookAt(double longitude, double latitude, double height, double heading, double pitch, double range);
-    /// Draws frames until no tile is wanted any more; false when that takes a minute.
+    /// Draws frames until no tile is wanted any more; false when that takes two minutes of the processor.
     bool drawUntilComplete();
     void frame();
     /// RGB of the last frame, 0 to 255, x from the left, y from the bottom.
