@@ -151,9 +151,9 @@ void BlockPanel::MakeCurrent(const QString& id)
         const QScopedValueRollback<bool> guard(isChoosing, true);
         viewer->SetNodeSelected(object ? object->GetFeatureNode() : nullptr, false, false);
     }
-    // A drawing is not left for a row.
+    // A drawing is not left for a row. Queued, because the list selects the row after it made it current.
     if (viewer->GetCurHandleAdapter() && viewer->GetCurHandleAdapter() != object)
-        FollowViewer();
+        QMetaObject::invokeMethod(this, &BlockPanel::FollowViewer, Qt::QueuedConnection);
 }
 
 void BlockPanel::currentChanged(const QModelIndex& now, const QModelIndex& before)

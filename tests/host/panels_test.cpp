@@ -41,6 +41,7 @@ TEST(PanelExtents, ComeBackWhenASmallWindowGrowsAgain)
         const PanelExtents* extents = build(window);
         EXPECT_EQ(extentsOf(window), QSize(300, 300));
         window.resizeDocks({window.findChild<QDockWidget*>("Side")}, {400}, Qt::Horizontal);
+        EXPECT_EQ(extentsOf(window).width(), 400);
         window.resize(640, 480);
         EXPECT_LE(extentsOf(window).width(), 270) << "the map keeps most of it";
         saved = extents->Save();
@@ -140,6 +141,7 @@ TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
     viewer->createShapeNode();
     const std::string drawing = Current();
     QTest::keyClick(&panel, Qt::Key_Down);
+    QCoreApplication::processEvents();
     EXPECT_EQ(Current(), drawing);
     EXPECT_EQ(Highlighted(panel), "");
     viewer->SetToolType(ToolNavigate);
