@@ -130,7 +130,7 @@ void send(CAxHandleAdapterEditor& editor, osgGA::GUIEventAdapter* made)
     editor.accept(*visitor);
 }
 
-void Hover(benchmark::State& state)
+void HoverHandles(benchmark::State& state)
 {
     bench::goTo(bench::kOblique20km);
     Vertices object;
@@ -175,7 +175,7 @@ void Frame(benchmark::State& state)
 }
 
 BENCHMARK(Clamp)->Name("Shapes/clamp")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
-BENCHMARK(Hover)->Name("Shapes/hoverHandles")->Unit(benchmark::kMicrosecond);
+BENCHMARK(HoverHandles)->Name("Shapes/hoverHandles")->Unit(benchmark::kMicrosecond);
 BENCHMARK(Drag)->Name("Shapes/dragHandle")->Unit(benchmark::kMicrosecond);
 BENCHMARK(Frame)
     ->Name("Shapes/frameHandles")

@@ -59,7 +59,7 @@ void Still(benchmark::State& state, bench::View view)
 }
 
 /// The mouse goes to and fro over the map; the read-out follows it.
-void Hover(benchmark::State& state)
+void HoverMap(benchmark::State& state)
 {
     bench::goTo(bench::kRange350km);
     rest();
@@ -87,6 +87,6 @@ BENCHMARK_CAPTURE(Still, near500m, bench::kNear500m)
     ->Iterations(1)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK(Hover)->Name("Idle/hover")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(HoverMap)->Name("Idle/hover")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -127,7 +127,7 @@ void Near(benchmark::State& state)
 BENCHMARK(Near)->Name("NoFly/near")->Unit(benchmark::kMillisecond);
 
 // The zones under the mouse, at places of which every other one lies in a zone.
-void Hover(benchmark::State& state)
+void HoverZones(benchmark::State& state)
 {
     const AxZoneIndex index(AxReadZones(bench::zoneRows(), bench::liftRows()));
     std::vector<QPointF> places;
@@ -144,7 +144,7 @@ void Hover(benchmark::State& state)
     }
     state.counters["zones_each"] = static_cast<double>(met) / static_cast<double>(state.iterations());
 }
-BENCHMARK(Hover)->Name("NoFly/hover")->Unit(benchmark::kMicrosecond);
+BENCHMARK(HoverZones)->Name("NoFly/hover")->Unit(benchmark::kMicrosecond);
 
 /// What is allocated now, in megabytes; 0 where the C library does not tell.
 double heapMegabytes()
