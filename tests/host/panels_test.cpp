@@ -144,5 +144,6 @@ TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
     QCoreApplication::processEvents();
     EXPECT_EQ(Current(), drawing);
     EXPECT_EQ(Highlighted(panel), "");
+    viewer->RemoveHanderAdapter(QString::fromStdString(drawing), true);
     viewer->SetToolType(ToolNavigate);
 }
