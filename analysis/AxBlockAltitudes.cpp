@@ -9,10 +9,11 @@ AxBlockAltitudes::AxBlockAltitudes(AxScene& drawn) : scene(drawn)
 {
     thread.setMaxThreadCount(1);
     CAxBlockManager& blocks = CAxBlockManager::instance();
+    connect(&blocks, &CAxBlockManager::blockAdded, this, &AxBlockAltitudes::slotAdded);
     connect(&blocks, &CAxBlockManager::blockChanged, this, &AxBlockAltitudes::slotChanged);
     connect(&blocks, &CAxBlockManager::blockDeleted, this, &AxBlockAltitudes::slotDeleted);
     for (const CAxBlock* block : blocks.GetBlockList())
-        slotChanged(block->GetBlockID());
+        slotAdded(block->GetBlockID());
 }
 
 AxBlockAltitudes::~AxBlockAltitudes()
@@ -32,6 +33,16 @@ void AxBlockAltitudes::slotDeleted(const QString& id)
     asked.erase(job);
 }
 
+void AxBlockAltitudes::slotAdded(const QString& id)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (block && block->GetAverageAltitude() != 0.0)
+        asked.insert(
+            id, {block->GetAnchor(), block->GetAverageAltitude(), std::make_shared<std::atomic<bool>>(true)});
+    else
+        slotChanged(id);
+}
+
 void AxBlockAltitudes::slotChanged(const QString& id)
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
@@ -48,17 +59,21 @@ void AxBlockAltitudes::slotChanged(const QString& id)
     const auto isOff = std::make_shared<std::atomic<bool>>(false);
     asked.insert(id, {job.vertices, block->GetAverageAltitude(), isOff});
     thread.start([this, id, job, isOff] {
-        if (const std::optional<double> altitude = AxMeanAltitude(job, *isOff))
-            QMetaObject::invokeMethod(
-                this, [this, id, isOff, altitude] { write(id, isOff, *altitude); }, Qt::QueuedConnection);
+        const std::optional<double> altitude = AxMeanAltitude(job, *isOff);
+        QMetaObject::invokeMethod(
+            this, [this, id, isOff, altitude] { write(id, isOff, altitude); }, Qt::QueuedConnection);
     });
 }
 
 void AxBlockAltitudes::write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job,
-                             double altitude)
+                             const std::optional<double>& altitude)
 {
     CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
     const Asked wanted = asked.value(id);
-    if (block && wanted.isOff == job && block->GetAverageAltitude() == wanted.former)
-        block->SetAverageAltitude(altitude);
+    if (!block || wanted.isOff != job)
+        return;
+    if (!altitude)
+        asked.remove(id);
+    else if (block->GetAverageAltitude() == wanted.former)
+        block->SetAverageAltitude(*altitude);
 }

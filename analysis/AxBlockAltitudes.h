@@ -13,7 +13,8 @@ class AxScene;
  * Writes the average altitude of its ground into each block's record when its
  * vertices have changed. A thread of its own reads the heights, because a source
  * may keep it waiting; the record is written soon afterwards, unless somebody
- * else has written it meanwhile.
+ * else has written it meanwhile. A record that comes with an altitude keeps it.
+ * Where no height could be read, the next change of the block asks again.
  *
  * Owned by CAxAncillaryProcess. GUI thread.
  */
@@ -27,6 +28,7 @@ public:
     ~AxBlockAltitudes() override;
 
 private slots:
+    void slotAdded(const QString& id);
     void slotChanged(const QString& id);
     void slotDeleted(const QString& id);
 
@@ -39,7 +41,8 @@ private:
         std::shared_ptr<std::atomic<bool>> isOff;
     };
 
-    void write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job, double altitude);
+    void write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job,
+               const std::optional<double>& altitude);
 
     AxScene& scene;
     QMap<QString, Asked> asked; // by the block's id

@@ -179,6 +179,11 @@ void MainWindow::RestoreSwitches()
 {
     for (auto entry = switches.cbegin(); entry != switches.cend(); ++entry)
         kept->Follow(entry.key(), entry.value());
+    if (!zones->ShowAction()->isChecked()) {
+        const QString line = tr("The no-fly zones are hidden, as they were left.");
+        log->AppendLine(line);
+        statusBar()->showMessage(line, shownMs);
+    }
     auto* muted = viewer->GetMapToolWidget()->findChild<QPushButton*>(QStringLiteral("m_pVoiceSwitchBtn"));
     kept->Follow(QStringLiteral("voiceOff"), muted);
     if (muted->isChecked())

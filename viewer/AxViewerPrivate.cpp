@@ -265,11 +265,11 @@ bool AxViewerPrivate::startUp()
     if (!progress(CAxEarthViewer::tr("Create tile map service...")))
         return false;
     AxSetProcessLocale();
-    const QString path = QFileInfo(mapFile.isEmpty() ? MapFileForNetwork() : mapFile).absoluteFilePath();
+    const QString path = mapFile.isEmpty() ? MapFileForNetwork() : mapFile;
     QString reason;
     mapNode = AxSceneStartup::ReadMap(path, reason);
     if (!mapNode)
-        endWithoutMap(path, reason);
+        endWithoutMap(QFileInfo(path).absoluteFilePath(), reason);
     map = mapNode->getMap();
     mapNode->setName("MapNode");
     mapSRS = mapNode->getMapSRS();

@@ -3,8 +3,7 @@
 #include <algorithm>
 
 namespace {
-/// What a ring encloses that crosses itself takes 0.7 s to find with 5,000 crossings, and more than twice
-/// that with twice as many.
+/// Of a ring with itself: with 5,000 it takes 0.7 s to find what the ring encloses, with 10,000 1.7 s.
 constexpr int mostOwnCrossings = 5000;
 /// Of rings with one another: 58,000 take a second to cut along.
 constexpr int mostCrossings = 50000;

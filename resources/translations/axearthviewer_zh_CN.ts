@@ -295,6 +295,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>The no-fly zones are hidden, as they were left.</source>
+        <translation>禁飞区按上次的设置处于隐藏状态。</translation>
+    </message>
+    <message>
         <source>Ground control</source>
         <translation>地面站</translation>
     </message>

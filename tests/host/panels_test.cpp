@@ -4,6 +4,7 @@
 #include "host/LogPanel.h"
 #include "host/PanelExtents.h"
 #include "interaction/CAxHandleAdapter.h"
+#include "ModalBox.h"
 #include "ViewerFixture.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -144,6 +145,6 @@ TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
     QCoreApplication::processEvents();
     EXPECT_EQ(Current(), drawing);
     EXPECT_EQ(Highlighted(panel), "");
-    viewer->RemoveHanderAdapter(QString::fromStdString(drawing), true);
+    const ModalBox tooFewCorners;
     viewer->SetToolType(ToolNavigate);
 }

@@ -8,11 +8,11 @@
 
 namespace osgEarth {
 namespace {
-/// Cells that carry heights outwards tell what is about half of their size
-/// away. A step fades over this many cells of the coarser source,
+/// A cell that carries heights outwards stands for places that are this share of its size away.
 constexpr double kAwayPerCell = 0.5;
+/// A step fades over so many cells of the coarser source, or over so many times its own height where that is
+/// more.
 constexpr double kBlendCells = 1.0;
-/// or over this many times its own height, where that is more.
 constexpr double kBlendSteps = 4.0;
 /// Heights carried outwards in cells of some size may differ from the true ones
 /// by this share of the size without there being a step: slopes, not steps.

@@ -174,7 +174,10 @@ std::shared_ptr<const HeightOverview> RasterSource::heightOverview(ProgressCallb
     int level = 0;
     while (static_cast<long long>(_grid.widthAt(level)) * _grid.heightAt(level) > _overviewPixels)
         ++level;
-    const auto read = readGrid(level, 0, 0, _grid.widthAt(level), _grid.heightAt(level), progress);
+    osg::ref_ptr<ProgressCallback> told = progress;
+    if (!told)
+        told = new ProgressCallback;
+    const auto read = readGrid(level, 0, 0, _grid.widthAt(level), _grid.heightAt(level), told.get());
     if (!read)
         return nullptr;
     const auto made = std::make_shared<HeightOverview>();
@@ -193,7 +196,9 @@ std::shared_ptr<const HeightOverview> RasterSource::heightOverview(ProgressCallb
             break;
         grid = grid.halved();
     }
-    _overview = made;
-    return _overview;
+    // A service without some of its tiles has more later.
+    if (!told->needsRetry())
+        _overview = made;
+    return made;
 }
 } // namespace osgEarth

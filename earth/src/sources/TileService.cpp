@@ -137,6 +137,8 @@ public:
             self->_offline->setQuiet();
         }
         self->_grid = (self->_online ? self->_online : self->_offline)->grid();
+        // The first tile waits for the overview: four tiles of the service, not 64.
+        self->_overviewPixels = 512LL * 512LL;
         self->_profile = profile;
         if (!self->describe()) {
             out_status = Status(Status::ConfigurationError, "its profile lies nowhere on the globe");

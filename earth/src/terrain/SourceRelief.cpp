@@ -1,24 +1,32 @@
 #include "terrain/SourceRelief.h"
 
+#include "layers/TerrainHeights.h"
 #include "sources/HeightGrid.h"
 #include "sources/RasterSource.h"
 
 #include <cmath>
 #include <memory>
+#include <osg/Math>
 
 namespace osgEarth {
 namespace {
 /// So many cells of an overview along a side of the tile are looked at, at most.
 constexpr double kMostCells = 64.0;
 
-/// The part of a layer's overview that lies in a tile.
+/// The part of a layer's overview that is felt in a tile.
 class Part
 {
 public:
-    Part(const TerrainLayer& layer, const TileBounds& bounds) : _source(layer.getSource()), _bounds(bounds)
+    /// `reach` is how far a step beside a source is carried, degrees of latitude.
+    Part(const TerrainLayer& layer, const TileBounds& bounds, double reach)
+        : _source(layer.getSource()), _bounds(bounds)
     {
-        const GeoExtent tile(SpatialReference::get("wgs84"), bounds.west, bounds.south, bounds.east,
-                             bounds.north);
+        const double north = std::min(85.0, std::max(std::abs(bounds.south), std::abs(bounds.north)));
+        const double aside =
+            std::min(reach / std::cos(osg::DegreesToRadians(north)), 0.5 * (360.0 - bounds.width()));
+        const GeoExtent tile(SpatialReference::get("wgs84"), bounds.west - aside,
+                             std::max(-90.0, bounds.south - reach), bounds.east + aside,
+                             std::min(90.0, bounds.north + reach));
         // A projection may have no place for the far end of a large tile.
         const GeoExtent shared = tile.intersectionSameSRS(layer.getDataExtent());
         if (!_source || !shared.isValid())
@@ -35,7 +43,7 @@ public:
         }
     }
 
-    /// Whether the layer has anything in the tile.
+    /// Whether anything of the layer is felt in the tile.
     bool inside() const { return _inside; }
     bool known() const { return _grid && _overview->grids.front()->hasData(); }
     bool exact() const { return known() && _overview->exact; }
@@ -104,9 +112,10 @@ SourceRelief reliefWithin(const TileBounds& bounds, const HeightRaster& samples,
             relief.lowest = std::min(relief.lowest, height);
             relief.highest = std::max(relief.highest, height);
         }
+    const double reach = TerrainHeights::reachOf(layers);
     std::vector<Part> finer;
     for (const auto& layer : layers) {
-        Part part(*layer, bounds);
+        Part part(*layer, bounds, reach);
         if (!part.inside())
             continue;
         relief.exact = relief.exact && part.exact();

@@ -22,7 +22,8 @@ constexpr double kMeshToleranceTexels = 1.5;
 /// Typical error of a mesh as a share of its largest; 0.26 to 0.45 on tiles of levels 8 to 14 in the Rocky
 /// Mountains.
 constexpr double kTypicalShare = 0.35;
-/// The same of the largest single deviation, where that stands out: a step between two sources is a line.
+/// The share that the largest deviation counts by. A step between two sources is the largest by far and yet a
+/// line only, so that the typical deviation hides it.
 constexpr double kOutstandingShare = 0.2;
 /// Skirts cover what two adjacent borders may differ by: their tolerances,
 constexpr double kSkirtTexels = 3.0;
@@ -211,7 +212,9 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const ElevationLayerVector layers = layersFor(key, sources.elevations);
     TerrainHeights ground = readHeights(key, bounds, layers, meshCell);
     const HeightRaster raster = sampleHeights(bounds, ground);
-    const SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, layers);
+    SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, layers);
+    // A layer whose levels begin deeper is not among these.
+    relief.exact = relief.exact && layers.size() == sources.elevations.size();
     const double texel = texelMetres(bounds);
     const double skirt =
         kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);
