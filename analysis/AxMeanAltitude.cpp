@@ -4,6 +4,7 @@
 #include <osgEarth/ElevationQuery>
 #include <osgEarth/GeoData>
 
+#include <QLineF>
 #include <QPolygonF>
 
 #include <algorithm>
