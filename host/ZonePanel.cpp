@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QEvent>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
