@@ -177,9 +177,10 @@ void MainWindow::RestoreLayout()
 
 void MainWindow::RestoreSwitches()
 {
+    const bool wereZonesHidden = !kept->Switch(QStringLiteral("zones"), true);
     for (auto entry = switches.cbegin(); entry != switches.cend(); ++entry)
         kept->Follow(entry.key(), entry.value());
-    if (!zones->ShowAction()->isChecked()) {
+    if (wereZonesHidden) {
         const QString line = tr("The no-fly zones are hidden, as they were left.");
         log->AppendLine(line);
         statusBar()->showMessage(line, shownMs);
