@@ -6,10 +6,14 @@
 #include "LogCapture.h"
 #include "LoopbackTileServer.h"
 #include "RasterMaker.h"
+#include "sources/HeightGrid.h"
+#include "sources/RasterSource.h"
 
 #include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <osgEarth/ElevationLayer>
+#include <thread>
 
 using namespace osgEarth;
 using Manner = LoopbackTileServer::Manner;
@@ -173,6 +177,26 @@ TEST(TileService, ComesBackAfterItsPause)
         std::this_thread::yield();
     }
     expectColour(image, 4, 5, 6);
+}
+
+TEST(TileService, AnOverviewOfHeightsThatLacksTilesIsNotKept)
+{
+    LoopbackTileServer server;
+    server.setManner(Manner::ServerError);
+    const osg::ref_ptr<ElevationLayer> layer = new ElevationLayer("Service", xyz(server));
+    ASSERT_TRUE(layer->open().isOK());
+    const auto isWhole = [&] {
+        const auto overview = layer->getSource()->heightOverview(nullptr);
+        return overview && overview->grids.front()->hasData();
+    };
+    EXPECT_FALSE(isWhole());
+    server.setManner(Manner::Pictures);
+    const int failed = server.requests();
+    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!isWhole() && std::chrono::steady_clock::now() < limit)
+        std::this_thread::yield();
+    EXPECT_TRUE(isWhole());
+    EXPECT_LE(server.requests() - failed, 4) << "the first tile waits for these";
 }
 
 TEST(TileService, FolderOfTilesWithItsDescription)

@@ -1,13 +1,15 @@
-#include "RasterMaker.h"
+#include "MadeUpGround.h"
 #include "terrain/TerrainView.h"
 #include "terrain/TileContent.h"
 
 #include <gtest/gtest.h>
 #include <osg/Math>
+#include <osgEarth/ElevationLayer>
 #include <osgEarth/ImageLayer>
 #include <osgEarth/Map>
 #include <osgEarth/Registry>
 #include <osgEarthDrivers/gdal/GDALOptions>
+#include <random>
 
 using namespace osgEarth;
 
@@ -86,4 +88,50 @@ TEST(TileContent, ATileThatNobodySeesShowsItsParentsPicture)
     const auto finest = makeTileContent(quarter, sources, texture, always, 1);
     EXPECT_FALSE(finest->borrowsPicture) << "the parent's picture is all there is";
     EXPECT_EQ(finest->texture.state, texture.state);
+}
+
+/// What does not lie in a tile's bounds is culled with the tile, and a hole is seen.
+TEST(TileContent, BoundsHoldWhatDeeperTilesShow)
+{
+    const auto expectHeld = [](const char* name, const Map& map) {
+        const TileSources sources(map);
+        const auto never = [](const TileContent&) { return false; };
+        const auto make = [&](const TileKey& key) {
+            return makeTileContent(key, sources, std::nullopt, never, 1);
+        };
+        std::mt19937 random{11};
+        const auto aside = [&] { return std::uniform_real_distribution<double>(-0.14, 0.14)(random); };
+        for (int tile = 0; tile < 20; ++tile) {
+            const double longitude = kMadeUpLongitude + aside(), latitude = kMadeUpLatitude + aside();
+            const Profile* profile = Registry::instance()->getGlobalGeodeticProfile();
+            const auto parent = make(profile->createTileKey(longitude, latitude, 13));
+            const auto child = make(profile->createTileKey(longitude, latitude, 15));
+            const osg::BoundingSphered& bounds = parent->bulk.sphere;
+            double beyond = 0.0;
+            for (const osg::Vec3f& place : child->mesh.positions)
+                beyond = std::max(beyond,
+                                  (child->mesh.origin + place - bounds.center()).length() - bounds.radius());
+            EXPECT_EQ(beyond, 0.0) << name << " at " << longitude << ", " << latitude;
+            EXPECT_GE(child->mesh.minHeight, parent->bulk.lowest - 50.0) << name;
+            EXPECT_LE(child->mesh.maxHeight, parent->bulk.highest + 50.0) << name;
+            EXPECT_GT(parent->geometricError, 0.1) << "else the child is never asked for, " << name;
+        }
+    };
+    for (const MadeUpGround& ground : madeUpGrounds()) {
+        const ScratchFolder folder;
+        const osg::ref_ptr<Map> map = new Map;
+        ground.write(folder, *map);
+        expectHeld(ground.name, *map);
+        // The same again, the finer sources on deeper tiles only.
+        osg::ref_ptr<Map> deeper = new Map;
+        ElevationLayerVector layers;
+        map->getElevationLayers(layers);
+        for (const auto& layer : layers) {
+            ElevationLayerOptions options = layer->getElevationLayerOptions();
+            if (layer->getName() != "world")
+                options.minLevel() = 14u;
+            deeper->addElevationLayer(new ElevationLayer(options));
+        }
+        expectHeld((std::string(ground.name) + " from level 14").c_str(), *deeper);
+    }
 }

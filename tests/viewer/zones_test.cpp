@@ -286,6 +286,15 @@ TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
     last->SetAnchor(mountains.mid(0, 1));
     ASSERT_TRUE(waitFor([&] { return last->GetAverageAltitude() != 0.0; }));
     EXPECT_EQ(known->GetAverageAltitude(), 7.0) << "what a host has set meanwhile stands";
+
+    // A block that comes back by undo: without an altitude it is asked for again, with one it keeps it.
+    CAxBlock* const late = blocks.AddBlock("late", CAxBlock::PolygonBlock);
+    late->SetAnchor(mountains);
+    std::unique_ptr<CAxBlock> without = blocks.TakeBlock("late");
+    std::unique_ptr<CAxBlock> with = blocks.TakeBlock("known");
+    ASSERT_TRUE(blocks.PutBack(with) && blocks.PutBack(without));
+    ASSERT_TRUE(waitFor([&] { return late->GetAverageAltitude() != 0.0; }));
+    EXPECT_EQ(known->GetAverageAltitude(), 7.0);
     blocks.DeleteAllBlocks();
 }
 

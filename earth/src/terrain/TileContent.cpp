@@ -95,6 +95,34 @@ ElevationLayerVector layersFor(const TileKey& key, const ElevationLayerVector& a
     return inRange;
 }
 
+unsigned lastLevelOf(const TerrainLayer& layer)
+{
+    return layer.getTerrainLayerRuntimeOptions().maxLevel().value();
+}
+
+/// Those that the tile or a deeper one in its place shows.
+ElevationLayerVector layersFrom(const TileKey& key, const ElevationLayerVector& all)
+{
+    ElevationLayerVector shown;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(shown),
+                 [&](const auto& layer) { return lastLevelOf(*layer) >= key.getLOD(); });
+    return shown;
+}
+
+/// Holds what deeper tiles show too, so that they are not culled with this one.
+SourceRelief reliefFrom(const TileBounds& bounds, const HeightRaster& raster, double meshCell,
+                        const ElevationLayerVector& shown)
+{
+    SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, shown);
+    // Below the last level of a layer there may be no height at all.
+    if (std::any_of(shown.begin(), shown.end(),
+                    [](const auto& layer) { return lastLevelOf(*layer) < kDeepestLevel; })) {
+        relief.lowest = std::min(relief.lowest, 0.0);
+        relief.highest = std::max(relief.highest, 0.0);
+    }
+    return relief;
+}
+
 /// What a tile's heights are made of, one raster step beyond the tile too.
 TerrainHeights readHeights(const TileKey& key, const TileBounds& bounds, const ElevationLayerVector& layers,
                            double meshCell)
@@ -212,9 +240,8 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const ElevationLayerVector layers = layersFor(key, sources.elevations);
     TerrainHeights ground = readHeights(key, bounds, layers, meshCell);
     const HeightRaster raster = sampleHeights(bounds, ground);
-    SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, layers);
-    // A layer whose levels begin deeper is not among these.
-    relief.exact = relief.exact && layers.size() == sources.elevations.size();
+    const ElevationLayerVector shown = layersFrom(key, sources.elevations);
+    const SourceRelief relief = reliefFrom(bounds, raster, meshCell, shown);
     const double texel = texelMetres(bounds);
     const double skirt =
         kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);
@@ -228,7 +255,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
         std::max({content->mesh.hiddenDetail, kOutstandingShare * content->mesh.mostHiddenDetail,
                   kOutstandingShare * relief.unseen});
     content->geometricError = kTypicalShare * content->mesh.simplificationError + sagitta +
-                              (heightsAreRefinable(bounds, layers, meshCell) ? hidden : 0.0);
+                              (heightsAreRefinable(bounds, shown, meshCell) ? hidden : 0.0);
     content->bulk = bulkOf(*content, relief);
 
     content->pictureRefinable = (!parent || parent->refinable) && pictureIsRefinable(sources, bounds);
