@@ -1,5 +1,6 @@
 #include "viewer/AxFrame.h"
 #include "scene/base/AxViewerLog.h"
+#include "viewer/AxSpareMemory.h"
 
 #include <osg/GLExtensions>
 #include <osg/State>
@@ -16,6 +17,8 @@ namespace {
 // A merged tile asks for its children in the next frame and they are requested
 // in the one after: three quiet frames in a row mean that nobody asks any more.
 constexpr int framesToSettle = 3;
+// Tiles of a slow network come one by one.
+constexpr double secondsBetweenGivings = 1.0;
 
 // What Qt's painter does not restore by itself after native painting.
 class SavedGlState
@@ -164,9 +167,17 @@ void AxFrame::Draw(const AxStillRule::Facts& facts)
 void AxFrame::CountQuiet(bool idleBefore)
 {
     const osg::Matrixd view = viewer->getCamera()->getViewMatrix();
-    const bool quiet = idleBefore && IsPagerIdle() && view == drawnView;
-    quietFrames = quiet ? quietFrames + 1 : 0;
+    const bool idle = idleBefore && IsPagerIdle();
+    quietFrames = idle && view == drawnView ? quietFrames + 1 : 0;
     drawnView = view;
+    hasLoaded = hasLoaded || !idle;
+    // Making tiles and reading zones needs 30 MB for a while, in pieces all over the heap.
+    const double now = viewer->elapsedTime();
+    if (quietFrames >= framesToSettle && hasLoaded && now > givenBack + secondsBetweenGivings) {
+        hasLoaded = false;
+        givenBack = now;
+        AxGiveBackSpareMemory();
+    }
 }
 
 void AxFrame::Render(const QSize& pixels, Target target)

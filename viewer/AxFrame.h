@@ -93,6 +93,8 @@ private:
     AxKeptPicture picture;
     unsigned drawnFrame = 0; // its number
     bool isBegun = false;
+    bool hasLoaded = true;  // since spare memory was given back
+    double givenBack = 0.0; // at this time of the viewer, seconds
     bool isStill = false;
     bool isAsked = false;
     const osg::Object* told = nullptr; // compared, never followed
