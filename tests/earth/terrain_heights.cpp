@@ -75,6 +75,9 @@ TEST_P(OneGround, IsTheSameHoweverMuchOfItIsRead)
             for (int i = 0; i < 20; ++i) {
                 const double x = longitude + within(-size, size), y = latitude + within(-size, size);
                 ASSERT_NEAR(part.at(x, y), whole.at(x, y), 1e-3) << x << ", " << y << " of " << size;
+                float grid[2] = {};
+                part.sample({longitude, x}, {y}, grid);
+                ASSERT_NEAR(static_cast<double>(grid[1]), part.at(x, y), 1e-3) << x << ", " << y;
             }
         }
     }

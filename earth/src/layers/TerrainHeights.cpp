@@ -134,6 +134,17 @@ TerrainHeights::Answer TerrainHeights::answerAt(double lonDeg, double latDeg) co
     return answerFrom(0, lonDeg, latDeg);
 }
 
+void TerrainHeights::sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg,
+                            float* heights) const
+{
+    // Most tiles lie within one source.
+    if (_windows.size() == 1 && _windows.front()->sample(lonsDeg, latsDeg, heights))
+        return;
+    for (const double latitude : latsDeg)
+        for (const double longitude : lonsDeg)
+            *heights++ = static_cast<float>(at(longitude, latitude));
+}
+
 // Down to the first source that answers alone, then back up.
 TerrainHeights::Answer TerrainHeights::answerFrom(std::size_t first, double lonDeg, double latDeg) const
 {

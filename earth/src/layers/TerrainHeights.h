@@ -59,6 +59,8 @@ public:
     /// Metres above the ellipsoid.
     double at(double lonDeg, double latDeg) const { return answerAt(lonDeg, latDeg).height; }
     Answer answerAt(double lonDeg, double latDeg) const;
+    /// The same as at() on a grid, a row for each latitude.
+    void sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg, float* heights) const;
 
 private:
     Answer answerFrom(std::size_t first, double lonDeg, double latDeg) const;

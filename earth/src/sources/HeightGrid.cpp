@@ -18,6 +18,16 @@ std::array<double, 3> splineWeights(double offset)
     const double before = 0.5 - offset, after = 0.5 + offset;
     return {0.5 * before * before, 0.75 - offset * offset, 0.5 * after * after};
 }
+
+/// Bilinear between two cells of each of two rows.
+double between(const float* north, const float* south, int c0, int c1, double fc, double fr)
+{
+    const auto across = [=](const float* row) {
+        const double west = static_cast<double>(row[c0]);
+        return west + (static_cast<double>(row[c1]) - west) * fc;
+    };
+    return across(north) + (across(south) - across(north)) * fr;
+}
 } // namespace
 
 HeightGrid::HeightGrid(std::vector<float> heights, int columns, int rows, const Place& place)
@@ -33,6 +43,28 @@ double HeightGrid::cover(std::size_t i) const
     if (!_cover.empty())
         return static_cast<double>(_cover[i]);
     return std::isnan(_heights[i]) ? 0.0 : 1.0;
+}
+
+HeightGrid::Pair HeightGrid::around(double position, int count)
+{
+    const double centre = std::clamp(position - 0.5, 0.0, count - 1.0);
+    const int first = static_cast<int>(centre);
+    return {first, std::min(first + 1, count - 1), centre - first};
+}
+
+void HeightGrid::sampleWhole(const std::vector<double>& columns, const std::vector<double>& rows,
+                             float* heights) const
+{
+    std::vector<Pair> across;
+    for (const double column : columns)
+        across.push_back(around((column - _place.firstColumn) / _place.cellWidth, _columns));
+    for (const double row : rows) {
+        const Pair down = around((row - _place.firstRow) / _place.cellHeight, _rows);
+        const float* north = &_heights[index(0, down.first)];
+        const float* south = &_heights[index(0, down.second)];
+        for (const Pair& p : across)
+            *heights++ = static_cast<float>(between(north, south, p.first, p.second, p.share, down.share));
+    }
 }
 
 HeightSample HeightGrid::mix(const int (&columns)[2], const int (&rows)[2], double fc, double fr) const
@@ -102,17 +134,11 @@ HeightSample HeightGrid::atWithRim(double column, double row) const
         return {};
     const double beside = std::max({0.0, -x, x - _columns});
     const double above = std::max({0.0, -y, y - _rows});
-    const double c = std::clamp(x - 0.5, 0.0, _columns - 1.0);
-    const double r = std::clamp(y - 0.5, 0.0, _rows - 1.0);
-    const int c0 = static_cast<int>(c), r0 = static_cast<int>(r);
-    const int c1 = std::min(c0 + 1, _columns - 1), r1 = std::min(r0 + 1, _rows - 1);
-    const double fc = c - c0, fr = r - r0;
+    const auto [c0, c1, fc] = around(x, _columns);
+    const auto [r0, r1, fr] = around(y, _rows);
     HeightSample sample;
     if (_whole && _cover.empty()) {
-        const auto at = [this](int cc, int rr) { return static_cast<double>(_heights[index(cc, rr)]); };
-        const double north = at(c0, r0) + (at(c1, r0) - at(c0, r0)) * fc;
-        const double south = at(c0, r1) + (at(c1, r1) - at(c0, r1)) * fc;
-        sample = {north + (south - north) * fr, 1.0};
+        sample = {between(&_heights[index(0, r0)], &_heights[index(0, r1)], c0, c1, fc, fr), 1.0};
     } else {
         sample = mix({c0, c1}, {r0, r1}, fc, fr);
         if (sample.cover > 1.0 - kCoverHair)

@@ -54,6 +54,10 @@ public:
     /// beyond the grid: they are whole on the rim and gone one cell beyond it.
     HeightSample atWithRim(double column, double row) const;
 
+    /// The heights of atWithRim() for all columns of all rows, of a grid that has data in every cell.
+    void sampleWhole(const std::vector<double>& columns, const std::vector<double>& rows,
+                     float* heights) const;
+
     float height(int column, int row) const { return _heights[index(column, row)]; }
     float lowest(int column, int row) const
     {
@@ -76,6 +80,14 @@ private:
                static_cast<std::size_t>(column);
     }
     double cover(std::size_t i) const;
+    /// Two adjacent cells and the share of the second.
+    struct Pair
+    {
+        int first = 0, second = 0;
+        double share = 0.0;
+    };
+    /// Around a position in cells; those beyond the rim are the rim's.
+    static Pair around(double position, int count);
     HeightSample mix(const int (&columns)[2], const int (&rows)[2], double fc, double fr) const;
 
     int _columns = 0, _rows = 0;

@@ -40,6 +40,25 @@ bool HeightWindow::locate(double lonDeg, double latDeg, double& column, double& 
     return true;
 }
 
+bool HeightWindow::sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg,
+                          float* heights) const
+{
+    if (!_isWhole || !_geographic || _fromSource[2] != 0.0 || _fromSource[4] != 0.0)
+        return false;
+    std::vector<double> columns, rows;
+    double column = 0.0, row = 0.0;
+    for (const double longitude : lonsDeg) {
+        locate(longitude, 0.0, column, row);
+        columns.push_back(column);
+    }
+    for (const double latitude : latsDeg) {
+        locate(_centreLongitude, latitude, column, row);
+        rows.push_back(row);
+    }
+    _samples.sampleWhole(columns, rows, heights);
+    return true;
+}
+
 std::optional<double> HeightWindow::heightAt(double lonDeg, double latDeg) const
 {
     double column = 0.0, row = 0.0;

@@ -33,6 +33,9 @@ public:
     {
         return _samples.empty() ? HeightSample() : _samples.atWithRim(column, row);
     }
+    /// Heights on a grid, a row for each latitude; false, with nothing written, where the window is not whole
+    /// or its columns and rows are not meridians and parallels. Much faster than to ask for each place.
+    bool sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg, float* heights) const;
     const std::vector<std::shared_ptr<const HeightGrid>>& outward() const { return _outward; }
 
     /// Whether there is a height everywhere in the rectangle.

@@ -44,17 +44,17 @@ HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heigh
         return raster;
     const double stepY = bounds.height() / (kRasterSize - 1);
     const double stepX = bounds.width() / (kRasterSize - 1);
-    for (int row = -1; row <= kRasterSize; ++row) {
-        const double latitude = std::clamp(bounds.south + stepY * row, -90.0, 90.0);
-        for (int column = -1; column <= kRasterSize; ++column) {
-            double longitude = bounds.west + stepX * column;
-            if (longitude > 180.0)
-                longitude -= 360.0;
-            else if (longitude < -180.0)
-                longitude += 360.0;
-            raster.at(column, row) = static_cast<float>(heights.at(longitude, latitude));
-        }
+    std::vector<double> longitudes, latitudes;
+    for (int i = -1; i <= kRasterSize; ++i) {
+        double longitude = bounds.west + stepX * i;
+        if (longitude > 180.0)
+            longitude -= 360.0;
+        else if (longitude < -180.0)
+            longitude += 360.0;
+        longitudes.push_back(longitude);
+        latitudes.push_back(std::clamp(bounds.south + stepY * i, -90.0, 90.0));
     }
+    heights.sample(longitudes, latitudes, &raster.at(-1, -1));
     return raster;
 }
 

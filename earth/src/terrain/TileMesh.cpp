@@ -87,13 +87,26 @@ private:
                             height({_cells / 2, _cells / 2}));
         _grid.resize(static_cast<std::size_t>(_side) * static_cast<std::size_t>(_side));
         _mesh.minHeight = _mesh.maxHeight = height({0, 0});
-        for (int y = 0; y < _side; ++y)
+        // A place at some height is one on the ellipsoid and so much of its normal.
+        std::vector<osg::Vec2d> towards;
+        for (int x = 0; x < _side; ++x) {
+            const double angle = osg::DegreesToRadians(longitude(x));
+            towards.emplace_back(std::cos(angle), std::sin(angle));
+        }
+        for (int y = 0; y < _side; ++y) {
+            const osg::Vec3d foot = geodeticToWorld(0.0, latitude(y), 0.0);
+            const double angle = osg::DegreesToRadians(latitude(y));
+            const double c = std::cos(angle), s = std::sin(angle);
             for (int x = 0; x < _side; ++x) {
                 const double h = height({x, y});
-                _grid[offset({x, y})] = geodeticToWorld(longitude(x), latitude(y), h) - _mesh.origin;
+                const double fromAxis = foot.x() + h * c;
+                const osg::Vec2d& to = towards[static_cast<std::size_t>(x)];
+                _grid[offset({x, y})] =
+                    osg::Vec3d(fromAxis * to.x(), fromAxis * to.y(), foot.z() + h * s) - _mesh.origin;
                 _mesh.minHeight = std::min(_mesh.minHeight, h);
                 _mesh.maxHeight = std::max(_mesh.maxHeight, h);
             }
+        }
     }
 
     // The hypotenuse of a triangle is shared with its neighbour, so a level

@@ -7,6 +7,7 @@
 #include <osg/Texture2D>
 #include <osgEarth/ImageLayer>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -38,6 +39,17 @@ bool isUsable(const osg::Image& picture)
 {
     return picture.s() == kTilePictureSize && picture.t() == kTilePictureSize &&
            picture.getPixelFormat() == GL_RGBA && picture.getDataType() == GL_UNSIGNED_BYTE;
+}
+
+bool isOpaque(const LayerPicture& layer)
+{
+    if (layer.opacity < 1.0f)
+        return false;
+    const unsigned char* end = layer.picture->data() + layer.picture->getTotalSizeInBytes();
+    for (const unsigned char* pixel = layer.picture->data(); pixel != end; pixel += 4)
+        if (pixel[3] != 255)
+            return false;
+    return true;
 }
 
 void blendRow(const std::uint8_t* in, float opacity, std::vector<float>& rgb)
@@ -105,15 +117,20 @@ osg::ref_ptr<osg::Image> composeTilePicture(const TileKey& key, const TileBounds
 {
     constexpr std::size_t texels = static_cast<std::size_t>(kTilePictureSize) * kTilePictureSize;
     const GeoExtent extent = pictureExtent(key, bounds);
+    // From the top, as nobody sees what an opaque picture covers.
     std::vector<LayerPicture> layers;
-    for (const auto& layer : sources.images) {
-        const std::shared_ptr<RasterSource> source = layer->getSource();
+    for (auto layer = sources.images.rbegin(); layer != sources.images.rend(); ++layer) {
+        const std::shared_ptr<RasterSource> source = (*layer)->getSource();
         osg::ref_ptr<osg::Image> picture;
-        if (source && layer->mayHaveData(key) &&
-            source->readImage(extent, kTilePictureSize, picture, nullptr) == RasterSource::Answer::Data &&
-            isUsable(*picture))
-            layers.push_back({picture, layer->getOpacity()});
+        if (!source || !(*layer)->mayHaveData(key) ||
+            source->readImage(extent, kTilePictureSize, picture, nullptr) != RasterSource::Answer::Data ||
+            !isUsable(*picture))
+            continue;
+        layers.push_back({picture, (*layer)->getOpacity()});
+        if (isOpaque(layers.back()))
+            break;
     }
+    std::reverse(layers.begin(), layers.end());
 
     osg::Image::MipmapDataType offsets;
     std::size_t bytes = 4 * texels;
