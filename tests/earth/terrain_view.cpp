@@ -90,6 +90,38 @@ TEST(TileContent, ATileThatNobodySeesShowsItsParentsPicture)
     EXPECT_EQ(finest->texture.state, texture.state);
 }
 
+/// An eye that is lower than a mountain beside the tile is not at its ground.
+TEST(TileContent, AMountainBesideATileBringsItNoNearer)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe;
+    recipe.type = GDT_Float32;
+    recipe.value = [](int, int column, int row) {
+        return column > 26 ? 3000.0 : 10.0 * ((column + row) % 2);
+    };
+    writeRaster(folder.path("mountain.tif"), recipe);
+    Drivers::GDALOptions options;
+    options.url() = folder.path("mountain.tif");
+    osg::ref_ptr<Map> map = new Map;
+    map->addElevationLayer(new ElevationLayer("mountain", options));
+    const auto tileAt = [&](double latitude) {
+        const TileKey key =
+            Registry::instance()->getGlobalGeodeticProfile()->createTileKey(0.3, latitude, 11);
+        return makeTileContent(
+            key, TileSources(*map), std::nullopt, [](const TileContent&) { return false; }, 1);
+    };
+    TerrainView view = downFrom(1000.0);
+    for (const double latitude : {0.3, 0.02}) {
+        const auto plain = tileAt(latitude);
+        view.eyeGeodetic.set(0.3, latitude, 1000.0);
+        view.eye = geodeticToWorld(0.3, latitude, 1000.0);
+        EXPECT_GT(view.excessOf(*plain), 0.0) << latitude;
+        EXPECT_LT(view.excessOf(*plain), 20.0) << latitude << ": 1000 m away, not at it";
+        // Beyond the end of a source its heights are carried on; inside nothing else is felt.
+        EXPECT_EQ(plain->bulk.highest > 1000.0, latitude < 0.1) << latitude;
+    }
+}
+
 /// What does not lie in a tile's bounds is culled with the tile, and a hole is seen.
 TEST(TileContent, BoundsHoldWhatDeeperTilesShow)
 {

@@ -3,6 +3,7 @@
 #include "layers/TerrainHeights.h"
 #include "sources/HeightGrid.h"
 #include "sources/RasterSource.h"
+#include "terrain/TileContent.h"
 
 #include <cmath>
 #include <memory>
@@ -21,6 +22,8 @@ public:
     Part(const TerrainLayer& layer, const TileBounds& bounds, double reach)
         : _source(layer.getSource()), _bounds(bounds)
     {
+        const TerrainLayerOptions& levels = layer.getTerrainLayerRuntimeOptions();
+        _onAllLevels = levels.minLevel().value() == 0 && levels.maxLevel().value() >= kDeepestLevel;
         const double north = std::min(85.0, std::max(std::abs(bounds.south), std::abs(bounds.north)));
         const double aside =
             std::min(reach / std::cos(osg::DegreesToRadians(north)), 0.5 * (360.0 - bounds.width()));
@@ -41,6 +44,25 @@ public:
                          (_box.south - _box.north) / grid->place().cellHeight) <= kMostCells)
                 break;
         }
+        const GeoExtent own(SpatialReference::get("wgs84"), bounds.west, bounds.south, bounds.east,
+                            bounds.north);
+        _isPlaced = _source->pixelBoxOf(own, _own);
+    }
+
+    /// Whether the layer alone has the say in the whole tile, on its level and all deeper ones. If so, what
+    /// it has beside the tile is not felt there.
+    bool rules()
+    {
+        if (!exact() || !_onAllLevels || !_isPlaced)
+            return false;
+        const HeightGrid::Place& place = _grid->place();
+        // Cells that have data as a whole, with all around them.
+        for (double row = _own.north; row < _own.south + place.cellHeight; row += place.cellHeight)
+            for (double column = _own.west; column < _own.east + place.cellWidth; column += place.cellWidth)
+                if (_grid->at(column, row).cover < 1.0 - 1e-6)
+                    return false;
+        _box = _own.widened(place.cellWidth);
+        return true;
     }
 
     /// Whether anything of the layer is felt in the tile.
@@ -96,7 +118,9 @@ private:
     TileBounds _bounds;
     bool _inside = false;
     std::shared_ptr<const HeightOverview> _overview;
-    PixelBox _box;
+    PixelBox _box, _own;
+    bool _isPlaced = false;
+    bool _onAllLevels = true;
     const HeightGrid* _grid = nullptr;
 };
 } // namespace
@@ -121,6 +145,7 @@ SourceRelief reliefWithin(const TileBounds& bounds, const HeightRaster& samples,
         relief.exact = relief.exact && part.exact();
         if (!part.known())
             continue;
+        const bool rules = part.rules();
         const bool tellsMore = part.cellDegrees() < cell;
         part.visitCells([&](double longitude, double latitude, float low, float high) {
             const double lowest = static_cast<double>(low), highest = static_cast<double>(high);
@@ -137,6 +162,8 @@ SourceRelief reliefWithin(const TileBounds& bounds, const HeightRaster& samples,
                 }))
                 relief.unseen = away;
         });
+        if (rules)
+            break;
         finer.push_back(std::move(part));
     }
     return relief;

@@ -23,10 +23,9 @@ double distanceTo(const TileContent& tile, const osg::Vec3d& eye, const osg::Vec
         longitude += 360.0;
     else if (longitude > middle + 180.0)
         longitude -= 360.0;
-    const osg::Vec3d nearest =
-        geodeticToWorld(std::clamp(longitude, bounds.west, bounds.east),
-                        std::clamp(eyeGeodetic.y(), bounds.south, bounds.north),
-                        std::clamp(eyeGeodetic.z(), tile.bulk.lowest, tile.bulk.highest));
+    const osg::Vec3d nearest = geodeticToWorld(std::clamp(longitude, bounds.west, bounds.east),
+                                               std::clamp(eyeGeodetic.y(), bounds.south, bounds.north),
+                                               std::clamp(eyeGeodetic.z(), tile.lowest, tile.highest));
     return (nearest - eye).length();
 }
 } // namespace

@@ -250,6 +250,10 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     if (ground.isFullResolution())
         content->sourceHeights = std::move(ground);
 
+    const double unseen = std::max(relief.unseen, content->mesh.mostHiddenDetail);
+    content->lowest = content->mesh.minHeight - unseen;
+    content->highest = content->mesh.maxHeight + unseen;
+
     const double sagitta = std::pow(meshCell * kMetresPerDegree, 2) / (8.0 * wgs84::kEquatorialRadius);
     const double hidden =
         std::max({content->mesh.hiddenDetail, kOutstandingShare * content->mesh.mostHiddenDetail,

@@ -55,6 +55,10 @@ struct TileContent
     HeightRaster heights;
     /// Source samples at full resolution; empty on coarse levels.
     TerrainHeights sourceHeights;
+    /// Metres, of the ground inside the tile, as far as its samples and its sources' overviews tell. `bulk`
+    /// also holds what lies beside it.
+    double lowest = 0.0;
+    double highest = 0.0;
     /// Metres by which deeper tiles differ from this one's mesh, typically (root mean square, estimated).
     double geometricError = 0.0;
     /// Whether deeper tiles would show anything that this one does not.
