@@ -54,6 +54,11 @@ bool isPureRed(const osg::Vec3i& c)
     return c.x() > 200 && c.y() < 40 && c.z() < 40;
 }
 
+bool isPureBlue(const osg::Vec3i& c)
+{
+    return isPureRed({c.z(), c.y(), c.x()});
+}
+
 /// Draws until heights and stencil are known and pixels no longer change.
 void settle(OffscreenGlobe& globe)
 {
@@ -205,10 +210,16 @@ TEST(FeatDrawLabel, StandsAtItsPlaceInPixels)
         style.getOrCreate<TextSymbol>()->alignment() = row.alignment;
         osg::ref_ptr<LabelNode> label = new LabelNode(&globe.mapNode(), place(kLon, kLat), row.text, style);
         globe.mapNode().addChild(label);
+        // Others, which may be drawn in one go with it.
+        style.getOrCreate<TextSymbol>()->fill()->color() = Color::Blue;
+        style.getOrCreate<TextSymbol>()->pixelOffset() = osg::Vec2s(0, 120);
+        osg::ref_ptr<LabelNode> above = new LabelNode(&globe.mapNode(), place(kLon, kLat), "HI", style);
+        globe.mapNode().addChild(above);
         for (const double range : {100000.0, 10000000.0}) {
             globe.lookAt(kLon, kLat, 0.0, 0.0, -90.0, range);
             settle(globe);
             EXPECT_GT(countPixels(globe, isPureRed), 300) << range;
+            EXPECT_GT(countPixels(globe, isPureBlue), 100) << range;
             const auto [left, right] = redColumns(globe);
             EXPECT_NEAR(left, 320 + row.from, 9);
             EXPECT_NEAR(right, 320 + row.to, 9);
@@ -218,6 +229,7 @@ TEST(FeatDrawLabel, StandsAtItsPlaceInPixels)
         settle(globe);
         EXPECT_EQ(countPixels(globe, isPureRed), 0);
         globe.mapNode().removeChild(label);
+        globe.mapNode().removeChild(above);
     }
 }
 

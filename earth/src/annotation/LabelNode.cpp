@@ -1,7 +1,9 @@
 #include "base/SharedWhileUsed.h"
 #include "text/LabelLetters.h"
+#include "text/ScreenSpaceBin.h"
 #include "text/TextDrawables.h"
 #include <osgEarthAnnotation/LabelNode>
+#include <osgUtil/CullVisitor>
 
 namespace osgEarth::Annotation {
 LabelNode::LabelNode(MapNode* mapNode, const GeoPoint& position, const std::string& text, const Style& style)
@@ -43,6 +45,9 @@ LabelNode::LabelNode(const LabelNode& rhs, const osg::CopyOp& op) : GeoPositionN
 
 void LabelNode::init(const Style& style)
 {
+    // The layout's state has the lighting off; one of its own would cost each label a node of the state
+    // graph.
+    setStateSet(nullptr);
     _geode = new osg::Geode();
     _geode->setCullingActive(false);
     // All labels share one state set: OpenGL then changes no state between two labels.
@@ -90,13 +95,55 @@ void LabelNode::setDynamic(bool value)
         _geode->getDrawable(i)->setDataVariance(getDataVariance());
 }
 
+void LabelNode::traverse(osg::NodeVisitor& nv)
+{
+    osgUtil::CullVisitor* cull = nv.asCullVisitor();
+    if (cull && isPlain(nv))
+        cullPlain(*cull);
+    else
+        GeoPositionNode::traverse(nv);
+}
+
+/// Whether nobody has put anything between the node and its letters.
+bool LabelNode::isPlain(const osg::NodeVisitor& nv) const
+{
+    const auto isBare = [&](const osg::Node& node) {
+        return !node.getCullCallback() && nv.validNodeMask(node);
+    };
+    const auto isFrame = [&](const osg::Group& group) {
+        return isBare(group) && group.getNumChildren() == 1 && !group.getStateSet();
+    };
+    return _isLetters && getNumChildren() == 1 && isFrame(*getGeoTransform()) &&
+           isFrame(*getPositionAttitudeTransform()) && isBare(*_geode) && _geode->getNumChildren() == 1 &&
+           isBare(*_geode->getChild(0));
+}
+
+// Of thousands of labels most are out of view or without room: a walk through
+// their transforms took half of the time of such a frame.
+void LabelNode::cullPlain(osgUtil::CullVisitor& cull) const
+{
+    osg::Matrixd toEye = *cull.getModelViewMatrix();
+    getGeoTransform()->computeLocalToWorldMatrix(toEye, &cull);
+    getPositionAttitudeTransform()->computeLocalToWorldMatrix(toEye, &cull);
+    if (!originOnScreen(toEye, *cull.getProjectionMatrix()))
+        return;
+    osg::Drawable* letters = _geode->getDrawable(0);
+    cull.pushStateSet(_geode->getStateSet());
+    cull.pushStateSet(letters->getStateSet());
+    cull.addDrawableAndDepth(letters, new osg::RefMatrix(toEye), static_cast<float>(-toEye(3, 2)));
+    cull.popStateSet();
+    cull.popStateSet();
+}
+
 void LabelNode::rebuild()
 {
+    _isLetters = false;
     _geode->removeDrawables(0, _geode->getNumDrawables());
     if (_text.empty())
         return;
     const TextSymbol* symbol = _style.get<TextSymbol>();
     osg::ref_ptr<osg::Drawable> text = makeLetters(_text, symbol);
+    _isLetters = text.valid();
     if (!text)
         text = makeText(_text, symbol);
     text->setDataVariance(getDataVariance());

@@ -4,6 +4,7 @@
 #include "text/TextAlignment.h"
 #include "text/TextDrawables.h"
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <map>
 #include <memory>
@@ -20,9 +21,6 @@ namespace {
 constexpr double kSmallestText = 6.0, kLargestText = 64.0; // pixels
 constexpr double kWidestRim = 3.0;                         // pixels
 constexpr size_t kLongestText = 10000;
-// On some drivers the vertex attributes below this number are the same as OpenGL's
-// built-in ones (vertex, normal, colour, ...).
-constexpr unsigned kHaloAttribute = 6;
 
 const char kLetterVertexShader[] = R"(#version 330 compatibility
 in vec4 ax_halo;
@@ -59,7 +57,7 @@ struct Letters
         program->setName("letters");
         program->addShader(new osg::Shader(osg::Shader::VERTEX, kLetterVertexShader));
         program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLetterFragmentShader));
-        program->addBindAttribLocation("ax_halo", kHaloAttribute);
+        program->addBindAttribLocation("ax_halo", LetterBatch::kHaloAttribute);
         state->setDataVariance(osg::Object::DYNAMIC);
         // Nothing else can draw from this picture.
         state->setAttributeAndModes(program.get(), osg::StateAttribute::ON | osg::StateAttribute::PROTECTED);
@@ -69,6 +67,7 @@ struct Letters
     std::mutex mutex; // of the atlas
     GlyphAtlas atlas;
     osg::ref_ptr<osg::StateSet> state;
+    LetterBatches batches;
 };
 
 std::shared_ptr<Letters> lettersOf(osgText::Font* font, unsigned pixels)
@@ -83,7 +82,7 @@ std::shared_ptr<Letters> lettersOf(osgText::Font* font, unsigned pixels)
     return letters;
 }
 
-class LetterDrawable : public osg::Geometry
+class LetterDrawable : public LetteredText
 {
 public:
     explicit LetterDrawable(std::shared_ptr<Letters> letters) : _letters(std::move(letters))
@@ -108,17 +107,28 @@ public:
         // Without a rim the letters' soft edges keep their own colour.
         if (halo.a() <= 0.0f)
             halo.set(fill.r(), fill.g(), fill.b(), 0.0f);
-        osg::ref_ptr<osg::Vec4Array> fills = new osg::Vec4Array();
-        fills->assign(_quads.corners->size(), fill);
-        osg::ref_ptr<osg::Vec4Array> halos = new osg::Vec4Array();
-        halos->assign(_quads.corners->size(), halo);
+        _fills->assign(_quads.corners->size(), fill);
+        _halos->assign(_quads.corners->size(), halo);
         setVertexArray(_quads.corners.get());
         setTexCoordArray(0, _quads.places.get(), osg::Array::BIND_PER_VERTEX);
-        setColorArray(fills.get(), osg::Array::BIND_PER_VERTEX);
-        setVertexAttribArray(kHaloAttribute, halos.get(), osg::Array::BIND_PER_VERTEX);
+        setColorArray(_fills.get(), osg::Array::BIND_PER_VERTEX);
+        setVertexAttribArray(LetterBatch::kHaloAttribute, _halos.get(), osg::Array::BIND_PER_VERTEX);
         addPrimitiveSet(_quads.indices.get());
         dirtyBound();
         return true;
+    }
+
+    PlacedText at(const osg::Vec2f& place) const override
+    {
+        return {_number,      place,        _quads.corners.get(), _quads.places.get(),
+                _fills.get(), _halos.get(), _quads.indices.get()};
+    }
+    LetterBatches* batches() const override { return &_letters->batches; }
+
+    void releaseGLObjects(osg::State* state) const override
+    {
+        osg::Geometry::releaseGLObjects(state);
+        _letters->batches.releaseGLObjects(state);
     }
 
     osg::BoundingBox computeBoundingBox() const override { return _box; }
@@ -190,13 +200,22 @@ private:
         _box = osg::BoundingBox(_box._min - origin - rim, _box._max - origin + rim);
     }
 
+    static std::uint64_t nextNumber()
+    {
+        static std::atomic<std::uint64_t> last{0};
+        return ++last;
+    }
+
     const std::shared_ptr<Letters> _letters;
+    const std::uint64_t _number = nextNumber();
     Features::GlyphQuads _quads;
+    osg::ref_ptr<osg::Vec4Array> _fills = new osg::Vec4Array();
+    osg::ref_ptr<osg::Vec4Array> _halos = new osg::Vec4Array();
     osg::BoundingBox _box; // without the letters' rims until it is aligned
 };
 } // namespace
 
-osg::ref_ptr<osg::Drawable> makeLetters(const std::string& content, const TextSymbol* symbol)
+osg::ref_ptr<LetteredText> makeLetters(const std::string& content, const TextSymbol* symbol)
 {
     const double size = symbol && symbol->size().isSet() ? symbol->size()->eval() : kTextSize;
     const bool turned =
@@ -211,6 +230,6 @@ osg::ref_ptr<osg::Drawable> makeLetters(const std::string& content, const TextSy
     const auto letters =
         lettersOf(fontNamed(symbol ? symbol->font().value() : std::string()), static_cast<unsigned>(size));
     osg::ref_ptr<LetterDrawable> drawable = new LetterDrawable(letters);
-    return drawable->write(text, symbol) ? drawable : nullptr;
+    return drawable->write(text, symbol) ? osg::ref_ptr<LetteredText>(drawable) : nullptr;
 }
 } // namespace osgEarth

@@ -1,14 +1,27 @@
 #pragma once
-#include <osg/Drawable>
+#include "text/LetterBatch.h"
+#include <osg/Geometry>
 #include <osgEarthSymbology/TextSymbol>
 #include <string>
 
 namespace osgEarth {
+/// What makeLetters() makes: draws itself, or is drawn by a batch with others.
+class LetteredText : public osg::Geometry
+{
+public:
+    virtual PlacedText at(const osg::Vec2f& place) const = 0;
+    /// Of its picture of letters: texts with the same can be drawn together.
+    virtual LetterBatches* batches() const = 0;
+
+protected:
+    ~LetteredText() override = default;
+};
+
 /// A text of one line in pixels round its own origin, as the symbol says, made
 /// of letters out of a picture that all such texts share: they take a fraction
 /// of the time that texts of osgText take to draw, and one after the other no
 /// change of state. Null for what such letters cannot do, which is up to
 /// makeText(): turned texts, other directions, several lines, odd sizes, and
 /// more different letters than the picture has room for.
-osg::ref_ptr<osg::Drawable> makeLetters(const std::string& text, const Symbology::TextSymbol* symbol);
+osg::ref_ptr<LetteredText> makeLetters(const std::string& text, const Symbology::TextSymbol* symbol);
 } // namespace osgEarth

@@ -1,5 +1,6 @@
 #include "text/ScreenSpaceBin.h"
 #include "text/LabelDeclutter.h"
+#include "text/LabelLetters.h"
 #include "text/SelfPlacedDrawable.h"
 #include <cfloat>
 #include <cmath>
@@ -29,6 +30,48 @@ const ScreenSpaceLayoutData* layoutOf(const osg::Drawable& drawable)
 {
     return dynamic_cast<const ScreenSpaceLayoutData*>(drawable.getUserData());
 }
+
+/// Leaves one after the other; texts of the same letters that follow one another become one leaf.
+class Run
+{
+public:
+    using Leaves = osgUtil::RenderBin::RenderLeafList;
+    Run(const osg::Camera* camera, Leaves& leaves) : _camera(camera), _leaves(leaves) {}
+
+    void add(osgUtil::RenderLeaf* leaf, const osg::Vec2f& place)
+    {
+        const auto* text = dynamic_cast<const LetteredText*>(leaf->getDrawable());
+        if (!text || text->batches() != _batches)
+            end();
+        if (!text)
+            return _leaves.push_back(leaf);
+        _batches = text->batches();
+        _first = _texts.empty() ? leaf : _first;
+        _texts.push_back(text->at(place));
+    }
+    void end()
+    {
+        if (_texts.size() > 1) {
+            LetterBatch* batch = _batches->batchOf(_camera, _number++);
+            batch->show(_texts);
+            _first->_drawable = batch;
+            _first->_dynamic = true;
+            _first->_modelview = new osg::RefMatrix();
+        }
+        if (!_texts.empty())
+            _leaves.push_back(_first);
+        _texts.clear();
+        _batches = nullptr;
+    }
+
+private:
+    const osg::Camera* _camera;
+    Leaves& _leaves;
+    LetterBatches* _batches = nullptr;
+    osgUtil::RenderLeaf* _first = nullptr;
+    std::vector<PlacedText> _texts;
+    std::size_t _number = 0; // of the run
+};
 
 /// Sorts once a frame, at the end of the cull traversal: gives each leaf the
 /// matrices that put it on the screen and drops those without room.
@@ -61,9 +104,11 @@ public:
                 kept.push_back(leaf);
                 continue;
             }
-            osg::Vec3d place;
-            if (!project(*leaf, *viewport, place))
+            const auto origin = originOnScreen(*leaf->_modelview, *leaf->_projection);
+            if (!origin)
                 continue;
+            osg::Vec3d place((origin->x() * 0.5 + 0.5) * viewport->width(),
+                             (origin->y() * 0.5 + 0.5) * viewport->height(), 0.0);
             const ScreenSpaceLayoutData* layout = layoutOf(*leaf->getDrawable());
             if (layout)
                 place += osg::Vec3d(layout->getPixelOffset().x(), layout->getPixelOffset().y(), 0.0);
@@ -88,6 +133,7 @@ public:
         std::vector<size_t> chosen = chooseLabels(candidates, static_cast<float>(viewport->width()),
                                                   static_cast<float>(viewport->height()),
                                                   ScreenSpaceLayout::getOptions().maxObjects().value());
+        Run run(stage->getCamera(), kept);
         // The most important one is drawn last and so lies on top.
         for (auto index = chosen.rbegin(); index != chosen.rend(); ++index) {
             osgUtil::RenderLeaf* leaf = placed[*index];
@@ -97,23 +143,12 @@ public:
             leaf->_modelview = new osg::RefMatrix(osg::Matrixd::translate(place.x(), place.y(), 0.0));
             leaf->_projection = screen;
             before.insert(leaf->getDrawable());
-            kept.push_back(leaf);
+            run.add(leaf, osg::Vec2f(static_cast<float>(place.x()), static_cast<float>(place.y())));
         }
+        run.end();
         _renderLeafList.swap(kept);
         if (history().size() > 100) // cameras that are long gone
             history().clear();
-    }
-
-private:
-    /// Screen position of the leaf's origin; false when it is not in view.
-    static bool project(const osgUtil::RenderLeaf& leaf, const osg::Viewport& viewport, osg::Vec3d& place)
-    {
-        const osg::Vec4d clip = osg::Vec4d(0.0, 0.0, 0.0, 1.0) * (*leaf._modelview * *leaf._projection);
-        if (!(clip.w() > 0.0) || std::abs(clip.x()) > 1.5 * clip.w() || std::abs(clip.y()) > 1.5 * clip.w())
-            return false;
-        place.set((clip.x() / clip.w() * 0.5 + 0.5) * viewport.width(),
-                  (clip.y() / clip.w() * 0.5 + 0.5) * viewport.height(), 0.0);
-        return true;
     }
 };
 
@@ -123,6 +158,17 @@ const bool registered = [] {
     return true;
 }();
 } // namespace
+
+std::optional<osg::Vec2d> originOnScreen(const osg::Matrixd& modelview, const osg::Matrixd& projection)
+{
+    constexpr double kBeyond = 1.5;
+    const osg::Vec4d clip =
+        osg::Vec4d(modelview(3, 0), modelview(3, 1), modelview(3, 2), modelview(3, 3)) * projection;
+    if (!(clip.w() > 0.0) || std::abs(clip.x()) > kBeyond * clip.w() ||
+        std::abs(clip.y()) > kBeyond * clip.w())
+        return std::nullopt;
+    return osg::Vec2d(clip.x() / clip.w(), clip.y() / clip.w());
+}
 
 void registerScreenSpaceBin()
 {
