@@ -29,7 +29,7 @@
 
 #include <cstring>
 #include <string_view>
-#include <typeindex>
+#include <typeinfo>
 
 using osgEarth::ScreenSpaceLayout;
 using osgEarth::ScreenSpaceLayoutData;
@@ -58,6 +58,14 @@ bool IsBundledTile(const osg::Object& object)
            std::string_view(typeid(object).name()).find("TileNode") != std::string_view::npos &&
            dynamic_cast<const osg::PagedLOD*>(&object);
 }
+
+// The same of lines that a feature layer draws: its own drawing is the first child, the second holds finer
+// squares, which come as a whole when the camera is near. Thousands are kept where somebody has flown about.
+bool IsBundledLines(const osg::Object& object)
+{
+    return IsOfMapEngine(typeid(object)) &&
+           std::string_view(typeid(object).name()).find("LineSquare") != std::string_view::npos;
+}
 } // namespace
 
 /// How a class is looked at.
@@ -66,6 +74,7 @@ enum class AxSceneWalk::Kind
     Plain,      // one of OSG's own, which shows what its setters say
     Engine,     // one of the map engine's or the viewer's own
     Tile,       // of the terrain: what it draws is replaced and never changed
+    Lines,      // of a feature layer, the same
     Annotation, // with everything below it
     Sky,        // does not show its parts
     Text,       // shows all that it is made of
@@ -74,7 +83,9 @@ enum class AxSceneWalk::Kind
 
 struct AxSceneWalk::Known
 {
-    std::unordered_map<std::type_index, Kind> kinds;
+    // By address, because std::type_index hashes and compares names. A class that two libraries have stands
+    // here twice.
+    std::unordered_map<const std::type_info*, Kind> kinds;
 };
 
 AxSceneWalk::AxSceneWalk() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN), known(std::make_unique<Known>()) {}
@@ -84,7 +95,7 @@ AxSceneWalk::~AxSceneWalk() = default;
 AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
 {
     const std::type_info& type = typeid(object);
-    const auto found = known->kinds.find(type);
+    const auto found = known->kinds.find(&type);
     if (found != known->kinds.end())
         return found->second;
     Kind kind = Kind::Unknown;
@@ -97,6 +108,8 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
         kind = Kind::Engine;
     else if (IsBundledTile(object))
         kind = Kind::Tile;
+    else if (IsBundledLines(object))
+        kind = Kind::Lines;
     else if (IsOfMapEngine(type))
         kind = dynamic_cast<const osgEarth::Annotation::AnnotationNode*>(&object) ? Kind::Annotation
                                                                                   : Kind::Engine;
@@ -106,7 +119,7 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
         kind = Kind::Plain;
     else if (IsOneOf<osgText::Text>(type))
         kind = Kind::Text;
-    known->kinds[type] = kind;
+    known->kinds[&type] = kind;
     return kind;
 }
 
@@ -214,9 +227,21 @@ AxSceneWalk::Kind AxSceneWalk::visit(osg::Node& node)
     return kind;
 }
 
+void AxSceneWalk::visitChildren(const osg::Group& group, int depth)
+{
+    mix(static_cast<std::uint64_t>(group.getNumChildren()));
+    for (unsigned i = 0; i < group.getNumChildren(); ++i) {
+        mix(group.getChild(i));
+        if (const osg::Group* below = depth > 1 ? group.getChild(i)->asGroup() : nullptr)
+            visitChildren(*below, depth - 1);
+    }
+}
+
 void AxSceneWalk::apply(osg::Node& node)
 {
     const Kind kind = visit(node);
+    if (kind == Kind::Lines)
+        return visitChildren(*node.asGroup(), 2);
     if (kind == Kind::Sky) {
         auto& sky = static_cast<SkyNode&>(node);
         mix(sky.getEphemeris());

@@ -60,6 +60,8 @@ private:
     void visit(osg::Drawable& drawable, Kind kind);
     void visit(const osg::BufferData* data);
     void visitCamera(const osg::Camera& camera);
+    /// Looks at which nodes there are below, so many floors down, and at nothing else.
+    void visitChildren(const osg::Group& group, int depth);
     void changes(const osg::Object& object);
     void mayChange(const osg::Object& object);
     void forgetUnseen();
