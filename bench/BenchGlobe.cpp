@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -19,6 +20,7 @@
 namespace bench {
 namespace {
 std::unique_ptr<CAxEarthViewer> viewer;
+constexpr int kLookMs = 5;
 } // namespace
 
 CAxEarthViewer& globe()
@@ -43,10 +45,13 @@ bool waitFor(const std::function<bool()>& condition, int milliseconds)
 {
     QElapsedTimer clock;
     clock.start();
+    // Asleep between events, as a program is: asking over and over would take a core from what is measured.
+    QTimer wake;
+    wake.start(kLookMs);
     while (!condition()) {
         if (clock.elapsed() > milliseconds)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
     return true;
 }

@@ -17,6 +17,8 @@ namespace {
 // A merged tile asks for its children in the next frame and they are requested
 // in the one after: three quiet frames in a row mean that nobody asks any more.
 constexpr int framesToSettle = 3;
+// What has come is seen after so many seconds while more tiles are made.
+constexpr double longestWait = 0.075;
 // Tiles of a slow network come one by one.
 constexpr double secondsBetweenGivings = 1.0;
 
@@ -160,6 +162,8 @@ void AxFrame::Draw(const AxStillRule::Facts& facts)
 {
     viewer->renderingTraversals();
     drawnFrame = viewer->getFrameStamp()->getFrameNumber();
+    drawnAt = viewer->elapsedTime();
+    waitingFor.reset();
     rule.Drawn(facts);
     isAsked = false;
 }
@@ -168,7 +172,8 @@ void AxFrame::CountQuiet(bool idleBefore)
 {
     const osg::Matrixd view = viewer->getCamera()->getViewMatrix();
     const bool idle = idleBefore && IsPagerIdle();
-    quietFrames = idle && view == drawnView ? quietFrames + 1 : 0;
+    hasRested = view == drawnView;
+    quietFrames = idle && hasRested ? quietFrames + 1 : 0;
     drawnView = view;
     hasLoaded = hasLoaded || !idle;
     // Making tiles and reading zones needs 30 MB for a while, in pieces all over the heap.
@@ -213,10 +218,38 @@ void AxFrame::Render(const QSize& pixels, Target target)
     CountQuiet(idleBefore);
 }
 
+bool AxFrame::isWaiting() const
+{
+    const osgDB::DatabasePager* pager = viewer->getDatabasePager();
+    // A tile that has come is waited for no longer when the pager has no other to make meanwhile.
+    const bool isMaking =
+        pager && (pager->getFileRequestListSize() > 0 ||
+                  (pager->getRequestsInProgress() && pager->getDataToCompileListSize() == 0 &&
+                   pager->getDataToMergeListSize() == 0));
+    const osgGA::CameraManipulator* manipulator = viewer->getCameraManipulator();
+    return isMaking && isBegun && hasRested && rule.IsSaving() && !isAsked && !viewer->getRequestRedraw() &&
+           !viewer->getRequestContinousUpdate() && viewer->elapsedTime() < drawnAt + longestWait &&
+           (!manipulator || manipulator->getInverseMatrix() == drawnView);
+}
+
+// The same, with a look at the scene.
+bool AxFrame::waitsOn()
+{
+    if (!isWaiting())
+        return false;
+    walk.Look(*viewer);
+    const bool isChanged = walk.Changeable() || (waitingFor && *waitingFor != walk.Fingerprint());
+    waitingFor = walk.Fingerprint();
+    return !isChanged;
+}
+
 bool AxFrame::PassBy(const QSize& pixels)
 {
     if (!isBegun)
         return false;
+    // Nothing advances: a request that the pager finds to be of an older frame is dropped.
+    if (waitsOn())
+        return true;
     const bool idleBefore = IsPagerIdle();
     Advance();
     const AxStillRule::Facts facts = Look(pixels);

@@ -50,8 +50,9 @@ public:
     /// False when it has to be drawn after all: Render(), called at once, then draws
     /// this very frame. Context current.
     bool PassBy(const QSize& pixels);
-    /// Whether the last frame was not drawn, and so the next one may not be.
-    bool IsStill() const { return isStill; }
+    /// Whether the drawing of the next frame may be left out: that of the last one was, or the frame lacks
+    /// tiles that are being made, and what its drawing costs would be taken from their making.
+    bool MayPassBy() const { return isStill || isWaiting(); }
     /// Has the next frame drawn.
     void Request() { isAsked = true; }
     /// While off, every frame is drawn.
@@ -74,6 +75,8 @@ public:
 
 private:
     bool IsPagerIdle() const;
+    bool isWaiting() const;
+    bool waitsOn();
     osgGA::EventQueue::Events TakeWaiting();
     void Begin();
     void Advance();
@@ -91,7 +94,10 @@ private:
     AxStillRule rule;
     AxSceneWalk walk;
     AxKeptPicture picture;
-    unsigned drawnFrame = 0; // its number
+    unsigned drawnFrame = 0;               // its number
+    double drawnAt = 0.0;                  // at this time of the viewer, seconds
+    bool hasRested = false;                // the camera, over the last two frames
+    std::optional<std::size_t> waitingFor; // the fingerprint of a scene that lacks nothing but tiles
     bool isBegun = false;
     bool hasLoaded = true;  // since spare memory was given back
     double givenBack = 0.0; // at this time of the viewer, seconds

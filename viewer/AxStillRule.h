@@ -8,7 +8,7 @@
  *
  * Still is what has been proven still: a frame is left out only after many were
  * drawn without anything that could change the picture, and never for longer
- * than two seconds, whatever the proof missed. Plain logic, any thread.
+ * than three seconds, whatever the proof missed. Plain logic, any thread.
  */
 class AXEARTHVIEWER_EXPORT AxStillRule
 {
@@ -27,7 +27,7 @@ public:
     /// draped shapes are looked up a few a frame, each again after 150 frames.
     static constexpr int settlingFrames = 200;
     /// No picture is shown for longer than this, seconds.
-    static constexpr double oldest = 2.0;
+    static constexpr double oldest = 3.0;
 
     bool MustDraw(const Facts& now) const;
     /// Whether the picture may differ from the one that was drawn last.

@@ -383,7 +383,7 @@ void AxViewerPrivate::tick()
         QMetaObject::invokeMethod(this, &AxViewerPrivate::takeInput, Qt::QueuedConnection);
     }
     // Of the scene's own update nobody could tell whether an item has asked for one, too.
-    askedByTimer = frame->IsStill() && areOverlaysStill();
+    askedByTimer = frame->MayPassBy() && areOverlaysStill();
     if (askedByTimer)
         q->viewport()->update();
     else
@@ -403,7 +403,7 @@ bool AxViewerPrivate::areOverlaysStill() const
 
 bool AxViewerPrivate::passBy()
 {
-    const bool mayPass = std::exchange(askedByTimer, false) && isShown && frame->IsStill();
+    const bool mayPass = std::exchange(askedByTimer, false) && isShown && frame->MayPassBy();
     const bool isChanged = overlayScene && overlayScene->TakeChange();
     QWindow* window = glWidget->windowHandle();
     if (!mayPass || isChanged || !window || viewer->done())
