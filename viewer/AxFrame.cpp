@@ -7,6 +7,7 @@
 #include <osgDB/DatabasePager>
 #include <osgGA/CameraManipulator>
 
+#include <cmath>
 #include <limits>
 
 #ifndef GL_VERTEX_ARRAY_BINDING
@@ -17,9 +18,11 @@ namespace {
 // A merged tile asks for its children in the next frame and they are requested
 // in the one after: three quiet frames in a row mean that nobody asks any more.
 constexpr int framesToSettle = 3;
-// What has come is seen after so many seconds while more tiles are made.
+// What has come, or was changed by a host, is seen after so many seconds while more tiles are made.
 constexpr double longestWait = 0.075;
-// Tiles of a slow network come one by one.
+// A loader that has brought nothing for so many seconds waits for a network, not for the processor.
+constexpr double longestSilence = 1.0;
+// Spare memory is given back so many seconds apart: tiles of a slow network come one by one.
 constexpr double secondsBetweenGivings = 1.0;
 
 // What Qt's painter does not restore by itself after native painting.
@@ -163,7 +166,7 @@ void AxFrame::Draw(const AxStillRule::Facts& facts)
     viewer->renderingTraversals();
     drawnFrame = viewer->getFrameStamp()->getFrameNumber();
     drawnAt = viewer->elapsedTime();
-    waitingFor.reset();
+    hadInput = false;
     rule.Drawn(facts);
     isAsked = false;
 }
@@ -172,13 +175,16 @@ void AxFrame::CountQuiet(bool idleBefore)
 {
     const osg::Matrixd view = viewer->getCamera()->getViewMatrix();
     const bool idle = idleBefore && IsPagerIdle();
+    const osgDB::DatabasePager* pager = viewer->getDatabasePager();
+    if (idle || (pager && pager->getDataToMergeListSize() > 0))
+        tileAt = viewer->elapsedTime();
     hasRested = view == drawnView;
     quietFrames = idle && hasRested ? quietFrames + 1 : 0;
     drawnView = view;
     hasLoaded = hasLoaded || !idle;
     // Making tiles and reading zones needs 30 MB for a while, in pieces all over the heap.
     const double now = viewer->elapsedTime();
-    if (quietFrames >= framesToSettle && hasLoaded && now > givenBack + secondsBetweenGivings) {
+    if (quietFrames >= framesToSettle && hasLoaded && std::abs(now - givenBack) > secondsBetweenGivings) {
         hasLoaded = false;
         givenBack = now;
         AxGiveBackSpareMemory();
@@ -221,26 +227,20 @@ void AxFrame::Render(const QSize& pixels, Target target)
 bool AxFrame::isWaiting() const
 {
     const osgDB::DatabasePager* pager = viewer->getDatabasePager();
-    // A tile that has come is waited for no longer when the pager has no other to make meanwhile.
-    const bool isMaking =
-        pager && (pager->getFileRequestListSize() > 0 ||
-                  (pager->getRequestsInProgress() && pager->getDataToCompileListSize() == 0 &&
-                   pager->getDataToMergeListSize() == 0));
-    const osgGA::CameraManipulator* manipulator = viewer->getCameraManipulator();
-    return isMaking && isBegun && hasRested && rule.IsSaving() && !isAsked && !viewer->getRequestRedraw() &&
-           !viewer->getRequestContinousUpdate() && viewer->elapsedTime() < drawnAt + longestWait &&
-           (!manipulator || manipulator->getInverseMatrix() == drawnView);
-}
-
-// The same, with a look at the scene.
-bool AxFrame::waitsOn()
-{
-    if (!isWaiting())
+    if (!pager || !isBegun || !hasRested || hadInput || isAsked || !rule.IsSaving() ||
+        viewer->getRequestRedraw() || viewer->getRequestContinousUpdate())
         return false;
-    walk.Look(*viewer);
-    const bool isChanged = walk.Changeable() || (waitingFor && *waitingFor != walk.Fingerprint());
-    waitingFor = walk.Fingerprint();
-    return !isChanged;
+    // A tile that has come is waited for no longer when the pager has no other to make meanwhile.
+    const bool isMaking = pager->getFileRequestListSize() > 0 ||
+                          (pager->getRequestsInProgress() && pager->getDataToCompileListSize() == 0 &&
+                           pager->getDataToMergeListSize() == 0);
+    // A clock that ran backwards ends the waiting.
+    const auto isWithin = [now = viewer->elapsedTime()](double since, double seconds) {
+        return now >= since && now < since + seconds;
+    };
+    const osgGA::CameraManipulator* manipulator = viewer->getCameraManipulator();
+    return isMaking && isWithin(drawnAt, longestWait) && isWithin(tileAt, longestSilence) &&
+           (!manipulator || manipulator->getInverseMatrix() == drawnView);
 }
 
 bool AxFrame::PassBy(const QSize& pixels)
@@ -248,7 +248,7 @@ bool AxFrame::PassBy(const QSize& pixels)
     if (!isBegun)
         return false;
     // Nothing advances: a request that the pager finds to be of an older frame is dropped.
-    if (waitsOn())
+    if (isWaiting())
         return true;
     const bool idleBefore = IsPagerIdle();
     Advance();
@@ -272,6 +272,7 @@ void AxFrame::TakeInput()
         return;
     // Events newer than the frame's time would be left for the next one.
     viewer->getViewerFrameStamp()->setReferenceTime(viewer->elapsedTime());
+    hadInput = true;
     const osg::ref_ptr<osgViewer::Viewer> kept = viewer;
     kept->eventTraversal();
 }

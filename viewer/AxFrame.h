@@ -17,7 +17,8 @@
  *
  * A frame has everything that osgViewer's has: its number and time, events, the
  * update traversal. What it may lack is the drawing: where AxStillRule finds that
- * nothing has changed, the picture of the last one is shown again.
+ * nothing has changed, the picture of the last one is shown again. While tiles are
+ * made for a camera that rests, some frames are left out as a whole.
  *
  * Both sides of the shared context keep a private picture of its state. Qt
  * resynchronises with what QPainter::beginNativePainting documents and no
@@ -76,7 +77,6 @@ public:
 private:
     bool IsPagerIdle() const;
     bool isWaiting() const;
-    bool waitsOn();
     osgGA::EventQueue::Events TakeWaiting();
     void Begin();
     void Advance();
@@ -94,10 +94,11 @@ private:
     AxStillRule rule;
     AxSceneWalk walk;
     AxKeptPicture picture;
-    unsigned drawnFrame = 0;               // its number
-    double drawnAt = 0.0;                  // at this time of the viewer, seconds
-    bool hasRested = false;                // the camera, over the last two frames
-    std::optional<std::size_t> waitingFor; // the fingerprint of a scene that lacks nothing but tiles
+    unsigned drawnFrame = 0; // its number
+    double drawnAt = 0.0;    // at this time of the viewer, seconds
+    bool hasRested = false;  // the camera, over the last two frames
+    double tileAt = 0.0;     // the pager handed one over
+    bool hadInput = false;   // since a frame was drawn
     bool isBegun = false;
     bool hasLoaded = true;  // since spare memory was given back
     double givenBack = 0.0; // at this time of the viewer, seconds

@@ -40,7 +40,9 @@ LabelNode::LabelNode(const std::string& text, const Style& style) : _text(text)
 
 LabelNode::LabelNode(const LabelNode& rhs, const osg::CopyOp& op) : GeoPositionNode(rhs, op), _text(rhs._text)
 {
+    const osg::ref_ptr<osg::StateSet> state = getStateSet();
     init(rhs._style);
+    setStateSet(state);
 }
 
 void LabelNode::init(const Style& style)
@@ -114,8 +116,9 @@ bool LabelNode::isPlain(const osg::NodeVisitor& nv) const
         return isBare(group) && group.getNumChildren() == 1 && !group.getStateSet();
     };
     return _isLetters && getNumChildren() == 1 && isFrame(*getGeoTransform()) &&
-           isFrame(*getPositionAttitudeTransform()) && isBare(*_geode) && _geode->getNumChildren() == 1 &&
-           isBare(*_geode->getChild(0));
+           isFrame(*getPositionAttitudeTransform()) &&
+           getPositionAttitudeTransform()->getChild(0) == _geode && isBare(*_geode) &&
+           _geode->getStateSet() && _geode->getNumChildren() == 1 && isBare(*_geode->getChild(0));
 }
 
 // Of thousands of labels most are out of view or without room: a walk through

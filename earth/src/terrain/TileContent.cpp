@@ -110,10 +110,25 @@ ElevationLayerVector layersFrom(const TileKey& key, const ElevationLayerVector& 
 }
 
 /// Holds what deeper tiles show too, so that they are not culled with this one.
-SourceRelief reliefFrom(const TileBounds& bounds, const HeightRaster& raster, double meshCell,
+SourceRelief reliefFrom(const TileKey& key, const HeightRaster& raster, double meshCell,
                         const ElevationLayerVector& shown)
 {
-    SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, shown);
+    // The overview of a layer is read when its levels are near: large files take time.
+    constexpr unsigned kLevelsAhead = 3;
+    constexpr double kLowest = -500.0, kHighest = 9000.0, kUnseen = 100.0; // metres, on dry land
+    const TileBounds bounds = boundsOf(key);
+    ElevationLayerVector near, far;
+    for (const auto& layer : shown) {
+        const unsigned first = layer->getTerrainLayerRuntimeOptions().minLevel().value();
+        (first <= key.getLOD() + kLevelsAhead ? near : far).push_back(layer);
+    }
+    SourceRelief relief = reliefWithin(bounds, raster, 0.5 * meshCell, near);
+    if (std::any_of(far.begin(), far.end(), [&](const auto& layer) { return covers(*layer, bounds); })) {
+        relief.exact = false;
+        relief.unseen = std::max(relief.unseen, kUnseen);
+        relief.lowest = std::min(relief.lowest, kLowest);
+        relief.highest = std::max(relief.highest, kHighest);
+    }
     // Below the last level of a layer there may be no height at all.
     if (std::any_of(shown.begin(), shown.end(),
                     [](const auto& layer) { return lastLevelOf(*layer) < kDeepestLevel; })) {
@@ -241,7 +256,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     TerrainHeights ground = readHeights(key, bounds, layers, meshCell);
     const HeightRaster raster = sampleHeights(bounds, ground);
     const ElevationLayerVector shown = layersFrom(key, sources.elevations);
-    const SourceRelief relief = reliefFrom(bounds, raster, meshCell, shown);
+    const SourceRelief relief = reliefFrom(key, raster, meshCell, shown);
     const double texel = texelMetres(bounds);
     const double skirt =
         kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);

@@ -87,7 +87,7 @@ private:
                             height({_cells / 2, _cells / 2}));
         _grid.resize(static_cast<std::size_t>(_side) * static_cast<std::size_t>(_side));
         _mesh.minHeight = _mesh.maxHeight = height({0, 0});
-        // A place at some height is one on the ellipsoid and so much of its normal.
+        // A place is the one below it on the ellipsoid, and its height along the normal there.
         std::vector<osg::Vec2d> towards;
         for (int x = 0; x < _side; ++x) {
             const double angle = osg::DegreesToRadians(longitude(x));

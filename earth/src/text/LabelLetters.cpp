@@ -67,7 +67,6 @@ struct Letters
     std::mutex mutex; // of the atlas
     GlyphAtlas atlas;
     osg::ref_ptr<osg::StateSet> state;
-    LetterBatches batches;
 };
 
 std::shared_ptr<Letters> lettersOf(osgText::Font* font, unsigned pixels)
@@ -123,14 +122,6 @@ public:
         return {_number,      place,        _quads.corners.get(), _quads.places.get(),
                 _fills.get(), _halos.get(), _quads.indices.get()};
     }
-    LetterBatches* batches() const override { return &_letters->batches; }
-
-    void releaseGLObjects(osg::State* state) const override
-    {
-        osg::Geometry::releaseGLObjects(state);
-        _letters->batches.releaseGLObjects(state);
-    }
-
     osg::BoundingBox computeBoundingBox() const override { return _box; }
 
     using osg::Geometry::accept;

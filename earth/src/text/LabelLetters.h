@@ -10,8 +10,17 @@ class LetteredText : public osg::Geometry
 {
 public:
     virtual PlacedText at(const osg::Vec2f& place) const = 0;
-    /// Of its picture of letters: texts with the same can be drawn together.
-    virtual LetterBatches* batches() const = 0;
+
+    /// The batch of the texts that it is drawn first of. The first text owns it, so that its OpenGL objects
+    /// go with a text of the same scene; a text that comes first instead takes it over.
+    osg::ref_ptr<LetterBatch> batch;
+
+    void releaseGLObjects(osg::State* state) const override
+    {
+        osg::Geometry::releaseGLObjects(state);
+        if (batch)
+            batch->releaseGLObjects(state);
+    }
 
 protected:
     ~LetteredText() override = default;

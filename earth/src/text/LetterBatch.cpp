@@ -35,6 +35,8 @@ void LetterBatch::show(const std::vector<PlacedText>& texts)
     _fills->dirty();
     _halos->dirty();
     _indices->dirty();
+    // The arrays share a buffer, in which their places move with the number of letters.
+    dirtyGLObjects();
 }
 
 void LetterBatch::append(const PlacedText& text)
@@ -48,23 +50,5 @@ void LetterBatch::append(const PlacedText& text)
     _places->insert(_places->end(), text.places->begin(), text.places->end());
     _fills->insert(_fills->end(), text.fills->begin(), text.fills->end());
     _halos->insert(_halos->end(), text.halos->begin(), text.halos->end());
-}
-
-LetterBatch* LetterBatches::batchOf(const osg::Camera* camera, std::size_t run)
-{
-    constexpr std::size_t kMostCameras = 100; // more than that are long gone
-    if (_perCamera.size() > kMostCameras)
-        _perCamera.clear();
-    auto& batches = _perCamera[camera];
-    while (batches.size() <= run)
-        batches.emplace_back(new LetterBatch());
-    return batches[run].get();
-}
-
-void LetterBatches::releaseGLObjects(osg::State* state) const
-{
-    for (const auto& entry : _perCamera)
-        for (const auto& batch : entry.second)
-            batch->releaseGLObjects(state);
 }
 } // namespace osgEarth

@@ -1,7 +1,5 @@
 #pragma once
 #include <cstdint>
-#include <map>
-#include <osg/Camera>
 #include <osg/Geometry>
 #include <vector>
 
@@ -41,17 +39,5 @@ private:
     osg::ref_ptr<osg::Vec4Array> _fills = new osg::Vec4Array();
     osg::ref_ptr<osg::Vec4Array> _halos = new osg::Vec4Array();
     osg::ref_ptr<osg::DrawElementsUInt> _indices = new osg::DrawElementsUInt(GL_TRIANGLES);
-};
-
-/// The batches of one picture of letters: in each camera's frame one for each
-/// run of texts that nothing else is drawn between.
-class LetterBatches
-{
-public:
-    LetterBatch* batchOf(const osg::Camera* camera, std::size_t run);
-    void releaseGLObjects(osg::State* state) const;
-
-private:
-    std::map<const osg::Camera*, std::vector<osg::ref_ptr<LetterBatch>>> _perCamera; // never followed
 };
 } // namespace osgEarth

@@ -2,10 +2,12 @@
 #include "text/LabelDeclutter.h"
 #include "text/LabelLetters.h"
 #include "text/SelfPlacedDrawable.h"
+#include <algorithm>
 #include <cfloat>
 #include <cmath>
 #include <map>
 #include <mutex>
+#include <osg/observer_ptr>
 #include <osgEarth/ScreenSpaceLayout>
 #include <osgUtil/RenderBin>
 #include <osgUtil/RenderStage>
@@ -14,14 +16,24 @@
 
 namespace osgEarth {
 namespace {
-/// The drawables that a camera showed in its last frame. They may be deleted by now:
-/// the pointers are compared, never followed.
-using Shown = std::unordered_set<const osg::Drawable*>;
-
-std::map<const osg::Camera*, Shown>& history()
+/// What a camera showed in its last frame.
+struct History
 {
-    static std::map<const osg::Camera*, Shown> perCamera;
-    return perCamera;
+    osg::observer_ptr<const osg::Camera> camera;
+    std::unordered_set<const osg::Drawable*> shown;       // may be deleted by now: compared, never followed
+    std::vector<osg::observer_ptr<LetteredText>> leaders; // first texts of what was drawn together
+};
+
+History& historyOf(const osg::Camera* camera)
+{
+    constexpr std::size_t kMostCameras = 100; // more than that are long gone
+    static std::map<const osg::Camera*, History> perCamera;
+    if (perCamera.size() > kMostCameras)
+        perCamera.clear();
+    History& history = perCamera[camera];
+    if (history.camera.get() != camera) // another one at the address of one that is gone
+        history = {camera, {}, {}};
+    return history;
 }
 
 std::mutex historyMutex;
@@ -31,44 +43,60 @@ const ScreenSpaceLayoutData* layoutOf(const osg::Drawable& drawable)
     return dynamic_cast<const ScreenSpaceLayoutData*>(drawable.getUserData());
 }
 
-/// Leaves one after the other; texts of the same letters that follow one another become one leaf.
+/// Leaves one after the other; texts of the same state that follow one another become one leaf.
 class Run
 {
 public:
     using Leaves = osgUtil::RenderBin::RenderLeafList;
-    Run(const osg::Camera* camera, Leaves& leaves) : _camera(camera), _leaves(leaves) {}
+    Run(History& history, Leaves& leaves) : _history(history), _leaves(leaves) {}
 
     void add(osgUtil::RenderLeaf* leaf, const osg::Vec2f& place)
     {
-        const auto* text = dynamic_cast<const LetteredText*>(leaf->getDrawable());
-        if (!text || text->batches() != _batches)
+        auto* text = dynamic_cast<LetteredText*>(const_cast<osg::Drawable*>(leaf->getDrawable()));
+        if (!text || (_first && leaf->_parent != _first->_parent))
             end();
         if (!text)
             return _leaves.push_back(leaf);
-        _batches = text->batches();
-        _first = _texts.empty() ? leaf : _first;
+        if (!_first) {
+            _first = leaf;
+            _leader = text;
+        }
         _texts.push_back(text->at(place));
     }
     void end()
     {
         if (_texts.size() > 1) {
-            LetterBatch* batch = _batches->batchOf(_camera, _number++);
+            LetterBatch* batch = lead();
             batch->show(_texts);
             _first->_drawable = batch;
             _first->_dynamic = true;
             _first->_modelview = new osg::RefMatrix();
         }
-        if (!_texts.empty())
+        if (_first)
             _leaves.push_back(_first);
         _texts.clear();
-        _batches = nullptr;
+        _first = nullptr;
     }
 
 private:
-    const osg::Camera* _camera;
+    LetterBatch* lead()
+    {
+        if (_history.leaders.size() <= _number)
+            _history.leaders.resize(_number + 1);
+        osg::observer_ptr<LetteredText>& known = _history.leaders[_number++];
+        osg::ref_ptr<LetteredText> before;
+        if (known.lock(before) && before != _leader)
+            before->batch.swap(_leader->batch);
+        if (!_leader->batch)
+            _leader->batch = new LetterBatch();
+        known = _leader;
+        return _leader->batch.get();
+    }
+
+    History& _history;
     Leaves& _leaves;
-    LetterBatches* _batches = nullptr;
     osgUtil::RenderLeaf* _first = nullptr;
+    LetteredText* _leader = nullptr; // the text of the first leaf
     std::vector<PlacedText> _texts;
     std::size_t _number = 0; // of the run
 };
@@ -98,7 +126,13 @@ public:
         std::vector<osg::Vec3d> positions;
         std::vector<LabelCandidate> candidates;
         std::lock_guard<std::mutex> lock(historyMutex);
-        Shown& before = history()[stage->getCamera()];
+        History& history = historyOf(stage->getCamera());
+        std::unordered_set<const osg::Drawable*>& before = history.shown;
+        // They come state by state; of labels equally important the first in the scene wins.
+        std::stable_sort(_renderLeafList.begin(), _renderLeafList.end(),
+                         [](const osgUtil::RenderLeaf* a, const osgUtil::RenderLeaf* b) {
+                             return a->_traversalOrderNumber < b->_traversalOrderNumber;
+                         });
         for (osgUtil::RenderLeaf* leaf : _renderLeafList) {
             if (dynamic_cast<const SelfPlacedDrawable*>(leaf->getDrawable())) {
                 kept.push_back(leaf);
@@ -133,7 +167,7 @@ public:
         std::vector<size_t> chosen = chooseLabels(candidates, static_cast<float>(viewport->width()),
                                                   static_cast<float>(viewport->height()),
                                                   ScreenSpaceLayout::getOptions().maxObjects().value());
-        Run run(stage->getCamera(), kept);
+        Run run(history, kept);
         // The most important one is drawn last and so lies on top.
         for (auto index = chosen.rbegin(); index != chosen.rend(); ++index) {
             osgUtil::RenderLeaf* leaf = placed[*index];
@@ -147,8 +181,6 @@ public:
         }
         run.end();
         _renderLeafList.swap(kept);
-        if (history().size() > 100) // cameras that are long gone
-            history().clear();
     }
 };
 
