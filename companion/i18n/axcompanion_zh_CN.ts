@@ -2,6 +2,137 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AxPlanner</name>
+    <message>
+        <source>The area has too few points.</source>
+        <translation>区域的点太少。</translation>
+    </message>
+    <message>
+        <source>A point of the area, of a zone or of home is no place on the globe.</source>
+        <translation>区域、禁飞区或起降点中有一个点不在地球上。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s sensor has no width.</source>
+        <translation>相机传感器没有宽度。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s sensor has no height.</source>
+        <translation>相机传感器没有高度。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s focal length must be more than 0.</source>
+        <translation>相机焦距必须大于 0。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s picture has no width.</source>
+        <translation>相机照片没有宽度。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s picture has no height.</source>
+        <translation>相机照片没有高度。</translation>
+    </message>
+    <message>
+        <source>The camera&apos;s shortest interval must not be negative.</source>
+        <translation>相机最短拍照间隔不能为负数。</translation>
+    </message>
+    <message>
+        <source>The aircraft&apos;s speed must be more than 0.</source>
+        <translation>飞机速度必须大于 0。</translation>
+    </message>
+    <message>
+        <source>The radius of turns must not be negative.</source>
+        <translation>转弯半径不能为负数。</translation>
+    </message>
+    <message>
+        <source>The way before a pass must not be negative.</source>
+        <translation>航线引入距离不能为负数。</translation>
+    </message>
+    <message>
+        <source>The aircraft must be able to climb.</source>
+        <translation>飞机必须能够爬升。</translation>
+    </message>
+    <message>
+        <source>The aircraft must be able to descend.</source>
+        <translation>飞机必须能够下降。</translation>
+    </message>
+    <message>
+        <source>The time that a flight may take must be more than 0.</source>
+        <translation>单次飞行时间必须大于 0。</translation>
+    </message>
+    <message>
+        <source>The side overlap must be at least 0 and less than 100 %.</source>
+        <translation>旁向重叠率必须不小于 0 且小于 100 %。</translation>
+    </message>
+    <message>
+        <source>The forward overlap must be at least 0 and less than 100 %.</source>
+        <translation>航向重叠率必须不小于 0 且小于 100 %。</translation>
+    </message>
+    <message>
+        <source>The height must be more than 0.</source>
+        <translation>高度必须大于 0。</translation>
+    </message>
+    <message>
+        <source>The direction of the passes is no angle.</source>
+        <translation>航线方向不是一个角度。</translation>
+    </message>
+    <message>
+        <source>The height of the ground is no number.</source>
+        <translation>地面高度不是一个数。</translation>
+    </message>
+    <message>
+        <source>The clearance must not be negative.</source>
+        <translation>安全高度不能为负数。</translation>
+    </message>
+    <message>
+        <source>The wind is as fast as the aircraft.</source>
+        <translation>风速不小于飞机速度。</translation>
+    </message>
+    <message>
+        <source>The direction of the wind is no angle.</source>
+        <translation>风向不是一个角度。</translation>
+    </message>
+    <message>
+        <source>The number of passes must not be negative.</source>
+        <translation>航线条数不能为负数。</translation>
+    </message>
+    <message>
+        <source>There are the entry points 0 to 3.</source>
+        <translation>入口点的编号为 0 到 3。</translation>
+    </message>
+    <message>
+        <source>The height of home is no number.</source>
+        <translation>起降点高度不是一个数。</translation>
+    </message>
+    <message>
+        <source>The strip has no width.</source>
+        <translation>条带没有宽度。</translation>
+    </message>
+    <message>
+        <source>The radius of the circle must be more than 0.</source>
+        <translation>环绕半径必须大于 0。</translation>
+    </message>
+    <message>
+        <source>Without heights of the ground no route can follow it.</source>
+        <translation>没有地面高程，航线无法仿地飞行。</translation>
+    </message>
+    <message>
+        <source>There is nothing to fly over.</source>
+        <translation>没有可飞行的区域。</translation>
+    </message>
+    <message>
+        <source>The route has too many photos.</source>
+        <translation>航线的照片太多。</translation>
+    </message>
+    <message>
+        <source>The height of the ground is not known at %1, %2.</source>
+        <translation>%1, %2 处的地面高程未知。</translation>
+    </message>
+    <message>
+        <source>The route is too long to follow the ground.</source>
+        <translation>航线太长，无法仿地飞行。</translation>
+    </message>
+</context>
+<context>
     <name>AxSealedFile</name>
     <message>
         <source>The key is empty.</source>

@@ -1,0 +1,81 @@
+// How long a route takes to plan: a pilot changes a value and sees the route change.
+#include <AxData/planner/AxPlanner.h>
+
+#include <benchmark/benchmark.h>
+
+#include <cmath>
+
+namespace {
+constexpr double kBlockLongitude = -105.0;
+constexpr double kBlockLatitude = 37.4;
+
+/// A square of so many square kilometres, or a star of the same size.
+QList<QPointF> blockOf(double squareKilometres, int corners, double inner)
+{
+    constexpr double kPi = 3.14159265358979323846;
+    const double size = std::sqrt(0.5 * squareKilometres) / 111.32;
+    QList<QPointF> ring;
+    for (int i = 0; i < corners; ++i) {
+        const double angle = 2.0 * kPi * (i + 0.5) / corners;
+        const double away = size * (i % 2 ? inner : 1.0);
+        ring += QPointF(kBlockLongitude + away * std::cos(angle) / std::cos(kBlockLatitude * kPi / 180.0),
+                        kBlockLatitude + away * std::sin(angle));
+    }
+    return ring;
+}
+
+AxPlanRequest requestOver(const QList<QPointF>& ring)
+{
+    AxPlanRequest request;
+    request.outline = ring;
+    request.height = 120.0;
+    request.sideOverlap = 0.7;
+    request.forwardOverlap = 0.8;
+    return request;
+}
+
+void plan(benchmark::State& state, const AxPlanRequest& request)
+{
+    AxPlanResult result;
+    for (auto _ : state) {
+        result = AxPlanRoute(request);
+        benchmark::DoNotOptimize(result);
+    }
+    if (!result.IsPlanned())
+        state.SkipWithError("no route");
+    state.counters["passes"] = result.figures.passes;
+    state.counters["photos"] = result.figures.photos;
+    state.counters["km2"] = result.figures.area / 1e6;
+}
+
+void Area10(benchmark::State& state)
+{
+    plan(state, requestOver(blockOf(10.0, 4, 1.0)));
+}
+BENCHMARK(Area10)->Name("Plan/area10")->Unit(benchmark::kMillisecond);
+
+void Area1000(benchmark::State& state)
+{
+    plan(state, requestOver(blockOf(1000.0, 4, 1.0)));
+}
+BENCHMARK(Area1000)->Name("Plan/area1000")->Unit(benchmark::kMillisecond);
+
+void Concave(benchmark::State& state)
+{
+    plan(state, requestOver(blockOf(10.0, 200, 0.5)));
+}
+BENCHMARK(Concave)->Name("Plan/concave")->Unit(benchmark::kMillisecond);
+
+void Terrain(benchmark::State& state)
+{
+    AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
+    request.heights = AxPlanRequest::Heights::Terrain;
+    request.clearance = 100.0;
+    request.ground = [](double longitude, double latitude) {
+        return std::optional<double>(2500.0 +
+                                     200.0 * std::sin(longitude * 500.0) * std::cos(latitude * 700.0));
+    };
+    plan(state, request);
+}
+BENCHMARK(Terrain)->Name("Plan/terrain")->Unit(benchmark::kMillisecond);
+} // namespace

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <AxData/planner/AxPlanPlane.h>
+#include <AxData/planner/AxPlanRequest.h>
+#include <AxData/planner/AxPlanResult.h>
+
+#include <QString>
+
+#include <vector>
+
+/// A point of a route before it has coordinates.
+struct AxRoutePlace
+{
+    CAxPoint2D place;
+    AxPlanPoint::Role role = AxPlanPoint::Role::Turn;
+    int pass = -1;
+    double along = 0.0;    ///< metres flown from the start
+    double altitude = 0.0; ///< metres above the ellipsoid
+};
+
+/// Gives the places of a route their altitudes as the request asks, `height` metres above the ground, and
+/// adds those where the height changes in between. swath: metres of ground that a pass covers. Why that is
+/// not possible, for people, else empty; the route is then left as it is.
+QString AxSetAltitudes(const AxPlanRequest& request, const AxPlanPlane& plane, double height, double swath,
+                       std::vector<AxRoutePlace>& route);
+
+/// Heights above the ground along the route.
+struct AxAboveGround
+{
+    double least = 0.0;
+    double mean = 0.0;
+    std::vector<AxPlanWarning> warnings; ///< one for each stretch that is too low or over unknown ground
+};
+AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane,
+                          const std::vector<AxRoutePlace>& route);

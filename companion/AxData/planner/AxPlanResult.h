@@ -1,0 +1,91 @@
+#pragma once
+
+#include <AxData/AxDataExport.h>
+
+#include <QList>
+#include <QPointF>
+#include <QString>
+
+#include <array>
+#include <vector>
+
+/// A place on a route.
+struct AXDATA_EXPORT AxPlanPoint
+{
+    enum class Role
+    {
+        LeadIn,    ///< where the straight flight towards a pass begins
+        PassStart, ///< the first photo of a pass
+        PassEnd,   ///< the last one
+        OnPass,    ///< in between, where the height changes
+        Turn,      ///< on the way from one pass to the next
+        Transit    ///< on the way from or to home
+    };
+    double longitude = 0.0;
+    double latitude = 0.0;
+    double altitude = 0.0; ///< metres above the ellipsoid
+    Role role = Role::Turn;
+    int pass = -1; ///< in the order in which passes are flown; -1 between them
+};
+
+/// A photo.
+struct AXDATA_EXPORT AxPlanPhoto
+{
+    double longitude = 0.0;
+    double latitude = 0.0;
+    double altitude = 0.0;
+    double heading = 0.0; ///< degrees clockwise from north
+    int pass = -1;
+};
+
+/// What a route amounts to.
+struct AXDATA_EXPORT AxPlanFigures
+{
+    double length = 0.0;  ///< metres flown, with turns
+    double seconds = 0.0; ///< in the wind given
+    int photos = 0;
+    int passes = 0;
+    int turns = 0;
+    double area = 0.0;          ///< square metres of the area asked for
+    double interval = 0.0;      ///< least seconds between two photos
+    double height = 0.0;        ///< metres above the mean ground
+    double sample = 0.0;        ///< metres of ground a pixel, from that height
+    double spacing = 0.0;       ///< metres between passes
+    double photoDistance = 0.0; ///< metres between photos
+    /// Above the ground, where it is known along the route; both 0 where it is not.
+    double leastHeight = 0.0;
+    double meanHeight = 0.0;
+};
+
+/// Something the pilot ought to know, with its place.
+struct AXDATA_EXPORT AxPlanWarning
+{
+    enum class Kind
+    {
+        Clearance,     ///< the ground comes nearer than asked
+        UnknownGround, ///< no height is known below the route
+        Zone,          ///< the route crosses a zone
+        Interval,      ///< photos follow faster than the camera takes them
+        Overlap,       ///< fewer passes than the overlap needs
+        Wind           ///< the wind is as fast as the aircraft
+    };
+    Kind kind = Kind::Clearance;
+    QPointF place;      ///< longitude, latitude
+    double value = 0.0; ///< what is there: metres, seconds, or the share of overlap
+    double asked = 0.0;
+};
+
+/// A planned route. Without points where the request allows none: `fault` says why.
+struct AXDATA_EXPORT AxPlanResult
+{
+    QString fault; ///< for people; empty when there is a route
+    std::vector<AxPlanPoint> points;
+    std::vector<AxPlanPhoto> photos;
+    /// Where the flight may begin; `entry` of the request chooses.
+    std::array<AxPlanPoint, 4> entries;
+    double heading = 0.0; ///< of the first set of passes, degrees clockwise from north
+    AxPlanFigures figures;
+    std::vector<AxPlanWarning> warnings;
+
+    bool IsPlanned() const { return fault.isEmpty() && !points.empty(); }
+};

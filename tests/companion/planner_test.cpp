@@ -1,0 +1,375 @@
+#include <AxData/planner/AxPlanner.h>
+#include <AxData/planner/AxPlanPlane.h>
+#include <AxData/planner/AxTurn.h>
+
+#include <support/GeosContext.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <set>
+
+namespace {
+using Role = AxPlanPoint::Role;
+constexpr double pi = 3.14159265358979323846;
+
+/// Blocks of many shapes and sizes in many places, the same in every run.
+struct RandomBlock
+{
+    explicit RandomBlock(unsigned seed) : random(seed)
+    {
+        const QPointF places[] = {{-105.0, 37.4}, {12.0, 0.001}, {179.99, -17.0}, {24.0, 78.0}};
+        middle = places[seed % 4];
+        radius = std::pow(10.0, Within(2.0, 3.3));
+        const int corners = 3 + static_cast<int>(Within(0.0, 30.0));
+        request.outline = Star(corners, radius);
+        if (seed % 3 == 0)
+            request.holes = {Star(5, 0.2 * radius)};
+        request.height = Within(60.0, 200.0);
+        request.sideOverlap = Within(0.3, 0.8);
+        request.forwardOverlap = Within(0.3, 0.8);
+        if (seed % 2) {
+            request.aircraft.turnRadius = Within(20.0, 90.0);
+            request.aircraft.leadIn = Within(0.0, 80.0);
+        }
+        if (seed % 5 == 0)
+            request.heading = Within(-360.0, 360.0);
+    }
+    double Within(double from, double to) { return std::uniform_real_distribution<double>(from, to)(random); }
+    QList<QPointF> Star(int corners, double size)
+    {
+        const double perDegree = 111320.0;
+        QList<QPointF> ring;
+        for (int i = 0; i < corners; ++i) {
+            const double angle = 2.0 * pi * (i + Within(-0.3, 0.3)) / corners;
+            const double away = size * Within(0.35, 1.0) / perDegree;
+            double longitude = middle.x() + away * std::cos(angle) / std::cos(middle.y() * pi / 180.0);
+            if (longitude > 180.0)
+                longitude -= 360.0;
+            ring += QPointF(longitude, middle.y() + away * std::sin(angle));
+        }
+        return ring;
+    }
+
+    std::mt19937 random;
+    QPointF middle;
+    double radius = 0.0;
+    AxPlanRequest request;
+};
+
+GeosContext::Geometry AreaOf(const GeosContext& geos, const AxPlanRequest& request, const AxPlanPlane& plane)
+{
+    const auto polygon = [&](const QList<QPointF>& ring) {
+        auto closed = geos.ring(plane.ToPlane(ring));
+        auto area = geos.own(GEOSGeom_createPolygon_r(geos.handle(), closed.release(), nullptr, 0));
+        return geos.own(GEOSMakeValid_r(geos.handle(), area.get()));
+    };
+    auto area = polygon(request.outline);
+    for (const QList<QPointF>& hole : request.holes)
+        area = geos.own(GEOSDifference_r(geos.handle(), area.get(), polygon(hole).get()));
+    return area;
+}
+
+double AreaOf(const GeosContext& geos, const GeosContext::Geometry& geometry)
+{
+    double area = 0.0;
+    GEOSArea_r(geos.handle(), geometry.get(), &area);
+    return area;
+}
+
+/// What the photos show, less the overlap that was asked for.
+GeosContext::Geometry ShownBy(const GeosContext& geos, const AxPlanResult& plan, const AxPlanRequest& request,
+                              const AxPlanPlane& plane)
+{
+    const double across = request.camera.WidthFrom(request.height) * (1.0 - request.sideOverlap);
+    const double along = request.camera.LengthFrom(request.height) * (1.0 - request.forwardOverlap);
+    std::vector<GEOSGeometry*> shown;
+    for (const AxPlanPhoto& photo : plan.photos) {
+        const CAxPoint2D at = plane.ToPlane(QPointF(photo.longitude, photo.latitude));
+        const double east = std::sin(photo.heading * pi / 180.0),
+                     north = std::cos(photo.heading * pi / 180.0);
+        AxPlanLine ring;
+        for (const auto& [a, b] : {std::pair{-0.5, -0.5}, {0.5, -0.5}, {0.5, 0.5}, {-0.5, 0.5}}) {
+            const double ahead = a * along * 1.0001, aside = b * across * 1.0001;
+            ring.emplace_back(at.x() + ahead * east - aside * north, at.y() + ahead * north + aside * east);
+        }
+        shown.push_back(GEOSGeom_createPolygon_r(geos.handle(), geos.ring(ring).release(), nullptr, 0));
+    }
+    const auto all = geos.own(GEOSGeom_createCollection_r(geos.handle(), GEOS_GEOMETRYCOLLECTION,
+                                                          shown.data(), static_cast<unsigned>(shown.size())));
+    return geos.own(GEOSUnaryUnion_r(geos.handle(), all.get()));
+}
+
+/// Passes as they are flown, first and last point.
+std::vector<std::pair<CAxPoint2D, CAxPoint2D>> PassesOf(const AxPlanResult& plan, const AxPlanPlane& plane)
+{
+    std::vector<std::pair<CAxPoint2D, CAxPoint2D>> passes;
+    for (const AxPlanPoint& point : plan.points) {
+        const CAxPoint2D at = plane.ToPlane(QPointF(point.longitude, point.latitude));
+        if (point.role == Role::PassStart)
+            passes.emplace_back(at, at);
+        if (point.pass >= 0)
+            passes.back().second = at;
+    }
+    return passes;
+}
+
+std::optional<double> Hills(double longitude, double latitude)
+{
+    return 1500.0 + 180.0 * std::sin(longitude * 700.0) * std::cos(latitude * 900.0) +
+           10.0 * std::sin(longitude * 5000.0);
+}
+} // namespace
+
+TEST(Planner, ShowsAllOfTheBlockAtTheAskedOverlapAndFliesNowhereElse)
+{
+    for (unsigned seed = 0; seed < 24; ++seed) {
+        SCOPED_TRACE(seed);
+        const RandomBlock block(seed);
+        const AxPlanResult plan = AxPlanRoute(block.request);
+        ASSERT_TRUE(plan.IsPlanned()) << plan.fault.toStdString();
+        const AxPlanPlane plane(block.request.outline);
+        const GeosContext geos;
+        const auto area = AreaOf(geos, block.request, plane);
+        const auto missed = geos.own(
+            GEOSDifference_r(geos.handle(), area.get(), ShownBy(geos, plan, block.request, plane).get()));
+        EXPECT_LT(AreaOf(geos, missed), 0.001 * AreaOf(geos, area));
+
+        const auto passes = PassesOf(plan, plane);
+        EXPECT_EQ(static_cast<int>(passes.size()), plan.figures.passes);
+        const double aside = 0.5 * plan.figures.spacing + 0.01;
+        const auto near = geos.own(GEOSBuffer_r(geos.handle(), area.get(), aside, 8));
+        std::set<std::pair<long, long>> middles;
+        for (std::size_t i = 0; i < passes.size(); ++i) {
+            const auto& [from, to] = passes[i];
+            for (const CAxPoint2D& end : {from, to}) {
+                const auto point = geos.own(GEOSGeom_createPointFromXY_r(geos.handle(), end.x(), end.y()));
+                double away = 0.0;
+                GEOSDistance_r(geos.handle(), near.get(), point.get(), &away);
+                EXPECT_LT(away, 0.01 * aside) << "pass " << i; // the buffer's arcs are made of chords
+            }
+            EXPECT_TRUE(
+                middles.insert({std::lround(from.x() + to.x()), std::lround(from.y() + to.y())}).second)
+                << "pass " << i << " is flown twice";
+            if (i == 0)
+                continue;
+            const auto& [lastFrom, lastTo] = passes[i - 1];
+            const CAxPoint2D way(to.x() - from.x(), to.y() - from.y());
+            const CAxPoint2D lastWay(lastTo.x() - lastFrom.x(), lastTo.y() - lastFrom.y());
+            const double length = std::hypot(way.x(), way.y());
+            const double apart =
+                std::abs(way.x() * (lastFrom.y() - from.y()) - way.y() * (lastFrom.x() - from.x())) / length;
+            const bool areNeighbours = std::abs(apart - plan.figures.spacing) < 0.1 * plan.figures.spacing;
+            if (areNeighbours) {
+                EXPECT_LT(way.x() * lastWay.x() + way.y() * lastWay.y(), 0.0)
+                    << "passes " << i - 1 << " and " << i << " go the same way";
+            }
+        }
+        EXPECT_EQ(plan.figures.photos, static_cast<int>(plan.photos.size()));
+        EXPECT_GT(plan.figures.seconds, 0.9 * plan.figures.length / block.request.aircraft.speed);
+    }
+}
+
+TEST(Planner, BeginsEachFlightAtItsOwnCornerOnTheShortestHeading)
+{
+    for (unsigned seed = 1; seed < 12; seed += 2) {
+        SCOPED_TRACE(seed);
+        RandomBlock block(seed);
+        block.request.heading.reset();
+        AxPlanResult plan = AxPlanRoute(block.request);
+        for (int entry = 0; entry < 4; ++entry) {
+            block.request.entry = entry;
+            const AxPlanResult other = AxPlanRoute(block.request);
+            const auto first =
+                std::find_if(other.points.begin(), other.points.end(),
+                             [](const AxPlanPoint& point) { return point.role == Role::PassStart; });
+            const AxPlanPoint& corner = plan.entries[static_cast<std::size_t>(entry)];
+            EXPECT_NEAR(first->longitude, corner.longitude, 1e-9);
+            EXPECT_NEAR(first->latitude, corner.latitude, 1e-9);
+        }
+        EXPECT_NE(plan.entries[0].longitude, plan.entries[1].longitude);
+        block.request.entry = 0;
+        double shortest = std::numeric_limits<double>::max();
+        for (int heading = 0; heading < 180; ++heading) {
+            block.request.heading = heading;
+            shortest = std::min(shortest, AxPlanRoute(block.request).figures.length);
+        }
+        EXPECT_LT(plan.figures.length, 1.1 * shortest);
+    }
+}
+
+TEST(Planner, TurnsNoTighterThanTheAircraftCan)
+{
+    std::mt19937 random(5);
+    const auto within = [&](double from, double to) {
+        return std::uniform_real_distribution<double>(from, to)(random);
+    };
+    for (int i = 0; i < 500; ++i) {
+        const double radius = 50.0;
+        const AxPlanPose from{{0.0, 0.0}, within(-pi, pi)};
+        const AxPlanPose to{{within(-300.0, 300.0), within(-300.0, 300.0)}, within(-pi, pi)};
+        AxPlanLine way = AxTurnBetween(from, to, radius);
+        way.insert(way.begin(), from.place);
+        way.push_back(to.place);
+        double course = from.course;
+        double last = 0.0; // chord
+        for (std::size_t k = 0; k + 1 < way.size(); ++k) {
+            const double next = std::atan2(way[k + 1].y() - way[k].y(), way[k + 1].x() - way[k].x());
+            const double chord = AxApart(way[k], way[k + 1]);
+            const double turned = std::abs(std::remainder(next - course, 2.0 * pi));
+            // From the middle of one chord to that of the next at most 20 degrees are turned; a chord begins
+            // with half of its own.
+            ASSERT_LT(turned, pi / 9.0 + 1e-6) << i << ", " << k << " of " << way.size();
+            ASSERT_LT(turned, 1e-6 + 1.1 * (chord + last) / (2.0 * radius));
+            last = chord;
+            course = next;
+        }
+        EXPECT_LT(std::abs(std::remainder(to.course - course, 2.0 * pi)), pi / 9.0 + 1e-6) << i;
+    }
+}
+
+TEST(Planner, FollowsTheGroundWithinTheLimitsOfTheAircraft)
+{
+    for (const auto heights : {AxPlanRequest::Heights::Terrain, AxPlanRequest::Heights::KeepOverlap})
+        for (unsigned seed = 0; seed < 12; seed += 4) {
+            RandomBlock block(seed);
+            AxPlanRequest& request = block.request;
+            request.ground = Hills;
+            request.heights = heights;
+            request.clearance = request.height;
+            request.aircraft.climb = 0.15;
+            request.aircraft.descent = 0.1;
+            const AxPlanResult plan = AxPlanRoute(request);
+            ASSERT_TRUE(plan.IsPlanned()) << plan.fault.toStdString();
+            const AxPlanPlane plane(request.outline);
+            for (std::size_t i = 0; i + 1 < plan.points.size(); ++i) {
+                const AxPlanPoint& from = plan.points[i];
+                const AxPlanPoint& to = plan.points[i + 1];
+                const double length = AxApart(plane.ToPlane(QPointF(from.longitude, from.latitude)),
+                                              plane.ToPlane(QPointF(to.longitude, to.latitude)));
+                const double rise = to.altitude - from.altitude;
+                ASSERT_LE(rise, 0.15 * length + 0.01) << i;
+                ASSERT_GE(rise, -0.1 * length - 0.01) << i;
+                if (heights == AxPlanRequest::Heights::KeepOverlap && from.pass < 0)
+                    continue; // passes keep the overlap, not the way between them
+                for (double share = 0.0; share <= 1.0; share += 3.0 / std::max(3.0, length)) {
+                    const QPointF at =
+                        plane.ToLngLat(AxBetween(plane.ToPlane(QPointF(from.longitude, from.latitude)),
+                                                 plane.ToPlane(QPointF(to.longitude, to.latitude)), share));
+                    ASSERT_GE(from.altitude + share * rise - *Hills(at.x(), at.y()), request.height - 2.0)
+                        << seed << ": leg " << i << " at " << share;
+                }
+            }
+        }
+}
+
+TEST(Planner, WarnsOfGroundThatComesNearOrIsUnknown)
+{
+    AxPlanRequest request = RandomBlock(4).request;
+    request.meanGround = 1500.0;
+    request.height = 150.0;
+    request.clearance = 100.0;
+    request.ground = Hills;
+    const auto count = [&](AxPlanWarning::Kind kind) {
+        const auto warnings = AxPlanRoute(request).warnings;
+        return std::count_if(warnings.begin(), warnings.end(),
+                             [kind](const auto& w) { return w.kind == kind; });
+    };
+    EXPECT_GT(count(AxPlanWarning::Kind::Clearance), 0);
+    request.meanGround = 2000.0;
+    EXPECT_EQ(count(AxPlanWarning::Kind::Clearance), 0);
+    request.ground = [](double, double) { return std::optional<double>(); };
+    EXPECT_EQ(count(AxPlanWarning::Kind::UnknownGround), 1);
+    request.heights = AxPlanRequest::Heights::Terrain;
+    EXPECT_TRUE(AxPlanRoute(request).fault.contains("not known"));
+}
+
+TEST(Planner, ThreeDirectionsAreThreeRoutesOfEquallyManyPoints)
+{
+    AxPlanRequest request = RandomBlock(7).request;
+    request.isThreeDirections = true;
+    const AxPlanResult plan = AxPlanRoute(request);
+    ASSERT_EQ(plan.points.size() % 3, 0u);
+    const std::size_t third = plan.points.size() / 3;
+    for (std::size_t k = 0; k < 3; ++k)
+        EXPECT_EQ(plan.points[k * third].role,
+                  request.aircraft.leadIn > 0.0 ? Role::LeadIn : Role::PassStart);
+}
+
+TEST(Planner, FliesStripsAndCircles)
+{
+    AxPlanRequest request;
+    request.kind = AxPlanRequest::Kind::Strip;
+    request.outline = {{10.0, 45.0}, {10.01, 45.0}, {10.02, 45.005}};
+    request.leftWidth = 120.0;
+    request.rightWidth = 60.0;
+    request.height = 100.0;
+    const AxPlanPlane plane(request.outline);
+    const AxPlanLine centre = plane.ToPlane(request.outline);
+    for (int entry = 0; entry < 4; ++entry) {
+        request.entry = entry;
+        const AxPlanResult plan = AxPlanRoute(request);
+        ASSERT_TRUE(plan.IsPlanned()) << plan.fault.toStdString();
+        const auto passes = PassesOf(plan, plane);
+        EXPECT_EQ(static_cast<double>(passes.size()), std::ceil(180.0 / (102.6 * 0.3)));
+        for (std::size_t i = 1; i < passes.size(); ++i)
+            EXPECT_LT(AxApart(passes[i - 1].second, passes[i].first), 60.0)
+                << "comes back along the next pass";
+        EXPECT_LT(AxApart(passes[0].first, entry % 2 ? centre.back() : centre.front()), 130.0);
+    }
+    request.kind = AxPlanRequest::Kind::Orbit;
+    request.radius = 80.0;
+    const AxPlanResult orbit = AxPlanRoute(request);
+    ASSERT_TRUE(orbit.IsPlanned());
+    for (const AxPlanPoint& point : orbit.points)
+        EXPECT_NEAR(AxApart(plane.ToPlane(QPointF(point.longitude, point.latitude)), centre.front()), 80.0,
+                    0.5);
+}
+
+TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
+{
+    static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    const struct
+    {
+        const char* named;
+        void (*spoil)(AxPlanRequest&);
+    } rows[] = {
+        {"side overlap", [](AxPlanRequest& r) { r.sideOverlap = 1.0; }},
+        {"forward overlap", [](AxPlanRequest& r) { r.forwardOverlap = 1.2; }},
+        {"forward overlap", [](AxPlanRequest& r) { r.forwardOverlap = nan; }},
+        {"height", [](AxPlanRequest& r) { r.height = -5.0; }},
+        {"height", [](AxPlanRequest& r) { r.height = 0.0; }},
+        {"speed", [](AxPlanRequest& r) { r.aircraft.speed = 0.0; }},
+        {"focal length", [](AxPlanRequest& r) { r.camera.focalLength = 0.0; }},
+        {"direction of the passes", [](AxPlanRequest& r) { r.heading = nan; }},
+        {"wind", [](AxPlanRequest& r) { r.windSpeed = 15.0; }},
+        {"entry", [](AxPlanRequest& r) { r.entry = 4; }},
+        {"too few points", [](AxPlanRequest& r) { r.outline = r.outline.mid(0, 2); }},
+        {"no place", [](AxPlanRequest& r) { r.outline[1].setY(nan); }},
+        {"nothing to fly over",
+         [](AxPlanRequest& r) {
+             r.outline = {r.outline[0], r.outline[0], r.outline[0]};
+         }},
+        {"too many photos",
+         [](AxPlanRequest& r) {
+             r.outline = {{0.0, 0.0}, {8.0, 0.0}, {8.0, 8.0}, {0.0, 8.0}};
+             r.height = 20.0;
+         }},
+        {"follow it", [](AxPlanRequest& r) { r.heights = AxPlanRequest::Heights::Terrain; }},
+    };
+    for (const auto& row : rows) {
+        AxPlanRequest request = RandomBlock(2).request;
+        row.spoil(request);
+        const AxPlanResult plan = AxPlanRoute(request);
+        EXPECT_TRUE(plan.points.empty()) << row.named;
+        EXPECT_TRUE(plan.fault.contains(QLatin1String(row.named)))
+            << row.named << ": " << plan.fault.toStdString();
+    }
+    // Smaller than one photo, it is flown all the same.
+    AxPlanRequest tiny = RandomBlock(2).request;
+    tiny.outline = {{0.0, 0.0}, {1e-5, 0.0}, {0.0, 1e-5}};
+    EXPECT_EQ(AxPlanRoute(tiny).figures.passes, 1);
+}
