@@ -56,6 +56,7 @@ void HeightGrid::sampleWhole(const std::vector<double>& columns, const std::vect
                              float* heights) const
 {
     std::vector<Pair> across;
+    across.reserve(columns.size());
     for (const double column : columns)
         across.push_back(around((column - _place.firstColumn) / _place.cellWidth, _columns));
     for (const double row : rows) {

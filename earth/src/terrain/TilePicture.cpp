@@ -65,7 +65,7 @@ void blendRow(const std::uint8_t* in, float opacity, std::vector<float>& rgb)
 // A row at a time, so that everything but the layers' pictures stays in the processor's cache.
 void blendAndShade(const std::vector<LayerPicture>& layers, const ReliefShade& shade, std::uint8_t* out)
 {
-    std::vector<float> rgb(3 * kTilePictureSize);
+    std::vector<float> rgb(std::size_t{3} * kTilePictureSize);
     std::vector<float> factors(kTilePictureSize, 1.0f);
     for (int row = 0; row < kTilePictureSize; ++row) {
         for (std::size_t i = 0; i < rgb.size(); ++i)
@@ -90,7 +90,7 @@ void halve(const std::uint8_t* in, int size, std::uint8_t* out)
     const int half = size / 2;
     for (int row = 0; row < half; ++row)
         for (int column = 0; column < half; ++column) {
-            const std::uint8_t* p = in + 4 * (2 * row * size + 2 * column);
+            const std::uint8_t* p = in + std::ptrdiff_t{4} * (2 * row * size + 2 * column);
             for (int band = 0; band < 4; ++band)
                 *out++ = static_cast<std::uint8_t>(
                     (p[band] + p[4 + band] + p[4 * size + band] + p[4 * size + 4 + band] + 2) / 4);
