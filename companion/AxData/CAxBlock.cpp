@@ -55,6 +55,7 @@ CAxTask* CAxBlock::AddTask(std::unique_ptr<CAxTask> task)
 {
     if (!task || GetTask(task->GetTaskID()))
         return nullptr;
+    task->m_block = this;
     m_tasks.push_back(std::move(task));
     return m_tasks.back().get();
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <AxData/AxDataExport.h>
+#include <AxData/planner/AxPlanRequest.h>
 
 #include <QObject>
 
 #include <atomic>
 #include <functional>
+#include <utility>
 
 /// The process-wide control object: network state and the project's modified flag. It lives from its first
 /// use to the end of the process, so it may be used at any time, even while the program shuts down.
@@ -28,6 +30,11 @@ public:
     /// restores it.
     void SetNetworkProbe(std::function<bool()> probe);
 
+    /// Heights of the ground for whoever plans a route; empty until the viewer, or a host, has set it. Asked
+    /// on the GUI thread. Who sets it takes it away (an empty function) before it can answer no more.
+    AxPlanGround GetGround() const { return m_ground; }
+    void SetGround(AxPlanGround ground) { m_ground = std::move(ground); }
+
     /// Whether the project has changes that no file holds yet.
     bool IsProjectModified() const { return m_modified; }
     void SetProjectModified(bool modified);
@@ -41,5 +48,6 @@ private:
     ~CAxControl() override = default;
 
     std::function<bool()> m_networkProbe;
+    AxPlanGround m_ground;
     std::atomic<bool> m_modified{false};
 };

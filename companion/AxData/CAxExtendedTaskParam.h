@@ -9,6 +9,8 @@ class AXDATA_EXPORT CAxExtendedTaskParam
 public:
     /// The flying mode that has three sub-routes, one for each direction.
     static constexpr int ThreeDirections = 2;
+    /// The one that flies a second set of passes across the first.
+    static constexpr int CrossGrid = 1;
 
     /// The host's number of the flying mode; 0 at first.
     int GetFlyingMode() const { return m_flyingMode; }

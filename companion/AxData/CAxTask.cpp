@@ -1,4 +1,17 @@
+#include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
+#include <AxData/planner/AxPlanAircraft.h>
+#include <AxData/planner/AxPlanCameras.h>
+#include <AxData/planner/AxPlanner.h>
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+#include <algorithm>
+
+namespace {
+Q_LOGGING_CATEGORY(logTask, "ax.data")
+} // namespace
 
 CAxTask::CAxTask(const QString& id, const QString& name, CAxTaskPara* para)
     : m_id(id), m_name(name), direction(para ? para->GetExtendedTaskParam()->direction : 0)
@@ -18,10 +31,64 @@ QList<CAxVector3D> CAxTask::GetVariableHeightRoutePt(int index) const
     return m_variableHeightPoints.value(index);
 }
 
-QList<CAxVector3D> CAxTask::ComputeRoute(int /*entryPoint*/, QList<QPair<int, CAxVector3D>>& lineMarkers,
-                                         CAxBlock::EBlockType /*blockType*/, int /*expectedRouteCount*/,
+AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const
+{
+    AxPlanRequest request;
+    if (!m_block)
+        return request;
+    CAxTaskPara& para = *m_block->GetTaskPara();
+    const CAxAirLineParam& airLine = *para.GetAirLineParam();
+    const CAxExtendedTaskParam& extended = *para.GetExtendedTaskParam();
+    request.outline = m_anchors.isEmpty() ? m_block->GetAnchor() : m_anchors;
+    if (blockType == CAxBlock::StripBlock) {
+        request.kind = AxPlanRequest::Kind::Strip;
+        para.GetBandingOffset(request.leftWidth, request.rightWidth);
+    } else if (blockType == CAxBlock::VideoBlock) {
+        request.kind = AxPlanRequest::Kind::Orbit;
+        request.radius = m_block->GetVideoRadius();
+    }
+    request.camera = AxCameraOfType(para.GetCameraType());
+    request.aircraft = AxAircraftOfType(para.GetPlaneType());
+    request.height = airLine.GetRelativeFlyHeight();
+    request.sideOverlap = airLine.GetSideOverlap();
+    request.forwardOverlap = airLine.GetForwardOverlap();
+    request.heading = airLine.GetHeading();
+    request.clearance = airLine.GetClearance();
+    request.isThreeDirections = extended.GetFlyingMode() == CAxExtendedTaskParam::ThreeDirections;
+    request.isCrossed = extended.GetFlyingMode() == CAxExtendedTaskParam::CrossGrid;
+    request.passes = std::max(0, expectedRouteCount);
+    request.entry = std::clamp(entryPoint, 0, 3);
+    request.meanGround = m_block->GetAverageAltitude();
+    request.ground = CAxControl::GetInstance()->GetGround();
+    if (para.IsChangeHighFlying() || extended.GetTaskType() == TaskVariableHeight)
+        request.heights = AxPlanRequest::Heights::Terrain;
+    const CAxVector3D home = m_block->GetHomePosition();
+    if (!home.isNull()) {
+        request.home = QPointF(home.x(), home.y());
+        request.homeAltitude = home.z();
+    }
+    return request;
+}
+
+QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
+                                         CAxBlock::EBlockType blockType, int expectedRouteCount,
                                          int /*appType*/)
 {
     lineMarkers.clear();
-    return {};
+    const AxPlanResult plan = AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
+    QList<CAxVector3D> route;
+    if (!plan.IsPlanned()) {
+        qCWarning(logTask).noquote() << QCoreApplication::translate("AxPlanner",
+                                                                    "No route for task \"%1\": %2")
+                                            .arg(m_name, plan.fault);
+        return route;
+    }
+    for (int i = 0; i < 4; ++i) {
+        const AxPlanPoint& entry = plan.entries[static_cast<std::size_t>(i)];
+        lineMarkers += {i, CAxVector3D(entry.latitude, entry.longitude, entry.altitude)};
+    }
+    route.reserve(static_cast<int>(plan.points.size()));
+    for (const AxPlanPoint& point : plan.points)
+        route += CAxVector3D(point.latitude, point.longitude, point.altitude);
+    return route;
 }

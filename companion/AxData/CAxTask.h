@@ -3,6 +3,7 @@
 #include <AxAlgorthm/CAxVector3D.h>
 #include <AxData/AxDataExport.h>
 #include <AxData/CAxBlock.h>
+#include <AxData/planner/AxPlanRequest.h>
 
 #include <QList>
 #include <QMap>
@@ -38,16 +39,24 @@ public:
     /// The points given for that index, empty when there are none.
     QList<CAxVector3D> GetVariableHeightRoutePt(int index) const;
 
+    /// What is to be planned for an entry point (0 to 3; less counts as 0): the task's own area, or its
+    /// block's, with the block's parameters. Without a block the area and the parameters are missing.
+    AxPlanRequest RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const;
+
     /// The route as (latitude, longitude, altitude) points; lineMarkers gets the entry-point markers as
-    /// pairs of their number and place. An empty list means that the parameters do not allow a route; this
-    /// class itself plans none and always answers so.
+    /// pairs of their number, 0 to 3, and their place in the same order. An empty list means that the
+    /// parameters do not allow a route; the log then says why. appType, the kind of application, changes
+    /// nothing.
     virtual QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                             CAxBlock::EBlockType blockType, int expectedRouteCount,
                                             int appType);
 
 private:
+    friend class CAxBlock;
+
     QString m_id;
     QString m_name;
+    CAxBlock* m_block = nullptr; // that has it
     QList<QPointF> m_anchors;
     QMap<int, QList<CAxVector3D>> m_variableHeightPoints;
 

@@ -4,6 +4,22 @@
 <context>
     <name>AxPlanner</name>
     <message>
+        <source>Camera %1: &quot;%2&quot; is missing or wrong.</source>
+        <translation>相机 %1：“%2”缺失或错误。</translation>
+    </message>
+    <message>
+        <source>The list of cameras is no JSON at byte %1: %2.</source>
+        <translation>相机列表在第 %1 字节处不是 JSON：%2。</translation>
+    </message>
+    <message>
+        <source>The list of cameras must be an array with a camera.</source>
+        <translation>相机列表必须是至少含一个相机的数组。</translation>
+    </message>
+    <message>
+        <source>No route for task &quot;%1&quot;: %2</source>
+        <translation>任务“%1”没有航线：%2</translation>
+    </message>
+    <message>
         <source>The area has too few points.</source>
         <translation>区域的点太少。</translation>
     </message>

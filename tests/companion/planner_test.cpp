@@ -1,3 +1,6 @@
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxTask.h>
+#include <AxData/planner/AxPlanCameras.h>
 #include <AxData/planner/AxPlanner.h>
 #include <AxData/planner/AxPlanPlane.h>
 #include <AxData/planner/AxTurn.h>
@@ -5,6 +8,7 @@
 #include <support/GeosContext.h>
 
 #include <gtest/gtest.h>
+#include <QFile>
 
 #include <algorithm>
 #include <cmath>
@@ -372,4 +376,71 @@ TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
     AxPlanRequest tiny = RandomBlock(2).request;
     tiny.outline = {{0.0, 0.0}, {1e-5, 0.0}, {0.0, 1e-5}};
     EXPECT_EQ(AxPlanRoute(tiny).figures.passes, 1);
+}
+
+TEST(Planner, ATaskPlansItsBlockWithItsParameters)
+{
+    CAxBlockManager& blocks = CAxBlockManager::instance();
+    CAxBlock* const block = blocks.AddBlock(QStringLiteral("planned"), CAxBlock::PolygonBlock);
+    block->SetAnchor({{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.008}, {10.0, 45.008}});
+    block->SetAverageAltitude(400.0);
+    CAxTaskPara* const para = block->GetTaskPara();
+    CAxTask* const task =
+        block->AddTask(std::make_unique<CAxTask>(QStringLiteral("t"), QStringLiteral("T"), para));
+    QList<QPair<int, CAxVector3D>> markers;
+    const auto route = [&](int entry, int count) {
+        return task->ComputeRoute(entry, markers, CAxBlock::PolygonBlock, count, 1);
+    };
+    const QList<CAxVector3D> first = route(0, 0);
+    ASSERT_FALSE(first.isEmpty());
+    EXPECT_NEAR(first[0].x(), 45.004, 0.01) << "latitude comes first";
+    EXPECT_NEAR(first[0].z(), 700.0, 1e-6) << "mean ground and relative height";
+    ASSERT_EQ(markers.size(), 4);
+    EXPECT_EQ(markers[3].first, 3);
+    EXPECT_NE(route(3, 0)[0], first[0]);
+    EXPECT_EQ(route(-1, 0), first);
+    para->SetPlaneType(PlaneQuadcopter);
+    EXPECT_EQ(route(0, 7).size(), 14);
+    para->GetAirLineParam()->SetRelativeFlyHeight(0.0);
+    EXPECT_TRUE(route(0, 0).isEmpty());
+    EXPECT_TRUE(markers.isEmpty());
+    EXPECT_TRUE(CAxTask(QStringLiteral("u"), {}, nullptr)
+                    .ComputeRoute(0, markers, CAxBlock::PolygonBlock, 0, 0)
+                    .isEmpty())
+        << "without a block";
+    blocks.DeleteBlock(QStringLiteral("planned"));
+}
+
+TEST(PlanCameras, TheShippedListIsReadAndABadOneNamesCameraAndField)
+{
+    QFile shipped(QStringLiteral(AX_RESOURCES "/planning/cameras.json"));
+    ASSERT_TRUE(shipped.open(QIODevice::ReadOnly));
+    QList<AxListedCamera> cameras;
+    EXPECT_EQ(AxReadCameras(shipped.readAll(), cameras), QString());
+    std::set<ECameraType> types;
+    for (const AxListedCamera& listed : cameras)
+        types.insert(listed.type);
+    EXPECT_EQ(types.size(), 10u) << "each type has one";
+    const int count = cameras.size();
+
+    const char* good = R"([{"name": "A", "type": "apsC", "sensor": [23.5, 15.6], "image": [6000, 4000],
+                            "focalLength": 20, "shortestInterval": 1}])";
+    const struct
+    {
+        const char* from;
+        const char* to;
+        const char* named;
+    } rows[] = {
+        {"\"A\"", "7", "name"},          {"apsC", "x", "type"},       {"[23.5, 15.6]", "[23.5]", "sensor"},
+        {"15.6", "0", "sensor"},         {"6000", "6e9", "image"},    {"4000", "4000.5", "image"},
+        {"20", "\"20\"", "focalLength"}, {"20", "-3", "focalLength"}, {": 1", ": null", "shortestInterval"},
+        {"}]", "}", "no JSON"},          {"[{", "{", "no JSON"}};
+    for (const auto& row : rows) {
+        const QString fault = AxReadCameras(QByteArray(good).replace(row.from, row.to), cameras);
+        EXPECT_TRUE(fault.contains(QLatin1String(row.named))) << row.to << ": " << fault.toStdString();
+        EXPECT_EQ(cameras.size(), count) << "the old list stands";
+    }
+    EXPECT_TRUE(AxReadCameras("[]", cameras).contains("array"));
+    EXPECT_EQ(AxReadCameras(good, cameras), QString());
+    EXPECT_EQ(cameras.size(), 1);
 }
