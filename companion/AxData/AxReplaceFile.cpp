@@ -4,6 +4,7 @@
 
 #include <AxData/AxSealedFile.h>
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -87,6 +88,39 @@ public:
 private:
     bool isMade = false;
 };
+
+bool Replace(QIODevice& from, const QString& source, const QString& target, AxReadableBy readers,
+             const AxTransfer& transfer, QString& error, const AxBeforeRename& beforeRename)
+{
+    const QString real = AxRealPath(target);
+    if (QFileInfo(real).isDir()) {
+        error = Named(target, AxSealedFile::tr("This is a folder."));
+        return false;
+    }
+    Aside to(real);
+    if (!to.Make(readers, error)) {
+        error = Named(target, WriteError(error));
+        return false;
+    }
+    if (QFile::exists(real)) {
+        AxDisk::TakeOwner(to.file, real);
+        if (readers == AxReadableBy::Anyone)
+            to.file.setPermissions(QFile::permissions(real));
+    }
+    if (!transfer(from, to.file, error)) {
+        error = Named(source, error);
+        return false;
+    }
+    const qint64 written = to.file.pos();
+    if (!AxDisk::Sync(to.file, error) || to.file.size() != written) {
+        error = Named(target, WriteError(error));
+        return false;
+    }
+    if (beforeRename && !beforeRename(to.name, error))
+        return false;
+    from.close(); // on Windows an open file cannot be replaced
+    return to.Place(real, error);
+}
 } // namespace
 
 QString AxRealPath(const QString& path)
@@ -125,32 +159,19 @@ bool AxReplaceFile(const QString& source, const QString& target, AxReadableBy re
         error = Named(source, error);
         return false;
     }
-    const QString real = AxRealPath(target);
-    if (QFileInfo(real).isDir()) {
-        error = Named(target, AxSealedFile::tr("This is a folder."));
+    return Replace(from, source, target, readers, transfer, error, beforeRename);
+}
+
+bool AxReplaceFile(const QByteArray& contents, const QString& target, AxReadableBy readers, QString& error)
+{
+    QBuffer from;
+    from.setData(contents);
+    from.open(QIODevice::ReadOnly);
+    const AxTransfer write = [&contents](QIODevice&, QIODevice& to, QString& reason) {
+        if (to.write(contents) == contents.size())
+            return true;
+        reason = WriteError(to.errorString());
         return false;
-    }
-    Aside to(real);
-    if (!to.Make(readers, error)) {
-        error = Named(target, WriteError(error));
-        return false;
-    }
-    if (QFile::exists(real)) {
-        AxDisk::TakeOwner(to.file, real);
-        if (readers == AxReadableBy::Anyone)
-            to.file.setPermissions(QFile::permissions(real));
-    }
-    if (!transfer(from, to.file, error)) {
-        error = Named(source, error);
-        return false;
-    }
-    const qint64 written = to.file.pos();
-    if (!AxDisk::Sync(to.file, error) || to.file.size() != written) {
-        error = Named(target, WriteError(error));
-        return false;
-    }
-    if (beforeRename && !beforeRename(to.name, error))
-        return false;
-    from.close(); // on Windows an open file cannot be replaced
-    return to.Place(real, error);
+    };
+    return Replace(from, target, target, readers, write, error, {});
 }

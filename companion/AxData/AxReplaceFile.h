@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <functional>
@@ -24,6 +25,9 @@ enum class AxReadableBy
 /// was, and `error` names the file.
 bool AxReplaceFile(const QString& source, const QString& target, AxReadableBy readers,
                    const AxTransfer& transfer, QString& error, const AxBeforeRename& beforeRename = {});
+
+/// The same with contents that are at hand.
+bool AxReplaceFile(const QByteArray& contents, const QString& target, AxReadableBy readers, QString& error);
 
 /// Puts a file in another one's place, in one step that outlives a power cut.
 bool AxRename(const QString& from, const QString& to, QString& error);

@@ -2,6 +2,213 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AxExchange</name>
+    <message>
+        <source>Heights are metres above the home point. Its altitude, %1 m above the ellipsoid, is written as it is, but other programs take it for metres above the sea.</source>
+        <translation>高度为相对起降点的米数。起降点高程（椭球高 %1 米）按原值写入，但其他程序会将其视为海拔高度。</translation>
+    </message>
+    <message>
+        <source>Take-off and landing are not in the route; add them in the ground station.</source>
+        <translation>航线不含起飞和降落，请在地面站中添加。</translation>
+    </message>
+    <message>
+        <source>Where the camera looks is not in the file; set it on the aircraft.</source>
+        <translation>文件不含相机朝向，请在飞机上设置。</translation>
+    </message>
+    <message>
+        <source>The no-fly zones are not in the file, neither as a fence.</source>
+        <translation>文件不含禁飞区，也未写成围栏。</translation>
+    </message>
+    <message>
+        <source>%1 warnings of the route are not in the file.</source>
+        <translation>文件不含航线的 %1 条警告。</translation>
+    </message>
+    <message>
+        <source>the command or the frame is out of range</source>
+        <translation>命令或坐标系编号超出范围</translation>
+    </message>
+    <message>
+        <source>a value is infinite</source>
+        <translation>有一个值为无穷大</translation>
+    </message>
+    <message>
+        <source>the place is not on the globe</source>
+        <translation>该位置不在地球上</translation>
+    </message>
+    <message>
+        <source>the altitude is missing</source>
+        <translation>缺少高度</translation>
+    </message>
+    <message>
+        <source>The mission has no items.</source>
+        <translation>任务中没有任何项目。</translation>
+    </message>
+    <message>
+        <source>The mission has %1 items; with home no more than %2 are possible. Split the route.</source>
+        <translation>任务有 %1 项，连同起降点最多 %2 项。请拆分航线。</translation>
+    </message>
+    <message>
+        <source>Home is no place on the globe.</source>
+        <translation>起降点不在地球上。</translation>
+    </message>
+    <message>
+        <source>the item to jump to does not exist</source>
+        <translation>跳转目标不存在</translation>
+    </message>
+    <message>
+        <source>Item %1: %2.</source>
+        <translation>第 %1 项：%2。</translation>
+    </message>
+    <message>
+        <source>There is no route to write.</source>
+        <translation>没有可写入的航线。</translation>
+    </message>
+    <message>
+        <source>The route has no home point, and heights count from it. Set one first.</source>
+        <translation>航线没有起降点，而高度以其为基准。请先设置起降点。</translation>
+    </message>
+    <message>
+        <source>The format has no place for the name &quot;%1&quot;.</source>
+        <translation>该格式无法保存名称“%1”。</translation>
+    </message>
+    <message>
+        <source>Only the survey of an area can be a survey item. Write plain mission items.</source>
+        <translation>只有区域航测才能写成航测项目，请改写为普通任务项。</translation>
+    </message>
+    <message>
+        <source>QGroundControl flies the route as written until the survey is edited there; then it computes its own, with one height and its own turns.</source>
+        <translation>在 QGroundControl 中编辑该航测之前，按写入的航线飞行；编辑后它会重新计算，只用一个高度和它自己的转弯。</translation>
+    </message>
+    <message>
+        <source>The holes of the area are not in the survey item.</source>
+        <translation>航测项目不含区域中的孔洞。</translation>
+    </message>
+    <message>
+        <source>The survey item states only the first of the three directions.</source>
+        <translation>航测项目只写明三个方向中的第一个。</translation>
+    </message>
+    <message>
+        <source>The camera &quot;%1&quot; is written by its measures, as a custom camera.</source>
+        <translation>相机“%1”按其尺寸写为自定义相机。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no plan</source>
+        <translation>“%1”不是航飞计划</translation>
+    </message>
+    <message>
+        <source>Field %1: %2.</source>
+        <translation>字段 %1：%2。</translation>
+    </message>
+    <message>
+        <source>is no text</source>
+        <translation>不是文本</translation>
+    </message>
+    <message>
+        <source>is no number</source>
+        <translation>不是数字</translation>
+    </message>
+    <message>
+        <source>is neither true nor false</source>
+        <translation>既不是 true 也不是 false</translation>
+    </message>
+    <message>
+        <source>is no list</source>
+        <translation>不是列表</translation>
+    </message>
+    <message>
+        <source>is no object</source>
+        <translation>不是对象</translation>
+    </message>
+    <message>
+        <source>is missing</source>
+        <translation>缺失</translation>
+    </message>
+    <message>
+        <source>version %1 cannot be read</source>
+        <translation>无法读取版本 %1</translation>
+    </message>
+    <message>
+        <source>is no whole number</source>
+        <translation>不是整数</translation>
+    </message>
+    <message>
+        <source>%1 values instead of 3</source>
+        <translation>有 %1 个值，应为 3 个</translation>
+    </message>
+    <message>
+        <source>The plan does not say how high its home lies.</source>
+        <translation>计划未写明起降点的高程。</translation>
+    </message>
+    <message>
+        <source>items &quot;%1&quot; cannot be read</source>
+        <translation>无法读取“%1”类项目</translation>
+    </message>
+    <message>
+        <source>%1 values instead of 7</source>
+        <translation>有 %1 个值，应为 7 个</translation>
+    </message>
+    <message>
+        <source>no item has the number %1 to jump to</source>
+        <translation>没有编号为 %1 的跳转目标</translation>
+    </message>
+    <message>
+        <source>%1 fences of the plan are not taken over.</source>
+        <translation>未采用计划中的 %1 个围栏。</translation>
+    </message>
+    <message>
+        <source>%1 rally points of the plan are not taken over.</source>
+        <translation>未采用计划中的 %1 个集结点。</translation>
+    </message>
+    <message>
+        <source>Of a survey the items to fly are taken over, not the values it was computed from.</source>
+        <translation>航测只采用要飞行的项目，不采用其计算参数。</translation>
+    </message>
+    <message>
+        <source>Line %1: the file is no JSON or is cut off (%2).</source>
+        <translation>第 %1 行：文件不是 JSON 或不完整（%2）。</translation>
+    </message>
+    <message>
+        <source>The file is no plan.</source>
+        <translation>该文件不是航飞计划。</translation>
+    </message>
+    <message>
+        <source>A point of the route is no place on the globe.</source>
+        <translation>航线中有一个点不在地球上。</translation>
+    </message>
+    <message>
+        <source>Heights are written above the ellipsoid; programs that read KML take them for metres above the sea.</source>
+        <translation>高度以椭球高写入；读取 KML 的程序会将其视为海拔高度。</translation>
+    </message>
+    <message>
+        <source>%1 columns instead of %2</source>
+        <translation>有 %1 列，应为 %2 列</translation>
+    </message>
+    <message>
+        <source>%1 is no whole number: &quot;%2&quot;</source>
+        <translation>%1 不是整数：“%2”</translation>
+    </message>
+    <message>
+        <source>%1 is no number: &quot;%2&quot;</source>
+        <translation>%1 不是数字：“%2”</translation>
+    </message>
+    <message>
+        <source>item %1 where item %2 should be</source>
+        <translation>此处是第 %1 项，应为第 %2 项</translation>
+    </message>
+    <message>
+        <source>The format cannot leave a value to the autopilot, such as the heading at a waypoint; it is written as 0.</source>
+        <translation>该格式无法把某个值（如航点航向）留给自动驾驶仪决定，写为 0。</translation>
+    </message>
+    <message>
+        <source>Line 1: the file does not begin with &quot;%1&quot;.</source>
+        <translation>第 1 行：文件不以“%1”开头。</translation>
+    </message>
+    <message>
+        <source>Line %1: %2.</source>
+        <translation>第 %1 行：%2。</translation>
+    </message>
+</context>
+<context>
     <name>AxPlanner</name>
     <message>
         <source>Camera %1: &quot;%2&quot; is missing or wrong.</source>
