@@ -68,6 +68,14 @@
         <translation>航线没有起降点，而高度以其为基准。请先设置起降点。</translation>
     </message>
     <message>
+        <source>The altitude of %1 points is not known: they follow the terrain, or home&apos;s is left open.</source>
+        <translation>%1 个点的高度未知：它们随地形飞行，或起降点高程未写明。</translation>
+    </message>
+    <message>
+        <source>Altitudes are shown as the file states them; if another program made it, they count from the sea and not from the ellipsoid.</source>
+        <translation>高度按文件原值显示；如果文件由其他程序生成，则为海拔高度而非椭球高。</translation>
+    </message>
+    <message>
         <source>The format has no place for the name &quot;%1&quot;.</source>
         <translation>该格式无法保存名称“%1”。</translation>
     </message>

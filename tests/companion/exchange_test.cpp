@@ -1,3 +1,4 @@
+#include <AxData/exchange/AxMissionPoints.h>
 #include <AxData/exchange/AxQgcPlan.h>
 #include <AxData/exchange/AxRouteFiles.h>
 #include <AxData/exchange/AxWplFile.h>
@@ -117,6 +118,17 @@ TEST(Exchange, WhatIsWrittenAndReadAgainIsTheSame)
         const AxMissionRead survey = AxReadQgcPlan(AxWriteQgcSurvey(mission, route, request).data);
         ASSERT_TRUE(survey.fault.isEmpty()) << survey.fault.toStdString();
         expectSame(survey.mission, mission, false);
+        QStringList notes;
+        const std::vector<AxPlanPoint> points = AxPointsOf(survey.mission, notes);
+        ASSERT_EQ(points.size(), route.points.size());
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            EXPECT_EQ(points[i].pass, route.points[i].pass) << i;
+            EXPECT_EQ(points[i].role == AxPlanPoint::Role::PassEnd,
+                      route.points[i].role == AxPlanPoint::Role::PassEnd)
+                << i;
+            EXPECT_NEAR(points[i].altitude, route.points[i].altitude, 2e-3) << i;
+            EXPECT_NEAR(points[i].longitude, route.points[i].longitude, 1e-9) << i;
+        }
         EXPECT_EQ(survey.mission.surveyBegin, mission.surveyBegin);
         EXPECT_EQ(survey.mission.surveyEnd, mission.surveyEnd);
         EXPECT_EQ(survey.mission.isFixedWing, mission.isFixedWing);
@@ -165,6 +177,12 @@ TEST(Exchange, PlanMadeElsewhereIsReadWithItsJumpsAndWhatIsLeftOutIsTold)
     EXPECT_EQ(read.mission.items[1].params[0], 1.0) << "ids of a file need not count from 1";
     EXPECT_EQ(read.mission.speed, 18.5);
     EXPECT_EQ(read.notes.size(), 2) << "an open home altitude, two fences";
+    QStringList notes;
+    EXPECT_EQ(AxPointsOf(read.mission, notes).front().altitude, 700.0) << "above the sea, whatever home is";
+    AxMission overTerrain = read.mission;
+    overTerrain.items[0].frame = 10;
+    EXPECT_TRUE(std::isnan(AxPointsOf(overTerrain, notes).front().altitude)) << "never taken as safe";
+    EXPECT_EQ(notes.size(), 3);
     const QByteArray wpl = "\xEF\xBB\xBFQGC WPL 110\r\n0 1 0 16 0 0 0 0 47.5 8.5 600 1\r\n"
                            "1\t0\t3\t16\t0\t0\t0\t0\t4.76e1\t8.6\t100\t0\r\n\r\n";
     const AxMissionRead text = AxReadWpl(wpl);
