@@ -1,4 +1,5 @@
 // How long a route takes to plan: a pilot changes a value and sees the route change.
+#include <AxData/planner/AxPlanCoverage.h>
 #include <AxData/planner/AxPlanner.h>
 
 #include <benchmark/benchmark.h>
@@ -78,4 +79,18 @@ void Terrain(benchmark::State& state)
     plan(state, request);
 }
 BENCHMARK(Terrain)->Name("Plan/terrain")->Unit(benchmark::kMillisecond);
+
+/// What the photos really show of each 5 m of 10 square kilometres.
+void Coverage(benchmark::State& state)
+{
+    const AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
+    const AxPlanResult planned = AxPlanRoute(request);
+    const std::atomic<bool> isOff{false};
+    AxPlanCoverage coverage;
+    for (auto _ : state)
+        coverage = AxCoverageOf(request, planned, 5.0, isOff);
+    state.counters["cells"] = static_cast<double>(coverage.photos.size());
+    state.counters["least"] = coverage.leastPhotos;
+}
+BENCHMARK(Coverage)->Name("Plan/coverage")->Unit(benchmark::kMillisecond);
 } // namespace

@@ -1,6 +1,7 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxTask.h>
 #include <AxData/planner/AxPlanCameras.h>
+#include <AxData/planner/AxPlanCoverage.h>
 #include <AxData/planner/AxPlanner.h>
 #include <AxData/planner/AxPlanPlane.h>
 #include <AxData/planner/AxTurn.h>
@@ -376,6 +377,39 @@ TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
     AxPlanRequest tiny = RandomBlock(2).request;
     tiny.outline = {{0.0, 0.0}, {1e-5, 0.0}, {0.0, 1e-5}};
     EXPECT_EQ(AxPlanRoute(tiny).figures.passes, 1);
+}
+
+TEST(Planner, CountsThePhotosThatReallyShowAPieceOfGround)
+{
+    const std::atomic<bool> isOff{false};
+    AxPlanRequest request = RandomBlock(0).request; // with a hole
+    request.height = 100.0;
+    request.sideOverlap = 0.5;
+    request.forwardOverlap = 0.5;
+    const AxPlanCoverage flat = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
+    EXPECT_GE(flat.leastPhotos, 1);
+    const double sample = request.camera.SampleFrom(100.0);
+    EXPECT_NEAR(flat.coarsestSample, sample, 1e-6);
+    double sum = 0.0, inside = 0.0;
+    for (std::size_t i = 0; i < flat.photos.size(); ++i)
+        if (flat.isInside[i]) {
+            sum += flat.photos[i];
+            inside += 1.0;
+        }
+    EXPECT_NEAR(inside * 9.0, AxPlanRoute(request).figures.area, 0.02 * inside * 9.0);
+    EXPECT_NEAR(sum / inside, 4.0, 1.2) << "twice along and twice across";
+
+    // A plateau 60 m below the aircraft: fewer photos show it, and a basin more coarsely than the plain.
+    const double middle = request.outline[0].x();
+    request.ground = [middle](double longitude, double) { return longitude > middle ? 40.0 : -20.0; };
+    const AxPlanCoverage uneven = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
+    EXPECT_LT(uneven.leastPhotos, flat.leastPhotos + 1);
+    EXPECT_NEAR(uneven.coarsestSample, 1.2 * sample, 1e-6);
+    EXPECT_LE(uneven.coarsestSampleAt.x(), middle);
+    request.ground = [](double, double) { return std::optional<double>(); };
+    const AxPlanCoverage unknown = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
+    EXPECT_EQ(unknown.unknown, static_cast<int>(inside)) << "never taken as level ground";
+    EXPECT_EQ(unknown.leastPhotos, 0);
 }
 
 TEST(Planner, ATaskPlansItsBlockWithItsParameters)
