@@ -1,0 +1,98 @@
+// What is drawn of a route: its part, its heights, its colours, its markers and its label.
+#include "mission/routes/AxRouteRules.h"
+
+#include <gtest/gtest.h>
+
+using namespace AxRouteRules;
+
+TEST(RouteRules, ShowTheSubRouteOfTheDirectionAsSeenFromTheEntryPoint)
+{
+    struct
+    {
+        int size, entryPoint, direction, first, count;
+    } const rows[] = {{12, -1, 2, 0, 4}, {12, 4, 1, 0, 4}, {12, 0, 0, 0, 4}, {12, 1, 2, 8, 4},
+                      {12, 2, 0, 8, 4},  {12, 3, 2, 0, 4}, {12, 3, 1, 4, 4}, {13, 0, 2, 8, 4},
+                      {2, 0, 1, 0, 0},   {12, 0, 3, 0, 4}, {12, 2, -1, 0, 4}};
+    for (const auto& row : rows) {
+        const Range range = ThirdShown(row.size, row.entryPoint, row.direction);
+        EXPECT_TRUE(range.first == row.first && range.count == row.count)
+            << row.size << ", entry " << row.entryPoint << ", direction " << row.direction << ": "
+            << range.first << " and " << range.count;
+    }
+}
+
+TEST(RouteRules, LiftPointsWithoutAnAltitudeUnlessEachHasItsOwn)
+{
+    EXPECT_EQ(DrawnAltitude(0.9e-5, 120.0, TaskOblique), 120.0);
+    EXPECT_EQ(DrawnAltitude(1.1e-5, 120.0, TaskOblique), 1.1e-5);
+    EXPECT_EQ(DrawnAltitude(0.0, 120.0, TaskVariableHeight), 0.0);
+}
+
+TEST(RouteRules, ColourWhatWasFlownAndLeaveTheColoursOutWithoutIndices)
+{
+    const osg::Vec4f yellow(1, 1, 0, 1);
+    const auto colors = [&](auto add) {
+        Segments segments;
+        osg::Vec3d previous(1, 0, 0);
+        for (int i = 1; i < 5; ++i)
+            add(i, previous, osg::Vec3d(i + 1, 0, 0), segments);
+        EXPECT_EQ(segments.points.size(), 8u);
+        EXPECT_EQ(segments.points[5], osg::Vec3d(4, 0, 0));
+        std::string letters;
+        for (std::size_t i = 0; i < segments.colors.size(); i += 2)
+            letters +=
+                segments.colors[i] == segments.colors[i + 1] && segments.colors[i] == yellow ? 'y' : 'g';
+        return letters;
+    };
+    const auto byIndices = [&](int start, int end) {
+        return colors([=](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
+            AddByIndices(i, previous, current, start, end, yellow, segments);
+        });
+    };
+    EXPECT_EQ(byIndices(0, 0), "");
+    EXPECT_EQ(byIndices(-1, 3), "");
+    EXPECT_EQ(byIndices(1, 4), "gyyg");
+    const std::vector<osg::Vec3d> route{{179.8, 9, 0}, {179.9, 9, 0}, {-179.9, 9, 0}, {-179.8, 9, 0}};
+    EXPECT_EQ(SegmentNearest(route, {-179.95, 9.01, 500}), 2);
+    EXPECT_EQ(SegmentNearest({{1, 1, 0}}, {1, 1, 0}), 0);
+    EXPECT_EQ(colors([&](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
+                  AddByLastFlight(i, previous, current, 3, yellow, segments);
+              }),
+              "ggyy");
+
+    for (const bool hasFirst : {true, false}) {
+        Segments legs;
+        AddHomeLegs(hasFirst ? osg::Vec3d(1, 0, 0) : osg::Vec3d(9e-7, 0, 0), {2, 0, 0}, {3, 0, 0}, {4, 0, 0},
+                    yellow, legs);
+        EXPECT_EQ(legs.points.size(), hasFirst ? 6u : 4u);
+        EXPECT_EQ(legs.colors, std::vector<osg::Vec4f>(legs.points.size(), yellow));
+        EXPECT_EQ(legs.points.back(), osg::Vec3d(4, 0, 0));
+    }
+}
+
+TEST(RouteRules, TurnTheLabelByTheQuadrantOfTheRoute)
+{
+    struct
+    {
+        osg::Vec3d direction;
+        double heading;
+    } const rows[] = {{{1, 1, 0}, 315.0},  {{-1, 1, 0}, 45.0}, {{-1, -1, 0}, 135.0},
+                      {{1, -1, 0}, 225.0}, {{0, 1, 5}, 90.0},  {{0, -1, 0}, 90.0},
+                      {{1, 0, 0}, 180.0},  {{0, 0, 1}, 0.0},   {{0, 0, 0}, 0.0}};
+    for (const auto& row : rows)
+        EXPECT_NEAR(LabelHeading(row.direction), row.heading, 1e-6)
+            << row.direction.x() << ", " << row.direction.y();
+}
+
+TEST(RouteRules, FindMarkersAmongThePointsByAMillionthOfADegree)
+{
+    const QList<CAxVector3D> points{{10, 50, 100}, {11, 50, 200}, {10, 50, 300}};
+    const auto matches = MatchingMarkers(
+        points, {{7, {11 + 0.9e-6, 50, 0}}, {8, {11, 50 + 1.1e-6, 0}}, {9, {10, 50 - 0.9e-6, 0}}});
+    EXPECT_EQ(matches.keys(), (QList<int>{0, 2}));
+    EXPECT_EQ(matches[0].z(), 200.0);
+    EXPECT_EQ(matches[2].z(), 100.0) << "the first of several";
+    EXPECT_TRUE(MarkerIcon(2, 2).endsWith("Waypoint_Set_3sel_ic.png"));
+    EXPECT_TRUE(MarkerIcon(2, 1).endsWith("Waypoint_Set_3_ic.png"));
+    EXPECT_TRUE(MarkerIcon(4, 4).isEmpty());
+}
