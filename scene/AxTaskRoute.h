@@ -5,6 +5,7 @@
 
 #include <QString>
 
+class CAxHandleAdapter;
 class CAxTaskPolygon;
 class QObject;
 
@@ -16,6 +17,8 @@ public:
 
     /// The same as a Qt object, whose end can be heard of.
     virtual QObject& AsObject() = 0;
+    /// The object to which it was added. One whose deletion was undone is another object than before.
+    virtual void SetMapObject(CAxHandleAdapter* object) = 0;
     /// Of the task that it belongs to; unique within the block.
     virtual const QString& GetTaskID() const = 0;
     /// Where the aircraft takes off and lands: longitude, latitude, altitude; null until set.

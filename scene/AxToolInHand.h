@@ -25,6 +25,8 @@ public:
     virtual bool IsHandleHeld() const = 0;
     /// Whether an object is drawn or moved, or one of its handles is held.
     virtual bool IsBusy() const = 0;
+    /// The kind of host application, as the host has set it.
+    virtual int AppType() const = 0;
     /// Says that the press of the mouse belongs to an overlay.
     virtual void TakePress() = 0;
 };

@@ -1,6 +1,7 @@
 // The part of the map object that draws: shape, name and lock.
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
+#include "scene/base/AxSceneImage.h"
 #include "scene/shape/AxRingInPlane.h"
 #include "scene/shape/AxRingTriangles.h"
 #include "scene/shape/AxShapeClamp.h"
@@ -22,12 +23,10 @@
 #include <osgEarthAnnotation/LabelNode>
 #include <osgEarthSymbology/TextSymbol>
 
-#include <QImage>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 using osgEarth::Annotation::GeoPositionNode;
 using osgEarth::Annotation::LabelNode;
@@ -302,15 +301,7 @@ void CAxHandleAdapter::AddFillPrimitiveSet(osg::Geometry* geometry, int first, i
 
 osg::ref_ptr<osg::Image> CAxHandleAdapter::FromQImage(const QString& path)
 {
-    const QImage picture = QImage(path).convertToFormat(QImage::Format_RGBA8888).mirrored();
-    if (picture.isNull())
-        return {};
-    osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(picture.width(), picture.height(), 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    for (int row = 0; row < picture.height(); ++row)
-        std::memcpy(image->data(0, row), picture.constScanLine(row), image->getRowSizeInBytes());
-    image->setFileName(path.toStdString());
-    return image;
+    return AxSceneImage(path);
 }
 
 osg::Geometry* CAxHandleAdapter::FindDrawable(const std::string& name) const

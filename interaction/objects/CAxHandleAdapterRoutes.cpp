@@ -1,5 +1,6 @@
 // The part of the map object that keeps its routes.
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "scene/AxBlockObject.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxTaskRoute.h"
 
@@ -30,6 +31,7 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
     // Its maker may destroy it without a word.
     connect(&AxRouteOf(task)->AsObject(), &QObject::destroyed, this, [this, task] { letGoOf({task}); });
     d->tasks += task;
+    AxRouteOf(task)->SetMapObject(this);
     SetAnchorEditorEnabled(false);
     UpdateColor();
 }
@@ -84,4 +86,14 @@ void CAxHandleAdapter::SetTaskLandingMethod(bool downhill, const QString& taskID
 {
     if (AxTaskRoute* route = AxRouteOf(GetTask(taskID)))
         route->SetLandingMethod(downhill);
+}
+
+CAxBlock* AxBlockOf(CAxHandleAdapter* object)
+{
+    return object ? object->GetContainedBlock() : nullptr;
+}
+
+QObject* AxObjectOf(CAxHandleAdapter* object)
+{
+    return object;
 }

@@ -35,7 +35,7 @@ public:
     void SetMultiSelect(bool multi) { multiSelect = multi; }
     int SetMouseModifiers(int modKeyMask) override { return std::exchange(mouseModifiers, modKeyMask); }
     /// The kind of host application; kind 1 leaves the current object for a tool of the bar.
-    int AppType() const { return appType; }
+    int AppType() const override { return appType; }
     void SetAppType(int type) { appType = type; }
     /// Whether the press of the mouse belongs to an overlay.
     bool IsPressTaken() const { return isPressTaken; }

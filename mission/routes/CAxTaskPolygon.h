@@ -2,41 +2,163 @@
 #include "scene/AxTaskRoute.h"
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <AxAlgorthm/AxMissionTypes.h>
+#include <AxAlgorthm/CAxPoint2D.h>
 #include <AxAlgorthm/CAxVector3D.h>
 
+#include <osg/Geode>
+#include <osg/ref_ptr>
+#include <osg/Vec3d>
+#include <osg/Vec4f>
+#include <osgEarthAnnotation/PlaceNode>
+#include <osgEarthSymbology/Geometry>
+
+#include <QList>
+#include <QMap>
 #include <QObject>
+#include <QPair>
+#include <QPointer>
 #include <QString>
 
+#include <vector>
+
+class AxViewerParts;
+class AxWorldGeometry;
+class CAxBlock;
+class CAxEarthViewer;
+class CAxTask;
+
 /**
- * The route of one task, as the map object to whose block it belongs knows it:
- * which task, where it begins and where its aircraft lands. Owned by whoever
- * made it; the object lets go of it with RemoveTask(), or when it is destroyed.
- * GUI thread only.
+ * The route of one task of a block, drawn on the globe: its line, the legs from and to home, up to four
+ * markers of entry points, home, and the numbers of its points. The points themselves are the task's.
+ *
+ * Places are longitude and latitude in degrees and altitude in metres above the ellipsoid, unless they are
+ * called geocentric. Owned by whoever made it; its object lets go of it with RemoveTask(), or when it is
+ * destroyed. It may outlive its viewer and its object: without them it draws nothing. While its object is
+ * gone it is not shown; AddTask() of the object that comes in its place shows it again. GUI thread only.
  */
 class AXEARTHVIEWER_EXPORT CAxTaskPolygon : public QObject, public AxTaskRoute
 {
     Q_OBJECT
 public:
-    explicit CAxTaskPolygon(QObject* parent = nullptr);
+    CAxTaskPolygon(CAxEarthViewer* viewer, CAxHandleAdapter* adapter);
+    /// Its nodes leave the scene.
     ~CAxTaskPolygon() override;
 
-    /// Before it is added to a map object, which finds it by that ID.
+    QObject& AsObject() override { return *this; }
+    void SetMapObject(CAxHandleAdapter* object) override;
+
+    /// Which task of the block; unique from the start. Before it is added to a map object, which finds it by
+    /// that ID.
     void SetTaskID(const QString& id) { taskID = id; }
     const QString& GetTaskID() const override { return taskID; }
-    QObject& AsObject() override { return *this; }
-    /// Index of the chosen entry point, -1 when none was chosen.
-    void SetEntryPoint(int index) override { entryPoint = index; }
+
+    /// Draws the area of the task: its outline as longitude and latitude.
+    void CreateNode(const std::vector<CAxPoint2D>& outline);
+    /// Asks the task for its route and draws it, with its markers. Nothing without the block or the task.
+    /// When the parameters allow no route the operator is told by a box, during which events run.
+    void ComputerAirLine();
+    /// Draws these points as the route. None: nothing changes.
+    void CreateAirLine(const std::vector<CAxVector3D>& points);
+
+    /// Routes of variable height, one for each entry point: AddAirLineFlying() replaces the one of that
+    /// index, CreateAirLineFlying() draws the one of the entry point that is chosen, if there is one.
+    void CreateAirLineFlying();
+    void AddAirLineFlying(int index, const std::vector<CAxVector3D>& points);
+    void ClearAirLineFlying();
+    /// Geocentric places of their markers: replaces or inserts one; moves the markers there.
+    void AddAirLineMarkerFlying(int index, const osg::Vec3d& world);
+    void UpdateLineMarkerFlying();
+    /// Makes the markers' places anew from those points that are markers.
+    void CheckLineMarker(const QList<CAxVector3D>& points, const QList<QPair<int, CAxVector3D>>& markers);
+    /// Moves markers to geocentric places.
+    void UpdateLineMarker(const QMap<int, osg::Vec3d>& markers);
+
+    /// How the route is drawn: 0 as one line; otherwise by what has been flown of it, see SetLastPt() and
+    /// SetStartIndex().
+    void UpdateAirLine(int mode);
+    /// Where an interrupted flight stopped; 0, 0, 0 for none. What lies before it is grey.
+    void SetLastPt(const osg::Vec3d& place) { lastPoint = place; }
+    /// Without such a place: indices of the points between which the route is flown.
+    void SetStartIndex(int index) { startIndex = index; }
+    void SetEndIndex(int index) { endIndex = index; }
+    /// Whether home has no marker.
+    void SetHomeMarkerHidden(bool hidden) { homeMarkerHidden = hidden; }
+
+    /// Colours of the numbers of the points from `first` to `last`, and of their rims.
+    void UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim);
+    /// Those of one point; nothing when it has none.
+    void GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const;
+    /// Numbers the points of a geometry in place of those before.
+    void UpdatePointTxt(const osgEarth::Symbology::Geometry& points);
+
+    /// Shows or hides the route with all that belongs to it; the area of the task.
+    void SetAirLineVisible(bool visible);
+    void SetVisible(bool visible);
+
+    /// Index of the entry point, 0 to 3, -1 when none was chosen. Computes the route anew.
+    void SetEntryPoint(int index) override;
     int GetEntryPoint() const { return entryPoint; }
-    /// Where the aircraft takes off and lands: longitude, latitude, altitude; null until set.
-    void SetHomePoint(const CAxVector3D& position) override { homePoint = position; }
+    /// Where the aircraft takes off and lands, moved onto the ground where that is known; null until set.
+    /// Draws the route anew.
+    void SetHomePoint(const CAxVector3D& position) override;
     const CAxVector3D& GetHomePoint() const override { return homePoint; }
     /// Whether it glides down to its landing point.
-    void SetLandingMethod(bool downhill) override { landsDownhill = downhill; }
+    void SetLandingMethod(bool downhill) override;
     bool GetLandingMethod() const { return landsDownhill; }
 
+    /// The points of the route that is drawn; null until there is one.
+    osgEarth::Symbology::Geometry* GetGeometry() const { return airLine.get(); }
+    osg::Geode* GetAirLineNode() const { return airLineNode.get(); } ///< null until a route was drawn
+    osg::Geode* GetFeatureNode() const { return featureNode.get(); } ///< null until CreateNode()
+
+    /// Takes all its nodes out of the scene.
+    virtual void ClearFeatureNodeContained();
+
+private slots:
+    /// A button of the label chooses the direction: 1, 2, any other the third.
+    void slotAirLineOmniDirectional(int button, QString name);
+
 private:
+    CAxBlock* block() const;
+    osg::Vec3d world(const osg::Vec3d& place) const;
+    double flightHeight() const;
+    bool showsThird(CAxBlock& record) const;
+    ETaskType taskType() const;
+    std::vector<osg::Vec3d> drawnPoints() const;
+    void showFlown(AxWorldGeometry& drawable);
+    void createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
+    void showHome();
+    void addToScene(osg::Node* node) const;
+    std::vector<osg::Node*> routeNodes() const;
+
+    CAxEarthViewer* viewer; // while `parts` is there
+    QPointer<QObject> adapterAlive;
+    CAxHandleAdapter* adapter; // while `adapterAlive` is there
+    osg::ref_ptr<osg::Geode> featureNode;
+    osg::Vec4f fillColor{0.3450980f, 0.0f, 0.3450980f, 0.4f};
+    osg::Vec4f outlineColor;
+    osg::Vec4f lineColor;
+    osg::ref_ptr<osg::Geode> airLineNode;
+    osg::ref_ptr<osgEarth::Symbology::Geometry> airLine;
     QString taskID;
-    int entryPoint = -1;
     CAxVector3D homePoint;
+    osg::ref_ptr<osgEarth::Annotation::PlaceNode> markerNodes[4];
+    osg::ref_ptr<osgEarth::Annotation::PlaceNode> homeMarker;
+    int entryPoint = -1;
     bool landsDownhill = false;
+    int startIndex = 0;
+    int endIndex = 0;
+    osg::Vec3d lastPoint;
+    int drawingMode = 0;
+    bool homeMarkerHidden = false;
+    QMap<int, std::vector<CAxVector3D>> flyingRoutes;
+    QMap<int, osg::Vec3d> flyingMarkers; // geocentric
+
+    QPointer<AxViewerParts> parts;
+    QMetaObject::Connection adapterEnd;
+    osg::ref_ptr<osg::Group> textNode;
+    QMap<int, QPair<osg::Vec4f, osg::Vec4f>> pointColors; // of texts that have others than the rest
+    bool airLineVisible = true;
+    bool areaVisible = true;
 };

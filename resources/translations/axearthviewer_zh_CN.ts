@@ -971,6 +971,17 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
+    <name>CAxTaskPolygon</name>
+    <message>
+        <source>The %1 route parameter error,Please delete the current route and try again.</source>
+        <translation>%1 航线参数错误，请删除当前航线后重试。</translation>
+    </message>
+    <message>
+        <source>MissionDesk</source>
+        <translation>MissionDesk</translation>
+    </message>
+</context>
+<context>
     <name>ZonePanel</name>
     <message>
         <source>No-fly &amp;zones</source>

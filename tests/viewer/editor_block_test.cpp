@@ -152,7 +152,7 @@ TEST_F(EditorOfBlock, HandlesFollowVerticesFromOutside)
 
 TEST_F(EditorOfBlock, RoutesAndHidingEndItsEditAndGiveTheHandlesBack)
 {
-    CAxTaskPolygon route;
+    CAxTaskPolygon route(viewer, block);
     for (const bool isHidden : {true, false}) {
         block->GetAnchor()[0].x() += 0.01;
         block->HandleMoved(0.01, 0.0, 0.0);
@@ -164,7 +164,7 @@ TEST_F(EditorOfBlock, RoutesAndHidingEndItsEditAndGiveTheHandlesBack)
         EXPECT_NE(block->GetAnchorEditor(), nullptr);
     }
     {
-        CAxTaskPolygon dying;
+        CAxTaskPolygon dying(viewer, block);
         block->AddTask(&dying);
         EXPECT_EQ(block->GetAnchorEditor(), nullptr);
     }

@@ -26,8 +26,8 @@ TEST_F(Deletion, IsOneStepThatBringsAllBack)
     CAxBlock* record = Blocks().GetBlock("first");
     record->SetBlockName("A && B");
     CAxTask* task = record->AddTask(std::make_unique<CAxTask>("task", "Task", record->GetTaskPara()));
-    CAxTaskPolygon kept;
-    auto dropped = std::make_unique<CAxTaskPolygon>();
+    CAxTaskPolygon kept(viewer, viewer->FindExistNode("first"));
+    auto dropped = std::make_unique<CAxTaskPolygon>(viewer, viewer->FindExistNode("first"));
     for (CAxTaskPolygon* route : {&kept, dropped.get()})
         viewer->FindExistNode("first")->AddTask(route);
     viewer->slotBlockVisible("hidden", false);

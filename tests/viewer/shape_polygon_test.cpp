@@ -344,7 +344,7 @@ TEST_F(PolygonBlock, ItsDialogShowsTheAreaAndRenames)
         EXPECT_EQ(QString::fromStdString(block->GetNameLabel()->text()), shown);
     }
 
-    CAxTaskPolygon route;
+    CAxTaskPolygon route(viewer, block);
     block->AddTask(&route);
     ModalBox none;
     block->ResponseDoubleClickOnBlock();
@@ -372,7 +372,7 @@ TEST_F(PolygonBlock, TellsItsMiddleAndItsHeights)
 TEST_F(PolygonBlock, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
 {
     CAx3DGeometry* block = Import("block", square);
-    CAxTaskPolygon route;
+    CAxTaskPolygon route(viewer, block);
     block->AddTask(&route);
     for (const char* why : {"routes", "locked", "locked while it is open"}) {
         SCOPED_TRACE(why);

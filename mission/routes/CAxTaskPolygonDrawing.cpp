@@ -1,0 +1,348 @@
+// The nodes of a route.
+#include "mission/routes/AxRouteGeometry.h"
+#include "mission/routes/AxRouteRules.h"
+#include "mission/routes/CAxTaskPolygon.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxSceneImage.h"
+#include "scene/shape/AxWorldGeometry.h"
+
+#include <AxData/CAxTask.h>
+
+#include <osg/Group>
+#include <osgEarth/GeoData>
+#include <osgEarth/MapNode>
+#include <osgEarth/ScreenSpaceLayout>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthSymbology/AltitudeSymbol>
+#include <osgEarthSymbology/Color>
+#include <osgEarthSymbology/IconSymbol>
+#include <osgEarthSymbology/TextSymbol>
+
+#include <algorithm>
+#include <string>
+
+using osgEarth::Annotation::LabelNode;
+using osgEarth::Annotation::PlaceNode;
+using osgEarth::Symbology::AltitudeSymbol;
+using osgEarth::Symbology::Color;
+using osgEarth::Symbology::Geometry;
+using osgEarth::Symbology::IconSymbol;
+using osgEarth::Symbology::LineString;
+using osgEarth::Symbology::Style;
+using osgEarth::Symbology::TextSymbol;
+
+namespace {
+constexpr float routeWidth = 2.0f; // pixels
+// Hosts find the area of a task by this mask.
+constexpr osg::Node::NodeMask areaMask = 0x1234;
+constexpr float pointTextPixels = 12.0f;
+const osg::Vec4f pointTextColor(1.0f, 1.0f, 1.0f, 1.0f);
+const osg::Vec4f pointRimColor(0.1f, 0.1f, 0.1f, 1.0f);
+// Over the numbers of points; home and entry points are never left out for them.
+constexpr float markerPriority = 100.0f;
+
+Style PointTextStyle(const QPair<osg::Vec4f, osg::Vec4f>& colors)
+{
+    Style style;
+    auto* text = style.getOrCreate<TextSymbol>();
+    text->font() = "msyh.ttc";
+    text->size() = pointTextPixels;
+    text->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
+    text->pixelOffset() = osg::Vec2s(4, 4);
+    text->fill()->color() = Color(colors.first);
+    text->halo()->color() = Color(colors.second);
+    return style;
+}
+
+osg::ref_ptr<PlaceNode> MakeMarker(const AxScene& scene, const osgEarth::GeoPoint& place, const QString& icon,
+                                   double liftMetres)
+{
+    Style style;
+    auto* symbol = style.getOrCreate<IconSymbol>();
+    symbol->alignment() = IconSymbol::ALIGN_CENTER_BOTTOM;
+    symbol->declutter() = false;
+    if (liftMetres > 0.0)
+        style.getOrCreate<AltitudeSymbol>()->verticalOffset() =
+            osgEarth::Symbology::NumericExpression(liftMetres);
+    osg::ref_ptr<PlaceNode> marker =
+        new PlaceNode(scene.MapNode(), place, AxSceneImage(icon), std::string(), style);
+    marker->setDynamic(true);
+    marker->setPriority(markerPriority);
+    return marker;
+}
+
+void SetIcon(PlaceNode& marker, const QString& path)
+{
+    if (!marker.getIconImage() || marker.getIconImage()->getFileName() != path.toStdString())
+        marker.setIconImage(AxSceneImage(path));
+}
+
+void LeaveScene(osg::Node* node)
+{
+    while (node && node->getNumParents() > 0)
+        node->getParent(0)->removeChild(node);
+}
+
+AxWorldGeometry* RouteDrawable(const osg::Geode* node)
+{
+    return node && node->getNumDrawables() > 0
+               ? dynamic_cast<AxWorldGeometry*>(const_cast<osg::Drawable*>(node->getDrawable(0)))
+               : nullptr;
+}
+} // namespace
+
+osg::Vec3d CAxTaskPolygon::world(const osg::Vec3d& place) const
+{
+    osg::Vec3d geocentric;
+    const osgEarth::SpatialReference* srs = parts ? parts->Scene().MapSRS() : nullptr;
+    if (srs)
+        osgEarth::GeoPoint(srs->getGeographicSRS(), place, osgEarth::ALTMODE_ABSOLUTE).toWorld(geocentric);
+    return geocentric;
+}
+
+// Nodes of an object that is gone wait for the one that comes in its place.
+void CAxTaskPolygon::addToScene(osg::Node* node) const
+{
+    osg::Group* group = parts ? parts->Scene().DrawGroup() : nullptr;
+    if (node && group && (!adapter || adapterAlive) && !group->containsNode(node))
+        group->addChild(node);
+}
+
+std::vector<osg::Node*> CAxTaskPolygon::routeNodes() const
+{
+    std::vector<osg::Node*> nodes{airLineNode.get(), textNode.get(), homeMarker.get()};
+    for (const auto& marker : markerNodes)
+        nodes.push_back(marker.get());
+    return nodes;
+}
+
+void CAxTaskPolygon::ClearFeatureNodeContained()
+{
+    LeaveScene(featureNode);
+    for (osg::Node* node : routeNodes())
+        LeaveScene(node);
+}
+
+void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
+{
+    if (!parts || !parts->Scene().DrawGroup())
+        return;
+    if (!featureNode)
+        featureNode = new osg::Geode;
+    featureNode->removeDrawables(0, featureNode->getNumDrawables());
+    std::vector<osg::Vec3d> ring;
+    const double height = flightHeight();
+    for (const CAxPoint2D& point : outline)
+        ring.push_back(world({point.x(), point.y(), height}));
+    featureNode->addDrawable(AxRouteGeometry::Create(outlineColor, fillColor, routeWidth, ring, true,
+                                                     AxRouteGeometry::LineLoop, osg::Array::BIND_PER_VERTEX));
+    SetVisible(areaVisible);
+    addToScene(featureNode);
+}
+
+void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
+{
+    if (points.empty() || !parts || !parts->Scene().DrawGroup())
+        return;
+    if (!airLine)
+        airLine = new LineString;
+    airLine->clear();
+    for (const CAxVector3D& point : points)
+        airLine->push_back(point.x(), point.y(), point.z());
+    lineColor = Color::Yellow;
+    if (airLineNode) {
+        addToScene(airLineNode);
+        return UpdateAirLine(drawingMode);
+    }
+    airLineNode = new osg::Geode;
+    airLineNode->setName("Task Polygon");
+    osg::ref_ptr<AxWorldGeometry> drawable =
+        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, drawnPoints(), false,
+                                AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
+    drawable->setName("Feature");
+    airLineNode->addDrawable(drawable);
+    SetAirLineVisible(airLineVisible);
+    addToScene(airLineNode);
+    if (drawingMode != 0)
+        return UpdateAirLine(drawingMode);
+    UpdatePointTxt(*airLine);
+}
+
+// Geocentric, of the whole line with its ways from and to home.
+std::vector<osg::Vec3d> CAxTaskPolygon::drawnPoints() const
+{
+    const double height = flightHeight();
+    const ETaskType type = taskType();
+    const bool hasHome = !homePoint.isNull();
+    const osg::Vec3d aboveHome = world({homePoint.x(), homePoint.y(), height});
+    std::vector<osg::Vec3d> points;
+    if (hasHome)
+        points.push_back(aboveHome);
+    for (const osg::Vec3d& point : *airLine)
+        points.push_back(world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)}));
+    if (hasHome) {
+        points.push_back(aboveHome);
+        points.push_back(world({homePoint.x(), homePoint.y(), homePoint.z()}));
+    }
+    return points;
+}
+
+void CAxTaskPolygon::UpdateAirLine(int mode)
+{
+    drawingMode = mode;
+    AxWorldGeometry* drawable = RouteDrawable(airLineNode);
+    if (!drawable || !airLine || airLine->empty() || !parts || !parts->Scene().MapSRS())
+        return;
+    if (mode == 0) {
+        const std::vector<osg::Vec3d> points = drawnPoints();
+        AxRouteGeometry::SetPoints(*drawable, points, osg::Array::BIND_PER_VERTEX);
+        AxRouteGeometry::AddEdgePrimitiveSet(*drawable, 0, static_cast<unsigned>(points.size()), lineColor,
+                                             AxRouteGeometry::LineStrip);
+    } else {
+        showFlown(*drawable);
+    }
+    UpdatePointTxt(*airLine);
+}
+
+void CAxTaskPolygon::showFlown(AxWorldGeometry& drawable)
+{
+    const double height = flightHeight();
+    const ETaskType type = taskType();
+    const bool isNewFlight = AxRouteRules::IsNoPlace(lastPoint);
+    const int stoppedIn = isNewFlight ? 0 : AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint);
+    AxRouteRules::Segments segments;
+    osg::Vec3d first, previous;
+    for (int i = 0; i < static_cast<int>(airLine->size()); ++i) {
+        const osg::Vec3d& point = (*airLine)[static_cast<std::size_t>(i)];
+        const osg::Vec3d current =
+            world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)});
+        if (i == 0)
+            first = previous = current;
+        else if (isNewFlight)
+            AxRouteRules::AddByIndices(i, previous, current, startIndex, endIndex, lineColor, segments);
+        else
+            AxRouteRules::AddByLastFlight(i, previous, current, stoppedIn, lineColor, segments);
+    }
+    if (!homePoint.isNull())
+        AxRouteRules::AddHomeLegs(first, previous, world({homePoint.x(), homePoint.y(), height}),
+                                  world({homePoint.x(), homePoint.y(), homePoint.z()}), lineColor, segments);
+    AxRouteGeometry::SetPoints(drawable, segments.points, osg::Array::BIND_PER_VERTEX);
+    AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<int>(segments.points.size()),
+                                         segments.colors, lineColor);
+}
+
+void CAxTaskPolygon::createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)
+{
+    if (markers.isEmpty() || !parts || !parts->Scene().MapNode())
+        return;
+    for (int i = 0; i < 4; ++i) {
+        osg::ref_ptr<PlaceNode>& node = markerNodes[i];
+        if (i >= markers.size()) {
+            LeaveScene(node);
+            node = nullptr;
+            continue;
+        }
+        const CAxVector3D& marker = markers[i].second;
+        const osg::Vec3d place(marker.x(), marker.y(), height);
+        const osgEarth::GeoPoint position(parts->Scene().MapSRS()->getGeographicSRS(), place,
+                                          osgEarth::ALTMODE_ABSOLUTE);
+        const QString icon = AxRouteRules::MarkerIcon(i, entryPoint);
+        if (!node)
+            node = MakeMarker(parts->Scene(), position, icon, 0.0);
+        node->setPosition(position);
+        SetIcon(*node, icon);
+        addToScene(node);
+        AddAirLineMarkerFlying(i, world(place));
+    }
+    SetAirLineVisible(airLineVisible);
+}
+
+void CAxTaskPolygon::UpdateLineMarker(const QMap<int, osg::Vec3d>& markers)
+{
+    const osgEarth::SpatialReference* srs = parts ? parts->Scene().MapSRS() : nullptr;
+    for (auto marker = markers.begin(); srs && marker != markers.end(); ++marker) {
+        osgEarth::GeoPoint place;
+        if (marker.key() >= 0 && marker.key() < 4 && markerNodes[marker.key()] &&
+            place.fromWorld(srs->getGeographicSRS(), *marker))
+            markerNodes[marker.key()]->setPosition(place);
+    }
+}
+
+void CAxTaskPolygon::showHome()
+{
+    if (homePoint.isNull() || homeMarkerHidden || !parts || !parts->Scene().MapNode()) {
+        LeaveScene(homeMarker);
+        homeMarker = nullptr;
+        return;
+    }
+    const osgEarth::GeoPoint place(parts->Scene().MapSRS()->getGeographicSRS(),
+                                   osg::Vec3d(homePoint.x(), homePoint.y(), homePoint.z()),
+                                   osgEarth::ALTMODE_ABSOLUTE);
+    const QString icon = AxRouteRules::HomeIcon(landsDownhill);
+    if (!homeMarker)
+        homeMarker = MakeMarker(parts->Scene(), place, icon, 0.1);
+    homeMarker->setPosition(place);
+    SetIcon(*homeMarker, icon);
+    SetAirLineVisible(airLineVisible);
+    addToScene(homeMarker);
+}
+
+void CAxTaskPolygon::UpdatePointTxt(const Geometry& points)
+{
+    osgEarth::MapNode* map = parts ? parts->Scene().MapNode() : nullptr;
+    if (!map)
+        return;
+    if (!textNode)
+        textNode = new osg::Group;
+    textNode->removeChildren(0, textNode->getNumChildren());
+    const double height = flightHeight();
+    const ETaskType type = taskType();
+    const auto plain = qMakePair(pointTextColor, pointRimColor);
+    for (int i = 0; i < static_cast<int>(points.size()); ++i) {
+        const osg::Vec3d& point = points[static_cast<std::size_t>(i)];
+        const osgEarth::GeoPoint place(parts->Scene().MapSRS()->getGeographicSRS(), point.x(), point.y(),
+                                       AxRouteRules::DrawnAltitude(point.z(), height, type),
+                                       osgEarth::ALTMODE_ABSOLUTE);
+        textNode->addChild(
+            new LabelNode(map, place, std::to_string(i + 1), PointTextStyle(pointColors.value(i, plain))));
+    }
+    SetAirLineVisible(airLineVisible);
+    addToScene(textNode);
+}
+
+void CAxTaskPolygon::UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim)
+{
+    const int count = textNode ? static_cast<int>(textNode->getNumChildren()) : 0;
+    for (int i = std::max(first, 0); i <= std::min(last, count - 1); ++i) {
+        pointColors[i] = qMakePair(text, rim);
+        if (auto* label = dynamic_cast<LabelNode*>(textNode->getChild(static_cast<unsigned>(i)))) {
+            label->setStyle(PointTextStyle(pointColors[i]));
+            osgEarth::ScreenSpaceLayout::activate(label->getOrCreateStateSet());
+        }
+    }
+}
+
+void CAxTaskPolygon::GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const
+{
+    if (index < 0 || !textNode || index >= static_cast<int>(textNode->getNumChildren()))
+        return;
+    const auto colors = pointColors.value(index, qMakePair(pointTextColor, pointRimColor));
+    text = colors.first;
+    rim = colors.second;
+}
+
+void CAxTaskPolygon::SetAirLineVisible(bool visible)
+{
+    airLineVisible = visible;
+    for (osg::Node* node : routeNodes())
+        if (node)
+            node->setNodeMask(visible ? ~0u : 0u);
+}
+
+void CAxTaskPolygon::SetVisible(bool visible)
+{
+    areaVisible = visible;
+    if (featureNode)
+        featureNode->setNodeMask(visible ? areaMask : 0u);
+}

@@ -1,0 +1,11 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <osg/Image>
+#include <osg/ref_ptr>
+
+#include <QString>
+
+/// A picture of Qt's resources, or a file, for the scene: rows from below, red, green, blue, alpha, with the
+/// path as its file name. Null when it cannot be read.
+AXEARTHVIEWER_EXPORT osg::ref_ptr<osg::Image> AxSceneImage(const QString& path);

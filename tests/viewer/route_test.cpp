@@ -1,0 +1,150 @@
+// The route of a task, over its block.
+#include "ShapeFixture.h"
+
+#include "mission/routes/CAxTaskPolygon.h"
+
+#include <AxData/CAxTask.h>
+
+#include <osg/Group>
+
+namespace {
+/// Nine points, in three sub-routes of a latitude each.
+struct PlannedTask : CAxTask
+{
+    using CAxTask::CAxTask;
+    QList<CAxVector3D> ComputeRoute(int, QList<QPair<int, CAxVector3D>>& markers, CAxBlock::EBlockType, int,
+                                    int) override
+    {
+        QList<CAxVector3D> route;
+        for (int i = 0; i < points; ++i)
+            route += CAxVector3D(9.0 + i / 3, 18.5 + i % 3, i == 1 ? 5000.0 : 0.0);
+        for (int i = 0; i < 4; ++i)
+            markers += {i, route.value(2 * i)};
+        return route;
+    }
+    int points = 9;
+};
+
+class RouteOnMap : public ShapeFixture
+{
+protected:
+    void SetUp() override
+    {
+        ShapeFixture::SetUp();
+        block = Import("block", square);
+        record = block->GetContainedBlock();
+        task = static_cast<PlannedTask*>(
+            record->AddTask(std::make_unique<PlannedTask>("task", "Noon", record->GetTaskPara())));
+        record->SetAverageAltitude(100.0);
+        record->GetTaskPara()->GetAirLineParam()->SetRelativeFlyHeight(200.0);
+        route = std::make_unique<CAxTaskPolygon>(viewer, block);
+        route->SetTaskID("task");
+        block->AddTask(route.get());
+        others = viewer->GetDrawNodeGroup()->getNumChildren();
+    }
+    void TearDown() override
+    {
+        route.reset();
+        ShapeFixture::TearDown();
+    }
+
+    osg::Geometry* Drawn() const { return route->GetAirLineNode()->getDrawable(0)->asGeometry(); }
+    unsigned Nodes() const { return viewer->GetDrawNodeGroup()->getNumChildren() - others; }
+
+    CAx3DGeometry* block = nullptr;
+    CAxBlock* record = nullptr;
+    PlannedTask* task = nullptr;
+    std::unique_ptr<CAxTaskPolygon> route;
+    unsigned others = 0;
+};
+} // namespace
+
+TEST_F(RouteOnMap, IsDrawnAtTheFlightHeightWithHomeMarkersAndWhatWasFlown)
+{
+    route->SetEntryPoint(1);
+    ASSERT_TRUE(route->GetAirLineNode());
+    EXPECT_EQ(route->GetAirLineNode()->getName(), "Task Polygon");
+    EXPECT_EQ(Drawn()->getName(), "Feature");
+    ASSERT_EQ(route->GetGeometry()->size(), 9u);
+    EXPECT_EQ((*route->GetGeometry())[1], osg::Vec3d(19.5, 9.0, 300.0)) << "longitude first";
+    EXPECT_EQ(Drawn()->getVertexArray()->getNumElements(), 9u);
+    EXPECT_EQ(Nodes(), 6u) << "line, numbers, markers";
+
+    route->SetHomePoint({20.0, 7.0, 0.0});
+    EXPECT_EQ(Drawn()->getVertexArray()->getNumElements(), 12u) << "from above home, and back down to it";
+    EXPECT_EQ(Nodes(), 7u);
+    if (const QByteArray file = qgetenv("AX_ROUTE_PICTURE"); !file.isEmpty()) {
+        WaitForPicture();
+        viewer->GetCurrViewerImg().save(QString::fromLocal8Bit(file));
+    }
+    route->UpdateAirLine(1);
+    EXPECT_EQ(Drawn()->getVertexArray()->getNumElements(), 22u);
+    EXPECT_EQ(Drawn()->getColorArray()->getNumElements(), 6u) << "without indices the legs alone have one";
+    EXPECT_GE(Drawn()->getColorArray()->getTotalDataSize(), 22u * sizeof(osg::Vec4f));
+    WaitForPicture();
+    route->SetStartIndex(2);
+    route->SetEndIndex(5);
+    route->UpdateAirLine(1);
+    EXPECT_EQ(Drawn()->getColorArray()->getNumElements(), 22u);
+
+    route->CreateNode({{18, 8}, {22, 8}, {20, 9}, {22, 12}, {18, 12}});
+    EXPECT_EQ(route->GetFeatureNode()->getNodeMask(), 0x1234u);
+    route->SetVisible(false);
+    route->SetAirLineVisible(false);
+    EXPECT_EQ(route->GetFeatureNode()->getNodeMask() | route->GetAirLineNode()->getNodeMask(), 0u);
+    route->ClearFeatureNodeContained();
+    EXPECT_EQ(Nodes(), 0u);
+}
+
+TEST_F(RouteOnMap, ShowsTheSubRouteOfItsOwnDirection)
+{
+    CAxTaskPara* para = record->GetTaskPara();
+    para->SetCameraType(CameraOblique);
+    para->GetExtendedTaskParam()->SetTaskType(TaskOblique);
+    para->GetExtendedTaskParam()->SetFlyingMode(CAxExtendedTaskParam::ThreeDirections);
+    for (const auto& [entryPoint, button, latitude] :
+         {std::tuple{0, 1, 9.0}, {0, 2, 10.0}, {0, 3, 11.0}, {2, 1, 11.0}, {3, 7, 9.0}, {-1, 2, 9.0}}) {
+        QMetaObject::invokeMethod(route.get(), "slotAirLineOmniDirectional", Q_ARG(int, button),
+                                  Q_ARG(QString, QString()));
+        route->SetEntryPoint(entryPoint);
+        ASSERT_EQ(route->GetGeometry()->size(), 3u);
+        EXPECT_EQ((*route->GetGeometry())[0].y(), latitude) << entryPoint << ", button " << button;
+    }
+    EXPECT_EQ(para->GetExtendedTaskParam()->direction, 0) << "of tasks to come";
+    para->GetExtendedTaskParam()->SetTaskType(TaskVariableHeight);
+    route->ComputerAirLine();
+    EXPECT_EQ((*route->GetGeometry())[1].z(), 5000.0);
+    EXPECT_EQ((*route->GetGeometry())[2].z(), 0.0);
+}
+
+TEST_F(RouteOnMap, TellsOfARouteThatCannotBeAndMayBeDestroyedMeanwhile)
+{
+    task->points = 0;
+    ModalBox box;
+    box.answers = {[this](QDialog& dialog) {
+        route.reset();
+        EXPECT_TRUE(viewer->DeleteBlocks({"block"}).contains("block"));
+        dialog.accept();
+    }};
+    route->SetEntryPoint(0);
+    EXPECT_EQ(box.title, "MissionDesk");
+    EXPECT_TRUE(
+        box.texts.contains("The Noon route parameter error,Please delete the current route and try again."));
+    EXPECT_EQ(box.buttons.size(), 1);
+}
+
+TEST_F(RouteOnMap, GoesAndComesBackWithItsBlock)
+{
+    route->SetEntryPoint(0);
+    viewer->DeleteBlocks({"block"});
+    EXPECT_EQ(findNode(Root(), "Task Polygon"), nullptr);
+    route->SetEntryPoint(1);
+    viewer->GetUndoStack()->undo();
+    EXPECT_NE(findNode(Root(), "Task Polygon"), nullptr);
+    task->points = 6;
+    route->SetEntryPoint(2);
+    EXPECT_EQ(route->GetGeometry()->size(), 6u) << "of the object that came in its place";
+    record->RemoveTask("task");
+    route->SetEntryPoint(0);
+    EXPECT_EQ(route->GetGeometry()->size(), 6u);
+}
