@@ -2,6 +2,7 @@
 #include <AxData/CAxTask.h>
 #include <AxData/planner/AxPlanCameras.h>
 #include <AxData/planner/AxPlanCoverage.h>
+#include <AxData/planner/AxPlanFlights.h>
 #include <AxData/planner/AxPlanner.h>
 #include <AxData/planner/AxPlanPlane.h>
 #include <AxData/planner/AxTurn.h>
@@ -410,6 +411,40 @@ TEST(Planner, CountsThePhotosThatReallyShowAPieceOfGround)
     const AxPlanCoverage unknown = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
     EXPECT_EQ(unknown.unknown, static_cast<int>(inside)) << "never taken as level ground";
     EXPECT_EQ(unknown.leastPhotos, 0);
+}
+
+TEST(Planner, SplitsIntoFlightsAndLosesNoPhoto)
+{
+    for (unsigned seed = 0; seed < 12; ++seed) {
+        SCOPED_TRACE(seed);
+        AxPlanRequest request = RandomBlock(seed).request;
+        request.home = request.outline[0];
+        request.windSpeed = 5.0;
+        request.windFrom = 240.0;
+        const AxPlanResult plan = AxPlanRoute(request);
+        // From half of a pass to several passes a flight.
+        for (const double share : {0.02, 0.2, 0.7, 2.0}) {
+            request.aircraft.endurance = 600.0 + share * plan.figures.seconds;
+            const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(request, plan);
+            ASSERT_FALSE(flights.empty());
+            if (share == 2.0) {
+                EXPECT_EQ(flights.size(), 1u);
+            }
+            if (plan.figures.seconds > request.aircraft.endurance) {
+                EXPECT_GT(flights.size(), 1u);
+            }
+            std::size_t photos = 0;
+            for (const AxPlanFlight& flight : flights) {
+                EXPECT_LE(flight.seconds, request.aircraft.endurance);
+                for (const AxPlanPhoto& photo : flight.photos)
+                    EXPECT_EQ(photo.longitude, plan.photos[photos++].longitude);
+            }
+            EXPECT_EQ(photos, plan.photos.size());
+            EXPECT_EQ(flights.back().points.back().longitude, plan.points.back().longitude);
+        }
+        request.home = QPointF(request.outline[0].x(), request.outline[0].y() - 3.0);
+        EXPECT_TRUE(AxSplitIntoFlights(request, plan).empty()) << "too far away";
+    }
 }
 
 TEST(Planner, ATaskPlansItsBlockWithItsParameters)

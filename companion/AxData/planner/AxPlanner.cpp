@@ -1,6 +1,7 @@
 #include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxMath.h>
+#include <AxData/planner/AxGroundSpeed.h>
 #include <AxData/planner/AxPlanAltitudes.h>
 #include <AxData/planner/AxPlanCheck.h>
 #include <AxData/planner/AxPlanner.h>
@@ -169,21 +170,11 @@ private:
         return TakePhotos(route, passesBefore);
     }
 
-    /// Metres a second over ground, on a course in the plane.
-    double GroundSpeed(double course) const
-    {
-        const double towards = 0.5 * PI - DegreeToRadians(request.windFrom + 180.0);
-        const double along = request.windSpeed * std::cos(towards - course);
-        const double across = request.windSpeed * std::sin(towards - course);
-        return std::sqrt(request.aircraft.speed * request.aircraft.speed - across * across) + along;
-    }
-
     void AddLeg(const AxRoutePlace& from, const AxRoutePlace& to)
     {
         const double ground = AxApart(from.place, to.place);
         const double length = std::hypot(ground, to.altitude - from.altitude);
-        const double course = std::atan2(to.place.y() - from.place.y(), to.place.x() - from.place.x());
-        const double speed = GroundSpeed(course);
+        const double speed = AxGroundSpeed(request, from.place, to.place);
         result.figures.length += length;
         result.figures.seconds += length / speed;
         if (from.pass >= 0 && from.pass == to.pass)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <AxData/AxDataExport.h>
+#include <AxData/planner/AxPlanRequest.h>
+#include <AxData/planner/AxPlanResult.h>
+
+#include <vector>
+
+/// A part of a route that is flown in one go. Where it ends within a pass, the next one resumes at that very
+/// place.
+struct AXDATA_EXPORT AxPlanFlight
+{
+    std::vector<AxPlanPoint> points;
+    std::vector<AxPlanPhoto> photos;
+    double seconds = 0.0; ///< with the way from and to home
+};
+
+/// Splits a route by the aircraft's endurance, in the wind of the request; each flight begins and ends at
+/// home, or where there is none at its own ends. It ends after the last pass that can be flown whole, and
+/// within a pass only where that pass alone is too long. Every photo belongs to one flight. Empty when some
+/// part of the route is too far from home to be flown at all.
+AXDATA_EXPORT std::vector<AxPlanFlight> AxSplitIntoFlights(const AxPlanRequest& request,
+                                                           const AxPlanResult& plan);
