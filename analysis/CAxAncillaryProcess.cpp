@@ -1,5 +1,6 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/AxBlockAltitudes.h"
+#include "analysis/AxPlanHeights.h"
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/CAxElevationQuery.h"
 #include "analysis/zones/AxZoneFlash.h"
@@ -56,6 +57,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
     flash = std::make_unique<AxZoneFlash>(viewer);
     hover = std::make_unique<AxZoneHover>(viewer, *this);
     altitudes = std::make_unique<AxBlockAltitudes>(viewer.Scene());
+    planHeights = std::make_unique<AxPlanHeights>(viewer.Scene());
     // Made here, because the viewer itself makes its queue at the first use, on any thread.
     osgViewer::Viewer* const view = viewer.Scene().View();
     if (!view->getUpdateOperations())
@@ -65,6 +67,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
 
 CAxAncillaryProcess::~CAxAncillaryProcess()
 {
+    planHeights.reset();
     altitudes.reset();
     hover.reset();
     flash.reset();

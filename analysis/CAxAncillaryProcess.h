@@ -26,6 +26,7 @@
 #include <vector>
 
 class AxBlockAltitudes;
+class AxPlanHeights;
 class AxZoneFlash;
 class AxViewerParts;
 class AxZoneHover;
@@ -168,6 +169,7 @@ private:
     std::unique_ptr<AxZoneFlash> flash;
     std::unique_ptr<AxZoneHover> hover;
     std::unique_ptr<AxBlockAltitudes> altitudes;
+    std::unique_ptr<AxPlanHeights> planHeights;
     int elevationJobs = 0;
     int answeredJob = 0;
     QMap<int, ElevationListener> elevationListeners; // by the job's number

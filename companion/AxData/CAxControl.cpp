@@ -48,3 +48,15 @@ void CAxControl::SetProjectModified(bool modified)
     if (m_modified.exchange(modified) != modified)
         emit projectModifiedChanged(modified);
 }
+
+void CAxControl::SetGround(AxPlanGround ground, const void* giver)
+{
+    m_ground = std::move(ground);
+    m_groundGiver = giver;
+}
+
+void CAxControl::RemoveGround(const void* giver)
+{
+    if (m_groundGiver == giver)
+        SetGround({}, nullptr);
+}

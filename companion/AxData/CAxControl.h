@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <functional>
-#include <utility>
 
 /// The process-wide control object: network state and the project's modified flag. It lives from its first
 /// use to the end of the process, so it may be used at any time, even while the program shuts down.
@@ -30,10 +29,12 @@ public:
     /// restores it.
     void SetNetworkProbe(std::function<bool()> probe);
 
-    /// Heights of the ground for whoever plans a route; empty until the viewer, or a host, has set it. Asked
-    /// on the GUI thread. Who sets it takes it away (an empty function) before it can answer no more.
+    /// Heights of the ground for whoever plans a route; empty until somebody gives them: the viewer, from its
+    /// map, or a host. Asked on the GUI thread. Who gave them removes them before it goes; those that another
+    /// one has given since then stay.
     AxPlanGround GetGround() const { return m_ground; }
-    void SetGround(AxPlanGround ground) { m_ground = std::move(ground); }
+    void SetGround(AxPlanGround ground, const void* giver);
+    void RemoveGround(const void* giver);
 
     /// Whether the project has changes that no file holds yet.
     bool IsProjectModified() const { return m_modified; }
@@ -49,5 +50,6 @@ private:
 
     std::function<bool()> m_networkProbe;
     AxPlanGround m_ground;
+    const void* m_groundGiver = nullptr; // compared, never followed
     std::atomic<bool> m_modified{false};
 };

@@ -6,6 +6,7 @@
 #include "analysis/CAxElevationQuery.h"
 
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
 
 #include <osg/Geode>
 
@@ -280,6 +281,11 @@ TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
     for (const QVariant& place : sampled.GetResult().toList())
         sum += place.toList()[2].toDouble();
     EXPECT_NEAR(area->GetAverageAltitude(), sum / 900.0, 30.0);
+    // Who plans a route is given the map's own heights.
+    const auto ground = CAxControl::GetInstance()->GetGround();
+    ASSERT_TRUE(ground);
+    const QVariantList place = sampled.GetResult().toList()[400].toList();
+    EXPECT_NEAR(ground(place[0].toDouble(), place[1].toDouble()).value_or(0.0), place[2].toDouble(), 1.0);
     EXPECT_GT(line->GetAverageAltitude(), 1300.0);
     // Its vertices are set last, so all others have been answered.
     CAxBlock* const last = blocks.AddBlock("last", CAxBlock::VideoBlock);
