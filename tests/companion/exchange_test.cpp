@@ -142,7 +142,8 @@ TEST(Exchange, SurveyItemHasTheFieldsThatItsReaderAsksFor)
     const AxPlanResult route = AxPlanRoute(request);
     const AxExported file = AxWriteQgcSurvey(missionOf(request), route, request);
     QJsonObject item;
-    for (const QJsonValue& value : QJsonDocument::fromJson(file.data)["mission"]["items"].toArray())
+    const QJsonArray items = QJsonDocument::fromJson(file.data)["mission"]["items"].toArray();
+    for (const QJsonValue& value : items)
         if (value["type"] == QLatin1String("ComplexItem"))
             item = value.toObject();
     const QJsonObject transects = item["TransectStyleComplexItem"].toObject();

@@ -180,7 +180,8 @@ AxExported AxWriteQgcSurvey(const AxMission& mission, const AxPlanResult& route,
         return file;
     QJsonArray items = SimpleItems(mission, 0, mission.surveyBegin);
     items += SurveyOf(mission, route, request);
-    for (const QJsonValue& item : SimpleItems(mission, mission.surveyEnd, mission.items.size()))
+    const QJsonArray after = SimpleItems(mission, mission.surveyEnd, mission.items.size());
+    for (const QJsonValue& item : after)
         items += item;
     file.data = PlanWith(mission, items);
     NoteName(mission, file.notes);
