@@ -2,10 +2,9 @@
 
 AxPlanAircraft AxAircraftOfType(EPlaneType type)
 {
-    AxPlanAircraft aircraft;
+    // Speed, radius of turns, way before a pass, climb, descent, endurance.
     switch (type) {
     case PlaneFixedWing:
-        // Speed, radius, way before a pass, climb, descent, endurance.
         return {18.0, 60.0, 80.0, 0.12, 0.10, 3600.0};
     case PlaneTailSitter:
         return {16.0, 45.0, 60.0, 0.15, 0.12, 3300.0};
