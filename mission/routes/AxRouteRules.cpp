@@ -125,6 +125,21 @@ double LabelHeading(const osg::Vec3d& direction)
     return direction.x() > 0.0 ? 270.0 - angle : angle + 90.0;
 }
 
+osg::Vec3d LabelPlace(const osg::Vec3d& first, const osg::Vec3d& second)
+{
+    const osg::Vec3d way = second - first;
+    osg::Vec3d up = first;
+    up.normalize();
+    // Away from a pole, where there is no east.
+    osg::Vec3d east = osg::Vec3d(0.0, 0.0, 1.0) ^ up;
+    if (east.normalize() < pointTolerance)
+        east = osg::Vec3d(1.0, 0.0, 0.0);
+    const osg::Vec3d north = up ^ east;
+    const double angle = osg::DegreesToRadians(LabelHeading(way));
+    const double back = way.length() / 10.0;
+    return first + east * (back * std::sin(angle)) - north * (back * std::cos(angle));
+}
+
 QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,
                                        const QList<QPair<int, CAxVector3D>>& markers)
 {

@@ -71,6 +71,10 @@ AXEARTHVIEWER_EXPORT QString HomeIcon(bool landsDownhill);
 /// direction without a horizontal part.
 AXEARTHVIEWER_EXPORT double LabelHeading(const osg::Vec3d& direction);
 
+/// Where that label stands, of a route whose first points are these two; all are geocentric metres. It is a
+/// tenth of their distance away from the first, in the plane of the horizon there.
+AXEARTHVIEWER_EXPORT osg::Vec3d LabelPlace(const osg::Vec3d& first, const osg::Vec3d& second);
+
 /// Which points of the route are markers: by the marker's place in its list.
 AXEARTHVIEWER_EXPORT QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,
                                                             const QList<QPair<int, CAxVector3D>>& markers);

@@ -9,6 +9,8 @@
 
 #include <AxData/CAxTask.h>
 
+#include <osg/BlendFunc>
+#include <osg/Depth>
 #include <osg/Group>
 #include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
@@ -36,6 +38,9 @@ namespace {
 constexpr float routeWidth = 2.0f; // pixels
 // Hosts find the area of a task by this mask.
 constexpr osg::Node::NodeMask areaMask = 0x1234;
+// Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
+constexpr int areaBin = 10;
+constexpr int routeBin = 11;
 constexpr float pointTextPixels = 12.0f;
 const osg::Vec4f pointTextColor(1.0f, 1.0f, 1.0f, 1.0f);
 const osg::Vec4f pointRimColor(0.1f, 0.1f, 0.1f, 1.0f);
@@ -76,6 +81,19 @@ void SetIcon(PlaceNode& marker, const QString& path)
 {
     if (!marker.getIconImage() || marker.getIconImage()->getFileName() != path.toStdString())
         marker.setIconImage(AxSceneImage(path));
+}
+
+// Over the ground and the areas of blocks, whatever lies in front.
+void DrawOverGround(osg::Geode& node, int bin)
+{
+    osg::StateSet* state = node.getOrCreateStateSet();
+    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
+    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
+    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
+    state->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    state->setRenderBinDetails(bin, bin == areaBin ? "DepthSortedBin" : "RenderBin");
 }
 
 void LeaveScene(osg::Node* node)
@@ -128,8 +146,10 @@ void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
 {
     if (!parts || !parts->Scene().DrawGroup())
         return;
-    if (!featureNode)
+    if (!featureNode) {
         featureNode = new osg::Geode;
+        DrawOverGround(*featureNode, areaBin);
+    }
     featureNode->removeDrawables(0, featureNode->getNumDrawables());
     std::vector<osg::Vec3d> ring;
     const double height = flightHeight();
@@ -157,6 +177,7 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     }
     airLineNode = new osg::Geode;
     airLineNode->setName("Task Polygon");
+    DrawOverGround(*airLineNode, routeBin);
     osg::ref_ptr<AxWorldGeometry> drawable =
         AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, drawnPoints(), false,
                                 AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);

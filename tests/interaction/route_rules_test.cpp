@@ -84,6 +84,16 @@ TEST(RouteRules, TurnTheLabelByTheQuadrantOfTheRoute)
             << row.direction.x() << ", " << row.direction.y();
 }
 
+TEST(RouteRules, PutTheLabelATenthOfTheFirstSegmentBesideItsStart)
+{
+    const osg::Vec3d start(6378137.0, 0.0, 0.0);
+    // North of the equator's first point: direction (0, 0, 1000), without a heading.
+    EXPECT_LT((LabelPlace(start, start + osg::Vec3d(0, 0, 1000)) - osg::Vec3d(6378137, 0, -100)).length(),
+              1e-6);
+    // East: 90 degrees.
+    EXPECT_LT((LabelPlace(start, start + osg::Vec3d(0, 500, 0)) - osg::Vec3d(6378137, 50, 0)).length(), 1e-6);
+}
+
 TEST(RouteRules, FindMarkersAmongThePointsByAMillionthOfADegree)
 {
     const QList<CAxVector3D> points{{10, 50, 100}, {11, 50, 200}, {10, 50, 300}};
