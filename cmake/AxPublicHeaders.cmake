@@ -24,6 +24,7 @@ set(AX_PUBLIC_HEADERS
   interaction/AxEditedShape.h=interaction/editing/AxEditedShape.h
   interaction/AxVerdict.h=interaction/objects/AxVerdict.h
   mission/CAxDownhillAnglenode.h=mission/landing/CAxDownhillAnglenode.h
+  mission/CAxTaskLable.h=mission/routes/CAxTaskLable.h
   mission/CAxTaskPolygon.h=mission/routes/CAxTaskPolygon.h
   scene/AxShapeKind.h=scene/AxShapeKind.h
   scene/AxTaskRoute.h=scene/AxTaskRoute.h

@@ -1,0 +1,350 @@
+#include "mission/routes/CAxTaskLable.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxFonts.h"
+#include "scene/base/AxSceneImage.h"
+
+#include <osg/BlendFunc>
+#include <osg/Depth>
+#include <osg/Geode>
+#include <osg/Geometry>
+#include <osg/LineWidth>
+#include <osg/Texture2D>
+#include <osgEarth/MapNode>
+#include <osgEarth/Registry>
+#include <osgEarth/ScreenSpaceLayout>
+#include <osgEarthAnnotation/GeoPositionNode>
+#include <osgText/Text>
+
+#include <QPointer>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+#include <array>
+#include <cfloat>
+
+using osgEarth::Annotation::GeoPositionNode;
+
+namespace {
+// Pixels round the place where the label hangs, y upwards.
+constexpr float lableHalfWidth = 64.0f;
+constexpr float lableNameHeight = 24.0f;
+constexpr float lableNameMiddle = -12.0f;
+constexpr float lableFirstButton = -44.0f;
+constexpr float lableButtonStep = -32.0f;
+constexpr float lableButtonHalf = 15.0f; // a pixel of the panel is between two buttons
+constexpr float lableMargin = 8.0f;
+constexpr float lableRim = 1.0f;
+constexpr float lableTextSize = 13.0f;
+constexpr int lableMostLetters = 32;
+const osg::Vec4f lablePanelColor(0.2941177f, 0.2666667f, 0.3921569f, 0.9f);
+const osg::Vec4f lableWhite(1.0f, 1.0f, 1.0f, 1.0f);
+// Sets the panel off from dark ground.
+const osg::Vec4f lableRimColor(1.0f, 1.0f, 1.0f, 0.6f);
+
+QString LableImage(int button, const char* state)
+{
+    return QStringLiteral(":/images/Normal/map_airline_show/lineares_flight_lean_mis%1_but_%2.png")
+        .arg(QString::number(button), QLatin1String(state));
+}
+
+// On one line; letters that are made of several characters stay whole.
+QString LableText(const QString& name)
+{
+    const QString line = name.simplified();
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, line);
+    int kept = 0;
+    for (int count = 1; letters.toNextBoundary() >= 0; ++count) {
+        if (count == lableMostLetters - 1)
+            kept = letters.position();
+        if (count > lableMostLetters)
+            return line.left(kept) + QChar(0x2026);
+    }
+    return line;
+}
+
+// FLT_MAX: one label is never shown in part.
+void LayOut(osg::Drawable* drawable)
+{
+    drawable->setCullingActive(false);
+    drawable->setDataVariance(osg::Object::DYNAMIC);
+    osgEarth::ScreenSpaceLayoutData::getOrCreate(drawable)->setPriority(FLT_MAX);
+}
+
+void AddRectangle(osg::Geometry& geometry, float left, float bottom, float right, float top,
+                  const osg::Vec4f& color)
+{
+    auto& points = static_cast<osg::Vec3Array&>(*geometry.getVertexArray());
+    auto& colors = static_cast<osg::Vec4Array&>(*geometry.getColorArray());
+    const auto first = static_cast<int>(points.size());
+    for (const osg::Vec3f& corner : {osg::Vec3f(left, bottom, 0.0f), osg::Vec3f(right, bottom, 0.0f),
+                                     osg::Vec3f(right, top, 0.0f), osg::Vec3f(left, top, 0.0f)}) {
+        points.push_back(corner);
+        colors.push_back(color);
+    }
+    geometry.addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, first, 4));
+}
+
+osg::ref_ptr<osg::Geometry> LinkLine(const osg::Vec3d& to, const osg::Vec4f& color, float width)
+{
+    osg::ref_ptr<osg::Geometry> line = new osg::Geometry;
+    line->setUseDisplayList(false);
+    line->setUseVertexBufferObjects(true);
+    osg::ref_ptr<osg::Vec3Array> points = new osg::Vec3Array;
+    points->push_back(osg::Vec3f());
+    points->push_back(osg::Vec3f(to));
+    line->setVertexArray(points);
+    line->setColorArray(new osg::Vec4Array(1, &color), osg::Array::BIND_OVERALL);
+    line->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, 2));
+    line->getOrCreateStateSet()->setAttributeAndModes(new osg::LineWidth(width));
+    return line;
+}
+} // namespace
+
+struct CAxTaskLable::Parts
+{
+    QPointer<AxViewerParts> viewer;
+    osg::ref_ptr<osg::Group> root = new osg::Group;
+    osg::ref_ptr<GeoPositionNode> anchor; ///< null without a map
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    osg::ref_ptr<osg::Geode> link = new osg::Geode;
+    std::array<osg::ref_ptr<osg::Geometry>, 3> buttons;
+    std::array<QString, 3> images; ///< that the buttons show
+    osg::ref_ptr<osg::Geometry> panel;
+    osg::ref_ptr<osgText::Text> text;
+    bool areButtonsShown = true;
+    int hovered = 1; ///< button 1 starts marked
+    int pressed = 0;
+    int chosen = 0;
+};
+
+CAxTaskLable::CAxTaskLable(CAxEarthViewer* viewer, const QString& name, const osgEarth::GeoPoint& position,
+                           const osgEarth::GeoPoint& link)
+    : d(std::make_unique<Parts>())
+{
+    d->viewer = AxPartsOf(viewer);
+    const std::string nodeName = name.toLocal8Bit().toStdString();
+    d->root->setName(nodeName);
+    d->geode->setName(nodeName);
+    d->geode->setCullingActive(false);
+    d->link->setName("TaskLable-Link");
+    osg::StateSet* linkState = d->link->getOrCreateStateSet();
+    linkState->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    linkState->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
+    linkState->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    linkState->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
+
+    // Of drawables at one place the mouse meets the first, which is drawn last: buttons, name, panel.
+    for (int i = 0; i < 3; ++i) {
+        const auto n = static_cast<std::size_t>(i);
+        const float middle = lableFirstButton + static_cast<float>(i) * lableButtonStep;
+        osg::ref_ptr<osg::Geometry> button = osg::createTexturedQuadGeometry(
+            {-lableButtonHalf, middle - lableButtonHalf, 0.0f}, {2.0f * lableButtonHalf, 0.0f, 0.0f},
+            {0.0f, 2.0f * lableButtonHalf, 0.0f});
+        button->setName("TaskLable-Mis" + std::to_string(i + 1));
+        button->setUseDisplayList(false);
+        button->setUseVertexBufferObjects(true);
+        button->setColorArray(new osg::Vec4Array(1, &lableWhite), osg::Array::BIND_OVERALL);
+        LayOut(button);
+        d->geode->addDrawable(button);
+        d->buttons[n] = button;
+    }
+    showStates();
+    d->text = new osgText::Text;
+    d->text->setName("TaskLable-Name");
+    d->text->setFont(AxSceneFont());
+    d->text->setCharacterSize(lableTextSize);
+    d->text->setFontResolution(unsigned(lableTextSize), unsigned(lableTextSize));
+    d->text->setAxisAlignment(osgText::Text::XY_PLANE);
+    d->text->setAlignment(osgText::Text::CENTER_CENTER);
+    d->text->setPosition({0.0f, lableNameMiddle, 0.0f});
+    d->text->setColor(lableWhite);
+    LayOut(d->text);
+    d->geode->addDrawable(d->text);
+    UpdateTxt(name);
+    ResetRenderSort();
+
+    if (!d->viewer)
+        return;
+    if (osgEarth::MapNode* mapNode = d->viewer->Scene().MapNode()) {
+        d->anchor = new GeoPositionNode(mapNode, position);
+        d->anchor->getPositionAttitudeTransform()->addChild(d->link);
+        d->anchor->getPositionAttitudeTransform()->addChild(d->geode);
+        d->root->addChild(d->anchor);
+        UpdateLinkLine(link);
+        // Where the engine draws by programs alone, textures need one.
+        osgEarth::Registry::shaderGenerator().run(d->geode);
+    }
+    const QObject* mouse = d->viewer->Mouse();
+    connect(mouse, SIGNAL(mouseMoveSignal(osg::Drawable*)), this, SLOT(slotMouseHov(osg::Drawable*)));
+    connect(mouse, SIGNAL(mouseLeftBtnPress(osg::Drawable*)), this,
+            SLOT(slotMouseLeftBtnPress(osg::Drawable*)));
+    connect(mouse, SIGNAL(mouseLeftBtnClickSignal(osg::Drawable*)), this,
+            SLOT(slotMouseLeftBtnRelease(osg::Drawable*)));
+    connect(mouse, SIGNAL(mouseLeftBtnMove(osg::Vec3d, osg::Vec3d)), this,
+            SLOT(slotMouseMoving(osg::Vec3d, osg::Vec3d)));
+}
+
+CAxTaskLable::~CAxTaskLable()
+{
+    RemoveFromScene();
+}
+
+void CAxTaskLable::AddToScene()
+{
+    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
+    if (group && !group->containsNode(d->root))
+        group->addChild(d->root);
+}
+
+void CAxTaskLable::RemoveFromScene()
+{
+    while (d->root->getNumParents() > 0)
+        d->root->getParent(0)->removeChild(d->root);
+}
+
+osg::Node* CAxTaskLable::GetRootNode() const
+{
+    return d->root;
+}
+
+void CAxTaskLable::UpdateLinkLine(const osgEarth::GeoPoint& link)
+{
+    osg::Matrixd toLocal;
+    osg::Vec3d end;
+    d->link->removeDrawables(0, d->link->getNumDrawables());
+    if (!d->anchor || !d->anchor->getPosition().createWorldToLocal(toLocal) || !link.toWorld(end))
+        return;
+    // White on a dark rim is seen on any ground.
+    d->link->addDrawable(LinkLine(end * toLocal, osg::Vec4f(0.1f, 0.1f, 0.15f, 0.8f), 4.0f));
+    d->link->addDrawable(LinkLine(end * toLocal, lableWhite, 2.0f));
+}
+
+void CAxTaskLable::UpdateTxt(const QString& text)
+{
+    d->text->setText(LableText(text).toStdString(), osgText::String::ENCODING_UTF8);
+    drawPanel();
+}
+
+void CAxTaskLable::drawPanel()
+{
+    osg::ref_ptr<osg::Geometry> panel = new osg::Geometry;
+    panel->setName("TaskLable-Panel");
+    panel->setUseDisplayList(false);
+    panel->setUseVertexBufferObjects(true);
+    panel->setVertexArray(new osg::Vec3Array);
+    panel->setColorArray(new osg::Vec4Array, osg::Array::BIND_PER_VERTEX);
+    const osg::BoundingBox name = d->text->getBoundingBox();
+    const float half = name.valid()
+                           ? std::max(lableHalfWidth, 0.5f * (name.xMax() - name.xMin()) + lableMargin)
+                           : lableHalfWidth;
+    const float bottom =
+        d->areButtonsShown ? lableFirstButton + 2.5f * lableButtonStep - 4.0f : -lableNameHeight;
+    AddRectangle(*panel, -half - lableRim, bottom - lableRim, -half, lableRim, lableRimColor);
+    AddRectangle(*panel, half, bottom - lableRim, half + lableRim, lableRim, lableRimColor);
+    AddRectangle(*panel, -half, bottom - lableRim, half, bottom, lableRimColor);
+    AddRectangle(*panel, -half, 0.0f, half, lableRim, lableRimColor);
+    AddRectangle(*panel, -half, bottom, half, 0.0f, lablePanelColor);
+    LayOut(panel);
+    if (d->anchor)
+        osgEarth::Registry::shaderGenerator().run(panel);
+    // A new drawable: the layout puts those that it drew before on top, and buttons may be new as well.
+    if (d->panel)
+        d->geode->removeDrawable(d->panel);
+    d->geode->addDrawable(panel);
+    d->panel = panel;
+}
+
+void CAxTaskLable::SetImgVisible(bool visible)
+{
+    for (const auto& button : d->buttons)
+        button->setNodeMask(visible ? 0xffffffu : 0u);
+    if (d->areButtonsShown == visible)
+        return;
+    d->areButtonsShown = visible;
+    drawPanel();
+}
+
+void CAxTaskLable::ResetRenderSort()
+{
+    osgEarth::ScreenSpaceLayout::activate(d->geode->getOrCreateStateSet());
+}
+
+int CAxTaskLable::buttonOf(const osg::Drawable* drawable) const
+{
+    // Not by the name alone, which two tasks may share.
+    if (!drawable || drawable->getNumParents() == 0 || drawable->getParent(0) != d->geode)
+        return 0;
+    if (drawable == d->buttons[0])
+        return 1;
+    return drawable == d->buttons[1] ? 2 : 3;
+}
+
+void CAxTaskLable::ResetMark(int button)
+{
+    d->hovered = button;
+    d->pressed = 0; // the mouse moves freely: a press that ended elsewhere is over
+}
+
+void CAxTaskLable::ResetCheckMark(bool released)
+{
+    d->pressed = 0;
+    d->hovered = 0;
+    if (released)
+        d->chosen = 0;
+}
+
+void CAxTaskLable::showStates()
+{
+    const int down = d->pressed ? d->pressed : d->chosen;
+    for (int number = 1; number <= 3; ++number) {
+        const auto i = static_cast<std::size_t>(number - 1);
+        const QString wanted = LableImage(number, number == down         ? "pre"
+                                                  : number == d->hovered ? "hov"
+                                                                         : "nor");
+        if (d->images[i] == wanted)
+            continue;
+        d->images[i] = wanted;
+        osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(AxSceneImage(wanted));
+        texture->setName(wanted.toStdString());
+        texture->setResizeNonPowerOfTwoHint(false);
+        texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
+        osg::StateSet* state = d->buttons[i]->getOrCreateStateSet();
+        state->setDataVariance(osg::Object::DYNAMIC);
+        state->setTextureAttributeAndModes(0, texture);
+    }
+}
+
+void CAxTaskLable::slotMouseHov(osg::Drawable* drawable)
+{
+    const int button = buttonOf(drawable);
+    if (button == 0)
+        return;
+    ResetMark(button);
+    showStates();
+}
+
+void CAxTaskLable::slotMouseLeftBtnPress(osg::Drawable* drawable)
+{
+    const int button = buttonOf(drawable);
+    if (button == 0)
+        return;
+    ResetCheckMark(false);
+    d->pressed = button;
+    showStates();
+}
+
+void CAxTaskLable::slotMouseLeftBtnRelease(osg::Drawable* drawable)
+{
+    const int button = buttonOf(drawable);
+    if (button == 0)
+        return;
+    ResetCheckMark(true);
+    d->chosen = button;
+    showStates();
+    // Last: who hears it may delete the label.
+    emit PressedBtnSignal(button, QString::fromLocal8Bit(d->root->getName().c_str()));
+}
+
+void CAxTaskLable::slotMouseMoving(osg::Vec3d, osg::Vec3d) {}
