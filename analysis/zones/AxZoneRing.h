@@ -21,6 +21,7 @@ public:
     /// Of longitude, latitude that fit; what else the points have is left out.
     explicit AxZoneRing(const std::vector<osg::Vec3d>& points);
 
+    /// Whether it has no point.
     bool IsEmpty() const { return numbers.isEmpty(); }
     /// Longitude, latitude, 0.
     std::vector<osg::Vec3d> Points() const;

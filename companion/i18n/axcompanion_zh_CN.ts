@@ -239,8 +239,8 @@
         <translation>区域的点太少。</translation>
     </message>
     <message>
-        <source>A point of the area, of a zone or of home is no place on the globe.</source>
-        <translation>区域、禁飞区或起降点中有一个点不在地球上。</translation>
+        <source>A point of the area or of home is no place on the globe.</source>
+        <translation>区域或起降点中有一个点不在地球上。</translation>
     </message>
     <message>
         <source>The camera&apos;s sensor has no width.</source>

@@ -27,6 +27,7 @@ class AxWorldGeometry;
 class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
+class CAxTaskLable;
 
 /**
  * The route of one task of a block, drawn on the globe: its line, the legs from and to home, up to four
@@ -41,6 +42,7 @@ class AXEARTHVIEWER_EXPORT CAxTaskPolygon : public QObject, public AxTaskRoute
 {
     Q_OBJECT
 public:
+    /// Of the viewer that it draws into and the object of the block; neither is owned.
     CAxTaskPolygon(CAxEarthViewer* viewer, CAxHandleAdapter* adapter);
     /// Its nodes leave the scene.
     ~CAxTaskPolygon() override;
@@ -112,6 +114,9 @@ public:
     osg::Geode* GetAirLineNode() const { return airLineNode.get(); } ///< null until a route was drawn
     osg::Geode* GetFeatureNode() const { return featureNode.get(); } ///< null until CreateNode()
 
+    /// Its label, with the buttons of the three directions; null until a route was computed.
+    CAxTaskLable* GetTaskLable() const { return label; }
+
     /// Takes all its nodes out of the scene.
     virtual void ClearFeatureNodeContained();
 
@@ -129,6 +134,7 @@ private:
     void showFlown(AxWorldGeometry& drawable);
     void createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
     void showHome();
+    void DrawLineLable();
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;
 
@@ -154,6 +160,8 @@ private:
     bool homeMarkerHidden = false;
     QMap<int, std::vector<CAxVector3D>> flyingRoutes;
     QMap<int, osg::Vec3d> flyingMarkers; // geocentric
+    QPointer<CAxTaskLable> label;
+    std::vector<osg::Vec3d> labelledPoints; // geocentric, the two that it stands beside
 
     QPointer<AxViewerParts> parts;
     QMetaObject::Connection adapterEnd;

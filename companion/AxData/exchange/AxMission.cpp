@@ -66,9 +66,8 @@ QStringList NotesOn(const AxPlanResult& route, const AxPlanRequest& request)
     if (request.kind == AxPlanRequest::Kind::Orbit || request.isThreeDirections)
         notes << AxExchangeText(QT_TRANSLATE_NOOP(
             "AxExchange", "Where the camera looks is not in the file; set it on the aircraft."));
-    if (!request.zones.isEmpty())
-        notes << AxExchangeText(
-            QT_TRANSLATE_NOOP("AxExchange", "The no-fly zones are not in the file, neither as a fence."));
+    notes << AxExchangeText(
+        QT_TRANSLATE_NOOP("AxExchange", "The no-fly zones are not in the file, neither as a fence."));
     if (!route.warnings.empty())
         notes << AxExchangeText(
                      QT_TRANSLATE_NOOP("AxExchange", "%1 warnings of the route are not in the file."))
@@ -161,16 +160,10 @@ AxMissionRead AxMissionOf(const AxPlanResult& route, const AxPlanRequest& reques
     // The speed of a plane is that through the air (0), of a multicopter that over the ground (1).
     mission.items.push_back(WithoutPlace(AxMissionItem::ChangeSpeed,
                                          {mission.isFixedWing ? 0.0 : 1.0, mission.speed, -1.0, 0.0}));
-    const auto isTransit = [](const AxPlanPoint& point) { return point.role == Role::Transit; };
-    const auto begin = std::find_if_not(route.points.begin(), route.points.end(), isTransit);
-    const auto end = std::find_if_not(route.points.rbegin(), route.points.rend(), isTransit).base();
-    for (auto point = route.points.begin(); point != route.points.end(); ++point) {
-        if (point == begin)
-            mission.surveyBegin = mission.items.size();
-        AddPoint(mission, *point, request.homeAltitude, route.figures.photoDistance);
-        if (point + 1 == end)
-            mission.surveyEnd = mission.items.size();
-    }
+    mission.surveyBegin = mission.items.size();
+    for (const AxPlanPoint& point : route.points)
+        AddPoint(mission, point, request.homeAltitude, route.figures.photoDistance);
+    mission.surveyEnd = mission.items.size();
     made.fault = AxMissionFault(mission);
     if (!made.fault.isEmpty())
         return made;

@@ -15,6 +15,7 @@
 /// A step of a mission as ground-control stations exchange it: a MAVLink mission item.
 struct AXDATA_EXPORT AxMissionItem
 {
+    /// Its number in the protocol.
     enum Command // of those that the project writes itself; others are kept as they are read
     {
         Waypoint = 16,
@@ -22,14 +23,15 @@ struct AXDATA_EXPORT AxMissionItem
         ChangeSpeed = 178,
         TriggerDistance = 206
     };
+    /// What its place and altitude are measured in.
     enum Frame
     {
         Global = 0,   ///< altitude in metres above mean sea level
         Mission = 2,  ///< no place
         AboveHome = 3 ///< altitude in metres above the home point
     };
-    int command = Waypoint;
-    int frame = AboveHome;
+    int command = Waypoint;            ///< a Command, or another one of the protocol
+    int frame = AboveHome;             ///< a Frame, or another one
     std::array<double, 4> params = {}; ///< NaN leaves a value to the autopilot
     double latitude = 0.0;             ///< degrees; the fifth parameter where the frame has no place
     double longitude = 0.0;            ///< degrees; the sixth
@@ -40,19 +42,19 @@ struct AXDATA_EXPORT AxMissionItem
 /// Where the aircraft takes off.
 struct AXDATA_EXPORT AxMissionHome
 {
-    double latitude = 0.0;
-    double longitude = 0.0;
-    double altitude = 0.0; ///< metres; files mean above mean sea level. NaN where a file leaves it open.
+    double latitude = 0.0;  ///< degrees
+    double longitude = 0.0; ///< degrees
+    double altitude = 0.0;  ///< metres; files mean above mean sea level. NaN where a file leaves it open.
 };
 
 /// What an aircraft is told to fly.
 struct AXDATA_EXPORT AxMission
 {
-    QString name;
-    AxMissionHome home;
-    bool isFixedWing = false;
-    double speed = 0.0; ///< m/s; 0 where a file does not say it
-    std::vector<AxMissionItem> items;
+    QString name;                     ///< as the pilot calls it
+    AxMissionHome home;               ///< its take-off
+    bool isFixedWing = false;         ///< and not a multirotor
+    double speed = 0.0;               ///< m/s; 0 where a file does not say it
+    std::vector<AxMissionItem> items; ///< in their order, home not among them
     /// The items from the first of the survey up to, but not including, the one behind its last; both 0 where
     /// no survey is set apart from the ways to and from it.
     std::size_t surveyBegin = 0;
@@ -62,7 +64,7 @@ struct AXDATA_EXPORT AxMission
 /// A mission made or read. With a fault it has no items.
 struct AXDATA_EXPORT AxMissionRead
 {
-    AxMission mission;
+    AxMission mission; ///< whole, or empty
     QString fault;     ///< for people; names the line or the field
     QStringList notes; ///< for people: what the mission cannot say, or what of a file was not taken over
 };
@@ -70,7 +72,7 @@ struct AXDATA_EXPORT AxMissionRead
 /// The contents of a file. Empty where there is a fault.
 struct AXDATA_EXPORT AxExported
 {
-    QByteArray data;
+    QByteArray data;   ///< as it is to be written
     QString fault;     ///< for people
     QStringList notes; ///< for people: what the format cannot say
 };

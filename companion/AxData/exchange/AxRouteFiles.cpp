@@ -70,8 +70,6 @@ const char* RoleName(AxPlanPoint::Role role)
         return "on-pass";
     case RouteRole::Turn:
         return "turn";
-    case RouteRole::Transit:
-        return "transit";
     }
     return "";
 }

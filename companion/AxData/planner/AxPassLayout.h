@@ -8,8 +8,8 @@
 /// A straight pass, in a plane whose x axis runs along the passes.
 struct AXDATA_EXPORT AxPass
 {
-    int line = 0; ///< passes of one line lie one behind the other
-    double y = 0.0;
+    int line = 0;      ///< passes of one line lie one behind the other
+    double y = 0.0;    ///< of both ends
     double from = 0.0; ///< x of its west end
     double to = 0.0;   ///< x of its east end
 };
@@ -17,8 +17,8 @@ struct AXDATA_EXPORT AxPass
 /// The passes over an area, by line and then from west to east.
 struct AXDATA_EXPORT AxPassLayout
 {
-    std::vector<AxPass> passes;
-    double spacing = 0.0; ///< metres between lines, at most what was asked
+    std::vector<AxPass> passes; ///< in that order
+    double spacing = 0.0;       ///< metres between lines, at most what was asked
 };
 
 /// Passes over the area that the rings bound (a ring within another one is a hole), in a plane whose x axis

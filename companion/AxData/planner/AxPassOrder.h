@@ -8,8 +8,8 @@
 /// A pass in the order of the flight.
 struct AXDATA_EXPORT AxFlownPass
 {
-    std::size_t pass = 0; ///< its number in the layout
-    bool isEastward = true;
+    std::size_t pass = 0;   ///< its number in the layout
+    bool isEastward = true; ///< or flown from its east end
 };
 
 /// The pass that the flight begins with at an entry: 0 the west and 1 the east end of the first line, 2 the

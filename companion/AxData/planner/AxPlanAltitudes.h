@@ -11,11 +11,11 @@
 /// A point of a route before it has coordinates.
 struct AxRoutePlace
 {
-    CAxPoint2D place;
-    AxPlanPoint::Role role = AxPlanPoint::Role::Turn;
-    int pass = -1;
-    double along = 0.0;    ///< metres flown from the start
-    double altitude = 0.0; ///< metres above the ellipsoid
+    CAxPoint2D place;                                 ///< in the plane
+    AxPlanPoint::Role role = AxPlanPoint::Role::Turn; ///< what it is for
+    int pass = -1;                                    ///< -1 between passes
+    double along = 0.0;                               ///< metres flown from the start
+    double altitude = 0.0;                            ///< metres above the ellipsoid
 };
 
 /// Gives the places of a route their altitudes as the request asks, `height` metres above the ground, and
@@ -27,8 +27,8 @@ QString AxSetAltitudes(const AxPlanRequest& request, const AxPlanPlane& plane, d
 /// Heights above the ground along the route.
 struct AxAboveGround
 {
-    double least = 0.0;
-    double mean = 0.0;
+    double least = 0.0;                  ///< metres
+    double mean = 0.0;                   ///< metres
     std::vector<AxPlanWarning> warnings; ///< one for each stretch that is too low or over unknown ground
 };
 AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane,

@@ -11,8 +11,8 @@
 /// A camera of the list and what kind it is.
 struct AXDATA_EXPORT AxListedCamera
 {
-    ECameraType type = CameraFullFrame;
-    AxPlanCamera camera;
+    ECameraType type = CameraFullFrame; ///< for which it can be taken
+    AxPlanCamera camera;                ///< itself
 };
 
 /// The cameras of a list: JSON, an array of objects with "name", "type" (fullFrame, apsC, mediumFormat,

@@ -44,14 +44,14 @@ QString AxPlanFault(const AxPlanRequest& request)
     constexpr double farthest = 1e6; // metres
     if (static_cast<std::size_t>(request.outline.size()) < LeastPoints(request.kind))
         return Text(QT_TRANSLATE_NOOP("AxPlanner", "The area has too few points."));
-    QList<QList<QPointF>> rings = request.holes + request.zones;
+    QList<QList<QPointF>> rings = request.holes;
     rings += request.outline;
     if (request.home)
         rings += QList<QPointF>{*request.home};
     for (const QList<QPointF>& ring : qAsConst(rings))
         if (!std::all_of(ring.begin(), ring.end(), IsPlace))
-            return Text(QT_TRANSLATE_NOOP(
-                "AxPlanner", "A point of the area, of a zone or of home is no place on the globe."));
+            return Text(
+                QT_TRANSLATE_NOOP("AxPlanner", "A point of the area or of home is no place on the globe."));
 
     const AxPlanCamera& camera = request.camera;
     const AxPlanAircraft& aircraft = request.aircraft;

@@ -21,12 +21,12 @@ struct AXDATA_EXPORT AxPlanCoverage
     std::vector<std::uint16_t> photos; ///< that show the cell's middle; row by row from the south-west
     std::vector<float>
         sample; ///< metres of ground a pixel in the best of them; 0 outside the area and without a photo
-    std::vector<bool> isInside; ///< the area
-    int leastPhotos = 0;        ///< of the cells inside
-    QPointF leastPhotosAt;
+    std::vector<bool> isInside;  ///< the area
+    int leastPhotos = 0;         ///< of the cells inside
+    QPointF leastPhotosAt;       ///< one of those cells: longitude, latitude
     double coarsestSample = 0.0; ///< of the cells inside that a photo shows
-    QPointF coarsestSampleAt;
-    int unknown = 0; ///< cells inside of whose ground no height is known: no photo counts there
+    QPointF coarsestSampleAt;    ///< that cell: longitude, latitude
+    int unknown = 0;             ///< cells inside of whose ground no height is known: no photo counts there
 };
 
 /// Of an area's route; cells of so many metres, or larger ones where that would be more than 25 million.

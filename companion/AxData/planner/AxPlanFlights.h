@@ -10,9 +10,9 @@
 /// place.
 struct AXDATA_EXPORT AxPlanFlight
 {
-    std::vector<AxPlanPoint> points;
-    std::vector<AxPlanPhoto> photos;
-    double seconds = 0.0; ///< with the way from and to home
+    std::vector<AxPlanPoint> points; ///< without home
+    std::vector<AxPlanPhoto> photos; ///< that it takes
+    double seconds = 0.0;            ///< with the way from and to home
 };
 
 /// Splits a route by the aircraft's endurance, in the wind of the request; each flight begins and ends at

@@ -32,8 +32,11 @@ public:
     /// Around the middle of the points, (longitude, latitude) in degrees.
     explicit AxPlanPlane(const QList<QPointF>& points);
 
+    /// There and back; rings and lines as they are.
     CAxPoint2D ToPlane(const QPointF& lngLat) const;
+    /// Degrees again.
     QPointF ToLngLat(const CAxPoint2D& point) const;
+    /// All points of one.
     AxPlanLine ToPlane(const QList<QPointF>& lngLats) const;
 
 private:

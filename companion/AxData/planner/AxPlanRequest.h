@@ -12,7 +12,7 @@
 /// What a camera is, as its maker states it.
 struct AXDATA_EXPORT AxPlanCamera
 {
-    QString name;
+    QString name;                  ///< as the pilot knows it
     double sensorWidth = 35.9;     ///< mm, across the flight
     double sensorHeight = 24.0;    ///< mm, along the flight
     double focalLength = 35.0;     ///< mm
@@ -48,6 +48,7 @@ using AxPlanGround = std::function<std::optional<double>(double longitude, doubl
 /// unless they say otherwise.
 struct AXDATA_EXPORT AxPlanRequest
 {
+    /// What is flown over.
     enum class Kind
     {
         Area,  ///< parallel passes over the ring `outline`
@@ -62,15 +63,15 @@ struct AXDATA_EXPORT AxPlanRequest
         Terrain      ///< follows the ground within the aircraft's limits, never below `height` over it
     };
 
-    Kind kind = Kind::Area;
-    QList<QPointF> outline;
+    Kind kind = Kind::Area;      ///< of what is flown over
+    QList<QPointF> outline;      ///< as the kind says
     QList<QList<QPointF>> holes; ///< rings in the area where no photo is wanted
-    double leftWidth = 0.0;
-    double rightWidth = 0.0;
-    double radius = 0.0;
+    double leftWidth = 0.0;      ///< of a strip, metres
+    double rightWidth = 0.0;     ///< of a strip, metres
+    double radius = 0.0;         ///< of a circle, metres
 
-    AxPlanCamera camera;
-    AxPlanAircraft aircraft;
+    AxPlanCamera camera;     ///< that takes the photos
+    AxPlanAircraft aircraft; ///< that carries it
     /// Metres above the ground; when it is 0 it follows from `sample`, metres of ground a pixel.
     double height = 0.0;
     double sample = 0.0;
@@ -83,15 +84,13 @@ struct AXDATA_EXPORT AxPlanRequest
     int passes = 0;                 ///< so many whatever the overlap; 0 leaves it to the overlap
     int entry = 0;                  ///< which of the four entry points the flight begins at
 
-    Heights heights = Heights::Constant;
-    double meanGround = 0.0; ///< metres above the ellipsoid, of the area
-    double clearance = 0.0;  ///< least metres above the ground anywhere on the route
-    AxPlanGround ground;     ///< may be empty for constant heights: clearance is then not known
+    Heights heights = Heights::Constant; ///< of the passes
+    double meanGround = 0.0;             ///< metres above the ellipsoid, of the area
+    double clearance = 0.0;              ///< least metres above the ground anywhere on the route
+    AxPlanGround ground;                 ///< may be empty for constant heights: clearance is then not known
 
-    double windSpeed = 0.0; ///< m/s
-    double windFrom = 0.0;  ///< degrees clockwise from north
-    std::optional<QPointF> home;
-    double homeAltitude = 0.0;
-    QList<QList<QPointF>> zones;  ///< rings not to be flown over
-    bool isAvoidingZones = false; ///< on the way from and to home
+    double windSpeed = 0.0;      ///< m/s
+    double windFrom = 0.0;       ///< degrees clockwise from north
+    std::optional<QPointF> home; ///< where flights begin and end
+    double homeAltitude = 0.0;   ///< its own, metres above the ellipsoid
 };

@@ -12,40 +12,40 @@
 /// A place on a route.
 struct AXDATA_EXPORT AxPlanPoint
 {
+    /// What it is for.
     enum class Role
     {
         LeadIn,    ///< where the straight flight towards a pass begins
         PassStart, ///< the first photo of a pass
         PassEnd,   ///< the last one
         OnPass,    ///< in between, where the height changes
-        Turn,      ///< on the way from one pass to the next
-        Transit    ///< on the way from or to home
+        Turn       ///< on the way from one pass to the next
     };
-    double longitude = 0.0;
-    double latitude = 0.0;
-    double altitude = 0.0; ///< metres above the ellipsoid
-    Role role = Role::Turn;
-    int pass = -1; ///< in the order in which passes are flown; -1 between them
+    double longitude = 0.0; ///< degrees
+    double latitude = 0.0;  ///< degrees
+    double altitude = 0.0;  ///< metres above the ellipsoid
+    Role role = Role::Turn; ///< of the point
+    int pass = -1;          ///< in the order in which passes are flown; -1 between them
 };
 
 /// A photo.
 struct AXDATA_EXPORT AxPlanPhoto
 {
-    double longitude = 0.0;
-    double latitude = 0.0;
-    double altitude = 0.0;
-    double heading = 0.0; ///< degrees clockwise from north
-    int pass = -1;
+    double longitude = 0.0; ///< degrees, of the camera
+    double latitude = 0.0;  ///< degrees
+    double altitude = 0.0;  ///< metres above the ellipsoid
+    double heading = 0.0;   ///< degrees clockwise from north
+    int pass = -1;          ///< on which it is taken
 };
 
 /// What a route amounts to.
 struct AXDATA_EXPORT AxPlanFigures
 {
-    double length = 0.0;  ///< metres flown, with turns
-    double seconds = 0.0; ///< in the wind given
-    int photos = 0;
-    int passes = 0;
-    int turns = 0;
+    double length = 0.0;        ///< metres flown, with turns
+    double seconds = 0.0;       ///< in the wind given
+    int photos = 0;             ///< of all sets
+    int passes = 0;             ///< of all sets
+    int turns = 0;              ///< from one pass to the next
     double area = 0.0;          ///< square metres of the area asked for
     double interval = 0.0;      ///< least seconds between two photos
     double height = 0.0;        ///< metres above the mean ground
@@ -60,32 +60,32 @@ struct AXDATA_EXPORT AxPlanFigures
 /// Something the pilot ought to know, with its place.
 struct AXDATA_EXPORT AxPlanWarning
 {
+    /// Of what.
     enum class Kind
     {
         Clearance,     ///< the ground comes nearer than asked
         UnknownGround, ///< no height is known below the route
-        Zone,          ///< the route crosses a zone
         Interval,      ///< photos follow faster than the camera takes them
         Overlap,       ///< fewer passes than the overlap needs
-        Wind           ///< the wind is as fast as the aircraft
     };
-    Kind kind = Kind::Clearance;
-    QPointF place;      ///< longitude, latitude
-    double value = 0.0; ///< what is there: metres, seconds, or the share of overlap
-    double asked = 0.0;
+    Kind kind = Kind::Clearance; ///< of what is warned
+    QPointF place;               ///< longitude, latitude
+    double value = 0.0;          ///< what is there: metres, seconds, or the share of overlap
+    double asked = 0.0;          ///< by the request, in the same unit
 };
 
 /// A planned route. Without points where the request allows none: `fault` says why.
 struct AXDATA_EXPORT AxPlanResult
 {
-    QString fault; ///< for people; empty when there is a route
-    std::vector<AxPlanPoint> points;
-    std::vector<AxPlanPhoto> photos;
+    QString fault;                   ///< for people; empty when there is a route
+    std::vector<AxPlanPoint> points; ///< in their order
+    std::vector<AxPlanPhoto> photos; ///< in their order
     /// Where the flight may begin; `entry` of the request chooses.
     std::array<AxPlanPoint, 4> entries;
     double heading = 0.0; ///< of the first set of passes, degrees clockwise from north
     AxPlanFigures figures;
     std::vector<AxPlanWarning> warnings;
 
+    /// Whether there is a route.
     bool IsPlanned() const { return fault.isEmpty() && !points.empty(); }
 };

@@ -6,8 +6,8 @@
 /// Where an aircraft is in a plane and which way it flies, radians anticlockwise from the x axis.
 struct AXDATA_EXPORT AxPlanPose
 {
-    CAxPoint2D place;
-    double course = 0.0;
+    CAxPoint2D place;    ///< metres
+    double course = 0.0; ///< radians
 };
 
 /// The shortest way between two poses whose curves are of that radius, metres: arcs and straight lines (L. E.
