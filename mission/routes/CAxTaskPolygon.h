@@ -27,7 +27,6 @@ class AxWorldGeometry;
 class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
-class CAxTaskLable;
 
 /**
  * The route of one task of a block, drawn on the globe: its line, the legs from and to home, up to four
@@ -114,9 +113,6 @@ public:
     osg::Geode* GetAirLineNode() const { return airLineNode.get(); } ///< null until a route was drawn
     osg::Geode* GetFeatureNode() const { return featureNode.get(); } ///< null until CreateNode()
 
-    /// Its label, with the buttons of the three directions; null until a route was computed.
-    CAxTaskLable* GetTaskLable() const { return label; }
-
     /// Takes all its nodes out of the scene.
     virtual void ClearFeatureNodeContained();
 
@@ -134,7 +130,6 @@ private:
     void showFlown(AxWorldGeometry& drawable);
     void createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
     void showHome();
-    void DrawLineLable();
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;
 
@@ -160,8 +155,6 @@ private:
     bool homeMarkerHidden = false;
     QMap<int, std::vector<CAxVector3D>> flyingRoutes;
     QMap<int, osg::Vec3d> flyingMarkers; // geocentric
-    QPointer<CAxTaskLable> label;
-    std::vector<osg::Vec3d> labelledPoints; // geocentric, the two that it stands beside
 
     QPointer<AxViewerParts> parts;
     QMetaObject::Connection adapterEnd;
