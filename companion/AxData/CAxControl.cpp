@@ -49,14 +49,20 @@ void CAxControl::SetProjectModified(bool modified)
         emit projectModifiedChanged(modified);
 }
 
+AxPlanGround CAxControl::GetGround() const
+{
+    return m_grounds.empty() ? AxPlanGround() : m_grounds.back().second;
+}
+
 void CAxControl::SetGround(AxPlanGround ground, const void* giver)
 {
-    m_ground = std::move(ground);
-    m_groundGiver = giver;
+    RemoveGround(giver);
+    m_grounds.emplace_back(giver, std::move(ground));
 }
 
 void CAxControl::RemoveGround(const void* giver)
 {
-    if (m_groundGiver == giver)
-        SetGround({}, nullptr);
+    m_grounds.erase(std::remove_if(m_grounds.begin(), m_grounds.end(),
+                                   [giver](const auto& known) { return known.first == giver; }),
+                    m_grounds.end());
 }

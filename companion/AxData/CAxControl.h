@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <functional>
+#include <utility>
+#include <vector>
 
 /// The process-wide control object: network state and the project's modified flag. It lives from its first
 /// use to the end of the process, so it may be used at any time, even while the program shuts down.
@@ -30,9 +32,9 @@ public:
     void SetNetworkProbe(std::function<bool()> probe);
 
     /// Heights of the ground for whoever plans a route; empty until somebody gives them: the viewer, from its
-    /// map, or a host. Asked on the GUI thread. Who gave them removes them before it goes; those that another
-    /// one has given since then stay.
-    AxPlanGround GetGround() const { return m_ground; }
+    /// map, or a host. Asked on the GUI thread. Of several givers the last one counts; who gave them removes
+    /// them before it goes, and those of the one before count again.
+    AxPlanGround GetGround() const;
     void SetGround(AxPlanGround ground, const void* giver);
     void RemoveGround(const void* giver);
 
@@ -49,7 +51,6 @@ private:
     ~CAxControl() override = default;
 
     std::function<bool()> m_networkProbe;
-    AxPlanGround m_ground;
-    const void* m_groundGiver = nullptr; // compared, never followed
+    std::vector<std::pair<const void*, AxPlanGround>> m_grounds; // by givers, which are never followed
     std::atomic<bool> m_modified{false};
 };

@@ -152,6 +152,7 @@ void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
     }
     featureNode->removeDrawables(0, featureNode->getNumDrawables());
     std::vector<osg::Vec3d> ring;
+    ring.reserve(outline.size());
     const double height = flightHeight();
     for (const CAxPoint2D& point : outline)
         ring.push_back(world({point.x(), point.y(), height}));
