@@ -1,5 +1,10 @@
 #include <AxAlgorthm/AxMissionTypes.h>
 
+bool AxIsSpecialCamera(ECameraType camera, EPlaneType plane)
+{
+    return camera == CameraOblique || (camera == CameraSwing && plane == PlaneObliqueCopter);
+}
+
 QString GetPlaneStringByType(EPlaneType type)
 {
     switch (type) {

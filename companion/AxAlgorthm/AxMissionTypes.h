@@ -41,6 +41,10 @@ enum ETaskType
     TaskVideo = 3,
 };
 
+/// Whether the camera looks in several directions from that aircraft: flown for oblique photos in the mode of
+/// three directions, its route is three routes, and for heights of its own each point keeps its altitude.
+AXALGORTHM_EXPORT bool AxIsSpecialCamera(ECameraType camera, EPlaneType plane);
+
 /// The file-name stem of the aircraft model that stands for a plane type: "FixedWing" or "MultiRotor".
 /// Empty for a value that is no plane type.
 AXALGORTHM_EXPORT QString GetPlaneStringByType(EPlaneType type);

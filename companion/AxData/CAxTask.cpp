@@ -54,7 +54,7 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
     request.forwardOverlap = airLine.GetForwardOverlap();
     request.heading = airLine.GetHeading();
     request.clearance = airLine.GetClearance();
-    request.isThreeDirections = extended.GetFlyingMode() == CAxExtendedTaskParam::ThreeDirections;
+    request.isThreeDirections = para.HasThreeDirections();
     request.isCrossed = extended.GetFlyingMode() == CAxExtendedTaskParam::CrossGrid;
     request.passes = std::max(0, expectedRouteCount);
     request.entry = std::clamp(entryPoint, 0, 3);

@@ -11,3 +11,9 @@ void CAxTaskPara::SetBandingOffset(double left, double right)
     m_bandingLeft = left;
     m_bandingRight = right;
 }
+
+bool CAxTaskPara::HasThreeDirections() const
+{
+    return AxIsSpecialCamera(m_cameraType, m_planeType) && m_extended.GetTaskType() == TaskOblique &&
+           m_extended.GetFlyingMode() == CAxExtendedTaskParam::ThreeDirections;
+}

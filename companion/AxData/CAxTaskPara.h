@@ -30,6 +30,9 @@ public:
     void GetBandingOffset(double& left, double& right) const;
     void SetBandingOffset(double left, double right);
 
+    /// Whether a task's route is three routes of equally many points, one behind the other.
+    bool HasThreeDirections() const;
+
     /// The two records of further parameters.
     CAxAirLineParam* GetAirLineParam() { return &m_airLine; }
     CAxExtendedTaskParam* GetExtendedTaskParam() { return &m_extended; }

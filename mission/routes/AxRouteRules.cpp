@@ -22,11 +22,6 @@ void AddColors(const osg::Vec4f& color, Segments& segments)
 }
 } // namespace
 
-bool IsSpecialCamera(ECameraType camera, EPlaneType plane)
-{
-    return camera == CameraOblique || (camera == CameraSwing && plane == PlaneObliqueCopter);
-}
-
 Range ThirdShown(int size, int entryPoint, int direction)
 {
     const int third = std::max(size, 0) / 3;

@@ -19,9 +19,6 @@ namespace AxRouteRules {
 /// Of aircraft that has flown a segment, or is not to fly it.
 const osg::Vec4f flownColor(132.0f / 255.0f, 159.0f / 255.0f, 164.0f / 255.0f, 1.0f);
 
-/// Whether the camera looks in several directions, which changes what is drawn of a route.
-AXEARTHVIEWER_EXPORT bool IsSpecialCamera(ECameraType camera, EPlaneType plane);
-
 /// A part of a list.
 struct Range
 {

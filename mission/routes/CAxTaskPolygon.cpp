@@ -76,16 +76,6 @@ ETaskType CAxTaskPolygon::taskType() const
     return record ? record->GetTaskPara()->GetExtendedTaskParam()->GetTaskType() : TaskOrthophoto;
 }
 
-// Whether the task's route is three sub-routes, of which one is shown.
-bool CAxTaskPolygon::showsThird(CAxBlock& record) const
-{
-    CAxTaskPara& para = *record.GetTaskPara();
-    const CAxExtendedTaskParam& extended = *para.GetExtendedTaskParam();
-    return AxRouteRules::IsSpecialCamera(para.GetCameraType(), para.GetPlaneType()) &&
-           extended.GetTaskType() == TaskOblique &&
-           extended.GetFlyingMode() == CAxExtendedTaskParam::ThreeDirections;
-}
-
 void CAxTaskPolygon::ComputerAirLine()
 {
     CAxBlock* record = block();
@@ -105,8 +95,8 @@ void CAxTaskPolygon::ComputerAirLine()
 
     CAxTaskPara& para = *record->GetTaskPara();
     const double height = flightHeight();
-    const bool ownAltitudes = AxRouteRules::IsSpecialCamera(para.GetCameraType(), para.GetPlaneType()) &&
-                              taskType() == TaskVariableHeight;
+    const bool ownAltitudes =
+        AxIsSpecialCamera(para.GetCameraType(), para.GetPlaneType()) && taskType() == TaskVariableHeight;
     QList<CAxVector3D> points;
     points.reserve(route.size());
     for (const CAxVector3D& point : route)
@@ -114,7 +104,7 @@ void CAxTaskPolygon::ComputerAirLine()
     for (auto& marker : markers)
         marker.second = CAxVector3D(marker.second.y(), marker.second.x(), height);
 
-    const bool isThird = showsThird(*record);
+    const bool isThird = para.HasThreeDirections();
     if (isThird) {
         const auto range = AxRouteRules::ThirdShown(points.size(), entryPoint, task->direction);
         CreateAirLine({points.cbegin() + range.first, points.cbegin() + range.first + range.count});
@@ -130,8 +120,6 @@ void CAxTaskPolygon::ComputerAirLine()
         CheckLineMarker(points, markers);
         UpdateLineMarker(flyingMarkers);
     }
-    if (airLine)
-        UpdatePointTxt(*airLine);
 }
 
 void CAxTaskPolygon::CreateAirLineFlying()
@@ -140,7 +128,7 @@ void CAxTaskPolygon::CreateAirLineFlying()
     const std::vector<CAxVector3D> route = flyingRoutes.value(entryPoint);
     if (!record || route.empty())
         return;
-    if (!showsThird(*record))
+    if (!record->GetTaskPara()->HasThreeDirections())
         return CreateAirLine(route);
     const CAxTask* task = record->GetTask(taskID);
     const auto range =

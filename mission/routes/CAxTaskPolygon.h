@@ -124,7 +124,6 @@ private:
     CAxBlock* block() const;
     osg::Vec3d world(const osg::Vec3d& place) const;
     double flightHeight() const;
-    bool showsThird(CAxBlock& record) const;
     ETaskType taskType() const;
     std::vector<osg::Vec3d> drawnPoints() const;
     void showFlown(AxWorldGeometry& drawable);

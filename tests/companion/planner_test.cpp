@@ -438,6 +438,10 @@ TEST(Planner, SplitsIntoFlightsAndLosesNoPhoto)
                 EXPECT_LE(flight.seconds, request.aircraft.endurance);
                 for (const AxPlanPhoto& photo : flight.photos)
                     EXPECT_EQ(photo.longitude, plan.photos[photos++].longitude);
+                for (std::size_t i = 1; i < flight.points.size(); ++i)
+                    EXPECT_TRUE(flight.points[i].longitude != flight.points[i - 1].longitude ||
+                                flight.points[i].latitude != flight.points[i - 1].latitude)
+                        << "point " << i << " stands twice";
             }
             EXPECT_EQ(photos, plan.photos.size());
             EXPECT_EQ(flights.back().points.back().longitude, plan.points.back().longitude);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <AxData/exchange/AxMission.h>
+
 #include <QCoreApplication>
 #include <QString>
 
@@ -7,4 +9,12 @@
 inline QString AxExchangeText(const char* text)
 {
     return QCoreApplication::translate("AxExchange", text);
+}
+
+/// A file that is not taken over, and why.
+inline AxMissionRead AxRefusedMission(const QString& fault)
+{
+    AxMissionRead refused;
+    refused.fault = fault;
+    return refused;
 }

@@ -243,13 +243,6 @@ private:
     std::map<double, std::size_t> numberOf;
     int surveys = 0;
 };
-
-AxMissionRead PlanRefusal(const QString& fault)
-{
-    AxMissionRead refused;
-    refused.fault = fault;
-    return refused;
-}
 } // namespace
 
 AxMissionRead AxReadQgcPlan(const QByteArray& data)
@@ -257,16 +250,16 @@ AxMissionRead AxReadQgcPlan(const QByteArray& data)
     QJsonParseError error = {};
     const QJsonDocument document = QJsonDocument::fromJson(data, &error);
     if (error.error != QJsonParseError::NoError)
-        return PlanRefusal(
+        return AxRefusedMission(
             AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "Line %1: the file is no JSON or is cut "
                                                            "off (%2)."))
                 .arg(data.left(error.offset).count('\n') + 1)
                 .arg(error.errorString()));
     if (!document.isObject())
-        return PlanRefusal(AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "The file is no plan.")));
+        return AxRefusedMission(AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "The file is no plan.")));
     PlanReader reader;
     if (!reader.Read(document.object()))
-        return PlanRefusal(reader.read.fault);
+        return AxRefusedMission(reader.read.fault);
     const QString fault = AxMissionFault(reader.read.mission);
-    return fault.isEmpty() ? reader.read : PlanRefusal(fault);
+    return fault.isEmpty() ? reader.read : AxRefusedMission(fault);
 }

@@ -85,13 +85,6 @@ QString ItemOf(const QByteArray& line, int row, AxMissionItem& item)
     item.isContinued = numbers[11] != 0.0;
     return AxItemFault(item);
 }
-
-AxMissionRead WplRefusal(const QString& fault)
-{
-    AxMissionRead refused;
-    refused.fault = fault;
-    return refused;
-}
 } // namespace
 
 AxExported AxWriteWpl(const AxMission& mission)
@@ -128,7 +121,7 @@ AxMissionRead AxReadWpl(const QByteArray& data)
     text.replace("\r\n", "\n").replace('\r', '\n');
     const QList<QByteArray> lines = text.split('\n');
     if (lines.first().simplified() != wplHeader)
-        return WplRefusal(
+        return AxRefusedMission(
             AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "Line 1: the file does not begin with "
                                                            "\"%1\"."))
                 .arg(QLatin1String(wplHeader)));
@@ -140,7 +133,7 @@ AxMissionRead AxReadWpl(const QByteArray& data)
         AxMissionItem item;
         const QString fault = ItemOf(lines[i], row, item);
         if (!fault.isEmpty())
-            return WplRefusal(
+            return AxRefusedMission(
                 AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "Line %1: %2.")).arg(i + 1).arg(fault));
         if (row == 0)
             read.mission.home = {item.latitude, item.longitude, item.altitude};
@@ -149,5 +142,5 @@ AxMissionRead AxReadWpl(const QByteArray& data)
         ++row;
     }
     read.fault = AxMissionFault(read.mission);
-    return read.fault.isEmpty() ? read : WplRefusal(read.fault);
+    return read.fault.isEmpty() ? read : AxRefusedMission(read.fault);
 }

@@ -181,7 +181,6 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
         return result;
     }
     double sum = 0.0;
-    int count = 0;
     result.least = std::numeric_limits<double>::max();
     std::optional<Kind> stretch; // that goes on at the place before
     VisitLegs(route, [&](std::size_t leg, double share) {
@@ -195,7 +194,7 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
         if (isKnown) {
             above = from.altitude + share * (to.altitude - from.altitude) - *ground;
             sum += above;
-            ++count;
+            ++result.looks;
             result.least = std::min(result.least, above);
             if (above < request.clearance)
                 wrong = Kind::Clearance;
@@ -209,8 +208,8 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
         stretch = wrong;
         return true;
     });
-    result.mean = count > 0 ? sum / count : 0.0;
-    if (count == 0)
+    result.mean = result.looks > 0 ? sum / result.looks : 0.0;
+    if (result.looks == 0)
         result.least = 0.0;
     return result;
 }

@@ -27,6 +27,7 @@ QString AxSetAltitudes(const AxPlanRequest& request, const AxPlanPlane& plane, d
 /// Heights above the ground along the route.
 struct AxAboveGround
 {
+    int looks = 0;                       ///< at places whose ground is known
     double least = 0.0;                  ///< metres
     double mean = 0.0;                   ///< metres
     std::vector<AxPlanWarning> warnings; ///< one for each stretch that is too low or over unknown ground

@@ -11,30 +11,39 @@ constexpr double leastProgress = 1.0;
 
 class Splitter
 {
+    struct Place
+    {
+        CAxPoint2D at;
+        double altitude = 0.0;
+    };
+
 public:
     Splitter(const AxPlanRequest& asked, const AxPlanResult& planned)
         : request(asked), plan(planned), plane(asked.outline)
     {
+        places.reserve(plan.points.size());
         for (const AxPlanPoint& point : plan.points)
-            places.push_back(plane.ToPlane(QPointF(point.longitude, point.latitude)));
+            places.push_back({plane.ToPlane(QPointF(point.longitude, point.latitude)), point.altitude});
         if (request.home)
-            home = plane.ToPlane(*request.home);
+            home = {plane.ToPlane(*request.home), request.homeAltitude};
     }
 
     std::vector<AxPlanFlight> Split()
     {
         std::vector<AxPlanFlight> flights;
-        std::size_t next = 0; // the first point that is still to be flown to
+        std::size_t next = 0;  // the first point that is still to be flown to
+        bool isBegunAt = true; // the flight begins at that very point
         AxPlanPoint begin = plan.points.front();
-        CAxPoint2D beginPlace = places.front();
+        Place beginPlace = places.front();
         while (next < places.size()) {
             AxPlanFlight flight;
-            flight.points.push_back(begin);
+            if (!isBegunAt)
+                flight.points.push_back(begin);
             double flown = FromHome(beginPlace);
             std::size_t whole = next; // all before it end with a pass that is flown whole
             double wholeFlown = flown;
             std::size_t at = next;
-            CAxPoint2D place = beginPlace;
+            Place place = beginPlace;
             double left = 0.0; // seconds for the leg that is too long
             for (; at < places.size(); ++at) {
                 const double leg = Seconds(place, places[at]);
@@ -52,6 +61,7 @@ public:
                 flight.points.insert(flight.points.end(), Point(next), Point(whole));
                 flight.seconds = wholeFlown + ToHome(places[whole - 1]);
                 next = whole;
+                isBegunAt = true;
                 if (next < places.size()) {
                     begin = plan.points[next];
                     beginPlace = places[next];
@@ -59,13 +69,14 @@ public:
             } else {
                 // The one pass is too long: as far along the leg as the way home allows.
                 const double share = ShareOf(place, places[at], left);
-                const CAxPoint2D end = AxBetween(place, places[at], share);
-                if (AxApart(beginPlace, end) < leastProgress)
+                const Place end = On(place, places[at], share);
+                if (AxApart(beginPlace.at, end.at) < leastProgress)
                     return {};
                 flight.points.insert(flight.points.end(), Point(next), Point(at));
                 const AxPlanPoint& before = at > next ? plan.points[at - 1] : begin;
-                begin = Between(before, plan.points[at], end, share);
+                begin = Between(before, plan.points[at], end);
                 beginPlace = end;
+                isBegunAt = false;
                 flight.points.push_back(begin);
                 flight.seconds = flown + Seconds(place, end) + ToHome(end);
                 next = at;
@@ -81,33 +92,37 @@ private:
     {
         return plan.points.begin() + static_cast<std::ptrdiff_t>(index);
     }
-    double Seconds(const CAxPoint2D& from, const CAxPoint2D& to) const
+    static Place On(const Place& from, const Place& to, double share)
     {
-        return AxApart(from, to) / AxGroundSpeed(request, from, to);
+        return {AxBetween(from.at, to.at, share), from.altitude + share * (to.altitude - from.altitude)};
     }
-    double FromHome(const CAxPoint2D& place) const { return request.home ? Seconds(home, place) : 0.0; }
-    double ToHome(const CAxPoint2D& place) const { return request.home ? Seconds(place, home) : 0.0; }
+    double Seconds(const Place& from, const Place& to) const
+    {
+        return std::hypot(AxApart(from.at, to.at), to.altitude - from.altitude) /
+               AxGroundSpeed(request, from.at, to.at);
+    }
+    double FromHome(const Place& place) const { return request.home ? Seconds(home, place) : 0.0; }
+    double ToHome(const Place& place) const { return request.home ? Seconds(place, home) : 0.0; }
 
     /// How far a leg can be flown in so many seconds, with the way home from there.
-    double ShareOf(const CAxPoint2D& from, const CAxPoint2D& to, double seconds) const
+    double ShareOf(const Place& from, const Place& to, double seconds) const
     {
         double low = 0.0;
         double high = 1.0;
         for (int i = 0; i < 50; ++i) {
             const double share = 0.5 * (low + high);
-            const CAxPoint2D end = AxBetween(from, to, share);
+            const Place end = On(from, to, share);
             (Seconds(from, end) + ToHome(end) <= seconds ? low : high) = share;
         }
         return low;
     }
 
-    AxPlanPoint Between(const AxPlanPoint& before, const AxPlanPoint& after, const CAxPoint2D& place,
-                        double share) const
+    AxPlanPoint Between(const AxPlanPoint& before, const AxPlanPoint& after, const Place& place) const
     {
-        const QPointF lngLat = plane.ToLngLat(place);
+        const QPointF lngLat = plane.ToLngLat(place.at);
         const bool isOnPass = before.pass >= 0 && before.pass == after.pass;
-        return {lngLat.x(), lngLat.y(), before.altitude + share * (after.altitude - before.altitude),
-                isOnPass ? Role::OnPass : Role::Turn, isOnPass ? before.pass : -1};
+        return {lngLat.x(), lngLat.y(), place.altitude, isOnPass ? Role::OnPass : Role::Turn,
+                isOnPass ? before.pass : -1};
     }
 
     /// In their order: those of a pass that two flights share go by the place where the first one ends.
@@ -141,8 +156,8 @@ private:
     const AxPlanRequest& request;
     const AxPlanResult& plan;
     AxPlanPlane plane;
-    std::vector<CAxPoint2D> places;
-    CAxPoint2D home;
+    std::vector<Place> places; // of the route's points
+    Place home;
 };
 } // namespace
 

@@ -165,8 +165,11 @@ private:
         figures.turns += std::max(0, figures.passes - passesBefore - 1);
         const AxAboveGround above = AxLookBelow(request, plane, route);
         result.warnings.insert(result.warnings.end(), above.warnings.begin(), above.warnings.end());
-        figures.leastHeight = passesBefore == 0 ? above.least : std::min(figures.leastHeight, above.least);
-        figures.meanHeight = passesBefore == 0 ? above.mean : 0.5 * (figures.meanHeight + above.mean);
+        if (above.looks > 0) {
+            figures.leastHeight = looks == 0 ? above.least : std::min(figures.leastHeight, above.least);
+            figures.meanHeight += (above.mean - figures.meanHeight) * above.looks / (looks + above.looks);
+            looks += above.looks;
+        }
         return TakePhotos(route, passesBefore);
     }
 
@@ -254,6 +257,7 @@ private:
     AxPlanPlane plane;
     double height;
     double fastest = 0.0; // over ground, on a pass
+    int looks = 0;        // at the ground below the sets so far
     AxPlanResult result;
 };
 } // namespace
