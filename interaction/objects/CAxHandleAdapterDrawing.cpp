@@ -2,18 +2,18 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxSceneImage.h"
+#include "scene/base/AxShortName.h"
 #include "scene/shape/AxRingInPlane.h"
 #include "scene/shape/AxRingTriangles.h"
 #include "scene/shape/AxShapeClamp.h"
 #include "scene/shape/AxShapeSurface.h"
+#include "scene/shape/AxStateOverGround.h"
 #include "scene/shape/AxWorldGeometry.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxBaseUI/AxPolygonTest.h>
 #include <AxData/CAxBlock.h>
 
-#include <osg/BlendFunc>
-#include <osg/Depth>
 #include <osg/observer_ptr>
 #include <osg/Texture2D>
 #include <osgEarth/MapNode>
@@ -22,8 +22,6 @@
 #include <osgEarth/Terrain>
 #include <osgEarthAnnotation/LabelNode>
 #include <osgEarthSymbology/TextSymbol>
-
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <cmath>
@@ -42,21 +40,11 @@ constexpr short lockShift = -34;
 // Side of the square that a segment fills, metres, from its diagonal.
 const double segmentSize = 2000.0 / std::sqrt(2.0);
 
-// On one line, and no longer than the map has room for; letters that are made of several characters stay
-// whole.
+// No longer than the map has room for.
 std::string NameOnMap(const QString& name)
 {
     constexpr int mostLetters = 64;
-    const QString line = name.simplified();
-    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, line);
-    int lastKept = 0;
-    for (int count = 1; letters.toNextBoundary() >= 0; ++count) {
-        if (count == mostLetters - 1)
-            lastKept = letters.position();
-        if (count > mostLetters)
-            return (line.left(lastKept) + QChar(0x2026)).toStdString();
-    }
-    return line.toStdString();
+    return AxShortName(name, mostLetters).toStdString();
 }
 
 bool HasColor(const osg::Vec4f& color)
@@ -92,13 +80,7 @@ osg::ref_ptr<osg::StateSet> ShapeState()
     osg::ref_ptr<osg::StateSet> state;
     if (shared.lock(state))
         return state;
-    shared = state = new osg::StateSet;
-    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
-    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
-    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
-    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
-    state->setAttributeAndModes(
-        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    shared = state = AxStateOverGround();
     state->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
     return state;
 }

@@ -3,6 +3,7 @@
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxFonts.h"
 #include "scene/base/AxSceneImage.h"
+#include "scene/base/AxShortName.h"
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
@@ -17,7 +18,6 @@
 #include <osgText/Text>
 
 #include <QPointer>
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <array>
@@ -46,21 +46,6 @@ QString LableImage(int button, const char* state)
 {
     return QStringLiteral(":/images/Normal/map_airline_show/lineares_flight_lean_mis%1_but_%2.png")
         .arg(QString::number(button), QLatin1String(state));
-}
-
-// On one line; letters that are made of several characters stay whole.
-QString LableText(const QString& name)
-{
-    const QString line = name.simplified();
-    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, line);
-    int kept = 0;
-    for (int count = 1; letters.toNextBoundary() >= 0; ++count) {
-        if (count == lableMostLetters - 1)
-            kept = letters.position();
-        if (count > lableMostLetters)
-            return line.left(kept) + QChar(0x2026);
-    }
-    return line;
 }
 
 // FLT_MAX: one label is never shown in part.
@@ -223,7 +208,7 @@ void CAxTaskLable::UpdateLinkLine(const osgEarth::GeoPoint& link)
 
 void CAxTaskLable::UpdateTxt(const QString& text)
 {
-    d->text->setText(LableText(text).toStdString(), osgText::String::ENCODING_UTF8);
+    d->text->setText(AxShortName(text, lableMostLetters).toStdString(), osgText::String::ENCODING_UTF8);
     drawPanel();
 }
 

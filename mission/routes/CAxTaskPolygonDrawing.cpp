@@ -5,12 +5,11 @@
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxSceneImage.h"
+#include "scene/shape/AxStateOverGround.h"
 #include "scene/shape/AxWorldGeometry.h"
 
 #include <AxData/CAxTask.h>
 
-#include <osg/BlendFunc>
-#include <osg/Depth>
 #include <osg/Group>
 #include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
@@ -86,14 +85,9 @@ void SetIcon(PlaceNode& marker, const QString& path)
 // Over the ground and the areas of blocks, whatever lies in front.
 void DrawOverGround(osg::Geode& node, int bin)
 {
-    osg::StateSet* state = node.getOrCreateStateSet();
-    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
-    state->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
-    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
-    state->setMode(GL_CULL_FACE, osg::StateAttribute::OFF);
-    state->setAttributeAndModes(
-        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    const osg::ref_ptr<osg::StateSet> state = AxStateOverGround();
     state->setRenderBinDetails(bin, bin == areaBin ? "DepthSortedBin" : "RenderBin");
+    node.setStateSet(state);
 }
 
 void LeaveScene(osg::Node* node)
