@@ -62,6 +62,7 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
     request.ground = CAxControl::GetInstance()->GetGround();
     if (para.IsChangeHighFlying() || extended.GetTaskType() == TaskVariableHeight)
         request.heights = AxPlanRequest::Heights::Terrain;
+    extended.Complete(request, para.GetCameraType());
     const CAxVector3D home = m_block->GetHomePosition();
     if (!home.isNull()) {
         request.home = QPointF(home.x(), home.y());
