@@ -2,8 +2,12 @@
 
 #include <AxAlgorthm/AxMath.h>
 
+#include <osg/BoundingBox>
+#include <osg/Vec4d>
+
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 namespace AxRouteRules {
@@ -19,6 +23,21 @@ void AddSegment(const osg::Vec3d& from, const osg::Vec3d& to, Segments& segments
 void AddColors(const osg::Vec4f& color, Segments& segments)
 {
     segments.colors.insert(segments.colors.end(), 2, color);
+}
+
+// Below this, numbers would hide the route.
+constexpr double leastNumberedPixels = 60.0;
+constexpr double pixelsPerNumber = 3000.0; // of the area that the route takes up
+constexpr double pixelsAlongNumber = 80.0; // of its sides, for a route that is a line on the screen
+constexpr double mostNumbers = 200.0;
+
+/// The finest of 1, 2, 5, 10, 20, ... that leaves at most so many of `count` numbers.
+int RoundStep(int count, double most)
+{
+    for (int ten = 1;; ten *= 10)
+        for (const int step : {ten, 2 * ten, 5 * ten})
+            if (count <= most * step)
+                return step;
 }
 } // namespace
 
@@ -41,8 +60,8 @@ bool IsNoPlace(const osg::Vec3d& place)
            IsEqual(place.z(), 0.0, pointTolerance);
 }
 
-void AddByIndices(int i, osg::Vec3d& previous, const osg::Vec3d& current, int startIndex, int endIndex,
-                  const osg::Vec4f& lineColor, Segments& segments)
+void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current, int startIndex,
+                                int endIndex, const osg::Vec4f& lineColor, Segments& segments)
 {
     AddSegment(previous, current, segments);
     // Hosts rely on the gap: without indices there is nothing to tell apart.
@@ -51,8 +70,8 @@ void AddByIndices(int i, osg::Vec3d& previous, const osg::Vec3d& current, int st
     previous = current;
 }
 
-void AddByLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current, int stoppedIn,
-                     const osg::Vec4f& lineColor, Segments& segments)
+void ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current, int stoppedIn,
+                                       const osg::Vec4f& lineColor, Segments& segments)
 {
     AddSegment(previous, current, segments);
     AddColors(i < stoppedIn ? flownColor : lineColor, segments);
@@ -81,8 +100,8 @@ int SegmentNearest(const std::vector<osg::Vec3d>& route, const osg::Vec3d& place
     return nearest;
 }
 
-void AddHomeLegs(const osg::Vec3d& first, const osg::Vec3d& last, const osg::Vec3d& aboveHome,
-                 const osg::Vec3d& home, const osg::Vec4f& lineColor, Segments& segments)
+void ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last, const osg::Vec3d& aboveHome,
+                              const osg::Vec3d& home, const osg::Vec4f& lineColor, Segments& segments)
 {
     for (const osg::Vec3d& end : {first, last})
         if (!IsNoPlace(end)) {
@@ -133,6 +152,31 @@ osg::Vec3d LabelPlace(const osg::Vec3d& first, const osg::Vec3d& second)
     const double angle = osg::DegreesToRadians(LabelHeading(way));
     const double back = way.length() / 10.0;
     return first + east * (back * std::sin(angle)) - north * (back * std::cos(angle));
+}
+
+std::vector<int> NumbersShown(const std::vector<osg::Vec3d>& points, const osg::Matrixd& toClip, int width,
+                              int height)
+{
+    std::vector<int> inView;
+    osg::BoundingBoxd screen;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const osg::Vec4d clip = osg::Vec4d(points[i], 1.0) * toClip;
+        if (!(clip.w() > 0.0) || std::abs(clip.x()) > clip.w() || std::abs(clip.y()) > clip.w())
+            continue;
+        inView.push_back(static_cast<int>(i));
+        screen.expandBy(0.5 * width * clip.x() / clip.w(), 0.5 * height * clip.y() / clip.w(), 0.0);
+    }
+    const double across = screen.xMax() - screen.xMin();
+    const double down = screen.yMax() - screen.yMin();
+    if (inView.empty() || std::max(across, down) < leastNumberedPixels)
+        return {};
+    const double room = across * down / pixelsPerNumber + (across + down) / pixelsAlongNumber;
+    const int step = RoundStep(static_cast<int>(inView.size()), std::clamp(room, 1.0, mostNumbers));
+    const int last = static_cast<int>(points.size()) - 1;
+    std::vector<int> chosen;
+    std::copy_if(inView.begin(), inView.end(), std::back_inserter(chosen),
+                 [&](int i) { return i == 0 || i == last || (i + 1) % step == 0; });
+    return chosen;
 }
 
 QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,

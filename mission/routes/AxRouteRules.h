@@ -4,6 +4,7 @@
 #include <AxAlgorthm/AxMissionTypes.h>
 #include <AxAlgorthm/CAxVector3D.h>
 
+#include <osg/Matrixd>
 #include <osg/Vec3d>
 #include <osg/Vec4f>
 
@@ -45,19 +46,21 @@ struct Segments
 };
 /// Adds the segment that leads to point i and moves on to there. Between the two indices it has the line's
 /// colour, outside flownColor; before somebody has set them it has none.
-AXEARTHVIEWER_EXPORT void AddByIndices(int i, osg::Vec3d& previous, const osg::Vec3d& current, int startIndex,
-                                       int endIndex, const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                                     int startIndex, int endIndex,
+                                                     const osg::Vec4f& lineColor, Segments& segments);
 /// The same for a flight that goes on: segments that lead to a point before `stoppedIn` have been flown.
-AXEARTHVIEWER_EXPORT void AddByLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current,
-                                          int stoppedIn, const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous,
+                                                            const osg::Vec3d& current, int stoppedIn,
+                                                            const osg::Vec4f& lineColor, Segments& segments);
 /// Index of the point to which the segment leads that passes closest by a place; 0 for less than two points.
 /// All are longitude, latitude and altitude; the altitude does not count.
 AXEARTHVIEWER_EXPORT int SegmentNearest(const std::vector<osg::Vec3d>& route, const osg::Vec3d& place);
 /// Adds the legs from the two ends of the route to above home, each unless the end is no place, and the one
 /// down to home.
-AXEARTHVIEWER_EXPORT void AddHomeLegs(const osg::Vec3d& first, const osg::Vec3d& last,
-                                      const osg::Vec3d& aboveHome, const osg::Vec3d& home,
-                                      const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last,
+                                                   const osg::Vec3d& aboveHome, const osg::Vec3d& home,
+                                                   const osg::Vec4f& lineColor, Segments& segments);
 
 /// Of the marker at a place of the list of markers; empty beyond the fourth.
 AXEARTHVIEWER_EXPORT QString MarkerIcon(int index, int entryPoint);
@@ -71,6 +74,12 @@ AXEARTHVIEWER_EXPORT double LabelHeading(const osg::Vec3d& direction);
 /// Where that label stands, of a route whose first points are these two; all are geocentric metres. It is a
 /// tenth of their distance away from the first, in the plane of the horizon there.
 AXEARTHVIEWER_EXPORT osg::Vec3d LabelPlace(const osg::Vec3d& first, const osg::Vec3d& second);
+
+/// Which of the geocentric points are numbered in a view of that many pixels, by index and in order: as many
+/// as the part of the screen that they take up has room for, the first and the last point and in between
+/// those of round numbers. None of a route that is small on the screen, and none out of view.
+AXEARTHVIEWER_EXPORT std::vector<int> NumbersShown(const std::vector<osg::Vec3d>& points,
+                                                   const osg::Matrixd& toClip, int width, int height);
 
 /// Which points of the route are markers: by the marker's place in its list.
 AXEARTHVIEWER_EXPORT QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,

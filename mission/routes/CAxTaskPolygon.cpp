@@ -1,7 +1,9 @@
 // What is known of a route, and what its task makes of it. Its drawing is in CAxTaskPolygonDrawing.cpp.
 #include "mission/routes/CAxTaskPolygon.h"
 
+#include "interaction/input/CAxEarthManipulator.h"
 #include "mission/routes/AxRouteRules.h"
+#include "mission/routes/CAxTaskLable.h"
 #include "scene/AxBlockObject.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
@@ -21,11 +23,23 @@
 
 using osgEarth::Symbology::Color;
 
+namespace {
+constexpr int numberedEvery = 60; // ms, while the view moves
+}
+
 CAxTaskPolygon::CAxTaskPolygon(CAxEarthViewer* earthViewer, CAxHandleAdapter* object)
     : viewer(earthViewer), adapter(nullptr), outlineColor(Color::Orange), lineColor(Color::Yellow),
       taskID(CreateUniqueID()), parts(AxPartsOf(earthViewer))
 {
     CAxTaskPolygon::SetMapObject(object);
+    look.setSingleShot(true);
+    look.setInterval(numberedEvery);
+    connect(&look, &QTimer::timeout, this, &CAxTaskPolygon::lookAgain);
+    if (auto* mouse = parts ? qobject_cast<CAxEarthManipulator*>(parts->Mouse()) : nullptr)
+        connect(mouse, &CAxEarthManipulator::signalViewMoved, this, [this] {
+            if (!look.isActive())
+                look.start();
+        });
 }
 
 CAxTaskPolygon::~CAxTaskPolygon()
@@ -83,9 +97,15 @@ void CAxTaskPolygon::ComputerAirLine()
     if (!task)
         return;
     QList<QPair<int, CAxVector3D>> markers;
+    // A planner of the host's own may end the task, the block or the route.
+    const QPointer<CAxTaskPolygon> self(this);
     const QList<CAxVector3D> route =
         task->ComputeRoute(entryPoint, markers, record->GetBlockType(),
                            record->GetTaskPara()->GetExpectedRouteCount(), parts->Tools().AppType());
+    record = self ? block() : nullptr;
+    task = record && parts ? record->GetTask(taskID) : nullptr;
+    if (!task)
+        return;
     if (route.isEmpty()) {
         const QString text =
             tr("The %1 route parameter error,Please delete the current route and try again.");
@@ -107,7 +127,7 @@ void CAxTaskPolygon::ComputerAirLine()
     const bool isThird = para.HasThreeDirections();
     if (isThird) {
         const auto range = AxRouteRules::ThirdShown(points.size(), entryPoint, task->direction);
-        CreateAirLine({points.cbegin() + range.first, points.cbegin() + range.first + range.count});
+        ResetAirLine({points.cbegin() + range.first, points.cbegin() + range.first + range.count});
         if (task->direction == 1)
             std::reverse(markers.begin(), markers.end());
     } else if (para.IsChangeHighFlying()) {
@@ -115,11 +135,18 @@ void CAxTaskPolygon::ComputerAirLine()
     } else {
         CreateAirLine({points.cbegin(), points.cend()});
     }
-    createLineMarker(markers, height);
+    CreateLineMarker(markers, height);
+    DrawLineLable();
     if (para.IsChangeHighFlying()) {
         CheckLineMarker(points, markers);
         UpdateLineMarker(flyingMarkers);
     }
+}
+
+void CAxTaskPolygon::ResetAirLine(const std::vector<CAxVector3D>& points)
+{
+    CreateAirLine(points);
+    UpdateLineMarker(flyingMarkers);
 }
 
 void CAxTaskPolygon::CreateAirLineFlying()

@@ -1,4 +1,5 @@
 #pragma once
+#include "mission/routes/AxRouteNumbers.h"
 #include "scene/AxTaskRoute.h"
 #include "scene/base/AxEarthViewerExport.h"
 
@@ -19,6 +20,7 @@
 #include <QPair>
 #include <QPointer>
 #include <QString>
+#include <QTimer>
 
 #include <vector>
 
@@ -27,6 +29,7 @@ class AxWorldGeometry;
 class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
+class CAxTaskLable;
 
 /**
  * The route of one task of a block, drawn on the globe: its line, the legs from and to home, up to four
@@ -90,7 +93,7 @@ public:
     void UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim);
     /// Those of one point; nothing when it has none.
     void GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const;
-    /// Numbers the points of a geometry in place of those before.
+    /// Numbers the points of a geometry in place of those before, as many as the view has room for.
     void UpdatePointTxt(const osgEarth::Symbology::Geometry& points);
 
     /// Shows or hides the route with all that belongs to it; the area of the task.
@@ -112,6 +115,7 @@ public:
     osgEarth::Symbology::Geometry* GetGeometry() const { return airLine.get(); }
     osg::Geode* GetAirLineNode() const { return airLineNode.get(); } ///< null until a route was drawn
     osg::Geode* GetFeatureNode() const { return featureNode.get(); } ///< null until CreateNode()
+    CAxTaskLable* GetTaskLable() const; ///< null until ComputerAirLine() has drawn a route
 
     /// Takes all its nodes out of the scene.
     virtual void ClearFeatureNodeContained();
@@ -120,15 +124,28 @@ private slots:
     /// A button of the label chooses the direction: 1, 2, any other the third.
     void slotAirLineOmniDirectional(int button, QString name);
 
+protected:
+    /// The drawn line in geocentric places: every point at its altitude, and the ways from and to home.
+    std::vector<osg::Vec3d> ComputerAirLineNormalPoint() const;
+    /// Gives the line's drawable the points and colours of the drawing mode.
+    void UpdateAirLinePoint(AxWorldGeometry& drawable);
+    /// Draws another part of the route, with its markers where they are.
+    void ResetAirLine(const std::vector<CAxVector3D>& points);
+    /// Puts markers at places of (longitude, latitude) and that altitude. None: nothing changes.
+    void CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
+    /// Puts the label beside the beginning of the route. Nothing without one.
+    void DrawLineLable();
+
 private:
     CAxBlock* block() const;
     osg::Vec3d world(const osg::Vec3d& place) const;
+    /// Where the points of a route are drawn, geocentric.
+    std::vector<osg::Vec3d> worldOf(const osgEarth::Symbology::Geometry& points) const;
     double flightHeight() const;
     ETaskType taskType() const;
-    std::vector<osg::Vec3d> drawnPoints() const;
-    void showFlown(AxWorldGeometry& drawable);
-    void createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
     void showHome();
+    void applyVisible() const;
+    void lookAgain();
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;
 
@@ -157,8 +174,10 @@ private:
 
     QPointer<AxViewerParts> parts;
     QMetaObject::Connection adapterEnd;
-    osg::ref_ptr<osg::Group> textNode;
-    QMap<int, QPair<osg::Vec4f, osg::Vec4f>> pointColors; // of texts that have others than the rest
+    AxRouteNumbers numbers;
+    QTimer look; // until the numbers are chosen for a view that has moved
+    QPointer<CAxTaskLable> label;
+    std::vector<osg::Vec3d> labelledPoints; // geocentric: the first two when it was made
     bool airLineVisible = true;
     bool areaVisible = true;
 };

@@ -1,6 +1,7 @@
 // The nodes of a route.
 #include "mission/routes/AxRouteGeometry.h"
 #include "mission/routes/AxRouteRules.h"
+#include "mission/routes/CAxTaskLable.h"
 #include "mission/routes/CAxTaskPolygon.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
@@ -8,22 +9,19 @@
 #include "scene/shape/AxStateOverGround.h"
 #include "scene/shape/AxWorldGeometry.h"
 
+#include <AxData/CAxBlock.h>
 #include <AxData/CAxTask.h>
 
 #include <osg/Group>
 #include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
-#include <osgEarth/ScreenSpaceLayout>
-#include <osgEarthAnnotation/LabelNode>
 #include <osgEarthSymbology/AltitudeSymbol>
 #include <osgEarthSymbology/Color>
 #include <osgEarthSymbology/IconSymbol>
-#include <osgEarthSymbology/TextSymbol>
 
 #include <algorithm>
 #include <string>
 
-using osgEarth::Annotation::LabelNode;
 using osgEarth::Annotation::PlaceNode;
 using osgEarth::Symbology::AltitudeSymbol;
 using osgEarth::Symbology::Color;
@@ -31,7 +29,6 @@ using osgEarth::Symbology::Geometry;
 using osgEarth::Symbology::IconSymbol;
 using osgEarth::Symbology::LineString;
 using osgEarth::Symbology::Style;
-using osgEarth::Symbology::TextSymbol;
 
 namespace {
 constexpr float routeWidth = 2.0f; // pixels
@@ -40,24 +37,8 @@ constexpr osg::Node::NodeMask areaMask = 0x1234;
 // Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
 constexpr int areaBin = 10;
 constexpr int routeBin = 11;
-constexpr float pointTextPixels = 12.0f;
-const osg::Vec4f pointTextColor(1.0f, 1.0f, 1.0f, 1.0f);
-const osg::Vec4f pointRimColor(0.1f, 0.1f, 0.1f, 1.0f);
 // Over the numbers of points; home and entry points are never left out for them.
 constexpr float markerPriority = 100.0f;
-
-Style PointTextStyle(const QPair<osg::Vec4f, osg::Vec4f>& colors)
-{
-    Style style;
-    auto* text = style.getOrCreate<TextSymbol>();
-    text->font() = "msyh.ttc";
-    text->size() = pointTextPixels;
-    text->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-    text->pixelOffset() = osg::Vec2s(4, 4);
-    text->fill()->color() = Color(colors.first);
-    text->halo()->color() = Color(colors.second);
-    return style;
-}
 
 osg::ref_ptr<PlaceNode> MakeMarker(const AxScene& scene, const osgEarth::GeoPoint& place, const QString& icon,
                                    double liftMetres)
@@ -123,9 +104,11 @@ void CAxTaskPolygon::addToScene(osg::Node* node) const
 
 std::vector<osg::Node*> CAxTaskPolygon::routeNodes() const
 {
-    std::vector<osg::Node*> nodes{airLineNode.get(), textNode.get(), homeMarker.get()};
+    std::vector<osg::Node*> nodes{airLineNode.get(), numbers.Node(), homeMarker.get()};
     for (const auto& marker : markerNodes)
         nodes.push_back(marker.get());
+    if (label)
+        nodes.push_back(label->GetRootNode());
     return nodes;
 }
 
@@ -174,33 +157,37 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     airLineNode->setName("Task Polygon");
     DrawOverGround(*airLineNode, routeBin);
     osg::ref_ptr<AxWorldGeometry> drawable =
-        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, drawnPoints(), false,
-                                AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
+        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, ComputerAirLineNormalPoint(),
+                                false, AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
     drawable->setName("Feature");
     airLineNode->addDrawable(drawable);
-    SetAirLineVisible(airLineVisible);
+    applyVisible();
     addToScene(airLineNode);
     if (drawingMode != 0)
         return UpdateAirLine(drawingMode);
     UpdatePointTxt(*airLine);
 }
 
-// Geocentric, of the whole line with its ways from and to home.
-std::vector<osg::Vec3d> CAxTaskPolygon::drawnPoints() const
+std::vector<osg::Vec3d> CAxTaskPolygon::worldOf(const Geometry& points) const
 {
     const double height = flightHeight();
     const ETaskType type = taskType();
-    const bool hasHome = !homePoint.isNull();
-    const osg::Vec3d aboveHome = world({homePoint.x(), homePoint.y(), height});
-    std::vector<osg::Vec3d> points;
-    if (hasHome)
-        points.push_back(aboveHome);
-    for (const osg::Vec3d& point : *airLine)
-        points.push_back(world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)}));
-    if (hasHome) {
-        points.push_back(aboveHome);
-        points.push_back(world({homePoint.x(), homePoint.y(), homePoint.z()}));
-    }
+    std::vector<osg::Vec3d> places;
+    places.reserve(points.size());
+    for (const osg::Vec3d& point : points)
+        places.push_back(world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)}));
+    return places;
+}
+
+std::vector<osg::Vec3d> CAxTaskPolygon::ComputerAirLineNormalPoint() const
+{
+    std::vector<osg::Vec3d> points = worldOf(*airLine);
+    if (homePoint.isNull())
+        return points;
+    const osg::Vec3d aboveHome = world({homePoint.x(), homePoint.y(), flightHeight()});
+    points.insert(points.begin(), aboveHome);
+    points.push_back(aboveHome);
+    points.push_back(world({homePoint.x(), homePoint.y(), homePoint.z()}));
     return points;
 }
 
@@ -210,45 +197,42 @@ void CAxTaskPolygon::UpdateAirLine(int mode)
     AxWorldGeometry* drawable = RouteDrawable(airLineNode);
     if (!drawable || !airLine || airLine->empty() || !parts || !parts->Scene().MapSRS())
         return;
-    if (mode == 0) {
-        const std::vector<osg::Vec3d> points = drawnPoints();
-        AxRouteGeometry::SetPoints(*drawable, points, osg::Array::BIND_PER_VERTEX);
-        AxRouteGeometry::AddEdgePrimitiveSet(*drawable, 0, static_cast<unsigned>(points.size()), lineColor,
-                                             AxRouteGeometry::LineStrip);
-    } else {
-        showFlown(*drawable);
-    }
+    UpdateAirLinePoint(*drawable);
     UpdatePointTxt(*airLine);
 }
 
-void CAxTaskPolygon::showFlown(AxWorldGeometry& drawable)
+void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable)
 {
-    const double height = flightHeight();
-    const ETaskType type = taskType();
+    if (drawingMode == 0) {
+        const std::vector<osg::Vec3d> points = ComputerAirLineNormalPoint();
+        AxRouteGeometry::SetPoints(drawable, points, osg::Array::BIND_PER_VERTEX);
+        return AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<unsigned>(points.size()),
+                                                    lineColor, AxRouteGeometry::LineStrip);
+    }
     const bool isNewFlight = AxRouteRules::IsNoPlace(lastPoint);
     const int stoppedIn = isNewFlight ? 0 : AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint);
     AxRouteRules::Segments segments;
-    osg::Vec3d first, previous;
-    for (int i = 0; i < static_cast<int>(airLine->size()); ++i) {
-        const osg::Vec3d& point = (*airLine)[static_cast<std::size_t>(i)];
-        const osg::Vec3d current =
-            world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)});
-        if (i == 0)
-            first = previous = current;
-        else if (isNewFlight)
-            AxRouteRules::AddByIndices(i, previous, current, startIndex, endIndex, lineColor, segments);
+    const std::vector<osg::Vec3d> points = worldOf(*airLine);
+    osg::Vec3d previous = points.front();
+    for (int i = 1; i < static_cast<int>(points.size()); ++i) {
+        const osg::Vec3d& current = points[static_cast<std::size_t>(i)];
+        if (isNewFlight)
+            AxRouteRules::ComputerAirLineStartAndEnd(i, previous, current, startIndex, endIndex, lineColor,
+                                                     segments);
         else
-            AxRouteRules::AddByLastFlight(i, previous, current, stoppedIn, lineColor, segments);
+            AxRouteRules::ComputerAirLineContinueLastFlight(i, previous, current, stoppedIn, lineColor,
+                                                            segments);
     }
     if (!homePoint.isNull())
-        AxRouteRules::AddHomeLegs(first, previous, world({homePoint.x(), homePoint.y(), height}),
-                                  world({homePoint.x(), homePoint.y(), homePoint.z()}), lineColor, segments);
+        AxRouteRules::ComputerAirLineHomePoint(
+            points.front(), points.back(), world({homePoint.x(), homePoint.y(), flightHeight()}),
+            world({homePoint.x(), homePoint.y(), homePoint.z()}), lineColor, segments);
     AxRouteGeometry::SetPoints(drawable, segments.points, osg::Array::BIND_PER_VERTEX);
     AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<int>(segments.points.size()),
                                          segments.colors, lineColor);
 }
 
-void CAxTaskPolygon::createLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)
+void CAxTaskPolygon::CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)
 {
     if (markers.isEmpty() || !parts || !parts->Scene().MapNode())
         return;
@@ -271,7 +255,7 @@ void CAxTaskPolygon::createLineMarker(const QList<QPair<int, CAxVector3D>>& mark
         addToScene(node);
         AddAirLineMarkerFlying(i, world(place));
     }
-    SetAirLineVisible(airLineVisible);
+    applyVisible();
 }
 
 void CAxTaskPolygon::UpdateLineMarker(const QMap<int, osg::Vec3d>& markers)
@@ -300,60 +284,95 @@ void CAxTaskPolygon::showHome()
         homeMarker = MakeMarker(parts->Scene(), place, icon, 0.1);
     homeMarker->setPosition(place);
     SetIcon(*homeMarker, icon);
-    SetAirLineVisible(airLineVisible);
+    applyVisible();
     addToScene(homeMarker);
+}
+
+CAxTaskLable* CAxTaskPolygon::GetTaskLable() const
+{
+    return label;
+}
+
+void CAxTaskPolygon::DrawLineLable()
+{
+    CAxBlock* record = block();
+    const CAxTask* task = record ? record->GetTask(taskID) : nullptr;
+    const osgEarth::SpatialReference* srs = parts ? parts->Scene().MapSRS() : nullptr;
+    if (!task || !srs || !airLine || airLine->size() < 2)
+        return;
+    const double height = flightHeight();
+    std::vector<osg::Vec3d> ends;
+    for (std::size_t i = 0; i < 2; ++i)
+        ends.push_back(world({(*airLine)[i].x(), (*airLine)[i].y(),
+                              AxRouteRules::DrawnAltitude((*airLine)[i].z(), height, taskType())}));
+    if (!label || labelledPoints != ends || label->objectName() != task->GetTaskName()) {
+        osgEarth::GeoPoint place, link;
+        if (!place.fromWorld(srs->getGeographicSRS(), AxRouteRules::LabelPlace(ends[0], ends[1])) ||
+            !link.fromWorld(srs->getGeographicSRS(), ends[0]))
+            return;
+        // The old one may be telling of its button.
+        if (label) {
+            label->RemoveFromScene();
+            label->disconnect(this);
+            label->deleteLater();
+        }
+        label = new CAxTaskLable(viewer, task->GetTaskName(), place, link);
+        label->setParent(this);
+        label->setObjectName(task->GetTaskName());
+        label->UpdateLinkLine(link);
+        connect(label, SIGNAL(PressedBtnSignal(int, QString)), this,
+                SLOT(slotAirLineOmniDirectional(int, QString)));
+        labelledPoints = ends;
+    }
+    label->SetImgVisible(record->GetTaskPara()->GetExtendedTaskParam()->GetFlyingMode() ==
+                         CAxExtendedTaskParam::ThreeDirections);
+    label->AddToScene();
+    applyVisible();
 }
 
 void CAxTaskPolygon::UpdatePointTxt(const Geometry& points)
 {
-    osgEarth::MapNode* map = parts ? parts->Scene().MapNode() : nullptr;
-    if (!map)
+    if (!parts || !parts->Scene().MapNode())
         return;
-    if (!textNode)
-        textNode = new osg::Group;
-    textNode->removeChildren(0, textNode->getNumChildren());
-    const double height = flightHeight();
-    const ETaskType type = taskType();
-    const auto plain = qMakePair(pointTextColor, pointRimColor);
-    for (int i = 0; i < static_cast<int>(points.size()); ++i) {
-        const osg::Vec3d& point = points[static_cast<std::size_t>(i)];
-        const osgEarth::GeoPoint place(parts->Scene().MapSRS()->getGeographicSRS(), point.x(), point.y(),
-                                       AxRouteRules::DrawnAltitude(point.z(), height, type),
-                                       osgEarth::ALTMODE_ABSOLUTE);
-        textNode->addChild(
-            new LabelNode(map, place, std::to_string(i + 1), PointTextStyle(pointColors.value(i, plain))));
-    }
-    SetAirLineVisible(airLineVisible);
-    addToScene(textNode);
+    numbers.CreateTxts(worldOf(points));
+    lookAgain();
+    applyVisible();
+    addToScene(numbers.Node());
 }
 
 void CAxTaskPolygon::UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim)
 {
-    const int count = textNode ? static_cast<int>(textNode->getNumChildren()) : 0;
-    for (int i = std::max(first, 0); i <= std::min(last, count - 1); ++i) {
-        pointColors[i] = qMakePair(text, rim);
-        if (auto* label = dynamic_cast<LabelNode*>(textNode->getChild(static_cast<unsigned>(i)))) {
-            label->setStyle(PointTextStyle(pointColors[i]));
-            osgEarth::ScreenSpaceLayout::activate(label->getOrCreateStateSet());
-        }
-    }
+    numbers.SetColors(first, last, {text, rim});
 }
 
 void CAxTaskPolygon::GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const
 {
-    if (index < 0 || !textNode || index >= static_cast<int>(textNode->getNumChildren()))
+    if (index < 0 || index >= numbers.Count())
         return;
-    const auto colors = pointColors.value(index, qMakePair(pointTextColor, pointRimColor));
-    text = colors.first;
-    rim = colors.second;
+    const AxRouteNumbers::Colors colors = numbers.ColorsOf(index);
+    text = colors.text;
+    rim = colors.rim;
 }
 
 void CAxTaskPolygon::SetAirLineVisible(bool visible)
 {
     airLineVisible = visible;
+    applyVisible();
+    lookAgain();
+}
+
+// To nodes that may have been made since.
+void CAxTaskPolygon::applyVisible() const
+{
     for (osg::Node* node : routeNodes())
         if (node)
-            node->setNodeMask(visible ? ~0u : 0u);
+            node->setNodeMask(airLineVisible ? ~0u : 0u);
+}
+
+void CAxTaskPolygon::lookAgain()
+{
+    if (parts && airLineVisible)
+        numbers.Look(parts->Scene());
 }
 
 void CAxTaskPolygon::SetVisible(bool visible)

@@ -21,6 +21,30 @@ TEST(RouteRules, ShowTheSubRouteOfTheDirectionAsSeenFromTheEntryPoint)
     }
 }
 
+TEST(RouteRules, NumberAsManyPointsAsThereIsRoomFor)
+{
+    // A route of 1,000 points from corner to corner of the screen, or of a part of it.
+    const auto shown = [](double size, int points = 1000) {
+        std::vector<osg::Vec3d> route;
+        for (int i = 0; i < points; ++i)
+            route.emplace_back(size * (2.0 * i / (points - 1) - 1.0), (i % 2 ? 1.0 : -1.0) * size, 0.0);
+        return NumbersShown(route, osg::Matrixd(), 1000, 800);
+    };
+    EXPECT_TRUE(shown(0.01).empty()) << "it would be hidden";
+    EXPECT_EQ(shown(1.0, 4), (std::vector<int>{0, 1, 2, 3}));
+    const std::vector<int> whole = shown(1.0), part = shown(0.2);
+    EXPECT_EQ(whole.size(), 201u) << "each fifth";
+    EXPECT_EQ(whole[1], 4) << "which is called 5";
+    EXPECT_EQ(whole.front() + whole.back(), 999);
+    EXPECT_LT(part.size(), 30u);
+    const std::vector<int> near = shown(100.0);
+    EXPECT_TRUE(near.empty()) << "every point is out of view";
+    EXPECT_TRUE(NumbersShown({}, osg::Matrixd(), 1000, 800).empty());
+    const osg::Matrixd behind = osg::Matrixd::perspective(30.0, 1.0, 1.0, 100.0);
+    EXPECT_TRUE(NumbersShown({{-1, 0, 10}, {1, 0, 10}}, behind, 1000, 800).empty());
+    EXPECT_EQ(NumbersShown({{-1, 0, -10}, {1, 0, -10}}, behind, 1000, 800).size(), 2u);
+}
+
 TEST(RouteRules, LiftPointsWithoutAnAltitudeUnlessEachHasItsOwn)
 {
     EXPECT_EQ(DrawnAltitude(0.9e-5, 120.0, TaskOblique), 120.0);
@@ -46,7 +70,7 @@ TEST(RouteRules, ColourWhatWasFlownAndLeaveTheColoursOutWithoutIndices)
     };
     const auto byIndices = [&](int start, int end) {
         return colors([=](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
-            AddByIndices(i, previous, current, start, end, yellow, segments);
+            ComputerAirLineStartAndEnd(i, previous, current, start, end, yellow, segments);
         });
     };
     EXPECT_EQ(byIndices(0, 0), "");
@@ -56,14 +80,14 @@ TEST(RouteRules, ColourWhatWasFlownAndLeaveTheColoursOutWithoutIndices)
     EXPECT_EQ(SegmentNearest(route, {-179.95, 9.01, 500}), 2);
     EXPECT_EQ(SegmentNearest({{1, 1, 0}}, {1, 1, 0}), 0);
     EXPECT_EQ(colors([&](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
-                  AddByLastFlight(i, previous, current, 3, yellow, segments);
+                  ComputerAirLineContinueLastFlight(i, previous, current, 3, yellow, segments);
               }),
               "ggyy");
 
     for (const bool hasFirst : {true, false}) {
         Segments legs;
-        AddHomeLegs(hasFirst ? osg::Vec3d(1, 0, 0) : osg::Vec3d(9e-7, 0, 0), {2, 0, 0}, {3, 0, 0}, {4, 0, 0},
-                    yellow, legs);
+        ComputerAirLineHomePoint(hasFirst ? osg::Vec3d(1, 0, 0) : osg::Vec3d(9e-7, 0, 0), {2, 0, 0},
+                                 {3, 0, 0}, {4, 0, 0}, yellow, legs);
         EXPECT_EQ(legs.points.size(), hasFirst ? 6u : 4u);
         EXPECT_EQ(legs.colors, std::vector<osg::Vec4f>(legs.points.size(), yellow));
         EXPECT_EQ(legs.points.back(), osg::Vec3d(4, 0, 0));

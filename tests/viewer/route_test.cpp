@@ -1,11 +1,15 @@
 // The route of a task, over its block.
 #include "ShapeFixture.h"
 
+#include "mission/routes/CAxTaskLable.h"
 #include "mission/routes/CAxTaskPolygon.h"
 
 #include <AxData/CAxTask.h>
 
 #include <osg/Group>
+#include <osgEarthAnnotation/LabelNode>
+
+#include <functional>
 
 namespace {
 /// Nine points, in three sub-routes of a latitude each.
@@ -16,6 +20,8 @@ struct PlannedTask : CAxTask
                                     int) override
     {
         QList<CAxVector3D> route;
+        if (meanwhile)
+            meanwhile();
         for (int i = 0; i < points; ++i)
             route += CAxVector3D(9.0 + i / 3, 18.5 + i % 3, i == 1 ? 5000.0 : 0.0);
         for (int i = 0; i < 4; ++i)
@@ -23,6 +29,7 @@ struct PlannedTask : CAxTask
         return route;
     }
     int points = 9;
+    std::function<void()> meanwhile;
 };
 
 class RouteOnMap : public ShapeFixture
@@ -87,11 +94,11 @@ TEST_F(RouteOnMap, IsDrawnAtTheFlightHeightWithHomeMarkersAndWhatWasFlown)
     ASSERT_EQ(route->GetGeometry()->size(), 9u);
     EXPECT_EQ((*route->GetGeometry())[1], osg::Vec3d(19.5, 9.0, 300.0)) << "longitude first";
     EXPECT_EQ(Drawn()->getVertexArray()->getNumElements(), 9u);
-    EXPECT_EQ(Nodes(), 6u) << "line, numbers, markers";
+    EXPECT_EQ(Nodes(), 7u) << "line, numbers, markers, label";
 
     route->SetHomePoint({20.0, 7.0, 0.0});
     EXPECT_EQ(Drawn()->getVertexArray()->getNumElements(), 12u) << "from above home, and back down to it";
-    EXPECT_EQ(Nodes(), 7u);
+    EXPECT_EQ(Nodes(), 8u);
     manipulator->setViewpoint(Straight(20.0, 10.0, 1.5e6));
     EXPECT_GT(Pixels().first, 500);
     route->UpdateAirLine(1);
@@ -151,6 +158,58 @@ TEST_F(RouteOnMap, TellsOfARouteThatCannotBeAndMayBeDestroyedMeanwhile)
     EXPECT_TRUE(
         box.texts.contains("The Noon route parameter error,Please delete the current route and try again."));
     EXPECT_EQ(box.buttons.size(), 1);
+}
+
+TEST_F(RouteOnMap, MayGoWhileItsTaskPlans)
+{
+    auto deleted = std::make_unique<CAxTaskPolygon>(viewer, block);
+    deleted->SetTaskID("task");
+    task->meanwhile = [&] { deleted.reset(); };
+    deleted->ComputerAirLine();
+    EXPECT_EQ(deleted, nullptr);
+    task->meanwhile = [] { viewer->DeleteBlocks({"block"}); };
+    route->ComputerAirLine();
+    EXPECT_EQ(route->GetGeometry(), nullptr);
+}
+
+TEST_F(RouteOnMap, NumbersItsPointsAndIsNamedBesideTheFirst)
+{
+    route->SetEntryPoint(0);
+    manipulator->setViewpoint(Straight(19.5, 10.0, 1.5e6));
+    WaitForPicture();
+    osg::Group* numbers = nullptr;
+    const auto texts = [&] {
+        QStringList list;
+        for (unsigned i = 0; numbers && i < numbers->getNumChildren(); ++i)
+            if (auto* label = dynamic_cast<osgEarth::Annotation::LabelNode*>(numbers->getChild(i)))
+                list += QString::fromStdString(label->text());
+        return list;
+    };
+    for (unsigned i = others; i < viewer->GetDrawNodeGroup()->getNumChildren(); ++i)
+        if (osg::Group* group = viewer->GetDrawNodeGroup()->getChild(i)->asGroup();
+            group && group->getNumChildren() > 0 &&
+            dynamic_cast<osgEarth::Annotation::LabelNode*>(group->getChild(0)))
+            numbers = group;
+    EXPECT_TRUE(texts().contains("1") && texts().contains("9")) << texts().join(' ').toStdString();
+    const osg::Vec4f red(1, 0, 0, 1);
+    route->UpdatePointColor(8, 20, red, red);
+    osg::Vec4f text, rim;
+    route->GetPointColor(8, text, rim);
+    EXPECT_EQ(text, red);
+    manipulator->setViewpoint(Straight(19.5, 10.0, 6e7));
+    EXPECT_TRUE(waitFor([&] { return texts().isEmpty(); }, 5000)) << "too small for numbers";
+
+    CAxTaskLable* label = route->GetTaskLable();
+    ASSERT_TRUE(label);
+    EXPECT_EQ(label->GetRootNode()->getName(), "Noon");
+    task->SetTaskName("Evening");
+    route->ComputerAirLine();
+    EXPECT_EQ(route->GetTaskLable()->GetRootNode()->getName(), "Evening");
+    record->GetTaskPara()->GetExtendedTaskParam()->SetFlyingMode(CAxExtendedTaskParam::ThreeDirections);
+    emit route->GetTaskLable()->PressedBtnSignal(2, "Evening");
+    EXPECT_EQ(task->direction, 1);
+    route->SetAirLineVisible(false);
+    EXPECT_EQ(route->GetTaskLable()->GetRootNode()->getNodeMask(), 0u);
 }
 
 TEST_F(RouteOnMap, GoesAndComesBackWithItsBlock)
