@@ -1,6 +1,7 @@
 #include "viewer/AxFrame.h"
 #include "scene/base/AxViewerLog.h"
 #include "viewer/AxSpareMemory.h"
+#include "viewer/AxWaitRule.h"
 
 #include <osg/GLExtensions>
 #include <osg/State>
@@ -18,10 +19,6 @@ namespace {
 // A merged tile asks for its children in the next frame and they are requested
 // in the one after: three quiet frames in a row mean that nobody asks any more.
 constexpr int framesToSettle = 3;
-// What has come, or was changed by a host, is seen after so many seconds while more tiles are made.
-constexpr double longestWait = 0.075;
-// A loader that has brought nothing for so many seconds waits for a network, not for the processor.
-constexpr double longestSilence = 1.0;
 // Spare memory is given back so many seconds apart: tiles of a slow network come one by one.
 constexpr double secondsBetweenGivings = 1.0;
 
@@ -227,20 +224,20 @@ void AxFrame::Render(const QSize& pixels, Target target)
 bool AxFrame::isWaiting() const
 {
     const osgDB::DatabasePager* pager = viewer->getDatabasePager();
-    if (!pager || !isBegun || !hasRested || hadInput || isAsked || !rule.IsSaving() ||
-        viewer->getRequestRedraw() || viewer->getRequestContinousUpdate())
+    if (!pager || !isBegun || !rule.IsSaving())
         return false;
-    // A tile that has come is waited for no longer when the pager has no other to make meanwhile.
-    const bool isMaking = pager->getFileRequestListSize() > 0 ||
-                          (pager->getRequestsInProgress() && pager->getDataToCompileListSize() == 0 &&
-                           pager->getDataToMergeListSize() == 0);
-    // A clock that ran backwards ends the waiting.
-    const auto isWithin = [now = viewer->elapsedTime()](double since, double seconds) {
-        return now >= since && now < since + seconds;
-    };
     const osgGA::CameraManipulator* manipulator = viewer->getCameraManipulator();
-    return isMaking && isWithin(drawnAt, longestWait) && isWithin(tileAt, longestSilence) &&
-           (!manipulator || manipulator->getInverseMatrix() == drawnView);
+    AxWaitFacts facts;
+    facts.isResting = hasRested && (!manipulator || manipulator->getInverseMatrix() == drawnView);
+    facts.hadInput = hadInput;
+    facts.isAsked = isAsked || viewer->getRequestRedraw() || viewer->getRequestContinousUpdate();
+    facts.wanted = pager->getFileRequestListSize();
+    facts.isUnderWay = pager->getRequestsInProgress();
+    facts.made = pager->getDataToCompileListSize() + pager->getDataToMergeListSize();
+    facts.now = viewer->elapsedTime();
+    facts.drawnAt = drawnAt;
+    facts.lastTileAt = tileAt;
+    return AxMayWaitForTiles(facts);
 }
 
 bool AxFrame::PassBy(const QSize& pixels)

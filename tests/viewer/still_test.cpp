@@ -5,6 +5,7 @@
 #include "scene/shape/AxWorldGeometry.h"
 #include "viewer/AxSceneWalk.h"
 #include "viewer/AxStillRule.h"
+#include "viewer/AxWaitRule.h"
 
 #include <osg/Geode>
 #include <osg/Geometry>
@@ -168,6 +169,39 @@ TEST(StillRule, LeavesOutOnlyWhatWasProvenToStay)
     AxStillRule off = settled;
     off.SetSaving(false);
     EXPECT_TRUE(off.MustDraw(same));
+}
+
+TEST(WaitRule, LeavesOutFramesOfAViewThatRestsWhileTilesAreMade)
+{
+    struct Case
+    {
+        const char* name;
+        bool waits;
+        std::function<void(AxWaitFacts&)> change;
+    };
+    const std::vector<Case> cases{
+        {"a tile is made", true, [](AxWaitFacts&) {}},
+        {"one is shown next, no other made", false, [](AxWaitFacts& f) { f.made = 1; }},
+        {"one is shown next, others made", true, [](AxWaitFacts& f) { f.made = 1, f.wanted = 3; }},
+        {"nothing to make", false, [](AxWaitFacts& f) { f.isUnderWay = false; }},
+        {"the camera moves", false, [](AxWaitFacts& f) { f.isResting = false; }},
+        {"after input", false, [](AxWaitFacts& f) { f.hadInput = true; }},
+        {"on request", false, [](AxWaitFacts& f) { f.isAsked = true; }},
+        {"nearly at the end of the wait", true, [](AxWaitFacts& f) { f.drawnAt = 9.926; }},
+        {"waited long enough", false, [](AxWaitFacts& f) { f.drawnAt = 9.924; }},
+        {"a tile of late", true, [](AxWaitFacts& f) { f.lastTileAt = 9.01; }},
+        {"no tile for a second", false, [](AxWaitFacts& f) { f.lastTileAt = 8.99; }},
+        {"a clock set back", false, [](AxWaitFacts& f) { f.now = 9.98; }},
+        {"no clock", false, [](AxWaitFacts& f) { f.now = std::nan(""); }},
+    };
+    for (const Case& each : cases) {
+        AxWaitFacts facts;
+        facts.isResting = facts.isUnderWay = true;
+        facts.now = 10.0;
+        facts.drawnAt = facts.lastTileAt = 9.99;
+        each.change(facts);
+        EXPECT_EQ(AxMayWaitForTiles(facts), each.waits) << each.name;
+    }
 }
 
 TEST(SceneWalk, SeesEveryEdit)
