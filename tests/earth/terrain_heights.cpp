@@ -75,9 +75,18 @@ TEST_P(OneGround, IsTheSameHoweverMuchOfItIsRead)
             for (int i = 0; i < 20; ++i) {
                 const double x = longitude + within(-size, size), y = latitude + within(-size, size);
                 ASSERT_NEAR(part.at(x, y), whole.at(x, y), 1e-3) << x << ", " << y << " of " << size;
-                float grid[2] = {};
-                part.sample({longitude, x}, {y}, grid);
-                ASSERT_NEAR(static_cast<double>(grid[1]), part.at(x, y), 1e-3) << x << ", " << y;
+            }
+            // Unevenly spaced, and more columns than rows: neither can be taken for the other.
+            std::vector<double> columns, rows;
+            for (double step = -size; step < size; step += within(0.02, 0.2) * size)
+                columns.push_back(longitude + step);
+            for (double step = -size; step < size; step += within(0.05, 0.5) * size)
+                rows.push_back(latitude + step);
+            std::vector<float> grid(columns.size() * rows.size());
+            part.sample(columns, rows, grid.data());
+            for (std::size_t i = 0; i < grid.size(); ++i) {
+                const double x = columns[i % columns.size()], y = rows[i / columns.size()];
+                ASSERT_NEAR(static_cast<double>(grid[i]), part.at(x, y), 1e-3) << x << ", " << y;
             }
         }
     }
