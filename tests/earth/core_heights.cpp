@@ -3,10 +3,12 @@
 
 #include "layers/LayerHeights.h"
 #include "RasterMaker.h"
+#include "sources/HeightGrid.h"
 
 #include <cmath>
 #include <gdal_priv.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 
 using namespace osgEarth;
@@ -56,6 +58,25 @@ struct Reference
     std::vector<float> samples;
 };
 } // namespace
+
+TEST(HeightCells, GiveBackWhatWentIn)
+{
+    const float hole = std::nanf("");
+    const std::vector<std::vector<float>> cases{
+        {-32767.0f, -1.0f, 0.0f, hole, 32767.0f}, // all of 16 bits
+        {-32768.0f, hole},                        // one less
+        {32768.0f, 1.0f},                         // one more
+        {0.5f, hole, 1.0f},
+        {std::numeric_limits<float>::infinity(), 1.0f},
+    };
+    for (const std::vector<float>& heights : cases) {
+        const HeightCells cells(heights);
+        ASSERT_EQ(cells.size(), heights.size());
+        for (std::size_t i = 0; i < heights.size(); ++i)
+            EXPECT_TRUE(std::isnan(heights[i]) ? std::isnan(cells[i]) : cells[i] == heights[i])
+                << heights[i] << " became " << cells[i];
+    }
+}
 
 TEST(HeightWindow, IsTheSourcesOwnBilinearInterpolation)
 {

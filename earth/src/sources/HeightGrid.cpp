@@ -18,24 +18,31 @@ std::array<double, 3> splineWeights(double offset)
     const double before = 0.5 - offset, after = 0.5 + offset;
     return {0.5 * before * before, 0.75 - offset * offset, 0.5 * after * after};
 }
-
-/// Bilinear between two cells of each of two rows.
-double between(const float* north, const float* south, int c0, int c1, double fc, double fr)
-{
-    const auto across = [=](const float* row) {
-        const double west = static_cast<double>(row[c0]);
-        return west + (static_cast<double>(row[c1]) - west) * fc;
-    };
-    return across(north) + (across(south) - across(north)) * fr;
-}
 } // namespace
 
-HeightGrid::HeightGrid(std::vector<float> heights, int columns, int rows, const Place& place)
-    : _columns(columns), _rows(rows), _place(place), _heights(std::move(heights))
+HeightCells::HeightCells(std::vector<float> heights)
 {
-    const auto holes = std::count_if(_heights.begin(), _heights.end(), [](float h) { return std::isnan(h); });
+    const auto fits = [](float h) {
+        return std::isnan(h) ||
+               (h > static_cast<float>(kHole) &&
+                h <= static_cast<float>(std::numeric_limits<std::int16_t>::max()) && h == std::trunc(h));
+    };
+    if (!std::all_of(heights.begin(), heights.end(), fits)) {
+        _exact = std::move(heights);
+        return;
+    }
+    _whole.reserve(heights.size());
+    for (const float h : heights)
+        _whole.push_back(std::isnan(h) ? kHole : static_cast<std::int16_t>(h));
+}
+
+HeightGrid::HeightGrid(std::vector<float> heights, int columns, int rows, const Place& place)
+    : _columns(columns), _rows(rows), _place(place)
+{
+    const auto holes = std::count_if(heights.begin(), heights.end(), [](float h) { return std::isnan(h); });
     _whole = holes == 0;
-    _hasData = static_cast<std::size_t>(holes) < _heights.size();
+    _hasData = static_cast<std::size_t>(holes) < heights.size();
+    _heights = HeightCells(std::move(heights));
 }
 
 double HeightGrid::cover(std::size_t i) const
@@ -61,24 +68,32 @@ void HeightGrid::sampleWhole(const std::vector<double>& columns, const std::vect
         across.push_back(around((column - _place.firstColumn) / _place.cellWidth, _columns));
     for (const double row : rows) {
         const Pair down = around((row - _place.firstRow) / _place.cellHeight, _rows);
-        const float* north = &_heights[index(0, down.first)];
-        const float* south = &_heights[index(0, down.second)];
-        for (const Pair& p : across)
-            *heights++ = static_cast<float>(between(north, south, p.first, p.second, p.share, down.share));
+        for (const Pair& pair : across)
+            *heights++ = static_cast<float>(between(pair, down));
     }
 }
 
-HeightSample HeightGrid::mix(const int (&columns)[2], const int (&rows)[2], double fc, double fr) const
+double HeightGrid::between(const Pair& across, const Pair& down) const
 {
-    const double across[2] = {1.0 - fc, fc};
-    const double down[2] = {1.0 - fr, fr};
+    const auto onRow = [&](int row) {
+        const double west = static_cast<double>(height(across.first, row));
+        return west + (static_cast<double>(height(across.second, row)) - west) * across.share;
+    };
+    const double north = onRow(down.first);
+    return north + (onRow(down.second) - north) * down.share;
+}
+
+HeightSample HeightGrid::mix(const Pair& across, const Pair& down) const
+{
     HeightSample sum;
-    for (int r = 0; r < 2; ++r)
-        for (int c = 0; c < 2; ++c) {
-            const double weight = across[c] * down[r];
+    for (const bool south : {false, true})
+        for (const bool east : {false, true}) {
+            const double weight =
+                (east ? across.share : 1.0 - across.share) * (south ? down.share : 1.0 - down.share);
             if (weight <= 0.0)
                 continue;
-            const std::size_t i = index(columns[c], rows[r]);
+            const std::size_t i =
+                index(east ? across.second : across.first, south ? down.second : down.first);
             const double share = weight * cover(i);
             if (share <= 0.0)
                 continue;
@@ -135,13 +150,12 @@ HeightSample HeightGrid::atWithRim(double column, double row) const
         return {};
     const double beside = std::max({0.0, -x, x - _columns});
     const double above = std::max({0.0, -y, y - _rows});
-    const auto [c0, c1, fc] = around(x, _columns);
-    const auto [r0, r1, fr] = around(y, _rows);
+    const Pair across = around(x, _columns), down = around(y, _rows);
     HeightSample sample;
     if (_whole && _cover.empty()) {
-        sample = {between(&_heights[index(0, r0)], &_heights[index(0, r1)], c0, c1, fc, fr), 1.0};
+        sample = {between(across, down), 1.0};
     } else {
-        sample = mix({c0, c1}, {r0, r1}, fc, fr);
+        sample = mix(across, down);
         if (sample.cover > 1.0 - kCoverHair)
             sample.cover = 1.0;
     }
@@ -183,7 +197,7 @@ HeightGrid HeightGrid::halved() const
     half._circular = _circular;
     half._hasData = _hasData;
     const std::size_t total = static_cast<std::size_t>(half._columns) * static_cast<std::size_t>(half._rows);
-    half._heights.assign(total, kNone);
+    std::vector<float> heights(total, kNone);
     half._lowest.assign(total, kNone);
     half._highest.assign(total, kNone);
     half._cover.assign(total, 0.0f);
@@ -208,10 +222,11 @@ HeightGrid HeightGrid::halved() const
                 half._whole = false;
                 continue;
             }
-            half._heights[i] = static_cast<float>(sum / share);
+            heights[i] = static_cast<float>(sum / share);
             half._lowest[i] = low;
             half._highest[i] = high;
         }
+    half._heights = HeightCells(std::move(heights));
     return half;
 }
 } // namespace osgEarth

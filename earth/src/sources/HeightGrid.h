@@ -1,4 +1,8 @@
 #pragma once
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace osgEarth {
@@ -7,6 +11,30 @@ struct HeightSample
 {
     double height = 0.0;
     double cover = 0.0;
+};
+
+/// Heights in metres, NaN for none. Takes two bytes for each where all are whole metres, as those of most
+/// models are, and four elsewhere. Immutable once made.
+class HeightCells
+{
+public:
+    HeightCells() = default;
+    explicit HeightCells(std::vector<float> heights);
+
+    std::size_t size() const { return std::max(_whole.size(), _exact.size()); }
+    float operator[](std::size_t i) const
+    {
+        if (_whole.empty())
+            return _exact[i];
+        return _whole[i] == kHole ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(_whole[i]);
+    }
+
+private:
+    static constexpr std::int16_t kHole = std::numeric_limits<std::int16_t>::min();
+
+    // One of them is empty.
+    std::vector<std::int16_t> _whole;
+    std::vector<float> _exact;
 };
 
 /// A rectangle in columns and rows of a raster's full resolution, counted from the corner of its first pixel.
@@ -39,7 +67,7 @@ public:
     int columns() const { return _columns; }
     int rows() const { return _rows; }
     const Place& place() const { return _place; }
-    bool empty() const { return _heights.empty(); }
+    bool empty() const { return _heights.size() == 0; }
     /// Whether every cell has data.
     bool isWhole() const { return _whole; }
     /// Whether some cell has data.
@@ -88,14 +116,16 @@ private:
     };
     /// Around a position in cells; those beyond the rim are the rim's.
     static Pair around(double position, int count);
-    HeightSample mix(const int (&columns)[2], const int (&rows)[2], double fc, double fr) const;
+    /// Bilinear between the four cells of two pairs, each of which has data.
+    double between(const Pair& across, const Pair& down) const;
+    HeightSample mix(const Pair& across, const Pair& down) const;
 
     int _columns = 0, _rows = 0;
     Place _place;
     bool _whole = false;
     bool _hasData = false;
     bool _circular = false;
-    std::vector<float> _heights;
+    HeightCells _heights;
     /// Empty where each cell has data as a whole or not at all.
     std::vector<float> _cover, _lowest, _highest;
 };

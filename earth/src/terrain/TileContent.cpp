@@ -219,10 +219,10 @@ TileBulk bulkOf(const TileContent& content, const SourceRelief& relief)
 
 double TileContent::heightAt(double longitude, double latitude) const
 {
-    if (!sourceHeights.empty())
-        return sourceHeights.at(longitude, latitude);
-    return heights.interpolate((longitude - bounds.west) / bounds.width(),
-                               (latitude - bounds.south) / bounds.height());
+    if (const auto* samples = std::get_if<TerrainHeights>(&heights))
+        return samples->at(longitude, latitude);
+    return std::get<HeightRaster>(heights).interpolate((longitude - bounds.west) / bounds.width(),
+                                                       (latitude - bounds.south) / bounds.height());
 }
 
 TileSources::TileSources(const Map& map)
@@ -261,9 +261,10 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const double skirt =
         kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);
     content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, skirt);
-    content->heights = meshGridOf(raster);
     if (ground.isFullResolution())
-        content->sourceHeights = std::move(ground);
+        content->heights = std::move(ground);
+    else
+        content->heights = meshGridOf(raster);
 
     const double unseen = std::max(relief.unseen, content->mesh.mostHiddenDetail);
     content->lowest = content->mesh.minHeight - unseen;

@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <variant>
 #include <vector>
 
 namespace osgEarth {
@@ -51,10 +52,8 @@ struct TileContent
     bool borrowsPicture = false;
     /// Whether some layer has more to show than a picture of this tile's own level.
     bool pictureRefinable = true;
-    /// The mesh's grid; answers height queries where no window does.
-    HeightRaster heights;
-    /// Source samples at full resolution; empty on coarse levels.
-    TerrainHeights sourceHeights;
+    /// What answers height queries: the sources' samples, or the mesh's grid on levels too coarse for these.
+    std::variant<TerrainHeights, HeightRaster> heights;
     /// Metres, of the ground inside the tile, as far as its samples and its sources' overviews tell. `bulk`
     /// also holds what lies beside it.
     double lowest = 0.0;
