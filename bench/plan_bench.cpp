@@ -35,6 +35,11 @@ AxPlanRequest requestOver(const QList<QPointF>& ring)
     return request;
 }
 
+std::optional<double> hills(double longitude, double latitude)
+{
+    return 2500.0 + 200.0 * std::sin(longitude * 500.0) * std::cos(latitude * 700.0);
+}
+
 void plan(benchmark::State& state, const AxPlanRequest& request)
 {
     AxPlanResult result;
@@ -72,18 +77,48 @@ void Terrain(benchmark::State& state)
     AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
     request.heights = AxPlanRequest::Heights::Terrain;
     request.clearance = 100.0;
-    request.ground = [](double longitude, double latitude) {
-        return std::optional<double>(2500.0 +
-                                     200.0 * std::sin(longitude * 500.0) * std::cos(latitude * 700.0));
-    };
+    request.ground = hills;
     plan(state, request);
 }
 BENCHMARK(Terrain)->Name("Plan/terrain")->Unit(benchmark::kMillisecond);
 
+/// Home 60 km away, and as many no-fly zones around airfields in between as in a dense region.
+void Zones(benchmark::State& state)
+{
+    AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
+    request.home = QPointF(kBlockLongitude + 0.5, kBlockLatitude + 0.35);
+    request.goesRoundZones = true;
+    std::size_t asked = 0;
+    request.zones = [&asked](double longitude, double latitude, double metres) {
+        constexpr double kApart = 0.17;  // degrees
+        constexpr double kRadius = 0.06; // degrees
+        constexpr int kCorners = 72;
+        const double reach = metres / 80000.0 + kRadius;
+        std::vector<AxPlanZone> zones;
+        for (double y = kApart * std::floor((latitude - reach) / kApart); y < latitude + reach; y += kApart)
+            for (double x = kApart * std::floor((longitude - reach) / kApart); x < longitude + reach;
+                 x += kApart) {
+                AxPlanZone zone;
+                for (int i = 0; i < kCorners; ++i)
+                    zone.ring +=
+                        QPointF(x + kRadius * std::sin(0.0873 * i), y + kRadius * std::cos(0.0873 * i));
+                zones.push_back(zone);
+            }
+        asked = zones.size();
+        return zones;
+    };
+    plan(state, request);
+    state.counters["zones"] = static_cast<double>(asked);
+}
+BENCHMARK(Zones)->Name("Plan/zones")->Unit(benchmark::kMillisecond);
+
 /// What the photos really show of each 5 m of 10 square kilometres.
 void Coverage(benchmark::State& state)
 {
-    const AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
+    AxPlanRequest request = requestOver(blockOf(10.0, 4, 1.0));
+    request.meanGround = 2500.0;
+    request.height = 400.0;
+    request.ground = hills;
     const AxPlanResult planned = AxPlanRoute(request);
     const std::atomic<bool> isOff{false};
     AxPlanCoverage coverage;

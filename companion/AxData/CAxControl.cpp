@@ -22,6 +22,18 @@ bool isConnected(const QNetworkInterface& card)
     const QList<QNetworkAddressEntry> entries = card.addressEntries();
     return std::any_of(entries.begin(), entries.end(), reachesBeyondLink);
 }
+
+template <typename Given> Given LastOf(const std::vector<std::pair<const void*, Given>>& all)
+{
+    return all.empty() ? Given() : all.back().second;
+}
+
+template <typename Given> void RemoveFrom(std::vector<std::pair<const void*, Given>>& all, const void* giver)
+{
+    all.erase(
+        std::remove_if(all.begin(), all.end(), [giver](const auto& known) { return known.first == giver; }),
+        all.end());
+}
 } // namespace
 
 CAxControl* CAxControl::GetInstance()
@@ -51,7 +63,7 @@ void CAxControl::SetProjectModified(bool modified)
 
 AxPlanGround CAxControl::GetGround() const
 {
-    return m_grounds.empty() ? AxPlanGround() : m_grounds.back().second;
+    return LastOf(m_grounds);
 }
 
 void CAxControl::SetGround(AxPlanGround ground, const void* giver)
@@ -62,7 +74,21 @@ void CAxControl::SetGround(AxPlanGround ground, const void* giver)
 
 void CAxControl::RemoveGround(const void* giver)
 {
-    m_grounds.erase(std::remove_if(m_grounds.begin(), m_grounds.end(),
-                                   [giver](const auto& known) { return known.first == giver; }),
-                    m_grounds.end());
+    RemoveFrom(m_grounds, giver);
+}
+
+AxPlanZones CAxControl::GetZones() const
+{
+    return LastOf(m_zones);
+}
+
+void CAxControl::SetZones(AxPlanZones zones, const void* giver)
+{
+    RemoveZones(giver);
+    m_zones.emplace_back(giver, std::move(zones));
+}
+
+void CAxControl::RemoveZones(const void* giver)
+{
+    RemoveFrom(m_zones, giver);
 }

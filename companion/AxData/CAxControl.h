@@ -38,6 +38,11 @@ public:
     void SetGround(AxPlanGround ground, const void* giver);
     void RemoveGround(const void* giver);
 
+    /// The same for the no-fly zones.
+    AxPlanZones GetZones() const;
+    void SetZones(AxPlanZones zones, const void* giver);
+    void RemoveZones(const void* giver);
+
     /// Whether the project has changes that no file holds yet.
     bool IsProjectModified() const { return m_modified; }
     void SetProjectModified(bool modified);
@@ -50,7 +55,11 @@ private:
     CAxControl() = default;
     ~CAxControl() override = default;
 
+    // Of several givers, which are never followed, the last one counts.
+    template <typename Given> using ByGiver = std::vector<std::pair<const void*, Given>>;
+
     std::function<bool()> m_networkProbe;
-    std::vector<std::pair<const void*, AxPlanGround>> m_grounds; // by givers, which are never followed
+    ByGiver<AxPlanGround> m_grounds;
+    ByGiver<AxPlanZones> m_zones;
     std::atomic<bool> m_modified{false};
 };

@@ -60,6 +60,8 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
     request.entry = std::clamp(entryPoint, 0, 3);
     request.meanGround = m_block->GetAverageAltitude();
     request.ground = CAxControl::GetInstance()->GetGround();
+    request.zones = CAxControl::GetInstance()->GetZones();
+    request.goesRoundZones = para.IsHomeLegRoundZones();
     if (para.IsChangeHighFlying() || extended.GetTaskType() == TaskVariableHeight)
         request.heights = AxPlanRequest::Heights::Terrain;
     extended.Complete(request, para.GetCameraType());
@@ -76,12 +78,13 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
                                          int /*appType*/)
 {
     lineMarkers.clear();
+    // Who gives heights and zones is asked meanwhile, and may delete this task.
+    const QString name = m_name;
     const AxPlanResult plan = AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
     QList<CAxVector3D> route;
     if (!plan.IsPlanned()) {
-        qCWarning(logTask).noquote() << QCoreApplication::translate("AxPlanner",
-                                                                    "No route for task \"%1\": %2")
-                                            .arg(m_name, plan.fault);
+        qCWarning(logTask).noquote()
+            << QCoreApplication::translate("AxPlanner", "No route for task \"%1\": %2").arg(name, plan.fault);
         return route;
     }
     for (int i = 0; i < 4; ++i) {

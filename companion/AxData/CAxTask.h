@@ -43,7 +43,8 @@ public:
     /// block's, with the block's parameters. Without a block the area and the parameters are missing.
     AxPlanRequest RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const;
 
-    /// The route as (latitude, longitude, altitude) points; lineMarkers gets the entry-point markers as
+    /// The route as (latitude, longitude, altitude) points, without home; where its ways from and to home go
+    /// round no-fly zones, it begins and ends with their corners. lineMarkers gets the entry-point markers as
     /// pairs of their number, 0 to 3, and their place in the same order. An empty list means that the
     /// parameters do not allow a route; the log then says why. appType, the kind of application, changes
     /// nothing.

@@ -26,6 +26,11 @@ public:
     bool IsChangeHighFlying() const { return m_changeHighFlying; }
     void SetChangeHighFlying(bool change) { m_changeHighFlying = change; }
 
+    /// Whether the ways from and to home go round no-fly zones; they are straight at first. A route in three
+    /// directions has no room for such ways: it goes straight, and warns of the zones that it meets.
+    bool IsHomeLegRoundZones() const { return m_homeLegRoundZones; }
+    void SetHomeLegRoundZones(bool round) { m_homeLegRoundZones = round; }
+
     /// The widths of a strip block in metres to the left and to the right of its centre line.
     void GetBandingOffset(double& left, double& right) const;
     void SetBandingOffset(double left, double right);
@@ -42,6 +47,7 @@ private:
     ECameraType m_cameraType = CameraFullFrame;
     int m_expectedRouteCount = 0;
     bool m_changeHighFlying = false;
+    bool m_homeLegRoundZones = false;
     double m_bandingLeft = 3.0;
     double m_bandingRight = 3.0;
     CAxAirLineParam m_airLine;

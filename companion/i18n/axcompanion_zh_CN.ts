@@ -335,6 +335,10 @@
         <translation>起降点高度不是一个数。</translation>
     </message>
     <message>
+        <source>The distance from no-fly zones must be more than 0.</source>
+        <translation>与禁飞区的距离必须大于 0。</translation>
+    </message>
+    <message>
         <source>The strip has no width.</source>
         <translation>条带没有宽度。</translation>
     </message>

@@ -70,6 +70,8 @@ const char* RoleName(AxPlanPoint::Role role)
         return "on-pass";
     case RouteRole::Turn:
         return "turn";
+    case RouteRole::HomeLeg:
+        return "home-leg";
     }
     return "";
 }

@@ -102,6 +102,8 @@ QString AxPlanFault(const AxPlanRequest& request)
          QT_TRANSLATE_NOOP("AxPlanner", "There are the entry points 0 to 3.")},
         {request.homeAltitude, -farthest, true, farthest,
          QT_TRANSLATE_NOOP("AxPlanner", "The height of home is no number.")},
+        {request.zoneMargin, 0.0, false, farthest,
+         QT_TRANSLATE_NOOP("AxPlanner", "The distance from no-fly zones must be more than 0.")},
     };
     for (const Limit& limit : limits)
         if (!IsWithin(limit))

@@ -1,7 +1,9 @@
 #include <AxData/planner/AxGroundSpeed.h>
+#include <AxData/planner/AxHomeLegs.h>
 #include <AxData/planner/AxPlanFlights.h>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 using Role = AxPlanPoint::Role;
@@ -19,10 +21,14 @@ class Splitter
 
 public:
     Splitter(const AxPlanRequest& asked, const AxPlanResult& planned)
-        : request(asked), plan(planned), plane(asked.outline)
+        : request(asked), plan(planned), plane(asked.outline), zones(request, plane), homeLegs(request, zones)
     {
-        places.reserve(plan.points.size());
+        // Each flight has its own ways from and to home.
         for (const AxPlanPoint& point : plan.points)
+            if (point.role != Role::HomeLeg)
+                points.push_back(point);
+        places.reserve(points.size());
+        for (const AxPlanPoint& point : points)
             places.push_back({plane.ToPlane(QPointF(point.longitude, point.latitude)), point.altitude});
         if (request.home)
             home = {plane.ToPlane(*request.home), request.homeAltitude};
@@ -33,48 +39,34 @@ public:
         std::vector<AxPlanFlight> flights;
         std::size_t next = 0;  // the first point that is still to be flown to
         bool isBegunAt = true; // the flight begins at that very point
-        AxPlanPoint begin = plan.points.front();
+        AxPlanPoint begin = points.front();
         Place beginPlace = places.front();
         while (next < places.size()) {
             AxPlanFlight flight;
             if (!isBegunAt)
                 flight.points.push_back(begin);
-            double flown = FromHome(beginPlace);
-            std::size_t whole = next; // all before it end with a pass that is flown whole
-            double wholeFlown = flown;
-            std::size_t at = next;
-            Place place = beginPlace;
-            double left = 0.0; // seconds for the leg that is too long
-            for (; at < places.size(); ++at) {
-                const double leg = Seconds(place, places[at]);
-                left = request.aircraft.endurance - flown;
-                if (flown + leg + ToHome(places[at]) > request.aircraft.endurance)
-                    break;
-                flown += leg;
-                place = places[at];
-                if (plan.points[at].role == Role::PassEnd || at + 1 == places.size()) {
-                    whole = at + 1;
-                    wholeFlown = flown;
-                }
-            }
-            if (whole > next) {
-                flight.points.insert(flight.points.end(), Point(next), Point(whole));
-                flight.seconds = wholeFlown + ToHome(places[whole - 1]);
-                next = whole;
+            const double away = FromHome(beginPlace);
+            Progress made = Advance(next, beginPlace, away, false);
+            if (made.whole > next) {
+                flight.points.insert(flight.points.end(), Point(next), Point(made.whole));
+                flight.seconds = made.wholeFlown + ToHome(places[made.whole - 1]);
+                next = made.whole;
                 isBegunAt = true;
                 if (next < places.size()) {
-                    begin = plan.points[next];
+                    begin = points[next];
                     beginPlace = places[next];
                 }
             } else {
+                made = Advance(next, beginPlace, away, true);
+                const auto& [at, place, flown] = std::tie(made.at, made.place, made.flown);
                 // The one pass is too long: as far along the leg as the way home allows.
-                const double share = ShareOf(place, places[at], left);
+                const double share = ShareOf(place, places[at], request.aircraft.endurance - flown);
                 const Place end = On(place, places[at], share);
                 if (AxApart(beginPlace.at, end.at) < leastProgress)
                     return {};
                 flight.points.insert(flight.points.end(), Point(next), Point(at));
-                const AxPlanPoint& before = at > next ? plan.points[at - 1] : begin;
-                begin = Between(before, plan.points[at], end);
+                const AxPlanPoint& before = at > next ? points[at - 1] : begin;
+                begin = Between(before, points[at], end);
                 beginPlace = end;
                 isBegunAt = false;
                 flight.points.push_back(begin);
@@ -84,13 +76,46 @@ public:
             flights.push_back(std::move(flight));
         }
         GivePhotos(flights);
+        AddWaysHome(flights);
         return flights;
     }
 
 private:
+    struct Progress
+    {
+        std::size_t at = 0;      // the first point that cannot be reached
+        Place place;             // the last place that can, and
+        double flown = 0.0;      // seconds up to there
+        std::size_t whole = 0;   // all points before it end with a pass that is flown whole, and
+        double wholeFlown = 0.0; // seconds up to there
+    };
+
+    /// How far a flight comes from `begin`, `away` seconds from home, by way of the points from `next` on.
+    /// Without isExact only the ends of passes are sure to leave time for a way home that is not straight:
+    /// such ways take long to find.
+    Progress Advance(std::size_t next, const Place& begin, double away, bool isExact)
+    {
+        Progress made{next, begin, away, next, away};
+        for (; made.at < places.size(); ++made.at) {
+            const Place& to = places[made.at];
+            const double leg = Seconds(made.place, to);
+            const bool isEnd = points[made.at].role == Role::PassEnd || made.at + 1 == places.size();
+            const double back = isExact || isEnd ? ToHome(to) : SecondsHome({}, to, home);
+            if (made.flown + leg + back > request.aircraft.endurance)
+                break;
+            made.flown += leg;
+            made.place = to;
+            if (isEnd) {
+                made.whole = made.at + 1;
+                made.wholeFlown = made.flown;
+            }
+        }
+        return made;
+    }
+
     std::vector<AxPlanPoint>::const_iterator Point(std::size_t index) const
     {
-        return plan.points.begin() + static_cast<std::ptrdiff_t>(index);
+        return points.begin() + static_cast<std::ptrdiff_t>(index);
     }
     static Place On(const Place& from, const Place& to, double share)
     {
@@ -101,11 +126,57 @@ private:
         return std::hypot(AxApart(from.at, to.at), to.altitude - from.altitude) /
                AxGroundSpeed(request, from.at, to.at);
     }
-    double FromHome(const Place& place) const { return request.home ? Seconds(home, place) : 0.0; }
-    double ToHome(const Place& place) const { return request.home ? Seconds(place, home) : 0.0; }
+    AxPlanLine WayBetween(const Place& from, const Place& to)
+    {
+        return homeLegs.Between(from.at, to.at).corners;
+    }
+    double FromHome(const Place& place)
+    {
+        return request.home ? SecondsHome(WayBetween(home, place), home, place) : 0.0;
+    }
+    double ToHome(const Place& place)
+    {
+        return request.home ? SecondsHome(WayBetween(place, home), place, home) : 0.0;
+    }
+    /// Level, with the climb or the fall over home.
+    double SecondsHome(const AxPlanLine& corners, const Place& from, const Place& to) const
+    {
+        if (!request.home)
+            return 0.0;
+        double seconds = std::abs(to.altitude - from.altitude) / request.aircraft.speed;
+        CAxPoint2D last = from.at;
+        const auto fly = [&](const CAxPoint2D& next) {
+            seconds += AxApart(last, next) / AxGroundSpeed(request, last, next);
+            last = next;
+        };
+        std::for_each(corners.begin(), corners.end(), fly);
+        fly(to.at);
+        return seconds;
+    }
+
+    void AddWaysHome(std::vector<AxPlanFlight>& flights)
+    {
+        if (!request.home || !homeLegs.MayBend())
+            return;
+        for (AxPlanFlight& flight : flights) {
+            const auto along = [&](const AxPlanPoint& end, bool isBack) {
+                const Place place{plane.ToPlane(QPointF(end.longitude, end.latitude)), end.altitude};
+                std::vector<AxPlanPoint> corners;
+                for (const CAxPoint2D& corner : isBack ? WayBetween(place, home) : WayBetween(home, place)) {
+                    const QPointF at = plane.ToLngLat(corner);
+                    corners.push_back({at.x(), at.y(), end.altitude, Role::HomeLeg, -1});
+                }
+                return corners;
+            };
+            const std::vector<AxPlanPoint> there = along(flight.points.front(), false);
+            const std::vector<AxPlanPoint> back = along(flight.points.back(), true);
+            flight.points.insert(flight.points.begin(), there.begin(), there.end());
+            flight.points.insert(flight.points.end(), back.begin(), back.end());
+        }
+    }
 
     /// How far a leg can be flown in so many seconds, with the way home from there.
-    double ShareOf(const Place& from, const Place& to, double seconds) const
+    double ShareOf(const Place& from, const Place& to, double seconds)
     {
         double low = 0.0;
         double high = 1.0;
@@ -156,7 +227,10 @@ private:
     const AxPlanRequest& request;
     const AxPlanResult& plan;
     AxPlanPlane plane;
-    std::vector<Place> places; // of the route's points
+    AxZonesAround zones;
+    AxHomeLegs homeLegs;
+    std::vector<AxPlanPoint> points; // of the route without its ways from and to home
+    std::vector<Place> places;       // of these points
     Place home;
 };
 } // namespace

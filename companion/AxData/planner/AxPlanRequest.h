@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 /// What a camera is, as its maker states it.
 struct AXDATA_EXPORT AxPlanCamera
@@ -43,6 +44,17 @@ struct AXDATA_EXPORT AxPlanAircraft
 /// Heights of the ground, metres above the ellipsoid, at a longitude and latitude in degrees; nothing where
 /// none is known. Asked on the thread that plans.
 using AxPlanGround = std::function<std::optional<double>(double longitude, double latitude)>;
+
+/// An area that nobody may fly into, at any height.
+struct AXDATA_EXPORT AxPlanZone
+{
+    QString name;        ///< as people know it
+    QList<QPointF> ring; ///< (longitude, latitude) in degrees; encloses what the even-odd rule says
+};
+
+/// The no-fly zones that come within so many metres of a place in degrees, and perhaps some others. Asked on
+/// the thread that plans.
+using AxPlanZones = std::function<std::vector<AxPlanZone>(double longitude, double latitude, double metres)>;
 
 /// What is to be flown. Places are (longitude, latitude) in degrees, heights metres above the ellipsoid
 /// unless they say otherwise.
@@ -93,4 +105,9 @@ struct AXDATA_EXPORT AxPlanRequest
     double windFrom = 0.0;       ///< degrees clockwise from north
     std::optional<QPointF> home; ///< where flights begin and end
     double homeAltitude = 0.0;   ///< its own, metres above the ellipsoid
+
+    AxPlanZones zones; ///< may be empty: then none is known, and none is warned of
+    /// The legs from and to home go the shortest way round the zones, but not those of three directions.
+    bool goesRoundZones = false;
+    double zoneMargin = 50.0; ///< metres that such a way keeps from zones, less where it ends near one
 };

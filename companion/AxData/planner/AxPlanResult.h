@@ -19,7 +19,8 @@ struct AXDATA_EXPORT AxPlanPoint
         PassStart, ///< the first photo of a pass
         PassEnd,   ///< the last one
         OnPass,    ///< in between, where the height changes
-        Turn       ///< on the way from one pass to the next
+        Turn,      ///< on the way from one pass to the next
+        HomeLeg    ///< on the way from or to home, where it goes round a no-fly zone
     };
     double longitude = 0.0; ///< degrees
     double latitude = 0.0;  ///< degrees
@@ -41,7 +42,7 @@ struct AXDATA_EXPORT AxPlanPhoto
 /// What a route amounts to.
 struct AXDATA_EXPORT AxPlanFigures
 {
-    double length = 0.0;        ///< metres flown, with turns
+    double length = 0.0;        ///< metres flown, with turns and with the way from and to home
     double seconds = 0.0;       ///< in the wind given
     int photos = 0;             ///< of all sets
     int passes = 0;             ///< of all sets
@@ -52,7 +53,8 @@ struct AXDATA_EXPORT AxPlanFigures
     double sample = 0.0;        ///< metres of ground a pixel, from that height
     double spacing = 0.0;       ///< metres between passes
     double photoDistance = 0.0; ///< metres between photos
-    /// Above the ground, where it is known along the route; both 0 where it is not.
+    /// Above the ground, where it is known along the route and the way from and to home; both 0 where it is
+    /// not.
     double leastHeight = 0.0;
     double meanHeight = 0.0;
 };
@@ -67,14 +69,20 @@ struct AXDATA_EXPORT AxPlanWarning
         UnknownGround, ///< no height is known below the route
         Interval,      ///< photos follow faster than the camera takes them
         Overlap,       ///< fewer passes than the overlap needs
+        Zone,          ///< the route is in a no-fly zone from here on; the value is for how many metres
+        NoWayRound,    ///< the leg between home and here goes round no zone, because no way was found
+        UnknownZones   ///< home legs are to go round no-fly zones, but nobody has given any
     };
     Kind kind = Kind::Clearance; ///< of what is warned
     QPointF place;               ///< longitude, latitude
     double value = 0.0;          ///< what is there: metres, seconds, or the share of overlap
     double asked = 0.0;          ///< by the request, in the same unit
+    QString zone = {};           ///< its name, where it is one
 };
 
-/// A planned route. Without points where the request allows none: `fault` says why.
+/// A planned route. Where there is a home, it is flown to level with the route's first point, and from it
+/// with its last one; climbs and falls are over home. Three directions are three flights. Without points
+/// where the request allows none: `fault` says why.
 struct AXDATA_EXPORT AxPlanResult
 {
     QString fault;                   ///< for people; empty when there is a route

@@ -2,6 +2,7 @@
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxMath.h>
 #include <AxData/planner/AxGroundSpeed.h>
+#include <AxData/planner/AxHomeLegs.h>
 #include <AxData/planner/AxPlanAltitudes.h>
 #include <AxData/planner/AxPlanCheck.h>
 #include <AxData/planner/AxPlanner.h>
@@ -79,7 +80,8 @@ class Planner
 {
 public:
     explicit Planner(const AxPlanRequest& asked)
-        : request(asked), plane(asked.outline), height(AxPlannedHeight(asked))
+        : request(asked), plane(asked.outline), zones(request, plane), homeLegs(request, zones),
+          height(AxPlannedHeight(asked))
     {
     }
 
@@ -150,18 +152,68 @@ private:
         }
     }
 
-    bool Take(const Route& route)
+    /// The route from home and back, if there is a home.
+    Route WithHomeLegs(const Route& route)
     {
+        if (!request.home || route.empty())
+            return route;
+        const CAxPoint2D home = plane.ToPlane(*request.home);
+        Route flown;
+        const auto add = [&flown](AxRoutePlace place) {
+            place.along = flown.empty() ? 0.0 : flown.back().along + AxApart(flown.back().place, place.place);
+            flown.push_back(place);
+        };
+        const auto addLeg = [&](const AxPlanLine& places, double altitude) {
+            for (const CAxPoint2D& place : places)
+                add({place, Role::HomeLeg, -1, 0.0, altitude});
+        };
+        add({home, Role::HomeLeg, -1, 0.0, route.front().altitude});
+        addLeg(WayOf(homeLegs.Between(home, route.front().place), route.front()), route.front().altitude);
+        std::for_each(route.begin(), route.end(), add);
+        addLeg(WayOf(homeLegs.Between(route.back().place, home), route.back()), route.back().altitude);
+        add({home, Role::HomeLeg, -1, 0.0, route.back().altitude});
+        return flown;
+    }
+
+    AxPlanLine WayOf(const AxHomeLegs::Way& way, const AxRoutePlace& end)
+    {
+        if (!way.isFound)
+            result.warnings.push_back({AxPlanWarning::Kind::NoWayRound, plane.ToLngLat(end.place)});
+        return way.corners;
+    }
+
+    void WarnOfZones(const Route& flown)
+    {
+        double reach = 0.0;
+        for (const AxRoutePlace& place : flown)
+            reach = std::max(reach, std::hypot(place.place.x(), place.place.y()));
+        zones.Reach(reach);
+        const std::vector<AxPlanWarning> met = zones.WarningsOn(flown);
+        result.warnings.insert(result.warnings.end(), met.begin(), met.end());
+    }
+
+    bool Take(const Route& passes)
+    {
+        const Route route = WithHomeLegs(passes);
         AxPlanFigures& figures = result.figures;
         const int passesBefore = figures.passes;
         for (std::size_t i = 0; i < route.size(); ++i) {
             const QPointF place = plane.ToLngLat(route[i].place);
             const int pass = route[i].pass < 0 ? -1 : passesBefore + route[i].pass;
-            result.points.push_back({place.x(), place.y(), route[i].altitude, route[i].role, pass});
+            const bool isHome = request.home && (i == 0 || i + 1 == route.size());
+            if (!isHome)
+                result.points.push_back({place.x(), place.y(), route[i].altitude, route[i].role, pass});
             figures.passes = std::max(figures.passes, pass + 1);
             if (i > 0)
                 AddLeg(route[i - 1], route[i]);
         }
+        if (request.home)
+            for (const AxRoutePlace* end : {&route.front(), &route.back()}) {
+                const double climb = std::abs(end->altitude - request.homeAltitude);
+                figures.length += climb;
+                figures.seconds += climb / request.aircraft.speed;
+            }
+        WarnOfZones(route);
         figures.turns += std::max(0, figures.passes - passesBefore - 1);
         const AxAboveGround above = AxLookBelow(request, plane, route);
         result.warnings.insert(result.warnings.end(), above.warnings.begin(), above.warnings.end());
@@ -234,7 +286,9 @@ private:
             for (const QList<QPointF>& hole : request.holes)
                 figures.area -= RingArea(hole);
         }
-        const QPointF start(result.points.front().longitude, result.points.front().latitude);
+        const QPointF start(result.photos.front().longitude, result.photos.front().latitude);
+        if (request.goesRoundZones && request.home && !request.zones)
+            result.warnings.push_back({Kind::UnknownZones, *request.home});
         if (figures.interval < request.camera.shortestInterval && figures.photos > 1)
             result.warnings.push_back(
                 {Kind::Interval, start, figures.interval, request.camera.shortestInterval});
@@ -255,6 +309,8 @@ private:
 
     const AxPlanRequest& request;
     AxPlanPlane plane;
+    AxZonesAround zones;
+    AxHomeLegs homeLegs;
     double height;
     double fastest = 0.0; // over ground, on a pass
     int looks = 0;        // at the ground below the sets so far
