@@ -38,8 +38,8 @@ Status lookAt(const OGRFeatureOptions& options)
 class LayerBuild : public BackgroundBuild
 {
 public:
-    LayerBuild(const FeatureGeomModelOptions& options, FeatureSource* source, const Map* map)
-        : _options(options), _source(source), _map(map)
+    LayerBuild(const FeatureGeomModelOptions& options, osg::ref_ptr<FeatureSource> source, const Map* map)
+        : _options(options), _source(std::move(source)), _map(map)
     {
     }
 
@@ -128,8 +128,7 @@ protected:
         const FeatureSourceOptions& features = _options.featureOptions().value();
         if (!_options.featureOptions().isSet())
             return Status(Status::ConfigurationError, "it names no features");
-        _source = FeatureSourceFactory::create(features);
-        if (!_source)
+        if (!makeSource())
             return Status(Status::ConfigurationError,
                           "there is no feature driver \"" + features.getDriver() + "\"");
         return lookAt(OGRFeatureOptions(features));
@@ -137,7 +136,7 @@ protected:
 
     osg::Node* createNodeImplementation(const Map* map, ProgressCallback*) override
     {
-        osg::ref_ptr<LazyGroup> layer = new LazyGroup(new LayerBuild(_options, _source.get(), map));
+        osg::ref_ptr<LazyGroup> layer = new LazyGroup(new LayerBuild(_options, makeSource(), map));
         const bool limited = _options.maxRange().isSet() || _options.minRange().isSet();
         if (!limited)
             return layer.release();
@@ -149,8 +148,13 @@ protected:
     }
 
 private:
+    /// One for each node, which lets it go once it is built: an open source may hold all of its file.
+    osg::ref_ptr<FeatureSource> makeSource() const
+    {
+        return FeatureSourceFactory::create(_options.featureOptions().value());
+    }
+
     const FeatureGeomModelOptions _options;
-    osg::ref_ptr<FeatureSource> _source;
 };
 } // namespace
 
