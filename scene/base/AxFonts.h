@@ -8,6 +8,6 @@
 /// Qt is told which installed CJK fonts stand in for it.
 QString AxOverlayFontFamily();
 
-/// Font of texts drawn in the scene: "msyh.ttc" where osg finds it, else the
-/// first installed CJK font, else osg's built-in one (null is never returned).
+/// Font of texts drawn in the scene, the same as that of the map's names: "msyh.ttc", or what the machine has
+/// for Latin and Chinese, or else osg's own Latin letters. Never null.
 osg::ref_ptr<osgText::Font> AxSceneFont();

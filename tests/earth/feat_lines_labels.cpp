@@ -1,9 +1,14 @@
+#include "base/MachineFont.h"
 #include "featurelayers/LabelSet.h"
 #include "featurelayers/LineWork.h"
+#include "LogCapture.h"
+#include "RasterMaker.h"
 #include "text/LabelDeclutter.h"
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <osg/Math>
 #include <osgEarth/SpatialReference>
@@ -198,4 +203,36 @@ TEST(FeatGlyphs, LettersHaveRoomOfTheirOwnAndComeBackAfterAReset)
     atlas.reset();
     EXPECT_FALSE(atlas.isFull());
     EXPECT_TRUE(atlas.glyph('B').drawn);
+}
+
+TEST(FeatFonts, TwoFilesMakeOneFontAndBrokenOnesNone)
+{
+    namespace fs = std::filesystem;
+    ScratchFolder scratch;
+    const LogCapture log;
+    const fs::path folder = scratch.path("fonts");
+    fs::create_directories(folder / "below");
+    std::ofstream(folder / "msyh.ttc") << "no font";
+    EXPECT_FALSE(findFontIn({folder.string(), scratch.path("none")}));
+
+    for (const char* name : {"DejaVuSans.ttf", "DroidSansFallbackFull.ttf"}) {
+        std::error_code ignored;
+        for (const std::string& top : machineFontFolders())
+            for (const auto& entry : fs::recursive_directory_iterator(top, ignored))
+                if (entry.path().filename() == name)
+                    fs::copy_file(entry.path(), folder / "below" / name,
+                                  fs::copy_options::overwrite_existing);
+        if (!fs::exists(folder / "below" / name))
+            GTEST_SKIP() << name << " is not installed";
+    }
+    const osg::ref_ptr<osgText::Font> font = findFontIn({folder.string()});
+    ASSERT_TRUE(font);
+    const osgText::FontResolution size(24, 24);
+    const auto ink = [&](unsigned code) {
+        const osgText::Glyph* glyph = font->getGlyph(size, code);
+        return std::string(reinterpret_cast<const char*>(glyph->data()), glyph->getTotalSizeInBytes());
+    };
+    EXPECT_NE(ink('A'), ink(0x0378));    // no letter: the box of the Latin font
+    EXPECT_NE(ink(0x897f), ink(0x2fff)); // that of the Chinese one
+    EXPECT_NE(ink(0x897f), ink(0x5761));
 }

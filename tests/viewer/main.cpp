@@ -41,7 +41,6 @@ int OpenAndClose(const QString& map, const QString& zones)
     CAxNoflyZoneMgr::SetNoflyFile(zones);
     osg::observer_ptr<osg::Node> mapNode;
     osg::observer_ptr<osg::Node> texts;
-    osg::observer_ptr<osgText::Font> font;
     osg::observer_ptr<osg::Referenced> manipulator;
     {
         CAxEarthViewer viewer(nullptr);
@@ -50,15 +49,11 @@ int OpenAndClose(const QString& map, const QString& zones)
         viewer.InitEarthViewer();
         mapNode = viewer.getMapNode();
         texts = AxHeadUpText::Instance().GetCamera();
-        font = dynamic_cast<osgText::Text*>(AxHeadUpText::Instance().GetCamera()->getChild(0))->getFont();
         manipulator = viewer.getManipulator();
-        QTextStream(stdout) << (mapNode.valid() && texts.valid() && font.valid() ? "opened" : "closed")
-                            << Qt::endl;
+        QTextStream(stdout) << (mapNode.valid() && texts.valid() ? "opened" : "closed") << Qt::endl;
     }
-    for (const auto& [name, isLeft] : {std::pair{"map", mapNode.valid()},
-                                       {"texts", texts.valid()},
-                                       {"font", font.valid()},
-                                       {"manipulator", manipulator.valid()}})
+    for (const auto& [name, isLeft] :
+         {std::pair{"map", mapNode.valid()}, {"texts", texts.valid()}, {"manipulator", manipulator.valid()}})
         if (isLeft)
             QTextStream(stdout) << name << Qt::endl;
     return 0;

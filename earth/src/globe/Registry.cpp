@@ -1,6 +1,7 @@
 #include <osgEarth/Registry>
 
 #include "base/Gdal.h"
+#include "base/MachineFont.h"
 
 namespace osgEarth {
 Registry::Registry() : osg::Referenced(true)
@@ -60,7 +61,11 @@ void Registry::setDefaultFont(osgText::Font* font)
 
 osgText::Font* Registry::getDefaultFont()
 {
-    std::lock_guard<std::mutex> lock(_mutex);
-    return _defaultFont.get();
+    {
+        std::lock_guard<std::mutex> lock(_mutex);
+        if (_defaultFont)
+            return _defaultFont.get();
+    }
+    return machineFont();
 }
 } // namespace osgEarth
