@@ -1,0 +1,53 @@
+#pragma once
+#include <QObject>
+#include <QThreadPool>
+
+#include <atomic>
+#include <memory>
+
+/**
+ * Work on a plan that takes long, on a thread of its own: of several pieces the latest, whose result alone
+ * arrives. GUI thread. Its end calls the work off and waits for it.
+ */
+class PlanWork : public QObject
+{
+public:
+    PlanWork() { thread.setMaxThreadCount(1); }
+    ~PlanWork() override
+    {
+        CallOff();
+        thread.waitForDone();
+    }
+
+    /// Calls the former piece off. `make` is copied to the other thread and is to end soon after its
+    /// argument, a std::atomic<bool>, turns true; `done` is given what it returns, on the GUI thread.
+    template <typename Make, typename Done> void Start(Make make, Done done)
+    {
+        CallOff();
+        const auto off = std::make_shared<std::atomic<bool>>(false);
+        isOff = off;
+        thread.start([this, off, make = std::move(make), done = std::move(done)] {
+            if (*off)
+                return;
+            const auto result = std::make_shared<decltype(make(*off))>(make(*off));
+            const auto deliver = [this, off, done, result] {
+                if (*off)
+                    return;
+                isOff.reset();
+                done(std::move(*result));
+            };
+            QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+        });
+    }
+    void CallOff()
+    {
+        if (isOff)
+            *isOff = true;
+        isOff.reset();
+    }
+    bool IsBusy() const { return isOff != nullptr; }
+
+private:
+    QThreadPool thread;
+    std::shared_ptr<std::atomic<bool>> isOff; ///< of the piece whose result is awaited
+};
