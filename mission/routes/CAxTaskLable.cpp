@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <array>
 #include <cfloat>
+#include <cmath>
 
 using osgEarth::Annotation::GeoPositionNode;
 
@@ -30,9 +31,10 @@ namespace {
 constexpr float lableHalfWidth = 64.0f;
 constexpr float lableNameHeight = 24.0f;
 constexpr float lableNameMiddle = -12.0f;
+constexpr float lableNameDescent = 5.0f; // of the base line below the middle of letters
 constexpr float lableFirstButton = -44.0f;
 constexpr float lableButtonStep = -32.0f;
-constexpr float lableButtonHalf = 15.0f; // a pixel of the panel is between two buttons
+constexpr float lableButtonHalf = 16.0f; // as large as its picture, whose rim is empty
 constexpr float lableMargin = 8.0f;
 constexpr float lableRim = 1.0f;
 constexpr float lableTextSize = 13.0f;
@@ -47,6 +49,11 @@ QString LableImage(int button, const char* state)
     return QStringLiteral(":/images/Normal/map_airline_show/lineares_flight_lean_mis%1_but_%2.png")
         .arg(QString::number(button), QLatin1String(state));
 }
+
+/// By its kind, drawables of other labels are told from those of this one.
+class LableGeode : public osg::Geode
+{
+};
 
 // FLT_MAX: one label is never shown in part.
 void LayOut(osg::Drawable* drawable)
@@ -91,7 +98,7 @@ struct CAxTaskLable::Parts
     QPointer<AxViewerParts> viewer;
     osg::ref_ptr<osg::Group> root = new osg::Group;
     osg::ref_ptr<GeoPositionNode> anchor; ///< null without a map
-    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    osg::ref_ptr<osg::Geode> geode = new LableGeode;
     osg::ref_ptr<osg::Geode> link = new osg::Geode;
     std::array<osg::ref_ptr<osg::Geometry>, 3> buttons;
     std::array<QString, 3> images; ///< that the buttons show
@@ -142,8 +149,7 @@ CAxTaskLable::CAxTaskLable(CAxEarthViewer* viewer, const QString& name, const os
     d->text->setCharacterSize(lableTextSize);
     d->text->setFontResolution(unsigned(lableTextSize), unsigned(lableTextSize));
     d->text->setAxisAlignment(osgText::Text::XY_PLANE);
-    d->text->setAlignment(osgText::Text::CENTER_CENTER);
-    d->text->setPosition({0.0f, lableNameMiddle, 0.0f});
+    d->text->setAlignment(osgText::Text::LEFT_BASE_LINE);
     d->text->setColor(lableWhite);
     LayOut(d->text);
     d->geode->addDrawable(d->text);
@@ -209,6 +215,11 @@ void CAxTaskLable::UpdateLinkLine(const osgEarth::GeoPoint& link)
 void CAxTaskLable::UpdateTxt(const QString& text)
 {
     d->text->setText(AxShortName(text, lableMostLetters).toStdString(), osgText::String::ENCODING_UTF8);
+    // Whole pixels: letters between two of them are blurred.
+    d->text->setPosition(osg::Vec3f());
+    const osg::BoundingBox name = d->text->getBoundingBox();
+    const float left = name.valid() ? -std::round(name.center().x()) : 0.0f;
+    d->text->setPosition({left, lableNameMiddle - lableNameDescent, 0.0f});
     drawPanel();
 }
 
@@ -258,8 +269,13 @@ void CAxTaskLable::ResetRenderSort()
 
 int CAxTaskLable::buttonOf(const osg::Drawable* drawable) const
 {
-    // Not by the name alone, which two tasks may share.
-    if (!drawable || drawable->getNumParents() == 0 || drawable->getParent(0) != d->geode)
+    if (!drawable || drawable->getNumParents() == 0 || !d->areButtonsShown)
+        return 0;
+    const osg::Node* parent = drawable->getParent(0);
+    // Two tasks may share a name or have none, which is that of many nodes.
+    const bool isNamesake = !d->root->getName().empty() && parent->getName() == d->root->getName() &&
+                            !dynamic_cast<const LableGeode*>(parent);
+    if (parent != d->geode && !isNamesake)
         return 0;
     if (drawable == d->buttons[0])
         return 1;
@@ -282,12 +298,17 @@ void CAxTaskLable::ResetCheckMark(bool released)
 
 void CAxTaskLable::showStates()
 {
-    const int down = d->pressed ? d->pressed : d->chosen;
+    // The pointer covers the mark of the button chosen before, a press that of the pointer.
+    const auto state = [this](int number) {
+        if (number == d->pressed)
+            return "pre";
+        if (number == d->hovered)
+            return "hov";
+        return number == d->chosen ? "pre" : "nor";
+    };
     for (int number = 1; number <= 3; ++number) {
         const auto i = static_cast<std::size_t>(number - 1);
-        const QString wanted = LableImage(number, number == down         ? "pre"
-                                                  : number == d->hovered ? "hov"
-                                                                         : "nor");
+        const QString wanted = LableImage(number, state(number));
         if (d->images[i] == wanted)
             continue;
         d->images[i] = wanted;
@@ -295,9 +316,9 @@ void CAxTaskLable::showStates()
         texture->setName(wanted.toStdString());
         texture->setResizeNonPowerOfTwoHint(false);
         texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR);
-        osg::StateSet* state = d->buttons[i]->getOrCreateStateSet();
-        state->setDataVariance(osg::Object::DYNAMIC);
-        state->setTextureAttributeAndModes(0, texture);
+        osg::StateSet* look = d->buttons[i]->getOrCreateStateSet();
+        look->setDataVariance(osg::Object::DYNAMIC);
+        look->setTextureAttributeAndModes(0, texture);
     }
 }
 

@@ -40,7 +40,7 @@ public:
     void UpdateLinkLine(const osgEarth::GeoPoint& link);
     /// Another text on the panel; the name of the node stays.
     void UpdateTxt(const QString& text);
-    /// Shows or hides the three buttons, and the panel below them.
+    /// Shows or hides the three buttons, and the panel below them. Without buttons it tells of no click.
     void SetImgVisible(bool visible);
     /// Puts the panel, its name and buttons among what is drawn in pixels over the scene.
     void ResetRenderSort();

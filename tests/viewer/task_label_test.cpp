@@ -70,3 +70,32 @@ TEST_F(TaskLabel, TakesItsPanelForTheThirdButtonAndMayGoWhileItTells)
     emit manipulator->mouseLeftBtnClickSignal(panel);
     EXPECT_EQ(told.size(), 1);
 }
+
+TEST_F(TaskLabel, TellsOnlyOfItsOwnDrawablesWhileItHasButtons)
+{
+    const auto label = Make(14.0);
+    const auto other = Make(28.0); // of the same name
+    const osg::ref_ptr<osg::Geode> namesake = new osg::Geode;
+    namesake->setName(label->GetRootNode()->getName());
+    const osg::ref_ptr<osg::Geode> stranger = new osg::Geode;
+    for (osg::Geode* geode : {namesake.get(), stranger.get()})
+        geode->addDrawable(new osg::Geometry);
+    const struct
+    {
+        osg::Drawable* drawable;
+        bool areButtonsShown;
+        QList<int> told;
+    } rows[] = {{Part(*label, "TaskLable-Mis1"), true, {1}}, {Part(*label, "TaskLable-Name"), true, {3}},
+                {Part(*label, "TaskLable-Name"), false, {}}, {Part(*other, "TaskLable-Mis1"), true, {}},
+                {namesake->getDrawable(0), true, {3}},       {stranger->getDrawable(0), true, {}}};
+    other->disconnect();
+    for (const auto& row : rows) {
+        told.clear();
+        label->SetImgVisible(row.areButtonsShown);
+        emit manipulator->mouseLeftBtnClickSignal(row.drawable);
+        QList<int> buttons;
+        for (const auto& one : told)
+            buttons += one.first;
+        EXPECT_EQ(buttons, row.told) << row.drawable->getName() << &row - rows;
+    }
+}
