@@ -91,24 +91,29 @@ private:
     };
 
     /// How far a flight comes from `begin`, `away` seconds from home, by way of the points from `next` on.
-    /// Without isExact only the ends of passes are sure to leave time for a way home that is not straight:
-    /// such ways take long to find.
+    /// The ends of passes leave time for the way home; the last place does so only if isExact, because ways
+    /// round zones take long to find.
     Progress Advance(std::size_t next, const Place& begin, double away, bool isExact)
     {
         Progress made{next, begin, away, next, away};
+        std::vector<std::pair<std::size_t, double>> ends; // of passes, and the seconds up to there
         for (; made.at < places.size(); ++made.at) {
             const Place& to = places[made.at];
             const double leg = Seconds(made.place, to);
-            const bool isEnd = points[made.at].role == Role::PassEnd || made.at + 1 == places.size();
-            const double back = isExact || isEnd ? ToHome(to) : SecondsHome({}, to, home);
+            const double back = isExact ? ToHome(to) : SecondsHome({}, to, home);
             if (made.flown + leg + back > request.aircraft.endurance)
                 break;
             made.flown += leg;
             made.place = to;
-            if (isEnd) {
-                made.whole = made.at + 1;
-                made.wholeFlown = made.flown;
-            }
+            if (points[made.at].role == Role::PassEnd || made.at + 1 == places.size())
+                ends.emplace_back(made.at, made.flown);
+        }
+        while (!ends.empty() &&
+               ends.back().second + ToHome(places[ends.back().first]) > request.aircraft.endurance)
+            ends.pop_back();
+        if (!ends.empty()) {
+            made.whole = ends.back().first + 1;
+            made.wholeFlown = ends.back().second;
         }
         return made;
     }

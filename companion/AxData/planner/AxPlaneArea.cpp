@@ -32,6 +32,23 @@ AxPlaneArea::AxPlaneArea(std::vector<AxPlanLine> rings) : m_rings(std::move(ring
     }
     m_low = CAxPoint2D(west, south);
     m_high = CAxPoint2D(east, north);
+    for (std::size_t ring = 0; ring < m_rings.size(); ++ring)
+        AddPieces(ring);
+}
+
+void AxPlaneArea::AddPieces(std::size_t ring)
+{
+    constexpr std::size_t longest = 16;
+    const AxPlanLine& line = m_rings[ring];
+    for (std::size_t first = 0; first < line.size(); first += longest) {
+        Piece piece{ring, first, std::min(first + longest, line.size()), line[first], line[first]};
+        for (std::size_t i = first + 1; i <= piece.end; ++i) {
+            const CAxPoint2D& point = line[i < line.size() ? i : 0];
+            piece.low = {std::min(piece.low.x(), point.x()), std::min(piece.low.y(), point.y())};
+            piece.high = {std::max(piece.high.x(), point.x()), std::max(piece.high.y(), point.y())};
+        }
+        m_pieces.push_back(piece);
+    }
 }
 
 bool AxPlaneArea::Contains(const CAxPoint2D& point) const
@@ -64,30 +81,37 @@ std::vector<std::pair<double, double>> AxPlaneArea::Inside(const CAxPoint2D& fro
     const double length = std::hypot(dx, dy);
     if (length <= shortest || !MayMeet(from, to))
         return inside;
-    std::vector<double> shares{0.0, 1.0};
-    VisitEdges(m_rings, [&](const CAxPoint2D& a, const CAxPoint2D& b) {
-        // Metres to the left of the leg's line, times its length.
-        const double left = dx * (a.y() - from.y()) - dy * (a.x() - from.x());
-        const double leftOfNext = dx * (b.y() - from.y()) - dy * (b.x() - from.x());
-        if ((left > 0.0 && leftOfNext > 0.0) || (left < 0.0 && leftOfNext < 0.0) || left == leftOfNext)
-            return;
-        const CAxPoint2D met = AxBetween(a, b, left / (left - leftOfNext));
-        const double share = ((met.x() - from.x()) * dx + (met.y() - from.y()) * dy) / (length * length);
-        if (share > 0.0 && share < 1.0)
-            shares.push_back(share);
-    });
-    std::sort(shares.begin(), shares.end());
-    double begin = 0.0;
-    for (std::size_t i = 1; i < shares.size(); ++i) {
-        if ((shares[i] - begin) * length <= shortest)
+    // Metres to the left of the leg's line, times its length.
+    const auto leftOf = [&](double x, double y) { return dx * (y - from.y()) - dy * (x - from.x()); };
+    std::vector<double> shares; // where the line of the leg, on and on, crosses edges
+    for (const Piece& piece : m_pieces) {
+        const bool isLeft = leftOf(piece.low.x(), piece.low.y()) > 0.0;
+        if (isLeft == (leftOf(piece.high.x(), piece.high.y()) > 0.0) &&
+            isLeft == (leftOf(piece.low.x(), piece.high.y()) > 0.0) &&
+            isLeft == (leftOf(piece.high.x(), piece.low.y()) > 0.0))
             continue;
-        if (Contains(AxBetween(from, to, 0.5 * (begin + shares[i])))) {
-            if (!inside.empty() && inside.back().second == begin)
-                inside.back().second = shares[i];
-            else
-                inside.emplace_back(begin, shares[i]);
+        const AxPlanLine& ring = m_rings[piece.ring];
+        for (std::size_t i = piece.first; i < piece.end; ++i) {
+            const CAxPoint2D& a = ring[i];
+            const CAxPoint2D& b = ring[i + 1 < ring.size() ? i + 1 : 0];
+            const double left = leftOf(a.x(), a.y());
+            const double leftOfNext = leftOf(b.x(), b.y());
+            if ((left > 0.0) == (leftOfNext > 0.0))
+                continue;
+            const CAxPoint2D met = AxBetween(a, b, left / (left - leftOfNext));
+            shares.push_back(((met.x() - from.x()) * dx + (met.y() - from.y()) * dy) / (length * length));
         }
-        begin = shares[i];
+    }
+    std::sort(shares.begin(), shares.end());
+    for (std::size_t i = 0; i + 1 < shares.size(); i += 2) {
+        const double begin = std::max(0.0, shares[i]);
+        const double end = std::min(1.0, shares[i + 1]);
+        if ((end - begin) * length <= shortest)
+            continue;
+        if (!inside.empty() && (begin - inside.back().second) * length <= shortest)
+            inside.back().second = end;
+        else
+            inside.emplace_back(begin, end);
     }
     return inside;
 }

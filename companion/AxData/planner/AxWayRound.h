@@ -24,6 +24,6 @@ struct AxObstacle
 AxObstacle AxObstacleAround(const AxPlaneArea& area, double margin);
 
 /// The corners of the shortest way between two places outside of obstacles, without the places themselves;
-/// none when there is no way, or when it is not found among hundreds of millions of edges.
+/// none when there is no way, or when it is not found within a second or so.
 std::optional<AxPlanLine> AxShortestWay(const CAxPoint2D& from, const CAxPoint2D& to,
                                         const std::vector<const AxObstacle*>& obstacles);
