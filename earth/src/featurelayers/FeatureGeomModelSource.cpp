@@ -38,8 +38,9 @@ Status lookAt(const OGRFeatureOptions& options)
 class LayerBuild : public BackgroundBuild
 {
 public:
-    LayerBuild(const FeatureGeomModelOptions& options, osg::ref_ptr<FeatureSource> source, const Map* map)
-        : _options(options), _source(std::move(source)), _map(map)
+    LayerBuild(const FeatureGeomModelOptions& options, const osg::ref_ptr<FeatureSource>& source,
+               const Map* map)
+        : _options(options), _source(source), _map(map)
     {
     }
 
