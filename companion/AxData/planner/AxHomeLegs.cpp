@@ -74,7 +74,7 @@ std::optional<AxPlanLine> AxHomeLegs::WayWithinReach(const CAxPoint2D& from, con
         }
         if (obstacles.size() == known)
             return AxPlanLine(way.begin() + 1, way.end() - 1);
-        const std::optional<AxPlanLine> corners = AxShortestWay(from, to, obstacles);
+        const std::optional<AxPlanLine> corners = AxShortestWay(from, to, obstacles, m_looks);
         if (!corners)
             return {};
         way.assign({from});

@@ -37,4 +37,5 @@ private:
     const AxPlanRequest& m_request;
     AxZonesAround& m_zones;
     Obstacles m_obstacles; // of the zones within reach
+    double m_looks = 5e7;  // at obstacles that are left for all ways together: a second or so
 };

@@ -41,7 +41,7 @@ public:
         bool isBegunAt = true; // the flight begins at that very point
         AxPlanPoint begin = points.front();
         Place beginPlace = places.front();
-        while (next < places.size()) {
+        while (next < places.size() && !isLost) {
             AxPlanFlight flight;
             if (!isBegunAt)
                 flight.points.push_back(begin);
@@ -77,7 +77,7 @@ public:
         }
         GivePhotos(flights);
         AddWaysHome(flights);
-        return flights;
+        return isLost ? std::vector<AxPlanFlight>() : flights;
     }
 
 private:
@@ -133,7 +133,9 @@ private:
     }
     AxPlanLine WayBetween(const Place& from, const Place& to)
     {
-        return homeLegs.Between(from.at, to.at).corners;
+        AxHomeLegs::Way way = homeLegs.Between(from.at, to.at);
+        isLost = isLost || !way.isFound;
+        return std::move(way.corners);
     }
     double FromHome(const Place& place)
     {
@@ -237,6 +239,7 @@ private:
     std::vector<AxPlanPoint> points; // of the route without its ways from and to home
     std::vector<Place> places;       // of these points
     Place home;
+    bool isLost = false; // for some place no way from or to home was found
 };
 } // namespace
 

@@ -18,6 +18,7 @@ struct AXDATA_EXPORT AxPlanFlight
 /// Splits a route by the aircraft's endurance, in the wind of the request; each flight begins and ends at
 /// home, or where there is none at its own ends, and goes there like the route does. It ends after the last
 /// pass that can be flown whole, and within a pass only where that pass alone is too long. Every photo
-/// belongs to one flight. Empty when some part of the route is too far from home to be flown at all.
+/// belongs to one flight. Empty when some part of the route is too far from home to be flown at all, or no
+/// way there was found.
 AXDATA_EXPORT std::vector<AxPlanFlight> AxSplitIntoFlights(const AxPlanRequest& request,
                                                            const AxPlanResult& plan);

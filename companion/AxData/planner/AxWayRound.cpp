@@ -55,8 +55,9 @@ std::vector<AxPlanLine> RingsAround(const GeosContext& geos, const GEOSGeometry*
 class WaySearch
 {
 public:
-    WaySearch(const CAxPoint2D& from, const CAxPoint2D& to, const std::vector<const AxObstacle*>& around)
-        : obstacles(around)
+    WaySearch(const CAxPoint2D& from, const CAxPoint2D& to, const std::vector<const AxObstacle*>& around,
+              double& allowed)
+        : obstacles(around), looks(allowed)
     {
         nodes.push_back({from, from, from});
         nodes.push_back({to, to, to});
@@ -77,7 +78,7 @@ public:
             if (reachedFrom[step.node] != none)
                 continue;
             if (!IsFree(nodes[step.from].at, nodes[step.node].at)) {
-                if (looks > mostLooks)
+                if (looks < 0.0)
                     return {};
                 continue;
             }
@@ -105,7 +106,6 @@ private:
 
         bool operator<(const Step& other) const { return least > other.least; }
     };
-    static constexpr double mostLooks = 1e8; // less than a second
 
     /// A shortest way only touches the ring at whose corner it turns.
     static bool MayTurn(const AxObstacle::Corner& corner, const CAxPoint2D& other)
@@ -119,10 +119,10 @@ private:
     bool IsFree(const CAxPoint2D& from, const CAxPoint2D& to)
     {
         const auto isMet = [&](const AxObstacle* obstacle) {
-            looks += 1.0;
+            looks -= 1.0;
             if (!obstacle->closed.MayMeet(from, to))
                 return false;
-            looks += 0.25 * static_cast<double>(obstacle->closed.Edges());
+            looks -= 0.05 * static_cast<double>(obstacle->closed.Edges());
             return !obstacle->closed.Inside(from, to).empty();
         };
         // What was in the way of one leg is often in the way of the next one.
@@ -147,7 +147,7 @@ private:
     const std::vector<const AxObstacle*>& obstacles;
     std::vector<AxObstacle::Corner> nodes; // begin, end, and all corners
     const AxObstacle* lastMet = nullptr;
-    double looks = 0.0; // at obstacles and their edges so far
+    double& looks; // that are left
 };
 } // namespace
 
@@ -181,7 +181,7 @@ AxObstacle AxObstacleAround(const AxPlaneArea& area, double margin)
 }
 
 std::optional<AxPlanLine> AxShortestWay(const CAxPoint2D& from, const CAxPoint2D& to,
-                                        const std::vector<const AxObstacle*>& obstacles)
+                                        const std::vector<const AxObstacle*>& obstacles, double& looks)
 {
-    return WaySearch(from, to, obstacles).Find();
+    return WaySearch(from, to, obstacles, looks).Find();
 }

@@ -24,6 +24,7 @@ struct AxObstacle
 AxObstacle AxObstacleAround(const AxPlaneArea& area, double margin);
 
 /// The corners of the shortest way between two places outside of obstacles, without the places themselves;
-/// none when there is no way, or when it is not found within a second or so.
+/// none when there is no way, or when it is not found with so many looks at obstacles and edges. The looks
+/// that it takes are subtracted.
 std::optional<AxPlanLine> AxShortestWay(const CAxPoint2D& from, const CAxPoint2D& to,
-                                        const std::vector<const AxObstacle*>& obstacles);
+                                        const std::vector<const AxObstacle*>& obstacles, double& looks);
