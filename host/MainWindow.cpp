@@ -6,8 +6,12 @@
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
+#include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
 #include "host/SignalRelay.h"
+#include "host/tasks/CoveragePanel.h"
+#include "host/tasks/ProfilePanel.h"
+#include "host/tasks/TaskPanel.h"
 #include "host/ToolActions.h"
 #include "host/Tour.h"
 #include "host/Voice.h"
@@ -88,9 +92,9 @@ bool IsForPeople(const QString& signal)
 MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
       blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
-      zones(new ZonePanel(viewer, cameraRest)), kept(KeptState::Open(hostOptions, this)),
-      extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new QLabel),
-      state(new QLabel)
+      zones(new ZonePanel(viewer, cameraRest)), tasks(new TaskPanel(viewer)),
+      kept(KeptState::Open(hostOptions, this)), extents(new PanelExtents(this)),
+      tools(new ToolActions(viewer, this)), place(new QLabel), state(new QLabel)
 {
     // With it Control adds to the selection.
     constexpr int planning = 1;
@@ -104,6 +108,12 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     RestoreLayout();
 
     RelaySignals();
+    connect(tasks, &TaskPanel::PlanShown, this, [this](const std::shared_ptr<const ShownPlan>& shown) {
+        if (shown)
+            events.Signal(
+                "tasks", QStringLiteral("PlanShown"),
+                {shown->taskID, static_cast<double>(shown->plan.points.size()), shown->plan.figures.length});
+    });
     connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this, &MainWindow::ShowPlace);
     if (!options.noVoice && !options.IsUnattended())
         new Voice(viewer, this);
@@ -120,6 +130,7 @@ MainWindow::~MainWindow()
     // Their rows ask the viewer.
     delete blocks;
     delete zones;
+    delete tasks;
     delete cameraRest;
     delete viewer;
 }
@@ -140,24 +151,47 @@ void MainWindow::BuildPanels()
 {
     AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
-    QDockWidget* tasks =
-        AddPanel(tr("Tasks"), "TasksPanel", MakeList({tr("Name"), tr("Block")}), Qt::LeftDockWidgetArea);
     QDockWidget* aircraft = AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
                                      Qt::LeftDockWidgetArea);
-    tabifyDockWidget(zonesPanel, tasks);
-    tabifyDockWidget(tasks, aircraft);
+    tabifyDockWidget(zonesPanel, aircraft);
     zonesPanel->raise();
     auto* undoView = new QUndoView(viewer->GetUndoStack());
     undoView->setEmptyLabel(tr("Nothing done"));
     history = AddPanel(tr("Undo history"), "HistoryPanel", undoView, Qt::RightDockWidgetArea);
     history->hide();
-    AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
+    BuildTaskPanels();
+    QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
+    tabifyDockWidget(logPanel, taskPanels.at(1));
+    logPanel->raise();
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
     extents->Want(Qt::RightDockWidgetArea, usualSize.width() / 5);
     // The block list's columns fit.
     extents->Want(Qt::LeftDockWidgetArea, blocks->sizeHint().width());
-    connect(blocks, &BlockPanel::Told, this,
-            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    const auto tell = [this](const QString& text) { statusBar()->showMessage(text, shownMs); };
+    connect(blocks, &BlockPanel::Told, this, tell);
+    connect(tasks, &TaskPanel::Told, this, tell);
+}
+
+void MainWindow::BuildTaskPanels()
+{
+    auto* profile = new ProfilePanel(viewer);
+    auto* coverage = new CoveragePanel(viewer);
+    connect(tasks, &TaskPanel::PlanShown, profile, &ProfilePanel::ShowPlan);
+    connect(tasks, &TaskPanel::PlanShown, coverage, &CoveragePanel::ShowPlan);
+    taskPanels = {AddPanel(tr("Tasks"), "TasksPanel", tasks, Qt::RightDockWidgetArea),
+                  AddPanel(tr("Height profile"), "ProfilePanel", profile, Qt::BottomDockWidgetArea),
+                  AddPanel(tr("Coverage"), "CoveragePanel", coverage, Qt::RightDockWidgetArea)};
+    tabifyDockWidget(taskPanels[0], taskPanels[2]);
+    // They take a good part of the map, so they come with the first task.
+    for (QDockWidget* panel : qAsConst(taskPanels))
+        panel->hide();
+}
+
+void MainWindow::ShowTaskPanels()
+{
+    for (QDockWidget* panel : qAsConst(taskPanels))
+        panel->show();
+    taskPanels[0]->raise();
 }
 
 void MainWindow::RestoreLayout()
@@ -247,6 +281,7 @@ void MainWindow::BuildMenus()
 
     menuBar()->addMenu(new EditMenu(viewer, history->toggleViewAction(), this));
     BuildDrawMenu();
+    BuildTaskMenu();
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     const auto addSwitch = [this, view](const char* key, const QString& text, auto change) {
@@ -275,7 +310,7 @@ void MainWindow::BuildMenus()
     for (QDockWidget* panel : qAsConst(panels))
         view->addAction(panel->toggleViewAction());
 
-    BuildNavigateMenu();
+    menuBar()->addMenu(new NavigateMenu(viewer->getManipulator(), this));
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(
@@ -292,18 +327,19 @@ void MainWindow::BuildDrawMenu()
     bar->addActions(tools->actions());
 }
 
-void MainWindow::BuildNavigateMenu()
+void MainWindow::BuildTaskMenu()
 {
-    // The keys behind a tab belong to the globe and only stand there to be learnt.
-    CAxEarthManipulator* camera = viewer->getManipulator();
-    QMenu* navigate = menuBar()->addMenu(tr("&Navigate"));
-    navigate->addAction(tr("&Home\tHome"), this, [camera] { camera->home(0.0); });
-    navigate->addAction(tr("&North up"), camera, [camera] { camera->slotHeading(0.0); });
-    navigate->addAction(tr("Straight &down"), camera, &CAxEarthManipulator::slotResetPitch);
-    navigate->addSeparator();
-    // A fifth nearer, and exactly back.
-    navigate->addAction(tr("Zoom &in\t+"), camera, [camera] { camera->slotZoom(400.0); });
-    navigate->addAction(tr("Zoom &out\t-"), camera, [camera] { camera->slotZoom(-500.0); });
+    QMenu* menu = menuBar()->addMenu(tr("&Task"));
+    menu->addAction(tasks->AddAction());
+    menu->addAction(taskPanels[0]->toggleViewAction());
+    menu->addSeparator();
+    menu->addAction(tasks->ImportAction());
+    menu->addAction(tasks->ExportAction());
+    auto* bar = findChild<QToolBar*>(QStringLiteral("ToolBar"));
+    bar->addSeparator();
+    bar->addAction(tasks->AddAction());
+    for (QAction* action : {tasks->AddAction(), tasks->ImportAction()})
+        connect(action, &QAction::triggered, this, &MainWindow::ShowTaskPanels);
 }
 
 bool MainWindow::HasOpenGl() const

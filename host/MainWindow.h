@@ -15,6 +15,7 @@ class LogPanel;
 class PanelExtents;
 class QDockWidget;
 class QLabel;
+class TaskPanel;
 class ToolActions;
 class ZonePanel;
 
@@ -52,9 +53,11 @@ protected:
 private:
     void BuildMenus();
     void BuildDrawMenu();
-    void BuildNavigateMenu();
+    void BuildTaskMenu();
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
     void BuildPanels();
+    void BuildTaskPanels();
+    void ShowTaskPanels();
     void RelaySignals();
     void OnLoaded();
     bool DrawBlocks();
@@ -76,9 +79,11 @@ private:
     BlockPanel* blocks;
     CameraRest* cameraRest;
     ZonePanel* zones;
+    TaskPanel* tasks;
     KeptState* kept; ///< null: nothing is kept
     PanelExtents* extents;
     QDockWidget* history = nullptr;
+    QList<QDockWidget*> taskPanels; ///< tasks, height profile, coverage
     ToolActions* tools;
     QLabel* place; ///< what is under the mouse
     QLabel* state;

@@ -307,16 +307,8 @@
         <translation>测区</translation>
     </message>
     <message>
-        <source>Name</source>
-        <translation>名称</translation>
-    </message>
-    <message>
         <source>Tasks</source>
         <translation>任务</translation>
-    </message>
-    <message>
-        <source>Block</source>
-        <translation>测区</translation>
     </message>
     <message>
         <source>Aircraft</source>
@@ -423,30 +415,6 @@ A small host for the AxEarthViewer globe. MIT licence; the NOTICE file credits t
 AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数据来源见 NOTICE 文件。</translation>
     </message>
     <message>
-        <source>&amp;Navigate</source>
-        <translation>导航(&amp;N)</translation>
-    </message>
-    <message>
-        <source>&amp;Home	Home</source>
-        <translation>初始视图(&amp;H)	Home</translation>
-    </message>
-    <message>
-        <source>&amp;North up</source>
-        <translation>正北朝上(&amp;N)</translation>
-    </message>
-    <message>
-        <source>Straight &amp;down</source>
-        <translation>垂直俯视(&amp;D)</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;in	+</source>
-        <translation>放大(&amp;I)	+</translation>
-    </message>
-    <message>
-        <source>Zoom &amp;out	-</source>
-        <translation>缩小(&amp;O)	-</translation>
-    </message>
-    <message>
         <source>Longitude %1, latitude %2, altitude %3</source>
         <translation>经度 %1，纬度 %2，高度 %3</translation>
     </message>
@@ -514,6 +482,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>JPEG picture (*.jpg *.jpeg)</source>
         <translation>JPEG 图片 (*.jpg *.jpeg)</translation>
     </message>
+    <message>
+        <source>&amp;Task</source>
+        <translation>任务(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Height profile</source>
+        <translation>高度剖面</translation>
+    </message>
+    <message>
+        <source>Coverage</source>
+        <translation>覆盖</translation>
+    </message>
 </context>
 <context>
     <name>Tour</name>
@@ -566,6 +546,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>it is no text</source>
         <translation>不是文本</translation>
+    </message>
+    <message>
+        <source>it is empty</source>
+        <translation>为空</translation>
     </message>
     <message>
         <source>another block is named &apos;%1&apos;, too</source>
@@ -1001,6 +985,141 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
+    <name>CoveragePanel</name>
+    <message>
+        <source>Show coverage</source>
+        <translation>显示覆盖情况</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Photos of each place</source>
+        <translation>每处照片数</translation>
+    </message>
+    <message>
+        <source>Ground sample distance</source>
+        <translation>地面采样距离</translation>
+    </message>
+    <message>
+        <source>No route is shown.</source>
+        <translation>没有显示航线。</translation>
+    </message>
+    <message>
+        <source>Coverage is counted for the routes of areas.</source>
+        <translation>仅统计面状测区航线的覆盖情况。</translation>
+    </message>
+    <message>
+        <source>The map is not open.</source>
+        <translation>地图尚未打开。</translation>
+    </message>
+    <message>
+        <source>Cells of %1 m.</source>
+        <translation>格网间距 %1 米。</translation>
+    </message>
+    <message>
+        <source>The ground&apos;s height is not known in %1 of %2 cells.</source>
+        <translation>%2 个格网中有 %1 个地面高程未知。</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>ground not known</source>
+        <translation>地面高程未知</translation>
+    </message>
+    <message>
+        <source>no photo</source>
+        <translation>无照片</translation>
+    </message>
+    <message>
+        <source>%1 to %2 cm a pixel</source>
+        <translation>每像素 %1 至 %2 厘米</translation>
+    </message>
+    <message>
+        <source>%1 and more</source>
+        <translation>%1 及以上</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>longitude %1°, latitude %2°</source>
+        <translation>经度 %1°，纬度 %2°</translation>
+    </message>
+    <message>
+        <source>Fewest photos: %1, at %2</source>
+        <translation>照片最少：%1 张，位于 %2</translation>
+    </message>
+    <message>
+        <source>Coarsest: %1 cm a pixel, at %2</source>
+        <translation>最粗：每像素 %1 厘米，位于 %2</translation>
+    </message>
+</context>
+<context>
+    <name>ProfilePanel</name>
+    <message>
+        <source>No route is shown.</source>
+        <translation>没有显示航线。</translation>
+    </message>
+    <message>
+        <source>The map is not open.</source>
+        <translation>地图尚未打开。</translation>
+    </message>
+    <message>
+        <source>The heights of the ground are being read...</source>
+        <translation>正在读取地面高程……</translation>
+    </message>
+    <message>
+        <source>%1 km: route at %2 m, the ground&apos;s height is not known</source>
+        <translation>%1 千米：航线高 %2 米，地面高程未知</translation>
+    </message>
+    <message>
+        <source>%1 km: route at %2 m, ground at %3 m, %4 m above the ground</source>
+        <translation>%1 千米：航线高 %2 米，地面高程 %3 米，离地 %4 米</translation>
+    </message>
+</context>
+<context>
+    <name>ProfilePlot</name>
+    <message>
+        <source>The wheel zooms the distance, with Ctrl the height. Dragging moves, a double click shows all.
+Heights are above the ellipsoid.</source>
+        <translation>滚轮缩放距离，按住 Ctrl 缩放高度。拖动可平移，双击显示全部。
+高度均为椭球高。</translation>
+    </message>
+    <message>
+        <source>Distance along the route (km)</source>
+        <translation>沿航线距离（千米）</translation>
+    </message>
+    <message>
+        <source>Height (m)</source>
+        <translation>高度（米）</translation>
+    </message>
+    <message>
+        <source>Ground</source>
+        <translation>地面</translation>
+    </message>
+    <message>
+        <source>Ground not known</source>
+        <translation>地面高程未知</translation>
+    </message>
+    <message>
+        <source>Ground and clearance</source>
+        <translation>地面加安全高度</translation>
+    </message>
+    <message>
+        <source>Route</source>
+        <translation>航线</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+</context>
+<context>
     <name>ZoneListModel</name>
     <message>
         <source>%1 m</source>
@@ -1331,6 +1450,569 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Quits</source>
         <translation>退出</translation>
+    </message>
+</context>
+<context>
+    <name>TaskFigures</name>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 小时 %2 分</translation>
+    </message>
+    <message>
+        <source>%1 m above the ground, %2 m are asked</source>
+        <translation>离地 %1 米，要求 %2 米</translation>
+    </message>
+    <message>
+        <source>No height of the ground is known here</source>
+        <translation>此处地面高度未知</translation>
+    </message>
+    <message>
+        <source>A photo every %1 s, the camera needs %2 s</source>
+        <translation>每 %1 秒拍一张，相机需要 %2 秒</translation>
+    </message>
+    <message>
+        <source>Side overlap %1 %, %2 % are asked</source>
+        <translation>旁向重叠 %1 %，要求 %2 %</translation>
+    </message>
+    <message>
+        <source>In the no-fly zone %1 for %2 m</source>
+        <translation>在禁飞区 %1 内飞行 %2 米</translation>
+    </message>
+    <message>
+        <source>No way from or to home round the no-fly zones was found</source>
+        <translation>找不到绕过禁飞区往返起降点的路径</translation>
+    </message>
+    <message>
+        <source>The no-fly zones are not known</source>
+        <translation>禁飞区未知</translation>
+    </message>
+    <message>
+        <source>Length</source>
+        <translation>航程</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>Flights</source>
+        <translation>架次</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>照片</translation>
+    </message>
+    <message>
+        <source>Interval</source>
+        <translation>拍摄间隔</translation>
+    </message>
+    <message>
+        <source>Passes, turns</source>
+        <translation>航线、转弯</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>面积</translation>
+    </message>
+    <message>
+        <source>Sample distance</source>
+        <translation>地面分辨率</translation>
+    </message>
+    <message>
+        <source>Above ground</source>
+        <translation>离地高度</translation>
+    </message>
+    <message>
+        <source>Least and mean height of the route above the ground</source>
+        <translation>航线离地的最低高度和平均高度</translation>
+    </message>
+    <message>
+        <source>A click flies there</source>
+        <translation>单击飞到该处</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 公里</translation>
+    </message>
+    <message>
+        <source>%1 of at most %2 min</source>
+        <translation>%1 架次，每次至多 %2 分钟</translation>
+    </message>
+    <message>
+        <source>too far for flights of %1 min</source>
+        <translation>太远，%1 分钟无法完成</translation>
+    </message>
+    <message>
+        <source>%1 s, the camera needs %2 s</source>
+        <translation>%1 秒，相机需要 %2 秒</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1、%2</translation>
+    </message>
+    <message>
+        <source>%1 km²</source>
+        <translation>%1 平方公里</translation>
+    </message>
+    <message>
+        <source>%1 cm</source>
+        <translation>%1 厘米</translation>
+    </message>
+    <message>
+        <source>%1 m, %2 m</source>
+        <translation>%1 米，%2 米</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>and %1 more</source>
+        <translation>还有 %1 条</translation>
+    </message>
+</context>
+<context>
+    <name>TaskFiles</name>
+    <message>
+        <source>QGroundControl survey (*.plan)</source>
+        <translation>QGroundControl 测绘任务 (*.plan)</translation>
+    </message>
+    <message>
+        <source>QGroundControl waypoints (*.plan)</source>
+        <translation>QGroundControl 航点 (*.plan)</translation>
+    </message>
+    <message>
+        <source>Mission text QGC WPL 110 (*.waypoints *.txt)</source>
+        <translation>航点文本 QGC WPL 110 (*.waypoints *.txt)</translation>
+    </message>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>Export route</source>
+        <translation>导出航线</translation>
+    </message>
+    <message>
+        <source>Import route</source>
+        <translation>导入航线</translation>
+    </message>
+    <message>
+        <source>The route was not written.</source>
+        <translation>航线未能写入。</translation>
+    </message>
+    <message>
+        <source>%1 is written. What it does not say:</source>
+        <translation>%1 已写入。其中未包含：</translation>
+    </message>
+    <message>
+        <source>Missions (*.plan *.waypoints *.txt)</source>
+        <translation>任务文件 (*.plan *.waypoints *.txt)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>%1 was not read.</source>
+        <translation>%1 未能读取。</translation>
+    </message>
+    <message>
+        <source>It is too large for a mission.</source>
+        <translation>文件过大，不是任务文件。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>No place to fly through is in it.</source>
+        <translation>其中没有航点。</translation>
+    </message>
+    <message>
+        <source>%1 is read.</source>
+        <translation>%1 已读取。</translation>
+    </message>
+</context>
+<context>
+    <name>TaskParameters</name>
+    <message>
+        <source>%1 to %2%3</source>
+        <translation>%1 至 %2%3</translation>
+    </message>
+    <message>
+        <source>Aircraft</source>
+        <translation>飞机</translation>
+    </message>
+    <message>
+        <source>Fixed wing</source>
+        <translation>固定翼</translation>
+    </message>
+    <message>
+        <source>Tail sitter</source>
+        <translation>尾座式</translation>
+    </message>
+    <message>
+        <source>Quad plane</source>
+        <translation>垂起固定翼</translation>
+    </message>
+    <message>
+        <source>Quadcopter</source>
+        <translation>四旋翼</translation>
+    </message>
+    <message>
+        <source>Hexacopter</source>
+        <translation>六旋翼</translation>
+    </message>
+    <message>
+        <source>Octocopter</source>
+        <translation>八旋翼</translation>
+    </message>
+    <message>
+        <source>Oblique copter</source>
+        <translation>倾斜摄影多旋翼</translation>
+    </message>
+    <message>
+        <source>Camera</source>
+        <translation>相机</translation>
+    </message>
+    <message>
+        <source>Full frame, 35 mm</source>
+        <translation>全画幅，35 毫米</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>航高</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> 米</translation>
+    </message>
+    <message>
+        <source>Above the mean ground of the block; %1</source>
+        <translation>高于测区平均地面；%1</translation>
+    </message>
+    <message>
+        <source>Sample distance</source>
+        <translation>地面分辨率</translation>
+    </message>
+    <message>
+        <source> cm</source>
+        <translation> 厘米</translation>
+    </message>
+    <message>
+        <source>Of the ground, a pixel; the height follows from it</source>
+        <translation>每像素对应的地面距离；航高随之变化</translation>
+    </message>
+    <message>
+        <source>Heights</source>
+        <translation>高度方式</translation>
+    </message>
+    <message>
+        <source>Constant</source>
+        <translation>定高</translation>
+    </message>
+    <message>
+        <source>Keep the overlap</source>
+        <translation>保持重叠度</translation>
+    </message>
+    <message>
+        <source>Follow the terrain</source>
+        <translation>仿地飞行</translation>
+    </message>
+    <message>
+        <source>Clearance</source>
+        <translation>安全高度</translation>
+    </message>
+    <message>
+        <source>Least height above the ground anywhere on the route; %1</source>
+        <translation>航线上任何一处的最小离地高度；%1</translation>
+    </message>
+    <message>
+        <source>Side overlap</source>
+        <translation>旁向重叠</translation>
+    </message>
+    <message>
+        <source>Forward overlap</source>
+        <translation>航向重叠</translation>
+    </message>
+    <message>
+        <source> %</source>
+        <translation> %</translation>
+    </message>
+    <message>
+        <source>Of the passes, clockwise from north</source>
+        <translation>航线方向，从正北顺时针</translation>
+    </message>
+    <message>
+        <source>Best</source>
+        <translation>最佳</translation>
+    </message>
+    <message>
+        <source>The shortest flight decides</source>
+        <translation>由最短的飞行决定</translation>
+    </message>
+    <message>
+        <source>Heading</source>
+        <translation>航线角度</translation>
+    </message>
+    <message>
+        <source>Flying mode</source>
+        <translation>飞行模式</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>普通</translation>
+    </message>
+    <message>
+        <source>Cross grid</source>
+        <translation>交叉航线</translation>
+    </message>
+    <message>
+        <source>Three directions</source>
+        <translation>三方向</translation>
+    </message>
+    <message>
+        <source>Passes</source>
+        <translation>航线数</translation>
+    </message>
+    <message>
+        <source>By the overlap</source>
+        <translation>由重叠度决定</translation>
+    </message>
+    <message>
+        <source>Width to the left</source>
+        <translation>左侧宽度</translation>
+    </message>
+    <message>
+        <source>Width to the right</source>
+        <translation>右侧宽度</translation>
+    </message>
+    <message>
+        <source>Radius</source>
+        <translation>半径</translation>
+    </message>
+    <message>
+        <source>Wind</source>
+        <translation>风速</translation>
+    </message>
+    <message>
+        <source> m/s</source>
+        <translation> 米/秒</translation>
+    </message>
+    <message>
+        <source>Wind from</source>
+        <translation>风向</translation>
+    </message>
+    <message>
+        <source>Endurance</source>
+        <translation>续航时间</translation>
+    </message>
+    <message>
+        <source> min</source>
+        <translation> 分钟</translation>
+    </message>
+    <message>
+        <source>Entry point</source>
+        <translation>进入点</translation>
+    </message>
+    <message>
+        <source>1</source>
+        <translation>1</translation>
+    </message>
+    <message>
+        <source>2</source>
+        <translation>2</translation>
+    </message>
+    <message>
+        <source>3</source>
+        <translation>3</translation>
+    </message>
+    <message>
+        <source>4</source>
+        <translation>4</translation>
+    </message>
+    <message>
+        <source>A click on its marker on the map does the same</source>
+        <translation>单击地图上的标记也可选择</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>起降点</translation>
+    </message>
+    <message>
+        <source>Set home</source>
+        <translation>设置起降点</translation>
+    </message>
+    <message>
+        <source>Then click its place on the map; Escape gives it up</source>
+        <translation>然后在地图上单击位置；按 Esc 取消</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清除</translation>
+    </message>
+    <message>
+        <source>%1 min, as usual</source>
+        <translation>%1 分钟（默认）</translation>
+    </message>
+    <message>
+        <source>Three directions need an oblique camera, or a swinging one on an oblique copter; one direction is flown.</source>
+        <translation>三方向需要倾斜相机，或倾斜摄影多旋翼上的摆动相机；现只飞一个方向。</translation>
+    </message>
+    <message>
+        <source>On the map three directions are shown at one height.</source>
+        <translation>地图上三方向航线以同一高度显示。</translation>
+    </message>
+    <message>
+        <source>not set</source>
+        <translation>未设置</translation>
+    </message>
+    <message>
+        <source>%1°, %2°, %3 m</source>
+        <translation>%1°，%2°，%3 米</translation>
+    </message>
+    <message>
+        <source>Round no-fly zones</source>
+        <translation>绕开禁飞区</translation>
+    </message>
+    <message>
+        <source>Legs from and to home</source>
+        <translation>往返起降点的航段</translation>
+    </message>
+</context>
+<context>
+    <name>TaskPanel</name>
+    <message>
+        <source>&amp;Add task</source>
+        <translation>添加任务(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete task...</source>
+        <translation>删除任务(&amp;D)...</translation>
+    </message>
+    <message>
+        <source>&amp;Export route...</source>
+        <translation>导出航线(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>&amp;Import route...</source>
+        <translation>导入航线(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Plan a route over the current block</source>
+        <translation>在当前测区上规划航线</translation>
+    </message>
+    <message>
+        <source>Delete the chosen task, after a question</source>
+        <translation>询问后删除所选任务</translation>
+    </message>
+    <message>
+        <source>Write the route for a ground station or a map</source>
+        <translation>为地面站或地图写出航线</translation>
+    </message>
+    <message>
+        <source>Show a route from a file of a ground station</source>
+        <translation>显示地面站文件中的航线</translation>
+    </message>
+    <message>
+        <source>Add task</source>
+        <translation>添加任务</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Flown</source>
+        <translation>已飞</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
+    <message>
+        <source>Shows the route as if it were flown up to here</source>
+        <translation>把航线显示为已飞到此处</translation>
+    </message>
+    <message>
+        <source>Tasks of %1</source>
+        <translation>%1 的任务</translation>
+    </message>
+    <message>
+        <source>No block is chosen</source>
+        <translation>未选择测区</translation>
+    </message>
+    <message>
+        <source>The box shows or hides the route; without a route on the map the block can be edited</source>
+        <translation>勾选框显示或隐藏航线；地图上没有航线时可以编辑测区</translation>
+    </message>
+    <message>
+        <source>The name already exists !</source>
+        <translation>名称已存在！</translation>
+    </message>
+    <message>
+        <source>Draw a block or choose one; a task is planned over it.</source>
+        <translation>请先绘制或选择一个测区；任务在其上规划。</translation>
+    </message>
+    <message>
+        <source>Task %1</source>
+        <translation>任务 %1</translation>
+    </message>
+    <message>
+        <source>Delete task</source>
+        <translation>删除任务</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the task "%1"?</source>
+        <translation>是否删除任务“%1”？</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>The route cannot be shown.</source>
+        <translation>航线无法显示。</translation>
+    </message>
+    <message>
+        <source>Click home on the map; Escape gives it up.</source>
+        <translation>请在地图上单击起降点；按 Esc 取消。</translation>
+    </message>
+</context>
+<context>
+    <name>NavigateMenu</name>
+    <message>
+        <source>&amp;Navigate</source>
+        <translation>导航(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Home	Home</source>
+        <translation>初始视图(&amp;H)	Home</translation>
+    </message>
+    <message>
+        <source>&amp;North up</source>
+        <translation>正北朝上(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Straight &amp;down</source>
+        <translation>垂直俯视(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;in	+</source>
+        <translation>放大(&amp;I)	+</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;out	-</source>
+        <translation>缩小(&amp;O)	-</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,150 @@
+#include "host/tasks/TaskFigures.h"
+
+#include <AxData/planner/AxPlanFlights.h>
+
+#include <QFormLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QLocale>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int mostWarningsListed = 200;
+
+QString Number(double value, int decimals)
+{
+    return QLocale().toString(value, 'f', decimals);
+}
+
+QString Duration(double seconds)
+{
+    const int minutes = qRound(seconds / 60.0);
+    return TaskFigures::tr("%1 h %2 min").arg(minutes / 60).arg(minutes % 60, 2, 10, QLatin1Char('0'));
+}
+
+QString WarningText(const AxPlanWarning& warning)
+{
+    using Kind = AxPlanWarning::Kind;
+    switch (warning.kind) {
+    case Kind::Clearance:
+        return TaskFigures::tr("%1 m above the ground, %2 m are asked")
+            .arg(Number(warning.value, 1), Number(warning.asked, 1));
+    case Kind::UnknownGround:
+        return TaskFigures::tr("No height of the ground is known here");
+    case Kind::Interval:
+        return TaskFigures::tr("A photo every %1 s, the camera needs %2 s")
+            .arg(Number(warning.value, 2), Number(warning.asked, 2));
+    case Kind::Overlap:
+        return TaskFigures::tr("Side overlap %1 %, %2 % are asked")
+            .arg(Number(warning.value * 100.0, 0), Number(warning.asked * 100.0, 0));
+    case Kind::Zone:
+        return TaskFigures::tr("In the no-fly zone %1 for %2 m").arg(warning.zone, Number(warning.value, 0));
+    case Kind::NoWayRound:
+        return TaskFigures::tr("No way from or to home round the no-fly zones was found");
+    case Kind::UnknownZones:
+        return TaskFigures::tr("The no-fly zones are not known");
+    }
+    return {};
+}
+} // namespace
+
+TaskFigures::TaskFigures(QWidget* parent) : QWidget(parent), fault(new QLabel), warnings(new QListWidget)
+{
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(4, 4, 4, 4);
+    fault->setObjectName(QStringLiteral("RouteFault"));
+    fault->setWordWrap(true);
+    fault->setTextFormat(Qt::PlainText);
+    fault->setStyleSheet(QStringLiteral("color: #d04000"));
+    column->addWidget(fault);
+    auto* form = new QFormLayout;
+    form->setVerticalSpacing(1);
+    column->addLayout(form);
+    length = AddRow(*form, tr("Length"));
+    length->setObjectName(QStringLiteral("RouteLength"));
+    time = AddRow(*form, tr("Time"));
+    flights = AddRow(*form, tr("Flights"));
+    photos = AddRow(*form, tr("Photos"));
+    interval = AddRow(*form, tr("Interval"));
+    passes = AddRow(*form, tr("Passes, turns"));
+    area = AddRow(*form, tr("Area"));
+    sample = AddRow(*form, tr("Sample distance"));
+    aboveGround = AddRow(*form, tr("Above ground"));
+    aboveGround->setToolTip(tr("Least and mean height of the route above the ground"));
+    warnings->setObjectName(QStringLiteral("RouteWarnings"));
+    warnings->setWordWrap(true);
+    warnings->setMinimumHeight(fontMetrics().height() * 3);
+    warnings->setToolTip(tr("A click flies there"));
+    column->addWidget(warnings, 1);
+    connect(warnings, &QListWidget::itemClicked, this, [this](const QListWidgetItem* item) {
+        if (item->data(Qt::UserRole).isValid())
+            emit PlaceWanted(item->data(Qt::UserRole).toPointF());
+    });
+    Show(nullptr, false);
+}
+
+QLabel* TaskFigures::AddRow(QFormLayout& form, const QString& name)
+{
+    auto* value = new QLabel;
+    value->setTextFormat(Qt::PlainText);
+    value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    form.addRow(name, value);
+    values += value;
+    return value;
+}
+
+void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown, bool isFixed)
+{
+    for (QLabel* value : qAsConst(values))
+        value->setText(QStringLiteral("-"));
+    warnings->clear();
+    warnings->hide();
+    fault->setText(shown ? shown->plan.fault : QString());
+    fault->setVisible(!fault->text().isEmpty());
+    if (!shown || !shown->plan.IsPlanned())
+        return;
+    length->setText(tr("%1 km").arg(Number(shown->plan.figures.length / 1000.0, 2)));
+    if (isFixed) {
+        passes->setText(QLocale().toString(shown->plan.figures.passes));
+        return;
+    }
+    ShowFigures(*shown);
+    ShowWarnings(*shown);
+}
+
+void TaskFigures::ShowFigures(const ShownPlan& shown)
+{
+    const AxPlanFigures& figures = shown.plan.figures;
+    time->setText(Duration(figures.seconds));
+    const std::size_t count = AxSplitIntoFlights(shown.request, shown.plan).size();
+    const double minutes = shown.request.aircraft.endurance / 60.0;
+    flights->setText(count > 0 ? tr("%1 of at most %2 min").arg(count).arg(Number(minutes, 0))
+                               : tr("too far for flights of %1 min").arg(Number(minutes, 0)));
+    photos->setText(QLocale().toString(figures.photos));
+    interval->setText(
+        tr("%1 s, the camera needs %2 s")
+            .arg(Number(figures.interval, 1), Number(shown.request.camera.shortestInterval, 1)));
+    passes->setText(tr("%1, %2").arg(figures.passes).arg(figures.turns));
+    area->setText(tr("%1 km\302\262").arg(Number(figures.area / 1e6, figures.area < 1e6 ? 4 : 2)));
+    sample->setText(tr("%1 cm").arg(Number(figures.sample * 100.0, 2)));
+    if (figures.leastHeight != 0.0 || figures.meanHeight != 0.0)
+        aboveGround->setText(
+            tr("%1 m, %2 m").arg(Number(figures.leastHeight, 1), Number(figures.meanHeight, 1)));
+    else
+        aboveGround->setText(tr("not known"));
+}
+
+void TaskFigures::ShowWarnings(const ShownPlan& shown)
+{
+    const auto& all = shown.plan.warnings;
+    warnings->setVisible(!all.empty());
+    for (const AxPlanWarning& warning : all) {
+        if (warnings->count() == mostWarningsListed) {
+            warnings->addItem(tr("and %1 more").arg(all.size() - mostWarningsListed));
+            break;
+        }
+        auto* item = new QListWidgetItem(style()->standardIcon(QStyle::SP_MessageBoxWarning),
+                                         WarningText(warning), warnings);
+        item->setData(Qt::UserRole, warning.place);
+    }
+}

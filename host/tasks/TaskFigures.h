@@ -1,0 +1,44 @@
+#pragma once
+#include "host/tasks/ShownPlan.h"
+
+#include <QList>
+#include <QPointF>
+#include <QWidget>
+
+#include <memory>
+
+class QLabel;
+class QListWidget;
+
+/// What a planned route amounts to, and what its pilot is warned of. GUI thread.
+class TaskFigures : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TaskFigures(QWidget* parent = nullptr);
+
+    /// Null shows none. A route that was read from a file has a length and no other figures.
+    void Show(const std::shared_ptr<const ShownPlan>& shown, bool isFixed);
+
+signals:
+    /// A warning was clicked: longitude, latitude of what it is about.
+    void PlaceWanted(const QPointF& place);
+
+private:
+    QLabel* AddRow(class QFormLayout& form, const QString& name);
+    void ShowFigures(const ShownPlan& shown);
+    void ShowWarnings(const ShownPlan& shown);
+
+    QLabel* fault;
+    QList<QLabel*> values;
+    QLabel* length;
+    QLabel* time;
+    QLabel* flights;
+    QLabel* photos;
+    QLabel* interval;
+    QLabel* passes;
+    QLabel* area;
+    QLabel* sample;
+    QLabel* aboveGround;
+    QListWidget* warnings;
+};

@@ -1,0 +1,33 @@
+#include "host/tasks/TaskFromFile.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+
+#include <cmath>
+#include <utility>
+
+TaskFromFile::TaskFromFile(const QString& id, const QString& name, AxMission read,
+                           std::vector<AxPlanPoint> points)
+    : CAxTask(id, name, nullptr), mission(std::move(read))
+{
+    plan.points = std::move(points);
+    for (std::size_t i = 1; i < plan.points.size(); ++i) {
+        const AxPlanPoint& from = plan.points[i - 1];
+        const AxPlanPoint& to = plan.points[i];
+        const double across =
+            DistanceBetweenTwoLatLng({from.longitude, from.latitude, 0.0}, {to.longitude, to.latitude, 0.0});
+        const double up = to.altitude - from.altitude;
+        plan.figures.length += std::hypot(across, std::isnan(up) ? 0.0 : up);
+    }
+    for (const AxPlanPoint& point : plan.points)
+        plan.figures.passes += point.role == AxPlanPoint::Role::PassStart ? 1 : 0;
+}
+
+QList<CAxVector3D> TaskFromFile::ComputeRoute(int, QList<QPair<int, CAxVector3D>>& lineMarkers,
+                                              CAxBlock::EBlockType, int, int)
+{
+    lineMarkers.clear();
+    QList<CAxVector3D> route;
+    for (const AxPlanPoint& point : plan.points)
+        route += CAxVector3D(point.latitude, point.longitude, point.altitude);
+    return route;
+}

@@ -1,0 +1,499 @@
+#include "host/tasks/TaskPanel.h"
+#include "host/tasks/TaskFigures.h"
+#include "host/tasks/TaskFiles.h"
+#include "host/tasks/TaskFromFile.h"
+#include "host/tasks/TaskParameters.h"
+#include "host/tasks/TaskRoutes.h"
+#include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxAlgorthm/AxUniqueID.h>
+#include <AxBaseUI/CAxMessageBox.h>
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
+#include <AxData/CAxTask.h>
+
+#include <osgEarth/GeoData>
+#include <osgEarth/Viewpoint>
+
+#include <QAction>
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QSlider>
+#include <QSplitter>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+// A tool of the host: the viewer draws and picks nothing with it.
+constexpr EToolType homeTool = ToolHost20;
+constexpr int flownRestMs = 30;
+constexpr double nearbyRange = 800.0; // metres
+constexpr double nearbyPitch = -50.0; // degrees
+constexpr double flightSeconds = 1.5;
+
+// Over others a route makes no sense.
+bool HasTasks(const CAxBlock* block)
+{
+    return block && block->GetBlockType() <= CAxBlock::VideoBlock;
+}
+} // namespace
+
+TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)), title(new QLabel),
+      list(new QListWidget), parameters(new TaskParameters), figures(new TaskFigures),
+      flown(new QSlider(Qt::Horizontal)), add(new QAction(tr("&Add task"), this)),
+      remove(new QAction(tr("&Delete task..."), this)),
+      exportRoute(new QAction(tr("&Export route..."), this)),
+      importRoute(new QAction(tr("&Import route..."), this))
+{
+    BuildList();
+    auto* scrolled = new QScrollArea;
+    scrolled->setWidget(parameters);
+    scrolled->setWidgetResizable(true);
+    scrolled->setFrameShape(QFrame::NoFrame);
+    scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    auto* scrolledFigures = new QScrollArea;
+    scrolledFigures->setWidget(figures);
+    scrolledFigures->setWidgetResizable(true);
+    scrolledFigures->setFrameShape(QFrame::NoFrame);
+    auto* parts = new QSplitter(Qt::Vertical);
+    parts->addWidget(list);
+    parts->addWidget(scrolled);
+    parts->addWidget(scrolledFigures);
+    parts->setStretchFactor(0, 1);
+    parts->setStretchFactor(1, 4);
+    parts->setStretchFactor(2, 3);
+    auto* buttons = new QHBoxLayout;
+    for (QAction* action : {add, remove, importRoute, exportRoute}) {
+        auto* button = new QToolButton;
+        button->setDefaultAction(action);
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+    title->setTextFormat(Qt::PlainText);
+    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(4, 4, 4, 4);
+    column->addWidget(title);
+    column->addLayout(buttons);
+    column->addWidget(parts, 1);
+    column->addWidget(BuildFlown());
+
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &TaskPanel::OnCurrentBlock);
+    connect(viewer->getManipulator(),
+            QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
+            &TaskPanel::OnMapClicked);
+    const CAxBlockManager* records = &CAxBlockManager::instance();
+    connect(records, &CAxBlockManager::blockDeleted, this, [this](const QString& id) {
+        if (id == blockID)
+            ShowBlock({});
+    });
+    // A block that is being drawn is current before it has a record.
+    connect(
+        records, &CAxBlockManager::blockAdded, this,
+        [this] {
+            if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
+                OnCurrentBlock(current->GetHandleID());
+        },
+        Qt::QueuedConnection);
+    connect(records, &CAxBlockManager::blockChanged, this, [this](const QString& id) {
+        if (id == blockID)
+            title->setText(tr("Tasks of %1").arg(Block()->GetBlockName()));
+    });
+    connect(routes, &TaskRoutes::Planned, this, &TaskPanel::OnPlanned);
+    connect(routes, &TaskRoutes::EntryClicked, this, &TaskPanel::OnEntryClicked);
+    connect(parameters, &TaskParameters::HomeWanted, this, &TaskPanel::SetHomeWanted);
+    connect(figures, &TaskFigures::PlaceWanted, this, &TaskPanel::FlyTo);
+    ShowBlock({});
+}
+
+TaskPanel::~TaskPanel()
+{
+    // Its end is told to nobody who is half gone.
+    disconnect(routes, nullptr, this, nullptr);
+}
+
+void TaskPanel::BuildList()
+{
+    list->setObjectName(QStringLiteral("TaskList"));
+    list->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
+    list->setMinimumHeight(fontMetrics().height() * 3);
+    list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    add->setShortcut(QKeySequence(QStringLiteral("Ctrl+T")));
+    add->setToolTip(tr("Plan a route over the current block"));
+    remove->setShortcut(QKeySequence(Qt::Key_Delete));
+    // Elsewhere the key belongs to blocks.
+    remove->setShortcutContext(Qt::WidgetShortcut);
+    remove->setToolTip(tr("Delete the chosen task, after a question"));
+    exportRoute->setToolTip(tr("Write the route for a ground station or a map"));
+    importRoute->setToolTip(tr("Show a route from a file of a ground station"));
+    list->addAction(remove);
+    for (QAction* action : {add, remove, exportRoute, importRoute}) {
+        // A button has no letter to press; in Chinese it stands in brackets behind the text.
+        QString text = action->text();
+        text.remove(QRegularExpression(QStringLiteral("\\(&.\\)|&|\\.\\.\\.")));
+        action->setIconText(text.section(QLatin1Char(' '), 0, 0));
+    }
+    add->setIconText(tr("Add task"));
+    connect(add, &QAction::triggered, this, &TaskPanel::Add);
+    connect(remove, &QAction::triggered, this, &TaskPanel::Delete);
+    connect(exportRoute, &QAction::triggered, this, &TaskPanel::Export);
+    connect(importRoute, &QAction::triggered, this, &TaskPanel::Import);
+    connect(list, &QListWidget::currentItemChanged, this, [this] {
+        if (!isListing)
+            ShowPlan();
+    });
+    connect(list, &QListWidget::itemChanged, this, &TaskPanel::OnItemChanged);
+}
+
+QWidget* TaskPanel::BuildFlown()
+{
+    auto* row = new QWidget;
+    auto* line = new QHBoxLayout(row);
+    line->setContentsMargins(0, 0, 0, 0);
+    auto* name = new QLabel(tr("Flown"));
+    auto* reset = new QPushButton(tr("Reset"));
+    flown->setToolTip(tr("Shows the route as if it were flown up to here"));
+    line->addWidget(name);
+    line->addWidget(flown, 1);
+    line->addWidget(reset);
+    flownRest.setSingleShot(true);
+    flownRest.setInterval(flownRestMs);
+    connect(flown, &QSlider::valueChanged, this, [this] {
+        if (!flownRest.isActive())
+            flownRest.start();
+    });
+    connect(&flownRest, &QTimer::timeout, this,
+            [this] { routes->ShowFlown(blockID, ChosenID(), flown->value()); });
+    connect(reset, &QPushButton::clicked, this, [this] {
+        {
+            const QSignalBlocker quiet(flown);
+            flown->setValue(0);
+        }
+        flownRest.stop();
+        routes->ShowFlown(blockID, ChosenID(), -1);
+    });
+    return row;
+}
+
+CAxBlock* TaskPanel::Block() const
+{
+    return CAxBlockManager::instance().GetBlock(blockID);
+}
+
+QString TaskPanel::ChosenID() const
+{
+    const QListWidgetItem* item = list->currentItem();
+    return item ? item->data(Qt::UserRole).toString() : QString();
+}
+
+CAxTask* TaskPanel::Chosen() const
+{
+    const CAxBlock* block = Block();
+    return block ? block->GetTask(ChosenID()) : nullptr;
+}
+
+void TaskPanel::OnCurrentBlock(const QString& id)
+{
+    if (!isSettingHome && id != blockID && HasTasks(CAxBlockManager::instance().GetBlock(id)))
+        ShowBlock(id);
+}
+
+void TaskPanel::ShowBlock(const QString& id)
+{
+    SetHomeWanted(false);
+    blockID = id;
+    const CAxBlock* block = Block();
+    title->setText(block ? tr("Tasks of %1").arg(block->GetBlockName()) : tr("No block is chosen"));
+    parameters->ShowBlock(id);
+    ListTasks({});
+}
+
+void TaskPanel::ListTasks(const QString& chosenID)
+{
+    {
+        const QScopedValueRollback<bool> guard(isListing, true);
+        list->clear();
+        const CAxBlock* block = Block();
+        for (const CAxTask* task : block ? block->GetMissionList() : QList<CAxTask*>()) {
+            auto* item = new QListWidgetItem(task->GetTaskName(), list);
+            item->setData(Qt::UserRole, task->GetTaskID());
+            item->setFlags(item->flags() | Qt::ItemIsEditable | Qt::ItemIsUserCheckable);
+            Mark(item);
+            if (task->GetTaskID() == chosenID || !list->currentItem())
+                list->setCurrentItem(item);
+        }
+    }
+    ShowPlan();
+}
+
+void TaskPanel::Mark(QListWidgetItem* item)
+{
+    const QScopedValueRollback<bool> guard(isListing, true);
+    const QString taskID = item->data(Qt::UserRole).toString();
+    item->setCheckState(routes->IsShown(blockID, taskID) ? Qt::Checked : Qt::Unchecked);
+    const auto plan = routes->PlanOf(blockID, taskID);
+    const bool isFaulty = plan && !plan->plan.IsPlanned();
+    item->setIcon(isFaulty ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
+    item->setToolTip(isFaulty ? plan->plan.fault
+                              : tr("The box shows or hides the route; without a route on the "
+                                   "map the block can be edited"));
+}
+
+void TaskPanel::ShowPlan()
+{
+    const CAxTask* task = Chosen();
+    shown = task ? routes->PlanOf(blockID, task->GetTaskID()) : nullptr;
+    const bool isPlanned = shown && shown->plan.IsPlanned();
+    const bool isFixed = dynamic_cast<const TaskFromFile*>(task);
+    figures->Show(shown, isFixed);
+    parameters->ShowFault(shown && !isFixed ? shown->plan.fault : QString());
+    parameters->ShowPlaces();
+    remove->setEnabled(task);
+    exportRoute->setEnabled(isPlanned);
+    flown->setEnabled(isPlanned);
+    if (isPlanned) {
+        const int count = static_cast<int>(
+            std::min<std::size_t>(shown->plan.points.size(), std::numeric_limits<int>::max()));
+        const QSignalBlocker quiet(flown);
+        flown->setRange(0, (shown->request.isThreeDirections ? count / 3 : count) - 1);
+        flown->setValue(0);
+    }
+    emit PlanShown(isPlanned ? shown : nullptr);
+}
+
+void TaskPanel::OnPlanned(const QString& block, const QString& task)
+{
+    if (block != blockID)
+        return;
+    const CAxBlock* record = Block();
+    if (!record || record->GetMissionList().size() != list->count())
+        return ListTasks(ChosenID());
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->data(Qt::UserRole).toString() == task)
+            Mark(list->item(i));
+    if (task == ChosenID())
+        ShowPlan();
+}
+
+void TaskPanel::OnItemChanged(QListWidgetItem* item)
+{
+    const CAxBlock* block = Block();
+    const QString taskID = item->data(Qt::UserRole).toString();
+    CAxTask* task = block ? block->GetTask(taskID) : nullptr;
+    if (isListing || !task)
+        return;
+    routes->SetShown(blockID, taskID, item->checkState() == Qt::Checked);
+    const QString name = item->text().trimmed();
+    if (name == task->GetTaskName() && name == item->text())
+        return;
+    const QList<CAxTask*> tasks = block->GetMissionList();
+    const bool isTaken = std::any_of(tasks.begin(), tasks.end(), [&](const CAxTask* other) {
+        return other != task && other->GetTaskName() == name;
+    });
+    if (isTaken)
+        emit Told(tr("The name already exists !"));
+    else if (!name.isEmpty() && name != task->GetTaskName()) {
+        task->SetTaskName(name);
+        CAxControl::GetInstance()->SetProjectModified(true);
+    }
+    const QScopedValueRollback<bool> guard(isListing, true);
+    item->setText(task->GetTaskName());
+}
+
+void TaskPanel::Add()
+{
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    CAxBlock* block =
+        current && current->GetHandleOperation() == OperationIdle ? current->GetContainedBlock() : nullptr;
+    if (!HasTasks(block))
+        block = Block();
+    if (!block || block->GetAnchor().isEmpty())
+        return emit Told(tr("Draw a block or choose one; a task is planned over it."));
+    QStringList names;
+    for (const CAxTask* task : block->GetMissionList())
+        names += task->GetTaskName();
+    int number = names.size() + 1;
+    while (names.contains(tr("Task %1").arg(number)))
+        ++number;
+    AddToBlock(*block,
+               std::make_unique<CAxTask>(CreateUniqueID(), tr("Task %1").arg(number), block->GetTaskPara()));
+}
+
+void TaskPanel::AddToBlock(CAxBlock& block, std::unique_ptr<CAxTask> task)
+{
+    const CAxTask* added = block.AddTask(std::move(task));
+    if (!added)
+        return;
+    CAxControl::GetInstance()->SetProjectModified(true);
+    if (block.GetBlockID() != blockID)
+        ShowBlock(block.GetBlockID());
+    ListTasks(added->GetTaskID());
+}
+
+void TaskPanel::Delete()
+{
+    const CAxTask* task = Chosen();
+    if (!task)
+        return;
+    const QString block = blockID;
+    const QString taskID = task->GetTaskID();
+    CAxMessageBox box(window());
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(tr("Delete task"));
+    box.SetMsgText(tr("Do you want to delete the task \"%1\"?").arg(task->GetTaskName()));
+    box.SetBtnOKText(tr("Delete"));
+    box.SetCancelDefault(true);
+    if (box.exec() != QDialog::Accepted)
+        return;
+    CAxBlock* record = CAxBlockManager::instance().GetBlock(block);
+    if (record && record->RemoveTask(taskID))
+        CAxControl::GetInstance()->SetProjectModified(true);
+    if (block == blockID)
+        ListTasks({});
+}
+
+void TaskPanel::Export()
+{
+    const CAxTask* task = Chosen();
+    if (!task || !shown)
+        return;
+    // Both may change while the dialogs are open.
+    const std::shared_ptr<const ShownPlan> route = shown;
+    std::optional<AxMission> fixed;
+    if (const auto* read = dynamic_cast<const TaskFromFile*>(task))
+        fixed = read->Mission();
+    const QString file = TaskFiles::Export(window(), *route, task->GetTaskName(), fixed ? &*fixed : nullptr);
+    if (!file.isEmpty())
+        emit Told(tr("Saved %1").arg(file));
+}
+
+void TaskPanel::Import()
+{
+    std::optional<TaskFiles::Read> read = TaskFiles::Import(window());
+    if (!read)
+        return;
+    CAxBlock* block = Block();
+    if (!block)
+        block = BlockAround(read->points, read->name);
+    if (!block)
+        return emit Told(tr("The route cannot be shown."));
+    const QPointF begin(read->points.front().longitude, read->points.front().latitude);
+    AddToBlock(*block, std::make_unique<TaskFromFile>(CreateUniqueID(), read->name, std::move(read->mission),
+                                                      std::move(read->points)));
+    FlyTo(begin);
+}
+
+CAxBlock* TaskPanel::BlockAround(const std::vector<AxPlanPoint>& points, const QString& name)
+{
+    double west = 180.0, east = -180.0, south = 90.0, north = -90.0;
+    for (const AxPlanPoint& point : points) {
+        west = std::min(west, point.longitude);
+        east = std::max(east, point.longitude);
+        south = std::min(south, point.latitude);
+        north = std::max(north, point.latitude);
+    }
+    // A straight route has no area by itself.
+    constexpr double least = 1e-3; // degrees
+    const double wide = std::max(0.0, least - (east - west)) / 2.0;
+    const double high = std::max(0.0, least - (north - south)) / 2.0;
+    CAxBlockManager& records = CAxBlockManager::instance();
+    const QString id = CreateUniqueID();
+    CAxBlock* block = records.AddBlock(id, CAxBlock::PolygonBlock);
+    if (!block)
+        return nullptr;
+    if (!records._exist(name))
+        block->SetBlockName(name);
+    block->SetAnchor({{west - wide, south - high},
+                      {east + wide, south - high},
+                      {east + wide, north + high},
+                      {west - wide, north + high}});
+    if (viewer->ImportShapeNode(id))
+        return block;
+    records.DeleteBlock(id);
+    return nullptr;
+}
+
+void TaskPanel::OnEntryClicked(const QString& block, int entry)
+{
+    CAxBlock* record = CAxBlockManager::instance().GetBlock(block);
+    if (isSettingHome || !record || record->GetEnterDirection() == entry)
+        return;
+    record->SetEnterDirection(entry);
+    CAxControl::GetInstance()->SetProjectModified(true);
+    parameters->ShowPlaces();
+}
+
+void TaskPanel::SetHomeWanted(bool wanted)
+{
+    wanted = wanted && Block() && viewer->getMapNode();
+    parameters->ShowSettingHome(wanted);
+    if (wanted == isSettingHome)
+        return;
+    isSettingHome = wanted;
+    if (wanted) {
+        viewer->SetToolType(homeTool);
+        // The keyboard may be in any panel.
+        qApp->installEventFilter(this);
+        emit Told(tr("Click home on the map; Escape gives it up."));
+        return;
+    }
+    qApp->removeEventFilter(this);
+    if (viewer->GetToolType() == homeTool)
+        viewer->SetToolType(ToolNavigate);
+    CAxHandleAdapter* object = viewer->FindExistNode(blockID);
+    // The click beside the block has taken the choice from it.
+    if (object && !viewer->GetCurHandleAdapter())
+        viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+}
+
+bool TaskPanel::eventFilter(QObject* object, QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (!isSettingHome || !isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+        return QWidget::eventFilter(object, event);
+    SetHomeWanted(false);
+    return true;
+}
+
+void TaskPanel::OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world)
+{
+    if (!isSettingHome)
+        return;
+    if (viewer->GetToolType() != homeTool)
+        return SetHomeWanted(false);
+    CAxBlock* block = Block();
+    osgEarth::GeoPoint place;
+    if (!block || world == osg::Vec3d() || !place.fromWorld(viewer->getSRS()->getGeographicSRS(), world))
+        return;
+    const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
+    const std::optional<double> height = ground ? ground(place.x(), place.y()) : std::nullopt;
+    block->SetHomePosition(CAxVector3D(place.x(), place.y(), height.value_or(lngLatPos.z())), true);
+    // The selection of this very click comes before and after.
+    QTimer::singleShot(0, this, [this] { SetHomeWanted(false); });
+    parameters->ShowPlaces();
+}
+
+void TaskPanel::FlyTo(const QPointF& place)
+{
+    CAxEarthManipulator* camera = viewer->getManipulator();
+    const osgEarth::Viewpoint now = camera->getViewpoint();
+    QList<osg::Vec3d> middle{osg::Vec3d(place.x(), place.y(), 0.0)};
+    camera->GetElevations(middle, false);
+    camera->setViewpoint(osgEarth::Viewpoint("", place.x(), place.y(), middle.constFirst().z(),
+                                             now.getHeading(), nearbyPitch, nearbyRange),
+                         flightSeconds);
+}

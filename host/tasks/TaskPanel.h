@@ -1,0 +1,93 @@
+#pragma once
+#include "host/tasks/ShownPlan.h"
+
+#include <osg/Vec3d>
+
+#include <QTimer>
+#include <QWidget>
+
+#include <memory>
+
+class CAxBlock;
+class CAxEarthViewer;
+class CAxTask;
+class QAction;
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QPushButton;
+class QSlider;
+class TaskFigures;
+class TaskParameters;
+class TaskRoutes;
+
+/**
+ * The tasks of the viewer's current block: their list, what is to be flown, what it amounts to, files. While
+ * no block is current the last one stays. A double click or F2 renames a task, Delete deletes it after a
+ * question, its box shows or hides its route. GUI thread.
+ */
+class TaskPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    /// The viewer outlives the panel.
+    explicit TaskPanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
+    ~TaskPanel() override;
+
+    /// Adds a task to the current block; writes the chosen task's route to a file; reads one. For a menu.
+    QAction* AddAction() const { return add; }
+    QAction* ExportAction() const { return exportRoute; }
+    QAction* ImportAction() const { return importRoute; }
+
+    /// Flies to a place and looks at it from nearby: longitude, latitude.
+    void FlyTo(const QPointF& place);
+
+signals:
+    /// What is planned for the chosen task, whenever it changes; null for none.
+    void PlanShown(std::shared_ptr<const ShownPlan> shown);
+    /// Something that the status bar shows.
+    void Told(const QString& text);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void BuildList();
+    QWidget* BuildFlown();
+    CAxBlock* Block() const;
+    CAxTask* Chosen() const;
+    QString ChosenID() const;
+    void ShowBlock(const QString& id);
+    void ListTasks(const QString& chosenID);
+    void ShowPlan();
+    void Mark(QListWidgetItem* item);
+    void OnCurrentBlock(const QString& id);
+    void OnPlanned(const QString& block, const QString& task);
+    void OnItemChanged(QListWidgetItem* item);
+    void OnEntryClicked(const QString& block, int entry);
+    void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
+    void Add();
+    void Delete();
+    void Export();
+    void Import();
+    void AddToBlock(CAxBlock& block, std::unique_ptr<CAxTask> task);
+    CAxBlock* BlockAround(const std::vector<AxPlanPoint>& points, const QString& name);
+    void SetHomeWanted(bool wanted);
+
+    CAxEarthViewer* viewer;
+    TaskRoutes* routes;
+    QString blockID;
+    QLabel* title;
+    QListWidget* list;
+    TaskParameters* parameters;
+    TaskFigures* figures;
+    QSlider* flown;
+    QTimer flownRest;
+    QAction* add;
+    QAction* remove;
+    QAction* exportRoute;
+    QAction* importRoute;
+    std::shared_ptr<const ShownPlan> shown;
+    bool isListing = false;
+    bool isSettingHome = false;
+};

@@ -1,0 +1,91 @@
+#pragma once
+#include <AxData/planner/AxPlanRequest.h>
+
+#include <QHash>
+#include <QString>
+#include <QWidget>
+
+#include <functional>
+
+class CAxBlock;
+class QCheckBox;
+class QComboBox;
+class QDoubleSpinBox;
+class QFormLayout;
+class QLabel;
+class QPushButton;
+class QSpinBox;
+
+/**
+ * The planning parameters of a block as fields. What the operator sets is in the block's record at once. GUI
+ * thread.
+ */
+class TaskParameters : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit TaskParameters(QWidget* parent = nullptr);
+
+    /// Shows those of another block; with an empty ID or an unknown one nothing can be set.
+    void ShowBlock(const QString& id);
+    /// Home and the entry point, as they are now in the record.
+    void ShowPlaces();
+    /// Says beside the field that was changed last why there is no route; empty when there is one.
+    void ShowFault(const QString& fault);
+    /// Whether a click on the map sets home.
+    void ShowSettingHome(bool setting);
+
+signals:
+    /// The operator has set something.
+    void Changed();
+    void HomeWanted(bool wanted);
+
+private:
+    QDoubleSpinBox* AddNumber(const QString& name, const QString& unit, double least, double most,
+                              int decimals, std::function<void(CAxBlock&, double)> set);
+    QComboBox* AddChoice(const QString& name, const QStringList& texts,
+                         std::function<void(CAxBlock&, int)> set);
+    void AddRow(const QString& name, QWidget* field, QWidget* beside = nullptr);
+    void SetRowVisible(QWidget* field, bool visible);
+    void Set(QWidget* field, const std::function<void(CAxBlock&)>& set);
+    void AddCamera();
+    void AddHeights();
+    void AddPasses();
+    void AddFlight();
+    void AddPlaces();
+    void Load(CAxBlock& block);
+    void FollowCamera(CAxBlock& block);
+    void ShowHints(CAxBlock& block);
+
+    QString blockID;
+    bool isLoading = false;
+    QFormLayout* form;
+    QHash<QWidget*, QWidget*> rows;
+    QHash<QWidget*, QLabel*> hints; ///< below each field
+    QWidget* lastChanged = nullptr;
+    QLabel* faulty = nullptr; ///< the hint that tells the fault
+
+    QComboBox* aircraft;
+    QComboBox* camera;
+    QDoubleSpinBox* height;
+    QDoubleSpinBox* sample; ///< cm
+    QDoubleSpinBox* sideOverlap;
+    QDoubleSpinBox* forwardOverlap;
+    QDoubleSpinBox* heading;
+    QCheckBox* isBestHeading;
+    QComboBox* mode;
+    QDoubleSpinBox* passes;
+    QComboBox* heights;
+    QDoubleSpinBox* clearance;
+    QDoubleSpinBox* windSpeed;
+    QDoubleSpinBox* windFrom;
+    QDoubleSpinBox* endurance; ///< minutes
+    QDoubleSpinBox* left;
+    QDoubleSpinBox* right;
+    QDoubleSpinBox* radius;
+    QComboBox* entry;
+    QCheckBox* goesRound;
+    QLabel* home;
+    QPushButton* setHome;
+    QPushButton* clearHome;
+};

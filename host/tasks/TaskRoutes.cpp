@@ -1,0 +1,276 @@
+#include "host/tasks/TaskRoutes.h"
+#include "host/tasks/TaskFromFile.h"
+#include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "mission/CAxTaskPolygon.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxTask.h>
+#include <AxData/planner/AxPlanner.h>
+
+#include <osgEarthAnnotation/PlaceNode>
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+namespace {
+constexpr int lookEveryMs = 50;
+constexpr qint64 leastRestMs = 150;
+// A plan that takes long waits longer, or typing would stumble over it.
+constexpr qint64 longestRestMs = 2000;
+
+// All that a route follows from. The records tell of a new outline, but not of the rest: the mean height of
+// the ground, for one, comes later.
+QByteArray StateOf(CAxBlock& block, const CAxTask& task)
+{
+    CAxTaskPara& para = *block.GetTaskPara();
+    const CAxAirLineParam& line = *para.GetAirLineParam();
+    const CAxExtendedTaskParam& more = *para.GetExtendedTaskParam();
+    double left = 0.0;
+    double right = 0.0;
+    para.GetBandingOffset(left, right);
+    const CAxVector3D home = block.GetHomePosition();
+    QByteArray state;
+    QDataStream out(&state, QIODevice::WriteOnly);
+    out << block.GetAnchor() << task.GetTaskAnchors() << task.GetTaskName() << block.GetAverageAltitude()
+        << home.isNull() << home.x() << home.y() << home.z() << block.GetEnterDirection()
+        << block.IsDownhillLanding() << block.GetVideoRadius() << left << right
+        << static_cast<int>(para.GetPlaneType()) << static_cast<int>(para.GetCameraType())
+        << para.GetExpectedRouteCount() << para.IsChangeHighFlying() << para.IsHomeLegRoundZones()
+        << line.GetRelativeFlyHeight() << line.GetSideOverlap() << line.GetForwardOverlap()
+        << line.GetClearance() << line.GetHeading().has_value() << line.GetHeading().value_or(0.0)
+        << more.GetFlyingMode() << static_cast<int>(more.GetTaskType()) << more.GetCameraName()
+        << more.KeepsOverlap() << more.GetWindSpeed() << more.GetWindFrom() << more.GetEndurance();
+    return state;
+}
+
+std::vector<CAxVector3D> PlacesOf(const AxPlanResult& plan, double otherwise)
+{
+    std::vector<CAxVector3D> places;
+    places.reserve(plan.points.size());
+    for (const AxPlanPoint& point : plan.points)
+        places.emplace_back(point.longitude, point.latitude,
+                            std::isnan(point.altitude) ? otherwise : point.altitude);
+    return places;
+}
+
+// Of the pictures of the entry points' markers, by which a click on one is known; -1 for another picture.
+int EntryOfPicture(const std::string& file)
+{
+    const QString name = QString::fromStdString(file).section(QLatin1Char('/'), -1);
+    const QString begin = QStringLiteral("Waypoint_Set_");
+    return name.startsWith(begin) ? name.mid(begin.size(), 1).toInt() - 1 : -1;
+}
+} // namespace
+
+TaskRoutes::Route::Route() = default;
+TaskRoutes::Route::~Route() = default;
+
+TaskRoutes::TaskRoutes(CAxEarthViewer* earthViewer, QObject* parent) : QObject(parent), viewer(earthViewer)
+{
+    connect(&clock, &QTimer::timeout, this, &TaskRoutes::Look);
+    connect(&CAxBlockManager::instance(), &CAxBlockManager::blockDeleted, this, &TaskRoutes::OnBlockDeleted);
+    connect(viewer->getManipulator(), &CAxEarthManipulator::mouseLeftBtnClickSignal, this,
+            &TaskRoutes::OnClicked);
+    clock.start(lookEveryMs);
+}
+
+TaskRoutes::~TaskRoutes() = default;
+
+std::shared_ptr<const ShownPlan> TaskRoutes::PlanOf(const QString& blockID, const QString& taskID) const
+{
+    const auto found = routes.find({blockID, taskID});
+    return found == routes.end() ? nullptr : found->second->plan;
+}
+
+bool TaskRoutes::IsShown(const QString&, const QString& taskID) const
+{
+    return !hidden.contains(taskID);
+}
+
+void TaskRoutes::SetShown(const QString& blockID, const QString& taskID, bool shown)
+{
+    if (shown)
+        hidden.remove(taskID);
+    else
+        hidden.insert(taskID);
+    const auto found = routes.find({blockID, taskID});
+    if (found != routes.end())
+        Draw(found->first, *found->second);
+}
+
+void TaskRoutes::ShowFlown(const QString& blockID, const QString& taskID, int point)
+{
+    const auto found = routes.find({blockID, taskID});
+    CAxTaskPolygon* drawn = found == routes.end() ? nullptr : found->second->drawn.get();
+    if (!drawn)
+        return;
+    found->second->isFlownShown = point >= 0;
+    // Between the two indices lies what is still to be flown.
+    drawn->SetStartIndex(std::max(point, 0));
+    drawn->SetEndIndex(point < 0 || !drawn->GetGeometry() ? 0
+                                                          : static_cast<int>(drawn->GetGeometry()->size()));
+    drawn->UpdateAirLine(point < 0 ? 0 : 1);
+}
+
+void TaskRoutes::Look()
+{
+    // A box that a route shows lets events run, and the clock with them.
+    if (isLooking)
+        return;
+    const QScopedValueRollback<bool> guard(isLooking, true);
+    std::set<Key> there;
+    for (CAxBlock* block : CAxBlockManager::instance().GetBlockList()) {
+        const QString blockID = block->GetBlockID();
+        const QList<CAxTask*> tasks = block->GetMissionList();
+        QStringList taskIDs;
+        for (const CAxTask* task : tasks)
+            taskIDs += task->GetTaskID();
+        for (const QString& taskID : qAsConst(taskIDs)) {
+            // Who heard of the one before may have deleted this one.
+            CAxBlock* record = CAxBlockManager::instance().GetBlock(blockID);
+            CAxTask* task = record ? record->GetTask(taskID) : nullptr;
+            if (!task)
+                continue;
+            const Key key(blockID, taskID);
+            there.insert(key);
+            std::unique_ptr<Route>& route = routes[key];
+            if (!route)
+                route = std::make_unique<Route>();
+            Update(*record, *task, *route);
+        }
+    }
+    QList<Key> gone;
+    for (const auto& entry : routes)
+        if (there.count(entry.first) == 0)
+            gone += entry.first;
+    for (const Key& key : qAsConst(gone)) {
+        routes.erase(key);
+        emit Planned(key.first, key.second);
+    }
+}
+
+void TaskRoutes::Update(CAxBlock& block, CAxTask& task, Route& route)
+{
+    const Key key(block.GetBlockID(), task.GetTaskID());
+    const QByteArray state = StateOf(block, task);
+    const bool isFirst = route.planned.isEmpty();
+    if (state != route.planned) {
+        if (state != route.changed) {
+            route.changed = state;
+            route.sinceChange.start();
+        }
+        const qint64 rest = qBound(leastRestMs, 2 * route.planMs, longestRestMs);
+        if (!isFirst && route.sinceChange.elapsed() < rest)
+            return;
+        route.planned = state;
+        Plan(block, task, route);
+        Draw(key, route);
+        emit Planned(key.first, key.second);
+        return;
+    }
+    CAxHandleAdapter* object = viewer->FindExistNode(key.first);
+    const bool isWanted =
+        object && !hidden.contains(key.second) && route.plan && route.plan->plan.IsPlanned();
+    if (isWanted != (route.drawn != nullptr))
+        return Draw(key, route);
+    if (route.drawn && !object->GetTask(key.second))
+        object->AddTask(route.drawn.get());
+    if (route.drawn)
+        route.drawn->SetAirLineVisible(object->IsVisible());
+}
+
+void TaskRoutes::Plan(CAxBlock& block, CAxTask& task, Route& route)
+{
+    QElapsedTimer taken;
+    taken.start();
+    auto shown = std::make_shared<ShownPlan>();
+    shown->blockID = block.GetBlockID();
+    shown->taskID = task.GetTaskID();
+    shown->request = task.RequestOf(block.GetEnterDirection(), block.GetBlockType(),
+                                    block.GetTaskPara()->GetExpectedRouteCount());
+    const auto* fixed = dynamic_cast<const TaskFromFile*>(&task);
+    shown->plan = fixed ? fixed->Plan() : AxPlanRoute(shown->request);
+    route.plan = shown;
+    route.planMs = taken.elapsed();
+}
+
+void TaskRoutes::Draw(const Key& key, Route& route)
+{
+    CAxHandleAdapter* object = viewer->FindExistNode(key.first);
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(key.first);
+    const CAxTask* task = block ? block->GetTask(key.second) : nullptr;
+    const bool isWanted = object && task && viewer->getMapNode() && !hidden.contains(key.second) &&
+                          route.plan && route.plan->plan.IsPlanned();
+    if (!isWanted) {
+        route.drawn = nullptr;
+        return;
+    }
+    if (!route.drawn) {
+        route.drawn = std::make_unique<CAxTaskPolygon>(viewer, object);
+        route.drawn->SetTaskID(key.second);
+        object->AddTask(route.drawn.get());
+    }
+    CAxTaskPolygon& drawn = *route.drawn;
+    const int entry = std::max(0, block->GetEnterDirection());
+    if (std::exchange(route.isFlownShown, false))
+        drawn.UpdateAirLine(0);
+    drawn.SetAirLineVisible(object->IsVisible());
+    const CAxVector3D home = block->GetHomePosition();
+    if (drawn.GetHomePoint().x() != home.x() || drawn.GetHomePoint().y() != home.y() ||
+        drawn.GetHomePoint().isNull() != home.isNull())
+        drawn.SetHomePoint(home);
+    if (drawn.GetLandingMethod() != block->IsDownhillLanding())
+        drawn.SetLandingMethod(block->IsDownhillLanding());
+    const double height =
+        block->GetAverageAltitude() + block->GetTaskPara()->GetAirLineParam()->GetRelativeFlyHeight();
+    const std::vector<CAxVector3D> places = PlacesOf(route.plan->plan, height);
+    if (dynamic_cast<const TaskFromFile*>(task))
+        return drawn.CreateAirLine(places);
+    drawn.ClearAirLineFlying();
+    if (block->GetTaskPara()->IsChangeHighFlying())
+        drawn.AddAirLineFlying(entry, places);
+    drawn.SetEntryPoint(entry);
+}
+
+void TaskRoutes::OnBlockDeleted(const QString& blockID)
+{
+    QStringList gone;
+    for (const auto& entry : routes)
+        if (entry.first.first == blockID)
+            gone += entry.first.second;
+    for (const QString& taskID : qAsConst(gone)) {
+        routes.erase({blockID, taskID});
+        emit Planned(blockID, taskID);
+    }
+}
+
+void TaskRoutes::OnClicked(osg::Drawable* drawable)
+{
+    for (const osg::NodePath& path : drawable->getParentalNodePaths())
+        for (osg::Node* node : path) {
+            auto* marker = dynamic_cast<osgEarth::Annotation::PlaceNode*>(node);
+            const int entry =
+                marker && marker->getIconImage() ? EntryOfPicture(marker->getIconImage()->getFileName()) : -1;
+            if (entry < 0)
+                continue;
+            const osgEarth::GeoPoint place = marker->getPosition();
+            for (const auto& one : routes) {
+                if (!one.second->drawn || !one.second->plan)
+                    continue;
+                const auto& entries = one.second->plan->plan.entries;
+                if (std::any_of(entries.begin(), entries.end(), [&place](const AxPlanPoint& point) {
+                        return std::abs(point.longitude - place.x()) < 1e-7 &&
+                               std::abs(point.latitude - place.y()) < 1e-7;
+                    }))
+                    return emit EntryClicked(one.first.first, entry);
+            }
+        }
+}

@@ -1,0 +1,81 @@
+#pragma once
+#include "host/tasks/ShownPlan.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QSet>
+#include <QString>
+#include <QTimer>
+
+#include <map>
+#include <memory>
+
+class CAxBlock;
+class CAxEarthViewer;
+class CAxHandleAdapter;
+class CAxTask;
+class CAxTaskPolygon;
+
+namespace osg {
+class Drawable;
+}
+
+/**
+ * The routes of all tasks on the map. It follows the block records: a task whose block is drawn gets a route,
+ * a route goes with its task or its block, and what is to be flown is planned anew once the record has rested
+ * for a moment, whoever changed it. A task that allows no route has none on the map. Owned by its parent,
+ * below the viewer; GUI thread.
+ */
+class TaskRoutes : public QObject
+{
+    Q_OBJECT
+public:
+    /// The viewer outlives it.
+    TaskRoutes(CAxEarthViewer* viewer, QObject* parent);
+    ~TaskRoutes() override;
+
+    /// What is planned for a task, with its fault where it allows no route; null before it was planned.
+    std::shared_ptr<const ShownPlan> PlanOf(const QString& blockID, const QString& taskID) const;
+
+    /// A route that is not shown is not drawn, so that its block can be edited when it has no other.
+    bool IsShown(const QString& blockID, const QString& taskID) const;
+    void SetShown(const QString& blockID, const QString& taskID, bool shown);
+
+    /// Draws the points of the route from the first to that one as flown; the whole route again for -1.
+    void ShowFlown(const QString& blockID, const QString& taskID, int point);
+
+signals:
+    /// A task was planned anew, or is gone.
+    void Planned(const QString& blockID, const QString& taskID);
+    /// The operator has clicked the marker of an entry point, 0 to 3, of a block's route.
+    void EntryClicked(const QString& blockID, int entry);
+
+private:
+    /// Block and task.
+    using Key = std::pair<QString, QString>;
+    struct Route
+    {
+        Route();
+        ~Route();
+        QByteArray planned; // for this state of the records
+        QByteArray changed; // the state that they have taken since
+        QElapsedTimer sinceChange;
+        qint64 planMs = 0;
+        std::shared_ptr<const ShownPlan> plan;
+        std::unique_ptr<CAxTaskPolygon> drawn;
+        bool isFlownShown = false;
+    };
+
+    void Look();
+    void Update(CAxBlock& block, CAxTask& task, Route& route);
+    void Plan(CAxBlock& block, CAxTask& task, Route& route);
+    void Draw(const Key& key, Route& route);
+    void OnBlockDeleted(const QString& blockID);
+    void OnClicked(osg::Drawable* drawable);
+
+    CAxEarthViewer* viewer;
+    std::map<Key, std::unique_ptr<Route>> routes;
+    QSet<QString> hidden; ///< IDs of tasks
+    QTimer clock;
+    bool isLooking = false;
+};
