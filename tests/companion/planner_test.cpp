@@ -272,7 +272,8 @@ TEST(Planner, FollowsTheGroundWithinTheLimitsOfTheAircraft)
                     const QPointF at =
                         plane.ToLngLat(AxBetween(plane.ToPlane(QPointF(from.longitude, from.latitude)),
                                                  plane.ToPlane(QPointF(to.longitude, to.latitude)), share));
-                    ASSERT_GE(from.altitude + share * rise - *Hills(at.x(), at.y()), request.height - 2.0)
+                    ASSERT_GE(from.altitude + share * rise - *Hills(at.x(), at.y()),
+                              request.height - (heights == AxPlanRequest::Heights::Terrain ? 0.3 : 2.0))
                         << seed << ": leg " << i << " at " << share;
                 }
             }
@@ -615,6 +616,7 @@ TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
              r.outline = {{0.0, 0.0}, {8.0, 0.0}, {8.0, 8.0}, {0.0, 8.0}};
              r.height = 20.0;
          }},
+        {"no-fly zones", [](AxPlanRequest& r) { r.zoneMargin = 0.0; }},
         {"follow it", [](AxPlanRequest& r) { r.heights = AxPlanRequest::Heights::Terrain; }},
     };
     for (const auto& row : rows) {
@@ -629,6 +631,12 @@ TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
     AxPlanRequest tiny = RandomBlock(2).request;
     tiny.outline = {{0.0, 0.0}, {1e-5, 0.0}, {0.0, 1e-5}};
     EXPECT_EQ(AxPlanRoute(tiny).figures.passes, 1);
+    // More points than 16 bits count.
+    AxPlanRequest many = RandomBlock(2).request;
+    many.passes = 40000;
+    many.forwardOverlap = 0.0;
+    many.heading = 30.0;
+    EXPECT_GT(AxPlanRoute(many).points.size(), 65535u);
 }
 
 TEST(Planner, CountsThePhotosThatReallyShowAPieceOfGround)
