@@ -377,6 +377,9 @@ void CAxHandleAdapter::updateAdapter()
         return;
     shape->setName("Feature");
     d->featureNode->addDrawable(shape);
+    // A name left behind by a drag would be taken for that of a neighbour.
+    if (const auto place = d->nameLabel ? namePlace() : std::nullopt)
+        d->nameLabel->setPosition(*place);
 }
 
 void CAxHandleAdapter::UpdateCurrentOperate()

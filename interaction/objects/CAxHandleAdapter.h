@@ -12,6 +12,7 @@
 #include <osg/ref_ptr>
 #include <osg/Vec3d>
 #include <osg/Vec4f>
+#include <osgEarth/GeoData>
 #include <osgEarthSymbology/Geometry>
 
 #include <QObject>
@@ -19,6 +20,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class CAxEarthViewer;
@@ -308,4 +310,5 @@ private:
     bool mayEdit() const;
     void keepRefused(EToolType tool);
     void leaveScene();
+    std::optional<osgEarth::GeoPoint> namePlace() const; // none without a map or vertices
 };

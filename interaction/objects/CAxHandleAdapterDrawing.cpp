@@ -43,7 +43,7 @@ const double segmentSize = 2000.0 / std::sqrt(2.0);
 // No longer than the map has room for.
 std::string NameOnMap(const QString& name)
 {
-    constexpr int mostLetters = 64;
+    constexpr int mostLetters = 24; // a longer one would hide the names of its neighbours
     return AxShortName(name, mostLetters).toStdString();
 }
 
@@ -294,6 +294,16 @@ osg::Geometry* CAxHandleAdapter::FindDrawable(const std::string& name) const
     return nullptr;
 }
 
+std::optional<osgEarth::GeoPoint> CAxHandleAdapter::namePlace() const
+{
+    const osgEarth::SpatialReference* srs = d->viewer ? d->viewer->Scene().MapSRS() : nullptr;
+    // The accessor is virtual for subclasses that keep their vertices elsewhere.
+    const auto place = AxLabelPlace(const_cast<CAxHandleAdapter*>(this)->GetAnchor());
+    if (!srs || !place)
+        return std::nullopt;
+    return osgEarth::GeoPoint(srs->getGeographicSRS(), *place, osgEarth::ALTMODE_RELATIVE);
+}
+
 void CAxHandleAdapter::DrawNameLabel()
 {
     const std::vector<osg::Vec3d>& points = GetAnchor();
@@ -306,17 +316,15 @@ void CAxHandleAdapter::DrawNameLabel()
     osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
     const CAxBlock* block = GetContainedBlock();
     const std::string name = block ? NameOnMap(block->GetBlockName()) : std::string();
-    const auto place = AxLabelPlace(points);
+    const auto place = namePlace();
     const bool isShown = d->nameLabel ? d->nameLabel->getNodeMask() != 0 : d->visible;
     osg::ref_ptr<LabelNode> label;
     if (mapNode && d->drawGroup && place && !name.empty()) {
-        const osgEarth::GeoPoint position(d->viewer->Scene().MapSRS()->getGeographicSRS(), *place,
-                                          osgEarth::ALTMODE_RELATIVE);
         if (d->nameLabel && d->nameLabel->text() == name && d->drawGroup->containsNode(d->nameLabel)) {
-            d->nameLabel->setPosition(position);
+            d->nameLabel->setPosition(*place);
             return;
         }
-        label = new LabelNode(mapNode, position, name, d->style);
+        label = new LabelNode(mapNode, *place, name, d->style);
         label->setName("BlockName");
         label->setPriority(namePriority);
         label->setDynamic(true);
