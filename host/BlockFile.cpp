@@ -57,8 +57,10 @@ QString ReadBlock(const QJsonValue& value, const QSet<QString>& takenNames, File
     };
     const QJsonObject object = value.toObject();
     const QJsonValue name = object["name"];
-    if (!name.isUndefined() && name.toString().trimmed().isEmpty())
+    if (!name.isUndefined() && !name.isString())
         return wrong("name", FileBlock::tr("it is no text"));
+    if (!name.isUndefined() && name.toString().trimmed().isEmpty())
+        return wrong("name", FileBlock::tr("it is empty"));
     block.name = name.toString().trimmed();
     if (takenNames.contains(block.name))
         return wrong("name", FileBlock::tr("another block is named '%1', too").arg(block.name));

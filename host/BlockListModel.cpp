@@ -41,10 +41,8 @@ BlockListModel::BlockListModel(CAxEarthViewer* earthViewer, QObject* parent)
         rows.push_back({block->GetBlockID()});
     connect(&records, &CAxBlockManager::blockAdded, this, &BlockListModel::OnAdded);
     connect(&records, &CAxBlockManager::blockDeleted, this, &BlockListModel::OnDeleted);
-    // Queued, as the object follows its record only after the record told of the change.
-    connect(&records, &CAxBlockManager::blockChanged, this, &BlockListModel::OnChanged, Qt::QueuedConnection);
-    connect(viewer, &CAxEarthViewer::signalBlockState, this, &BlockListModel::OnChanged,
-            Qt::QueuedConnection);
+    connect(&records, &CAxBlockManager::blockChanged, this, &BlockListModel::OnChanged);
+    connect(viewer, &CAxEarthViewer::signalBlockState, this, &BlockListModel::OnChanged);
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockListModel::OnCurrent);
     if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
         currentID = current->GetHandleID();
@@ -74,6 +72,7 @@ void BlockListModel::OnAdded(const QString& id)
     beginInsertRows(QModelIndex(), row, row);
     rows.insert(place, Row{id});
     endInsertRows();
+    OnChanged(id);
 }
 
 void BlockListModel::OnDeleted(const QString& id)
@@ -88,24 +87,35 @@ void BlockListModel::OnDeleted(const QString& id)
 
 void BlockListModel::OnChanged(const QString& id)
 {
-    const int row = RowOf(id);
-    if (row < 0)
-        return;
-    rows[static_cast<std::size_t>(row)] = {id};
-    EmitChanged(row, {});
+    if (changed.isEmpty())
+        // Queued, as the object follows its record only after the record told of the change.
+        QMetaObject::invokeMethod(this, &BlockListModel::TellChanges, Qt::QueuedConnection);
+    changed += id;
+}
+
+// A view that sorts takes the other rows for sorted: all that changed is told in one go.
+void BlockListModel::TellChanges()
+{
+    int first = rowCount();
+    int last = -1;
+    for (const QString& id : std::exchange(changed, {})) {
+        const int row = RowOf(id);
+        if (row < 0)
+            continue;
+        rows[static_cast<std::size_t>(row)] = {id};
+        first = std::min(first, row);
+        last = std::max(last, row);
+    }
+    if (last >= 0)
+        emit dataChanged(index(first, 0), index(last, ColumnCount - 1));
 }
 
 void BlockListModel::OnCurrent(const QString& id)
 {
     const QString former = std::exchange(currentID, id);
-    for (const QString& changed : {former, id})
-        EmitChanged(RowOf(changed), {Qt::FontRole});
-}
-
-void BlockListModel::EmitChanged(int row, const QVector<int>& roles)
-{
-    if (row >= 0)
-        emit dataChanged(index(row, 0), index(row, ColumnCount - 1), roles);
+    for (const QString& block : {former, id})
+        if (const int row = RowOf(block); row >= 0)
+            emit dataChanged(index(row, 0), index(row, ColumnCount - 1), {Qt::FontRole});
 }
 
 int BlockListModel::rowCount(const QModelIndex& parent) const

@@ -3,8 +3,8 @@
 
 #include <QAbstractTableModel>
 #include <QIcon>
+#include <QSet>
 #include <QString>
-#include <QVector>
 
 #include <optional>
 #include <vector>
@@ -70,7 +70,7 @@ private:
     void OnDeleted(const QString& id);
     void OnChanged(const QString& id);
     void OnCurrent(const QString& id);
-    void EmitChanged(int row, const QVector<int>& roles);
+    void TellChanges();
     std::optional<double> Area(const Row& row) const;
     QString Fault(const Row& row) const;
     bool Rename(const QString& id, const QString& name);
@@ -79,5 +79,6 @@ private:
     CAxBlockManager& records;
     const QIcon warningSign;
     std::vector<Row> rows;
+    QSet<QString> changed; ///< IDs, not told yet
     QString currentID;
 };

@@ -110,6 +110,26 @@ protected:
 };
 } // namespace
 
+TEST_F(BlockPanelOnMap, SortsBlocksThatAreNamedAfterTheyCame)
+{
+    const BlockPanel panel(viewer);
+    // In the order of their IDs, which is not that of their names.
+    for (const auto& [id, name] :
+         {std::pair{"1", "Alpha"}, {"5", "Zinc"}, {"4", "A"}, {"3", "D"}, {"2", "Q"}})
+        CAxBlockManager::instance()
+            .AddBlock(QLatin1String(id), CAxBlock::PolygonBlock)
+            ->SetBlockName(QLatin1String(name));
+    QStringList names;
+    const auto isSorted = [&] {
+        names.clear();
+        for (int row = 0; row < panel.model()->rowCount(); ++row)
+            names += panel.model()->index(row, BlockListModel::NameColumn).data().toString();
+        return names == QStringList{"A", "Alpha", "D", "Q", "Zinc"};
+    };
+    EXPECT_TRUE(waitFor(isSorted, 2000)) << names.join(' ').toStdString();
+    CAxBlockManager::instance().DeleteAllBlocks();
+}
+
 TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
 {
     for (const auto& [id, longitude] : {std::pair{"a", 10.0}, {"b", 11.0}, {"c", 12.0}})
