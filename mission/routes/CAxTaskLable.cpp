@@ -262,6 +262,13 @@ void CAxTaskLable::SetImgVisible(bool visible)
     drawPanel();
 }
 
+void CAxTaskLable::ShowChosen(int button)
+{
+    ResetCheckMark(true);
+    d->chosen = button;
+    showStates();
+}
+
 void CAxTaskLable::ResetRenderSort()
 {
     osgEarth::ScreenSpaceLayout::activate(d->geode->getOrCreateStateSet());
@@ -346,9 +353,7 @@ void CAxTaskLable::slotMouseLeftBtnRelease(osg::Drawable* drawable)
     const int button = buttonOf(drawable);
     if (button == 0)
         return;
-    ResetCheckMark(true);
-    d->chosen = button;
-    showStates();
+    ShowChosen(button);
     // Last: who hears it may delete the label.
     emit PressedBtnSignal(button, QString::fromLocal8Bit(d->root->getName().c_str()));
 }

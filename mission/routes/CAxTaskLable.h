@@ -42,6 +42,8 @@ public:
     void UpdateTxt(const QString& text);
     /// Shows or hides the three buttons, and the panel below them. Without buttons it tells of no click.
     void SetImgVisible(bool visible);
+    /// Shows button 1, 2 or 3 as the one that was clicked.
+    void ShowChosen(int button);
     /// Puts the panel, its name and buttons among what is drawn in pixels over the scene.
     void ResetRenderSort();
 

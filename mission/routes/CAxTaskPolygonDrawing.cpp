@@ -322,6 +322,8 @@ void CAxTaskPolygon::DrawLineLable()
         label->UpdateLinkLine(link);
         connect(label, SIGNAL(PressedBtnSignal(int, QString)), this,
                 SLOT(slotAirLineOmniDirectional(int, QString)));
+        if (task->direction > 0)
+            label->ShowChosen(task->direction + 1);
         labelledPoints = ends;
     }
     label->SetImgVisible(record->GetTaskPara()->GetExtendedTaskParam()->GetFlyingMode() ==
