@@ -1,6 +1,7 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/AxBlockAltitudes.h"
 #include "analysis/AxPlanHeights.h"
+#include "analysis/AxPlanZoneGiver.h"
 #include "analysis/CAxAncillaryThread.h"
 #include "analysis/CAxElevationQuery.h"
 #include "analysis/zones/AxZoneFlash.h"
@@ -58,6 +59,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
     hover = std::make_unique<AxZoneHover>(viewer, *this);
     altitudes = std::make_unique<AxBlockAltitudes>(viewer.Scene());
     planHeights = std::make_unique<AxPlanHeights>(viewer.Scene());
+    planZones = std::make_unique<AxPlanZoneGiver>(worker->SharedIndex());
     // Made here, because the viewer itself makes its queue at the first use, on any thread.
     osgViewer::Viewer* const view = viewer.Scene().View();
     if (!view->getUpdateOperations())
@@ -67,6 +69,7 @@ CAxAncillaryProcess::CAxAncillaryProcess(CAxEarthViewer* map, QObject* parent)
 
 CAxAncillaryProcess::~CAxAncillaryProcess()
 {
+    planZones.reset();
     planHeights.reset();
     altitudes.reset();
     hover.reset();

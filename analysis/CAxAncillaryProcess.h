@@ -27,6 +27,7 @@
 
 class AxBlockAltitudes;
 class AxPlanHeights;
+class AxPlanZoneGiver;
 class AxZoneFlash;
 class AxViewerParts;
 class AxZoneHover;
@@ -170,6 +171,7 @@ private:
     std::unique_ptr<AxZoneHover> hover;
     std::unique_ptr<AxBlockAltitudes> altitudes;
     std::unique_ptr<AxPlanHeights> planHeights;
+    std::unique_ptr<AxPlanZoneGiver> planZones;
     int elevationJobs = 0;
     int answeredJob = 0;
     QMap<int, ElevationListener> elevationListeners; // by the job's number

@@ -41,7 +41,7 @@ CAxAncillaryThread::CAxAncillaryThread(CAxAncillaryProcess* ancillaryProcess)
         EndWithoutZones(tr("The no-fly zone document parsing error!May file has been corrupted, please login "
                            "in the case of networking for Launcher!"),
                         file + QLatin1Char('\n') + reason);
-    index = std::make_unique<AxZoneIndex>(zones);
+    index = std::make_shared<AxZoneIndex>(zones);
     nearZones = std::make_unique<AxNearZones>(*index);
 }
 

@@ -56,6 +56,8 @@ public:
 
     const AxNoflyZones& Zones() const { return zones; }
     const AxZoneIndex& Index() const { return *index; }
+    /// The same, for who may outlive the thread.
+    std::shared_ptr<const AxZoneIndex> SharedIndex() const { return index; }
     /// Those of some zones that are in the scene, or about to be.
     QStringList Shown(const QStringList& ids) const;
 
@@ -87,7 +89,7 @@ private:
     CAxEarthViewer* viewer = nullptr;
     CAxNoflyZoneMgr* zoneFile;
     AxNoflyZones zones;
-    std::unique_ptr<AxZoneIndex> index;
+    std::shared_ptr<const AxZoneIndex> index;
     std::unique_ptr<AxNearZones> nearZones; // of the thread itself
     std::vector<osg::ref_ptr<CAxAreaIntersectOperate>> intersectWorkers;
     AxPendingWorkers unfinished;

@@ -107,6 +107,11 @@ TEST_F(Zones, AreTheOnesThatAnAreaMeetsLiftedPartsLeftOut)
         ids.clear();
         EXPECT_EQ(process->Intersection(Square(x, y, 0.01), ids, true), met) << x << ' ' << y;
         EXPECT_EQ(process->ZonesAt(x, y).isEmpty(), !met) << x << ' ' << y;
+        // Who plans a route is given the same zones.
+        bool isGiven = false;
+        for (const AxPlanZone& zone : CAxControl::GetInstance()->GetZones()(x, y, 10.0))
+            isGiven |= QPolygonF(zone.ring.toVector()).containsPoint(QPointF(x, y), Qt::OddEvenFill);
+        EXPECT_EQ(isGiven, met) << x << ' ' << y;
     }
     for (osgEarth::Symbology::Geometry* nothing : {static_cast<Polygon*>(nullptr), new Polygon}) {
         const osg::ref_ptr<osgEarth::Symbology::Geometry> held = nothing;
