@@ -291,6 +291,14 @@ TEST(Planner, WarnsOfGroundThatComesNearOrIsUnknown)
     EXPECT_GT(count(AxPlanWarning::Kind::Clearance), 0);
     request.meanGround = 2000.0;
     EXPECT_EQ(count(AxPlanWarning::Kind::Clearance), 0);
+    // A mast on the way home, which has no other point near it.
+    request.home = request.outline[0] + QPointF(0.2, 0.0);
+    const double mast = request.outline[0].x() + 0.1;
+    request.ground = [mast](double longitude, double) {
+        return std::abs(longitude - mast) < 1e-4 ? 2100.0 : 1500.0;
+    };
+    EXPECT_EQ(count(AxPlanWarning::Kind::Clearance), 2) << "there and back";
+    request.home.reset();
     request.ground = [](double, double) { return std::optional<double>(); };
     EXPECT_EQ(count(AxPlanWarning::Kind::UnknownGround), 1);
     request.heights = AxPlanRequest::Heights::Terrain;
