@@ -164,7 +164,7 @@ void MainWindow::BuildPanels()
     tabifyDockWidget(logPanel, taskPanels.at(1));
     logPanel->raise();
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
-    extents->Want(Qt::RightDockWidgetArea, usualSize.width() / 5);
+    extents->Want(Qt::RightDockWidgetArea, tasks->sizeHint().width());
     // The block list's columns fit.
     extents->Want(Qt::LeftDockWidgetArea, blocks->sizeHint().width());
     const auto tell = [this](const QString& text) { statusBar()->showMessage(text, shownMs); };

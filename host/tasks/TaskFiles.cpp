@@ -13,7 +13,7 @@
 
 namespace {
 /// Larger than any mission is; what is larger is not read into memory.
-constexpr qint64 mostBytes = 64 * 1024 * 1024;
+constexpr qint64 mostBytes = 64LL * 1024 * 1024;
 
 enum class Format
 {

@@ -49,6 +49,22 @@ bool HasTasks(const CAxBlock* block)
 {
     return block && block->GetBlockType() <= CAxBlock::VideoBlock;
 }
+
+bool HasTaskNamed(const CAxBlock& block, const QString& name)
+{
+    const QList<CAxTask*> tasks = block.GetMissionList();
+    return std::any_of(tasks.begin(), tasks.end(),
+                       [&name](const CAxTask* task) { return task->GetTaskName() == name; });
+}
+
+// The name, with a number behind it where another task has it.
+QString FreeName(const CAxBlock& block, const QString& name)
+{
+    QString free = name;
+    for (int number = 2; HasTaskNamed(block, free); ++number)
+        free = QStringLiteral("%1 %2").arg(name).arg(number);
+    return free;
+}
 } // namespace
 
 TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
@@ -64,7 +80,6 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     scrolled->setWidget(parameters);
     scrolled->setWidgetResizable(true);
     scrolled->setFrameShape(QFrame::NoFrame);
-    scrolled->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* scrolledFigures = new QScrollArea;
     scrolledFigures->setWidget(figures);
     scrolledFigures->setWidgetResizable(true);
@@ -73,9 +88,9 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     parts->addWidget(list);
     parts->addWidget(scrolled);
     parts->addWidget(scrolledFigures);
-    parts->setStretchFactor(0, 1);
-    parts->setStretchFactor(1, 4);
-    parts->setStretchFactor(2, 3);
+    constexpr int shares[] = {1, 5, 4};
+    for (int i = 0; i < parts->count(); ++i)
+        parts->setStretchFactor(i, shares[i]);
     auto* buttons = new QHBoxLayout;
     for (QAction* action : {add, remove, importRoute, exportRoute}) {
         auto* button = new QToolButton;
@@ -157,6 +172,13 @@ void TaskPanel::BuildList()
             ShowPlan();
     });
     connect(list, &QListWidget::itemChanged, this, &TaskPanel::OnItemChanged);
+}
+
+QSize TaskPanel::sizeHint() const
+{
+    const int widest = std::max(parameters->sizeHint().width(), figures->sizeHint().width());
+    const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    return {widest + bar + 2 * fontMetrics().height(), QWidget::sizeHint().height()};
 }
 
 QWidget* TaskPanel::BuildFlown()
@@ -300,11 +322,7 @@ void TaskPanel::OnItemChanged(QListWidgetItem* item)
     const QString name = item->text().trimmed();
     if (name == task->GetTaskName() && name == item->text())
         return;
-    const QList<CAxTask*> tasks = block->GetMissionList();
-    const bool isTaken = std::any_of(tasks.begin(), tasks.end(), [&](const CAxTask* other) {
-        return other != task && other->GetTaskName() == name;
-    });
-    if (isTaken)
+    if (name != task->GetTaskName() && HasTaskNamed(*block, name))
         emit Told(tr("The name already exists !"));
     else if (!name.isEmpty() && name != task->GetTaskName()) {
         task->SetTaskName(name);
@@ -323,11 +341,8 @@ void TaskPanel::Add()
         block = Block();
     if (!block || block->GetAnchor().isEmpty())
         return emit Told(tr("Draw a block or choose one; a task is planned over it."));
-    QStringList names;
-    for (const CAxTask* task : block->GetMissionList())
-        names += task->GetTaskName();
-    int number = names.size() + 1;
-    while (names.contains(tr("Task %1").arg(number)))
+    int number = block->GetMissionList().size() + 1;
+    while (HasTaskNamed(*block, tr("Task %1").arg(number)))
         ++number;
     AddToBlock(*block,
                std::make_unique<CAxTask>(CreateUniqueID(), tr("Task %1").arg(number), block->GetTaskPara()));
@@ -391,10 +406,11 @@ void TaskPanel::Import()
         block = BlockAround(read->points, read->name);
     if (!block)
         return emit Told(tr("The route cannot be shown."));
-    const QPointF begin(read->points.front().longitude, read->points.front().latitude);
-    AddToBlock(*block, std::make_unique<TaskFromFile>(CreateUniqueID(), read->name, std::move(read->mission),
+    const QString id = block->GetBlockID();
+    const QString name = FreeName(*block, read->name);
+    AddToBlock(*block, std::make_unique<TaskFromFile>(CreateUniqueID(), name, std::move(read->mission),
                                                       std::move(read->points)));
-    FlyTo(begin);
+    viewer->slotFocusBlock(id);
 }
 
 CAxBlock* TaskPanel::BlockAround(const std::vector<AxPlanPoint>& points, const QString& name)

@@ -34,6 +34,9 @@ public:
     explicit TaskPanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
     ~TaskPanel() override;
 
+    /// Wide enough for the parameters.
+    QSize sizeHint() const override;
+
     /// Adds a task to the current block; writes the chosen task's route to a file; reads one. For a menu.
     QAction* AddAction() const { return add; }
     QAction* ExportAction() const { return exportRoute; }
