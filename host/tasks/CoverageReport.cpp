@@ -162,8 +162,10 @@ private:
     QPointF MiddleOf(std::size_t cell) const
     {
         const auto columns = static_cast<std::size_t>(coverage.columns);
-        return PlaceAt(static_cast<double>(cell % columns) + 0.5, static_cast<double>(cell / columns) + 0.5);
+        const std::size_t row = cell / columns;
+        return PlaceAt(static_cast<double>(cell % columns) + 0.5, static_cast<double>(row) + 0.5);
     }
+
     const AxPlanCoverage& coverage;
     const AxPlanPlane& plane;
     const CAxPoint2D southWest;

@@ -63,9 +63,8 @@ void ProfilePanel::ShowPlan(const std::shared_ptr<const ShownPlan>& plan)
 
 void ProfilePanel::Clear()
 {
-    line = {};
     plottedTask.clear();
-    plot->Show(line, 0.0, false);
+    plot->Show({}, 0.0, false);
 }
 
 void ProfilePanel::Read()
@@ -90,8 +89,7 @@ void ProfilePanel::Read()
 
 void ProfilePanel::OnRead(ProfileLine&& read)
 {
-    line = std::move(read);
-    plot->Show(line, shown->request.clearance, shown->taskID == plottedTask);
+    plot->Show(std::move(read), shown->request.clearance, shown->taskID == plottedTask);
     plottedTask = shown->taskID;
     Tell({});
 }
@@ -111,7 +109,7 @@ void ProfilePanel::showEvent(QShowEvent* event)
 void ProfilePanel::OnPointedInPlot(int place)
 {
     const auto number = static_cast<std::size_t>(place);
-    const ProfilePlace& at = line.places[number];
+    const ProfilePlace& at = plot->Line().places[number];
     SetCursor(number);
     marker.Show(at.longitude, at.latitude, at.altitude);
     emit PlaceHovered(at.longitude, at.latitude, at.altitude);
@@ -127,12 +125,12 @@ void ProfilePanel::OnLeftPlot()
 void ProfilePanel::OnPointedOnMap(double longitude, double latitude, double /*altitude*/, double range)
 {
     // The map tells of a place under the mouse also when the map has moved.
-    if (!isVisible() || plot->underMouse() || line.places.empty())
+    if (!isVisible() || plot->underMouse() || plot->Line().places.empty())
         return;
     // Beside the globe there is none: not a number.
     SetCursor(std::isnan(longitude)
                   ? std::nullopt
-                  : line.NearestTo(longitude, latitude, std::max(leastReach, reachOfRange * range)));
+                  : plot->Line().NearestTo(longitude, latitude, std::max(leastReach, reachOfRange * range)));
 }
 
 void ProfilePanel::SetCursor(std::optional<std::size_t> place)
@@ -142,7 +140,7 @@ void ProfilePanel::SetCursor(std::optional<std::size_t> place)
         reading->setText(idleText);
         return;
     }
-    const ProfilePlace& at = line.places[*place];
+    const ProfilePlace& at = plot->Line().places[*place];
     const QLocale locale;
     const auto metres = [&](double value) { return locale.toString(value, 'f', 1); };
     const QString along = locale.toString(at.along / 1000.0, 'f', 2);

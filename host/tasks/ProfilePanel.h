@@ -51,7 +51,6 @@ private:
     QPointer<CAxEarthViewer> viewer;
     std::shared_ptr<const ShownPlan> shown;
     QString plottedTask; ///< of the line that is plotted
-    ProfileLine line;
     bool isRead = false; ///< the plan's line is read, or is on its way
     ProfileMarker marker;
     ProfilePlot* plot;

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 constexpr double metresPerKilometre = 1000.0;
@@ -17,6 +18,8 @@ constexpr double leastFree = 5.0;
 // Zooming in ends here.
 constexpr double leastKilometres = 0.01;
 constexpr double leastMetres = 2.0;
+// Lines through more places are drawn thin and without smooth edges, which is many times faster.
+constexpr std::size_t mostFinePlaces = 30000;
 // As small as its content allows.
 constexpr double leastStretch = 0.001;
 
@@ -104,9 +107,9 @@ QSize ProfilePlot::minimumSizeHint() const
     return {160, 90};
 }
 
-void ProfilePlot::Show(const ProfileLine& shown, double clearance, bool keepsView)
+void ProfilePlot::Show(ProfileLine shown, double clearance, bool keepsView)
 {
-    line = shown;
+    line = std::move(shown);
     cursor->setVisible(false);
     cursorLine->setVisible(false);
     double lowest = std::numeric_limits<double>::max();
@@ -124,6 +127,7 @@ void ProfilePlot::Show(const ProfileLine& shown, double clearance, bool keepsVie
                       : QCPRange(0.0, std::max(leastKilometres, Kilometres(line.places.back())));
     allValues = isEmpty ? QCPRange(0.0, 100.0) : QCPRange(lowest - free, highest + free);
     FillGraphs(clearance);
+    UseColors();
     if (keepsView) {
         Keep(xAxis, allKeys, leastKilometres);
         Keep(yAxis, allValues, leastMetres);
@@ -201,6 +205,16 @@ void ProfilePlot::ShowAll()
     yAxis->setRange(allValues);
 }
 
+bool ProfilePlot::IsLong() const
+{
+    return line.places.size() > mostFinePlaces;
+}
+
+double ProfilePlot::LineWidth(double usual) const
+{
+    return IsLong() ? 1.0 : usual;
+}
+
 void ProfilePlot::UseColors()
 {
     const QColor paper = palette().color(QPalette::Base);
@@ -228,8 +242,11 @@ void ProfilePlot::UseColors()
     ground->setBrush(isDark ? QColor(0x5c, 0x4b, 0x33) : QColor(0xdc, 0xca, 0xa8));
     unknown->setPen(Qt::NoPen);
     unknown->setBrush(QBrush(ink, Qt::BDiagPattern));
-    clear->setPen(QPen(isDark ? QColor(0xe6, 0x9f, 0x00) : QColor(0xc0, 0x50, 0x00), 1.5, Qt::DotLine));
-    route->setPen(QPen(isDark ? QColor(0x56, 0xb4, 0xe9) : QColor(0x00, 0x5a, 0xa0), 2.0));
+    clear->setPen(
+        QPen(isDark ? QColor(0xe6, 0x9f, 0x00) : QColor(0xc0, 0x50, 0x00), LineWidth(1.5), Qt::DotLine));
+    route->setPen(QPen(isDark ? QColor(0x56, 0xb4, 0xe9) : QColor(0x00, 0x5a, 0xa0), LineWidth(2.0)));
+    for (QCPGraph* graph : {ground, clear, route})
+        graph->setAntialiased(!IsLong());
     const QColor alarm = isDark ? QColor(0xff, 0x6a, 0x5a) : QColor(0xc0, 0x10, 0x10);
     warnings->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssTriangle, QPen(alarm, 1.5), alarm, 9.0));
     cursor->setPen(QPen(ink, 1.5));

@@ -16,7 +16,8 @@ public:
     explicit ProfilePlot(QWidget* parent = nullptr);
 
     /// An empty line clears it. A clearance of more than 0 metres is drawn above the ground.
-    void Show(const ProfileLine& shown, double clearance, bool keepsView);
+    void Show(ProfileLine shown, double clearance, bool keepsView);
+    const ProfileLine& Line() const { return line; }
     /// Marks a place of the line, by its number, or none.
     void SetCursor(std::optional<std::size_t> place);
 
@@ -37,6 +38,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    bool IsLong() const;                  ///< too long for the best of pens
+    double LineWidth(double usual) const; ///< pixels
     void UseColors();
     void FillGraphs(double clearance);
     void ShowAll();
