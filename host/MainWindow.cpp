@@ -192,6 +192,7 @@ void MainWindow::ShowTaskPanels()
     for (QDockWidget* panel : qAsConst(taskPanels))
         panel->show();
     taskPanels[0]->raise();
+    extents->Apply();
 }
 
 void MainWindow::RestoreLayout()

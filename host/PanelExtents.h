@@ -25,6 +25,9 @@ public:
     /// The extent of a side in pixels, until the operator makes it another one.
     void Want(Qt::DockWidgetArea side, int extent);
 
+    /// Gives the panels their extents again, as far as the window has room: after some were shown.
+    void Apply();
+
     /// The wanted extents, for another run. What cannot be read changes nothing.
     QByteArray Save() const;
     void Restore(const QByteArray& saved);
@@ -37,7 +40,6 @@ private:
         return side == Qt::LeftDockWidgetArea || side == Qt::RightDockWidgetArea;
     }
     void Note(const QDockWidget* panel);
-    void Apply();
 
     QMainWindow* window;
     QList<QDockWidget*> panels;

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class QFormLayout;
 class QLabel;
 class QListWidget;
 
@@ -25,7 +26,7 @@ signals:
     void PlaceWanted(const QPointF& place);
 
 private:
-    QLabel* AddRow(class QFormLayout& form, const QString& name);
+    QLabel* AddRow(QFormLayout& form, const QString& name);
     void ShowFigures(const ShownPlan& shown);
     void ShowWarnings(const ShownPlan& shown);
 

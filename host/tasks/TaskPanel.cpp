@@ -178,7 +178,7 @@ QSize TaskPanel::sizeHint() const
 {
     const int widest = std::max(parameters->sizeHint().width(), figures->sizeHint().width());
     const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    return {widest + bar + 2 * fontMetrics().height(), QWidget::sizeHint().height()};
+    return {widest + bar + 3 * fontMetrics().height(), QWidget::sizeHint().height()};
 }
 
 QWidget* TaskPanel::BuildFlown()
@@ -266,7 +266,7 @@ void TaskPanel::Mark(QListWidgetItem* item)
 {
     const QScopedValueRollback<bool> guard(isListing, true);
     const QString taskID = item->data(Qt::UserRole).toString();
-    item->setCheckState(routes->IsShown(blockID, taskID) ? Qt::Checked : Qt::Unchecked);
+    item->setCheckState(routes->IsShown(taskID) ? Qt::Checked : Qt::Unchecked);
     const auto plan = routes->PlanOf(blockID, taskID);
     const bool isFaulty = plan && !plan->plan.IsPlanned();
     item->setIcon(isFaulty ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());

@@ -15,7 +15,6 @@ class QAction;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
-class QPushButton;
 class QSlider;
 class TaskFigures;
 class TaskParameters;
@@ -41,9 +40,6 @@ public:
     QAction* AddAction() const { return add; }
     QAction* ExportAction() const { return exportRoute; }
     QAction* ImportAction() const { return importRoute; }
-
-    /// Flies to a place and looks at it from nearby: longitude, latitude.
-    void FlyTo(const QPointF& place);
 
 signals:
     /// What is planned for the chosen task, whenever it changes; null for none.
@@ -76,6 +72,7 @@ private:
     void AddToBlock(CAxBlock& block, std::unique_ptr<CAxTask> task);
     CAxBlock* BlockAround(const std::vector<AxPlanPoint>& points, const QString& name);
     void SetHomeWanted(bool wanted);
+    void FlyTo(const QPointF& place);
 
     CAxEarthViewer* viewer;
     TaskRoutes* routes;

@@ -82,6 +82,7 @@ TaskParameters::TaskParameters(QWidget* parent) : QWidget(parent), form(new QFor
     form->setContentsMargins(4, 4, 4, 4);
     form->setVerticalSpacing(3);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     AddCamera();
     AddHeights();
     AddPasses();
@@ -160,7 +161,6 @@ void TaskParameters::Set(QWidget* field, const std::function<void(CAxBlock&)>& s
     FollowCamera(*block);
     ShowHints(*block);
     CAxControl::GetInstance()->SetProjectModified(true);
-    emit Changed();
 }
 
 void TaskParameters::AddCamera()
@@ -277,7 +277,7 @@ void TaskParameters::AddPlaces()
     connect(goesRound, &QCheckBox::toggled, this, [this](bool round) {
         Set(goesRound, [round](CAxBlock& block) { block.GetTaskPara()->SetHomeLegRoundZones(round); });
     });
-    AddRow(tr("Legs from and to home"), goesRound);
+    AddRow(tr("Home legs"), goesRound);
     home = new QLabel;
     home->setTextFormat(Qt::PlainText);
     home->setWordWrap(true);

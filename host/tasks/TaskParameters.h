@@ -14,7 +14,6 @@ class QDoubleSpinBox;
 class QFormLayout;
 class QLabel;
 class QPushButton;
-class QSpinBox;
 
 /**
  * The planning parameters of a block as fields. What the operator sets is in the block's record at once. GUI
@@ -36,8 +35,7 @@ public:
     void ShowSettingHome(bool setting);
 
 signals:
-    /// The operator has set something.
-    void Changed();
+    /// A click on the map is to set home, or is not to any more.
     void HomeWanted(bool wanted);
 
 private:

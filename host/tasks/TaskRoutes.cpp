@@ -90,7 +90,7 @@ std::shared_ptr<const ShownPlan> TaskRoutes::PlanOf(const QString& blockID, cons
     return found == routes.end() ? nullptr : found->second->plan;
 }
 
-bool TaskRoutes::IsShown(const QString&, const QString& taskID) const
+bool TaskRoutes::IsShown(const QString& taskID) const
 {
     return !hidden.contains(taskID);
 }

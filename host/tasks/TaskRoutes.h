@@ -38,7 +38,7 @@ public:
     std::shared_ptr<const ShownPlan> PlanOf(const QString& blockID, const QString& taskID) const;
 
     /// A route that is not shown is not drawn, so that its block can be edited when it has no other.
-    bool IsShown(const QString& blockID, const QString& taskID) const;
+    bool IsShown(const QString& taskID) const;
     void SetShown(const QString& blockID, const QString& taskID, bool shown);
 
     /// Draws the points of the route from the first to that one as flown; the whole route again for -1.

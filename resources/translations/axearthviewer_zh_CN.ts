@@ -1885,8 +1885,8 @@ Heights are above the ellipsoid.</source>
         <translation>绕开禁飞区</translation>
     </message>
     <message>
-        <source>Legs from and to home</source>
-        <translation>往返起降点的航段</translation>
+        <source>Home legs</source>
+        <translation>往返航段</translation>
     </message>
 </context>
 <context>
