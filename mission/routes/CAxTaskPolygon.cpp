@@ -3,6 +3,7 @@
 
 #include "interaction/input/CAxEarthManipulator.h"
 #include "mission/routes/AxRouteRules.h"
+#include "mission/routes/AxTaskPolygonState.h"
 #include "mission/routes/CAxTaskLable.h"
 #include "scene/AxBlockObject.h"
 #include "scene/AxScene.h"
@@ -29,7 +30,7 @@ constexpr int numberedEvery = 60; // ms, while the view moves
 
 CAxTaskPolygon::CAxTaskPolygon(CAxEarthViewer* earthViewer, CAxHandleAdapter* object)
     : viewer(earthViewer), adapter(nullptr), outlineColor(Color::Orange), lineColor(Color::Yellow),
-      taskID(CreateUniqueID()), parts(AxPartsOf(earthViewer))
+      taskID(CreateUniqueID()), parts(AxPartsOf(earthViewer)), d(std::make_unique<State>())
 {
     CAxTaskPolygon::SetMapObject(object);
     look.setSingleShot(true);

@@ -1,5 +1,4 @@
 #pragma once
-#include "mission/routes/AxRouteNumbers.h"
 #include "scene/AxTaskRoute.h"
 #include "scene/base/AxEarthViewerExport.h"
 
@@ -22,6 +21,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <memory>
 #include <vector>
 
 class AxViewerParts;
@@ -125,10 +125,10 @@ private slots:
     void slotAirLineOmniDirectional(int button, QString name);
 
 protected:
-    /// The drawn line in geocentric places: every point at its altitude, and the ways from and to home.
-    std::vector<osg::Vec3d> ComputerAirLineNormalPoint() const;
-    /// Gives the line's drawable the points and colours of the drawing mode.
-    void UpdateAirLinePoint(AxWorldGeometry& drawable);
+    /// The drawn line through those points of the route, geocentric, with the ways from and to home.
+    std::vector<osg::Vec3d> ComputerAirLineNormalPoint(const std::vector<int>& kept) const;
+    /// Gives a drawable those points of the route in the colours of the drawing mode.
+    void UpdateAirLinePoint(AxWorldGeometry& drawable, const std::vector<int>& kept) const;
     /// Draws another part of the route, with its markers where they are.
     void ResetAirLine(const std::vector<CAxVector3D>& points);
     /// Puts markers at places of (longitude, latitude) and that altitude. None: nothing changes.
@@ -137,6 +137,8 @@ protected:
     void DrawLineLable();
 
 private:
+    struct State;
+
     CAxBlock* block() const;
     osg::Vec3d world(const osg::Vec3d& place) const;
     /// Where the points of a route are drawn, geocentric.
@@ -146,6 +148,8 @@ private:
     void showHome();
     void applyVisible() const;
     void lookAgain();
+    void showDetail();
+    std::vector<int> allPoints() const;
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;
 
@@ -174,8 +178,8 @@ private:
 
     QPointer<AxViewerParts> parts;
     QMetaObject::Connection adapterEnd;
-    AxRouteNumbers numbers;
-    QTimer look; // until the numbers are chosen for a view that has moved
+    const std::unique_ptr<State> d; // AxTaskPolygonState.h
+    QTimer look;                    // until numbers and detail are chosen for a view that has moved
     QPointer<CAxTaskLable> label;
     std::vector<osg::Vec3d> labelledPoints; // geocentric: the first two when it was made
     bool airLineVisible = true;

@@ -1,8 +1,8 @@
 // The nodes of a route.
 #include "mission/routes/AxRouteGeometry.h"
 #include "mission/routes/AxRouteRules.h"
+#include "mission/routes/AxTaskPolygonState.h"
 #include "mission/routes/CAxTaskLable.h"
-#include "mission/routes/CAxTaskPolygon.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxSceneImage.h"
@@ -12,14 +12,20 @@
 #include <AxData/CAxBlock.h>
 #include <AxData/CAxTask.h>
 
+#include <osg/Camera>
 #include <osg/Group>
+#include <osg/Viewport>
 #include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
 #include <osgEarthSymbology/AltitudeSymbol>
 #include <osgEarthSymbology/Color>
 #include <osgEarthSymbology/IconSymbol>
 
+#include <osgViewer/Viewer>
+
 #include <algorithm>
+#include <cmath>
+#include <numeric>
 #include <string>
 
 using osgEarth::Annotation::PlaceNode;
@@ -37,6 +43,7 @@ constexpr osg::Node::NodeMask areaMask = 0x1234;
 // Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
 constexpr int areaBin = 10;
 constexpr int routeBin = 11;
+constexpr std::size_t leastThinned = 2000; // points of a line
 // Over the numbers of points; home and entry points are never left out for them.
 constexpr float markerPriority = 100.0f;
 
@@ -104,7 +111,7 @@ void CAxTaskPolygon::addToScene(osg::Node* node) const
 
 std::vector<osg::Node*> CAxTaskPolygon::routeNodes() const
 {
-    std::vector<osg::Node*> nodes{airLineNode.get(), numbers.Node(), homeMarker.get()};
+    std::vector<osg::Node*> nodes{airLineNode.get(), d->numbers.Node(), homeMarker.get()};
     for (const auto& marker : markerNodes)
         nodes.push_back(marker.get());
     if (label)
@@ -157,31 +164,32 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     airLineNode->setName("Task Polygon");
     DrawOverGround(*airLineNode, routeBin);
     osg::ref_ptr<AxWorldGeometry> drawable =
-        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, ComputerAirLineNormalPoint(),
-                                false, AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
+        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, {}, false,
+                                AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
     drawable->setName("Feature");
     airLineNode->addDrawable(drawable);
     applyVisible();
     addToScene(airLineNode);
-    if (drawingMode != 0)
-        return UpdateAirLine(drawingMode);
-    UpdatePointTxt(*airLine);
+    UpdateAirLine(drawingMode);
 }
 
 std::vector<osg::Vec3d> CAxTaskPolygon::worldOf(const Geometry& points) const
 {
     const double height = flightHeight();
     const ETaskType type = taskType();
-    std::vector<osg::Vec3d> places;
-    places.reserve(points.size());
+    std::vector<osg::Vec3d> drawn;
+    drawn.reserve(points.size());
     for (const osg::Vec3d& point : points)
-        places.push_back(world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)}));
-    return places;
+        drawn.push_back(world({point.x(), point.y(), AxRouteRules::DrawnAltitude(point.z(), height, type)}));
+    return drawn;
 }
 
-std::vector<osg::Vec3d> CAxTaskPolygon::ComputerAirLineNormalPoint() const
+std::vector<osg::Vec3d> CAxTaskPolygon::ComputerAirLineNormalPoint(const std::vector<int>& kept) const
 {
-    std::vector<osg::Vec3d> points = worldOf(*airLine);
+    std::vector<osg::Vec3d> points;
+    points.reserve(kept.size() + 3);
+    for (const int i : kept)
+        points.push_back(d->places[static_cast<std::size_t>(i)]);
     if (homePoint.isNull())
         return points;
     const osg::Vec3d aboveHome = world({homePoint.x(), homePoint.y(), flightHeight()});
@@ -197,14 +205,24 @@ void CAxTaskPolygon::UpdateAirLine(int mode)
     AxWorldGeometry* drawable = RouteDrawable(airLineNode);
     if (!drawable || !airLine || airLine->empty() || !parts || !parts->Scene().MapSRS())
         return;
-    UpdateAirLinePoint(*drawable);
+    d->places = worldOf(*airLine);
+    UpdateAirLinePoint(*drawable, allPoints());
+    d->detail.SetPoints(d->places.size() < leastThinned ? std::vector<osg::Vec3d>() : d->places);
+    d->detailShown.reset();
     UpdatePointTxt(*airLine);
 }
 
-void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable)
+std::vector<int> CAxTaskPolygon::allPoints() const
+{
+    std::vector<int> all(d->places.size());
+    std::iota(all.begin(), all.end(), 0);
+    return all;
+}
+
+void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable, const std::vector<int>& kept) const
 {
     if (drawingMode == 0) {
-        const std::vector<osg::Vec3d> points = ComputerAirLineNormalPoint();
+        const std::vector<osg::Vec3d> points = ComputerAirLineNormalPoint(kept);
         AxRouteGeometry::SetPoints(drawable, points, osg::Array::BIND_PER_VERTEX);
         return AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<unsigned>(points.size()),
                                                     lineColor, AxRouteGeometry::LineStrip);
@@ -212,10 +230,11 @@ void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable)
     const bool isNewFlight = AxRouteRules::IsNoPlace(lastPoint);
     const int stoppedIn = isNewFlight ? 0 : AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint);
     AxRouteRules::Segments segments;
-    const std::vector<osg::Vec3d> points = worldOf(*airLine);
-    osg::Vec3d previous = points.front();
-    for (int i = 1; i < static_cast<int>(points.size()); ++i) {
-        const osg::Vec3d& current = points[static_cast<std::size_t>(i)];
+    osg::Vec3d previous = d->places.front();
+    for (const int i : kept) {
+        const osg::Vec3d& current = d->places[static_cast<std::size_t>(i)];
+        if (i == 0)
+            continue;
         if (isNewFlight)
             AxRouteRules::ComputerAirLineStartAndEnd(i, previous, current, startIndex, endIndex, lineColor,
                                                      segments);
@@ -225,11 +244,46 @@ void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable)
     }
     if (!homePoint.isNull())
         AxRouteRules::ComputerAirLineHomePoint(
-            points.front(), points.back(), world({homePoint.x(), homePoint.y(), flightHeight()}),
+            d->places.front(), d->places.back(), world({homePoint.x(), homePoint.y(), flightHeight()}),
             world({homePoint.x(), homePoint.y(), homePoint.z()}), lineColor, segments);
     AxRouteGeometry::SetPoints(drawable, segments.points, osg::Array::BIND_PER_VERTEX);
     AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<int>(segments.points.size()),
                                          segments.colors, lineColor);
+}
+
+// Far away a long line is drawn by another drawable with fewer points in its place.
+void CAxTaskPolygon::showDetail()
+{
+    const osg::Camera* camera = parts->Scene().View()->getCamera();
+    double fieldOfView = 0.0, aspect = 0.0, zNear = 0.0, zFar = 0.0;
+    if (!airLineNode || !camera->getViewport() ||
+        !camera->getProjectionMatrixAsPerspective(fieldOfView, aspect, zNear, zFar))
+        return;
+    const double pixel =
+        2.0 * std::tan(osg::DegreesToRadians(fieldOfView) / 2.0) / camera->getViewport()->height();
+    const std::vector<int> levels = d->detail.Levels(camera->getInverseViewMatrix().getTrans(), pixel);
+    if (d->detailShown == levels)
+        return;
+    d->detailShown = levels;
+    airLineNode->removeDrawables(1, airLineNode->getNumDrawables() - 1);
+    std::vector<int> kept = d->detail.Kept(levels);
+    const bool isThinned = !levels.empty() && 2 * kept.size() < d->places.size();
+    airLineNode->getDrawable(0)->setNodeMask(isThinned ? 0u : ~0u);
+    if (!isThinned)
+        return;
+    // Colours change there.
+    if (drawingMode != 0) {
+        const int stopped = AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint) - 1;
+        for (const int edge : {startIndex, endIndex - 1, stopped})
+            if (edge >= 0 && edge < static_cast<int>(d->places.size()))
+                kept.push_back(edge);
+        std::sort(kept.begin(), kept.end());
+        kept.erase(std::unique(kept.begin(), kept.end()), kept.end());
+    }
+    const osg::ref_ptr<AxWorldGeometry> thinned = new AxWorldGeometry;
+    thinned->SetLineWidth(routeWidth);
+    UpdateAirLinePoint(*thinned, kept);
+    airLineNode->addDrawable(thinned);
 }
 
 void CAxTaskPolygon::CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)
@@ -336,22 +390,22 @@ void CAxTaskPolygon::UpdatePointTxt(const Geometry& points)
 {
     if (!parts || !parts->Scene().MapNode())
         return;
-    numbers.CreateTxts(worldOf(points));
+    d->numbers.CreateTxts(&points == airLine.get() ? d->places : worldOf(points));
     lookAgain();
     applyVisible();
-    addToScene(numbers.Node());
+    addToScene(d->numbers.Node());
 }
 
 void CAxTaskPolygon::UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim)
 {
-    numbers.SetColors(first, last, {text, rim});
+    d->numbers.SetColors(first, last, {text, rim});
 }
 
 void CAxTaskPolygon::GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const
 {
-    if (index < 0 || index >= numbers.Count())
+    if (index < 0 || index >= d->numbers.Count())
         return;
-    const AxRouteNumbers::Colors colors = numbers.ColorsOf(index);
+    const AxRouteNumbers::Colors colors = d->numbers.ColorsOf(index);
     text = colors.text;
     rim = colors.rim;
 }
@@ -373,8 +427,10 @@ void CAxTaskPolygon::applyVisible() const
 
 void CAxTaskPolygon::lookAgain()
 {
-    if (parts && airLineVisible)
-        numbers.Look(parts->Scene());
+    if (!parts || !airLineVisible)
+        return;
+    d->numbers.Look(parts->Scene());
+    showDetail();
 }
 
 void CAxTaskPolygon::SetVisible(bool visible)

@@ -1,7 +1,10 @@
 // What is drawn of a route: its part, its heights, its colours, its markers and its label.
+#include "mission/routes/AxRouteDetail.h"
 #include "mission/routes/AxRouteRules.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace AxRouteRules;
 
@@ -43,6 +46,36 @@ TEST(RouteRules, NumberAsManyPointsAsThereIsRoomFor)
     const osg::Matrixd behind = osg::Matrixd::perspective(30.0, 1.0, 1.0, 100.0);
     EXPECT_TRUE(NumbersShown({{-1, 0, 10}, {1, 0, 10}}, behind, 1000, 800).empty());
     EXPECT_EQ(NumbersShown({{-1, 0, -10}, {1, 0, -10}}, behind, 1000, 800).size(), 2u);
+}
+
+TEST(RouteRules, LeaveOutWhatAPixelHides)
+{
+    // A meander whose rows lie 30 m apart, with a point every 10 m that is 1 m beside the line.
+    std::vector<osg::Vec3d> route;
+    for (int i = 0; i < 5000; ++i) {
+        const int row = i / 100;
+        route.emplace_back(10.0 * (row % 2 ? 99 - i % 100 : i % 100), 30.0 * row + i % 2, 6.4e6);
+    }
+    AxRouteDetail detail;
+    detail.SetPoints(route);
+    constexpr double pixel = 0.001; // metres from 1 m
+    for (const double height : {500.0, 4000.0, 20000.0, 2e6}) {
+        const osg::Vec3d eye(500.0, 750.0, 6.4e6 + height);
+        const std::vector<int> kept = detail.Kept(detail.Levels(eye, pixel));
+        EXPECT_EQ(kept.front() + kept.back(), 4999) << height;
+        EXPECT_EQ(kept.size() == route.size(), height == 500.0) << kept.size() << " from " << height;
+        EXPECT_LT(kept.size(), height > 1e6 ? 20u : height > 1e4 ? 200u : 5001u) << height;
+        // No point is more than a pixel off the line that is left.
+        double most = 0.0;
+        for (std::size_t k = 1; k < kept.size(); ++k) {
+            const osg::Vec3d from = route[kept[k - 1]], way = route[kept[k]] - from;
+            for (int i = kept[k - 1]; i < kept[k]; ++i) {
+                const double share = std::clamp((route[i] - from) * way / way.length2(), 0.0, 1.0);
+                most = std::max(most, (route[i] - from - way * share).length());
+            }
+        }
+        EXPECT_LT(most, pixel * height) << height;
+    }
 }
 
 TEST(RouteRules, LiftPointsWithoutAnAltitudeUnlessEachHasItsOwn)

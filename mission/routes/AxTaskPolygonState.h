@@ -1,0 +1,15 @@
+#pragma once
+#include "mission/routes/AxRouteDetail.h"
+#include "mission/routes/AxRouteNumbers.h"
+#include "mission/routes/CAxTaskPolygon.h"
+
+#include <optional>
+
+/// What the route shows of its points, by the view.
+struct CAxTaskPolygon::State
+{
+    std::vector<osg::Vec3d> places; // of the route's points, geocentric
+    AxRouteNumbers numbers;
+    AxRouteDetail detail;
+    std::optional<std::vector<int>> detailShown; // the levels; none until they were chosen
+};
