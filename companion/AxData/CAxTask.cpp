@@ -8,6 +8,7 @@
 #include <QLoggingCategory>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 Q_LOGGING_CATEGORY(logTask, "ax.data")
@@ -73,6 +74,13 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
     return request;
 }
 
+void CAxTask::TakePlan(AxPlanResult plan)
+{
+    m_plan.reset();
+    if (plan.IsPlanned() || !plan.fault.isEmpty())
+        m_plan = std::move(plan);
+}
+
 QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                          CAxBlock::EBlockType blockType, int expectedRouteCount,
                                          int /*appType*/)
@@ -80,7 +88,9 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
     lineMarkers.clear();
     // Who gives heights and zones is asked meanwhile, and may delete this task.
     const QString name = m_name;
-    const AxPlanResult plan = AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
+    std::optional<AxPlanResult> taken = std::exchange(m_plan, {});
+    const AxPlanResult plan =
+        taken ? std::move(*taken) : AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
     QList<CAxVector3D> route;
     if (!plan.IsPlanned()) {
         qCWarning(logTask).noquote()

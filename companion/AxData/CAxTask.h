@@ -4,12 +4,15 @@
 #include <AxData/AxDataExport.h>
 #include <AxData/CAxBlock.h>
 #include <AxData/planner/AxPlanRequest.h>
+#include <AxData/planner/AxPlanResult.h>
 
 #include <QList>
 #include <QMap>
 #include <QPair>
 #include <QPointF>
 #include <QString>
+
+#include <optional>
 
 /// One task (mission) of a block. Created by the host and handed to its block, which owns it from then on.
 /// A host with a planner of its own derives from this class. GUI thread only.
@@ -43,6 +46,11 @@ public:
     /// block's, with the block's parameters. Without a block the area and the parameters are missing.
     AxPlanRequest RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const;
 
+    /// The next ComputeRoute() gives the route of this plan instead of planning anew, for who has just
+    /// planned RequestOf() himself. Once; a plan that has neither a route nor a fault takes back one that was
+    /// given.
+    void TakePlan(AxPlanResult plan);
+
     /// The route as (latitude, longitude, altitude) points, without home; where its ways from and to home go
     /// round no-fly zones, it begins and ends with their corners. lineMarkers gets the entry-point markers as
     /// pairs of their number, 0 to 3, and their place in the same order. An empty list means that the
@@ -60,6 +68,7 @@ private:
     CAxBlock* m_block = nullptr; // that has it
     QList<QPointF> m_anchors;
     QMap<int, QList<CAxVector3D>> m_variableHeightPoints;
+    std::optional<AxPlanResult> m_plan; // for the next ComputeRoute()
 
 public:
     /// Which of the three sub-routes is shown: 0, 1 or 2. Begins as that of the block's extended task

@@ -739,6 +739,9 @@ TEST(Planner, ATaskPlansItsBlockWithItsParameters)
     EXPECT_EQ(markers[3].first, 3);
     EXPECT_NE(route(3, 0)[0], first[0]);
     EXPECT_EQ(route(-1, 0), first);
+    task->TakePlan(AxPlanRoute(task->RequestOf(2, CAxBlock::PolygonBlock, 3)));
+    EXPECT_NE(route(0, 0), first) << "planned by somebody else";
+    EXPECT_EQ(route(0, 0), first) << "once";
     para->SetPlaneType(PlaneQuadcopter);
     EXPECT_EQ(route(0, 7).size(), 14);
     CAxControl::GetInstance()->SetZones(
