@@ -31,6 +31,8 @@ constexpr double pixelsPerNumber = 3000.0; // of the area that the route takes u
 constexpr double pixelsAlongNumber = 80.0; // of its sides, for a route that is a line on the screen
 constexpr double mostNumbers = 200.0;
 
+constexpr double leastMarkedPixels = 160.0; // five icons side by side
+
 /// The finest of 1, 2, 5, 10, 20, ... that leaves at most so many of `count` numbers.
 int RoundStep(int count, double most)
 {
@@ -177,6 +179,12 @@ std::vector<int> NumbersShown(const std::vector<osg::Vec3d>& points, const osg::
     std::copy_if(inView.begin(), inView.end(), std::back_inserter(chosen),
                  [&](int i) { return i == 0 || i == last || (i + 1) % step == 0; });
     return chosen;
+}
+
+bool AreMarkersInTheWay(const osg::BoundingSphered& route, const osg::Vec3d& eye, double pixel)
+{
+    const double distance = (route.center() - eye).length();
+    return route.radius() > 0.0 && 2.0 * route.radius() < leastMarkedPixels * pixel * distance;
 }
 
 QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,

@@ -4,6 +4,7 @@
 #include <AxAlgorthm/AxMissionTypes.h>
 #include <AxAlgorthm/CAxVector3D.h>
 
+#include <osg/BoundingSphere>
 #include <osg/Matrixd>
 #include <osg/Vec3d>
 #include <osg/Vec4f>
@@ -80,6 +81,11 @@ AXEARTHVIEWER_EXPORT osg::Vec3d LabelPlace(const osg::Vec3d& first, const osg::V
 /// those of round numbers. None of a route that is small on the screen, and none out of view.
 AXEARTHVIEWER_EXPORT std::vector<int> NumbersShown(const std::vector<osg::Vec3d>& points,
                                                    const osg::Matrixd& toClip, int width, int height);
+
+/// Whether the markers of entry points would cover their route, seen by a camera that sees so many metres in
+/// a pixel from a distance of 1 m.
+AXEARTHVIEWER_EXPORT bool AreMarkersInTheWay(const osg::BoundingSphered& route, const osg::Vec3d& eye,
+                                             double pixel);
 
 /// Which points of the route are markers: by the marker's place in its list.
 AXEARTHVIEWER_EXPORT QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,

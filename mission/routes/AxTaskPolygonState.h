@@ -9,6 +9,8 @@
 struct CAxTaskPolygon::State
 {
     std::vector<osg::Vec3d> places; // of the route's points, geocentric
+    osg::BoundingSphered bound;     // of them
+    bool isSmall = false;           // on the screen
     AxRouteNumbers numbers;
     AxRouteDetail detail;
     std::optional<std::vector<int>> detailShown; // the levels; none until they were chosen

@@ -10,6 +10,7 @@
 #include <osg/Geode>
 #include <osg/Geometry>
 #include <osg/LineWidth>
+#include <osg/observer_ptr>
 #include <osg/Texture2D>
 #include <osgEarth/MapNode>
 #include <osgEarth/Registry>
@@ -17,6 +18,7 @@
 #include <osgEarthAnnotation/GeoPositionNode>
 #include <osgText/Text>
 
+#include <QHash>
 #include <QPointer>
 
 #include <algorithm>
@@ -39,6 +41,7 @@ constexpr float lableMargin = 8.0f;
 constexpr float lableRim = 1.0f;
 constexpr float lableTextSize = 13.0f;
 constexpr int lableMostLetters = 32;
+constexpr int linkBin = 16; // over routes and their areas, below what is laid out on the screen
 const osg::Vec4f lablePanelColor(0.2941177f, 0.2666667f, 0.3921569f, 0.9f);
 const osg::Vec4f lableWhite(1.0f, 1.0f, 1.0f, 1.0f);
 // Sets the panel off from dark ground.
@@ -68,13 +71,32 @@ void AddRectangle(osg::Geometry& geometry, float left, float bottom, float right
 {
     auto& points = static_cast<osg::Vec3Array&>(*geometry.getVertexArray());
     auto& colors = static_cast<osg::Vec4Array&>(*geometry.getColorArray());
-    const auto first = static_cast<int>(points.size());
     for (const osg::Vec3f& corner : {osg::Vec3f(left, bottom, 0.0f), osg::Vec3f(right, bottom, 0.0f),
                                      osg::Vec3f(right, top, 0.0f), osg::Vec3f(left, top, 0.0f)}) {
         points.push_back(corner);
         colors.push_back(color);
     }
-    geometry.addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, first, 4));
+}
+
+// One for the links of all labels, so that OpenGL changes no state between them.
+osg::ref_ptr<osg::StateSet> LinkState(float width)
+{
+    static QHash<int, osg::observer_ptr<osg::StateSet>> known;
+    osg::ref_ptr<osg::StateSet> state;
+    osg::observer_ptr<osg::StateSet>& shared = known[static_cast<int>(width)];
+    if (shared.lock(state))
+        return state;
+    state = new osg::StateSet;
+    state->setAttributeAndModes(new osg::LineWidth(width));
+    state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
+    state->setAttributeAndModes(
+        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
+    state->setMode(GL_BLEND, osg::StateAttribute::ON);
+    // Behind the routes, rims before what they surround.
+    state->setRenderBinDetails(linkBin - static_cast<int>(width), "RenderBin");
+    shared = state.get();
+    return state;
 }
 
 osg::ref_ptr<osg::Geometry> LinkLine(const osg::Vec3d& to, const osg::Vec4f& color, float width)
@@ -88,7 +110,7 @@ osg::ref_ptr<osg::Geometry> LinkLine(const osg::Vec3d& to, const osg::Vec4f& col
     line->setVertexArray(points);
     line->setColorArray(new osg::Vec4Array(1, &color), osg::Array::BIND_OVERALL);
     line->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, 2));
-    line->getOrCreateStateSet()->setAttributeAndModes(new osg::LineWidth(width));
+    line->setStateSet(LinkState(width));
     return line;
 }
 } // namespace
@@ -120,12 +142,6 @@ CAxTaskLable::CAxTaskLable(CAxEarthViewer* viewer, const QString& name, const os
     d->geode->setName(nodeName);
     d->geode->setCullingActive(false);
     d->link->setName("TaskLable-Link");
-    osg::StateSet* linkState = d->link->getOrCreateStateSet();
-    linkState->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
-    linkState->setAttributeAndModes(new osg::Depth(osg::Depth::ALWAYS, 0.0, 1.0, false));
-    linkState->setAttributeAndModes(
-        new osg::BlendFunc(osg::BlendFunc::SRC_ALPHA, osg::BlendFunc::ONE_MINUS_SRC_ALPHA));
-    linkState->setRenderingHint(osg::StateSet::TRANSPARENT_BIN);
 
     // Of drawables at one place the mouse meets the first, which is drawn last: buttons, name, panel.
     for (int i = 0; i < 3; ++i) {
@@ -212,6 +228,11 @@ void CAxTaskLable::UpdateLinkLine(const osgEarth::GeoPoint& link)
     d->link->addDrawable(LinkLine(end * toLocal, lableWhite, 2.0f));
 }
 
+void CAxTaskLable::SetLinkVisible(bool visible)
+{
+    d->link->setNodeMask(visible ? ~0u : 0u);
+}
+
 void CAxTaskLable::UpdateTxt(const QString& text)
 {
     d->text->setText(AxShortName(text, lableMostLetters).toStdString(), osgText::String::ENCODING_UTF8);
@@ -242,6 +263,8 @@ void CAxTaskLable::drawPanel()
     AddRectangle(*panel, -half, bottom - lableRim, half, bottom, lableRimColor);
     AddRectangle(*panel, -half, 0.0f, half, lableRim, lableRimColor);
     AddRectangle(*panel, -half, bottom, half, 0.0f, lablePanelColor);
+    panel->addPrimitiveSet(
+        new osg::DrawArrays(GL_QUADS, 0, static_cast<int>(panel->getVertexArray()->getNumElements())));
     LayOut(panel);
     if (d->anchor)
         osgEarth::Registry::shaderGenerator().run(panel);
@@ -271,7 +294,15 @@ void CAxTaskLable::ShowChosen(int button)
 
 void CAxTaskLable::ResetRenderSort()
 {
-    osgEarth::ScreenSpaceLayout::activate(d->geode->getOrCreateStateSet());
+    // One for all labels, so that OpenGL changes less between them.
+    static osg::observer_ptr<osg::StateSet> known;
+    osg::ref_ptr<osg::StateSet> state;
+    if (!known.lock(state)) {
+        state = new osg::StateSet;
+        osgEarth::ScreenSpaceLayout::activate(state);
+        known = state.get();
+    }
+    d->geode->setStateSet(state);
 }
 
 int CAxTaskLable::buttonOf(const osg::Drawable* drawable) const

@@ -38,6 +38,7 @@ public:
 
     /// Leads the line to another place.
     void UpdateLinkLine(const osgEarth::GeoPoint& link);
+    void SetLinkVisible(bool visible);
     /// Another text on the panel; the name of the node stays.
     void UpdateTxt(const QString& text);
     /// Shows or hides the three buttons, and the panel below them. Without buttons it tells of no click.

@@ -67,7 +67,8 @@ void CAxTaskPolygon::SetMapObject(CAxHandleAdapter* object)
     // A deletion was undone: what was shown is shown again.
     addToScene(featureNode);
     for (osg::Node* node : routeNodes())
-        addToScene(node);
+        if (airLine || node == homeMarker)
+            addToScene(node);
 }
 
 CAxBlock* CAxTaskPolygon::block() const
@@ -108,6 +109,7 @@ void CAxTaskPolygon::ComputerAirLine()
     if (!task)
         return;
     if (route.isEmpty()) {
+        dropRoute();
         const QString text =
             tr("The %1 route parameter error,Please delete the current route and try again.");
         // Events run meanwhile: nothing of this object may be touched behind it.

@@ -60,9 +60,10 @@ public:
     /// Draws the area of the task: its outline as longitude and latitude.
     void CreateNode(const std::vector<CAxPoint2D>& outline);
     /// Asks the task for its route and draws it, with its markers. Nothing without the block or the task.
-    /// When the parameters allow no route the operator is told by a box, during which events run.
+    /// When the parameters allow no route, the one before goes and the operator is told by a box, during
+    /// which events run.
     void ComputerAirLine();
-    /// Draws these points as the route. None: nothing changes.
+    /// Draws these points as the route. None, or one that is no finite place: nothing changes.
     void CreateAirLine(const std::vector<CAxVector3D>& points);
 
     /// Routes of variable height, one for each entry point: AddAirLineFlying() replaces the one of that
@@ -133,6 +134,8 @@ protected:
     void ResetAirLine(const std::vector<CAxVector3D>& points);
     /// Puts markers at places of (longitude, latitude) and that altitude. None: nothing changes.
     void CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
+    /// Markers, numbers and the label's line are in the way of a route that is small on the screen.
+    void HideMarkerPointTxt(bool hidden) const;
     /// Puts the label beside the beginning of the route. Nothing without one.
     void DrawLineLable();
 
@@ -146,9 +149,10 @@ private:
     double flightHeight() const;
     ETaskType taskType() const;
     void showHome();
+    void dropRoute();
     void applyVisible() const;
     void lookAgain();
-    void showDetail();
+    void showDetail(const std::vector<int>& levels);
     std::vector<int> allPoints() const;
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;

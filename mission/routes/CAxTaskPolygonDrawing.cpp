@@ -14,6 +14,7 @@
 
 #include <osg/Camera>
 #include <osg/Group>
+#include <osg/observer_ptr>
 #include <osg/Viewport>
 #include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
@@ -22,6 +23,8 @@
 #include <osgEarthSymbology/IconSymbol>
 
 #include <osgViewer/Viewer>
+
+#include <QHash>
 
 #include <algorithm>
 #include <cmath>
@@ -43,7 +46,7 @@ constexpr osg::Node::NodeMask areaMask = 0x1234;
 // Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
 constexpr int areaBin = 10;
 constexpr int routeBin = 11;
-constexpr std::size_t leastThinned = 2000; // points of a line
+constexpr std::size_t leastThinned = 64; // points of a line
 // Over the numbers of points; home and entry points are never left out for them.
 constexpr float markerPriority = 100.0f;
 
@@ -58,7 +61,7 @@ osg::ref_ptr<PlaceNode> MakeMarker(const AxScene& scene, const osgEarth::GeoPoin
         style.getOrCreate<AltitudeSymbol>()->verticalOffset() =
             osgEarth::Symbology::NumericExpression(liftMetres);
     osg::ref_ptr<PlaceNode> marker =
-        new PlaceNode(scene.MapNode(), place, AxSceneImage(icon), std::string(), style);
+        new PlaceNode(scene.MapNode(), place, AxSharedSceneImage(icon), std::string(), style);
     marker->setDynamic(true);
     marker->setPriority(markerPriority);
     return marker;
@@ -67,14 +70,20 @@ osg::ref_ptr<PlaceNode> MakeMarker(const AxScene& scene, const osgEarth::GeoPoin
 void SetIcon(PlaceNode& marker, const QString& path)
 {
     if (!marker.getIconImage() || marker.getIconImage()->getFileName() != path.toStdString())
-        marker.setIconImage(AxSceneImage(path));
+        marker.setIconImage(AxSharedSceneImage(path));
 }
 
-// Over the ground and the areas of blocks, whatever lies in front.
+// Over the ground and the areas of blocks, whatever lies in front. One for all routes, so that lines of the
+// same state are drawn together.
 void DrawOverGround(osg::Geode& node, int bin)
 {
-    const osg::ref_ptr<osg::StateSet> state = AxStateOverGround();
-    state->setRenderBinDetails(bin, bin == areaBin ? "DepthSortedBin" : "RenderBin");
+    static QHash<int, osg::observer_ptr<osg::StateSet>> known;
+    osg::ref_ptr<osg::StateSet> state;
+    if (!known.value(bin).lock(state)) {
+        state = AxStateOverGround();
+        state->setRenderBinDetails(bin, bin == areaBin ? "DepthSortedBin" : "RenderBin");
+        known[bin] = state.get();
+    }
     node.setStateSet(state);
 }
 
@@ -126,6 +135,15 @@ void CAxTaskPolygon::ClearFeatureNodeContained()
         LeaveScene(node);
 }
 
+// A route that does not hold any more must not be flown by. Home stays.
+void CAxTaskPolygon::dropRoute()
+{
+    for (osg::Node* node : routeNodes())
+        if (node != homeMarker)
+            LeaveScene(node);
+    airLine = nullptr;
+}
+
 void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
 {
     if (!parts || !parts->Scene().DrawGroup())
@@ -148,7 +166,11 @@ void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
 
 void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
 {
-    if (points.empty() || !parts || !parts->Scene().DrawGroup())
+    const auto isFinite = [](const CAxVector3D& point) {
+        return std::isfinite(point.x()) && std::isfinite(point.y()) && std::isfinite(point.z());
+    };
+    if (points.empty() || !parts || !parts->Scene().DrawGroup() ||
+        !std::all_of(points.begin(), points.end(), isFinite))
         return;
     if (!airLine)
         airLine = new LineString;
@@ -209,6 +231,10 @@ void CAxTaskPolygon::UpdateAirLine(int mode)
     UpdateAirLinePoint(*drawable, allPoints());
     d->detail.SetPoints(d->places.size() < leastThinned ? std::vector<osg::Vec3d>() : d->places);
     d->detailShown.reset();
+    osg::BoundingBoxd box;
+    for (const osg::Vec3d& place : d->places)
+        box.expandBy(place);
+    d->bound = osg::BoundingSphered(box);
     UpdatePointTxt(*airLine);
 }
 
@@ -251,18 +277,28 @@ void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable, const std::ve
                                          segments.colors, lineColor);
 }
 
-// Far away a long line is drawn by another drawable with fewer points in its place.
-void CAxTaskPolygon::showDetail()
+void CAxTaskPolygon::lookAgain()
 {
+    if (!parts || !airLineVisible || !airLine)
+        return;
     const osg::Camera* camera = parts->Scene().View()->getCamera();
     double fieldOfView = 0.0, aspect = 0.0, zNear = 0.0, zFar = 0.0;
-    if (!airLineNode || !camera->getViewport() ||
-        !camera->getProjectionMatrixAsPerspective(fieldOfView, aspect, zNear, zFar))
+    if (!camera->getViewport() || !camera->getProjectionMatrixAsPerspective(fieldOfView, aspect, zNear, zFar))
         return;
+    const osg::Vec3d eye = camera->getInverseViewMatrix().getTrans();
     const double pixel =
         2.0 * std::tan(osg::DegreesToRadians(fieldOfView) / 2.0) / camera->getViewport()->height();
-    const std::vector<int> levels = d->detail.Levels(camera->getInverseViewMatrix().getTrans(), pixel);
-    if (d->detailShown == levels)
+    d->isSmall = AxRouteRules::AreMarkersInTheWay(d->bound, eye, pixel);
+    HideMarkerPointTxt(d->isSmall);
+    if (!d->isSmall)
+        d->numbers.Look(parts->Scene());
+    showDetail(d->detail.Levels(eye, pixel));
+}
+
+// Far away a long line is drawn by another drawable with fewer points in its place.
+void CAxTaskPolygon::showDetail(const std::vector<int>& levels)
+{
+    if (!airLineNode || d->detailShown == levels)
         return;
     d->detailShown = levels;
     airLineNode->removeDrawables(1, airLineNode->getNumDrawables() - 1);
@@ -412,6 +448,8 @@ void CAxTaskPolygon::GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim)
 
 void CAxTaskPolygon::SetAirLineVisible(bool visible)
 {
+    if (visible == airLineVisible)
+        return;
     airLineVisible = visible;
     applyVisible();
     lookAgain();
@@ -423,14 +461,18 @@ void CAxTaskPolygon::applyVisible() const
     for (osg::Node* node : routeNodes())
         if (node)
             node->setNodeMask(airLineVisible ? ~0u : 0u);
+    HideMarkerPointTxt(d->isSmall);
 }
 
-void CAxTaskPolygon::lookAgain()
+void CAxTaskPolygon::HideMarkerPointTxt(bool hidden) const
 {
-    if (!parts || !airLineVisible)
-        return;
-    d->numbers.Look(parts->Scene());
-    showDetail();
+    const osg::Node::NodeMask mask = airLineVisible && !hidden ? ~0u : 0u;
+    d->numbers.Node()->setNodeMask(mask);
+    for (const auto& marker : markerNodes)
+        if (marker)
+            marker->setNodeMask(mask);
+    if (label)
+        label->SetLinkVisible(!hidden);
 }
 
 void CAxTaskPolygon::SetVisible(bool visible)

@@ -1,5 +1,8 @@
 #include "scene/base/AxSceneImage.h"
 
+#include <osg/observer_ptr>
+
+#include <QHash>
 #include <QImage>
 
 #include <cstring>
@@ -14,5 +17,16 @@ osg::ref_ptr<osg::Image> AxSceneImage(const QString& path)
     for (int row = 0; row < picture.height(); ++row)
         std::memcpy(image->data(0, row), picture.constScanLine(row), image->getRowSizeInBytes());
     image->setFileName(path.toStdString());
+    return image;
+}
+
+osg::ref_ptr<osg::Image> AxSharedSceneImage(const QString& path)
+{
+    static QHash<QString, osg::observer_ptr<osg::Image>> known;
+    osg::ref_ptr<osg::Image> image;
+    if (!known.value(path).lock(image)) {
+        image = AxSceneImage(path);
+        known[path] = image.get();
+    }
     return image;
 }

@@ -444,15 +444,20 @@ std::shared_ptr<const AxBatchMesh> AxWorldGeometry::batchMesh() const
 // Whether it is so small and simple that it is best drawn together with others.
 bool AxWorldGeometry::isOneOfMany(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const
 {
-    constexpr double largestPixels = 40.0; // radius
+    // Of the radius: fills are sorted by distance, lines need not be.
+    constexpr double largestFillPixels = 40.0, largestLinePixels = 160.0;
     constexpr unsigned mostPoints = 200;
+    const bool hasFill =
+        std::any_of(_primitives.begin(), _primitives.end(),
+                    [](const osg::ref_ptr<osg::PrimitiveSet>& primitives) { return IsFill(*primitives); });
+    const double largestPixels = hasFill ? largestFillPixels : largestLinePixels;
     const osg::BoundingSphere& bound = getBound();
     const double distance = (eye - osg::Vec3d(bound.center())).length();
     if (!bound.valid() || static_cast<double>(bound.radius()) * pixelsAtOneMetre > largestPixels * distance ||
         coarse != (coarseFill.valid() && coarseLine.valid()) ||
         (!coarse && getVertexArray()->getNumElements() > mostPoints))
         return false;
-    return !MayFold(eye, pixelsAtOneMetre, coarse);
+    return !hasFill || !MayFold(eye, pixelsAtOneMetre, coarse);
 }
 
 void AxWorldGeometry::drawWithOthers(osgUtil::CullVisitor& cull, const osg::Vec3d& eye)

@@ -48,6 +48,18 @@ TEST(RouteRules, NumberAsManyPointsAsThereIsRoomFor)
     EXPECT_EQ(NumbersShown({{-1, 0, -10}, {1, 0, -10}}, behind, 1000, 800).size(), 2u);
 }
 
+TEST(RouteRules, HideMarkersThatCoverTheirRoute)
+{
+    const osg::BoundingSphered route(osg::Vec3d(0, 0, 6.4e6), 500.0);
+    const auto isHidden = [&](double height, double radius = 500.0) {
+        return AreMarkersInTheWay({route.center(), radius}, osg::Vec3d(0, 0, 6.4e6 + height), 0.001);
+    };
+    EXPECT_FALSE(isHidden(6000.0)) << "167 pixels across";
+    EXPECT_TRUE(isHidden(7000.0));
+    EXPECT_FALSE(isHidden(100.0)) << "from within";
+    EXPECT_FALSE(isHidden(11000.0, 0.0)) << "a single point";
+}
+
 TEST(RouteRules, LeaveOutWhatAPixelHides)
 {
     // A meander whose rows lie 30 m apart, with a point every 10 m that is 1 m beside the line.

@@ -1,3 +1,4 @@
+#include "base/SharedWhileUsed.h"
 #include "text/TextDrawables.h"
 #include <cfloat>
 #include <osgDB/ReadFile>
@@ -50,9 +51,15 @@ PlaceNode::PlaceNode(const PlaceNode& rhs, const osg::CopyOp& op)
 
 void PlaceNode::init()
 {
+    // The layout's state has the lighting off, and OpenGL changes no state between places that share it.
+    setStateSet(nullptr);
     _geode = new osg::Geode();
     _geode->setCullingActive(false);
-    ScreenSpaceLayout::activate(_geode->getOrCreateStateSet());
+    _geode->setStateSet(sharedWhileUsed<osg::StateSet, PlaceNode>([] {
+        osg::ref_ptr<osg::StateSet> state = new osg::StateSet();
+        ScreenSpaceLayout::activate(state.get());
+        return state;
+    }));
     getPositionAttitudeTransform()->addChild(_geode);
 }
 

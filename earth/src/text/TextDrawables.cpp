@@ -1,7 +1,11 @@
 #include "text/TextDrawables.h"
 #include "text/Fonts.h"
+#include <iterator>
+#include <map>
+#include <mutex>
 #include <osg/BlendFunc>
 #include <osg/Math>
+#include <osg/observer_ptr>
 #include <osg/Texture2D>
 
 namespace osgEarth {
@@ -53,6 +57,31 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
     return text;
 }
 
+namespace {
+/// One for all icons with that picture, as long as one of them is there: it keeps the picture, so that no
+/// other can have its address.
+osg::ref_ptr<osg::StateSet> pictureState(osg::Image* image)
+{
+    static std::mutex mutex;
+    static std::map<const osg::Image*, osg::observer_ptr<osg::StateSet>> known;
+    std::lock_guard<std::mutex> lock(mutex);
+    osg::ref_ptr<osg::StateSet> state;
+    if (known[image].lock(state))
+        return state;
+    for (auto entry = known.begin(); entry != known.end();)
+        entry = entry->second.valid() ? std::next(entry) : known.erase(entry);
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
+    texture->setResizeNonPowerOfTwoHint(false);
+    texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
+    texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
+    texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
+    state = new osg::StateSet();
+    state->setTextureAttributeAndModes(0, texture.get());
+    known[image] = state.get();
+    return state;
+}
+} // namespace
+
 osg::ref_ptr<osg::Geometry> makeIcon(osg::Image* image, const IconSymbol* symbol)
 {
     const double scale = symbol && symbol->scale().isSet() ? symbol->scale()->eval() : 1.0;
@@ -82,12 +111,7 @@ osg::ref_ptr<osg::Geometry> makeIcon(osg::Image* image, const IconSymbol* symbol
     osg::ref_ptr<osg::Vec4Array> white = new osg::Vec4Array(1, &Color::White);
     geometry->setColorArray(white.get(), osg::Array::BIND_OVERALL);
     geometry->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
-    texture->setResizeNonPowerOfTwoHint(false);
-    texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::LINEAR_MIPMAP_LINEAR);
-    texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
-    texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);
-    geometry->getOrCreateStateSet()->setTextureAttributeAndModes(0, texture.get());
+    geometry->setStateSet(pictureState(image));
     geometry->setCullingActive(false);
     return geometry;
 }
