@@ -4,6 +4,30 @@
 <context>
     <name>AxExchange</name>
     <message>
+        <source>The speed to fly and the distance between photos are not in the file.</source>
+        <translation>文件不含飞行速度和拍照间距。</translation>
+    </message>
+    <message>
+        <source>Which points begin or end a pass, and where the photos head, is not in the file.</source>
+        <translation>文件不含各航带的起止点和照片的航向。</translation>
+    </message>
+    <message>
+        <source>The format needs the altitude of each point, and that of %1 points is not known: they follow the terrain, or home's is left open.</source>
+        <translation>该格式需要每个点的高程，而 %1 个点的高程未知：这些点随地形飞行，或起降点高程未给出。</translation>
+    </message>
+    <message>
+        <source>The file does not say where home is, nor how high it lies.</source>
+        <translation>文件未给出起降点的位置和高程。</translation>
+    </message>
+    <message>
+        <source>Home is left open; in the file the first waypoint stands for it.</source>
+        <translation>起降点未给出；文件中以第一个航点代替。</translation>
+    </message>
+    <message>
+        <source>The landing pattern (%1) is not taken over; the mission has no landing by it.</source>
+        <translation>着陆航线（%1）未被读入；该任务不含此着陆。</translation>
+    </message>
+    <message>
         <source>Heights are metres above the home point. Its altitude, %1 m above the ellipsoid, is written as it is, but other programs take it for metres above the sea.</source>
         <translation>高度为相对起降点的米数。起降点高程（椭球高 %1 米）按原值写入，但其他程序会将其视为海拔高度。</translation>
     </message>

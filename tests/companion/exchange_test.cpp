@@ -189,6 +189,39 @@ TEST(Exchange, PlanMadeElsewhereIsReadWithItsJumpsAndWhatIsLeftOutIsTold)
     ASSERT_TRUE(text.fault.isEmpty()) << text.fault.toStdString();
     EXPECT_EQ(text.mission.items.front().latitude, 47.6);
     EXPECT_FALSE(text.mission.items.front().isContinued);
+
+    const AxMissionRead landing = AxReadQgcPlan(planWith(
+        "\"items\":[", "\"items\":[{\"type\":\"ComplexItem\",\"complexItemType\":\"fwLandingPattern\"},"));
+    ASSERT_TRUE(landing.fault.isEmpty()) << landing.fault.toStdString();
+    EXPECT_EQ(landing.mission.items.size(), 2u);
+    EXPECT_TRUE(landing.notes.join('|').contains("mission.items[0]"))
+        << landing.notes.join('|').toStdString();
+    EXPECT_TRUE(AxWriteWpl(landing.mission).notes.contains(landing.mission.leftOut.value(0)))
+        << "nor is it in what is written again";
+}
+
+TEST(Exchange, HomeOfZerosIsAnOpenOne)
+{
+    const QByteArray wpl = "QGC WPL 110\n0 1 0 16 0 0 0 0 0 0 0 1\n1 0 3 16 0 0 0 0 47.6 8.6 100 1\n";
+    for (const AxMissionRead& read :
+         {AxReadWpl(wpl),
+          AxReadQgcPlan(planWith("47.5,8.5,null", "0,0,0").replace("\"frame\":0", "\"frame\":3"))}) {
+        ASSERT_TRUE(read.fault.isEmpty()) << read.fault.toStdString();
+        EXPECT_TRUE(read.mission.home.IsOpen());
+        QStringList notes = read.notes;
+        const std::vector<AxPlanPoint> points = AxPointsOf(read.mission, notes);
+        EXPECT_TRUE(std::isnan(points.front().altitude)) << "never above the sea, as if home were there";
+        EXPECT_GE(notes.size(), 3) << notes.join('|').toStdString();
+        const AxMissionRead again = AxReadWpl(AxWriteWpl(read.mission).data);
+        EXPECT_TRUE(again.mission.home.IsOpen()) << again.fault.toStdString();
+        const AxExported plan = AxWriteQgcPlan(read.mission);
+        EXPECT_EQ(AxReadQgcPlan(plan.data).mission.home.latitude, 47.6);
+        EXPECT_FALSE(plan.notes.isEmpty());
+        AxPlanResult route;
+        route.points = points;
+        for (const AxExported& view : {AxWriteKml(route, {}, {}), AxWriteCsv(route, {}, {})})
+            EXPECT_TRUE(view.fault.contains("altitude")) << view.fault.toStdString();
+    }
 }
 
 TEST(Exchange, BadFilesAreTurnedAwayWholeAndTheFaultSaysWhere)
@@ -215,8 +248,7 @@ TEST(Exchange, BadFilesAreTurnedAwayWholeAndTheFaultSaysWhere)
         {"item no object", planWith("\"items\":[", "\"items\":[7,"), "items[0]"},
         {"unknown item", planWith("SimpleItem\",\"command\":16", "Loop\",\"command\":16"), "Loop"},
         {"unknown complex item",
-         planWith("\"SimpleItem\",\"command\":16",
-                  "\"ComplexItem\",\"complexItemType\":\"fwLandingPattern\""),
+         planWith("\"SimpleItem\",\"command\":16", "\"ComplexItem\",\"complexItemType\":\"StructureScan\""),
          "items[0].complexItemType"},
         {"old survey",
          planWith("\"SimpleItem\",\"command\":16",
@@ -302,6 +334,14 @@ TEST(Exchange, FilesForViewersKeepHeightsNamesAndTheAntimeridian)
         for (int i = 1; i < part.toArray().size(); ++i)
             EXPECT_LT(std::fabs(part[i][0].toDouble() - part[i - 1][0].toDouble()), 1.0);
     EXPECT_EQ(features.last()["geometry"]["coordinates"].toArray().size(), route.figures.photos);
+
+    AxPlanResult warned = route;
+    warned.warnings.resize(3);
+    for (const AxExported& file : {AxWriteKml(warned, request, {}), AxWriteCsv(warned, request, {}),
+                                   AxWriteGeoJson(warned, request, {})}) {
+        EXPECT_TRUE(file.notes.join('|').contains("3 warnings")) << file.notes.join('|').toStdString();
+        EXPECT_TRUE(file.notes.join('|').contains("speed"));
+    }
 }
 
 TEST(Exchange, FilesAreTheSameUnderAGermanLocaleAndAreSavedWhole)

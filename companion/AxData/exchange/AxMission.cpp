@@ -1,6 +1,7 @@
 #include <AxData/AxReplaceFile.h>
 #include <AxData/exchange/AxExchangeText.h>
 #include <AxData/exchange/AxMission.h>
+#include <AxData/exchange/AxRouteNotes.h>
 
 #include <QLocale>
 
@@ -63,16 +64,9 @@ QStringList NotesOn(const AxPlanResult& route, const AxPlanRequest& request)
                  .arg(QLocale().toString(request.homeAltitude, 'f', 1));
     notes << AxExchangeText(QT_TRANSLATE_NOOP(
         "AxExchange", "Take-off and landing are not in the route; add them in the ground station."));
-    if (request.kind == AxPlanRequest::Kind::Orbit || request.isThreeDirections)
-        notes << AxExchangeText(QT_TRANSLATE_NOOP(
-            "AxExchange", "Where the camera looks is not in the file; set it on the aircraft."));
     notes << AxExchangeText(
         QT_TRANSLATE_NOOP("AxExchange", "The no-fly zones are not in the file, neither as a fence."));
-    if (!route.warnings.empty())
-        notes << AxExchangeText(
-                     QT_TRANSLATE_NOOP("AxExchange", "%1 warnings of the route are not in the file."))
-                     .arg(route.warnings.size());
-    return notes;
+    return notes + AxNotesOfAnyFormat(route, request);
 }
 
 void AddPoint(AxMission& mission, const AxPlanPoint& point, double homeAltitude, double photoDistance)
@@ -89,6 +83,13 @@ void AddPoint(AxMission& mission, const AxPlanPoint& point, double homeAltitude,
                                              {isStart ? RoundedMetres(photoDistance) : 0.0, 0.0, 1.0, 0.0}));
 }
 } // namespace
+
+AxMissionHome AxHomeOfFile(const AxMissionHome& stated)
+{
+    const bool isZero = stated.latitude == 0.0 && stated.longitude == 0.0 &&
+                        (stated.altitude == 0.0 || std::isnan(stated.altitude));
+    return isZero ? AxMissionHome{leftOpen, leftOpen, leftOpen} : stated;
+}
 
 bool AxIsOnGlobe(double latitude, double longitude)
 {
@@ -125,7 +126,8 @@ QString AxMissionFault(const AxMission& mission)
                                                 "%2 are possible. Split the route."))
             .arg(count + 1)
             .arg(axMostMissionItems);
-    if (!AxIsOnGlobe(mission.home.latitude, mission.home.longitude) || std::isinf(mission.home.altitude))
+    const AxMissionHome& home = mission.home;
+    if (!(home.IsOpen() || AxIsOnGlobe(home.latitude, home.longitude)) || std::isinf(home.altitude))
         return AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "Home is no place on the globe."));
     for (std::size_t i = 0; i < count; ++i) {
         QString fault = AxItemFault(mission.items[i]);

@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <array>
+#include <cmath>
 #include <optional>
 #include <vector>
 
@@ -39,12 +40,15 @@ struct AXDATA_EXPORT AxMissionItem
     bool isContinued = true;           ///< goes on to the next item by itself
 };
 
-/// Where the aircraft takes off.
+/// Where the aircraft takes off. NaN where a file leaves it open: the altitude, or all three.
 struct AXDATA_EXPORT AxMissionHome
 {
     double latitude = 0.0;  ///< degrees
     double longitude = 0.0; ///< degrees
-    double altitude = 0.0;  ///< metres; files mean above mean sea level. NaN where a file leaves it open.
+    double altitude = 0.0;  ///< metres; files mean above mean sea level
+
+    /// Whether nobody has said where it is.
+    bool IsOpen() const { return std::isnan(latitude) && std::isnan(longitude); }
 };
 
 /// What an aircraft is told to fly.
@@ -59,6 +63,9 @@ struct AXDATA_EXPORT AxMission
     /// no survey is set apart from the ways to and from it.
     std::size_t surveyBegin = 0;
     std::size_t surveyEnd = 0;
+    /// For people: parts of the file it was read from that the items lack. Files written of the mission lack
+    /// them, too, and their notes say so.
+    QStringList leftOut;
 };
 
 /// A mission made or read. With a fault it has no items.
@@ -91,6 +98,9 @@ AXDATA_EXPORT QString AxMissionFault(const AxMission& mission);
 
 /// The same of one item.
 AXDATA_EXPORT QString AxItemFault(const AxMissionItem& item);
+
+/// Programs that know no home write zeros for it: left open then, else as it is.
+AXDATA_EXPORT AxMissionHome AxHomeOfFile(const AxMissionHome& stated);
 
 /// Whether a latitude and a longitude in degrees are a place on the globe.
 AXDATA_EXPORT bool AxIsOnGlobe(double latitude, double longitude);

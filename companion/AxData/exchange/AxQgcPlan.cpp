@@ -42,15 +42,25 @@ QJsonArray SimpleItems(const AxMission& mission, std::size_t begin, std::size_t 
     return items;
 }
 
+/// Readers turn a plan away whose home is no place: the first place stands for one that is open.
+QJsonArray HomeOf(const AxMission& mission)
+{
+    if (!mission.home.IsOpen())
+        return {mission.home.latitude, mission.home.longitude, NumberOrNull(mission.home.altitude)};
+    const auto first =
+        std::find_if(mission.items.begin(), mission.items.end(),
+                     [](const AxMissionItem& item) { return item.command == AxMissionItem::Waypoint; });
+    const bool isThere = first != mission.items.end();
+    return {isThere ? first->latitude : 0.0, isThere ? first->longitude : 0.0, QJsonValue()};
+}
+
 QByteArray PlanWith(const AxMission& mission, const QJsonArray& items)
 {
-    const QJsonArray home = {mission.home.latitude, mission.home.longitude,
-                             NumberOrNull(mission.home.altitude)};
     QJsonObject flown = {{"version", 2},
                          {"firmwareType", 0}, // any autopilot
                          {"vehicleType", mission.isFixedWing ? 1 : 2},
                          {"globalPlanAltitudeMode", relativeDistanceMode},
-                         {"plannedHomePosition", home},
+                         {"plannedHomePosition", HomeOf(mission)},
                          {"items", items}};
     if (mission.speed > 0.0) {
         flown["cruiseSpeed"] = mission.speed;
@@ -146,8 +156,12 @@ QJsonObject SurveyOf(const AxMission& mission, const AxPlanResult& route, const 
             {"TransectStyleComplexItem", transects}};
 }
 
-void NoteName(const AxMission& mission, QStringList& notes)
+void NoteWhatIsLost(const AxMission& mission, QStringList& notes)
 {
+    notes += mission.leftOut;
+    if (mission.home.IsOpen())
+        notes << AxExchangeText(QT_TRANSLATE_NOOP(
+            "AxExchange", "Home is left open; in the file the first waypoint stands for it."));
     if (!mission.name.isEmpty())
         notes << AxExchangeText(
                      QT_TRANSLATE_NOOP("AxExchange", "The format has no place for the name \"%1\"."))
@@ -162,7 +176,7 @@ AxExported AxWriteQgcPlan(const AxMission& mission)
     if (!file.fault.isEmpty())
         return file;
     file.data = PlanWith(mission, SimpleItems(mission, 0, mission.items.size()));
-    NoteName(mission, file.notes);
+    NoteWhatIsLost(mission, file.notes);
     return file;
 }
 
@@ -184,7 +198,7 @@ AxExported AxWriteQgcSurvey(const AxMission& mission, const AxPlanResult& route,
     for (const QJsonValue& item : after)
         items += item;
     file.data = PlanWith(mission, items);
-    NoteName(mission, file.notes);
+    NoteWhatIsLost(mission, file.notes);
     file.notes << AxExchangeText(QT_TRANSLATE_NOOP(
         "AxExchange", "QGroundControl flies the route as written until the survey is edited there; then it "
                       "computes its own, with one height and its own turns."));

@@ -11,5 +11,6 @@ AXDATA_EXPORT AxExported AxWriteQgcPlan(const AxMission& mission);
 AXDATA_EXPORT AxExported AxWriteQgcSurvey(const AxMission& mission, const AxPlanResult& route,
                                           const AxPlanRequest& request);
 
-/// The mission of a plan; the items of surveys and corridors stand among the others in the order flown.
+/// The mission of a plan; the items of surveys and corridors stand among the others in the order flown. A
+/// landing pattern is left out and noted; other compound items are a fault.
 AXDATA_EXPORT AxMissionRead AxReadQgcPlan(const QByteArray& data);

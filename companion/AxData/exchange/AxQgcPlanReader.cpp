@@ -116,7 +116,10 @@ private:
             !Number(home[1], homeField + "[1]", place.longitude) ||
             !Number(home[2], homeField + "[2]", place.altitude))
             return false;
-        if (std::isnan(place.altitude))
+        place = AxHomeOfFile(place);
+        if (place.IsOpen())
+            read.notes << AxOpenHomeNote();
+        else if (std::isnan(place.altitude))
             read.notes << AxExchangeText(
                 QT_TRANSLATE_NOOP("AxExchange", "The plan does not say how high its home lies."));
         read.mission.isFixedWing = flown["vehicleType"].toInt() == 1;
@@ -154,6 +157,8 @@ private:
         if (!Need(item, where, "complexItemType", QJsonValue::String))
             return false;
         const QString type = item["complexItemType"].toString();
+        if (type == QLatin1String("fwLandingPattern") || type == QLatin1String("vtolLandingPattern"))
+            return LeaveOutLanding(where);
         const bool isSurvey = type == QLatin1String("survey");
         if (!isSurvey && type != QLatin1String("CorridorScan"))
             return FailOnType(where + "complexItemType", type);
@@ -174,6 +179,20 @@ private:
         const bool isOnly = ++surveys == 1;
         read.mission.surveyBegin = isOnly ? begin : 0;
         read.mission.surveyEnd = isOnly ? read.mission.items.size() : 0;
+        return true;
+    }
+
+    /// The file says where to land, but not the items of the approach: the program that made it computes them.
+    bool LeaveOutLanding(const QString& where)
+    {
+        const QString note =
+            AxExchangeText(
+                QT_TRANSLATE_NOOP(
+                    "AxExchange",
+                    "The landing pattern (%1) is not taken over; the mission has no landing by it."))
+                .arg(where.chopped(1));
+        read.mission.leftOut << note;
+        read.notes << note;
         return true;
     }
 

@@ -1,5 +1,6 @@
 #include <AxData/exchange/AxExchangeText.h>
 #include <AxData/exchange/AxRouteFiles.h>
+#include <AxData/exchange/AxRouteNotes.h>
 
 #include <QBuffer>
 #include <QJsonArray>
@@ -7,7 +8,9 @@
 #include <QJsonObject>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 namespace {
 struct RoutePlace
@@ -37,15 +40,20 @@ QByteArray CommaSeparated(const RoutePlace& place)
     return Degrees(place.longitude) + ',' + Degrees(place.latitude) + ',' + Metres(place.altitude);
 }
 
-/// Why there is nothing to write; empty when there is.
 template <typename Points> bool AreAllOnGlobe(const Points& points)
 {
-    for (const auto& point : points)
-        if (!AxIsOnGlobe(point.latitude, point.longitude) || !std::isfinite(point.altitude))
-            return false;
-    return true;
+    return std::all_of(points.begin(), points.end(), [](const auto& point) {
+        return AxIsOnGlobe(point.latitude, point.longitude) && !std::isinf(point.altitude);
+    });
 }
 
+template <typename Points> std::ptrdiff_t WithoutAltitude(const Points& points)
+{
+    return std::count_if(points.begin(), points.end(),
+                         [](const auto& point) { return std::isnan(point.altitude); });
+}
+
+/// Why there is nothing to write; empty when there is.
 QString RouteFault(const AxPlanResult& route)
 {
     if (!route.IsPlanned())
@@ -53,6 +61,13 @@ QString RouteFault(const AxPlanResult& route)
     if (!AreAllOnGlobe(route.points) || !AreAllOnGlobe(route.photos))
         return AxExchangeText(
             QT_TRANSLATE_NOOP("AxExchange", "A point of the route is no place on the globe."));
+    const std::ptrdiff_t unknown = WithoutAltitude(route.points) + WithoutAltitude(route.photos);
+    if (unknown > 0)
+        return AxExchangeText(QT_TRANSLATE_NOOP("AxExchange",
+                                                "The format needs the altitude of each point, and that of %1 "
+                                                "points is not known: they follow the terrain, or home's is "
+                                                "left open."))
+            .arg(unknown);
     return {};
 }
 
@@ -97,6 +112,19 @@ void WritePlacemark(QXmlStreamWriter& xml, const QString& name, const char* geom
     xml.writeTextElement("coordinates", QString::fromLatin1(places));
     xml.writeEndElement();
     xml.writeEndElement();
+}
+
+QStringList NotesOfView(const AxPlanResult& route, const AxPlanRequest& request)
+{
+    return QStringList(AxExchangeText(QT_TRANSLATE_NOOP(
+               "AxExchange", "The speed to fly and the distance between photos are not in the file."))) +
+           AxNotesOfAnyFormat(route, request);
+}
+
+QString NoteOnPoints()
+{
+    return AxExchangeText(QT_TRANSLATE_NOOP(
+        "AxExchange", "Which points begin or end a pass, and where the photos head, is not in the file."));
 }
 
 QJsonArray JsonPlace(const RoutePlace& place)
@@ -169,9 +197,11 @@ AxExported AxWriteKml(const AxPlanResult& route, const AxPlanRequest& request, c
     xml.writeEndDocument();
     buffer.close();
     file.notes << AxExchangeText(QT_TRANSLATE_NOOP(
-        "AxExchange",
-        "Heights are written above the ellipsoid; programs that read KML take them for metres above "
-        "the sea."));
+                      "AxExchange",
+                      "Heights are written above the ellipsoid; programs that read KML take them for "
+                      "metres above the sea."))
+               << NoteOnPoints();
+    file.notes += NotesOfView(route, request);
     return file;
 }
 
@@ -197,6 +227,7 @@ AxExported AxWriteCsv(const AxPlanResult& route, const AxPlanRequest& request, c
         file.notes << AxExchangeText(
                           QT_TRANSLATE_NOOP("AxExchange", "The format has no place for the name \"%1\"."))
                           .arg(name);
+    file.notes += NotesOfView(route, request);
     return file;
 }
 
@@ -221,5 +252,7 @@ AxExported AxWriteGeoJson(const AxPlanResult& route, const AxPlanRequest& reques
         photos += JsonPlace(PlaceAt(photo));
     features += Feature("MultiPoint", photos, {{"kind", "photos"}});
     file.data = QJsonDocument(QJsonObject{{"type", "FeatureCollection"}, {"features", features}}).toJson();
+    file.notes << NoteOnPoints();
+    file.notes += NotesOfView(route, request);
     return file;
 }

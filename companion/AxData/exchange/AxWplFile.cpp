@@ -103,6 +103,7 @@ AxExported AxWriteWpl(const AxMission& mission)
     for (const AxMissionItem& item : mission.items)
         writer.Add(item);
     file.data = writer.text;
+    file.notes = mission.leftOut;
     if (writer.isOpenLost)
         file.notes << AxExchangeText(QT_TRANSLATE_NOOP(
             "AxExchange",
@@ -136,11 +137,13 @@ AxMissionRead AxReadWpl(const QByteArray& data)
             return AxRefusedMission(
                 AxExchangeText(QT_TRANSLATE_NOOP("AxExchange", "Line %1: %2.")).arg(i + 1).arg(fault));
         if (row == 0)
-            read.mission.home = {item.latitude, item.longitude, item.altitude};
+            read.mission.home = AxHomeOfFile({item.latitude, item.longitude, item.altitude});
         else
             read.mission.items.push_back(item);
         ++row;
     }
+    if (read.mission.home.IsOpen())
+        read.notes << AxOpenHomeNote();
     read.fault = AxMissionFault(read.mission);
     return read.fault.isEmpty() ? read : AxRefusedMission(read.fault);
 }
