@@ -12,9 +12,11 @@
 
 #include <gtest/gtest.h>
 #include <QFile>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <random>
 #include <set>
@@ -526,9 +528,14 @@ TEST(Planner, WarnsOfEachStretchInAZone)
         const CAxPoint2D home = block.plane.ToPlane(*block.request.home);
         flown.insert(flown.begin(), home);
         flown.push_back(home);
-        double inside = 0.0, whole = 0.0;
-        for (std::size_t i = 0; i + 1 < flown.size(); ++i)
-            whole += block.MetresInside({flown[i], flown[i + 1]});
+        const auto metresInside = [&block](const AxPlanLine& way) {
+            double metres = 0.0;
+            for (std::size_t i = 0; i + 1 < way.size(); ++i)
+                metres += block.MetresInside({way[i], way[i + 1]});
+            return metres;
+        };
+        double inside = 0.0;
+        const double whole = metresInside(flown);
         for (const AxPlanWarning& warning : plan.warnings)
             if (warning.kind == Kind::Zone) {
                 inside += warning.value;
@@ -537,6 +544,19 @@ TEST(Planner, WarnsOfEachStretchInAZone)
                 EXPECT_LT(block.ApartFromZones(at), 0.1) << "the place is where the zone begins";
             }
         EXPECT_NEAR(inside, whole, 0.5 + 1e-3 * whole);
+        // Of flights that are resumed, the ways home are others.
+        block.request.aircraft.endurance = 0.9 * plan.figures.seconds;
+        const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(block.request, plan);
+        EXPECT_EQ(flights.empty(), row.noWays > 0);
+        for (const AxPlanFlight& flight : flights) {
+            AxPlanLine way = block.InPlane(flight.points);
+            way.insert(way.begin(), home);
+            way.push_back(home);
+            double warned = 0.0;
+            for (const AxPlanWarning& warning : flight.warnings)
+                warned += warning.kind == Kind::Zone ? warning.value : 0.0;
+            EXPECT_NEAR(warned, metresInside(way), 0.5 + 1e-3 * whole);
+        }
     }
     // Nobody has given zones: that is not the same as none.
     ZonedBlock block({10.0, 45.0}, {});
@@ -563,6 +583,13 @@ TEST(Planner, ThreeDirectionsAreThreeRoutesOfEquallyManyPoints)
     for (std::size_t k = 0; k < 3; ++k)
         EXPECT_EQ(plan.points[k * third].role,
                   request.aircraft.leadIn > 0.0 ? Role::LeadIn : Role::PassStart);
+    request.aircraft.endurance = plan.figures.seconds;
+    double seconds = 0.0;
+    const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(request, plan);
+    for (const AxPlanFlight& flight : flights)
+        seconds += flight.seconds;
+    EXPECT_EQ(flights.size(), 3u) << "each goes home, however long one may take";
+    EXPECT_NEAR(seconds, plan.figures.seconds, 0.01);
 }
 
 TEST(Planner, FliesStripsAndCircles)
@@ -718,6 +745,38 @@ TEST(Planner, SplitsIntoFlightsAndLosesNoPhoto)
     }
 }
 
+TEST(Planner, EachPhotoOfABentPassBelongsToTheFlightThatComesByIt)
+{
+    AxPlanRequest circle;
+    circle.kind = AxPlanRequest::Kind::Orbit;
+    circle.outline = {{10.0, 45.0}};
+    circle.radius = 500.0;
+    circle.height = 100.0;
+    AxPlanRequest bent = circle;
+    bent.kind = AxPlanRequest::Kind::Strip;
+    bent.outline = {{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.002}, {10.0, 45.002}};
+    bent.leftWidth = bent.rightWidth = 10.0;
+    for (AxPlanRequest& request : {std::ref(circle), std::ref(bent)})
+        for (const double share : {0.23, 0.55, 0.75, 0.9}) {
+            const AxPlanResult plan = AxPlanRoute(request);
+            ASSERT_EQ(plan.figures.passes, 1);
+            request.aircraft.endurance = share * plan.figures.seconds;
+            const AxPlanPlane plane(request.outline);
+            const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(request, plan);
+            EXPECT_EQ(static_cast<double>(flights.size()), std::ceil(1.0 / share));
+            for (const AxPlanFlight& flight : flights) {
+                double length = 0.0;
+                for (std::size_t i = 1; i < flight.points.size(); ++i)
+                    length +=
+                        AxApart(plane.ToPlane(QPointF(flight.points[i].longitude, flight.points[i].latitude)),
+                                plane.ToPlane(
+                                    QPointF(flight.points[i - 1].longitude, flight.points[i - 1].latitude)));
+                EXPECT_NEAR(static_cast<double>(flight.photos.size()), length / plan.figures.photoDistance,
+                            2.0);
+            }
+        }
+}
+
 TEST(Planner, ATaskPlansItsBlockWithItsParameters)
 {
     CAxBlockManager& blocks = CAxBlockManager::instance();
@@ -797,4 +856,41 @@ TEST(PlanCameras, TheShippedListIsReadAndABadOneNamesCameraAndField)
     EXPECT_TRUE(AxReadCameras("[]", cameras).contains("array"));
     EXPECT_EQ(AxReadCameras(good, cameras), QString());
     EXPECT_EQ(cameras.size(), 1);
+}
+
+TEST(PlanCameras, NoOtherCameraStandsForOneThatTheFileLacks)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("cameras.json"));
+    EXPECT_EQ(AxCameraIn(AxReadCameraFile(path), CameraThermal).fault, QString())
+        << "there is no file at all";
+    const QByteArray list = R"([{"name": "A", "type": "apsC", "sensor": [23.5, 15.6], "image": [6000, 4000],
+                                 "focalLength": 20, "shortestInterval": 1}])";
+    const struct
+    {
+        ECameraType type;
+        const char* name;
+        QByteArray list;
+        const char* fault; // in its text; none
+    } rows[] = {{CameraApsC, "", list, nullptr},
+                {CameraApsC, "A", list, nullptr},
+                {CameraThermal, "", list, "thermal"},
+                {CameraThermal, "A", list, "thermal"},
+                {CameraApsC, "B", list, "B"},
+                {static_cast<ECameraType>(42), "", list, "42"},
+                {CameraApsC, "A", QByteArray(list).replace("23.5", "0"), "sensor"}};
+    for (const auto& row : rows) {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(row.list);
+        file.close();
+        AxPlanRequest request = RandomBlock(1).request;
+        request.camera = AxCameraIn(AxReadCameraFile(path), row.type, QLatin1String(row.name));
+        const QString fault = AxPlanRoute(request).fault;
+        if (row.fault)
+            EXPECT_TRUE(fault.contains(QLatin1String(row.fault)) && fault.contains("cameras.json"))
+                << row.fault << ": " << fault.toStdString();
+        else
+            EXPECT_TRUE(fault.isEmpty() && request.camera.imageWidth == 6000) << fault.toStdString();
+    }
 }

@@ -1,8 +1,11 @@
 #include <AxData/planner/AxGroundSpeed.h>
 #include <AxData/planner/AxHomeLegs.h>
 #include <AxData/planner/AxPlanFlights.h>
+#include <AxData/planner/AxWayCheck.h>
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <tuple>
 
 namespace {
@@ -10,6 +13,8 @@ using Role = AxPlanPoint::Role;
 
 /// Two ends of a flight that lie closer together, metres, are no progress.
 constexpr double leastProgress = 1.0;
+/// By which coordinates are off that were in degrees meanwhile, metres.
+constexpr double rounding = 0.01;
 
 class Splitter
 {
@@ -17,6 +22,7 @@ class Splitter
     {
         CAxPoint2D at;
         double altitude = 0.0;
+        double along = 0.0; // metres over ground from the start of the route
     };
 
 public:
@@ -28,56 +34,29 @@ public:
             if (point.role != Role::HomeLeg)
                 points.push_back(point);
         places.reserve(points.size());
-        for (const AxPlanPoint& point : points)
-            places.push_back({plane.ToPlane(QPointF(point.longitude, point.latitude)), point.altitude});
+        for (const AxPlanPoint& point : points) {
+            Place place = PlaceOf(point);
+            if (!places.empty())
+                place.along = places.back().along + AxApart(places.back().at, place.at);
+            places.push_back(place);
+        }
         if (request.home)
             home = {plane.ToPlane(*request.home), request.homeAltitude};
     }
 
     std::vector<AxPlanFlight> Split()
     {
-        std::vector<AxPlanFlight> flights;
-        std::size_t next = 0;  // the first point that is still to be flown to
-        bool isBegunAt = true; // the flight begins at that very point
-        AxPlanPoint begin = points.front();
-        Place beginPlace = places.front();
-        while (next < places.size() && !isLost) {
-            AxPlanFlight flight;
-            if (!isBegunAt)
-                flight.points.push_back(begin);
-            const double away = FromHome(beginPlace);
-            Progress made = Advance(next, beginPlace, away, false);
-            if (made.whole > next) {
-                flight.points.insert(flight.points.end(), Point(next), Point(made.whole));
-                flight.seconds = made.wholeFlown + ToHome(places[made.whole - 1]);
-                next = made.whole;
-                isBegunAt = true;
-                if (next < places.size()) {
-                    begin = points[next];
-                    beginPlace = places[next];
-                }
-            } else {
-                made = Advance(next, beginPlace, away, true);
-                const auto& [at, place, flown] = std::tie(made.at, made.place, made.flown);
-                // The one pass is too long: as far along the leg as the way home allows.
-                const double share = ShareOf(place, places[at], request.aircraft.endurance - flown);
-                const Place end = On(place, places[at], share);
-                if (AxApart(beginPlace.at, end.at) < leastProgress)
-                    return {};
-                flight.points.insert(flight.points.end(), Point(next), Point(at));
-                const AxPlanPoint& before = at > next ? points[at - 1] : begin;
-                begin = Between(before, points[at], end);
-                beginPlace = end;
-                isBegunAt = false;
-                flight.points.push_back(begin);
-                flight.seconds = flown + Seconds(place, end) + ToHome(end);
-                next = at;
-            }
-            flights.push_back(std::move(flight));
-        }
-        GivePhotos(flights);
-        AddWaysHome(flights);
-        return isLost ? std::vector<AxPlanFlight>() : flights;
+        const bool isThree = request.kind == AxPlanRequest::Kind::Area && request.isThreeDirections;
+        const std::size_t parts = isThree && places.size() % 3 == 0 ? 3 : 1;
+        for (std::size_t part = 0; part < parts && !isLost; ++part)
+            SplitPart(places.size() * part / parts, places.size() * (part + 1) / parts);
+        if (isLost)
+            return {};
+        GivePhotos();
+        AddWaysHome();
+        for (AxPlanFlight& flight : flights)
+            Check(flight);
+        return isLost ? std::vector<AxPlanFlight>() : std::move(flights);
     }
 
 private:
@@ -90,14 +69,66 @@ private:
         double wholeFlown = 0.0; // seconds up to there
     };
 
-    /// How far a flight comes from `begin`, `away` seconds from home, by way of the points from `next` on.
+    Place PlaceOf(const AxPlanPoint& point) const
+    {
+        return {plane.ToPlane(QPointF(point.longitude, point.latitude)), point.altitude};
+    }
+
+    /// The points from `next` to before `end`.
+    void SplitPart(std::size_t next, std::size_t end)
+    {
+        bool isBegunAt = true; // the flight begins at the very point that is to be flown to next
+        AxPlanPoint begin = points[next];
+        Place beginPlace = places[next];
+        while (next < end && !isLost) {
+            AxPlanFlight flight;
+            if (!isBegunAt)
+                flight.points.push_back(begin);
+            const double away = FromHome(beginPlace);
+            Progress made = Advance(next, end, beginPlace, away, false);
+            if (made.whole > next) {
+                flight.points.insert(flight.points.end(), Point(next), Point(made.whole));
+                flight.seconds = made.wholeFlown + ToHome(places[made.whole - 1]);
+                next = made.whole;
+                isBegunAt = true;
+                ends.push_back(places[next - 1].along);
+                if (next < end) {
+                    begin = points[next];
+                    beginPlace = places[next];
+                }
+            } else {
+                made = Advance(next, end, beginPlace, away, true);
+                const auto& [at, place, flown] = std::tie(made.at, made.place, made.flown);
+                // The one pass is too long: as far along the leg as the way home allows.
+                const double share = ShareOf(place, places[at], request.aircraft.endurance - flown);
+                const Place cut = On(place, places[at], share);
+                if (AxApart(beginPlace.at, cut.at) < leastProgress) {
+                    isLost = true;
+                    return;
+                }
+                flight.points.insert(flight.points.end(), Point(next), Point(at));
+                const AxPlanPoint& before = at > next ? points[at - 1] : begin;
+                begin = Between(before, points[at], cut);
+                beginPlace = cut;
+                isBegunAt = false;
+                flight.points.push_back(begin);
+                flight.seconds = flown + Seconds(place, cut) + ToHome(cut);
+                next = at;
+                ends.push_back(cut.along);
+            }
+            flights.push_back(std::move(flight));
+        }
+    }
+
+    /// How far a flight comes from `begin`, `away` seconds from home, by way of the points from `next` to
+    /// before `end`.
     /// The ends of passes leave time for the way home; the last place does so only if isExact, because ways
     /// round zones take long to find.
-    Progress Advance(std::size_t next, const Place& begin, double away, bool isExact)
+    Progress Advance(std::size_t next, std::size_t end, const Place& begin, double away, bool isExact)
     {
         Progress made{next, begin, away, next, away};
-        std::vector<std::pair<std::size_t, double>> ends; // of passes, and the seconds up to there
-        for (; made.at < places.size(); ++made.at) {
+        std::vector<std::pair<std::size_t, double>> passEnds; // and the seconds up to there
+        for (; made.at < end; ++made.at) {
             const Place& to = places[made.at];
             const double leg = Seconds(made.place, to);
             const double back = isExact ? ToHome(to) : SecondsHome({}, to, home);
@@ -105,15 +136,15 @@ private:
                 break;
             made.flown += leg;
             made.place = to;
-            if (points[made.at].role == Role::PassEnd || made.at + 1 == places.size())
-                ends.emplace_back(made.at, made.flown);
+            if (points[made.at].role == Role::PassEnd || made.at + 1 == end)
+                passEnds.emplace_back(made.at, made.flown);
         }
-        while (!ends.empty() &&
-               ends.back().second + ToHome(places[ends.back().first]) > request.aircraft.endurance)
-            ends.pop_back();
-        if (!ends.empty()) {
-            made.whole = ends.back().first + 1;
-            made.wholeFlown = ends.back().second;
+        while (!passEnds.empty() &&
+               passEnds.back().second + ToHome(places[passEnds.back().first]) > request.aircraft.endurance)
+            passEnds.pop_back();
+        if (!passEnds.empty()) {
+            made.whole = passEnds.back().first + 1;
+            made.wholeFlown = passEnds.back().second;
         }
         return made;
     }
@@ -124,7 +155,8 @@ private:
     }
     static Place On(const Place& from, const Place& to, double share)
     {
-        return {AxBetween(from.at, to.at, share), from.altitude + share * (to.altitude - from.altitude)};
+        return {AxBetween(from.at, to.at, share), from.altitude + share * (to.altitude - from.altitude),
+                from.along + share * (to.along - from.along)};
     }
     double Seconds(const Place& from, const Place& to) const
     {
@@ -161,13 +193,13 @@ private:
         return seconds;
     }
 
-    void AddWaysHome(std::vector<AxPlanFlight>& flights)
+    void AddWaysHome()
     {
         if (!request.home || !homeLegs.MayBend())
             return;
         for (AxPlanFlight& flight : flights) {
             const auto along = [&](const AxPlanPoint& end, bool isBack) {
-                const Place place{plane.ToPlane(QPointF(end.longitude, end.latitude)), end.altitude};
+                const Place place = PlaceOf(end);
                 std::vector<AxPlanPoint> corners;
                 for (const CAxPoint2D& corner : isBack ? WayBetween(place, home) : WayBetween(home, place)) {
                     const QPointF at = plane.ToLngLat(corner);
@@ -203,32 +235,61 @@ private:
                 isOnPass ? before.pass : -1};
     }
 
-    /// In their order: those of a pass that two flights share go by the place where the first one ends.
-    void GivePhotos(std::vector<AxPlanFlight>& flights) const
+    /// Each to the flight that comes by its place.
+    void GivePhotos()
     {
-        std::size_t photo = 0;
-        for (std::size_t i = 0; i < flights.size(); ++i) {
-            const AxPlanPoint& end = flights[i].points.back();
-            const bool isCut = i + 1 < flights.size() && end.role == Role::OnPass;
-            const CAxPoint2D endPlace = plane.ToPlane(QPointF(end.longitude, end.latitude));
-            int lastPass = -1;
-            for (const AxPlanPoint& point : flights[i].points)
-                lastPass = std::max(lastPass, point.pass);
-            for (; photo < plan.photos.size(); ++photo) {
-                const AxPlanPhoto& taken = plan.photos[photo];
-                if (i + 1 < flights.size() &&
-                    (taken.pass > lastPass || (isCut && taken.pass == lastPass && IsBeyond(taken, endPlace))))
-                    break;
-                flights[i].photos.push_back(taken);
-            }
+        std::size_t flight = 0;
+        std::size_t leg = 0; // that the photo before was taken on
+        for (const AxPlanPhoto& photo : plan.photos) {
+            const double along = AlongOf(photo, leg);
+            while (flight + 1 < flights.size() && along > ends[flight] + rounding)
+                ++flight;
+            flights[flight].photos.push_back(photo);
         }
     }
 
-    bool IsBeyond(const AxPlanPhoto& photo, const CAxPoint2D& end) const
+    /// Metres from the start of the route to a photo, whose leg is the one given or a later one: a pass may
+    /// come by the same place twice, and a circle begins where it ends.
+    double AlongOf(const AxPlanPhoto& photo, std::size_t& leg) const
     {
         const CAxPoint2D at = plane.ToPlane(QPointF(photo.longitude, photo.latitude));
-        const double heading = DegreeToRadians(photo.heading);
-        return (at.x() - end.x()) * std::sin(heading) + (at.y() - end.y()) * std::cos(heading) > 0.0;
+        while (leg + 1 < points.size() && points[leg].pass < photo.pass)
+            ++leg;
+        double along = places[leg].along;
+        double least = std::numeric_limits<double>::max();
+        for (std::size_t i = leg; i + 1 < points.size() && points[i].pass == photo.pass; ++i) {
+            const CAxPoint2D from = places[i].at;
+            const CAxPoint2D to = places[i + 1].at;
+            const double length = AxApart(from, to);
+            const double ahead =
+                (at.x() - from.x()) * (to.x() - from.x()) + (at.y() - from.y()) * (to.y() - from.y());
+            const double share = length > 0.0 ? std::clamp(ahead / (length * length), 0.0, 1.0) : 0.0;
+            const double away = AxApart(at, AxBetween(from, to, share));
+            if (away < least) {
+                least = away;
+                along = places[i].along + share * length;
+                leg = i;
+            }
+            if (away < rounding)
+                break;
+        }
+        return along;
+    }
+
+    void Check(AxPlanFlight& flight)
+    {
+        std::vector<AxRoutePlace> way;
+        const auto add = [&way](const Place& place) {
+            const double along = way.empty() ? 0.0 : way.back().along + AxApart(way.back().place, place.at);
+            way.push_back({place.at, Role::Turn, -1, along, place.altitude});
+        };
+        if (request.home)
+            add({home.at, flight.points.front().altitude});
+        for (const AxPlanPoint& point : flight.points)
+            add(PlaceOf(point));
+        if (request.home)
+            add({home.at, flight.points.back().altitude});
+        flight.warnings = AxCheckWay(request, plane, zones, way).warnings;
     }
 
     const AxPlanRequest& request;
@@ -239,7 +300,9 @@ private:
     std::vector<AxPlanPoint> points; // of the route without its ways from and to home
     std::vector<Place> places;       // of these points
     Place home;
-    bool isLost = false; // for some place no way from or to home was found
+    std::vector<AxPlanFlight> flights;
+    std::vector<double> ends; // metres along the route, of the flights
+    bool isLost = false;      // for some place no way from or to home was found, or it is too far
 };
 } // namespace
 

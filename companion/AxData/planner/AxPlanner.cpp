@@ -3,11 +3,11 @@
 #include <AxAlgorthm/AxMath.h>
 #include <AxData/planner/AxGroundSpeed.h>
 #include <AxData/planner/AxHomeLegs.h>
-#include <AxData/planner/AxPlanAltitudes.h>
 #include <AxData/planner/AxPlanCheck.h>
 #include <AxData/planner/AxPlanner.h>
 #include <AxData/planner/AxPlanPasses.h>
 #include <AxData/planner/AxTurn.h>
+#include <AxData/planner/AxWayCheck.h>
 
 #include <QCoreApplication>
 
@@ -182,16 +182,6 @@ private:
         return way.corners;
     }
 
-    void WarnOfZones(const Route& flown)
-    {
-        double reach = 0.0;
-        for (const AxRoutePlace& place : flown)
-            reach = std::max(reach, std::hypot(place.place.x(), place.place.y()));
-        zones.Reach(reach);
-        const std::vector<AxPlanWarning> met = zones.WarningsOn(flown);
-        result.warnings.insert(result.warnings.end(), met.begin(), met.end());
-    }
-
     bool Take(const Route& passes)
     {
         const Route route = WithHomeLegs(passes);
@@ -213,9 +203,8 @@ private:
                 figures.length += climb;
                 figures.seconds += climb / request.aircraft.speed;
             }
-        WarnOfZones(route);
         figures.turns += std::max(0, figures.passes - passesBefore - 1);
-        const AxAboveGround above = AxLookBelow(request, plane, route);
+        const AxAboveGround above = AxCheckWay(request, plane, zones, route);
         result.warnings.insert(result.warnings.end(), above.warnings.begin(), above.warnings.end());
         if (above.looks > 0) {
             figures.leastHeight = looks == 0 ? above.least : std::min(figures.leastHeight, above.least);

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <AxData/planner/AxPlanAltitudes.h>
+#include <AxData/planner/AxZonesAround.h>
+
+/// What the pilot ought to know of the places that a way leads through: the no-fly zones, then the ground.
+AxAboveGround AxCheckWay(const AxPlanRequest& request, const AxPlanPlane& plane, AxZonesAround& zones,
+                         const std::vector<AxRoutePlace>& way);
