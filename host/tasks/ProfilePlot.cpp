@@ -35,9 +35,12 @@ double Kilometres(const ProfilePlace& place)
     return place.along / metresPerKilometre;
 }
 
-void Keep(QCPAxis* axis, const QCPRange& all, double least)
+// What the pilot looks at stays; a new line that reaches further is shown whole where the former one was.
+void Keep(QCPAxis* axis, const QCPRange& allBefore, const QCPRange& all, double least)
 {
     const QCPRange now = axis->range();
+    if (now == allBefore)
+        return axis->setRange(all);
     const double size = std::clamp(now.size(), std::min(least, all.size()), all.size());
     const QCPRange wide(now.center() - size / 2.0, now.center() + size / 2.0);
     const QCPRange kept = wide.bounded(all.lower, all.upper);
@@ -90,9 +93,9 @@ ProfilePlot::ProfilePlot(QWidget* parent)
     cursorLine->setLayer(QStringLiteral("overlay"));
 
     connect(xAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
-            [this] { Keep(xAxis, allKeys, leastKilometres); });
+            [this] { Keep(xAxis, allKeys, allKeys, leastKilometres); });
     connect(yAxis, qOverload<const QCPRange&>(&QCPAxis::rangeChanged), this,
-            [this] { Keep(yAxis, allValues, leastMetres); });
+            [this] { Keep(yAxis, allValues, allValues, leastMetres); });
     UseColors();
     Show({}, 0.0, false);
 }
@@ -104,7 +107,7 @@ QSize ProfilePlot::sizeHint() const
 
 QSize ProfilePlot::minimumSizeHint() const
 {
-    return {160, 90};
+    return {240, 150};
 }
 
 void ProfilePlot::Show(ProfileLine shown, double clearance, bool keepsView)
@@ -123,14 +126,15 @@ void ProfilePlot::Show(ProfileLine shown, double clearance, bool keepsView)
     }
     const bool isEmpty = line.places.empty();
     const double free = isEmpty ? 0.0 : std::max(leastFree, freeShare * (highest - lowest));
+    const QCPRange keysBefore = allKeys, valuesBefore = allValues;
     allKeys = isEmpty ? QCPRange(0.0, 1.0)
                       : QCPRange(0.0, std::max(leastKilometres, Kilometres(line.places.back())));
     allValues = isEmpty ? QCPRange(0.0, 100.0) : QCPRange(lowest - free, highest + free);
     FillGraphs(clearance);
     UseColors();
     if (keepsView) {
-        Keep(xAxis, allKeys, leastKilometres);
-        Keep(yAxis, allValues, leastMetres);
+        Keep(xAxis, keysBefore, allKeys, leastKilometres);
+        Keep(yAxis, valuesBefore, allValues, leastMetres);
     } else {
         ShowAll();
     }
