@@ -23,9 +23,7 @@ bool CAxExtendedTaskParam::SetEndurance(double seconds)
 void CAxExtendedTaskParam::Complete(AxPlanRequest& request, ECameraType camera) const
 {
     if (!m_cameraName.isEmpty())
-        for (const AxListedCamera& listed : AxCameraList())
-            if (listed.type == camera && listed.camera.name == m_cameraName)
-                request.camera = listed.camera;
+        request.camera = AxCameraOfType(camera, m_cameraName);
     if (m_keepsOverlap && request.heights == AxPlanRequest::Heights::Terrain)
         request.heights = AxPlanRequest::Heights::KeepOverlap;
     request.windSpeed = m_windSpeed;

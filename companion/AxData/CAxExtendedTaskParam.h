@@ -24,8 +24,8 @@ public:
     ETaskType GetTaskType() const { return m_taskType; }
     void SetTaskType(ETaskType type) { m_taskType = type; }
 
-    /// The camera by its name in the list of cameras; empty, or one of another type, leaves it to the first
-    /// of the block's camera type.
+    /// The camera by its name in the list of cameras; empty, or one that the list has of another type, leaves
+    /// it to the first of the block's camera type. Without the name in the list nothing is planned.
     QString GetCameraName() const { return m_cameraName; }
     void SetCameraName(const QString& name) { m_cameraName = name; }
 

@@ -243,6 +243,18 @@
 <context>
     <name>AxPlanner</name>
     <message>
+        <source>There is no list of cameras %1: routes are planned for a full-frame camera of 35 mm.</source>
+        <translation>没有相机列表 %1：航线按 35 mm 全画幅相机规划。</translation>
+    </message>
+    <message>
+        <source>%1: no camera has the &quot;name&quot; %2 and the &quot;type&quot; %3.</source>
+        <translation>%1：没有“name”为 %2 且“type”为 %3 的相机。</translation>
+    </message>
+    <message>
+        <source>%1: no camera has the &quot;type&quot; %2.</source>
+        <translation>%1：没有“type”为 %2 的相机。</translation>
+    </message>
+    <message>
         <source>Camera %1: &quot;%2&quot; is missing or wrong.</source>
         <translation>相机 %1：“%2”缺失或错误。</translation>
     </message>

@@ -877,7 +877,7 @@ TEST(PlanCameras, NoOtherCameraStandsForOneThatTheFileLacks)
                 {CameraThermal, "", list, "thermal"},
                 {CameraThermal, "A", list, "thermal"},
                 {CameraApsC, "B", list, "B"},
-                {static_cast<ECameraType>(42), "", list, "42"},
+                {static_cast<ECameraType>(15), "", list, "15"},
                 {CameraApsC, "A", QByteArray(list).replace("23.5", "0"), "sensor"}};
     for (const auto& row : rows) {
         QFile file(path);

@@ -1,6 +1,7 @@
 #include <AxData/planner/AxPlanCameras.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -23,6 +24,13 @@ QString Fault(int number, const char* field)
 {
     return QCoreApplication::translate("AxPlanner", "Camera %1: \"%2\" is missing or wrong.")
         .arg(QString::number(number), QLatin1String(field));
+}
+
+/// As the file writes it; projects made elsewhere may have types that no list knows.
+QString TypeName(ECameraType type)
+{
+    const auto index = static_cast<std::size_t>(type);
+    return index < typeNames.size() ? QString(QLatin1String(typeNames[index])) : QString::number(type);
 }
 
 bool ReadPositive(const QJsonValue& value, double& number)
@@ -66,17 +74,21 @@ QString ReadCamera(const QJsonObject& object, int number, AxListedCamera& listed
     return {};
 }
 
-QList<AxListedCamera> ListBesideTheProgram()
+const AxCameraFile& FileBesideTheProgram()
 {
-    QList<AxListedCamera> cameras;
-    QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/cameras.json"));
-    if (!file.exists())
-        return cameras;
-    const QString fault =
-        file.open(QIODevice::ReadOnly) ? AxReadCameras(file.readAll(), cameras) : file.errorString();
-    if (!fault.isEmpty())
-        qCWarning(logCameras).noquote() << file.fileName() + QStringLiteral(": ") + fault;
-    return cameras;
+    static const AxCameraFile read = [] {
+        AxCameraFile file =
+            AxReadCameraFile(QCoreApplication::applicationDirPath() + QStringLiteral("/cameras.json"));
+        if (!file.isThere)
+            qCInfo(logCameras).noquote()
+                << QCoreApplication::translate("AxPlanner", "There is no list of cameras %1: routes are "
+                                                            "planned for a full-frame camera of 35 mm.")
+                       .arg(file.path);
+        else if (!file.fault.isEmpty())
+            qCWarning(logCameras).noquote() << file.fault;
+        return file;
+    }();
+    return read;
 }
 } // namespace
 
@@ -103,16 +115,55 @@ QString AxReadCameras(const QByteArray& json, QList<AxListedCamera>& cameras)
     return {};
 }
 
-const QList<AxListedCamera>& AxCameraList()
+AxCameraFile AxReadCameraFile(const QString& path)
 {
-    static const QList<AxListedCamera> cameras = ListBesideTheProgram();
-    return cameras;
+    AxCameraFile read;
+    read.path = QDir::toNativeSeparators(path);
+    QFile file(path);
+    read.isThere = file.exists();
+    if (!read.isThere)
+        return read;
+    const QString fault =
+        file.open(QIODevice::ReadOnly) ? AxReadCameras(file.readAll(), read.cameras) : file.errorString();
+    if (!fault.isEmpty())
+        read.fault = read.path + QStringLiteral(": ") + fault;
+    return read;
 }
 
-AxPlanCamera AxCameraOfType(ECameraType type)
+AxPlanCamera AxCameraIn(const AxCameraFile& file, ECameraType type, const QString& name)
 {
-    const QList<AxListedCamera>& cameras = AxCameraList();
-    const auto found = std::find_if(cameras.begin(), cameras.end(),
-                                    [type](const AxListedCamera& listed) { return listed.type == type; });
-    return found == cameras.end() ? AxPlanCamera() : found->camera;
+    const AxListedCamera* first = nullptr;
+    bool isNamed = name.isEmpty();
+    for (const AxListedCamera& listed : file.cameras) {
+        const bool hasName = listed.camera.name == name;
+        if (listed.type == type && hasName)
+            return listed.camera;
+        isNamed = isNamed || hasName;
+        if (listed.type == type && !first)
+            first = &listed;
+    }
+    if (first && isNamed)
+        return first->camera;
+    AxPlanCamera camera;
+    const QString typeName = TypeName(type);
+    if (!file.fault.isEmpty())
+        camera.fault = file.fault;
+    else if (!isNamed)
+        camera.fault =
+            QCoreApplication::translate("AxPlanner", "%1: no camera has the \"name\" %2 and the \"type\" %3.")
+                .arg(file.path, name, typeName);
+    else if (file.isThere)
+        camera.fault = QCoreApplication::translate("AxPlanner", "%1: no camera has the \"type\" %2.")
+                           .arg(file.path, typeName);
+    return camera;
+}
+
+const QList<AxListedCamera>& AxCameraList()
+{
+    return FileBesideTheProgram().cameras;
+}
+
+AxPlanCamera AxCameraOfType(ECameraType type, const QString& name)
+{
+    return AxCameraIn(FileBesideTheProgram(), type, name);
 }

@@ -22,9 +22,24 @@ struct AXDATA_EXPORT AxListedCamera
 /// empty.
 AXDATA_EXPORT QString AxReadCameras(const QByteArray& json, QList<AxListedCamera>& cameras);
 
+/// A file with such a list.
+struct AXDATA_EXPORT AxCameraFile
+{
+    QString path;         ///< of the file
+    bool isThere = false; ///< it exists
+    QString fault;        ///< for people, with the file and what is wrong in it; empty when it is good
+    QList<AxListedCamera> cameras; ///< empty where there is no file or a bad one
+};
+AXDATA_EXPORT AxCameraFile AxReadCameraFile(const QString& path);
+
+/// The camera of a type and a name in a file; the first one of the type without a name, or with one of
+/// another type. Where there is no file and no name, a plain one. A camera that is not to be had is never
+/// replaced by another: its fault says what the file lacks.
+AXDATA_EXPORT AxPlanCamera AxCameraIn(const AxCameraFile& file, ECameraType type, const QString& name = {});
+
 /// The list that all plans take their cameras from: "cameras.json" beside the program, read once. Where there
-/// is none, or a bad one (which is logged), it is empty. GUI thread.
+/// is none, or a bad one, it is empty, and the log says so. GUI thread.
 AXDATA_EXPORT const QList<AxListedCamera>& AxCameraList();
 
-/// The first camera of a type in that list, or a plain one.
-AXDATA_EXPORT AxPlanCamera AxCameraOfType(ECameraType type);
+/// AxCameraIn() that file. GUI thread.
+AXDATA_EXPORT AxPlanCamera AxCameraOfType(ECameraType type, const QString& name = {});

@@ -42,6 +42,8 @@ QString AxPlanFault(const AxPlanRequest& request)
 {
     using Kind = AxPlanRequest::Kind;
     constexpr double farthest = 1e6; // metres
+    if (!request.camera.fault.isEmpty())
+        return request.camera.fault;
     if (static_cast<std::size_t>(request.outline.size()) < LeastPoints(request.kind))
         return Text(QT_TRANSLATE_NOOP("AxPlanner", "The area has too few points."));
     QList<QList<QPointF>> rings = request.holes;

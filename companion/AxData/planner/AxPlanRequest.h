@@ -20,6 +20,7 @@ struct AXDATA_EXPORT AxPlanCamera
     int imageWidth = 7952;         ///< pixels, across the flight
     int imageHeight = 5304;        ///< pixels, along the flight
     double shortestInterval = 1.0; ///< seconds between two photos
+    QString fault = {};            ///< for people: why nothing can be planned with it; empty when it can
 
     /// Metres of ground that a pixel shows from so many metres above it.
     double SampleFrom(double height) const { return height * sensorWidth / (focalLength * imageWidth); }
@@ -48,7 +49,7 @@ using AxPlanGround = std::function<std::optional<double>(double longitude, doubl
 /// An area that nobody may fly into, at any height.
 struct AXDATA_EXPORT AxPlanZone
 {
-    QString name;        ///< as people know it
+    QString name;        ///< by which people know it: zone files give ids
     QList<QPointF> ring; ///< (longitude, latitude) in degrees; encloses what the even-odd rule says
 };
 
