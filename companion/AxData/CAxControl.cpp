@@ -28,11 +28,13 @@ template <typename Given> Given LastOf(const std::vector<std::pair<const void*, 
     return all.empty() ? Given() : all.back().second;
 }
 
-template <typename Given> void RemoveFrom(std::vector<std::pair<const void*, Given>>& all, const void* giver)
+template <typename Given> bool RemoveFrom(std::vector<std::pair<const void*, Given>>& all, const void* giver)
 {
-    all.erase(
-        std::remove_if(all.begin(), all.end(), [giver](const auto& known) { return known.first == giver; }),
-        all.end());
+    const auto rest =
+        std::remove_if(all.begin(), all.end(), [giver](const auto& known) { return known.first == giver; });
+    const bool wasThere = rest != all.end();
+    all.erase(rest, all.end());
+    return wasThere;
 }
 } // namespace
 
@@ -68,13 +70,15 @@ AxPlanGround CAxControl::GetGround() const
 
 void CAxControl::SetGround(AxPlanGround ground, const void* giver)
 {
-    RemoveGround(giver);
+    RemoveFrom(m_grounds, giver);
     m_grounds.emplace_back(giver, std::move(ground));
+    emit planBasisChanged();
 }
 
 void CAxControl::RemoveGround(const void* giver)
 {
-    RemoveFrom(m_grounds, giver);
+    if (RemoveFrom(m_grounds, giver))
+        emit planBasisChanged();
 }
 
 AxPlanZones CAxControl::GetZones() const
@@ -84,11 +88,13 @@ AxPlanZones CAxControl::GetZones() const
 
 void CAxControl::SetZones(AxPlanZones zones, const void* giver)
 {
-    RemoveZones(giver);
+    RemoveFrom(m_zones, giver);
     m_zones.emplace_back(giver, std::move(zones));
+    emit planBasisChanged();
 }
 
 void CAxControl::RemoveZones(const void* giver)
 {
-    RemoveFrom(m_zones, giver);
+    if (RemoveFrom(m_zones, giver))
+        emit planBasisChanged();
 }

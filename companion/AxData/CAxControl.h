@@ -33,7 +33,7 @@ public:
 
     /// Heights of the ground for whoever plans a route; empty until somebody gives them: the viewer, from its
     /// map, or a host. Asked on the GUI thread. Of several givers the last one counts; who gave them removes
-    /// them before it goes, and those of the one before count again.
+    /// them before it goes, and those of the one before count again. Who has new ones gives them again.
     AxPlanGround GetGround() const;
     void SetGround(AxPlanGround ground, const void* giver);
     void RemoveGround(const void* giver);
@@ -50,6 +50,9 @@ public:
 signals:
     /// Sent when the modified flag changes.
     void projectModifiedChanged(bool modified);
+    /// Sent after heights of the ground or no-fly zones were given or removed: what was planned with the
+    /// former ones may not hold any more.
+    void planBasisChanged();
 
 private:
     CAxControl() = default;

@@ -20,17 +20,26 @@ struct Corner
 {
     QPointF lngLat;
     double altitude = 0.0;
+    bool isFlownTo = true; ///< from the one before
 };
 
 std::vector<Corner> CornersOf(const ShownPlan& shown)
 {
     std::vector<Corner> corners;
-    for (const AxPlanPoint& point : shown.plan.points)
-        corners.push_back({QPointF(point.longitude, point.latitude), point.altitude});
-    // Level from home and back; three directions are flown one by one, from home each.
-    if (shown.request.home && !shown.request.isThreeDirections) {
-        corners.insert(corners.begin(), {*shown.request.home, corners.front().altitude});
-        corners.push_back({*shown.request.home, corners.back().altitude});
+    const std::vector<AxPlanPoint>& points = shown.plan.points;
+    // Three directions are flown one by one.
+    const std::size_t parts = shown.request.isThreeDirections && points.size() % 3 == 0 ? 3 : 1;
+    const std::size_t count = points.size() / parts;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const QPointF place(points[i].longitude, points[i].latitude);
+        const bool isFirst = i % count == 0;
+        const bool isLast = i % count == count - 1;
+        // Level from home and back.
+        if (isFirst && shown.request.home)
+            corners.push_back({*shown.request.home, points[i].altitude, false});
+        corners.push_back({place, points[i].altitude, !isFirst || shown.request.home});
+        if (isLast && shown.request.home)
+            corners.push_back({*shown.request.home, points[i].altitude});
     }
     return corners;
 }
@@ -94,14 +103,15 @@ ProfileLine ProfileOf(const ShownPlan& shown, const AxPlanGround& ground, const 
     double length = 0.0;
     for (const Corner& corner : corners) {
         route.push_back(plane.ToPlane(corner.lngLat));
-        length += route.size() > 1 ? AxApart(route[route.size() - 2], route.back()) : 0.0;
+        if (route.size() > 1 && corner.isFlownTo)
+            length += AxApart(route[route.size() - 2], route.back());
     }
     const double step = std::max(closestLooks, length / mostLooks);
 
     double along = 0.0;
     line.places.push_back(PlaceOf(0.0, corners.front().lngLat, corners.front().altitude, ground));
     for (std::size_t i = 0; i + 1 < route.size(); ++i) {
-        const double leg = AxApart(route[i], route[i + 1]);
+        const double leg = corners[i + 1].isFlownTo ? AxApart(route[i], route[i + 1]) : 0.0;
         const int steps = std::max(1, static_cast<int>(std::ceil(leg / step)));
         const double climb = corners[i + 1].altitude - corners[i].altitude;
         for (int k = 1; k <= steps; ++k) {

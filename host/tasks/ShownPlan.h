@@ -12,4 +12,6 @@ struct ShownPlan
     QString taskID;
     AxPlanRequest request;
     AxPlanResult plan;
+    bool hasFigures =
+        true; ///< false where length and passes alone are known: from a file, or planned by a host
 };

@@ -1,4 +1,5 @@
 #include "host/tasks/TaskFigures.h"
+#include "host/tasks/TaskFlights.h"
 
 #include <AxData/planner/AxPlanFlights.h>
 
@@ -48,7 +49,8 @@ QString WarningText(const AxPlanWarning& warning)
 }
 } // namespace
 
-TaskFigures::TaskFigures(QWidget* parent) : QWidget(parent), fault(new QLabel), warnings(new QListWidget)
+TaskFigures::TaskFigures(QWidget* parent)
+    : QWidget(parent), fault(new QLabel), flightList(new TaskFlights), warnings(new QListWidget)
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
@@ -75,12 +77,15 @@ TaskFigures::TaskFigures(QWidget* parent) : QWidget(parent), fault(new QLabel), 
     warnings->setWordWrap(true);
     warnings->setMinimumHeight(fontMetrics().height() * 3);
     warnings->setToolTip(tr("A click flies there"));
+    column->addWidget(flightList);
     column->addWidget(warnings, 1);
+    connect(flightList, &TaskFlights::PlaceWanted, this, &TaskFigures::PlaceWanted);
+    connect(flightList, &TaskFlights::ExportWanted, this, &TaskFigures::FlightExportWanted);
     connect(warnings, &QListWidget::itemClicked, this, [this](const QListWidgetItem* item) {
         if (item->data(Qt::UserRole).isValid())
             emit PlaceWanted(item->data(Qt::UserRole).toPointF());
     });
-    Show(nullptr, false);
+    Show(nullptr);
 }
 
 QLabel* TaskFigures::AddRow(QFormLayout& form, const QString& name)
@@ -93,10 +98,11 @@ QLabel* TaskFigures::AddRow(QFormLayout& form, const QString& name)
     return value;
 }
 
-void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown, bool isFixed)
+void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
 {
     for (QLabel* value : qAsConst(values))
         value->setText(QStringLiteral("-"));
+    flightList->Show({});
     warnings->clear();
     warnings->hide();
     fault->setText(shown ? shown->plan.fault : QString());
@@ -104,7 +110,7 @@ void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown, bool isFix
     if (!shown || !shown->plan.IsPlanned())
         return;
     length->setText(tr("%1 km").arg(Number(shown->plan.figures.length / 1000.0, 2)));
-    if (isFixed) {
+    if (!shown->hasFigures) {
         passes->setText(QLocale().toString(shown->plan.figures.passes));
         return;
     }
@@ -116,7 +122,9 @@ void TaskFigures::ShowFigures(const ShownPlan& shown)
 {
     const AxPlanFigures& figures = shown.plan.figures;
     time->setText(Duration(figures.seconds));
-    const std::size_t count = AxSplitIntoFlights(shown.request, shown.plan).size();
+    const std::vector<AxPlanFlight> parts = AxSplitIntoFlights(shown.request, shown.plan);
+    flightList->Show(parts);
+    const std::size_t count = parts.size();
     const double minutes = shown.request.aircraft.endurance / 60.0;
     flights->setText(count > 0 ? tr("%1 of at most %2 min").arg(count).arg(Number(minutes, 0))
                                : tr("too far for flights of %1 min").arg(Number(minutes, 0)));

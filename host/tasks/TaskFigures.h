@@ -10,6 +10,7 @@
 class QFormLayout;
 class QLabel;
 class QListWidget;
+class TaskFlights;
 
 /// What a planned route amounts to, and what its pilot is warned of. GUI thread.
 class TaskFigures : public QWidget
@@ -18,12 +19,14 @@ class TaskFigures : public QWidget
 public:
     explicit TaskFigures(QWidget* parent = nullptr);
 
-    /// Null shows none. A route that was read from a file has a length and no other figures.
-    void Show(const std::shared_ptr<const ShownPlan>& shown, bool isFixed);
+    /// Null shows none.
+    void Show(const std::shared_ptr<const ShownPlan>& shown);
 
 signals:
-    /// A warning was clicked: longitude, latitude of what it is about.
+    /// A warning or a flight was clicked: longitude, latitude of what it is about.
     void PlaceWanted(const QPointF& place);
+    /// That flight, counted from 0, is to be written to a file.
+    void FlightExportWanted(int flight);
 
 private:
     QLabel* AddRow(QFormLayout& form, const QString& name);
@@ -41,5 +44,6 @@ private:
     QLabel* area;
     QLabel* sample;
     QLabel* aboveGround;
+    TaskFlights* flightList;
     QListWidget* warnings;
 };

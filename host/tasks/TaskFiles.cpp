@@ -56,7 +56,8 @@ void Tell(QWidget* window, const QString& title, const QString& text, const QStr
     box.exec();
 }
 
-AxExported Write(Format format, const ShownPlan& shown, const QString& name, const AxMission* fixed)
+AxExported Write(Format format, const ShownPlan& shown, const QString& name,
+                 const std::optional<AxMission>& fixed)
 {
     const AxPlanResult& route = shown.plan;
     const AxPlanRequest& request = shown.request;
@@ -93,14 +94,12 @@ QString FileNameOf(const QString& name)
 }
 } // namespace
 
-QString TaskFiles::Export(QWidget* window, const ShownPlan& shown, const QString& name,
-                          const AxMission* fixed)
+QString TaskFiles::Export(QWidget* window, const Wanted& wanted)
 {
     QList<Row> formats;
     QStringList filters;
     for (const Row& row : Formats()) {
-        const bool isSurvey = row.format == Format::Survey;
-        if (isSurvey && (fixed || shown.request.kind != AxPlanRequest::Kind::Area))
+        if (row.format == Format::Survey && !wanted.isWholeArea)
             continue;
         formats += row;
         filters += row.filter;
@@ -112,13 +111,18 @@ QString TaskFiles::Export(QWidget* window, const ShownPlan& shown, const QString
     dialog.setDefaultSuffix(formats.constFirst().suffix);
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
                      [&](const QString& filter) { dialog.setDefaultSuffix(chosen(filter).suffix); });
-    dialog.selectFile(FileNameOf(name));
+    dialog.selectFile(FileNameOf(wanted.name));
     if (dialog.exec() != QDialog::Accepted)
         return {};
     const QString file = dialog.selectedFiles().constFirst();
-    const AxExported written = Write(chosen(dialog.selectedNameFilter()).format, shown, name, fixed);
-    QString error = written.fault;
-    if (!error.isEmpty() || !AxSaveExport(file, written.data, error)) {
+    QString error;
+    const std::shared_ptr<const ShownPlan> shown = wanted.route(error);
+    AxExported written;
+    if (shown) {
+        written = Write(chosen(dialog.selectedNameFilter()).format, *shown, wanted.name, wanted.fixed);
+        error = written.fault;
+    }
+    if (!shown || !error.isEmpty() || !AxSaveExport(file, written.data, error)) {
         Tell(window, tr("Export route"), tr("The route was not written."), {error});
         return {};
     }

@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 
+#include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -15,11 +17,19 @@ class TaskFiles
 {
     Q_DECLARE_TR_FUNCTIONS(TaskFiles)
 public:
+    /// What is to be written.
+    struct Wanted
+    {
+        QString name;
+        /// Called once a file is chosen, because the records may change while it is. Null for nothing;
+        /// `fault` then says why.
+        std::function<std::shared_ptr<const ShownPlan>(QString& fault)> route;
+        std::optional<AxMission> fixed; ///< when the route was read from a file
+        bool isWholeArea = false;       ///< a survey of an area, and no part of one
+    };
     /// Asks for a file and writes the route. The operator is told what the format cannot say, and why nothing
-    /// was written. The name of the file; empty when nothing was written. `fixed` is the
-    /// mission when the route was read from a file, else null.
-    static QString Export(QWidget* window, const ShownPlan& shown, const QString& name,
-                          const AxMission* fixed);
+    /// was written. The name of the file; empty when nothing was written.
+    static QString Export(QWidget* window, const Wanted& wanted);
 
     /// A mission as it was read and its points.
     struct Read

@@ -2,6 +2,9 @@
 #include <AxData/CAxTask.h>
 #include <AxData/exchange/AxMission.h>
 
+/// A route through these points, with its length and its passes; the other figures are not known.
+AxPlanResult PlanThrough(std::vector<AxPlanPoint> points);
+
 /// A task whose route was read from a file and follows from no parameters. GUI thread.
 class TaskFromFile : public CAxTask
 {
@@ -10,7 +13,7 @@ public:
     TaskFromFile(const QString& id, const QString& name, AxMission read, std::vector<AxPlanPoint> points);
 
     const AxMission& Mission() const { return mission; }
-    /// Points and length; the other figures are not known.
+    /// By PlanThrough().
     const AxPlanResult& Plan() const { return plan; }
 
     QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,

@@ -1,6 +1,8 @@
 #include "host/tasks/TaskPanel.h"
+#include "host/tasks/BlockOfRoute.h"
+#include "host/tasks/HomeClick.h"
 #include "host/tasks/TaskFigures.h"
-#include "host/tasks/TaskFiles.h"
+#include "host/tasks/TaskFlights.h"
 #include "host/tasks/TaskFromFile.h"
 #include "host/tasks/TaskParameters.h"
 #include "host/tasks/TaskRoutes.h"
@@ -14,13 +16,10 @@
 #include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
 
-#include <osgEarth/GeoData>
 #include <osgEarth/Viewpoint>
 
 #include <QAction>
-#include <QApplication>
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -35,10 +34,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace {
-// A tool of the host: the viewer draws and picks nothing with it.
-constexpr EToolType homeTool = ToolHost20;
 constexpr int flownRestMs = 30;
 constexpr double nearbyRange = 800.0; // metres
 constexpr double nearbyPitch = -50.0; // degrees
@@ -68,10 +66,10 @@ QString FreeName(const CAxBlock& block, const QString& name)
 } // namespace
 
 TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
-    : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)), title(new QLabel),
-      list(new QListWidget), parameters(new TaskParameters), figures(new TaskFigures),
-      flown(new QSlider(Qt::Horizontal)), add(new QAction(tr("&Add task"), this)),
-      remove(new QAction(tr("&Delete task..."), this)),
+    : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)),
+      homeClick(new HomeClick(viewer, this)), title(new QLabel), list(new QListWidget),
+      parameters(new TaskParameters), figures(new TaskFigures), flown(new QSlider(Qt::Horizontal)),
+      add(new QAction(tr("&Add task"), this)), remove(new QAction(tr("&Delete task..."), this)),
       exportRoute(new QAction(tr("&Export route..."), this)),
       importRoute(new QAction(tr("&Import route..."), this))
 {
@@ -108,9 +106,8 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     column->addWidget(BuildFlown());
 
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &TaskPanel::OnCurrentBlock);
-    connect(viewer->getManipulator(),
-            QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
-            &TaskPanel::OnMapClicked);
+    connect(homeClick, &HomeClick::Wanted, this, &TaskPanel::OnHomeWanted);
+    connect(homeClick, &HomeClick::Done, parameters, &TaskParameters::ShowPlaces);
     const CAxBlockManager* records = &CAxBlockManager::instance();
     connect(records, &CAxBlockManager::blockDeleted, this, [this](const QString& id) {
         if (id == blockID)
@@ -130,15 +127,20 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     });
     connect(routes, &TaskRoutes::Planned, this, &TaskPanel::OnPlanned);
     connect(routes, &TaskRoutes::EntryClicked, this, &TaskPanel::OnEntryClicked);
-    connect(parameters, &TaskParameters::HomeWanted, this, &TaskPanel::SetHomeWanted);
+    connect(parameters, &TaskParameters::HomeWanted, this, [this](bool wanted) {
+        homeClick->Want(wanted ? blockID : QString());
+        parameters->ShowSettingHome(homeClick->IsWanted());
+    });
     connect(figures, &TaskFigures::PlaceWanted, this, &TaskPanel::FlyTo);
+    connect(figures, &TaskFigures::FlightExportWanted, this, &TaskPanel::ExportFlight);
     ShowBlock({});
 }
 
 TaskPanel::~TaskPanel()
 {
-    // Its end is told to nobody who is half gone.
+    // Their ends are told to nobody who is half gone.
     disconnect(routes, nullptr, this, nullptr);
+    disconnect(homeClick, nullptr, this, nullptr);
 }
 
 void TaskPanel::BuildList()
@@ -198,8 +200,11 @@ QWidget* TaskPanel::BuildFlown()
         if (!flownRest.isActive())
             flownRest.start();
     });
-    connect(&flownRest, &QTimer::timeout, this,
-            [this] { routes->ShowFlown(blockID, ChosenID(), flown->value()); });
+    connect(&flownRest, &QTimer::timeout, this, [this] {
+        flownBlock = blockID;
+        flownTask = ChosenID();
+        routes->ShowFlown(blockID, flownTask, flown->value());
+    });
     connect(reset, &QPushButton::clicked, this, [this] {
         {
             const QSignalBlocker quiet(flown);
@@ -230,13 +235,13 @@ CAxTask* TaskPanel::Chosen() const
 
 void TaskPanel::OnCurrentBlock(const QString& id)
 {
-    if (!isSettingHome && id != blockID && HasTasks(CAxBlockManager::instance().GetBlock(id)))
+    if (!homeClick->IsWanted() && id != blockID && HasTasks(CAxBlockManager::instance().GetBlock(id)))
         ShowBlock(id);
 }
 
 void TaskPanel::ShowBlock(const QString& id)
 {
-    SetHomeWanted(false);
+    homeClick->Want({});
     blockID = id;
     const CAxBlock* block = Block();
     title->setText(block ? tr("Tasks of %1").arg(block->GetBlockName()) : tr("No block is chosen"));
@@ -280,13 +285,15 @@ void TaskPanel::ShowPlan()
     const CAxTask* task = Chosen();
     shown = task ? routes->PlanOf(blockID, task->GetTaskID()) : nullptr;
     const bool isPlanned = shown && shown->plan.IsPlanned();
-    const bool isFixed = dynamic_cast<const TaskFromFile*>(task);
-    figures->Show(shown, isFixed);
-    parameters->ShowFault(shown && !isFixed ? shown->plan.fault : QString());
+    figures->Show(shown);
+    parameters->ShowFault(shown && shown->hasFigures ? shown->plan.fault : QString());
     parameters->ShowPlaces();
     remove->setEnabled(task);
     exportRoute->setEnabled(isPlanned);
     flown->setEnabled(isPlanned);
+    flownRest.stop();
+    if (!flownTask.isEmpty() && flownTask != ChosenID())
+        routes->ShowFlown(flownBlock, std::exchange(flownTask, QString()), -1);
     if (isPlanned) {
         const int count = static_cast<int>(
             std::min<std::size_t>(shown->plan.points.size(), std::numeric_limits<int>::max()));
@@ -318,18 +325,21 @@ void TaskPanel::OnItemChanged(QListWidgetItem* item)
     CAxTask* task = block ? block->GetTask(taskID) : nullptr;
     if (isListing || !task)
         return;
-    routes->SetShown(blockID, taskID, item->checkState() == Qt::Checked);
+    const bool isChecked = item->checkState() == Qt::Checked;
     const QString name = item->text().trimmed();
-    if (name == task->GetTaskName() && name == item->text())
-        return;
     if (name != task->GetTaskName() && HasTaskNamed(*block, name))
         emit Told(tr("The name already exists !"));
     else if (!name.isEmpty() && name != task->GetTaskName()) {
         task->SetTaskName(name);
         CAxControl::GetInstance()->SetProjectModified(true);
     }
-    const QScopedValueRollback<bool> guard(isListing, true);
-    item->setText(task->GetTaskName());
+    {
+        const QScopedValueRollback<bool> guard(isListing, true);
+        item->setText(task->GetTaskName());
+    }
+    // May show a box, during which the list may change.
+    if (isChecked != routes->IsShown(taskID))
+        routes->SetShown(blockID, taskID, isChecked);
 }
 
 void TaskPanel::Add()
@@ -381,17 +391,52 @@ void TaskPanel::Delete()
         ListTasks({});
 }
 
+TaskFiles::Wanted TaskPanel::ToExport(const CAxTask& task) const
+{
+    TaskFiles::Wanted wanted;
+    wanted.name = task.GetTaskName();
+    wanted.route = [this, block = blockID, taskID = task.GetTaskID()](QString& fault) {
+        std::shared_ptr<const ShownPlan> route = routes->PlanNow(block, taskID);
+        fault = route ? route->plan.fault : tr("The task is gone.");
+        return route && route->plan.IsPlanned() ? route : nullptr;
+    };
+    if (const auto* read = dynamic_cast<const TaskFromFile*>(&task))
+        wanted.fixed = read->Mission();
+    wanted.isWholeArea = shown && shown->hasFigures && shown->request.kind == AxPlanRequest::Kind::Area;
+    return wanted;
+}
+
 void TaskPanel::Export()
 {
-    const CAxTask* task = Chosen();
-    if (!task || !shown)
+    if (const CAxTask* task = shown ? Chosen() : nullptr)
+        Write(ToExport(*task));
+}
+
+void TaskPanel::ExportFlight(int number)
+{
+    const CAxTask* task = shown ? Chosen() : nullptr;
+    if (!task)
         return;
-    // Both may change while the dialogs are open.
-    const std::shared_ptr<const ShownPlan> route = shown;
-    std::optional<AxMission> fixed;
-    if (const auto* read = dynamic_cast<const TaskFromFile*>(task))
-        fixed = read->Mission();
-    const QString file = TaskFiles::Export(window(), *route, task->GetTaskName(), fixed ? &*fixed : nullptr);
+    TaskFiles::Wanted wanted = ToExport(*task);
+    wanted.name = tr("%1, flight %2").arg(wanted.name).arg(number + 1);
+    wanted.isWholeArea = false;
+    wanted.route = [former = shown, number, now = wanted.route](QString& fault) {
+        std::shared_ptr<const ShownPlan> route = now(fault);
+        if (!route)
+            return route;
+        const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(route->request, route->plan);
+        if (route != former || number < 0 || flights.size() <= static_cast<std::size_t>(number)) {
+            fault = tr("The route has changed, and with it the flights. Choose one of the new ones.");
+            return std::shared_ptr<const ShownPlan>();
+        }
+        return RouteOf(*route, flights[static_cast<std::size_t>(number)]);
+    };
+    Write(wanted);
+}
+
+void TaskPanel::Write(const TaskFiles::Wanted& wanted)
+{
+    const QString file = TaskFiles::Export(window(), wanted);
     if (!file.isEmpty())
         emit Told(tr("Saved %1").arg(file));
 }
@@ -401,9 +446,7 @@ void TaskPanel::Import()
     std::optional<TaskFiles::Read> read = TaskFiles::Import(window());
     if (!read)
         return;
-    CAxBlock* block = Block();
-    if (!block)
-        block = BlockAround(read->points, read->name);
+    CAxBlock* block = BlockOfRoute(*viewer, Block(), *read);
     if (!block)
         return emit Told(tr("The route cannot be shown."));
     const QString id = block->GetBlockID();
@@ -413,94 +456,21 @@ void TaskPanel::Import()
     viewer->slotFocusBlock(id);
 }
 
-CAxBlock* TaskPanel::BlockAround(const std::vector<AxPlanPoint>& points, const QString& name)
-{
-    double west = 180.0, east = -180.0, south = 90.0, north = -90.0;
-    for (const AxPlanPoint& point : points) {
-        west = std::min(west, point.longitude);
-        east = std::max(east, point.longitude);
-        south = std::min(south, point.latitude);
-        north = std::max(north, point.latitude);
-    }
-    // A straight route has no area by itself.
-    constexpr double least = 1e-3; // degrees
-    const double wide = std::max(0.0, least - (east - west)) / 2.0;
-    const double high = std::max(0.0, least - (north - south)) / 2.0;
-    CAxBlockManager& records = CAxBlockManager::instance();
-    const QString id = CreateUniqueID();
-    CAxBlock* block = records.AddBlock(id, CAxBlock::PolygonBlock);
-    if (!block)
-        return nullptr;
-    if (!records._exist(name))
-        block->SetBlockName(name);
-    block->SetAnchor({{west - wide, south - high},
-                      {east + wide, south - high},
-                      {east + wide, north + high},
-                      {west - wide, north + high}});
-    if (viewer->ImportShapeNode(id))
-        return block;
-    records.DeleteBlock(id);
-    return nullptr;
-}
-
 void TaskPanel::OnEntryClicked(const QString& block, int entry)
 {
     CAxBlock* record = CAxBlockManager::instance().GetBlock(block);
-    if (isSettingHome || !record || record->GetEnterDirection() == entry)
+    if (homeClick->IsWanted() || !record || record->GetEnterDirection() == entry)
         return;
     record->SetEnterDirection(entry);
     CAxControl::GetInstance()->SetProjectModified(true);
     parameters->ShowPlaces();
 }
 
-void TaskPanel::SetHomeWanted(bool wanted)
+void TaskPanel::OnHomeWanted(bool wanted)
 {
-    wanted = wanted && Block() && viewer->getMapNode();
     parameters->ShowSettingHome(wanted);
-    if (wanted == isSettingHome)
-        return;
-    isSettingHome = wanted;
-    if (wanted) {
-        viewer->SetToolType(homeTool);
-        // The keyboard may be in any panel.
-        qApp->installEventFilter(this);
+    if (wanted)
         emit Told(tr("Click home on the map; Escape gives it up."));
-        return;
-    }
-    qApp->removeEventFilter(this);
-    if (viewer->GetToolType() == homeTool)
-        viewer->SetToolType(ToolNavigate);
-    CAxHandleAdapter* object = viewer->FindExistNode(blockID);
-    // The click beside the block has taken the choice from it.
-    if (object && !viewer->GetCurHandleAdapter())
-        viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
-}
-
-bool TaskPanel::eventFilter(QObject* object, QEvent* event)
-{
-    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-    if (!isSettingHome || !isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
-        return QWidget::eventFilter(object, event);
-    SetHomeWanted(false);
-    return true;
-}
-
-void TaskPanel::OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world)
-{
-    if (!isSettingHome)
-        return;
-    if (viewer->GetToolType() != homeTool)
-        return SetHomeWanted(false);
-    CAxBlock* block = Block();
-    osgEarth::GeoPoint place;
-    if (!block || world == osg::Vec3d() || !place.fromWorld(viewer->getSRS()->getGeographicSRS(), world))
-        return;
-    const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
-    const std::optional<double> height = ground ? ground(place.x(), place.y()) : std::nullopt;
-    block->SetHomePosition(CAxVector3D(place.x(), place.y(), height.value_or(lngLatPos.z())), true);
-    // The selection of this very click comes before and after.
-    QTimer::singleShot(0, this, [this] { SetHomeWanted(false); });
-    parameters->ShowPlaces();
 }
 
 void TaskPanel::FlyTo(const QPointF& place)

@@ -1,7 +1,6 @@
 #pragma once
 #include "host/tasks/ShownPlan.h"
-
-#include <osg/Vec3d>
+#include "host/tasks/TaskFiles.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -11,6 +10,7 @@
 class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
+class HomeClick;
 class QAction;
 class QLabel;
 class QListWidget;
@@ -47,9 +47,6 @@ signals:
     /// Something that the status bar shows.
     void Told(const QString& text);
 
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
     void BuildList();
     QWidget* BuildFlown();
@@ -64,18 +61,20 @@ private:
     void OnPlanned(const QString& block, const QString& task);
     void OnItemChanged(QListWidgetItem* item);
     void OnEntryClicked(const QString& block, int entry);
-    void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
     void Add();
     void Delete();
+    TaskFiles::Wanted ToExport(const CAxTask& task) const;
     void Export();
+    void ExportFlight(int number);
+    void Write(const TaskFiles::Wanted& wanted);
     void Import();
     void AddToBlock(CAxBlock& block, std::unique_ptr<CAxTask> task);
-    CAxBlock* BlockAround(const std::vector<AxPlanPoint>& points, const QString& name);
-    void SetHomeWanted(bool wanted);
+    void OnHomeWanted(bool wanted);
     void FlyTo(const QPointF& place);
 
     CAxEarthViewer* viewer;
     TaskRoutes* routes;
+    HomeClick* homeClick;
     QString blockID;
     QLabel* title;
     QListWidget* list;
@@ -88,6 +87,7 @@ private:
     QAction* exportRoute;
     QAction* importRoute;
     std::shared_ptr<const ShownPlan> shown;
+    QString flownBlock; ///< of the task whose route the slider draws
+    QString flownTask;
     bool isListing = false;
-    bool isSettingHome = false;
 };

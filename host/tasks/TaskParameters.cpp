@@ -236,11 +236,14 @@ void TaskParameters::AddPasses()
     connect(isBestHeading, &QCheckBox::toggled, this, setHeading);
 
     mode = AddChoice(tr("Flying mode"), {tr("Normal"), tr("Cross grid"), tr("Three directions")},
-                     [](CAxBlock& block, int index) {
+                     [this](CAxBlock& block, int index) {
                          CAxExtendedTaskParam& more = *block.GetTaskPara()->GetExtendedTaskParam();
                          more.SetFlyingMode(index);
-                         more.SetTaskType(index == CAxExtendedTaskParam::ThreeDirections ? TaskOblique
-                                                                                         : TaskOrthophoto);
+                         // Only tasks of that type have three directions; others keep theirs.
+                         if (index == CAxExtendedTaskParam::ThreeDirections)
+                             more.SetTaskType(TaskOblique);
+                         else if (more.GetTaskType() == TaskOblique)
+                             more.SetTaskType(typeBefore);
                      });
     passes = AddNumber(tr("Passes"), {}, 0.0, 1000.0, 0, [](CAxBlock& block, double value) {
         block.GetTaskPara()->SetExpectedRouteCount(static_cast<int>(value));
@@ -318,6 +321,7 @@ void TaskParameters::Load(CAxBlock& block)
     CAxTaskPara& para = *block.GetTaskPara();
     const CAxAirLineParam& line = *para.GetAirLineParam();
     const CAxExtendedTaskParam& more = *para.GetExtendedTaskParam();
+    typeBefore = more.GetTaskType() == TaskOblique ? TaskOrthophoto : more.GetTaskType();
     aircraft->setCurrentIndex(para.GetPlaneType());
     camera->setCurrentIndex(CameraRow(para));
     sideOverlap->setValue(line.GetSideOverlap() * 100.0);

@@ -1,5 +1,5 @@
 #pragma once
-#include <AxData/planner/AxPlanRequest.h>
+#include <AxAlgorthm/AxMissionTypes.h>
 
 #include <QHash>
 #include <QString>
@@ -57,6 +57,7 @@ private:
 
     QString blockID;
     bool isLoading = false;
+    ETaskType typeBefore = TaskOrthophoto; ///< the task type that another flying mode goes back to
     QFormLayout* form;
     QHash<QWidget*, QWidget*> rows;
     QHash<QWidget*, QLabel*> hints; ///< below each field

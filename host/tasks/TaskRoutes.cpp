@@ -6,6 +6,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
+#include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
 #include <AxData/planner/AxPlanner.h>
 
@@ -13,11 +14,14 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <QPointer>
 #include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <set>
+#include <typeinfo>
 #include <utility>
 
 namespace {
@@ -25,30 +29,12 @@ constexpr int lookEveryMs = 50;
 constexpr qint64 leastRestMs = 150;
 // A plan that takes long waits longer, or typing would stumble over it.
 constexpr qint64 longestRestMs = 2000;
+constexpr double samePlace = 1e-7; // degrees: a marker is placed to a centimetre
 
-// All that a route follows from. The records tell of a new outline, but not of the rest: the mean height of
-// the ground, for one, comes later.
-QByteArray StateOf(CAxBlock& block, const CAxTask& task)
+// A class of the host's own plans by itself.
+bool PlansItself(const CAxTask& task)
 {
-    CAxTaskPara& para = *block.GetTaskPara();
-    const CAxAirLineParam& line = *para.GetAirLineParam();
-    const CAxExtendedTaskParam& more = *para.GetExtendedTaskParam();
-    double left = 0.0;
-    double right = 0.0;
-    para.GetBandingOffset(left, right);
-    const CAxVector3D home = block.GetHomePosition();
-    QByteArray state;
-    QDataStream out(&state, QIODevice::WriteOnly);
-    out << block.GetAnchor() << task.GetTaskAnchors() << task.GetTaskName() << block.GetAverageAltitude()
-        << home.isNull() << home.x() << home.y() << home.z() << block.GetEnterDirection()
-        << block.IsDownhillLanding() << block.GetVideoRadius() << left << right
-        << static_cast<int>(para.GetPlaneType()) << static_cast<int>(para.GetCameraType())
-        << para.GetExpectedRouteCount() << para.IsChangeHighFlying() << para.IsHomeLegRoundZones()
-        << line.GetRelativeFlyHeight() << line.GetSideOverlap() << line.GetForwardOverlap()
-        << line.GetClearance() << line.GetHeading().has_value() << line.GetHeading().value_or(0.0)
-        << more.GetFlyingMode() << static_cast<int>(more.GetTaskType()) << more.GetCameraName()
-        << more.KeepsOverlap() << more.GetWindSpeed() << more.GetWindFrom() << more.GetEndurance();
-    return state;
+    return typeid(task) != typeid(CAxTask);
 }
 
 std::vector<CAxVector3D> PlacesOf(const AxPlanResult& plan, double otherwise)
@@ -79,6 +65,7 @@ TaskRoutes::TaskRoutes(CAxEarthViewer* earthViewer, QObject* parent) : QObject(p
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockDeleted, this, &TaskRoutes::OnBlockDeleted);
     connect(viewer->getManipulator(), &CAxEarthManipulator::mouseLeftBtnClickSignal, this,
             &TaskRoutes::OnClicked);
+    connect(CAxControl::GetInstance(), &CAxControl::planBasisChanged, this, [this] { ++basis; });
     clock.start(lookEveryMs);
 }
 
@@ -88,6 +75,46 @@ std::shared_ptr<const ShownPlan> TaskRoutes::PlanOf(const QString& blockID, cons
 {
     const auto found = routes.find({blockID, taskID});
     return found == routes.end() ? nullptr : found->second->plan;
+}
+
+// All that a route follows from. The records tell of a new outline, but not of the rest: the mean height of
+// the ground, for one, comes later.
+QByteArray TaskRoutes::StateOf(CAxBlock& block, const CAxTask& task) const
+{
+    CAxTaskPara& para = *block.GetTaskPara();
+    const CAxAirLineParam& line = *para.GetAirLineParam();
+    const CAxExtendedTaskParam& more = *para.GetExtendedTaskParam();
+    double left = 0.0;
+    double right = 0.0;
+    para.GetBandingOffset(left, right);
+    const CAxVector3D home = block.GetHomePosition();
+    QByteArray state;
+    QDataStream out(&state, QIODevice::WriteOnly);
+    out << block.GetAnchor() << task.GetTaskAnchors() << task.GetTaskName() << block.GetAverageAltitude()
+        << home.isNull() << home.x() << home.y() << home.z() << block.GetEnterDirection()
+        << block.IsDownhillLanding() << block.GetVideoRadius() << left << right
+        << static_cast<int>(para.GetPlaneType()) << static_cast<int>(para.GetCameraType())
+        << para.GetExpectedRouteCount() << para.IsChangeHighFlying() << para.IsHomeLegRoundZones()
+        << line.GetRelativeFlyHeight() << line.GetSideOverlap() << line.GetForwardOverlap()
+        << line.GetClearance() << line.GetHeading().has_value() << line.GetHeading().value_or(0.0)
+        << more.GetFlyingMode() << static_cast<int>(more.GetTaskType()) << more.GetCameraName()
+        << more.KeepsOverlap() << more.GetWindSpeed() << more.GetWindFrom() << more.GetEndurance() << basis;
+    return state;
+}
+
+std::shared_ptr<const ShownPlan> TaskRoutes::PlanNow(const QString& blockID, const QString& taskID)
+{
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
+    CAxTask* task = block ? block->GetTask(taskID) : nullptr;
+    if (!task)
+        return nullptr;
+    const Key key(blockID, taskID);
+    if (!routes[key])
+        routes[key] = std::make_shared<Route>();
+    const Held route = routes[key];
+    if (StateOf(*block, *task) != route->planned)
+        Renew(key, *block, *task, route);
+    return route->plan;
 }
 
 bool TaskRoutes::IsShown(const QString& taskID) const
@@ -101,9 +128,10 @@ void TaskRoutes::SetShown(const QString& blockID, const QString& taskID, bool sh
         hidden.remove(taskID);
     else
         hidden.insert(taskID);
-    const auto found = routes.find({blockID, taskID});
+    const Key key(blockID, taskID);
+    const auto found = routes.find(key);
     if (found != routes.end())
-        Draw(found->first, *found->second);
+        Draw(key, Held(found->second));
 }
 
 void TaskRoutes::ShowFlown(const QString& blockID, const QString& taskID, int point)
@@ -141,10 +169,9 @@ void TaskRoutes::Look()
                 continue;
             const Key key(blockID, taskID);
             there.insert(key);
-            std::unique_ptr<Route>& route = routes[key];
-            if (!route)
-                route = std::make_unique<Route>();
-            Update(*record, *task, *route);
+            if (!routes[key])
+                routes[key] = std::make_shared<Route>();
+            Update(key, *record, *task, Held(routes[key]));
         }
     }
     QList<Key> gone;
@@ -157,87 +184,120 @@ void TaskRoutes::Look()
     }
 }
 
-void TaskRoutes::Update(CAxBlock& block, CAxTask& task, Route& route)
+void TaskRoutes::Update(const Key& key, CAxBlock& block, CAxTask& task, const Held& route)
 {
-    const Key key(block.GetBlockID(), task.GetTaskID());
     const QByteArray state = StateOf(block, task);
-    const bool isFirst = route.planned.isEmpty();
-    if (state != route.planned) {
-        if (state != route.changed) {
-            route.changed = state;
-            route.sinceChange.start();
+    const bool isFirst = route->planned.isEmpty();
+    if (state != route->planned) {
+        if (state != route->changed) {
+            route->changed = state;
+            route->sinceChange.start();
         }
-        const qint64 rest = qBound(leastRestMs, 2 * route.planMs, longestRestMs);
-        if (!isFirst && route.sinceChange.elapsed() < rest)
-            return;
-        route.planned = state;
-        Plan(block, task, route);
-        Draw(key, route);
-        emit Planned(key.first, key.second);
+        const qint64 rest = qBound(leastRestMs, 2 * route->planMs, longestRestMs);
+        if (isFirst || route->sinceChange.elapsed() >= rest)
+            Renew(key, block, task, route);
         return;
     }
     CAxHandleAdapter* object = viewer->FindExistNode(key.first);
     const bool isWanted =
-        object && !hidden.contains(key.second) && route.plan && route.plan->plan.IsPlanned();
-    if (isWanted != (route.drawn != nullptr))
+        object && !hidden.contains(key.second) && route->plan && route->plan->plan.IsPlanned();
+    if (isWanted != (route->drawn != nullptr))
         return Draw(key, route);
-    if (route.drawn && !object->GetTask(key.second))
-        object->AddTask(route.drawn.get());
-    if (route.drawn)
-        route.drawn->SetAirLineVisible(object->IsVisible());
+    if (route->drawn && !object->GetTask(key.second))
+        object->AddTask(route->drawn.get());
+    if (route->drawn)
+        route->drawn->SetAirLineVisible(object->IsVisible());
+}
+
+void TaskRoutes::Renew(const Key& key, CAxBlock& block, CAxTask& task, const Held& route)
+{
+    QElapsedTimer taken;
+    taken.start();
+    route->planned = StateOf(block, task);
+    Plan(block, task, *route);
+    Draw(key, route);
+    route->planMs = taken.elapsed();
+    emit Planned(key.first, key.second);
 }
 
 void TaskRoutes::Plan(CAxBlock& block, CAxTask& task, Route& route)
 {
-    QElapsedTimer taken;
-    taken.start();
     auto shown = std::make_shared<ShownPlan>();
     shown->blockID = block.GetBlockID();
     shown->taskID = task.GetTaskID();
+    shown->hasFigures = !PlansItself(task);
     shown->request = task.RequestOf(block.GetEnterDirection(), block.GetBlockType(),
                                     block.GetTaskPara()->GetExpectedRouteCount());
-    const auto* fixed = dynamic_cast<const TaskFromFile*>(&task);
-    shown->plan = fixed ? fixed->Plan() : AxPlanRoute(shown->request);
+    if (const auto* fixed = dynamic_cast<const TaskFromFile*>(&task)) {
+        shown->request.isThreeDirections = false;
+        shown->plan = fixed->Plan();
+    } else {
+        shown->plan = PlansItself(task) ? AskPlanner(block, task) : AxPlanRoute(shown->request);
+    }
     route.plan = shown;
-    route.planMs = taken.elapsed();
 }
 
-void TaskRoutes::Draw(const Key& key, Route& route)
+AxPlanResult TaskRoutes::AskPlanner(CAxBlock& block, CAxTask& task) const
+{
+    QList<QPair<int, CAxVector3D>> markers;
+    const QList<CAxVector3D> route =
+        task.ComputeRoute(std::max(0, block.GetEnterDirection()), markers, block.GetBlockType(),
+                          block.GetTaskPara()->GetExpectedRouteCount(), viewer->GetAppType());
+    const auto pointOf = [](const CAxVector3D& place) {
+        return AxPlanPoint{place.y(), place.x(), place.z()};
+    };
+    std::vector<AxPlanPoint> points;
+    std::transform(route.cbegin(), route.cend(), std::back_inserter(points), pointOf);
+    AxPlanResult plan = PlanThrough(std::move(points));
+    for (const auto& [number, place] : qAsConst(markers))
+        if (number >= 0 && number < static_cast<int>(plan.entries.size()))
+            plan.entries[static_cast<std::size_t>(number)] = pointOf(place);
+    if (!plan.IsPlanned())
+        plan.fault = tr("The planner of this kind of task gives no route.");
+    return plan;
+}
+
+void TaskRoutes::Draw(const Key& key, const Held& route)
 {
     CAxHandleAdapter* object = viewer->FindExistNode(key.first);
     CAxBlock* block = CAxBlockManager::instance().GetBlock(key.first);
-    const CAxTask* task = block ? block->GetTask(key.second) : nullptr;
+    CAxTask* task = block ? block->GetTask(key.second) : nullptr;
     const bool isWanted = object && task && viewer->getMapNode() && !hidden.contains(key.second) &&
-                          route.plan && route.plan->plan.IsPlanned();
+                          route->plan && route->plan->plan.IsPlanned();
     if (!isWanted) {
-        route.drawn = nullptr;
+        route->drawn = nullptr;
         return;
     }
-    if (!route.drawn) {
-        route.drawn = std::make_unique<CAxTaskPolygon>(viewer, object);
-        route.drawn->SetTaskID(key.second);
-        object->AddTask(route.drawn.get());
+    if (!route->drawn) {
+        route->drawn = std::make_unique<CAxTaskPolygon>(viewer, object);
+        route->drawn->SetTaskID(key.second);
+        object->AddTask(route->drawn.get());
     }
-    CAxTaskPolygon& drawn = *route.drawn;
+    const QPointer<CAxTaskPolygon> drawn = route->drawn.get();
     const int entry = std::max(0, block->GetEnterDirection());
-    if (std::exchange(route.isFlownShown, false))
-        drawn.UpdateAirLine(0);
-    drawn.SetAirLineVisible(object->IsVisible());
+    if (std::exchange(route->isFlownShown, false))
+        drawn->UpdateAirLine(0);
+    drawn->SetAirLineVisible(object->IsVisible());
     const CAxVector3D home = block->GetHomePosition();
-    if (drawn.GetHomePoint().x() != home.x() || drawn.GetHomePoint().y() != home.y() ||
-        drawn.GetHomePoint().isNull() != home.isNull())
-        drawn.SetHomePoint(home);
-    if (drawn.GetLandingMethod() != block->IsDownhillLanding())
-        drawn.SetLandingMethod(block->IsDownhillLanding());
+    if (drawn->GetHomePoint().x() != home.x() || drawn->GetHomePoint().y() != home.y() ||
+        drawn->GetHomePoint().isNull() != home.isNull())
+        drawn->SetHomePoint(home);
+    if (drawn->GetLandingMethod() != block->IsDownhillLanding())
+        drawn->SetLandingMethod(block->IsDownhillLanding());
     const double height =
         block->GetAverageAltitude() + block->GetTaskPara()->GetAirLineParam()->GetRelativeFlyHeight();
-    const std::vector<CAxVector3D> places = PlacesOf(route.plan->plan, height);
-    if (dynamic_cast<const TaskFromFile*>(task))
-        return drawn.CreateAirLine(places);
-    drawn.ClearAirLineFlying();
+    const std::vector<CAxVector3D> places = PlacesOf(route->plan->plan, height);
+    drawn->ClearAirLineFlying();
     if (block->GetTaskPara()->IsChangeHighFlying())
-        drawn.AddAirLineFlying(entry, places);
-    drawn.SetEntryPoint(entry);
+        drawn->AddAirLineFlying(entry, places);
+    const bool isFixed = dynamic_cast<const TaskFromFile*>(task);
+    if (!PlansItself(*task))
+        task->TakePlan(route->plan->plan);
+    // May show a box, and then anything of this may go.
+    drawn->SetEntryPoint(entry);
+    // At its own heights, and whole in a block of three directions.
+    if (isFixed && drawn)
+        drawn->CreateAirLine(places);
 }
 
 void TaskRoutes::OnBlockDeleted(const QString& blockID)
@@ -265,12 +325,32 @@ void TaskRoutes::OnClicked(osg::Drawable* drawable)
             for (const auto& one : routes) {
                 if (!one.second->drawn || !one.second->plan)
                     continue;
-                const auto& entries = one.second->plan->plan.entries;
-                if (std::any_of(entries.begin(), entries.end(), [&place](const AxPlanPoint& point) {
-                        return std::abs(point.longitude - place.x()) < 1e-7 &&
-                               std::abs(point.latitude - place.y()) < 1e-7;
+                const QList<QPointF> entries = EntriesOf(one.first, *one.second->plan);
+                if (std::any_of(entries.begin(), entries.end(), [&place](const QPointF& point) {
+                        return std::abs(point.x() - place.x()) < samePlace &&
+                               std::abs(point.y() - place.y()) < samePlace;
                     }))
-                    return emit EntryClicked(one.first.first, entry);
+                    return emit EntryClicked(QString(one.first.first), entry);
             }
         }
+}
+
+// Where the markers stand: of three directions those of the one that is shown.
+QList<QPointF> TaskRoutes::EntriesOf(const Key& key, const ShownPlan& shown) const
+{
+    QList<QPointF> places;
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(key.first);
+    CAxTask* task = block ? block->GetTask(key.second) : nullptr;
+    if (!task || PlansItself(*task) || !shown.request.isThreeDirections) {
+        for (const AxPlanPoint& entry : shown.plan.entries)
+            places += {entry.longitude, entry.latitude};
+        return places;
+    }
+    QList<QPair<int, CAxVector3D>> markers;
+    task->TakePlan(shown.plan);
+    task->ComputeRoute(shown.request.entry, markers, block->GetBlockType(),
+                       block->GetTaskPara()->GetExpectedRouteCount(), viewer->GetAppType());
+    for (const auto& marker : qAsConst(markers))
+        places += {marker.second.y(), marker.second.x()};
+    return places;
 }

@@ -36,6 +36,9 @@ public:
 
     /// What is planned for a task, with its fault where it allows no route; null before it was planned.
     std::shared_ptr<const ShownPlan> PlanOf(const QString& blockID, const QString& taskID) const;
+    /// The same by the records as they are at this moment, planned at once where they have changed; null when
+    /// the task is gone.
+    std::shared_ptr<const ShownPlan> PlanNow(const QString& blockID, const QString& taskID);
 
     /// A route that is not shown is not drawn, so that its block can be edited when it has no other.
     bool IsShown(const QString& taskID) const;
@@ -66,16 +69,24 @@ private:
         bool isFlownShown = false;
     };
 
+    // Whoever holds a route keeps it over what runs events.
+    using Held = std::shared_ptr<Route>;
+
+    QByteArray StateOf(CAxBlock& block, const CAxTask& task) const;
     void Look();
-    void Update(CAxBlock& block, CAxTask& task, Route& route);
+    void Update(const Key& key, CAxBlock& block, CAxTask& task, const Held& route);
+    void Renew(const Key& key, CAxBlock& block, CAxTask& task, const Held& route);
     void Plan(CAxBlock& block, CAxTask& task, Route& route);
-    void Draw(const Key& key, Route& route);
+    AxPlanResult AskPlanner(CAxBlock& block, CAxTask& task) const;
+    void Draw(const Key& key, const Held& route);
+    QList<QPointF> EntriesOf(const Key& key, const ShownPlan& shown) const;
     void OnBlockDeleted(const QString& blockID);
     void OnClicked(osg::Drawable* drawable);
 
     CAxEarthViewer* viewer;
-    std::map<Key, std::unique_ptr<Route>> routes;
+    std::map<Key, Held> routes;
     QSet<QString> hidden; ///< IDs of tasks
     QTimer clock;
     bool isLooking = false;
+    quint32 basis = 0; ///< counts the changes of heights and zones
 };

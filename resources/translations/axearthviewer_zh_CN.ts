@@ -1479,6 +1479,10 @@ Heights are above the ellipsoid.</source>
         <translation>在禁飞区 %1 内飞行 %2 米</translation>
     </message>
     <message>
+        <source>The route bends at %1 m here, the aircraft turns at %2 m</source>
+        <translation>航线在此处的转弯半径为 %1 m，飞机需要 %2 m</translation>
+    </message>
+    <message>
         <source>No way from or to home round the no-fly zones was found</source>
         <translation>找不到绕过禁飞区往返起降点的路径</translation>
     </message>
@@ -1987,6 +1991,18 @@ Heights are above the ellipsoid.</source>
         <source>Click home on the map; Escape gives it up.</source>
         <translation>请在地图上单击起降点；按 Esc 取消。</translation>
     </message>
+    <message>
+        <source>%1, flight %2</source>
+        <translation>%1，架次 %2</translation>
+    </message>
+    <message>
+        <source>The task is gone.</source>
+        <translation>任务已不存在。</translation>
+    </message>
+    <message>
+        <source>The route has changed, and with it the flights. Choose one of the new ones.</source>
+        <translation>航线已改变，架次也随之改变。请重新选择。</translation>
+    </message>
 </context>
 <context>
     <name>NavigateMenu</name>
@@ -2013,6 +2029,36 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Zoom &amp;out	-</source>
         <translation>缩小(&amp;O)	-</translation>
+    </message>
+</context>
+<context>
+    <name>TaskFlights</name>
+    <message>
+        <source>%1: %2 min, %3 photos</source>
+        <translation>%1：%2 分，%3 张照片</translation>
+    </message>
+    <message>
+        <source>%1, resumes at %2°, %3°</source>
+        <translation>%1，续飞起点 %2°，%3°</translation>
+    </message>
+    <message>
+        <source>Export flight...</source>
+        <translation>导出架次...</translation>
+    </message>
+    <message>
+        <source>A click flies to where the flight begins</source>
+        <translation>单击飞到该架次的起点</translation>
+    </message>
+    <message>
+        <source>Write the chosen flight alone</source>
+        <translation>单独写出所选架次</translation>
+    </message>
+</context>
+<context>
+    <name>TaskRoutes</name>
+    <message>
+        <source>The planner of this kind of task gives no route.</source>
+        <translation>此类任务的规划器没有给出航线。</translation>
     </message>
 </context>
 </TS>

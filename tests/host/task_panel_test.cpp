@@ -8,12 +8,21 @@
 
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxTask.h>
+#include <AxData/exchange/AxQgcPlan.h>
+#include <AxData/exchange/AxWplFile.h>
+
+#include <osgEarth/SpatialReference>
+#include <osgEarthAnnotation/PlaceNode>
 
 #include <QAction>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QFile>
+#include <QFileDialog>
 #include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
+#include <QTemporaryDir>
 #include <QUndoStack>
 
 #include <memory>
@@ -62,6 +71,42 @@ protected:
             for (const osg::Vec3d& point : *Drawn()->GetGeometry())
                 north = std::max(north, point.y());
         return north;
+    }
+    static QDoubleSpinBox* Field(QWidget& panel, const char* name)
+    {
+        for (QDoubleSpinBox* box : panel.findChildren<QDoubleSpinBox*>())
+            if (box->accessibleName() == QLatin1String(name))
+                return box;
+        return nullptr;
+    }
+    // What is drawn of the marker whose picture has that name, or null.
+    static osg::Drawable* MarkerOf(osg::Node* from, const char* picture, bool isBelow = false)
+    {
+        if (const auto* marker = dynamic_cast<osgEarth::Annotation::PlaceNode*>(from))
+            isBelow = marker->getIconImage() && QString::fromStdString(marker->getIconImage()->getFileName())
+                                                    .contains(QLatin1String(picture));
+        osg::Drawable* found = isBelow ? dynamic_cast<osg::Drawable*>(from) : nullptr;
+        osg::Group* group = from ? from->asGroup() : nullptr;
+        for (unsigned i = 0; group && !found && i < group->getNumChildren(); ++i)
+            found = MarkerOf(group->getChild(i), picture, isBelow);
+        return found;
+    }
+    // Chooses a file, of that filter where there is one, in the next file dialog.
+    static ModalBox::Answer Choose(const QString& file, const QString& filter = {})
+    {
+        return [=](QDialog& box) {
+            auto& dialog = dynamic_cast<QFileDialog&>(box);
+            for (const QString& name : dialog.nameFilters())
+                if (!filter.isEmpty() && name.contains(filter))
+                    dialog.selectNameFilter(name);
+            dialog.selectFile(file);
+            box.accept();
+        };
+    }
+    static QByteArray Contents(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     static double Altitude()
     {
@@ -128,15 +173,9 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
     panel.AddAction()->trigger();
     ASSERT_TRUE(waitFor([&shown] { return shown != nullptr; }, 5000));
     EXPECT_FALSE(panel.findChild<QLabel*>("RouteLength")->text() == QStringLiteral("-"));
-    const auto field = [&panel](const char* name) {
-        for (QDoubleSpinBox* box : panel.findChildren<QDoubleSpinBox*>())
-            if (box->accessibleName() == QLatin1String(name))
-                return box;
-        return static_cast<QDoubleSpinBox*>(nullptr);
-    };
-    QDoubleSpinBox* height = field("Height");
-    QDoubleSpinBox* sample = field("Sample distance");
-    ASSERT_TRUE(height && sample && field("Wind"));
+    QDoubleSpinBox* height = Field(panel, "Height");
+    QDoubleSpinBox* sample = Field(panel, "Sample distance");
+    ASSERT_TRUE(height && sample && Field(panel, "Wind"));
     height->setValue(200.0);
     const double coarse = sample->value();
     sample->setValue(coarse / 2.0);
@@ -145,10 +184,10 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
 
     {
         const ModalBox noBox;
-        field("Wind")->setValue(49.0);
+        Field(panel, "Wind")->setValue(49.0);
         EXPECT_TRUE(waitFor([&shown] { return !shown; }, 5000));
         EXPECT_FALSE(panel.ExportAction()->isEnabled());
-        field("Wind")->setValue(0.0);
+        Field(panel, "Wind")->setValue(0.0);
         EXPECT_TRUE(waitFor([&shown] { return shown != nullptr; }, 5000));
         EXPECT_EQ(noBox.count, 0);
     }
@@ -172,4 +211,121 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
     viewer->DeleteBlocks({blockID});
     EXPECT_EQ(list->count(), 0);
     EXPECT_FALSE(shown);
+}
+
+TEST_F(TasksOnMap, HomeAndTheEntryPointAreSetByClicks)
+{
+    TaskPanel panel(viewer);
+    panel.AddAction()->trigger();
+    auto* button = panel.findChild<QPushButton*>("SetHome");
+    const auto click = [](double longitude, double latitude) {
+        const osg::Vec3d place(longitude, latitude, 0.0);
+        osg::Vec3d world;
+        viewer->getSRS()->getGeographicSRS()->transformToWorld(place, world);
+        emit viewer->getManipulator()->mouseLeftBtnClick(place, world);
+        QCoreApplication::processEvents();
+    };
+    button->click();
+    EXPECT_TRUE(button->isChecked());
+    QTest::keyClick(viewer, Qt::Key_Escape);
+    EXPECT_FALSE(button->isChecked());
+    click(10.02, 0.02);
+    EXPECT_TRUE(Block()->GetHomePosition().isNull()) << "it was given up";
+    button->click();
+    click(10.02, 0.02);
+    EXPECT_FALSE(button->isChecked());
+    EXPECT_NEAR(Block()->GetHomePosition().x(), 10.02, 1e-9);
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
+
+    ASSERT_TRUE(waitFor([] { return North() > 0.005; }, 5000));
+    osg::Drawable* marker = MarkerOf(Root(), "Waypoint_Set_3");
+    ASSERT_TRUE(marker);
+    emit viewer->getManipulator()->mouseLeftBtnClickSignal(marker);
+    EXPECT_EQ(Block()->GetEnterDirection(), 2);
+}
+
+TEST_F(TasksOnMap, RoutesGoToFilesAsTheyAreAtThatMomentAndComeBack)
+{
+    const QTemporaryDir folder;
+    const auto path = [&folder](const char* name) { return folder.filePath(QLatin1String(name)); };
+    TaskPanel panel(viewer);
+    Block()->SetHomePosition({10.0, -0.001, 5.0}, false);
+    panel.AddAction()->trigger();
+    ASSERT_TRUE(waitFor([&] { return panel.ExportAction()->isEnabled(); }, 5000));
+    ModalBox box;
+    const auto exportTo = [&](const char* file, const char* filter, double height) {
+        box.answers += [&panel, &path, file, filter, height](QDialog& dialog) {
+            // Not planned anew by itself in so short a time.
+            Field(panel, "Height")->setValue(height);
+            Choose(path(file), QLatin1String(filter))(dialog);
+        };
+        panel.ExportAction()->trigger();
+        return Contents(path(file));
+    };
+    const double base = Block()->GetAverageAltitude() - 5.0; // of the heights above home
+    for (const auto& [file, filter, height] : {std::tuple{"a.plan", "waypoints (*.plan", 110.0},
+                                               {"b.plan", "survey", 120.0},
+                                               {"c.waypoints", "WPL", 130.0}}) {
+        const QByteArray data = exportTo(file, filter, height);
+        const AxMissionRead read = data.startsWith('{') ? AxReadQgcPlan(data) : AxReadWpl(data);
+        ASSERT_TRUE(read.fault.isEmpty()) << file << read.fault.toStdString();
+        for (const AxMissionItem& item : read.mission.items)
+            if (item.command == AxMissionItem::Waypoint) {
+                ASSERT_NEAR(item.altitude, base + height, 0.1) << file << " is of the route before";
+            }
+    }
+    for (const auto& [file, filter] : {std::pair{"d.kml", "KML"}, {"e.csv", "CSV"}, {"f.geojson", "GeoJSON"}})
+        EXPECT_FALSE(exportTo(file, filter, 140.0).isEmpty()) << file;
+
+    const auto import = [&](const QString& file) {
+        box.answers += Choose(file);
+        panel.ImportAction()->trigger();
+        return CAxBlockManager::instance().GetBlockList();
+    };
+    ASSERT_EQ(import(path("a.plan")).size(), 1) << "over the block, from its home";
+    ASSERT_EQ(Block()->GetMissionList().size(), 2);
+    ASSERT_TRUE(waitFor([] { return Object()->GetTaskList().size() == 2; }, 5000));
+    EXPECT_TRUE(Object()->GetTaskList().last()->GetTaskLable());
+    EXPECT_NEAR(Object()->GetTaskList().last()->GetGeometry()->front().z(), base + 5.0 + 110.0, 0.1);
+
+    QFile elsewhere(path("g.waypoints"));
+    ASSERT_TRUE(elsewhere.open(QIODevice::WriteOnly));
+    elsewhere.write("QGC WPL 110\n0 1 0 16 0 0 0 0 -17.001 179.999 30 1\n"
+                    "1 0 3 16 0 0 0 0 -17 179.999 50 1\n2 0 3 16 0 0 0 0 -17 -179.999 50 1\n");
+    elsewhere.close();
+    const QList<CAxBlock*> blocks = import(path("g.waypoints"));
+    ASSERT_EQ(blocks.size(), 2);
+    const CAxBlock* made = blocks.first() == Block() ? blocks.last() : blocks.first();
+    EXPECT_EQ(made->GetHomePosition().z(), 30.0);
+    for (const QPointF& corner : made->GetAnchor())
+        EXPECT_NEAR(std::abs(corner.x()), 179.999, 0.001) << "across the antimeridian";
+}
+
+TEST_F(TasksOnMap, EachFlightIsListedAndGoesToAFileOfItsOwn)
+{
+    const QTemporaryDir folder;
+    TaskPanel panel(viewer);
+    Block()->SetHomePosition({10.0, -0.001, 5.0}, false);
+    Block()->GetTaskPara()->GetExtendedTaskParam()->SetEndurance(300.0);
+    panel.AddAction()->trigger();
+    auto* list = panel.findChild<QListWidget*>("FlightList");
+    ASSERT_TRUE(waitFor([list] { return list->count() > 2; }, 5000));
+    ModalBox box;
+    std::size_t waypoints = 0;
+    for (int flight = 0; flight < list->count(); ++flight) {
+        const QString file = folder.filePath(QStringLiteral("%1.plan").arg(flight));
+        list->setCurrentRow(flight);
+        box.answers += Choose(file);
+        panel.findChild<QPushButton*>("ExportFlight")->click();
+        const AxMission mission = AxReadQgcPlan(Contents(file)).mission;
+        int shooting = 0;
+        for (const AxMissionItem& item : mission.items) {
+            waypoints += item.command == AxMissionItem::Waypoint ? 1 : 0;
+            if (item.command == AxMissionItem::TriggerDistance)
+                shooting += item.params[0] > 0.0 ? 1 : -1;
+        }
+        EXPECT_FALSE(mission.items.empty()) << flight;
+        EXPECT_EQ(shooting, 0) << "the camera is off when flight " << flight << " goes home";
+    }
+    EXPECT_GE(waypoints, Drawn()->GetGeometry()->size());
 }
