@@ -88,6 +88,7 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
     lineMarkers.clear();
     // Who gives heights and zones is asked meanwhile, and may delete this task.
     const QString name = m_name;
+    const int shown = direction;
     std::optional<AxPlanResult> taken = std::exchange(m_plan, {});
     const AxPlanResult plan =
         taken ? std::move(*taken) : AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
@@ -97,10 +98,16 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
             << QCoreApplication::translate("AxPlanner", "No route for task \"%1\": %2").arg(name, plan.fault);
         return route;
     }
+    const bool isThree = !plan.entriesOfDirections.empty();
+    const auto& entries =
+        isThree ? plan.entriesOfDirections[static_cast<std::size_t>(std::clamp(shown, 0, 2))] : plan.entries;
     for (int i = 0; i < 4; ++i) {
-        const AxPlanPoint& entry = plan.entries[static_cast<std::size_t>(i)];
+        const AxPlanPoint& entry = entries[static_cast<std::size_t>(i)];
         lineMarkers += {i, CAxVector3D(entry.latitude, entry.longitude, entry.altitude)};
     }
+    // The display turns the list of the second of three directions round.
+    if (isThree && shown == 1)
+        std::reverse(lineMarkers.begin(), lineMarkers.end());
     route.reserve(static_cast<int>(plan.points.size()));
     for (const AxPlanPoint& point : plan.points)
         route += CAxVector3D(point.latitude, point.longitude, point.altitude);

@@ -53,9 +53,9 @@ public:
 
     /// The route as (latitude, longitude, altitude) points, without home; where its ways from and to home go
     /// round no-fly zones, it begins and ends with their corners. lineMarkers gets the entry-point markers as
-    /// pairs of their number, 0 to 3, and their place in the same order. An empty list means that the
-    /// parameters do not allow a route; the log then says why. appType, the kind of application, changes
-    /// nothing.
+    /// pairs of their number, 0 to 3, and their place in the same order; of three directions those of the
+    /// task's own `direction`, of its second one from 3 to 0. An empty list means that the parameters do not
+    /// allow a route; the log then says why. appType, the kind of application, changes nothing.
     virtual QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                             CAxBlock::EBlockType blockType, int expectedRouteCount,
                                             int appType);

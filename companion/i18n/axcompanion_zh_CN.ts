@@ -391,6 +391,10 @@
         <translation>没有可飞行的区域。</translation>
     </message>
     <message>
+        <source>The strip has too many passes.</source>
+        <translation>条带的航线条数太多。</translation>
+    </message>
+    <message>
         <source>The route has too many photos.</source>
         <translation>航线的照片太多。</translation>
     </message>

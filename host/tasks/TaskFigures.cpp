@@ -40,6 +40,9 @@ QString WarningText(const AxPlanWarning& warning)
             .arg(Number(warning.value * 100.0, 0), Number(warning.asked * 100.0, 0));
     case Kind::Zone:
         return TaskFigures::tr("In the no-fly zone %1 for %2 m").arg(warning.zone, Number(warning.value, 0));
+    case Kind::Bend:
+        return TaskFigures::tr("The route bends at %1 m here, the aircraft turns at %2 m")
+            .arg(Number(warning.value, 0), Number(warning.asked, 0));
     case Kind::NoWayRound:
         return TaskFigures::tr("No way from or to home round the no-fly zones was found");
     case Kind::UnknownZones:

@@ -301,8 +301,14 @@ TEST(Planner, WarnsOfGroundThatComesNearOrIsUnknown)
     };
     EXPECT_EQ(count(AxPlanWarning::Kind::Clearance), 2) << "there and back";
     request.home.reset();
-    request.ground = [](double, double) { return std::optional<double>(); };
-    EXPECT_EQ(count(AxPlanWarning::Kind::UnknownGround), 1);
+    for (const AxPlanGround& ground :
+         {AxPlanGround(), AxPlanGround([](double, double) { return std::optional<double>(); })}) {
+        request.ground = ground;
+        for (const double clearance : {0.0, 100.0}) {
+            request.clearance = clearance;
+            EXPECT_EQ(count(AxPlanWarning::Kind::UnknownGround), 1);
+        }
+    }
     request.heights = AxPlanRequest::Heights::Terrain;
     EXPECT_TRUE(AxPlanRoute(request).fault.contains("not known"));
 }
@@ -336,6 +342,7 @@ struct ZonedBlock
         request.home = plane.ToLngLat({6000.0, 0.0});
         request.goesRoundZones = true;
         request.zoneMargin = 5.0;
+        request.ground = [](double, double) { return 0.0; };
         GeosContext::Geometry all = geos.own(GEOSGeom_createEmptyPolygon_r(geos.handle()));
         for (std::size_t i = 0; i < rings.size(); ++i) {
             AxPlanZone zone{QString::number(i), {}};
@@ -583,6 +590,20 @@ TEST(Planner, ThreeDirectionsAreThreeRoutesOfEquallyManyPoints)
     for (std::size_t k = 0; k < 3; ++k)
         EXPECT_EQ(plan.points[k * third].role,
                   request.aircraft.leadIn > 0.0 ? Role::LeadIn : Role::PassStart);
+    // The display shows the last third as the first direction where the flight begins at entry 2 or 3.
+    for (std::size_t entry = 0; entry < 4; ++entry)
+        for (std::size_t direction = 0; direction < 3; ++direction) {
+            request.entry = static_cast<int>(entry);
+            const AxPlanResult other = AxPlanRoute(request);
+            const std::size_t shown = entry >= 2 ? 2 - direction : direction;
+            const auto begins = std::find_if(
+                other.points.begin() + static_cast<std::ptrdiff_t>(shown * other.points.size() / 3),
+                other.points.end(), [](const AxPlanPoint& point) { return point.role == Role::PassStart; });
+            const AxPlanPoint& corner = plan.entriesOfDirections.at(direction)[entry];
+            EXPECT_NEAR(begins->longitude, corner.longitude, 1e-9) << entry << ", " << direction;
+            EXPECT_NEAR(begins->latitude, corner.latitude, 1e-9);
+        }
+    request.entry = 0;
     request.aircraft.endurance = plan.figures.seconds;
     double seconds = 0.0;
     const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(request, plan);
@@ -622,6 +643,38 @@ TEST(Planner, FliesStripsAndCircles)
                     0.5);
 }
 
+TEST(Planner, WarnsOfBendsTighterThanTheAircraftTurns)
+{
+    const struct
+    {
+        const char* named;
+        QList<QPointF> line; // of a strip, or the middle of a circle
+        double radius;
+        int bends;
+    } rows[] = {
+        {"a tight circle", {{10.0, 45.0}}, 50.0, 1},
+        {"a slightly tight circle", {{10.0, 45.0}}, 59.0, 1},
+        {"a wide circle", {{10.0, 45.0}}, 61.0, 0},
+        {"a corner", {{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.01}}, 0.0, 1},
+        {"two corners", {{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.01}, {10.02, 45.01}}, 0.0, 2},
+        {"a slight bend", {{10.0, 45.0}, {10.01, 45.0}, {10.02, 45.003}}, 0.0, 0},
+    };
+    for (const auto& row : rows) {
+        AxPlanRequest request;
+        request.kind = row.radius > 0.0 ? AxPlanRequest::Kind::Orbit : AxPlanRequest::Kind::Strip;
+        request.outline = row.line;
+        request.radius = row.radius;
+        request.leftWidth = request.rightWidth = 10.0;
+        request.height = 100.0;
+        request.aircraft.turnRadius = 60.0;
+        AxPlanResult plan = AxPlanRoute(request);
+        EXPECT_EQ(Count(plan.warnings, AxPlanWarning::Kind::Bend), row.bends) << row.named;
+        request.aircraft.turnRadius = 0.0;
+        plan = AxPlanRoute(request);
+        EXPECT_EQ(Count(plan.warnings, AxPlanWarning::Kind::Bend), 0) << row.named;
+    }
+}
+
 TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
 {
     static constexpr double nan = std::numeric_limits<double>::quiet_NaN();
@@ -650,6 +703,20 @@ TEST(Planner, RefusesWhatAllowsNoRouteAndSaysWhy)
          [](AxPlanRequest& r) {
              r.outline = {{0.0, 0.0}, {8.0, 0.0}, {8.0, 8.0}, {0.0, 8.0}};
              r.height = 20.0;
+         }},
+        {"too many photos",
+         [](AxPlanRequest& r) {
+             r.kind = AxPlanRequest::Kind::Strip;
+             r.outline = {{0.0, 0.0}, {8.0, 0.0}};
+             r.leftWidth = 500.0;
+             r.height = 20.0;
+         }},
+        {"too many passes",
+         [](AxPlanRequest& r) {
+             r.kind = AxPlanRequest::Kind::Strip;
+             r.leftWidth = 1e5;
+             r.height = 1e-5;
+             r.sideOverlap = 0.99;
          }},
         {"no-fly zones", [](AxPlanRequest& r) { r.zoneMargin = 0.0; }},
         {"follow it", [](AxPlanRequest& r) { r.heights = AxPlanRequest::Heights::Terrain; }},

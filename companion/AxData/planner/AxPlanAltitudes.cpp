@@ -175,9 +175,8 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
     if (route.empty())
         return result;
     if (!request.ground) {
-        if (request.clearance > 0.0)
-            result.warnings.push_back(
-                {Kind::UnknownGround, plane.ToLngLat(route.front().place), 0.0, request.clearance});
+        result.warnings.push_back(
+            {Kind::UnknownGround, plane.ToLngLat(route.front().place), 0.0, request.clearance});
         return result;
     }
     double sum = 0.0;

@@ -279,16 +279,16 @@ private:
     void Check(AxPlanFlight& flight)
     {
         std::vector<AxRoutePlace> way;
-        const auto add = [&way](const Place& place) {
+        const auto add = [&way](const Place& place, Role role, int pass) {
             const double along = way.empty() ? 0.0 : way.back().along + AxApart(way.back().place, place.at);
-            way.push_back({place.at, Role::Turn, -1, along, place.altitude});
+            way.push_back({place.at, role, pass, along, place.altitude});
         };
         if (request.home)
-            add({home.at, flight.points.front().altitude});
+            add({home.at, flight.points.front().altitude}, Role::HomeLeg, -1);
         for (const AxPlanPoint& point : flight.points)
-            add(PlaceOf(point));
+            add(PlaceOf(point), point.role, point.pass);
         if (request.home)
-            add({home.at, flight.points.back().altitude});
+            add({home.at, flight.points.back().altitude}, Role::HomeLeg, -1);
         flight.warnings = AxCheckWay(request, plane, zones, way).warnings;
     }
 

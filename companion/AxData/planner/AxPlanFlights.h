@@ -13,7 +13,7 @@ struct AXDATA_EXPORT AxPlanFlight
     std::vector<AxPlanPoint> points; ///< without home, with the corners of the ways from and to it
     std::vector<AxPlanPhoto> photos; ///< that it takes
     double seconds = 0.0;            ///< with the way from and to home
-    /// Of no-fly zones and of the ground, on the flight and on its own way from and to home.
+    /// Of no-fly zones, bends and the ground, on the flight and on its own way from and to home.
     std::vector<AxPlanWarning> warnings;
 };
 

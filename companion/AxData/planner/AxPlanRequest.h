@@ -100,7 +100,7 @@ struct AXDATA_EXPORT AxPlanRequest
     Heights heights = Heights::Constant; ///< of the passes
     double meanGround = 0.0;             ///< metres above the ellipsoid, of the area
     double clearance = 0.0;              ///< least metres above the ground anywhere on the route
-    AxPlanGround ground;                 ///< may be empty for constant heights: clearance is then not known
+    AxPlanGround ground;                 ///< may be empty for constant heights: the route then warns of that
 
     double windSpeed = 0.0;      ///< m/s
     double windFrom = 0.0;       ///< degrees clockwise from north

@@ -70,6 +70,7 @@ struct AXDATA_EXPORT AxPlanWarning
         Interval,      ///< photos follow faster than the camera takes them
         Overlap,       ///< fewer passes than the overlap needs
         Zone,          ///< the route is in a no-fly zone from here on; the value is for how many metres
+        Bend,          ///< the route bends tighter than the aircraft turns: radii in metres, 0 at a corner
         NoWayRound,    ///< the leg between home and here goes round no zone, because no way was found
         UnknownZones   ///< home legs are to go round no-fly zones, but nobody has given any
     };
@@ -81,8 +82,9 @@ struct AXDATA_EXPORT AxPlanWarning
 };
 
 /// A planned route. Where there is a home, it is flown to level with the route's first point, and from it
-/// with its last one; climbs and falls are over home. Three directions are three flights. Without points
-/// where the request allows none: `fault` says why.
+/// with its last one; climbs and falls are over home. Three directions are three flights: of entry points 0
+/// and 1 in their order, of 2 and 3 the third direction comes first. Without points where the request allows
+/// none: `fault` says why.
 struct AXDATA_EXPORT AxPlanResult
 {
     QString fault;                   ///< for people; empty when there is a route
@@ -90,7 +92,9 @@ struct AXDATA_EXPORT AxPlanResult
     std::vector<AxPlanPhoto> photos; ///< in their order
     /// Where the flight may begin; `entry` of the request chooses.
     std::array<AxPlanPoint, 4> entries;
-    double heading = 0.0; ///< of the first set of passes, degrees clockwise from north
+    /// Of three directions the same for each of them, in their order; else empty.
+    std::vector<std::array<AxPlanPoint, 4>> entriesOfDirections;
+    double heading = 0.0; ///< of the first direction or set of passes, degrees clockwise from north
     AxPlanFigures figures;
     std::vector<AxPlanWarning> warnings;
 

@@ -12,6 +12,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -21,6 +22,8 @@ using Route = std::vector<AxRoutePlace>;
 
 /// More photos than that are no flight of any drone, and fill the memory.
 constexpr double mostPhotos = 5e6;
+/// Beside one line; a strip of more is an area.
+constexpr double mostStripPasses = 1000.0;
 
 /// At the first or the last point of a pass, as it is flown.
 AxPlanPose PoseAt(const AxPlanLine& pass, bool isStart, double ahead)
@@ -97,6 +100,8 @@ public:
         result.heading = !isArea           ? 0.0
                          : request.heading ? std::fmod(*request.heading + 720.0, 360.0)
                                            : AxBestHeading(request, plane, spacing);
+        if (const char* fault = FaultOfStrip(spacing))
+            return Refuse(fault);
         std::vector<Route> sets;
         const int count = !isArea ? 1 : request.isThreeDirections ? 3 : request.isCrossed ? 2 : 1;
         std::vector<AxPlanLine> crossed;
@@ -105,16 +110,21 @@ public:
                                              result.heading + i * (count == 3 ? 60.0 : 90.0), request.entry);
             if (set.passes.empty())
                 return Refuse(QT_TRANSLATE_NOOP("AxPlanner", "There is nothing to fly over."));
-            if (i == 0)
-                TakeFirstSet(set);
+            if (i == 0) {
+                result.figures.spacing = set.spacing;
+                result.entries = EntriesOf(set);
+            }
             if (count != 3) {
                 crossed.insert(crossed.end(), set.passes.begin(), set.passes.end());
             } else {
                 sets.push_back(RouteOver(set.passes, request.aircraft));
+                result.entriesOfDirections.push_back(EntriesOf(set));
             }
         }
         if (count != 3)
             sets.push_back(RouteOver(crossed, request.aircraft));
+        else if (request.entry >= 2)
+            std::reverse(sets.begin(), sets.end());
         for (Route& set : sets) {
             const QString fault = AxSetAltitudes(request, plane, height, swath, set);
             if (!fault.isEmpty()) {
@@ -143,13 +153,33 @@ private:
         return refused;
     }
 
-    void TakeFirstSet(const AxPassSet& set)
+    std::array<AxPlanPoint, 4> EntriesOf(const AxPassSet& set) const
     {
-        result.figures.spacing = set.spacing;
+        std::array<AxPlanPoint, 4> entries;
         for (std::size_t i = 0; i < 4; ++i) {
             const QPointF place = plane.ToLngLat(set.entries[i]);
-            result.entries[i] = {place.x(), place.y(), request.meanGround + height, Role::PassStart, -1};
+            entries[i] = {place.x(), place.y(), request.meanGround + height, Role::PassStart, -1};
         }
+        return entries;
+    }
+
+    /// Why there are too many passes to lay, null where there are not: each takes its time.
+    const char* FaultOfStrip(double spacing) const
+    {
+        if (request.kind != AxPlanRequest::Kind::Strip)
+            return nullptr;
+        const double lines = request.passes > 0
+                                 ? request.passes
+                                 : std::ceil((request.leftWidth + request.rightWidth) / spacing - 1e-9);
+        if (lines > mostStripPasses)
+            return QT_TRANSLATE_NOOP("AxPlanner", "The strip has too many passes.");
+        const AxPlanLine centre = plane.ToPlane(request.outline);
+        double length = 0.0;
+        for (std::size_t i = 1; i < centre.size(); ++i)
+            length += AxApart(centre[i - 1], centre[i]);
+        return lines * length > mostPhotos * result.figures.photoDistance
+                   ? QT_TRANSLATE_NOOP("AxPlanner", "The route has too many photos.")
+                   : nullptr;
     }
 
     /// The route from home and back, if there is a home.
