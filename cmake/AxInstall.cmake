@@ -23,10 +23,14 @@ set_target_properties(AxGroundControl axnofly PROPERTIES INSTALL_RPATH "$ORIGIN/
 
 # ./ax docs installs the headers alone, so they are a component of their own.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
+# Headers that only the library itself and its tests need.
+set(inner "AxDisk|AxOpenedInPlace|AxPrivateFolder|AxReplaceFile|AxZoneQuery")
+string(APPEND inner "|AxGroundSpeed|AxHomeLegs|AxPassLayout|AxPassOrder|AxPlanAltitudes|AxPlanCheck|AxPlaneArea")
+string(APPEND inner "|AxPlanPasses|AxRouteHeights|AxWayCheck|AxWayRound|AxZonesAround")
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
-    REGEX "/(AxDisk|AxOpenedInPlace|AxPrivateFolder|AxReplaceFile|AxZoneQuery)\\.h$" EXCLUDE PATTERN "*.h")
+    REGEX "/(${inner})\\.h$" EXCLUDE PATTERN "*.h")
 endforeach()
 if(AX_EARTH STREQUAL "bundled")
   install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
