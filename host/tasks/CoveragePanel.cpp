@@ -52,6 +52,13 @@ QPixmap Swatch(const QColor& color, const QColor& stripes)
     painter.drawRect(picture.rect().adjusted(0, 0, -1, -1));
     return picture;
 }
+
+bool IsOblique(const ShownPlan& shown)
+{
+    CAxBlock* block = CAxBlockManager::instance().GetBlock(shown.blockID);
+    const ECameraType camera = block ? block->GetTaskPara()->GetCameraType() : CameraFullFrame;
+    return shown.request.isThreeDirections || camera == CameraOblique || camera == CameraSwing;
+}
 } // namespace
 
 CoveragePanel::CoveragePanel(CAxEarthViewer* earthViewer, QWidget* parent)
@@ -139,8 +146,9 @@ void CoveragePanel::Count()
         return;
     if (!shown || !shown->plan.IsPlanned())
         told->setText(tr("No route is shown."));
-    else if (shown->request.kind != AxPlanRequest::Kind::Area)
-        told->setText(tr("Coverage is counted for the routes of areas."));
+    else if (shown->request.kind == AxPlanRequest::Kind::Orbit)
+        told->setText(tr("Coverage is counted for areas and strips, not for circles, around which the camera "
+                         "looks inwards."));
     else if (!viewer || !viewer->getMapNode())
         told->setText(tr("The map is not open."));
     else {
@@ -163,6 +171,10 @@ void CoveragePanel::OnCounted(CoverageReport&& counted)
     clock.stop();
     progress->hide();
     cancel->hide();
+    if (counted.cells == 0) {
+        told->setText(tr("Nothing can be counted: the area is too small, or a strip encloses a gap."));
+        return;
+    }
     report = std::move(counted);
     OnBlockState(shown->blockID);
     ShowReport();
@@ -184,6 +196,10 @@ void CoveragePanel::ShowReport()
         text +=
             QLatin1Char('\n') + tr("The ground's height is not known in %1 of %2 cells.")
                                     .arg(locale.toString(report->unknown), locale.toString(report->cells));
+    if (IsOblique(*shown))
+        text += QLatin1Char('\n') +
+                tr("What is counted is what the camera shows that looks straight down; what oblique lenses "
+                   "show is not.");
     told->setText(text);
 }
 

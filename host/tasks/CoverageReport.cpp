@@ -48,61 +48,19 @@ double CellFor(const ShownPlan& shown, const QRectF& box)
     return std::max({smallestCell, forArea, forPhotos, forPicture});
 }
 
-/// The coverage's cells, with what it does not say: of which the ground is unknown, and their places.
+/// The coverage's cells as pictures and places.
 class Cells
 {
 public:
-    Cells(const AxPlanCoverage& counted, const AxPlanPlane& ofArea, const AxPlanGround& ground)
-        : coverage(counted), plane(ofArea), southWest(plane.ToPlane(coverage.corners.front())),
-          isUnknown(coverage.photos.size(), false)
+    Cells(const AxPlanCoverage& counted, const AxPlanPlane& ofArea)
+        : coverage(counted), plane(ofArea), southWest(plane.ToPlane(coverage.corners.front()))
     {
-        // No photo counts where the ground is not known.
-        for (int row = 0; row < coverage.rows; ++row)
-            for (int column = 0; column < coverage.columns; ++column)
-                if (const std::size_t cell = CellAt(column, row);
-                    coverage.isInside[cell] && coverage.photos[cell] == 0) {
-                    const QPointF middle = PlaceAt(column + 0.5, row + 0.5);
-                    isUnknown[cell] = !ground(middle.x(), middle.y());
-                }
-    }
-
-    void FindWorst(CoverageReport& report) const
-    {
-        const auto isKnown = [this](std::size_t cell) { return coverage.isInside[cell] && !isUnknown[cell]; };
-        std::optional<std::size_t> least;
-        std::optional<std::size_t> coarsest;
-        for (std::size_t cell = 0; cell < coverage.photos.size(); ++cell) {
-            report.cells += coverage.isInside[cell] ? 1 : 0;
-            report.unknown += isUnknown[cell] ? 1 : 0;
-            if (!isKnown(cell))
-                continue;
-            if (!least || coverage.photos[cell] < coverage.photos[*least])
-                least = cell;
-            if (coverage.photos[cell] > 0 &&
-                (!coarsest || coverage.sample[cell] > coverage.sample[*coarsest]))
-                coarsest = cell;
-        }
-        if (least)
-            report.leastPhotos = {static_cast<double>(coverage.photos[*least]), MiddleOf(*least)};
-        if (coarsest)
-            report.coarsestSample = {static_cast<double>(coverage.sample[*coarsest]), MiddleOf(*coarsest)};
-    }
-
-    double FinestSample() const
-    {
-        double finest = 0.0;
-        for (std::size_t cell = 0; cell < coverage.photos.size(); ++cell)
-            if (coverage.photos[cell] > 0 &&
-                (finest == 0.0 || static_cast<double>(coverage.sample[cell]) < finest))
-                finest = static_cast<double>(coverage.sample[cell]);
-        return finest;
     }
 
     template <typename Value> CoveragePainting Painted(CoverageScale scale, Value valueOf) const
     {
         const int stripe = std::max(3, (coverage.columns + coverage.rows) / (2 * stripesAcross));
         std::vector<int> counts(scale.steps.size(), 0);
-        int all = 0;
         CoveragePainting painting;
         painting.picture = QImage(coverage.columns, coverage.rows, QImage::Format_RGBA8888_Premultiplied);
         painting.picture.fill(Qt::transparent);
@@ -111,17 +69,17 @@ public:
                 const std::size_t cell = CellAt(column, row);
                 if (!coverage.isInside[cell])
                     continue;
-                ++all;
+                const bool isKnown = coverage.isKnown[cell];
                 const auto step = static_cast<std::size_t>(scale.StepOf(static_cast<double>(valueOf(cell))));
-                counts[step] += isUnknown[cell] ? 0 : 1;
+                counts[step] += isKnown ? 1 : 0;
                 const bool isLight = (column + row) / stripe % 2 == 0;
                 painting.picture.setPixelColor(column, coverage.rows - 1 - row,
-                                               !isUnknown[cell] ? scale.steps[step].color
-                                               : isLight        ? coverageUnknownLight
-                                                                : coverageUnknownDark);
+                                               isKnown   ? scale.steps[step].color
+                                               : isLight ? coverageUnknownLight
+                                                         : coverageUnknownDark);
             }
         for (const int count : counts)
-            painting.shares.push_back(all > 0 ? static_cast<double>(count) / all : 0.0);
+            painting.shares.push_back(static_cast<double>(count) / std::max(1, coverage.cells));
         painting.scale = std::move(scale);
         return painting;
     }
@@ -159,17 +117,10 @@ private:
     {
         return plane.ToLngLat({southWest.x() + column * coverage.cell, southWest.y() + row * coverage.cell});
     }
-    QPointF MiddleOf(std::size_t cell) const
-    {
-        const auto columns = static_cast<std::size_t>(coverage.columns);
-        const std::size_t row = cell / columns;
-        return PlaceAt(static_cast<double>(cell % columns) + 0.5, static_cast<double>(row) + 0.5);
-    }
 
     const AxPlanCoverage& coverage;
     const AxPlanPlane& plane;
     const CAxPoint2D southWest;
-    std::vector<bool> isUnknown;
 };
 } // namespace
 
@@ -178,7 +129,10 @@ CoverageReport CoverageReportOf(const ShownPlan& shown, const AxPlanGround& grou
 {
     CoverageReport report;
     const AxPlanPlane plane(shown.request.outline);
-    const QRectF box = BoxAround(plane.ToPlane(shown.request.outline));
+    const AxPlanLine ring = AxCoverageRing(shown.request, plane);
+    if (ring.empty())
+        return report;
+    const QRectF box = BoxAround(ring);
     AxPlanRequest request = shown.request;
     // Heights take most of the time, and are asked for from south to north.
     request.ground = [&](double longitude, double latitude) {
@@ -189,12 +143,16 @@ CoverageReport CoverageReportOf(const ShownPlan& shown, const AxPlanGround& grou
     const AxPlanCoverage coverage = AxCoverageOf(request, shown.plan, CellFor(shown, box), isOff);
     if (coverage.photos.empty() || isOff)
         return report;
-    const Cells cells(coverage, plane, ground);
-    cells.FindWorst(report);
-    const double coarsest = report.coarsestSample ? report.coarsestSample->value : 0.0;
+    report.cells = coverage.cells;
+    report.unknown = coverage.unknown;
+    if (report.cells > report.unknown)
+        report.leastPhotos = {static_cast<double>(coverage.leastPhotos), coverage.leastPhotosAt};
+    if (coverage.coarsestSample > 0.0)
+        report.coarsestSample = {coverage.coarsestSample, coverage.coarsestSampleAt};
+    const Cells cells(coverage, plane);
     report.photos =
         cells.Painted(CoverageScale::OfPhotos(), [&](std::size_t cell) { return coverage.photos[cell]; });
-    report.sample = cells.Painted(CoverageScale::OfSample(cells.FinestSample(), coarsest),
+    report.sample = cells.Painted(CoverageScale::OfSample(coverage.finestSample, coverage.coarsestSample),
                                   [&](std::size_t cell) { return coverage.sample[cell]; });
     report.ground = cells.Ground(ground, shown.request.meanGround);
     report.cell = coverage.cell;

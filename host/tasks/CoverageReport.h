@@ -54,7 +54,7 @@ extern const QColor coverageUnknownLight;
 extern const QColor coverageUnknownDark;
 
 /// Cells are as many as are counted in about a second. `percent` is told how far it has come. A report
-/// without cells where the plan is of no area, or when isOff turns true meanwhile. Any thread, as far as the
-/// ground may be asked there.
+/// without cells where AxCoverageRing() has no ring, or when isOff turns true meanwhile. Any thread, as far
+/// as the ground may be asked there.
 CoverageReport CoverageReportOf(const ShownPlan& shown, const AxPlanGround& ground, std::atomic<int>& percent,
                                 const std::atomic<bool>& isOff);

@@ -987,6 +987,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>CoveragePanel</name>
     <message>
+        <source>Coverage is counted for areas and strips, not for circles, around which the camera looks inwards.</source>
+        <translation>覆盖情况按面状和条带测区统计，不统计环绕航线，因为环绕时相机朝向圆心。</translation>
+    </message>
+    <message>
+        <source>Nothing can be counted: the area is too small, or a strip encloses a gap.</source>
+        <translation>无法统计：测区过小，或条带围出了空洞。</translation>
+    </message>
+    <message>
+        <source>What is counted is what the camera shows that looks straight down; what oblique lenses show is not.</source>
+        <translation>仅统计垂直向下镜头拍到的范围，不含倾斜镜头拍到的范围。</translation>
+    </message>
+    <message>
         <source>Show coverage</source>
         <translation>显示覆盖情况</translation>
     </message>
@@ -1005,10 +1017,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>No route is shown.</source>
         <translation>没有显示航线。</translation>
-    </message>
-    <message>
-        <source>Coverage is counted for the routes of areas.</source>
-        <translation>仅统计面状测区航线的覆盖情况。</translation>
     </message>
     <message>
         <source>The map is not open.</source>

@@ -772,6 +772,24 @@ TEST(Planner, CountsThePhotosThatReallyShowAPieceOfGround)
     const AxPlanCoverage unknown = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
     EXPECT_EQ(unknown.unknown, static_cast<int>(inside)) << "never taken as level ground";
     EXPECT_EQ(unknown.leastPhotos, 0);
+    request.ground = [middle](double longitude, double) {
+        return longitude > middle ? std::nullopt : std::make_optional(0.0);
+    };
+    const AxPlanCoverage half = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
+    EXPECT_GE(half.leastPhotos, 1) << "ground that is not known is not the worst";
+    EXPECT_LE(half.leastPhotosAt.x(), middle);
+
+    request.ground = {};
+    request.kind = AxPlanRequest::Kind::Strip;
+    request.outline = {{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.005}};
+    request.leftWidth = 30.0;
+    request.rightWidth = 60.0;
+    const AxPlanResult strip = AxPlanRoute(request);
+    const AxPlanCoverage band = AxCoverageOf(request, strip, 3.0, isOff);
+    EXPECT_NEAR(band.cells * 9.0, 1344.0 * 90.0, 0.03 * 1344.0 * 90.0) << "the line times the width";
+    EXPECT_GE(band.leastPhotos, 1);
+    request.kind = AxPlanRequest::Kind::Orbit;
+    EXPECT_TRUE(AxCoverageOf(request, strip, 3.0, isOff).photos.empty());
 }
 
 TEST(Planner, SplitsIntoFlightsAndLosesNoPhoto)

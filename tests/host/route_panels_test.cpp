@@ -36,6 +36,7 @@ std::shared_ptr<ShownPlan> PlanOf(AxPlanRequest::Kind kind = AxPlanRequest::Kind
     for (const auto& [east, north] : {std::pair{-1, -1}, {1, -1}, {1, 1}, {-1, 1}})
         request.outline += QPointF(middleLongitude + halfSide * east, middleLatitude + halfSide * north);
     request.leftWidth = request.rightWidth = 20.0;
+    request.radius = 50.0;
     request.height = height;
     request.meanGround = 2150.0;
     shown->plan = AxPlanRoute(request);
@@ -192,6 +193,8 @@ TEST_F(RoutePanels, CoverageIsPaintedOnlyOfThePlanThatIsShown)
     EXPECT_FALSE(waitFor(isPainted, 200)) << "it is off by default";
     isOn->setChecked(true);
     panel->ShowPlan(PlanOf(AxPlanRequest::Kind::Strip));
+    EXPECT_TRUE(waitFor(isPainted));
+    panel->ShowPlan(PlanOf(AxPlanRequest::Kind::Orbit));
     EXPECT_FALSE(waitFor(isPainted, 500)) << "of the plan before this one";
     EXPECT_FALSE(told->text().isEmpty());
     panel->ShowPlan(PlanOf());

@@ -1,10 +1,12 @@
 #include <AxAlgorthm/AxMath.h>
+#include <AxAlgorthm/AxPlaneGeometry.h>
 #include <AxData/planner/AxPlanCoverage.h>
-#include <AxData/planner/AxPlanPlane.h>
+#include <AxData/planner/AxPlaneArea.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 constexpr double mostCells = 25e6;
@@ -12,12 +14,15 @@ constexpr double mostCells = 25e6;
 class CellGrid
 {
 public:
-    CellGrid(const AxPlanRequest& asked, double cell) : request(asked), plane(asked.outline)
+    CellGrid(const AxPlanRequest& asked, const AxPlanPlane& around, const AxPlanLine& ring, double cell)
+        : request(asked), plane(around)
     {
-        rings.push_back(plane.ToPlane(request.outline));
-        for (const QList<QPointF>& hole : request.holes)
-            rings.push_back(plane.ToPlane(hole));
-        for (const CAxPoint2D& point : rings.front()) {
+        std::vector<AxPlanLine> rings{ring};
+        if (request.kind == AxPlanRequest::Kind::Area)
+            for (const QList<QPointF>& hole : request.holes)
+                rings.push_back(plane.ToPlane(hole));
+        shape = AxPlaneArea(std::move(rings));
+        for (const CAxPoint2D& point : ring) {
             west = std::min(west, point.x());
             east = std::max(east, point.x());
             south = std::min(south, point.y());
@@ -31,6 +36,7 @@ public:
         result.photos.assign(count, 0);
         result.sample.assign(count, 0.0F);
         result.isInside.assign(count, false);
+        result.isKnown.assign(count, false);
         ground.assign(count, std::numeric_limits<float>::quiet_NaN());
         for (const auto& [x, y] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 1}})
             result.corners.push_back(plane.ToLngLat(
@@ -41,16 +47,15 @@ public:
     bool LookAtGround(const std::atomic<bool>& isOff)
     {
         for (int row = 0; row < result.rows && !isOff; ++row) {
-            std::vector<double> crossings;
-            for (const AxPlanLine& ring : rings)
-                AddCrossings(ring, Middle(0, row).y(), crossings);
-            std::sort(crossings.begin(), crossings.end());
-            for (std::size_t i = 0; i + 1 < crossings.size(); i += 2)
-                for (int column = ColumnAt(crossings[i]); column <= ColumnAt(crossings[i + 1]); ++column) {
-                    const double x = Middle(column, row).x();
-                    if (x >= crossings[i] && x <= crossings[i + 1])
+            const double y = Middle(0, row).y();
+            const double width = result.columns * result.cell;
+            for (const auto& [begin, end] : shape.Inside({west, y}, {west + width, y})) {
+                const double from = west + begin * width;
+                const double to = west + end * width;
+                for (int column = ColumnAt(from); column <= ColumnAt(to); ++column)
+                    if (const double x = Middle(column, row).x(); x >= from && x <= to)
                         LookAt(column, row);
-                }
+            }
         }
         return !isOff;
     }
@@ -91,16 +96,19 @@ public:
         for (int row = 0; row < result.rows; ++row)
             for (int column = 0; column < result.columns; ++column) {
                 const std::size_t index = IndexOf(column, row);
-                if (!result.isInside[index])
+                if (!result.isKnown[index])
                     continue;
                 if (result.photos[index] < result.leastPhotos) {
                     result.leastPhotos = result.photos[index];
                     result.leastPhotosAt = plane.ToLngLat(Middle(column, row));
                 }
-                if (static_cast<double>(result.sample[index]) > result.coarsestSample) {
-                    result.coarsestSample = static_cast<double>(result.sample[index]);
+                const auto sample = static_cast<double>(result.sample[index]);
+                if (sample > result.coarsestSample) {
+                    result.coarsestSample = sample;
                     result.coarsestSampleAt = plane.ToLngLat(Middle(column, row));
                 }
+                if (sample > 0.0 && (result.finestSample == 0.0 || sample < result.finestSample))
+                    result.finestSample = sample;
             }
         if (result.leastPhotos == std::numeric_limits<int>::max())
             result.leastPhotos = 0;
@@ -108,20 +116,11 @@ public:
     }
 
 private:
-    static void AddCrossings(const AxPlanLine& ring, double y, std::vector<double>& crossings)
-    {
-        for (std::size_t i = 0; i < ring.size(); ++i) {
-            const CAxPoint2D& a = ring[i];
-            const CAxPoint2D& b = ring[(i + 1) % ring.size()];
-            if ((a.y() <= y) != (b.y() <= y))
-                crossings.push_back(a.x() + (b.x() - a.x()) * (y - a.y()) / (b.y() - a.y()));
-        }
-    }
-
     void LookAt(int column, int row)
     {
         const std::size_t index = IndexOf(column, row);
         result.isInside[index] = true;
+        ++result.cells;
         std::optional<double> height = request.meanGround;
         if (request.ground) {
             const QPointF place = plane.ToLngLat(Middle(column, row));
@@ -131,6 +130,7 @@ private:
             ++result.unknown;
             return;
         }
+        result.isKnown[index] = true;
         ground[index] = static_cast<float>(*height);
         lowest = std::min(lowest, *height);
     }
@@ -155,7 +155,7 @@ private:
 
     const AxPlanRequest& request;
     AxPlanPlane plane;
-    std::vector<AxPlanLine> rings;
+    AxPlaneArea shape;
     double west = std::numeric_limits<double>::max();
     double east = std::numeric_limits<double>::lowest();
     double south = std::numeric_limits<double>::max();
@@ -166,12 +166,31 @@ private:
 };
 } // namespace
 
+AxPlanLine AxCoverageRing(const AxPlanRequest& request, const AxPlanPlane& plane)
+{
+    AxPlanLine ring = plane.ToPlane(request.outline);
+    switch (request.kind) {
+    case AxPlanRequest::Kind::Area:
+        return ring;
+    case AxPlanRequest::Kind::Strip: {
+        QList<int> indices;
+        CreateStripPolygon(ring, request.leftWidth, request.rightWidth, ring, indices);
+        return ring;
+    }
+    case AxPlanRequest::Kind::Orbit:
+        break;
+    }
+    return {};
+}
+
 AxPlanCoverage AxCoverageOf(const AxPlanRequest& request, const AxPlanResult& plan, double cell,
                             const std::atomic<bool>& isOff)
 {
-    if (!plan.IsPlanned() || request.kind != AxPlanRequest::Kind::Area || !(cell > 0.0))
+    const AxPlanPlane plane(request.outline);
+    const AxPlanLine ring = AxCoverageRing(request, plane);
+    if (!plan.IsPlanned() || ring.empty() || !(cell > 0.0))
         return {};
-    CellGrid grid(request, cell);
+    CellGrid grid(request, plane, ring, cell);
     if (!grid.LookAtGround(isOff))
         return {};
     for (const AxPlanPhoto& photo : plan.photos) {
