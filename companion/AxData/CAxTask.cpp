@@ -89,6 +89,9 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
     // Who gives heights and zones is asked meanwhile, and may delete this task.
     const QString name = m_name;
     const int shown = direction;
+    const bool isChanging = m_block && m_block->GetTaskPara()->IsChangeHighFlying();
+    const QMap<int, QList<CAxVector3D>> inserted =
+        isChanging ? m_variableHeightPoints : QMap<int, QList<CAxVector3D>>();
     std::optional<AxPlanResult> taken = std::exchange(m_plan, {});
     const AxPlanResult plan =
         taken ? std::move(*taken) : AxPlanRoute(RequestOf(entryPoint, blockType, expectedRouteCount));
@@ -109,7 +112,11 @@ QList<CAxVector3D> CAxTask::ComputeRoute(int entryPoint, QList<QPair<int, CAxVec
     if (isThree && shown == 1)
         std::reverse(lineMarkers.begin(), lineMarkers.end());
     route.reserve(static_cast<int>(plan.points.size()));
-    for (const AxPlanPoint& point : plan.points)
+    for (int i = 0; i < static_cast<int>(plan.points.size()); ++i) {
+        const AxPlanPoint& point = plan.points[static_cast<std::size_t>(i)];
         route += CAxVector3D(point.latitude, point.longitude, point.altitude);
+        if (!isThree) // its thirds stay of equally many points
+            route += inserted.value(i);
+    }
     return route;
 }

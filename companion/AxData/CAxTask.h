@@ -37,7 +37,8 @@ public:
     void SetTaskAnchors(const QList<QPointF>& ring) { m_anchors = ring; }
 
     /// Points to be flown between route point index and the next one, for flying at a variable height;
-    /// replaces those given for that index before. A negative index changes nothing.
+    /// replaces those given for that index before. A negative index changes nothing. Indices are those of the
+    /// route without such points, places (latitude, longitude, altitude). Who plans anew gives them anew.
     void InsertVariableHeightRoutePt(int index, const QList<CAxVector3D>& points);
     /// The points given for that index, empty when there are none.
     QList<CAxVector3D> GetVariableHeightRoutePt(int index) const;
@@ -55,7 +56,8 @@ public:
     /// round no-fly zones, it begins and ends with their corners. lineMarkers gets the entry-point markers as
     /// pairs of their number, 0 to 3, and their place in the same order; of three directions those of the
     /// task's own `direction`, of its second one from 3 to 0. An empty list means that the parameters do not
-    /// allow a route; the log then says why. appType, the kind of application, changes nothing.
+    /// allow a route; the log then says why. Where the block's flying height changes, the points of
+    /// InsertVariableHeightRoutePt() follow their route points, but not in three directions. appType, the kind of application, changes nothing.
     virtual QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                             CAxBlock::EBlockType blockType, int expectedRouteCount,
                                             int appType);

@@ -300,6 +300,10 @@ TEST(Planner, WarnsOfGroundThatComesNearOrIsUnknown)
         return std::abs(longitude - mast) < 1e-4 ? 2100.0 : 1500.0;
     };
     EXPECT_EQ(count(AxPlanWarning::Kind::Clearance), 2) << "there and back";
+    const AxPlanFigures figures = AxPlanRoute(request).figures;
+    EXPECT_NEAR(figures.leastHeight, 50.0, 1e-6);
+    for (const double sample : {figures.sampleLeast, figures.sampleMean})
+        EXPECT_NEAR(sample, request.camera.SampleFrom(650.0), 1e-9) << "the mast is below no pass";
     request.home.reset();
     for (const AxPlanGround& ground :
          {AxPlanGround(), AxPlanGround([](double, double) { return std::optional<double>(); })}) {
@@ -633,6 +637,8 @@ TEST(Planner, FliesStripsAndCircles)
             EXPECT_LT(AxApart(passes[i - 1].second, passes[i].first), 60.0)
                 << "comes back along the next pass";
         EXPECT_LT(AxApart(passes[0].first, entry % 2 ? centre.back() : centre.front()), 130.0);
+        const double length = AxApart(centre[0], centre[1]) + AxApart(centre[1], centre[2]);
+        EXPECT_NEAR(plan.figures.area, 180.0 * length, 0.03 * 180.0 * length);
     }
     request.kind = AxPlanRequest::Kind::Orbit;
     request.radius = 80.0;
@@ -883,6 +889,14 @@ TEST(Planner, ATaskPlansItsBlockWithItsParameters)
     EXPECT_EQ(markers[3].first, 3);
     EXPECT_NE(route(3, 0)[0], first[0]);
     EXPECT_EQ(route(-1, 0), first);
+    const CAxVector3D inserted(45.002, 10.005, 900.0);
+    task->InsertVariableHeightRoutePt(1, {inserted});
+    EXPECT_EQ(route(0, 0), first) << "heights do not change";
+    CAxControl::GetInstance()->SetGround([](double, double) { return 400.0; }, block);
+    para->SetChangeHighFlying(true);
+    EXPECT_EQ(route(0, 0)[2], inserted);
+    para->SetChangeHighFlying(false);
+    CAxControl::GetInstance()->RemoveGround(block);
     task->TakePlan(AxPlanRoute(task->RequestOf(2, CAxBlock::PolygonBlock, 3)));
     EXPECT_NE(route(0, 0), first) << "planned by somebody else";
     EXPECT_EQ(route(0, 0), first) << "once";

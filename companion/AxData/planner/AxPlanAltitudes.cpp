@@ -180,7 +180,8 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
         return result;
     }
     double sum = 0.0;
-    result.least = std::numeric_limits<double>::max();
+    double passSum = 0.0;
+    result.least = result.passLeast = std::numeric_limits<double>::max();
     std::optional<Kind> stretch; // that goes on at the place before
     VisitLegs(route, [&](std::size_t leg, double share) {
         const AxRoutePlace& from = route[leg];
@@ -195,6 +196,11 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
             sum += above;
             ++result.looks;
             result.least = std::min(result.least, above);
+            if (from.pass >= 0 && from.pass == to.pass) {
+                passSum += above;
+                ++result.passLooks;
+                result.passLeast = std::min(result.passLeast, above);
+            }
             if (above < request.clearance)
                 wrong = Kind::Clearance;
         } else {
@@ -210,5 +216,8 @@ AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane
     result.mean = result.looks > 0 ? sum / result.looks : 0.0;
     if (result.looks == 0)
         result.least = 0.0;
+    result.passMean = result.passLooks > 0 ? passSum / result.passLooks : 0.0;
+    if (result.passLooks == 0)
+        result.passLeast = 0.0;
     return result;
 }

@@ -30,6 +30,9 @@ struct AxAboveGround
     int looks = 0;                       ///< at places whose ground is known
     double least = 0.0;                  ///< metres
     double mean = 0.0;                   ///< metres
+    int passLooks = 0;                   ///< on passes, as the next two
+    double passLeast = 0.0;              ///< metres
+    double passMean = 0.0;               ///< metres
     std::vector<AxPlanWarning> warnings; ///< one for each stretch that is too low or over unknown ground
 };
 AxAboveGround AxLookBelow(const AxPlanRequest& request, const AxPlanPlane& plane,

@@ -47,7 +47,7 @@ struct AXDATA_EXPORT AxPlanFigures
     int photos = 0;             ///< of all sets
     int passes = 0;             ///< of all sets
     int turns = 0;              ///< from one pass to the next
-    double area = 0.0;          ///< square metres of the area asked for
+    double area = 0.0;          ///< square metres of what is asked for: the area, the strip, the disc
     double interval = 0.0;      ///< least seconds between two photos
     double height = 0.0;        ///< metres above the mean ground
     double sample = 0.0;        ///< metres of ground a pixel, from that height
@@ -57,6 +57,9 @@ struct AXDATA_EXPORT AxPlanFigures
     /// not.
     double leastHeight = 0.0;
     double meanHeight = 0.0;
+    /// Metres of ground a pixel below the passes, where the ground is known; both 0 where it is not.
+    double sampleLeast = 0.0;
+    double sampleMean = 0.0;
 };
 
 /// Something the pilot ought to know, with its place.

@@ -1,6 +1,7 @@
 #include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxMath.h>
+#include <AxAlgorthm/AxPlaneGeometry.h>
 #include <AxData/planner/AxGroundSpeed.h>
 #include <AxData/planner/AxHomeLegs.h>
 #include <AxData/planner/AxPlanCheck.h>
@@ -241,6 +242,14 @@ private:
             figures.meanHeight += (above.mean - figures.meanHeight) * above.looks / (looks + above.looks);
             looks += above.looks;
         }
+        if (above.passLooks > 0) {
+            const double least = request.camera.SampleFrom(above.passLeast);
+            const double mean = request.camera.SampleFrom(above.passMean);
+            figures.sampleLeast = passLooks == 0 ? least : std::min(figures.sampleLeast, least);
+            figures.sampleMean +=
+                (mean - figures.sampleMean) * above.passLooks / (passLooks + above.passLooks);
+            passLooks += above.passLooks;
+        }
         return TakePhotos(route, passesBefore);
     }
 
@@ -300,11 +309,7 @@ private:
         figures.height = height;
         figures.sample = request.camera.SampleFrom(height);
         figures.interval = fastest > 0.0 ? figures.photoDistance / fastest : 0.0;
-        if (request.kind == AxPlanRequest::Kind::Area) {
-            figures.area = RingArea(request.outline);
-            for (const QList<QPointF>& hole : request.holes)
-                figures.area -= RingArea(hole);
-        }
+        figures.area = AreaAsked();
         const QPointF start(result.photos.front().longitude, result.photos.front().latitude);
         if (request.goesRoundZones && request.home && !request.zones)
             result.warnings.push_back({Kind::UnknownZones, *request.home});
@@ -315,6 +320,31 @@ private:
             result.warnings.push_back({Kind::Overlap, start,
                                        1.0 - figures.spacing / request.camera.WidthFrom(height),
                                        request.sideOverlap});
+    }
+
+    double AreaAsked() const
+    {
+        switch (request.kind) {
+        case AxPlanRequest::Kind::Area: {
+            double area = RingArea(request.outline);
+            for (const QList<QPointF>& hole : request.holes)
+                area -= RingArea(hole);
+            return area;
+        }
+        case AxPlanRequest::Kind::Strip: {
+            AxPlanLine ring;
+            QList<int> indices;
+            CreateStripPolygon(plane.ToPlane(request.outline), request.leftWidth, request.rightWidth, ring,
+                               indices);
+            QList<QPointF> outline;
+            for (const CAxPoint2D& point : ring)
+                outline += plane.ToLngLat(point);
+            return RingArea(outline);
+        }
+        case AxPlanRequest::Kind::Orbit:
+            return PI * request.radius * request.radius;
+        }
+        return 0.0;
     }
 
     static double RingArea(const QList<QPointF>& ring)
@@ -333,6 +363,7 @@ private:
     double height;
     double fastest = 0.0; // over ground, on a pass
     int looks = 0;        // at the ground below the sets so far
+    int passLooks = 0;    // of them on passes
     AxPlanResult result;
 };
 } // namespace
