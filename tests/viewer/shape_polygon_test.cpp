@@ -335,10 +335,10 @@ TEST_F(PolygonBlock, ItsDialogShowsTheAreaAndRenames)
     EXPECT_EQ(block->GetNameLabel()->text(), "麦田 3");
     EXPECT_EQ(oldLabel->getNumParents(), oldLabel == block->GetNameLabel() ? 1u : 0u);
 
-    // The map has room for 64 letters, however many characters make one.
-    const QString whole = QString::fromUtf8("e\xcc\x81").repeated(64);
+    // The map has room for 24 letters, however many characters make one.
+    const QString whole = QString::fromUtf8("e\xcc\x81").repeated(24);
     for (const auto& [name, shown] :
-         {std::pair{whole, whole}, {whole + 'x', whole.left(126) + QChar(0x2026)}}) {
+         {std::pair{whole, whole}, {whole + 'x', whole.left(46) + QChar(0x2026)}}) {
         block->GetContainedBlock()->SetBlockName(name);
         block->DrawNameLabel();
         EXPECT_EQ(QString::fromStdString(block->GetNameLabel()->text()), shown);
