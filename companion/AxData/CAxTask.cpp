@@ -3,6 +3,7 @@
 #include <AxData/planner/AxPlanAircraft.h>
 #include <AxData/planner/AxPlanCameras.h>
 #include <AxData/planner/AxPlanner.h>
+#include <AxData/planner/AxZoneHoles.h>
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
@@ -71,6 +72,9 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
         request.home = QPointF(home.x(), home.y());
         request.homeAltitude = home.z();
     }
+    // Last, because who gives zones may delete this task.
+    if (para.AreZonesHoles())
+        request.holes = AxZoneHoles(request);
     return request;
 }
 

@@ -44,7 +44,8 @@ public:
     QList<CAxVector3D> GetVariableHeightRoutePt(int index) const;
 
     /// What is to be planned for an entry point (0 to 3; less counts as 0): the task's own area, or its
-    /// block's, with the block's parameters. Without a block the area and the parameters are missing.
+    /// block's, with the block's parameters; asks for the no-fly zones if they are holes. Without a block the
+    /// area and the parameters are missing.
     AxPlanRequest RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const;
 
     /// The next ComputeRoute() gives the route of this plan instead of planning anew, for who has just
@@ -57,7 +58,8 @@ public:
     /// pairs of their number, 0 to 3, and their place in the same order; of three directions those of the
     /// task's own `direction`, of its second one from 3 to 0. An empty list means that the parameters do not
     /// allow a route; the log then says why. Where the block's flying height changes, the points of
-    /// InsertVariableHeightRoutePt() follow their route points, but not in three directions. appType, the kind of application, changes nothing.
+    /// InsertVariableHeightRoutePt() follow their route points, but not in three directions. appType, the
+    /// kind of application, changes nothing.
     virtual QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                             CAxBlock::EBlockType blockType, int expectedRouteCount,
                                             int appType);

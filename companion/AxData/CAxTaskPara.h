@@ -31,6 +31,12 @@ public:
     bool IsHomeLegRoundZones() const { return m_homeLegRoundZones; }
     void SetHomeLegRoundZones(bool round) { m_homeLegRoundZones = round; }
 
+    /// No photos over no-fly zones: whether the parts of the area that lie in zones are holes of it; they are
+    /// not at first. Passes go on over holes that are not worth a turn, and ways between passes may cross
+    /// them: the route warns of each zone that it meets all the same.
+    bool AreZonesHoles() const { return m_zonesAsHoles; }
+    void SetZonesAsHoles(bool holes) { m_zonesAsHoles = holes; }
+
     /// The widths of a strip block in metres to the left and to the right of its centre line.
     void GetBandingOffset(double& left, double& right) const;
     void SetBandingOffset(double left, double right);
@@ -48,6 +54,7 @@ private:
     int m_expectedRouteCount = 0;
     bool m_changeHighFlying = false;
     bool m_homeLegRoundZones = false;
+    bool m_zonesAsHoles = false;
     double m_bandingLeft = 3.0;
     double m_bandingRight = 3.0;
     CAxAirLineParam m_airLine;

@@ -912,6 +912,28 @@ TEST(Planner, ATaskPlansItsBlockWithItsParameters)
     EXPECT_EQ(route(0, 7).size(), 14) << "straight until it is asked to go round";
     para->SetHomeLegRoundZones(true);
     EXPECT_EQ(route(0, 7).size(), 14 + 6) << "corners there and back";
+    // One zone inside, and two that overlap along a whole side and stick out.
+    const auto box = [](double west, double south, double east, double north) {
+        return AxPlanZone{{}, {{west, south}, {east, south}, {east, north}, {west, north}}};
+    };
+    CAxControl::GetInstance()->SetZones(
+        [box](double, double, double) {
+            return std::vector<AxPlanZone>{box(10.002, 45.002, 10.004, 45.004),
+                                           box(10.006, 44.99, 10.02, 45.01), box(10.007, 44.9, 10.009, 45.1)};
+        },
+        block);
+    para->SetZonesAsHoles(true);
+    const AxPlanRequest cut = task->RequestOf(0, CAxBlock::PolygonBlock, 0);
+    EXPECT_EQ(cut.holes.size(), 2);
+    const AxPlanResult plan = AxPlanRoute(cut);
+    EXPECT_NEAR(plan.figures.area, 0.55 * 788.0 * 889.0, 0.01 * 788.0 * 889.0);
+    EXPECT_GT(plan.photos.size(), 10u);
+    for (const AxPlanPhoto& photo : plan.photos) {
+        EXPECT_LT(photo.longitude, 10.0064) << "photos end with the area, half a spacing on at most";
+        EXPECT_FALSE(photo.longitude > 10.0025 && photo.longitude < 10.0035 && photo.latitude > 45.0025 &&
+                     photo.latitude < 45.0035);
+    }
+    para->SetZonesAsHoles(false);
     CAxControl::GetInstance()->RemoveZones(block);
     para->GetAirLineParam()->SetRelativeFlyHeight(0.0);
     EXPECT_TRUE(route(0, 0).isEmpty());

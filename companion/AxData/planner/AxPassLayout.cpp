@@ -8,6 +8,8 @@
 namespace {
 /// Beyond that a block is no block.
 constexpr int mostLines = 1000000;
+/// Where a hole shares a side with the area, what rounding leaves between them is no area; metres.
+constexpr double sliver = 1e-3;
 
 struct Edge
 {
@@ -49,6 +51,8 @@ void AddReaches(const std::vector<const Edge*>& edges, double low, double high, 
     for (std::size_t i = 0; i + 1 < crossed.size(); i += 2) {
         const Edge& west = *crossed[i].second;
         const Edge& east = *crossed[i + 1].second;
+        if (crossed[i + 1].first - crossed[i].first < sliver)
+            continue;
         reaches.emplace_back(std::min(west.At(low), west.At(high)), std::max(east.At(low), east.At(high)));
     }
 }
@@ -66,7 +70,8 @@ std::vector<Reach> ReachesWithin(const std::vector<const Edge*>& edges, double l
     heights.erase(std::unique(heights.begin(), heights.end()), heights.end());
     std::vector<Reach> reaches;
     for (std::size_t i = 0; i + 1 < heights.size(); ++i)
-        AddReaches(edges, heights[i], heights[i + 1], reaches);
+        if (heights.size() == 2 || heights[i + 1] - heights[i] >= sliver)
+            AddReaches(edges, heights[i], heights[i + 1], reaches);
     std::sort(reaches.begin(), reaches.end());
     std::vector<Reach> merged;
     for (const Reach& reach : reaches) {
