@@ -9,8 +9,11 @@
 #include <QLocale>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 constexpr int mostWarningsListed = 200;
+constexpr std::size_t mostRowsSeen = 3;
 
 QString Number(double value, int decimals)
 {
@@ -62,6 +65,10 @@ TaskFigures::TaskFigures(QWidget* parent)
     fault->setTextFormat(Qt::PlainText);
     fault->setStyleSheet(QStringLiteral("color: #d04000"));
     column->addWidget(fault);
+    warnings->setObjectName(QStringLiteral("RouteWarnings"));
+    warnings->setWordWrap(true);
+    warnings->setToolTip(tr("A click flies there"));
+    column->addWidget(warnings);
     auto* form = new QFormLayout;
     form->setVerticalSpacing(1);
     column->addLayout(form);
@@ -76,12 +83,8 @@ TaskFigures::TaskFigures(QWidget* parent)
     sample = AddRow(*form, tr("Sample distance"));
     aboveGround = AddRow(*form, tr("Above ground"));
     aboveGround->setToolTip(tr("Least and mean height of the route above the ground"));
-    warnings->setObjectName(QStringLiteral("RouteWarnings"));
-    warnings->setWordWrap(true);
-    warnings->setMinimumHeight(fontMetrics().height() * 3);
-    warnings->setToolTip(tr("A click flies there"));
     column->addWidget(flightList);
-    column->addWidget(warnings, 1);
+    column->addStretch();
     connect(flightList, &TaskFlights::PlaceWanted, this, &TaskFigures::PlaceWanted);
     connect(flightList, &TaskFlights::ExportWanted, this, &TaskFigures::FlightExportWanted);
     connect(warnings, &QListWidget::itemClicked, this, [this](const QListWidgetItem* item) {
@@ -95,14 +98,23 @@ QLabel* TaskFigures::AddRow(QFormLayout& form, const QString& name)
 {
     auto* value = new QLabel;
     value->setTextFormat(Qt::PlainText);
+    value->setWordWrap(true);
     value->setTextInteractionFlags(Qt::TextSelectableByMouse);
     form.addRow(name, value);
     values += value;
     return value;
 }
 
+QString TaskFigures::TextOf(const AxPlanWarning& warning)
+{
+    return WarningText(warning);
+}
+
 void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
 {
+    if (shown && shown == last)
+        return;
+    last = shown;
     for (QLabel* value : qAsConst(values))
         value->setText(QStringLiteral("-"));
     flightList->Show({});
@@ -149,6 +161,9 @@ void TaskFigures::ShowWarnings(const ShownPlan& shown)
 {
     const auto& all = shown.plan.warnings;
     warnings->setVisible(!all.empty());
+    // Of two lines each.
+    const int rows = static_cast<int>(std::min<std::size_t>(all.size(), mostRowsSeen));
+    warnings->setFixedHeight(fontMetrics().lineSpacing() * (2 * rows + 1));
     for (const AxPlanWarning& warning : all) {
         if (warnings->count() == mostWarningsListed) {
             warnings->addItem(tr("and %1 more").arg(all.size() - mostWarningsListed));
@@ -156,6 +171,7 @@ void TaskFigures::ShowWarnings(const ShownPlan& shown)
         }
         auto* item = new QListWidgetItem(style()->standardIcon(QStyle::SP_MessageBoxWarning),
                                          WarningText(warning), warnings);
+        item->setToolTip(item->text());
         item->setData(Qt::UserRole, warning.place);
     }
 }

@@ -22,6 +22,9 @@ public:
     /// Null shows none.
     void Show(const std::shared_ptr<const ShownPlan>& shown);
 
+    /// A warning in words.
+    static QString TextOf(const AxPlanWarning& warning);
+
 signals:
     /// A warning or a flight was clicked: longitude, latitude of what it is about.
     void PlaceWanted(const QPointF& place);
@@ -33,6 +36,7 @@ private:
     void ShowFigures(const ShownPlan& shown);
     void ShowWarnings(const ShownPlan& shown);
 
+    std::shared_ptr<const ShownPlan> last; ///< that is shown
     QLabel* fault;
     QList<QLabel*> values;
     QLabel* length;

@@ -1,10 +1,12 @@
 #include "host/tasks/TaskFlights.h"
+#include "host/tasks/TaskFigures.h"
 #include "host/tasks/TaskFromFile.h"
 
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -13,6 +15,7 @@ namespace {
 using FlightRole = AxPlanPoint::Role;
 
 constexpr int rowsShown = 4;
+constexpr int mostTextsShown = 20;
 
 // Where the flight begins, behind its way from home.
 const AxPlanPoint& BeginOf(const AxPlanFlight& flight)
@@ -62,6 +65,7 @@ std::shared_ptr<const ShownPlan> RouteOf(const ShownPlan& route, const AxPlanFli
     figures.photos = static_cast<int>(flight.photos.size());
     shown->plan.points = std::move(through.points);
     shown->plan.photos = flight.photos;
+    shown->plan.warnings = flight.warnings;
     return shown;
 }
 
@@ -97,6 +101,13 @@ void TaskFlights::Show(const std::vector<AxPlanFlight>& flights)
         auto* item = new QListWidgetItem(TextOf(flights[i], i), list);
         const AxPlanPoint& begin = BeginOf(flights[i]);
         item->setData(Qt::UserRole, QPointF(begin.longitude, begin.latitude));
+        QStringList texts;
+        for (const AxPlanWarning& warning : flights[i].warnings)
+            if (texts.size() < mostTextsShown)
+                texts += TaskFigures::TextOf(warning);
+        if (!texts.isEmpty())
+            item->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
+        item->setToolTip(texts.isEmpty() ? item->text() : texts.join(QLatin1Char('\n')));
     }
     if (list->count() > 0)
         list->setCurrentRow(qBound(0, chosen, list->count() - 1));

@@ -82,6 +82,7 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     scrolledFigures->setWidget(figures);
     scrolledFigures->setWidgetResizable(true);
     scrolledFigures->setFrameShape(QFrame::NoFrame);
+    scrolledFigures->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* parts = new QSplitter(Qt::Vertical);
     parts->addWidget(list);
     parts->addWidget(scrolled);

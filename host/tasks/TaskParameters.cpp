@@ -1,4 +1,5 @@
 #include "host/tasks/TaskParameters.h"
+#include "host/tasks/LimitedNumber.h"
 
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
@@ -32,16 +33,16 @@ enum Heights
 };
 
 // The wheel scrolls the panel and changes no value that the mouse happens to be over.
-template <typename Field> class CalmField : public Field
+class CalmChoice : public QComboBox
 {
 public:
-    CalmField() { this->setFocusPolicy(Qt::StrongFocus); }
+    CalmChoice() { setFocusPolicy(Qt::StrongFocus); }
 
 protected:
     void wheelEvent(QWheelEvent* event) override
     {
-        if (this->hasFocus())
-            Field::wheelEvent(event);
+        if (hasFocus())
+            QComboBox::wheelEvent(event);
         else
             event->ignore();
     }
@@ -124,7 +125,7 @@ void TaskParameters::SetRowVisible(QWidget* field, bool visible)
 QDoubleSpinBox* TaskParameters::AddNumber(const QString& name, const QString& unit, double least, double most,
                                           int decimals, std::function<void(CAxBlock&, double)> set)
 {
-    auto* field = new CalmField<QDoubleSpinBox>;
+    auto* field = new LimitedNumber;
     field->setRange(least, most);
     field->setDecimals(decimals);
     field->setSuffix(unit);
@@ -132,17 +133,19 @@ QDoubleSpinBox* TaskParameters::AddNumber(const QString& name, const QString& un
     connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
             [this, field, set](double value) { Set(field, [&](CAxBlock& block) { set(block, value); }); });
     AddRow(name, field);
+    TellLimits(field);
     return field;
 }
 
 QComboBox* TaskParameters::AddChoice(const QString& name, const QStringList& texts,
                                      std::function<void(CAxBlock&, int)> set)
 {
-    auto* field = new CalmField<QComboBox>;
+    auto* field = new CalmChoice;
     field->addItems(texts);
     // A long name does not widen the panel.
     field->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     field->setMinimumContentsLength(8);
+    connect(field, &QComboBox::currentTextChanged, field, &QWidget::setToolTip);
     connect(field, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this, field, set](int index) {
         if (index >= 0)
             Set(field, [&](CAxBlock& block) { set(block, index); });
@@ -151,11 +154,27 @@ QComboBox* TaskParameters::AddChoice(const QString& name, const QStringList& tex
     return field;
 }
 
+void TaskParameters::TellLimits(LimitedNumber* field)
+{
+    const auto tell = [this, field](const QString& typed) {
+        beyond = hints[field];
+        beyond->setText(tr("%1 is beyond the limits, %2 to %3%4.")
+                            .arg(typed.trimmed(), locale().toString(field->minimum()),
+                                 locale().toString(field->maximum()), field->suffix()));
+        beyond->show();
+    };
+    // After the value has changed, which takes the hint before away.
+    connect(field, &LimitedNumber::Beyond, this, tell, Qt::QueuedConnection);
+}
+
 void TaskParameters::Set(QWidget* field, const std::function<void(CAxBlock&)>& set)
 {
     CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
     if (isLoading || !block)
         return;
+    if (beyond)
+        beyond->hide();
+    beyond = nullptr;
     set(*block);
     lastChanged = field;
     FollowCamera(*block);
@@ -216,7 +235,8 @@ void TaskParameters::AddPasses()
     sideOverlap = AddNumber(tr("Side overlap"), tr(" %"), 0.0, mostOverlap, 1, setOverlap);
     forwardOverlap = AddNumber(tr("Forward overlap"), tr(" %"), 0.0, mostOverlap, 1, setOverlap);
 
-    heading = new CalmField<QDoubleSpinBox>;
+    auto* direction = new LimitedNumber;
+    heading = direction;
     heading->setRange(0.0, 359.9);
     heading->setDecimals(1);
     heading->setWrapping(true);
@@ -225,6 +245,7 @@ void TaskParameters::AddPasses()
     isBestHeading = new QCheckBox(tr("Best"));
     isBestHeading->setToolTip(tr("The shortest flight decides"));
     AddRow(tr("Heading"), heading, isBestHeading);
+    TellLimits(direction);
     const auto setHeading = [this] {
         heading->setEnabled(!isBestHeading->isChecked());
         Set(heading, [this](CAxBlock& block) {
@@ -308,6 +329,9 @@ void TaskParameters::ShowBlock(const QString& id)
     CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
     blockID = block ? id : QString();
     lastChanged = nullptr;
+    if (beyond)
+        beyond->hide();
+    beyond = nullptr;
     ShowFault({});
     setEnabled(block != nullptr);
     if (block)

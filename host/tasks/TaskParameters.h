@@ -8,6 +8,7 @@
 #include <functional>
 
 class CAxBlock;
+class LimitedNumber;
 class QCheckBox;
 class QComboBox;
 class QDoubleSpinBox;
@@ -45,6 +46,7 @@ private:
                          std::function<void(CAxBlock&, int)> set);
     void AddRow(const QString& name, QWidget* field, QWidget* beside = nullptr);
     void SetRowVisible(QWidget* field, bool visible);
+    void TellLimits(LimitedNumber* field);
     void Set(QWidget* field, const std::function<void(CAxBlock&)>& set);
     void AddCamera();
     void AddHeights();
@@ -63,6 +65,7 @@ private:
     QHash<QWidget*, QLabel*> hints; ///< below each field
     QWidget* lastChanged = nullptr;
     QLabel* faulty = nullptr; ///< the hint that tells the fault
+    QLabel* beyond = nullptr; ///< the one that tells of a number beyond the limits
 
     QComboBox* aircraft;
     QComboBox* camera;

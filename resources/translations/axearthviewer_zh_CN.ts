@@ -1900,6 +1900,10 @@ Heights are above the ellipsoid.</source>
         <source>Home legs</source>
         <translation>往返航段</translation>
     </message>
+    <message>
+        <source>%1 is beyond the limits, %2 to %3%4.</source>
+        <translation>%1 超出范围，可设 %2 到 %3%4。</translation>
+    </message>
 </context>
 <context>
     <name>TaskPanel</name>

@@ -181,6 +181,20 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
     sample->setValue(coarse / 2.0);
     EXPECT_NEAR(height->value(), 100.0, 1.0) << "one follows from the other";
     EXPECT_TRUE(waitFor([&shown] { return shown && shown->plan.figures.height < 101.0; }, 5000));
+    // Typed, as a person does; a digit that is too many is not dropped.
+    for (const auto& [typed, value] :
+         {std::pair{"12000", 10000.0}, {"0.2", 1.0}, {"1234.56", 1234.6}, {"100", 100.0}}) {
+        height->selectAll();
+        QTest::keyClicks(height, QLatin1String(typed));
+        QTest::keyClick(height, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(height->value(), value) << typed;
+        bool isTold = false;
+        for (const QLabel* hint : panel.findChildren<QLabel*>())
+            isTold =
+                isTold || (!hint->isHidden() && hint->text().contains(QStringLiteral("beyond the limits")));
+        EXPECT_EQ(isTold, value == 10000.0 || value == 1.0) << typed;
+    }
 
     {
         const ModalBox noBox;

@@ -1,0 +1,45 @@
+#include "host/tasks/LimitedNumber.h"
+
+#include <QWheelEvent>
+
+#include <cmath>
+
+LimitedNumber::LimitedNumber()
+{
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+std::optional<double> LimitedNumber::NumberIn(const QString& text) const
+{
+    QString number = text;
+    if (!suffix().isEmpty() && number.endsWith(suffix()))
+        number.chop(suffix().size());
+    bool isNumber = false;
+    const double value = locale().toDouble(number.trimmed(), &isNumber);
+    return isNumber && std::isfinite(value) ? std::make_optional(value) : std::nullopt;
+}
+
+// The usual one refuses each digit that leads beyond the limits, and 12000 becomes 1200.
+QValidator::State LimitedNumber::validate(QString& text, int& place) const
+{
+    const QValidator::State usual = QDoubleSpinBox::validate(text, place);
+    return usual == QValidator::Invalid && NumberIn(text) ? QValidator::Intermediate : usual;
+}
+
+void LimitedNumber::fixup(QString& text) const
+{
+    const std::optional<double> number = NumberIn(text);
+    if (!number)
+        return QDoubleSpinBox::fixup(text);
+    if (*number < minimum() || *number > maximum())
+        emit Beyond(text);
+    text = textFromValue(qBound(minimum(), *number, maximum())) + suffix();
+}
+
+void LimitedNumber::wheelEvent(QWheelEvent* event)
+{
+    if (hasFocus())
+        QDoubleSpinBox::wheelEvent(event);
+    else
+        event->ignore();
+}
