@@ -149,7 +149,12 @@ void TaskFigures::ShowFigures(const ShownPlan& shown)
             .arg(Number(figures.interval, 1), Number(shown.request.camera.shortestInterval, 1)));
     passes->setText(tr("%1, %2").arg(figures.passes).arg(figures.turns));
     area->setText(tr("%1 km\302\262").arg(Number(figures.area / 1e6, figures.area < 1e6 ? 4 : 2)));
-    sample->setText(tr("%1 cm").arg(Number(figures.sample * 100.0, 2)));
+    const auto centimetres = [](double metres) { return Number(metres * 100.0, 2); };
+    sample->setText(figures.sampleMean > 0.0
+                        ? tr("%1 cm, on the ground %2 cm at least, %3 cm on average")
+                              .arg(centimetres(figures.sample), centimetres(figures.sampleLeast),
+                                   centimetres(figures.sampleMean))
+                        : tr("%1 cm").arg(centimetres(figures.sample)));
     if (figures.leastHeight != 0.0 || figures.meanHeight != 0.0)
         aboveGround->setText(
             tr("%1 m, %2 m").arg(Number(figures.leastHeight, 1), Number(figures.meanHeight, 1)));

@@ -302,6 +302,12 @@ void TaskParameters::AddPlaces()
         Set(goesRound, [round](CAxBlock& block) { block.GetTaskPara()->SetHomeLegRoundZones(round); });
     });
     AddRow(tr("Home legs"), goesRound);
+    leavesZones = new QCheckBox(tr("No photos over no-fly zones"));
+    leavesZones->setToolTip(tr("The zones in the block are holes of its area"));
+    connect(leavesZones, &QCheckBox::toggled, this, [this](bool holes) {
+        Set(leavesZones, [holes](CAxBlock& block) { block.GetTaskPara()->SetZonesAsHoles(holes); });
+    });
+    AddRow(tr("Zones"), leavesZones);
     home = new QLabel;
     home->setTextFormat(Qt::PlainText);
     home->setWordWrap(true);
@@ -360,6 +366,7 @@ void TaskParameters::Load(CAxBlock& block)
                                                         : TerrainFollowed);
     clearance->setValue(line.GetClearance());
     goesRound->setChecked(para.IsHomeLegRoundZones());
+    leavesZones->setChecked(para.AreZonesHoles());
     windSpeed->setValue(more.GetWindSpeed());
     windFrom->setValue(std::fmod(more.GetWindFrom() + 360.0, 360.0));
     endurance->setValue(more.GetEndurance() / 60.0);

@@ -87,6 +87,7 @@ private:
     QDoubleSpinBox* radius;
     QComboBox* entry;
     QCheckBox* goesRound;
+    QCheckBox* leavesZones;
     QLabel* home;
     QPushButton* setHome;
     QPushButton* clearHome;

@@ -95,10 +95,11 @@ QByteArray TaskRoutes::StateOf(CAxBlock& block, const CAxTask& task) const
         << block.IsDownhillLanding() << block.GetVideoRadius() << left << right
         << static_cast<int>(para.GetPlaneType()) << static_cast<int>(para.GetCameraType())
         << para.GetExpectedRouteCount() << para.IsChangeHighFlying() << para.IsHomeLegRoundZones()
-        << line.GetRelativeFlyHeight() << line.GetSideOverlap() << line.GetForwardOverlap()
-        << line.GetClearance() << line.GetHeading().has_value() << line.GetHeading().value_or(0.0)
-        << more.GetFlyingMode() << static_cast<int>(more.GetTaskType()) << more.GetCameraName()
-        << more.KeepsOverlap() << more.GetWindSpeed() << more.GetWindFrom() << more.GetEndurance() << basis;
+        << para.AreZonesHoles() << line.GetRelativeFlyHeight() << line.GetSideOverlap()
+        << line.GetForwardOverlap() << line.GetClearance() << line.GetHeading().has_value()
+        << line.GetHeading().value_or(0.0) << more.GetFlyingMode() << static_cast<int>(more.GetTaskType())
+        << more.GetCameraName() << more.KeepsOverlap() << more.GetWindSpeed() << more.GetWindFrom()
+        << more.GetEndurance() << basis;
     return state;
 }
 

@@ -1582,6 +1582,10 @@ Heights are above the ellipsoid.</source>
         <source>and %1 more</source>
         <translation>还有 %1 条</translation>
     </message>
+    <message>
+        <source>%1 cm, on the ground %2 cm at least, %3 cm on average</source>
+        <translation>%1 厘米，地面上最小 %2 厘米，平均 %3 厘米</translation>
+    </message>
 </context>
 <context>
     <name>TaskFiles</name>
@@ -1903,6 +1907,18 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is beyond the limits, %2 to %3%4.</source>
         <translation>%1 超出范围，可设 %2 到 %3%4。</translation>
+    </message>
+    <message>
+        <source>No photos over no-fly zones</source>
+        <translation>禁飞区上空不拍照</translation>
+    </message>
+    <message>
+        <source>The zones in the block are holes of its area</source>
+        <translation>测区内的禁飞区作为其面积中的空洞</translation>
+    </message>
+    <message>
+        <source>Zones</source>
+        <translation>禁飞区</translation>
     </message>
 </context>
 <context>
