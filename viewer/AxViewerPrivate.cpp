@@ -251,14 +251,16 @@ bool AxViewerPrivate::startUp()
 
     QPixmap transparent(300, 200);
     transparent.fill(QColor(255, 255, 255, 0));
-    auto* splash = new QSplashScreen(transparent);
+    // Whoever closes the window by a key meets the splash screen first, which then is deleted.
+    const QPointer<QSplashScreen> splash = new QSplashScreen(transparent);
     splash->setParent(q, splash->windowFlags());
     splash->setAttribute(Qt::WA_DeleteOnClose);
     splash->move(q->mapToGlobal(q->rect().center()) - splash->rect().center());
     splash->show();
     // Events run meanwhile, so a host may end the viewer.
-    const auto progress = [splash, &self](const QString& text) {
-        splash->showMessage(text, Qt::AlignHCenter | Qt::AlignBottom, Qt::white);
+    const auto progress = [&splash, &self](const QString& text) {
+        if (splash)
+            splash->showMessage(text, Qt::AlignHCenter | Qt::AlignBottom, Qt::white);
         return !self.isNull();
     };
 
@@ -295,7 +297,8 @@ bool AxViewerPrivate::startUp()
     starting = false;
     q->startTimer(frameIntervalMs, Qt::CoarseTimer);
     // finish() waits up to a second for a window that is not shown at all.
-    splash->finish(q->isVisible() ? q : nullptr);
+    if (splash)
+        splash->finish(q->isVisible() ? q : nullptr);
     return !self.isNull();
 }
 
