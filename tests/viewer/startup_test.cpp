@@ -10,9 +10,11 @@
 #include <QPointer>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QSplashScreen>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
+#include <QTimer>
 
 using osgEarth::MapNode;
 
@@ -106,6 +108,22 @@ TEST(Construction, AListenerMayEndTheViewerWhenItHasLoaded)
     QObject::connect(second, &CAxEarthViewer::signalLoadEarth, [&second] { delete second; });
     second->InitEarthViewer();
     EXPECT_FALSE(second);
+}
+
+TEST(Construction, TheSplashScreenMayBeClosedWhileTheMapLoads)
+{
+    CAxControl::GetInstance()->SetNetworkProbe([] { return false; });
+    CAxEarthViewer second(nullptr);
+    bool isClosed = false;
+    QTimer closing;
+    QObject::connect(&closing, &QTimer::timeout, [&] {
+        if (auto* splash = second.findChild<QSplashScreen*>())
+            isClosed |= splash->close();
+    });
+    closing.start(0);
+    second.InitEarthViewer();
+    EXPECT_TRUE(isClosed);
+    EXPECT_TRUE(second.getMapNode());
 }
 
 TEST(Construction, WithoutASkyTheMapHangsUnderTheRoot)
