@@ -241,6 +241,21 @@
     </message>
 </context>
 <context>
+    <name>AxGeoid</name>
+    <message>
+        <source>The height of the sea above the ellipsoid is not known: PROJ's grid %1 (package proj-data) is in none of %2.</source>
+        <translation>海平面相对椭球面的高度未知：以下位置均没有 PROJ 格网 %1（软件包 proj-data）：%2。</translation>
+    </message>
+    <message>
+        <source>The geoid grid %1 cannot be read: %2.</source>
+        <translation>无法读取大地水准面格网 %1：%2。</translation>
+    </message>
+    <message>
+        <source>The geoid grid %1 is damaged, or no grid of the whole earth.</source>
+        <translation>大地水准面格网 %1 已损坏，或不是全球格网。</translation>
+    </message>
+</context>
+<context>
     <name>AxPlanner</name>
     <message>
         <source>There is no list of cameras %1: routes are planned for a full-frame camera of 35 mm.</source>
