@@ -1,0 +1,51 @@
+#pragma once
+
+#include <AxTelemetry/AxTelemetryExport.h>
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+/// What carries bytes to and from aircraft: a socket, a serial port, a simulator. An AxMavlinkStation owns
+/// it; GUI thread.
+class AXTELEMETRY_EXPORT AxTelemetryLink : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Phase
+    {
+        Closed,
+        Waiting, ///< tries to connect, for the first time or again
+        Open
+    };
+
+    using QObject::QObject;
+
+    /// False with a text for people that names the port and the reason. True also while it still connects:
+    /// what fails later comes by signalFault(). Open already: does nothing.
+    virtual bool Open(QString* fault) = 0;
+    /// Silent at once; signalClosed() where it was not closed.
+    virtual void Close() = 0;
+    /// Dropped unless the link is open and there is somebody to write to.
+    virtual void Write(const QByteArray& bytes) = 0;
+    /// For people and file names: "UDP 14550".
+    virtual QString Name() const = 0;
+
+    Phase GetPhase() const { return m_phase; }
+
+signals:
+    void signalBytes(const QByteArray& bytes);
+    /// For people; names the port and the reason. The phase says whether the link tries again.
+    void signalFault(const QString& text);
+    void signalPhase();
+    /// No bytes come any more, and nothing is tried again.
+    void signalClosed();
+
+protected:
+    /// Tells where it is another one.
+    void SetPhase(Phase phase);
+
+private:
+    Phase m_phase = Phase::Closed;
+};
