@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/AxEarthViewer")
 set(installed AxOsg)
-list(APPEND installed AxAlgorthm AxData AxBaseUI AxEarth AxEarthViewer)
+list(APPEND installed AxAlgorthm AxData AxBaseUI AxTelemetry AxEarth AxEarthViewer)
 install(TARGETS ${installed} EXPORT AxEarthViewerTargets
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -27,7 +27,8 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
 set(inner "AxDisk|AxOpenedInPlace|AxPrivateFolder|AxReplaceFile|AxZoneQuery")
 string(APPEND inner "|AxGroundSpeed|AxHomeLegs|AxPassLayout|AxPassOrder|AxPlanAltitudes|AxPlanCheck|AxPlaneArea")
 string(APPEND inner "|AxPlanPasses|AxRouteHeights|AxWayCheck|AxWayRound|AxZonesAround")
-foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI)
+string(APPEND inner "|AxTelemetryLog|AxMavChecksum|AxMavSigning|AxMavWire")
+foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companion/AxTelemetry)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
     REGEX "/(${inner})\\.h$" EXCLUDE PATTERN "*.h")

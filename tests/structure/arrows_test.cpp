@@ -83,6 +83,27 @@ TEST(Structure, ArrowsOfTheLibraryRunToLowerRooms)
     EXPECT_EQ(Circles(all), std::set<std::string>()) << "folders that include each other in a circle";
 }
 
+TEST(Structure, ArrowsBetweenTheLibrariesOfCompanionRunDown)
+{
+    const std::map<std::string, std::set<std::string>> below{
+        {"AxAlgorthm", {"AxAlgorthm"}},
+        {"AxData", {"AxData", "AxAlgorthm"}},
+        {"AxBaseUI", {"AxBaseUI", "AxAlgorthm"}},
+        {"AxTelemetry", {"AxTelemetry", "AxData", "AxAlgorthm"}},
+    };
+    const auto libraryOf = [](const std::string& header) { return RoomOf(header); };
+    std::set<std::string> seen;
+    for (const auto& [folder, targets] :
+         ArrowsIn(root / "companion", "",
+                  R"re(#include [<"]((?:Ax|osg|scene|viewer)\w*/[\w/]+)(?:\.h)?[>"])re", libraryOf))
+        if (const auto library = below.find(RoomOf(folder)); library != below.end())
+            for (const auto& [target, file] : targets) {
+                EXPECT_EQ(library->second.count(target), 1u) << file << " includes from " << target;
+                seen.insert(library->first);
+            }
+    EXPECT_EQ(seen.count("AxData"), 1u) << "nothing was read";
+}
+
 // earth/rooms.txt has a line for each room: "room: rooms it may include | public headers that it implements".
 TEST(Structure, ArrowsOfTheMapEngineRunToTheRoomsThatItsListNames)
 {

@@ -1,0 +1,3 @@
+#include "AxTelemetryLog.h"
+
+Q_LOGGING_CATEGORY(axTelemetryLog, "ax.telemetry")
