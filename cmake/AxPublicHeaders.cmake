@@ -23,6 +23,7 @@ set(AX_PUBLIC_HEADERS
   interaction/EHandleOperation.h=scene/EHandleOperation.h
   interaction/AxEditedShape.h=interaction/editing/AxEditedShape.h
   interaction/AxVerdict.h=interaction/objects/AxVerdict.h
+  mission/CAxUavNode.h=mission/aircraft/CAxUavNode.h
   mission/CAxDownhillAnglenode.h=mission/landing/CAxDownhillAnglenode.h
   mission/CAxTaskLable.h=mission/routes/CAxTaskLable.h
   mission/CAxTaskPolygon.h=mission/routes/CAxTaskPolygon.h

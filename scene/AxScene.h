@@ -31,6 +31,8 @@ public:
     /// Sets the altitude of each point (degrees, degrees) to that of the ground in memory, metres above the
     /// ellipsoid; where nothing is known it stays.
     virtual void GetElevations(QList<osg::Vec3d>& points) const = 0;
+    /// As CAxEarthViewer::GetHAE().
+    virtual double GetHAE(double longitude, double latitude, double altitude) const = 0;
     /// What is shown, without the tools bar and the read-out, which belong to the window and not to the map.
     virtual QImage Picture() = 0;
 };

@@ -33,6 +33,10 @@ public:
     virtual std::optional<bool> AngleHandlesShown() const = 0;
     /// The switch of the voice is in that position: `off` mutes.
     virtual void SwitchVoice(bool off) = 0;
+    /// Of all aircraft.
+    virtual void ShowShootPoints(bool shown) = 0;
+    /// Follows the aircraft in focus, or lets go of it.
+    virtual void SwitchAircraftView() = 0;
 };
 
 /// Null for null. An object that is no viewer has none.

@@ -59,7 +59,8 @@ QString MapFileForNetwork()
 } // namespace
 
 AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
-    : q(earthViewer), objects(*this, earthViewer), history(earthViewer, objects), tools(*this, objects)
+    : q(earthViewer), objects(*this, earthViewer), history(earthViewer, objects), tools(*this, objects),
+      aircraft(*this, earthViewer)
 {
     objects.SetHistory(&history);
     connect(&objects, &AxObjects::currentChanged, q, &CAxEarthViewer::signalCurrentBlock);
@@ -352,6 +353,7 @@ void AxViewerPrivate::addGroups()
 void AxViewerPrivate::shutDown()
 {
     // While there is still everything that a map object is part of.
+    aircraft.RemoveAll();
     objects.DestroyAll();
     history.Delete();
     // The overlays are deleted with the scene, while the widget is still whole.
@@ -380,6 +382,7 @@ void AxViewerPrivate::tick()
     if (ancillaryProcess && ancillaryProcess->NoFlyZoneMask())
         manipulator->TellView();
     manipulator->TellPointed();
+    aircraft.TellView();
     // Posted, because a box that an event opens lets the timer go on.
     if (!inputPosted && frame->HasInput()) {
         inputPosted = true;

@@ -4,6 +4,7 @@
 #include "interaction/tools/AxToolBox.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
+#include "viewer/AxAircraftFleet.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osg/Group>
@@ -45,6 +46,8 @@ public:
     QObject* Mouse() override;
     std::optional<bool> AngleHandlesShown() const override;
     void SwitchVoice(bool off) override { emit q->signalTextSpeechEnabled(!off); }
+    void ShowShootPoints(bool shown) override { q->SetDisplayShootPoint(shown); }
+    void SwitchAircraftView() override { q->SetAircraftView(); }
 
     osgViewer::Viewer* View() const override { return viewer; }
     osgEarth::MapNode* MapNode() const override { return mapNode; }
@@ -52,6 +55,7 @@ public:
     osg::Group* DrawGroup() const override { return drawGroup; }
     osg::Group* ObjectGroup() const override { return geomAdapterGroup; }
     void GetElevations(QList<osg::Vec3d>& points) const override;
+    double GetHAE(double longitude, double latitude, double altitude) const override;
     QImage Picture() override;
 
     // Construction and start-up, in their order (AxViewerPrivate.cpp)
@@ -108,8 +112,8 @@ public:
     AxObjects objects;
     AxEditHistory history;
     AxToolBox tools;
+    AxAircraftFleet aircraft;
     CAxAncillaryProcess* ancillaryProcess = nullptr;
-    CAxUavNode* uavNode = nullptr;
     CAxDownhillAnglenode* downhillAngleNode = nullptr;
     CAxInterestPointNode* interestPointNode = nullptr;
 

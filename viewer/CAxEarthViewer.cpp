@@ -142,11 +142,6 @@ CAxCoordinateWidget* CAxEarthViewer::GetCoordinateWidget() const
     return d->coordinateWidget;
 }
 
-CAxUavNode* CAxEarthViewer::GetUavNode() const
-{
-    return d->uavNode;
-}
-
 CAxDownhillAnglenode* CAxEarthViewer::GetDownhillAngleNode() const
 {
     return d->downhillAngleNode;

@@ -2,6 +2,8 @@
 #include "scene/AxEditAids.h"
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <AxAlgorthm/AxMissionTypes.h>
+#include <AxAlgorthm/CAxVector3D.h>
 #include <AxBaseUI/EToolType.h>
 #include <AxData/CAxBlock.h>
 
@@ -93,7 +95,7 @@ public:
     CAxAncillaryProcess* GetAncillaryProcess() const;   ///< zones; null before start-up, after ReleaseAll()
     CAxMapToolsWidget* GetMapToolWidget() const;        ///< the tools bar
     CAxCoordinateWidget* GetCoordinateWidget() const;   ///< the read-out
-    CAxUavNode* GetUavNode() const;                     ///< null: no aircraft is drawn yet
+    CAxUavNode* GetUavNode() const;                     ///< the aircraft in focus; null: none is drawn
     CAxDownhillAnglenode* GetDownhillAngleNode() const; ///< what was set last, or null
     /// Null while the approach to a landing point cannot be turned. Not taken over.
     void SetDownhillAngleNode(CAxDownhillAnglenode* node);
@@ -107,6 +109,55 @@ public:
     /// Below the draw group; parent of the map objects' feature nodes.
     osg::Group* GetGeomAdapterGroup() const;
     osg::Group* GetBoundGroup() const; ///< beside the draw group; empty, for the host
+
+    // Aircraft (CAxEarthViewerAircraft.cpp)
+
+    /// How the camera goes with the aircraft in focus.
+    enum EAircraftView
+    {
+        AircraftViewFree = 0,   ///< not at all
+        AircraftViewFollow = 1, ///< the aircraft stays in the middle; the pilot may orbit and zoom
+        AircraftViewChase = 2,  ///< from behind, turning with it; the pilot may orbit and zoom
+    };
+    /// Draws an aircraft, of which `telemetry` tells by the four signals that AxTelemetrySource has, and puts
+    /// it into focus. It stands at the first place that is told, and is not seen before. The telemetry is
+    /// not taken over, may be null, and may be destroyed at any time. The viewer owns the aircraft. Null
+    /// before the map is loaded.
+    CAxUavNode* CreateUavMarker(QObject* telemetry, EPlaneType type);
+    /// The same; the focus stays with the aircraft that has it.
+    CAxUavNode* AddAircraft(QObject* telemetry, EPlaneType type);
+    /// Takes one off the map, with all that it has drawn, and destroys it. False for one of another viewer.
+    /// The oldest one of those that are left comes into focus where this one was.
+    bool RemoveAircraft(CAxUavNode* aircraft);
+    QList<CAxUavNode*> Aircraft() const; ///< the oldest first
+    /// Views and the tools bar deal with the aircraft in focus. False for one of another viewer, and for
+    /// null.
+    bool SetFocusAircraft(CAxUavNode* aircraft);
+    /// Removes the photo points and trail lines of all aircraft, and then the aircraft.
+    void ClearUavMarker();
+    /// Leads the four signals of an aircraft's signal object to it. CreateUavMarker() and AddAircraft() do
+    /// so; again, where the object was replaced.
+    void ConnectUavSignals(CAxUavNode* aircraft);
+    /// Ends that for position, attitude and photos. Video data are connected once more instead.
+    void DisconnectUavSignals(CAxUavNode* aircraft);
+    /// Begins to follow the aircraft in focus, or lets go of it. Nothing without an aircraft that has a
+    /// place.
+    void SetAircraftView();
+    void SetAircraftView(EAircraftView view);
+    EAircraftView GetAircraftView() const;
+    /// Looks from behind home at the aircraft in focus, both in view as far as that goes; at home alone
+    /// without one. Lets go of an aircraft that was followed.
+    void SetHomeView(const CAxVector3D& home);
+    /// Shows or hides the photo points of all aircraft; hidden from the start, as the bar's button has it.
+    void SetDisplayShootPoint(bool display);
+    bool IsDisplayShootPoint() const;
+    /// The height, in those of the map, of a place so many metres above the ellipsoid: of picks, blocks and
+    /// routes. Elevation data as they ship are above mean sea level, so this subtracts the geoid, where its
+    /// grid is there. Never below ground that is known. NaN for what is no place.
+    double GetHAE(double longitude, double latitude, double altitude) const;
+    /// Says that the map's elevation data are above the ellipsoid; off from the start.
+    void SetMapHeightsAboveEllipsoid(bool above);
+    bool AreMapHeightsAboveEllipsoid() const;
 
     /// The kind of host application: 1 and 3 hear of Alt, 1 selects several while Control is held.
     void SetAppType(int type);
@@ -267,6 +318,10 @@ signals:
     void signalDownhillAngle(double);
     /// The voice was switched on (true) or off.
     void signalTextSpeechEnabled(bool);
+    /// Another aircraft is in focus, or none, or there are more or fewer of them.
+    void signalAircraft();
+    /// SetAircraftView(), or the pilot's mouse, ended or changed the way in which the camera follows.
+    void signalAircraftView(int view);
     /// The operator picked a place to land: degrees, degrees, metres.
     void LandingPosPicked(double lon, double lat, double alt, bool);
     /// The operator picked a point of interest: degrees, degrees, metres.

@@ -92,6 +92,8 @@ void CAxMapToolsWidget::BuildForm()
 
 void CAxMapToolsWidget::InitSlots()
 {
+    connect(m_pBtnDisplayShoot, SIGNAL(clicked(bool)), this, SLOT(slotDisplayShootPoint(bool)));
+    connect(m_pMapCtrlFollowAircraftBtn, SIGNAL(clicked(bool)), this, SLOT(slotFollowToAircraf(bool)));
     connect(m_pBtnNoFly, SIGNAL(clicked(bool)), this, SLOT(slotNoflyZoneVisbile(bool)));
     connect(m_pMeasureBtn, SIGNAL(clicked(bool)), this, SLOT(slotMeasureToolEnabled(bool)));
     connect(m_pMarkerTools, SIGNAL(clicked(bool)), this, SLOT(slotMarkerToolEnabled(bool)));
@@ -179,6 +181,23 @@ void CAxMapToolsWidget::SetTextToSpeechBtnVisible(bool visible)
 bool CAxMapToolsWidget::VoiceEnabled() const
 {
     return !m_pVoiceSwitchBtn->isChecked();
+}
+
+void CAxMapToolsWidget::SetShootPointChecked(bool checked)
+{
+    m_pBtnDisplayShoot->setChecked(checked);
+}
+
+void CAxMapToolsWidget::slotDisplayShootPoint(bool checked)
+{
+    if (viewer)
+        viewer->ShowShootPoints(checked);
+}
+
+void CAxMapToolsWidget::slotFollowToAircraf(bool)
+{
+    if (viewer)
+        viewer->SwitchAircraftView();
 }
 
 void CAxMapToolsWidget::slotNoflyZoneVisbile(bool checked)

@@ -33,6 +33,8 @@ public:
     void SetShootPointBtnVisible(bool visible);
     void SetFollowToAircraftBtnVisible(bool visible);
     void SetTextToSpeechBtnVisible(bool visible);
+    /// Shows the button of the shoot points as checked or not, without a click.
+    void SetShootPointChecked(bool checked);
     /// True while the voice button is not checked: checked means muted.
     bool VoiceEnabled() const;
 
@@ -43,6 +45,8 @@ signals:
     void signalHeading(double heading);
 
 private slots:
+    void slotDisplayShootPoint(bool checked);
+    void slotFollowToAircraf(bool checked);
     void slotNoflyZoneVisbile(bool checked);
     void slotMeasureToolEnabled(bool checked);
     void slotMarkerToolEnabled(bool checked);

@@ -1,0 +1,226 @@
+#include "viewer/AxAircraftFleet.h"
+#include "interaction/input/CAxEarthManipulator.h"
+#include "mission/aircraft/CAxUavNode.h"
+#include "scene/base/AxLongitudes.h"
+#include "viewer/AxViewerPrivate.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+constexpr double flightSeconds = 1.5;
+// Of the camera that follows and that chases, metres and degrees.
+constexpr double nearestFollowing = 60.0;
+constexpr double farthestFollowing = 2000.0;
+constexpr double followPitch = -45.0;
+constexpr double chaseRange = 120.0;
+constexpr double chasePitch = -15.0;
+// Of the view from home: how much farther than the aircraft, and how near and far at most.
+constexpr double homeMargin = 1.6;
+constexpr double nearestHome = 150.0;
+constexpr double farthestHome = 50000.0;
+constexpr double homePitch = -25.0;
+
+double Heading(const CAxVector3D& from, const CAxVector3D& to)
+{
+    const double east = AxLongitudes::Normalized(to.x() - from.x()) *
+                        std::cos(osg::DegreesToRadians(0.5 * (from.y() + to.y())));
+    return osg::RadiansToDegrees(std::atan2(east, to.y() - from.y()));
+}
+} // namespace
+
+AxAircraftFleet::AxAircraftFleet(AxViewerPrivate& viewerScene, CAxEarthViewer* viewer)
+    : scene(viewerScene), q(viewer)
+{
+}
+
+AxAircraftFleet::~AxAircraftFleet() = default;
+
+bool AxAircraftFleet::contains(const CAxUavNode* aircraft) const
+{
+    return aircraft &&
+           std::any_of(fleet.begin(), fleet.end(), [aircraft](const auto& one) { return one == aircraft; });
+}
+
+QList<CAxUavNode*> AxAircraftFleet::All() const
+{
+    QList<CAxUavNode*> all;
+    for (const QPointer<CAxUavNode>& one : fleet)
+        if (one)
+            all += one;
+    return all;
+}
+
+CAxUavNode* AxAircraftFleet::Focus() const
+{
+    return focus;
+}
+
+CAxUavNode* AxAircraftFleet::Add(QObject* telemetry, EPlaneType type)
+{
+    if (!scene.mapNode || !scene.drawGroup)
+        return nullptr;
+    auto* aircraft = new CAxUavNode(q, telemetry, true);
+    aircraft->setParent(q);
+    // Where it stands comes with its first message; it is not seen before.
+    osg::Node* node = aircraft->CreatePlane(
+        type, osgEarth::GeoPoint(scene.mapSRS->getGeographicSRS(), 0.0, 0.0, 0.0), scene.mapNode);
+    if (!node) {
+        delete aircraft;
+        return nullptr;
+    }
+    scene.drawGroup->addChild(node);
+    aircraft->SetShootPointVisible(shootPoints);
+    fleet.emplace_back(aircraft);
+    // A host may delete one by itself.
+    QObject::connect(aircraft, &QObject::destroyed, q, [this, aircraft] { forget(aircraft); });
+    if (!focus)
+        focus = aircraft;
+    emit q->signalAircraft();
+    return aircraft;
+}
+
+void AxAircraftFleet::forget(CAxUavNode*)
+{
+    fleet.erase(std::remove_if(fleet.begin(), fleet.end(), [](const auto& one) { return one.isNull(); }),
+                fleet.end());
+    if (!focus && !fleet.empty())
+        focus = fleet.front();
+    emit q->signalAircraft();
+}
+
+bool AxAircraftFleet::Remove(CAxUavNode* aircraft)
+{
+    if (!contains(aircraft))
+        return false;
+    if (aircraft == focus)
+        letGo();
+    aircraft->RemovePicPoint();
+    aircraft->RemoveAllTrailLine();
+    delete aircraft;
+    return true;
+}
+
+void AxAircraftFleet::RemoveAll()
+{
+    letGo();
+    for (CAxUavNode* aircraft : All()) {
+        aircraft->RemovePicPoint();
+        aircraft->RemoveAllTrailLine();
+    }
+    // A host that hears of the first one may remove others.
+    while (!fleet.empty() && fleet.back())
+        delete fleet.back().data();
+    fleet.clear();
+}
+
+bool AxAircraftFleet::SetFocus(CAxUavNode* aircraft)
+{
+    if (!contains(aircraft))
+        return false;
+    if (aircraft == focus)
+        return true;
+    focus = aircraft;
+    const CAxEarthViewer::EAircraftView before = view;
+    if (before != CAxEarthViewer::AircraftViewFree)
+        takeView(before);
+    emit q->signalAircraft();
+    return true;
+}
+
+void AxAircraftFleet::ShowShootPoints(bool shown)
+{
+    shootPoints = shown;
+    for (CAxUavNode* aircraft : All())
+        aircraft->SetShootPointVisible(shown);
+    if (scene.mapToolsWidget)
+        scene.mapToolsWidget->SetShootPointChecked(shown);
+}
+
+// The camera
+
+void AxAircraftFleet::letGo()
+{
+    if (view == CAxEarthViewer::AircraftViewFree)
+        return;
+    view = CAxEarthViewer::AircraftViewFree;
+    chasedHeading.reset();
+    if (scene.manipulator)
+        scene.manipulator->breakTether();
+    emit q->signalAircraftView(view);
+}
+
+void AxAircraftFleet::takeView(CAxEarthViewer::EAircraftView wanted)
+{
+    if (!focus || !focus->HasPosition() || !focus->GetFollowedNode())
+        return letGo();
+    CAxEarthManipulator& camera = *scene.manipulator;
+    osgEarth::Viewpoint viewpoint;
+    viewpoint.setNode(focus->GetFollowedNode());
+    chasedHeading.reset();
+    if (wanted == CAxEarthViewer::AircraftViewChase) {
+        chasedHeading = focus->GetDrawnHeading();
+        viewpoint.setHeading(*chasedHeading);
+        viewpoint.setPitch(chasePitch);
+        viewpoint.setRange(chaseRange);
+    } else {
+        viewpoint.setPitch(followPitch);
+        viewpoint.setRange(std::clamp(camera.getDistance(), nearestFollowing, farthestFollowing));
+    }
+    camera.setViewpoint(viewpoint, flightSeconds);
+    view = wanted;
+}
+
+void AxAircraftFleet::SetView(CAxEarthViewer::EAircraftView wanted)
+{
+    const CAxEarthViewer::EAircraftView before = view;
+    if (wanted == CAxEarthViewer::AircraftViewFree)
+        return letGo();
+    takeView(wanted);
+    if (view != before && view == wanted)
+        emit q->signalAircraftView(view);
+}
+
+void AxAircraftFleet::LookFromHome(const CAxVector3D& home)
+{
+    if (!scene.mapNode || !std::isfinite(home.x()) || !std::isfinite(home.y()) || !std::isfinite(home.z()))
+        return;
+    letGo();
+    osgEarth::Viewpoint viewpoint("", home.x(), home.y(), home.z(), 0.0, homePitch, nearestHome);
+    if (focus && focus->HasPosition()) {
+        const CAxVector3D place = focus->GetPosition();
+        const double away = std::hypot(DistanceBetweenTwoLatLng(home, place), place.z() - home.z());
+        viewpoint.setRange(std::clamp(homeMargin * away, nearestHome, farthestHome));
+        if (away > 1.0)
+            viewpoint.setHeading(Heading(home, place));
+    }
+    scene.manipulator->setViewpoint(viewpoint, flightSeconds);
+}
+
+void AxAircraftFleet::TellView()
+{
+    if (view == CAxEarthViewer::AircraftViewFree)
+        return;
+    CAxEarthManipulator& camera = *scene.manipulator;
+    // A pan, a flight elsewhere or another viewpoint has let go of it.
+    if (!focus || camera.getTetherNode() != focus->GetFollowedNode()) {
+        view = CAxEarthViewer::AircraftViewFree;
+        chasedHeading.reset();
+        emit q->signalAircraftView(view);
+        return;
+    }
+    // The manipulator asks for frame after frame while it follows; what moves is seen without that.
+    if (!camera.isSettingViewpoint())
+        scene.viewer->requestContinuousUpdate(false);
+    if (!chasedHeading || camera.isSettingViewpoint())
+        return;
+    const double heading = focus->GetDrawnHeading();
+    const double turn = std::remainder(heading - *chasedHeading, AxLongitudes::fullTurn);
+    chasedHeading = heading;
+    if (turn != 0.0)
+        camera.setRotation(camera.getRotation() *
+                           osg::Quat(osg::DegreesToRadians(turn), osg::Vec3d(0.0, 0.0, -1.0)));
+}
