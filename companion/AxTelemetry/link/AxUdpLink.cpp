@@ -1,0 +1,135 @@
+#include <AxTelemetry/link/AxLinkText.h>
+#include <AxTelemetry/link/AxUdpLink.h>
+
+#include <QHostAddress>
+#include <QHostInfo>
+#include <QUdpSocket>
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+constexpr std::size_t mostPeers = 16;
+
+struct UdpPeer
+{
+    QHostAddress address;
+    quint16 port = 0;
+
+    friend bool operator==(const UdpPeer& a, const UdpPeer& b)
+    {
+        return a.port == b.port && a.address == b.address;
+    }
+};
+} // namespace
+
+struct AxUdpLink::State
+{
+    quint16 port = 0;
+    QString peerHost;
+    quint16 peerPort = 0;
+    std::unique_ptr<QUdpSocket> socket;
+    std::vector<UdpPeer> peers; // the one heard last at the end
+
+    void Hear(const UdpPeer& peer)
+    {
+        if (!peers.empty() && peers.back() == peer)
+            return;
+        const auto known = std::find(peers.begin(), peers.end(), peer);
+        if (known != peers.end())
+            std::rotate(known, known + 1, peers.end());
+        else
+            peers.push_back(peer);
+        if (peers.size() > mostPeers)
+            peers.erase(peers.begin());
+    }
+};
+
+AxUdpLink::AxUdpLink(quint16 port, QObject* parent)
+    : AxTelemetryLink(parent), m_state(std::make_unique<State>())
+{
+    m_state->port = port;
+}
+
+AxUdpLink::~AxUdpLink() = default;
+
+void AxUdpLink::SetPeer(const QString& host, quint16 port)
+{
+    m_state->peerHost = host;
+    m_state->peerPort = port;
+}
+
+bool AxUdpLink::Open(QString* fault)
+{
+    if (m_state->socket)
+        return true;
+    auto socket = std::make_unique<QUdpSocket>();
+    // An address that is shared would split the frames between two programs.
+    if (!socket->bind(QHostAddress(QHostAddress::AnyIPv4), m_state->port, QUdpSocket::DontShareAddress)) {
+        *fault = AxLinkFault(
+            Name(), socket->error() == QAbstractSocket::AddressInUseError
+                        ? AxLinkText(QT_TRANSLATE_NOOP("AxTelemetryLink", "another program uses the port"))
+                        : socket->errorString());
+        return false;
+    }
+    m_state->peers.clear();
+    m_state->socket = std::move(socket);
+    connect(m_state->socket.get(), &QUdpSocket::readyRead, this, &AxUdpLink::read);
+    if (!m_state->peerHost.isEmpty())
+        QHostInfo::lookupHost(m_state->peerHost, this, [this](const QHostInfo& info) {
+            if (!m_state->socket)
+                return;
+            for (const QHostAddress& address : info.addresses())
+                if (address.protocol() == QAbstractSocket::IPv4Protocol)
+                    return m_state->Hear({address, m_state->peerPort});
+            emit signalFault(AxLinkFault(
+                Name(), AxLinkText(QT_TRANSLATE_NOOP("AxTelemetryLink", "there is no computer named \"%1\""))
+                            .arg(m_state->peerHost)));
+        });
+    SetPhase(Phase::Open);
+    return true;
+}
+
+void AxUdpLink::Close()
+{
+    if (m_state->socket)
+        m_state->socket.release()->deleteLater(); // it may be what has called
+    SetPhase(Phase::Closed);
+}
+
+void AxUdpLink::read()
+{
+    // A handler of the bytes may close the link.
+    while (m_state->socket && m_state->socket->hasPendingDatagrams()) {
+        QByteArray bytes(static_cast<int>(std::max<qint64>(m_state->socket->pendingDatagramSize(), 0)),
+                         Qt::Uninitialized);
+        UdpPeer peer;
+        const qint64 size =
+            m_state->socket->readDatagram(bytes.data(), bytes.size(), &peer.address, &peer.port);
+        if (size < 0)
+            continue; // the echo of a datagram that a peer did not take
+        bytes.resize(static_cast<int>(size));
+        m_state->Hear(peer);
+        emit signalBytes(bytes);
+    }
+}
+
+void AxUdpLink::Write(const QByteArray& bytes)
+{
+    if (!m_state->socket)
+        return;
+    for (const UdpPeer& peer : m_state->peers)
+        m_state->socket->writeDatagram(bytes, peer.address, peer.port);
+}
+
+QString AxUdpLink::Name() const
+{
+    if (m_state->peerHost.isEmpty())
+        return QStringLiteral("UDP %1").arg(m_state->port);
+    return QStringLiteral("UDP %1:%2").arg(m_state->peerHost).arg(m_state->peerPort);
+}
+
+quint16 AxUdpLink::Port() const
+{
+    return m_state->socket ? m_state->socket->localPort() : 0;
+}
