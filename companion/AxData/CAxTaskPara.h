@@ -32,8 +32,8 @@ public:
     void SetHomeLegRoundZones(bool round) { m_homeLegRoundZones = round; }
 
     /// No photos over no-fly zones: whether the parts of the area that lie in zones are holes of it; they are
-    /// not at first. Passes go on over holes that are not worth a turn, and ways between passes may cross
-    /// them: the route warns of each zone that it meets all the same.
+    /// not at first. Passes go on without photos over holes that are not worth a turn, and ways between
+    /// passes may cross them: the route warns of each zone that it meets all the same.
     bool AreZonesHoles() const { return m_zonesAsHoles; }
     void SetZonesAsHoles(bool holes) { m_zonesAsHoles = holes; }
 

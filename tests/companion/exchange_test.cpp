@@ -42,6 +42,8 @@ std::vector<AxPlanRequest> requests()
     made[0].aircraft.turnRadius = 60.0;
     made[0].aircraft.leadIn = 40.0;
     made[0].camera.name = QStringLiteral("A7R");
+    const QPointF inside = made[0].outline[0] + QPointF(0.003, 0.0);
+    made[0].holes = {{inside, inside + QPointF(0.001, 0.0), inside + QPointF(0.001, 0.003)}};
     made[1].heading = 80.0;
     made[1].isCrossed = true;
     made[2].heights = AxPlanRequest::Heights::Terrain;
@@ -167,7 +169,7 @@ TEST(Exchange, SurveyItemHasTheFieldsThatItsReaderAsksFor)
         EXPECT_TRUE(camera[QLatin1String(key)].isDouble()) << key;
     for (const char* key : {"Landscape", "FixedOrientation", "ValueSetIsDistance"})
         EXPECT_TRUE(camera[QLatin1String(key)].isBool()) << key;
-    EXPECT_EQ(file.notes.size(), 3) << file.notes.join('|').toStdString();
+    EXPECT_EQ(file.notes.size(), 4) << file.notes.join('|').toStdString();
 }
 
 TEST(Exchange, PlanMadeElsewhereIsReadWithItsJumpsAndWhatIsLeftOutIsTold)

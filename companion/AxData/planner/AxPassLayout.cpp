@@ -39,6 +39,13 @@ std::vector<Edge> EdgesOf(const std::vector<AxPlanLine>& rings)
 
 using Reach = std::pair<double, double>;
 
+/// One behind the other, with gaps in between that are flown across.
+struct JoinedReach
+{
+    Reach whole;
+    std::vector<Reach> gaps;
+};
+
 /// Adds where the area is between two heights that no vertex lies between.
 void AddReaches(const std::vector<const Edge*>& edges, double low, double high, std::vector<Reach>& reaches)
 {
@@ -58,8 +65,8 @@ void AddReaches(const std::vector<const Edge*>& edges, double low, double high, 
 }
 
 /// Where the area is anywhere between two heights, from west to east.
-std::vector<Reach> ReachesWithin(const std::vector<const Edge*>& edges, double low, double high,
-                                 double shortestGap)
+std::vector<JoinedReach> ReachesWithin(const std::vector<const Edge*>& edges, double low, double high,
+                                       double shortestGap)
 {
     std::vector<double> heights{low, high};
     for (const Edge* edge : edges)
@@ -73,14 +80,18 @@ std::vector<Reach> ReachesWithin(const std::vector<const Edge*>& edges, double l
         if (heights.size() == 2 || heights[i + 1] - heights[i] >= sliver)
             AddReaches(edges, heights[i], heights[i + 1], reaches);
     std::sort(reaches.begin(), reaches.end());
-    std::vector<Reach> merged;
+    std::vector<JoinedReach> joined;
     for (const Reach& reach : reaches) {
-        if (!merged.empty() && reach.first <= merged.back().second + shortestGap)
-            merged.back().second = std::max(merged.back().second, reach.second);
-        else
-            merged.push_back(reach);
+        if (joined.empty() || reach.first > joined.back().whole.second + shortestGap) {
+            joined.push_back({reach, {}});
+            continue;
+        }
+        auto& [whole, gaps] = joined.back();
+        if (reach.first > whole.second + sliver)
+            gaps.emplace_back(whole.second, reach.first);
+        whole.second = std::max(whole.second, reach.second);
     }
-    return merged;
+    return joined;
 }
 } // namespace
 
@@ -111,9 +122,10 @@ AxPassLayout AxLayPasses(const std::vector<AxPlanLine>& rings, double spacing, d
             edgesOfLine[static_cast<std::size_t>(line)].push_back(&edge);
     for (int line = 0; line < lines; ++line) {
         const double low = lowest + line * layout.spacing;
-        for (const auto& [from, to] : ReachesWithin(edgesOfLine[static_cast<std::size_t>(line)], low,
-                                                    low + layout.spacing, shortestGap))
-            layout.passes.push_back({line, low + 0.5 * layout.spacing, from, to});
+        for (JoinedReach& reach : ReachesWithin(edgesOfLine[static_cast<std::size_t>(line)], low,
+                                                low + layout.spacing, shortestGap))
+            layout.passes.push_back({line, low + 0.5 * layout.spacing, reach.whole.first, reach.whole.second,
+                                     std::move(reach.gaps)});
     }
     return layout;
 }

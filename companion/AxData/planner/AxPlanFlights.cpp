@@ -136,7 +136,7 @@ private:
                 break;
             made.flown += leg;
             made.place = to;
-            if (points[made.at].role == Role::PassEnd || made.at + 1 == end)
+            if ((points[made.at].role == Role::PassEnd && !IsAtHole(made.at)) || made.at + 1 == end)
                 passEnds.emplace_back(made.at, made.flown);
         }
         while (!passEnds.empty() &&
@@ -147,6 +147,13 @@ private:
             made.wholeFlown = passEnds.back().second;
         }
         return made;
+    }
+
+    /// Whether the pass goes on behind a hole, where a flight from home could not begin with its lead-in.
+    bool IsAtHole(std::size_t passEnd) const
+    {
+        return request.aircraft.leadIn > 0.0 && passEnd + 1 < points.size() &&
+               points[passEnd + 1].role == Role::PassStart;
     }
 
     std::vector<AxPlanPoint>::const_iterator Point(std::size_t index) const

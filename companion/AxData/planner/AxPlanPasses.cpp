@@ -1,6 +1,7 @@
 #include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxMath.h>
 #include <AxData/planner/AxPassOrder.h>
+#include <AxData/planner/AxPlanCheck.h>
 #include <AxData/planner/AxPlanPasses.h>
 #include <support/GeosContext.h>
 
@@ -55,11 +56,28 @@ AxPassLayout LayoutOf(const AxPlanRequest& request, std::vector<AxPlanLine> ring
     return AxLayPasses(rings, spacing, ShortestGap(request), request.passes);
 }
 
-AxPlanLine Ends(const AxPass& pass, bool isEastward, const TurnedPlane& turned)
+/// The stretches of a pass. A gap that is shorter than the way between two photos is not worth stopping the
+/// camera, which may not be ready again behind it.
+std::vector<AxPlanLine> StretchesOf(const AxPass& pass, bool isEastward, const TurnedPlane& turned,
+                                    double photoDistance)
 {
-    const CAxPoint2D west = turned.From({pass.from, pass.y});
-    const CAxPoint2D east = turned.From({pass.to, pass.y});
-    return isEastward ? AxPlanLine{west, east} : AxPlanLine{east, west};
+    std::vector<AxPlanLine> stretches;
+    double from = pass.from;
+    const auto add = [&](double to) {
+        stretches.push_back({turned.From({from, pass.y}), turned.From({to, pass.y})});
+    };
+    for (const auto& [begin, end] : pass.gaps)
+        if (end - begin >= photoDistance) {
+            add(begin);
+            from = end;
+        }
+    add(pass.to);
+    if (!isEastward) {
+        std::reverse(stretches.begin(), stretches.end());
+        for (AxPlanLine& stretch : stretches)
+            std::reverse(stretch.begin(), stretch.end());
+    }
+    return stretches;
 }
 
 AxPassSet OverArea(const AxPlanRequest& request, const AxPlanPlane& plane, double spacing, double heading,
@@ -67,15 +85,19 @@ AxPassSet OverArea(const AxPlanRequest& request, const AxPlanPlane& plane, doubl
 {
     const TurnedPlane turned(heading);
     const AxPassLayout layout = LayoutOf(request, RingsOf(request, plane), spacing, heading);
+    const double photoDistance =
+        request.camera.LengthFrom(AxPlannedHeight(request)) * (1.0 - request.forwardOverlap);
     AxPassSet set;
     set.spacing = layout.spacing;
     for (const AxFlownPass& flown : AxOrderPasses(layout.passes, entry))
-        set.passes.push_back(Ends(layout.passes[flown.pass], flown.isEastward, turned));
+        set.passes.push_back(StretchesOf(layout.passes[flown.pass], flown.isEastward, turned, photoDistance));
     if (!layout.passes.empty())
         for (int i = 0; i < 4; ++i) {
             const AxFlownPass first = AxEntryPass(layout.passes, i);
             set.entries[static_cast<std::size_t>(i)] =
-                Ends(layout.passes[first.pass], first.isEastward, turned).front();
+                StretchesOf(layout.passes[first.pass], first.isEastward, turned, photoDistance)
+                    .front()
+                    .front();
         }
     return set;
 }
@@ -144,7 +166,7 @@ AxPassSet AlongStrip(const AxPlanRequest& request, const AxPlanPlane& plane, dou
         if (!isForwards)
             std::reverse(line.begin(), line.end());
         isForwards = !isForwards;
-        set.passes.push_back(std::move(line));
+        set.passes.push_back({std::move(line)});
     }
     return set;
 }
@@ -164,7 +186,7 @@ AxPassSet AroundPoint(const AxPlanRequest& request, const AxPlanPlane& plane, in
     AxPlanLine circle;
     for (int i = 0; i <= steps; ++i)
         circle.push_back(at(entry + 4.0 * i / steps));
-    set.passes.push_back(std::move(circle));
+    set.passes.push_back({std::move(circle)});
     return set;
 }
 } // namespace

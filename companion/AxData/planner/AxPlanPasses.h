@@ -9,7 +9,9 @@
 /// One set of passes, each in the direction in which it is flown, in the order of the flight.
 struct AxPassSet
 {
-    std::vector<AxPlanLine> passes;    ///< two or more points each
+    /// Of each the stretches with photos, two or more points each: several on one straight line where it
+    /// flies across holes.
+    std::vector<std::vector<AxPlanLine>> passes;
     std::array<CAxPoint2D, 4> entries; ///< where it could begin
     double spacing = 0.0;              ///< metres between neighbours
 };

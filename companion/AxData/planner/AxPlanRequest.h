@@ -10,6 +10,13 @@
 #include <optional>
 #include <vector>
 
+/// Where a lens looks.
+struct AXDATA_EXPORT AxPlanView
+{
+    double turn = 0.0; ///< degrees clockwise from where the aircraft flies
+    double tilt = 0.0; ///< degrees from straight down
+};
+
 /// What a camera is, as its maker states it.
 struct AXDATA_EXPORT AxPlanCamera
 {
@@ -21,6 +28,9 @@ struct AXDATA_EXPORT AxPlanCamera
     int imageHeight = 5304;        ///< pixels, along the flight
     double shortestInterval = 1.0; ///< seconds between two photos
     QString fault = {};            ///< for people: why nothing can be planned with it; empty when it can
+    std::vector<AxPlanView> views =
+        {};                  ///< of its lenses, which take each photo together; none: straight down
+    bool isSwinging = false; ///< one lens instead, which takes each photo in the next of the views
 
     /// Metres of ground that a pixel shows from so many metres above it.
     double SampleFrom(double height) const { return height * sensorWidth / (focalLength * imageWidth); }
@@ -76,12 +86,14 @@ struct AXDATA_EXPORT AxPlanRequest
         Terrain      ///< follows the ground within the aircraft's limits, never below `height` over it
     };
 
-    Kind kind = Kind::Area;      ///< of what is flown over
-    QList<QPointF> outline;      ///< as the kind says
-    QList<QList<QPointF>> holes; ///< rings in the area where no photo is wanted
-    double leftWidth = 0.0;      ///< of a strip, metres
-    double rightWidth = 0.0;     ///< of a strip, metres
-    double radius = 0.0;         ///< of a circle, metres
+    Kind kind = Kind::Area; ///< of what is flown over
+    QList<QPointF> outline; ///< as the kind says
+    /// Rings in the area where no photo is wanted. Those too short to turn at are flown across, and the
+    /// camera pauses there, unless the next photo comes behind them anyway.
+    QList<QList<QPointF>> holes;
+    double leftWidth = 0.0;  ///< of a strip, metres
+    double rightWidth = 0.0; ///< of a strip, metres
+    double radius = 0.0;     ///< of a circle, metres
 
     AxPlanCamera camera;     ///< that takes the photos
     AxPlanAircraft aircraft; ///< that carries it

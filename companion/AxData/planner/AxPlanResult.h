@@ -16,7 +16,7 @@ struct AXDATA_EXPORT AxPlanPoint
     enum class Role
     {
         LeadIn,    ///< where the straight flight towards a pass begins
-        PassStart, ///< the first photo of a pass
+        PassStart, ///< the first photo of a pass, or of its next stretch behind a hole
         PassEnd,   ///< the last one
         OnPass,    ///< in between, where the height changes
         Turn,      ///< on the way from one pass to the next
@@ -26,7 +26,7 @@ struct AXDATA_EXPORT AxPlanPoint
     double latitude = 0.0;  ///< degrees
     double altitude = 0.0;  ///< metres above the ellipsoid
     Role role = Role::Turn; ///< of the point
-    int pass = -1;          ///< in the order in which passes are flown; -1 between them
+    int pass = -1;          ///< in the order in which passes are flown; -1 between them and above holes
 };
 
 /// A photo.
@@ -45,7 +45,7 @@ struct AXDATA_EXPORT AxPlanFigures
     double length = 0.0;        ///< metres flown, with turns and with the way from and to home
     double seconds = 0.0;       ///< in the wind given
     int photos = 0;             ///< of all sets
-    int passes = 0;             ///< of all sets
+    int passes = 0;             ///< of all sets; one that flies straight across a hole counts as two
     int turns = 0;              ///< from one pass to the next
     double area = 0.0;          ///< square metres of what is asked for: the area, the strip, the disc
     double interval = 0.0;      ///< least seconds between two photos

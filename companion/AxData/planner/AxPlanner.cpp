@@ -36,27 +36,33 @@ AxPlanPose PoseAt(const AxPlanLine& pass, bool isStart, double ahead)
     return {{at.x() + ahead * std::cos(course), at.y() + ahead * std::sin(course)}, course};
 }
 
-Route RouteOver(const std::vector<AxPlanLine>& passes, const AxPlanAircraft& aircraft)
+Route RouteOver(const std::vector<std::vector<AxPlanLine>>& passes, const AxPlanAircraft& aircraft)
 {
     Route route;
     const auto add = [&route](const CAxPoint2D& place, Role role, int pass) {
         const double along = route.empty() ? 0.0 : route.back().along + AxApart(route.back().place, place);
         route.push_back({place, role, pass, along, 0.0});
     };
+    int pass = 0;
     for (std::size_t i = 0; i < passes.size(); ++i) {
-        const AxPlanLine& line = passes[i];
-        const int pass = static_cast<int>(i);
-        const AxPlanPose begins = PoseAt(line, true, -aircraft.leadIn);
+        const AxPlanPose begins = PoseAt(passes[i].front(), true, -aircraft.leadIn);
         if (i > 0)
-            for (const CAxPoint2D& place :
-                 AxTurnBetween(PoseAt(passes[i - 1], false, aircraft.leadIn), begins, aircraft.turnRadius))
+            for (const CAxPoint2D& place : AxTurnBetween(PoseAt(passes[i - 1].back(), false, aircraft.leadIn),
+                                                         begins, aircraft.turnRadius))
                 add(place, Role::Turn, -1);
         if (aircraft.leadIn > 0.0)
             add(begins.place, Role::LeadIn, -1);
-        for (std::size_t k = 0; k < line.size(); ++k)
-            add(line[k], k == 0 ? Role::PassStart : k + 1 < line.size() ? Role::OnPass : Role::PassEnd, pass);
+        for (const AxPlanLine& line : passes[i]) {
+            for (std::size_t k = 0; k < line.size(); ++k)
+                add(line[k],
+                    k == 0                ? Role::PassStart
+                    : k + 1 < line.size() ? Role::OnPass
+                                          : Role::PassEnd,
+                    pass);
+            ++pass;
+        }
         if (aircraft.leadIn > 0.0)
-            add(PoseAt(line, false, aircraft.leadIn).place, Role::Turn, -1);
+            add(PoseAt(passes[i].back(), false, aircraft.leadIn).place, Role::Turn, -1);
     }
     return route;
 }
@@ -105,7 +111,7 @@ public:
             return Refuse(fault);
         std::vector<Route> sets;
         const int count = !isArea ? 1 : request.isThreeDirections ? 3 : request.isCrossed ? 2 : 1;
-        std::vector<AxPlanLine> crossed;
+        std::vector<std::vector<AxPlanLine>> crossed;
         for (int i = 0; i < count; ++i) {
             const AxPassSet set = AxPassesOf(request, plane, spacing,
                                              result.heading + i * (count == 3 ? 60.0 : 90.0), request.entry);
@@ -119,12 +125,14 @@ public:
                 crossed.insert(crossed.end(), set.passes.begin(), set.passes.end());
             } else {
                 sets.push_back(RouteOver(set.passes, request.aircraft));
+                result.figures.turns += static_cast<int>(set.passes.size()) - 1;
                 result.entriesOfDirections.push_back(EntriesOf(set));
             }
         }
-        if (count != 3)
+        if (count != 3) {
             sets.push_back(RouteOver(crossed, request.aircraft));
-        else if (request.entry >= 2)
+            result.figures.turns = static_cast<int>(crossed.size()) - 1;
+        } else if (request.entry >= 2)
             std::reverse(sets.begin(), sets.end());
         for (Route& set : sets) {
             const QString fault = AxSetAltitudes(request, plane, height, swath, set);
@@ -234,7 +242,6 @@ private:
                 figures.length += climb;
                 figures.seconds += climb / request.aircraft.speed;
             }
-        figures.turns += std::max(0, figures.passes - passesBefore - 1);
         const AxAboveGround above = AxCheckWay(request, plane, zones, route);
         result.warnings.insert(result.warnings.end(), above.warnings.begin(), above.warnings.end());
         if (above.looks > 0) {
