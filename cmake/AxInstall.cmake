@@ -26,13 +26,16 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
 # Headers that only the library itself and its tests need.
 set(inner "AxDisk|AxOpenedInPlace|AxPrivateFolder|AxReplaceFile|AxZoneQuery")
 string(APPEND inner "|AxGroundSpeed|AxHomeLegs|AxPassLayout|AxPassOrder|AxPlanAltitudes|AxPlanCheck|AxPlaneArea")
-string(APPEND inner "|AxPlanPasses|AxRouteHeights|AxWayCheck|AxWayRound|AxZonesAround")
-string(APPEND inner "|AxTelemetryLog|AxMavChecksum|AxMavSigning|AxMavWire")
+string(APPEND inner "|AxPhotoSight|AxPlanPasses|AxRouteHeights|AxWayCheck|AxWayRound|AxZonesAround")
+string(APPEND inner "|AxTelemetryLog|AxMavCandidate|AxMavChecksum|AxMavSigning|AxMavTrust|AxMavWire")
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companion/AxTelemetry)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
     REGEX "/(${inner})\\.h$" EXCLUDE PATTERN "*.h")
 endforeach()
+# Headers can be installed before anything is built; this one is missing then.
+install(FILES "${AX_GENERATED_DIR}/AxTelemetry/mavlink/AxMavMessages.h"
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/AxTelemetry/mavlink OPTIONAL)
 if(AX_EARTH STREQUAL "bundled")
   install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()

@@ -1,0 +1,39 @@
+#include "AxMavTrust.h"
+
+#include "AxMavSigning.h"
+
+#include <algorithm>
+
+bool AxMavTrust::SetKey(const QByteArray& key, quint64 newestTime)
+{
+    if (!key.isEmpty() && key.size() != axMavKeySize)
+        return false;
+    if (key != m_key) {
+        m_times.clear();
+        m_newest = 0;
+    }
+    m_key = key;
+    m_newest = std::max(m_newest, newestTime);
+    return true;
+}
+
+bool AxMavTrust::Accept(const AxMavCandidate& candidate)
+{
+    constexpr quint64 kMostBehind = 60 * 100000; // 60 s
+
+    if (candidate.isSigned == m_key.isEmpty())
+        return false;
+    if (!candidate.isSigned)
+        return true;
+    const auto tag = AxMavTag(m_key, candidate.bytes, candidate.size - axMavTagSize);
+    if (!std::equal(tag.begin(), tag.end(), candidate.Tag()))
+        return false;
+    const quint64 time = candidate.SignTime();
+    const quint32 stream = quint32(candidate.SenderKey()) << 8 | candidate.LinkId();
+    const auto known = m_times.find(stream);
+    if (known != m_times.end() ? time <= known->second : time + kMostBehind < m_newest)
+        return false;
+    m_times[stream] = time;
+    m_newest = std::max(m_newest, time);
+    return true;
+}

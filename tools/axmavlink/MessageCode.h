@@ -1,0 +1,7 @@
+#pragma once
+
+#include "MessageTable.h"
+
+/// The C++ of AxMavMessages.h and AxMavMessages.cpp.
+QByteArray HeaderOf(const std::vector<Message>& messages);
+QByteArray SourceOf(const std::vector<Message>& messages);
