@@ -1,0 +1,357 @@
+#include <AxTelemetry/record/AxCsvColumns.h>
+#include <AxTelemetry/record/AxFlightCsv.h>
+#include <AxTelemetry/record/AxRecordText.h>
+#include <AxTelemetry/record/AxSeaLevel.h>
+
+#include <AxAlgorthm/AxConstants.h>
+
+#include <QDateTime>
+#include <QIODevice>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+namespace {
+constexpr double unknownCell = std::numeric_limits<double>::quiet_NaN();
+constexpr qint64 longestLine = 65536;          // bytes
+constexpr double latestTime = 4102444800000.0; // the year 2100, milliseconds
+constexpr quint64 restartMilliseconds = 1000;  // a clock that is set back by more has started anew
+constexpr int linesBetweenProgress = 4096;
+
+float InRadians(double degrees)
+{
+    return static_cast<float>(std::remainder(degrees, 360.0) * PI / 180.0);
+}
+
+bool IsDirection(double degrees)
+{
+    return degrees >= -360.0 && degrees <= 360.0;
+}
+
+/// Reads the lines of one table.
+class TableReader
+{
+public:
+    explicit TableReader(AxCsvLayout tableLayout) : layout(std::move(tableLayout)) {}
+
+    /// False when there is a fault. The last line may be cut where no break ends it: then it counts as long
+    /// as what could be half a number is neither a time nor a place.
+    bool Take(const QByteArray& line, int number, bool isLast);
+    AxFlightRead Finish();
+
+    QString fault;
+
+private:
+    double NumberAt(AxCsvColumn column);
+    double TimeOf();
+    double AltitudeOf(double latitude, double longitude);
+    void SetAttitude(AxFlightSample& sample);
+    bool IsWhole(bool isLast);
+    void Refuse(const QString& reason);
+    void AddFlights(AxFlightRead& read, int system, std::vector<AxFlightSample>& samples);
+
+    AxCsvLayout layout;
+    QList<QByteArray> fields;
+    int lineNumber = 0;
+    std::map<int, std::vector<AxFlightSample>> samplesOf; // by the number of the aircraft
+    int withoutPlace = 0;
+    int late = 0;
+    bool isCut = false;
+    bool isAboveSea = false;
+};
+
+void TableReader::Refuse(const QString& reason)
+{
+    if (fault.isEmpty())
+        fault = AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "Line %1: %2.")).arg(lineNumber).arg(reason);
+}
+
+double TableReader::NumberAt(AxCsvColumn column)
+{
+    const int field = layout.At(column);
+    if (field < 0)
+        return unknownCell;
+    const QByteArray& cell = fields[field];
+    if (cell.isEmpty())
+        return unknownCell;
+    bool isNumber = false;
+    const double value = cell.toDouble(&isNumber);
+    if (isNumber)
+        return std::isfinite(value) ? value : unknownCell;
+    bool hasComma = cell.count(',') == 1;
+    if (hasComma)
+        QByteArray(cell).replace(',', '.').toDouble(&hasComma);
+    Refuse(AxRecordText(hasComma
+                            ? QT_TRANSLATE_NOOP("AxRecord", "%1 has a decimal comma: \"%2\"; write a point")
+                            : QT_TRANSLATE_NOOP("AxRecord", "%1 is no number: \"%2\""))
+               .arg(layout.names[field], QString::fromUtf8(cell.left(40))));
+    return unknownCell;
+}
+
+/// Milliseconds; NaN where there is none.
+double TableReader::TimeOf()
+{
+    for (const auto& [column, milliseconds] :
+         {std::pair(AxCsvColumn::Milliseconds, 1.0), std::pair(AxCsvColumn::Microseconds, 1e-3),
+          std::pair(AxCsvColumn::Seconds, 1e3)})
+        if (layout.At(column) >= 0)
+            return NumberAt(column) * milliseconds;
+    const QByteArray& cell = fields[layout.At(AxCsvColumn::AnyTime)];
+    QDateTime date = QDateTime::fromString(QString::fromLatin1(cell), Qt::ISODateWithMs);
+    if (date.isValid()) {
+        if (date.timeSpec() == Qt::LocalTime) // one without a zone; files have UTC
+            date.setTimeSpec(Qt::UTC);
+        return static_cast<double>(date.toMSecsSinceEpoch());
+    }
+    const double value = NumberAt(AxCsvColumn::AnyTime);
+    for (const double milliseconds : {1e3, 1.0, 1e-3})
+        if (value * milliseconds >= 946684800000.0 && value * milliseconds <= latestTime)
+            return value * milliseconds;
+    if (!std::isnan(value))
+        Refuse(AxRecordText(
+                   QT_TRANSLATE_NOOP("AxRecord",
+                                     "the unit of the time %1 is not known; name the column \"t_ms\" or "
+                                     "\"t_s\""))
+                   .arg(QString::fromLatin1(cell.left(40))));
+    return unknownCell;
+}
+
+double TableReader::AltitudeOf(double latitude, double longitude)
+{
+    const double altitude = NumberAt(AxCsvColumn::EllipsoidAltitude);
+    const double aboveSea =
+        NumberAt(layout.At(AxCsvColumn::SeaAltitude) >= 0 ? AxCsvColumn::SeaAltitude : AxCsvColumn::Altitude);
+    if (!std::isnan(altitude) || std::isnan(aboveSea))
+        return altitude;
+    isAboveSea = true;
+    return aboveSea + AxSeaLevelAt(latitude, longitude);
+}
+
+void TableReader::SetAttitude(AxFlightSample& sample)
+{
+    const auto angle = [this](AxCsvColumn degrees, AxCsvColumn radians) {
+        const double value = NumberAt(degrees);
+        const double inRadians = NumberAt(radians);
+        if (IsDirection(value))
+            return InRadians(value);
+        return std::fabs(inRadians) <= 2.0 * PI ? InRadians(inRadians * 180.0 / PI)
+                                                : std::numeric_limits<float>::quiet_NaN();
+    };
+    sample.roll = angle(AxCsvColumn::Roll, AxCsvColumn::RollRadians);
+    sample.pitch = angle(AxCsvColumn::Pitch, AxCsvColumn::PitchRadians);
+    sample.yaw = angle(AxCsvColumn::Yaw, AxCsvColumn::YawRadians);
+    if (std::isnan(sample.yaw))
+        sample.yaw = angle(AxCsvColumn::Heading, AxCsvColumn::YawRadians);
+}
+
+/// Whether the line has as many fields as the line of names; empty ones at its end are none.
+bool TableReader::IsWhole(bool isLast)
+{
+    while (fields.size() > layout.count && fields.last().isEmpty())
+        fields.removeLast();
+    if (fields.size() == layout.count)
+        return true;
+    isCut = isLast && fields.size() < layout.count;
+    if (!isCut)
+        Refuse(AxRecordText(
+                   fields.size() > layout.count && layout.separator == ','
+                       ? QT_TRANSLATE_NOOP("AxRecord", "%1 columns instead of %2; are there decimal commas?")
+                       : QT_TRANSLATE_NOOP("AxRecord", "%1 columns instead of %2"))
+                   .arg(fields.size())
+                   .arg(layout.count));
+    return false;
+}
+
+bool TableReader::Take(const QByteArray& line, int number, bool isLast)
+{
+    lineNumber = number;
+    fields = AxCsvFields(line, layout.separator);
+    if (!IsWhole(isLast))
+        return fault.isEmpty();
+    const double time = std::round(TimeOf());
+    AxFlightSample sample;
+    sample.latitude = NumberAt(AxCsvColumn::Latitude);
+    sample.longitude = NumberAt(AxCsvColumn::Longitude);
+    const bool isPlace = AxIsOnGlobe(sample.latitude, sample.longitude) &&
+                         !(sample.latitude == 0.0 && sample.longitude == 0.0);
+    sample.altitude = AltitudeOf(isPlace ? sample.latitude : 0.0, isPlace ? sample.longitude : 0.0);
+    sample.heightAboveHome = static_cast<float>(NumberAt(AxCsvColumn::HomeHeight));
+    SetAttitude(sample);
+    const double system = NumberAt(AxCsvColumn::System);
+    if (!fault.isEmpty()) {
+        // The number that ends where the file ends may be half of one.
+        if (isLast) {
+            isCut = true;
+            fault.clear();
+        }
+        return fault.isEmpty();
+    }
+    if (!isPlace || !std::isfinite(sample.altitude) || !(time >= 0.0 && time <= latestTime)) {
+        ++withoutPlace;
+        return true;
+    }
+    if (isLast && layout.EndsInPlace()) {
+        isCut = true;
+        return true;
+    }
+    sample.time = static_cast<quint64>(time);
+    samplesOf[system >= 0.0 && system <= 255.0 ? static_cast<int>(system) : 0].push_back(sample);
+    return true;
+}
+
+/// One aircraft's samples as flights: those with a date in order of time, others cut where the clock starts
+/// anew.
+void TableReader::AddFlights(AxFlightRead& read, int system, std::vector<AxFlightSample>& samples)
+{
+    if (std::all_of(samples.begin(), samples.end(),
+                    [](const auto& sample) { return AxHasDate(sample.time); }))
+        std::stable_sort(samples.begin(), samples.end(),
+                         [](const auto& a, const auto& b) { return a.time < b.time; });
+    for (std::size_t begin = 0; begin < samples.size();) {
+        std::size_t end = begin;
+        std::vector<quint64> steps;
+        quint64 newest = samples[begin].time;
+        for (; end < samples.size() && samples[end].time + restartMilliseconds >= newest; ++end)
+            if (samples[end].time > newest) {
+                steps.push_back(samples[end].time - newest);
+                newest = samples[end].time;
+            }
+        // What is written every ten seconds has no gap after each line.
+        quint64 silence = 3000;
+        if (!steps.empty()) {
+            const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
+            std::nth_element(steps.begin(), middle, steps.end());
+            silence = std::max(silence, *middle * 3);
+        }
+        const auto flight = std::make_shared<AxFlightRecord>(silence);
+        flight->systemId = system;
+        flight->Reserve(end - begin);
+        for (; begin < end; ++begin)
+            late += flight->AddSample(samples[begin]) ? 0 : 1;
+        read.flights.push_back(flight);
+    }
+}
+
+AxFlightRead TableReader::Finish()
+{
+    AxFlightRead read;
+    read.fault = fault;
+    if (!fault.isEmpty())
+        return read;
+    for (auto& [system, samples] : samplesOf) {
+        const std::size_t before = read.flights.size();
+        AddFlights(read, system, samples);
+        if (read.flights.size() > before + 1)
+            read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "The clock starts anew in the file: it "
+                                                                     "has %1 flights."))
+                              .arg(read.flights.size() - before);
+    }
+    if (read.flights.empty())
+        read.fault = AxRecordText(
+            QT_TRANSLATE_NOOP("AxRecord", "No line has a time, a place on the globe and an altitude."));
+    read.notes += layout.notes;
+    if (withoutPlace > 0)
+        read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord",
+                                                     "%1 lines without a time, a place on the globe or an "
+                                                     "altitude are left out."))
+                          .arg(withoutPlace);
+    if (late > 0)
+        read.notes << AxRecordText(
+                          QT_TRANSLATE_NOOP("AxRecord",
+                                            "%1 lines that are older than the line before are left out."))
+                          .arg(late);
+    if (isCut)
+        read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "The last line is cut and left out."));
+    if (isAboveSea && !AxGeoidFault().isEmpty())
+        read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord",
+                                                     "Heights above the sea and above the ellipsoid are "
+                                                     "taken for the same: %1"))
+                          .arg(AxGeoidFault());
+    return read;
+}
+
+AxFlightRead RefusedTable(const QString& fault)
+{
+    AxFlightRead read;
+    read.fault = fault;
+    return read;
+}
+
+QByteArray CsvNumber(double value, int decimals)
+{
+    return std::isfinite(value) ? QByteArray::number(value, 'f', decimals) : QByteArray();
+}
+
+QByteArray CsvDegrees(float radians, bool isHeading)
+{
+    double degrees = static_cast<double>(radians) * 180.0 / PI;
+    if (isHeading && degrees < 0.0)
+        degrees += 360.0;
+    return CsvNumber(isHeading && degrees >= 359.9995 ? 0.0 : degrees, 3);
+}
+} // namespace
+
+AxFlightRead AxReadFlightCsv(QIODevice& device, const AxReadProgress& progress)
+{
+    const qint64 size = std::max<qint64>(device.size(), 1);
+    qint64 taken = 0;
+    std::optional<TableReader> table;
+    for (int number = 1; !device.atEnd(); ++number) {
+        if (progress && number % linesBetweenProgress == 0 &&
+            !progress(std::min(1.0, static_cast<double>(taken) / static_cast<double>(size)))) {
+            AxFlightRead cancelled;
+            cancelled.isCancelled = true;
+            return cancelled;
+        }
+        QByteArray line = device.readLine(longestLine);
+        if (line.isEmpty())
+            break;
+        taken += line.size();
+        if (line.contains('\0') || (line.size() == longestLine - 1 && !line.endsWith('\n')))
+            return RefusedTable(
+                AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "Line %1: this is no table of text."))
+                    .arg(number));
+        const bool isLast = !line.endsWith('\n') && device.atEnd();
+        while (line.endsWith('\n') || line.endsWith('\r'))
+            line.chop(1);
+        if (number == 1 && line.startsWith("\xEF\xBB\xBF"))
+            line.remove(0, 3);
+        if (line.trimmed().isEmpty() || line.startsWith('#') || (!table && line.startsWith("sep=")))
+            continue;
+        if (!table) {
+            const AxCsvLayout layout = AxCsvLayoutOf(line);
+            if (!layout.fault.isEmpty())
+                return RefusedTable(layout.fault);
+            table.emplace(layout);
+        } else if (!table->Take(line, number, isLast))
+            return RefusedTable(table->fault);
+    }
+    return table ? table->Finish()
+                 : RefusedTable(AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "The file is empty.")));
+}
+
+AxExported AxWriteFlightCsv(const AxFlightRecord& flight)
+{
+    AxExported file;
+    if (flight.IsEmpty()) {
+        file.fault = AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "The flight has no positions."));
+        return file;
+    }
+    file.data = "t_ms,lat,lon,alt_amsl,alt_rel,hdg,alt_ellipsoid,roll_deg,pitch_deg\n";
+    for (const AxFlightSample& sample : flight.Samples()) {
+        const double sea = AxSeaLevelAt(sample.latitude, sample.longitude);
+        file.data += QByteArray::number(sample.time) + ',' + CsvNumber(sample.latitude, 9) + ',' +
+                     CsvNumber(sample.longitude, 9) + ',' + CsvNumber(sample.altitude - sea, 3) + ',' +
+                     CsvNumber(static_cast<double>(sample.heightAboveHome), 3) + ',' +
+                     CsvDegrees(sample.yaw, true) + ',' + CsvNumber(sample.altitude, 3) + ',' +
+                     CsvDegrees(sample.roll, false) + ',' + CsvDegrees(sample.pitch, false) + '\n';
+    }
+    if (!AxGeoidFault().isEmpty())
+        file.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord",
+                                                     "Heights above the sea and above the ellipsoid are "
+                                                     "taken for the same: %1"))
+                          .arg(AxGeoidFault());
+    return file;
+}
