@@ -67,6 +67,8 @@ AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType,
     if (para.IsChangeHighFlying() || extended.GetTaskType() == TaskVariableHeight)
         request.heights = AxPlanRequest::Heights::Terrain;
     extended.Complete(request, para.GetCameraType());
+    if (request.camera.isSwinging && !AxIsSpecialCamera(para.GetCameraType(), para.GetPlaneType()))
+        request.camera.views.clear(); // other aircraft do not swing it
     const CAxVector3D home = m_block->GetHomePosition();
     if (!home.isNull()) {
         request.home = QPointF(home.x(), home.y());

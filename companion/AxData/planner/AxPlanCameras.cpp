@@ -45,6 +45,32 @@ bool ReadPair(const QJsonValue& value, double& first, double& second)
     return pair.size() == 2 && ReadPositive(pair[0], first) && ReadPositive(pair[1], second);
 }
 
+/// Where cameras look whose list does not say it.
+std::vector<AxPlanView> UsualViews(ECameraType type)
+{
+    constexpr double tilt = 45.0;
+    if (type == CameraOblique)
+        return {{0.0, 0.0}, {0.0, tilt}, {90.0, tilt}, {180.0, tilt}, {270.0, tilt}};
+    if (type == CameraSwing)
+        return {{90.0, tilt}, {0.0, 0.0}, {270.0, tilt}};
+    return {};
+}
+
+bool ReadViews(const QJsonValue& value, std::vector<AxPlanView>& views)
+{
+    const QJsonArray pairs = value.toArray();
+    views.clear();
+    for (const QJsonValue& entry : pairs) {
+        const QJsonArray pair = entry.toArray();
+        const double turn = pair.at(0).toDouble(-1.0);
+        const double tilt = pair.at(1).toDouble(-1.0);
+        if (pair.size() != 2 || !(turn >= 0.0 && turn < 360.0) || !(tilt >= 0.0 && tilt < 90.0))
+            return false;
+        views.push_back({turn, tilt});
+    }
+    return value.isArray();
+}
+
 QString ReadCamera(const QJsonObject& object, int number, AxListedCamera& listed)
 {
     AxPlanCamera& camera = listed.camera;
@@ -71,6 +97,11 @@ QString ReadCamera(const QJsonObject& object, int number, AxListedCamera& listed
         return Fault(number, "focalLength");
     if (!ReadPositive(object[QLatin1String("shortestInterval")], camera.shortestInterval))
         return Fault(number, "shortestInterval");
+    camera.isSwinging = listed.type == CameraSwing;
+    camera.views = UsualViews(listed.type);
+    const QJsonValue views = object[QLatin1String("views")];
+    if (!views.isUndefined() && !ReadViews(views, camera.views))
+        return Fault(number, "views");
     return {};
 }
 

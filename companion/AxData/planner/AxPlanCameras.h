@@ -17,8 +17,10 @@ struct AXDATA_EXPORT AxListedCamera
 
 /// The cameras of a list: JSON, an array of objects with "name", "type" (fullFrame, apsC, mediumFormat,
 /// multispectral, thermal, oblique, video, lidar, dual, swing), "sensor" (width across the flight and height,
-/// mm), "image" (the same in pixels), "focalLength" (mm) and "shortestInterval" (seconds between photos). On
-/// bad input cameras is left as it is and the answer says why, with the camera and the field; else it is
+/// mm), "image" (the same in pixels), "focalLength" (mm) and "shortestInterval" (seconds between photos), and
+/// perhaps "views": for each lens, or each direction of one that swings, degrees clockwise from the flight,
+/// 0 up to 360, and from straight down, 0 up to 90. Without it lenses look as is usual for the type. On bad
+/// input cameras is left as it is and the answer says why, with the camera and the field; else it is
 /// empty.
 AXDATA_EXPORT QString AxReadCameras(const QByteArray& json, QList<AxListedCamera>& cameras);
 

@@ -1,5 +1,6 @@
-#include <AxAlgorthm/AxMath.h>
+#include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxPlaneGeometry.h>
+#include <AxData/planner/AxPhotoSight.h>
 #include <AxData/planner/AxPlanCoverage.h>
 #include <AxData/planner/AxPlaneArea.h>
 
@@ -10,28 +11,43 @@
 
 namespace {
 constexpr double mostCells = 25e6;
+/// Of the box around all that photos show; by so many an area is known to half a percent.
+constexpr double cellsForArea = 60000.0;
+
+AxPlaneArea AreaOf(const AxPlanRequest& request, const AxPlanPlane& plane, const AxPlanLine& ring)
+{
+    std::vector<AxPlanLine> rings{ring};
+    if (request.kind == AxPlanRequest::Kind::Area)
+        for (const QList<QPointF>& hole : request.holes)
+            rings.push_back(plane.ToPlane(hole));
+    return AxPlaneArea(std::move(rings));
+}
+
+/// A box that grows by what it is to hold.
+struct Box
+{
+    CAxPoint2D low{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    CAxPoint2D high{std::numeric_limits<double>::lowest(), std::numeric_limits<double>::lowest()};
+
+    void Hold(const CAxPoint2D& point)
+    {
+        low = {std::min(low.x(), point.x()), std::min(low.y(), point.y())};
+        high = {std::max(high.x(), point.x()), std::max(high.y(), point.y())};
+    }
+    double Width() const { return high.x() - low.x(); }
+    double Height() const { return high.y() - low.y(); }
+};
 
 class CellGrid
 {
 public:
-    CellGrid(const AxPlanRequest& asked, const AxPlanPlane& around, const AxPlanLine& ring, double cell)
-        : request(asked), plane(around)
+    CellGrid(const AxPlanRequest& asked, const AxPlanPlane& around, const AxPlaneArea& area, const Box& box,
+             double cell)
+        : request(asked), plane(around), shape(area), west(box.low.x()), south(box.low.y())
     {
-        std::vector<AxPlanLine> rings{ring};
-        if (request.kind == AxPlanRequest::Kind::Area)
-            for (const QList<QPointF>& hole : request.holes)
-                rings.push_back(plane.ToPlane(hole));
-        shape = AxPlaneArea(std::move(rings));
-        for (const CAxPoint2D& point : ring) {
-            west = std::min(west, point.x());
-            east = std::max(east, point.x());
-            south = std::min(south, point.y());
-            north = std::max(north, point.y());
-        }
-        const double area = std::max(1.0, (east - west) * (north - south));
-        result.cell = std::max(cell, std::sqrt(area / mostCells));
-        result.columns = std::max(1, static_cast<int>(std::ceil((east - west) / result.cell)));
-        result.rows = std::max(1, static_cast<int>(std::ceil((north - south) / result.cell)));
+        result.cell = cell;
+        result.columns = std::max(1, static_cast<int>(std::ceil(box.Width() / cell)));
+        result.rows = std::max(1, static_cast<int>(std::ceil(box.Height() / cell)));
         const auto count = static_cast<std::size_t>(result.columns) * static_cast<std::size_t>(result.rows);
         result.photos.assign(count, 0);
         result.sample.assign(count, 0.0F);
@@ -53,41 +69,51 @@ public:
                 const double from = west + begin * width;
                 const double to = west + end * width;
                 for (int column = ColumnAt(from); column <= ColumnAt(to); ++column)
-                    if (const double x = Middle(column, row).x(); x >= from && x <= to)
-                        LookAt(column, row);
+                    if (const double x = Middle(column, row).x(); x >= from && x <= to) {
+                        result.isInside[IndexOf(column, row)] = true;
+                        ++result.cells;
+                        result.unknown += LookAt(column, row) ? 0 : 1;
+                    }
             }
         }
         return !isOff;
     }
 
-    void Count(const AxPlanPhoto& photo)
+    /// The same beside the area.
+    bool LookAround(const std::atomic<bool>& isOff)
     {
-        const AxPlanCamera& camera = request.camera;
-        const CAxPoint2D at = plane.ToPlane(QPointF(photo.longitude, photo.latitude));
-        const double ahead = 0.5 * camera.LengthFrom(1.0); // metres for each of height
-        const double aside = 0.5 * camera.WidthFrom(1.0);
-        const double reach = (photo.altitude - lowest) * std::hypot(ahead, aside);
-        if (!(reach > 0.0))
-            return;
-        const double toEast = std::sin(DegreeToRadians(photo.heading));
-        const double toNorth = std::cos(DegreeToRadians(photo.heading));
-        for (int row = RowAt(at.y() - reach); row <= RowAt(at.y() + reach); ++row)
-            for (int column = ColumnAt(at.x() - reach); column <= ColumnAt(at.x() + reach); ++column) {
-                const std::size_t index = IndexOf(column, row);
-                const double above = photo.altitude - static_cast<double>(ground[index]);
-                const CAxPoint2D middle = Middle(column, row);
-                const double x = middle.x() - at.x();
-                const double y = middle.y() - at.y();
-                // Not a number where the ground is not known: no comparison holds.
-                if (!(std::abs(x * toEast + y * toNorth) <= ahead * above) ||
-                    !(std::abs(x * toNorth - y * toEast) <= aside * above))
-                    continue;
-                const auto sample = static_cast<float>(camera.SampleFrom(above));
-                float& best = result.sample[index];
-                best = result.photos[index] == 0 ? sample : std::min(best, sample);
-                if (result.photos[index] < std::numeric_limits<std::uint16_t>::max())
-                    ++result.photos[index];
-            }
+        for (int row = 0; row < result.rows && !isOff; ++row)
+            for (int column = 0; column < result.columns; ++column)
+                if (!result.isInside[IndexOf(column, row)])
+                    LookAt(column, row);
+        return !isOff;
+    }
+
+    /// False when called off.
+    bool Count(const std::vector<AxPhotoSight>& sights, const std::atomic<bool>& isOff)
+    {
+        for (const AxPhotoSight& sight : sights) {
+            if (isOff)
+                return false;
+            if (const auto reach = sight.Reach(lowest, highest))
+                CountIn(sight, *reach);
+        }
+        return true;
+    }
+
+    /// Metres above the ellipsoid of what is known.
+    double Lowest() const { return lowest; }
+
+    AxCoveredArea Covered() const
+    {
+        AxCoveredArea covered;
+        const double size = result.cell * result.cell;
+        for (std::size_t i = 0; i < result.photos.size(); ++i) {
+            if (result.photos[i] > 0)
+                (result.isInside[i] ? covered.inside : covered.beside) += size;
+            covered.isKnown = covered.isKnown && (result.isKnown[i] || !result.isInside[i]);
+        }
+        return covered;
     }
 
     AxPlanCoverage Finished()
@@ -116,23 +142,40 @@ public:
     }
 
 private:
-    void LookAt(int column, int row)
+    bool LookAt(int column, int row)
     {
         const std::size_t index = IndexOf(column, row);
-        result.isInside[index] = true;
-        ++result.cells;
         std::optional<double> height = request.meanGround;
         if (request.ground) {
             const QPointF place = plane.ToLngLat(Middle(column, row));
             height = request.ground(place.x(), place.y());
         }
-        if (!height || !std::isfinite(*height)) {
-            ++result.unknown;
-            return;
-        }
+        if (!height || !std::isfinite(*height))
+            return false;
         result.isKnown[index] = true;
         ground[index] = static_cast<float>(*height);
         lowest = std::min(lowest, *height);
+        highest = std::max(highest, *height);
+        return true;
+    }
+
+    void CountIn(const AxPhotoSight& sight, const AxSightReach& reach)
+    {
+        for (int row = RowAt(reach.low.y()); row <= RowAt(reach.high.y()); ++row) {
+            const auto [from, to] = reach.Across(Middle(0, row).y());
+            const int last = ColumnAt(to);
+            for (int column = ColumnAt(from); column <= last; ++column) {
+                const std::size_t index = IndexOf(column, row);
+                const auto sample = static_cast<float>(
+                    sight.SampleAt(Middle(column, row), static_cast<double>(ground[index])));
+                if (!(sample > 0.0F))
+                    continue;
+                float& best = result.sample[index];
+                best = result.photos[index] == 0 ? sample : std::min(best, sample);
+                if (result.photos[index] < std::numeric_limits<std::uint16_t>::max())
+                    ++result.photos[index];
+            }
+        }
     }
 
     CAxPoint2D Middle(int column, int row) const
@@ -154,16 +197,30 @@ private:
     }
 
     const AxPlanRequest& request;
-    AxPlanPlane plane;
-    AxPlaneArea shape;
-    double west = std::numeric_limits<double>::max();
-    double east = std::numeric_limits<double>::lowest();
-    double south = std::numeric_limits<double>::max();
-    double north = std::numeric_limits<double>::lowest();
+    const AxPlanPlane& plane;
+    const AxPlaneArea& shape;
+    double west;
+    double south;
     double lowest = std::numeric_limits<double>::max();
-    std::vector<float> ground; // metres; not a number outside the area and where it is not known
+    double highest = std::numeric_limits<double>::lowest();
+    std::vector<float> ground; // metres; not a number where nobody looked and where it is not known
     AxPlanCoverage result;
 };
+
+/// The ground below the route, here and there: its lowest.
+double LowestBelow(const AxPlanRequest& request, const AxPlanResult& plan)
+{
+    constexpr std::size_t places = 200;
+    if (!request.ground)
+        return request.meanGround;
+    double lowest = std::numeric_limits<double>::max();
+    for (std::size_t i = 0; i < plan.photos.size(); i += 1 + plan.photos.size() / places) {
+        const auto height = request.ground(plan.photos[i].longitude, plan.photos[i].latitude);
+        if (height && std::isfinite(*height))
+            lowest = std::min(lowest, *height);
+    }
+    return lowest;
+}
 } // namespace
 
 AxPlanLine AxCoverageRing(const AxPlanRequest& request, const AxPlanPlane& plane)
@@ -177,8 +234,15 @@ AxPlanLine AxCoverageRing(const AxPlanRequest& request, const AxPlanPlane& plane
         CreateStripPolygon(ring, request.leftWidth, request.rightWidth, ring, indices);
         return ring;
     }
-    case AxPlanRequest::Kind::Orbit:
-        break;
+    case AxPlanRequest::Kind::Orbit: {
+        constexpr int corners = 72;
+        const CAxPoint2D centre = ring.front();
+        ring.clear();
+        for (int i = 0; i < corners; ++i)
+            ring.emplace_back(centre.x() + request.radius * std::sin(2.0 * PI * i / corners),
+                              centre.y() + request.radius * std::cos(2.0 * PI * i / corners));
+        return ring;
+    }
     }
     return {};
 }
@@ -186,17 +250,54 @@ AxPlanLine AxCoverageRing(const AxPlanRequest& request, const AxPlanPlane& plane
 AxPlanCoverage AxCoverageOf(const AxPlanRequest& request, const AxPlanResult& plan, double cell,
                             const std::atomic<bool>& isOff)
 {
+    if (!plan.IsPlanned() || !(cell > 0.0))
+        return {};
     const AxPlanPlane plane(request.outline);
     const AxPlanLine ring = AxCoverageRing(request, plane);
-    if (!plan.IsPlanned() || ring.empty() || !(cell > 0.0))
+    if (ring.empty())
         return {};
-    CellGrid grid(request, plane, ring, cell);
-    if (!grid.LookAtGround(isOff))
+    Box box;
+    std::for_each(ring.begin(), ring.end(), [&box](const CAxPoint2D& point) { box.Hold(point); });
+    const AxPlaneArea area = AreaOf(request, plane, ring);
+    const double size = std::max(1.0, box.Width() * box.Height());
+    CellGrid grid(request, plane, area, box, std::max(cell, std::sqrt(size / mostCells)));
+    if (!grid.LookAtGround(isOff) || !grid.Count(AxSightsOf(request, plan, plane), isOff))
         return {};
-    for (const AxPlanPhoto& photo : plan.photos) {
-        if (isOff)
-            return {};
-        grid.Count(photo);
-    }
     return grid.Finished();
+}
+
+std::optional<AxCoveredArea> AxCoveredAreaOf(const AxPlanRequest& request, const AxPlanResult& plan,
+                                             const std::atomic<bool>& isOff)
+{
+    if (!plan.IsPlanned())
+        return std::nullopt;
+    const AxPlanPlane plane(request.outline);
+    const AxPlanLine ring = AxCoverageRing(request, plane);
+    const AxPlaneArea area = AreaOf(request, plane, ring);
+    const std::vector<AxPhotoSight> sights = AxSightsOf(request, plan, plane);
+    // What the photos show reaches farther where the ground lies lower, which is known when they were looked
+    // at.
+    double lowest = LowestBelow(request, plan);
+    for (int attempt = 0;; ++attempt) {
+        Box box;
+        std::for_each(ring.begin(), ring.end(), [&box](const CAxPoint2D& point) { box.Hold(point); });
+        for (const AxPhotoSight& sight : sights)
+            if (const auto reach = sight.Reach(lowest, lowest)) {
+                box.Hold(reach->low);
+                box.Hold(reach->high);
+            }
+        if (!(box.Width() > 0.0) || !(box.Height() > 0.0))
+            return AxCoveredArea{0.0, 0.0, false};
+        CellGrid grid(request, plane, area, box, std::sqrt(box.Width() * box.Height() / cellsForArea));
+        if (!grid.LookAtGround(isOff) || !grid.LookAround(isOff))
+            return std::nullopt;
+        constexpr int mostAttempts = 3;
+        if (grid.Lowest() < lowest - 1.0 && attempt + 1 < mostAttempts) {
+            lowest = grid.Lowest();
+            continue;
+        }
+        if (!grid.Count(sights, isOff))
+            return std::nullopt;
+        return grid.Covered();
+    }
 }
