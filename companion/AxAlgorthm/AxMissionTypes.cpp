@@ -9,14 +9,19 @@ QString GetPlaneStringByType(EPlaneType type)
 {
     switch (type) {
     case PlaneFixedWing:
-    case PlaneTailSitter:
-    case PlaneQuadPlane:
         return QStringLiteral("FixedWing");
+    case PlaneTailSitter:
+        return QStringLiteral("TailSitter");
+    case PlaneQuadPlane:
+        return QStringLiteral("QuadPlane");
     case PlaneQuadcopter:
+        return QStringLiteral("Quadcopter");
     case PlaneHexacopter:
+        return QStringLiteral("Hexacopter");
     case PlaneOctocopter:
+        return QStringLiteral("Octocopter");
     case PlaneObliqueCopter:
-        return QStringLiteral("MultiRotor");
+        return QStringLiteral("ObliqueCopter");
     }
     return {};
 }

@@ -45,8 +45,8 @@ enum ETaskType
 /// three directions, its route is three routes, and for heights of its own each point keeps its altitude.
 AXALGORTHM_EXPORT bool AxIsSpecialCamera(ECameraType camera, EPlaneType plane);
 
-/// The file-name stem of the aircraft model that stands for a plane type: "FixedWing" or "MultiRotor".
-/// Empty for a value that is no plane type.
+/// The file-name stem of the model of a plane type, such as "QuadPlane"; each type has one of its own. Empty
+/// for a value that is no plane type.
 AXALGORTHM_EXPORT QString GetPlaneStringByType(EPlaneType type);
 
 Q_DECLARE_METATYPE(EPlaneType)
