@@ -19,6 +19,7 @@ public:
     QList<CAxVector3D> ComputeRoute(int entryPoint, QList<QPair<int, CAxVector3D>>& lineMarkers,
                                     CAxBlock::EBlockType blockType, int expectedRouteCount,
                                     int appType) override;
+    bool KeepsItsRoute() const override { return true; }
 
 private:
     AxMission mission;

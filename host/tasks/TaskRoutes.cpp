@@ -291,14 +291,10 @@ void TaskRoutes::Draw(const Key& key, const Held& route)
     drawn->ClearAirLineFlying();
     if (block->GetTaskPara()->IsChangeHighFlying())
         drawn->AddAirLineFlying(entry, places);
-    const bool isFixed = dynamic_cast<const TaskFromFile*>(task);
     if (!PlansItself(*task))
         task->TakePlan(route->plan->plan);
     // May show a box, and then anything of this may go.
     drawn->SetEntryPoint(entry);
-    // At its own heights, and whole in a block of three directions.
-    if (isFixed && drawn)
-        drawn->CreateAirLine(places);
 }
 
 void TaskRoutes::OnBlockDeleted(const QString& blockID)

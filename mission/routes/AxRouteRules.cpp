@@ -187,6 +187,24 @@ bool AreMarkersInTheWay(const osg::BoundingSphered& route, const osg::Vec3d& eye
     return route.radius() > 0.0 && 2.0 * route.radius() < leastMarkedPixels * pixel * distance;
 }
 
+QList<CAxVector3D> WithMarkers(const std::vector<osg::Vec3d>& route,
+                               const QList<QPair<int, CAxVector3D>>& markers)
+{
+    QList<CAxVector3D> points;
+    points.reserve(static_cast<int>(route.size()));
+    for (const osg::Vec3d& point : route)
+        points += CAxVector3D(point.x(), point.y(), point.z());
+    const QMap<int, CAxVector3D> matches = MatchingMarkers(points, markers);
+    for (int i = 0; i < markers.size() && !route.empty(); ++i) {
+        const CAxVector3D& marker = markers[i].second;
+        if (matches.contains(i))
+            continue;
+        const int nearest = SegmentNearest(route, {marker.x(), marker.y(), marker.z()});
+        points += CAxVector3D(marker.x(), marker.y(), route[static_cast<std::size_t>(nearest)].z());
+    }
+    return points;
+}
+
 QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,
                                        const QList<QPair<int, CAxVector3D>>& markers)
 {

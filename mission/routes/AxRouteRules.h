@@ -87,6 +87,11 @@ AXEARTHVIEWER_EXPORT std::vector<int> NumbersShown(const std::vector<osg::Vec3d>
 AXEARTHVIEWER_EXPORT bool AreMarkersInTheWay(const osg::BoundingSphered& route, const osg::Vec3d& eye,
                                              double pixel);
 
+/// The points of a route of (longitude, latitude, altitude), and behind them those markers that stand between
+/// two points, or beside it, at the altitude of the route nearby.
+AXEARTHVIEWER_EXPORT QList<CAxVector3D> WithMarkers(const std::vector<osg::Vec3d>& route,
+                                                    const QList<QPair<int, CAxVector3D>>& markers);
+
 /// Which points of the route are markers: by the marker's place in its list.
 AXEARTHVIEWER_EXPORT QMap<int, CAxVector3D> MatchingMarkers(const QList<CAxVector3D>& points,
                                                             const QList<QPair<int, CAxVector3D>>& markers);

@@ -118,30 +118,33 @@ void CAxTaskPolygon::ComputerAirLine()
 
     CAxTaskPara& para = *record->GetTaskPara();
     const double height = flightHeight();
-    const bool ownAltitudes =
-        AxIsSpecialCamera(para.GetCameraType(), para.GetPlaneType()) && taskType() == TaskVariableHeight;
+    const bool isKept = task->KeepsItsRoute();
+    const bool ownAltitudes = isKept || (AxIsSpecialCamera(para.GetCameraType(), para.GetPlaneType()) &&
+                                         taskType() == TaskVariableHeight);
     QList<CAxVector3D> points;
     points.reserve(route.size());
     for (const CAxVector3D& point : route)
-        points += CAxVector3D(point.y(), point.x(), ownAltitudes ? point.z() : height);
+        points +=
+            CAxVector3D(point.y(), point.x(), ownAltitudes && std::isfinite(point.z()) ? point.z() : height);
     for (auto& marker : markers)
         marker.second = CAxVector3D(marker.second.y(), marker.second.x(), height);
 
-    const bool isThird = para.HasThreeDirections();
-    if (isThird) {
+    const bool isChanging = !isKept && para.IsChangeHighFlying();
+    if (!isKept && para.HasThreeDirections()) {
         const auto range = AxRouteRules::ThirdShown(points.size(), entryPoint, task->direction);
         ResetAirLine({points.cbegin() + range.first, points.cbegin() + range.first + range.count});
         if (task->direction == 1)
             std::reverse(markers.begin(), markers.end());
-    } else if (para.IsChangeHighFlying()) {
+    } else if (isChanging) {
         CreateAirLineFlying();
     } else {
         CreateAirLine({points.cbegin(), points.cend()});
     }
     CreateLineMarker(markers, height);
     DrawLineLable();
-    if (para.IsChangeHighFlying()) {
-        CheckLineMarker(points, markers);
+    if ((isChanging || ownAltitudes) && airLine) {
+        // Of what is drawn: the points of a changing height are not those that the task has planned.
+        CheckLineMarker(AxRouteRules::WithMarkers(airLine->asVector(), markers), markers);
         UpdateLineMarker(flyingMarkers);
     }
 }

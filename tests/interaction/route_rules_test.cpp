@@ -171,6 +171,11 @@ TEST(RouteRules, FindMarkersAmongThePointsByAMillionthOfADegree)
     EXPECT_EQ(matches.keys(), (QList<int>{0, 2}));
     EXPECT_EQ(matches[0].z(), 200.0);
     EXPECT_EQ(matches[2].z(), 100.0) << "the first of several";
+    const QList<QPair<int, CAxVector3D>> markers{{0, {11, 50, 0}}, {1, {10.9, 50.001, 0}}};
+    const auto stand = MatchingMarkers(WithMarkers({{10, 50, 100}, {11, 50, 200}}, markers), markers);
+    EXPECT_EQ(stand[0].z(), 200.0);
+    EXPECT_EQ(stand[1].z(), 200.0) << "beside the route";
+    EXPECT_TRUE(WithMarkers({}, markers).isEmpty());
     EXPECT_TRUE(MarkerIcon(2, 2).endsWith("Waypoint_Set_3sel_ic.png"));
     EXPECT_TRUE(MarkerIcon(2, 1).endsWith("Waypoint_Set_3_ic.png"));
     EXPECT_TRUE(MarkerIcon(4, 4).isEmpty());

@@ -8,6 +8,7 @@
 
 #include <osg/Group>
 #include <osgEarthAnnotation/LabelNode>
+#include <osgEarthAnnotation/PlaceNode>
 
 #include <cmath>
 #include <functional>
@@ -143,6 +144,20 @@ TEST_F(RouteOnMap, ShowsTheSubRouteOfItsOwnDirection)
     route->ComputerAirLine();
     EXPECT_EQ((*route->GetGeometry())[1].z(), 5000.0);
     EXPECT_EQ((*route->GetGeometry())[2].z(), 0.0);
+}
+
+TEST_F(RouteOnMap, EntryMarkersStandOnARouteOfChangingHeight)
+{
+    record->GetTaskPara()->SetChangeHighFlying(true);
+    route->AddAirLineFlying(
+        1, {{18.5, 9.0, 900.0}, {19.0, 9.5, 700.0}, {20.5, 9.0, 1100.0}, {19.5, 10.0, 1500.0}});
+    route->SetEntryPoint(1);
+    QList<double> heights;
+    for (unsigned i = others; i < viewer->GetDrawNodeGroup()->getNumChildren(); ++i)
+        if (auto* marker =
+                dynamic_cast<osgEarth::Annotation::PlaceNode*>(viewer->GetDrawNodeGroup()->getChild(i)))
+            heights += std::round(marker->getPosition().z());
+    EXPECT_EQ(heights, (QList<double>{900.0, 1100.0, 1500.0, 1500.0})) << "the last one near a point";
 }
 
 TEST_F(RouteOnMap, TellsOfARouteThatCannotBeAndMayBeDestroyedMeanwhile)
