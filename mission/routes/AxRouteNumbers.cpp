@@ -5,40 +5,13 @@
 
 #include <osg/Camera>
 #include <osg/Viewport>
-#include <osgEarth/GeoData>
 #include <osgEarth/MapNode>
-#include <osgEarth/SpatialReference>
-#include <osgEarthSymbology/Color>
-#include <osgEarthSymbology/TextSymbol>
 #include <osgViewer/Viewer>
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
-using osgEarth::Annotation::LabelNode;
-using osgEarth::Symbology::Color;
-using osgEarth::Symbology::Style;
-using osgEarth::Symbology::TextSymbol;
-
-namespace {
-constexpr float numberPixels = 12.0f;
-
-Style NumberStyle(const AxRouteNumbers::Colors& colors)
-{
-    Style style;
-    auto* text = style.getOrCreate<TextSymbol>();
-    text->font() = "msyh.ttc";
-    text->size() = numberPixels;
-    text->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-    text->pixelOffset() = osg::Vec2s(4, 4);
-    text->fill()->color() = Color(colors.text);
-    text->halo()->color() = Color(colors.rim);
-    return style;
-}
-} // namespace
-
-void AxRouteNumbers::CreateTxts(std::vector<osg::Vec3d> points)
+void AxRouteNumbers::SetPlaces(std::vector<osg::Vec3d> points)
 {
     places = std::move(points);
     shown.clear();
@@ -49,12 +22,12 @@ void AxRouteNumbers::SetColors(int first, int last, const Colors& colors)
 {
     for (int i = std::max(first, 0); i <= std::min(last, Count() - 1); ++i) {
         colored[i] = colors;
-        if (const auto label = shown.value(i))
-            label->setStyle(NumberStyle(colors));
+        if (const osg::ref_ptr<osg::Node> number = shown.take(i))
+            node->removeChild(number);
     }
 }
 
-void AxRouteNumbers::Look(const AxScene& scene)
+void AxRouteNumbers::Look(const AxScene& scene, const std::function<osg::ref_ptr<osg::Node>(int)>& make)
 {
     const osg::Camera* camera = scene.View()->getCamera();
     if (!scene.MapNode() || !camera->getViewport())
@@ -62,26 +35,19 @@ void AxRouteNumbers::Look(const AxScene& scene)
     const std::vector<int> wanted = AxRouteRules::NumbersShown(
         places, camera->getViewMatrix() * camera->getProjectionMatrix(),
         static_cast<int>(camera->getViewport()->width()), static_cast<int>(camera->getViewport()->height()));
-    for (auto label = shown.begin(); label != shown.end();) {
-        if (std::binary_search(wanted.begin(), wanted.end(), label.key())) {
-            ++label;
+    for (auto number = shown.begin(); number != shown.end();) {
+        if (std::binary_search(wanted.begin(), wanted.end(), number.key())) {
+            ++number;
             continue;
         }
-        node->removeChild(label.value());
-        label = shown.erase(label);
+        node->removeChild(number.value());
+        number = shown.erase(number);
     }
-    for (const int index : wanted)
-        if (!shown.contains(index))
-            AddPointTxt(index, scene);
-}
-
-void AxRouteNumbers::AddPointTxt(int index, const AxScene& scene)
-{
-    osgEarth::GeoPoint place;
-    if (!place.fromWorld(scene.MapSRS()->getGeographicSRS(), places[static_cast<std::size_t>(index)]))
-        return;
-    const osg::ref_ptr<LabelNode> label =
-        new LabelNode(scene.MapNode(), place, std::to_string(index + 1), NumberStyle(ColorsOf(index)));
-    shown.insert(index, label);
-    node->addChild(label);
+    for (const int index : wanted) {
+        const osg::ref_ptr<osg::Node> number = shown.contains(index) ? nullptr : make(index);
+        if (!number)
+            continue;
+        shown.insert(index, number);
+        node->addChild(number);
+    }
 }

@@ -62,8 +62,8 @@ bool IsNoPlace(const osg::Vec3d& place)
            IsEqual(place.z(), 0.0, pointTolerance);
 }
 
-void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current, int startIndex,
-                                int endIndex, const osg::Vec4f& lineColor, Segments& segments)
+void AddSegmentByIndices(int i, osg::Vec3d& previous, const osg::Vec3d& current, int startIndex, int endIndex,
+                         const osg::Vec4f& lineColor, Segments& segments)
 {
     AddSegment(previous, current, segments);
     // Hosts rely on the gap: without indices there is nothing to tell apart.
@@ -72,8 +72,8 @@ void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& c
     previous = current;
 }
 
-void ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current, int stoppedIn,
-                                       const osg::Vec4f& lineColor, Segments& segments)
+void AddSegmentByPlace(int i, osg::Vec3d& previous, const osg::Vec3d& current, int stoppedIn,
+                       const osg::Vec4f& lineColor, Segments& segments)
 {
     AddSegment(previous, current, segments);
     AddColors(i < stoppedIn ? flownColor : lineColor, segments);
@@ -102,8 +102,8 @@ int SegmentNearest(const std::vector<osg::Vec3d>& route, const osg::Vec3d& place
     return nearest;
 }
 
-void ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last, const osg::Vec3d& aboveHome,
-                              const osg::Vec3d& home, const osg::Vec4f& lineColor, Segments& segments)
+void AddHomeLegs(const osg::Vec3d& first, const osg::Vec3d& last, const osg::Vec3d& aboveHome,
+                 const osg::Vec3d& home, const osg::Vec4f& lineColor, Segments& segments)
 {
     for (const osg::Vec3d& end : {first, last})
         if (!IsNoPlace(end)) {

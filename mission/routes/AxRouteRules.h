@@ -47,21 +47,20 @@ struct Segments
 };
 /// Adds the segment that leads to point i and moves on to there. Between the two indices it has the line's
 /// colour, outside flownColor; before somebody has set them it has none.
-AXEARTHVIEWER_EXPORT void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current,
-                                                     int startIndex, int endIndex,
-                                                     const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void AddSegmentByIndices(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                              int startIndex, int endIndex, const osg::Vec4f& lineColor,
+                                              Segments& segments);
 /// The same for a flight that goes on: segments that lead to a point before `stoppedIn` have been flown.
-AXEARTHVIEWER_EXPORT void ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous,
-                                                            const osg::Vec3d& current, int stoppedIn,
-                                                            const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void AddSegmentByPlace(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                            int stoppedIn, const osg::Vec4f& lineColor, Segments& segments);
 /// Index of the point to which the segment leads that passes closest by a place; 0 for less than two points.
 /// All are longitude, latitude and altitude; the altitude does not count.
 AXEARTHVIEWER_EXPORT int SegmentNearest(const std::vector<osg::Vec3d>& route, const osg::Vec3d& place);
 /// Adds the legs from the two ends of the route to above home, each unless the end is no place, and the one
 /// down to home.
-AXEARTHVIEWER_EXPORT void ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last,
-                                                   const osg::Vec3d& aboveHome, const osg::Vec3d& home,
-                                                   const osg::Vec4f& lineColor, Segments& segments);
+AXEARTHVIEWER_EXPORT void AddHomeLegs(const osg::Vec3d& first, const osg::Vec3d& last,
+                                      const osg::Vec3d& aboveHome, const osg::Vec3d& home,
+                                      const osg::Vec4f& lineColor, Segments& segments);
 
 /// Of the marker at a place of the list of markers; empty beyond the fourth.
 AXEARTHVIEWER_EXPORT QString MarkerIcon(int index, int entryPoint);

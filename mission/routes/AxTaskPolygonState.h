@@ -12,6 +12,7 @@ struct CAxTaskPolygon::State
     osg::BoundingSphered bound;     // of them
     bool isSmall = false;           // on the screen
     AxRouteNumbers numbers;
+    osg::ref_ptr<osg::Geode> usualDot; // of numbers that nobody has coloured
     AxRouteDetail detail;
     std::optional<std::vector<int>> detailShown; // the levels; none until they were chosen
 };

@@ -6,12 +6,16 @@
 #include <AxAlgorthm/CAxPoint2D.h>
 #include <AxAlgorthm/CAxVector3D.h>
 
+#include <osg/Array>
 #include <osg/Geode>
 #include <osg/ref_ptr>
 #include <osg/Vec3d>
 #include <osg/Vec4f>
+#include <osgEarth/GeoData>
+#include <osgEarthAnnotation/LabelNode>
 #include <osgEarthAnnotation/PlaceNode>
 #include <osgEarthSymbology/Geometry>
+#include <osgEarthSymbology/Style>
 
 #include <QList>
 #include <QMap>
@@ -22,6 +26,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 class AxViewerParts;
@@ -30,6 +35,9 @@ class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
 class CAxTaskLable;
+namespace AxRouteRules {
+struct Segments;
+}
 
 /**
  * The route of one task of a block, drawn on the globe: its line, the legs from and to home, up to four
@@ -126,14 +134,60 @@ private slots:
     void slotAirLineOmniDirectional(int button, QString name);
 
 protected:
+    /// Which points a line joins: all in a ring, each with the next, or pair by pair.
+    enum EdgeMode
+    {
+        LineLoop = 0,
+        LineStrip = 1,
+        Lines = 2
+    };
+    /// Geocentric points with a line along them in one colour and, if `filled` and `fill` can be seen, the
+    /// area inside. The width is in pixels.
+    static osg::ref_ptr<AxWorldGeometry> CreateGeom(const osg::Vec4f& edge, const osg::Vec4f& fill,
+                                                    float width, const std::vector<osg::Vec3d>& points,
+                                                    bool filled, EdgeMode mode, osg::Array::Binding binding);
+    /// A line along the points from `first` to the one before `last`, in one colour. Nothing where the
+    /// colours of the geometry are no osg::Vec4Array.
+    static void AddEdgePrimitiveSet(osg::Geometry& geometry, unsigned first, unsigned last,
+                                    const osg::Vec4f& color, EdgeMode mode);
+    /// One line for each pair of points, with a colour for each point. There may be fewer colours than
+    /// points: the others are drawn in `missing`. Nothing without a binding for each vertex.
+    static void AddEdgePrimitiveSet(osg::Geometry& geometry, int first, int count,
+                                    const std::vector<osg::Vec4f>& colors, const osg::Vec4f& missing);
+    /// The area that the points enclose, below lines that are there already; the points of the fill are
+    /// added. What a ring that crosses itself winds round twice stays open.
+    static void AddFillPrimitiveSet(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& ring,
+                                    const osg::Vec4f& edge, const osg::Vec4f& fill);
+
     /// The drawn line through those points of the route, geocentric, with the ways from and to home.
     std::vector<osg::Vec3d> ComputerAirLineNormalPoint(const std::vector<int>& kept) const;
     /// Gives a drawable those points of the route in the colours of the drawing mode.
     void UpdateAirLinePoint(AxWorldGeometry& drawable, const std::vector<int>& kept) const;
+    /// Adds the segment that leads to point i, coloured by the two indices, or by where the flight stopped,
+    /// in the segment of that number; moves on to the point.
+    void ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                    AxRouteRules::Segments& segments) const;
+    void ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                           int stoppedIn, AxRouteRules::Segments& segments) const;
+    /// Adds the ways from the last point to home and from there to the first one. Nothing without a home.
+    void ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last, double height,
+                                  AxRouteRules::Segments& segments) const;
     /// Draws another part of the route, with its markers where they are.
     void ResetAirLine(const std::vector<CAxVector3D>& points);
     /// Puts markers at places of (longitude, latitude) and that altitude. None: nothing changes.
     void CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height);
+    /// Numbers these geocentric places in place of those before.
+    void CreateTxts(const std::vector<osg::Vec3d>& points);
+    /// The number of a point on its plate, and its dot; null beyond the map.
+    osg::ref_ptr<osg::Node> AddPointTxt(int index) const;
+    osg::ref_ptr<osgEarth::Annotation::LabelNode> CreateNameTxt(const std::string& text,
+                                                                const osgEarth::GeoPoint& place,
+                                                                const osg::Vec4f& fill,
+                                                                const osg::Vec4f& rim) const;
+    /// The dark plate behind a text of that style.
+    static void CreateBgGeom(osgEarth::Symbology::Style& style, const osg::Vec4f& color);
+    /// A round area of so many pixels round the place where it hangs, on top of those before.
+    static void RenderCircleFan(osg::Geometry& geometry, float radius, const osg::Vec4f& color);
     /// Markers, numbers and the label's line are in the way of a route that is small on the screen.
     void HideMarkerPointTxt(bool hidden) const;
     /// Puts the label beside the beginning of the route. Nothing without one.
@@ -142,6 +196,8 @@ protected:
 private:
     struct State;
 
+    static void setPoints(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& points,
+                          osg::Array::Binding binding);
     CAxBlock* block() const;
     osg::Vec3d world(const osg::Vec3d& place) const;
     /// Where the points of a route are drawn, geocentric.

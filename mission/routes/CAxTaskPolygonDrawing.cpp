@@ -1,5 +1,4 @@
 // The nodes of a route.
-#include "mission/routes/AxRouteGeometry.h"
 #include "mission/routes/AxRouteRules.h"
 #include "mission/routes/AxTaskPolygonState.h"
 #include "mission/routes/CAxTaskLable.h"
@@ -158,8 +157,8 @@ void CAxTaskPolygon::CreateNode(const std::vector<CAxPoint2D>& outline)
     const double height = flightHeight();
     for (const CAxPoint2D& point : outline)
         ring.push_back(world({point.x(), point.y(), height}));
-    featureNode->addDrawable(AxRouteGeometry::Create(outlineColor, fillColor, routeWidth, ring, true,
-                                                     AxRouteGeometry::LineLoop, osg::Array::BIND_PER_VERTEX));
+    featureNode->addDrawable(
+        CreateGeom(outlineColor, fillColor, routeWidth, ring, true, LineLoop, osg::Array::BIND_PER_VERTEX));
     SetVisible(areaVisible);
     addToScene(featureNode);
 }
@@ -185,9 +184,8 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     airLineNode = new osg::Geode;
     airLineNode->setName("Task Polygon");
     DrawOverGround(*airLineNode, routeBin);
-    osg::ref_ptr<AxWorldGeometry> drawable =
-        AxRouteGeometry::Create(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, {}, false,
-                                AxRouteGeometry::LineStrip, osg::Array::BIND_PER_VERTEX);
+    osg::ref_ptr<AxWorldGeometry> drawable = CreateGeom(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, {},
+                                                        false, LineStrip, osg::Array::BIND_PER_VERTEX);
     drawable->setName("Feature");
     airLineNode->addDrawable(drawable);
     applyVisible();
@@ -249,9 +247,8 @@ void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable, const std::ve
 {
     if (drawingMode == 0) {
         const std::vector<osg::Vec3d> points = ComputerAirLineNormalPoint(kept);
-        AxRouteGeometry::SetPoints(drawable, points, osg::Array::BIND_PER_VERTEX);
-        return AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<unsigned>(points.size()),
-                                                    lineColor, AxRouteGeometry::LineStrip);
+        setPoints(drawable, points, osg::Array::BIND_PER_VERTEX);
+        return AddEdgePrimitiveSet(drawable, 0, static_cast<unsigned>(points.size()), lineColor, LineStrip);
     }
     const bool isNewFlight = AxRouteRules::IsNoPlace(lastPoint);
     const int stoppedIn = isNewFlight ? 0 : AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint);
@@ -262,19 +259,35 @@ void CAxTaskPolygon::UpdateAirLinePoint(AxWorldGeometry& drawable, const std::ve
         if (i == 0)
             continue;
         if (isNewFlight)
-            AxRouteRules::ComputerAirLineStartAndEnd(i, previous, current, startIndex, endIndex, lineColor,
-                                                     segments);
+            ComputerAirLineStartAndEnd(i, previous, current, segments);
         else
-            AxRouteRules::ComputerAirLineContinueLastFlight(i, previous, current, stoppedIn, lineColor,
-                                                            segments);
+            ComputerAirLineContinueLastFlight(i, previous, current, stoppedIn, segments);
     }
-    if (!homePoint.isNull())
-        AxRouteRules::ComputerAirLineHomePoint(
-            d->places.front(), d->places.back(), world({homePoint.x(), homePoint.y(), flightHeight()}),
-            world({homePoint.x(), homePoint.y(), homePoint.z()}), lineColor, segments);
-    AxRouteGeometry::SetPoints(drawable, segments.points, osg::Array::BIND_PER_VERTEX);
-    AxRouteGeometry::AddEdgePrimitiveSet(drawable, 0, static_cast<int>(segments.points.size()),
-                                         segments.colors, lineColor);
+    ComputerAirLineHomePoint(d->places.front(), d->places.back(), flightHeight(), segments);
+    setPoints(drawable, segments.points, osg::Array::BIND_PER_VERTEX);
+    AddEdgePrimitiveSet(drawable, 0, static_cast<int>(segments.points.size()), segments.colors, lineColor);
+}
+
+void CAxTaskPolygon::ComputerAirLineStartAndEnd(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                                AxRouteRules::Segments& segments) const
+{
+    AxRouteRules::AddSegmentByIndices(i, previous, current, startIndex, endIndex, lineColor, segments);
+}
+
+void CAxTaskPolygon::ComputerAirLineContinueLastFlight(int i, osg::Vec3d& previous, const osg::Vec3d& current,
+                                                       int stoppedIn, AxRouteRules::Segments& segments) const
+{
+    AxRouteRules::AddSegmentByPlace(i, previous, current, stoppedIn, lineColor, segments);
+}
+
+void CAxTaskPolygon::ComputerAirLineHomePoint(const osg::Vec3d& first, const osg::Vec3d& last, double height,
+                                              AxRouteRules::Segments& segments) const
+{
+    if (homePoint.isNull())
+        return;
+    const osg::Vec3d aboveHome = world({homePoint.x(), homePoint.y(), height});
+    const osg::Vec3d home = world({homePoint.x(), homePoint.y(), homePoint.z()});
+    AxRouteRules::AddHomeLegs(first, last, aboveHome, home, lineColor, segments);
 }
 
 void CAxTaskPolygon::lookAgain()
@@ -291,7 +304,7 @@ void CAxTaskPolygon::lookAgain()
     d->isSmall = AxRouteRules::AreMarkersInTheWay(d->bound, eye, pixel);
     HideMarkerPointTxt(d->isSmall);
     if (!d->isSmall)
-        d->numbers.Look(parts->Scene());
+        d->numbers.Look(parts->Scene(), [this](int index) { return AddPointTxt(index); });
     showDetail(d->detail.Levels(eye, pixel));
 }
 
@@ -420,30 +433,6 @@ void CAxTaskPolygon::DrawLineLable()
                          CAxExtendedTaskParam::ThreeDirections);
     label->AddToScene();
     applyVisible();
-}
-
-void CAxTaskPolygon::UpdatePointTxt(const Geometry& points)
-{
-    if (!parts || !parts->Scene().MapNode())
-        return;
-    d->numbers.CreateTxts(&points == airLine.get() ? d->places : worldOf(points));
-    lookAgain();
-    applyVisible();
-    addToScene(d->numbers.Node());
-}
-
-void CAxTaskPolygon::UpdatePointColor(int first, int last, const osg::Vec4f& text, const osg::Vec4f& rim)
-{
-    d->numbers.SetColors(first, last, {text, rim});
-}
-
-void CAxTaskPolygon::GetPointColor(int index, osg::Vec4f& text, osg::Vec4f& rim) const
-{
-    if (index < 0 || index >= d->numbers.Count())
-        return;
-    const AxRouteNumbers::Colors colors = d->numbers.ColorsOf(index);
-    text = colors.text;
-    rim = colors.rim;
 }
 
 void CAxTaskPolygon::SetAirLineVisible(bool visible)

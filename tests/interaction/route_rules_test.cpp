@@ -115,7 +115,7 @@ TEST(RouteRules, ColourWhatWasFlownAndLeaveTheColoursOutWithoutIndices)
     };
     const auto byIndices = [&](int start, int end) {
         return colors([=](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
-            ComputerAirLineStartAndEnd(i, previous, current, start, end, yellow, segments);
+            AddSegmentByIndices(i, previous, current, start, end, yellow, segments);
         });
     };
     EXPECT_EQ(byIndices(0, 0), "");
@@ -125,14 +125,14 @@ TEST(RouteRules, ColourWhatWasFlownAndLeaveTheColoursOutWithoutIndices)
     EXPECT_EQ(SegmentNearest(route, {-179.95, 9.01, 500}), 2);
     EXPECT_EQ(SegmentNearest({{1, 1, 0}}, {1, 1, 0}), 0);
     EXPECT_EQ(colors([&](int i, osg::Vec3d& previous, const osg::Vec3d& current, Segments& segments) {
-                  ComputerAirLineContinueLastFlight(i, previous, current, 3, yellow, segments);
+                  AddSegmentByPlace(i, previous, current, 3, yellow, segments);
               }),
               "ggyy");
 
     for (const bool hasFirst : {true, false}) {
         Segments legs;
-        ComputerAirLineHomePoint(hasFirst ? osg::Vec3d(1, 0, 0) : osg::Vec3d(9e-7, 0, 0), {2, 0, 0},
-                                 {3, 0, 0}, {4, 0, 0}, yellow, legs);
+        AddHomeLegs(hasFirst ? osg::Vec3d(1, 0, 0) : osg::Vec3d(9e-7, 0, 0), {2, 0, 0}, {3, 0, 0}, {4, 0, 0},
+                    yellow, legs);
         EXPECT_EQ(legs.points.size(), hasFirst ? 6u : 4u);
         EXPECT_EQ(legs.colors, std::vector<osg::Vec4f>(legs.points.size(), yellow));
         EXPECT_EQ(legs.points.back(), osg::Vec3d(4, 0, 0));

@@ -77,6 +77,14 @@ protected:
         return counts;
     }
     osg::Geometry* Drawn() const { return route->GetAirLineNode()->getDrawable(0)->asGeometry(); }
+    /// Of the number of a point; null for another node.
+    static osgEarth::Annotation::LabelNode* Label(osg::Node* number)
+    {
+        osg::Group* group = number->asGroup();
+        return group && group->getNumChildren() > 0
+                   ? dynamic_cast<osgEarth::Annotation::LabelNode*>(group->getChild(0))
+                   : nullptr;
+    }
     unsigned Nodes() const { return viewer->GetDrawNodeGroup()->getNumChildren() - others; }
 
     CAx3DGeometry* block = nullptr;
@@ -204,14 +212,12 @@ TEST_F(RouteOnMap, NumbersItsPointsAndIsNamedBesideTheFirst)
     const auto texts = [&] {
         QStringList list;
         for (unsigned i = 0; numbers && i < numbers->getNumChildren(); ++i)
-            if (auto* label = dynamic_cast<osgEarth::Annotation::LabelNode*>(numbers->getChild(i)))
-                list += QString::fromStdString(label->text());
+            list += QString::fromStdString(Label(numbers->getChild(i))->text());
         return list;
     };
     for (unsigned i = others; i < viewer->GetDrawNodeGroup()->getNumChildren(); ++i)
         if (osg::Group* group = viewer->GetDrawNodeGroup()->getChild(i)->asGroup();
-            group && group->getNumChildren() > 0 &&
-            dynamic_cast<osgEarth::Annotation::LabelNode*>(group->getChild(0)))
+            group && group->getNumChildren() > 0 && Label(group->getChild(0)))
             numbers = group;
     EXPECT_TRUE(texts().contains("1") && texts().contains("9")) << texts().join(' ').toStdString();
     const osg::Vec4f red(1, 0, 0, 1);
@@ -219,6 +225,7 @@ TEST_F(RouteOnMap, NumbersItsPointsAndIsNamedBesideTheFirst)
     osg::Vec4f text, rim;
     route->GetPointColor(8, text, rim);
     EXPECT_EQ(text, red);
+    EXPECT_TRUE(texts().contains("9")) << "anew";
     manipulator->setViewpoint(Straight(19.5, 10.0, 6e7));
     EXPECT_TRUE(waitFor([&] { return numbers && numbers->getNodeMask() == 0; }, 5000))
         << "too small for numbers";

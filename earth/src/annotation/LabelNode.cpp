@@ -145,10 +145,10 @@ void LabelNode::rebuild()
     if (_text.empty())
         return;
     const TextSymbol* symbol = _style.get<TextSymbol>();
-    osg::ref_ptr<osg::Drawable> text = makeLetters(_text, symbol);
+    osg::ref_ptr<osg::Drawable> text = makeLetters(_text, symbol, _style.get<BBoxSymbol>());
     _isLetters = text.valid();
     if (!text)
-        text = makeText(_text, symbol);
+        text = makeText(_text, symbol, _style.get<BBoxSymbol>());
     text->setDataVariance(getDataVariance());
     ScreenSpaceLayoutData* layout = ScreenSpaceLayoutData::getOrCreate(text.get());
     const bool always = symbol && symbol->declutter().isSetTo(false);

@@ -17,6 +17,11 @@ PointSymbol::PointSymbol(const PointSymbol& rhs, const osg::CopyOp& copyop)
 {
 }
 
+BBoxSymbol::BBoxSymbol(const BBoxSymbol& rhs, const osg::CopyOp& copyop)
+    : Symbol(rhs, copyop), _fill(rhs._fill), _margin(rhs._margin)
+{
+}
+
 AltitudeSymbol::AltitudeSymbol(const AltitudeSymbol& rhs, const osg::CopyOp& copyop)
     : Symbol(rhs, copyop), _clamping(rhs._clamping), _technique(rhs._technique), _binding(rhs._binding),
       _clampingResolution(rhs._clampingResolution), _verticalOffset(rhs._verticalOffset),

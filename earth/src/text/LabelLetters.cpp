@@ -95,7 +95,7 @@ public:
     }
 
     /// False when there is nothing to see of it, or no room for all letters.
-    bool write(const osgText::String& text, const TextSymbol* symbol)
+    bool write(const osgText::String& text, const TextSymbol* symbol, const BBoxSymbol* plate)
     {
         layOut(text);
         if (_letters->atlas.isFull() || !_box.valid())
@@ -108,6 +108,8 @@ public:
             halo.set(fill.r(), fill.g(), fill.b(), 0.0f);
         _fills->assign(_quads.corners->size(), fill);
         _halos->assign(_quads.corners->size(), halo);
+        if (plate && plate->fill().isSet() && plate->fill()->color().a() > 0.0f)
+            addPlate(plate->fill()->color(), std::round(plate->margin().value()));
         setVertexArray(_quads.corners.get());
         setTexCoordArray(0, _quads.places.get(), osg::Array::BIND_PER_VERTEX);
         setColorArray(_fills.get(), osg::Array::BIND_PER_VERTEX);
@@ -160,6 +162,24 @@ private:
         _box.expandBy(low + osg::Vec3f(rim, rim, 0.0f));
         _box.expandBy(low + osg::Vec3f(glyph.width - rim, glyph.height - rim, 0.0f));
     }
+    /// Behind the letters: they are drawn in order.
+    void addPlate(const osg::Vec4f& color, float margin)
+    {
+        const osg::Vec3f grown(margin, margin, 0.0f);
+        _box = osg::BoundingBox(_box._min - grown, _box._max + grown);
+        // Each of its corners is in the middle of a mark, where that covers everything.
+        GlyphAtlas::Glyph full = _letters->atlas.dot();
+        full.u0 = full.u1 = 0.5f * (full.u0 + full.u1);
+        full.v0 = full.v1 = 0.5f * (full.v0 + full.v1);
+        full.left = _box.xMin();
+        full.bottom = _box.yMin();
+        full.width = _box.xMax() - _box.xMin();
+        full.height = _box.yMax() - _box.yMin();
+        _quads.add(full, osg::Vec2f());
+        std::rotate(_quads.indices->begin(), _quads.indices->end() - 6, _quads.indices->end());
+        _fills->resize(_quads.corners->size(), color);
+        _halos->resize(_quads.corners->size(), color);
+    }
     /// Puts the origin where the alignment wants it, in whole pixels: the letters are not blended between.
     void align(TextSymbol::Alignment alignment)
     {
@@ -206,7 +226,8 @@ private:
 };
 } // namespace
 
-osg::ref_ptr<LetteredText> makeLetters(const std::string& content, const TextSymbol* symbol)
+osg::ref_ptr<LetteredText> makeLetters(const std::string& content, const TextSymbol* symbol,
+                                       const BBoxSymbol* plate)
 {
     const double size = symbol && symbol->size().isSet() ? symbol->size()->eval() : kTextSize;
     const bool turned =
@@ -221,6 +242,6 @@ osg::ref_ptr<LetteredText> makeLetters(const std::string& content, const TextSym
     const auto letters =
         lettersOf(fontNamed(symbol ? symbol->font().value() : std::string()), static_cast<unsigned>(size));
     osg::ref_ptr<LetterDrawable> drawable = new LetterDrawable(letters);
-    return drawable->write(text, symbol) ? osg::ref_ptr<LetteredText>(drawable) : nullptr;
+    return drawable->write(text, symbol, plate) ? osg::ref_ptr<LetteredText>(drawable) : nullptr;
 }
 } // namespace osgEarth

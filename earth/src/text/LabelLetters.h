@@ -1,6 +1,7 @@
 #pragma once
 #include "text/LetterBatch.h"
 #include <osg/Geometry>
+#include <osgEarthSymbology/BBoxSymbol>
 #include <osgEarthSymbology/TextSymbol>
 #include <string>
 
@@ -31,6 +32,8 @@ protected:
 /// of the time that texts of osgText take to draw, and one after the other no
 /// change of state. Null for what such letters cannot do, which is up to
 /// makeText(): turned texts, other directions, several lines, odd sizes, and
-/// more different letters than the picture has room for.
-osg::ref_ptr<LetteredText> makeLetters(const std::string& text, const Symbology::TextSymbol* symbol);
+/// more different letters than the picture has room for. A plate lies behind
+/// the letters as a part of them.
+osg::ref_ptr<LetteredText> makeLetters(const std::string& text, const Symbology::TextSymbol* symbol,
+                                       const Symbology::BBoxSymbol* plate = nullptr);
 } // namespace osgEarth

@@ -25,7 +25,8 @@ osgText::String::Encoding textEncodingOf(const TextSymbol* symbol)
     }
 }
 
-osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbol* symbol)
+osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbol* symbol,
+                                     const BBoxSymbol* plate)
 {
     osg::ref_ptr<osgText::Text> text = new osgText::Text();
     text->setFont(fontNamed(symbol ? symbol->font().value() : std::string()));
@@ -50,6 +51,11 @@ osg::ref_ptr<osgText::Text> makeText(const std::string& content, const TextSymbo
         text->setLayout(osgText::Text::VERTICAL);
     if (symbol && symbol->onScreenRotation().isSet())
         text->setRotation(osg::Quat(osg::DegreesToRadians(symbol->onScreenRotation()->eval()), osg::Z_AXIS));
+    if (plate && plate->fill().isSet() && plate->fill()->color().a() > 0.0f) {
+        text->setDrawMode(osgText::Text::TEXT | osgText::Text::FILLEDBOUNDINGBOX);
+        text->setBoundingBoxColor(plate->fill()->color());
+        text->setBoundingBoxMargin(plate->margin().value());
+    }
     text->setText(content, textEncodingOf(symbol));
     // The layout moves the text to its place on the screen after the cull test, which
     // would look for it in the wrong place.

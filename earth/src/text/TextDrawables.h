@@ -1,6 +1,7 @@
 #pragma once
 #include <osg/Geometry>
 #include <osg/Image>
+#include <osgEarthSymbology/BBoxSymbol>
 #include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/TextSymbol>
 #include <osgText/String>
@@ -16,7 +17,8 @@ const osg::Vec4f kTextHalo(0.1f, 0.1f, 0.1f, 1.0f);
 osgText::String::Encoding textEncodingOf(const Symbology::TextSymbol* symbol);
 
 /// A text in pixels round its own origin, as the symbol says; null symbol: white with a dark rim.
-osg::ref_ptr<osgText::Text> makeText(const std::string& text, const Symbology::TextSymbol* symbol);
+osg::ref_ptr<osgText::Text> makeText(const std::string& text, const Symbology::TextSymbol* symbol,
+                                     const Symbology::BBoxSymbol* plate = nullptr);
 
 /// A picture in pixels round its own origin, as the symbol says.
 osg::ref_ptr<osg::Geometry> makeIcon(osg::Image* image, const Symbology::IconSymbol* symbol);

@@ -1,4 +1,5 @@
-#include "mission/routes/AxRouteGeometry.h"
+// Lines and areas of a route.
+#include "mission/routes/CAxTaskPolygon.h"
 
 #include "scene/shape/AxWorldGeometry.h"
 
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <numeric>
 
-namespace AxRouteGeometry {
 namespace {
 /// A list of colours that may be shorter than that of the points. What is handed to the graphics card is as
 /// long as the points: it must not read beyond the end.
@@ -57,12 +57,13 @@ bool IsConvex(const osg::Vec3Array& ring)
 }
 } // namespace
 
-osg::ref_ptr<AxWorldGeometry> Create(const osg::Vec4f& edge, const osg::Vec4f& fill, float width,
-                                     const std::vector<osg::Vec3d>& points, bool filled, EdgeMode mode,
-                                     osg::Array::Binding binding)
+osg::ref_ptr<AxWorldGeometry> CAxTaskPolygon::CreateGeom(const osg::Vec4f& edge, const osg::Vec4f& fill,
+                                                         float width, const std::vector<osg::Vec3d>& points,
+                                                         bool filled, EdgeMode mode,
+                                                         osg::Array::Binding binding)
 {
     osg::ref_ptr<AxWorldGeometry> geometry = new AxWorldGeometry;
-    SetPoints(*geometry, points, binding);
+    setPoints(*geometry, points, binding);
     geometry->SetLineWidth(width);
     AddEdgePrimitiveSet(*geometry, 0, static_cast<unsigned>(points.size()), edge, mode);
     if (filled && fill.a() > AxWorldGeometry::visibleAlpha)
@@ -70,14 +71,15 @@ osg::ref_ptr<AxWorldGeometry> Create(const osg::Vec4f& edge, const osg::Vec4f& f
     return geometry;
 }
 
-void SetPoints(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& points, osg::Array::Binding binding)
+void CAxTaskPolygon::setPoints(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& points,
+                               osg::Array::Binding binding)
 {
     geometry.SetPoints(points);
     geometry.setColorArray(new osg::Vec4Array, binding);
 }
 
-void AddEdgePrimitiveSet(osg::Geometry& geometry, unsigned first, unsigned last, const osg::Vec4f& color,
-                         EdgeMode mode)
+void CAxTaskPolygon::AddEdgePrimitiveSet(osg::Geometry& geometry, unsigned first, unsigned last,
+                                         const osg::Vec4f& color, EdgeMode mode)
 {
     auto* colors = dynamic_cast<osg::Vec4Array*>(geometry.getColorArray());
     if (!colors || last <= first)
@@ -93,8 +95,8 @@ void AddEdgePrimitiveSet(osg::Geometry& geometry, unsigned first, unsigned last,
     colors->dirty();
 }
 
-void AddEdgePrimitiveSet(osg::Geometry& geometry, int first, int count, const std::vector<osg::Vec4f>& colors,
-                         const osg::Vec4f& missing)
+void CAxTaskPolygon::AddEdgePrimitiveSet(osg::Geometry& geometry, int first, int count,
+                                         const std::vector<osg::Vec4f>& colors, const osg::Vec4f& missing)
 {
     const auto* old = dynamic_cast<const osg::Vec4Array*>(geometry.getColorArray());
     if (!old || old->getBinding() != osg::Array::BIND_PER_VERTEX || !geometry.getVertexArray())
@@ -104,8 +106,8 @@ void AddEdgePrimitiveSet(osg::Geometry& geometry, int first, int count, const st
                            osg::Array::BIND_PER_VERTEX);
 }
 
-void AddFillPrimitiveSet(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& ring,
-                         const osg::Vec4f& edge, const osg::Vec4f& fill)
+void CAxTaskPolygon::AddFillPrimitiveSet(AxWorldGeometry& geometry, const std::vector<osg::Vec3d>& ring,
+                                         const osg::Vec4f& edge, const osg::Vec4f& fill)
 {
     if (ring.size() < 3)
         return;
@@ -132,7 +134,7 @@ void AddFillPrimitiveSet(AxWorldGeometry& geometry, const std::vector<osg::Vec3d
     std::vector<osg::Vec3d> points = ring;
     for (const osg::Vec3f& point : inside)
         points.push_back(ring.front() + osg::Vec3d(point) * back);
-    SetPoints(geometry, points, osg::Array::BIND_PER_VERTEX);
+    setPoints(geometry, points, osg::Array::BIND_PER_VERTEX);
     auto* colors = static_cast<osg::Vec4Array*>(geometry.getColorArray());
     osg::ref_ptr<osg::DrawElementsUInt> elements = new osg::DrawElementsUInt(GL_TRIANGLES);
     for (const unsigned index : triangles.indices)
@@ -141,4 +143,3 @@ void AddFillPrimitiveSet(AxWorldGeometry& geometry, const std::vector<osg::Vec3d
     AddEdgePrimitiveSet(geometry, 0, static_cast<unsigned>(ring.size()), edge, LineLoop);
     colors->insert(colors->end(), inside.size(), fill);
 }
-} // namespace AxRouteGeometry
