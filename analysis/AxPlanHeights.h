@@ -3,8 +3,8 @@
 class AxScene;
 
 /**
- * Gives whoever plans a route (CAxControl::GetGround()) the heights of the viewer's map, at the finest level
- * of its files and services, whatever is drawn. Of several viewers the last one gives them, until it goes.
+ * Gives whoever plans a route (CAxControl::GetGround()) the heights of the viewer's map. Of several viewers
+ * the last one gives them, until it goes.
  *
  * Owned by CAxAncillaryProcess. GUI thread, which waits where a file is read.
  */

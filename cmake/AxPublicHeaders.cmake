@@ -1,6 +1,7 @@
 # What hosts include: "<documented path>=<where the header lives>". The documented path stays when a
 # header moves; it leads to the header. What is not listed is the library's own business and not installed.
 set(AX_PUBLIC_HEADERS
+  analysis/AxMapHeights.h=analysis/AxMapHeights.h
   analysis/AxNoflyZones.h=analysis/zones/AxNoflyZones.h
   analysis/AxUserOperation.h=analysis/AxUserOperation.h
   analysis/AxZoneRing.h=analysis/zones/AxZoneRing.h

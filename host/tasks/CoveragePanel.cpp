@@ -1,5 +1,5 @@
 #include "host/tasks/CoveragePanel.h"
-#include "host/tasks/PlanGround.h"
+#include "analysis/AxMapHeights.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
@@ -53,11 +53,11 @@ QPixmap Swatch(const QColor& color, const QColor& stripes)
     return picture;
 }
 
-bool IsOblique(const ShownPlan& shown)
+bool IsTilted(const AxPlanRequest& request)
 {
-    CAxBlock* block = CAxBlockManager::instance().GetBlock(shown.blockID);
-    const ECameraType camera = block ? block->GetTaskPara()->GetCameraType() : CameraFullFrame;
-    return shown.request.isThreeDirections || camera == CameraOblique || camera == CameraSwing;
+    const auto& views = request.camera.views;
+    return request.kind == AxPlanRequest::Kind::Orbit ||
+           std::any_of(views.begin(), views.end(), [](const AxPlanView& view) { return view.tilt > 0.0; });
 }
 } // namespace
 
@@ -146,9 +146,6 @@ void CoveragePanel::Count()
         return;
     if (!shown || !shown->plan.IsPlanned())
         told->setText(tr("No route is shown."));
-    else if (shown->request.kind == AxPlanRequest::Kind::Orbit)
-        told->setText(tr("Coverage is counted for areas and strips, not for circles, around which the camera "
-                         "looks inwards."));
     else if (!viewer || !viewer->getMapNode())
         told->setText(tr("The map is not open."));
     else {
@@ -160,7 +157,7 @@ void CoveragePanel::Count()
         const osg::ref_ptr<const osgEarth::Map> map = viewer->getMapNode()->getMap();
         work.Start(
             [plan = shown, map, done = percent](const std::atomic<bool>& isOff) {
-                return CoverageReportOf(*plan, PlanGroundOf(map), *done, isOff);
+                return CoverageReportOf(*plan, AxMapHeights(map), *done, isOff);
             },
             [this](CoverageReport&& counted) { OnCounted(std::move(counted)); });
     }
@@ -196,10 +193,9 @@ void CoveragePanel::ShowReport()
         text +=
             QLatin1Char('\n') + tr("The ground's height is not known in %1 of %2 cells.")
                                     .arg(locale.toString(report->unknown), locale.toString(report->cells));
-    if (IsOblique(*shown))
-        text += QLatin1Char('\n') +
-                tr("What is counted is what the camera shows that looks straight down; what oblique lenses "
-                   "show is not.");
+    if (IsTilted(shown->request))
+        text +=
+            QLatin1Char('\n') + tr("Ground counts as shown even where a hill hides it from a tilted lens.");
     told->setText(text);
 }
 

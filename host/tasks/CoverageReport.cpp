@@ -23,6 +23,8 @@ constexpr double mostPixels = 4096.0;
 // Whether a photo shows a cell.
 constexpr double mostTests = 5e7;
 constexpr double smallestCell = 0.5; // metres
+// As long as from straight above is the picture of a tilted lens, or so.
+constexpr double tilted = 1.5;
 // Of unknown ground, so many across the area and of three cells at least.
 constexpr int stripesAcross = 40;
 // Places of the ground below the picture along its longer side, and how far apart they are at least, metres.
@@ -43,7 +45,9 @@ double CellFor(const ShownPlan& shown, const QRectF& box)
     const AxPlanCamera& camera = shown.request.camera;
     const double across = std::hypot(camera.WidthFrom(figures.height), camera.LengthFrom(figures.height));
     const double forArea = std::sqrt(box.width() * box.height() / mostCells);
-    const double forPhotos = across * std::sqrt(static_cast<double>(shown.plan.photos.size()) / mostTests);
+    const double lenses = camera.isSwinging ? 1.0 : std::max(1.0, static_cast<double>(camera.views.size()));
+    const double tests = lenses * static_cast<double>(shown.plan.photos.size());
+    const double forPhotos = (camera.views.empty() ? 1.0 : tilted) * across * std::sqrt(tests / mostTests);
     const double forPicture = std::max(box.width(), box.height()) / mostPixels;
     return std::max({smallestCell, forArea, forPhotos, forPicture});
 }

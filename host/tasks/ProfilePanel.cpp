@@ -1,5 +1,5 @@
 #include "host/tasks/ProfilePanel.h"
-#include "host/tasks/PlanGround.h"
+#include "analysis/AxMapHeights.h"
 #include "host/tasks/ProfilePlot.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
@@ -83,7 +83,7 @@ void ProfilePanel::Read()
     Tell(tr("The heights of the ground are being read..."));
     const osg::ref_ptr<const osgEarth::Map> map = viewer->getMapNode()->getMap();
     work.Start([plan = shown,
-                map](const std::atomic<bool>& isOff) { return ProfileOf(*plan, PlanGroundOf(map), isOff); },
+                map](const std::atomic<bool>& isOff) { return ProfileOf(*plan, AxMapHeights(map), isOff); },
                [this](ProfileLine&& read) { OnRead(std::move(read)); });
 }
 

@@ -1,7 +1,12 @@
 #include "host/tasks/TaskFigures.h"
+#include "analysis/AxMapHeights.h"
 #include "host/tasks/TaskFlights.h"
+#include "viewer/CAxEarthViewer.h"
 
+#include <AxData/planner/AxPlanCoverage.h>
 #include <AxData/planner/AxPlanFlights.h>
+
+#include <osgEarth/MapNode>
 
 #include <QFormLayout>
 #include <QLabel>
@@ -24,6 +29,14 @@ QString Duration(double seconds)
 {
     const int minutes = qRound(seconds / 60.0);
     return TaskFigures::tr("%1 h %2 min").arg(minutes / 60).arg(minutes % 60, 2, 10, QLatin1Char('0'));
+}
+
+QString AreaText(double squareMetres)
+{
+    if (squareMetres < 1e4)
+        return TaskFigures::tr("%1 m\302\262").arg(Number(squareMetres, 0));
+    return squareMetres < 1e6 ? TaskFigures::tr("%1 ha").arg(Number(squareMetres / 1e4, 2))
+                              : TaskFigures::tr("%1 km\302\262").arg(Number(squareMetres / 1e6, 2));
 }
 
 QString WarningText(const AxPlanWarning& warning)
@@ -55,8 +68,9 @@ QString WarningText(const AxPlanWarning& warning)
 }
 } // namespace
 
-TaskFigures::TaskFigures(QWidget* parent)
-    : QWidget(parent), fault(new QLabel), flightList(new TaskFlights), warnings(new QListWidget)
+TaskFigures::TaskFigures(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QWidget(parent), viewer(earthViewer), fault(new QLabel), flightList(new TaskFlights),
+      warnings(new QListWidget)
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
@@ -80,6 +94,9 @@ TaskFigures::TaskFigures(QWidget* parent)
     interval = AddRow(*form, tr("Interval"));
     passes = AddRow(*form, tr("Passes, turns"));
     area = AddRow(*form, tr("Area"));
+    covered = AddRow(*form, tr("Covered area"));
+    covered->setObjectName(QStringLiteral("CoveredArea"));
+    covered->setToolTip(tr("Ground that at least one photo shows"));
     sample = AddRow(*form, tr("Sample distance"));
     aboveGround = AddRow(*form, tr("Above ground"));
     aboveGround->setToolTip(tr("Least and mean height of the route above the ground"));
@@ -115,6 +132,7 @@ void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
     if (shown && shown == last)
         return;
     last = shown;
+    work.CallOff();
     for (QLabel* value : qAsConst(values))
         value->setText(QStringLiteral("-"));
     flightList->Show({});
@@ -131,6 +149,34 @@ void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
     }
     ShowFigures(*shown);
     ShowWarnings(*shown);
+    CountCovered();
+}
+
+void TaskFigures::CountCovered()
+{
+    covered->setText(tr("is being counted"));
+    osg::ref_ptr<const osgEarth::Map> map;
+    if (viewer && viewer->getMapNode())
+        map = viewer->getMapNode()->getMap();
+    work.Start(
+        [plan = last, map](const std::atomic<bool>& isOff) {
+            AxPlanRequest request = plan->request;
+            request.ground = map ? AxPlanGround(AxMapHeights(map)) : AxPlanGround();
+            return AxCoveredAreaOf(request, plan->plan, isOff);
+        },
+        [this](std::optional<AxCoveredArea>&& counted) {
+            if (counted)
+                ShowCovered(*counted);
+        });
+}
+
+void TaskFigures::ShowCovered(const AxCoveredArea& counted)
+{
+    const double all = counted.inside + counted.beside;
+    const QString text = tr("%1 of the area, %2 in all").arg(AreaText(counted.inside), AreaText(all));
+    covered->setText(counted.isKnown ? text
+                     : all > 0.0     ? tr("%1, as far as the ground is known").arg(text)
+                                     : tr("not known"));
 }
 
 void TaskFigures::ShowFigures(const ShownPlan& shown)
@@ -148,7 +194,7 @@ void TaskFigures::ShowFigures(const ShownPlan& shown)
         tr("%1 s, the camera needs %2 s")
             .arg(Number(figures.interval, 1), Number(shown.request.camera.shortestInterval, 1)));
     passes->setText(tr("%1, %2").arg(figures.passes).arg(figures.turns));
-    area->setText(tr("%1 km\302\262").arg(Number(figures.area / 1e6, figures.area < 1e6 ? 4 : 2)));
+    area->setText(AreaText(figures.area));
     const auto centimetres = [](double metres) { return Number(metres * 100.0, 2); };
     sample->setText(figures.sampleMean > 0.0
                         ? tr("%1 cm, on the ground %2 cm at least, %3 cm on average")

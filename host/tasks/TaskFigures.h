@@ -1,23 +1,29 @@
 #pragma once
+#include "host/tasks/PlanWork.h"
 #include "host/tasks/ShownPlan.h"
 
 #include <QList>
+#include <QPointer>
 #include <QPointF>
 #include <QWidget>
 
 #include <memory>
 
+class CAxEarthViewer;
 class QFormLayout;
 class QLabel;
 class QListWidget;
 class TaskFlights;
 
-/// What a planned route amounts to, and what its pilot is warned of. GUI thread.
+struct AxCoveredArea;
+
+/// What a planned route amounts to, and what its pilot is warned of. The area that photos show is counted on
+/// another thread, on the ground of the viewer's map. GUI thread; the viewer may go first.
 class TaskFigures : public QWidget
 {
     Q_OBJECT
 public:
-    explicit TaskFigures(QWidget* parent = nullptr);
+    explicit TaskFigures(CAxEarthViewer* viewer, QWidget* parent = nullptr);
 
     /// Null shows none.
     void Show(const std::shared_ptr<const ShownPlan>& shown);
@@ -35,7 +41,10 @@ private:
     QLabel* AddRow(QFormLayout& form, const QString& name);
     void ShowFigures(const ShownPlan& shown);
     void ShowWarnings(const ShownPlan& shown);
+    void CountCovered();
+    void ShowCovered(const AxCoveredArea& counted);
 
+    QPointer<CAxEarthViewer> viewer;
     std::shared_ptr<const ShownPlan> last; ///< that is shown
     QLabel* fault;
     QList<QLabel*> values;
@@ -46,8 +55,10 @@ private:
     QLabel* interval;
     QLabel* passes;
     QLabel* area;
+    QLabel* covered;
     QLabel* sample;
     QLabel* aboveGround;
     TaskFlights* flightList;
     QListWidget* warnings;
+    PlanWork work; ///< ends before what it reports to
 };

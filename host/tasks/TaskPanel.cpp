@@ -68,7 +68,7 @@ QString FreeName(const CAxBlock& block, const QString& name)
 TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)),
       homeClick(new HomeClick(viewer, this)), title(new QLabel), list(new QListWidget),
-      parameters(new TaskParameters), figures(new TaskFigures), flown(new QSlider(Qt::Horizontal)),
+      parameters(new TaskParameters), figures(new TaskFigures(viewer)), flown(new QSlider(Qt::Horizontal)),
       add(new QAction(tr("&Add task"), this)), remove(new QAction(tr("&Delete task..."), this)),
       exportRoute(new QAction(tr("&Export route..."), this)),
       importRoute(new QAction(tr("&Import route..."), this))

@@ -987,16 +987,12 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>CoveragePanel</name>
     <message>
-        <source>Coverage is counted for areas and strips, not for circles, around which the camera looks inwards.</source>
-        <translation>覆盖情况按面状和条带测区统计，不统计环绕航线，因为环绕时相机朝向圆心。</translation>
-    </message>
-    <message>
         <source>Nothing can be counted: the area is too small, or a strip encloses a gap.</source>
         <translation>无法统计：测区过小，或条带围出了空洞。</translation>
     </message>
     <message>
-        <source>What is counted is what the camera shows that looks straight down; what oblique lenses show is not.</source>
-        <translation>仅统计垂直向下镜头拍到的范围，不含倾斜镜头拍到的范围。</translation>
+        <source>Ground counts as shown even where a hill hides it from a tilted lens.</source>
+        <translation>倾斜镜头被山丘遮挡的地面也计为已拍到。</translation>
     </message>
     <message>
         <source>Show coverage</source>
@@ -1462,6 +1458,34 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>TaskFigures</name>
+    <message>
+        <source>%1 m²</source>
+        <translation>%1 平方米</translation>
+    </message>
+    <message>
+        <source>%1 ha</source>
+        <translation>%1 公顷</translation>
+    </message>
+    <message>
+        <source>Covered area</source>
+        <translation>覆盖面积</translation>
+    </message>
+    <message>
+        <source>Ground that at least one photo shows</source>
+        <translation>至少有一张照片拍到的地面</translation>
+    </message>
+    <message>
+        <source>is being counted</source>
+        <translation>正在统计</translation>
+    </message>
+    <message>
+        <source>%1 of the area, %2 in all</source>
+        <translation>测区内 %1，共 %2</translation>
+    </message>
+    <message>
+        <source>%1, as far as the ground is known</source>
+        <translation>%1（仅限地面高度已知处）</translation>
+    </message>
     <message>
         <source>%1 h %2 min</source>
         <translation>%1 小时 %2 分</translation>

@@ -2,6 +2,7 @@
 #include "host/tasks/CoveragePanel.h"
 #include "host/tasks/ProfileLine.h"
 #include "host/tasks/ProfilePanel.h"
+#include "host/tasks/TaskFigures.h"
 #include "ViewerFixture.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -192,10 +193,12 @@ TEST_F(RoutePanels, CoverageIsPaintedOnlyOfThePlanThatIsShown)
     panel->ShowPlan(PlanOf());
     EXPECT_FALSE(waitFor(isPainted, 200)) << "it is off by default";
     isOn->setChecked(true);
-    panel->ShowPlan(PlanOf(AxPlanRequest::Kind::Strip));
-    EXPECT_TRUE(waitFor(isPainted));
-    panel->ShowPlan(PlanOf(AxPlanRequest::Kind::Orbit));
-    EXPECT_FALSE(waitFor(isPainted, 500)) << "of the plan before this one";
+    for (const auto kind : {AxPlanRequest::Kind::Strip, AxPlanRequest::Kind::Orbit}) {
+        panel->ShowPlan(PlanOf(kind));
+        EXPECT_TRUE(waitFor(isPainted));
+    }
+    panel->ShowPlan(nullptr);
+    EXPECT_FALSE(waitFor(isPainted, 500)) << "of the plan before";
     EXPECT_FALSE(told->text().isEmpty());
     panel->ShowPlan(PlanOf());
     ASSERT_TRUE(waitFor(isPainted));
@@ -213,6 +216,19 @@ TEST_F(RoutePanels, CoverageIsPaintedOnlyOfThePlanThatIsShown)
     panel->ShowPlan(PlanOf());
     panel.reset();
     EXPECT_FALSE(waitFor(isPainted, 200)) << "by a panel that is gone";
+}
+
+TEST_F(RoutePanels, TheCoveredAreaIsThatOfTheRouteWhichIsShown)
+{
+    TaskFigures figures(viewer);
+    const auto text = [&] { return PartOf<QLabel>(figures, "CoveredArea")->text(); };
+    figures.Show(PlanOf());
+    const QString counting = text();
+    figures.Show(nullptr);
+    EXPECT_FALSE(waitFor([&] { return text() != QStringLiteral("-"); }, 500)) << text().toStdString();
+    figures.Show(PlanOf());
+    ASSERT_TRUE(waitFor([&] { return text() != counting; }));
+    EXPECT_TRUE(text().contains(QStringLiteral("of the area"))) << text().toStdString();
 }
 
 TEST(RoutePanelsWithoutViewer, TheViewerMayGoFirst)
