@@ -31,6 +31,8 @@ public:
     virtual void Write(const QByteArray& bytes) = 0;
     /// For people and file names: "UDP 14550".
     virtual QString Name() const = 0;
+    /// Whether what one signalBytes() brings holds whole frames only, as datagrams do.
+    virtual bool BringsWholeFrames() const { return false; }
 
     Phase GetPhase() const { return m_phase; }
 

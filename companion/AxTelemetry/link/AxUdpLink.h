@@ -22,6 +22,7 @@ public:
     void Close() override;
     void Write(const QByteArray& bytes) override;
     QString Name() const override;
+    bool BringsWholeFrames() const override { return true; }
 
     /// On which it listens; 0 while closed.
     quint16 Port() const;

@@ -1,0 +1,296 @@
+#include <AxTelemetry/AxMavlinkAircraft.h>
+#include <AxTelemetry/AxMavlinkStation.h>
+#include <AxTelemetry/AxVehicleDecoder.h>
+
+#include <AxTelemetry/mavlink/AxMavMessages.h>
+#include <AxTelemetry/mavlink/AxMavWriter.h>
+
+#include "AxVehicleKinds.h"
+#include "AxVehicleText.h"
+
+#include <AxAlgorthm/AxConstants.h>
+
+#include <QtMath>
+
+#include <deque>
+
+namespace {
+constexpr qint64 silentMs = 3000;
+constexpr qint64 stateMs = 100; // between two signalState()
+constexpr int commandTries = 3;
+constexpr qint64 commandWaitMs = 1000;
+constexpr qint64 inProgressWaitMs = 10000; // for the end of what the aircraft says it is doing
+
+enum VehicleCommand // of MAV_CMD
+{
+    CommandReturn = 20,
+    CommandStartMission = 300,
+    CommandArm = 400,
+    CommandInterval = 511
+};
+
+struct WantedMessage
+{
+    quint32 id;
+    float intervalMs;
+};
+
+// What a station needs, often enough for a smooth picture, little enough for a radio of 57,600 bits a second.
+constexpr WantedMessage wantedMessages[] = {
+    {AxMavGlobalPositionInt::id, 250},
+    {AxMavAttitude::id, 100},
+    {AxMavVfrHud::id, 500},
+    {AxMavGpsRawInt::id, 500},
+    {AxMavSysStatus::id, 1000},
+    {AxMavBatteryStatus::id, 2000},
+    {AxMavExtendedSysState::id, 500},
+    {AxMavHomePosition::id, 5000},
+    {AxMavMissionCurrent::id, 1000},
+    {AxMavWindCov::id, 2000},
+    {AxMavWind::id, 2000},
+    {AxMavMountOrientation::id, 250},
+    {AxMavCameraTrigger::id, 0},
+    {AxMavCameraImageCaptured::id, 0},
+};
+
+struct WantedStream
+{
+    quint8 id; // of MAV_DATA_STREAM
+    quint16 rate;
+};
+
+// For autopilots that know groups of messages only.
+constexpr WantedStream wantedStreams[] = {{2, 2}, {6, 4}, {10, 10}, {11, 2}, {12, 1}};
+
+QString RefusalOf(int result)
+{
+    switch (result) { // MAV_RESULT
+    case 1:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft refuses for now."));
+    case 2:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft refuses."));
+    case 3:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft does not know the command."));
+    case 4:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft has tried and failed."));
+    case 6:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The command was cancelled."));
+    default:
+        return AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft answers with the number %1."))
+            .arg(result);
+    }
+}
+} // namespace
+
+/// Turns what the decoder tells into signals.
+class AxMavlinkAircraft::Relay : public AxVehicleEvents
+{
+public:
+    Relay(int systemId, AxMavlinkAircraft& aircraft) : decoder(systemId, this), m_aircraft(aircraft) {}
+
+    void Position(const AxPlace& place, quint64 time) override
+    {
+        emit m_aircraft.globalPositionChanged(place.longitude, place.latitude, place.altitude, time);
+    }
+    void Attitude(double roll, double pitch, double yaw, quint64 time) override
+    {
+        emit m_aircraft.attitudeChanged(roll, pitch, yaw, time);
+    }
+    void Photo(const AxPhotoRecord& photo) override
+    {
+        emit m_aircraft.picture_Idx(photo.index, photo.longitude, photo.latitude);
+        emit m_aircraft.signalPhoto(photo);
+    }
+    void Camera(double angle) override
+    {
+        const double hundredths = qBound(0.0, angle, 180.0) / DVAngleFactor;
+        emit m_aircraft.VideoData(static_cast<quint16>(qRound(hundredths)), 1, 0, 1);
+    }
+    void Message(int severity, const QString& text) override
+    {
+        emit m_aircraft.signalMessage(severity, text);
+    }
+
+    AxVehicleDecoder decoder;
+    bool isLost = false;
+    bool isNews = false;
+    qint64 told = 0;
+
+private:
+    AxMavlinkAircraft& m_aircraft;
+};
+
+struct AxMavlinkAircraft::Commands
+{
+    struct One
+    {
+        int command;
+        std::array<float, 7> params;
+    };
+    std::deque<One> waiting; // the first is under way
+    int tries = 0;
+    qint64 due = 0;
+};
+
+AxMavlinkAircraft::AxMavlinkAircraft(int systemId, AxMavlinkStation& station)
+    : m_station(station), m_relay(std::make_unique<Relay>(systemId, *this)),
+      m_commands(std::make_unique<Commands>())
+{
+}
+
+AxMavlinkAircraft::~AxMavlinkAircraft() = default;
+
+const AxAircraftState& AxMavlinkAircraft::State() const
+{
+    return m_relay->decoder.State();
+}
+
+int AxMavlinkAircraft::ComponentId() const
+{
+    return m_relay->decoder.ComponentId();
+}
+
+void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
+{
+    const bool isFirst = State().lastHeard == 0;
+    const bool isBack = m_relay->isLost;
+    m_relay->decoder.Feed(frame, now);
+    m_relay->isNews = true;
+    m_relay->isLost = false;
+    if (isBack) {
+        emit signalLinkBack();
+        emit signalState();
+    }
+    if (isFirst || isBack)
+        askForData();
+    if (frame.messageId == AxMavCommandAck::id)
+        takeAnswer(frame, now);
+    emit signalFrame(frame);
+}
+
+void AxMavlinkAircraft::Tick(qint64 now)
+{
+    m_relay->decoder.Flush(now);
+    if (!m_relay->isLost && now - State().lastHeard >= silentMs)
+        LoseLink();
+    if (m_relay->isNews && now - m_relay->told >= stateMs) {
+        m_relay->isNews = false;
+        m_relay->told = now;
+        emit signalState();
+    }
+    if (!m_commands->waiting.empty() && now >= m_commands->due)
+        sendCommand(now);
+    emit signalTick(now);
+}
+
+void AxMavlinkAircraft::LoseLink()
+{
+    if (!m_relay->isLost) {
+        m_relay->isLost = true;
+        m_relay->decoder.SetHeard(false);
+        emit signalLinkLost();
+        emit signalState();
+    }
+    if (m_station.Link().GetPhase() != AxTelemetryLink::Phase::Closed)
+        return;
+    while (!m_commands->waiting.empty())
+        endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The link was closed.")));
+    emit signalLinkClosed();
+}
+
+void AxMavlinkAircraft::askForData()
+{
+    const auto system = static_cast<quint8>(State().systemId);
+    const auto component = static_cast<quint8>(ComponentId());
+    AxMavWriter& writer = m_station.Writer();
+    if (State().autopilot == axMavArduPilot)
+        for (const WantedStream& wanted : wantedStreams) {
+            AxMavRequestDataStream ask;
+            ask.target_system = system;
+            ask.target_component = component;
+            ask.req_stream_id = wanted.id;
+            ask.req_message_rate = wanted.rate;
+            ask.start_stop = 1;
+            m_station.Send(writer.Write(ask));
+        }
+    for (const WantedMessage& wanted : wantedMessages) {
+        AxMavCommandLong ask;
+        ask.target_system = system;
+        ask.target_component = component;
+        ask.command = CommandInterval;
+        ask.param1 = static_cast<float>(wanted.id);
+        ask.param2 = wanted.intervalMs * 1000.0f;
+        m_station.Send(writer.Write(ask));
+    }
+}
+
+void AxMavlinkAircraft::Command(int command, const std::array<float, 7>& params)
+{
+    m_commands->waiting.push_back({command, params});
+    if (m_commands->waiting.size() > 1)
+        return;
+    if (m_station.Link().GetPhase() == AxTelemetryLink::Phase::Closed)
+        return endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The link is closed.")));
+    sendCommand(m_station.Now());
+}
+
+void AxMavlinkAircraft::Arm(bool isArmed)
+{
+    Command(CommandArm, {isArmed ? 1.0f : 0.0f});
+}
+
+void AxMavlinkAircraft::StartMission()
+{
+    Command(CommandStartMission);
+}
+
+void AxMavlinkAircraft::ReturnHome()
+{
+    Command(CommandReturn);
+}
+
+void AxMavlinkAircraft::sendCommand(qint64 now)
+{
+    Commands& commands = *m_commands;
+    if (commands.tries == commandTries)
+        return endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft does not answer.")));
+    const Commands::One& one = commands.waiting.front();
+    AxMavCommandLong message;
+    message.target_system = static_cast<quint8>(State().systemId);
+    message.target_component = static_cast<quint8>(ComponentId());
+    message.command = static_cast<quint16>(one.command);
+    message.confirmation = static_cast<quint8>(commands.tries);
+    float* const params[] = {&message.param1, &message.param2, &message.param3, &message.param4,
+                             &message.param5, &message.param6, &message.param7};
+    for (std::size_t i = 0; i < one.params.size(); ++i)
+        *params[i] = one.params[i];
+    ++commands.tries;
+    commands.due = now + commandWaitMs;
+    m_station.Send(m_station.Writer().Write(message));
+}
+
+void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
+{
+    constexpr int isDone = 0; // MAV_RESULT
+    constexpr int isInProgress = 5;
+    AxMavCommandAck answer;
+    AxMavDecode(frame, answer);
+    if (m_commands->waiting.empty() || m_commands->waiting.front().command != answer.command)
+        return;
+    if (answer.result == isInProgress) {
+        m_commands->tries = commandTries; // sent again, it would begin anew
+        m_commands->due = now + inProgressWaitMs;
+        return;
+    }
+    endCommand(answer.result == isDone ? QString() : RefusalOf(answer.result));
+}
+
+void AxMavlinkAircraft::endCommand(const QString& fault)
+{
+    Commands& commands = *m_commands;
+    const int command = commands.waiting.front().command;
+    commands.waiting.pop_front();
+    commands.tries = 0;
+    commands.due = 0; // of the next one, at the next tick
+    emit signalCommand(command, fault);
+}

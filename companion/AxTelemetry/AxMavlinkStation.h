@@ -1,0 +1,99 @@
+#pragma once
+
+#include <AxTelemetry/AxMavlinkAircraft.h>
+#include <AxTelemetry/AxTlogRecorder.h>
+#include <AxTelemetry/link/AxTelemetryLink.h>
+
+#include <QByteArray>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+class AxMavWriter;
+
+/// Milliseconds since 1970, UTC. Never runs backwards.
+using AxTelemetryClock = std::function<qint64()>;
+
+/// What a station has heard so far.
+struct AXTELEMETRY_EXPORT AxStationCounts
+{
+    quint64 bytes = 0;
+    quint64 frames = 0;            ///< taken
+    quint64 lost = 0;              ///< that sequence numbers say are missing
+    quint64 badChecksums = 0;      ///< frames that arrived damaged
+    quint64 unknown = 0;           ///< frames of other messages
+    quint64 garbageBytes = 0;      ///< bytes that belong to no frame
+    quint64 refusedSignatures = 0; ///< frames not signed with the key, or signed where there is none
+
+    friend bool operator==(const AxStationCounts& a, const AxStationCounts& b);
+};
+
+/// A ground station on one link: finds the aircraft there, hands each its frames, says by a heartbeat that it
+/// is there (system 255, component 190, once a second), and records what it hears. Owned by whoever made it;
+/// GUI thread.
+class AXTELEMETRY_EXPORT AxMavlinkStation : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit AxMavlinkStation(std::unique_ptr<AxTelemetryLink> link, QObject* parent = nullptr);
+    /// Closes. Aircraft go away, transfers end with a fault.
+    ~AxMavlinkStation() override;
+
+    /// As AxTelemetryLink::Open().
+    bool Open(QString* fault);
+    /// The aircraft stay, with a lost link; the record ends whole.
+    void Close();
+    AxTelemetryLink& Link() const;
+
+    /// In the order in which they were first heard.
+    QList<AxMavlinkAircraft*> Aircraft() const;
+    /// Null when that system was never heard.
+    AxMavlinkAircraft* AircraftOf(int systemId) const;
+
+    /// With 32 bytes, frames that they do not sign are refused, and what is sent is signed. Empty: signed
+    /// frames are refused. False, and nothing changes, with another number of bytes.
+    bool SetKey(const QByteArray& key);
+
+    /// Each flight is recorded into a new file of this folder from its first byte on; empty: none. Counts
+    /// from the next Open().
+    void SetRecordFolder(const QString& folder);
+    /// What has been recorded so far, or why it is not.
+    const AxTlogRecorder& Recorder() const;
+
+    AxStationCounts Counts() const;
+
+    /// For tests: another clock than the computer's. Call it before Open().
+    void SetClock(const AxTelemetryClock& clock);
+    qint64 Now() const;
+    /// Does what has become due. The station calls it ten times a second while it is open.
+    void Tick();
+
+    /// For those who speak MAVLink: sends a frame that Writer() made.
+    void Send(const QByteArray& frame);
+    AxMavWriter& Writer();
+
+signals:
+    void signalAircraft(AxMavlinkAircraft* aircraft);
+    /// Counts() are others; at most once a second.
+    void signalCounts();
+    /// For people: of the link, or of the record.
+    void signalFault(const QString& text);
+    /// The link's phase is another one.
+    void signalPhase();
+    /// A new file is recorded into.
+    void signalRecording(const QString& path);
+
+private:
+    struct Parts;
+
+    void end();
+    void tellRecordFault();
+    void take(const QByteArray& bytes);
+    void takeFrame(const AxMavFrame& frame, qint64 now);
+
+    std::unique_ptr<Parts> m_parts;
+};
