@@ -66,8 +66,7 @@ CAxUavNode* AxAircraftFleet::Add(QObject* telemetry, EPlaneType type)
     auto* aircraft = new CAxUavNode(q, telemetry, true);
     aircraft->setParent(q);
     // Where it stands comes with its first message; it is not seen before.
-    osg::Node* node = aircraft->CreatePlane(
-        type, osgEarth::GeoPoint(scene.mapSRS->getGeographicSRS(), 0.0, 0.0, 0.0), scene.mapNode);
+    osg::Node* node = aircraft->CreatePlane(type, osgEarth::GeoPoint(), scene.mapNode);
     if (!node) {
         delete aircraft;
         return nullptr;

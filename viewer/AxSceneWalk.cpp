@@ -1,5 +1,9 @@
 #include "viewer/AxSceneWalk.h"
 #include "analysis/CAxDrapeableNode.h"
+#include "mission/aircraft/AutoScaleContainer.h"
+#include "mission/aircraft/AxPhotoPoints.h"
+#include "mission/aircraft/AxTrailGeometry.h"
+#include "mission/aircraft/AxVideoFootprint.h"
 #include "scene/shape/AxWorldGeometry.h"
 
 #include <osg/AutoTransform>
@@ -104,7 +108,8 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
     else if (dynamic_cast<const osgEarth::Annotation::Dragger*>(&object) ||
              dynamic_cast<const osgEarth::Annotation::AnnotationEditor*>(&object))
         kind = Kind::Unknown; // handles are made while they are culled, from what the mouse is over
-    else if (IsOneOf<CAxDrapeableNode, AxWorldGeometry>(type))
+    else if (IsOneOf<CAxDrapeableNode, AxWorldGeometry, AutoScaleContainer, AxPhotoGeometry, AxTrailGeometry,
+                     AxVideoFootprint>(type))
         kind = Kind::Engine;
     else if (IsBundledTile(object))
         kind = Kind::Tile;

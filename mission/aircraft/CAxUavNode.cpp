@@ -1,151 +1,684 @@
 #include "mission/aircraft/CAxUavNode.h"
+#include "mission/aircraft/AutoScaleContainer.h"
+#include "mission/aircraft/AxMotionSmoother.h"
+#include "mission/aircraft/AxPhotoPoints.h"
+#include "mission/aircraft/AxReplayLine.h"
+#include "mission/aircraft/AxTrail.h"
+#include "mission/aircraft/AxUavModel.h"
+#include "mission/aircraft/AxUavPanel.h"
+#include "mission/aircraft/AxVideoFootprint.h"
+#include "scene/AxBlockObject.h"
+#include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxGlobePoint.h"
+#include "scene/base/AxProcessLocale.h"
+#include "scene/base/AxViewerLog.h"
+#include "scene/shape/AxDrawnGround.h"
 
+#include <AxAlgorthm/AxConstants.h>
+#include <AxAlgorthm/AxMath.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <osg/ComputeBoundsVisitor>
+#include <osg/Depth>
 #include <osg/PositionAttitudeTransform>
 #include <osgEarth/GeoTransform>
 #include <osgEarth/MapNode>
+#include <osgEarthSymbology/AltitudeSymbol>
+#include <osgEarthSymbology/LineSymbol>
+#include <osgEarthSymbology/PointSymbol>
+#include <osgViewer/Viewer>
 
+#include <QLocale>
 #include <QPointer>
+
+#include <chrono>
+#include <cmath>
+
+using osgEarth::GeoPoint;
+using osgEarth::Annotation::FeatureNode;
+
+namespace {
+constexpr float trailWidth = 2.0f;
+const osg::Vec4f trailRed(1.0f, 0.0f, 0.0f, 1.0f);
+// How large an aircraft is drawn that is far away, and from how near it has its true size, pixels.
+constexpr double modelPixels = 56.0;
+constexpr double largestScale = 2e5;
+constexpr int modelBin = 30; // over trails and links of labels, below panels
+// The part of the depth buffer that is before everything else, so that no ground hides an aircraft that
+// is drawn larger than it is.
+constexpr double nearestDepth = 0.1;
+// Sizes of the focal length in a picture: zoom 1 has 5 mm, a pixel 2.883 micrometres.
+constexpr double focalMillimetres = 5.0;
+constexpr double micrometresPerMillimetre = 1000.0;
+constexpr double pixelMicrometres = 2.883;
+
+double Now()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+bool IsOnGlobe(double longitude, double latitude, double altitude)
+{
+    return std::abs(longitude) <= 360.0 && std::abs(latitude) <= 90.0 && std::isfinite(altitude);
+}
+
+osg::Vec3d WorldOf(const CAxVector3D& place)
+{
+    return AxGlobe::WorldOf({place.x(), place.y(), place.z()});
+}
+
+osgEarth::Symbology::Style DefaultStyle()
+{
+    using namespace osgEarth::Symbology;
+    Style style;
+    auto* line = style.getOrCreate<LineSymbol>();
+    line->stroke()->color() = Color(1.0f, 0.85f, 0.0f, 1.0f);
+    line->stroke()->width() = 2.0f;
+    auto* point = style.getOrCreate<PointSymbol>();
+    point->fill()->color() = Color(0.0f, 1.0f, 0.0f, 1.0f);
+    point->size() = 10.0f;
+    auto* altitude = style.getOrCreate<AltitudeSymbol>();
+    altitude->clamping() = AltitudeSymbol::CLAMP_NONE;
+    altitude->verticalScale() = NumericExpression(1.0);
+    return style;
+}
+
+void TakeFromParents(osg::Node* node)
+{
+    const osg::ref_ptr<osg::Node> kept = node;
+    while (kept && kept->getNumParents() > 0)
+        kept->getParent(0)->removeChild(kept);
+}
+} // namespace
+
+/// Moves the aircraft with each update traversal, until it is destroyed.
+class CAxUavNode::Motion : public osg::NodeCallback
+{
+public:
+    explicit Motion(CAxUavNode* node) : aircraft(node) {}
+    void operator()(osg::Node* node, osg::NodeVisitor* visitor) override
+    {
+        if (aircraft)
+            aircraft->advance();
+        traverse(node, visitor);
+    }
+    CAxUavNode* aircraft;
+};
 
 struct CAxUavNode::State
 {
     QPointer<AxViewerParts> viewer;
     QPointer<QObject> signalObject;
-    osg::ref_ptr<osg::Group> root;
-    osg::ref_ptr<osgEarth::GeoTransform> place;
-    osg::ref_ptr<osg::PositionAttitudeTransform> attitude;
+    const osgEarth::Symbology::Style style = DefaultStyle();
     EPlaneType type = PlaneFixedWing;
-    CAxVector3D position;
-    bool flying = false;
     int blockType = -1;
-    bool hasPosition = false;
-    bool trailVisible = true;
+    bool flying = false;
     bool interpolated = true;
+    bool landed = false;
+    bool planeVisible = true;
+    bool panelVisible = true;
+    bool trailVisible = true;
+    bool lost = false;
+    double lostSeconds = 0.0;
+    QString title;
+
+    // The model; null before CreatePlane().
+    osg::ref_ptr<osgEarth::MapNode> map;
+    osg::ref_ptr<AutoScaleContainer> root;
+    osg::ref_ptr<osgEarth::GeoTransform> geo;
+    osg::ref_ptr<osg::PositionAttitudeTransform> attitude;
+    osg::ref_ptr<osg::Node> followed;
+    osg::ref_ptr<osg::Uniform> grey;
+    osg::ref_ptr<Motion> motion;
+    AxUavPanel panel;
+    double bottom = 0.0; // of the model below its middle, metres
+    std::string name;
+
+    std::optional<CAxVector3D> position; // as received
+    double yaw = 0.0;                    // radians, as received
+    std::array<double, 3> angles{};
+    AxMotionSmoother smoother;
+    bool isMoving = false;
+    double nextLook = 0.0; // at the ground below a landed aircraft
+
+    AxTrail trail;
+    AxPhotoPoints photos;
+    osg::ref_ptr<FeatureNode> replay;
+    osg::ref_ptr<CAxTrailLingCallBack> replayCallback;
+    int pathIndex = 0;
+    osg::ref_ptr<AxVideoFootprint> footprint;
+    double cameraAngle = 0.0;
+    qint8 zoom = 0;
+    bool videoFlag = false;
 };
 
-CAxUavNode::CAxUavNode(CAxEarthViewer* viewer, QObject* signalObject, bool) : d(std::make_unique<State>())
+CAxUavNode::CAxUavNode(CAxEarthViewer* viewer, QObject* signalObject, bool hasPanel)
+    : d(std::make_unique<State>())
 {
+    static int made = 0;
+    d->name = "Uav-" + std::to_string(++made);
     d->viewer = AxPartsOf(viewer);
     d->signalObject = signalObject;
+    d->panelVisible = hasPanel;
+    if (d->viewer)
+        connect(d->viewer->Mouse(), SIGNAL(mouseLeftBtnMove(osg::Vec3d, osg::Vec3d)), this,
+                SLOT(slotMouseMoved(osg::Vec3d, osg::Vec3d)));
 }
-CAxUavNode::~CAxUavNode() = default;
-osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const osgEarth::GeoPoint& point,
-                                   osgEarth::MapNode* mapNode)
+
+CAxUavNode::~CAxUavNode()
+{
+    if (d->motion)
+        d->motion->aircraft = nullptr;
+    RemovePicPoint();
+    RemoveAllTrailLine();
+    TakeFromParents(d->footprint);
+    TakeFromParents(d->root);
+}
+
+osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEarth::MapNode* mapNode)
 {
     if (!mapNode)
         return nullptr;
+    AxSetProcessLocale();
     d->type = type;
-    d->root = new osg::Group;
-    d->place = new osgEarth::GeoTransform;
+    d->map = mapNode;
+    const osg::ref_ptr<osg::Node> model = AxReadUavModel(type);
+    osg::ComputeBoundsVisitor bounds;
+    model->accept(bounds);
+    d->bottom = bounds.getBoundingBox().valid() ? -static_cast<double>(bounds.getBoundingBox().zMin()) : 0.0;
+
+    if (!d->root) {
+        d->root = new AutoScaleContainer;
+        d->root->setName(d->name);
+        d->motion = new Motion(this);
+        d->root->addUpdateCallback(d->motion);
+    }
+    if (d->geo)
+        d->root->removeChild(d->geo);
+    d->geo = new osgEarth::GeoTransform;
+    d->geo->setTerrain(mapNode->getTerrain());
     d->attitude = new osg::PositionAttitudeTransform;
-    d->place->setTerrain(mapNode->getTerrain());
-    d->place->setPosition(point);
-    d->root->addChild(d->place);
-    d->place->addChild(d->attitude);
+    d->followed = new osg::Node;
+    d->followed->setInitialBound(osg::BoundingSphere(osg::Vec3(), 1e-3f));
+    if (!d->attitude->containsNode(model))
+        d->attitude->addChild(model);
+    d->attitude->addChild(d->followed);
+    if (!d->geo->containsNode(d->attitude))
+        d->geo->addChild(d->attitude);
+    d->geo->addChild(d->panel.Node());
+    if (!d->root->containsNode(d->geo))
+        d->root->addChild(d->geo);
+    d->grey = new osg::Uniform("linkLost", d->lost ? 1.0f : 0.0f);
+    osg::StateSet* state = d->attitude->getOrCreateStateSet();
+    state->addUniform(d->grey);
+    state->setMode(GL_LIGHTING, osg::StateAttribute::ON);
+    state->setMode(GL_NORMALIZE, osg::StateAttribute::ON);
+    d->root->SetScaled(d->geo, d->attitude, 2.0 * static_cast<double>(model->getBound().radius()));
+    d->root->SetPixels(modelPixels);
+    d->root->SetLimits(1.0, largestScale);
+    ResetRenderSort();
+    d->smoother = AxMotionSmoother();
+    d->position.reset();
+    if (point.isValid() && d->geo->setPosition(point)) {
+        const GeoPoint there = point.transform(mapNode->getMapSRS()->getGeographicSRS());
+        d->position = CAxVector3D(there.x(), there.y(), there.z());
+    }
+    updateText();
+    apply();
     return d->root;
 }
+
 EPlaneType CAxUavNode::GetPlaneType() const
 {
     return d->type;
 }
+
 osg::Node* CAxUavNode::GetNode() const
 {
     return d->root;
 }
+
 osg::Node* CAxUavNode::GetFollowedNode() const
 {
-    return d->attitude;
+    return d->followed;
 }
+
+// Place and attitude
+
 void CAxUavNode::SetPosition(double longitude, double latitude, double altitude)
 {
-    d->position = {longitude, latitude, altitude};
-    d->hasPosition = true;
+    if (!d->geo || !IsOnGlobe(longitude, latitude, altitude))
+        return;
+    d->position = CAxVector3D(longitude, latitude, altitude);
+    d->smoother.TellPlace({longitude, latitude, altitude}, Now());
+    d->isMoving = true;
+    place();
+    updateText();
+    ResetRenderSort();
+    if (d->flying)
+        CreateFlightPath(trailWidth, trailRed);
+    apply();
 }
+
 CAxVector3D CAxUavNode::GetPosition() const
 {
-    return d->position;
+    return d->position.value_or(CAxVector3D());
 }
+
 bool CAxUavNode::HasPosition() const
 {
-    return d->hasPosition;
+    return d->position.has_value();
 }
+
 CAxVector3D CAxUavNode::GetDrawnPosition() const
 {
-    return d->position;
+    const std::optional<osg::Vec3d> drawn = d->interpolated ? d->smoother.PlaceAt(Now()) : std::nullopt;
+    return drawn ? CAxVector3D(drawn->x(), drawn->y(), drawn->z()) : GetPosition();
 }
+
 double CAxUavNode::GetDrawnHeading() const
 {
-    return 0.0;
+    const auto drawn = d->interpolated ? d->smoother.AttitudeAt(Now()) : std::nullopt;
+    return Radian2Angle(drawn ? (*drawn)[2] : d->yaw);
 }
-void CAxUavNode::SetPlaneVisbled(bool) {}
-void CAxUavNode::SetPanelVisible(bool) {}
-void CAxUavNode::SetTrailVisible(bool visible)
+
+void CAxUavNode::SetAttitude(double roll, double pitch, double yaw)
 {
-    d->trailVisible = visible;
+    if (!std::isfinite(roll) || !std::isfinite(pitch) || !std::isfinite(yaw))
+        return;
+    d->yaw = yaw;
+    d->angles = {roll, pitch, yaw};
+    d->smoother.TellAttitude(d->angles, Now());
+    d->isMoving = true;
+    turn();
 }
-bool CAxUavNode::IsTrailVisible() const
+
+/// The place that was received, on the ground when it has landed.
+void CAxUavNode::place()
 {
-    return d->trailVisible;
+    if (!d->geo || !d->position)
+        return;
+    const osgEarth::SpatialReference* srs = d->map->getMapSRS()->getGeographicSRS();
+    const CAxVector3D& at = *d->position;
+    const bool stands = d->landed && AxLoadedHeight(*d->map, at.x(), at.y()).has_value();
+    d->geo->setPosition(stands ? GeoPoint(srs, at.x(), at.y(), d->bottom, osgEarth::ALTMODE_RELATIVE)
+                               : GeoPoint(srs, at.x(), at.y(), at.z(), osgEarth::ALTMODE_ABSOLUTE));
 }
-void CAxUavNode::ResetRenderSort() {}
-void CAxUavNode::SetFlightMode(bool flying)
+
+void CAxUavNode::turn()
 {
-    d->flying = flying;
+    if (!d->attitude)
+        return;
+    const auto [roll, pitch, yaw] = d->angles;
+    osg::Quat aboutNose, aboutWings, aboutUp;
+    aboutNose.makeRotate(roll, osg::Vec3d(0.0, 1.0, 0.0));
+    aboutWings.makeRotate(pitch, osg::Vec3d(1.0, 0.0, 0.0));
+    aboutUp.makeRotate(yaw, osg::Vec3d(0.0, 0.0, -1.0));
+    d->attitude->setAttitude(aboutNose * aboutWings * aboutUp);
+    d->attitude->dirtyBound();
 }
-bool CAxUavNode::GetFlightMode() const
+
+/// Draws the aircraft on its way from what was received before.
+void CAxUavNode::advance()
 {
-    return d->flying;
+    const double now = Now();
+    if (d->landed && now >= d->nextLook) {
+        constexpr double lookSeconds = 1.0;
+        d->nextLook = now + lookSeconds;
+        place();
+    }
+    if (!d->isMoving || !d->geo || !d->attitude)
+        return;
+    const bool settled = !d->interpolated || d->smoother.IsSettled(now);
+    d->isMoving = !settled;
+    const auto angles = d->smoother.AttitudeAt(now);
+    if (angles && d->interpolated)
+        d->angles = *angles;
+    turn();
+    osg::Vec3d offset;
+    std::optional<osg::Vec3d> head;
+    const std::optional<osg::Vec3d> drawn = d->smoother.PlaceAt(now);
+    if (!settled && drawn && d->position) {
+        // In the frame of the place that was received; on the ground only along it.
+        const osg::Vec3d world = AxGlobe::WorldOf(*drawn);
+        const osg::Vec3d there = WorldOf(*d->position);
+        offset = osg::Matrixd::transform3x3(world - there, osg::Matrixd::inverse(d->geo->getMatrix()));
+        if (d->landed)
+            offset.z() = 0.0;
+        else
+            head = world;
+    }
+    d->attitude->setPosition(offset);
+    d->panel.Node()->setPosition(offset);
+    d->trail.SetHead(head);
 }
-void CAxUavNode::SetBlockType(int type)
+
+void CAxUavNode::SetLanded(bool landed)
 {
-    d->blockType = type;
+    if (landed == d->landed)
+        return;
+    d->landed = landed;
+    d->isMoving = true;
+    place();
 }
-int CAxUavNode::GetBlockType() const
-{
-    return d->blockType;
-}
-void CAxUavNode::SetSignalObject(QObject* object)
-{
-    d->signalObject = object;
-}
-QObject* CAxUavNode::GetSignalObject() const
-{
-    return d->signalObject;
-}
-void CAxUavNode::SetLanded(bool) {}
-void CAxUavNode::SetLinkLost(bool, double) {}
+
 void CAxUavNode::SetInterpolation(bool interpolated)
 {
     d->interpolated = interpolated;
+    d->smoother.Jump();
+    d->isMoving = true;
 }
+
 bool CAxUavNode::IsInterpolation() const
 {
     return d->interpolated;
 }
-void CAxUavNode::SetTitle(const QString&) {}
-void CAxUavNode::CreateReplayFlightLine(const std::vector<CAxVector3D>&) {}
-void CAxUavNode::CreateReplayPicPoint(const QStringList&) {}
-void CAxUavNode::SetPathIndexMask(int) {}
-int CAxUavNode::GetPathIndexMask() const
+
+void CAxUavNode::slotPositionChanged(double longitude, double latitude, double altitude, quint64)
 {
-    return 0;
+    if (!IsOnGlobe(longitude, latitude, altitude))
+        return;
+    const double height = d->viewer ? d->viewer->Scene().GetHAE(longitude, latitude, altitude) : altitude;
+    SetPosition(longitude, latitude, std::isfinite(height) ? height : altitude);
+    updateFootprint();
 }
-void CAxUavNode::RemovePicPoint() {}
-void CAxUavNode::VisibleAllPicPoint() {}
-void CAxUavNode::SetShootPointVisible(bool) {}
-int CAxUavNode::GetPicPointCount() const
+
+void CAxUavNode::slotAttitudeChanged(double roll, double pitch, double yaw, quint64)
 {
-    return 0;
+    SetAttitude(roll, pitch, yaw);
 }
-void CAxUavNode::ClearAllTrailLine() {}
-void CAxUavNode::RemoveAllTrailLine() {}
+
+// What is shown
+
+void CAxUavNode::apply() const
+{
+    if (!d->geo)
+        return;
+    d->geo->setNodeMask(d->planeVisible && d->position ? ~0u : 0u);
+    d->panel.Node()->setNodeMask(d->panelVisible ? ~0u : 0u);
+    const osg::Node::NodeMask lines = d->trailVisible ? ~0u : 0u;
+    if (d->trail.Node())
+        d->trail.Node()->setNodeMask(lines);
+    if (d->replay)
+        d->replay->setNodeMask(lines);
+}
+
+void CAxUavNode::SetPlaneVisbled(bool visible)
+{
+    d->planeVisible = visible;
+    apply();
+}
+
+void CAxUavNode::SetPanelVisible(bool visible)
+{
+    d->panelVisible = visible;
+    apply();
+}
+
+void CAxUavNode::SetTrailVisible(bool visible)
+{
+    d->trailVisible = visible;
+    apply();
+}
+
+bool CAxUavNode::IsTrailVisible() const
+{
+    return d->trailVisible;
+}
+
+void CAxUavNode::ResetRenderSort()
+{
+    d->panel.ResetRenderSort();
+    osg::StateSet* state = d->attitude ? d->attitude->getOrCreateStateSet() : nullptr;
+    if (!state || state->getBinNumber() == modelBin)
+        return;
+    state->setAttributeAndModes(new osg::Depth(osg::Depth::LESS, 0.0, nearestDepth));
+    state->setRenderBinDetails(modelBin, "RenderBin");
+}
+
+void CAxUavNode::updateText()
+{
+    QStringList lines;
+    if (!d->title.isEmpty())
+        lines += d->title;
+    const CAxVector3D at = GetPosition();
+    lines += tr("longitude:") + AxPanelNumber(at.x()) + tr("degree");
+    lines += tr("latitude:") + AxPanelNumber(at.y()) + tr("degree");
+    if (d->lost)
+        lines += tr("no link for %1 s").arg(QLocale::c().toString(std::floor(d->lostSeconds), 'f', 0));
+    d->panel.SetText(lines.join(QLatin1Char('\n')));
+}
+
+void CAxUavNode::SetTitle(const QString& title)
+{
+    d->title = title;
+    updateText();
+}
+
+void CAxUavNode::SetLinkLost(bool lost, double seconds)
+{
+    d->lost = lost;
+    d->lostSeconds = std::isfinite(seconds) ? std::max(0.0, seconds) : 0.0;
+    if (d->grey)
+        d->grey->set(lost ? 1.0f : 0.0f);
+    updateText();
+}
+
+void CAxUavNode::SetFlightMode(bool flying)
+{
+    d->flying = flying;
+}
+
+bool CAxUavNode::GetFlightMode() const
+{
+    return d->flying;
+}
+
+void CAxUavNode::SetBlockType(int type)
+{
+    d->blockType = type;
+    if (d->footprint && type != CAxBlock::VideoBlock)
+        d->footprint->Clear();
+}
+
+int CAxUavNode::GetBlockType() const
+{
+    return d->blockType;
+}
+
+void CAxUavNode::SetSignalObject(QObject* object)
+{
+    d->signalObject = object;
+}
+
+QObject* CAxUavNode::GetSignalObject() const
+{
+    return d->signalObject;
+}
+
+// Trail and replayed flight
+
+void CAxUavNode::CreateFlightPath(float width, const osg::Vec4f& color)
+{
+    if (!d->root || !d->position)
+        return;
+    const bool isNew = !d->trail.Node();
+    d->trail.Append(WorldOf(*d->position), width, color, d->name + "-Traj");
+    if (isNew && d->trail.Node())
+        d->root->addChild(d->trail.Node());
+}
+
+void CAxUavNode::ClearAllTrailLine()
+{
+    d->trail.Clear();
+    SetPathIndexMask(0);
+}
+
+void CAxUavNode::RemoveAllTrailLine()
+{
+    d->trail.Remove();
+    TakeFromParents(d->replay);
+    d->replay = nullptr;
+    d->replayCallback = nullptr;
+    d->pathIndex = 0;
+}
+
 int CAxUavNode::GetTrailVertexCount() const
 {
-    return 0;
+    return d->trail.Count();
 }
-void CAxUavNode::slotPositionChanged(double, double, double, quint64) {}
-void CAxUavNode::slotAttitudeChanged(double, double, double, quint64) {}
-void CAxUavNode::slotAddPicPoint(int, double, double) {}
-void CAxUavNode::slotVideoData(quint16, qint8, quint8, quint8) {}
-void CAxUavNode::slotMouseMoved(osg::Vec3d, osg::Vec3d) {}
+
+void CAxUavNode::CreateReplayFlightLine(const std::vector<CAxVector3D>& points)
+{
+    RemoveAllTrailLine();
+    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
+    if (!group || points.empty())
+        return;
+    d->replayCallback = new CAxTrailLingCallBack(points);
+    d->replay = AxMakeReplayLine(d->viewer->Scene().MapNode(), d->style, d->replayCallback);
+    if (!d->replay)
+        return;
+    d->replay->setName(d->name + "-Replay");
+    group->addChild(d->replay);
+    apply();
+}
+
+void CAxUavNode::SetPathIndexMask(int index)
+{
+    if (!d->replayCallback)
+        return;
+    index = qBound(0, index, d->replayCallback->Count());
+    if (index == d->pathIndex)
+        return;
+    d->pathIndex = index;
+    d->replayCallback->SetIndex(index);
+    emit CurIndexChanged(index);
+}
+
+int CAxUavNode::GetPathIndexMask() const
+{
+    return d->pathIndex;
+}
+
+// Photos
+
+void CAxUavNode::addPhoto(int index, const CAxVector3D& at)
+{
+    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
+    if (!group || !d->photos.Add(index, WorldOf(at), d->name + "-PicPoints"))
+        return;
+    group->addChild(d->photos.Node());
+    group->addChild(d->photos.Label());
+}
+
+void CAxUavNode::AddCurrPicPoint(int index, double longitude, double latitude)
+{
+    if (IsOnGlobe(longitude, latitude, 0.0))
+        addPhoto(index, CAxVector3D(longitude, latitude, d->position ? d->position->z() : 0.0));
+}
+
+void CAxUavNode::slotAddPicPoint(int index, double longitude, double latitude)
+{
+    AddCurrPicPoint(index, longitude, latitude);
+}
+
+void CAxUavNode::CreateReplayPicPoint(const QStringList& points)
+{
+    RemovePicPoint();
+    int refused = 0;
+    for (const QString& point : points) {
+        const QStringList parts = point.split(QLatin1Char(','));
+        bool areNumbers[4] = {};
+        const int index = parts.value(0).trimmed().toInt(&areNumbers[0]);
+        double numbers[3] = {};
+        for (int i = 0; i < 3; ++i)
+            numbers[i] = parts.value(i + 1).trimmed().toDouble(&areNumbers[i + 1]);
+        const bool isPhoto = parts.size() == 4 && areNumbers[0] && areNumbers[1] && areNumbers[2] &&
+                             areNumbers[3] && IsOnGlobe(numbers[0], numbers[1], numbers[2]);
+        if (isPhoto)
+            addPhoto(index, CAxVector3D(numbers[0], numbers[1], numbers[2]));
+        else
+            ++refused;
+    }
+    if (refused > 0)
+        qCWarning(axViewerLog) << refused << "of" << points.size()
+                               << "photo points are no \"index,longitude,latitude,altitude\"";
+}
+
+void CAxUavNode::RemovePicPoint()
+{
+    d->photos.Remove();
+}
+
+void CAxUavNode::VisibleAllPicPoint()
+{
+    d->photos.ShowAll();
+}
+
+void CAxUavNode::SetShootPointVisible(bool visible)
+{
+    d->photos.SetVisible(visible);
+}
+
+int CAxUavNode::GetPicPointCount() const
+{
+    return d->photos.Count();
+}
+
+void CAxUavNode::slotMouseMoved(osg::Vec3d, osg::Vec3d worldCoordPos)
+{
+    if (!d->viewer || d->photos.Count() == 0)
+        return;
+    const std::optional<std::size_t> near =
+        worldCoordPos == osg::Vec3d()
+            ? std::nullopt
+            : d->photos.Near(worldCoordPos, *d->viewer->Scene().View()->getCamera());
+    d->photos.Hover(near, near ? tr("photo %1").arg(QString::number(d->photos.Index(*near))) : QString());
+}
+
+// Video
+
+void CAxUavNode::slotVideoData(quint16 angle, qint8 zoom, quint8, quint8 flag)
+{
+    d->cameraAngle = qrealToIntNumber(angle * DVAngleFactor);
+    d->zoom = zoom;
+    d->videoFlag = flag == 1;
+    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
+    if (!d->footprint && group) {
+        d->footprint = new AxVideoFootprint;
+        d->footprint->setName(d->name + "-Footprint");
+        group->addChild(d->footprint);
+    }
+    if (d->footprint)
+        d->footprint->SetShown(d->videoFlag);
+}
+
+void CAxUavNode::updateFootprint()
+{
+    if (!d->footprint || !d->viewer || !d->position)
+        return;
+    CAxHandleAdapter* current = d->viewer->Objects().Current();
+    CAxBlock* shown = AxBlockOf(current);
+    CAxBlock* block = shown ? CAxBlockManager::instance().GetBlock(shown->GetBlockID()) : nullptr;
+    const int type = block ? static_cast<int>(block->GetBlockType()) : d->blockType;
+    if (type != CAxBlock::VideoBlock) {
+        d->footprint->Clear();
+        return;
+    }
+    AxVideoSight sight;
+    sight.camera = *d->position;
+    // Without a block, over what is below the aircraft.
+    const std::optional<double> ground =
+        d->map ? AxLoadedHeight(*d->map, sight.camera.x(), sight.camera.y()) : std::nullopt;
+    sight.height = block ? block->GetTaskPara()->GetAirLineParam()->GetRelativeFlyHeight()
+                         : sight.camera.z() - ground.value_or(0.0);
+    sight.scale = d->zoom * focalMillimetres * micrometresPerMillimetre / pixelMicrometres;
+    sight.heading = Radian2Angle(d->yaw);
+    sight.cameraAngle = d->cameraAngle;
+    const osg::ref_ptr<osgEarth::MapNode> map = d->map;
+    d->footprint->Add(sight, [map](double longitude, double latitude) {
+        return map ? AxLoadedHeight(*map, longitude, latitude) : std::nullopt;
+    });
+}

@@ -115,6 +115,19 @@ private slots:
 
 private:
     struct State;
+    class Motion;
+
+    void SetAttitude(double roll, double pitch, double yaw);
+    void AddCurrPicPoint(int index, double longitude, double latitude);
+    void CreateFlightPath(float width, const osg::Vec4f& color);
+
+    void advance();
+    void place();
+    void turn();
+    void updateText();
+    void updateFootprint();
+    void addPhoto(int index, const CAxVector3D& place);
+    void apply() const;
 
     const std::unique_ptr<State> d;
 };
