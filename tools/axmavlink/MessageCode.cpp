@@ -2,6 +2,7 @@
 
 #include <QList>
 
+namespace axmavlink {
 namespace {
 const char kWritten[] = "// Written by axmavlink out of messages.json, where changes belong.\n";
 
@@ -119,3 +120,4 @@ QByteArray SourceOf(const std::vector<Message>& messages)
     }
     return code;
 }
+} // namespace axmavlink

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 
+namespace axmavlink {
 namespace {
 constexpr int kMostPayload = 255; // bytes
 constexpr quint32 kLastId = 0xFFFFFF;
@@ -170,3 +171,4 @@ int BaseSizeOf(const Message& message)
 {
     return SizeOfFields(message, false);
 }
+} // namespace axmavlink

@@ -5,6 +5,7 @@
 
 #include <vector>
 
+namespace axmavlink {
 /// A type of MAVLink's and what holds it.
 struct FieldType
 {
@@ -45,3 +46,4 @@ quint8 ExtraCrcOf(const Message& message);
 /// Bytes of payload, with and without extension fields.
 int SizeOf(const Message& message);
 int BaseSizeOf(const Message& message);
+} // namespace axmavlink

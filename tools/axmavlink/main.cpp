@@ -26,10 +26,10 @@ int main(int argc, char** argv)
     if (!input.open(QIODevice::ReadOnly))
         return Fail(table, input.errorString());
     QString fault;
-    const std::vector<Message> messages = ReadMessages(input.readAll(), fault);
+    const std::vector<axmavlink::Message> messages = axmavlink::ReadMessages(input.readAll(), fault);
     if (!fault.isEmpty())
         return Fail(table, fault);
-    const QByteArray codes[] = {HeaderOf(messages), SourceOf(messages)};
+    const QByteArray codes[] = {axmavlink::HeaderOf(messages), axmavlink::SourceOf(messages)};
     for (int i = 0; i < 2; ++i) {
         QFile output(QString::fromLocal8Bit(argv[2 + i]));
         if (!output.open(QIODevice::WriteOnly) || output.write(codes[i]) != codes[i].size() ||
