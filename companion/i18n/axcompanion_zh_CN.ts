@@ -28,8 +28,8 @@
         <translation>着陆航线（%1）未被读入；该任务不含此着陆。</translation>
     </message>
     <message>
-        <source>Heights are metres above the home point. Its altitude, %1 m above the ellipsoid, is written as it is, but other programs take it for metres above the sea.</source>
-        <translation>高度为相对起降点的米数。起降点高程（椭球高 %1 米）按原值写入，但其他程序会将其视为海拔高度。</translation>
+        <source>Heights are metres above the home point. Its altitude, %1 m, is written as the map has it; other programs take it for metres above the sea.</source>
+        <translation>高度为相对起降点的米数。起降点高程（%1 米）按地图高程写入；其他程序会将其视为海拔高度。</translation>
     </message>
     <message>
         <source>Take-off and landing are not in the route; add them in the ground station.</source>
@@ -96,8 +96,8 @@
         <translation>%1 个点的高度未知：它们随地形飞行，或起降点高程未写明。</translation>
     </message>
     <message>
-        <source>Altitudes are shown as the file states them; if another program made it, they count from the sea and not from the ellipsoid.</source>
-        <translation>高度按文件原值显示；如果文件由其他程序生成，则为海拔高度而非椭球高。</translation>
+        <source>Altitudes are shown as the file states them; if another program made it, they count from the sea.</source>
+        <translation>高度按文件原值显示；如果文件由其他程序生成，则为海拔高度。</translation>
     </message>
     <message>
         <source>The format has no place for the name &quot;%1&quot;.</source>
@@ -208,8 +208,8 @@
         <translation>航线中有一个点不在地球上。</translation>
     </message>
     <message>
-        <source>Heights are written above the ellipsoid; programs that read KML take them for metres above the sea.</source>
-        <translation>高度以椭球高写入；读取 KML 的程序会将其视为海拔高度。</translation>
+        <source>Altitudes are written as the map has them; programs that read KML take them for metres above the sea.</source>
+        <translation>高度按地图高程写入；读取 KML 的程序会将其视为海拔高度。</translation>
     </message>
     <message>
         <source>%1 columns instead of %2</source>

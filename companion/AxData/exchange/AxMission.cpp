@@ -58,9 +58,9 @@ QStringList NotesOn(const AxPlanResult& route, const AxPlanRequest& request)
     QStringList notes;
     notes << AxExchangeText(
                  QT_TRANSLATE_NOOP("AxExchange",
-                                   "Heights are metres above the home point. Its altitude, %1 m above "
-                                   "the ellipsoid, is written as it is, but other programs take it "
-                                   "for metres above the sea."))
+                                   "Heights are metres above the home point. Its altitude, %1 m, is "
+                                   "written as the map has it; other programs take it for metres "
+                                   "above the sea."))
                  .arg(QLocale().toString(request.homeAltitude, 'f', 1));
     notes << AxExchangeText(QT_TRANSLATE_NOOP(
         "AxExchange", "Take-off and landing are not in the route; add them in the ground station."));

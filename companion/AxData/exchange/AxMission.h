@@ -88,7 +88,7 @@ struct AXDATA_EXPORT AxExported
 constexpr std::size_t axMostMissionItems = 65535;
 
 /// The mission that flies a planned route: a speed, a waypoint at each point, photos by distance on the
-/// passes. The route's ellipsoid altitudes become heights above the request's home point, so it needs one.
+/// passes. The route's altitudes become heights above the request's home point, so it needs one.
 AXDATA_EXPORT AxMissionRead AxMissionOf(const AxPlanResult& route, const AxPlanRequest& request,
                                         const QString& name);
 

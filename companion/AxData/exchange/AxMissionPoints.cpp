@@ -62,6 +62,6 @@ std::vector<AxPlanPoint> AxPointsOf(const AxMission& mission, QStringList& notes
     notes << AxExchangeText(QT_TRANSLATE_NOOP(
         "AxExchange",
         "Altitudes are shown as the file states them; if another program made it, they count from "
-        "the sea and not from the ellipsoid."));
+        "the sea."));
     return points;
 }

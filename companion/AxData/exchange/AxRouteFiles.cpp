@@ -198,8 +198,8 @@ AxExported AxWriteKml(const AxPlanResult& route, const AxPlanRequest& request, c
     buffer.close();
     file.notes << AxExchangeText(QT_TRANSLATE_NOOP(
                       "AxExchange",
-                      "Heights are written above the ellipsoid; programs that read KML take them for "
-                      "metres above the sea."))
+                      "Altitudes are written as the map has them; programs that read KML take them "
+                      "for metres above the sea."))
                << NoteOnPoints();
     file.notes += NotesOfView(route, request);
     return file;
@@ -211,7 +211,7 @@ AxExported AxWriteCsv(const AxPlanResult& route, const AxPlanRequest& request, c
     file.fault = RouteFault(route);
     if (!file.fault.isEmpty())
         return file;
-    file.data = "kind,pass,longitude,latitude,ellipsoid_altitude_m,heading_deg\r\n";
+    file.data = "kind,pass,longitude,latitude,map_altitude_m,heading_deg\r\n";
     const auto line = [&file](const char* kind, int pass, const RoutePlace& place,
                               const QByteArray& heading) {
         file.data += QByteArray(kind) + ',' + (pass < 0 ? QByteArray() : QByteArray::number(pass + 1)) + ',' +

@@ -3,7 +3,7 @@
 #include <AxData/exchange/AxMission.h>
 
 // A planned route for programs that show it: its points, its photos, its home. No aircraft flies by these
-// files. Heights are metres above the ellipsoid, as planned; a point without one is a fault. Any thread.
+// files. Altitudes are those of the map, as planned; a point without one is a fault. Any thread.
 
 /// KML 2.2: the route as a line with heights, the photos as points in a folder that is closed at first.
 AXDATA_EXPORT AxExported AxWriteKml(const AxPlanResult& route, const AxPlanRequest& request,
