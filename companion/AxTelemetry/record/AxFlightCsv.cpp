@@ -50,6 +50,7 @@ private:
     void SetAttitude(AxFlightSample& sample);
     bool IsWhole(bool isLast);
     void Refuse(const QString& reason);
+    static std::size_t EndOfFlight(const std::vector<AxFlightSample>& samples, std::size_t begin);
     void AddFlights(AxFlightRead& read, int system, std::vector<AxFlightSample>& samples);
 
     AxCsvLayout layout;
@@ -57,7 +58,6 @@ private:
     int lineNumber = 0;
     std::map<int, std::vector<AxFlightSample>> samplesOf; // by the number of the aircraft
     int withoutPlace = 0;
-    int late = 0;
     bool isCut = false;
     bool isAboveSea = false;
 };
@@ -201,23 +201,33 @@ bool TableReader::Take(const QByteArray& line, int number, bool isLast)
     return true;
 }
 
-/// One aircraft's samples as flights: those with a date in order of time, others cut where the clock starts
-/// anew.
+/// How many samples from one on belong to the same flight. A single one that comes late is no new flight.
+std::size_t TableReader::EndOfFlight(const std::vector<AxFlightSample>& samples, std::size_t begin)
+{
+    const auto isBefore = [&](std::size_t i, quint64 newest) {
+        return i >= samples.size() || samples[i].time + restartMilliseconds < newest;
+    };
+    quint64 newest = samples[begin].time;
+    std::size_t end = begin + 1;
+    for (; end < samples.size() && !(isBefore(end, newest) && isBefore(end + 1, newest)); ++end)
+        newest = std::max(newest, samples[end].time);
+    return end;
+}
+
+/// One aircraft's samples as flights, each in order of time: those without a date are cut where the clock
+/// starts anew.
 void TableReader::AddFlights(AxFlightRead& read, int system, std::vector<AxFlightSample>& samples)
 {
-    if (std::all_of(samples.begin(), samples.end(),
-                    [](const auto& sample) { return AxHasDate(sample.time); }))
-        std::stable_sort(samples.begin(), samples.end(),
-                         [](const auto& a, const auto& b) { return a.time < b.time; });
+    const bool isDated = std::all_of(samples.begin(), samples.end(),
+                                     [](const auto& sample) { return AxHasDate(sample.time); });
     for (std::size_t begin = 0; begin < samples.size();) {
-        std::size_t end = begin;
+        const std::size_t end = isDated ? samples.size() : EndOfFlight(samples, begin);
+        const auto at = [&](std::size_t i) { return samples.begin() + static_cast<std::ptrdiff_t>(i); };
+        std::stable_sort(at(begin), at(end), [](const auto& a, const auto& b) { return a.time < b.time; });
         std::vector<quint64> steps;
-        quint64 newest = samples[begin].time;
-        for (; end < samples.size() && samples[end].time + restartMilliseconds >= newest; ++end)
-            if (samples[end].time > newest) {
-                steps.push_back(samples[end].time - newest);
-                newest = samples[end].time;
-            }
+        for (std::size_t i = begin + 1; i < end; ++i)
+            if (samples[i].time > samples[i - 1].time)
+                steps.push_back(samples[i].time - samples[i - 1].time);
         // What is written every ten seconds has no gap after each line.
         quint64 silence = 3000;
         if (!steps.empty()) {
@@ -229,7 +239,7 @@ void TableReader::AddFlights(AxFlightRead& read, int system, std::vector<AxFligh
         flight->systemId = system;
         flight->Reserve(end - begin);
         for (; begin < end; ++begin)
-            late += flight->AddSample(samples[begin]) ? 0 : 1;
+            flight->AddSample(samples[begin]);
         read.flights.push_back(flight);
     }
 }
@@ -257,11 +267,6 @@ AxFlightRead TableReader::Finish()
                                                      "%1 lines without a time, a place on the globe or an "
                                                      "altitude are left out."))
                           .arg(withoutPlace);
-    if (late > 0)
-        read.notes << AxRecordText(
-                          QT_TRANSLATE_NOOP("AxRecord",
-                                            "%1 lines that are older than the line before are left out."))
-                          .arg(late);
     if (isCut)
         read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord", "The last line is cut and left out."));
     if (isAboveSea && !AxGeoidFault().isEmpty())

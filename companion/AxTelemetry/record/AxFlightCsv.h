@@ -14,8 +14,9 @@ class QIODevice;
 /// are a fault. Altitudes above the sea become altitudes above the ellipsoid by the geoid (AxGeoid.h).
 ///
 /// A column that is missing is a fault that names it, a cell that is no number one that names its line. Lines
-/// without a place, a time or an altitude are left out; a last line that is cut, too; notes say so. Where
-/// times without a date start anew, another flight begins. Reads the device in pieces; any thread.
+/// without a place, a time or an altitude are left out; a last line that is cut, too; notes say so. Lines
+/// that come late are put in order. Where times without a date start anew, another flight begins. Reads the
+/// device in pieces; any thread.
 AXTELEMETRY_EXPORT AxFlightRead AxReadFlightCsv(QIODevice& device, const AxReadProgress& progress = {});
 
 /// The samples of a flight as such a table: t_ms,lat,lon,alt_amsl,alt_rel,hdg and, behind these,
