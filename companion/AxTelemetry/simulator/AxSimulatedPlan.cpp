@@ -51,7 +51,9 @@ double AxSimulatedVehicle::Flight::groundBelow(const AxPlace& place) const
 AxPlace AxSimulatedVehicle::Flight::placeOf(const AxMissionItem& item) const
 {
     AxPlace place = m_body.place;
-    if (AxIsOnGlobe(item.latitude, item.longitude)) {
+    // Both open, or both zero as ArduPilot has it: where the aircraft is.
+    const bool isOpen = item.latitude == 0.0 && item.longitude == 0.0;
+    if (!isOpen && AxIsOnGlobe(item.latitude, item.longitude)) {
         place.latitude = item.latitude;
         place.longitude = item.longitude;
     }
