@@ -1,7 +1,6 @@
 #include "mission/routes/CAxTaskLable.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
-#include "scene/base/AxFonts.h"
 #include "scene/base/AxSceneImage.h"
 #include "scene/base/AxShortName.h"
 
@@ -16,7 +15,10 @@
 #include <osgEarth/Registry>
 #include <osgEarth/ScreenSpaceLayout>
 #include <osgEarthAnnotation/GeoPositionNode>
-#include <osgText/Text>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthSymbology/BBoxSymbol>
+#include <osgEarthSymbology/Color>
+#include <osgEarthSymbology/TextSymbol>
 
 #include <QHash>
 #include <QPointer>
@@ -27,13 +29,17 @@
 #include <cmath>
 
 using osgEarth::Annotation::GeoPositionNode;
+using osgEarth::Annotation::LabelNode;
+using osgEarth::Symbology::BBoxSymbol;
+using osgEarth::Symbology::Color;
+using osgEarth::Symbology::Style;
+using osgEarth::Symbology::TextSymbol;
 
 namespace {
 // Pixels round the place where the label hangs, y upwards.
 constexpr float lableHalfWidth = 64.0f;
 constexpr float lableNameHeight = 24.0f;
 constexpr float lableNameMiddle = -12.0f;
-constexpr float lableNameDescent = 5.0f; // of the base line below the middle of letters
 constexpr float lableFirstButton = -44.0f;
 constexpr float lableButtonStep = -32.0f;
 constexpr float lableButtonHalf = 16.0f; // as large as its picture, whose rim is empty
@@ -51,6 +57,20 @@ QString LableImage(int button, const char* state)
 {
     return QStringLiteral(":/images/Normal/map_airline_show/lineares_flight_lean_mis%1_but_%2.png")
         .arg(QString::number(button), QLatin1String(state));
+}
+
+Style NameStyle()
+{
+    Style style;
+    auto* text = style.getOrCreate<TextSymbol>();
+    text->font() = "msyh.ttc";
+    text->size() = lableTextSize;
+    text->alignment() = TextSymbol::ALIGN_CENTER_CENTER;
+    text->pixelOffset() = osg::Vec2s(0, static_cast<short>(lableNameMiddle));
+    text->fill()->color() = Color(lableWhite);
+    text->halo()->color() = Color(lableWhite.r(), lableWhite.g(), lableWhite.b(), 0.0f);
+    text->declutter() = false;
+    return style;
 }
 
 /// By its kind, drawables of other labels are told from those of this one.
@@ -125,7 +145,12 @@ struct CAxTaskLable::Parts
     std::array<osg::ref_ptr<osg::Geometry>, 3> buttons;
     std::array<QString, 3> images; ///< that the buttons show
     osg::ref_ptr<osg::Geometry> panel;
-    osg::ref_ptr<osgText::Text> text;
+    osg::ref_ptr<LabelNode> name; ///< null without a map
+    osg::Drawable* nameDrawable() const
+    {
+        osg::Geode* text = name ? name->getPositionAttitudeTransform()->getChild(0)->asGeode() : nullptr;
+        return text && text->getNumDrawables() > 0 ? text->getDrawable(0) : nullptr;
+    }
     bool areButtonsShown = true;
     int hovered = 1; ///< button 1 starts marked
     int pressed = 0;
@@ -159,27 +184,20 @@ CAxTaskLable::CAxTaskLable(CAxEarthViewer* viewer, const QString& name, const os
         d->buttons[n] = button;
     }
     showStates();
-    d->text = new osgText::Text;
-    d->text->setName("TaskLable-Name");
-    d->text->setFont(AxSceneFont());
-    d->text->setCharacterSize(lableTextSize);
-    d->text->setFontResolution(unsigned(lableTextSize), unsigned(lableTextSize));
-    d->text->setAxisAlignment(osgText::Text::XY_PLANE);
-    d->text->setAlignment(osgText::Text::LEFT_BASE_LINE);
-    d->text->setColor(lableWhite);
-    LayOut(d->text);
-    d->geode->addDrawable(d->text);
-    UpdateTxt(name);
     ResetRenderSort();
+    drawPanel();
 
     if (!d->viewer)
         return;
     if (osgEarth::MapNode* mapNode = d->viewer->Scene().MapNode()) {
+        d->name = new LabelNode(mapNode, position, std::string(), osgEarth::Symbology::Style());
+        d->root->addChild(d->name);
         d->anchor = new GeoPositionNode(mapNode, position);
         d->anchor->getPositionAttitudeTransform()->addChild(d->link);
         d->anchor->getPositionAttitudeTransform()->addChild(d->geode);
         d->root->addChild(d->anchor);
         UpdateLinkLine(link);
+        UpdateTxt(name);
         // Where the engine draws by programs alone, textures need one.
         osgEarth::Registry::shaderGenerator().run(d->geode);
     }
@@ -235,29 +253,47 @@ void CAxTaskLable::SetLinkVisible(bool visible)
 
 void CAxTaskLable::UpdateTxt(const QString& text)
 {
-    d->text->setText(AxShortName(text, lableMostLetters).toStdString(), osgText::String::ENCODING_UTF8);
-    // Whole pixels: letters between two of them are blurred.
-    d->text->setPosition(osg::Vec3f());
-    const osg::BoundingBox name = d->text->getBoundingBox();
-    const float left = name.valid() ? -std::round(name.center().x()) : 0.0f;
-    d->text->setPosition({left, lableNameMiddle - lableNameDescent, 0.0f});
+    if (!d->name)
+        return;
+    d->name->setText(AxShortName(text, lableMostLetters).toStdString());
     drawPanel();
 }
 
+// Without buttons the panel is a part of the name, so that the labels of many routes are drawn in one go.
 void CAxTaskLable::drawPanel()
 {
+    if (d->panel)
+        d->geode->removeDrawable(d->panel);
+    d->panel = nullptr;
+    Style style = NameStyle();
+    float half = lableHalfWidth;
+    if (d->name) {
+        d->name->setStyle(style);
+        if (const osg::Drawable* name = d->nameDrawable()) {
+            const osg::BoundingBox box = name->getBoundingBox();
+            half = std::max(half, 0.5f * (box.xMax() - box.xMin()) + lableMargin);
+        }
+    }
+    if (!d->areButtonsShown) {
+        auto* plate = style.getOrCreate<BBoxSymbol>();
+        plate->fill()->color() = Color(lablePanelColor);
+        plate->border()->color() = Color(lableRimColor);
+        plate->margin() = 0.0f;
+        plate->leastSize() = osg::Vec2f(2.0f * half, lableNameHeight);
+        if (d->name)
+            d->name->setStyle(style);
+    }
+    if (osg::Drawable* name = d->nameDrawable())
+        name->setName("TaskLable-Name");
+    if (!d->areButtonsShown)
+        return;
     osg::ref_ptr<osg::Geometry> panel = new osg::Geometry;
     panel->setName("TaskLable-Panel");
     panel->setUseDisplayList(false);
     panel->setUseVertexBufferObjects(true);
     panel->setVertexArray(new osg::Vec3Array);
     panel->setColorArray(new osg::Vec4Array, osg::Array::BIND_PER_VERTEX);
-    const osg::BoundingBox name = d->text->getBoundingBox();
-    const float half = name.valid()
-                           ? std::max(lableHalfWidth, 0.5f * (name.xMax() - name.xMin()) + lableMargin)
-                           : lableHalfWidth;
-    const float bottom =
-        d->areButtonsShown ? lableFirstButton + 2.5f * lableButtonStep - 4.0f : -lableNameHeight;
+    const float bottom = lableFirstButton + 2.5f * lableButtonStep - 4.0f;
     AddRectangle(*panel, -half - lableRim, bottom - lableRim, -half, lableRim, lableRimColor);
     AddRectangle(*panel, half, bottom - lableRim, half + lableRim, lableRim, lableRimColor);
     AddRectangle(*panel, -half, bottom - lableRim, half, bottom, lableRimColor);
@@ -268,9 +304,7 @@ void CAxTaskLable::drawPanel()
     LayOut(panel);
     if (d->anchor)
         osgEarth::Registry::shaderGenerator().run(panel);
-    // A new drawable: the layout puts those that it drew before on top, and buttons may be new as well.
-    if (d->panel)
-        d->geode->removeDrawable(d->panel);
+    // A new drawable: the layout puts those that it drew before on top, and name and buttons may be new.
     d->geode->addDrawable(panel);
     d->panel = panel;
 }
@@ -313,7 +347,7 @@ int CAxTaskLable::buttonOf(const osg::Drawable* drawable) const
     // Two tasks may share a name or have none, which is that of many nodes.
     const bool isNamesake = !d->root->getName().empty() && parent->getName() == d->root->getName() &&
                             !dynamic_cast<const LableGeode*>(parent);
-    if (parent != d->geode && !isNamesake)
+    if (parent != d->geode && drawable != d->nameDrawable() && !isNamesake)
         return 0;
     if (drawable == d->buttons[0])
         return 1;

@@ -18,7 +18,8 @@ PointSymbol::PointSymbol(const PointSymbol& rhs, const osg::CopyOp& copyop)
 }
 
 BBoxSymbol::BBoxSymbol(const BBoxSymbol& rhs, const osg::CopyOp& copyop)
-    : Symbol(rhs, copyop), _fill(rhs._fill), _margin(rhs._margin)
+    : Symbol(rhs, copyop), _fill(rhs._fill), _border(rhs._border), _margin(rhs._margin),
+      _leastSize(rhs._leastSize)
 {
 }
 

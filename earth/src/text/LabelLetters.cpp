@@ -109,7 +109,7 @@ public:
         _fills->assign(_quads.corners->size(), fill);
         _halos->assign(_quads.corners->size(), halo);
         if (plate && plate->fill().isSet() && plate->fill()->color().a() > 0.0f)
-            addPlate(plate->fill()->color(), std::round(plate->margin().value()));
+            addPlate(*plate);
         setVertexArray(_quads.corners.get());
         setTexCoordArray(0, _quads.places.get(), osg::Array::BIND_PER_VERTEX);
         setColorArray(_fills.get(), osg::Array::BIND_PER_VERTEX);
@@ -163,18 +163,38 @@ private:
         _box.expandBy(low + osg::Vec3f(glyph.width - rim, glyph.height - rim, 0.0f));
     }
     /// Behind the letters: they are drawn in order.
-    void addPlate(const osg::Vec4f& color, float margin)
+    void addPlate(const BBoxSymbol& plate)
     {
-        const osg::Vec3f grown(margin, margin, 0.0f);
+        const float margin = std::round(plate.margin().value());
+        osg::Vec3f grown(margin, margin, 0.0f);
+        if (plate.leastSize().isSet()) {
+            const osg::Vec3f missing = osg::Vec3f(*plate.leastSize(), 0.0f) - (_box._max - _box._min);
+            grown.x() = std::max(grown.x(), std::round(0.5f * missing.x()));
+            grown.y() = std::max(grown.y(), std::round(0.5f * missing.y()));
+        }
         _box = osg::BoundingBox(_box._min - grown, _box._max + grown);
+        const osg::BoundingBox b = _box;
+        addArea(b.xMin(), b.yMin(), b.xMax(), b.yMax(), plate.fill()->color());
+        if (!plate.border().isSet())
+            return;
+        const osg::Vec4f rim = plate.border()->color();
+        addArea(b.xMin() - 1.0f, b.yMin() - 1.0f, b.xMax() + 1.0f, b.yMin(), rim);
+        addArea(b.xMin() - 1.0f, b.yMax(), b.xMax() + 1.0f, b.yMax() + 1.0f, rim);
+        addArea(b.xMin() - 1.0f, b.yMin(), b.xMin(), b.yMax(), rim);
+        addArea(b.xMax(), b.yMin(), b.xMax() + 1.0f, b.yMax(), rim);
+        _box.expandBy(osg::Vec3f(b.xMin() - 1.0f, b.yMin() - 1.0f, 0.0f));
+        _box.expandBy(osg::Vec3f(b.xMax() + 1.0f, b.yMax() + 1.0f, 0.0f));
+    }
+    void addArea(float left, float bottom, float right, float top, const osg::Vec4f& color)
+    {
         // Each of its corners is in the middle of a mark, where that covers everything.
         GlyphAtlas::Glyph full = _letters->atlas.dot();
         full.u0 = full.u1 = 0.5f * (full.u0 + full.u1);
         full.v0 = full.v1 = 0.5f * (full.v0 + full.v1);
-        full.left = _box.xMin();
-        full.bottom = _box.yMin();
-        full.width = _box.xMax() - _box.xMin();
-        full.height = _box.yMax() - _box.yMin();
+        full.left = left;
+        full.bottom = bottom;
+        full.width = right - left;
+        full.height = top - bottom;
         _quads.add(full, osg::Vec2f());
         std::rotate(_quads.indices->begin(), _quads.indices->end() - 6, _quads.indices->end());
         _fills->resize(_quads.corners->size(), color);
