@@ -494,6 +494,93 @@
     </message>
 </context>
 <context>
+    <name>AxSimulator</name>
+    <message>
+        <source>The ground is not known: heights above it are taken for heights above home.</source>
+        <translation>地面高程未知：相对地面的高度按相对起飞点的高度处理。</translation>
+    </message>
+    <message>
+        <source>A new mission: flown from its beginning.</source>
+        <translation>收到新任务：从头开始飞行。</translation>
+    </message>
+    <message>
+        <source>Armed.</source>
+        <translation>已解锁。</translation>
+    </message>
+    <message>
+        <source>Disarmed.</source>
+        <translation>已上锁。</translation>
+    </message>
+    <message>
+        <source>Item %1 lacks a number and is passed over.</source>
+        <translation>第 %1 项缺少数值，已跳过。</translation>
+    </message>
+    <message>
+        <source>Item %1: the command %2 is passed over.</source>
+        <translation>第 %1 项：命令 %2 已跳过。</translation>
+    </message>
+    <message>
+        <source>Landed and disarmed.</source>
+        <translation>已着陆并上锁。</translation>
+    </message>
+    <message>
+        <source>Not armed: no position yet.</source>
+        <translation>未解锁：尚无位置。</translation>
+    </message>
+    <message>
+        <source>Not armed: the battery is low.</source>
+        <translation>未解锁：电量低。</translation>
+    </message>
+    <message>
+        <source>Not disarmed: the aircraft is in the air.</source>
+        <translation>未上锁：飞机在空中。</translation>
+    </message>
+    <message>
+        <source>Returning home.</source>
+        <translation>正在返航。</translation>
+    </message>
+    <message>
+        <source>Simulator</source>
+        <translation>模拟器</translation>
+    </message>
+    <message>
+        <source>Taking off.</source>
+        <translation>正在起飞。</translation>
+    </message>
+    <message>
+        <source>The aircraft has hit the ground.</source>
+        <translation>飞机已撞地。</translation>
+    </message>
+    <message>
+        <source>The aircraft still rolls.</source>
+        <translation>飞机仍在滑行。</translation>
+    </message>
+    <message>
+        <source>The battery is empty: landing here.</source>
+        <translation>电量耗尽：就地降落。</translation>
+    </message>
+    <message>
+        <source>The battery is low.</source>
+        <translation>电量低。</translation>
+    </message>
+    <message>
+        <source>The mission has no place to start from.</source>
+        <translation>任务没有可起飞的位置。</translation>
+    </message>
+    <message>
+        <source>The mission is flown.</source>
+        <translation>任务已完成。</translation>
+    </message>
+    <message>
+        <source>The mission jumps without flying anywhere.</source>
+        <translation>任务只有跳转，没有飞行。</translation>
+    </message>
+    <message>
+        <source>Waypoint %1 was missed by %2 m.</source>
+        <translation>航点 %1 偏离 %2 米，未能到达。</translation>
+    </message>
+</context>
+<context>
     <name>AxZoneQuery</name>
     <message>
         <source>The database is damaged: %1.</source>
