@@ -90,7 +90,11 @@ void AxTlogRecorder::write()
 {
     if (m_waiting.isEmpty())
         return;
-    if (m_file.write(m_waiting) != m_waiting.size()) {
+    // Of a disk that is nearly full a part is taken first; only the next attempt says why.
+    qint64 done = 0;
+    for (qint64 part = 0; done < m_waiting.size() && part >= 0; done += qMax<qint64>(part, 0))
+        part = m_file.write(m_waiting.constData() + done, m_waiting.size() - done);
+    if (done < m_waiting.size()) {
         m_fault = RecorderText(QT_TRANSLATE_NOOP("AxTlogRecorder", "The record ends here: %1: %2"))
                       .arg(QDir::toNativeSeparators(m_path), m_file.errorString());
         qCWarning(axTelemetryLog, "%s", qUtf8Printable(m_fault));

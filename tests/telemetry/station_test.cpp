@@ -1,0 +1,320 @@
+// A ground station, on real sockets of the loopback interface where sockets matter.
+#include "MemoryLink.h"
+
+#include <AxTelemetry/link/AxSerialLink.h>
+#include <AxTelemetry/link/AxTcpLink.h>
+#include <AxTelemetry/link/AxUdpLink.h>
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QtEndian>
+#include <QTest>
+#include <QUdpSocket>
+
+#include <gtest/gtest.h>
+
+namespace {
+template <typename Predicate> bool waitUntil(Predicate predicate)
+{
+    return QTest::qWaitFor(predicate, 20000);
+}
+
+QByteArray BeatOf(quint8 systemId, quint8 type = 2)
+{
+    AxMavHeartbeat beat;
+    beat.type = type;
+    beat.autopilot = 3;
+    return AxMavWriter(systemId, 1).Write(beat);
+}
+
+QByteArray PlaceOf(quint8 systemId, double latitude)
+{
+    AxMavGlobalPositionInt position;
+    position.lat = static_cast<qint32>(latitude * 1e7);
+    position.lon = 80000000;
+    return AxMavWriter(systemId, 1).Write(position);
+}
+
+QByteArray Noise(int size)
+{
+    QByteArray noise(size, Qt::Uninitialized);
+    QRandomGenerator random(5);
+    for (char& byte : noise)
+        byte = static_cast<char>(random.bounded(256));
+    return noise;
+}
+
+/// Messages that a peer of a station has got, by number.
+int CountOf(const QByteArray& bytes, quint32 messageId)
+{
+    int count = 0;
+    AxMavParser parser;
+    const auto take = [&](const AxMavFrame& frame) { count += frame.messageId == messageId ? 1 : 0; };
+    parser.Feed(bytes, take);
+    parser.Flush(take);
+    return count;
+}
+} // namespace
+
+TEST(Station, HearsAircraftOverUdpAndAnswers)
+{
+    auto* const link = new AxUdpLink(0);
+    AxMavlinkStation station{std::unique_ptr<AxTelemetryLink>(link)};
+    QString fault;
+    ASSERT_TRUE(station.Open(&fault)) << fault.toStdString();
+    QUdpSocket peers[2];
+    for (quint8 i = 0; i < 2; ++i) {
+        ASSERT_TRUE(peers[i].bind(QHostAddress(QHostAddress::LocalHost), 0));
+        const auto say = [&](const QByteArray& bytes) {
+            peers[i].writeDatagram(bytes, QHostAddress(QHostAddress::LocalHost), link->Port());
+        };
+        say(BeatOf(250, 6)); // another ground station
+        say(BeatOf(i + 1, i == 0 ? 1 : 2));
+        say(PlaceOf(i + 1, 47.0 + i));
+    }
+    const auto isFlying = [&](int system) {
+        return station.AircraftOf(system) && station.AircraftOf(system)->State().latitude;
+    };
+    ASSERT_TRUE(waitUntil([&] { return isFlying(1) && isFlying(2); }));
+    EXPECT_EQ(station.Aircraft().size(), 2);
+    EXPECT_NEAR(*station.AircraftOf(1)->State().latitude, 47.0, 1e-6);
+    EXPECT_NEAR(*station.AircraftOf(2)->State().latitude, 48.0, 1e-6);
+    EXPECT_EQ(station.AircraftOf(1)->State().planeType, PlaneFixedWing);
+    for (QUdpSocket& peer : peers) {
+        QByteArray got;
+        EXPECT_TRUE(waitUntil([&] {
+            while (peer.hasPendingDatagrams()) {
+                QByteArray datagram(static_cast<int>(peer.pendingDatagramSize()), Qt::Uninitialized);
+                peer.readDatagram(datagram.data(), datagram.size());
+                got += datagram;
+            }
+            return CountOf(got, AxMavHeartbeat::id) > 0 && CountOf(got, AxMavCommandLong::id) > 0;
+        })) << "a heartbeat, and requests for data";
+    }
+}
+
+TEST(Station, ConnectsAgainOverTcp)
+{
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    auto* const link = new AxTcpLink(QStringLiteral("127.0.0.1"), server.serverPort());
+    link->SetRetry(10);
+    AxMavlinkStation station{std::unique_ptr<AxTelemetryLink>(link)};
+    QSignalSpy faults(&station, &AxMavlinkStation::signalFault);
+    QString fault;
+    ASSERT_TRUE(station.Open(&fault));
+    for (quint8 round = 1; round <= 2; ++round) {
+        ASSERT_TRUE(waitUntil([&] { return server.hasPendingConnections(); }));
+        QTcpSocket* const peer = server.nextPendingConnection();
+        const QByteArray beat = BeatOf(round);
+        const quint64 before = station.Counts().bytes;
+        peer->write(beat.left(5)); // cut anywhere
+        peer->flush();
+        ASSERT_TRUE(waitUntil([&] { return station.Counts().bytes > before; }));
+        peer->write(beat.mid(5));
+        ASSERT_TRUE(waitUntil([&] { return station.AircraftOf(round) != nullptr; }));
+        EXPECT_EQ(link->GetPhase(), AxTelemetryLink::Phase::Open);
+        peer->close();
+        ASSERT_TRUE(waitUntil([&] { return faults.size() == round; }));
+        EXPECT_TRUE(faults.last()[0].toString().contains(QLatin1String("closed the connection")));
+    }
+    EXPECT_TRUE(waitUntil([&] { return link->GetPhase() == AxTelemetryLink::Phase::Open; }));
+    station.Close();
+    EXPECT_EQ(link->GetPhase(), AxTelemetryLink::Phase::Closed);
+    EXPECT_FALSE(station.AircraftOf(1)->State().isHeard);
+}
+
+TEST(Station, SaysWhyALinkDoesNotOpen)
+{
+    QUdpSocket taken;
+    ASSERT_TRUE(taken.bind(QHostAddress(QHostAddress::AnyIPv4), 0, QUdpSocket::DontShareAddress));
+    QTcpServer gone;
+    ASSERT_TRUE(gone.listen(QHostAddress::LocalHost));
+    const quint16 nobody = gone.serverPort();
+    gone.close();
+    const QString host = QStringLiteral("127.0.0.1");
+    const struct
+    {
+        AxTelemetryLink* link;
+        QString fault;
+        AxTelemetryLink::Phase phase;
+    } rows[] = {
+        {new AxUdpLink(taken.localPort()),
+         QStringLiteral("UDP %1: another program uses the port").arg(taken.localPort()),
+         AxTelemetryLink::Phase::Closed},
+        {new AxTcpLink(host, nobody), QStringLiteral("TCP 127.0.0.1:%1: nobody listens there").arg(nobody),
+         AxTelemetryLink::Phase::Waiting},
+        {new AxTcpLink(host, 0), QStringLiteral("TCP 127.0.0.1:0: a host and a port are needed"),
+         AxTelemetryLink::Phase::Closed},
+        {new AxSerialLink(QStringLiteral("noSuchPort"), 57600),
+         QStringLiteral("noSuchPort (57600): there is no such port"), AxTelemetryLink::Phase::Closed},
+    };
+    for (const auto& row : rows) {
+        AxMavlinkStation station{std::unique_ptr<AxTelemetryLink>(row.link)};
+        QSignalSpy faults(&station, &AxMavlinkStation::signalFault);
+        QString fault;
+        if (station.Open(&fault)) {
+            EXPECT_TRUE(waitUntil([&] { return !faults.isEmpty(); })) << row.fault.toStdString();
+            fault = faults.value(0).value(0).toString();
+        }
+        EXPECT_EQ(fault, row.fault);
+        EXPECT_EQ(row.link->GetPhase(), row.phase) << row.fault.toStdString();
+        station.Close();
+        EXPECT_EQ(row.link->GetPhase(), AxTelemetryLink::Phase::Closed);
+    }
+}
+
+TEST(Station, TellsALostLinkAfterThreeSeconds)
+{
+    MemoryStation flight;
+    flight.Open();
+    QSignalSpy lost(&flight.Aircraft(), &AxTelemetrySource::signalLinkLost);
+    QSignalSpy back(&flight.Aircraft(), &AxTelemetrySource::signalLinkBack);
+    flight.Pass(2900);
+    EXPECT_EQ(lost.size(), 0);
+    flight.Pass(5000);
+    EXPECT_EQ(lost.size(), 1);
+    EXPECT_FALSE(flight.Aircraft().State().isHeard);
+    EXPECT_EQ(flight.Aircraft().State().HeardAgo(flight.now), 7900);
+    flight.Beat();
+    flight.Pass(1000);
+    EXPECT_EQ(back.size(), 1);
+    EXPECT_TRUE(flight.Aircraft().State().isHeard);
+    EXPECT_EQ(lost.size(), 1);
+    flight.station.Close();
+    EXPECT_EQ(lost.size(), 2);
+    flight.Open();
+    EXPECT_EQ(back.size(), 2);
+    EXPECT_EQ(flight.station.Aircraft().size(), 1);
+}
+
+TEST(Station, FindsFramesInAMillionBytesOfNoise)
+{
+    MemoryStation flight;
+    flight.Open();
+    const QByteArray noise = Noise(1000000);
+    for (int i = 0; i < noise.size(); i += 1000) {
+        emit flight.link->signalBytes(noise.mid(i, 1000));
+        if (i % 100000 == 0)
+            emit flight.link->signalBytes(PlaceOf(1, 40.0 + i * 1e-5));
+    }
+    ASSERT_EQ(flight.station.Aircraft().size(), 1) << "noise is no aircraft";
+    EXPECT_NEAR(*flight.Aircraft().State().latitude, 49.0, 1e-6);
+    EXPECT_EQ(flight.Aircraft().State().framesHeard, 11u);
+    EXPECT_GT(flight.station.Counts().garbageBytes, 990000u);
+}
+
+TEST(Station, CountsFramesThatAreMissing)
+{
+    MemoryStation flight;
+    flight.Open();
+    QSignalSpy counts(&flight.station, &AxMavlinkStation::signalCounts);
+    for (int i = 0; i < 3; ++i) {
+        flight.aircraft.Write(AxMavHeartbeat()); // never arrives
+        flight.Beat();
+    }
+    flight.Pass(1000);
+    EXPECT_EQ(flight.Aircraft().State().framesLost, 3u);
+    EXPECT_EQ(flight.station.Counts().lost, 3u);
+    EXPECT_EQ(counts.size(), 1);
+}
+
+TEST(Station, TakesSignedFramesByTheKeyOnly)
+{
+    const QByteArray key(32, 'k');
+    const struct
+    {
+        QByteArray station, aircraft;
+        bool isHeard;
+    } rows[] = {{key, key, true}, {key, {}, false}, {{}, key, false}, {key, QByteArray(32, 'x'), false}};
+    for (const auto& row : rows) {
+        MemoryStation flight;
+        EXPECT_TRUE(flight.station.SetKey(row.station));
+        EXPECT_FALSE(flight.station.SetKey(QByteArray(31, 'k')));
+        flight.aircraft.SetKey(row.aircraft, 0);
+        flight.Open();
+        EXPECT_EQ(flight.station.Aircraft().size(), row.isHeard ? 1 : 0);
+        EXPECT_EQ(flight.station.Counts().refusedSignatures, row.isHeard ? 0u : 1u);
+    }
+}
+
+TEST(Station, RepeatsCommandsUntilTheyAreAnswered)
+{
+    const struct
+    {
+        int answer; // MAV_RESULT; -1: none
+        int sent;
+        const char* fault;
+    } rows[] = {{0, 1, ""}, {2, 1, "The aircraft refuses."}, {-1, 3, "The aircraft does not answer."}};
+    for (const auto& row : rows) {
+        MemoryStation flight;
+        flight.Open();
+        int sent = 0;
+        flight.link->written = [&](const AxMavFrame& frame) {
+            AxMavCommandLong command;
+            if (!AxMavDecode(frame, command) || command.command != 400)
+                return;
+            EXPECT_EQ(command.param1, 1.0f);
+            EXPECT_EQ(command.confirmation, sent++);
+            AxMavCommandAck answer;
+            answer.command = 400;
+            answer.result = static_cast<quint8>(row.answer);
+            if (row.answer >= 0)
+                flight.Say(answer);
+        };
+        QSignalSpy answers(&flight.Aircraft(), &AxMavlinkAircraft::signalCommand);
+        flight.Aircraft().Arm(true);
+        flight.Pass(10000);
+        ASSERT_EQ(answers.size(), 1);
+        EXPECT_EQ(answers[0][1].toString().toStdString(), row.fault);
+        EXPECT_EQ(sent, row.sent);
+    }
+}
+
+TEST(Station, RecordsFromTheFirstByte)
+{
+    const QTemporaryDir folder;
+    MemoryStation flight;
+    flight.station.SetRecordFolder(folder.filePath(QStringLiteral("flights")));
+    QString fault;
+    flight.station.Open(&fault);
+    flight.Pass(3000);
+    EXPECT_EQ(flight.station.Recorder().File(), QString()) << "nothing was heard yet";
+    const QByteArray beat = BeatOf(1);
+    emit flight.link->signalBytes(beat);
+    const qint64 heard = flight.now;
+    flight.Pass(1000);
+    QFile file(flight.station.Recorder().File()); // as after a crash: nothing was closed
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+    EXPECT_TRUE(file.fileName().endsWith(QLatin1String("Z_Memory.tlog"))) << file.fileName().toStdString();
+    const QByteArray record = file.readAll();
+    EXPECT_EQ(qFromBigEndian<qint64>(record.constData()), heard * 1000);
+    EXPECT_EQ(record.mid(8, beat.size()), beat);
+    const QString first = file.fileName();
+    flight.now -= 1000; // opened again within the same second
+    flight.station.Close();
+    flight.Open();
+    flight.station.Close();
+    EXPECT_NE(flight.station.Recorder().File(), first);
+    EXPECT_EQ(QDir(folder.filePath(QStringLiteral("flights"))).entryList(QDir::Files).size(), 2);
+}
+
+TEST(Station, FliesOnWithoutARecord)
+{
+    const QTemporaryDir folder;
+    QFile inTheWay(folder.filePath(QStringLiteral("file")));
+    ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+    MemoryStation flight;
+    QSignalSpy faults(&flight.station, &AxMavlinkStation::signalFault);
+    flight.station.SetRecordFolder(inTheWay.fileName() + QStringLiteral("/flights"));
+    flight.Open();
+    flight.Beat();
+    flight.Pass(5000);
+    EXPECT_EQ(faults.size(), 1);
+    EXPECT_TRUE(faults.value(0).value(0).toString().contains(QLatin1String("The flight is not recorded")));
+    EXPECT_EQ(flight.Aircraft().State().framesHeard, 2u);
+}
