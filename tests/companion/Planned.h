@@ -35,15 +35,11 @@ struct RandomBlock
     double Within(double from, double to) { return std::uniform_real_distribution<double>(from, to)(random); }
     QList<QPointF> Star(int corners, double size)
     {
-        const double perDegree = 111320.0;
         QList<QPointF> ring;
         for (int i = 0; i < corners; ++i) {
             const double angle = 2.0 * pi * (i + Within(-0.3, 0.3)) / corners;
-            const double away = size * Within(0.35, 1.0) / perDegree;
-            double longitude = middle.x() + away * std::cos(angle) / std::cos(middle.y() * pi / 180.0);
-            if (longitude > 180.0)
-                longitude -= 360.0;
-            ring += QPointF(longitude, middle.y() + away * std::sin(angle));
+            const double away = size * Within(0.35, 1.0);
+            ring += AxPlanPlane({middle}).ToLngLat({away * std::cos(angle), away * std::sin(angle)});
         }
         return ring;
     }

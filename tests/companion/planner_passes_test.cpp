@@ -358,7 +358,6 @@ TEST(PlannerPasses, RefusesWhatAllowsNoRouteAndSaysWhy)
         void (*spoil)(AxPlanRequest&);
     } rows[] = {
         {"side overlap", [](AxPlanRequest& r) { r.sideOverlap = 1.0; }},
-        {"forward overlap", [](AxPlanRequest& r) { r.forwardOverlap = 1.2; }},
         {"forward overlap", [](AxPlanRequest& r) { r.forwardOverlap = nan; }},
         {"height", [](AxPlanRequest& r) { r.height = -5.0; }},
         {"height", [](AxPlanRequest& r) { r.height = 0.0; }},

