@@ -102,7 +102,7 @@ TEST(PlanCoverage, TiltedLensesShowWhatAPinholeCameraShows)
         double wrong = 0.0, right = 0.0;
         for (std::size_t i = 0; i < shown.photos.size(); ++i) {
             const auto column = static_cast<double>(i % shown.columns);
-            const auto row = static_cast<double>(i / shown.columns);
+            const auto row = (static_cast<double>(i) - column) / shown.columns;
             const bool isShown = picture.containsPoint({column - 599.5, row - 599.5}, Qt::OddEvenFill);
             ((shown.photos[i] > 0) == isShown ? right : wrong) += isShown || shown.photos[i] > 0 ? 1.0 : 0.0;
         }
