@@ -8,7 +8,7 @@ AxSimulatedAircraft AxSimulatedAircraftOf(EPlaneType type, const AxPlanAircraft&
     aircraft.type = type;
     aircraft.speed = planned.speed;
     if (planned.turnRadius > 0.0)
-        aircraft.turnRadius = 0.7 * planned.turnRadius;
+        aircraft.turnRadius = 0.5 * planned.turnRadius;
     aircraft.climb = std::max(1.0, planned.climb * planned.speed);
     aircraft.descent = std::max(1.0, planned.descent * planned.speed);
     // What may be planned for a flight leaves a reserve.

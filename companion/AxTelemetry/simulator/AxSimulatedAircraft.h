@@ -45,6 +45,6 @@ struct AXTELEMETRY_EXPORT AxSimulatedAircraft
     }
 };
 
-/// The aircraft that a route was planned for. It turns somewhat tighter than planned, as it must in wind to
+/// The aircraft that a route was planned for. It can turn twice as tight as planned, as it must in wind to
 /// stay on the turns.
 AXTELEMETRY_EXPORT AxSimulatedAircraft AxSimulatedAircraftOf(EPlaneType type, const AxPlanAircraft& planned);

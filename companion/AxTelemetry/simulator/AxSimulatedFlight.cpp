@@ -65,7 +65,6 @@ void AxSimulatedVehicle::Flight::Step(double seconds)
 void AxSimulatedVehicle::Flight::pass(double seconds)
 {
     state.seconds += seconds;
-    const AxPlace before = m_body.place;
     switch (state.phase) {
     case Phase::Ground:
         m_body.airSpeed = 0.0;
@@ -93,8 +92,6 @@ void AxSimulatedVehicle::Flight::pass(double seconds)
         say(2, AxSimulatorText(QT_TRANSLATE_NOOP("AxSimulator", "The aircraft has hit the ground.")));
         touchDown();
     }
-    if (state.IsFlying())
-        takePhotos(before);
     if (state.isArmed)
         drain(seconds);
     tell();
@@ -157,11 +154,13 @@ void AxSimulatedVehicle::Flight::followLegs(double seconds)
             begin(leg);
         }
     }
+    const AxPlace before = m_body.place;
     const AxSimulatedDemand demand = m_guide.Follow(m_body, aircraft, m_speed, m_isHovering, seconds);
     if (m_isHovering)
         AxFlyInHover(m_body, aircraft, demand, seconds);
     else
         AxFlyOnWings(m_body, aircraft, demand, seconds);
+    takePhotos(before); // those on the way to a place belong to what was on before it
     if (!m_guide.IsDone() || m_delay > 0.0)
         return;
     const int item = m_guide.Leg().item;

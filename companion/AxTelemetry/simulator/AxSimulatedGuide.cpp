@@ -125,7 +125,7 @@ AxSimulatedDemand AxSimulatedGuide::inHover(const AxSimulatedBody& body, const A
     }
     const double offHeight = std::fabs(m_leg.to.altitude - body.place.altitude);
     const bool isNear = distance <= m_leg.acceptance && offHeight <= m_leg.heightTolerance;
-    if (isNear && (speedThere > 0.5 ? toEnd.along <= 0.0 : body.motion.Length() < 1.0 || m_isThere))
+    if (isNear && (speedThere > 0.5 ? toEnd.along <= 0.0 : body.motion.Length() < 0.5 || m_isThere))
         m_isThere = true;
     if (hasLine && toEnd.along <= 0.0 && !isNear)
         m_isDirect = true;
