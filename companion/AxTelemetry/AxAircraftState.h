@@ -60,17 +60,17 @@ struct AXTELEMETRY_EXPORT AxAircraftState
     std::optional<double> pitch; ///< radians, nose up
     std::optional<double> yaw;   ///< radians clockwise from north, -PI to PI
 
-    QString mode; ///< for people; empty: not known
-    bool isArmed = false;
-    std::optional<bool> isLanded;
+    QString mode;                 ///< for people; empty: not known
+    bool isArmed = false;         ///< the motors may run
+    std::optional<bool> isLanded; ///< on the ground
 
-    std::optional<int> batteryPercent; ///< of the emptiest battery
-    std::optional<double> batteryVolts;
-    std::optional<double> batteryAmperes;
-    std::optional<int> satellites; ///< in use
-    int fixType = 0;               ///< GPS_FIX_TYPE: 0 no receiver, 1 no fix, 2 flat, 3 and more in space
+    std::optional<int> batteryPercent;    ///< of the emptiest battery
+    std::optional<double> batteryVolts;   ///< of the first battery
+    std::optional<double> batteryAmperes; ///< drawn from it
+    std::optional<int> satellites;        ///< in use
+    int fixType = 0; ///< GPS_FIX_TYPE: 0 no receiver, 1 no fix, 2 flat, 3 and more in space
 
-    std::optional<AxPlace> home;
+    std::optional<AxPlace> home;       ///< to where it returns
     std::optional<double> cameraPitch; ///< degrees; 0 level, -90 straight down
     std::optional<double> cameraYaw;   ///< degrees clockwise from north, 0 to 360
 

@@ -15,6 +15,7 @@ class AXTELEMETRY_EXPORT AxMavlinkAircraft : public AxTelemetrySource
     Q_OBJECT
 
 public:
+    /// For the station.
     AxMavlinkAircraft(int systemId, AxMavlinkStation& station);
     ~AxMavlinkAircraft() override;
 

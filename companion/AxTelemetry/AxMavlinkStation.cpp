@@ -1,4 +1,5 @@
 #include <AxTelemetry/AxMavlinkStation.h>
+#include <AxTelemetry/AxVehicleDecoder.h>
 
 #include <AxTelemetry/mavlink/AxMavMessages.h>
 #include <AxTelemetry/mavlink/AxMavParser.h>

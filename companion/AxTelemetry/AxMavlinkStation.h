@@ -20,7 +20,7 @@ using AxTelemetryClock = std::function<qint64()>;
 /// What a station has heard so far.
 struct AXTELEMETRY_EXPORT AxStationCounts
 {
-    quint64 bytes = 0;
+    quint64 bytes = 0;             ///< of whatever sort
     quint64 frames = 0;            ///< taken
     quint64 lost = 0;              ///< that sequence numbers say are missing
     quint64 badChecksums = 0;      ///< frames that arrived damaged
@@ -39,6 +39,7 @@ class AXTELEMETRY_EXPORT AxMavlinkStation : public QObject
     Q_OBJECT
 
 public:
+    /// Takes the link, closed.
     explicit AxMavlinkStation(std::unique_ptr<AxTelemetryLink> link, QObject* parent = nullptr);
     /// Closes. Aircraft go away, transfers end with a fault.
     ~AxMavlinkStation() override;
@@ -64,6 +65,7 @@ public:
     /// What has been recorded so far, or why it is not.
     const AxTlogRecorder& Recorder() const;
 
+    /// Since the link was opened last.
     AxStationCounts Counts() const;
 
     /// For tests: another clock than the computer's. Call it before Open().
@@ -77,6 +79,7 @@ public:
     AxMavWriter& Writer();
 
 signals:
+    /// Another aircraft was heard for the first time.
     void signalAircraft(AxMavlinkAircraft* aircraft);
     /// Counts() are others; at most once a second.
     void signalCounts();

@@ -21,6 +21,7 @@ class AXTELEMETRY_EXPORT AxMissionTransfer : public QObject
     Q_OBJECT
 
 public:
+    /// The aircraft is not owned.
     explicit AxMissionTransfer(AxMavlinkAircraft* aircraft, QObject* parent = nullptr);
     /// Cancels.
     ~AxMissionTransfer() override;
@@ -32,6 +33,7 @@ public:
     /// Ends what runs, at once.
     void Cancel();
 
+    /// From the beginning to signalFinished().
     bool IsRunning() const;
     /// What the last download brought; without items unless it was whole.
     const AxMission& Mission() const;

@@ -9,9 +9,9 @@
 #include <cmath>
 
 namespace {
-constexpr qint64 imageDelayMs = 2000;       // between a trigger and the message on its image, at most
-constexpr qint64 clockFaultMs = 60 * 60000; // a camera whose clock is further off than this has none
-constexpr quint16 yawInEarthFrame = 64;     // flags of GIMBAL_DEVICE_ATTITUDE_STATUS
+constexpr qint64 imageDelayMs = 2000;    // between a trigger and the message on its image, at most
+constexpr qint64 clockFaultMs = 3600000; // a camera whose clock is further off than this has none
+constexpr quint16 yawInEarthFrame = 64;  // flags of GIMBAL_DEVICE_ATTITUDE_STATUS
 constexpr quint16 yawInVehicleFrame = 32;
 constexpr quint16 yawLock = 16;
 

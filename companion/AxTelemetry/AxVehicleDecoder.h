@@ -11,12 +11,14 @@ class AXTELEMETRY_EXPORT AxVehicleEvents
 {
 public:
     virtual ~AxVehicleEvents() = default;
+    /// As the signals of AxTelemetrySource with these arguments.
     virtual void Position(const AxPlace& /*place*/, quint64 /*time*/) {}
     virtual void Attitude(double /*roll*/, double /*pitch*/, double /*yaw*/, quint64 /*time*/) {}
     virtual void Photo(const AxPhotoRecord& /*photo*/) {}
-    /// The angle of the camera from straight down, degrees.
-    virtual void Camera(double /*angle*/) {}
     virtual void Message(int /*severity*/, const QString& /*text*/) {}
+
+    /// The angle of the camera from straight down towards ahead, degrees.
+    virtual void Camera(double /*angle*/) {}
 };
 
 /// Makes the state of one aircraft out of the frames of one MAVLink system. No timer, no input or output: the
@@ -40,6 +42,7 @@ public:
     /// Tells what waits for more: a message whose last part has been missing for 1 s. Feed() does so itself.
     void Flush(qint64 time);
 
+    /// After the last frame.
     const AxAircraftState& State() const { return m_state; }
 
     /// The component that flies, 0 until its first heartbeat.

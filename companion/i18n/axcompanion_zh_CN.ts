@@ -256,6 +256,125 @@
     </message>
 </context>
 <context>
+    <name>AxMissionTransfer</name>
+    <message>
+        <source>it gives no reason</source>
+        <translation>未说明原因</translation>
+    </message>
+    <message>
+        <source>it does not know what the altitudes count from</source>
+        <translation>它不识别该高度基准</translation>
+    </message>
+    <message>
+        <source>it does not know the command</source>
+        <translation>它不识别该指令</translation>
+    </message>
+    <message>
+        <source>the mission has more items than it can keep</source>
+        <translation>任务项数超出其存储容量</translation>
+    </message>
+    <message>
+        <source>a value is not valid</source>
+        <translation>有数值无效</translation>
+    </message>
+    <message>
+        <source>the first parameter is not valid</source>
+        <translation>第一个参数无效</translation>
+    </message>
+    <message>
+        <source>the second parameter is not valid</source>
+        <translation>第二个参数无效</translation>
+    </message>
+    <message>
+        <source>the third parameter is not valid</source>
+        <translation>第三个参数无效</translation>
+    </message>
+    <message>
+        <source>the fourth parameter is not valid</source>
+        <translation>第四个参数无效</translation>
+    </message>
+    <message>
+        <source>the latitude is not valid</source>
+        <translation>纬度无效</translation>
+    </message>
+    <message>
+        <source>the longitude is not valid</source>
+        <translation>经度无效</translation>
+    </message>
+    <message>
+        <source>the altitude is not valid</source>
+        <translation>高度无效</translation>
+    </message>
+    <message>
+        <source>an item came out of turn</source>
+        <translation>任务项次序有误</translation>
+    </message>
+    <message>
+        <source>it takes no missions from this station</source>
+        <translation>它不接受本站的任务</translation>
+    </message>
+    <message>
+        <source>it was cancelled there</source>
+        <translation>对方已取消</translation>
+    </message>
+    <message>
+        <source>The link was closed.</source>
+        <translation>链路已关闭。</translation>
+    </message>
+    <message>
+        <source>There is no link to the aircraft.</source>
+        <translation>没有到飞机的链路。</translation>
+    </message>
+    <message>
+        <source>The upload was cancelled.</source>
+        <translation>上传已取消。</translation>
+    </message>
+    <message>
+        <source>The download was cancelled.</source>
+        <translation>下载已取消。</translation>
+    </message>
+    <message>
+        <source>%1 What the aircraft carries now may be incomplete: do not fly it.</source>
+        <translation>%1 飞机上的任务现在可能不完整，请勿执行。</translation>
+    </message>
+    <message>
+        <source>The aircraft has stopped answering.</source>
+        <translation>飞机已停止应答。</translation>
+    </message>
+    <message>
+        <source>The link was lost.</source>
+        <translation>链路已中断。</translation>
+    </message>
+    <message>
+        <source>The aircraft refuses: %1.</source>
+        <translation>飞机拒绝：%1。</translation>
+    </message>
+    <message>
+        <source>The aircraft refuses at item %1: %2.</source>
+        <translation>飞机在第 %1 项处拒绝：%2。</translation>
+    </message>
+    <message>
+        <source>The aircraft asks for item %1 where item %2 should be.</source>
+        <translation>飞机请求第 %1 项，而应为第 %2 项。</translation>
+    </message>
+    <message>
+        <source>The aircraft asks for item %1 again and again.</source>
+        <translation>飞机反复请求第 %1 项。</translation>
+    </message>
+    <message>
+        <source>The mission on the aircraft has changed in the meantime.</source>
+        <translation>飞机上的任务在此期间已改变。</translation>
+    </message>
+    <message>
+        <source>The aircraft carries no mission.</source>
+        <translation>飞机上没有任务。</translation>
+    </message>
+    <message>
+        <source>The mission on the aircraft cannot be used. %1</source>
+        <translation>飞机上的任务无法使用。%1</translation>
+    </message>
+</context>
+<context>
     <name>AxPlanner</name>
     <message>
         <source>There is no list of cameras %1: routes are planned for a full-frame camera of 35 mm.</source>
@@ -578,6 +697,291 @@
     <message>
         <source>Waypoint %1 was missed by %2 m.</source>
         <translation>航点 %1 偏离 %2 米，未能到达。</translation>
+    </message>
+</context>
+<context>
+    <name>AxTelemetryLink</name>
+    <message>
+        <source>there is no such port</source>
+        <translation>没有该端口</translation>
+    </message>
+    <message>
+        <source>another program uses the port, or this user may not</source>
+        <translation>端口被其他程序占用，或当前用户无权使用</translation>
+    </message>
+    <message>
+        <source>the port was unplugged</source>
+        <translation>端口已被拔出</translation>
+    </message>
+    <message>
+        <source>the peer has closed the connection</source>
+        <translation>对方已关闭连接</translation>
+    </message>
+    <message>
+        <source>nobody listens there</source>
+        <translation>该处无人监听</translation>
+    </message>
+    <message>
+        <source>a host and a port are needed</source>
+        <translation>需要主机和端口</translation>
+    </message>
+    <message>
+        <source>another program uses the port</source>
+        <translation>端口被其他程序占用</translation>
+    </message>
+    <message>
+        <source>there is no computer named &quot;%1&quot;</source>
+        <translation>没有名为“%1”的计算机</translation>
+    </message>
+</context>
+<context>
+    <name>AxTlogRecorder</name>
+    <message>
+        <source>The flight is not recorded: %1: %2</source>
+        <translation>飞行未被记录：%1：%2</translation>
+    </message>
+    <message>
+        <source>The record ends here: %1: %2</source>
+        <translation>记录到此为止：%1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>AxVehicle</name>
+    <message>
+        <source>The aircraft refuses for now.</source>
+        <translation>飞机暂时拒绝。</translation>
+    </message>
+    <message>
+        <source>The aircraft refuses.</source>
+        <translation>飞机拒绝。</translation>
+    </message>
+    <message>
+        <source>The aircraft does not know the command.</source>
+        <translation>飞机不识别该指令。</translation>
+    </message>
+    <message>
+        <source>The aircraft has tried and failed.</source>
+        <translation>飞机已尝试，但失败。</translation>
+    </message>
+    <message>
+        <source>The command was cancelled.</source>
+        <translation>指令已取消。</translation>
+    </message>
+    <message>
+        <source>The aircraft answers with the number %1.</source>
+        <translation>飞机以编号 %1 应答。</translation>
+    </message>
+    <message>
+        <source>The link was closed.</source>
+        <translation>链路已关闭。</translation>
+    </message>
+    <message>
+        <source>The link is closed.</source>
+        <translation>链路已关闭。</translation>
+    </message>
+    <message>
+        <source>The aircraft does not answer.</source>
+        <translation>飞机没有应答。</translation>
+    </message>
+    <message>
+        <source>Aircraft %1</source>
+        <translation>飞机 %1</translation>
+    </message>
+    <message>
+        <source>Altitudes above the sea stand for those above the ellipsoid: %1</source>
+        <translation>以海拔高代替椭球高：%1</translation>
+    </message>
+    <message>
+        <source>Stabilize</source>
+        <translation>自稳</translation>
+    </message>
+    <message>
+        <source>Acro</source>
+        <translation>特技</translation>
+    </message>
+    <message>
+        <source>Altitude hold</source>
+        <translation>定高</translation>
+    </message>
+    <message>
+        <source>Mission</source>
+        <translation>任务</translation>
+    </message>
+    <message>
+        <source>Guided</source>
+        <translation>引导</translation>
+    </message>
+    <message>
+        <source>Loiter</source>
+        <translation>悬停盘旋</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>返航</translation>
+    </message>
+    <message>
+        <source>Circle</source>
+        <translation>绕圈</translation>
+    </message>
+    <message>
+        <source>Land</source>
+        <translation>降落</translation>
+    </message>
+    <message>
+        <source>Drift</source>
+        <translation>漂移</translation>
+    </message>
+    <message>
+        <source>Sport</source>
+        <translation>运动</translation>
+    </message>
+    <message>
+        <source>Flip</source>
+        <translation>翻滚</translation>
+    </message>
+    <message>
+        <source>Autotune</source>
+        <translation>自动调参</translation>
+    </message>
+    <message>
+        <source>Position hold</source>
+        <translation>定点</translation>
+    </message>
+    <message>
+        <source>Brake</source>
+        <translation>刹车</translation>
+    </message>
+    <message>
+        <source>Throw</source>
+        <translation>抛飞</translation>
+    </message>
+    <message>
+        <source>Avoiding traffic</source>
+        <translation>避让空中交通</translation>
+    </message>
+    <message>
+        <source>Guided without position</source>
+        <translation>无定位引导</translation>
+    </message>
+    <message>
+        <source>Smart return</source>
+        <translation>智能返航</translation>
+    </message>
+    <message>
+        <source>Flow hold</source>
+        <translation>光流定点</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>跟随</translation>
+    </message>
+    <message>
+        <source>Zigzag</source>
+        <translation>之字形</translation>
+    </message>
+    <message>
+        <source>System identification</source>
+        <translation>系统辨识</translation>
+    </message>
+    <message>
+        <source>Autorotation</source>
+        <translation>自转下滑</translation>
+    </message>
+    <message>
+        <source>Return by the mission</source>
+        <translation>按任务返航</translation>
+    </message>
+    <message>
+        <source>Turtle</source>
+        <translation>翻身</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>手动</translation>
+    </message>
+    <message>
+        <source>Training</source>
+        <translation>训练</translation>
+    </message>
+    <message>
+        <source>Fly by wire A</source>
+        <translation>电传 A</translation>
+    </message>
+    <message>
+        <source>Fly by wire B</source>
+        <translation>电传 B</translation>
+    </message>
+    <message>
+        <source>Cruise</source>
+        <translation>巡航</translation>
+    </message>
+    <message>
+        <source>Take-off</source>
+        <translation>起飞</translation>
+    </message>
+    <message>
+        <source>Starting up</source>
+        <translation>启动中</translation>
+    </message>
+    <message>
+        <source>Hovering: stabilize</source>
+        <translation>悬停：自稳</translation>
+    </message>
+    <message>
+        <source>Hovering: altitude hold</source>
+        <translation>悬停：定高</translation>
+    </message>
+    <message>
+        <source>Hovering: loiter</source>
+        <translation>悬停：定点</translation>
+    </message>
+    <message>
+        <source>Hovering: land</source>
+        <translation>悬停：降落</translation>
+    </message>
+    <message>
+        <source>Hovering: return</source>
+        <translation>悬停：返航</translation>
+    </message>
+    <message>
+        <source>Hovering: autotune</source>
+        <translation>悬停：自动调参</translation>
+    </message>
+    <message>
+        <source>Hovering: acro</source>
+        <translation>悬停：特技</translation>
+    </message>
+    <message>
+        <source>Thermal</source>
+        <translation>热气流滑翔</translation>
+    </message>
+    <message>
+        <source>Loiter, then land hovering</source>
+        <translation>盘旋后悬停降落</translation>
+    </message>
+    <message>
+        <source>Automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Offboard</source>
+        <translation>机外控制</translation>
+    </message>
+    <message>
+        <source>Rattitude</source>
+        <translation>角速度姿态</translation>
+    </message>
+    <message>
+        <source>Ready</source>
+        <translation>就绪</translation>
+    </message>
+    <message>
+        <source>Precision landing</source>
+        <translation>精准降落</translation>
+    </message>
+    <message>
+        <source>Mode %1</source>
+        <translation>模式 %1</translation>
     </message>
 </context>
 <context>

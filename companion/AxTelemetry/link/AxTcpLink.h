@@ -11,6 +11,7 @@ class AXTELEMETRY_EXPORT AxTcpLink : public AxTelemetryLink
     Q_OBJECT
 
 public:
+    /// A numeric address or a name, and the port to which to connect.
     AxTcpLink(const QString& host, quint16 port, QObject* parent = nullptr);
     ~AxTcpLink() override;
 

@@ -13,6 +13,7 @@ class AXTELEMETRY_EXPORT AxTelemetryLink : public QObject
     Q_OBJECT
 
 public:
+    /// How far a link is.
     enum class Phase
     {
         Closed,
@@ -34,9 +35,11 @@ public:
     /// Whether what one signalBytes() brings holds whole frames only, as datagrams do.
     virtual bool BringsWholeFrames() const { return false; }
 
+    /// At this moment.
     Phase GetPhase() const { return m_phase; }
 
 signals:
+    /// What has come, in pieces of any size.
     void signalBytes(const QByteArray& bytes);
     /// For people; names the port and the reason. The phase says whether the link tries again.
     void signalFault(const QString& text);
