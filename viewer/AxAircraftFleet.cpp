@@ -32,12 +32,30 @@ double Heading(const CAxVector3D& from, const CAxVector3D& to)
 }
 } // namespace
 
+/// With the update traversal, between the events that let the camera follow and the moment when it is placed.
+class AxAircraftFleet::Step : public osg::NodeCallback
+{
+public:
+    explicit Step(AxAircraftFleet* of) : fleet(of) {}
+    void operator()(osg::Node* node, osg::NodeVisitor* visitor) override
+    {
+        traverse(node, visitor);
+        if (fleet)
+            fleet->advance();
+    }
+    AxAircraftFleet* fleet;
+};
+
 AxAircraftFleet::AxAircraftFleet(AxViewerPrivate& viewerScene, CAxEarthViewer* viewer)
     : scene(viewerScene), q(viewer)
 {
 }
 
-AxAircraftFleet::~AxAircraftFleet() = default;
+AxAircraftFleet::~AxAircraftFleet()
+{
+    if (step)
+        step->fleet = nullptr;
+}
 
 bool AxAircraftFleet::contains(const CAxUavNode* aircraft) const
 {
@@ -63,6 +81,10 @@ CAxUavNode* AxAircraftFleet::Add(QObject* telemetry, EPlaneType type)
 {
     if (!scene.mapNode || !scene.drawGroup)
         return nullptr;
+    if (!step) {
+        step = new Step(this);
+        scene.drawGroup->addUpdateCallback(step);
+    }
     auto* aircraft = new CAxUavNode(q, telemetry, true);
     aircraft->setParent(q);
     // Where it stands comes with its first message; it is not seen before.
@@ -209,12 +231,17 @@ void AxAircraftFleet::TellView()
         view = CAxEarthViewer::AircraftViewFree;
         chasedHeading.reset();
         emit q->signalAircraftView(view);
-        return;
     }
+}
+
+void AxAircraftFleet::advance()
+{
+    CAxEarthManipulator& camera = *scene.manipulator;
+    if (view == CAxEarthViewer::AircraftViewFree || camera.isSettingViewpoint() || !camera.isTethering())
+        return;
     // The manipulator asks for frame after frame while it follows; what moves is seen without that.
-    if (!camera.isSettingViewpoint())
-        scene.viewer->requestContinuousUpdate(false);
-    if (!chasedHeading || camera.isSettingViewpoint())
+    scene.viewer->requestContinuousUpdate(false);
+    if (!chasedHeading || !focus)
         return;
     const double heading = focus->GetDrawnHeading();
     const double turn = std::remainder(heading - *chasedHeading, AxLongitudes::fullTurn);

@@ -1,7 +1,7 @@
 #pragma once
 #include "viewer/CAxEarthViewer.h"
 
-#include <osg/observer_ptr>
+#include <osg/ref_ptr>
 
 #include <QPointer>
 
@@ -30,7 +30,7 @@ public:
     void SetView(CAxEarthViewer::EAircraftView view);
     CAxEarthViewer::EAircraftView View() const { return view; }
     void LookFromHome(const CAxVector3D& home);
-    /// With every tick: turns the camera that chases, and tells when the pilot has ended a view.
+    /// With every tick: tells when the pilot has ended a view.
     void TellView();
 
     void ShowShootPoints(bool shown);
@@ -39,6 +39,9 @@ public:
     bool heightsAboveEllipsoid = false;
 
 private:
+    class Step;
+
+    void advance();
     bool contains(const CAxUavNode* aircraft) const;
     void forget(CAxUavNode* aircraft);
     void takeView(CAxEarthViewer::EAircraftView wanted);
@@ -51,4 +54,5 @@ private:
     CAxEarthViewer::EAircraftView view = CAxEarthViewer::AircraftViewFree;
     std::optional<double> chasedHeading; // of the last turn, degrees
     bool shootPoints = false;
+    osg::ref_ptr<Step> step; // null before the first aircraft
 };

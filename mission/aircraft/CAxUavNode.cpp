@@ -43,7 +43,7 @@ namespace {
 constexpr float trailWidth = 2.0f;
 const osg::Vec4f trailRed(1.0f, 0.0f, 0.0f, 1.0f);
 // How large an aircraft is drawn that is far away, and from how near it has its true size, pixels.
-constexpr double modelPixels = 56.0;
+constexpr double modelPixels = 150.0;
 constexpr double largestScale = 2e5;
 constexpr int modelBin = 30; // over trails and links of labels, below panels
 // The part of the depth buffer that is before everything else, so that no ground hides an aircraft that

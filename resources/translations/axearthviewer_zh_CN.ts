@@ -1457,6 +1457,53 @@ Heights are above the ellipsoid.</source>
     </message>
 </context>
 <context>
+    <name>PlanWarnings</name>
+    <message>
+        <source>%1 m above the ground, %2 m are asked</source>
+        <translation>离地 %1 米，要求 %2 米</translation>
+    </message>
+    <message>
+        <source>No height of the ground is known here</source>
+        <translation>此处地面高度未知</translation>
+    </message>
+    <message>
+        <source>A photo every %1 s, the camera needs %2 s</source>
+        <translation>每 %1 秒拍一张，相机需要 %2 秒</translation>
+    </message>
+    <message>
+        <source>Side overlap %1 %, %2 % are asked</source>
+        <translation>旁向重叠 %1 %，要求 %2 %</translation>
+    </message>
+    <message>
+        <source>In the no-fly zone %1 for %2 m</source>
+        <translation>在禁飞区 %1 内飞行 %2 米</translation>
+    </message>
+    <message>
+        <source>The route bends at %1 m here, the aircraft turns at %2 m</source>
+        <translation>航线在此处的转弯半径为 %1 m，飞机需要 %2 m</translation>
+    </message>
+    <message>
+        <source>No way from or to home round the no-fly zones was found</source>
+        <translation>找不到绕过禁飞区往返起降点的路径</translation>
+    </message>
+    <message>
+        <source>The no-fly zones are not known</source>
+        <translation>禁飞区未知</translation>
+    </message>
+    <message>
+        <source>%1 m below the ground, %2 m above it are asked</source>
+        <translation>低于地面 %1 米，要求高于地面 %2 米</translation>
+    </message>
+    <message>
+        <source>Dangerous: %1</source>
+        <translation>危险：%1</translation>
+    </message>
+    <message>
+        <source>Dangerous at %1 places: %2</source>
+        <translation>%1 处危险：%2</translation>
+    </message>
+</context>
+<context>
     <name>TaskFigures</name>
     <message>
         <source>%1 m²</source>
@@ -1489,38 +1536,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 h %2 min</source>
         <translation>%1 小时 %2 分</translation>
-    </message>
-    <message>
-        <source>%1 m above the ground, %2 m are asked</source>
-        <translation>离地 %1 米，要求 %2 米</translation>
-    </message>
-    <message>
-        <source>No height of the ground is known here</source>
-        <translation>此处地面高度未知</translation>
-    </message>
-    <message>
-        <source>A photo every %1 s, the camera needs %2 s</source>
-        <translation>每 %1 秒拍一张，相机需要 %2 秒</translation>
-    </message>
-    <message>
-        <source>Side overlap %1 %, %2 % are asked</source>
-        <translation>旁向重叠 %1 %，要求 %2 %</translation>
-    </message>
-    <message>
-        <source>In the no-fly zone %1 for %2 m</source>
-        <translation>在禁飞区 %1 内飞行 %2 米</translation>
-    </message>
-    <message>
-        <source>The route bends at %1 m here, the aircraft turns at %2 m</source>
-        <translation>航线在此处的转弯半径为 %1 m，飞机需要 %2 m</translation>
-    </message>
-    <message>
-        <source>No way from or to home round the no-fly zones was found</source>
-        <translation>找不到绕过禁飞区往返起降点的路径</translation>
-    </message>
-    <message>
-        <source>The no-fly zones are not known</source>
-        <translation>禁飞区未知</translation>
     </message>
     <message>
         <source>Length</source>
@@ -1680,6 +1695,14 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is read.</source>
         <translation>%1 已读取。</translation>
+    </message>
+    <message>
+        <source>An aircraft that flies this route is in danger. Write it all the same?</source>
+        <translation>按此航线飞行有危险。仍要写入吗？</translation>
+    </message>
+    <message>
+        <source>Write</source>
+        <translation>写入</translation>
     </message>
 </context>
 <context>
@@ -2111,6 +2134,29 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The planner of this kind of task gives no route.</source>
         <translation>此类任务的规划器没有给出航线。</translation>
+    </message>
+</context>
+<context>
+    <name>CAxUavNode</name>
+    <message>
+        <source>longitude:</source>
+        <translation>经度：</translation>
+    </message>
+    <message>
+        <source>degree</source>
+        <translation>度</translation>
+    </message>
+    <message>
+        <source>latitude:</source>
+        <translation>纬度：</translation>
+    </message>
+    <message>
+        <source>no link for %1 s</source>
+        <translation>链路中断 %1 秒</translation>
+    </message>
+    <message>
+        <source>photo %1</source>
+        <translation>照片 %1</translation>
     </message>
 </context>
 </TS>

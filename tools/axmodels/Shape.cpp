@@ -179,7 +179,7 @@ osg::ref_ptr<osg::Geode> Shape::Painted(const Paint& paint) const
     const osg::Vec4 color(paint.color, 1.0f);
     osg::ref_ptr<osg::Material> material = new osg::Material;
     material->setName(paint.name);
-    material->setAmbient(osg::Material::FRONT_AND_BACK, osg::Vec4(paint.color * 0.55f, 1.0f));
+    material->setAmbient(osg::Material::FRONT_AND_BACK, osg::Vec4(paint.color * 0.38f, 1.0f));
     material->setDiffuse(osg::Material::FRONT_AND_BACK, color);
     material->setSpecular(osg::Material::FRONT_AND_BACK, osg::Vec4(0.3f, 0.3f, 0.3f, 1.0f));
     material->setShininess(osg::Material::FRONT_AND_BACK, paint.shininess);
