@@ -1,6 +1,7 @@
 #include "mission/aircraft/AxReplayLine.h"
 #include "mission/aircraft/AxLineThinning.h"
 #include "scene/base/AxGlobePoint.h"
+#include "scene/base/AxLongitudes.h"
 
 #include <osgEarth/MapNode>
 
@@ -51,7 +52,10 @@ void CAxTrailLingCallBack::fill(osgEarth::Symbology::Geometry& line) const
     const auto end = std::lower_bound(shown.begin(), shown.end(), drawn);
     const auto add = [&](int index) {
         const CAxVector3D& point = flight[static_cast<std::size_t>(index)];
-        line.push_back(osg::Vec3d(point.x(), point.y(), point.z()));
+        // Over the antimeridian the shorter way.
+        const double longitude =
+            line.empty() ? point.x() : AxLongitudes::NearestTo(line.back().x(), point.x());
+        line.push_back(osg::Vec3d(longitude, point.y(), point.z()));
     };
     std::for_each(shown.begin(), end, add);
     // The line ends where the aircraft is, whether the shape of the flight needs that point or not.

@@ -347,7 +347,7 @@ void CAxUavNode::advance()
         offset = osg::Matrixd::transform3x3(world - there, osg::Matrixd::inverse(d->geo->getMatrix()));
         if (d->landed)
             offset.z() = 0.0;
-        else
+        else if (d->flying)
             head = world;
     }
     d->attitude->setPosition(offset);

@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <utility>
+
 namespace {
 // Towards the light in the frame of the place: up, a little to the south-west.
 const osg::Vec3d lightFrom(-0.35, -0.35, 0.87);
@@ -32,9 +34,11 @@ osg::ref_ptr<osg::Program> ModelProgram()
     const osg::ref_ptr<osg::Shader> vertex = ReadShader(osg::Shader::VERTEX, "/ModelMaterial.vert");
     const osg::ref_ptr<osg::Shader> fragment = ReadShader(osg::Shader::FRAGMENT, "/ModelMaterial.frag");
     if (!vertex || !fragment) {
-        qCWarning(axViewerLog) << "no ModelMaterial.vert and ModelMaterial.frag in"
-                               << QCoreApplication::applicationDirPath()
-                               << "- aircraft are drawn without their shading";
+        static bool isTold = false;
+        if (!std::exchange(isTold, true))
+            qCWarning(axViewerLog) << "no ModelMaterial.vert and ModelMaterial.frag in"
+                                   << QCoreApplication::applicationDirPath()
+                                   << "- aircraft are drawn without their shading";
         return nullptr;
     }
     program = new osg::Program;
