@@ -17,7 +17,7 @@ namespace {
 constexpr char gridName[] = "egm96_15.gtx";
 // Two corner coordinates and two steps as doubles, the numbers of rows and columns as integers.
 constexpr qint64 headerSize = 40;                // bytes
-constexpr qint64 largestGrid = 64 * 1024 * 1024; // bytes; no larger file is read
+constexpr qint64 largestGrid = qint64(64) << 20; // bytes; no larger file is read
 constexpr double noValue = -88.8888;             // metres: the format's mark for a node without a value
 
 QString GeoidText(const char* text)

@@ -81,14 +81,14 @@ void AxSimulatedVehicle::Flight::pass(double seconds)
         break;
     case Phase::RollOut:
         AxRollOnGround(m_body, aircraft, 0.0, seconds);
-        m_body.place.altitude = groundBelow(m_body.place);
+        m_body.place.altitude = groundHere();
         if (m_body.motion.Length() < 0.1)
             touchDown();
         break;
     }
     // Whoever flies into a hill has landed.
     if (state.IsFlying() && state.phase != Phase::TakeOff && state.phase != Phase::Landing &&
-        m_body.place.altitude < groundBelow(m_body.place) - 0.5) {
+        m_body.place.altitude < groundHere() - 0.5) {
         say(2, AxSimulatorText(QT_TRANSLATE_NOOP("AxSimulator", "The aircraft has hit the ground.")));
         touchDown();
     }
@@ -113,6 +113,7 @@ void AxSimulatedVehicle::Flight::takeOff(double seconds)
         m_isHovering = true;
     } else if (m_body.airSpeed < 0.75 * aircraft.speed && m_body.place.altitude < home->altitude + 1.0) {
         AxRollOnGround(m_body, aircraft, 2.0 * aircraft.speed, seconds);
+        m_body.place.altitude = groundHere();
     } else {
         const AxGroundOffset wind = AxMotionOf(aircraft.wind);
         // Straight on, as the nose points.
@@ -190,7 +191,7 @@ void AxSimulatedVehicle::Flight::followLegs(double seconds)
 
 void AxSimulatedVehicle::Flight::land(double seconds)
 {
-    const double height = m_body.place.altitude - groundBelow(m_body.place);
+    const double height = m_body.place.altitude - groundHere();
     AxSimulatedDemand demand;
     if (m_isHovering) {
         const AxGroundOffset aside = AxOffsetBetween(m_body.place, m_landing);
@@ -211,7 +212,7 @@ void AxSimulatedVehicle::Flight::land(double seconds)
         demand.up = std::max(demand.up, height < 3.0 ? -1.0 : -0.3 * m_body.airSpeed);
         AxFlyOnWings(m_body, aircraft, demand, seconds);
     }
-    const double ground = groundBelow(m_body.place);
+    const double ground = groundHere();
     if (m_body.place.altitude > ground)
         return;
     m_body.place.altitude = ground;
@@ -263,7 +264,7 @@ void AxSimulatedVehicle::Flight::tell()
 {
     state.place = m_body.place;
     state.heightAboveHome = home ? m_body.place.altitude - home->altitude : 0.0;
-    state.heightAboveGround = m_body.place.altitude - groundBelow(m_body.place);
+    state.heightAboveGround = m_body.place.altitude - groundHere();
     state.velocityNorth = m_body.motion.north;
     state.velocityEast = m_body.motion.east;
     state.velocityUp = m_body.up;

@@ -51,6 +51,7 @@ private:
     void takePhoto(const AxPlace& place);
     AxPlace placeOf(const AxMissionItem& item) const;
     double groundBelow(const AxPlace& place) const;
+    double groundHere();
     void say(int severity, const QString& text);
 
     AxSimulatedBody m_body;
@@ -60,6 +61,9 @@ private:
     double m_takeOffHeight = 0.0;      // metres above home
     double m_photoDistance = 0.0;      // metres; 0 takes none
     std::optional<AxPlace> m_lastPhoto;
+    AxPlace m_asked; // where the ground was asked for last
+    double m_groundThere = 0.0;
+    bool m_hasAsked = false;
     AxPlace m_landing;       // where it lands, on the ground
     double m_delay = 0.0;    // seconds of waiting that are left
     double m_onGround = 0.0; // seconds it has stood since it landed

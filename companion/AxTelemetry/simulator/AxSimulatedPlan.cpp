@@ -48,6 +48,19 @@ double AxSimulatedVehicle::Flight::groundBelow(const AxPlace& place) const
     return home ? home->altitude : place.altitude;
 }
 
+double AxSimulatedVehicle::Flight::groundHere()
+{
+    if (!aircraft.ground)
+        return groundBelow(m_body.place);
+    // A host's heights may take their time; the ground of a metre ago will do.
+    if (!m_hasAsked || AxOffsetBetween(m_asked, m_body.place).Length() > 1.0) {
+        m_asked = m_body.place;
+        m_groundThere = groundBelow(m_body.place);
+        m_hasAsked = true;
+    }
+    return m_groundThere;
+}
+
 AxPlace AxSimulatedVehicle::Flight::placeOf(const AxMissionItem& item) const
 {
     AxPlace place = m_body.place;
