@@ -280,6 +280,18 @@ TEST(SimulatedVehicle, WithoutPowerOrAgainstTooMuchWindItStillComesDown)
         vehicle.Step(step);
     EXPECT_NEAR(vehicle.State().place.altitude, 540.0, 0.5);
     EXPECT_NEAR(vehicle.State().heightAboveGround, 0.0, 0.1);
+
+    // Ground that becomes known in flight, far above where the aircraft took off, is no hill that it hits.
+    AxSimulatedAircraft late = Aircraft(PlaneQuadcopter, {});
+    bool isKnown = false;
+    late.ground = [&](double, double) { return isKnown ? std::optional<double>(2000.0) : std::nullopt; };
+    AxSimulatedVehicle unaware(late);
+    ASSERT_EQ(unaware.SetMission(MissionOf({Waypoint(Beside(home, 100.0, 0.0), 50.0)})), QString());
+    ASSERT_EQ(unaware.Start(), QString());
+    isKnown = true;
+    for (int i = 0; i < 3000 && unaware.State().isArmed; ++i)
+        unaware.Step(step);
+    EXPECT_NEAR(unaware.State().place.altitude, home.altitude, 0.5);
 }
 
 TEST(SimulatedVehicle, FliesWhatThePlannerPlans)

@@ -33,7 +33,8 @@ struct AXTELEMETRY_EXPORT AxSimulatedAircraft
     /// first waypoint, with the ground below or the sea's level.
     std::optional<AxPlace> home;
     /// Metres above the ellipsoid of the ground at (longitude, latitude) in degrees. Empty, or no answer: as
-    /// high as home. Asked on the thread that steps the vehicle.
+    /// high as home; no answer where it takes off: for the whole flight. Asked on the thread that steps the
+    /// vehicle, once for each metre flown.
     std::function<std::optional<double>(double longitude, double latitude)> ground;
 
     /// Whether it can stand in the air: all but planes without hover motors.

@@ -64,6 +64,7 @@ private:
     AxPlace m_asked; // where the ground was asked for last
     double m_groundThere = 0.0;
     bool m_hasAsked = false;
+    bool m_trustsGround = true;
     AxPlace m_landing;       // where it lands, on the ground
     double m_delay = 0.0;    // seconds of waiting that are left
     double m_onGround = 0.0; // seconds it has stood since it landed

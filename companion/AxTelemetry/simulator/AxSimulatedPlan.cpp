@@ -40,7 +40,7 @@ void AxSimulatedVehicle::Flight::say(int severity, const QString& text)
 
 double AxSimulatedVehicle::Flight::groundBelow(const AxPlace& place) const
 {
-    if (aircraft.ground) {
+    if (aircraft.ground && m_trustsGround) {
         const std::optional<double> height = aircraft.ground(place.longitude, place.latitude);
         if (height && std::isfinite(*height))
             return *height;
@@ -183,8 +183,11 @@ QString AxSimulatedVehicle::Flight::Start()
     const QString notArmed = Arm();
     if (!notArmed.isEmpty())
         return notArmed;
-    // Where it stands is home from now on.
+    // Where it stands is home from now on. Ground that nobody knows there would be no measure elsewhere: it
+    // may become known in flight, far above or below what was taken for it.
     home = m_body.place;
+    m_trustsGround = aircraft.ground && aircraft.ground(home->longitude, home->latitude).has_value();
+    m_hasAsked = false;
     m_body.place.altitude = home->altitude = groundBelow(m_body.place);
     mission.Begin(std::max(state.currentItem, 0));
     m_speed = aircraft.speed;
