@@ -542,6 +542,145 @@
     </message>
 </context>
 <context>
+    <name>AxRecord</name>
+    <message>
+        <source>time (as &quot;t_ms&quot;)</source>
+        <translation>时间（如“t_ms”）</translation>
+    </message>
+    <message>
+        <source>latitude (as &quot;lat&quot;)</source>
+        <translation>纬度（如“lat”）</translation>
+    </message>
+    <message>
+        <source>longitude (as &quot;lon&quot;)</source>
+        <translation>经度（如“lon”）</translation>
+    </message>
+    <message>
+        <source>altitude (as &quot;alt_amsl&quot; or &quot;alt_ellipsoid&quot;)</source>
+        <translation>高程（如“alt_amsl”或“alt_ellipsoid”）</translation>
+    </message>
+    <message>
+        <source>The line of column names lacks: %1.</source>
+        <translation>列名行缺少：%1。</translation>
+    </message>
+    <message>
+        <source>Columns that say neither degrees nor radians (as &quot;roll_deg&quot;) are left out: %1.</source>
+        <translation>以下列未说明是度还是弧度（应如“roll_deg”），未被读入：%1。</translation>
+    </message>
+    <message>
+        <source>The column &quot;%1&quot; is taken for metres above the sea.</source>
+        <translation>“%1”列按海拔米数读入。</translation>
+    </message>
+    <message>
+        <source>Line %1: %2.</source>
+        <translation>第 %1 行：%2。</translation>
+    </message>
+    <message>
+        <source>%1 has a decimal comma: &quot;%2&quot;; write a point</source>
+        <translation>%1 用逗号作小数点：“%2”；请改用句点</translation>
+    </message>
+    <message>
+        <source>%1 is no number: &quot;%2&quot;</source>
+        <translation>%1 不是数字：“%2”</translation>
+    </message>
+    <message>
+        <source>the unit of the time %1 is not known; name the column &quot;t_ms&quot; or &quot;t_s&quot;</source>
+        <translation>时间 %1 的单位未知；请将该列命名为“t_ms”或“t_s”</translation>
+    </message>
+    <message>
+        <source>%1 columns instead of %2; are there decimal commas?</source>
+        <translation>有 %1 列，而非 %2 列；是否用逗号作了小数点？</translation>
+    </message>
+    <message>
+        <source>%1 columns instead of %2</source>
+        <translation>有 %1 列，而非 %2 列</translation>
+    </message>
+    <message>
+        <source>The clock starts anew in the file: it has %1 flights.</source>
+        <translation>文件中的时钟重新计时：共有 %1 次飞行。</translation>
+    </message>
+    <message>
+        <source>No line has a time, a place on the globe and an altitude.</source>
+        <translation>没有一行同时含有时间、地球上的位置和高程。</translation>
+    </message>
+    <message>
+        <source>%1 lines without a time, a place on the globe or an altitude are left out.</source>
+        <translation>%1 行缺少时间、地球上的位置或高程，未被读入。</translation>
+    </message>
+    <message>
+        <source>The last line is cut and left out.</source>
+        <translation>最后一行不完整，未被读入。</translation>
+    </message>
+    <message>
+        <source>Heights above the sea and above the ellipsoid are taken for the same: %1</source>
+        <translation>海拔高度与椭球高被视为相同：%1</translation>
+    </message>
+    <message>
+        <source>Line %1: this is no table of text.</source>
+        <translation>第 %1 行：这不是文本表格。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件是空的。</translation>
+    </message>
+    <message>
+        <source>The flight has no positions.</source>
+        <translation>该次飞行没有位置。</translation>
+    </message>
+    <message>
+        <source>%1: cannot be read: %2</source>
+        <translation>%1：无法读取：%2</translation>
+    </message>
+    <message>
+        <source>The file was not read to its end: %1</source>
+        <translation>文件未能读完：%1</translation>
+    </message>
+    <message>
+        <source>There are no photos with a place.</source>
+        <translation>没有带位置的照片。</translation>
+    </message>
+    <message>
+        <source>%1 photos without a place are left out.</source>
+        <translation>%1 张没有位置的照片未写入。</translation>
+    </message>
+    <message>
+        <source>Photos whose date is not known have no time in the file.</source>
+        <translation>日期未知的照片在文件中没有时间。</translation>
+    </message>
+    <message>
+        <source>The file ends in the middle of a record; all before it is there.</source>
+        <translation>文件在一条记录的中间结束；此前的内容完整。</translation>
+    </message>
+    <message>
+        <source>%1 damaged places of %2 bytes together are left out.</source>
+        <translation>跳过了 %1 处损坏，共 %2 字节。</translation>
+    </message>
+    <message>
+        <source>The clock of the recording was set %1 times; times go on from what they were before.</source>
+        <translation>记录时的时钟被调整过 %1 次；时间从调整前接续。</translation>
+    </message>
+    <message>
+        <source>%1 frames are left out: they need another signing key.</source>
+        <translation>%1 个帧未被读入：它们需要另一个签名密钥。</translation>
+    </message>
+    <message>
+        <source>This is no .tlog: it begins with no MAVLink frame behind a time.</source>
+        <translation>这不是 .tlog 文件：开头没有带时间的 MAVLink 帧。</translation>
+    </message>
+    <message>
+        <source>The file holds no flight that this signing key opens.</source>
+        <translation>文件中没有能用此签名密钥读取的飞行。</translation>
+    </message>
+    <message>
+        <source>The file holds no flight: no aircraft tells where it is.</source>
+        <translation>文件中没有飞行：没有飞机给出位置。</translation>
+    </message>
+    <message>
+        <source>A signing key has 32 bytes.</source>
+        <translation>签名密钥长 32 字节。</translation>
+    </message>
+</context>
+<context>
     <name>AxSealedFile</name>
     <message>
         <source>The key is empty.</source>
