@@ -33,9 +33,8 @@ foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companio
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
     REGEX "/(${inner})\\.h$" EXCLUDE PATTERN "*.h")
 endforeach()
-# Headers can be installed before anything is built; this one is missing then.
 install(FILES "${AX_GENERATED_DIR}/AxTelemetry/mavlink/AxMavMessages.h"
-  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/AxTelemetry/mavlink OPTIONAL)
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/AxTelemetry/mavlink)
 if(AX_EARTH STREQUAL "bundled")
   install(DIRECTORY earth/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 endif()

@@ -48,13 +48,19 @@ is_source() {
 }
 
 # Writes the compile commands that clang-tidy works with, one for each file of the tree, and the list of these
-# files with the target that each belongs to. Nothing is built: the preset knows no precompiled headers.
+# files with the target that each belongs to. Only headers are made that programs write: the preset knows no precompiled
+# headers.
 prepare_database() {
     local log=build/lint.log
     mkdir -p "$database"
     cmake --preset lint >"$log" 2>&1 || {
         cat "$log"
         say "configuring failed"
+        exit 1
+    }
+    cmake --build build/lint --target AxMavMessages >>"$log" 2>&1 || {
+        cat "$log"
+        say "the MAVLink messages were not written"
         exit 1
     }
     awk -v root="$PWD/" -v units="$database/units" '

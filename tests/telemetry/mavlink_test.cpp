@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <random>
 #include <set>
@@ -106,6 +107,7 @@ std::vector<QByteArray> Frames(int count)
 {
     AxMavWriter writer(3, 4);
     std::vector<QByteArray> frames;
+    frames.reserve(std::size_t(count));
     for (int i = 0; i < count; ++i)
         frames.push_back(writer.Write(SomePosition()));
     return frames;
@@ -160,7 +162,8 @@ TEST(Mavlink, ReadsAndWritesWhatAnotherImplementationWrites)
     AxMavWriter writer(quint8(file.value(QLatin1String("systemId")).toInt()),
                        quint8(file.value(QLatin1String("componentId")).toInt()));
     std::set<quint32> seen;
-    for (const QJsonValue& value : file.value(QLatin1String("frames")).toArray()) {
+    const QJsonArray rows = file.value(QLatin1String("frames")).toArray();
+    for (const QJsonValue& value : rows) {
         const QJsonObject row = value.toObject();
         SCOPED_TRACE(qPrintable(row.value(QLatin1String("message")).toString()));
         const bool isSigned = row.contains(QLatin1String("signTime"));
@@ -207,13 +210,15 @@ TEST(Mavlink, ReadsAndWritesWhatAnotherImplementationWrites)
     QString fault;
     EXPECT_EQ(axmavlink::ReadMessages(table.readAll(), fault).size(), seen.size())
         << "a message has no frame made elsewhere";
+    EXPECT_EQ(AxMavWriter(1, 1).Write(AxMavMissionItemReached()).at(1), 1) << "no payload is empty";
 }
 
 TEST(Mavlink, LosesNoFrameInPiecesOfAnySize)
 {
     QByteArray stream;
     std::vector<int> numbers;
-    for (const QJsonValue& value : MadeElsewhere().value(QLatin1String("frames")).toArray())
+    const QJsonArray rows = MadeElsewhere().value(QLatin1String("frames")).toArray();
+    for (const QJsonValue& value : rows)
         if (const QJsonObject row = value.toObject(); !row.contains(QLatin1String("signTime"))) {
             stream += BytesOf(row.value(QLatin1String("hex")));
             numbers.push_back(row.value(QLatin1String("sequence")).toInt());
@@ -224,8 +229,11 @@ TEST(Mavlink, LosesNoFrameInPiecesOfAnySize)
         std::vector<int> seen;
         for (int at = 0; at < stream.size();) {
             const int size = 1 + int(random() % unsigned(most));
-            parser.Feed(stream.mid(at, size),
-                        [&](const AxMavFrame& frame) { seen.push_back(frame.sequence); });
+            parser.Feed(stream.mid(at, size), [&](const AxMavFrame& frame) {
+                seen.push_back(frame.sequence);
+                const auto sent = frame.payload.begin() + frame.length;
+                EXPECT_TRUE(std::all_of(sent, frame.payload.end(), [](quint8 byte) { return byte == 0; }));
+            });
             at += size;
         }
         EXPECT_EQ(seen, numbers) << most;
@@ -248,6 +256,8 @@ TEST(Mavlink, FindsTheFramesBehindWhatIsNone)
         {"an oversized length", oversized},
         {"an oversized length of a known message", QByteArray::fromHex("fdff000000030421")},
         {"an oversized length, version 1", QByteArray::fromHex("feff")},
+        {"a first byte of version 2", QByteArray::fromHex("fd")},
+        {"a first byte of version 1", QByteArray::fromHex("fe")},
         {"the beginning of a frame", frames[0].left(frames[0].size() - 1)},
         {"a header that waits for all that follows", QByteArray::fromHex("fdff000000030400ab00")},
         {"a million bytes of noise", Noise(1000000, 5)},
@@ -305,6 +315,14 @@ TEST(Mavlink, PassesOverMessagesThatItDoesNotKnow)
     stream = write().left(20);
     stream += writer.Write(SomePosition());
     EXPECT_EQ(Sequences(parser, stream), std::vector<int>{9});
+
+    // What is lost before such frames is told with the next one that is given out.
+    writer.Write(SomePosition());
+    stream = write();
+    stream += writer.Write(SomePosition());
+    const std::vector<AxMavFrame> after = Parse(parser, stream);
+    ASSERT_EQ(after.size(), 1u);
+    EXPECT_EQ(after.front().lostBefore, 1);
 
     // Later definitions add fields, which this one cuts off.
     LaterHeartbeat later;

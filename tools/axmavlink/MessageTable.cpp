@@ -119,7 +119,8 @@ std::vector<Message> ReadMessages(const QByteArray& json, QString& fault)
     if (fault.isEmpty() && document.array().isEmpty())
         fault = QStringLiteral("there is no array of messages");
     std::vector<Message> messages;
-    for (const QJsonValue& row : document.array()) {
+    const QJsonArray rows = document.array();
+    for (const QJsonValue& row : rows) {
         Message message;
         if (ReadMessage(row.toObject(), message, fault))
             for (const Message& other : messages)

@@ -19,7 +19,7 @@ bool AxMavTrust::SetKey(const QByteArray& key, quint64 newestTime)
 
 bool AxMavTrust::Accept(const AxMavCandidate& candidate)
 {
-    constexpr quint64 kMostBehind = 60 * 100000; // 60 s
+    constexpr quint64 kMostBehind = 6000000; // 60 s
 
     if (candidate.isSigned == m_key.isEmpty())
         return false;
