@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -190,6 +191,19 @@ TEST(SimulatorLink, LostFramesCountAsLostAndALinkComesBack)
     ASSERT_TRUE(chain.station.SetKey(QByteArray(32, 'k')));
     chain.Run(2.0);
     EXPECT_EQ(back.size(), 2);
+
+    // And obeyed: called home before the first photo.
+    aircraft->StartMission();
+    ASSERT_TRUE(chain.Run(60.0, [&] { return aircraft->State().heightAboveHome.value_or(0.0) > 20.0; }));
+    aircraft->ReturnHome();
+    chain.link->SetSpeed(100.0);
+    QSet<QString> modes;
+    ASSERT_TRUE(chain.Run(30.0, [&] {
+        modes += aircraft->State().mode;
+        return !aircraft->State().isArmed;
+    }));
+    EXPECT_EQ(modes, QSet<QString>({"Mission", "Return", "Stabilize"}));
+    EXPECT_EQ(chain.link->Vehicle(1)->State().photos, 0);
 }
 
 TEST(SimulatorLink, AnswersWhatIsWrong)
