@@ -60,10 +60,10 @@ struct AxMissionTransfer::Talk
     std::vector<AxMissionItem> items; // as the aircraft numbers them
     int total = -1;                   // of a download: told by the aircraft
     int latest = -1;                  // item that was sent or asked for; -1 none yet
-    int furthest = -1;                // item that was sent
     bool isInt = true;                // items go by whole numbers
     int tries = 0;
-    int repeats = 0; // of requests, since something new was asked for
+    bool hasRepeated = false; // something went twice, at any time since the beginning
+    int repeats = 0;          // of requests, since something new was asked for
     qint64 due = 0;
     AxMission mission;
     int mostTries = 5;
@@ -150,8 +150,9 @@ bool AxMissionTransfer::Download()
 bool AxMissionTransfer::begin(Accept accept)
 {
     Talk& talk = *m_talk;
-    talk.latest = talk.furthest = -1;
+    talk.latest = -1;
     talk.tries = talk.repeats = 0;
+    talk.hasRepeated = false;
     talk.isInt = true;
     const bool isOpen =
         talk.aircraft && talk.aircraft->Station().Link().GetPhase() != AxTelemetryLink::Phase::Closed;
@@ -182,7 +183,7 @@ void AxMissionTransfer::acknowledge(int result)
 
 void AxMissionTransfer::finish(const QString& fault)
 {
-    const bool isHalf = !fault.isEmpty() && m_talk->IsUpload() && m_talk->furthest >= 0;
+    const bool isHalf = !fault.isEmpty() && m_talk->IsUpload() && m_talk->latest >= 0;
     m_talk->accept = nullptr;
     m_talk->items.clear();
     emit signalFinished(
@@ -193,6 +194,7 @@ void AxMissionTransfer::finish(const QString& fault)
 void AxMissionTransfer::send()
 {
     Talk& talk = *m_talk;
+    talk.hasRepeated = talk.hasRepeated || talk.tries > 0;
     ++talk.tries;
     talk.due = talk.aircraft->Station().Now() + talk.waitMs;
     if (talk.IsUpload() && talk.latest < 0) {
@@ -234,7 +236,7 @@ void AxMissionTransfer::takeFrame(const AxMavFrame& frame)
         return;
     if (const auto answer = ForUs<AxMavMissionAck>(frame); answer && answer->type != ResultAccepted) {
         // An item that went twice, because an answer was late, came out of turn the second time.
-        if (answer->type == ResultInvalidSequence && (m_talk->tries > 1 || m_talk->repeats > 0))
+        if (answer->type == ResultInvalidSequence && m_talk->hasRepeated)
             return;
         if (!m_talk->IsUpload() && answer->type == ResultUnsupported && m_talk->latest == 0 &&
             m_talk->isInt) {
@@ -254,7 +256,7 @@ void AxMissionTransfer::takeInUpload(const AxMavFrame& frame)
 {
     Talk& talk = *m_talk;
     if (ForUs<AxMavMissionAck>(frame)) { // of an earlier transfer, unless all is there
-        if (talk.furthest == talk.total - 1)
+        if (talk.latest == talk.total - 1)
             finish({});
         return;
     }
@@ -263,25 +265,26 @@ void AxMissionTransfer::takeInUpload(const AxMavFrame& frame)
     if (!asked && !askedFloat)
         return;
     const int index = asked ? asked->seq : askedFloat->seq;
-    if (index > talk.furthest + 1 || index >= talk.total) {
+    if (index > talk.latest + 1 || index >= talk.total) {
         acknowledge(ResultInvalidSequence);
         return finish(
-            tr("The aircraft asks for item %1 where item %2 should be.").arg(index).arg(talk.furthest + 1));
+            tr("The aircraft asks for item %1 where item %2 should be.").arg(index).arg(talk.latest + 1));
     }
     // A float keeps a place to a metre. The two that are known take whole numbers in answer to either.
     const int autopilot = talk.aircraft->State().autopilot;
     talk.isInt = asked || autopilot == axMavArduPilot || autopilot == axMavPx4;
-    talk.latest = index;
-    if (index > talk.furthest) {
-        talk.furthest = index;
-        talk.tries = talk.repeats = 0;
-        emit signalProgress(index + 1, talk.total);
-        if (!IsRunning())
-            return;
-    } else if (++talk.repeats > 3 * talk.mostTries) {
-        return finish(tr("The aircraft asks for item %1 again and again.").arg(index));
+    if (index <= talk.latest) { // its answer was lost, or the request comes late
+        talk.hasRepeated = true;
+        if (++talk.repeats > 3 * talk.mostTries)
+            return finish(tr("The aircraft asks for item %1 again and again.").arg(index));
+        return giveItem(index, talk.isInt);
     }
-    send();
+    talk.latest = index;
+    talk.tries = talk.repeats = 0;
+    const QPointer<AxMissionTransfer> alive(this);
+    emit signalProgress(index + 1, talk.total);
+    if (alive && IsRunning())
+        send();
 }
 
 void AxMissionTransfer::giveItem(int index, bool asInt)
@@ -326,8 +329,9 @@ void AxMissionTransfer::keepItem(int index, const AxMissionItem& item)
     talk.items.push_back(item);
     talk.latest = index + 1;
     talk.tries = 0;
+    const QPointer<AxMissionTransfer> alive(this);
     emit signalProgress(talk.latest, talk.total);
-    if (!IsRunning())
+    if (!alive || !IsRunning())
         return;
     if (talk.latest == talk.total)
         endDownload();

@@ -176,7 +176,9 @@ TEST(Station, TellsALostLinkAfterThreeSeconds)
     QSignalSpy back(&flight.Aircraft(), &AxTelemetrySource::signalLinkBack);
     flight.Pass(2900);
     EXPECT_EQ(lost.size(), 0);
-    flight.Pass(5000);
+    flight.Pass(100);
+    EXPECT_EQ(lost.size(), 1);
+    flight.Pass(4900);
     EXPECT_EQ(lost.size(), 1);
     EXPECT_FALSE(flight.Aircraft().State().isHeard);
     EXPECT_EQ(flight.Aircraft().State().HeardAgo(flight.now), 7900);
@@ -206,21 +208,6 @@ TEST(Station, FindsFramesInAMillionBytesOfNoise)
     EXPECT_NEAR(*flight.Aircraft().State().latitude, 49.0, 1e-6);
     EXPECT_EQ(flight.Aircraft().State().framesHeard, 11u);
     EXPECT_GT(flight.station.Counts().garbageBytes, 990000u);
-}
-
-TEST(Station, CountsFramesThatAreMissing)
-{
-    MemoryStation flight;
-    flight.Open();
-    QSignalSpy counts(&flight.station, &AxMavlinkStation::signalCounts);
-    for (int i = 0; i < 3; ++i) {
-        flight.aircraft.Write(AxMavHeartbeat()); // never arrives
-        flight.Beat();
-    }
-    flight.Pass(1000);
-    EXPECT_EQ(flight.Aircraft().State().framesLost, 3u);
-    EXPECT_EQ(flight.station.Counts().lost, 3u);
-    EXPECT_EQ(counts.size(), 1);
 }
 
 TEST(Station, TakesSignedFramesByTheKeyOnly)

@@ -72,13 +72,18 @@ public:
     template <class Message> void Answer(Message message)
     {
         message.target_system = 255;
-        answers.push_back([this, message] { Say(message); });
+        const auto say = [this, message] { Say(message); };
+        const int chance = lostPercent > 0 ? random.bounded(100) : 50;
+        if (Message::id == AxMavMissionAck::id || chance >= lostPercent)
+            answers.push_back(say);
+        if (chance > 100 - lostPercent) // comes twice, the second time late
+            answers.insert(answers.begin() + random.bounded(static_cast<int>(answers.size()) + 1), say);
     }
 
     std::vector<AxMavMissionItemInt> items;
     bool asksForFloats = false;
     bool beats = true;      // while nothing is said
-    int lostPercent = 0;    // of what comes and goes
+    int lostPercent = 0;    // of what comes and goes; as much comes twice
     int silentAfter = 1000; // messages
     /// May misbehave: true, and the peer does nothing else about the frame.
     std::function<bool(const AxMavFrame&)> manner = [](const AxMavFrame&) { return false; };
@@ -122,10 +127,11 @@ private:
     }
     void take(const AxMavMissionItemInt& item)
     {
-        if (item.seq != items.size()) { // as autopilots do when one comes twice
-            AxMavMissionAck out;
-            out.type = 13;
-            return item.seq < items.size() ? Answer(out) : void();
+        if (item.seq < items.size()) { // came twice: autopilots complain, and ask again in time
+            AxMavMissionAck outOfTurn;
+            outOfTurn.type = 13;
+            Answer(outOfTurn);
+            return ask();
         }
         items.push_back(item);
         ask();

@@ -63,6 +63,7 @@ bool AxTcpLink::Open(QString* fault)
 
 void AxTcpLink::connectNow()
 {
+    m_state->socket.abort(); // it may still be closing
     m_state->socket.connectToHost(m_state->host, m_state->port);
 }
 
