@@ -1,5 +1,6 @@
 #include "host/tasks/TaskFigures.h"
 #include "analysis/AxMapHeights.h"
+#include "host/tasks/PlanWarnings.h"
 #include "host/tasks/TaskFlights.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -38,47 +39,23 @@ QString AreaText(double squareMetres)
     return squareMetres < 1e6 ? TaskFigures::tr("%1 ha").arg(Number(squareMetres / 1e4, 2))
                               : TaskFigures::tr("%1 km\302\262").arg(Number(squareMetres / 1e6, 2));
 }
-
-QString WarningText(const AxPlanWarning& warning)
-{
-    using Kind = AxPlanWarning::Kind;
-    switch (warning.kind) {
-    case Kind::Clearance:
-        return TaskFigures::tr("%1 m above the ground, %2 m are asked")
-            .arg(Number(warning.value, 1), Number(warning.asked, 1));
-    case Kind::UnknownGround:
-        return TaskFigures::tr("No height of the ground is known here");
-    case Kind::Interval:
-        return TaskFigures::tr("A photo every %1 s, the camera needs %2 s")
-            .arg(Number(warning.value, 2), Number(warning.asked, 2));
-    case Kind::Overlap:
-        return TaskFigures::tr("Side overlap %1 %, %2 % are asked")
-            .arg(Number(warning.value * 100.0, 0), Number(warning.asked * 100.0, 0));
-    case Kind::Zone:
-        return TaskFigures::tr("In the no-fly zone %1 for %2 m").arg(warning.zone, Number(warning.value, 0));
-    case Kind::Bend:
-        return TaskFigures::tr("The route bends at %1 m here, the aircraft turns at %2 m")
-            .arg(Number(warning.value, 0), Number(warning.asked, 0));
-    case Kind::NoWayRound:
-        return TaskFigures::tr("No way from or to home round the no-fly zones was found");
-    case Kind::UnknownZones:
-        return TaskFigures::tr("The no-fly zones are not known");
-    }
-    return {};
-}
 } // namespace
 
 TaskFigures::TaskFigures(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), fault(new QLabel), flightList(new TaskFlights),
-      warnings(new QListWidget)
+      danger(new QLabel), warnings(new QListWidget)
 {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
     fault->setObjectName(QStringLiteral("RouteFault"));
-    fault->setWordWrap(true);
-    fault->setTextFormat(Qt::PlainText);
     fault->setStyleSheet(QStringLiteral("color: #d04000"));
-    column->addWidget(fault);
+    danger->setObjectName(QStringLiteral("RouteDanger"));
+    danger->setStyleSheet(QStringLiteral("color: white; background: #c02020; padding: 2px"));
+    for (QLabel* line : {fault, danger}) {
+        line->setWordWrap(true);
+        line->setTextFormat(Qt::PlainText);
+        column->addWidget(line);
+    }
     warnings->setObjectName(QStringLiteral("RouteWarnings"));
     warnings->setWordWrap(true);
     warnings->setToolTip(tr("A click flies there"));
@@ -122,11 +99,6 @@ QLabel* TaskFigures::AddRow(QFormLayout& form, const QString& name)
     return value;
 }
 
-QString TaskFigures::TextOf(const AxPlanWarning& warning)
-{
-    return WarningText(warning);
-}
-
 void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
 {
     if (shown && shown == last)
@@ -138,6 +110,7 @@ void TaskFigures::Show(const std::shared_ptr<const ShownPlan>& shown)
     flightList->Show({});
     warnings->clear();
     warnings->hide();
+    danger->hide();
     fault->setText(shown ? shown->plan.fault : QString());
     fault->setVisible(!fault->text().isEmpty());
     if (!shown || !shown->plan.IsPlanned())
@@ -210,7 +183,9 @@ void TaskFigures::ShowFigures(const ShownPlan& shown)
 
 void TaskFigures::ShowWarnings(const ShownPlan& shown)
 {
-    const auto& all = shown.plan.warnings;
+    const std::vector<AxPlanWarning> all = PlanWarnings::WorstFirst(shown.plan.warnings);
+    danger->setText(PlanWarnings::Summary(all));
+    danger->setVisible(!danger->text().isEmpty());
     warnings->setVisible(!all.empty());
     // Of two lines each.
     const int rows = static_cast<int>(std::min<std::size_t>(all.size(), mostRowsSeen));
@@ -221,7 +196,7 @@ void TaskFigures::ShowWarnings(const ShownPlan& shown)
             break;
         }
         auto* item = new QListWidgetItem(style()->standardIcon(QStyle::SP_MessageBoxWarning),
-                                         WarningText(warning), warnings);
+                                         PlanWarnings::TextOf(warning), warnings);
         item->setToolTip(item->text());
         item->setData(Qt::UserRole, warning.place);
     }

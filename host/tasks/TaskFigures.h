@@ -28,9 +28,6 @@ public:
     /// Null shows none.
     void Show(const std::shared_ptr<const ShownPlan>& shown);
 
-    /// A warning in words.
-    static QString TextOf(const AxPlanWarning& warning);
-
 signals:
     /// A warning or a flight was clicked: longitude, latitude of what it is about.
     void PlaceWanted(const QPointF& place);
@@ -59,6 +56,7 @@ private:
     QLabel* sample;
     QLabel* aboveGround;
     TaskFlights* flightList;
+    QLabel* danger;
     QListWidget* warnings;
     PlanWork work; ///< ends before what it reports to
 };

@@ -1,4 +1,5 @@
 #include "host/tasks/TaskFiles.h"
+#include "host/tasks/PlanWarnings.h"
 
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxData/exchange/AxMissionPoints.h>
@@ -54,6 +55,23 @@ void Tell(QWidget* window, const QString& title, const QString& text, const QStr
     box.SetDetails(details.join(QLatin1Char('\n')));
     box.SetBtnHidden(false, true, false);
     box.exec();
+}
+
+/// Files that an aircraft flies by are written of a dangerous route only if its pilot says so.
+bool IsWanted(QWidget* window, Format format, const ShownPlan& shown)
+{
+    const bool isFlown = format == Format::Survey || format == Format::Plan || format == Format::Wpl;
+    const QString danger = PlanWarnings::Summary(shown.plan.warnings);
+    if (!isFlown || danger.isEmpty())
+        return true;
+    CAxMessageBox box(window);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(TaskFiles::tr("Export route"));
+    box.SetMsgText(TaskFiles::tr("An aircraft that flies this route is in danger. Write it all the same?"));
+    box.SetDetails(danger);
+    box.SetBtnOKText(TaskFiles::tr("Write"));
+    box.SetCancelDefault(true);
+    return box.exec() == QDialog::Accepted;
 }
 
 AxExported Write(Format format, const ShownPlan& shown, const QString& name,
@@ -119,7 +137,10 @@ QString TaskFiles::Export(QWidget* window, const Wanted& wanted)
     const std::shared_ptr<const ShownPlan> shown = wanted.route(error);
     AxExported written;
     if (shown) {
-        written = Write(chosen(dialog.selectedNameFilter()).format, *shown, wanted.name, wanted.fixed);
+        const Format format = chosen(dialog.selectedNameFilter()).format;
+        if (!IsWanted(window, format, *shown))
+            return {};
+        written = Write(format, *shown, wanted.name, wanted.fixed);
         error = written.fault;
     }
     if (!shown || !error.isEmpty() || !AxSaveExport(file, written.data, error)) {

@@ -1,5 +1,5 @@
 #include "host/tasks/TaskFlights.h"
-#include "host/tasks/TaskFigures.h"
+#include "host/tasks/PlanWarnings.h"
 #include "host/tasks/TaskFromFile.h"
 
 #include <QHBoxLayout>
@@ -104,7 +104,7 @@ void TaskFlights::Show(const std::vector<AxPlanFlight>& flights)
         QStringList texts;
         for (const AxPlanWarning& warning : flights[i].warnings)
             if (texts.size() < mostTextsShown)
-                texts += TaskFigures::TextOf(warning);
+                texts += PlanWarnings::TextOf(warning);
         if (!texts.isEmpty())
             item->setIcon(style()->standardIcon(QStyle::SP_MessageBoxWarning));
         item->setToolTip(texts.isEmpty() ? item->text() : texts.join(QLatin1Char('\n')));

@@ -1,6 +1,7 @@
 #include "host/tasks/TaskPanel.h"
 #include "host/tasks/BlockOfRoute.h"
 #include "host/tasks/HomeClick.h"
+#include "host/tasks/PlanWarnings.h"
 #include "host/tasks/TaskFigures.h"
 #include "host/tasks/TaskFlights.h"
 #include "host/tasks/TaskFromFile.h"
@@ -67,7 +68,7 @@ QString FreeName(const CAxBlock& block, const QString& name)
 
 TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)),
-      homeClick(new HomeClick(viewer, this)), title(new QLabel), list(new QListWidget),
+      homeClick(new HomeClick(viewer, this)), dangers(viewer), title(new QLabel), list(new QListWidget),
       parameters(new TaskParameters), figures(new TaskFigures(viewer)), flown(new QSlider(Qt::Horizontal)),
       add(new QAction(tr("&Add task"), this)), remove(new QAction(tr("&Delete task..."), this)),
       exportRoute(new QAction(tr("&Export route..."), this)),
@@ -274,11 +275,13 @@ void TaskPanel::Mark(QListWidgetItem* item)
     const QString taskID = item->data(Qt::UserRole).toString();
     item->setCheckState(routes->IsShown(taskID) ? Qt::Checked : Qt::Unchecked);
     const auto plan = routes->PlanOf(blockID, taskID);
-    const bool isFaulty = plan && !plan->plan.IsPlanned();
-    item->setIcon(isFaulty ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
-    item->setToolTip(isFaulty ? plan->plan.fault
-                              : tr("The box shows or hides the route; without a route on the "
-                                   "map the block can be edited"));
+    const QString trouble = !plan                     ? QString()
+                            : !plan->plan.IsPlanned() ? plan->plan.fault
+                                                      : PlanWarnings::Summary(plan->plan.warnings);
+    item->setIcon(trouble.isEmpty() ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    item->setToolTip(!trouble.isEmpty() ? trouble
+                                        : tr("The box shows or hides the route; without a route on the "
+                                             "map the block can be edited"));
 }
 
 void TaskPanel::ShowPlan()
@@ -289,6 +292,10 @@ void TaskPanel::ShowPlan()
     figures->Show(shown);
     parameters->ShowFault(shown && shown->hasFigures ? shown->plan.fault : QString());
     parameters->ShowPlaces();
+    parameters->ShowFlownHeading(isPlanned && shown->hasFigures ? std::make_optional(shown->plan.heading)
+                                                                : std::nullopt);
+    dangers.Show(isPlanned && routes->IsShown(shown->taskID) ? shown->plan.warnings
+                                                             : std::vector<AxPlanWarning>());
     remove->setEnabled(task);
     exportRoute->setEnabled(isPlanned);
     flown->setEnabled(isPlanned);

@@ -1,6 +1,7 @@
 #pragma once
 #include "host/tasks/ShownPlan.h"
 #include "host/tasks/TaskFiles.h"
+#include "host/tasks/WarningMarks.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -75,6 +76,7 @@ private:
     CAxEarthViewer* viewer;
     TaskRoutes* routes;
     HomeClick* homeClick;
+    WarningMarks dangers; ///< of the chosen task, while its route is shown
     QString blockID;
     QLabel* title;
     QListWidget* list;

@@ -387,6 +387,14 @@ void TaskParameters::Load(CAxBlock& block)
     ShowHints(block);
 }
 
+void TaskParameters::ShowFlownHeading(std::optional<double> degrees)
+{
+    if (!degrees || !isBestHeading->isChecked())
+        return;
+    const QScopedValueRollback<bool> guard(isLoading, true);
+    heading->setValue(std::fmod(*degrees + 360.0, 360.0));
+}
+
 // Height and sample distance say the same; who types in one sees the other follow.
 void TaskParameters::FollowCamera(CAxBlock& block)
 {

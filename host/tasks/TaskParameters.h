@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 
 class CAxBlock;
 class LimitedNumber;
@@ -32,6 +33,8 @@ public:
     void ShowPlaces();
     /// Says beside the field that was changed last why there is no route; empty when there is one.
     void ShowFault(const QString& fault);
+    /// The heading that the planner has chosen, degrees, where the choice is its own.
+    void ShowFlownHeading(std::optional<double> degrees);
     /// Whether a click on the map sets home.
     void ShowSettingHome(bool setting);
 

@@ -315,14 +315,6 @@
         <translation>飞机</translation>
     </message>
     <message>
-        <source>Quantity</source>
-        <translation>项目</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>数值</translation>
-    </message>
-    <message>
         <source>Log</source>
         <translation>日志</translation>
     </message>
@@ -451,24 +443,12 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>工具</translation>
     </message>
     <message>
-        <source>--blocks: block &apos;%1&apos; cannot be drawn.</source>
-        <translation>--blocks：无法绘制测区“%1”。</translation>
-    </message>
-    <message>
         <source>No-fly zones</source>
         <translation>禁飞区</translation>
     </message>
     <message>
         <source>&amp;Mouse and keys</source>
         <translation>鼠标与按键(&amp;M)</translation>
-    </message>
-    <message>
-        <source>--blocks: block &apos;%1&apos; is drawn, but drawing would refuse it: %2</source>
-        <translation>--blocks：已绘制测区“%1”，但手工绘制时会被拒绝：%2</translation>
-    </message>
-    <message>
-        <source>%1 of %2 blocks would be refused if they were drawn; they have a warning sign in the list.</source>
-        <translation>%2 个测区中有 %1 个在手工绘制时会被拒绝；它们在列表中带有警告标志。</translation>
     </message>
     <message>
         <source>%1 cannot be written: what is changed now is lost with the window.</source>
@@ -2157,6 +2137,726 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>photo %1</source>
         <translation>照片 %1</translation>
+    </message>
+</context>
+<context>
+    <name>StartBlocks</name>
+    <message>
+        <source>--blocks: block &apos;%1&apos; cannot be drawn.</source>
+        <translation>--blocks：无法绘制测区“%1”。</translation>
+    </message>
+    <message>
+        <source>--blocks: block &apos;%1&apos; is drawn, but drawing would refuse it: %2</source>
+        <translation>--blocks：已绘制测区“%1”，但手工绘制时会被拒绝：%2</translation>
+    </message>
+    <message>
+        <source>%1 of %2 blocks would be refused if they were drawn; they have a warning sign in the list.</source>
+        <translation>%2 个测区中有 %1 个在手工绘制时会被拒绝；它们在列表中带有警告标志。</translation>
+    </message>
+</context>
+<context>
+    <name>AircraftOnMap</name>
+    <message>
+        <source>Aircraft %1</source>
+        <translation>飞行器 %1</translation>
+    </message>
+</context>
+<context>
+    <name>AircraftPanel</name>
+    <message>
+        <source>Connect</source>
+        <translation>连接</translation>
+    </message>
+    <message>
+        <source>Disconnect</source>
+        <translation>断开</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Follow</source>
+        <translation>跟随</translation>
+    </message>
+    <message>
+        <source>Keeps the aircraft in the middle</source>
+        <translation>使飞行器保持在画面中央</translation>
+    </message>
+    <message>
+        <source>Chase</source>
+        <translation>追尾</translation>
+    </message>
+    <message>
+        <source>Looks ahead from behind the aircraft</source>
+        <translation>从飞行器后方向前看</translation>
+    </message>
+    <message>
+        <source>From home</source>
+        <translation>起飞点视角</translation>
+    </message>
+    <message>
+        <source>Looks at the aircraft from home</source>
+        <translation>从起飞点看飞行器</translation>
+    </message>
+    <message>
+        <source>Trail</source>
+        <translation>航迹</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>照片</translation>
+    </message>
+    <message>
+        <source>Clear trail</source>
+        <translation>清除航迹</translation>
+    </message>
+    <message>
+        <source>Takes the trails flown so far off the map</source>
+        <translation>从地图上移除已飞过的航迹</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>Writes the places of the photos to a CSV or KML file</source>
+        <translation>将照片位置写入 CSV 或 KML 文件</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>链路</translation>
+    </message>
+    <message>
+        <source>Flight</source>
+        <translation>飞行</translation>
+    </message>
+    <message>
+        <source>Mission</source>
+        <translation>任务</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>消息</translation>
+    </message>
+    <message>
+        <source>Takes the aircraft of the closed link off the map</source>
+        <translation>将已断开链路的飞行器从地图上移除</translation>
+    </message>
+    <message>
+        <source>Folder...</source>
+        <translation>文件夹...</translation>
+    </message>
+    <message>
+        <source>Where flights are recorded, from the next connection on</source>
+        <translation>从下一次连接起，飞行记录保存的位置</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>Opens the folder of the records</source>
+        <translation>打开记录所在的文件夹</translation>
+    </message>
+    <message>
+        <source>Aircraft</source>
+        <translation>飞行器</translation>
+    </message>
+    <message>
+        <source>Quantity</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>数值</translation>
+    </message>
+    <message>
+        <source>Shows the way flown</source>
+        <translation>显示已飞过的航迹</translation>
+    </message>
+    <message>
+        <source>Shows where photos were taken</source>
+        <translation>显示拍照位置</translation>
+    </message>
+    <message>
+        <source>The route cannot be shown.</source>
+        <translation>无法显示该航线。</translation>
+    </message>
+    <message>
+        <source>Folder for records</source>
+        <translation>记录文件夹</translation>
+    </message>
+    <message>
+        <source>Nothing is recorded yet: %1 does not exist.</source>
+        <translation>尚无记录：%1 不存在。</translation>
+    </message>
+    <message>
+        <source>Photos of %1</source>
+        <translation>%1 的照片</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Recorded: %1</source>
+        <translation>记录文件：%1</translation>
+    </message>
+    <message>
+        <source>Flights are recorded in %1</source>
+        <translation>飞行记录保存在 %1</translation>
+    </message>
+</context>
+<context>
+    <name>AircraftSession</name>
+    <message>
+        <source>Something is connected already: disconnect first.</source>
+        <translation>已有连接：请先断开。</translation>
+    </message>
+    <message>
+        <source>No file is chosen.</source>
+        <translation>未选择文件。</translation>
+    </message>
+    <message>
+        <source>No serial port is chosen.</source>
+        <translation>未选择串口。</translation>
+    </message>
+    <message>
+        <source>The simulator flies the route of a task: choose a task that has one.</source>
+        <translation>模拟器飞行任务的航线：请选择一个有航线的任务。</translation>
+    </message>
+    <message>
+        <source>The key has not 32 bytes.</source>
+        <translation>密钥不是 32 字节。</translation>
+    </message>
+    <message>
+        <source>The link is lost.</source>
+        <translation>链路已丢失。</translation>
+    </message>
+    <message>
+        <source>The link is back.</source>
+        <translation>链路已恢复。</translation>
+    </message>
+    <message>
+        <source>%1: no flight is in it.</source>
+        <translation>%1：其中没有飞行记录。</translation>
+    </message>
+    <message>
+        <source>Aircraft %1</source>
+        <translation>飞行器 %1</translation>
+    </message>
+    <message>
+        <source>The block has no home: the simulator takes off below the first point of the route.</source>
+        <translation>测区未设置起飞点：模拟器从航线第一点的下方起飞。</translation>
+    </message>
+</context>
+<context>
+    <name>AircraftText</name>
+    <message>
+        <source>no receiver</source>
+        <translation>无接收机</translation>
+    </message>
+    <message>
+        <source>no fix</source>
+        <translation>未定位</translation>
+    </message>
+    <message>
+        <source>2D fix</source>
+        <translation>二维定位</translation>
+    </message>
+    <message>
+        <source>3D fix</source>
+        <translation>三维定位</translation>
+    </message>
+    <message>
+        <source>3D fix with corrections</source>
+        <translation>差分三维定位</translation>
+    </message>
+    <message>
+        <source>RTK float</source>
+        <translation>RTK 浮点解</translation>
+    </message>
+    <message>
+        <source>RTK fixed</source>
+        <translation>RTK 固定解</translation>
+    </message>
+    <message>
+        <source>fix of kind %1</source>
+        <translation>定位类型 %1</translation>
+    </message>
+    <message>
+        <source>armed</source>
+        <translation>已解锁</translation>
+    </message>
+    <message>
+        <source>disarmed</source>
+        <translation>已上锁</translation>
+    </message>
+    <message>
+        <source>on the ground</source>
+        <translation>在地面</translation>
+    </message>
+    <message>
+        <source>in the air</source>
+        <translation>在空中</translation>
+    </message>
+    <message>
+        <source>item %1 of %2</source>
+        <translation>第 %1 项，共 %2 项</translation>
+    </message>
+    <message>
+        <source>item %1</source>
+        <translation>第 %1 项</translation>
+    </message>
+    <message>
+        <source>%1 from %2</source>
+        <translation>%1，来自 %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2 messages</source>
+        <translation>%1 / %2 条消息</translation>
+    </message>
+    <message>
+        <source>Heard</source>
+        <translation>最近收到</translation>
+    </message>
+    <message>
+        <source>%1 ago</source>
+        <translation>%1前</translation>
+    </message>
+    <message>
+        <source>Mode</source>
+        <translation>模式</translation>
+    </message>
+    <message>
+        <source>Motors</source>
+        <translation>电机</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>Height above the sea</source>
+        <translation>海拔高度</translation>
+    </message>
+    <message>
+        <source>Height above home</source>
+        <translation>相对起飞点高度</translation>
+    </message>
+    <message>
+        <source>Height above the ground</source>
+        <translation>离地高度</translation>
+    </message>
+    <message>
+        <source>Ground speed</source>
+        <translation>地速</translation>
+    </message>
+    <message>
+        <source>Air speed</source>
+        <translation>空速</translation>
+    </message>
+    <message>
+        <source>Climb</source>
+        <translation>爬升率</translation>
+    </message>
+    <message>
+        <source>Heading</source>
+        <translation>航向</translation>
+    </message>
+    <message>
+        <source>Roll</source>
+        <translation>横滚</translation>
+    </message>
+    <message>
+        <source>Pitch</source>
+        <translation>俯仰</translation>
+    </message>
+    <message>
+        <source>Yaw</source>
+        <translation>偏航</translation>
+    </message>
+    <message>
+        <source>Battery</source>
+        <translation>电池</translation>
+    </message>
+    <message>
+        <source>Satellites</source>
+        <translation>卫星</translation>
+    </message>
+    <message>
+        <source>Mission</source>
+        <translation>任务</translation>
+    </message>
+    <message>
+        <source>Wind</source>
+        <translation>风</translation>
+    </message>
+    <message>
+        <source>Lost on the way</source>
+        <translation>途中丢失</translation>
+    </message>
+    <message>
+        <source>Emergency</source>
+        <translation>紧急</translation>
+    </message>
+    <message>
+        <source>Alert</source>
+        <translation>警报</translation>
+    </message>
+    <message>
+        <source>Critical</source>
+        <translation>严重</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>错误</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Notice</source>
+        <translation>注意</translation>
+    </message>
+    <message>
+        <source>Info</source>
+        <translation>信息</translation>
+    </message>
+    <message>
+        <source>Debug</source>
+        <translation>调试</translation>
+    </message>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 秒</translation>
+    </message>
+    <message>
+        <source>%1 min %2 s</source>
+        <translation>%1 分 %2 秒</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 小时 %2 分</translation>
+    </message>
+</context>
+<context>
+    <name>ConnectForm</name>
+    <message>
+        <source>Connection</source>
+        <translation>连接方式</translation>
+    </message>
+    <message>
+        <source>Simulator</source>
+        <translation>模拟器</translation>
+    </message>
+    <message>
+        <source>UDP</source>
+        <translation>UDP</translation>
+    </message>
+    <message>
+        <source>TCP</source>
+        <translation>TCP</translation>
+    </message>
+    <message>
+        <source>Serial port</source>
+        <translation>串口</translation>
+    </message>
+    <message>
+        <source>Recorded flight</source>
+        <translation>飞行记录</translation>
+    </message>
+    <message>
+        <source>%1 times</source>
+        <translation>%1 倍</translation>
+    </message>
+    <message>
+        <source>Where the wind blows from, clockwise from north</source>
+        <translation>风的来向，自正北顺时针</translation>
+    </message>
+    <message>
+        <source>from</source>
+        <translation>来自</translation>
+    </message>
+    <message>
+        <source>Speed</source>
+        <translation>速度</translation>
+    </message>
+    <message>
+        <source>Wind</source>
+        <translation>风</translation>
+    </message>
+    <message>
+        <source>The program listens on this port and answers to whom it hears</source>
+        <translation>程序监听此端口，并向收到的来源应答</translation>
+    </message>
+    <message>
+        <source>Port</source>
+        <translation>端口</translation>
+    </message>
+    <message>
+        <source>Host</source>
+        <translation>主机</translation>
+    </message>
+    <message>
+        <source>Look for ports again</source>
+        <translation>重新查找串口</translation>
+    </message>
+    <message>
+        <source>Bits a second</source>
+        <translation>每秒位数</translation>
+    </message>
+    <message>
+        <source>Baud</source>
+        <translation>波特率</translation>
+    </message>
+    <message>
+        <source>Choose a .tlog or .csv file</source>
+        <translation>选择 .tlog 或 .csv 文件</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>文件</translation>
+    </message>
+    <message>
+        <source>64 hexadecimal digits; empty: none</source>
+        <translation>64 位十六进制数；空：无</translation>
+    </message>
+    <message>
+        <source>With a key, messages that it does not sign are refused, and what is sent is signed. The key is not kept: it has to be given again after a start.</source>
+        <translation>设置密钥后，未用它签名的消息将被拒绝，发出的消息会被签名。密钥不会被保存：重新启动后须再次输入。</translation>
+    </message>
+    <message>
+        <source>Read the key from a file</source>
+        <translation>从文件读取密钥</translation>
+    </message>
+    <message>
+        <source>Signing key</source>
+        <translation>签名密钥</translation>
+    </message>
+    <message>
+        <source>No key: signed messages are refused.</source>
+        <translation>无密钥：拒绝已签名的消息。</translation>
+    </message>
+    <message>
+        <source>A key of 32 bytes, in this run only.</source>
+        <translation>32 字节密钥，仅本次运行有效。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 has no key in it: 32 bytes or 64 hexadecimal digits.</source>
+        <translation>%1 中没有密钥：应为 32 字节或 64 位十六进制数。</translation>
+    </message>
+    <message>
+        <source>Recorded flights (*.tlog *.csv *.txt);;All files (*)</source>
+        <translation>飞行记录 (*.tlog *.csv *.txt);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>This is no key of 32 bytes: nothing is connected with it.</source>
+        <translation>这不是 32 字节的密钥：不会用它建立连接。</translation>
+    </message>
+</context>
+<context>
+    <name>LinkText</name>
+    <message>
+        <source>The map is still loading.</source>
+        <translation>地图仍在加载。</translation>
+    </message>
+    <message>
+        <source>The simulator flies the route of a task: choose a task that has one.</source>
+        <translation>模拟器飞行任务的航线：请选择一个有航线的任务。</translation>
+    </message>
+    <message>
+        <source>Reading the file: %1 %</source>
+        <translation>正在读取文件：%1 %</translation>
+    </message>
+    <message>
+        <source>Replay of a recorded flight, nothing is live: %1</source>
+        <translation>回放飞行记录，非实时数据：%1</translation>
+    </message>
+    <message>
+        <source>Not connected.</source>
+        <translation>未连接。</translation>
+    </message>
+    <message>
+        <source>Not connected. %1</source>
+        <translation>未连接。%1</translation>
+    </message>
+    <message>
+        <source>%1: connecting...</source>
+        <translation>%1：正在连接...</translation>
+    </message>
+    <message>
+        <source>%1. It is tried again.</source>
+        <translation>%1。正在重试。</translation>
+    </message>
+    <message>
+        <source>%1: %2 messages were refused: their signatures are not those of the key.</source>
+        <translation>%1：已拒绝 %2 条消息：其签名与密钥不符。</translation>
+    </message>
+    <message>
+        <source>%1: bytes come, but no aircraft is among them.</source>
+        <translation>%1：收到数据，但其中没有飞行器。</translation>
+    </message>
+    <message>
+        <source>%1: open, nothing has been heard.</source>
+        <translation>%1：已打开，尚未收到任何数据。</translation>
+    </message>
+    <message>
+        <source>%1: LINK LOST for %2.</source>
+        <translation>%1：链路已丢失 %2。</translation>
+    </message>
+    <message>
+        <source>%1: connected.</source>
+        <translation>%1：已连接。</translation>
+    </message>
+    <message>
+        <source>%1: connected, %2 aircraft.</source>
+        <translation>%1：已连接，%2 架飞行器。</translation>
+    </message>
+    <message>
+        <source>The signing key cannot be used.</source>
+        <translation>签名密钥无法使用。</translation>
+    </message>
+</context>
+<context>
+    <name>MessageList</name>
+    <message>
+        <source>Messages</source>
+        <translation>消息</translation>
+    </message>
+</context>
+<context>
+    <name>MissionBox</name>
+    <message>
+        <source>Upload</source>
+        <translation>上传</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>下载</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Brings the route of the chosen task to the aircraft</source>
+        <translation>将所选任务的航线上传到飞行器</translation>
+    </message>
+    <message>
+        <source>Shows the mission that the aircraft carries as a route</source>
+        <translation>将飞行器携带的任务显示为航线</translation>
+    </message>
+    <message>
+        <source>The mission was not uploaded: %1</source>
+        <translation>任务未上传：%1</translation>
+    </message>
+    <message>
+        <source>Upload mission</source>
+        <translation>上传任务</translation>
+    </message>
+    <message>
+        <source>%1 is in the air, or armed. Do you want to replace the mission that it carries?</source>
+        <translation>%1 在空中或已解锁。要替换它携带的任务吗？</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>Uploading to %1...</source>
+        <translation>正在上传到 %1...</translation>
+    </message>
+    <message>
+        <source>Downloading from %1...</source>
+        <translation>正在从 %1 下载...</translation>
+    </message>
+    <message>
+        <source>No mission was downloaded: %1</source>
+        <translation>未下载任务：%1</translation>
+    </message>
+    <message>
+        <source>%1 has the mission.</source>
+        <translation>%1 已接收任务。</translation>
+    </message>
+    <message>
+        <source>Mission of %1</source>
+        <translation>%1 的任务</translation>
+    </message>
+    <message>
+        <source>%1 carries no mission with a place in it.</source>
+        <translation>%1 携带的任务中没有航点。</translation>
+    </message>
+    <message>
+        <source>The mission of %1 is shown as a route.</source>
+        <translation>%1 的任务已显示为航线。</translation>
+    </message>
+</context>
+<context>
+    <name>PhotoFiles</name>
+    <message>
+        <source>Export photos</source>
+        <translation>导出照片</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>The photos were not written.</source>
+        <translation>照片未写入。</translation>
+    </message>
+    <message>
+        <source>%1 is written. What it does not say:</source>
+        <translation>%1 已写入。其中不包含：</translation>
+    </message>
+</context>
+<context>
+    <name>ReplayBar</name>
+    <message>
+        <source> times</source>
+        <translation> 倍</translation>
+    </message>
+    <message>
+        <source>How fast the flight is replayed</source>
+        <translation>飞行记录的回放速度</translation>
+    </message>
+    <message>
+        <source>%1, no data</source>
+        <translation>%1，无数据</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>暂停</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>播放</translation>
+    </message>
+</context>
+<context>
+    <name>TimeBar</name>
+    <message>
+        <source>Time of the flight</source>
+        <translation>飞行时间</translation>
     </message>
 </context>
 </TS>

@@ -315,6 +315,36 @@ TEST_F(TasksOnMap, RoutesGoToFilesAsTheyAreAtThatMomentAndComeBack)
         EXPECT_NEAR(std::abs(corner.x()), 179.999, 0.001) << "across the antimeridian";
 }
 
+TEST_F(TasksOnMap, ADangerousRouteIsMarkedAndWrittenOnlyWhenThePilotSaysSo)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("a.plan");
+    const auto marks = [] {
+        const osg::Group& group = *viewer->GetBoundGroup();
+        for (unsigned i = 0; i < group.getNumChildren(); ++i)
+            if (group.getChild(i)->getName() == "Warning marks")
+                return group.getChild(i)->asGroup()->getNumChildren();
+        return 0U;
+    };
+    TaskPanel panel(viewer);
+    Block()->SetHomePosition({10.0, -0.001, 5.0}, false);
+    Block()->GetTaskPara()->GetAirLineParam()->SetClearance(2000.0);
+    panel.AddAction()->trigger();
+    const auto* danger = panel.findChild<QLabel*>("RouteDanger");
+    ASSERT_TRUE(waitFor([&] { return !danger->isHidden(); }, 5000));
+    EXPECT_FALSE(panel.findChild<QListWidget*>("TaskList")->item(0)->icon().isNull());
+    EXPECT_GT(marks(), 0U);
+    ModalBox box;
+    for (const bool isWanted : {false, true}) {
+        box.answers += Choose(file);
+        box.answers += [isWanted](QDialog& asked) { isWanted ? asked.accept() : asked.reject(); };
+        panel.ExportAction()->trigger();
+        EXPECT_EQ(QFile::exists(file), isWanted);
+    }
+    Block()->GetTaskPara()->GetAirLineParam()->SetClearance(10.0);
+    EXPECT_TRUE(waitFor([&] { return danger->isHidden() && marks() == 0U; }, 5000));
+}
+
 TEST_F(TasksOnMap, EachFlightIsListedAndGoesToAFileOfItsOwn)
 {
     const QTemporaryDir folder;
