@@ -100,8 +100,10 @@ CAxUavNode* AxAircraftFleet::Add(QObject* telemetry, EPlaneType type)
     QObject::connect(aircraft, &QObject::destroyed, q, [this, aircraft] { forget(aircraft); });
     if (!focus)
         focus = aircraft;
+    showPanels();
+    const QPointer<CAxUavNode> kept(aircraft);
     emit q->signalAircraft();
-    return aircraft;
+    return kept;
 }
 
 void AxAircraftFleet::forget(CAxUavNode*)
@@ -110,7 +112,15 @@ void AxAircraftFleet::forget(CAxUavNode*)
                 fleet.end());
     if (!focus && !fleet.empty())
         focus = fleet.front();
+    showPanels();
     emit q->signalAircraft();
+}
+
+// Those of many aircraft cover each other.
+void AxAircraftFleet::showPanels()
+{
+    for (CAxUavNode* aircraft : All())
+        aircraft->SetPanelVisible(aircraft == focus);
 }
 
 bool AxAircraftFleet::Remove(CAxUavNode* aircraft)
@@ -145,6 +155,7 @@ bool AxAircraftFleet::SetFocus(CAxUavNode* aircraft)
     if (aircraft == focus)
         return true;
     focus = aircraft;
+    showPanels();
     const CAxEarthViewer::EAircraftView before = view;
     if (before != CAxEarthViewer::AircraftViewFree)
         takeView(before);

@@ -42,6 +42,7 @@ private:
     class Step;
 
     void advance();
+    void showPanels();
     bool contains(const CAxUavNode* aircraft) const;
     void forget(CAxUavNode* aircraft);
     void takeView(CAxEarthViewer::EAircraftView wanted);

@@ -130,8 +130,8 @@ public:
     /// The oldest one of those that are left comes into focus where this one was.
     bool RemoveAircraft(CAxUavNode* aircraft);
     QList<CAxUavNode*> Aircraft() const; ///< the oldest first
-    /// Views and the tools bar deal with the aircraft in focus. False for one of another viewer, and for
-    /// null.
+    /// Views and the tools bar deal with the aircraft in focus, whose panel alone is shown. False for one of
+    /// another viewer, and for null.
     bool SetFocusAircraft(CAxUavNode* aircraft);
     /// Removes the photo points and trail lines of all aircraft, and then the aircraft.
     void ClearUavMarker();

@@ -8,13 +8,14 @@
 #include <vector>
 
 /// What of a trail can be left out from afar, kept up while the trail grows: it is looked at in runs, and of
-/// each run it is known how far the line is off when only every 4th, 16th, ... point of it is drawn. Adding
+/// each run it is known how far the line is off when only every 2nd, 8th, ... point of it is drawn. Adding
 /// a point costs the same however long the trail is. Metres.
 class AXEARTHVIEWER_EXPORT AxTrailDetail
 {
 public:
     static constexpr int runLength = 4096;
-    static constexpr std::array<int, 5> strides{4, 16, 64, 256, 1024};
+    /// OpenGL allows no more than 2,048 bytes from one vertex to the next.
+    static constexpr std::array<int, 4> strides{2, 8, 32, 128};
 
     /// A run: points from `first`, as many as runLength or, of the last one, fewer.
     struct Run

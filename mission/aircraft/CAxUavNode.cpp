@@ -414,6 +414,7 @@ void CAxUavNode::SetPlaneVisbled(bool visible)
 void CAxUavNode::SetPanelVisible(bool visible)
 {
     d->panelVisible = visible;
+    updateText();
     apply();
 }
 
@@ -440,6 +441,9 @@ void CAxUavNode::ResetRenderSort()
 
 void CAxUavNode::updateText()
 {
+    // Laying out letters is most of what a message costs.
+    if (!d->panelVisible)
+        return;
     QStringList lines;
     if (!d->title.isEmpty())
         lines += d->title;

@@ -119,7 +119,7 @@ TEST(AircraftTrail, LeavesOutNoMoreThanItSays)
         }
     const AxTrailDetail::Run& run = detail.Runs()[0];
     EXPECT_EQ(detail.StrideFor(run, flight[100], 1e-3), 1) << "from within";
-    EXPECT_EQ(detail.StrideFor(run, flight[0] * 1.5, 1e-3), 1024) << "from space";
+    EXPECT_EQ(detail.StrideFor(run, flight[0] * 1.5, 1e-3), 128) << "from space";
 }
 
 TEST(AircraftTrail, GrowsByGeometriesOf100000)

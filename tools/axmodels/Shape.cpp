@@ -2,11 +2,13 @@
 
 #include <osg/Geometry>
 #include <osg/Material>
+#include <osgUtil/MeshOptimizers>
 
 #include <cmath>
 
 namespace {
-constexpr int roundSides = 16;
+constexpr int roundSides = 12;
+constexpr int rodSides = 6;
 constexpr float turn = 6.2831853f;
 
 osg::Vec3 OnSection(const Section& section, float x, int side)
@@ -125,10 +127,10 @@ Shape& Shape::Rod(const osg::Vec3& from, const osg::Vec3& to, float radius)
     side.normalize();
     const osg::Vec3 other = along ^ side;
     const auto out = [&](int i) {
-        const float angle = turn * static_cast<float>(i) / roundSides;
+        const float angle = turn * static_cast<float>(i) / rodSides;
         return side * std::cos(angle) + other * std::sin(angle);
     };
-    for (int i = 0; i < roundSides; ++i) {
+    for (int i = 0; i < rodSides; ++i) {
         const osg::Vec3 a = out(i), b = out(i + 1);
         triangle({from + a * radius, from + b * radius, to + b * radius}, {a, b, b});
         triangle({from + a * radius, to + b * radius, to + a * radius}, {a, b, a});
@@ -175,6 +177,8 @@ osg::ref_ptr<osg::Geode> Shape::Painted(const Paint& paint) const
     surface->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, static_cast<int>(places.size())));
     surface->setUseDisplayList(false);
     surface->setUseVertexBufferObjects(true);
+    // A corner that several triangles share is stored, and later shaded, once.
+    osgUtil::IndexMeshVisitor().makeMesh(*surface);
 
     const osg::Vec4 color(paint.color, 1.0f);
     osg::ref_ptr<osg::Material> material = new osg::Material;
