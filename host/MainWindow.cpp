@@ -1,4 +1,5 @@
 #include "host/MainWindow.h"
+#include "host/aircraft/AircraftPanel.h"
 #include "host/BlockPanel.h"
 #include "host/CameraRest.h"
 #include "host/EditMenu.h"
@@ -9,6 +10,7 @@
 #include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
 #include "host/SignalRelay.h"
+#include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
 #include "host/tasks/ProfilePanel.h"
 #include "host/tasks/TaskPanel.h"
@@ -20,9 +22,7 @@
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
 
-#include <AxAlgorthm/AxUniqueID.h>
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
-#include <AxData/CAxBlockManager.h>
 #include <AxData/CAxNoflyZoneMgr.h>
 
 #include <QCloseEvent>
@@ -41,7 +41,6 @@
 #include <QTextStream>
 #include <QTimer>
 #include <QToolBar>
-#include <QTreeWidget>
 #include <QUndoView>
 
 #include <cmath>
@@ -57,6 +56,7 @@ constexpr int shownMs = 8000;
 const QString geometryKey = QStringLiteral("window/geometry");
 const QString layoutKey = QStringLiteral("window/layout");
 const QString extentsKey = QStringLiteral("window/panels");
+const QString aircraftKey = QStringLiteral("aircraft/link");
 
 const struct
 {
@@ -68,14 +68,6 @@ const struct
     {"snap", &AxEditAids::snap},
     {"angleSteps", &AxEditAids::angleSteps},
 };
-
-QTreeWidget* MakeList(const QStringList& columns)
-{
-    auto* list = new QTreeWidget;
-    list->setHeaderLabels(columns);
-    list->setRootIsDecorated(false);
-    return list;
-}
 
 // Of the manipulator's signals those that tell of something that a person has done.
 bool IsForPeople(const QString& signal)
@@ -93,8 +85,9 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
       blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
       zones(new ZonePanel(viewer, cameraRest)), tasks(new TaskPanel(viewer)),
-      kept(KeptState::Open(hostOptions, this)), extents(new PanelExtents(this)),
-      tools(new ToolActions(viewer, this)), place(new QLabel), state(new QLabel)
+      aircraft(new AircraftPanel(viewer)), kept(KeptState::Open(hostOptions, this)),
+      extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new QLabel),
+      state(new QLabel)
 {
     // With it Control adds to the selection.
     constexpr int planning = 1;
@@ -116,7 +109,7 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     });
     connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this, &MainWindow::ShowPlace);
     if (!options.noVoice && !options.IsUnattended())
-        new Voice(viewer, this);
+        connect(aircraft, &AircraftPanel::Spoken, new Voice(viewer, this), &Voice::Warn);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &MainWindow::OnLoaded);
     viewer->setFocus();
 }
@@ -126,6 +119,8 @@ MainWindow::~MainWindow()
     // A run that ended by itself closed nothing.
     if (isVisible())
         KeepLayout();
+    // The records of flights end whole, whatever comes after.
+    delete aircraft;
     viewer->ReleaseAll();
     // Their rows ask the viewer.
     delete blocks;
@@ -151,9 +146,7 @@ void MainWindow::BuildPanels()
 {
     AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
-    QDockWidget* aircraft = AddPanel(tr("Aircraft"), "AircraftPanel", MakeList({tr("Quantity"), tr("Value")}),
-                                     Qt::LeftDockWidgetArea);
-    tabifyDockWidget(zonesPanel, aircraft);
+    tabifyDockWidget(zonesPanel, AddPanel(tr("Aircraft"), "AircraftPanel", aircraft, Qt::LeftDockWidgetArea));
     zonesPanel->raise();
     auto* undoView = new QUndoView(viewer->GetUndoStack());
     undoView->setEmptyLabel(tr("Nothing done"));
@@ -170,6 +163,8 @@ void MainWindow::BuildPanels()
     const auto tell = [this](const QString& text) { statusBar()->showMessage(text, shownMs); };
     connect(blocks, &BlockPanel::Told, this, tell);
     connect(tasks, &TaskPanel::Told, this, tell);
+    connect(aircraft, &AircraftPanel::Told, this, tell);
+    connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
 }
 
 void MainWindow::BuildTaskPanels()
@@ -208,6 +203,7 @@ void MainWindow::RestoreLayout()
         restoreGeometry(kept->Bytes(geometryKey));
     restoreState(kept->Bytes(layoutKey), layoutVersion);
     extents->Restore(kept->Bytes(extentsKey));
+    aircraft->SetSettings(kept->Bytes(aircraftKey));
 }
 
 void MainWindow::RestoreSwitches()
@@ -241,6 +237,7 @@ void MainWindow::KeepLayout()
     kept->SetBytes(geometryKey, saveGeometry());
     kept->SetBytes(layoutKey, saveState(layoutVersion));
     kept->SetBytes(extentsKey, extents->Save());
+    kept->SetBytes(aircraftKey, aircraft->Settings());
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -369,52 +366,6 @@ bool MainWindow::StartViewer()
     return true;
 }
 
-bool MainWindow::DrawBlocks()
-{
-    CAxBlockManager& records = CAxBlockManager::instance();
-    QStringList made;
-    for (const FileBlock& wanted : qAsConst(options.blocks)) {
-        const QString id = CreateUniqueID();
-        CAxBlock* block = records.AddBlock(id, wanted.type);
-        made += id;
-        if (!wanted.name.isEmpty())
-            block->SetBlockName(wanted.name);
-        block->SetAnchor(wanted.anchor);
-        if (viewer->ImportShapeNode(id))
-            continue;
-        QTextStream(stderr) << "AxGroundControl: "
-                            << tr("--blocks: block '%1' cannot be drawn.").arg(block->GetBlockName())
-                            << Qt::endl;
-        for (const QString& other : qAsConst(made))
-            if (!viewer->RemoveHanderAdapter(other, true))
-                records.DeleteBlock(other);
-        return false;
-    }
-    TellFaults(made);
-    return true;
-}
-
-void MainWindow::TellFaults(const QStringList& blockIDs)
-{
-    int count = 0;
-    for (const QString& id : blockIDs) {
-        const QString fault = blocks->FaultOf(id);
-        if (fault.isEmpty())
-            continue;
-        ++count;
-        const QString line = tr("--blocks: block '%1' is drawn, but drawing would refuse it: %2")
-                                 .arg(CAxBlockManager::instance().GetBlock(id)->GetBlockName(),
-                                      QString(fault).replace(QLatin1Char('\n'), QLatin1Char(' ')));
-        QTextStream(stderr) << "AxGroundControl: " << line << Qt::endl;
-        log->AppendLine(line);
-    }
-    if (count > 0)
-        statusBar()->showMessage(
-            tr("%1 of %2 blocks would be refused if they were drawn; they have a warning sign in the list.")
-                .arg(count)
-                .arg(blockIDs.size()));
-}
-
 void MainWindow::GoToFirstView()
 {
     const std::optional<TourStop> last = kept && !options.view ? kept->View() : options.view;
@@ -435,10 +386,12 @@ void MainWindow::OnLoaded()
     if (kept)
         RestoreSwitches();
     cameraRest->Start();
-    if (!DrawBlocks()) {
+    QStringList drawn;
+    if (!StartBlocks::Draw(*viewer, options.blocks, drawn)) {
         emit Done(exitWrongUse);
         return;
     }
+    StartBlocks::TellFaults(drawn, *blocks, *log, *statusBar());
     QVector<Tour::Stop> stops;
     if (!options.shotFile.isEmpty())
         stops += {options.view ? options.view->Viewpoint() : osgEarth::Viewpoint(), options.shotFile};

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QMainWindow>
 
+class AircraftPanel;
 class BlockPanel;
 class CameraRest;
 class CAxEarthViewer;
@@ -60,8 +61,6 @@ private:
     void ShowTaskPanels();
     void RelaySignals();
     void OnLoaded();
-    bool DrawBlocks();
-    void TellFaults(const QStringList& blockIDs);
     void RestoreLayout();
     void KeepLayout();
     void RestoreSwitches();
@@ -80,6 +79,7 @@ private:
     CameraRest* cameraRest;
     ZonePanel* zones;
     TaskPanel* tasks;
+    AircraftPanel* aircraft;
     KeptState* kept; ///< null: nothing is kept
     PanelExtents* extents;
     QDockWidget* history = nullptr;

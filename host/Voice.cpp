@@ -4,6 +4,7 @@
 #include "viewer/CAxTextToSpeech.h"
 
 namespace {
+constexpr int levelOfWarning = 0;
 // What the operator has just done comes before what the program did.
 constexpr int levelOfPick = 1;
 constexpr int levelOfNews = 2;
@@ -28,4 +29,9 @@ Voice::Voice(CAxEarthViewer* viewer, QObject* parent) : QObject(parent)
                 if (lngLatPos != osg::Vec3d())
                     picked();
             });
+}
+
+void Voice::Warn(const QString& text)
+{
+    emit Said(text, levelOfWarning);
 }

@@ -5,7 +5,7 @@ class CAxEarthViewer;
 
 /**
  * Says aloud what happens in the viewer: that the map has loaded, that a
- * position was picked. The tools bar's voice button switches it. Owned by its
+ * position was picked; and what aircraft warn of. The tools bar's voice button switches it. Owned by its
  * parent; GUI thread.
  */
 class Voice : public QObject
@@ -14,6 +14,10 @@ class Voice : public QObject
 public:
     /// The viewer must outlive it; create it before the map loads.
     Voice(CAxEarthViewer* viewer, QObject* parent);
+
+public slots:
+    /// Says it before anything else.
+    void Warn(const QString& text);
 
 signals:
     /// Speak this; while one text is spoken only a lower level is heard.

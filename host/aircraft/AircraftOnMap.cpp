@@ -1,0 +1,187 @@
+#include "host/aircraft/AircraftOnMap.h"
+#include "host/aircraft/AircraftText.h"
+#include "host/aircraft/MissionOfPlan.h"
+#include "mission/aircraft/CAxUavNode.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxTelemetry/record/AxReplaySource.h>
+
+#include <AxAlgorthm/AxGeoid.h>
+#include <AxData/CAxBlock.h>
+
+#include <osgEarth/MapNode>
+
+#include <QLocale>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+// In the heights of the map. Of a line the ground does not count, which may be finer or coarser later.
+CAxVector3D PlaceOnMap(const CAxEarthViewer& viewer, double longitude, double latitude, double altitude)
+{
+    const double geoid =
+        viewer.AreMapHeightsAboveEllipsoid() ? 0.0 : AxGeoidHeight(latitude, longitude).value_or(0.0);
+    return {longitude, latitude, altitude - geoid};
+}
+} // namespace
+
+AircraftOnMap::AircraftOnMap(CAxEarthViewer* earthViewer, AxTelemetrySource* from)
+    : viewer(earthViewer), source(from), state(from->State())
+{
+    connect(from, &AxTelemetrySource::signalState, this, &AircraftOnMap::take);
+    connect(from, &AxTelemetrySource::signalPhoto, this, [this](const AxPhotoRecord& photo) {
+        if (!replay)
+            photos.push_back(photo);
+    });
+    connect(earthViewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftOnMap::draw);
+    draw();
+}
+
+AircraftOnMap::AircraftOnMap(CAxEarthViewer* earthViewer, AxReplaySource* from)
+    : AircraftOnMap(earthViewer, static_cast<AxTelemetrySource*>(from))
+{
+    replay = from;
+    connect(from, &AxReplaySource::signalPhotosTo, this, [this](int count) {
+        if (replay)
+            drawPhotosTo(*replay, count);
+    });
+    connect(from, &AxReplaySource::signalIndex, this, [this](int index) {
+        // Up to and with the sample that is passed.
+        if (node)
+            node->SetPathIndexMask(index + 1);
+    });
+    if (node)
+        drawFlight(*from);
+}
+
+AircraftOnMap::~AircraftOnMap()
+{
+    if (viewer && node)
+        viewer->RemoveAircraft(node);
+}
+
+CAxUavNode* AircraftOnMap::Node() const
+{
+    return node;
+}
+
+void AircraftOnMap::draw()
+{
+    // Who has taken it off the map meant it.
+    if (!viewer || !source || node || wasDrawn)
+        return;
+    node = viewer->AddAircraft(source, state.planeType);
+    if (!node)
+        return;
+    wasDrawn = true;
+    node->SetTitle(Name());
+    node->SetBlockType(blockType);
+    node->SetTrailVisible(isTrailVisible);
+    if (replay)
+        drawFlight(*replay);
+    take();
+}
+
+void AircraftOnMap::drawFlight(const AxReplaySource& from)
+{
+    std::vector<CAxVector3D> line;
+    line.reserve(from.Flight().Samples().size());
+    for (const AxFlightSample& sample : from.Flight().Samples())
+        line.push_back(PlaceOnMap(*viewer, sample.longitude, sample.latitude, sample.altitude));
+    node->CreateReplayFlightLine(line);
+    node->SetPathIndexMask(from.Index() + 1);
+}
+
+void AircraftOnMap::drawPhotosTo(const AxReplaySource& from, int count)
+{
+    if (!node || !viewer)
+        return;
+    const std::vector<AxPhotoRecord>& taken = from.Flight().Photos();
+    QStringList points;
+    for (int i = 0; i < count && i < static_cast<int>(taken.size()); ++i) {
+        const AxPhotoRecord& photo = taken[static_cast<std::size_t>(i)];
+        const CAxVector3D place = PlaceOnMap(*viewer, photo.longitude, photo.latitude, photo.altitude);
+        QStringList fields{QString::number(photo.index)};
+        for (const double number : {place.x(), place.y(), place.z()})
+            fields += QString::number(number, 'g', QLocale::FloatingPointShortest);
+        points += fields.join(QLatin1Char(','));
+    }
+    node->CreateReplayPicPoint(points);
+}
+
+void AircraftOnMap::take()
+{
+    if (source)
+        state = source->State();
+    if (!node || !viewer)
+        return;
+    if (node->GetPlaneType() != state.planeType && viewer->getMapNode()) {
+        const bool hasPlace = node->HasPosition();
+        const CAxVector3D place = node->GetPosition();
+        node->CreatePlane(state.planeType, osgEarth::GeoPoint(), viewer->getMapNode());
+        if (hasPlace)
+            node->SetPosition(place.x(), place.y(), place.z());
+    }
+    node->SetTitle(Name());
+    node->SetLanded(state.isLanded.value_or(false));
+    node->SetFlightMode(!replay && IsInTheAir(state));
+    if (state.isHeard && isLost) {
+        isLost = false;
+        node->SetLinkLost(false, 0.0);
+    }
+}
+
+void AircraftOnMap::Refresh(qint64 now)
+{
+    const AxAircraftState& known = State();
+    if (!node || known.isHeard || known.lastHeard == 0)
+        return;
+    isLost = true;
+    node->SetLinkLost(true, static_cast<double>(std::max<qint64>(0, known.HeardAgo(now))) / 1000.0);
+}
+
+const AxAircraftState& AircraftOnMap::State() const
+{
+    return source ? source->State() : state;
+}
+
+QString AircraftOnMap::Name() const
+{
+    const AxAircraftState& known = State();
+    return known.name.isEmpty() ? tr("Aircraft %1").arg(known.systemId) : known.name;
+}
+
+std::optional<double> AircraftOnMap::AboveGround() const
+{
+    const AxAircraftState& known = State();
+    if (!viewer || !known.longitude || !known.latitude || !known.altitude)
+        return {};
+    const std::optional<double> ground = GroundAboveEllipsoid(*viewer, *known.longitude, *known.latitude);
+    return ground ? std::make_optional(*known.altitude - *ground) : std::nullopt;
+}
+
+const std::vector<AxPhotoRecord>& AircraftOnMap::Photos() const
+{
+    return replay ? replay->Flight().Photos() : photos;
+}
+
+void AircraftOnMap::SetTrailVisible(bool visible)
+{
+    isTrailVisible = visible;
+    if (node)
+        node->SetTrailVisible(visible);
+}
+
+void AircraftOnMap::SetBlockType(int type)
+{
+    blockType = type;
+    if (node)
+        node->SetBlockType(type);
+}
+
+void AircraftOnMap::ClearTrail()
+{
+    if (node)
+        node->ClearAllTrailLine();
+}

@@ -1,0 +1,407 @@
+#include "host/aircraft/AircraftPanel.h"
+#include "host/aircraft/AircraftOnMap.h"
+#include "host/aircraft/AircraftSession.h"
+#include "host/aircraft/AircraftText.h"
+#include "host/aircraft/ConnectForm.h"
+#include "host/aircraft/MessageList.h"
+#include "host/aircraft/MissionBox.h"
+#include "host/aircraft/MissionOfPlan.h"
+#include "host/aircraft/PhotoFiles.h"
+#include "host/aircraft/ReplayBar.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxTelemetry/AxMavlinkAircraft.h>
+
+#include <AxData/CAxBlockManager.h>
+
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QTreeWidget>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int showMs = 250;
+constexpr int listedRows = 3;
+// MAV_SEVERITY: what is worse is said aloud, too.
+constexpr int spokenSeverity = 4;
+
+QToolButton* TextButton(const QString& text, const QString& tip, const char* name)
+{
+    auto* button = new QToolButton;
+    button->setText(text);
+    button->setToolTip(tip);
+    button->setObjectName(QLatin1String(name));
+    return button;
+}
+} // namespace
+
+AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QWidget(parent), viewer(earthViewer), session(new AircraftSession(earthViewer, this)),
+      state(new QLabel), replay(new ReplayBar), tabs(new QTabWidget), form(new ConnectForm),
+      connectButton(new QPushButton(tr("Connect"))), disconnectButton(new QPushButton(tr("Disconnect"))),
+      removeButton(new QPushButton(tr("Remove"))), recorded(new QLabel), list(new QListWidget),
+      values(new QTreeWidget),
+      follow(TextButton(tr("Follow"), tr("Keeps the aircraft in the middle"), "FollowButton")),
+      chase(TextButton(tr("Chase"), tr("Looks ahead from behind the aircraft"), "ChaseButton")),
+      home(TextButton(tr("From home"), tr("Looks at the aircraft from home"), "HomeButton")),
+      trail(new QCheckBox(tr("Trail"))), photos(new QCheckBox(tr("Photos"))),
+      clearTrail(
+          TextButton(tr("Clear trail"), tr("Takes the trails flown so far off the map"), "ClearTrail")),
+      exportPhotos(TextButton(tr("Export..."), tr("Writes the places of the photos to a CSV or KML file"),
+                              "ExportPhotos")),
+      mission(new MissionBox), messages(new MessageList)
+{
+    state->setWordWrap(true);
+    state->setTextFormat(Qt::PlainText);
+    state->setObjectName(QStringLiteral("LinkState"));
+    auto* scrolled = new QScrollArea;
+    scrolled->setFrameShape(QFrame::NoFrame);
+    scrolled->setWidgetResizable(true);
+    scrolled->setWidget(BuildLink());
+    tabs->addTab(scrolled, tr("Link"));
+    tabs->addTab(BuildFlight(), tr("Flight"));
+    tabs->addTab(mission, tr("Mission"));
+    tabs->addTab(messages, tr("Messages"));
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(4, 4, 4, 4);
+    column->addWidget(state);
+    column->addWidget(replay);
+    column->addWidget(tabs, 1);
+    replay->hide();
+
+    connect(session, &AircraftSession::Changed, this, &AircraftPanel::ShowAll);
+    connect(session, &AircraftSession::FocusChanged, this, &AircraftPanel::ShowAll);
+    connect(session, &AircraftSession::Said, this, &AircraftPanel::OnSaid);
+    connect(mission, &MissionBox::Changed, this, &AircraftPanel::ShowAll);
+    connect(mission, &MissionBox::UploadWanted, this, [this] { mission->Upload(session->LiveAircraft()); });
+    connect(mission, &MissionBox::DownloadWanted, this,
+            [this] { mission->Download(session->LiveAircraft()); });
+    connect(mission, &MissionBox::Downloaded, this, &AircraftPanel::OnDownloaded);
+    connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
+    connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);
+    clock.setInterval(showMs);
+    connect(&clock, &QTimer::timeout, this, &AircraftPanel::ShowValues);
+    clock.start();
+    ShowAll();
+}
+
+AircraftPanel::~AircraftPanel()
+{
+    // Its children hear of nothing that happens while they go.
+    session->disconnect(this);
+    mission->disconnect(this);
+    delete session;
+}
+
+QSize AircraftPanel::sizeHint() const
+{
+    return {fontMetrics().averageCharWidth() * 44, QWidget::sizeHint().height()};
+}
+
+QWidget* AircraftPanel::BuildLink()
+{
+    auto* page = new QWidget;
+    auto* column = new QVBoxLayout(page);
+    auto* buttons = new QHBoxLayout;
+    connectButton->setObjectName(QStringLiteral("ConnectButton"));
+    disconnectButton->setObjectName(QStringLiteral("DisconnectButton"));
+    removeButton->setObjectName(QStringLiteral("RemoveButton"));
+    removeButton->setToolTip(tr("Takes the aircraft of the closed link off the map"));
+    for (QPushButton* button : {connectButton, disconnectButton, removeButton})
+        buttons->addWidget(button);
+    column->addWidget(form);
+    column->addLayout(buttons);
+    column->addWidget(BuildRecording());
+    column->addStretch();
+    connect(connectButton, &QPushButton::clicked, this, &AircraftPanel::Connect);
+    connect(disconnectButton, &QPushButton::clicked, session, &AircraftSession::Disconnect);
+    connect(removeButton, &QPushButton::clicked, session, &AircraftSession::Remove);
+    connect(form, &ConnectForm::Changed, this, &AircraftPanel::ShowAll);
+    connect(form, &ConnectForm::SpeedChanged, session, &AircraftSession::SetSimulatorSpeed);
+    connect(form, &ConnectForm::Told, this, &AircraftPanel::Told);
+    return page;
+}
+
+QWidget* AircraftPanel::BuildRecording()
+{
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    grid->setContentsMargins(0, 0, 0, 0);
+    auto* folder = TextButton(tr("Folder..."), tr("Where flights are recorded, from the next connection on"),
+                              "RecordFolder");
+    auto* open = TextButton(tr("Open"), tr("Opens the folder of the records"), "OpenRecords");
+    recorded->setWordWrap(true);
+    recorded->setTextFormat(Qt::PlainText);
+    recorded->setObjectName(QStringLiteral("RecordState"));
+    grid->addWidget(recorded, 0, 0, 1, 3);
+    grid->addWidget(folder, 1, 0);
+    grid->addWidget(open, 1, 1);
+    grid->setColumnStretch(2, 1);
+    connect(folder, &QToolButton::clicked, this, &AircraftPanel::ChooseRecordFolder);
+    connect(open, &QToolButton::clicked, this, &AircraftPanel::OpenRecordFolder);
+    return page;
+}
+
+QWidget* AircraftPanel::BuildFlight()
+{
+    auto* page = new QWidget;
+    list->setObjectName(QStringLiteral("AircraftList"));
+    list->setAccessibleName(tr("Aircraft"));
+    list->setMaximumHeight(listedRows * fontMetrics().lineSpacing() + 2 * list->frameWidth() + 8);
+    values->setObjectName(QStringLiteral("AircraftValues"));
+    values->setHeaderLabels({tr("Quantity"), tr("Value")});
+    values->setRootIsDecorated(false);
+    values->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    auto* column = new QVBoxLayout(page);
+    column->addWidget(list);
+    column->addWidget(values, 1);
+    column->addWidget(BuildViews());
+    connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (!isListing)
+            session->SetFocus(row);
+    });
+    return page;
+}
+
+QWidget* AircraftPanel::BuildViews()
+{
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    grid->setContentsMargins(0, 0, 0, 0);
+    for (QToolButton* button : {follow, chase})
+        button->setCheckable(true);
+    int place = 0;
+    for (QWidget* one : std::initializer_list<QWidget*>{follow, chase, home})
+        grid->addWidget(one, 0, place++);
+    place = 0;
+    for (QWidget* one : std::initializer_list<QWidget*>{trail, photos, clearTrail, exportPhotos})
+        grid->addWidget(one, 1, place++);
+    grid->setColumnStretch(place, 1);
+    trail->setChecked(true);
+    trail->setToolTip(tr("Shows the way flown"));
+    photos->setToolTip(tr("Shows where photos were taken"));
+    const auto look = [this](QToolButton* button, CAxEarthViewer::EAircraftView view) {
+        connect(button, &QToolButton::clicked, this, [this, view](bool isOn) {
+            if (viewer)
+                viewer->SetAircraftView(isOn ? view : CAxEarthViewer::AircraftViewFree);
+            ShowViews();
+        });
+    };
+    look(follow, CAxEarthViewer::AircraftViewFollow);
+    look(chase, CAxEarthViewer::AircraftViewChase);
+    connect(home, &QToolButton::clicked, this, &AircraftPanel::LookFromHome);
+    connect(trail, &QCheckBox::toggled, session, &AircraftSession::SetTrailVisible);
+    connect(photos, &QCheckBox::toggled, this, [this](bool isOn) {
+        if (viewer)
+            viewer->SetDisplayShootPoint(isOn);
+    });
+    connect(clearTrail, &QToolButton::clicked, session, &AircraftSession::ClearTrail);
+    connect(exportPhotos, &QToolButton::clicked, this, &AircraftPanel::ExportPhotos);
+    return page;
+}
+
+void AircraftPanel::ShowPlan(const std::shared_ptr<const ShownPlan>& plan)
+{
+    route = plan;
+    mission->SetRoute(plan);
+    const CAxBlock* block = plan ? CAxBlockManager::instance().GetBlock(plan->blockID) : nullptr;
+    if (block)
+        session->SetBlockType(block->GetBlockType());
+    ShowAll();
+}
+
+QByteArray AircraftPanel::Settings() const
+{
+    LinkSettings settings = form->Settings();
+    settings.recordFolder = recordFolder;
+    return settings.ToBytes();
+}
+
+void AircraftPanel::SetSettings(const QByteArray& kept)
+{
+    const LinkSettings settings = LinkSettings::FromBytes(kept);
+    recordFolder = settings.recordFolder;
+    form->SetSettings(settings);
+    ShowAll();
+}
+
+void AircraftPanel::Connect()
+{
+    LinkSettings settings = form->Settings();
+    settings.recordFolder = recordFolder;
+    if (!session->Connect(settings, form->Key(), route))
+        emit Told(session->Fault());
+    else
+        tabs->setCurrentIndex(1);
+    ShowAll();
+}
+
+void AircraftPanel::OnSaid(const QString& who, int severity, const QString& text, bool isLive)
+{
+    messages->Add(who, severity, text);
+    if (severity > spokenSeverity)
+        return;
+    emit Told(text);
+    // What a replay says has happened long ago.
+    if (isLive)
+        emit Spoken(session->Names().size() > 1 && !who.isEmpty() ? QStringLiteral("%1: %2").arg(who, text)
+                                                                  : text);
+}
+
+void AircraftPanel::OnDownloaded(const TaskFiles::Read& read)
+{
+    if (!viewer || !AddRoute(*viewer, route ? route->blockID : QString(), read))
+        emit Told(tr("The route cannot be shown."));
+}
+
+void AircraftPanel::ChooseRecordFolder()
+{
+    LinkSettings settings;
+    settings.recordFolder = recordFolder;
+    const QString chosen =
+        QFileDialog::getExistingDirectory(window(), tr("Folder for records"), settings.RecordFolder());
+    if (!chosen.isEmpty())
+        recordFolder = chosen;
+    ShowAll();
+}
+
+void AircraftPanel::OpenRecordFolder()
+{
+    LinkSettings settings;
+    settings.recordFolder = recordFolder;
+    const QString file = session->RecordFile();
+    const QString folder = file.isEmpty() ? settings.RecordFolder() : QFileInfo(file).absolutePath();
+    if (!QDir(folder).exists())
+        return emit Told(
+            tr("Nothing is recorded yet: %1 does not exist.").arg(QDir::toNativeSeparators(folder)));
+    QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
+}
+
+void AircraftPanel::ExportPhotos()
+{
+    const AircraftOnMap* focus = session->Focus();
+    if (!focus)
+        return;
+    // The dialog runs events, in which all may go.
+    const std::vector<AxPhotoRecord> taken = focus->Photos();
+    const QString file = PhotoFiles::Export(window(), tr("Photos of %1").arg(focus->Name()), taken);
+    if (!file.isEmpty())
+        emit Told(tr("Saved %1").arg(file));
+}
+
+void AircraftPanel::LookFromHome()
+{
+    const AircraftOnMap* focus = session->Focus();
+    if (!viewer || !focus || !focus->State().home)
+        return;
+    const AxPlace place = *focus->State().home;
+    viewer->SetHomeView(
+        {place.longitude, place.latitude, viewer->GetHAE(place.longitude, place.latitude, place.altitude)});
+}
+
+AircraftFacts AircraftPanel::Facts() const
+{
+    AircraftFacts facts;
+    facts.kind = form->Settings().kind;
+    facts.isKeyBad = form->IsKeyBad();
+    facts.hasMap = viewer && viewer->getMapNode();
+    facts.hasRoute = route != nullptr;
+    facts.isTransferring = mission->IsTransferring();
+    session->AddTo(facts);
+    return facts;
+}
+
+void AircraftPanel::ShowAll()
+{
+    replay->Show(session->Replay(), session->ReplayedFlight());
+    replay->setVisible(session->Replay());
+    ShowAircraft();
+    ShowValues();
+    ShowViews();
+}
+
+void AircraftPanel::ShowAircraft()
+{
+    const QScopedValueRollback<bool> guard(isListing, true);
+    const QStringList names = session->Names();
+    while (list->count() > names.size())
+        delete list->takeItem(list->count() - 1);
+    for (int i = 0; i < names.size(); ++i) {
+        if (i == list->count())
+            list->addItem(names[i]);
+        else if (list->item(i)->text() != names[i])
+            list->item(i)->setText(names[i]);
+    }
+    list->setCurrentRow(session->FocusIndex());
+    list->setVisible(names.size() > 1);
+}
+
+void AircraftPanel::ShowValues()
+{
+    const AircraftFacts facts = Facts();
+    const AircraftEnabled can = EnabledBy(facts);
+    state->setText(LinkText::Of(facts));
+    state->setStyleSheet(LinkText::IsBad(facts) ? QStringLiteral("color: #c02020; font-weight: bold")
+                                                : QString());
+    connectButton->setEnabled(can.connect);
+    connectButton->setText(facts.kind == LinkSettings::Kind::File ? tr("Open") : tr("Connect"));
+    disconnectButton->setEnabled(can.disconnect);
+    disconnectButton->setText(facts.isReplay || facts.loadingPercent >= 0 ? tr("Close") : tr("Disconnect"));
+    removeButton->setEnabled(can.remove);
+    form->SetChangeable(can.settings);
+    mission->SetEnabledBy(can);
+    for (QToolButton* button : {follow, chase})
+        button->setEnabled(can.views);
+    home->setEnabled(can.homeView);
+    clearTrail->setEnabled(can.clearTrail);
+    exportPhotos->setEnabled(can.exportPhotos);
+
+    const QString fault = session->RecordFault();
+    const QString file = session->RecordFile();
+    LinkSettings folder;
+    folder.recordFolder = recordFolder;
+    recorded->setText(
+        !fault.isEmpty() ? fault
+        : !file.isEmpty()
+            ? tr("Recorded: %1").arg(QDir::toNativeSeparators(file))
+            : tr("Flights are recorded in %1").arg(QDir::toNativeSeparators(folder.RecordFolder())));
+
+    const AircraftOnMap* focus = session->Focus();
+    const AxAircraftState known = focus ? focus->State() : AxAircraftState();
+    const QList<AircraftText::Line> lines =
+        AircraftText::Lines(known, focus ? focus->AboveGround() : std::nullopt, facts.heardAgo);
+    for (int i = 0; i < lines.size(); ++i) {
+        if (i == values->topLevelItemCount())
+            values->addTopLevelItem(new QTreeWidgetItem({lines[i].name, QString()}));
+        if (values->topLevelItem(i)->text(1) != lines[i].value)
+            values->topLevelItem(i)->setText(1, lines[i].value);
+    }
+    values->setToolTip(known.geoidNote);
+    if (viewer) {
+        // The bar of tools has a button for them, too.
+        const QSignalBlocker quiet(photos);
+        photos->setChecked(viewer->IsDisplayShootPoint());
+    }
+}
+
+void AircraftPanel::ShowViews()
+{
+    const int view = viewer ? viewer->GetAircraftView() : CAxEarthViewer::AircraftViewFree;
+    follow->setChecked(view == CAxEarthViewer::AircraftViewFollow);
+    chase->setChecked(view == CAxEarthViewer::AircraftViewChase);
+}

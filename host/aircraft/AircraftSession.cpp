@@ -1,0 +1,411 @@
+#include "host/aircraft/AircraftSession.h"
+#include "host/aircraft/AircraftOnMap.h"
+#include "host/aircraft/MissionOfPlan.h"
+#include "mission/aircraft/CAxUavNode.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxTelemetry/AxMavlinkStation.h>
+#include <AxTelemetry/link/AxSerialLink.h>
+#include <AxTelemetry/link/AxTcpLink.h>
+#include <AxTelemetry/link/AxUdpLink.h>
+#include <AxTelemetry/record/AxFlightLoader.h>
+#include <AxTelemetry/record/AxReplaySource.h>
+#include <AxTelemetry/simulator/AxSimulatorLink.h>
+
+#include <AxData/CAxControl.h>
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+constexpr int refreshMs = 500;
+// MAV_SEVERITY
+constexpr int alertSeverity = 1;
+constexpr int errorSeverity = 3;
+constexpr int noticeSeverity = 5;
+
+// What is only simulated may take off anywhere.
+ShownPlan WithHome(ShownPlan route)
+{
+    if (route.request.home || route.plan.points.empty())
+        return route;
+    const AxPlanPoint& first = route.plan.points.front();
+    const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
+    route.request.home = QPointF(first.longitude, first.latitude);
+    route.request.homeAltitude =
+        (ground ? ground(first.longitude, first.latitude) : std::nullopt).value_or(0.0);
+    return route;
+}
+} // namespace
+
+AircraftSession::AircraftSession(CAxEarthViewer* earthViewer, QObject* parent)
+    : QObject(parent), viewer(earthViewer), loader(new AxFlightLoader(this))
+{
+    connect(loader, &AxFlightLoader::signalProgress, this, [this](int percent) {
+        loadingPercent = percent;
+        emit Changed();
+    });
+    connect(loader, &AxFlightLoader::signalLoaded, this, &AircraftSession::takeFlights);
+    connect(viewer, &CAxEarthViewer::signalAircraft, this, &AircraftSession::FocusChanged);
+    connect(viewer, &QObject::destroyed, this, [this] {
+        Disconnect();
+        clear();
+    });
+    clock.setInterval(refreshMs);
+    connect(&clock, &QTimer::timeout, this, &AircraftSession::refresh);
+}
+
+AircraftSession::~AircraftSession()
+{
+    const QSignalBlocker quiet(this);
+    Disconnect();
+    clear();
+}
+
+bool AircraftSession::Connect(const LinkSettings& settings, const QByteArray& key,
+                              const std::shared_ptr<const ShownPlan>& route)
+{
+    if (IsConnected()) {
+        fault = tr("Something is connected already: disconnect first.");
+        return false;
+    }
+    clear();
+    fault.clear();
+    if (settings.kind == LinkSettings::Kind::File) {
+        if (settings.file.isEmpty()) {
+            fault = tr("No file is chosen.");
+            emit Changed();
+            return false;
+        }
+        file = settings.file;
+        loadingPercent = 0;
+        loader->Load(settings.file, key);
+        emit Changed();
+        return true;
+    }
+    std::unique_ptr<AxTelemetryLink> link = makeLink(settings, key, route.get());
+    const bool isOpen = link && openStation(std::move(link), settings, key);
+    if (!isOpen)
+        clear();
+    emit Changed();
+    return isOpen;
+}
+
+std::unique_ptr<AxTelemetryLink> AircraftSession::makeLink(const LinkSettings& settings,
+                                                           const QByteArray& key, const ShownPlan* route)
+{
+    switch (settings.kind) {
+    case LinkSettings::Kind::Udp:
+        return std::make_unique<AxUdpLink>(static_cast<quint16>(settings.udpPort));
+    case LinkSettings::Kind::Tcp:
+        return std::make_unique<AxTcpLink>(settings.tcpHost.trimmed(),
+                                           static_cast<quint16>(settings.tcpPort));
+    case LinkSettings::Kind::Serial:
+        if (!settings.serialPort.trimmed().isEmpty())
+            return std::make_unique<AxSerialLink>(settings.serialPort.trimmed(), settings.baud);
+        fault = tr("No serial port is chosen.");
+        return nullptr;
+    default:
+        if (route && viewer)
+            return makeSimulator(settings, key, *route);
+        fault = tr("The simulator flies the route of a task: choose a task that has one.");
+        return nullptr;
+    }
+}
+
+std::unique_ptr<AxTelemetryLink> AircraftSession::makeSimulator(const LinkSettings& settings,
+                                                                const QByteArray& key, const ShownPlan& route)
+{
+    const ShownPlan flown = WithHome(route);
+    if (!route.request.home)
+        emit Said(QString(), noticeSeverity,
+                  tr("The block has no home: the simulator takes off below the first point of the route."),
+                  true);
+    const AxMissionRead made = MissionOfPlan(flown);
+    fault = made.fault;
+    if (!fault.isEmpty())
+        return nullptr;
+    AxSimulatedAircraft aircraft = SimulatedAircraftOfPlan(*viewer, flown);
+    aircraft.wind = {settings.windSpeed, settings.windFrom};
+    auto link = std::make_unique<AxSimulatorLink>();
+    AxSimulatedVehicle& vehicle = *link->Vehicle(link->Add(aircraft));
+    link->SetSpeed(settings.speed);
+    link->SetKey(key);
+    fault = vehicle.SetMission(made.mission);
+    if (fault.isEmpty())
+        fault = vehicle.Arm();
+    if (fault.isEmpty())
+        fault = vehicle.Start();
+    if (!fault.isEmpty())
+        return nullptr;
+    simulator = link.get();
+    return link;
+}
+
+bool AircraftSession::openStation(std::unique_ptr<AxTelemetryLink> link, const LinkSettings& settings,
+                                  const QByteArray& key)
+{
+    station = new AxMavlinkStation(std::move(link), this);
+    if (!station->SetKey(key)) {
+        fault = tr("The key has not 32 bytes.");
+        return false;
+    }
+    station->SetRecordFolder(settings.RecordFolder());
+    connect(station, &AxMavlinkStation::signalAircraft, this, &AircraftSession::addAircraft);
+    connect(station, &AxMavlinkStation::signalCounts, this, &AircraftSession::Changed);
+    connect(station, &AxMavlinkStation::signalRecording, this, &AircraftSession::Changed);
+    connect(station, &AxMavlinkStation::signalFault, this, [this](const QString& text) {
+        // The link goes on where the record has ended.
+        if (text != station->Recorder().Fault())
+            fault = text;
+        emit Said(QString(), errorSeverity, text, true);
+        emit Changed();
+    });
+    connect(station, &AxMavlinkStation::signalPhase, this, [this] {
+        if (station->Link().GetPhase() == AxTelemetryLink::Phase::Open)
+            fault.clear();
+        emit Changed();
+    });
+    QString why;
+    if (!station->Open(&why)) {
+        fault = why;
+        return false;
+    }
+    clock.start();
+    return true;
+}
+
+void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
+{
+    connect(aircraft, &AxTelemetrySource::signalMessage, this, [=](int severity, const QString& text) {
+        emit Said(aircraft->State().name, severity, text, true);
+    });
+    connect(aircraft, &AxTelemetrySource::signalLinkLost, this, [=] {
+        if (!isClosing)
+            emit Said(aircraft->State().name, alertSeverity, tr("The link is lost."), true);
+    });
+    connect(aircraft, &AxTelemetrySource::signalLinkBack, this,
+            [=] { emit Said(aircraft->State().name, noticeSeverity, tr("The link is back."), true); });
+    if (viewer)
+        put(std::make_unique<AircraftOnMap>(viewer, aircraft));
+    emit Changed();
+    if (shown.size() == 1)
+        emit FocusChanged();
+}
+
+void AircraftSession::put(std::unique_ptr<AircraftOnMap> one)
+{
+    one->SetTrailVisible(isTrailVisible);
+    one->SetBlockType(blockType);
+    shown.push_back(std::move(one));
+}
+
+void AircraftSession::takeFlights(const AxFlightRead& read)
+{
+    fault = read.fault;
+    flights = read.flights;
+    for (const QString& note : read.notes)
+        emit Said(QString(), noticeSeverity, note, false);
+    if (!flights.empty()) {
+        showFlight(0);
+        clock.start();
+    } else if (fault.isEmpty()) {
+        fault = tr("%1: no flight is in it.").arg(file);
+    }
+    emit Changed();
+}
+
+void AircraftSession::showFlight(int index)
+{
+    const std::optional<quint64> time = replay ? std::make_optional(replay->Time()) : std::nullopt;
+    const double speed = replay ? replay->Speed() : 1.0;
+    shown.clear();
+    flight = index;
+    replay = std::make_unique<AxReplaySource>(flights[static_cast<std::size_t>(index)]);
+    replay->SetSpeed(speed);
+    connect(replay.get(), &AxTelemetrySource::signalMessage, this, [this](int severity, const QString& text) {
+        emit Said(replay->State().name, severity, text, false);
+    });
+    if (viewer)
+        put(std::make_unique<AircraftOnMap>(viewer, replay.get()));
+    replay->SetTime(time.value_or(replay->Flight().Begin()));
+    emit FocusChanged();
+}
+
+void AircraftSession::Disconnect()
+{
+    const QScopedValueRollback<bool> guard(isClosing, true);
+    const bool wasConnected = IsConnected();
+    loader->Cancel();
+    if (station)
+        station->Close();
+    if (replay)
+        clear();
+    if (!wasConnected)
+        return;
+    fault.clear();
+    emit Changed();
+}
+
+void AircraftSession::Remove()
+{
+    if (IsConnected())
+        return;
+    clear();
+    emit Changed();
+    emit FocusChanged();
+}
+
+void AircraftSession::clear()
+{
+    clock.stop();
+    shown.clear();
+    replay.reset();
+    flights.clear();
+    flight = -1;
+    simulator = nullptr;
+    if (station)
+        station->deleteLater();
+    station = nullptr;
+}
+
+void AircraftSession::refresh()
+{
+    const qint64 now = Now();
+    for (const auto& one : shown)
+        one->Refresh(now);
+}
+
+bool AircraftSession::IsConnected() const
+{
+    return loader->IsLoading() || replay ||
+           (station && station->Link().GetPhase() != AxTelemetryLink::Phase::Closed);
+}
+
+void AircraftSession::AddTo(AircraftFacts& facts) const
+{
+    facts.fault = fault;
+    facts.isReplay = replay != nullptr;
+    facts.loadingPercent = loader->IsLoading() ? loadingPercent : -1;
+    facts.aircraft = replay ? static_cast<int>(flights.size()) : static_cast<int>(shown.size());
+    if (station) {
+        const AxStationCounts counts = station->Counts();
+        facts.linkName = station->Link().Name();
+        facts.phase = station->Link().GetPhase();
+        facts.hasHeardBytes = counts.bytes > 0;
+        facts.refusedSignatures = counts.refusedSignatures;
+    } else {
+        facts.linkName = QFileInfo(file).fileName();
+    }
+    if (const AircraftOnMap* focus = Focus()) {
+        const AxAircraftState& state = focus->State();
+        facts.hasPlace = focus->Node() && focus->Node()->HasPosition();
+        facts.hasHome = state.home.has_value();
+        facts.isHeard = state.isHeard;
+        facts.heardAgo = state.HeardAgo(Now());
+        facts.photos = static_cast<int>(focus->Photos().size());
+    }
+}
+
+QStringList AircraftSession::Names() const
+{
+    QStringList names;
+    if (replay)
+        for (const auto& one : flights)
+            names += one->name.isEmpty() ? tr("Aircraft %1").arg(one->systemId) : one->name;
+    else
+        for (const auto& one : shown)
+            names += one->Name();
+    return names;
+}
+
+int AircraftSession::FocusIndex() const
+{
+    if (replay)
+        return flight;
+    const CAxUavNode* focus = viewer ? viewer->GetUavNode() : nullptr;
+    const auto found = std::find_if(shown.begin(), shown.end(),
+                                    [focus](const auto& one) { return focus && one->Node() == focus; });
+    if (found != shown.end())
+        return static_cast<int>(found - shown.begin());
+    return shown.empty() ? -1 : 0;
+}
+
+void AircraftSession::SetFocus(int index)
+{
+    if (index < 0 || index == FocusIndex() || !viewer)
+        return;
+    if (replay) {
+        if (index < static_cast<int>(flights.size()))
+            showFlight(index);
+        return;
+    }
+    if (index < static_cast<int>(shown.size()) && shown[static_cast<std::size_t>(index)]->Node())
+        viewer->SetFocusAircraft(shown[static_cast<std::size_t>(index)]->Node());
+}
+
+AircraftOnMap* AircraftSession::Focus() const
+{
+    if (shown.empty())
+        return nullptr;
+    const int index = replay ? 0 : FocusIndex();
+    return shown[static_cast<std::size_t>(index)].get();
+}
+
+AxMavlinkAircraft* AircraftSession::LiveAircraft() const
+{
+    const bool isOpen = station && station->Link().GetPhase() == AxTelemetryLink::Phase::Open;
+    return isOpen && Focus() ? qobject_cast<AxMavlinkAircraft*>(Focus()->Source()) : nullptr;
+}
+
+std::shared_ptr<const AxFlightRecord> AircraftSession::ReplayedFlight() const
+{
+    return replay ? flights[static_cast<std::size_t>(flight)] : nullptr;
+}
+
+qint64 AircraftSession::Now() const
+{
+    if (replay)
+        return static_cast<qint64>(replay->Time());
+    return station ? station->Now() : QDateTime::currentMSecsSinceEpoch();
+}
+
+QString AircraftSession::RecordFile() const
+{
+    return station ? station->Recorder().File() : QString();
+}
+
+QString AircraftSession::RecordFault() const
+{
+    return station ? station->Recorder().Fault() : QString();
+}
+
+void AircraftSession::SetSimulatorSpeed(double times)
+{
+    if (simulator)
+        simulator->SetSpeed(times);
+}
+
+void AircraftSession::SetTrailVisible(bool visible)
+{
+    isTrailVisible = visible;
+    for (const auto& one : shown)
+        one->SetTrailVisible(visible);
+}
+
+void AircraftSession::SetBlockType(int type)
+{
+    blockType = type;
+    for (const auto& one : shown)
+        one->SetBlockType(type);
+}
+
+void AircraftSession::ClearTrail()
+{
+    for (const auto& one : shown)
+        one->ClearTrail();
+}

@@ -1,0 +1,18 @@
+#pragma once
+#include <QListWidget>
+
+/// What aircraft and links have said, the newest last, each with its time and in the colour of its severity.
+/// What is said again at once is counted. GUI thread.
+class MessageList : public QListWidget
+{
+    Q_OBJECT
+public:
+    explicit MessageList(QWidget* parent = nullptr);
+
+    /// MAV_SEVERITY; the name may be empty.
+    void Add(const QString& who, int severity, const QString& text);
+
+private:
+    QString last;
+    int times = 0;
+};
