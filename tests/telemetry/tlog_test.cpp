@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 constexpr qint64 tlogStart = 1700000000000; // milliseconds

@@ -196,9 +196,10 @@ void AxReplaySource::setPlaying(bool isPlaying)
         return;
     m_isPlaying = isPlaying;
     m_sinceStep.start();
-    if (m_timer && isPlaying)
+    if (m_timer && isPlaying) {
         m_timer->start();
-    else if (m_timer)
+    } else if (m_timer) {
         m_timer->stop();
+    }
     emit signalPlaying(isPlaying);
 }
