@@ -74,6 +74,7 @@ public:
     /// The newest time of an accepted signature, 10 microseconds since 2015-01-01 UTC; 0 before the first.
     quint64 NewestSignTime() const;
 
+    /// Since the parser was made or reset.
     const AxMavCounts& Counts() const;
 
     /// Forgets the bytes that wait, all numbers of frames and the counts; the key and the times of signatures

@@ -14,6 +14,7 @@
 class AXTELEMETRY_EXPORT AxMavWriter
 {
 public:
+    /// Who sends; the numbers of frames begin at 0.
     AxMavWriter(quint8 systemId, quint8 componentId);
 
     /// Signs each frame with a key of 32 bytes; an empty one ends that. False for a key of another size,
