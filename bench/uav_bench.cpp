@@ -20,8 +20,8 @@
 
 namespace {
 // The middle of the view from 20 km, and the height of its ground, metres.
-constexpr double kLng = -105.0;
-constexpr double kLat = 37.4;
+constexpr double kFieldLng = -105.0;
+constexpr double kFieldLat = 37.4;
 constexpr double kHeight = 3200.0;
 constexpr double kMetreNorth = 1.0 / 111000.0;
 constexpr double kMetreEast = 1.0 / 88200.0;
@@ -34,8 +34,8 @@ CAxVector3D surveyed(double seconds)
     const double row = std::floor(way / kRow);
     const double along = way - row * kRow;
     const double x = std::fmod(row, 2.0) > 0.5 ? kRow - along : along;
-    return {kLng + (x - 0.5 * kRow + 0.3 * std::sin(3.1 * seconds)) * kMetreEast,
-            kLat + (row * kApart - 1000.0 + 0.3 * std::sin(2.3 * seconds)) * kMetreNorth,
+    return {kFieldLng + (x - 0.5 * kRow + 0.3 * std::sin(3.1 * seconds)) * kMetreEast,
+            kFieldLat + (row * kApart - 1000.0 + 0.3 * std::sin(2.3 * seconds)) * kMetreNorth,
             kHeight + std::sin(0.7 * seconds)};
 }
 
@@ -202,20 +202,20 @@ void UavScrub(benchmark::State& state)
     bench::goTo(bench::kOblique20km);
     CAxUavNode& aircraft = fly();
     std::vector<CAxVector3D> flight;
-    constexpr int kPoints = 1000000;
-    flight.reserve(kPoints);
-    for (int i = 0; i < kPoints; ++i)
+    constexpr int kReplayPoints = 1000000;
+    flight.reserve(kReplayPoints);
+    for (int i = 0; i < kReplayPoints; ++i)
         flight.push_back(surveyed(0.004 * i));
     QElapsedTimer clock;
     clock.start();
     aircraft.CreateReplayFlightLine(flight);
     const double made = static_cast<double>(clock.nsecsElapsed()) / 1e6;
-    aircraft.SetPathIndexMask(kPoints);
+    aircraft.SetPathIndexMask(kReplayPoints);
     bench::frameMilliseconds();
     for (auto _ : state) {
         int step = 0;
         const double moved = bench::median(40, [&] {
-            aircraft.SetPathIndexMask((++step * 271829) % kPoints);
+            aircraft.SetPathIndexMask((++step * 271829) % kReplayPoints);
             QElapsedTimer update;
             update.start();
             bench::globe().getOSGViewer()->updateTraversal();

@@ -31,9 +31,6 @@ string(APPEND inner "|AxTelemetryLog|AxMavCandidate|AxMavChecksum|AxMavSigning|A
 string(APPEND inner "|AxMissionItems|AxSampleClock|AxStatusTexts|AxVehicleCamera|AxVehicleKinds|AxVehicleModes")
 string(APPEND inner "|AxVehiclePlaces|AxVehicleText|AxLinkText|AxCsvColumns|AxRecordText|AxSeaLevel|AxTlogClock|AxTlogFlight")
 string(APPEND inner "|AxSimulatedAutopilot|AxSimulatedBody|AxSimulatedExchange|AxSimulatedFlight|AxSimulatedGuide|AxSimulatedMission")
-string(APPEND inner "|AxMissionItems|AxSampleClock|AxStatusTexts|AxVehicle(Camera|Kinds|Modes|Places|Text)|AxLinkText")
-string(APPEND inner "|AxSimulated(Autopilot|Body|Exchange|Flight|Guide|Mission)|AxCsvColumns|AxRecordText|AxSeaLevel")
-string(APPEND inner "|AxTlogClock|AxTlogFlight")
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companion/AxTelemetry)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING
