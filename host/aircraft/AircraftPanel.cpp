@@ -28,6 +28,7 @@
 #include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QSignalBlocker>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -94,6 +95,11 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(mission, &MissionBox::Downloaded, this, &AircraftPanel::OnDownloaded);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
     connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);
+    connect(tabs, &QTabWidget::currentChanged, this, [this] {
+        if (tabs->currentWidget() == messages)
+            unread = 0;
+        ShowUnread();
+    });
     clock.setInterval(showMs);
     connect(&clock, &QTimer::timeout, this, &AircraftPanel::ShowValues);
     clock.start();
@@ -256,11 +262,21 @@ void AircraftPanel::OnSaid(const QString& who, int severity, const QString& text
     messages->Add(who, severity, text);
     if (severity > spokenSeverity)
         return;
+    if (!messages->isVisible())
+        ++unread;
+    ShowUnread();
     emit Told(text);
     // What a replay says has happened long ago.
     if (isLive)
         emit Spoken(session->Names().size() > 1 && !who.isEmpty() ? QStringLiteral("%1: %2").arg(who, text)
                                                                   : text);
+}
+
+void AircraftPanel::ShowUnread()
+{
+    const int tab = tabs->indexOf(messages);
+    tabs->setTabText(tab, unread > 0 ? tr("Messages (%1)").arg(unread) : tr("Messages"));
+    tabs->tabBar()->setTabTextColor(tab, unread > 0 ? QColor(0xc0, 0x20, 0x20) : QColor());
 }
 
 void AircraftPanel::OnDownloaded(const TaskFiles::Read& read)

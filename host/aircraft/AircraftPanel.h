@@ -71,6 +71,7 @@ private:
     void ShowAircraft();
     void ShowValues();
     void ShowViews();
+    void ShowUnread();
 
     QPointer<CAxEarthViewer> viewer;
     AircraftSession* session;
@@ -78,6 +79,7 @@ private:
     QTimer clock;
     QString recordFolder;
     bool isListing = false;
+    int unread = 0; ///< warnings that came while the messages were not in sight
 
     QLabel* state;
     ReplayBar* replay;

@@ -2,6 +2,7 @@
 #include "host/aircraft/AircraftText.h"
 #include "host/aircraft/MissionOfPlan.h"
 #include "host/aircraft/PanelRules.h"
+#include "host/tasks/PlanWarnings.h"
 
 #include <AxTelemetry/AxMissionTransfer.h>
 
@@ -70,21 +71,32 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
     if (!made.fault.isEmpty())
         return outcome->setText(tr("The mission was not uploaded: %1").arg(made.fault));
     const QPointer<AxMavlinkAircraft> target(aircraft);
-    if (IsInTheAir(aircraft->State())) {
-        CAxMessageBox box(window());
-        box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-        box.SetWindowTitle(tr("Upload mission"));
-        box.SetMsgText(tr("%1 is in the air, or armed. Do you want to replace the mission that it carries?")
-                           .arg(aircraft->State().name));
-        box.SetBtnOKText(tr("Replace"));
-        box.SetCancelDefault(true);
-        if (box.exec() != QDialog::Accepted || !target || IsTransferring())
-            return;
-    }
+    if (!IsWanted(*aircraft) || !target || IsTransferring())
+        return;
     notes = made.notes;
     Begin(target, true);
     transfer->Upload(made.mission);
     emit Changed();
+}
+
+bool MissionBox::IsWanted(const AxMavlinkAircraft& aircraft)
+{
+    const QString danger = PlanWarnings::Summary(route->plan.warnings);
+    const bool isInTheAir = IsInTheAir(aircraft.State());
+    if (danger.isEmpty() && !isInTheAir)
+        return true;
+    const QString name = aircraft.State().name;
+    CAxMessageBox box(window());
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(tr("Upload mission"));
+    box.SetMsgText(
+        isInTheAir
+            ? tr("%1 is in the air, or armed. Do you want to replace the mission that it carries?").arg(name)
+            : tr("An aircraft that flies this route is in danger. Upload it all the same?"));
+    box.SetDetails(danger);
+    box.SetBtnOKText(isInTheAir ? tr("Replace") : tr("Upload"));
+    box.SetCancelDefault(true);
+    return box.exec() == QDialog::Accepted;
 }
 
 void MissionBox::Download(AxMavlinkAircraft* aircraft)
@@ -129,8 +141,8 @@ void MissionBox::Finish(bool isUpload, const QString& fault)
         return;
     }
     if (isUpload) {
-        outcome->setText(QStringList{tr("%1 has the mission.").arg(aircraftName)}.join(QString()) +
-                         (notes.isEmpty() ? QString() : QLatin1Char('\n') + notes.join(QLatin1Char('\n'))));
+        outcome->setText(
+            (QStringList{tr("%1 has the mission.").arg(aircraftName)} + notes).join(QLatin1Char('\n')));
         emit Changed();
         return;
     }

@@ -27,7 +27,7 @@ public:
     void SetEnabledBy(const AircraftEnabled& can);
 
     /// Nothing without an aircraft or a route, and while something runs. Asks first where the aircraft is in
-    /// the air.
+    /// the air or the route is dangerous.
     void Upload(AxMavlinkAircraft* aircraft);
     void Download(AxMavlinkAircraft* aircraft);
     void Cancel();
@@ -41,6 +41,8 @@ signals:
     void Downloaded(const TaskFiles::Read& read);
 
 private:
+    /// Asks where something speaks against it; events run meanwhile.
+    bool IsWanted(const AxMavlinkAircraft& aircraft);
     void Begin(AxMavlinkAircraft* aircraft, bool isUpload);
     void Finish(bool isUpload, const QString& fault);
 

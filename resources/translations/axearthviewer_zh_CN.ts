@@ -2311,6 +2311,10 @@ Heights are above the ellipsoid.</source>
         <source>Flights are recorded in %1</source>
         <translation>飞行记录保存在 %1</translation>
     </message>
+    <message>
+        <source>Messages (%1)</source>
+        <translation>消息 (%1)</translation>
+    </message>
 </context>
 <context>
     <name>AircraftSession</name>
@@ -2804,6 +2808,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The mission of %1 is shown as a route.</source>
         <translation>%1 的任务已显示为航线。</translation>
+    </message>
+    <message>
+        <source>An aircraft that flies this route is in danger. Upload it all the same?</source>
+        <translation>按此航线飞行的飞行器有危险。仍要上传吗？</translation>
     </message>
 </context>
 <context>
