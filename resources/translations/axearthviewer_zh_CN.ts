@@ -2158,7 +2158,7 @@ Heights are above the ellipsoid.</source>
     <name>AircraftOnMap</name>
     <message>
         <source>Aircraft %1</source>
-        <translation>飞行器 %1</translation>
+        <translation>飞机 %1</translation>
     </message>
 </context>
 <context>
@@ -2181,7 +2181,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Keeps the aircraft in the middle</source>
-        <translation>使飞行器保持在画面中央</translation>
+        <translation>使飞机保持在画面中央</translation>
     </message>
     <message>
         <source>Chase</source>
@@ -2189,7 +2189,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Looks ahead from behind the aircraft</source>
-        <translation>从飞行器后方向前看</translation>
+        <translation>从飞机后方向前看</translation>
     </message>
     <message>
         <source>From home</source>
@@ -2197,7 +2197,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Looks at the aircraft from home</source>
-        <translation>从起飞点看飞行器</translation>
+        <translation>从起飞点看飞机</translation>
     </message>
     <message>
         <source>Trail</source>
@@ -2241,7 +2241,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Takes the aircraft of the closed link off the map</source>
-        <translation>将已断开链路的飞行器从地图上移除</translation>
+        <translation>将已断开链路的飞机从地图上移除</translation>
     </message>
     <message>
         <source>Folder...</source>
@@ -2261,7 +2261,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Aircraft</source>
-        <translation>飞行器</translation>
+        <translation>飞机</translation>
     </message>
     <message>
         <source>Quantity</source>
@@ -2352,7 +2352,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Aircraft %1</source>
-        <translation>飞行器 %1</translation>
+        <translation>飞机 %1</translation>
     </message>
     <message>
         <source>The block has no home: the simulator takes off below the first point of the route.</source>
@@ -2713,7 +2713,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>%1: bytes come, but no aircraft is among them.</source>
-        <translation>%1：收到数据，但其中没有飞行器。</translation>
+        <translation>%1：收到数据，但其中没有飞机。</translation>
     </message>
     <message>
         <source>%1: open, nothing has been heard.</source>
@@ -2729,7 +2729,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>%1: connected, %2 aircraft.</source>
-        <translation>%1：已连接，%2 架飞行器。</translation>
+        <translation>%1：已连接，%2 架飞机。</translation>
     </message>
     <message>
         <source>The signing key cannot be used.</source>
@@ -2759,11 +2759,11 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Brings the route of the chosen task to the aircraft</source>
-        <translation>将所选任务的航线上传到飞行器</translation>
+        <translation>将所选任务的航线上传到飞机</translation>
     </message>
     <message>
         <source>Shows the mission that the aircraft carries as a route</source>
-        <translation>将飞行器携带的任务显示为航线</translation>
+        <translation>将飞机携带的任务显示为航线</translation>
     </message>
     <message>
         <source>The mission was not uploaded: %1</source>
@@ -2811,7 +2811,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>An aircraft that flies this route is in danger. Upload it all the same?</source>
-        <translation>按此航线飞行的飞行器有危险。仍要上传吗？</translation>
+        <translation>按此航线飞行的飞机有危险。仍要上传吗？</translation>
     </message>
 </context>
 <context>
