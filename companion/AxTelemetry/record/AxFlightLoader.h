@@ -29,7 +29,9 @@ public:
     bool IsLoading() const { return m_order != nullptr; }
 
 signals:
+    /// How much of the file is read, 0 to 100; each number at most once in a row.
     void signalProgress(int percent);
+    /// The file is read, or a fault says why not. Once for each Load() that is not cancelled.
     void signalLoaded(const AxFlightRead& read);
 
 private:

@@ -21,16 +21,16 @@ constexpr bool AxHasDate(quint64 time)
 /// Radians, as in AxTelemetrySource::attitudeChanged(); NaN where unknown.
 struct AXTELEMETRY_EXPORT AxFlightAttitude
 {
-    quint64 time = 0;
-    float roll = std::numeric_limits<float>::quiet_NaN();
-    float pitch = std::numeric_limits<float>::quiet_NaN();
-    float yaw = std::numeric_limits<float>::quiet_NaN();
+    quint64 time = 0;                                      ///< when the aircraft was so, milliseconds
+    float roll = std::numeric_limits<float>::quiet_NaN();  ///< right wing down
+    float pitch = std::numeric_limits<float>::quiet_NaN(); ///< nose up
+    float yaw = std::numeric_limits<float>::quiet_NaN();   ///< clockwise from north
 };
 
 /// Where an aircraft was.
 struct AXTELEMETRY_EXPORT AxFlightSample
 {
-    quint64 time = 0;
+    quint64 time = 0;                                                ///< when it was there, milliseconds
     double longitude = 0.0;                                          ///< degrees
     double latitude = 0.0;                                           ///< degrees
     double altitude = 0.0;                                           ///< metres above the ellipsoid
@@ -44,30 +44,30 @@ struct AXTELEMETRY_EXPORT AxFlightSample
 /// What an aircraft has said.
 struct AXTELEMETRY_EXPORT AxFlightMessage
 {
-    quint64 time = 0;
-    int severity = 6; ///< MAV_SEVERITY
-    QString text;
+    quint64 time = 0; ///< when it was heard, milliseconds
+    int severity = 6; ///< MAV_SEVERITY: 0 emergency to 7 debug
+    QString text;     ///< for people, in the words of the autopilot
 };
 
-/// Where its camera looked: degrees from straight down towards ahead.
+/// Where its camera looked from a time on.
 struct AXTELEMETRY_EXPORT AxFlightCamera
 {
-    quint64 time = 0;
-    double angle = 0.0;
+    quint64 time = 0;   ///< milliseconds
+    double angle = 0.0; ///< degrees from straight down towards ahead
 };
 
 /// All that was known at a time.
 struct AXTELEMETRY_EXPORT AxFlightState
 {
-    quint64 time = 0;
-    AxAircraftState state;
+    quint64 time = 0;      ///< milliseconds
+    AxAircraftState state; ///< it holds until the next one
 };
 
 /// Silence between two times, both of them heard.
 struct AXTELEMETRY_EXPORT AxFlightGap
 {
-    quint64 begin = 0;
-    quint64 end = 0;
+    quint64 begin = 0; ///< the last that was heard before it, milliseconds
+    quint64 end = 0;   ///< the first that was heard after it, milliseconds
 };
 
 /// The recorded flight of one aircraft. A reader fills it in order of time; from then on nobody changes it,
@@ -95,6 +95,7 @@ public:
     /// Makes room for so many samples.
     void Reserve(std::size_t samples) { m_samples.reserve(samples); }
 
+    /// What has been added, each list in order of time. They belong to the record.
     const std::vector<AxFlightSample>& Samples() const { return m_samples; }
     const std::vector<AxFlightAttitude>& Attitudes() const { return m_attitudes; }
     const std::vector<AxPhotoRecord>& Photos() const { return m_photos; }
@@ -104,8 +105,11 @@ public:
     /// In order of time.
     const std::vector<AxFlightGap>& Gaps() const { return m_gaps; }
 
+    /// Without samples it is no flight, whatever else was heard.
     bool IsEmpty() const { return m_samples.empty(); }
+    /// The time of the first sample, milliseconds; 0 without samples.
     quint64 Begin() const { return IsEmpty() ? 0 : m_samples.front().time; }
+    /// The time of the last that was heard, milliseconds; 0 without samples.
     quint64 End() const { return IsEmpty() ? 0 : m_lastHeard; }
 
     /// The last sample at a time or before it, 0 for earlier times; -1 without samples.
@@ -147,9 +151,9 @@ template <typename Timed> std::size_t AxCountTo(const std::vector<Timed>& list, 
 /// reading leaves neither flights nor fault.
 struct AXTELEMETRY_EXPORT AxFlightRead
 {
-    std::vector<std::shared_ptr<const AxFlightRecord>> flights;
-    QString fault;     ///< for people
-    QStringList notes; ///< for people: what of the file was not taken over, or is doubtful
-    bool isCancelled = false;
+    std::vector<std::shared_ptr<const AxFlightRecord>> flights; ///< in order of their systems' numbers
+    QString fault;                                              ///< for people
+    QStringList notes;        ///< for people: what of the file was not taken over, or is doubtful
+    bool isCancelled = false; ///< whoever was told of the progress wanted no more
 };
 Q_DECLARE_METATYPE(AxFlightRead)

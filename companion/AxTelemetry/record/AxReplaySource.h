@@ -36,6 +36,7 @@ public:
                             Clock clock = Clock::Own);
     ~AxReplaySource() override;
 
+    /// The one that it was made with; one without samples where that was null.
     const AxFlightRecord& Flight() const { return *m_flight; }
     /// That of Time(), which is the "now" of AxAircraftState::HeardAgo(), too.
     const AxAircraftState& State() const override { return m_state; }
@@ -54,6 +55,7 @@ public:
     /// Jumps to the time of a sample, the nearest one for an index that does not exist.
     void SetIndex(int index);
 
+    /// Where in the flight it is: milliseconds since 1970, UTC, between Begin() and End(); 0 without samples.
     quint64 Time() const { return m_time; }
     /// The last sample that is passed; -1 in a flight without samples.
     int Index() const { return m_index; }
@@ -64,6 +66,7 @@ public:
     void Advance(double milliseconds);
 
 signals:
+    /// IsPlaying() is another one: by Play() or Pause(), or because the end was reached.
     void signalPlaying(bool isPlaying);
     /// Index() is another one.
     void signalIndex(int index);

@@ -17,18 +17,18 @@ struct AXTELEMETRY_EXPORT AxSimulatedWind
 /// What the simulator is to fly with. A value; what is no number or cannot be is replaced by its default.
 struct AXTELEMETRY_EXPORT AxSimulatedAircraft
 {
-    EPlaneType type = PlaneQuadcopter;
-    double speed = 12.0;         ///< m/s: of planes through the air, of copters over the ground
-    double turnRadius = 60.0;    ///< metres through the air, of planes: no turn is tighter
-    double climb = 4.0;          ///< m/s
-    double descent = 3.0;        ///< m/s
-    double takeOffHeight = 30.0; ///< metres above home, where the mission has no take-off of its own
-    double returnHeight = 60.0;  ///< metres above home: no lower on the way home
+    EPlaneType type = PlaneQuadcopter; ///< copters stop and turn, planes fly turns
+    double speed = 12.0;               ///< m/s: of planes through the air, of copters over the ground
+    double turnRadius = 60.0;          ///< metres through the air, of planes: no turn is tighter
+    double climb = 4.0;                ///< m/s
+    double descent = 3.0;              ///< m/s
+    double takeOffHeight = 30.0;       ///< metres above home, where the mission has no take-off of its own
+    double returnHeight = 60.0;        ///< metres above home: no lower on the way home
     double acceptance = 0.0; ///< metres from a waypoint that count as there; 0: 20 for planes, 2 for copters
     double endurance = 2400.0;   ///< seconds of level flight on a full battery
     double returnBattery = 20.0; ///< percent at which it flies home by itself
     double cameraPitch = -90.0;  ///< degrees; 0 level, -90 straight down
-    AxSimulatedWind wind;
+    AxSimulatedWind wind;        ///< as the flight begins; see AxSimulatedVehicle::SetWind()
     /// Where it takes off and lands; without one, the home of its first mission (above the sea), or else its
     /// first waypoint, with the ground below or the sea's level.
     std::optional<AxPlace> home;
