@@ -26,10 +26,13 @@ AxMissionRead MissionOfPlan(const ShownPlan& shown)
 {
     const CAxTask* task = TaskOf(shown);
     AxMissionRead made;
-    if (const auto* read = dynamic_cast<const TaskFromFile*>(task))
+    if (const auto* read = dynamic_cast<const TaskFromFile*>(task)) {
         made.mission = read->Mission();
-    else
+    } else {
         made = AxMissionOf(shown.plan, shown.request, task ? task->GetTaskName() : QString());
+        // The plan climbs and comes down over home; an aircraft does so only if its mission says it.
+        made.mission = AxWithHomeWays(std::move(made.mission), shown.request.aircraft.turnRadius);
+    }
     if (made.fault.isEmpty())
         made.fault = AxMissionFault(made.mission);
     return made;

@@ -137,6 +137,30 @@ TEST(Exchange, WhatIsWrittenAndReadAgainIsTheSame)
     }
 }
 
+TEST(Exchange, AFlownMissionClimbsAndComesDownOverHome)
+{
+    for (const bool hasWings : {true, false}) {
+        AxMission plain = missionOf(requests()[1]);
+        plain.isFixedWing = hasWings;
+        const AxMission flown = AxWithHomeWays(plain, 60.0);
+        EXPECT_EQ(AxMissionFault(flown).toStdString(), "");
+        const std::size_t before = hasWings ? 2 : 1;
+        ASSERT_EQ(flown.items.size(), plain.items.size() + before + 2);
+        const std::vector<AxPlanPoint> route = [&plain] {
+            QStringList notes;
+            return AxPointsOf(plain, notes);
+        }();
+        const AxMissionItem& climbed = flown.items[before - 1];
+        const AxMissionItem& back = flown.items[flown.items.size() - 2];
+        EXPECT_EQ(flown.items[0].command, AxMissionItem::TakeOff);
+        EXPECT_NEAR(climbed.altitude + plain.home.altitude, route.front().altitude, 0.01);
+        EXPECT_NEAR(back.altitude + plain.home.altitude, route.back().altitude, 0.01);
+        for (const AxMissionItem& item : {climbed, back})
+            EXPECT_TRUE(item.latitude == plain.home.latitude && item.longitude == plain.home.longitude);
+        EXPECT_EQ(flown.items.back().command, AxMissionItem::ReturnHome);
+    }
+}
+
 TEST(Exchange, SurveyItemHasTheFieldsThatItsReaderAsksFor)
 {
     AxPlanRequest request = requests()[0];

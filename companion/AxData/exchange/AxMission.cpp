@@ -42,7 +42,7 @@ bool NeedsPlace(int command)
 
 bool MayHavePlace(int command)
 {
-    constexpr int commands[] = {21, 22, 84, 85, 179, 195, 201, 5000, 5001, 5002, 5003, 5004, 5100};
+    constexpr int commands[] = {21, 22, 31, 84, 85, 179, 195, 201, 5000, 5001, 5002, 5003, 5004, 5100};
     return NeedsPlace(command) ||
            std::find(std::begin(commands), std::end(commands), command) != std::end(commands);
 }
@@ -83,6 +83,44 @@ void AddPoint(AxMission& mission, const AxPlanPoint& point, double homeAltitude,
                                              {isStart ? RoundedMetres(photoDistance) : 0.0, 0.0, 1.0, 0.0}));
 }
 } // namespace
+
+AxMission AxWithHomeWays(AxMission mission, double turnRadius)
+{
+    constexpr double wingsTakeOff = 30.0; // metres above home before the first turn
+    const auto isWaypoint = [](const AxMissionItem& item) { return item.command == AxMissionItem::Waypoint; };
+    auto& items = mission.items;
+    const auto first = std::find_if(items.begin(), items.end(), isWaypoint);
+    if (first == items.end() || mission.home.IsOpen())
+        return mission;
+    AxMissionItem overHome = *first;
+    overHome.params = {0.0, 0.0, 0.0, leftOpen};
+    overHome.latitude = mission.home.latitude;
+    overHome.longitude = mission.home.longitude;
+    AxMissionItem back = overHome;
+    back.altitude = std::find_if(items.rbegin(), items.rend(), isWaypoint)->altitude;
+    std::vector<AxMissionItem> before;
+    AxMissionItem takeOff = overHome;
+    takeOff.command = AxMissionItem::TakeOff;
+    if (mission.isFixedWing) {
+        takeOff.params[0] = 15.0; // degrees of climb
+        takeOff.altitude = std::min(wingsTakeOff, overHome.altitude);
+        before.push_back(takeOff);
+        overHome.command = AxMissionItem::CircleToAltitude;
+        overHome.params = {0.0, RoundedMetres(turnRadius), 0.0, 1.0};
+        before.push_back(overHome);
+    } else {
+        before.push_back(takeOff);
+    }
+    mission.surveyBegin += mission.surveyEnd > 0 ? before.size() : 0;
+    mission.surveyEnd += mission.surveyEnd > 0 ? before.size() : 0;
+    for (AxMissionItem& item : items)
+        if (item.command == AxMissionItem::Jump)
+            item.params[0] += static_cast<double>(before.size());
+    items.insert(items.begin(), before.begin(), before.end());
+    items.push_back(back);
+    items.push_back(WithoutPlace(AxMissionItem::ReturnHome, {0.0, 0.0, 0.0, 0.0}));
+    return mission;
+}
 
 AxMissionHome AxHomeOfFile(const AxMissionHome& stated)
 {

@@ -20,7 +20,10 @@ struct AXDATA_EXPORT AxMissionItem
     enum Command // of those that the project writes itself; others are kept as they are read
     {
         Waypoint = 16,
-        Jump = 177, ///< its first parameter counts the items of the mission from 1
+        ReturnHome = 20,
+        TakeOff = 22,
+        CircleToAltitude = 31, ///< goes on when it is there
+        Jump = 177,            ///< its first parameter counts the items of the mission from 1
         ChangeSpeed = 178,
         TriggerDistance = 206
     };
@@ -91,6 +94,11 @@ constexpr std::size_t axMostMissionItems = 65535;
 /// passes. The route's altitudes become heights above the request's home point, so it needs one.
 AXDATA_EXPORT AxMissionRead AxMissionOf(const AxPlanResult& route, const AxPlanRequest& request,
                                         const QString& name);
+
+/// The mission with the ways that its route begins and ends with: it takes off at home, climbs there to the
+/// altitude of the first waypoint, and comes back over home at that of the last one. On `turnRadius` in
+/// metres where the aircraft has wings. As it is where home is open or nothing is flown.
+AXDATA_EXPORT AxMission AxWithHomeWays(AxMission mission, double turnRadius);
 
 /// Why no file of the mission should be written and nothing flown by it: places off the globe, no numbers,
 /// too many items. Empty when there is no reason.

@@ -9,7 +9,7 @@ namespace {
 /// Waypoints of all kinds, gates, take-offs and landings, but no place that is only looked at or fenced in.
 bool IsFlownThrough(const AxMissionItem& item)
 {
-    constexpr int commands[] = {AxMissionItem::Waypoint, 17, 18, 19, 21, 22, 82, 84, 85, 4501};
+    constexpr int commands[] = {AxMissionItem::Waypoint, 17, 18, 19, 21, 22, 31, 82, 84, 85, 4501};
     return std::find(std::begin(commands), std::end(commands), item.command) != std::end(commands) &&
            AxIsOnGlobe(item.latitude, item.longitude);
 }

@@ -43,6 +43,7 @@ int AxSimulatedMission::Next()
 bool AxSimulatedMission::IsWaypoint(const AxMissionItem& item)
 {
     return item.command == AxMissionItem::Waypoint || item.command == AxSimulatedCommand::Spline ||
+           item.command == AxSimulatedCommand::CircleToAltitude ||
            item.command == AxSimulatedCommand::CircleForever ||
            item.command == AxSimulatedCommand::CircleTurns ||
            item.command == AxSimulatedCommand::CircleSeconds;

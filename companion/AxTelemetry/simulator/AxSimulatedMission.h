@@ -14,6 +14,7 @@ constexpr int CircleSeconds = 19;
 constexpr int ReturnHome = 20;
 constexpr int Land = 21;
 constexpr int TakeOff = 22;
+constexpr int CircleToAltitude = 31;
 constexpr int Spline = 82;
 constexpr int HoverTakeOff = 84;
 constexpr int HoverLand = 85;
