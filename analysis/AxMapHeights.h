@@ -18,6 +18,7 @@ class Map;
 class AXEARTHVIEWER_EXPORT AxMapHeights
 {
 public:
+    /// As the map is at each question, with layers that come and go. Null: no height is known anywhere.
     explicit AxMapHeights(const osgEarth::Map* map);
 
     /// Metres above the ellipsoid at a longitude and latitude in degrees, of any turn of the globe; nothing

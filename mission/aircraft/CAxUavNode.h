@@ -50,6 +50,8 @@ public:
     osg::Node*
     GetFollowedNode() const; ///< its middle is where the aircraft is drawn; null before CreatePlane()
 
+    /// Degrees, degrees, metres above the ellipsoid. What is no place on the globe changes nothing, nor does
+    /// a place before CreatePlane().
     void SetPosition(double longitude, double latitude, double altitude);
     CAxVector3D GetPosition() const;      ///< as set last; null before
     bool HasPosition() const;             ///< whether a place was set since CreatePlane()
