@@ -40,10 +40,14 @@ struct AXTELEMETRY_EXPORT AxAircraftState
     EPlaneType planeType = PlaneFixedWing; ///< what it says it is
     int autopilot = 0;                     ///< MAV_AUTOPILOT: 3 ArduPilot, 12 PX4
     bool isHeard = false;                  ///< false before the first word, and while the link is lost
-    qint64 lastHeard = 0;                  ///< milliseconds since 1970, UTC; 0 never
+    qint64 lastHeard = 0;  ///< from the component that flies; milliseconds since 1970, UTC; 0 never
+    qint64 placeHeard = 0; ///< when the place below came, as lastHeard; 0 never, or not told (tables)
 
     /// Milliseconds since the last word; -1 when there was none.
     qint64 HeardAgo(qint64 now) const { return lastHeard == 0 ? -1 : now - lastHeard; }
+    /// Milliseconds since the place came, which an aircraft that is heard may have stopped telling; -1 where
+    /// placeHeard is 0.
+    qint64 PlaceAgo(qint64 now) const { return placeHeard == 0 ? -1 : now - placeHeard; }
 
     std::optional<double> longitude;        ///< degrees
     std::optional<double> latitude;         ///< degrees

@@ -16,6 +16,7 @@
 
 namespace {
 constexpr qint64 silentMs = 3000;
+constexpr int warning = 4;      // MAV_SEVERITY
 constexpr qint64 stateMs = 100; // between two signalState()
 constexpr int commandTries = 3;
 constexpr qint64 commandWaitMs = 1000;
@@ -113,6 +114,7 @@ public:
 
     AxVehicleDecoder decoder;
     bool isLost = false;
+    bool isPlaceOld = false;
     bool isNews = false;
     qint64 told = 0;
 
@@ -153,11 +155,11 @@ int AxMavlinkAircraft::ComponentId() const
 void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
 {
     const bool isFirst = State().lastHeard == 0;
-    const bool isBack = m_relay->isLost;
     m_relay->decoder.Feed(frame, now);
     m_relay->isNews = true;
-    m_relay->isLost = false;
+    const bool isBack = m_relay->isLost && State().isHeard;
     if (isBack) {
+        m_relay->isLost = false;
         emit signalLinkBack();
         emit signalState();
     }
@@ -173,6 +175,11 @@ void AxMavlinkAircraft::Tick(qint64 now)
     m_relay->decoder.Flush(now);
     if (!m_relay->isLost && now - State().lastHeard >= silentMs)
         LoseLink();
+    const bool isPlaceOld = State().isHeard && State().PlaceAgo(now) >= silentMs;
+    if (isPlaceOld && !m_relay->isPlaceOld)
+        emit signalMessage(warning, AxVehicleText(QT_TRANSLATE_NOOP(
+                                        "AxVehicle", "No position for 3 s: the one that is shown is old.")));
+    m_relay->isPlaceOld = isPlaceOld;
     if (m_relay->isNews && now - m_relay->told >= stateMs) {
         m_relay->isNews = false;
         m_relay->told = now;

@@ -10,18 +10,30 @@
 class AxSampleClock
 {
 public:
+    /// What is remembered of the samples of one sort.
+    struct Order
+    {
+        std::optional<quint32> newest; ///< time since the aircraft's start
+        bool isDoubted = false;        ///< the latest sample came from long before the newest
+    };
+
     /// When a sample of one sort was taken, in the listener's time. Nothing for one that is older than the
-    /// newest of its sort (`newest`, which it replaces otherwise). `boot` 0: the aircraft tells no time.
-    std::optional<qint64> TimeOf(quint32 boot, qint64 heard, std::optional<quint32>& newest)
+    /// newest of its sort, which it replaces otherwise; two in succession that are much older tell that the
+    /// aircraft has started anew. `boot` 0: the aircraft tells no time.
+    std::optional<qint64> TimeOf(quint32 boot, qint64 heard, Order& order)
     {
         if (boot == 0)
             return heard;
-        const qint64 ahead = newest ? static_cast<qint32>(boot - *newest) : 0; // also where it ran over
-        if (ahead < 0 && ahead >= -outOfOrder)
+        // Right also where the aircraft's clock ran over.
+        const qint64 ahead = order.newest ? static_cast<qint32>(boot - *order.newest) : 0;
+        const bool isLongBefore = ahead < -outOfOrder;
+        const bool isAnew = isLongBefore && order.isDoubted;
+        order.isDoubted = isLongBefore && !isAnew;
+        if (ahead < 0 && !isAnew)
             return {};
-        if (ahead < 0)
-            m_offset.reset(); // it has started anew
-        newest = boot;
+        if (isAnew)
+            m_offset.reset();
+        order.newest = boot;
         const double offset = static_cast<double>(heard) - boot;
         const double drifted = m_offset.value_or(offset) + drift * static_cast<double>(heard - m_heard);
         m_offset = offset - drifted > longestDelay ? offset : std::min(drifted, offset);

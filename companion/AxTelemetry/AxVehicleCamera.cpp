@@ -118,10 +118,11 @@ void AxVehicleCamera::takeImage(const AxMavFrame& frame, qint64 time, AxAircraft
 {
     AxMavCameraImageCaptured image;
     AxMavDecode(frame, image);
+    if (image.capture_result == 0)
+        return; // it may be tried again under the same index
     const quint64 camera = frame.componentId * 256u + image.camera_id;
-    const auto isNew =
-        m_images.emplace((camera << 32) + static_cast<quint32>(image.image_index), image.time_boot_ms);
-    if (image.capture_result == 0 || !isNew.second)
+    const quint64 key = (camera << 32) + static_cast<quint32>(image.image_index);
+    if (!m_images.emplace(key, image.time_boot_ms).second)
         return;
     const bool isFirst = !m_tellsImages;
     m_tellsImages = true;

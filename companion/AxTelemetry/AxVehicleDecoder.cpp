@@ -69,11 +69,11 @@ struct AxVehicleDecoder::Memory
     AxStatusTexts texts;
     AxVehicleCamera camera;
     AxSampleClock clock;
-    std::optional<quint32> newestPlace, newestAttitude, newestGps; // times since the aircraft's start
-    qint64 placeTime = 0;                                          // of the latest place that was told
-    qint64 attitudeTime = 0;                                       //
-    qint64 placeHeard = 0;                                         // the latest GLOBAL_POSITION_INT
-    qint64 anglesHeard = 0;                                        // the latest ATTITUDE
+    AxSampleClock::Order places, attitudes, receiverPlaces;
+    qint64 placeTime = 0;                // of the latest place that was told
+    qint64 attitudeTime = 0;             // of the latest attitude
+    std::optional<qint64> positionHeard; // the latest GLOBAL_POSITION_INT; none while the receiver stands in
+    qint64 anglesHeard = 0;              // the latest ATTITUDE
     bool tellsHeading = false;
     bool tellsLanding = false;
     bool tellsSpeed = false;
@@ -93,7 +93,8 @@ struct AxVehicleDecoder::Memory
     void TakeHome(const AxMavHomePosition& home);
     void TakeMission(const AxMavMissionCurrent& mission);
     void TakeWind(double north, double east);
-    void Place(const AxPlace& aboveSea, const AxPlace& place, qint64 time);
+    void StandIn();
+    void Place(const AxPlace& aboveSea, const AxPlace& place, qint64 time, qint64 heard);
     void Percent(int battery, int percent);
 };
 
@@ -123,10 +124,20 @@ void AxVehicleDecoder::Feed(const AxMavFrame& frame, qint64 time)
     Memory& memory = *m_memory;
     if (time < m_state.lastHeard) { // a record whose times jump
         memory.clock.Reset();
-        memory.placeTime = memory.attitudeTime = memory.placeHeard = memory.anglesHeard = 0;
+        memory.placeTime = memory.attitudeTime = memory.anglesHeard = 0;
+        memory.positionHeard.reset();
+        m_state.placeHeard = std::min(m_state.placeHeard, time);
     }
-    m_state.lastHeard = time;
-    m_state.isHeard = true;
+    AxMavHeartbeat beat;
+    const bool isBeat = AxMavDecode(frame, beat);
+    if (isBeat && AxIsVehicleHeartbeat(frame))
+        memory.TakeHeartbeat(beat, frame.componentId);
+    // Another component may go on when the autopilot has died, and may have a place of its own.
+    const bool isOfAutopilot = memory.component == 0 || memory.component == frame.componentId;
+    if (isOfAutopilot) {
+        m_state.lastHeard = time;
+        m_state.isHeard = true;
+    }
     ++m_state.framesHeard;
     m_state.framesLost += frame.lostBefore;
     memory.texts.Flush(time);
@@ -135,14 +146,7 @@ void AxVehicleDecoder::Feed(const AxMavFrame& frame, qint64 time)
         return memory.texts.Take(frame.componentId, text, time);
     if (memory.camera.Take(frame, time, m_state, memory.events))
         return;
-    AxMavHeartbeat beat;
-    if (AxMavDecode(frame, beat)) {
-        if (AxIsVehicleHeartbeat(frame))
-            memory.TakeHeartbeat(beat, frame.componentId);
-        return;
-    }
-    // Another computer on board may have a place of its own.
-    if (memory.component == 0 || memory.component == frame.componentId)
+    if (isOfAutopilot && !isBeat)
         memory.Take(frame, time);
 }
 
@@ -228,10 +232,10 @@ void AxVehicleDecoder::Memory::TakePosition(const AxMavGlobalPositionInt& positi
     const auto aboveSea = AxPlaceAboveSea(position.lat, position.lon, position.alt);
     if (!aboveSea || (AxIsNowhere(position.lat, position.lon) && state.fixType < flatFix))
         return Refuse();
-    const auto time = clock.TimeOf(position.time_boot_ms, heard, newestPlace);
+    const auto time = clock.TimeOf(position.time_boot_ms, heard, places);
     if (!time)
         return Refuse();
-    placeHeard = heard;
+    positionHeard = heard;
     state.heightAboveHome = position.relative_alt * 1e-3;
     state.groundSpeed = std::hypot(position.vx, position.vy) * 0.01;
     state.climbRate = position.vz * -0.01;
@@ -239,7 +243,7 @@ void AxVehicleDecoder::Memory::TakePosition(const AxMavGlobalPositionInt& positi
     tellsHeading = position.hdg != notTold;
     if (tellsHeading)
         state.heading = AxCompassDegrees(position.hdg * 0.01);
-    Place(*aboveSea, AxAboveEllipsoid(*aboveSea), *time);
+    Place(*aboveSea, AxAboveEllipsoid(*aboveSea), *time, heard);
 }
 
 void AxVehicleDecoder::Memory::TakeGps(const AxMavGpsRawInt& gps, qint64 heard)
@@ -248,25 +252,40 @@ void AxVehicleDecoder::Memory::TakeGps(const AxMavGpsRawInt& gps, qint64 heard)
     state.satellites.reset();
     if (gps.satellites_visible != 255)
         state.satellites = gps.satellites_visible;
-    if (heard - placeHeard < sourceSilentMs || gps.fix_type < flatFix)
+    if ((positionHeard && heard - *positionHeard < sourceSilentMs) || gps.fix_type < flatFix)
         return;
     const auto aboveSea = AxPlaceAboveSea(gps.lat, gps.lon, gps.alt);
     const auto since = static_cast<quint32>(gps.time_usec / 1000);
     // A clock of its own: only the order counts here.
     AxSampleClock order;
-    if (!aboveSea || !order.TimeOf(since, heard, newestGps))
+    if (!aboveSea || !order.TimeOf(since, heard, receiverPlaces))
         return Refuse();
     AxPlace place = AxAboveEllipsoid(*aboveSea);
-    if (gps.alt_ellipsoid != 0)
+    // Without the geoid nothing could take it off again: all heights are those above the sea then.
+    if (gps.alt_ellipsoid != 0 && AxGeoidFault().isEmpty())
         place.altitude = gps.alt_ellipsoid * 1e-3;
+    if (positionHeard)
+        StandIn();
     if (gps.vel != notTold)
         state.groundSpeed = gps.vel * 0.01;
-    Place(*aboveSea, place, heard);
+    Place(*aboveSea, place, heard, heard);
 }
 
-void AxVehicleDecoder::Memory::Place(const AxPlace& aboveSea, const AxPlace& place, qint64 time)
+// The receiver does not tell what GLOBAL_POSITION_INT told last: other messages may, or nothing does.
+void AxVehicleDecoder::Memory::StandIn()
+{
+    positionHeard.reset();
+    state.heightAboveHome.reset();
+    state.groundSpeed.reset();
+    state.climbRate.reset();
+    state.heading.reset();
+    tellsSpeed = tellsHeading = false;
+}
+
+void AxVehicleDecoder::Memory::Place(const AxPlace& aboveSea, const AxPlace& place, qint64 time, qint64 heard)
 {
     placeTime = std::max(placeTime, time);
+    state.placeHeard = heard;
     state.longitude = place.longitude;
     state.latitude = place.latitude;
     state.altitude = place.altitude;
@@ -286,7 +305,7 @@ void AxVehicleDecoder::Memory::TakeAngles(const std::optional<EulerAngles>& angl
 {
     if (!angles)
         return Refuse();
-    const auto time = clock.TimeOf(boot, heard, newestAttitude);
+    const auto time = clock.TimeOf(boot, heard, attitudes);
     if (!time)
         return Refuse();
     attitudeTime = std::max(attitudeTime, *time);

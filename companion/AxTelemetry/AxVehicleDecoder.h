@@ -26,8 +26,9 @@ public:
 ///
 /// MAVLink's altitudes are above mean sea level; the geoid (AxGeoid.h) makes them altitudes above the
 /// ellipsoid. Values that cannot be (no number, off the globe, 0/0 without a fix) change nothing and count as
-/// refused. So do samples older than the newest by the aircraft's clock, unless they are more than 1 s older:
-/// then it has started anew.
+/// refused. So do samples older than the newest by the aircraft's clock, unless two in succession are more
+/// than 1 s older: then it has started anew. The link is as alive as the component that flies: a gimbal that
+/// goes on speaking does not count.
 class AXTELEMETRY_EXPORT AxVehicleDecoder
 {
 public:

@@ -857,6 +857,10 @@
         <translation>对方已关闭连接</translation>
     </message>
     <message>
+        <source>the peer has fallen silent</source>
+        <translation>对方已无响应</translation>
+    </message>
+    <message>
         <source>nobody listens there</source>
         <translation>该处无人监听</translation>
     </message>
@@ -886,6 +890,10 @@
 </context>
 <context>
     <name>AxVehicle</name>
+    <message>
+        <source>No position for 3 s: the one that is shown is old.</source>
+        <translation>已 3 秒没有位置：显示的是旧位置。</translation>
+    </message>
     <message>
         <source>The aircraft refuses for now.</source>
         <translation>飞机暂时拒绝。</translation>

@@ -178,6 +178,8 @@ TEST(Station, TellsALostLinkAfterThreeSeconds)
     EXPECT_EQ(lost.size(), 0);
     flight.Pass(100);
     EXPECT_EQ(lost.size(), 1);
+    emit flight.link->signalBytes(AxMavWriter(1, 154).Write(AxMavHeartbeat()));
+    EXPECT_EQ(back.size(), 0) << "a gimbal does not fly";
     flight.Pass(4900);
     EXPECT_EQ(lost.size(), 1);
     EXPECT_FALSE(flight.Aircraft().State().isHeard);
@@ -192,6 +194,13 @@ TEST(Station, TellsALostLinkAfterThreeSeconds)
     flight.Open();
     EXPECT_EQ(back.size(), 2);
     EXPECT_EQ(flight.station.Aircraft().size(), 1);
+    QSignalSpy messages(&flight.Aircraft(), &AxTelemetrySource::signalMessage);
+    emit flight.link->signalBytes(PlaceOf(1, 47.0));
+    for (int second = 0; second < 10; ++second) {
+        flight.Beat();
+        flight.Pass(1000);
+        EXPECT_EQ(messages.size(), second < 2 ? 0 : 1) << "the place is old, and told so once";
+    }
 }
 
 TEST(Station, FindsFramesInAMillionBytesOfNoise)
