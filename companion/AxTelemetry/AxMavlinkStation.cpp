@@ -6,6 +6,7 @@
 #include <AxTelemetry/mavlink/AxMavWriter.h>
 
 #include "AxVehicleKinds.h"
+#include "mavlink/AxMavSigning.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>
@@ -16,8 +17,6 @@
 #include <vector>
 
 namespace {
-constexpr quint8 stationSystem = 255;
-constexpr quint8 stationComponent = 190; // MAV_COMP_ID_MISSIONPLANNER, what ground stations are
 constexpr int tickMs = 100;
 constexpr qint64 beatMs = 1000;
 constexpr qint64 countsMs = 1000;
@@ -57,7 +56,7 @@ struct AxMavlinkStation::Parts
     std::unique_ptr<AxTelemetryLink> link;
     AxTelemetryClock clock = ComputersClock();
     AxMavParser parser;
-    AxMavWriter writer{stationSystem, stationComponent};
+    AxMavWriter writer{axMavStationSystem, axMavStationComponent};
     AxTlogRecorder recorder;
     QString recordFolder;
     bool isRecordFaultTold = false;
@@ -68,7 +67,7 @@ struct AxMavlinkStation::Parts
     qint64 lastCounts = 0;
     quint64 bytes = 0;
     AxStationCounts told;
-    bool hasKey = false;
+    QByteArray key;
     bool hearsVersion2 = false;
 };
 
@@ -143,7 +142,7 @@ bool AxMavlinkStation::SetKey(const QByteArray& key)
 {
     if (!m_parts->parser.SetKey(key))
         return false;
-    m_parts->hasKey = !key.isEmpty();
+    m_parts->key = key;
     return m_parts->writer.SetKey(key, 0);
 }
 
@@ -225,10 +224,18 @@ void AxMavlinkStation::take(const QByteArray& bytes)
     Parts& parts = *m_parts;
     parts.bytes += static_cast<quint64>(bytes.size());
     const qint64 now = Now();
+    parts.parser.SetKey(parts.key, AxMavSignTimeNow()); // what was recorded a while ago does not count
     const auto takeOne = [&](const AxMavFrame& frame) { takeFrame(frame, now); };
-    parts.parser.Feed(bytes, takeOne);
+    const auto recordOne = [&](const AxMavFrame& frame) { recordUnknown(frame, now); };
+    parts.parser.Feed(bytes, takeOne, recordOne);
     if (parts.link->BringsWholeFrames())
-        parts.parser.Flush(takeOne);
+        parts.parser.Flush(takeOne, recordOne);
+}
+
+void AxMavlinkStation::recordUnknown(const AxMavFrame& frame, qint64 now)
+{
+    if (!m_parts->recorder.File().isEmpty()) // noise can look like such a frame, and is no flight
+        m_parts->recorder.Add(reinterpret_cast<const char*>(frame.raw), frame.rawSize, now);
 }
 
 void AxMavlinkStation::takeFrame(const AxMavFrame& frame, qint64 now)
@@ -242,7 +249,7 @@ void AxMavlinkStation::takeFrame(const AxMavFrame& frame, qint64 now)
         emit signalRecording(parts.recorder.File());
     // A station speaks as the aircraft do: an old one understands version 1 alone.
     parts.hearsVersion2 = parts.hearsVersion2 || frame.version == 2;
-    parts.writer.SetVersion(parts.hearsVersion2 || parts.hasKey ? 2 : 1);
+    parts.writer.SetVersion(parts.hearsVersion2 || !parts.key.isEmpty() ? 2 : 1);
     std::unique_ptr<AxMavlinkAircraft>& aircraft = parts.aircraft[frame.systemId];
     const bool isNew = !aircraft;
     if (isNew) {

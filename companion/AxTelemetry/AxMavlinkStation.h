@@ -55,12 +55,12 @@ public:
     /// Null when that system was never heard.
     AxMavlinkAircraft* AircraftOf(int systemId) const;
 
-    /// With 32 bytes, frames that they do not sign are refused, and what is sent is signed. Empty: signed
-    /// frames are refused. False, and nothing changes, with another number of bytes.
+    /// With 32 bytes, frames that they do not sign are refused, and what is sent is signed; a sender that is
+    /// new may be 60 s behind this computer's clock at most. Empty: signed frames are refused. False, and nothing changes, with another number of bytes.
     bool SetKey(const QByteArray& key);
 
-    /// Each flight is recorded into a new file of this folder from its first byte on; empty: none. Counts
-    /// from the next Open().
+    /// Each flight is recorded into a new file of this folder from its first known message on, with those
+    /// that are not known; empty: none. Counts from the next Open().
     void SetRecordFolder(const QString& folder);
     /// What has been recorded so far, or why it is not.
     const AxTlogRecorder& Recorder() const;
@@ -97,6 +97,7 @@ private:
     void tellRecordFault();
     void take(const QByteArray& bytes);
     void takeFrame(const AxMavFrame& frame, qint64 now);
+    void recordUnknown(const AxMavFrame& frame, qint64 now);
 
     std::unique_ptr<Parts> m_parts;
 };

@@ -4,6 +4,7 @@
 #include <AxTelemetry/link/AxSerialLink.h>
 #include <AxTelemetry/link/AxTcpLink.h>
 #include <AxTelemetry/link/AxUdpLink.h>
+#include <AxTelemetry/record/AxTlogReader.h>
 
 #include <QDir>
 #include <QRandomGenerator>
@@ -16,6 +17,8 @@
 #include <QUdpSocket>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 template <typename Predicate> bool waitUntil(Predicate predicate)
@@ -46,6 +49,29 @@ QByteArray Noise(int size)
     for (char& byte : noise)
         byte = static_cast<char>(random.bounded(256));
     return noise;
+}
+
+/// Of a message that is in no table here.
+struct UnlistedMessage
+{
+    static constexpr quint32 id = 179;
+    static constexpr quint8 extraCrc = 7;
+    static constexpr quint8 baseSize = 30;
+    static constexpr quint8 size = 30;
+};
+
+int AxMavPack(const UnlistedMessage&, quint8* payload)
+{
+    std::fill_n(payload, UnlistedMessage::size, quint8(0xFD));
+    return UnlistedMessage::size;
+}
+
+QByteArray UnlistedFrame(int version, const QByteArray& key = {})
+{
+    AxMavWriter writer(1, 1);
+    writer.SetVersion(version);
+    writer.SetKey(key, 0);
+    return writer.Write(UnlistedMessage());
 }
 
 /// Messages that a peer of a station has got, by number.
@@ -95,6 +121,10 @@ TEST(Station, HearsAircraftOverUdpAndAnswers)
             return CountOf(got, AxMavHeartbeat::id) > 0 && CountOf(got, AxMavCommandLong::id) > 0;
         })) << "a heartbeat, and requests for data";
     }
+    AxUdpLink next(link->Port());
+    station.Close();
+    for (int i = 0; i < 2; ++i, next.Close())
+        EXPECT_TRUE(next.Open(&fault)) << fault.toStdString();
 }
 
 TEST(Station, ConnectsAgainOverTcp)
@@ -226,12 +256,18 @@ TEST(Station, TakesSignedFramesByTheKeyOnly)
     {
         QByteArray station, aircraft;
         bool isHeard;
-    } rows[] = {{key, key, true}, {key, {}, false}, {{}, key, false}, {key, QByteArray(32, 'x'), false}};
+        int age = 0; // of what is heard, seconds
+    } rows[] = {{key, key, true},     {key, {}, false}, {{}, key, false}, {key, QByteArray(32, 'x'), false},
+                {key, key, true, 50}, {key, key, false, 70}};
     for (const auto& row : rows) {
         MemoryStation flight;
         EXPECT_TRUE(flight.station.SetKey(row.station));
         EXPECT_FALSE(flight.station.SetKey(QByteArray(31, 'k')));
         flight.aircraft.SetKey(row.aircraft, 0);
+        flight.aircraft.SetSignClock([&] {
+            const qint64 epoch = QDateTime(QDate(2015, 1, 1), QTime(0, 0), Qt::UTC).toMSecsSinceEpoch();
+            return quint64(QDateTime::currentMSecsSinceEpoch() - epoch - row.age * 1000) * 100;
+        });
         flight.Open();
         EXPECT_EQ(flight.station.Aircraft().size(), row.isHeard ? 1 : 0);
         EXPECT_EQ(flight.station.Counts().refusedSignatures, row.isHeard ? 0u : 1u);
@@ -245,7 +281,13 @@ TEST(Station, RepeatsCommandsUntilTheyAreAnswered)
         int answer; // MAV_RESULT; -1: none
         int sent;
         const char* fault;
-    } rows[] = {{0, 1, ""}, {2, 1, "The aircraft refuses."}, {-1, 3, "The aircraft does not answer."}};
+        quint8 toSystem = 0, toComponent = 0;
+    } rows[] = {{0, 1, ""},
+                {2, 1, "The aircraft refuses."},
+                {-1, 3, "The aircraft does not answer."},
+                {2, 1, "The aircraft refuses.", 255, 190},
+                {0, 3, "The aircraft does not answer.", 254, 190},
+                {0, 3, "The aircraft does not answer.", 255, 1}};
     for (const auto& row : rows) {
         MemoryStation flight;
         flight.Open();
@@ -259,6 +301,8 @@ TEST(Station, RepeatsCommandsUntilTheyAreAnswered)
             AxMavCommandAck answer;
             answer.command = 400;
             answer.result = static_cast<quint8>(row.answer);
+            answer.target_system = row.toSystem;
+            answer.target_component = row.toComponent;
             if (row.answer >= 0)
                 flight.Say(answer);
         };
@@ -279,9 +323,27 @@ TEST(Station, RecordsFromTheFirstByte)
     QString fault;
     flight.station.Open(&fault);
     flight.Pass(3000);
-    EXPECT_EQ(flight.station.Recorder().File(), QString()) << "nothing was heard yet";
+    const QByteArray unlisted = UnlistedFrame(2);
+    emit flight.link->signalBytes(unlisted);
+    EXPECT_EQ(flight.station.Recorder().File(), QString()) << "noise may look so";
     const QByteArray beat = BeatOf(1);
-    emit flight.link->signalBytes(beat);
+    const QByteArray place = PlaceOf(1, 47.0);
+    const struct
+    {
+        const char* what;
+        QByteArray heard;
+        QByteArrayList recorded;
+    } rows[] = {
+        {"a known message", beat, {beat}},
+        {"one that is not known", unlisted, {unlisted}},
+        {"one before a known one", unlisted + place, {unlisted, place}},
+        {"one of version 1", UnlistedFrame(1), {UnlistedFrame(1)}},
+        {"noise that looks like one", QByteArray(300, char(0xFE)), {QByteArray(262, char(0xFE))}},
+        {"one with a signature", UnlistedFrame(2, QByteArray(32, 'k')), {}},
+        {"another known message", place, {place}},
+    };
+    for (const auto& row : rows)
+        emit flight.link->signalBytes(row.heard);
     const qint64 heard = flight.now;
     flight.Pass(1000);
     QFile file(flight.station.Recorder().File()); // as after a crash: nothing was closed
@@ -289,7 +351,20 @@ TEST(Station, RecordsFromTheFirstByte)
     EXPECT_TRUE(file.fileName().endsWith(QLatin1String("Z_Memory.tlog"))) << file.fileName().toStdString();
     const QByteArray record = file.readAll();
     EXPECT_EQ(qFromBigEndian<qint64>(record.constData()), heard * 1000);
-    EXPECT_EQ(record.mid(8, beat.size()), beat);
+    int at = 0;
+    for (const auto& row : rows)
+        for (const QByteArray& frame : row.recorded) {
+            at = record.indexOf(record.left(8) + frame, at); // between what the station says
+            ASSERT_GE(at, 0) << row.what;
+            at += 8 + frame.size();
+        }
+    AxTlogReader reader;
+    reader.Feed(record);
+    const AxFlightRead read = reader.Finish();
+    ASSERT_EQ(read.flights.size(), 1u) << read.fault.toStdString();
+    EXPECT_EQ(read.flights[0]->Samples().size(), 2u);
+    EXPECT_FALSE(read.notes.join(' ').contains(QLatin1String("left out")))
+        << read.notes.join(' ').toStdString();
     const QString first = file.fileName();
     flight.now -= 1000; // opened again within the same second
     flight.station.Close();

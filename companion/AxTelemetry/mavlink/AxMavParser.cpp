@@ -59,8 +59,8 @@ struct AxMavParser::State
     }
 
     bool Refill();
-    const AxMavFrame* Scan();
-    bool Accept(const AxMavCandidate& candidate);
+    const AxMavFrame* Scan(bool* isKnown);
+    bool Accept(const AxMavCandidate& candidate, bool* isKnown);
     int LostBefore(const AxMavCandidate& candidate);
     void Fill(const AxMavCandidate& candidate);
 };
@@ -104,7 +104,7 @@ bool AxMavParser::State::Refill()
 }
 
 /// Looks through the input up to the next frame that is to be given out, or to what must wait for more.
-const AxMavFrame* AxMavParser::State::Scan()
+const AxMavFrame* AxMavParser::State::Scan(bool* isKnown)
 {
     while (at != end) {
         const quint8* const start = std::find_if(at, end, AxIsMavMagic);
@@ -126,14 +126,15 @@ const AxMavFrame* AxMavParser::State::Scan()
         case AxMavVerdict::Unknown:
         case AxMavVerdict::Good:
             at += candidate.size;
-            if (Accept(candidate))
+            if (Accept(candidate, isKnown))
                 return &frame;
         }
     }
     return nullptr;
 }
 
-bool AxMavParser::State::Accept(const AxMavCandidate& candidate)
+/// Whether `frame` is to be given out now.
+bool AxMavParser::State::Accept(const AxMavCandidate& candidate, bool* isKnown)
 {
     if (!trust.Accept(candidate)) {
         ++counts.refusedSignatures;
@@ -145,8 +146,15 @@ bool AxMavParser::State::Accept(const AxMavCandidate& candidate)
     if (candidate.verdict == AxMavVerdict::Unknown) {
         ++counts.unknown;
         sender.pending = Add(sender.pending, lost);
-        return false;
+        if (!isKnown)
+            return false;
+        *isKnown = false;
+        Fill(candidate);
+        frame.lostBefore = 0;
+        return true;
     }
+    if (isKnown)
+        *isKnown = true;
     ++counts.frames;
     Fill(candidate);
     frame.lostBefore = Add(sender.pending, lost);
@@ -203,11 +211,13 @@ bool AxMavParser::Begin(const quint8* data, std::size_t size, bool isLast)
     return true;
 }
 
-const AxMavFrame* AxMavParser::Next()
+/// The next frame, null behind the last one. Frames of unknown messages come only if there is an `isKnown` to
+/// tell them by.
+const AxMavFrame* AxMavParser::Next(bool* isKnown)
 {
     State& state = *m_state;
     do {
-        if (const AxMavFrame* const frame = state.Scan())
+        if (const AxMavFrame* const frame = state.Scan(isKnown))
             return frame;
     } while (state.Refill());
     state.isFeeding = false;

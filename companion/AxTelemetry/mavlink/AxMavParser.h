@@ -14,7 +14,7 @@ struct AxMavCounts
 {
     quint64 frames = 0;            ///< given to the handler
     quint64 badChecksums = 0;      ///< of messages that are known; noise can look like one
-    quint64 unknown = 0;           ///< frames of messages that are not known, passed over
+    quint64 unknown = 0;           ///< frames of messages that are not known
     quint64 garbageBytes = 0;      ///< in no frame
     quint64 lost = 0;              ///< frames, by gaps in the numbers of each system and component
     quint64 refusedSignatures = 0; ///< whole frames that the key, or the want of one, has kept out
@@ -26,8 +26,7 @@ struct AxMavCounts
  *
  * A frame counts when its message is known (AxMavMessages.h) and its checksum is right. The search goes on
  * behind the first byte of what only looked like a frame, so that no good frame is lost to it. A frame of an
- * unknown message, whose checksum nobody can know, is passed over as a whole when frames follow it without a
- * gap.
+ * unknown message, whose checksum nobody can know, is taken as a whole when frames follow it without a gap.
  *
  * With a key, only frames signed with it are given out, and the times of their signatures must rise for each
  * system, component and link; a sender that is new may be 60 s behind the newest time at most. Without a key,
@@ -47,13 +46,22 @@ public:
     template <class Handler> void Feed(const quint8* data, std::size_t size, Handler&& handler)
     {
         if (Begin(data, size, false))
-            while (const AxMavFrame* frame = Next())
+            while (const AxMavFrame* frame = Next(nullptr))
                 handler(*frame);
     }
     template <class Handler> void Feed(const QByteArray& data, Handler&& handler)
     {
         Feed(reinterpret_cast<const quint8*>(data.constData()), std::size_t(data.size()),
              std::forward<Handler>(handler));
+    }
+    /// Calls unknown(const AxMavFrame&) in its turn for each frame of an unknown message, too; it may do what
+    /// the other handler may. Such a frame is as it came, maybe damaged, rarely mere noise, and its
+    /// `lostBefore` is 0: the next known one tells.
+    template <class Handler, class Unknown>
+    void Feed(const QByteArray& data, Handler&& handler, Unknown&& unknown)
+    {
+        if (Begin(reinterpret_cast<const quint8*>(data.constData()), std::size_t(data.size()), false))
+            GiveOut(handler, unknown);
     }
 
     /// Nothing follows for now: gives out what only waited for bytes that would have told whether it lies
@@ -62,8 +70,13 @@ public:
     template <class Handler> void Flush(Handler&& handler)
     {
         if (Begin(nullptr, 0, true))
-            while (const AxMavFrame* frame = Next())
+            while (const AxMavFrame* frame = Next(nullptr))
                 handler(*frame);
+    }
+    template <class Handler, class Unknown> void Flush(Handler&& handler, Unknown&& unknown)
+    {
+        if (Begin(nullptr, 0, true))
+            GiveOut(handler, unknown);
     }
 
     /// A key of 32 bytes, or an empty one; false for another size, which leaves all as it was.
@@ -85,7 +98,17 @@ private:
     struct State;
 
     bool Begin(const quint8* data, std::size_t size, bool isLast);
-    const AxMavFrame* Next();
+    const AxMavFrame* Next(bool* isKnown);
+    template <class Handler, class Unknown> void GiveOut(Handler& handler, Unknown& unknown)
+    {
+        bool isKnown = true;
+        while (const AxMavFrame* frame = Next(&isKnown)) {
+            if (isKnown)
+                handler(*frame);
+            else
+                unknown(*frame);
+        }
+    }
 
     std::unique_ptr<State> m_state;
 };
