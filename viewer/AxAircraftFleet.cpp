@@ -2,6 +2,7 @@
 #include "interaction/input/CAxEarthManipulator.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "scene/base/AxLongitudes.h"
+#include "scene/shape/AxDrawnGround.h"
 #include "viewer/AxViewerPrivate.h"
 #include "viewer/overlay/CAxMapToolsWidget.h"
 
@@ -127,8 +128,12 @@ bool AxAircraftFleet::Remove(CAxUavNode* aircraft)
 {
     if (!contains(aircraft))
         return false;
+    // Who hears that the view has ended may remove it.
+    const QPointer<CAxUavNode> kept(aircraft);
     if (aircraft == focus)
         letGo();
+    if (!kept)
+        return true;
     aircraft->RemovePicPoint();
     aircraft->RemoveAllTrailLine();
     delete aircraft;
@@ -138,14 +143,10 @@ bool AxAircraftFleet::Remove(CAxUavNode* aircraft)
 void AxAircraftFleet::RemoveAll()
 {
     letGo();
-    for (CAxUavNode* aircraft : All()) {
-        aircraft->RemovePicPoint();
-        aircraft->RemoveAllTrailLine();
-    }
-    // A host that hears of the first one may remove others.
-    while (!fleet.empty() && fleet.back())
-        delete fleet.back().data();
-    fleet.clear();
+    // A host that hears of the first one may remove others, or add one, which stays.
+    const std::vector<QPointer<CAxUavNode>> all = fleet;
+    for (const QPointer<CAxUavNode>& aircraft : all)
+        Remove(aircraft);
 }
 
 bool AxAircraftFleet::SetFocus(CAxUavNode* aircraft)
@@ -156,11 +157,12 @@ bool AxAircraftFleet::SetFocus(CAxUavNode* aircraft)
         return true;
     focus = aircraft;
     showPanels();
+    const QPointer<CAxUavNode> kept(aircraft);
     const CAxEarthViewer::EAircraftView before = view;
     if (before != CAxEarthViewer::AircraftViewFree)
         takeView(before);
     emit q->signalAircraft();
-    return true;
+    return kept && kept == focus;
 }
 
 void AxAircraftFleet::ShowShootPoints(bool shown)
@@ -221,7 +223,12 @@ void AxAircraftFleet::LookFromHome(const CAxVector3D& home)
     if (!scene.mapNode || !std::isfinite(home.x()) || !std::isfinite(home.y()) || !std::isfinite(home.z()))
         return;
     letGo();
-    osgEarth::Viewpoint viewpoint("", home.x(), home.y(), home.z(), 0.0, homePitch, nearestHome);
+    if (!scene.mapNode)
+        return;
+    // Home may lie below ground that is coarse from afar.
+    const double height =
+        std::max(home.z(), AxLoadedHeight(*scene.mapNode, home.x(), home.y()).value_or(home.z()));
+    osgEarth::Viewpoint viewpoint("", home.x(), home.y(), height, 0.0, homePitch, nearestHome);
     if (focus && focus->HasPosition()) {
         const CAxVector3D place = focus->GetPosition();
         const double away = std::hypot(DistanceBetweenTwoLatLng(home, place), place.z() - home.z());
