@@ -153,7 +153,7 @@ public:
     bool IsDisplayShootPoint() const;
     /// The height, in those of the map, of a place so many metres above the ellipsoid: of picks, blocks and
     /// routes. Elevation data as they ship are above mean sea level, so this subtracts the geoid, where its
-    /// grid is there. Never below ground that is known. NaN for what is no place.
+    /// grid is there. The ground counts for nothing: it changes with the zoom. NaN for what is no place.
     double GetHAE(double longitude, double latitude, double altitude) const;
     /// Says that the map's elevation data are above the ellipsoid; off from the start.
     void SetMapHeightsAboveEllipsoid(bool above);

@@ -1,11 +1,9 @@
 // The face of the viewer: aircraft.
 #include "mission/aircraft/CAxUavNode.h"
-#include "scene/shape/AxDrawnGround.h"
 #include "viewer/AxViewerPrivate.h"
 
 #include <AxAlgorthm/AxGeoid.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +14,7 @@ CAxUavNode* CAxEarthViewer::GetUavNode() const
 
 CAxUavNode* CAxEarthViewer::CreateUavMarker(QObject* telemetry, EPlaneType type)
 {
-    CAxUavNode* aircraft = AddAircraft(telemetry, type);
+    const QPointer<CAxUavNode> aircraft = AddAircraft(telemetry, type);
     d->aircraft.SetFocus(aircraft);
     return aircraft;
 }
@@ -130,9 +128,5 @@ double AxViewerPrivate::GetHAE(double longitude, double latitude, double altitud
         return std::numeric_limits<double>::quiet_NaN();
     const double geoid =
         aircraft.heightsAboveEllipsoid ? 0.0 : AxGeoidHeight(latitude, longitude).value_or(0.0);
-    const double height = altitude - geoid;
-    if (!mapNode)
-        return height;
-    const std::optional<double> ground = AxLoadedHeight(*mapNode, longitude, latitude);
-    return ground ? std::max(height, *ground) : height;
+    return altitude - geoid;
 }

@@ -64,6 +64,13 @@ void AxMotionSmoother::Jump()
         attitudeBefore = *attitude;
 }
 
+void AxMotionSmoother::Lift(double metres)
+{
+    if (place)
+        place->z() += metres;
+    placeBefore.z() += metres;
+}
+
 std::optional<osg::Vec3d> AxMotionSmoother::PlaceAt(double now) const
 {
     if (!place)

@@ -33,6 +33,8 @@ public:
     void TellAttitude(const std::array<double, 3>& angles, double now);
     /// The newest values are drawn at once.
     void Jump();
+    /// What was told so far counts as higher by so many metres.
+    void Lift(double metres);
 
     /// Longitude within half a turn of the newest one, over the shorter way. Nothing before the first place.
     std::optional<osg::Vec3d> PlaceAt(double now) const;

@@ -32,9 +32,12 @@
 
 #include <QLocale>
 #include <QPointer>
+#include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 using osgEarth::GeoPoint;
 using osgEarth::Annotation::FeatureNode;
@@ -53,6 +56,8 @@ constexpr double nearestDepth = 0.1;
 constexpr double focalMillimetres = 5.0;
 constexpr double micrometresPerMillimetre = 1000.0;
 constexpr double pixelMicrometres = 2.883;
+// Rays to the relief are dear; between two outlines, milliseconds.
+constexpr int footprintPause = 200;
 
 double Now()
 {
@@ -67,6 +72,11 @@ bool IsOnGlobe(double longitude, double latitude, double altitude)
 osg::Vec3d WorldOf(const CAxVector3D& place)
 {
     return AxGlobe::WorldOf({place.x(), place.y(), place.z()});
+}
+
+CAxVector3D LiftedBy(double metres, const CAxVector3D& place)
+{
+    return {place.x(), place.y(), place.z() + metres};
 }
 
 osgEarth::Symbology::Style DefaultStyle()
@@ -141,7 +151,15 @@ struct CAxUavNode::State
     std::array<double, 3> angles{};
     AxMotionSmoother smoother;
     bool isMoving = false;
-    double nextLook = 0.0; // at the ground below a landed aircraft
+    double nextLook = 0.0;        // at the ground below
+    std::optional<double> ground; // as seen last, metres; no value where it is not known
+    /// From the place that was received up to where the model is drawn, metres.
+    double Lift() const
+    {
+        if (!position || !ground)
+            return 0.0;
+        return landed ? *ground + bottom - position->z() : std::max(0.0, *ground - position->z());
+    }
 
     AxTrail trail;
     AxPhotoPoints photos;
@@ -149,6 +167,8 @@ struct CAxUavNode::State
     osg::ref_ptr<CAxTrailLingCallBack> replayCallback;
     int pathIndex = 0;
     osg::ref_ptr<AxVideoFootprint> footprint;
+    QTimer footprintClock; // runs while a further outline has to wait
+    bool isFootprintDue = false;
     double cameraAngle = 0.0;
     qint8 zoom = 0;
     bool videoFlag = false;
@@ -162,6 +182,11 @@ CAxUavNode::CAxUavNode(CAxEarthViewer* viewer, QObject* signalObject, bool hasPa
     d->viewer = AxPartsOf(viewer);
     d->signalObject = signalObject;
     d->panelVisible = hasPanel;
+    d->footprintClock.setSingleShot(true);
+    connect(&d->footprintClock, &QTimer::timeout, this, [this] {
+        if (std::exchange(d->isFootprintDue, false))
+            tellFootprint();
+    });
     if (d->viewer)
         connect(d->viewer->Mouse(), SIGNAL(mouseLeftBtnMove(osg::Vec3d, osg::Vec3d)), this,
                 SLOT(slotMouseMoved(osg::Vec3d, osg::Vec3d)));
@@ -195,13 +220,21 @@ osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEa
         d->motion = new Motion(this);
         d->root->addUpdateCallback(d->motion);
     }
-    if (d->geo)
-        d->root->removeChild(d->geo);
+    const osg::ref_ptr<osgEarth::GeoTransform> before = d->geo;
+    if (before)
+        d->root->removeChild(before);
     d->geo = new osgEarth::GeoTransform;
     d->geo->setTerrain(mapNode->getTerrain());
     d->attitude = new osg::PositionAttitudeTransform;
-    d->followed = new osg::Node;
-    d->followed->setInitialBound(osg::BoundingSphere(osg::Vec3(), 1e-3f));
+    // A camera that follows it stays with it, and where it was until a place is told.
+    if (!d->followed) {
+        d->followed = new osg::Node;
+        d->followed->setInitialBound(osg::BoundingSphere(osg::Vec3(), 1e-3f));
+    }
+    TakeFromParents(d->followed);
+    TakeFromParents(d->panel.Node());
+    if (before && before->getPosition().isValid())
+        d->geo->setPosition(before->getPosition());
     if (!d->attitude->containsNode(model))
         d->attitude->addChild(model);
     d->attitude->addChild(d->followed);
@@ -221,6 +254,9 @@ osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEa
     ResetRenderSort();
     d->smoother = AxMotionSmoother();
     d->position.reset();
+    d->ground.reset();
+    if (before)
+        turn();
     if (point.isValid() && d->geo->setPosition(point)) {
         const GeoPoint there = point.transform(mapNode->getMapSRS()->getGeographicSRS());
         d->position = CAxVector3D(there.x(), there.y(), there.z());
@@ -252,7 +288,8 @@ void CAxUavNode::SetPosition(double longitude, double latitude, double altitude)
     if (!d->geo || !IsOnGlobe(longitude, latitude, altitude))
         return;
     d->position = CAxVector3D(longitude, latitude, altitude);
-    d->smoother.TellPlace({longitude, latitude, altitude}, Now());
+    d->ground = AxLoadedHeight(*d->map, longitude, latitude);
+    d->smoother.TellPlace({longitude, latitude, altitude + d->Lift()}, Now());
     d->isMoving = true;
     place();
     updateText();
@@ -275,7 +312,7 @@ bool CAxUavNode::HasPosition() const
 CAxVector3D CAxUavNode::GetDrawnPosition() const
 {
     const std::optional<osg::Vec3d> drawn = d->interpolated ? d->smoother.PlaceAt(Now()) : std::nullopt;
-    return drawn ? CAxVector3D(drawn->x(), drawn->y(), drawn->z()) : GetPosition();
+    return drawn ? CAxVector3D(drawn->x(), drawn->y(), drawn->z()) : LiftedBy(d->Lift(), GetPosition());
 }
 
 double CAxUavNode::GetDrawnHeading() const
@@ -295,16 +332,30 @@ void CAxUavNode::SetAttitude(double roll, double pitch, double yaw)
     turn();
 }
 
-/// The place that was received, on the ground when it has landed.
+/// The place that was received, but not below the ground, and on it when it has landed.
 void CAxUavNode::place()
 {
     if (!d->geo || !d->position)
         return;
     const osgEarth::SpatialReference* srs = d->map->getMapSRS()->getGeographicSRS();
     const CAxVector3D& at = *d->position;
-    const bool stands = d->landed && AxLoadedHeight(*d->map, at.x(), at.y()).has_value();
-    d->geo->setPosition(stands ? GeoPoint(srs, at.x(), at.y(), d->bottom, osgEarth::ALTMODE_RELATIVE)
-                               : GeoPoint(srs, at.x(), at.y(), at.z(), osgEarth::ALTMODE_ABSOLUTE));
+    d->geo->setPosition(d->landed && d->ground
+                            ? GeoPoint(srs, at.x(), at.y(), d->bottom, osgEarth::ALTMODE_RELATIVE)
+                            : GeoPoint(srs, at.x(), at.y(), at.z() + d->Lift(), osgEarth::ALTMODE_ABSOLUTE));
+}
+
+/// Finer ground, or none, may be in memory since the place was received.
+void CAxUavNode::lookAtGround()
+{
+    if (!d->geo || !d->position)
+        return;
+    const double before = d->Lift();
+    d->ground = AxLoadedHeight(*d->map, d->position->x(), d->position->y());
+    const double change = d->Lift() - before;
+    if (change == 0.0)
+        return;
+    d->smoother.Lift(change);
+    place();
 }
 
 void CAxUavNode::turn()
@@ -324,10 +375,10 @@ void CAxUavNode::turn()
 void CAxUavNode::advance()
 {
     const double now = Now();
-    if (d->landed && now >= d->nextLook) {
+    if (now >= d->nextLook) {
         constexpr double lookSeconds = 1.0;
         d->nextLook = now + lookSeconds;
-        place();
+        lookAtGround();
     }
     if (!d->isMoving || !d->geo || !d->attitude)
         return;
@@ -343,7 +394,7 @@ void CAxUavNode::advance()
     if (!settled && drawn && d->position) {
         // In the frame of the place that was received; on the ground only along it.
         const osg::Vec3d world = AxGlobe::WorldOf(*drawn);
-        const osg::Vec3d there = WorldOf(*d->position);
+        const osg::Vec3d there = WorldOf(LiftedBy(d->Lift(), *d->position));
         offset = osg::Matrixd::transform3x3(world - there, osg::Matrixd::inverse(d->geo->getMatrix()));
         if (d->landed)
             offset.z() = 0.0;
@@ -359,7 +410,9 @@ void CAxUavNode::SetLanded(bool landed)
 {
     if (landed == d->landed)
         return;
+    const double before = d->Lift();
     d->landed = landed;
+    d->smoother.Lift(d->Lift() - before);
     d->isMoving = true;
     place();
 }
@@ -382,7 +435,7 @@ void CAxUavNode::slotPositionChanged(double longitude, double latitude, double a
         return;
     const double height = d->viewer ? d->viewer->Scene().GetHAE(longitude, latitude, altitude) : altitude;
     SetPosition(longitude, latitude, std::isfinite(height) ? height : altitude);
-    updateFootprint();
+    tellFootprint();
 }
 
 void CAxUavNode::slotAttitudeChanged(double roll, double pitch, double yaw, quint64)
@@ -657,6 +710,18 @@ void CAxUavNode::slotVideoData(quint16 angle, qint8 zoom, quint8, quint8 flag)
     }
     if (d->footprint)
         d->footprint->SetShown(d->videoFlag);
+}
+
+/// Some five times a second at most, and always for the newest place in the end.
+void CAxUavNode::tellFootprint()
+{
+    if (!d->footprint)
+        return;
+    d->isFootprintDue = d->footprintClock.isActive();
+    if (d->isFootprintDue)
+        return;
+    updateFootprint();
+    d->footprintClock.start(footprintPause);
 }
 
 void CAxUavNode::updateFootprint()

@@ -4,7 +4,8 @@
 #include <AxAlgorthm/AxMissionTypes.h>
 #include <AxAlgorthm/CAxVector3D.h>
 
-#include <osg/Node>
+#include <osg/MatrixTransform>
+#include <osg/ref_ptr>
 #include <osg/Vec4f>
 #include <osgEarth/GeoData>
 
@@ -26,7 +27,8 @@ class MapNode;
  * Places are longitude and latitude in degrees and altitude in metres in the heights of the map, as picks
  * and routes have them; CAxEarthViewer::GetHAE() makes them from heights above the ellipsoid. What is no
  * finite place on the globe changes nothing. Between messages the model is drawn on its way from the place
- * before to the newest one; trail, photos and GetPosition() take what was received.
+ * before to the newest one, and on the ground where that is known and higher; trail, photos and GetPosition()
+ * take what was received.
  *
  * Made by CAxEarthViewer::AddAircraft(), whose child it is; who deletes it earlier takes it off the map. It
  * may outlive the viewer's scene and its signal object. GUI thread only.
@@ -43,12 +45,17 @@ public:
 
     /// Makes the model, at a place, and returns the node that the caller puts into the scene. A model that
     /// cannot be read is replaced by a plain marker, and one line of the log says so. A further call
-    /// makes the aircraft anew, where its node hangs. Null without a map.
+    /// makes the aircraft anew, where its node hangs; who follows it goes on. Null without a map.
     osg::Node* CreatePlane(EPlaneType type, const osgEarth::GeoPoint& point, osgEarth::MapNode* mapNode);
     EPlaneType GetPlaneType() const;
     osg::Node* GetNode() const; ///< what CreatePlane() returned; null before
     osg::Node*
     GetFollowedNode() const; ///< its middle is where the aircraft is drawn; null before CreatePlane()
+    /// A lamp for models without shading of their own: a transform at a place, with the light of that number,
+    /// which shines in a direction from there. The caller puts it into the scene and switches GL_LIGHT0 +
+    /// number on where it is to shine. In the coordinates of the group that it is put into.
+    static osg::ref_ptr<osg::MatrixTransform> CreateLightSource(int number, const osg::Vec3d& position,
+                                                                const osg::Vec3& direction);
 
     /// Degrees, degrees, metres above the ellipsoid. What is no place on the globe changes nothing, nor does
     /// a place before CreatePlane().
@@ -125,8 +132,10 @@ private:
 
     void advance();
     void place();
+    void lookAtGround();
     void turn();
     void updateText();
+    void tellFootprint();
     void updateFootprint();
     void addPhoto(int index, const CAxVector3D& place);
     void apply() const;

@@ -5,12 +5,15 @@
 #include "mission/aircraft/AxMotionSmoother.h"
 #include "mission/aircraft/AxTrail.h"
 #include "mission/aircraft/AxUavPanel.h"
+#include "mission/aircraft/CAxUavNode.h"
 #include "scene/base/AxGlobePoint.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxMissionTypes.h>
 
 #include <gtest/gtest.h>
+
+#include <osg/LightSource>
 
 #include <QSet>
 
@@ -259,4 +262,14 @@ TEST(AircraftPanel, WritesDegrees)
     EXPECT_EQ(AxPanelNumber(-7.5), "-  7.500000");
     EXPECT_EQ(AxPanelNumber(-105.1234567), "-105.123457");
     EXPECT_EQ(AxPanelNumber(0.0), "   0.000000");
+}
+
+TEST(AircraftLight, ShinesFromWhereItIsPut)
+{
+    const auto lamp = CAxUavNode::CreateLightSource(3, {10.0, 20.0, 30.0}, {0.0f, 0.0f, -1.0f});
+    const auto* light = dynamic_cast<const osg::LightSource*>(lamp->getChild(0))->getLight();
+    EXPECT_EQ(lamp->getMatrix().getTrans(), osg::Vec3d(10.0, 20.0, 30.0));
+    EXPECT_EQ(light->getLightNum(), 3);
+    EXPECT_EQ(light->getPosition(), osg::Vec4(0.0f, 0.0f, 0.0f, 1.0f));
+    EXPECT_EQ(light->getDirection(), osg::Vec3(0.0f, 0.0f, -1.0f));
 }
