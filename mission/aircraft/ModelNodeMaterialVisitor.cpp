@@ -119,6 +119,8 @@ void ModelNodeMaterialVisitor::shade(osg::Node& node) const
     // Highlights are white whatever the material says.
     state->addUniform(new osg::Uniform("specularColor", osg::Vec4(1.0f, 1.0f, 1.0f, 1.0f)));
     state->addUniform(new osg::Uniform("uShininess", material->getShininess(face)));
+    const bool areColored = material->getColorMode() != osg::Material::OFF;
+    state->addUniform(new osg::Uniform("vertexColors", areColored ? 1.0f : 0.0f));
     osg::ref_ptr<osg::Uniform> direction = new osg::Uniform("lightDirection", osg::Vec3(lightFrom));
     state->addUniform(direction);
     node.addUpdateCallback(new LightFromAbove(direction));

@@ -1,25 +1,31 @@
 #include "Airframes.h"
 #include "Shape.h"
 
+#include <osg/CullFace>
+#include <osg/Material>
+#include <osgUtil/MeshOptimizers>
+
 #include <cmath>
 
 namespace {
-const Paint white{"body", {0.93f, 0.93f, 0.91f}, 48.0f};
-const Paint red{"nose", {0.86f, 0.10f, 0.08f}, 48.0f};
-const Paint orange{"markings", {1.0f, 0.55f, 0.05f}, 32.0f};
-const Paint dark{"tail", {0.16f, 0.20f, 0.28f}, 24.0f};
-const Paint black{"propellers", {0.07f, 0.07f, 0.08f}, 12.0f};
-const Paint glass{"camera", {0.05f, 0.16f, 0.32f}, 96.0f};
+const Paint white{{0.93f, 0.93f, 0.91f}};
+const Paint red{{0.86f, 0.10f, 0.08f}};
+const Paint orange{{1.0f, 0.55f, 0.05f}};
+const Paint dark{{0.16f, 0.20f, 0.28f}};
+const Paint black{{0.07f, 0.07f, 0.08f}};
+const Paint glass{{0.05f, 0.16f, 0.32f}};
+constexpr float shininess = 48.0f;
+constexpr float ambient = 0.38f; // of the paint's color
 constexpr float pi = 3.14159265f;
 
-void Add(osg::Group& model, const Paint& paint, const Shape& shape)
+void Add(osg::Geometry& model, const Paint& paint, const Shape& shape)
 {
-    model.addChild(shape.Painted(paint));
+    shape.PaintOn(model, paint);
 }
 
 /// Body, red nose, wings with orange tips: what all that have wings share. Lengths of an aircraft that spans
 /// 2.6 m.
-void AddGlider(osg::Group& model)
+void AddGlider(osg::Geometry& model)
 {
     Add(model, white,
         Shape()
@@ -39,7 +45,7 @@ void AddGlider(osg::Group& model)
             .Plate({{-1.0f, 0.13f}, {-1.3f, 0.09f}, {-1.3f, -0.05f}, {-1.0f, -0.08f}}, 0.10f, 0.035f, 0.05f));
 }
 
-void AddFixedWing(osg::Group& model)
+void AddFixedWing(osg::Geometry& model)
 {
     AddGlider(model);
     Add(model, dark,
@@ -49,7 +55,7 @@ void AddFixedWing(osg::Group& model)
     Add(model, black, Shape().Propeller({0.0f, 0.87f, -0.02f}, 0.26f, true, 0.5f));
 }
 
-void AddQuadPlane(osg::Group& model)
+void AddQuadPlane(osg::Geometry& model)
 {
     AddGlider(model);
     Shape booms, rotors;
@@ -68,7 +74,7 @@ void AddQuadPlane(osg::Group& model)
     Add(model, black, rotors);
 }
 
-void AddTailSitter(osg::Group& model)
+void AddTailSitter(osg::Geometry& model)
 {
     Add(model, white,
         Shape()
@@ -92,7 +98,7 @@ void AddTailSitter(osg::Group& model)
 }
 
 /// So many arms at even angles, none of them straight ahead; the front two are red.
-void AddCopter(osg::Group& model, int arms, float reach, float rotor, bool twofold)
+void AddCopter(osg::Geometry& model, int arms, float reach, float rotor, bool twofold)
 {
     Shape front, back, rotors;
     for (int i = 0; i < arms; ++i) {
@@ -123,7 +129,7 @@ void AddCopter(osg::Group& model, int arms, float reach, float rotor, bool twofo
 }
 
 /// A ball below the nose, or a heavy head that swings on an arch.
-void AddCamera(osg::Group& model, bool swings)
+void AddCamera(osg::Geometry& model, bool swings)
 {
     if (!swings) {
         Add(model, glass,
@@ -145,35 +151,67 @@ void AddCamera(osg::Group& model, bool swings)
 }
 } // namespace
 
-osg::ref_ptr<osg::Group> MakeAirframe(EPlaneType type)
+namespace {
+bool Build(osg::Geometry& model, EPlaneType type)
 {
-    osg::ref_ptr<osg::Group> model = new osg::Group;
     switch (type) {
     case PlaneFixedWing:
-        AddFixedWing(*model);
-        return model;
+        AddFixedWing(model);
+        return true;
     case PlaneTailSitter:
-        AddTailSitter(*model);
-        return model;
+        AddTailSitter(model);
+        return true;
     case PlaneQuadPlane:
-        AddQuadPlane(*model);
-        return model;
+        AddQuadPlane(model);
+        return true;
     case PlaneQuadcopter:
-        AddCopter(*model, 4, 0.55f, 0.30f, false);
-        AddCamera(*model, false);
-        return model;
+        AddCopter(model, 4, 0.55f, 0.30f, false);
+        AddCamera(model, false);
+        return true;
     case PlaneHexacopter:
-        AddCopter(*model, 6, 0.66f, 0.29f, false);
-        AddCamera(*model, false);
-        return model;
+        AddCopter(model, 6, 0.66f, 0.29f, false);
+        AddCamera(model, false);
+        return true;
     case PlaneOctocopter:
-        AddCopter(*model, 8, 0.80f, 0.28f, false);
-        AddCamera(*model, false);
-        return model;
+        AddCopter(model, 8, 0.80f, 0.28f, false);
+        AddCamera(model, false);
+        return true;
     case PlaneObliqueCopter:
-        AddCopter(*model, 4, 0.62f, 0.36f, true);
-        AddCamera(*model, true);
-        return model;
+        AddCopter(model, 4, 0.62f, 0.36f, true);
+        AddCamera(model, true);
+        return true;
     }
-    return nullptr;
+    return false;
+}
+} // namespace
+
+osg::ref_ptr<osg::Geode> MakeAirframe(EPlaneType type)
+{
+    const osg::ref_ptr<osg::Geometry> surface = new osg::Geometry;
+    surface->setVertexArray(new osg::Vec3Array);
+    surface->setNormalArray(new osg::Vec3Array, osg::Array::BIND_PER_VERTEX);
+    surface->setColorArray(new osg::Vec4Array, osg::Array::BIND_PER_VERTEX);
+    if (!Build(*surface, type))
+        return nullptr;
+    const unsigned count = surface->getVertexArray()->getNumElements();
+    surface->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, static_cast<int>(count)));
+    surface->setUseDisplayList(false);
+    surface->setUseVertexBufferObjects(true);
+    // A corner that several triangles share is stored, and later shaded, once.
+    osgUtil::IndexMeshVisitor().makeMesh(*surface);
+
+    // The colors of the vertices count by it.
+    osg::ref_ptr<osg::Material> material = new osg::Material;
+    constexpr osg::Material::Face faces = osg::Material::FRONT_AND_BACK;
+    material->setColorMode(osg::Material::DIFFUSE);
+    material->setAmbient(faces, osg::Vec4(ambient, ambient, ambient, 1.0f));
+    material->setDiffuse(faces, osg::Vec4(1.0f, 1.0f, 1.0f, 1.0f));
+    material->setSpecular(faces, osg::Vec4(0.3f, 0.3f, 0.3f, 1.0f));
+    material->setShininess(faces, shininess);
+    osg::ref_ptr<osg::Geode> model = new osg::Geode;
+    model->addDrawable(surface);
+    model->getOrCreateStateSet()->setAttributeAndModes(material);
+    // All parts are closed.
+    model->getOrCreateStateSet()->setAttributeAndModes(new osg::CullFace);
+    return model;
 }

@@ -1,9 +1,5 @@
 #include "Shape.h"
 
-#include <osg/Geometry>
-#include <osg/Material>
-#include <osgUtil/MeshOptimizers>
-
 #include <cmath>
 
 namespace {
@@ -168,29 +164,12 @@ Shape& Shape::Box(const osg::Vec3& low, const osg::Vec3& high)
                  0.5f * (low.z() + high.z()), high.z() - low.z());
 }
 
-osg::ref_ptr<osg::Geode> Shape::Painted(const Paint& paint) const
+void Shape::PaintOn(osg::Geometry& model, const Paint& paint) const
 {
-    osg::ref_ptr<osg::Geometry> surface = new osg::Geometry;
-    surface->setVertexArray(new osg::Vec3Array(static_cast<unsigned>(places.size()), places.data()));
-    surface->setNormalArray(new osg::Vec3Array(static_cast<unsigned>(normals.size()), normals.data()),
-                            osg::Array::BIND_PER_VERTEX);
-    surface->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, static_cast<int>(places.size())));
-    surface->setUseDisplayList(false);
-    surface->setUseVertexBufferObjects(true);
-    // A corner that several triangles share is stored, and later shaded, once.
-    osgUtil::IndexMeshVisitor().makeMesh(*surface);
-
-    const osg::Vec4 color(paint.color, 1.0f);
-    osg::ref_ptr<osg::Material> material = new osg::Material;
-    material->setName(paint.name);
-    material->setAmbient(osg::Material::FRONT_AND_BACK, osg::Vec4(paint.color * 0.38f, 1.0f));
-    material->setDiffuse(osg::Material::FRONT_AND_BACK, color);
-    material->setSpecular(osg::Material::FRONT_AND_BACK, osg::Vec4(0.3f, 0.3f, 0.3f, 1.0f));
-    material->setShininess(osg::Material::FRONT_AND_BACK, paint.shininess);
-
-    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
-    geode->setName(paint.name);
-    geode->addDrawable(surface);
-    geode->getOrCreateStateSet()->setAttributeAndModes(material);
-    return geode;
+    auto& vertices = static_cast<osg::Vec3Array&>(*model.getVertexArray());
+    auto& across = static_cast<osg::Vec3Array&>(*model.getNormalArray());
+    auto& colors = static_cast<osg::Vec4Array&>(*model.getColorArray());
+    vertices.insert(vertices.end(), places.begin(), places.end());
+    across.insert(across.end(), normals.begin(), normals.end());
+    colors.insert(colors.end(), places.size(), osg::Vec4(paint.color, 1.0f));
 }

@@ -1,18 +1,15 @@
 #pragma once
 #include <osg/Array>
-#include <osg/Geode>
+#include <osg/Geometry>
 #include <osg/Vec2>
 #include <osg/Vec3>
 
-#include <string>
 #include <vector>
 
 /// What a part of an aircraft looks like.
 struct Paint
 {
-    const char* name;
     osg::Vec3 color;
-    float shininess; ///< exponent of the highlight
 };
 
 /// A cross-section of a body, an ellipse at a right angle to its length. Metres.
@@ -43,8 +40,8 @@ public:
     /// A box between two corners.
     Shape& Box(const osg::Vec3& low, const osg::Vec3& high);
 
-    /// With a material of that paint.
-    osg::ref_ptr<osg::Geode> Painted(const Paint& paint) const;
+    /// Adds the surface to one of several paints, that is drawn at once.
+    void PaintOn(osg::Geometry& model, const Paint& paint) const;
 
 private:
     void triangle(const osg::Vec3& a, const osg::Vec3& b, const osg::Vec3& c);

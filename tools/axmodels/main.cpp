@@ -17,7 +17,7 @@ int main(int count, char** arguments)
     const QString folder = QFile::decodeName(arguments[1]);
     for (int type = PlaneFixedWing; type <= PlaneObliqueCopter; ++type) {
         const auto kind = static_cast<EPlaneType>(type);
-        const osg::ref_ptr<osg::Group> model = MakeAirframe(kind);
+        const osg::ref_ptr<osg::Geode> model = MakeAirframe(kind);
         const QString file = folder + QLatin1Char('/') + GetPlaneStringByType(kind) + QStringLiteral(".osgb");
         model->setName(GetPlaneStringByType(kind).toStdString());
         if (!osgDB::writeNodeFile(*model, QFile::encodeName(file).toStdString())) {
