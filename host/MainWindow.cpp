@@ -20,7 +20,9 @@
 #include "host/ZonePanel.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
+
 #include "viewer/CAxMapToolsWidget.h"
+#include <AxBaseUI/CAxMessageBox.h>
 
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxData/CAxNoflyZoneMgr.h>
@@ -240,8 +242,26 @@ void MainWindow::KeepLayout()
     kept->SetBytes(aircraftKey, aircraft->Settings());
 }
 
+bool MainWindow::IsCloseWanted()
+{
+    const QString reason = options.IsUnattended() ? QString() : aircraft->ReasonToStay();
+    if (reason.isEmpty())
+        return true;
+    CAxMessageBox box(this);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(windowTitle());
+    box.SetMsgText(reason + QLatin1Char(' ') + tr("Do you want to close all the same?"));
+    box.SetBtnOKText(tr("Close"));
+    box.SetCancelDefault(true);
+    return box.exec() == QDialog::Accepted;
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    if (!IsCloseWanted()) {
+        event->ignore();
+        return;
+    }
     KeepLayout();
     QMainWindow::closeEvent(event);
 }

@@ -52,6 +52,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    /// Whether the program may end; asks where something would be left alone.
+    bool IsCloseWanted();
     void BuildMenus();
     void BuildDrawMenu();
     void BuildTaskMenu();

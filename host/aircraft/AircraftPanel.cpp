@@ -257,6 +257,14 @@ void AircraftPanel::Connect()
     ShowAll();
 }
 
+QString AircraftPanel::ReasonToStay() const
+{
+    if (mission->IsTransferring())
+        return tr("A mission is on its way to or from an aircraft.");
+    const AxMavlinkAircraft* live = session->LiveAircraft();
+    return live && IsInTheAir(live->State()) ? tr("%1 is in the air.").arg(live->State().name) : QString();
+}
+
 void AircraftPanel::OnSaid(const QString& who, int severity, const QString& text, bool isLive)
 {
     messages->Add(who, severity, text);

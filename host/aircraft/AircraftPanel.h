@@ -47,6 +47,8 @@ public:
     void SetSettings(const QByteArray& kept);
 
     AircraftSession& Session() const { return *session; }
+    /// What would be left alone if the program ended now; empty: nothing.
+    QString ReasonToStay() const;
 
 signals:
     /// Something that the status bar shows.

@@ -4,6 +4,7 @@
 #include "mission/aircraft/CAxUavNode.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxAlgorthm/AxGeoid.h>
 #include <AxTelemetry/AxMavlinkStation.h>
 #include <AxTelemetry/link/AxSerialLink.h>
 #include <AxTelemetry/link/AxTcpLink.h>
@@ -185,6 +186,7 @@ void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
         emit Said(aircraft->State().name, severity, text, true);
     });
     connect(aircraft, &AxTelemetrySource::signalLinkLost, this, [=] {
+        refresh();
         if (!isClosing)
             emit Said(aircraft->State().name, alertSeverity, tr("The link is lost."), true);
     });
@@ -192,6 +194,9 @@ void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
             [=] { emit Said(aircraft->State().name, noticeSeverity, tr("The link is back."), true); });
     if (viewer)
         put(std::make_unique<AircraftOnMap>(viewer, aircraft));
+    const QString noGeoid = AxGeoidFault();
+    if (shown.size() == 1 && !noGeoid.isEmpty())
+        emit Said(QString(), noticeSeverity, tr("Heights may be wrong by up to 110 m. %1").arg(noGeoid), false);
     emit Changed();
     if (shown.size() == 1)
         emit FocusChanged();
@@ -223,7 +228,7 @@ void AircraftSession::showFlight(int index)
 {
     const std::optional<quint64> time = replay ? std::make_optional(replay->Time()) : std::nullopt;
     const double speed = replay ? replay->Speed() : 1.0;
-    shown.clear();
+    takeOff();
     flight = index;
     replay = std::make_unique<AxReplaySource>(flights[static_cast<std::size_t>(index)]);
     replay->SetSpeed(speed);
@@ -263,7 +268,7 @@ void AircraftSession::Remove()
 void AircraftSession::clear()
 {
     clock.stop();
-    shown.clear();
+    takeOff();
     replay.reset();
     flights.clear();
     flight = -1;
@@ -271,6 +276,13 @@ void AircraftSession::clear()
     if (station)
         station->deleteLater();
     station = nullptr;
+}
+
+// Each tells of its end while it goes, and whoever listens looks at those that are left.
+void AircraftSession::takeOff()
+{
+    auto gone = std::exchange(shown, {});
+    gone.clear();
 }
 
 void AircraftSession::refresh()

@@ -91,6 +91,7 @@ private:
     void put(std::unique_ptr<AircraftOnMap> one);
     void refresh();
     void clear();
+    void takeOff();
 
     QPointer<CAxEarthViewer> viewer;
     AxFlightLoader* loader;

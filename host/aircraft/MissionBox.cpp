@@ -1,5 +1,6 @@
 #include "host/aircraft/MissionBox.h"
 #include "host/aircraft/AircraftText.h"
+#include "host/aircraft/MissionDoubts.h"
 #include "host/aircraft/MissionOfPlan.h"
 #include "host/aircraft/PanelRules.h"
 #include "host/tasks/PlanWarnings.h"
@@ -71,7 +72,7 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
     if (!made.fault.isEmpty())
         return outcome->setText(tr("The mission was not uploaded: %1").arg(made.fault));
     const QPointer<AxMavlinkAircraft> target(aircraft);
-    if (!IsWanted(*aircraft) || !target || IsTransferring())
+    if (!IsWanted(*aircraft, made) || !target || IsTransferring())
         return;
     notes = made.notes;
     Begin(target, true);
@@ -79,21 +80,26 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
     emit Changed();
 }
 
-bool MissionBox::IsWanted(const AxMavlinkAircraft& aircraft)
+bool MissionBox::IsWanted(const AxMavlinkAircraft& aircraft, const AxMissionRead& made)
 {
+    QStringList details = MissionDoubts::Of(made.mission, aircraft.State());
     const QString danger = PlanWarnings::Summary(route->plan.warnings);
+    if (!danger.isEmpty())
+        details.prepend(danger);
     const bool isInTheAir = IsInTheAir(aircraft.State());
-    if (danger.isEmpty() && !isInTheAir)
+    if (details.isEmpty() && !isInTheAir)
         return true;
     const QString name = aircraft.State().name;
+    const QString doubt = danger.isEmpty()
+                              ? tr("The route may not fit %1. Upload it all the same?").arg(name)
+                              : tr("An aircraft that flies this route is in danger. Upload it all the same?");
+    const QString replaced =
+        tr("%1 is in the air, or armed. Do you want to replace the mission that it carries?").arg(name);
     CAxMessageBox box(window());
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(tr("Upload mission"));
-    box.SetMsgText(
-        isInTheAir
-            ? tr("%1 is in the air, or armed. Do you want to replace the mission that it carries?").arg(name)
-            : tr("An aircraft that flies this route is in danger. Upload it all the same?"));
-    box.SetDetails(danger);
+    box.SetMsgText(!isInTheAir ? doubt : details.isEmpty() ? replaced : replaced + QLatin1Char(' ') + doubt);
+    box.SetDetails((details + made.notes).join(QLatin1Char('\n')));
     box.SetBtnOKText(isInTheAir ? tr("Replace") : tr("Upload"));
     box.SetCancelDefault(true);
     return box.exec() == QDialog::Accepted;

@@ -11,6 +11,8 @@ class AxMissionTransfer;
 class QLabel;
 class QProgressBar;
 class QPushButton;
+
+struct AxMissionRead;
 struct AircraftEnabled;
 
 /// Brings the mission of the current task to the aircraft in focus, and the mission of the aircraft back. The
@@ -42,7 +44,7 @@ signals:
 
 private:
     /// Asks where something speaks against it; events run meanwhile.
-    bool IsWanted(const AxMavlinkAircraft& aircraft);
+    bool IsWanted(const AxMavlinkAircraft& aircraft, const AxMissionRead& made);
     void Begin(AxMavlinkAircraft* aircraft, bool isUpload);
     void Finish(bool isUpload, const QString& fault);
 

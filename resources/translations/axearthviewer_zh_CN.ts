@@ -474,6 +474,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Coverage</source>
         <translation>覆盖</translation>
     </message>
+    <message>
+        <source>Do you want to close all the same?</source>
+        <translation>仍要关闭吗？</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
 </context>
 <context>
     <name>Tour</name>
@@ -2315,6 +2323,14 @@ Heights are above the ellipsoid.</source>
         <source>Messages (%1)</source>
         <translation>消息 (%1)</translation>
     </message>
+    <message>
+        <source>A mission is on its way to or from an aircraft.</source>
+        <translation>正在与飞机交换任务。</translation>
+    </message>
+    <message>
+        <source>%1 is in the air.</source>
+        <translation>%1 正在空中。</translation>
+    </message>
 </context>
 <context>
     <name>AircraftSession</name>
@@ -2357,6 +2373,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The block has no home: the simulator takes off below the first point of the route.</source>
         <translation>测区未设置起飞点：模拟器从航线第一点的下方起飞。</translation>
+    </message>
+    <message>
+        <source>Heights may be wrong by up to 110 m. %1</source>
+        <translation>高度误差可能达 110 米。%1</translation>
     </message>
 </context>
 <context>
@@ -2813,6 +2833,10 @@ Heights are above the ellipsoid.</source>
         <source>An aircraft that flies this route is in danger. Upload it all the same?</source>
         <translation>按此航线飞行的飞机有危险。仍要上传吗？</translation>
     </message>
+    <message>
+        <source>The route may not fit %1. Upload it all the same?</source>
+        <translation>航线可能不适合 %1。仍要上传吗？</translation>
+    </message>
 </context>
 <context>
     <name>PhotoFiles</name>
@@ -2865,6 +2889,29 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Time of the flight</source>
         <translation>飞行时间</translation>
+    </message>
+</context>
+<context>
+    <name>MissionDoubts</name>
+    <message>
+        <source>The route is for an aircraft with wings, this one has none.</source>
+        <translation>航线用于固定翼飞机，而此飞机没有机翼。</translation>
+    </message>
+    <message>
+        <source>The route is for a multirotor, this aircraft has wings.</source>
+        <translation>航线用于多旋翼，而此飞机有机翼。</translation>
+    </message>
+    <message>
+        <source>It starts %1 m away from the home that the route was planned for.</source>
+        <translation>飞机起点距航线规划的起降点 %1 米。</translation>
+    </message>
+    <message>
+        <source>It starts %1 m higher than planned, and flies the whole route so much higher.</source>
+        <translation>飞机起点比规划高 %1 米，整条航线将高出同样的高度。</translation>
+    </message>
+    <message>
+        <source>It starts %1 m lower than planned, and flies the whole route so much lower.</source>
+        <translation>飞机起点比规划低 %1 米，整条航线将低出同样的高度。</translation>
     </message>
 </context>
 </TS>

@@ -4,6 +4,7 @@
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftText.h"
 #include "host/aircraft/ConnectForm.h"
+#include "host/aircraft/MissionDoubts.h"
 #include "host/aircraft/TimeBar.h"
 #include "host/tasks/TaskPanel.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -11,6 +12,7 @@
 #include "ModalBox.h"
 #include "ViewerFixture.h"
 
+#include <AxAlgorthm/AxGeoid.h>
 #include <AxTelemetry/record/AxFlightLoader.h>
 #include <AxTelemetry/record/AxReplaySource.h>
 
@@ -171,6 +173,50 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
                 pressed += letter;
         EXPECT_EQ(pressed, row.pressed) << row.text;
         EXPECT_EQ(can.settings, !row.facts.IsConnected()) << row.text;
+    }
+}
+
+TEST(MissionDoubts, TellAnAircraftThatStartsElsewhere)
+{
+    AxMission mission;
+    mission.home = {37.4, -105.0, 2700.0};
+    mission.isFixedWing = true;
+    const auto fits = [] {
+        AxAircraftState state;
+        state.home = AxPlace{-105.0, 37.4, 2700.0 + AxGeoidHeight(37.4, -105.0).value_or(0.0)};
+        return state;
+    };
+    const struct
+    {
+        void (*change)(AxAircraftState&);
+        const char* text; // null: nothing speaks against it
+    } rows[] = {
+        {[](AxAircraftState&) {}, nullptr},
+        {[](AxAircraftState& state) { state.home.reset(); }, nullptr},
+        {[](AxAircraftState& state) { state.home->altitude -= 60.0; }, "60 m lower"},
+        {[](AxAircraftState& state) { state.home->altitude += 9.0; }, "9 m higher"},
+        {[](AxAircraftState& state) { state.home->latitude += 0.01; }, "m away"},
+        {[](AxAircraftState& state) { state.planeType = PlaneQuadcopter; }, "with wings"},
+        {[](AxAircraftState& state) {
+             state.home.reset();
+             state.longitude = -105.0;
+             state.latitude = 37.4;
+             state.altitudeAboveSea = 2640.0;
+         },
+         "60 m lower"},
+        {[](AxAircraftState& state) {
+             state.home.reset();
+             state.isArmed = true;
+             state.longitude = state.latitude = state.altitudeAboveSea = 10.0;
+         },
+         nullptr},
+    };
+    for (const auto& row : rows) {
+        AxAircraftState state = fits();
+        row.change(state);
+        const QStringList doubts = MissionDoubts::Of(mission, state);
+        EXPECT_EQ(doubts.size(), row.text ? 1 : 0) << doubts.join(' ').toStdString();
+        EXPECT_TRUE(!row.text || doubts.join(' ').contains(row.text)) << doubts.join(' ').toStdString();
     }
 }
 
