@@ -3,10 +3,12 @@
 
 #include <osg/GLExtensions>
 #include <osg/LineWidth>
+#include <osg/observer_ptr>
 #include <osgUtil/CullVisitor>
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace {
 constexpr int trailBin = 14; // over areas, below the links of labels and models
@@ -21,6 +23,19 @@ template <typename Values> void ReserveForOne(Values& values)
                                              values.size() + std::max(least, values.size() / 8)));
 }
 
+// One for all trails of a width, so that many of them are drawn without a change of state between them.
+osg::ref_ptr<osg::StateSet> TrailState(float width)
+{
+    static std::map<float, osg::observer_ptr<osg::StateSet>> shared;
+    osg::ref_ptr<osg::StateSet> state;
+    if (shared[width].lock(state))
+        return state;
+    state = AxGeocentric::State(trailBin);
+    state->setAttributeAndModes(new osg::LineWidth(width));
+    state->setMode(GL_LINE_SMOOTH, osg::StateAttribute::ON);
+    shared[width] = state.get();
+    return state;
+}
 } // namespace
 
 struct AxTrailGeometry::Vertex
@@ -39,10 +54,7 @@ AxTrailGeometry::AxTrailGeometry(float width, const osg::Vec4f& lineColor)
     setVertexArray(points);
     setColorArray(new osg::Vec4Array(1, &color), osg::Array::BIND_OVERALL);
     addPrimitiveSet(strip);
-    const osg::ref_ptr<osg::StateSet> state = AxGeocentric::State(trailBin);
-    state->setAttributeAndModes(new osg::LineWidth(width));
-    state->setMode(GL_LINE_SMOOTH, osg::StateAttribute::ON);
-    setStateSet(state);
+    setStateSet(TrailState(width));
 }
 
 AxTrailGeometry::~AxTrailGeometry() = default;
