@@ -282,7 +282,10 @@ void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
     constexpr int isInProgress = 5;
     AxMavCommandAck answer;
     AxMavDecode(frame, answer);
-    if (m_commands->waiting.empty() || m_commands->waiting.front().command != answer.command)
+    const bool isOurs =
+        (answer.target_system == 0 || answer.target_system == axMavStationSystem) &&
+        (answer.target_component == 0 || answer.target_component == axMavStationComponent); // 0: not said
+    if (!isOurs || m_commands->waiting.empty() || m_commands->waiting.front().command != answer.command)
         return;
     if (answer.result == isInProgress) {
         m_commands->tries = commandTries; // sent again, it would begin anew

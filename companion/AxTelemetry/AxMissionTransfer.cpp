@@ -13,7 +13,6 @@
 #include <optional>
 
 namespace {
-constexpr int ourSystem = 255;
 enum MissionResult // of MAV_MISSION_RESULT
 {
     ResultAccepted = 0,
@@ -47,7 +46,7 @@ template <class Message> std::optional<Message> ForUs(const AxMavFrame& frame)
 {
     Message message;
     const bool isOurs = AxMavDecode(frame, message) && message.mission_type == 0 &&
-                        (message.target_system == ourSystem || message.target_system == 0);
+                        (message.target_system == axMavStationSystem || message.target_system == 0);
     return isOurs ? std::optional<Message>(message) : std::nullopt;
 }
 } // namespace
@@ -63,6 +62,7 @@ struct AxMissionTransfer::Talk
     bool isInt = true;                // items go by whole numbers
     int tries = 0;
     bool hasRepeated = false; // something went twice, at any time since the beginning
+    bool isUntouched = false; // the aircraft has refused before it could give up what it carried
     int repeats = 0;          // of requests, since something new was asked for
     qint64 due = 0;
     AxMission mission;
@@ -152,7 +152,7 @@ bool AxMissionTransfer::begin(Accept accept)
     Talk& talk = *m_talk;
     talk.latest = -1;
     talk.tries = talk.repeats = 0;
-    talk.hasRepeated = false;
+    talk.hasRepeated = talk.isUntouched = false;
     talk.isInt = true;
     const bool isOpen =
         talk.aircraft && talk.aircraft->Station().Link().GetPhase() != AxTelemetryLink::Phase::Closed;
@@ -169,21 +169,25 @@ void AxMissionTransfer::Cancel()
 {
     if (!IsRunning())
         return;
-    if (m_talk->aircraft)
-        acknowledge(ResultCancelled);
+    if (m_talk->aircraft && !acknowledge(ResultCancelled))
+        return;
     finish(m_talk->IsUpload() ? tr("The upload was cancelled.") : tr("The download was cancelled."));
 }
 
-void AxMissionTransfer::acknowledge(int result)
+// False where it has ended everything: the link may have closed, and whoever was told may have deleted this.
+bool AxMissionTransfer::acknowledge(int result)
 {
+    const QPointer<AxMissionTransfer> alive(this);
     AxMavMissionAck message;
     message.type = static_cast<quint8>(result);
     m_talk->Send(message);
+    return alive && IsRunning();
 }
 
 void AxMissionTransfer::finish(const QString& fault)
 {
-    const bool isHalf = !fault.isEmpty() && m_talk->IsUpload() && m_talk->latest >= 0;
+    // Autopilots may cut what they carry as soon as they hear how many items are to come.
+    const bool isHalf = !fault.isEmpty() && m_talk->IsUpload() && !m_talk->isUntouched;
     m_talk->accept = nullptr;
     m_talk->items.clear();
     emit signalFinished(
@@ -245,6 +249,7 @@ void AxMissionTransfer::takeFrame(const AxMavFrame& frame)
         }
         const std::size_t word = answer->type < std::size(resultWords) ? answer->type : 1;
         const QString reason = tr(resultWords[word]);
+        m_talk->isUntouched = m_talk->latest < 0 && !m_talk->hasRepeated && answer->type != ResultCancelled;
         return finish(m_talk->latest < 0
                           ? tr("The aircraft refuses: %1.").arg(reason)
                           : tr("The aircraft refuses at item %1: %2.").arg(m_talk->latest).arg(reason));
@@ -266,7 +271,8 @@ void AxMissionTransfer::takeInUpload(const AxMavFrame& frame)
         return;
     const int index = asked ? asked->seq : askedFloat->seq;
     if (index > talk.latest + 1 || index >= talk.total) {
-        acknowledge(ResultInvalidSequence);
+        if (!acknowledge(ResultInvalidSequence))
+            return;
         return finish(
             tr("The aircraft asks for item %1 where item %2 should be.").arg(index).arg(talk.latest + 1));
     }
@@ -342,7 +348,8 @@ void AxMissionTransfer::keepItem(int index, const AxMissionItem& item)
 void AxMissionTransfer::endDownload()
 {
     Talk& talk = *m_talk;
-    acknowledge(ResultAccepted);
+    if (!acknowledge(ResultAccepted))
+        return;
     AxMission mission = AxMissionOfAircraft(talk.items, talk.hasHome);
     if (mission.items.empty())
         return finish(tr("The aircraft carries no mission."));

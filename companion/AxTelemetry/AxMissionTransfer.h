@@ -61,7 +61,7 @@ private:
     void endDownload();
     void tick(qint64 now);
     void send();
-    void acknowledge(int result);
+    bool acknowledge(int result);
     void finish(const QString& fault);
 
     std::unique_ptr<Talk> m_talk;

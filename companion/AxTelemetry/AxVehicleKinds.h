@@ -8,6 +8,10 @@ constexpr int axMavNoAutopilot = 8;
 constexpr int axMavPx4 = 12;
 constexpr int axMavGroundStation = 6;
 
+/// Who this station is: its system, and MAV_COMP_ID_MISSIONPLANNER, what ground stations are.
+constexpr int axMavStationSystem = 255;
+constexpr int axMavStationComponent = 190;
+
 /// How a MAV_TYPE flies, which decides what its mode numbers mean.
 enum class AxVehicleFlight
 {

@@ -242,10 +242,10 @@ TEST(MissionTransfer, EndsWithAReason)
         const char* name;
         bool isUpload;
         std::function<void(MissionPeer&, AxMissionTransfer&)> spoil;
-        const char* fault; // a part of it
+        const char* fault; // a part of it; with a full stop, its end
     } rows[] = {
         {"never answers", true, [](MissionPeer& peer, AxMissionTransfer&) { peer.silentAfter = 0; },
-         "The aircraft has stopped answering."},
+         "The aircraft has stopped answering. What"},
         {"stops in the middle", true, [](MissionPeer& peer, AxMissionTransfer&) { peer.silentAfter = 5; },
          "stopped answering. What the aircraft carries now may be incomplete"},
         {"stops in the middle of a download", false,
@@ -255,10 +255,11 @@ TEST(MissionTransfer, EndsWithAReason)
              peer.silentAfter = 5;
              peer.beats = false;
          },
-         "The link was lost."},
+         "The link was lost. What"},
         {"has no room", true, refuses(4, 3),
          "refuses at item 3: the mission has more items than it can keep"},
-        {"wants no mission", true, refuses(14, -1), "refuses: it takes no missions from this station"},
+        {"wants no mission", true, refuses(14, -1), "refuses: it takes no missions from this station."},
+        {"gives up at once", true, refuses(15, -1), "it was cancelled there. What"},
         {"gives none away", false, refuses(1, -1), "refuses: it gives no reason"},
         {"answers by an unknown number", true, refuses(200, 1), "it gives no reason"},
         {"asks for an item that there is not", true, asks(99), "asks for item 99 where item 3 should be"},
@@ -302,7 +303,18 @@ TEST(MissionTransfer, EndsWithAReason)
              QObject::connect(&transfer, &AxMissionTransfer::signalProgress, &peer.station,
                               &AxMavlinkStation::Close);
          },
-         "The link was closed."},
+         "The link was closed. What"},
+        {"loses its link while it is cancelled", true,
+         [](MissionPeer& peer, AxMissionTransfer& transfer) {
+             QObject::connect(&transfer, &AxMissionTransfer::signalProgress, &transfer,
+                              &AxMissionTransfer::Cancel);
+             peer.manner = [&peer](const AxMavFrame& frame) {
+                 if (frame.messageId == AxMavMissionAck::id)
+                     peer.station.Close();
+                 return false;
+             };
+         },
+         "The link was closed. What"},
         {"has no link", true, [](MissionPeer& peer, AxMissionTransfer&) { peer.station.Close(); },
          "There is no link to the aircraft."},
     };
@@ -317,7 +329,8 @@ TEST(MissionTransfer, EndsWithAReason)
         row.spoil(peer, transfer);
         const QString fault = peer.Run(
             transfer, [&] { row.isUpload ? transfer.Upload(SampleMission()) : transfer.Download(); });
-        EXPECT_TRUE(fault.contains(QLatin1String(row.fault))) << fault.toStdString();
+        const QLatin1String part(row.fault);
+        EXPECT_TRUE(part.endsWith('.') ? fault.endsWith(part) : fault.contains(part)) << fault.toStdString();
         EXPECT_TRUE(transfer.Mission().items.empty()) << "half a mission";
     }
 }

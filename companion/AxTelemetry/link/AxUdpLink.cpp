@@ -92,8 +92,10 @@ bool AxUdpLink::Open(QString* fault)
 
 void AxUdpLink::Close()
 {
-    if (m_state->socket)
+    if (m_state->socket) {
+        m_state->socket->close();                 // the port is free at once
         m_state->socket.release()->deleteLater(); // it may be what has called
+    }
     SetPhase(Phase::Closed);
 }
 
