@@ -17,6 +17,16 @@
 #include <cmath>
 
 namespace {
+constexpr qint64 oldPlaceMs = 3000;
+
+// Nothing has been heard of it, or nothing of where it is.
+bool IsPlaceOld(const AxAircraftState& state)
+{
+    if (state.lastHeard == 0)
+        return false;
+    return !state.isHeard || (state.placeHeard > 0 && state.lastHeard - state.placeHeard >= oldPlaceMs);
+}
+
 // In the heights of the map. Of a line the ground does not count, which may be finer or coarser later.
 CAxVector3D PlaceOnMap(const CAxEarthViewer& viewer, double longitude, double latitude, double altitude)
 {
@@ -126,7 +136,7 @@ void AircraftOnMap::take()
     node->SetTitle(Name());
     node->SetLanded(state.isLanded.value_or(false));
     node->SetFlightMode(!replay && IsInTheAir(state));
-    if (state.isHeard && isLost) {
+    if (isLost && !IsPlaceOld(state)) {
         isLost = false;
         node->SetLinkLost(false, 0.0);
     }
@@ -135,10 +145,11 @@ void AircraftOnMap::take()
 void AircraftOnMap::Refresh(qint64 now)
 {
     const AxAircraftState& known = State();
-    if (!node || known.isHeard || known.lastHeard == 0)
+    if (!node || !IsPlaceOld(known))
         return;
     isLost = true;
-    node->SetLinkLost(true, static_cast<double>(std::max<qint64>(0, known.HeardAgo(now))) / 1000.0);
+    const qint64 ago = known.placeHeard > 0 ? known.PlaceAgo(now) : known.HeardAgo(now);
+    node->SetLinkLost(true, static_cast<double>(std::max<qint64>(0, ago)) / 1000.0);
 }
 
 const AxAircraftState& AircraftOnMap::State() const
