@@ -69,6 +69,9 @@ struct AxMavlinkStation::Parts
     AxStationCounts told;
     QByteArray key;
     bool hearsVersion2 = false;
+    bool isBeatOfVersion2 = false; // the latest heartbeat
+
+    int Version() const { return hearsVersion2 || !key.isEmpty() ? 2 : 1; }
 };
 
 AxMavlinkStation::AxMavlinkStation(std::unique_ptr<AxTelemetryLink> link, QObject* parent)
@@ -186,7 +189,12 @@ void AxMavlinkStation::Tick()
         beat.autopilot = axMavNoAutopilot;
         beat.system_status = 4; // MAV_STATE_ACTIVE
         beat.mavlink_version = 3;
+        // An aircraft that could speak version 2 may wait until it hears it.
+        parts.isBeatOfVersion2 = !parts.isBeatOfVersion2;
+        if (parts.isBeatOfVersion2)
+            parts.writer.SetVersion(2);
         Send(parts.writer.Write(beat));
+        parts.writer.SetVersion(parts.Version());
     }
     parts.recorder.Tick(now);
     tellRecordFault();
@@ -249,7 +257,7 @@ void AxMavlinkStation::takeFrame(const AxMavFrame& frame, qint64 now)
         emit signalRecording(parts.recorder.File());
     // A station speaks as the aircraft do: an old one understands version 1 alone.
     parts.hearsVersion2 = parts.hearsVersion2 || frame.version == 2;
-    parts.writer.SetVersion(parts.hearsVersion2 || !parts.key.isEmpty() ? 2 : 1);
+    parts.writer.SetVersion(parts.Version());
     std::unique_ptr<AxMavlinkAircraft>& aircraft = parts.aircraft[frame.systemId];
     const bool isNew = !aircraft;
     if (isNew) {

@@ -152,6 +152,11 @@ TEST(Station, ConnectsAgainOverTcp)
         ASSERT_TRUE(waitUntil([&] { return faults.size() == round; }));
         EXPECT_TRUE(faults.last()[0].toString().contains(QLatin1String("closed the connection")));
     }
+    ASSERT_TRUE(waitUntil([&] { return server.hasPendingConnections(); }));
+    link->SetPatience(50);
+    server.nextPendingConnection()->write(BeatOf(1)); // and never again: its end of the link is dead
+    ASSERT_TRUE(waitUntil([&] { return faults.size() == 3; }));
+    EXPECT_TRUE(faults.last()[0].toString().contains(QLatin1String("fallen silent")));
     EXPECT_TRUE(waitUntil([&] { return link->GetPhase() == AxTelemetryLink::Phase::Open; }));
     station.Close();
     EXPECT_EQ(link->GetPhase(), AxTelemetryLink::Phase::Closed);

@@ -15,6 +15,7 @@ struct AxTcpLink::State
     quint16 port = 0;
     QTcpSocket socket;
     QTimer retry;
+    QTimer silence; // since the latest bytes of this connection
     QString told; // the fault, until a connection stands
 };
 
@@ -31,7 +32,17 @@ AxTcpLink::AxTcpLink(const QString& host, quint16 port, QObject* parent)
         m_state->told.clear();
         SetPhase(Phase::Open);
     });
-    connect(socket, &QTcpSocket::readyRead, this, [this] { emit signalBytes(m_state->socket.readAll()); });
+    m_state->silence.setSingleShot(true);
+    m_state->silence.setInterval(10000);
+    connect(&m_state->silence, &QTimer::timeout, this, [this] {
+        m_state->socket.abort();
+        fail(AxLinkText(QT_TRANSLATE_NOOP("AxTelemetryLink", "the peer has fallen silent")));
+    });
+    connect(socket, &QTcpSocket::disconnected, &m_state->silence, &QTimer::stop);
+    connect(socket, &QTcpSocket::readyRead, this, [this] {
+        m_state->silence.start();
+        emit signalBytes(m_state->socket.readAll());
+    });
     connect(socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
         if (error == QAbstractSocket::RemoteHostClosedError)
             return fail(
@@ -83,6 +94,7 @@ void AxTcpLink::fail(const QString& reason)
 void AxTcpLink::Close()
 {
     m_state->retry.stop();
+    m_state->silence.stop();
     m_state->told.clear();
     const bool wasOpen = GetPhase() != Phase::Closed;
     m_state->socket.blockSignals(true);
@@ -101,6 +113,11 @@ void AxTcpLink::Write(const QByteArray& bytes)
 QString AxTcpLink::Name() const
 {
     return QStringLiteral("TCP %1:%2").arg(m_state->host).arg(m_state->port);
+}
+
+void AxTcpLink::SetPatience(int milliseconds)
+{
+    m_state->silence.setInterval(milliseconds);
 }
 
 void AxTcpLink::SetRetry(int milliseconds)

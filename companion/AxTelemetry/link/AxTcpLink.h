@@ -4,8 +4,8 @@
 
 #include <memory>
 
-/// Connects to a TCP port, and again, every 2 s, when the peer refuses or closes: signalFault() tells the
-/// first time why.
+/// Connects to a TCP port, and again, every 2 s, when the peer refuses, closes or falls silent: signalFault()
+/// tells the first time why.
 class AXTELEMETRY_EXPORT AxTcpLink : public AxTelemetryLink
 {
     Q_OBJECT
@@ -22,6 +22,8 @@ public:
 
     /// Milliseconds between attempts.
     void SetRetry(int milliseconds);
+    /// Milliseconds without bytes, 10 s unless told, after which a connection that had brought some is dead.
+    void SetPatience(int milliseconds);
 
 private:
     struct State;
