@@ -206,6 +206,11 @@ TEST(Station, SaysWhyALinkDoesNotOpen)
 TEST(Station, TellsALostLinkAfterThreeSeconds)
 {
     MemoryStation flight;
+    int beats[3] = {}; // of the station, by version
+    flight.link->written = [&](const AxMavFrame& frame) {
+        beats[frame.version] += frame.messageId == AxMavHeartbeat::id ? 1 : 0;
+    };
+    flight.aircraft.SetVersion(1);
     flight.Open();
     QSignalSpy lost(&flight.Aircraft(), &AxTelemetrySource::signalLinkLost);
     QSignalSpy back(&flight.Aircraft(), &AxTelemetrySource::signalLinkBack);
@@ -213,6 +218,8 @@ TEST(Station, TellsALostLinkAfterThreeSeconds)
     EXPECT_EQ(lost.size(), 0);
     flight.Pass(100);
     EXPECT_EQ(lost.size(), 1);
+    EXPECT_EQ(beats[1], 2);
+    EXPECT_EQ(beats[2], 2) << "an aircraft that could speak it, too, may wait for it";
     emit flight.link->signalBytes(AxMavWriter(1, 154).Write(AxMavHeartbeat()));
     EXPECT_EQ(back.size(), 0) << "a gimbal does not fly";
     flight.Pass(4900);
