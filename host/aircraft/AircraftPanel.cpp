@@ -172,6 +172,9 @@ QWidget* AircraftPanel::BuildFlight()
     values->setObjectName(QStringLiteral("AircraftValues"));
     values->setHeaderLabels({tr("Quantity"), tr("Value")});
     values->setRootIsDecorated(false);
+    // A small window keeps its map.
+    values->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    messages->setMinimumHeight(2 * fontMetrics().lineSpacing());
     values->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     auto* column = new QVBoxLayout(page);
     column->addWidget(list);
