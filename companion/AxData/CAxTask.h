@@ -64,8 +64,8 @@ public:
                                             CAxBlock::EBlockType blockType, int expectedRouteCount,
                                             int appType);
 
-    /// Whether the route is shown whole and at the altitudes of its own points, whatever the parameters of the
-    /// block say: a route that follows from none of them.
+    /// Whether the route is shown whole and at the altitudes of its own points, whatever the parameters of
+    /// the block say: a route that follows from none of them.
     virtual bool KeepsItsRoute() const { return false; }
 
 private:

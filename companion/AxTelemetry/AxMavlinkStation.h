@@ -56,7 +56,8 @@ public:
     AxMavlinkAircraft* AircraftOf(int systemId) const;
 
     /// With 32 bytes, frames that they do not sign are refused, and what is sent is signed; a sender that is
-    /// new may be 60 s behind this computer's clock at most. Empty: signed frames are refused. False, and nothing changes, with another number of bytes.
+    /// new may be 60 s behind this computer's clock at most. Empty: signed frames are refused. False, and
+    /// nothing changes, with another number of bytes.
     bool SetKey(const QByteArray& key);
 
     /// Each flight is recorded into a new file of this folder from its first known message on, with those

@@ -196,7 +196,8 @@ void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
         put(std::make_unique<AircraftOnMap>(viewer, aircraft));
     const QString noGeoid = AxGeoidFault();
     if (shown.size() == 1 && !noGeoid.isEmpty())
-        emit Said(QString(), noticeSeverity, tr("Heights may be wrong by up to 110 m. %1").arg(noGeoid), false);
+        emit Said(QString(), noticeSeverity, tr("Heights may be wrong by up to 110 m. %1").arg(noGeoid),
+                  false);
     emit Changed();
     if (shown.size() == 1)
         emit FocusChanged();

@@ -269,7 +269,8 @@ TEST(Station, TakesSignedFramesByTheKeyOnly)
         QByteArray station, aircraft;
         bool isHeard;
         int age = 0; // of what is heard, seconds
-    } rows[] = {{key, key, true},     {key, {}, false}, {{}, key, false}, {key, QByteArray(32, 'x'), false},
+    } rows[] = {{key, key, true},     {key, {}, false},
+                {{}, key, false},     {key, QByteArray(32, 'x'), false},
                 {key, key, true, 50}, {key, key, false, 70}};
     for (const auto& row : rows) {
         MemoryStation flight;

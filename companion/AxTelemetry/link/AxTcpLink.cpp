@@ -16,7 +16,7 @@ struct AxTcpLink::State
     QTcpSocket socket;
     QTimer retry;
     QTimer silence; // since the latest bytes of this connection
-    QString told; // the fault, until a connection stands
+    QString told;   // the fault, until a connection stands
 };
 
 AxTcpLink::AxTcpLink(const QString& host, quint16 port, QObject* parent)
