@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QBrush>
 #include <QCheckBox>
+#include <QCursor>
 #include <QSignalSpy>
 #include <QTreeView>
 
@@ -36,6 +37,8 @@ protected:
     {
         Open();
         ASSERT_TRUE(viewer->GetAncillaryProcess());
+        // Rows under the mouse stay, wherever the suite before has left it.
+        QCursor::setPos(1500, 1100);
         camera = new CameraRest(viewer, nullptr);
         panel = new ZonePanel(viewer, camera);
         panel->resize(400, 300);
