@@ -1,17 +1,15 @@
 #include "host/tasks/CoverageOverlay.h"
 #include "host/tasks/CoverageReport.h"
+#include "host/tasks/SceneImage.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osg/BlendFunc>
 #include <osg/Depth>
 #include <osg/Geode>
 #include <osg/Geometry>
-#include <osg/Image>
 #include <osg/MatrixTransform>
 #include <osg/Program>
 #include <osg/Texture2D>
-
-#include <algorithm>
 
 namespace {
 // The viewer draws areas of blocks in the first of these bins and routes in the one after it. A bin within
@@ -45,12 +43,7 @@ void main()
 
 osg::ref_ptr<osg::Texture2D> TextureOf(const QImage& picture)
 {
-    osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(picture.width(), picture.height(), 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    for (int row = 0; row < picture.height(); ++row)
-        std::copy_n(picture.constScanLine(picture.height() - 1 - row), 4 * picture.width(),
-                    image->data(0, row));
-    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(image);
+    osg::ref_ptr<osg::Texture2D> texture = new osg::Texture2D(SceneImageOf(picture));
     texture->setResizeNonPowerOfTwoHint(false);
     texture->setWrap(osg::Texture::WRAP_S, osg::Texture::CLAMP_TO_EDGE);
     texture->setWrap(osg::Texture::WRAP_T, osg::Texture::CLAMP_TO_EDGE);

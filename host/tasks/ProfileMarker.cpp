@@ -1,7 +1,7 @@
 #include "host/tasks/ProfileMarker.h"
+#include "host/tasks/SceneImage.h"
 #include "viewer/CAxEarthViewer.h"
 
-#include <osg/Image>
 #include <osgEarth/MapNode>
 #include <osgEarthAnnotation/PlaceNode>
 #include <osgEarthSymbology/IconSymbol>
@@ -9,8 +9,6 @@
 
 #include <QImage>
 #include <QPainter>
-
-#include <algorithm>
 
 using osgEarth::Annotation::PlaceNode;
 using osgEarth::Symbology::IconSymbol;
@@ -32,11 +30,7 @@ osg::ref_ptr<osg::Image> Ring()
         painter.drawEllipse(around);
     }
     painter.end();
-    osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(markerSize, markerSize, 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    for (int row = 0; row < markerSize; ++row)
-        std::copy_n(ring.constScanLine(markerSize - 1 - row), 4 * markerSize, image->data(0, row));
-    return image;
+    return SceneImageOf(ring);
 }
 } // namespace
 

@@ -1,9 +1,9 @@
 #include "host/tasks/WarningMarks.h"
 #include "host/tasks/PlanWarnings.h"
+#include "host/tasks/SceneImage.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osg/Group>
-#include <osg/Image>
 #include <osgEarth/MapNode>
 #include <osgEarthAnnotation/PlaceNode>
 #include <osgEarthSymbology/IconSymbol>
@@ -11,8 +11,6 @@
 
 #include <QImage>
 #include <QPainter>
-
-#include <algorithm>
 
 using osgEarth::Annotation::PlaceNode;
 using osgEarth::Symbology::IconSymbol;
@@ -38,11 +36,7 @@ osg::ref_ptr<osg::Image> WarningSign()
     painter.drawLine(QPointF(side / 2.0, 8.0), QPointF(side / 2.0, 14.5));
     painter.drawLine(QPointF(side / 2.0, 16.0), QPointF(side / 2.0, 18.2));
     painter.end();
-    osg::ref_ptr<osg::Image> image = new osg::Image;
-    image->allocateImage(warningSize, warningSize, 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    for (int row = 0; row < warningSize; ++row)
-        std::copy_n(sign.constScanLine(warningSize - 1 - row), 4 * warningSize, image->data(0, row));
-    return image;
+    return SceneImageOf(sign);
 }
 } // namespace
 

@@ -91,22 +91,11 @@ const char* RoleName(AxPlanPoint::Role role)
     return "";
 }
 
-/// XML forbids most control characters, even as entities.
-QString ForXml(const QString& text)
-{
-    QString allowed;
-    for (const uint code : text.toUcs4())
-        if (code >= 0x20 ? code != 0xFFFE && code != 0xFFFF && (code < 0xD800 || code > 0xDFFF)
-                         : code == '\t' || code == '\n')
-            allowed += QString::fromUcs4(&code, 1);
-    return allowed;
-}
-
 void WritePlacemark(QXmlStreamWriter& xml, const QString& name, const char* geometry,
                     const QByteArray& places)
 {
     xml.writeStartElement("Placemark");
-    xml.writeTextElement("name", ForXml(name));
+    xml.writeTextElement("name", AxTextForXml(name));
     xml.writeStartElement(QLatin1String(geometry));
     xml.writeTextElement("altitudeMode", "absolute");
     xml.writeTextElement("coordinates", QString::fromLatin1(places));
@@ -167,6 +156,16 @@ QJsonObject Feature(const char* type, const QJsonArray& coordinates, const QJson
 }
 } // namespace
 
+QString AxTextForXml(const QString& text)
+{
+    QString allowed;
+    for (const uint code : text.toUcs4())
+        if (code >= 0x20 ? code != 0xFFFE && code != 0xFFFF && (code < 0xD800 || code > 0xDFFF)
+                         : code == '\t' || code == '\n')
+            allowed += QString::fromUcs4(&code, 1);
+    return allowed;
+}
+
 AxExported AxWriteKml(const AxPlanResult& route, const AxPlanRequest& request, const QString& name)
 {
     AxExported file;
@@ -180,7 +179,7 @@ AxExported AxWriteKml(const AxPlanResult& route, const AxPlanRequest& request, c
     xml.writeStartElement("kml");
     xml.writeDefaultNamespace("http://www.opengis.net/kml/2.2");
     xml.writeStartElement("Document");
-    xml.writeTextElement("name", ForXml(name));
+    xml.writeTextElement("name", AxTextForXml(name));
     QByteArray places;
     for (const AxPlanPoint& point : route.points)
         places += CommaSeparated(PlaceAt(point)) + '\n';

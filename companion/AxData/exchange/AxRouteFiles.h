@@ -16,3 +16,6 @@ AXDATA_EXPORT AxExported AxWriteCsv(const AxPlanResult& route, const AxPlanReque
 /// GeoJSON by RFC 7946: the route as a line, cut at the antimeridian, the photos as one feature of points.
 AXDATA_EXPORT AxExported AxWriteGeoJson(const AxPlanResult& route, const AxPlanRequest& request,
                                         const QString& name);
+
+/// The text without the control characters that XML forbids even as entities.
+AXDATA_EXPORT QString AxTextForXml(const QString& text);

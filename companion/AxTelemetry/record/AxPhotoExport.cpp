@@ -4,6 +4,7 @@
 #include <AxTelemetry/record/AxSeaLevel.h>
 
 #include <AxAlgorthm/AxConstants.h>
+#include <AxData/exchange/AxRouteFiles.h>
 
 #include <QBuffer>
 #include <QDateTime>
@@ -68,17 +69,6 @@ std::vector<const AxPhotoRecord*> PlacedPhotos(const std::vector<AxPhotoRecord>&
     return placed;
 }
 
-/// XML forbids most control characters, even as entities.
-QString PhotoXml(const QString& text)
-{
-    QString allowed;
-    for (const uint code : text.toUcs4())
-        if (code >= 0x20 ? code != 0xFFFE && code != 0xFFFF && (code < 0xD800 || code > 0xDFFF)
-                         : code == '\t' || code == '\n')
-            allowed += QString::fromUcs4(&code, 1);
-    return allowed;
-}
-
 void WriteDatum(QXmlStreamWriter& xml, const char* name, const QByteArray& value)
 {
     if (value.isEmpty())
@@ -120,7 +110,7 @@ AxExported AxWritePhotoKml(const std::vector<AxPhotoRecord>& photos, const QStri
     xml.writeStartElement("kml");
     xml.writeDefaultNamespace("http://www.opengis.net/kml/2.2");
     xml.writeStartElement("Document");
-    xml.writeTextElement("name", PhotoXml(name));
+    xml.writeTextElement("name", AxTextForXml(name));
     for (const AxPhotoRecord* const photo : placed) {
         const bool isHigh = std::isfinite(photo->altitude);
         xml.writeStartElement("Placemark");
