@@ -1,38 +1,20 @@
-#include "mission/aircraft/CAxUavNode.h"
-#include "mission/aircraft/AutoScaleContainer.h"
-#include "mission/aircraft/AxMotionSmoother.h"
-#include "mission/aircraft/AxPhotoPoints.h"
-#include "mission/aircraft/AxReplayLine.h"
-#include "mission/aircraft/AxTrail.h"
 #include "mission/aircraft/AxUavModel.h"
-#include "mission/aircraft/AxUavPanel.h"
-#include "mission/aircraft/AxVideoFootprint.h"
-#include "scene/AxBlockObject.h"
-#include "scene/AxObjectBook.h"
+#include "mission/aircraft/CAxUavNodeState.h"
 #include "scene/AxScene.h"
-#include "scene/AxViewerParts.h"
-#include "scene/base/AxGlobePoint.h"
 #include "scene/base/AxProcessLocale.h"
 #include "scene/base/AxViewerLog.h"
 #include "scene/shape/AxDrawnGround.h"
 
-#include <AxAlgorthm/AxConstants.h>
 #include <AxAlgorthm/AxMath.h>
-#include <AxData/CAxBlockManager.h>
+#include <AxData/CAxBlock.h>
 
 #include <osg/ComputeBoundsVisitor>
 #include <osg/Depth>
-#include <osg/PositionAttitudeTransform>
-#include <osgEarth/GeoTransform>
-#include <osgEarth/MapNode>
 #include <osgEarthSymbology/AltitudeSymbol>
 #include <osgEarthSymbology/LineSymbol>
 #include <osgEarthSymbology/PointSymbol>
-#include <osgViewer/Viewer>
 
 #include <QLocale>
-#include <QPointer>
-#include <QTimer>
 
 #include <algorithm>
 #include <chrono>
@@ -40,7 +22,6 @@
 #include <utility>
 
 using osgEarth::GeoPoint;
-using osgEarth::Annotation::FeatureNode;
 
 namespace {
 constexpr float trailWidth = 2.0f;
@@ -52,26 +33,10 @@ constexpr int modelBin = 30; // over trails and links of labels, below panels
 // The part of the depth buffer that is before everything else, so that no ground hides an aircraft that
 // is drawn larger than it is.
 constexpr double nearestDepth = 0.1;
-// Sizes of the focal length in a picture: zoom 1 has 5 mm, a pixel 2.883 micrometres.
-constexpr double focalMillimetres = 5.0;
-constexpr double micrometresPerMillimetre = 1000.0;
-constexpr double pixelMicrometres = 2.883;
-// Rays to the relief are dear; between two outlines, milliseconds.
-constexpr int footprintPause = 200;
 
 double Now()
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
-
-bool IsOnGlobe(double longitude, double latitude, double altitude)
-{
-    return std::abs(longitude) <= 360.0 && std::abs(latitude) <= 90.0 && std::isfinite(altitude);
-}
-
-osg::Vec3d WorldOf(const CAxVector3D& place)
-{
-    return AxGlobe::WorldOf({place.x(), place.y(), place.z()});
 }
 
 CAxVector3D LiftedBy(double metres, const CAxVector3D& place)
@@ -94,88 +59,17 @@ osgEarth::Symbology::Style DefaultStyle()
     altitude->verticalScale() = NumericExpression(1.0);
     return style;
 }
-
-void TakeFromParents(osg::Node* node)
-{
-    const osg::ref_ptr<osg::Node> kept = node;
-    while (kept && kept->getNumParents() > 0)
-        kept->getParent(0)->removeChild(kept);
-}
 } // namespace
 
-/// Moves the aircraft with each update traversal, until it is destroyed.
-class CAxUavNode::Motion : public osg::NodeCallback
+void CAxUavNode::Motion::operator()(osg::Node* node, osg::NodeVisitor* visitor)
 {
-public:
-    explicit Motion(CAxUavNode* node) : aircraft(node) {}
-    void operator()(osg::Node* node, osg::NodeVisitor* visitor) override
-    {
-        if (aircraft)
-            aircraft->advance();
-        traverse(node, visitor);
-    }
-    CAxUavNode* aircraft;
-};
-
-struct CAxUavNode::State
-{
-    QPointer<AxViewerParts> viewer;
-    QPointer<QObject> signalObject;
-    const osgEarth::Symbology::Style style = DefaultStyle();
-    EPlaneType type = PlaneFixedWing;
-    int blockType = -1;
-    bool flying = false;
-    bool interpolated = true;
-    bool landed = false;
-    bool planeVisible = true;
-    bool panelVisible = true;
-    bool trailVisible = true;
-    bool lost = false;
-    double lostSeconds = 0.0;
-    QString title;
-
-    // The model; null before CreatePlane().
-    osg::ref_ptr<osgEarth::MapNode> map;
-    osg::ref_ptr<AutoScaleContainer> root;
-    osg::ref_ptr<osgEarth::GeoTransform> geo;
-    osg::ref_ptr<osg::PositionAttitudeTransform> attitude;
-    osg::ref_ptr<osg::Node> followed;
-    osg::ref_ptr<osg::Uniform> grey;
-    osg::ref_ptr<Motion> motion;
-    AxUavPanel panel;
-    double bottom = 0.0; // of the model below its middle, metres
-    std::string name;
-
-    std::optional<CAxVector3D> position; // as received
-    double yaw = 0.0;                    // radians, as received
-    std::array<double, 3> angles{};
-    AxMotionSmoother smoother;
-    bool isMoving = false;
-    double nextLook = 0.0;        // at the ground below
-    std::optional<double> ground; // as seen last, metres; no value where it is not known
-    /// From the place that was received up to where the model is drawn, metres.
-    double Lift() const
-    {
-        if (!position || !ground)
-            return 0.0;
-        return landed ? *ground + bottom - position->z() : std::max(0.0, *ground - position->z());
-    }
-
-    AxTrail trail;
-    AxPhotoPoints photos;
-    osg::ref_ptr<FeatureNode> replay;
-    osg::ref_ptr<CAxTrailLingCallBack> replayCallback;
-    int pathIndex = 0;
-    osg::ref_ptr<AxVideoFootprint> footprint;
-    QTimer footprintClock; // runs while a further outline has to wait
-    bool isFootprintDue = false;
-    double cameraAngle = 0.0;
-    qint8 zoom = 0;
-    bool videoFlag = false;
-};
+    if (aircraft)
+        aircraft->advance();
+    traverse(node, visitor);
+}
 
 CAxUavNode::CAxUavNode(CAxEarthViewer* viewer, QObject* signalObject, bool hasPanel)
-    : d(std::make_unique<State>())
+    : d(std::make_unique<State>(DefaultStyle()))
 {
     static int made = 0;
     d->name = "Uav-" + std::to_string(++made);
@@ -198,8 +92,8 @@ CAxUavNode::~CAxUavNode()
         d->motion->aircraft = nullptr;
     RemovePicPoint();
     RemoveAllTrailLine();
-    TakeFromParents(d->footprint);
-    TakeFromParents(d->root);
+    AxTakeFromParents(d->footprint);
+    AxTakeFromParents(d->root);
 }
 
 osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEarth::MapNode* mapNode)
@@ -231,8 +125,8 @@ osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEa
         d->followed = new osg::Node;
         d->followed->setInitialBound(osg::BoundingSphere(osg::Vec3(), 1e-3f));
     }
-    TakeFromParents(d->followed);
-    TakeFromParents(d->panel.Node());
+    AxTakeFromParents(d->followed);
+    AxTakeFromParents(d->panel.Node());
     if (before && before->getPosition().isValid())
         d->geo->setPosition(before->getPosition());
     if (!d->attitude->containsNode(model))
@@ -285,7 +179,7 @@ osg::Node* CAxUavNode::GetFollowedNode() const
 
 void CAxUavNode::SetPosition(double longitude, double latitude, double altitude)
 {
-    if (!d->geo || !IsOnGlobe(longitude, latitude, altitude))
+    if (!d->geo || !AxIsUavPlace(longitude, latitude, altitude))
         return;
     d->position = CAxVector3D(longitude, latitude, altitude);
     d->ground = AxLoadedHeight(*d->map, longitude, latitude);
@@ -394,7 +288,7 @@ void CAxUavNode::advance()
     if (!settled && drawn && d->position) {
         // In the frame of the place that was received; on the ground only along it.
         const osg::Vec3d world = AxGlobe::WorldOf(*drawn);
-        const osg::Vec3d there = WorldOf(LiftedBy(d->Lift(), *d->position));
+        const osg::Vec3d there = AxUavWorldOf(LiftedBy(d->Lift(), *d->position));
         offset = osg::Matrixd::transform3x3(world - there, osg::Matrixd::inverse(d->geo->getMatrix()));
         if (d->landed)
             offset.z() = 0.0;
@@ -431,7 +325,7 @@ bool CAxUavNode::IsInterpolation() const
 
 void CAxUavNode::slotPositionChanged(double longitude, double latitude, double altitude, quint64)
 {
-    if (!IsOnGlobe(longitude, latitude, altitude))
+    if (!AxIsUavPlace(longitude, latitude, altitude))
         return;
     const double height = d->viewer ? d->viewer->Scene().GetHAE(longitude, latitude, altitude) : altitude;
     SetPosition(longitude, latitude, std::isfinite(height) ? height : altitude);
@@ -553,201 +447,4 @@ void CAxUavNode::SetSignalObject(QObject* object)
 QObject* CAxUavNode::GetSignalObject() const
 {
     return d->signalObject;
-}
-
-// Trail and replayed flight
-
-void CAxUavNode::CreateFlightPath(float width, const osg::Vec4f& color)
-{
-    if (!d->root || !d->position)
-        return;
-    const bool isNew = !d->trail.Node();
-    d->trail.Append(WorldOf(*d->position), width, color, d->name + "-Traj");
-    if (isNew && d->trail.Node())
-        d->root->addChild(d->trail.Node());
-}
-
-void CAxUavNode::ClearAllTrailLine()
-{
-    d->trail.Clear();
-    SetPathIndexMask(0);
-}
-
-void CAxUavNode::RemoveAllTrailLine()
-{
-    d->trail.Remove();
-    TakeFromParents(d->replay);
-    d->replay = nullptr;
-    d->replayCallback = nullptr;
-    d->pathIndex = 0;
-}
-
-int CAxUavNode::GetTrailVertexCount() const
-{
-    return d->trail.Count();
-}
-
-void CAxUavNode::CreateReplayFlightLine(const std::vector<CAxVector3D>& points)
-{
-    RemoveAllTrailLine();
-    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
-    if (!group || points.empty())
-        return;
-    d->replayCallback = new CAxTrailLingCallBack(points);
-    d->replay = AxMakeReplayLine(d->viewer->Scene().MapNode(), d->style, d->replayCallback);
-    if (!d->replay)
-        return;
-    d->replay->setName(d->name + "-Replay");
-    group->addChild(d->replay);
-    apply();
-}
-
-void CAxUavNode::SetPathIndexMask(int index)
-{
-    if (!d->replayCallback)
-        return;
-    index = qBound(0, index, d->replayCallback->Count());
-    if (index == d->pathIndex)
-        return;
-    d->pathIndex = index;
-    d->replayCallback->SetIndex(index);
-    emit CurIndexChanged(index);
-}
-
-int CAxUavNode::GetPathIndexMask() const
-{
-    return d->pathIndex;
-}
-
-// Photos
-
-void CAxUavNode::addPhoto(int index, const CAxVector3D& at)
-{
-    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
-    if (!group || !d->photos.Add(index, WorldOf(at), d->name + "-PicPoints"))
-        return;
-    group->addChild(d->photos.Node());
-    group->addChild(d->photos.Label());
-}
-
-void CAxUavNode::AddCurrPicPoint(int index, double longitude, double latitude)
-{
-    if (IsOnGlobe(longitude, latitude, 0.0))
-        addPhoto(index, CAxVector3D(longitude, latitude, d->position ? d->position->z() : 0.0));
-}
-
-void CAxUavNode::slotAddPicPoint(int index, double longitude, double latitude)
-{
-    AddCurrPicPoint(index, longitude, latitude);
-}
-
-void CAxUavNode::CreateReplayPicPoint(const QStringList& points)
-{
-    RemovePicPoint();
-    int refused = 0;
-    for (const QString& point : points) {
-        const QStringList parts = point.split(QLatin1Char(','));
-        bool areNumbers[4] = {};
-        const int index = parts.value(0).trimmed().toInt(&areNumbers[0]);
-        double numbers[3] = {};
-        for (int i = 0; i < 3; ++i)
-            numbers[i] = parts.value(i + 1).trimmed().toDouble(&areNumbers[i + 1]);
-        const bool isPhoto = parts.size() == 4 && areNumbers[0] && areNumbers[1] && areNumbers[2] &&
-                             areNumbers[3] && IsOnGlobe(numbers[0], numbers[1], numbers[2]);
-        if (isPhoto)
-            addPhoto(index, CAxVector3D(numbers[0], numbers[1], numbers[2]));
-        else
-            ++refused;
-    }
-    if (refused > 0)
-        qCWarning(axViewerLog) << refused << "of" << points.size()
-                               << "photo points are no \"index,longitude,latitude,altitude\"";
-}
-
-void CAxUavNode::RemovePicPoint()
-{
-    d->photos.Remove();
-}
-
-void CAxUavNode::VisibleAllPicPoint()
-{
-    d->photos.ShowAll();
-}
-
-void CAxUavNode::SetShootPointVisible(bool visible)
-{
-    d->photos.SetVisible(visible);
-}
-
-int CAxUavNode::GetPicPointCount() const
-{
-    return d->photos.Count();
-}
-
-void CAxUavNode::slotMouseMoved(osg::Vec3d, osg::Vec3d worldCoordPos)
-{
-    if (!d->viewer || d->photos.Count() == 0)
-        return;
-    const std::optional<std::size_t> near =
-        worldCoordPos == osg::Vec3d()
-            ? std::nullopt
-            : d->photos.Near(worldCoordPos, *d->viewer->Scene().View()->getCamera());
-    d->photos.Hover(near, near ? tr("photo %1").arg(QString::number(d->photos.Index(*near))) : QString());
-}
-
-// Video
-
-void CAxUavNode::slotVideoData(quint16 angle, qint8 zoom, quint8, quint8 flag)
-{
-    d->cameraAngle = qrealToIntNumber(angle * DVAngleFactor);
-    d->zoom = zoom;
-    d->videoFlag = flag == 1;
-    osg::Group* group = d->viewer ? d->viewer->Scene().DrawGroup() : nullptr;
-    if (!d->footprint && group) {
-        d->footprint = new AxVideoFootprint;
-        d->footprint->setName(d->name + "-Footprint");
-        group->addChild(d->footprint);
-    }
-    if (d->footprint)
-        d->footprint->SetShown(d->videoFlag);
-}
-
-/// Some five times a second at most, and always for the newest place in the end.
-void CAxUavNode::tellFootprint()
-{
-    if (!d->footprint)
-        return;
-    d->isFootprintDue = d->footprintClock.isActive();
-    if (d->isFootprintDue)
-        return;
-    updateFootprint();
-    d->footprintClock.start(footprintPause);
-}
-
-void CAxUavNode::updateFootprint()
-{
-    if (!d->footprint || !d->viewer || !d->position)
-        return;
-    CAxHandleAdapter* current = d->viewer->Objects().Current();
-    CAxBlock* shown = AxBlockOf(current);
-    CAxBlock* block = shown ? CAxBlockManager::instance().GetBlock(shown->GetBlockID()) : nullptr;
-    const int type = block ? static_cast<int>(block->GetBlockType()) : d->blockType;
-    if (type != CAxBlock::VideoBlock) {
-        d->footprint->Clear();
-        return;
-    }
-    AxVideoSight sight;
-    sight.camera = *d->position;
-    // Without a block, over what is below the aircraft.
-    const std::optional<double> ground =
-        d->map ? AxLoadedHeight(*d->map, sight.camera.x(), sight.camera.y()) : std::nullopt;
-    sight.height = block ? block->GetTaskPara()->GetAirLineParam()->GetRelativeFlyHeight()
-                         : sight.camera.z() - ground.value_or(0.0);
-    sight.scale = d->zoom * focalMillimetres * micrometresPerMillimetre / pixelMicrometres;
-    sight.heading = Radian2Angle(d->yaw);
-    sight.cameraAngle = d->cameraAngle;
-    const osg::ref_ptr<osgEarth::MapNode> map = d->map;
-    d->footprint->Add(sight, [map](double longitude, double latitude) {
-        return map ? AxLoadedHeight(*map, longitude, latitude) : std::nullopt;
-    });
 }
