@@ -76,13 +76,14 @@ Style NameStyle()
 /// By its kind, drawables of other labels are told from those of this one.
 class LableGeode : public osg::Geode
 {
+public:
+    LableGeode() { setDataVariance(STATIC); } // does nothing of its own that a look would not see
 };
 
 // FLT_MAX: one label is never shown in part.
 void LayOut(osg::Drawable* drawable)
 {
     drawable->setCullingActive(false);
-    drawable->setDataVariance(osg::Object::DYNAMIC);
     osgEarth::ScreenSpaceLayoutData::getOrCreate(drawable)->setPriority(FLT_MAX);
 }
 

@@ -92,6 +92,7 @@ osg::ref_ptr<osg::Node> CAxTaskPolygon::AddPointTxt(int index) const
         RenderCircleFan(*round, dotRadius + dotRim, colors.rim);
         RenderCircleFan(*round, dotRadius, colors.text);
         round->setCullingActive(false);
+        round->setDataVariance(osg::Object::STATIC); // nothing of it changes once it is made
         osgEarth::ScreenSpaceLayoutData::getOrCreate(round)->setPriority(FLT_MAX);
         dot = new osg::Geode;
         dot->addDrawable(round);

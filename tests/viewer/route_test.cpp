@@ -3,6 +3,7 @@
 
 #include "mission/routes/CAxTaskLable.h"
 #include "mission/routes/CAxTaskPolygon.h"
+#include "viewer/AxSceneWalk.h"
 
 #include <AxData/CAxTask.h>
 
@@ -239,6 +240,12 @@ TEST_F(RouteOnMap, NumbersItsPointsAndIsNamedBesideTheFirst)
     record->GetTaskPara()->GetExtendedTaskParam()->SetFlyingMode(CAxExtendedTaskParam::ThreeDirections);
     emit route->GetTaskLable()->PressedBtnSignal(2, "Evening");
     EXPECT_EQ(task->direction, 1);
+    manipulator->setViewpoint(Straight(19.5, 10.0, 1.5e6));
+    ASSERT_TRUE(WaitForPicture());
+    AxSceneWalk walk;
+    walk.Look(*viewer->getOSGViewer());
+    const osg::Object* changing = walk.Changeable();
+    EXPECT_FALSE(changing) << changing->className() << " of a route at rest has every frame drawn";
     route->SetAirLineVisible(false);
     EXPECT_EQ(route->GetTaskLable()->GetRootNode()->getNodeMask(), 0u);
 }
