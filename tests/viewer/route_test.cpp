@@ -25,8 +25,10 @@ struct PlannedTask : CAxTask
         QList<CAxVector3D> route;
         if (meanwhile)
             meanwhile();
-        for (int i = 0; i < points; ++i)
-            route += CAxVector3D(9.0 + i / 3, 18.5 + i % 3, i == 1 ? 5000.0 : 0.0);
+        for (int i = 0; i < points; ++i) {
+            const int row = i / 3;
+            route += CAxVector3D(9.0 + row, 18.5 + i % 3, i == 1 ? 5000.0 : 0.0);
+        }
         for (int i = 0; i < 4; ++i)
             markers += {i, route.value(2 * i)};
         return route;
