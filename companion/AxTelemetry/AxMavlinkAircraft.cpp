@@ -25,10 +25,24 @@ constexpr qint64 inProgressWaitMs = 10000; // for the end of what the aircraft s
 enum VehicleCommand // of MAV_CMD
 {
     CommandReturn = 20,
+    CommandMode = 176,
     CommandStartMission = 300,
     CommandArm = 400,
     CommandInterval = 511
 };
+
+// Second parameter of CommandArm: also in flight.
+constexpr float inAnyCase = 21196.0f;
+// First parameter of CommandMode, bits of MAV_MODE_FLAG
+constexpr int hasOwnMode = 1;
+constexpr int isArmedMode = 128;
+// Modes of ArduPilot's copters; brake, because loiter climbs and sinks with a stick that nobody may hold.
+constexpr float copterMission = 3.0f;
+constexpr float copterBrake = 17.0f;
+// Modes of PX4
+constexpr float px4Automatic = 4.0f;
+constexpr float px4Hold = 3.0f;
+constexpr float px4Mission = 4.0f;
 
 struct WantedMessage
 {
@@ -113,6 +127,7 @@ public:
     }
 
     AxVehicleDecoder decoder;
+    int mavType = 0;
     bool isLost = false;
     bool isPlaceOld = false;
     bool isNews = false;
@@ -156,6 +171,9 @@ void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
 {
     const bool isFirst = State().lastHeard == 0;
     m_relay->decoder.Feed(frame, now);
+    AxMavHeartbeat beat;
+    if (frame.componentId == ComponentId() && AxMavDecode(frame, beat))
+        m_relay->mavType = beat.type;
     m_relay->isNews = true;
     const bool isBack = m_relay->isLost && State().isHeard;
     if (isBack) {
@@ -253,7 +271,45 @@ void AxMavlinkAircraft::StartMission()
 
 void AxMavlinkAircraft::ReturnHome()
 {
-    Command(CommandReturn);
+    commandAtOnce(CommandReturn, {});
+}
+
+void AxMavlinkAircraft::StopMotors()
+{
+    commandAtOnce(CommandArm, {0.0f, inAnyCase});
+}
+
+void AxMavlinkAircraft::commandAtOnce(int command, const std::array<float, 7>& params)
+{
+    // Who hears of the end of one may command another.
+    const std::size_t given = m_commands->waiting.size();
+    for (std::size_t i = 0; i < given && !m_commands->waiting.empty(); ++i)
+        endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "Another command was more urgent.")));
+    Command(command, params);
+}
+
+bool AxMavlinkAircraft::CanPause() const
+{
+    const bool isCopter = AxFlightOf(m_relay->mavType) == AxVehicleFlight::Copter;
+    return State().autopilot == axMavPx4 || (State().autopilot == axMavArduPilot && isCopter);
+}
+
+void AxMavlinkAircraft::Pause()
+{
+    if (CanPause())
+        State().autopilot == axMavPx4 ? setMode(px4Automatic, px4Hold) : setMode(copterBrake, 0.0f);
+}
+
+void AxMavlinkAircraft::Continue()
+{
+    if (CanPause())
+        State().autopilot == axMavPx4 ? setMode(px4Automatic, px4Mission) : setMode(copterMission, 0.0f);
+}
+
+void AxMavlinkAircraft::setMode(float mode, float part)
+{
+    const int flags = hasOwnMode | (State().isArmed ? isArmedMode : 0);
+    Command(CommandMode, {static_cast<float>(flags), mode, part});
 }
 
 void AxMavlinkAircraft::sendCommand(qint64 now)
@@ -290,6 +346,7 @@ void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
     if (answer.result == isInProgress) {
         m_commands->tries = commandTries; // sent again, it would begin anew
         m_commands->due = now + inProgressWaitMs;
+        emit signalCommandUnderWay(answer.command);
         return;
     }
     endCommand(answer.result == isDone ? QString() : RefusalOf(answer.result));

@@ -30,7 +30,15 @@ public:
     void Command(int command, const std::array<float, 7>& params = {});
     void Arm(bool isArmed);
     void StartMission();
+    /// At once: what waits for an answer is given up.
     void ReturnHome();
+    /// Disarms even in the air, where it falls; at once, as ReturnHome().
+    void StopMotors();
+    /// Whether it is known how to hold this one and let it go on with its mission: PX4, and ArduPilot's
+    /// copters. Without that nothing is sent.
+    bool CanPause() const;
+    void Pause();
+    void Continue();
 
     /// For the station: what it has heard, that time passes, and that its link is closed. Milliseconds since
     /// 1970, UTC.
@@ -41,6 +49,8 @@ public:
 signals:
     /// What came of a command, with a text for people; an empty one: it was accepted.
     void signalCommand(int command, const QString& fault);
+    /// The aircraft has begun with it; signalCommand() follows.
+    void signalCommandUnderWay(int command);
     /// A frame of this aircraft; valid in a direct connection only.
     void signalFrame(const AxMavFrame& frame);
     /// Ten times a second, by the station's clock, while the link is not closed.
@@ -56,6 +66,8 @@ private:
     void takeAnswer(const AxMavFrame& frame, qint64 now);
     void sendCommand(qint64 now);
     void endCommand(const QString& fault);
+    void commandAtOnce(int command, const std::array<float, 7>& params);
+    void setMode(float mode, float part);
 
     AxMavlinkStation& m_station;
     std::unique_ptr<Relay> m_relay;

@@ -931,6 +931,10 @@
         <translation>飞机没有应答。</translation>
     </message>
     <message>
+        <source>Another command was more urgent.</source>
+        <translation>另一条命令更紧急。</translation>
+    </message>
+    <message>
         <source>Aircraft %1</source>
         <translation>飞机 %1</translation>
     </message>
