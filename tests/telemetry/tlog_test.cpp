@@ -238,6 +238,31 @@ TEST(Tlog, TimesRiseWhateverTheClockDid)
     }
 }
 
+TEST(Tlog, ACameraThatSpeaksOnDoesNotHideASilence)
+{
+    TlogMaker made;
+    const AxMavWriter autopilot = made.writer;
+    AxMavMountOrientation camera;
+    camera.pitch = -90.0f;
+    for (int second = 0; second <= 30; ++second) {
+        made.writer = autopilot;
+        if (second == 0)
+            made.Beat(tlogStart);
+        if (second <= 2 || second == 20)
+            made.Position(tlogStart + 1000 * second, second);
+        made.writer = AxMavWriter(1, 154);
+        made.Add(tlogStart + 1000 * second, camera);
+    }
+    const AxFlightRead read = readTlog(made.bytes);
+    ASSERT_EQ(samplesOf(read), 4u);
+    const AxFlightRecord& flight = *read.flights[0];
+    EXPECT_EQ(flight.End() - flight.Begin(), 30000u);
+    for (const int second : {1, 2, 3, 19, 20, 21, 30})
+        EXPECT_EQ(flight.GapAt(quint64(tlogStart + 1000 * second)) != nullptr,
+                  (second > 2 && second < 20) || second > 20)
+            << second;
+}
+
 TEST(Tlog, SignedFramesNeedTheirKey)
 {
     const QByteArray key(32, 'k');

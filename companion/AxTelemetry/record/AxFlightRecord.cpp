@@ -42,34 +42,22 @@ bool AxFlightRecord::AddAttitude(const AxFlightAttitude& attitude)
 
 bool AxFlightRecord::AddPhoto(const AxPhotoRecord& photo)
 {
-    if (!AxIsOnGlobe(photo.latitude, photo.longitude) || !AddInOrder(m_photos, photo))
-        return false;
-    AddHeard(photo.time);
-    return true;
+    return AxIsOnGlobe(photo.latitude, photo.longitude) && AddInOrder(m_photos, photo);
 }
 
 bool AxFlightRecord::AddMessage(const AxFlightMessage& message)
 {
-    if (!AddInOrder(m_messages, message))
-        return false;
-    AddHeard(message.time);
-    return true;
+    return AddInOrder(m_messages, message);
 }
 
 bool AxFlightRecord::AddCamera(const AxFlightCamera& camera)
 {
-    if (!AddInOrder(m_cameras, camera))
-        return false;
-    AddHeard(camera.time);
-    return true;
+    return AddInOrder(m_cameras, camera);
 }
 
 bool AxFlightRecord::AddState(const AxFlightState& state)
 {
-    if (!AddInOrder(m_states, state))
-        return false;
-    AddHeard(state.time);
-    return true;
+    return AddInOrder(m_states, state);
 }
 
 void AxFlightRecord::AddHeard(quint64 time)
@@ -80,6 +68,16 @@ void AxFlightRecord::AddHeard(quint64 time)
         m_gaps.push_back({m_lastHeard, time});
     m_isHeard = true;
     m_lastHeard = time;
+    m_end = std::max(m_end, time);
+}
+
+void AxFlightRecord::EndAt(quint64 time)
+{
+    if (!m_isHeard || time <= m_end)
+        return;
+    if (time - m_lastHeard > m_longestSilence)
+        m_gaps.push_back({m_lastHeard, time + 1});
+    m_end = time;
 }
 
 int AxFlightRecord::IndexAt(quint64 time) const

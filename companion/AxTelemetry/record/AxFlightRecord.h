@@ -63,7 +63,8 @@ struct AXTELEMETRY_EXPORT AxFlightState
     AxAircraftState state; ///< it holds until the next one
 };
 
-/// Silence between two times, both of them heard.
+/// Silence between two times, both of them heard. One that lasts until the end of its flight ends just
+/// behind it.
 struct AXTELEMETRY_EXPORT AxFlightGap
 {
     quint64 begin = 0; ///< the last that was heard before it, milliseconds
@@ -90,8 +91,11 @@ public:
     bool AddMessage(const AxFlightMessage& message);
     bool AddCamera(const AxFlightCamera& camera);
     bool AddState(const AxFlightState& state);
-    /// The aircraft was heard; all of the above say so, too.
+    /// The component that flies was heard; samples and attitudes say so, too. What a camera or another
+    /// component of the aircraft tells does not end a silence.
     void AddHeard(quint64 time);
+    /// The last: some component of the aircraft was heard up to this time.
+    void EndAt(quint64 time);
     /// Makes room for so many samples.
     void Reserve(std::size_t samples) { m_samples.reserve(samples); }
 
@@ -110,7 +114,7 @@ public:
     /// The time of the first sample, milliseconds; 0 without samples.
     quint64 Begin() const { return IsEmpty() ? 0 : m_samples.front().time; }
     /// The time of the last that was heard, milliseconds; 0 without samples.
-    quint64 End() const { return IsEmpty() ? 0 : m_lastHeard; }
+    quint64 End() const { return IsEmpty() ? 0 : m_end; }
 
     /// The last sample at a time or before it, 0 for earlier times; -1 without samples.
     int IndexAt(quint64 time) const;
@@ -124,6 +128,7 @@ public:
 private:
     quint64 m_longestSilence;
     quint64 m_lastHeard = 0;
+    quint64 m_end = 0;
     bool m_isHeard = false;
     std::vector<AxFlightSample> m_samples;
     std::vector<AxFlightAttitude> m_attitudes;

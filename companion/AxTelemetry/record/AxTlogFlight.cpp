@@ -22,10 +22,11 @@ AxTlogFlight::AxTlogFlight(int systemId) : m_decoder(systemId, this)
 void AxTlogFlight::Feed(const AxMavFrame& frame, quint64 time)
 {
     m_now = time;
-    m_flight->AddHeard(time);
     m_hasHeartbeat = m_hasHeartbeat || frame.messageId == AxMavHeartbeat::id;
     m_isVehicle = m_isVehicle || AxIsVehicleHeartbeat(frame);
     m_decoder.Feed(frame, static_cast<qint64>(time));
+    if (m_decoder.State().lastHeard == static_cast<qint64>(time))
+        m_flight->AddHeard(time);
     const auto& states = m_flight->States();
     if (states.empty() || time - states.back().time >= stateInterval ||
         IsOtherState(states.back().state, m_decoder.State()))
@@ -37,6 +38,7 @@ std::shared_ptr<const AxFlightRecord> AxTlogFlight::Finish()
     m_decoder.Flush(static_cast<qint64>(m_now) + 10000);
     if (m_flight->IsEmpty() || (m_hasHeartbeat && !m_isVehicle))
         return nullptr;
+    m_flight->EndAt(m_now);
     m_flight->name = m_decoder.State().name;
     return m_flight;
 }
