@@ -5,6 +5,7 @@
 #include <AxTelemetry/mavlink/AxMavMessages.h>
 #include <AxTelemetry/mavlink/AxMavWriter.h>
 
+#include "AxDataRequests.h"
 #include "AxVehicleKinds.h"
 #include "AxVehicleText.h"
 
@@ -15,7 +16,6 @@
 #include <deque>
 
 namespace {
-constexpr qint64 silentMs = 3000;
 constexpr int warning = 4;      // MAV_SEVERITY
 constexpr qint64 stateMs = 100; // between two signalState()
 constexpr int commandTries = 3;
@@ -27,8 +27,7 @@ enum VehicleCommand // of MAV_CMD
     CommandReturn = 20,
     CommandMode = 176,
     CommandStartMission = 300,
-    CommandArm = 400,
-    CommandInterval = 511
+    CommandArm = 400
 };
 
 // Second parameter of CommandArm: also in flight.
@@ -43,39 +42,6 @@ constexpr float copterBrake = 17.0f;
 constexpr float px4Automatic = 4.0f;
 constexpr float px4Hold = 3.0f;
 constexpr float px4Mission = 4.0f;
-
-struct WantedMessage
-{
-    quint32 id;
-    float intervalMs;
-};
-
-// What a station needs, often enough for a smooth picture, little enough for a radio of 57,600 bits a second.
-constexpr WantedMessage wantedMessages[] = {
-    {AxMavGlobalPositionInt::id, 250},
-    {AxMavAttitude::id, 100},
-    {AxMavVfrHud::id, 500},
-    {AxMavGpsRawInt::id, 500},
-    {AxMavSysStatus::id, 1000},
-    {AxMavBatteryStatus::id, 2000},
-    {AxMavExtendedSysState::id, 500},
-    {AxMavHomePosition::id, 5000},
-    {AxMavMissionCurrent::id, 1000},
-    {AxMavWindCov::id, 2000},
-    {AxMavWind::id, 2000},
-    {AxMavMountOrientation::id, 250},
-    {AxMavCameraTrigger::id, 0},
-    {AxMavCameraImageCaptured::id, 0},
-};
-
-struct WantedStream
-{
-    quint8 id; // of MAV_DATA_STREAM
-    quint16 rate;
-};
-
-// For autopilots that know groups of messages only.
-constexpr WantedStream wantedStreams[] = {{2, 2}, {6, 4}, {10, 10}, {11, 2}, {12, 1}};
 
 QString RefusalOf(int result)
 {
@@ -149,10 +115,13 @@ struct AxMavlinkAircraft::Commands
     qint64 due = 0;
 };
 
-AxMavlinkAircraft::AxMavlinkAircraft(int systemId, AxMavlinkStation& station)
-    : m_station(station), m_relay(std::make_unique<Relay>(systemId, *this)),
-      m_commands(std::make_unique<Commands>())
+AxMavlinkAircraft::AxMavlinkAircraft(int systemId, AxMavlinkStation& station, int peer,
+                                     const QString& peerName)
+    : m_station(station), m_peer(peer), m_isNamedByPeer(!peerName.isEmpty()),
+      m_relay(std::make_unique<Relay>(systemId, *this)), m_commands(std::make_unique<Commands>()),
+      m_requests(std::make_unique<AxDataRequests>(*this))
 {
+    MoveTo(peer, peerName);
 }
 
 AxMavlinkAircraft::~AxMavlinkAircraft() = default;
@@ -165,6 +134,21 @@ const AxAircraftState& AxMavlinkAircraft::State() const
 int AxMavlinkAircraft::ComponentId() const
 {
     return m_relay->decoder.ComponentId();
+}
+
+void AxMavlinkAircraft::MoveTo(int peer, const QString& peerName)
+{
+    m_peer = peer;
+    m_relay->isNews = true;
+    if (m_isNamedByPeer)
+        m_relay->decoder.SetName(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "Aircraft %1 (%2)"))
+                                     .arg(State().systemId)
+                                     .arg(peerName));
+}
+
+void AxMavlinkAircraft::Send(const QByteArray& frame)
+{
+    m_station.Send(frame, m_peer);
 }
 
 void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
@@ -182,7 +166,9 @@ void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
         emit signalState();
     }
     if (isFirst || isBack)
-        askForData();
+        m_requests->Start(now);
+    if (frame.componentId == ComponentId())
+        m_requests->Hear(frame.messageId);
     if (frame.messageId == AxMavCommandAck::id)
         takeAnswer(frame, now);
     emit signalFrame(frame);
@@ -191,9 +177,9 @@ void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
 void AxMavlinkAircraft::Tick(qint64 now)
 {
     m_relay->decoder.Flush(now);
-    if (!m_relay->isLost && now - State().lastHeard >= silentMs)
+    if (!m_relay->isLost && now - State().lastHeard >= axMavSilentMs)
         LoseLink();
-    const bool isPlaceOld = State().isHeard && State().PlaceAgo(now) >= silentMs;
+    const bool isPlaceOld = State().isHeard && State().PlaceAgo(now) >= axMavSilentMs;
     if (isPlaceOld && !m_relay->isPlaceOld)
         emit signalMessage(warning, AxVehicleText(QT_TRANSLATE_NOOP(
                                         "AxVehicle", "No position for 3 s: the one that is shown is old.")));
@@ -205,6 +191,8 @@ void AxMavlinkAircraft::Tick(qint64 now)
     }
     if (!m_commands->waiting.empty() && now >= m_commands->due)
         sendCommand(now);
+    if (State().isHeard)
+        m_requests->Tick(now);
     emit signalTick(now);
 }
 
@@ -221,32 +209,6 @@ void AxMavlinkAircraft::LoseLink()
     while (!m_commands->waiting.empty())
         endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The link was closed.")));
     emit signalLinkClosed();
-}
-
-void AxMavlinkAircraft::askForData()
-{
-    const auto system = static_cast<quint8>(State().systemId);
-    const auto component = static_cast<quint8>(ComponentId());
-    AxMavWriter& writer = m_station.Writer();
-    if (State().autopilot == axMavArduPilot)
-        for (const WantedStream& wanted : wantedStreams) {
-            AxMavRequestDataStream ask;
-            ask.target_system = system;
-            ask.target_component = component;
-            ask.req_stream_id = wanted.id;
-            ask.req_message_rate = wanted.rate;
-            ask.start_stop = 1;
-            m_station.Send(writer.Write(ask));
-        }
-    for (const WantedMessage& wanted : wantedMessages) {
-        AxMavCommandLong ask;
-        ask.target_system = system;
-        ask.target_component = component;
-        ask.command = CommandInterval;
-        ask.param1 = static_cast<float>(wanted.id);
-        ask.param2 = wanted.intervalMs * 1000.0f;
-        m_station.Send(writer.Write(ask));
-    }
 }
 
 void AxMavlinkAircraft::Command(int command, const std::array<float, 7>& params)
@@ -329,7 +291,7 @@ void AxMavlinkAircraft::sendCommand(qint64 now)
         *params[i] = one.params[i];
     ++commands.tries;
     commands.due = now + commandWaitMs;
-    m_station.Send(m_station.Writer().Write(message));
+    Send(m_station.Writer().Write(message));
 }
 
 void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
@@ -341,8 +303,13 @@ void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
     const bool isOurs =
         (answer.target_system == 0 || answer.target_system == axMavStationSystem) &&
         (answer.target_component == 0 || answer.target_component == axMavStationComponent); // 0: not said
-    if (!isOurs || m_commands->waiting.empty() || m_commands->waiting.front().command != answer.command)
+    if (!isOurs)
         return;
+    if (m_commands->waiting.empty() || m_commands->waiting.front().command != answer.command) {
+        if (frame.componentId == ComponentId())
+            m_requests->Take(answer.command, answer.result);
+        return;
+    }
     if (answer.result == isInProgress) {
         m_commands->tries = commandTries; // sent again, it would begin anew
         m_commands->due = now + inProgressWaitMs;

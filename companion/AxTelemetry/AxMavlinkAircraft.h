@@ -2,9 +2,12 @@
 
 #include <AxTelemetry/AxTelemetrySource.h>
 
+#include <QByteArray>
+
 #include <array>
 #include <memory>
 
+class AxDataRequests;
 class AxMavlinkStation;
 struct AxMavFrame;
 
@@ -15,8 +18,9 @@ class AXTELEMETRY_EXPORT AxMavlinkAircraft : public AxTelemetrySource
     Q_OBJECT
 
 public:
-    /// For the station.
-    AxMavlinkAircraft(int systemId, AxMavlinkStation& station);
+    /// For the station. `peer` is who speaks for it on the link, 0 the only one; an aircraft whose number
+    /// another one has, too, is called by the name of its peer.
+    AxMavlinkAircraft(int systemId, AxMavlinkStation& station, int peer = 0, const QString& peerName = {});
     ~AxMavlinkAircraft() override;
 
     const AxAircraftState& State() const override;
@@ -24,6 +28,10 @@ public:
     /// The component that flies, as a target of messages.
     int ComponentId() const;
     AxMavlinkStation& Station() const { return m_station; }
+    int Peer() const { return m_peer; }
+
+    /// For those who speak MAVLink: sends a frame that Station().Writer() made, to the peer of this aircraft.
+    void Send(const QByteArray& frame);
 
     /// Commands of COMMAND_LONG by their number. Each waits for its answer before the next is sent, and is
     /// sent three times, a second apart; signalCommand() tells what came of it.
@@ -45,6 +53,8 @@ public:
     void Take(const AxMavFrame& frame, qint64 now);
     void Tick(qint64 now);
     void LoseLink();
+    /// For the station: the aircraft speaks from elsewhere now.
+    void MoveTo(int peer, const QString& peerName);
 
 signals:
     /// What came of a command, with a text for people; an empty one: it was accepted.
@@ -62,7 +72,6 @@ private:
     class Relay;
     struct Commands;
 
-    void askForData();
     void takeAnswer(const AxMavFrame& frame, qint64 now);
     void sendCommand(qint64 now);
     void endCommand(const QString& fault);
@@ -70,6 +79,9 @@ private:
     void setMode(float mode, float part);
 
     AxMavlinkStation& m_station;
+    int m_peer;
+    bool m_isNamedByPeer;
     std::unique_ptr<Relay> m_relay;
     std::unique_ptr<Commands> m_commands;
+    std::unique_ptr<AxDataRequests> m_requests;
 };

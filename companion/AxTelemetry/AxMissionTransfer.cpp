@@ -77,8 +77,7 @@ struct AxMissionTransfer::Talk
     {
         message.target_system = System();
         message.target_component = Component();
-        AxMavlinkStation& station = aircraft->Station();
-        station.Send(station.Writer().Write(message));
+        aircraft->Send(aircraft->Station().Writer().Write(message));
     }
 };
 

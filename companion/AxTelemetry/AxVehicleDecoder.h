@@ -49,6 +49,8 @@ public:
     /// The component that flies, 0 until its first heartbeat.
     int ComponentId() const;
 
+    /// Another name than the one of its number, for people.
+    void SetName(const QString& name) { m_state.name = name; }
     /// The link is lost, or is no longer.
     void SetHeard(bool isHeard) { m_state.isHeard = isHeard; }
 

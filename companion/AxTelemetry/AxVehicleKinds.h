@@ -8,6 +8,9 @@ constexpr int axMavNoAutopilot = 8;
 constexpr int axMavPx4 = 12;
 constexpr int axMavGroundStation = 6;
 
+/// Without a word for so long, milliseconds, an aircraft has lost its link.
+constexpr long long axMavSilentMs = 3000;
+
 /// Who this station is: its system, and MAV_COMP_ID_MISSIONPLANNER, what ground stations are.
 constexpr int axMavStationSystem = 255;
 constexpr int axMavStationComponent = 190;

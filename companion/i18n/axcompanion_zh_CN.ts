@@ -256,6 +256,17 @@
     </message>
 </context>
 <context>
+    <name>AxMavlinkStation</name>
+    <message>
+        <source>Frames are refused although they are signed with the key: the times of their signatures are %1 s behind this computer&apos;s clock, and %2 s is the most. Set this computer&apos;s clock right and connect again, or wait until the aircraft knows the time.</source>
+        <translation>数据帧的密钥正确，但仍被拒绝：签名时间比本机时钟落后 %1 秒，最多允许 %2 秒。请校准本机时钟后重新连接，或等待飞机获得时间。</translation>
+    </message>
+    <message>
+        <source>Frames are refused although they are signed with the key: the times of their signatures are %1 s behind those of another aircraft, and %2 s is the most. Set the clock of that aircraft right and connect again.</source>
+        <translation>数据帧的密钥正确，但仍被拒绝：签名时间比另一架飞机落后 %1 秒，最多允许 %2 秒。请校准那架飞机的时钟后重新连接。</translation>
+    </message>
+</context>
+<context>
     <name>AxMissionTransfer</name>
     <message>
         <source>it gives no reason</source>
@@ -937,6 +948,10 @@
     <message>
         <source>Aircraft %1</source>
         <translation>飞机 %1</translation>
+    </message>
+    <message>
+        <source>Aircraft %1 (%2)</source>
+        <translation>飞机 %1（%2）</translation>
     </message>
     <message>
         <source>Altitudes above the sea stand for those above the ellipsoid: %1</source>

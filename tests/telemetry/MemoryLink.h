@@ -20,9 +20,16 @@ public:
     {
         parser.Feed(bytes, [&](const AxMavFrame& frame) { written(frame); });
     }
+    void WriteTo(int peer, const QByteArray& bytes) override
+    {
+        latestPeer = peer;
+        Write(bytes);
+    }
+    QString PeerName(int peer) const override { return QStringLiteral("peer %1").arg(peer); }
     QString Name() const override { return QStringLiteral("Memory"); }
     bool BringsWholeFrames() const override { return true; }
 
+    int latestPeer = 0; // that was written to
     std::function<void(const AxMavFrame&)> written = [](const AxMavFrame&) {};
 
 private:

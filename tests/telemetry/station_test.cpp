@@ -19,6 +19,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace {
 template <typename Predicate> bool waitUntil(Predicate predicate)
@@ -120,6 +122,12 @@ TEST(Station, HearsAircraftOverUdpAndAnswers)
             }
             return CountOf(got, AxMavHeartbeat::id) > 0 && CountOf(got, AxMavCommandLong::id) > 0;
         })) << "a heartbeat, and requests for data";
+        AxMavParser parser;
+        parser.Feed(got, [&](const AxMavFrame& frame) {
+            AxMavCommandLong command;
+            EXPECT_TRUE(!AxMavDecode(frame, command) || command.target_system == 1 + (&peer - peers))
+                << "what is for one goes to its peer alone";
+        });
     }
     AxUdpLink next(link->Port());
     station.Close();
@@ -245,6 +253,93 @@ TEST(Station, TellsALostLinkAfterThreeSeconds)
     }
 }
 
+TEST(Station, TellsAircraftOfOneNumberApartByTheirPeers)
+{
+    MemoryStation flight;
+    flight.Open();
+    const auto say = [&](int peer, double latitude) {
+        emit flight.link->signalBytes(PlaceOf(1, latitude), peer);
+        emit flight.link->signalBytes(BeatOf(1), peer);
+    };
+    const auto latitude = [&](int index) {
+        return flight.station.Aircraft().value(index)->State().latitude.value_or(0.0);
+    };
+    say(0, 10.0);
+    QSignalSpy photos(&flight.Aircraft(), &AxTelemetrySource::signalPhoto);
+    emit flight.link->signalBytes(AxMavWriter(1, 100).Write(AxMavCameraTrigger()), 1);
+    EXPECT_EQ(photos.size(), 1) << "a camera with an address of its own";
+    const struct
+    {
+        int first, second; // peers
+        double at;         // of the second
+    } rows[] = {{0, 2, 20.0}, {0, 3, 30.0}, {4, 3, 40.0}, {0, 3, 50.0}};
+    for (const auto& row : rows) {
+        for (int i = 0; i < 10; ++i, flight.Pass(500)) {
+            say(row.first, 10.0);
+            say(row.second, row.at);
+        }
+        ASSERT_EQ(flight.station.Aircraft().size(), 2) << row.at;
+        EXPECT_NEAR(latitude(0), 10.0, 1e-6);
+        EXPECT_NEAR(latitude(1), row.at, 1e-6);
+        EXPECT_EQ(flight.Aircraft().State().name, QStringLiteral("Aircraft 1"));
+        EXPECT_EQ(flight.station.Aircraft()[1]->State().name,
+                  QStringLiteral("Aircraft 1 (peer %1)").arg(row.second));
+        for (int i = 0; i < 2; ++i) {
+            flight.station.Aircraft()[i]->Arm(true);
+            EXPECT_EQ(flight.link->latestPeer, i == 0 ? row.first : row.second);
+            flight.Pass(4000); // nobody answers
+            say(row.first, 10.0);
+            say(row.second, row.at);
+        }
+    }
+}
+
+TEST(Station, AsksAgainForWhatDoesNotCome)
+{
+    const struct
+    {
+        quint8 result; // MAV_RESULT
+        int byStream;
+    } rows[] = {{2, 1}, {3, 4}};
+    for (const auto& row : rows) {
+        MemoryStation flight;
+        std::map<quint32, int> asked;
+        int streams = 0, atOnce = 0, most = 0;
+        flight.link->written = [&](const AxMavFrame& frame) {
+            AxMavCommandLong command;
+            AxMavRequestDataStream stream;
+            streams += AxMavDecode(frame, stream) && stream.req_stream_id == 11 ? 1 : 0;
+            if (!AxMavDecode(frame, command))
+                return;
+            ++asked[quint32(command.param1)];
+            most = std::max(most, ++atOnce);
+            if (quint32(command.param1) != AxMavVfrHud::id)
+                return;
+            AxMavCommandAck answer;
+            answer.command = 511;
+            answer.result = row.result;
+            flight.Say(answer);
+        };
+        flight.Open();
+        const int first = std::exchange(most, 0);
+        for (int i = 0; i < 120; ++i, atOnce = 0) {
+            flight.Beat();
+            flight.Say(AxMavAttitude());
+            flight.Pass(500);
+        }
+        EXPECT_EQ(first, 14);
+        EXPECT_EQ(most, 1);
+        EXPECT_EQ(asked[AxMavAttitude::id], 1);
+        EXPECT_EQ(asked[AxMavVfrHud::id], 2) << "an answer at the start may be that to another one";
+        EXPECT_EQ(streams, row.byStream);
+        EXPECT_EQ(asked[AxMavGpsRawInt::id], 5);
+        flight.Pass(4000);
+        flight.Beat();
+        EXPECT_EQ(asked[AxMavAttitude::id], 2) << "the link was lost";
+        EXPECT_EQ(asked[AxMavVfrHud::id], 2);
+    }
+}
+
 TEST(Station, FindsFramesInAMillionBytesOfNoise)
 {
     MemoryStation flight;
@@ -281,9 +376,15 @@ TEST(Station, TakesSignedFramesByTheKeyOnly)
             const qint64 epoch = QDateTime(QDate(2015, 1, 1), QTime(0, 0), Qt::UTC).toMSecsSinceEpoch();
             return quint64(QDateTime::currentMSecsSinceEpoch() - epoch - row.age * 1000) * 100;
         });
+        QSignalSpy faults(&flight.station, &AxMavlinkStation::signalFault);
         flight.Open();
+        flight.Beat();
+        flight.Beat();
+        flight.Pass(1000);
         EXPECT_EQ(flight.station.Aircraft().size(), row.isHeard ? 1 : 0);
-        EXPECT_EQ(flight.station.Counts().refusedSignatures, row.isHeard ? 0u : 1u);
+        EXPECT_EQ(flight.station.Counts().refusedSignatures, row.isHeard ? 0u : 3u);
+        EXPECT_EQ(flight.station.Counts().oldSignatures, row.age > 60 ? 3u : 0u);
+        EXPECT_EQ(faults.size(), row.age > 60 ? 1 : 0) << "told, because the key is right";
     }
 }
 

@@ -30,6 +30,10 @@ public:
     virtual void Close() = 0;
     /// Dropped unless the link is open and there is somebody to write to.
     virtual void Write(const QByteArray& bytes) = 0;
+    /// To one of several peers, by the number that signalBytes() has told; to all where it is 0.
+    virtual void WriteTo(int /*peer*/, const QByteArray& bytes) { Write(bytes); }
+    /// For people: where that peer is, "192.168.4.1:14550"; empty for 0.
+    virtual QString PeerName(int /*peer*/) const { return {}; }
     /// For people and file names: "UDP 14550".
     virtual QString Name() const = 0;
     /// Whether what one signalBytes() brings holds whole frames only, as datagrams do.
@@ -39,8 +43,9 @@ public:
     Phase GetPhase() const { return m_phase; }
 
 signals:
-    /// What has come, in pieces of any size.
-    void signalBytes(const QByteArray& bytes);
+    /// What has come, in pieces of any size. `peer` is who has sent it, a number that stays while the link
+    /// lives; 0 where a link has one peer, or cannot tell.
+    void signalBytes(const QByteArray& bytes, int peer = 0);
     /// For people; names the port and the reason. The phase says whether the link tries again.
     void signalFault(const QString& text);
     void signalPhase();

@@ -1,6 +1,7 @@
 #include <AxTelemetry/link/AxLinkText.h>
 #include <AxTelemetry/link/AxUdpLink.h>
 
+#include <QHash>
 #include <QHostAddress>
 #include <QHostInfo>
 #include <QUdpSocket>
@@ -10,6 +11,7 @@
 
 namespace {
 constexpr std::size_t mostPeers = 16;
+constexpr std::size_t mostNumbers = 4096;
 
 struct UdpPeer
 {
@@ -29,8 +31,26 @@ struct AxUdpLink::State
     QString peerHost;
     quint16 peerPort = 0;
     std::unique_ptr<QUdpSocket> socket;
-    std::vector<UdpPeer> peers; // the one heard last at the end
+    std::vector<UdpPeer> peers;    // the one heard last at the end
+    std::vector<UdpPeer> numbered; // number 1 first
+    QHash<quint64, int> numbers;   // by address and port
 
+    int NumberOf(const UdpPeer& peer)
+    {
+        const quint64 key = static_cast<quint64>(peer.address.toIPv4Address()) << 16 | peer.port;
+        const auto known = numbers.constFind(key);
+        if (known != numbers.constEnd())
+            return *known;
+        if (numbered.size() >= mostNumbers)
+            return 0;
+        numbered.push_back(peer);
+        return numbers[key] = static_cast<int>(numbered.size());
+    }
+    const UdpPeer* Numbered(int number) const
+    {
+        const auto index = static_cast<std::size_t>(number - 1);
+        return number > 0 && index < numbered.size() ? &numbered[index] : nullptr;
+    }
     void Hear(const UdpPeer& peer)
     {
         if (!peers.empty() && peers.back() == peer)
@@ -112,7 +132,7 @@ void AxUdpLink::read()
             continue; // the echo of a datagram that a peer did not take
         bytes.resize(static_cast<int>(size));
         m_state->Hear(peer);
-        emit signalBytes(bytes);
+        emit signalBytes(bytes, m_state->NumberOf(peer));
     }
 }
 
@@ -122,6 +142,21 @@ void AxUdpLink::Write(const QByteArray& bytes)
         return;
     for (const UdpPeer& peer : m_state->peers)
         m_state->socket->writeDatagram(bytes, peer.address, peer.port);
+}
+
+void AxUdpLink::WriteTo(int peer, const QByteArray& bytes)
+{
+    const UdpPeer* const to = m_state->Numbered(peer);
+    if (to && m_state->socket)
+        m_state->socket->writeDatagram(bytes, to->address, to->port);
+    else
+        Write(bytes);
+}
+
+QString AxUdpLink::PeerName(int peer) const
+{
+    const UdpPeer* const named = m_state->Numbered(peer);
+    return named ? QStringLiteral("%1:%2").arg(named->address.toString()).arg(named->port) : QString();
 }
 
 QString AxUdpLink::Name() const

@@ -5,7 +5,8 @@
 #include <memory>
 
 /// Listens on a UDP port and answers to everybody it has heard, or talks to one peer from the start. An
-/// address and port that have been silent are answered to as well: 16 of them, the latest.
+/// address and port that have been silent are answered to as well: 16 of them, the latest. Each address and
+/// port is a peer of its own, up to 4096.
 class AXTELEMETRY_EXPORT AxUdpLink : public AxTelemetryLink
 {
     Q_OBJECT
@@ -21,6 +22,8 @@ public:
     bool Open(QString* fault) override;
     void Close() override;
     void Write(const QByteArray& bytes) override;
+    void WriteTo(int peer, const QByteArray& bytes) override;
+    QString PeerName(int peer) const override;
     QString Name() const override;
     bool BringsWholeFrames() const override { return true; }
 

@@ -45,7 +45,7 @@ struct AxMavParser::State
 
     AxMavFrame frame;
     AxMavCounts counts;
-    AxMavTrust trust;
+    std::shared_ptr<AxMavTrust> trust = std::make_shared<AxMavTrust>();
     std::unordered_map<quint16, Sender> senders;
 
     State() { Clear(); }
@@ -136,8 +136,10 @@ const AxMavFrame* AxMavParser::State::Scan(bool* isKnown)
 /// Whether `frame` is to be given out now.
 bool AxMavParser::State::Accept(const AxMavCandidate& candidate, bool* isKnown)
 {
-    if (!trust.Accept(candidate)) {
+    const AxMavTrusted trusted = trust->Judge(candidate);
+    if (trusted != AxMavTrusted::Yes) {
         ++counts.refusedSignatures;
+        counts.oldSignatures += trusted == AxMavTrusted::TooOld ? 1 : 0;
         return false;
     }
     const int lost = LostBefore(candidate);
@@ -226,12 +228,22 @@ const AxMavFrame* AxMavParser::Next(bool* isKnown)
 
 bool AxMavParser::SetKey(const QByteArray& key, quint64 newestSignTime)
 {
-    return m_state->trust.SetKey(key, newestSignTime);
+    return m_state->trust->SetKey(key, newestSignTime);
+}
+
+void AxMavParser::ShareKey(AxMavParser& other)
+{
+    m_state->trust = other.m_state->trust;
 }
 
 quint64 AxMavParser::NewestSignTime() const
 {
-    return m_state->trust.NewestTime();
+    return m_state->trust->NewestTime();
+}
+
+quint64 AxMavParser::OldSignTime() const
+{
+    return m_state->trust->OldTime();
 }
 
 const AxMavCounts& AxMavParser::Counts() const

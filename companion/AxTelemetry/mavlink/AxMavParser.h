@@ -18,6 +18,7 @@ struct AxMavCounts
     quint64 garbageBytes = 0;      ///< in no frame
     quint64 lost = 0;              ///< frames, by gaps in the numbers of each system and component
     quint64 refusedSignatures = 0; ///< whole frames that the key, or the want of one, has kept out
+    quint64 oldSignatures = 0;     ///< of these, the ones that a new sender has signed too far behind
 };
 
 /**
@@ -84,8 +85,14 @@ public:
     /// that were recorded before.
     bool SetKey(const QByteArray& key, quint64 newestSignTime = 0);
 
+    /// From now on has the key and the times of signatures in common with another one: for the peers of one
+    /// link, whose bytes do not mix. Either may go away first.
+    void ShareKey(AxMavParser& other);
+
     /// The newest time of an accepted signature, 10 microseconds since 2015-01-01 UTC; 0 before the first.
     quint64 NewestSignTime() const;
+    /// The time of the latest that is counted as an old one, likewise.
+    quint64 OldSignTime() const;
 
     /// Since the parser was made or reset.
     const AxMavCounts& Counts() const;

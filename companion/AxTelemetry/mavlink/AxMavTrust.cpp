@@ -17,23 +17,27 @@ bool AxMavTrust::SetKey(const QByteArray& key, quint64 newestTime)
     return true;
 }
 
-bool AxMavTrust::Accept(const AxMavCandidate& candidate)
+AxMavTrusted AxMavTrust::Judge(const AxMavCandidate& candidate)
 {
     constexpr quint64 kMostBehind = 6000000; // 60 s
 
     if (candidate.isSigned == m_key.isEmpty())
-        return false;
+        return AxMavTrusted::No;
     if (!candidate.isSigned)
-        return true;
+        return AxMavTrusted::Yes;
     const auto tag = AxMavTag(m_key, candidate.bytes, candidate.size - axMavTagSize);
     if (!std::equal(tag.begin(), tag.end(), candidate.Tag()))
-        return false;
+        return AxMavTrusted::No;
     const quint64 time = candidate.SignTime();
     const quint32 stream = quint32(candidate.SenderKey()) << 8 | candidate.LinkId();
     const auto known = m_times.find(stream);
-    if (known != m_times.end() ? time <= known->second : time + kMostBehind < m_newest)
-        return false;
+    if (known != m_times.end() && time <= known->second)
+        return AxMavTrusted::No;
+    if (known == m_times.end() && time + kMostBehind < m_newest) {
+        m_old = time;
+        return AxMavTrusted::TooOld;
+    }
     m_times[stream] = time;
     m_newest = std::max(m_newest, time);
-    return true;
+    return AxMavTrusted::Yes;
 }
