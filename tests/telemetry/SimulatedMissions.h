@@ -6,6 +6,8 @@
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/exchange/AxMission.h>
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -70,5 +72,25 @@ inline AxSimulatedAircraft Aircraft(EPlaneType type, const AxSimulatedWind& wind
     aircraft.wind = wind;
     aircraft.home = from;
     return aircraft;
+}
+
+/// Places within so many degrees, heights within what floats keep.
+inline void ExpectSame(const AxMission& got, const AxMission& sent, double tolerance = 1e-7)
+{
+    ASSERT_EQ(got.items.size(), sent.items.size());
+    for (std::size_t i = 0; i < sent.items.size(); ++i) {
+        const AxMissionItem& a = got.items[i];
+        const AxMissionItem& b = sent.items[i];
+        EXPECT_EQ(a.command, b.command) << i;
+        EXPECT_EQ(a.frame, b.frame) << i;
+        for (std::size_t p = 0; p < 4; ++p)
+            EXPECT_TRUE(a.params[p] == b.params[p] || (std::isnan(a.params[p]) && std::isnan(b.params[p])))
+                << i << ' ' << p;
+        EXPECT_NEAR(a.altitude, b.altitude, 1e-4) << i;
+        if (std::isnan(b.latitude))
+            continue;
+        EXPECT_NEAR(a.latitude, b.latitude, tolerance) << i;
+        EXPECT_NEAR(a.longitude, b.longitude, tolerance) << i;
+    }
 }
 } // namespace simulated

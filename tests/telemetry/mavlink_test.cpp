@@ -454,36 +454,3 @@ TEST(Mavlink, HandlersMayFeedAndReset)
     EXPECT_EQ(parser.Counts().frames, 0u);
     EXPECT_EQ(Sequences(parser, frames[3]), std::vector<int>{3});
 }
-
-TEST(Mavlink, TablesWithFaultsAreRefused)
-{
-    const QByteArray good = R"([{"name":"MISSION_ITEM_REACHED","id":46,"extraCrc":11,)"
-                            R"("fields":[{"name":"seq","type":"uint16_t"}]}])";
-    QString fault;
-    EXPECT_EQ(axmavlink::ReadMessages(good, fault).size(), 1u) << qPrintable(fault);
-    const QByteArray message = good.mid(1, good.size() - 2);
-    const struct
-    {
-        QByteArray from, to;
-        const char* fault;
-    } rows[] = {
-        {good, "[", "unterminated"},
-        {good, "{}", "no array"},
-        {"11", "12", "extra CRC is 11"},
-        {"46", "16777216", "id"},
-        {"MISSION", "mission", "name"},
-        {"\"seq\"", "\"Seq\"", "name of a field"},
-        {"uint16_t", "uint15_t", "type"},
-        {"\"uint16_t\"", "\"uint16_t\",\"length\":0", "length"},
-        {"\"uint16_t\"", "\"uint16_t\",\"length\":128", "256 bytes"},
-        {"\"uint16_t\"", "\"uint16_t\",\"extension\":true", "bytes"},
-        {"[{\"name\":\"seq\"", R"([{"name":"a","type":"char"},{"name":"a")", "twice"},
-        {message, message + ',' + message, "twice"},
-    };
-    for (const auto& row : rows) {
-        QByteArray table = good;
-        table.replace(row.from, row.to);
-        EXPECT_TRUE(axmavlink::ReadMessages(table, fault).empty()) << row.to.constData();
-        EXPECT_TRUE(fault.contains(QLatin1String(row.fault))) << qPrintable(fault);
-    }
-}

@@ -61,22 +61,6 @@ AxMission Survey()
          Doing(AxMissionItem::TriggerDistance, {0.0, 0.0, 1.0, 0.0}),
          Doing(AxMissionItem::Jump, {2.0, 1.0, 0.0, 0.0}), Waypoint(Beside(home, 200.0, 0.0), 70.0)});
 }
-
-void ExpectSame(const AxMission& a, const AxMission& b)
-{
-    ASSERT_EQ(a.items.size(), b.items.size());
-    for (std::size_t i = 0; i < a.items.size(); ++i) {
-        EXPECT_EQ(a.items[i].command, b.items[i].command) << i;
-        EXPECT_EQ(a.items[i].frame, b.items[i].frame) << i;
-        for (int p = 0; p < 4; ++p)
-            EXPECT_TRUE(a.items[i].params[p] == b.items[i].params[p] ||
-                        (std::isnan(a.items[i].params[p]) && std::isnan(b.items[i].params[p])))
-                << i << ' ' << p;
-        EXPECT_NEAR(a.items[i].latitude, b.items[i].latitude, 1e-7) << i;
-        EXPECT_NEAR(a.items[i].longitude, b.items[i].longitude, 1e-7) << i;
-        EXPECT_NEAR(a.items[i].altitude, b.items[i].altitude, 1e-4) << i;
-    }
-}
 } // namespace
 
 TEST(SimulatorLink, AMissionIsUploadedFlownAtAHundredTimesAndSeen)

@@ -7,7 +7,6 @@
 #include <AxTelemetry/record/AxTlogReader.h>
 
 #include <QDir>
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -42,15 +41,6 @@ QByteArray PlaceOf(quint8 systemId, double latitude)
     position.lat = static_cast<qint32>(latitude * 1e7);
     position.lon = 80000000;
     return AxMavWriter(systemId, 1).Write(position);
-}
-
-QByteArray Noise(int size)
-{
-    QByteArray noise(size, Qt::Uninitialized);
-    QRandomGenerator random(5);
-    for (char& byte : noise)
-        byte = static_cast<char>(random.bounded(256));
-    return noise;
 }
 
 /// Of a message that is in no table here.
@@ -338,22 +328,6 @@ TEST(Station, AsksAgainForWhatDoesNotCome)
         EXPECT_EQ(asked[AxMavAttitude::id], 2) << "the link was lost";
         EXPECT_EQ(asked[AxMavVfrHud::id], 2);
     }
-}
-
-TEST(Station, FindsFramesInAMillionBytesOfNoise)
-{
-    MemoryStation flight;
-    flight.Open();
-    const QByteArray noise = Noise(1000000);
-    for (int i = 0; i < noise.size(); i += 1000) {
-        emit flight.link->signalBytes(noise.mid(i, 1000));
-        if (i % 100000 == 0)
-            emit flight.link->signalBytes(PlaceOf(1, 40.0 + i * 1e-5));
-    }
-    ASSERT_EQ(flight.station.Aircraft().size(), 1) << "noise is no aircraft";
-    EXPECT_NEAR(*flight.Aircraft().State().latitude, 49.0, 1e-6);
-    EXPECT_EQ(flight.Aircraft().State().framesHeard, 11u);
-    EXPECT_GT(flight.station.Counts().garbageBytes, 990000u);
 }
 
 TEST(Station, TakesSignedFramesByTheKeyOnly)

@@ -1,6 +1,7 @@
 // Missions go to an aircraft and come back. The aircraft is a peer in the same process that follows the
 // mission protocol, or does not.
 #include "MemoryLink.h"
+#include "SimulatedMissions.h"
 
 #include <AxTelemetry/AxMissionTransfer.h>
 
@@ -111,6 +112,8 @@ private:
             item.frame = floatItem.frame;
             item.param1 = floatItem.param1;
             item.param2 = floatItem.param2;
+            item.param3 = floatItem.param3;
+            item.param4 = floatItem.param4;
             item.x = static_cast<qint32>(std::lround(floatItem.x * 1e7));
             item.y = static_cast<qint32>(std::lround(floatItem.y * 1e7));
             item.z = floatItem.z;
@@ -151,23 +154,6 @@ private:
     int expected = 0;
     QRandomGenerator random{7};
 };
-
-void ExpectSame(const AxMission& got, const AxMission& sent, double tolerance)
-{
-    ASSERT_EQ(got.items.size(), sent.items.size());
-    for (std::size_t i = 0; i < sent.items.size(); ++i) {
-        const AxMissionItem& a = got.items[i];
-        const AxMissionItem& b = sent.items[i];
-        EXPECT_EQ(a.command, b.command) << i;
-        EXPECT_EQ(a.frame, b.frame) << i;
-        EXPECT_EQ(a.params[0], b.params[0]) << i;
-        EXPECT_EQ(a.altitude, b.altitude) << i;
-        if (std::isnan(b.latitude))
-            continue;
-        EXPECT_NEAR(a.latitude, b.latitude, tolerance) << i;
-        EXPECT_NEAR(a.longitude, b.longitude, tolerance) << i;
-    }
-}
 } // namespace
 
 TEST(MissionTransfer, BringsBackWhatItTook)
@@ -201,7 +187,7 @@ TEST(MissionTransfer, BringsBackWhatItTook)
         const bool hasHome = row.autopilot == 3;
         EXPECT_EQ(peer.items.back().param1, hasHome ? 3.0f : 2.0f) << "the item to jump to";
         EXPECT_EQ(peer.Run(transfer, [&] { EXPECT_TRUE(transfer.Download()); }), QString());
-        ExpectSame(transfer.Mission(), sent, row.tolerance);
+        simulated::ExpectSame(transfer.Mission(), sent, row.tolerance);
         EXPECT_EQ(transfer.Mission().home.IsOpen(), !hasHome);
         EXPECT_EQ(done, 2 * static_cast<int>(row.carried));
     }
