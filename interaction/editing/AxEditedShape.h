@@ -12,6 +12,18 @@
 class AxViewerParts;
 class CAxHandleAdapter;
 
+/// A handle of a map object that is none of a vertex.
+struct AxFurtherHandle
+{
+    enum class Does
+    {
+        Resizes,
+        Turns,
+    };
+    osg::Vec3d place; ///< degrees, degrees, metres
+    Does does = Does::Resizes;
+};
+
 /// A map object as its handles and its undo steps deal with it. CAxHandleAdapter says more. GUI thread.
 class AXEARTHVIEWER_EXPORT AxEditedShape
 {
@@ -23,6 +35,9 @@ public:
     virtual std::vector<osg::Vec3d>& GetAnchor() = 0;
     /// What the vertices make; the same for all objects of a kind.
     virtual AxShapeKind ShapeKind() const = 0;
+    /// The handles beside those of its vertices, where they stand now. A drag of one is a drag of a vertex
+    /// to it, whose index goes on behind the last vertex; what becomes of it is the object's business.
+    virtual std::vector<AxFurtherHandle> FurtherHandles() { return {}; }
     /// What is going on with it. A locked object is neither moved nor edited.
     virtual EHandleOperation GetHandleOperation() const = 0;
     virtual bool IsLock() const = 0;

@@ -24,6 +24,8 @@ constexpr int coarsestLod = 0;
 // Of the handle of an edge beside that of a vertex.
 constexpr float edgeHandleSize = 0.7f;
 constexpr float edgeHandleOpacity = 0.6f;
+// Of the handle that turns an object: a light blue.
+const osg::Vec4f turnColor(0.3f, 0.8f, 1.0f, 1.0f);
 
 osg::ref_ptr<const osgEarth::SpatialReference> GeographicOf(const osgEarth::MapNode* mapNode)
 {
@@ -78,7 +80,11 @@ void CAxHandleAdapterEditor::_initEditor()
     edges->outdated = true;
     if (!shape)
         return;
-    const std::vector<osg::Vec3d> anchors = shape->GetAnchor();
+    std::vector<osg::Vec3d> anchors = shape->GetAnchor();
+    vertices = anchors.size();
+    further = shape->FurtherHandles();
+    for (const AxFurtherHandle& handle : further)
+        anchors.push_back(handle.place);
     if (grip && grip->handle.vertex >= static_cast<int>(anchors.size()))
         endDrag();
     removeDraggersFrom(anchors.size());
@@ -89,6 +95,11 @@ void CAxHandleAdapterEditor::_initEditor()
         if (i == draggers.size())
             addDragger();
         CAxDragger& dragger = *draggers[i];
+        // What was a vertex' handle may be a further one by now.
+        if (dragger.GetDragType() != typeOf(i) || i >= vertices) {
+            dragger.SetDragType(typeOf(i));
+            paint(dragger);
+        }
         const osg::Vec3d before = dragger.GetPlace();
         if (dragger.getPosition().isValid() && before == anchors[i])
             continue;
@@ -106,7 +117,7 @@ void CAxHandleAdapterEditor::addDragger()
     osg::ref_ptr<osgEarth::MapNode> map;
     mapNode.lock(map);
     const int vertex = static_cast<int>(draggers.size());
-    auto* dragger = new CAxDragger(map, dragType);
+    auto* dragger = new CAxDragger(map, typeOf(draggers.size()));
     addChild(dragger);
     draggers.push_back(dragger);
     dragger->SetIndex(vertex);
@@ -151,9 +162,20 @@ void CAxHandleAdapterEditor::removeDraggersFrom(std::size_t first)
 void CAxHandleAdapterEditor::paint(CAxDragger& dragger)
 {
     const auto own = colorDraggers.find(dragger.GetIndex());
-    dragger.setColor(own == colorDraggers.end() ? color : own->second);
+    const std::size_t handle = static_cast<std::size_t>(dragger.GetIndex());
+    const bool turns = handle >= vertices && handle - vertices < further.size() &&
+                       further[handle - vertices].does == AxFurtherHandle::Does::Turns;
+    dragger.setColor(own != colorDraggers.end() ? own->second : turns ? turnColor : color);
     dragger.setPickColor(pickColor);
     dragger.SetSize(size);
+}
+
+// What changes an object's size is a box.
+CAxDragger::DragType CAxHandleAdapterEditor::typeOf(std::size_t handle) const
+{
+    const bool resizes = handle >= vertices && handle - vertices < further.size() &&
+                         further[handle - vertices].does == AxFurtherHandle::Does::Resizes;
+    return dragType == CAxDragger::DragSphere && resizes ? CAxDragger::DragBox : dragType;
 }
 
 void CAxHandleAdapterEditor::SetPickColor(const osg::Vec4f& value)
@@ -180,8 +202,8 @@ void CAxHandleAdapterEditor::SetSize(float value)
 void CAxHandleAdapterEditor::SetDragType(CAxDragger::DragType type)
 {
     dragType = type;
-    for (CAxDragger* dragger : draggers)
-        dragger->SetDragType(type);
+    for (std::size_t i = 0; i < draggers.size(); ++i)
+        draggers[i]->SetDragType(typeOf(i));
 }
 
 void CAxHandleAdapterEditor::SetDraggerColor(int vertex, osg::Vec4f own)

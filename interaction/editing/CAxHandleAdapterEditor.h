@@ -28,9 +28,9 @@ class MapNode;
 }
 
 /**
- * The vertex handles of one map object. It gives each vertex a dragger, leads
- * the one that the mouse holds over the ground or over models, writes its
- * places into the object's vertices, and keeps the others on the terrain.
+ * The vertex handles of one map object, and the further ones that its kind has. It gives each a dragger,
+ * leads the one that the mouse holds over the ground or over models, writes its places into the object's
+ * vertices, and keeps the others on the terrain.
  *
  * Of all handles within 8 pixels of the mouse only the nearest is taken. A push
  * and the drags on a handle are marked as handled, so that they reach no one
@@ -69,7 +69,7 @@ public:
     /// the mouse's way until its release leads nowhere.
     bool CancelDrag();
 
-    /// In the order of the vertices. They stay the editor's.
+    /// In the order of the vertices, and behind them the object's further handles. They stay the editor's.
     const std::vector<CAxDragger*>& GetDraggerList() const { return draggers; }
     /// The handle that the mouse is on: its longitude, latitude and altitude,
     /// and in `index` its vertex. Zeros, with `index` as it was, when there is none.
@@ -128,6 +128,7 @@ private:
     void addDragger();
     void removeDraggersFrom(std::size_t first);
     void paint(CAxDragger& dragger);
+    CAxDragger::DragType typeOf(std::size_t handle) const;
     void setUserValueOnAll(const char* name, bool value);
     void takeHeight(double lng, double lat, double alt, int vertex);
     bool isClosed() const;
@@ -165,6 +166,8 @@ private:
     float size = 5.0f;
     const int index;
     std::vector<CAxDragger*> draggers; // owned as children
+    std::size_t vertices = 0;          // of them, the further handles follow
+    std::vector<AxFurtherHandle> further;
     std::vector<osg::ref_ptr<CAxClampObjectCallback>> clamps;
     bool dragging = false;
     std::map<int, osg::Vec4f> colorDraggers;

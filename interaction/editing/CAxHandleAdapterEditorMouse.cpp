@@ -346,8 +346,10 @@ void CAxHandleAdapterEditor::gatherSnapTargets()
     if (!viewer || !viewer->Objects().Aids().snap)
         return;
     const std::vector<osg::Vec3d>& own = shape->GetAnchor();
+    const bool isVertex = grip->handle.vertex < static_cast<int>(own.size());
     const auto parts =
-        AxEditRules::SnapPartsFor(grip->handle.vertex, static_cast<int>(own.size()), isClosed());
+        isVertex ? AxEditRules::SnapPartsFor(grip->handle.vertex, static_cast<int>(own.size()), isClosed())
+                 : AxEditRules::OwnParts();
     for (const int vertex : parts.vertices)
         snapTargets->AddVertex(own[std::size_t(vertex)]);
     for (const auto& [from, to] : parts.edges)
