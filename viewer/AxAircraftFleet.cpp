@@ -19,17 +19,28 @@ constexpr double farthestFollowing = 2000.0;
 constexpr double followPitch = -45.0;
 constexpr double chaseRange = 120.0;
 constexpr double chasePitch = -15.0;
-// Of the view from home: how much farther than the aircraft, and how near and far at most.
-constexpr double homeMargin = 1.6;
+// Of the view from home: how near and far the eye is, its pitch, and by how much home may lie below the
+// aircraft in the picture, whose half is 15 degrees.
 constexpr double nearestHome = 150.0;
-constexpr double farthestHome = 50000.0;
-constexpr double homePitch = -25.0;
+constexpr double farthestHome = 100000.0;
+constexpr double homePitch = -15.0;
+constexpr double homeOffMiddle = 11.0;
 
 double Heading(const CAxVector3D& from, const CAxVector3D& to)
 {
     const double east = AxLongitudes::Normalized(to.x() - from.x()) *
                         std::cos(osg::DegreesToRadians(0.5 * (from.y() + to.y())));
     return osg::RadiansToDegrees(std::atan2(east, to.y() - from.y()));
+}
+
+/// From where home is so far below the aircraft in the picture, by the law of sines.
+double HomeRange(double flat, double up)
+{
+    const double off = osg::DegreesToRadians(homeOffMiddle);
+    // At the aircraft, between the ways to the eye and to home.
+    const double corner = std::abs(std::atan2(up, flat) - osg::DegreesToRadians(homePitch));
+    const double range = std::hypot(flat, up) * std::sin(off + corner) / std::sin(off);
+    return std::clamp(range, nearestHome, farthestHome);
 }
 } // namespace
 
@@ -230,11 +241,12 @@ void AxAircraftFleet::LookFromHome(const CAxVector3D& home)
         std::max(home.z(), AxLoadedHeight(*scene.mapNode, home.x(), home.y()).value_or(home.z()));
     osgEarth::Viewpoint viewpoint("", home.x(), home.y(), height, 0.0, homePitch, nearestHome);
     if (focus && focus->HasPosition()) {
-        const CAxVector3D place = focus->GetPosition();
-        const double away = std::hypot(DistanceBetweenTwoLatLng(home, place), place.z() - home.z());
-        viewpoint.setRange(std::clamp(homeMargin * away, nearestHome, farthestHome));
-        if (away > 1.0)
-            viewpoint.setHeading(Heading(home, place));
+        // High above, an aircraft is not in a picture that has home in its middle.
+        const CAxVector3D place = focus->GetDrawnPosition();
+        const double flat = DistanceBetweenTwoLatLng(home, place);
+        const double heading = flat > 1.0 ? Heading(home, place) : 0.0;
+        viewpoint = osgEarth::Viewpoint("", place.x(), place.y(), place.z(), heading, homePitch,
+                                        HomeRange(flat, place.z() - height));
     }
     scene.manipulator->setViewpoint(viewpoint, flightSeconds);
 }

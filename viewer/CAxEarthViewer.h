@@ -145,8 +145,8 @@ public:
     void SetAircraftView();
     void SetAircraftView(EAircraftView view);
     EAircraftView GetAircraftView() const;
-    /// Looks from behind home at the aircraft in focus, both in view as far as that goes; at home alone
-    /// without one. Lets go of an aircraft that was followed.
+    /// Looks from above and behind home at the aircraft in focus, which is in the middle, with home below it
+    /// in the picture up to 100 km away; at home alone without one. Lets go of an aircraft that was followed.
     void SetHomeView(const CAxVector3D& home);
     /// Shows or hides the photo points of all aircraft; hidden from the start, as the bar's button has it.
     void SetDisplayShootPoint(bool display);
