@@ -38,6 +38,7 @@ std::shared_ptr<AxFlightRecord> longFlight()
         photo.time = time;
         photo.longitude = sample.longitude;
         photo.latitude = sample.latitude;
+        photo.altitude = sample.altitude;
         flight->AddPhoto(photo);
         AxFlightState state;
         state.time = time;
@@ -67,7 +68,13 @@ void ReplayScrub(benchmark::State& state)
     for (const AxFlightSample& sample : source.Flight().Samples())
         points.emplace_back(sample.longitude, sample.latitude, sample.altitude);
     aircraft->CreateReplayFlightLine(points);
+    std::vector<AxReplayPhoto> photos;
+    for (const AxPhotoRecord& photo : source.Flight().Photos())
+        photos.push_back({photo.index, {photo.longitude, photo.latitude, photo.altitude}});
+    aircraft->SetReplayPhotos(photos);
+    bench::globe().SetDisplayShootPoint(true);
     QObject::connect(&source, &AxReplaySource::signalIndex, aircraft, &CAxUavNode::SetPathIndexMask);
+    QObject::connect(&source, &AxReplaySource::signalPhotosTo, aircraft, &CAxUavNode::ShowReplayPhotosTo);
     std::mt19937 random(7);
     std::uniform_int_distribution<int> anywhere(0, kFlightPoints - 1);
     double told = 0.0;
@@ -85,7 +92,9 @@ void ReplayScrub(benchmark::State& state)
     state.counters["source_ms"] = told / double(state.iterations());
     state.counters["over_empty_ms"] = wholes / double(state.iterations()) - empty;
     state.counters["slowest_ms"] = slowest;
+    state.counters["photos"] = double(photos.size());
     state.counters["empty_ms"] = empty;
+    bench::globe().SetDisplayShootPoint(false);
     bench::globe().ClearUavMarker();
 }
 BENCHMARK(ReplayScrub)->Name("Replay/scrub")->UseManualTime()->Unit(benchmark::kMillisecond);

@@ -11,8 +11,6 @@
 
 #include <osgEarth/MapNode>
 
-#include <QLocale>
-
 #include <algorithm>
 #include <cmath>
 
@@ -53,8 +51,8 @@ AircraftOnMap::AircraftOnMap(CAxEarthViewer* earthViewer, AxReplaySource* from)
 {
     replay = from;
     connect(from, &AxReplaySource::signalPhotosTo, this, [this](int count) {
-        if (replay)
-            drawPhotosTo(*replay, count);
+        if (node)
+            node->ShowReplayPhotosTo(count);
     });
     connect(from, &AxReplaySource::signalIndex, this, [this](int index) {
         // Up to and with the sample that is passed.
@@ -101,23 +99,13 @@ void AircraftOnMap::drawFlight(const AxReplaySource& from)
         line.push_back(PlaceOnMap(*viewer, sample.longitude, sample.latitude, sample.altitude));
     node->CreateReplayFlightLine(line);
     node->SetPathIndexMask(from.Index() + 1);
-}
-
-void AircraftOnMap::drawPhotosTo(const AxReplaySource& from, int count)
-{
-    if (!node || !viewer)
-        return;
     const std::vector<AxPhotoRecord>& taken = from.Flight().Photos();
-    QStringList points;
-    for (int i = 0; i < count && i < static_cast<int>(taken.size()); ++i) {
-        const AxPhotoRecord& photo = taken[static_cast<std::size_t>(i)];
-        const CAxVector3D place = PlaceOnMap(*viewer, photo.longitude, photo.latitude, photo.altitude);
-        QStringList fields{QString::number(photo.index)};
-        for (const double number : {place.x(), place.y(), place.z()})
-            fields += QString::number(number, 'g', QLocale::FloatingPointShortest);
-        points += fields.join(QLatin1Char(','));
-    }
-    node->CreateReplayPicPoint(points);
+    std::vector<AxReplayPhoto> shown;
+    shown.reserve(taken.size());
+    for (const AxPhotoRecord& photo : taken)
+        shown.push_back({photo.index, PlaceOnMap(*viewer, photo.longitude, photo.latitude, photo.altitude)});
+    node->SetReplayPhotos(shown);
+    node->ShowReplayPhotosTo(static_cast<int>(AxCountTo(taken, from.Time())));
 }
 
 void AircraftOnMap::take()

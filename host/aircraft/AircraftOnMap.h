@@ -42,7 +42,6 @@ public:
 private:
     void draw();
     void drawFlight(const AxReplaySource& replay);
-    void drawPhotosTo(const AxReplaySource& replay, int count);
     void take();
 
     QPointer<CAxEarthViewer> viewer;

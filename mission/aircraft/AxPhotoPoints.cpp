@@ -7,6 +7,7 @@
 #include <osg/Point>
 #include <osg/Viewport>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -65,8 +66,18 @@ void AxPhotoGeometry::drawImplementation(osg::RenderInfo& info) const
 
 void CAxPicPointCallback::Add(int index)
 {
+    const bool areAllShown = shown == indices.size();
     indices.push_back(index);
-    isBuilt = false;
+    if (areAllShown)
+        ShowFirst(indices.size());
+}
+
+void CAxPicPointCallback::ShowFirst(std::size_t count)
+{
+    count = std::min(count, indices.size());
+    if (count != shown)
+        isBuilt = false;
+    shown = count;
 }
 
 void CAxPicPointCallback::SetVisible(bool visible)
@@ -82,8 +93,8 @@ void CAxPicPointCallback::operator()(osg::Node* node, osg::NodeVisitor* visitor)
     if (geometry && !isBuilt) {
         isBuilt = true;
         geometry->removePrimitiveSet(0, geometry->getNumPrimitiveSets());
-        if (isVisible)
-            geometry->addPrimitiveSet(new osg::DrawArrays(GL_POINTS, 0, static_cast<int>(indices.size())));
+        if (isVisible && shown > 0)
+            geometry->addPrimitiveSet(new osg::DrawArrays(GL_POINTS, 0, static_cast<int>(shown)));
     }
     traverse(node, visitor);
 }
@@ -139,7 +150,23 @@ void AxPhotoPoints::ShowAll()
         return;
     geometry->removePrimitiveSet(0, geometry->getNumPrimitiveSets());
     callback->SetVisible(true);
+    callback->ShowFirst(places.size());
     callback->Rebuild();
+}
+
+void AxPhotoPoints::ShowFirst(std::size_t count)
+{
+    if (callback)
+        callback->ShowFirst(count);
+    if (hovered && *hovered >= count)
+        Hover(std::nullopt, QString());
+}
+
+void AxPhotoPoints::ShowThrough(int index)
+{
+    for (std::size_t i = callback ? callback->Shown() : places.size(); i < places.size(); ++i)
+        if (callback->Index(i) == index)
+            return ShowFirst(i + 1);
 }
 
 void AxPhotoPoints::SetVisible(bool visible)
@@ -165,7 +192,7 @@ void AxPhotoPoints::Remove()
 
 std::optional<std::size_t> AxPhotoPoints::Near(const osg::Vec3d& world, const osg::Camera& camera) const
 {
-    if (!isVisible || places.empty() || !camera.getViewport())
+    if (!isVisible || Count() == 0 || !camera.getViewport())
         return std::nullopt;
     const osg::Matrixd toWindow =
         camera.getViewMatrix() * camera.getProjectionMatrix() * camera.getViewport()->computeWindowMatrix();
@@ -173,7 +200,7 @@ std::optional<std::size_t> AxPhotoPoints::Near(const osg::Vec3d& world, const os
     const osg::Vec3d pointer = world * toWindow;
     std::optional<std::size_t> nearest;
     double least = hoverPixels;
-    for (std::size_t i = 0; i < places.size(); ++i) {
+    for (std::size_t i = 0; i < callback->Shown(); ++i) {
         // Neither behind the eye nor, far away, behind the globe.
         const osg::Vec3d sight = places[i] - eye;
         if (sight * (world - eye) <= 0.0 || (sight.length() > farAway && sight * places[i] > 0.0))
@@ -190,7 +217,8 @@ std::optional<std::size_t> AxPhotoPoints::Near(const osg::Vec3d& world, const os
 
 void AxPhotoPoints::Hover(std::optional<std::size_t> point, const QString& text)
 {
-    if (!point || *point >= places.size()) {
+    hovered = point && *point < places.size() ? point : std::nullopt;
+    if (!hovered) {
         label->setNodeMask(0);
         return;
     }

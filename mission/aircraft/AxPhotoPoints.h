@@ -34,12 +34,17 @@ private:
     osg::ref_ptr<osg::Vec4bArray> rest;
 };
 
-/// Which photo points are shown. It keeps the index of each as the camera counts, and makes the primitives of
-/// their geometry anew, with the update traversal, when there are other ones to be shown.
+/// Which photo points are shown: the first so many, or none. It keeps the index of each as the camera counts,
+/// and makes the primitives of their geometry anew, with the update traversal, when there are other ones to
+/// be shown.
 class AXEARTHVIEWER_EXPORT CAxPicPointCallback : public osg::NodeCallback
 {
 public:
+    /// It is shown if all before it are.
     void Add(int index);
+    void ShowFirst(std::size_t count);
+    /// Of the points that are shown.
+    std::size_t Shown() const { return shown; }
     void SetVisible(bool visible);
     bool IsVisible() const { return isVisible; }
     /// Has the primitives built anew, over all points.
@@ -51,6 +56,7 @@ public:
 
 private:
     std::vector<int> indices;
+    std::size_t shown = 0;
     bool isVisible = true;
     bool isBuilt = false;
 };
@@ -65,10 +71,16 @@ public:
     bool Add(int index, const osg::Vec3d& world, const std::string& name);
     /// All points are shown that there are.
     void ShowAll();
+    /// The first so many are shown, the others kept.
+    void ShowFirst(std::size_t count);
+    /// Of those that are not shown, up to the next one with that number as the camera counts; none without
+    /// it.
+    void ShowThrough(int index);
     void SetVisible(bool visible);
     /// Takes them out of the scene; the next one begins anew.
     void Remove();
-    int Count() const { return static_cast<int>(places.size()); }
+    /// Of the points that are shown.
+    int Count() const { return callback ? static_cast<int>(callback->Shown()) : 0; }
 
     /// The shown point next to a geocentric place on the screen of a camera, if it is within a few pixels.
     std::optional<std::size_t> Near(const osg::Vec3d& world, const osg::Camera& camera) const;
@@ -86,6 +98,7 @@ private:
     osg::ref_ptr<AxPhotoGeometry> geometry;
     osg::ref_ptr<CAxPicPointCallback> callback;
     std::vector<osg::Vec3d> places; // geocentric
+    std::optional<std::size_t> hovered;
     bool isVisible = true;
     const osg::ref_ptr<osg::AutoTransform> label;
     const osg::ref_ptr<osgText::Text> letters;

@@ -20,6 +20,14 @@ namespace osgEarth {
 class MapNode;
 }
 
+/// A photo of a flight of the past: its number as the camera counts, and where it was taken, as the places of
+/// CAxUavNode are.
+struct AxReplayPhoto
+{
+    int index = 0;
+    CAxVector3D place;
+};
+
 /**
  * One aircraft on the globe: its model, the panel with its place, the trail that it leaves, the points where
  * it took photos, the line of a flight that is replayed, and what its video camera sees of the ground.
@@ -97,6 +105,11 @@ public:
     /// Its photo points, in place of those before; each "index,longitude,latitude,altitude", in the C locale.
     /// An entry that is none is left out, and one line of the log says how many were.
     void CreateReplayPicPoint(const QStringList& points);
+    /// The same of a long flight whose place is moved to and fro: takes all of its photos at once, and shows
+    /// none. Then so many are shown as ShowReplayPhotosTo() says; a photo that is told shows the next one
+    /// with its number. RemovePicPoint() ends that.
+    void SetReplayPhotos(const std::vector<AxReplayPhoto>& photos);
+    void ShowReplayPhotosTo(int count);
     /// The line is drawn up to the point before this one.
     void SetPathIndexMask(int index);
     int GetPathIndexMask() const;
@@ -105,7 +118,7 @@ public:
     void RemovePicPoint();
     void VisibleAllPicPoint();
     void SetShootPointVisible(bool visible);
-    int GetPicPointCount() const;
+    int GetPicPointCount() const; ///< as far as the replay has come
     /// Trail and replayed line: empties them; takes them out of the scene.
     void ClearAllTrailLine();
     void RemoveAllTrailLine();

@@ -24,6 +24,7 @@
 #include <cmath>
 #include <optional>
 #include <string>
+#include <vector>
 
 // What the sources of CAxUavNode share.
 
@@ -101,6 +102,9 @@ struct CAxUavNode::State
 
     AxTrail trail;
     AxPhotoPoints photos;
+    // Of a replayed flight: how many points its first photos are, from none of them to all; empty without
+    // one.
+    std::vector<std::size_t> pointsOfPhotos;
     osg::ref_ptr<osgEarth::Annotation::FeatureNode> replay;
     osg::ref_ptr<CAxTrailLingCallBack> replayCallback;
     int pathIndex = 0;

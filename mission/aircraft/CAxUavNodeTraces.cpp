@@ -12,6 +12,8 @@
 
 #include <osgViewer/Viewer>
 
+#include <utility>
+
 namespace {
 // Sizes of the focal length in a picture: zoom 1 has 5 mm, a pixel 2.883 micrometres.
 constexpr double focalMillimetres = 5.0;
@@ -98,7 +100,11 @@ void CAxUavNode::addPhoto(int index, const CAxVector3D& at)
 
 void CAxUavNode::AddCurrPicPoint(int index, double longitude, double latitude)
 {
-    if (AxIsUavPlace(longitude, latitude, 0.0))
+    if (!AxIsUavPlace(longitude, latitude, 0.0))
+        return;
+    if (!d->pointsOfPhotos.empty())
+        d->photos.ShowThrough(index);
+    else
         addPhoto(index, CAxVector3D(longitude, latitude, d->position ? d->position->z() : 0.0));
 }
 
@@ -130,8 +136,31 @@ void CAxUavNode::CreateReplayPicPoint(const QStringList& points)
                                << "photo points are no \"index,longitude,latitude,altitude\"";
 }
 
+void CAxUavNode::SetReplayPhotos(const std::vector<AxReplayPhoto>& photos)
+{
+    RemovePicPoint();
+    std::vector<std::size_t> points = {0};
+    points.reserve(photos.size() + 1);
+    for (const AxReplayPhoto& photo : photos) {
+        if (AxIsUavPlace(photo.place.x(), photo.place.y(), photo.place.z()))
+            addPhoto(photo.index, photo.place);
+        points.push_back(static_cast<std::size_t>(d->photos.Count()));
+    }
+    d->pointsOfPhotos = std::move(points);
+    ShowReplayPhotosTo(0);
+}
+
+void CAxUavNode::ShowReplayPhotosTo(int count)
+{
+    if (d->pointsOfPhotos.empty())
+        return;
+    const int all = static_cast<int>(d->pointsOfPhotos.size()) - 1;
+    d->photos.ShowFirst(d->pointsOfPhotos[static_cast<std::size_t>(qBound(0, count, all))]);
+}
+
 void CAxUavNode::RemovePicPoint()
 {
+    d->pointsOfPhotos.clear();
     d->photos.Remove();
 }
 

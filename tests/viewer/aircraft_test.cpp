@@ -366,6 +366,31 @@ TEST_F(AircraftOnMap, TheCameraFollowsUntilThePilotPans)
     EXPECT_EQ(views.size(), 3);
 }
 
+TEST_F(AircraftOnMap, IsInTheMiddleOfTheViewFromHome)
+{
+    const CAxVector3D home(lng, lat, ground);
+    const auto inPicture = [](const osg::Vec3d& world) {
+        const osg::Camera& camera = *viewer->getOSGViewer()->getCamera();
+        return world * camera.getViewMatrix() * camera.getProjectionMatrix();
+    };
+    const struct
+    {
+        double east, up;
+    } rows[] = {{0.02, 300.0}, {0.002, 1500.0}, {0.0, 4000.0}, {-0.05, 100.0}};
+    aircraft->SetInterpolation(false);
+    for (const auto& row : rows) {
+        Fly(row.east, row.up);
+        PassFrames(2);
+        viewer->SetHomeView(home);
+        EXPECT_TRUE(waitFor([] { return !viewer->getManipulator()->isSettingViewpoint(); }));
+        PassFrames(2);
+        const osg::Vec3d middle = inPicture(ModelPlace(aircraft));
+        EXPECT_LT(std::hypot(middle.x(), middle.y()), 0.02) << row.east << ' ' << row.up;
+        const osg::Vec3d there = inPicture(AxGlobe::WorldOf({lng, lat, ground}));
+        EXPECT_LT(std::max(std::abs(there.x()), std::abs(there.y())), 1.0) << row.east << ' ' << row.up;
+    }
+}
+
 TEST_F(AircraftOnMap, AReplayIsDrawnUpToItsIndex)
 {
     Fly(0.0);
@@ -409,6 +434,16 @@ TEST_F(AircraftOnMap, AReplayIsDrawnUpToItsIndex)
     EXPECT_TRUE(waitFor([&] { return shown() == 0; }));
     aircraft->VisibleAllPicPoint();
     EXPECT_TRUE(waitFor([&] { return shown() == 1; }));
+    aircraft->SetReplayPhotos({{1, {lng, lat, ground}}, {2, {lng, 91.0, ground}}, {1, {lng, lat, ground}}});
+    const auto pointsAt = [this](int count) {
+        aircraft->ShowReplayPhotosTo(count);
+        return aircraft->GetPicPointCount();
+    };
+    EXPECT_EQ(pointsAt(3), 2) << "the second is no place";
+    EXPECT_EQ(pointsAt(2), 1);
+    emit telemetry->picture_Idx(1, lng, lat);
+    EXPECT_EQ(aircraft->GetPicPointCount(), 2) << "what the replay tells is in the scene already";
+    EXPECT_EQ(pointsAt(0), 0);
     aircraft->RemovePicPoint();
     EXPECT_FALSE(Of(aircraft, "-PicPoints"));
 }
