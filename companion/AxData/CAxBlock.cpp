@@ -36,6 +36,14 @@ void CAxBlock::SetAnchor(const QList<QPointF>& ring)
         m_manager->OnChanged(m_id);
 }
 
+void CAxBlock::SetVideoRadius(int metres)
+{
+    const bool changed = metres != m_videoRadius;
+    m_videoRadius = metres;
+    if (m_manager && changed)
+        m_manager->OnChanged(m_id);
+}
+
 QList<CAxTask*> CAxBlock::GetMissionList() const
 {
     QList<CAxTask*> list;

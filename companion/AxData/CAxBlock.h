@@ -55,6 +55,7 @@ public:
 
     /// The planning parameters; they live as long as the block.
     CAxTaskPara* GetTaskPara() { return &m_taskPara; }
+    const CAxTaskPara* GetTaskPara() const { return &m_taskPara; }
 
     /// The tasks in the order in which they were added; the block owns them.
     QList<CAxTask*> GetMissionList() const;
@@ -79,9 +80,9 @@ public:
     bool IsDownhillLanding() const { return m_downhillLanding; }
     void SetDownhillLanding(bool downhill) { m_downhillLanding = downhill; }
 
-    /// Radius of a video block in metres.
+    /// Radius of a video block in metres. Its change is told as that of a vertex is.
     int GetVideoRadius() const { return m_videoRadius; }
-    void SetVideoRadius(int metres) { m_videoRadius = metres; }
+    void SetVideoRadius(int metres);
 
     /// Mean altitude of the block's terrain in metres, 0 until set. The viewer works it out and sets it some
     /// moments after the vertices have changed, unless it has been set to another value by then.
