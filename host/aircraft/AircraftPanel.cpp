@@ -2,6 +2,7 @@
 #include "host/aircraft/AircraftOnMap.h"
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftText.h"
+#include "host/aircraft/CommandBar.h"
 #include "host/aircraft/ConnectForm.h"
 #include "host/aircraft/MessageList.h"
 #include "host/aircraft/MissionBox.h"
@@ -40,6 +41,7 @@ constexpr int showMs = 250;
 constexpr int listedRows = 3;
 // MAV_SEVERITY: what is worse is said aloud, too.
 constexpr int spokenSeverity = 4;
+constexpr int refusedSeverity = 3;
 
 QToolButton* TextButton(const QString& text, const QString& tip, const char* name)
 {
@@ -56,7 +58,7 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
       state(new QLabel), replay(new ReplayBar), tabs(new QTabWidget), form(new ConnectForm),
       connectButton(new QPushButton(tr("Connect"))), disconnectButton(new QPushButton(tr("Disconnect"))),
       removeButton(new QPushButton(tr("Remove"))), recorded(new QLabel), list(new QListWidget),
-      values(new QTreeWidget),
+      values(new QTreeWidget), commands(new CommandBar),
       follow(TextButton(tr("Follow"), tr("Keeps the aircraft in the middle"), "FollowButton")),
       chase(TextButton(tr("Chase"), tr("Looks ahead from behind the aircraft"), "ChaseButton")),
       home(TextButton(tr("From home"), tr("Looks at the aircraft from home"), "HomeButton")),
@@ -93,6 +95,8 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(mission, &MissionBox::DownloadWanted, this,
             [this] { mission->Download(session->LiveAircraft()); });
     connect(mission, &MissionBox::Downloaded, this, &AircraftPanel::OnDownloaded);
+    connect(commands, &CommandBar::Refused, this,
+            [this](const QString& who, const QString& text) { OnSaid(who, refusedSeverity, text, true); });
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
     connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);
     connect(tabs, &QTabWidget::currentChanged, this, [this] {
@@ -111,6 +115,7 @@ AircraftPanel::~AircraftPanel()
     // Its children hear of nothing that happens while they go.
     session->disconnect(this);
     mission->disconnect(this);
+    commands->disconnect(this);
     delete session;
 }
 
@@ -179,6 +184,7 @@ QWidget* AircraftPanel::BuildFlight()
     auto* column = new QVBoxLayout(page);
     column->addWidget(list);
     column->addWidget(values, 1);
+    column->addWidget(commands);
     column->addWidget(BuildViews());
     connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
         if (!isListing)
@@ -349,6 +355,7 @@ AircraftFacts AircraftPanel::Facts() const
     facts.hasMap = viewer && viewer->getMapNode();
     facts.hasRoute = route != nullptr;
     facts.isTransferring = mission->IsTransferring();
+    facts.isAwaited = commands->IsWaiting(session->LiveAircraft());
     session->AddTo(facts);
     return facts;
 }
@@ -392,6 +399,7 @@ void AircraftPanel::ShowValues()
     removeButton->setEnabled(can.remove);
     form->SetChangeable(can.settings);
     mission->SetEnabledBy(can);
+    commands->Show(session->LiveAircraft(), can);
     for (QToolButton* button : {follow, chase})
         button->setEnabled(can.views);
     home->setEnabled(can.homeView);

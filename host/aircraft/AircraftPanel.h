@@ -12,6 +12,7 @@
 
 class AircraftSession;
 class CAxEarthViewer;
+class CommandBar;
 class ConnectForm;
 class MessageList;
 class MissionBox;
@@ -93,6 +94,7 @@ private:
     QLabel* recorded;
     QListWidget* list;
     QTreeWidget* values;
+    CommandBar* commands;
     QToolButton* follow;
     QToolButton* chase;
     QToolButton* home;

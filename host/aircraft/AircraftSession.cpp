@@ -1,5 +1,6 @@
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftOnMap.h"
+#include "host/aircraft/AircraftText.h"
 #include "host/aircraft/MissionOfPlan.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "viewer/CAxEarthViewer.h"
@@ -321,6 +322,10 @@ void AircraftSession::AddTo(AircraftFacts& facts) const
         facts.isHeard = state.isHeard;
         facts.heardAgo = state.HeardAgo(Now());
         facts.photos = static_cast<int>(focus->Photos().size());
+        facts.isArmed = state.isArmed;
+        facts.isInTheAir = IsInTheAir(state);
+        const AxMavlinkAircraft* live = LiveAircraft();
+        facts.canPause = live && live->CanPause() && !IsSimulated(); // the simulator does not know how
     }
 }
 

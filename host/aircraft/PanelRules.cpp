@@ -14,6 +14,14 @@ AircraftEnabled EnabledBy(const AircraftFacts& facts)
     can.upload = isLive && facts.isHeard && facts.hasRoute && !facts.isTransferring;
     can.download = isLive && facts.isHeard && !facts.isTransferring;
     can.cancel = facts.isTransferring;
+    // To stop it and to bring it home is never put off.
+    const bool isHeard = isLive && facts.isHeard && !facts.isReplay;
+    const bool isReady = isHeard && !facts.isAwaited;
+    can.arm = isReady && !facts.isArmed && !facts.isTransferring;
+    can.disarm = isHeard && facts.isArmed;
+    can.start = isReady && !facts.isTransferring;
+    can.pause = isReady && facts.isInTheAir && facts.canPause;
+    can.comeHome = isHeard && facts.isInTheAir;
     can.views = facts.hasPlace;
     can.homeView = facts.hasHome;
     can.exportPhotos = facts.photos > 0;

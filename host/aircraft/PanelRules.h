@@ -25,6 +25,10 @@ struct AircraftFacts
     bool hasHome = false;
     bool isHeard = false;
     qint64 heardAgo = -1; ///< milliseconds
+    bool isArmed = false;
+    bool isInTheAir = false;
+    bool canPause = false;  ///< it is known how to hold it
+    bool isAwaited = false; ///< it has not answered a command yet
     bool isTransferring = false;
     int photos = 0;
 
@@ -43,6 +47,11 @@ struct AircraftEnabled
     bool upload = false;
     bool download = false;
     bool cancel = false;
+    bool arm = false;
+    bool disarm = false;
+    bool start = false; ///< of the mission
+    bool pause = false; ///< and continue
+    bool comeHome = false;
     bool views = false;
     bool homeView = false;
     bool exportPhotos = false;

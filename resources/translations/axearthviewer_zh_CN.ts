@@ -798,19 +798,7 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
-    <name>CAx3DGeometry</name>
-    <message>
-        <source>Polygon Info</source>
-        <translation>多边形信息</translation>
-    </message>
-    <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>area (km^2):</source>
-        <translation>面积 (km^2)：</translation>
-    </message>
+    <name>AxBlockAdapter</name>
     <message>
         <source>Information</source>
         <translation>信息</translation>
@@ -864,10 +852,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>删除测区</translation>
     </message>
     <message>
-        <source>The survey block anchor must be not less than 3.</source>
-        <translation>测区的顶点不能少于 3 个。</translation>
-    </message>
-    <message>
         <source>The corners of a block that is locked or has routes cannot be changed.</source>
         <translation>已锁定或带有航线的测区，其顶点不能更改。</translation>
     </message>
@@ -882,6 +866,103 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Move vertex</source>
         <translation>移动顶点</translation>
+    </message>
+</context>
+<context>
+    <name>CAxOsgDrawLine</name>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>The distance is less than 50 meters!</source>
+        <translation>距离小于 50 米！</translation>
+    </message>
+    <message>
+        <source>at least %1</source>
+        <translation>至少 %1</translation>
+    </message>
+    <message>
+        <source>Parameter of block is wrong.</source>
+        <translation>测区参数错误。</translation>
+    </message>
+    <message>
+        <source>The strip block anchor must be not less than 2.</source>
+        <translation>带状测区的顶点不能少于 2 个。</translation>
+    </message>
+    <message>
+        <source>The line has no band of %1 m and %2 m.</source>
+        <translation>该线无法生成 %1 米和 %2 米的带状区域。</translation>
+    </message>
+    <message>
+        <source>Strip survey area</source>
+        <translation>带状测区</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Total Length(km):</source>
+        <translation>总长度 (km)：</translation>
+    </message>
+    <message>
+        <source>Width1(m):</source>
+        <translation>宽度1 (m)：</translation>
+    </message>
+    <message>
+        <source>Width2(m):</source>
+        <translation>宽度2 (m)：</translation>
+    </message>
+    <message>
+        <source>Width1 lies to the left of the line as it was drawn, Width2 to the right.</source>
+        <translation>宽度1 在绘制方向的左侧，宽度2 在右侧。</translation>
+    </message>
+    <message>
+        <source>Change para</source>
+        <translation>修改参数</translation>
+    </message>
+    <message>
+        <source>Are you sure want to change this para?</source>
+        <translation>确定要修改该参数吗？</translation>
+    </message>
+    <message>
+        <source>Change widths</source>
+        <translation>修改宽度</translation>
+    </message>
+</context>
+<context>
+    <name>MissionDesk</name>
+    <message>
+        <source>The width parameter must be greater than 0.</source>
+        <translation>宽度参数必须大于 0。</translation>
+    </message>
+    <message>
+        <source>The total width parameter must be greater than 3.</source>
+        <translation>总宽度参数必须大于 3。</translation>
+    </message>
+    <message>
+        <source>Survey area parameter is not correct.</source>
+        <translation>测区参数不正确。</translation>
+    </message>
+</context>
+<context>
+    <name>CAx3DGeometry</name>
+    <message>
+        <source>Polygon Info</source>
+        <translation>多边形信息</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>area (km^2):</source>
+        <translation>面积 (km^2)：</translation>
+    </message>
+    <message>
+        <source>The survey block anchor must be not less than 3.</source>
+        <translation>测区的顶点不能少于 3 个。</translation>
     </message>
 </context>
 <context>
@@ -2572,6 +2653,121 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 h %2 min</source>
         <translation>%1 小时 %2 分</translation>
+    </message>
+</context>
+<context>
+    <name>CommandBar</name>
+    <message>
+        <source>Lets the motors run; asks first</source>
+        <translation>允许电机转动；会先询问</translation>
+    </message>
+    <message>
+        <source>Stops the motors; in the air it asks twice</source>
+        <translation>停止电机；在空中时会询问两次</translation>
+    </message>
+    <message>
+        <source>Flies the mission that the aircraft carries; asks first</source>
+        <translation>执行飞机携带的任务；会先询问</translation>
+    </message>
+    <message>
+        <source>Holds the aircraft where it is, until Continue</source>
+        <translation>使飞机停在原处，直到按“继续”</translation>
+    </message>
+    <message>
+        <source>Goes on with the mission</source>
+        <translation>继续执行任务</translation>
+    </message>
+    <message>
+        <source>Brings the aircraft home, at once</source>
+        <translation>使飞机立即返航</translation>
+    </message>
+    <message>
+        <source>Arm</source>
+        <translation>解锁</translation>
+    </message>
+    <message>
+        <source>Disarm</source>
+        <translation>上锁</translation>
+    </message>
+    <message>
+        <source>Stop motors</source>
+        <translation>停止电机</translation>
+    </message>
+    <message>
+        <source>Start mission</source>
+        <translation>开始任务</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>暂停</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>继续</translation>
+    </message>
+    <message>
+        <source>Return</source>
+        <translation>返航</translation>
+    </message>
+    <message>
+        <source>%1 has gone before it answered.</source>
+        <translation>%1 在应答之前已消失。</translation>
+    </message>
+    <message>
+        <source>Its mission has %1 items.</source>
+        <translation>它的任务有 %1 项。</translation>
+    </message>
+    <message>
+        <source>How many items its mission has is not known.</source>
+        <translation>它的任务有多少项未知。</translation>
+    </message>
+    <message>
+        <source>Arm %1? Its motors may run at once.</source>
+        <translation>要解锁 %1 吗？电机可能立即转动。</translation>
+    </message>
+    <message>
+        <source>%1 is in the air. Start its mission from there?</source>
+        <translation>%1 在空中。要从当前位置开始它的任务吗？</translation>
+    </message>
+    <message>
+        <source>Start the mission of %1? It may arm, run its motors and take off at once.</source>
+        <translation>要开始 %1 的任务吗？它可能立即解锁、转动电机并起飞。</translation>
+    </message>
+    <message>
+        <source>%1: not sent, the aircraft or its link is no longer as it was.</source>
+        <translation>%1：未发送，飞机或其链路的状态已改变。</translation>
+    </message>
+    <message>
+        <source>%1 is in the air. Disarmed, it FALLS. Disarm it all the same?</source>
+        <translation>%1 在空中。上锁后它会坠落。仍要上锁吗？</translation>
+    </message>
+    <message>
+        <source>%1 will fall to the ground, on whoever is below. Do you really want to stop its motors?</source>
+        <translation>%1 将坠落到地面，砸到下方的人。确实要停止它的电机吗？</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>%1: %2...</source>
+        <translation>%1：%2……</translation>
+    </message>
+    <message>
+        <source>%1: %2 - the aircraft obeys.</source>
+        <translation>%1：%2 - 飞机已接受。</translation>
+    </message>
+    <message>
+        <source>%1: %2 - %3</source>
+        <translation>%1：%2 - %3</translation>
+    </message>
+    <message>
+        <source>%1 - %2</source>
+        <translation>%1 - %2</translation>
+    </message>
+    <message>
+        <source>%1: %2 - the aircraft has begun.</source>
+        <translation>%1：%2 - 飞机已开始执行。</translation>
     </message>
 </context>
 <context>

@@ -104,7 +104,8 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
         AircraftFacts facts;
         const char* text;
         bool isBad;
-        const char* pressed; // of connect, disconnect, remove, upload, download, cancel
+        const char* pressed; // of connect, disconnect, remove, upload, download, cancel, arm, kill, start,
+                             // pause, home
     } rows[] = {
         {with([](AircraftFacts&) {}), "Not connected.", false, "c"},
         {with([](AircraftFacts& f) { f.hasMap = false; }), "still loading", false, ""},
@@ -132,12 +133,22 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
              f.refusedSignatures = 3;
          }),
          "3 messages were refused", true, "d"},
-        {with(live), "UDP 1: connected.", false, "dul"},
+        {with(live), "UDP 1: connected.", false, "dulas"},
+        {with([&](AircraftFacts& f) {
+             live(f);
+             f.isArmed = f.isInTheAir = f.canPause = true;
+         }),
+         "connected", false, "dulksph"},
+        {with([&](AircraftFacts& f) {
+             live(f);
+             f.isArmed = f.isInTheAir = f.canPause = f.isAwaited = true;
+         }),
+         "connected", false, "dulkh"},
         {with([&](AircraftFacts& f) {
              live(f);
              f.hasRoute = false;
          }),
-         "connected", false, "dl"},
+         "connected", false, "dlas"},
         {with([&](AircraftFacts& f) {
              live(f);
              f.isTransferring = true;
@@ -146,12 +157,13 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
         {with([&](AircraftFacts& f) {
              live(f);
              f.isHeard = false;
+             f.isArmed = f.isInTheAir = true;
              f.heardAgo = 65000;
          }),
          "LINK LOST for 1 min 05 s", true, "d"},
         {with([](AircraftFacts& f) { f.aircraft = 1; }), "Not connected.", false, "cr"},
         {with([](AircraftFacts& f) {
-             f.isReplay = true;
+             f.isReplay = f.isHeard = f.isArmed = f.isInTheAir = true;
              f.aircraft = 2;
          }),
          "nothing is live", false, "d"},
@@ -168,7 +180,12 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
                                            {can.remove, 'r'},
                                            {can.upload, 'u'},
                                            {can.download, 'l'},
-                                           {can.cancel, 'x'}})
+                                           {can.cancel, 'x'},
+                                           {can.arm, 'a'},
+                                           {can.disarm, 'k'},
+                                           {can.start, 's'},
+                                           {can.pause, 'p'},
+                                           {can.comeHome, 'h'}})
             if (isOn)
                 pressed += letter;
         EXPECT_EQ(pressed, row.pressed) << row.text;
@@ -415,6 +432,35 @@ TEST_F(AircraftOnGlobe, MissionsGoBothWaysAndEndWithTheLink)
     EXPECT_TRUE(Text("MissionOutcome").contains(QLatin1String("not uploaded")))
         << Text("MissionOutcome").toStdString();
     EXPECT_EQ(box.count, 3);
+}
+
+TEST_F(AircraftOnGlobe, CommandsAreAskedForAndTheirAnswersTold)
+{
+    Press("ConnectButton");
+    ASSERT_TRUE(waitFor([this] { return IsFlying(); }));
+    ASSERT_TRUE(waitFor([this] { return panel->findChild<QPushButton*>("DisarmButton")->isEnabled(); }));
+    const auto isTold = [this](const char* text) {
+        return waitFor([&] { return Text("CommandOutcome").contains(QLatin1String(text)); });
+    };
+    ModalBox box;
+    box.answers = {ModalBox::Press("No"), ModalBox::Press("Disarm"), ModalBox::Press("No")};
+    Press("DisarmButton");
+    Press("DisarmButton");
+    EXPECT_EQ(box.count, 3);
+    EXPECT_EQ(Text("CommandOutcome"), QString()) << "nothing was sent";
+    box.answers = {ModalBox::Press("Disarm"), ModalBox::Press("Stop motors")};
+    Press("DisarmButton");
+    EXPECT_TRUE(isTold("has tried and failed")) << Text("CommandOutcome").toStdString();
+    Press("ReturnButton");
+    EXPECT_TRUE(isTold("Return - the aircraft obeys")) << Text("CommandOutcome").toStdString();
+    // The link is closed while the question is open.
+    box.answers = {[this](QDialog& asked) {
+                       Press("DisconnectButton");
+                       ModalBox::Press("Disarm")(asked);
+                   },
+                   ModalBox::Press("Stop motors")};
+    Press("DisarmButton");
+    EXPECT_TRUE(isTold("not sent")) << Text("CommandOutcome").toStdString();
 }
 
 TEST_F(AircraftOnGlobe, FaultsAreToldAndNothingStaysBehind)
