@@ -4,11 +4,15 @@
 #include "interaction/input/CAxEarthManipulator.h"
 #include "mission/aircraft/AxTrailGeometry.h"
 #include "mission/aircraft/CAxUavNode.h"
+#include "scene/shape/AxDrawnGround.h"
 #include "viewer/CAxEarthViewer.h"
+
+#include <AxData/CAxControl.h>
 
 #include <benchmark/benchmark.h>
 
 #include <osg/Geode>
+#include <osgEarth/MapNode>
 #include <osgViewer/Viewer>
 
 #include <QCoreApplication>
@@ -195,6 +199,36 @@ void UavFleet(benchmark::State& state)
     bench::globe().ClearUavMarker();
 }
 BENCHMARK(UavFleet)->Name("Uav/fleet50")->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+/// The ground below each of fifty that fly on by a metre: as drawn, and from the elevation data.
+void UavGround(benchmark::State& state)
+{
+    constexpr int kAircraft = 50, kSteps = 200;
+    bench::goTo(bench::kOblique20km);
+    const osg::ref_ptr<osgEarth::MapNode> map = bench::globe().getMapNode();
+    const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
+    const auto each = [&](auto&& read, std::vector<double>& times) {
+        for (int step = 0; step < kSteps; ++step)
+            for (int i = 0; i < kAircraft; ++i) {
+                const CAxVector3D at = surveyed(60.0 * i + 0.04 * step);
+                QElapsedTimer clock;
+                clock.start();
+                benchmark::DoNotOptimize(read(at.x(), at.y()));
+                times.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e3);
+            }
+        std::sort(times.begin(), times.end());
+    };
+    for (auto _ : state) {
+        std::vector<double> drawn, data;
+        each([&](double x, double y) { return AxLoadedHeight(*map, x, y); }, drawn);
+        each(ground, data);
+        state.SetIterationTime(data[data.size() / 2] / 1e6);
+        state.counters["drawn_us"] = drawn[drawn.size() / 2];
+        state.counters["drawn_slowest_us"] = drawn.back();
+        state.counters["slowest_us"] = data.back();
+    }
+}
+BENCHMARK(UavGround)->Name("Uav/ground50")->Iterations(1)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 /// A step of the bar over a flight of 1,000,000 points: the update traversal that makes the line anew.
 void UavScrub(benchmark::State& state)
