@@ -33,6 +33,11 @@ QList<CAxVector3D> CAxTask::GetVariableHeightRoutePt(int index) const
     return m_variableHeightPoints.value(index);
 }
 
+std::shared_ptr<const AxKeptRoute> CAxTask::KeptRoute() const
+{
+    return nullptr;
+}
+
 AxPlanRequest CAxTask::RequestOf(int entryPoint, CAxBlock::EBlockType blockType, int expectedRouteCount) const
 {
     AxPlanRequest request;

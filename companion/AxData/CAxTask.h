@@ -12,7 +12,10 @@
 #include <QPointF>
 #include <QString>
 
+#include <memory>
 #include <optional>
+
+struct AxKeptRoute;
 
 /// One task (mission) of a block. Created by the host and handed to its block, which owns it from then on.
 /// A host with a planner of its own derives from this class. GUI thread only.
@@ -42,6 +45,8 @@ public:
     void InsertVariableHeightRoutePt(int index, const QList<CAxVector3D>& points);
     /// The points given for that index, empty when there are none.
     QList<CAxVector3D> GetVariableHeightRoutePt(int index) const;
+    /// Those of all indices.
+    QMap<int, QList<CAxVector3D>> GetVariableHeightRoutePts() const { return m_variableHeightPoints; }
 
     /// What is to be planned for an entry point (0 to 3; less counts as 0): the task's own area, or its
     /// block's, with the block's parameters; asks for the no-fly zones if they are holes. Without a block the
@@ -67,6 +72,8 @@ public:
     /// Whether the route is shown whole and at the altitudes of its own points, whatever the parameters of
     /// the block say: a route that follows from none of them.
     virtual bool KeepsItsRoute() const { return false; }
+    /// What a project keeps of such a route; null for one that follows from the parameters.
+    virtual std::shared_ptr<const AxKeptRoute> KeptRoute() const;
 
 private:
     friend class CAxBlock;

@@ -47,6 +47,8 @@ public:
     /// The two records of further parameters.
     CAxAirLineParam* GetAirLineParam() { return &m_airLine; }
     CAxExtendedTaskParam* GetExtendedTaskParam() { return &m_extended; }
+    const CAxAirLineParam* GetAirLineParam() const { return &m_airLine; }
+    const CAxExtendedTaskParam* GetExtendedTaskParam() const { return &m_extended; }
 
 private:
     EPlaneType m_planeType = PlaneFixedWing;

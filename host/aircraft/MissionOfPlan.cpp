@@ -1,6 +1,5 @@
 #include "host/aircraft/MissionOfPlan.h"
 #include "host/tasks/BlockOfRoute.h"
-#include "host/tasks/TaskFromFile.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxGeoid.h>
@@ -8,6 +7,7 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
+#include <AxData/exchange/AxMissionTask.h>
 
 #include <QPointer>
 
@@ -26,7 +26,7 @@ AxMissionRead MissionOfPlan(const ShownPlan& shown)
 {
     const CAxTask* task = TaskOf(shown);
     AxMissionRead made;
-    if (const auto* read = dynamic_cast<const TaskFromFile*>(task)) {
+    if (const auto* read = dynamic_cast<const AxMissionTask*>(task)) {
         made.mission = read->Mission();
     } else {
         made = AxMissionOf(shown.plan, shown.request, task ? task->GetTaskName() : QString());
@@ -44,7 +44,7 @@ AxSimulatedAircraft SimulatedAircraftOfPlan(CAxEarthViewer& viewer, const ShownP
     const CAxTask* task = TaskOf(shown);
     EPlaneType type = block ? block->GetTaskPara()->GetPlaneType() : PlaneQuadcopter;
     // A mission that was read says itself what it is for.
-    if (const auto* read = dynamic_cast<const TaskFromFile*>(task))
+    if (const auto* read = dynamic_cast<const AxMissionTask*>(task))
         type = read->Mission().isFixedWing ? PlaneFixedWing : type == PlaneFixedWing ? PlaneQuadcopter : type;
     AxSimulatedAircraft aircraft = AxSimulatedAircraftOf(type, shown.request.aircraft);
     aircraft.ground = [view = QPointer<CAxEarthViewer>(&viewer)](double longitude, double latitude) {
@@ -77,8 +77,8 @@ bool AddRoute(CAxEarthViewer& viewer, const QString& blockID, TaskFiles::Read ro
     QString name = route.name;
     for (int number = 2; isTaken(name); ++number)
         name = QStringLiteral("%1 (%2)").arg(route.name).arg(number);
-    if (!block->AddTask(std::make_unique<TaskFromFile>(CreateUniqueID(), name, std::move(route.mission),
-                                                       std::move(route.points))))
+    if (!block->AddTask(std::make_unique<AxMissionTask>(CreateUniqueID(), name, std::move(route.mission),
+                                                        std::move(route.points))))
         return false;
     CAxControl::GetInstance()->SetProjectModified(true);
     viewer.slotFocusBlock(block->GetBlockID());

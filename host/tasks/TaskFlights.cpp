@@ -1,6 +1,7 @@
 #include "host/tasks/TaskFlights.h"
 #include "host/tasks/PlanWarnings.h"
-#include "host/tasks/TaskFromFile.h"
+
+#include <AxData/exchange/AxMissionTask.h>
 
 #include <QHBoxLayout>
 #include <QListWidget>
@@ -57,7 +58,7 @@ std::shared_ptr<const ShownPlan> RouteOf(const ShownPlan& route, const AxPlanFli
         onPass(*first, FlightRole::PassStart);
         onPass(*last, FlightRole::PassEnd);
     }
-    AxPlanResult through = PlanThrough(std::move(points));
+    AxPlanResult through = AxPlanThrough(std::move(points));
     AxPlanFigures& figures = shown->plan.figures;
     figures.length = through.figures.length;
     figures.passes = through.figures.passes;

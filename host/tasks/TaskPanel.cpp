@@ -4,7 +4,6 @@
 #include "host/tasks/PlanWarnings.h"
 #include "host/tasks/TaskFigures.h"
 #include "host/tasks/TaskFlights.h"
-#include "host/tasks/TaskFromFile.h"
 #include "host/tasks/TaskParameters.h"
 #include "host/tasks/TaskRoutes.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -16,6 +15,7 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
+#include <AxData/exchange/AxMissionTask.h>
 
 #include <osgEarth/Viewpoint>
 
@@ -408,7 +408,7 @@ TaskFiles::Wanted TaskPanel::ToExport(const CAxTask& task) const
         fault = route ? route->plan.fault : tr("The task is gone.");
         return route && route->plan.IsPlanned() ? route : nullptr;
     };
-    if (const auto* read = dynamic_cast<const TaskFromFile*>(&task))
+    if (const auto* read = dynamic_cast<const AxMissionTask*>(&task))
         wanted.fixed = read->Mission();
     wanted.isWholeArea = shown && shown->hasFigures && shown->request.kind == AxPlanRequest::Kind::Area;
     return wanted;
@@ -459,8 +459,8 @@ void TaskPanel::Import()
         return emit Told(tr("The route cannot be shown."));
     const QString id = block->GetBlockID();
     const QString name = FreeName(*block, read->name);
-    AddToBlock(*block, std::make_unique<TaskFromFile>(CreateUniqueID(), name, std::move(read->mission),
-                                                      std::move(read->points)));
+    AddToBlock(*block, std::make_unique<AxMissionTask>(CreateUniqueID(), name, std::move(read->mission),
+                                                       std::move(read->points)));
     viewer->slotFocusBlock(id);
 }
 

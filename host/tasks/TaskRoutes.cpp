@@ -1,5 +1,4 @@
 #include "host/tasks/TaskRoutes.h"
-#include "host/tasks/TaskFromFile.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "mission/CAxTaskPolygon.h"
@@ -8,6 +7,7 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 #include <AxData/CAxTask.h>
+#include <AxData/exchange/AxMissionTask.h>
 #include <AxData/planner/AxPlanner.h>
 
 #include <osgEarthAnnotation/PlaceNode>
@@ -229,7 +229,7 @@ void TaskRoutes::Plan(CAxBlock& block, CAxTask& task, Route& route)
     shown->hasFigures = !PlansItself(task);
     shown->request = task.RequestOf(block.GetEnterDirection(), block.GetBlockType(),
                                     block.GetTaskPara()->GetExpectedRouteCount());
-    if (const auto* fixed = dynamic_cast<const TaskFromFile*>(&task)) {
+    if (const auto* fixed = dynamic_cast<const AxMissionTask*>(&task)) {
         shown->request.isThreeDirections = false;
         shown->plan = fixed->Plan();
     } else {
@@ -249,7 +249,7 @@ AxPlanResult TaskRoutes::AskPlanner(CAxBlock& block, CAxTask& task) const
     };
     std::vector<AxPlanPoint> points;
     std::transform(route.cbegin(), route.cend(), std::back_inserter(points), pointOf);
-    AxPlanResult plan = PlanThrough(std::move(points));
+    AxPlanResult plan = AxPlanThrough(std::move(points));
     for (const auto& [number, place] : qAsConst(markers))
         if (number >= 0 && number < static_cast<int>(plan.entries.size()))
             plan.entries[static_cast<std::size_t>(number)] = pointOf(place);

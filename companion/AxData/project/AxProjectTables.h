@@ -1,0 +1,31 @@
+#pragma once
+
+#include <AxData/project/AxProject.h>
+
+#include <QString>
+
+class QSqlDatabase;
+
+/// The tables of a project in an open SQLite database. What fails says why in `fault`, for people. Whoever
+/// writes opens a transaction around it. The thread of the connection.
+namespace AxProjectTables {
+/// Of the tables as they are made now. Version 1 had no descriptions of marks, no wind and no endurance.
+constexpr int version = 2;
+/// The application ID in the header of a project file, "AxPr".
+constexpr quint32 projectID = 0x41785072;
+
+/// Makes empty tables, with version and application ID.
+bool Create(QSqlDatabase& database, quint32 applicationID, QString& fault);
+
+/// Reads tables of that version or an earlier one. No other thing of the file's schema is looked at.
+bool Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault);
+
+/// Writes everything into empty tables.
+bool Write(QSqlDatabase& database, const AxProject& project, QString& fault);
+
+/// Changes tables that hold `from` so that they hold `to`; rows that are the same stay.
+bool Change(QSqlDatabase& database, const AxProject& from, const AxProject& to, QString& fault);
+
+/// What of it would not be read again.
+QString FaultOf(const AxProject& project);
+} // namespace AxProjectTables

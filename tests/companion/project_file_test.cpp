@@ -1,0 +1,328 @@
+#include <AxData/CAxBlockManager.h>
+#include <AxData/exchange/AxMissionTask.h>
+#include <AxData/project/AxProjectFile.h>
+
+#include <QDir>
+#include <QFile>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+namespace {
+using State = AxProjectRead::State;
+constexpr double notKnown = std::numeric_limits<double>::quiet_NaN();
+
+std::shared_ptr<const AxKeptRoute> aRoute()
+{
+    AxKeptRoute route;
+    route.mission.name = QStringLiteral("Read \"here\"");
+    route.mission.home = {37.4, -105.0, notKnown};
+    route.mission.items.resize(3);
+    route.mission.items[1].params = {1.0, notKnown, 0.1, -0.0};
+    route.mission.items[2].isContinued = false;
+    route.mission.surveyEnd = 2;
+    route.mission.leftOut += QStringLiteral("a fence");
+    route.points = {{-105.0, 37.4, notKnown, AxPlanPoint::Role::PassStart, 0},
+                    {-105.1, 37.4, 1520.1, AxPlanPoint::Role::PassEnd, 0}};
+    return std::make_shared<const AxKeptRoute>(route);
+}
+
+/// No field is what it is at first, and no two blocks are alike.
+AxProject aProject(unsigned seed)
+{
+    std::mt19937 random(seed);
+    const auto real = [&](double least, double most) {
+        return std::uniform_real_distribution<double>(least, most)(random);
+    };
+    const auto whole = [&](int least, int most) {
+        return std::uniform_int_distribution<int>(least, most)(random);
+    };
+    const auto ring = [&] {
+        QList<QPointF> points;
+        for (int i = whole(3, 12); i > 0; --i)
+            points += QPointF(real(-180.0, 180.0), real(-90.0, 90.0));
+        return points;
+    };
+    const QStringList names{QString::fromUtf8("采石场 🚁 \"A\"\nB'; DROP TABLE block"),
+                            QString(1000, QLatin1Char('x')), QString(), QStringLiteral("Block 1")};
+    AxProject project;
+    for (int i = 0; i < 4; ++i) {
+        AxProjectBlock block;
+        block.id = QStringLiteral("block %1-%2").arg(seed).arg(i);
+        block.name = names[i];
+        block.type = static_cast<CAxBlock::EBlockType>(i + 1);
+        block.anchors = ring();
+        block.home =
+            CAxVector3D(real(-180.0, 180.0), real(-90.0, 90.0), i == 2 ? notKnown : real(0.0, 4000.0));
+        block.enterDirection = i;
+        block.isDownhillLanding = true;
+        block.videoRadius = whole(51, 500);
+        block.averageAltitude = real(1.0, 3000.0);
+        block.intersections = QStringList{QStringLiteral("a,b"), QStringLiteral("\"c\"")};
+        CAxTaskPara& para = block.parameters;
+        para.SetPlaneType(PlaneObliqueCopter);
+        para.SetCameraType(CameraSwing);
+        para.SetExpectedRouteCount(whole(1, 40));
+        para.SetChangeHighFlying(true);
+        para.SetHomeLegRoundZones(true);
+        para.SetZonesAsHoles(true);
+        para.SetBandingOffset(real(4.0, 50.0), real(51.0, 90.0));
+        CAxAirLineParam& line = *para.GetAirLineParam();
+        line.SetRelativeFlyHeight(real(10.0, 290.0));
+        line.SetOverlap(real(0.1, 0.6), real(0.81, 0.9));
+        line.SetClearance(real(1.0, 40.0));
+        line.SetHeading(real(0.0, 360.0));
+        CAxExtendedTaskParam& more = *para.GetExtendedTaskParam();
+        more.SetFlyingMode(CAxExtendedTaskParam::ThreeDirections);
+        more.SetTaskType(TaskOblique);
+        more.SetCameraName(QStringLiteral("A7R"));
+        more.SetKeepsOverlap(true);
+        more.SetWind(real(1.0, 9.0), real(1.0, 359.0));
+        more.SetEndurance(real(60.0, 3600.0));
+        more.direction = 1;
+        for (int t = 0; t < 3; ++t) {
+            AxProjectTask task{QStringLiteral("task %1").arg(t), names[t], ring(), t, {},
+                               t == 1 ? aRoute() : nullptr};
+            task.variableHeights[t + 2] = {CAxVector3D(37.1, -105.2, real(1.0, 900.0)),
+                                           CAxVector3D(37.2, -105.1, 0.0)};
+            block.tasks += task;
+        }
+        block.isLocked = true;
+        block.isVisible = false;
+        project.blocks += block;
+    }
+    project.blocks[3].home = CAxVector3D();
+    project.blocks[3].parameters.GetAirLineParam()->SetHeading({});
+    project.marks = {{QStringLiteral("m1"), names[0], real(-180.0, 180.0), real(-90.0, 90.0), -3.5,
+                      QStringLiteral("a\nb")},
+                     {QStringLiteral("m2"), names[1], 180.0, -90.0, 0.0, QString()}};
+    project.view =
+        AxProjectView{real(-180.0, 180.0), real(-90.0, 90.0), 1520.25, -12.5, -45.0, real(1.0, 1e7)};
+    project.values[names[0]] = QStringLiteral("one");
+    return project;
+}
+
+/// Changes a file as another program might.
+void edit(const QString& path, const QStringList& statements)
+{
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("edit"));
+        database.setDatabaseName(path);
+        ASSERT_TRUE(database.open());
+        for (const QString& statement : statements) {
+            QSqlQuery query(database);
+            EXPECT_TRUE(query.exec(statement))
+                << statement.toStdString() << query.lastError().text().toStdString();
+        }
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("edit"));
+}
+
+QByteArray bytesOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class ProjectFile : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        QString fault;
+        ASSERT_TRUE(AxWriteProject(path, project, &fault)) << fault.toStdString();
+    }
+    void TearDown() override { CAxBlockManager::instance().DeleteAllBlocks(); }
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QString::fromUtf8("测试 %20#?.axproject"));
+    AxProject project = aProject(7);
+};
+} // namespace
+
+TEST_F(ProjectFile, GivesBackWhatWasSaved)
+{
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        const AxProject saved = aProject(seed);
+        QString fault;
+        ASSERT_TRUE(AxWriteProject(path, saved, &fault)) << fault.toStdString();
+        const AxProjectRead read = AxReadProject(path);
+        ASSERT_EQ(read.state, State::Whole) << read.fault.toStdString();
+        EXPECT_TRUE(read.project == saved) << "seed " << seed;
+    }
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1) << "something lies beside";
+}
+
+TEST_F(ProjectFile, FillsRecordsWithAllThatTheyHold)
+{
+    CAxBlockManager& records = CAxBlockManager::instance();
+    QVector<AxProjectBlock> wanted = project.blocks;
+    for (AxProjectBlock& block : wanted) {
+        CAxBlock* record = records.AddBlock(block.id, block.type);
+        AxFillBlock(*record, block);
+        AxFillBlock(*record, block); // its tasks are replaced
+        block.isLocked = false;      // the viewer's
+        block.isVisible = true;
+    }
+    EXPECT_TRUE(AxProjectBlocks() == wanted);
+    const CAxTask* task = records.GetBlock(wanted[0].id)->GetTask(QStringLiteral("task 1"));
+    EXPECT_TRUE(task->KeepsItsRoute());
+    records.GetBlock(wanted[0].id)->SetAverageAltitude(notKnown);
+    EXPECT_TRUE(AxIsSameWork(AxProjectBlocks()[0], wanted[0]));
+    EXPECT_FALSE(AxProjectBlocks()[0] == wanted[0]);
+    records.GetBlock(wanted[1].id)->GetTaskPara()->GetExtendedTaskParam()->SetEndurance(5.0);
+    EXPECT_FALSE(AxIsSameWork(AxProjectBlocks()[1], wanted[1]));
+}
+
+TEST_F(ProjectFile, OfVersion1IsReadAndStays)
+{
+    edit(path, {QStringLiteral("ALTER TABLE mark DROP COLUMN description"),
+                QStringLiteral("ALTER TABLE block DROP COLUMN wind_speed"),
+                QStringLiteral("ALTER TABLE block DROP COLUMN wind_from"),
+                QStringLiteral("ALTER TABLE block DROP COLUMN endurance"),
+                QStringLiteral("PRAGMA user_version = 1")});
+    const QByteArray before = bytesOf(path);
+    for (AxProjectBlock& block : project.blocks) {
+        block.parameters.GetExtendedTaskParam()->SetWind(0.0, 0.0);
+        block.parameters.GetExtendedTaskParam()->SetEndurance(0.0);
+    }
+    project.marks[0].description.clear();
+    const AxProjectRead read = AxReadProject(path);
+    EXPECT_EQ(read.state, State::Migrated) << read.fault.toStdString();
+    EXPECT_TRUE(read.project == project);
+    EXPECT_EQ(bytesOf(path), before);
+    EXPECT_TRUE(AxWriteProject(path, read.project));
+    EXPECT_EQ(AxReadProject(path).state, State::Whole);
+}
+
+TEST_F(ProjectFile, ThatIsNotWholeIsToldAndNotOverwritten)
+{
+    const QByteArray whole = bytesOf(path);
+    const auto row = [](const char* statement) { return QStringList(QLatin1String(statement)); };
+    const struct
+    {
+        const char* what;
+        std::function<void()> make;
+        State state;
+        QStringList told;
+    } rows[] = {
+        {"another program's", [&] { edit(path, row("PRAGMA application_id = 5")); }, State::NotAProject, {}},
+        {"a later version's", [&] { edit(path, row("PRAGMA user_version = 3")); }, State::Newer, {}},
+        {"a text",
+         [&] {
+             QFile file(path);
+             file.open(QIODevice::WriteOnly);
+             file.write(QByteArray(500, 'x'));
+         },
+         State::NotAProject,
+         {}},
+        {"cut", [&] { QFile::resize(path, whole.size() / 2); }, State::Damaged, {}},
+        {"scratched",
+         [&] {
+             QFile file(path);
+             file.open(QIODevice::ReadWrite);
+             file.seek(whole.size() / 2);
+             file.write(QByteArray(9000, '\xff'));
+         },
+         State::Damaged,
+         {}},
+        {"without a table", [&] { edit(path, row("DROP TABLE task")); }, State::Damaged, {}},
+        {"a view for a table",
+         [&] {
+             edit(path, {"ALTER TABLE mark RENAME TO m", "CREATE VIEW mark AS SELECT * FROM m"});
+         },
+         State::Damaged,
+         {}},
+        {"without a column",
+         [&] { edit(path, row("ALTER TABLE block DROP COLUMN name")); },
+         State::Damaged,
+         {"name"}},
+        {"no number",
+         [&] { edit(path, row("UPDATE block SET fly_height = NULL WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "fly_height"}},
+        {"infinite",
+         [&] { edit(path, row("UPDATE block SET band_left = 9e999 WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "band_left"}},
+        {"a text for a number",
+         [&] { edit(path, row("UPDATE block SET wind_speed = 'abc' WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "wind_speed"}},
+        {"an unknown kind",
+         [&] { edit(path, row("UPDATE block SET type = 77 WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "type"}},
+        {"latitude 91",
+         [&] { edit(path, row("UPDATE block SET anchors = '[[0,0],[1,91]]' WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "anchors", "2"}},
+        {"a ring that is none",
+         [&] { edit(path, row("UPDATE block SET anchors = '[[0,' WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "anchors"}},
+        {"half a home",
+         [&] { edit(path, row("UPDATE block SET home_latitude = 5 WHERE type = 4")); },
+         State::Damaged,
+         {"Block 1", "home_latitude"}},
+        {"a task of no block",
+         [&] { edit(path, row("UPDATE task SET block = 'x' WHERE position = 1")); },
+         State::Damaged,
+         {"task"}},
+        {"a task twice",
+         [&] { edit(path, row("UPDATE task SET id = 'y' WHERE block LIKE '%-3'")); },
+         State::Damaged,
+         {"Block 1", "id"}},
+        {"a route that is none",
+         [&] { edit(path, row("UPDATE task SET route = '{}' WHERE block LIKE '%-3'")); },
+         State::Damaged,
+         {"Block 1", "route"}},
+        {"a mark off the globe",
+         [&] { edit(path, row("UPDATE mark SET latitude = -91")); },
+         State::Damaged,
+         {"latitude"}},
+        {"a view from nowhere",
+         [&] { edit(path, row("UPDATE view SET range = -1")); },
+         State::Damaged,
+         {"range"}},
+    };
+    for (const auto& one : rows) {
+        QFile::remove(path);
+        ASSERT_TRUE(AxWriteProject(path, project));
+        one.make();
+        const QByteArray before = bytesOf(path);
+        const AxProjectRead read = AxReadProject(path);
+        EXPECT_EQ(read.state, one.state) << one.what;
+        EXPECT_TRUE(read.project == AxProject()) << one.what;
+        for (const QString& word : one.told + QStringList(QDir::toNativeSeparators(path)))
+            EXPECT_TRUE(read.fault.contains(word)) << one.what << ": " << read.fault.toStdString();
+        QString fault;
+        EXPECT_FALSE(AxWriteProject(path, project, &fault)) << one.what;
+        EXPECT_FALSE(fault.isEmpty()) << one.what;
+        EXPECT_EQ(bytesOf(path), before) << one.what;
+    }
+    EXPECT_EQ(AxReadProject(folder.filePath(QStringLiteral("none"))).state, State::NotThere);
+    EXPECT_EQ(AxReadProject(folder.path()).state, State::NotReadable);
+    EXPECT_FALSE(AxWriteProject(folder.path(), project));
+    EXPECT_FALSE(AxWriteProject(folder.filePath(QStringLiteral("no/folder.axproject")), project));
+}
+
+TEST_F(ProjectFile, IsNotWrittenWhereItCouldNotBeReadAgain)
+{
+    const QByteArray before = bytesOf(path);
+    AxProject wrong = project;
+    wrong.blocks[3].anchors[1].setY(notKnown);
+    QString fault;
+    EXPECT_FALSE(AxWriteProject(path, wrong, &fault));
+    EXPECT_TRUE(fault.contains(QStringLiteral("Block 1")) && fault.contains(QStringLiteral("anchors")))
+        << fault.toStdString();
+    wrong = project;
+    wrong.blocks[1].id = wrong.blocks[0].id;
+    EXPECT_FALSE(AxWriteProject(path, wrong));
+    EXPECT_EQ(bytesOf(path), before);
+}
