@@ -164,6 +164,11 @@ TEST(FlightCsv, KnowsTheColumnsByTheirNames)
         {"# made by hand\ntimestamp,lat,lon,alt_hae,yaw_deg\n2023-11-15T00:13:20+02:00,50.5,10.25,300,450\n"
          "1700000000000,50.5,10.25,300,90\n",
          recordStart},
+        {"Timestamp,gps.lat,gps.lon,alt_hae,yaw_deg,roll_deg,hdg,alt_rel\n"
+         "2016-12-31 23:59:60.250,50.5,10.25,300,90,--.--,N/A,-\n",
+         1483228799250},
+        {"time,lat,lon,alt_hae,yaw_deg\n2024-03-31T02:30:00,50.5,10.25,300,90\n",
+         1711852200000}, // a skipped hour
     };
     for (const auto& row : rows) {
         const AxFlightRead read = readTable(row.table);
@@ -216,6 +221,8 @@ TEST(FlightCsv, SaysWhatIsWrongAndWhere)
         {"t_ms,lat,lon,alt_hae\n60000,2,3,4\n100,2,3,4\n61000,2,3,4\n", {3}, 0},    // a late one
         {"t_ms,lat,lon,alt_hae\n50000,2,3,4\n60000,2,3,4\n100,2,3,4\n", {2, 1}, 1}, // started anew
         {"t_ms,lat,lon,alt,roll\n1,2,3,4,5\n", {1}, 2},
+        {"time,lat,lon,alt_hae\n2023-11-14 22:13:20.5,2,3,4\n", {1}, 1}, // in which zone?
+        {"time_utc,lat,lon,alt_hae\n2023-11-14 22:13:20.5,2,3,4\n", {1}, 0},
         {"t_ms,lat,lon,alt_hae,sysid\n1,2,3,4,1\n2,5,3,4,2\n3,2,3,4,1\n", {2, 1}, 0},
     };
     for (const auto& row : taken) {

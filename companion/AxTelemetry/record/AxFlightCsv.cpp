@@ -25,6 +25,32 @@ float InRadians(double degrees)
     return static_cast<float>(std::remainder(degrees, 360.0) * PI / 180.0);
 }
 
+/// Nothing, or what programs write for it.
+bool IsEmptyCell(const QByteArray& cell)
+{
+    const bool isDashes = std::all_of(cell.begin(), cell.end(), [](char c) { return c == '-' || c == '.'; });
+    const QByteArray word = cell.toLower();
+    return isDashes || word == "nan" || word == "n/a" || word == "na";
+}
+
+/// As in "2023-11-14T22:13:20.5Z", or with a blank in place of the T. Without a zone it is UTC: summer time,
+/// in which some hours do not exist, must not matter.
+QDateTime DateOf(QByteArray cell, bool* hasZone)
+{
+    constexpr int timeAt = 11;
+    constexpr int secondsAt = 16; // with the colon before them
+    const QByteArray zone = cell.mid(secondsAt);
+    *hasZone = zone.endsWith('Z') || zone.endsWith('z') || zone.contains('+') || zone.contains('-');
+    if (cell.size() < secondsAt || cell[4] != '-' || cell[secondsAt - 3] != ':')
+        return {};
+    cell[timeAt - 1] = 'T';
+    if (zone.startsWith(":60")) // a leap second
+        cell.replace(secondsAt, 3, ":59");
+    if (!*hasZone)
+        cell += 'Z';
+    return QDateTime::fromString(QString::fromLatin1(cell), Qt::ISODateWithMs);
+}
+
 bool IsDirection(double degrees)
 {
     return degrees >= -360.0 && degrees <= 360.0;
@@ -60,6 +86,7 @@ private:
     int withoutPlace = 0;
     bool isCut = false;
     bool isAboveSea = false;
+    bool isWithoutZone = false; // of dates
 };
 
 void TableReader::Refuse(const QString& reason)
@@ -74,7 +101,7 @@ double TableReader::NumberAt(AxCsvColumn column)
     if (field < 0)
         return unknownCell;
     const QByteArray& cell = fields[field];
-    if (cell.isEmpty())
+    if (IsEmptyCell(cell))
         return unknownCell;
     bool isNumber = false;
     const double value = cell.toDouble(&isNumber);
@@ -99,10 +126,10 @@ double TableReader::TimeOf()
         if (layout.At(column) >= 0)
             return NumberAt(column) * milliseconds;
     const QByteArray& cell = fields[layout.At(AxCsvColumn::AnyTime)];
-    QDateTime date = QDateTime::fromString(QString::fromLatin1(cell), Qt::ISODateWithMs);
+    bool hasZone = true;
+    const QDateTime date = DateOf(cell, &hasZone);
     if (date.isValid()) {
-        if (date.timeSpec() == Qt::LocalTime) // one without a zone; files have UTC
-            date.setTimeSpec(Qt::UTC);
+        isWithoutZone = isWithoutZone || !hasZone;
         return static_cast<double>(date.toMSecsSinceEpoch());
     }
     const double value = NumberAt(AxCsvColumn::AnyTime);
@@ -262,6 +289,11 @@ AxFlightRead TableReader::Finish()
         read.fault = AxRecordText(
             QT_TRANSLATE_NOOP("AxRecord", "No line has a time, a place on the globe and an altitude."));
     read.notes += layout.notes;
+    if (isWithoutZone &&
+        !layout.names[layout.At(AxCsvColumn::AnyTime)].contains(QLatin1String("utc"), Qt::CaseInsensitive))
+        read.notes << AxRecordText(
+            QT_TRANSLATE_NOOP("AxRecord", "Times without a time zone are taken for UTC; some programs write "
+                                          "those of the computer's own zone."));
     if (withoutPlace > 0)
         read.notes << AxRecordText(QT_TRANSLATE_NOOP("AxRecord",
                                                      "%1 lines without a time, a place on the globe or an "
