@@ -40,14 +40,19 @@ struct AXTELEMETRY_EXPORT AxAircraftState
     EPlaneType planeType = PlaneFixedWing; ///< what it says it is
     int autopilot = 0;                     ///< MAV_AUTOPILOT: 3 ArduPilot, 12 PX4
     bool isHeard = false;                  ///< false before the first word, and while the link is lost
-    qint64 lastHeard = 0;  ///< from the component that flies; milliseconds since 1970, UTC; 0 never
-    qint64 placeHeard = 0; ///< when the place below came, as lastHeard; 0 never, or not told (tables)
+    qint64 lastHeard = 0;     ///< from the component that flies; milliseconds since 1970, UTC; 0 never
+    qint64 placeHeard = 0;    ///< when the place below came, as lastHeard; 0 never, or not told (tables)
+    qint64 attitudeHeard = 0; ///< when roll, pitch and yaw came, likewise
 
     /// Milliseconds since the last word; -1 when there was none.
     qint64 HeardAgo(qint64 now) const { return lastHeard == 0 ? -1 : now - lastHeard; }
     /// Milliseconds since the place came, which an aircraft that is heard may have stopped telling; -1 where
     /// placeHeard is 0.
     qint64 PlaceAgo(qint64 now) const { return placeHeard == 0 ? -1 : now - placeHeard; }
+
+    /// Milliseconds for which the aircraft has been heard without telling its attitude; 0 where
+    /// attitudeHeard is.
+    qint64 WithoutAttitude() const { return attitudeHeard == 0 ? 0 : lastHeard - attitudeHeard; }
 
     std::optional<double> longitude;        ///< degrees
     std::optional<double> latitude;         ///< degrees
@@ -84,7 +89,7 @@ struct AXTELEMETRY_EXPORT AxAircraftState
     std::optional<double> windSpeed; ///< m/s
     std::optional<double> windFrom;  ///< degrees clockwise from north, from where it blows
 
-    quint64 framesHeard = 0; ///< frames of this aircraft
+    quint64 framesHeard = 0; ///< frames of this aircraft, whether or not their message is known
     quint64 framesLost = 0;  ///< that their sequence numbers say are missing
     quint64 refused = 0;     ///< values that cannot be, and samples that came too late
     QString geoidNote; ///< for people: why heights above the ellipsoid are those above the sea; or empty

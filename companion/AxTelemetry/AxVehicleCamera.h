@@ -10,7 +10,8 @@ class AxVehicleEvents;
 struct AxMavCameraImageCaptured;
 struct AxMavFrame;
 
-/// The photos and the direction of the cameras of one aircraft.
+/// The photos and the direction of the cameras of one aircraft. A photo may be told by up to three messages,
+/// of which the one that knows most counts.
 class AxVehicleCamera
 {
 public:
@@ -18,14 +19,24 @@ public:
     bool Take(const AxMavFrame& frame, qint64 time, AxAircraftState& state, AxVehicleEvents& events);
 
 private:
+    /// Who tells of a photo; the later ones know more.
+    enum class Teller
+    {
+        Trigger,
+        Feedback,
+        Image
+    };
+
+    bool isAnother(Teller teller, qint64 time);
     void takeTrigger(const AxMavFrame& frame, qint64 time, AxAircraftState& state, AxVehicleEvents& events);
+    void takeFeedback(const AxMavFrame& frame, qint64 time, AxAircraftState& state, AxVehicleEvents& events);
     void takeImage(const AxMavFrame& frame, qint64 time, AxAircraftState& state, AxVehicleEvents& events);
     static bool point(double pitch, std::optional<double> yaw, AxAircraftState& state,
                       AxVehicleEvents& events);
     static bool takeGimbal(const AxMavFrame& frame, AxAircraftState& state, AxVehicleEvents& events);
 
-    // A camera that tells of its images has its triggers told, too: the image, which knows more, counts.
-    bool m_tellsImages = false;
-    std::optional<qint64> m_trigger;                // heard, of the latest trigger that became a photo
-    std::set<std::pair<quint64, quint32>> m_images; // camera and index, since the camera started: told again
+    Teller m_teller = Teller::Trigger; // the best so far
+    std::optional<qint64> m_latest;    // heard, of the latest photo
+    // Camera and index, and when it was taken: cameras repeat what they told, and count anew when they start.
+    std::set<std::pair<quint64, quint32>> m_images;
 };

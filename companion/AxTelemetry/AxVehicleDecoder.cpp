@@ -127,6 +127,7 @@ void AxVehicleDecoder::Feed(const AxMavFrame& frame, qint64 time)
         memory.placeTime = memory.attitudeTime = memory.anglesHeard = 0;
         memory.positionHeard.reset();
         m_state.placeHeard = std::min(m_state.placeHeard, time);
+        m_state.attitudeHeard = std::min(m_state.attitudeHeard, time);
     }
     AxMavHeartbeat beat;
     const bool isBeat = AxMavDecode(frame, beat);
@@ -148,6 +149,11 @@ void AxVehicleDecoder::Feed(const AxMavFrame& frame, qint64 time)
         return;
     if (isOfAutopilot && !isBeat)
         memory.Take(frame, time);
+}
+
+void AxVehicleDecoder::CountUnknown(const AxMavFrame& frame)
+{
+    m_state.framesHeard += frame.systemId == m_state.systemId ? 1 : 0;
 }
 
 bool AxVehicleDecoder::Memory::Take(const AxMavFrame& frame, qint64 time)
@@ -230,7 +236,8 @@ void AxVehicleDecoder::Memory::TakeHeartbeat(const AxMavHeartbeat& beat, int ofC
 void AxVehicleDecoder::Memory::TakePosition(const AxMavGlobalPositionInt& position, qint64 heard)
 {
     const auto aboveSea = AxPlaceAboveSea(position.lat, position.lon, position.alt);
-    if (!aboveSea || (AxIsNowhere(position.lat, position.lon) && state.fixType < flatFix))
+    // With a fix, too: some autopilots send 0/0 until their estimate of the place has begun.
+    if (!aboveSea || AxIsNowhere(position.lat, position.lon))
         return Refuse();
     const auto time = clock.TimeOf(position.time_boot_ms, heard, places);
     if (!time)
@@ -258,7 +265,7 @@ void AxVehicleDecoder::Memory::TakeGps(const AxMavGpsRawInt& gps, qint64 heard)
     const auto since = static_cast<quint32>(gps.time_usec / 1000);
     // A clock of its own: only the order counts here.
     AxSampleClock order;
-    if (!aboveSea || !order.TimeOf(since, heard, receiverPlaces))
+    if (!aboveSea || AxIsNowhere(gps.lat, gps.lon) || !order.TimeOf(since, heard, receiverPlaces))
         return Refuse();
     AxPlace place = AxAboveEllipsoid(*aboveSea);
     // Without the geoid nothing could take it off again: all heights are those above the sea then.
@@ -310,6 +317,7 @@ void AxVehicleDecoder::Memory::TakeAngles(const std::optional<EulerAngles>& angl
         return Refuse();
     attitudeTime = std::max(attitudeTime, *time);
     const double yaw = std::remainder(angles->yaw, 2.0 * M_PI);
+    state.attitudeHeard = heard;
     state.roll = angles->roll;
     state.pitch = angles->pitch;
     state.yaw = yaw;
@@ -320,13 +328,18 @@ void AxVehicleDecoder::Memory::TakeAngles(const std::optional<EulerAngles>& angl
 
 void AxVehicleDecoder::Memory::TakeHud(const AxMavVfrHud& hud)
 {
-    if (!IsSpeed(hud.airspeed) || !IsSpeed(hud.groundspeed) || !IsSpeed(hud.climb))
-        return Refuse();
-    state.airSpeed = static_cast<double>(hud.airspeed);
-    if (tellsSpeed)
-        return;
-    state.groundSpeed = static_cast<double>(hud.groundspeed);
-    state.climbRate = static_cast<double>(hud.climb);
+    // Without a sensor for it the air speed is no number, and the others count.
+    state.airSpeed.reset();
+    if (IsSpeed(hud.airspeed))
+        state.airSpeed = static_cast<double>(hud.airspeed);
+    const auto take = [this](double told, std::optional<double>& known) {
+        if (!IsSpeed(told))
+            Refuse();
+        else if (!tellsSpeed)
+            known = told;
+    };
+    take(hud.groundspeed, state.groundSpeed);
+    take(hud.climb, state.climbRate);
 }
 
 void AxVehicleDecoder::Memory::TakePower(const AxMavSysStatus& status)

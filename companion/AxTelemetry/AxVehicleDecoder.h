@@ -25,7 +25,7 @@ public:
 /// live link and recorded flights see the same heights and refuse the same values. Any one thread.
 ///
 /// MAVLink's altitudes are above mean sea level; the geoid (AxGeoid.h) makes them altitudes above the
-/// ellipsoid. Values that cannot be (no number, off the globe, 0/0 without a fix) change nothing and count as
+/// ellipsoid. Values that cannot be (no number, off the globe, 0/0) change nothing and count as
 /// refused. So do samples older than the newest by the aircraft's clock, unless two in succession are more
 /// than 1 s older: then it has started anew. The link is as alive as the component that flies: a gimbal that
 /// goes on speaking does not count.
@@ -39,6 +39,9 @@ public:
     /// Takes a frame, heard at `time` (milliseconds since 1970, UTC). Frames of other systems are passed
     /// over.
     void Feed(const AxMavFrame& frame, qint64 time);
+
+    /// Counts a frame of an unknown message as heard. It says nothing else: noise may look like it.
+    void CountUnknown(const AxMavFrame& frame);
 
     /// Tells what waits for more: a message whose last part has been missing for 1 s. Feed() does so itself.
     void Flush(qint64 time);

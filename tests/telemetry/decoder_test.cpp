@@ -187,10 +187,20 @@ TEST(VehicleDecoder, RefusesWhatCannotBe)
     {
         const char* name;
         std::function<void(Vehicle&)> say;
+        quint64 refused = 1;
     } rows[] = {
         {"latitude 91", [](Vehicle& v) { v.Fly(91.0, 8.0); }},
         {"longitude 181", [](Vehicle& v) { v.Fly(47.0, 181.0); }},
-        {"0/0 without a fix", [](Vehicle& v) { v.Fly(0.0, 0.0); }},
+        {"0/0 with a fix",
+         [](Vehicle& v) {
+             AxMavGpsRawInt gps;
+             gps.fix_type = 3;
+             gps.lat = gps.lon = 10000000;
+             gps.alt = std::numeric_limits<qint32>::max();
+             v.Say(gps);
+             v.Fly(0.0, 0.0);
+         },
+         2},
         {"no altitude",
          [](Vehicle& v) {
              AxMavGlobalPositionInt position;
@@ -224,7 +234,7 @@ TEST(VehicleDecoder, RefusesWhatCannotBe)
         Vehicle vehicle;
         row.say(vehicle);
         const AxAircraftState& state = vehicle.State();
-        EXPECT_EQ(state.refused, 1u) << row.name;
+        EXPECT_EQ(state.refused, row.refused) << row.name;
         EXPECT_FALSE(state.longitude || state.altitude || state.yaw || state.windSpeed || state.home ||
                      state.cameraPitch || state.heading)
             << row.name;
@@ -298,7 +308,11 @@ TEST(VehicleDecoder, TakesThePlaceFromTheReceiverWhereNothingBetterIsTold)
     AxMavVfrHud hud;
     hud.climb = -3.0f;
     vehicle.Say(hud, 5100);
-    EXPECT_NEAR(vehicle.State().climbRate.value_or(0.0), -3.0, 1e-6);
+    hud.climb = -2.0f;
+    hud.airspeed = notANumber;
+    vehicle.Say(hud, 5200);
+    EXPECT_NEAR(vehicle.State().climbRate.value_or(0.0), -2.0, 1e-6);
+    EXPECT_FALSE(vehicle.State().airSpeed) << "told by no sensor any longer";
 }
 
 TEST(VehicleDecoder, JoinsMessagesInParts)
@@ -363,4 +377,43 @@ TEST(VehicleDecoder, CountsEachPhotoOnce)
     EXPECT_EQ(vehicle.told.photos[1].index, 2);
     EXPECT_NEAR(vehicle.told.photos[1].latitude, 47.1, 1e-9);
     EXPECT_EQ(static_cast<qint64>(vehicle.told.photos[1].time), start + 4990);
+}
+
+TEST(VehicleDecoder, TakesTheMessageThatKnowsMostOfAPhoto)
+{
+    Vehicle vehicle;
+    AxMavCameraFeedback feedback;
+    AxMavCameraTrigger trigger;
+    AxMavCameraImageCaptured image;
+    image.capture_result = 1;
+    vehicle.Say(feedback, 0);
+    vehicle.Say(image, 0, 100);
+    EXPECT_TRUE(vehicle.told.photos.empty()) << "there is no place yet";
+    vehicle.Fly(47.0, 8.0);
+    vehicle.Say(feedback, 1000);
+    ASSERT_EQ(vehicle.told.photos.size(), 1u) << "of the same number, but not told before";
+    EXPECT_NEAR(vehicle.told.photos[0].latitude, 47.0, 1e-9);
+    feedback.time_usec = (start + 4900) * 1000ull;
+    feedback.img_idx = 2;
+    feedback.lat = 471000000;
+    feedback.lng = 81000000;
+    feedback.alt_msl = 90.0f;
+    feedback.roll = 30.0f;
+    feedback.yaw = 270.0f;
+    vehicle.Say(trigger, 5000);
+    vehicle.Say(feedback, 5100);
+    vehicle.Say(feedback, 5200);
+    ASSERT_EQ(vehicle.told.photos.size(), 2u);
+    const AxPhotoRecord& photo = vehicle.told.photos[1];
+    EXPECT_EQ(static_cast<qint64>(photo.time), start + 4900);
+    EXPECT_NEAR(photo.longitude, 8.1, 1e-9);
+    EXPECT_NEAR(photo.altitude, 90.0 + AxGeoidHeight(47.1, 8.1).value_or(0.0), 1e-6);
+    EXPECT_NEAR(photo.roll, 0.523599, 1e-6);
+    EXPECT_NEAR(photo.yaw, -1.570796, 1e-6);
+    vehicle.Say(image, 5900, 100); // the camera tells of it itself
+    feedback.img_idx = 3;
+    vehicle.Say(feedback, 9000);
+    image.image_index = 3;
+    vehicle.Say(image, 9100, 100);
+    EXPECT_EQ(vehicle.told.photos.size(), 3u);
 }
