@@ -122,12 +122,23 @@ AxAircraftState AxFlightRecord::StateAt(quint64 time) const
     state.longitude = sample.longitude;
     state.latitude = sample.latitude;
     state.altitude = sample.altitude;
+    // Both are told as often as states are kept, or more often.
+    const auto since = [](qint64& heard, quint64 later) {
+        if (heard > 0)
+            heard = std::max(heard, static_cast<qint64>(later));
+    };
+    since(state.placeHeard, sample.time);
     SetKnown(state.heightAboveHome, sample.heightAboveHome);
     const std::size_t turns = AxCountTo(m_attitudes, time);
     const bool isNewer = turns > 0 && m_attitudes[turns - 1].time >= sample.time;
     SetKnown(state.roll, isNewer ? m_attitudes[turns - 1].roll : sample.roll);
     SetKnown(state.pitch, isNewer ? m_attitudes[turns - 1].pitch : sample.pitch);
     SetKnown(state.yaw, isNewer ? m_attitudes[turns - 1].yaw : sample.yaw);
+    if (turns > 0)
+        since(state.attitudeHeard, m_attitudes[turns - 1].time);
+    const std::size_t looks = AxCountTo(m_cameras, time);
+    if (looks > 0)
+        state.cameraYaw = m_cameras[looks - 1].heading;
     if (state.yaw)
         state.heading = std::fmod(*state.yaw * 180.0 / PI + 360.0, 360.0);
     return state;

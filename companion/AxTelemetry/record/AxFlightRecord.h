@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <vector>
 
 // Times are milliseconds since 1970, UTC; in a file that knows no date they are those of the file's own
@@ -52,8 +53,9 @@ struct AXTELEMETRY_EXPORT AxFlightMessage
 /// Where its camera looked from a time on.
 struct AXTELEMETRY_EXPORT AxFlightCamera
 {
-    quint64 time = 0;   ///< milliseconds
-    double angle = 0.0; ///< degrees from straight down towards ahead
+    quint64 time = 0;              ///< milliseconds
+    double angle = 0.0;            ///< degrees from straight down towards ahead
+    std::optional<double> heading; ///< degrees clockwise from north, 0 to 360; none: that of the aircraft
 };
 
 /// All that was known at a time.

@@ -81,7 +81,7 @@ void AxTlogFlight::Photo(const AxPhotoRecord& photo)
 
 void AxTlogFlight::Camera(double angle)
 {
-    m_flight->AddCamera({m_now, angle});
+    m_flight->AddCamera({m_now, angle, m_decoder.State().cameraYaw});
 }
 
 void AxTlogFlight::Message(int severity, const QString& text)

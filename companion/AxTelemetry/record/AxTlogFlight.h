@@ -14,6 +14,9 @@ public:
     /// Takes a frame of the system, heard at `time` (milliseconds since 1970, UTC), in order of time.
     void Feed(const AxMavFrame& frame, quint64 time);
 
+    /// Counts a frame of an unknown message.
+    void CountUnknown(const AxMavFrame& frame) { m_decoder.CountUnknown(frame); }
+
     /// The flight; null if there is none: the system is no aircraft, or has never told a place. Once.
     std::shared_ptr<const AxFlightRecord> Finish();
 

@@ -136,8 +136,13 @@ void AxTlogReader::State::TakeRecord(const quint8* at, int size)
         held->raw = nullptr;
         heldStamp = stamp;
     };
-    parser.Feed(at + stampSize, static_cast<std::size_t>(size - stampSize), take);
-    parser.Flush(take);
+    const auto count = [&](const AxMavFrame& frame) {
+        if (flights[frame.systemId])
+            flights[frame.systemId]->CountUnknown(frame);
+    };
+    const char* const bytes = reinterpret_cast<const char*>(at) + stampSize;
+    parser.Feed(QByteArray::fromRawData(bytes, size - stampSize), take, count);
+    parser.Flush(take, count);
 }
 
 void AxTlogReader::State::Tell(std::optional<quint64> next)
