@@ -1,0 +1,76 @@
+#include <AxData/geofiles/AxGeoFields.h>
+#include <AxData/geofiles/AxGeoText.h>
+
+#include <ogr_feature.h>
+
+namespace {
+/// Of how a program draws a feature, which KML adds to each.
+const QStringList& drawingFields()
+{
+    static const QStringList names{
+        QStringLiteral("tessellate"), QStringLiteral("extrude"), QStringLiteral("visibility"),
+        QStringLiteral("draworder"),  QStringLiteral("icon"),    QStringLiteral("altitudemode"),
+        QStringLiteral("timestamp"),  QStringLiteral("begin"),   QStringLiteral("end")};
+    return names;
+}
+
+/// The less likely a field is a name, the later it stands here.
+int RankOf(const QString& key, OGRFieldType type)
+{
+    static const QStringList names{QStringLiteral("name"),   QString::fromUtf8("名称"),
+                                   QStringLiteral("title"),  QStringLiteral("label"),
+                                   QStringLiteral("block"),  QStringLiteral("area_name"),
+                                   QStringLiteral("nombre"), QStringLiteral("nom"),
+                                   QStringLiteral("text"),   QStringLiteral("layer")};
+    const int at = names.indexOf(key.toLower());
+    if (at >= 0)
+        return at;
+    if (type != OFTString)
+        return -1;
+    return key.startsWith(QLatin1String("name"), Qt::CaseInsensitive) ||
+                   key.startsWith(QLatin1String("nm_"), Qt::CaseInsensitive) ||
+                   key.endsWith(QLatin1String("name"), Qt::CaseInsensitive)
+               ? int(names.size())
+               : -1;
+}
+} // namespace
+
+AxGeoFields::AxGeoFields(const OGRFeatureDefn& layer, const QByteArray& codecOfTexts,
+                         const QSet<int>& geometry)
+    : codec(codecOfTexts)
+{
+    constexpr int mostKept = 20;
+    int best = -1;
+    for (int i = 0; i < layer.GetFieldCount(); ++i) {
+        const OGRFieldDefn* field = layer.GetFieldDefn(i);
+        bool isCut = false;
+        const QString key = AxGeoOneLine(AxGeoDecoded(field->GetNameRef(), codec, isForeign), isCut);
+        if (geometry.contains(i) || drawingFields().contains(key.toLower()))
+            continue;
+        const int rank = RankOf(key, field->GetType());
+        if (rank >= 0 && (best < 0 || rank < best)) {
+            best = rank;
+            name = i;
+        }
+        const bool isOurs = key.endsWith(QLatin1String("_m")) || key == QLatin1String("kind");
+        if (isOurs || kept.size() < mostKept)
+            kept += {i, key};
+    }
+}
+
+AxGeoFeature AxGeoFields::Of(const OGRFeature& feature)
+{
+    AxGeoFeature told;
+    auto& read = const_cast<OGRFeature&>(feature); // GDAL keeps the text of a number in the feature
+    if (name >= 0 && feature.IsFieldSetAndNotNull(name))
+        told.name = AxGeoDecoded(read.GetFieldAsString(name), codec, isForeign);
+    for (const Field& field : qAsConst(kept))
+        if (field.index != name && feature.IsFieldSetAndNotNull(field.index)) {
+            bool isCut = false;
+            const QString text =
+                AxGeoOneLine(AxGeoDecoded(read.GetFieldAsString(field.index), codec, isForeign), isCut);
+            if (!text.isEmpty())
+                told.attributes[field.key] = text;
+        }
+    return told;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QString>
+
+/// A text of this folder in the language of the program.
+inline QString AxGeoText(const char* text)
+{
+    return QCoreApplication::translate("AxGeoFile", text);
+}
+
+/// The same, marked for the translators.
+#define AX_GEO_TEXT(text) AxGeoText(QT_TRANSLATE_NOOP("AxGeoFile", text))
+
+/// Text of a file: UTF-8, or else by the codec, which `isForeign` tells then.
+QString AxGeoDecoded(const char* text, const QByteArray& codec, bool& isForeign);
+
+/// The codec that most likely made a text that is not in UTF-8: GB18030 or Windows-1252.
+QByteArray AxGeoCodecOf(const QByteArray& text);
+
+/// One line of at most 200 characters; `isChanged` tells whether it was cut.
+QString AxGeoOneLine(const QString& text, bool& isCut);
