@@ -553,6 +553,157 @@
     </message>
 </context>
 <context>
+    <name>AxProjectFile</name>
+    <message>
+        <source>it is no route</source>
+        <translation>不是航线</translation>
+    </message>
+    <message>
+        <source>it is no number</source>
+        <translation>不是数值</translation>
+    </message>
+    <message>
+        <source>%1 is not from %2 to %3</source>
+        <translation>%1 不在 %2 到 %3 之间</translation>
+    </message>
+    <message>
+        <source>%1 is no whole number</source>
+        <translation>%1 不是整数</translation>
+    </message>
+    <message>
+        <source>it is no text</source>
+        <translation>不是文本</translation>
+    </message>
+    <message>
+        <source>it is longer than %1 characters</source>
+        <translation>超过 %1 个字符</translation>
+    </message>
+    <message>
+        <source>it is empty</source>
+        <translation>为空</translation>
+    </message>
+    <message>
+        <source>it is no list</source>
+        <translation>不是列表</translation>
+    </message>
+    <message>
+        <source>it has more than %1 entries</source>
+        <translation>超过 %1 项</translation>
+    </message>
+    <message>
+        <source>it is no place</source>
+        <translation>不是位置</translation>
+    </message>
+    <message>
+        <source>it is not on the globe</source>
+        <translation>不在地球上</translation>
+    </message>
+    <message>
+        <source>vertex %1: %2</source>
+        <translation>第 %1 个顶点：%2</translation>
+    </message>
+    <message>
+        <source>it has no longitude</source>
+        <translation>没有对应的经度</translation>
+    </message>
+    <message>
+        <source>this value is not possible</source>
+        <translation>该值不可能</translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>没有这个文件。</translation>
+    </message>
+    <message>
+        <source>This is not a file.</source>
+        <translation>这不是文件。</translation>
+    </message>
+    <message>
+        <source>Reading failed: %1.</source>
+        <translation>读取失败：%1。</translation>
+    </message>
+    <message>
+        <source>This is no project.</source>
+        <translation>这不是项目文件。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>It was written by a later version of the program.</source>
+        <translation>它由更新版本的程序写成。</translation>
+    </message>
+    <message>
+        <source>The file is damaged: %1.</source>
+        <translation>文件已损坏：%1。</translation>
+    </message>
+    <message>
+        <source>its version or its size cannot be</source>
+        <translation>版本或大小不合理</translation>
+    </message>
+    <message>
+        <source>It is not overwritten.</source>
+        <translation>不会覆盖它。</translation>
+    </message>
+    <message>
+        <source>Nothing is written, because it could not be read again: %1.</source>
+        <translation>未写入任何内容，因为将无法再次读取：%1。</translation>
+    </message>
+    <message>
+        <source>Writing failed: %1.</source>
+        <translation>写入失败：%1。</translation>
+    </message>
+    <message>
+        <source>%1 on %2, process %3</source>
+        <translation>%2 上的 %1，进程 %3</translation>
+    </message>
+    <message>
+        <source>a program that is not known</source>
+        <translation>未知的程序</translation>
+    </message>
+    <message>
+        <source>there are more than %1 rows</source>
+        <translation>超过 %1 行</translation>
+    </message>
+    <message>
+        <source>field %1: %2</source>
+        <translation>字段 %1：%2</translation>
+    </message>
+    <message>
+        <source>block &quot;%1&quot;, %2</source>
+        <translation>测区“%1”，%2</translation>
+    </message>
+    <message>
+        <source>task &quot;%1&quot;, %2</source>
+        <translation>任务“%1”，%2</translation>
+    </message>
+    <message>
+        <source>mark point &quot;%1&quot;, %2</source>
+        <translation>标记点“%1”，%2</translation>
+    </message>
+    <message>
+        <source>field id: another one has it, too</source>
+        <translation>字段 id：与另一个重复</translation>
+    </message>
+    <message>
+        <source>field block: there is no such block</source>
+        <translation>字段 block：没有这个测区</translation>
+    </message>
+    <message>
+        <source>view, %1</source>
+        <translation>视图，%1</translation>
+    </message>
+    <message>
+        <source>tables are missing</source>
+        <translation>缺少数据表</translation>
+    </message>
+    <message>
+        <source>The folder &quot;%1&quot; cannot be written.</source>
+        <translation>无法写入文件夹“%1”。</translation>
+    </message>
+</context>
+<context>
     <name>AxRecord</name>
     <message>
         <source>time (as &quot;t_ms&quot;)</source>

@@ -1,0 +1,78 @@
+#include <AxData/project/AxProjectFields.h>
+#include <AxData/project/AxProjectTables.h>
+#include <AxData/project/AxRecovery.h>
+#include <AxData/project/AxRecoveryWriter.h>
+#include <AxData/project/AxSqlFile.h>
+
+#include <QDir>
+#include <QLockFile>
+#include <QSqlQuery>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace {
+// False where there is nothing that anybody could want.
+bool Read(AxRecovery& recovery)
+{
+    // A change that was broken off is taken back by this.
+    AxSqlFile file(recovery.file, AxSqlFile::Mode::Write);
+    const auto fail = [&](const QString& reason) {
+        recovery.fault = QStringLiteral("\"%1\": %2")
+                             .arg(QDir::toNativeSeparators(recovery.file),
+                                  AxProjectText::tr("The file is damaged: %1.").arg(reason));
+        return true;
+    };
+    if (!file.IsOpen())
+        return fail(file.Fault());
+    if (!file.IsSound())
+        return fail(file.Fault());
+    const qint64 application = file.Number(QStringLiteral("PRAGMA application_id"));
+    const qint64 version = file.Number(QStringLiteral("PRAGMA user_version"));
+    if (application == 0)
+        return false; // its program died while it made it
+    if (application != AxRecoveryFile::applicationID || version < 1 || version > AxProjectTables::version)
+        return fail(AxProjectText::tr("its version or its size cannot be"));
+    QSqlQuery told(file.database);
+    if (told.exec(QStringLiteral("SELECT [path], [written] FROM [recovery]")) && told.next()) {
+        recovery.projectPath = told.value(0).toString();
+        recovery.time = QDateTime::fromString(told.value(1).toString(), Qt::ISODateWithMs);
+    }
+    QString fault;
+    return AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault) ||
+           fail(fault);
+}
+} // namespace
+
+QString AxRecoveryFolder()
+{
+    return QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation))
+        .filePath(QStringLiteral("recovery"));
+}
+
+QList<AxRecovery> AxFindRecoveries(const QString& folder)
+{
+    QList<AxRecovery> found;
+    for (const QFileInfo& info :
+         QDir(folder).entryInfoList({QLatin1Char('*') + AxRecoveryFile::suffix}, QDir::Files)) {
+        AxRecovery recovery;
+        recovery.file = info.filePath();
+        recovery.hold = AxRecoveryFile::LockOf(recovery.file);
+        if (!recovery.hold->tryLock(0))
+            continue;
+        recovery.time = info.lastModified().toUTC();
+        if (Read(recovery))
+            found += recovery;
+        else
+            AxRecoveryFile::Remove(recovery.file);
+    }
+    std::sort(found.begin(), found.end(),
+              [](const AxRecovery& a, const AxRecovery& b) { return a.time > b.time; });
+    return found;
+}
+
+void AxDropRecovery(AxRecovery& recovery)
+{
+    AxRecoveryFile::Remove(recovery.file);
+    recovery.hold.reset();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <AxData/AxDataExport.h>
+#include <AxData/project/AxProject.h>
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class QLockFile;
+
+/// What a program that died had not saved.
+struct AXDATA_EXPORT AxRecovery
+{
+    QString file;        ///< that holds it
+    QString projectPath; ///< of the project that was open; empty when it had never been saved
+    QDateTime time;      ///< of the last edit that it holds, UTC
+    AxProject project;   ///< as it was then
+    QString fault;       ///< for people; not empty when nothing can be recovered, and the project is empty
+    std::shared_ptr<QLockFile> hold; ///< keeps other programs from offering it, too
+};
+
+/// Where the journals of a program lie if its host does not say otherwise: the application's data folder.
+AXDATA_EXPORT QString AxRecoveryFolder();
+
+/// What programs that are not alive have left in a folder, the newest first. Any thread.
+AXDATA_EXPORT QList<AxRecovery> AxFindRecoveries(const QString& folder);
+
+/// Removes what the pilot has taken over or does not want. Any thread.
+AXDATA_EXPORT void AxDropRecovery(AxRecovery& recovery);
