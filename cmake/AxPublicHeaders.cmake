@@ -20,6 +20,7 @@ set(AX_PUBLIC_HEADERS
   interaction/CAxEarthManipulator.h=interaction/input/CAxEarthManipulator.h
   interaction/CAxHandleAdapter.h=interaction/objects/CAxHandleAdapter.h
   interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
+  interaction/CAxOsgDrawLine.h=interaction/objects/CAxOsgDrawLine.h
   interaction/CAxOsgDrawRectange.h=interaction/objects/CAxOsgDrawRectange.h
   interaction/EHandleOperation.h=scene/EHandleOperation.h
   interaction/AxEditedShape.h=interaction/editing/AxEditedShape.h

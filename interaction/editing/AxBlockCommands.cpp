@@ -47,6 +47,20 @@ void AxAnchorCommand::Apply(bool before)
         shape->ReturnLastOperate();
 }
 
+AxWidthCommand::AxWidthCommand(AxViewerParts* parts, const QString& id, const Widths& before,
+                               const Widths& after, const QString& text)
+    : AxBlockCommand(parts, id, text), widthsBefore(before), widthsAfter(after)
+{
+}
+
+void AxWidthCommand::Apply(bool before)
+{
+    const Widths& widths = before ? widthsBefore : widthsAfter;
+    CAxBlockManager::instance().GetBlock(blockID)->GetTaskPara()->SetBandingOffset(widths.left, widths.right);
+    if (const AxEditedShapeRef shape(viewer->Objects().Find(blockID)); shape)
+        shape->ReturnLastOperate();
+}
+
 AxNameCommand::AxNameCommand(AxViewerParts* parts, const QString& id, const QString& before,
                              const QString& after, const QString& text)
     : AxBlockCommand(parts, id, text), nameBefore(before), nameAfter(after)

@@ -48,6 +48,27 @@ private:
     QList<QPointF> ringAfter;
 };
 
+/// The widths of a strip.
+class AxWidthCommand : public AxBlockCommand
+{
+public:
+    /// Metres to the left and to the right of its line.
+    struct Widths
+    {
+        double left;
+        double right;
+    };
+    AxWidthCommand(AxViewerParts* viewer, const QString& blockID, const Widths& before, const Widths& after,
+                   const QString& text);
+
+protected:
+    void Apply(bool before) override;
+
+private:
+    Widths widthsBefore;
+    Widths widthsAfter;
+};
+
 /// The name of a block.
 class AxNameCommand : public AxBlockCommand
 {

@@ -58,4 +58,20 @@ protected:
     void ShowHandles();
     /// The widget for boxes, or null.
     QWidget* BoxParent() const;
+
+    // Dialogs. They let events run; who opens one holds a Running and asks it afterwards.
+
+    /// That of a vertex: its coordinates, and "Delete", which ends with `tooFewText` where the kind needs all
+    /// that there are. In its place a box says why a block that is locked or has routes has none.
+    void ShowVertexDialog(int index, const QString& tooFewText);
+    /// False, with the reason told, for a name that is empty or that of another block.
+    bool MayBeCalled(const QString& name);
+    /// Gives the block the name, which may be taken, after a question.
+    void AskAndRename(const QString& name);
+
+private:
+    bool isFreeToEdit();
+    /// False, with the reason told, for values that cannot be taken.
+    bool moveVertexTo(int index, const QString& latitude, const QString& longitude);
+    void deleteVertexOfBlock(int index, const QString& tooFewText);
 };

@@ -1,6 +1,7 @@
 #include "interaction/objects/AxShapeFactories.h"
 #include "interaction/objects/CAx3DGeometry.h"
 #include "interaction/objects/CAxApplyForProhibitedArea.h"
+#include "interaction/objects/CAxOsgDrawLine.h"
 
 #include <algorithm>
 
@@ -24,7 +25,7 @@ struct Kind
 const Kind kinds[] = {
     {CAxBlock::PolygonBlock, ToolPolygonBlock, {}, &Make<CAx3DGeometry>},
     {CAxBlock::RectangleBlock, ToolRectangleBlock, {Edges::Closed, 4, false}},
-    {CAxBlock::StripBlock, ToolStripBlock, {Edges::Open, 2, true}},
+    {CAxBlock::StripBlock, ToolStripBlock, {Edges::Open, 2, true}, &Make<CAxOsgDrawLine>},
     {CAxBlock::VideoBlock, ToolVideoArea, {Edges::Closed, 1, false}},
     {CAxBlock::MarkPointBlock, ToolMarkPoint, {Edges::None, 1, true}},
     {CAxBlock::ProhibitedAreaBlock,

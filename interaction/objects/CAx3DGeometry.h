@@ -34,10 +34,4 @@ protected:
     /// Refuses a ring that crosses itself. A last corner on top of the one before it is dropped.
     AxVerdict JudgeShape() override;
     QString ShapeFault() override;
-
-private:
-    bool isFreeToEdit();
-    /// False, with the reason told, for values that cannot be taken.
-    bool moveVertexTo(int index, const QString& latitude, const QString& longitude);
-    void deleteVertexOfBlock(int index);
 };

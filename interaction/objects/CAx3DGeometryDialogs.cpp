@@ -1,42 +1,7 @@
 // What a double click on a polygon block, or on one of its corners, opens.
-#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxPage.h"
 #include "interaction/objects/CAx3DGeometry.h"
-#include "scene/AxObjectBook.h"
-#include "scene/base/AxLongitudes.h"
-#include "scene/base/AxNotice.h"
-
-#include <AxBaseUI/CAxParameterEditPage.h>
-#include <AxData/CAxBlockManager.h>
-
-#include <QPointer>
-
-#include <cmath>
-
-namespace {
-using AxLongitudes::sameDegrees;
-constexpr int degreeDecimals = 8;
-
-QString DegreesText(double degrees)
-{
-    return QString::number(degrees, 'f', degreeDecimals);
-}
-
-// On the heap, because its parent may be deleted while it is open.
-class Page
-{
-public:
-    explicit Page(QWidget* parent) : page(new CAxParameterEditPage(parent)) {}
-    ~Page() { delete page; }
-    Page(const Page&) = delete;
-    Page& operator=(const Page&) = delete;
-    explicit operator bool() const { return !page.isNull(); }
-    CAxParameterEditPage* operator->() const { return page; }
-
-private:
-    QPointer<CAxParameterEditPage> page;
-};
-} // namespace
 
 void CAx3DGeometry::ResponseDoubleClickOnBlock()
 {
@@ -45,7 +10,7 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
         return;
     const Running self(this);
     const QString oldName = block->GetBlockName();
-    const Page page(BoxParent());
+    const AxPage page(BoxParent());
     page->SetWindowTitle(tr("Polygon Info"));
     page->SetElementName(tr("Name:"), tr("area (km^2):"));
     page->SetElement1Value(oldName, true);
@@ -55,15 +20,10 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
         const QString name = page->GetElement1Value().trimmed();
         if (name == oldName)
             return;
-        const bool isEmpty = name.isEmpty();
-        if (!isEmpty && !CAxBlockManager::instance()._exist(name)) {
-            if (AxAskQuestion(BoxParent(), tr("Change name"), tr("Are you sure want to change name?")) &&
-                self.IsWanted() && d->viewer)
-                d->viewer->Objects().Rename(d->handleID, name);
+        if (MayBeCalled(name)) {
+            AskAndRename(name);
             return;
         }
-        AxShowNotice(BoxParent(), tr("Information"),
-                     isEmpty ? tr("The name must not be empty.") : tr("The name already exists !"));
         if (!page || !self.IsWanted() || !GetContainedBlock())
             return;
     }
@@ -71,93 +31,5 @@ void CAx3DGeometry::ResponseDoubleClickOnBlock()
 
 void CAx3DGeometry::ResponseDoubleClickOnPoint(int index, osg::Vec3d)
 {
-    const CAxBlock* block = GetContainedBlock();
-    if (index < 0 || !block || index >= block->GetAnchor().size() || !isFreeToEdit())
-        return;
-    const Running self(this);
-    const QPointF vertex = block->GetAnchor().at(index);
-    const Page page(BoxParent());
-    page->SetWindowTitle(tr("Vertex"));
-    page->SetElementParas({tr("Latitude(degree):"), tr("Longitude(degree):")},
-                          {DegreesText(vertex.y()), DegreesText(vertex.x())}, {true, true});
-    page->SetOKCancelBtnVisible(true, true);
-    page->SetBtnCancelText(tr("Delete"));
-    page->SetDialogInfo(tr("The cross at the top and Escape leave the vertex as it is."));
-    // What was typed stays in the page until it can be taken.
-    bool isOpen = true;
-    while (isOpen) {
-        const int result = page->exec();
-        if (!page || !self.IsWanted())
-            return;
-        const QStringList values = page->GetElementValues();
-        isOpen = result == QDialog::Accepted && !moveVertexTo(index, values.at(0), values.at(1)) && page &&
-                 self.IsWanted();
-        if (result == QDialog::Rejected)
-            deleteVertexOfBlock(index);
-    }
-}
-
-// Handles that are not there are not double-clicked, but a host may ask for the dialog, and lock the block
-// while it is open.
-bool CAx3DGeometry::isFreeToEdit()
-{
-    if (mayChangeCount())
-        return true;
-    AxShowNotice(BoxParent(), tr("Vertex"),
-                 tr("The corners of a block that is locked or has routes cannot be changed."));
-    return false;
-}
-
-void CAx3DGeometry::deleteVertexOfBlock(int index)
-{
-    const Running self(this);
-    if (!AxAskQuestion(BoxParent(), tr("Delete vertex"), tr("Are you sure you want to delete vertex?")) ||
-        !self.IsWanted())
-        return;
-    const CAxBlock* block = GetContainedBlock();
-    if (!block || index >= block->GetAnchor().size())
-        return;
-    if (block->GetAnchor().size() == ShapeKind().leastVertices) {
-        AxShowNotice(BoxParent(), tr("Delete Block"), tr("The survey block anchor must be not less than 3."));
-        return;
-    }
-    if (!isFreeToEdit())
-        return;
-    std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
-    points.erase(points.begin() + index);
-    ChangeVertices(std::move(points), tr("Delete vertex"));
-    if (self.IsWanted())
-        SetAnchorEditorEnabled(true);
-}
-
-bool CAx3DGeometry::moveVertexTo(int index, const QString& latitude, const QString& longitude)
-{
-    const CAxBlock* block = GetContainedBlock();
-    if (!block || index >= block->GetAnchor().size())
-        return true;
-    bool isLatitude = false;
-    bool isLongitude = false;
-    const double lat = latitude.toDouble(&isLatitude);
-    const double lng = longitude.toDouble(&isLongitude);
-    if (!isLatitude || !(std::abs(lat) <= 90.0)) {
-        AxShowNotice(BoxParent(), tr("Vertex"),
-                     tr("\"%1\" is not a latitude between -90 and 90.").arg(latitude));
-        return false;
-    }
-    if (!isLongitude || !(std::abs(lng) <= 180.0)) {
-        AxShowNotice(BoxParent(), tr("Vertex"),
-                     tr("\"%1\" is not a longitude between -180 and 180.").arg(longitude));
-        return false;
-    }
-    // The latitude is compared with both coordinates on purpose: OK rewrites
-    // the corner in practice always.
-    const QPointF vertex = block->GetAnchor().at(index);
-    if (std::abs(lat - vertex.y()) < sameDegrees && std::abs(lat - vertex.x()) < sameDegrees)
-        return true;
-    // There is nothing that other values would mend.
-    if (!isFreeToEdit())
-        return true;
-    std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
-    points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
-    return ChangeVertices(std::move(points), tr("Move vertex"));
+    ShowVertexDialog(index, tr("The survey block anchor must be not less than 3."));
 }

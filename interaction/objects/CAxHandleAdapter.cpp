@@ -152,6 +152,16 @@ std::vector<osg::Vec3d> CAxHandleAdapter::Outline()
     return GetGeometry()->asVector();
 }
 
+bool CAxHandleAdapter::IsOutlineClosed()
+{
+    return ShapeKind().IsClosed();
+}
+
+std::vector<osg::Vec3d> CAxHandleAdapter::InnerLine()
+{
+    return {};
+}
+
 std::vector<osg::Vec3d>& CAxHandleAdapter::GetAnchor()
 {
     return d->anchors;
@@ -369,14 +379,18 @@ void CAxHandleAdapter::updateAdapter()
 {
     if (d->operation != OperationDrawing)
         DropRubberBand();
-    if (osg::Drawable* drawn = FindDrawable("Feature"))
+    while (osg::Drawable* drawn = FindDrawable("Feature"))
         d->featureNode->removeDrawable(drawn);
-    const osg::ref_ptr<osg::Geometry> shape = CreateOwnGeom(
-        d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor, d->fillColor, 2.0f);
+    const osg::Vec4f edge = d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor;
+    const osg::ref_ptr<osg::Geometry> shape = CreateOwnGeom(edge, d->fillColor, 2.0f);
     if (!shape)
         return;
-    shape->setName("Feature");
-    d->featureNode->addDrawable(shape);
+    for (const osg::ref_ptr<osg::Geometry>& drawn : {shape, CreateInnerGeom(edge, 1.0f)}) {
+        if (!drawn)
+            continue;
+        drawn->setName("Feature");
+        d->featureNode->addDrawable(drawn);
+    }
     // A name left behind by a drag would be taken for that of a neighbour.
     if (const auto place = d->nameLabel ? namePlace() : std::nullopt)
         d->nameLabel->setPosition(*place);

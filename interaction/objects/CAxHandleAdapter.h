@@ -55,8 +55,13 @@ public:
 
     /// What the vertices make; that of its block type unless a kind says otherwise.
     AxShapeKind ShapeKind() const override;
-    /// The points that are drawn, of the vertices; the vertices themselves unless a kind says otherwise.
+    /// What the vertices stand for on the ground: this is drawn, filled where it is closed, judged and
+    /// named. Degrees, degrees, metres; the vertices themselves unless a kind derives it from them.
     virtual std::vector<osg::Vec3d> Outline();
+    /// Whether the outline leads back to its first point; as the vertices do unless a kind says otherwise.
+    virtual bool IsOutlineClosed();
+    /// A line that is drawn with the outline, as a strip has one in its middle; none unless a kind has it.
+    virtual std::vector<osg::Vec3d> InnerLine();
     /// Judges the geometry just drawn or edited: 1 or more accepts it, 0 or less rejects it, -2 after the
     /// operator was told why (AxVerdict.h).
     virtual int CheckGeometry() = 0;
@@ -283,6 +288,8 @@ protected:
     /// on that anew as finer ground arrives. A ring of a visible colour is filled. Null for less than two
     /// points. Only the latest one is kept on the ground.
     osg::ref_ptr<osg::Geometry> CreateOwnGeom(osg::Vec4f edge, osg::Vec4f fill, float width);
+    /// The same for InnerLine().
+    osg::ref_ptr<osg::Geometry> CreateInnerGeom(osg::Vec4f edge, float width);
     /// Any other outline, once laid on the ground as it is now, and with `filled` its fill, which needs three
     /// points and a visible colour. `closed` leads the outline back to its first point.
     osg::ref_ptr<osg::Geometry> CreateGeom(osg::Vec4f edge, osg::Vec4f fill, float width,
@@ -303,6 +310,7 @@ protected:
 private:
     void prepareDrawing();
     bool layOnGround();
+    void keepOnGround();
     bool isRegistered() const;
     bool keepDrawing();
     void dropDrawing(bool deleteBlock);
@@ -310,5 +318,7 @@ private:
     bool mayEdit() const;
     void keepRefused(EToolType tool);
     void leaveScene();
-    std::optional<osgEarth::GeoPoint> namePlace() const; // none without a map or vertices
+    // Degrees, degrees and 0. None without vertices; without a map there is no second one.
+    std::optional<osg::Vec3d> labelPlace() const;
+    std::optional<osgEarth::GeoPoint> namePlace() const;
 };

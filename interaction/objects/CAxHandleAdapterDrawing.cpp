@@ -134,14 +134,49 @@ std::vector<osg::Vec2d> InTheirPlane(const osg::Vec3Array& points, std::size_t f
 /// What an object keeps of its drawn shape, so that little has to be done again.
 struct AxShapeDrawing
 {
-    AxShapeSurface surface;
-    osg::observer_ptr<AxWorldGeometry> shape;
-    osg::Vec4f edge;
-    osg::Vec4f fill;
-    bool closed = false;
-    bool filled = false;
+    // The outline, or the line within it.
+    struct Part
+    {
+        AxShapeSurface surface;
+        osg::observer_ptr<AxWorldGeometry> shape;
+        osg::Vec4f edge;
+        osg::Vec4f fill;
+        bool closed = false;
+        bool filled = false;
+
+        osg::ref_ptr<osg::Geometry> Draw(const std::vector<osg::Vec3d>& vertices, float width, bool isSettled,
+                                         const AxHeightSource& ground);
+        void LayOn(const std::vector<osg::Vec3d>& vertices, const AxHeightSource& ground);
+    };
+    Part own;
+    Part inner;
     std::unique_ptr<AxShapeClamp> clamp;
 };
+
+osg::ref_ptr<osg::Geometry> AxShapeDrawing::Part::Draw(const std::vector<osg::Vec3d>& vertices, float width,
+                                                       bool isSettled, const AxHeightSource& ground)
+{
+    surface.SetVertices(vertices, closed, filled, ground);
+    if (surface.Mesh().points.empty())
+        return {};
+    // While it is edited the shape changes with each move of the mouse.
+    if (isSettled)
+        surface.Refine(ground);
+    const osg::ref_ptr<AxWorldGeometry> drawn = DrawSurface(surface, closed, edge, fill, width);
+    shape = drawn;
+    return drawn;
+}
+
+void AxShapeDrawing::Part::LayOn(const std::vector<osg::Vec3d>& vertices, const AxHeightSource& ground)
+{
+    osg::ref_ptr<AxWorldGeometry> drawn;
+    if (!shape.lock(drawn) || drawn->getNumParents() == 0)
+        return;
+    surface.ForgetHeights();
+    surface.SetVertices(vertices, closed, filled, ground);
+    surface.Refine(ground);
+    drawn->SetShape(surface.Mesh(), closed, edge, fill);
+}
 
 void CAxHandleAdapter::prepareDrawing()
 {
@@ -175,29 +210,39 @@ osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateOwnGeom(osg::Vec4f edge, osg
     const std::vector<osg::Vec3d> vertices = Outline();
     if (vertices.size() < 2)
         return {};
-    AxShapeDrawing& own = *d->drawing;
+    AxShapeDrawing::Part& own = d->drawing->own;
     own.edge = edge;
     own.fill = fill;
-    own.closed = ShapeKind().IsClosed() && vertices.size() > 2;
+    own.closed = IsOutlineClosed() && vertices.size() > 2;
     own.filled = own.closed && HasColor(fill);
-    own.surface.SetVertices(vertices, own.closed, own.filled, GroundOf(d->viewer));
-    if (own.surface.Mesh().points.empty())
-        return {};
-    // While it is edited the shape changes with each move of the mouse.
-    const bool isSettled = d->operation == OperationIdle;
-    if (isSettled)
-        own.surface.Refine(GroundOf(d->viewer));
-    const osg::ref_ptr<AxWorldGeometry> shape = DrawSurface(own.surface, own.closed, edge, fill, width);
-    own.shape = shape;
-    osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
-    if (!own.clamp && mapNode)
-        own.clamp = std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
-    if (own.clamp) {
-        own.clamp->SetExtent(own.surface.Normals());
-        if (!isSettled)
-            own.clamp->Ask();
-    }
+    osg::ref_ptr<osg::Geometry> shape =
+        own.Draw(vertices, width, d->operation == OperationIdle, GroundOf(d->viewer));
+    if (shape)
+        keepOnGround();
     return shape;
+}
+
+osg::ref_ptr<osg::Geometry> CAxHandleAdapter::CreateInnerGeom(osg::Vec4f edge, float width)
+{
+    const std::vector<osg::Vec3d> vertices = InnerLine();
+    if (vertices.size() < 2)
+        return {};
+    d->drawing->inner.edge = edge;
+    return d->drawing->inner.Draw(vertices, width, d->operation == OperationIdle, GroundOf(d->viewer));
+}
+
+void CAxHandleAdapter::keepOnGround()
+{
+    AxShapeDrawing& drawing = *d->drawing;
+    osgEarth::MapNode* mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
+    if (!drawing.clamp && mapNode)
+        drawing.clamp =
+            std::make_unique<AxShapeClamp>(mapNode->getTerrain(), [this] { return layOnGround(); });
+    if (!drawing.clamp)
+        return;
+    drawing.clamp->SetExtent(drawing.own.surface.Normals());
+    if (d->operation != OperationIdle)
+        drawing.clamp->Ask();
 }
 
 // The ground below the shape has changed, or an edit has ended. False while it
@@ -206,15 +251,11 @@ bool CAxHandleAdapter::layOnGround()
 {
     if (d->operation != OperationIdle)
         return false;
-    osg::ref_ptr<AxWorldGeometry> shape;
-    if (!d->drawing->shape.lock(shape) || shape->getNumParents() == 0)
+    if (!FindDrawable("Feature"))
         return true;
     GetBlockElevation();
-    AxShapeSurface& surface = d->drawing->surface;
-    surface.ForgetHeights();
-    surface.SetVertices(Outline(), d->drawing->closed, d->drawing->filled, GroundOf(d->viewer));
-    surface.Refine(GroundOf(d->viewer));
-    shape->SetShape(surface.Mesh(), d->drawing->closed, d->drawing->edge, d->drawing->fill);
+    d->drawing->own.LayOn(Outline(), GroundOf(d->viewer));
+    d->drawing->inner.LayOn(InnerLine(), GroundOf(d->viewer));
     if (d->lockNode->getNodeMask() != 0)
         DrawBlockLock();
     return true;
@@ -294,11 +335,18 @@ osg::Geometry* CAxHandleAdapter::FindDrawable(const std::string& name) const
     return nullptr;
 }
 
+std::optional<osg::Vec3d> CAxHandleAdapter::labelPlace() const
+{
+    // The accessors are virtual for subclasses that keep their vertices elsewhere.
+    auto* self = const_cast<CAxHandleAdapter*>(this);
+    return ShapeKind().edges == AxShapeKind::Edges::Open ? AxMiddleOfLine(self->GetAnchor())
+                                                         : AxLabelPlace(self->Outline());
+}
+
 std::optional<osgEarth::GeoPoint> CAxHandleAdapter::namePlace() const
 {
     const osgEarth::SpatialReference* srs = d->viewer ? d->viewer->Scene().MapSRS() : nullptr;
-    // The accessor is virtual for subclasses that keep their vertices elsewhere.
-    const auto place = AxLabelPlace(const_cast<CAxHandleAdapter*>(this)->GetAnchor());
+    const auto place = labelPlace();
     if (!srs || !place)
         return std::nullopt;
     return osgEarth::GeoPoint(srs->getGeographicSRS(), *place, osgEarth::ALTMODE_RELATIVE);
@@ -306,7 +354,7 @@ std::optional<osgEarth::GeoPoint> CAxHandleAdapter::namePlace() const
 
 void CAxHandleAdapter::DrawNameLabel()
 {
-    const std::vector<osg::Vec3d>& points = GetAnchor();
+    const std::vector<osg::Vec3d> points = Outline();
     std::vector<CAxPoint2D> metres;
     metres.reserve(points.size());
     for (const osg::Vec3d& point : points)
@@ -341,7 +389,7 @@ void CAxHandleAdapter::DrawNameLabel()
 void CAxHandleAdapter::DrawBlockLock()
 {
     d->lockNode->removeChildren(0, d->lockNode->getNumChildren());
-    const auto place = AxLabelPlace(GetAnchor());
+    const auto place = labelPlace();
     if (!place || !d->drawGroup || !d->viewer)
         return;
     if (!d->drawGroup->containsNode(d->lockNode))

@@ -177,8 +177,14 @@ void CAxHandleAdapter::FinishDrawing()
         return;
     if (!isKept)
         dropDrawing(!isAccepted);
-    else if (response == discard)
-        d->viewer->Objects().Remove(this, true);
+    else if (response == discard) {
+        // Undo brings the drawing back, as it does a refused one.
+        const QPointer<AxViewerParts> parts = d->viewer;
+        const std::vector<osg::Vec3d> vertices = GetAnchor();
+        parts->Objects().Remove(this, true);
+        if (parts && GetToolKind(tool) == ToolKindDraw)
+            parts->Objects().KeepRefused(tool, vertices);
+    }
 }
 
 bool CAxHandleAdapter::CancelHandle()

@@ -117,3 +117,27 @@ std::optional<osg::Vec3d> AxLabelPlace(const std::vector<osg::Vec3d>& lngLat)
         return ToLngLat(middle, pole);
     return ToLngLat(PlaceWithin(plane, middle).value_or(middle), pole);
 }
+
+std::optional<osg::Vec3d> AxMiddleOfLine(const std::vector<osg::Vec3d>& lngLat)
+{
+    std::vector<osg::Vec3d> normals;
+    for (const osg::Vec3d& vertex : lngLat)
+        if (IsUsable(vertex))
+            normals.push_back(AxGlobe::NormalAt(vertex));
+    if (normals.empty())
+        return std::nullopt;
+    double left = 0.0;
+    for (std::size_t i = 1; i < normals.size(); ++i)
+        left += 0.5 * AxGlobe::LengthBetween(normals[i - 1], normals[i]);
+    for (std::size_t i = 1; i < normals.size(); ++i) {
+        const double leg = AxGlobe::LengthBetween(normals[i - 1], normals[i]);
+        if (leg > 0.0 && left <= leg) {
+            // Straight through the globe instead of along it: of legs as long as an aircraft flies, metres.
+            osg::Vec3d middle = normals[i - 1] * (1.0 - left / leg) + normals[i] * (left / leg);
+            middle.normalize();
+            return AxGlobe::LngLatOf(middle);
+        }
+        left -= leg;
+    }
+    return AxGlobe::LngLatOf(normals.back());
+}

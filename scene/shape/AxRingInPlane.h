@@ -20,3 +20,7 @@ AXEARTHVIEWER_EXPORT std::vector<QPointF> AxRingInPlane(const std::vector<osg::V
 /// place that does. Of fewer than three vertices the middle of the box; nothing
 /// without usable vertices.
 AXEARTHVIEWER_EXPORT std::optional<osg::Vec3d> AxLabelPlace(const std::vector<osg::Vec3d>& lngLat);
+
+/// Half-way along a line of vertices (degrees, degrees), longitude from -180 to 180; nothing without usable
+/// vertices.
+AXEARTHVIEWER_EXPORT std::optional<osg::Vec3d> AxMiddleOfLine(const std::vector<osg::Vec3d>& lngLat);

@@ -1,0 +1,50 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <osg/Vec3d>
+
+#include <vector>
+
+class QString;
+
+/// The geometry of a strip: places are longitude and latitude in degrees, altitude in metres; widths and
+/// lengths metres.
+namespace AxStripShape {
+
+/// The outline of the band that lies `width1` to the left and `width2` to the right of its centre line, as
+/// CreateStripPolygon() makes it in the line's UTM zone, at the altitudes of the vertices beside it. Empty
+/// when there is no such band, or a side of it is wider than 100 km.
+AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> Band(const std::vector<osg::Vec3d>& centreLine, double width1,
+                                                  double width2);
+
+/// Along a great circle of a sphere of 6378137 m.
+AXEARTHVIEWER_EXPORT double LegLength(const osg::Vec3d& from, const osg::Vec3d& to);
+/// Of all legs.
+AXEARTHVIEWER_EXPORT double Length(const std::vector<osg::Vec3d>& centreLine);
+/// Whether a leg at the vertex is shorter than that; false where there is no such vertex.
+AXEARTHVIEWER_EXPORT bool HasShortLegAt(const std::vector<osg::Vec3d>& centreLine, int vertex,
+                                        double minDistance);
+
+/// A pair of widths, in the order in which Band() takes them.
+struct Widths
+{
+    double left = 0.0;
+    double right = 0.0;
+};
+/// What became of two texts that shall be widths.
+struct TypedWidths
+{
+    enum Fault
+    {
+        None,
+        NoNumber,
+        Negative,
+        TooNarrow ///< less than 3 m together
+    };
+    Fault fault = None;
+    Widths widths; ///< without a fault
+};
+/// Decimals are written with a point; 0 for one of them is a width, and so is 3 for both.
+AXEARTHVIEWER_EXPORT TypedWidths ReadWidths(const QString& width1, const QString& width2);
+
+} // namespace AxStripShape

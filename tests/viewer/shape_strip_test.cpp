@@ -1,0 +1,231 @@
+// Strip blocks: drawn, their band and their form, edited, undone.
+#include "ShapeFixture.h"
+
+#include "analysis/CAxAncillaryProcess.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxStripShape.h"
+#include "interaction/objects/CAxOsgDrawLine.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+
+class Strip : public ShapeFixture
+{
+protected:
+    // On the plain beside the zone T3, whose northern edge is at 46.1 degrees.
+    static inline const QList<QPointF> besideZone{{60.9, 46.105}, {61.0, 46.105}, {61.1, 46.106}};
+
+    static CAxOsgDrawLine* ImportStrip(const QList<QPointF>& line, double left = 3.0, double right = 3.0)
+    {
+        CAxBlock* block = CAxBlockManager::instance().AddBlock("strip", CAxBlock::StripBlock);
+        block->SetAnchor(line);
+        block->SetBlockName("Road");
+        block->GetTaskPara()->SetBandingOffset(left, right);
+        return qobject_cast<CAxOsgDrawLine*>(viewer->ImportShapeNode("strip"));
+    }
+    static QPair<double, double> Widths(const CAxHandleAdapter* strip)
+    {
+        QPair<double, double> widths;
+        strip->GetContainedBlock()->GetTaskPara()->GetBandingOffset(widths.first, widths.second);
+        return widths;
+    }
+    /// Square kilometres.
+    static double AreaOf(const std::vector<osg::Vec3d>& ring)
+    {
+        std::vector<CAxPoint2D> points;
+        for (const osg::Vec3d& point : ring)
+            points.emplace_back(point.x(), point.y());
+        return GeodesicRingArea(points) * 1e-6;
+    }
+    static void Pick(CAxHandleAdapter* strip, double lng, double lat)
+    {
+        const osg::Vec3d place(lng, lat, 0.0);
+        strip->slotPicked(place, osg::Vec3d(6378137.0, 0.0, 0.0));
+    }
+    static std::size_t Features(const CAxHandleAdapter* strip)
+    {
+        std::size_t count = 0;
+        for (unsigned i = 0; i < strip->GetFeatureNode()->getNumDrawables(); ++i)
+            count += strip->GetFeatureNode()->getDrawable(i)->getName() == "Feature" ? 1 : 0;
+        return count;
+    }
+};
+
+TEST_F(Strip, IsDrawnByClicksAndItsFormEndsTheDrawing)
+{
+    viewer->SetToolType(ToolStripBlock);
+    Click(18.0, 8.0);
+    QPointer<CAxOsgDrawLine> strip = qobject_cast<CAxOsgDrawLine*>(viewer->GetCurHandleAdapter());
+    ASSERT_TRUE(strip);
+    MoveTo(20.0, 9.0);
+    EXPECT_FALSE(CursorText().empty());
+    Click(20.0, 9.0);
+    EXPECT_EQ(Features(strip), 2u) << "band and line";
+    ModalBox box;
+    QStringList rows;
+    box.answers = {[&](QDialog& page) {
+        for (const QLabel* label : page.findChildren<QLabel*>())
+            rows += label->text();
+        ModalBox::Fill({"Road 7", "4000", "0"})(page);
+    }};
+    DoubleClickAt(22.0, 8.0);
+
+    EXPECT_EQ(box.titles, QStringList{"Strip survey area"});
+    for (const char* row : {"Name:", "Total Length(km):", "Width1(m):", "Width2(m):"})
+        EXPECT_TRUE(rows.contains(row)) << row;
+    ASSERT_TRUE(strip);
+    EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{strip->GetHandleID(), true}}));
+    EXPECT_EQ(pickEnded, QList<EToolType>{ToolStripBlock});
+    EXPECT_EQ(strip->GetContainedBlock()->GetBlockName(), "Road 7");
+    EXPECT_EQ(strip->GetContainedBlock()->GetBlockType(), CAxBlock::StripBlock);
+    EXPECT_EQ(Ring(strip).size(), 3);
+    EXPECT_EQ(Widths(strip), qMakePair(4000.0, 0.0));
+    EXPECT_EQ(strip->GetAnchorEditor()->GetDraggerList().size(), 3u) << "of the line, not of the band";
+    const double length = AxStripShape::Length(strip->GetAnchor()) * 1e-3;
+    EXPECT_NEAR(AreaOf(strip->Outline()), length * 4.0, 0.01 * length * 4.0);
+    // The name stands on the line, half-way along it.
+    EXPECT_NEAR(strip->GetNameLabel()->getPosition().x(), 20.0, 0.05);
+    EXPECT_NEAR(strip->GetNameLabel()->getPosition().y(), 9.0, 0.05);
+}
+
+TEST_F(Strip, FormRefusesWrongWidthsAndTheOperatorMayLeaveIt)
+{
+    struct Row
+    {
+        QStringList widths;
+        const char* message; ///< null: they are taken
+    };
+    const char* const wrong = "Survey area parameter is not correct.";
+    const char* const negative = "The width parameter must be greater than 0.";
+    const char* const narrow = "The total width parameter must be greater than 3.";
+    const std::vector<Row> rows{
+        {{"", "5"}, wrong},       {{"abc", "5"}, wrong},     {{"3,5", "5"}, wrong},
+        {{"nan", "5"}, wrong},    {{"1e308", "5"}, wrong},   {{"1e7", "5"}, wrong},
+        {{"-1", "5"}, negative},  {{"5", "-0.1"}, negative}, {{"1.0", "1.9"}, narrow},
+        {{"0", "2.999"}, narrow}, {{"0", "3.0"}, nullptr},   {{" 1.5 ", "1.5"}, nullptr},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.widths.join(" and ").toStdString());
+        ended.clear();
+        viewer->SetToolType(ToolStripBlock);
+        Click(18.0, 8.0);
+        const QPointer<CAxHandleAdapter> strip = viewer->GetCurHandleAdapter();
+        QStringList told;
+        const auto read = [&](QDialog& notice) {
+            for (const QLabel* label : notice.findChildren<QLabel*>())
+                told += label->text();
+            ModalBox::Press("OK")(notice);
+        };
+        ModalBox box;
+        box.answers = {ModalBox::Fill(QStringList{"A"} + row.widths)};
+        if (row.message) // the form is open again, with what was typed, and is left
+            box.answers += {read, [&](QDialog& page) {
+                                EXPECT_EQ(page.findChildren<QLineEdit*>().isEmpty(), false);
+                                page.reject();
+                            }};
+        DoubleClickAt(22.0, 8.0);
+        viewer->SetToolType(ToolNavigate);
+        EXPECT_TRUE(box.answers.isEmpty());
+        EXPECT_EQ(ended.size(), 1);
+        if (!row.message) {
+            ASSERT_TRUE(strip);
+            viewer->RemoveHanderAdapter(strip->GetHandleID(), true);
+            continue;
+        }
+        EXPECT_TRUE(told.contains(row.message)) << told.join('|').toStdString();
+        EXPECT_TRUE(waitFor([&] { return !strip; })) << "who leaves the form does not want the strip";
+        EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+    }
+    // ... unless they think better of it.
+    viewer->GetUndoStack()->undo();
+    ASSERT_NE(viewer->GetCurHandleAdapter(), nullptr);
+    EXPECT_EQ(viewer->GetCurHandleAdapter()->GetAnchor().size(), 2u);
+    EXPECT_EQ(viewer->GetCurHandleAdapter()->GetHandleOperation(), OperationDrawing);
+    PressKey(Qt::Key_Escape);
+}
+
+TEST_F(Strip, LegsAreFiftyMetresAtLeast)
+{
+    constexpr double degreesPerMetre = 180.0 / (6378137.0 * 3.14159265358979);
+    viewer->SetToolType(ToolStripBlock);
+    Click(18.0, 8.0);
+    CAxHandleAdapter* strip = viewer->GetCurHandleAdapter();
+    ASSERT_NE(strip, nullptr);
+    const osg::Vec3d first = strip->GetAnchor().front();
+    ModalBox box;
+    Pick(strip, first.x(), first.y() + 49.0 * degreesPerMetre);
+    EXPECT_EQ(box.titles, QStringList{"Block Information"});
+    EXPECT_TRUE(box.texts.contains("The distance is less than 50 meters!"));
+    EXPECT_EQ(strip->GetAnchor().size(), 1u);
+    Pick(strip, first.x(), first.y()); // a double click on the last vertex begins so
+    Pick(strip, first.x(), first.y() + 51.0 * degreesPerMetre);
+    EXPECT_EQ(box.count, 1);
+    EXPECT_EQ(strip->GetAnchor().size(), 2u);
+    PressKey(Qt::Key_Escape);
+    viewer->SetToolType(ToolNavigate);
+
+    // A drag that makes a short leg is taken back.
+    CAxOsgDrawLine* road = ImportStrip({{18, 8}, {18.01, 8}, {18.02, 8}});
+    ASSERT_NE(road, nullptr);
+    road->GetAnchor()[1].set(18.0004, 8.0, 0.0);
+    road->slotPointMoved(18.0004, 8.0, 0.0, 1);
+    road->EndDrag({}, {});
+    EXPECT_EQ(box.count, 2);
+    EXPECT_EQ(Ring(road)[1], QPointF(18.01, 8));
+    EXPECT_EQ(road->GetAnchor()[1].x(), 18.01);
+}
+
+TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
+{
+    CAxOsgDrawLine* strip = ImportStrip(besideZone, 20.0, 30.0);
+    ASSERT_NE(strip, nullptr);
+    EXPECT_EQ(strip->GetWidth1(), 20.0) << "of the record";
+    EXPECT_TRUE(strip->Fault().isEmpty()) << strip->Fault().toStdString();
+    EXPECT_LT(strip->GetGravityLatLng().x(), 46.106);
+    const auto open = [&](const QList<ModalBox::Answer>& answers) {
+        ModalBox box;
+        box.answers = answers;
+        strip->ResponseDoubleClickOnBlock();
+        EXPECT_TRUE(box.answers.isEmpty());
+        return box.titles;
+    };
+    EXPECT_EQ(open({ModalBox::Fill({"Road", "100", "200"}), ModalBox::Press("Cancel")}),
+              (QStringList{"Strip survey area", "Change para"}));
+    EXPECT_EQ(Widths(strip), qMakePair(20.0, 30.0));
+    open({ModalBox::Fill({"Lane", "100", "200"}), ModalBox::Press("OK"), ModalBox::Press("OK")});
+    EXPECT_EQ(strip->GetContainedBlock()->GetBlockName(), "Lane");
+    EXPECT_EQ(Widths(strip), qMakePair(100.0, 200.0));
+    const double wide = AreaOf(strip->Outline());
+    EXPECT_NEAR(wide, 0.3 * AxStripShape::Length(strip->GetAnchor()) * 1e-3, 0.02 * wide);
+    // The band, not the line, is what zones refuse.
+    EXPECT_EQ(
+        open({ModalBox::Fill({"Lane", "100", "900"}), ModalBox::Press("OK"), ModalBox::Press("Cancel")}),
+        (QStringList{"Strip survey area", "Block Information", "Strip survey area"}));
+    viewer->GetAncillaryProcess()->FlashZones({});
+    strip->SetWidth(-1.0, 5.0);
+    EXPECT_EQ(Widths(strip), qMakePair(100.0, 200.0));
+
+    viewer->GetUndoStack()->undo();
+    EXPECT_EQ(Widths(strip), qMakePair(20.0, 30.0));
+    EXPECT_NEAR(AreaOf(strip->Outline()), wide / 6.0, 0.01 * wide);
+    viewer->GetUndoStack()->redo();
+    EXPECT_EQ(strip->GetWidth2(), 200.0);
+
+    ModalBox box;
+    EXPECT_TRUE(strip->DeleteVertex(1));
+    box.answers = {ModalBox::Press("Delete"), ModalBox::Press("OK"), ModalBox::Press("OK")};
+    strip->ResponseDoubleClickOnPoint(0, osg::Vec3d());
+    EXPECT_TRUE(box.texts.contains("The strip block anchor must be not less than 2."));
+    EXPECT_FALSE(strip->DeleteVertex(0));
+    EXPECT_TRUE(box.texts.contains("Parameter of block is wrong."));
+    EXPECT_EQ(Ring(strip).size(), 2);
+}
+
+TEST_F(Strip, BandGoesOverTheAntimeridian)
+{
+    const std::vector<osg::Vec3d> band = AxStripShape::Band({{179.99, 10, 7}, {-179.99, 10, 9}}, 100.0, 50.0);
+    ASSERT_EQ(band.size(), 4u);
+    EXPECT_NEAR(AreaOf(band), 2.1924 * 0.15, 0.001);
+    EXPECT_EQ(band[0].z(), 7.0);
+    EXPECT_EQ(band[1].z(), 9.0);
+    EXPECT_TRUE(AxStripShape::Band({{0, 86, 0}, {1, 86, 0}}, 9.0, 9.0).empty()) << "UTM ends before";
+}
