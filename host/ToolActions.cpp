@@ -1,4 +1,5 @@
 #include "host/ToolActions.h"
+#include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
 
@@ -14,6 +15,12 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     Add(ToolPolygonBlock, tr("&Polygon block"),
         tr("Click the corners of a block, double-click the last one; Backspace takes one back, Escape gives "
            "it up, Ctrl+Z brings a refused drawing back"));
+    Add(ToolRectangleBlock, tr("&Rectangle block"),
+        tr("Click the ends of the first side, then the width; or drag from a corner to the opposite one for "
+           "sides along meridians and parallels. Its handles resize and turn it"));
+    Add(ToolVideoArea, tr("&Video block"), tr("Click the centre of a circle, then its rim"));
+    Add(ToolContinueBlock, tr("Video block &anew"),
+        tr("Click another centre of the current video block, then its rim"));
     Add(ToolProhibitedArea, tr("&Application area"),
         tr("Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly "
            "zones"));
@@ -48,6 +55,11 @@ void ToolActions::OnPickEnded(EToolType ended)
 
 void ToolActions::Follow()
 {
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    const bool isVideo = current && current->GetBlockType() == CAxBlock::VideoBlock;
+    for (QAction* action : actions())
+        if (action->data().toInt() == ToolContinueBlock)
+            action->setEnabled(isVideo);
     for (QAction* action : actions())
         action->setChecked(action->data().toInt() == viewer->GetToolType());
 }

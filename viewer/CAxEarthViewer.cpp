@@ -376,7 +376,7 @@ void CAxEarthViewer::slotFocusBlock(QString strHanleID)
     if (!object || object->GetAnchor().empty())
         return;
     constexpr double flightSeconds = 1.5;
-    d->manipulator->setViewpoint(AxViewpointOver(object->GetAnchor()), flightSeconds);
+    d->manipulator->setViewpoint(AxViewpointOver(object->Outline()), flightSeconds);
     const CAxHandleAdapter* current = d->objects.Current();
     if (!current || current->GetHandleOperation() == OperationIdle)
         d->objects.SelectNode(object->GetFeatureNode(), false, true);

@@ -2,6 +2,8 @@
 #include "interaction/objects/CAx3DGeometry.h"
 #include "interaction/objects/CAxApplyForProhibitedArea.h"
 #include "interaction/objects/CAxOsgDrawLine.h"
+#include "interaction/objects/CAxOsgDrawRectange.h"
+#include "interaction/objects/CAxOsgDrawVideo.h"
 
 #include <algorithm>
 
@@ -24,9 +26,9 @@ struct Kind
 };
 const Kind kinds[] = {
     {CAxBlock::PolygonBlock, ToolPolygonBlock, {}, &Make<CAx3DGeometry>},
-    {CAxBlock::RectangleBlock, ToolRectangleBlock, {Edges::Closed, 4, false}},
+    {CAxBlock::RectangleBlock, ToolRectangleBlock, {Edges::Closed, 4, false}, &Make<CAxOsgDrawRectange>},
     {CAxBlock::StripBlock, ToolStripBlock, {Edges::Open, 2, true}, &Make<CAxOsgDrawLine>},
-    {CAxBlock::VideoBlock, ToolVideoArea, {Edges::Closed, 1, false}},
+    {CAxBlock::VideoBlock, ToolVideoArea, {Edges::None, 1, false}, &Make<CAxOsgDrawVideo>},
     {CAxBlock::MarkPointBlock, ToolMarkPoint, {Edges::None, 1, true}},
     {CAxBlock::ProhibitedAreaBlock,
      ToolProhibitedArea,

@@ -2,11 +2,18 @@
 #include "interaction/editing/AxEditRules.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxBlockRefusal.h"
+#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxRectangleShape.h"
+#include "scene/AxEditAids.h"
+#include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/base/AxLongitudes.h"
+#include "scene/shape/AxRingInPlane.h"
 #include "scene/shape/AxViewRay.h"
+
+#include <AxBaseUI/AxPolygonTest.h>
 
 #include <osgEarth/GeoData>
 #include <osgEarth/SpatialReference>
@@ -16,15 +23,10 @@
 #include <utility>
 
 namespace {
-constexpr std::size_t corners = 4;
 using AxLongitudes::sameDegrees;
+using AxRectangleShape::corners;
 // A pick is as exact as a float, whose step is 1.5e-5 at 180 degrees.
 constexpr double pickDegrees = 2e-5;
-
-std::vector<osg::Vec3d> Between(const osg::Vec3d& a, const osg::Vec3d& b)
-{
-    return {a, {b.x(), a.y(), a.z()}, b, {a.x(), b.y(), b.z()}};
-}
 
 double LongitudesApart(const osg::Vec3d& a, const osg::Vec3d& b)
 {
@@ -33,12 +35,12 @@ double LongitudesApart(const osg::Vec3d& a, const osg::Vec3d& b)
 } // namespace
 
 CAxOsgDrawRectange::CAxOsgDrawRectange(CAxEarthViewer* viewer, QObject* parent)
-    : CAxOsgDrawRectange(viewer, parent, CAxBlock::RectangleBlock)
+    : AxBlockAdapter(viewer, parent, CAxBlock::RectangleBlock), turns(true)
 {
 }
 
 CAxOsgDrawRectange::CAxOsgDrawRectange(CAxEarthViewer* viewer, QObject* parent, CAxBlock::EBlockType type)
-    : AxBlockAdapter(viewer, parent, type)
+    : AxBlockAdapter(viewer, parent, type), turns(false)
 {
 }
 
@@ -59,6 +61,8 @@ bool CAxOsgDrawRectange::IsFlat() const
 {
     if (d->anchors.size() != corners)
         return false;
+    if (turns && !AxRectangleShape::IsUpright(d->anchors))
+        return !AxRectangleShape::Of(d->anchors);
     const double width = LongitudesApart(d->anchors[0], d->anchors[2]);
     const double height = std::abs(d->anchors[0].y() - d->anchors[2].y());
     // Also without numbers.
@@ -72,7 +76,8 @@ AxVerdict CAxOsgDrawRectange::JudgeShape()
 
 QString CAxOsgDrawRectange::ShapeFault()
 {
-    const bool isRectangle = d->anchors.size() == corners && !IsFlat();
+    const bool isRectangle = d->anchors.size() == corners && !IsFlat() &&
+                             !(turns && isSelfIntersection(AxRingInPlane(d->anchors)));
     return isRectangle ? QString() : AxBlockRefusal::InvalidText();
 }
 
@@ -101,11 +106,11 @@ std::optional<double> CAxOsgDrawRectange::pixelsBetween(const osg::Vec3d& a, con
     return from && to ? std::make_optional((from->window - to->window).length()) : std::nullopt;
 }
 
-bool CAxOsgDrawRectange::isOnFirstCorner(const osg::Vec3d& lngLatPos)
+bool CAxOsgDrawRectange::isOn(const osg::Vec3d& corner, const osg::Vec3d& lngLatPos)
 {
     const osg::Vec3d place = Snapped(lngLatPos);
-    const auto pixels = pixelsBetween(d->anchors.front(), place);
-    return pixels ? *pixels < AxEditRules::tremblePixels : place == d->anchors.front();
+    const auto pixels = pixelsBetween(corner, place);
+    return pixels ? *pixels < AxEditRules::tremblePixels : place == corner;
 }
 
 std::vector<osg::Vec3d> CAxOsgDrawRectange::upTo(const osg::Vec3d& lngLatPos)
@@ -116,24 +121,34 @@ std::vector<osg::Vec3d> CAxOsgDrawRectange::upTo(const osg::Vec3d& lngLatPos)
         return degrees < pickDegrees ||
                pixelsBetween(a, b).value_or(AxEditRules::tremblePixels) < AxEditRules::tremblePixels;
     };
-    const std::vector<osg::Vec3d> ring = Between(first, opposite);
+    const std::vector<osg::Vec3d> ring = AxRectangleShape::Between(first, opposite);
     if (isThin(ring[0], ring[1], LongitudesApart(first, opposite)))
         opposite.x() = first.x();
     if (isThin(ring[1], ring[2], std::abs(first.y() - opposite.y())))
         opposite.y() = first.y();
-    return Between(first, opposite);
+    return AxRectangleShape::Between(first, opposite);
 }
 
-void CAxOsgDrawRectange::setFirstCorner(const osg::Vec3d& lngLatPos)
+std::vector<osg::Vec3d> CAxOsgDrawRectange::onSideUpTo(const osg::Vec3d& lngLatPos)
 {
-    d->anchors.assign(1, Snapped(lngLatPos));
+    return AxRectangleShape::OnSide(d->anchors[0], d->anchors[1], Snapped(lngLatPos));
+}
+
+void CAxOsgDrawRectange::setCorner(const osg::Vec3d& lngLatPos)
+{
+    d->anchors.push_back(Snapped(lngLatPos));
     ShowHandles();
+    DropRubberBand();
+    if (d->anchors.size() > 1)
+        updateAdapter();
 }
 
 void CAxOsgDrawRectange::ResumeDrawing(std::vector<osg::Vec3d> vertices)
 {
-    // Only the first corner is a vertex while the rectangle is drawn.
-    if (vertices.size() > 1)
+    // Of an upright one the first corner, of others the first side is what the operator began with.
+    if (vertices.size() > 2)
+        vertices.resize(turns && !AxRectangleShape::IsUpright(vertices) ? 2 : 1);
+    if (!turns && vertices.size() > 1)
         vertices.resize(1);
     AxBlockAdapter::ResumeDrawing(std::move(vertices));
 }
@@ -142,7 +157,13 @@ void CAxOsgDrawRectange::finishAt(const Place& place)
 {
     if (d->anchors.empty() || !IsOverGround(place.lngLat, place.world))
         return;
-    d->anchors = upTo(place.lngLat);
+    finishWith(d->anchors.size() > 1 ? onSideUpTo(place.lngLat) : upTo(place.lngLat));
+}
+
+void CAxOsgDrawRectange::finishWith(std::vector<osg::Vec3d> ring)
+{
+    d->anchors = std::move(ring);
+    GetBlockElevation();
     FinishDrawing();
 }
 
@@ -175,7 +196,7 @@ void CAxOsgDrawRectange::slotDragging(float windowX, float windowY)
     if (d->operation != OperationDrawing || !press || (d->anchors.empty() && isTremble(windowX, windowY)))
         return;
     if (d->anchors.empty() && IsOverGround(press->place.lngLat, press->place.world))
-        setFirstCorner(press->place.lngLat);
+        setCorner(press->place.lngLat);
     slotMoving(underMouse.lngLat, underMouse.world);
 }
 
@@ -197,7 +218,7 @@ void CAxOsgDrawRectange::slotMouseRelease(float windowX, float windowY)
         return;
     }
     press.reset();
-    if (!d->anchors.empty() && !isOnFirstCorner(underMouse.lngLat))
+    if (!d->anchors.empty() && !isOn(d->anchors.back(), underMouse.lngLat))
         finishAt(underMouse);
 }
 
@@ -205,12 +226,43 @@ void CAxOsgDrawRectange::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    const std::vector<osg::Vec3d> ring = Between(d->anchors.front(), Snapped(lngLatPos));
+    if (turns && d->anchors.size() == 1 && !press) {
+        showFirstSide(lngLatPos);
+        return;
+    }
+    const bool hasSide = d->anchors.size() > 1;
+    const std::vector<osg::Vec3d> ring =
+        hasSide ? onSideUpTo(lngLatPos) : AxRectangleShape::Between(d->anchors.front(), Snapped(lngLatPos));
+    if (ring.size() != corners)
+        return;
     DrawRubberBand(ring, true);
+    showRing(ring, lngLatPos, hasSide ? tr("click: the width") : QString());
+}
+
+void CAxOsgDrawRectange::showFirstSide(const osg::Vec3d& lngLatPos)
+{
+    const osg::Vec3d place = Snapped(lngLatPos);
+    DrawRubberBand({d->anchors.front(), place}, false);
+    const double heading = AxRectangleShape::HeadingTo(d->anchors.front(), place);
+    ShowBesideCursor(lngLatPos, tr("%1, %2\302\260")
+                                        .arg(AxLengthText(AxGroundDistance(d->anchors.front(), place)),
+                                             QString::number(heading, 'f', 1)) +
+                                    QLatin1Char('\n') +
+                                    tr("click: end of a side; double click: opposite corner"));
+}
+
+void CAxOsgDrawRectange::showRing(const std::vector<osg::Vec3d>& ring, const osg::Vec3d& lngLatPos,
+                                  const QString& hint)
+{
     QString text = tr("%1 x %2").arg(AxLengthText(AxGroundDistance(ring[0], ring[1])),
                                      AxLengthText(AxGroundDistance(ring[1], ring[2])));
+    if (turns && !AxRectangleShape::IsUpright(ring))
+        text = tr("%1, %2\302\260")
+                   .arg(text, QString::number(AxRectangleShape::HeadingTo(ring[0], ring[1]), 'f', 1));
     if (d->viewer)
         text += QLatin1Char('\n') + AxRingSizeText(ring, *d->viewer->Scene().MapSRS());
+    if (!hint.isEmpty())
+        text += QLatin1Char('\n') + hint;
     ShowBesideCursor(lngLatPos, text);
 }
 
@@ -220,13 +272,19 @@ void CAxOsgDrawRectange::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
     press.reset();
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    if (d->anchors.empty()) {
-        setFirstCorner(lngLatPos);
+    if (!d->anchors.empty() && isByMouse && isOn(d->anchors.back(), lngLatPos))
+        return;
+    if (d->anchors.size() < (turns ? 2u : 1u)) {
+        setCorner(lngLatPos);
         cornerIsNew = isByMouse;
         return;
     }
-    if (isByMouse && isOnFirstCorner(lngLatPos))
-        return;
+    if (d->anchors.size() > 1) {
+        // Nor does one on the side make a width.
+        const std::vector<osg::Vec3d> ring = onSideUpTo(lngLatPos);
+        if (ring.size() != corners || (isByMouse && isOn(ring[1], ring[2])))
+            return;
+    }
     endedByClick = isByMouse;
     finishAt({lngLatPos, worldCoordPos});
 }
@@ -238,22 +296,71 @@ void CAxOsgDrawRectange::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worl
         return;
     const bool draws = d->operation == OperationDrawing && d->viewer &&
                        GetToolKind(d->viewer->Tools().Tool()) == ToolKindDraw;
-    if (draws && d->anchors.size() == 1 && IsOverGround(lngLatPos, worldCoordPos)) {
+    if (draws && !d->anchors.empty() && IsOverGround(lngLatPos, worldCoordPos)) {
         // A trembling hand double-clicks on two pixels, and means no rectangle between them.
-        const bool isTwice = cornerIsNew && isOnFirstCorner(lngLatPos);
-        d->anchors = isTwice ? Between(d->anchors.front(), d->anchors.front()) : upTo(lngLatPos);
+        const bool isTwice = cornerIsNew && isOn(d->anchors.back(), lngLatPos);
+        if (d->anchors.size() > 1) {
+            const osg::Vec3d opposite = isTwice ? d->anchors.back() : lngLatPos;
+            if (isTwice)
+                d->anchors.pop_back();
+            d->anchors = d->anchors.size() > 1 ? onSideUpTo(opposite) : upTo(opposite);
+        } else {
+            d->anchors =
+                isTwice ? AxRectangleShape::Between(d->anchors.front(), d->anchors.front()) : upTo(lngLatPos);
+        }
+        GetBlockElevation();
     }
     AxBlockAdapter::slotDoubleClicked(lngLatPos, worldCoordPos);
 }
 
 // Editing
 
+std::vector<AxFurtherHandle> CAxOsgDrawRectange::FurtherHandles()
+{
+    if (!turns || d->operation == OperationDrawing || d->anchors.size() != corners || !d->viewer)
+        return {};
+    QList<osg::Vec3d> places;
+    for (std::size_t side = 0; side < corners; ++side)
+        places += AxRectangleShape::MiddleOfSide(d->anchors, side);
+    // The handles stay as many while a drag makes the rectangle flat.
+    const auto rectangle = AxRectangleShape::Of(d->anchors);
+    places += rectangle ? AxRectangleShape::PlaceToTurnAt(*rectangle) : places[1];
+    d->viewer->Scene().GetElevations(places);
+    std::vector<AxFurtherHandle> handles;
+    for (const osg::Vec3d& place : qAsConst(places))
+        handles.push_back({place, AxFurtherHandle::Does::Resizes});
+    handles.back().does = AxFurtherHandle::Does::Turns;
+    return handles;
+}
+
+// The record still has what the drag has changed already.
+std::vector<osg::Vec3d> CAxOsgDrawRectange::ringBefore() const
+{
+    const CAxBlock* block = GetContainedBlock();
+    const std::vector<osg::Vec3d> ring = block ? AxVerticesOf(block->GetAnchor()) : std::vector<osg::Vec3d>();
+    return ring.size() == corners ? ring : d->anchors;
+}
+
+void CAxOsgDrawRectange::takeRing(const std::vector<osg::Vec3d>& ring)
+{
+    d->anchors = ring;
+    GetBlockElevation();
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
+}
+
 void CAxOsgDrawRectange::slotPointMoved(double lng, double lat, double alt, int index)
 {
     const auto moved = static_cast<std::size_t>(index);
-    if ((d->operation == OperationIdle || d->operation == OperationMovePoint) && index >= 0 &&
-        moved < corners && d->anchors.size() == corners) {
-        d->anchors[moved].set(lng, lat, alt);
+    if ((d->operation != OperationIdle && d->operation != OperationMovePoint) || index < 0 ||
+        d->anchors.size() != corners || moved > 2 * corners) {
+        AxBlockAdapter::slotPointMoved(lng, lat, alt, index);
+        return;
+    }
+    const osg::Vec3d place(lng, lat, alt);
+    const bool isFirst = d->operation == OperationIdle;
+    if (!turns && moved < corners) {
+        d->anchors[moved] = place;
         osg::Vec3d& next = d->anchors[(moved + 1) % corners];
         osg::Vec3d& previous = d->anchors[(moved + 3) % corners];
         const osg::Vec3d& opposite = d->anchors[(moved + 2) % corners];
@@ -266,6 +373,47 @@ void CAxOsgDrawRectange::slotPointMoved(double lng, double lat, double alt, int 
         d->anchors[moved].z() = alt;
         if (d->anchorEditor)
             d->anchorEditor->Update();
+    } else if (turns) {
+        if (isFirst)
+            beforeDrag = ringBefore();
+        takeRing(draggedTo(moved, place));
+        showRing(d->anchors, place, QString());
     }
     AxBlockAdapter::slotPointMoved(lng, lat, alt, index);
+    if (turns && isFirst)
+        d->editText = moved == 2 * corners ? tr("Turn block") : tr("Change size");
+}
+
+// Behind the corners come the handles of the sides, and the one that turns.
+std::vector<osg::Vec3d> CAxOsgDrawRectange::draggedTo(std::size_t handle, const osg::Vec3d& place) const
+{
+    if (handle < corners)
+        return AxRectangleShape::WithCorner(beforeDrag, handle, place);
+    if (handle < 2 * corners)
+        return AxRectangleShape::WithSide(beforeDrag, handle - corners, place);
+    const auto rectangle = AxRectangleShape::Of(beforeDrag);
+    if (!rectangle)
+        return beforeDrag;
+    double heading = AxRectangleShape::HeadingTo(rectangle->centre, place);
+    if (d->viewer && d->viewer->Objects().Aids().angleSteps)
+        heading = AxEditRules::angleStepDegrees * std::round(heading / AxEditRules::angleStepDegrees);
+    return AxRectangleShape::Turned(beforeDrag, heading);
+}
+
+void CAxOsgDrawRectange::slotHandleMoved(double dLng, double dLat, double dAlt)
+{
+    if (turns && d->anchors.size() == corners) {
+        if (d->operation != OperationMoveHandle)
+            beforeDrag = ringBefore();
+        const osg::Vec3d first = d->anchors.front();
+        d->anchors = AxRectangleShape::MovedTo(beforeDrag, first);
+        GetBlockElevation();
+    }
+    AxBlockAdapter::slotHandleMoved(dLng, dLat, dAlt);
+}
+
+void CAxOsgDrawRectange::ResponseHandlePointMoved(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
+{
+    d->cursorLabel.Hide();
+    AxBlockAdapter::ResponseHandlePointMoved(lngLatPos, worldCoordPos);
 }

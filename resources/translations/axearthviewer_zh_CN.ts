@@ -704,6 +704,30 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly zones</source>
         <translation>单击矩形的两个对角点，申请在其涉及的禁飞区内飞行</translation>
     </message>
+    <message>
+        <source>&amp;Rectangle block</source>
+        <translation>矩形测区(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Click the ends of the first side, then the width; or drag from a corner to the opposite one for sides along meridians and parallels. Its handles resize and turn it</source>
+        <translation>依次单击第一条边的两端，再单击确定宽度；或从一个角拖到对角，得到边沿经纬线的矩形。其手柄可调整大小和旋转</translation>
+    </message>
+    <message>
+        <source>&amp;Video block</source>
+        <translation>视频测区(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Click the centre of a circle, then its rim</source>
+        <translation>单击圆心，再单击圆周</translation>
+    </message>
+    <message>
+        <source>Video block &amp;anew</source>
+        <translation>重设视频测区(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Click another centre of the current video block, then its rim</source>
+        <translation>单击当前视频测区的新圆心，再单击圆周</translation>
+    </message>
 </context>
 <context>
     <name>EditMenu</name>
@@ -780,6 +804,74 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>%1 x %2</source>
         <translation>%1 × %2</translation>
+    </message>
+    <message>
+        <source>click: the width</source>
+        <translation>单击：宽度</translation>
+    </message>
+    <message>
+        <source>%1, %2°</source>
+        <translation>%1，%2°</translation>
+    </message>
+    <message>
+        <source>click: end of a side; double click: opposite corner</source>
+        <translation>单击：边的另一端；双击：对角</translation>
+    </message>
+    <message>
+        <source>Turn block</source>
+        <translation>旋转测区</translation>
+    </message>
+    <message>
+        <source>Change size</source>
+        <translation>更改大小</translation>
+    </message>
+    <message>
+        <source>Rectangle Info</source>
+        <translation>矩形信息</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>area (km^2):</source>
+        <translation>面积 (km^2)：</translation>
+    </message>
+    <message>
+        <source>Length(m):</source>
+        <translation>长度（米）：</translation>
+    </message>
+    <message>
+        <source>Width(m):</source>
+        <translation>宽度（米）：</translation>
+    </message>
+    <message>
+        <source>Angle(degree):</source>
+        <translation>角度（度）：</translation>
+    </message>
+    <message>
+        <source>Its corners are up to %1 m beside those of a rectangle; a change makes it the nearest one.</source>
+        <translation>其各角与矩形的角最多相差 %1 米；修改后将变为最接近的矩形。</translation>
+    </message>
+    <message>
+        <source>The angle is that of the length, clockwise from north.</source>
+        <translation>角度为长边方向，从正北起顺时针计。</translation>
+    </message>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>The size of a block that is locked or has routes cannot be changed.</source>
+        <translation>已锁定或带有航线的测区，其大小不能更改。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an angle between -360 and 360.</source>
+        <translation>“%1”不是 -360 到 360 之间的角度。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a length between 0.1 and 1000000 m.</source>
+        <translation>“%1”不是 0.1 到 1000000 米之间的长度。</translation>
     </message>
 </context>
 <context>
@@ -2220,6 +2312,10 @@ Heights are above the ellipsoid.</source>
         <translation>纬度：</translation>
     </message>
     <message>
+        <source>no position for %1 s</source>
+        <translation>已 %1 秒没有位置</translation>
+    </message>
+    <message>
         <source>no link for %1 s</source>
         <translation>链路中断 %1 秒</translation>
     </message>
@@ -2525,6 +2621,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 of %2 messages</source>
         <translation>%1 / %2 条消息</translation>
+    </message>
+    <message>
+        <source>no attitude for %1</source>
+        <translation>已 %1没有姿态</translation>
     </message>
     <message>
         <source>Heard</source>
@@ -3108,6 +3208,61 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>It starts %1 m lower than planned, and flies the whole route so much lower.</source>
         <translation>飞机起点比规划低 %1 米，整条航线将低出同样的高度。</translation>
+    </message>
+</context>
+<context>
+    <name>CAxOsgDrawVideo</name>
+    <message>
+        <source>radius %1</source>
+        <translation>半径 %1</translation>
+    </message>
+    <message>
+        <source>area %1</source>
+        <translation>面积 %1</translation>
+    </message>
+    <message>
+        <source>click: the centre</source>
+        <translation>单击：圆心</translation>
+    </message>
+    <message>
+        <source>click: the radius</source>
+        <translation>单击：半径</translation>
+    </message>
+    <message>
+        <source>Change video area</source>
+        <translation>更改视频测区</translation>
+    </message>
+    <message>
+        <source>Change radius</source>
+        <translation>更改半径</translation>
+    </message>
+    <message>
+        <source>Move block</source>
+        <translation>移动测区</translation>
+    </message>
+    <message>
+        <source>Video Info</source>
+        <translation>视频测区信息</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Radius(m):</source>
+        <translation>半径（米）：</translation>
+    </message>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>The radius of a block that is locked or has routes cannot be changed.</source>
+        <translation>已锁定或带有航线的测区，其半径不能更改。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a radius between %2 and %3 m.</source>
+        <translation>“%1”不是 %2 到 %3 米之间的半径。</translation>
     </message>
 </context>
 </TS>

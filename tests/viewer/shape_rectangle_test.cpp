@@ -2,6 +2,7 @@
 #include "ShapeFixture.h"
 
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxRectangleShape.h"
 #include "interaction/objects/CAxOsgDrawRectange.h"
 
 #include <osgEarthAnnotation/LabelNode>
@@ -13,25 +14,35 @@
 class Rectangle : public ShapeFixture
 {
 protected:
-    void SetUp() override
-    {
-        ShapeFixture::SetUp();
-        viewer->SetShapeFactory(ToolRectangleBlock, [](CAxEarthViewer* earthViewer, QObject* parent) {
-            return new CAxOsgDrawRectange(earthViewer, parent);
-        });
-    }
-    void TearDown() override
-    {
-        viewer->SetToolType(ToolNavigate);
-        ShapeFixture::TearDown();
-        viewer->SetShapeFactory(ToolRectangleBlock, {});
-    }
-
     CAxOsgDrawRectange* Current() { return qobject_cast<CAxOsgDrawRectange*>(viewer->GetCurHandleAdapter()); }
     CAxOsgDrawRectange* ImportRectangle(const QList<QPointF>& ring)
     {
         CAxBlockManager::instance().AddBlock("rectangle", CAxBlock::RectangleBlock)->SetAnchor(ring);
         return qobject_cast<CAxOsgDrawRectange*>(viewer->ImportShapeNode("rectangle"));
+    }
+    CAxOsgDrawRectange* ImportRectangle(const AxRectangle& rectangle)
+    {
+        QList<QPointF> ring;
+        for (const osg::Vec3d& corner : AxRectangleShape::CornersOf(rectangle))
+            ring += QPointF(corner.x(), corner.y());
+        return ImportRectangle(ring);
+    }
+    /// As the map has it.
+    static AxRectangle Measures(CAxOsgDrawRectange* block)
+    {
+        return AxRectangleShape::Of(block->GetAnchor()).value_or(AxRectangle());
+    }
+    static void ExpectMeasures(CAxOsgDrawRectange* block, double length, double width, double heading)
+    {
+        const AxRectangle now = Measures(block);
+        EXPECT_NEAR(now.length, length, 0.05);
+        EXPECT_NEAR(now.width, width, 0.05);
+        EXPECT_NEAR(now.heading, heading, 0.01);
+    }
+    static void DragHandle(CAxOsgDrawRectange* block, std::size_t handle, const osg::Vec3d& place)
+    {
+        block->GetAnchorEditor()->GetDraggerList()[handle]->DragTo(
+            osgEarth::GeoPoint(viewer->getSRS()->getGeographicSRS(), place, osgEarth::ALTMODE_ABSOLUTE));
     }
     bool HasBand() { return Current() && findNode(Current()->GetFeatureNode(), "Stipple"); }
     void DragFromTo(const osg::Vec2f& from, const osg::Vec2f& to)
@@ -43,7 +54,7 @@ protected:
     }
 };
 
-TEST_F(Rectangle, IsDrawnByClicksADoubleClickOrADrag)
+TEST_F(Rectangle, IsDrawnUprightByADragOrADoubleClick)
 {
     struct Row
     {
@@ -51,16 +62,10 @@ TEST_F(Rectangle, IsDrawnByClicksADoubleClickOrADrag)
         std::function<void()> finish;
     };
     const std::vector<Row> rows{
-        {"two clicks", [this] { Click(18.0, 8.0), MoveTo(20.0, 10.0), Click(22.0, 12.0); }},
         {"a double click on the second corner", [this] { Click(18.0, 8.0), DoubleClickAt(22.0, 12.0); }},
         {"a drag", [this] { DragFromTo(WindowOf(18.0, 8.0), WindowOf(22.0, 12.0)); }},
         {"a click and a drag",
          [this] { Click(18.0, 8.0), DragFromTo(WindowOf(19.0, 8.5), WindowOf(22.0, 12.0)); }},
-        {"two clicks of a trembling hand",
-         [this] {
-             DragFromTo(WindowOf(18.0, 8.0), WindowOf(18.0, 8.0) + osg::Vec2f(1.0f, 1.0f));
-             DragFromTo(WindowOf(22.0, 12.0), WindowOf(22.0, 12.0) + osg::Vec2f(1.0f, 1.0f));
-         }},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.how);
@@ -87,35 +92,60 @@ TEST_F(Rectangle, IsDrawnByClicksADoubleClickOrADrag)
         EXPECT_TRUE(CursorText().empty());
         EXPECT_NE(block->GetNameLabel(), nullptr);
         ASSERT_NE(block->GetAnchorEditor(), nullptr);
-        EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 4u);
+        EXPECT_EQ(block->GetAnchorEditor()->GetDraggerList().size(), 9u) << "corners, sides, and one to turn";
         viewer->SetToolType(ToolNavigate);
         viewer->RemoveHanderAdapter(id, true);
     }
 }
 
-TEST_F(Rectangle, ShowsItsSizeWhileItIsDrawnAndIsTakenBackByKeys)
+TEST_F(Rectangle, IsDrawnInAnyDirectionByThreeClicks)
 {
+    manipulator->setViewpoint(Straight(20.0, 10.0, 60000.0));
+    ASSERT_TRUE(WaitForPicture());
     viewer->SetToolType(ToolRectangleBlock);
-    Click(19.0, 0.0);
+    Click(19.98, 9.98);
     QPointer<CAxOsgDrawRectange> block = Current();
     ASSERT_TRUE(block);
     EXPECT_FALSE(HasBand());
-    MoveTo(21.0, 1.0);
+    MoveTo(20.02, 10.02);
     EXPECT_TRUE(HasBand());
-    // Two degrees of the equator and one of a meridian; a float away from the mouse's pixel.
-    double width = 0.0;
-    double height = 0.0;
-    ASSERT_EQ(std::sscanf(CursorText().c_str(), "%lf km x %lf km", &width, &height), 2) << CursorText();
-    EXPECT_NEAR(width, 222.6, 8.0);
-    EXPECT_NEAR(height, 110.6, 8.0);
+    // Two hundredths of a degree on both sides; a float away from the mouse's pixel.
+    double along = 0.0;
+    double across = 0.0;
+    ASSERT_EQ(std::sscanf(CursorText().c_str(), "%lf km, %lf", &along, &across), 2) << CursorText();
+    EXPECT_NEAR(along, 6.223, 0.1);
+    EXPECT_NEAR(across, 44.7, 1.0);
     EXPECT_EQ(block->GetAnchor().size(), 1u) << "the band sets no corner";
+    Click(20.02, 10.02);
+    ASSERT_EQ(block->GetAnchor().size(), 2u);
+    MoveTo(20.04, 9.98);
+    PressKey(Qt::Key_Backspace);
+    EXPECT_EQ(block->GetAnchor().size(), 1u);
+    Click(20.02, 10.02);
+    Click(20.02, 10.02);
+    EXPECT_EQ(block->GetAnchor().size(), 2u) << "a slow second click on the corner";
+    MoveTo(20.04, 10.0);
+    ASSERT_EQ(std::sscanf(CursorText().c_str(), "%lf km x %lf km", &along, &across), 2) << CursorText();
+    EXPECT_NEAR(along, 6.223, 0.1);
+    EXPECT_NEAR(across, 3.11, 0.1);
+    Click(20.04, 10.0);
+    EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{block->GetHandleID(), true}}));
+    EXPECT_TRUE(CursorText().empty());
+    EXPECT_NEAR(Measures(block).length, 6223.0, 100.0);
+    EXPECT_NEAR(Measures(block).width, 3110.0, 100.0);
+    EXPECT_NEAR(Measures(block).heading, 44.7, 1.0);
+    EXPECT_LT(AxRectangleShape::Skew(block->GetAnchor()), 0.01);
 
+    viewer->SetToolType(ToolNavigate);
+    viewer->SetToolType(ToolRectangleBlock);
+    ended.clear();
+    Click(19.98, 9.98);
+    block = Current();
     PressKey(Qt::Key_Backspace);
     EXPECT_TRUE(block->GetAnchor().empty());
-    MoveTo(21.0, 1.0);
+    MoveTo(20.0, 10.0);
     EXPECT_FALSE(HasBand()) << "there is no corner to begin from";
-    Click(18.0, 8.0);
-    MoveTo(21.0, 9.0);
+    Click(19.98, 9.98);
     PressKey(Qt::Key_Escape);
     EXPECT_TRUE(waitFor([&] { return !block; }));
     EXPECT_EQ(ended, (QList<QPair<QString, bool>>{{QString(), false}}));
@@ -137,12 +167,6 @@ TEST_F(Rectangle, WithoutExtentIsRefusedWithTheReason)
              const osg::Vec2f place = WindowOf(18.0, 8.0) + osg::Vec2f(1.0f, -1.0f);
              DoubleClick(place.x(), place.y());
              Release(place.x(), place.y());
-         }},
-        {"a second corner on the meridian of the first",
-         [this] {
-             Click(18.0, 8.0);
-             const osg::Vec3d corner = Current()->GetAnchor().front();
-             Current()->slotPicked(osg::Vec3d(corner.x(), 12.0, 0.0), FrameAt(18.0, 12.0).getTrans());
          }},
         {"a drag along a row of pixels",
          [this] {
@@ -234,4 +258,108 @@ TEST_F(Rectangle, StaysOneWhenACornerIsDragged)
     EXPECT_EQ(box.count, 1);
     EXPECT_EQ(Ring(block), square);
     EXPECT_EQ(block->GetAnchor()[3].x(), 18.0);
+}
+
+TEST_F(Rectangle, IsResizedAndTurnedByItsHandles)
+{
+    CAxOsgDrawRectange* block = ImportRectangle(AxRectangle{{20.0, 10.0, 0.0}, 2000.0, 1000.0, 30.0});
+    ASSERT_NE(block, nullptr);
+    const QList<QPointF> ring = Ring(block);
+    const std::vector<osg::Vec3d> before = block->GetAnchor();
+    const auto beyond = [&](double share, std::size_t from, std::size_t to) {
+        return before[from] + (before[to] - before[from]) * share;
+    };
+    struct Row
+    {
+        const char* what;
+        std::size_t handle;
+        osg::Vec3d to;
+        double length, width, heading;
+    };
+    const std::vector<Row> rows{
+        {"a corner away from the opposite one", 2, beyond(1.5, 0, 2), 3000.0, 1500.0, 30.0},
+        {"the first side outward", 4, beyond(1.5, 3, 0), 2000.0, 1500.0, 30.0},
+        {"the second side inward", 5, beyond(0.5, 0, 1), 1000.0, 1000.0, 30.0},
+        {"the handle that turns", 8, {20.05, 10.0, 0.0}, 2000.0, 1000.0, 90.0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        block->SetAnchorEditorEnabled(true);
+        DragHandle(block, row.handle, row.to);
+        EXPECT_NE(CursorText().find(" x "), std::string::npos) << CursorText();
+        EXPECT_EQ(Ring(block), ring) << "nothing is committed yet";
+        block->slotMouseRelease(osg::Vec3d(), osg::Vec3d());
+        EXPECT_TRUE(CursorText().empty());
+        ExpectMeasures(block, row.length, row.width, row.heading);
+        EXPECT_NE(Ring(block), ring);
+        viewer->GetUndoAction()->trigger();
+        EXPECT_EQ(Ring(block), ring);
+        EXPECT_TRUE(before[0] == block->GetAnchor()[0]);
+        EXPECT_FALSE(viewer->GetUndoAction()->isEnabled()) << "one step";
+    }
+    // A side that is dragged onto the opposite one is refused, and so is the whole edit.
+    DragHandle(block, 4, before[3]);
+    DragHandle(block, 4, beyond(0.0, 3, 0));
+    {
+        ModalBox box;
+        block->slotMouseRelease(osg::Vec3d(), osg::Vec3d());
+        EXPECT_EQ(box.count, 1);
+    }
+    EXPECT_EQ(Ring(block), ring);
+    // Escape in the middle of a drag.
+    DragHandle(block, 8, {20.0, 10.05, 0.0});
+    PressKey(Qt::Key_Escape);
+    ExpectMeasures(block, 2000.0, 1000.0, 30.0);
+
+    // Five degrees to the north the same differences in degrees would make it narrower.
+    for (osg::Vec3d& corner : block->GetAnchor())
+        corner.y() += 5.0;
+    block->slotHandleMoved(0.0, 5.0, 0.0);
+    for (osg::Vec3d& corner : block->GetAnchor())
+        corner.y() += 40.0;
+    block->slotHandleMoved(0.0, 40.0, 0.0);
+    block->slotMouseRelease(osg::Vec3d(), osg::Vec3d());
+    ExpectMeasures(block, 2000.0, 1000.0, 30.0);
+    EXPECT_EQ(Ring(block)[0], ring[0] + QPointF(0.0, 45.0));
+}
+
+TEST_F(Rectangle, TakesTypedMeasuresAndTellsWhatItCannotTake)
+{
+    CAxOsgDrawRectange* block = ImportRectangle(AxRectangle{{20.0, 10.0, 0.0}, 2000.0, 1000.0, 210.0});
+    ASSERT_NE(block, nullptr);
+    block->GetContainedBlock()->SetBlockName("Field");
+    const QList<QPointF> ring = Ring(block);
+    {
+        ModalBox box;
+        block->ResponseDoubleClickOnBlock();
+        EXPECT_EQ(box.titles, QStringList{"Rectangle Info"});
+    }
+    EXPECT_EQ(Ring(block), ring) << "OK without a change";
+    for (const char* wrong : {"", "abc", "-1", "1e308", "3,5", "nan", "0"}) {
+        SCOPED_TRACE(wrong);
+        ModalBox box;
+        box.answers = {ModalBox::Fill({"Field", "2000.00", wrong, "30.00"}), ModalBox::Press("OK"),
+                       [](QDialog& form) { form.reject(); }};
+        block->ResponseDoubleClickOnBlock();
+        EXPECT_EQ(box.titles, (QStringList{"Rectangle Info", "Block Information", "Rectangle Info"}));
+        EXPECT_EQ(Ring(block), ring);
+    }
+    ModalBox box;
+    box.answers = {ModalBox::Fill({"Meadow", "800", "1000.00", "45"})};
+    block->ResponseDoubleClickOnPoint(8, osg::Vec3d());
+    EXPECT_EQ(box.titles, (QStringList{"Rectangle Info", "Change name"}));
+    ExpectMeasures(block, 800.0, 1000.0, 225.0);
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), "Meadow");
+    viewer->GetUndoAction()->trigger();
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(Ring(block), ring);
+    EXPECT_EQ(block->GetContainedBlock()->GetBlockName(), "Field");
+
+    // What was made elsewhere is drawn as it is, and the form says how far it is off.
+    viewer->RemoveHanderAdapter(block, true);
+    block = ImportRectangle(QList<QPointF>{{20, 10}, {20.02, 10}, {20.021, 10.01}, {20, 10.01}});
+    ASSERT_NE(block, nullptr);
+    EXPECT_TRUE(block->Fault().isEmpty()) << block->Fault().toStdString();
+    block->ResponseDoubleClickOnBlock();
+    EXPECT_EQ(box.texts.filter("beside those of a rectangle").size(), 1) << box.texts.join("|").toStdString();
 }

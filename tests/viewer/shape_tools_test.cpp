@@ -35,10 +35,12 @@ protected:
 
 TEST_F(Tools, DrawWhatTheirTableSays)
 {
+    const QList<int> drawing{ToolPolygonBlock, ToolRectangleBlock, ToolStripBlock, ToolProhibitedArea,
+                             ToolVideoArea};
     for (int tool = 0; tool <= 31; ++tool) {
         viewer->SetToolType(static_cast<EToolType>(tool));
         CAxHandleAdapter* drawn = viewer->createShapeNode();
-        EXPECT_EQ(drawn != nullptr, tool == ToolPolygonBlock || tool == ToolProhibitedArea) << tool;
+        EXPECT_EQ(drawn != nullptr, drawing.contains(tool)) << tool;
         EXPECT_EQ(viewer->RemoveHanderAdapter(drawn, true), drawn != nullptr);
     }
     // Going on with a video area takes the current object, and no other kind.
