@@ -1,22 +1,27 @@
 #include <AxTelemetry/link/AxLinkText.h>
 #include <AxTelemetry/link/AxUdpLink.h>
 
+#include <QElapsedTimer>
 #include <QHash>
 #include <QHostAddress>
 #include <QHostInfo>
 #include <QUdpSocket>
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <vector>
 
 namespace {
-constexpr std::size_t mostPeers = 16;
+constexpr std::size_t mostPeers = 256;
+constexpr qint64 forgottenMs = 60000; // a peer that is silent for so long makes room for another one
 constexpr std::size_t mostNumbers = 4096;
 
 struct UdpPeer
 {
     QHostAddress address;
     quint16 port = 0;
+    qint64 heard = 0; // milliseconds, by the link's own clock
 
     friend bool operator==(const UdpPeer& a, const UdpPeer& b)
     {
@@ -31,6 +36,8 @@ struct AxUdpLink::State
     QString peerHost;
     quint16 peerPort = 0;
     std::unique_ptr<QUdpSocket> socket;
+    QElapsedTimer clock;
+    std::optional<UdpPeer> fixed;  // is written to, whether heard or not
     std::vector<UdpPeer> peers;    // the one heard last at the end
     std::vector<UdpPeer> numbered; // number 1 first
     QHash<quint64, int> numbers;   // by address and port
@@ -51,17 +58,21 @@ struct AxUdpLink::State
         const auto index = static_cast<std::size_t>(number - 1);
         return number > 0 && index < numbered.size() ? &numbered[index] : nullptr;
     }
-    void Hear(const UdpPeer& peer)
+    void Hear(UdpPeer peer)
     {
-        if (!peers.empty() && peers.back() == peer)
+        if (fixed && *fixed == peer)
             return;
-        const auto known = std::find(peers.begin(), peers.end(), peer);
-        if (known != peers.end())
-            std::rotate(known, known + 1, peers.end());
-        else
-            peers.push_back(peer);
-        if (peers.size() > mostPeers)
+        peer.heard = clock.elapsed();
+        const auto last = std::find(peers.rbegin(), peers.rend(), peer);
+        if (last != peers.rend()) {
+            last->heard = peer.heard;
+            std::rotate(std::prev(last.base()), last.base(), peers.end());
+            return;
+        }
+        if (peers.size() >= mostPeers && peer.heard - peers.front().heard >= forgottenMs)
             peers.erase(peers.begin());
+        if (peers.size() < mostPeers)
+            peers.push_back(peer);
     }
 };
 
@@ -93,6 +104,8 @@ bool AxUdpLink::Open(QString* fault)
         return false;
     }
     m_state->peers.clear();
+    m_state->fixed.reset();
+    m_state->clock.start();
     m_state->socket = std::move(socket);
     connect(m_state->socket.get(), &QUdpSocket::readyRead, this, &AxUdpLink::read);
     if (!m_state->peerHost.isEmpty())
@@ -100,8 +113,13 @@ bool AxUdpLink::Open(QString* fault)
             if (!m_state->socket)
                 return;
             for (const QHostAddress& address : info.addresses())
-                if (address.protocol() == QAbstractSocket::IPv4Protocol)
-                    return m_state->Hear({address, m_state->peerPort});
+                if (address.protocol() == QAbstractSocket::IPv4Protocol) {
+                    const UdpPeer peer{address, m_state->peerPort};
+                    std::vector<UdpPeer>& peers = m_state->peers;
+                    peers.erase(std::remove(peers.begin(), peers.end(), peer), peers.end());
+                    m_state->fixed = peer;
+                    return;
+                }
             emit signalFault(AxLinkFault(
                 Name(), AxLinkText(QT_TRANSLATE_NOOP("AxTelemetryLink", "there is no computer named \"%1\""))
                             .arg(m_state->peerHost)));
@@ -140,6 +158,8 @@ void AxUdpLink::Write(const QByteArray& bytes)
 {
     if (!m_state->socket)
         return;
+    if (m_state->fixed)
+        m_state->socket->writeDatagram(bytes, m_state->fixed->address, m_state->fixed->port);
     for (const UdpPeer& peer : m_state->peers)
         m_state->socket->writeDatagram(bytes, peer.address, peer.port);
 }

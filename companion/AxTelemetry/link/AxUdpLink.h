@@ -5,8 +5,9 @@
 #include <memory>
 
 /// Listens on a UDP port and answers to everybody it has heard, or talks to one peer from the start. An
-/// address and port that have been silent are answered to as well: 16 of them, the latest. Each address and
-/// port is a peer of its own, up to 4096.
+/// address and port that have been silent are answered to as well, up to 256 of them; where there are more,
+/// those that have been silent for a minute make room. Each address and port is a peer of its own, up to
+/// 4096.
 class AXTELEMETRY_EXPORT AxUdpLink : public AxTelemetryLink
 {
     Q_OBJECT
