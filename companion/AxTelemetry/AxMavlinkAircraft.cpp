@@ -14,11 +14,14 @@
 #include <QtMath>
 
 #include <deque>
+#include <optional>
+#include <utility>
 
 namespace {
 constexpr int warning = 4;      // MAV_SEVERITY
 constexpr qint64 stateMs = 100; // between two signalState()
 constexpr int commandTries = 3;
+constexpr int triesInDoubt = 2; // before what the aircraft says counts
 constexpr qint64 commandWaitMs = 1000;
 constexpr qint64 inProgressWaitMs = 10000; // for the end of what the aircraft says it is doing
 
@@ -107,12 +110,16 @@ struct AxMavlinkAircraft::Commands
 {
     struct One
     {
-        int command;
-        std::array<float, 7> params;
+        int command = 0;
+        std::array<float, 7> params{};
+        bool isDoubted = false; // answers may be those of the one before, of the same number
     };
     std::deque<One> waiting; // the first is under way
     int tries = 0;
     qint64 due = 0;
+    std::optional<int> doubted; // the latest such answer to the one under way
+
+    bool IsDoubted() const { return !waiting.empty() && waiting.front().isDoubted; }
 };
 
 AxMavlinkAircraft::AxMavlinkAircraft(int systemId, AxMavlinkStation& station, int peer,
@@ -156,8 +163,11 @@ void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
     const bool isFirst = State().lastHeard == 0;
     m_relay->decoder.Feed(frame, now);
     AxMavHeartbeat beat;
-    if (frame.componentId == ComponentId() && AxMavDecode(frame, beat))
+    if (frame.componentId == ComponentId() && AxMavDecode(frame, beat)) {
         m_relay->mavType = beat.type;
+        if (m_commands->IsDoubted() && m_commands->tries >= triesInDoubt && !State().isArmed)
+            endCommand(QString());
+    }
     m_relay->isNews = true;
     const bool isBack = m_relay->isLost && State().isHeard;
     if (isBack) {
@@ -172,6 +182,12 @@ void AxMavlinkAircraft::Take(const AxMavFrame& frame, qint64 now)
     if (frame.messageId == AxMavCommandAck::id)
         takeAnswer(frame, now);
     emit signalFrame(frame);
+}
+
+void AxMavlinkAircraft::CountUnknown(const AxMavFrame& frame)
+{
+    m_relay->decoder.CountUnknown(frame);
+    m_relay->isNews = true;
 }
 
 void AxMavlinkAircraft::Tick(qint64 now)
@@ -213,7 +229,7 @@ void AxMavlinkAircraft::LoseLink()
 
 void AxMavlinkAircraft::Command(int command, const std::array<float, 7>& params)
 {
-    m_commands->waiting.push_back({command, params});
+    m_commands->waiting.push_back({command, params, false});
     if (m_commands->waiting.size() > 1)
         return;
     if (m_station.Link().GetPhase() == AxTelemetryLink::Phase::Closed)
@@ -243,11 +259,24 @@ void AxMavlinkAircraft::StopMotors()
 
 void AxMavlinkAircraft::commandAtOnce(int command, const std::array<float, 7>& params)
 {
-    // Who hears of the end of one may command another.
-    const std::size_t given = m_commands->waiting.size();
-    for (std::size_t i = 0; i < given && !m_commands->waiting.empty(); ++i)
-        endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "Another command was more urgent.")));
-    Command(command, params);
+    Commands& commands = *m_commands;
+    const auto given = std::exchange(commands.waiting, {});
+    const bool wasSent = !given.empty() && commands.tries > 0;
+    const Commands::One* const before = wasSent ? &given.front() : nullptr;
+    const bool isDoubted =
+        before && before->command == command && (before->isDoubted || before->params != params);
+    commands.waiting.push_back({command, params, isDoubted});
+    commands.tries = 0;
+    commands.doubted.reset();
+    const bool isClosed = m_station.Link().GetPhase() == AxTelemetryLink::Phase::Closed;
+    if (!isClosed)
+        sendCommand(m_station.Now());
+    // It is on its way before anybody hears of the others, and may command more.
+    for (const Commands::One& one : given)
+        emit signalCommand(one.command,
+                           AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "Another command was more urgent.")));
+    if (isClosed && !commands.waiting.empty())
+        endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The link is closed.")));
 }
 
 bool AxMavlinkAircraft::CanPause() const
@@ -277,6 +306,12 @@ void AxMavlinkAircraft::setMode(float mode, float part)
 void AxMavlinkAircraft::sendCommand(qint64 now)
 {
     Commands& commands = *m_commands;
+    if (commands.tries == commandTries && commands.doubted) {
+        const bool isDone = *commands.doubted == 0;
+        return endCommand(isDone ? AxVehicleText(QT_TRANSLATE_NOOP(
+                                       "AxVehicle", "The aircraft does not say that it is disarmed."))
+                                 : RefusalOf(*commands.doubted));
+    }
     if (commands.tries == commandTries)
         return endCommand(AxVehicleText(QT_TRANSLATE_NOOP("AxVehicle", "The aircraft does not answer.")));
     const Commands::One& one = commands.waiting.front();
@@ -310,6 +345,11 @@ void AxMavlinkAircraft::takeAnswer(const AxMavFrame& frame, qint64 now)
             m_requests->Take(answer.command, answer.result);
         return;
     }
+    if (m_commands->IsDoubted()) {
+        if (m_commands->tries >= triesInDoubt)
+            m_commands->doubted = answer.result;
+        return;
+    }
     if (answer.result == isInProgress) {
         m_commands->tries = commandTries; // sent again, it would begin anew
         m_commands->due = now + inProgressWaitMs;
@@ -326,5 +366,6 @@ void AxMavlinkAircraft::endCommand(const QString& fault)
     commands.waiting.pop_front();
     commands.tries = 0;
     commands.due = 0; // of the next one, at the next tick
+    commands.doubted.reset();
     emit signalCommand(command, fault);
 }

@@ -40,7 +40,9 @@ public:
     void StartMission();
     /// At once: what waits for an answer is given up.
     void ReturnHome();
-    /// Disarms even in the air, where it falls; at once, as ReturnHome().
+    /// Disarms even in the air, where it falls; at once, as ReturnHome(). Arm() has the same number, and its
+    /// answers look the same: in the place of one that is under way it is sent until the aircraft says that
+    /// it is disarmed, twice at least.
     void StopMotors();
     /// Whether it is known how to hold this one and let it go on with its mission: PX4, and ArduPilot's
     /// copters. Without that nothing is sent.
@@ -52,6 +54,7 @@ public:
     /// 1970, UTC.
     void Take(const AxMavFrame& frame, qint64 now);
     void Tick(qint64 now);
+    void CountUnknown(const AxMavFrame& frame);
     void LoseLink();
     /// For the station: the aircraft speaks from elsewhere now.
     void MoveTo(int peer, const QString& peerName);

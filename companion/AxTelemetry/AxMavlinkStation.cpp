@@ -305,7 +305,12 @@ void AxMavlinkStation::take(const QByteArray& bytes, int peer)
     const qint64 now = Now();
     parts.parser.SetKey(parts.key, AxMavSignTimeNow()); // what was recorded a while ago does not count
     const auto takeOne = [&](const AxMavFrame& frame) { takeFrame(frame, peer, now); };
-    const auto recordOne = [&](const AxMavFrame& frame) { recordUnknown(frame, now); };
+    const auto recordOne = [&](const AxMavFrame& frame) {
+        recordUnknown(frame, now);
+        const auto known = parts.bySender.find({frame.systemId, peer});
+        if (known != parts.bySender.end())
+            known->second->CountUnknown(frame);
+    };
     AxMavParser& parser = parts.ParserOf(peer);
     parser.Feed(bytes, takeOne, recordOne);
     if (parts.link->BringsWholeFrames())

@@ -14,7 +14,8 @@ constexpr qint64 clockFaultMs = 3600000; // a camera whose clock is further off 
 constexpr quint16 yawInEarthFrame = 64;  // flags of GIMBAL_DEVICE_ATTITUDE_STATUS
 constexpr quint16 yawInVehicleFrame = 32;
 constexpr quint16 yawLock = 16;
-constexpr quint8 isVideo = 1;                            // flags of CAMERA_FEEDBACK
+constexpr double steepestDegrees = 89.0; // beyond it the yaw of a camera is not told from its roll
+constexpr quint8 isVideo = 1;            // flags of CAMERA_FEEDBACK
 constexpr quint64 countedByAutopilot = quint64(1) << 63; // not by the camera itself
 
 /// At the aircraft, and as it hangs in the air.
@@ -126,11 +127,13 @@ bool AxVehicleCamera::takeGimbal(const AxMavFrame& frame, AxAircraftState& state
     const double norm = w * w + x * x + y * y + z * z;
     if (!(norm > 0.9 && norm < 1.1))
         return false;
-    const double pitch = std::asin(qBound(-1.0, 2.0 * (w * y - z * x) / norm, 1.0));
+    const double pitch = qRadiansToDegrees(std::asin(qBound(-1.0, 2.0 * (w * y - z * x) / norm, 1.0)));
+    if (std::fabs(pitch) > steepestDegrees)
+        return point(pitch, std::nullopt, state, events);
     const double yaw = qRadiansToDegrees(std::atan2(2.0 * (w * z + x * y), norm - 2.0 * (y * y + z * z)));
     const bool isEarth = (gimbal.flags & yawInEarthFrame) != 0 ||
                          ((gimbal.flags & yawLock) != 0 && (gimbal.flags & yawInVehicleFrame) == 0);
-    return point(qRadiansToDegrees(pitch), isEarth ? yaw : EarthYaw(yaw, state), state, events);
+    return point(pitch, isEarth ? yaw : EarthYaw(yaw, state), state, events);
 }
 
 /// Of a photo that has not been told yet. One that knows more speaks of the latest, when it speaks first.

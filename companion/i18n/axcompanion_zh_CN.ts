@@ -738,6 +738,10 @@
         <translation>第 %1 行：%2。</translation>
     </message>
     <message>
+        <source>Times without a time zone are taken for UTC; some programs write those of the computer&apos;s own zone.</source>
+        <translation>没有时区的时间按 UTC 处理；有些程序写的是计算机本地时区的时间。</translation>
+    </message>
+    <message>
         <source>%1 has a decimal comma: &quot;%2&quot;; write a point</source>
         <translation>%1 用逗号作小数点：“%2”；请改用句点</translation>
     </message>
@@ -1055,6 +1059,10 @@
     <message>
         <source>No position for 3 s: the one that is shown is old.</source>
         <translation>已 3 秒没有位置：显示的是旧位置。</translation>
+    </message>
+    <message>
+        <source>The aircraft does not say that it is disarmed.</source>
+        <translation>飞行器没有报告已上锁。</translation>
     </message>
     <message>
         <source>The aircraft refuses for now.</source>

@@ -18,6 +18,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <utility>
 
@@ -119,6 +120,13 @@ TEST(Station, HearsAircraftOverUdpAndAnswers)
                 << "what is for one goes to its peer alone";
         });
     }
+    std::array<QUdpSocket, 20> others; // more than a small table holds
+    for (QUdpSocket& other : others) {
+        ASSERT_TRUE(other.bind(QHostAddress(QHostAddress::LocalHost), 0));
+        other.writeDatagram("x", QHostAddress(QHostAddress::LocalHost), link->Port());
+    }
+    for (QUdpSocket& other : others)
+        EXPECT_TRUE(waitUntil([&] { return other.hasPendingDatagrams(); })) << "a heartbeat";
     AxUdpLink next(link->Port());
     station.Close();
     for (int i = 0; i < 2; ++i, next.Close())
@@ -403,6 +411,52 @@ TEST(Station, RepeatsCommandsUntilTheyAreAnswered)
     }
 }
 
+// Both have one number, and so have their answers.
+TEST(Station, StopsTheMotorsWhateverAnArmingIsAnswered)
+{
+    const struct
+    {
+        int obeyed; // which try
+        int sent;
+        const char* fault;
+    } rows[] = {{1, 2, ""}, {2, 2, ""}, {3, 3, ""}, {9, 3, "The aircraft does not say that it is disarmed."}};
+    for (const auto& row : rows) {
+        MemoryStation flight;
+        flight.Open();
+        bool isArmed = true;
+        int sent = 0;
+        const auto beat = [&] {
+            AxMavHeartbeat told;
+            told.type = 2;
+            told.autopilot = 3;
+            told.base_mode = isArmed ? 128 : 0;
+            flight.Say(told);
+        };
+        beat();
+        flight.link->written = [&](const AxMavFrame& frame) {
+            AxMavCommandLong command;
+            if (AxMavDecode(frame, command) && command.command == 400 && command.param1 == 0.0f)
+                isArmed = ++sent < row.obeyed && isArmed;
+        };
+        QSignalSpy answers(&flight.Aircraft(), &AxMavlinkAircraft::signalCommand);
+        flight.Aircraft().Arm(true);
+        QObject::connect(&flight.Aircraft(), &AxMavlinkAircraft::signalCommand, &flight.station,
+                         [&] { EXPECT_GT(sent, 0) << "before anybody hears"; });
+        flight.Aircraft().StopMotors();
+        EXPECT_EQ(answers.size(), 1) << "of the arming";
+        AxMavCommandAck ofArming;
+        ofArming.command = 400;
+        flight.Say(ofArming);
+        EXPECT_EQ(answers.size(), 1);
+        for (int second = 0; second < 8; ++second, beat()) {
+            flight.Pass(1000);
+            flight.Say(ofArming);
+        }
+        ASSERT_EQ(answers.size(), 2);
+        EXPECT_EQ(answers[1][1].toString().toStdString(), row.fault) << row.obeyed;
+    }
+}
+
 TEST(Station, RecordsFromTheFirstByte)
 {
     const QTemporaryDir folder;
@@ -432,6 +486,7 @@ TEST(Station, RecordsFromTheFirstByte)
     };
     for (const auto& row : rows)
         emit flight.link->signalBytes(row.heard);
+    EXPECT_EQ(flight.Aircraft().State().framesHeard, 6u) << "known or not";
     const qint64 heard = flight.now;
     flight.Pass(1000);
     QFile file(flight.station.Recorder().File()); // as after a crash: nothing was closed
