@@ -7,9 +7,28 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 
 namespace {
-constexpr int fewestVertices = 3;
+// How many vertices a kind of block has in the file, the repeated first one apart.
+struct Vertices
+{
+    int fewest;
+    int most;
+};
+Vertices VerticesOf(CAxBlock::EBlockType type)
+{
+    switch (type) {
+    case CAxBlock::RectangleBlock:
+        return {4, 4};
+    case CAxBlock::StripBlock:
+        return {2, std::numeric_limits<int>::max()};
+    case CAxBlock::VideoBlock:
+        return {1, 1};
+    default:
+        return {3, std::numeric_limits<int>::max()};
+    }
+}
 
 // Longitude and latitude, or what is wrong.
 std::optional<QPointF> ReadVertex(const QJsonValue& value, QString& error)
@@ -28,7 +47,7 @@ std::optional<QPointF> ReadVertex(const QJsonValue& value, QString& error)
 }
 
 // What is wrong with the value of "anchor"; empty when it could be read.
-QString ReadAnchor(const QJsonValue& value, QList<QPointF>& anchor)
+QString ReadAnchor(const QJsonValue& value, CAxBlock::EBlockType type, QList<QPointF>& anchor)
 {
     if (!value.isArray())
         return FileBlock::tr("it is no list of vertices");
@@ -39,11 +58,15 @@ QString ReadAnchor(const QJsonValue& value, QList<QPointF>& anchor)
             return FileBlock::tr("vertex %1: %2").arg(anchor.size() + 1).arg(error);
         anchor += *vertex;
     }
-    if (anchor.size() > 1 && anchor.first().x() == anchor.last().x() &&
+    const bool isRing = type != CAxBlock::StripBlock;
+    if (isRing && anchor.size() > 1 && anchor.first().x() == anchor.last().x() &&
         anchor.first().y() == anchor.last().y())
         anchor.removeLast();
-    if (anchor.size() < fewestVertices)
-        return FileBlock::tr("%1 vertices are too few, %2 are needed").arg(anchor.size()).arg(fewestVertices);
+    const Vertices wanted = VerticesOf(type);
+    if (anchor.size() < wanted.fewest)
+        return FileBlock::tr("%1 vertices are too few, %2 are needed").arg(anchor.size()).arg(wanted.fewest);
+    if (anchor.size() > wanted.most)
+        return FileBlock::tr("%1 vertices are too many, %2 are needed").arg(anchor.size()).arg(wanted.most);
     return {};
 }
 
@@ -65,9 +88,21 @@ QString ReadBlock(const QJsonValue& value, const QSet<QString>& takenNames, File
     if (takenNames.contains(block.name))
         return wrong("name", FileBlock::tr("another block is named '%1', too").arg(block.name));
     const QJsonValue type = object["type"];
-    if (!type.isUndefined() && !(type.isDouble() && type.toDouble() == double(CAxBlock::PolygonBlock)))
+    for (const CAxBlock::EBlockType drawn :
+         {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock, CAxBlock::StripBlock, CAxBlock::VideoBlock})
+        if (type.toDouble() == double(drawn))
+            block.type = drawn;
+    if (!type.isUndefined() && !(type.isDouble() && type.toDouble() == double(block.type)))
         return wrong("type", FileBlock::tr("it is no kind of block that can be drawn"));
-    const QString anchorError = ReadAnchor(object["anchor"], block.anchor);
+    const QJsonValue radius = object["radius"];
+    if (!radius.isUndefined()) {
+        constexpr double mostRadius = 10000.0;
+        const double metres = radius.toDouble();
+        if (!(metres >= 1.0 && metres <= mostRadius))
+            return wrong("radius", FileBlock::tr("it is not between 1 and 10000 m"));
+        block.radius = qRound(metres);
+    }
+    const QString anchorError = ReadAnchor(object["anchor"], block.type, block.anchor);
     return anchorError.isEmpty() ? QString() : wrong("anchor", anchorError);
 }
 } // namespace

@@ -18,6 +18,7 @@ bool StartBlocks::Draw(CAxEarthViewer& viewer, const QList<FileBlock>& blocks, Q
         made += id;
         if (!wanted.name.isEmpty())
             block->SetBlockName(wanted.name);
+        block->SetVideoRadius(wanted.radius);
         block->SetAnchor(wanted.anchor);
         if (viewer.ImportShapeNode(id))
             continue;

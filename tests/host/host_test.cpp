@@ -133,6 +133,9 @@ TEST(Host, RefusesWrongBlockFilesAndNamesBlockAndField)
         {"[{\"anchor\": [[1,2],[2,2],[2,91]]}]", {"block 1", "anchor", "vertex 3", "globe"}},
         {"[{\"name\": 7, \"anchor\": [[1,2],[2,2],[2,3]]}]", {"block 1", "name"}},
         {"[{\"type\": 42, \"anchor\": [[1,2],[2,2],[2,3]]}]", {"block 1", "type"}},
+        {"[{\"type\": 1, \"anchor\": [[1,2],[2,2],[2,3]]}]", {"block 1", "anchor", "3 vertices"}},
+        {"[{\"type\": 3, \"anchor\": [[1,2],[2,2]]}]", {"block 1", "anchor", "2 vertices are too many"}},
+        {"[{\"type\": 3, \"anchor\": [[1,2]], \"radius\": 0}]", {"block 1", "radius"}},
         {"[{\"name\": \"A\", \"anchor\": [[1,2],[2,2],[2,3]]}, {\"name\": \"A\", \"anchor\": "
          "[[1,2],[2,2],[2,3]]}]",
          {"block 2", "name", "'A'"}},
