@@ -119,6 +119,12 @@ QList<AircraftText::Line> AircraftText::Lines(const AxAircraftState& state, std:
     const QString metres = QStringLiteral("m");
     const QString speed = QStringLiteral("m/s");
     const QString degrees = QStringLiteral("\u00b0");
+    constexpr qint64 oldAttitude = 3 * second;
+    const bool isAttitudeOld = state.WithoutAttitude() >= oldAttitude;
+    const auto angle = [&](const std::optional<double>& degreesOf) {
+        return isAttitudeOld ? dash : Number(degreesOf, 1, degrees);
+    };
+    const qint64 withoutAttitude = state.WithoutAttitude() + std::max<qint64>(0, heardAgo);
     const QString lost =
         state.framesHeard == 0
             ? dash
@@ -136,9 +142,10 @@ QList<AircraftText::Line> AircraftText::Lines(const AxAircraftState& state, std:
         {tr("Air speed"), Number(state.airSpeed, 1, speed)},
         {tr("Climb"), Number(state.climbRate, 1, speed)},
         {tr("Heading"), Number(Compass(state.heading), 0, degrees)},
-        {tr("Roll"), Number(Degrees(state.roll), 1, degrees)},
-        {tr("Pitch"), Number(Degrees(state.pitch), 1, degrees)},
-        {tr("Yaw"), Number(Compass(Degrees(state.yaw)), 1, degrees)},
+        {tr("Roll"),
+         isAttitudeOld ? tr("no attitude for %1").arg(Span(withoutAttitude)) : angle(Degrees(state.roll))},
+        {tr("Pitch"), angle(Degrees(state.pitch))},
+        {tr("Yaw"), angle(Compass(Degrees(state.yaw)))},
         {tr("Battery"), Battery(state)},
         {tr("Satellites"), Satellites(state)},
         {tr("Mission"), Mission(state)},

@@ -77,6 +77,10 @@ TEST(AircraftText, WhatIsNotKnownIsADashAndTheRestHasItsUnit)
     };
     for (const auto& row : rows)
         EXPECT_EQ(valueOf(state, row.name), row.value) << row.name;
+    state.attitudeHeard = 4000;
+    state.lastHeard = 9000;
+    EXPECT_EQ(valueOf(state, "Roll"), "no attitude for 5 s");
+    EXPECT_EQ(valueOf(state, "Yaw"), "-");
     EXPECT_EQ(AircraftText::Span(59999), "59 s");
     EXPECT_EQ(AircraftText::Span(185000), "3 min 05 s");
     EXPECT_EQ(AircraftText::Span(7380000), "2 h 03 min");
