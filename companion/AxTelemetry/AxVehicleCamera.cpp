@@ -11,7 +11,8 @@
 namespace {
 constexpr qint64 imageDelayMs = 2000;    // between two messages on one photo, at most
 constexpr qint64 clockFaultMs = 3600000; // a camera whose clock is further off than this has none
-constexpr quint16 yawInEarthFrame = 64;  // flags of GIMBAL_DEVICE_ATTITUDE_STATUS
+constexpr qint64 silentMs = 3000;
+constexpr quint16 yawInEarthFrame = 64; // flags of GIMBAL_DEVICE_ATTITUDE_STATUS
 constexpr quint16 yawInVehicleFrame = 32;
 constexpr quint16 yawLock = 16;
 constexpr double steepestDegrees = 89.0; // beyond it the yaw of a camera is not told from its roll
@@ -71,6 +72,7 @@ bool AxVehicleCamera::Take(const AxMavFrame& frame, qint64 time, AxAircraftState
                            AxVehicleEvents& events)
 {
     bool isGood = true;
+    m_now = time;
     switch (frame.messageId) {
     case AxMavCameraTrigger::id:
         takeTrigger(frame, time, state, events);
@@ -103,11 +105,18 @@ bool AxVehicleCamera::Take(const AxMavFrame& frame, qint64 time, AxAircraftState
     return true;
 }
 
+void AxVehicleCamera::ForgetYaw(qint64 time, AxAircraftState& state) const
+{
+    if (time - m_pointed >= silentMs)
+        state.cameraYaw.reset();
+}
+
 bool AxVehicleCamera::point(double pitch, std::optional<double> yaw, AxAircraftState& state,
                             AxVehicleEvents& events)
 {
     if (!(std::fabs(pitch) <= 180.0))
         return false;
+    m_pointed = m_now;
     state.cameraPitch = pitch;
     state.cameraYaw.reset();
     if (yaw && std::isfinite(*yaw))

@@ -142,6 +142,7 @@ void AxVehicleDecoder::Feed(const AxMavFrame& frame, qint64 time)
     ++m_state.framesHeard;
     m_state.framesLost += frame.lostBefore;
     memory.texts.Flush(time);
+    memory.camera.ForgetYaw(time, m_state);
     AxMavStatustext text;
     if (AxMavDecode(frame, text))
         return memory.texts.Take(frame.componentId, text, time);

@@ -147,6 +147,9 @@ TEST(VehicleDecoder, ReadsWhatTheAircraftHasAndWhereItIs)
     EXPECT_FALSE(*state.isLanded);
     EXPECT_NEAR(*state.cameraPitch, -60.0, 0.01);
     EXPECT_NEAR(vehicle.told.angles.at(0), 30.0, 0.01);
+    EXPECT_NEAR(state.cameraYaw.value_or(0.0), 90.0, 0.01);
+    vehicle.Say(mission, 3000);
+    EXPECT_FALSE(state.cameraYaw) << "told no longer";
     vehicle.Beat(12, 1); // another airframe under the same number
     EXPECT_EQ(state.planeType, PlaneFixedWing);
     EXPECT_FALSE(state.isArmed);

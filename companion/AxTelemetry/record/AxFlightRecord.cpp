@@ -137,7 +137,9 @@ AxAircraftState AxFlightRecord::StateAt(quint64 time) const
     if (turns > 0)
         since(state.attitudeHeard, m_attitudes[turns - 1].time);
     const std::size_t looks = AxCountTo(m_cameras, time);
-    if (looks > 0)
+    constexpr quint64 oldLook = 3000; // milliseconds
+    state.cameraYaw.reset();
+    if (looks > 0 && time - m_cameras[looks - 1].time < oldLook)
         state.cameraYaw = m_cameras[looks - 1].heading;
     if (state.yaw)
         state.heading = std::fmod(*state.yaw * 180.0 / PI + 360.0, 360.0);
