@@ -124,9 +124,11 @@ void AircraftOnMap::take()
     node->SetTitle(Name());
     node->SetLanded(state.isLanded.value_or(false));
     node->SetFlightMode(!replay && IsInTheAir(state));
+    node->SetCameraHeading(state.cameraYaw);
     if (isLost && !IsPlaceOld(state)) {
         isLost = false;
         node->SetLinkLost(false, 0.0);
+        node->SetPositionLost(false, 0.0);
     }
 }
 
@@ -136,8 +138,9 @@ void AircraftOnMap::Refresh(qint64 now)
     if (!node || !IsPlaceOld(known))
         return;
     isLost = true;
-    const qint64 ago = known.placeHeard > 0 ? known.PlaceAgo(now) : known.HeardAgo(now);
-    node->SetLinkLost(true, static_cast<double>(std::max<qint64>(0, ago)) / 1000.0);
+    constexpr double second = 1000.0;
+    node->SetLinkLost(!known.isHeard, static_cast<double>(known.HeardAgo(now)) / second);
+    node->SetPositionLost(known.isHeard, static_cast<double>(known.PlaceAgo(now)) / second);
 }
 
 const AxAircraftState& AircraftOnMap::State() const

@@ -16,7 +16,7 @@ struct AxVideoSight
     CAxVector3D camera;       ///< degrees, degrees and metres in the heights of the map
     double height = 0.0;      ///< metres above the plane that stands for the ground
     double scale = 0.0;       ///< focal length in pixels
-    double heading = 0.0;     ///< of the aircraft, degrees clockwise from north
+    double heading = 0.0;     ///< of the camera, degrees clockwise from north
     double cameraAngle = 0.0; ///< of the axis, degrees from straight down towards ahead
 };
 

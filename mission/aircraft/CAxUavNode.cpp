@@ -137,7 +137,7 @@ osg::Node* CAxUavNode::CreatePlane(EPlaneType type, const GeoPoint& point, osgEa
     d->geo->addChild(d->panel.Node());
     if (!d->root->containsNode(d->geo))
         d->root->addChild(d->geo);
-    d->grey = new osg::Uniform("linkLost", d->lost ? 1.0f : 0.0f);
+    d->grey = new osg::Uniform("linkLost", d->lost || d->positionLost ? 1.0f : 0.0f);
     osg::StateSet* state = d->attitude->getOrCreateStateSet();
     state->addUniform(d->grey);
     state->setMode(GL_LIGHTING, osg::StateAttribute::ON);
@@ -397,8 +397,11 @@ void CAxUavNode::updateText()
     const CAxVector3D at = GetPosition();
     lines += tr("longitude:") + AxPanelNumber(at.x()) + tr("degree");
     lines += tr("latitude:") + AxPanelNumber(at.y()) + tr("degree");
+    const auto whole = [](double seconds) { return QLocale::c().toString(std::floor(seconds), 'f', 0); };
     if (d->lost)
-        lines += tr("no link for %1 s").arg(QLocale::c().toString(std::floor(d->lostSeconds), 'f', 0));
+        lines += tr("no link for %1 s").arg(whole(d->lostSeconds));
+    else if (d->positionLost)
+        lines += tr("no position for %1 s").arg(whole(d->positionLostSeconds));
     d->panel.SetText(lines.join(QLatin1Char('\n')));
 }
 
@@ -412,8 +415,20 @@ void CAxUavNode::SetLinkLost(bool lost, double seconds)
 {
     d->lost = lost;
     d->lostSeconds = std::isfinite(seconds) ? std::max(0.0, seconds) : 0.0;
+    showLost();
+}
+
+void CAxUavNode::SetPositionLost(bool lost, double seconds)
+{
+    d->positionLost = lost;
+    d->positionLostSeconds = std::isfinite(seconds) ? std::max(0.0, seconds) : 0.0;
+    showLost();
+}
+
+void CAxUavNode::showLost()
+{
     if (d->grey)
-        d->grey->set(lost ? 1.0f : 0.0f);
+        d->grey->set(d->lost || d->positionLost ? 1.0f : 0.0f);
     updateText();
 }
 

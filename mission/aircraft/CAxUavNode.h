@@ -13,6 +13,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class CAxEarthViewer;
@@ -94,6 +95,10 @@ public:
     void SetLanded(bool landed);
     /// Without a link the model is grey, and the panel says for how many seconds.
     void SetLinkLost(bool lost, double seconds);
+    /// Likewise where it is heard, but does not tell its place.
+    void SetPositionLost(bool lost, double seconds);
+    /// Where the video camera looks, degrees clockwise from north; none: ahead of the aircraft.
+    void SetCameraHeading(std::optional<double> degrees);
     /// Whether the model is drawn between places; on from the start.
     void SetInterpolation(bool interpolated);
     bool IsInterpolation() const;
@@ -148,6 +153,7 @@ private:
     void lookAtGround();
     void turn();
     void updateText();
+    void showLost();
     void tellFootprint();
     void updateFootprint();
     void addPhoto(int index, const CAxVector3D& place);

@@ -71,6 +71,8 @@ struct CAxUavNode::State
     bool trailVisible = true;
     bool lost = false;
     double lostSeconds = 0.0;
+    bool positionLost = false;
+    double positionLostSeconds = 0.0;
     QString title;
 
     // The model; null before CreatePlane().
@@ -112,6 +114,7 @@ struct CAxUavNode::State
     QTimer footprintClock; // runs while a further outline has to wait
     bool isFootprintDue = false;
     double cameraAngle = 0.0;
+    std::optional<double> cameraHeading; // degrees; none: that of the aircraft
     qint8 zoom = 0;
     bool videoFlag = false;
 };

@@ -207,6 +207,14 @@ void CAxUavNode::slotVideoData(quint16 angle, qint8 zoom, quint8, quint8 flag)
         d->footprint->SetShown(d->videoFlag);
 }
 
+void CAxUavNode::SetCameraHeading(std::optional<double> degrees)
+{
+    if (degrees == d->cameraHeading || (degrees && !std::isfinite(*degrees)))
+        return;
+    d->cameraHeading = degrees;
+    tellFootprint();
+}
+
 /// Some five times a second at most, and always for the newest place in the end.
 void CAxUavNode::tellFootprint()
 {
@@ -239,7 +247,7 @@ void CAxUavNode::updateFootprint()
     sight.height = block ? block->GetTaskPara()->GetAirLineParam()->GetRelativeFlyHeight()
                          : sight.camera.z() - ground.value_or(0.0);
     sight.scale = d->zoom * focalMillimetres * micrometresPerMillimetre / pixelMicrometres;
-    sight.heading = Radian2Angle(d->yaw);
+    sight.heading = d->cameraHeading.value_or(Radian2Angle(d->yaw));
     sight.cameraAngle = d->cameraAngle;
     const osg::ref_ptr<osgEarth::MapNode> map = d->map;
     d->footprint->Add(sight, [map](double longitude, double latitude) {

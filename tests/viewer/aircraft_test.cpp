@@ -131,8 +131,11 @@ TEST_F(AircraftOnMap, ShowsWhatIsToldAndNothingThatIsNoPlace)
     EXPECT_NEAR(aircraft->GetDrawnHeading(), 57.296, 0.01);
 
     aircraft->SetLinkLost(true, 12.7);
-    EXPECT_TRUE(TextOf(aircraft).contains("12 s"));
+    aircraft->SetPositionLost(true, 5.2);
+    EXPECT_TRUE(TextOf(aircraft).contains("no link for 12 s"));
     aircraft->SetLinkLost(false, 0.0);
+    EXPECT_TRUE(TextOf(aircraft).contains("no position for 5 s"));
+    aircraft->SetPositionLost(false, 0.0);
     EXPECT_EQ(TextOf(aircraft).count('\n'), 1);
 }
 
@@ -255,6 +258,10 @@ TEST_F(AircraftOnMap, DisconnectingLeavesTheVideo)
     Fly(0.03);
     EXPECT_EQ(footprint->Outline().corners[0].x(), before);
     EXPECT_TRUE(waitFor([&] { return footprint->Outline().corners[0].x() > before + 0.005; }));
+    EXPECT_GT(footprint->Outline().corners[0].y(), footprint->Outline().corners[3].y()) << "ahead is north";
+    aircraft->SetCameraHeading(180.0);
+    EXPECT_TRUE(
+        waitFor([&] { return footprint->Outline().corners[0].y() < footprint->Outline().corners[3].y(); }));
 }
 
 TEST_F(AircraftOnMap, KeepsSeveralApartAndGoesWhenItsTimeHasCome)
