@@ -1055,6 +1055,45 @@
     </message>
 </context>
 <context>
+    <name>AxUnits</name>
+    <message>
+        <source>%1 ft</source>
+        <translation>%1 英尺</translation>
+    </message>
+    <message>
+        <source>%1 mi</source>
+        <translation>%1 英里</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1 km</source>
+        <translation>%1 千米</translation>
+    </message>
+    <message>
+        <source>%1 ac</source>
+        <translation>%1 英亩</translation>
+    </message>
+    <message>
+        <source>%1 mi²</source>
+        <translation>%1 平方英里</translation>
+    </message>
+    <message>
+        <source>%1 mu (%2 ha)</source>
+        <translation>%1 亩（%2 公顷）</translation>
+    </message>
+    <message>
+        <source>%1 m²</source>
+        <translation>%1 平方米</translation>
+    </message>
+    <message>
+        <source>%1 km²</source>
+        <translation>%1 平方千米</translation>
+    </message>
+</context>
+<context>
     <name>AxVehicle</name>
     <message>
         <source>No position for 3 s: the one that is shown is old.</source>

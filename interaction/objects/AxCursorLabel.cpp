@@ -4,6 +4,7 @@
 #include "scene/shape/AxRingInPlane.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
+#include <AxAlgorthm/AxUnits.h>
 #include <AxBaseUI/AxPolygonTest.h>
 
 #include <osgEarth/MapNode>
@@ -59,22 +60,13 @@ double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b)
 
 QString AxLengthText(double metres)
 {
-    constexpr double metresPerKilometre = 1000.0;
-    if (metres < metresPerKilometre)
-        return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 m")).arg(QString::number(metres, 'f', 1));
-    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 km"))
-        .arg(QString::number(metres / metresPerKilometre, 'f', 3));
+    return AxUnits::Length(metres);
 }
 
 QString AxAreaText(double squareKilometres)
 {
-    constexpr double leastInKilometres = 0.01;
     constexpr double squareMetres = 1e6;
-    if (squareKilometres < leastInKilometres)
-        return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 m\302\262"))
-            .arg(QString::number(squareKilometres * squareMetres, 'f', 0));
-    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "%1 km\302\262"))
-        .arg(QString::number(squareKilometres, 'f', 3));
+    return AxUnits::Area(squareKilometres * squareMetres);
 }
 
 QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs)

@@ -34,9 +34,8 @@ private:
 
 /// Along the ground between two places in degrees, metres.
 double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b);
-/// "12.3 m", from a kilometre on "1.234 km".
+/// In the units of AxUnits.
 QString AxLengthText(double metres);
-/// "1234 m²", from a hundredth of a square kilometre on "1.234 km²".
 QString AxAreaText(double squareKilometres);
 /// Area and perimeter of a ring of three vertices or more; of one that crosses itself the perimeter alone.
 QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs);

@@ -291,6 +291,18 @@
         <source>--size: this display draws at most %1x%2 pixels.</source>
         <translation>--size：此显示器最多绘制 %1x%2 像素。</translation>
     </message>
+    <message>
+        <source>Open this project.</source>
+        <translation>打开此项目。</translation>
+    </message>
+    <message>
+        <source>--project: there is no file '%1'.</source>
+        <translation>--project：没有文件“%1”。</translation>
+    </message>
+    <message>
+        <source>--project and --blocks cannot go together.</source>
+        <translation>--project 与 --blocks 不能同时使用。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -323,8 +335,8 @@
         <translation>文件(&amp;F)</translation>
     </message>
     <message>
-        <source>&amp;Save picture...</source>
-        <translation>保存图片(&amp;S)...</translation>
+        <source>Save &amp;picture...</source>
+        <translation>保存图片(&amp;P)...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -484,6 +496,185 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     </message>
 </context>
 <context>
+    <name>ProjectSession</name>
+    <message>
+        <source>Let go of what you hold with the mouse first.</source>
+        <translation>请先松开鼠标所按住的内容。</translation>
+    </message>
+    <message>
+        <source>Answer the open box first.</source>
+        <translation>请先回答打开的对话框。</translation>
+    </message>
+    <message>
+        <source>What is not saved cannot be kept for a crash: %1</source>
+        <translation>无法为意外退出保留未保存的内容：%1</translation>
+    </message>
+    <message>
+        <source>&amp;New project</source>
+        <translation>新建项目(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Open project...</source>
+        <translation>打开项目(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Recent projects</source>
+        <translation>最近的项目(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Save project</source>
+        <translation>保存项目(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Save project &amp;as...</source>
+        <translation>项目另存为(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>%1 was not opened, because another project was recovered.</source>
+        <translation>未打开 %1，因为已恢复另一个项目。</translation>
+    </message>
+    <message>
+        <source>Open project</source>
+        <translation>打开项目</translation>
+    </message>
+    <message>
+        <source>This program cannot draw these blocks; they stay in the project: %1</source>
+        <translation>本程序无法绘制以下测区，它们仍保留在项目中：%1</translation>
+    </message>
+    <message>
+        <source>Do you want to begin a new project all the same?</source>
+        <translation>仍要新建项目吗？</translation>
+    </message>
+    <message>
+        <source>New project</source>
+        <translation>新建项目</translation>
+    </message>
+    <message>
+        <source>Projects (*%1)</source>
+        <translation>项目 (*%1)</translation>
+    </message>
+    <message>
+        <source>Do you want to open the other project all the same?</source>
+        <translation>仍要打开另一个项目吗？</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>An earlier version of the program has written this project. It stays as it is until you save it; the earlier version cannot read it then.</source>
+        <translation>此项目由较早版本的程序写成。保存之前它保持不变；保存之后较早的版本将无法读取它。</translation>
+    </message>
+    <message>
+        <source>Opened %1</source>
+        <translation>已打开 %1</translation>
+    </message>
+    <message>
+        <source>The folder of %1 cannot be written.</source>
+        <translation>%1 所在的文件夹无法写入。</translation>
+    </message>
+    <message>
+        <source>%1 is open in another program: %2. It can be opened as a copy, which is saved under another name.</source>
+        <translation>%1 已在另一个程序中打开：%2。可以作为副本打开，并以其他名称保存。</translation>
+    </message>
+    <message>
+        <source>Open as a copy</source>
+        <translation>作为副本打开</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Save project</source>
+        <translation>保存项目</translation>
+    </message>
+    <message>
+        <source>project</source>
+        <translation>项目</translation>
+    </message>
+    <message>
+        <source>%1 is open in another program: %2. Choose another name.</source>
+        <translation>%1 已在另一个程序中打开：%2。请选择其他名称。</translation>
+    </message>
+    <message>
+        <source>The project is not saved. %1</source>
+        <translation>项目未保存。%1</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has changes that are not saved.</source>
+        <translation>“%1”有未保存的更改。</translation>
+    </message>
+    <message>
+        <source>Unsaved changes</source>
+        <translation>未保存的更改</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>保存(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Discard changes</source>
+        <translation>放弃更改(&amp;D)</translation>
+    </message>
+    <message>
+        <source>What else was not saved is offered at the next start.</source>
+        <translation>其余未保存的内容将在下次启动时提供恢复。</translation>
+    </message>
+    <message>
+        <source>a project without a name</source>
+        <translation>一个未命名的项目</translation>
+    </message>
+    <message>
+        <source>Recover project</source>
+        <translation>恢复项目</translation>
+    </message>
+    <message>
+        <source>A program has ended before it saved its project, and what it left cannot be read. %1 It is kept as %2.</source>
+        <translation>程序在保存项目之前已退出，其留下的内容无法读取。%1 该内容保留为 %2。</translation>
+    </message>
+    <message>
+        <source>The program has ended before %1 was saved. The last changes are of %2.</source>
+        <translation>程序在保存 %1 之前已退出。最后的更改时间为 %2。</translation>
+    </message>
+    <message>
+        <source>The file was changed after that.</source>
+        <translation>该文件在此之后又被更改过。</translation>
+    </message>
+    <message>
+        <source>&amp;Recover</source>
+        <translation>恢复(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Throw away</source>
+        <translation>丢弃(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Ask again later</source>
+        <translation>以后再问</translation>
+    </message>
+    <message>
+        <source>Recovered; nothing of it is saved yet.</source>
+        <translation>已恢复，尚未保存。</translation>
+    </message>
+    <message>
+        <source>There is no file %1 any more. It is taken off the list.</source>
+        <translation>文件 %1 已不存在，已从列表中移除。</translation>
+    </message>
+    <message>
+        <source>Copy of %1</source>
+        <translation>%1 的副本</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+</context>
+<context>
     <name>Tour</name>
     <message>
         <source>%1: the picture was still incomplete after a minute</source>
@@ -542,6 +733,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>another block is named &apos;%1&apos;, too</source>
         <translation>另一个测区也名为“%1”</translation>
+    </message>
+    <message>
+        <source>%1 vertices are too many, %2 are needed</source>
+        <translation>%1 个顶点过多，需要 %2 个</translation>
+    </message>
+    <message>
+        <source>it is not between 1 and 10000 m</source>
+        <translation>不在 1 到 10000 米之间</translation>
     </message>
     <message>
         <source>it is no kind of block that can be drawn</source>
@@ -1079,24 +1278,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>插入顶点</translation>
     </message>
     <message>
-        <source>%1 m</source>
-        <translation>%1 米</translation>
-    </message>
-    <message>
-        <source>%1 km</source>
-        <translation>%1 千米</translation>
-    </message>
-    <message>
         <source>%1, in all %2</source>
         <translation>%1，共 %2</translation>
-    </message>
-    <message>
-        <source>%1 m²</source>
-        <translation>%1 平方米</translation>
-    </message>
-    <message>
-        <source>%1 km²</source>
-        <translation>%1 平方千米</translation>
     </message>
     <message>
         <source>area %1, perimeter %2</source>
@@ -1593,8 +1776,24 @@ Heights are above the ellipsoid.</source>
         <translation>窗口</translation>
     </message>
     <message>
-        <source>Ctrl+S</source>
-        <translation>Ctrl+S</translation>
+        <source>Ctrl+N; Ctrl+O</source>
+        <translation>Ctrl+N；Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Begins a project; opens one</source>
+        <translation>新建项目；打开项目</translation>
+    </message>
+    <message>
+        <source>Ctrl+S; Ctrl+Shift+S</source>
+        <translation>Ctrl+S；Ctrl+Shift+S</translation>
+    </message>
+    <message>
+        <source>Saves the project; under another name</source>
+        <translation>保存项目；以其他名称保存</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+P</source>
+        <translation>Ctrl+Shift+P</translation>
     </message>
     <message>
         <source>Saves a picture</source>

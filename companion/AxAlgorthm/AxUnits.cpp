@@ -1,0 +1,73 @@
+#include <AxAlgorthm/AxUnits.h>
+
+#include <QCoreApplication>
+
+#include <atomic>
+
+namespace AxUnits {
+namespace {
+std::atomic<System> chosen{System::Metric};
+
+constexpr double metresOfFoot = 0.3048;
+constexpr double metresOfMile = 1609.344;
+constexpr double metresOfKilometre = 1000.0;
+constexpr double squareMetresOfAcre = 4046.8564224;
+constexpr double squareMetresOfHectare = 1.0e4;
+constexpr double squareMetresOfMu = squareMetresOfHectare / 15.0;
+constexpr double leastInSquareKilometres = 1.0e4; // square metres
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("AxUnits", text);
+}
+
+QString Number(double value, int decimals)
+{
+    return QString::number(value, 'f', decimals);
+}
+} // namespace
+
+void Set(System system)
+{
+    chosen = system;
+}
+
+System Get()
+{
+    return chosen;
+}
+
+QString Length(double metres)
+{
+    if (Get() == System::Imperial)
+        return metres < metresOfMile
+                   ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 ft")).arg(Number(metres / metresOfFoot, 1))
+                   : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mi")).arg(Number(metres / metresOfMile, 3));
+    return metres < metresOfKilometre
+               ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m")).arg(Number(metres, 1))
+               : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 km")).arg(Number(metres / metresOfKilometre, 3));
+}
+
+QString Area(double squareMetres)
+{
+    constexpr double squareMile = metresOfMile * metresOfMile;
+    constexpr double squareKilometre = metresOfKilometre * metresOfKilometre;
+    switch (Get()) {
+    case System::Imperial:
+        return squareMetres < squareMile ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 ac"))
+                                               .arg(Number(squareMetres / squareMetresOfAcre, 3))
+                                         : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mi\302\262"))
+                                               .arg(Number(squareMetres / squareMile, 3));
+    case System::Mu:
+        return Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mu (%2 ha)"))
+            .arg(Number(squareMetres / squareMetresOfMu, 2), Number(squareMetres / squareMetresOfHectare, 4));
+    case System::Metric:
+        break;
+    }
+    return squareMetres < leastInSquareKilometres
+               ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\262")).arg(Number(squareMetres, 0))
+               : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 km\302\262"))
+                     .arg(Number(squareMetres / squareKilometre, 3));
+}
+
+} // namespace AxUnits

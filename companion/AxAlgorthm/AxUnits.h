@@ -1,0 +1,29 @@
+#pragma once
+
+#include <AxAlgorthm/AxAlgorthmExport.h>
+
+#include <QString>
+
+/// How lengths and areas on the map are written for people, whatever shows them: one choice for the process,
+/// which the host sets. Heights and speeds are metric always. Any thread; texts in the language of the
+/// program, numbers with a point.
+namespace AxUnits {
+
+enum class System
+{
+    Metric,   ///< m, km; m², km²
+    Imperial, ///< ft, mi; ac, mi²
+    Mu,       ///< m, km; mu with hectares
+};
+
+/// Metric until set. A text that is shown already stays as it is.
+AXALGORTHM_EXPORT void Set(System system);
+AXALGORTHM_EXPORT System Get();
+
+/// "12.3 m", from a kilometre on "1.234 km"; "40.4 ft", from a mile on "1.234 mi".
+AXALGORTHM_EXPORT QString Length(double metres);
+/// "1234 m²", from a hundredth of a square kilometre on "1.234 km²"; "0.305 ac", from a square mile on
+/// "1.234 mi²"; "1.85 mu (0.1234 ha)".
+AXALGORTHM_EXPORT QString Area(double squareMetres);
+
+} // namespace AxUnits
