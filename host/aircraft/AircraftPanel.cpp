@@ -94,9 +94,12 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(mission, &MissionBox::UploadWanted, this, [this] { mission->Upload(session->LiveAircraft()); });
     connect(mission, &MissionBox::DownloadWanted, this,
             [this] { mission->Download(session->LiveAircraft()); });
+    const auto refuse = [this](const QString& who, const QString& text) {
+        OnSaid(who, refusedSeverity, text, true);
+    };
+    connect(mission, &MissionBox::Failed, this, refuse);
     connect(mission, &MissionBox::Downloaded, this, &AircraftPanel::OnDownloaded);
-    connect(commands, &CommandBar::Refused, this,
-            [this](const QString& who, const QString& text) { OnSaid(who, refusedSeverity, text, true); });
+    connect(commands, &CommandBar::Refused, this, refuse);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
     connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);
     connect(tabs, &QTabWidget::currentChanged, this, [this] {
@@ -398,8 +401,12 @@ void AircraftPanel::ShowValues()
     disconnectButton->setText(facts.isReplay || facts.loadingPercent >= 0 ? tr("Close") : tr("Disconnect"));
     removeButton->setEnabled(can.remove);
     form->SetChangeable(can.settings);
-    mission->SetEnabledBy(can);
+    mission->Show(session->LiveAircraft(), can);
     commands->Show(session->LiveAircraft(), can);
+    if (facts.isReplay || (!facts.IsConnected() && facts.aircraft == 0)) {
+        mission->Forget();
+        commands->Forget();
+    }
     for (QToolButton* button : {follow, chase})
         button->setEnabled(can.views);
     home->setEnabled(can.homeView);

@@ -23,6 +23,7 @@ CommandBar::CommandBar(QWidget* parent)
     outcome->setObjectName(QStringLiteral("CommandOutcome"));
     outcome->setWordWrap(true);
     outcome->setTextFormat(Qt::PlainText);
+    outcome->setMinimumWidth(1);
     outcome->hide();
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);

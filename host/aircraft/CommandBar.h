@@ -1,11 +1,11 @@
 #pragma once
+#include <QLabel>
 #include <QPointer>
 #include <QWidget>
 
 #include <optional>
 
 class AxMavlinkAircraft;
-class QLabel;
 class QPushButton;
 
 struct AircraftEnabled;
@@ -21,6 +21,8 @@ public:
 
     /// The live aircraft in focus, null for none, and what may be pressed.
     void Show(AxMavlinkAircraft* aircraft, const AircraftEnabled& can);
+    /// What came of a command is no longer told.
+    void Forget() { outcome->hide(); }
     /// Whether the aircraft has been given a command that it has not answered yet.
     bool IsWaiting(const AxMavlinkAircraft* aircraft) const;
 

@@ -20,8 +20,9 @@
 #include <utility>
 
 MissionBox::MissionBox(QWidget* parent)
-    : QWidget(parent), upload(new QPushButton(tr("Upload"))), download(new QPushButton(tr("Download"))),
-      cancel(new QPushButton(tr("Cancel"))), progress(new QProgressBar), outcome(new QLabel)
+    : QWidget(parent), chosen(new QLabel), upload(new QPushButton(tr("Upload"))),
+      download(new QPushButton(tr("Download"))), cancel(new QPushButton(tr("Cancel"))),
+      progress(new QProgressBar), outcome(new QLabel)
 {
     upload->setObjectName(QStringLiteral("UploadMission"));
     upload->setToolTip(tr("Brings the route of the chosen task to the aircraft"));
@@ -29,13 +30,19 @@ MissionBox::MissionBox(QWidget* parent)
     download->setToolTip(tr("Shows the mission that the aircraft carries as a route"));
     cancel->setObjectName(QStringLiteral("CancelMission"));
     outcome->setObjectName(QStringLiteral("MissionOutcome"));
-    outcome->setWordWrap(true);
-    outcome->setTextFormat(Qt::PlainText);
+    chosen->setObjectName(QStringLiteral("MissionRoute"));
+    for (QLabel* line : {chosen, outcome}) {
+        line->setWordWrap(true);
+        line->setTextFormat(Qt::PlainText);
+        // A long word does not make the panel wider.
+        line->setMinimumWidth(1);
+    }
     progress->setFormat(QStringLiteral("%v / %m"));
     auto* column = new QVBoxLayout(this);
     auto* row = new QHBoxLayout;
     for (QPushButton* button : {upload, download, cancel})
         row->addWidget(button);
+    column->addWidget(chosen);
     column->addLayout(row);
     column->addWidget(progress);
     column->addWidget(outcome);
@@ -57,11 +64,23 @@ bool MissionBox::IsTransferring() const
     return transfer && transfer->IsRunning();
 }
 
-void MissionBox::SetEnabledBy(const AircraftEnabled& can)
+void MissionBox::Show(const AxMavlinkAircraft* aircraft, const AircraftEnabled& can)
 {
+    if (aircraft && aircraft != focus) {
+        focus = aircraft;
+        Forget();
+    }
+    chosen->setText(route ? tr("Route to upload: %1.").arg(RouteName(*route))
+                          : tr("Route to upload: none, choose a task that has one."));
     upload->setEnabled(can.upload);
     download->setEnabled(can.download);
     cancel->setEnabled(can.cancel);
+}
+
+void MissionBox::Forget()
+{
+    if (!IsTransferring())
+        Tell(QString(), false);
 }
 
 void MissionBox::Upload(AxMavlinkAircraft* aircraft)
@@ -70,7 +89,7 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
         return;
     const AxMissionRead made = MissionOfPlan(*route);
     if (!made.fault.isEmpty())
-        return outcome->setText(tr("The mission was not uploaded: %1").arg(made.fault));
+        return Tell(tr("The mission was not uploaded: %1").arg(made.fault), true);
     const QPointer<AxMavlinkAircraft> target(aircraft);
     if (!IsWanted(*aircraft, made) || !target || IsTransferring())
         return;
@@ -80,9 +99,11 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
     emit Changed();
 }
 
-bool MissionBox::IsWanted(const AxMavlinkAircraft& aircraft, const AxMissionRead& made)
+bool MissionBox::IsWanted(AxMavlinkAircraft& aircraft, const AxMissionRead& made)
 {
-    QStringList details = MissionDoubts::Of(made.mission, aircraft.State());
+    QStringList details = MissionDoubts::Of(made.mission, aircraft.State()) + MissionDoubts::OfPlan(*route);
+    if (IsReadRoute(*route))
+        details += tr("The chosen route was read from a file or an aircraft, it is not planned here.");
     const QString danger = PlanWarnings::Summary(route->plan.warnings);
     if (!danger.isEmpty())
         details.prepend(danger);
@@ -90,17 +111,31 @@ bool MissionBox::IsWanted(const AxMavlinkAircraft& aircraft, const AxMissionRead
     if (details.isEmpty() && !isInTheAir)
         return true;
     const QString name = aircraft.State().name;
+    const QString what = tr("Route: %1.").arg(RouteName(*route)) + QLatin1Char('\n');
     const QString doubt = danger.isEmpty()
                               ? tr("The route may not fit %1. Upload it all the same?").arg(name)
                               : tr("An aircraft that flies this route is in danger. Upload it all the same?");
     const QString replaced =
         tr("%1 is in the air, or armed. Do you want to replace the mission that it carries?").arg(name);
+    const QPointer<AxMavlinkAircraft> asked(&aircraft);
+    if (!isInTheAir) {
+        if (!Ask(what + doubt, details + made.notes, tr("Upload")))
+            return false;
+        // It may have taken off while the box was open.
+        return asked && (!IsInTheAir(asked->State()) || Ask(what + replaced, made.notes, tr("Replace")));
+    }
+    return Ask(what + (details.isEmpty() ? replaced : replaced + QLatin1Char(' ') + doubt),
+               details + made.notes, tr("Replace"));
+}
+
+bool MissionBox::Ask(const QString& text, const QStringList& details, const QString& yes)
+{
     CAxMessageBox box(window());
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(tr("Upload mission"));
-    box.SetMsgText(!isInTheAir ? doubt : details.isEmpty() ? replaced : replaced + QLatin1Char(' ') + doubt);
-    box.SetDetails((details + made.notes).join(QLatin1Char('\n')));
-    box.SetBtnOKText(isInTheAir ? tr("Replace") : tr("Upload"));
+    box.SetMsgText(text);
+    box.SetDetails(details.join(QLatin1Char('\n')));
+    box.SetBtnOKText(yes);
     box.SetCancelDefault(true);
     return box.exec() == QDialog::Accepted;
 }
@@ -121,8 +156,9 @@ void MissionBox::Begin(AxMavlinkAircraft* aircraft, bool isUpload)
     transfer = std::make_unique<AxMissionTransfer>(aircraft);
     progress->setRange(0, 0);
     progress->show();
-    outcome->setText(isUpload ? tr("Uploading to %1...").arg(aircraftName)
-                              : tr("Downloading from %1...").arg(aircraftName));
+    Tell(isUpload ? tr("Uploading to %1...").arg(aircraftName)
+                  : tr("Downloading from %1...").arg(aircraftName),
+         false);
     connect(transfer.get(), &AxMissionTransfer::signalProgress, this, [this](int done, int total) {
         progress->setRange(0, total);
         progress->setValue(done);
@@ -141,14 +177,17 @@ void MissionBox::Finish(bool isUpload, const QString& fault)
 {
     progress->hide();
     if (!fault.isEmpty()) {
-        outcome->setText(isUpload ? tr("The mission was not uploaded: %1").arg(fault)
-                                  : tr("No mission was downloaded: %1").arg(fault));
+        const QString text = isUpload ? tr("%1: the mission was not uploaded: %2").arg(aircraftName, fault)
+                                      : tr("%1: no mission was downloaded: %2").arg(aircraftName, fault);
+        Tell(text, true);
         emit Changed();
+        if (isUpload)
+            emit Failed(aircraftName, tr("The mission was not uploaded: %1").arg(fault));
         return;
     }
     if (isUpload) {
-        outcome->setText(
-            (QStringList{tr("%1 has the mission.").arg(aircraftName)} + notes).join(QLatin1Char('\n')));
+        Tell((QStringList{tr("%1 has the mission.").arg(aircraftName)} + notes).join(QLatin1Char('\n')),
+             false);
         emit Changed();
         return;
     }
@@ -157,11 +196,19 @@ void MissionBox::Finish(bool isUpload, const QString& fault)
     read.points = AxPointsOf(read.mission, notes);
     read.name = tr("Mission of %1").arg(aircraftName);
     const bool isEmpty = read.points.empty();
-    outcome->setText((QStringList{isEmpty ? tr("%1 carries no mission with a place in it.").arg(aircraftName)
-                                          : tr("The mission of %1 is shown as a route.").arg(aircraftName)} +
-                      notes)
-                         .join(QLatin1Char('\n')));
+    Tell((QStringList{
+              isEmpty ? tr("%1 carries no mission with a place in it.").arg(aircraftName)
+                      : tr("The mission of %1 is shown as a route, which is chosen now.").arg(aircraftName)} +
+          notes)
+             .join(QLatin1Char('\n')),
+         false);
     emit Changed();
     if (!isEmpty)
         emit Downloaded(read);
+}
+
+void MissionBox::Tell(const QString& text, bool isBad)
+{
+    outcome->setText(text);
+    outcome->setStyleSheet(isBad ? QStringLiteral("color: #c02020; font-weight: bold") : QString());
 }

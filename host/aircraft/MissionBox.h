@@ -2,6 +2,7 @@
 #include "host/tasks/ShownPlan.h"
 #include "host/tasks/TaskFiles.h"
 
+#include <QPointer>
 #include <QWidget>
 
 #include <memory>
@@ -26,7 +27,11 @@ public:
 
     bool IsTransferring() const;
     void SetRoute(const std::shared_ptr<const ShownPlan>& shown) { route = shown; }
-    void SetEnabledBy(const AircraftEnabled& can);
+    /// The live aircraft in focus, null for none, and what may be pressed. What came of another one's mission
+    /// is no longer told.
+    void Show(const AxMavlinkAircraft* aircraft, const AircraftEnabled& can);
+    /// What has come of a mission is no longer told.
+    void Forget();
 
     /// Nothing without an aircraft or a route, and while something runs. Asks first where the aircraft is in
     /// the air or the route is dangerous.
@@ -39,19 +44,25 @@ signals:
     void DownloadWanted();
     /// It has begun or ended.
     void Changed();
+    /// An aircraft may carry only a part of what was to be uploaded, or what it had before.
+    void Failed(const QString& who, const QString& text);
     /// The aircraft's mission has come whole.
     void Downloaded(const TaskFiles::Read& read);
 
 private:
     /// Asks where something speaks against it; events run meanwhile.
-    bool IsWanted(const AxMavlinkAircraft& aircraft, const AxMissionRead& made);
+    bool IsWanted(AxMavlinkAircraft& aircraft, const AxMissionRead& made);
+    bool Ask(const QString& text, const QStringList& details, const QString& yes);
     void Begin(AxMavlinkAircraft* aircraft, bool isUpload);
     void Finish(bool isUpload, const QString& fault);
+    void Tell(const QString& text, bool isBad);
 
     std::unique_ptr<AxMissionTransfer> transfer;
     std::shared_ptr<const ShownPlan> route;
     QString aircraftName;
+    QPointer<const AxMavlinkAircraft> focus; // the last one
     QStringList notes;
+    QLabel* chosen;
     QPushButton* upload;
     QPushButton* download;
     QPushButton* cancel;

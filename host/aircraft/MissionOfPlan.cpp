@@ -1,4 +1,5 @@
 #include "host/aircraft/MissionOfPlan.h"
+#include "host/aircraft/MissionDoubts.h"
 #include "host/tasks/BlockOfRoute.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -28,14 +29,30 @@ AxMissionRead MissionOfPlan(const ShownPlan& shown)
     AxMissionRead made;
     if (const auto* read = dynamic_cast<const AxMissionTask*>(task)) {
         made.mission = read->Mission();
+        made.notes = made.mission.leftOut;
     } else {
         made = AxMissionOf(shown.plan, shown.request, task ? task->GetTaskName() : QString());
         // The plan climbs and comes down over home; an aircraft does so only if its mission says it.
         made.mission = AxWithHomeWays(std::move(made.mission), shown.request.aircraft.turnRadius);
+        // What it has noted is of files.
+        made.notes = MissionDoubts::NotesOn(made.mission, shown);
     }
     if (made.fault.isEmpty())
         made.fault = AxMissionFault(made.mission);
     return made;
+}
+
+QString RouteName(const ShownPlan& shown)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(shown.blockID);
+    const CAxTask* task = TaskOf(shown);
+    return task ? MissionDoubts::tr("%1 of block %2").arg(task->GetTaskName(), block->GetBlockName())
+                : MissionDoubts::tr("a task that is deleted");
+}
+
+bool IsReadRoute(const ShownPlan& shown)
+{
+    return dynamic_cast<const AxMissionTask*>(TaskOf(shown));
 }
 
 AxSimulatedAircraft SimulatedAircraftOfPlan(CAxEarthViewer& viewer, const ShownPlan& shown)

@@ -11,6 +11,12 @@ class CAxEarthViewer;
 /// The mission that flies the route of a task: as it was read where it comes from a file. GUI thread.
 AxMissionRead MissionOfPlan(const ShownPlan& shown);
 
+/// Task and block of the route, for people. GUI thread.
+QString RouteName(const ShownPlan& shown);
+
+/// Whether the route was read from a file or an aircraft. GUI thread.
+bool IsReadRoute(const ShownPlan& shown);
+
 /// What the simulator flies that route with, over the ground of the map while there is one. GUI thread, also
 /// to step it.
 AxSimulatedAircraft SimulatedAircraftOfPlan(CAxEarthViewer& viewer, const ShownPlan& shown);

@@ -230,7 +230,14 @@ TEST(MissionDoubts, TellAnAircraftThatStartsElsewhere)
              state.isArmed = true;
              state.longitude = state.latitude = state.altitudeAboveSea = 10.0;
          },
-         nullptr},
+         "home is not known"},
+        {[](AxAircraftState& state) {
+             state.home.reset();
+             state.isLanded = false;
+             state.altitudeAboveSea = 2800.0;
+             state.heightAboveHome = 40.0;
+         },
+         "60 m higher"},
     };
     for (const auto& row : rows) {
         AxAircraftState state = fits();
