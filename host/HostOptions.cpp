@@ -32,6 +32,7 @@ const OptionText optionTexts[] = {
     {"blocks", "FILE",
      QT_TRANSLATE_NOOP("HostOptions", "Draw the blocks of this JSON file: [{\"name\": \"A\", \"type\": 0, "
                                       "\"anchor\": [[lon, lat], ...]}, ...].")},
+    {"project", "FILE", QT_TRANSLATE_NOOP("HostOptions", "Open this project.")},
     {"size", "WxH", QT_TRANSLATE_NOOP("HostOptions", "Size of the window in pixels (1440x900).")},
     {"view", "lon,lat,alt,heading,pitch,range",
      QT_TRANSLATE_NOOP("HostOptions", "Look at this point: degrees, metres; pitch -90 is straight down.")},
@@ -147,6 +148,11 @@ std::optional<HostOptions> ParseHostOptions(const QStringList& arguments, QStrin
             return fail(HostOptions::tr("--blocks: %1").arg(reason));
         options.blocks = *blocks;
     }
+    options.projectFile = value("project");
+    if (isSet("project") && !QFileInfo(options.projectFile).isFile())
+        return fail(HostOptions::tr("--project: there is no file '%1'.").arg(options.projectFile));
+    if (isSet("project") && isSet("blocks"))
+        return fail(HostOptions::tr("--project and --blocks cannot go together."));
     if (isSet("size")) {
         const std::optional<QSize> size = ParseSize(value("size"));
         if (!size)

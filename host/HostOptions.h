@@ -24,6 +24,7 @@ public:
     bool noVoice = false;
     QString logFile;      ///< empty: none; "-": standard output
     QString tourFolder;   ///< empty: no tour
+    QString projectFile;  ///< empty: a new project
     QString mapFile;      ///< empty: the rule by network state
     QString zoneFile;     ///< empty: the one beside the program
     QString keyFile;      ///< of the zone file; empty: the environment's key, or the sample's

@@ -77,7 +77,11 @@ const QList<Group>& Groups()
          }},
         {QT_TRANSLATE_NOOP("KeyHelp", "Window"),
          {
-             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+S"), QT_TRANSLATE_NOOP("KeyHelp", "Saves a picture")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+N; Ctrl+O"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Begins a project; opens one")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+S; Ctrl+Shift+S"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Saves the project; under another name")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Shift+P"), QT_TRANSLATE_NOOP("KeyHelp", "Saves a picture")},
              {QT_TRANSLATE_NOOP("KeyHelp", "F1"), QT_TRANSLATE_NOOP("KeyHelp", "Shows this list")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Q"), QT_TRANSLATE_NOOP("KeyHelp", "Quits")},
          }},

@@ -4,11 +4,13 @@
 #include "host/CameraRest.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
+#include "host/FileDrop.h"
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
 #include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
+#include "host/project/ProjectSession.h"
 #include "host/SignalRelay.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
@@ -22,10 +24,9 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include "viewer/CAxMapToolsWidget.h"
-#include <AxBaseUI/CAxMessageBox.h>
-
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxData/CAxNoflyZoneMgr.h>
+#include <AxData/project/AxRecovery.h>
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -59,6 +60,7 @@ const QString geometryKey = QStringLiteral("window/geometry");
 const QString layoutKey = QStringLiteral("window/layout");
 const QString extentsKey = QStringLiteral("window/panels");
 const QString aircraftKey = QStringLiteral("aircraft/link");
+const QString recentKey = QStringLiteral("projects/recent");
 
 const struct
 {
@@ -97,6 +99,7 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     setWindowTitle(tr("Ground control"));
     setCentralWidget(viewer);
     BuildPanels();
+    BuildProject();
     BuildMenus();
     statusBar()->addPermanentWidget(place);
     statusBar()->addPermanentWidget(state);
@@ -121,6 +124,8 @@ MainWindow::~MainWindow()
     // A run that ended by itself closed nothing.
     if (isVisible())
         KeepLayout();
+    // It looks at what the others show.
+    delete project;
     // The records of flights end whole, whatever comes after.
     delete aircraft;
     viewer->ReleaseAll();
@@ -206,6 +211,9 @@ void MainWindow::RestoreLayout()
     restoreState(kept->Bytes(layoutKey), layoutVersion);
     extents->Restore(kept->Bytes(extentsKey));
     aircraft->SetSettings(kept->Bytes(aircraftKey));
+    project->SetRecent(kept->Bytes(recentKey));
+    connect(project, &ProjectSession::RecentChanged, kept,
+            [this] { kept->SetBytes(recentKey, project->Recent()); });
 }
 
 void MainWindow::RestoreSwitches()
@@ -242,26 +250,30 @@ void MainWindow::KeepLayout()
     kept->SetBytes(aircraftKey, aircraft->Settings());
 }
 
-bool MainWindow::IsCloseWanted()
+void MainWindow::BuildProject()
 {
-    const QString reason = options.IsUnattended() ? QString() : aircraft->ReasonToStay();
-    if (reason.isEmpty())
-        return true;
-    CAxMessageBox box(this);
-    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-    box.SetWindowTitle(windowTitle());
-    box.SetMsgText(reason + QLatin1Char(' ') + tr("Do you want to close all the same?"));
-    box.SetBtnOKText(tr("Close"));
-    box.SetCancelDefault(true);
-    return box.exec() == QDialog::Accepted;
+    // With --settings it stays with the other things that are kept.
+    QString recovery = options.settingsFile.isEmpty() ? AxRecoveryFolder()
+                                                      : options.settingsFile + QStringLiteral(".recovery");
+    if (!kept || options.IsUnattended())
+        recovery.clear();
+    project = new ProjectSession(viewer, this, recovery, options.IsUnattended());
+    project->SetReasonToStay([this] { return aircraft->ReasonToStay(); });
+    connect(project, &ProjectSession::Told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    drop = new FileDrop(this);
+    drop->Watch(viewer->viewport());
+    drop->Add(&ProjectSession::IsProjectFile,
+              [this](const QStringList& files) { project->Open(files.constFirst()); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (!IsCloseWanted()) {
+    if (!project->MayLeave(aircraft->ReasonToStay(), tr("Do you want to close all the same?"), tr("Close"))) {
         event->ignore();
         return;
     }
+    project->End();
     KeepLayout();
     QMainWindow::closeEvent(event);
 }
@@ -293,7 +305,10 @@ void MainWindow::ShowPlace(double longitude, double latitude, double altitude, d
 void MainWindow::BuildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addAction(tr("&Save picture..."), this, &MainWindow::OnSavePicture, QKeySequence::Save);
+    project->FillMenu(file);
+    file->addSeparator();
+    file->addAction(tr("Save &picture..."), this, &MainWindow::OnSavePicture,
+                    QKeySequence(QStringLiteral("Ctrl+Shift+P")));
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 
@@ -424,6 +439,12 @@ void MainWindow::OnLoaded()
     // Start-up itself still goes to its first viewpoint after this signal.
     QTimer::singleShot(0, this, [this, stops] {
         GoToFirstView();
+        if (!project->Start(options.projectFile) && options.IsUnattended()) {
+            emit Done(exitWrongUse);
+            return;
+        }
+        if (options.view)
+            viewer->getManipulator()->setViewpoint(options.view->Viewpoint(), 0.0);
         if (!stops.isEmpty()) {
             auto* tour = new Tour(
                 viewer, stops, [this](const QString& file) { return SavePicture(file); }, this);

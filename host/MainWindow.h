@@ -11,9 +11,11 @@ class BlockPanel;
 class CameraRest;
 class CAxEarthViewer;
 class EventLog;
+class FileDrop;
 class KeptState;
 class LogPanel;
 class PanelExtents;
+class ProjectSession;
 class QDockWidget;
 class QLabel;
 class TaskPanel;
@@ -52,8 +54,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    /// Whether the program may end; asks where something would be left alone.
-    bool IsCloseWanted();
     void BuildMenus();
     void BuildDrawMenu();
     void BuildTaskMenu();
@@ -66,6 +66,7 @@ private:
     void RestoreLayout();
     void KeepLayout();
     void RestoreSwitches();
+    void BuildProject();
     void GoToFirstView();
     /// Degrees, degrees and metres, NaN for what is not known; a coarse altitude has no decimals.
     void ShowPlace(double longitude, double latitude, double altitude, double range, bool coarse);
@@ -84,6 +85,8 @@ private:
     AircraftPanel* aircraft;
     KeptState* kept; ///< null: nothing is kept
     PanelExtents* extents;
+    ProjectSession* project = nullptr;
+    FileDrop* drop = nullptr; ///< opens files of the kinds that its takers want
     QDockWidget* history = nullptr;
     QList<QDockWidget*> taskPanels; ///< tasks, height profile, coverage
     ToolActions* tools;

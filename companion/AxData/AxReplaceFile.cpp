@@ -168,10 +168,16 @@ bool AxReplaceFile(const QByteArray& contents, const QString& target, AxReadable
     from.setData(contents);
     from.open(QIODevice::ReadOnly);
     const AxTransfer write = [&contents](QIODevice&, QIODevice& to, QString& reason) {
-        if (to.write(contents) == contents.size())
-            return true;
-        reason = WriteError(to.errorString());
-        return false;
+        // On a full disk the first call writes a part, and only the next one says why it was no more.
+        for (qint64 done = 0; done < contents.size();) {
+            const qint64 written = to.write(contents.constData() + done, contents.size() - done);
+            if (written <= 0) {
+                reason = WriteError(to.errorString());
+                return false;
+            }
+            done += written;
+        }
+        return true;
     };
     return Replace(from, target, target, readers, write, error, {});
 }

@@ -4,6 +4,7 @@
 #include <AxData/project/AxProjectTables.h>
 #include <AxData/project/AxSqlFile.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -144,6 +145,15 @@ QString WhyKept(const QString& path)
     return there.IsRead() ? QString()
                           : there.fault + QLatin1Char(' ') + AxProjectText::tr("It is not overwritten.");
 }
+
+// What writers that were killed have left; one that lives is done within the minute.
+void RemoveLeftovers(const QString& path)
+{
+    const QDateTime minuteAgo = QDateTime::currentDateTime().addSecs(-60);
+    for (const QString& file : AxFilesBeside(path, axAsideSuffix))
+        if (QFileInfo(file).lastModified() < minuteAgo)
+            QFile::remove(file);
+}
 } // namespace
 
 bool AxWriteProject(const QString& path, const AxProject& project, QString* fault)
@@ -166,5 +176,8 @@ bool AxWriteProject(const QString& path, const AxProject& project, QString* faul
     const QByteArray bytes = BytesOf(project, reason);
     if (bytes.isEmpty())
         return fail(named(AxProjectText::tr("Writing failed: %1.").arg(reason)));
-    return AxReplaceFile(bytes, path, AxReadableBy::Anyone, reason) || fail(reason);
+    if (!AxReplaceFile(bytes, path, AxReadableBy::Anyone, reason))
+        return fail(reason);
+    RemoveLeftovers(path);
+    return true;
 }

@@ -1,0 +1,20 @@
+#pragma once
+#include <AxData/project/AxProject.h>
+
+#include <QStringList>
+
+class CAxEarthViewer;
+
+/// A project as the map shows it. GUI thread; the viewer has its map.
+namespace ProjectOnMap {
+/// All blocks, and the camera. Marks and values are those of `rest`, which nothing shows.
+AxProject Look(const CAxEarthViewer& viewer, const AxProject& rest);
+
+/// Puts the project in the place of all that is drawn: objects, records and undo history. The names of
+/// blocks that this program cannot draw; their records are there all the same.
+QStringList Show(CAxEarthViewer& viewer, const AxProject& project);
+
+/// Why nothing else can be shown at this moment, for people: something is held with the mouse, or a box waits
+/// for an answer. Empty when it can; a drawing is ended by it.
+QString ReasonToWait(const CAxEarthViewer& viewer);
+} // namespace ProjectOnMap

@@ -1,0 +1,93 @@
+#pragma once
+#include <AxData/project/AxProjectLock.h>
+#include <AxData/project/AxRecovery.h>
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class AxProjectJournal;
+class CAxEarthViewer;
+class QAction;
+class QMenu;
+class QWidget;
+
+/**
+ * The project that is open: what the file menu does with it, the window's title, the question before changes
+ * are thrown away, and what a program that died has left. Owned by the window; GUI thread.
+ */
+class ProjectSession : public QObject
+{
+    Q_OBJECT
+public:
+    /// The viewer and the window outlive it. Without a folder nothing is kept for recovery. Where nobody is
+    /// expected at the window, nothing is asked.
+    ProjectSession(CAxEarthViewer* viewer, QWidget* window, const QString& recoveryFolder, bool isUnattended);
+    ~ProjectSession() override;
+
+    /// New, Open, Save, Save as and the recent files; enabled by Start().
+    void FillMenu(QMenu* menu);
+
+    /// Once the map is loaded and the blocks of the command line are drawn, which are no changes. Offers what
+    /// was left, then opens the file, if one is named; false when that cannot be opened.
+    bool Start(const QString& file);
+
+    /// Opens a file in the place of what is open, after asking; false when all stays as it was.
+    bool Open(const QString& file);
+    static bool IsProjectFile(const QString& file); ///< by its name
+
+    /// Whether what is open may be left: asks where there is something to save, and where there is another
+    /// reason to stay, a whole sentence. `otherwise` asks whether to go all the same, `go` is its button.
+    bool MayLeave(const QString& reason, const QString& otherwise, const QString& go);
+    /// The window closes: nothing is left to be recovered.
+    void End();
+
+    /// Another reason not to leave, asked whenever it matters.
+    void SetReasonToStay(std::function<QString()> reason) { reasonToStay = std::move(reason); }
+
+    /// Files that were open, the last one first, as bytes to be kept.
+    QByteArray Recent() const;
+    void SetRecent(const QByteArray& kept);
+
+signals:
+    void Told(const QString& text); ///< for the status bar
+    void RecentChanged();
+
+private:
+    void New();
+    void ChooseFile();
+    bool Save();
+    bool SaveAs();
+    bool SaveTo(const QString& file);
+    bool MayReplace(const QString& otherwise, const QString& go);
+    /// False when another program has it and the pilot gives up; `isCopy` when he opens it all the same.
+    bool TakeLock(const QString& file, bool& isCopy);
+    void ShowProject(const AxProject& project);
+    void OfferRecoveries();
+    bool Offer(AxRecovery& recovery);
+    void Recover(AxRecovery& recovery);
+    void AddRecent(const QString& file);
+    void ListRecent();
+    void ShowTitle();
+    void Warn(const QString& title, const QString& text);
+    QString Name() const;
+
+    CAxEarthViewer* viewer;
+    QWidget* window;
+    QString recoveryFolder;
+    bool isUnattended;
+    std::function<QString()> reasonToStay;
+    AxProject rest; ///< of the file, what nothing shows
+    AxProjectJournal* journal;
+    std::unique_ptr<AxProjectLock> lock;
+    QString path;   ///< empty: it has never been saved under a name that is this program's
+    QString copyOf; ///< that file's name
+    QStringList recent;
+    QMenu* recentMenu = nullptr;
+    QList<QAction*> actions;
+    QString windowTitle; ///< without the project
+};
