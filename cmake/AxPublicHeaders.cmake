@@ -12,6 +12,7 @@ set(AX_PUBLIC_HEADERS
   analysis/CAxDrapeableNode.h=analysis/CAxDrapeableNode.h
   analysis/CAxElevationQuery.h=analysis/CAxElevationQuery.h
   interaction/AxBlockAdapter.h=interaction/objects/AxBlockAdapter.h
+  interaction/AxBlockOperations.h=interaction/objects/AxBlockOperations.h
   interaction/AxBlockRefusal.h=interaction/objects/AxZonesUnder.h
   interaction/AxEditAids.h=scene/AxEditAids.h
   interaction/CAx3DGeometry.h=interaction/objects/CAx3DGeometry.h
@@ -20,6 +21,7 @@ set(AX_PUBLIC_HEADERS
   interaction/CAxEarthManipulator.h=interaction/input/CAxEarthManipulator.h
   interaction/CAxHandleAdapter.h=interaction/objects/CAxHandleAdapter.h
   interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
+  interaction/AxStripShape.h=interaction/objects/AxStripShape.h
   interaction/CAxOsgDrawLine.h=interaction/objects/CAxOsgDrawLine.h
   interaction/CAxOsgDrawRectange.h=interaction/objects/CAxOsgDrawRectange.h
   interaction/EHandleOperation.h=scene/EHandleOperation.h

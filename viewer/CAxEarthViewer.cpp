@@ -392,6 +392,11 @@ QStringList CAxEarthViewer::DeleteBlocks(const QStringList& ids)
     return d->objects.Delete(ids);
 }
 
+AxBlockOperations* CAxEarthViewer::GetBlockOperations()
+{
+    return &d->objects.Operations();
+}
+
 void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter* adapter)
 {
     d->objects.IntersectModelLayers(adapter);

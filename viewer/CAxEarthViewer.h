@@ -20,6 +20,7 @@
 #include <functional>
 #include <memory>
 
+class AxBlockOperations;
 class AxViewerParts;
 class AxViewerPrivate;
 class CAxAncillaryProcess;
@@ -232,6 +233,9 @@ public:
     /// IDs of those that are deleted; a block that is locked on this map stays. Undoing brings back record
     /// and object; the routes join it again that their owners still have.
     QStringList DeleteBlocks(const QStringList& ids);
+    /// Duplicates, unites, cuts, grows and turns blocks, and puts blocks in the place of others; see there.
+    /// It belongs to the viewer; never null.
+    AxBlockOperations* GetBlockOperations();
     /// Takes away the vertex of the current object that the mouse is over; false when there is none.
     bool DeleteHoveredVertex();
     /// From a press of Delete that took a vertex away to its release: a host

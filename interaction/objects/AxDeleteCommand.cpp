@@ -63,6 +63,15 @@ bool AxDeleteCommand::deleteBlock(const QString& id)
     return true;
 }
 
+void AxDeleteCommand::Hold(std::unique_ptr<CAxBlock> record)
+{
+    Deleted block;
+    block.record = std::move(record);
+    block.isDrawn = true;
+    if (block.record)
+        deleted.push_back(std::move(block));
+}
+
 void AxDeleteCommand::undo()
 {
     isApplied = false;

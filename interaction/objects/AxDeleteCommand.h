@@ -26,6 +26,11 @@ public:
     /// before it is pushed.
     QStringList Delete(const QStringList& ids);
 
+    /// Takes the record of a block that is to come with undo(), as if it had been deleted.
+    void Hold(std::unique_ptr<CAxBlock> record);
+    /// What the last undo() has brought back.
+    const QStringList& Restored() const { return restored; }
+
     void undo() override;
     void redo() override;
 

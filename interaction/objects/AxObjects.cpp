@@ -1,6 +1,7 @@
 // Which objects there are.
 #include "interaction/objects/AxObjects.h"
 #include "interaction/editing/AxEditHistory.h"
+#include "interaction/objects/AxBlockOperations.h"
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxRefusedDrawing.h"
 #include "interaction/objects/CAxHandleAdapter.h"
@@ -99,8 +100,11 @@ CAxHandleAdapter* AxObjects::BeginDrawing(EToolType tool)
         object = current && current->GetBlockType() == CAxBlock::VideoBlock ? current : nullptr;
     else if (const AxShapeFactories::Factory* factory = factories.Of(tool))
         object = (*factory)(earthViewer, parts.Widget()->parent());
-    if (!object)
-        return nullptr;
+    return object ? BeginDrawing(object) : nullptr;
+}
+
+CAxHandleAdapter* AxObjects::BeginDrawing(CAxHandleAdapter* object)
+{
     if (object != current)
         unregistered += object;
     const QPointer<CAxHandleAdapter> alive(object);

@@ -9,9 +9,11 @@
 #include <QStringList>
 
 #include <map>
+#include <memory>
 #include <set>
 #include <vector>
 
+class AxBlockOperations;
 class AxEditHistory;
 class AxViewerParts;
 
@@ -52,6 +54,8 @@ public:
     CAxHandleAdapter* Import(const QString& blockID, bool visible = true);
     /// Makes the object that a tool draws, current and in its drawing; null for a tool that draws nothing.
     CAxHandleAdapter* BeginDrawing(EToolType tool);
+    /// The same with an object that somebody has made.
+    CAxHandleAdapter* BeginDrawing(CAxHandleAdapter* object);
     /// Takes a refused drawing up again, and its tool; false, with nothing changed, while somebody is drawing
     /// or dragging, or may not draw.
     bool ResumeDrawing(EToolType tool, const std::vector<osg::Vec3d>& vertices);
@@ -84,6 +88,15 @@ public:
     QStringList Delete(const QStringList& ids);
     void IntersectModelLayers(CAxHandleAdapter* object) override;
 
+    // Blocks in the place of others (AxObjectsReplacing.cpp)
+
+    AxBlockOperations& Operations();
+    /// As AxBlockOperations::Replace(); nothing happens when one of the blocks is locked or not there.
+    QStringList Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
+                        const QString& edit);
+    /// Whether a drawing of the record's shape would be accepted; a box tells the operator why it is not.
+    bool IsAccepted(const CAxBlock& record);
+
 signals:
     /// Another object is current, or none; the ID is then empty.
     void currentChanged(QString id);
@@ -104,6 +117,7 @@ private:
     CAxEarthViewer* const earthViewer;
     AxEditHistory* history = nullptr;
     AxShapeFactories factories;
+    std::unique_ptr<AxBlockOperations> operations;
     std::map<QString, CAxHandleAdapter*> registry;
     std::set<const CAxHandleAdapter*> registered; ///< the same without the order of IDs
     /// Drawings that are not registered yet, and objects that end with the slot they run in.

@@ -490,6 +490,12 @@ bool CAxHandleAdapter::InsertVertex(int index, const osg::Vec3d& lngLatAlt)
     return ChangeVertices(std::move(points), tr("Insert vertex"));
 }
 
+bool CAxHandleAdapter::SetVertices(std::vector<osg::Vec3d> points, const QString& text)
+{
+    return mayEdit() && ShapeKind().Allows(static_cast<int>(points.size())) &&
+           ChangeVertices(std::move(points), text);
+}
+
 // Handles of the vertices
 
 void CAxHandleAdapter::CreateEditor()

@@ -196,6 +196,9 @@ public:
     /// was refused.
     bool DeleteVertex(int index);
     bool InsertVertex(int index, const osg::Vec3d& lngLatAlt);
+    /// Gives it other vertices by that path; `text` is what the undo stack calls it. Where a kind has a fixed
+    /// number of vertices, there are as many.
+    bool SetVertices(std::vector<osg::Vec3d> points, const QString& text);
     /// From the first vertex to the cursor when a move of the object began, degrees, degrees and 0.
     void SetMoveCenterPt(const osg::Vec3d& offset);
     const osg::Vec3d& GetMoveCenterPt() const;

@@ -1,0 +1,346 @@
+#include "interaction/objects/AxBlockOperations.h"
+#include "interaction/editing/AxEditTitle.h"
+#include "interaction/objects/AxBlockRefusal.h"
+#include "interaction/objects/AxBlockRing.h"
+#include "interaction/objects/AxCutLine.h"
+#include "interaction/objects/AxObjects.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+#include "scene/base/AxLongitudes.h"
+#include "scene/base/AxNotice.h"
+
+#include <AxAlgorthm/AxUniqueID.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <QCoreApplication>
+#include <QGraphicsView>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+using AxAreaOperations::Area;
+using AxAreaOperations::Fault;
+using AxAreaOperations::Result;
+using Records = std::vector<std::unique_ptr<CAxBlock>>;
+
+QString Words(const char* text)
+{
+    return QCoreApplication::translate("AxBlockOperations", text);
+}
+
+QString NameOf(const QString& id)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    return block ? AxNameInTitle(block->GetBlockName()) : QString();
+}
+
+// A record with all of another one but ID, vertices and tasks.
+std::unique_ptr<CAxBlock> RecordLike(const CAxBlock& other, CAxBlock::EBlockType type, const QString& name,
+                                     const QList<QPointF>& vertices)
+{
+    auto record = std::make_unique<CAxBlock>(CreateUniqueID(), type);
+    record->SetBlockName(name);
+    record->SetAnchor(vertices);
+    *record->GetTaskPara() = *other.GetTaskPara();
+    record->SetHomePosition(other.GetHomePosition(), false);
+    record->SetEnterDirection(other.GetEnterDirection());
+    record->SetDownhillLanding(other.IsDownhillLanding());
+    record->SetVideoRadius(other.GetVideoRadius());
+    return record;
+}
+
+QList<QPointF> AreaOf(CAxHandleAdapter& object)
+{
+    return object.IsOutlineClosed() ? AxRingOf(object.Outline()) : QList<QPointF>();
+}
+
+QPointF MiddleOf(CAxHandleAdapter& object)
+{
+    const CAxVector3D middle = object.GetGravityLatLng(); // latitude first
+    return {middle.y(), middle.x()};
+}
+
+// So far to the east that the copy stands beside the block.
+QList<QPointF> Beside(CAxHandleAdapter& object, const QList<QPointF>& vertices)
+{
+    const std::vector<osg::Vec3d> outline = object.Outline();
+    double least = 0.0;
+    double most = 0.0;
+    for (const osg::Vec3d& point : outline) {
+        const double east = std::remainder(point.x() - outline.front().x(), AxLongitudes::fullTurn);
+        least = std::min(least, east);
+        most = std::max(most, east);
+    }
+    constexpr double gap = 1.1;
+    QList<QPointF> moved;
+    for (const QPointF& vertex : vertices)
+        moved += QPointF(AxLongitudes::Normalized(vertex.x() + gap * (most - least)), vertex.y());
+    return moved;
+}
+
+QString ReasonOf(Fault fault, const QString& name)
+{
+    switch (fault) {
+    case Fault::NotAnArea:
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 covers no area.")).arg(name);
+    case Fault::Crosses:
+        return AxBlockRefusal::InvalidText();
+    case Fault::TooLarge:
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The blocks are too large or too far apart."));
+    case Fault::BadMeasure:
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The value is out of range."));
+    case Fault::NothingLeft:
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Nothing would be left of %1.")).arg(name);
+    case Fault::NotCut:
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The line does not lead across %1.")).arg(name);
+    case Fault::None:
+        break;
+    }
+    return {};
+}
+} // namespace
+
+AxBlockOperations::AxBlockOperations(AxObjects& book, AxViewerParts& viewer, CAxEarthViewer* map)
+    : objects(book), parts(viewer), earthViewer(map)
+{
+}
+
+void AxBlockOperations::tell(const QString& reason) const
+{
+    AxShowNotice(parts.Widget(), Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Block Information")), reason);
+}
+
+CAxHandleAdapter* AxBlockOperations::changeable(const QString& id) const
+{
+    CAxHandleAdapter* object = objects.Find(id);
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    QString reason;
+    if (!object || !block)
+        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The block is not on the map."));
+    else if (object->IsLock())
+        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is locked.")).arg(NameOf(id));
+    else if (!object->GetTaskList().isEmpty() || !block->GetMissionList().isEmpty())
+        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 has tasks, which would not fit any more."))
+                     .arg(NameOf(id));
+    else if (object->GetHandleOperation() != OperationIdle)
+        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is being edited.")).arg(NameOf(id));
+    if (reason.isEmpty())
+        return object;
+    tell(reason);
+    return nullptr;
+}
+
+CAxHandleAdapter* AxBlockOperations::changeable(const QString& id,
+                                                std::initializer_list<CAxBlock::EBlockType> kinds) const
+{
+    CAxHandleAdapter* object = changeable(id);
+    if (!object || std::find(kinds.begin(), kinds.end(), object->GetBlockType()) != kinds.end())
+        return object;
+    tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "This is not possible with a block of the kind of %1."))
+             .arg(NameOf(id)));
+    return nullptr;
+}
+
+bool AxBlockOperations::isAcceptable(const Result& result, const QString& name) const
+{
+    QString reason = ReasonOf(result.fault, name);
+    if (std::any_of(result.areas.begin(), result.areas.end(),
+                    [](const Area& area) { return !area.holes.isEmpty(); }))
+        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations",
+                                         "%1 would have a hole, and a block cannot have one."))
+                     .arg(name);
+    if (!reason.isEmpty())
+        tell(reason);
+    return reason.isEmpty();
+}
+
+// What an operation ends with
+
+QStringList AxBlockOperations::Replace(const QStringList& ids, Records records, const QString& edit)
+{
+    return objects.Replace(ids, std::move(records), edit);
+}
+
+QStringList AxBlockOperations::judgeAndReplace(const QStringList& ids, Records records, const QString& edit)
+{
+    const QPointer<AxObjects> alive(&objects);
+    for (const auto& record : records)
+        if (!objects.IsAccepted(*record) || !alive)
+            return {};
+    // Boxes of the judging let events run.
+    const bool areThere = std::all_of(ids.begin(), ids.end(), [this](const QString& id) {
+        const CAxHandleAdapter* object = objects.Find(id);
+        return object && !object->IsLock() && object->GetTaskList().isEmpty();
+    });
+    if (!areThere)
+        return {};
+    const QStringList come = Replace(ids, std::move(records), edit);
+    if (alive && !come.isEmpty())
+        objects.SetCurrent(objects.Find(come.first()));
+    return come;
+}
+
+QStringList AxBlockOperations::become(CAxHandleAdapter& object, const QList<QPointF>& vertices,
+                                      const QString& edit)
+{
+    const QString id = object.GetHandleID();
+    if (vertices.isEmpty()) {
+        tell(ReasonOf(Fault::BadMeasure, NameOf(id)));
+        return {};
+    }
+    return object.SetVertices(AxVerticesOf(vertices), edit) ? QStringList{id} : QStringList();
+}
+
+QStringList AxBlockOperations::become(CAxHandleAdapter& object, const Result& result, const QString& edit)
+{
+    const QString id = object.GetHandleID();
+    if (!isAcceptable(result, NameOf(id)))
+        return {};
+    const QList<QPointF>& first = result.areas.first().ring;
+    if (result.areas.size() == 1 && object.ShapeKind().IsClosed() && object.ShapeKind().Allows(first.size()))
+        return become(object, first, edit);
+    const CAxBlock* block = object.GetContainedBlock();
+    Records records;
+    for (const Area& area : result.areas) {
+        const QString name =
+            result.areas.size() == 1
+                ? block->GetBlockName()
+                : QStringLiteral("%1-%2").arg(block->GetBlockName(), QString::number(records.size() + 1));
+        records.push_back(RecordLike(*block, CAxBlock::PolygonBlock, name, area.ring));
+    }
+    return judgeAndReplace({id}, std::move(records), edit);
+}
+
+// The operations
+
+QStringList AxBlockOperations::Duplicate(const QStringList& ids)
+{
+    Records records;
+    for (const QString& id : ids) {
+        CAxHandleAdapter* object = objects.Find(id);
+        const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+        if (!object || !block)
+            continue;
+        const QString name =
+            Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 copy")).arg(block->GetBlockName());
+        records.push_back(
+            RecordLike(*block, block->GetBlockType(), name, Beside(*object, block->GetAnchor())));
+    }
+    if (records.empty())
+        return {};
+    return judgeAndReplace({}, std::move(records),
+                           Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Duplicate")));
+}
+
+QStringList AxBlockOperations::Unite(const QStringList& ids)
+{
+    QList<QList<QPointF>> rings;
+    for (const QString& id : ids) {
+        CAxHandleAdapter* object = changeable(id);
+        if (!object)
+            return {};
+        rings += AreaOf(*object);
+    }
+    if (rings.size() < 2) {
+        tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Select two blocks at least.")));
+        return {};
+    }
+    const Result result = AxAreaOperations::Unite(rings);
+    if (!isAcceptable(result, NameOf(ids.first())))
+        return {};
+    if (result.areas.size() > 1) {
+        tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The blocks do not meet.")));
+        return {};
+    }
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(ids.first());
+    Records records;
+    records.push_back(
+        RecordLike(*block, CAxBlock::PolygonBlock, block->GetBlockName(), result.areas.first().ring));
+    return judgeAndReplace(ids, std::move(records), Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Unite")));
+}
+
+QStringList AxBlockOperations::Subtract(const QString& id, const QStringList& others)
+{
+    CAxHandleAdapter* object = changeable(id);
+    if (!object)
+        return {};
+    QList<QList<QPointF>> rings;
+    for (const QString& other : others)
+        if (CAxHandleAdapter* taken = other == id ? nullptr : objects.Find(other))
+            rings += AreaOf(*taken);
+    if (rings.isEmpty()) {
+        tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Select two blocks at least.")));
+        return {};
+    }
+    return become(*object, AxAreaOperations::Subtract(AreaOf(*object), rings),
+                  Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Subtract")));
+}
+
+QStringList AxBlockOperations::Split(const QString& id, const QList<QPointF>& line)
+{
+    CAxHandleAdapter* object = changeable(id);
+    if (!object)
+        return {};
+    return become(*object, AxAreaOperations::Split(AreaOf(*object), line),
+                  Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Split")));
+}
+
+bool AxBlockOperations::BeginSplit(const QString& id)
+{
+    const QPointer<AxObjects> alive(&objects);
+    if (parts.Tools().IsBusy() || !changeable(id) || !alive)
+        return false;
+    parts.Tools().TakeUp(ToolNavigate);
+    // Who hears of the tool may remove the block, or end the viewer.
+    if (!alive || !objects.Find(id))
+        return false;
+    objects.BeginDrawing(new AxCutLine(earthViewer, parts.Widget()->parent(), objects, id));
+    return true;
+}
+
+QStringList AxBlockOperations::Buffer(const QString& id, double metres)
+{
+    CAxHandleAdapter* object = changeable(id, {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock});
+    if (!object)
+        return {};
+    return become(*object, AxAreaOperations::Buffer(AreaOf(*object), metres),
+                  metres < 0.0 ? Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Shrink"))
+                               : Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Grow")));
+}
+
+QStringList AxBlockOperations::Simplify(const QString& id, double metres)
+{
+    CAxHandleAdapter* object = changeable(id, {CAxBlock::PolygonBlock, CAxBlock::StripBlock});
+    if (!object)
+        return {};
+    const QString edit = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Simplify"));
+    const QList<QPointF> vertices = AxRingOf(object->GetAnchor());
+    return object->ShapeKind().IsClosed()
+               ? become(*object, AxAreaOperations::Simplify(vertices, metres), edit)
+               : become(*object, AxAreaOperations::SimplifyLine(vertices, metres), edit);
+}
+
+QStringList AxBlockOperations::Rotate(const QString& id, double degrees)
+{
+    CAxHandleAdapter* object =
+        changeable(id, {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock, CAxBlock::StripBlock});
+    if (!object)
+        return {};
+    return become(*object,
+                  AxAreaOperations::Rotated(AxRingOf(object->GetAnchor()), degrees, MiddleOf(*object)),
+                  Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Turn block")));
+}
+
+QStringList AxBlockOperations::Scale(const QString& id, double factor)
+{
+    CAxHandleAdapter* object =
+        changeable(id, {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock, CAxBlock::StripBlock});
+    if (!object)
+        return {};
+    return become(*object,
+                  AxAreaOperations::Scaled(AxRingOf(object->GetAnchor()), factor, factor, MiddleOf(*object)),
+                  Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Change size")));
+}

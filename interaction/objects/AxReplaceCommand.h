@@ -1,0 +1,21 @@
+#pragma once
+#include "interaction/objects/AxDeleteCommand.h"
+
+/// Blocks that take the place of others, on the viewer's undo stack; either may be none. It keeps the records
+/// of those that are away.
+class AxReplaceCommand : public QUndoCommand
+{
+public:
+    explicit AxReplaceCommand(AxObjects& book);
+
+    /// For whoever makes the command, before it is pushed: does it, and returns the IDs of the new blocks.
+    QStringList Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records);
+
+    void undo() override;
+    void redo() override;
+
+private:
+    AxDeleteCommand former;
+    AxDeleteCommand latter;
+    bool isApplied = true;
+};
