@@ -272,6 +272,7 @@ void TaskParameters::AddPasses()
     passes->setSpecialValueText(tr("By the overlap"));
     const auto setWidths = [this](CAxBlock& block, double) {
         block.GetTaskPara()->SetBandingOffset(left->value(), right->value());
+        emit WidthsSet(block.GetBlockID());
     };
     left = AddNumber(tr("Width to the left"), tr(" m"), 0.0, 10000.0, 1, setWidths);
     right = AddNumber(tr("Width to the right"), tr(" m"), 0.0, 10000.0, 1, setWidths);
@@ -385,6 +386,14 @@ void TaskParameters::Load(CAxBlock& block)
         SetRowVisible(field, !isStrip && !isVideo);
     FollowCamera(block);
     ShowHints(block);
+}
+
+void TaskParameters::ShowRadius()
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
+    const QScopedValueRollback<bool> guard(isLoading, true);
+    if (block && static_cast<int>(radius->value()) != block->GetVideoRadius())
+        radius->setValue(block->GetVideoRadius());
 }
 
 void TaskParameters::ShowFlownHeading(std::optional<double> degrees)

@@ -1,7 +1,6 @@
 #include "interaction/objects/AxStripShape.h"
 #include "scene/base/AxLongitudes.h"
 
-#include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxPlaneGeometry.h>
 
 #include <osg/Math>
@@ -9,8 +8,10 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 namespace {
 constexpr double sphereRadius = 6378137.0; // metres
@@ -23,33 +24,95 @@ std::optional<double> NumberOf(const QString& text)
     const double number = text.trimmed().toDouble(&isNumber);
     return isNumber && std::isfinite(number) ? std::make_optional(number) : std::nullopt;
 }
+
+bool IsSamePoint(const CAxPoint2D& a, const CAxPoint2D& b)
+{
+    return a.x() == b.x() && a.y() == b.y();
+}
+
+// Brings `from` and `to`, which belong together, up to date: points at the beginning and at the end of `from`
+// that are still the same are not converted again. False, with both empty, for what cannot be.
+template <typename Convert>
+bool ConvertChanged(const std::vector<CAxPoint2D>& wanted, std::vector<CAxPoint2D>& from,
+                    std::vector<CAxPoint2D>& to, const Convert& convert)
+{
+    const auto least = static_cast<std::ptrdiff_t>(std::min(wanted.size(), from.size()));
+    const std::ptrdiff_t before =
+        std::mismatch(wanted.begin(), wanted.begin() + least, from.begin(), IsSamePoint).first -
+        wanted.begin();
+    const std::ptrdiff_t behind =
+        std::mismatch(wanted.rbegin(), wanted.rbegin() + (least - before), from.rbegin(), IsSamePoint).first -
+        wanted.rbegin();
+    std::vector<CAxPoint2D> changed(wanted.begin() + before, wanted.end() - behind);
+    if (!changed.empty() && !convert(changed, changed)) {
+        from.clear();
+        to.clear();
+        return false;
+    }
+    std::vector<CAxPoint2D> converted(to.begin(), to.begin() + before);
+    converted.insert(converted.end(), changed.begin(), changed.end());
+    converted.insert(converted.end(), to.end() - behind, to.end());
+    to = std::move(converted);
+    from = wanted;
+    return true;
+}
 } // namespace
+
+const std::vector<osg::Vec3d>& AxStripShape::KeptBand::Of(const std::vector<osg::Vec3d>& centreLine,
+                                                          double width1, double width2)
+{
+    if (line == centreLine && left == width1 && right == width2)
+        return band;
+    line = centreLine;
+    left = width1;
+    right = width2;
+    band.clear();
+    if (line.size() < 2 || left > mostWidth || right > mostWidth)
+        return band;
+    Points degrees;
+    degrees.reserve(line.size());
+    for (const osg::Vec3d& vertex : line) {
+        const double longitude =
+            degrees.empty() ? vertex.x() : AxLongitudes::NearestTo(degrees.back().x(), vertex.x());
+        degrees.emplace_back(longitude, vertex.y());
+    }
+    Points outline;
+    QList<int> vertices;
+    if (!toPlane(degrees) || !CreateStripPolygon(lineMetres, left, right, outline, vertices) ||
+        !toLngLat(outline))
+        return band;
+    band.reserve(bandDegrees.size());
+    for (std::size_t i = 0; i < bandDegrees.size(); ++i)
+        band.emplace_back(bandDegrees[i].x(), bandDegrees[i].y(),
+                          line[static_cast<std::size_t>(vertices[static_cast<int>(i)])].z());
+    return band;
+}
+
+bool AxStripShape::KeptBand::toPlane(const Points& lngLat)
+{
+    // That of the first place alone, so that a vertex further on does not move the band beside the others.
+    if (lineDegrees.empty() || !IsSamePoint(lineDegrees.front(), lngLat.front())) {
+        plane = AxUtmPlane::At(lngLat.front().y(), AxLongitudes::Normalized(lngLat.front().x()));
+        lineDegrees.clear();
+        lineMetres.clear();
+        bandMetres.clear();
+        bandDegrees.clear();
+    }
+    return plane && ConvertChanged(lngLat, lineDegrees, lineMetres, [this](const Points& in, Points& out) {
+               return plane->FromLngLat(in, out);
+           });
+}
+
+bool AxStripShape::KeptBand::toLngLat(const Points& metres)
+{
+    return ConvertChanged(metres, bandMetres, bandDegrees,
+                          [this](const Points& in, Points& out) { return plane->ToLngLat(in, out); });
+}
 
 std::vector<osg::Vec3d> AxStripShape::Band(const std::vector<osg::Vec3d>& centreLine, double width1,
                                            double width2)
 {
-    std::vector<CAxPoint2D> line;
-    line.reserve(centreLine.size());
-    for (const osg::Vec3d& vertex : centreLine) {
-        const double longitude =
-            line.empty() ? vertex.x() : AxLongitudes::NearestTo(line.back().x(), vertex.x());
-        line.emplace_back(longitude, vertex.y());
-    }
-    if (line.size() < 2 || width1 > mostWidth || width2 > mostWidth)
-        return {};
-    // Of the first place alone, so that a vertex further on does not move the band beside the others.
-    const auto plane = AxUtmPlane::At(line.front().y(), AxLongitudes::Normalized(line.front().x()));
-    std::vector<CAxPoint2D> outline;
-    QList<int> vertices;
-    if (!plane || !plane->FromLngLat(line, line) ||
-        !CreateStripPolygon(line, width1, width2, outline, vertices) || !plane->ToLngLat(outline, outline))
-        return {};
-    std::vector<osg::Vec3d> band;
-    band.reserve(outline.size());
-    for (std::size_t i = 0; i < outline.size(); ++i)
-        band.emplace_back(outline[i].x(), outline[i].y(),
-                          centreLine[static_cast<std::size_t>(vertices[static_cast<int>(i)])].z());
-    return band;
+    return KeptBand().Of(centreLine, width1, width2);
 }
 
 double AxStripShape::LegLength(const osg::Vec3d& from, const osg::Vec3d& to)

@@ -1,8 +1,11 @@
 #pragma once
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <AxAlgorthm/AxCoordinate.h>
+
 #include <osg/Vec3d>
 
+#include <optional>
 #include <vector>
 
 class QString;
@@ -12,10 +15,33 @@ class QString;
 namespace AxStripShape {
 
 /// The outline of the band that lies `width1` to the left and `width2` to the right of its centre line, as
-/// CreateStripPolygon() makes it in the line's UTM zone, at the altitudes of the vertices beside it. Empty
-/// when there is no such band, or a side of it is wider than 100 km.
+/// CreateStripPolygon() makes it in the UTM zone of the first vertex, at the altitudes of the vertices beside
+/// it. Empty when there is no such band, or a side of it is wider than 100 km.
 AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> Band(const std::vector<osg::Vec3d>& centreLine, double width1,
                                                   double width2);
+
+/// The same for whoever asks often: what has not changed since the last time is not computed again.
+class AXEARTHVIEWER_EXPORT KeptBand
+{
+public:
+    const std::vector<osg::Vec3d>& Of(const std::vector<osg::Vec3d>& centreLine, double width1,
+                                      double width2);
+
+private:
+    using Points = std::vector<CAxPoint2D>;
+    bool toPlane(const Points& lngLat);
+    bool toLngLat(const Points& metres);
+
+    std::vector<osg::Vec3d> line;
+    double left = -1.0;
+    double right = -1.0;
+    std::vector<osg::Vec3d> band;
+    std::optional<AxUtmPlane> plane;
+    Points lineDegrees;
+    Points lineMetres;
+    Points bandMetres;
+    Points bandDegrees;
+};
 
 /// Along a great circle of a sphere of 6378137 m.
 AXEARTHVIEWER_EXPORT double LegLength(const osg::Vec3d& from, const osg::Vec3d& to);

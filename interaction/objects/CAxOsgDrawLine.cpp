@@ -3,7 +3,6 @@
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxHandleAdapterState.h"
-#include "interaction/objects/AxStripShape.h"
 #include "interaction/objects/AxZonesUnder.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
@@ -38,13 +37,7 @@ void CAxOsgDrawLine::tell(const QString& text, const QString& details)
 
 const std::vector<osg::Vec3d>& CAxOsgDrawLine::band()
 {
-    if (bandOf != d->anchors || bandWidth1 != width1 || bandWidth2 != width2) {
-        kept = AxStripShape::Band(d->anchors, width1, width2);
-        bandOf = d->anchors;
-        bandWidth1 = width1;
-        bandWidth2 = width2;
-    }
-    return kept;
+    return keptBand.Of(d->anchors, width1, width2);
 }
 
 std::vector<osg::Vec3d> CAxOsgDrawLine::Outline()

@@ -1,5 +1,6 @@
 #pragma once
 #include "interaction/objects/AxBlockAdapter.h"
+#include "interaction/objects/AxStripShape.h"
 
 #include <optional>
 #include <vector>
@@ -71,10 +72,5 @@ private:
     double width1 = 3.0;
     double width2 = 3.0;
     double minDistance = 50.0; ///< shortest leg that is drawn or edited, metres
-
-    // What the band was made of, so that it is made once a change.
-    std::vector<osg::Vec3d> bandOf;
-    double bandWidth1 = -1.0;
-    double bandWidth2 = -1.0;
-    std::vector<osg::Vec3d> kept;
+    AxStripShape::KeptBand keptBand;
 };

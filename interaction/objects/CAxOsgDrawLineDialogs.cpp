@@ -4,7 +4,6 @@
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxPage.h"
-#include "interaction/objects/AxStripShape.h"
 #include "interaction/objects/AxZonesUnder.h"
 #include "interaction/objects/CAxOsgDrawLine.h"
 #include "scene/AxObjectBook.h"
