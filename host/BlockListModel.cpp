@@ -1,6 +1,5 @@
 #include "host/BlockListModel.h"
 #include "interaction/AxBlockAdapter.h"
-#include "interaction/CAx3DGeometry.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -150,11 +149,11 @@ QVariant BlockListModel::headerData(int section, Qt::Orientation orientation, in
 
 std::optional<double> BlockListModel::Area(const Row& row) const
 {
-    auto* polygon = qobject_cast<CAx3DGeometry*>(viewer->FindExistNode(row.id));
-    if (!polygon)
+    auto* block = qobject_cast<AxBlockAdapter*>(viewer->FindExistNode(row.id));
+    if (!block)
         return {};
     if (!row.area)
-        row.area = polygon->GetArea();
+        row.area = block->GetArea();
     return row.area;
 }
 

@@ -5,6 +5,7 @@
 #include "interaction/objects/AxZonesUnder.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
+#include "scene/shape/AxBlockArea.h"
 #include "scene/shape/AxBlockColors.h"
 
 #include <QGraphicsView>
@@ -61,6 +62,12 @@ QString AxBlockAdapter::Fault()
     const QStringList zones = AxZonesUnder(*d->viewer, Outline());
     return zones.isEmpty() ? QString()
                            : AxBlockRefusal::OverZonesText() + QLatin1Char('\n') + AxZoneDetails(zones);
+}
+
+double AxBlockAdapter::GetArea()
+{
+    const osgEarth::SpatialReference* srs = d->viewer ? d->viewer->Scene().MapSRS() : nullptr;
+    return srs && IsOutlineClosed() ? AxBlockArea(Outline(), *srs) : 0.0;
 }
 
 QString AxBlockAdapter::ShapeFault()
@@ -158,11 +165,6 @@ void AxBlockAdapter::ClearPoints()
     GetAnchor().clear();
     SetAnchorEditorEnabled(false);
     updateAdapter();
-}
-
-void AxBlockAdapter::ResponseHandlePointMoved(osg::Vec3d, osg::Vec3d)
-{
-    _ReponseHandleMove();
 }
 
 void AxBlockAdapter::ResponseHandleMoved(osg::Vec3d, osg::Vec3d)

@@ -24,6 +24,8 @@ public:
     /// Why a drawing of this shape would be refused, in words for the operator; empty when it would not be.
     /// A block that comes from elsewhere is drawn all the same, and a host says so by this. Nobody is told.
     virtual QString Fault();
+    /// km² inside the outline, the same for both directions of it; 0 for a line. See AxBlockArea().
+    double GetArea();
     /// Longitude and latitude in degrees, altitude in metres. Points that are not finite leave the object as
     /// it was.
     void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
@@ -32,6 +34,10 @@ public:
     /// Another colour with routes than without.
     void UpdateColor() override;
     void ClearPoints() override;
+    /// Those that stretch and turn it as a whole, where the aids ask for them and its vertices may come and go.
+    std::vector<AxFurtherHandle> FurtherHandles() override;
+    /// Shows the lengths of the edges and the size beside the vertex.
+    void slotPointMoved(double lng, double lat, double alt, int index) override;
     void ResponseHandlePointMoved(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
     void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos) override;
 
@@ -70,6 +76,8 @@ protected:
     void AskAndRename(const QString& name);
 
 private:
+    bool hasRim();
+    void dragRim(std::size_t handle, const osg::Vec3d& place);
     bool isFreeToEdit();
     /// False, with the reason told, for values that cannot be taken.
     bool moveVertexTo(int index, const QString& latitude, const QString& longitude);

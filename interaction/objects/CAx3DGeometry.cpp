@@ -5,7 +5,6 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxLongitudes.h"
-#include "scene/shape/AxBlockArea.h"
 #include "scene/shape/AxRingInPlane.h"
 
 #include <AxBaseUI/AxPolygonTest.h>
@@ -33,12 +32,6 @@ CAx3DGeometry::CAx3DGeometry(CAxEarthViewer* viewer, QObject* parent)
 }
 
 CAx3DGeometry::~CAx3DGeometry() = default;
-
-double CAx3DGeometry::GetArea()
-{
-    const osgEarth::SpatialReference* srs = d->viewer ? d->viewer->Scene().MapSRS() : nullptr;
-    return srs ? AxBlockArea(GetAnchor(), *srs) : 0.0;
-}
 
 // Drawing
 

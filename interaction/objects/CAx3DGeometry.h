@@ -16,9 +16,6 @@ public:
     CAx3DGeometry(CAxEarthViewer* viewer, QObject* parent);
     ~CAx3DGeometry() override;
 
-    /// km², the same for both directions of the ring; see AxBlockArea().
-    double GetArea();
-
     /// The dialog of one corner: its coordinates, and "Delete". In its place a box says why a block that is
     /// locked or has routes has none.
     void ResponseDoubleClickOnPoint(int index, osg::Vec3d point) override;

@@ -4,6 +4,7 @@
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxOnGround.h"
 #include "interaction/objects/AxRectangleShape.h"
 #include "scene/AxEditAids.h"
 #include "scene/AxObjectBook.h"
@@ -235,7 +236,7 @@ void CAxOsgDrawRectange::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
         hasSide ? onSideUpTo(lngLatPos) : AxRectangleShape::Between(d->anchors.front(), Snapped(lngLatPos));
     if (ring.size() != corners)
         return;
-    DrawRubberBand(ring, true);
+    DrawRubberBand(d->viewer ? AxOnGround(d->viewer->Scene(), ring) : ring, true);
     showRing(ring, lngLatPos, hasSide ? tr("click: the width") : QString());
 }
 
@@ -247,8 +248,8 @@ void CAxOsgDrawRectange::showFirstSide(const osg::Vec3d& lngLatPos)
     ShowBesideCursor(lngLatPos, tr("%1, %2\302\260")
                                         .arg(AxLengthText(AxGroundDistance(d->anchors.front(), place)),
                                              QString::number(heading, 'f', 1)) +
-                                    QLatin1Char('\n') +
-                                    tr("click: end of a side; double click: opposite corner"));
+                                    QLatin1Char('\n') + tr("click: end of a side") + QLatin1Char('\n') +
+                                    tr("double click: opposite corner"));
 }
 
 void CAxOsgDrawRectange::showRing(const std::vector<osg::Vec3d>& ring, const osg::Vec3d& lngLatPos,
@@ -319,15 +320,14 @@ std::vector<AxFurtherHandle> CAxOsgDrawRectange::FurtherHandles()
 {
     if (!turns || d->operation == OperationDrawing || d->anchors.size() != corners || !d->viewer)
         return {};
-    QList<osg::Vec3d> places;
+    std::vector<osg::Vec3d> places;
     for (std::size_t side = 0; side < corners; ++side)
-        places += AxRectangleShape::MiddleOfSide(d->anchors, side);
+        places.push_back(AxRectangleShape::MiddleOfSide(d->anchors, side));
     // The handles stay as many while a drag makes the rectangle flat.
     const auto rectangle = AxRectangleShape::Of(d->anchors);
-    places += rectangle ? AxRectangleShape::PlaceToTurnAt(*rectangle) : places[1];
-    d->viewer->Scene().GetElevations(places);
+    places.push_back(rectangle ? AxRectangleShape::PlaceToTurnAt(*rectangle) : osg::Vec3d(places[1]));
     std::vector<AxFurtherHandle> handles;
-    for (const osg::Vec3d& place : qAsConst(places))
+    for (const osg::Vec3d& place : AxOnGround(d->viewer->Scene(), std::move(places)))
         handles.push_back({place, AxFurtherHandle::Does::Resizes});
     handles.back().does = AxFurtherHandle::Does::Turns;
     return handles;

@@ -4,9 +4,7 @@
 #include "interaction/objects/AxPage.h"
 #include "interaction/objects/AxRectangleShape.h"
 #include "interaction/objects/CAxOsgDrawRectange.h"
-#include "scene/AxScene.h"
 #include "scene/base/AxNotice.h"
-#include "scene/shape/AxBlockArea.h"
 
 #include <cmath>
 
@@ -37,7 +35,7 @@ void CAxOsgDrawRectange::ResponseDoubleClickOnBlock()
 {
     const CAxBlock* block = GetContainedBlock();
     const auto rectangle = AxRectangleShape::Of(d->anchors);
-    if (!turns || !block || !rectangle || !d->tasks.isEmpty() || !d->viewer || !d->viewer->Scene().MapSRS())
+    if (!turns || !block || !rectangle || !d->tasks.isEmpty() || !d->viewer)
         return;
     const Running self(this);
     const QString oldName = block->GetBlockName();
@@ -47,8 +45,7 @@ void CAxOsgDrawRectange::ResponseDoubleClickOnBlock()
     page->SetWindowTitle(tr("Rectangle Info"));
     page->SetElementName(tr("Name:"), tr("area (km^2):"));
     page->SetElement1Value(oldName, true);
-    const double area = AxBlockArea(d->anchors, *d->viewer->Scene().MapSRS());
-    page->SetElement2Value(QString::number(area, 'f', 2), false);
+    page->SetElement2Value(QString::number(GetArea(), 'f', 2), false);
     page->SetElementParas({tr("Length(m):"), tr("Width(m):"), tr("Angle(degree):")}, before,
                           {!d->lock, !d->lock, !d->lock});
     const double skew = AxRectangleShape::IsUpright(d->anchors) ? 0.0 : AxRectangleShape::Skew(d->anchors);

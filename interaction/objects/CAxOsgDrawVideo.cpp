@@ -6,6 +6,7 @@
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "interaction/objects/AxOnGround.h"
 #include "interaction/objects/AxPage.h"
 #include "interaction/objects/AxRectangleShape.h"
 #include "scene/AxObjectBook.h"
@@ -85,7 +86,13 @@ CAxOsgDrawVideo::~CAxOsgDrawVideo() = default;
 
 std::vector<osg::Vec3d> CAxOsgDrawVideo::Outline()
 {
-    return d->anchors.size() == 1 ? Circle(d->anchors.front(), radius) : std::vector<osg::Vec3d>();
+    return d->anchors.size() == 1 ? circleOnGround(d->anchors.front(), radius) : std::vector<osg::Vec3d>();
+}
+
+std::vector<osg::Vec3d> CAxOsgDrawVideo::circleOnGround(const osg::Vec3d& centre, double metres) const
+{
+    std::vector<osg::Vec3d> ring = Circle(centre, metres);
+    return d->viewer ? AxOnGround(d->viewer->Scene(), std::move(ring)) : ring;
 }
 
 bool CAxOsgDrawVideo::IsOutlineClosed()
@@ -97,9 +104,8 @@ std::vector<AxFurtherHandle> CAxOsgDrawVideo::FurtherHandles()
 {
     if (d->anchors.size() != 1 || d->operation == OperationDrawing || !d->viewer)
         return {};
-    QList<osg::Vec3d> rim{OnCircle(PlaneAround(d->anchors.front()), radius, rimHeading)};
-    d->viewer->Scene().GetElevations(rim);
-    return {{rim.front(), AxFurtherHandle::Does::Resizes}};
+    const osg::Vec3d rim = OnCircle(PlaneAround(d->anchors.front()), radius, rimHeading);
+    return {{AxOnGround(d->viewer->Scene(), {rim}).front(), AxFurtherHandle::Does::Resizes}};
 }
 
 void CAxOsgDrawVideo::ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor)
@@ -198,12 +204,12 @@ void CAxOsgDrawVideo::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
         return;
     // A finished one that is gone on with keeps its place until there is a new one.
     if (d->anchors.empty() || (isFinished() && !hasNewCentre)) {
-        DrawRubberBand(Circle(lngLatPos, radius), true);
+        DrawRubberBand(circleOnGround(lngLatPos, radius), true);
         showRadius(radius, lngLatPos, tr("click: the centre"));
         return;
     }
     const double metres = radiusTo(lngLatPos);
-    DrawRubberBand(Circle(d->anchors.front(), metres), true);
+    DrawRubberBand(circleOnGround(d->anchors.front(), metres), true);
     showRadius(metres, lngLatPos, tr("click: the radius"));
 }
 

@@ -60,6 +60,7 @@ protected:
     QString ShapeFault() override;
 
 private:
+    std::vector<osg::Vec3d> circleOnGround(const osg::Vec3d& centre, double metres) const;
     bool isFinished() const;
     double radiusTo(const osg::Vec3d& lngLatPos) const;
     bool isOnCentre(const osg::Vec3d& lngLatPos);

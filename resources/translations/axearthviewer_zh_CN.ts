@@ -1013,8 +1013,12 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>%1，%2°</translation>
     </message>
     <message>
-        <source>click: end of a side; double click: opposite corner</source>
-        <translation>单击：边的另一端；双击：对角</translation>
+        <source>click: end of a side</source>
+        <translation>单击：边的另一端</translation>
+    </message>
+    <message>
+        <source>double click: opposite corner</source>
+        <translation>双击：对角</translation>
     </message>
     <message>
         <source>Turn block</source>
