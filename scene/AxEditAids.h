@@ -13,4 +13,7 @@ struct AxEditAids
     bool snap = true;
     /// A dragged vertex keeps the angle to the previous edge at steps of 15 degrees.
     bool angleSteps = false;
+    /// Handles at the corners of the box around a polygon or strip stretch it, with Shift in proportion, and
+    /// one outside turns it.
+    bool rimHandles = false;
 };

@@ -11,6 +11,7 @@
 #include <osgEarthSymbology/TextSymbol>
 
 #include <QCoreApplication>
+#include <QStringList>
 
 using osgEarth::Annotation::LabelNode;
 using osgEarth::Symbology::TextSymbol;
@@ -79,6 +80,29 @@ QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::Spat
         return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "perimeter %1")).arg(around);
     return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "area %1, perimeter %2"))
         .arg(AxAreaText(AxBlockArea(ring, srs)), around);
+}
+
+QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,
+                     const osgEarth::SpatialReference& srs)
+{
+    const std::size_t count = vertices.size();
+    QStringList lines;
+    QStringList edges;
+    if (index < count && count > 1 && (closed || index > 0))
+        edges += AxLengthText(AxGroundDistance(vertices[(index + count - 1) % count], vertices[index]));
+    if (index < count && count > 1 && (closed || index + 1 < count))
+        edges += AxLengthText(AxGroundDistance(vertices[index], vertices[(index + 1) % count]));
+    if (!edges.isEmpty())
+        lines += Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "edges %1"))
+                     .arg(edges.join(Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", ", "))));
+    double total = 0.0;
+    for (std::size_t i = 1; i < count; ++i)
+        total += AxGroundDistance(vertices[i - 1], vertices[i]);
+    if (closed && count > 2)
+        lines += AxRingSizeText(vertices, srs);
+    else
+        lines += Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "length %1")).arg(AxLengthText(total));
+    return lines.join(QLatin1Char('\n'));
 }
 
 QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos)

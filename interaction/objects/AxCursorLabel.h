@@ -39,5 +39,9 @@ QString AxLengthText(double metres);
 QString AxAreaText(double squareKilometres);
 /// Area and perimeter of a ring of three vertices or more; of one that crosses itself the perimeter alone.
 QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs);
+/// While a vertex is dragged: the lengths of the edges that end in it, and the size of the ring or the length
+/// of the line. An index behind the last vertex stands for none.
+QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,
+                     const osgEarth::SpatialReference& srs);
 /// The length of the leg from the last vertex to a place and, from two vertices on, of all legs with it.
 QString AxRunningLengthText(const std::vector<osg::Vec3d>& vertices, const osg::Vec3d& lngLatPos);

@@ -1,6 +1,7 @@
 #pragma once
 #include "interaction/editing/AxSnapping.h"
 #include "interaction/objects/AxCursorLabel.h"
+#include "interaction/objects/AxRim.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxViewerParts.h"
 
@@ -30,7 +31,8 @@ struct AxHandleAdapterState
     int mouseState = 0; ///< 0 released, 1 pressed, 2 double-clicked
     int editIndex = -1; ///< of the vertex that is dragged
     osg::Vec3d moveCenter;
-    QString editText; ///< what the undo stack calls the edit
+    std::optional<AxRimDrag> rim; ///< of the latest drag of such a handle
+    QString editText;             ///< what the undo stack calls the edit
     bool mouseConnected = false;
     QPointer<QObject> mouse; ///< whose signals are connected
     AxDrawingSnap drawingSnap;
