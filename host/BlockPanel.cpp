@@ -230,6 +230,7 @@ void BlockPanel::contextMenuEvent(QContextMenuEvent* event)
     menu.addAction(tr("&Rename"), this, [this, shown] { Rename(shown); });
     menu.addSeparator();
     menu.addAction(tr("&Delete..."), this, [this, shown] { Delete(shown); });
+    emit MenuAsked(&menu);
     menu.exec(event->globalPos());
 }
 

@@ -3,6 +3,7 @@
 
 class BlockListModel;
 class CAxEarthViewer;
+class QMenu;
 class QSortFilterProxyModel;
 
 /**
@@ -26,6 +27,8 @@ public:
 signals:
     /// Something that the status bar shows.
     void Told(const QString& text);
+    /// The menu of the current row's block is about to be shown, for further actions.
+    void MenuAsked(QMenu* menu);
 
 protected:
     void currentChanged(const QModelIndex& now, const QModelIndex& before) override;

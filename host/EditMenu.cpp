@@ -37,6 +37,8 @@ void EditMenu::AddAids()
          tr("A dragged or drawn vertex goes to vertices and edges close by")},
         {&AxEditAids::angleSteps, tr("&Angles in steps of 15\302\260"),
          tr("A dragged vertex keeps the angle to the previous edge at steps of 15\302\260")},
+        {&AxEditAids::rimHandles, tr("Handles to &turn and stretch"),
+         tr("Handles around the block turn it and change its size; Shift keeps its proportions")},
     };
     for (const auto& row : rows) {
         QAction* action = addAction(row.text);

@@ -1,5 +1,6 @@
 #include "host/MainWindow.h"
 #include "host/aircraft/AircraftPanel.h"
+#include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
 #include "host/CameraRest.h"
 #include "host/EditMenu.h"
@@ -18,6 +19,7 @@
 #include "host/tasks/TaskPanel.h"
 #include "host/ToolActions.h"
 #include "host/Tour.h"
+#include "host/UnitsMenu.h"
 #include "host/Voice.h"
 #include "host/ZonePanel.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -313,6 +315,7 @@ void MainWindow::BuildMenus()
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 
     menuBar()->addMenu(new EditMenu(viewer, history->toggleViewAction(), this));
+    menuBar()->addMenu(new BlockMenu(viewer, blocks, this));
     BuildDrawMenu();
     BuildTaskMenu();
 
@@ -330,6 +333,7 @@ void MainWindow::BuildMenus()
     view->addAction(zones->ShowAction());
     switches[QStringLiteral("zones")] = zones->ShowAction();
     view->addSeparator();
+    view->addMenu(new UnitsMenu(kept, this));
     QMenu* places = view->addMenu(tr("&Places"));
     const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),
                             tr("Spanish Peaks from 500 m")};

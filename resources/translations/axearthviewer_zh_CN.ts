@@ -970,6 +970,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>A dragged vertex keeps the angle to the previous edge at steps of 15°</source>
         <translation>拖动的顶点与前一条边的夹角保持 15° 的整数倍</translation>
     </message>
+    <message>
+        <source>Handles to &amp;turn and stretch</source>
+        <translation>旋转和缩放手柄(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Handles around the block turn it and change its size; Shift keeps its proportions</source>
+        <translation>用测区四周的手柄旋转测区或改变其大小；按住 Shift 保持比例</translation>
+    </message>
 </context>
 <context>
     <name>AxBlockRefusal</name>
@@ -1162,6 +1170,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Move vertex</source>
         <translation>移动顶点</translation>
     </message>
+    <message>
+        <source>Turn block</source>
+        <translation>旋转测区</translation>
+    </message>
+    <message>
+        <source>Change size</source>
+        <translation>改变大小</translation>
+    </message>
 </context>
 <context>
     <name>CAxOsgDrawLine</name>
@@ -1300,6 +1316,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Move block</source>
         <translation>移动测区</translation>
+    </message>
+    <message>
+        <source>edges %1</source>
+        <translation>边长 %1</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>length %1</source>
+        <translation>长度 %1</translation>
     </message>
 </context>
 <context>
@@ -3466,6 +3494,238 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>&quot;%1&quot; is not a radius between %2 and %3 m.</source>
         <translation>“%1”不是 %2 到 %3 米之间的半径。</translation>
+    </message>
+</context>
+<context>
+    <name>AxBlockOperations</name>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>%1 covers no area.</source>
+        <translation>%1 没有面积。</translation>
+    </message>
+    <message>
+        <source>The blocks are too large or too far apart.</source>
+        <translation>测区过大或相距过远。</translation>
+    </message>
+    <message>
+        <source>The value is out of range.</source>
+        <translation>数值超出范围。</translation>
+    </message>
+    <message>
+        <source>Nothing would be left of %1.</source>
+        <translation>%1 将不剩任何面积。</translation>
+    </message>
+    <message>
+        <source>The line does not lead across %1.</source>
+        <translation>该线没有穿过 %1。</translation>
+    </message>
+    <message>
+        <source>The block is not on the map.</source>
+        <translation>该测区不在地图上。</translation>
+    </message>
+    <message>
+        <source>%1 is locked.</source>
+        <translation>%1 已锁定。</translation>
+    </message>
+    <message>
+        <source>%1 has tasks, which would not fit any more.</source>
+        <translation>%1 有任务，更改后任务将不再适用。</translation>
+    </message>
+    <message>
+        <source>%1 is being edited.</source>
+        <translation>%1 正在编辑中。</translation>
+    </message>
+    <message>
+        <source>This is not possible with a block of the kind of %1.</source>
+        <translation>%1 这类测区不能进行此操作。</translation>
+    </message>
+    <message>
+        <source>%1 would have a hole, and a block cannot have one.</source>
+        <translation>%1 将出现空洞，而测区不能有空洞。</translation>
+    </message>
+    <message>
+        <source>%1 copy</source>
+        <translation>%1 副本</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Select two blocks at least.</source>
+        <translation>请至少选择两个测区。</translation>
+    </message>
+    <message>
+        <source>The blocks do not meet.</source>
+        <translation>测区互不相接。</translation>
+    </message>
+    <message>
+        <source>Unite</source>
+        <translation>合并</translation>
+    </message>
+    <message>
+        <source>Subtract</source>
+        <translation>减去</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>分割</translation>
+    </message>
+    <message>
+        <source>Shrink</source>
+        <translation>收缩</translation>
+    </message>
+    <message>
+        <source>Grow</source>
+        <translation>扩展</translation>
+    </message>
+    <message>
+        <source>Simplify</source>
+        <translation>简化</translation>
+    </message>
+    <message>
+        <source>Turn block</source>
+        <translation>旋转测区</translation>
+    </message>
+    <message>
+        <source>Change size</source>
+        <translation>改变大小</translation>
+    </message>
+</context>
+<context>
+    <name>AxCutLine</name>
+    <message>
+        <source>click: the line along which the block is cut</source>
+        <translation>单击：绘制分割测区的线</translation>
+    </message>
+    <message>
+        <source>double click: cut; Escape: leave it</source>
+        <translation>双击：分割；Esc：放弃</translation>
+    </message>
+</context>
+<context>
+    <name>UnitsMenu</name>
+    <message>
+        <source>&amp;Units</source>
+        <translation>单位(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Metric: m, km, km²</source>
+        <translation>公制：米、千米、平方千米(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Imperial: ft, mi, ac, mi²</source>
+        <translation>英制：英尺、英里、英亩、平方英里(&amp;I)</translation>
+    </message>
+    <message>
+        <source>M&amp;u and hectares</source>
+        <translation>亩和公顷(&amp;U)</translation>
+    </message>
+</context>
+<context>
+    <name>BlockMenu</name>
+    <message>
+        <source>&amp;Block</source>
+        <translation>测区(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Duplicate</source>
+        <translation>复制(&amp;D)</translation>
+    </message>
+    <message>
+        <source>A copy of the blocks beside them, without their tasks</source>
+        <translation>在旁边生成测区的副本，不含任务</translation>
+    </message>
+    <message>
+        <source>&amp;Split by a line</source>
+        <translation>用线分割(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Clicks draw the line, a double click cuts the block along it</source>
+        <translation>单击绘制分割线，双击沿线分割测区</translation>
+    </message>
+    <message>
+        <source>&amp;Unite</source>
+        <translation>合并(&amp;U)</translation>
+    </message>
+    <message>
+        <source>One block out of those that are selected; Ctrl and clicks select several</source>
+        <translation>将所选测区合并为一个；按住 Ctrl 单击可选择多个</translation>
+    </message>
+    <message>
+        <source>Su&amp;btract the others</source>
+        <translation>减去其他测区(&amp;B)</translation>
+    </message>
+    <message>
+        <source>The block that was selected first without what the others cover</source>
+        <translation>从最先选择的测区中减去其他测区覆盖的部分</translation>
+    </message>
+    <message>
+        <source>&amp;Grow or shrink...</source>
+        <translation>扩展或收缩(&amp;G)...</translation>
+    </message>
+    <message>
+        <source>By the same distance on all sides</source>
+        <translation>各边移动相同距离</translation>
+    </message>
+    <message>
+        <source>Grow or shrink</source>
+        <translation>扩展或收缩</translation>
+    </message>
+    <message>
+        <source>Distance (m), below 0 to shrink:</source>
+        <translation>距离（米），小于 0 为收缩：</translation>
+    </message>
+    <message>
+        <source>Si&amp;mplify...</source>
+        <translation>简化(&amp;M)...</translation>
+    </message>
+    <message>
+        <source>Leaves vertices out that hardly matter</source>
+        <translation>去掉影响很小的顶点</translation>
+    </message>
+    <message>
+        <source>Simplify</source>
+        <translation>简化</translation>
+    </message>
+    <message>
+        <source>Largest deviation (m):</source>
+        <translation>最大偏差（米）：</translation>
+    </message>
+    <message>
+        <source>&amp;Turn...</source>
+        <translation>旋转(&amp;T)...</translation>
+    </message>
+    <message>
+        <source>Around its middle</source>
+        <translation>绕其中心</translation>
+    </message>
+    <message>
+        <source>Turn</source>
+        <translation>旋转</translation>
+    </message>
+    <message>
+        <source>Angle (degrees clockwise):</source>
+        <translation>角度（度，顺时针）：</translation>
+    </message>
+    <message>
+        <source>&amp;Change size...</source>
+        <translation>改变大小(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>From its middle</source>
+        <translation>以其中心为准</translation>
+    </message>
+    <message>
+        <source>Change size</source>
+        <translation>改变大小</translation>
+    </message>
+    <message>
+        <source>Size (% of the present one):</source>
+        <translation>大小（当前的百分比）：</translation>
     </message>
 </context>
 </TS>
