@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <random>
 
 namespace {
 QByteArray kmlOf(const QByteArray& inside)
@@ -66,6 +68,60 @@ protected:
 bool HasNote(const AxGeoContent& content, const char* part)
 {
     return !content.notes.filter(QLatin1String(part)).isEmpty();
+}
+
+/// Shapes of all kinds anywhere but near the poles, over the antimeridian as well.
+QVector<AxGeoShape> SomeShapes(unsigned seed)
+{
+    std::mt19937 random(seed);
+    const auto between = [&random](double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(random);
+    };
+    const QPointF centre(seed % 3 == 0 ? 179.99 : between(-179.0, 179.0), between(-70.0, 70.0));
+    const auto around = [&](double part, double size) {
+        const double angle = 2.0 * std::acos(-1.0) * part;
+        return QPointF(std::remainder(centre.x() + size * std::cos(angle), 360.0),
+                       centre.y() + size * std::sin(angle));
+    };
+    const QString name = QString::fromUtf8("矿区 \"%1\" <&> ä\n😀").arg(seed);
+    QVector<AxGeoShape> shapes(4);
+    for (int i = 0; i < shapes.size(); ++i) {
+        shapes[i].kind = i < 2 ? AxGeoShape::Area : i == 2 ? AxGeoShape::Line : AxGeoShape::Point;
+        shapes[i].name = name + QString::number(i);
+        shapes[i].attributes[QStringLiteral("kind")] = QStringLiteral("kind %1").arg(i);
+        const int count = i < 2 ? 8 + int(seed % 40) : i == 2 ? 2 + int(seed % 7) : 1;
+        for (int k = 0; k < count; ++k)
+            shapes[i].points +=
+                around((k + between(0.0, 0.9)) / count / (i == 2 ? 2.0 : 1.0), between(0.02, 0.03));
+    }
+    shapes[1].holes = {{around(0.0, 0.003), around(0.3, 0.003), around(0.6, 0.003)}};
+    shapes[2].leftWidth = between(0.0, 100.0);
+    shapes[2].rightWidth = 0.0;
+    shapes[3].radius = 120.0;
+    return shapes;
+}
+
+/// The ring from its southernmost point on, towards the neighbour that lies further south.
+QList<QPointF> Ordered(QList<QPointF> ring)
+{
+    const auto isBefore = [](const QPointF& a, const QPointF& b) { return a.y() < b.y(); };
+    std::rotate(ring.begin(), std::min_element(ring.begin(), ring.end(), isBefore), ring.end());
+    if (isBefore(ring.constLast(), ring[1]))
+        std::reverse(ring.begin() + 1, ring.end());
+    return ring;
+}
+
+bool IsNear(QList<QPointF> a, QList<QPointF> b, bool isRing)
+{
+    constexpr double tenthOfMillimetre = 1e-9;
+    if (isRing && a.size() == b.size()) {
+        a = Ordered(a);
+        b = Ordered(b);
+    }
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const QPointF& p, const QPointF& q) {
+        return std::abs(std::remainder(p.x() - q.x(), 360.0)) < tenthOfMillimetre &&
+               std::abs(p.y() - q.y()) < tenthOfMillimetre;
+    });
 }
 
 double AreaOf(const QList<QPointF>& ring)
@@ -222,6 +278,8 @@ TEST_F(GeoFiles, WhatCannotBeReadIsAFaultThatNamesTheFile)
         {"empty.geojson", "", "empty"},
         {"deep.geojson", geoJson(R"({"type":"Polygon","coordinates":)" + deepJson), ""},
         {"text.geojson", "hello", ""},
+        {"no.kmz", "hello", "no KMZ"},
+        {"no.gpkg", QByteArray("SQLite format 3\0", 16) + QByteArray(200, 'x'), ""},
         {"metres.geojson", geoJson(R"({"type":"Point","coordinates":[500000,5205266]})"), "no area"},
         {"a.shp", QByteArray(200, 'x'), ""},
         {"a.xyz", "1", "not known"},
@@ -247,4 +305,98 @@ TEST_F(GeoFiles, ReadingCanBeCancelled)
         });
     EXPECT_TRUE(read.isCancelled && read.shapes.isEmpty() && !read.fault.isEmpty());
     EXPECT_EQ(calls, 3);
+}
+
+TEST_F(GeoFiles, WhatIsWrittenIsReadAgain)
+{
+    const struct
+    {
+        AxGeoFormat format;
+        const char* suffix;
+        bool hasFields;
+    } rows[] = {
+        {AxGeoFormat::Kml, "kml", true},         {AxGeoFormat::Kmz, "kmz", true},
+        {AxGeoFormat::GeoJson, "geojson", true}, {AxGeoFormat::Shapefile, "shp", true},
+        {AxGeoFormat::GeoPackage, "gpkg", true}, {AxGeoFormat::Csv, "csv", true},
+        {AxGeoFormat::Dxf, "dxf", false},
+    };
+    for (unsigned seed = 0; seed < 6; ++seed)
+        for (const auto& row : rows) {
+            const QVector<AxGeoShape> shapes = SomeShapes(seed);
+            const QString path = folder.filePath(QStringLiteral("s.") + row.suffix);
+            const AxGeoWritten written = AxWriteGeoFile(path, row.format, shapes);
+            ASSERT_TRUE(written.fault.isEmpty()) << written.fault.toStdString();
+            QVector<AxGeoShape> read = AxReadGeoFile(path).shapes;
+            if (row.format == AxGeoFormat::Shapefile)
+                for (const char* other : {"s_lines.shp", "s_points.shp"})
+                    read += AxReadGeoFile(folder.filePath(QLatin1String(other))).shapes;
+            ASSERT_EQ(read.size(), shapes.size()) << row.suffix;
+            for (int i = 0; i < shapes.size(); ++i) {
+                SCOPED_TRACE(testing::Message() << row.suffix << ", seed " << seed << ", shape " << i);
+                const bool isArea = shapes[i].kind == AxGeoShape::Area;
+                EXPECT_EQ(read[i].kind, shapes[i].kind);
+                EXPECT_TRUE(IsNear(read[i].points, shapes[i].points, isArea));
+                ASSERT_EQ(read[i].holes.size(), shapes[i].holes.size());
+                EXPECT_TRUE(shapes[i].holes.isEmpty() || IsNear(read[i].holes[0], shapes[i].holes[0], true));
+                EXPECT_TRUE(std::isnan(read[i].altitude));
+                if (!row.hasFields)
+                    continue;
+                EXPECT_EQ(read[i].name, QString(shapes[i].name).replace('\n', ' '));
+                EXPECT_EQ(read[i].attributes, shapes[i].attributes);
+                for (const auto field :
+                     {&AxGeoShape::leftWidth, &AxGeoShape::rightWidth, &AxGeoShape::radius})
+                    EXPECT_TRUE(std::isnan(shapes[i].*field)
+                                    ? std::isnan(read[i].*field)
+                                    : std::abs(read[i].*field - shapes[i].*field) < 1e-9);
+            }
+        }
+    EXPECT_TRUE(QDir(folder.path())
+                    .entryList({QStringLiteral("*.axpart*"), QStringLiteral(".s*")},
+                               QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot)
+                    .isEmpty());
+}
+
+TEST_F(GeoFiles, AFileThatCannotBeWrittenStaysAsItWas)
+{
+    const QString old = Put(QStringLiteral("old.kml"), "old");
+    QVector<AxGeoShape> shapes = SomeShapes(1);
+    shapes[0].points[1].setY(91.0);
+    EXPECT_TRUE(AxWriteGeoFile(old, AxGeoFormat::Kml, shapes).fault.contains(QStringLiteral("on the globe")));
+    EXPECT_FALSE(AxWriteGeoFile(old, AxGeoFormat::Kml, {}).fault.isEmpty());
+    const QString nowhere = folder.filePath(QStringLiteral("no/such/folder.shp"));
+    for (const AxGeoFormat format : {AxGeoFormat::Kml, AxGeoFormat::Shapefile})
+        EXPECT_FALSE(AxWriteGeoFile(nowhere, format, SomeShapes(1)).fault.isEmpty());
+    QFile file(old);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "old");
+}
+
+TEST_F(GeoFiles, TablesAndDrawingsAreReadAsTheyCome)
+{
+    const AxGeoContent table =
+        ReadOf("a.csv", "Name;Kind;Longitude;Latitude\nA;area;12,0;47,0\nA;area;12,1;47\nA;area;12,1;47,1\n"
+                        "B;line;1;2\nB;line;3;4\nC;;5;6\nD;line;7;8\nE;line;x;8\nE;line;9;8\n");
+    ASSERT_EQ(table.shapes.size(), 3) << table.fault.toStdString() << table.notes.join('\n').toStdString();
+    EXPECT_EQ(table.shapes[0].points, (QList<QPointF>{{12.0, 47.0}, {12.1, 47.0}, {12.1, 47.1}}));
+    EXPECT_TRUE(table.shapes[1].kind == AxGeoShape::Line && table.shapes[2].kind == AxGeoShape::Point);
+    EXPECT_TRUE(HasNote(table, "1 rows of the table are points") && HasNote(table, "fewer than two") &&
+                HasNote(table, "no number"));
+    EXPECT_TRUE(ReadOf("b.csv", "a,b\n1,2\n").fault.contains(QStringLiteral("longitude")));
+
+    const QByteArray drawing =
+        "0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n8\nPit\n90\n3\n70\n1\n10\n500000\n20\n5205266\n"
+        "10\n501000\n20\n5205266\n10\n501000\n20\n5206266\n0\nENDSEC\n0\nEOF\n";
+    const AxGeoContent open = ReadOf("a.dxf", drawing);
+    EXPECT_TRUE(open.isSystemMissing && open.shapes.isEmpty());
+    AxGeoReadOptions options;
+    for (const char* wrong : {"EPSG:0", "/etc/passwd", "http://127.0.0.1:9/a.prj"}) {
+        options.assumedSystem = QLatin1String(wrong);
+        EXPECT_TRUE(ReadOf("a.dxf", drawing, options).fault.contains(QStringLiteral("no coordinate system")))
+            << wrong;
+    }
+    options.assumedSystem = QStringLiteral("EPSG:32632");
+    const AxGeoContent read = ReadOf("a.dxf", drawing, options);
+    ASSERT_EQ(read.shapes.size(), 1) << read.fault.toStdString();
+    EXPECT_TRUE(read.shapes[0].kind == AxGeoShape::Area && read.shapes[0].name == QStringLiteral("Pit"));
+    EXPECT_NEAR(read.shapes[0].points[0].x(), 9.0, 1e-6);
 }

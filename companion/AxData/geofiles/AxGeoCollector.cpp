@@ -133,7 +133,7 @@ bool AxGeoCollector::add(const Part& part, const QString& name, const AxGeoSyste
     shape.attributes = feature.attributes;
     if (std::isinf(part.altitude))
         ++uneven;
-    else
+    else if (part.altitude != 0.0 || !feature.isZeroNoHeight)
         shape.altitude = part.altitude;
     if (!TakeMetres(shape.attributes, "left_m", shape.leftWidth) ||
         !TakeMetres(shape.attributes, "right_m", shape.rightWidth) ||

@@ -16,6 +16,7 @@ struct AxGeoFeature
     QString name;
     QMap<QString, QString> attributes;
     bool isClosedLineArea = false;
+    bool isZeroNoHeight = false; ///< a height of 0 says nothing
 };
 
 /// Makes shapes of geometries, and notes of what they are not. One thread.

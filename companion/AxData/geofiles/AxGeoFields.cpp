@@ -17,11 +17,10 @@ const QStringList& drawingFields()
 /// The less likely a field is a name, the later it stands here.
 int RankOf(const QString& key, OGRFieldType type)
 {
-    static const QStringList names{QStringLiteral("name"),   QString::fromUtf8("名称"),
-                                   QStringLiteral("title"),  QStringLiteral("label"),
-                                   QStringLiteral("block"),  QStringLiteral("area_name"),
-                                   QStringLiteral("nombre"), QStringLiteral("nom"),
-                                   QStringLiteral("text"),   QStringLiteral("layer")};
+    static const QStringList names{
+        QStringLiteral("name"),   QString::fromUtf8("名称"), QStringLiteral("title"),
+        QStringLiteral("label"),  QStringLiteral("block"),   QStringLiteral("area_name"),
+        QStringLiteral("nombre"), QStringLiteral("nom"),     QStringLiteral("layer")};
     const int at = names.indexOf(key.toLower());
     if (at >= 0)
         return at;
@@ -64,6 +63,8 @@ AxGeoFeature AxGeoFields::Of(const OGRFeature& feature)
     auto& read = const_cast<OGRFeature&>(feature); // GDAL keeps the text of a number in the feature
     if (name >= 0 && feature.IsFieldSetAndNotNull(name))
         told.name = AxGeoDecoded(read.GetFieldAsString(name), codec, isForeign);
+    if (told.name == QLatin1String("0")) // the layer of a drawing that nobody has named
+        told.name.clear();
     for (const Field& field : qAsConst(kept))
         if (field.index != name && feature.IsFieldSetAndNotNull(field.index)) {
             bool isCut = false;

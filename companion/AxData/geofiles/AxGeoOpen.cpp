@@ -172,6 +172,7 @@ AxGeoOpened AxOpenGeoFile(const QString& path, const AxGeoReadOptions& options, 
 
     if (suffix == QLatin1String("kml") || suffix == QLatin1String("kmz")) {
         QByteArray text;
+        opened.isKml = true;
         if (suffix == QLatin1String("kmz"))
             opened.fault = AxUnpackKmz(name, text, opened.notes);
         else

@@ -13,6 +13,7 @@ struct AxGeoOpened
     QStringList notes;
     QByteArray codec = "GB18030"; ///< of texts that are not in UTF-8
     QString system;               ///< that the file names where GDAL does not look
+    bool isKml = false;
     bool isDrawing = false;
     bool isTable = false;
 };

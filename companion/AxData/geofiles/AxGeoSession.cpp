@@ -19,6 +19,7 @@ AxGeoSession::AxGeoSession()
     static_cast<void>(isReady);
     static std::atomic<unsigned> count{0};
     folder = "/vsimem/axgeofile-" + QByteArray::number(count++) + '/';
+    VSIMkdir(folder.chopped(1).constData(), 0700);
     CPLPushErrorHandlerEx(&AxGeoSession::receive, this);
 }
 

@@ -1,5 +1,6 @@
 #include <AxData/geofiles/AxGeoText.h>
 
+#include <QRegularExpression>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -49,4 +50,28 @@ QString AxGeoOneLine(const QString& text, bool& isCut)
     isCut = true;
     // Not between the two halves of a character.
     return line.left(line.at(mostCharacters - 1).isHighSurrogate() ? mostCharacters - 1 : mostCharacters);
+}
+
+QString AxGeoEscaped(const QString& text)
+{
+    constexpr ushort lastOfAscii = 0x7e;
+    QString escaped;
+    for (const QChar c : text) {
+        if (c.unicode() <= lastOfAscii)
+            escaped += c;
+        else
+            escaped += QLatin1String("\\U+") +
+                       QStringLiteral("%1").arg(c.unicode(), 4, 16, QLatin1Char('0')).toUpper();
+    }
+    return escaped;
+}
+
+QString AxGeoUnescaped(QString text)
+{
+    static const QRegularExpression escape(QStringLiteral("\\\\U\\+([0-9A-Fa-f]{4})"));
+    for (QRegularExpressionMatch match = escape.match(text); match.hasMatch();
+         match = escape.match(text, match.capturedStart() + 1))
+        text.replace(match.capturedStart(), match.capturedLength(),
+                     QChar(match.captured(1).toUShort(nullptr, 16)));
+    return text;
 }

@@ -21,3 +21,7 @@ QByteArray AxGeoCodecOf(const QByteArray& text);
 
 /// One line of at most 200 characters; `isChanged` tells whether it was cut.
 QString AxGeoOneLine(const QString& text, bool& isCut);
+
+/// Text of a drawing, which is ASCII with "\U+4e2d" for any other character, and what is meant by it.
+QString AxGeoEscaped(const QString& text);
+QString AxGeoUnescaped(QString text);

@@ -94,6 +94,9 @@ private:
                 return false;
             AxGeoFeature feature = fields.Of(*read);
             feature.isClosedLineArea = opened.isDrawing;
+            feature.isZeroNoHeight = opened.isKml; // its places lie on the ground then
+            if (opened.isDrawing)
+                feature.name = AxGeoUnescaped(feature.name);
             if (feature.name.trimmed().isEmpty())
                 feature.name = QStringLiteral("%1 %2").arg(QFileInfo(file).completeBaseName()).arg(number);
             feature.where = AX_GEO_TEXT("Layer \"%1\", feature %2 (%3)")
