@@ -85,10 +85,9 @@ QStringList MissionDoubts::OfPlan(const ShownPlan& shown)
         return {};
     if (flights == 0)
         return {tr("A part of the route is too far from home for a flight of %1.").arg(most)};
-    return {
-        tr("The route takes %1, a flight %2 at most: it is one of %3 flights, and would be uploaded whole.")
-            .arg(span(shown.plan.figures.seconds), most)
-            .arg(flights)};
+    return {tr("The route takes %1, a flight %2 at most. It needs %3 flights, but is uploaded whole.")
+                .arg(span(shown.plan.figures.seconds), most)
+                .arg(flights)};
 }
 
 QStringList MissionDoubts::NotesOn(const AxMission& mission, const ShownPlan& shown)

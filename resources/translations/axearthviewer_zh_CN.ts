@@ -2609,11 +2609,11 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>From home</source>
-        <translation>起飞点视角</translation>
+        <translation>起降点视角</translation>
     </message>
     <message>
         <source>Looks at the aircraft from home</source>
-        <translation>从起飞点看飞机</translation>
+        <translation>从起降点看飞机</translation>
     </message>
     <message>
         <source>Trail</source>
@@ -2649,7 +2649,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Mission</source>
-        <translation>任务</translation>
+        <translation>飞行任务</translation>
     </message>
     <message>
         <source>Messages</source>
@@ -2733,11 +2733,27 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>A mission is on its way to or from an aircraft.</source>
-        <translation>正在与飞机交换任务。</translation>
+        <translation>正在与飞机交换飞行任务。</translation>
     </message>
     <message>
         <source>%1 is in the air.</source>
         <translation>%1 正在空中。</translation>
+    </message>
+    <message>
+        <source>%1 - no link</source>
+        <translation>%1 - 无链路</translation>
+    </message>
+    <message>
+        <source>%1 are in the air.</source>
+        <translation>%1 在空中。</translation>
+    </message>
+    <message>
+        <source>Do you want to disconnect all the same?</source>
+        <translation>仍要断开吗？</translation>
+    </message>
+    <message>
+        <source>Show folder</source>
+        <translation>显示文件夹</translation>
     </message>
 </context>
 <context>
@@ -2780,11 +2796,23 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>The block has no home: the simulator takes off below the first point of the route.</source>
-        <translation>测区未设置起飞点：模拟器从航线第一点的下方起飞。</translation>
+        <translation>测区未设置起降点：模拟器从航线第一点的下方起飞。</translation>
     </message>
     <message>
         <source>Heights may be wrong by up to 110 m. %1</source>
         <translation>高度误差可能达 110 米。%1</translation>
+    </message>
+    <message>
+        <source>Simulated all the same: %1</source>
+        <translation>仍进行模拟：%1</translation>
+    </message>
+    <message>
+        <source>The battery is low: %1 %.</source>
+        <translation>电池电量低：%1 %。</translation>
+    </message>
+    <message>
+        <source>The battery is nearly empty: %1 %. Land.</source>
+        <translation>电池即将耗尽：%1 %。请降落。</translation>
     </message>
 </context>
 <context>
@@ -2887,7 +2915,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Height above home</source>
-        <translation>相对起飞点高度</translation>
+        <translation>相对起降点高度</translation>
     </message>
     <message>
         <source>Height above the ground</source>
@@ -2931,7 +2959,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Mission</source>
-        <translation>任务</translation>
+        <translation>飞行任务</translation>
     </message>
     <message>
         <source>Wind</source>
@@ -2998,7 +3026,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Flies the mission that the aircraft carries; asks first</source>
-        <translation>执行飞机携带的任务；会先询问</translation>
+        <translation>执行飞机携带的飞行任务；会先询问</translation>
     </message>
     <message>
         <source>Holds the aircraft where it is, until Continue</source>
@@ -3006,7 +3034,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Goes on with the mission</source>
-        <translation>继续执行任务</translation>
+        <translation>继续执行飞行任务</translation>
     </message>
     <message>
         <source>Brings the aircraft home, at once</source>
@@ -3026,7 +3054,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Start mission</source>
-        <translation>开始任务</translation>
+        <translation>开始飞行任务</translation>
     </message>
     <message>
         <source>Pause</source>
@@ -3046,11 +3074,11 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Its mission has %1 items.</source>
-        <translation>它的任务有 %1 项。</translation>
+        <translation>它的飞行任务有 %1 项。</translation>
     </message>
     <message>
         <source>How many items its mission has is not known.</source>
-        <translation>它的任务有多少项未知。</translation>
+        <translation>它的飞行任务有多少项未知。</translation>
     </message>
     <message>
         <source>Arm %1? Its motors may run at once.</source>
@@ -3058,11 +3086,11 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>%1 is in the air. Start its mission from there?</source>
-        <translation>%1 在空中。要从当前位置开始它的任务吗？</translation>
+        <translation>%1 在空中。要从当前位置开始它的飞行任务吗？</translation>
     </message>
     <message>
         <source>Start the mission of %1? It may arm, run its motors and take off at once.</source>
-        <translation>要开始 %1 的任务吗？它可能立即解锁、转动电机并起飞。</translation>
+        <translation>要开始 %1 的飞行任务吗？它可能立即解锁、转动电机并起飞。</translation>
     </message>
     <message>
         <source>%1: not sent, the aircraft or its link is no longer as it was.</source>
@@ -3282,6 +3310,10 @@ Heights are above the ellipsoid.</source>
         <source>The signing key cannot be used.</source>
         <translation>签名密钥无法使用。</translation>
     </message>
+    <message>
+        <source>%1 of %2 aircraft lost.</source>
+        <translation>%2 架飞机中有 %1 架失去链路。</translation>
+    </message>
 </context>
 <context>
     <name>MessageList</name>
@@ -3310,19 +3342,19 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Shows the mission that the aircraft carries as a route</source>
-        <translation>将飞机携带的任务显示为航线</translation>
+        <translation>将飞机携带的飞行任务显示为航线</translation>
     </message>
     <message>
         <source>The mission was not uploaded: %1</source>
-        <translation>任务未上传：%1</translation>
+        <translation>飞行任务未上传：%1</translation>
     </message>
     <message>
         <source>Upload mission</source>
-        <translation>上传任务</translation>
+        <translation>上传飞行任务</translation>
     </message>
     <message>
         <source>%1 is in the air, or armed. Do you want to replace the mission that it carries?</source>
-        <translation>%1 在空中或已解锁。要替换它携带的任务吗？</translation>
+        <translation>%1 在空中或已解锁。要替换它携带的飞行任务吗？</translation>
     </message>
     <message>
         <source>Replace</source>
@@ -3337,24 +3369,16 @@ Heights are above the ellipsoid.</source>
         <translation>正在从 %1 下载...</translation>
     </message>
     <message>
-        <source>No mission was downloaded: %1</source>
-        <translation>未下载任务：%1</translation>
-    </message>
-    <message>
         <source>%1 has the mission.</source>
-        <translation>%1 已接收任务。</translation>
+        <translation>%1 已接收飞行任务。</translation>
     </message>
     <message>
         <source>Mission of %1</source>
-        <translation>%1 的任务</translation>
+        <translation>%1 的飞行任务</translation>
     </message>
     <message>
         <source>%1 carries no mission with a place in it.</source>
-        <translation>%1 携带的任务中没有航点。</translation>
-    </message>
-    <message>
-        <source>The mission of %1 is shown as a route.</source>
-        <translation>%1 的任务已显示为航线。</translation>
+        <translation>%1 携带的飞行任务中没有航点。</translation>
     </message>
     <message>
         <source>An aircraft that flies this route is in danger. Upload it all the same?</source>
@@ -3363,6 +3387,34 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The route may not fit %1. Upload it all the same?</source>
         <translation>航线可能不适合 %1。仍要上传吗？</translation>
+    </message>
+    <message>
+        <source>%1: no mission was downloaded: %2</source>
+        <translation>%1：未下载飞行任务：%2</translation>
+    </message>
+    <message>
+        <source>%1: the mission was not uploaded: %2</source>
+        <translation>%1：飞行任务未上传：%2</translation>
+    </message>
+    <message>
+        <source>Route to upload: %1.</source>
+        <translation>待上传的航线：%1。</translation>
+    </message>
+    <message>
+        <source>Route to upload: none, choose a task that has one.</source>
+        <translation>待上传的航线：无，请选择一个有航线的任务。</translation>
+    </message>
+    <message>
+        <source>Route: %1.</source>
+        <translation>航线：%1。</translation>
+    </message>
+    <message>
+        <source>The chosen route was read from a file or an aircraft, it is not planned here.</source>
+        <translation>所选航线是从文件或飞机读取的，不是在此规划的。</translation>
+    </message>
+    <message>
+        <source>The mission of %1 is shown as a route, which is chosen now.</source>
+        <translation>%1 的飞行任务已显示为航线，并已选中。</translation>
     </message>
 </context>
 <context>
@@ -3439,6 +3491,38 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>It starts %1 m lower than planned, and flies the whole route so much lower.</source>
         <translation>飞机起点比规划低 %1 米，整条航线将低出同样的高度。</translation>
+    </message>
+    <message>
+        <source>%1 of block %2</source>
+        <translation>测区 %2 的 %1</translation>
+    </message>
+    <message>
+        <source>A part of the route is too far from home for a flight of %1.</source>
+        <translation>航线的一部分离起降点太远，无法在 %1 的一次飞行中完成。</translation>
+    </message>
+    <message>
+        <source>Take-off, the climb at home and the return are added to the route: %1 items in all.</source>
+        <translation>航线已加上起飞、在起降点的爬升和返航：共 %1 项。</translation>
+    </message>
+    <message>
+        <source>The aircraft is not told of no-fly zones, nor is a fence set.</source>
+        <translation>不会把禁飞区告知飞机，也不会设置围栏。</translation>
+    </message>
+    <message>
+        <source>The route takes %1, a flight %2 at most. It needs %3 flights, but is uploaded whole.</source>
+        <translation>航线需要 %1，一次飞行最多 %2。它需要 %3 次飞行，但会整条上传。</translation>
+    </message>
+    <message>
+        <source>Where it has its home is not known; the heights of the route count from there.</source>
+        <translation>它的起降点未知；航线的高度由此算起。</translation>
+    </message>
+    <message>
+        <source>Where the camera looks is not part of the mission; set it on the aircraft.</source>
+        <translation>相机的朝向不属于飞行任务；请在飞机上设置。</translation>
+    </message>
+    <message>
+        <source>a task that is deleted</source>
+        <translation>已删除的任务</translation>
     </message>
 </context>
 <context>
