@@ -50,7 +50,7 @@ protected:
     }
     void TearDown() override { CAxBlockManager::instance().DeleteAllBlocks(); }
     QTemporaryDir folder;
-    const QString path = folder.filePath(QString::fromUtf8("测试 %20#?.axproject"));
+    const QString path = folder.filePath(QString::fromUtf8("测试 %20#.axproject"));
     AxProject project = aProject(7);
 };
 } // namespace

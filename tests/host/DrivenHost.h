@@ -118,13 +118,25 @@ public:
     QSize GlobeSize() const { return globe.size(); }
     QPoint Centre() const { return {globe.width() / 2, globe.height() / 2}; }
 
-    /// Ends the program as a person does; its exit status, or -1 when it does not end well.
+    /// Ends the program as a person does who saves nothing; its exit status, or -1 when it does not end well.
     int Quit()
     {
         Do({"key", "ctrl+q"});
-        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-            return -1;
-        return process.exitCode();
+        for (int second = 0; second < 60 && !process.waitForFinished(1000); ++second) {
+            const QString question = QStringLiteral("^Unsaved changes$");
+            if (!HasWindow(question))
+                continue;
+            TakeFocus(question);
+            Do({"key", "alt+d"});
+        }
+        const bool isOver = process.state() == QProcess::NotRunning;
+        return isOver && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+    /// Ends it in the middle of whatever it does.
+    void Kill()
+    {
+        process.kill();
+        process.waitForFinished();
     }
 
 private:

@@ -159,17 +159,17 @@ private:
 
 QString OfBlock(const QString& name, const QString& fault)
 {
-    return AxProjectText::tr("block \"%1\", %2").arg(name.left(200), fault);
+    return AxProjectText::tr("block \"%1\", %2").arg(name.left(200).simplified(), fault);
 }
 
 QString OfTask(const QString& name, const QString& fault)
 {
-    return AxProjectText::tr("task \"%1\", %2").arg(name.left(200), fault);
+    return AxProjectText::tr("task \"%1\", %2").arg(name.left(200).simplified(), fault);
 }
 
 QString OfMark(const QString& name, const QString& fault)
 {
-    return AxProjectText::tr("mark point \"%1\", %2").arg(name.left(200), fault);
+    return AxProjectText::tr("mark point \"%1\", %2").arg(name.left(200).simplified(), fault);
 }
 
 QString Twice()

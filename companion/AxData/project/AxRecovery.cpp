@@ -12,8 +12,14 @@
 #include <algorithm>
 
 namespace {
-// False where there is nothing that anybody could want.
-bool Read(AxRecovery& recovery)
+enum class Left
+{
+    Nothing, // that anybody could want
+    Something,
+    ForAnother // a later version of the program
+};
+
+Left Read(AxRecovery& recovery)
 {
     // A change that was broken off is taken back by this.
     AxSqlFile file(recovery.file, AxSqlFile::Mode::Write);
@@ -21,7 +27,7 @@ bool Read(AxRecovery& recovery)
         recovery.fault = QStringLiteral("\"%1\": %2")
                              .arg(QDir::toNativeSeparators(recovery.file),
                                   AxProjectText::tr("The file is damaged: %1.").arg(reason));
-        return true;
+        return Left::Something;
     };
     if (!file.IsOpen())
         return fail(file.Fault());
@@ -30,8 +36,10 @@ bool Read(AxRecovery& recovery)
     const qint64 application = file.Number(QStringLiteral("PRAGMA application_id"));
     const qint64 version = file.Number(QStringLiteral("PRAGMA user_version"));
     if (application == 0)
-        return false; // its program died while it made it
-    if (application != AxRecoveryFile::applicationID || version < 1 || version > AxProjectTables::version)
+        return Left::Nothing; // its program died while it made it
+    if (application == AxRecoveryFile::applicationID && version > AxProjectTables::version)
+        return Left::ForAnother;
+    if (application != AxRecoveryFile::applicationID || version < 1)
         return fail(AxProjectText::tr("its version or its size cannot be"));
     QSqlQuery told(file.database);
     if (told.exec(QStringLiteral("SELECT [path], [written] FROM [recovery]")) && told.next()) {
@@ -39,8 +47,9 @@ bool Read(AxRecovery& recovery)
         recovery.time = QDateTime::fromString(told.value(1).toString(), Qt::ISODateWithMs);
     }
     QString fault;
-    return AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault) ||
-           fail(fault);
+    if (!AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault))
+        return fail(fault);
+    return Left::Something;
 }
 } // namespace
 
@@ -61,10 +70,16 @@ QList<AxRecovery> AxFindRecoveries(const QString& folder)
         if (!recovery.hold->tryLock(0))
             continue;
         recovery.time = info.lastModified().toUTC();
-        if (Read(recovery))
+        switch (Read(recovery)) {
+        case Left::Something:
             found += recovery;
-        else
+            break;
+        case Left::Nothing:
             AxRecoveryFile::Remove(recovery.file);
+            break;
+        case Left::ForAnother:
+            break;
+        }
     }
     std::sort(found.begin(), found.end(),
               [](const AxRecovery& a, const AxRecovery& b) { return a.time > b.time; });
