@@ -107,6 +107,7 @@ CAxUavNode* AxAircraftFleet::Add(QObject* telemetry, EPlaneType type)
     }
     scene.drawGroup->addChild(node);
     aircraft->SetShootPointVisible(shootPoints);
+    aircraft->SetLostLabel(true);
     fleet.emplace_back(aircraft);
     // A host may delete one by itself.
     QObject::connect(aircraft, &QObject::destroyed, q, [this, aircraft] { forget(aircraft); });
@@ -128,7 +129,7 @@ void AxAircraftFleet::forget(CAxUavNode*)
     emit q->signalAircraft();
 }
 
-// Those of many aircraft cover each other.
+// Those of many aircraft cover each other. One that is lost is told all the same.
 void AxAircraftFleet::showPanels()
 {
     for (CAxUavNode* aircraft : All())
@@ -183,6 +184,12 @@ void AxAircraftFleet::ShowShootPoints(bool shown)
         aircraft->SetShootPointVisible(shown);
     if (scene.mapToolsWidget)
         scene.mapToolsWidget->SetShootPointChecked(shown);
+}
+
+void AxAircraftFleet::ForgetPointer()
+{
+    for (CAxUavNode* aircraft : All())
+        aircraft->ForgetPointer();
 }
 
 // The camera

@@ -34,6 +34,7 @@ public:
     void TellView();
 
     void ShowShootPoints(bool shown);
+    void ForgetPointer();
     bool AreShootPointsShown() const { return shootPoints; }
 
     bool heightsAboveEllipsoid = false;

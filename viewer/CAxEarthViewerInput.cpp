@@ -148,6 +148,7 @@ void CAxEarthViewer::keyReleaseEvent(QKeyEvent* event)
 void CAxEarthViewer::leaveEvent(QEvent* event)
 {
     d->manipulator->ForgetPointer();
+    d->aircraft.ForgetPointer();
     QGraphicsView::leaveEvent(event);
 }
 

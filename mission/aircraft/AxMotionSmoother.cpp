@@ -12,6 +12,7 @@ constexpr double longestInterval = 1.5;
 constexpr double lateness = 1.15;
 // How fast the interval follows that of the messages.
 constexpr double newShare = 0.3;
+constexpr double farthestGlide = 500.0; // metres
 
 double ShorterWay(double from, double to)
 {
@@ -44,7 +45,10 @@ void AxMotionSmoother::TellPlace(const osg::Vec3d& newest, double now)
     const std::optional<osg::Vec3d> drawn = PlaceAt(now);
     const bool goes = placePace.Told(now);
     place = newest;
-    placeBefore = goes && drawn ? *drawn : newest;
+    placeBefore =
+        goes && drawn && (AxGlobe::WorldOf(*drawn) - AxGlobe::WorldOf(newest)).length() <= farthestGlide
+            ? *drawn
+            : newest;
     placeBefore.x() = AxLongitudes::NearestTo(newest.x(), placeBefore.x());
 }
 

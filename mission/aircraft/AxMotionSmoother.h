@@ -28,6 +28,7 @@ private:
 class AXEARTHVIEWER_EXPORT AxMotionSmoother
 {
 public:
+    /// A place that is over 500 m away is jumped to: it was not flown to since the one before.
     void TellPlace(const osg::Vec3d& place, double now);
     /// Roll, pitch and yaw.
     void TellAttitude(const std::array<double, 3>& angles, double now);

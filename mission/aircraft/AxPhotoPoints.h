@@ -86,6 +86,7 @@ public:
     std::optional<std::size_t> Near(const osg::Vec3d& world, const osg::Camera& camera) const;
     /// Shows the number of that one, or of none.
     void Hover(std::optional<std::size_t> point, const QString& text);
+    bool IsHovered() const { return hovered.has_value(); }
     /// The number of a point as the camera counts.
     int Index(std::size_t point) const { return callback->Index(point); }
     /// The label of the hovered point, for the scene; never null.

@@ -274,12 +274,16 @@ void CAxUavNode::advance()
         d->nextLook = now + lookSeconds;
         lookAtGround();
     }
+    // The camera has gone on below a mouse that stands.
+    if (d->photos.IsHovered() && d->viewer &&
+        d->viewer->Scene().View()->getCamera()->getViewMatrix() != d->hoverView)
+        ForgetPointer();
     if (!d->isMoving || !d->geo || !d->attitude)
         return;
     const bool settled = !d->interpolated || d->smoother.IsSettled(now);
     d->isMoving = !settled;
     const auto angles = d->smoother.AttitudeAt(now);
-    if (angles && d->interpolated)
+    if (angles)
         d->angles = *angles;
     turn();
     osg::Vec3d offset;
@@ -314,6 +318,11 @@ void CAxUavNode::SetLanded(bool landed)
 void CAxUavNode::SetInterpolation(bool interpolated)
 {
     d->interpolated = interpolated;
+    Jump();
+}
+
+void CAxUavNode::Jump()
+{
     d->smoother.Jump();
     d->isMoving = true;
 }
@@ -344,7 +353,7 @@ void CAxUavNode::apply() const
     if (!d->geo)
         return;
     d->geo->setNodeMask(d->planeVisible && d->position ? ~0u : 0u);
-    d->panel.Node()->setNodeMask(d->panelVisible ? ~0u : 0u);
+    d->panel.Node()->setNodeMask(d->panelVisible || isLostLabelShown() ? ~0u : 0u);
     const osg::Node::NodeMask lines = d->trailVisible ? ~0u : 0u;
     if (d->trail.Node())
         d->trail.Node()->setNodeMask(lines);
@@ -389,14 +398,16 @@ void CAxUavNode::ResetRenderSort()
 void CAxUavNode::updateText()
 {
     // Laying out letters is most of what a message costs.
-    if (!d->panelVisible)
+    if (!d->panelVisible && !isLostLabelShown())
         return;
     QStringList lines;
     if (!d->title.isEmpty())
         lines += d->title;
     const CAxVector3D at = GetPosition();
-    lines += tr("longitude:") + AxPanelNumber(at.x()) + tr("degree");
-    lines += tr("latitude:") + AxPanelNumber(at.y()) + tr("degree");
+    if (d->panelVisible) {
+        lines += tr("longitude:") + AxPanelNumber(at.x()) + tr("degree");
+        lines += tr("latitude:") + AxPanelNumber(at.y()) + tr("degree");
+    }
     const auto whole = [](double seconds) { return QLocale::c().toString(std::floor(seconds), 'f', 0); };
     if (d->lost)
         lines += tr("no link for %1 s").arg(whole(d->lostSeconds));
@@ -425,8 +436,20 @@ void CAxUavNode::SetPositionLost(bool lost, double seconds)
     showLost();
 }
 
+bool CAxUavNode::isLostLabelShown() const
+{
+    return d->lostLabel && (d->lost || d->positionLost);
+}
+
+void CAxUavNode::SetLostLabel(bool shown)
+{
+    d->lostLabel = shown;
+    showLost();
+}
+
 void CAxUavNode::showLost()
 {
+    apply();
     if (d->grey)
         d->grey->set(d->lost || d->positionLost ? 1.0f : 0.0f);
     updateText();

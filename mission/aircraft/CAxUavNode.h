@@ -102,6 +102,13 @@ public:
     /// Whether the model is drawn between places; on from the start.
     void SetInterpolation(bool interpolated);
     bool IsInterpolation() const;
+    /// The model is drawn where it was told last, not on its way there.
+    void Jump();
+    /// The panel of one that is lost is shown also where the others are hidden, with its title alone. Off
+    /// until set.
+    void SetLostLabel(bool shown);
+    /// The mouse is no longer over the map: no photo point is under it.
+    void ForgetPointer();
     /// A line over the place in the panel, to tell several aircraft apart; empty for none.
     void SetTitle(const QString& title);
 
@@ -158,6 +165,7 @@ private:
     void updateFootprint();
     void addPhoto(int index, const CAxVector3D& place);
     void apply() const;
+    bool isLostLabelShown() const;
 
     const std::unique_ptr<State> d;
 };

@@ -73,6 +73,7 @@ struct CAxUavNode::State
     double lostSeconds = 0.0;
     bool positionLost = false;
     double positionLostSeconds = 0.0;
+    bool lostLabel = false;
     QString title;
 
     // The model; null before CreatePlane().
@@ -104,6 +105,7 @@ struct CAxUavNode::State
 
     AxTrail trail;
     AxPhotoPoints photos;
+    osg::Matrixd hoverView; // of the camera when the mouse was over a photo point
     // Of a replayed flight: how many points its first photos are, from none of them to all; empty without
     // one.
     std::vector<std::size_t> pointsOfPhotos;

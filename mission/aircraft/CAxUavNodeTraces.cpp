@@ -187,7 +187,13 @@ void CAxUavNode::slotMouseMoved(osg::Vec3d, osg::Vec3d worldCoordPos)
         worldCoordPos == osg::Vec3d()
             ? std::nullopt
             : d->photos.Near(worldCoordPos, *d->viewer->Scene().View()->getCamera());
+    d->hoverView = d->viewer->Scene().View()->getCamera()->getViewMatrix();
     d->photos.Hover(near, near ? tr("photo %1").arg(QString::number(d->photos.Index(*near))) : QString());
+}
+
+void CAxUavNode::ForgetPointer()
+{
+    d->photos.Hover(std::nullopt, QString());
 }
 
 // Video

@@ -78,6 +78,9 @@ TEST(AircraftMotion, GoesTheShorterWayAndNeverBeyondWhatWasTold)
     // A clock that is set back neither.
     motion.TellPlace({-179.9, 10.0, 300.0}, 5.0);
     EXPECT_EQ(motion.PlaceAt(5.0)->z(), 300.0);
+    // Nor a jump that was not flown.
+    motion.TellPlace({-179.89, 10.0, 300.0}, 5.1);
+    EXPECT_NEAR(motion.PlaceAt(5.1)->x(), -179.89, 1e-9);
 }
 
 TEST(AircraftMotion, SmoothsMessagesThatComeUnevenly)
