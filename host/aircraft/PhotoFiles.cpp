@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QRegularExpression>
 
 namespace {
@@ -37,7 +38,10 @@ QString PhotoFiles::Export(QWidget* window, const QString& name, const std::vect
     if (dialog.exec() != QDialog::Accepted)
         return {};
     const QString file = dialog.selectedFiles().constFirst();
-    const bool isKml = dialog.selectedNameFilter() == kml;
+    // What the name says counts before the list.
+    const QString ending = QFileInfo(file).suffix().toLower();
+    const bool isKml = ending == QLatin1String("kml") ||
+                       (ending != QLatin1String("csv") && dialog.selectedNameFilter() == kml);
     const AxExported written = isKml ? AxWritePhotoKml(photos, name) : AxWritePhotoCsv(photos);
     QString error = written.fault;
     if (!error.isEmpty() || !AxSaveExport(file, written.data, error)) {
