@@ -51,8 +51,11 @@ AircraftOnMap::AircraftOnMap(CAxEarthViewer* earthViewer, AxReplaySource* from)
 {
     replay = from;
     connect(from, &AxReplaySource::signalPhotosTo, this, [this](int count) {
-        if (node)
-            node->ShowReplayPhotosTo(count);
+        if (!node)
+            return;
+        node->ShowReplayPhotosTo(count);
+        // The bar has jumped: what lies between was not flown now.
+        node->Jump();
     });
     connect(from, &AxReplaySource::signalIndex, this, [this](int index) {
         // Up to and with the sample that is passed.

@@ -1,4 +1,6 @@
 #pragma once
+#include "host/aircraft/BatteryAlarm.h"
+
 #include <AxTelemetry/AxTelemetrySource.h>
 
 #include <QObject>
@@ -33,6 +35,10 @@ public:
     std::optional<double> AboveGround() const;
     const std::vector<AxPhotoRecord>& Photos() const;
 
+    /// Whether it has been heard, and is not now.
+    bool IsSilent() const { return State().lastHeard > 0 && !State().isHeard; }
+    BatteryAlarm& Battery() { return battery; }
+
     void SetTrailVisible(bool visible);
     void SetBlockType(int type);
     void ClearTrail();
@@ -50,6 +56,7 @@ private:
     QPointer<CAxUavNode> node;
     AxAircraftState state;
     std::vector<AxPhotoRecord> photos; ///< of a live one
+    BatteryAlarm battery;
     int blockType = 0;
     bool isTrailVisible = true;
     bool isLost = false;

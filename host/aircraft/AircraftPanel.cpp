@@ -13,6 +13,7 @@
 
 #include <AxTelemetry/AxMavlinkAircraft.h>
 
+#include <AxBaseUI/CAxMessageBox.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <QCheckBox>
@@ -42,6 +43,8 @@ constexpr int listedRows = 3;
 // MAV_SEVERITY: what is worse is said aloud, too.
 constexpr int spokenSeverity = 4;
 constexpr int refusedSeverity = 3;
+const QColor valueRed(0xc0, 0x20, 0x20);
+const QColor valueOrange(0xb0, 0x60, 0x00);
 
 QToolButton* TextButton(const QString& text, const QString& tip, const char* name)
 {
@@ -71,6 +74,9 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
 {
     state->setWordWrap(true);
     state->setTextFormat(Qt::PlainText);
+    // A long word does not make the panel wider.
+    state->setMinimumWidth(1);
+    recorded->setMinimumWidth(1);
     state->setObjectName(QStringLiteral("LinkState"));
     auto* scrolled = new QScrollArea;
     scrolled->setFrameShape(QFrame::NoFrame);
@@ -102,9 +108,8 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(commands, &CommandBar::Refused, this, refuse);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
     connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);
-    connect(tabs, &QTabWidget::currentChanged, this, [this] {
-        if (tabs->currentWidget() == messages)
-            unread = 0;
+    connect(messages, &MessageList::NewestSeen, this, [this] {
+        unread = 0;
         ShowUnread();
     });
     clock.setInterval(showMs);
@@ -143,9 +148,12 @@ QWidget* AircraftPanel::BuildLink()
     column->addWidget(BuildRecording());
     column->addStretch();
     connect(connectButton, &QPushButton::clicked, this, &AircraftPanel::Connect);
-    connect(disconnectButton, &QPushButton::clicked, session, &AircraftSession::Disconnect);
+    connect(disconnectButton, &QPushButton::clicked, this, &AircraftPanel::Disconnect);
     connect(removeButton, &QPushButton::clicked, session, &AircraftSession::Remove);
-    connect(form, &ConnectForm::Changed, this, &AircraftPanel::ShowAll);
+    connect(form, &ConnectForm::Changed, this, [this] {
+        session->ForgetFault();
+        ShowAll();
+    });
     connect(form, &ConnectForm::SpeedChanged, session, &AircraftSession::SetSimulatorSpeed);
     connect(form, &ConnectForm::Told, this, &AircraftPanel::Told);
     return page;
@@ -158,7 +166,7 @@ QWidget* AircraftPanel::BuildRecording()
     grid->setContentsMargins(0, 0, 0, 0);
     auto* folder = TextButton(tr("Folder..."), tr("Where flights are recorded, from the next connection on"),
                               "RecordFolder");
-    auto* open = TextButton(tr("Open"), tr("Opens the folder of the records"), "OpenRecords");
+    auto* open = TextButton(tr("Show folder"), tr("Opens the folder of the records"), "OpenRecords");
     recorded->setWordWrap(true);
     recorded->setTextFormat(Qt::PlainText);
     recorded->setObjectName(QStringLiteral("RecordState"));
@@ -264,17 +272,35 @@ void AircraftPanel::Connect()
     settings.recordFolder = recordFolder;
     if (!session->Connect(settings, form->Key(), route))
         emit Told(session->Fault());
-    else
-        tabs->setCurrentIndex(1);
+    isAwaited = session->IsConnected();
     ShowAll();
+}
+
+void AircraftPanel::Disconnect()
+{
+    const QString reason = ReasonToStay();
+    if (!reason.isEmpty()) {
+        const QPointer<AircraftPanel> alive(this);
+        CAxMessageBox box(window());
+        box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+        box.SetWindowTitle(tr("Disconnect"));
+        box.SetMsgText(reason + QLatin1Char(' ') + tr("Do you want to disconnect all the same?"));
+        box.SetBtnOKText(tr("Disconnect"));
+        box.SetCancelDefault(true);
+        if (box.exec() != QDialog::Accepted || !alive)
+            return;
+    }
+    session->Disconnect();
 }
 
 QString AircraftPanel::ReasonToStay() const
 {
     if (mission->IsTransferring())
         return tr("A mission is on its way to or from an aircraft.");
-    const AxMavlinkAircraft* live = session->LiveAircraft();
-    return live && IsInTheAir(live->State()) ? tr("%1 is in the air.").arg(live->State().name) : QString();
+    const QStringList flying = session->InTheAir();
+    if (flying.size() > 1)
+        return tr("%1 are in the air.").arg(flying.join(QStringLiteral(", ")));
+    return flying.isEmpty() ? QString() : tr("%1 is in the air.").arg(flying.first());
 }
 
 void AircraftPanel::OnSaid(const QString& who, int severity, const QString& text, bool isLive)
@@ -282,7 +308,7 @@ void AircraftPanel::OnSaid(const QString& who, int severity, const QString& text
     messages->Add(who, severity, text);
     if (severity > spokenSeverity)
         return;
-    if (!messages->isVisible())
+    if (!messages->IsNewestSeen())
         ++unread;
     ShowUnread();
     emit Told(text);
@@ -296,7 +322,7 @@ void AircraftPanel::ShowUnread()
 {
     const int tab = tabs->indexOf(messages);
     tabs->setTabText(tab, unread > 0 ? tr("Messages (%1)").arg(unread) : tr("Messages"));
-    tabs->tabBar()->setTabTextColor(tab, unread > 0 ? QColor(0xc0, 0x20, 0x20) : QColor());
+    tabs->tabBar()->setTabTextColor(tab, unread > 0 ? valueRed : QColor());
 }
 
 void AircraftPanel::OnDownloaded(const TaskFiles::Read& read)
@@ -365,9 +391,14 @@ AircraftFacts AircraftPanel::Facts() const
 
 void AircraftPanel::ShowAll()
 {
+    if (isAwaited && (session->Replay() || session->LiveAircraft())) {
+        isAwaited = false;
+        // Who has gone elsewhere meanwhile stays there.
+        if (tabs->currentIndex() == 0)
+            tabs->setCurrentIndex(1);
+    }
     replay->Show(session->Replay(), session->ReplayedFlight());
     replay->setVisible(session->Replay());
-    ShowAircraft();
     ShowValues();
     ShowViews();
 }
@@ -375,7 +406,10 @@ void AircraftPanel::ShowAll()
 void AircraftPanel::ShowAircraft()
 {
     const QScopedValueRollback<bool> guard(isListing, true);
-    const QStringList names = session->Names();
+    QStringList names = session->Names();
+    for (int i = 0; i < names.size(); ++i)
+        if (session->IsSilent(i))
+            names[i] = tr("%1 - no link").arg(names[i]);
     while (list->count() > names.size())
         delete list->takeItem(list->count() - 1);
     for (int i = 0; i < names.size(); ++i) {
@@ -383,6 +417,7 @@ void AircraftPanel::ShowAircraft()
             list->addItem(names[i]);
         else if (list->item(i)->text() != names[i])
             list->item(i)->setText(names[i]);
+        list->item(i)->setForeground(session->IsSilent(i) ? QBrush(valueRed) : QBrush());
     }
     list->setCurrentRow(session->FocusIndex());
     list->setVisible(names.size() > 1);
@@ -390,6 +425,7 @@ void AircraftPanel::ShowAircraft()
 
 void AircraftPanel::ShowValues()
 {
+    ShowAircraft();
     const AircraftFacts facts = Facts();
     const AircraftEnabled can = EnabledBy(facts);
     state->setText(LinkText::Of(facts));
@@ -432,6 +468,14 @@ void AircraftPanel::ShowValues()
             values->addTopLevelItem(new QTreeWidgetItem({lines[i].name, QString()}));
         if (values->topLevelItem(i)->text(1) != lines[i].value)
             values->topLevelItem(i)->setText(1, lines[i].value);
+        // What was told last by one that is silent is no longer so.
+        const QBrush brush = focus && !known.isHeard ? palette().brush(QPalette::Disabled, QPalette::Text)
+                             : lines[i].level == BatteryLevel::Critical ? QBrush(valueRed)
+                             : lines[i].level == BatteryLevel::Low      ? QBrush(valueOrange)
+                                                                        : QBrush();
+        if (values->topLevelItem(i)->foreground(1) != brush)
+            for (const int column : {0, 1})
+                values->topLevelItem(i)->setForeground(column, brush);
     }
     values->setToolTip(known.geoidNote);
     if (viewer) {

@@ -64,6 +64,7 @@ private:
     QWidget* BuildRecording();
     AircraftFacts Facts() const;
     void Connect();
+    void Disconnect();
     void OnSaid(const QString& who, int severity, const QString& text, bool isLive);
     void OnDownloaded(const TaskFiles::Read& read);
     void ChooseRecordFolder();
@@ -82,7 +83,8 @@ private:
     QTimer clock;
     QString recordFolder;
     bool isListing = false;
-    int unread = 0; ///< warnings that came while the messages were not in sight
+    bool isAwaited = false; ///< nothing has been heard since Connect
+    int unread = 0;         ///< warnings that came while the messages were not in sight
 
     QLabel* state;
     ReplayBar* replay;

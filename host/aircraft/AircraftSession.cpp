@@ -1,10 +1,14 @@
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftOnMap.h"
 #include "host/aircraft/AircraftText.h"
+#include "host/aircraft/MissionDoubts.h"
 #include "host/aircraft/MissionOfPlan.h"
+#include "host/tasks/PlanWarnings.h"
+#include "interaction/input/CAxEarthManipulator.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxGeoid.h>
 #include <AxTelemetry/AxMavlinkStation.h>
 #include <AxTelemetry/link/AxSerialLink.h>
@@ -21,13 +25,16 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
 constexpr int refreshMs = 500;
 // MAV_SEVERITY
 constexpr int alertSeverity = 1;
+constexpr int criticalSeverity = 2;
 constexpr int errorSeverity = 3;
+constexpr int warningSeverity = 4;
 constexpr int noticeSeverity = 5;
 
 // What is only simulated may take off anywhere.
@@ -75,7 +82,6 @@ bool AircraftSession::Connect(const LinkSettings& settings, const QByteArray& ke
         fault = tr("Something is connected already: disconnect first.");
         return false;
     }
-    clear();
     fault.clear();
     if (settings.kind == LinkSettings::Kind::File) {
         if (settings.file.isEmpty()) {
@@ -89,10 +95,23 @@ bool AircraftSession::Connect(const LinkSettings& settings, const QByteArray& ke
         emit Changed();
         return true;
     }
+    // What is shown stays until there is something in its place.
+    if (before) {
+        station->deleteLater();
+        station = before;
+    }
+    before = std::exchange(station, nullptr);
+    if (before)
+        before->disconnect(this);
+    simulator = nullptr;
     std::unique_ptr<AxTelemetryLink> link = makeLink(settings, key, route.get());
     const bool isOpen = link && openStation(std::move(link), settings, key);
-    if (!isOpen)
-        clear();
+    if (!isOpen) {
+        if (station)
+            station->deleteLater();
+        station = std::exchange(before, nullptr);
+        simulator = nullptr;
+    }
     emit Changed();
     return isOpen;
 }
@@ -131,6 +150,11 @@ std::unique_ptr<AxTelemetryLink> AircraftSession::makeSimulator(const LinkSettin
     fault = made.fault;
     if (!fault.isEmpty())
         return nullptr;
+    const QString danger = PlanWarnings::Summary(flown.plan.warnings);
+    if (!danger.isEmpty())
+        emit Said(QString(), warningSeverity, tr("Simulated all the same: %1").arg(danger), true);
+    for (const QString& doubt : MissionDoubts::OfPlan(flown))
+        emit Said(QString(), warningSeverity, doubt, true);
     AxSimulatedAircraft aircraft = SimulatedAircraftOfPlan(*viewer, flown);
     aircraft.wind = {settings.windSpeed, settings.windFrom};
     auto link = std::make_unique<AxSimulatorLink>();
@@ -183,6 +207,10 @@ bool AircraftSession::openStation(std::unique_ptr<AxTelemetryLink> link, const L
 
 void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
 {
+    if (before) {
+        takeOff();
+        std::exchange(before, nullptr)->deleteLater();
+    }
     connect(aircraft, &AxTelemetrySource::signalMessage, this, [=](int severity, const QString& text) {
         emit Said(aircraft->State().name, severity, text, true);
     });
@@ -214,16 +242,46 @@ void AircraftSession::put(std::unique_ptr<AircraftOnMap> one)
 void AircraftSession::takeFlights(const AxFlightRead& read)
 {
     fault = read.fault;
+    if (!read.flights.empty())
+        clear();
     flights = read.flights;
     for (const QString& note : read.notes)
         emit Said(QString(), noticeSeverity, note, false);
     if (!flights.empty()) {
         showFlight(0);
         clock.start();
+        lookAtFlight();
     } else if (fault.isEmpty()) {
         fault = tr("%1: no flight is in it.").arg(file);
     }
     emit Changed();
+}
+
+void AircraftSession::lookAtFlight()
+{
+    const std::vector<AxFlightSample>& samples = replay->Flight().Samples();
+    if (!viewer || samples.empty())
+        return;
+    constexpr double leastRange = 500.0; // metres
+    constexpr double pitch = -50.0;
+    constexpr double seconds = 1.5;
+    // Longitudes within half a turn of the first one.
+    const double middle = samples.front().longitude;
+    double west = 0.0, east = 0.0;
+    double south = samples.front().latitude, north = south;
+    for (const AxFlightSample& sample : samples) {
+        const double aside = std::remainder(sample.longitude - middle, 360.0);
+        west = std::min(west, aside);
+        east = std::max(east, aside);
+        south = std::min(south, sample.latitude);
+        north = std::max(north, sample.latitude);
+    }
+    const double wide = DistanceBetweenTwoLatLng({middle + west, south, 0.0}, {middle + east, north, 0.0});
+    const CAxVector3D place(middle + 0.5 * (west + east), 0.5 * (south + north), samples.front().altitude);
+    viewer->getManipulator()->setViewpoint(
+        osgEarth::Viewpoint("", place.x(), place.y(), viewer->GetHAE(place.x(), place.y(), place.z()), 0.0,
+                            pitch, std::max(leastRange, 2.0 * wide)),
+        seconds);
 }
 
 void AircraftSession::showFlight(int index)
@@ -278,6 +336,28 @@ void AircraftSession::clear()
     if (station)
         station->deleteLater();
     station = nullptr;
+    if (before)
+        before->deleteLater();
+    before = nullptr;
+}
+
+void AircraftSession::ForgetFault()
+{
+    if (IsConnected() || fault.isEmpty())
+        return;
+    fault.clear();
+    emit Changed();
+}
+
+QStringList AircraftSession::InTheAir() const
+{
+    QStringList names;
+    if (!station || before || station->Link().GetPhase() == AxTelemetryLink::Phase::Closed)
+        return names;
+    for (const auto& one : shown)
+        if (IsInTheAir(one->State()))
+            names += one->Name();
+    return names;
 }
 
 // Each tells of its end while it goes, and whoever listens looks at those that are left.
@@ -290,8 +370,24 @@ void AircraftSession::takeOff()
 void AircraftSession::refresh()
 {
     const qint64 now = Now();
-    for (const auto& one : shown)
+    for (const auto& one : shown) {
         one->Refresh(now);
+        tellBattery(*one);
+    }
+}
+
+void AircraftSession::tellBattery(AircraftOnMap& one)
+{
+    const AxAircraftState& known = one.State();
+    if (replay || !known.isHeard)
+        return;
+    const BatteryLevel level = one.Battery().Take(known);
+    if (level == BatteryLevel::Low)
+        emit Said(known.name, warningSeverity, tr("The battery is low: %1 %.").arg(*known.batteryPercent),
+                  true);
+    else if (level == BatteryLevel::Critical)
+        emit Said(known.name, criticalSeverity,
+                  tr("The battery is nearly empty: %1 %. Land.").arg(*known.batteryPercent), true);
 }
 
 bool AircraftSession::IsConnected() const
@@ -312,6 +408,12 @@ void AircraftSession::AddTo(AircraftFacts& facts) const
         facts.phase = station->Link().GetPhase();
         facts.hasHeardBytes = counts.bytes > 0;
         facts.refusedSignatures = counts.refusedSignatures;
+        // The others are not of this link.
+        if (before && facts.phase != AxTelemetryLink::Phase::Closed)
+            facts.aircraft = 0;
+        else
+            facts.silent = static_cast<int>(
+                std::count_if(shown.begin(), shown.end(), [](const auto& one) { return one->IsSilent(); }));
     } else {
         facts.linkName = QFileInfo(file).fileName();
     }
@@ -339,6 +441,12 @@ QStringList AircraftSession::Names() const
         for (const auto& one : shown)
             names += one->Name();
     return names;
+}
+
+bool AircraftSession::IsSilent(int index) const
+{
+    return !replay && index >= 0 && index < static_cast<int>(shown.size()) &&
+           shown[static_cast<std::size_t>(index)]->IsSilent();
 }
 
 int AircraftSession::FocusIndex() const
@@ -377,7 +485,7 @@ AircraftOnMap* AircraftSession::Focus() const
 AxMavlinkAircraft* AircraftSession::LiveAircraft() const
 {
     const bool isOpen = station && station->Link().GetPhase() == AxTelemetryLink::Phase::Open;
-    return isOpen && Focus() ? qobject_cast<AxMavlinkAircraft*>(Focus()->Source()) : nullptr;
+    return isOpen && !before && Focus() ? qobject_cast<AxMavlinkAircraft*>(Focus()->Source()) : nullptr;
 }
 
 std::shared_ptr<const AxFlightRecord> AircraftSession::ReplayedFlight() const

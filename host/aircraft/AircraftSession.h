@@ -24,7 +24,8 @@ class CAxEarthViewer;
 /**
  * The one connection of the program to aircraft: a link and those that are heard on it, or a recorded flight.
  * A live flight and a replay are never on the map together, so that nobody takes one for the other. What a
- * closed link has left stays, grey, until the next connection or Remove(). GUI thread.
+ * closed link has left stays, grey, until an aircraft is heard on the next one, a recorded flight is open, or
+ * Remove(). GUI thread.
  */
 class AircraftSession : public QObject
 {
@@ -45,12 +46,18 @@ public:
 
     bool IsConnected() const;
     const QString& Fault() const { return fault; }
+    /// What has gone wrong with a connection is no longer told, as another one is being set up.
+    void ForgetFault();
+    /// On an open or waiting link; names for people.
+    QStringList InTheAir() const;
     /// Adds what is known here to the facts.
     void AddTo(AircraftFacts& facts) const;
 
     /// On the link, or the flights of the file, and which of them is in focus; -1 for none.
     QStringList Names() const;
     int FocusIndex() const;
+    /// Whether that one of Names() is live, and no longer heard.
+    bool IsSilent(int index) const;
     void SetFocus(int index);
     AircraftOnMap* Focus() const;                                 ///< null for none
     AxMavlinkAircraft* LiveAircraft() const;                      ///< in focus; null unless the link is open
@@ -89,6 +96,8 @@ private:
     void takeFlights(const AxFlightRead& read);
     void showFlight(int index);
     void put(std::unique_ptr<AircraftOnMap> one);
+    void tellBattery(AircraftOnMap& one);
+    void lookAtFlight();
     void refresh();
     void clear();
     void takeOff();
@@ -97,6 +106,8 @@ private:
     AxFlightLoader* loader;
     int loadingPercent = 0;
     AxMavlinkStation* station = nullptr; ///< also closed, while its aircraft are still shown
+    /// Closed, and the one whose aircraft are shown while the new one has heard none; or null.
+    AxMavlinkStation* before = nullptr;
     QPointer<AxSimulatorLink> simulator;
     std::vector<std::shared_ptr<const AxFlightRecord>> flights;
     std::unique_ptr<AxReplaySource> replay;

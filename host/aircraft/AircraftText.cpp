@@ -146,7 +146,7 @@ QList<AircraftText::Line> AircraftText::Lines(const AxAircraftState& state, std:
          isAttitudeOld ? tr("no attitude for %1").arg(Span(withoutAttitude)) : angle(Degrees(state.roll))},
         {tr("Pitch"), angle(Degrees(state.pitch))},
         {tr("Yaw"), angle(Compass(Degrees(state.yaw)))},
-        {tr("Battery"), Battery(state)},
+        {tr("Battery"), Battery(state), BatteryLevelOf(state)},
         {tr("Satellites"), Satellites(state)},
         {tr("Mission"), Mission(state)},
         {tr("Wind"), Wind(state)},

@@ -1,4 +1,6 @@
 #pragma once
+#include "host/aircraft/BatteryAlarm.h"
+
 #include <AxTelemetry/AxAircraftState.h>
 
 #include <QCoreApplication>
@@ -17,6 +19,7 @@ public:
     {
         QString name;
         QString value;
+        BatteryLevel level = BatteryLevel::Usual; ///< of that of the battery
     };
     /// The lines of the panel, the same ones in the same order whatever is known. `aboveGround`, metres;
     /// `heardAgo`, milliseconds, negative: never.

@@ -60,6 +60,12 @@ ConnectForm::ConnectForm(QWidget* parent)
         emit Changed();
     });
     keyRow->hide();
+    for (QSpinBox* number : {udpPort, tcpPort})
+        connect(number, QOverload<int>::of(&QSpinBox::valueChanged), this, &ConnectForm::Changed);
+    for (QLineEdit* line : {tcpHost, file})
+        connect(line, &QLineEdit::textChanged, this, &ConnectForm::Changed);
+    for (QComboBox* box : {serialPort, baud})
+        connect(box, &QComboBox::currentTextChanged, this, &ConnectForm::Changed);
     SetSettings({});
 }
 

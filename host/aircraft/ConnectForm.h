@@ -28,7 +28,7 @@ public:
     void SetChangeable(bool changeable);
 
 signals:
-    /// Another kind of connection is chosen, or another key given.
+    /// Something of the connection is another one, but not the simulator's speed.
     void Changed();
     void SpeedChanged(double times);
     /// Something that the operator should know.

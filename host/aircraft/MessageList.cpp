@@ -8,6 +8,11 @@ namespace {
 constexpr int keptMessages = 1000;
 constexpr int errorLevel = 3;
 constexpr int warningLevel = 4;
+
+bool IsAtEnd(const QAbstractScrollArea& area)
+{
+    return area.verticalScrollBar()->value() == area.verticalScrollBar()->maximum();
+}
 } // namespace
 
 MessageList::MessageList(QWidget* parent) : QListWidget(parent)
@@ -16,6 +21,10 @@ MessageList::MessageList(QWidget* parent) : QListWidget(parent)
     setAccessibleName(tr("Messages"));
     setWordWrap(true);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (IsNewestSeen())
+            emit NewestSeen();
+    });
 }
 
 void MessageList::Add(const QString& who, int severity, const QString& text)
@@ -23,7 +32,7 @@ void MessageList::Add(const QString& who, int severity, const QString& text)
     const QString said = QStringLiteral("%1%2: %3")
                              .arg(who.isEmpty() ? QString() : who + QStringLiteral(", "),
                                   AircraftText::Severity(severity), text);
-    const bool isAtEnd = verticalScrollBar()->value() == verticalScrollBar()->maximum();
+    const bool isAtEnd = IsAtEnd(*this);
     times = said == last && count() > 0 ? times + 1 : 1;
     last = said;
     QListWidgetItem* line = times > 1 ? item(count() - 1) : new QListWidgetItem(this);
@@ -37,4 +46,17 @@ void MessageList::Add(const QString& who, int severity, const QString& text)
         delete takeItem(0);
     if (isAtEnd)
         scrollToBottom();
+}
+
+bool MessageList::IsNewestSeen() const
+{
+    return isVisible() && IsAtEnd(*this);
+}
+
+void MessageList::showEvent(QShowEvent* event)
+{
+    QListWidget::showEvent(event);
+    scrollToBottom();
+    if (IsNewestSeen())
+        emit NewestSeen();
 }

@@ -11,6 +11,16 @@ public:
 
     /// MAV_SEVERITY; the name may be empty.
     void Add(const QString& who, int severity, const QString& text);
+    /// Whether it is in sight, with the newest message.
+    bool IsNewestSeen() const;
+
+signals:
+    /// The newest message has come into sight.
+    void NewestSeen();
+
+protected:
+    /// Begins with the newest message.
+    void showEvent(QShowEvent* event) override;
 
 private:
     QString last;

@@ -42,8 +42,9 @@ QString LinkText::WhyNot(const AircraftFacts& facts)
 bool LinkText::IsBad(const AircraftFacts& facts)
 {
     const bool isSilent = facts.phase == Phase::Open && facts.aircraft > 0 && !facts.isHeard;
+    const bool isOneSilent = facts.phase == Phase::Open && facts.silent > 0;
     const bool isRefused = facts.phase == Phase::Open && facts.aircraft == 0 && facts.refusedSignatures > 0;
-    return !facts.fault.isEmpty() || isSilent || isRefused;
+    return !facts.fault.isEmpty() || isSilent || isOneSilent || isRefused;
 }
 
 QString LinkText::Of(const AircraftFacts& facts)
@@ -69,10 +70,14 @@ QString LinkText::Of(const AircraftFacts& facts)
         return facts.hasHeardBytes ? tr("%1: bytes come, but no aircraft is among them.").arg(facts.linkName)
                                    : tr("%1: open, nothing has been heard.").arg(facts.linkName);
     }
+    const QString silent =
+        facts.aircraft > 1 && facts.silent > 0
+            ? QLatin1Char(' ') + tr("%1 of %2 aircraft lost.").arg(facts.silent).arg(facts.aircraft)
+            : QString();
     if (!facts.isHeard)
-        return tr("%1: LINK LOST for %2.").arg(facts.linkName, AircraftText::Span(facts.heardAgo));
+        return tr("%1: LINK LOST for %2.").arg(facts.linkName, AircraftText::Span(facts.heardAgo)) + silent;
     const QString connected = facts.aircraft == 1
                                   ? tr("%1: connected.").arg(facts.linkName)
                                   : tr("%1: connected, %2 aircraft.").arg(facts.linkName).arg(facts.aircraft);
-    return facts.fault.isEmpty() ? connected : connected + QLatin1Char('\n') + facts.fault;
+    return connected + silent + (facts.fault.isEmpty() ? QString() : QLatin1Char('\n') + facts.fault);
 }

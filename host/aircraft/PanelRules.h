@@ -21,6 +21,7 @@ struct AircraftFacts
     bool hasHeardBytes = false;
     quint64 refusedSignatures = 0;
     int aircraft = 0;      ///< on the link, or in the file
+    int silent = 0;        ///< of these, that are no longer heard
     bool hasPlace = false; ///< of the aircraft in focus
     bool hasHome = false;
     bool isHeard = false;

@@ -3,6 +3,7 @@
 #include "host/aircraft/AircraftPanel.h"
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftText.h"
+#include "host/aircraft/BatteryAlarm.h"
 #include "host/aircraft/ConnectForm.h"
 #include "host/aircraft/MissionDoubts.h"
 #include "host/aircraft/TimeBar.h"
@@ -165,6 +166,12 @@ TEST(AircraftPanelRules, SayWhatIsWrongAndWhatMayBePressed)
              f.heardAgo = 65000;
          }),
          "LINK LOST for 1 min 05 s", true, "d"},
+        {with([&](AircraftFacts& f) {
+             live(f);
+             f.aircraft = 2;
+             f.silent = 1;
+         }),
+         "1 of 2 aircraft lost", true, "dulas"},
         {with([](AircraftFacts& f) { f.aircraft = 1; }), "Not connected.", false, "cr"},
         {with([](AircraftFacts& f) {
              f.isReplay = f.isHeard = f.isArmed = f.isInTheAir = true;
@@ -246,6 +253,26 @@ TEST(MissionDoubts, TellAnAircraftThatStartsElsewhere)
         EXPECT_EQ(doubts.size(), row.text ? 1 : 0) << doubts.join(' ').toStdString();
         EXPECT_TRUE(!row.text || doubts.join(' ').contains(row.text)) << doubts.join(' ').toStdString();
     }
+}
+
+TEST(BatteryAlarm, TellsEachStepOnceInAFlight)
+{
+    AxAircraftState state;
+    BatteryAlarm alarm;
+    const auto take = [&](bool isLanded, int percent) {
+        state.isLanded = isLanded;
+        state.batteryPercent = percent;
+        return alarm.Take(state);
+    };
+    EXPECT_EQ(take(true, 10), BatteryLevel::Usual) << "on the ground it may be empty";
+    EXPECT_EQ(take(false, 26), BatteryLevel::Usual);
+    EXPECT_EQ(take(false, 25), BatteryLevel::Low);
+    EXPECT_EQ(take(false, 26), BatteryLevel::Usual);
+    EXPECT_EQ(take(false, 25), BatteryLevel::Usual) << "once";
+    EXPECT_EQ(take(false, 15), BatteryLevel::Critical);
+    EXPECT_EQ(take(false, 20), BatteryLevel::Usual) << "for the worse only";
+    take(true, 100);
+    EXPECT_EQ(take(false, 5), BatteryLevel::Critical) << "the next flight";
 }
 
 TEST(LinkSettings, KeysAreReadAndNeverKept)
@@ -390,7 +417,7 @@ TEST_F(AircraftOnGlobe, ARouteIsFlownRecordedAndReplayed)
     viewer->RemoveAllHanderAdapter(true);
     CAxBlockManager::instance().DeleteAllBlocks();
     ASSERT_TRUE(waitFor([this] { return !Session().Focus()->Photos().empty(); }));
-    Press("DisconnectButton");
+    Session().Disconnect();
     EXPECT_FALSE(Session().IsConnected());
     EXPECT_EQ(viewer->Aircraft().size(), 1) << "what was flown stays in sight";
     const QString file = Session().RecordFile();
@@ -414,7 +441,7 @@ TEST_F(AircraftOnGlobe, ARouteIsFlownRecordedAndReplayed)
     EXPECT_NEAR(viewer->Aircraft().first()->GetPosition().y(), flight.Samples().front().latitude, 1e-9);
     Session().Replay()->Play();
     viewer->ClearUavMarker();
-    Press("DisconnectButton");
+    Session().Disconnect();
     EXPECT_FALSE(Session().Replay());
 }
 
@@ -439,7 +466,7 @@ TEST_F(AircraftOnGlobe, MissionsGoBothWaysAndEndWithTheLink)
     EXPECT_TRUE(waitFor([&] { return Tasks() == before + 1; })) << Text("MissionOutcome").toStdString();
     ASSERT_TRUE(waitFor(isUploadable));
     Press("UploadMission");
-    Press("DisconnectButton");
+    Session().Disconnect();
     EXPECT_TRUE(Text("MissionOutcome").contains(QLatin1String("not uploaded")))
         << Text("MissionOutcome").toStdString();
     EXPECT_EQ(box.count, 3);
@@ -466,7 +493,7 @@ TEST_F(AircraftOnGlobe, CommandsAreAskedForAndTheirAnswersTold)
     EXPECT_TRUE(isTold("Return - the aircraft obeys")) << Text("CommandOutcome").toStdString();
     // The link is closed while the question is open.
     box.answers = {[this](QDialog& asked) {
-                       Press("DisconnectButton");
+                       Session().Disconnect();
                        ModalBox::Press("Disarm")(asked);
                    },
                    ModalBox::Press("Stop motors")};
@@ -503,10 +530,32 @@ TEST_F(AircraftOnGlobe, FaultsAreToldAndNothingStaysBehind)
         })) << Session().Fault().toStdString();
         EXPECT_TRUE(Text("LinkState").contains(row.named)) << Text("LinkState").toStdString();
     }
+    panel->SetSettings(settings.ToBytes());
+    EXPECT_TRUE(Session().Fault().isEmpty()) << "the form is another one";
+    Press("ConnectButton");
+    ASSERT_TRUE(waitFor([this] { return IsFlying(); }));
+    // In flight one is asked; what the closed link has left stays where the next one cannot be opened.
+    ModalBox box;
+    box.answers = {ModalBox::Press("Cancel"), ModalBox::Press("Disconnect")};
+    Press("DisconnectButton");
+    EXPECT_TRUE(Session().IsConnected());
+    Press("DisconnectButton");
+    EXPECT_FALSE(Session().IsConnected());
+    EXPECT_EQ(box.count, 2);
+    for (const auto& row : rows) {
+        panel->SetSettings(row.settings.ToBytes());
+        Press("ConnectButton");
+        EXPECT_TRUE(
+            waitFor([&] { return !Session().IsConnected() && Session().Fault().contains(row.named); }));
+        EXPECT_EQ(viewer->Aircraft().size(), 1) << row.named.toStdString();
+        EXPECT_TRUE(panel->findChild<QPushButton*>("RemoveButton")->isEnabled());
+    }
     // The panel goes away while an aircraft flies.
     panel->SetSettings(settings.ToBytes());
     Press("ConnectButton");
-    ASSERT_TRUE(waitFor([this] { return IsFlying(); }));
+    EXPECT_EQ(Session().LiveAircraft(), nullptr) << "those of before take no commands";
+    ASSERT_TRUE(waitFor([this] { return Session().LiveAircraft() && IsFlying(); }));
+    EXPECT_EQ(viewer->Aircraft().size(), 1);
     const QString file = Session().RecordFile();
     panel.reset();
     EXPECT_TRUE(viewer->Aircraft().isEmpty());
