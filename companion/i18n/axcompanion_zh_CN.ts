@@ -1680,4 +1680,263 @@
         <translation>差值（立方米）：</translation>
     </message>
 </context>
+<context>
+    <name>AxGeoFile</name>
+    <message>
+        <source>its curves cannot be made lines</source>
+        <translation>其曲线无法转换为折线</translation>
+    </message>
+    <message>
+        <source>%1 has %2 parts; each is a shape of its own.</source>
+        <translation>%1 由 %2 个部分组成，每个部分各为一个图形。</translation>
+    </message>
+    <message>
+        <source>%1: its width or radius is no length and is not taken over.</source>
+        <translation>%1：其宽度或半径不是有效长度，未被读入。</translation>
+    </message>
+    <message>
+        <source>The file has more than %1 shapes.</source>
+        <translation>文件中的图形多于 %1 个。</translation>
+    </message>
+    <message>
+        <source>The file has more than %1 points.</source>
+        <translation>文件中的点多于 %1 个。</translation>
+    </message>
+    <message>
+        <source>%1: simplified from %2 to %3 points; what was left out lies within %4 m of it.</source>
+        <translation>%1：已由 %2 个点简化为 %3 个点；略去的点与简化后的线相距不超过 %4 米。</translation>
+    </message>
+    <message>
+        <source>a ring has fewer than three different points</source>
+        <translation>环的不同点少于三个</translation>
+    </message>
+    <message>
+        <source>a line has fewer than two different points</source>
+        <translation>线的不同点少于两个</translation>
+    </message>
+    <message>
+        <source>a coordinate of point %1 is no number</source>
+        <translation>第 %1 个点的坐标不是数值</translation>
+    </message>
+    <message>
+        <source>The file does not say which coordinate system it uses, and its coordinates are no degrees. Choose the system.</source>
+        <translation>文件未说明所用坐标系，且其坐标不是经纬度。请选择坐标系。</translation>
+    </message>
+    <message>
+        <source>point %1 is not on the globe: longitude %2, latitude %3</source>
+        <translation>第 %1 个点不在地球上：经度 %2，纬度 %3</translation>
+    </message>
+    <message>
+        <source>%1 areas have holes.</source>
+        <translation>%1 个区域带有孔洞。</translation>
+    </message>
+    <message>
+        <source>%1 features have no geometry and are left out.</source>
+        <translation>%1 个要素没有几何图形，已略去。</translation>
+    </message>
+    <message>
+        <source>The curves of %1 features are now lines.</source>
+        <translation>%1 个要素的曲线已转换为折线。</translation>
+    </message>
+    <message>
+        <source>The measures (M) of %1 features are not taken over.</source>
+        <translation>%1 个要素的度量值（M）未被读入。</translation>
+    </message>
+    <message>
+        <source>The heights of %1 shapes differ from point to point and are not taken over.</source>
+        <translation>%1 个图形各点高程不同，高程未被读入。</translation>
+    </message>
+    <message>
+        <source>%1 collections lie too deep in others and are left out.</source>
+        <translation>%1 个集合嵌套过深，已略去。</translation>
+    </message>
+    <message>
+        <source>%1 names are cut to 200 characters.</source>
+        <translation>%1 个名称已截为 200 个字符。</translation>
+    </message>
+    <message>
+        <source>There are %1 more notes of this kind.</source>
+        <translation>另有 %1 条同类说明。</translation>
+    </message>
+    <message>
+        <source>%1 is left out: %2.</source>
+        <translation>%1 已略去：%2。</translation>
+    </message>
+    <message>
+        <source>Its text has more than %1 MB.</source>
+        <translation>其文本大于 %1 MB。</translation>
+    </message>
+    <message>
+        <source>It declares entities of its own, which no KML file needs.</source>
+        <translation>文件自行声明了实体，KML 文件无需如此。</translation>
+    </message>
+    <message>
+        <source>Line %1: elements are nested too deep.</source>
+        <translation>第 %1 行：元素嵌套过深。</translation>
+    </message>
+    <message>
+        <source>It has more than %1 elements.</source>
+        <translation>文件中的元素多于 %1 个。</translation>
+    </message>
+    <message>
+        <source>Line %1: %2</source>
+        <translation>第 %1 行：%2</translation>
+    </message>
+    <message>
+        <source>Elements of KML that are not taken over: %1 (%2).</source>
+        <translation>未读入的 KML 元素：%1（%2 个）。</translation>
+    </message>
+    <message>
+        <source>It is no KMZ file.</source>
+        <translation>这不是 KMZ 文件。</translation>
+    </message>
+    <message>
+        <source>It holds more than %1 files.</source>
+        <translation>其中的文件多于 %1 个。</translation>
+    </message>
+    <message>
+        <source>There is no KML document in it.</source>
+        <translation>其中没有 KML 文档。</translation>
+    </message>
+    <message>
+        <source>The file holds %1 documents; &quot;%2&quot; is read.</source>
+        <translation>文件含有 %1 个文档，读取的是“%2”。</translation>
+    </message>
+    <message>
+        <source>Its document cannot be unpacked.</source>
+        <translation>其中的文档无法解压。</translation>
+    </message>
+    <message>
+        <source>It is no file of this format.</source>
+        <translation>文件不是该格式。</translation>
+    </message>
+    <message>
+        <source>It cannot be read: %1</source>
+        <translation>无法读取：%1</translation>
+    </message>
+    <message>
+        <source>The memory does not suffice.</source>
+        <translation>内存不足。</translation>
+    </message>
+    <message>
+        <source>The index (.shx) of the shapefile is missing; it was made anew in memory.</source>
+        <translation>Shapefile 缺少索引文件（.shx），已在内存中重建。</translation>
+    </message>
+    <message>
+        <source>The table (.dbf) of the shapefile is missing; the shapes have no names.</source>
+        <translation>Shapefile 缺少属性表（.dbf），图形没有名称。</translation>
+    </message>
+    <message>
+        <source>There is no such file.</source>
+        <translation>文件不存在。</translation>
+    </message>
+    <message>
+        <source>It is no file.</source>
+        <translation>这不是文件。</translation>
+    </message>
+    <message>
+        <source>It may not be read.</source>
+        <translation>没有读取权限。</translation>
+    </message>
+    <message>
+        <source>The file is empty.</source>
+        <translation>文件为空。</translation>
+    </message>
+    <message>
+        <source>The file has more than %1 MB.</source>
+        <translation>文件大于 %1 MB。</translation>
+    </message>
+    <message>
+        <source>The format &quot;%1&quot; is not known.</source>
+        <translation>未知的格式“%1”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no coordinate system.</source>
+        <translation>“%1”不是坐标系。</translation>
+    </message>
+    <message>
+        <source>The coordinate system &quot;%1&quot; does not say where on the globe it lies.</source>
+        <translation>坐标系“%1”未说明其在地球上的位置。</translation>
+    </message>
+    <message>
+        <source>The coordinate system &quot;%1&quot; cannot be converted to degrees.</source>
+        <translation>坐标系“%1”无法转换为经纬度。</translation>
+    </message>
+    <message>
+        <source>The table has neither columns &quot;longitude&quot; and &quot;latitude&quot; nor a column &quot;WKT&quot; with shapes.</source>
+        <translation>表中既没有“longitude”和“latitude”列，也没有含图形的“WKT”列。</translation>
+    </message>
+    <message>
+        <source>Row %1</source>
+        <translation>第 %1 行</translation>
+    </message>
+    <message>
+        <source>%1 rows of the table are points. Rows with &quot;area&quot; or &quot;line&quot; in a column &quot;kind&quot; and the same name make one shape.</source>
+        <translation>表中有 %1 行为点。“kind”列为“area”或“line”且名称相同的各行组成一个图形。</translation>
+    </message>
+    <message>
+        <source>The file does not say which coordinate system it uses; WGS 84 is assumed.</source>
+        <translation>文件未说明所用坐标系，按 WGS 84 处理。</translation>
+    </message>
+    <message>
+        <source>Writing failed: %1</source>
+        <translation>写入失败：%1</translation>
+    </message>
+    <message>
+        <source>This installation of GDAL cannot write the format (%1).</source>
+        <translation>本机安装的 GDAL 无法写入该格式（%1）。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is too far from the first shape for one drawing in metres.</source>
+        <translation>“%1”离第一个图形太远，无法写入同一张以米为单位的图纸。</translation>
+    </message>
+    <message>
+        <source>The reader says: %1</source>
+        <translation>读取程序提示：%1</translation>
+    </message>
+    <message>
+        <source>Layer &quot;%1&quot;, feature %2 (%3)</source>
+        <translation>图层“%1”，要素 %2（%3）</translation>
+    </message>
+    <message>
+        <source>Layer &quot;%1&quot;: its texts are not in UTF-8 and are read as %2.</source>
+        <translation>图层“%1”：其文字不是 UTF-8 编码，按 %2 读取。</translation>
+    </message>
+    <message>
+        <source>How the coordinate system &quot;%1&quot; lies to WGS 84 is not known: shapes may lie some hundred metres beside their place.</source>
+        <translation>坐标系“%1”与 WGS 84 的关系未知：图形可能偏离实际位置数百米。</translation>
+    </message>
+    <message>
+        <source>Reading was cancelled.</source>
+        <translation>读取已取消。</translation>
+    </message>
+    <message>
+        <source>There is no area, line or point in it.</source>
+        <translation>其中没有区域、线或点。</translation>
+    </message>
+    <message>
+        <source>There is nothing to write.</source>
+        <translation>没有可写入的内容。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has too few points, or one that is not on the globe.</source>
+        <translation>“%1”的点太少，或有点不在地球上。</translation>
+    </message>
+    <message>
+        <source>A shapefile has shapes of one kind; the others are in &quot;%1&quot;.</source>
+        <translation>一个 Shapefile 只含一种图形，其余图形在“%1”中。</translation>
+    </message>
+    <message>
+        <source>Not all shapes have a height, so the file may have none.</source>
+        <translation>并非所有图形都有高程，因此文件可能不含高程。</translation>
+    </message>
+    <message>
+        <source>The drawing has metres in the UTM zone %1; it says so only in a comment.</source>
+        <translation>图纸以米为单位，采用 UTM 分带 %1；仅在注释中说明。</translation>
+    </message>
+    <message>
+        <source>A drawing has names as those of its layers, and neither widths nor radius.</source>
+        <translation>图纸以图层名作为名称，不含宽度和半径。</translation>
+    </message>
+</context>
 </TS>

@@ -3812,4 +3812,221 @@ Heights are above the ellipsoid.</source>
         <translation>大小（当前的百分比）：</translation>
     </message>
 </context>
+<context>
+    <name>GeoBlocks</name>
+    <message>
+        <source>points are not taken over yet</source>
+        <translation>暂不支持读入点</translation>
+    </message>
+    <message>
+        <source>it has holes</source>
+        <translation>带有孔洞</translation>
+    </message>
+</context>
+<context>
+    <name>GeoImportBox</name>
+    <message>
+        <source>Area</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Line, as a strip</source>
+        <translation>线（作为条带）</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>Circle, as a video block</source>
+        <translation>圆（作为视频区）</translation>
+    </message>
+    <message>
+        <source>Import areas and lines</source>
+        <translation>导入区域和线</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>not named</source>
+        <translation>未说明</translation>
+    </message>
+    <message>
+        <source>%1: %2 shapes; coordinate system: %3</source>
+        <translation>%1：%2 个图形；坐标系：%3</translation>
+    </message>
+    <message>
+        <source>Tick all</source>
+        <translation>全选</translation>
+    </message>
+    <message>
+        <source>Tick none</source>
+        <translation>全不选</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>大小</translation>
+    </message>
+    <message>
+        <source>Vertices</source>
+        <translation>顶点</translation>
+    </message>
+    <message>
+        <source>Holes</source>
+        <translation>孔洞</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>说明</translation>
+    </message>
+    <message>
+        <source>Fill the holes</source>
+        <translation>填充孔洞</translation>
+    </message>
+    <message>
+        <source>Leave these areas out</source>
+        <translation>略去这些区域</translation>
+    </message>
+    <message>
+        <source>A block has no holes. Areas with holes:</source>
+        <translation>测区没有孔洞。带孔洞的区域：</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> 米</translation>
+    </message>
+    <message>
+        <source>Strips without widths, to the left:</source>
+        <translation>无宽度的条带，左侧：</translation>
+    </message>
+    <message>
+        <source>To the right:</source>
+        <translation>右侧：</translation>
+    </message>
+    <message>
+        <source>left out: %1</source>
+        <translation>略去：%1</translation>
+    </message>
+</context>
+<context>
+    <name>GeoExchange</name>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>Packed KML (*.kmz)</source>
+        <translation>压缩 KML (*.kmz)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>Shapefile (*.shp)</source>
+        <translation>Shapefile (*.shp)</translation>
+    </message>
+    <message>
+        <source>GeoPackage (*.gpkg)</source>
+        <translation>GeoPackage (*.gpkg)</translation>
+    </message>
+    <message>
+        <source>DXF drawing (*.dxf)</source>
+        <translation>DXF 图纸 (*.dxf)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>&amp;Import areas and lines...</source>
+        <translation>导入区域和线(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>&amp;Export blocks...</source>
+        <translation>导出测区(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>&amp;Export block...</source>
+        <translation>导出测区(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Import areas and lines</source>
+        <translation>导入区域和线</translation>
+    </message>
+    <message>
+        <source>Areas and lines (%1)</source>
+        <translation>区域和线 (%1)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Reading %1...</source>
+        <translation>正在读取 %1...</translation>
+    </message>
+    <message>
+        <source>Coordinate system</source>
+        <translation>坐标系</translation>
+    </message>
+    <message>
+        <source>%1 does not say which coordinate system it uses.</source>
+        <translation>%1 未说明所用坐标系。</translation>
+    </message>
+    <message>
+        <source>EPSG code, as EPSG:32632:</source>
+        <translation>EPSG 代码，如 EPSG:32632：</translation>
+    </message>
+    <message>
+        <source>Nothing was imported.</source>
+        <translation>没有导入任何内容。</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>%1 of %2 blocks cannot be drawn and were not imported.</source>
+        <translation>%2 个测区中有 %1 个无法绘制，未导入。</translation>
+    </message>
+    <message>
+        <source>%1 of %2 imported blocks would be refused if they were drawn; they have a warning sign in the list.</source>
+        <translation>导入的 %2 个测区中有 %1 个若手动绘制会被拒绝，列表中以警告标志标出。</translation>
+    </message>
+    <message>
+        <source>%1 blocks imported</source>
+        <translation>已导入 %1 个测区</translation>
+    </message>
+    <message>
+        <source>Export blocks</source>
+        <translation>导出测区</translation>
+    </message>
+    <message>
+        <source>blocks</source>
+        <translation>测区</translation>
+    </message>
+    <message>
+        <source>The blocks were not written.</source>
+        <translation>测区未写入。</translation>
+    </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>%1 已写入。</translation>
+    </message>
+    <message>
+        <source>%1 blocks written to %2</source>
+        <translation>%1 个测区已写入 %2</translation>
+    </message>
+</context>
 </TS>

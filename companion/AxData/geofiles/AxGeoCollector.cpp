@@ -70,8 +70,8 @@ bool AxGeoCollector::Add(const OGRGeometry* geometry, const AxGeoSystem& system,
     const QString name = AxGeoOneLine(feature.name, isCut);
     cutNames += isCut ? 1 : 0;
     if (parts.size() > 1)
-        note(
-            AX_GEO_TEXT("%1 has %2 parts; each is a shape of its own.").arg(feature.where).arg(parts.size()));
+        note(AX_GEO_TEXT("%1 has %2 parts; each is a shape of its own.")
+                 .arg(feature.where, QString::number(parts.size())));
     for (std::size_t i = 0; i < parts.size(); ++i) {
         if (feature.isClosedLineArea && parts[i].line && IsClosed(*parts[i].line))
             parts[i].kind = AxGeoShape::Area;
@@ -199,10 +199,8 @@ std::optional<QList<QPointF>> AxGeoCollector::places(const OGRLineString& line, 
         for (QPointF& place : kept)
             place.setX(std::remainder(place.x(), 360.0));
         note(AX_GEO_TEXT("%1: simplified from %2 to %3 points; what was left out lies within %4 m of it.")
-                 .arg(feature.where)
-                 .arg(before)
-                 .arg(kept.size())
-                 .arg(tolerance));
+                 .arg(feature.where, QString::number(before), QString::number(kept.size()),
+                      QString::number(tolerance)));
     }
     const std::size_t fewest = isRing ? 3 : 2;
     if (kept.size() < fewest) {

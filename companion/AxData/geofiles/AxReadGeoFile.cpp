@@ -99,10 +99,9 @@ private:
                 feature.name = AxGeoUnescaped(feature.name);
             if (feature.name.trimmed().isEmpty())
                 feature.name = QStringLiteral("%1 %2").arg(QFileInfo(file).completeBaseName()).arg(number);
-            feature.where = AX_GEO_TEXT("Layer \"%1\", feature %2 (%3)")
-                                .arg(layerName)
-                                .arg(number)
-                                .arg(AxGeoOneLine(feature.name, isCut).left(40));
+            feature.where =
+                AX_GEO_TEXT("Layer \"%1\", feature %2 (%3)")
+                    .arg(layerName, QString::number(number), AxGeoOneLine(feature.name, isCut).left(40));
             if (!collector.Add(read->GetGeometryRef(), *system, feature))
                 return false;
         }
