@@ -31,7 +31,7 @@ string(APPEND inner "|AxTelemetryLog|AxMavCandidate|AxMavChecksum|AxMavSigning|A
 string(APPEND inner "|AxMissionItems|AxSampleClock|AxStatusTexts|AxVehicleCamera|AxVehicleKinds|AxVehicleModes")
 string(APPEND inner "|AxVehiclePlaces|AxVehicleText|AxLinkText|AxCsvColumns|AxRecordText|AxSeaLevel|AxTlogClock|AxTlogFlight")
 string(APPEND inner "|AxSimulatedAutopilot|AxSimulatedBody|AxSimulatedExchange|AxSimulatedFlight|AxSimulatedGuide|AxSimulatedMission")
-string(APPEND inner "|AxProjectFields|AxProjectTables|AxRecoveryWriter|AxSqlFile")
+string(APPEND inner "|AxProjectFields|AxProjectTables|AxProjectValues|AxRecoveryWriter|AxSqlFile")
 string(APPEND inner "|AxGeoCollector|AxGeoFields|AxGeoKml|AxGeoOpen|AxGeoSession|AxGeoSimplify|AxGeoSystem|AxGeoTable|AxGeoText|AxGeoWriters")
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companion/AxTelemetry)
   get_filename_component(name ${folder} NAME)
