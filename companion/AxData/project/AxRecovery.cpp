@@ -12,14 +12,14 @@
 #include <algorithm>
 
 namespace {
-enum class Left
+enum class Leftover
 {
     Nothing, // that anybody could want
     Something,
     ForAnother // a later version of the program
 };
 
-Left Read(AxRecovery& recovery)
+Leftover Read(AxRecovery& recovery)
 {
     // A change that was broken off is taken back by this.
     AxSqlFile file(recovery.file, AxSqlFile::Mode::Write);
@@ -27,7 +27,7 @@ Left Read(AxRecovery& recovery)
         recovery.fault = QStringLiteral("\"%1\": %2")
                              .arg(QDir::toNativeSeparators(recovery.file),
                                   AxProjectText::tr("The file is damaged: %1.").arg(reason));
-        return Left::Something;
+        return Leftover::Something;
     };
     if (!file.IsOpen())
         return fail(file.Fault());
@@ -36,9 +36,9 @@ Left Read(AxRecovery& recovery)
     const qint64 application = file.Number(QStringLiteral("PRAGMA application_id"));
     const qint64 version = file.Number(QStringLiteral("PRAGMA user_version"));
     if (application == 0)
-        return Left::Nothing; // its program died while it made it
+        return Leftover::Nothing; // its program died while it made it
     if (application == AxRecoveryFile::applicationID && version > AxProjectTables::version)
-        return Left::ForAnother;
+        return Leftover::ForAnother;
     if (application != AxRecoveryFile::applicationID || version < 1)
         return fail(AxProjectText::tr("its version or its size cannot be"));
     QSqlQuery told(file.database);
@@ -49,7 +49,7 @@ Left Read(AxRecovery& recovery)
     QString fault;
     if (!AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault))
         return fail(fault);
-    return Left::Something;
+    return Leftover::Something;
 }
 } // namespace
 
@@ -71,13 +71,13 @@ QList<AxRecovery> AxFindRecoveries(const QString& folder)
             continue;
         recovery.time = info.lastModified().toUTC();
         switch (Read(recovery)) {
-        case Left::Something:
+        case Leftover::Something:
             found += recovery;
             break;
-        case Left::Nothing:
+        case Leftover::Nothing:
             AxRecoveryFile::Remove(recovery.file);
             break;
-        case Left::ForAnother:
+        case Leftover::ForAnother:
             break;
         }
     }
