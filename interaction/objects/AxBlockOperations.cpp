@@ -318,9 +318,17 @@ QStringList AxBlockOperations::Simplify(const QString& id, double metres)
         return {};
     const QString edit = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Simplify"));
     const QList<QPointF> vertices = AxRingOf(object->GetAnchor());
-    return object->ShapeKind().IsClosed()
-               ? become(*object, AxAreaOperations::Simplify(vertices, metres), edit)
-               : become(*object, AxAreaOperations::SimplifyLine(vertices, metres), edit);
+    const bool isClosed = object->ShapeKind().IsClosed();
+    const Result ring = isClosed ? AxAreaOperations::Simplify(vertices, metres) : Result();
+    const QList<QPointF> line =
+        isClosed ? QList<QPointF>() : AxAreaOperations::SimplifyLine(vertices, metres);
+    const int left = isClosed && !ring.areas.isEmpty() ? ring.areas.first().ring.size() : line.size();
+    if (left == vertices.size()) {
+        tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "No vertex of %1 can be left out."))
+                 .arg(NameOf(id)));
+        return {};
+    }
+    return isClosed ? become(*object, ring, edit) : become(*object, line, edit);
 }
 
 QStringList AxBlockOperations::Rotate(const QString& id, double degrees)

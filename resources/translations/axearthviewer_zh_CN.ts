@@ -3643,6 +3643,10 @@ Heights are above the ellipsoid.</source>
         <translation>请至少选择两个测区。</translation>
     </message>
     <message>
+        <source>No vertex of %1 can be left out.</source>
+        <translation>%1 没有可去掉的顶点。</translation>
+    </message>
+    <message>
         <source>The blocks do not meet.</source>
         <translation>测区互不相接。</translation>
     </message>
