@@ -1847,6 +1847,22 @@ Heights are above the ellipsoid.</source>
         <source>Quits</source>
         <translation>退出</translation>
     </message>
+    <message>
+        <source>Drag a handle around the block</source>
+        <translation>拖动测区四周的手柄</translation>
+    </message>
+    <message>
+        <source>Stretches it, with Shift in proportion; the blue one turns it</source>
+        <translation>缩放测区，按住 Shift 保持比例；蓝色手柄旋转测区</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>Puts a copy of the blocks beside them</source>
+        <translation>在旁边放置测区的副本</translation>
+    </message>
 </context>
 <context>
     <name>PlanWarnings</name>
