@@ -40,6 +40,7 @@
 namespace {
 constexpr int showMs = 250;
 constexpr int listedRows = 3;
+constexpr int leastRows = 5; // of the values
 // MAV_SEVERITY: what is worse is said aloud, too.
 constexpr int spokenSeverity = 4;
 constexpr int refusedSeverity = 3;
@@ -53,6 +54,16 @@ QToolButton* TextButton(const QString& text, const QString& tip, const char* nam
     button->setToolTip(tip);
     button->setObjectName(QLatin1String(name));
     return button;
+}
+
+// A page that needs more room than there is does not make the window larger.
+QScrollArea* Scrolled(QWidget* page)
+{
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setWidget(page);
+    return area;
 }
 } // namespace
 
@@ -78,13 +89,9 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     state->setMinimumWidth(1);
     recorded->setMinimumWidth(1);
     state->setObjectName(QStringLiteral("LinkState"));
-    auto* scrolled = new QScrollArea;
-    scrolled->setFrameShape(QFrame::NoFrame);
-    scrolled->setWidgetResizable(true);
-    scrolled->setWidget(BuildLink());
-    tabs->addTab(scrolled, tr("Link"));
-    tabs->addTab(BuildFlight(), tr("Flight"));
-    tabs->addTab(mission, tr("Mission"));
+    tabs->addTab(Scrolled(BuildLink()), tr("Link"));
+    tabs->addTab(Scrolled(BuildFlight()), tr("Flight"));
+    tabs->addTab(Scrolled(mission), tr("Mission"));
     tabs->addTab(messages, tr("Messages"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(4, 4, 4, 4);
@@ -188,8 +195,7 @@ QWidget* AircraftPanel::BuildFlight()
     values->setObjectName(QStringLiteral("AircraftValues"));
     values->setHeaderLabels({tr("Quantity"), tr("Value")});
     values->setRootIsDecorated(false);
-    // A small window keeps its map.
-    values->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    values->setMinimumHeight(leastRows * fontMetrics().lineSpacing());
     messages->setMinimumHeight(2 * fontMetrics().lineSpacing());
     values->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     auto* column = new QVBoxLayout(page);
