@@ -1,9 +1,33 @@
 #include "analysis/AxBlockAltitudes.h"
 #include "scene/AxScene.h"
 
+#include <AxAlgorthm/AxMath.h>
 #include <AxData/CAxBlockManager.h>
+#include <AxData/planner/AxPlanPlane.h>
 
 #include <osgEarth/MapNode>
+
+#include <cmath>
+
+namespace {
+// The ring or line over whose ground the mean is taken: of a video block its circle.
+QList<QPointF> GroundOf(const CAxBlock& block)
+{
+    const QList<QPointF> anchor = block.GetAnchor();
+    if (block.GetBlockType() != CAxBlock::VideoBlock || anchor.size() != 1 || block.GetVideoRadius() < 1 ||
+        !(std::abs(anchor.front().y()) <= 90.0) || !std::isfinite(anchor.front().x()))
+        return anchor;
+    constexpr int corners = 36;
+    const AxPlanPlane plane(anchor);
+    QList<QPointF> ring;
+    for (int i = 0; i < corners; ++i) {
+        const double direction = DegreeToRadians(360.0 * i / corners);
+        ring += plane.ToLngLat(
+            {block.GetVideoRadius() * std::sin(direction), block.GetVideoRadius() * std::cos(direction)});
+    }
+    return ring;
+}
+} // namespace
 
 AxBlockAltitudes::AxBlockAltitudes(AxScene& drawn) : scene(drawn)
 {
@@ -38,7 +62,7 @@ void AxBlockAltitudes::slotAdded(const QString& id)
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
     if (block && block->GetAverageAltitude() != 0.0)
         asked.insert(
-            id, {block->GetAnchor(), block->GetAverageAltitude(), std::make_shared<std::atomic<bool>>(true)});
+            id, {GroundOf(*block), block->GetAverageAltitude(), std::make_shared<std::atomic<bool>>(true)});
     else
         slotChanged(id);
 }
@@ -47,14 +71,14 @@ void AxBlockAltitudes::slotChanged(const QString& id)
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
     // It may be the name alone that has changed.
-    if (!block || asked.value(id).vertices == block->GetAnchor())
+    if (!block || asked.value(id).vertices == GroundOf(*block))
         return;
     slotDeleted(id);
     if (!scene.MapNode())
         return;
     AxMeanAltitudeJob job;
     job.map = scene.MapNode()->getMap();
-    job.vertices = block->GetAnchor();
+    job.vertices = GroundOf(*block);
     job.isArea = block->GetBlockType() != CAxBlock::StripBlock;
     const auto isOff = std::make_shared<std::atomic<bool>>(false);
     asked.insert(id, {job.vertices, block->GetAverageAltitude(), isOff});

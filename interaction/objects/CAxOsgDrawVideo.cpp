@@ -20,6 +20,7 @@
 #include <AxData/CAxControl.h>
 #include <AxData/planner/AxPlanPlane.h>
 
+#include <osgEarthSymbology/TextSymbol>
 #include <osgViewer/Viewer>
 
 #include <QUndoStack>
@@ -71,6 +72,9 @@ int WholeMetres(double radius)
 CAxOsgDrawVideo::CAxOsgDrawVideo(CAxEarthViewer* viewer, QObject* parent)
     : AxBlockAdapter(viewer, parent, CAxBlock::VideoBlock), radius(usualRadius)
 {
+    // The name stands above the handle in the middle.
+    constexpr short lift = 18; // pixels
+    d->style.getOrCreate<osgEarth::Symbology::TextSymbol>()->pixelOffset() = osg::Vec2s(0, lift);
     // Tasks and projects set the radius in the record.
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, [this](const QString& id) {
         const CAxBlock* block = id == d->handleID ? GetContainedBlock() : nullptr;
@@ -171,6 +175,12 @@ double CAxOsgDrawVideo::radiusTo(const osg::Vec3d& lngLatPos) const
     return std::clamp(AxGroundDistance(d->anchors.front(), lngLatPos), leastRadius, mostRadius);
 }
 
+void CAxOsgDrawVideo::takeRim(const osg::Vec3d& lngLatPos)
+{
+    radius = radiusTo(lngLatPos);
+    rimHeading = AxRectangleShape::HeadingTo(d->anchors.front(), lngLatPos);
+}
+
 bool CAxOsgDrawVideo::isOnCentre(const osg::Vec3d& lngLatPos)
 {
     const osg::Camera* camera = d->viewer ? d->viewer->Scene().View()->getCamera() : nullptr;
@@ -227,7 +237,7 @@ void CAxOsgDrawVideo::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
     // A slow second click on the centre makes no circle.
     if (isOnCentre(lngLatPos))
         return;
-    radius = radiusTo(lngLatPos);
+    takeRim(lngLatPos);
     endedByClick = true;
     finish();
 }
@@ -247,7 +257,7 @@ void CAxOsgDrawVideo::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCo
         return;
     // On the centre that it has set itself it leaves the radius as it is.
     if (!isOnCentre(lngLatPos))
-        radius = radiusTo(lngLatPos);
+        takeRim(lngLatPos);
     finish();
 }
 
@@ -332,8 +342,7 @@ void CAxOsgDrawVideo::slotPointMoved(double lng, double lat, double alt, int ind
     const bool isFree = d->operation == OperationIdle || d->operation == OperationMovePoint;
     const bool isOfRim = index == 1 && d->anchors.size() == 1;
     if (isFree && isOfRim) {
-        radius = radiusTo(place);
-        rimHeading = AxRectangleShape::HeadingTo(d->anchors.front(), place);
+        takeRim(place);
     }
     AxBlockAdapter::slotPointMoved(lng, lat, alt, index);
     if (!isFree)

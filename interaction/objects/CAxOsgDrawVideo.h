@@ -63,6 +63,7 @@ private:
     std::vector<osg::Vec3d> circleOnGround(const osg::Vec3d& centre, double metres) const;
     bool isFinished() const;
     double radiusTo(const osg::Vec3d& lngLatPos) const;
+    void takeRim(const osg::Vec3d& lngLatPos);
     bool isOnCentre(const osg::Vec3d& lngLatPos);
     void showRadius(double metres, const osg::Vec3d& lngLatPos, const QString& hint);
     void finish();

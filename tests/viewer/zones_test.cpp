@@ -297,6 +297,9 @@ TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
     last->SetAnchor(mountains.mid(0, 1));
     ASSERT_TRUE(waitFor([&] { return last->GetAverageAltitude() != 0.0; }));
     EXPECT_EQ(known->GetAverageAltitude(), 7.0) << "what a host has set meanwhile stands";
+    const double ofSmallCircle = last->GetAverageAltitude();
+    last->SetVideoRadius(4000);
+    EXPECT_TRUE(waitFor([&] { return std::abs(last->GetAverageAltitude() - ofSmallCircle) > 10.0; }));
 
     // A block that comes back by undo: without an altitude it is asked for again, with one it keeps it.
     CAxBlock* const late = blocks.AddBlock("late", CAxBlock::PolygonBlock);
