@@ -46,6 +46,8 @@ const QList<Group>& Groups()
              {QT_TRANSLATE_NOOP("KeyHelp", "Click"), QT_TRANSLATE_NOOP("KeyHelp", "Sets a corner")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Double click"),
               QT_TRANSLATE_NOOP("KeyHelp", "Sets the last corner and ends the drawing")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Drag"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Draws a rectangle from corner to corner")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Backspace"),
               QT_TRANSLATE_NOOP("KeyHelp", "Takes the last corner back")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Escape"), QT_TRANSLATE_NOOP("KeyHelp", "Gives the drawing up")},

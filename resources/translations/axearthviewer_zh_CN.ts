@@ -1863,6 +1863,14 @@ Heights are above the ellipsoid.</source>
         <source>Puts a copy of the blocks beside them</source>
         <translation>在旁边放置测区的副本</translation>
     </message>
+    <message>
+        <source>Drag</source>
+        <translation>拖动</translation>
+    </message>
+    <message>
+        <source>Draws a rectangle from corner to corner</source>
+        <translation>从一个角到对角绘制矩形</translation>
+    </message>
 </context>
 <context>
     <name>PlanWarnings</name>
