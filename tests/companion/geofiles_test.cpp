@@ -146,7 +146,7 @@ TEST_F(GeoFiles, KmlGivesAreasLinesAndPointsOfAllFolders)
         "a.kml", kmlOf("<NetworkLink><Link><href>http://127.0.0.1:9/a.kml</href></Link></NetworkLink>" +
                        placemark(QByteArray("\xe7\x9f\xbf \"1\"\n") + QByteArray(1000, 'x'), area) +
                        "<Folder><Folder>" + placemark("road", line) + "</Folder>" +
-                       placemark("both", several) + placemark("none", "") + "</Folder>"));
+                       placemark("50%2", several) + placemark("none", "") + "</Folder>"));
     ASSERT_TRUE(read.fault.isEmpty()) << read.fault.toStdString();
     ASSERT_EQ(read.shapes.size(), 4) << read.notes.join('\n').toStdString();
     const AxGeoShape& first = read.shapes[0];
@@ -165,8 +165,8 @@ TEST_F(GeoFiles, KmlGivesAreasLinesAndPointsOfAllFolders)
     const AxGeoShape road = named("road");
     EXPECT_TRUE(road.kind == AxGeoShape::Line && road.points == (QList<QPointF>{{179.9, 1}, {-179.9, 1}}));
     EXPECT_TRUE(road.leftWidth == 30.0 && std::isnan(road.rightWidth) && std::isnan(road.altitude));
-    EXPECT_EQ(named("both 1").kind, AxGeoShape::Point);
-    EXPECT_EQ(named("both 2").points.size(), 2);
+    EXPECT_EQ(named("50%2 1").kind, AxGeoShape::Point);
+    EXPECT_EQ(named("50%2 2").points.size(), 2);
     for (const char* note : {"NetworkLink (1)", "2 parts", "1 areas have holes",
                              "1 features have no geometry", "heights of 1 shapes", "names are cut"})
         EXPECT_TRUE(HasNote(read, note)) << note << " in\n" << read.notes.join('\n').toStdString();

@@ -75,7 +75,7 @@ bool AxGeoCollector::Add(const OGRGeometry* geometry, const AxGeoSystem& system,
     for (std::size_t i = 0; i < parts.size(); ++i) {
         if (feature.isClosedLineArea && parts[i].line && IsClosed(*parts[i].line))
             parts[i].kind = AxGeoShape::Area;
-        const QString numbered = parts.size() > 1 ? QStringLiteral("%1 %2").arg(name).arg(i + 1) : name;
+        const QString numbered = parts.size() > 1 ? name + QLatin1Char(' ') + QString::number(i + 1) : name;
         if (!add(parts[i], numbered, system, feature))
             return false;
     }

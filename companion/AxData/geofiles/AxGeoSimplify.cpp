@@ -33,38 +33,52 @@ std::vector<QPointF> InMetres(const std::vector<QPointF>& points)
     return plane;
 }
 
-/// Douglas and Peucker's rule, without recursion. `plane` ends with its first point if it is a ring. False
-/// when called off.
+/// Douglas and Peucker's rule within pieces of the line, whose ends are kept: what it costs grows with the
+/// square of a piece's length at worst, however the line runs. False when called off.
 bool Keep(const std::vector<QPointF>& plane, double tolerance, std::vector<char>& isKept,
           const std::function<bool()>& goesOn)
 {
-    std::vector<std::pair<std::size_t, std::size_t>> open{{0, plane.size() - 1}};
+    constexpr std::size_t longestPiece = 1000;
     isKept.assign(plane.size(), 0);
-    isKept.front() = isKept.back() = 1;
+    isKept.back() = 1;
+    std::vector<std::pair<std::size_t, std::size_t>> open;
     std::size_t steps = 0;
-    while (!open.empty()) {
-        const auto [from, to] = open.back();
-        open.pop_back();
-        double farthest = tolerance * tolerance;
-        std::size_t at = from;
-        for (std::size_t i = from + 1; i < to; ++i)
-            if (const double off = SquareToSegment(plane[i], plane[from], plane[to]); off > farthest) {
-                farthest = off;
-                at = i;
-            }
-        steps += to - from;
+    for (std::size_t begin = 0; begin + 1 < plane.size(); begin += longestPiece) {
+        isKept[begin] = 1;
+        open.emplace_back(begin, std::min(begin + longestPiece, plane.size() - 1));
+        while (!open.empty()) {
+            const auto [from, to] = open.back();
+            open.pop_back();
+            double farthest = tolerance * tolerance;
+            std::size_t at = from;
+            for (std::size_t i = from + 1; i < to; ++i)
+                if (const double off = SquareToSegment(plane[i], plane[from], plane[to]); off > farthest) {
+                    farthest = off;
+                    at = i;
+                }
+            steps += to - from;
+            if (at == from)
+                continue;
+            isKept[at] = 1;
+            open.emplace_back(from, at);
+            open.emplace_back(at, to);
+        }
         if (steps > segmentsBetweenQuestions) {
             steps = 0;
             if (!goesOn())
                 return false;
         }
-        if (at == from)
-            continue;
-        isKept[at] = 1;
-        open.emplace_back(from, at);
-        open.emplace_back(at, to);
     }
     return true;
+}
+
+template <typename Value> void LeaveOut(std::vector<Value>& values, const std::vector<char>& isKept)
+{
+    std::size_t left = 0;
+    for (std::size_t i = 0; i < values.size(); ++i)
+        if (isKept[i])
+            values[left++] = values[i];
+    values.resize(left);
 }
 } // namespace
 
@@ -73,21 +87,21 @@ std::vector<QPointF> AxGeoSimplified(const std::vector<QPointF>& points, bool is
 {
     if (points.empty())
         return {};
-    std::vector<QPointF> plane = InMetres(points);
+    std::vector<QPointF> left = points;
     if (isRing)
-        plane.push_back(plane.front());
+        left.push_back(left.front());
+    std::vector<QPointF> plane = InMetres(left);
     std::vector<char> isKept;
-    while (Keep(plane, tolerance, isKept, goesOn)) {
-        const auto kept = std::count(isKept.begin(), isKept.begin() + std::ptrdiff_t(points.size()), char(1));
-        if (kept > most) {
-            tolerance *= 2.0;
-            continue;
-        }
-        std::vector<QPointF> left;
-        for (std::size_t i = 0; i < points.size(); ++i)
-            if (isKept[i])
-                left.push_back(points[i]);
-        return left;
+    const std::size_t wanted = std::size_t(most) + (isRing ? 1 : 0);
+    double step = tolerance;
+    for (tolerance = 0.0; left.size() > wanted; step *= 2.0) {
+        if (!Keep(plane, step, isKept, goesOn))
+            return {};
+        LeaveOut(left, isKept);
+        LeaveOut(plane, isKept);
+        tolerance += step; // each round is measured against the line of the one before
     }
-    return {};
+    if (isRing)
+        left.pop_back();
+    return left;
 }

@@ -98,7 +98,8 @@ private:
             if (opened.isDrawing)
                 feature.name = AxGeoUnescaped(feature.name);
             if (feature.name.trimmed().isEmpty())
-                feature.name = QStringLiteral("%1 %2").arg(QFileInfo(file).completeBaseName()).arg(number);
+                feature.name =
+                    QFileInfo(file).completeBaseName() + QLatin1Char(' ') + QString::number(number);
             feature.where =
                 AX_GEO_TEXT("Layer \"%1\", feature %2 (%3)")
                     .arg(layerName, QString::number(number), AxGeoOneLine(feature.name, isCut).left(40));
