@@ -5,6 +5,7 @@
 #include "host/CameraRest.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
+#include "host/exchange/GeoExchange.h"
 #include "host/FileDrop.h"
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
@@ -267,6 +268,11 @@ void MainWindow::BuildProject()
     drop->Watch(viewer->viewport());
     drop->Add(&ProjectSession::IsProjectFile,
               [this](const QStringList& files) { project->Open(files.constFirst()); });
+    exchange = new GeoExchange(viewer, this, [this](const QString& id) { return blocks->FaultOf(id); });
+    connect(exchange, &GeoExchange::Told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    connect(blocks, &BlockPanel::MenuAsked, exchange, &GeoExchange::FillBlockMenu);
+    drop->Add(&GeoExchange::IsGeoFile, [this](const QStringList& files) { exchange->Import(files); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)
@@ -308,6 +314,8 @@ void MainWindow::BuildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("&File"));
     project->FillMenu(file);
+    file->addSeparator();
+    exchange->FillMenu(file);
     file->addSeparator();
     file->addAction(tr("Save &picture..."), this, &MainWindow::OnSavePicture,
                     QKeySequence(QStringLiteral("Ctrl+Shift+P")));

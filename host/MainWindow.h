@@ -12,6 +12,7 @@ class CameraRest;
 class CAxEarthViewer;
 class EventLog;
 class FileDrop;
+class GeoExchange;
 class KeptState;
 class LogPanel;
 class PanelExtents;
@@ -86,6 +87,7 @@ private:
     KeptState* kept; ///< null: nothing is kept
     PanelExtents* extents;
     ProjectSession* project = nullptr;
+    GeoExchange* exchange = nullptr;
     FileDrop* drop = nullptr; ///< opens files of the kinds that its takers want
     QDockWidget* history = nullptr;
     QList<QDockWidget*> taskPanels; ///< tasks, height profile, coverage

@@ -1,0 +1,34 @@
+#pragma once
+#include <AxData/CAxBlock.h>
+#include <AxData/geofiles/AxGeoFile.h>
+
+#include <QCoreApplication>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+/// How the pilot wants shapes to become blocks.
+struct GeoChoice
+{
+    bool areHolesFilled = true; ///< otherwise areas with holes are left out
+    double leftWidth = 50.0;    ///< metres, of lines without widths of their own
+    double rightWidth = 50.0;
+};
+
+/// Shapes of files and blocks of the map. GUI thread.
+class GeoBlocks
+{
+    Q_DECLARE_TR_FUNCTIONS(GeoBlocks)
+public:
+    /// Why no block can be made of a shape; empty when one can.
+    static QString ReasonToLeaveOut(const AxGeoShape& shape, const GeoChoice& choice);
+    /// Records with IDs; shapes that have to be left out are passed over.
+    static std::vector<std::unique_ptr<CAxBlock>> RecordsOf(const QVector<AxGeoShape>& shapes,
+                                                            const GeoChoice& choice);
+    /// Of blocks by their IDs.
+    static QVector<AxGeoShape> ShapesOf(const QStringList& ids);
+
+    /// Metres or square metres, as the pilot reads them; empty for a point.
+    static QString SizeOf(const AxGeoShape& shape);
+};

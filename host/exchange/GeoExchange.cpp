@@ -1,0 +1,311 @@
+#include "host/exchange/GeoExchange.h"
+#include "host/exchange/GeoBlocks.h"
+#include "host/exchange/GeoImportBox.h"
+#include "interaction/AxBlockOperations.h"
+#include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "scene/base/AxLongitudes.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxAlgorthm/AxCoordinate.h>
+#include <AxBaseUI/CAxMessageBox.h>
+#include <AxBaseUI/CAxParameterEditPage.h>
+#include <AxBaseUI/CAxProgressWgt.h>
+#include <AxData/CAxBlockManager.h>
+
+#include <osgEarth/Viewpoint>
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMenu>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+namespace {
+struct Format
+{
+    AxGeoFormat format;
+    QString filter;
+    QString suffix;
+};
+
+QList<Format> Formats()
+{
+    return {{AxGeoFormat::Kml, GeoExchange::tr("KML (*.kml)"), QStringLiteral("kml")},
+            {AxGeoFormat::Kmz, GeoExchange::tr("Packed KML (*.kmz)"), QStringLiteral("kmz")},
+            {AxGeoFormat::GeoJson, GeoExchange::tr("GeoJSON (*.geojson)"), QStringLiteral("geojson")},
+            {AxGeoFormat::Shapefile, GeoExchange::tr("Shapefile (*.shp)"), QStringLiteral("shp")},
+            {AxGeoFormat::GeoPackage, GeoExchange::tr("GeoPackage (*.gpkg)"), QStringLiteral("gpkg")},
+            {AxGeoFormat::Dxf, GeoExchange::tr("DXF drawing (*.dxf)"), QStringLiteral("dxf")},
+            {AxGeoFormat::Csv, GeoExchange::tr("CSV table (*.csv)"), QStringLiteral("csv")}};
+}
+
+QStringList Suffixes()
+{
+    QStringList suffixes{QStringLiteral("json")};
+    for (const Format& format : Formats())
+        suffixes += format.suffix;
+    return suffixes;
+}
+
+/// The middle of the blocks, and how far they reach from it in metres.
+struct Extent
+{
+    QPointF middle;
+    double radius = 0.0;
+};
+
+Extent ExtentOf(const QStringList& ids)
+{
+    QList<QPointF> places;
+    for (const QString& id : ids)
+        if (const CAxBlock* block = CAxBlockManager::instance().GetBlock(id))
+            places += block->GetAnchor();
+    if (places.isEmpty())
+        return {};
+    QPointF low = places.constFirst();
+    QPointF high = low;
+    for (const QPointF& place : qAsConst(places)) {
+        const double longitude = AxLongitudes::NearestTo(low.x(), place.x());
+        low = {std::min(low.x(), longitude), std::min(low.y(), place.y())};
+        high = {std::max(high.x(), longitude), std::max(high.y(), place.y())};
+    }
+    Extent extent{(low + high) / 2.0};
+    extent.radius =
+        DistanceBetweenTwoLatLng({extent.middle.x(), extent.middle.y(), 0.0}, {high.x(), high.y(), 0.0});
+    extent.middle.setX(std::remainder(extent.middle.x(), 360.0));
+    return extent;
+}
+} // namespace
+
+GeoExchange::GeoExchange(CAxEarthViewer* earthViewer, QWidget* ofHost,
+                         std::function<QString(const QString& id)> faultOfBlock)
+    : QObject(ofHost), viewer(earthViewer), window(ofHost), faultOf(std::move(faultOfBlock))
+{
+}
+
+void GeoExchange::FillMenu(QMenu* menu)
+{
+    menu->addAction(tr("&Import areas and lines..."), this, &GeoExchange::ChooseFiles);
+    QAction* save = menu->addAction(tr("&Export blocks..."), this, [this] { Export(Chosen()); });
+    connect(menu, &QMenu::aboutToShow, save,
+            [save] { save->setEnabled(!CAxBlockManager::instance().GetBlockList().isEmpty()); });
+    connect(menu, &QMenu::aboutToHide, save, [save] { save->setEnabled(true); });
+}
+
+void GeoExchange::FillBlockMenu(QMenu* menu)
+{
+    if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
+        menu->addAction(tr("&Export block..."), this, [this, id = current->GetHandleID()] { Export({id}); });
+}
+
+bool GeoExchange::IsGeoFile(const QString& file)
+{
+    return Suffixes().contains(QFileInfo(file).suffix().toLower());
+}
+
+/// Several selected blocks, or else all.
+QStringList GeoExchange::Chosen() const
+{
+    QStringList ids;
+    for (const CAxHandleAdapter* object : viewer->GetMultiSelectAdapter())
+        if (object->GetContainedBlock())
+            ids += object->GetHandleID();
+    if (ids.size() > 1)
+        return ids;
+    ids.clear();
+    for (const CAxBlock* block : CAxBlockManager::instance().GetBlockList())
+        ids += block->GetBlockID();
+    return ids;
+}
+
+void GeoExchange::ChooseFiles()
+{
+    QFileDialog dialog(window, tr("Import areas and lines"));
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setNameFilters(
+        {tr("Areas and lines (%1)").arg(QStringLiteral("*.") + Suffixes().join(QStringLiteral(" *."))),
+         tr("All files (*)")});
+    if (dialog.exec() == QDialog::Accepted)
+        Import(dialog.selectedFiles());
+}
+
+void GeoExchange::Import(const QStringList& files)
+{
+    for (const QString& file : files)
+        ImportOne(file);
+}
+
+std::optional<AxGeoContent> GeoExchange::Read(const QString& file, const AxGeoReadOptions& options)
+{
+    constexpr int msWithoutBox = 400;
+    std::optional<AxGeoContent> content;
+    QEventLoop soon;
+    CAxProgressWgt box(tr("Import areas and lines"), window);
+    box.SetText(tr("Reading %1...").arg(QFileInfo(file).fileName()));
+    box.VisibleBtnCannel(true);
+    const auto make = [this, file, options,
+                       shown = QPointer<CAxProgressWgt>(&box)](const std::atomic<bool>& off) {
+        int told = 0;
+        return AxReadGeoFile(file, options, [&](int done, int all) {
+            constexpr int mostTold = 100;
+            if (!off && done - told > all / mostTold) {
+                told = done;
+                const auto show = [shown, done, all] {
+                    if (shown) {
+                        shown->SetMaxValue(all + 1); // it ends with the result, not with the last feature
+                        shown->SetValue(done);
+                    }
+                };
+                QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+            }
+            return !off;
+        });
+    };
+    reading.Start(make, [&](AxGeoContent read) {
+        content = std::move(read);
+        soon.quit();
+        box.accept();
+    });
+    QTimer::singleShot(msWithoutBox, &soon, &QEventLoop::quit);
+    soon.exec(QEventLoop::ExcludeUserInputEvents);
+    if (!content)
+        box.exec();
+    reading.CallOff();
+    return content;
+}
+
+std::optional<AxGeoContent> GeoExchange::ReadWithSystem(const QString& file)
+{
+    AxGeoReadOptions options;
+    for (;;) {
+        std::optional<AxGeoContent> content = Read(file, options);
+        if (!content ||
+            (!content->isSystemMissing && (content->fault.isEmpty() || options.assumedSystem.isEmpty())))
+            return content;
+        CAxParameterEditPage form(window);
+        form.SetWindowTitle(tr("Coordinate system"));
+        form.SetDialogInfo(
+            content->isSystemMissing
+                ? tr("%1 does not say which coordinate system it uses.").arg(QFileInfo(file).fileName())
+                : content->fault);
+        form.SetElementName(tr("EPSG code, as EPSG:32632:"), {});
+        form.SetElement1Value(lastSystem, true);
+        if (form.exec() != QDialog::Accepted)
+            return {};
+        lastSystem = form.GetElement1Value().trimmed();
+        static const QRegularExpression digits(QStringLiteral("^\\d+$"));
+        options.assumedSystem =
+            (digits.match(lastSystem).hasMatch() ? QStringLiteral("EPSG:") : QString()) + lastSystem;
+    }
+}
+
+void GeoExchange::ImportOne(const QString& file)
+{
+    const std::optional<AxGeoContent> content = ReadWithSystem(file);
+    if (!content)
+        return;
+    if (!content->fault.isEmpty()) {
+        Tell(tr("Import areas and lines"), tr("Nothing was imported."),
+             QStringList(content->fault) + content->notes);
+        return;
+    }
+    GeoImportBox box(*content, file, window);
+    if (box.exec() != QDialog::Accepted)
+        return;
+    std::vector<std::unique_ptr<CAxBlock>> records = GeoBlocks::RecordsOf(box.Wanted(), box.Choice());
+    const int wanted = int(records.size());
+    AxBlockOperations* operations = viewer->GetBlockOperations();
+    if (wanted == 0 || !operations)
+        return;
+    const QStringList made = operations->Replace({}, std::move(records), tr("Import"));
+    TellImported(made, wanted);
+    FlyTo(made);
+}
+
+void GeoExchange::TellImported(const QStringList& ids, int wanted)
+{
+    if (ids.size() < wanted)
+        Tell(
+            tr("Import areas and lines"),
+            tr("%1 of %2 blocks cannot be drawn and were not imported.").arg(wanted - ids.size()).arg(wanted),
+            {});
+    const auto refused =
+        std::count_if(ids.begin(), ids.end(), [this](const QString& id) { return !faultOf(id).isEmpty(); });
+    if (refused > 0)
+        emit Told(tr("%1 of %2 imported blocks would be refused if they were drawn; they have a warning sign "
+                     "in the list.")
+                      .arg(refused)
+                      .arg(ids.size()));
+    else
+        emit Told(tr("%1 blocks imported").arg(ids.size()));
+}
+
+void GeoExchange::FlyTo(const QStringList& ids)
+{
+    constexpr double leastRange = 500.0; // metres
+    constexpr double radiiAway = 3.0;
+    constexpr double flightSeconds = 2.0;
+    if (ids.isEmpty())
+        return;
+    const Extent extent = ExtentOf(ids);
+    viewer->getManipulator()->setViewpoint(
+        osgEarth::Viewpoint("", extent.middle.x(), extent.middle.y(), 0.0, 0.0, -90.0,
+                            std::max(leastRange, radiiAway * extent.radius)),
+        flightSeconds);
+}
+
+void GeoExchange::Export(const QStringList& ids)
+{
+    const QVector<AxGeoShape> shapes = GeoBlocks::ShapesOf(ids);
+    if (shapes.isEmpty())
+        return;
+    const QList<Format> formats = Formats();
+    QStringList filters;
+    for (const Format& format : formats)
+        filters += format.filter;
+    QFileDialog dialog(window, tr("Export blocks"));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(filters);
+    dialog.setDefaultSuffix(formats.constFirst().suffix);
+    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
+        dialog.setDefaultSuffix(formats[qMax(0, filters.indexOf(filter))].suffix);
+    });
+    QString name = shapes.size() == 1 ? shapes.constFirst().name : tr("blocks");
+    name.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|\\x00-\\x1f]")), QStringLiteral("_"));
+    dialog.selectFile(name);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const QString file = dialog.selectedFiles().constFirst();
+    const auto ofName = std::find_if(formats.begin(), formats.end(), [&](const Format& format) {
+        return format.suffix == QFileInfo(file).suffix().toLower();
+    });
+    const AxGeoFormat format = ofName != formats.end()
+                                   ? ofName->format
+                                   : formats[qMax(0, filters.indexOf(dialog.selectedNameFilter()))].format;
+    const AxGeoWritten written = AxWriteGeoFile(file, format, shapes);
+    if (!written.fault.isEmpty())
+        Tell(tr("Export blocks"), tr("The blocks were not written."), {written.fault});
+    else if (!written.notes.isEmpty())
+        Tell(tr("Export blocks"), tr("%1 is written.").arg(QDir::toNativeSeparators(file)), written.notes);
+    else
+        emit Told(tr("%1 blocks written to %2").arg(shapes.size()).arg(QDir::toNativeSeparators(file)));
+}
+
+void GeoExchange::Tell(const QString& title, const QString& text, const QStringList& details)
+{
+    CAxMessageBox box(window);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(title);
+    box.SetMsgText(text);
+    box.SetDetails(details.join(QLatin1Char('\n')));
+    box.SetBtnHidden(false, true, false);
+    box.exec();
+}

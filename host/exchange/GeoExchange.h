@@ -1,0 +1,56 @@
+#pragma once
+#include "host/tasks/PlanWork.h"
+
+#include <AxData/geofiles/AxGeoFile.h>
+
+#include <QObject>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+class CAxEarthViewer;
+class QMenu;
+class QWidget;
+
+/**
+ * Areas and lines of files become blocks, as one step that can be undone, and blocks become files; with the
+ * dialogs that go with it. Owned by the window; GUI thread, files are read beside it.
+ */
+class GeoExchange : public QObject
+{
+    Q_OBJECT
+public:
+    /// Viewer and window outlive it. `faultOf` tells why drawing would refuse a block that is drawn.
+    GeoExchange(CAxEarthViewer* viewer, QWidget* window, std::function<QString(const QString& id)> faultOf);
+
+    void FillMenu(QMenu* menu);
+    /// The menu of the list's current block.
+    void FillBlockMenu(QMenu* menu);
+
+    static bool IsGeoFile(const QString& file); ///< by its name
+    /// Reads the files one after the other; the pilot chooses what becomes a block.
+    void Import(const QStringList& files);
+
+signals:
+    void Told(const QString& text); ///< for the status bar
+
+private:
+    void ChooseFiles();
+    void Export(const QStringList& ids);
+    /// With a progress box while it takes long; nothing when the pilot cancels.
+    std::optional<AxGeoContent> Read(const QString& file, const AxGeoReadOptions& options);
+    /// Asks for the coordinate system of a file that names none.
+    std::optional<AxGeoContent> ReadWithSystem(const QString& file);
+    void ImportOne(const QString& file);
+    void FlyTo(const QStringList& ids);
+    void TellImported(const QStringList& ids, int wanted);
+    void Tell(const QString& title, const QString& text, const QStringList& details);
+    QStringList Chosen() const;
+
+    CAxEarthViewer* viewer;
+    QWidget* window;
+    std::function<QString(const QString&)> faultOf;
+    QString lastSystem = QStringLiteral("EPSG:4326");
+    PlanWork reading;
+};

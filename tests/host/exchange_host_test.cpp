@@ -1,0 +1,151 @@
+// Areas and lines of files as blocks of a real viewer, and back.
+#include "ModalBox.h"
+#include "ViewerFixture.h"
+
+#include "host/exchange/GeoBlocks.h"
+#include "host/exchange/GeoExchange.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <QComboBox>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+#include <QUndoStack>
+
+namespace {
+const char* const fields = R"({"type":"FeatureCollection","features":[
+{"type":"Feature","properties":{"name":"Pit"},"geometry":{"type":"Polygon","coordinates":[
+ [[-105,37.4],[-104.99,37.4],[-104.99,37.41],[-105,37.4]],[[-104.995,37.402],[-104.992,37.402],[-104.992,37.404],[-104.995,37.402]]]}},
+{"type":"Feature","properties":{"name":"Pit"},"geometry":{"type":"Polygon","coordinates":[
+ [[-105.02,37.4],[-105.01,37.4],[-105.01,37.41],[-105.02,37.4]]]}},
+{"type":"Feature","properties":{"name":"Road","left_m":20},"geometry":{"type":"LineString","coordinates":[
+ [-105,37.42],[-104.99,37.43],[-104.98,37.42]]}},
+{"type":"Feature","properties":{"name":"Tower","radius_m":120},"geometry":{"type":"Point","coordinates":[-105,37.44]}},
+{"type":"Feature","properties":{"name":"Stone"},"geometry":{"type":"Point","coordinates":[-105,37.45]}}]})";
+
+class Exchange : public ViewerFixture
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        Open();
+        ASSERT_TRUE(viewer->getMapNode());
+    }
+    static void TearDownTestSuite() { Close(); }
+    void SetUp() override
+    {
+        exchange = std::make_unique<GeoExchange>(viewer, &window, [](const QString&) { return QString(); });
+        viewer->GetUndoStack()->clear();
+    }
+    void TearDown() override
+    {
+        exchange.reset();
+        viewer->GetUndoStack()->clear();
+        viewer->RemoveAllHanderAdapter(true);
+        CAxBlockManager::instance().DeleteAllBlocks();
+    }
+    QString Put(const char* name, const QByteArray& contents)
+    {
+        QFile file(folder.filePath(QLatin1String(name)));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(contents);
+        return file.fileName();
+    }
+    static QStringList Names()
+    {
+        QStringList names;
+        for (const CAxBlock* block : CAxBlockManager::instance().GetBlockList())
+            names += block->GetBlockName();
+        names.sort();
+        return names;
+    }
+    static CAxBlock* BlockOf(const char* name)
+    {
+        for (CAxBlock* block : CAxBlockManager::instance().GetBlockList())
+            if (block->GetBlockName() == QLatin1String(name))
+                return block;
+        return nullptr;
+    }
+
+    QTemporaryDir folder;
+    QWidget window;
+    std::unique_ptr<GeoExchange> exchange;
+};
+} // namespace
+
+TEST_F(Exchange, AnImportIsOneStepThatUndoTakesBack)
+{
+    ModalBox box;
+    exchange->Import({Put("fields.geojson", fields)});
+    EXPECT_EQ(box.titles, QStringList{QStringLiteral("Import areas and lines")});
+    ASSERT_EQ(CAxBlockManager::instance().GetBlockList().size(), 4) << Names().join(", ").toStdString();
+    const CAxBlock* pit = BlockOf("Pit");
+    CAxBlock* road = BlockOf("Road");
+    const CAxBlock* tower = BlockOf("Tower");
+    ASSERT_TRUE(pit && road && tower);
+    EXPECT_TRUE(pit->GetBlockType() == CAxBlock::PolygonBlock && pit->GetAnchor().size() == 3);
+    double left = 0.0;
+    double right = 0.0;
+    road->GetTaskPara()->GetBandingOffset(left, right);
+    EXPECT_TRUE(road->GetBlockType() == CAxBlock::StripBlock && left == 20.0 && right == 50.0);
+    EXPECT_TRUE(tower->GetBlockType() == CAxBlock::VideoBlock && tower->GetVideoRadius() == 120);
+    for (const CAxBlock* block : CAxBlockManager::instance().GetBlockList())
+        EXPECT_TRUE(viewer->FindExistNode(block->GetBlockID())) << block->GetBlockName().toStdString();
+    QStringList names = Names();
+    EXPECT_EQ(names.removeDuplicates(), 0);
+
+    const QVector<AxGeoShape> written =
+        GeoBlocks::ShapesOf({pit->GetBlockID(), road->GetBlockID(), tower->GetBlockID()});
+    const QString file = folder.filePath(QStringLiteral("again.gpkg"));
+    ASSERT_TRUE(AxWriteGeoFile(file, AxGeoFormat::GeoPackage, written).fault.isEmpty());
+    const std::vector<std::unique_ptr<CAxBlock>> again =
+        GeoBlocks::RecordsOf(AxReadGeoFile(file).shapes, GeoChoice());
+    ASSERT_EQ(again.size(), 3u);
+    for (std::size_t i = 0; i < again.size(); ++i) {
+        const CAxBlock* meant = BlockOf(written[int(i)].name.toUtf8().constData());
+        EXPECT_TRUE(meant && again[i]->GetBlockType() == meant->GetBlockType() &&
+                    again[i]->GetAnchor().size() == meant->GetAnchor().size());
+    }
+    again[1]->GetTaskPara()->GetBandingOffset(left, right);
+    EXPECT_TRUE(left == 20.0 && right == 50.0 && again[2]->GetVideoRadius() == 120);
+
+    ASSERT_EQ(viewer->GetUndoStack()->count(), 1);
+    viewer->GetUndoStack()->undo();
+    EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+    viewer->GetUndoStack()->redo();
+    EXPECT_EQ(Names(), names);
+}
+
+TEST_F(Exchange, ThePilotChoosesWhatBecomesABlock)
+{
+    ModalBox box;
+    box.answers = {[](QDialog& dialog) {
+        auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("FoundShapes"));
+        ASSERT_TRUE(list && list->topLevelItemCount() == 5);
+        EXPECT_EQ(list->topLevelItem(4)->checkState(0), Qt::Unchecked) << "a mere point";
+        dialog.findChild<QComboBox*>()->setCurrentIndex(1); // leaves out what has holes
+        list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
+        ModalBox::Press(QStringLiteral("Import"))(dialog);
+    }};
+    exchange->Import({Put("fields.geojson", fields)});
+    EXPECT_EQ(Names(), (QStringList{QStringLiteral("Pit"), QStringLiteral("Tower")}));
+}
+
+TEST_F(Exchange, AFileWithoutACoordinateSystemIsAskedForAndABadOneIsTold)
+{
+    const QByteArray drawing =
+        "0\nSECTION\n2\nENTITIES\n0\nLWPOLYLINE\n8\nPit\n90\n3\n70\n1\n10\n500000\n20\n5205266\n"
+        "10\n501000\n20\n5205266\n10\n501000\n20\n5206266\n0\nENDSEC\n0\nEOF\n";
+    ModalBox box;
+    box.answers = {ModalBox::Fill({QStringLiteral("nonsense")}), ModalBox::Fill({QStringLiteral("32632")}),
+                   ModalBox::Press(QStringLiteral("Import"))};
+    exchange->Import({Put("pit.dxf", drawing)});
+    ASSERT_TRUE(BlockOf("Pit"));
+    EXPECT_NEAR(BlockOf("Pit")->GetAnchor()[0].x(), 9.0, 1e-6);
+    exchange->Import({Put("bad.kml", "<kml>")});
+    EXPECT_TRUE(box.texts.join(' ').contains(QStringLiteral("bad.kml")))
+        << box.texts.join('\n').toStdString();
+    EXPECT_EQ(CAxBlockManager::instance().GetBlockList().size(), 1);
+}
