@@ -55,9 +55,14 @@ template <typename T> bool AreSame(const QList<T>& a, const QList<T>& b)
 
 bool AreSame(const QMap<int, QList<CAxVector3D>>& a, const QMap<int, QList<CAxVector3D>>& b)
 {
-    return a.keys() == b.keys() &&
-           std::equal(a.begin(), a.end(), b.begin(),
-                      [](const auto& left, const auto& right) { return AreSame(left, right); });
+    if (a.isSharedWith(b))
+        return true;
+    if (a.size() != b.size())
+        return false;
+    for (auto left = a.begin(), right = b.begin(); left != a.end(); ++left, ++right)
+        if (left.key() != right.key() || !AreSame(left.value(), right.value()))
+            return false;
+    return true;
 }
 
 bool IsSame(const AxMission& a, const AxMission& b)
