@@ -78,6 +78,7 @@ protected:
 TEST_F(Exchange, AnImportIsOneStepThatUndoTakesBack)
 {
     ModalBox box;
+    box.answers = {ModalBox::Press(QStringLiteral("Import"))};
     exchange->Import({Put("fields.geojson", fields)});
     EXPECT_EQ(box.titles, QStringList{QStringLiteral("Import areas and lines")});
     ASSERT_EQ(CAxBlockManager::instance().GetBlockList().size(), 4) << Names().join(", ").toStdString();
