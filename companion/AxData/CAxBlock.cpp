@@ -14,7 +14,13 @@ bool IsSameRing(const QList<QPointF>& left, const QList<QPointF>& right)
 }
 } // namespace
 
-CAxBlock::CAxBlock(const QString& id, EBlockType type) : m_id(id), m_type(type) {}
+CAxBlock::CAxBlock(const QString& id, EBlockType type) : m_id(id), m_type(type)
+{
+    m_taskPara.m_widthsChanged.call = [this] {
+        if (m_manager)
+            m_manager->OnChanged(m_id);
+    };
+}
 
 CAxBlock::~CAxBlock() = default;
 

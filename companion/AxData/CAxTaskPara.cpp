@@ -8,8 +8,12 @@ void CAxTaskPara::GetBandingOffset(double& left, double& right) const
 
 void CAxTaskPara::SetBandingOffset(double left, double right)
 {
+    if (left == m_bandingLeft && right == m_bandingRight)
+        return;
     m_bandingLeft = left;
     m_bandingRight = right;
+    if (m_widthsChanged.call)
+        m_widthsChanged.call();
 }
 
 bool CAxTaskPara::HasThreeDirections() const

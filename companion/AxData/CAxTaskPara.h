@@ -5,6 +5,8 @@
 #include <AxData/AxDataExport.h>
 #include <AxData/CAxExtendedTaskParam.h>
 
+#include <functional>
+
 /// The planning parameters of a block. Owned by its CAxBlock, as are the records it hands out; none of the
 /// pointers is ever null. GUI thread only.
 class AXDATA_EXPORT CAxTaskPara
@@ -37,7 +39,8 @@ public:
     bool AreZonesHoles() const { return m_zonesAsHoles; }
     void SetZonesAsHoles(bool holes) { m_zonesAsHoles = holes; }
 
-    /// The widths of a strip block in metres to the left and to the right of its centre line.
+    /// The widths of a strip block in metres to the left and to the right of its centre line. A change of
+    /// those of a registered block is told by CAxBlockManager::blockChanged.
     void GetBandingOffset(double& left, double& right) const;
     void SetBandingOffset(double left, double right);
 
@@ -51,6 +54,17 @@ public:
     const CAxExtendedTaskParam* GetExtendedTaskParam() const { return &m_extended; }
 
 private:
+    friend class CAxBlock;
+
+    // Of the block whose parameters these are. Copies of them are not the block's.
+    struct Listener
+    {
+        Listener() = default;
+        Listener(const Listener&) {}
+        Listener& operator=(const Listener&) { return *this; }
+        std::function<void()> call;
+    };
+    Listener m_widthsChanged;
     EPlaneType m_planeType = PlaneFixedWing;
     ECameraType m_cameraType = CameraFullFrame;
     int m_expectedRouteCount = 0;

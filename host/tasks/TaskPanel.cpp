@@ -127,20 +127,10 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
         if (id != blockID)
             return;
         title->setText(tr("Tasks of %1").arg(Block()->GetBlockName()));
-        parameters->ShowRadius();
+        parameters->ShowSizes();
     });
     connect(routes, &TaskRoutes::Planned, this, &TaskPanel::OnPlanned);
     connect(routes, &TaskRoutes::EntryClicked, this, &TaskPanel::OnEntryClicked);
-    connect(parameters, &TaskParameters::WidthsSet, this, [this](const QString& id) {
-        CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
-        CAxHandleAdapter* strip = viewer->GetHandleAdapter(id);
-        double left = 0.0;
-        double right = 0.0;
-        if (!block || !strip)
-            return;
-        block->GetTaskPara()->GetBandingOffset(left, right);
-        strip->SetWidth(left, right);
-    });
     connect(parameters, &TaskParameters::HomeWanted, this, [this](bool wanted) {
         homeClick->Want(wanted ? blockID : QString());
         parameters->ShowSettingHome(homeClick->IsWanted());

@@ -272,7 +272,6 @@ void TaskParameters::AddPasses()
     passes->setSpecialValueText(tr("By the overlap"));
     const auto setWidths = [this](CAxBlock& block, double) {
         block.GetTaskPara()->SetBandingOffset(left->value(), right->value());
-        emit WidthsSet(block.GetBlockID());
     };
     left = AddNumber(tr("Width to the left"), tr(" m"), 0.0, 10000.0, 1, setWidths);
     right = AddNumber(tr("Width to the right"), tr(" m"), 0.0, 10000.0, 1, setWidths);
@@ -388,12 +387,23 @@ void TaskParameters::Load(CAxBlock& block)
     ShowHints(block);
 }
 
-void TaskParameters::ShowRadius()
+void TaskParameters::ShowSizes()
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
+    if (!block)
+        return;
     const QScopedValueRollback<bool> guard(isLoading, true);
-    if (block && static_cast<int>(radius->value()) != block->GetVideoRadius())
-        radius->setValue(block->GetVideoRadius());
+    double leftWidth = 0.0;
+    double rightWidth = 0.0;
+    block->GetTaskPara()->GetBandingOffset(leftWidth, rightWidth);
+    // A value set again would end what is being typed.
+    const auto show = [](QDoubleSpinBox* field, double value) {
+        if (field->value() != value)
+            field->setValue(value);
+    };
+    show(left, leftWidth);
+    show(right, rightWidth);
+    show(radius, block->GetVideoRadius());
 }
 
 void TaskParameters::ShowFlownHeading(std::optional<double> degrees)

@@ -31,8 +31,8 @@ public:
     void ShowBlock(const QString& id);
     /// Home and the entry point, as they are now in the record.
     void ShowPlaces();
-    /// The radius of a video block, as the map has changed it.
-    void ShowRadius();
+    /// The radius of a video block and the widths of a strip, as the map has changed them.
+    void ShowSizes();
     /// Says beside the field that was changed last why there is no route; empty when there is one.
     void ShowFault(const QString& fault);
     /// The heading that the planner has chosen, degrees, where the choice is its own.
@@ -43,8 +43,6 @@ public:
 signals:
     /// A click on the map is to set home, or is not to any more.
     void HomeWanted(bool wanted);
-    /// The widths of a strip are others.
-    void WidthsSet(const QString& blockID);
 
 private:
     QDoubleSpinBox* AddNumber(const QString& name, const QString& unit, double least, double most,

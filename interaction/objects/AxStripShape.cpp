@@ -30,28 +30,34 @@ bool IsSamePoint(const CAxPoint2D& a, const CAxPoint2D& b)
     return a.x() == b.x() && a.y() == b.y();
 }
 
-// Brings `from` and `to`, which belong together, up to date: points at the beginning and at the end of `from`
-// that are still the same are not converted again. False, with both empty, for what cannot be.
+// Brings `from` and `to`, which belong together, up to date: points of `from` that are still the same,
+// counted from the beginning or, when some came or went, from the end, are not converted again. False, with
+// both empty, for what cannot be.
 template <typename Convert>
 bool ConvertChanged(const std::vector<CAxPoint2D>& wanted, std::vector<CAxPoint2D>& from,
                     std::vector<CAxPoint2D>& to, const Convert& convert)
 {
-    const auto least = static_cast<std::ptrdiff_t>(std::min(wanted.size(), from.size()));
-    const std::ptrdiff_t before =
-        std::mismatch(wanted.begin(), wanted.begin() + least, from.begin(), IsSamePoint).first -
-        wanted.begin();
-    const std::ptrdiff_t behind =
-        std::mismatch(wanted.rbegin(), wanted.rbegin() + (least - before), from.rbegin(), IsSamePoint).first -
-        wanted.rbegin();
-    std::vector<CAxPoint2D> changed(wanted.begin() + before, wanted.end() - behind);
+    std::vector<CAxPoint2D> converted(wanted.size());
+    std::vector<std::size_t> places;
+    std::vector<CAxPoint2D> changed;
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        const std::size_t fromEnd = i + from.size() - wanted.size(); // wraps around where there is none
+        if (i < from.size() && IsSamePoint(from[i], wanted[i]))
+            converted[i] = to[i];
+        else if (fromEnd < from.size() && IsSamePoint(from[fromEnd], wanted[i]))
+            converted[i] = to[fromEnd];
+        else {
+            places.push_back(i);
+            changed.push_back(wanted[i]);
+        }
+    }
     if (!changed.empty() && !convert(changed, changed)) {
         from.clear();
         to.clear();
         return false;
     }
-    std::vector<CAxPoint2D> converted(to.begin(), to.begin() + before);
-    converted.insert(converted.end(), changed.begin(), changed.end());
-    converted.insert(converted.end(), to.end() - behind, to.end());
+    for (std::size_t i = 0; i < places.size(); ++i)
+        converted[places[i]] = changed[i];
     to = std::move(converted);
     from = wanted;
     return true;

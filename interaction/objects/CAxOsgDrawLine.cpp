@@ -9,6 +9,8 @@
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
 
+#include <AxData/CAxBlockManager.h>
+
 #include <osg/BoundingBox>
 
 #include <cmath>
@@ -24,6 +26,13 @@ bool IsSameVertex(const osg::Vec3d& a, const osg::Vec3d& b)
 CAxOsgDrawLine::CAxOsgDrawLine(CAxEarthViewer* viewer, QObject* parent)
     : AxBlockAdapter(viewer, parent, CAxBlock::StripBlock)
 {
+    // Tasks, projects and undo set the widths in the record.
+    connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, [this](const QString& id) {
+        if (id == d->handleID && d->operation == OperationIdle && takeWidthsOfRecord()) {
+            updateAdapter();
+            DrawNameLabel();
+        }
+    });
 }
 
 CAxOsgDrawLine::~CAxOsgDrawLine() = default;
@@ -59,17 +68,24 @@ void CAxOsgDrawLine::SetWidth(double left, double right)
 {
     if (!(left >= 0.0) || !(right >= 0.0) || !std::isfinite(left) || !std::isfinite(right))
         return;
-    takeWidths(left, right);
+    width1 = left;
+    width2 = right;
     if (CAxBlock* block = GetContainedBlock())
         block->GetTaskPara()->SetBandingOffset(left, right);
     updateAdapter();
     DrawNameLabel();
 }
 
-void CAxOsgDrawLine::takeWidths(double left, double right)
+// True when they were others.
+bool CAxOsgDrawLine::takeWidthsOfRecord()
 {
-    width1 = left;
-    width2 = right;
+    const CAxBlock* block = GetContainedBlock();
+    if (!block)
+        return false;
+    const double left = width1;
+    const double right = width2;
+    block->GetTaskPara()->GetBandingOffset(width1, width2);
+    return left != width1 || right != width2;
 }
 
 bool CAxOsgDrawLine::GetBlockElevation()
@@ -100,12 +116,7 @@ CAxVector3D CAxOsgDrawLine::GetGravityLatLng()
 
 void CAxOsgDrawLine::ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor)
 {
-    if (CAxBlock* block = GetContainedBlock()) {
-        double left = 0.0;
-        double right = 0.0;
-        block->GetTaskPara()->GetBandingOffset(left, right);
-        takeWidths(left, right);
-    }
+    takeWidthsOfRecord();
     AxBlockAdapter::ImportGeometry(points, enableEditor);
 }
 

@@ -64,7 +64,7 @@ private:
     struct Typed;
     std::optional<Typed> read(const QStringList& values, const QString& oldName);
     bool fillIn(bool isNew);
-    void takeWidths(double left, double right);
+    bool takeWidthsOfRecord();
     void changeWidths(double left, double right);
     const std::vector<osg::Vec3d>& band();
     void tell(const QString& text, const QString& details = {});

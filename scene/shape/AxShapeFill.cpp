@@ -63,6 +63,21 @@ osg::Vec3d MiddleOf(const std::vector<osg::Vec3d>& outline, double& cosine)
     }
     return best;
 }
+
+// Whether all triangles of a ring that does not cross itself go round as they did.
+bool AreUpright(const AxRingFill& fill, const std::vector<osg::Vec2d>& ring)
+{
+    if (fill.triangles.empty() || !fill.crossings.empty())
+        return false;
+    for (std::size_t i = 0; i < fill.triangles.size(); i += 3) {
+        const osg::Vec2d& corner = ring[fill.triangles[i]];
+        const osg::Vec2d one = ring[fill.triangles[i + 1]] - corner;
+        const osg::Vec2d other = ring[fill.triangles[i + 2]] - corner;
+        if (!(one.x() * other.y() - one.y() * other.x() > 0.0))
+            return false;
+    }
+    return true;
+}
 } // namespace
 
 // The points around `middle`, in a plane where they reach no farther than 1.
@@ -108,7 +123,11 @@ void AxShapeSurface::Triangulate()
     if (ring.empty())
         return;
 
-    const AxRingFill fill = AxFillRing(ring);
+    if (filledCorners != ring.size() || !AreUpright(latestFill, ring)) {
+        latestFill = AxFillRing(ring);
+        filledCorners = ring.size();
+    }
+    const AxRingFill& fill = latestFill;
     std::vector<unsigned> meshIndex = corners;
     for (const AxRingFill::Crossing& crossing : fill.crossings) {
         osg::Vec3d normal;

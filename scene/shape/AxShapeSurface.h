@@ -1,5 +1,6 @@
 #pragma once
 #include "scene/base/AxEarthViewerExport.h"
+#include "scene/shape/AxRingTriangles.h"
 
 #include <osg/Vec2d>
 #include <osg/Vec3d>
@@ -54,7 +55,11 @@ public:
     void Refine(const AxHeightSource& heights);
 
     /// Makes the next SetVertices() ask for all heights again.
-    void ForgetHeights() { edges.clear(); }
+    void ForgetHeights()
+    {
+        edges.clear();
+        filledCorners = 0;
+    }
 
     const AxShapeMesh& Mesh() const { return mesh; }
     /// Of each of the mesh's points: the ellipsoid's outward normal below it, of length 1.
@@ -110,6 +115,11 @@ private:
     std::vector<unsigned> edgeOf;
     std::vector<unsigned> placeOf;
     std::vector<unsigned> edgeStarts; // an edge's first point
+
+    // Of the latest fill: of how many corners it is, and its triangles of them. While these stay the right
+    // way round, as most do while a vertex is dragged, they fill the next shape as well.
+    std::size_t filledCorners = 0;
+    AxRingFill latestFill;
 
     // The fill as it is spanned between the vertices, and how many points it has.
     std::vector<unsigned> spanned;
