@@ -1,0 +1,228 @@
+// Projects on a real viewer, and files that are dropped.
+#include "ModalBox.h"
+#include "ViewerFixture.h"
+
+#include "host/FileDrop.h"
+#include "host/project/ProjectOnMap.h"
+#include "host/project/ProjectSession.h"
+#include "interaction/objects/CAxHandleAdapter.h"
+
+#include <AxData/CAxBlockManager.h>
+#include <AxData/project/AxProjectFile.h>
+
+#include <QDropEvent>
+#include <QFile>
+#include <QFileDialog>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <QUndoStack>
+#include <QUrl>
+#include <QWidget>
+
+#include <memory>
+
+namespace {
+class Project : public ViewerFixture
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        Open();
+        ASSERT_TRUE(viewer->getMapNode());
+    }
+    static void TearDownTestSuite() { Close(); }
+    void SetUp() override
+    {
+        NewSession();
+        session->Start({});
+    }
+    void TearDown() override
+    {
+        session->End();
+        session.reset();
+        ProjectOnMap::Show(*viewer, {});
+    }
+    void NewSession()
+    {
+        window.setWindowTitle(QStringLiteral("Host"));
+        session = std::make_unique<ProjectSession>(viewer, &window, folder.filePath("recovery"), false);
+        QObject::connect(session.get(), &ProjectSession::Told, &window,
+                         [this](const QString& text) { told = text; });
+    }
+
+    static AxProject Two()
+    {
+        AxProject project;
+        for (int i = 0; i < 2; ++i) {
+            AxProjectBlock block;
+            block.id = QStringLiteral("id%1").arg(i);
+            block.name = QStringLiteral("Block of %1").arg(i);
+            block.anchors = {{10.0 + i, 0.0}, {10.01 + i, 0.0}, {10.01 + i, 0.01}};
+            block.isLocked = i == 0;
+            block.isVisible = i == 1;
+            block.tasks += AxProjectTask{QStringLiteral("t"), QStringLiteral("Task"), {}, 1, {}, nullptr};
+            project.blocks += block;
+        }
+        project.marks += AxProjectMark{QStringLiteral("m"), QStringLiteral("Gate"), 1.0, 2.0, 3.0, {}};
+        project.values[QStringLiteral("units")] = QStringLiteral("mu");
+        project.view = AxProjectView{10.5, 0.005, 0.0, 30.0, -40.0, 90000.0};
+        return project;
+    }
+    QString Saved(const char* name, const AxProject& project = Two()) const
+    {
+        const QString path = folder.filePath(QLatin1String(name));
+        EXPECT_TRUE(AxWriteProject(path, project));
+        return path;
+    }
+    static void Rename(const char* name)
+    {
+        CAxBlockManager::instance().GetBlock("id1")->SetBlockName(QLatin1String(name));
+    }
+
+    QTemporaryDir folder;
+    QWidget window;
+    ModalBox boxes;
+    QString told;
+    std::unique_ptr<ProjectSession> session;
+};
+} // namespace
+
+TEST_F(Project, IsShownAsItWasSaved)
+{
+    const AxProject saved = Two();
+    viewer->GetUndoStack()->push(new QUndoCommand(QStringLiteral("of the former project")));
+    const QString path = Saved("a.axproject");
+    ASSERT_TRUE(session->Open(path));
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+    const AxProject seen = ProjectOnMap::Look(*viewer, saved);
+    EXPECT_TRUE(AxIsSameWork(seen, saved));
+    EXPECT_NEAR(seen.view->range, 90000.0, 1.0);
+    EXPECT_NEAR(seen.view->longitude, 10.5, 1e-6);
+    EXPECT_TRUE(viewer->FindExistNode("id0")->IsLock());
+    EXPECT_FALSE(viewer->FindExistNode("id0")->IsVisible());
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*] - Host"));
+    // What nothing shows is saved again.
+    Rename("Quarry");
+    ASSERT_TRUE(waitFor([this] { return window.isWindowModified(); }, 5000));
+    boxes.answers = {ModalBox::Press(QStringLiteral("&Save"))};
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_FALSE(window.isWindowModified());
+    AxProject wanted = saved;
+    wanted.blocks[1].name = QStringLiteral("Quarry");
+    EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, wanted));
+}
+
+TEST_F(Project, IsLeftOnlyAfterAQuestion)
+{
+    const QString path = Saved("a.axproject");
+    ASSERT_TRUE(session->Open(path));
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_EQ(boxes.count, 0);
+    // Undone edits are no changes.
+    const QString name = QStringLiteral("Block of 1");
+    Rename("Quarry");
+    Rename("Block of 1");
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_EQ(boxes.count, 0);
+    Rename("Quarry");
+    boxes.answers = {ModalBox::Press(QStringLiteral("Cancel")),
+                     ModalBox::Press(QStringLiteral("&Discard changes")),
+                     ModalBox::Press(QStringLiteral("Cancel"))};
+    EXPECT_FALSE(session->Open(Saved("b.axproject", {})));
+    EXPECT_TRUE(CAxBlockManager::instance()._exist(QStringLiteral("Quarry")));
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_FALSE(
+        session->MayLeave(QStringLiteral("It flies."), QStringLiteral("Close?"), QStringLiteral("Close")));
+    EXPECT_TRUE(boxes.texts.join(QLatin1Char(' ')).contains(QStringLiteral("It flies. Close?")));
+    // What cannot be opened asks nothing and changes nothing.
+    boxes.answers = {ModalBox::Press(QStringLiteral("OK"))};
+    QFile broken(folder.filePath(QStringLiteral("c.axproject")));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("no project");
+    broken.close();
+    EXPECT_FALSE(session->Open(broken.fileName()));
+    EXPECT_EQ(boxes.titles.last(), QStringLiteral("Open project"));
+    EXPECT_TRUE(CAxBlockManager::instance()._exist(QStringLiteral("Quarry")));
+}
+
+TEST_F(Project, OfAnotherProgramIsOpenedAsACopyThatHasNoFile)
+{
+    const QString path = Saved("a.axproject");
+    AxProjectLock others;
+    ASSERT_EQ(others.Take(path), AxProjectLock::Answer::Held);
+    boxes.answers = {ModalBox::Press(QStringLiteral("Cancel")),
+                     ModalBox::Press(QStringLiteral("Open as a copy"))};
+    EXPECT_FALSE(session->Open(path));
+    ASSERT_TRUE(session->Open(path));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Copy of a[*] - Host"));
+    Rename("Quarry");
+    bool isNameAsked = false;
+    boxes.answers = {ModalBox::Press(QStringLiteral("&Save")), [&isNameAsked](QDialog& box) {
+                         isNameAsked = qobject_cast<QFileDialog*>(&box);
+                         box.reject();
+                     }};
+    EXPECT_FALSE(session->MayLeave({}, {}, {}));
+    EXPECT_TRUE(isNameAsked) << "saved over the other program's file";
+    EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, Two()));
+}
+
+TEST_F(Project, OfAProgramThatDiedIsOffered)
+{
+    const QString path = Saved("a.axproject");
+    ASSERT_TRUE(session->Open(path));
+    Rename("Quarry");
+    ASSERT_TRUE(waitFor([this] { return window.isWindowModified(); }, 5000));
+    session.reset(); // without an end
+    ProjectOnMap::Show(*viewer, {});
+    for (const char* button : {"Ask again later", "&Recover"}) {
+        NewSession();
+        boxes.answers = {ModalBox::Press(QLatin1String(button))};
+        session->Start({});
+        EXPECT_EQ(boxes.title, QStringLiteral("Recover project"));
+        if (QLatin1String(button) != QLatin1String("&Recover")) {
+            session->End();
+            session.reset();
+        }
+    }
+    EXPECT_TRUE(CAxBlockManager::instance()._exist(QStringLiteral("Quarry")));
+    EXPECT_TRUE(window.isWindowModified());
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*] - Host"));
+    EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, Two())) << "saved by itself";
+}
+
+TEST(FileDrop, GivesEachFileToTheFirstThatWantsIt)
+{
+    QWidget window;
+    FileDrop drop(&window);
+    QStringList projects;
+    QStringList others;
+    drop.Add(&ProjectSession::IsProjectFile, [&](const QStringList& files) { projects += files; });
+    drop.Add([](const QString& file) { return file.contains(QLatin1Char('a')); },
+             [&](const QStringList& files) { others += files; });
+    const auto dropped = [&window](const QStringList& urls) {
+        QMimeData data;
+        QList<QUrl> list;
+        for (const QString& url : urls)
+            list += QUrl(url);
+        data.setUrls(list);
+        QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted())
+            return false;
+        QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        event.ignore();
+        QCoreApplication::sendEvent(&window, &event);
+        return event.isAccepted();
+    };
+    EXPECT_TRUE(dropped({"file:///tmp/a.AXPROJECT", "file:///tmp/a%20b.kml", "file:///x/y"}));
+    EXPECT_TRUE(projects.isEmpty()) << "opened while the other program waits";
+    QTest::qWait(0);
+    EXPECT_EQ(projects, QStringList("/tmp/a.AXPROJECT"));
+    EXPECT_EQ(others, QStringList("/tmp/a b.kml"));
+    EXPECT_FALSE(dropped({"file:///x/y", "https://example.org/a.axproject"}));
+    QDialog box;
+    box.setModal(true);
+    box.show();
+    EXPECT_FALSE(dropped({"file:///tmp/a.axproject"})) << "while a box waits";
+}
