@@ -13,6 +13,9 @@ EditMenu::EditMenu(CAxEarthViewer* earthViewer, QAction* history, QWidget* paren
     // The key behind the tab belongs to the map and only stands there to be learnt.
     deleteBlock = addAction(tr("&Delete block...\tDel"), this, &EditMenu::DeleteSelected);
     addSeparator();
+    AxEditAids aids = viewer->GetEditAids();
+    aids.rimHandles = true;
+    viewer->SetEditAids(aids);
     AddAids();
     // Whether there is something to delete is asked when it matters, not followed.
     connect(this, &QMenu::aboutToShow, this,
