@@ -246,7 +246,9 @@ void CAxBaseDialog::showEvent(QShowEvent* event)
     QWidget* firstInput = nullptr;
     for (QWidget* const child : findChildren<QWidget*>()) {
         const bool isButton = child->parentWidget() == m_pButtonRow;
-        if (isButton || !(child->focusPolicy() & Qt::TabFocus) || child->isHidden())
+        // What belongs to a combo box's list is in a window of its own.
+        if (isButton || child->window() != this || !(child->focusPolicy() & Qt::TabFocus) ||
+            child->isHidden())
             continue;
         if (last)
             setTabOrder(last, child);

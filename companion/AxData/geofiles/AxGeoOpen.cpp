@@ -80,7 +80,7 @@ QByteArray GuessedCodec(const QFileInfo& shape)
 {
     constexpr qint64 languageAt = 29;
     constexpr char ofThisMachine = 0x57;
-    constexpr qint64 bytesToLookAt = 1024 * 1024;
+    constexpr qint64 bytesToLookAt = 1024LL * 1024;
     const QString name = Beside(shape, QStringLiteral("dbf"));
     QFile table(name);
     char language = 0;
