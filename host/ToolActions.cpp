@@ -18,6 +18,8 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     Add(ToolRectangleBlock, tr("&Rectangle block"),
         tr("Click the ends of the first side, then the width; or drag from a corner to the opposite one for "
            "sides along meridians and parallels. Its handles resize and turn it"));
+    Add(ToolStripBlock, tr("S&trip block"),
+        tr("Click the vertices of a line, 50 m apart at least; the last one by a double click"));
     Add(ToolVideoArea, tr("&Video block"), tr("Click the centre of a circle, then its rim"));
     Add(ToolContinueBlock, tr("Video block &anew"),
         tr("Click another centre of the current video block, then its rim"));

@@ -912,6 +912,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>依次单击第一条边的两端，再单击确定宽度；或从一个角拖到对角，得到边沿经纬线的矩形。其手柄可调整大小和旋转</translation>
     </message>
     <message>
+        <source>S&amp;trip block</source>
+        <translation>带状测区(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Click the vertices of a line, 50 m apart at least; the last one by a double click</source>
+        <translation>依次单击线的顶点，间距至少 50 米；双击最后一个顶点结束</translation>
+    </message>
+    <message>
         <source>&amp;Video block</source>
         <translation>视频测区(&amp;V)</translation>
     </message>

@@ -62,7 +62,7 @@ TEST_F(DrivenZones, TheBoxShowsZonesAndARowFliesToItsZone)
 
 TEST_F(DrivenZones, AnAreaIsDrawnAndItsApplicationArrivesAtTheServer)
 {
-    constexpr int applicationTool = 3;
+    constexpr int applicationTool = 7;
     host->Do(host->ToTool(applicationTool) << QStringList{"click", "1"});
     const QPoint centre = host->Centre();
     host->Do(host->To(centre + QPoint(-90, -60)) << QStringList{"click", "1"});
