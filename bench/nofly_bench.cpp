@@ -195,7 +195,7 @@ void Idle(benchmark::State& state)
 }
 BENCHMARK(Idle)->Name("NoFly/idle")->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 
-void Check(benchmark::State& state)
+void CheckArea(benchmark::State& state)
 {
     // Among zones, but over none of them.
     constexpr double degrees = 0.05;
@@ -221,6 +221,6 @@ void Check(benchmark::State& state)
     globe.RemoveAllHanderAdapter(true);
     CAxBlockManager::instance().DeleteAllBlocks();
 }
-BENCHMARK(Check)->Name("NoFly/check")->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(CheckArea)->Name("NoFly/check")->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <AxData/planner/AxPlanner.h>
 
 #include <QCheckBox>
+#include <QCursor>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -131,6 +132,8 @@ protected:
 
     void SetUp() override
     {
+        // Whoever has the mouse over the plot is not told of the map, wherever the suite before has left it.
+        QCursor::setPos(1500, 1100);
         CAxBlock* block = CAxBlockManager::instance().AddBlock(shownBlock, CAxBlock::PolygonBlock);
         ASSERT_TRUE(block);
     }
