@@ -213,8 +213,8 @@ TEST_F(Protocol, HoldsTheCameraForToolsThatDrawByDragging)
     const double before = manipulator->getViewpoint().focalPoint()->x();
     viewer->SetToolType(ToolRectangleBlock);
     Push(400, 300);
-    EXPECT_TRUE(Drag(430, 300));
-    Release(430, 300);
+    EXPECT_TRUE(Drag(430, 320));
+    Release(430, 320);
     viewer->RemoveHanderAdapter(viewer->GetCurHandleAdapter(), true);
     EXPECT_EQ(manipulator->getViewpoint().focalPoint()->x(), before);
     viewer->SetToolType(ToolPolygonBlock);
