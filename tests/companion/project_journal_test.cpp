@@ -130,6 +130,36 @@ TEST_F(ProjectJournal, TellsOfWhatCannotBeKeptOrRecovered)
     EXPECT_TRUE(faults.size() == 1 || faults.wait(longMs));
 }
 
+TEST_F(ProjectJournal, OneBadValueCostsItsBlockAloneAndIsToldAtOnce)
+{
+    project = AxProject();
+    for (unsigned seed = 3; project.blocks.size() < 3; ++seed)
+        project.blocks += aProject(seed).blocks;
+    AxProject wanted = project;
+    journal->Begin({}, AxProject());
+    QSignalSpy refusals(journal.get(), &AxProjectJournal::refused);
+    project.blocks[0].anchors += QPointF(180.03, 1.0);
+    project.blocks[2].name = QString(20000, QLatin1Char('n'));
+    for (const char* value : {"1", "2"}) { // the same faults again
+        project.values[QStringLiteral("edit")] = QLatin1String(value);
+        journal->LookNow();
+        ASSERT_TRUE(journal->Flush(longMs));
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(refusals.size(), 1);
+    wanted.values = project.values;
+    wanted.blocks.removeAt(2);
+    wanted.blocks.removeAt(0);
+    journal.reset();
+    const QList<AxRecovery> found = AxFindRecoveries(folder.path());
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_TRUE(found[0].fault.isEmpty() && found[0].project == wanted) << found[0].fault.toStdString();
+    ASSERT_EQ(found[0].leftOut.size(), 2);
+    EXPECT_TRUE(found[0].leftOut[0].contains(project.blocks[0].name.left(200).simplified()) &&
+                found[0].leftOut[1].contains(QStringLiteral("nnn")))
+        << found[0].leftOut.join('\n').toStdString();
+}
+
 // Not for people: edits on and on, and tells each edit, until it is killed.
 TEST(ProjectJournalChild, DISABLED_Edits)
 {

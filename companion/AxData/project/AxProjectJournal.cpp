@@ -15,8 +15,12 @@ AxProjectJournal::AxProjectJournal(const QString& folder, Look toLook, QObject* 
         QMetaObject::invokeMethod(
             this, [this, fault] { emit failed(fault); }, Qt::QueuedConnection);
     };
+    const auto tellRefusal = [this](const QString& fault) {
+        QMetaObject::invokeMethod(
+            this, [this, fault] { emit refused(fault); }, Qt::QueuedConnection);
+    };
     if (!folder.isEmpty())
-        writer = std::make_unique<AxRecoveryWriter>(folder, tell);
+        writer = std::make_unique<AxRecoveryWriter>(folder, tell, tellRefusal);
     clock.setInterval(lookEveryMs);
     clock.setTimerType(Qt::PreciseTimer);
     connect(&clock, &QTimer::timeout, this, &AxProjectJournal::LookNow);

@@ -52,6 +52,9 @@ signals:
     void modifiedChanged(bool modified);
     /// The recovery file cannot be written, for people; once until it can be again.
     void failed(const QString& fault);
+    /// There is something now that AxWriteProject() would refuse, for people; once for each such thing. Told
+    /// only where there is a folder.
+    void refused(const QString& fault);
 
 private:
     void Hand();

@@ -121,7 +121,7 @@ public:
         query.setForwardOnly(true);
         isReady = query.exec(text);
     }
-    /// False at the end, and on a fault.
+    /// False at the end, and when no more can be read. A row that cannot be is told by the fault as well.
     bool Next(Record& record, QVariant& key, QString& fault)
     {
         if (!isReady || !query.next()) {
@@ -142,7 +142,7 @@ public:
             const QString reason = field.set(record, query.value(column++));
             if (!reason.isEmpty()) {
                 fault = AxProjectText::tr("field %1: %2").arg(QLatin1String(field.column), reason);
-                return false;
+                break;
             }
         }
         return true;
@@ -190,18 +190,33 @@ QString FaultOfRecord(const Record& record, const std::vector<AxProjectField<Rec
     return {};
 }
 
-bool ReadBlocks(QSqlDatabase& database, int version, AxProject& project, QString& fault)
+// Whether reading goes on without a row that cannot be.
+bool LeaveOut(const QString& named, QString& fault, QStringList* leftOut)
+{
+    if (!leftOut)
+        return false;
+    *leftOut += named;
+    fault.clear();
+    return true;
+}
+
+bool ReadBlocks(QSqlDatabase& database, int version, AxProject& project, QString& fault, QStringList* leftOut)
 {
     QHash<QString, int> places;
+    QSet<QString> gone; // their tasks go with them
     QVariant key;
     {
         RowReader<AxProjectBlock> rows(database, Blocks(), AxBlockFields(), version);
         AxProjectBlock block;
         while (rows.Next(block, key, fault)) {
-            if (places.contains(block.id))
+            if (fault.isEmpty() && places.contains(block.id))
                 fault = Twice();
-            if (!fault.isEmpty())
-                break;
+            if (!fault.isEmpty()) {
+                if (!LeaveOut(OfBlock(block.name, fault), fault, leftOut))
+                    break;
+                gone.insert(block.id);
+                continue;
+            }
             places.insert(block.id, project.blocks.size());
             project.blocks += block;
         }
@@ -216,12 +231,20 @@ bool ReadBlocks(QSqlDatabase& database, int version, AxProject& project, QString
     while (rows.Next(task, key, fault)) {
         const QString block = key.toString();
         const int place = places.value(block, -1);
-        if (place < 0)
+        if (place < 0 && gone.contains(block)) {
+            fault.clear();
+            continue;
+        }
+        if (fault.isEmpty() && place < 0)
             fault = AxProjectText::tr("field block: there is no such block");
-        else if (known.contains({block, task.id}))
+        else if (fault.isEmpty() && known.contains({block, task.id}))
             fault = Twice();
-        if (!fault.isEmpty())
-            break;
+        if (!fault.isEmpty()) {
+            const QString named = OfTask(task.name, fault);
+            if (!LeaveOut(place < 0 ? named : OfBlock(project.blocks[place].name, named), fault, leftOut))
+                break;
+            continue;
+        }
         known.insert({block, task.id});
         project.blocks[place].tasks += task;
     }
@@ -234,17 +257,20 @@ bool ReadBlocks(QSqlDatabase& database, int version, AxProject& project, QString
     return false;
 }
 
-bool ReadMarks(QSqlDatabase& database, int version, AxProject& project, QString& fault)
+bool ReadMarks(QSqlDatabase& database, int version, AxProject& project, QString& fault, QStringList* leftOut)
 {
     RowReader<AxProjectMark> rows(database, Marks(), AxMarkFields(), version);
     AxProjectMark mark;
     QVariant key;
     QSet<QString> known;
     while (rows.Next(mark, key, fault)) {
-        if (known.contains(mark.id))
+        if (fault.isEmpty() && known.contains(mark.id))
             fault = Twice();
-        if (!fault.isEmpty())
-            break;
+        if (!fault.isEmpty()) {
+            if (!LeaveOut(OfMark(mark.name, fault), fault, leftOut))
+                break;
+            continue;
+        }
         known.insert(mark.id);
         project.marks += mark;
     }
@@ -253,16 +279,18 @@ bool ReadMarks(QSqlDatabase& database, int version, AxProject& project, QString&
     return fault.isEmpty();
 }
 
-bool ReadRest(QSqlDatabase& database, int version, AxProject& project, QString& fault)
+bool ReadRest(QSqlDatabase& database, int version, AxProject& project, QString& fault, QStringList* leftOut)
 {
     RowReader<AxProjectView> views(database, Views(), AxViewFields(), version);
     AxProjectView view;
     QVariant key;
-    if (views.Next(view, key, fault))
+    const bool isThere = views.Next(view, key, fault);
+    if (isThere && fault.isEmpty())
         project.view = view;
     if (!fault.isEmpty()) {
         fault = AxProjectText::tr("view, %1").arg(fault);
-        return false;
+        if (!isThere || !LeaveOut(fault, fault, leftOut))
+            return false;
     }
     QSqlQuery values(database);
     values.setForwardOnly(true);
@@ -346,12 +374,14 @@ bool AxProjectTables::Create(QSqlDatabase& database, quint32 applicationID, QStr
                fault);
 }
 
-bool AxProjectTables::Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault)
+bool AxProjectTables::Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault,
+                           QStringList* leftOut)
 {
     project = AxProject();
     fault.clear();
-    if (AreTables(database, fault) && ReadBlocks(database, fileVersion, project, fault) &&
-        ReadMarks(database, fileVersion, project, fault) && ReadRest(database, fileVersion, project, fault))
+    if (AreTables(database, fault) && ReadBlocks(database, fileVersion, project, fault, leftOut) &&
+        ReadMarks(database, fileVersion, project, fault, leftOut) &&
+        ReadRest(database, fileVersion, project, fault, leftOut))
         return true;
     project = AxProject();
     return false;

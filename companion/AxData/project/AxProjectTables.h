@@ -3,6 +3,7 @@
 #include <AxData/project/AxProject.h>
 
 #include <QString>
+#include <QStringList>
 
 class QSqlDatabase;
 
@@ -17,8 +18,11 @@ constexpr quint32 projectID = 0x41785072;
 /// Makes empty tables, with version and application ID.
 bool Create(QSqlDatabase& database, quint32 applicationID, QString& fault);
 
-/// Reads tables of that version or an earlier one. No other thing of the file's schema is looked at.
-bool Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault);
+/// Reads tables of that version or an earlier one. No other thing of the file's schema is looked at. A value
+/// that cannot be fails all of it; with `leftOut`, only its block, task, mark point or view is left out, and
+/// named there for people.
+bool Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault,
+          QStringList* leftOut = nullptr);
 
 /// Writes everything into empty tables.
 bool Write(QSqlDatabase& database, const AxProject& project, QString& fault);

@@ -47,7 +47,8 @@ Leftover Read(AxRecovery& recovery)
         recovery.time = QDateTime::fromString(told.value(1).toString(), Qt::ISODateWithMs);
     }
     QString fault;
-    if (!AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault))
+    if (!AxProjectTables::Read(file.database, static_cast<int>(version), recovery.project, fault,
+                               &recovery.leftOut))
         return fail(fault);
     return Leftover::Something;
 }

@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -19,6 +20,7 @@ struct AXDATA_EXPORT AxRecovery
     QDateTime time;      ///< of the last edit that it holds, UTC
     AxProject project;   ///< as it was then
     QString fault;       ///< for people; not empty when nothing can be recovered, and the project is empty
+    QStringList leftOut; ///< what of it cannot be, for people, with names; the project lacks it
     std::shared_ptr<QLockFile> hold; ///< keeps other programs from offering it, too
 };
 

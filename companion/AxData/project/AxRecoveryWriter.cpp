@@ -27,8 +27,9 @@ void AxRecoveryFile::Remove(const QString& file)
     QFile::remove(file + QStringLiteral("-journal"));
 }
 
-AxRecoveryWriter::AxRecoveryWriter(const QString& inFolder, std::function<void(const QString&)> failed)
-    : folder(inFolder), tellFailure(std::move(failed)), thread([this] { Run(); })
+AxRecoveryWriter::AxRecoveryWriter(const QString& inFolder, Tell failed, Tell refused)
+    : folder(inFolder), tellFailure(std::move(failed)), tellRefusal(std::move(refused)),
+      thread([this] { Run(); })
 {
 }
 
@@ -88,6 +89,7 @@ void AxRecoveryWriter::Run()
             guard.unlock();
             QString fault;
             const bool isDone = Do(job, fault);
+            Check(job.project ? *job.project : AxProject());
             guard.lock();
             const bool isFirst = !isDone && !hasFailed;
             hasFailed = !isDone;
@@ -167,6 +169,13 @@ bool AxRecoveryWriter::Write(const Job& job, QString& fault)
     if (fault.isEmpty())
         fault = file->Fault();
     return false;
+}
+
+void AxRecoveryWriter::Check(const AxProject& project)
+{
+    const QString fault = AxProjectTables::FaultOf(project);
+    if (fault != std::exchange(refusal, fault) && !fault.isEmpty())
+        tellRefusal(fault);
 }
 
 void AxRecoveryWriter::Close()

@@ -28,8 +28,10 @@ void Remove(const QString& file);
 class AxRecoveryWriter
 {
 public:
-    /// `failed` is called by the thread, for the first of several faults.
-    AxRecoveryWriter(const QString& folder, std::function<void(const QString&)> failed);
+    using Tell = std::function<void(const QString& fault)>;
+    /// Both are called by the thread: `failed` for the first of several faults, `refused` when something is
+    /// kept that a project file would not take (AxProjectFault()), once until that is another.
+    AxRecoveryWriter(const QString& folder, Tell failed, Tell refused);
     /// Writes what waits. The file stays.
     ~AxRecoveryWriter();
 
@@ -51,9 +53,11 @@ private:
     bool Open(const QString& path, QString& fault);
     bool Write(const Job& job, QString& fault);
     void Close();
+    void Check(const AxProject& project);
 
     const QString folder;
-    const std::function<void(const QString&)> tellFailure;
+    const Tell tellFailure;
+    const Tell tellRefusal;
 
     mutable std::mutex mutex; // of these:
     std::condition_variable changed;
@@ -67,6 +71,7 @@ private:
     std::unique_ptr<QLockFile> lock;
     QString name;
     QString openedFor;
+    QString refusal;
     AxProject written;
     bool isNew = false; // no tables yet
 
