@@ -1927,6 +1927,14 @@
         <translation>一个 Shapefile 只含一种图形，其余图形在“%1”中。</translation>
     </message>
     <message>
+        <source>A shapefile has shapes of one kind; the others would be in &quot;%1&quot;, which is there already. Choose another name.</source>
+        <translation>一个 Shapefile 只含一种图形，其余图形应写入“%1”，但该文件已存在。请另选名称。</translation>
+    </message>
+    <message>
+        <source>Hole %1 of %2</source>
+        <translation>%2 的孔洞 %1</translation>
+    </message>
+    <message>
         <source>Not all shapes have a height, so the file may have none.</source>
         <translation>并非所有图形都有高程，因此文件可能不含高程。</translation>
     </message>

@@ -239,19 +239,21 @@ TEST_F(GeoFiles, AFeatureThatIsNoShapeIsLeftOutAndTold)
     {
         QByteArray rings;
         const char* note;
+        int shapes = 1;
     } rows[] = {
         {"[[1,89],[2,89],[2,91],[1,89]]", "latitude 91"},
         {"[[1,1],[2,2],[1,1]]", "fewer than three"},
         {"[[1,1],[NaN,2],[2,2],[1,1]]", "no number"},
         {"[[1,1],[1e999,2],[2,2],[1,1]]", "no number"},
         {"[]", "no geometry"},
+        {"[[1,1],[2,1],[2,2],[1,1]],[[1.5,1.2],[1.6,1.2],[1.5,1.2]]", "Hole 1 of Layer", 2},
     };
     for (const auto& row : rows) {
         const QByteArray both = R"({"type":"MultiPolygon","coordinates":[[)" + good + "]]}";
         const QByteArray bad = R"({"type":"Polygon","coordinates":[)" + row.rings + "]}";
         const QByteArray text = geoJson(both + R"(},{"type":"Feature","properties":{},"geometry":)" + bad);
         const AxGeoContent read = ReadOf("a.geojson", text);
-        EXPECT_EQ(read.shapes.size(), 1) << row.note << ": " << read.fault.toStdString();
+        EXPECT_EQ(read.shapes.size(), row.shapes) << row.note << ": " << read.fault.toStdString();
         EXPECT_TRUE(HasNote(read, row.note)) << row.note << " in\n" << read.notes.join('\n').toStdString();
     }
 }
@@ -323,13 +325,13 @@ TEST_F(GeoFiles, WhatIsWrittenIsReadAgain)
     for (unsigned seed = 0; seed < 6; ++seed)
         for (const auto& row : rows) {
             const QVector<AxGeoShape> shapes = SomeShapes(seed);
-            const QString path = folder.filePath(QStringLiteral("s.") + row.suffix);
+            const QString path = folder.filePath(QStringLiteral("s%1.").arg(seed) + row.suffix);
             const AxGeoWritten written = AxWriteGeoFile(path, row.format, shapes);
             ASSERT_TRUE(written.fault.isEmpty()) << written.fault.toStdString();
             QVector<AxGeoShape> read = AxReadGeoFile(path).shapes;
             if (row.format == AxGeoFormat::Shapefile)
-                for (const char* other : {"s_lines.shp", "s_points.shp"})
-                    read += AxReadGeoFile(folder.filePath(QLatin1String(other))).shapes;
+                for (const char* other : {"s%1_lines.shp", "s%1_points.shp"})
+                    read += AxReadGeoFile(folder.filePath(QString(other).arg(seed))).shapes;
             ASSERT_EQ(read.size(), shapes.size()) << row.suffix;
             for (int i = 0; i < shapes.size(); ++i) {
                 SCOPED_TRACE(testing::Message() << row.suffix << ", seed " << seed << ", shape " << i);
@@ -366,9 +368,15 @@ TEST_F(GeoFiles, AFileThatCannotBeWrittenStaysAsItWas)
     const QString nowhere = folder.filePath(QStringLiteral("no/such/folder.shp"));
     for (const AxGeoFormat format : {AxGeoFormat::Kml, AxGeoFormat::Shapefile})
         EXPECT_FALSE(AxWriteGeoFile(nowhere, format, SomeShapes(1)).fault.isEmpty());
-    QFile file(old);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "old");
+    const QString others = Put(QStringLiteral("old_points.shp"), "old");
+    EXPECT_TRUE(AxWriteGeoFile(folder.filePath("old.shp"), AxGeoFormat::Shapefile, SomeShapes(1))
+                    .fault.contains(QStringLiteral("old_points.shp")));
+    EXPECT_FALSE(QFile::exists(folder.filePath("old.shp")));
+    for (const QString& name : {old, others}) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(file.readAll(), "old");
+    }
 }
 
 TEST_F(GeoFiles, TablesAndDrawingsAreReadAsTheyCome)
@@ -381,6 +389,11 @@ TEST_F(GeoFiles, TablesAndDrawingsAreReadAsTheyCome)
     EXPECT_TRUE(table.shapes[1].kind == AxGeoShape::Line && table.shapes[2].kind == AxGeoShape::Point);
     EXPECT_TRUE(HasNote(table, "1 rows of the table are points") && HasNote(table, "fewer than two") &&
                 HasNote(table, "no number"));
+    const AxGeoContent nameless =
+        ReadOf("c.csv", "kind,longitude,latitude\n,1,2\nline,3,4\nline,5,6\n,7,8\n");
+    ASSERT_EQ(nameless.shapes.size(), 3);
+    EXPECT_EQ(nameless.shapes[1].points.size(), 2);
+    EXPECT_EQ(nameless.shapes[1].name + nameless.shapes[2].name, QStringLiteral("c 2c 4"));
     EXPECT_TRUE(ReadOf("b.csv", "a,b\n1,2\n").fault.contains(QStringLiteral("longitude")));
 
     const QByteArray drawing =

@@ -152,13 +152,15 @@ bool AxGeoCollector::add(const Part& part, const QString& name, const AxGeoSyste
     }
     const int holes = part.polygon ? part.polygon->getNumInteriorRings() : 0;
     for (int i = 0; i < holes; ++i) {
-        const auto hole = places(*part.polygon->getInteriorRing(i), true, system, feature);
+        AxGeoFeature inside; // the area itself is there
+        inside.where = AX_GEO_TEXT("Hole %1 of %2").arg(QString::number(i + 1), feature.where);
+        const auto hole = places(*part.polygon->getInteriorRing(i), true, system, inside);
         if (isOver)
             return false;
         if (hole)
             shape.holes += *hole;
     }
-    holed += holes > 0 ? 1 : 0;
+    holed += shape.holes.isEmpty() ? 0 : 1;
     content.shapes += shape;
     if (content.shapes.size() > options.mostShapes)
         return end(AX_GEO_TEXT("The file has more than %1 shapes.").arg(options.mostShapes));

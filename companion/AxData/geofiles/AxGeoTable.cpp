@@ -77,6 +77,7 @@ struct Rows
 {
     AxGeoShape::Kind kind = AxGeoShape::Point;
     AxGeoFeature feature;
+    qint64 row = 0; // the first
     OGRLineString places;
 
     std::unique_ptr<OGRGeometry> Geometry() const
@@ -94,8 +95,8 @@ struct Rows
 };
 } // namespace
 
-bool AxReadGeoTable(OGRLayer& table, const AxGeoReadOptions& options, AxGeoContent& content,
-                    AxGeoCollector& collector, const std::function<bool()>& done)
+bool AxReadGeoTable(OGRLayer& table, const QString& fileName, const AxGeoReadOptions& options,
+                    AxGeoContent& content, AxGeoCollector& collector, const std::function<bool()>& done)
 {
     const Columns columns = ColumnsOf(*table.GetLayerDefn());
     if (columns.text < 0 && (columns.x < 0 || columns.y < 0)) {
@@ -120,9 +121,14 @@ bool AxReadGeoTable(OGRLayer& table, const AxGeoReadOptions& options, AxGeoConte
     }
     AxGeoFields fields(*table.GetLayerDefn(), "GB18030", {columns.text, columns.x, columns.y});
     std::unique_ptr<Rows> open;
+    const auto add = [&](const OGRGeometry* geometry, AxGeoFeature feature, qint64 row) {
+        if (feature.name.trimmed().isEmpty())
+            feature.name = fileName + QLatin1Char(' ') + QString::number(row);
+        return collector.Add(geometry, *system, feature);
+    };
     const auto close = [&] {
         const std::unique_ptr<Rows> rows = std::move(open);
-        return !rows || collector.Add(rows->Geometry().get(), *system, rows->feature);
+        return !rows || add(rows->Geometry().get(), rows->feature, rows->row);
     };
     int points = 0;
     table.ResetReading();
@@ -132,8 +138,7 @@ bool AxReadGeoTable(OGRLayer& table, const AxGeoReadOptions& options, AxGeoConte
         AxGeoFeature feature = fields.Of(*read);
         feature.where = AX_GEO_TEXT("Row %1").arg(row);
         if (columns.text >= 0 && (columns.x < 0 || *read->GetFieldAsString(columns.text))) {
-            if (!close() ||
-                !collector.Add(FromText(read->GetFieldAsString(columns.text)).get(), *system, feature))
+            if (!close() || !add(FromText(read->GetFieldAsString(columns.text)).get(), feature, row))
                 return false;
             continue;
         }
@@ -150,6 +155,7 @@ bool AxReadGeoTable(OGRLayer& table, const AxGeoReadOptions& options, AxGeoConte
             open = std::make_unique<Rows>();
             open->kind = kind;
             open->feature = feature;
+            open->row = row;
         }
         open->places.addPoint(x, y);
         points += kind == AxGeoShape::Point ? 1 : 0;

@@ -33,9 +33,10 @@ public:
             all += int(qMax<GIntBig>(0, qMin<GIntBig>(layer->GetFeatureCount(FALSE), options.mostShapes)));
         AxGeoCollector collector(content, options, [this] { return goesOn(); });
         for (OGRLayer* layer : opened.data->GetLayers()) {
-            const bool isRead = opened.isTable ? AxReadGeoTable(*layer, options, content, collector,
-                                                                [this] { return step(); })
-                                               : ReadLayer(*layer, opened, collector);
+            const bool isRead = opened.isTable
+                                    ? AxReadGeoTable(*layer, QFileInfo(file).completeBaseName(), options,
+                                                     content, collector, [this] { return step(); })
+                                    : ReadLayer(*layer, opened, collector);
             if (!isRead)
                 break;
         }

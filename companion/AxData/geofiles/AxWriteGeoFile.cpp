@@ -16,6 +16,7 @@
 #include <cmath>
 #include <exception>
 #include <iterator>
+#include <utility>
 
 namespace {
 QByteArray BytesOf(const QByteArray& name)
@@ -91,7 +92,23 @@ AxGeoWritten WriteShapefile(const QString& path, const QList<const AxGeoShape*>&
         AxGeoShape::Kind kind;
         const char* behindName;
     } groups[] = {{AxGeoShape::Area, "_areas"}, {AxGeoShape::Line, "_lines"}, {AxGeoShape::Point, "_points"}};
+    const auto fileOf = [&info](const char* behindName) {
+        return info.dir().filePath(info.completeBaseName() + QLatin1String(behindName) +
+                                   QStringLiteral(".shp"));
+    };
     AxGeoWritten written;
+    // Only the name that was asked for may be taken already: of it alone the pilot knows.
+    bool isFirst = true;
+    for (const auto& group : groups) {
+        const bool isThere = std::any_of(shapes.begin(), shapes.end(),
+                                         [&](const AxGeoShape* shape) { return shape->kind == group.kind; });
+        if (isThere && !std::exchange(isFirst, false) && QFileInfo::exists(fileOf(group.behindName))) {
+            written.fault = AX_GEO_TEXT("A shapefile has shapes of one kind; the others would be in \"%1\", "
+                                        "which is there already. Choose another name.")
+                                .arg(QFileInfo(fileOf(group.behindName)).fileName());
+            return written;
+        }
+    }
     int files = 0;
     for (const auto& group : groups) {
         AxGeoLayer layer{"ESRI Shapefile", {}, session.InMemory(group.behindName) + ".shp", {}, true, false};
@@ -101,10 +118,7 @@ AxGeoWritten WriteShapefile(const QString& path, const QList<const AxGeoShape*>&
             continue;
         layer.layerSettings = QStringList{QStringLiteral("ENCODING=UTF-8")};
         // The name that was asked for goes to the first kind.
-        const QString file =
-            files++ == 0 ? path
-                         : info.dir().filePath(info.completeBaseName() + QLatin1String(group.behindName) +
-                                               QStringLiteral(".shp"));
+        const QString file = files++ == 0 ? path : fileOf(group.behindName);
         int epsg = 0;
         written.fault = AxWriteGeoLayer(layer, session, epsg);
         if (written.fault.isEmpty())
