@@ -3,6 +3,8 @@
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
 
+#include <AxData/CAxBlockManager.h>
+
 #include <QRegularExpression>
 
 ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
@@ -32,6 +34,8 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     });
     connect(viewer, &CAxEarthViewer::signalHandlePickEnded, this, &ToolActions::OnPickEnded);
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &ToolActions::Follow);
+    connect(viewer, &CAxEarthViewer::signalBlockState, this, &ToolActions::Follow);
+    connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, &ToolActions::Follow);
     connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolTypeChanged, this, &ToolActions::Follow,
             Qt::QueuedConnection);
     Follow();
@@ -58,10 +62,12 @@ void ToolActions::OnPickEnded(EToolType ended)
 void ToolActions::Follow()
 {
     const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
-    const bool isVideo = current && current->GetBlockType() == CAxBlock::VideoBlock;
+    const CAxBlock* block = current ? current->GetContainedBlock() : nullptr;
+    const bool mayGoOn = block && current->GetBlockType() == CAxBlock::VideoBlock && !current->IsLock() &&
+                         current->GetTaskList().isEmpty() && block->GetMissionList().isEmpty();
     for (QAction* action : actions())
         if (action->data().toInt() == ToolContinueBlock)
-            action->setEnabled(isVideo);
+            action->setEnabled(mayGoOn);
     for (QAction* action : actions())
         action->setChecked(action->data().toInt() == viewer->GetToolType());
 }

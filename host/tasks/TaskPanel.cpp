@@ -339,6 +339,8 @@ void TaskPanel::OnItemChanged(QListWidgetItem* item)
     const QString name = item->text().trimmed();
     if (name != task->GetTaskName() && HasTaskNamed(*block, name))
         emit Told(tr("The name already exists !"));
+    else if (constexpr int mostLetters = 200; name.size() > mostLetters)
+        emit Told(tr("The name must not be longer than %1 letters.").arg(mostLetters));
     else if (!name.isEmpty() && name != task->GetTaskName()) {
         task->SetTaskName(name);
         CAxControl::GetInstance()->SetProjectModified(true);

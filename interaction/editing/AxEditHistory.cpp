@@ -1,6 +1,8 @@
 #include "interaction/editing/AxEditHistory.h"
 #include "interaction/editing/AxEditedShape.h"
+#include "interaction/editing/AxRefusableStep.h"
 #include "scene/AxObjectBook.h"
+#include "scene/base/AxNotice.h"
 
 #include <QAction>
 #include <QCoreApplication>
@@ -61,5 +63,13 @@ void AxEditHistory::step(bool back)
     for (CAxHandleAdapter* object : objects.Selected() + QList<CAxHandleAdapter*>{objects.Current()})
         if (const AxEditedShapeRef shape(object); shape && shape->GetHandleOperation() != OperationIdle)
             return;
+    const QUndoCommand* command = stack->command(back ? stack->index() - 1 : stack->index());
+    const auto* refusable = dynamic_cast<const AxRefusableStep*>(command);
+    const QString refusal = refusable ? refusable->Refusal(back) : QString();
+    if (!refusal.isEmpty()) {
+        AxShowNotice(undo->parentWidget(),
+                     QCoreApplication::translate("AxBlockOperations", "Block Information"), refusal);
+        return;
+    }
     back ? stack->undo() : stack->redo();
 }

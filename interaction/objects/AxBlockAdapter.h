@@ -34,7 +34,8 @@ public:
     /// Another colour with routes than without.
     void UpdateColor() override;
     void ClearPoints() override;
-    /// Those that stretch and turn it as a whole, where the aids ask for them and its vertices may come and go.
+    /// Those that stretch and turn it as a whole, where the aids ask for them and its vertices may come and
+    /// go.
     std::vector<AxFurtherHandle> FurtherHandles() override;
     /// Shows the lengths of the edges and the size beside the vertex.
     void slotPointMoved(double lng, double lat, double alt, int index) override;
@@ -70,7 +71,7 @@ protected:
     /// That of a vertex: its coordinates, and "Delete", which ends with `tooFewText` where the kind needs all
     /// that there are. In its place a box says why a block that is locked or has routes has none.
     void ShowVertexDialog(int index, const QString& tooFewText);
-    /// False, with the reason told, for a name that is empty or that of another block.
+    /// False, with the reason told, for a name that is empty, too long or that of another block.
     bool MayBeCalled(const QString& name);
     /// Gives the block the name, which may be taken, after a question.
     void AskAndRename(const QString& name);

@@ -14,6 +14,7 @@
 namespace {
 using AxLongitudes::sameDegrees;
 constexpr int degreeDecimals = 8;
+constexpr int mostLetters = 200;
 
 QString DegreesText(double degrees)
 {
@@ -23,11 +24,16 @@ QString DegreesText(double degrees)
 
 bool AxBlockAdapter::MayBeCalled(const QString& name)
 {
-    if (!name.isEmpty() && !CAxBlockManager::instance()._exist(name))
-        return true;
-    AxShowNotice(BoxParent(), tr("Information"),
-                 name.isEmpty() ? tr("The name must not be empty.") : tr("The name already exists !"));
-    return false;
+    QString reason;
+    if (name.isEmpty())
+        reason = tr("The name must not be empty.");
+    else if (name.size() > mostLetters)
+        reason = tr("The name must not be longer than %1 letters.").arg(mostLetters);
+    else if (CAxBlockManager::instance()._exist(name))
+        reason = tr("The name already exists !");
+    if (!reason.isEmpty())
+        AxShowNotice(BoxParent(), tr("Information"), reason);
+    return reason.isEmpty();
 }
 
 void AxBlockAdapter::AskAndRename(const QString& name)
@@ -128,5 +134,11 @@ bool AxBlockAdapter::moveVertexTo(int index, const QString& latitude, const QStr
         return true;
     std::vector<osg::Vec3d> points = AxVerticesOf(block->GetAnchor());
     points[static_cast<std::size_t>(index)].set(lng, lat, 0.0);
-    return ChangeVertices(std::move(points), tr("Move vertex"));
+    // The legs beside a vertex are judged as after a drag of it.
+    const Running self(this);
+    d->editIndex = index;
+    const bool isMoved = ChangeVertices(std::move(points), tr("Move vertex"));
+    if (!self.IsGone())
+        d->editIndex = -1;
+    return isMoved;
 }

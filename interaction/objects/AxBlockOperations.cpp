@@ -4,6 +4,7 @@
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxCutLine.h"
 #include "interaction/objects/AxObjects.h"
+#include "interaction/objects/AxRectangleShape.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
@@ -79,6 +80,19 @@ QList<QPointF> Beside(CAxHandleAdapter& object, const QList<QPointF>& vertices)
     for (const QPointF& vertex : vertices)
         moved += QPointF(AxLongitudes::Normalized(vertex.x() + gap * (most - least)), vertex.y());
     return moved;
+}
+
+// An upright rectangle of many kilometres is skewed by itself, since meridians meet.
+bool MayStayOfItsKind(CAxHandleAdapter& object, const QList<QPointF>& ring)
+{
+    if (!object.ShapeKind().IsClosed() || !object.ShapeKind().Allows(ring.size()))
+        return false;
+    if (object.GetBlockType() != CAxBlock::RectangleBlock)
+        return true;
+    constexpr double rounding = 0.05; // metres
+    const AxRectangleShape::Ring corners = AxVerticesOf(ring);
+    return AxRectangleShape::Of(corners) &&
+           AxRectangleShape::Skew(corners) <= AxRectangleShape::Skew(object.GetAnchor()) + rounding;
 }
 
 QString ReasonOf(Fault fault, const QString& name)
@@ -200,7 +214,7 @@ QStringList AxBlockOperations::become(CAxHandleAdapter& object, const Result& re
     if (!isAcceptable(result, NameOf(id)))
         return {};
     const QList<QPointF>& first = result.areas.first().ring;
-    if (result.areas.size() == 1 && object.ShapeKind().IsClosed() && object.ShapeKind().Allows(first.size()))
+    if (result.areas.size() == 1 && MayStayOfItsKind(object, first))
         return become(object, first, edit);
     const CAxBlock* block = object.GetContainedBlock();
     Records records;

@@ -1,4 +1,6 @@
 #pragma once
+#include "scene/base/AxLongitudes.h"
+
 #include <osg/Vec3d>
 
 #include <QList>
@@ -8,13 +10,13 @@
 
 // The vertices of a map object as its block record keeps them.
 
-/// Longitude and latitude in degrees; the altitudes are dropped.
+/// Longitude, brought into [-180, 180], and latitude in degrees; the altitudes are dropped.
 inline QList<QPointF> AxRingOf(const std::vector<osg::Vec3d>& vertices)
 {
     QList<QPointF> ring;
     ring.reserve(static_cast<int>(vertices.size()));
     for (const osg::Vec3d& vertex : vertices)
-        ring += QPointF(vertex.x(), vertex.y());
+        ring += QPointF(AxLongitudes::Normalized(vertex.x()), vertex.y());
     return ring;
 }
 

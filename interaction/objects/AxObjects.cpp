@@ -3,6 +3,7 @@
 #include "interaction/editing/AxEditHistory.h"
 #include "interaction/objects/AxBlockOperations.h"
 #include "interaction/objects/AxBlockRing.h"
+#include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxRefusedDrawing.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxScene.h"
@@ -96,9 +97,11 @@ CAxHandleAdapter* AxObjects::BeginDrawing(EToolType tool)
     if (tool == ToolNone || GetToolKind(tool) == ToolKindNavigate)
         return nullptr;
     CAxHandleAdapter* object = nullptr;
-    if (tool == ToolContinueBlock)
-        object = current && current->GetBlockType() == CAxBlock::VideoBlock ? current : nullptr;
-    else if (const AxShapeFactories::Factory* factory = factories.Of(tool))
+    if (tool == ToolContinueBlock) {
+        const bool mayGoOn = current && current->GetBlockType() == CAxBlock::VideoBlock &&
+                             !current->IsLock() && !AxHasTasks(*current);
+        object = mayGoOn ? current : nullptr;
+    } else if (const AxShapeFactories::Factory* factory = factories.Of(tool))
         object = (*factory)(earthViewer, parts.Widget()->parent());
     return object ? BeginDrawing(object) : nullptr;
 }

@@ -1,8 +1,15 @@
 #include "interaction/objects/AxReplaceCommand.h"
+#include "interaction/editing/AxEditTitle.h"
+#include "interaction/objects/AxBlockTasks.h"
+#include "interaction/objects/AxObjects.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <QCoreApplication>
 
 #include <utility>
 
-AxReplaceCommand::AxReplaceCommand(AxObjects& book) : former(book), latter(book) {}
+AxReplaceCommand::AxReplaceCommand(AxObjects& book) : objects(&book), former(book), latter(book) {}
 
 QStringList AxReplaceCommand::Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records)
 {
@@ -15,7 +22,10 @@ QStringList AxReplaceCommand::Replace(const QStringList& ids, std::vector<std::u
 
 void AxReplaceCommand::undo()
 {
-    isApplied = false;
+    // Who steps over the stack without asking first changes nothing, and the way back does not either.
+    if (!isDone || !Refusal(true).isEmpty())
+        return;
+    isDone = false;
     latter.redo();
     former.undo();
 }
@@ -23,8 +33,27 @@ void AxReplaceCommand::undo()
 void AxReplaceCommand::redo()
 {
     // The stack's first call comes with the push.
-    if (std::exchange(isApplied, true))
+    if (isDone || !Refusal(false).isEmpty())
         return;
+    isDone = true;
     former.redo();
     latter.undo();
+}
+
+QString AxReplaceCommand::Refusal(bool back) const
+{
+    for (const QString& id : back ? latter.Restored() : former.Restored()) {
+        const CAxHandleAdapter* object = objects ? objects->Find(id) : nullptr;
+        const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+        if (!object || !block)
+            continue;
+        const QString name = AxNameInTitle(block->GetBlockName());
+        if (object->IsLock())
+            return QCoreApplication::translate("AxBlockOperations", "%1 is locked.").arg(name);
+        // A step forward keeps the tasks with the record.
+        if (back && AxHasTasks(*object))
+            return QCoreApplication::translate("AxBlockOperations", "%1 has tasks, which would go with it.")
+                .arg(name);
+    }
+    return {};
 }

@@ -1,9 +1,10 @@
 #pragma once
+#include "interaction/editing/AxRefusableStep.h"
 #include "interaction/objects/AxDeleteCommand.h"
 
 /// Blocks that take the place of others, on the viewer's undo stack; either may be none. It keeps the records
-/// of those that are away.
-class AxReplaceCommand : public QUndoCommand
+/// of those that are away. Where one that would go is locked, or would take tasks along, nothing changes.
+class AxReplaceCommand : public QUndoCommand, public AxRefusableStep
 {
 public:
     explicit AxReplaceCommand(AxObjects& book);
@@ -13,9 +14,11 @@ public:
 
     void undo() override;
     void redo() override;
+    QString Refusal(bool back) const override;
 
 private:
+    const QPointer<AxObjects> objects;
     AxDeleteCommand former;
     AxDeleteCommand latter;
-    bool isApplied = true;
+    bool isDone = true;
 };

@@ -33,11 +33,11 @@ void TakeOutOfScene(osg::Node* node)
         node->getParent(0)->removeChild(node);
 }
 
-// QPointF compares with a tolerance of its own.
+// QPointF compares with a tolerance of its own. A record from elsewhere may count longitudes past 180.
 bool IsSame(const QList<QPointF>& a, const QList<QPointF>& b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const QPointF& p, const QPointF& q) {
-        return osg::Vec2d(p.x(), p.y()) == osg::Vec2d(q.x(), q.y());
+        return AxLongitudes::Normalized(p.x()) == AxLongitudes::Normalized(q.x()) && p.y() == q.y();
     });
 }
 } // namespace

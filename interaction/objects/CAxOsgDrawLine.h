@@ -62,7 +62,7 @@ protected:
 
 private:
     struct Typed;
-    std::optional<Typed> read(const QStringList& values, const QString& oldName);
+    std::optional<Typed> read(const QStringList& values, const QString& oldName, bool withWidths);
     bool fillIn(bool isNew);
     bool takeWidthsOfRecord();
     void changeWidths(double left, double right);

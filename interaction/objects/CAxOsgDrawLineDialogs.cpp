@@ -63,11 +63,14 @@ void CAxOsgDrawLine::ResponseDoubleClickOnBlock()
 }
 
 // Nothing, with the reason told, for what cannot be taken.
-std::optional<CAxOsgDrawLine::Typed> CAxOsgDrawLine::read(const QStringList& values, const QString& oldName)
+std::optional<CAxOsgDrawLine::Typed> CAxOsgDrawLine::read(const QStringList& values, const QString& oldName,
+                                                          bool withWidths)
 {
     const QString name = values.at(0).trimmed();
     if (name != oldName && !MayBeCalled(name))
         return std::nullopt;
+    if (!withWidths)
+        return Typed{name, {width1, width2}};
     const AxStripShape::TypedWidths typed = AxStripShape::ReadWidths(values.at(2), values.at(3));
     const bool hasFault = typed.fault != AxStripShape::TypedWidths::None;
     const std::vector<osg::Vec3d> wanted =
@@ -92,23 +95,25 @@ bool CAxOsgDrawLine::fillIn(bool isNew)
 {
     const Running self(this);
     const QString oldName = GetContainedBlock()->GetBlockName();
+    const QStringList shown{oldName,
+                            QString::number(AxStripShape::Length(d->anchors) / metresPerKilometre, 'f', 3),
+                            QString::number(width1), QString::number(width2)};
     const AxPage page(BoxParent());
     page->SetWindowTitle(tr("Strip survey area"));
-    page->SetElementParas({tr("Name:"), tr("Total Length(km):"), tr("Width1(m):"), tr("Width2(m):")},
-                          {oldName,
-                           QString::number(AxStripShape::Length(d->anchors) / metresPerKilometre, 'f', 3),
-                           QString::number(width1), QString::number(width2)},
-                          {true, false, true, true});
+    page->SetElementParas({tr("Name:"), tr("Total Length(km):"), tr("Width1(m):"), tr("Width2(m):")}, shown,
+                          {true, false, !d->lock, !d->lock});
     page->SetDialogInfo(tr("Width1 lies to the left of the line as it was drawn, Width2 to the right."));
     const auto isOpen = [&] { return page && self.IsWanted() && GetContainedBlock() && d->viewer; };
     while (page->exec() == QDialog::Accepted && isOpen()) {
-        const std::optional<Typed> typed = read(page->GetElementValues(), oldName);
+        const QStringList values = page->GetElementValues();
+        // The texts, because a width may have more digits than its text shows.
+        const bool isWidened = values.mid(2) != shown.mid(2);
+        const std::optional<Typed> typed = read(values, oldName, isNew || isWidened);
         if (!isOpen())
             return false;
         if (!typed)
             continue;
         const bool isRenamed = typed->name != oldName;
-        const bool isWidened = typed->widths.left != width1 || typed->widths.right != width2;
         if (isNew) {
             if (isRenamed)
                 GetContainedBlock()->SetBlockName(typed->name);

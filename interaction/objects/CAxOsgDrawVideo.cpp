@@ -5,6 +5,7 @@
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxBlockRing.h"
+#include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxOnGround.h"
 #include "interaction/objects/AxPage.h"
@@ -283,7 +284,14 @@ void CAxOsgDrawVideo::finish()
     d->operation = OperationIdle;
     d->cursorLabel.Hide();
     DropRubberBand();
-    const bool isAccepted = judgeAndCommit(tr("Change video area"));
+    // A lock or a task may have come since its first click.
+    const bool isFree = !d->lock && !AxHasTasks(*this);
+    if (!isFree) {
+        ReturnLastOperate();
+        AxShowNotice(BoxParent(), tr("Block Information"),
+                     tr("The radius of a block that is locked or has routes cannot be changed."));
+    }
+    const bool isAccepted = isFree && judgeAndCommit(tr("Change video area"));
     if (self.IsGone())
         return;
     emit signalHandleEnd(isAccepted && self.IsWanted() ? d->handleID : QString(), true);

@@ -510,6 +510,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>无法为意外退出保留未保存的内容：%1</translation>
     </message>
     <message>
+        <source>The project cannot be saved as it is now: %1</source>
+        <translation>项目目前无法保存：%1</translation>
+    </message>
+    <message>
+        <source>This of it cannot be and is left out: %1</source>
+        <translation>其中以下内容无效，将被略去：%1</translation>
+    </message>
+    <message>
+        <source>Recovered; nothing of it is saved yet. What was left out is kept in %1.</source>
+        <translation>已恢复，尚未保存。略去的内容保存在 %1 中。</translation>
+    </message>
+    <message>
         <source>&amp;New project</source>
         <translation>新建项目(&amp;N)</translation>
     </message>
@@ -1117,6 +1129,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>The name must not be empty.</source>
         <translation>名称不能为空。</translation>
+    </message>
+    <message>
+        <source>The name must not be longer than %1 letters.</source>
+        <translation>名称不能超过 %1 个字符。</translation>
     </message>
     <message>
         <source>The name already exists !</source>
@@ -2459,6 +2475,10 @@ Heights are above the ellipsoid.</source>
         <translation>勾选框显示或隐藏航线；地图上没有航线时可以编辑测区</translation>
     </message>
     <message>
+        <source>The name must not be longer than %1 letters.</source>
+        <translation>名称不能超过 %1 个字符。</translation>
+    </message>
+    <message>
         <source>The name already exists !</source>
         <translation>名称已存在！</translation>
     </message>
@@ -3679,6 +3699,10 @@ Heights are above the ellipsoid.</source>
         <translation>%1 没有可去掉的顶点。</translation>
     </message>
     <message>
+        <source>%1 has tasks, which would go with it.</source>
+        <translation>%1 有任务，撤销会将其一并移除。</translation>
+    </message>
+    <message>
         <source>The blocks do not meet.</source>
         <translation>测区互不相接。</translation>
     </message>
@@ -3857,6 +3881,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>it has holes</source>
         <translation>带有孔洞</translation>
+    </message>
+    <message>
+        <source>its widths of %1 m and %2 m make no strip; the widths below are taken</source>
+        <translation>其宽度 %1 m 和 %2 m 不成条带，采用下方的宽度</translation>
     </message>
 </context>
 <context>

@@ -143,6 +143,31 @@ TEST_F(BlockOperations, RefuseAloudAndChangeNothing)
     }
 }
 
+TEST_F(BlockOperations, ARectangleStaysOneWhereItsRingIs)
+{
+    const QList<QPointF> rectangle{{20.0, 10.0}, {20.02, 10.0}, {20.02, 10.01}, {20.0, 10.01}};
+    const struct
+    {
+        QList<QPointF> other;
+        CAxBlock::EBlockType kind;
+    } rows[] = {
+        {{{20.01, 9.9}, {20.1, 9.9}, {20.1, 10.1}, {20.01, 10.1}}, CAxBlock::RectangleBlock},
+        {{{20.005, 9.99}, {20.1, 9.99}, {20.1, 10.02}, {20.02, 10.02}}, CAxBlock::PolygonBlock},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.kind);
+        Blocks().AddBlock("a", CAxBlock::RectangleBlock)->SetAnchor(rectangle);
+        ASSERT_NE(viewer->ImportShapeNode("a"), nullptr);
+        ASSERT_TRUE(Import("b", row.other));
+        const QStringList came = Operations().Subtract("a", {"b"});
+        ASSERT_EQ(came.size(), 1);
+        EXPECT_EQ(Blocks().GetBlock(came.first())->GetAnchor().size(), 4);
+        EXPECT_EQ(Blocks().GetBlock(came.first())->GetBlockType(), row.kind);
+        viewer->RemoveAllHanderAdapter(true);
+        Blocks().DeleteAllBlocks();
+    }
+}
+
 TEST_F(BlockOperations, ReplaceBringsRecordsOfAnyKindAsOneStep)
 {
     ASSERT_TRUE(Import("a", square));
@@ -162,6 +187,26 @@ TEST_F(BlockOperations, ReplaceBringsRecordsOfAnyKindAsOneStep)
     EXPECT_TRUE(
         Operations().Replace({Blocks().GetBlockList().first()->GetBlockID()}, {}, "Import").isEmpty());
     EXPECT_EQ(All().size(), 3);
+    // What was locked, or has got a task, does not go with an undo, nor do the others.
+    const auto after = All();
+    CAxBlock* block = Blocks().GetBlockList().first();
+    for (const bool isLocked : {true, false}) {
+        SCOPED_TRACE(isLocked);
+        viewer->slotBlockLock(block->GetBlockID(), isLocked);
+        if (!isLocked)
+            block->AddTask(std::make_unique<CAxTask>("task", "Task", block->GetTaskPara()));
+        const ModalBox box;
+        viewer->GetUndoAction()->trigger();
+        EXPECT_EQ(box.count, 1);
+        EXPECT_EQ(All(), after);
+        EXPECT_TRUE(viewer->GetUndoAction()->isEnabled());
+        viewer->GetUndoStack()->undo();
+        viewer->GetUndoStack()->redo();
+        EXPECT_EQ(All(), after) << "past the action";
+    }
+    block->RemoveTask("task");
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(All(), before);
 }
 
 TEST_F(BlockOperations, TheLineOfACutIsDrawnOrGivenUp)

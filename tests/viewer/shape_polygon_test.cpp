@@ -369,6 +369,26 @@ TEST_F(PolygonBlock, TellsItsMiddleAndItsHeights)
     EXPECT_LE(mean, high);
 }
 
+TEST_F(PolygonBlock, IsRecordedBetweenTheLongitudesOfBothEndsOfTheMap)
+{
+    const QList<QPointF> before{{179.9, 10.0}, {179.98, 10.0}, {179.98, 10.1}, {179.9, 10.1}};
+    CAx3DGeometry* block = Import("block", before);
+    const double area = block->GetArea();
+    std::vector<osg::Vec3d> moved = block->GetAnchor();
+    for (osg::Vec3d& corner : moved)
+        corner.x() += 0.05;
+    ASSERT_TRUE(block->SetVertices(moved, "Move block"));
+    EXPECT_NEAR(Ring(block)[0].x(), 179.95, 1e-9);
+    EXPECT_NEAR(Ring(block)[1].x(), -179.97, 1e-9);
+    EXPECT_NEAR(block->GetArea(), area, 0.001 * area);
+    EXPECT_FALSE(block->GeometryModifyed());
+    viewer->GetUndoAction()->trigger();
+    EXPECT_EQ(Ring(block), before);
+    viewer->GetRedoAction()->trigger();
+    EXPECT_NEAR(block->GetArea(), area, 0.001 * area);
+    EXPECT_FALSE(block->GeometryModifyed());
+}
+
 TEST_F(PolygonBlock, ABlockThatIsNotEditedSaysSoInPlaceOfTheDialogOfACorner)
 {
     CAx3DGeometry* block = Import("block", square);

@@ -6,6 +6,8 @@
 #include "interaction/objects/CAxOsgDrawVideo.h"
 #include "scene/shape/AxBlockArea.h"
 
+#include <AxData/CAxTask.h>
+
 #include <QAction>
 
 class Video : public ShapeFixture
@@ -107,6 +109,36 @@ TEST_F(Video, IsDrawnByItsCentreAndRadiusAndGoneOnWith)
     ASSERT_NE(Current(), nullptr);
     EXPECT_EQ(RecordRadius(Current()), 50);
     EXPECT_EQ(CAxBlockManager::instance().GetBlockList().size(), 2);
+}
+
+TEST_F(Video, IsNotGoneOnWithWhileItIsLockedOrHasTasks)
+{
+    CAxOsgDrawVideo* video = ImportVideo({{20.0, 10.0}}, 500);
+    ASSERT_NE(video, nullptr);
+    viewer->SetNodeSelected(video->GetFeatureNode(), false, false);
+    for (const char* when : {"locked", "locked after the first click", "with a task"}) {
+        SCOPED_TRACE(when);
+        const bool isLate = when == QByteArray("locked after the first click");
+        if (when == QByteArray("locked"))
+            viewer->slotBlockLock("video", true);
+        else if (!isLate)
+            video->GetContainedBlock()->AddTask(
+                std::make_unique<CAxTask>("task", "Task", video->GetContainedBlock()->GetTaskPara()));
+        viewer->SetToolType(ToolContinueBlock);
+        ModalBox box;
+        Click(20.03, 10.03);
+        EXPECT_EQ(video->GetHandleOperation(), isLate ? OperationDrawing : OperationIdle);
+        if (isLate)
+            video->SetLockBlock(true, true);
+        Click(20.04, 10.03);
+        EXPECT_EQ(box.count, isLate ? 1 : 0);
+        EXPECT_EQ(video->GetHandleOperation(), OperationIdle);
+        EXPECT_EQ(Ring(video), (QList<QPointF>{{20.0, 10.0}}));
+        EXPECT_EQ(RecordRadius(video), 500);
+        EXPECT_EQ(video->GetAnchor()[0].x(), 20.0);
+        viewer->SetToolType(ToolNavigate);
+        viewer->slotBlockLock("video", false);
+    }
 }
 
 TEST_F(Video, IsMovedAndResizedByItsHandlesWithUndo)
