@@ -16,17 +16,20 @@
  */
 namespace AxAreaOperations {
 
+/// (longitude, latitude) in degrees; the first point is not repeated.
 using Ring = QList<QPointF>;
 
+/// A piece of ground.
 struct Area
 {
-    Ring ring;
-    QList<Ring> holes;
+    Ring ring;         ///< around it
+    QList<Ring> holes; ///< that are none of it
 };
 
+/// Why nothing came of an operation.
 enum class Fault
 {
-    None,
+    None,        ///< something did
     NotAnArea,   ///< fewer than three points, or one that is no place
     Crosses,     ///< a ring that crosses or touches itself
     TooLarge,    ///< a point more than 1,000 km from the middle of all
@@ -38,8 +41,8 @@ enum class Fault
 /// With a fault there are no areas.
 struct Result
 {
-    QList<Area> areas; ///< the largest first
-    Fault fault = Fault::None;
+    QList<Area> areas;         ///< the largest first
+    Fault fault = Fault::None; ///< why there are none
 };
 
 /// One area or more, with holes where gaps are enclosed.

@@ -9,6 +9,7 @@
 /// program, numbers with a point.
 namespace AxUnits {
 
+/// The units of lengths; of areas.
 enum class System
 {
     Metric,   ///< m, km; m², km²

@@ -11,6 +11,7 @@ class AxMavlinkAircraft;
 class AxDataRequests
 {
 public:
+    /// Asks nothing yet.
     explicit AxDataRequests(AxMavlinkAircraft& aircraft);
 
     /// Asks for all of them. The aircraft is heard for the first time, or again.

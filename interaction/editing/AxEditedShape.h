@@ -15,13 +15,14 @@ class CAxHandleAdapter;
 /// A handle of a map object that is none of a vertex.
 struct AxFurtherHandle
 {
+    /// What dragging it does to the object.
     enum class Does
     {
-        Resizes,
-        Turns,
+        Resizes, ///< shown as a box
+        Turns,   ///< shown as a ball
     };
-    osg::Vec3d place; ///< degrees, degrees, metres
-    Does does = Does::Resizes;
+    osg::Vec3d place;          ///< degrees, degrees, metres
+    Does does = Does::Resizes; ///< also tells how it looks
 };
 
 /// A map object as its handles and its undo steps deal with it. CAxHandleAdapter says more. GUI thread.

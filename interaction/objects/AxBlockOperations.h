@@ -32,6 +32,7 @@ class CAxHandleAdapter;
 class AXEARTHVIEWER_EXPORT AxBlockOperations
 {
 public:
+    /// For the viewer, whose objects they are.
     AxBlockOperations(AxObjects& objects, AxViewerParts& viewer, CAxEarthViewer* earthViewer);
 
     /// Puts blocks in the place of others, either of which may be none. The new records come with ID

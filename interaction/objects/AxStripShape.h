@@ -24,6 +24,7 @@ AXEARTHVIEWER_EXPORT std::vector<osg::Vec3d> Band(const std::vector<osg::Vec3d>&
 class AXEARTHVIEWER_EXPORT KeptBand
 {
 public:
+    /// As Band(); good until the next call.
     const std::vector<osg::Vec3d>& Of(const std::vector<osg::Vec3d>& centreLine, double width1,
                                       double width2);
 
@@ -54,21 +55,22 @@ AXEARTHVIEWER_EXPORT bool HasShortLegAt(const std::vector<osg::Vec3d>& centreLin
 /// A pair of widths, in the order in which Band() takes them.
 struct Widths
 {
-    double left = 0.0;
-    double right = 0.0;
+    double left = 0.0;  ///< metres
+    double right = 0.0; ///< metres
 };
 /// What became of two texts that shall be widths.
 struct TypedWidths
 {
+    /// Why they are none.
     enum Fault
     {
-        None,
-        NoNumber,
-        Negative,
+        None,     ///< they are
+        NoNumber, ///< a text is no number
+        Negative, ///< one is less than 0
         TooNarrow ///< less than 3 m together
     };
-    Fault fault = None;
-    Widths widths; ///< without a fault
+    Fault fault = None; ///< of the texts
+    Widths widths;      ///< without a fault
 };
 /// Decimals are written with a point; 0 for one of them is a width, and so is 3 for both.
 AXEARTHVIEWER_EXPORT TypedWidths ReadWidths(const QString& width1, const QString& width2);

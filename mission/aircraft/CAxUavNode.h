@@ -25,8 +25,8 @@ class MapNode;
 /// CAxUavNode are.
 struct AxReplayPhoto
 {
-    int index = 0;
-    CAxVector3D place;
+    int index = 0;     ///< the camera's number
+    CAxVector3D place; ///< where it was taken
 };
 
 /**

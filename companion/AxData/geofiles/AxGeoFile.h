@@ -19,14 +19,15 @@
 /// One area, line or point. Places are (longitude, latitude) in degrees, WGS 84, longitudes in [-180, 180].
 struct AxGeoShape
 {
+    /// What its points make.
     enum Kind
     {
-        Area,
-        Line,
-        Point,
+        Area,  ///< a ring
+        Line,  ///< a line
+        Point, ///< one place
     };
 
-    Kind kind = Area;
+    Kind kind = Area;            ///< of the points
     QString name;                ///< one line, 200 characters at most
     QList<QPointF> points;       ///< a ring does not repeat its first point
     QList<QList<QPointF>> holes; ///< of an area, likewise
@@ -40,9 +41,10 @@ struct AxGeoShape
     double radius = std::numeric_limits<double>::quiet_NaN();
 };
 
+/// What a file holds.
 struct AxGeoContent
 {
-    QVector<AxGeoShape> shapes;
+    QVector<AxGeoShape> shapes;   ///< in the order of the file
     QStringList notes;            ///< for people: what was changed or left out, and where
     QString fault;                ///< why there are no shapes; empty when the file was read
     QString coordinateSystem;     ///< name of the one that the file uses
@@ -50,6 +52,7 @@ struct AxGeoContent
     bool isCancelled = false;     ///< the fault is that the caller has cancelled
 };
 
+/// How a file is read.
 struct AxGeoReadOptions
 {
     /// The coordinate system of a file that names none: "EPSG:32725", WKT or a PROJ string. Without one such
@@ -74,6 +77,7 @@ using AxGeoProgress = std::function<bool(int done, int all)>;
 AXDATA_EXPORT AxGeoContent AxReadGeoFile(const QString& path, const AxGeoReadOptions& options = {},
                                          const AxGeoProgress& progress = {});
 
+/// By the suffixes kml, kmz, geojson, shp, gpkg, dxf and csv.
 enum class AxGeoFormat
 {
     Kml,
@@ -85,6 +89,7 @@ enum class AxGeoFormat
     Csv,
 };
 
+/// What became of a file.
 struct AxGeoWritten
 {
     QString fault;     ///< why nothing was written; empty when the file was
