@@ -68,8 +68,11 @@ bool FileDrop::eventFilter(QObject* watched, QEvent* event)
     if (type != QEvent::Drop)
         return true;
     // The program that the files come from waits until this returns.
-    for (std::size_t i = 0; i < takers.size(); ++i)
-        if (!shares[i].isEmpty())
-            QTimer::singleShot(0, this, [open = takers[i].open, files = shares[i]] { open(files); });
+    // Boxes of one taker let events run: the next has to wait until it has done.
+    QTimer::singleShot(0, this, [turns = takers, shares] {
+        for (std::size_t i = 0; i < turns.size(); ++i)
+            if (!shares[i].isEmpty() && !turns[i].open(shares[i]))
+                return;
+    });
     return true;
 }

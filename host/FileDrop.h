@@ -18,8 +18,10 @@ public:
     void Watch(QWidget* widget);
 
     using Wants = std::function<bool(const QString& file)>;
-    using Open = std::function<void(const QStringList& files)>;
-    /// `open` is called when the drop is over, with all the files that `wants` has taken.
+    /// False when the pilot has given it up, or it was refused: what else was dropped is left then.
+    using Open = std::function<bool(const QStringList& files)>;
+    /// `open` is called when the drop is over, with all the files that `wants` has taken; where several have
+    /// taken some, one after the other, in the order in which they were added.
     void Add(Wants wants, Open open);
 
 protected:

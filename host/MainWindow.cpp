@@ -267,12 +267,15 @@ void MainWindow::BuildProject()
     drop = new FileDrop(this);
     drop->Watch(viewer->viewport());
     drop->Add(&ProjectSession::IsProjectFile,
-              [this](const QStringList& files) { project->Open(files.constFirst()); });
+              [this](const QStringList& files) { return project->Open(files.constFirst()); });
     exchange = new GeoExchange(viewer, this, [this](const QString& id) { return blocks->FaultOf(id); });
     connect(exchange, &GeoExchange::Told, this,
             [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
     connect(blocks, &BlockPanel::MenuAsked, exchange, &GeoExchange::FillBlockMenu);
-    drop->Add(&GeoExchange::IsGeoFile, [this](const QStringList& files) { exchange->Import(files); });
+    drop->Add(&GeoExchange::IsGeoFile, [this](const QStringList& files) {
+        exchange->Import(files);
+        return true;
+    });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

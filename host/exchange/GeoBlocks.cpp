@@ -31,11 +31,22 @@ CAxBlock::EBlockType TypeOf(const AxGeoShape& shape)
                : CAxBlock::PolygonBlock;
 }
 
+bool HasWidths(const AxGeoShape& shape)
+{
+    return !std::isnan(shape.leftWidth) && !std::isnan(shape.rightWidth);
+}
+
+bool IsTooNarrow(const AxGeoShape& shape)
+{
+    return shape.kind == AxGeoShape::Line && HasWidths(shape) &&
+           shape.leftWidth + shape.rightWidth < leastBand;
+}
+
 void SetWidths(CAxBlock& block, const AxGeoShape& shape, const GeoChoice& choice)
 {
     double left = std::isnan(shape.leftWidth) ? choice.leftWidth : shape.leftWidth;
     double right = std::isnan(shape.rightWidth) ? choice.rightWidth : shape.rightWidth;
-    if (left + right < leastBand) {
+    if (IsTooNarrow(shape)) {
         left = choice.leftWidth;
         right = choice.rightWidth;
     }
@@ -50,6 +61,19 @@ QString GeoBlocks::ReasonToLeaveOut(const AxGeoShape& shape, const GeoChoice& ch
     if (!shape.holes.isEmpty() && !choice.areHolesFilled)
         return tr("it has holes");
     return {};
+}
+
+bool GeoBlocks::LacksWidth(const AxGeoShape& shape)
+{
+    return shape.kind == AxGeoShape::Line && (!HasWidths(shape) || IsTooNarrow(shape));
+}
+
+QString GeoBlocks::NoteOf(const AxGeoShape& shape)
+{
+    return IsTooNarrow(shape) ? tr("its widths of %1 m and %2 m make no strip; the widths below are taken")
+                                    .arg(shape.leftWidth)
+                                    .arg(shape.rightWidth)
+                              : QString();
 }
 
 std::vector<std::unique_ptr<CAxBlock>> GeoBlocks::RecordsOf(const QVector<AxGeoShape>& shapes,

@@ -23,6 +23,10 @@ class GeoBlocks
 public:
     /// Why no block can be made of a shape; empty when one can.
     static QString ReasonToLeaveOut(const AxGeoShape& shape, const GeoChoice& choice);
+    /// Whether a line has no widths, or such as make no strip, so that those of the choice are taken.
+    static bool LacksWidth(const AxGeoShape& shape);
+    /// What the pilot should know of a shape that becomes a block; mostly empty.
+    static QString NoteOf(const AxGeoShape& shape);
     /// Records with IDs; shapes that have to be left out are passed over.
     static std::vector<std::unique_ptr<CAxBlock>> RecordsOf(const QVector<AxGeoShape>& shapes,
                                                             const GeoChoice& choice);

@@ -105,11 +105,7 @@ void GeoImportBox::AddChoices()
         connect(holes, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
                 &GeoImportBox::FollowChoice);
     }
-    const auto lacksWidth = [](const AxGeoShape& shape) {
-        return shape.kind == AxGeoShape::Line &&
-               (std::isnan(shape.leftWidth) || std::isnan(shape.rightWidth));
-    };
-    if (std::any_of(shapes.begin(), shapes.end(), lacksWidth)) {
+    if (std::any_of(shapes.begin(), shapes.end(), &GeoBlocks::LacksWidth)) {
         const auto addWidth = [&](const QString& label, double metres) {
             auto* width = new QDoubleSpinBox;
             width->setLocale(QLocale::c());
@@ -149,7 +145,9 @@ void GeoImportBox::FollowChoice()
         row->setDisabled(!reason.isEmpty());
         if (wasLeftOut != row->isDisabled())
             row->setCheckState(NameColumn, reason.isEmpty() ? Qt::Checked : Qt::Unchecked);
-        row->setText(NoteColumn, reason.isEmpty() ? QString() : tr("left out: %1").arg(reason));
+        const QString note = reason.isEmpty() ? GeoBlocks::NoteOf(shapes[i]) : tr("left out: %1").arg(reason);
+        row->setText(NoteColumn, note);
+        row->setToolTip(NoteColumn, note.toHtmlEscaped());
     }
     OKButton()->setEnabled(!Wanted().isEmpty());
 }

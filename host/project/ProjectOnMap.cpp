@@ -32,6 +32,10 @@ AxProject ProjectOnMap::Look(const CAxEarthViewer& viewer, const AxProject& rest
 QStringList ProjectOnMap::Show(CAxEarthViewer& viewer, const AxProject& project)
 {
     viewer.SetToolType(ToolNavigate);
+    // The line that cuts a block has no tool that ends it; it would go on over the new blocks.
+    CAxHandleAdapter* current = viewer.GetCurHandleAdapter();
+    if (current && current->GetHandleOperation() == OperationDrawing)
+        current->CancelHandle();
     viewer.ClearMultiSelectAdapter();
     viewer.GetUndoStack()->clear();
     viewer.RemoveAllHanderAdapter(true);

@@ -22,6 +22,7 @@
 namespace {
 constexpr int mostRecent = 8;
 constexpr int recoveredMs = 10000;
+constexpr int mostLeftOut = 8;
 
 QString Shown(const QString& file)
 {
@@ -75,6 +76,9 @@ ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, c
     });
     connect(journal, &AxProjectJournal::failed, this, [this](const QString& fault) {
         emit Told(tr("What is not saved cannot be kept for a crash: %1").arg(fault));
+    });
+    connect(journal, &AxProjectJournal::refused, this, [this](const QString& fault) {
+        emit Told(tr("The project cannot be saved as it is now: %1").arg(fault));
     });
     // The mark is there as soon as the edit is; what turns out to be none takes it away again.
     connect(
@@ -356,6 +360,13 @@ bool ProjectSession::Offer(AxRecovery& recovery)
     const QFileInfo file(recovery.projectPath);
     if (file.exists() && file.lastModified() > recovery.time.toLocalTime())
         text += QLatin1Char(' ') + tr("The file was changed after that.");
+    if (!recovery.leftOut.isEmpty())
+        text +=
+            QStringLiteral("\n\n") +
+            tr("This of it cannot be and is left out: %1")
+                .arg(recovery.leftOut.mid(0, mostLeftOut).join(QStringLiteral("; "))) +
+            (recovery.leftOut.size() > mostLeftOut ? QStringLiteral("; ... (%1)").arg(recovery.leftOut.size())
+                                                   : QString());
     Question box(window, tr("Recover project"), text);
     const QAbstractButton* recover = box.addButton(tr("&Recover"), QMessageBox::AcceptRole);
     const QAbstractButton* discard = box.addButton(tr("&Throw away"), QMessageBox::DestructiveRole);
@@ -380,10 +391,18 @@ void ProjectSession::Recover(AxRecovery& recovery)
     journal->Begin(path, hasFile ? AxReadProject(recovery.projectPath).project : AxProject());
     journal->LookNow();
     // Only when it is kept once more.
-    if (!journal->IsModified() || journal->Flush(recoveredMs))
-        AxDropRecovery(recovery);
+    const bool isKept = !journal->IsModified() || journal->Flush(recoveredMs);
     ShowTitle();
     emit Told(tr("Recovered; nothing of it is saved yet."));
+    if (isKept && !recovery.leftOut.isEmpty()) {
+        // It stays for whoever can make more of it, but is not offered again.
+        const QString kept = recovery.file + QStringLiteral(".damaged");
+        if (QFile::rename(recovery.file, kept))
+            emit Told(tr("Recovered; nothing of it is saved yet. What was left out is kept in %1.")
+                          .arg(Shown(kept)));
+    } else if (isKept) {
+        AxDropRecovery(recovery);
+    }
 }
 
 QByteArray ProjectSession::Recent() const

@@ -9,6 +9,7 @@
 #include <AxData/CAxBlockManager.h>
 
 #include <QComboBox>
+#include <QDoubleSpinBox>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTreeWidget>
@@ -23,7 +24,9 @@ const char* const fields = R"({"type":"FeatureCollection","features":[
 {"type":"Feature","properties":{"name":"Road","left_m":20},"geometry":{"type":"LineString","coordinates":[
  [-105,37.42],[-104.99,37.43],[-104.98,37.42]]}},
 {"type":"Feature","properties":{"name":"Tower","radius_m":120},"geometry":{"type":"Point","coordinates":[-105,37.44]}},
-{"type":"Feature","properties":{"name":"Stone"},"geometry":{"type":"Point","coordinates":[-105,37.45]}}]})";
+{"type":"Feature","properties":{"name":"Stone"},"geometry":{"type":"Point","coordinates":[-105,37.45]}},
+{"type":"Feature","properties":{"name":"Ditch","left_m":1,"right_m":1},"geometry":{"type":"LineString","coordinates":[
+ [-105,37.46],[-104.99,37.46]]}}]})";
 
 class Exchange : public ViewerFixture
 {
@@ -81,7 +84,7 @@ TEST_F(Exchange, AnImportIsOneStepThatUndoTakesBack)
     box.answers = {ModalBox::Press(QStringLiteral("Import"))};
     exchange->Import({Put("fields.geojson", fields)});
     EXPECT_EQ(box.titles, QStringList{QStringLiteral("Import areas and lines")});
-    ASSERT_EQ(CAxBlockManager::instance().GetBlockList().size(), 4) << Names().join(", ").toStdString();
+    ASSERT_EQ(CAxBlockManager::instance().GetBlockList().size(), 5) << Names().join(", ").toStdString();
     const CAxBlock* pit = BlockOf("Pit");
     CAxBlock* road = BlockOf("Road");
     const CAxBlock* tower = BlockOf("Tower");
@@ -124,14 +127,21 @@ TEST_F(Exchange, ThePilotChoosesWhatBecomesABlock)
     ModalBox box;
     box.answers = {[](QDialog& dialog) {
         auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("FoundShapes"));
-        ASSERT_TRUE(list && list->topLevelItemCount() == 5);
+        ASSERT_TRUE(list && list->topLevelItemCount() == 6);
         EXPECT_EQ(list->topLevelItem(4)->checkState(0), Qt::Unchecked) << "a mere point";
         dialog.findChild<QComboBox*>()->setCurrentIndex(1); // leaves out what has holes
+        EXPECT_TRUE(list->topLevelItem(5)->text(5).contains(QStringLiteral("1 m and 1 m")));
+        dialog.findChild<QDoubleSpinBox*>()->setValue(7.0); // to the left
         list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
         ModalBox::Press(QStringLiteral("Import"))(dialog);
     }};
     exchange->Import({Put("fields.geojson", fields)});
-    EXPECT_EQ(Names(), (QStringList{QStringLiteral("Pit"), QStringLiteral("Tower")}));
+    EXPECT_EQ(Names(),
+              (QStringList{QStringLiteral("Ditch"), QStringLiteral("Pit"), QStringLiteral("Tower")}));
+    double left = 0.0;
+    double right = 0.0;
+    BlockOf("Ditch")->GetTaskPara()->GetBandingOffset(left, right);
+    EXPECT_TRUE(left == 7.0 && right == 50.0);
 }
 
 TEST_F(Exchange, AFileWithoutACoordinateSystemIsAskedForAndABadOneIsTold)

@@ -5,6 +5,7 @@
 #include "host/FileDrop.h"
 #include "host/project/ProjectOnMap.h"
 #include "host/project/ProjectSession.h"
+#include "interaction/AxBlockOperations.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -112,6 +113,19 @@ TEST_F(Project, IsShownAsItWasSaved)
     EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, wanted));
 }
 
+TEST_F(Project, EndsTheLineThatCutsABlock)
+{
+    AxProject project = Two();
+    project.blocks[1].tasks.clear();
+    ASSERT_TRUE(session->Open(Saved("a.axproject", project)));
+    ASSERT_TRUE(viewer->GetBlockOperations()->BeginSplit(QStringLiteral("id1")));
+    ASSERT_TRUE(viewer->GetCurHandleAdapter());
+    ProjectOnMap::Show(*viewer, {});
+    EXPECT_FALSE(viewer->GetCurHandleAdapter());
+    ASSERT_TRUE(session->Open(Saved("b.axproject", project)));
+    EXPECT_TRUE(viewer->GetBlockOperations()->BeginSplit(QStringLiteral("id1")));
+}
+
 TEST_F(Project, IsLeftOnlyAfterAQuestion)
 {
     const QString path = Saved("a.axproject");
@@ -171,7 +185,8 @@ TEST_F(Project, OfAProgramThatDiedIsOffered)
     const QString path = Saved("a.axproject");
     ASSERT_TRUE(session->Open(path));
     Rename("Quarry");
-    ASSERT_TRUE(waitFor([this] { return window.isWindowModified(); }, 5000));
+    CAxBlockManager::instance().GetBlock("id0")->SetBlockName(QString(20000, QLatin1Char('n')));
+    ASSERT_TRUE(waitFor([this] { return told.contains(QStringLiteral("cannot be saved")); }, 5000));
     session.reset(); // without an end
     ProjectOnMap::Show(*viewer, {});
     for (const char* button : {"Ask again later", "&Recover"}) {
@@ -185,6 +200,9 @@ TEST_F(Project, OfAProgramThatDiedIsOffered)
         }
     }
     EXPECT_TRUE(CAxBlockManager::instance()._exist(QStringLiteral("Quarry")));
+    EXPECT_EQ(CAxBlockManager::instance().GetBlockList().size(), 1) << "what cannot be saved is left out";
+    EXPECT_TRUE(boxes.texts.last().contains(QStringLiteral("nnn")) && told.contains(".damaged"))
+        << boxes.texts.last().toStdString() << told.toStdString();
     EXPECT_TRUE(window.isWindowModified());
     EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*] - Host"));
     EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, Two())) << "saved by itself";
@@ -196,9 +214,18 @@ TEST(FileDrop, GivesEachFileToTheFirstThatWantsIt)
     FileDrop drop(&window);
     QStringList projects;
     QStringList others;
-    drop.Add(&ProjectSession::IsProjectFile, [&](const QStringList& files) { projects += files; });
+    bool isOpened = true;
+    drop.Add(&ProjectSession::IsProjectFile, [&](const QStringList& files) {
+        projects += files;
+        QTest::qWait(1); // as a box
+        EXPECT_TRUE(others.isEmpty()) << "before the project is there";
+        return isOpened;
+    });
     drop.Add([](const QString& file) { return file.contains(QLatin1Char('a')); },
-             [&](const QStringList& files) { others += files; });
+             [&](const QStringList& files) {
+                 others += files;
+                 return true;
+             });
     const auto dropped = [&window](const QStringList& urls) {
         QMimeData data;
         QList<QUrl> list;
@@ -220,6 +247,11 @@ TEST(FileDrop, GivesEachFileToTheFirstThatWantsIt)
     QTest::qWait(0);
     EXPECT_EQ(projects, QStringList("/tmp/a.AXPROJECT"));
     EXPECT_EQ(others, QStringList("/tmp/a b.kml"));
+    others.clear();
+    isOpened = false;
+    EXPECT_TRUE(dropped({"file:///tmp/a.axproject", "file:///tmp/a.kml"}));
+    QTest::qWait(0);
+    EXPECT_TRUE(projects.size() == 2 && others.isEmpty()) << "imported into the project that stays";
     EXPECT_FALSE(dropped({"file:///x/y", "https://example.org/a.axproject"}));
     QDialog box;
     box.setModal(true);
