@@ -26,8 +26,9 @@ QString Tr(const char* text)
 void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style& style,
                          const osg::Vec3d& lngLatPos, const QString& text)
 {
-    osg::Group* const drawGroup = scene.DrawGroup();
-    if (!drawGroup)
+    // Not the draw group itself: a handle in it may be dragged, and with it that group's children be walked.
+    osg::Group* const group = scene.ObjectGroup();
+    if (!group)
         return;
     const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos, osgEarth::ALTMODE_ABSOLUTE);
     if (label) {
@@ -42,7 +43,7 @@ void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style&
     symbol->declutter() = false;
     label = new LabelNode(scene.MapNode(), place, text.toStdString(), beside);
     label->setDynamic(true);
-    parent = drawGroup;
+    parent = group;
     parent->addChild(label);
 }
 

@@ -16,7 +16,7 @@ class SpatialReference;
 }
 
 /**
- * A text beside the mouse while an object is drawn. It hangs below the draw group only while it is shown.
+ * A text beside the mouse while an object is drawn. It hangs below the group of objects only while it is shown.
  * GUI thread.
  */
 class AxCursorLabel

@@ -86,7 +86,7 @@ protected:
     /// The text beside the cursor; empty when there is none.
     static std::string CursorText()
     {
-        const osg::Group* group = viewer->GetDrawNodeGroup();
+        const osg::Group* group = viewer->GetGeomAdapterGroup();
         for (unsigned i = 0; i < group->getNumChildren(); ++i)
             if (const auto* label = dynamic_cast<const osgEarth::Annotation::LabelNode*>(group->getChild(i));
                 label && label->getName().empty())
