@@ -5,6 +5,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <QInputDialog>
+#include <QMessageBox>
 #include <QPointer>
 
 BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* parent)
@@ -83,12 +84,26 @@ void BlockMenu::AskFor(const QString& title, const QString& label, double value,
     if (id.isEmpty())
         return;
     const QPointer<BlockMenu> self(this);
-    constexpr int decimals = 2;
-    bool isTyped = false;
-    const double typed =
-        QInputDialog::getDouble(parentWidget(), title, label, value, least, most, decimals, &isTyped);
-    if (self && isTyped)
-        (this->*change)(id, typed);
+    QString text = QString::number(value);
+    bool isTyped = true;
+    // As a text: a field for numbers leaves a comma out, and 3,5 would become 35.
+    while (isTyped) {
+        text = QInputDialog::getText(parentWidget(), title, label, QLineEdit::Normal, text, &isTyped);
+        if (!self || !isTyped)
+            return;
+        bool isNumber = false;
+        const double typed = text.trimmed().toDouble(&isNumber);
+        if (isNumber && typed >= least && typed <= most) {
+            (this->*change)(id, typed);
+            return;
+        }
+        QMessageBox::warning(
+            parentWidget(), title,
+            tr("\"%1\" is not a number between %2 and %3. Decimals are written with a point.")
+                .arg(text, QString::number(least), QString::number(most)));
+        if (!self)
+            return;
+    }
 }
 
 void BlockMenu::Buffer(const QString& id, double metres)

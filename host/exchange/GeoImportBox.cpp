@@ -1,4 +1,5 @@
 #include "host/exchange/GeoImportBox.h"
+#include "host/tasks/LimitedNumber.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -107,7 +108,7 @@ void GeoImportBox::AddChoices()
     }
     if (std::any_of(shapes.begin(), shapes.end(), &GeoBlocks::LacksWidth)) {
         const auto addWidth = [&](const QString& label, double metres) {
-            auto* width = new QDoubleSpinBox;
+            auto* width = new LimitedNumber;
             width->setLocale(QLocale::c());
             width->setRange(3.0, 10000.0);
             width->setDecimals(1);

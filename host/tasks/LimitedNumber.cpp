@@ -9,6 +9,11 @@ LimitedNumber::LimitedNumber()
     setFocusPolicy(Qt::StrongFocus);
 }
 
+bool LimitedNumber::HasSeparator(const QString& text) const
+{
+    return text.contains(locale().groupSeparator());
+}
+
 std::optional<double> LimitedNumber::NumberIn(const QString& text) const
 {
     QString number = text;
@@ -22,12 +27,17 @@ std::optional<double> LimitedNumber::NumberIn(const QString& text) const
 // The usual one refuses each digit that leads beyond the limits, and 12000 becomes 1200.
 QValidator::State LimitedNumber::validate(QString& text, int& place) const
 {
+    // It would be left out, and 3,5 would become 35.
+    if (HasSeparator(text))
+        return QValidator::Intermediate;
     const QValidator::State usual = QDoubleSpinBox::validate(text, place);
     return usual == QValidator::Invalid && NumberIn(text) ? QValidator::Intermediate : usual;
 }
 
 void LimitedNumber::fixup(QString& text) const
 {
+    if (HasSeparator(text))
+        return;
     const std::optional<double> number = NumberIn(text);
     if (!number)
         return QDoubleSpinBox::fixup(text);

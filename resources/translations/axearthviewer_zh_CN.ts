@@ -3772,6 +3772,10 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>BlockMenu</name>
     <message>
+        <source>&quot;%1&quot; is not a number between %2 and %3. Decimals are written with a point.</source>
+        <translation>“%1”不是 %2 到 %3 之间的数字。小数请使用小数点。</translation>
+    </message>
+    <message>
         <source>&amp;Block</source>
         <translation>测区(&amp;B)</translation>
     </message>

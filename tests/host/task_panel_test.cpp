@@ -183,7 +183,7 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
     EXPECT_TRUE(waitFor([&shown] { return shown && shown->plan.figures.height < 101.0; }, 5000));
     // Typed, as a person does; a digit that is too many is not dropped.
     for (const auto& [typed, value] :
-         {std::pair{"12000", 10000.0}, {"0.2", 1.0}, {"1234.56", 1234.6}, {"100", 100.0}}) {
+         {std::pair{"12000", 10000.0}, {"0.2", 1.0}, {"1234.56", 1234.6}, {"100", 100.0}, {"120,5", 120.0}}) {
         height->selectAll();
         QTest::keyClicks(height, QLatin1String(typed));
         QTest::keyClick(height, Qt::Key_Return);
