@@ -8,6 +8,7 @@
 #include "viewer/AxFrame.h"
 #include "viewer/AxFrameCapture.h"
 #include "viewer/AxGlViewport.h"
+#include "viewer/AxGroundRequests.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxMapFile.h"
 #include "viewer/AxOverlayScene.h"
@@ -74,6 +75,9 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
         else
             emit q->InterestPointPicked(lon, lat, alt);
     });
+    groundRequests = std::make_unique<AxGroundRequests>();
+    connect(groundRequests.get(), &AxGroundRequests::answered, q,
+            &CAxEarthViewer::signalRequestElevationReturn);
 }
 
 AxViewerPrivate::~AxViewerPrivate() = default;
@@ -352,6 +356,7 @@ void AxViewerPrivate::addGroups()
 
 void AxViewerPrivate::shutDown()
 {
+    groundRequests.reset();
     // While there is still everything that a map object is part of.
     aircraft.RemoveAll();
     objects.DestroyAll();

@@ -22,6 +22,7 @@
 class AxFrame;
 class AxGlViewport;
 class AxGridWidget;
+class AxGroundRequests;
 class AxInputRouter;
 class AxOverlayScene;
 class CAxGraphicsCompassItem;
@@ -114,6 +115,7 @@ public:
     AxToolBox tools;
     AxAircraftFleet aircraft;
     CAxAncillaryProcess* ancillaryProcess = nullptr;
+    std::unique_ptr<AxGroundRequests> groundRequests;
     CAxDownhillAnglenode* downhillAngleNode = nullptr;
     CAxInterestPointNode* interestPointNode = nullptr;
 

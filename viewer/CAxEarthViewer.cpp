@@ -465,11 +465,6 @@ const osg::Matrixd& CAxEarthViewer::GetProjPlaneMatrix() const
     return d->projPlaneMatrix;
 }
 
-void CAxEarthViewer::SetCoordSys(const QString& system)
-{
-    d->coordSys = system;
-}
-
 const QString& CAxEarthViewer::GetCoordSys() const
 {
     return d->coordSys;

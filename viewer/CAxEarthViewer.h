@@ -21,6 +21,9 @@
 #include <memory>
 
 class AxBlockOperations;
+class AxMapLayers;
+class AxMeasurements;
+class AxSightAnalysis;
 class AxViewerParts;
 class AxViewerPrivate;
 class CAxAncillaryProcess;
@@ -160,6 +163,28 @@ public:
     void SetMapHeightsAboveEllipsoid(bool above);
     bool AreMapHeightsAboveEllipsoid() const;
 
+    // The map: its ground, its layers, what is measured on it (CAxEarthViewerMap.cpp)
+
+    /// The height of the ground as it is loaded now, metres as the map has them; degrees. NaN where none is
+    /// known. slotRequestElevation() asks for the finest there is.
+    double GetElevation(double longitude, double latitude) const;
+    /// The map's layers: shown, hidden, faded, added and removed; see there. Never null.
+    AxMapLayers* GetMapLayers() const;
+    /// What the measuring tools have found, as the map shows it; see there. Never null.
+    AxMeasurements* GetMeasurements() const;
+    /// What can be seen from where; see there. Never null.
+    AxSightAnalysis* GetSightAnalysis() const;
+
+    // Landing and points of interest (CAxEarthViewerLanding.cpp)
+
+    /// Shows or hides the disc in which a landing point may be set, around the current object; nothing
+    /// without one.
+    void SetLandingAreaVisible(bool visible);
+    /// Moves the disc: latitude, longitude, altitude. Nothing before it was shown or hidden first.
+    void SetLandingAreaPosition(const CAxVector3D& position);
+    /// Kilometres; nothing before it was shown or hidden first.
+    void SetLandingAreaRadius(double kilometres);
+
     /// The kind of host application: 1 and 3 hear of Alt, 1 selects several while Control is held.
     void SetAppType(int type);
     int GetAppType() const;
@@ -260,8 +285,10 @@ public:
     const osg::Vec3d& GetProjPlaneCenter() const;
     void SetProjPlaneMatrix(const osg::Matrixd& matrix);
     const osg::Matrixd& GetProjPlaneMatrix() const;
-    /// Coordinate system of read-outs; empty for geographic coordinates.
-    void SetCoordSys(const QString& system);
+    /// Coordinate system of read-outs, as PROJ knows it: an EPSG code ("EPSG:32613", "32613"), WKT or a PROJ
+    /// string; empty for geographic coordinates. False for one that is not known, with the reason in `why`;
+    /// the one before then stays.
+    bool SetCoordSys(const QString& system, QString* why = nullptr);
     const QString& GetCoordSys() const;
 
     /// Show or hide the sky (with the graticule), the compass, the read-out.
@@ -335,6 +362,9 @@ public slots:
     /// Shows or hides the grid panel.
     void slotGridWidget(QString strHanleID, bool bVisible);
     void slotHandleEnd(QString strHanleID, bool bReset); ///< emits signalHandleEnd()
+    /// Asks for the height of the ground at the finest level of the map's data, whatever is loaded; degrees.
+    /// signalRequestElevationReturn() answers later, once for each call, in their order.
+    void slotRequestElevation(double longitude, double latitude);
     /// These three do nothing for an unknown ID. A locked object is neither
     /// moved nor edited.
     void slotBlockVisible(QString strHanleID, bool bVisible);
