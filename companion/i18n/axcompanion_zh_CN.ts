@@ -1073,6 +1073,10 @@
         <translation>%1 千米</translation>
     </message>
     <message>
+        <source>%1 ft²</source>
+        <translation>%1 平方英尺</translation>
+    </message>
+    <message>
         <source>%1 ac</source>
         <translation>%1 英亩</translation>
     </message>
@@ -1683,6 +1687,10 @@
 <context>
     <name>AxGeoFile</name>
     <message>
+        <source>&quot;%1&quot; of an earlier export is still there; nothing of this export is in it.</source>
+        <translation>先前导出的“%1”仍在原处，其中没有本次导出的内容。</translation>
+    </message>
+    <message>
         <source>its curves cannot be made lines</source>
         <translation>其曲线无法转换为折线</translation>
     </message>
@@ -1727,36 +1735,36 @@
         <translation>第 %1 个点不在地球上：经度 %2，纬度 %3</translation>
     </message>
     <message>
-        <source>%1 areas have holes.</source>
-        <translation>%1 个区域带有孔洞。</translation>
+        <source>Areas with holes: %1.</source>
+        <translation>有孔洞的区域：%1 个。</translation>
     </message>
     <message>
-        <source>%1 features have no geometry and are left out.</source>
-        <translation>%1 个要素没有几何图形，已略去。</translation>
+        <source>Features without a geometry, which are left out: %1.</source>
+        <translation>没有几何图形而被略去的要素：%1 个。</translation>
     </message>
     <message>
-        <source>The curves of %1 features are now lines.</source>
-        <translation>%1 个要素的曲线已转换为折线。</translation>
+        <source>Features whose curves are now lines: %1.</source>
+        <translation>曲线已转换为折线的要素：%1 个。</translation>
     </message>
     <message>
-        <source>The measures (M) of %1 features are not taken over.</source>
-        <translation>%1 个要素的度量值（M）未被读入。</translation>
+        <source>Features whose measures (M) are not taken over: %1.</source>
+        <translation>M 值未被读入的要素：%1 个。</translation>
     </message>
     <message>
-        <source>The heights of %1 shapes differ from point to point and are not taken over.</source>
-        <translation>%1 个图形各点高程不同，高程未被读入。</translation>
+        <source>Shapes whose heights differ from point to point and are not taken over: %1.</source>
+        <translation>各点高度不同因而高度未被读入的图形：%1 个。</translation>
     </message>
     <message>
-        <source>%1 collections lie too deep in others and are left out.</source>
-        <translation>%1 个集合嵌套过深，已略去。</translation>
+        <source>Collections that lie too deep in others and are left out: %1.</source>
+        <translation>嵌套过深而被略去的集合：%1 个。</translation>
     </message>
     <message>
-        <source>%1 names are cut to 200 characters.</source>
-        <translation>%1 个名称已截为 200 个字符。</translation>
+        <source>Names that are cut to 200 characters: %1.</source>
+        <translation>被截短到 200 个字符的名称：%1 个。</translation>
     </message>
     <message>
-        <source>There are %1 more notes of this kind.</source>
-        <translation>另有 %1 条同类说明。</translation>
+        <source>Further notes of this kind: %1.</source>
+        <translation>其他同类说明：%1 条。</translation>
     </message>
     <message>
         <source>%1 is left out: %2.</source>
@@ -1843,8 +1851,8 @@
         <translation>文件为空。</translation>
     </message>
     <message>
-        <source>The file has more than %1 MB.</source>
-        <translation>文件大于 %1 MB。</translation>
+        <source>It has %1 MB; more than %2 MB of this format cannot be read.</source>
+        <translation>文件大小为 %1 MB；此格式最多可读取 %2 MB。</translation>
     </message>
     <message>
         <source>The format &quot;%1&quot; is not known.</source>
@@ -1871,7 +1879,7 @@
         <translation>第 %1 行</translation>
     </message>
     <message>
-        <source>%1 rows of the table are points. Rows with &quot;area&quot; or &quot;line&quot; in a column &quot;kind&quot; and the same name make one shape.</source>
+        <source>Rows of the table that are points: %1. Rows with &quot;area&quot; or &quot;line&quot; in a column &quot;kind&quot; and the same name make one shape.</source>
         <translation>表中有 %1 行为点。“kind”列为“area”或“line”且名称相同的各行组成一个图形。</translation>
     </message>
     <message>

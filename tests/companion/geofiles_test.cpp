@@ -1,6 +1,7 @@
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/geofiles/AxGeoFile.h>
 
+#include <QDate>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -167,8 +168,9 @@ TEST_F(GeoFiles, KmlGivesAreasLinesAndPointsOfAllFolders)
     EXPECT_TRUE(road.leftWidth == 30.0 && std::isnan(road.rightWidth) && std::isnan(road.altitude));
     EXPECT_EQ(named("50%2 1").kind, AxGeoShape::Point);
     EXPECT_EQ(named("50%2 2").points.size(), 2);
-    for (const char* note : {"NetworkLink (1)", "2 parts", "1 areas have holes",
-                             "1 features have no geometry", "heights of 1 shapes", "names are cut"})
+    for (const char* note :
+         {"NetworkLink (1)", "2 parts", "Areas with holes: 1.", "without a geometry, which are left out: 1",
+          "point and are not taken over: 1", "cut to 200 characters: 1"})
         EXPECT_TRUE(HasNote(read, note)) << note << " in\n" << read.notes.join('\n').toStdString();
 }
 
@@ -245,7 +247,7 @@ TEST_F(GeoFiles, AFeatureThatIsNoShapeIsLeftOutAndTold)
         {"[[1,1],[2,2],[1,1]]", "fewer than three"},
         {"[[1,1],[NaN,2],[2,2],[1,1]]", "no number"},
         {"[[1,1],[1e999,2],[2,2],[1,1]]", "no number"},
-        {"[]", "no geometry"},
+        {"[]", "without a geometry"},
         {"[[1,1],[2,1],[2,2],[1,1]],[[1.5,1.2],[1.6,1.2],[1.5,1.2]]", "Hole 1 of Layer", 2},
     };
     for (const auto& row : rows) {
@@ -293,6 +295,10 @@ TEST_F(GeoFiles, WhatCannotBeReadIsAFaultThatNamesTheFile)
             << row.name << ": " << read.fault.toStdString();
         EXPECT_TRUE(read.shapes.isEmpty());
     }
+    for (const char* name : {"huge.kml", "huge.geojson"}) {
+        ASSERT_TRUE(QFile(Put(QLatin1String(name), "{")).resize(129LL * 1024 * 1024));
+        EXPECT_TRUE(AxReadGeoFile(folder.filePath(QLatin1String(name))).fault.contains("129 MB")) << name;
+    }
     for (const char* name : {"folder.kml", "missing.kml"})
         EXPECT_FALSE(AxReadGeoFile(folder.filePath(QLatin1String(name))).fault.isEmpty()) << name;
 }
@@ -329,6 +335,12 @@ TEST_F(GeoFiles, WhatIsWrittenIsReadAgain)
             const AxGeoWritten written = AxWriteGeoFile(path, row.format, shapes);
             ASSERT_TRUE(written.fault.isEmpty()) << written.fault.toStdString();
             QVector<AxGeoShape> read = AxReadGeoFile(path).shapes;
+            if (row.format == AxGeoFormat::Kmz) {
+                QFile archive(path);
+                ASSERT_TRUE(archive.open(QIODevice::ReadOnly));
+                const int year = 1980 + (uchar(archive.readAll()[13]) >> 1);
+                EXPECT_LE(std::abs(year - QDate::currentDate().year()), 1);
+            }
             if (row.format == AxGeoFormat::Shapefile)
                 for (const char* other : {"s%1_lines.shp", "s%1_points.shp"})
                     read += AxReadGeoFile(folder.filePath(QString(other).arg(seed))).shapes;
@@ -372,6 +384,18 @@ TEST_F(GeoFiles, AFileThatCannotBeWrittenStaysAsItWas)
     EXPECT_TRUE(AxWriteGeoFile(folder.filePath("old.shp"), AxGeoFormat::Shapefile, SomeShapes(1))
                     .fault.contains(QStringLiteral("old_points.shp")));
     EXPECT_FALSE(QFile::exists(folder.filePath("old.shp")));
+    const QString set = folder.filePath("set.shp");
+    ASSERT_TRUE(AxWriteGeoFile(set, AxGeoFormat::Shapefile, SomeShapes(1)).fault.isEmpty());
+    shapes = SomeShapes(2);
+    shapes.removeLast(); // the point
+    const AxGeoWritten again = AxWriteGeoFile(set, AxGeoFormat::Shapefile, shapes);
+    EXPECT_TRUE(again.fault.isEmpty()) << again.fault.toStdString();
+    EXPECT_EQ(again.notes.filter(QStringLiteral("set_points.shp")).size(), 1);
+    EXPECT_EQ(AxReadGeoFile(folder.filePath("set_lines.shp")).shapes[0].points.size(),
+              shapes.last().points.size());
+    ASSERT_TRUE(QFile::remove(set));
+    EXPECT_TRUE(AxWriteGeoFile(set, AxGeoFormat::Shapefile, shapes).fault.contains("set_lines.shp"))
+        << "nobody was asked";
     for (const QString& name : {old, others}) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::ReadOnly));
@@ -387,7 +411,7 @@ TEST_F(GeoFiles, TablesAndDrawingsAreReadAsTheyCome)
     ASSERT_EQ(table.shapes.size(), 3) << table.fault.toStdString() << table.notes.join('\n').toStdString();
     EXPECT_EQ(table.shapes[0].points, (QList<QPointF>{{12.0, 47.0}, {12.1, 47.0}, {12.1, 47.1}}));
     EXPECT_TRUE(table.shapes[1].kind == AxGeoShape::Line && table.shapes[2].kind == AxGeoShape::Point);
-    EXPECT_TRUE(HasNote(table, "1 rows of the table are points") && HasNote(table, "fewer than two") &&
+    EXPECT_TRUE(HasNote(table, "that are points: 1.") && HasNote(table, "fewer than two") &&
                 HasNote(table, "no number"));
     const AxGeoContent nameless =
         ReadOf("c.csv", "kind,longitude,latitude\n,1,2\nline,3,4\nline,5,6\n,7,8\n");

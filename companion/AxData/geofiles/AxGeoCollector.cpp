@@ -130,6 +130,7 @@ bool AxGeoCollector::add(const Part& part, const QString& name, const AxGeoSyste
     AxGeoShape shape;
     shape.kind = part.kind;
     shape.name = name;
+    shape.layer = feature.layer;
     shape.attributes = feature.attributes;
     if (std::isinf(part.altitude))
         ++uneven;
@@ -255,14 +256,14 @@ void AxGeoCollector::Finish()
         int count;
         QString text;
     } counted[] = {
-        {holed, AX_GEO_TEXT("%1 areas have holes.")},
-        {empty, AX_GEO_TEXT("%1 features have no geometry and are left out.")},
-        {curved, AX_GEO_TEXT("The curves of %1 features are now lines.")},
-        {measured, AX_GEO_TEXT("The measures (M) of %1 features are not taken over.")},
-        {uneven, AX_GEO_TEXT("The heights of %1 shapes differ from point to point and are not taken over.")},
-        {nested, AX_GEO_TEXT("%1 collections lie too deep in others and are left out.")},
-        {cutNames, AX_GEO_TEXT("%1 names are cut to 200 characters.")},
-        {notesLeftOut, AX_GEO_TEXT("There are %1 more notes of this kind.")},
+        {holed, AX_GEO_TEXT("Areas with holes: %1.")},
+        {empty, AX_GEO_TEXT("Features without a geometry, which are left out: %1.")},
+        {curved, AX_GEO_TEXT("Features whose curves are now lines: %1.")},
+        {measured, AX_GEO_TEXT("Features whose measures (M) are not taken over: %1.")},
+        {uneven, AX_GEO_TEXT("Shapes whose heights differ from point to point and are not taken over: %1.")},
+        {nested, AX_GEO_TEXT("Collections that lie too deep in others and are left out: %1.")},
+        {cutNames, AX_GEO_TEXT("Names that are cut to 200 characters: %1.")},
+        {notesLeftOut, AX_GEO_TEXT("Further notes of this kind: %1.")},
     };
     for (const auto& one : counted)
         if (one.count > 0)

@@ -14,6 +14,7 @@ struct AxGeoFeature
 {
     QString where; ///< for people
     QString name;
+    QString layer; ///< where the file has several
     QMap<QString, QString> attributes;
     bool isClosedLineArea = false;
     bool isZeroNoHeight = false; ///< a height of 0 says nothing

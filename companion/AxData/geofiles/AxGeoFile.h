@@ -29,6 +29,7 @@ struct AxGeoShape
 
     Kind kind = Area;            ///< of the points
     QString name;                ///< one line, 200 characters at most
+    QString layer;               ///< that it comes from; empty where the file has only one
     QList<QPointF> points;       ///< a ring does not repeat its first point
     QList<QList<QPointF>> holes; ///< of an area, likewise
     /// Metres, the same for all points; NaN where there is none or where they differ.
@@ -99,6 +100,7 @@ struct AxGeoWritten
 /// Writes shapes so that AxReadGeoFile() gives the same ones. WGS 84, UTF-8, widths and radius as the fields
 /// "left_m", "right_m", "radius_m"; DXF has metres in the UTM zone of the first point. The file that was
 /// there is replaced when the new one is whole. A shapefile has one kind of shape: lines and points beside
-/// areas go to files of their own, which a note names.
+/// areas go to files of their own, which a note names. Such a file that is there already is replaced with the
+/// one at `path` where it has the fields of an earlier call; any other is a fault, and nothing is written.
 AXDATA_EXPORT AxGeoWritten AxWriteGeoFile(const QString& path, AxGeoFormat format,
                                           const QVector<AxGeoShape>& shapes);

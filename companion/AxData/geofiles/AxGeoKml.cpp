@@ -12,14 +12,12 @@
 #include <memory>
 
 namespace {
-/// Whole documents are held in memory, several times as large as the text. A million points have 40 MB.
-constexpr qint64 mostBytesOfText = 128LL * 1024 * 1024;
 constexpr int mostElements = 3000000;
 constexpr int deepestElement = 100;
 
 QString TooLarge()
 {
-    return AX_GEO_TEXT("Its text has more than %1 MB.").arg(mostBytesOfText / 1024 / 1024);
+    return AX_GEO_TEXT("Its text has more than %1 MB.").arg(axMostGeoText / 1024 / 1024);
 }
 
 /// In UTF-8 whatever its declaration says, which goes then.
@@ -47,8 +45,9 @@ bool IsPassedOver(const QString& element)
 
 QString AxPrepareKml(QByteArray& text, QStringList& notes)
 {
-    if (text.size() > mostBytesOfText)
-        return TooLarge();
+    const QString tooLarge = AxGeoTooLarge(text.size());
+    if (!tooLarge.isEmpty())
+        return tooLarge;
     QXmlStreamReader xml(text);
     xml.setNamespaceProcessing(false); // prefixes are often left undeclared
     QMap<QString, int> passedOver;
@@ -115,8 +114,9 @@ QString AxUnpackKmz(const QByteArray& gdalName, QByteArray& text, QStringList& n
         ++documents;
         if (member.isEmpty() || name == "doc.kml") {
             member = name;
-            if (entry->bSizeKnown && qint64(entry->nSize) > mostBytesOfText)
-                return TooLarge();
+            const QString tooLarge = AxGeoTooLarge(entry->bSizeKnown ? qint64(entry->nSize) : 0);
+            if (!tooLarge.isEmpty())
+                return tooLarge;
         }
     }
     if (documents == 0)
@@ -134,7 +134,7 @@ QString AxUnpackKmz(const QByteArray& gdalName, QByteArray& text, QStringList& n
     QByteArray piece(1024 * 1024, Qt::Uninitialized);
     while (const std::size_t count = VSIFReadL(piece.data(), 1, std::size_t(piece.size()), file.get())) {
         text.append(piece.constData(), int(count));
-        if (text.size() > mostBytesOfText)
+        if (text.size() > axMostGeoText)
             return TooLarge();
     }
     return text.isEmpty() ? AX_GEO_TEXT("Its document cannot be unpacked.") : QString();

@@ -149,6 +149,12 @@ QString SystemOfDrawing(const QString& path)
     }
     return {};
 }
+/// Formats that are read into memory as a whole before the first shape of them is known.
+bool IsHeldWhole(const QString& suffix)
+{
+    return QStringList{QStringLiteral("kml"), QStringLiteral("geojson"), QStringLiteral("json")}.contains(
+        suffix);
+}
 } // namespace
 
 AxGeoOpened AxOpenGeoFile(const QString& path, const AxGeoReadOptions& options, AxGeoSession& session)
@@ -165,8 +171,9 @@ AxGeoOpened AxOpenGeoFile(const QString& path, const AxGeoReadOptions& options, 
         opened.fault = AX_GEO_TEXT("It may not be read.");
     else if (file.size() == 0)
         opened.fault = AX_GEO_TEXT("The file is empty.");
-    else if (file.size() > options.mostBytes)
-        opened.fault = AX_GEO_TEXT("The file has more than %1 MB.").arg(options.mostBytes / 1024 / 1024);
+    else
+        opened.fault = AxGeoTooLarge(file.size(), IsHeldWhole(suffix) ? qMin(options.mostBytes, axMostGeoText)
+                                                                      : options.mostBytes);
     if (!opened.fault.isEmpty())
         return opened;
 

@@ -164,7 +164,7 @@ bool AxReadGeoTable(OGRLayer& table, const QString& fileName, const AxGeoReadOpt
         return false;
     if (points > 0)
         content.notes +=
-            AX_GEO_TEXT("%1 rows of the table are points. Rows with \"area\" or \"line\" in a column "
+            AX_GEO_TEXT("Rows of the table that are points: %1. Rows with \"area\" or \"line\" in a column "
                         "\"kind\" and the same name make one shape.")
                 .arg(points);
     if (system->IsGuessed() && !content.shapes.isEmpty())

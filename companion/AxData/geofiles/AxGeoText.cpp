@@ -35,6 +35,15 @@ QByteArray AxGeoCodecOf(const QByteArray& text)
     return "GB18030";
 }
 
+QString AxGeoTooLarge(qint64 bytes, qint64 most)
+{
+    constexpr qint64 megabyte = 1024LL * 1024;
+    return bytes <= most ? QString()
+                         : AX_GEO_TEXT("It has %1 MB; more than %2 MB of this format cannot be read.")
+                               .arg((bytes + megabyte - 1) / megabyte)
+                               .arg(most / megabyte);
+}
+
 QString AxGeoOneLine(const QString& text, bool& isCut)
 {
     constexpr int mostCharacters = 200;

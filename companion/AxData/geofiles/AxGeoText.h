@@ -19,6 +19,11 @@ QString AxGeoDecoded(const char* text, const QByteArray& codec, bool& isForeign)
 /// The codec that most likely made a text that is not in UTF-8: GB18030 or Windows-1252.
 QByteArray AxGeoCodecOf(const QByteArray& text);
 
+/// Why a text of so many bytes is not read; empty when it may be. Whole documents are held in memory, several
+/// times as large as their text, and nobody can break that off.
+constexpr qint64 axMostGeoText = 128LL * 1024 * 1024;
+QString AxGeoTooLarge(qint64 bytes, qint64 most = axMostGeoText);
+
 /// One line of at most 200 characters; `isChanged` tells whether it was cut.
 QString AxGeoOneLine(const QString& text, bool& isCut);
 

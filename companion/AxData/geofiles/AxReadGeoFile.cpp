@@ -94,6 +94,8 @@ private:
             if (!step())
                 return false;
             AxGeoFeature feature = fields.Of(*read);
+            if (opened.data->GetLayerCount() > 1)
+                feature.layer = layerName;
             feature.isClosedLineArea = opened.isDrawing;
             feature.isZeroNoHeight = opened.isKml; // its places lie on the ground then
             if (opened.isDrawing)

@@ -4,10 +4,13 @@
 #include <AxData/geofiles/AxGeoText.h>
 #include <AxData/geofiles/AxGeoWriters.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
+#include <QtEndian>
 
 #include <cpl_vsi.h>
 #include <gdal_priv.h>
@@ -46,6 +49,28 @@ QString FaultOf(const QVector<AxGeoShape>& shapes)
     return {};
 }
 
+/// The archive of one member with the time of that: GDAL leaves it out, which means the year 1980.
+void SetTime(QByteArray& archive, const QDateTime& local)
+{
+    constexpr int fileTime = 10;  // in the header of the member, PKWARE APPNOTE 4.3.7
+    constexpr int listTime = 12;  // in its entry in the list, 4.3.12
+    constexpr int listPlace = 16; // in the end of the list, 4.3.16
+    const int end = archive.lastIndexOf("PK\5\6");
+    if (!archive.startsWith("PK\3\4") || end < 0 || end + listPlace + 4 > archive.size())
+        return;
+    const quint32 list = qFromLittleEndian<quint32>(archive.constData() + end + listPlace);
+    if (list + 16 > quint32(archive.size()) || archive.mid(int(list), 4) != "PK\1\2")
+        return;
+    const QDate day = local.date();
+    const QTime time = local.time();
+    const auto clock = quint16(time.hour() << 11 | time.minute() << 5 | time.second() / 2);
+    const auto date = quint16((day.year() - 1980) << 9 | day.month() << 5 | day.day());
+    for (const int place : {fileTime, int(list) + listTime}) {
+        qToLittleEndian(clock, archive.data() + place);
+        qToLittleEndian(date, archive.data() + place + 2);
+    }
+}
+
 QByteArray Zipped(const QByteArray& text, const AxGeoSession& session)
 {
     const QByteArray archive = session.InMemory("zip.kmz");
@@ -53,7 +78,11 @@ QByteArray Zipped(const QByteArray& text, const AxGeoSession& session)
     if (!member)
         return {};
     const std::size_t written = VSIFWriteL(text.constData(), 1, std::size_t(text.size()), member);
-    return VSIFCloseL(member) == 0 && written == std::size_t(text.size()) ? BytesOf(archive) : QByteArray();
+    if (VSIFCloseL(member) != 0 || written != std::size_t(text.size()))
+        return {};
+    QByteArray bytes = BytesOf(archive);
+    SetTime(bytes, QDateTime::currentDateTime());
+    return bytes;
 }
 
 /// The parts of a shapefile are made aside, and take their places when all of them are on the disk.
@@ -83,6 +112,26 @@ QString PlaceShapefile(const QString& target, const QByteArray& made)
     return {};
 }
 
+/// The names of the fields of a shapefile's table.
+QSet<QByteArray> TableFieldsOf(const QString& shapefile)
+{
+    constexpr int headBytes = 32; // of the file, and of each field
+    constexpr int nameBytes = 11;
+    constexpr int mostFields = 255;
+    const QFileInfo info(shapefile);
+    QFile table(info.dir().filePath(info.completeBaseName() + QStringLiteral(".dbf")));
+    QSet<QByteArray> names;
+    if (!table.open(QIODevice::ReadOnly) || table.read(headBytes).size() != headBytes)
+        return names;
+    for (int i = 0; i < mostFields; ++i) {
+        const QByteArray field = table.read(headBytes);
+        if (field.size() != headBytes || field.startsWith('\r'))
+            break;
+        names += QByteArray(field.left(nameBytes).constData());
+    }
+    return names;
+}
+
 AxGeoWritten WriteShapefile(const QString& path, const QList<const AxGeoShape*>& shapes,
                             AxGeoSession& session)
 {
@@ -91,18 +140,34 @@ AxGeoWritten WriteShapefile(const QString& path, const QList<const AxGeoShape*>&
     {
         AxGeoShape::Kind kind;
         const char* behindName;
-    } groups[] = {{AxGeoShape::Area, "_areas"}, {AxGeoShape::Line, "_lines"}, {AxGeoShape::Point, "_points"}};
+        QSet<QByteArray> fields; // that nobody else's file has
+    } groups[] = {{AxGeoShape::Area, "_areas", {}},
+                  {AxGeoShape::Line, "_lines", {"Name", "left_m", "right_m"}},
+                  {AxGeoShape::Point, "_points", {"Name", "radius_m"}}};
     const auto fileOf = [&info](const char* behindName) {
         return info.dir().filePath(info.completeBaseName() + QLatin1String(behindName) +
                                    QStringLiteral(".shp"));
     };
     AxGeoWritten written;
-    // Only the name that was asked for may be taken already: of it alone the pilot knows.
+    QStringList left;
+    // Of the name that was asked for the pilot knows whether it is taken; with it goes what an earlier export
+    // has put beside it, but nothing else.
+    const bool isSetThere = QFileInfo::exists(path);
+    const auto isOfSet = [&](const auto& group) {
+        return isSetThere && !group.fields.isEmpty() &&
+               TableFieldsOf(fileOf(group.behindName)).contains(group.fields);
+    };
     bool isFirst = true;
     for (const auto& group : groups) {
         const bool isThere = std::any_of(shapes.begin(), shapes.end(),
                                          [&](const AxGeoShape* shape) { return shape->kind == group.kind; });
-        if (isThere && !std::exchange(isFirst, false) && QFileInfo::exists(fileOf(group.behindName))) {
+        const bool isBeside = isThere && !std::exchange(isFirst, false);
+        if (!QFileInfo::exists(fileOf(group.behindName)))
+            continue;
+        const bool isOurs = isOfSet(group);
+        if (!isBeside && isOurs)
+            left += QFileInfo(fileOf(group.behindName)).fileName();
+        if (isBeside && !isOurs) {
             written.fault = AX_GEO_TEXT("A shapefile has shapes of one kind; the others would be in \"%1\", "
                                         "which is there already. Choose another name.")
                                 .arg(QFileInfo(fileOf(group.behindName)).fileName());
@@ -129,6 +194,10 @@ AxGeoWritten WriteShapefile(const QString& path, const QList<const AxGeoShape*>&
             written.notes += AX_GEO_TEXT("A shapefile has shapes of one kind; the others are in \"%1\".")
                                  .arg(QFileInfo(file).fileName());
     }
+    for (const QString& file : qAsConst(left))
+        written.notes +=
+            AX_GEO_TEXT("\"%1\" of an earlier export is still there; nothing of this export is in it.")
+                .arg(file);
     const auto isHigh = [](const AxGeoShape* shape) { return std::isfinite(shape->altitude); };
     const auto high = std::count_if(shapes.begin(), shapes.end(), isHigh);
     if (high > 0 && high < shapes.size())
