@@ -48,6 +48,36 @@ QCalendarWidget QAbstractItemView { background: #182130; selection-background-co
     selection-color: #ffffff; }
 QProgressBar { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px; text-align: center; }
 QProgressBar::chunk { background: #1f5fb4; }
+QComboBox { background: #182130; border: 1px solid #7a8ba3; border-radius: 3px; padding: 4px 6px; }
+QComboBox:focus { border-color: #6cb2ff; }
+QComboBox::drop-down { border: none; width: 20px; }
+QComboBox::down-arrow { image: url(:/AxBaseUI/images/arrow-down.png); width: 9px; height: 6px; }
+QComboBoxPrivateContainer { background: #182130; }
+QComboBox:disabled, QAbstractSpinBox:disabled, QCheckBox:disabled, QRadioButton:disabled { color: #9aa7b8; }
+QComboBox QAbstractItemView, QTreeView { background: #182130; border: 1px solid #5a6b80;
+    selection-background-color: #2f7de1; selection-color: #ffffff; }
+QTreeView:focus { border-color: #6cb2ff; }
+QTreeView::item:disabled { color: #9aa7b8; }
+QHeaderView::section { background: #3d4d63; border: none; border-right: 1px solid #5a6b80; padding: 3px 6px; }
+QAbstractSpinBox { padding-right: 22px; }
+QAbstractSpinBox::up-button, QAbstractSpinBox::down-button { subcontrol-origin: border; width: 20px; border: none;
+    border-left: 1px solid #5a6b80; }
+QAbstractSpinBox::up-button { subcontrol-position: top right; }
+QAbstractSpinBox::down-button { subcontrol-position: bottom right; }
+QAbstractSpinBox::up-button:hover, QAbstractSpinBox::down-button:hover { background: #3d4d63; }
+QAbstractSpinBox::up-arrow { image: url(:/AxBaseUI/images/arrow-up.png); width: 9px; height: 6px; }
+QAbstractSpinBox::down-arrow { image: url(:/AxBaseUI/images/arrow-down.png); width: 9px; height: 6px; }
+QCheckBox::indicator, QRadioButton::indicator, QTreeView::indicator { width: 13px; height: 13px;
+    background: #182130; border: 1px solid #9fb0c6; border-radius: 3px; }
+QRadioButton::indicator { border-radius: 7px; }
+QCheckBox::indicator:focus, QRadioButton::indicator:focus { border-color: #6cb2ff; }
+QCheckBox:focus, QRadioButton:focus { color: #ffffff; }
+QCheckBox::indicator:checked, QTreeView::indicator:checked { background: #1f5fb4;
+    image: url(:/AxBaseUI/images/tick.png); }
+QRadioButton::indicator:checked { background: qradialgradient(cx: 0.5, cy: 0.5, radius: 0.5, fx: 0.5, fy: 0.5,
+    stop: 0 #f3f6fa, stop: 0.5 #f3f6fa, stop: 0.6 #1f5fb4, stop: 1 #1f5fb4); }
+QCheckBox::indicator:disabled, QRadioButton::indicator:disabled, QTreeView::indicator:disabled {
+    border-color: #5a6b80; background: #2b3748; }
 )";
 
 QPushButton* button(const QString& name)
