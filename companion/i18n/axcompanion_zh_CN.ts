@@ -2,6 +2,220 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>AxCoordinateSystem</name>
+    <message>
+        <source>longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>easting</source>
+        <translation>东坐标</translation>
+    </message>
+    <message>
+        <source>northing</source>
+        <translation>北坐标</translation>
+    </message>
+    <message>
+        <source>outside the area of %1</source>
+        <translation>在 %1 的适用范围之外</translation>
+    </message>
+    <message>
+        <source>%1, its datum shift is not known</source>
+        <translation>%1，基准面转换未知</translation>
+    </message>
+    <message>
+        <source>This can be coordinates of %1 or degrees: write degrees with N, S, E, W, or with °.</source>
+        <translation>这可能是 %1 的坐标，也可能是度：度请带 N、S、E、W 或 °。</translation>
+    </message>
+    <message>
+        <source>%1, %2 is outside the area of %3.</source>
+        <translation>%1，%2 在 %3 的适用范围之外。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a system of heights, not of places.</source>
+        <translation>“%1”是高程系统，不是平面位置系统。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is geocentric: its x, y, z are no easting and northing and no degrees.</source>
+        <translation>“%1”是地心坐标系：其 x、y、z 既不是东北坐标也不是度。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a local system: where it lies on the earth is not known.</source>
+        <translation>“%1”是局部坐标系：它在地球上的位置未知。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no system of places on the earth.</source>
+        <translation>“%1”不是地球上的位置系统。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no coordinate system that PROJ knows.</source>
+        <translation>PROJ 不认识坐标系“%1”。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no coordinate system, but something else that PROJ knows.</source>
+        <translation>“%1”不是坐标系，而是 PROJ 的其他对象。</translation>
+    </message>
+    <message>
+        <source>No way is known from WGS 84 to &quot;%1&quot;.</source>
+        <translation>没有从 WGS 84 到“%1”的已知转换。</translation>
+    </message>
+</context>
+<context>
+    <name>AxCoordinateText</name>
+    <message>
+        <source>&quot;%1&quot; is not understood.</source>
+        <translation>无法理解“%1”。</translation>
+    </message>
+    <message>
+        <source>Only one of the two has N, S, E or W.</source>
+        <translation>两个坐标中只有一个带有 N、S、E 或 W。</translation>
+    </message>
+    <message>
+        <source>N, S, E or W has to stand once with each, both before or both behind.</source>
+        <translation>每个坐标须带一个 N、S、E 或 W，且都在前或都在后。</translation>
+    </message>
+    <message>
+        <source>One comma or semicolon stands between the two, not %1.</source>
+        <translation>两个坐标之间应有一个逗号或分号，而不是 %1 个。</translation>
+    </message>
+    <message>
+        <source>The longitude is missing.</source>
+        <translation>缺少经度。</translation>
+    </message>
+    <message>
+        <source>It is not clear where the latitude ends: put a comma between.</source>
+        <translation>无法判断纬度在何处结束：请在两者之间加逗号。</translation>
+    </message>
+    <message>
+        <source>latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no angle.</source>
+        <translation>“%1”不是角度。</translation>
+    </message>
+    <message>
+        <source>Only the last of degrees, minutes and seconds may have decimals: %1.</source>
+        <translation>度、分、秒中只有最后一项可以有小数：%1。</translation>
+    </message>
+    <message>
+        <source>Minutes and seconds are from 0 to below 60, not %1.</source>
+        <translation>分和秒须从 0 到小于 60，不能是 %1。</translation>
+    </message>
+    <message>
+        <source>The latitude is missing.</source>
+        <translation>缺少纬度。</translation>
+    </message>
+    <message>
+        <source>The %1 has a sign and %2; one of them is enough.</source>
+        <translation>%1既有正负号又有 %2，只需其一。</translation>
+    </message>
+    <message>
+        <source>The %1 %2° is beyond %3°.</source>
+        <translation>%1 %2° 超出 %3°。</translation>
+    </message>
+    <message>
+        <source>These are two latitudes, and no longitude.</source>
+        <translation>这是两个纬度，没有经度。</translation>
+    </message>
+    <message>
+        <source>These are two longitudes, and no latitude.</source>
+        <translation>这是两个经度，没有纬度。</translation>
+    </message>
+    <message>
+        <source>These look like metres: put their zone first, as 13N 500000 4140000.</source>
+        <translation>这像是以米为单位的坐标：请先写带号，如 13N 500000 4140000。</translation>
+    </message>
+    <message>
+        <source>The latitude comes first, unless letters tell which is which.</source>
+        <translation>纬度在前，除非用字母标明。</translation>
+    </message>
+    <message>
+        <source>The comma can stand for decimals or between the two: write decimals with a point, or a semicolon between.</source>
+        <translation>逗号可能是小数点，也可能是分隔符：小数请用点，或用分号分隔。</translation>
+    </message>
+    <message>
+        <source>Easting and northing are missing after the zone %1.</source>
+        <translation>带号 %1 之后缺少东坐标和北坐标。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not an easting and a northing in metres, as 500000 4140000.</source>
+        <translation>“%1”不是以米为单位的东坐标和北坐标，如 500000 4140000。</translation>
+    </message>
+    <message>
+        <source>The northing is missing.</source>
+        <translation>缺少北坐标。</translation>
+    </message>
+    <message>
+        <source>The easting %1 m is not between %2 and %3 km.</source>
+        <translation>东坐标 %1 米不在 %2 至 %3 公里之间。</translation>
+    </message>
+    <message>
+        <source>The northing %1 m is not on the northern hemisphere, up to 84°.</source>
+        <translation>北坐标 %1 米不在北半球 84° 以内。</translation>
+    </message>
+    <message>
+        <source>The northing %1 m is not on the southern hemisphere, up to 80°.</source>
+        <translation>北坐标 %1 米不在南半球 80° 以内。</translation>
+    </message>
+    <message>
+        <source>There is no UTM zone %1, only 1 to 60.</source>
+        <translation>没有 UTM 带 %1，只有 1 至 60。</translation>
+    </message>
+    <message>
+        <source>%1 is neither N nor S nor a latitude band of UTM.</source>
+        <translation>%1 既不是 N 或 S，也不是 UTM 纬度带。</translation>
+    </message>
+    <message>
+        <source>Band %1 reaches from %2° to %3°, and the northing belongs to %4°.</source>
+        <translation>纬度带 %1 从 %2° 到 %3°，而北坐标对应 %4°。</translation>
+    </message>
+    <message>
+        <source>S can be the southern hemisphere (%1°) or band S (%2°): write &quot;%3 south&quot; or &quot;%3N&quot;.</source>
+        <translation>S 可能指南半球（%1°）或纬度带 S（%2°）：请写“%3 south”或“%3N”。</translation>
+    </message>
+    <message>
+        <source>%1 m, %2 m is beyond the polar grid around 2000000 2000000.</source>
+        <translation>%1 米，%2 米超出以 2000000 2000000 为中心的极区格网。</translation>
+    </message>
+    <message>
+        <source>The digits are missing: %1 %2 alone is a square of 100 km.</source>
+        <translation>缺少数字：仅 %1 %2 是 100 公里的方格。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be halved into as many digits of easting and of northing.</source>
+        <translation>“%1”不能分成位数相同的东坐标和北坐标。</translation>
+    </message>
+    <message>
+        <source>The easting %1 and the northing %2 have not as many digits.</source>
+        <translation>东坐标 %1 与北坐标 %2 的位数不同。</translation>
+    </message>
+    <message>
+        <source>More than %1 digits each.</source>
+        <translation>每个坐标超过 %1 位。</translation>
+    </message>
+    <message>
+        <source>There is no square %2 in the MGRS zone %1.</source>
+        <translation>MGRS 带 %1 中没有方格 %2。</translation>
+    </message>
+    <message>
+        <source>No coordinate is typed.</source>
+        <translation>未输入坐标。</translation>
+    </message>
+    <message>
+        <source>This is too long for a coordinate.</source>
+        <translation>输入过长，不是坐标。</translation>
+    </message>
+</context>
+<context>
     <name>AxExchange</name>
     <message>
         <source>The speed to fly and the distance between photos are not in the file.</source>
