@@ -21,6 +21,8 @@ set(AX_PUBLIC_HEADERS
   interaction/CAxEarthManipulator.h=interaction/input/CAxEarthManipulator.h
   interaction/CAxHandleAdapter.h=interaction/objects/CAxHandleAdapter.h
   interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
+  interaction/AxMeasurement.h=interaction/measure/AxMeasurement.h
+  interaction/AxMeasurements.h=interaction/measure/AxMeasurements.h
   interaction/AxStripShape.h=interaction/objects/AxStripShape.h
   interaction/CAxOsgDrawLine.h=interaction/objects/CAxOsgDrawLine.h
   interaction/CAxOsgDrawRectange.h=interaction/objects/CAxOsgDrawRectange.h

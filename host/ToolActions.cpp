@@ -3,6 +3,7 @@
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
 
+#include <AxBaseUI/AxToolTable.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <QRegularExpression>
@@ -54,7 +55,8 @@ void ToolActions::Add(EToolType tool, const QString& text, const QString& tip)
 
 void ToolActions::OnPickEnded(EToolType ended)
 {
-    if (viewer->GetToolType() == ended)
+    // Who measures once measures again.
+    if (viewer->GetToolType() == ended && !AxToolRowOf(ended).measures)
         viewer->SetToolType(ToolNavigate);
     Follow();
 }

@@ -1,6 +1,7 @@
 #include "viewer/AxViewerPrivate.h"
 #include "analysis/CAxAncillaryProcess.h"
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/measure/AxMeasurements.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "scene/base/AxNotice.h"
 #include "scene/base/AxProcessLocale.h"
@@ -75,6 +76,8 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
         else
             emit q->InterestPointPicked(lon, lat, alt);
     });
+    measurements = std::make_unique<AxMeasurements>(*this, objects);
+    AxAddMeasureTools(objects.Factories(), *measurements);
     groundRequests = std::make_unique<AxGroundRequests>();
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);
@@ -357,6 +360,7 @@ void AxViewerPrivate::addGroups()
 void AxViewerPrivate::shutDown()
 {
     groundRequests.reset();
+    measurements->Close();
     // While there is still everything that a map object is part of.
     aircraft.RemoveAll();
     objects.DestroyAll();

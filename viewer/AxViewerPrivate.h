@@ -24,6 +24,7 @@ class AxGlViewport;
 class AxGridWidget;
 class AxGroundRequests;
 class AxInputRouter;
+class AxMeasurements;
 class AxOverlayScene;
 class CAxGraphicsCompassItem;
 
@@ -116,6 +117,7 @@ public:
     AxAircraftFleet aircraft;
     CAxAncillaryProcess* ancillaryProcess = nullptr;
     std::unique_ptr<AxGroundRequests> groundRequests;
+    std::unique_ptr<AxMeasurements> measurements;
     CAxDownhillAnglenode* downhillAngleNode = nullptr;
     CAxInterestPointNode* interestPointNode = nullptr;
 

@@ -322,7 +322,7 @@ signals:
     void signalAltKey(bool);
     /// Delete was let go on the map, whatever the tool.
     void signalHandleKeyDelete();
-    /// A drawing has ended, whatever came of it; the tool that drew.
+    /// A drawing has ended, whatever came of it, or Escape has put a measuring tool down; the tool that drew.
     void signalHandlePickEnded(EToolType eToolType);
     /// The drawing of a segment has ended.
     void signalHandleSegmentEnd();

@@ -174,6 +174,10 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
             d->objects.DeleteHoveredVertex();
     } else if (!reachesScene) {
         return;
+    } else if (key == Qt::Key_Escape && !d->tools.IsBusy() && AxToolRowOf(d->tools.Tool()).measures) {
+        const EToolType left = d->tools.Tool();
+        d->tools.TakeUp(ToolNavigate);
+        emit signalHandlePickEnded(left);
     } else if (key == Qt::Key_Escape) {
         d->objects.GiveUpOperation();
     } else if (key == Qt::Key_Backspace && d->objects.Current()) {

@@ -54,19 +54,23 @@ AxShapeFactories::AxShapeFactories()
 {
     for (const Kind& kind : kinds)
         if (kind.make)
-            factories[kind.tool] = kind.make;
+            SetOwn(kind.tool, kind.make);
+}
+
+void AxShapeFactories::SetOwn(EToolType tool, const Factory& factory)
+{
+    own[tool] = factory;
+    factories[tool] = factory;
 }
 
 void AxShapeFactories::Set(EToolType tool, Factory factory)
 {
     factories.erase(tool);
-    if (factory) {
+    const auto known = own.find(tool);
+    if (factory)
         factories[tool] = std::move(factory);
-        return;
-    }
-    for (const Kind& kind : kinds)
-        if (kind.tool == tool && kind.make)
-            factories[tool] = kind.make;
+    else if (known != own.end())
+        factories[tool] = known->second;
 }
 
 const AxShapeFactories::Factory* AxShapeFactories::Of(EToolType tool) const

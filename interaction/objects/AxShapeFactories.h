@@ -24,10 +24,13 @@ public:
     AxShapeFactories();
     /// A second call for a tool replaces the first; an empty function brings back what the library draws.
     void Set(EToolType tool, Factory factory);
+    /// What the library itself draws with a tool, from a room above this one.
+    void SetOwn(EToolType tool, const Factory& factory);
     /// Null for a tool, or a kind of block, that nothing draws.
     const Factory* Of(EToolType tool) const;
     const Factory* Of(CAxBlock::EBlockType type) const;
 
 private:
+    std::map<EToolType, Factory> own; ///< of the library
     std::map<EToolType, Factory> factories;
 };

@@ -183,7 +183,7 @@ public:
     void BenginHandle(); ///< begins the drawing
     /// Ends a drawing without a double click: what is accepted is registered, what is rejected is removed,
     /// and the object with it.
-    void EndHandle();
+    virtual void EndHandle();
     /// Gives up what is going on: a drawing is removed with the object, a drag goes back to the block record.
     /// True when there was something to give up.
     bool CancelHandle() override;

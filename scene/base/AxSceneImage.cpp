@@ -9,14 +9,21 @@
 
 osg::ref_ptr<osg::Image> AxSceneImage(const QString& path)
 {
-    const QImage picture = QImage(path).convertToFormat(QImage::Format_RGBA8888).mirrored();
+    osg::ref_ptr<osg::Image> image = AxSceneImage(QImage(path));
+    if (image)
+        image->setFileName(path.toStdString());
+    return image;
+}
+
+osg::ref_ptr<osg::Image> AxSceneImage(const QImage& painted)
+{
+    const QImage picture = painted.convertToFormat(QImage::Format_RGBA8888).mirrored();
     if (picture.isNull())
         return {};
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->allocateImage(picture.width(), picture.height(), 1, GL_RGBA, GL_UNSIGNED_BYTE);
     for (int row = 0; row < picture.height(); ++row)
         std::memcpy(image->data(0, row), picture.constScanLine(row), image->getRowSizeInBytes());
-    image->setFileName(path.toStdString());
     return image;
 }
 

@@ -1,0 +1,147 @@
+#include "interaction/measure/AxMeasurement.h"
+
+#include <AxAlgorthm/AxUnits.h>
+
+#include <QCoreApplication>
+#include <QStringList>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+enum class Unit
+{
+    Length,  // metres, written in the units of lengths
+    Height,  // metres
+    Rise,    // metres, with a sign
+    Bearing, // degrees
+    Slope,   // degrees, with a sign, and percent
+};
+
+struct QuantityRow
+{
+    AxQuantity quantity;
+    Unit unit;
+    const char* name;
+    const char* key;
+};
+const QuantityRow quantityRows[] = {
+    {AxQuantity::Length, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Length"), "length_m"},
+    {AxQuantity::OverGround, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Over the ground"),
+     "over_ground_m"},
+    {AxQuantity::Bearing, Unit::Bearing, QT_TRANSLATE_NOOP("AxMeasurement", "Bearing"), "bearing_deg"},
+    {AxQuantity::Rise, Unit::Rise, QT_TRANSLATE_NOOP("AxMeasurement", "Height difference"),
+     "height_difference_m"},
+    {AxQuantity::Slope, Unit::Slope, QT_TRANSLATE_NOOP("AxMeasurement", "Slope"), "slope_deg"},
+    {AxQuantity::Slant, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Straight line"), "slant_m"},
+    {AxQuantity::Ascent, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Ascent"), "ascent_m"},
+    {AxQuantity::Descent, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Descent"), "descent_m"},
+};
+
+const QuantityRow& RowOf(AxQuantity quantity)
+{
+    return *std::find_if(std::begin(quantityRows), std::end(quantityRows),
+                         [quantity](const QuantityRow& row) { return row.quantity == quantity; });
+}
+
+struct KindRow
+{
+    EToolType tool;
+    const char* name;
+};
+const KindRow kindRows[] = {
+    {ToolMeasureDistance, QT_TRANSLATE_NOOP("AxMeasurement", "Distance")},
+    {ToolMeasureAltitude, QT_TRANSLATE_NOOP("AxMeasurement", "Height difference")},
+};
+
+QString Tr(const char* text)
+{
+    return QCoreApplication::translate("AxMeasurement", text);
+}
+
+// Without the sign of a value that is rounded to 0.
+QString Fixed(double value, int decimals)
+{
+    const double scale = std::pow(10.0, decimals);
+    return QString::number(std::round(value * scale) / scale + 0.0, 'f', decimals);
+}
+
+QString Signed(double value, int decimals)
+{
+    const QString text = Fixed(value, decimals);
+    return value > 0.0 ? QLatin1Char('+') + text : text;
+}
+} // namespace
+
+double AxMeasuredValues::Of(AxQuantity quantity) const
+{
+    const auto* found = std::find_if(whole.begin(), whole.end(), [quantity](const AxMeasured& measured) {
+        return measured.quantity == quantity;
+    });
+    return found == whole.end() ? std::numeric_limits<double>::quiet_NaN() : found->value;
+}
+
+QString AxMeasureText::Name(AxQuantity quantity)
+{
+    return Tr(RowOf(quantity).name);
+}
+
+QString AxMeasureText::Value(const AxMeasured& measured)
+{
+    const double value = measured.value;
+    if (!std::isfinite(value))
+        return QStringLiteral("-");
+    switch (RowOf(measured.quantity).unit) {
+    case Unit::Length:
+        return AxUnits::Length(value);
+    case Unit::Height:
+        return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1 m")).arg(Fixed(value, 1));
+    case Unit::Rise:
+        return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1 m")).arg(Signed(value, 1));
+    case Unit::Bearing: {
+        const QString text = Fixed(value, 1);
+        const bool isFullTurn = text == QLatin1String("360.0");
+        return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260"))
+            .arg(isFullTurn ? QStringLiteral("0.0") : text);
+    }
+    case Unit::Slope: {
+        constexpr double percentOfOne = 100.0;
+        const double percent = percentOfOne * std::tan(value * std::acos(-1.0) / 180.0);
+        constexpr double upright = 89.9; // a percentage says nothing any more
+        if (std::abs(value) > upright)
+            return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(Signed(value, 1));
+        return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260 (%2 %)"))
+            .arg(Signed(value, 1), Signed(percent, 1));
+    }
+    }
+    return {};
+}
+
+QString AxMeasureText::Lines(const QVector<AxMeasured>& values)
+{
+    QStringList lines;
+    for (const AxMeasured& measured : values)
+        if (std::isfinite(measured.value))
+            lines += Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1: %2"))
+                         .arg(Name(measured.quantity), Value(measured));
+    return lines.join(QLatin1Char('\n'));
+}
+
+QString AxMeasureText::Key(AxQuantity quantity)
+{
+    return QLatin1String(RowOf(quantity).key);
+}
+
+QString AxMeasureText::Number(const AxMeasured& measured)
+{
+    return std::isfinite(measured.value) ? QString::number(measured.value, 'g', 15) : QString();
+}
+
+QString AxMeasureText::Kind(EToolType tool)
+{
+    for (const KindRow& row : kindRows)
+        if (row.tool == tool)
+            return Tr(row.name);
+    return {};
+}

@@ -1,0 +1,80 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <AxAlgorthm/AxPathMeasure.h>
+#include <AxBaseUI/EToolType.h>
+
+#include <osg/Vec3d>
+
+#include <QString>
+#include <QVector>
+
+#include <functional>
+#include <vector>
+
+/// What is measured. How it is written, named and exported is one row of a table (AxMeasurement.cpp).
+enum class AxQuantity
+{
+    Length,     ///< along the ellipsoid, metres
+    OverGround, ///< along the ground, metres
+    Bearing,    ///< degrees clockwise from true north
+    Rise,       ///< how much higher the end is, metres
+    Slope,      ///< degrees against the horizontal, up is positive
+    Slant,      ///< straight through the air, metres
+    Ascent,     ///< all ways up, metres
+    Descent,    ///< all ways down, metres
+};
+
+/// One value. Not a number where it is not known, or not yet.
+struct AxMeasured
+{
+    AxQuantity quantity;
+    double value = 0.0;
+};
+
+/// What measuring gives: the values of the whole, and of its parts, as the legs of a path.
+struct AxMeasuredValues
+{
+    QVector<AxMeasured> whole;
+    QVector<QVector<AxMeasured>> parts;
+    /// Metres between looks at the ground; 0: it was not looked at.
+    double step = 0.0;
+
+    /// Of the whole; not a number where there is none.
+    AXEARTHVIEWER_EXPORT double Of(AxQuantity quantity) const;
+};
+
+/// A finished measurement, as the map, lists and files have it. A plain value.
+struct AxMeasurement
+{
+    QString id;
+    EToolType tool = ToolNone; ///< that it was made with
+    QString name;              ///< for people, in their language: "Distance 3"
+    /// Degrees, degrees, metres as the map has them.
+    std::vector<osg::Vec3d> points;
+    bool isClosed = false; ///< the last point leads back to the first
+    AxMeasuredValues values;
+    /// The finest heights of the ground are still being read: values that hang on them are to come.
+    bool isPending = false;
+};
+
+/// Measures points: a pure function of them and of the ground, for any thread. Without a ground it gives what
+/// can be said without. It ends early once its last argument is true; the result then means nothing.
+using AxMeasureWork = std::function<AxMeasuredValues(
+    const std::vector<osg::Vec3d>& points, const AxPathGround& ground, const std::atomic<bool>& isOff)>;
+
+namespace AxMeasureText {
+/// The name of a quantity: "Length".
+AXEARTHVIEWER_EXPORT QString Name(AxQuantity quantity);
+/// A value with its unit: lengths in those of AxUnits, heights in metres. Not known: "-".
+AXEARTHVIEWER_EXPORT QString Value(const AxMeasured& measured);
+/// "Length: 1.234 km", line by line, of all values that are known.
+AXEARTHVIEWER_EXPORT QString Lines(const QVector<AxMeasured>& values);
+/// In files for programs: the column, with its unit ("length_m"), and the number, in the C locale with all
+/// its digits; empty where it is not known.
+AXEARTHVIEWER_EXPORT QString Key(AxQuantity quantity);
+AXEARTHVIEWER_EXPORT QString Number(const AxMeasured& measured);
+/// What a measurement with a tool is called, without a number: "Distance". Empty for a tool that measures
+/// nothing.
+AXEARTHVIEWER_EXPORT QString Kind(EToolType tool);
+} // namespace AxMeasureText

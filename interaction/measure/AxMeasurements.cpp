@@ -1,0 +1,171 @@
+#include "interaction/measure/AxMeasurements.h"
+#include "interaction/measure/AxMeasureAdapter.h"
+#include "interaction/objects/AxObjects.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+
+#include <osgEarth/MapNode>
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <utility>
+
+AxMeasurements::AxMeasurements(AxViewerParts& viewer, AxObjects& objects) : parts(viewer), book(objects)
+{
+    thread.setMaxThreadCount(1);
+    // Queued, because the object is on its way out of being the current one.
+    connect(&book, &AxObjects::currentChanged, this, &AxMeasurements::endLeft, Qt::QueuedConnection);
+}
+
+AxMeasurements::~AxMeasurements()
+{
+    Close();
+}
+
+void AxMeasurements::Close()
+{
+    isClosed = true;
+    for (const auto& isOff : qAsConst(jobs))
+        *isOff = true;
+    jobs.clear();
+    thread.clear();
+    thread.waitForDone();
+}
+
+void AxMeasurements::Began(AxMeasureAdapter* adapter)
+{
+    running = adapter;
+}
+
+void AxMeasurements::endLeft()
+{
+    if (running && running->GetHandleOperation() == OperationDrawing && book.Current() != running)
+        running->EndHandle();
+}
+
+const AxMeasurement* AxMeasurements::Find(const QString& id) const
+{
+    const auto* found =
+        std::find_if(list.begin(), list.end(), [&id](const AxMeasurement& one) { return one.id == id; });
+    return found == list.end() ? nullptr : found;
+}
+
+AxMeasurement* AxMeasurements::find(const QString& id)
+{
+    return Find(id) ? list.data() + (Find(id) - list.constData()) : nullptr;
+}
+
+void AxMeasurements::Take(AxMeasureAdapter* adapter)
+{
+    const QString id = adapter->GetHandleID();
+    if (isClosed || Find(id))
+        return;
+    AxMeasurement one;
+    one.id = id;
+    one.tool = adapter->Tool();
+    one.name = QCoreApplication::translate("AxMeasurement", "%1 %2")
+                   .arg(AxMeasureText::Kind(one.tool))
+                   .arg(++counts[one.tool]);
+    one.points = adapter->GetAnchor();
+    one.isClosed = adapter->ShapeKind().IsClosed();
+    const std::atomic<bool> isOff = false;
+    one.values = adapter->Work()(one.points, {}, isOff);
+    one.isPending = parts.Scene().MapNode() != nullptr;
+    list += one;
+    adapters[id] = adapter;
+    adapter->ShowMeasured(one);
+    emit added(id);
+    if (Find(id))
+        read(id);
+}
+
+void AxMeasurements::read(const QString& id)
+{
+    const AxMeasurement* one = Find(id);
+    const QPointer<AxMeasureAdapter> adapter = adapters.value(id);
+    osgEarth::MapNode* const mapNode = parts.Scene().MapNode();
+    if (!one || !adapter || !mapNode || isClosed)
+        return;
+    if (!heights || readMap.get() != mapNode->getMap()) {
+        readMap = mapNode->getMap();
+        heights = std::make_shared<AxMapHeights>(mapNode->getMap());
+    }
+    if (const auto former = jobs.value(id))
+        *former = true;
+    const auto isOff = std::make_shared<std::atomic<bool>>(false);
+    jobs[id] = isOff;
+    thread.start([this, id, isOff, work = adapter->Work(), points = one->points, ground = heights] {
+        if (*isOff)
+            return;
+        AxPathGround looks;
+        looks.height = *ground;
+        const AxMeasuredValues values = work(points, looks, *isOff);
+        const auto deliver = [this, id, isOff, values] {
+            if (!*isOff)
+                takeValues(id, values);
+        };
+        QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
+    });
+}
+
+void AxMeasurements::takeValues(const QString& id, const AxMeasuredValues& values)
+{
+    jobs.remove(id);
+    AxMeasurement* one = find(id);
+    if (!one)
+        return;
+    one->values = values;
+    one->isPending = false;
+    if (const QPointer<AxMeasureAdapter> adapter = adapters.value(id))
+        adapter->ShowMeasured(*one);
+    emit changed(id);
+}
+
+void AxMeasurements::MeasureAgain()
+{
+    heights.reset();
+    for (const AxMeasurement& one : All())
+        read(one.id);
+}
+
+bool AxMeasurements::Remove(const QString& id)
+{
+    const AxMeasurement* one = Find(id);
+    if (!one)
+        return false;
+    if (const auto job = jobs.take(id))
+        *job = true;
+    list.remove(static_cast<int>(one - list.constData()));
+    highlighted.removeAll(id);
+    if (const QPointer<AxMeasureAdapter> adapter = adapters.take(id))
+        book.Remove(adapter, false);
+    emit removed(id);
+    return true;
+}
+
+void AxMeasurements::Clear()
+{
+    const QPointer<AxMeasurements> self(this);
+    for (const AxMeasurement& one : All())
+        if (self)
+            Remove(one.id);
+}
+
+void AxMeasurements::Forget(const AxMeasureAdapter* adapter)
+{
+    const QString id = adapter->GetHandleID();
+    // Whoever removes it by other ways removes the measurement.
+    if (!isClosed && adapters.value(id) == adapter) {
+        adapters.remove(id);
+        Remove(id);
+    }
+}
+
+void AxMeasurements::SetHighlighted(const QStringList& ids)
+{
+    highlighted = ids;
+    for (const QPointer<AxMeasureAdapter>& adapter : qAsConst(adapters))
+        if (adapter)
+            adapter->SetSelectedAmongSeveral(ids.contains(adapter->GetHandleID()));
+}

@@ -1,0 +1,91 @@
+#pragma once
+#include "analysis/AxMapHeights.h"
+#include "interaction/measure/AxMeasurement.h"
+
+#include <osg/observer_ptr>
+#include <osgEarth/Map>
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <QThreadPool>
+
+#include <atomic>
+#include <memory>
+
+class AxMeasureAdapter;
+class AxObjects;
+class AxShapeFactories;
+class AxViewerParts;
+class CAxEarthViewer;
+
+/**
+ * What the measuring tools have found: finished measurements, which stay on the map until they are removed.
+ * No block record, no project and no undo step knows of them.
+ *
+ * A measurement is listed at once with what the points alone say. What hangs on the ground is read from the
+ * finest heights of the map, whatever is drawn, on a thread of its own, because a source may keep it waiting;
+ * changed() tells when it is there.
+ *
+ * Owned by the viewer. GUI thread.
+ */
+class AXEARTHVIEWER_EXPORT AxMeasurements : public QObject
+{
+    Q_OBJECT
+public:
+    /// Both outlive it, or it is told by Close().
+    AxMeasurements(AxViewerParts& viewer, AxObjects& objects);
+    /// Calls the work off and waits for the thread.
+    ~AxMeasurements() override;
+
+    QVector<AxMeasurement> All() const { return list; } ///< the oldest first
+    /// Null for an unknown ID. Valid until the list changes.
+    const AxMeasurement* Find(const QString& id) const;
+    /// Takes one off the map and the list; false for an unknown ID.
+    bool Remove(const QString& id);
+    void Clear(); ///< all of them
+    /// Has these stand out on the map, and no others.
+    void SetHighlighted(const QStringList& ids);
+    QStringList Highlighted() const { return highlighted; }
+    /// Reads the ground anew for all of them: the map's heights are others now.
+    void MeasureAgain();
+
+    // For the tools
+
+    /// An object begins to measure: when it is left for another one it ends.
+    void Began(AxMeasureAdapter* adapter);
+    /// Lists what the object has measured and shows it from now on. The object stays the viewer's.
+    void Take(AxMeasureAdapter* adapter);
+    /// An object is being destroyed.
+    void Forget(const AxMeasureAdapter* adapter);
+    /// Ends the work before the objects go.
+    void Close();
+
+signals:
+    void added(QString id);
+    void changed(QString id); ///< its values
+    void removed(QString id);
+
+private:
+    void read(const QString& id);
+    void takeValues(const QString& id, const AxMeasuredValues& values);
+    AxMeasurement* find(const QString& id);
+    void endLeft();
+
+    AxViewerParts& parts;
+    AxObjects& book;
+    QVector<AxMeasurement> list;
+    QHash<QString, QPointer<AxMeasureAdapter>> adapters; ///< by ID, those that are listed
+    QHash<QString, std::shared_ptr<std::atomic<bool>>> jobs;
+    QPointer<AxMeasureAdapter> running;
+    QHash<EToolType, int> counts; ///< of a kind so far: numbers are not given twice
+    QStringList highlighted;
+    osg::observer_ptr<const osgEarth::Map> readMap;
+    std::shared_ptr<AxMapHeights> heights; ///< of that map, used on the thread
+    QThreadPool thread;
+    bool isClosed = false;
+};
+
+/// Enters the tools that measure into those that draw.
+void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements);
