@@ -4,6 +4,7 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxObjects.h"
 #include "scene/AxToolInHand.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxLongitudes.h"
 
 #include <QTimer>
@@ -55,7 +56,7 @@ void AxCutLine::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
         CancelHandle();
         return;
     }
-    const osg::Vec3d place = Snapped(lngLatPos);
+    const osg::Vec3d place = Snapped(AxExactPlace(lngLatPos, worldCoordPos));
     if (!d->anchors.empty() && std::abs(place.x() - d->anchors.back().x()) < AxLongitudes::sameDegrees &&
         std::abs(place.y() - d->anchors.back().y()) < AxLongitudes::sameDegrees)
         return;
@@ -77,7 +78,7 @@ void AxCutLine::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
         ShowBesideCursor(lngLatPos, tr("click: the line along which the block is cut"));
         return;
     }
-    const osg::Vec3d place = Snapped(lngLatPos);
+    const osg::Vec3d place = Snapped(AxExactPlace(lngLatPos, worldCoordPos));
     DrawRubberBand({d->anchors.back(), place}, false);
     ShowBesideCursor(lngLatPos, AxRunningLengthText(d->anchors, place) + QLatin1Char('\n') +
                                     tr("double click: cut; Escape: leave it"));

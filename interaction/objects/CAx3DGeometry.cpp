@@ -4,6 +4,7 @@
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxRingInPlane.h"
 
@@ -39,6 +40,7 @@ void CAx3DGeometry::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     const osg::Vec3d place = Snapped(lngLatPos);
     // A second click beside a corner that it snaps to is no second vertex there.
     if (place != lngLatPos && !d->anchors.empty() && IsSamePlace(place, d->anchors.back()))
@@ -54,6 +56,7 @@ void CAx3DGeometry::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     const osg::Vec3d place = Snapped(lngLatPos);
     DrawRubberBand({d->anchors.front(), place, d->anchors.back()}, false);
     QString text = AxRunningLengthText(d->anchors, place);

@@ -10,6 +10,7 @@
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxRingInPlane.h"
 #include "scene/shape/AxViewRay.h"
@@ -26,8 +27,8 @@
 namespace {
 using AxLongitudes::sameDegrees;
 using AxRectangleShape::corners;
-// A pick is as exact as a float, whose step is 1.5e-5 at 180 degrees.
-constexpr double pickDegrees = 2e-5;
+// A centimetre, which no mouse tells from none.
+constexpr double pickDegrees = 1e-7;
 
 double LongitudesApart(const osg::Vec3d& a, const osg::Vec3d& b)
 {
@@ -175,7 +176,7 @@ void CAxOsgDrawRectange::slotMousePressed(osg::Vec3d lngLatPos, osg::Vec3d world
     cornerIsNew = false;
     press.reset();
     if (d->operation == OperationDrawing)
-        press = Press{{lngLatPos, worldCoordPos}, {}};
+        press = Press{{AxExactPlace(lngLatPos, worldCoordPos), worldCoordPos}, {}};
 }
 
 void CAxOsgDrawRectange::slotMousePressed(float windowX, float windowY)
@@ -188,7 +189,7 @@ void CAxOsgDrawRectange::slotMousePressed(float windowX, float windowY)
 void CAxOsgDrawRectange::slotDragging(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     AxBlockAdapter::slotDragging(lngLatPos, worldCoordPos);
-    underMouse = {lngLatPos, worldCoordPos};
+    underMouse = {AxExactPlace(lngLatPos, worldCoordPos), worldCoordPos};
 }
 
 void CAxOsgDrawRectange::slotDragging(float windowX, float windowY)
@@ -203,7 +204,7 @@ void CAxOsgDrawRectange::slotDragging(float windowX, float windowY)
 
 void CAxOsgDrawRectange::slotMouseRelease(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
-    underMouse = {lngLatPos, worldCoordPos};
+    underMouse = {AxExactPlace(lngLatPos, worldCoordPos), worldCoordPos};
     AxBlockAdapter::slotMouseRelease(lngLatPos, worldCoordPos);
 }
 
@@ -227,6 +228,7 @@ void CAxOsgDrawRectange::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     if (turns && d->anchors.size() == 1 && !press) {
         showFirstSide(lngLatPos);
         return;
@@ -273,6 +275,7 @@ void CAxOsgDrawRectange::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
     press.reset();
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     if (!d->anchors.empty() && isByMouse && isOn(d->anchors.back(), lngLatPos))
         return;
     if (d->anchors.size() < (turns ? 2u : 1u)) {
@@ -298,6 +301,7 @@ void CAxOsgDrawRectange::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worl
     const bool draws = d->operation == OperationDrawing && d->viewer &&
                        GetToolKind(d->viewer->Tools().Tool()) == ToolKindDraw;
     if (draws && !d->anchors.empty() && IsOverGround(lngLatPos, worldCoordPos)) {
+        lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
         // A trembling hand double-clicks on two pixels, and means no rectangle between them.
         const bool isTwice = cornerIsNew && isOn(d->anchors.back(), lngLatPos);
         if (d->anchors.size() > 1) {

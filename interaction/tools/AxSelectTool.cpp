@@ -3,6 +3,7 @@
 #include "scene/AxObjectBook.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxExactPlace.h"
 
 void AxSelectTool::Press(AxMouseStep& step)
 {
@@ -13,7 +14,8 @@ void AxSelectTool::Press(AxMouseStep& step)
 bool AxSelectTool::Drag(AxMouseStep& step)
 {
     // Over space a block that is being moved waits where it is.
-    return step.IsOverGround() ? step.Mover().ProcessMoveGeom(step.lngLat) : step.Mover().OwnsDrag();
+    return step.IsOverGround() ? step.Mover().ProcessMoveGeom(AxExactPlace(step.lngLat, step.world))
+                               : step.Mover().OwnsDrag();
 }
 
 bool AxSelectTool::Click(AxMouseStep& step)

@@ -1,6 +1,8 @@
 // What mouse and key events mean for each tool.
 #include "interaction/input/AxMouseRules.h"
 #include "interaction/tools/AxBlockMove.h"
+#include "scene/base/AxExactPlace.h"
+#include "scene/base/AxGlobePoint.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/overlay/AxReadOut.h"
 
@@ -89,6 +91,30 @@ TEST(BlockMove, KeepsTheCursorAtItsPlaceInTheBlock)
     EXPECT_EQ(delta.z(), 0.0);
     EXPECT_NEAR(delta.x(), 0.1, 1e-6);
     EXPECT_NE(delta.x(), -105.0 - -105.3 - offset.x());
+}
+
+TEST(ExactPlace, HasTheDigitsThatTheSignalsLost)
+{
+    const auto worldOf = [](double lng, double lat) {
+        return AxGlobe::WorldOf(osg::Vec3d(lng, lat, 1500.0));
+    };
+    const auto single = [](double lng, double lat) {
+        return osg::Vec3d(static_cast<double>(static_cast<float>(lng)),
+                          static_cast<double>(static_cast<float>(lat)), 7.0);
+    };
+    constexpr double millimetre = 1e-8;
+    for (const osg::Vec2d& place :
+         {osg::Vec2d(-105.1234567, 37.1234567), osg::Vec2d(179.9999999, -60.7654321)}) {
+        const osg::Vec3d told = single(place.x(), place.y());
+        const osg::Vec3d exact = AxExactPlace(told, worldOf(place.x(), place.y()));
+        EXPECT_NEAR(std::remainder(exact.x() - place.x(), 360.0), 0.0, millimetre);
+        EXPECT_NEAR(exact.y(), place.y(), millimetre);
+        EXPECT_EQ(exact.z(), told.z());
+        EXPECT_EQ(AxExactPlace(told, worldOf(place.x() + 0.001, place.y())), told) << "on a model above";
+        EXPECT_EQ(AxExactPlace(told, osg::Vec3d()), told);
+        EXPECT_EQ(AxExactPlace(exact, worldOf(place.x(), place.y())), exact);
+    }
+    EXPECT_EQ(AxExactPlace({20.0, 10.0, 0.0}, worldOf(20.0, 10.0)), osg::Vec3d(20.0, 10.0, 0.0));
 }
 
 TEST(ReadOut, WritesDigitsOfTheCLocaleWhateverTheLocaleIs)
