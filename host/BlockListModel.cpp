@@ -2,6 +2,7 @@
 #include "interaction/AxBlockAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxAlgorthm/AxUnits.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <QApplication>
@@ -137,7 +138,7 @@ QVariant BlockListModel::headerData(int section, Qt::Orientation orientation, in
     case KindColumn:
         return tr("Kind");
     case AreaColumn:
-        return tr("Area (km\302\262)");
+        return tr("Area");
     case LockColumn:
         return tr("Lock");
     case VisibleColumn:
@@ -201,11 +202,12 @@ QVariant BlockListModel::data(const QModelIndex& index, int role) const
         const bool on = column == LockColumn ? object->IsLock() : object->IsVisible();
         return role == SortRole ? static_cast<int>(on) : (on ? Qt::Checked : Qt::Unchecked);
     }
-    if (column == AreaColumn && (role == Qt::DisplayRole || role == SortRole)) {
+    if (column == AreaColumn && (role == Qt::DisplayRole || role == Qt::ToolTipRole || role == SortRole)) {
         const std::optional<double> area = Area(rows[static_cast<std::size_t>(index.row())]);
         if (!area)
             return QVariant();
-        return role == SortRole ? QVariant(*area) : QVariant(QString::number(*area, 'f', 2));
+        constexpr double squareMetres = 1e6; // of a square kilometre
+        return role == SortRole ? QVariant(*area) : QVariant(AxUnits::Area(*area * squareMetres));
     }
     if (role == Qt::DisplayRole || role == Qt::EditRole || role == SortRole || role == Qt::ToolTipRole) {
         if (column == NameColumn)

@@ -29,7 +29,7 @@ public:
     {
         NameColumn, ///< editable
         KindColumn,
-        AreaColumn, ///< km^2; empty where there is none
+        AreaColumn, ///< in the units of AxUnits; sorted by km^2; empty where there is none
         LockColumn, ///< checkable, as the next is, when the block is drawn
         VisibleColumn,
         ColumnCount,

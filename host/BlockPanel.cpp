@@ -85,7 +85,7 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     };
     widen(BlockListModel::KindColumn, {BlockListModel::tr("Polygon"), BlockListModel::tr("Rectangle"),
                                        BlockListModel::tr("Application")});
-    widen(BlockListModel::AreaColumn, {QStringLiteral("000000.00")});
+    widen(BlockListModel::AreaColumn, {QStringLiteral("0000.000 km\302\262")});
     widen(BlockListModel::LockColumn, {});
     widen(BlockListModel::VisibleColumn, {});
 

@@ -4,6 +4,7 @@
 #include <AxAlgorthm/AxUnits.h>
 
 #include <QActionGroup>
+#include <QApplication>
 
 UnitsMenu::UnitsMenu(KeptState* kept, QWidget* parent) : QMenu(tr("&Units"), parent)
 {
@@ -30,6 +31,9 @@ UnitsMenu::UnitsMenu(KeptState* kept, QWidget* parent) : QMenu(tr("&Units"), par
         connect(action, &QAction::triggered, this,
                 [system = row.system, key = QByteArray(row.key), kept, setting] {
                     AxUnits::Set(system);
+                    // Lists ask anew what they write.
+                    for (QWidget* widget : QApplication::allWidgets())
+                        widget->update();
                     if (kept)
                         kept->SetBytes(setting, key);
                 });

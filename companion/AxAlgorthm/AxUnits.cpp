@@ -15,6 +15,8 @@ constexpr double squareMetresOfAcre = 4046.8564224;
 constexpr double squareMetresOfHectare = 1.0e4;
 constexpr double squareMetresOfMu = squareMetresOfHectare / 15.0;
 constexpr double leastInSquareKilometres = 1.0e4; // square metres
+// Below that share of an acre or a mu the smaller unit tells more.
+constexpr double leastShare = 0.1;
 
 QString Tr(const char* text)
 {
@@ -52,20 +54,30 @@ QString Area(double squareMetres)
 {
     constexpr double squareMile = metresOfMile * metresOfMile;
     constexpr double squareKilometre = metresOfKilometre * metresOfKilometre;
+    constexpr double squareFoot = metresOfFoot * metresOfFoot;
+    constexpr double fewSquares = 10.0;
+    const auto inSquares = [](const char* text, double value) {
+        return Tr(text).arg(Number(value, value < fewSquares ? 2 : 0));
+    };
     switch (Get()) {
     case System::Imperial:
+        if (squareMetres < leastShare * squareMetresOfAcre)
+            return inSquares(QT_TRANSLATE_NOOP("AxUnits", "%1 ft\302\262"), squareMetres / squareFoot);
         return squareMetres < squareMile ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 ac"))
                                                .arg(Number(squareMetres / squareMetresOfAcre, 3))
                                          : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mi\302\262"))
                                                .arg(Number(squareMetres / squareMile, 3));
     case System::Mu:
-        return Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mu (%2 ha)"))
-            .arg(Number(squareMetres / squareMetresOfMu, 2), Number(squareMetres / squareMetresOfHectare, 4));
+        if (squareMetres >= leastShare * squareMetresOfMu)
+            return Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 mu (%2 ha)"))
+                .arg(Number(squareMetres / squareMetresOfMu, 2),
+                     Number(squareMetres / squareMetresOfHectare, 4));
+        break;
     case System::Metric:
         break;
     }
     return squareMetres < leastInSquareKilometres
-               ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\262")).arg(Number(squareMetres, 0))
+               ? inSquares(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\262"), squareMetres)
                : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 km\302\262"))
                      .arg(Number(squareMetres / squareKilometre, 3));
 }

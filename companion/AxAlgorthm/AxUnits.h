@@ -13,8 +13,8 @@ namespace AxUnits {
 enum class System
 {
     Metric,   ///< m, km; m², km²
-    Imperial, ///< ft, mi; ac, mi²
-    Mu,       ///< m, km; mu with hectares
+    Imperial, ///< ft, mi; ft², ac, mi²
+    Mu,       ///< m, km; m², mu with hectares
 };
 
 /// Metric until set. A text that is shown already stays as it is.
@@ -23,8 +23,9 @@ AXALGORTHM_EXPORT System Get();
 
 /// "12.3 m", from a kilometre on "1.234 km"; "40.4 ft", from a mile on "1.234 mi".
 AXALGORTHM_EXPORT QString Length(double metres);
-/// "1234 m²", from a hundredth of a square kilometre on "1.234 km²"; "0.305 ac", from a square mile on
-/// "1.234 mi²"; "1.85 mu (0.1234 ha)".
+/// "1234 m²", below ten "1.23 m²", from a hundredth of a square kilometre on "1.234 km²"; "1234 ft²", from a
+/// tenth of an acre on "0.305 ac", from a square mile on "1.234 mi²"; m², from a tenth of a mu on
+/// "1.85 mu (0.1234 ha)".
 AXALGORTHM_EXPORT QString Area(double squareMetres);
 
 } // namespace AxUnits

@@ -140,6 +140,9 @@ TEST(Units, OfLengthsAndAreas)
         const char* area;
     } rows[] = {
         {AxUnits::System::Metric, 999.0, "999.0 m", 9999.0, "9999 m\302\262"},
+        {AxUnits::System::Metric, 12.0, "12.0 m", 9.5, "9.50 m\302\262"},
+        {AxUnits::System::Imperial, 0.3048, "1.0 ft", 185.806, "2000 ft\302\262"},
+        {AxUnits::System::Mu, 12.0, "12.0 m", 50.0, "50 m\302\262"},
         {AxUnits::System::Metric, 1000.0, "1.000 km", 10000.0, "0.010 km\302\262"},
         {AxUnits::System::Imperial, 304.8, "1000.0 ft", 40468.564224, "10.000 ac"},
         {AxUnits::System::Imperial, 16093.44, "10.000 mi", 5179976.220672, "2.000 mi\302\262"},
