@@ -36,7 +36,11 @@ public:
     virtual void SetCurrent(CAxHandleAdapter* object) = 0;
     virtual const QList<CAxHandleAdapter*>& Selected() const = 0;
     virtual void SelectNode(const osg::Node* featureNode, bool multi, bool report) = 0;
+    /// Selects objects together, in that order, and no others; CAxEarthViewer::SelectBlocks() says more.
+    virtual bool SelectSeveral(const QList<CAxHandleAdapter*>& wanted) = 0;
     virtual void ClearSelected() = 0;
+    /// Whose route stands out; empty for none.
+    virtual const QString& SelectedTask() const = 0;
 
     virtual QUndoStack& Edits() const = 0;
     virtual const AxEditAids& Aids() const = 0;

@@ -26,6 +26,8 @@ public:
     virtual void SetHomePoint(const CAxVector3D& position) = 0;
     /// The corner at which the route begins, 0 to 3; -1 is none.
     virtual void SetEntryPoint(int index) = 0;
+    /// Whether it is drawn so that it stands out among other routes.
+    virtual void SetHighlighted(bool highlighted) = 0;
     /// Whether the aircraft glides down to its landing point.
     virtual void SetLandingMethod(bool downhill) = 0;
 };

@@ -33,6 +33,8 @@ public:
     virtual std::optional<bool> AngleHandlesShown() const = 0;
     /// The switch of the voice is in that position: `off` mutes.
     virtual void SwitchVoice(bool off) = 0;
+    /// Flies to where all visible blocks are seen.
+    virtual void ShowAllBlocks() = 0;
     /// Of all aircraft.
     virtual void ShowShootPoints(bool shown) = 0;
     /// Follows the aircraft in focus, or lets go of it.

@@ -62,7 +62,7 @@ QString MapFileForNetwork()
 
 AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     : q(earthViewer), objects(*this, earthViewer), history(earthViewer, objects), tools(*this, objects),
-      aircraft(*this, earthViewer)
+      aircraft(*this, earthViewer), blockFlight(*this)
 {
     objects.SetHistory(&history);
     connect(&objects, &AxObjects::currentChanged, q, &CAxEarthViewer::signalCurrentBlock);
@@ -72,6 +72,7 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(&tools, &AxToolBox::barLeft, q, [this] { mapToolsWidget->ResetToolType(); });
     connect(&tools, &AxToolBox::placePicked, q, [this](EToolType tool, double lon, double lat, double alt) {
         if (tool == ToolLandingPosition)
+    connect(&objects, &AxObjects::taskChanged, q, &CAxEarthViewer::signalCurrentTask);
             emit q->LandingPosPicked(lon, lat, alt, true);
         else
             emit q->InterestPointPicked(lon, lat, alt);
@@ -410,6 +411,7 @@ bool AxViewerPrivate::areOverlaysStill() const
     // One that paints by itself, or items of a host's, may rely on the timer.
     if (q->scene() != overlayScene || overlayScene->IsHeard() || typeid(*q) != typeid(CAxEarthViewer))
         return false;
+    blockFlight.Look();
     const QList<QGraphicsItem*> items = overlayScene->items();
     return std::all_of(items.begin(), items.end(), [this](const QGraphicsItem* item) {
         return !item->isVisible() || ownOverlays.contains(item->topLevelItem());

@@ -5,6 +5,7 @@
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
 #include "viewer/AxAircraftFleet.h"
+#include "viewer/AxBlockFlight.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osg/Group>
@@ -58,6 +59,7 @@ public:
     osg::Group* ObjectGroup() const override { return geomAdapterGroup; }
     void GetElevations(QList<osg::Vec3d>& points) const override;
     double GetHAE(double longitude, double latitude, double altitude) const override;
+    void ShowAllBlocks() override { q->SetAllBlockView(0.0); }
     QImage Picture() override;
 
     // Construction and start-up, in their order (AxViewerPrivate.cpp)
@@ -131,6 +133,7 @@ public:
     QString mapFile;
     osg::Vec3d projPlaneCenter;
     osg::Matrixd projPlaneMatrix;
+    AxBlockFlight blockFlight;
     QString coordSys;
 
     AxGlViewport* glWidget = nullptr;

@@ -3,7 +3,6 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/input/CAxEarthManipulator.h"
-#include "interaction/objects/AxBlockView.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/base/AxNotice.h"
 #include "viewer/AxFrame.h"
@@ -319,32 +318,6 @@ void CAxEarthViewer::RemoveCurHandle()
     d->objects.RemoveCurrentEntry();
 }
 
-void CAxEarthViewer::SetNodeSelected(osg::Node* node, bool multi, bool report)
-{
-    d->objects.SelectNode(node, multi, report);
-}
-
-const QList<CAxHandleAdapter*>& CAxEarthViewer::GetMultiSelectAdapter() const
-{
-    return d->objects.Selected();
-}
-
-void CAxEarthViewer::ClearMultiSelectAdapter()
-{
-    d->objects.ClearSelected();
-}
-
-void CAxEarthViewer::slotDrawableClicked(osg::Drawable* drawable)
-{
-    if (GetToolKind(d->tools.Tool()) != ToolKindNavigate)
-        return;
-    // The name of an object stands for the object.
-    const bool multi = d->tools.IsMultiSelect();
-    for (const osg::NodePath& path : drawable->getParentalNodePaths())
-        if (const CAxHandleAdapter* object = d->objects.FindByName(path))
-            return d->objects.SelectNode(object->GetFeatureNode(), multi, multi);
-}
-
 void CAxEarthViewer::slotHandleEnd(QString strHanleID, bool bReset)
 {
     emit signalHandleEnd(strHanleID, bReset);
@@ -368,18 +341,6 @@ void CAxEarthViewer::slotBlockLock(QString strHanleID, bool bLock)
     object->SetLockBlock(bLock, bLock && object->IsVisible());
     object->SetAnchorEditorEnabled(!bLock && object == d->objects.Current());
     emit signalBlockState(strHanleID);
-}
-
-void CAxEarthViewer::slotFocusBlock(QString strHanleID)
-{
-    CAxHandleAdapter* object = d->objects.Find(strHanleID);
-    if (!object || object->GetAnchor().empty())
-        return;
-    constexpr double flightSeconds = 1.5;
-    d->manipulator->setViewpoint(AxViewpointOver(object->Outline()), flightSeconds);
-    const CAxHandleAdapter* current = d->objects.Current();
-    if (!current || current->GetHandleOperation() == OperationIdle)
-        d->objects.SelectNode(object->GetFeatureNode(), false, true);
 }
 
 bool CAxEarthViewer::RenameBlock(const QString& id, const QString& name)

@@ -252,9 +252,33 @@ public:
     void SetEditAids(const AxEditAids& aids); ///< aids of editing; told by signalEditAids()
     const AxEditAids& GetEditAids() const;    ///< as they were set last
     /// Gives a block another name, less its outer blanks. False, nothing changed,
+    /// Selects the objects of these IDs together, in that order, and no others. The first of them becomes
+    /// current, unless one of them is; one alone is the current object, none leaves nothing current. IDs that
+    /// have no object are passed over. False, with nothing changed, while an object is being drawn.
+    bool SelectBlocks(const QStringList& ids);
+    /// Makes a registered object the current one and selects no others; with `view` the camera flies there.
+    /// False, with nothing changed, for one that is not registered, and while another one is being drawn.
+    bool SelectHandle(CAxHandleAdapter* adapter, bool view = false);
+    bool SelectBlockID(const QString& id, bool view = false);
+    /// The same with the block of a task, whose route, where it is drawn now or later, stands out from then
+    /// on: until another task is selected, or another block is current, or none. While the block is current
+    /// already, others stay selected with it. An empty ID leaves no task selected and the objects as they
+    /// are.
+    bool SelectTaskID(const QString& taskID, bool view = false);
+    const QString& GetSelectedTask() const;                        ///< empty for none
     /// for an unknown ID, an empty name and one that a block has already.
     bool RenameBlock(const QString& id, const QString& name);
     /// Deletes blocks, with what draws them and with their tasks, as one step of the undo stack. Returns the
+    /// Flies to where all visible blocks are in the picture from straight above, north up, each vertex of
+    /// them a twentieth of the window or more from its border; a window that is made smaller later is not
+    /// followed. `margin` takes the camera farther away: 0.5 by half the distance; below 0 and NaN count as
+    /// 0. An aircraft that was followed is let go. Once the ground there is loaded as finely as it will be
+    /// the view is put right, unless it was moved meanwhile. False, after a box that says so, when there is
+    /// no block to be seen.
+    bool SetAllBlockView(double margin);
+    /// The same with those of these IDs that have an object, visible or not; false, without a box, for none.
+    bool SetBlockView(const QStringList& ids, double margin = 0.0);
+
     /// IDs of those that are deleted; a block that is locked on this map stays. Undoing brings back record
     /// and object; the routes join it again that their owners still have.
     QStringList DeleteBlocks(const QStringList& ids);
@@ -347,6 +371,8 @@ signals:
     void signalResetBlockMarkPointListPage();
     /// The approach to the landing point was turned, degrees.
     void signalDownhillAngle(double);
+    /// Another task is selected, or none: the ID of its block, and its own; both are empty for none.
+    void signalCurrentTask(QString strBlockID, QString strTaskID);
     /// The voice was switched on (true) or off.
     void signalTextSpeechEnabled(bool);
     /// Another aircraft is in focus, or none, or there are more or fewer of them.
@@ -369,7 +395,7 @@ public slots:
     /// moved nor edited.
     void slotBlockVisible(QString strHanleID, bool bVisible);
     void slotBlockLock(QString strHanleID, bool bLock);
-    /// Flies to an object and makes it the current one.
+    /// SelectBlockID() with a flight; while another object is being drawn, the flight alone.
     void slotFocusBlock(QString strHanleID);
 
 protected:

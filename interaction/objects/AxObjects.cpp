@@ -38,7 +38,11 @@ void AxObjects::Forget(CAxHandleAdapter* object)
         emit currentChanged(QString());
     }
 }
+        const bool hadTask = !std::exchange(selectedTask, QString()).isEmpty();
+        const QPointer<AxObjects> self(this);
 
+        if (self && hadTask && selectedTask.isEmpty())
+            emit taskChanged({}, {});
 bool AxObjects::Add(CAxHandleAdapter* object)
 {
     // Only an object of this viewer tells it of its end.

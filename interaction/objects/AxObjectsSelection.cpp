@@ -6,6 +6,7 @@
 #include "interaction/objects/AxDeleteCommand.h"
 #include "interaction/objects/AxObjects.h"
 #include "interaction/objects/CAxHandleAdapter.h"
+#include "scene/AxTaskRoute.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 
@@ -16,13 +17,15 @@
 #include <QUndoStack>
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 void AxObjects::SetCurrent(CAxHandleAdapter* object)
 {
     if (current == object)
         return;
-    if (CAxHandleAdapter* former = current) {
+    CAxHandleAdapter* const former = current;
+    if (former) {
         // It would not hear of the release any more; a move of several ends them all by itself.
         if (!selected.contains(former))
             former->GiveUpEdit();
@@ -30,13 +33,19 @@ void AxObjects::SetCurrent(CAxHandleAdapter* object)
         // A handle that nobody listens to would take an edit that is never committed.
         former->SetAnchorEditorEnabled(false);
     }
+    const QString formerTask = std::exchange(selectedTask, QString());
+    if (AxTaskRoute* route = former ? AxRouteOf(former->GetTask(formerTask)) : nullptr)
+        route->SetHighlighted(false);
     current = object;
     if (object) {
         object->ConnectMouseEvent();
         if (Find(object->GetHandleID()) == object)
             object->SetAnchorEditorEnabled(true);
     }
+    const QPointer<AxObjects> self(this);
     emit currentChanged(object ? object->GetHandleID() : QString());
+    if (self && !formerTask.isEmpty() && selectedTask.isEmpty())
+        emit taskChanged({}, {});
 }
 
 void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report)
@@ -44,10 +53,9 @@ void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report
     CAxHandleAdapter* object = Find(featureNode);
     if (!multi) {
         // A drawing is not left for an object that one of its clicks comes upon.
-        const bool drawing = current && current->GetHandleOperation() == OperationDrawing;
         // A place beside the object is picked for the object, so it stays the current one.
         const bool picking = GetToolKind(parts.Tools().Tool()) == ToolKindPick;
-        if (drawing || (!object && picking))
+        if (isDrawing() || (!object && picking))
             return;
         const QPointer<AxObjects> self(this);
         SetCurrent(object);
@@ -73,6 +81,56 @@ void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report
         SetCurrent(nullptr);
     if (self && report)
         tellSelected();
+}
+
+bool AxObjects::SelectSeveral(const QList<CAxHandleAdapter*>& wanted)
+{
+    if (isDrawing())
+        return false;
+    const QPointer<AxObjects> self(this);
+    std::set<const CAxHandleAdapter*> members;
+    QList<CAxHandleAdapter*> several;
+    for (CAxHandleAdapter* object : wanted)
+        if (registered.count(object) > 0 && !object->IsLeaving() && members.insert(object).second)
+            several += object;
+    if (members.count(current) == 0)
+        SetCurrent(several.value(0));
+    if (!self)
+        return true;
+    // Who heard of it may have removed objects.
+    several.erase(
+        std::remove_if(several.begin(), several.end(),
+                       [this](const CAxHandleAdapter* object) { return registered.count(object) == 0; }),
+        several.end());
+    if (several.size() < 2) {
+        ClearSelected();
+        return true;
+    }
+    if (several == selected)
+        return true;
+    for (CAxHandleAdapter* object : std::exchange(selected, several))
+        object->SetSelectedAmongSeveral(members.count(object) > 0);
+    for (CAxHandleAdapter* object : qAsConst(several))
+        object->SetSelectedAmongSeveral(true);
+    tellSelected();
+    return true;
+}
+
+void AxObjects::SelectTask(CAxHandleAdapter* object, const QString& taskID)
+{
+    const QString former = std::exchange(selectedTask, taskID);
+    if (former == taskID)
+        return;
+    if (object)
+        for (const QString& id : {former, taskID})
+            if (AxTaskRoute* route = AxRouteOf(object->GetTask(id)))
+                route->SetHighlighted(id == taskID);
+    emit taskChanged(taskID.isEmpty() || !object ? QString() : object->GetHandleID(), taskID);
+}
+
+bool AxObjects::isDrawing() const
+{
+    return current && current->GetHandleOperation() == OperationDrawing;
 }
 
 bool AxObjects::isAtRest(const CAxHandleAdapter* object) const

@@ -27,6 +27,9 @@
 #include <numeric>
 
 namespace {
+constexpr float edgeWidth = 2.0f; // pixels
+constexpr float selectedWidth = 4.0f;
+
 void TakeOutOfScene(osg::Node* node)
 {
     while (node && node->getNumParents() > 0)
@@ -382,7 +385,8 @@ void CAxHandleAdapter::updateAdapter()
     while (osg::Drawable* drawn = FindDrawable("Feature"))
         d->featureNode->removeDrawable(drawn);
     const osg::Vec4f edge = d->selectedAmongSeveral ? AxBlockColors::SelectedEdge() : d->edgeColor;
-    const osg::ref_ptr<osg::Geometry> shape = CreateOwnGeom(edge, d->fillColor, 2.0f);
+    const float width = d->selectedAmongSeveral ? selectedWidth : edgeWidth;
+    const osg::ref_ptr<osg::Geometry> shape = CreateOwnGeom(edge, d->fillColor, width);
     if (!shape)
         return;
     for (const osg::ref_ptr<osg::Geometry>& drawn : {shape, CreateInnerGeom(edge, 1.0f)}) {

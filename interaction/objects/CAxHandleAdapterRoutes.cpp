@@ -37,6 +37,8 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
 }
 
 void CAxHandleAdapter::RemoveTask(const QString& taskID)
+    AxRouteOf(task)->SetHighlighted(d->viewer &&
+                                    d->viewer->Objects().SelectedTask() == AxRouteOf(task)->GetTaskID());
 {
     if (CAxTaskPolygon* task = GetTask(taskID)) {
         AxRouteOf(task)->AsObject().disconnect(this);

@@ -29,6 +29,7 @@
 #include <cmath>
 #include <numeric>
 #include <string>
+#include <utility>
 
 using osgEarth::Annotation::PlaceNode;
 using osgEarth::Symbology::AltitudeSymbol;
@@ -40,11 +41,17 @@ using osgEarth::Symbology::Style;
 
 namespace {
 constexpr float routeWidth = 2.0f; // pixels
+// A rim that is darker than any ground, so that the line stands out from snow as well.
+constexpr float highlightedWidth = 4.0f;
+constexpr float rimWidth = 8.0f;
+const osg::Vec4f rimColor(0.05f, 0.05f, 0.05f, 1.0f);
 // Hosts find the area of a task by this mask.
 constexpr osg::Node::NodeMask areaMask = 0x1234;
 // Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
 constexpr int areaBin = 10;
 constexpr int routeBin = 11;
+constexpr int rimBin = 12;
+constexpr int highlightedBin = 13;
 constexpr std::size_t leastThinned = 64; // points of a line
 // Over the numbers of points; home and entry points are never left out for them.
 constexpr float markerPriority = 100.0f;
@@ -119,7 +126,7 @@ void CAxTaskPolygon::addToScene(osg::Node* node) const
 
 std::vector<osg::Node*> CAxTaskPolygon::routeNodes() const
 {
-    std::vector<osg::Node*> nodes{airLineNode.get(), d->numbers.Node(), homeMarker.get()};
+    std::vector<osg::Node*> nodes{airLineNode.get(), lineRim.get(), d->numbers.Node(), homeMarker.get()};
     for (const auto& marker : markerNodes)
         nodes.push_back(marker.get());
     if (label)
@@ -183,9 +190,10 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     }
     airLineNode = new osg::Geode;
     airLineNode->setName("Task Polygon");
-    DrawOverGround(*airLineNode, routeBin);
-    osg::ref_ptr<AxWorldGeometry> drawable = CreateGeom(lineColor, osg::Vec4f(1, 0, 0, 0), routeWidth, {},
-                                                        false, LineStrip, osg::Array::BIND_PER_VERTEX);
+    DrawOverGround(*airLineNode, highlighted ? highlightedBin : routeBin);
+    osg::ref_ptr<AxWorldGeometry> drawable =
+        CreateGeom(lineColor, osg::Vec4f(1, 0, 0, 0), highlighted ? highlightedWidth : routeWidth, {}, false,
+                   LineStrip, osg::Array::BIND_PER_VERTEX);
     drawable->setName("Feature");
     airLineNode->addDrawable(drawable);
     applyVisible();
@@ -227,6 +235,7 @@ void CAxTaskPolygon::UpdateAirLine(int mode)
         return;
     d->places = worldOf(*airLine);
     UpdateAirLinePoint(*drawable, allPoints());
+    showRim(allPoints());
     d->detail.SetPoints(d->places.size() < leastThinned ? std::vector<osg::Vec3d>() : d->places);
     d->detailShown.reset();
     osg::BoundingBoxd box;
@@ -319,7 +328,7 @@ void CAxTaskPolygon::showDetail(const std::vector<int>& levels)
     const bool isThinned = !levels.empty() && 2 * kept.size() < d->places.size();
     airLineNode->getDrawable(0)->setNodeMask(isThinned ? 0u : ~0u);
     if (!isThinned)
-        return;
+        return showRim(allPoints());
     // Colours change there.
     if (drawingMode != 0) {
         const int stopped = AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint) - 1;
@@ -330,9 +339,39 @@ void CAxTaskPolygon::showDetail(const std::vector<int>& levels)
         kept.erase(std::unique(kept.begin(), kept.end()), kept.end());
     }
     const osg::ref_ptr<AxWorldGeometry> thinned = new AxWorldGeometry;
-    thinned->SetLineWidth(routeWidth);
+    thinned->SetLineWidth(highlighted ? highlightedWidth : routeWidth);
     UpdateAirLinePoint(*thinned, kept);
     airLineNode->addDrawable(thinned);
+    showRim(kept);
+}
+
+void CAxTaskPolygon::SetHighlighted(bool wanted)
+{
+    if (std::exchange(highlighted, wanted) == wanted || !airLineNode)
+        return;
+    DrawOverGround(*airLineNode, highlighted ? highlightedBin : routeBin);
+    for (unsigned i = 0; i < airLineNode->getNumDrawables(); ++i)
+        if (auto* line = dynamic_cast<AxWorldGeometry*>(airLineNode->getDrawable(i)))
+            line->SetLineWidth(highlighted ? highlightedWidth : routeWidth);
+    d->detailShown.reset();
+    showRim(allPoints());
+    lookAgain();
+}
+
+// Below the line, of the same points.
+void CAxTaskPolygon::showRim(const std::vector<int>& kept)
+{
+    LeaveScene(lineRim);
+    lineRim = nullptr;
+    if (!highlighted || !airLine || kept.empty())
+        return;
+    lineRim = new osg::Geode;
+    lineRim->setName("Task Rim");
+    DrawOverGround(*lineRim, rimBin);
+    lineRim->addDrawable(CreateGeom(rimColor, osg::Vec4f(), rimWidth, ComputerAirLineNormalPoint(kept), false,
+                                    LineStrip, osg::Array::BIND_PER_VERTEX));
+    lineRim->setNodeMask(airLineVisible ? ~0u : 0u);
+    addToScene(lineRim);
 }
 
 void CAxTaskPolygon::CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)

@@ -94,6 +94,7 @@ void CAxMapToolsWidget::InitSlots()
 {
     connect(m_pBtnDisplayShoot, SIGNAL(clicked(bool)), this, SLOT(slotDisplayShootPoint(bool)));
     connect(m_pMapCtrlFollowAircraftBtn, SIGNAL(clicked(bool)), this, SLOT(slotFollowToAircraf(bool)));
+    connect(m_pMapCtrlToEditAreaBtn, SIGNAL(clicked(bool)), this, SLOT(slotScrollToArea(bool)));
     connect(m_pBtnNoFly, SIGNAL(clicked(bool)), this, SLOT(slotNoflyZoneVisbile(bool)));
     connect(m_pMeasureBtn, SIGNAL(clicked(bool)), this, SLOT(slotMeasureToolEnabled(bool)));
     connect(m_pMarkerTools, SIGNAL(clicked(bool)), this, SLOT(slotMarkerToolEnabled(bool)));
@@ -198,6 +199,12 @@ void CAxMapToolsWidget::slotFollowToAircraf(bool)
 {
     if (viewer)
         viewer->SwitchAircraftView();
+}
+
+void CAxMapToolsWidget::slotScrollToArea(bool)
+{
+    if (viewer)
+        viewer->ShowAllBlocks();
 }
 
 void CAxMapToolsWidget::slotNoflyZoneVisbile(bool checked)

@@ -48,6 +48,7 @@ private slots:
     void slotDisplayShootPoint(bool checked);
     void slotFollowToAircraf(bool checked);
     void slotNoflyZoneVisbile(bool checked);
+    void slotScrollToArea(bool checked);
     void slotMeasureToolEnabled(bool checked);
     void slotMarkerToolEnabled(bool checked);
     void slotTextToSpeechEnabled(bool checked);
