@@ -2,10 +2,12 @@
 #include "interaction/objects/CAxOsgDrawLine.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxBlockRefusal.h"
+#include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxZonesUnder.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
 
@@ -28,10 +30,8 @@ CAxOsgDrawLine::CAxOsgDrawLine(CAxEarthViewer* viewer, QObject* parent)
 {
     // Tasks, projects and undo set the widths in the record.
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, [this](const QString& id) {
-        if (id == d->handleID && d->operation == OperationIdle && takeWidthsOfRecord()) {
-            updateAdapter();
-            DrawNameLabel();
-        }
+        if (id == d->handleID && d->operation == OperationIdle && takeWidthsOfRecord())
+            showWidths();
     });
 }
 
@@ -72,8 +72,16 @@ void CAxOsgDrawLine::SetWidth(double left, double right)
     width2 = right;
     if (CAxBlock* block = GetContainedBlock())
         block->GetTaskPara()->SetBandingOffset(left, right);
+    showWidths();
+}
+
+void CAxOsgDrawLine::showWidths()
+{
     updateAdapter();
     DrawNameLabel();
+    // Those around the band go along with it.
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
 }
 
 // True when they were others.
@@ -126,7 +134,7 @@ void CAxOsgDrawLine::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    const osg::Vec3d place = Snapped(lngLatPos);
+    const osg::Vec3d place = Snapped(AxExactPlace(lngLatPos, worldCoordPos));
     // The first click of a double click on the last vertex is no vertex of its own.
     if (!d->anchors.empty() && IsSameVertex(place, d->anchors.back()))
         return;
@@ -152,7 +160,7 @@ void CAxOsgDrawLine::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
-    const osg::Vec3d place = Snapped(lngLatPos);
+    const osg::Vec3d place = Snapped(AxExactPlace(lngLatPos, worldCoordPos));
     DrawRubberBand({d->anchors.back(), place}, false);
     QString text = AxRunningLengthText(d->anchors, place);
     if (AxStripShape::LegLength(d->anchors.back(), place) < minDistance)
@@ -170,7 +178,11 @@ AxVerdict CAxOsgDrawLine::JudgeShape()
         if (d->anchorEditor)
             d->anchorEditor->Update();
     }
-    if (AxStripShape::HasShortLegAt(line, d->editIndex, minDistance)) {
+    // A line from elsewhere may have shorter ones, and can be edited all the same.
+    const CAxBlock* block = GetContainedBlock();
+    const std::vector<osg::Vec3d> before =
+        block ? AxVerticesOf(block->GetAnchor()) : std::vector<osg::Vec3d>();
+    if (AxStripShape::HasShortenedLegAt(line, d->editIndex, minDistance, before)) {
         tell(tr("The distance is less than 50 meters!"));
         return AxVerdict::RefusedAloud;
     }

@@ -66,6 +66,7 @@ private:
     bool fillIn(bool isNew);
     bool takeWidthsOfRecord();
     void changeWidths(double left, double right);
+    void showWidths();
     const std::vector<osg::Vec3d>& band();
     void tell(const QString& text, const QString& details = {});
 

@@ -13,6 +13,7 @@
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxGlobePoint.h"
 #include "scene/base/AxNotice.h"
 #include "scene/shape/AxViewRay.h"
@@ -146,6 +147,8 @@ void CAxOsgDrawVideo::SetVideoRadius(int metres)
     }
     radius = metres;
     updateAdapter();
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
 }
 
 void CAxOsgDrawVideo::SetVideoPosition(const osg::Vec3d& lngLatPos)
@@ -162,6 +165,8 @@ void CAxOsgDrawVideo::SetVideoPosition(const osg::Vec3d& lngLatPos)
     d->anchors.assign(1, lngLatPos);
     GetBlockElevation();
     updateAdapter();
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
 }
 
 // Drawing
@@ -213,6 +218,7 @@ void CAxOsgDrawVideo::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     // A finished one that is gone on with keeps its place until there is a new one.
     if (d->anchors.empty() || (isFinished() && !hasNewCentre)) {
         DrawRubberBand(circleOnGround(lngLatPos, radius), true);
@@ -228,6 +234,7 @@ void CAxOsgDrawVideo::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
 {
     if (d->operation != OperationDrawing || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     if (d->anchors.empty() || (isFinished() && !hasNewCentre)) {
         d->anchors.assign(1, Snapped(lngLatPos));
         hasNewCentre = true;
@@ -256,6 +263,7 @@ void CAxOsgDrawVideo::slotDoubleClicked(osg::Vec3d lngLatPos, osg::Vec3d worldCo
     }
     if (d->anchors.empty() || !IsOverGround(lngLatPos, worldCoordPos))
         return;
+    lngLatPos = AxExactPlace(lngLatPos, worldCoordPos);
     // On the centre that it has set itself it leaves the radius as it is.
     if (!isOnCentre(lngLatPos))
         takeRim(lngLatPos);
