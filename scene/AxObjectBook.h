@@ -47,5 +47,7 @@ public:
     virtual bool Rename(const QString& id, const QString& name) = 0;
     /// A drawing with that tool was refused: undo takes it up again. Its vertices: degrees, degrees, metres.
     virtual void KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& vertices) = 0;
+    /// A drawing has become a block, with its record: a step of the undo stack.
+    virtual void KeepDrawn(const QString& id) = 0;
     virtual void IntersectModelLayers(CAxHandleAdapter* object) = 0;
 };

@@ -1,9 +1,12 @@
 #include "interaction/editing/AxBlockCommands.h"
 #include "interaction/editing/AxEditedShape.h"
+#include "interaction/editing/AxEditTitle.h"
 #include "scene/AxObjectBook.h"
 
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
+
+#include <QCoreApplication>
 
 AxBlockCommand::AxBlockCommand(AxViewerParts* parts, const QString& id, const QString& text)
     : QUndoCommand(text), viewer(parts), blockID(id)
@@ -23,6 +26,9 @@ void AxBlockCommand::step(bool before)
 
 void AxBlockCommand::undo()
 {
+    // Who steps over the stack without asking first changes nothing, and the way back does not either.
+    if (!isApplied || !Refusal(true).isEmpty())
+        return;
     isApplied = false;
     step(true);
 }
@@ -30,8 +36,23 @@ void AxBlockCommand::undo()
 void AxBlockCommand::redo()
 {
     // The stack's first call comes with the push, and the edit is done by then.
-    if (!std::exchange(isApplied, true))
-        step(false);
+    if (isApplied || !Refusal(false).isEmpty())
+        return;
+    isApplied = true;
+    step(false);
+}
+
+QString AxBlockCommand::Refusal(bool) const
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
+    const AxEditedShapeRef shape(viewer ? viewer->Objects().Find(blockID) : nullptr);
+    if (!block || !shape || (!shape->IsLock() && !shape->HasRoutes()))
+        return {};
+    return (shape->IsLock()
+                ? QCoreApplication::translate("AxBlockOperations", "%1 is locked.")
+                : QCoreApplication::translate("AxBlockOperations",
+                                              "%1 has routes on the map, which would not fit any more."))
+        .arg(AxNameInTitle(block->GetBlockName()));
 }
 
 AxAnchorCommand::AxAnchorCommand(AxViewerParts* parts, const QString& id, const QList<QPointF>& before,
@@ -65,6 +86,11 @@ AxNameCommand::AxNameCommand(AxViewerParts* parts, const QString& id, const QStr
                              const QString& after, const QString& text)
     : AxBlockCommand(parts, id, text), nameBefore(before), nameAfter(after)
 {
+}
+
+QString AxNameCommand::Refusal(bool) const
+{
+    return {};
 }
 
 void AxNameCommand::Apply(bool before)

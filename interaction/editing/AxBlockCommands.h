@@ -1,4 +1,5 @@
 #pragma once
+#include "interaction/editing/AxRefusableStep.h"
 #include "scene/AxViewerParts.h"
 
 #include <QList>
@@ -10,15 +11,18 @@
 /**
  * One committed edit of a block record, on the viewer's undo stack. The record
  * has the new state already when the command is pushed. Once its block is gone
- * the command is of no use any more, and the stack drops it at the next step.
+ * the command is of no use any more, and the stack drops it at the next step. While the block may not be
+ * edited by hand, it is not edited by a step either.
  */
-class AxBlockCommand : public QUndoCommand
+class AxBlockCommand : public QUndoCommand, public AxRefusableStep
 {
 public:
     AxBlockCommand(AxViewerParts* viewer, const QString& blockID, const QString& text);
 
     void undo() final;
     void redo() final;
+    /// While the block is locked or its routes are on the map; the same both ways.
+    QString Refusal(bool back) const override;
     const QString& BlockID() const { return blockID; }
 
 protected:
@@ -75,6 +79,9 @@ class AxNameCommand : public AxBlockCommand
 public:
     AxNameCommand(AxViewerParts* viewer, const QString& blockID, const QString& before, const QString& after,
                   const QString& text);
+
+    /// None: what is locked may be called otherwise.
+    QString Refusal(bool back) const override;
 
 protected:
     void Apply(bool before) override;

@@ -26,6 +26,16 @@ void NameAfterEdit(QAction* action, QUndoStack* stack, void (QUndoStack::*change
         action->setText(edit.isEmpty() ? Tr(word) : Tr(wordWithEdit).arg(edit));
     });
 }
+
+// Of the command, or of what it is made of.
+QString RefusalOf(const QUndoCommand* command, bool back)
+{
+    const auto* refusable = dynamic_cast<const AxRefusableStep*>(command);
+    QString refusal = refusable ? refusable->Refusal(back) : QString();
+    for (int i = 0; command && refusal.isEmpty() && i < command->childCount(); ++i)
+        refusal = RefusalOf(command->child(i), back);
+    return refusal;
+}
 } // namespace
 
 AxEditHistory::AxEditHistory(QWidget* widget, const AxObjectBook& book)
@@ -64,8 +74,7 @@ void AxEditHistory::step(bool back)
         if (const AxEditedShapeRef shape(object); shape && shape->GetHandleOperation() != OperationIdle)
             return;
     const QUndoCommand* command = stack->command(back ? stack->index() - 1 : stack->index());
-    const auto* refusable = dynamic_cast<const AxRefusableStep*>(command);
-    const QString refusal = refusable ? refusable->Refusal(back) : QString();
+    const QString refusal = RefusalOf(command, back);
     if (!refusal.isEmpty()) {
         AxShowNotice(undo->parentWidget(),
                      QCoreApplication::translate("AxBlockOperations", "Block Information"), refusal);

@@ -42,6 +42,8 @@ public:
     /// What is going on with it. A locked object is neither moved nor edited.
     virtual EHandleOperation GetHandleOperation() const = 0;
     virtual bool IsLock() const = 0;
+    /// Nor is one whose routes are on the map.
+    virtual bool HasRoutes() const = 0;
     virtual bool IsVisible() const = 0;
     /// The vertex that is being dragged, -1 when none is.
     virtual int GetEditIndex() const = 0;

@@ -72,6 +72,12 @@ void AxDeleteCommand::Hold(std::unique_ptr<CAxBlock> record)
         deleted.push_back(std::move(block));
 }
 
+void AxDeleteCommand::Brought(const QString& id)
+{
+    restored = QStringList{id};
+    isApplied = false;
+}
+
 void AxDeleteCommand::undo()
 {
     isApplied = false;

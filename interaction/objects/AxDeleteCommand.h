@@ -28,6 +28,8 @@ public:
 
     /// Takes the record of a block that is to come with undo(), as if it had been deleted.
     void Hold(std::unique_ptr<CAxBlock> record);
+    /// The same of a block that has come already: redo() deletes it.
+    void Brought(const QString& id);
     /// What the last undo() has brought back.
     const QStringList& Restored() const { return restored; }
 

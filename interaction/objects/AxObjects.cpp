@@ -1,10 +1,12 @@
 // Which objects there are.
 #include "interaction/objects/AxObjects.h"
 #include "interaction/editing/AxEditHistory.h"
+#include "interaction/editing/AxEditTitle.h"
 #include "interaction/objects/AxBlockOperations.h"
 #include "interaction/objects/AxBlockRing.h"
 #include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxRefusedDrawing.h"
+#include "interaction/objects/AxReplaceCommand.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
@@ -15,6 +17,7 @@
 
 #include <osgEarthAnnotation/LabelNode>
 
+#include <QCoreApplication>
 #include <QGraphicsView>
 #include <QUndoStack>
 
@@ -142,6 +145,18 @@ void AxObjects::KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& verti
 {
     if (history->Stack() && !vertices.empty())
         history->Stack()->push(new AxRefusedDrawing(*this, tool, vertices));
+}
+
+void AxObjects::KeepDrawn(const QString& id)
+{
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (!block || !history->Stack())
+        return;
+    auto command = std::make_unique<AxReplaceCommand>(*this);
+    command->Brought(id);
+    command->setText(
+        AxEditTitle(QCoreApplication::translate("CAxEarthViewer", "Draw block"), {block->GetBlockName()}));
+    history->Stack()->push(command.release());
 }
 
 CAxHandleAdapter* AxObjects::Find(const QString& id) const

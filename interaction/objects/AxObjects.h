@@ -60,6 +60,7 @@ public:
     /// or dragging, or may not draw.
     bool ResumeDrawing(EToolType tool, const std::vector<osg::Vec3d>& vertices);
     void KeepRefused(EToolType tool, const std::vector<osg::Vec3d>& vertices) override;
+    void KeepDrawn(const QString& id) override;
 
     // The selection and what is done to it (AxObjectsSelection.cpp)
 

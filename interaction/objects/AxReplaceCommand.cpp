@@ -20,6 +20,18 @@ QStringList AxReplaceCommand::Replace(const QStringList& ids, std::vector<std::u
     return latter.Restored();
 }
 
+void AxReplaceCommand::Brought(const QString& id)
+{
+    latter.Brought(id);
+}
+
+// Where somebody else has deleted what there was, no step is left.
+void AxReplaceCommand::dropIfVain()
+{
+    if (former.isObsolete() && latter.isObsolete())
+        setObsolete(true);
+}
+
 void AxReplaceCommand::undo()
 {
     // Who steps over the stack without asking first changes nothing, and the way back does not either.
@@ -28,6 +40,7 @@ void AxReplaceCommand::undo()
     isDone = false;
     latter.redo();
     former.undo();
+    dropIfVain();
 }
 
 void AxReplaceCommand::redo()
@@ -38,6 +51,7 @@ void AxReplaceCommand::redo()
     isDone = true;
     former.redo();
     latter.undo();
+    dropIfVain();
 }
 
 QString AxReplaceCommand::Refusal(bool back) const
@@ -45,13 +59,13 @@ QString AxReplaceCommand::Refusal(bool back) const
     for (const QString& id : back ? latter.Restored() : former.Restored()) {
         const CAxHandleAdapter* object = objects ? objects->Find(id) : nullptr;
         const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
-        if (!object || !block)
+        if (!block)
             continue;
         const QString name = AxNameInTitle(block->GetBlockName());
-        if (object->IsLock())
+        if (object && object->IsLock())
             return QCoreApplication::translate("AxBlockOperations", "%1 is locked.").arg(name);
         // A step forward keeps the tasks with the record.
-        if (back && AxHasTasks(*object))
+        if (back && (object ? AxHasTasks(*object) : !block->GetMissionList().isEmpty()))
             return QCoreApplication::translate("AxBlockOperations", "%1 has tasks, which would go with it.")
                 .arg(name);
     }

@@ -141,6 +141,7 @@ public:
     EHandleOperation GetHandleOperation() const override;
     int GetEditIndex() const override; ///< of the vertex that is being dragged, -1 when none is
     bool IsLock() const override;
+    bool HasRoutes() const override;
     bool IsVisible() const override;
     bool IsFilter() const;  ///< always false; kept for hosts
     bool IsSegment() const; ///< the area may be split into segments; known once the name was drawn

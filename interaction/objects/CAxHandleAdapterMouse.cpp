@@ -75,10 +75,15 @@ void CAxHandleAdapter::EndHandle()
         return;
     if (!isAccepted)
         keepRefused(d->viewer->Tools().Tool());
-    if (!isAccepted || !keepDrawing())
+    const bool isNew = !isRegistered();
+    if (!isAccepted || !keepDrawing()) {
         dropDrawing(true);
-    else if (self.IsWanted())
+        return;
+    }
+    if (self.IsWanted())
         HandleEnd();
+    if (isNew && self.IsWanted() && d->viewer)
+        d->viewer->Objects().KeepDrawn(d->handleID);
 }
 
 bool CAxHandleAdapter::isRegistered() const
@@ -161,10 +166,14 @@ void CAxHandleAdapter::FinishDrawing()
     const bool isAccepted = outcome == AxOutcome::Accepted;
     if (!isAccepted && self.IsWanted() && d->viewer)
         keepRefused(tool);
+    const bool isNew = self.IsWanted() && !isRegistered();
     const bool isKept = isAccepted && self.IsWanted() && d->viewer && keepDrawing();
     if (isKept && self.IsWanted())
         HandleEnd();
     const int response = isKept && self.IsWanted() ? ResponseDoubleClickWhenDraw() : 0;
+    // Before the host hears of it, whose own edits of the new block come on top.
+    if (isNew && isKept && self.IsWanted() && response != discard && d->viewer)
+        d->viewer->Objects().KeepDrawn(d->handleID);
     if (self.IsGone())
         return;
     if (isKept && self.IsWanted())

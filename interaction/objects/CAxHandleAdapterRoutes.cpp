@@ -11,6 +11,11 @@ const QList<CAxTaskPolygon*>& CAxHandleAdapter::GetTaskList() const
     return d->tasks;
 }
 
+bool CAxHandleAdapter::HasRoutes() const
+{
+    return !d->tasks.isEmpty();
+}
+
 CAxTaskPolygon* CAxHandleAdapter::GetTask(const QString& taskID) const
 {
     const auto found = std::find_if(d->tasks.begin(), d->tasks.end(), [&taskID](CAxTaskPolygon* task) {

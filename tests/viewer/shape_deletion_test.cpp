@@ -138,3 +138,76 @@ TEST_F(Deletion, ARefusedDrawingIsTakenUpAgainWhereItWas)
     ASSERT_TRUE(viewer->GetCurHandleAdapter()->GetContainedBlock());
     EXPECT_EQ(Ring(viewer->GetCurHandleAdapter()).size(), 4);
 }
+
+TEST_F(Deletion, ADrawingIsAStepThatTakesNothingElseAlong)
+{
+    const auto rectangle = [this] {
+        viewer->SetToolType(ToolRectangleBlock);
+        Click(18.0, 8.0);
+        DoubleClickAt(22.0, 12.0);
+    };
+    const auto byAnotherTool = [this] {
+        viewer->SetToolType(ToolPolygonBlock);
+        for (const QPointF& corner : square)
+            Click(corner.x(), corner.y());
+    };
+    for (const std::function<void()>& draw :
+         {std::function<void()>(rectangle), std::function<void()>(byAnotherTool)}) {
+        draw();
+        viewer->SetToolType(ToolNavigate);
+        const QPointer<CAxHandleAdapter> drawn = viewer->GetCurHandleAdapter();
+        ASSERT_TRUE(drawn && drawn->GetContainedBlock());
+        const QString id = drawn->GetHandleID();
+        const QString name = drawn->GetContainedBlock()->GetBlockName();
+        const QList<QPointF> ring = Ring(drawn);
+        EXPECT_EQ(Top(), "Draw block: " + name);
+        QList<QPointF> further = ring;
+        further[0] += QPointF(-1.0, 0.0);
+        further[3] += QPointF(-1.0, 0.0);
+        std::vector<osg::Vec3d> wider;
+        for (const QPointF& corner : qAsConst(further))
+            wider.emplace_back(corner.x(), corner.y(), 0.0);
+        ASSERT_TRUE(drawn->SetVertices(wider, "Wider"));
+
+        // Locked it is not edited by a step either, and with tasks it does not go.
+        const auto expectRefused = [&] {
+            const ModalBox box;
+            const int index = viewer->GetUndoStack()->index();
+            const QList<QPointF> now = Blocks().GetBlock(id)->GetAnchor();
+            Undo();
+            EXPECT_EQ(box.count, 1);
+            EXPECT_EQ(viewer->GetUndoStack()->index(), index);
+            viewer->GetUndoStack()->undo();
+            viewer->GetUndoStack()->redo();
+            ASSERT_TRUE(viewer->FindExistNode(id));
+            EXPECT_EQ(Ring(viewer->FindExistNode(id)), now) << "past the action";
+        };
+        viewer->slotBlockLock(id, true);
+        expectRefused();
+        viewer->slotBlockLock(id, false);
+        {
+            CAxTaskPolygon route(viewer, drawn);
+            drawn->AddTask(&route);
+            expectRefused();
+        }
+        Undo();
+        CAxBlock* record = Blocks().GetBlock(id);
+        record->AddTask(std::make_unique<CAxTask>("task", "Task", record->GetTaskPara()));
+        expectRefused();
+        record->RemoveTask("task");
+        Undo();
+        EXPECT_EQ(Blocks().GetBlock(id), nullptr);
+        EXPECT_EQ(viewer->FindExistNode(id), nullptr);
+        EXPECT_FALSE(viewer->GetUndoAction()->isEnabled());
+        Redo();
+        ASSERT_TRUE(viewer->FindExistNode(id));
+        EXPECT_EQ(Blocks().GetBlock(id)->GetBlockName(), name);
+        EXPECT_EQ(Ring(viewer->FindExistNode(id)), ring);
+        Redo();
+        EXPECT_EQ(Ring(viewer->FindExistNode(id)), further);
+        viewer->RemoveHanderAdapter(id, true);
+        Undo();
+        Undo();
+        EXPECT_EQ(viewer->GetUndoStack()->count(), 0) << "steps of a block that is gone are dropped";
+    }
+}

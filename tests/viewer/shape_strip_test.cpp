@@ -135,8 +135,9 @@ TEST_F(Strip, FormRefusesWrongWidthsAndTheOperatorMayLeaveIt)
         EXPECT_TRUE(waitFor([&] { return !strip; })) << "who leaves the form does not want the strip";
         EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
     }
-    // ... unless they think better of it.
-    viewer->GetUndoStack()->undo();
+    // ... unless they think better of it. Those that were drawn and are gone are no steps any more.
+    for (int i = 0; i < 3; ++i)
+        viewer->GetUndoStack()->undo();
     ASSERT_NE(viewer->GetCurHandleAdapter(), nullptr);
     EXPECT_EQ(viewer->GetCurHandleAdapter()->GetAnchor().size(), 2u);
     EXPECT_EQ(viewer->GetCurHandleAdapter()->GetHandleOperation(), OperationDrawing);
@@ -172,6 +173,18 @@ TEST_F(Strip, LegsAreFiftyMetresAtLeast)
     EXPECT_EQ(box.count, 2);
     EXPECT_EQ(Ring(road)[1], QPointF(18.01, 8));
     EXPECT_EQ(road->GetAnchor()[1].x(), 18.01);
+    viewer->RemoveHanderAdapter(road, true);
+
+    // Of a line from elsewhere, whose legs are 22 m, only what gets shorter still is refused.
+    road = ImportStrip({{18, 8}, {18.0002, 8}, {18.0004, 8}});
+    ASSERT_NE(road, nullptr);
+    for (const double lat : {8.0001, 8.00005}) {
+        road->GetAnchor()[1].y() = lat;
+        road->slotPointMoved(18.0002, lat, 0.0, 1);
+        road->EndDrag({}, {});
+        EXPECT_EQ(Ring(road)[1].y(), 8.0001) << lat;
+    }
+    EXPECT_EQ(box.count, 3);
 }
 
 TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
@@ -204,6 +217,18 @@ TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
     strip->SetWidth(-1.0, 5.0);
     EXPECT_EQ(Widths(strip), qMakePair(100.0, 200.0));
 
+    // Handles around it follow its widths.
+    AxEditAids aids;
+    aids.rimHandles = true;
+    viewer->SetEditAids(aids);
+    strip->SetAnchorEditorEnabled(true);
+    const auto southOfIt = [&] { return strip->GetAnchorEditor()->GetDraggerList()[3]->GetPlace().y(); };
+    const double south = southOfIt();
+    viewer->GetUndoStack()->undo();
+    EXPECT_GT(southOfIt(), south + 0.001);
+    viewer->GetUndoStack()->redo();
+    strip->SetWidth(20.0, 30.0);
+    EXPECT_GT(southOfIt(), south + 0.001);
     viewer->GetUndoStack()->undo();
     EXPECT_EQ(Widths(strip), qMakePair(20.0, 30.0));
     EXPECT_NEAR(AreaOf(strip->Outline()), wide / 6.0, 0.01 * wide);
