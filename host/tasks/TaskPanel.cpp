@@ -130,6 +130,7 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
         parameters->ShowSizes();
     });
     connect(routes, &TaskRoutes::Planned, this, &TaskPanel::OnPlanned);
+    connect(routes, &TaskRoutes::Told, this, &TaskPanel::Told);
     connect(routes, &TaskRoutes::EntryClicked, this, &TaskPanel::OnEntryClicked);
     connect(parameters, &TaskParameters::HomeWanted, this, [this](bool wanted) {
         homeClick->Want(wanted ? blockID : QString());
@@ -283,7 +284,7 @@ void TaskPanel::Mark(QListWidgetItem* item)
     item->setIcon(trouble.isEmpty() ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
     item->setToolTip(!trouble.isEmpty() ? trouble
                                         : tr("The box shows or hides the route; without a route on the "
-                                             "map the block can be edited"));
+                                             "map the block can be edited, and is planned anew"));
 }
 
 void TaskPanel::ShowPlan()

@@ -47,6 +47,17 @@ std::vector<CAxVector3D> PlacesOf(const AxPlanResult& plan, double otherwise)
     return places;
 }
 
+QByteArray OutlineOf(CAxBlock& block)
+{
+    double left = 0.0;
+    double right = 0.0;
+    block.GetTaskPara()->GetBandingOffset(left, right);
+    QByteArray outline;
+    QDataStream out(&outline, QIODevice::WriteOnly);
+    out << block.GetAnchor() << block.GetVideoRadius() << left << right;
+    return outline;
+}
+
 // Of the pictures of the entry points' markers, by which a click on one is known; -1 for another picture.
 int EntryOfPicture(const std::string& file)
 {
@@ -215,10 +226,21 @@ void TaskRoutes::Renew(const Key& key, CAxBlock& block, CAxTask& task, const Hel
     QElapsedTimer taken;
     taken.start();
     route->planned = StateOf(block, task);
+    const QByteArray before = std::exchange(route->outline, OutlineOf(block));
+    QString told;
+    if (!before.isEmpty() && before != route->outline)
+        told =
+            (task.KeepsItsRoute()
+                 ? tr("The route of \"%1\" over %2 stays as it was read, and may not fit the changed block.")
+                 : tr("\"%1\" over %2 is planned anew; what was exported before does not fit the changed "
+                      "block."))
+                .arg(task.GetTaskName(), block.GetBlockName());
     Plan(block, task, *route);
     Draw(key, route);
     route->planMs = taken.elapsed();
     emit Planned(key.first, key.second);
+    if (!told.isEmpty())
+        emit Told(told);
 }
 
 void TaskRoutes::Plan(CAxBlock& block, CAxTask& task, Route& route)

@@ -40,7 +40,8 @@ public:
     /// the task is gone.
     std::shared_ptr<const ShownPlan> PlanNow(const QString& blockID, const QString& taskID);
 
-    /// A route that is not shown is not drawn, so that its block can be edited when it has no other.
+    /// A route that is not shown is not drawn, so that its block can be edited when it has no other. It is
+    /// planned anew all the same, and Told() says so.
     bool IsShown(const QString& taskID) const;
     void SetShown(const QString& blockID, const QString& taskID, bool shown);
 
@@ -50,6 +51,8 @@ public:
 signals:
     /// A task was planned anew, or is gone.
     void Planned(const QString& blockID, const QString& taskID);
+    /// The outline of a block with a task has changed; what that means for its route, for the operator.
+    void Told(const QString& text);
     /// The operator has clicked the marker of an entry point, 0 to 3, of a block's route.
     void EntryClicked(const QString& blockID, int entry);
 
@@ -61,6 +64,7 @@ private:
         Route();
         ~Route();
         QByteArray planned; // for this state of the records
+        QByteArray outline; // of the block in it
         QByteArray changed; // the state that they have taken since
         QElapsedTimer sinceChange;
         qint64 planMs = 0;

@@ -110,6 +110,10 @@
         <translation>删除多个测区</translation>
     </message>
     <message>
+        <source>Draw block</source>
+        <translation>绘制测区</translation>
+    </message>
+    <message>
         <source>Refused drawing</source>
         <translation>被拒绝的绘制</translation>
     </message>
@@ -810,8 +814,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>类型</translation>
     </message>
     <message>
-        <source>Area (km²)</source>
-        <translation>面积 (km²)</translation>
+        <source>Area</source>
+        <translation>面积</translation>
     </message>
     <message>
         <source>Lock</source>
@@ -2471,8 +2475,8 @@ Heights are above the ellipsoid.</source>
         <translation>未选择测区</translation>
     </message>
     <message>
-        <source>The box shows or hides the route; without a route on the map the block can be edited</source>
-        <translation>勾选框显示或隐藏航线；地图上没有航线时可以编辑测区</translation>
+        <source>The box shows or hides the route; without a route on the map the block can be edited, and is planned anew</source>
+        <translation>勾选框显示或隐藏航线；地图上没有航线时可以编辑测区，航线会重新规划</translation>
     </message>
     <message>
         <source>The name must not be longer than %1 letters.</source>
@@ -2575,6 +2579,14 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>TaskRoutes</name>
+    <message>
+        <source>The route of &quot;%1&quot; over %2 stays as it was read, and may not fit the changed block.</source>
+        <translation>%2 上“%1”的航线保持导入时的样子，可能与修改后的测区不符。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; over %2 is planned anew; what was exported before does not fit the changed block.</source>
+        <translation>%2 上的“%1”已重新规划；此前导出的航线与修改后的测区不符。</translation>
+    </message>
     <message>
         <source>The planner of this kind of task gives no route.</source>
         <translation>此类任务的规划器没有给出航线。</translation>
@@ -3661,6 +3673,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The block is not on the map.</source>
         <translation>该测区不在地图上。</translation>
+    </message>
+    <message>
+        <source>%1 has routes on the map, which would not fit any more.</source>
+        <translation>%1 在地图上有航线，修改后将不再适用。</translation>
     </message>
     <message>
         <source>%1 is locked.</source>
