@@ -61,6 +61,8 @@ void CAxControl::SetProjectModified(bool modified)
 {
     if (m_modified.exchange(modified) != modified)
         emit projectModifiedChanged(modified);
+    if (modified)
+        emit projectEdited();
 }
 
 AxPlanGround CAxControl::GetGround() const

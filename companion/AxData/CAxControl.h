@@ -50,6 +50,8 @@ public:
 signals:
     /// Sent when the modified flag changes.
     void projectModifiedChanged(bool modified);
+    /// Sent with each SetProjectModified(true), also when the flag was set before.
+    void projectEdited();
     /// Sent after heights of the ground or no-fly zones were given or removed: what was planned with the
     /// former ones may not hold any more.
     void planBasisChanged();

@@ -1,5 +1,7 @@
 #include "host/project/ProjectSession.h"
+#include "host/project/EditWatch.h"
 #include "host/project/ProjectOnMap.h"
+#include "host/project/RecentProjects.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxControl.h>
@@ -7,26 +9,34 @@
 #include <AxData/project/AxProjectJournal.h>
 
 #include <QAction>
+#include <QCryptographicHash>
+#include <QDebug>
 #include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
+#include <QStandardPaths>
 
 #include <utility>
 
 namespace {
-constexpr int mostRecent = 8;
 constexpr int recoveredMs = 10000;
 constexpr int mostLeftOut = 8;
 
 QString Shown(const QString& file)
 {
     return QDir::toNativeSeparators(file);
+}
+
+// Empty when it cannot be read.
+QByteArray ContentsOf(const QString& path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
 }
 
 // As many names as a box has room for.
@@ -67,7 +77,8 @@ ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, c
     : QObject(ofWindow), viewer(earthViewer), window(ofWindow), recoveryFolder(folder),
       isUnattended(unattended), journal(new AxProjectJournal(
                                     folder, [this] { return ProjectOnMap::Look(*viewer, rest); }, this)),
-      lock(std::make_unique<AxProjectLock>()), windowTitle(ofWindow->windowTitle())
+      lock(std::make_unique<AxProjectLock>()), recent(new RecentProjects(this)),
+      windowTitle(ofWindow->windowTitle())
 {
     CAxControl* control = CAxControl::GetInstance();
     connect(journal, &AxProjectJournal::modifiedChanged, this, [this, control](bool modified) {
@@ -80,6 +91,11 @@ ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, c
     connect(journal, &AxProjectJournal::refused, this, [this](const QString& fault) {
         emit Told(tr("The project cannot be saved as it is now: %1").arg(fault));
     });
+    connect(recent, &RecentProjects::Changed, this, &ProjectSession::RecentChanged);
+    // Not while the menu is open, which the list may change.
+    connect(recent, &RecentProjects::Chosen, this, &ProjectSession::OpenRecent, Qt::QueuedConnection);
+    connect(new EditWatch(viewer->GetUndoStack(), this), &EditWatch::Edited, journal,
+            &AxProjectJournal::Touch);
     // The mark is there as soon as the edit is; what turns out to be none takes it away again.
     connect(
         control, &CAxControl::projectModifiedChanged, this,
@@ -95,12 +111,22 @@ ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, c
 
 ProjectSession::~ProjectSession() = default;
 
+QByteArray ProjectSession::Recent() const
+{
+    return recent->Bytes();
+}
+
+void ProjectSession::SetRecent(const QByteArray& kept)
+{
+    recent->SetBytes(kept);
+}
+
 void ProjectSession::FillMenu(QMenu* menu)
 {
     const QList<QAction*> before = menu->actions();
     menu->addAction(tr("&New project"), this, &ProjectSession::New, QKeySequence::New);
     menu->addAction(tr("&Open project..."), this, &ProjectSession::ChooseFile, QKeySequence::Open);
-    recentMenu = menu->addMenu(tr("&Recent projects"));
+    recent->SetMenu(menu->addMenu(tr("&Recent projects")));
     menu->addAction(
         tr("&Save project"), this, [this] { Save(); }, QKeySequence::Save);
     menu->addAction(
@@ -116,7 +142,7 @@ bool ProjectSession::Start(const QString& file)
     CAxControl::GetInstance()->SetProjectModified(false);
     for (QAction* action : qAsConst(actions))
         action->setEnabled(true);
-    ListRecent();
+    recent->Enable();
     if (!isUnattended && !recoveryFolder.isEmpty())
         OfferRecoveries();
     if (file.isEmpty())
@@ -151,6 +177,7 @@ void ProjectSession::New()
     lock->Release();
     path.clear();
     copyOf.clear();
+    contents.clear();
     journal->Begin(path, ProjectOnMap::Look(*viewer, rest));
     CAxControl::GetInstance()->SetProjectModified(false);
     ShowTitle();
@@ -158,7 +185,7 @@ void ProjectSession::New()
 
 void ProjectSession::ChooseFile()
 {
-    const QString file = QFileDialog::getOpenFileName(window, tr("Open project"), QFileInfo(path).path(),
+    const QString file = QFileDialog::getOpenFileName(window, tr("Open project"), Folder(),
                                                       tr("Projects (*%1)").arg(axProjectSuffix));
     if (!file.isEmpty())
         Open(file);
@@ -187,6 +214,7 @@ bool ProjectSession::Open(const QString& file)
             return false;
         }
     }
+    const QByteArray found = ContentsOf(file);
     const AxProjectRead read = AxReadProject(file); // as it is now that nobody else writes it
     if (!read.IsRead()) {
         if (!isOpenAlready)
@@ -196,10 +224,11 @@ bool ProjectSession::Open(const QString& file)
     }
     path = isCopy ? QString() : file;
     copyOf = isCopy ? QFileInfo(file).completeBaseName() : QString();
+    contents = isCopy ? QByteArray() : found;
     ShowProject(read.project);
     journal->Begin(path, ProjectOnMap::Look(*viewer, rest));
     CAxControl::GetInstance()->SetProjectModified(false);
-    AddRecent(file);
+    recent->Add(file);
     ShowTitle();
     if (read.state == AxProjectRead::State::Migrated)
         emit Told(tr("An earlier version of the program has written this project. It stays as it is until "
@@ -240,11 +269,11 @@ bool ProjectSession::Save()
 
 bool ProjectSession::SaveAs()
 {
-    QFileDialog dialog(window, tr("Save project"), QFileInfo(path).path(),
-                       tr("Projects (*%1)").arg(axProjectSuffix));
+    QFileDialog dialog(window, tr("Save project"), Folder(), tr("Projects (*%1)").arg(axProjectSuffix));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(axProjectSuffix.mid(1));
-    dialog.selectFile(path.isEmpty() ? tr("project") : QFileInfo(path).fileName());
+    const QString unsaved = copyOf.isEmpty() ? tr("project") : Name();
+    dialog.selectFile(path.isEmpty() ? unsaved : QFileInfo(path).fileName());
     if (dialog.exec() != QDialog::Accepted)
         return false;
     const QString file = dialog.selectedFiles().constFirst();
@@ -262,8 +291,32 @@ bool ProjectSession::SaveAs()
     return true;
 }
 
+ProjectSession::Overwrite ProjectSession::AskOverwrite(const QString& file)
+{
+    const bool isOwn = !path.isEmpty() && QFileInfo(file) == QFileInfo(path);
+    const QByteArray now = isOwn && !contents.isEmpty() ? ContentsOf(file) : QByteArray();
+    if (now.isEmpty() || now == contents)
+        return Overwrite::Yes;
+    const QString text =
+        tr("%1 was changed by another program since it was opened here. Saving would undo what was changed.")
+            .arg(Shown(file));
+    if (isUnattended) {
+        Warn(tr("Save project"), text);
+        return Overwrite::No;
+    }
+    Question box(window, tr("Save project"), text);
+    const QAbstractButton* overwrite = box.addButton(tr("&Overwrite"), QMessageBox::DestructiveRole);
+    const QAbstractButton* elsewhere = box.addButton(tr("Save &as..."), QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    const QAbstractButton* answer = box.Ask();
+    return answer == overwrite ? Overwrite::Yes : answer == elsewhere ? Overwrite::Elsewhere : Overwrite::No;
+}
+
 bool ProjectSession::SaveTo(const QString& file)
 {
+    const Overwrite may = AskOverwrite(file);
+    if (may != Overwrite::Yes)
+        return may == Overwrite::Elsewhere && SaveAs();
     const AxProject now = ProjectOnMap::Look(*viewer, rest);
     QString fault;
     if (!AxWriteProject(file, now, &fault)) {
@@ -272,9 +325,10 @@ bool ProjectSession::SaveTo(const QString& file)
     }
     path = file;
     copyOf.clear();
+    contents = ContentsOf(file);
     journal->Begin(path, now);
     CAxControl::GetInstance()->SetProjectModified(false);
-    AddRecent(file);
+    recent->Add(file);
     ShowTitle();
     emit Told(tr("Saved %1").arg(Shown(file)));
     return true;
@@ -386,6 +440,7 @@ void ProjectSession::Recover(AxRecovery& recovery)
     const bool hasFile = !recovery.projectPath.isEmpty();
     const bool isOwn = hasFile && TakeLock(recovery.projectPath, isCopy) && !isCopy;
     path = isOwn ? recovery.projectPath : QString();
+    contents = ContentsOf(path); // whoever changed it after the crash was told of in the question
     copyOf = hasFile && !isOwn ? QFileInfo(recovery.projectPath).completeBaseName() : QString();
     ShowProject(recovery.project);
     journal->Begin(path, hasFile ? AxReadProject(recovery.projectPath).project : AxProject());
@@ -405,53 +460,23 @@ void ProjectSession::Recover(AxRecovery& recovery)
     }
 }
 
-QByteArray ProjectSession::Recent() const
+void ProjectSession::OpenRecent(const QString& file)
 {
-    return QJsonDocument(QJsonArray::fromStringList(recent)).toJson(QJsonDocument::Compact);
-}
-
-void ProjectSession::SetRecent(const QByteArray& kept)
-{
-    recent.clear();
-    for (const QJsonValue file : QJsonDocument::fromJson(kept).array())
-        if (!file.toString().isEmpty() && recent.size() < mostRecent)
-            recent += file.toString();
-    ListRecent();
-}
-
-void ProjectSession::AddRecent(const QString& file)
-{
-    const QString whole = QFileInfo(file).absoluteFilePath();
-    recent.removeAll(whole);
-    recent.prepend(whole);
-    recent = recent.mid(0, mostRecent);
-    ListRecent();
-    emit RecentChanged();
-}
-
-void ProjectSession::ListRecent()
-{
-    if (actions.isEmpty())
+    if (QFileInfo::exists(file)) {
+        Open(file);
         return;
-    recentMenu->clear();
-    recentMenu->setEnabled(!recent.isEmpty() && actions.constFirst()->isEnabled());
-    for (int i = 0; i < recent.size(); ++i) {
-        const QString file = recent[i];
-        QString text = Shown(file);
-        text.replace(QLatin1Char('&'), QLatin1String("&&"));
-        recentMenu->addAction(QStringLiteral("&%1 %2").arg(i + 1).arg(text), this, [this, file] {
-            if (QFileInfo::exists(file)) {
-                Open(file);
-                return;
-            }
-            recent.removeAll(file);
-            Warn(tr("Open project"),
-                 tr("There is no file %1 any more. It is taken off the list.").arg(Shown(file)));
-            // Not now: the menu that asks is among what is listed anew.
-            QTimer::singleShot(0, this, &ProjectSession::ListRecent);
-            emit RecentChanged();
-        });
     }
+    recent->Remove(file);
+    Warn(tr("Open project"), tr("There is no file %1 any more. It is taken off the list.").arg(Shown(file)));
+}
+
+QString ProjectSession::Folder() const
+{
+    const QString last = path.isEmpty() ? recent->Last() : path;
+    const QFileInfo folder(QFileInfo(last).absolutePath());
+    return !last.isEmpty() && folder.isDir()
+               ? folder.filePath()
+               : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
 QString ProjectSession::Name() const

@@ -2,10 +2,10 @@
 #include <AxData/project/AxProjectLock.h>
 #include <AxData/project/AxRecovery.h>
 
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -15,6 +15,7 @@ class CAxEarthViewer;
 class QAction;
 class QMenu;
 class QWidget;
+class RecentProjects;
 
 /**
  * The project that is open: what the file menu does with it, the window's title, the question before changes
@@ -63,6 +64,14 @@ private:
     bool Save();
     bool SaveAs();
     bool SaveTo(const QString& file);
+    /// Whether the file may be written although somebody else has changed it since it was opened here.
+    enum class Overwrite
+    {
+        Yes,
+        Elsewhere, ///< another name is wanted
+        No,
+    };
+    Overwrite AskOverwrite(const QString& file);
     bool MayReplace(const QString& otherwise, const QString& go);
     /// False when another program has it and the pilot gives up; `isCopy` when he opens it all the same.
     bool TakeLock(const QString& file, bool& isCopy);
@@ -70,11 +79,11 @@ private:
     void OfferRecoveries();
     bool Offer(AxRecovery& recovery);
     void Recover(AxRecovery& recovery);
-    void AddRecent(const QString& file);
-    void ListRecent();
+    void OpenRecent(const QString& file);
     void ShowTitle();
     void Warn(const QString& title, const QString& text);
     QString Name() const;
+    QString Folder() const; ///< where dialogs begin
 
     CAxEarthViewer* viewer;
     QWidget* window;
@@ -84,10 +93,10 @@ private:
     AxProject rest; ///< of the file, what nothing shows
     AxProjectJournal* journal;
     std::unique_ptr<AxProjectLock> lock;
-    QString path;   ///< empty: it has never been saved under a name that is this program's
-    QString copyOf; ///< that file's name
-    QStringList recent;
-    QMenu* recentMenu = nullptr;
+    QString path;        ///< empty: it has never been saved under a name that is this program's
+    QString copyOf;      ///< that file's name
+    QByteArray contents; ///< a hash of those of the file, when it was opened or saved
+    RecentProjects* recent;
     QList<QAction*> actions;
     QString windowTitle; ///< without the project
 };

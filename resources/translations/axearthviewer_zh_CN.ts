@@ -502,6 +502,18 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>ProjectSession</name>
     <message>
+        <source>Save &amp;as...</source>
+        <translation>另存为(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>&amp;Overwrite</source>
+        <translation>覆盖(&amp;O)</translation>
+    </message>
+    <message>
+        <source>%1 was changed by another program since it was opened here. Saving would undo what was changed.</source>
+        <translation>%1 在此处打开之后被其他程序更改过。保存将撤销那些更改。</translation>
+    </message>
+    <message>
         <source>Let go of what you hold with the mouse first.</source>
         <translation>请先松开鼠标所按住的内容。</translation>
     </message>
@@ -3910,6 +3922,18 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>GeoImportBox</name>
     <message>
+        <source>%1, beginning at longitude %2°, latitude %3°</source>
+        <translation>%1，起点经度 %2°，纬度 %3°</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>图层</translation>
+    </message>
+    <message>
+        <source>Please choose</source>
+        <translation>请选择</translation>
+    </message>
+    <message>
         <source>Area</source>
         <translation>区域</translation>
     </message>
@@ -3938,8 +3962,8 @@ Heights are above the ellipsoid.</source>
         <translation>未说明</translation>
     </message>
     <message>
-        <source>%1: %2 shapes; coordinate system: %3</source>
-        <translation>%1：%2 个图形；坐标系：%3</translation>
+        <source>%1; shapes: %2; coordinate system: %3</source>
+        <translation>%1；图形：%2 个；坐标系：%3</translation>
     </message>
     <message>
         <source>Tick all</source>
@@ -3974,12 +3998,12 @@ Heights are above the ellipsoid.</source>
         <translation>说明</translation>
     </message>
     <message>
-        <source>Fill the holes</source>
-        <translation>填充孔洞</translation>
+        <source>&amp;Fill the holes</source>
+        <translation>填充孔洞(&amp;F)</translation>
     </message>
     <message>
-        <source>Leave these areas out</source>
-        <translation>略去这些区域</translation>
+        <source>&amp;Leave these areas out</source>
+        <translation>略去这些区域(&amp;L)</translation>
     </message>
     <message>
         <source>A block has no holes. Areas with holes:</source>
@@ -4004,6 +4028,14 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>GeoExchange</name>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>%1 is there already. Do you want to replace it?</source>
+        <translation>%1 已存在。要替换它吗？</translation>
+    </message>
     <message>
         <source>KML (*.kml)</source>
         <translation>KML (*.kml)</translation>
@@ -4081,16 +4113,16 @@ Heights are above the ellipsoid.</source>
         <translation>导入</translation>
     </message>
     <message>
-        <source>%1 of %2 blocks cannot be drawn and were not imported.</source>
-        <translation>%2 个测区中有 %1 个无法绘制，未导入。</translation>
+        <source>Blocks that cannot be drawn and were not imported: %1 of %2</source>
+        <translation>无法绘制而未导入的测区：%1 个（共 %2 个）</translation>
     </message>
     <message>
-        <source>%1 of %2 imported blocks would be refused if they were drawn; they have a warning sign in the list.</source>
-        <translation>导入的 %2 个测区中有 %1 个若手动绘制会被拒绝，列表中以警告标志标出。</translation>
+        <source>Imported blocks that would be refused if they were drawn: %1 of %2. They have a warning sign in the list.</source>
+        <translation>若手工绘制会被拒绝的已导入测区：%1 个（共 %2 个）。它们在列表中带有警告标志。</translation>
     </message>
     <message>
-        <source>%1 blocks imported</source>
-        <translation>已导入 %1 个测区</translation>
+        <source>Blocks imported: %1</source>
+        <translation>已导入测区：%1 个</translation>
     </message>
     <message>
         <source>Export blocks</source>
@@ -4109,8 +4141,8 @@ Heights are above the ellipsoid.</source>
         <translation>%1 已写入。</translation>
     </message>
     <message>
-        <source>%1 blocks written to %2</source>
-        <translation>%1 个测区已写入 %2</translation>
+        <source>Blocks written to %1: %2</source>
+        <translation>已写入 %1 的测区：%2 个</translation>
     </message>
 </context>
 </TS>

@@ -70,6 +70,23 @@ TEST_F(ProjectJournal, KeepsWhatIsNotSavedUntilItIs)
     expectFound(project, path);
 }
 
+TEST_F(ProjectJournal, LooksOnceSoonAfterItWasTouched)
+{
+    int looks = 0;
+    journal = std::make_unique<AxProjectJournal>(folder.path(), [this, &looks] {
+        ++looks;
+        return project;
+    });
+    journal->Touch(); // nothing is open yet
+    journal->Begin({}, project);
+    QSignalSpy changes(journal.get(), &AxProjectJournal::modifiedChanged);
+    project.blocks[1].name = QStringLiteral("Quarry");
+    for (int i = 0; i < 5; ++i)
+        journal->Touch();
+    ASSERT_TRUE(changes.wait(5000)); // less than without a touch
+    EXPECT_EQ(looks, 1);
+}
+
 TEST_F(ProjectJournal, HoldsTheLastStateWhateverChanged)
 {
     for (unsigned seed = 1; seed <= 6; ++seed) {
@@ -172,6 +189,7 @@ TEST(ProjectJournalChild, DISABLED_Edits)
     told.open(stdout, QIODevice::WriteOnly);
     while (true) {
         ++project.blocks[0].videoRadius;
+        journal.Touch();
         told.write(QStringLiteral("\nedit %1\n").arg(project.blocks[0].videoRadius).toLatin1());
         told.flush();
         QElapsedTimer rest;

@@ -180,6 +180,34 @@ TEST_F(Project, OfAnotherProgramIsOpenedAsACopyThatHasNoFile)
     EXPECT_TRUE(AxIsSameWork(AxReadProject(path).project, Two()));
 }
 
+TEST_F(Project, ThatSomebodyElseHasChangedIsNotOverwrittenWithoutAQuestion)
+{
+    const QString path = Saved("a.axproject");
+    ASSERT_TRUE(session->Open(path));
+    Rename("Quarry");
+    AxProject others = Two();
+    others.blocks.removeLast();
+    ASSERT_TRUE(AxWriteProject(path, others));
+    const auto save = ModalBox::Press(QStringLiteral("&Save"));
+    bool isNameAsked = false;
+    boxes.answers = {save, ModalBox::Press(QStringLiteral("Cancel")), save,
+                     ModalBox::Press(QStringLiteral("Save &as...")), [&isNameAsked](QDialog& box) {
+                         isNameAsked = qobject_cast<QFileDialog*>(&box);
+                         box.reject();
+                     }};
+    EXPECT_FALSE(session->MayLeave({}, {}, {}));
+    EXPECT_FALSE(session->MayLeave({}, {}, {}));
+    EXPECT_TRUE(isNameAsked && AxIsSameWork(AxReadProject(path).project, others));
+    boxes.answers = {save, ModalBox::Press(QStringLiteral("&Overwrite"))};
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_EQ(AxReadProject(path).project.blocks.size(), 2);
+    Rename("Gravel pit");
+    const int before = boxes.count;
+    boxes.answers = {save};
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_EQ(boxes.count, before + 1) << "its own file";
+}
+
 TEST_F(Project, OfAProgramThatDiedIsOffered)
 {
     const QString path = Saved("a.axproject");

@@ -5,7 +5,9 @@
 
 namespace {
 // With the time to write it stays below the second that may be lost.
-constexpr int lookEveryMs = 750;
+constexpr int lookAfterMs = 750;
+// For edits of which nobody has told, and where writing has failed.
+constexpr int lookAnywayMs = 10000;
 } // namespace
 
 AxProjectJournal::AxProjectJournal(const QString& folder, Look toLook, QObject* parent)
@@ -21,9 +23,12 @@ AxProjectJournal::AxProjectJournal(const QString& folder, Look toLook, QObject* 
     };
     if (!folder.isEmpty())
         writer = std::make_unique<AxRecoveryWriter>(folder, tell, tellRefusal);
-    clock.setInterval(lookEveryMs);
-    clock.setTimerType(Qt::PreciseTimer);
-    connect(&clock, &QTimer::timeout, this, &AxProjectJournal::LookNow);
+    soon.setInterval(lookAfterMs);
+    soon.setTimerType(Qt::PreciseTimer);
+    soon.setSingleShot(true);
+    seldom.setInterval(lookAnywayMs);
+    for (const QTimer* clock : {&soon, &seldom})
+        connect(clock, &QTimer::timeout, this, &AxProjectJournal::LookNow);
 }
 
 AxProjectJournal::~AxProjectJournal() = default;
@@ -35,15 +40,22 @@ void AxProjectJournal::Begin(const QString& projectPath, const AxProject& asSave
     seen = asSaved;
     if (writer)
         writer->Clear();
-    clock.start();
+    seldom.start();
     if (std::exchange(isModified, false))
         emit modifiedChanged(false);
 }
 
+void AxProjectJournal::Touch()
+{
+    if (seldom.isActive() && !soon.isActive())
+        soon.start();
+}
+
 void AxProjectJournal::LookNow()
 {
-    if (!clock.isActive())
+    if (!seldom.isActive())
         return;
+    soon.stop();
     AxProject now = look();
     const bool isSame = AxIsSameWork(now, seen);
     seen = std::move(now);
@@ -72,7 +84,8 @@ bool AxProjectJournal::Flush(int milliseconds)
 
 void AxProjectJournal::Drop()
 {
-    clock.stop();
+    soon.stop();
+    seldom.stop();
     if (writer)
         writer->Clear();
 }

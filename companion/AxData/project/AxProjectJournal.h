@@ -13,10 +13,10 @@
 class AxRecoveryWriter;
 
 /// Keeps what is not saved yet in a recovery file, so that a program that is killed loses at most the edits
-/// of its last second, and knows whether there is anything to save. It looks at the project a little more
-/// than once a second; a thread of its own compares and writes. The file goes when there is nothing to save;
-/// what is left of it after the program's end is found by AxFindRecoveries(). GUI thread; owned by its
-/// parent.
+/// of its last second, and knows whether there is anything to save. It looks at the project within a second
+/// of each Touch(), and rarely without one; a thread of its own compares and writes. The file goes when there
+/// is nothing to save; what is left of it after the program's end is found by AxFindRecoveries(). GUI thread;
+/// owned by its parent.
 class AXDATA_EXPORT AxProjectJournal : public QObject
 {
     Q_OBJECT
@@ -34,6 +34,9 @@ public:
     /// recovered. Called after opening, after saving, and for a new project.
     void Begin(const QString& path, const AxProject& saved);
 
+    /// Something may be another now. Costs next to nothing: of many calls the first one counts until it
+    /// looks.
+    void Touch();
     /// Looks at once, as for a question whether to save.
     void LookNow();
     /// Whether something differed from what is saved when it last looked.
@@ -61,7 +64,8 @@ private:
 
     Look look;
     std::unique_ptr<AxRecoveryWriter> writer;
-    QTimer clock;
+    QTimer soon;
+    QTimer seldom;
     QString path;
     AxProject saved;
     AxProject seen;
