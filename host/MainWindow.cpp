@@ -64,6 +64,7 @@ const QString layoutKey = QStringLiteral("window/layout");
 const QString extentsKey = QStringLiteral("window/panels");
 const QString aircraftKey = QStringLiteral("aircraft/link");
 const QString recentKey = QStringLiteral("projects/recent");
+const QString exchangeKey = QStringLiteral("exchange/folder");
 
 const struct
 {
@@ -217,6 +218,9 @@ void MainWindow::RestoreLayout()
     project->SetRecent(kept->Bytes(recentKey));
     connect(project, &ProjectSession::RecentChanged, kept,
             [this] { kept->SetBytes(recentKey, project->Recent()); });
+    exchange->SetFolder(QString::fromUtf8(kept->Bytes(exchangeKey)));
+    connect(exchange, &GeoExchange::FolderChanged, kept,
+            [this] { kept->SetBytes(exchangeKey, exchange->Folder().toUtf8()); });
 }
 
 void MainWindow::RestoreSwitches()

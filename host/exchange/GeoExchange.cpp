@@ -22,6 +22,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <algorithm>
@@ -133,8 +134,11 @@ void GeoExchange::ChooseFiles()
     dialog.setNameFilters(
         {tr("Areas and lines (%1)").arg(QStringLiteral("*.") + Suffixes().join(QStringLiteral(" *."))),
          tr("All files (*)")});
-    if (dialog.exec() == QDialog::Accepted)
-        Import(dialog.selectedFiles());
+    StartIn(dialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    SetFolder(QFileInfo(dialog.selectedFiles().constFirst()).absolutePath());
+    Import(dialog.selectedFiles());
 }
 
 void GeoExchange::Import(const QStringList& files)
@@ -233,19 +237,21 @@ void GeoExchange::ImportOne(const QString& file)
 void GeoExchange::TellImported(const QStringList& ids, int wanted)
 {
     if (ids.size() < wanted)
-        Tell(
-            tr("Import areas and lines"),
-            tr("%1 of %2 blocks cannot be drawn and were not imported.").arg(wanted - ids.size()).arg(wanted),
-            {});
+        Tell(tr("Import areas and lines"),
+             tr("Blocks that cannot be drawn and were not imported: %1 of %2")
+                 .arg(wanted - ids.size())
+                 .arg(wanted),
+             {});
     const auto refused =
         std::count_if(ids.begin(), ids.end(), [this](const QString& id) { return !faultOf(id).isEmpty(); });
     if (refused > 0)
-        emit Told(tr("%1 of %2 imported blocks would be refused if they were drawn; they have a warning sign "
-                     "in the list.")
-                      .arg(refused)
-                      .arg(ids.size()));
+        emit Told(
+            tr("Imported blocks that would be refused if they were drawn: %1 of %2. They have a warning "
+               "sign in the list.")
+                .arg(refused)
+                .arg(ids.size()));
     else
-        emit Told(tr("%1 blocks imported").arg(ids.size()));
+        emit Told(tr("Blocks imported: %1").arg(ids.size()));
 }
 
 void GeoExchange::FlyTo(const QStringList& ids)
@@ -262,11 +268,8 @@ void GeoExchange::FlyTo(const QStringList& ids)
         flightSeconds);
 }
 
-void GeoExchange::Export(const QStringList& ids)
+std::optional<GeoExchange::Target> GeoExchange::AskWhere(const QString& name)
 {
-    const QVector<AxGeoShape> shapes = GeoBlocks::ShapesOf(ids);
-    if (shapes.isEmpty())
-        return;
     const QList<Format> formats = Formats();
     QStringList filters;
     for (const Format& format : formats)
@@ -278,25 +281,70 @@ void GeoExchange::Export(const QStringList& ids)
     connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
         dialog.setDefaultSuffix(formats[qMax(0, filters.indexOf(filter))].suffix);
     });
-    QString name = shapes.size() == 1 ? shapes.constFirst().name : tr("blocks");
-    name.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|\\x00-\\x1f]")), QStringLiteral("_"));
-    dialog.selectFile(name);
+    StartIn(dialog);
+    QString proposed = name;
+    dialog.selectFile(proposed.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|\\x00-\\x1f]")),
+                                       QStringLiteral("_")));
     if (dialog.exec() != QDialog::Accepted)
-        return;
+        return {};
     const QString file = dialog.selectedFiles().constFirst();
-    const auto ofName = std::find_if(formats.begin(), formats.end(), [&](const Format& format) {
-        return format.suffix == QFileInfo(file).suffix().toLower();
-    });
-    const AxGeoFormat format = ofName != formats.end()
-                                   ? ofName->format
-                                   : formats[qMax(0, filters.indexOf(dialog.selectedNameFilter()))].format;
-    const AxGeoWritten written = AxWriteGeoFile(file, format, shapes);
+    SetFolder(QFileInfo(file).absolutePath());
+    for (const Format& format : formats)
+        if (format.suffix == QFileInfo(file).suffix().toLower() ||
+            (format.format == AxGeoFormat::GeoJson &&
+             file.endsWith(QLatin1String(".json"), Qt::CaseInsensitive)))
+            return Target{file, format.format};
+    // The dialog takes what is behind any point for a suffix, as in "Field 1.2".
+    const Format& format = formats[qMax(0, filters.indexOf(dialog.selectedNameFilter()))];
+    const QString whole = file + QLatin1Char('.') + format.suffix;
+    if (QFileInfo::exists(whole) && !MayReplace(whole))
+        return {};
+    return Target{whole, format.format};
+}
+
+bool GeoExchange::MayReplace(const QString& file)
+{
+    CAxMessageBox box(window);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(tr("Export blocks"));
+    box.SetMsgText(tr("%1 is there already. Do you want to replace it?").arg(QDir::toNativeSeparators(file)));
+    box.SetBtnOKText(tr("Replace"));
+    box.SetCancelDefault(true);
+    return box.exec() == QDialog::Accepted;
+}
+
+void GeoExchange::SetFolder(const QString& used)
+{
+    if (used == folder)
+        return;
+    folder = used;
+    emit FolderChanged();
+}
+
+void GeoExchange::StartIn(QFileDialog& dialog) const
+{
+    const bool isThere = !folder.isEmpty() && QFileInfo(folder).isDir();
+    dialog.setDirectory(isThere ? folder
+                                : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+}
+
+void GeoExchange::Export(const QStringList& ids)
+{
+    const QVector<AxGeoShape> shapes = GeoBlocks::ShapesOf(ids);
+    if (shapes.isEmpty())
+        return;
+    const std::optional<Target> target =
+        AskWhere(shapes.size() == 1 ? shapes.constFirst().name : tr("blocks"));
+    if (!target)
+        return;
+    const QString shown = QDir::toNativeSeparators(target->file);
+    const AxGeoWritten written = AxWriteGeoFile(target->file, target->format, shapes);
     if (!written.fault.isEmpty())
         Tell(tr("Export blocks"), tr("The blocks were not written."), {written.fault});
     else if (!written.notes.isEmpty())
-        Tell(tr("Export blocks"), tr("%1 is written.").arg(QDir::toNativeSeparators(file)), written.notes);
+        Tell(tr("Export blocks"), tr("%1 is written.").arg(shown), written.notes);
     else
-        emit Told(tr("%1 blocks written to %2").arg(shapes.size()).arg(QDir::toNativeSeparators(file)));
+        emit Told(tr("Blocks written to %1: %2").arg(shown, QString::number(shapes.size())));
 }
 
 void GeoExchange::Tell(const QString& title, const QString& text, const QStringList& details)

@@ -10,6 +10,7 @@
 #include <optional>
 
 class CAxEarthViewer;
+class QFileDialog;
 class QMenu;
 class QWidget;
 
@@ -32,12 +33,26 @@ public:
     /// Reads the files one after the other; the pilot chooses what becomes a block.
     void Import(const QStringList& files);
 
+    /// Where the dialogs begin: the folder that was used last.
+    QString Folder() const { return folder; }
+    void SetFolder(const QString& used);
+
 signals:
+    void FolderChanged();
     void Told(const QString& text); ///< for the status bar
 
 private:
     void ChooseFiles();
     void Export(const QStringList& ids);
+    /// Where to, and in which format; nothing when the pilot cancels.
+    struct Target
+    {
+        QString file;
+        AxGeoFormat format;
+    };
+    std::optional<Target> AskWhere(const QString& name);
+    bool MayReplace(const QString& file);
+    void StartIn(QFileDialog& dialog) const;
     /// With a progress box while it takes long; nothing when the pilot cancels.
     std::optional<AxGeoContent> Read(const QString& file, const AxGeoReadOptions& options);
     /// Asks for the coordinate system of a file that names none.
@@ -51,6 +66,7 @@ private:
     CAxEarthViewer* viewer;
     QWidget* window;
     std::function<QString(const QString&)> faultOf;
+    QString folder;
     QString lastSystem = QStringLiteral("EPSG:4326");
     PlanWork reading;
 };

@@ -1,7 +1,7 @@
 #include "host/exchange/GeoImportBox.h"
 #include "host/tasks/LimitedNumber.h"
 
-#include <QComboBox>
+#include <QButtonGroup>
 #include <QDoubleSpinBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -9,7 +9,9 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -23,6 +25,7 @@ enum Column
     KindColumn,
     SizeColumn,
     PointsColumn,
+    LayerColumn,
     HolesColumn,
     NoteColumn,
     ColumnCount,
@@ -37,6 +40,16 @@ QString KindOf(const AxGeoShape& shape)
     return std::isnan(shape.radius) ? GeoImportBox::tr("Point")
                                     : GeoImportBox::tr("Circle, as a video block");
 }
+
+/// The whole name, and where it is, by which those of one name can be told apart.
+QString TipOf(const AxGeoShape& shape)
+{
+    constexpr int decimals = 5; // a metre
+    const QPointF first = shape.points.isEmpty() ? QPointF() : shape.points.constFirst();
+    return GeoImportBox::tr("%1, beginning at longitude %2\302\260, latitude %3\302\260")
+        .arg(shape.name.toHtmlEscaped(), QString::number(first.x(), 'f', decimals),
+             QString::number(first.y(), 'f', decimals));
+}
 } // namespace
 
 GeoImportBox::GeoImportBox(const AxGeoContent& found, const QString& file, QWidget* parent)
@@ -45,7 +58,7 @@ GeoImportBox::GeoImportBox(const AxGeoContent& found, const QString& file, QWidg
     SetWindowTitle(tr("Import areas and lines"));
     SetBtnOKText(tr("Import"));
     const QString system = found.coordinateSystem.isEmpty() ? tr("not named") : found.coordinateSystem;
-    auto* head = new QLabel(tr("%1: %2 shapes; coordinate system: %3")
+    auto* head = new QLabel(tr("%1; shapes: %2; coordinate system: %3")
                                 .arg(QFileInfo(file).fileName(), QString::number(shapes.size()), system));
     head->setTextFormat(Qt::PlainText);
     head->setWordWrap(true);
@@ -73,25 +86,35 @@ void GeoImportBox::FillList()
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     list->setColumnCount(ColumnCount);
-    list->setHeaderLabels({tr("Name"), tr("Kind"), tr("Size"), tr("Vertices"), tr("Holes"), tr("Note")});
+    list->setHeaderLabels(
+        {tr("Name"), tr("Kind"), tr("Size"), tr("Vertices"), tr("Layer"), tr("Holes"), tr("Note")});
     QList<QTreeWidgetItem*> rows;
     for (const AxGeoShape& shape : qAsConst(shapes)) {
         auto* row = new QTreeWidgetItem(
             {shape.name, KindOf(shape), GeoBlocks::SizeOf(shape), QString::number(shape.points.size()),
-             shape.holes.isEmpty() ? QString() : QString::number(shape.holes.size())});
-        row->setToolTip(NameColumn, shape.name.toHtmlEscaped());
+             shape.layer, shape.holes.isEmpty() ? QString() : QString::number(shape.holes.size())});
+        row->setToolTip(NameColumn, TipOf(shape));
+        row->setToolTip(LayerColumn, shape.layer.toHtmlEscaped());
         row->setCheckState(NameColumn, Qt::Checked);
         rows += row;
     }
     list->addTopLevelItems(rows);
     constexpr int nameCharacters = 28;
+    constexpr int layerCharacters = 16;
     constexpr int shownRows = 12;
     const QFontMetrics letters = list->fontMetrics();
     for (int column = KindColumn; column < ColumnCount; ++column)
         list->resizeColumnToContents(column);
     list->setColumnWidth(NameColumn, letters.horizontalAdvance(QLatin1Char('0')) * nameCharacters);
+    list->setColumnWidth(LayerColumn, qMin(list->columnWidth(LayerColumn),
+                                           letters.horizontalAdvance(QLatin1Char('0')) * layerCharacters));
+    const bool hasLayers = std::any_of(shapes.begin(), shapes.end(),
+                                       [](const AxGeoShape& shape) { return !shape.layer.isEmpty(); });
+    list->setColumnHidden(LayerColumn, !hasLayers);
     list->setColumnWidth(NoteColumn, letters.horizontalAdvance(QLatin1Char('0')) * nameCharacters);
-    list->setMinimumSize(list->header()->length() + 2 * letters.height(), letters.height() * shownRows);
+    const int mostWidth = screen()->availableSize().width() * 4 / 5;
+    list->setMinimumSize(qMin(list->header()->length() + 2 * letters.height(), mostWidth),
+                         letters.height() * shownRows);
     FollowChoice();
 }
 
@@ -99,13 +122,8 @@ void GeoImportBox::AddChoices()
 {
     auto* form = new QFormLayout;
     if (std::any_of(shapes.begin(), shapes.end(),
-                    [](const AxGeoShape& shape) { return !shape.holes.isEmpty(); })) {
-        holes = new QComboBox;
-        holes->addItems({tr("Fill the holes"), tr("Leave these areas out")});
-        form->addRow(tr("A block has no holes. Areas with holes:"), holes);
-        connect(holes, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
-                &GeoImportBox::FollowChoice);
-    }
+                    [](const AxGeoShape& shape) { return !shape.holes.isEmpty(); }))
+        AskForHoles(form);
     if (std::any_of(shapes.begin(), shapes.end(), &GeoBlocks::LacksWidth)) {
         const auto addWidth = [&](const QString& label, double metres) {
             auto* width = new LimitedNumber;
@@ -121,6 +139,24 @@ void GeoImportBox::AddChoices()
         right = addWidth(tr("To the right:"), GeoChoice().rightWidth);
     }
     ContentLayout()->addLayout(form);
+}
+
+void GeoImportBox::AskForHoles(QFormLayout* form)
+{
+    holes = new QButtonGroup(this);
+    auto* row = new QHBoxLayout;
+    const QStringList answers{tr("&Fill the holes"), tr("&Leave these areas out")};
+    for (int i = 0; i < answers.size(); ++i) {
+        auto* answer = new QRadioButton(answers[i]);
+        holes->addButton(answer, i);
+        row->addWidget(answer);
+    }
+    unanswered = new QLabel;
+    unanswered->setObjectName(QStringLiteral("m_pLabError"));
+    row->addWidget(unanswered);
+    row->addStretch();
+    form->addRow(tr("A block has no holes. Areas with holes:"), row);
+    connect(holes, &QButtonGroup::idClicked, this, &GeoImportBox::FollowChoice);
 }
 
 void GeoImportBox::AddNotes(const QStringList& notes)
@@ -150,7 +186,7 @@ void GeoImportBox::FollowChoice()
         row->setText(NoteColumn, note);
         row->setToolTip(NoteColumn, note.toHtmlEscaped());
     }
-    OKButton()->setEnabled(!Wanted().isEmpty());
+    ShowReadiness();
 }
 
 void GeoImportBox::TickAll(bool on)
@@ -167,7 +203,18 @@ void GeoImportBox::TickAll(bool on)
 void GeoImportBox::CountTicks()
 {
     if (!isFilling)
-        OKButton()->setEnabled(!Wanted().isEmpty());
+        ShowReadiness();
+}
+
+void GeoImportBox::ShowReadiness()
+{
+    const QVector<AxGeoShape> wanted = Wanted();
+    const bool isToBeAsked = holes && holes->checkedId() < 0 &&
+                             std::any_of(wanted.begin(), wanted.end(),
+                                         [](const AxGeoShape& shape) { return !shape.holes.isEmpty(); });
+    if (unanswered)
+        unanswered->setText(isToBeAsked ? tr("Please choose") : QString());
+    OKButton()->setEnabled(!wanted.isEmpty() && !isToBeAsked);
 }
 
 QVector<AxGeoShape> GeoImportBox::Wanted() const
@@ -182,7 +229,7 @@ QVector<AxGeoShape> GeoImportBox::Wanted() const
 GeoChoice GeoImportBox::Choice() const
 {
     GeoChoice choice;
-    choice.areHolesFilled = !holes || holes->currentIndex() == 0;
+    choice.areHolesFilled = !holes || holes->checkedId() != 1;
     if (left) {
         choice.leftWidth = left->value();
         choice.rightWidth = right->value();

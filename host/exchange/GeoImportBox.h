@@ -3,11 +3,14 @@
 
 #include <AxBaseUI/CAxBaseDialog.h>
 
-class QComboBox;
+class QButtonGroup;
 class QDoubleSpinBox;
+class QFormLayout;
+class QLabel;
 class QTreeWidget;
 
-/// What was found in a file, to be ticked, and how it is to become blocks. GUI thread.
+/// What was found in a file, to be ticked, and how it is to become blocks. While an area with holes is ticked
+/// and nobody has said what becomes of them, nothing can be imported. GUI thread.
 class GeoImportBox : public CAxBaseDialog
 {
     Q_OBJECT
@@ -23,12 +26,15 @@ private:
     void AddChoices();
     void AddNotes(const QStringList& notes);
     void TickAll(bool on);
+    void AskForHoles(QFormLayout* form);
     void CountTicks();
+    void ShowReadiness();
     void FollowChoice();
 
     QVector<AxGeoShape> shapes; ///< in the order of the rows
     QTreeWidget* list;
-    QComboBox* holes = nullptr;
+    QButtonGroup* holes = nullptr; ///< only where there are any
+    QLabel* unanswered = nullptr;
     QDoubleSpinBox* left = nullptr;
     QDoubleSpinBox* right = nullptr;
     bool isFilling = false;

@@ -8,9 +8,12 @@
 
 #include <AxData/CAxBlockManager.h>
 
-#include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFile>
+#include <QMenu>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QUndoStack>
@@ -56,6 +59,22 @@ protected:
         file.write(contents);
         return file.fileName();
     }
+    template <typename Kind> static Kind* Button(const QDialog& dialog, const char* text)
+    {
+        for (Kind* button : dialog.findChildren<Kind*>())
+            if (button->text() == QLatin1String(text))
+                return button;
+        ADD_FAILURE() << "no button " << text;
+        return nullptr;
+    }
+    /// Fills the holes of areas.
+    static ModalBox::Answer ImportFilled()
+    {
+        return [](QDialog& dialog) {
+            Button<QRadioButton>(dialog, "&Fill the holes")->click();
+            ModalBox::Press(QStringLiteral("Import"))(dialog);
+        };
+    }
     static QStringList Names()
     {
         QStringList names;
@@ -81,7 +100,7 @@ protected:
 TEST_F(Exchange, AnImportIsOneStepThatUndoTakesBack)
 {
     ModalBox box;
-    box.answers = {ModalBox::Press(QStringLiteral("Import"))};
+    box.answers = {ImportFilled()};
     exchange->Import({Put("fields.geojson", fields)});
     EXPECT_EQ(box.titles, QStringList{QStringLiteral("Import areas and lines")});
     ASSERT_EQ(CAxBlockManager::instance().GetBlockList().size(), 5) << Names().join(", ").toStdString();
@@ -129,8 +148,13 @@ TEST_F(Exchange, ThePilotChoosesWhatBecomesABlock)
         auto* list = dialog.findChild<QTreeWidget*>(QStringLiteral("FoundShapes"));
         ASSERT_TRUE(list && list->topLevelItemCount() == 6);
         EXPECT_EQ(list->topLevelItem(4)->checkState(0), Qt::Unchecked) << "a mere point";
-        dialog.findChild<QComboBox*>()->setCurrentIndex(1); // leaves out what has holes
-        EXPECT_TRUE(list->topLevelItem(5)->text(5).contains(QStringLiteral("1 m and 1 m")));
+        QPushButton* import = Button<QPushButton>(dialog, "Import");
+        EXPECT_FALSE(import->isEnabled()) << "holes are filled, or areas lost, without a question";
+        list->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+        EXPECT_TRUE(import->isEnabled());
+        list->topLevelItem(0)->setCheckState(0, Qt::Checked);
+        Button<QRadioButton>(dialog, "&Leave these areas out")->click();
+        EXPECT_TRUE(list->topLevelItem(5)->text(6).contains(QStringLiteral("1 m and 1 m")));
         dialog.findChild<QDoubleSpinBox*>()->setValue(7.0); // to the left
         list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
         ModalBox::Press(QStringLiteral("Import"))(dialog);
@@ -159,4 +183,26 @@ TEST_F(Exchange, AFileWithoutACoordinateSystemIsAskedForAndABadOneIsTold)
     EXPECT_TRUE(box.texts.join(' ').contains(QStringLiteral("bad.kml")))
         << box.texts.join('\n').toStdString();
     EXPECT_EQ(CAxBlockManager::instance().GetBlockList().size(), 1);
+}
+
+TEST_F(Exchange, AnExportBeginsWhereTheLastOneEndedAndNamesItsFormat)
+{
+    CAxBlock* block = CAxBlockManager::instance().AddBlock(QStringLiteral("id"), CAxBlock::PolygonBlock);
+    block->SetBlockName(QStringLiteral("Field 1.2: north"));
+    block->SetAnchor({{10.0, 0.0}, {10.01, 0.0}, {10.01, 0.01}});
+    const QString file = folder.filePath(QStringLiteral("Field 1.2_ north.kml"));
+    exchange->SetFolder(folder.path());
+    QSignalSpy told(exchange.get(), &GeoExchange::Told);
+    QMenu menu;
+    exchange->FillMenu(&menu);
+    ModalBox box;
+    const auto save = [](QDialog& dialog) { dialog.accept(); };
+    box.answers = {save, save, ModalBox::Press(QStringLiteral("Cancel"))};
+    menu.actions()[1]->trigger();
+    EXPECT_EQ(AxReadGeoFile(file).shapes.size(), 1);
+    EXPECT_TRUE(told.size() == 1 &&
+                told[0][0].toString().contains(QStringLiteral("Field 1.2_ north.kml: 1")));
+    menu.actions()[1]->trigger();
+    EXPECT_EQ(box.count, 3) << "replaced without a question";
+    EXPECT_EQ(told.size(), 1);
 }
