@@ -1,9 +1,7 @@
 #include "host/aircraft/AircraftSession.h"
 #include "host/aircraft/AircraftOnMap.h"
 #include "host/aircraft/AircraftText.h"
-#include "host/aircraft/MissionDoubts.h"
-#include "host/aircraft/MissionOfPlan.h"
-#include "host/tasks/PlanWarnings.h"
+#include "host/aircraft/MavSeverity.h"
 #include "interaction/input/CAxEarthManipulator.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "viewer/CAxEarthViewer.h"
@@ -11,14 +9,9 @@
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxAlgorthm/AxGeoid.h>
 #include <AxTelemetry/AxMavlinkStation.h>
-#include <AxTelemetry/link/AxSerialLink.h>
-#include <AxTelemetry/link/AxTcpLink.h>
-#include <AxTelemetry/link/AxUdpLink.h>
 #include <AxTelemetry/record/AxFlightLoader.h>
 #include <AxTelemetry/record/AxReplaySource.h>
 #include <AxTelemetry/simulator/AxSimulatorLink.h>
-
-#include <AxData/CAxControl.h>
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -30,25 +23,6 @@
 
 namespace {
 constexpr int refreshMs = 500;
-// MAV_SEVERITY
-constexpr int alertSeverity = 1;
-constexpr int criticalSeverity = 2;
-constexpr int errorSeverity = 3;
-constexpr int warningSeverity = 4;
-constexpr int noticeSeverity = 5;
-
-// What is only simulated may take off anywhere.
-ShownPlan WithHome(ShownPlan route)
-{
-    if (route.request.home || route.plan.points.empty())
-        return route;
-    const AxPlanPoint& first = route.plan.points.front();
-    const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
-    route.request.home = QPointF(first.longitude, first.latitude);
-    route.request.homeAltitude =
-        (ground ? ground(first.longitude, first.latitude) : std::nullopt).value_or(0.0);
-    return route;
-}
 } // namespace
 
 AircraftSession::AircraftSession(CAxEarthViewer* earthViewer, QObject* parent)
@@ -116,62 +90,6 @@ bool AircraftSession::Connect(const LinkSettings& settings, const QByteArray& ke
     return isOpen;
 }
 
-std::unique_ptr<AxTelemetryLink> AircraftSession::makeLink(const LinkSettings& settings,
-                                                           const QByteArray& key, const ShownPlan* route)
-{
-    switch (settings.kind) {
-    case LinkSettings::Kind::Udp:
-        return std::make_unique<AxUdpLink>(static_cast<quint16>(settings.udpPort));
-    case LinkSettings::Kind::Tcp:
-        return std::make_unique<AxTcpLink>(settings.tcpHost.trimmed(),
-                                           static_cast<quint16>(settings.tcpPort));
-    case LinkSettings::Kind::Serial:
-        if (!settings.serialPort.trimmed().isEmpty())
-            return std::make_unique<AxSerialLink>(settings.serialPort.trimmed(), settings.baud);
-        fault = tr("No serial port is chosen.");
-        return nullptr;
-    default:
-        if (route && viewer)
-            return makeSimulator(settings, key, *route);
-        fault = tr("The simulator flies the route of a task: choose a task that has one.");
-        return nullptr;
-    }
-}
-
-std::unique_ptr<AxTelemetryLink> AircraftSession::makeSimulator(const LinkSettings& settings,
-                                                                const QByteArray& key, const ShownPlan& route)
-{
-    const ShownPlan flown = WithHome(route);
-    if (!route.request.home)
-        emit Said(QString(), noticeSeverity,
-                  tr("The block has no home: the simulator takes off below the first point of the route."),
-                  true);
-    const AxMissionRead made = MissionOfPlan(flown);
-    fault = made.fault;
-    if (!fault.isEmpty())
-        return nullptr;
-    const QString danger = PlanWarnings::Summary(flown.plan.warnings);
-    if (!danger.isEmpty())
-        emit Said(QString(), warningSeverity, tr("Simulated all the same: %1").arg(danger), true);
-    for (const QString& doubt : MissionDoubts::OfPlan(flown))
-        emit Said(QString(), warningSeverity, doubt, true);
-    AxSimulatedAircraft aircraft = SimulatedAircraftOfPlan(*viewer, flown);
-    aircraft.wind = {settings.windSpeed, settings.windFrom};
-    auto link = std::make_unique<AxSimulatorLink>();
-    AxSimulatedVehicle& vehicle = *link->Vehicle(link->Add(aircraft));
-    link->SetSpeed(settings.speed);
-    link->SetKey(key);
-    fault = vehicle.SetMission(made.mission);
-    if (fault.isEmpty())
-        fault = vehicle.Arm();
-    if (fault.isEmpty())
-        fault = vehicle.Start();
-    if (!fault.isEmpty())
-        return nullptr;
-    simulator = link.get();
-    return link;
-}
-
 bool AircraftSession::openStation(std::unique_ptr<AxTelemetryLink> link, const LinkSettings& settings,
                                   const QByteArray& key)
 {
@@ -188,7 +106,7 @@ bool AircraftSession::openStation(std::unique_ptr<AxTelemetryLink> link, const L
         // The link goes on where the record has ended.
         if (text != station->Recorder().Fault())
             fault = text;
-        emit Said(QString(), errorSeverity, text, true);
+        emit Said(QString(), MavSeverity::error, text, true);
         emit Changed();
     });
     connect(station, &AxMavlinkStation::signalPhase, this, [this] {
@@ -217,15 +135,15 @@ void AircraftSession::addAircraft(AxMavlinkAircraft* aircraft)
     connect(aircraft, &AxTelemetrySource::signalLinkLost, this, [=] {
         refresh();
         if (!isClosing)
-            emit Said(aircraft->State().name, alertSeverity, tr("The link is lost."), true);
+            emit Said(aircraft->State().name, MavSeverity::alert, tr("The link is lost."), true);
     });
     connect(aircraft, &AxTelemetrySource::signalLinkBack, this,
-            [=] { emit Said(aircraft->State().name, noticeSeverity, tr("The link is back."), true); });
+            [=] { emit Said(aircraft->State().name, MavSeverity::notice, tr("The link is back."), true); });
     if (viewer)
         put(std::make_unique<AircraftOnMap>(viewer, aircraft));
     const QString noGeoid = AxGeoidFault();
     if (shown.size() == 1 && !noGeoid.isEmpty())
-        emit Said(QString(), noticeSeverity, tr("Heights may be wrong by up to 110 m. %1").arg(noGeoid),
+        emit Said(QString(), MavSeverity::notice, tr("Heights may be wrong by up to 110 m. %1").arg(noGeoid),
                   false);
     emit Changed();
     if (shown.size() == 1)
@@ -246,7 +164,7 @@ void AircraftSession::takeFlights(const AxFlightRead& read)
         clear();
     flights = read.flights;
     for (const QString& note : read.notes)
-        emit Said(QString(), noticeSeverity, note, false);
+        emit Said(QString(), MavSeverity::notice, note, false);
     if (!flights.empty()) {
         showFlight(0);
         clock.start();
@@ -383,10 +301,10 @@ void AircraftSession::tellBattery(AircraftOnMap& one)
         return;
     const BatteryLevel level = one.Battery().Take(known);
     if (level == BatteryLevel::Low)
-        emit Said(known.name, warningSeverity, tr("The battery is low: %1 %.").arg(*known.batteryPercent),
-                  true);
+        emit Said(known.name, MavSeverity::warning,
+                  tr("The battery is low: %1 %.").arg(*known.batteryPercent), true);
     else if (level == BatteryLevel::Critical)
-        emit Said(known.name, criticalSeverity,
+        emit Said(known.name, MavSeverity::critical,
                   tr("The battery is nearly empty: %1 %. Land.").arg(*known.batteryPercent), true);
 }
 
