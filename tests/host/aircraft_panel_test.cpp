@@ -11,7 +11,7 @@
 #include "interaction/CAxHandleAdapter.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "ModalBox.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include <AxAlgorthm/AxGeoid.h>
 #include <AxTelemetry/record/AxFlightLoader.h>
@@ -337,15 +337,9 @@ TEST(TimeBar, EachPlaceIsItsTimeAndBack)
 }
 
 namespace {
-class AircraftOnGlobe : public ViewerFixture
+class AircraftOnGlobe : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
     void SetUp() override
     {
         CAxBlock* block =

@@ -1,5 +1,5 @@
 // The table behind the list of blocks, on a real viewer.
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include "host/BlockListModel.h"
 #include "interaction/objects/CAxHandleAdapter.h"
@@ -16,16 +16,9 @@
 namespace {
 using Model = BlockListModel;
 
-class BlockList : public ViewerFixture
+class BlockList : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
-
     void SetUp() override
     {
         model = std::make_unique<Model>(viewer, nullptr);

@@ -1,6 +1,6 @@
 // Areas and lines of files as blocks of a real viewer, and back.
 #include "ModalBox.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include "host/exchange/GeoBlocks.h"
 #include "host/exchange/GeoExchange.h"
@@ -31,15 +31,9 @@ const char* const fields = R"({"type":"FeatureCollection","features":[
 {"type":"Feature","properties":{"name":"Ditch","left_m":1,"right_m":1},"geometry":{"type":"LineString","coordinates":[
  [-105,37.46],[-104.99,37.46]]}}]})";
 
-class Exchange : public ViewerFixture
+class Exchange : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
     void SetUp() override
     {
         exchange = std::make_unique<GeoExchange>(viewer, &window, [](const QString&) { return QString(); });

@@ -5,7 +5,7 @@
 #include "host/PanelExtents.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "ModalBox.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include <AxData/CAxBlockManager.h>
 
@@ -79,15 +79,9 @@ TEST(LogPanel, CountsWhatRepeatsInsteadOfFillingUp)
 }
 
 namespace {
-class BlockPanelOnMap : public ViewerFixture
+class BlockPanelOnMap : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
     void TearDown() override { viewer->RemoveAllHanderAdapter(true); }
 
     static void Draw(const char* id, double longitude)

@@ -1,6 +1,6 @@
 // Projects on a real viewer, and files that are dropped.
 #include "ModalBox.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include "host/FileDrop.h"
 #include "host/project/ProjectOnMap.h"
@@ -23,15 +23,9 @@
 #include <memory>
 
 namespace {
-class Project : public ViewerFixture
+class Project : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
     void SetUp() override
     {
         NewSession();

@@ -3,7 +3,7 @@
 #include "host/tasks/ProfileLine.h"
 #include "host/tasks/ProfilePanel.h"
 #include "host/tasks/TaskFigures.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include <AxData/CAxBlockManager.h>
 #include <AxData/planner/AxPlanner.h>
@@ -124,12 +124,9 @@ TEST(CoverageReport, SaysWhatIsKnownAndPaintsTheRestGrey)
     EXPECT_EQ(CoverageReportOf(*PlanOf(), HalfKnown, percent, isOff).cells, 0);
 }
 
-class RoutePanels : public ViewerFixture
+class RoutePanels : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite() { Open(); }
-    static void TearDownTestSuite() { Close(); }
-
     void SetUp() override
     {
         // Whoever has the mouse over the plot is not told of the map, wherever the suite before has left it.

@@ -4,7 +4,7 @@
 #include "interaction/CAxHandleAdapter.h"
 #include "mission/CAxTaskPolygon.h"
 #include "ModalBox.h"
-#include "ViewerFixture.h"
+#include "SuiteViewer.h"
 
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxTask.h>
@@ -31,15 +31,9 @@ namespace {
 const QString blockID = QStringLiteral("quarry");
 const QString taskID = QStringLiteral("survey");
 
-class TasksOnMap : public ViewerFixture
+class TasksOnMap : public SuiteViewer
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        Open();
-        ASSERT_TRUE(viewer->getMapNode());
-    }
-    static void TearDownTestSuite() { Close(); }
     void SetUp() override
     {
         CAxBlock* block = CAxBlockManager::instance().AddBlock(blockID, CAxBlock::PolygonBlock);
