@@ -12,6 +12,7 @@ set(AX_PUBLIC_HEADERS
   analysis/CAxDrapeableNode.h=analysis/CAxDrapeableNode.h
   analysis/CAxElevationQuery.h=analysis/CAxElevationQuery.h
   interaction/AxBlockAdapter.h=interaction/objects/AxBlockAdapter.h
+  interaction/AxBlockForm.h=interaction/objects/AxBlockForm.h
   interaction/AxBlockOperations.h=interaction/objects/AxBlockOperations.h
   interaction/AxBlockRefusal.h=interaction/objects/AxZonesUnder.h
   interaction/AxEditAids.h=scene/AxEditAids.h

@@ -82,4 +82,29 @@ QString Area(double squareMetres)
                      .arg(Number(squareMetres / squareKilometre, 3));
 }
 
+Unit OfWidths()
+{
+    return Get() == System::Imperial ? Unit{Tr(QT_TRANSLATE_NOOP("AxUnits", "ft")), metresOfFoot}
+                                     : Unit{Tr(QT_TRANSLATE_NOOP("AxUnits", "m")), 1.0};
+}
+
+Unit OfDistances()
+{
+    return Get() == System::Imperial ? Unit{Tr(QT_TRANSLATE_NOOP("AxUnits", "mi")), metresOfMile}
+                                     : Unit{Tr(QT_TRANSLATE_NOOP("AxUnits", "km")), metresOfKilometre};
+}
+
+Unit OfAreas()
+{
+    switch (Get()) {
+    case System::Imperial:
+        return {Tr(QT_TRANSLATE_NOOP("AxUnits", "ac")), squareMetresOfAcre};
+    case System::Mu:
+        return {Tr(QT_TRANSLATE_NOOP("AxUnits", "mu")), squareMetresOfMu};
+    case System::Metric:
+        break;
+    }
+    return {Tr(QT_TRANSLATE_NOOP("AxUnits", "km^2")), metresOfKilometre * metresOfKilometre};
+}
+
 } // namespace AxUnits

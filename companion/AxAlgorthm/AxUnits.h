@@ -28,4 +28,14 @@ AXALGORTHM_EXPORT QString Length(double metres);
 /// "1.85 mu (0.1234 ha)".
 AXALGORTHM_EXPORT QString Area(double squareMetres);
 
+/// One unit for all values of a field that people fill in.
+struct Unit
+{
+    QString sign;      ///< behind the name of the field
+    double size = 1.0; ///< metres, or square metres
+};
+AXALGORTHM_EXPORT Unit OfWidths();    ///< m or ft
+AXALGORTHM_EXPORT Unit OfDistances(); ///< km or mi
+AXALGORTHM_EXPORT Unit OfAreas();     ///< km^2, ac or mu
+
 } // namespace AxUnits

@@ -3,10 +3,21 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QShowEvent>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace {
 constexpr int MinValueWidth = 220;
+
+void setWrong(QLineEdit* value, bool wrong)
+{
+    if (value->property("wrong").toBool() == wrong)
+        return;
+    value->setProperty("wrong", wrong);
+    value->style()->unpolish(value);
+    value->style()->polish(value);
+}
 } // namespace
 
 CAxParameterEditPage::CAxParameterEditPage(QWidget* parent)
@@ -34,6 +45,8 @@ CAxParameterEditPage::Element CAxParameterEditPage::addElement(QGridLayout* grid
     element.name->setBuddy(element.value);
     element.value->setObjectName(objectName);
     element.value->setMinimumWidth(MinValueWidth);
+    connect(element.value, &QLineEdit::textChanged, element.value,
+            [value = element.value] { setWrong(value, false); });
     const int row = grid->rowCount();
     grid->addWidget(element.name, row, 0);
     grid->addWidget(element.value, row, 1);
@@ -104,6 +117,24 @@ QStringList CAxParameterEditPage::GetElementValues() const
     for (const Element& element : m_elements)
         values.append(element.value->text());
     return values;
+}
+
+void CAxParameterEditPage::MarkWrong(int element)
+{
+    const QList<Element> all = QList<Element>{m_element1, m_element2} + m_elements;
+    if (element < 0 || element >= all.size())
+        return;
+    m_pBeginning = all[element].value;
+    setWrong(m_pBeginning, true);
+}
+
+void CAxParameterEditPage::showEvent(QShowEvent* event)
+{
+    CAxBaseDialog::showEvent(event);
+    if (event->spontaneous() || !m_pBeginning)
+        return;
+    m_pBeginning->setFocus(Qt::TabFocusReason); // which selects its text
+    m_pBeginning = nullptr;
 }
 
 void CAxParameterEditPage::SetGroupHidden(bool infoHidden, bool element1Hidden, bool element2Hidden,

@@ -4,6 +4,7 @@
 #include <AxBaseUI/CAxBaseDialog.h>
 
 #include <QList>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -43,6 +44,10 @@ public:
     /// The texts of the list, in the order of its names.
     QStringList GetElementValues() const;
 
+    /// Frames element 1 (0), element 2 (1) or one of the list (from 2 on) until its text changes, and begins
+    /// with it when the form is shown next. Nothing for what is no element.
+    void MarkWrong(int element);
+
     /// Hides the information line, element 1, element 2 and the list.
     void SetGroupHidden(bool infoHidden, bool element1Hidden, bool element2Hidden, bool listHidden);
 
@@ -50,6 +55,9 @@ public:
     void SetOKCancelBtnVisible(bool okVisible, bool cancelVisible);
     /// Gives Cancel a text, and with it a meaning that differs from leaving the form (CloseResult).
     void SetBtnCancelText(const QString& text);
+
+protected:
+    void showEvent(QShowEvent* event) override;
 
 protected slots:
     void slotBtnCloseClicked() override;
@@ -69,6 +77,7 @@ private:
     Element m_element1;
     Element m_element2;
     QList<Element> m_elements;
+    QPointer<QLineEdit> m_pBeginning; ///< where the form begins when it is shown; null: at the first input
     bool m_infoHidden = false;
     bool m_element1Hidden = false;
     bool m_element2Hidden = false;

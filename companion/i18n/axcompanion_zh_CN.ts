@@ -1310,6 +1310,34 @@
         <source>%1 km²</source>
         <translation>%1 平方千米</translation>
     </message>
+    <message>
+        <source>m</source>
+        <translation>米</translation>
+    </message>
+    <message>
+        <source>ft</source>
+        <translation>英尺</translation>
+    </message>
+    <message>
+        <source>km</source>
+        <translation>千米</translation>
+    </message>
+    <message>
+        <source>mi</source>
+        <translation>英里</translation>
+    </message>
+    <message>
+        <source>ac</source>
+        <translation>英亩</translation>
+    </message>
+    <message>
+        <source>mu</source>
+        <translation>亩</translation>
+    </message>
+    <message>
+        <source>km^2</source>
+        <translation>km^2</translation>
+    </message>
 </context>
 <context>
     <name>AxVehicle</name>

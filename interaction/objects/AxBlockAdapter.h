@@ -1,6 +1,11 @@
 #pragma once
+#include "interaction/objects/AxBlockForm.h"
 #include "interaction/objects/AxVerdict.h"
 #include "interaction/objects/CAxHandleAdapter.h"
+
+#include <functional>
+
+class AxPage;
 
 /**
  * What all kinds of survey block share: their colours, their rubber band, how they are shown, judged and
@@ -43,6 +48,8 @@ public:
     void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos) override;
 
 protected:
+    using TakeMeasures = std::function<AxBlockForm::Taken(const QList<double>& values)>;
+
     /// Judges the shape by itself, after it was found to have a feature node and, as a ring, at least three
     /// vertices.
     virtual AxVerdict JudgeShape() = 0;
@@ -71,6 +78,13 @@ protected:
     /// That of a vertex: its coordinates, and "Delete", which ends with `tooFewText` where the kind needs all
     /// that there are. In its place a box says why a block that is locked or has routes has none.
     void ShowVertexDialog(int index, const QString& tooFewText);
+    /// Opens the form of the block until it is left, or its name and, where they have changed, its measures
+    /// are taken. `take` gets the measures in the order of the form, metres or degrees, each in its range;
+    /// where it does not take them it has told why. True when it ended with OK. Measures of a locked block
+    /// are shown only.
+    bool FillIn(const AxBlockForm& form, const TakeMeasures& take);
+    /// Gives a form the line with the area.
+    void SetArea(AxBlockForm& form);
     /// False, with the reason told, for a name that is empty, too long or that of another block.
     bool MayBeCalled(const QString& name);
     /// Gives the block the name, which may be taken, after a question.
@@ -80,6 +94,8 @@ private:
     bool hasRim();
     void dragRim(std::size_t handle, const osg::Vec3d& place);
     bool isFreeToEdit();
+    int askUntilTaken(const AxPage& page, const std::function<bool()>& take);
+    bool tellRange(const AxBlockForm& form, int index, const QString& typed, double value);
     /// False, with the reason told, for values that cannot be taken.
     bool moveVertexTo(int index, const QString& latitude, const QString& longitude);
     void deleteVertexOfBlock(int index, const QString& tooFewText);

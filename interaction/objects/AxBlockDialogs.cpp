@@ -58,18 +58,12 @@ void AxBlockAdapter::ShowVertexDialog(int index, const QString& tooFewText)
     page->SetOKCancelBtnVisible(true, true);
     page->SetBtnCancelText(tr("Delete"));
     page->SetDialogInfo(tr("The cross at the top and Escape leave the vertex as it is."));
-    // What was typed stays in the page until it can be taken.
-    bool isOpen = true;
-    while (isOpen) {
-        const int result = page->exec();
-        if (!page || !self.IsWanted())
-            return;
+    const int result = askUntilTaken(page, [&] {
         const QStringList values = page->GetElementValues();
-        isOpen = result == QDialog::Accepted && !moveVertexTo(index, values.at(0), values.at(1)) && page &&
-                 self.IsWanted();
-        if (result == QDialog::Rejected)
-            deleteVertexOfBlock(index, tooFewText);
-    }
+        return moveVertexTo(index, values.at(0), values.at(1));
+    });
+    if (result == QDialog::Rejected && self.IsWanted())
+        deleteVertexOfBlock(index, tooFewText);
 }
 
 // Handles that are not there are not double-clicked, but a host may ask for the dialog, and lock the block

@@ -6,24 +6,14 @@
 #include <osg/Math>
 #include <osgEarth/GeoMath>
 
-#include <QString>
-
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <utility>
 
 namespace {
 constexpr double sphereRadius = 6378137.0; // metres
 constexpr double leastWidth = 3.0;         // metres, of both sides together
 constexpr double mostWidth = 100000.0;     // metres, of a side; further out the UTM plane is not to scale
-
-std::optional<double> NumberOf(const QString& text)
-{
-    bool isNumber = false;
-    const double number = text.trimmed().toDouble(&isNumber);
-    return isNumber && std::isfinite(number) ? std::make_optional(number) : std::nullopt;
-}
 
 bool IsSamePoint(const CAxPoint2D& a, const CAxPoint2D& b)
 {
@@ -153,16 +143,10 @@ bool AxStripShape::HasShortenedLegAt(const std::vector<osg::Vec3d>& centreLine, 
     return isShortened(vertex - 1) || isShortened(vertex);
 }
 
-AxStripShape::TypedWidths AxStripShape::ReadWidths(const QString& width1, const QString& width2)
+AxStripShape::WidthFault AxStripShape::FaultOf(const Widths& widths)
 {
-    const auto left = NumberOf(width1);
-    const auto right = NumberOf(width2);
-    if (!left || !right)
-        return {TypedWidths::NoNumber, {}};
     // What the operator reads is that the widths must be greater than 0; one of them may be 0 all the same.
-    if (0.0 > *left || 0.0 > *right)
-        return {TypedWidths::Negative, {}};
-    if (leastWidth > *left + *right)
-        return {TypedWidths::TooNarrow, {}};
-    return {TypedWidths::None, {*left, *right}};
+    if (!(widths.left >= 0.0) || !(widths.right >= 0.0))
+        return WidthFault::Negative;
+    return leastWidth > widths.left + widths.right ? WidthFault::TooNarrow : WidthFault::None;
 }

@@ -8,8 +8,6 @@
 #include <optional>
 #include <vector>
 
-class QString;
-
 /// The geometry of a strip: places are longitude and latitude in degrees, altitude in metres; widths and
 /// lengths metres.
 namespace AxStripShape {
@@ -44,6 +42,8 @@ private:
     Points bandDegrees;
 };
 
+/// Of a leg that is drawn or edited, and of a part that is cut off; metres.
+constexpr double leastLeg = 50.0;
 /// Along a great circle of a sphere of 6378137 m.
 AXEARTHVIEWER_EXPORT double LegLength(const osg::Vec3d& from, const osg::Vec3d& to);
 /// Of all legs.
@@ -59,21 +59,14 @@ struct Widths
     double left = 0.0;  ///< metres
     double right = 0.0; ///< metres
 };
-/// What became of two texts that shall be widths.
-struct TypedWidths
+/// Why a pair of widths is none.
+enum class WidthFault
 {
-    /// Why they are none.
-    enum Fault
-    {
-        None,     ///< they are
-        NoNumber, ///< a text is no number
-        Negative, ///< one is less than 0
-        TooNarrow ///< less than 3 m together
-    };
-    Fault fault = None; ///< of the texts
-    Widths widths;      ///< without a fault
+    None,      ///< it is one
+    Negative,  ///< one is less than 0
+    TooNarrow, ///< less than 3 m together
 };
-/// Decimals are written with a point; 0 for one of them is a width, and so is 3 for both.
-AXEARTHVIEWER_EXPORT TypedWidths ReadWidths(const QString& width1, const QString& width2);
+/// 0 for one of them is a width, and so is 3 for both.
+AXEARTHVIEWER_EXPORT WidthFault FaultOf(const Widths& widths);
 
 } // namespace AxStripShape

@@ -2,7 +2,6 @@
 #include "interaction/objects/AxBlockAdapter.h"
 #include "interaction/objects/AxStripShape.h"
 
-#include <optional>
 #include <vector>
 
 /**
@@ -27,6 +26,9 @@ public:
     /// in the block record as well, and the band is drawn anew. Widths that are not finite or negative change
     /// nothing.
     void SetWidth(double width1, double width2) override;
+    /// The same as one step of undo, in metres. False, with the reason told, for widths that give no band or one
+    /// over a no-fly zone, and for a strip without a record; false for one that is locked or has routes.
+    bool ChangeWidths(double width1, double width2);
     double GetWidth1() const { return width1; }
     double GetWidth2() const { return width2; }
 
@@ -61,17 +63,16 @@ protected:
     QString ShapeFault() override;
 
 private:
-    struct Typed;
-    std::optional<Typed> read(const QStringList& values, const QString& oldName, bool withWidths);
     bool fillIn(bool isNew);
+    bool mayHave(const AxStripShape::Widths& widths);
+    bool changeWidths(const AxStripShape::Widths& widths);
     bool takeWidthsOfRecord();
-    void changeWidths(double left, double right);
     void showWidths();
     const std::vector<osg::Vec3d>& band();
     void tell(const QString& text, const QString& details = {});
 
     double width1 = 3.0;
     double width2 = 3.0;
-    double minDistance = 50.0; ///< shortest leg that is drawn or edited, metres
+    double minDistance = AxStripShape::leastLeg; ///< shortest leg that is drawn or edited, metres
     AxStripShape::KeptBand keptBand;
 };

@@ -94,8 +94,6 @@ private:
     std::vector<osg::Vec3d> ringBefore() const;
     std::vector<osg::Vec3d> draggedTo(std::size_t handle, const osg::Vec3d& place) const;
     void takeRing(const std::vector<osg::Vec3d>& ring);
-    /// False, with the reason told, for measures that cannot be taken.
-    bool takeMeasures(const QStringList& before, const QStringList& typed);
 
     const bool turns;           ///< not only ever upright
     std::optional<Press> press; ///< while the left button is held

@@ -8,7 +8,6 @@
 #include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxOnGround.h"
-#include "interaction/objects/AxPage.h"
 #include "interaction/objects/AxRectangleShape.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
@@ -385,46 +384,14 @@ void CAxOsgDrawVideo::ResponseDoubleClickOnPoint(int, osg::Vec3d)
 void CAxOsgDrawVideo::ResponseDoubleClickOnBlock()
 {
     const CAxBlock* block = GetContainedBlock();
-    if (!block || !d->tasks.isEmpty() || !d->viewer)
+    if (!block || !d->tasks.isEmpty())
         return;
-    const Running self(this);
-    const QString oldName = block->GetBlockName();
-    const QString before = QString::number(block->GetVideoRadius());
-    const AxPage page(BoxParent());
-    page->SetWindowTitle(tr("Video Info"));
-    page->SetElementName(tr("Name:"), tr("Radius(m):"));
-    page->SetElement1Value(oldName, true);
-    page->SetElement2Value(before, !d->lock);
-    // What was typed stays in the page until it can be taken.
-    while (page->exec() == QDialog::Accepted && page && self.IsWanted()) {
-        const QString name = page->GetElement1Value().trimmed();
-        const bool isTaken = (name == oldName || MayBeCalled(name)) && page && self.IsWanted() &&
-                             takeRadius(before, page->GetElement2Value().trimmed());
-        if (!page || !self.IsWanted() || !GetContainedBlock())
-            return;
-        if (!isTaken)
-            continue;
-        if (name != oldName)
-            AskAndRename(name);
-        return;
-    }
-}
-
-bool CAxOsgDrawVideo::takeRadius(const QString& before, const QString& typed)
-{
-    if (typed == before)
-        return true;
-    bool isNumber = false;
-    const double metres = typed.toDouble(&isNumber);
-    const auto refuse = [this](const QString& why) {
-        AxShowNotice(BoxParent(), tr("Block Information"), why);
-        return false;
-    };
-    if (d->lock || !d->tasks.isEmpty())
-        return refuse(tr("The radius of a block that is locked or has routes cannot be changed."));
-    if (!isNumber || !IsRadius(metres))
-        return refuse(tr("\"%1\" is not a radius between %2 and %3 m.")
-                          .arg(typed, QString::number(leastRadius), QString::number(mostRadius)));
-    radius = metres;
-    return judgeAndCommit(tr("Change radius"));
+    AxBlockForm form;
+    form.title = tr("Video Info");
+    form.measures = {
+        AxBlockForm::Width(tr("Radius(%1):"), block->GetVideoRadius(), leastRadius, mostRadius)};
+    FillIn(form, [this](const QList<double>& values) -> AxBlockForm::Taken {
+        radius = values.first();
+        return {judgeAndCommit(tr("Change radius"))};
+    });
 }

@@ -68,8 +68,6 @@ private:
     void showRadius(double metres, const osg::Vec3d& lngLatPos, const QString& hint);
     void finish();
     bool judgeAndCommit(const QString& text);
-    /// False, with the reason told, for a radius that cannot be taken.
-    bool takeRadius(const QString& before, const QString& typed);
 
     double radius;
     double rimHeading = 90.0;  ///< degrees clockwise from north, where the handle of the rim stands

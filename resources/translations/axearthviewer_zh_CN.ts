@@ -1077,48 +1077,24 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>矩形信息</translation>
     </message>
     <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>area (km^2):</source>
-        <translation>面积 (km^2)：</translation>
-    </message>
-    <message>
-        <source>Length(m):</source>
-        <translation>长度（米）：</translation>
-    </message>
-    <message>
-        <source>Width(m):</source>
-        <translation>宽度（米）：</translation>
-    </message>
-    <message>
         <source>Angle(degree):</source>
         <translation>角度（度）：</translation>
-    </message>
-    <message>
-        <source>Its corners are up to %1 m beside those of a rectangle; a change makes it the nearest one.</source>
-        <translation>其各角与矩形的角最多相差 %1 米；修改后将变为最接近的矩形。</translation>
     </message>
     <message>
         <source>The angle is that of the length, clockwise from north.</source>
         <translation>角度为长边方向，从正北起顺时针计。</translation>
     </message>
     <message>
-        <source>Block Information</source>
-        <translation>测区信息</translation>
+        <source>Length(%1):</source>
+        <translation>长度 (%1)：</translation>
     </message>
     <message>
-        <source>The size of a block that is locked or has routes cannot be changed.</source>
-        <translation>已锁定或带有航线的测区，其大小不能更改。</translation>
+        <source>Width(%1):</source>
+        <translation>宽度 (%1)：</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not an angle between -360 and 360.</source>
-        <translation>“%1”不是 -360 到 360 之间的角度。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is not a length between 0.1 and 1000000 m.</source>
-        <translation>“%1”不是 0.1 到 1000000 米之间的长度。</translation>
+        <source>Its corners are up to %1 beside those of a rectangle; a change makes it the nearest one.</source>
+        <translation>其各角与矩形的角最多相差 %1；修改后将变为最接近的矩形。</translation>
     </message>
 </context>
 <context>
@@ -1218,6 +1194,30 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>Change size</source>
         <translation>改变大小</translation>
     </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>area (%1):</source>
+        <translation>面积 (%1)：</translation>
+    </message>
+    <message>
+        <source>Block Information</source>
+        <translation>测区信息</translation>
+    </message>
+    <message>
+        <source>The size of a block that is locked or has routes cannot be changed.</source>
+        <translation>已锁定或带有航线的测区，其大小不能更改。</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not a number between %3 and %4. Decimals are written with a point.</source>
+        <translation>%1“%2”不是 %3 到 %4 之间的数字。小数请使用小数点。</translation>
+    </message>
+    <message>
+        <source>%1 &quot;%2&quot; is not a number. Decimals are written with a point.</source>
+        <translation>%1“%2”不是数字。小数请使用小数点。</translation>
+    </message>
 </context>
 <context>
     <name>CAxOsgDrawLine</name>
@@ -1242,28 +1242,8 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>带状测区的顶点不能少于 2 个。</translation>
     </message>
     <message>
-        <source>The line has no band of %1 m and %2 m.</source>
-        <translation>该线无法生成 %1 米和 %2 米的带状区域。</translation>
-    </message>
-    <message>
         <source>Strip survey area</source>
         <translation>带状测区</translation>
-    </message>
-    <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>Total Length(km):</source>
-        <translation>总长度 (km)：</translation>
-    </message>
-    <message>
-        <source>Width1(m):</source>
-        <translation>宽度1 (m)：</translation>
-    </message>
-    <message>
-        <source>Width2(m):</source>
-        <translation>宽度2 (m)：</translation>
     </message>
     <message>
         <source>Width1 lies to the left of the line as it was drawn, Width2 to the right.</source>
@@ -1280,6 +1260,22 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Change widths</source>
         <translation>修改宽度</translation>
+    </message>
+    <message>
+        <source>The line has no band of %1 %3 and %2 %3.</source>
+        <translation>该线无法生成 %1 %3 和 %2 %3 的带状区域。</translation>
+    </message>
+    <message>
+        <source>Total Length(%1):</source>
+        <translation>总长度 (%1)：</translation>
+    </message>
+    <message>
+        <source>Width1(%1):</source>
+        <translation>宽度1 (%1)：</translation>
+    </message>
+    <message>
+        <source>Width2(%1):</source>
+        <translation>宽度2 (%1)：</translation>
     </message>
 </context>
 <context>
@@ -1302,14 +1298,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Polygon Info</source>
         <translation>多边形信息</translation>
-    </message>
-    <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>area (km^2):</source>
-        <translation>面积 (km^2)：</translation>
     </message>
     <message>
         <source>The survey block anchor must be not less than 3.</source>
@@ -3636,14 +3624,6 @@ Heights are above the ellipsoid.</source>
         <translation>视频测区信息</translation>
     </message>
     <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>Radius(m):</source>
-        <translation>半径（米）：</translation>
-    </message>
-    <message>
         <source>Block Information</source>
         <translation>测区信息</translation>
     </message>
@@ -3652,8 +3632,8 @@ Heights are above the ellipsoid.</source>
         <translation>已锁定或带有航线的测区，其半径不能更改。</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is not a radius between %2 and %3 m.</source>
-        <translation>“%1”不是 %2 到 %3 米之间的半径。</translation>
+        <source>Radius(%1):</source>
+        <translation>半径 (%1)：</translation>
     </message>
 </context>
 <context>
@@ -3766,6 +3746,10 @@ Heights are above the ellipsoid.</source>
         <source>Change size</source>
         <translation>改变大小</translation>
     </message>
+    <message>
+        <source>A part of %1 would be shorter than %2.</source>
+        <translation>%1 的一部分将短于 %2。</translation>
+    </message>
 </context>
 <context>
     <name>AxCutLine</name>
@@ -3844,16 +3828,8 @@ Heights are above the ellipsoid.</source>
         <translation>扩展或收缩(&amp;G)...</translation>
     </message>
     <message>
-        <source>By the same distance on all sides</source>
-        <translation>各边移动相同距离</translation>
-    </message>
-    <message>
         <source>Grow or shrink</source>
         <translation>扩展或收缩</translation>
-    </message>
-    <message>
-        <source>Distance (m), below 0 to shrink:</source>
-        <translation>距离（米），小于 0 为收缩：</translation>
     </message>
     <message>
         <source>Si&amp;mplify...</source>
@@ -3866,10 +3842,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Simplify</source>
         <translation>简化</translation>
-    </message>
-    <message>
-        <source>Largest deviation (m):</source>
-        <translation>最大偏差（米）：</translation>
     </message>
     <message>
         <source>&amp;Turn...</source>
@@ -3902,6 +3874,38 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Size (% of the present one):</source>
         <translation>大小（当前的百分比）：</translation>
+    </message>
+    <message>
+        <source>Distance (%1), below 0 to shrink:</source>
+        <translation>距离 (%1)，小于 0 为收缩：</translation>
+    </message>
+    <message>
+        <source>Largest deviation (%1):</source>
+        <translation>最大偏差 (%1)：</translation>
+    </message>
+    <message>
+        <source>By the same distance on all sides; a strip to both sides</source>
+        <translation>各边移动相同距离；带状测区向两侧</translation>
+    </message>
+    <message>
+        <source>&amp;Properties...</source>
+        <translation>属性(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Properties</source>
+        <translation>属性</translation>
+    </message>
+    <message>
+        <source>Name, size and measures of the block, as a double click on it</source>
+        <translation>测区的名称、大小和尺寸，与双击测区相同</translation>
+    </message>
+    <message>
+        <source>Split: click the points of the cut; a double click ends it, Escape gives it up</source>
+        <translation>分割：单击分割线的各点；双击结束，Esc 放弃</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has tasks, and its measures stay as they are meanwhile. The list of blocks renames it.</source>
+        <translation>“%1”带有任务，其尺寸暂不能更改。可在测区列表中重命名。</translation>
     </message>
 </context>
 <context>

@@ -163,6 +163,19 @@ TEST(ParameterEditPage, ReturnsTheTypedTextsUnchanged)
     EXPECT_EQ(page.GetElementValues().mid(0, 2).join(QString()).size(), 3);
     EXPECT_EQ(page.GetElementValues()[1], QStringLiteral("2"));
 
+    // What cannot be taken is framed until it changes, and the form begins with it.
+    page.MarkWrong(2);
+    page.MarkWrong(9);
+    execAnd(page, [&] {
+        auto* const wrong = child<QLineEdit>(page, "m_pListElement0");
+        EXPECT_EQ(page.focusWidget(), wrong);
+        EXPECT_EQ(wrong->selectedText(), wrong->text());
+        EXPECT_TRUE(wrong->property("wrong").toBool());
+        QTest::keyClicks(wrong, QStringLiteral("8"));
+        EXPECT_FALSE(wrong->property("wrong").toBool());
+        page.reject();
+    });
+
     page.SetElementParas({QStringLiteral("d")}, {QStringLiteral("4")}, {true});
     EXPECT_EQ(page.GetElementValues(), QStringList{QStringLiteral("4")});
 }

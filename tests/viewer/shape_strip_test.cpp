@@ -7,6 +7,7 @@
 #include "interaction/objects/CAxOsgDrawLine.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
+#include <AxAlgorthm/AxUnits.h>
 
 class Strip : public ShapeFixture
 {
@@ -93,15 +94,17 @@ TEST_F(Strip, FormRefusesWrongWidthsAndTheOperatorMayLeaveIt)
     {
         QStringList widths;
         const char* message; ///< null: they are taken
+        int marked = 0;      ///< of the two fields
     };
     const char* const wrong = "Survey area parameter is not correct.";
     const char* const negative = "The width parameter must be greater than 0.";
     const char* const narrow = "The total width parameter must be greater than 3.";
     const std::vector<Row> rows{
-        {{"", "5"}, wrong},       {{"abc", "5"}, wrong},     {{"3,5", "5"}, wrong},
-        {{"nan", "5"}, wrong},    {{"1e308", "5"}, wrong},   {{"1e7", "5"}, wrong},
-        {{"-1", "5"}, negative},  {{"5", "-0.1"}, negative}, {{"1.0", "1.9"}, narrow},
-        {{"0", "2.999"}, narrow}, {{"0", "3.0"}, nullptr},   {{" 1.5 ", "1.5"}, nullptr},
+        {{"", "5"}, wrong},      {{"abc", "5"}, wrong},        {{"3,5", "5"}, wrong},
+        {{"nan", "5"}, wrong},   {{"1e308", "5"}, wrong},      {{"1e7", "5"}, wrong},
+        {{"-1", "5"}, negative}, {{"5", "-0.1"}, negative, 1}, {{"1.0", "1.9"}, narrow},
+        {{"5", ""}, wrong, 1},   {{"5", "1e7"}, wrong, 1},     {{"0", "2.999"}, narrow},
+        {{"0", "3.0"}, nullptr}, {{" 1.5 ", "1.5"}, nullptr},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.widths.join(" and ").toStdString());
@@ -119,7 +122,10 @@ TEST_F(Strip, FormRefusesWrongWidthsAndTheOperatorMayLeaveIt)
         box.answers = {ModalBox::Fill(QStringList{"A"} + row.widths)};
         if (row.message) // the form is open again, with what was typed, and is left
             box.answers += {read, [&](QDialog& page) {
-                                EXPECT_EQ(page.findChildren<QLineEdit*>().isEmpty(), false);
+                                const auto* field = page.findChild<QLineEdit*>(
+                                    row.marked == 0 ? "m_pListElement0" : "m_pListElement1");
+                                EXPECT_EQ(page.focusWidget(), field);
+                                EXPECT_EQ(field->text(), row.widths[row.marked]);
                                 page.reject();
                             }};
         DoubleClickAt(22.0, 8.0);
@@ -187,6 +193,63 @@ TEST_F(Strip, LegsAreFiftyMetresAtLeast)
     EXPECT_EQ(box.count, 3);
 }
 
+TEST_F(Strip, ATypedVertexMakesNoShortLeg)
+{
+    CAxOsgDrawLine* road = ImportStrip({{18, 8}, {18.01, 8}, {18.02, 8}});
+    ASSERT_NE(road, nullptr);
+    ModalBox box;
+    box.answers = {ModalBox::Fill({"8", "18.0004"}), ModalBox::Press("OK"),
+                   [](QDialog& vertex) { vertex.close(); }};
+    road->ResponseDoubleClickOnPoint(1, osg::Vec3d());
+    EXPECT_EQ(box.titles, (QStringList{"Vertex", "Block Information", "Vertex"})) << "what was typed stays";
+    EXPECT_EQ(Ring(road)[1], QPointF(18.01, 8));
+}
+
+TEST_F(Strip, FormFollowsTheUnitsAndShowsOnlyWhatIsLocked)
+{
+    CAxOsgDrawLine* strip = ImportStrip({{18, 8}, {18.1, 8}}, 1.0 / 3.0, 30.48);
+    ASSERT_NE(strip, nullptr);
+    AxUnits::Set(AxUnits::System::Imperial);
+    QStringList shown;
+    QList<bool> areReadOnly;
+    const auto look = [&](QDialog& form) {
+        for (const QLabel* label : form.findChildren<QLabel*>())
+            shown += label->text();
+        for (const QLineEdit* line : form.findChildren<QLineEdit*>()) {
+            shown += line->text();
+            areReadOnly += line->isReadOnly();
+        }
+    };
+    ModalBox box;
+    box.answers = {[&](QDialog& form) {
+                       look(form);
+                       ModalBox::Fill({"Road", "1.09", "50"})(form);
+                   },
+                   ModalBox::Press("OK")};
+    strip->ResponseDoubleClickOnBlock();
+    AxUnits::Set(AxUnits::System::Metric);
+    for (const char* text : {"Width1(ft):", "Width2(ft):", "Total Length(mi):", "1.09", "100"})
+        EXPECT_TRUE(shown.contains(text)) << text;
+    EXPECT_EQ(areReadOnly, (QList<bool>{false, true, false, false}));
+    EXPECT_EQ(Widths(strip).first, 1.0 / 3.0) << "what was not changed is not rounded";
+    EXPECT_DOUBLE_EQ(Widths(strip).second, 15.24);
+
+    viewer->slotBlockLock("strip", true);
+    areReadOnly.clear();
+    box.titles.clear();
+    box.answers = {[&](QDialog& form) {
+                       look(form);
+                       // As of one that was locked while the form was open.
+                       form.findChild<QLineEdit*>("m_pListElement0")->setText("9");
+                       form.accept();
+                   },
+                   ModalBox::Press("OK"), [](QDialog& form) { form.reject(); }};
+    strip->ResponseDoubleClickOnBlock();
+    EXPECT_EQ(areReadOnly, (QList<bool>{false, true, true, true}));
+    EXPECT_EQ(box.titles, (QStringList{"Strip survey area", "Block Information", "Strip survey area"}));
+    EXPECT_DOUBLE_EQ(Widths(strip).second, 15.24);
+}
+
 TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
 {
     CAxOsgDrawLine* strip = ImportStrip(besideZone, 20.0, 30.0);
@@ -229,6 +292,7 @@ TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
     viewer->GetUndoStack()->redo();
     strip->SetWidth(20.0, 30.0);
     EXPECT_GT(southOfIt(), south + 0.001);
+    viewer->GetUndoStack()->undo(); // the name
     viewer->GetUndoStack()->undo();
     EXPECT_EQ(Widths(strip), qMakePair(20.0, 30.0));
     EXPECT_NEAR(AreaOf(strip->Outline()), wide / 6.0, 0.01 * wide);
