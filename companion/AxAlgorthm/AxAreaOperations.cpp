@@ -264,6 +264,27 @@ QList<QPointF> changed(const QList<QPointF>& points, const QPointF& centre, cons
     }
     return result;
 }
+
+/// Where a line crosses the edge between two points, as parts of it from 0 to 1, in their order.
+std::vector<double> crossings(const CAxPoint2D& from, const CAxPoint2D& to, const Line& line)
+{
+    std::vector<double> parts;
+    const CAxPoint2D edge(to.x() - from.x(), to.y() - from.y());
+    // What crosses at a point is not lost between the edges that meet there.
+    const double rounding = grid / std::hypot(edge.x(), edge.y());
+    for (std::size_t i = 1; i < line.size(); ++i) {
+        const CAxPoint2D other(line[i].x() - line[i - 1].x(), line[i].y() - line[i - 1].y());
+        const CAxPoint2D between(line[i - 1].x() - from.x(), line[i - 1].y() - from.y());
+        const double sine = edge.x() * other.y() - edge.y() * other.x();
+        const double part = (between.x() * other.y() - between.y() * other.x()) / sine;
+        const double along = (between.x() * edge.y() - between.y() * edge.x()) / sine;
+        const bool isOnEdge = part >= -rounding && part <= 1.0 + rounding; // NaN of parallel ones is not
+        if (isOnEdge && along >= 0.0 && along <= 1.0)
+            parts.push_back(std::clamp(part, 0.0, 1.0));
+    }
+    std::sort(parts.begin(), parts.end());
+    return parts;
+}
 } // namespace
 
 Result Unite(const QList<Ring>& rings)
@@ -313,6 +334,38 @@ Result Split(const Ring& ring, const QList<QPointF>& line)
     if (result.areas.size() < 2)
         result = {{}, Fault::NotCut};
     return result;
+}
+
+QList<QList<QPointF>> SplitLine(const QList<QPointF>& line, const QList<QPointF>& cut)
+{
+    Plane plane(Plane::Straight, QList<Ring>{line});
+    Line points;
+    Line knife;
+    if (line.size() < 2 || cut.size() < 2 || !plane.take(line, points) || !plane.take(cut, knife))
+        return {};
+    QList<QList<QPointF>> pieces;
+    Line piece{points.front()};
+    const auto isAtEnd = [&piece](const CAxPoint2D& point) {
+        return std::hypot(point.x() - piece.back().x(), point.y() - piece.back().y()) < grid;
+    };
+    for (std::size_t i = 1; i < points.size(); ++i) {
+        for (const double part : crossings(points[i - 1], points[i], knife)) {
+            const CAxPoint2D from = points[i - 1];
+            const CAxPoint2D place(from.x() + part * (points[i].x() - from.x()),
+                                   from.y() + part * (points[i].y() - from.y()));
+            if (!isAtEnd(place))
+                piece.push_back(place);
+            if (piece.size() < 2)
+                continue;
+            pieces += plane.places(piece);
+            piece = {place};
+        }
+        if (!isAtEnd(points[i]))
+            piece.push_back(points[i]);
+    }
+    if (piece.size() > 1)
+        pieces += plane.places(piece);
+    return pieces.size() > 1 ? pieces : QList<QList<QPointF>>();
 }
 
 Result Buffer(const Ring& ring, double metres)

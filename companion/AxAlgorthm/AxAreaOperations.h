@@ -53,6 +53,10 @@ AXALGORTHM_EXPORT Result Subtract(const Ring& ring, const QList<Ring>& others);
 /// ends within the ring, its first or last piece cuts nothing.
 AXALGORTHM_EXPORT Result Split(const Ring& ring, const QList<QPointF>& line);
 
+/// The pieces, two at least, into which a line of two points or more is cut where another one crosses it, in
+/// the order of the line; empty where none does, or for what is no line.
+AXALGORTHM_EXPORT QList<QList<QPointF>> SplitLine(const QList<QPointF>& line, const QList<QPointF>& cut);
+
 /// The ring grown by so many metres, up to 100,000, on all sides; a negative length shrinks it. Corners stay
 /// corners, cut where they would reach twice as far.
 AXALGORTHM_EXPORT Result Buffer(const Ring& ring, double metres);

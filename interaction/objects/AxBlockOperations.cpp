@@ -5,13 +5,15 @@
 #include "interaction/objects/AxCutLine.h"
 #include "interaction/objects/AxObjects.h"
 #include "interaction/objects/AxRectangleShape.h"
-#include "interaction/objects/CAxHandleAdapter.h"
+#include "interaction/objects/AxStripShape.h"
+#include "interaction/objects/CAxOsgDrawLine.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
 
 #include <AxAlgorthm/AxUniqueID.h>
+#include <AxAlgorthm/AxUnits.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <QCoreApplication>
@@ -216,16 +218,25 @@ QStringList AxBlockOperations::become(CAxHandleAdapter& object, const Result& re
     const QList<QPointF>& first = result.areas.first().ring;
     if (result.areas.size() == 1 && MayStayOfItsKind(object, first))
         return become(object, first, edit);
+    QList<QList<QPointF>> rings;
+    for (const Area& area : result.areas)
+        rings += area.ring;
+    return becomeParts(object, CAxBlock::PolygonBlock, rings, edit);
+}
+
+QStringList AxBlockOperations::becomeParts(CAxHandleAdapter& object, CAxBlock::EBlockType type,
+                                           const QList<QList<QPointF>>& rings, const QString& edit)
+{
     const CAxBlock* block = object.GetContainedBlock();
     Records records;
-    for (const Area& area : result.areas) {
+    for (const QList<QPointF>& ring : rings) {
         const QString name =
-            result.areas.size() == 1
+            rings.size() == 1
                 ? block->GetBlockName()
                 : QStringLiteral("%1-%2").arg(block->GetBlockName(), QString::number(records.size() + 1));
-        records.push_back(RecordLike(*block, CAxBlock::PolygonBlock, name, area.ring));
+        records.push_back(RecordLike(*block, type, name, ring));
     }
-    return judgeAndReplace({id}, std::move(records), edit);
+    return judgeAndReplace({object.GetHandleID()}, std::move(records), edit);
 }
 
 // The operations
@@ -298,8 +309,21 @@ QStringList AxBlockOperations::Split(const QString& id, const QList<QPointF>& li
     CAxHandleAdapter* object = changeable(id);
     if (!object)
         return {};
-    return become(*object, AxAreaOperations::Split(AreaOf(*object), line),
-                  Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Split")));
+    const QString edit = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Split"));
+    const QList<QList<QPointF>> pieces =
+        object->GetBlockType() == CAxBlock::StripBlock
+            ? AxAreaOperations::SplitLine(AxRingOf(object->GetAnchor()), line)
+            : QList<QList<QPointF>>();
+    if (pieces.isEmpty())
+        return become(*object, AxAreaOperations::Split(AreaOf(*object), line), edit);
+    const bool isAnyShort = std::any_of(pieces.begin(), pieces.end(), [](const QList<QPointF>& piece) {
+        return AxStripShape::Length(AxVerticesOf(piece)) < AxStripShape::leastLeg;
+    });
+    if (!isAnyShort)
+        return becomeParts(*object, CAxBlock::StripBlock, pieces, edit);
+    tell(Words(QT_TRANSLATE_NOOP("AxBlockOperations", "A part of %1 would be shorter than %2."))
+             .arg(NameOf(id), AxUnits::Length(AxStripShape::leastLeg)));
+    return {};
 }
 
 bool AxBlockOperations::BeginSplit(const QString& id)
@@ -317,9 +341,13 @@ bool AxBlockOperations::BeginSplit(const QString& id)
 
 QStringList AxBlockOperations::Buffer(const QString& id, double metres)
 {
-    CAxHandleAdapter* object = changeable(id, {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock});
+    CAxHandleAdapter* object =
+        changeable(id, {CAxBlock::PolygonBlock, CAxBlock::RectangleBlock, CAxBlock::StripBlock});
     if (!object)
         return {};
+    if (auto* strip = qobject_cast<CAxOsgDrawLine*>(object))
+        return strip->ChangeWidths(strip->GetWidth1() + metres, strip->GetWidth2() + metres) ? QStringList{id}
+                                                                                             : QStringList();
     return become(*object, AxAreaOperations::Buffer(AreaOf(*object), metres),
                   metres < 0.0 ? Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Shrink"))
                                : Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Grow")));

@@ -50,12 +50,14 @@ public:
     QStringList Unite(const QStringList& ids);
     /// The first without what the others cover; these stay as they are.
     QStringList Subtract(const QString& id, const QStringList& others);
-    /// Cut by a line of (longitude, latitude) in degrees.
+    /// Cut by a line of (longitude, latitude) in degrees. Where it crosses the line of a strip, that becomes
+    /// strips of the same widths, none shorter than 50 m; elsewhere its area is cut.
     QStringList Split(const QString& id, const QList<QPointF>& line);
     /// Lets the operator draw that line: a double click cuts, Escape leaves the block as it is. False when
     /// the block may not be split, or something else is being drawn.
     bool BeginSplit(const QString& id);
-    /// Grown by so many metres on all sides, or shrunk; polygons and rectangles.
+    /// Grown by so many metres on all sides, or shrunk; all but video blocks. A strip gets wider, or
+    /// narrower, by so much to both sides, and its ends stay.
     QStringList Buffer(const QString& id, double metres);
     /// With fewer vertices, no edge more than so many metres away; polygons and strips.
     QStringList Simplify(const QString& id, double metres);
@@ -71,6 +73,8 @@ private:
     CAxHandleAdapter* changeable(const QString& id, std::initializer_list<CAxBlock::EBlockType> kinds) const;
     QStringList become(CAxHandleAdapter& object, const AxAreaOperations::Result& result, const QString& edit);
     QStringList become(CAxHandleAdapter& object, const QList<QPointF>& vertices, const QString& edit);
+    QStringList becomeParts(CAxHandleAdapter& object, CAxBlock::EBlockType type,
+                            const QList<QList<QPointF>>& rings, const QString& edit);
     QStringList judgeAndReplace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
                                 const QString& edit);
     bool isAcceptable(const AxAreaOperations::Result& result, const QString& name) const;

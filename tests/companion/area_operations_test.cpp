@@ -97,6 +97,36 @@ TEST(AreaOperations, KeepGapsAndNeighbours)
     EXPECT_NEAR(AreaOf(Op::BufferLine({{0.0, 0.0}, {0.01, 0.0}}, 100.0)), 1113.2 * 200.0 + 31415.9, 400.0);
 }
 
+TEST(AreaOperations, CutLinesWhereTheyAreCrossed)
+{
+    const QList<QPointF> line{{179.98, 10.0}, {180.0, 10.0}, {-179.98, 10.02}};
+    const struct
+    {
+        QList<QPointF> cut;
+        QList<int> points; ///< of the pieces
+    } rows[] = {
+        {{{179.99, 9.9}, {179.99, 10.1}}, {2, 3}},
+        {{{179.985, 9.9}, {179.99, 10.1}, {-179.99, 10.1}, {-179.99, 9.9}}, {2, 3, 2}},
+        {{{180.0, 9.9}, {-180.0, 10.1}}, {2, 2}}, // through a vertex
+        {{{179.98, 9.9}, {179.98, 10.1}}, {}},    // through its end
+        {{{179.99, 10.01}, {179.99, 10.1}}, {}},  // beside it
+        {{{179.99, 9.9}}, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(&row - rows);
+        const QList<QList<QPointF>> pieces = Op::SplitLine(line, row.cut);
+        QList<int> points;
+        for (const QList<QPointF>& piece : pieces)
+            points += piece.size();
+        EXPECT_EQ(points, row.points);
+        if (pieces.isEmpty())
+            continue;
+        EXPECT_EQ(pieces.first().first(), line.first());
+        EXPECT_EQ(pieces.last().last(), line.last());
+        EXPECT_EQ(pieces.first().last(), pieces[1].first());
+    }
+}
+
 TEST(AreaOperations, RefuseWhatIsNone)
 {
     const double nan = std::numeric_limits<double>::quiet_NaN();

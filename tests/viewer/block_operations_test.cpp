@@ -168,6 +168,63 @@ TEST_F(BlockOperations, ARectangleStaysOneWhereItsRingIs)
     }
 }
 
+TEST_F(BlockOperations, AStripStaysOneWhereItsLineIsCrossed)
+{
+    const QList<QPointF> line{{20.0, 10.0}, {20.1, 10.0}, {20.1, 10.1}};
+    const struct
+    {
+        const char* what;
+        std::function<QStringList()> run;
+        int blocks; ///< afterwards
+        bool isRefused = false;
+        CAxBlock::EBlockType kind = CAxBlock::StripBlock;
+        double left = 30.0;
+    } rows[] = {
+        {"split",
+         [] {
+             return Operations().Split("strip", {{20.05, 9.9}, {20.05, 10.2}});
+         },
+         2},
+        {"split near its end",
+         [] {
+             return Operations().Split("strip", {{20.0004, 9.9}, {20.0004, 10.2}});
+         },
+         1, true},
+        {"split beside its line",
+         [] {
+             return Operations().Split("strip", {{19.9, 9.9998}, {20.3, 9.9998}});
+         },
+         2, false, CAxBlock::PolygonBlock},
+        {"grow", [] { return Operations().Buffer("strip", 5.0); }, 1, false, CAxBlock::StripBlock, 35.0},
+        {"shrink to nothing", [] { return Operations().Buffer("strip", -41.0); }, 1, true},
+        {"no width", [] { return Operations().Buffer("strip", std::nan("")); }, 1, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        CAxBlock* strip = Blocks().AddBlock("strip", CAxBlock::StripBlock);
+        strip->SetAnchor(line);
+        strip->GetTaskPara()->SetBandingOffset(30.0, 40.0);
+        ASSERT_NE(viewer->ImportShapeNode("strip"), nullptr);
+        const int steps = viewer->GetUndoStack()->count();
+        const ModalBox box;
+        EXPECT_EQ(row.run().isEmpty(), row.isRefused);
+        EXPECT_EQ(box.count, row.isRefused ? 1 : 0);
+        EXPECT_EQ(viewer->GetUndoStack()->count(), steps + (row.isRefused ? 0 : 1));
+        EXPECT_EQ(Blocks().GetBlockList().size(), row.blocks);
+        for (const CAxBlock* block : Blocks().GetBlockList()) {
+            double left = 0.0;
+            double right = 0.0;
+            block->GetTaskPara()->GetBandingOffset(left, right);
+            EXPECT_EQ(block->GetBlockType(), row.kind);
+            EXPECT_EQ(left, row.left);
+            EXPECT_EQ(right, row.left + 10.0);
+        }
+        viewer->RemoveAllHanderAdapter(true);
+        Blocks().DeleteAllBlocks();
+        viewer->GetUndoStack()->clear();
+    }
+}
+
 TEST_F(BlockOperations, ReplaceBringsRecordsOfAnyKindAsOneStep)
 {
     ASSERT_TRUE(Import("a", square));
