@@ -40,6 +40,7 @@ set(AX_PUBLIC_HEADERS
   viewer/AxEarthViewerExport.h=scene/base/AxEarthViewerExport.h
   viewer/AxGridWidget.h=viewer/overlay/AxGridWidget.h
   viewer/AxHeadUpText.h=viewer/overlay/AxHeadUpText.h
+  scene/AxLatestWork.h=scene/base/AxLatestWork.h
   viewer/AxMapFile.h=viewer/AxMapFile.h
   viewer/AxSceneLog.h=viewer/AxSceneLog.h
   viewer/AxTranslations.h=viewer/AxTranslations.h

@@ -1,5 +1,5 @@
 #pragma once
-#include "host/tasks/PlanWork.h"
+#include "scene/AxLatestWork.h"
 
 #include <AxData/geofiles/AxGeoFile.h>
 
@@ -68,5 +68,5 @@ private:
     std::function<QString(const QString&)> faultOf;
     QString folder;
     QString lastSystem = QStringLiteral("EPSG:4326");
-    PlanWork reading;
+    AxLatestWork reading;
 };

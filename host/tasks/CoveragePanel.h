@@ -1,7 +1,7 @@
 #pragma once
 #include "host/tasks/CoverageOverlay.h"
 #include "host/tasks/CoverageReport.h"
-#include "host/tasks/PlanWork.h"
+#include "scene/AxLatestWork.h"
 
 #include <QPointer>
 #include <QTimer>
@@ -60,5 +60,5 @@ private:
     QWidget* legend;
     QLabel* worst;
     QLabel* told;
-    PlanWork work; ///< ends before what it reports to
+    AxLatestWork work; ///< ends before what it reports to
 };

@@ -1,7 +1,7 @@
 #pragma once
-#include "host/tasks/PlanWork.h"
 #include "host/tasks/ProfileLine.h"
 #include "host/tasks/ProfileMarker.h"
+#include "scene/AxLatestWork.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -56,5 +56,5 @@ private:
     ProfilePlot* plot;
     QLabel* reading;  ///< what is at the cursor
     QString idleText; ///< what it says without one
-    PlanWork work;    ///< ends before what it reports to
+    AxLatestWork work;    ///< ends before what it reports to
 };

@@ -1,6 +1,6 @@
 #pragma once
-#include "host/tasks/PlanWork.h"
 #include "host/tasks/ShownPlan.h"
+#include "scene/AxLatestWork.h"
 
 #include <QList>
 #include <QPointer>
@@ -58,5 +58,5 @@ private:
     TaskFlights* flightList;
     QLabel* danger;
     QListWidget* warnings;
-    PlanWork work; ///< ends before what it reports to
+    AxLatestWork work; ///< ends before what it reports to
 };

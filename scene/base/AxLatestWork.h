@@ -6,14 +6,14 @@
 #include <memory>
 
 /**
- * Work on a plan that takes long, on a thread of its own: of several pieces the latest, whose result alone
- * arrives. GUI thread. Its end calls the work off and waits for it.
+ * Work that takes long, on a thread of its own: of several pieces the latest, whose result alone arrives. GUI
+ * thread. Its end calls the work off and waits for it.
  */
-class PlanWork : public QObject
+class AxLatestWork : public QObject
 {
 public:
-    PlanWork() { thread.setMaxThreadCount(1); }
-    ~PlanWork() override
+    AxLatestWork() { thread.setMaxThreadCount(1); }
+    ~AxLatestWork() override
     {
         CallOff();
         thread.waitForDone();
