@@ -11,6 +11,11 @@ set(AX_PUBLIC_HEADERS
   analysis/CAxAreaIntersectOperate.h=analysis/zones/CAxAreaIntersectOperate.h
   analysis/CAxDrapeableNode.h=analysis/CAxDrapeableNode.h
   analysis/CAxElevationQuery.h=analysis/CAxElevationQuery.h
+  analysis/AxLineOfSight.h=analysis/sight/AxLineOfSight.h
+  analysis/AxSightAnalysis.h=analysis/sight/AxSightAnalysis.h
+  analysis/AxSightGround.h=analysis/sight/AxSightGround.h
+  analysis/AxSightText.h=analysis/sight/AxSightText.h
+  analysis/AxViewshed.h=analysis/sight/AxViewshed.h
   interaction/AxBlockAdapter.h=interaction/objects/AxBlockAdapter.h
   interaction/AxBlockForm.h=interaction/objects/AxBlockForm.h
   interaction/AxBlockOperations.h=interaction/objects/AxBlockOperations.h
@@ -34,13 +39,13 @@ set(AX_PUBLIC_HEADERS
   mission/CAxDownhillAnglenode.h=mission/landing/CAxDownhillAnglenode.h
   mission/CAxTaskLable.h=mission/routes/CAxTaskLable.h
   mission/CAxTaskPolygon.h=mission/routes/CAxTaskPolygon.h
+  scene/AxLatestWork.h=scene/base/AxLatestWork.h
   scene/AxShapeKind.h=scene/AxShapeKind.h
   scene/AxTaskRoute.h=scene/AxTaskRoute.h
   scene/AxZoneAnswers.h=scene/AxZoneAnswers.h
   viewer/AxEarthViewerExport.h=scene/base/AxEarthViewerExport.h
   viewer/AxGridWidget.h=viewer/overlay/AxGridWidget.h
   viewer/AxHeadUpText.h=viewer/overlay/AxHeadUpText.h
-  scene/AxLatestWork.h=scene/base/AxLatestWork.h
   viewer/AxMapFile.h=viewer/AxMapFile.h
   viewer/AxSceneLog.h=viewer/AxSceneLog.h
   viewer/AxTranslations.h=viewer/AxTranslations.h

@@ -1,5 +1,6 @@
 #include "viewer/AxViewerPrivate.h"
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/sight/AxSightAnalysis.h"
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
@@ -82,6 +83,7 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     groundRequests = std::make_unique<AxGroundRequests>();
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);
+    sightAnalysis = std::make_unique<AxSightAnalysis>(*this);
 }
 
 AxViewerPrivate::~AxViewerPrivate() = default;
@@ -361,6 +363,7 @@ void AxViewerPrivate::addGroups()
 void AxViewerPrivate::shutDown()
 {
     groundRequests.reset();
+    sightAnalysis.reset();
     measurements->Close();
     // While there is still everything that a map object is part of.
     aircraft.RemoveAll();

@@ -27,6 +27,7 @@ class AxGroundRequests;
 class AxInputRouter;
 class AxMeasurements;
 class AxOverlayScene;
+class AxSightAnalysis;
 class CAxGraphicsCompassItem;
 
 /**
@@ -119,6 +120,7 @@ public:
     AxAircraftFleet aircraft;
     CAxAncillaryProcess* ancillaryProcess = nullptr;
     std::unique_ptr<AxGroundRequests> groundRequests;
+    std::unique_ptr<AxSightAnalysis> sightAnalysis;
     std::unique_ptr<AxMeasurements> measurements;
     CAxDownhillAnglenode* downhillAngleNode = nullptr;
     CAxInterestPointNode* interestPointNode = nullptr;

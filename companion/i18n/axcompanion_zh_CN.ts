@@ -1929,6 +1929,10 @@
 <context>
     <name>AxGeoFile</name>
     <message>
+        <source>The picture cannot be made.</source>
+        <translation>无法生成该图像。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; of an earlier export is still there; nothing of this export is in it.</source>
         <translation>先前导出的“%1”仍在原处，其中没有本次导出的内容。</translation>
     </message>

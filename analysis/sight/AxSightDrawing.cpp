@@ -1,0 +1,148 @@
+#include "analysis/sight/AxSightDrawing.h"
+#include "analysis/sight/AxSightText.h"
+#include "scene/AxScene.h"
+#include "scene/base/AxGlobePoint.h"
+#include "scene/shape/AxStateOverGround.h"
+#include "scene/shape/AxWorldGeometry.h"
+
+#include <osg/Geode>
+#include <osgEarth/MapNode>
+#include <osgEarth/SpatialReference>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthDrivers/gdal/GDALOptions>
+#include <osgEarthSymbology/TextSymbol>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+// Over routes and their areas, below what is laid out on the screen.
+constexpr int rimBin = 15;
+constexpr int lineBin = 16;
+constexpr float rimWidth = 6.0f; // pixels
+constexpr float lineWidth = 3.0f;
+constexpr float mastWidth = 2.0f;
+const osg::Vec4f rimColor(0.05f, 0.05f, 0.05f, 0.8f);
+const osg::Vec4f visibleColor(0.3f, 1.0f, 0.35f, 1.0f);
+const osg::Vec4f hiddenColor(1.0f, 0.25f, 0.25f, 1.0f);
+const osg::Vec4f unknownColor(0.8f, 0.8f, 0.8f, 1.0f);
+const osg::Vec4f mastColor(1.0f, 1.0f, 1.0f, 1.0f);
+
+constexpr float viewshedOpacity = 0.5f;
+// Of a picture: between pixels the map blends, so cells are made of several as long as that is not too much.
+constexpr int mostPixels = 4096;
+constexpr int mostTimes = 4;
+
+osg::ref_ptr<osg::Geode> GeodeIn(int bin)
+{
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    osg::ref_ptr<osg::StateSet> state = AxStateOverGround();
+    state->setRenderBinDetails(bin, "RenderBin");
+    geode->setStateSet(state);
+    return geode;
+}
+
+void AddLine(osg::Geode& geode, const std::vector<osg::Vec3d>& points, const osg::Vec4f& color, float width)
+{
+    osg::ref_ptr<AxWorldGeometry> line = new AxWorldGeometry;
+    line->SetPoints(points);
+    line->SetLineWidth(width);
+    osg::ref_ptr<osg::Vec4Array> colors = new osg::Vec4Array;
+    colors->push_back(color);
+    line->setColorArray(colors, osg::Array::BIND_OVERALL);
+    osg::ref_ptr<osg::DrawElementsUInt> strip = new osg::DrawElementsUInt(GL_LINE_STRIP);
+    for (unsigned i = 0; i < points.size(); ++i)
+        strip->push_back(i);
+    line->addPrimitiveSet(strip);
+    geode.addDrawable(line);
+}
+
+osg::Vec3d WorldAbove(const QPointF& place, double ground, double above)
+{
+    return AxGlobe::WorldOf({place.x(), place.y(), (std::isfinite(ground) ? ground : 0.0) + above});
+}
+
+osg::ref_ptr<osgEarth::Annotation::LabelNode> LabelAt(const AxScene& scene, const osg::Vec3d& world,
+                                                      const QString& text)
+{
+    using osgEarth::Symbology::Color;
+    using osgEarth::Symbology::TextSymbol;
+    constexpr float pixels = 16.0f;
+    osgEarth::Symbology::Style style;
+    auto* symbol = style.getOrCreate<TextSymbol>();
+    symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
+    symbol->pixelOffset() = osg::Vec2s(10, 8);
+    symbol->fill()->color() = Color::White;
+    symbol->halo()->color() = Color::Black;
+    symbol->font() = "msyh.ttc";
+    symbol->encoding() = TextSymbol::ENCODING_UTF8;
+    symbol->size() = pixels;
+    symbol->declutter() = false;
+    osgEarth::GeoPoint place;
+    place.fromWorld(scene.MapSRS()->getGeographicSRS(), world);
+    osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
+        new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text.toStdString(), style);
+    label->setDynamic(true);
+    return label;
+}
+
+class ViewshedLayer : public osgEarth::ImageLayer
+{
+public:
+    ViewshedLayer(const osgEarth::ImageLayerOptions& options, std::shared_ptr<const AxGeoPicture> drawn)
+        : osgEarth::ImageLayer(options), picture(std::move(drawn))
+    {
+    }
+
+private:
+    // Threads that make tiles keep the layer, and so what they read.
+    const std::shared_ptr<const AxGeoPicture> picture;
+};
+} // namespace
+
+osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line, const QString& text)
+{
+    const osg::Vec3d from = WorldAbove(line.from.place, line.fromGround, line.from.aboveGround);
+    const osg::Vec3d to = WorldAbove(line.to.place, line.toGround, line.to.aboveGround);
+    const osg::ref_ptr<osg::Geode> rims = GeodeIn(rimBin);
+    const osg::ref_ptr<osg::Geode> lines = GeodeIn(lineBin);
+    osg::Vec3d labelAt = (from + to) * 0.5;
+    AddLine(*rims, {from, to}, rimColor, rimWidth);
+    if (line.seen == AxSeen::Hidden) {
+        labelAt = from + (to - from) * (line.blockedAt->distance / line.distance);
+        AddLine(*lines, {from, labelAt}, visibleColor, lineWidth);
+        AddLine(*lines, {labelAt, to}, hiddenColor, lineWidth);
+    } else
+        AddLine(*lines, {from, to}, line.seen == AxSeen::Visible ? visibleColor : unknownColor, lineWidth);
+    const auto addMast = [&](const AxSightEnd& end, double ground) {
+        const std::vector<osg::Vec3d> mast = {WorldAbove(end.place, ground, 0.0),
+                                              WorldAbove(end.place, ground, end.aboveGround)};
+        AddLine(*rims, mast, rimColor, rimWidth);
+        AddLine(*lines, mast, mastColor, mastWidth);
+    };
+    addMast(line.from, line.fromGround);
+    addMast(line.to, line.toGround);
+    osg::ref_ptr<osg::Group> node = new osg::Group;
+    node->addChild(rims);
+    node->addChild(lines);
+    node->addChild(LabelAt(scene, labelAt, text));
+    return node;
+}
+
+std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed)
+{
+    const int times = std::clamp(mostPixels / std::max(1, viewshed.Side()), 1, mostTimes);
+    return std::make_shared<const AxGeoPicture>(AxSightRaster(viewshed), times);
+}
+
+osg::ref_ptr<osgEarth::ImageLayer> AxViewshedLayer(const std::shared_ptr<const AxGeoPicture>& picture,
+                                                   const QString& name)
+{
+    if (!picture || picture->Name().isEmpty())
+        return nullptr;
+    osgEarth::Drivers::GDALOptions driver;
+    driver.connection() = picture->Name().toStdString();
+    osgEarth::ImageLayerOptions options(name.toStdString(), driver);
+    options.opacity() = viewshedOpacity;
+    return new ViewshedLayer(options, picture);
+}

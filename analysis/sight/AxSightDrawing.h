@@ -1,0 +1,28 @@
+#pragma once
+#include "analysis/sight/AxLineOfSight.h"
+#include "analysis/sight/AxViewshed.h"
+
+#include <AxData/geofiles/AxGeoRaster.h>
+
+#include <osg/Group>
+#include <osg/ref_ptr>
+#include <osgEarth/ImageLayer>
+
+#include <QString>
+
+#include <memory>
+
+class AxScene;
+
+/// A line of sight as it is drawn, over the ground: green, and red from where it is hidden on, grey where
+/// that is not known, each with a dark rim; a mast at each end, and a label with its finding. GUI thread,
+/// with a map.
+osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line, const QString& text);
+
+/// The picture of a viewshed for the map. Any thread.
+std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed);
+
+/// A layer that lays such a picture on the ground of a map, in the ground's own pictures: as sharp as they
+/// are from anywhere, and without cost in a frame. It keeps the picture. Null without one.
+osg::ref_ptr<osgEarth::ImageLayer> AxViewshedLayer(const std::shared_ptr<const AxGeoPicture>& picture,
+                                                   const QString& name);

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <AxData/AxDataExport.h>
+
+#include <QByteArray>
+#include <QMap>
+#include <QPointF>
+#include <QString>
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+/// Cells of the ground, each of one class. They lie on the azimuthal equidistant projection (WGS 84) around
+/// their middle, row by row from the south-west.
+struct AxGeoRaster
+{
+    struct Class
+    {
+        QString name;
+        std::array<std::uint8_t, 3> color; ///< red, green, blue
+    };
+
+    QPointF middle; ///< longitude, latitude, degrees
+    int columns = 0;
+    int rows = 0;
+    double cell = 0.0;                ///< side, metres
+    std::vector<std::uint8_t> values; ///< 0 where there is no data, else 1 + index of the class
+    std::vector<Class> classes;
+    QMap<QString, QString> facts; ///< written beside the cells, for programs
+};
+
+/// Writes a GeoTIFF: one band of the values with 0 as "no data", the classes' colours and names, and the
+/// facts as metadata. The file that was there is replaced when the new one is whole. What is wrong, in the
+/// language of the program; empty when it was written. Any thread.
+AXDATA_EXPORT QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster);
+
+/// The same cells as a picture for a map: red, green, blue and alpha, each cell `times` pixels wide and high,
+/// with overviews. It is a file in GDAL's memory, which goes with the object. Any thread.
+class AXDATA_EXPORT AxGeoPicture
+{
+public:
+    AxGeoPicture(const AxGeoRaster& raster, int times);
+    ~AxGeoPicture();
+    AxGeoPicture(const AxGeoPicture&) = delete;
+    AxGeoPicture& operator=(const AxGeoPicture&) = delete;
+
+    /// As GDAL opens it; empty when it could not be made.
+    const QByteArray& Name() const { return name; }
+
+private:
+    QByteArray name;
+};

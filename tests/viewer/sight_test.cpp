@@ -1,0 +1,68 @@
+// What the viewer keeps and draws of lines of sight and viewsheds; what they are is tested in the suite of
+// analysis.
+#include "ShapeFixture.h"
+
+#include "analysis/sight/AxSightAnalysis.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+
+TEST_F(ShapeFixture, SightAnswersTheLatestQuestionAndDrawsItUntilItIsRemoved)
+{
+    AxSightAnalysis* sight = viewer->GetSightAnalysis();
+    ASSERT_TRUE(sight);
+    QList<int> added, removed;
+    QStringList failures;
+    QObject context;
+    QObject::connect(sight, &AxSightAnalysis::added, &context, [&](int number) { added += number; });
+    QObject::connect(sight, &AxSightAnalysis::removed, &context, [&](int number) { removed += number; });
+    QObject::connect(sight, &AxSightAnalysis::failed, &context, [&](const QString& why) { failures += why; });
+    const auto answered = [&](int so) {
+        return QTest::qWaitFor([&] { return added.size() + failures.size() >= so && !sight->IsBusy(); },
+                               20000);
+    };
+    const osgEarth::Map* map = viewer->getMapNode()->getMap();
+    const int layers = map->getNumImageLayers();
+    const int nodes = Scenery();
+
+    QString why;
+    EXPECT_FALSE(sight->LookAlong({{20.0, 10.0}, 2.0}, {{40.0, 10.0}, 2.0}, {}, &why));
+    EXPECT_FALSE(why.isEmpty());
+    AxViewshedQuestion question;
+    question.observer = {20.0, 10.0};
+    question.radius = 3000.0;
+    question.cell = 0.0;
+    EXPECT_FALSE(sight->LookAround(question, &why));
+    EXPECT_FALSE(sight->IsBusy());
+
+    question.cell = 30.0;
+    ASSERT_TRUE(sight->LookAround(question, &why)) << qPrintable(why);
+    ASSERT_TRUE(sight->LookAlong({{20.0, 10.0}, 2.0}, {{20.01, 10.0}, 2.0}));
+    ASSERT_TRUE(answered(1));
+    ASSERT_EQ(added.size(), 1) << "of two questions";
+    ASSERT_TRUE(sight->GetResult(added[0]).line);
+    EXPECT_EQ(Scenery(), nodes + 1);
+    EXPECT_EQ(map->getNumImageLayers(), layers);
+
+    ASSERT_TRUE(sight->LookAround(question));
+    ASSERT_TRUE(answered(2));
+    ASSERT_EQ(failures, QStringList());
+    const int viewshed = added.last();
+    ASSERT_TRUE(sight->GetResult(viewshed).viewshed);
+    ASSERT_EQ(map->getNumImageLayers(), layers + 1);
+    EXPECT_TRUE(map->getImageLayerAt(layers)->isOpen());
+    EXPECT_TRUE(sight->SetVisible(viewshed, false));
+    EXPECT_FALSE(map->getImageLayerAt(layers)->getVisible());
+    EXPECT_FALSE(sight->SetVisible(viewshed + 1, false));
+
+    ASSERT_TRUE(sight->LookAround(question));
+    sight->CallOff();
+    EXPECT_FALSE(sight->IsBusy());
+    EXPECT_FALSE(sight->Remove(viewshed + 1));
+    sight->Clear();
+    EXPECT_EQ(removed.size(), 2);
+    EXPECT_EQ(map->getNumImageLayers(), layers);
+    EXPECT_EQ(Scenery(), nodes);
+    EXPECT_TRUE(sight->GetResults().isEmpty());
+}
