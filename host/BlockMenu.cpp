@@ -1,8 +1,11 @@
 #include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
+#include "host/ToolActions.h"
 #include "interaction/AxBlockOperations.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
+
+#include <AxAlgorthm/AxUnits.h>
 
 #include <QInputDialog>
 #include <QMessageBox>
@@ -17,11 +20,19 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
         kind += action;
         return action;
     };
+    add(ofOne, tr("&Properties..."), tr("Name, size and measures of the block, as a double click on it"),
+        [this] { ShowProperties(); })
+        ->setShortcut(QKeySequence(QStringLiteral("Alt+Return")));
     add(ofOne, tr("&Duplicate"), tr("A copy of the blocks beside them, without their tasks"), [this] {
         viewer->GetBlockOperations()->Duplicate(Chosen());
     })->setShortcut(QKeySequence(QStringLiteral("Ctrl+D")));
-    add(ofOne, tr("&Split by a line"), tr("Clicks draw the line, a double click cuts the block along it"),
-        [this] { viewer->GetBlockOperations()->BeginSplit(Chosen().value(0)); });
+    addSeparator();
+    cut = add(ofOne, tr("&Split by a line"),
+              tr("Clicks draw the line, a double click cuts the block along it"), [this] {
+                  viewer->GetBlockOperations()->BeginSplit(Chosen().value(0));
+                  FollowCut();
+              });
+    cut->setCheckable(true);
     add(ofSeveral, tr("&Unite"),
         tr("One block out of those that are selected; Ctrl and clicks select several"),
         [this] { viewer->GetBlockOperations()->Unite(Chosen()); });
@@ -31,19 +42,23 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
             viewer->GetBlockOperations()->Subtract(ids.value(0), ids.mid(1));
         });
     addSeparator();
-    add(ofOne, tr("&Grow or shrink..."), tr("By the same distance on all sides"), [this] {
-        AskFor(tr("Grow or shrink"), tr("Distance (m), below 0 to shrink:"), 10.0, -10000.0, 10000.0,
-               &BlockMenu::Buffer);
-    });
-    add(ofOne, tr("Si&mplify..."), tr("Leaves vertices out that hardly matter"), [this] {
-        AskFor(tr("Simplify"), tr("Largest deviation (m):"), 1.0, 0.01, 10000.0, &BlockMenu::Simplify);
-    });
+    add(ofOne, tr("&Grow or shrink..."), tr("By the same distance on all sides; a strip to both sides"),
+        [this] { AskForGrowth(); });
+    add(ofOne, tr("Si&mplify..."), tr("Leaves vertices out that hardly matter"),
+        [this] { AskForDeviation(); });
     add(ofOne, tr("&Turn..."), tr("Around its middle"), [this] {
-        AskFor(tr("Turn"), tr("Angle (degrees clockwise):"), 90.0, -360.0, 360.0, &BlockMenu::Turn);
+        AskFor(
+            tr("Turn"), tr("Angle (degrees clockwise):"), 90.0, -360.0, 360.0,
+            [this](const QString& id, double degrees) { viewer->GetBlockOperations()->Rotate(id, degrees); });
     });
     add(ofOne, tr("&Change size..."), tr("From its middle"), [this] {
-        AskFor(tr("Change size"), tr("Size (% of the present one):"), 100.0, 1.0, 10000.0, &BlockMenu::Scale);
+        AskFor(tr("Change size"), tr("Size (% of the present one):"), 100.0, 1.0, 10000.0,
+               [this](const QString& id, double percent) {
+                   constexpr double whole = 100.0;
+                   viewer->GetBlockOperations()->Scale(id, percent / whole);
+               });
     });
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockMenu::FollowCut);
     connect(this, &QMenu::aboutToShow, this, &BlockMenu::EnableWhatIsPossible);
     // Keys are heard while the menu is closed, and the operations ask for themselves.
     connect(this, &QMenu::aboutToHide, this, [this] {
@@ -77,8 +92,53 @@ void BlockMenu::EnableWhatIsPossible()
         action->setEnabled(count > 1);
 }
 
+// While a line is drawn along which a block is cut, no tool of drawing is in hand.
+void BlockMenu::FollowCut()
+{
+    const bool isCutting = ToolActions::IsCutting(*viewer);
+    if (isCutting != wasCutting)
+        emit Hinted(isCutting
+                        ? tr("Split: click the points of the cut; a double click ends it, Escape gives it up")
+                        : QString());
+    wasCutting = isCutting;
+    cut->setChecked(isCutting);
+}
+
+void BlockMenu::ShowProperties()
+{
+    CAxHandleAdapter* object = viewer->FindExistNode(Chosen().value(0));
+    if (!object || object->GetHandleOperation() != OperationIdle)
+        return;
+    if (object->GetTaskList().isEmpty())
+        object->ResponseDoubleClickOnBlock();
+    else
+        QMessageBox::information(
+            parentWidget(), tr("Properties"),
+            tr("\"%1\" has tasks, and its measures stay as they are meanwhile. The list of "
+               "blocks renames it.")
+                .arg(object->GetContainedBlock()->GetBlockName()));
+}
+
+void BlockMenu::AskForGrowth()
+{
+    const AxUnits::Unit unit = AxUnits::OfWidths();
+    AskFor(tr("Grow or shrink"), tr("Distance (%1), below 0 to shrink:").arg(unit.sign), 10.0, -10000.0,
+           10000.0, [this, unit](const QString& id, double distance) {
+               viewer->GetBlockOperations()->Buffer(id, distance * unit.size);
+           });
+}
+
+void BlockMenu::AskForDeviation()
+{
+    const AxUnits::Unit unit = AxUnits::OfWidths();
+    AskFor(tr("Simplify"), tr("Largest deviation (%1):").arg(unit.sign), 1.0, 0.01, 10000.0,
+           [this, unit](const QString& id, double deviation) {
+               viewer->GetBlockOperations()->Simplify(id, deviation * unit.size);
+           });
+}
+
 void BlockMenu::AskFor(const QString& title, const QString& label, double value, double least, double most,
-                       void (BlockMenu::*change)(const QString&, double))
+                       const std::function<void(const QString&, double)>& change)
 {
     const QString id = Chosen().value(0);
     if (id.isEmpty())
@@ -94,7 +154,7 @@ void BlockMenu::AskFor(const QString& title, const QString& label, double value,
         bool isNumber = false;
         const double typed = text.trimmed().toDouble(&isNumber);
         if (isNumber && typed >= least && typed <= most) {
-            (this->*change)(id, typed);
+            change(id, typed);
             return;
         }
         QMessageBox::warning(
@@ -104,25 +164,4 @@ void BlockMenu::AskFor(const QString& title, const QString& label, double value,
         if (!self)
             return;
     }
-}
-
-void BlockMenu::Buffer(const QString& id, double metres)
-{
-    viewer->GetBlockOperations()->Buffer(id, metres);
-}
-
-void BlockMenu::Simplify(const QString& id, double metres)
-{
-    viewer->GetBlockOperations()->Simplify(id, metres);
-}
-
-void BlockMenu::Turn(const QString& id, double degrees)
-{
-    viewer->GetBlockOperations()->Rotate(id, degrees);
-}
-
-void BlockMenu::Scale(const QString& id, double percent)
-{
-    constexpr double whole = 100.0;
-    viewer->GetBlockOperations()->Scale(id, percent / whole);
 }

@@ -1,6 +1,8 @@
 #pragma once
 #include <QMenu>
 
+#include <functional>
+
 class BlockPanel;
 class CAxEarthViewer;
 
@@ -14,18 +16,24 @@ class BlockMenu : public QMenu
 public:
     BlockMenu(CAxEarthViewer* viewer, BlockPanel* panel, QWidget* parent);
 
+signals:
+    /// What the operator does next, until an empty one comes.
+    void Hinted(const QString& text);
+
 private:
     QStringList Chosen() const;
     void EnableWhatIsPossible();
+    void FollowCut();
+    void ShowProperties();
     /// Asks for a number and hands it on with the ID of the chosen block.
     void AskFor(const QString& title, const QString& label, double value, double least, double most,
-                void (BlockMenu::*change)(const QString& id, double value));
-    void Buffer(const QString& id, double metres);
-    void Simplify(const QString& id, double metres);
-    void Turn(const QString& id, double degrees);
-    void Scale(const QString& id, double percent);
+                const std::function<void(const QString& id, double value)>& change);
+    void AskForGrowth();
+    void AskForDeviation();
 
     CAxEarthViewer* viewer;
+    QAction* cut = nullptr;
+    bool wasCutting = false;
     QList<QAction*> ofOne;
     QList<QAction*> ofSeveral;
 };

@@ -330,7 +330,12 @@ void MainWindow::BuildMenus()
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 
     menuBar()->addMenu(new EditMenu(viewer, history->toggleViewAction(), this));
-    menuBar()->addMenu(new BlockMenu(viewer, blocks, this));
+    auto* block = new BlockMenu(viewer, blocks, this);
+    menuBar()->addMenu(block);
+    connect(block, &BlockMenu::Hinted, this, [this](const QString& text) {
+        statusBar()->showMessage(text);
+        tools->Follow();
+    });
     BuildDrawMenu();
     BuildTaskMenu();
 

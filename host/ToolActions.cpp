@@ -30,7 +30,11 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
         tr("Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly "
            "zones"));
     connect(this, &QActionGroup::triggered, this, [this](const QAction* action) {
-        viewer->SetToolType(static_cast<EToolType>(action->data().toInt()));
+        const auto tool = static_cast<EToolType>(action->data().toInt());
+        // Who browses again cuts no more, and the tool is that of browsing all the while.
+        if (tool == ToolNavigate && IsCutting(*viewer))
+            viewer->GetCurHandleAdapter()->CancelHandle();
+        viewer->SetToolType(tool);
         Follow();
     });
     connect(viewer, &CAxEarthViewer::signalHandlePickEnded, this, &ToolActions::OnPickEnded);
@@ -61,6 +65,13 @@ void ToolActions::OnPickEnded(EToolType ended)
     Follow();
 }
 
+bool ToolActions::IsCutting(const CAxEarthViewer& viewer)
+{
+    const CAxHandleAdapter* current = viewer.GetCurHandleAdapter();
+    return viewer.GetToolType() == ToolNavigate && current &&
+           current->GetHandleOperation() == OperationDrawing;
+}
+
 void ToolActions::Follow()
 {
     const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
@@ -71,5 +82,5 @@ void ToolActions::Follow()
         if (action->data().toInt() == ToolContinueBlock)
             action->setEnabled(mayGoOn);
     for (QAction* action : actions())
-        action->setChecked(action->data().toInt() == viewer->GetToolType());
+        action->setChecked(action->data().toInt() == viewer->GetToolType() && !IsCutting(*viewer));
 }

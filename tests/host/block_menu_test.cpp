@@ -1,0 +1,117 @@
+// What the menu of blocks asks and tells.
+#include "host/BlockMenu.h"
+#include "host/BlockPanel.h"
+#include "host/ToolActions.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "ModalBox.h"
+#include "SuiteViewer.h"
+
+#include <AxData/CAxBlockManager.h>
+
+#include <QSignalSpy>
+#include <QUndoStack>
+
+namespace {
+class BlockMenuOnMap : public SuiteViewer
+{
+protected:
+    void SetUp() override
+    {
+        CAxBlock* block =
+            CAxBlockManager::instance().AddBlock(QStringLiteral("field"), CAxBlock::PolygonBlock);
+        block->SetBlockName(QStringLiteral("Field"));
+        block->SetAnchor(ring);
+        CAxHandleAdapter* object = viewer->ImportShapeNode(QStringLiteral("field"));
+        ASSERT_TRUE(object);
+        viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+        viewer->GetUndoStack()->clear();
+    }
+    void TearDown() override
+    {
+        viewer->RemoveAllHanderAdapter(true);
+        viewer->GetUndoStack()->clear();
+    }
+    static QList<QPointF> Ring() { return CAxBlockManager::instance().GetBlock("field")->GetAnchor(); }
+    static ModalBox::Answer Type(const QString& text)
+    {
+        return [text](QDialog& prompt) {
+            prompt.findChild<QLineEdit*>()->setText(text);
+            prompt.accept();
+        };
+    }
+    QAction* Find(const char* text)
+    {
+        for (QAction* action : menu.actions())
+            if (action->text() == QLatin1String(text))
+                return action;
+        ADD_FAILURE() << "no action " << text;
+        return nullptr;
+    }
+
+    const QList<QPointF> ring{{10.0, 0.0}, {10.004, 0.0}, {10.004, 0.004}, {10.0, 0.004}};
+    QWidget window;
+    BlockPanel panel{viewer};
+    ToolActions tools{viewer, nullptr};
+    BlockMenu menu{viewer, &panel, &window};
+};
+} // namespace
+
+TEST_F(BlockMenuOnMap, PromptsTakeNumbersAndTellWhatIsNone)
+{
+    for (const char* prompt : {"&Grow or shrink...", "Si&mplify...", "&Turn...", "&Change size..."})
+        for (const char* typed : {"", "abc", "3,5", "1e308", "nan", "-20000", "1 0"}) {
+            SCOPED_TRACE(std::string(prompt) + " \"" + typed + '"');
+            ModalBox box;
+            QString told;
+            QString left;
+            box.answers = {Type(QLatin1String(typed)),
+                           [&](QDialog& message) {
+                               for (const QLabel* label : message.findChildren<QLabel*>())
+                                   told += label->text();
+                               message.accept();
+                           },
+                           [&](QDialog& again) {
+                               left = again.findChild<QLineEdit*>()->text();
+                               again.reject();
+                           }};
+            Find(prompt)->trigger();
+            EXPECT_TRUE(box.answers.isEmpty());
+            EXPECT_TRUE(told.contains(QStringLiteral("\"%1\" is not a number").arg(QLatin1String(typed))))
+                << told.toStdString();
+            EXPECT_EQ(left, QLatin1String(typed)) << "what was typed stays";
+            EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+        }
+    ModalBox box;
+    box.answers = {Type(QStringLiteral(" 50 "))};
+    Find("&Change size...")->trigger();
+    EXPECT_NEAR(Ring()[0].x(), 10.001, 1e-6);
+    box.titles.clear();
+    Find("&Properties...")->trigger();
+    EXPECT_EQ(box.titles, QStringList{"Polygon Info"});
+}
+
+TEST_F(BlockMenuOnMap, ACutIsHintedAtUntilItEnds)
+{
+    QObject::connect(&menu, &BlockMenu::Hinted, &tools, &ToolActions::Follow);
+    const QSignalSpy hints(&menu, &BlockMenu::Hinted);
+    QAction* const cut = Find("&Split by a line");
+    QAction* const browse = tools.actions().first();
+    for (const bool isGivenUp : {true, false}) {
+        SCOPED_TRACE(isGivenUp);
+        ASSERT_TRUE(browse->isChecked());
+        cut->trigger();
+        EXPECT_TRUE(cut->isChecked());
+        EXPECT_FALSE(browse->isChecked()) << "clicks do something else";
+        EXPECT_FALSE(hints.last().first().toString().isEmpty());
+        if (isGivenUp)
+            viewer->GetCurHandleAdapter()->CancelHandle();
+        else
+            browse->trigger();
+        EXPECT_FALSE(cut->isChecked());
+        EXPECT_TRUE(browse->isChecked());
+        EXPECT_TRUE(hints.last().first().toString().isEmpty());
+        EXPECT_EQ(viewer->GetCurHandleAdapter(), viewer->FindExistNode(QStringLiteral("field")));
+    }
+    EXPECT_EQ(hints.size(), 4);
+    EXPECT_EQ(Ring(), ring);
+}
