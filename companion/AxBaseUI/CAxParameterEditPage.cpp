@@ -137,6 +137,17 @@ void CAxParameterEditPage::showEvent(QShowEvent* event)
     m_pBeginning = nullptr;
 }
 
+// The groups are grids of their own, and their values stand in one column all the same.
+void CAxParameterEditPage::alignNames()
+{
+    int widest = 0;
+    for (const Element& element : QList<Element>{m_element1, m_element2} + m_elements)
+        if (!element.name->isHidden())
+            widest = qMax(widest, element.name->sizeHint().width());
+    for (const Element& element : QList<Element>{m_element1, m_element2} + m_elements)
+        element.name->setMinimumWidth(widest);
+}
+
 void CAxParameterEditPage::SetGroupHidden(bool infoHidden, bool element1Hidden, bool element2Hidden,
                                           bool listHidden)
 {
@@ -177,4 +188,5 @@ void CAxParameterEditPage::updateGroups()
     show(m_element1, m_element1Hidden);
     show(m_element2, m_element2Hidden);
     m_pList->setVisible(!m_listHidden && !m_elements.isEmpty());
+    alignNames();
 }

@@ -70,6 +70,7 @@ private:
     };
     Element addElement(QGridLayout* grid, const QString& objectName);
     void setValue(const Element& element, const QString& value, bool editable);
+    void alignNames();
     void updateGroups();
 
     QLabel* m_pLabInfo;
