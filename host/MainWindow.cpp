@@ -14,6 +14,7 @@
 #include "host/PanelExtents.h"
 #include "host/project/ProjectSession.h"
 #include "host/SignalRelay.h"
+#include "host/sight/SightPanel.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
 #include "host/tasks/ProfilePanel.h"
@@ -167,6 +168,7 @@ void MainWindow::BuildPanels()
     QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
     tabifyDockWidget(logPanel, taskPanels.at(1));
     logPanel->raise();
+    BuildSightPanel();
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
     extents->Want(Qt::RightDockWidgetArea, tasks->sizeHint().width());
     // The block list's columns fit.
@@ -176,6 +178,32 @@ void MainWindow::BuildPanels()
     connect(tasks, &TaskPanel::Told, this, tell);
     connect(aircraft, &AircraftPanel::Told, this, tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
+}
+
+void MainWindow::BuildSightPanel()
+{
+    auto* sight = new SightPanel(viewer);
+    QDockWidget* panel = AddPanel(tr("Sight"), "SightPanel", sight, Qt::RightDockWidgetArea);
+    tabifyDockWidget(taskPanels[0], panel);
+    panel->hide();
+    connect(sight, &SightPanel::Told, this,
+            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    connect(sight, &SightPanel::Wanted, panel, [this, panel] {
+        panel->show();
+        panel->raise();
+        extents->Apply();
+    });
+}
+
+QMenu* MainWindow::MeasureMenu()
+{
+    const QString name = QStringLiteral("MeasureMenu");
+    auto* menu = menuBar()->findChild<QMenu*>(name);
+    if (!menu) {
+        menu = menuBar()->addMenu(tr("&Measure"));
+        menu->setObjectName(name);
+    }
+    return menu;
 }
 
 void MainWindow::BuildTaskPanels()
@@ -338,6 +366,7 @@ void MainWindow::BuildMenus()
     });
     BuildDrawMenu();
     BuildTaskMenu();
+    findChild<SightPanel*>()->FillMenu(MeasureMenu());
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
     const auto addSwitch = [this, view](const char* key, const QString& text, auto change) {

@@ -19,6 +19,7 @@ class PanelExtents;
 class ProjectSession;
 class QDockWidget;
 class QLabel;
+class QMenu;
 class TaskPanel;
 class ToolActions;
 class ZonePanel;
@@ -61,6 +62,8 @@ private:
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
     void BuildPanels();
     void BuildTaskPanels();
+    void BuildSightPanel();
+    QMenu* MeasureMenu(); ///< made at the first call
     void ShowTaskPanels();
     void RelaySignals();
     void OnLoaded();

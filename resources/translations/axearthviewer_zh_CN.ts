@@ -311,6 +311,14 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Sight</source>
+        <translation>通视</translation>
+    </message>
+    <message>
+        <source>&amp;Measure</source>
+        <translation>测量(&amp;M)</translation>
+    </message>
+    <message>
         <source>The no-fly zones are hidden, as they were left.</source>
         <translation>禁飞区按上次的设置处于隐藏状态。</translation>
     </message>
@@ -4147,6 +4155,291 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Blocks written to %1: %2</source>
         <translation>已写入 %1 的测区：%2 个</translation>
+    </message>
+</context>
+<context>
+    <name>AxSightAnalysis</name>
+    <message>
+        <source>The map is not open.</source>
+        <translation>地图尚未打开。</translation>
+    </message>
+    <message>
+        <source>One end of the line is no place, or its height is none.</source>
+        <translation>视线的一端不是有效位置，或其高度无效。</translation>
+    </message>
+    <message>
+        <source>The line is longer than %1.</source>
+        <translation>视线长度超过 %1。</translation>
+    </message>
+    <message>
+        <source>Line of sight %1</source>
+        <translation>通视线 %1</translation>
+    </message>
+    <message>
+        <source>Viewshed %1</source>
+        <translation>视域 %1</translation>
+    </message>
+</context>
+<context>
+    <name>AxSightText</name>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>longitude %1°, latitude %2°</source>
+        <translation>经度 %1°，纬度 %2°</translation>
+    </message>
+    <message>
+        <source>%1: %2, %3 above the ground (ground %4)</source>
+        <translation>%1：%2，距地面 %3（地面高程 %4）</translation>
+    </message>
+    <message>
+        <source>From which height on the target is seen is not known.</source>
+        <translation>目标达到多高才可见，未知。</translation>
+    </message>
+    <message>
+        <source>No height of the target would do.</source>
+        <translation>目标无论多高都不可见。</translation>
+    </message>
+    <message>
+        <source>The target is seen from %1 above its ground on.</source>
+        <translation>目标距其地面 %1 及以上时可见。</translation>
+    </message>
+    <message>
+        <source>With the Earth&apos;s curve and a refraction of %1.</source>
+        <translation>已计入地球曲率和折光系数 %1。</translation>
+    </message>
+    <message>
+        <source>Hidden from %1 on: the ground stands up to %2 in the way</source>
+        <translation>自 %1 处起不可见：地面最多高出视线 %2</translation>
+    </message>
+    <message>
+        <source>Not known: ground on the way has no known height</source>
+        <translation>未知：途中有地面高程未知</translation>
+    </message>
+    <message>
+        <source>Visible: at least %1 above the ground on the way</source>
+        <translation>可见：途中至少高出地面 %1</translation>
+    </message>
+    <message>
+        <source>Visible</source>
+        <translation>可见</translation>
+    </message>
+    <message>
+        <source>%1 % within %2 is visible, %3 % hidden</source>
+        <translation>%2 范围内 %1 % 可见，%3 % 不可见</translation>
+    </message>
+    <message>
+        <source>%1, %2 % not known</source>
+        <translation>%1，%2 % 未知</translation>
+    </message>
+    <message>
+        <source>Observer</source>
+        <translation>观察点</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>目标</translation>
+    </message>
+    <message>
+        <source>Distance along the ellipsoid: %1</source>
+        <translation>椭球面距离：%1</translation>
+    </message>
+    <message>
+        <source>First ground in the way: %1, after %2</source>
+        <translation>首个遮挡处：%1，距观察点 %2</translation>
+    </message>
+    <message>
+        <source>Lowest above the ground: %1, after %2, at %3</source>
+        <translation>距地面最小净空：%1，距观察点 %2，位于%3</translation>
+    </message>
+    <message>
+        <source>What is looked for stands %1 above the ground.</source>
+        <translation>目标距地面 %1。</translation>
+    </message>
+    <message>
+        <source>Visible: %1, hidden: %2, not known: %3</source>
+        <translation>可见：%1，不可见：%2，未知：%3</translation>
+    </message>
+    <message>
+        <source>Cells of %1</source>
+        <translation>格网边长 %1</translation>
+    </message>
+    <message>
+        <source>The observer&apos;s place or height is none.</source>
+        <translation>观察点的位置或高度无效。</translation>
+    </message>
+    <message>
+        <source>The radius may be up to %1, and a cell up to the radius.</source>
+        <translation>半径最大为 %1，格网边长不得超过半径。</translation>
+    </message>
+    <message>
+        <source>The cells are too small for this radius: it may have %1 of them.</source>
+        <translation>相对于该半径，格网过小：半径上最多 %1 格。</translation>
+    </message>
+    <message>
+        <source>The height of the ground below the observer is not known.</source>
+        <translation>观察点处的地面高程未知。</translation>
+    </message>
+    <message>
+        <source>Called off.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
+        <source>%1: hidden from here on</source>
+        <translation>%1：自此处起不可见</translation>
+    </message>
+    <message>
+        <source>visible</source>
+        <translation>可见</translation>
+    </message>
+    <message>
+        <source>hidden</source>
+        <translation>不可见</translation>
+    </message>
+</context>
+<context>
+    <name>SightPanel</name>
+    <message>
+        <source>GeoTIFF (*.tif)</source>
+        <translation>GeoTIFF (*.tif)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>%1 is there already. Do you want to replace it?</source>
+        <translation>%1 已存在。是否替换？</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>Export %1</source>
+        <translation>导出%1</translation>
+    </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>已写入 %1。</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>%1 未能写入。</translation>
+    </message>
+    <message>
+        <source>&amp;Line of sight</source>
+        <translation>通视线(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Viewshed</source>
+        <translation>视域(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Click the observer and the target: is it seen, and what is in the way?</source>
+        <translation>依次点击观察点和目标：是否通视，何处遮挡？</translation>
+    </message>
+    <message>
+        <source>Click the observer: what is seen around it?</source>
+        <translation>点击观察点：周围哪些地方可见？</translation>
+    </message>
+    <message>
+        <source>Observer above ground</source>
+        <translation>观察点距地面</translation>
+    </message>
+    <message>
+        <source>Target above ground</source>
+        <translation>目标距地面</translation>
+    </message>
+    <message>
+        <source>Radius of viewshed</source>
+        <translation>视域半径</translation>
+    </message>
+    <message>
+        <source>Cell of viewshed</source>
+        <translation>视域格网</translation>
+    </message>
+    <message>
+        <source>Refraction</source>
+        <translation>折光系数</translation>
+    </message>
+    <message>
+        <source>0.13 is usual by day; 0 leaves it out. It bends rays down, so that they reach farther.</source>
+        <translation>白天通常为 0.13；0 表示不计。折光使视线向下弯曲，从而看得更远。</translation>
+    </message>
+    <message>
+        <source>Viewshed from</source>
+        <translation>视域起点</translation>
+    </message>
+    <message>
+        <source>Viewshed &amp;from</source>
+        <translation>视域起点(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Found</source>
+        <translation>结果</translation>
+    </message>
+    <message>
+        <source>Fly to</source>
+        <translation>飞到</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>&amp;Home of the current block</source>
+        <translation>当前测区的起降点(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Mark point that is chosen</source>
+        <translation>所选标记点(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Below the &amp;camera</source>
+        <translation>相机正下方(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Click the observer on the map; Escape ends it.</source>
+        <translation>请在地图上点击观察点；按 Esc 结束。</translation>
+    </message>
+    <message>
+        <source>Click the target on the map; Escape ends it.</source>
+        <translation>请在地图上点击目标；按 Esc 结束。</translation>
     </message>
 </context>
 </TS>
