@@ -92,7 +92,7 @@ QString PlaceShapefile(const QString& target, const QByteArray& made)
     QTemporaryDir aside(
         info.dir().filePath(QStringLiteral(".") + info.fileName() + QStringLiteral(".XXXXXX")));
     if (!aside.isValid())
-        return aside.errorString();
+        return QStringLiteral("\"%1\": %2").arg(QDir::toNativeSeparators(target), aside.errorString());
     // The shapes last: without them the others count for nothing.
     const QStringList suffixes{QStringLiteral("dbf"), QStringLiteral("shx"), QStringLiteral("prj"),
                                QStringLiteral("cpg"), QStringLiteral("shp")};
@@ -100,7 +100,8 @@ QString PlaceShapefile(const QString& target, const QByteArray& made)
     for (const QString& suffix : suffixes) {
         const QByteArray bytes = BytesOf(made + '.' + suffix.toLatin1());
         if (!AxReplaceFile(bytes, aside.filePath(suffix), AxReadableBy::Anyone, error))
-            return error;
+            return error.replace(QDir::toNativeSeparators(aside.filePath(suffix)),
+                                 QDir::toNativeSeparators(target));
     }
     const QString stem = info.dir().filePath(info.completeBaseName()) + QLatin1Char('.');
     // Search trees of the shapes that were there.
