@@ -3,15 +3,18 @@
 #include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
 #include "host/CameraRest.h"
+#include "host/CoordinatesMenu.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
 #include "host/exchange/GeoExchange.h"
 #include "host/FileDrop.h"
+#include "host/GoTo.h"
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
 #include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
+#include "host/PlaceLabel.h"
 #include "host/project/ProjectSession.h"
 #include "host/SignalRelay.h"
 #include "host/sight/SightPanel.h"
@@ -50,7 +53,6 @@
 #include <QToolBar>
 #include <QUndoView>
 
-#include <cmath>
 #include <functional>
 
 namespace {
@@ -95,7 +97,7 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
       blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
       zones(new ZonePanel(viewer, cameraRest)), tasks(new TaskPanel(viewer)),
       aircraft(new AircraftPanel(viewer)), kept(KeptState::Open(hostOptions, this)),
-      extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new QLabel),
+      extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new PlaceLabel(viewer)),
       state(new QLabel)
 {
     // With it Control adds to the selection.
@@ -117,7 +119,6 @@ MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
                 "tasks", QStringLiteral("PlanShown"),
                 {shown->taskID, static_cast<double>(shown->plan.points.size()), shown->plan.figures.length});
     });
-    connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this, &MainWindow::ShowPlace);
     if (!options.noVoice && !options.IsUnattended())
         connect(aircraft, &AircraftPanel::Spoken, new Voice(viewer, this), &Voice::Warn);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &MainWindow::OnLoaded);
@@ -334,17 +335,6 @@ void MainWindow::RelaySignals()
                     std::bind(relay, "manipulator", _1, _2), viewer);
 }
 
-void MainWindow::ShowPlace(double longitude, double latitude, double altitude, double, bool coarse)
-{
-    const auto text = [](double value, int decimals, const QString& withUnit) {
-        return std::isnan(value) ? QStringLiteral("-") : withUnit.arg(QString::number(value, 'f', decimals));
-    };
-    const QString degrees = tr("%1\302\260");
-    place->setText(tr("Longitude %1, latitude %2, altitude %3")
-                       .arg(text(longitude, 6, degrees), text(latitude, 6, degrees),
-                            text(altitude, coarse ? 0 : 1, tr("%1 m"))));
-}
-
 void MainWindow::BuildMenus()
 {
     QMenu* file = menuBar()->addMenu(tr("&File"));
@@ -383,6 +373,7 @@ void MainWindow::BuildMenus()
     switches[QStringLiteral("zones")] = zones->ShowAction();
     view->addSeparator();
     view->addMenu(new UnitsMenu(kept, this));
+    view->addMenu(new CoordinatesMenu(viewer, kept, this));
     QMenu* places = view->addMenu(tr("&Places"));
     const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),
                             tr("Spanish Peaks from 500 m")};
@@ -396,7 +387,12 @@ void MainWindow::BuildMenus()
     for (QDockWidget* panel : qAsConst(panels))
         view->addAction(panel->toggleViewAction());
 
-    menuBar()->addMenu(new NavigateMenu(viewer->getManipulator(), this));
+    auto* navigate = new NavigateMenu(viewer->getManipulator(), this);
+    menuBar()->addMenu(navigate);
+    navigate->addSeparator();
+    navigate->addAction(
+        tr("&Go to a coordinate..."), this, [this] { AskAndGo(viewer, this); },
+        QKeySequence(QStringLiteral("Ctrl+G")));
 
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addAction(

@@ -72,8 +72,6 @@ private:
     void RestoreSwitches();
     void BuildProject();
     void GoToFirstView();
-    /// Degrees, degrees and metres, NaN for what is not known; a coarse altitude has no decimals.
-    void ShowPlace(double longitude, double latitude, double altitude, double range, bool coarse);
     void ReportProgress();
     void OnSavePicture();
     void ShowAbout();

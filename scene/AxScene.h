@@ -7,6 +7,7 @@
 namespace osg {
 class Group;
 }
+class AxCoordinateSystem;
 namespace osgEarth {
 class MapNode;
 class SpatialReference;
@@ -33,6 +34,8 @@ public:
     virtual void GetElevations(QList<osg::Vec3d>& points) const = 0;
     /// As CAxEarthViewer::GetHAE().
     virtual double GetHAE(double longitude, double latitude, double altitude) const = 0;
+    /// In which coordinates places are shown; may be another one with every event.
+    virtual const AxCoordinateSystem& CoordinateSystem() const = 0;
     /// What is shown, without the tools bar and the read-out, which belong to the window and not to the map.
     virtual QImage Picture() = 0;
 };

@@ -478,8 +478,17 @@ void AxViewerPrivate::followView(const osgEarth::Viewpoint& viewpoint, bool byEv
 
 void AxViewerPrivate::showReadOut(double longitude, double latitude, double altitude, double range)
 {
-    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range);
-    setCoordinate({texts.longitude, texts.latitude, texts.altitude, texts.range});
+    pointed = {longitude, latitude, altitude, range};
+    showReadOutAgain();
+}
+
+void AxViewerPrivate::showReadOutAgain()
+{
+    if (!pointed)
+        return;
+    const auto [longitude, latitude, altitude, range] = *pointed;
+    const AxReadOut texts = AxReadOut::Of(longitude, latitude, altitude, range, coordSystem);
+    setCoordinate({texts.longitude, texts.latitude, texts.altitude, texts.range, texts.system});
 }
 
 void AxViewerPrivate::setCoordinate(const QStringList& texts)
@@ -487,8 +496,10 @@ void AxViewerPrivate::setCoordinate(const QStringList& texts)
     // A change while the frame is painted would ask for a second one at once;
     // the next tick paints anyway.
     nextReadOut = painting ? texts : QStringList();
-    if (!painting)
-        coordinateWidget->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
+    if (painting)
+        return;
+    coordinateWidget->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
+    coordinateWidget->SetSystem(texts.value(4));
 }
 
 AxViewerParts* AxPartsOf(CAxEarthViewer* viewer)

@@ -8,6 +8,8 @@
 #include "viewer/AxBlockFlight.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxAlgorthm/AxCoordinateSystem.h>
+
 #include <osg/Group>
 #include <osg/Matrixd>
 #include <osg/ref_ptr>
@@ -19,6 +21,8 @@
 #include <osgViewer/Viewer>
 
 #include <QSet>
+
+#include <array>
 
 class AxFrame;
 class AxGlViewport;
@@ -60,6 +64,7 @@ public:
     osg::Group* ObjectGroup() const override { return geomAdapterGroup; }
     void GetElevations(QList<osg::Vec3d>& points) const override;
     double GetHAE(double longitude, double latitude, double altitude) const override;
+    const AxCoordinateSystem& CoordinateSystem() const override { return coordSystem; }
     void ShowAllBlocks() override { q->SetAllBlockView(0.0); }
     QImage Picture() override;
 
@@ -93,6 +98,8 @@ public:
     void takeInput();
     void followView(const osgEarth::Viewpoint& viewpoint, bool byEvent);
     void showReadOut(double longitude, double latitude, double altitude, double range);
+    /// Shows the same place once more, as after a change of the coordinate system.
+    void showReadOutAgain();
     void setCoordinate(const QStringList& texts);
     /// Paints the frame once more and reads it, without showing it.
     QImage paintedPicture();
@@ -136,7 +143,8 @@ public:
     osg::Vec3d projPlaneCenter;
     osg::Matrixd projPlaneMatrix;
     AxBlockFlight blockFlight;
-    QString coordSys;
+    AxCoordinateSystem coordSystem;
+    std::optional<std::array<double, 4>> pointed; ///< what the read-out shows, as the manipulator told it
 
     AxGlViewport* glWidget = nullptr;
     std::unique_ptr<AxFrame> frame;

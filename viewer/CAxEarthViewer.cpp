@@ -428,7 +428,7 @@ const osg::Matrixd& CAxEarthViewer::GetProjPlaneMatrix() const
 
 const QString& CAxEarthViewer::GetCoordSys() const
 {
-    return d->coordSys;
+    return d->coordSystem.Text();
 }
 
 void CAxEarthViewer::slotGridWidget(QString, bool bVisible)

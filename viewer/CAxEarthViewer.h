@@ -21,6 +21,7 @@
 #include <memory>
 
 class AxBlockOperations;
+class AxCoordinateSystem;
 class AxMapLayers;
 class AxMeasurements;
 class AxSightAnalysis;
@@ -309,11 +310,14 @@ public:
     const osg::Vec3d& GetProjPlaneCenter() const;
     void SetProjPlaneMatrix(const osg::Matrixd& matrix);
     const osg::Matrixd& GetProjPlaneMatrix() const;
-    /// Coordinate system of read-outs, as PROJ knows it: an EPSG code ("EPSG:32613", "32613"), WKT or a PROJ
-    /// string; empty for geographic coordinates. False for one that is not known, with the reason in `why`;
-    /// the one before then stays.
+    /// Coordinate system of read-outs and of measured places, as AxCoordinateSystem::Of() takes it: an EPSG
+    /// code ("EPSG:32613", "32613"), WKT, a PROJ string; "DMS", "UTM" or "MGRS" for WGS 84 in that form; empty
+    /// for decimal degrees. False for one that has no places or is not known, with the reason in `why`; the
+    /// one before then stays. signalCoordSys() tells of another one.
     bool SetCoordSys(const QString& system, QString* why = nullptr);
     const QString& GetCoordSys() const;
+    /// The same as it converts and writes places; see there. Valid until another one is set.
+    const AxCoordinateSystem& GetCoordinateSystem() const;
 
     /// Show or hide the sky (with the graticule), the compass, the read-out.
     void SetSkyNodeVisible(bool visible);
@@ -357,6 +361,8 @@ signals:
     void signalCurrentBlock(QString strHanleID);
     /// An object was shown, hidden, locked, unlocked, or drawn from its record.
     void signalBlockState(QString strHanleID);
+    /// Places are shown in another coordinate system: what SetCoordSys() took.
+    void signalCoordSys(QString system);
     /// SetEditAids() was called.
     void signalEditAids();
     /// The operator changed which objects are selected together: the IDs of all of them, in that order.

@@ -2,10 +2,6 @@
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxViewerPrivate.h"
 
-#include <osgEarth/SpatialReference>
-
-#include <QCoreApplication>
-
 #include <cmath>
 #include <limits>
 
@@ -26,19 +22,19 @@ void CAxEarthViewer::slotRequestElevation(double longitude, double latitude)
 
 bool CAxEarthViewer::SetCoordSys(const QString& system, QString* why)
 {
-    const QString wanted = system.trimmed();
-    if (!wanted.isEmpty()) {
-        bool isCode = false;
-        wanted.toUInt(&isCode);
-        const QString named = isCode ? QStringLiteral("epsg:") + wanted : wanted;
-        const osgEarth::SpatialReference* known = osgEarth::SpatialReference::create(named.toStdString());
-        if (!known || !(known->isGeographic() || known->isProjected())) {
-            if (why)
-                *why =
-                    tr("\"%1\" is no coordinate system of places that is known here.").arg(wanted.left(100));
-            return false;
-        }
+    const std::optional<AxCoordinateSystem> made = AxCoordinateSystem::Of(system, why);
+    if (!made)
+        return false;
+    const bool isOther = made->Text() != d->coordSystem.Text();
+    d->coordSystem = *made;
+    if (isOther) {
+        d->showReadOutAgain();
+        emit signalCoordSys(made->Text());
     }
-    d->coordSys = wanted;
     return true;
+}
+
+const AxCoordinateSystem& CAxEarthViewer::GetCoordinateSystem() const
+{
+    return d->coordSystem;
 }

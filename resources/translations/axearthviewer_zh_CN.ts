@@ -38,6 +38,10 @@
         <source>Move blocks</source>
         <translation>移动多个测区</translation>
     </message>
+    <message>
+        <source>%1:%2</source>
+        <translation>%1：%2</translation>
+    </message>
 </context>
 <context>
     <name>CAxEarthViewer</name>
@@ -171,6 +175,80 @@
     <message>
         <source>Audio</source>
         <translation>语音</translation>
+    </message>
+</context>
+<context>
+    <name>CoordinatesMenu</name>
+    <message>
+        <source>Coord&amp;inates</source>
+        <translation>坐标(&amp;I)</translation>
+    </message>
+    <message>
+        <source>&amp;Decimal degrees</source>
+        <translation>十进制度(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Degrees, &amp;minutes, seconds</source>
+        <translation>度分秒(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;UTM</source>
+        <translation>&amp;UTM</translation>
+    </message>
+    <message>
+        <source>M&amp;GRS</source>
+        <translation>M&amp;GRS</translation>
+    </message>
+    <message>
+        <source>&amp;Other system (%1)...</source>
+        <translation>其他坐标系（%1）(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Other system...</source>
+        <translation>其他坐标系(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>Coordinate system</source>
+        <translation>坐标系</translation>
+    </message>
+    <message>
+        <source>An EPSG code (32613), the exact name of a system, a PROJ string or WKT.</source>
+        <translation>EPSG 代码（32613）、坐标系的准确名称、PROJ 字符串或 WKT。</translation>
+    </message>
+</context>
+<context>
+    <name>GoTo</name>
+    <message>
+        <source>The middle of a square with sides of %1</source>
+        <translation>边长 %1 的方格中心</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Degrees (37.4032, -105.0167 or 37°24'11.5&quot;N 105°01'W), UTM (13N 500000 4140000) or MGRS (13S EB 00000 40000), WGS 84.</source>
+        <translation>度（37.4032, -105.0167 或 37°24'11.5&quot;N 105°01'W）、UTM（13N 500000 4140000）或 MGRS（13S EB 00000 40000），WGS 84。</translation>
+    </message>
+    <message>
+        <source>Two numbers alone are coordinates of %1.</source>
+        <translation>仅有两个数字时为 %1 的坐标。</translation>
+    </message>
+    <message>
+        <source>Go to a coordinate</source>
+        <translation>转到坐标</translation>
+    </message>
+    <message>
+        <source>Fly there</source>
+        <translation>飞到该处</translation>
+    </message>
+    <message>
+        <source>Set a mark</source>
+        <translation>设置标记</translation>
+    </message>
+    <message>
+        <source>Mark not set</source>
+        <translation>未设置标记</translation>
     </message>
 </context>
 <context>
@@ -431,18 +509,6 @@ A small host for the AxEarthViewer globe. MIT licence; the NOTICE file credits t
 AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数据来源见 NOTICE 文件。</translation>
     </message>
     <message>
-        <source>Longitude %1, latitude %2, altitude %3</source>
-        <translation>经度 %1，纬度 %2，高度 %3</translation>
-    </message>
-    <message>
-        <source>%1°</source>
-        <translation>%1°</translation>
-    </message>
-    <message>
-        <source>%1 m</source>
-        <translation>%1 米</translation>
-    </message>
-    <message>
         <source>There is no display: DISPLAY is not set.</source>
         <translation>没有显示器：未设置 DISPLAY。</translation>
     </message>
@@ -505,6 +571,29 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+    <message>
+        <source>&amp;Go to a coordinate...</source>
+        <translation>转到坐标(&amp;G)...</translation>
+    </message>
+</context>
+<context>
+    <name>PlaceLabel</name>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1°</source>
+        <translation>%1°</translation>
+    </message>
+    <message>
+        <source>Longitude %1, latitude %2, altitude %3</source>
+        <translation>经度 %1，纬度 %2，高度 %3</translation>
+    </message>
+    <message>
+        <source>%1 (%2), altitude %3</source>
+        <translation>%1（%2），高度 %3</translation>
     </message>
 </context>
 <context>

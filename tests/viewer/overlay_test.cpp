@@ -1,6 +1,7 @@
 // The compass and the coordinate read-out over the map.
 #include "SceneEvents.h"
 
+#include "interaction/input/CAxEarthManipulator.h"
 #include "viewer/overlay/AxReadOut.h"
 #include "viewer/overlay/CAxCoordinateWidget.h"
 #include "viewer/overlay/CAxGraphicsCompassItem.h"
@@ -15,6 +16,7 @@
 #include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QSignalSpy>
 
 #include <cmath>
 
@@ -214,4 +216,43 @@ TEST_F(Overlay, ReadsTextsAsTheyStand)
             shown += label->text();
         EXPECT_EQ(shown, texts);
     }
+}
+
+TEST_F(Overlay, FollowsTheCoordinateSystem)
+{
+    const auto* readOut = viewer->GetCoordinateWidget();
+    const int bottom = readOut->geometry().bottom();
+    const auto shown = [readOut] {
+        QStringList texts;
+        for (const QLabel* label : readOut->findChildren<QLabel*>())
+            if (label->isVisibleTo(readOut))
+                texts += label->text();
+        return texts.join('|');
+    };
+    emit viewer->getManipulator()->signalPointed(-105.01, 37.4, 2500.0, 1000.0, false);
+    const QString degrees = shown();
+    QSignalSpy told(viewer, &CAxEarthViewer::signalCoordSys);
+    QString why;
+    EXPECT_FALSE(viewer->SetCoordSys("EPSG:5773", &why));
+    EXPECT_TRUE(why.contains("heights")) << why.toStdString();
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_EQ(shown(), degrees);
+    const struct
+    {
+        const char* system;
+        const char* text;
+    } rows[] = {{"EPSG:32613", "easting:499114.92 m|northing:4139247.22 m|altitude:2500.00"},
+                {"EPSG:32633", "easting:-|northing:-|altitude:2500.00"},
+                {"EPSG:32633", "outside the area of WGS 84 / UTM zone 33N"},
+                {"UTM", "|UTM 13N, WGS 84"},
+                {"DMS", "longitude:105\302\26000'36.00\"W|latitude:37\302\26024'00.00\"N|"},
+                {"MGRS", "MGRS:13S DB 99114 39247||altitude"}};
+    for (const auto& row : rows) {
+        ASSERT_TRUE(viewer->SetCoordSys(row.system));
+        EXPECT_TRUE(shown().contains(QString::fromUtf8(row.text))) << shown().toStdString();
+        EXPECT_EQ(readOut->geometry().bottom(), bottom);
+    }
+    EXPECT_EQ(told.size(), 5);
+    ASSERT_TRUE(viewer->SetCoordSys(QString()));
+    EXPECT_EQ(shown(), degrees);
 }

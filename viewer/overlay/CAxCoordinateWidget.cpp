@@ -13,6 +13,8 @@ constexpr int columnGap = 6;
 constexpr int largestTextPixels = 12;
 constexpr int smallestTextPixels = 8;
 constexpr std::size_t cells = 4;
+constexpr int heightOfTexts = 48;
+constexpr int heightOfSystem = 18;
 
 bool IsDigit(QChar letter)
 {
@@ -25,6 +27,15 @@ bool HasSameWidth(const QString& one, const QString& other)
     return std::equal(one.cbegin(), one.cend(), other.cbegin(), other.cend(),
                       [](QChar a, QChar b) { return a == b || (IsDigit(a) && IsDigit(b)); });
 }
+
+QLabel* NewLabel(QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setStyleSheet(
+        QStringLiteral("background-color: rgba(255, 255, 255, 0);\ncolor:rgb(255, 255, 255);"));
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
 } // namespace
 
 CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent)
@@ -33,7 +44,7 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     setWindowTitle(tr("Form"));
     setWindowOpacity(0.8);
     EnableMove(false);
-    resize(294, 48);
+    resize(294, heightOfTexts);
     QFont family = font();
     family.setFamily(AxOverlayFontFamily());
     family.setPixelSize(largestTextPixels);
@@ -45,10 +56,7 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     grid->setHorizontalSpacing(columnGap);
     grid->setVerticalSpacing(0);
     for (std::size_t cell = 0; cell < labels.size(); ++cell) {
-        labels[cell] = new QLabel(this);
-        labels[cell]->setStyleSheet(
-            QStringLiteral("background-color: rgba(255, 255, 255, 0);\ncolor:rgb(255, 255, 255);"));
-        labels[cell]->setTextFormat(Qt::PlainText);
+        labels[cell] = NewLabel(this);
         grid->addWidget(labels[cell], static_cast<int>(cell / 2), static_cast<int>(cell % 2));
     }
     FitTexts();
@@ -68,6 +76,27 @@ void CAxCoordinateWidget::SetCoordinate(const QString& longitude, const QString&
     }
     if (!fits)
         FitTexts();
+}
+
+void CAxCoordinateWidget::SetSystem(const QString& name)
+{
+    if (name.isEmpty()) {
+        delete system;
+        system = nullptr;
+    } else if (!system) {
+        system = NewLabel(this);
+        static_cast<QGridLayout*>(layout())->addWidget(system, 2, 0, 1, 2);
+    }
+    if (system) {
+        const int inner = width() - 2 * labelMargin;
+        system->setFixedSize(inner, heightOfSystem);
+        system->setText(system->fontMetrics().elidedText(name, Qt::ElideRight, inner));
+        system->show();
+    }
+    const int wanted = heightOfTexts + (system ? heightOfSystem : 0);
+    // It stands on the lower edge of the map.
+    if (wanted != height())
+        setGeometry(x(), y() + height() - wanted, width(), wanted);
 }
 
 void CAxCoordinateWidget::mousePressEvent(QMouseEvent* event)
@@ -104,7 +133,7 @@ void CAxCoordinateWidget::FitTexts()
     // Half of the panel each, unless one column needs more. Of a fixed size,
     // because any other label has the panel laid out anew with each text.
     left = qBound(1, qMax(left, qMin(inner / 2, inner - right)), inner - 1);
-    const int lineHeight = (height() - 2 * labelMargin) / 2;
+    const int lineHeight = (heightOfTexts - 2 * labelMargin) / 2;
     for (std::size_t cell = 0; cell < cells; ++cell) {
         if (fitted.pixelSize() != labels[cell]->font().pixelSize())
             labels[cell]->setFont(fitted);
