@@ -179,7 +179,10 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
         d->tools.TakeUp(ToolNavigate);
         emit signalHandlePickEnded(left);
     } else if (key == Qt::Key_Escape) {
-        d->objects.GiveUpOperation();
+        // What nobody is in the middle of is left: the several, or the one.
+        if (!d->tools.InHand().GiveUp() && !d->objects.GiveUpOperation() && !d->tools.IsBusy() &&
+            GetToolKind(d->tools.Tool()) == ToolKindNavigate)
+            d->objects.LeaveSelection();
     } else if (key == Qt::Key_Backspace && d->objects.Current()) {
         d->objects.Current()->RemoveLastPoint();
     }

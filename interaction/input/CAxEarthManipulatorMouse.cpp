@@ -39,6 +39,8 @@ public:
 
     osg::Node* Object() override { return manipulator.pickNode(aa, lngLat, world); }
     // Who hears of a drawable may take it out of the scene.
+    osg::Vec2d InPicture() const override { return {ea.getXnormalized(), ea.getYnormalized()}; }
+    int Modifiers() const override { return ea.getModKeyMask(); }
     void HoverDrawable() override
     {
         if (const osg::ref_ptr<osg::Drawable> drawable = manipulator.pickDrawable(ea, aa))
@@ -139,6 +141,11 @@ bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::G
 }
 
 void CAxEarthManipulator::endMove(const Pick& pick)
+    {
+        Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
+        if (viewer->Tools().InHand().Release(step) || !viewer)
+            return true;
+    }
 {
     mover->End([this, &pick] { emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world); });
 }

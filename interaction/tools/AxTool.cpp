@@ -18,6 +18,11 @@ bool AxTool::Drag(AxMouseStep&)
     return false;
 }
 
+bool AxTool::Release(AxMouseStep&)
+{
+    return false;
+}
+
 bool AxTool::Click(AxMouseStep& step)
 {
     const bool multi = parts.Tools().IsMultiSelect();

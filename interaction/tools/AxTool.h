@@ -1,6 +1,7 @@
 #pragma once
 #include <AxBaseUI/AxToolTable.h>
 
+#include <osg/Vec2d>
 #include <osg/Vec3d>
 
 class AxBlockMover;
@@ -26,6 +27,10 @@ public:
     const osg::Vec3d lngLat; ///< degrees, degrees, metres; zeros over space
     const osg::Vec3d world;  ///< geocentric metres; zeros over space
     bool IsOverGround() const { return world != osg::Vec3d(); }
+    /// Where in the picture, -1 to 1, x to the right, y upwards.
+    virtual osg::Vec2d InPicture() const = 0;
+    /// The modifier keys that are held, osg's bits.
+    virtual int Modifiers() const = 0;
 
     /// The feature node of the map object, or the named handle, under the mouse; null without.
     virtual osg::Node* Object() = 0;
@@ -66,6 +71,10 @@ public:
     virtual void Press(AxMouseStep& step);
     /// The mouse moves with the left button held; true keeps the camera where it is.
     virtual bool Drag(AxMouseStep& step);
+    /// The left button is let go after a drag; true keeps it from everybody else.
+    virtual bool Release(AxMouseStep& step);
+    /// Escape: true when there was something to give up.
+    virtual bool GiveUp() { return false; }
     /// The left button was pressed and let go in one place; true keeps the click from everybody else.
     virtual bool Click(AxMouseStep& step);
     /// The place of a click that is nobody else's, over the ground.
