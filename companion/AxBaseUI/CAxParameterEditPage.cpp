@@ -102,6 +102,7 @@ void CAxParameterEditPage::SetElementParas(const QStringList& names, const QStri
     delete m_pList->layout();
     auto* const grid = new QGridLayout(m_pList);
     grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(ContentLayout()->spacing()); // as the grid above has it
     for (int i = 0; i < names.size(); ++i) {
         const Element element = addElement(grid, QStringLiteral("m_pListElement%1").arg(i));
         element.name->setText(names[i]);
@@ -131,6 +132,8 @@ void CAxParameterEditPage::MarkWrong(int element)
 void CAxParameterEditPage::showEvent(QShowEvent* event)
 {
     CAxBaseDialog::showEvent(event);
+    // Names have their size only now.
+    alignNames();
     if (event->spontaneous() || !m_pBeginning)
         return;
     m_pBeginning->setFocus(Qt::TabFocusReason); // which selects its text
@@ -188,5 +191,4 @@ void CAxParameterEditPage::updateGroups()
     show(m_element1, m_element1Hidden);
     show(m_element2, m_element2Hidden);
     m_pList->setVisible(!m_listHidden && !m_elements.isEmpty());
-    alignNames();
 }
