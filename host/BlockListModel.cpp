@@ -234,6 +234,7 @@ bool BlockListModel::setData(const QModelIndex& index, const QVariant& value, in
         viewer->slotBlockVisible(id, on);
     else
         return false;
+    emit Switched(id, index.column(), on);
     return true;
 }
 

@@ -55,6 +55,8 @@ public:
 signals:
     /// A name was not taken; why, for a person.
     void Refused(const QString& reason);
+    /// A box of the lock's or the visibility's column was set by setData().
+    void Switched(const QString& id, int column, bool on);
 
 private:
     struct Row

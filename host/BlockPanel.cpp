@@ -6,6 +6,7 @@
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxData/CAxBlockManager.h>
 
+#include <QApplication>
 #include <QCollator>
 #include <QContextMenuEvent>
 #include <QFontMetrics>
@@ -13,7 +14,10 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QScopedValueRollback>
+#include <QSet>
 #include <QSortFilterProxyModel>
+
+#include <algorithm>
 
 namespace {
 // "Block 9" before "Block 10".
@@ -43,6 +47,17 @@ protected:
 private:
     QCollator collator;
 };
+
+// What is selected on the map: several objects, or else the current one.
+QStringList SelectedOn(const CAxEarthViewer& viewer)
+{
+    QStringList ids;
+    for (const CAxHandleAdapter* object : viewer.GetMultiSelectAdapter())
+        ids += object->GetHandleID();
+    if (const CAxHandleAdapter* current = viewer.GetCurHandleAdapter(); current && ids.isEmpty())
+        ids += current->GetHandleID();
+    return ids;
+}
 } // namespace
 
 BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
@@ -53,7 +68,7 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     sorted->setSourceModel(blockRows);
     setModel(sorted);
     setSelectionBehavior(SelectRows);
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ExtendedSelection);
     setEditTriggers(DoubleClicked);
     setTabKeyNavigation(false);
     setSortingEnabled(true);
@@ -91,7 +106,9 @@ BlockPanel::BlockPanel(CAxEarthViewer* earthViewer, QWidget* parent)
 
     connect(this, &QTableView::clicked, this, &BlockPanel::OnClicked);
     connect(blockRows, &BlockListModel::Refused, this, &BlockPanel::Told);
-    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockPanel::MarkCurrent);
+    connect(blockRows, &BlockListModel::Switched, this, &BlockPanel::OnSwitched);
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockPanel::FollowViewer);
+    connect(viewer, &CAxEarthViewer::signalMultiSelectBlock, this, &BlockPanel::FollowViewer);
     // A block that is being drawn is current before it has a row, and a removed row's place is taken by
     // another one.
     connect(blockRows, &BlockListModel::rowsInserted, this, &BlockPanel::FollowViewer);
@@ -117,51 +134,107 @@ QString BlockPanel::BlockOf(const QModelIndex& shown) const
     return shown.isValid() ? blockRows->BlockAt(sorted->mapToSource(shown).row()) : QString();
 }
 
-void BlockPanel::OnClicked(const QModelIndex& shown)
+QStringList BlockPanel::Chosen() const
 {
-    if (shown.column() != BlockListModel::LockColumn && shown.column() != BlockListModel::VisibleColumn)
-        Fly(shown);
+    QStringList inRows;
+    for (const QModelIndex& shown : selectionModel()->selectedRows())
+        inRows += BlockOf(shown);
+    const QSet<QString> wanted(inRows.cbegin(), inRows.cend());
+    QStringList ids;
+    QSet<QString> taken;
+    for (const QString& id : SelectedOn(*viewer) + inRows)
+        if (wanted.contains(id) && !taken.contains(id)) {
+            ids += id;
+            taken.insert(id);
+        }
+    return ids;
 }
 
-void BlockPanel::MarkCurrent(const QString& id)
+void BlockPanel::OnClicked(const QModelIndex& shown)
 {
-    if (isChoosing)
-        return;
-    const int row = blockRows->RowOf(id);
-    if (row < 0) {
-        // The keys of the list act on its current row, seen or not.
-        selectionModel()->clear();
-        return;
-    }
-    const QModelIndex shown = sorted->mapFromSource(blockRows->index(row, BlockListModel::NameColumn));
-    if (!selectionModel()->isRowSelected(shown.row(), QModelIndex()))
-        setCurrentIndex(shown);
+    const bool isSwitch =
+        shown.column() == BlockListModel::LockColumn || shown.column() == BlockListModel::VisibleColumn;
+    if (!isSwitch && QApplication::keyboardModifiers() == Qt::NoModifier)
+        Fly();
 }
 
 void BlockPanel::FollowViewer()
 {
-    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
-    MarkCurrent(current ? current->GetHandleID() : QString());
+    if (isChoosing)
+        return;
+    QItemSelection wanted;
+    QModelIndex latest;
+    for (const QString& id : SelectedOn(*viewer))
+        if (const int row = blockRows->RowOf(id); row >= 0) {
+            latest = sorted->mapFromSource(blockRows->index(row, BlockListModel::NameColumn));
+            wanted.select(latest, latest.siblingAtColumn(BlockListModel::ColumnCount - 1));
+        }
+    if (!latest.isValid()) {
+        // The keys of the list act on its current row, seen or not.
+        const QScopedValueRollback<bool> quiet(isByHand, false);
+        selectionModel()->clear();
+        return;
+    }
+    const bool isSame = selectionModel()->selectedRows().size() == wanted.size() &&
+                        std::all_of(wanted.begin(), wanted.end(), [this](const QItemSelectionRange& range) {
+                            return selectionModel()->isRowSelected(range.top(), QModelIndex());
+                        });
+    if (isSame)
+        return;
+    const QScopedValueRollback<bool> quiet(isByHand, false);
+    selectionModel()->setCurrentIndex(latest, QItemSelectionModel::NoUpdate);
+    selectionModel()->select(wanted, QItemSelectionModel::ClearAndSelect);
 }
 
-void BlockPanel::MakeCurrent(const QString& id)
+void BlockPanel::TellViewer()
 {
-    const CAxHandleAdapter* object = viewer->FindExistNode(id);
+    const QStringList ids = Chosen();
+    bool isTaken = false;
     {
         const QScopedValueRollback<bool> guard(isChoosing, true);
-        viewer->SetNodeSelected(object ? object->GetFeatureNode() : nullptr, false, false);
+        isTaken = viewer->SelectBlocks(ids);
     }
-    // A drawing is not left for a row. Queued, because the list selects the row after it made it current.
-    if (viewer->GetCurHandleAdapter() && viewer->GetCurHandleAdapter() != object)
+    // A drawing is not left for a row. Queued, because the list is in the middle of its own change.
+    if (!isTaken)
         QMetaObject::invokeMethod(this, &BlockPanel::FollowViewer, Qt::QueuedConnection);
 }
 
-void BlockPanel::currentChanged(const QModelIndex& now, const QModelIndex& before)
+void BlockPanel::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
 {
-    QTableView::currentChanged(now, before);
+    QTableView::selectionChanged(selected, deselected);
     // A row that takes the place of a removed one was not chosen by anybody.
-    if (isByHand && now.row() != before.row())
-        MakeCurrent(BlockOf(now));
+    if (isByHand)
+        TellViewer();
+}
+
+QItemSelectionModel::SelectionFlags BlockPanel::selectionCommand(const QModelIndex& index,
+                                                                 const QEvent* event) const
+{
+    // A box in one of several chosen rows is for them all, which a plain press would take for a choice.
+    const bool isSwitch =
+        index.column() == BlockListModel::LockColumn || index.column() == BlockListModel::VisibleColumn;
+    const bool isMouse =
+        event && (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease ||
+                  event->type() == QEvent::MouseButtonDblClick);
+    if (isSwitch && isMouse && selectionModel()->isRowSelected(index.row(), QModelIndex()))
+        return QItemSelectionModel::NoUpdate;
+    return QTableView::selectionCommand(index, event);
+}
+
+void BlockPanel::OnSwitched(const QString& id, int column, bool on)
+{
+    const QStringList chosen = Chosen();
+    if (!isSwitching && chosen.contains(id))
+        Switch(chosen, column, on);
+}
+
+void BlockPanel::Switch(const QStringList& ids, int column, bool on)
+{
+    const QScopedValueRollback<bool> guard(isSwitching, true);
+    for (const QString& id : ids)
+        if (const int row = blockRows->RowOf(id); row >= 0)
+            blockRows->setData(blockRows->index(row, column), on ? Qt::Checked : Qt::Unchecked,
+                               Qt::CheckStateRole);
 }
 
 void BlockPanel::mousePressEvent(QMouseEvent* event)
@@ -170,47 +243,60 @@ void BlockPanel::mousePressEvent(QMouseEvent* event)
     QTableView::mousePressEvent(event);
 }
 
+void BlockPanel::mouseReleaseEvent(QMouseEvent* event)
+{
+    const QScopedValueRollback<bool> guard(isByHand, true);
+    QTableView::mouseReleaseEvent(event);
+}
+
 void BlockPanel::mouseMoveEvent(QMouseEvent* event)
 {
     const QScopedValueRollback<bool> guard(isByHand, true);
     QTableView::mouseMoveEvent(event);
 }
 
-void BlockPanel::Fly(const QModelIndex& shown)
+void BlockPanel::Fly()
 {
-    const QString id = BlockOf(shown);
-    if (viewer->FindExistNode(id))
-        viewer->slotFocusBlock(id);
-    else if (!id.isEmpty())
+    const QStringList ids = Chosen();
+    if (ids.size() == 1 && viewer->FindExistNode(ids.constFirst()))
+        viewer->slotFocusBlock(ids.constFirst());
+    else if (!ids.isEmpty() && !viewer->SetBlockView(ids))
         emit Told(tr("This block is not on the map."));
 }
 
 void BlockPanel::Rename(const QModelIndex& shown)
 {
     const QModelIndex name = shown.siblingAtColumn(BlockListModel::NameColumn);
-    setCurrentIndex(name);
+    // Of several chosen rows the others stay chosen.
+    selectionModel()->setCurrentIndex(name, QItemSelectionModel::NoUpdate);
     edit(name);
 }
 
-void BlockPanel::Delete(const QModelIndex& shown)
+void BlockPanel::Delete()
 {
-    AskAndDeleteBlocks(viewer, {BlockOf(shown)}, window());
+    AskAndDeleteBlocks(viewer, Chosen(), window());
 }
 
 void BlockPanel::keyPressEvent(QKeyEvent* event)
 {
     const QModelIndex shown = currentIndex();
-    if (state() != EditingState && shown.isValid() && event->modifiers() == Qt::NoModifier) {
+    const bool isForRows = state() != EditingState && event->modifiers() == Qt::NoModifier;
+    if (isForRows && event->key() == Qt::Key_Escape && !Chosen().isEmpty()) {
+        const QScopedValueRollback<bool> guard(isByHand, true);
+        clearSelection();
+        return;
+    }
+    if (isForRows && shown.isValid()) {
         switch (event->key()) {
         case Qt::Key_Delete:
-            Delete(shown);
+            Delete();
             return;
         case Qt::Key_F2:
             Rename(shown);
             return;
         case Qt::Key_Return:
         case Qt::Key_Enter:
-            Fly(shown);
+            Fly();
             return;
         default:
             break;
@@ -220,16 +306,39 @@ void BlockPanel::keyPressEvent(QKeyEvent* event)
     QTableView::keyPressEvent(event);
 }
 
+void BlockPanel::AddSwitches(QMenu& menu, const QStringList& ids)
+{
+    const struct
+    {
+        int column;
+        bool (CAxHandleAdapter::*state)() const;
+        QString on;
+        QString off;
+    } rows[] = {{BlockListModel::VisibleColumn, &CAxHandleAdapter::IsVisible, tr("&Show"), tr("&Hide")},
+                {BlockListModel::LockColumn, &CAxHandleAdapter::IsLock, tr("&Lock"), tr("&Unlock")}};
+    for (const auto& row : rows)
+        for (const bool on : {true, false}) {
+            const bool isWanted = std::any_of(ids.begin(), ids.end(), [&](const QString& id) {
+                const CAxHandleAdapter* object = viewer->FindExistNode(id);
+                return object && (object->*row.state)() != on;
+            });
+            if (isWanted)
+                menu.addAction(on ? row.on : row.off, this,
+                               [this, ids, column = row.column, on] { Switch(ids, column, on); });
+        }
+}
+
 void BlockPanel::contextMenuEvent(QContextMenuEvent* event)
 {
     const QPersistentModelIndex shown(indexAt(viewport()->mapFromGlobal(event->globalPos())));
     if (!shown.isValid())
         return;
     QMenu menu;
-    menu.addAction(tr("&Fly there"), this, [this, shown] { Fly(shown); });
+    menu.addAction(tr("&Fly there"), this, &BlockPanel::Fly);
     menu.addAction(tr("&Rename"), this, [this, shown] { Rename(shown); });
+    AddSwitches(menu, Chosen());
     menu.addSeparator();
-    menu.addAction(tr("&Delete..."), this, [this, shown] { Delete(shown); });
+    menu.addAction(tr("&Delete..."), this, &BlockPanel::Delete);
     emit MenuAsked(&menu);
     menu.exec(event->globalPos());
 }

@@ -7,10 +7,12 @@ class QMenu;
 class QSortFilterProxyModel;
 
 /**
- * The list of blocks. A click on a row flies to its block, a double click or
- * F2 renames it, Delete deletes it after a question. The highlighted row is the
- * viewer's current block: mouse and keys in the list choose it, and a choice on
- * the map moves the highlight. Tab leaves the list.
+ * The list of blocks. A click on a row flies to its block, Enter to all chosen
+ * ones, a double click or F2 renames, Delete deletes after a question. The
+ * highlighted rows are what the viewer has selected: mouse and keys in the list,
+ * with Ctrl and Shift for several rows, select on the map, and a choice on the
+ * map moves the highlight. Escape chooses nothing. What is done to one of
+ * several chosen rows, or by the menu, is done to them all. Tab leaves the list.
  */
 class BlockPanel : public QTableView
 {
@@ -23,6 +25,8 @@ public:
     QSize sizeHint() const override;
     /// Why drawing would refuse a block that is drawn, in words; empty when it would not.
     QString FaultOf(const QString& id) const;
+    /// Blocks of the highlighted rows, drawn or not: first those that the viewer has selected, in its order.
+    QStringList Chosen() const;
 
 signals:
     /// Something that the status bar shows.
@@ -31,8 +35,11 @@ signals:
     void MenuAsked(QMenu* menu);
 
 protected:
-    void currentChanged(const QModelIndex& now, const QModelIndex& before) override;
+    void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -40,18 +47,21 @@ protected:
 private:
     QString BlockOf(const QModelIndex& shown) const;
     void OnClicked(const QModelIndex& shown);
-    void MarkCurrent(const QString& id);
     void FollowViewer();
-    void MakeCurrent(const QString& id);
-    void Fly(const QModelIndex& shown);
+    void TellViewer();
+    void OnSwitched(const QString& id, int column, bool on);
+    void Switch(const QStringList& ids, int column, bool on);
+    void AddSwitches(QMenu& menu, const QStringList& ids);
+    void Fly();
     void Rename(const QModelIndex& shown);
-    void Delete(const QModelIndex& shown);
+    void Delete();
 
     CAxEarthViewer* viewer;
     BlockListModel* blockRows;
     QSortFilterProxyModel* sorted;
-    bool isByHand = false;   ///< mouse or keys are at work in the list
-    bool isChoosing = false; ///< the viewer is being told
+    bool isByHand = false;    ///< mouse or keys are at work in the list
+    bool isChoosing = false;  ///< the viewer is being told
+    bool isSwitching = false; ///< what one row was switched to is done to the others
 };
 
 /// Deletes blocks, their objects and their tasks, after a question, as one step that can be undone. A locked

@@ -2,18 +2,13 @@
 #include "host/exchange/GeoBlocks.h"
 #include "host/exchange/GeoImportBox.h"
 #include "interaction/AxBlockOperations.h"
-#include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
-#include "scene/base/AxLongitudes.h"
 #include "viewer/CAxEarthViewer.h"
 
-#include <AxAlgorthm/AxCoordinate.h>
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxBaseUI/CAxParameterEditPage.h>
 #include <AxBaseUI/CAxProgressWgt.h>
 #include <AxData/CAxBlockManager.h>
-
-#include <osgEarth/Viewpoint>
 
 #include <QDir>
 #include <QEventLoop>
@@ -54,35 +49,6 @@ QStringList Suffixes()
     for (const Format& format : Formats())
         suffixes += format.suffix;
     return suffixes;
-}
-
-/// The middle of the blocks, and how far they reach from it in metres.
-struct Extent
-{
-    QPointF middle;
-    double radius = 0.0;
-};
-
-Extent ExtentOf(const QStringList& ids)
-{
-    QList<QPointF> places;
-    for (const QString& id : ids)
-        if (const CAxBlock* block = CAxBlockManager::instance().GetBlock(id))
-            places += block->GetAnchor();
-    if (places.isEmpty())
-        return {};
-    QPointF low = places.constFirst();
-    QPointF high = low;
-    for (const QPointF& place : qAsConst(places)) {
-        const double longitude = AxLongitudes::NearestTo(low.x(), place.x());
-        low = {std::min(low.x(), longitude), std::min(low.y(), place.y())};
-        high = {std::max(high.x(), longitude), std::max(high.y(), place.y())};
-    }
-    Extent extent{(low + high) / 2.0};
-    extent.radius =
-        DistanceBetweenTwoLatLng({extent.middle.x(), extent.middle.y(), 0.0}, {high.x(), high.y(), 0.0});
-    extent.middle.setX(std::remainder(extent.middle.x(), 360.0));
-    return extent;
 }
 } // namespace
 
@@ -231,7 +197,7 @@ void GeoExchange::ImportOne(const QString& file)
         return;
     const QStringList made = operations->Replace({}, std::move(records), tr("Import"));
     TellImported(made, wanted);
-    FlyTo(made);
+    viewer->SetBlockView(made);
 }
 
 void GeoExchange::TellImported(const QStringList& ids, int wanted)
@@ -252,20 +218,6 @@ void GeoExchange::TellImported(const QStringList& ids, int wanted)
                 .arg(ids.size()));
     else
         emit Told(tr("Blocks imported: %1").arg(ids.size()));
-}
-
-void GeoExchange::FlyTo(const QStringList& ids)
-{
-    constexpr double leastRange = 500.0; // metres
-    constexpr double radiiAway = 3.0;
-    constexpr double flightSeconds = 2.0;
-    if (ids.isEmpty())
-        return;
-    const Extent extent = ExtentOf(ids);
-    viewer->getManipulator()->setViewpoint(
-        osgEarth::Viewpoint("", extent.middle.x(), extent.middle.y(), 0.0, 0.0, -90.0,
-                            std::max(leastRange, radiiAway * extent.radius)),
-        flightSeconds);
 }
 
 std::optional<GeoExchange::Target> GeoExchange::AskWhere(const QString& name)

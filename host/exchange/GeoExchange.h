@@ -58,7 +58,6 @@ private:
     /// Asks for the coordinate system of a file that names none.
     std::optional<AxGeoContent> ReadWithSystem(const QString& file);
     void ImportOne(const QString& file);
-    void FlyTo(const QStringList& ids);
     void TellImported(const QStringList& ids, int wanted);
     void Tell(const QString& title, const QString& text, const QStringList& details);
     QStringList Chosen() const;

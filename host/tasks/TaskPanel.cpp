@@ -108,6 +108,7 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     column->addWidget(BuildFlown());
 
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &TaskPanel::OnCurrentBlock);
+    connect(viewer, &CAxEarthViewer::signalCurrentTask, this, &TaskPanel::OnCurrentTask);
     connect(homeClick, &HomeClick::Wanted, this, &TaskPanel::OnHomeWanted);
     connect(homeClick, &HomeClick::Done, parameters, &TaskParameters::ShowPlaces);
     const CAxBlockManager* records = &CAxBlockManager::instance();
@@ -175,9 +176,13 @@ void TaskPanel::BuildList()
     connect(exportRoute, &QAction::triggered, this, &TaskPanel::Export);
     connect(importRoute, &QAction::triggered, this, &TaskPanel::Import);
     connect(list, &QListWidget::currentItemChanged, this, [this] {
-        if (!isListing)
-            ShowPlan();
+        if (isListing)
+            return;
+        ShowPlan();
+        SelectRoute();
     });
+    // The row that is chosen already, whose route stands out no more.
+    connect(list, &QListWidget::itemClicked, this, &TaskPanel::SelectRoute);
     connect(list, &QListWidget::itemChanged, this, &TaskPanel::OnItemChanged);
 }
 
@@ -240,8 +245,27 @@ CAxTask* TaskPanel::Chosen() const
 
 void TaskPanel::OnCurrentBlock(const QString& id)
 {
-    if (!homeClick->IsWanted() && id != blockID && HasTasks(CAxBlockManager::instance().GetBlock(id)))
+    if (homeClick->IsWanted() || !HasTasks(CAxBlockManager::instance().GetBlock(id)))
+        return;
+    if (id != blockID)
         ShowBlock(id);
+    else
+        SelectRoute();
+}
+
+void TaskPanel::OnCurrentTask(const QString& block, const QString& task)
+{
+    if (task.isEmpty() || block != blockID || task == ChosenID())
+        return;
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->data(Qt::UserRole).toString() == task)
+            list->setCurrentRow(i);
+}
+
+void TaskPanel::SelectRoute()
+{
+    if (!homeClick->IsWanted())
+        viewer->SelectTaskID(ChosenID());
 }
 
 void TaskPanel::ShowBlock(const QString& id)
@@ -270,6 +294,9 @@ void TaskPanel::ListTasks(const QString& chosenID)
         }
     }
     ShowPlan();
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    if (current && current->GetHandleID() == blockID)
+        SelectRoute();
 }
 
 void TaskPanel::Mark(QListWidgetItem* item)

@@ -24,7 +24,8 @@ class TaskRoutes;
 /**
  * The tasks of the viewer's current block: their list, what is to be flown, what it amounts to, files. While
  * no block is current the last one stays. A double click or F2 renames a task, Delete deletes it after a
- * question, its box shows or hides its route. GUI thread.
+ * question, its box shows or hides its route. The chosen task's route stands out on the map, and a click on a
+ * route there chooses its task. GUI thread.
  */
 class TaskPanel : public QWidget
 {
@@ -59,6 +60,8 @@ private:
     void ShowPlan();
     void Mark(QListWidgetItem* item);
     void OnCurrentBlock(const QString& id);
+    void OnCurrentTask(const QString& block, const QString& task);
+    void SelectRoute();
     void OnPlanned(const QString& block, const QString& task);
     void OnItemChanged(QListWidgetItem* item);
     void OnEntryClicked(const QString& block, int entry);

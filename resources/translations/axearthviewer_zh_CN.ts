@@ -46,6 +46,14 @@
 <context>
     <name>CAxEarthViewer</name>
     <message>
+        <source>Display all blocks</source>
+        <translation>显示全部测区</translation>
+    </message>
+    <message>
+        <source>There is no block to be seen on the map.</source>
+        <translation>地图上没有可见的测区。</translation>
+    </message>
+    <message>
         <source>Video adapter tips</source>
         <translation>显卡提示</translation>
     </message>
@@ -958,6 +966,22 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>飞到该处(&amp;F)</translation>
     </message>
     <message>
+        <source>&amp;Show</source>
+        <translation>显示(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Hide</source>
+        <translation>隐藏(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;Lock</source>
+        <translation>锁定(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Unlock</source>
+        <translation>解锁(&amp;U)</translation>
+    </message>
+    <message>
         <source>&amp;Rename</source>
         <translation>重命名(&amp;R)</translation>
     </message>
@@ -1753,6 +1777,54 @@ Heights are above the ellipsoid.</source>
         <translation>移动视图</translation>
     </message>
     <message>
+        <source>Mark points</source>
+        <translation>标记点</translation>
+    </message>
+    <message>
+        <source>Click with &quot;Mark points&quot;</source>
+        <translation>用“标记点”单击</translation>
+    </message>
+    <message>
+        <source>Sets a mark; Escape puts the tool down</source>
+        <translation>设置标记；Esc 放下工具</translation>
+    </message>
+    <message>
+        <source>Moves it; while browsing only the selected one</source>
+        <translation>移动标记；浏览时只移动所选标记</translation>
+    </message>
+    <message>
+        <source>Shows coordinates, height, name and note</source>
+        <translation>显示坐标、高程、名称和备注</translation>
+    </message>
+    <message>
+        <source>Deletes the mark under the mouse, or the selected one</source>
+        <translation>删除鼠标下的标记或所选标记</translation>
+    </message>
+    <message>
+        <source>Ctrl and drag beside the blocks with &quot;Select and move&quot;</source>
+        <translation>使用“选择并移动”，按住 Ctrl 在测区外拖动</translation>
+    </message>
+    <message>
+        <source>Draws a frame; the blocks that it meets are selected as well</source>
+        <translation>绘制选框，并选中与其相交的测区</translation>
+    </message>
+    <message>
+        <source>Gives a drag up, or else leaves what is selected</source>
+        <translation>放弃拖动，否则取消选择</translation>
+    </message>
+    <message>
+        <source>Flies to the block; Enter to all chosen ones</source>
+        <translation>飞到测区；回车飞到所有选中的测区</translation>
+    </message>
+    <message>
+        <source>Ctrl or Shift and click; Ctrl+A; Escape</source>
+        <translation>按住 Ctrl 或 Shift 单击；Ctrl+A；Esc</translation>
+    </message>
+    <message>
+        <source>Selects several, on the map as well; all; none</source>
+        <translation>选中多个（地图同步）；全选；取消选择</translation>
+    </message>
+    <message>
         <source>Drag, left button</source>
         <translation>左键拖动</translation>
     </message>
@@ -1893,10 +1965,6 @@ Heights are above the ellipsoid.</source>
         <translation>删除鼠标下的角点，否则删除测区</translation>
     </message>
     <message>
-        <source>Gives a drag up</source>
-        <translation>放弃拖动</translation>
-    </message>
-    <message>
         <source>Ctrl+Z; Ctrl+Shift+Z</source>
         <translation>Ctrl+Z；Ctrl+Shift+Z</translation>
     </message>
@@ -1911,10 +1979,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Click; Enter</source>
         <translation>单击；Enter</translation>
-    </message>
-    <message>
-        <source>Flies to the block</source>
-        <translation>飞到测区</translation>
     </message>
     <message>
         <source>Double click; F2</source>

@@ -11,6 +11,7 @@
 
 #include <QDockWidget>
 #include <QMainWindow>
+#include <QSignalSpy>
 
 TEST(PanelExtents, ComeBackWhenASmallWindowGrowsAgain)
 {
@@ -161,4 +162,59 @@ TEST_F(BlockPanelOnMap, TheHighlightedRowIsTheCurrentBlockAndTabLeavesTheList)
     EXPECT_EQ(Highlighted(panel), "");
     const ModalBox tooFewCorners;
     viewer->SetToolType(ToolNavigate);
+}
+
+TEST_F(BlockPanelOnMap, RowsAndTheMapSelectSeveralTogether)
+{
+    for (const auto& [id, longitude] : {std::pair{"a", 10.0}, {"b", 11.0}, {"c", 12.0}})
+        Draw(id, longitude);
+    BlockPanel panel(viewer);
+    panel.resize(400, 300);
+    panel.show();
+    QSignalSpy told(viewer, &CAxEarthViewer::signalMultiSelectBlock);
+    const auto onMap = [] {
+        QStringList ids;
+        for (const CAxHandleAdapter* one : viewer->GetMultiSelectAdapter())
+            ids += one->GetHandleID();
+        return ids;
+    };
+    QTest::keyClick(&panel, Qt::Key_Down);
+    QTest::keyClick(&panel, Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(onMap(), (QStringList{"a", "b"}));
+    EXPECT_EQ(told.size(), 1);
+    const auto cell = [&panel](int row, int column) {
+        return panel.visualRect(panel.model()->index(row, column)).center();
+    };
+    QTest::mouseClick(panel.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      cell(2, BlockListModel::NameColumn));
+    QTest::mouseClick(panel.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                      cell(0, BlockListModel::NameColumn));
+    EXPECT_EQ(onMap(), (QStringList{"b", "c"}));
+
+    ASSERT_TRUE(viewer->SelectBlocks({"c", "a"}));
+    EXPECT_EQ(panel.Chosen(), (QStringList{"c", "a"})) << "in the order of the map";
+    panel.model()->setData(panel.model()->index(0, BlockListModel::LockColumn), Qt::Checked,
+                           Qt::CheckStateRole);
+    for (const char* id : {"a", "c"})
+        EXPECT_TRUE(viewer->FindExistNode(QString(id))->IsLock()) << id;
+    EXPECT_FALSE(viewer->FindExistNode(QStringLiteral("b"))->IsLock());
+    QTest::mouseClick(panel.viewport(), Qt::LeftButton, Qt::NoModifier,
+                      cell(0, BlockListModel::VisibleColumn));
+    EXPECT_EQ(panel.Chosen().size(), 2) << "a box in a chosen row is no other choice";
+
+    viewer->slotBlockLock(QStringLiteral("a"), false);
+    ModalBox box;
+    box.answers += ModalBox::Press(QStringLiteral("Delete"));
+    QTest::keyClick(&panel, Qt::Key_Delete);
+    EXPECT_EQ(box.count, 1);
+    EXPECT_TRUE(box.texts.join(' ').contains(QStringLiteral("locked")));
+    EXPECT_FALSE(viewer->FindExistNode(QStringLiteral("a")));
+    EXPECT_TRUE(viewer->FindExistNode(QStringLiteral("c")));
+
+    QTest::keyClick(&panel, Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(onMap().size(), 2);
+    QTest::keyClick(&panel, Qt::Key_Escape);
+    EXPECT_TRUE(onMap().isEmpty());
+    EXPECT_EQ(Current(), "");
+    EXPECT_TRUE(panel.Chosen().isEmpty());
 }
