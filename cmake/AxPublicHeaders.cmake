@@ -31,6 +31,7 @@ set(AX_PUBLIC_HEADERS
   interaction/AxMeasurements.h=interaction/measure/AxMeasurements.h
   interaction/AxStripShape.h=interaction/objects/AxStripShape.h
   interaction/CAxOsgDrawLine.h=interaction/objects/CAxOsgDrawLine.h
+  interaction/CAxOsgDrawPointSet.h=interaction/marks/CAxOsgDrawPointSet.h
   interaction/CAxOsgDrawRectange.h=interaction/objects/CAxOsgDrawRectange.h
   interaction/EHandleOperation.h=scene/EHandleOperation.h
   interaction/AxEditedShape.h=interaction/editing/AxEditedShape.h

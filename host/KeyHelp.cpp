@@ -77,6 +77,17 @@ const QList<Group>& Groups()
              {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Z; Ctrl+Shift+Z"),
               QT_TRANSLATE_NOOP("KeyHelp", "Takes an edit back; does it again")},
          }},
+        {QT_TRANSLATE_NOOP("KeyHelp", "Mark points"),
+         {
+             {QT_TRANSLATE_NOOP("KeyHelp", "Click with \"Mark points\""),
+              QT_TRANSLATE_NOOP("KeyHelp", "Sets a mark; Escape puts the tool down")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Drag"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Moves it; while browsing only the selected one")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Double click"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Shows coordinates, height, name and note")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Delete"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Deletes the mark under the mouse, or the selected one")},
+         }},
         {QT_TRANSLATE_NOOP("KeyHelp", "List of blocks"),
          {
              {QT_TRANSLATE_NOOP("KeyHelp", "Click; Enter"),

@@ -12,6 +12,7 @@
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
+#include "host/marks/MarkPanel.h"
 #include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
 #include "host/PlaceLabel.h"
@@ -94,7 +95,7 @@ bool IsForPeople(const QString& signal)
 
 MainWindow::MainWindow(const HostOptions& hostOptions, EventLog& eventLog)
     : options(hostOptions), viewer(new CAxEarthViewer(this)), events(eventLog), log(new LogPanel),
-      blocks(new BlockPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
+      blocks(new BlockPanel(viewer)), marks(new MarkPanel(viewer)), cameraRest(new CameraRest(viewer, this)),
       zones(new ZonePanel(viewer, cameraRest)), tasks(new TaskPanel(viewer)),
       aircraft(new AircraftPanel(viewer)), kept(KeptState::Open(hostOptions, this)),
       extents(new PanelExtents(this)), tools(new ToolActions(viewer, this)), place(new PlaceLabel(viewer)),
@@ -137,6 +138,7 @@ MainWindow::~MainWindow()
     viewer->ReleaseAll();
     // Their rows ask the viewer.
     delete blocks;
+    delete marks;
     delete zones;
     delete tasks;
     delete cameraRest;
@@ -157,7 +159,9 @@ QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidge
 
 void MainWindow::BuildPanels()
 {
-    AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
+    QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
+    tabifyDockWidget(blocksPanel, AddPanel(tr("Marks"), "MarksPanel", marks, Qt::LeftDockWidgetArea));
+    blocksPanel->raise();
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
     tabifyDockWidget(zonesPanel, AddPanel(tr("Aircraft"), "AircraftPanel", aircraft, Qt::LeftDockWidgetArea));
     zonesPanel->raise();
@@ -176,6 +180,7 @@ void MainWindow::BuildPanels()
     extents->Want(Qt::LeftDockWidgetArea, blocks->sizeHint().width());
     const auto tell = [this](const QString& text) { statusBar()->showMessage(text, shownMs); };
     connect(blocks, &BlockPanel::Told, this, tell);
+    connect(marks, &MarkPanel::Told, this, tell);
     connect(tasks, &TaskPanel::Told, this, tell);
     connect(aircraft, &AircraftPanel::Told, this, tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);

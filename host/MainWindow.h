@@ -15,6 +15,7 @@ class FileDrop;
 class GeoExchange;
 class KeptState;
 class LogPanel;
+class MarkPanel;
 class PanelExtents;
 class ProjectSession;
 class QDockWidget;
@@ -81,6 +82,7 @@ private:
     EventLog& events;
     LogPanel* log;
     BlockPanel* blocks;
+    MarkPanel* marks;
     CameraRest* cameraRest;
     ZonePanel* zones;
     TaskPanel* tasks;

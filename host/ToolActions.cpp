@@ -29,6 +29,9 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     Add(ToolProhibitedArea, tr("&Application area"),
         tr("Click two opposite corners of a rectangle in which you apply to fly although it meets no-fly "
            "zones"));
+    Add(ToolMarkPoint, tr("&Mark points"),
+        tr("Click places on the map to mark them; drag a mark to move it, double-click it for its name and "
+           "note, Escape puts the tool down"));
     connect(this, &QActionGroup::triggered, this, [this](const QAction* action) {
         const auto tool = static_cast<EToolType>(action->data().toInt());
         // Who browses again cuts no more, and the tool is that of browsing all the while.

@@ -1,5 +1,6 @@
 #include "viewer/AxSceneWalk.h"
 #include "analysis/CAxDrapeableNode.h"
+#include "interaction/marks/AxMarkGeometry.h"
 #include "mission/aircraft/AutoScaleContainer.h"
 #include "mission/aircraft/AxPhotoPoints.h"
 #include "mission/aircraft/AxTrailGeometry.h"
@@ -108,8 +109,8 @@ AxSceneWalk::Kind AxSceneWalk::kindOf(const osg::Object& object)
     else if (dynamic_cast<const osgEarth::Annotation::Dragger*>(&object) ||
              dynamic_cast<const osgEarth::Annotation::AnnotationEditor*>(&object))
         kind = Kind::Unknown; // handles are made while they are culled, from what the mouse is over
-    else if (IsOneOf<CAxDrapeableNode, AxWorldGeometry, AutoScaleContainer, AxPhotoGeometry, AxTrailGeometry,
-                     AxVideoFootprint>(type))
+    else if (IsOneOf<CAxDrapeableNode, AxMarkGeometry, AxWorldGeometry, AutoScaleContainer, AxPhotoGeometry,
+                     AxTrailGeometry, AxVideoFootprint>(type))
         kind = Kind::Engine;
     else if (IsBundledTile(object))
         kind = Kind::Tile;

@@ -1,5 +1,6 @@
 // The part of the viewer that hands Qt's input on to the scene.
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxViewerPrivate.h"
@@ -169,9 +170,14 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
 {
     if (key == Qt::Key_Delete) {
         // A deletion that is refused, or that an overlay hides, was meant for the vertex all the same.
-        d->deleteKeyTaken = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
-        if (d->deleteKeyTaken && reachesScene)
+        const bool isOnVertex = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
+        QString mark;
+        CAxOsgDrawPointSet* marks = isOnVertex ? nullptr : CAxOsgDrawPointSet::ForDelete(*d, mark);
+        d->deleteKeyTaken = isOnVertex || marks;
+        if (isOnVertex && reachesScene)
             d->objects.DeleteHoveredVertex();
+        else if (marks && reachesScene)
+            marks->RemoveMarks({mark});
     } else if (!reachesScene) {
         return;
     } else if (key == Qt::Key_Escape && !d->tools.IsBusy() && AxToolRowOf(d->tools.Tool()).measures) {

@@ -1,6 +1,7 @@
 #include "host/project/ProjectOnMap.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
+#include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlockManager.h>
@@ -20,6 +21,8 @@ AxProject ProjectOnMap::Look(const CAxEarthViewer& viewer, const AxProject& rest
             block.isLocked = object->IsLock();
             block.isVisible = object->IsVisible();
         }
+    const CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::FindOfViewer(&viewer);
+    project.marks = marks ? marks->Marks() : QVector<AxProjectMark>();
     const osgEarth::Viewpoint view = viewer.getManipulator()->getViewpoint();
     if (view.isValid() && view.focalPoint().isSet()) {
         const osg::Vec3d focus = view.focalPoint()->vec3d();
@@ -54,6 +57,8 @@ QStringList ProjectOnMap::Show(CAxEarthViewer& viewer, const AxProject& project)
         viewer.slotBlockVisible(block.id, block.isVisible);
         viewer.slotBlockLock(block.id, block.isLocked);
     }
+    if (CAxOsgDrawPointSet* marks = project.marks.isEmpty() ? nullptr : CAxOsgDrawPointSet::OfViewer(&viewer))
+        marks->SetMarks(project.marks);
     viewer.GetUndoStack()->clear();
     if (project.view) {
         const AxProjectView& view = *project.view;

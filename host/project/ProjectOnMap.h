@@ -7,7 +7,7 @@ class CAxEarthViewer;
 
 /// A project as the map shows it. GUI thread; the viewer has its map.
 namespace ProjectOnMap {
-/// All blocks, and the camera. Marks and values are those of `rest`, which nothing shows.
+/// All blocks, the marks of the viewer's set, and the camera. Values are those of `rest`, which nothing shows.
 AxProject Look(const CAxEarthViewer& viewer, const AxProject& rest);
 
 /// Puts the project in the place of all that is drawn: objects, records and undo history. The names of

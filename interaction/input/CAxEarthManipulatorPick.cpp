@@ -1,11 +1,13 @@
 // What is under the mouse: ground, models, drawables, map objects, mark points.
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/marks/AxMarkHit.h"
 #include "interaction/models/AxModelLayers.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxScenePick.h"
 
@@ -15,10 +17,7 @@
 #include <osgEarthAnnotation/AnnotationEditing>
 #include <osgViewer/Viewer>
 
-#include <QImage>
-
 #include <algorithm>
-#include <limits>
 
 using osgEarth::GeoPoint;
 using osgGA::GUIEventAdapter;
@@ -26,13 +25,6 @@ using osgGA::GUIEventAdapter;
 namespace {
 // Lines are a pixel or two wide; nobody hits them to the pixel.
 constexpr double lineTolerancePixels = 4.0;
-
-QSize MarkerSize()
-{
-    static const QSize size =
-        QImage(QStringLiteral(":/images/Normal/map_airline_show/Map_Marker_ic.png")).size();
-    return size;
-}
 
 // Handles that are picked by their names.
 bool IsNamedHandle(const osg::Node& node)
@@ -167,32 +159,21 @@ bool CAxEarthManipulator::IntersectMarkPoint(const GUIEventAdapter& ea, osgGA::G
     const auto ray = rayUnderMouse(ea);
     if (!ray)
         return false;
-    const QSize size = MarkerSize();
     CAxHandleAdapter* nearest = nullptr;
-    int nearestIndex = -1;
-    double nearestDepth = std::numeric_limits<double>::infinity();
+    AxMarkHit hit;
     for (CAxHandleAdapter* adapter : markPoints) {
-        const std::vector<osg::Vec3d>& points = adapter->GetAnchor();
-        for (std::size_t i = 0; i < points.size(); ++i) {
-            osg::Vec3d world;
-            if (!GeoPoint(viewer->Scene().MapSRS()->getGeographicSRS(), points[i], osgEarth::ALTMODE_ABSOLUTE)
-                     .toWorld(world))
-                continue;
-            const auto place = ray->Project(world);
-            if (!place || place->depth >= nearestDepth || AxIsBehindGlobe(ray->eye, world))
-                continue;
-            // The icon stands on its point.
-            const osg::Vec2d mouse = ray->window - place->window;
-            if (std::abs(mouse.x()) > 0.5 * size.width() || mouse.y() < 0.0 || mouse.y() > size.height())
-                continue;
-            nearest = adapter;
-            nearestIndex = static_cast<int>(i);
-            nearestDepth = place->depth;
-        }
+        std::vector<osg::Vec3d> points;
+        for (const osg::Vec3d& place : adapter->GetAnchor())
+            points.push_back(AxGlobe::WorldOf(place));
+        const auto ofAdapter = AxNearestMark(*ray, points);
+        if (!ofAdapter || (nearest && ofAdapter->depth >= hit.depth))
+            continue;
+        nearest = adapter;
+        hit = *ofAdapter;
     }
     if (!nearest)
         return false;
-    nearest->ResponseDoubleClickOnPoint(nearestIndex, nearest->GetAnchor()[std::size_t(nearestIndex)]);
+    nearest->ResponseDoubleClickOnPoint(hit.index, nearest->GetAnchor()[std::size_t(hit.index)]);
     return true;
 }
 

@@ -515,7 +515,9 @@ void CAxHandleAdapter::CreateEditor()
 
 void CAxHandleAdapter::SetAnchorEditorEnabled(bool enabled)
 {
-    if (!enabled || d->lock || !d->tasks.isEmpty() || GetAnchor().empty()) {
+    // Mark points are dragged by their icons, and there may be thousands.
+    if (!enabled || d->lock || !d->tasks.isEmpty() || GetAnchor().empty() ||
+        d->blockType == CAxBlock::MarkPointBlock) {
         disconnect(d->editorMoves);
         TakeOutOfScene(d->anchorEditor.get());
         d->anchorEditor = nullptr;

@@ -1,8 +1,10 @@
 #include "interaction/tools/AxToolBox.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/objects/AxObjects.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/tools/AxDrawTool.h"
+#include "interaction/tools/AxMarkTool.h"
 #include "interaction/tools/AxPlaceTool.h"
 #include "interaction/tools/AxSelectTool.h"
 
@@ -16,6 +18,9 @@ AxToolBox::AxToolBox(AxViewerParts& viewer, AxObjects& book) : parts(viewer), ob
 {
     for (std::size_t i = 0; i < tools.size(); ++i)
         tools[i] = make(AxTools[i]);
+    objects.Factories().SetOwn(ToolMarkPoint, [](CAxEarthViewer* map, QObject* parent) -> CAxHandleAdapter* {
+        return new CAxOsgDrawPointSet(map, parent);
+    });
 }
 
 AxToolBox::~AxToolBox() = default;
@@ -26,6 +31,8 @@ std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
     switch (row.tool) {
     case ToolVideoArea:
         return std::make_unique<AxVideoTool>(parts, row);
+    case ToolMarkPoint:
+        return std::make_unique<AxMarkTool>(parts, row);
     case ToolAddPoint:
         return std::make_unique<AxAddPointTool>(parts);
     case ToolLandingPosition:

@@ -397,6 +397,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Marks</source>
+        <translation>标记</translation>
+    </message>
+    <message>
         <source>Sight</source>
         <translation>通视</translation>
     </message>
@@ -1020,6 +1024,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 </context>
 <context>
     <name>ToolActions</name>
+    <message>
+        <source>&amp;Mark points</source>
+        <translation>标记点(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Click places on the map to mark them; drag a mark to move it, double-click it for its name and note, Escape puts the tool down</source>
+        <translation>单击地图上的位置进行标记；拖动可移动标记，双击可编辑名称和备注，Esc 放下工具</translation>
+    </message>
     <message>
         <source>&amp;Browse</source>
         <translation>浏览(&amp;B)</translation>
@@ -1760,6 +1772,30 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>KeyHelp</name>
+    <message>
+        <source>Mark points</source>
+        <translation>标记点</translation>
+    </message>
+    <message>
+        <source>Click with &quot;Mark points&quot;</source>
+        <translation>用“标记点”单击</translation>
+    </message>
+    <message>
+        <source>Sets a mark; Escape puts the tool down</source>
+        <translation>设置标记；Esc 放下工具</translation>
+    </message>
+    <message>
+        <source>Moves it; while browsing only the selected one</source>
+        <translation>移动标记；浏览时只移动所选标记</translation>
+    </message>
+    <message>
+        <source>Shows coordinates, height, name and note</source>
+        <translation>显示坐标、高程、名称和备注</translation>
+    </message>
+    <message>
+        <source>Deletes the mark under the mouse, or the selected one</source>
+        <translation>删除鼠标下的标记或所选标记</translation>
+    </message>
     <message>
         <source>Mouse and keys</source>
         <translation>鼠标与按键</translation>
@@ -4593,6 +4629,238 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Click the target on the map; Escape ends it.</source>
         <translation>请在地图上点击目标；按 Esc 结束。</translation>
+    </message>
+</context>
+<context>
+    <name>CAxOsgDrawPointSet</name>
+    <message>
+        <source>A mark needs a name.</source>
+        <translation>标记需要名称。</translation>
+    </message>
+    <message>
+        <source>A name has %1 characters at most; this one has %2.</source>
+        <translation>名称最多 %1 个字符，此名称有 %2 个。</translation>
+    </message>
+    <message>
+        <source>There is a mark &quot;%1&quot; already.</source>
+        <translation>已有名为“%1”的标记。</translation>
+    </message>
+    <message>
+        <source>Mark %1</source>
+        <translation>标记 %1</translation>
+    </message>
+    <message>
+        <source>This is no place on the map.</source>
+        <translation>这不是地图上的位置。</translation>
+    </message>
+    <message>
+        <source>Add mark</source>
+        <translation>添加标记</translation>
+    </message>
+    <message>
+        <source>This mark is not there any more.</source>
+        <translation>此标记已不存在。</translation>
+    </message>
+    <message>
+        <source>Move mark</source>
+        <translation>移动标记</translation>
+    </message>
+    <message>
+        <source>Rename %1 to %2</source>
+        <translation>将 %1 重命名为 %2</translation>
+    </message>
+    <message>
+        <source>Change note</source>
+        <translation>修改备注</translation>
+    </message>
+    <message>
+        <source>Delete mark</source>
+        <translation>删除标记</translation>
+    </message>
+    <message>
+        <source>Delete marks</source>
+        <translation>删除多个标记</translation>
+    </message>
+    <message>
+        <source>Rename marks</source>
+        <translation>重命名标记</translation>
+    </message>
+</context>
+<context>
+    <name>AxMarkDialog</name>
+    <message>
+        <source>Mark</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Coordinates:</source>
+        <translation>坐标：</translation>
+    </message>
+    <message>
+        <source>Latitude and longitude in degrees, also as degrees, minutes and seconds, UTM or MGRS</source>
+        <translation>以度表示的纬度和经度，也可用度分秒、UTM 或 MGRS</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>Height of the ground:</source>
+        <translation>地面高程：</translation>
+    </message>
+    <message>
+        <source>Note:</source>
+        <translation>备注：</translation>
+    </message>
+    <message>
+        <source>Delete mark</source>
+        <translation>删除标记</translation>
+    </message>
+</context>
+<context>
+    <name>MarkListModel</name>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+</context>
+<context>
+    <name>MarkPanel</name>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Packed KML (*.kmz)</source>
+        <translation>压缩 KML (*.kmz)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>导入(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Add the points of a file: KML, CSV, GeoJSON and others</source>
+        <translation>添加文件中的点：KML、CSV、GeoJSON 等</translation>
+    </message>
+    <message>
+        <source>Write the chosen marks, or all, as KML, CSV or GeoJSON</source>
+        <translation>将所选或全部标记写为 KML、CSV 或 GeoJSON</translation>
+    </message>
+    <message>
+        <source>&amp;Information...</source>
+        <translation>信息(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>&amp;Fly there</source>
+        <translation>飞到该处(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>删除(&amp;D)</translation>
+    </message>
+    <message>
+        <source>... (%1)</source>
+        <translation>……（%1）</translation>
+    </message>
+    <message>
+        <source>Import marks</source>
+        <translation>导入标记</translation>
+    </message>
+    <message>
+        <source>Points (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</source>
+        <translation>点 (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>%1 was not imported.</source>
+        <translation>%1 未导入。</translation>
+    </message>
+    <message>
+        <source>%1 has no points.</source>
+        <translation>%1 中没有点。</translation>
+    </message>
+    <message>
+        <source>Import %1 marks</source>
+        <translation>导入 %1 个标记</translation>
+    </message>
+    <message>
+        <source>%1 is imported.</source>
+        <translation>%1 已导入。</translation>
+    </message>
+    <message>
+        <source>%1 marks were imported; %2 areas, lines and circles are none.</source>
+        <translation>已导入 %1 个标记；另有 %2 个区域、线和圆不是标记。</translation>
+    </message>
+    <message>
+        <source>%1 marks were imported.</source>
+        <translation>已导入 %1 个标记。</translation>
+    </message>
+    <message>
+        <source>Export marks</source>
+        <translation>导出标记</translation>
+    </message>
+    <message>
+        <source>%1: marks are written as KML, KMZ, CSV or GeoJSON.</source>
+        <translation>%1：标记只能写为 KML、KMZ、CSV 或 GeoJSON。</translation>
+    </message>
+    <message>
+        <source>There are no marks.</source>
+        <translation>没有标记。</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>%1 未写入。</translation>
+    </message>
+    <message>
+        <source>%1 marks are written to %2.</source>
+        <translation>已将 %1 个标记写入 %2。</translation>
+    </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>%1 已写入。</translation>
     </message>
 </context>
 </TS>

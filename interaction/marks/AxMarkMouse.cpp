@@ -1,0 +1,134 @@
+#include "interaction/marks/AxMarkMouse.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
+#include "scene/AxObjectBook.h"
+#include "scene/AxScene.h"
+#include "scene/AxToolInHand.h"
+#include "scene/AxViewerParts.h"
+#include "scene/shape/AxViewRay.h"
+
+#include <osgViewer/View>
+#include <osgViewer/Viewer>
+
+#include <utility>
+
+using osgGA::GUIEventAdapter;
+
+namespace {
+// What a hand shakes while it clicks, pixels.
+constexpr double dragFrom = 3.0;
+
+osg::Vec2d PixelOf(const GUIEventAdapter& ea)
+{
+    return {static_cast<double>(ea.getX()), static_cast<double>(ea.getY())};
+}
+} // namespace
+
+AxMarkMouse::AxMarkMouse(CAxOsgDrawPointSet* marks) : set(marks) {}
+
+bool AxMarkMouse::isFree() const
+{
+    AxViewerParts* parts = set ? set->Parts() : nullptr;
+    if (!parts || set->IsLeaving() || !set->IsVisible() || !parts->Tools().MayPick())
+        return false;
+    const EToolType tool = parts->Tools().Tool();
+    const CAxHandleAdapter* current = parts->Objects().Current();
+    const bool isBusy = parts->Tools().IsBusy() && current != set;
+    return !isBusy && (tool == ToolNavigate || tool == ToolSelect || tool == ToolMarkPoint);
+}
+
+bool AxMarkMouse::mayDrag(const QString& id) const
+{
+    // While browsing the map is dragged, and an icon comes easily under the mouse: only the selected one
+    // moves.
+    return set->Parts()->Tools().Tool() != ToolNavigate || set->SelectedMark() == id;
+}
+
+bool AxMarkMouse::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, osg::Object*,
+                         osg::NodeVisitor*)
+{
+    auto* view = dynamic_cast<osgViewer::View*>(&aa);
+    if (!view || !set)
+        return false;
+    const osg::Camera& camera = *view->getCamera();
+    const bool isHandled = ea.getHandled();
+    switch (ea.getEventType()) {
+    case GUIEventAdapter::MOVE:
+    case GUIEventAdapter::PUSH:
+    case GUIEventAdapter::DOUBLECLICK:
+        break;
+    case GUIEventAdapter::DRAG:
+        return !isHandled && drag(ea, camera);
+    case GUIEventAdapter::RELEASE:
+        return ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON && release(ea) && !isHandled;
+    default:
+        return false;
+    }
+    // No button is held: the release went elsewhere.
+    if (ea.getEventType() == GUIEventAdapter::MOVE && isHeld)
+        release(ea);
+    const auto ray = AxViewRay::Through(camera, static_cast<double>(ea.getXnormalized()),
+                                        static_cast<double>(ea.getYnormalized()));
+    hovered = ray && isFree() && !isHandled ? set->MarkUnder(*ray) : QString();
+    if (isHandled || hovered.isEmpty() || ea.getButton() == GUIEventAdapter::RIGHT_MOUSE_BUTTON ||
+        ea.getEventType() == GUIEventAdapter::MOVE)
+        return false;
+    if (ea.getButton() != GUIEventAdapter::LEFT_MOUSE_BUTTON)
+        return false;
+    if (ea.getEventType() == GUIEventAdapter::PUSH)
+        return push(ea, *ray);
+    isOfDouble = true;
+    QMetaObject::invokeMethod(
+        set, [marks = set.data(), id = hovered] { marks->ShowInformation(id); }, Qt::QueuedConnection);
+    return true;
+}
+
+bool AxMarkMouse::push(const GUIEventAdapter& ea, const AxViewRay& ray)
+{
+    pressed = hovered;
+    pressedAt = PixelOf(ea);
+    isDragged = false;
+    isOfDouble = false;
+    isHeld = mayDrag(pressed);
+    const auto foot = ray.Project(set->WorldOf(pressed));
+    grip = foot ? ray.window - foot->window : osg::Vec2d();
+    return isHeld;
+}
+
+bool AxMarkMouse::drag(const GUIEventAdapter& ea, const osg::Camera& camera)
+{
+    if (!isHeld || !(ea.getButtonMask() & GUIEventAdapter::LEFT_MOUSE_BUTTON))
+        return isHeld;
+    if (!isDragged && (PixelOf(ea) - pressedAt).length() < dragFrom)
+        return true;
+    if (!isDragged && !set->BeginDrag(pressed))
+        return true;
+    isDragged = true;
+    const osg::Viewport* window = camera.getViewport();
+    if (!window)
+        return true;
+    const double x = static_cast<double>(ea.getXnormalized()) - 2.0 * grip.x() / window->width();
+    const double y = static_cast<double>(ea.getYnormalized()) - 2.0 * grip.y() / window->height();
+    if (const auto ray = AxViewRay::Through(camera, x, y))
+        set->DragTo(*ray);
+    return true;
+}
+
+bool AxMarkMouse::release(const GUIEventAdapter& ea)
+{
+    const bool wasHeld = std::exchange(isHeld, false);
+    const bool wasDragged = std::exchange(isDragged, false);
+    const bool wasOfDouble = std::exchange(isOfDouble, false);
+    const QString id = std::exchange(pressed, QString());
+    if (wasOfDouble)
+        return true;
+    if (id.isEmpty())
+        return false;
+    if (wasDragged)
+        QMetaObject::invokeMethod(
+            set, [marks = set.data()] { marks->EndDrag(); }, Qt::QueuedConnection);
+    else if ((PixelOf(ea) - pressedAt).length() < dragFrom)
+        // After the click of the map itself, which leaves nothing selected.
+        QMetaObject::invokeMethod(
+            set, [marks = set.data(), id] { marks->SelectMark(id); }, Qt::QueuedConnection);
+    return wasHeld;
+}

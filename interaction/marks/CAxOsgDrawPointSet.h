@@ -1,0 +1,158 @@
+#pragma once
+#include "interaction/objects/CAxHandleAdapter.h"
+
+#include <AxData/project/AxProject.h>
+
+#include <QHash>
+#include <QVector>
+
+#include <memory>
+#include <optional>
+
+class AxMarkGeometry;
+class AxMarkHeights;
+class AxMarkMouse;
+class AxShapeClamp;
+struct AxMarkChange;
+struct AxMarkHeight;
+struct AxViewRay;
+
+/**
+ * Mark points: named places with a height and a note, which stand on the ground as icons with their names. A
+ * set is one object of the map without a block record; OfViewer() is the one that the pilot's clicks fill,
+ * and a host may register further ones.
+ *
+ * Every edit is one step of the viewer's undo stack and marks the project as modified, except where it says
+ * otherwise. Vertices are its marks in their order. Owned as any CAxHandleAdapter; GUI thread.
+ */
+class AXEARTHVIEWER_EXPORT CAxOsgDrawPointSet : public CAxHandleAdapter
+{
+    Q_OBJECT
+public:
+    CAxOsgDrawPointSet(CAxEarthViewer* viewer, QObject* parent);
+    ~CAxOsgDrawPointSet() override;
+
+    /// The set of the pilot's clicks, made when there is none; null before the map is loaded.
+    static CAxOsgDrawPointSet* OfViewer(CAxEarthViewer* viewer);
+    /// The same, but null where there is none yet.
+    static CAxOsgDrawPointSet* FindOfViewer(const CAxEarthViewer* viewer);
+    /// Its handle ID.
+    static QString IDOfViewer();
+
+    // The marks
+
+    const QVector<AxProjectMark>& Marks() const { return marks; }
+    /// -1 for an unknown ID.
+    int IndexOf(const QString& id) const { return indices.value(id, -1); }
+    /// Null for an unknown ID; until the next change.
+    const AxProjectMark* Find(const QString& id) const;
+    /// "Mark 1", or the next one that is free.
+    QString NextName() const;
+
+    /// A new mark at a place in degrees, on the ground; without a name it gets NextName(). Its ID, or empty
+    /// when it was refused; `why` then says why.
+    QString AddMark(double longitude, double latitude, const QString& name = {}, QString* why = nullptr);
+    /// Adds marks from elsewhere, in one step that the undo stack calls `edit`: with IDs of their own, names
+    /// that are taken are numbered, places that are none are left out, and heights are those of the ground
+    /// where they are NaN. The IDs of those that were added.
+    QStringList AddMarks(const QVector<AxProjectMark>& wanted, const QString& edit);
+    /// Gives the mark of that ID name, place and note of `wanted`; its height follows the place. False,
+    /// nothing changed, for an unknown ID, a place that is none, and a name that is empty, too long or taken.
+    bool EditMark(const AxProjectMark& wanted, QString* why = nullptr);
+    /// In one step; IDs that are not known are passed over.
+    void RemoveMarks(const QStringList& ids);
+    /// Puts marks as they are in the place of all others, as when a project was opened: no step of the undo
+    /// stack, and the project is not modified by it. Steps over former marks come to nothing.
+    void SetMarks(const QVector<AxProjectMark>& wanted);
+
+    /// The mark that is selected; empty without. Selecting one makes the set the current object; an unknown
+    /// ID selects none.
+    const QString& SelectedMark() const { return selected; }
+    void SelectMark(const QString& id);
+    /// Opens the dialog with coordinates, height, name and note, in which all but the height can be changed,
+    /// and waits for its end.
+    void ShowInformation(const QString& id);
+
+    // The mouse
+
+    /// The mark whose icon is under the line of sight; empty without.
+    QString MarkUnder(const AxViewRay& ray) const;
+    /// The same for the mouse as it was last.
+    QString HoveredMark() const;
+    /// The set whose mark Delete is meant for now, and that mark: under the mouse, or else selected; null
+    /// without.
+    static CAxOsgDrawPointSet* ForDelete(AxViewerParts& parts, QString& id);
+    osg::Vec3d WorldOf(const QString& id) const; ///< geocentric metres, where it stands now
+    /// A drag of a mark: the mark is where it was until the end, and is shown where the ground is met. False
+    /// when it cannot begin.
+    bool BeginDrag(const QString& id);
+    void DragTo(const AxViewRay& ray);
+    void EndDrag();
+
+    /// For the undo stack: what has changed, or `back` to what was before.
+    void Apply(const QVector<AxMarkChange>& changes, bool back);
+
+    // As an object of the map
+
+    void RemoveMarkerPoint(QString name) override;
+    /// Gives the marks these names in their order; names that cannot be taken, and those beyond the last
+    /// mark, are passed over.
+    void SetMarkerPointName(const QStringList& names) override;
+    QStringList GetMarkerPointName() override;
+    /// Adds marks at these places, named one after the other; no step of the undo stack.
+    void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
+    void ClearPoints() override; ///< as SetMarks() with none
+    void SetAdapterVisible(bool visible, QString taskID) override;
+    int CheckGeometry() override;
+    bool CancelHandle() override;
+    void DrawNameLabel() override {}
+    std::vector<osg::Vec3d> Outline() override { return {}; }              ///< points enclose nothing
+    void ResponseDoubleClickOnPoint(int index, osg::Vec3d point) override; ///< opens the information
+
+public slots:
+    void slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
+    void slotDoubleClicked(osg::Vec3d, osg::Vec3d) override {}
+    void slotMouseRelease(osg::Vec3d, osg::Vec3d) override {}
+    void slotHandleMoved(double, double, double) override {}
+
+signals:
+    /// Marks have come, gone or changed. Of one that comes or goes the viewer tells by signalAddMarkPoint()
+    /// and signalDelMarkPoint(), of everything else by signalResetBlockMarkPointListPage().
+    void marksChanged();
+    void selectedMarkChanged(QString id);
+    void signalResetList(); ///< the viewer's signalResetBlockMarkPointListPage()
+
+protected:
+    void updateAdapter() override {}
+
+private slots:
+    void onCurrentChanged(const QString& id);
+
+private:
+    QSet<QString> namesBut(const QString& id) const;
+    bool commit(const QVector<AxMarkChange>& changes, const QString& text);
+    void rebuild(const QSet<QString>& moved);
+    void draw();
+    bool layOnGround();
+    osg::Vec3d placeOf(const AxProjectMark& mark) const; ///< on the ground as it is loaded
+    void askHeights(const QVector<AxProjectMark>& of);
+    void takeHeights(const QVector<AxMarkHeight>& found);
+    void tell(const QVector<AxMarkChange>& changes, bool back);
+    void endDragging();
+
+    QVector<AxProjectMark> marks;
+    QHash<QString, int> indices;
+    std::vector<osg::Vec3d> worlds; ///< where they are drawn, geocentric metres
+    QString selected;
+    QString dragged;                  ///< empty: none
+    std::optional<osg::Vec3d> dragTo; ///< degrees, degrees, metres
+    EHandleOperation beforeDrag = OperationIdle;
+    std::size_t toBeLaid = 0; ///< so many marks still have to be laid on changed ground
+    std::size_t laidLast = 0;
+    osg::ref_ptr<AxMarkGeometry> geometry;
+    osg::ref_ptr<AxMarkMouse> mouse;
+    class Ground;
+    osg::ref_ptr<Ground> ground;
+    std::unique_ptr<AxShapeClamp> clamp;
+    std::unique_ptr<AxMarkHeights> heights;
+};
