@@ -367,3 +367,26 @@ TEST_F(TasksOnMap, EachFlightIsListedAndGoesToAFileOfItsOwn)
     }
     EXPECT_GE(waypoints, Drawn()->GetGeometry()->size());
 }
+
+TEST_F(TasksOnMap, TheListAndTheRoutesSelectEachOther)
+{
+    TaskPanel panel(viewer);
+    panel.AddAction()->trigger();
+    panel.AddAction()->trigger();
+    auto* list = panel.findChild<QListWidget*>("TaskList");
+    ASSERT_EQ(list->count(), 2);
+    const auto idAt = [list](int row) { return list->item(row)->data(Qt::UserRole).toString(); };
+    EXPECT_EQ(viewer->GetSelectedTask(), idAt(1)) << "the one that was added";
+    ASSERT_TRUE(waitFor([] { return Object()->GetTaskList().size() == 2; }, 5000));
+    for (const CAxTaskPolygon* route : Object()->GetTaskList())
+        EXPECT_EQ(route->IsHighlighted(), route->GetTaskID() == idAt(1)) << "drawn after that";
+    list->setCurrentRow(0);
+    EXPECT_EQ(viewer->GetSelectedTask(), idAt(0));
+    EXPECT_TRUE(viewer->SelectTaskID(idAt(1)));
+    EXPECT_EQ(list->currentRow(), 1);
+    viewer->SelectBlocks({});
+    EXPECT_TRUE(viewer->GetSelectedTask().isEmpty());
+    EXPECT_EQ(list->currentRow(), 1) << "the last one stays";
+    viewer->SelectBlockID(blockID);
+    EXPECT_EQ(viewer->GetSelectedTask(), idAt(1));
+}
