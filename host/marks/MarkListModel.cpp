@@ -59,6 +59,11 @@ void MarkListModel::Follow()
     emit dataChanged(index(0, 0), index(rows.size() - 1, ColumnCount - 1));
 }
 
+CAxOsgDrawPointSet* MarkListModel::Set() const
+{
+    return set;
+}
+
 QString MarkListModel::MarkAt(int row) const
 {
     return row >= 0 && row < rows.size() ? rows[row].id : QString();

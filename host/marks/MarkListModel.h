@@ -31,7 +31,7 @@ public:
     MarkListModel(CAxEarthViewer* viewer, QObject* parent);
 
     /// Null until a mark was made.
-    CAxOsgDrawPointSet* Set() const { return set; }
+    CAxOsgDrawPointSet* Set() const;
     QString MarkAt(int row) const;
     int RowOf(const QString& id) const; ///< -1 for an unknown ID
 
