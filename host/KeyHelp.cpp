@@ -77,6 +77,15 @@ const QList<Group>& Groups()
              {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Z; Ctrl+Shift+Z"),
               QT_TRANSLATE_NOOP("KeyHelp", "Takes an edit back; does it again")},
          }},
+        {QT_TRANSLATE_NOOP("KeyHelp", "Measuring"),
+         {
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Shift+D; Ctrl+Shift+H"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Measures distances; height differences")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Click; double click; Backspace"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Adds a point; the last one; takes one back")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Escape"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Gives the measurement up; pressed again, leaves the tool")},
+         }},
         {QT_TRANSLATE_NOOP("KeyHelp", "Mark points"),
          {
              {QT_TRANSLATE_NOOP("KeyHelp", "Click with \"Mark points\""),

@@ -13,6 +13,8 @@
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
 #include "host/marks/MarkPanel.h"
+#include "host/measure/MeasurePanel.h"
+#include "host/MeasureMenu.h"
 #include "host/NavigateMenu.h"
 #include "host/PanelExtents.h"
 #include "host/PlaceLabel.h"
@@ -28,6 +30,7 @@
 #include "host/UnitsMenu.h"
 #include "host/Voice.h"
 #include "host/ZonePanel.h"
+#include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -172,6 +175,9 @@ void MainWindow::BuildPanels()
     BuildTaskPanels();
     QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
     tabifyDockWidget(logPanel, taskPanels.at(1));
+    measure = new MeasurePanel(viewer);
+    measurePanel = AddPanel(tr("Measurements"), "MeasurePanel", measure, Qt::BottomDockWidgetArea);
+    tabifyDockWidget(logPanel, measurePanel);
     logPanel->raise();
     BuildSightPanel();
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
@@ -182,6 +188,7 @@ void MainWindow::BuildPanels()
     connect(blocks, &BlockPanel::Told, this, tell);
     connect(marks, &MarkPanel::Told, this, tell);
     connect(tasks, &TaskPanel::Told, this, tell);
+    connect(measure, &MeasurePanel::Told, this, tell);
     connect(aircraft, &AircraftPanel::Told, this, tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
 }
@@ -360,6 +367,7 @@ void MainWindow::BuildMenus()
         tools->Follow();
     });
     BuildDrawMenu();
+    FillMeasureMenu(MeasureMenu(), tools, measure, measurePanel);
     BuildTaskMenu();
     findChild<SightPanel*>()->FillMenu(MeasureMenu());
 
@@ -377,7 +385,12 @@ void MainWindow::BuildMenus()
     view->addAction(zones->ShowAction());
     switches[QStringLiteral("zones")] = zones->ShowAction();
     view->addSeparator();
-    view->addMenu(new UnitsMenu(kept, this));
+    auto* units = new UnitsMenu(kept, this);
+    view->addMenu(units);
+    // Queued: the menu tells of the choice before it is made.
+    connect(
+        units, &QMenu::triggered, measure, [this] { viewer->GetMeasurements()->WriteAgain(); },
+        Qt::QueuedConnection);
     view->addMenu(new CoordinatesMenu(viewer, kept, this));
     QMenu* places = view->addMenu(tr("&Places"));
     const QStringList names{tr("Whole globe"), tr("Alps"), tr("Spanish Peaks from 20 km"),

@@ -16,6 +16,7 @@ class GeoExchange;
 class KeptState;
 class LogPanel;
 class MarkPanel;
+class MeasurePanel;
 class PanelExtents;
 class ProjectSession;
 class QDockWidget;
@@ -83,6 +84,7 @@ private:
     LogPanel* log;
     BlockPanel* blocks;
     MarkPanel* marks;
+    MeasurePanel* measure = nullptr;
     CameraRest* cameraRest;
     ZonePanel* zones;
     TaskPanel* tasks;
@@ -93,6 +95,7 @@ private:
     GeoExchange* exchange = nullptr;
     FileDrop* drop = nullptr; ///< opens files of the kinds that its takers want
     QDockWidget* history = nullptr;
+    QDockWidget* measurePanel = nullptr;
     QList<QDockWidget*> taskPanels; ///< tasks, height profile, coverage
     ToolActions* tools;
     QLabel* place; ///< what is under the mouse

@@ -49,7 +49,7 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     Follow();
 }
 
-void ToolActions::Add(EToolType tool, const QString& text, const QString& tip)
+QAction* ToolActions::Add(EToolType tool, const QString& text, const QString& tip)
 {
     QAction* action = addAction(text);
     // A button has no letter to press; in Chinese it stands in brackets behind the text.
@@ -58,6 +58,7 @@ void ToolActions::Add(EToolType tool, const QString& text, const QString& tip)
     action->setCheckable(true);
     action->setToolTip(tip);
     action->setStatusTip(tip);
+    return action;
 }
 
 void ToolActions::OnPickEnded(EToolType ended)

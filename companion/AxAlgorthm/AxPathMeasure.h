@@ -43,7 +43,7 @@ struct AxPathLeg
     double descent = unknown;    ///< all ways down, metres, not below 0
 
     /// Of the way from its start to its end, degrees against the horizontal; up is positive.
-    double Slope() const;
+    AXALGORTHM_EXPORT double Slope() const;
 };
 
 /// A path as a whole, and leg by leg.

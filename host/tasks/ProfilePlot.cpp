@@ -124,7 +124,7 @@ void ProfilePlot::Show(ProfileLine shown, double clearance, bool keepsView)
         lowest = std::min(lowest, place.altitude);
         highest = std::max(highest, place.altitude);
     }
-    const bool isEmpty = line.places.empty();
+    const bool isEmpty = !(lowest <= highest);
     const double free = isEmpty ? 0.0 : std::max(leastFree, freeShare * (highest - lowest));
     const QCPRange keysBefore = allKeys, valuesBefore = allValues;
     allKeys = isEmpty ? QCPRange(0.0, 1.0)
@@ -155,7 +155,8 @@ void ProfilePlot::FillGraphs(double clearance)
         const ProfilePlace& place = line.places[static_cast<std::size_t>(i)];
         const double key = Kilometres(place);
         grounds += QCPGraphData(key, place.ground);
-        routes += QCPGraphData(key, place.altitude);
+        if (!std::isnan(place.altitude))
+            routes += QCPGraphData(key, place.altitude);
         if (clearance > 0.0)
             clears += QCPGraphData(key, place.ground + clearance);
         if (!std::isnan(place.ground))
@@ -196,7 +197,7 @@ void ProfilePlot::SetCursor(std::optional<std::size_t> place)
     cursorLine->setVisible(place.has_value());
     if (place) {
         const ProfilePlace& at = line.places[*place];
-        cursor->position->setCoords(Kilometres(at), at.altitude);
+        cursor->position->setCoords(Kilometres(at), std::isnan(at.altitude) ? at.ground : at.altitude);
         cursorLine->point1->setCoords(Kilometres(at), allValues.lower);
         cursorLine->point2->setCoords(Kilometres(at), allValues.upper);
     }

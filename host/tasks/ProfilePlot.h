@@ -6,8 +6,9 @@
 #include <optional>
 
 /**
- * The plot of a route's heights and of the ground below, over the distance flown. The wheel zooms the
- * distance, with Ctrl the height; dragging moves, a double click shows all. GUI thread.
+ * The plot of a route's heights and of the ground below, over the distance flown; of the ground alone where
+ * the places of the line have no altitude (not a number). The wheel zooms the distance, with Ctrl the height;
+ * dragging moves, a double click shows all. GUI thread.
  */
 class ProfilePlot : public QCustomPlot
 {

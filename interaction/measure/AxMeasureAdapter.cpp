@@ -9,6 +9,7 @@
 #include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxWorldGeometry.h"
 
+#include <osg/CoordinateSystemNode>
 #include <osgEarth/MapNode>
 #include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/TextSymbol>
@@ -93,6 +94,14 @@ void AxMeasureAdapter::dropNodes()
         nodes->getParent(0)->removeChild(nodes);
 }
 
+// The object may have to live until the end of one of its slots.
+void AxMeasureAdapter::TakeOffMap()
+{
+    dropNodes();
+    if (d->viewer)
+        d->viewer->Objects().Remove(this, false);
+}
+
 int AxMeasureAdapter::CheckGeometry()
 {
     return ShapeKind().Allows(static_cast<int>(d->anchors.size())) ? 1 : 0;
@@ -135,13 +144,35 @@ std::optional<osg::Vec3d> AxMeasureAdapter::placeOf(const osg::Vec3d& lngLatPos,
 {
     if (!d->viewer || !lngLatPos.valid() || !worldCoordPos.valid() || worldCoordPos == osg::Vec3d())
         return std::nullopt;
-    return d->drawingSnap.Find(*d->viewer, *this, AxExactPlace(lngLatPos, worldCoordPos));
+    osg::Vec3d place = d->drawingSnap.Find(*d->viewer, *this, AxExactPlace(lngLatPos, worldCoordPos));
+    // From afar the drawn ground, which was picked, is far from the real one.
+    osgEarth::MapNode* const map = d->viewer->Scene().MapNode();
+    if (map && isOfGround(lngLatPos, worldCoordPos))
+        place.z() = AxLoadedHeight(*map, place.x(), place.y()).value_or(place.z());
+    return place;
+}
+
+bool AxMeasureAdapter::isOfGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos)
+{
+    static const osg::ref_ptr<const osg::EllipsoidModel> earth = new osg::EllipsoidModel;
+    constexpr double tolerance = 1.0; // metres; altitudes come as floats
+    double latitude = 0.0;
+    double longitude = 0.0;
+    double altitude = 0.0;
+    earth->convertXYZToLatLongHeight(worldCoordPos.x(), worldCoordPos.y(), worldCoordPos.z(), latitude,
+                                     longitude, altitude);
+    return std::abs(altitude - lngLatPos.z()) < tolerance;
+}
+
+bool AxMeasureAdapter::isLast(const osg::Vec3d& place) const
+{
+    return !d->anchors.empty() && std::abs(place.x() - d->anchors.back().x()) < AxLongitudes::sameDegrees &&
+           std::abs(place.y() - d->anchors.back().y()) < AxLongitudes::sameDegrees;
 }
 
 bool AxMeasureAdapter::addPoint(const osg::Vec3d& place)
 {
-    if (!d->anchors.empty() && std::abs(place.x() - d->anchors.back().x()) < AxLongitudes::sameDegrees &&
-        std::abs(place.y() - d->anchors.back().y()) < AxLongitudes::sameDegrees)
+    if (isLast(place))
         return false;
     d->anchors.push_back(place);
     cursor.reset();
@@ -189,7 +220,9 @@ void AxMeasureAdapter::showLive(const osg::Vec3d& place)
 {
     if (d->anchors.empty() || !d->viewer)
         return;
-    cursor = place;
+    cursor.reset();
+    if (!isLast(place))
+        cursor = place;
     const std::atomic<bool> isOff = false;
     QStringList lines;
     const QString values = LiveText(Work()(Outline(), loadedGround(), isOff));
@@ -230,7 +263,7 @@ void AxMeasureAdapter::EndHandle()
     if (!self.IsWanted() || !d->viewer)
         return;
     if (!isKept)
-        d->viewer->Objects().Remove(this, false);
+        TakeOffMap();
     else if (d->viewer->Objects().Current() == this)
         d->viewer->Objects().SetCurrent(nullptr);
 }
@@ -257,7 +290,7 @@ bool AxMeasureAdapter::CancelHandle()
     d->operation = OperationIdle;
     d->mouseState = 0;
     d->cursorLabel.Hide();
-    d->viewer->Objects().Remove(this, false);
+    TakeOffMap();
     if (self.IsGone())
         return true;
     emit signalHandleEnd(QString(), false);

@@ -30,6 +30,8 @@ public:
     /// How the points are measured: live, with the ground in memory, and when they are finished, with the
     /// finest there is. What it returns keeps no pointer to the object.
     virtual AxMeasureWork Work() const = 0;
+    /// Removes it, with all that it has drawn.
+    void TakeOffMap();
     /// Writes these values beside the shape.
     void ShowMeasured(const AxMeasurement& measurement);
 
@@ -74,8 +76,11 @@ protected:
     /// Puts lines through points in the air (degrees, degrees, metres) into the feature node as "Feature",
     /// dark below and bright above.
     void drawInAir(const std::vector<osg::Vec3d>& line);
-    /// Where a pick counts: with all digits, or at what it snaps to. Nothing beside the globe.
+    /// Where a pick counts: with all digits, or at what it snaps to; on the ground at the height of that
+    /// which is in memory. Nothing beside the globe.
     std::optional<osg::Vec3d> placeOf(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
+    /// Whether a pick lies on the ground and not on something above it, as a model.
+    static bool isOfGround(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos);
     /// Adds a point; false where the last one is already.
     bool addPoint(const osg::Vec3d& place);
     /// Shows what is measured with that place as the next point.
@@ -85,6 +90,7 @@ protected:
     void finish();
 
 private:
+    bool isLast(const osg::Vec3d& place) const;
     bool end();
     void drawMarks();
     void drawLabels(const QVector<Label>& wanted);

@@ -82,6 +82,14 @@ double AxMeasuredValues::Of(AxQuantity quantity) const
     return found == whole.end() ? std::numeric_limits<double>::quiet_NaN() : found->value;
 }
 
+QVector<AxQuantity> AxMeasureText::All()
+{
+    QVector<AxQuantity> all;
+    for (const QuantityRow& row : quantityRows)
+        all += row.quantity;
+    return all;
+}
+
 QString AxMeasureText::Name(AxQuantity quantity)
 {
     return Tr(RowOf(quantity).name);

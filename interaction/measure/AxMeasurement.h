@@ -64,6 +64,8 @@ using AxMeasureWork = std::function<AxMeasuredValues(
     const std::vector<osg::Vec3d>& points, const AxPathGround& ground, const std::atomic<bool>& isOff)>;
 
 namespace AxMeasureText {
+/// All quantities, in the order in which lists and files have them.
+AXEARTHVIEWER_EXPORT QVector<AxQuantity> All();
 /// The name of a quantity: "Length".
 AXEARTHVIEWER_EXPORT QString Name(AxQuantity quantity);
 /// A value with its unit: lengths in those of AxUnits, heights in metres. Not known: "-".

@@ -129,6 +129,13 @@ void AxMeasurements::MeasureAgain()
         read(one.id);
 }
 
+void AxMeasurements::WriteAgain()
+{
+    for (const AxMeasurement& one : qAsConst(list))
+        if (const QPointer<AxMeasureAdapter> adapter = adapters.value(one.id))
+            adapter->ShowMeasured(one);
+}
+
 bool AxMeasurements::Remove(const QString& id)
 {
     const AxMeasurement* one = Find(id);
@@ -139,7 +146,7 @@ bool AxMeasurements::Remove(const QString& id)
     list.remove(static_cast<int>(one - list.constData()));
     highlighted.removeAll(id);
     if (const QPointer<AxMeasureAdapter> adapter = adapters.take(id))
-        book.Remove(adapter, false);
+        adapter->TakeOffMap();
     emit removed(id);
     return true;
 }

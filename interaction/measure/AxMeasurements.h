@@ -50,6 +50,8 @@ public:
     QStringList Highlighted() const { return highlighted; }
     /// Reads the ground anew for all of them: the map's heights are others now.
     void MeasureAgain();
+    /// Writes the texts on the map anew: the units are others now.
+    void WriteAgain();
 
     // For the tools
 

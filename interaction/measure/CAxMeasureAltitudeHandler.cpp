@@ -11,9 +11,6 @@
 #include <cmath>
 
 namespace {
-// A pick on the ground has its height to this, metres; what is farther off lies on something else.
-constexpr double groundTolerance = 1.0;
-
 CAxVector3D PlaceAt(const osg::Vec3d& point, double altitude)
 {
     return {point.x(), point.y(), altitude};
@@ -52,13 +49,6 @@ AxMeasureWork CAxMeasureAltitudeHandler::Work() const
 {
     return [flags = ofGround](const std::vector<osg::Vec3d>& points, const AxPathGround& ground,
                               const std::atomic<bool>&) { return MeasureHeights(points, flags, ground); };
-}
-
-bool CAxMeasureAltitudeHandler::isOfGround(const osg::Vec3d& place) const
-{
-    osgEarth::MapNode* const map = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
-    const auto loaded = map ? AxLoadedHeight(*map, place.x(), place.y()) : std::nullopt;
-    return !loaded || std::abs(*loaded - place.z()) < groundTolerance;
 }
 
 QString CAxMeasureAltitudeHandler::Hint() const
@@ -132,9 +122,8 @@ void CAxMeasureAltitudeHandler::take(const Place& picked)
     const auto place = placeOf(picked.lngLat, picked.world);
     if (!place || d->anchors.size() >= 2)
         return;
-    const bool isOnIt = isOfGround(*place);
     ofGround.resize(d->anchors.size());
-    ofGround.push_back(isOnIt);
+    ofGround.push_back(isOfGround(picked.lngLat, picked.world));
     if (!addPoint(*place)) {
         ofGround.pop_back();
         return;

@@ -51,7 +51,6 @@ private:
 
     void take(const Place& place);
     bool isTremble(float windowX, float windowY) const;
-    bool isOfGround(const osg::Vec3d& place) const;
     void followGround();
     bool layOnGround();
 

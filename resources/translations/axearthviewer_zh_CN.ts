@@ -588,6 +588,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>&amp;Go to a coordinate...</source>
         <translation>转到坐标(&amp;G)...</translation>
     </message>
+    <message>
+        <source>Measurements</source>
+        <translation>测量</translation>
+    </message>
 </context>
 <context>
     <name>PlaceLabel</name>
@@ -2095,6 +2099,30 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Draws a rectangle from corner to corner</source>
         <translation>从一个角到对角绘制矩形</translation>
+    </message>
+    <message>
+        <source>Measuring</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+D; Ctrl+Shift+H</source>
+        <translation>Ctrl+Shift+D；Ctrl+Shift+H</translation>
+    </message>
+    <message>
+        <source>Measures distances; height differences</source>
+        <translation>测量距离；高差</translation>
+    </message>
+    <message>
+        <source>Click; double click; Backspace</source>
+        <translation>单击；双击；退格键</translation>
+    </message>
+    <message>
+        <source>Adds a point; the last one; takes one back</source>
+        <translation>加一点；最后一点；退回一点</translation>
+    </message>
+    <message>
+        <source>Gives the measurement up; pressed again, leaves the tool</source>
+        <translation>放弃测量；再按一次离开工具</translation>
     </message>
 </context>
 <context>
@@ -4861,6 +4889,254 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is written.</source>
         <translation>%1 已写入。</translation>
+    </message>
+</context>
+<context>
+    <name>AxMeasurement</name>
+    <message>
+        <source>Length</source>
+        <translation>长度</translation>
+    </message>
+    <message>
+        <source>Over the ground</source>
+        <translation>沿地面</translation>
+    </message>
+    <message>
+        <source>Bearing</source>
+        <translation>方位角</translation>
+    </message>
+    <message>
+        <source>Height difference</source>
+        <translation>高差</translation>
+    </message>
+    <message>
+        <source>Slope</source>
+        <translation>坡度</translation>
+    </message>
+    <message>
+        <source>Straight line</source>
+        <translation>直线距离</translation>
+    </message>
+    <message>
+        <source>Ascent</source>
+        <translation>累计上升</translation>
+    </message>
+    <message>
+        <source>Descent</source>
+        <translation>累计下降</translation>
+    </message>
+    <message>
+        <source>Distance</source>
+        <translation>距离</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1°</source>
+        <translation>%1°</translation>
+    </message>
+    <message>
+        <source>%1° (%2 %)</source>
+        <translation>%1°（%2 %）</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+</context>
+<context>
+    <name>CAxMearsureToolHandler</name>
+    <message>
+        <source>%1, in all %2</source>
+        <translation>%1，共 %2</translation>
+    </message>
+    <message>
+        <source>over the ground about %1</source>
+        <translation>沿地面约 %1</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>double click: the last point; Backspace: one point back</source>
+        <translation>双击：最后一点；退格键：退回一点</translation>
+    </message>
+    <message>
+        <source>over the ground %1</source>
+        <translation>沿地面 %1</translation>
+    </message>
+</context>
+<context>
+    <name>CAxMeasureAltitudeHandler</name>
+    <message>
+        <source>click or let go: the second place</source>
+        <translation>单击或松开：第二处</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureFile</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Part %1: %2</source>
+        <translation>第 %1 段：%2</translation>
+    </message>
+    <message>
+        <source>%1: not a name that ends in csv, kml or geojson</source>
+        <translation>%1：文件名不以 csv、kml 或 geojson 结尾</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureList</name>
+    <message>
+        <source>Measurement</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>Part %1</source>
+        <translation>第 %1 段</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureProfile</name>
+    <message>
+        <source>Distance (km)</source>
+        <translation>距离（千米）</translation>
+    </message>
+    <message>
+        <source>No measurement is selected.</source>
+        <translation>未选择测量。</translation>
+    </message>
+    <message>
+        <source>The heights of the ground are being read...</source>
+        <translation>正在读取地面高度……</translation>
+    </message>
+    <message>
+        <source>%1: the ground&apos;s height is not known</source>
+        <translation>%1：地面高度未知</translation>
+    </message>
+    <message>
+        <source>%1: ground at %2 m</source>
+        <translation>%1：地面高 %2 米</translation>
+    </message>
+</context>
+<context>
+    <name>MeasurePanel</name>
+    <message>
+        <source>&amp;Fly to</source>
+        <translation>飞往(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Look at the selected measurements from above</source>
+        <translation>从上方观看所选测量</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>复制(&amp;C)</translation>
+    </message>
+    <message>
+        <source>Copy the selected measurements as text, and as a table</source>
+        <translation>将所选测量复制为文本和表格</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>删除(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Take the selected measurements off the map</source>
+        <translation>从地图上移除所选测量</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)……</translation>
+    </message>
+    <message>
+        <source>Write the selected measurements into a CSV, KML or GeoJSON file</source>
+        <translation>将所选测量写入 CSV、KML 或 GeoJSON 文件</translation>
+    </message>
+    <message>
+        <source>Clear &amp;all</source>
+        <translation>全部清除(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Take all measurements off the map</source>
+        <translation>从地图上移除全部测量</translation>
+    </message>
+    <message>
+        <source>Measurements copied: %1</source>
+        <translation>已复制测量：%1</translation>
+    </message>
+    <message>
+        <source>Measurements</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>Do you want to take all %1 measurements off the map?</source>
+        <translation>是否从地图上移除全部 %1 项测量？</translation>
+    </message>
+    <message>
+        <source>Clear</source>
+        <translation>清除</translation>
+    </message>
+    <message>
+        <source>The heights of the ground are still being read.</source>
+        <translation>仍在读取地面高度。</translation>
+    </message>
+    <message>
+        <source>Table (*.csv)</source>
+        <translation>表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Google Earth (*.kml)</source>
+        <translation>Google Earth (*.kml)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>Export measurements</source>
+        <translation>导出测量</translation>
+    </message>
+    <message>
+        <source>measurements</source>
+        <translation>测量</translation>
+    </message>
+    <message>
+        <source>Measurements written to %1: %2</source>
+        <translation>已写入 %1 的测量：%2</translation>
+    </message>
+    <message>
+        <source>The measurements were not written.</source>
+        <translation>测量未写入。</translation>
+    </message>
+</context>
+<context>
+    <name>MeasureMenu</name>
+    <message>
+        <source>&amp;Distance</source>
+        <translation>距离(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Click the points of a path, the last one by a double click; Backspace takes one back, Escape gives it up, and a second Escape leaves the tool</source>
+        <translation>单击路径各点，双击最后一点；退格键退回一点，Esc 键放弃，再按一次 Esc 键离开工具</translation>
+    </message>
+    <message>
+        <source>&amp;Height difference</source>
+        <translation>高差(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Drag from one place to another, or click on each; Escape leaves the tool</source>
+        <translation>从一处拖到另一处，或分别单击两处；Esc 键离开工具</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,49 @@
+#pragma once
+#include <QPointer>
+#include <QWidget>
+
+class AxMeasurements;
+class CAxEarthViewer;
+class MeasureList;
+class MeasureProfile;
+class QAction;
+
+/**
+ * What has been measured: the list, what is done with its rows, and the heights along the selected one. GUI
+ * thread; the viewer may go first.
+ */
+class MeasurePanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit MeasurePanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
+
+    /// What is done with all or with the selected measurements, for a menu.
+    QList<QAction*> Actions() const { return offered; }
+
+signals:
+    void Told(const QString& text); ///< for the status bar
+
+protected:
+    QSize sizeHint() const override;
+
+private:
+    QAction* Offer(const QString& text, const QString& tip, const QKeySequence& keys,
+                   void (MeasurePanel::*done)());
+    void Follow();
+    void FlyTo();
+    void Copy();
+    void Delete();
+    void Clear();
+    void Export();
+    bool Ask(const QString& title, const QString& question, const QString& yes);
+
+    QPointer<CAxEarthViewer> viewer;
+    QPointer<AxMeasurements> measurements;
+    MeasureList* list;
+    MeasureProfile* profile;
+    QList<QAction*> offered;
+    QList<QAction*> ofChosen; ///< those that need a selection
+    QAction* clear = nullptr;
+    QString folder; ///< that was exported to last
+};

@@ -1,0 +1,90 @@
+// Measurements beside the map: the list, what is copied, what is written.
+#include "host/measure/MeasureFile.h"
+#include "host/measure/MeasureList.h"
+#include "host/measure/MeasurePanel.h"
+#include "interaction/AxMeasurements.h"
+#include "interaction/CAxHandleAdapter.h"
+#include "SuiteViewer.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QMimeData>
+#include <QTemporaryDir>
+
+namespace {
+/// Measures a path without the mouse.
+void MeasurePath(CAxEarthViewer& viewer, const std::vector<osg::Vec3d>& path)
+{
+    viewer.SetToolType(ToolMeasureDistance);
+    CAxHandleAdapter* drawn = viewer.createShapeNode();
+    ASSERT_TRUE(drawn);
+    const osg::Vec3d onGlobe(6378137.0, 0.0, 0.0);
+    for (const osg::Vec3d& place : path)
+        drawn->slotPicked(place, onGlobe);
+    drawn->slotDoubleClicked(path.back(), onGlobe);
+    viewer.SetToolType(ToolNavigate);
+}
+} // namespace
+
+class Measurements : public SuiteViewer
+{
+};
+
+TEST_F(Measurements, AreShownCopiedAndWrittenWithTheSameValues)
+{
+    AxMeasurements& kept = *viewer->GetMeasurements();
+    kept.Clear();
+    MeasurePanel panel(viewer);
+    panel.show();
+    MeasurePath(*viewer, {{-105.0, 37.4, 0.0}, {-104.9, 37.45, 0.0}, {-104.8, 37.4, 0.0}});
+    MeasurePath(*viewer, {{179.99, -17.0, 0.0}, {-179.99, -17.0, 0.0}});
+    ASSERT_EQ(kept.All().size(), 2);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !kept.All()[0].isPending && !kept.All()[1].isPending; }, 60000));
+
+    auto* list = panel.findChild<MeasureList*>();
+    ASSERT_EQ(list->topLevelItemCount(), 2);
+    const QVector<AxMeasurement> all = kept.All();
+    EXPECT_EQ(list->ChosenIDs(), QStringList{all[1].id}) << "the latest one";
+    EXPECT_EQ(kept.Highlighted(), QStringList{all[1].id});
+    EXPECT_LT(all[1].values.Of(AxQuantity::Length), 3000.0) << "not around the earth";
+    EXPECT_EQ(list->topLevelItem(0)->childCount(), 2);
+    const int lengths = 1 + AxMeasureText::All().indexOf(AxQuantity::Length);
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(list->topLevelItem(i)->text(lengths),
+                  AxMeasureText::Value({AxQuantity::Length, all[i].values.Of(AxQuantity::Length)}));
+
+    list->selectAll();
+    const QTemporaryDir folder;
+    const QString kml = folder.filePath(QStringLiteral("measured.kml"));
+    ASSERT_EQ(MeasureFile::Write(kml, list->Chosen()), QString());
+    const AxGeoContent read = AxReadGeoFile(kml);
+    ASSERT_EQ(read.shapes.size(), 2) << read.fault.toStdString();
+    const QList<QByteArray> rows = MeasureFile::Csv(list->Chosen()).split('\n');
+    ASSERT_EQ(rows.size(), 1 + 3 + 2 + 1)
+        << "titles, the whole and two parts, the whole and its part, the end";
+    const int column = rows[0].split(',').indexOf("over_ground_m");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(read.shapes[i].name, all[i].name);
+        EXPECT_EQ(read.shapes[i].attributes.value(QStringLiteral("over_ground_m")).toDouble(),
+                  rows[i == 0 ? 1 : 4].split(',').value(column).toDouble());
+        EXPECT_NEAR(read.shapes[i].attributes.value(QStringLiteral("length_m")).toDouble(),
+                    all[i].values.Of(AxQuantity::Length), 1e-6);
+    }
+    EXPECT_FALSE(MeasureFile::Write(folder.filePath(QStringLiteral("no/such.csv")), all).isEmpty());
+    EXPECT_FALSE(MeasureFile::Write(folder.filePath(QStringLiteral("measured.txt")), all).isEmpty());
+
+    const auto trigger = [&](const QKeySequence& keys) {
+        for (QAction* action : panel.Actions())
+            if (action->shortcut() == keys)
+                action->trigger();
+    };
+    trigger(QKeySequence::Copy);
+    EXPECT_EQ(QApplication::clipboard()->mimeData()->data(QStringLiteral("text/csv")), MeasureFile::Csv(all));
+    EXPECT_TRUE(QApplication::clipboard()->text().contains(all[0].name));
+    list->Select(all[0].id);
+    trigger(QKeySequence::Delete);
+    EXPECT_EQ(kept.All().size(), 1);
+    EXPECT_EQ(list->topLevelItemCount(), 1);
+    kept.Clear();
+}
