@@ -112,11 +112,11 @@ public:
     /// Index of the entry point, 0 to 3, -1 when none was chosen. Computes the route anew.
     void SetEntryPoint(int index) override;
     int GetEntryPoint() const { return entryPoint; }
-    /// Draws the line wide, with a dark rim, and over other routes.
+    /// Draws the line wider, in orange, and over other routes.
     void SetHighlighted(bool wanted) override;
     bool IsHighlighted() const { return highlighted; }
     /// Whether a node is what the line is drawn with.
-    bool IsLine(const osg::Node* node) const { return node && (node == airLineNode || node == lineRim); }
+    bool IsLine(const osg::Node* node) const { return node && node == airLineNode; }
     /// Where the aircraft takes off and lands, moved onto the ground where that is known; null until set.
     /// Draws the route anew.
     void SetHomePoint(const CAxVector3D& position) override;
@@ -214,7 +214,6 @@ private:
     void applyVisible() const;
     void lookAgain();
     void showDetail(const std::vector<int>& levels);
-    void showRim(const std::vector<int>& kept);
     std::vector<int> allPoints() const;
     void addToScene(osg::Node* node) const;
     std::vector<osg::Node*> routeNodes() const;
@@ -251,5 +250,4 @@ private:
     bool airLineVisible = true;
     bool areaVisible = true;
     bool highlighted = false;
-    osg::ref_ptr<osg::Geode> lineRim; // of a line that is highlighted
 };

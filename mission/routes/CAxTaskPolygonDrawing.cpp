@@ -41,17 +41,15 @@ using osgEarth::Symbology::Style;
 
 namespace {
 constexpr float routeWidth = 2.0f; // pixels
-// A rim that is darker than any ground, so that the line stands out from snow as well.
-constexpr float highlightedWidth = 4.0f;
-constexpr float rimWidth = 8.0f;
-const osg::Vec4f rimColor(0.05f, 0.05f, 0.05f, 1.0f);
+// Seen on snow as on woods, and no other line has it.
+constexpr float highlightedWidth = 3.0f;
+const osg::Vec4f highlightedColor(1.0f, 0.3f, 0.0f, 1.0f);
 // Hosts find the area of a task by this mask.
 constexpr osg::Node::NodeMask areaMask = 0x1234;
 // Areas of tasks are drawn among those of blocks, routes over them and below what is laid out on the screen.
 constexpr int areaBin = 10;
 constexpr int routeBin = 11;
-constexpr int rimBin = 12;
-constexpr int highlightedBin = 13;
+constexpr int highlightedBin = 12;
 constexpr std::size_t leastThinned = 64; // points of a line
 // Over the numbers of points; home and entry points are never left out for them.
 constexpr float markerPriority = 100.0f;
@@ -126,7 +124,7 @@ void CAxTaskPolygon::addToScene(osg::Node* node) const
 
 std::vector<osg::Node*> CAxTaskPolygon::routeNodes() const
 {
-    std::vector<osg::Node*> nodes{airLineNode.get(), lineRim.get(), d->numbers.Node(), homeMarker.get()};
+    std::vector<osg::Node*> nodes{airLineNode.get(), d->numbers.Node(), homeMarker.get()};
     for (const auto& marker : markerNodes)
         nodes.push_back(marker.get());
     if (label)
@@ -183,7 +181,7 @@ void CAxTaskPolygon::CreateAirLine(const std::vector<CAxVector3D>& points)
     airLine->clear();
     for (const CAxVector3D& point : points)
         airLine->push_back(point.x(), point.y(), point.z());
-    lineColor = Color::Yellow;
+    lineColor = highlighted ? highlightedColor : Color(Color::Yellow);
     if (airLineNode) {
         addToScene(airLineNode);
         return UpdateAirLine(drawingMode);
@@ -235,7 +233,6 @@ void CAxTaskPolygon::UpdateAirLine(int mode)
         return;
     d->places = worldOf(*airLine);
     UpdateAirLinePoint(*drawable, allPoints());
-    showRim(allPoints());
     d->detail.SetPoints(d->places.size() < leastThinned ? std::vector<osg::Vec3d>() : d->places);
     d->detailShown.reset();
     osg::BoundingBoxd box;
@@ -328,7 +325,7 @@ void CAxTaskPolygon::showDetail(const std::vector<int>& levels)
     const bool isThinned = !levels.empty() && 2 * kept.size() < d->places.size();
     airLineNode->getDrawable(0)->setNodeMask(isThinned ? 0u : ~0u);
     if (!isThinned)
-        return showRim(allPoints());
+        return;
     // Colours change there.
     if (drawingMode != 0) {
         const int stopped = AxRouteRules::SegmentNearest(airLine->asVector(), lastPoint) - 1;
@@ -342,7 +339,6 @@ void CAxTaskPolygon::showDetail(const std::vector<int>& levels)
     thinned->SetLineWidth(highlighted ? highlightedWidth : routeWidth);
     UpdateAirLinePoint(*thinned, kept);
     airLineNode->addDrawable(thinned);
-    showRim(kept);
 }
 
 void CAxTaskPolygon::SetHighlighted(bool wanted)
@@ -353,25 +349,9 @@ void CAxTaskPolygon::SetHighlighted(bool wanted)
     for (unsigned i = 0; i < airLineNode->getNumDrawables(); ++i)
         if (auto* line = dynamic_cast<AxWorldGeometry*>(airLineNode->getDrawable(i)))
             line->SetLineWidth(highlighted ? highlightedWidth : routeWidth);
-    d->detailShown.reset();
-    showRim(allPoints());
+    lineColor = highlighted ? highlightedColor : Color(Color::Yellow);
+    UpdateAirLine(drawingMode);
     lookAgain();
-}
-
-// Below the line, of the same points.
-void CAxTaskPolygon::showRim(const std::vector<int>& kept)
-{
-    LeaveScene(lineRim);
-    lineRim = nullptr;
-    if (!highlighted || !airLine || kept.empty())
-        return;
-    lineRim = new osg::Geode;
-    lineRim->setName("Task Rim");
-    DrawOverGround(*lineRim, rimBin);
-    lineRim->addDrawable(CreateGeom(rimColor, osg::Vec4f(), rimWidth, ComputerAirLineNormalPoint(kept), false,
-                                    LineStrip, osg::Array::BIND_PER_VERTEX));
-    lineRim->setNodeMask(airLineVisible ? ~0u : 0u);
-    addToScene(lineRim);
 }
 
 void CAxTaskPolygon::CreateLineMarker(const QList<QPair<int, CAxVector3D>>& markers, double height)
