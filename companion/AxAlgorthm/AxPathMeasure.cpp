@@ -16,7 +16,7 @@ using GeographicLib::GeodesicLine;
 namespace {
 constexpr double unknown = AxPathLeg::unknown;
 
-std::vector<CAxVector3D> Usable(const std::vector<CAxVector3D>& places)
+std::vector<CAxVector3D> UsableOf(const std::vector<CAxVector3D>& places)
 {
     std::vector<CAxVector3D> usable;
     std::copy_if(places.begin(), places.end(), std::back_inserter(usable), [](const CAxVector3D& place) {
@@ -146,7 +146,7 @@ AxPathFigures AxMeasurePath(const std::vector<CAxVector3D>& all, const AxPathGro
                             const std::atomic<bool>* isOff)
 {
     AxPathFigures figures;
-    const std::vector<CAxVector3D> places = Usable(all);
+    const std::vector<CAxVector3D> places = UsableOf(all);
     for (std::size_t i = 1; i < places.size(); ++i)
         figures.legs.push_back(LegBetween(places[i - 1], places[i]));
     if (figures.legs.empty())
@@ -177,7 +177,7 @@ AxPathFigures AxMeasurePath(const std::vector<CAxVector3D>& all, const AxPathGro
 std::vector<AxPathPlace> AxPlacesAlong(const std::vector<CAxVector3D>& all, double step, std::size_t most)
 {
     std::vector<AxPathPlace> found;
-    const std::vector<CAxVector3D> places = Usable(all);
+    const std::vector<CAxVector3D> places = UsableOf(all);
     if (places.empty())
         return found;
     const double wanted = StepFor(LengthOf(places), step, most);

@@ -84,6 +84,9 @@ MeasurePanel::MeasurePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     list->addActions(offered);
     list->setContextMenuPolicy(Qt::ActionsContextMenu);
 
+    // The tabs beside it stay as low as they are.
+    constexpr int leastHeight = 60;
+    list->setMinimumHeight(leastHeight);
     auto* table = new QWidget;
     auto* column = new QVBoxLayout(table);
     column->setContentsMargins(0, 0, 0, 0);
@@ -93,7 +96,8 @@ MeasurePanel::MeasurePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     auto* halves = new QSplitter(Qt::Horizontal);
     halves->addWidget(table);
     halves->addWidget(profile);
-    halves->setChildrenCollapsible(true);
+    halves->setStretchFactor(0, 3);
+    halves->setStretchFactor(1, 2);
     auto* whole = new QVBoxLayout(this);
     whole->setContentsMargins(4, 4, 4, 4);
     whole->addWidget(halves);

@@ -42,6 +42,8 @@ MeasureProfile::MeasureProfile(CAxEarthViewer* earthViewer, QWidget* parent)
     reading->setTextFormat(Qt::PlainText);
     reading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     plot->setObjectName(QStringLiteral("MeasureProfile"));
+    constexpr int leastWidth = 160, leastHeight = 90;
+    plot->setMinimumSize(leastWidth, leastHeight);
     plot->xAxis->setLabel(tr("Distance (km)"));
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);

@@ -34,9 +34,7 @@ const osg::Vec4f areaColor(1.0f, 0.84f, 0.1f, 0.2f);
 constexpr float lineWidth = 2.5f;
 constexpr float rimWidth = 5.5f;
 constexpr int markSize = 13; // pixels
-constexpr float markPriority = 900.0f;
 constexpr float labelPriority = 20.0f;
-constexpr float mainPriority = 950.0f;
 constexpr double labelPixels = 16.0;
 // Looks at the ground with each move of the mouse.
 constexpr std::size_t liveLooks = 200;
@@ -398,7 +396,6 @@ void AxMeasureAdapter::drawMarks()
         icon->declutter() = false;
         osg::ref_ptr<PlaceNode> mark = new PlaceNode(mapNode, place, MarkImage(), std::string(), style);
         mark->setDynamic(true);
-        mark->setPriority(markPriority);
         nodes->addChild(mark);
         marks.push_back(mark);
     }
@@ -424,7 +421,9 @@ void AxMeasureAdapter::drawLabels(const QVector<Label>& wanted)
         osg::ref_ptr<LabelNode> label =
             new LabelNode(mapNode, pointOf(one.place), one.text.toStdString(), style);
         label->setDynamic(true);
-        label->setPriority(one.isMain ? mainPriority : labelPriority);
+        // A priority of its own would have the main one give way as well.
+        if (!one.isMain)
+            label->setPriority(labelPriority);
         nodes->addChild(label);
         texts.push_back(label);
     }
