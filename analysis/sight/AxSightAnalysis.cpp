@@ -90,7 +90,6 @@ bool AxSightAnalysis::LookAlong(const AxSightEnd& from, const AxSightEnd& to, co
         fault = tr("The line is longer than %1.").arg(AxUnits::Length(axLongestSight));
     if (!begin(fault, why))
         return false;
-    isPreview = false;
     look({from, to, options});
     setBusy(true);
     return true;
@@ -128,7 +127,7 @@ void AxSightAnalysis::Preview(const AxSightEnd& from, const AxSightEnd& to, cons
 
 void AxSightAnalysis::takePreview(const AxSightLine& line)
 {
-    const osg::ref_ptr<osg::Group> node = AxSightLineNode(scene, line, AxSightText(line));
+    const osg::ref_ptr<osg::Group> node = AxSightLineNode(scene, line);
     draw(node);
     if (preview)
         takeOff(preview);
@@ -194,7 +193,7 @@ void AxSightAnalysis::take(Answer&& answer)
     one.result.line = answer.line;
     one.result.viewshed = answer.viewshed;
     if (answer.line) {
-        one.node = AxSightLineNode(scene, *answer.line, AxSightText(*answer.line));
+        one.node = AxSightLineNode(scene, *answer.line);
         one.node->setName(one.result.name.toStdString());
     } else
         one.layer = AxViewshedLayer(answer.picture, one.result.name);

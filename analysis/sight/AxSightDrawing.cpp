@@ -30,7 +30,7 @@ const osg::Vec4f mastColor(1.0f, 1.0f, 1.0f, 1.0f);
 
 constexpr float viewshedOpacity = 0.5f;
 // Of a picture: between pixels the map blends, so cells are made of several as long as that is not too much.
-constexpr int mostPixels = 4096;
+constexpr int mostPixels = 3000;
 constexpr int mostTimes = 4;
 
 osg::ref_ptr<osg::Geode> GeodeIn(int bin)
@@ -100,7 +100,7 @@ private:
 };
 } // namespace
 
-osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line, const QString& text)
+osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line)
 {
     const osg::Vec3d from = WorldAbove(line.from.place, line.fromGround, line.from.aboveGround);
     const osg::Vec3d to = WorldAbove(line.to.place, line.toGround, line.to.aboveGround);
@@ -125,7 +125,7 @@ osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine
     osg::ref_ptr<osg::Group> node = new osg::Group;
     node->addChild(rims);
     node->addChild(lines);
-    node->addChild(LabelAt(scene, labelAt, text));
+    node->addChild(LabelAt(scene, labelAt, AxSightLabel(line)));
     return node;
 }
 

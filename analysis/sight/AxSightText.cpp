@@ -74,6 +74,17 @@ QString AxSightText(const AxSightLine& line)
                          : Tr::tr("Visible");
 }
 
+QString AxSightLabel(const AxSightLine& line)
+{
+    if (line.seen == AxSeen::Hidden)
+        return Tr::tr("hidden from %1 on\n%2 in the way")
+            .arg(AxUnits::Length(line.blockedAt->distance), HeightText(-line.tightest->clearance));
+    if (line.seen == AxSeen::Unknown)
+        return Tr::tr("not known");
+    return line.tightest ? Tr::tr("visible\n%1 clear").arg(HeightText(line.tightest->clearance))
+                         : Tr::tr("visible");
+}
+
 QString AxSightText(const AxViewshed& viewshed)
 {
     const QString text =
@@ -110,9 +121,12 @@ QString AxSightReport(const AxViewshed& viewshed)
         AxSightText(viewshed),
         EndText(Tr::tr("Observer"), {asked.observer, asked.aboveGround}, viewshed.observerGround),
         Tr::tr("What is looked for stands %1 above the ground.").arg(HeightText(asked.targetAboveGround)),
-        Tr::tr("Visible: %1, hidden: %2, not known: %3")
-            .arg(AxUnits::Area(area * viewshed.visible), AxUnits::Area(area * viewshed.hidden),
-                 AxUnits::Area(area * viewshed.unknown)),
+        viewshed.unknown > 0
+            ? Tr::tr("Visible: %1, hidden: %2, not known: %3")
+                  .arg(AxUnits::Area(area * viewshed.visible), AxUnits::Area(area * viewshed.hidden),
+                       AxUnits::Area(area * viewshed.unknown))
+            : Tr::tr("Visible: %1, hidden: %2")
+                  .arg(AxUnits::Area(area * viewshed.visible), AxUnits::Area(area * viewshed.hidden)),
         Tr::tr("Cells of %1").arg(AxUnits::Length(asked.cell)),
         RefractionText(asked.refraction)};
     return lines.join(QLatin1Char('\n'));

@@ -16,6 +16,8 @@
 AXEARTHVIEWER_EXPORT QString AxSightText(const AxSightLine& line);
 /// One line: "24.3 % of 10.000 km around is visible, 75.7 % hidden".
 AXEARTHVIEWER_EXPORT QString AxSightText(const AxViewshed& viewshed);
+/// Two short lines for the map.
+AXEARTHVIEWER_EXPORT QString AxSightLabel(const AxSightLine& line);
 /// Everything, line by line.
 AXEARTHVIEWER_EXPORT QString AxSightReport(const AxSightLine& line);
 AXEARTHVIEWER_EXPORT QString AxSightReport(const AxViewshed& viewshed);

@@ -24,6 +24,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QToolButton>
@@ -39,6 +40,7 @@ enum Column
     FindingColumn
 };
 constexpr int numberRole = Qt::UserRole;
+constexpr int leastReportLines = 3;
 
 constexpr double highestEnd = 10000.0; // metres above the ground
 // Of a flight to a result.
@@ -71,7 +73,7 @@ SightPanel::SightPanel(CAxEarthViewer* earthViewer, QWidget* parent)
       refraction(NumberField("SightRefraction", 0.0, AxSight::mostRefraction, AxSight::standardRefraction, 2,
                              QString())),
       progress(new QProgressBar), cancel(new QPushButton(tr("Cancel"))), told(new QLabel),
-      list(new QTreeWidget), report(new QLabel)
+      list(new QTreeWidget), report(new QPlainTextEdit)
 {
     Build();
     lineAction->setCheckable(true);
@@ -136,12 +138,14 @@ void SightPanel::Build()
     cancel->setObjectName(QStringLiteral("SightCancel"));
     told->setObjectName(QStringLiteral("SightTold"));
     report->setObjectName(QStringLiteral("SightReport"));
-    report->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    for (QLabel* label : {told, report}) {
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
-    }
+    told->setTextFormat(Qt::PlainText);
+    told->setWordWrap(true);
+    told->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    // A field that scrolls: a panel that grows with its text would move the map.
+    report->setReadOnly(true);
+    report->setTabChangesFocus(true);
+    report->setMinimumHeight(leastReportLines * report->fontMetrics().lineSpacing());
+    list->setMinimumHeight(leastReportLines * list->fontMetrics().lineSpacing());
     auto* waiting = new QHBoxLayout;
     waiting->addWidget(progress, 1);
     waiting->addWidget(cancel);
@@ -151,7 +155,7 @@ void SightPanel::Build()
     column->addLayout(waiting);
     column->addWidget(told);
     column->addWidget(BuildList(), 1);
-    column->addWidget(report);
+    column->addWidget(report, 1);
 }
 
 QWidget* SightPanel::BuildForm()
@@ -389,8 +393,7 @@ void SightPanel::ShowChosen()
     const QList<int> chosen = Chosen();
     for (QPushButton* button : qAsConst(ofChosen))
         button->setEnabled(!chosen.isEmpty());
-    report->setText(chosen.size() == 1 ? ReportOf(chosen.constFirst()) : QString());
-    report->setVisible(chosen.size() == 1);
+    report->setPlainText(chosen.size() == 1 ? ReportOf(chosen.constFirst()) : QString());
 }
 
 void SightPanel::Fly()

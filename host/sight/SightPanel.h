@@ -11,6 +11,7 @@ class LimitedNumber;
 class QAction;
 class QLabel;
 class QMenu;
+class QPlainTextEdit;
 class QProgressBar;
 class QPushButton;
 class QTreeWidget;
@@ -76,6 +77,6 @@ private:
     QPushButton* cancel;
     QLabel* told;
     QTreeWidget* list;
-    QLabel* report;
+    QPlainTextEdit* report;
     QList<QPushButton*> ofChosen; ///< what can be done with what is chosen
 };

@@ -4400,6 +4400,22 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>AxSightText</name>
     <message>
+        <source>hidden from %1 on
+%2 in the way</source>
+        <translation>自 %1 处起不可见
+遮挡 %2</translation>
+    </message>
+    <message>
+        <source>visible
+%1 clear</source>
+        <translation>可见
+净空 %1</translation>
+    </message>
+    <message>
+        <source>Visible: %1, hidden: %2</source>
+        <translation>可见：%1，不可见：%2</translation>
+    </message>
+    <message>
         <source>%1 m</source>
         <translation>%1 米</translation>
     </message>
