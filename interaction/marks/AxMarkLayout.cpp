@@ -9,12 +9,10 @@
 #include <unordered_set>
 
 namespace {
-// Icons nearer than that cover too much of each other, shares of their size.
-constexpr int apartNumerator = 3;
-constexpr int apartDenominator = 4;
-constexpr int dotCell = 5;   // pixels
-constexpr int labelCell = 8; // pixels
-constexpr int labelGap = 2;  // pixels
+constexpr int dotCell = 20;  // pixels: more of them tell no more, and are slow to draw
+constexpr int labelCell = 4; // pixels
+// As far apart two boxes never share a cell, pixels.
+constexpr int labelGap = 4;
 
 std::int64_t Key(int column, int row)
 {
@@ -30,10 +28,21 @@ int Cell(int value, int size)
 class Icons
 {
 public:
-    explicit Icons(const QSize& icon)
-        : apart(std::max(1, icon.width() * apartNumerator / apartDenominator),
-                std::max(1, icon.height() * apartNumerator / apartDenominator))
+    explicit Icons(const QSize& icon) : apart(icon) {}
+    /// Whether the foot is behind the head of an icon, which is its upper half.
+    bool Cover(const QPoint& foot) const
     {
+        const int column = Cell(foot.x(), apart.width());
+        const int row = Cell(foot.y(), apart.height());
+        for (int x = column - 1; x <= column + 1; ++x)
+            for (int y = row - 1; y <= row; ++y)
+                if (const auto icon = feet.find(Key(x, y)); icon != feet.end()) {
+                    const QPoint above = foot - icon->second;
+                    if (2 * std::abs(above.x()) < apart.width() && 2 * above.y() >= apart.height() &&
+                        above.y() < apart.height())
+                        return true;
+                }
+        return false;
     }
     bool Take(const QPoint& foot)
     {
@@ -96,7 +105,7 @@ std::optional<QPoint> RoomForLabel(const AxMarkPlaced& mark, const AxMarkSizes& 
                                    bool isForced)
 {
     const int width = sizes.labelWidth(mark.index);
-    const int side = sizes.icon.width() / 2;
+    const int side = sizes.icon.width() / 2 + labelGap;
     const int middle = mark.foot.y() + (sizes.icon.height() - sizes.labelHeight) / 2;
     const QPoint places[] = {{mark.foot.x() + side, middle},
                              {mark.foot.x() - side - width, middle},
@@ -123,15 +132,15 @@ std::vector<AxMarkPlaced> AxPlaceMarks(std::vector<AxMarkOnScreen> marks, const 
     std::unordered_set<std::int64_t> dots;
     std::vector<AxMarkPlaced> placed;
     std::vector<std::size_t> named;
+    std::vector<const AxMarkOnScreen*> crowded;
     for (const AxMarkOnScreen& mark : marks) {
-        const bool isIcon = icons.Take(mark.foot);
-        if (!isIcon && !dots.insert(Key(Cell(mark.foot.x(), dotCell), Cell(mark.foot.y(), dotCell))).second)
+        if (!icons.Take(mark.foot)) {
+            crowded.push_back(&mark);
             continue;
-        if (isIcon) {
-            named.push_back(placed.size());
-            cover.Take(QRect(mark.foot - QPoint(sizes.icon.width() / 2, 0), sizes.icon));
         }
-        placed.push_back({mark.index, mark.foot, isIcon, {}});
+        named.push_back(placed.size());
+        cover.Take(QRect(mark.foot - QPoint(sizes.icon.width() / 2, 0), sizes.icon));
+        placed.push_back({mark.index, mark.foot, true, {}});
     }
     int labels = 0;
     for (const std::size_t i : named) {
@@ -144,6 +153,10 @@ std::vector<AxMarkPlaced> AxPlaceMarks(std::vector<AxMarkOnScreen> marks, const 
         ++labels;
         cover.Take(QRect(*placed[i].label, QSize(sizes.labelWidth(placed[i].index), sizes.labelHeight)));
     }
+    for (const AxMarkOnScreen* mark : crowded)
+        if (!icons.Cover(mark->foot) &&
+            dots.insert(Key(Cell(mark->foot.x(), dotCell), Cell(mark->foot.y(), dotCell))).second)
+            placed.push_back({mark->index, mark->foot, false, {}});
     std::reverse(placed.begin(), placed.end());
     return placed;
 }

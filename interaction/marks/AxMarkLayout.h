@@ -37,8 +37,8 @@ struct AxMarkSizes
 };
 
 /// Finds room for the icons and names of many marks: those that are nearer come first, the selected one
-/// before all others. An icon that would cover a good part of another one becomes a dot; dots in one place
-/// become one; a name has room where it covers no icon and no other name. Answers what is to be drawn, what
-/// lies below first. Any thread.
+/// before all others. An icon that would cover another one becomes a dot; dots in one place become one, and
+/// those behind the head of an icon are left out; a name has room where it covers no icon and no other name.
+/// Answers what is to be drawn, what lies below first. Any thread.
 AXEARTHVIEWER_EXPORT std::vector<AxMarkPlaced> AxPlaceMarks(std::vector<AxMarkOnScreen> marks,
                                                             const AxMarkSizes& sizes);

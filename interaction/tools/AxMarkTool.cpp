@@ -13,12 +13,10 @@ bool AxMarkTool::Click(AxMouseStep& step)
     const QPointer<CAxHandleAdapter> known = objects.Find(CAxOsgDrawPointSet::IDOfViewer());
     if (!known) {
         AxDrawTool::Click(step);
-        // The first one is the viewer's from now on; a host may draw marks in a way of its own.
+        // Registered from its first mark on; a host may draw marks in a way of its own.
         auto* set = step.HasViewer() ? qobject_cast<CAxOsgDrawPointSet*>(objects.Current()) : nullptr;
-        if (set && !objects.Find(set->GetHandleID())) {
-            set->SetHandleID(CAxOsgDrawPointSet::IDOfViewer());
+        if (set && set->GetHandleOperation() == OperationDrawing)
             objects.Add(set);
-        }
         return false;
     }
     if (!parts.Tools().MayPick() || parts.Tools().IsBusy())

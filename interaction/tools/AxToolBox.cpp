@@ -19,7 +19,11 @@ AxToolBox::AxToolBox(AxViewerParts& viewer, AxObjects& book) : parts(viewer), ob
     for (std::size_t i = 0; i < tools.size(); ++i)
         tools[i] = make(AxTools[i]);
     objects.Factories().SetOwn(ToolMarkPoint, [](CAxEarthViewer* map, QObject* parent) -> CAxHandleAdapter* {
-        return new CAxOsgDrawPointSet(map, parent);
+        auto* marks = new CAxOsgDrawPointSet(map, parent);
+        // The first one is the viewer's.
+        if (!CAxOsgDrawPointSet::FindOfViewer(map))
+            marks->SetHandleID(CAxOsgDrawPointSet::IDOfViewer());
+        return marks;
     });
 }
 

@@ -49,6 +49,8 @@ TEST(MarkLayout, NearIconsComeFirstAndNamesCoverNothing)
     ASSERT_TRUE(Of(few, 0) && Of(few, 1) && Of(few, 4));
     EXPECT_TRUE(Of(few, 1)->isIcon);
     EXPECT_FALSE(Of(few, 0)->isIcon) << "it lies behind the other";
+    EXPECT_EQ(Placed({{0, {100, 100}, 1.0f}, {1, {105, 130}, 2.0f}}).size(), 1u)
+        << "behind the head of an icon";
     EXPECT_TRUE(Of(few, 4)->isIcon);
     EXPECT_FALSE(Of(few, 3) && Of(few, 3)->isIcon);
     EXPECT_EQ(few.back().index, 4) << "the selected one is drawn over all others";
@@ -62,6 +64,9 @@ TEST(MarkLayout, NearIconsComeFirstAndNamesCoverNothing)
         if (mark.label)
             names.emplace_back(*mark.label, QSize(60, markLabelHeight));
     EXPECT_GT(names.size(), 10u);
+    const auto alone = Placed({{0, {101, 103}, 1.0f}, {1, {306, 302}, 1.0f}, {2, {533, 405}, 1.0f}});
+    for (const AxMarkPlaced& mark : alone)
+        EXPECT_TRUE(mark.label && mark.label->x() > mark.foot.x()) << "it has room beside its icon";
     for (std::size_t i = 0; i < names.size(); ++i) {
         EXPECT_TRUE(QRect(0, 0, 800, 600).contains(names[i]));
         for (std::size_t j = 0; j < i; ++j)
