@@ -27,12 +27,13 @@ struct AxPathGround
     /// Metres from one look to the next, at most; farther apart where a path would need more looks than
     /// `most`.
     double step = 10.0;
-    std::size_t most = 20000;
+    std::size_t most = 20000; ///< looks at a path
 };
 
 /// Between two places that follow each other. What is not known, or means nothing, is not a number.
 struct AxPathLeg
 {
+    /// Of values that are not known.
     static constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
 
     double length = 0.0;         ///< along the ellipsoid, metres
@@ -49,18 +50,18 @@ struct AxPathLeg
 /// A path as a whole, and leg by leg.
 struct AxPathFigures
 {
-    std::vector<AxPathLeg> legs;
-    AxPathLeg total;   ///< its bearing leads from the first place to the last
-    double step = 0.0; ///< how far apart the ground was looked at, metres; 0: it was not
+    std::vector<AxPathLeg> legs; ///< one fewer than places
+    AxPathLeg total;             ///< its bearing leads from the first place to the last
+    double step = 0.0;           ///< how far apart the ground was looked at, metres; 0: it was not
 };
 
 /// A place on a path.
 struct AxPathPlace
 {
-    double along = 0.0; ///< metres from the start
-    double longitude = 0.0;
-    double latitude = 0.0;
-    std::size_t leg = 0; ///< which it lies on; a corner counts for the leg that ends there
+    double along = 0.0;     ///< metres from the start
+    double longitude = 0.0; ///< degrees, in [-180, 180]
+    double latitude = 0.0;  ///< degrees
+    std::size_t leg = 0;    ///< which it lies on; a corner counts for the leg that ends there
 };
 
 /// Measures a path. With a ground, rises are those of the ground below the places, and otherwise of their own

@@ -42,7 +42,9 @@ MeasureProfile::MeasureProfile(CAxEarthViewer* earthViewer, QWidget* parent)
     reading->setTextFormat(Qt::PlainText);
     reading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     plot->setObjectName(QStringLiteral("MeasureProfile"));
-    constexpr int leastWidth = 160, leastHeight = 90;
+    // The panel is low, and there is one line.
+    plot->legend->setVisible(false);
+    constexpr int leastWidth = 160, leastHeight = 110;
     plot->setMinimumSize(leastWidth, leastHeight);
     plot->xAxis->setLabel(tr("Distance (km)"));
     auto* column = new QVBoxLayout(this);

@@ -34,6 +34,9 @@ const osg::Vec4f areaColor(1.0f, 0.84f, 0.1f, 0.2f);
 constexpr float lineWidth = 2.5f;
 constexpr float rimWidth = 5.5f;
 constexpr int markSize = 13; // pixels
+// From afar, where all lie on one place, the text of one measurement is read, and above the names of places.
+constexpr float mainPriority = 950.0f;
+constexpr float markPriority = 900.0f;
 constexpr float labelPriority = 20.0f;
 constexpr double labelPixels = 16.0;
 // Looks at the ground with each move of the mouse.
@@ -393,9 +396,9 @@ void AxMeasureAdapter::drawMarks()
         osgEarth::Symbology::Style style;
         auto* icon = style.getOrCreate<IconSymbol>();
         icon->alignment() = IconSymbol::ALIGN_CENTER_CENTER;
-        icon->declutter() = false;
         osg::ref_ptr<PlaceNode> mark = new PlaceNode(mapNode, place, MarkImage(), std::string(), style);
         mark->setDynamic(true);
+        mark->setPriority(markPriority);
         nodes->addChild(mark);
         marks.push_back(mark);
     }
@@ -412,18 +415,17 @@ void AxMeasureAdapter::drawLabels(const QVector<Label>& wanted)
     for (const Label& one : wanted) {
         osgEarth::Symbology::Style style = d->style;
         auto* text = style.getOrCreate<TextSymbol>();
-        text->size() = labelPixels;
-        if (one.isMain) {
+        if (!one.isMain) {
+            text->size() = labelPixels;
+        } else {
             text->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-            text->pixelOffset() = osg::Vec2s(12, 8);
-            text->declutter() = false;
+            // So far that it does not give way to the mark of its own point.
+            text->pixelOffset() = osg::Vec2s(16, 8);
         }
         osg::ref_ptr<LabelNode> label =
             new LabelNode(mapNode, pointOf(one.place), one.text.toStdString(), style);
         label->setDynamic(true);
-        // A priority of its own would have the main one give way as well.
-        if (!one.isMain)
-            label->setPriority(labelPriority);
+        label->setPriority(one.isMain ? mainPriority : labelPriority);
         nodes->addChild(label);
         texts.push_back(label);
     }

@@ -59,7 +59,7 @@ protected:
         osg::Vec3d
             place; ///< degrees, degrees, metres; the altitude counts where the shape is not on the ground
         QString text;
-        bool isMain = false; ///< beside its place, whatever lies there; others are centred, and give way
+        bool isMain = false; ///< beside its place; others are centred on theirs, and give way to it
     };
     /// The texts of a finished measurement: unless a kind says otherwise all values beside the last point.
     virtual QVector<Label> Labels(const AxMeasurement& measurement) const;

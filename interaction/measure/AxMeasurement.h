@@ -28,15 +28,15 @@ enum class AxQuantity
 /// One value. Not a number where it is not known, or not yet.
 struct AxMeasured
 {
-    AxQuantity quantity;
-    double value = 0.0;
+    AxQuantity quantity; ///< what it is a value of
+    double value = 0.0;  ///< in the unit of the quantity
 };
 
 /// What measuring gives: the values of the whole, and of its parts, as the legs of a path.
 struct AxMeasuredValues
 {
-    QVector<AxMeasured> whole;
-    QVector<QVector<AxMeasured>> parts;
+    QVector<AxMeasured> whole;          ///< in the order in which they are told
+    QVector<QVector<AxMeasured>> parts; ///< likewise, from one point to the next
     /// Metres between looks at the ground; 0: it was not looked at.
     double step = 0.0;
 
@@ -47,13 +47,13 @@ struct AxMeasuredValues
 /// A finished measurement, as the map, lists and files have it. A plain value.
 struct AxMeasurement
 {
-    QString id;
+    QString id;                ///< unique among measurements and blocks
     EToolType tool = ToolNone; ///< that it was made with
     QString name;              ///< for people, in their language: "Distance 3"
     /// Degrees, degrees, metres as the map has them.
     std::vector<osg::Vec3d> points;
     bool isClosed = false; ///< the last point leads back to the first
-    AxMeasuredValues values;
+    AxMeasuredValues values; ///< what is known by now
     /// The finest heights of the ground are still being read: values that hang on them are to come.
     bool isPending = false;
 };
@@ -63,6 +63,7 @@ struct AxMeasurement
 using AxMeasureWork = std::function<AxMeasuredValues(
     const std::vector<osg::Vec3d>& points, const AxPathGround& ground, const std::atomic<bool>& isOff)>;
 
+/// The texts of what is measured. GUI thread.
 namespace AxMeasureText {
 /// All quantities, in the order in which lists and files have them.
 AXEARTHVIEWER_EXPORT QVector<AxQuantity> All();

@@ -47,7 +47,7 @@ public:
     void Clear(); ///< all of them
     /// Has these stand out on the map, and no others.
     void SetHighlighted(const QStringList& ids);
-    QStringList Highlighted() const { return highlighted; }
+    QStringList Highlighted() const { return highlighted; } ///< as they were set last
     /// Reads the ground anew for all of them: the map's heights are others now.
     void MeasureAgain();
     /// Writes the texts on the map anew: the units are others now.
@@ -65,9 +65,9 @@ public:
     void Close();
 
 signals:
-    void added(QString id);
+    void added(QString id);   ///< a measurement was finished
     void changed(QString id); ///< its values
-    void removed(QString id);
+    void removed(QString id); ///< it is off the map and the list
 
 private:
     void read(const QString& id);
