@@ -3,64 +3,83 @@
 #include <QRect>
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
-#include <unordered_map>
-#include <unordered_set>
+#include <utility>
 
 namespace {
-constexpr int dotCell = 20;  // pixels: more of them tell no more, and are slow to draw
+constexpr int dotCell = 24;  // pixels: more of them tell no more, and are slow to draw
 constexpr int labelCell = 4; // pixels
 // As far apart two boxes never share a cell, pixels.
 constexpr int labelGap = 4;
-
-std::int64_t Key(int column, int row)
-{
-    return (static_cast<std::int64_t>(column) << 32) ^ static_cast<std::uint32_t>(row);
-}
 
 int Cell(int value, int size)
 {
     return value >= 0 ? value / size : (value - size + 1) / size;
 }
 
+/// What is in each cell of the window and of those around it; beyond these there is nothing.
+template <typename Content> class Grid
+{
+public:
+    Grid(const QSize& window, const QSize& ofCell)
+        : size(ofCell), columns(window.width() / size.width() + 5), rows(window.height() / size.height() + 5),
+          contents(static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows))
+    {
+    }
+    /// Of the cell that is so many to the right and above that of a place; null for one that is none.
+    Content* At(const QPoint& place, int right = 0, int above = 0)
+    {
+        const int column = Cell(place.x(), size.width()) + right + 2;
+        const int row = Cell(place.y(), size.height()) + above + 2;
+        return column >= 0 && column < columns && row >= 0 && row < rows
+                   ? &contents[static_cast<std::size_t>(row * columns + column)]
+                   : nullptr;
+    }
+
+private:
+    const QSize size;
+    const int columns;
+    const int rows;
+    std::vector<Content> contents;
+};
+
 /// Which icons are drawn: never two in one cell.
 class Icons
 {
 public:
-    explicit Icons(const QSize& icon) : apart(icon) {}
+    Icons(const QSize& window, const QSize& icon) : apart(icon), feet(window, icon) {}
     /// Whether the foot is behind the head of an icon, which is its upper half.
-    bool Cover(const QPoint& foot) const
+    bool Cover(const QPoint& foot)
     {
-        const int column = Cell(foot.x(), apart.width());
-        const int row = Cell(foot.y(), apart.height());
-        for (int x = column - 1; x <= column + 1; ++x)
-            for (int y = row - 1; y <= row; ++y)
-                if (const auto icon = feet.find(Key(x, y)); icon != feet.end()) {
-                    const QPoint above = foot - icon->second;
-                    if (2 * std::abs(above.x()) < apart.width() && 2 * above.y() >= apart.height() &&
-                        above.y() < apart.height())
-                        return true;
-                }
-        return false;
+        return any(foot, 0, [this](const QPoint& above) {
+            return 2 * std::abs(above.x()) < apart.width() && 2 * above.y() >= apart.height() &&
+                   above.y() < apart.height();
+        });
     }
     bool Take(const QPoint& foot)
     {
-        const int column = Cell(foot.x(), apart.width());
-        const int row = Cell(foot.y(), apart.height());
-        for (int x = column - 1; x <= column + 1; ++x)
-            for (int y = row - 1; y <= row + 1; ++y)
-                if (const auto other = feet.find(Key(x, y)); other != feet.end())
-                    if (std::abs(other->second.x() - foot.x()) < apart.width() &&
-                        std::abs(other->second.y() - foot.y()) < apart.height())
-                        return false;
-        feet[Key(column, row)] = foot;
-        return true;
+        const bool isCovering = any(foot, 1, [this](const QPoint& away) {
+            return std::abs(away.x()) < apart.width() && std::abs(away.y()) < apart.height();
+        });
+        std::optional<QPoint>* cell = isCovering ? nullptr : feet.At(foot);
+        if (cell)
+            *cell = foot;
+        return cell;
     }
 
 private:
+    /// Asks about the ways to the foot from those around it, up to so many cells above.
+    template <typename Ask> bool any(const QPoint& foot, int above, Ask ask)
+    {
+        for (int y = -1; y <= above; ++y)
+            for (int x = -1; x <= 1; ++x)
+                if (const auto* other = feet.At(foot, x, y); other && *other && ask(foot - **other))
+                    return true;
+        return false;
+    }
+
     const QSize apart;
-    std::unordered_map<std::int64_t, QPoint> feet;
+    Grid<std::optional<QPoint>> feet;
 };
 
 /// Which part of the window is covered, in small squares.
@@ -127,9 +146,9 @@ std::vector<AxMarkPlaced> AxPlaceMarks(std::vector<AxMarkOnScreen> marks, const 
             return a.isSelected;
         return a.depth != b.depth ? a.depth < b.depth : a.index < b.index;
     });
-    Icons icons(sizes.icon);
+    Icons icons(sizes.window, sizes.icon);
     Cover cover(sizes.window);
-    std::unordered_set<std::int64_t> dots;
+    Grid<char> dots(sizes.window, QSize(dotCell, dotCell));
     std::vector<AxMarkPlaced> placed;
     std::vector<std::size_t> named;
     std::vector<const AxMarkOnScreen*> crowded;
@@ -153,10 +172,11 @@ std::vector<AxMarkPlaced> AxPlaceMarks(std::vector<AxMarkOnScreen> marks, const 
         ++labels;
         cover.Take(QRect(*placed[i].label, QSize(sizes.labelWidth(placed[i].index), sizes.labelHeight)));
     }
-    for (const AxMarkOnScreen* mark : crowded)
-        if (!icons.Cover(mark->foot) &&
-            dots.insert(Key(Cell(mark->foot.x(), dotCell), Cell(mark->foot.y(), dotCell))).second)
+    for (const AxMarkOnScreen* mark : crowded) {
+        char* dot = icons.Cover(mark->foot) ? nullptr : dots.At(mark->foot);
+        if (dot && !std::exchange(*dot, 1))
             placed.push_back({mark->index, mark->foot, false, {}});
+    }
     std::reverse(placed.begin(), placed.end());
     return placed;
 }
