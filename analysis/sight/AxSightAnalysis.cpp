@@ -127,11 +127,11 @@ void AxSightAnalysis::Preview(const AxSightEnd& from, const AxSightEnd& to, cons
 
 void AxSightAnalysis::takePreview(const AxSightLine& line)
 {
-    const osg::ref_ptr<osg::Group> node = AxSightLineNode(scene, line);
-    draw(node);
-    if (preview)
-        takeOff(preview);
-    preview = node;
+    if (!preview) {
+        preview = new osg::Group;
+        draw(preview);
+    }
+    AxDrawSightLine(*preview, scene, line);
     if (next)
         look(*std::exchange(next, {}));
 }
@@ -193,7 +193,8 @@ void AxSightAnalysis::take(Answer&& answer)
     one.result.line = answer.line;
     one.result.viewshed = answer.viewshed;
     if (answer.line) {
-        one.node = AxSightLineNode(scene, *answer.line);
+        one.node = new osg::Group;
+        AxDrawSightLine(*one.node, scene, *answer.line);
         one.node->setName(one.result.name.toStdString());
     } else
         one.layer = AxViewshedLayer(answer.picture, one.result.name);

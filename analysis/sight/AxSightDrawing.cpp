@@ -62,8 +62,8 @@ osg::Vec3d WorldAbove(const QPointF& place, double ground, double above)
     return AxGlobe::WorldOf({place.x(), place.y(), (std::isfinite(ground) ? ground : 0.0) + above});
 }
 
-osg::ref_ptr<osgEarth::Annotation::LabelNode> LabelAt(const AxScene& scene, const osg::Vec3d& world,
-                                                      const QString& text)
+osgEarth::Annotation::LabelNode* MakeLabel(const AxScene& scene, const osgEarth::GeoPoint& place,
+                                           const std::string& text)
 {
     using osgEarth::Symbology::Color;
     using osgEarth::Symbology::TextSymbol;
@@ -71,17 +71,14 @@ osg::ref_ptr<osgEarth::Annotation::LabelNode> LabelAt(const AxScene& scene, cons
     osgEarth::Symbology::Style style;
     auto* symbol = style.getOrCreate<TextSymbol>();
     symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-    symbol->pixelOffset() = osg::Vec2s(10, 8);
+    symbol->pixelOffset() = osg::Vec2s(14, 10);
     symbol->fill()->color() = Color::White;
     symbol->halo()->color() = Color::Black;
     symbol->font() = "msyh.ttc";
     symbol->encoding() = TextSymbol::ENCODING_UTF8;
     symbol->size() = pixels;
     symbol->declutter() = false;
-    osgEarth::GeoPoint place;
-    place.fromWorld(scene.MapSRS()->getGeographicSRS(), world);
-    osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
-        new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text.toStdString(), style);
+    auto* label = new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text, style);
     label->setDynamic(true);
     return label;
 }
@@ -100,18 +97,17 @@ private:
 };
 } // namespace
 
-osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line)
+void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& line)
 {
     const osg::Vec3d from = WorldAbove(line.from.place, line.fromGround, line.from.aboveGround);
     const osg::Vec3d to = WorldAbove(line.to.place, line.toGround, line.to.aboveGround);
     const osg::ref_ptr<osg::Geode> rims = GeodeIn(rimBin);
     const osg::ref_ptr<osg::Geode> lines = GeodeIn(lineBin);
-    osg::Vec3d labelAt = (from + to) * 0.5;
     AddLine(*rims, {from, to}, rimColor, rimWidth);
     if (line.seen == AxSeen::Hidden) {
-        labelAt = from + (to - from) * (line.blockedAt->distance / line.distance);
-        AddLine(*lines, {from, labelAt}, visibleColor, lineWidth);
-        AddLine(*lines, {labelAt, to}, hiddenColor, lineWidth);
+        const osg::Vec3d block = from + (to - from) * (line.blockedAt->distance / line.distance);
+        AddLine(*lines, {from, block}, visibleColor, lineWidth);
+        AddLine(*lines, {block, to}, hiddenColor, lineWidth);
     } else
         AddLine(*lines, {from, to}, line.seen == AxSeen::Visible ? visibleColor : unknownColor, lineWidth);
     const auto addMast = [&](const AxSightEnd& end, double ground) {
@@ -122,11 +118,23 @@ osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine
     };
     addMast(line.from, line.fromGround);
     addMast(line.to, line.toGround);
-    osg::ref_ptr<osg::Group> node = new osg::Group;
-    node->addChild(rims);
-    node->addChild(lines);
-    node->addChild(LabelAt(scene, labelAt, AxSightLabel(line)));
-    return node;
+
+    osgEarth::GeoPoint labelAt;
+    labelAt.fromWorld(scene.MapSRS()->getGeographicSRS(), to);
+    const std::string text = AxSightLabel(line).toStdString();
+    osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
+        node.getNumChildren() > 0 ? dynamic_cast<osgEarth::Annotation::LabelNode*>(node.getChild(0))
+                                  : nullptr;
+    // One that is there already stays: a new one would fade in.
+    if (label) {
+        label->setPosition(labelAt);
+        label->setText(text);
+    } else
+        label = MakeLabel(scene, labelAt, text);
+    node.removeChildren(0, node.getNumChildren());
+    node.addChild(label);
+    node.addChild(rims);
+    node.addChild(lines);
 }
 
 std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed)

@@ -14,10 +14,10 @@
 
 class AxScene;
 
-/// A line of sight as it is drawn, over the ground: green, and red from where it is hidden on, grey where
-/// that is not known, each with a dark rim; a mast at each end, and a label with its finding. GUI thread,
-/// with a map.
-osg::ref_ptr<osg::Group> AxSightLineNode(const AxScene& scene, const AxSightLine& line);
+/// Draws a line of sight below a node, in place of the one that it shows: over the ground, green, and red
+/// from where it is hidden on, grey where that is not known, with a dark rim; a mast at each end, and its
+/// finding beside the second end. GUI thread, with a map.
+void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& line);
 
 /// The picture of a viewshed for the map. Any thread.
 std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed);

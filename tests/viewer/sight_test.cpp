@@ -64,5 +64,13 @@ TEST_F(ShapeFixture, SightAnswersTheLatestQuestionAndDrawsItUntilItIsRemoved)
     EXPECT_EQ(removed.size(), 2);
     EXPECT_EQ(map->getNumImageLayers(), layers);
     EXPECT_EQ(Scenery(), nodes);
+
+    sight->Preview({{20.0, 10.0}, 2.0}, {{20.01, 10.0}, 2.0});
+    sight->Preview({{20.0, 10.0}, 2.0}, {{20.02, 10.0}, 2.0});
+    EXPECT_FALSE(sight->IsBusy());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Scenery() == nodes + 1; }, 20000));
+    sight->EndPreview();
+    EXPECT_EQ(Scenery(), nodes);
+    EXPECT_EQ(added.size(), 2) << "what was called off or is a preview is no result";
     EXPECT_TRUE(sight->GetResults().isEmpty());
 }

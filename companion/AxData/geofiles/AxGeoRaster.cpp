@@ -71,17 +71,16 @@ bool FillClasses(GDALDataset& data, const AxGeoRaster& raster)
 {
     GDALRasterBand* band = data.GetRasterBand(1);
     GDALColorTable colors;
-    char** names = CSLAddString(nullptr, "");
     for (std::size_t i = 0; i < raster.classes.size(); ++i) {
         const auto& color = raster.classes[i].color;
         const GDALColorEntry entry{color[0], color[1], color[2], 255};
         colors.SetColorEntry(static_cast<int>(i) + 1, &entry);
-        names = CSLAddString(names, raster.classes[i].name.toUtf8().constData());
+        // The format has no room for names of values.
+        data.SetMetadataItem(("CLASS_" + QByteArray::number(static_cast<int>(i) + 1)).constData(),
+                             raster.classes[i].name.toUtf8().constData());
     }
     band->SetColorTable(&colors);
     band->SetNoDataValue(0.0);
-    band->SetCategoryNames(names);
-    CSLDestroy(names);
     for (auto fact = raster.facts.cbegin(); fact != raster.facts.cend(); ++fact)
         data.SetMetadataItem(fact.key().toUtf8().constData(), fact.value().toUtf8().constData());
     for (int row = 0; row < raster.rows; ++row)
@@ -125,7 +124,7 @@ bool FillPicture(GDALDataset& data, const AxGeoRaster& raster, int times)
 QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster)
 {
     AxGeoSession session;
-    // Names and colours that the format has no room for go into the file's own metadata, not beside it.
+    // Nothing goes into a file beside it.
     session.Set("GDAL_PAM_ENABLED", "NO");
     const auto fault = [&] {
         const QStringList errors = session.TakeErrors();

@@ -30,9 +30,9 @@ struct AxGeoRaster
     QMap<QString, QString> facts; ///< written beside the cells, for programs
 };
 
-/// Writes a GeoTIFF: one band of the values with 0 as "no data", the classes' colours and names, and the
-/// facts as metadata. The file that was there is replaced when the new one is whole. What is wrong, in the
-/// language of the program; empty when it was written. Any thread.
+/// Writes a GeoTIFF: one band of the values with 0 as "no data", the classes' colours, and as metadata the
+/// facts and the classes' names ("CLASS_1"). The file that was there is replaced when the new one is whole.
+/// What is wrong, in the language of the program; empty when it was written. Any thread.
 AXDATA_EXPORT QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster);
 
 /// The same cells as a picture for a map: red, green, blue and alpha, each cell `times` pixels wide and high,
