@@ -41,6 +41,6 @@ void FillMeasureMenu(QMenu* menu, ToolActions* tools, const MeasurePanel* panel,
         menu->addAction(action);
     }
     menu->addSeparator();
-    menu->addActions(panel->Actions());
+    menu->addActions(panel->MenuActions());
     menu->addAction(dock->toggleViewAction());
 }

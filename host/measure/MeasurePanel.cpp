@@ -71,11 +71,15 @@ MeasurePanel::MeasurePanel(CAxEarthViewer* earthViewer, QWidget* parent)
                           QKeySequence::Copy, &MeasurePanel::Copy);
     QAction* remove = Offer(tr("&Delete"), tr("Take the selected measurements off the map"),
                             QKeySequence::Delete, &MeasurePanel::Delete);
-    QAction* save =
-        Offer(tr("&Export..."), tr("Write the selected measurements into a CSV, KML or GeoJSON file"), {},
-              &MeasurePanel::Export);
-    ofChosen = {fly, copy, remove, save};
-    clear = Offer(tr("Clear &all"), tr("Take all measurements off the map"), {}, &MeasurePanel::Clear);
+    QAction* save = Offer(tr("&Export measurements..."),
+                          tr("Write the selected measurements, or else all, into a CSV, KML or GeoJSON file"),
+                          {}, &MeasurePanel::Export);
+    ofChosen = {fly, copy, remove};
+    QAction* clear = Offer(tr("Clear &all measurements"), tr("Take all measurements off the map"), {},
+                           &MeasurePanel::Clear);
+    save->setIconText(tr("Export..."));
+    clear->setIconText(tr("Clear all"));
+    ofAll = {save, clear};
     auto* bar = new QToolBar;
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
     bar->addActions(offered);
@@ -131,7 +135,8 @@ void MeasurePanel::Follow()
     const QVector<AxMeasurement> chosen = list->Chosen();
     for (QAction* action : qAsConst(ofChosen))
         action->setEnabled(!chosen.isEmpty());
-    clear->setEnabled(list->topLevelItemCount() > 0);
+    for (QAction* action : qAsConst(ofAll))
+        action->setEnabled(list->topLevelItemCount() > 0);
     if (measurements)
         measurements->SetHighlighted(list->ChosenIDs());
     profile->Show(chosen.isEmpty() ? AxMeasurement() : chosen.first());
@@ -189,7 +194,9 @@ bool MeasurePanel::Ask(const QString& title, const QString& question, const QStr
 
 void MeasurePanel::Export()
 {
-    const QVector<AxMeasurement> chosen = list->Chosen();
+    QVector<AxMeasurement> chosen = list->Chosen();
+    if (chosen.isEmpty() && measurements)
+        chosen = measurements->All();
     if (chosen.isEmpty())
         return;
     if (std::any_of(chosen.begin(), chosen.end(), [](const AxMeasurement& one) { return one.isPending; })) {

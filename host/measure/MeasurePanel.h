@@ -18,8 +18,10 @@ class MeasurePanel : public QWidget
 public:
     explicit MeasurePanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
 
-    /// What is done with all or with the selected measurements, for a menu.
+    /// What is done with the selected measurements and with all, where the list has the keyboard.
     QList<QAction*> Actions() const { return offered; }
+    /// Those of them that are for a menu, where it need not.
+    QList<QAction*> MenuActions() const { return ofAll; }
 
 signals:
     void Told(const QString& text); ///< for the status bar
@@ -43,7 +45,7 @@ private:
     MeasureList* list;
     MeasureProfile* profile;
     QList<QAction*> offered;
+    QList<QAction*> ofAll;    ///< that are in a menu, too
     QList<QAction*> ofChosen; ///< those that need a selection
-    QAction* clear = nullptr;
-    QString folder; ///< that was exported to last
+    QString folder;           ///< that was exported to last
 };

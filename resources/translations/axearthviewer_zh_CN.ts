@@ -5072,18 +5072,6 @@ Heights are above the ellipsoid.</source>
         <translation>从地图上移除所选测量</translation>
     </message>
     <message>
-        <source>&amp;Export...</source>
-        <translation>导出(&amp;E)……</translation>
-    </message>
-    <message>
-        <source>Write the selected measurements into a CSV, KML or GeoJSON file</source>
-        <translation>将所选测量写入 CSV、KML 或 GeoJSON 文件</translation>
-    </message>
-    <message>
-        <source>Clear &amp;all</source>
-        <translation>全部清除(&amp;A)</translation>
-    </message>
-    <message>
         <source>Take all measurements off the map</source>
         <translation>从地图上移除全部测量</translation>
     </message>
@@ -5134,6 +5122,26 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The measurements were not written.</source>
         <translation>测量未写入。</translation>
+    </message>
+    <message>
+        <source>&amp;Export measurements...</source>
+        <translation>导出测量(&amp;E)……</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出……</translation>
+    </message>
+    <message>
+        <source>Write the selected measurements, or else all, into a CSV, KML or GeoJSON file</source>
+        <translation>将所选测量（未选择则全部）写入 CSV、KML 或 GeoJSON 文件</translation>
+    </message>
+    <message>
+        <source>Clear &amp;all measurements</source>
+        <translation>清除全部测量(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Clear all</source>
+        <translation>全部清除</translation>
     </message>
 </context>
 <context>
