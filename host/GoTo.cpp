@@ -1,6 +1,7 @@
 #include "host/GoTo.h"
 #include "host/TypedBox.h"
 #include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxCoordinateSystem.h>
@@ -9,6 +10,7 @@
 #include <osgEarth/Viewpoint>
 
 #include <QCoreApplication>
+#include <QMessageBox>
 #include <QPointer>
 
 #include <algorithm>
@@ -56,6 +58,14 @@ void FlyTo(CAxEarthViewer* viewer, const AxCoordinateText::Typed& typed)
                                              now.getPitch(), range),
                          flightSeconds);
 }
+
+void Mark(CAxEarthViewer* viewer, const PointLatLng& place, QWidget* parent)
+{
+    CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::OfViewer(viewer);
+    QString why;
+    if (marks && marks->AddMark(place.Lng(), place.Lat(), QString(), &why).isEmpty())
+        QMessageBox::warning(parent, GoText(QT_TRANSLATE_NOOP("GoTo", "Mark not set")), why);
+}
 } // namespace
 
 void AskAndGo(CAxEarthViewer* viewer, QWidget* parent)
@@ -74,7 +84,11 @@ void AskAndGo(CAxEarthViewer* viewer, QWidget* parent)
         GoText(QT_TRANSLATE_NOOP("GoTo", "Go to a coordinate")), hint,
         [&system](const QString& typed) { return ReadPlace(system, typed); }, parent);
     box.SetBtnOKText(GoText(QT_TRANSLATE_NOOP("GoTo", "Fly there")));
+    box.AddExtraButton(GoText(QT_TRANSLATE_NOOP("GoTo", "Set a mark")));
     if (box.exec() != QDialog::Accepted || !alive || !alive->getMapNode())
         return;
-    FlyTo(alive, system.Read(box.Text()));
+    const AxCoordinateText::Typed typed = system.Read(box.Text());
+    FlyTo(alive, typed);
+    if (box.WasExtra())
+        Mark(alive, *typed.place, parent);
 }

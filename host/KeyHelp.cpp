@@ -81,6 +81,10 @@ const QList<Group>& Groups()
          {
              {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Shift+D; Ctrl+Shift+H"),
               QT_TRANSLATE_NOOP("KeyHelp", "Measures distances; height differences")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+Shift+A; Ctrl+Shift+L; Ctrl+Shift+C"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Measures areas; planes of ground; coordinates")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "Ctrl+G"),
+              QT_TRANSLATE_NOOP("KeyHelp", "Goes to a coordinate that is typed")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Click; double click; Backspace"),
               QT_TRANSLATE_NOOP("KeyHelp", "Adds a point; the last one; takes one back")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Escape"),

@@ -25,6 +25,21 @@ const MeasureTool measureTools[] = {
      QT_TRANSLATE_NOOP("MeasureMenu",
                        "Drag from one place to another, or click on each; Escape leaves the tool"),
      "Ctrl+Shift+H"},
+    {ToolMeasureArea, QT_TRANSLATE_NOOP("MeasureMenu", "&Area"),
+     QT_TRANSLATE_NOOP(
+         "MeasureMenu",
+         "Click the corners of an area, the last one by a double click; Backspace takes one back, "
+         "Escape gives it up, and a second Escape leaves the tool"),
+     "Ctrl+Shift+A"},
+    {ToolMeasurePlane, QT_TRANSLATE_NOOP("MeasureMenu", "&Plane"),
+     QT_TRANSLATE_NOOP("MeasureMenu", "Drag a rectangle, or click on two opposite corners: slope, direction and "
+                                      "roughness of the ground in it; Escape leaves the tool"),
+     "Ctrl+Shift+L"},
+    {ToolProjCoords, QT_TRANSLATE_NOOP("MeasureMenu", "&Coordinates"),
+     QT_TRANSLATE_NOOP("MeasureMenu",
+                       "The coordinates under the mouse, in the system of View > Coordinates; a click keeps "
+                       "them, Escape leaves the tool"),
+     "Ctrl+Shift+C"},
 };
 
 QString MeasureMenuText(const char* text)

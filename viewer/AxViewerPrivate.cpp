@@ -3,6 +3,7 @@
 #include "analysis/sight/AxSightAnalysis.h"
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/measure/AxMeasurements.h"
+#include "interaction/measure/CAxMeasurePlane.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "scene/base/AxNotice.h"
 #include "scene/base/AxProcessLocale.h"
@@ -68,18 +69,24 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     objects.SetHistory(&history);
     connect(&objects, &AxObjects::currentChanged, q, &CAxEarthViewer::signalCurrentBlock);
     connect(&objects, &AxObjects::selectedChanged, q, &CAxEarthViewer::signalMultiSelectBlock);
+    connect(&objects, &AxObjects::taskChanged, q, &CAxEarthViewer::signalCurrentTask);
     connect(&objects, &AxObjects::imported, q, &CAxEarthViewer::signalBlockState);
     connect(&objects, &AxObjects::moveGivenUp, q, [this] { manipulator->CancelBlockMove(); });
     connect(&tools, &AxToolBox::barLeft, q, [this] { mapToolsWidget->ResetToolType(); });
     connect(&tools, &AxToolBox::placePicked, q, [this](EToolType tool, double lon, double lat, double alt) {
         if (tool == ToolLandingPosition)
-    connect(&objects, &AxObjects::taskChanged, q, &CAxEarthViewer::signalCurrentTask);
             emit q->LandingPosPicked(lon, lat, alt, true);
         else
             emit q->InterestPointPicked(lon, lat, alt);
     });
     measurements = std::make_unique<AxMeasurements>(*this, objects);
     AxAddMeasureTools(objects.Factories(), *measurements);
+    objects.Factories().SetOwn(
+        ToolMeasurePlane, [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
+            auto* plane = new CAxMeasurePlane(earth, parent, *measurements);
+            plane->SetPlane(projPlaneCenter, projPlaneMatrix);
+            return plane;
+        });
     groundRequests = std::make_unique<AxGroundRequests>();
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);

@@ -2,6 +2,8 @@
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMearsureToolHandler.h"
 #include "interaction/measure/CAxMeasureAltitudeHandler.h"
+#include "interaction/measure/CAxMeasureArea.h"
+#include "interaction/measure/CAxProjCoordsToolHandler.h"
 #include "interaction/objects/AxShapeFactories.h"
 
 namespace {
@@ -16,5 +18,7 @@ template <typename Tool> AxShapeFactories::Factory Measuring(AxMeasurements& mea
 void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements)
 {
     factories.SetOwn(ToolMeasureDistance, Measuring<CAxMearsureToolHandler>(measurements));
+    factories.SetOwn(ToolMeasureArea, Measuring<CAxMeasureArea>(measurements));
+    factories.SetOwn(ToolProjCoords, Measuring<CAxProjCoordsToolHandler>(measurements));
     factories.SetOwn(ToolMeasureAltitude, Measuring<CAxMeasureAltitudeHandler>(measurements));
 }

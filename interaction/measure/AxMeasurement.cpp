@@ -17,6 +17,10 @@ enum class Unit
     Rise,    // metres, with a sign
     Bearing, // degrees
     Slope,   // degrees, with a sign, and percent
+    Dip,     // the same without a sign
+    Area,    // square metres, written in the units of areas
+    Degrees, // of a place
+    Plain,   // of any unit
 };
 
 struct QuantityRow
@@ -37,6 +41,22 @@ const QuantityRow quantityRows[] = {
     {AxQuantity::Slant, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Straight line"), "slant_m"},
     {AxQuantity::Ascent, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Ascent"), "ascent_m"},
     {AxQuantity::Descent, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Descent"), "descent_m"},
+    {AxQuantity::Area, Unit::Area, QT_TRANSLATE_NOOP("AxMeasurement", "Area"), "area_m2"},
+    {AxQuantity::AreaOverGround, Unit::Area, QT_TRANSLATE_NOOP("AxMeasurement", "Area over the ground"),
+     "area_over_ground_m2"},
+    {AxQuantity::Perimeter, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Perimeter"), "perimeter_m"},
+    {AxQuantity::Width, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Width"), "width_m"},
+    {AxQuantity::Depth, Unit::Length, QT_TRANSLATE_NOOP("AxMeasurement", "Depth"), "depth_m"},
+    {AxQuantity::AreaOnPlane, Unit::Area, QT_TRANSLATE_NOOP("AxMeasurement", "Area on the plane"),
+     "area_on_plane_m2"},
+    {AxQuantity::Dip, Unit::Dip, QT_TRANSLATE_NOOP("AxMeasurement", "Slope of the plane"), "plane_slope_deg"},
+    {AxQuantity::Aspect, Unit::Bearing, QT_TRANSLATE_NOOP("AxMeasurement", "Falls towards"), "aspect_deg"},
+    {AxQuantity::Roughness, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Roughness"), "roughness_m"},
+    {AxQuantity::Longitude, Unit::Degrees, QT_TRANSLATE_NOOP("AxMeasurement", "Longitude"), "longitude_deg"},
+    {AxQuantity::Latitude, Unit::Degrees, QT_TRANSLATE_NOOP("AxMeasurement", "Latitude"), "latitude_deg"},
+    {AxQuantity::Easting, Unit::Plain, QT_TRANSLATE_NOOP("AxMeasurement", "Easting"), "easting"},
+    {AxQuantity::Northing, Unit::Plain, QT_TRANSLATE_NOOP("AxMeasurement", "Northing"), "northing"},
+    {AxQuantity::GroundHeight, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Ground"), "ground_m"},
 };
 
 const QuantityRow& RowOf(AxQuantity quantity)
@@ -53,6 +73,9 @@ struct KindRow
 const KindRow kindRows[] = {
     {ToolMeasureDistance, QT_TRANSLATE_NOOP("AxMeasurement", "Distance")},
     {ToolMeasureAltitude, QT_TRANSLATE_NOOP("AxMeasurement", "Height difference")},
+    {ToolMeasureArea, QT_TRANSLATE_NOOP("AxMeasurement", "Area")},
+    {ToolMeasurePlane, QT_TRANSLATE_NOOP("AxMeasurement", "Plane")},
+    {ToolProjCoords, QT_TRANSLATE_NOOP("AxMeasurement", "Place")},
 };
 
 QString Tr(const char* text)
@@ -113,14 +136,22 @@ QString AxMeasureText::Value(const AxMeasured& measured)
         return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260"))
             .arg(isFullTurn ? QStringLiteral("0.0") : text);
     }
+    case Unit::Area:
+        return AxUnits::Area(value);
+    case Unit::Degrees:
+        return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(Fixed(value, 6));
+    case Unit::Plain:
+        return Fixed(value, 2);
+    case Unit::Dip:
     case Unit::Slope: {
         constexpr double percentOfOne = 100.0;
         const double percent = percentOfOne * std::tan(value * std::acos(-1.0) / 180.0);
         constexpr double upright = 89.9; // a percentage says nothing any more
+        QString (*const write)(double, int) = RowOf(measured.quantity).unit == Unit::Dip ? Fixed : Signed;
         if (std::abs(value) > upright)
-            return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(Signed(value, 1));
+            return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(write(value, 1));
         return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260 (%2 %)"))
-            .arg(Signed(value, 1), Signed(percent, 1));
+            .arg(write(value, 1), write(percent, 1));
     }
     }
     return {};

@@ -15,14 +15,28 @@
 /// What is measured. How it is written, named and exported is one row of a table (AxMeasurement.cpp).
 enum class AxQuantity
 {
-    Length,     ///< along the ellipsoid, metres
-    OverGround, ///< along the ground, metres
-    Bearing,    ///< degrees clockwise from true north
-    Rise,       ///< how much higher the end is, metres
-    Slope,      ///< degrees against the horizontal, up is positive
-    Slant,      ///< straight through the air, metres
-    Ascent,     ///< all ways up, metres
-    Descent,    ///< all ways down, metres
+    Length,         ///< along the ellipsoid, metres
+    OverGround,     ///< along the ground, metres
+    Bearing,        ///< degrees clockwise from true north
+    Rise,           ///< how much higher the end is, metres
+    Slope,          ///< degrees against the horizontal, up is positive
+    Slant,          ///< straight through the air, metres
+    Ascent,         ///< all ways up, metres
+    Descent,        ///< all ways down, metres
+    Area,           ///< on the ellipsoid, square metres
+    AreaOverGround, ///< of the ground, square metres
+    Perimeter,      ///< along the ellipsoid, metres
+    Width,          ///< of a rectangle, metres
+    Depth,          ///< its other side, metres
+    AreaOnPlane,    ///< of the plane that fits the ground, square metres
+    Dip,            ///< of that plane against the horizontal, degrees
+    Aspect,         ///< where it falls to, degrees clockwise from true north
+    Roughness,      ///< of the ground against it, metres
+    Longitude,      ///< degrees
+    Latitude,       ///< degrees
+    Easting,        ///< in the units of a coordinate system
+    Northing,
+    GroundHeight, ///< metres as the map has them
 };
 
 /// One value. Not a number where it is not known, or not yet.
@@ -39,6 +53,8 @@ struct AxMeasuredValues
     QVector<QVector<AxMeasured>> parts; ///< likewise, from one point to the next
     /// Metres between looks at the ground; 0: it was not looked at.
     double step = 0.0;
+    bool isCrossed = false; ///< a ring's edges cross: it has no area
+    QString system;         ///< in which easting and northing are, for people; empty without
 
     /// Of the whole; not a number where there is none.
     AXEARTHVIEWER_EXPORT double Of(AxQuantity quantity) const;
@@ -52,7 +68,7 @@ struct AxMeasurement
     QString name;              ///< for people, in their language: "Distance 3"
     /// Degrees, degrees, metres as the map has them.
     std::vector<osg::Vec3d> points;
-    bool isClosed = false; ///< the last point leads back to the first
+    bool isClosed = false;   ///< the last point leads back to the first
     AxMeasuredValues values; ///< what is known by now
     /// The finest heights of the ground are still being read: values that hang on them are to come.
     bool isPending = false;

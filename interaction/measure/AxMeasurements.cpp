@@ -71,6 +71,9 @@ void AxMeasurements::Take(AxMeasureAdapter* adapter)
     one.isClosed = adapter->ShapeKind().IsClosed();
     const std::atomic<bool> isOff = false;
     one.values = adapter->Work()(one.points, {}, isOff);
+    // Numbers without their system mean nothing in a list or a file.
+    if (!one.values.system.isEmpty())
+        one.name = QCoreApplication::translate("AxMeasurement", "%1 (%2)").arg(one.name, one.values.system);
     one.isPending = parts.Scene().MapNode() != nullptr;
     list += one;
     adapters[id] = adapter;

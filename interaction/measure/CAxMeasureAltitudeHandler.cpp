@@ -1,5 +1,4 @@
 #include "interaction/measure/CAxMeasureAltitudeHandler.h"
-#include "interaction/editing/AxEditRules.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxGlobePoint.h"
@@ -39,7 +38,7 @@ AxMeasuredValues MeasureHeights(std::vector<osg::Vec3d> points, const std::vecto
 
 CAxMeasureAltitudeHandler::CAxMeasureAltitudeHandler(CAxEarthViewer* viewer, QObject* parent,
                                                      AxMeasurements& measurements)
-    : AxMeasureAdapter(viewer, parent, ToolMeasureAltitude, measurements)
+    : AxDraggedMeasure(viewer, parent, ToolMeasureAltitude, measurements)
 {
 }
 
@@ -54,67 +53,6 @@ AxMeasureWork CAxMeasureAltitudeHandler::Work() const
 QString CAxMeasureAltitudeHandler::Hint() const
 {
     return tr("click or let go: the second place");
-}
-
-// The mouse
-
-bool CAxMeasureAltitudeHandler::isTremble(float windowX, float windowY) const
-{
-    return static_cast<double>((osg::Vec2f(windowX, windowY) - press->window).length()) <
-           AxEditRules::tremblePixels;
-}
-
-void CAxMeasureAltitudeHandler::slotMousePressed(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
-{
-    AxMeasureAdapter::slotMousePressed(lngLatPos, worldCoordPos);
-    press.reset();
-    if (d->operation == OperationDrawing)
-        press = Press{{lngLatPos, worldCoordPos}, {}};
-}
-
-void CAxMeasureAltitudeHandler::slotMousePressed(float windowX, float windowY)
-{
-    AxMeasureAdapter::slotMousePressed(windowX, windowY);
-    if (press)
-        press->window.set(windowX, windowY);
-}
-
-void CAxMeasureAltitudeHandler::slotDragging(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
-{
-    underMouse = {lngLatPos, worldCoordPos};
-}
-
-void CAxMeasureAltitudeHandler::slotDragging(float windowX, float windowY)
-{
-    if (d->operation != OperationDrawing || !press || (d->anchors.empty() && isTremble(windowX, windowY)))
-        return;
-    if (d->anchors.empty())
-        take(press->place);
-    slotMoving(underMouse.lngLat, underMouse.world);
-}
-
-void CAxMeasureAltitudeHandler::slotMouseRelease(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
-{
-    AxMeasureAdapter::slotMouseRelease(lngLatPos, worldCoordPos);
-    underMouse = {lngLatPos, worldCoordPos};
-}
-
-// Comes at the end of a drag alone, not of a click.
-void CAxMeasureAltitudeHandler::slotMouseRelease(float windowX, float windowY)
-{
-    AxMeasureAdapter::slotMouseRelease(windowX, windowY);
-    if (d->operation != OperationDrawing || !press)
-        return;
-    const Place place = isTremble(windowX, windowY) ? press->place : underMouse;
-    press.reset();
-    take(place);
-}
-
-void CAxMeasureAltitudeHandler::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
-{
-    press.reset();
-    if (d->operation == OperationDrawing)
-        take({lngLatPos, worldCoordPos});
 }
 
 void CAxMeasureAltitudeHandler::take(const Place& picked)

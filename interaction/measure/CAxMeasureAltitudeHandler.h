@@ -1,8 +1,6 @@
 #pragma once
-#include "interaction/measure/AxMeasureAdapter.h"
+#include "interaction/measure/AxDraggedMeasure.h"
 #include "scene/shape/AxShapeClamp.h"
-
-#include <osg/Vec2f>
 
 #include <memory>
 
@@ -13,7 +11,7 @@
  *
  * Ownership and thread as of AxMeasureAdapter.
  */
-class AXEARTHVIEWER_EXPORT CAxMeasureAltitudeHandler : public AxMeasureAdapter
+class AXEARTHVIEWER_EXPORT CAxMeasureAltitudeHandler : public AxDraggedMeasure
 {
     Q_OBJECT
 public:
@@ -23,39 +21,16 @@ public:
     AxShapeKind ShapeKind() const override { return {AxShapeKind::Edges::Open, 2, false}; }
     AxMeasureWork Work() const override;
 
-public slots:
-    void slotMousePressed(float windowX, float windowY) override;
-    void slotMousePressed(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
-    void slotDragging(float windowX, float windowY) override;
-    void slotDragging(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
-    void slotMouseRelease(float windowX, float windowY) override;
-    void slotMouseRelease(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
-    void slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
-
 protected:
     QString Hint() const override;
+    void take(const Place& place) override;
     void drawShape() override;
     bool isOnGround() const override { return false; }
 
 private:
-    struct Place
-    {
-        osg::Vec3d lngLat;
-        osg::Vec3d world;
-    };
-    struct Press
-    {
-        Place place;
-        osg::Vec2f window; ///< pixels
-    };
-
-    void take(const Place& place);
-    bool isTremble(float windowX, float windowY) const;
     void followGround();
     bool layOnGround();
 
-    std::optional<Press> press; ///< of the left button that is held
-    Place underMouse;
     std::vector<bool> ofGround; ///< of the points: its altitude is the ground's
     std::unique_ptr<AxShapeClamp> clamp;
 };

@@ -186,6 +186,39 @@
     </message>
 </context>
 <context>
+    <name>CAxMeasureArea</name>
+    <message>
+        <source>over the ground about %1</source>
+        <translation>地表约 %1</translation>
+    </message>
+    <message>
+        <source>The outline crosses itself: no area</source>
+        <translation>轮廓自相交：没有面积</translation>
+    </message>
+    <message>
+        <source>double click: the last corner; Backspace: one corner back</source>
+        <translation>双击：最后一个角点；退格键：撤回一个角点</translation>
+    </message>
+</context>
+<context>
+    <name>CAxMeasurePlane</name>
+    <message>
+        <source>click or let go: the opposite corner</source>
+        <translation>单击或松开：对角</translation>
+    </message>
+</context>
+<context>
+    <name>CAxProjCoordsToolHandler</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>height: %1</source>
+        <translation>高度：%1</translation>
+    </message>
+</context>
+<context>
     <name>CoordinatesMenu</name>
     <message>
         <source>Coord&amp;inates</source>
@@ -2123,6 +2156,22 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Gives the measurement up; pressed again, leaves the tool</source>
         <translation>放弃测量；再按一次离开工具</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+A; Ctrl+Shift+L; Ctrl+Shift+C</source>
+        <translation>Ctrl+Shift+A；Ctrl+Shift+L；Ctrl+Shift+C</translation>
+    </message>
+    <message>
+        <source>Measures areas; planes of ground; coordinates</source>
+        <translation>测量面积；地面平面；坐标</translation>
+    </message>
+    <message>
+        <source>Ctrl+G</source>
+        <translation>Ctrl+G</translation>
+    </message>
+    <message>
+        <source>Goes to a coordinate that is typed</source>
+        <translation>转到输入的坐标</translation>
     </message>
 </context>
 <context>
@@ -4965,6 +5014,74 @@ Heights are above the ellipsoid.</source>
         <source>%1 %2</source>
         <translation>%1 %2</translation>
     </message>
+    <message>
+        <source>Area</source>
+        <translation>面积</translation>
+    </message>
+    <message>
+        <source>Area over the ground</source>
+        <translation>地表面积</translation>
+    </message>
+    <message>
+        <source>Perimeter</source>
+        <translation>周长</translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation>宽度</translation>
+    </message>
+    <message>
+        <source>Depth</source>
+        <translation>纵深</translation>
+    </message>
+    <message>
+        <source>Area on the plane</source>
+        <translation>平面上的面积</translation>
+    </message>
+    <message>
+        <source>Slope of the plane</source>
+        <translation>平面坡度</translation>
+    </message>
+    <message>
+        <source>Falls towards</source>
+        <translation>坡向</translation>
+    </message>
+    <message>
+        <source>Roughness</source>
+        <translation>粗糙度</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>Easting</source>
+        <translation>东坐标</translation>
+    </message>
+    <message>
+        <source>Northing</source>
+        <translation>北坐标</translation>
+    </message>
+    <message>
+        <source>Ground</source>
+        <translation>地面高度</translation>
+    </message>
+    <message>
+        <source>Plane</source>
+        <translation>平面</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1（%2）</translation>
+    </message>
 </context>
 <context>
     <name>CAxMearsureToolHandler</name>
@@ -5161,6 +5278,30 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Drag from one place to another, or click on each; Escape leaves the tool</source>
         <translation>从一处拖到另一处，或分别单击两处；Esc 键离开工具</translation>
+    </message>
+    <message>
+        <source>&amp;Area</source>
+        <translation>面积(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Click the corners of an area, the last one by a double click; Backspace takes one back, Escape gives it up, and a second Escape leaves the tool</source>
+        <translation>单击区域的各角点，双击最后一个；退格键撤回一个，Esc 放弃，再按 Esc 离开工具</translation>
+    </message>
+    <message>
+        <source>&amp;Plane</source>
+        <translation>平面(&amp;P)</translation>
+    </message>
+    <message>
+        <source>Drag a rectangle, or click on two opposite corners: slope, direction and roughness of the ground in it; Escape leaves the tool</source>
+        <translation>拖出矩形，或单击两个对角：其中地面的坡度、坡向和粗糙度；Esc 离开工具</translation>
+    </message>
+    <message>
+        <source>&amp;Coordinates</source>
+        <translation>坐标(&amp;C)</translation>
+    </message>
+    <message>
+        <source>The coordinates under the mouse, in the system of View &gt; Coordinates; a click keeps them, Escape leaves the tool</source>
+        <translation>鼠标处的坐标，采用“视图 &gt; 坐标”中的坐标系；单击保留，Esc 离开工具</translation>
     </message>
 </context>
 </TS>

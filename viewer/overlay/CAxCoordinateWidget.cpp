@@ -80,6 +80,8 @@ void CAxCoordinateWidget::SetCoordinate(const QString& longitude, const QString&
 
 void CAxCoordinateWidget::SetSystem(const QString& name)
 {
+    // It stands on the lower edge of the map, also when the layout makes it higher by itself.
+    const int bottom = y() + height();
     if (name.isEmpty()) {
         delete system;
         system = nullptr;
@@ -89,14 +91,20 @@ void CAxCoordinateWidget::SetSystem(const QString& name)
     }
     if (system) {
         const int inner = width() - 2 * labelMargin;
+        QFont fitted = font();
+        for (int pixels = largestTextPixels; pixels >= smallestTextPixels; --pixels) {
+            fitted.setPixelSize(pixels);
+            if (QFontMetrics(fitted).horizontalAdvance(name) <= inner)
+                break;
+        }
+        system->setFont(fitted);
         system->setFixedSize(inner, heightOfSystem);
-        system->setText(system->fontMetrics().elidedText(name, Qt::ElideRight, inner));
+        system->setText(QFontMetrics(fitted).elidedText(name, Qt::ElideRight, inner));
         system->show();
     }
     const int wanted = heightOfTexts + (system ? heightOfSystem : 0);
-    // It stands on the lower edge of the map.
-    if (wanted != height())
-        setGeometry(x(), y() + height() - wanted, width(), wanted);
+    if (wanted != height() || bottom != y() + height())
+        setGeometry(x(), bottom - wanted, width(), wanted);
 }
 
 void CAxCoordinateWidget::mousePressEvent(QMouseEvent* event)
