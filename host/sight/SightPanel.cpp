@@ -27,6 +27,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QToolButton>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -76,6 +77,9 @@ SightPanel::SightPanel(CAxEarthViewer* earthViewer, QWidget* parent)
       list(new QTreeWidget), report(new QPlainTextEdit)
 {
     Build();
+    // A button has no letter to press; in Chinese it stands in brackets behind the text.
+    for (QAction* action : {lineAction, viewshedAction})
+        action->setIconText(action->text().remove(QRegularExpression(QStringLiteral("\\(&.\\)|&"))));
     lineAction->setCheckable(true);
     lineAction->setStatusTip(tr("Click the observer and the target: is it seen, and what is in the way?"));
     viewshedAction->setCheckable(true);
