@@ -8,7 +8,7 @@
 #include <QActionGroup>
 
 CoordinatesMenu::CoordinatesMenu(CAxEarthViewer* earthViewer, KeptState* kept, QWidget* parent)
-    : QMenu(tr("Coord&inates"), parent), viewer(earthViewer), group(new QActionGroup(this))
+    : QMenu(tr("Coordinate &system"), parent), viewer(earthViewer), group(new QActionGroup(this))
 {
     const struct
     {

@@ -32,13 +32,15 @@ const MeasureTool measureTools[] = {
          "Escape gives it up, and a second Escape leaves the tool"),
      "Ctrl+Shift+A"},
     {ToolMeasurePlane, QT_TRANSLATE_NOOP("MeasureMenu", "&Plane"),
-     QT_TRANSLATE_NOOP("MeasureMenu", "Drag a rectangle, or click on two opposite corners: slope, direction and "
-                                      "roughness of the ground in it; Escape leaves the tool"),
+     QT_TRANSLATE_NOOP("MeasureMenu",
+                       "Drag a rectangle, or click on two opposite corners: slope, direction and "
+                       "roughness of the ground in it; Escape leaves the tool"),
      "Ctrl+Shift+L"},
     {ToolProjCoords, QT_TRANSLATE_NOOP("MeasureMenu", "&Coordinates"),
-     QT_TRANSLATE_NOOP("MeasureMenu",
-                       "The coordinates under the mouse, in the system of View > Coordinates; a click keeps "
-                       "them, Escape leaves the tool"),
+     QT_TRANSLATE_NOOP(
+         "MeasureMenu",
+         "The coordinates under the mouse, in the system of View > Coordinate system; a click keeps "
+         "them, Escape leaves the tool"),
      "Ctrl+Shift+C"},
 };
 

@@ -305,7 +305,8 @@ public:
     void SetFocusToMaptool(bool focus);
     bool GetFocusToMaptool() const;
 
-    /// Centre and orientation of a projection plane; stored for the host.
+    /// Centre (geocentric metres) and orientation of a projection plane: for the host, and for ToolMeasurePlane,
+    /// whose rectangles lie along it as CAxMeasurePlane::SetPlane() says.
     void SetProjPlaneCenter(const osg::Vec3d& center);
     const osg::Vec3d& GetProjPlaneCenter() const;
     void SetProjPlaneMatrix(const osg::Matrixd& matrix);

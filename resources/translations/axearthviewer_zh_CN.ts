@@ -221,8 +221,8 @@
 <context>
     <name>CoordinatesMenu</name>
     <message>
-        <source>Coord&amp;inates</source>
-        <translation>坐标(&amp;I)</translation>
+        <source>Coordinate &amp;system</source>
+        <translation>坐标系(&amp;S)</translation>
     </message>
     <message>
         <source>&amp;Decimal degrees</source>
@@ -5300,8 +5300,8 @@ Heights are above the ellipsoid.</source>
         <translation>坐标(&amp;C)</translation>
     </message>
     <message>
-        <source>The coordinates under the mouse, in the system of View &gt; Coordinates; a click keeps them, Escape leaves the tool</source>
-        <translation>鼠标处的坐标，采用“视图 &gt; 坐标”中的坐标系；单击保留，Esc 离开工具</translation>
+        <source>The coordinates under the mouse, in the system of View &gt; Coordinate system; a click keeps them, Escape leaves the tool</source>
+        <translation>鼠标处的坐标，采用“视图 &gt; 坐标系”中的坐标系；单击保留，Esc 离开工具</translation>
     </message>
 </context>
 </TS>
