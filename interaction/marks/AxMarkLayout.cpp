@@ -32,7 +32,8 @@ public:
         const int column = Cell(place.x(), size.width()) + right + 2;
         const int row = Cell(place.y(), size.height()) + above + 2;
         return column >= 0 && column < columns && row >= 0 && row < rows
-                   ? &contents[static_cast<std::size_t>(row * columns + column)]
+                   ? &contents[static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+                               static_cast<std::size_t>(column)]
                    : nullptr;
     }
 
@@ -110,7 +111,8 @@ private:
         const int top = std::min(rows - 1, Cell(box.bottom(), labelCell));
         for (int y = std::max(0, Cell(box.top(), labelCell)); y <= top; ++y)
             for (int x = std::max(0, Cell(box.left(), labelCell)); x <= right; ++x)
-                if (ask(taken[static_cast<std::size_t>(y * columns + x)]))
+                if (ask(taken[static_cast<std::size_t>(y) * static_cast<std::size_t>(columns) +
+                              static_cast<std::size_t>(x)]))
                     return true;
         return false;
     }

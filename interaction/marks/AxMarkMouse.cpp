@@ -125,7 +125,7 @@ bool AxMarkMouse::release(const GUIEventAdapter& ea)
         return false;
     if (wasDragged)
         QMetaObject::invokeMethod(
-            set, [marks = set.data()] { marks->EndDrag(); }, Qt::QueuedConnection);
+            set, [marks = set.data()] { marks->FinishDrag(); }, Qt::QueuedConnection);
     else if ((PixelOf(ea) - pressedAt).length() < dragFrom)
         // After the click of the map itself, which leaves nothing selected.
         QMetaObject::invokeMethod(

@@ -9,6 +9,7 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxVerdict.h"
 #include "scene/AxObjectBook.h"
+#include "scene/AxScene.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/shape/AxShapeClamp.h"
 

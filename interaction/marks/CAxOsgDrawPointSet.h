@@ -4,6 +4,7 @@
 #include <AxData/project/AxProject.h>
 
 #include <QHash>
+#include <QSet>
 #include <QVector>
 
 #include <memory>
@@ -87,7 +88,7 @@ public:
     /// when it cannot begin.
     bool BeginDrag(const QString& id);
     void DragTo(const AxViewRay& ray);
-    void EndDrag();
+    void FinishDrag();
 
     /// For the undo stack: what has changed, or `back` to what was before.
     void Apply(const QVector<AxMarkChange>& changes, bool back);

@@ -287,7 +287,7 @@ void CAxOsgDrawPointSet::endDragging()
     d->operation = beforeDrag;
 }
 
-void CAxOsgDrawPointSet::EndDrag()
+void CAxOsgDrawPointSet::FinishDrag()
 {
     const AxProjectMark* mark = Find(dragged);
     const std::optional<osg::Vec3d> place = dragTo;
