@@ -38,14 +38,14 @@ void AxObjects::Forget(CAxHandleAdapter* object)
     selected.removeAll(object);
     if (current == object) {
         current = nullptr;
-        emit currentChanged(QString());
-    }
-}
         const bool hadTask = !std::exchange(selectedTask, QString()).isEmpty();
         const QPointer<AxObjects> self(this);
-
+        emit currentChanged(QString());
         if (self && hadTask && selectedTask.isEmpty())
             emit taskChanged({}, {});
+    }
+}
+
 bool AxObjects::Add(CAxHandleAdapter* object)
 {
     // Only an object of this viewer tells it of its end.

@@ -68,13 +68,13 @@ public:
     void SetCurrent(CAxHandleAdapter* object) override;
     const QList<CAxHandleAdapter*>& Selected() const override { return selected; }
     void SelectNode(const osg::Node* featureNode, bool multi, bool report) override;
-    void ClearSelected() override;
     bool SelectSeveral(const QList<CAxHandleAdapter*>& wanted) override;
-    /// Empties the selection without telling of it.
+    void ClearSelected() override;
     const QString& SelectedTask() const override { return selectedTask; }
     /// Has the route of a task of that object stand out, and no other; the object is to be current. None for
     /// an empty ID.
     void SelectTask(CAxHandleAdapter* object, const QString& taskID);
+    /// Empties the selection without telling of it.
     void EmptySelected();
     /// Nothing is current and nothing selected any more.
     void LeaveSelection();
@@ -107,16 +107,16 @@ signals:
     /// Another object is current, or none; the ID is then empty.
     void currentChanged(QString id);
     void selectedChanged(QStringList ids);
-    /// An object was drawn from its record.
     /// Another task is selected, or none; both IDs are then empty.
     void taskChanged(QString blockID, QString taskID);
+    /// An object was drawn from its record.
     void imported(QString id);
     /// A move was given up in its middle.
     void moveGivenUp();
 
 private:
-    bool isAtRest(const CAxHandleAdapter* object) const;
     bool isDrawing() const;
+    bool isAtRest(const CAxHandleAdapter* object) const;
     void join(CAxHandleAdapter* object);
     void tellSelected();
     int removeEntry(CAxHandleAdapter* object, bool deleteBlock);
@@ -133,5 +133,5 @@ private:
     QList<QPointer<CAxHandleAdapter>> unregistered;
     CAxHandleAdapter* current = nullptr;
     QList<CAxHandleAdapter*> selected;
-};
     QString selectedTask; ///< of the current object
+};

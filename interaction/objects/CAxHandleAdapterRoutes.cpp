@@ -37,13 +37,13 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
     connect(&AxRouteOf(task)->AsObject(), &QObject::destroyed, this, [this, task] { letGoOf({task}); });
     d->tasks += task;
     AxRouteOf(task)->SetMapObject(this);
+    AxRouteOf(task)->SetHighlighted(d->viewer &&
+                                    d->viewer->Objects().SelectedTask() == AxRouteOf(task)->GetTaskID());
     SetAnchorEditorEnabled(false);
     UpdateColor();
 }
 
 void CAxHandleAdapter::RemoveTask(const QString& taskID)
-    AxRouteOf(task)->SetHighlighted(d->viewer &&
-                                    d->viewer->Objects().SelectedTask() == AxRouteOf(task)->GetTaskID());
 {
     if (CAxTaskPolygon* task = GetTask(taskID)) {
         AxRouteOf(task)->AsObject().disconnect(this);
