@@ -20,6 +20,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QSplitter>
 #include <QStandardPaths>
 #include <QToolBar>
@@ -120,6 +121,8 @@ QAction* MeasurePanel::Offer(const QString& text, const QString& tip, const QKey
                              void (MeasurePanel::*done)())
 {
     auto* action = new QAction(text, this);
+    // A button has no letter to press; in Chinese it stands in brackets behind the text.
+    action->setIconText(QString(text).remove(QRegularExpression(QStringLiteral("\\(&.\\)|&"))));
     action->setToolTip(tip);
     action->setStatusTip(tip);
     action->setShortcut(keys);
