@@ -36,6 +36,11 @@ void PlaceLabel::Write()
     }
     // As it can be typed again, so in the order and without the units of typed places.
     const bool isPlace = std::isfinite(longitude) && std::isfinite(latitude);
-    const QString line = isPlace ? system.Line(latitude, longitude) : QStringLiteral("-");
-    setText(tr("%1 (%2), altitude %3").arg(line, system.Name(), height));
+    const bool hasNumbers = isPlace && !system.Show(latitude, longitude).values[0].isEmpty();
+    if (isPlace && !hasNumbers)
+        setText(tr("%1, altitude %2").arg(system.Line(latitude, longitude), height));
+    else
+        setText(tr("%1 (%2), altitude %3")
+                    .arg(isPlace ? system.Line(latitude, longitude) : QStringLiteral("-"), system.Name(),
+                         height));
 }

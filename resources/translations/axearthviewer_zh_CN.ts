@@ -644,6 +644,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <source>%1 (%2), altitude %3</source>
         <translation>%1（%2），高度 %3</translation>
     </message>
+    <message>
+        <source>%1, altitude %2</source>
+        <translation>%1，高度 %2</translation>
+    </message>
 </context>
 <context>
     <name>ProjectSession</name>

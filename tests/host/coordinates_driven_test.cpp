@@ -31,5 +31,6 @@ TEST(Coordinates, ATypedOneIsFlownToInTheKeptSystem)
         return std::abs(view["longitude"].toDouble() - 9.0) < 1e-6 &&
                std::abs(view["latitude"].toDouble() - 46.9985232) < 1e-6;
     }));
+    host.TakeFocus();
     EXPECT_EQ(host.Quit(), 0);
 }
