@@ -506,7 +506,10 @@ void AxViewerPrivate::setCoordinate(const QStringList& texts)
     if (painting)
         return;
     coordinateWidget->SetCoordinate(texts[0], texts[1], texts[2], texts[3]);
+    const int before = coordinateWidget->height();
     coordinateWidget->SetSystem(texts.value(4));
+    if (coordinateWidget->height() != before)
+        keepBarWithin();
 }
 
 AxViewerParts* AxPartsOf(CAxEarthViewer* viewer)

@@ -101,6 +101,8 @@ public:
     /// Shows the same place once more, as after a change of the coordinate system.
     void showReadOutAgain();
     void setCoordinate(const QStringList& texts);
+    /// Has the bar's buttons stand between the compass and the read-out.
+    void keepBarWithin();
     /// Paints the frame once more and reads it, without showing it.
     QImage paintedPicture();
 

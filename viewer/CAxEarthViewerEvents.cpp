@@ -96,10 +96,16 @@ void CAxEarthViewer::resizeEvent(QResizeEvent* event)
     const QSize readOut = d->coordinateWidget->size();
     d->coordinateWidget->setGeometry(rect().right() + 1 - readOut.width(), rect().height() - readOut.height(),
                                      readOut.width(), readOut.height());
-    d->mapToolsWidget->KeepButtonsWithin(
-        static_cast<int>(d->compassItem->boundingRect().height()) + overlayGap,
-        rect().height() - readOut.height() - overlayTop - overlayGap, rect().height() - overlayTop);
+    d->keepBarWithin();
     QGraphicsView::resizeEvent(event);
+}
+
+void AxViewerPrivate::keepBarWithin()
+{
+    const int height = q->rect().height();
+    mapToolsWidget->KeepButtonsWithin(static_cast<int>(compassItem->boundingRect().height()) + overlayGap,
+                                      height - coordinateWidget->height() - overlayTop - overlayGap,
+                                      height - overlayTop);
 }
 
 void CAxEarthViewer::moveEvent(QMoveEvent* event)
