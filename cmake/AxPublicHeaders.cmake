@@ -38,6 +38,8 @@ set(AX_PUBLIC_HEADERS
   interaction/AxVerdict.h=interaction/objects/AxVerdict.h
   mission/CAxUavNode.h=mission/aircraft/CAxUavNode.h
   mission/CAxDownhillAnglenode.h=mission/landing/CAxDownhillAnglenode.h
+  mission/CAxInterestPointNode.h=mission/landing/CAxInterestPointNode.h
+  mission/CAxLandingAreaNode.h=mission/landing/CAxLandingAreaNode.h
   mission/CAxTaskLable.h=mission/routes/CAxTaskLable.h
   mission/CAxTaskPolygon.h=mission/routes/CAxTaskPolygon.h
   scene/AxLatestWork.h=scene/base/AxLatestWork.h
@@ -48,6 +50,7 @@ set(AX_PUBLIC_HEADERS
   viewer/AxGridWidget.h=viewer/overlay/AxGridWidget.h
   viewer/AxHeadUpText.h=viewer/overlay/AxHeadUpText.h
   viewer/AxMapFile.h=viewer/AxMapFile.h
+  viewer/AxMapLayers.h=viewer/AxMapLayers.h
   viewer/AxSceneLog.h=viewer/AxSceneLog.h
   viewer/AxTranslations.h=viewer/AxTranslations.h
   viewer/CAxCoordinateWidget.h=viewer/overlay/CAxCoordinateWidget.h

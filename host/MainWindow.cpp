@@ -19,8 +19,8 @@
 #include "host/PanelExtents.h"
 #include "host/PlaceLabel.h"
 #include "host/project/ProjectSession.h"
-#include "host/SignalRelay.h"
 #include "host/sight/SightPanel.h"
+#include "host/SignalRelay.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
 #include "host/tasks/ProfilePanel.h"
@@ -180,6 +180,7 @@ void MainWindow::BuildPanels()
     tabifyDockWidget(logPanel, measurePanel);
     logPanel->raise();
     BuildSightPanel();
+    BuildLayers(zonesPanel);
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
     extents->Want(Qt::RightDockWidgetArea, tasks->sizeHint().width());
     // The block list's columns fit.
@@ -435,9 +436,11 @@ void MainWindow::BuildTaskMenu()
     menu->addSeparator();
     menu->addAction(tasks->ImportAction());
     menu->addAction(tasks->ExportAction());
+    BuildLanding(menu);
     auto* bar = findChild<QToolBar*>(QStringLiteral("ToolBar"));
     bar->addSeparator();
     bar->addAction(tasks->AddAction());
+    BuildSearch(bar);
     for (QAction* action : {tasks->AddAction(), tasks->ImportAction()})
         connect(action, &QAction::triggered, this, &MainWindow::ShowTaskPanels);
 }

@@ -22,6 +22,7 @@ class ProjectSession;
 class QDockWidget;
 class QLabel;
 class QMenu;
+class QToolBar;
 class TaskPanel;
 class ToolActions;
 class ZonePanel;
@@ -67,6 +68,10 @@ private:
     void BuildSightPanel();
     QMenu* MeasureMenu(); ///< made at the first call
     void ShowTaskPanels();
+    void BuildLayers(QDockWidget* beside);
+    void BuildLanding(QMenu* menu);
+    void BuildSearch(QToolBar* bar);
+    void Tell(const QString& text); ///< in the status bar, for a while
     void RelaySignals();
     void OnLoaded();
     void RestoreLayout();

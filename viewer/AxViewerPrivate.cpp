@@ -5,15 +5,19 @@
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMeasurePlane.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
+#include "mission/landing/CAxInterestPointNode.h"
+#include "mission/landing/CAxLandingAreaNode.h"
 #include "scene/base/AxNotice.h"
 #include "scene/base/AxProcessLocale.h"
 #include "scene/base/AxWgs84.h"
+#include "viewer/AxControlPoints.h"
 #include "viewer/AxFrame.h"
 #include "viewer/AxFrameCapture.h"
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxMapFile.h"
+#include "viewer/AxMapLayers.h"
 #include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
@@ -77,10 +81,19 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
         if (tool == ToolLandingPosition)
             emit q->LandingPosPicked(lon, lat, alt, true);
         else
-            emit q->InterestPointPicked(lon, lat, alt);
+            pickInterestPoint(lon, lat, alt);
     });
+    connect(&tools, &AxToolBox::landingLeft, q, [this] { q->SetLandingAreaVisible(false); });
+    connect(&objects, &AxObjects::currentChanged, q, [this] { followLandingArea(); });
+    controlPoints = std::make_unique<AxControlPoints>(*this);
+    connect(controlPoints.get(), &AxControlPoints::added, q, &CAxEarthViewer::signalAddControlPoint);
+    layers = std::make_unique<AxMapLayers>();
+    connect(layers.get(), &AxMapLayers::changed, q, &CAxEarthViewer::RequestRedraw);
+    connect(layers.get(), &AxMapLayers::elevationAdded, q, &CAxEarthViewer::signalElevationLayer);
     measurements = std::make_unique<AxMeasurements>(*this, objects);
     AxAddMeasureTools(objects.Factories(), *measurements);
+    // Their ground may be another one.
+    connect(layers.get(), &AxMapLayers::changed, measurements.get(), &AxMeasurements::MeasureAgain);
     objects.Factories().SetOwn(
         ToolMeasurePlane, [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
             auto* plane = new CAxMeasurePlane(earth, parent, *measurements);
@@ -311,6 +324,7 @@ bool AxViewerPrivate::startUp()
     root->addChild(AxSceneStartup::CreateDrapedDisc(mapNode));
     ancillaryProcess->SetNoFlyZoneMask(false);
 
+    layers->SetMap(map);
     earthLoaded = true;
     starting = false;
     q->startTimer(frameIntervalMs, Qt::CoarseTimer);
@@ -372,6 +386,9 @@ void AxViewerPrivate::shutDown()
     groundRequests.reset();
     sightAnalysis.reset();
     measurements->Close();
+    controlPoints.reset();
+    delete landingArea;
+    delete interestPointNode;
     // While there is still everything that a map object is part of.
     aircraft.RemoveAll();
     objects.DestroyAll();
@@ -403,6 +420,7 @@ void AxViewerPrivate::tick()
         manipulator->TellView();
     manipulator->TellPointed();
     aircraft.TellView();
+    blockFlight.Look();
     // Posted, because a box that an event opens lets the timer go on.
     if (!inputPosted && frame->HasInput()) {
         inputPosted = true;
@@ -421,7 +439,6 @@ bool AxViewerPrivate::areOverlaysStill() const
     // One that paints by itself, or items of a host's, may rely on the timer.
     if (q->scene() != overlayScene || overlayScene->IsHeard() || typeid(*q) != typeid(CAxEarthViewer))
         return false;
-    blockFlight.Look();
     const QList<QGraphicsItem*> items = overlayScene->items();
     return std::all_of(items.begin(), items.end(), [this](const QGraphicsItem* item) {
         return !item->isVisible() || ownOverlays.contains(item->topLevelItem());

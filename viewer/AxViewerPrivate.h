@@ -20,19 +20,23 @@
 #include <osgEarthUtil/Sky>
 #include <osgViewer/Viewer>
 
+#include <QPointer>
 #include <QSet>
 
 #include <array>
 
+class AxControlPoints;
 class AxFrame;
 class AxGlViewport;
 class AxGridWidget;
 class AxGroundRequests;
 class AxInputRouter;
+class AxMapLayers;
 class AxMeasurements;
 class AxOverlayScene;
 class AxSightAnalysis;
 class CAxGraphicsCompassItem;
+class CAxLandingAreaNode;
 
 /**
  * What the viewer is made of: the scene and its start-up, the objects, the tools, the overlays, the frame
@@ -55,6 +59,7 @@ public:
     std::optional<bool> AngleHandlesShown() const override;
     void SwitchVoice(bool off) override { emit q->signalTextSpeechEnabled(!off); }
     void ShowShootPoints(bool shown) override { q->SetDisplayShootPoint(shown); }
+    void ShowAllBlocks() override { q->SetAllBlockView(0.0); }
     void SwitchAircraftView() override { q->SetAircraftView(); }
 
     osgViewer::Viewer* View() const override { return viewer; }
@@ -65,7 +70,6 @@ public:
     void GetElevations(QList<osg::Vec3d>& points) const override;
     double GetHAE(double longitude, double latitude, double altitude) const override;
     const AxCoordinateSystem& CoordinateSystem() const override { return coordSystem; }
-    void ShowAllBlocks() override { q->SetAllBlockView(0.0); }
     QImage Picture() override;
 
     // Construction and start-up, in their order (AxViewerPrivate.cpp)
@@ -103,6 +107,10 @@ public:
     void setCoordinate(const QStringList& texts);
     /// Has the bar's buttons stand between the compass and the read-out.
     void keepBarWithin();
+    /// Puts the disc of the landing area around the current object, or hides it when there is none.
+    void followLandingArea();
+    /// Takes a place that the mouse has chosen for the point of interest; degrees, degrees, metres.
+    void pickInterestPoint(double longitude, double latitude, double altitude);
     /// Paints the frame once more and reads it, without showing it.
     QImage paintedPicture();
 
@@ -127,12 +135,16 @@ public:
     AxEditHistory history;
     AxToolBox tools;
     AxAircraftFleet aircraft;
+    AxBlockFlight blockFlight;
     CAxAncillaryProcess* ancillaryProcess = nullptr;
     std::unique_ptr<AxGroundRequests> groundRequests;
     std::unique_ptr<AxSightAnalysis> sightAnalysis;
     std::unique_ptr<AxMeasurements> measurements;
-    CAxDownhillAnglenode* downhillAngleNode = nullptr;
-    CAxInterestPointNode* interestPointNode = nullptr;
+    QPointer<CAxDownhillAnglenode> downhillAngleNode;
+    QPointer<CAxInterestPointNode> interestPointNode;
+    QPointer<CAxLandingAreaNode> landingArea;
+    std::unique_ptr<AxControlPoints> controlPoints;
+    std::unique_ptr<AxMapLayers> layers;
 
     CAxGraphicsCompassItem* compassItem = nullptr;
     CAxMapToolsWidget* mapToolsWidget = nullptr;
@@ -144,7 +156,6 @@ public:
     QString mapFile;
     osg::Vec3d projPlaneCenter;
     osg::Matrixd projPlaneMatrix;
-    AxBlockFlight blockFlight;
     AxCoordinateSystem coordSystem;
     std::optional<std::array<double, 4>> pointed; ///< what the read-out shows, as the manipulator told it
 

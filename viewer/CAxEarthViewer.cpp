@@ -141,21 +141,6 @@ CAxCoordinateWidget* CAxEarthViewer::GetCoordinateWidget() const
     return d->coordinateWidget;
 }
 
-CAxDownhillAnglenode* CAxEarthViewer::GetDownhillAngleNode() const
-{
-    return d->downhillAngleNode;
-}
-
-void CAxEarthViewer::SetDownhillAngleNode(CAxDownhillAnglenode* node)
-{
-    d->downhillAngleNode = node;
-}
-
-CAxInterestPointNode* CAxEarthViewer::GetInterestPointNode() const
-{
-    return d->interestPointNode;
-}
-
 osgViewer::Viewer* CAxEarthViewer::getOSGViewer() const
 {
     return d->viewer;

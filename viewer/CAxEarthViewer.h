@@ -14,6 +14,7 @@
 
 #include <QGraphicsView>
 #include <QImage>
+#include <QMap>
 #include <QStringList>
 #include <QVariant>
 
@@ -185,6 +186,17 @@ public:
     void SetLandingAreaPosition(const CAxVector3D& position);
     /// Kilometres; nothing before it was shown or hidden first.
     void SetLandingAreaRadius(double kilometres);
+    /// Shows a point of interest, or moves it: latitude, longitude, altitude. A pick of ToolInterestPoint and
+    /// the mouse that drags it do the same and tell of it. False before the map is loaded and for what is no
+    /// place.
+    bool SetInterestPoint(const CAxVector3D& latLngAlt);
+    void RemoveInterestPoint();
+    /// Shows a place of known coordinates, as a surveyed target on the ground is: degrees, degrees, metres.
+    /// Tells of it by signalAddControlPoint(), whose value is a list of the three. False for what is no place
+    /// and for a name that is empty or taken.
+    bool AddControlPoint(const QString& name, const osg::Vec3d& lngLatAlt);
+    bool RemoveControlPoint(const QString& name); ///< false for an unknown name
+    QMap<QString, osg::Vec3d> GetControlPoints() const;
 
     /// The kind of host application: 1 and 3 hear of Alt, 1 selects several while Control is held.
     void SetAppType(int type);
@@ -240,19 +252,6 @@ public:
     /// one that draws no object leaves nothing current, except an object that is being drawn. `report` tells
     /// the host of a changed selection.
     void SetNodeSelected(osg::Node* node, bool multi, bool report);
-    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const; ///< selected together, in that order
-    void ClearMultiSelectAdapter();                                ///< tells the host when there were any
-
-    /// Committed edits of blocks, the newest on top; the host may show it. It
-    /// belongs to the viewer.
-    QUndoStack* GetUndoStack() const;
-    /// Ctrl+Z and Ctrl+Shift+Z on the map. A host puts these very actions into
-    /// its menu, so that the keys stay with one owner.
-    QAction* GetUndoAction() const;
-    QAction* GetRedoAction() const;
-    void SetEditAids(const AxEditAids& aids); ///< aids of editing; told by signalEditAids()
-    const AxEditAids& GetEditAids() const;    ///< as they were set last
-    /// Gives a block another name, less its outer blanks. False, nothing changed,
     /// Selects the objects of these IDs together, in that order, and no others. The first of them becomes
     /// current, unless one of them is; one alone is the current object, none leaves nothing current. IDs that
     /// have no object are passed over. False, with nothing changed, while an object is being drawn.
@@ -267,9 +266,9 @@ public:
     /// are.
     bool SelectTaskID(const QString& taskID, bool view = false);
     const QString& GetSelectedTask() const;                        ///< empty for none
-    /// for an unknown ID, an empty name and one that a block has already.
-    bool RenameBlock(const QString& id, const QString& name);
-    /// Deletes blocks, with what draws them and with their tasks, as one step of the undo stack. Returns the
+    const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const; ///< selected together, in that order
+    void ClearMultiSelectAdapter();                                ///< tells the host when there were any
+
     /// Flies to where all visible blocks are in the picture from straight above, north up, each vertex of
     /// them a twentieth of the window or more from its border; a window that is made smaller later is not
     /// followed. `margin` takes the camera farther away: 0.5 by half the distance; below 0 and NaN count as
@@ -280,6 +279,19 @@ public:
     /// The same with those of these IDs that have an object, visible or not; false, without a box, for none.
     bool SetBlockView(const QStringList& ids, double margin = 0.0);
 
+    /// Committed edits of blocks, the newest on top; the host may show it. It
+    /// belongs to the viewer.
+    QUndoStack* GetUndoStack() const;
+    /// Ctrl+Z and Ctrl+Shift+Z on the map. A host puts these very actions into
+    /// its menu, so that the keys stay with one owner.
+    QAction* GetUndoAction() const;
+    QAction* GetRedoAction() const;
+    void SetEditAids(const AxEditAids& aids); ///< aids of editing; told by signalEditAids()
+    const AxEditAids& GetEditAids() const;    ///< as they were set last
+    /// Gives a block another name, less its outer blanks. False, nothing changed,
+    /// for an unknown ID, an empty name and one that a block has already.
+    bool RenameBlock(const QString& id, const QString& name);
+    /// Deletes blocks, with what draws them and with their tasks, as one step of the undo stack. Returns the
     /// IDs of those that are deleted; a block that is locked on this map stays. Undoing brings back record
     /// and object; the routes join it again that their owners still have.
     QStringList DeleteBlocks(const QStringList& ids);
@@ -360,6 +372,8 @@ signals:
     void signalHandleEnd(QString strHanleID, bool bReset);
     /// Another object is current, or none; the ID is then empty.
     void signalCurrentBlock(QString strHanleID);
+    /// Another task is selected, or none: the ID of its block, and its own; both are empty for none.
+    void signalCurrentTask(QString strBlockID, QString strTaskID);
     /// An object was shown, hidden, locked, unlocked, or drawn from its record.
     void signalBlockState(QString strHanleID);
     /// Places are shown in another coordinate system: what SetCoordSys() took.
@@ -378,8 +392,6 @@ signals:
     void signalResetBlockMarkPointListPage();
     /// The approach to the landing point was turned, degrees.
     void signalDownhillAngle(double);
-    /// Another task is selected, or none: the ID of its block, and its own; both are empty for none.
-    void signalCurrentTask(QString strBlockID, QString strTaskID);
     /// The voice was switched on (true) or off.
     void signalTextSpeechEnabled(bool);
     /// Another aircraft is in focus, or none, or there are more or fewer of them.
@@ -398,6 +410,8 @@ public slots:
     /// Asks for the height of the ground at the finest level of the map's data, whatever is loaded; degrees.
     /// signalRequestElevationReturn() answers later, once for each call, in their order.
     void slotRequestElevation(double longitude, double latitude);
+    /// Writes the angle of the approach to the landing point anew, as where its ground has changed.
+    void slotAngleLableChange();
     /// These three do nothing for an unknown ID. A locked object is neither
     /// moved nor edited.
     void slotBlockVisible(QString strHanleID, bool bVisible);

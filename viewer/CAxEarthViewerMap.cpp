@@ -1,5 +1,6 @@
 // The viewer as the map that it shows: its ground and its coordinate systems.
 #include "viewer/AxGroundRequests.h"
+#include "viewer/AxMapLayers.h"
 #include "viewer/AxViewerPrivate.h"
 
 #include <cmath>
@@ -37,4 +38,9 @@ bool CAxEarthViewer::SetCoordSys(const QString& system, QString* why)
 const AxCoordinateSystem& CAxEarthViewer::GetCoordinateSystem() const
 {
     return d->coordSystem;
+}
+
+AxMapLayers* CAxEarthViewer::GetMapLayers() const
+{
+    return d->layers.get();
 }

@@ -12,18 +12,19 @@
 #include <QKeyEvent>
 #include <QTimer>
 
+#include <cmath>
 #include <utility>
-
-namespace {
-// A tool of the host: the viewer draws and picks nothing with it.
-constexpr EToolType homeTool = ToolHost20;
-} // namespace
 
 HomeClick::HomeClick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(parent), viewer(earthViewer)
 {
     connect(viewer->getManipulator(),
-            QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
-            &HomeClick::OnMapClicked);
+            QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnRelease), this,
+            [this](const osg::Vec3d&, const osg::Vec3d& world) {
+                clickedWorld = world;
+                if (viewer->GetToolType() != ToolLandingPosition)
+                    Want({});
+            });
+    connect(viewer, &CAxEarthViewer::LandingPosPicked, this, &HomeClick::OnLandingPicked);
 }
 
 HomeClick::~HomeClick() = default;
@@ -35,18 +36,20 @@ void HomeClick::Want(const QString& id)
         return;
     const QString former = std::exchange(blockID, wanted ? id : QString());
     if (wanted) {
-        viewer->SetToolType(homeTool);
+        if (CAxHandleAdapter* object = viewer->FindExistNode(id))
+            viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+        viewer->SetToolType(ToolLandingPosition);
+        viewer->SetLandingAreaVisible(true);
         // The keyboard may be in any panel.
         qApp->installEventFilter(this);
         emit Wanted(true);
         return;
     }
     qApp->removeEventFilter(this);
-    if (viewer->GetToolType() == homeTool)
+    if (viewer->GetToolType() == ToolLandingPosition)
         viewer->SetToolType(ToolNavigate);
-    CAxHandleAdapter* object = viewer->FindExistNode(former);
-    // The click beside the block has taken the choice from it.
-    if (object && !viewer->GetCurHandleAdapter())
+    // A click on another block has taken the choice from it.
+    if (CAxHandleAdapter* object = viewer->FindExistNode(former))
         viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
     emit Wanted(false);
 }
@@ -60,19 +63,23 @@ bool HomeClick::eventFilter(QObject* object, QEvent* event)
     return true;
 }
 
-void HomeClick::OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world)
+void HomeClick::OnLandingPicked(double longitude, double latitude, double altitude)
 {
     if (!IsWanted())
         return;
-    if (viewer->GetToolType() != homeTool)
-        return Want({});
     CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
+    if (!block)
+        return Want({});
+    constexpr double digitsOfPick = 1e-4; // degrees
     osgEarth::GeoPoint place;
-    if (!block || world == osg::Vec3d() || !place.fromWorld(viewer->getSRS()->getGeographicSRS(), world))
-        return;
+    if (place.fromWorld(viewer->getSRS()->getGeographicSRS(), clickedWorld) &&
+        std::abs(place.x() - longitude) < digitsOfPick && std::abs(place.y() - latitude) < digitsOfPick) {
+        longitude = place.x();
+        latitude = place.y();
+    }
     const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
-    const std::optional<double> height = ground ? ground(place.x(), place.y()) : std::nullopt;
-    block->SetHomePosition(CAxVector3D(place.x(), place.y(), height.value_or(lngLatPos.z())), true);
+    const std::optional<double> height = ground ? ground(longitude, latitude) : std::nullopt;
+    block->SetHomePosition(CAxVector3D(longitude, latitude, height.value_or(altitude)), true);
     // The selection of this very click comes before and after.
     QTimer::singleShot(0, this, [this] { Want({}); });
     emit Done();

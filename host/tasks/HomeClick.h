@@ -6,8 +6,8 @@
 
 class CAxEarthViewer;
 
-/// Sets home of a block where the operator clicks on the map; Escape and another tool give it up. Owned by
-/// its parent; the viewer outlives it. GUI thread.
+/// Sets home of a block, where its tasks land, with a click on the map in the landing area around the block;
+/// Escape and another tool give it up. Owned by its parent; the viewer outlives it. GUI thread.
 class HomeClick : public QObject
 {
     Q_OBJECT
@@ -30,8 +30,9 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
+    void OnLandingPicked(double longitude, double latitude, double altitude);
 
     CAxEarthViewer* viewer;
-    QString blockID; ///< empty while no click is waited for
+    QString blockID;         ///< empty while no click is waited for
+    osg::Vec3d clickedWorld; ///< of the last click, geocentric metres; a pick has fewer digits
 };

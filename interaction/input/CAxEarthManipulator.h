@@ -148,6 +148,8 @@ signals:
     void mouseLeftBtnDrag(float windowX, float windowY);
     /// The left button drags a handle of the approach to a landing point; the camera stays.
     void mouseLeftBtnDragAngleComputer(osg::Vec3d lngLatPos);
+    /// The left button drags the point of interest, on which it went down; the camera stays.
+    void mouseLeftBtnDragInterestPoint(osg::Vec3d lngLatPos);
     /// The left button drags over a node whose name begins with "TaskGrid"; the camera stays.
     void mouseLeftBtnDragGrid(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos);
     /// A right click.
@@ -250,6 +252,9 @@ private:
     ProjMode projMode = ProjNone;
     ProjPlane projPlane = ProjPlane0;
     bool angleDragActive = false;
+    bool anglePushed = false;        ///< the push was on a handle of the approach
+    bool interestPushed = false;     ///< it was on the point of interest
+    bool interestDragActive = false; ///< and the mouse has moved since
     bool doubleClickPending = false;
     float pushX = 0.0f;
     float pushY = 0.0f;

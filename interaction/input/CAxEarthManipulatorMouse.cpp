@@ -9,6 +9,8 @@
 
 #include <osgViewer/View>
 
+#include <QMetaMethod>
+
 #include <string>
 #include <utility>
 
@@ -37,10 +39,10 @@ public:
             parts->Tools().SetMouseModifiers(modifiersBefore);
     }
 
-    osg::Node* Object() override { return manipulator.pickNode(aa, lngLat, world); }
-    // Who hears of a drawable may take it out of the scene.
     osg::Vec2d InPicture() const override { return {ea.getXnormalized(), ea.getYnormalized()}; }
     int Modifiers() const override { return ea.getModKeyMask(); }
+    osg::Node* Object() override { return manipulator.pickNode(aa, lngLat, world); }
+    // Who hears of a drawable may take it out of the scene.
     void HoverDrawable() override
     {
         if (const osg::ref_ptr<osg::Drawable> drawable = manipulator.pickDrawable(ea, aa))
@@ -101,6 +103,12 @@ bool CAxEarthManipulator::handleMousePush(const GUIEventAdapter& ea, osgGA::GUIA
             emit mouseLeftBtnPress(pick.LngLatPos(), pick.world);
         if (viewer)
             emit mouseLeftBtnPress(ea.getX(), ea.getY());
+        static const QMetaMethod dragged =
+            QMetaMethod::fromSignal(&CAxEarthManipulator::mouseLeftBtnDragInterestPoint);
+        const bool mayHold = viewer && (isSignalConnected(dragged) || viewer->AngleHandlesShown());
+        const osg::Node* pushed = mayHold ? pickNode(aa, pick.LngLatPos(), pick.world) : nullptr;
+        interestPushed = HasPrefix(pushed, "InterestPoint-");
+        anglePushed = HasPrefix(pushed, "AngleComputer-");
     } else {
         otherPush.set(ea.getX(), ea.getY());
     }
@@ -119,7 +127,8 @@ bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::G
     const osg::Vec2f release(ea.getX(), ea.getY());
     const bool isLeft = ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON;
     // What a push began ends with its release, also where that would be a click or be passed over.
-    const bool wasTurning = isLeft && std::exchange(angleDragActive, false);
+    const bool wasTurning =
+        isLeft && (std::exchange(angleDragActive, false) | std::exchange(interestDragActive, false));
     if (isLeft && mover->IsMoving()) {
         endMove(pick);
         return true;
@@ -134,6 +143,11 @@ bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::G
     }
     if (!wasTurning && AxMouseRules::IsClick(osg::Vec2f(pushX, pushY), release))
         return handleLeftClick(ea, aa, pick);
+    {
+        Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
+        if (viewer->Tools().InHand().Release(step) || !viewer)
+            return true;
+    }
     emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world);
     if (viewer)
         emit mouseLeftBtnRelease(ea.getX(), ea.getY());
@@ -141,11 +155,6 @@ bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::G
 }
 
 void CAxEarthManipulator::endMove(const Pick& pick)
-    {
-        Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
-        if (viewer->Tools().InHand().Release(step) || !viewer)
-            return true;
-    }
 {
     mover->End([this, &pick] { emit mouseLeftBtnRelease(pick.LngLatPos(), pick.world); });
 }
@@ -191,6 +200,11 @@ bool CAxEarthManipulator::handleMouseDrag(const GUIEventAdapter& ea, osgGA::GUIA
         Step step(*this, ea, aa, lngLatPos, worldCoordPos);
         if (viewer->Tools().InHand().Drag(step) || !viewer || dragDownhillAngle(aa, lngLatPos, worldCoordPos))
             return true;
+        if (interestPushed) {
+            interestDragActive = true;
+            emit mouseLeftBtnDragInterestPoint(lngLatPos);
+            return true;
+        }
         if (HasPrefix(pickNode(aa, lngLatPos, worldCoordPos), "TaskGrid")) {
             emit mouseLeftBtnDragGrid(lngLatPos, worldCoordPos);
             return true;
@@ -208,7 +222,8 @@ bool CAxEarthManipulator::dragDownhillAngle(osgGA::GUIActionAdapter& aa, const o
     if (!angleDragActive) {
         if (!*handlesShown)
             return false;
-        angleDragActive = HasPrefix(pickNode(aa, lngLatPos, worldCoordPos), "AngleComputer-");
+        // A quick hand has left it with its first step.
+        angleDragActive = anglePushed || HasPrefix(pickNode(aa, lngLatPos, worldCoordPos), "AngleComputer-");
     }
     if (angleDragActive)
         emit mouseLeftBtnDragAngleComputer(lngLatPos);

@@ -29,7 +29,10 @@ constexpr double lineTolerancePixels = 4.0;
 // Handles that are picked by their names.
 bool IsNamedHandle(const osg::Node& node)
 {
-    return node.getName().rfind("AngleComputer-", 0) == 0 || node.getName().rfind("TaskGrid", 0) == 0;
+    for (const char* prefix : {"AngleComputer-", "InterestPoint-", "TaskGrid"})
+        if (node.getName().rfind(prefix, 0) == 0)
+            return true;
+    return false;
 }
 } // namespace
 
@@ -141,9 +144,11 @@ osg::Node* CAxEarthManipulator::pickNode(osgGA::GUIActionAdapter&, const osg::Ve
         return nullptr;
     AxSceneQuery query;
     query.tolerancePixels = lineTolerancePixels;
+    query.labels = true;
     for (const AxSceneHit& hit : AxPickScene(*drawn, *ray, query)) {
-        const auto object = std::find_if(hit.path.rbegin(), hit.path.rend(), [this](osg::Node* node) {
-            return IsNamedHandle(*node) || (viewer->Tools().MayPick() && viewer->Objects().Find(node));
+        const auto object = std::find_if(hit.path.rbegin(), hit.path.rend(), [this, &hit](osg::Node* node) {
+            return IsNamedHandle(*node) ||
+                   (!hit.onScreen && viewer->Tools().MayPick() && viewer->Objects().Find(node));
         });
         if (object != hit.path.rend())
             return *object;

@@ -19,11 +19,11 @@ QString Tr(const char* text)
 
 void AxPlaceTool::Pick(const osg::Vec3d& lngLatPos)
 {
-    if (CheckPickPositionValid(lngLatPos))
+    if (CheckPickPositionValid(parts, lngLatPos))
         picked(lngLatPos.x(), lngLatPos.y(), lngLatPos.z());
 }
 
-bool AxPlaceTool::CheckPickPositionValid(const osg::Vec3d& lngLatPos) const
+bool AxPlaceTool::CheckPickPositionValid(AxViewerParts& parts, const osg::Vec3d& lngLatPos)
 {
     constexpr double farthestMetres = 7000.0;
     CAxHandleAdapter* current = parts.Objects().Current();

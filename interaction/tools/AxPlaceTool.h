@@ -13,10 +13,10 @@ public:
 
     void Pick(const osg::Vec3d& lngLatPos) override;
 
-private:
     /// A place too far from the current object is told to the operator, and is none; so is any without one.
-    bool CheckPickPositionValid(const osg::Vec3d& lngLatPos) const;
+    static bool CheckPickPositionValid(AxViewerParts& parts, const osg::Vec3d& lngLatPos);
 
+private:
     const Picked picked;
 };
 

@@ -72,6 +72,8 @@ void AxToolBox::TakeUp(EToolType wanted)
         objects.LeaveSelection();
     if (from.isOnBar && !to.isOnBar)
         emit barLeft();
+    if (tool == ToolLandingPosition)
+        emit landingLeft();
     tool = wanted;
     InHand().Activate();
 }
@@ -99,6 +101,11 @@ bool AxToolBox::IsHandleHeld() const
 {
     const CAxHandleAdapter* current = objects.Current();
     return current && current->GetAnchorEditor() && current->GetAnchorEditor()->GetDrag();
+}
+
+bool AxToolBox::IsNearCurrent(const osg::Vec3d& lngLatPos) const
+{
+    return AxPlaceTool::CheckPickPositionValid(parts, lngLatPos);
 }
 
 bool AxToolBox::IsBusy() const

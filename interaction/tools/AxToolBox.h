@@ -42,11 +42,15 @@ public:
     void SetPressTaken(bool taken) { isPressTaken = taken; }
     void TakePress() override { isPressTaken = true; }
     bool IsHandleHeld() const override;
+    /// Whether a place may be one for a landing or of interest, as AxPlaceTool picks it.
+    bool IsNearCurrent(const osg::Vec3d& lngLatPos) const;
     bool IsBusy() const override;
 
 signals:
     /// A tool of the bar was left for one that is not on it.
     void barLeft();
+    /// The tool that picks a landing point is being left; it is still in hand.
+    void landingLeft();
     /// A place was picked with that tool: degrees, degrees, metres.
     void placePicked(EToolType tool, double lon, double lat, double alt);
 

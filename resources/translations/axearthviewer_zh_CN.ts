@@ -188,16 +188,16 @@
 <context>
     <name>CAxMeasureArea</name>
     <message>
-        <source>over the ground about %1</source>
-        <translation>地表约 %1</translation>
-    </message>
-    <message>
         <source>The outline crosses itself: no area</source>
         <translation>轮廓自相交：没有面积</translation>
     </message>
     <message>
         <source>double click: the last corner; Backspace: one corner back</source>
         <translation>双击：最后一个角点；退格键：撤回一个角点</translation>
+    </message>
+    <message>
+        <source>over the ground about %1</source>
+        <translation>地表约 %1</translation>
     </message>
 </context>
 <context>
@@ -430,16 +430,16 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <source>Marks</source>
-        <translation>标记</translation>
-    </message>
-    <message>
         <source>Sight</source>
         <translation>通视</translation>
     </message>
     <message>
         <source>&amp;Measure</source>
         <translation>测量(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation>标记</translation>
     </message>
     <message>
         <source>The no-fly zones are hidden, as they were left.</source>
@@ -618,12 +618,16 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>关闭</translation>
     </message>
     <message>
+        <source>Measurements</source>
+        <translation>测量</translation>
+    </message>
+    <message>
         <source>&amp;Go to a coordinate...</source>
         <translation>转到坐标(&amp;G)...</translation>
     </message>
     <message>
-        <source>Measurements</source>
-        <translation>测量</translation>
+        <source>Layers</source>
+        <translation>图层</translation>
     </message>
 </context>
 <context>
@@ -1003,14 +1007,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>BlockPanel</name>
     <message>
-        <source>This block is not on the map.</source>
-        <translation>该测区不在地图上。</translation>
-    </message>
-    <message>
-        <source>&amp;Fly there</source>
-        <translation>飞到该处(&amp;F)</translation>
-    </message>
-    <message>
         <source>&amp;Show</source>
         <translation>显示(&amp;S)</translation>
     </message>
@@ -1025,6 +1021,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>&amp;Unlock</source>
         <translation>解锁(&amp;U)</translation>
+    </message>
+    <message>
+        <source>This block is not on the map.</source>
+        <translation>该测区不在地图上。</translation>
+    </message>
+    <message>
+        <source>&amp;Fly there</source>
+        <translation>飞到该处(&amp;F)</translation>
     </message>
     <message>
         <source>&amp;Rename</source>
@@ -1838,46 +1842,6 @@ Heights are above the ellipsoid.</source>
         <translation>删除鼠标下的标记或所选标记</translation>
     </message>
     <message>
-        <source>Mouse and keys</source>
-        <translation>鼠标与按键</translation>
-    </message>
-    <message>
-        <source>Mouse or key</source>
-        <translation>鼠标或按键</translation>
-    </message>
-    <message>
-        <source>What it does</source>
-        <translation>作用</translation>
-    </message>
-    <message>
-        <source>Moving the view</source>
-        <translation>移动视图</translation>
-    </message>
-    <message>
-        <source>Mark points</source>
-        <translation>标记点</translation>
-    </message>
-    <message>
-        <source>Click with &quot;Mark points&quot;</source>
-        <translation>用“标记点”单击</translation>
-    </message>
-    <message>
-        <source>Sets a mark; Escape puts the tool down</source>
-        <translation>设置标记；Esc 放下工具</translation>
-    </message>
-    <message>
-        <source>Moves it; while browsing only the selected one</source>
-        <translation>移动标记；浏览时只移动所选标记</translation>
-    </message>
-    <message>
-        <source>Shows coordinates, height, name and note</source>
-        <translation>显示坐标、高程、名称和备注</translation>
-    </message>
-    <message>
-        <source>Deletes the mark under the mouse, or the selected one</source>
-        <translation>删除鼠标下的标记或所选标记</translation>
-    </message>
-    <message>
         <source>Ctrl and drag beside the blocks with &quot;Select and move&quot;</source>
         <translation>使用“选择并移动”，按住 Ctrl 在测区外拖动</translation>
     </message>
@@ -1900,6 +1864,22 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Selects several, on the map as well; all; none</source>
         <translation>选中多个（地图同步）；全选；取消选择</translation>
+    </message>
+    <message>
+        <source>Mouse and keys</source>
+        <translation>鼠标与按键</translation>
+    </message>
+    <message>
+        <source>Mouse or key</source>
+        <translation>鼠标或按键</translation>
+    </message>
+    <message>
+        <source>What it does</source>
+        <translation>作用</translation>
+    </message>
+    <message>
+        <source>Moving the view</source>
+        <translation>移动视图</translation>
     </message>
     <message>
         <source>Drag, left button</source>
@@ -4428,6 +4408,238 @@ Heights are above the ellipsoid.</source>
     </message>
 </context>
 <context>
+    <name>CAxOsgDrawPointSet</name>
+    <message>
+        <source>A mark needs a name.</source>
+        <translation>标记需要名称。</translation>
+    </message>
+    <message>
+        <source>A name has %1 characters at most; this one has %2.</source>
+        <translation>名称最多 %1 个字符，此名称有 %2 个。</translation>
+    </message>
+    <message>
+        <source>There is a mark &quot;%1&quot; already.</source>
+        <translation>已有名为“%1”的标记。</translation>
+    </message>
+    <message>
+        <source>Mark %1</source>
+        <translation>标记 %1</translation>
+    </message>
+    <message>
+        <source>This is no place on the map.</source>
+        <translation>这不是地图上的位置。</translation>
+    </message>
+    <message>
+        <source>Add mark</source>
+        <translation>添加标记</translation>
+    </message>
+    <message>
+        <source>This mark is not there any more.</source>
+        <translation>此标记已不存在。</translation>
+    </message>
+    <message>
+        <source>Move mark</source>
+        <translation>移动标记</translation>
+    </message>
+    <message>
+        <source>Rename %1 to %2</source>
+        <translation>将 %1 重命名为 %2</translation>
+    </message>
+    <message>
+        <source>Change note</source>
+        <translation>修改备注</translation>
+    </message>
+    <message>
+        <source>Delete mark</source>
+        <translation>删除标记</translation>
+    </message>
+    <message>
+        <source>Delete marks</source>
+        <translation>删除多个标记</translation>
+    </message>
+    <message>
+        <source>Rename marks</source>
+        <translation>重命名标记</translation>
+    </message>
+</context>
+<context>
+    <name>AxMarkDialog</name>
+    <message>
+        <source>Mark</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>Name:</source>
+        <translation>名称：</translation>
+    </message>
+    <message>
+        <source>Coordinates:</source>
+        <translation>坐标：</translation>
+    </message>
+    <message>
+        <source>Latitude and longitude in degrees, also as degrees, minutes and seconds, UTM or MGRS</source>
+        <translation>以度表示的纬度和经度，也可用度分秒、UTM 或 MGRS</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>Height of the ground:</source>
+        <translation>地面高程：</translation>
+    </message>
+    <message>
+        <source>Note:</source>
+        <translation>备注：</translation>
+    </message>
+    <message>
+        <source>Delete mark</source>
+        <translation>删除标记</translation>
+    </message>
+</context>
+<context>
+    <name>MarkListModel</name>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>备注</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+</context>
+<context>
+    <name>MarkPanel</name>
+    <message>
+        <source>KML (*.kml)</source>
+        <translation>KML (*.kml)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>Packed KML (*.kmz)</source>
+        <translation>压缩 KML (*.kmz)</translation>
+    </message>
+    <message>
+        <source>GeoJSON (*.geojson)</source>
+        <translation>GeoJSON (*.geojson)</translation>
+    </message>
+    <message>
+        <source>&amp;Export...</source>
+        <translation>导出(&amp;E)...</translation>
+    </message>
+    <message>
+        <source>Marks</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>导入(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>Add the points of a file: KML, CSV, GeoJSON and others</source>
+        <translation>添加文件中的点：KML、CSV、GeoJSON 等</translation>
+    </message>
+    <message>
+        <source>Write the chosen marks, or all, as KML, CSV or GeoJSON</source>
+        <translation>将所选或全部标记写为 KML、CSV 或 GeoJSON</translation>
+    </message>
+    <message>
+        <source>&amp;Information...</source>
+        <translation>信息(&amp;I)...</translation>
+    </message>
+    <message>
+        <source>&amp;Fly there</source>
+        <translation>飞到该处(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Delete</source>
+        <translation>删除(&amp;D)</translation>
+    </message>
+    <message>
+        <source>... (%1)</source>
+        <translation>……（%1）</translation>
+    </message>
+    <message>
+        <source>Import marks</source>
+        <translation>导入标记</translation>
+    </message>
+    <message>
+        <source>Points (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</source>
+        <translation>点 (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>%1 was not imported.</source>
+        <translation>%1 未导入。</translation>
+    </message>
+    <message>
+        <source>%1 has no points.</source>
+        <translation>%1 中没有点。</translation>
+    </message>
+    <message>
+        <source>Import %1 marks</source>
+        <translation>导入 %1 个标记</translation>
+    </message>
+    <message>
+        <source>%1 is imported.</source>
+        <translation>%1 已导入。</translation>
+    </message>
+    <message>
+        <source>%1 marks were imported; %2 areas, lines and circles are none.</source>
+        <translation>已导入 %1 个标记；另有 %2 个区域、线和圆不是标记。</translation>
+    </message>
+    <message>
+        <source>%1 marks were imported.</source>
+        <translation>已导入 %1 个标记。</translation>
+    </message>
+    <message>
+        <source>Export marks</source>
+        <translation>导出标记</translation>
+    </message>
+    <message>
+        <source>%1: marks are written as KML, KMZ, CSV or GeoJSON.</source>
+        <translation>%1：标记只能写为 KML、KMZ、CSV 或 GeoJSON。</translation>
+    </message>
+    <message>
+        <source>There are no marks.</source>
+        <translation>没有标记。</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>%1 未写入。</translation>
+    </message>
+    <message>
+        <source>%1 marks are written to %2.</source>
+        <translation>已将 %1 个标记写入 %2。</translation>
+    </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>%1 已写入。</translation>
+    </message>
+</context>
+<context>
     <name>AxSightAnalysis</name>
     <message>
         <source>The map is not open.</source>
@@ -4729,238 +4941,6 @@ Heights are above the ellipsoid.</source>
     </message>
 </context>
 <context>
-    <name>CAxOsgDrawPointSet</name>
-    <message>
-        <source>A mark needs a name.</source>
-        <translation>标记需要名称。</translation>
-    </message>
-    <message>
-        <source>A name has %1 characters at most; this one has %2.</source>
-        <translation>名称最多 %1 个字符，此名称有 %2 个。</translation>
-    </message>
-    <message>
-        <source>There is a mark &quot;%1&quot; already.</source>
-        <translation>已有名为“%1”的标记。</translation>
-    </message>
-    <message>
-        <source>Mark %1</source>
-        <translation>标记 %1</translation>
-    </message>
-    <message>
-        <source>This is no place on the map.</source>
-        <translation>这不是地图上的位置。</translation>
-    </message>
-    <message>
-        <source>Add mark</source>
-        <translation>添加标记</translation>
-    </message>
-    <message>
-        <source>This mark is not there any more.</source>
-        <translation>此标记已不存在。</translation>
-    </message>
-    <message>
-        <source>Move mark</source>
-        <translation>移动标记</translation>
-    </message>
-    <message>
-        <source>Rename %1 to %2</source>
-        <translation>将 %1 重命名为 %2</translation>
-    </message>
-    <message>
-        <source>Change note</source>
-        <translation>修改备注</translation>
-    </message>
-    <message>
-        <source>Delete mark</source>
-        <translation>删除标记</translation>
-    </message>
-    <message>
-        <source>Delete marks</source>
-        <translation>删除多个标记</translation>
-    </message>
-    <message>
-        <source>Rename marks</source>
-        <translation>重命名标记</translation>
-    </message>
-</context>
-<context>
-    <name>AxMarkDialog</name>
-    <message>
-        <source>Mark</source>
-        <translation>标记</translation>
-    </message>
-    <message>
-        <source>Name:</source>
-        <translation>名称：</translation>
-    </message>
-    <message>
-        <source>Coordinates:</source>
-        <translation>坐标：</translation>
-    </message>
-    <message>
-        <source>Latitude and longitude in degrees, also as degrees, minutes and seconds, UTM or MGRS</source>
-        <translation>以度表示的纬度和经度，也可用度分秒、UTM 或 MGRS</translation>
-    </message>
-    <message>
-        <source>%1 m</source>
-        <translation>%1 米</translation>
-    </message>
-    <message>
-        <source>Height of the ground:</source>
-        <translation>地面高程：</translation>
-    </message>
-    <message>
-        <source>Note:</source>
-        <translation>备注：</translation>
-    </message>
-    <message>
-        <source>Delete mark</source>
-        <translation>删除标记</translation>
-    </message>
-</context>
-<context>
-    <name>MarkListModel</name>
-    <message>
-        <source>Name</source>
-        <translation>名称</translation>
-    </message>
-    <message>
-        <source>Latitude</source>
-        <translation>纬度</translation>
-    </message>
-    <message>
-        <source>Longitude</source>
-        <translation>经度</translation>
-    </message>
-    <message>
-        <source>Height</source>
-        <translation>高程</translation>
-    </message>
-    <message>
-        <source>Note</source>
-        <translation>备注</translation>
-    </message>
-    <message>
-        <source>%1 m</source>
-        <translation>%1 米</translation>
-    </message>
-</context>
-<context>
-    <name>MarkPanel</name>
-    <message>
-        <source>KML (*.kml)</source>
-        <translation>KML (*.kml)</translation>
-    </message>
-    <message>
-        <source>CSV table (*.csv)</source>
-        <translation>CSV 表格 (*.csv)</translation>
-    </message>
-    <message>
-        <source>Packed KML (*.kmz)</source>
-        <translation>压缩 KML (*.kmz)</translation>
-    </message>
-    <message>
-        <source>GeoJSON (*.geojson)</source>
-        <translation>GeoJSON (*.geojson)</translation>
-    </message>
-    <message>
-        <source>&amp;Export...</source>
-        <translation>导出(&amp;E)...</translation>
-    </message>
-    <message>
-        <source>Marks</source>
-        <translation>标记</translation>
-    </message>
-    <message>
-        <source>&amp;Import...</source>
-        <translation>导入(&amp;I)...</translation>
-    </message>
-    <message>
-        <source>Add the points of a file: KML, CSV, GeoJSON and others</source>
-        <translation>添加文件中的点：KML、CSV、GeoJSON 等</translation>
-    </message>
-    <message>
-        <source>Write the chosen marks, or all, as KML, CSV or GeoJSON</source>
-        <translation>将所选或全部标记写为 KML、CSV 或 GeoJSON</translation>
-    </message>
-    <message>
-        <source>&amp;Information...</source>
-        <translation>信息(&amp;I)...</translation>
-    </message>
-    <message>
-        <source>&amp;Fly there</source>
-        <translation>飞到该处(&amp;F)</translation>
-    </message>
-    <message>
-        <source>&amp;Delete</source>
-        <translation>删除(&amp;D)</translation>
-    </message>
-    <message>
-        <source>... (%1)</source>
-        <translation>……（%1）</translation>
-    </message>
-    <message>
-        <source>Import marks</source>
-        <translation>导入标记</translation>
-    </message>
-    <message>
-        <source>Points (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</source>
-        <translation>点 (*.kml *.kmz *.csv *.geojson *.json *.gpkg *.shp *.dxf)</translation>
-    </message>
-    <message>
-        <source>All files (*)</source>
-        <translation>所有文件 (*)</translation>
-    </message>
-    <message>
-        <source>%1 was not imported.</source>
-        <translation>%1 未导入。</translation>
-    </message>
-    <message>
-        <source>%1 has no points.</source>
-        <translation>%1 中没有点。</translation>
-    </message>
-    <message>
-        <source>Import %1 marks</source>
-        <translation>导入 %1 个标记</translation>
-    </message>
-    <message>
-        <source>%1 is imported.</source>
-        <translation>%1 已导入。</translation>
-    </message>
-    <message>
-        <source>%1 marks were imported; %2 areas, lines and circles are none.</source>
-        <translation>已导入 %1 个标记；另有 %2 个区域、线和圆不是标记。</translation>
-    </message>
-    <message>
-        <source>%1 marks were imported.</source>
-        <translation>已导入 %1 个标记。</translation>
-    </message>
-    <message>
-        <source>Export marks</source>
-        <translation>导出标记</translation>
-    </message>
-    <message>
-        <source>%1: marks are written as KML, KMZ, CSV or GeoJSON.</source>
-        <translation>%1：标记只能写为 KML、KMZ、CSV 或 GeoJSON。</translation>
-    </message>
-    <message>
-        <source>There are no marks.</source>
-        <translation>没有标记。</translation>
-    </message>
-    <message>
-        <source>%1 was not written.</source>
-        <translation>%1 未写入。</translation>
-    </message>
-    <message>
-        <source>%1 marks are written to %2.</source>
-        <translation>已将 %1 个标记写入 %2。</translation>
-    </message>
-    <message>
-        <source>%1 is written.</source>
-        <translation>%1 已写入。</translation>
-    </message>
-</context>
-<context>
     <name>AxMeasurement</name>
     <message>
         <source>Length</source>
@@ -5253,16 +5233,16 @@ Heights are above the ellipsoid.</source>
         <translation>导出……</translation>
     </message>
     <message>
-        <source>Write the selected measurements, or else all, into a CSV, KML or GeoJSON file</source>
-        <translation>将所选测量（未选择则全部）写入 CSV、KML 或 GeoJSON 文件</translation>
-    </message>
-    <message>
         <source>Clear &amp;all measurements</source>
         <translation>清除全部测量(&amp;A)</translation>
     </message>
     <message>
         <source>Clear all</source>
         <translation>全部清除</translation>
+    </message>
+    <message>
+        <source>Write the selected measurements, or else all, into a CSV, KML or GeoJSON file</source>
+        <translation>将所选测量（未选择则全部）写入 CSV、KML 或 GeoJSON 文件</translation>
     </message>
 </context>
 <context>
@@ -5306,6 +5286,187 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>The coordinates under the mouse, in the system of View &gt; Coordinate system; a click keeps them, Escape leaves the tool</source>
         <translation>鼠标处的坐标，采用“视图 &gt; 坐标系”中的坐标系；单击保留，Esc 离开工具</translation>
+    </message>
+</context>
+<context>
+    <name>AxMapLayers</name>
+    <message>
+        <source>&quot;%1&quot; cannot be shown: %2</source>
+        <translation>“%1”无法显示：%2</translation>
+    </message>
+    <message>
+        <source>there is no such file.</source>
+        <translation>没有此文件。</translation>
+    </message>
+    <message>
+        <source>it is not placed on the globe.</source>
+        <translation>它在地球上没有位置。</translation>
+    </message>
+</context>
+<context>
+    <name>CAxLandingAreaNode</name>
+    <message>
+        <source>Please set the landing point in this range</source>
+        <translation>请在此范围内设置降落点</translation>
+    </message>
+</context>
+<context>
+    <name>CAxInterestPointNode</name>
+    <message>
+        <source>Elevation Marker</source>
+        <translation>高程标记</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+</context>
+<context>
+    <name>CAxDownhillAnglenode</name>
+    <message>
+        <source>%1°</source>
+        <translation>%1°</translation>
+    </message>
+</context>
+<context>
+    <name>LandingMenu</name>
+    <message>
+        <source>&amp;Approach to home</source>
+        <translation>进近方向(&amp;A)</translation>
+    </message>
+    <message>
+        <source>&amp;Point of interest</source>
+        <translation>兴趣点(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Remove the point of interest</source>
+        <translation>移除兴趣点(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Shows from where the aircraft comes down to the home of the chosen block; drag the handle</source>
+        <translation>显示飞机从何处下降到所选区块的家点；拖动手柄调整</translation>
+    </message>
+    <message>
+        <source>Click a place near the chosen block; it can be dragged later. Escape leaves it</source>
+        <translation>单击所选区块附近的位置；之后可以拖动。按 Esc 退出</translation>
+    </message>
+    <message>
+        <source>The approach flies towards %1°</source>
+        <translation>进近航向 %1°</translation>
+    </message>
+    <message>
+        <source>Point of interest: %1, %2, %3 m</source>
+        <translation>兴趣点：%1, %2, %3 米</translation>
+    </message>
+    <message>
+        <source>The approach is shown once a block with a home is chosen.</source>
+        <translation>选择设有家点的区块后显示进近方向。</translation>
+    </message>
+</context>
+<context>
+    <name>LayerPanel</name>
+    <message>
+        <source>Picture</source>
+        <translation>影像</translation>
+    </message>
+    <message>
+        <source>Heights</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Features</source>
+        <translation>要素</translation>
+    </message>
+    <message>
+        <source>Layer</source>
+        <translation>图层</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>类型</translation>
+    </message>
+    <message>
+        <source>Opacity</source>
+        <translation>不透明度</translation>
+    </message>
+    <message>
+        <source>&amp;Opacity</source>
+        <translation>不透明度(&amp;O)</translation>
+    </message>
+    <message>
+        <source>Add picture…</source>
+        <translation>添加影像…</translation>
+    </message>
+    <message>
+        <source>Add heights…</source>
+        <translation>添加高程…</translation>
+    </message>
+    <message>
+        <source>Fly there</source>
+        <translation>飞到此处</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Fault</source>
+        <translation>故障</translation>
+    </message>
+    <message>
+        <source>Add heights</source>
+        <translation>添加高程</translation>
+    </message>
+    <message>
+        <source>Add pictures</source>
+        <translation>添加影像</translation>
+    </message>
+    <message>
+        <source>Rasters (*.tif *.tiff *.vrt *.img *.jp2 *.png *.jpg *.mbtiles *.gpkg *.asc *.hgt);;All files (*)</source>
+        <translation>栅格 (*.tif *.tiff *.vrt *.img *.jp2 *.png *.jpg *.mbtiles *.gpkg *.asc *.hgt);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Layers</source>
+        <translation>图层</translation>
+    </message>
+    <message>
+        <source>%1 is shown on the map.</source>
+        <translation>%1 已显示在地图上。</translation>
+    </message>
+</context>
+<context>
+    <name>SearchBox</name>
+    <message>
+        <source>Search places, blocks, marks</source>
+        <translation>搜索地名、区块、标记</translation>
+    </message>
+    <message>
+        <source>Type a part of a name, or a coordinate; Enter flies there (Ctrl+F)</source>
+        <translation>输入名称的一部分或坐标；回车飞到该处 (Ctrl+F)</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>搜索</translation>
+    </message>
+    <message>
+        <source>%1 (block)</source>
+        <translation>%1（区块）</translation>
+    </message>
+    <message>
+        <source>%1 (mark)</source>
+        <translation>%1（标记）</translation>
+    </message>
+    <message>
+        <source>%1 (control point)</source>
+        <translation>%1（控制点）</translation>
+    </message>
+    <message>
+        <source>Nothing is called &quot;%1&quot; here.</source>
+        <translation>这里没有名为“%1”的对象。</translation>
+    </message>
+    <message>
+        <source>That block is gone.</source>
+        <translation>该区块已不存在。</translation>
     </message>
 </context>
 </TS>

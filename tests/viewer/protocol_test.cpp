@@ -278,7 +278,7 @@ TEST_F(Protocol, DragsTheDownhillHandleAndTheGridByName)
 {
     TestBlock handle(viewer, "handle");
     handle.Draw(FrameAt(20.0, 10.0), 300000.0f);
-    CAxDownhillAnglenode tool(nullptr);
+    CAxDownhillAnglenode tool(nullptr, nullptr);
     viewer->SetDownhillAngleNode(&tool);
     handle.place->setName("AngleComputer-2");
     Push(400, 300);

@@ -35,8 +35,9 @@ protected:
 
 TEST_F(Tools, DrawWhatTheirTableSays)
 {
-    const QList<int> drawing{ToolPolygonBlock, ToolRectangleBlock, ToolStripBlock, ToolProhibitedArea,
-                             ToolVideoArea};
+    const QList<int> drawing{ToolPolygonBlock, ToolRectangleBlock, ToolStripBlock, ToolMeasureDistance,
+                             ToolMarkPoint,    ToolProhibitedArea, ToolProjCoords, ToolMeasureAltitude,
+                             ToolMeasurePlane, ToolMeasureArea,    ToolVideoArea};
     for (int tool = 0; tool <= 31; ++tool) {
         viewer->SetToolType(static_cast<EToolType>(tool));
         CAxHandleAdapter* drawn = viewer->createShapeNode();
@@ -194,6 +195,8 @@ TEST_F(Tools, PickLandingPlacesNearTheCurrentObjectOnly)
     viewer->SetToolType(ToolInterestPoint);
     Click(20.03, 10.0);
     EXPECT_EQ(interests.size(), 1);
+    EXPECT_TRUE(viewer->GetInterestPointNode());
+    viewer->RemoveInterestPoint();
 
     viewer->SetToolType(ToolAddPoint);
     Click(19.97, 10.0);

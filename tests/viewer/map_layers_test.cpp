@@ -1,0 +1,83 @@
+// Layers that come and go while the map is shown, and the height of its ground.
+#include "ProtocolFixture.h"
+
+#include "viewer/AxMapLayers.h"
+
+#include <QTemporaryDir>
+
+class MapLayers : public ProtocolFixture
+{
+protected:
+    static int Count() { return viewer->GetMapLayers()->All().size(); }
+    static AxMapLayer Layer(int id)
+    {
+        for (const AxMapLayer& layer : viewer->GetMapLayers()->All())
+            if (layer.id == id)
+                return layer;
+        return {};
+    }
+};
+
+TEST_F(MapLayers, AreAddedFromFilesFadedHiddenAndRemovedAgain)
+{
+    AxMapLayers& layers = *viewer->GetMapLayers();
+    const int before = Count();
+    ASSERT_GT(before, 0);
+    const int own = layers.All().constFirst().id;
+    QString why;
+    const QTemporaryDir folder;
+    QFile text(folder.filePath("text.tif"));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly) && text.write("no picture") > 0);
+    text.close();
+    for (const QString& wrong : {folder.filePath("none.tif"), text.fileName(), folder.path()}) {
+        why.clear();
+        EXPECT_EQ(layers.AddImage(wrong, &why), 0);
+        EXPECT_TRUE(why.contains(QFileInfo(wrong).fileName())) << why.toStdString();
+    }
+    EXPECT_EQ(Count(), before) << "what is refused leaves nothing";
+    const int id = layers.AddImage(QString(AX_RESOURCES) + "/map/trinidad_relief.tif", &why);
+    ASSERT_NE(id, 0) << why.toStdString();
+    EXPECT_TRUE(Layer(id).isAdded && Layer(id).extent && Layer(id).isVisible);
+    EXPECT_TRUE(layers.SetOpacity(id, 3.0));
+    EXPECT_EQ(Layer(id).opacity, 1.0);
+    EXPECT_TRUE(layers.SetOpacity(id, 0.5) && layers.SetVisible(id, false));
+    EXPECT_EQ(Layer(id).opacity, 0.5);
+    EXPECT_FALSE(Layer(id).isVisible);
+    EXPECT_FALSE(layers.SetOpacity(id, std::nan("")) || layers.SetVisible(-5, true) || layers.Remove(own));
+    EXPECT_TRUE(layers.Remove(id));
+    EXPECT_FALSE(layers.Remove(id));
+    EXPECT_EQ(Count(), before);
+}
+
+TEST_F(MapLayers, TheFinestGroundIsToldWhateverIsLoaded)
+{
+    struct Answer
+    {
+        double longitude, latitude, altitude;
+        bool isKnown;
+    };
+    QVector<Answer> answers;
+    const auto listening = QObject::connect(viewer, &CAxEarthViewer::signalRequestElevationReturn, viewer,
+                                            [&answers](double lng, double lat, double alt, bool isKnown) {
+                                                answers += Answer{lng, lat, alt, isKnown};
+                                            });
+    QString added;
+    const auto told = QObject::connect(viewer, &CAxEarthViewer::signalElevationLayer, viewer,
+                                       [&added](const QString& name, const QVariant&) { added = name; });
+    const int id =
+        viewer->GetMapLayers()->AddElevation(QString(AX_RESOURCES) + "/map/trinidad_90m_metres.tif");
+    ASSERT_NE(id, 0);
+    EXPECT_EQ(added, "trinidad_90m_metres");
+    viewer->slotRequestElevation(-105.0, 37.37);
+    viewer->slotRequestElevation(20.0, 95.0);
+    viewer->slotRequestElevation(-105.01, 37.37);
+    ASSERT_TRUE(waitFor([&answers] { return answers.size() == 3; }));
+    EXPECT_TRUE(answers[0].isKnown && answers[0].altitude > 1500.0) << "of a mountain that is not loaded";
+    EXPECT_FALSE(answers[1].isKnown);
+    EXPECT_EQ(answers[2].longitude, -105.01) << "in their order";
+    EXPECT_TRUE(viewer->GetMapLayers()->Remove(id));
+    EXPECT_TRUE(std::isnan(viewer->GetElevation(20.0, 95.0)));
+    EXPECT_TRUE(std::isfinite(viewer->GetElevation(20.0, 10.0)));
+    QObject::disconnect(listening);
+    QObject::disconnect(told);
+}
