@@ -94,7 +94,7 @@ TEST_F(Registry, DrawsOnlyRecordsThatCanBeDrawn)
     EXPECT_NE(good->GetAnchorEditor(), nullptr);
     EXPECT_TRUE(waitFor([this] {
         const osgEarth::Viewpoint view = manipulator->getViewpoint();
-        return std::abs(view.focalPoint()->x() - 3.0) < 0.1 && std::abs(view.focalPoint()->y() - 2.67) < 0.2;
+        return std::abs(view.focalPoint()->x() - 3.0) < 0.1 && std::abs(view.focalPoint()->y() - 3.0) < 0.1;
     }));
 }
 

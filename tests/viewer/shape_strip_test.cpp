@@ -287,8 +287,10 @@ TEST_F(Strip, WidthsAreChangedByTheFormAndUndone)
     strip->SetAnchorEditorEnabled(true);
     const auto southOfIt = [&] { return strip->GetAnchorEditor()->GetDraggerList()[3]->GetPlace().y(); };
     const double south = southOfIt();
+    viewer->GetUndoStack()->undo(); // the name
     viewer->GetUndoStack()->undo();
     EXPECT_GT(southOfIt(), south + 0.001);
+    viewer->GetUndoStack()->redo();
     viewer->GetUndoStack()->redo();
     strip->SetWidth(20.0, 30.0);
     EXPECT_GT(southOfIt(), south + 0.001);
