@@ -45,6 +45,7 @@ CAxCoordinateWidget::CAxCoordinateWidget(QWidget* parent) : CAxBaseWidget(parent
     setWindowOpacity(0.8);
     EnableMove(false);
     resize(294, heightOfTexts);
+    setFixedHeight(heightOfTexts);
     QFont family = font();
     family.setFamily(AxOverlayFontFamily());
     family.setPixelSize(largestTextPixels);
@@ -80,7 +81,7 @@ void CAxCoordinateWidget::SetCoordinate(const QString& longitude, const QString&
 
 void CAxCoordinateWidget::SetSystem(const QString& name)
 {
-    // It stands on the lower edge of the map, also when the layout makes it higher by itself.
+    // It stands on the lower edge of the map.
     const int bottom = y() + height();
     if (name.isEmpty()) {
         delete system;
@@ -103,8 +104,11 @@ void CAxCoordinateWidget::SetSystem(const QString& name)
         system->show();
     }
     const int wanted = heightOfTexts + (system ? heightOfSystem : 0);
-    if (wanted != height() || bottom != y() + height())
-        setGeometry(x(), bottom - wanted, width(), wanted);
+    if (wanted == height())
+        return;
+    // Else the layout would make it higher by itself, downwards and later.
+    setFixedHeight(wanted);
+    move(x(), bottom - wanted);
 }
 
 void CAxCoordinateWidget::mousePressEvent(QMouseEvent* event)
