@@ -9,6 +9,7 @@
 
 #include <osgEarth/MapNode>
 #include <osgEarthSymbology/TextSymbol>
+#include <osgViewer/Viewer>
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -21,6 +22,20 @@ QString Tr(const char* text)
 {
     return QCoreApplication::translate("CAxHandleAdapter", text);
 }
+
+// Over the vertices that have been drawn already, and away from the border of the map where that is near.
+osgEarth::Symbology::Style Beside(const osgEarth::Symbology::Style& style, bool isLeft, bool isBelow)
+{
+    constexpr short aside = 14;
+    constexpr short above = 10;
+    osgEarth::Symbology::Style beside = style;
+    auto* symbol = beside.getOrCreate<TextSymbol>();
+    symbol->alignment() = isLeft ? (isBelow ? TextSymbol::ALIGN_RIGHT_TOP : TextSymbol::ALIGN_RIGHT_BOTTOM)
+                                 : (isBelow ? TextSymbol::ALIGN_LEFT_TOP : TextSymbol::ALIGN_LEFT_BOTTOM);
+    symbol->pixelOffset() = osg::Vec2s(isLeft ? -aside : aside, isBelow ? -above : above);
+    symbol->declutter() = false;
+    return beside;
+}
 } // namespace
 
 void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style& style,
@@ -31,17 +46,25 @@ void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style&
     if (!group)
         return;
     const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos, osgEarth::ALTMODE_ABSOLUTE);
+    // Half the window is more than any of these texts takes.
+    const osg::Camera& camera = *scene.View()->getCamera();
+    osg::Vec3d world;
+    place.toWorld(world);
+    const osg::Vec3d inWindow = world * camera.getViewMatrix() * camera.getProjectionMatrix();
+    const bool left = inWindow.x() > 0.3;
+    const bool below = inWindow.y() > 0.7;
     if (label) {
         label->setPosition(place);
+        if (left != isLeft || below != isBelow)
+            label->setStyle(Beside(style, left, below));
+        isLeft = left;
+        isBelow = below;
         label->setText(text.toStdString());
         return;
     }
-    osgEarth::Symbology::Style beside = style;
-    auto* symbol = beside.getOrCreate<TextSymbol>();
-    symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-    symbol->pixelOffset() = osg::Vec2s(14, 10);
-    symbol->declutter() = false;
-    label = new LabelNode(scene.MapNode(), place, text.toStdString(), beside);
+    isLeft = left;
+    isBelow = below;
+    label = new LabelNode(scene.MapNode(), place, text.toStdString(), Beside(style, left, below));
     label->setDynamic(true);
     parent = group;
     parent->addChild(label);
@@ -53,6 +76,11 @@ void AxCursorLabel::Hide()
         parent->removeChild(label);
     label = nullptr;
     parent = nullptr;
+}
+
+QString AxCursorLabel::Text() const
+{
+    return label ? QString::fromStdString(label->text()) : QString();
 }
 
 double AxGroundDistance(const osg::Vec3d& a, const osg::Vec3d& b)
@@ -81,6 +109,13 @@ QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::Spat
         return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "perimeter %1")).arg(around);
     return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "area %1, perimeter %2"))
         .arg(AxAreaText(AxBlockArea(ring, srs)), around);
+}
+
+QString AxBandSizeText(const std::vector<osg::Vec3d>& band, double width,
+                       const osgEarth::SpatialReference& srs)
+{
+    return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "area %1, width %2"))
+        .arg(AxAreaText(AxBlockArea(band, srs)), AxLengthText(width));
 }
 
 QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,

@@ -16,8 +16,8 @@ class SpatialReference;
 }
 
 /**
- * A text beside the mouse while an object is drawn. It hangs below the group of objects only while it is shown.
- * GUI thread.
+ * A text beside the mouse while an object is drawn. It hangs below the group of objects only while it is
+ * shown. GUI thread.
  */
 class AxCursorLabel
 {
@@ -26,10 +26,15 @@ public:
     void Show(const AxScene& scene, const osgEarth::Symbology::Style& style, const osg::Vec3d& lngLatPos,
               const QString& text);
     void Hide();
+    /// As it was shown last; empty while it is hidden.
+    QString Text() const;
 
 private:
     osg::ref_ptr<osgEarth::Annotation::LabelNode> label;
     osg::ref_ptr<osg::Group> parent;
+    // Of the place.
+    bool isLeft = false;
+    bool isBelow = false;
 };
 
 /// Along the ground between two places in degrees, metres.
@@ -39,6 +44,9 @@ QString AxLengthText(double metres);
 QString AxAreaText(double squareKilometres);
 /// Area and perimeter of a ring of three vertices or more; of one that crosses itself the perimeter alone.
 QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs);
+/// Area of the band of a strip, whose whole width is given in metres.
+QString AxBandSizeText(const std::vector<osg::Vec3d>& band, double width,
+                       const osgEarth::SpatialReference& srs);
 /// While a vertex is dragged: the lengths of the edges that end in it, and the size of the ring or the length
 /// of the line. An index behind the last vertex stands for none.
 QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,

@@ -75,6 +75,8 @@ void AxToolBox::TakeUp(EToolType wanted)
     if (tool == ToolLandingPosition)
         emit landingLeft();
     tool = wanted;
+    if (to.isOnBar)
+        emit barTaken(wanted);
     InHand().Activate();
 }
 

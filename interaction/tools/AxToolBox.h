@@ -49,6 +49,8 @@ public:
 signals:
     /// A tool of the bar was left for one that is not on it.
     void barLeft();
+    /// A tool of the bar is in hand, whoever has taken it up.
+    void barTaken(EToolType tool);
     /// The tool that picks a landing point is being left; it is still in hand.
     void landingLeft();
     /// A place was picked with that tool: degrees, degrees, metres.

@@ -273,8 +273,10 @@ TEST_F(Widget, ToolsBarHasOneToolAtATime)
     marker->click();
     EXPECT_FALSE(measure->isChecked());
     EXPECT_EQ(viewer->GetToolType(), ToolMarkPoint);
+    viewer->SetToolType(ToolMeasureDistance);
+    EXPECT_TRUE(measure->isChecked() && !marker->isChecked()) << "whoever takes it up";
     viewer->SetToolType(ToolPolygonBlock);
-    EXPECT_FALSE(marker->isChecked());
+    EXPECT_FALSE(measure->isChecked());
     measure->click();
     measure->click();
     EXPECT_EQ(viewer->GetToolType(), ToolNavigate);

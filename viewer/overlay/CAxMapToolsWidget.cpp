@@ -113,6 +113,12 @@ void CAxMapToolsWidget::ResetToolType()
     m_pMarkerTools->setChecked(false);
 }
 
+void CAxMapToolsWidget::ShowTool(EToolType tool)
+{
+    m_pMeasureBtn->setChecked(tool == ToolMeasureDistance);
+    m_pMarkerTools->setChecked(tool == ToolMarkPoint);
+}
+
 void CAxMapToolsWidget::KeepButtonsWithin(int top, int bottom, int end)
 {
     firstRow = top;

@@ -25,6 +25,8 @@ public:
     void ConnectEvent() {}
     /// Unchecks the measure and the marker button.
     void ResetToolType();
+    /// Shows that tool's button as checked and the other one as not, without a click.
+    void ShowTool(EToolType tool);
     /// Keeps the buttons between these rows of the widget, pixels: closer together where there is little
     /// room, in two columns where there is less. Where that is not enough they go on below, down to `end`.
     void KeepButtonsWithin(int top, int bottom, int end);
