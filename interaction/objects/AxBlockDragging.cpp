@@ -40,8 +40,11 @@ void AxBlockAdapter::slotPointMoved(double lng, double lat, double alt, int inde
     const int handle = index - static_cast<int>(d->anchors.size());
     const bool isOfRim = handle >= 0 && hasRim() && (isFirst || d->operation == OperationMovePoint);
     const osg::Vec3d place(lng, lat, alt);
+    // A drag that was given up has left its own.
+    if (isFirst)
+        d->rim.reset();
     if (isOfRim) {
-        if (isFirst || !d->rim)
+        if (!d->rim)
             d->rim = AxRimDrag{d->anchors, AxRim::Places(Outline()), {}};
         dragRim(static_cast<std::size_t>(handle), place);
     }

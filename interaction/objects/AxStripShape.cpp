@@ -126,21 +126,14 @@ double AxStripShape::Length(const std::vector<osg::Vec3d>& centreLine)
     return length;
 }
 
-bool AxStripShape::HasShortenedLegAt(const std::vector<osg::Vec3d>& centreLine, int vertex,
-                                     double minDistance, const std::vector<osg::Vec3d>& before)
+bool AxStripShape::HasShortLegAt(const std::vector<osg::Vec3d>& centreLine, int vertex, double minDistance)
 {
-    constexpr double rounding = 1e-6; // metres
-    const auto leg = [](const std::vector<osg::Vec3d>& line, int from) {
-        return LegLength(line[static_cast<std::size_t>(from)], line[static_cast<std::size_t>(from) + 1]);
+    const auto isShort = [&](int from) {
+        return from >= 0 && from + 1 < static_cast<int>(centreLine.size()) &&
+               LegLength(centreLine[static_cast<std::size_t>(from)],
+                         centreLine[static_cast<std::size_t>(from) + 1]) < minDistance;
     };
-    const auto isShortened = [&](int from) {
-        if (from < 0 || from + 1 >= static_cast<int>(centreLine.size()))
-            return false;
-        const double length = leg(centreLine, from);
-        return length < minDistance &&
-               (before.size() != centreLine.size() || length < leg(before, from) - rounding);
-    };
-    return isShortened(vertex - 1) || isShortened(vertex);
+    return isShort(vertex - 1) || isShort(vertex);
 }
 
 AxStripShape::WidthFault AxStripShape::FaultOf(const Widths& widths)

@@ -48,10 +48,9 @@ constexpr double leastLeg = 50.0;
 AXEARTHVIEWER_EXPORT double LegLength(const osg::Vec3d& from, const osg::Vec3d& to);
 /// Of all legs.
 AXEARTHVIEWER_EXPORT double Length(const std::vector<osg::Vec3d>& centreLine);
-/// Whether a leg at the vertex is shorter than that, and shorter than in the line before, or new where that
-/// has not as many vertices; false where there is no such vertex.
-AXEARTHVIEWER_EXPORT bool HasShortenedLegAt(const std::vector<osg::Vec3d>& centreLine, int vertex,
-                                            double minDistance, const std::vector<osg::Vec3d>& before);
+/// Whether a leg at the vertex is shorter than that; false where there is no such vertex.
+AXEARTHVIEWER_EXPORT bool HasShortLegAt(const std::vector<osg::Vec3d>& centreLine, int vertex,
+                                        double minDistance);
 
 /// A pair of widths, in the order in which Band() takes them.
 struct Widths

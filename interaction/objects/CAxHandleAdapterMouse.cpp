@@ -1,5 +1,6 @@
 // The part of the map object that listens to the mouse: drawing and editing.
 #include "interaction/editing/CAxHandleAdapterEditor.h"
+#include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "interaction/objects/AxVerdict.h"
 #include "scene/AxObjectBook.h"
@@ -96,7 +97,11 @@ bool CAxHandleAdapter::keepDrawing()
 {
     if (!isRegistered())
         return d->viewer->Objects().Add(this);
-    UpdateCurrentOperate();
+    // It may have been locked, or have got a task, since the drawing began.
+    if (d->lock || AxHasTasks(*this))
+        ReturnLastOperate();
+    else
+        UpdateCurrentOperate();
     return true;
 }
 

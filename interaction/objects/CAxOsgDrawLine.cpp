@@ -163,9 +163,23 @@ void CAxOsgDrawLine::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
     const osg::Vec3d place = Snapped(AxExactPlace(lngLatPos, worldCoordPos));
     DrawRubberBand({d->anchors.back(), place}, false);
     QString text = AxRunningLengthText(d->anchors, place);
+    std::vector<osg::Vec3d> line = d->anchors;
+    line.push_back(place);
+    if (const std::vector<osg::Vec3d>& next = keptBand.Of(line, width1, width2); !next.empty())
+        text += QLatin1Char('\n') + AxBandSizeText(next, width1 + width2, *d->viewer->Scene().MapSRS());
     if (AxStripShape::LegLength(d->anchors.back(), place) < minDistance)
         text += QLatin1Char('\n') + tr("at least %1").arg(AxLengthText(minDistance));
     ShowBesideCursor(lngLatPos, text);
+}
+
+void CAxOsgDrawLine::slotPointMoved(double lng, double lat, double alt, int index)
+{
+    AxBlockAdapter::slotPointMoved(lng, lat, alt, index);
+    if (d->operation != OperationMovePoint || !d->viewer || !IsOutlineClosed())
+        return;
+    ShowBesideCursor({lng, lat, alt},
+                     d->cursorLabel.Text() + QLatin1Char('\n') +
+                         AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS()));
 }
 
 // Judging
@@ -178,12 +192,15 @@ AxVerdict CAxOsgDrawLine::JudgeShape()
         if (d->anchorEditor)
             d->anchorEditor->Update();
     }
-    // A line from elsewhere may have shorter ones, and can be edited all the same.
-    const CAxBlock* block = GetContainedBlock();
-    const std::vector<osg::Vec3d> before =
-        block ? AxVerticesOf(block->GetAnchor()) : std::vector<osg::Vec3d>();
-    if (AxStripShape::HasShortenedLegAt(line, d->editIndex, minDistance, before)) {
-        tell(tr("The distance is less than 50 meters!"));
+    if (AxStripShape::HasShortLegAt(line, d->editIndex, minDistance)) {
+        const CAxBlock* block = GetContainedBlock();
+        const bool wasShort =
+            block && block->GetAnchor().size() == static_cast<int>(line.size()) &&
+            AxStripShape::HasShortLegAt(AxVerticesOf(block->GetAnchor()), d->editIndex, minDistance);
+        tell(tr("The distance is less than 50 meters!"),
+             wasShort ? tr("The line had such a short leg here before. \"Simplify\" in the menu of the block "
+                           "leaves vertices out, and the box of a vertex deletes it.")
+                      : QString());
         return AxVerdict::RefusedAloud;
     }
     return AxVerdict::Accepted;

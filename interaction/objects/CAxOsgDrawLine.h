@@ -26,8 +26,8 @@ public:
     /// in the block record as well, and the band is drawn anew. Widths that are not finite or negative change
     /// nothing.
     void SetWidth(double width1, double width2) override;
-    /// The same as one step of undo, in metres. False, with the reason told, for widths that give no band or one
-    /// over a no-fly zone, and for a strip without a record; false for one that is locked or has routes.
+    /// The same as one step of undo, in metres. False, with the reason told, for widths that give no band or
+    /// one over a no-fly zone, and for a strip without a record; false for one that is locked or has routes.
     bool ChangeWidths(double width1, double width2);
     double GetWidth1() const { return width1; }
     double GetWidth2() const { return width2; }
@@ -56,6 +56,8 @@ public:
 public slots:
     void slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
     void slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
+    /// Shows the area of the band as well.
+    void slotPointMoved(double lng, double lat, double alt, int index) override;
 
 protected:
     AxVerdict JudgeShape() override;

@@ -377,6 +377,7 @@ void CAxOsgDrawRectange::slotPointMoved(double lng, double lat, double alt, int 
         d->anchors[moved].z() = alt;
         if (d->anchorEditor)
             d->anchorEditor->Update();
+        showRing(d->anchors, place, QString());
     } else if (turns) {
         if (isFirst)
             beforeDrag = ringBefore();

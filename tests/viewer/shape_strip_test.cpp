@@ -181,14 +181,22 @@ TEST_F(Strip, LegsAreFiftyMetresAtLeast)
     EXPECT_EQ(road->GetAnchor()[1].x(), 18.01);
     viewer->RemoveHanderAdapter(road, true);
 
-    // Of a line from elsewhere, whose legs are 22 m, only what gets shorter still is refused.
-    road = ImportStrip({{18, 8}, {18.0002, 8}, {18.0004, 8}});
+    // So is one beside a leg that was short before, of a line from elsewhere; its other vertices can be
+    // moved.
+    road = ImportStrip({{18, 8}, {18.0002, 8}, {18.01, 8}, {18.02, 8}});
     ASSERT_NE(road, nullptr);
-    for (const double lat : {8.0001, 8.00005}) {
-        road->GetAnchor()[1].y() = lat;
-        road->slotPointMoved(18.0002, lat, 0.0, 1);
+    const struct
+    {
+        int vertex;
+        double lat;
+        double left;
+    } drags[] = {{1, 8.0001, 8.0}, {3, 8.0001, 8.0001}, {1, 8.001, 8.001}};
+    for (const auto& drag : drags) {
+        osg::Vec3d& vertex = road->GetAnchor()[static_cast<std::size_t>(drag.vertex)];
+        vertex.y() = drag.lat;
+        road->slotPointMoved(vertex.x(), drag.lat, 0.0, drag.vertex);
         road->EndDrag({}, {});
-        EXPECT_EQ(Ring(road)[1].y(), 8.0001) << lat;
+        EXPECT_EQ(Ring(road)[drag.vertex].y(), drag.left) << drag.vertex << " to " << drag.lat;
     }
     EXPECT_EQ(box.count, 3);
 }

@@ -107,12 +107,15 @@ TEST_F(Video, IsNotGoneOnWithWhileItIsLockedOrHasTasks)
     ASSERT_NE(video, nullptr);
     viewer->SetNodeSelected(video->GetFeatureNode(), false, false);
     CAxBlock* record = video->GetContainedBlock();
-    const auto goOn = [&](const std::function<void()>& between) {
+    const auto goOn = [&](const std::function<void()>& between, bool leavesTheTool = false) {
         ModalBox box;
         viewer->SetToolType(ToolContinueBlock);
         Click(20.03, 10.03);
         between();
-        Click(20.04, 10.03);
+        if (leavesTheTool)
+            viewer->SetToolType(ToolNavigate);
+        else
+            Click(20.04, 10.03);
         EXPECT_EQ(Ring(video), (QList<QPointF>{{20.0, 10.0}}));
         EXPECT_EQ(RecordRadius(video), 500);
         EXPECT_EQ(video->GetAnchor()[0].x(), 20.0);
@@ -121,6 +124,7 @@ TEST_F(Video, IsNotGoneOnWithWhileItIsLockedOrHasTasks)
         return box.count;
     };
     EXPECT_EQ(goOn([&] { video->SetLockBlock(true, true); }), 1) << "locked after the first click";
+    EXPECT_EQ(goOn([&] { video->SetLockBlock(true, true); }, true), 0);
     viewer->slotBlockLock("video", true);
     EXPECT_EQ(goOn([] {}), 0);
     record->AddTask(std::make_unique<CAxTask>("task", "Task", record->GetTaskPara()));
