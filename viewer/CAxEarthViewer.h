@@ -265,6 +265,9 @@ public:
     /// already, others stay selected with it. An empty ID leaves no task selected and the objects as they
     /// are.
     bool SelectTaskID(const QString& taskID, bool view = false);
+    /// The same with one of the tasks of that block, where blocks from elsewhere may have tasks of one ID;
+    /// SelectTaskID() takes the current block's, or else the first. False without such a task.
+    bool SelectTask(const QString& blockID, const QString& taskID, bool view = false);
     const QString& GetSelectedTask() const;                        ///< empty for none
     const QList<CAxHandleAdapter*>& GetMultiSelectAdapter() const; ///< selected together, in that order
     void ClearMultiSelectAdapter();                                ///< tells the host when there were any
@@ -444,7 +447,7 @@ private slots:
     void slotDrawableClicked(osg::Drawable* drawable);
 
 private:
-    void takeEditingKey(int key, bool reachesScene);
+    void takeEditingKey(int key, bool reachesScene, bool isTyped);
 
     const std::unique_ptr<AxViewerPrivate> d;
 };

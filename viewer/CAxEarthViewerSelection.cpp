@@ -76,16 +76,30 @@ bool CAxEarthViewer::SelectBlockID(const QString& id, bool view)
 
 bool CAxEarthViewer::SelectTaskID(const QString& taskID, bool view)
 {
+    if (taskID.isEmpty())
+        return SelectTask({}, {}, view);
+    const auto hasTask = [&taskID](const CAxBlock* one) { return one && one->GetTask(taskID); };
+    const CAxHandleAdapter* current = d->objects.Current();
+    const CAxBlock* ofCurrent = current ? current->GetContainedBlock() : nullptr;
+    if (hasTask(ofCurrent))
+        return SelectTask(ofCurrent->GetBlockID(), taskID, view);
+    const QList<CAxBlock*> blocks = CAxBlockManager::instance().GetBlockList();
+    const auto block = std::find_if(blocks.begin(), blocks.end(), hasTask);
+    return block != blocks.end() && SelectTask((*block)->GetBlockID(), taskID, view);
+}
+
+bool CAxEarthViewer::SelectTask(const QString& blockID, const QString& taskID, bool view)
+{
     if (taskID.isEmpty()) {
         d->objects.SelectTask(d->objects.Current(), {});
         return true;
     }
-    const QList<CAxBlock*> blocks = CAxBlockManager::instance().GetBlockList();
-    const auto block = std::find_if(blocks.begin(), blocks.end(),
-                                    [&taskID](const CAxBlock* one) { return one->GetTask(taskID); });
-    if (block == blocks.end())
+    // By value: who hears of the block may delete what the texts belong to.
+    const QString id = blockID;
+    const QString task = taskID;
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (!block || !block->GetTask(task))
         return false;
-    const QString id = (*block)->GetBlockID();
     const QPointer<CAxEarthViewer> self(this);
     if (const CAxHandleAdapter* former = d->objects.Current(); !former || former->GetHandleID() != id) {
         if (!SelectBlockID(id, view))
@@ -96,7 +110,7 @@ bool CAxEarthViewer::SelectTaskID(const QString& taskID, bool view)
     // Who heard of the block may have chosen something else.
     CAxHandleAdapter* const current = self ? d->objects.Current() : nullptr;
     if (current && current->GetHandleID() == id)
-        d->objects.SelectTask(current, taskID);
+        d->objects.SelectTask(current, task);
     return true;
 }
 
@@ -120,7 +134,9 @@ void CAxEarthViewer::slotDrawableClicked(osg::Drawable* drawable)
         // Several are blocks.
         if (multi)
             return d->objects.SelectNode(hit.object->GetFeatureNode(), true, true);
-        SelectTaskID(hit.task);
+        const CAxBlock* block = hit.object->GetContainedBlock();
+        if (!block || !SelectTask(block->GetBlockID(), hit.task))
+            SelectTaskID(hit.task);
         return;
     }
 }

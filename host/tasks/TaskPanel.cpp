@@ -186,6 +186,16 @@ void TaskPanel::BuildList()
     connect(list, &QListWidget::itemChanged, this, &TaskPanel::OnItemChanged);
 }
 
+QString TaskPanel::HiddenRoutes() const
+{
+    return routes->Hidden();
+}
+
+void TaskPanel::SetHiddenRoutes(const QString& kept)
+{
+    routes->SetHidden(kept);
+}
+
 QSize TaskPanel::sizeHint() const
 {
     const int widest = std::max(parameters->sizeHint().width(), figures->sizeHint().width());
@@ -265,7 +275,7 @@ void TaskPanel::OnCurrentTask(const QString& block, const QString& task)
 void TaskPanel::SelectRoute()
 {
     if (!homeClick->IsWanted())
-        viewer->SelectTaskID(ChosenID());
+        viewer->SelectTask(blockID, ChosenID());
 }
 
 void TaskPanel::ShowBlock(const QString& id)
@@ -303,7 +313,7 @@ void TaskPanel::Mark(QListWidgetItem* item)
 {
     const QScopedValueRollback<bool> guard(isListing, true);
     const QString taskID = item->data(Qt::UserRole).toString();
-    item->setCheckState(routes->IsShown(taskID) ? Qt::Checked : Qt::Unchecked);
+    item->setCheckState(routes->IsShown(blockID, taskID) ? Qt::Checked : Qt::Unchecked);
     const auto plan = routes->PlanOf(blockID, taskID);
     const QString trouble = !plan                     ? QString()
                             : !plan->plan.IsPlanned() ? plan->plan.fault
@@ -324,8 +334,8 @@ void TaskPanel::ShowPlan()
     parameters->ShowPlaces();
     parameters->ShowFlownHeading(isPlanned && shown->hasFigures ? std::make_optional(shown->plan.heading)
                                                                 : std::nullopt);
-    dangers.Show(isPlanned && routes->IsShown(shown->taskID) ? shown->plan.warnings
-                                                             : std::vector<AxPlanWarning>());
+    dangers.Show(isPlanned && routes->IsShown(shown->blockID, shown->taskID) ? shown->plan.warnings
+                                                                             : std::vector<AxPlanWarning>());
     remove->setEnabled(task);
     exportRoute->setEnabled(isPlanned);
     flown->setEnabled(isPlanned);
@@ -378,7 +388,7 @@ void TaskPanel::OnItemChanged(QListWidgetItem* item)
         item->setText(task->GetTaskName());
     }
     // May show a box, during which the list may change.
-    if (isChecked != routes->IsShown(taskID))
+    if (isChecked != routes->IsShown(blockID, taskID))
         routes->SetShown(blockID, taskID, isChecked);
 }
 

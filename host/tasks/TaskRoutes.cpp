@@ -14,6 +14,8 @@
 
 #include <QDataStream>
 #include <QIODevice>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPointer>
 #include <QScopedValueRollback>
 
@@ -129,18 +131,38 @@ std::shared_ptr<const ShownPlan> TaskRoutes::PlanNow(const QString& blockID, con
     return route->plan;
 }
 
-bool TaskRoutes::IsShown(const QString& taskID) const
+bool TaskRoutes::IsShown(const QString& blockID, const QString& taskID) const
 {
-    return !hidden.contains(taskID);
+    return hidden.count({blockID, taskID}) == 0;
+}
+
+QString TaskRoutes::Hidden() const
+{
+    QJsonArray pairs;
+    for (const Key& key : hidden) {
+        // Deleted ones stay hidden here, because they may be put back.
+        const CAxBlock* block = CAxBlockManager::instance().GetBlock(key.first);
+        if (block && block->GetTask(key.second))
+            pairs += QJsonArray{key.first, key.second};
+    }
+    return pairs.isEmpty() ? QString()
+                           : QString::fromUtf8(QJsonDocument(pairs).toJson(QJsonDocument::Compact));
+}
+
+void TaskRoutes::SetHidden(const QString& kept)
+{
+    hidden.clear();
+    for (const QJsonValue pair : QJsonDocument::fromJson(kept.toUtf8()).array())
+        hidden.insert({pair.toArray().at(0).toString(), pair.toArray().at(1).toString()});
 }
 
 void TaskRoutes::SetShown(const QString& blockID, const QString& taskID, bool shown)
 {
-    if (shown)
-        hidden.remove(taskID);
-    else
-        hidden.insert(taskID);
     const Key key(blockID, taskID);
+    if (shown)
+        hidden.erase(key);
+    else
+        hidden.insert(key);
     const auto found = routes.find(key);
     if (found != routes.end())
         Draw(key, Held(found->second));
@@ -211,8 +233,7 @@ void TaskRoutes::Update(const Key& key, CAxBlock& block, CAxTask& task, const He
         return;
     }
     CAxHandleAdapter* object = viewer->FindExistNode(key.first);
-    const bool isWanted =
-        object && !hidden.contains(key.second) && route->plan && route->plan->plan.IsPlanned();
+    const bool isWanted = object && hidden.count(key) == 0 && route->plan && route->plan->plan.IsPlanned();
     if (isWanted != (route->drawn != nullptr))
         return Draw(key, route);
     if (route->drawn && !object->GetTask(key.second))
@@ -285,8 +306,8 @@ void TaskRoutes::Draw(const Key& key, const Held& route)
     CAxHandleAdapter* object = viewer->FindExistNode(key.first);
     CAxBlock* block = CAxBlockManager::instance().GetBlock(key.first);
     CAxTask* task = block ? block->GetTask(key.second) : nullptr;
-    const bool isWanted = object && task && viewer->getMapNode() && !hidden.contains(key.second) &&
-                          route->plan && route->plan->plan.IsPlanned();
+    const bool isWanted = object && task && viewer->getMapNode() && hidden.count(key) == 0 && route->plan &&
+                          route->plan->plan.IsPlanned();
     if (!isWanted) {
         route->drawn = nullptr;
         return;

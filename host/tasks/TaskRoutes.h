@@ -3,12 +3,12 @@
 
 #include <QElapsedTimer>
 #include <QObject>
-#include <QSet>
 #include <QString>
 #include <QTimer>
 
 #include <map>
 #include <memory>
+#include <set>
 
 class CAxBlock;
 class CAxEarthViewer;
@@ -42,8 +42,14 @@ public:
 
     /// A route that is not shown is not drawn, so that its block can be edited when it has no other. It is
     /// planned anew all the same, and Told() says so.
-    bool IsShown(const QString& taskID) const;
+    bool IsShown(const QString& blockID, const QString& taskID) const;
     void SetShown(const QString& blockID, const QString& taskID, bool shown);
+
+    /// Which routes are not shown, as a text that a project keeps; empty for none.
+    QString Hidden() const;
+    /// For records that are about to come: what is on the map already stays as it is. A text that is none of
+    /// Hidden() hides nothing.
+    void SetHidden(const QString& kept);
 
     /// Draws the points of the route from the first to that one as flown; the whole route again for -1.
     void ShowFlown(const QString& blockID, const QString& taskID, int point);
@@ -89,7 +95,7 @@ private:
 
     CAxEarthViewer* viewer;
     std::map<Key, Held> routes;
-    QSet<QString> hidden; ///< IDs of tasks
+    std::set<Key> hidden;
     QTimer clock;
     bool isLooking = false;
     quint32 basis = 0; ///< counts the changes of heights and zones

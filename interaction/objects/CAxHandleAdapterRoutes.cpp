@@ -37,7 +37,7 @@ void CAxHandleAdapter::AddTask(CAxTaskPolygon* task)
     connect(&AxRouteOf(task)->AsObject(), &QObject::destroyed, this, [this, task] { letGoOf({task}); });
     d->tasks += task;
     AxRouteOf(task)->SetMapObject(this);
-    AxRouteOf(task)->SetHighlighted(d->viewer &&
+    AxRouteOf(task)->SetHighlighted(d->viewer && d->viewer->Objects().Current() == this &&
                                     d->viewer->Objects().SelectedTask() == AxRouteOf(task)->GetTaskID());
     SetAnchorEditorEnabled(false);
     UpdateColor();

@@ -103,6 +103,15 @@ TEST_F(Selection, OfATaskHasItsRouteStandOutUntilAnotherBlockIsCurrent)
     EXPECT_TRUE(routes[0]->IsHighlighted());
     EXPECT_FALSE(routes[1]->IsHighlighted());
     EXPECT_EQ(told.last(), (QVariantList{"14", "task 14"}));
+    // A copy from elsewhere may have a task of the same ID.
+    CAxBlockManager::instance().GetBlock("20")->AddTask(
+        std::make_unique<CAxTask>("task 14", "Copy", nullptr));
+    routes[1]->SetTaskID("task 14");
+    Click(18.5, 5.0);
+    EXPECT_EQ(Current(), "20");
+    EXPECT_TRUE(routes[1]->IsHighlighted() && !routes[0]->IsHighlighted());
+    EXPECT_TRUE(viewer->SelectTaskID("task 14"));
+    EXPECT_EQ(Current(), "20") << "that of the current block";
     viewer->SelectBlockID("26");
     EXPECT_FALSE(routes[0]->IsHighlighted());
     EXPECT_EQ(told.last(), (QVariantList{QString(), QString()}));
