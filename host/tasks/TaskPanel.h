@@ -43,6 +43,10 @@ public:
     QAction* ExportAction() const { return exportRoute; }
     QAction* ImportAction() const { return importRoute; }
 
+    /// Which routes are not shown, as a text that goes with the project; given back before its records come.
+    QString HiddenRoutes() const;
+    void SetHiddenRoutes(const QString& kept);
+
 signals:
     /// What is planned for the chosen task, whenever it changes; null for none.
     void PlanShown(std::shared_ptr<const ShownPlan> shown);
