@@ -6,9 +6,9 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUnits.h>
+#include <AxData/CAxBlockManager.h>
 
 #include <QInputDialog>
-#include <QMessageBox>
 #include <QPointer>
 
 BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* parent)
@@ -23,13 +23,14 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
     add(ofOne, tr("&Properties..."), tr("Name, size and measures of the block, as a double click on it"),
         [this] { ShowProperties(); })
         ->setShortcut(QKeySequence(QStringLiteral("Alt+Return")));
-    add(ofOne, tr("&Duplicate"), tr("A copy of the blocks beside them, without their tasks"), [this] {
+    add(ofAny, tr("&Duplicate"), tr("A copy of the blocks beside them, without their tasks"), [this] {
         viewer->GetBlockOperations()->Duplicate(Chosen());
     })->setShortcut(QKeySequence(QStringLiteral("Ctrl+D")));
     addSeparator();
     cut = add(ofOne, tr("&Split by a line"),
               tr("Clicks draw the line, a double click cuts the block along it"), [this] {
-                  viewer->GetBlockOperations()->BeginSplit(Chosen().value(0));
+                  if (const QString id = TheOne(tr("Split")); !id.isEmpty())
+                      viewer->GetBlockOperations()->BeginSplit(id);
                   FollowCut();
               });
     cut->setCheckable(true);
@@ -42,27 +43,28 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
             viewer->GetBlockOperations()->Subtract(ids.value(0), ids.mid(1));
         });
     addSeparator();
-    add(ofOne, tr("&Grow or shrink..."), tr("By the same distance on all sides; a strip to both sides"),
+    add(ofAny, tr("&Grow or shrink..."), tr("By the same distance on all sides; a strip to both sides"),
         [this] { AskForGrowth(); });
-    add(ofOne, tr("Si&mplify..."), tr("Leaves vertices out that hardly matter"),
+    add(ofAny, tr("Si&mplify..."), tr("Leaves vertices out that hardly matter"),
         [this] { AskForDeviation(); });
-    add(ofOne, tr("&Turn..."), tr("Around its middle"), [this] {
-        AskFor(
-            tr("Turn"), tr("Angle (degrees clockwise):"), 90.0, -360.0, 360.0,
-            [this](const QString& id, double degrees) { viewer->GetBlockOperations()->Rotate(id, degrees); });
+    add(ofAny, tr("&Turn..."), tr("Around its middle"), [this] {
+        AskFor(tr("Turn"), tr("Angle (degrees clockwise):"), 90.0, -360.0, 360.0,
+               [this](const QString& id, double degrees) {
+                   return viewer->GetBlockOperations()->Rotate(id, degrees);
+               });
     });
-    add(ofOne, tr("&Change size..."), tr("From its middle"), [this] {
+    add(ofAny, tr("&Change size..."), tr("From its middle"), [this] {
         AskFor(tr("Change size"), tr("Size (% of the present one):"), 100.0, 1.0, 10000.0,
                [this](const QString& id, double percent) {
                    constexpr double whole = 100.0;
-                   viewer->GetBlockOperations()->Scale(id, percent / whole);
+                   return viewer->GetBlockOperations()->Scale(id, percent / whole);
                });
     });
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockMenu::FollowCut);
     connect(this, &QMenu::aboutToShow, this, &BlockMenu::EnableWhatIsPossible);
     // Keys are heard while the menu is closed, and the operations ask for themselves.
     connect(this, &QMenu::aboutToHide, this, [this] {
-        for (QAction* action : ofOne + ofSeveral)
+        for (QAction* action : ofOne + ofAny + ofSeveral)
             action->setEnabled(true);
     });
     connect(panel, &BlockPanel::MenuAsked, this, [this](QMenu* menu) {
@@ -87,6 +89,8 @@ void BlockMenu::EnableWhatIsPossible()
 {
     const int count = Chosen().size();
     for (QAction* action : qAsConst(ofOne))
+        action->setEnabled(count == 1);
+    for (QAction* action : qAsConst(ofAny))
         action->setEnabled(count > 0);
     for (QAction* action : qAsConst(ofSeveral))
         action->setEnabled(count > 1);
@@ -104,19 +108,35 @@ void BlockMenu::FollowCut()
     cut->setChecked(isCutting);
 }
 
+// Names of blocks and what was typed are no markup.
+void BlockMenu::Tell(QMessageBox::Icon icon, const QString& title, const QString& text)
+{
+    QMessageBox box(icon, title, text, QMessageBox::Ok, parentWidget());
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+QString BlockMenu::TheOne(const QString& title)
+{
+    const QStringList ids = Chosen();
+    if (ids.size() > 1)
+        Tell(QMessageBox::Information, title,
+             tr("This is for one block, and %1 are selected.").arg(ids.size()));
+    return ids.size() == 1 ? ids.first() : QString();
+}
+
 void BlockMenu::ShowProperties()
 {
-    CAxHandleAdapter* object = viewer->FindExistNode(Chosen().value(0));
+    CAxHandleAdapter* object = viewer->FindExistNode(TheOne(tr("Properties")));
     if (!object || object->GetHandleOperation() != OperationIdle)
         return;
     if (object->GetTaskList().isEmpty())
         object->ResponseDoubleClickOnBlock();
     else
-        QMessageBox::information(
-            parentWidget(), tr("Properties"),
-            tr("\"%1\" has tasks, and its measures stay as they are meanwhile. The list of "
-               "blocks renames it.")
-                .arg(object->GetContainedBlock()->GetBlockName()));
+        Tell(QMessageBox::Information, tr("Properties"),
+             tr("\"%1\" has tasks, and its measures stay as they are meanwhile. The list of "
+                "blocks renames it.")
+                 .arg(object->GetContainedBlock()->GetBlockName()));
 }
 
 void BlockMenu::AskForGrowth()
@@ -124,7 +144,7 @@ void BlockMenu::AskForGrowth()
     const AxUnits::Unit unit = AxUnits::OfWidths();
     AskFor(tr("Grow or shrink"), tr("Distance (%1), below 0 to shrink:").arg(unit.sign), 10.0, -10000.0,
            10000.0, [this, unit](const QString& id, double distance) {
-               viewer->GetBlockOperations()->Buffer(id, distance * unit.size);
+               return viewer->GetBlockOperations()->Buffer(id, distance * unit.size);
            });
 }
 
@@ -133,16 +153,23 @@ void BlockMenu::AskForDeviation()
     const AxUnits::Unit unit = AxUnits::OfWidths();
     AskFor(tr("Simplify"), tr("Largest deviation (%1):").arg(unit.sign), 1.0, 0.01, 10000.0,
            [this, unit](const QString& id, double deviation) {
-               viewer->GetBlockOperations()->Simplify(id, deviation * unit.size);
+               return viewer->GetBlockOperations()->Simplify(id, deviation * unit.size);
            });
 }
 
-void BlockMenu::AskFor(const QString& title, const QString& label, double value, double least, double most,
-                       const std::function<void(const QString&, double)>& change)
+void BlockMenu::AskFor(const QString& edit, const QString& label, double value, double least, double most,
+                       const std::function<QStringList(const QString&, double)>& change)
 {
-    const QString id = Chosen().value(0);
-    if (id.isEmpty())
+    const QStringList ids = Chosen();
+    const CAxBlock* first = CAxBlockManager::instance().GetBlock(ids.value(0));
+    if (!first)
         return;
+    constexpr int mostLetters = 30;
+    const QString name =
+        fontMetrics().elidedText(first->GetBlockName().simplified(), Qt::ElideMiddle,
+                                 mostLetters * fontMetrics().horizontalAdvance(QLatin1Char('0')));
+    const QString title =
+        ids.size() > 1 ? tr("%1: %2 blocks").arg(edit).arg(ids.size()) : tr("%1: %2").arg(edit, name);
     const QPointer<BlockMenu> self(this);
     QString text = QString::number(value);
     bool isTyped = true;
@@ -154,13 +181,13 @@ void BlockMenu::AskFor(const QString& title, const QString& label, double value,
         bool isNumber = false;
         const double typed = text.trimmed().toDouble(&isNumber);
         if (isNumber && typed >= least && typed <= most) {
-            change(id, typed);
+            viewer->GetBlockOperations()->OnEach(
+                ids, edit, [&change, typed](const QString& id) { return change(id, typed); });
             return;
         }
-        QMessageBox::warning(
-            parentWidget(), title,
-            tr("\"%1\" is not a number between %2 and %3. Decimals are written with a point.")
-                .arg(text, QString::number(least), QString::number(most)));
+        Tell(QMessageBox::Warning, title,
+             tr("\"%1\" is not a number between %2 and %3. Decimals are written with a point.")
+                 .arg(text, QString::number(least), QString::number(most)));
         if (!self)
             return;
     }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QMenu>
+#include <QMessageBox>
 
 #include <functional>
 
@@ -25,15 +26,20 @@ private:
     void EnableWhatIsPossible();
     void FollowCut();
     void ShowProperties();
-    /// Asks for a number and hands it on with the ID of the chosen block.
-    void AskFor(const QString& title, const QString& label, double value, double least, double most,
-                const std::function<void(const QString& id, double value)>& change);
+    /// The one that is chosen; empty, with the operator told, where there are several.
+    QString TheOne(const QString& title);
+    /// Asks for a number and hands it on with the ID of each chosen block, as one step of undo. `edit` has no
+    /// mnemonic and no dots.
+    void AskFor(const QString& edit, const QString& label, double value, double least, double most,
+                const std::function<QStringList(const QString& id, double value)>& change);
+    void Tell(QMessageBox::Icon icon, const QString& title, const QString& text);
     void AskForGrowth();
     void AskForDeviation();
 
     CAxEarthViewer* viewer;
     QAction* cut = nullptr;
     bool wasCutting = false;
-    QList<QAction*> ofOne;
-    QList<QAction*> ofSeveral;
+    QList<QAction*> ofOne;     ///< exactly
+    QList<QAction*> ofAny;     ///< one or several
+    QList<QAction*> ofSeveral; ///< two at least
 };

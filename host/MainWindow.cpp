@@ -317,7 +317,8 @@ void MainWindow::BuildProject()
     exchange = new GeoExchange(viewer, this, [this](const QString& id) { return blocks->FaultOf(id); });
     connect(exchange, &GeoExchange::Told, this,
             [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
-    connect(blocks, &BlockPanel::MenuAsked, exchange, &GeoExchange::FillBlockMenu);
+    connect(blocks, &BlockPanel::MenuAsked, exchange,
+            [this](QMenu* menu) { exchange->FillBlockMenu(menu, blocks->Chosen()); });
     drop->Add(&GeoExchange::IsGeoFile, [this](const QStringList& files) {
         exchange->Import(files);
         return true;

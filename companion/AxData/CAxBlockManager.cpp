@@ -1,6 +1,8 @@
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxTask.h>
 
+#include <algorithm>
+
 CAxBlockManager& CAxBlockManager::instance()
 {
     static CAxBlockManager* const manager = new CAxBlockManager;
@@ -48,10 +50,22 @@ CAxBlock* CAxBlockManager::PutBack(std::unique_ptr<CAxBlock>& block)
 {
     if (!block || m_blocks.count(block->GetBlockID()) != 0)
         return nullptr;
-    const QString name = block->GetBlockName();
-    for (int number = 2; _exist(block->GetBlockName()); ++number)
-        block->SetBlockName(QStringLiteral("%1 (%2)").arg(name, QString::number(number)));
+    if (_exist(block->GetBlockName()))
+        block->SetBlockName(NumberedName(block->GetBlockName()));
     return Register(std::move(block));
+}
+
+// A file may have thousands of one name.
+QString CAxBlockManager::NumberedName(const QString& name)
+{
+    int& next = m_nextOfName[name];
+    next = std::max(next, 2);
+    QString numbered;
+    do {
+        numbered = QStringLiteral("%1 (%2)").arg(name, QString::number(next));
+        m_numbered.insert(numbered, {name, next++});
+    } while (_exist(numbered));
+    return numbered;
 }
 
 void CAxBlockManager::DeleteAllBlocks()
@@ -101,6 +115,11 @@ void CAxBlockManager::DropName(const QString& name)
     const auto number = m_numbers.constFind(name);
     if (number != m_numbers.constEnd())
         m_freedNumbers.insert(*number);
+    const auto numbered = m_numbered.constFind(name);
+    if (numbered == m_numbered.constEnd())
+        return;
+    int& next = m_nextOfName[numbered->first];
+    next = std::min(next, numbered->second);
 }
 
 QString CAxBlockManager::FreeName()

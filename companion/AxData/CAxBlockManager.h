@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPair>
 #include <QString>
 
 #include <map>
@@ -65,6 +66,7 @@ private:
     void OnRenamed(const QString& id, const QString& oldName, const QString& newName);
     CAxBlock* Register(std::unique_ptr<CAxBlock> block);
     void DropName(const QString& name);
+    QString NumberedName(const QString& name);
     QString FreeName();
 
     std::map<QString, std::unique_ptr<CAxBlock>> m_blocks;
@@ -75,4 +77,8 @@ private:
     QHash<QString, int> m_numbers;
     std::set<int> m_freedNumbers;
     int m_nextNumber = 1;
+    // Which "Field (N)" may be the lowest free one: all below were taken when it was looked for last. The
+    // other way round, by the numbered names.
+    QHash<QString, int> m_nextOfName;
+    QHash<QString, QPair<QString, int>> m_numbered;
 };

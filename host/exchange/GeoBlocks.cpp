@@ -10,25 +10,13 @@
 namespace {
 const QString kindKey = QStringLiteral("kind");
 const QString rectangleKind = QStringLiteral("rectangle");
-constexpr double leastBand = 3.0;      // metres, of both widths together
+const QString applicationKind = QStringLiteral("application");
 constexpr double leastRadius = 1.0;    // metres, of a video block
 constexpr double mostRadius = 10000.0; // metres
 
 bool IsVideo(const AxGeoShape& shape)
 {
     return shape.kind == AxGeoShape::Point && shape.radius >= leastRadius && shape.radius <= mostRadius;
-}
-
-CAxBlock::EBlockType TypeOf(const AxGeoShape& shape)
-{
-    constexpr int cornersOfRectangle = 4;
-    if (shape.kind == AxGeoShape::Line)
-        return CAxBlock::StripBlock;
-    if (shape.kind == AxGeoShape::Point)
-        return CAxBlock::VideoBlock;
-    return shape.attributes.value(kindKey) == rectangleKind && shape.points.size() == cornersOfRectangle
-               ? CAxBlock::RectangleBlock
-               : CAxBlock::PolygonBlock;
 }
 
 bool HasWidths(const AxGeoShape& shape)
@@ -39,14 +27,14 @@ bool HasWidths(const AxGeoShape& shape)
 bool IsTooNarrow(const AxGeoShape& shape)
 {
     return shape.kind == AxGeoShape::Line && HasWidths(shape) &&
-           shape.leftWidth + shape.rightWidth < leastBand;
+           shape.leftWidth + shape.rightWidth < GeoBlocks::leastBand;
 }
 
 void SetWidths(CAxBlock& block, const AxGeoShape& shape, const GeoChoice& choice)
 {
     double left = std::isnan(shape.leftWidth) ? choice.leftWidth : shape.leftWidth;
     double right = std::isnan(shape.rightWidth) ? choice.rightWidth : shape.rightWidth;
-    if (IsTooNarrow(shape)) {
+    if (left + right < GeoBlocks::leastBand) {
         left = choice.leftWidth;
         right = choice.rightWidth;
     }
@@ -54,10 +42,30 @@ void SetWidths(CAxBlock& block, const AxGeoShape& shape, const GeoChoice& choice
 }
 } // namespace
 
+CAxBlock::EBlockType GeoBlocks::TypeOf(const AxGeoShape& shape)
+{
+    constexpr int cornersOfRectangle = 4;
+    if (shape.kind == AxGeoShape::Line)
+        return CAxBlock::StripBlock;
+    if (shape.kind == AxGeoShape::Point)
+        return CAxBlock::VideoBlock;
+    const QString kind = shape.attributes.value(kindKey);
+    if (shape.points.size() != cornersOfRectangle)
+        return CAxBlock::PolygonBlock;
+    return kind == rectangleKind     ? CAxBlock::RectangleBlock
+           : kind == applicationKind ? CAxBlock::ProhibitedAreaBlock
+                                     : CAxBlock::PolygonBlock;
+}
+
+bool GeoBlocks::MakeStrip(const GeoChoice& choice)
+{
+    return choice.leftWidth + choice.rightWidth >= leastBand;
+}
+
 QString GeoBlocks::ReasonToLeaveOut(const AxGeoShape& shape, const GeoChoice& choice)
 {
     if (shape.kind == AxGeoShape::Point && !IsVideo(shape))
-        return tr("points are not taken over yet");
+        return tr("a point is no block; the panel of marks imports points");
     if (!shape.holes.isEmpty() && !choice.areHolesFilled)
         return tr("it has holes");
     return {};
@@ -70,9 +78,8 @@ bool GeoBlocks::LacksWidth(const AxGeoShape& shape)
 
 QString GeoBlocks::NoteOf(const AxGeoShape& shape)
 {
-    return IsTooNarrow(shape) ? tr("its widths of %1 m and %2 m make no strip; the widths below are taken")
-                                    .arg(shape.leftWidth)
-                                    .arg(shape.rightWidth)
+    return IsTooNarrow(shape) ? tr("its widths of %1 and %2 make no strip; the widths below are taken")
+                                    .arg(AxUnits::Length(shape.leftWidth), AxUnits::Length(shape.rightWidth))
                               : QString();
 }
 
@@ -121,6 +128,9 @@ QVector<AxGeoShape> GeoBlocks::ShapesOf(const QStringList& ids)
         case CAxBlock::RectangleBlock:
             kind = rectangleKind;
             break;
+        case CAxBlock::ProhibitedAreaBlock:
+            kind = applicationKind;
+            break;
         default:
             break;
         }
@@ -128,6 +138,16 @@ QVector<AxGeoShape> GeoBlocks::ShapesOf(const QStringList& ids)
         shapes += shape;
     }
     return shapes;
+}
+
+QStringList GeoBlocks::NotesOf(const QStringList& ids)
+{
+    QStringList notes;
+    for (const QString& id : ids)
+        if (const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+            block && block->GetAnchor().isEmpty())
+            notes += tr("\"%1\" has no vertices and was left out.").arg(block->GetBlockName());
+    return notes;
 }
 
 QString GeoBlocks::SizeOf(const AxGeoShape& shape)

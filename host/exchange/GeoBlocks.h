@@ -21,6 +21,12 @@ class GeoBlocks
 {
     Q_DECLARE_TR_FUNCTIONS(GeoBlocks)
 public:
+    static constexpr double leastBand = 3.0; ///< metres, both widths of a strip together
+
+    /// What the shape becomes; points are video blocks.
+    static CAxBlock::EBlockType TypeOf(const AxGeoShape& shape);
+    /// Whether the widths of the choice make a strip.
+    static bool MakeStrip(const GeoChoice& choice);
     /// Why no block can be made of a shape; empty when one can.
     static QString ReasonToLeaveOut(const AxGeoShape& shape, const GeoChoice& choice);
     /// Whether a line has no widths, or such as make no strip, so that those of the choice are taken.
@@ -30,8 +36,10 @@ public:
     /// Records with IDs; shapes that have to be left out are passed over.
     static std::vector<std::unique_ptr<CAxBlock>> RecordsOf(const QVector<AxGeoShape>& shapes,
                                                             const GeoChoice& choice);
-    /// Of blocks by their IDs.
+    /// Of blocks by their IDs, without those that have no vertices.
     static QVector<AxGeoShape> ShapesOf(const QStringList& ids);
+    /// Why blocks are not among them, for the pilot; mostly none.
+    static QStringList NotesOf(const QStringList& ids);
 
     /// Metres or square metres, as the pilot reads them; empty for a point.
     static QString SizeOf(const AxGeoShape& shape);

@@ -11,7 +11,9 @@
 #include <AxData/CAxBlockManager.h>
 
 #include <QDir>
+#include <QCoreApplication>
 #include <QEventLoop>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
@@ -44,6 +46,22 @@ QList<Format> Formats()
 }
 
 QStringList Suffixes()
+// A drawing says nothing of kinds, and an area of an application would come back as one to be flown over.
+QStringList TakeApplications(QVector<AxGeoShape>& shapes)
+{
+    QStringList notes;
+    const auto isApplication = [&notes](const AxGeoShape& shape) {
+        const bool is = GeoBlocks::TypeOf(shape) == CAxBlock::ProhibitedAreaBlock;
+        if (is)
+            notes += GeoExchange::tr("\"%1\" is the area of an application, which a drawing cannot say, and "
+                                     "was left out.")
+                         .arg(shape.name);
+        return is;
+    };
+    shapes.erase(std::remove_if(shapes.begin(), shapes.end(), isApplication), shapes.end());
+    return notes;
+}
+
 {
     QStringList suffixes{QStringLiteral("json")};
     for (const Format& format : Formats())
@@ -67,10 +85,11 @@ void GeoExchange::FillMenu(QMenu* menu)
     connect(menu, &QMenu::aboutToHide, save, [save] { save->setEnabled(true); });
 }
 
-void GeoExchange::FillBlockMenu(QMenu* menu)
+void GeoExchange::FillBlockMenu(QMenu* menu, const QStringList& ids)
 {
-    if (const CAxHandleAdapter* current = viewer->GetCurHandleAdapter())
-        menu->addAction(tr("&Export block..."), this, [this, id = current->GetHandleID()] { Export({id}); });
+    if (!ids.isEmpty())
+        menu->addAction(ids.size() == 1 ? tr("&Export block...") : tr("&Export blocks..."), this,
+                        [this, ids] { Export(ids); });
 }
 
 bool GeoExchange::IsGeoFile(const QString& file)
@@ -190,12 +209,40 @@ void GeoExchange::ImportOne(const QString& file)
     GeoImportBox box(*content, file, window);
     if (box.exec() != QDialog::Accepted)
         return;
-    std::vector<std::unique_ptr<CAxBlock>> records = GeoBlocks::RecordsOf(box.Wanted(), box.Choice());
+    PutOnMap(GeoBlocks::RecordsOf(box.Wanted(), box.Choice()));
+}
+
+void GeoExchange::PutOnMap(std::vector<std::unique_ptr<CAxBlock>> records)
+{
+    constexpr qint64 msWithoutBox = 400;
+    constexpr qint64 msBetween = 200; // each look at the events may draw the map
     const int wanted = int(records.size());
     AxBlockOperations* operations = viewer->GetBlockOperations();
     if (wanted == 0 || !operations)
         return;
-    const QStringList made = operations->Replace({}, std::move(records), tr("Import"));
+    CAxProgressWgt box(tr("Import areas and lines"), window);
+    box.SetText(tr("Blocks are put on the map..."));
+    box.VisibleBtnCannel(true);
+    box.SetMaxValue(wanted + 1); // it ends with the last block told
+    bool isWanted = true;
+    connect(&box, &QDialog::rejected, &box, [&isWanted] { isWanted = false; });
+    QElapsedTimer sinceLook;
+    sinceLook.start();
+    const QStringList made = operations->Replace({}, std::move(records), tr("Import"), [&](int done) {
+        if (sinceLook.elapsed() < (box.isVisible() ? msBetween : msWithoutBox) || !isWanted)
+            return isWanted;
+        if (!box.isVisible())
+            box.open();
+        box.SetValue(done);
+        QCoreApplication::processEvents();
+        sinceLook.restart();
+        return isWanted;
+    });
+    box.hide();
+    if (!isWanted) {
+        emit Told(tr("The import was given up, and the map is as it was."));
+        return;
+    }
     TellImported(made, wanted);
     viewer->SetBlockView(made);
 }
@@ -260,6 +307,7 @@ bool GeoExchange::MayReplace(const QString& file)
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(tr("Export blocks"));
     box.SetMsgText(tr("%1 is there already. Do you want to replace it?").arg(QDir::toNativeSeparators(file)));
+    }
     box.SetBtnOKText(tr("Replace"));
     box.SetCancelDefault(true);
     return box.exec() == QDialog::Accepted;
@@ -282,15 +330,25 @@ void GeoExchange::StartIn(QFileDialog& dialog) const
 
 void GeoExchange::Export(const QStringList& ids)
 {
-    const QVector<AxGeoShape> shapes = GeoBlocks::ShapesOf(ids);
-    if (shapes.isEmpty())
+    QVector<AxGeoShape> shapes = GeoBlocks::ShapesOf(ids);
+    QStringList notes = GeoBlocks::NotesOf(ids);
+    if (shapes.isEmpty()) {
+        if (!notes.isEmpty())
+            Tell(tr("Export blocks"), tr("The blocks were not written."), notes);
         return;
     const std::optional<Target> target =
         AskWhere(shapes.size() == 1 ? shapes.constFirst().name : tr("blocks"));
     if (!target)
         return;
     const QString shown = QDir::toNativeSeparators(target->file);
-    const AxGeoWritten written = AxWriteGeoFile(target->file, target->format, shapes);
+    if (target->format == AxGeoFormat::Dxf)
+        notes += TakeApplications(shapes);
+    AxGeoWritten written;
+    if (shapes.isEmpty())
+        written.fault = notes.join(QLatin1Char('\n'));
+    else
+        written = AxWriteGeoFile(target->file, target->format, shapes);
+    written.notes += notes;
     if (!written.fault.isEmpty())
         Tell(tr("Export blocks"), tr("The blocks were not written."), {written.fault});
     else if (!written.notes.isEmpty())

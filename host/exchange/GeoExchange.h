@@ -7,8 +7,11 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
+class CAxBlock;
 class CAxEarthViewer;
 class QFileDialog;
 class QMenu;
@@ -26,8 +29,8 @@ public:
     GeoExchange(CAxEarthViewer* viewer, QWidget* window, std::function<QString(const QString& id)> faultOf);
 
     void FillMenu(QMenu* menu);
-    /// The menu of the list's current block.
-    void FillBlockMenu(QMenu* menu);
+    /// The menu of blocks that are chosen in the list.
+    void FillBlockMenu(QMenu* menu, const QStringList& ids);
 
     static bool IsGeoFile(const QString& file); ///< by its name
     /// Reads the files one after the other; the pilot chooses what becomes a block.
@@ -57,6 +60,8 @@ private:
     std::optional<AxGeoContent> Read(const QString& file, const AxGeoReadOptions& options);
     /// Asks for the coordinate system of a file that names none.
     std::optional<AxGeoContent> ReadWithSystem(const QString& file);
+    /// With a progress box while it takes long, whose Cancel leaves the map as it was.
+    void PutOnMap(std::vector<std::unique_ptr<CAxBlock>> records);
     void ImportOne(const QString& file);
     void TellImported(const QStringList& ids, int wanted);
     void Tell(const QString& title, const QString& text, const QStringList& details);

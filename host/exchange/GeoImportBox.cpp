@@ -1,6 +1,8 @@
 #include "host/exchange/GeoImportBox.h"
 #include "host/tasks/LimitedNumber.h"
 
+#include <AxAlgorthm/AxUnits.h>
+
 #include <QButtonGroup>
 #include <QDoubleSpinBox>
 #include <QFileInfo>
@@ -34,7 +36,9 @@ enum Column
 QString KindOf(const AxGeoShape& shape)
 {
     if (shape.kind == AxGeoShape::Area)
-        return GeoImportBox::tr("Area");
+        return GeoBlocks::TypeOf(shape) == CAxBlock::ProhibitedAreaBlock
+                   ? GeoImportBox::tr("Area of an application")
+                   : GeoImportBox::tr("Area");
     if (shape.kind == AxGeoShape::Line)
         return GeoImportBox::tr("Line, as a strip");
     return std::isnan(shape.radius) ? GeoImportBox::tr("Point")
@@ -125,18 +129,25 @@ void GeoImportBox::AddChoices()
                     [](const AxGeoShape& shape) { return !shape.holes.isEmpty(); }))
         AskForHoles(form);
     if (std::any_of(shapes.begin(), shapes.end(), &GeoBlocks::LacksWidth)) {
+        constexpr double mostMetres = 10000.0;
+        const AxUnits::Unit unit = AxUnits::OfWidths();
         const auto addWidth = [&](const QString& label, double metres) {
             auto* width = new LimitedNumber;
             width->setLocale(QLocale::c());
-            width->setRange(3.0, 10000.0);
             width->setDecimals(1);
-            width->setSuffix(tr(" m"));
-            width->setValue(metres);
+            width->setRange(0.0, mostMetres / unit.size);
+            width->setSuffix(QLatin1Char(' ') + unit.sign);
+            width->setValue(metres / unit.size);
             form->addRow(label, width);
-            return width;
+            connect(width, qOverload<double>(&QDoubleSpinBox::valueChanged), this,
+                    &GeoImportBox::ShowReadiness);
+            return Width{width, metres, width->value()};
         };
         left = addWidth(tr("Strips without widths, to the left:"), GeoChoice().leftWidth);
         right = addWidth(tr("To the right:"), GeoChoice().rightWidth);
+        tooNarrow = new QLabel;
+        tooNarrow->setObjectName(QStringLiteral("m_pLabError"));
+        form->addRow(QString(), tooNarrow);
     }
     ContentLayout()->addLayout(form);
 }
@@ -214,7 +225,17 @@ void GeoImportBox::ShowReadiness()
                                          [](const AxGeoShape& shape) { return !shape.holes.isEmpty(); });
     if (unanswered)
         unanswered->setText(isToBeAsked ? tr("Please choose") : QString());
-    OKButton()->setEnabled(!wanted.isEmpty() && !isToBeAsked);
+    const bool isTooNarrow = tooNarrow && !GeoBlocks::MakeStrip(Choice()) &&
+                             std::any_of(wanted.begin(), wanted.end(), &GeoBlocks::LacksWidth);
+    if (isTooNarrow) {
+        // Rounded up, so that what it says is enough.
+        const AxUnits::Unit unit = AxUnits::OfWidths();
+        const double least = std::ceil(GeoBlocks::leastBand / unit.size * 10.0) / 10.0;
+        tooNarrow->setText(tr("Together at least %1 %2").arg(QString::number(least, 'f', 1), unit.sign));
+    } else if (tooNarrow) {
+        tooNarrow->clear();
+    }
+    OKButton()->setEnabled(!wanted.isEmpty() && !isToBeAsked && !isTooNarrow);
 }
 
 QVector<AxGeoShape> GeoImportBox::Wanted() const
@@ -230,9 +251,14 @@ GeoChoice GeoImportBox::Choice() const
 {
     GeoChoice choice;
     choice.areHolesFilled = !holes || holes->checkedId() != 1;
-    if (left) {
-        choice.leftWidth = left->value();
-        choice.rightWidth = right->value();
+    if (left.field) {
+        choice.leftWidth = left.Metres();
+        choice.rightWidth = right.Metres();
     }
     return choice;
+}
+
+double GeoImportBox::Width::Metres() const
+{
+    return field->value() == shown ? metres : field->value() * AxUnits::OfWidths().size;
 }

@@ -35,7 +35,16 @@ private:
     QTreeWidget* list;
     QButtonGroup* holes = nullptr; ///< only where there are any
     QLabel* unanswered = nullptr;
-    QDoubleSpinBox* left = nullptr;
-    QDoubleSpinBox* right = nullptr;
+    /// Of strips without, in the unit of widths; only where there are any.
+    struct Width
+    {
+        QDoubleSpinBox* field = nullptr;
+        double metres = 0.0; ///< exactly what the field shows until it is changed
+        double shown = 0.0;
+        double Metres() const;
+    };
+    Width left;
+    Width right;
+    QLabel* tooNarrow = nullptr;
     bool isFilling = false;
 };

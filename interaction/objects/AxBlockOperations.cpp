@@ -2,6 +2,7 @@
 #include "interaction/editing/AxEditTitle.h"
 #include "interaction/objects/AxBlockRefusal.h"
 #include "interaction/objects/AxBlockRing.h"
+#include "interaction/objects/AxBlockTasks.h"
 #include "interaction/objects/AxCutLine.h"
 #include "interaction/objects/AxObjects.h"
 #include "interaction/objects/AxRectangleShape.h"
@@ -11,6 +12,7 @@
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
+#include "scene/base/AxNoticeCollector.h"
 
 #include <AxAlgorthm/AxUniqueID.h>
 #include <AxAlgorthm/AxUnits.h>
@@ -18,6 +20,8 @@
 
 #include <QCoreApplication>
 #include <QGraphicsView>
+#include <QHash>
+#include <QUndoStack>
 
 #include <algorithm>
 #include <cmath>
@@ -129,22 +133,27 @@ void AxBlockOperations::tell(const QString& reason) const
     AxShowNotice(parts.Widget(), Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Block Information")), reason);
 }
 
+QString AxBlockOperations::reasonToStay(const QString& id) const
+{
+    const CAxHandleAdapter* object = objects.Find(id);
+    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
+    if (!object || !block)
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The block is not on the map."));
+    if (object->IsLock())
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is locked.")).arg(NameOf(id));
+    if (AxHasTasks(*object))
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 has tasks, which would not fit any more."))
+            .arg(NameOf(id));
+    if (object->GetHandleOperation() != OperationIdle)
+        return Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is being edited.")).arg(NameOf(id));
+    return {};
+}
+
 CAxHandleAdapter* AxBlockOperations::changeable(const QString& id) const
 {
-    CAxHandleAdapter* object = objects.Find(id);
-    const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
-    QString reason;
-    if (!object || !block)
-        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "The block is not on the map."));
-    else if (object->IsLock())
-        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is locked.")).arg(NameOf(id));
-    else if (!object->GetTaskList().isEmpty() || !block->GetMissionList().isEmpty())
-        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 has tasks, which would not fit any more."))
-                     .arg(NameOf(id));
-    else if (object->GetHandleOperation() != OperationIdle)
-        reason = Words(QT_TRANSLATE_NOOP("AxBlockOperations", "%1 is being edited.")).arg(NameOf(id));
+    const QString reason = reasonToStay(id);
     if (reason.isEmpty())
-        return object;
+        return objects.Find(id);
     tell(reason);
     return nullptr;
 }
@@ -175,9 +184,10 @@ bool AxBlockOperations::isAcceptable(const Result& result, const QString& name) 
 
 // What an operation ends with
 
-QStringList AxBlockOperations::Replace(const QStringList& ids, Records records, const QString& edit)
+QStringList AxBlockOperations::Replace(const QStringList& ids, Records records, const QString& edit,
+                                       const std::function<bool(int)>& goOn)
 {
-    return objects.Replace(ids, std::move(records), edit);
+    return objects.Replace(ids, std::move(records), edit, goOn);
 }
 
 QStringList AxBlockOperations::judgeAndReplace(const QStringList& ids, Records records, const QString& edit)
@@ -237,6 +247,77 @@ QStringList AxBlockOperations::becomeParts(CAxHandleAdapter& object, CAxBlock::E
         records.push_back(RecordLike(*block, type, name, ring));
     }
     return judgeAndReplace({object.GetHandleID()}, std::move(records), edit);
+}
+
+// Several blocks at once
+
+QStringList AxBlockOperations::OnEach(const QStringList& ids, const QString& edit,
+                                      const std::function<QStringList(const QString&)>& run)
+{
+    if (ids.size() < 2)
+        return ids.isEmpty() ? QStringList() : run(ids.first());
+    QStringList wanted;
+    QStringList names;
+    QStringList reasons;
+    for (const QString& id : ids) {
+        const QString reason = reasonToStay(id);
+        if (!reason.isEmpty()) {
+            reasons += reason;
+            continue;
+        }
+        wanted += id;
+        names += CAxBlockManager::instance().GetBlock(id)->GetBlockName();
+    }
+    const QPointer<AxObjects> alive(&objects);
+    const bool areSelected = objects.Selected().size() > 1;
+    QHash<QString, QStringList> come;
+    QStringList changed;
+    if (!wanted.isEmpty()) {
+        const QPointer<QUndoStack> stack(&objects.Edits());
+        AxNoticeCollector refusals;
+        stack->beginMacro(AxEditTitle(edit, names));
+        for (int i = 0; i < wanted.size() && alive; ++i) {
+            come[wanted[i]] = run(wanted[i]);
+            changed += come[wanted[i]];
+            const QString reason = refusals.Take().join(QLatin1Char(' '));
+            const QString name = AxNameInTitle(names[i]);
+            if (come[wanted[i]].isEmpty())
+                reasons += reason.contains(name) ? reason : QStringLiteral("%1: %2").arg(name, reason);
+        }
+        if (stack)
+            stack->endMacro();
+        // A step that changes nothing is none.
+        if (stack && changed.isEmpty() && stack->index() > 0) {
+            const_cast<QUndoCommand*>(stack->command(stack->index() - 1))->setObsolete(true);
+            stack->undo();
+        }
+    }
+    if (!alive)
+        return changed;
+    if (areSelected) {
+        QList<CAxHandleAdapter*> selected;
+        for (const QString& id : ids)
+            for (const QString& now : come.value(id).isEmpty() ? QStringList{id} : come.value(id))
+                if (CAxHandleAdapter* object = objects.Find(now))
+                    selected += object;
+        objects.SelectSeveral(selected);
+    }
+    if (alive && !reasons.isEmpty())
+        tellUnchanged(reasons, ids.size());
+    return changed;
+}
+
+void AxBlockOperations::tellUnchanged(const QStringList& reasons, int all) const
+{
+    constexpr int most = 10;
+    QStringList lines = reasons.mid(0, most);
+    if (reasons.size() > most)
+        lines += QString(QChar(0x2026));
+    AxShowNotice(parts.Widget(), Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Block Information")),
+                 Words(QT_TRANSLATE_NOOP("AxBlockOperations", "Blocks that were not changed: %1 of %2"))
+                     .arg(reasons.size())
+                     .arg(all),
+                 lines.join(QLatin1Char('\n')));
 }
 
 // The operations

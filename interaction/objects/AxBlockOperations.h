@@ -8,6 +8,7 @@
 #include <QPointF>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -39,9 +40,17 @@ public:
     /// (CreateUniqueID()), name, vertices and parameters; a name that is taken gets a number behind it. They
     /// are not judged: AxBlockAdapter::Fault() tells of those that a drawing would be refused for. `edit` is
     /// what the undo stack calls it, with the blocks' names behind it. None of the others may be locked, and
-    /// their tasks go with them until they come back.
+    /// their tasks go with them until they come back. `goOn`, which may let events run, is told after each
+    /// record how many are there; when it says no, all is as it was before, and there is no step.
     QStringList Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
-                        const QString& edit);
+                        const QString& edit, const std::function<bool(int done)>& goOn = {});
+
+    /// One of the operations on a single block, on each of several as one step that is called `edit`; `run`
+    /// answers as the operation does. Blocks that refuse it stay as they are, and one box at the end tells of
+    /// them all. With a single block it is that operation. Those that were selected together are so
+    /// afterwards, or what came of them.
+    QStringList OnEach(const QStringList& ids, const QString& edit,
+                       const std::function<QStringList(const QString& id)>& run);
 
     /// Beside the blocks, to the east, with all but the tasks. Locked blocks and those with tasks may be
     /// copied.
@@ -69,6 +78,8 @@ public:
 private:
     /// Null, with the reason told, when it may not be changed.
     CAxHandleAdapter* changeable(const QString& id) const;
+    QString reasonToStay(const QString& id) const;
+    void tellUnchanged(const QStringList& reasons, int all) const;
     /// The object of one of the kinds that the operation is for; null, with the reason told, for others.
     CAxHandleAdapter* changeable(const QString& id, std::initializer_list<CAxBlock::EBlockType> kinds) const;
     QStringList become(CAxHandleAdapter& object, const AxAreaOperations::Result& result, const QString& edit);

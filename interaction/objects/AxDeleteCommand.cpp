@@ -80,14 +80,26 @@ void AxDeleteCommand::Brought(const QString& id)
 
 void AxDeleteCommand::undo()
 {
+    BringBack({});
+}
+
+bool AxDeleteCommand::BringBack(const std::function<bool(int done)>& goOn)
+{
     isApplied = false;
     restored.clear();
-    for (Deleted& block : std::exchange(deleted, {}))
+    bool isWanted = true;
+    int done = 0;
+    for (Deleted& block : std::exchange(deleted, {})) {
         restore(block);
+        isWanted = !goOn || goOn(++done);
+        if (!isWanted)
+            break;
+    }
     if (restored.isEmpty())
         setObsolete(true);
     else
         CAxControl::GetInstance()->SetProjectModified(true);
+    return isWanted;
 }
 
 void AxDeleteCommand::restore(Deleted& block)

@@ -5,6 +5,7 @@
 #include <QStringList>
 #include <QUndoCommand>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -30,6 +31,9 @@ public:
     void Hold(std::unique_ptr<CAxBlock> record);
     /// The same of a block that has come already: redo() deletes it.
     void Brought(const QString& id);
+    /// As undo(), asked after each block, with how many are there, whether to go on. False when it was not
+    /// to: redo() then deletes what has come, and the others are gone.
+    bool BringBack(const std::function<bool(int done)>& goOn);
     /// What the last undo() has brought back.
     const QStringList& Restored() const { return restored; }
 

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QStringList>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -99,7 +100,7 @@ public:
     AxBlockOperations& Operations();
     /// As AxBlockOperations::Replace(); nothing happens when one of the blocks is locked or not there.
     QStringList Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
-                        const QString& edit);
+                        const QString& edit, const std::function<bool(int done)>& goOn = {});
     /// Whether a drawing of the record's shape would be accepted; a box tells the operator why it is not.
     bool IsAccepted(const CAxBlock& record);
 

@@ -23,7 +23,7 @@ AxBlockOperations& AxObjects::Operations()
 }
 
 QStringList AxObjects::Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
-                               const QString& edit)
+                               const QString& edit, const std::function<bool(int done)>& goOn)
 {
     const QPointer<AxObjects> self(this);
     QStringList names;
@@ -40,7 +40,12 @@ QStringList AxObjects::Replace(const QStringList& ids, std::vector<std::unique_p
     const int selectedBefore = selected.size();
     auto command = std::make_unique<AxReplaceCommand>(*this);
     command->setText(AxEditTitle(edit, names));
-    const QStringList come = command->Replace(ids, std::move(records));
+    const bool wasModified = CAxControl::GetInstance()->IsProjectModified();
+    const QStringList come = command->Replace(ids, std::move(records), goOn);
+    if (command->isObsolete()) {
+        CAxControl::GetInstance()->SetProjectModified(wasModified);
+        return {};
+    }
     CAxControl::GetInstance()->SetProjectModified(true);
     if (!self)
         return come;

@@ -11,13 +11,18 @@
 
 AxReplaceCommand::AxReplaceCommand(AxObjects& book) : objects(&book), former(book), latter(book) {}
 
-QStringList AxReplaceCommand::Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records)
+QStringList AxReplaceCommand::Replace(const QStringList& ids, std::vector<std::unique_ptr<CAxBlock>> records,
+                                      const std::function<bool(int done)>& goOn)
 {
     former.Delete(ids);
     for (std::unique_ptr<CAxBlock>& record : records)
         latter.Hold(std::move(record));
-    latter.undo();
-    return latter.Restored();
+    if (latter.BringBack(goOn))
+        return latter.Restored();
+    latter.redo();
+    former.undo();
+    setObsolete(true);
+    return {};
 }
 
 void AxReplaceCommand::Brought(const QString& id)

@@ -1440,6 +1440,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>修改宽度</translation>
     </message>
     <message>
+        <source>The line had such a short leg here before. &quot;Simplify&quot; in the menu of the block leaves vertices out, and the box of a vertex deletes it.</source>
+        <translation>此线在这里原来就有过短的线段。可用测区菜单中的“简化”去除顶点，或在顶点对话框中删除顶点。</translation>
+    </message>
+    <message>
         <source>The line has no band of %1 %3 and %2 %3.</source>
         <translation>该线无法生成 %1 %3 和 %2 %3 的带状区域。</translation>
     </message>
@@ -1530,6 +1534,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>, </source>
         <translation>、</translation>
+    </message>
+    <message>
+        <source>area %1, width %2</source>
+        <translation>面积 %1，宽度 %2</translation>
     </message>
     <message>
         <source>length %1</source>
@@ -3941,6 +3949,10 @@ Heights are above the ellipsoid.</source>
         <translation>%1 正在编辑中。</translation>
     </message>
     <message>
+        <source>Blocks that were not changed: %1 of %2</source>
+        <translation>未更改的测区：%1 / %2</translation>
+    </message>
+    <message>
         <source>This is not possible with a block of the kind of %1.</source>
         <translation>%1 这类测区不能进行此操作。</translation>
     </message>
@@ -4086,6 +4098,22 @@ Heights are above the ellipsoid.</source>
         <translation>扩展或收缩(&amp;G)...</translation>
     </message>
     <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1: %2 blocks</source>
+        <translation>%1：%2 个测区</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>分割</translation>
+    </message>
+    <message>
+        <source>This is for one block, and %1 are selected.</source>
+        <translation>此操作只用于一个测区，当前选中了 %1 个。</translation>
+    </message>
+    <message>
         <source>Grow or shrink</source>
         <translation>扩展或收缩</translation>
     </message>
@@ -4169,16 +4197,20 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>GeoBlocks</name>
     <message>
-        <source>points are not taken over yet</source>
-        <translation>暂不支持读入点</translation>
+        <source>&quot;%1&quot; has no vertices and was left out.</source>
+        <translation>“%1”没有顶点，已略过。</translation>
+    </message>
+    <message>
+        <source>a point is no block; the panel of marks imports points</source>
+        <translation>点不是测区；标记面板可导入点</translation>
     </message>
     <message>
         <source>it has holes</source>
         <translation>带有孔洞</translation>
     </message>
     <message>
-        <source>its widths of %1 m and %2 m make no strip; the widths below are taken</source>
-        <translation>其宽度 %1 m 和 %2 m 不成条带，采用下方的宽度</translation>
+        <source>its widths of %1 and %2 make no strip; the widths below are taken</source>
+        <translation>其宽度 %1 和 %2 不成条带，采用下方的宽度</translation>
     </message>
 </context>
 <context>
@@ -4228,6 +4260,14 @@ Heights are above the ellipsoid.</source>
         <translation>%1；图形：%2 个；坐标系：%3</translation>
     </message>
     <message>
+        <source>Area of an application</source>
+        <translation>申请区域</translation>
+    </message>
+    <message>
+        <source>Together at least %1 %2</source>
+        <translation>合计至少 %1 %2</translation>
+    </message>
+    <message>
         <source>Tick all</source>
         <translation>全选</translation>
     </message>
@@ -4270,10 +4310,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>A block has no holes. Areas with holes:</source>
         <translation>测区没有孔洞。带孔洞的区域：</translation>
-    </message>
-    <message>
-        <source> m</source>
-        <translation> 米</translation>
     </message>
     <message>
         <source>Strips without widths, to the left:</source>

@@ -1,4 +1,5 @@
 #include "scene/base/AxNotice.h"
+#include "scene/base/AxNoticeCollector.h"
 
 #include <AxBaseUI/CAxMessageBox.h>
 
@@ -36,7 +37,8 @@ int Show(QWidget* parent, const QString& sign, const QString& title, const QStri
 
 void AxShowNotice(QWidget* parent, const QString& title, const QString& text, const QString& details)
 {
-    Show(parent, warningSign, title, text, details, Buttons::Confirm);
+    if (!AxNoticeCollector::Collect(text, details))
+        Show(parent, warningSign, title, text, details, Buttons::Confirm);
 }
 
 void AxShowSuccess(QWidget* parent, const QString& title, const QString& text, const QString& details)

@@ -85,9 +85,46 @@ TEST_F(BlockMenuOnMap, PromptsTakeNumbersAndTellWhatIsNone)
     box.answers = {Type(QStringLiteral(" 50 "))};
     Find("&Change size...")->trigger();
     EXPECT_NEAR(Ring()[0].x(), 10.001, 1e-6);
+    EXPECT_EQ(box.titles, QStringList{"Change size: Field"});
     box.titles.clear();
     Find("&Properties...")->trigger();
     EXPECT_EQ(box.titles, QStringList{"Polygon Info"});
+}
+
+TEST_F(BlockMenuOnMap, WhatIsAskedOnceIsDoneToAllThatAreSelected)
+{
+    for (const char* id : {"meadow", "locked"}) {
+        CAxBlock* block = CAxBlockManager::instance().AddBlock(QLatin1String(id), CAxBlock::PolygonBlock);
+        block->SetBlockName(QLatin1String(id));
+        block->SetAnchor({{10.01, 0.0}, {10.014, 0.0}, {10.014, 0.004}, {10.01, 0.004}});
+        ASSERT_TRUE(viewer->ImportShapeNode(QLatin1String(id)));
+    }
+    viewer->slotBlockLock(QStringLiteral("locked"), true);
+    const QStringList all{QStringLiteral("field"), QStringLiteral("meadow"), QStringLiteral("locked")};
+    ASSERT_TRUE(viewer->SelectBlocks(all));
+    const auto meadow = [] { return CAxBlockManager::instance().GetBlock("meadow")->GetAnchor()[0].x(); };
+    ModalBox box;
+    box.answers = {Type(QStringLiteral("50"))};
+    Find("&Change size...")->trigger();
+    EXPECT_EQ(box.titles, (QStringList{"Change size: 3 blocks", "Block Information"}));
+    EXPECT_TRUE(box.texts.contains("locked is locked.")) << box.texts.join('|').toStdString();
+    EXPECT_NEAR(Ring()[0].x(), 10.001, 1e-6);
+    EXPECT_NEAR(meadow(), 10.011, 1e-6);
+    EXPECT_EQ(viewer->GetMultiSelectAdapter().size(), 3);
+    ASSERT_EQ(viewer->GetUndoStack()->count(), 1);
+    viewer->GetUndoStack()->undo();
+    EXPECT_EQ(Ring(), ring);
+    EXPECT_EQ(meadow(), 10.01);
+    viewer->GetUndoStack()->clear();
+    // Shrunk to nothing, they refuse one after the other, and there is no step.
+    box.answers = {Type(QStringLiteral("-5000"))};
+    Find("&Grow or shrink...")->trigger();
+    EXPECT_TRUE(box.texts.contains("Blocks that were not changed: 3 of 3"));
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+    box.titles.clear();
+    Find("&Properties...")->trigger();
+    EXPECT_EQ(box.titles, QStringList{"Properties"});
+    EXPECT_TRUE(box.texts.contains("This is for one block, and 3 are selected."));
 }
 
 TEST_F(BlockMenuOnMap, ACutIsHintedAtUntilItEnds)

@@ -10,6 +10,7 @@
 
 #include <QDoubleSpinBox>
 #include <QFile>
+#include <QFileDialog>
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
@@ -148,8 +149,13 @@ TEST_F(Exchange, ThePilotChoosesWhatBecomesABlock)
         EXPECT_TRUE(import->isEnabled());
         list->topLevelItem(0)->setCheckState(0, Qt::Checked);
         Button<QRadioButton>(dialog, "&Leave these areas out")->click();
-        EXPECT_TRUE(list->topLevelItem(5)->text(6).contains(QStringLiteral("1 m and 1 m")));
-        dialog.findChild<QDoubleSpinBox*>()->setValue(7.0); // to the left
+        EXPECT_TRUE(list->topLevelItem(5)->text(6).contains(QStringLiteral("1.0 m and 1.0 m")));
+        const auto widths = dialog.findChildren<QDoubleSpinBox*>(); // left, right
+        widths[0]->setValue(0.0);
+        widths[1]->setValue(2.9);
+        EXPECT_FALSE(import->isEnabled()) << "no strip";
+        widths[1]->setValue(3.0);
+        EXPECT_TRUE(import->isEnabled());
         list->topLevelItem(2)->setCheckState(0, Qt::Unchecked);
         ModalBox::Press(QStringLiteral("Import"))(dialog);
     }};
@@ -159,7 +165,7 @@ TEST_F(Exchange, ThePilotChoosesWhatBecomesABlock)
     double left = 0.0;
     double right = 0.0;
     BlockOf("Ditch")->GetTaskPara()->GetBandingOffset(left, right);
-    EXPECT_TRUE(left == 7.0 && right == 50.0);
+    EXPECT_TRUE(left == 0.0 && right == 3.0);
 }
 
 TEST_F(Exchange, AFileWithoutACoordinateSystemIsAskedForAndABadOneIsTold)
@@ -199,4 +205,43 @@ TEST_F(Exchange, AnExportBeginsWhereTheLastOneEndedAndNamesItsFormat)
     menu.actions()[1]->trigger();
     EXPECT_EQ(box.count, 3) << "replaced without a question";
     EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(Exchange, AnExportKeepsTheKindsOfBlocksAndTellsWhatItLeavesOut)
+{
+    CAxBlockManager& blocks = CAxBlockManager::instance();
+    blocks.AddBlock(QStringLiteral("empty"), CAxBlock::PolygonBlock)
+        ->SetBlockName(QStringLiteral("<b>Empty"));
+    CAxBlock* area = blocks.AddBlock(QStringLiteral("area"), CAxBlock::ProhibitedAreaBlock);
+    area->SetBlockName(QStringLiteral("Area"));
+    area->SetAnchor({{10.0, 0.0}, {10.01, 0.0}, {10.01, 0.01}, {10.0, 0.01}});
+    exchange->SetFolder(folder.path());
+    for (const char* suffix : {"kml", "dxf"}) {
+        SCOPED_TRACE(suffix);
+        const QString file = folder.filePath(QStringLiteral("Area.") + QLatin1String(suffix));
+        QMenu menu;
+        exchange->FillBlockMenu(&menu, {QStringLiteral("area"), QStringLiteral("empty")});
+        QString told;
+        ModalBox box;
+        box.answers = {[&](QDialog& dialog) {
+                           dynamic_cast<QFileDialog&>(dialog).selectFile(file);
+                           dialog.accept();
+                       },
+                       [&](QDialog& notes) {
+                           for (const QLabel* label : notes.findChildren<QLabel*>())
+                               told += label->text();
+                           notes.accept();
+                       }};
+        menu.actions()[0]->trigger();
+        EXPECT_TRUE(box.answers.isEmpty());
+        EXPECT_TRUE(told.contains(QStringLiteral("\"<b>Empty\" has no vertices"))) << told.toStdString();
+        const bool isDrawing = suffix == std::string("dxf");
+        EXPECT_EQ(told.contains(QStringLiteral("\"Area\" is the area of an application")), isDrawing);
+        EXPECT_EQ(QFile::exists(file), !isDrawing);
+        if (isDrawing)
+            continue;
+        const auto again = GeoBlocks::RecordsOf(AxReadGeoFile(file).shapes, GeoChoice());
+        ASSERT_EQ(again.size(), 1u);
+        EXPECT_EQ(again[0]->GetBlockType(), CAxBlock::ProhibitedAreaBlock);
+    }
 }

@@ -229,15 +229,22 @@ TEST_F(BlockOperations, ReplaceBringsRecordsOfAnyKindAsOneStep)
 {
     ASSERT_TRUE(Import("a", square));
     const auto before = All();
-    std::vector<std::unique_ptr<CAxBlock>> records;
-    for (int i = 0; i < 3; ++i) {
-        records.push_back(std::make_unique<CAxBlock>(CreateUniqueID(),
-                                                     i == 1 ? CAxBlock::StripBlock : CAxBlock::PolygonBlock));
-        records.back()->SetBlockName("Import");
-        records.back()->SetAnchor(i == 1 ? square.mid(0, 2) : Moved(square, 5.0 * i, 0.0));
-        records.back()->GetTaskPara()->SetBandingOffset(5000.0, 5000.0);
-    }
-    EXPECT_EQ(Operations().Replace({"a"}, std::move(records), "Import").size(), 3);
+    const auto records = [] {
+        std::vector<std::unique_ptr<CAxBlock>> made;
+        for (int i = 0; i < 3; ++i) {
+            made.push_back(std::make_unique<CAxBlock>(CreateUniqueID(), i == 1 ? CAxBlock::StripBlock
+                                                                               : CAxBlock::PolygonBlock));
+            made.back()->SetBlockName("Import");
+            made.back()->SetAnchor(i == 1 ? square.mid(0, 2) : Moved(square, 5.0 * i, 0.0));
+            made.back()->GetTaskPara()->SetBandingOffset(5000.0, 5000.0);
+        }
+        return made;
+    };
+    EXPECT_TRUE(
+        Operations().Replace({"a"}, records(), "Import", [](int done) { return done < 2; }).isEmpty());
+    EXPECT_EQ(All(), before) << "it was given up";
+    EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+    EXPECT_EQ(Operations().Replace({"a"}, records(), "Import").size(), 3);
     EXPECT_EQ(All().keys(), (QStringList{"Import", "Import (2)", "Import (3)"}));
     ExpectOneStep(before, 0);
     viewer->slotBlockLock(Blocks().GetBlockList().first()->GetBlockID(), true);
@@ -330,4 +337,15 @@ TEST_F(BlockOperations, HandlesAroundABlockStretchAndTurnIt)
     EXPECT_NEAR(Ring(block)[0].y(), 10.0, 0.15)
         << "45 degrees clockwise: the south-west corner is in the west";
     EXPECT_NEAR(Ring(block)[0].x(), 20.0 - 2.0 * std::sqrt(2.0), 0.15);
+    viewer->GetUndoAction()->trigger();
+    // One that is given up leaves nothing to the drag of a vertex.
+    const auto dragTo = [&](std::size_t handle, const osg::Vec3d& to) {
+        handles[handle]->DragTo(
+            osgEarth::GeoPoint(viewer->getSRS()->getGeographicSRS(), to, osgEarth::ALTMODE_ABSOLUTE));
+    };
+    dragTo(4 + 2, (corner + opposite) * 0.5);
+    block->CancelHandle();
+    dragTo(0, handles[0]->GetPlace() + osg::Vec3d(0.1, 0.1, 0.0));
+    EXPECT_NEAR(handles[4 + 2]->GetPlace().x(), corner.x(), 0.01);
+    block->CancelHandle();
 }
