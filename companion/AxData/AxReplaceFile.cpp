@@ -125,8 +125,13 @@ bool Replace(QIODevice& from, const QString& source, const QString& target, AxRe
 
 QString AxRealPath(const QString& path)
 {
-    const QString real = QFileInfo(path).canonicalFilePath();
-    return real.isEmpty() ? QFileInfo(path).absoluteFilePath() : real;
+    const QFileInfo info(path);
+    const QString real = info.canonicalFilePath();
+    if (!real.isEmpty())
+        return real;
+    // So that a file has the same name before and after it is made.
+    const QString folder = QFileInfo(info.absolutePath()).canonicalFilePath();
+    return folder.isEmpty() ? info.absoluteFilePath() : QDir(folder).filePath(info.fileName());
 }
 
 QStringList AxFilesBeside(const QString& target, const QString& suffix)

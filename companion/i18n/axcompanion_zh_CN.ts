@@ -916,6 +916,14 @@
         <source>The folder &quot;%1&quot; cannot be written.</source>
         <translation>无法写入文件夹“%1”。</translation>
     </message>
+    <message>
+        <source>the folder for temporary files, &quot;%1&quot;: %2</source>
+        <translation>临时文件夹“%1”：%2</translation>
+    </message>
+    <message>
+        <source>%1, since %2</source>
+        <translation>%1，自 %2 起</translation>
+    </message>
 </context>
 <context>
     <name>AxRecord</name>

@@ -66,6 +66,12 @@ TEST_F(ProjectFile, GivesBackWhatWasSaved)
         EXPECT_TRUE(read.project == saved) << "seed " << seed;
     }
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1) << "something lies beside";
+#ifndef Q_OS_WIN
+    EXPECT_EQ(AxReadProject(QLatin1Char('/') + path).state, State::Whole) << "two slashes, as of a share";
+#endif
+    project.view->range = -1.0;
+    ASSERT_TRUE(AxWriteProject(path, project)) << "for the camera's sake";
+    EXPECT_FALSE(AxReadProject(path).project.view);
 }
 
 TEST_F(ProjectFile, FillsRecordsWithAllThatTheyHold)
@@ -106,8 +112,16 @@ TEST_F(ProjectFile, OfVersion1IsReadAndStays)
     EXPECT_EQ(read.state, State::Migrated) << read.fault.toStdString();
     EXPECT_TRUE(read.project == project);
     EXPECT_EQ(bytesOf(path), before);
-    EXPECT_TRUE(AxWriteProject(path, read.project));
-    EXPECT_EQ(AxReadProject(path).state, State::Whole);
+    for (const char* name : {".v1.axproject", ".v1-2.axproject"}) {
+        QString kept;
+        ASSERT_TRUE(AxWriteProject(path, read.project, nullptr, &kept));
+        EXPECT_EQ(AxReadProject(path).state, State::Whole);
+        EXPECT_TRUE(kept.endsWith(QLatin1String(name)) && bytesOf(kept) == before) << kept.toStdString();
+        ASSERT_TRUE(AxWriteProject(path, read.project, nullptr, &kept));
+        EXPECT_TRUE(kept.isEmpty()) << "a copy of today's version";
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(before) > 0);
+    }
 }
 
 TEST_F(ProjectFile, ThatIsNotWholeIsToldAndNotOverwritten)
@@ -196,10 +210,6 @@ TEST_F(ProjectFile, ThatIsNotWholeIsToldAndNotOverwritten)
          [&] { edit(path, row("UPDATE mark SET latitude = -91")); },
          State::Damaged,
          {"latitude"}},
-        {"a view from nowhere",
-         [&] { edit(path, row("UPDATE view SET range = -1")); },
-         State::Damaged,
-         {"range"}},
     };
     for (const auto& one : rows) {
         QFile::remove(path);
@@ -209,6 +219,8 @@ TEST_F(ProjectFile, ThatIsNotWholeIsToldAndNotOverwritten)
         const AxProjectRead read = AxReadProject(path);
         EXPECT_EQ(read.state, one.state) << one.what;
         EXPECT_TRUE(read.project == AxProject()) << one.what;
+        const bool hasRest = read.rest && read.rest->marks == project.marks && !read.leftOut.isEmpty();
+        EXPECT_TRUE(hasRest || one.told.size() < 2) << one.what << ": no more than a block or task is lost";
         for (const QString& word : one.told + QStringList(QDir::toNativeSeparators(path)))
             EXPECT_TRUE(read.fault.contains(word)) << one.what << ": " << read.fault.toStdString();
         QString fault;
@@ -234,5 +246,12 @@ TEST_F(ProjectFile, IsNotWrittenWhereItCouldNotBeReadAgain)
     wrong = project;
     wrong.blocks[1].id = wrong.blocks[0].id;
     EXPECT_FALSE(AxWriteProject(path, wrong));
+#ifdef Q_OS_LINUX
+    const QByteArray room = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/proc");
+    EXPECT_FALSE(AxWriteProject(path, project, &fault));
+    EXPECT_TRUE(fault.contains(QStringLiteral("\"/proc\""))) << fault.toStdString();
+    room.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", room);
+#endif
     EXPECT_EQ(bytesOf(path), before);
 }

@@ -129,16 +129,20 @@ TEST_F(ProjectJournal, TellsOfWhatCannotBeKeptOrRecovered)
     QFile(folder.filePath(QStringLiteral("x.axrecovery"))).open(QIODevice::WriteOnly); // died at its birth
     EXPECT_EQ(AxFindRecoveries(folder.path()).size(), 0);
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
-    {
+    QString inFile; // where no folder can be made
+    for (const char* name : {"y.axrecovery.damaged", "y.axrecovery.damaged-2"}) {
         QFile other(folder.filePath(QStringLiteral("y.axrecovery")));
         other.open(QIODevice::WriteOnly);
         other.write(QByteArray(5000, 'y'));
+        other.close();
+        QList<AxRecovery> found = AxFindRecoveries(folder.path());
+        ASSERT_EQ(found.size(), 1);
+        EXPECT_TRUE(found[0].fault.contains(QStringLiteral("y.axrecovery")));
+        inFile = AxPutRecoveryAside(found[0]);
+        EXPECT_EQ(inFile, folder.filePath(QLatin1String(name)));
     }
-    const QList<AxRecovery> found = AxFindRecoveries(folder.path());
-    ASSERT_EQ(found.size(), 1);
-    EXPECT_TRUE(found[0].fault.contains(QStringLiteral("y.axrecovery")));
+    EXPECT_EQ(AxFindRecoveries(folder.path()).size(), 0) << "offered for ever";
 
-    const QString inFile = found[0].file; // where no folder can be made
     journal = std::make_unique<AxProjectJournal>(inFile, [this] { return project; });
     QSignalSpy faults(journal.get(), &AxProjectJournal::failed);
     journal->Begin({}, AxProject());
@@ -251,6 +255,21 @@ TEST(ProjectLock, IsOneProgramsUntilItIsReleasedOrDies)
     EXPECT_EQ(mine.Take(folder.filePath(QStringLiteral("b.axproject"))), AxProjectLock::Answer::Held);
     EXPECT_EQ(others.Take(path), AxProjectLock::Answer::Held) << "saved under another name, it is free";
     EXPECT_EQ(mine.Take(path), AxProjectLock::Answer::Taken);
+    EXPECT_FALSE(mine.MayBeGone());
+    EXPECT_EQ(mine.TakeOver(path), AxProjectLock::Answer::Taken) << "it lives, on this computer";
+    // Of another computer, and one that a power cut has left empty.
+    for (const char* text : {"77\nAxGroundControl\nfield-laptop-of-a-test\n\n\n", ""}) {
+        const QString left = folder.filePath(QStringLiteral("left.axproject"));
+        QFile file(left + QStringLiteral(".lock"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+        file.close();
+        AxProjectLock next;
+        ASSERT_EQ(next.Take(left), AxProjectLock::Answer::Taken) << text;
+        EXPECT_TRUE(next.MayBeGone());
+        EXPECT_EQ(next.Owner().contains(QStringLiteral("field-laptop")), *text != 0);
+        EXPECT_EQ(next.TakeOver(left), AxProjectLock::Answer::Held) << text;
+    }
     EXPECT_TRUE(mine.IsOf(folder.filePath(QStringLiteral("b.axproject"))));
     EXPECT_EQ(mine.Take(folder.filePath(QStringLiteral("no/c.axproject"))),
               AxProjectLock::Answer::NotPossible);

@@ -81,8 +81,12 @@ QByteArray BytesOf(const AxProject& project, QString& fault)
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("project"));
+    const auto inFolder = [](const QString& reason) {
+        return AxProjectText::tr("the folder for temporary files, \"%1\": %2")
+            .arg(Shown(QDir::tempPath()), reason);
+    };
     if (!folder.isValid()) {
-        fault = folder.errorString();
+        fault = inFolder(folder.errorString());
         return {};
     }
     {
@@ -94,15 +98,27 @@ QByteArray BytesOf(const AxProject& project, QString& fault)
             AxProjectTables::Create(file.database, AxProjectTables::projectID, fault) &&
             AxProjectTables::Write(file.database, project, fault) && file.Run(QStringLiteral("COMMIT"));
         if (!isWritten) {
-            fault = fault.isEmpty() ? file.Fault() : fault;
+            fault = inFolder(fault.isEmpty() ? file.Fault() : fault);
             return {};
         }
     }
     QFile written(path);
     if (written.open(QIODevice::ReadOnly))
         return written.readAll();
-    fault = written.errorString();
+    fault = inFolder(written.errorString());
     return {};
+}
+
+void ReadTables(QSqlDatabase& database, int version, AxProjectRead& read, QString& wrong)
+{
+    if (AxProjectTables::Read(database, version, read.project, wrong))
+        return;
+    AxProject rest;
+    QString more;
+    if (AxProjectTables::Read(database, version, rest, more, &read.leftOut))
+        read.rest = rest;
+    else
+        read.leftOut.clear();
 }
 } // namespace
 
@@ -118,7 +134,7 @@ AxProjectRead AxReadProject(const QString& path)
         if (!file.IsOpen() || !file.IsSound())
             wrong = file.Fault();
         else
-            AxProjectTables::Read(file.database, header.version, read.project, wrong);
+            ReadTables(file.database, header.version, read, wrong);
         if (!wrong.isEmpty()) {
             read.state = State::Damaged;
             reason = AxProjectText::tr("The file is damaged: %1.").arg(wrong);
@@ -136,14 +152,31 @@ QString AxProjectFault(const AxProject& project)
 
 namespace {
 // Why the file at a path must stay; empty when it may be replaced.
-QString WhyKept(const QString& path)
+QString WhyKept(const QString& path, const Header& header)
 {
-    const Header header = HeaderOf(path);
     if (header.state == State::NotThere || header.isEmpty)
         return {};
     const AxProjectRead there = AxReadProject(path);
     return there.IsRead() ? QString()
                           : there.fault + QLatin1Char(' ') + AxProjectText::tr("It is not overwritten.");
+}
+
+// Copies a file of an earlier version for the programs that read it; the name of the copy, empty on a fault.
+QString KeepVersion(const QString& path, int version, QString& fault)
+{
+    const QString real = AxRealPath(path);
+    const bool hasSuffix = real.endsWith(axProjectSuffix, Qt::CaseInsensitive);
+    const QString suffix = hasSuffix ? real.right(axProjectSuffix.size()) : QString();
+    const QString stem = QStringLiteral("%1.v%2").arg(real.chopped(suffix.size())).arg(version);
+    QString copy = stem + suffix;
+    for (int i = 2; QFileInfo::exists(copy); ++i)
+        copy = QStringLiteral("%1-%2%3").arg(stem).arg(i).arg(suffix);
+    QFile file(real);
+    if (file.copy(copy))
+        return copy;
+    fault = QStringLiteral("\"%1\": %2")
+                .arg(Shown(copy), AxProjectText::tr("Writing failed: %1.").arg(file.errorString()));
+    return {};
 }
 
 // What writers that were killed have left; one that lives is done within the minute.
@@ -156,8 +189,10 @@ void RemoveLeftovers(const QString& path)
 }
 } // namespace
 
-bool AxWriteProject(const QString& path, const AxProject& project, QString* fault)
+bool AxWriteProject(const QString& path, const AxProject& project, QString* fault, QString* kept)
 {
+    if (kept)
+        kept->clear();
     const auto fail = [&](const QString& reason) {
         if (fault)
             *fault = reason;
@@ -166,9 +201,10 @@ bool AxWriteProject(const QString& path, const AxProject& project, QString* faul
     const auto named = [&](const QString& reason) {
         return QStringLiteral("\"%1\": %2").arg(Shown(path), reason);
     };
-    const QString kept = WhyKept(path);
-    if (!kept.isEmpty())
-        return fail(kept);
+    const Header header = HeaderOf(path);
+    const QString whyKept = WhyKept(path, header);
+    if (!whyKept.isEmpty())
+        return fail(whyKept);
     QString reason = AxProjectFault(project);
     if (!reason.isEmpty())
         return fail(named(
@@ -176,8 +212,19 @@ bool AxWriteProject(const QString& path, const AxProject& project, QString* faul
     const QByteArray bytes = BytesOf(project, reason);
     if (bytes.isEmpty())
         return fail(named(AxProjectText::tr("Writing failed: %1.").arg(reason)));
-    if (!AxReplaceFile(bytes, path, AxReadableBy::Anyone, reason))
+    QString copy;
+    if (header.state == State::Migrated) {
+        copy = KeepVersion(path, header.version, reason);
+        if (copy.isEmpty())
+            return fail(reason);
+    }
+    if (!AxReplaceFile(bytes, path, AxReadableBy::Anyone, reason)) {
+        if (!copy.isEmpty())
+            QFile::remove(copy);
         return fail(reason);
+    }
+    if (kept)
+        *kept = copy;
     RemoveLeftovers(path);
     return true;
 }

@@ -279,7 +279,7 @@ bool ReadMarks(QSqlDatabase& database, int version, AxProject& project, QString&
     return fault.isEmpty();
 }
 
-bool ReadRest(QSqlDatabase& database, int version, AxProject& project, QString& fault, QStringList* leftOut)
+bool ReadRest(QSqlDatabase& database, int version, AxProject& project, QString& fault)
 {
     RowReader<AxProjectView> views(database, Views(), AxViewFields(), version);
     AxProjectView view;
@@ -287,11 +287,11 @@ bool ReadRest(QSqlDatabase& database, int version, AxProject& project, QString& 
     const bool isThere = views.Next(view, key, fault);
     if (isThere && fault.isEmpty())
         project.view = view;
-    if (!fault.isEmpty()) {
+    if (!isThere && !fault.isEmpty()) {
         fault = AxProjectText::tr("view, %1").arg(fault);
-        if (!isThere || !LeaveOut(fault, fault, leftOut))
-            return false;
+        return false;
     }
+    fault.clear(); // where the camera stood is no work that could be lost
     QSqlQuery values(database);
     values.setForwardOnly(true);
     if (!values.exec(QStringLiteral("SELECT [name], [text] FROM [value]")))
@@ -324,7 +324,8 @@ bool WriteRest(QSqlDatabase& database, const AxProject& project, QString& fault)
         if (!marks.Put({i}, project.marks[i], fault))
             return false;
     RowWriter<AxProjectView> views(database, Views(), AxViewFields());
-    if (project.view && !views.Put({}, *project.view, fault))
+    const bool isView = project.view && FaultOfRecord(*project.view, AxViewFields()).isEmpty();
+    if (isView && !views.Put({}, *project.view, fault))
         return false;
     QSqlQuery values(database);
     if (!values.prepare(QStringLiteral("INSERT INTO [value] ([name], [text]) VALUES (?, ?)")))
@@ -381,7 +382,7 @@ bool AxProjectTables::Read(QSqlDatabase& database, int fileVersion, AxProject& p
     fault.clear();
     if (AreTables(database, fault) && ReadBlocks(database, fileVersion, project, fault, leftOut) &&
         ReadMarks(database, fileVersion, project, fault, leftOut) &&
-        ReadRest(database, fileVersion, project, fault, leftOut))
+        ReadRest(database, fileVersion, project, fault))
         return true;
     project = AxProject();
     return false;
@@ -466,6 +467,5 @@ QString AxProjectTables::FaultOf(const AxProject& project)
         if (!fault.isEmpty())
             return OfMark(mark.name, fault);
     }
-    const QString fault = project.view ? FaultOfRecord(*project.view, AxViewFields()) : QString();
-    return fault.isEmpty() ? fault : AxProjectText::tr("view, %1").arg(fault);
+    return {};
 }

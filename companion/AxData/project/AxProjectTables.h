@@ -19,17 +19,17 @@ constexpr quint32 projectID = 0x41785072;
 bool Create(QSqlDatabase& database, quint32 applicationID, QString& fault);
 
 /// Reads tables of that version or an earlier one. No other thing of the file's schema is looked at. A value
-/// that cannot be fails all of it; with `leftOut`, only its block, task, mark point or view is left out, and
-/// named there for people.
+/// that cannot be fails all of it; with `leftOut`, only its block, task or mark point is left out, and named
+/// there for people. A view that cannot be is never a fault, only no view.
 bool Read(QSqlDatabase& database, int fileVersion, AxProject& project, QString& fault,
           QStringList* leftOut = nullptr);
 
-/// Writes everything into empty tables.
+/// Writes everything into empty tables, but a view that could not be read again.
 bool Write(QSqlDatabase& database, const AxProject& project, QString& fault);
 
 /// Changes tables that hold `from` so that they hold `to`; rows that are the same stay.
 bool Change(QSqlDatabase& database, const AxProject& from, const AxProject& to, QString& fault);
 
-/// What of it would not be read again.
+/// What of it would not be read again; a view never counts.
 QString FaultOf(const AxProject& project);
 } // namespace AxProjectTables

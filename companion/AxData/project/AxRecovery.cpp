@@ -5,6 +5,8 @@
 #include <AxData/project/AxSqlFile.h>
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QSqlQuery>
 #include <QStandardPaths>
@@ -85,6 +87,20 @@ QList<AxRecovery> AxFindRecoveries(const QString& folder)
     std::sort(found.begin(), found.end(),
               [](const AxRecovery& a, const AxRecovery& b) { return a.time > b.time; });
     return found;
+}
+
+QString AxPutRecoveryAside(AxRecovery& recovery)
+{
+    const QString first = recovery.file + QStringLiteral(".damaged");
+    QString aside = first;
+    for (int i = 2; QFileInfo::exists(aside); ++i)
+        aside = QStringLiteral("%1-%2").arg(first).arg(i);
+    if (!QFile::rename(recovery.file, aside))
+        return {};
+    const QString journal = QStringLiteral("-journal");
+    QFile::rename(recovery.file + journal, aside + journal);
+    recovery.hold.reset();
+    return aside;
 }
 
 void AxDropRecovery(AxRecovery& recovery)

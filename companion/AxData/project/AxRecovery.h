@@ -30,5 +30,9 @@ AXDATA_EXPORT QString AxRecoveryFolder();
 /// What programs that are not alive have left in a folder, the newest first. Any thread.
 AXDATA_EXPORT QList<AxRecovery> AxFindRecoveries(const QString& folder);
 
+/// Puts what cannot be recovered, or not all of it, aside under a name that ends in ".damaged", so that it is
+/// not offered again. The name; empty when that fails, and it stays where it is. Any thread.
+AXDATA_EXPORT QString AxPutRecoveryAside(AxRecovery& recovery);
+
 /// Removes what the pilot has taken over or does not want. Any thread.
 AXDATA_EXPORT void AxDropRecovery(AxRecovery& recovery);

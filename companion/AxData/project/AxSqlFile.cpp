@@ -1,6 +1,8 @@
 #include <AxData/project/AxProjectFields.h>
 #include <AxData/project/AxSqlFile.h>
 
+#include <QDir>
+#include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QUrl>
@@ -13,6 +15,17 @@ QString NextName()
     static std::atomic<unsigned> count{0};
     return QStringLiteral("AxProject-%1").arg(++count);
 }
+
+// SQLite takes no authority, so that the server of a share is a part of the path: file:////server/share/a.
+QString AddressOf(const QString& path)
+{
+    QString whole = QDir::fromNativeSeparators(path);
+    if (QFileInfo(whole).isRelative())
+        whole = QFileInfo(whole).absoluteFilePath();
+    if (!whole.startsWith(QLatin1Char('/')))
+        whole.prepend(QLatin1Char('/'));
+    return QStringLiteral("file://") + QString::fromLatin1(QUrl::toPercentEncoding(whole, "/:"));
+}
 } // namespace
 
 AxSqlFile::AxSqlFile(const QString& path, Mode mode)
@@ -20,8 +33,7 @@ AxSqlFile::AxSqlFile(const QString& path, Mode mode)
       name(database.connectionName())
 {
     if (mode == Mode::Look) {
-        database.setDatabaseName(QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()) +
-                                 QStringLiteral("?immutable=1"));
+        database.setDatabaseName(AddressOf(path) + QStringLiteral("?immutable=1"));
         database.setConnectOptions(QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_OPEN_URI"));
     } else {
         database.setDatabaseName(path);
