@@ -308,6 +308,9 @@ void MainWindow::BuildProject()
         recovery.clear();
     project = new ProjectSession(viewer, this, recovery, options.IsUnattended());
     project->SetReasonToStay([this] { return aircraft->ReasonToStay(); });
+    project->KeepValue(
+        QStringLiteral("hidden_routes"), [this] { return tasks->HiddenRoutes(); },
+        [this](const QString& text) { tasks->SetHiddenRoutes(text); });
     connect(project, &ProjectSession::Told, this,
             [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
     drop = new FileDrop(this);

@@ -1,6 +1,7 @@
 #include "host/exchange/GeoExchange.h"
 #include "host/exchange/GeoBlocks.h"
 #include "host/exchange/GeoImportBox.h"
+#include "host/files/SaveBox.h"
 #include "interaction/AxBlockOperations.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
@@ -10,10 +11,10 @@
 #include <AxBaseUI/CAxProgressWgt.h>
 #include <AxData/CAxBlockManager.h>
 
-#include <QDir>
 #include <QCoreApplication>
-#include <QEventLoop>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
@@ -45,7 +46,6 @@ QList<Format> Formats()
             {AxGeoFormat::Csv, GeoExchange::tr("CSV table (*.csv)"), QStringLiteral("csv")}};
 }
 
-QStringList Suffixes()
 // A drawing says nothing of kinds, and an area of an application would come back as one to be flown over.
 QStringList TakeApplications(QVector<AxGeoShape>& shapes)
 {
@@ -62,6 +62,7 @@ QStringList TakeApplications(QVector<AxGeoShape>& shapes)
     return notes;
 }
 
+QStringList Suffixes()
 {
     QStringList suffixes{QStringLiteral("json")};
     for (const Format& format : Formats())
@@ -270,47 +271,17 @@ void GeoExchange::TellImported(const QStringList& ids, int wanted)
 std::optional<GeoExchange::Target> GeoExchange::AskWhere(const QString& name)
 {
     const QList<Format> formats = Formats();
-    QStringList filters;
-    for (const Format& format : formats)
-        filters += format.filter;
-    QFileDialog dialog(window, tr("Export blocks"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(filters);
-    dialog.setDefaultSuffix(formats.constFirst().suffix);
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&](const QString& filter) {
-        dialog.setDefaultSuffix(formats[qMax(0, filters.indexOf(filter))].suffix);
-    });
-    StartIn(dialog);
-    QString proposed = name;
-    dialog.selectFile(proposed.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|\\x00-\\x1f]")),
-                                       QStringLiteral("_")));
-    if (dialog.exec() != QDialog::Accepted)
-        return {};
-    const QString file = dialog.selectedFiles().constFirst();
-    SetFolder(QFileInfo(file).absolutePath());
-    for (const Format& format : formats)
-        if (format.suffix == QFileInfo(file).suffix().toLower() ||
-            (format.format == AxGeoFormat::GeoJson &&
-             file.endsWith(QLatin1String(".json"), Qt::CaseInsensitive)))
-            return Target{file, format.format};
-    // The dialog takes what is behind any point for a suffix, as in "Field 1.2".
-    const Format& format = formats[qMax(0, filters.indexOf(dialog.selectedNameFilter()))];
-    const QString whole = file + QLatin1Char('.') + format.suffix;
-    if (QFileInfo::exists(whole) && !MayReplace(whole))
-        return {};
-    return Target{whole, format.format};
-}
-
-bool GeoExchange::MayReplace(const QString& file)
-{
-    CAxMessageBox box(window);
-    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-    box.SetWindowTitle(tr("Export blocks"));
-    box.SetMsgText(tr("%1 is there already. Do you want to replace it?").arg(QDir::toNativeSeparators(file)));
+    QList<SaveBox::Kind> kinds;
+    for (const Format& format : formats) {
+        kinds += SaveBox::Kind{format.filter, {format.suffix}};
+        if (format.format == AxGeoFormat::GeoJson)
+            kinds.last().suffixes += QStringLiteral("json");
     }
-    box.SetBtnOKText(tr("Replace"));
-    box.SetCancelDefault(true);
-    return box.exec() == QDialog::Accepted;
+    const auto chosen = SaveBox::Ask(window, tr("Export blocks"), folder, name, kinds);
+    if (!chosen)
+        return {};
+    SetFolder(QFileInfo(chosen->file).absolutePath());
+    return Target{chosen->file, formats[chosen->kind].format};
 }
 
 void GeoExchange::SetFolder(const QString& used)
@@ -336,6 +307,7 @@ void GeoExchange::Export(const QStringList& ids)
         if (!notes.isEmpty())
             Tell(tr("Export blocks"), tr("The blocks were not written."), notes);
         return;
+    }
     const std::optional<Target> target =
         AskWhere(shapes.size() == 1 ? shapes.constFirst().name : tr("blocks"));
     if (!target)

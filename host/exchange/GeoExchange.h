@@ -54,15 +54,14 @@ private:
         AxGeoFormat format;
     };
     std::optional<Target> AskWhere(const QString& name);
-    bool MayReplace(const QString& file);
     void StartIn(QFileDialog& dialog) const;
     /// With a progress box while it takes long; nothing when the pilot cancels.
     std::optional<AxGeoContent> Read(const QString& file, const AxGeoReadOptions& options);
     /// Asks for the coordinate system of a file that names none.
     std::optional<AxGeoContent> ReadWithSystem(const QString& file);
+    void ImportOne(const QString& file);
     /// With a progress box while it takes long, whose Cancel leaves the map as it was.
     void PutOnMap(std::vector<std::unique_ptr<CAxBlock>> records);
-    void ImportOne(const QString& file);
     void TellImported(const QStringList& ids, int wanted);
     void Tell(const QString& title, const QString& text, const QStringList& details);
     QStringList Chosen() const;

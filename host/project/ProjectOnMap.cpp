@@ -4,6 +4,7 @@
 #include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxBaseUI/AxToolTable.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <osgEarth/Viewpoint>
@@ -68,6 +69,22 @@ QStringList ProjectOnMap::Show(CAxEarthViewer& viewer, const AxProject& project)
                                               0.0);
     }
     return notDrawn;
+}
+
+bool ProjectOnMap::IsDrawing(const CAxEarthViewer& viewer)
+{
+    const EToolType tool = viewer.GetToolType();
+    if (GetToolKind(tool) != ToolKindDraw || tool == ToolMarkPoint || AxToolRowOf(tool).measures)
+        return false;
+    CAxHandleAdapter* current = viewer.GetCurHandleAdapter();
+    return current && current->GetHandleOperation() == OperationDrawing && !current->GetAnchor().empty();
+}
+
+void ProjectOnMap::DropDrawing(CAxEarthViewer& viewer)
+{
+    if (IsDrawing(viewer))
+        viewer.GetCurHandleAdapter()->CancelHandle();
+    viewer.SetToolType(ToolNavigate);
 }
 
 QString ProjectOnMap::ReasonToWait(const CAxEarthViewer& viewer)

@@ -1,6 +1,8 @@
 #include "host/project/ProjectSession.h"
+#include "host/files/SaveBox.h"
 #include "host/project/EditWatch.h"
 #include "host/project/ProjectOnMap.h"
+#include "host/project/ProjectQuestion.h"
 #include "host/project/RecentProjects.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -23,60 +25,20 @@
 #include <utility>
 
 namespace {
-constexpr int recoveredMs = 10000;
-constexpr int mostLeftOut = 8;
+constexpr int endMs = 10000;
 
 QString Shown(const QString& file)
 {
     return QDir::toNativeSeparators(file);
 }
 
-// Empty when it cannot be read.
-QByteArray ContentsOf(const QString& path)
-{
-    QFile file(path);
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
-}
-
-// As many names as a box has room for.
-QString Few(const QStringList& names)
-{
-    constexpr int few = 8;
-    constexpr int longest = 40;
-    QStringList shown;
-    for (const QString& name : names.mid(0, few)) {
-        const QString line = name.simplified();
-        shown += line.size() > longest ? line.left(longest) + QStringLiteral("...") : line;
-    }
-    if (names.size() > few)
-        shown += QStringLiteral("... (%1)").arg(names.size());
-    return shown.join(QStringLiteral(", "));
-}
-
-// A box whose texts are all of this program, and that has no markup in it.
-class Question : public QMessageBox
-{
-public:
-    Question(QWidget* window, const QString& title, const QString& text)
-        : QMessageBox(QMessageBox::Question, title, text, QMessageBox::NoButton, window)
-    {
-        setTextFormat(Qt::PlainText);
-    }
-    /// The button that was pressed.
-    QAbstractButton* Ask()
-    {
-        exec();
-        return clickedButton();
-    }
-};
 } // namespace
 
 ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, const QString& folder,
                                bool unattended)
     : QObject(ofWindow), viewer(earthViewer), window(ofWindow), recoveryFolder(folder),
       isUnattended(unattended), journal(new AxProjectJournal(
-                                    folder, [this] { return ProjectOnMap::Look(*viewer, rest); }, this)),
+                                    folder, [this] { return Look(); }, this)),
       lock(std::make_unique<AxProjectLock>()), recent(new RecentProjects(this)),
       windowTitle(ofWindow->windowTitle())
 {
@@ -111,6 +73,13 @@ ProjectSession::ProjectSession(CAxEarthViewer* earthViewer, QWidget* ofWindow, c
 
 ProjectSession::~ProjectSession() = default;
 
+QByteArray ProjectSession::ContentsOf(const QString& path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result() : QByteArray();
+}
+
 QByteArray ProjectSession::Recent() const
 {
     return recent->Bytes();
@@ -138,7 +107,7 @@ void ProjectSession::FillMenu(QMenu* menu)
 
 bool ProjectSession::Start(const QString& file)
 {
-    journal->Begin({}, ProjectOnMap::Look(*viewer, rest));
+    journal->Begin({}, Look());
     CAxControl::GetInstance()->SetProjectModified(false);
     for (QAction* action : qAsConst(actions))
         action->setEnabled(true);
@@ -158,15 +127,36 @@ bool ProjectSession::IsProjectFile(const QString& file)
     return file.endsWith(axProjectSuffix, Qt::CaseInsensitive);
 }
 
+void ProjectSession::KeepValue(const QString& name, std::function<QString()> look,
+                               std::function<void(const QString&)> show)
+{
+    keptValues.insert(name, {std::move(look), std::move(show)});
+}
+
+AxProject ProjectSession::Look() const
+{
+    AxProject project = ProjectOnMap::Look(*viewer, rest);
+    for (auto value = keptValues.begin(); value != keptValues.end(); ++value) {
+        const QString text = value->look();
+        if (text.isEmpty())
+            project.values.remove(value.key());
+        else
+            project.values.insert(value.key(), text);
+    }
+    return project;
+}
+
 void ProjectSession::ShowProject(const AxProject& project)
 {
     rest = project;
     rest.blocks.clear();
     rest.view.reset();
+    for (auto value = keptValues.begin(); value != keptValues.end(); ++value)
+        value->show(project.values.value(value.key()));
     const QStringList notDrawn = ProjectOnMap::Show(*viewer, project);
     if (!notDrawn.isEmpty())
-        Warn(tr("Open project"),
-             tr("This program cannot draw these blocks; they stay in the project: %1").arg(Few(notDrawn)));
+        Warn(tr("Open project"), tr("This program cannot draw these blocks; they stay in the project: %1")
+                                     .arg(ProjectQuestion::Few(notDrawn)));
 }
 
 void ProjectSession::New()
@@ -178,7 +168,7 @@ void ProjectSession::New()
     path.clear();
     copyOf.clear();
     contents.clear();
-    journal->Begin(path, ProjectOnMap::Look(*viewer, rest));
+    journal->Begin(path, Look());
     CAxControl::GetInstance()->SetProjectModified(false);
     ShowTitle();
 }
@@ -199,10 +189,8 @@ bool ProjectSession::Open(const QString& file)
     // First, because a file that cannot be opened is no reason to save anything.
     if (!isOpenAlready) {
         const AxProjectRead look = AxReadProject(file);
-        if (!look.IsRead()) {
-            Warn(tr("Open project"), look.fault);
-            return false;
-        }
+        if (!look.IsRead())
+            return OpenRest(file, look);
     }
     if (!MayReplace(tr("Do you want to open the other project all the same?"), tr("Open")))
         return false;
@@ -226,15 +214,39 @@ bool ProjectSession::Open(const QString& file)
     copyOf = isCopy ? QFileInfo(file).completeBaseName() : QString();
     contents = isCopy ? QByteArray() : found;
     ShowProject(read.project);
-    journal->Begin(path, ProjectOnMap::Look(*viewer, rest));
+    journal->Begin(path, Look());
     CAxControl::GetInstance()->SetProjectModified(false);
     recent->Add(file);
     ShowTitle();
     if (read.state == AxProjectRead::State::Migrated)
-        emit Told(tr("An earlier version of the program has written this project. It stays as it is until "
-                     "you save it; the earlier version cannot read it then."));
+        emit Told(tr("An earlier version of the program has written this project. When you save it, the file "
+                     "of that version is kept beside it."));
     else
         emit Told(tr("Opened %1").arg(Shown(file)));
+    return true;
+}
+
+bool ProjectSession::OpenRest(const QString& file, const AxProjectRead& look)
+{
+    if (!look.rest || isUnattended) {
+        Warn(tr("Open project"), look.fault);
+        return false;
+    }
+    ProjectQuestion box(window, tr("Open project"), look.fault + ProjectQuestion::LeftOut(look.leftOut));
+    const QAbstractButton* copy = box.addButton(tr("Open the &rest as a copy"), QMessageBox::AcceptRole);
+    box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    if (box.Ask() != copy ||
+        !MayReplace(tr("Do you want to open the other project all the same?"), tr("Open")))
+        return false;
+    lock->Release();
+    path.clear();
+    copyOf = QFileInfo(file).completeBaseName();
+    contents.clear();
+    ShowProject(*look.rest);
+    journal->Begin(path, Look());
+    CAxControl::GetInstance()->SetProjectModified(false);
+    ShowTitle();
+    emit Told(tr("The rest of %1 is open as a copy; the file stays as it is.").arg(Shown(file)));
     return true;
 }
 
@@ -252,14 +264,54 @@ bool ProjectSession::TakeLock(const QString& file, bool& isCopy)
     }
     if (isUnattended)
         return isCopy = true;
-    Question box(window, tr("Open project"),
-                 tr("%1 is open in another program: %2. It can be opened as a copy, which is saved under "
-                    "another name.")
-                     .arg(Shown(file), lock->Owner()));
-    QAbstractButton* copy = box.addButton(tr("Open as a copy"), QMessageBox::AcceptRole);
+    ProjectQuestion box(
+        window, tr("Open project"),
+        tr("%1 is open in another program: %2. It can be opened as a copy, which is saved under "
+           "another name.")
+                .arg(Shown(file), lock->Owner()) +
+            TakeOverText(*lock));
+    const QAbstractButton* copy = box.addButton(tr("Open as a copy"), QMessageBox::AcceptRole);
+    const QAbstractButton* takeOver =
+        lock->MayBeGone() ? box.addButton(tr("&Take over"), QMessageBox::DestructiveRole) : nullptr;
     box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
-    isCopy = box.Ask() == copy;
+    const QAbstractButton* answer = box.Ask();
+    if (takeOver && answer == takeOver)
+        return TakeOver(*lock, file, tr("Open project"));
+    isCopy = answer == copy;
     return isCopy;
+}
+
+QString ProjectSession::TakeOverText(const AxProjectLock& taken)
+{
+    return taken.MayBeGone() ? QStringLiteral("\n\n") +
+                                   tr("If that program has ended without an end, because its computer lost "
+                                      "its power for one, you can take the project over. If it is still "
+                                      "running, one of both undoes what the other saves.")
+                             : QString();
+}
+
+bool ProjectSession::TakeOver(AxProjectLock& taken, const QString& file, const QString& title)
+{
+    if (taken.TakeOver(file) == AxProjectLock::Answer::Held)
+        return true;
+    Warn(title, tr("%1 cannot be taken over: %2 still has it.").arg(Shown(file), taken.Owner()));
+    return false;
+}
+
+bool ProjectSession::MayTake(AxProjectLock& wanted, const QString& file)
+{
+    if (wanted.Take(file) != AxProjectLock::Answer::Taken)
+        return true;
+    const QString text =
+        tr("%1 is open in another program: %2. Choose another name.").arg(Shown(file), wanted.Owner());
+    if (!wanted.MayBeGone() || isUnattended) {
+        Warn(tr("Save project"), text);
+        return false;
+    }
+    ProjectQuestion box(window, tr("Save project"), text + TakeOverText(wanted));
+    const QAbstractButton* takeOver = box.addButton(tr("&Take over"), QMessageBox::DestructiveRole);
+    box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
+    return box.Ask() == takeOver && TakeOver(wanted, file, tr("Save project"));
 }
 
 bool ProjectSession::Save()
@@ -269,26 +321,19 @@ bool ProjectSession::Save()
 
 bool ProjectSession::SaveAs()
 {
-    QFileDialog dialog(window, tr("Save project"), Folder(), tr("Projects (*%1)").arg(axProjectSuffix));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setDefaultSuffix(axProjectSuffix.mid(1));
     const QString unsaved = copyOf.isEmpty() ? tr("project") : Name();
-    dialog.selectFile(path.isEmpty() ? unsaved : QFileInfo(path).fileName());
-    if (dialog.exec() != QDialog::Accepted)
+    const auto chosen = SaveBox::Ask(window, tr("Save project"), Folder(),
+                                     path.isEmpty() ? unsaved : QFileInfo(path).fileName(),
+                                     {{tr("Projects (*%1)").arg(axProjectSuffix), {axProjectSuffix.mid(1)}}});
+    if (!chosen)
         return false;
-    const QString file = dialog.selectedFiles().constFirst();
-    auto wanted = std::make_unique<AxProjectLock>();
-    const bool isTaken = !lock->IsOf(file) && wanted->Take(file) == AxProjectLock::Answer::Taken;
-    if (isTaken) {
-        Warn(tr("Save project"),
-             tr("%1 is open in another program: %2. Choose another name.").arg(Shown(file), wanted->Owner()));
-        return false;
+    std::unique_ptr<AxProjectLock> wanted;
+    if (!lock->IsOf(chosen->file)) {
+        wanted = std::make_unique<AxProjectLock>();
+        if (!MayTake(*wanted, chosen->file))
+            return false;
     }
-    if (!SaveTo(file))
-        return false;
-    if (!lock->IsOf(file))
-        lock = std::move(wanted);
-    return true;
+    return SaveTo(chosen->file, std::move(wanted));
 }
 
 ProjectSession::Overwrite ProjectSession::AskOverwrite(const QString& file)
@@ -304,7 +349,7 @@ ProjectSession::Overwrite ProjectSession::AskOverwrite(const QString& file)
         Warn(tr("Save project"), text);
         return Overwrite::No;
     }
-    Question box(window, tr("Save project"), text);
+    ProjectQuestion box(window, tr("Save project"), text);
     const QAbstractButton* overwrite = box.addButton(tr("&Overwrite"), QMessageBox::DestructiveRole);
     const QAbstractButton* elsewhere = box.addButton(tr("Save &as..."), QMessageBox::AcceptRole);
     box.setDefaultButton(box.addButton(tr("Cancel"), QMessageBox::RejectRole));
@@ -312,17 +357,21 @@ ProjectSession::Overwrite ProjectSession::AskOverwrite(const QString& file)
     return answer == overwrite ? Overwrite::Yes : answer == elsewhere ? Overwrite::Elsewhere : Overwrite::No;
 }
 
-bool ProjectSession::SaveTo(const QString& file)
+bool ProjectSession::SaveTo(const QString& file, std::unique_ptr<AxProjectLock> wanted)
 {
     const Overwrite may = AskOverwrite(file);
     if (may != Overwrite::Yes)
         return may == Overwrite::Elsewhere && SaveAs();
-    const AxProject now = ProjectOnMap::Look(*viewer, rest);
+    const AxProject now = Look();
     QString fault;
-    if (!AxWriteProject(file, now, &fault)) {
+    QString former;
+    if (!AxWriteProject(file, now, &fault, &former)) {
         Warn(tr("Save project"), tr("The project is not saved. %1").arg(fault));
         return false;
     }
+    // Only here: whatever is saved under yet another name on the way has a lock of its own by now.
+    if (wanted)
+        lock = std::move(wanted);
     path = file;
     copyOf.clear();
     contents = ContentsOf(file);
@@ -330,7 +379,10 @@ bool ProjectSession::SaveTo(const QString& file)
     CAxControl::GetInstance()->SetProjectModified(false);
     recent->Add(file);
     ShowTitle();
-    emit Told(tr("Saved %1").arg(Shown(file)));
+    emit Told(
+        former.isEmpty()
+            ? tr("Saved %1").arg(Shown(file))
+            : tr("Saved %1; the file of the earlier version is kept as %2").arg(Shown(file), Shown(former)));
     return true;
 }
 
@@ -348,22 +400,23 @@ bool ProjectSession::MayLeave(const QString& reason, const QString& otherwise, c
 {
     if (isUnattended)
         return true;
-    // What is drawn is kept where it is a shape already, so it is a change to be saved.
-    if (viewer->GetToolType() != ToolNavigate)
-        viewer->SetToolType(ToolNavigate);
     journal->LookNow();
-    if (reason.isEmpty() && !journal->IsModified())
+    const bool isDrawing = ProjectOnMap::IsDrawing(*viewer);
+    const bool isUnsaved = journal->IsModified() || isDrawing;
+    if (reason.isEmpty() && !isUnsaved)
         return true;
     QStringList lines;
     if (!reason.isEmpty())
         lines += reason + QLatin1Char(' ') + otherwise;
     if (journal->IsModified())
         lines += tr("\"%1\" has changes that are not saved.").arg(Name());
-    Question box(window, journal->IsModified() ? tr("Unsaved changes") : windowTitle,
-                 lines.join(QStringLiteral("\n\n")));
+    if (isDrawing)
+        lines += tr("A drawing is not finished. Save ends it, and keeps it where it is a shape already.");
+    ProjectQuestion box(window, isUnsaved ? tr("Unsaved changes") : windowTitle,
+                        lines.join(QStringLiteral("\n\n")));
     QPushButton* save = nullptr;
     QPushButton* leave = nullptr;
-    if (journal->IsModified()) {
+    if (isUnsaved) {
         save = box.addButton(tr("&Save"), QMessageBox::AcceptRole);
         leave = box.addButton(tr("&Discard changes"), QMessageBox::DestructiveRole);
     } else {
@@ -372,92 +425,21 @@ bool ProjectSession::MayLeave(const QString& reason, const QString& otherwise, c
     QPushButton* stay = box.addButton(tr("Cancel"), QMessageBox::RejectRole);
     box.setDefaultButton(reason.isEmpty() ? save : stay);
     const QAbstractButton* answer = box.Ask();
-    return (save && answer == save) ? Save() : answer == leave;
+    if (answer == leave) {
+        ProjectOnMap::DropDrawing(*viewer);
+        return true;
+    }
+    if (!save || answer != save)
+        return false;
+    viewer->SetToolType(ToolNavigate);
+    return Save();
 }
 
 void ProjectSession::End()
 {
     journal->Drop();
-    journal->Flush(recoveredMs);
+    journal->Flush(endMs);
     lock->Release();
-}
-
-void ProjectSession::OfferRecoveries()
-{
-    QList<AxRecovery> found = AxFindRecoveries(recoveryFolder);
-    for (int i = 0; i < found.size(); ++i) {
-        if (!Offer(found[i]))
-            continue;
-        // The others are offered at the next start, when this one is saved.
-        if (i + 1 < found.size())
-            emit Told(tr("What else was not saved is offered at the next start."));
-        return;
-    }
-}
-
-bool ProjectSession::Offer(AxRecovery& recovery)
-{
-    const QString name =
-        recovery.projectPath.isEmpty() ? tr("a project without a name") : Shown(recovery.projectPath);
-    if (!recovery.fault.isEmpty()) {
-        // It stays for whoever can make more of it, but is not offered again.
-        const QString kept = recovery.file + QStringLiteral(".damaged");
-        QFile::rename(recovery.file, kept);
-        Warn(tr("Recover project"),
-             tr("A program has ended before it saved its project, and what it left cannot be read. %1 It is "
-                "kept as %2.")
-                 .arg(recovery.fault, Shown(kept)));
-        return false;
-    }
-    QString text = tr("The program has ended before %1 was saved. The last changes are of %2.")
-                       .arg(name, QLocale().toString(recovery.time.toLocalTime(), QLocale::ShortFormat));
-    const QFileInfo file(recovery.projectPath);
-    if (file.exists() && file.lastModified() > recovery.time.toLocalTime())
-        text += QLatin1Char(' ') + tr("The file was changed after that.");
-    if (!recovery.leftOut.isEmpty())
-        text +=
-            QStringLiteral("\n\n") +
-            tr("This of it cannot be and is left out: %1")
-                .arg(recovery.leftOut.mid(0, mostLeftOut).join(QStringLiteral("; "))) +
-            (recovery.leftOut.size() > mostLeftOut ? QStringLiteral("; ... (%1)").arg(recovery.leftOut.size())
-                                                   : QString());
-    Question box(window, tr("Recover project"), text);
-    const QAbstractButton* recover = box.addButton(tr("&Recover"), QMessageBox::AcceptRole);
-    const QAbstractButton* discard = box.addButton(tr("&Throw away"), QMessageBox::DestructiveRole);
-    box.addButton(tr("Ask again later"), QMessageBox::RejectRole);
-    const QAbstractButton* answer = box.Ask();
-    if (answer == discard)
-        AxDropRecovery(recovery);
-    if (answer != recover)
-        return false;
-    Recover(recovery);
-    return true;
-}
-
-void ProjectSession::Recover(AxRecovery& recovery)
-{
-    bool isCopy = false;
-    const bool hasFile = !recovery.projectPath.isEmpty();
-    const bool isOwn = hasFile && TakeLock(recovery.projectPath, isCopy) && !isCopy;
-    path = isOwn ? recovery.projectPath : QString();
-    contents = ContentsOf(path); // whoever changed it after the crash was told of in the question
-    copyOf = hasFile && !isOwn ? QFileInfo(recovery.projectPath).completeBaseName() : QString();
-    ShowProject(recovery.project);
-    journal->Begin(path, hasFile ? AxReadProject(recovery.projectPath).project : AxProject());
-    journal->LookNow();
-    // Only when it is kept once more.
-    const bool isKept = !journal->IsModified() || journal->Flush(recoveredMs);
-    ShowTitle();
-    emit Told(tr("Recovered; nothing of it is saved yet."));
-    if (isKept && !recovery.leftOut.isEmpty()) {
-        // It stays for whoever can make more of it, but is not offered again.
-        const QString kept = recovery.file + QStringLiteral(".damaged");
-        if (QFile::rename(recovery.file, kept))
-            emit Told(tr("Recovered; nothing of it is saved yet. What was left out is kept in %1.")
-                          .arg(Shown(kept)));
-    } else if (isKept) {
-        AxDropRecovery(recovery);
-    }
 }
 
 void ProjectSession::OpenRecent(const QString& file)

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <QString>
 
@@ -11,6 +12,7 @@
 #include <memory>
 
 class AxProjectJournal;
+struct AxProjectRead;
 class CAxEarthViewer;
 class QAction;
 class QMenu;
@@ -47,6 +49,11 @@ public:
     /// The window closes: nothing is left to be recovered.
     void End();
 
+    /// A text of the host's that goes with the project, by a name of its own: `look` tells it, `show` gets
+    /// that of a project that is about to be shown. Empty for nothing. Both on the GUI thread.
+    void KeepValue(const QString& name, std::function<QString()> look,
+                   std::function<void(const QString&)> show);
+
     /// Another reason not to leave, asked whenever it matters.
     void SetReasonToStay(std::function<QString()> reason) { reasonToStay = std::move(reason); }
 
@@ -63,7 +70,8 @@ private:
     void ChooseFile();
     bool Save();
     bool SaveAs();
-    bool SaveTo(const QString& file);
+    /// `wanted` is the lock of the file, null where it is held already; it is taken over with success.
+    bool SaveTo(const QString& file, std::unique_ptr<AxProjectLock> wanted = nullptr);
     /// Whether the file may be written although somebody else has changed it since it was opened here.
     enum class Overwrite
     {
@@ -75,11 +83,18 @@ private:
     bool MayReplace(const QString& otherwise, const QString& go);
     /// False when another program has it and the pilot gives up; `isCopy` when he opens it all the same.
     bool TakeLock(const QString& file, bool& isCopy);
+    static QString TakeOverText(const AxProjectLock& taken);
+    bool TakeOver(AxProjectLock& taken, const QString& file, const QString& title);
+    bool MayTake(AxProjectLock& wanted, const QString& file); ///< for saving under that name
+    bool OpenRest(const QString& file, const AxProjectRead& look);
+    AxProject Look() const;
     void ShowProject(const AxProject& project);
     void OfferRecoveries();
     bool Offer(AxRecovery& recovery);
     void Recover(AxRecovery& recovery);
     void OpenRecent(const QString& file);
+    /// A hash of them; empty when the file cannot be read.
+    static QByteArray ContentsOf(const QString& path);
     void ShowTitle();
     void Warn(const QString& title, const QString& text);
     QString Name() const;
@@ -90,12 +105,18 @@ private:
     QString recoveryFolder;
     bool isUnattended;
     std::function<QString()> reasonToStay;
+    struct KeptValue
+    {
+        std::function<QString()> look;
+        std::function<void(const QString&)> show;
+    };
+    QMap<QString, KeptValue> keptValues;
     AxProject rest; ///< of the file, what nothing shows
     AxProjectJournal* journal;
     std::unique_ptr<AxProjectLock> lock;
     QString path;        ///< empty: it has never been saved under a name that is this program's
     QString copyOf;      ///< that file's name
-    QByteArray contents; ///< a hash of those of the file, when it was opened or saved
+    QByteArray contents; ///< as ContentsOf() told when the file was opened or saved
     RecentProjects* recent;
     QList<QAction*> actions;
     QString windowTitle; ///< without the project

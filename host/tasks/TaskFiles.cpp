@@ -1,4 +1,5 @@
 #include "host/tasks/TaskFiles.h"
+#include "host/files/SaveBox.h"
 #include "host/tasks/PlanWarnings.h"
 
 #include <AxBaseUI/CAxMessageBox.h>
@@ -10,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QRegularExpression>
 
 namespace {
 /// Larger than any mission is; what is larger is not read into memory.
@@ -30,19 +30,20 @@ struct Row
 {
     Format format;
     QString filter;
-    QString suffix;
+    QStringList suffixes;
 };
 
 QList<Row> Formats()
 {
     return {
-        {Format::Survey, TaskFiles::tr("QGroundControl survey (*.plan)"), QStringLiteral("plan")},
-        {Format::Plan, TaskFiles::tr("QGroundControl waypoints (*.plan)"), QStringLiteral("plan")},
-        {Format::Wpl, TaskFiles::tr("Mission text QGC WPL 110 (*.waypoints *.txt)"),
-         QStringLiteral("waypoints")},
-        {Format::Kml, TaskFiles::tr("KML (*.kml)"), QStringLiteral("kml")},
-        {Format::Csv, TaskFiles::tr("CSV table (*.csv)"), QStringLiteral("csv")},
-        {Format::GeoJson, TaskFiles::tr("GeoJSON (*.geojson)"), QStringLiteral("geojson")},
+        {Format::Survey, TaskFiles::tr("QGroundControl survey (*.plan)"), {QStringLiteral("plan")}},
+        {Format::Plan, TaskFiles::tr("QGroundControl waypoints (*.plan)"), {QStringLiteral("plan")}},
+        {Format::Wpl,
+         TaskFiles::tr("Mission text QGC WPL 110 (*.waypoints *.txt)"),
+         {QStringLiteral("waypoints"), QStringLiteral("txt")}},
+        {Format::Kml, TaskFiles::tr("KML (*.kml)"), {QStringLiteral("kml")}},
+        {Format::Csv, TaskFiles::tr("CSV table (*.csv)"), {QStringLiteral("csv")}},
+        {Format::GeoJson, TaskFiles::tr("GeoJSON (*.geojson)"), {QStringLiteral("geojson")}},
     };
 }
 
@@ -102,42 +103,27 @@ AxExported Write(Format format, const ShownPlan& shown, const QString& name,
     written.notes.removeDuplicates();
     return written;
 }
-
-// Without what file systems do not allow in names.
-QString FileNameOf(const QString& name)
-{
-    QString file = name;
-    file.replace(QRegularExpression(QStringLiteral("[\\\\/:*?\"<>|\\x00-\\x1f]")), QStringLiteral("_"));
-    return file;
-}
 } // namespace
 
 QString TaskFiles::Export(QWidget* window, const Wanted& wanted)
 {
     QList<Row> formats;
-    QStringList filters;
+    QList<SaveBox::Kind> kinds;
     for (const Row& row : Formats()) {
         if (row.format == Format::Survey && !wanted.isWholeArea)
             continue;
         formats += row;
-        filters += row.filter;
+        kinds += SaveBox::Kind{row.filter, row.suffixes};
     }
-    const auto chosen = [&](const QString& filter) { return formats[qMax(0, filters.indexOf(filter))]; };
-    QFileDialog dialog(window, tr("Export route"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(filters);
-    dialog.setDefaultSuffix(formats.constFirst().suffix);
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
-                     [&](const QString& filter) { dialog.setDefaultSuffix(chosen(filter).suffix); });
-    dialog.selectFile(FileNameOf(wanted.name));
-    if (dialog.exec() != QDialog::Accepted)
+    const auto chosen = SaveBox::Ask(window, tr("Export route"), {}, wanted.name, kinds);
+    if (!chosen)
         return {};
-    const QString file = dialog.selectedFiles().constFirst();
+    const QString file = chosen->file;
     QString error;
     const std::shared_ptr<const ShownPlan> shown = wanted.route(error);
     AxExported written;
     if (shown) {
-        const Format format = chosen(dialog.selectedNameFilter()).format;
+        const Format format = formats[chosen->kind].format;
         if (!IsWanted(window, format, *shown))
             return {};
         written = Write(format, *shown, wanted.name, wanted.fixed);

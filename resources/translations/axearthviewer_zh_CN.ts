@@ -744,10 +744,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>打开</translation>
     </message>
     <message>
-        <source>An earlier version of the program has written this project. It stays as it is until you save it; the earlier version cannot read it then.</source>
-        <translation>此项目由较早版本的程序写成。保存之前它保持不变；保存之后较早的版本将无法读取它。</translation>
-    </message>
-    <message>
         <source>Opened %1</source>
         <translation>已打开 %1</translation>
     </message>
@@ -816,10 +812,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>恢复项目</translation>
     </message>
     <message>
-        <source>A program has ended before it saved its project, and what it left cannot be read. %1 It is kept as %2.</source>
-        <translation>程序在保存项目之前已退出，其留下的内容无法读取。%1 该内容保留为 %2。</translation>
-    </message>
-    <message>
         <source>The program has ended before %1 was saved. The last changes are of %2.</source>
         <translation>程序在保存 %1 之前已退出。最后的更改时间为 %2。</translation>
     </message>
@@ -854,6 +846,54 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>OK</source>
         <translation>确定</translation>
+    </message>
+    <message>
+        <source>An earlier version of the program has written this project. When you save it, the file of that version is kept beside it.</source>
+        <translation>此工程由程序的较早版本写入。保存时，该版本的文件会保留在旁边。</translation>
+    </message>
+    <message>
+        <source>Saved %1; the file of the earlier version is kept as %2</source>
+        <translation>已保存 %1；较早版本的文件保留为 %2</translation>
+    </message>
+    <message>
+        <source>Open the &amp;rest as a copy</source>
+        <translation>将其余部分作为副本打开(&amp;R)</translation>
+    </message>
+    <message>
+        <source>The rest of %1 is open as a copy; the file stays as it is.</source>
+        <translation>%1 的其余部分已作为副本打开；文件保持原样。</translation>
+    </message>
+    <message>
+        <source>&amp;Take over</source>
+        <translation>接管(&amp;T)</translation>
+    </message>
+    <message>
+        <source>If that program has ended without an end, because its computer lost its power for one, you can take the project over. If it is still running, one of both undoes what the other saves.</source>
+        <translation>如果那个程序已非正常结束（例如其计算机断电），您可以接管此工程。如果它仍在运行，一方保存的内容会被另一方撤销。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be taken over: %2 still has it.</source>
+        <translation>无法接管 %1：%2 仍在使用它。</translation>
+    </message>
+    <message>
+        <source>A drawing is not finished. Save ends it, and keeps it where it is a shape already.</source>
+        <translation>有一个图形尚未绘制完成。保存会结束绘制，已成形的予以保留。</translation>
+    </message>
+    <message>
+        <source>A program has ended before it saved its project, and what it left cannot be read. %1</source>
+        <translation>某个程序在保存工程之前就结束了，其留下的内容无法读取。%1</translation>
+    </message>
+    <message>
+        <source>It is kept as %1.</source>
+        <translation>它保留为 %1。</translation>
+    </message>
+    <message>
+        <source>It cannot be put aside either, and is told again at the next start.</source>
+        <translation>也无法将其移开，下次启动时会再次提示。</translation>
+    </message>
+    <message>
+        <source>Recovered; nothing of it is saved yet. What was left out is offered again at the next start, because %1 cannot be put aside.</source>
+        <translation>已恢复；尚未保存任何内容。由于无法移开 %1，略去的部分会在下次启动时再次提供。</translation>
     </message>
 </context>
 <context>
@@ -4325,7 +4365,7 @@ Heights are above the ellipsoid.</source>
     </message>
 </context>
 <context>
-    <name>GeoExchange</name>
+    <name>SaveBox</name>
     <message>
         <source>Replace</source>
         <translation>替换</translation>
@@ -4334,6 +4374,9 @@ Heights are above the ellipsoid.</source>
         <source>%1 is there already. Do you want to replace it?</source>
         <translation>%1 已存在。要替换它吗？</translation>
     </message>
+</context>
+<context>
+    <name>GeoExchange</name>
     <message>
         <source>KML (*.kml)</source>
         <translation>KML (*.kml)</translation>

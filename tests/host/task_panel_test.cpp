@@ -134,7 +134,16 @@ TEST_F(TasksOnMap, ARouteIsWhatItsRecordsSayWhoeverChangesThem)
          [] { return Drawn()->GetHomePoint().y() == 0.03; }},
         {"no home", [] { Block()->SetHomePosition({}, false); },
          [] { return Drawn()->GetHomePoint().isNull(); }},
-        {"hidden", [&] { routes.SetShown(blockID, taskID, false); }, [] { return !Drawn(); }},
+        {"hidden, as a project keeps it",
+         [&] {
+             routes.SetShown(blockID, taskID, false);
+             const QString kept = routes.Hidden();
+             routes.SetHidden(QStringLiteral("no list"));
+             EXPECT_TRUE(routes.IsShown(blockID, taskID)) << "of the next project";
+             routes.SetHidden(kept);
+             EXPECT_FALSE(routes.IsShown(blockID, taskID));
+         },
+         [] { return !Drawn(); }},
         {"shown", [&] { routes.SetShown(blockID, taskID, true); }, [] { return North() > 0.015; }},
         {"a wind that nobody flies in",
          [] { Block()->GetTaskPara()->GetExtendedTaskParam()->SetWind(49.0, 0.0); },
