@@ -317,6 +317,7 @@ void MarkPanel::Import(const QString& file)
 {
     AxGeoReadOptions options;
     options.mostBytes = mostBytes;
+    options.arePointsWanted = true;
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const AxGeoContent content = AxReadGeoFile(file, options);
     QApplication::restoreOverrideCursor();
@@ -336,10 +337,11 @@ void MarkPanel::Import(const QString& file)
     if (!content.notes.isEmpty())
         Warn(title, tr("%1 is imported.").arg(name), content.notes);
     const int others = content.shapes.size() - added.size();
-    emit Told(others > 0 ? tr("%1 marks were imported; %2 areas, lines and circles are none.")
-                               .arg(added.size())
-                               .arg(others)
-                         : tr("%1 marks were imported.").arg(added.size()));
+    const QString told = others > 0 ? tr("%1 marks were imported; %2 areas, lines and circles are none.")
+                                          .arg(added.size())
+                                          .arg(others)
+                                    : tr("%1 marks were imported.").arg(added.size());
+    emit Told(told + QLatin1Char(' ') + tr("Coordinate system: %1.").arg(content.coordinateSystem));
 }
 
 void MarkPanel::ChooseExport()

@@ -1440,6 +1440,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>CAxOsgDrawLine</name>
     <message>
+        <source>The line had such a short leg here before. &quot;Simplify&quot; in the menu of the block leaves vertices out, and the box of a vertex deletes it.</source>
+        <translation>此线在这里原来就有过短的线段。可用测区菜单中的“简化”去除顶点，或在顶点对话框中删除顶点。</translation>
+    </message>
+    <message>
         <source>Block Information</source>
         <translation>测区信息</translation>
     </message>
@@ -1478,10 +1482,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Change widths</source>
         <translation>修改宽度</translation>
-    </message>
-    <message>
-        <source>The line had such a short leg here before. &quot;Simplify&quot; in the menu of the block leaves vertices out, and the box of a vertex deletes it.</source>
-        <translation>此线在这里原来就有过短的线段。可用测区菜单中的“简化”去除顶点，或在顶点对话框中删除顶点。</translation>
     </message>
     <message>
         <source>The line has no band of %1 %3 and %2 %3.</source>
@@ -1536,6 +1536,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>CAxHandleAdapter</name>
     <message>
+        <source>area %1, width %2</source>
+        <translation>面积 %1，宽度 %2</translation>
+    </message>
+    <message>
         <source>Change</source>
         <translation>修改</translation>
     </message>
@@ -1574,10 +1578,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>, </source>
         <translation>、</translation>
-    </message>
-    <message>
-        <source>area %1, width %2</source>
-        <translation>面积 %1，宽度 %2</translation>
     </message>
     <message>
         <source>length %1</source>
@@ -2716,6 +2716,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Zones</source>
         <translation>禁飞区</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a number. Decimals are written with a point.</source>
+        <translation>“%1”不是数字。小数用点书写。</translation>
     </message>
 </context>
 <context>
@@ -3945,6 +3949,10 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>AxBlockOperations</name>
     <message>
+        <source>Blocks that were not changed: %1 of %2</source>
+        <translation>未更改的测区：%1 / %2</translation>
+    </message>
+    <message>
         <source>Block Information</source>
         <translation>测区信息</translation>
     </message>
@@ -3987,10 +3995,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is being edited.</source>
         <translation>%1 正在编辑中。</translation>
-    </message>
-    <message>
-        <source>Blocks that were not changed: %1 of %2</source>
-        <translation>未更改的测区：%1 / %2</translation>
     </message>
     <message>
         <source>This is not possible with a block of the kind of %1.</source>
@@ -4094,6 +4098,22 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>BlockMenu</name>
     <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>%1: %2 blocks</source>
+        <translation>%1：%2 个测区</translation>
+    </message>
+    <message>
+        <source>Split</source>
+        <translation>分割</translation>
+    </message>
+    <message>
+        <source>This is for one block, and %1 are selected.</source>
+        <translation>此操作只用于一个测区，当前选中了 %1 个。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; is not a number between %2 and %3. Decimals are written with a point.</source>
         <translation>“%1”不是 %2 到 %3 之间的数字。小数请使用小数点。</translation>
     </message>
@@ -4136,22 +4156,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>&amp;Grow or shrink...</source>
         <translation>扩展或收缩(&amp;G)...</translation>
-    </message>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
-    </message>
-    <message>
-        <source>%1: %2 blocks</source>
-        <translation>%1：%2 个测区</translation>
-    </message>
-    <message>
-        <source>Split</source>
-        <translation>分割</translation>
-    </message>
-    <message>
-        <source>This is for one block, and %1 are selected.</source>
-        <translation>此操作只用于一个测区，当前选中了 %1 个。</translation>
     </message>
     <message>
         <source>Grow or shrink</source>
@@ -4256,6 +4260,14 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>GeoImportBox</name>
     <message>
+        <source>Area of an application</source>
+        <translation>申请区域</translation>
+    </message>
+    <message>
+        <source>Together at least %1 %2</source>
+        <translation>合计至少 %1 %2</translation>
+    </message>
+    <message>
         <source>%1, beginning at longitude %2°, latitude %3°</source>
         <translation>%1，起点经度 %2°，纬度 %3°</translation>
     </message>
@@ -4298,14 +4310,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1; shapes: %2; coordinate system: %3</source>
         <translation>%1；图形：%2 个；坐标系：%3</translation>
-    </message>
-    <message>
-        <source>Area of an application</source>
-        <translation>申请区域</translation>
-    </message>
-    <message>
-        <source>Together at least %1 %2</source>
-        <translation>合计至少 %1 %2</translation>
     </message>
     <message>
         <source>Tick all</source>
@@ -4377,6 +4381,18 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>GeoExchange</name>
+    <message>
+        <source>&quot;%1&quot; is the area of an application, which a drawing cannot say, and was left out.</source>
+        <translation>“%1”是申请区域，图纸无法表示，已略过。</translation>
+    </message>
+    <message>
+        <source>Blocks are put on the map...</source>
+        <translation>正在将测区放到地图上…</translation>
+    </message>
+    <message>
+        <source>The import was given up, and the map is as it was.</source>
+        <translation>已放弃导入，地图保持原样。</translation>
+    </message>
     <message>
         <source>KML (*.kml)</source>
         <translation>KML (*.kml)</translation>
@@ -4605,6 +4621,10 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>MarkPanel</name>
+    <message>
+        <source>Coordinate system: %1.</source>
+        <translation>坐标系：%1。</translation>
+    </message>
     <message>
         <source>KML (*.kml)</source>
         <translation>KML (*.kml)</translation>
@@ -5369,6 +5389,10 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>AxMapLayers</name>
+    <message>
+        <source>The map is not loaded yet.</source>
+        <translation>地图尚未加载。</translation>
+    </message>
     <message>
         <source>&quot;%1&quot; cannot be shown: %2</source>
         <translation>“%1”无法显示：%2</translation>

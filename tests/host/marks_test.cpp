@@ -87,7 +87,9 @@ TEST_F(MarkPanels, FilesBringBackWhatWasWritten)
             EXPECT_NEAR(read[i].longitude, before[i].longitude, 1e-7) << name;
             EXPECT_NEAR(read[i].latitude, before[i].latitude, 1e-7) << name;
         }
+        const int told = box.count;
         panel.Import(file);
+        EXPECT_EQ(box.count, told) << name << ": there is nothing to tell of points";
         EXPECT_EQ(Set()->Marks().size(), 4);
         EXPECT_NE(Set()->Marks()[2].name, before[0].name);
         viewer->GetUndoStack()->undo();

@@ -59,6 +59,9 @@ struct AxGeoReadOptions
     /// The coordinate system of a file that names none: "EPSG:32725", WKT or a PROJ string. Without one such
     /// a file is read as WGS 84 if its coordinates can be degrees, which a note tells, and else refused.
     QString assumedSystem;
+    /// Whether the caller wants points and tells in which system they are: it need not hear that rows of a
+    /// table are points, or that WGS 84 is assumed for them.
+    bool arePointsWanted = false;
     /// Rings and lines of more points are simplified: by so many metres, or by as many more as it takes.
     int mostPoints = 10000;
     double tolerance = 1.0;

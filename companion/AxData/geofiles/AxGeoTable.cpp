@@ -162,12 +162,12 @@ bool AxReadGeoTable(OGRLayer& table, const QString& fileName, const AxGeoReadOpt
     }
     if (!close())
         return false;
-    if (points > 0)
+    if (points > 0 && !options.arePointsWanted)
         content.notes +=
             AX_GEO_TEXT("Rows of the table that are points: %1. Rows with \"area\" or \"line\" in a column "
                         "\"kind\" and the same name make one shape.")
                 .arg(points);
-    if (system->IsGuessed() && !content.shapes.isEmpty())
+    if (system->IsGuessed() && !content.shapes.isEmpty() && !options.arePointsWanted)
         content.notes +=
             AX_GEO_TEXT("The file does not say which coordinate system it uses; WGS 84 is assumed.");
     return true;
