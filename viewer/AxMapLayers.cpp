@@ -51,11 +51,107 @@ template <typename Layer> osg::ref_ptr<Layer> Opened(const QString& file, QStrin
 }
 } // namespace
 
+/// Tells of every change of the map and its layers. Others than this list change them, too: a viewshed is a
+/// layer, and names of places come and go with the height of the view.
+class AxMapLayers::Watch : public osgEarth::MapCallback
+{
+public:
+    Watch(AxMapLayers& owner, osgEarth::Map& map)
+        : layers(owner), ofPictures(new OfPictures(owner)), ofFeatures(new OfFeatures(owner))
+    {
+        osgEarth::ImageLayerVector pictures;
+        osgEarth::ModelLayerVector features;
+        map.getImageLayers(pictures);
+        map.getModelLayers(features);
+        for (const auto& layer : pictures)
+            layer->addCallback(ofPictures);
+        for (const auto& layer : features)
+            layer->addCallback(ofFeatures);
+        map.addMapCallback(this);
+    }
+
+    void End(osgEarth::Map& map)
+    {
+        osgEarth::ImageLayerVector pictures;
+        osgEarth::ModelLayerVector features;
+        map.getImageLayers(pictures);
+        map.getModelLayers(features);
+        for (const auto& layer : pictures)
+            layer->removeCallback(ofPictures);
+        for (const auto& layer : features)
+            layer->removeCallback(ofFeatures);
+        map.removeMapCallback(this);
+    }
+
+    void onMapModelChanged(const osgEarth::MapModelChange& change) override
+    {
+        using Change = osgEarth::MapModelChange;
+        switch (change.getAction()) {
+        case Change::ADD_IMAGE_LAYER:
+            change.getImageLayer()->addCallback(ofPictures);
+            break;
+        case Change::ADD_MODEL_LAYER:
+            change.getModelLayer()->addCallback(ofFeatures);
+            break;
+        case Change::REMOVE_IMAGE_LAYER:
+            layers.added.remove(change.getImageLayer()->getUID());
+            change.getImageLayer()->removeCallback(ofPictures);
+            break;
+        case Change::REMOVE_MODEL_LAYER:
+            change.getModelLayer()->removeCallback(ofFeatures);
+            break;
+        case Change::REMOVE_ELEVATION_LAYER:
+            layers.added.remove(change.getElevationLayer()->getUID());
+            break;
+        case Change::BEGIN_BATCH_UPDATE:
+        case Change::END_BATCH_UPDATE:
+            return;
+        default:
+            break;
+        }
+        emit layers.changed();
+        if (change.getElevationLayer())
+            emit layers.groundChanged();
+    }
+
+private:
+    struct OfPictures : public osgEarth::ImageLayerCallback
+    {
+        explicit OfPictures(AxMapLayers& owner) : layers(owner) {}
+        void onVisibleChanged(osgEarth::TerrainLayer*) override { emit layers.changed(); }
+        void onOpacityChanged(ImageLayer*) override { emit layers.changed(); }
+        AxMapLayers& layers;
+    };
+    struct OfFeatures : public osgEarth::ModelLayerCallback
+    {
+        explicit OfFeatures(AxMapLayers& owner) : layers(owner) {}
+        void onVisibleChanged(ModelLayer*) override { emit layers.changed(); }
+        void onOpacityChanged(ModelLayer*) override { emit layers.changed(); }
+        AxMapLayers& layers;
+    };
+
+    AxMapLayers& layers;
+    const osg::ref_ptr<OfPictures> ofPictures;
+    const osg::ref_ptr<OfFeatures> ofFeatures;
+};
+
+AxMapLayers::AxMapLayers() = default;
+
+AxMapLayers::~AxMapLayers()
+{
+    if (watch)
+        watch->End(*map);
+}
+
 void AxMapLayers::SetMap(osgEarth::Map* shown)
 {
+    if (watch)
+        watch->End(*map);
     map = shown;
+    watch = map ? new Watch(*this, *map) : nullptr;
     added.clear();
     emit changed();
+    emit groundChanged();
 }
 
 QList<AxMapLayer> AxMapLayers::All() const
@@ -103,7 +199,6 @@ bool AxMapLayers::SetVisible(int id, bool visible)
         features->setVisible(visible);
     else
         return false;
-    emit changed();
     return true;
 }
 
@@ -118,41 +213,67 @@ bool AxMapLayers::SetOpacity(int id, double opacity)
         features->setOpacity(wanted);
     else
         return false;
-    emit changed();
     return true;
+}
+
+bool AxMapLayers::hasMap(QString* why) const
+{
+    if (!map && why)
+        *why = tr("The map is not loaded yet.");
+    return map != nullptr;
+}
+
+int AxMapLayers::shownAgain(const QString& file, AxMapLayer::Kind kind)
+{
+    const QString path = QFileInfo(file).canonicalFilePath();
+    for (auto one = added.cbegin(); !path.isEmpty() && one != added.cend(); ++one) {
+        const int id = one.key();
+        const bool isOfKind = kind == AxMapLayer::Kind::Image ? map->getImageLayerByUID(id) != nullptr
+                                                              : map->getElevationLayerByUID(id) != nullptr;
+        if (isOfKind && one.value() == path) {
+            SetVisible(id, true);
+            return id;
+        }
+    }
+    return 0;
 }
 
 int AxMapLayers::AddImage(const QString& file, QString* why)
 {
-    const osg::ref_ptr<ImageLayer> layer = map ? Opened<ImageLayer>(file, why) : nullptr;
+    if (!hasMap(why))
+        return 0;
+    if (const int known = shownAgain(file, AxMapLayer::Kind::Image))
+        return known;
+    const osg::ref_ptr<ImageLayer> layer = Opened<ImageLayer>(file, why);
     if (!layer)
         return 0;
+    added[layer->getUID()] = QFileInfo(file).canonicalFilePath();
     map->addImageLayer(layer);
-    added.insert(layer->getUID());
-    emit changed();
     return layer->getUID();
 }
 
 int AxMapLayers::AddElevation(const QString& file, QString* why)
 {
-    const osg::ref_ptr<ElevationLayer> layer = map ? Opened<ElevationLayer>(file, why) : nullptr;
+    if (!hasMap(why))
+        return 0;
+    if (const int known = shownAgain(file, AxMapLayer::Kind::Elevation))
+        return known;
+    const osg::ref_ptr<ElevationLayer> layer = Opened<ElevationLayer>(file, why);
     if (!layer)
         return 0;
+    added[layer->getUID()] = QFileInfo(file).canonicalFilePath();
     map->addElevationLayer(layer);
-    added.insert(layer->getUID());
-    emit changed();
     emit elevationAdded(QString::fromStdString(layer->getName()), file);
     return layer->getUID();
 }
 
 bool AxMapLayers::Remove(int id)
 {
-    if (!map || !added.remove(id))
+    if (!map || !added.contains(id))
         return false;
     if (ImageLayer* picture = map->getImageLayerByUID(id))
         map->removeImageLayer(picture);
-    else if (ElevationLayer* heights = map->getElevationLayerByUID(id))
-        map->removeElevationLayer(heights);
-    emit changed();
+    else
+        map->removeElevationLayer(map->getElevationLayerByUID(id));
     return true;
 }

@@ -4,10 +4,10 @@
 #include <osg/ref_ptr>
 #include <osgEarth/Map>
 
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QRectF>
-#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -43,7 +43,8 @@ class AXEARTHVIEWER_EXPORT AxMapLayers : public QObject
 {
     Q_OBJECT
 public:
-    AxMapLayers() = default;
+    AxMapLayers();
+    ~AxMapLayers() override;
     /// For the viewer, once it has read its map.
     void SetMap(osgEarth::Map* shown);
 
@@ -55,19 +56,28 @@ public:
     bool SetOpacity(int id, double opacity);
     /// Puts the pictures, or the heights in metres, of a file that GDAL opens over the others of their kind.
     /// 0, with the reason in `why` and nothing changed, for a file that cannot be opened or is not placed on
-    /// the globe. Heights count as the map's own do.
+    /// the globe, and before the map is loaded. Heights count as the map's own do. A file that was added in
+    /// the same way before is not put there twice: its layer is shown, and its ID given.
     int AddImage(const QString& file, QString* why = nullptr);
     int AddElevation(const QString& file, QString* why = nullptr);
     /// False for a layer that was not added here.
     bool Remove(int id);
 
 signals:
-    /// A layer was added, removed, shown, hidden or faded.
+    /// A layer was added, removed, moved, shown, hidden or faded, whoever did it.
     void changed();
+    /// The ground is another one: heights were added, removed, moved, shown or hidden, whoever did it. What
+    /// was read of the former ground does not hold any more.
+    void groundChanged();
     /// Heights were added: the layer's name and its file.
     void elevationAdded(const QString& name, const QString& file);
 
 private:
+    class Watch;
+    bool hasMap(QString* why) const;
+    int shownAgain(const QString& file, AxMapLayer::Kind kind);
+
     osg::ref_ptr<osgEarth::Map> map;
-    QSet<int> added;
+    osg::ref_ptr<Watch> watch;
+    QHash<int, QString> added; ///< their files
 };

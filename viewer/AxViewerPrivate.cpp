@@ -93,8 +93,10 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(layers.get(), &AxMapLayers::elevationAdded, q, &CAxEarthViewer::signalElevationLayer);
     measurements = std::make_unique<AxMeasurements>(*this, objects);
     AxAddMeasureTools(objects.Factories(), *measurements);
-    // Their ground may be another one.
-    connect(layers.get(), &AxMapLayers::changed, measurements.get(), &AxMeasurements::MeasureAgain);
+    connect(layers.get(), &AxMapLayers::groundChanged, measurements.get(), &AxMeasurements::MeasureAgain);
+    // Not given again: of several viewers that would make this the one that gives them.
+    connect(layers.get(), &AxMapLayers::groundChanged, CAxControl::GetInstance(),
+            &CAxControl::planBasisChanged);
     objects.Factories().SetOwn(
         ToolMeasurePlane, [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
             auto* plane = new CAxMeasurePlane(earth, parent, *measurements);
@@ -384,6 +386,8 @@ void AxViewerPrivate::addGroups()
 
 void AxViewerPrivate::shutDown()
 {
+    // Viewsheds are layers, and go below.
+    layers->blockSignals(true);
     groundRequests.reset();
     sightAnalysis.reset();
     measurements->Close();

@@ -1,8 +1,10 @@
 // The viewer as the map that it shows: its ground and its coordinate systems.
+#include "scene/base/AxLongitudes.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxMapLayers.h"
 #include "viewer/AxViewerPrivate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -10,6 +12,15 @@ double CAxEarthViewer::GetElevation(double longitude, double latitude) const
 {
     constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
     if (!d->mapNode || !std::isfinite(longitude) || !(std::abs(latitude) <= 90.0))
+        return unknown;
+    longitude = AxLongitudes::Normalized(longitude);
+    // The ground that is drawn has a height everywhere: that of the ellipsoid beside all data.
+    osgEarth::ElevationLayerVector layers;
+    d->map->getElevationLayers(layers);
+    const auto covers = [longitude, latitude](const auto& layer) {
+        return layer->getVisible() && layer->isOpen() && layer->getDataExtent().contains(longitude, latitude);
+    };
+    if (std::none_of(layers.begin(), layers.end(), covers))
         return unknown;
     QList<osg::Vec3d> place = {osg::Vec3d(longitude, latitude, unknown)};
     d->GetElevations(place);

@@ -1,6 +1,7 @@
 #include "host/measure/MeasureProfile.h"
 #include "analysis/AxMapHeights.h"
 #include "host/tasks/ProfilePlot.h"
+#include "viewer/AxMapLayers.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUnits.h>
@@ -54,6 +55,7 @@ MeasureProfile::MeasureProfile(CAxEarthViewer* earthViewer, QWidget* parent)
     column->addWidget(plot, 1);
     connect(plot, &ProfilePlot::Pointed, this, &MeasureProfile::OnPointed);
     connect(plot, &ProfilePlot::Left, this, &MeasureProfile::OnLeft);
+    connect(viewer->GetMapLayers(), &AxMapLayers::groundChanged, this, &MeasureProfile::ReadAgain);
     connect(viewer, &QObject::destroyed, &work, [this] { work.CallOff(); });
     Show({});
 }
@@ -71,6 +73,11 @@ void MeasureProfile::Show(const AxMeasurement& measurement)
         return;
     shownID = measurement.id;
     path = std::move(points);
+    ReadAgain();
+}
+
+void MeasureProfile::ReadAgain()
+{
     isRead = false;
     work.CallOff();
     marker.Hide();

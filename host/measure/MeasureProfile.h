@@ -15,8 +15,8 @@ struct ProfileLine;
 
 /**
  * The heights of the ground along a measurement, as a plot: the place under the mouse in the plot is marked
- * on the map. Heights are read on another thread, from the finest of the viewer's map, while it is visible.
- * GUI thread; the viewer may go first.
+ * on the map. Heights are read on another thread, from the finest of the viewer's map, while it is visible,
+ * and anew when that has changed. GUI thread; the viewer may go first.
  */
 class MeasureProfile : public QWidget
 {
@@ -32,6 +32,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void ReadAgain();
     void Read();
     void OnRead(ProfileLine&& line);
     void OnPointed(int place);

@@ -83,13 +83,13 @@ void AxMeasurements::Take(AxMeasureAdapter* adapter)
         read(id);
 }
 
-void AxMeasurements::read(const QString& id)
+bool AxMeasurements::read(const QString& id)
 {
     const AxMeasurement* one = Find(id);
     const QPointer<AxMeasureAdapter> adapter = adapters.value(id);
     osgEarth::MapNode* const mapNode = parts.Scene().MapNode();
     if (!one || !adapter || !mapNode || isClosed)
-        return;
+        return false;
     if (!heights || readMap.get() != mapNode->getMap()) {
         readMap = mapNode->getMap();
         heights = std::make_shared<AxMapHeights>(mapNode->getMap());
@@ -110,6 +110,7 @@ void AxMeasurements::read(const QString& id)
         };
         QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
     });
+    return true;
 }
 
 void AxMeasurements::takeValues(const QString& id, const AxMeasuredValues& values)
@@ -127,9 +128,15 @@ void AxMeasurements::takeValues(const QString& id, const AxMeasuredValues& value
 
 void AxMeasurements::MeasureAgain()
 {
+    const QPointer<AxMeasurements> self(this);
     heights.reset();
-    for (const AxMeasurement& one : All())
-        read(one.id);
+    for (const AxMeasurement& told : All()) {
+        AxMeasurement* one = self ? find(told.id) : nullptr;
+        if (!one || !read(told.id))
+            continue;
+        one->isPending = true;
+        emit changed(told.id);
+    }
 }
 
 void AxMeasurements::WriteAgain()

@@ -48,7 +48,8 @@ public:
     /// Has these stand out on the map, and no others.
     void SetHighlighted(const QStringList& ids);
     QStringList Highlighted() const { return highlighted; } ///< as they were set last
-    /// Reads the ground anew for all of them: the map's heights are others now.
+    /// Reads the ground anew for all of them: the map's heights are others now. Until then they are pending,
+    /// with the former values.
     void MeasureAgain();
     /// Writes the texts on the map anew: the units are others now.
     void WriteAgain();
@@ -70,7 +71,7 @@ signals:
     void removed(QString id); ///< it is off the map and the list
 
 private:
-    void read(const QString& id);
+    bool read(const QString& id);
     void takeValues(const QString& id, const AxMeasuredValues& values);
     AxMeasurement* find(const QString& id);
     void endLeft();

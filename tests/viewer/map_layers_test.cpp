@@ -3,6 +3,14 @@
 
 #include "viewer/AxMapLayers.h"
 
+#include <AxData/CAxControl.h>
+
+#include <osgEarth/ImageLayer>
+#include <osgEarth/Map>
+#include <osgEarth/MapNode>
+#include <osgEarthDrivers/gdal/GDALOptions>
+
+#include <QFile>
 #include <QTemporaryDir>
 
 class MapLayers : public ProtocolFixture
@@ -78,6 +86,68 @@ TEST_F(MapLayers, TheFinestGroundIsToldWhateverIsLoaded)
     EXPECT_TRUE(viewer->GetMapLayers()->Remove(id));
     EXPECT_TRUE(std::isnan(viewer->GetElevation(20.0, 95.0)));
     EXPECT_TRUE(std::isfinite(viewer->GetElevation(20.0, 10.0)));
+    EXPECT_EQ(viewer->GetElevation(380.0, 10.0), viewer->GetElevation(20.0, 10.0));
     QObject::disconnect(listening);
     QObject::disconnect(told);
+}
+
+TEST_F(MapLayers, OthersHearOfAnotherGroundAndOfNothingElse)
+{
+    AxMapLayers& layers = *viewer->GetMapLayers();
+    int grounds = 0;
+    int plans = 0;
+    int lists = 0;
+    QObject receiver;
+    QObject::connect(&layers, &AxMapLayers::groundChanged, &receiver, [&] { ++grounds; });
+    QObject::connect(&layers, &AxMapLayers::changed, &receiver, [&] { ++lists; });
+    QObject::connect(CAxControl::GetInstance(), &CAxControl::planBasisChanged, &receiver, [&] { ++plans; });
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("heights.tif");
+    ASSERT_TRUE(QFile::copy(QString(AX_RESOURCES) + "/map/trinidad_90m_metres.tif", file));
+    int id = 0;
+    int world = 0;
+    osg::ref_ptr<osgEarth::ImageLayer> elsewhere;
+    for (const AxMapLayer& layer : layers.All())
+        if (layer.name == "World heights")
+            world = layer.id;
+    ASSERT_NE(world, 0);
+    const struct
+    {
+        const char* what;
+        std::function<void()> change;
+        bool isOther;
+    } cases[] = {
+        {"heights come", [&] { id = layers.AddElevation(file); }, true},
+        {"they are hidden", [&] { layers.SetVisible(id, false); }, true},
+        {"once more they are shown", [&] { EXPECT_EQ(layers.AddElevation(file), id); }, true},
+        {"they go although their file went before",
+         [&] { EXPECT_TRUE(QFile::remove(file) && layers.Remove(id)); }, true},
+        {"a picture comes", [&] { id = layers.AddImage(QString(AX_RESOURCES) + "/map/trinidad_relief.tif"); },
+         false},
+        {"it is faded", [&] { layers.SetOpacity(id, 0.3); }, false},
+        {"it goes", [&] { layers.Remove(id); }, false},
+        {"a layer of somebody else comes",
+         [&] {
+             osgEarth::Drivers::GDALOptions source;
+             source.url() = std::string(AX_RESOURCES) + "/map/trinidad_relief.tif";
+             elsewhere = new osgEarth::ImageLayer("elsewhere", source);
+             viewer->getMapNode()->getMap()->addImageLayer(elsewhere);
+         },
+         false},
+        {"it is hidden by whose it is", [&] { elsewhere->setVisible(false); }, false},
+        {"it goes again", [&] { viewer->getMapNode()->getMap()->removeImageLayer(elsewhere); }, false},
+        {"the heights of the whole world are hidden", [&] { layers.SetVisible(world, false); }, true},
+    };
+    for (const auto& one : cases) {
+        grounds = plans = lists = 0;
+        one.change();
+        EXPECT_EQ(grounds, one.isOther ? 1 : 0) << one.what;
+        EXPECT_EQ(plans, grounds) << one.what;
+        EXPECT_EQ(lists, 1) << one.what;
+    }
+    EXPECT_TRUE(std::isnan(viewer->GetElevation(20.0, 10.0))) << "no height is known there any more";
+    layers.SetVisible(world, true);
+    QString why;
+    EXPECT_EQ(AxMapLayers().AddImage("some.tif", &why), 0);
+    EXPECT_FALSE(why.isEmpty()) << "without a map";
 }

@@ -86,6 +86,11 @@ TEST_F(Measuring, ADistanceStaysOnTheMapAndIsNoBlock)
     EXPECT_EQ(viewer->GetToolType(), ToolMeasureDistance) << "who measures once measures again";
     EXPECT_TRUE(CursorText().empty());
 
+    kept->MeasureAgain();
+    EXPECT_TRUE(kept->All().first().isPending) << "a file must not get the values of the former ground";
+    EXPECT_EQ(changes, 2) << "lists hear of it";
+    EXPECT_EQ(Only().values.Of(AxQuantity::OverGround), one.values.Of(AxQuantity::OverGround));
+
     const unsigned shown = viewer->GetGeomAdapterGroup()->getNumChildren();
     EXPECT_GT(shown, 0u);
     EXPECT_TRUE(kept->Remove(one.id));
