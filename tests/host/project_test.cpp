@@ -14,8 +14,12 @@
 #include <QDropEvent>
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
+#include <QListView>
+#include <QMenu>
 #include <QMimeData>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QUndoStack>
 #include <QUrl>
 #include <QWidget>
@@ -69,6 +73,18 @@ protected:
         EXPECT_TRUE(AxWriteProject(path, project));
         return path;
     }
+    /// Writes a name into the box for files; the question whether to replace one comes while it is open.
+    static ModalBox::Answer Name(const QString& file)
+    {
+        return [file](QDialog& box) {
+            auto* line = box.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+            ASSERT_TRUE(line) << box.windowTitle().toStdString();
+            line->setText(file);
+            // Whoever types has nothing selected there any more.
+            box.findChild<QListView*>(QStringLiteral("listView"))->selectionModel()->clearSelection();
+            QTimer::singleShot(0, &box, [&box] { box.accept(); });
+        };
+    }
     static void Rename(const char* name)
     {
         CAxBlockManager::instance().GetBlock("id1")->SetBlockName(QLatin1String(name));
@@ -76,6 +92,7 @@ protected:
 
     QTemporaryDir folder;
     QWidget window;
+    QMenu menu;
     ModalBox boxes;
     QString told;
     std::unique_ptr<ProjectSession> session;
@@ -200,6 +217,88 @@ TEST_F(Project, ThatSomebodyElseHasChangedIsNotOverwrittenWithoutAQuestion)
     boxes.answers = {save};
     EXPECT_TRUE(session->MayLeave({}, {}, {}));
     EXPECT_EQ(boxes.count, before + 1) << "its own file";
+}
+
+TEST_F(Project, IsSavedUnderOtherNamesThatAreItsOwnThen)
+{
+    const QString path = Saved("a.axproject");
+    const QString yes = QStringLiteral("&Yes");
+    ASSERT_TRUE(session->Open(path));
+    AxProject others = Two();
+    others.marks.clear();
+    ASSERT_TRUE(AxWriteProject(path, others));
+    session->FillMenu(&menu);
+    QAction* saveAs = menu.actions()[4];
+    saveAs->setEnabled(true);
+    // Its own name, which is another program's now; on the way the pilot takes a third one.
+    boxes.answers = {Name(path), ModalBox::Press(yes), ModalBox::Press(QStringLiteral("Save &as...")),
+                     Name(folder.filePath("Field 1.2"))};
+    saveAs->trigger();
+    const QString whole = folder.filePath("Field 1.2.axproject");
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Field 1.2[*] - Host"));
+    EXPECT_TRUE(AxIsSameWork(AxReadProject(whole).project, Two()) && !QFile::exists(whole.chopped(10)));
+    AxProjectLock second;
+    EXPECT_EQ(second.Take(whole), AxProjectLock::Answer::Taken) << "two programs have it";
+    EXPECT_EQ(second.Take(path), AxProjectLock::Answer::Held);
+    const QString cancel = QStringLiteral("Cancel");
+    // What is there is replaced after a question, also where the point of the name hides it from the box.
+    const QString taken = Saved("Field 3.4.axproject", {});
+    boxes.answers = {Name(taken.chopped(10)), ModalBox::Press(cancel)};
+    saveAs->trigger();
+    EXPECT_TRUE(AxReadProject(taken).project.blocks.isEmpty());
+    EXPECT_TRUE(boxes.answers.isEmpty());
+}
+
+TEST_F(Project, OfAComputerThatIsGoneIsTakenOver)
+{
+    const QString path = Saved("a.axproject");
+    QFile left(path + QStringLiteral(".lock"));
+    ASSERT_TRUE(left.open(QIODevice::WriteOnly));
+    left.write("77\nAxGroundControl\nfield-laptop-of-a-test\n\n\n");
+    left.close();
+    boxes.answers = {ModalBox::Press(QStringLiteral("Cancel")),
+                     ModalBox::Press(QStringLiteral("&Take over"))};
+    EXPECT_FALSE(session->Open(path));
+    EXPECT_TRUE(boxes.texts.join(QLatin1Char(' ')).contains(QStringLiteral("field-laptop")));
+    ASSERT_TRUE(session->Open(path));
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("a[*] - Host"));
+}
+
+TEST_F(Project, WithAValueThatCannotBeIsOpenedWithoutIt)
+{
+    const QString path = Saved("a.axproject");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    ASSERT_TRUE(bytes.contains("[[11"));
+    ASSERT_TRUE(file.seek(0) && file.write(bytes.replace("[[11", "[[1x")) == bytes.size());
+    file.close();
+    boxes.answers = {ModalBox::Press(QStringLiteral("Cancel")),
+                     ModalBox::Press(QStringLiteral("Open the &rest as a copy"))};
+    EXPECT_FALSE(session->Open(path));
+    ASSERT_TRUE(session->Open(path));
+    EXPECT_TRUE(boxes.texts.join(QLatin1Char(' ')).contains(QStringLiteral("Block of 1")));
+    EXPECT_EQ(CAxBlockManager::instance().GetBlockList().size(), 1);
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Copy of a[*] - Host"));
+}
+
+TEST_F(Project, LeavesADrawingThatGoesOnUntilThePilotWantsToGo)
+{
+    viewer->SetToolType(ToolPolygonBlock);
+    CAxHandleAdapter* drawing = viewer->createShapeNode();
+    ASSERT_TRUE(drawing);
+    EXPECT_TRUE(session->MayLeave({}, {}, {})) << "without a corner";
+    viewer->SetToolType(ToolPolygonBlock);
+    drawing = viewer->createShapeNode();
+    drawing->slotPicked(osg::Vec3d(10.0, 0.0, 0.0), osg::Vec3d(1.0, 1.0, 1.0));
+    ASSERT_TRUE(ProjectOnMap::IsDrawing(*viewer));
+    boxes.answers = {ModalBox::Press(QStringLiteral("Cancel")),
+                     ModalBox::Press(QStringLiteral("&Discard changes"))};
+    EXPECT_FALSE(session->MayLeave({}, {}, {}));
+    EXPECT_TRUE(ProjectOnMap::IsDrawing(*viewer));
+    EXPECT_TRUE(session->MayLeave({}, {}, {}));
+    EXPECT_FALSE(ProjectOnMap::IsDrawing(*viewer));
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
 }
 
 TEST_F(Project, OfAProgramThatDiedIsOffered)
