@@ -19,6 +19,8 @@ SightPick::SightPick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(par
     connect(viewer->getManipulator(),
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
             &SightPick::OnMapClicked);
+    connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this,
+            [this] { EndWithoutTool(); });
     connect(viewer, &QObject::destroyed, this, [this] { Want(0); });
 }
 
@@ -47,18 +49,31 @@ void SightPick::Want(int clicks)
 bool SightPick::eventFilter(QObject* object, QEvent* event)
 {
     const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-    if (wanted == 0 || !isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
+    if (!isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
         return QObject::eventFilter(object, event);
-    Want(0);
+    // The key is meant for whatever is open above the map.
+    if (QApplication::activeModalWidget() || QApplication::activePopupWidget() || EndWithoutTool())
+        return QObject::eventFilter(object, event);
+    // No shortcut takes the key, which comes next.
+    if (event->type() == QEvent::ShortcutOverride)
+        event->accept();
+    else
+        Want(0);
     return true;
+}
+
+bool SightPick::EndWithoutTool()
+{
+    const bool isInHand = wanted > 0 && viewer && viewer->GetToolType() == sightTool;
+    if (!isInHand)
+        Want(0);
+    return !isInHand;
 }
 
 void SightPick::OnMapClicked(const osg::Vec3d&, const osg::Vec3d& world)
 {
-    if (wanted == 0 || !viewer)
+    if (EndWithoutTool())
         return;
-    if (viewer->GetToolType() != sightTool)
-        return Want(0);
     osgEarth::GeoPoint place;
     if (world == osg::Vec3d() || !place.fromWorld(viewer->getSRS()->getGeographicSRS(), world))
         return;

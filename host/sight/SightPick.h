@@ -33,6 +33,8 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    /// Gives up where another tool has been taken up; true when no clicks are waited for.
+    bool EndWithoutTool();
     void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
 
     QPointer<CAxEarthViewer> viewer;
