@@ -4,7 +4,7 @@
 #include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
-#include <AxAlgorthm/AxCoordinateText.h>
+#include <AxAlgorthm/AxCoordinateSystem.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <osgEarth/Viewpoint>
@@ -19,6 +19,7 @@
 
 namespace {
 constexpr int mostShown = 12;
+constexpr int keptForPlaces = 4; // of these, where there are so many
 constexpr double flightSeconds = 2.0;
 constexpr double pointRange = 2000.0;   // metres
 constexpr double townRange = 30000.0;   // metres, of a place with a million people
@@ -92,32 +93,36 @@ void SearchBox::ReadOwn()
     for (const CAxBlock* block : CAxBlockManager::instance().GetBlockList())
         if (viewer->FindExistNode(block->GetBlockID()))
             add(block->GetBlockName(),
-                {tr("%1 (block)").arg(block->GetBlockName()), block->GetBlockID(), {}, 0.0});
+                {tr("%1 (block)").arg(block->GetBlockName()), Target::Block, block->GetBlockID(), {}, 0.0});
     if (const CAxOsgDrawPointSet* set = CAxOsgDrawPointSet::FindOfViewer(viewer))
         for (const AxProjectMark& mark : set->Marks())
-            add(mark.name, {tr("%1 (mark)").arg(mark.name), {}, {mark.longitude, mark.latitude}, pointRange});
-    const QMap<QString, osg::Vec3d> points = viewer->GetControlPoints();
-    for (auto point = points.begin(); point != points.end(); ++point)
-        add(point.key(),
-            {tr("%1 (control point)").arg(point.key()), {}, {point->x(), point->y()}, pointRange});
+            add(mark.name, {tr("%1 (mark)").arg(mark.name), Target::Mark, mark.id, {}, pointRange});
+    for (const QString& name : viewer->GetControlPoints().keys())
+        add(name, {tr("%1 (control point)").arg(name), Target::ControlPoint, name, {}, pointRange});
 }
 
 void SearchBox::OnTyped()
 {
     shown.clear();
-    const AxCoordinateText::Typed typed = AxCoordinateText::Parse(text());
+    const AxCoordinateSystem& system = viewer->GetCoordinateSystem();
+    const AxCoordinateText::Typed typed = system.Read(text());
     if (typed.place) {
         const PointLatLng place = *typed.place;
-        shown.push_back({AxCoordinateText::Write(place.Lat(), place.Lng(), AxCoordinateText::Form::Decimal),
+        shown.push_back({system.Line(place.Lat(), place.Lng()),
+                         Target::Place,
                          {},
                          {place.Lng(), place.Lat()},
                          pointRange});
     }
-    for (const int number : own.Find(text(), mostShown))
-        shown.push_back(ownTargets[static_cast<std::size_t>(number)]);
+    const auto ownFound = own.Find(text(), mostShown);
+    const auto placesFound = places.Find(text(), mostShown);
+    const auto count = [](const auto& found) { return static_cast<int>(found.size()); };
     const int room = mostShown - static_cast<int>(shown.size());
-    for (const int number : places.Find(text(), room))
-        shown.push_back(placeTargets[static_cast<std::size_t>(number)]);
+    const int ownShown = qMin(count(ownFound), room - qMin(keptForPlaces, count(placesFound)));
+    for (int i = 0; i < ownShown; ++i)
+        shown.push_back(ownTargets[static_cast<std::size_t>(ownFound[i])]);
+    for (int i = 0; i < qMin(count(placesFound), room - ownShown); ++i)
+        shown.push_back(placeTargets[static_cast<std::size_t>(placesFound[i])]);
     ShowList();
 }
 
@@ -150,24 +155,50 @@ void SearchBox::FlyToRow(int row)
         return;
     const Target target = shown[static_cast<std::size_t>(row)];
     list->hide();
-    setText(target.blockID.isEmpty() ? target.text : text());
+    setText(target.kind == Target::Block ? text() : target.text);
     selectAll();
     FlyTo(target);
 }
 
 void SearchBox::FlyTo(const Target& target)
 {
-    if (!target.blockID.isEmpty()) {
-        if (viewer->FindExistNode(target.blockID))
-            viewer->slotFocusBlock(target.blockID);
-        else
-            emit Told(tr("That block is gone."));
-        return;
+    if (target.kind == Target::Place)
+        FlyToPlace(target.place, target.range);
+    else if (!FlyToOwn(target))
+        emit Told(tr("%1 is gone.").arg(target.text));
+}
+
+bool SearchBox::FlyToOwn(const Target& target)
+{
+    if (target.kind == Target::Block) {
+        if (!viewer->FindExistNode(target.id))
+            return false;
+        viewer->slotFocusBlock(target.id);
+        return true;
     }
-    const double ground = viewer->GetElevation(target.place.x(), target.place.y());
-    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", target.place.x(), target.place.y(),
+    if (target.kind == Target::Mark) {
+        CAxOsgDrawPointSet* set = CAxOsgDrawPointSet::FindOfViewer(viewer);
+        const AxProjectMark* mark = set ? set->Find(target.id) : nullptr;
+        if (!mark)
+            return false;
+        FlyToPlace({mark->longitude, mark->latitude}, target.range);
+        set->SelectMark(target.id);
+        return true;
+    }
+    const QMap<QString, osg::Vec3d> points = viewer->GetControlPoints();
+    const auto point = points.find(target.id);
+    if (point == points.end())
+        return false;
+    FlyToPlace({point->x(), point->y()}, target.range);
+    return true;
+}
+
+void SearchBox::FlyToPlace(const QPointF& place, double range)
+{
+    const double ground = viewer->GetElevation(place.x(), place.y());
+    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", place.x(), place.y(),
                                                                std::isfinite(ground) ? ground : 0.0, 0.0,
-                                                               -90.0, target.range),
+                                                               -90.0, range),
                                            flightSeconds);
 }
 

@@ -33,9 +33,16 @@ private:
     struct Target
     {
         QString text; ///< as the list shows it
-        QString blockID;
-        QPointF place;      ///< longitude, latitude; without a block
-        double range = 0.0; ///< metres from which it is looked at
+        enum
+        {
+            Place,
+            Block,
+            Mark,
+            ControlPoint
+        } kind = Place;
+        QString id;    ///< of block and mark, name of a control point: where it is is asked with the flight
+        QPointF place; ///< longitude, latitude; of a place
+        double range = 0.0; ///< metres from which it is looked at; not of a block
     };
 
     void ReadPlaces();
@@ -43,6 +50,9 @@ private:
     void OnTyped();
     void ShowList();
     void FlyTo(const Target& target);
+    /// False when it is gone.
+    bool FlyToOwn(const Target& target);
+    void FlyToPlace(const QPointF& place, double range);
     void FlyToRow(int row);
 
     CAxEarthViewer* viewer;

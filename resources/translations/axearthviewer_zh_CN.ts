@@ -5572,8 +5572,8 @@ Heights are above the ellipsoid.</source>
         <translation>这里没有名为“%1”的对象。</translation>
     </message>
     <message>
-        <source>That block is gone.</source>
-        <translation>该区块已不存在。</translation>
+        <source>%1 is gone.</source>
+        <translation>%1 已不存在。</translation>
     </message>
 </context>
 </TS>
