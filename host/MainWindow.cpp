@@ -190,6 +190,11 @@ void MainWindow::BuildPanels()
     connect(marks, &MarkPanel::Told, this, tell);
     connect(tasks, &TaskPanel::Told, this, tell);
     connect(measure, &MeasurePanel::Told, this, tell);
+    connect(measure, &MeasurePanel::Wanted, measurePanel, [this] {
+        measurePanel->show();
+        measurePanel->raise();
+        extents->Apply();
+    });
     connect(aircraft, &AircraftPanel::Told, this, tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
 }

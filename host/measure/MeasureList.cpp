@@ -162,3 +162,12 @@ void MeasureList::Select(const QString& id)
     setCurrentItem(item);
     scrollToItem(item);
 }
+
+void MeasureList::Toggle(const QString& id)
+{
+    QTreeWidgetItem* item = ItemOf(id);
+    if (!item)
+        return;
+    setCurrentItem(item, nameColumn, QItemSelectionModel::Toggle | QItemSelectionModel::Rows);
+    scrollToItem(item);
+}

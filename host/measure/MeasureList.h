@@ -21,6 +21,8 @@ public:
     QStringList ChosenIDs() const;
     /// Selects one, and no others.
     void Select(const QString& id);
+    /// Selects one besides the others, or takes it out of the selection.
+    void Toggle(const QString& id);
 
 signals:
     /// A selected measurement, or the selection, has changed.

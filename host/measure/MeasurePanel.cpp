@@ -4,6 +4,7 @@
 #include "host/measure/MeasureProfile.h"
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxBaseUI/CAxMessageBox.h>
@@ -107,6 +108,9 @@ MeasurePanel::MeasurePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     whole->setContentsMargins(4, 4, 4, 4);
     whole->addWidget(halves);
 
+    connect(viewer->getManipulator(),
+            QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
+            &MeasurePanel::OnMapClicked);
     connect(list, &MeasureList::ChosenChanged, this, &MeasurePanel::Follow);
     connect(list, &QTreeWidget::itemDoubleClicked, this, &MeasurePanel::FlyTo);
     Follow();
@@ -131,6 +135,25 @@ QAction* MeasurePanel::Offer(const QString& text, const QString& tip, const QKey
     connect(action, &QAction::triggered, this, done);
     offered += action;
     return action;
+}
+
+void MeasurePanel::OnMapClicked(const osg::Vec3d&, const osg::Vec3d& world)
+{
+    if (!viewer || !measurements || viewer->GetToolType() != ToolNavigate || world == osg::Vec3d())
+        return;
+    // A mark is in front of lines.
+    const CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::FindOfViewer(viewer);
+    const QString id = marks && !marks->HoveredMark().isEmpty() ? QString() : measurements->SeenAt(world);
+    if (id.isEmpty())
+        return;
+    const bool isBesides = QApplication::keyboardModifiers().testFlag(Qt::ControlModifier);
+    // Panels that come move the map, which is handing out its events.
+    const auto choose = [this, id, isBesides] {
+        emit Wanted();
+        isBesides ? list->Toggle(id) : list->Select(id);
+        list->setFocus(Qt::OtherFocusReason);
+    };
+    QMetaObject::invokeMethod(this, choose, Qt::QueuedConnection);
 }
 
 void MeasurePanel::Follow()

@@ -2,6 +2,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <osg/Vec3d>
+
 class AxMeasurements;
 class CAxEarthViewer;
 class MeasureList;
@@ -9,8 +11,9 @@ class MeasureProfile;
 class QAction;
 
 /**
- * What has been measured: the list, what is done with its rows, and the heights along the selected one. GUI
- * thread; the viewer may go first.
+ * What has been measured: the list, what is done with its rows, and the heights along the selected one. While
+ * browsing a click on a measurement of the map selects its row, with Ctrl besides the others, and gives the
+ * list the keyboard. GUI thread; the viewer may go first.
  */
 class MeasurePanel : public QWidget
 {
@@ -24,6 +27,7 @@ public:
     QList<QAction*> MenuActions() const { return ofAll; }
 
 signals:
+    void Wanted();                  ///< a measurement was clicked on the map: the panel is to be seen
     void Told(const QString& text); ///< for the status bar
 
 protected:
@@ -32,6 +36,7 @@ protected:
 private:
     QAction* Offer(const QString& text, const QString& tip, const QKeySequence& keys,
                    void (MeasurePanel::*done)());
+    void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
     void Follow();
     void FlyTo();
     void Copy();

@@ -1,4 +1,5 @@
 #include "interaction/measure/AxMeasureAdapter.h"
+#include "interaction/measure/AxMeasureHit.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
@@ -33,6 +34,7 @@ const osg::Vec4f rimColor(0.0f, 0.0f, 0.0f, 0.8f);
 const osg::Vec4f areaColor(1.0f, 0.84f, 0.1f, 0.2f);
 constexpr float lineWidth = 2.5f;
 constexpr float rimWidth = 5.5f;
+constexpr float highlightWider = 2.0f;
 constexpr int markSize = 13; // pixels
 // From afar, where all lie on one place, the text of one measurement is read, and above the names of places.
 constexpr float mainPriority = 950.0f;
@@ -324,6 +326,24 @@ void AxMeasureAdapter::ShowMeasured(const AxMeasurement& measurement)
     drawLabels(Labels(measurement));
 }
 
+bool AxMeasureAdapter::IsShapeAt(const AxMeasureHit& hit) const
+{
+    if (!d->visible)
+        return false;
+    for (unsigned i = 0; i < d->featureNode->getNumDrawables(); ++i)
+        if (osg::Geometry* drawn = d->featureNode->getDrawable(i)->asGeometry())
+            if (drawn->getName() == "Feature" && hit.IsOnLine(*drawn))
+                return true;
+    return std::any_of(d->anchors.begin(), d->anchors.end(),
+                       [&hit](const osg::Vec3d& place) { return hit.IsOnMark(AxGlobe::WorldOf(place)); });
+}
+
+bool AxMeasureAdapter::IsTextAt(const AxMeasureHit& hit) const
+{
+    return d->visible &&
+           std::any_of(texts.begin(), texts.end(), [&hit](const auto& text) { return hit.IsOnText(*text); });
+}
+
 void AxMeasureAdapter::updateAdapter()
 {
     if (d->leaving)
@@ -337,8 +357,9 @@ void AxMeasureAdapter::updateAdapter()
 void AxMeasureAdapter::drawShape()
 {
     const osg::Vec4f color = d->selectedAmongSeveral ? highlightColor : lineColor;
-    const osg::ref_ptr<osg::Geometry> rim = CreateOwnGeom(d->edgeColor, d->fillColor, rimWidth);
-    const osg::ref_ptr<osg::Geometry> line = CreateInnerGeom(color, lineWidth);
+    const float wider = d->selectedAmongSeveral ? highlightWider : 0.0f;
+    const osg::ref_ptr<osg::Geometry> rim = CreateOwnGeom(d->edgeColor, d->fillColor, rimWidth + wider);
+    const osg::ref_ptr<osg::Geometry> line = CreateInnerGeom(color, lineWidth + wider);
     if (line)
         PutAbove(*line);
     for (const osg::ref_ptr<osg::Geometry>& drawn : {rim, line})
@@ -354,9 +375,10 @@ void AxMeasureAdapter::drawInAir(const std::vector<osg::Vec3d>& line)
         return;
     std::vector<osg::Vec3d> world;
     std::transform(line.begin(), line.end(), std::back_inserter(world), AxGlobe::WorldOf);
+    const float wider = d->selectedAmongSeveral ? highlightWider : 0.0f;
     for (const bool isRim : {true, false}) {
         osg::ref_ptr<AxWorldGeometry> drawn = new AxWorldGeometry;
-        drawn->SetLineWidth(isRim ? rimWidth : lineWidth);
+        drawn->SetLineWidth((isRim ? rimWidth : lineWidth) + wider);
         drawn->SetPoints(world);
         AddEdgePrimitiveSet(drawn, 0, static_cast<int>(world.size()),
                             isRim                     ? rimColor

@@ -8,11 +8,13 @@
 
 #include <optional>
 
+class AxMeasureHit;
+
 /**
  * What all measuring tools share. It is drawn by clicks, tells beside the mouse what it measures, and when it
  * is finished becomes an entry of AxMeasurements, which shows it until it is removed there. It leaves no
- * block record and no undo step behind, and is not picked. Other ends of a drawing: a tool or an object that
- * is taken up meanwhile finishes it too, Escape removes it.
+ * block record and no undo step behind, and is not picked as blocks are. Other ends of a drawing: a tool or
+ * an object that is taken up meanwhile finishes it too, Escape removes it.
  *
  * A kind says what the points make (ShapeKind()) and how they are measured (Work()); more where it is drawn
  * with other gestures, or otherwise than as a line or ring on the ground.
@@ -34,6 +36,9 @@ public:
     void TakeOffMap();
     /// Writes these values beside the shape.
     void ShowMeasured(const AxMeasurement& measurement);
+    /// Whether its lines and marks, or its texts, are seen at a place of the picture.
+    bool IsShapeAt(const AxMeasureHit& hit) const;
+    bool IsTextAt(const AxMeasureHit& hit) const;
 
     /// 1 when there are enough points.
     int CheckGeometry() override;

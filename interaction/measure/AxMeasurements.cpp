@@ -1,10 +1,12 @@
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/AxMeasureAdapter.h"
+#include "interaction/measure/AxMeasureHit.h"
 #include "interaction/objects/AxObjects.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
 
 #include <osgEarth/MapNode>
+#include <osgViewer/Viewer>
 
 #include <QCoreApplication>
 
@@ -185,4 +187,15 @@ void AxMeasurements::SetHighlighted(const QStringList& ids)
     for (const QPointer<AxMeasureAdapter>& adapter : qAsConst(adapters))
         if (adapter)
             adapter->SetSelectedAmongSeveral(ids.contains(adapter->GetHandleID()));
+}
+
+QString AxMeasurements::SeenAt(const osg::Vec3d& world) const
+{
+    const AxMeasureHit hit(*parts.Scene().View()->getCamera(), world);
+    for (const auto isAt : {&AxMeasureAdapter::IsShapeAt, &AxMeasureAdapter::IsTextAt})
+        for (auto one = list.crbegin(); one != list.crend(); ++one)
+            if (const QPointer<AxMeasureAdapter> adapter = adapters.value(one->id))
+                if ((adapter->*isAt)(hit))
+                    return one->id;
+    return {};
 }

@@ -48,6 +48,9 @@ public:
     /// Has these stand out on the map, and no others.
     void SetHighlighted(const QStringList& ids);
     QStringList Highlighted() const { return highlighted; } ///< as they were set last
+    /// The ID of the one whose line, mark or else text is seen where a place (geocentric metres) is seen now;
+    /// the latest of several; empty without.
+    QString SeenAt(const osg::Vec3d& world) const;
     /// Reads the ground anew for all of them: the map's heights are others now. Until then they are pending,
     /// with the former values.
     void MeasureAgain();

@@ -6,6 +6,10 @@
 #include "interaction/CAxHandleAdapter.h"
 #include "SuiteViewer.h"
 
+#include <osgEarth/GeoData>
+#include <osgEarth/SpatialReference>
+#include <osgEarth/Viewpoint>
+
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -86,5 +90,49 @@ TEST_F(Measurements, AreShownCopiedAndWrittenWithTheSameValues)
     trigger(QKeySequence::Delete);
     EXPECT_EQ(kept.All().size(), 1);
     EXPECT_EQ(list->topLevelItemCount(), 1);
+    kept.Clear();
+}
+
+TEST_F(Measurements, AClickWhileBrowsingSelectsWhatIsSeenThere)
+{
+    AxMeasurements& kept = *viewer->GetMeasurements();
+    kept.Clear();
+    MeasurePanel panel(viewer);
+    panel.show();
+    MeasurePath(*viewer, {{-105.0, 37.4, 0.0}, {-104.9, 37.4, 0.0}});
+    MeasurePath(*viewer, {{-105.0, 37.43, 0.0}, {-104.9, 37.43, 0.0}});
+    const QStringList ids{kept.All()[0].id, kept.All()[1].id};
+    auto* list = panel.findChild<MeasureList*>();
+    CAxEarthManipulator* camera = viewer->getManipulator();
+    camera->setViewpoint(osgEarth::Viewpoint("", -104.95, 37.4, 2500.0, 0.0, -90.0, 20000.0), 0.0);
+    ASSERT_TRUE(WaitForPicture());
+    ASSERT_TRUE(waitFor([&] { return !kept.All()[0].isPending && !kept.All()[1].isPending; }));
+    const osgEarth::SpatialReference* geographic = viewer->getSRS()->getGeographicSRS();
+    // About 18 m a pixel; the texts stand to the upper right of the last points.
+    const struct
+    {
+        const char* what;
+        double longitude, latitude;
+        EToolType tool;
+        QStringList chosen;
+    } rows[] = {
+        {"a line", -104.96, 37.4, ToolNavigate, {ids[0]}},
+        {"beside all", -104.96, 37.41, ToolNavigate, {ids[0]}},
+        {"another tool", -104.96, 37.43, ToolMeasureDistance, {ids[0]}},
+        {"a text", -104.888, 37.434, ToolNavigate, {ids[1]}},
+        {"the point", -104.9, 37.4, ToolNavigate, {ids[0]}},
+    };
+    for (const auto& row : rows) {
+        viewer->SetToolType(row.tool);
+        osg::Vec3d world;
+        const double ground = viewer->GetElevation(row.longitude, row.latitude);
+        osgEarth::GeoPoint(geographic, row.longitude, row.latitude, ground, osgEarth::ALTMODE_ABSOLUTE)
+            .toWorld(world);
+        emit camera->mouseLeftBtnClick(osg::Vec3d(row.longitude, row.latitude, ground), world);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(list->ChosenIDs(), row.chosen) << row.what;
+        EXPECT_EQ(kept.Highlighted(), row.chosen) << row.what;
+    }
+    viewer->SetToolType(ToolNavigate);
     kept.Clear();
 }
