@@ -12,6 +12,7 @@
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
+#include "host/marks/ControlPointPanel.h"
 #include "host/marks/MarkPanel.h"
 #include "host/measure/MeasurePanel.h"
 #include "host/MeasureMenu.h"
@@ -164,6 +165,7 @@ void MainWindow::BuildPanels()
 {
     QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
     tabifyDockWidget(blocksPanel, AddPanel(tr("Marks"), "MarksPanel", marks, Qt::LeftDockWidgetArea));
+    BuildControlPoints(blocksPanel);
     blocksPanel->raise();
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
     tabifyDockWidget(zonesPanel, AddPanel(tr("Aircraft"), "AircraftPanel", aircraft, Qt::LeftDockWidgetArea));
@@ -316,6 +318,9 @@ void MainWindow::BuildProject()
     project->KeepValue(
         QStringLiteral("hidden_routes"), [this] { return tasks->HiddenRoutes(); },
         [this](const QString& text) { tasks->SetHiddenRoutes(text); });
+    project->KeepValue(
+        QStringLiteral("control_points"), [this] { return controlPoints->Text(); },
+        [this](const QString& text) { controlPoints->SetText(text); });
     connect(project, &ProjectSession::Told, this,
             [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
     drop = new FileDrop(this);
@@ -363,6 +368,7 @@ void MainWindow::BuildMenus()
     project->FillMenu(file);
     file->addSeparator();
     exchange->FillMenu(file);
+    controlPoints->FillMenu(file);
     file->addSeparator();
     file->addAction(tr("Save &picture..."), this, &MainWindow::OnSavePicture,
                     QKeySequence(QStringLiteral("Ctrl+Shift+P")));

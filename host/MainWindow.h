@@ -9,6 +9,7 @@
 class AircraftPanel;
 class BlockPanel;
 class CameraRest;
+class ControlPointPanel;
 class CAxEarthViewer;
 class EventLog;
 class FileDrop;
@@ -69,6 +70,7 @@ private:
     QMenu* MeasureMenu(); ///< made at the first call
     void ShowTaskPanels();
     void BuildLayers(QDockWidget* beside);
+    void BuildControlPoints(QDockWidget* beside);
     void BuildLanding(QMenu* menu);
     void BuildSearch(QToolBar* bar);
     void Tell(const QString& text); ///< in the status bar, for a while
@@ -90,6 +92,7 @@ private:
     BlockPanel* blocks;
     MarkPanel* marks;
     MeasurePanel* measure = nullptr;
+    ControlPointPanel* controlPoints = nullptr;
     CameraRest* cameraRest;
     ZonePanel* zones;
     TaskPanel* tasks;

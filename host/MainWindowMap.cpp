@@ -2,6 +2,8 @@
 #include "host/LandingMenu.h"
 #include "host/layers/LayerPanel.h"
 #include "host/MainWindow.h"
+#include "host/marks/ControlPointPanel.h"
+#include "host/PanelExtents.h"
 #include "host/search/SearchBox.h"
 
 #include <QDockWidget>
@@ -22,6 +24,22 @@ void MainWindow::BuildLayers(QDockWidget* beside)
     tabifyDockWidget(beside, AddPanel(tr("Layers"), "LayersPanel", layers, Qt::LeftDockWidgetArea));
     beside->raise();
     connect(layers, &LayerPanel::Told, this, &MainWindow::Tell);
+}
+
+void MainWindow::BuildControlPoints(QDockWidget* beside)
+{
+    controlPoints = new ControlPointPanel(viewer);
+    QDockWidget* panel =
+        AddPanel(tr("Control points"), "ControlPointsPanel", controlPoints, Qt::LeftDockWidgetArea);
+    tabifyDockWidget(beside, panel);
+    // Few need it: it comes with the first import, or from the menu of panels.
+    panel->hide();
+    connect(controlPoints, &ControlPointPanel::Told, this, &MainWindow::Tell);
+    connect(controlPoints, &ControlPointPanel::Wanted, panel, [this, panel] {
+        panel->show();
+        panel->raise();
+        extents->Apply();
+    });
 }
 
 void MainWindow::BuildLanding(QMenu* menu)

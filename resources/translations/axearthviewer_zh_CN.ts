@@ -430,6 +430,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Control points</source>
+        <translation>控制点</translation>
+    </message>
+    <message>
         <source>Sight</source>
         <translation>通视</translation>
     </message>
@@ -5574,6 +5578,113 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is gone.</source>
         <translation>%1 已不存在。</translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointPanel</name>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Control points</source>
+        <translation>控制点</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>名称</translation>
+    </message>
+    <message>
+        <source>Latitude</source>
+        <translation>纬度</translation>
+    </message>
+    <message>
+        <source>Longitude</source>
+        <translation>经度</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>&amp;Import...</source>
+        <translation>导入...</translation>
+    </message>
+    <message>
+        <source>Add the points of a file as control points: CSV, KML and others</source>
+        <translation>将文件中的点添加为控制点：CSV、KML 等</translation>
+    </message>
+    <message>
+        <source>Take the chosen control points off the map</source>
+        <translation>从地图上移除所选控制点</translation>
+    </message>
+    <message>
+        <source>Import co&amp;ntrol points...</source>
+        <translation>导入控制点(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 m</translation>
+    </message>
+    <message>
+        <source>Do you want to take %1 control points off the map?</source>
+        <translation>是否从地图上移除 %1 个控制点？</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Control points removed: %1</source>
+        <translation>已移除控制点：%1</translation>
+    </message>
+    <message>
+        <source>Import control points</source>
+        <translation>导入控制点</translation>
+    </message>
+    <message>
+        <source>Points (*.csv *.kml *.kmz *.geojson *.json *.gpkg *.shp *.dxf)</source>
+        <translation>点 (*.csv *.kml *.kmz *.geojson *.json *.gpkg *.shp *.dxf)</translation>
+    </message>
+    <message>
+        <source>All files (*)</source>
+        <translation>所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>%1 was not imported.</source>
+        <translation>%1 未导入。</translation>
+    </message>
+    <message>
+        <source>The map is not loaded yet.</source>
+        <translation>地图尚未加载。</translation>
+    </message>
+    <message>
+        <source>%1 has no points.</source>
+        <translation>%1 中没有点。</translation>
+    </message>
+    <message>
+        <source>Areas, lines and circles that were left out: %1</source>
+        <translation>未导入的区域、线和圆：%1</translation>
+    </message>
+    <message>
+        <source>Points without a height, put on the ground as it is loaded: %1</source>
+        <translation>没有高程、置于已加载地面上的点：%1</translation>
+    </message>
+    <message>
+        <source>Control points imported: %1. Coordinate system: %2.</source>
+        <translation>已导入控制点：%1。坐标系：%2。</translation>
+    </message>
+    <message>
+        <source>%1 is imported.</source>
+        <translation>%1 已导入。</translation>
+    </message>
+    <message>
+        <source>Control points of the project that cannot be read: %1</source>
+        <translation>项目中无法读取的控制点：%1</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>点</translation>
     </message>
 </context>
 </TS>
