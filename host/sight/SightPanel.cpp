@@ -6,6 +6,7 @@
 #include "host/tasks/LimitedNumber.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
+#include "interaction/CAxOsgDrawPointSet.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxData/CAxBlock.h>
@@ -263,13 +264,11 @@ std::optional<QPointF> SightPanel::HomeOfBlock() const
 
 std::optional<QPointF> SightPanel::MarkPoint() const
 {
-    CAxHandleAdapter* current = viewer ? viewer->GetCurHandleAdapter() : nullptr;
-    if (!current || current->GetBlockType() != CAxBlock::MarkPointBlock)
+    const CAxOsgDrawPointSet* marks = viewer ? CAxOsgDrawPointSet::FindOfViewer(viewer) : nullptr;
+    const AxProjectMark* mark = marks ? marks->Find(marks->SelectedMark()) : nullptr;
+    if (!mark)
         return {};
-    const std::vector<osg::Vec3d>& points = current->GetAnchor();
-    if (points.empty())
-        return {};
-    return QPointF(points.front().x(), points.front().y());
+    return QPointF(mark->longitude, mark->latitude);
 }
 
 std::optional<QPointF> SightPanel::BelowCamera() const
