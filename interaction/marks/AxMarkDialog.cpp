@@ -1,7 +1,9 @@
 #include "interaction/marks/AxMarkDialog.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
 
-#include <AxAlgorthm/AxCoordinateText.h>
+#include <AxAlgorthm/AxCoordinateSystem.h>
 #include <AxBaseUI/CAxBaseDialog.h>
 
 #include <QCoreApplication>
@@ -32,23 +34,42 @@ private:
 
     const QPointer<CAxOsgDrawPointSet> marks;
     const AxProjectMark mark;
+    // The one that the coordinates are shown in reads them, whatever happens while the box is open.
+    const AxCoordinateSystem system;
     QLineEdit* name;
     QLineEdit* place;
     QPlainTextEdit* note;
     QLabel* fault;
 };
 
+AxCoordinateSystem SystemOf(const CAxOsgDrawPointSet& marks)
+{
+    AxViewerParts* parts = marks.Parts();
+    return parts ? parts->Scene().CoordinateSystem() : AxCoordinateSystem();
+}
+
+/// As the system reads it; where it has no numbers, in degrees that no system can take for its own.
+QString PlaceIn(const AxCoordinateSystem& system, const AxProjectMark& mark)
+{
+    const bool hasNumbers = !system.IsOfProj() || system.FromPlace(mark.latitude, mark.longitude).reach !=
+                                                      AxCoordinateSystem::Reach::Outside;
+    return hasNumbers ? system.Line(mark.latitude, mark.longitude)
+                      : AxCoordinateText::Write(mark.latitude, mark.longitude, AxCoordinateText::Form::Dms);
+}
+
 AxMarkDialog::AxMarkDialog(CAxOsgDrawPointSet& ofMarks, const AxProjectMark& ofMark, QWidget* parent)
-    : CAxBaseDialog(parent), marks(&ofMarks), mark(ofMark), note(new QPlainTextEdit), fault(new QLabel)
+    : CAxBaseDialog(parent), marks(&ofMarks), mark(ofMark), system(SystemOf(ofMarks)),
+      note(new QPlainTextEdit), fault(new QLabel)
 {
     SetWindowTitle(tr("Mark"));
     auto* form = new QFormLayout;
     name = addLine(form, tr("Name:"), mark.name, "MarkName");
-    place = addLine(form, tr("Coordinates:"),
-                    AxCoordinateText::Write(mark.latitude, mark.longitude, AxCoordinateText::Form::Decimal),
-                    "MarkPlace");
-    place->setToolTip(
-        tr("Latitude and longitude in degrees, also as degrees, minutes and seconds, UTM or MGRS"));
+    place = addLine(form, tr("Coordinates:"), PlaceIn(system, mark), "MarkPlace");
+    const QString forms =
+        tr("Latitude and longitude in degrees, also as degrees, minutes and seconds, UTM or MGRS");
+    place->setToolTip(system.IsOfProj() ? forms + QLatin1Char('\n') +
+                                              tr("Plain numbers are coordinates of %1").arg(system.Name())
+                                        : forms);
     auto* height = new QLabel(tr("%1 m").arg(QString::number(mark.altitude, 'f', 1)));
     height->setObjectName(QStringLiteral("MarkHeight"));
     height->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -105,7 +126,7 @@ void AxMarkDialog::slotBtnAcceptClicked()
         wanted.name = mark.name;
     wanted.description = note->document()->isModified() ? note->toPlainText() : mark.description;
     if (place->isModified()) {
-        const AxCoordinateText::Typed typed = AxCoordinateText::Parse(place->text());
+        const AxCoordinateText::Typed typed = system.Read(place->text());
         if (!typed.place) {
             refuse(place, typed.fault);
             return;

@@ -4580,6 +4580,10 @@ Heights are above the ellipsoid.</source>
         <translation>以度表示的纬度和经度，也可用度分秒、UTM 或 MGRS</translation>
     </message>
     <message>
+        <source>Plain numbers are coordinates of %1</source>
+        <translation>纯数字按 %1 坐标读取</translation>
+    </message>
+    <message>
         <source>%1 m</source>
         <translation>%1 米</translation>
     </message>
