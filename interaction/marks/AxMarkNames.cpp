@@ -8,6 +8,20 @@ QString Tr(const char* text)
 {
     return QCoreApplication::translate("CAxOsgDrawPointSet", text);
 }
+
+/// The first free one of the names that `name` makes of the numbers from `number` on; leaves the one after.
+template <typename Name> QString Numbered(const QSet<QString>& taken, int& number, Name name)
+{
+    for (;;)
+        if (const QString free = name(number++); !taken.contains(free))
+            return free;
+}
+
+QString NextFrom(const QSet<QString>& taken, int& number)
+{
+    const QString numbered = Tr(QT_TRANSLATE_NOOP("CAxOsgDrawPointSet", "Mark %1"));
+    return Numbered(taken, number, [&numbered](int i) { return numbered.arg(i); });
+}
 } // namespace
 
 QString InOneLine(const QString& written)
@@ -31,24 +45,22 @@ QString Fault(const QString& name, const QSet<QString>& taken)
 
 QString Next(const QSet<QString>& taken, int first)
 {
-    const QString numbered = Tr(QT_TRANSLATE_NOOP("CAxOsgDrawPointSet", "Mark %1"));
-    for (int i = first;; ++i)
-        if (const QString name = numbered.arg(i); !taken.contains(name))
-            return name;
+    return NextFrom(taken, first);
 }
 
-QString Free(const QString& written, const QSet<QString>& taken)
+QString Free(const QString& written, const QSet<QString>& taken, QHash<QString, int>* numbers)
 {
     const QString name = InOneLine(written).left(longest).trimmed();
-    if (name.isEmpty())
-        return Next(taken);
-    if (!taken.contains(name))
+    if (!name.isEmpty() && !taken.contains(name))
         return name;
-    for (int i = 2;; ++i) {
-        const QString number = QStringLiteral(" %1").arg(i);
-        const QString free = name.left(longest - number.size()) + number;
-        if (!taken.contains(free))
-            return free;
-    }
+    const int first = name.isEmpty() ? 1 : 2;
+    int number = numbers ? numbers->value(name, first) : first;
+    const QString free = name.isEmpty() ? NextFrom(taken, number) : Numbered(taken, number, [&name](int i) {
+        const QString ending = QStringLiteral(" %1").arg(i);
+        return name.left(longest - ending.size()) + ending;
+    });
+    if (numbers)
+        numbers->insert(name, number);
+    return free;
 }
 } // namespace AxMarkNames

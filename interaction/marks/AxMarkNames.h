@@ -1,6 +1,7 @@
 #pragma once
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <QHash>
 #include <QSet>
 #include <QString>
 
@@ -16,6 +17,8 @@ AXEARTHVIEWER_EXPORT QString Fault(const QString& name, const QSet<QString>& tak
 /// The first free one of "Mark 1", "Mark 2" and so on, from `first` on.
 AXEARTHVIEWER_EXPORT QString Next(const QSet<QString>& taken, int first = 1);
 /// A name from elsewhere, made one that Fault() takes: cut, numbered as "name 2", or Next() where it is
-/// empty.
-AXEARTHVIEWER_EXPORT QString Free(const QString& written, const QSet<QString>& taken);
+/// empty. `numbers`, kept over a run of names in which `taken` only grows, is where the next search for the
+/// same name begins; without it thousands of one name take quadratic time.
+AXEARTHVIEWER_EXPORT QString Free(const QString& written, const QSet<QString>& taken,
+                                  QHash<QString, int>* numbers = nullptr);
 } // namespace AxMarkNames
