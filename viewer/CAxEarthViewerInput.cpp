@@ -171,14 +171,14 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
     if (key == Qt::Key_Delete) {
         // A deletion that is refused, or that an overlay hides, was meant for the vertex all the same.
         const bool isOnVertex = d->history.Aids().deleteKey && d->objects.HoveredVertex() != -1;
-        QString mark;
-        CAxOsgDrawPointSet* marks = isOnVertex ? nullptr : CAxOsgDrawPointSet::ForDelete(*d, mark);
+        QStringList ids;
+        CAxOsgDrawPointSet* marks = isOnVertex ? nullptr : CAxOsgDrawPointSet::ForDelete(*d, ids);
         d->deleteKeyTaken = isOnVertex || marks;
         if (isOnVertex && reachesScene)
             d->objects.DeleteHoveredVertex();
         else if (marks && reachesScene)
-            marks->RemoveMarks({mark});
-    } else if (!reachesScene) {
+            marks->RemoveMarks(ids);
+    } else if (isTyped) {
         return;
     } else if (key == Qt::Key_Escape && !d->tools.IsBusy() && AxToolRowOf(d->tools.Tool()).measures) {
         const EToolType left = d->tools.Tool();

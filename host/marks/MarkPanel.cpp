@@ -27,8 +27,8 @@
 #include <algorithm>
 
 namespace {
-constexpr double flightMetres = 2000.0; // from a mark, where the camera is farther away
-constexpr double flightSeconds = 1.5;
+constexpr double markFlightMetres = 2000.0; // from a mark, where the camera is farther away
+constexpr double markFlightSeconds = 1.5;
 constexpr qint64 mostBytes = 64LL * 1024 * 1024;
 
 const struct
@@ -123,7 +123,7 @@ MarkPanel::MarkPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(model, &MarkListModel::rowsInserted, this, [this] {
         // A mark is selected before it has a row.
         if (model->Set())
-            FollowMap(model->Set()->SelectedMark());
+            FollowMap();
     });
     for (const auto signal : {&MarkListModel::rowsInserted, &MarkListModel::rowsRemoved})
         connect(model, signal, this, &MarkPanel::Enable);
@@ -172,22 +172,33 @@ QStringList MarkPanel::Chosen() const
     return ids;
 }
 
-void MarkPanel::FollowMap(const QString& id)
+void MarkPanel::FollowMap()
 {
     if (isByHand)
         return;
-    const int row = model->RowOf(id);
-    if (row < 0) {
-        // Several rows are the list's own business.
-        if (Chosen().size() < 2)
-            list->clearSelection();
+    const QStringList selected = model->Set() ? model->Set()->SelectedMarks() : QStringList();
+    const QSet<QString> wanted(selected.cbegin(), selected.cend());
+    const QStringList chosen = Chosen();
+    if (wanted == QSet<QString>(chosen.cbegin(), chosen.cend()))
         return;
+    QItemSelection rows;
+    const auto isWanted = [&](int row) {
+        return wanted.contains(MarkOf(sorted->index(row, MarkListModel::NameColumn)));
+    };
+    for (int row = 0; row < sorted->rowCount(); ++row) {
+        const int first = row;
+        while (row < sorted->rowCount() && isWanted(row))
+            ++row;
+        if (row > first)
+            rows.select(sorted->index(first, 0), sorted->index(row - 1, MarkListModel::ColumnCount - 1));
     }
-    const QModelIndex shown = sorted->mapFromSource(model->index(row, MarkListModel::NameColumn));
-    if (Chosen() == QStringList(id))
-        return;
-    list->setCurrentIndex(shown);
-    list->scrollTo(shown);
+    const int last = selected.isEmpty() ? -1 : model->RowOf(selected.last());
+    if (last >= 0) {
+        const QModelIndex shown = sorted->mapFromSource(model->index(last, MarkListModel::NameColumn));
+        list->selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
+        list->scrollTo(shown);
+    }
+    list->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
 }
 
 void MarkPanel::TellMap()
@@ -195,6 +206,8 @@ void MarkPanel::TellMap()
     const QStringList ids = Chosen();
     if (model->Set() && ids.size() == 1)
         model->Set()->SelectMark(ids.constFirst());
+    else if (model->Set())
+        model->Set()->SelectMarks(ids);
 }
 
 void MarkPanel::Fly()
@@ -204,11 +217,11 @@ void MarkPanel::Fly()
     if (!mark)
         return;
     osgEarth::Viewpoint view = viewer->getManipulator()->getViewpoint();
-    const double range = std::min(flightMetres, view.isValid() ? view.getRange() : flightMetres);
+    const double range = std::min(markFlightMetres, view.isValid() ? view.getRange() : markFlightMetres);
     viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", mark->longitude, mark->latitude,
                                                                mark->altitude, view.getHeading(),
                                                                view.getPitch(), range),
-                                           flightSeconds);
+                                           markFlightSeconds);
 }
 
 void MarkPanel::Delete()
@@ -272,7 +285,8 @@ void MarkPanel::OnRightClick(const osg::Vec3d&)
     const QString id = model->Set() ? model->Set()->HoveredMark() : QString();
     if (id.isEmpty())
         return;
-    model->Set()->SelectMark(id);
+    if (!model->Set()->SelectedMarks().contains(id))
+        model->Set()->SelectMark(id);
     // Not while the map hands out its events.
     QMetaObject::invokeMethod(
         this,

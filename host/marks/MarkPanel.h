@@ -16,9 +16,9 @@ class QTableView;
 
 /**
  * The list of mark points. A click on a row, or Enter, flies to the mark; a double click or F2 renames,
- * Delete deletes, which can be undone. The mark that is selected on the map is the highlighted row, and the
- * other way round. A right click, in the list and on a mark of the map, opens a menu. Marks are read from and
- * written to files.
+ * Delete deletes, which can be undone. The marks that are selected on the map are the highlighted rows,
+ * and the other way round. A right click, in the list and on a mark of the map, opens a menu. Marks are read
+ * from and written to files.
  */
 class MarkPanel : public QWidget
 {
@@ -44,7 +44,7 @@ protected:
 private:
     QStringList Chosen() const;
     QString MarkOf(const QModelIndex& shown) const;
-    void FollowMap(const QString& id);
+    void FollowMap();
     void TellMap();
     void Fly();
     void Delete();

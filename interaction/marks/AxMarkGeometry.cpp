@@ -1,5 +1,4 @@
 #include "interaction/marks/AxMarkGeometry.h"
-#include "interaction/marks/AxMarkHit.h"
 #include "scene/shape/AxViewRay.h"
 
 #include <osg/Geode>
@@ -64,9 +63,11 @@ AxMarkGeometry::AxMarkGeometry()
 }
 
 void AxMarkGeometry::SetMarks(const std::vector<osg::Vec3d>& world, const QStringList& ofMarks,
-                              int ofSelected)
+                              const QSet<int>& ofSelected)
 {
     places = world;
+    if (looks.size() != places.size())
+        looks.assign(places.size(), AxMarkLook::Icon);
     if (names != ofMarks) {
         names = ofMarks;
         widths.assign(static_cast<std::size_t>(names.size()), 0);
@@ -142,7 +143,7 @@ void AxMarkGeometry::layOut(const osg::Matrixd& toClip, const osg::Vec3d& eye, c
         inSight.push_back({index,
                            {static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))},
                            static_cast<float>(clip.w()),
-                           index == selected});
+                           selected.contains(index)});
     }
     AxMarkSizes sizes{size,
                       icon,
@@ -156,6 +157,9 @@ void AxMarkGeometry::layOut(const osg::Matrixd& toClip, const osg::Vec3d& eye, c
         return width;
     };
     drawn = AxPlaceMarks(std::move(inSight), sizes);
+    looks.assign(places.size(), AxMarkLook::Nothing);
+    for (const AxMarkPlaced& mark : drawn)
+        looks[static_cast<std::size_t>(mark.index)] = mark.isIcon ? AxMarkLook::Icon : AxMarkLook::Dot;
     shown = drawn.empty() ? nullptr : quads(size);
 }
 
@@ -171,7 +175,7 @@ osg::ref_ptr<osg::Geometry> AxMarkGeometry::quads(const QSize& window)
             all.Add(dot, centred(dot, mark.foot, dot.height() / 2));
             continue;
         }
-        const bool isSelected = mark.index == selected;
+        const bool isSelected = selected.contains(mark.index);
         const QRect picture = pictures.Of(isSelected ? AxMarkPictures::SelectedIcon : AxMarkPictures::Icon);
         const int rim = (picture.height() - pictures.Of(AxMarkPictures::Icon).height()) / 2;
         all.Add(picture, centred(picture, mark.foot, rim));

@@ -1,4 +1,5 @@
 #pragma once
+#include "interaction/marks/AxMarkHit.h"
 #include "interaction/marks/AxMarkLayout.h"
 #include "interaction/marks/AxMarkPictures.h"
 #include "scene/base/AxEarthViewerExport.h"
@@ -8,6 +9,7 @@
 #include <osg/Vec3d>
 #include <osg/Viewport>
 
+#include <QSet>
 #include <QStringList>
 
 #include <vector>
@@ -29,12 +31,14 @@ public:
     const char* libraryName() const override { return "ax"; }
     const char* className() const override { return "AxMarkGeometry"; }
 
-    /// Geocentric metres, and a name for each; which one is selected, or -1.
-    void SetMarks(const std::vector<osg::Vec3d>& world, const QStringList& names, int selected);
+    /// Geocentric metres, and a name for each; which ones are selected.
+    void SetMarks(const std::vector<osg::Vec3d>& world, const QStringList& names, const QSet<int>& selected);
     /// One of them stands elsewhere.
     void SetPlace(int index, const osg::Vec3d& world);
     /// As the last frame drew them.
     const std::vector<AxMarkPlaced>& Drawn() const { return drawn; }
+    /// The same for each mark; Icon where no frame has drawn them yet.
+    const std::vector<AxMarkLook>& Looks() const { return looks; }
 
     using osg::Geometry::accept;
     void accept(osg::NodeVisitor& visitor) override;
@@ -50,12 +54,13 @@ private:
     std::vector<osg::Vec3d> places;
     QStringList names;
     std::vector<int> widths; // of the names, 0 until asked for
-    int selected = -1;
+    QSet<int> selected;
     AxMarkPictures pictures;
     // Of the latest layout
     osg::Matrixd laidOutFor;
     osg::Vec4d windowLaidOutFor;
     bool isLaidOut = false;
     std::vector<AxMarkPlaced> drawn;
+    std::vector<AxMarkLook> looks;
     osg::ref_ptr<osg::Geometry> shown;
 };

@@ -40,7 +40,7 @@ bool AxMarkMouse::mayDrag(const QString& id) const
 {
     // While browsing the map is dragged, and an icon comes easily under the mouse: only the selected one
     // moves.
-    return set->Parts()->Tools().Tool() != ToolNavigate || set->SelectedMark() == id;
+    return set->Parts()->Tools().Tool() != ToolNavigate || set->SelectedMarks().contains(id);
 }
 
 bool AxMarkMouse::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, osg::Object*,
@@ -68,7 +68,10 @@ bool AxMarkMouse::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
         release(ea);
     const auto ray = AxViewRay::Through(camera, static_cast<double>(ea.getXnormalized()),
                                         static_cast<double>(ea.getYnormalized()));
-    hovered = ray && isFree() && !isHandled ? set->MarkUnder(*ray) : QString();
+    const bool isDouble = ea.getEventType() == GUIEventAdapter::DOUBLECLICK;
+    hovered = QString();
+    if (ray && isFree() && !isHandled)
+        hovered = isDouble ? set->MarkUnderDoubleClick(*ray) : set->MarkUnder(*ray);
     if (isHandled || hovered.isEmpty() || ea.getButton() == GUIEventAdapter::RIGHT_MOUSE_BUTTON ||
         ea.getEventType() == GUIEventAdapter::MOVE)
         return false;
@@ -89,6 +92,8 @@ bool AxMarkMouse::push(const GUIEventAdapter& ea, const AxViewRay& ray)
     isDragged = false;
     isOfDouble = false;
     isHeld = mayDrag(pressed);
+    isToggle =
+        (ea.getModKeyMask() & GUIEventAdapter::MODKEY_CTRL) != 0 || set->Parts()->Tools().IsMultiSelect();
     const auto foot = ray.Project(set->WorldOf(pressed));
     grip = foot ? ray.window - foot->window : osg::Vec2d();
     return isHeld;
@@ -129,6 +134,15 @@ bool AxMarkMouse::release(const GUIEventAdapter& ea)
     else if ((PixelOf(ea) - pressedAt).length() < dragFrom)
         // After the click of the map itself, which leaves nothing selected.
         QMetaObject::invokeMethod(
-            set, [marks = set.data(), id] { marks->SelectMark(id); }, Qt::QueuedConnection);
+            set,
+            [marks = set.data(), id, toggles = isToggle] {
+                QStringList ids = marks->SelectedMarks();
+                if (!toggles)
+                    return marks->SelectMark(id);
+                if (!ids.removeOne(id))
+                    ids += id;
+                marks->SelectMarks(ids);
+            },
+            Qt::QueuedConnection);
     return wasHeld;
 }

@@ -9,9 +9,9 @@ class CAxOsgDrawPointSet;
 struct AxViewRay;
 
 /**
- * The mouse on the icons of a set of mark points: a click selects, a drag moves, a double click opens the
- * information. It sees an event before the camera and the tool in hand do, and leaves them what is none of
- * its own. What it starts is done when the scene is not walked any more. GUI thread.
+ * The mouse on the icons of a set of mark points: a click selects, with Ctrl several, a drag moves, a double
+ * click opens the information. It sees an event before the camera and the tool in hand do, and leaves them
+ * what is none of its own. What it starts is done when the scene is not walked any more. GUI thread.
  */
 class AxMarkMouse : public osgGA::GUIEventHandler
 {
@@ -37,5 +37,6 @@ private:
     osg::Vec2d grip;      // from the mark's foot to the mouse, pixels
     bool isHeld = false;  // the press and what follows is this one's own
     bool isDragged = false;
+    bool isToggle = false;   // a click joins the mark to the selected ones, or takes it from them
     bool isOfDouble = false; // the release of a double click is still to come
 };

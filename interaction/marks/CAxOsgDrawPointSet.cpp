@@ -105,26 +105,26 @@ QString CAxOsgDrawPointSet::AddMark(double longitude, double latitude, const QSt
     mark.altitude = placeOf(mark).z();
     if (!commit({{marks.size(), {}, mark}}, AxEditTitle(tr("Add mark"), {wanted})))
         return {};
-    askHeights({mark});
     return mark.id;
 }
 
 QStringList CAxOsgDrawPointSet::AddMarks(const QVector<AxProjectMark>& wanted, const QString& edit)
 {
     QSet<QString> taken = namesBut({});
+    QHash<QString, int> numbers;
     QVector<AxMarkChange> changes;
-    QVector<AxProjectMark> withoutHeight;
     QStringList added;
     for (AxProjectMark mark : wanted) {
         if (!IsPlace(mark.longitude, mark.latitude))
             continue;
         mark.id = CreateUniqueID();
-        mark.name = AxMarkNames::Free(mark.name, taken);
+        mark.name = AxMarkNames::Free(mark.name, taken, &numbers);
         mark.longitude = AxLongitudes::Normalized(mark.longitude);
-        if (!std::isfinite(mark.altitude)) {
+        if (std::isfinite(mark.altitude)) {
+            given.insert(mark.id, {mark.longitude, mark.latitude, mark.altitude});
+        } else {
             mark.altitude = 0.0;
             mark.altitude = placeOf(mark).z();
-            withoutHeight += mark;
         }
         taken.insert(mark.name);
         changes += AxMarkChange{marks.size() + changes.size(), {}, mark};
@@ -132,7 +132,6 @@ QStringList CAxOsgDrawPointSet::AddMarks(const QVector<AxProjectMark>& wanted, c
     }
     if (changes.isEmpty() || !commit(changes, edit))
         return {};
-    askHeights(withoutHeight);
     return added;
 }
 
@@ -165,8 +164,7 @@ bool CAxOsgDrawPointSet::EditMark(const AxProjectMark& wanted, QString* why)
                          : isRenamed
                              ? tr("Rename %1 to %2").arg(AxNameInTitle(known->name), AxNameInTitle(mark.name))
                              : AxEditTitle(tr("Change note"), {mark.name});
-    if (commit({{IndexOf(mark.id), *known, mark}}, text) && isMoved)
-        askHeights({mark});
+    commit({{IndexOf(mark.id), *known, mark}}, text);
     return true;
 }
 
@@ -204,6 +202,7 @@ void CAxOsgDrawPointSet::Apply(const QVector<AxMarkChange>& changes, bool back)
     const Running self(this);
     QSet<QString> gone;
     QSet<QString> moved;
+    QVector<AxProjectMark> elsewhere;
     std::vector<std::pair<int, AxProjectMark>> come;
     for (const AxMarkChange& change : changes) {
         const std::optional<AxProjectMark>& from = back ? change.after : change.before;
@@ -211,12 +210,21 @@ void CAxOsgDrawPointSet::Apply(const QVector<AxMarkChange>& changes, bool back)
         const int index = from ? IndexOf(from->id) : -1;
         if (to)
             moved.insert(to->id);
-        if (!to)
+        if (!to) {
             gone.insert(from->id);
-        else if (index >= 0)
-            marks[index] = *to;
-        else if (!from)
+        } else if (index >= 0) {
+            AxProjectMark& mark = marks[index];
+            const double height = mark.altitude;
+            const bool isMoved = mark.longitude != to->longitude || mark.latitude != to->latitude;
+            mark = *to;
+            if (isMoved)
+                elsewhere += mark;
+            else
+                mark.altitude = height;
+        } else if (!from) {
             come.emplace_back(change.index, *to);
+            elsewhere += *to;
+        }
     }
     if (!gone.isEmpty())
         marks.erase(std::remove_if(marks.begin(), marks.end(),
@@ -225,6 +233,7 @@ void CAxOsgDrawPointSet::Apply(const QVector<AxMarkChange>& changes, bool back)
     for (const auto& [index, mark] : come)
         marks.insert(std::min(index, marks.size()), mark);
     rebuild(moved);
+    askHeights(elsewhere);
     CAxControl::GetInstance()->SetProjectModified(true);
     if (self.IsWanted())
         tell(changes, back);
@@ -250,9 +259,12 @@ void CAxOsgDrawPointSet::SetMarks(const QVector<AxProjectMark>& wanted)
 {
     const Running self(this);
     marks = wanted;
+    given.clear();
     QSet<QString> all;
-    for (const AxProjectMark& mark : wanted)
+    for (const AxProjectMark& mark : wanted) {
         all.insert(mark.id);
+        given.insert(mark.id, {mark.longitude, mark.latitude, mark.altitude});
+    }
     rebuild(all);
     emit signalResetList();
     if (self.IsWanted())
@@ -264,23 +276,53 @@ void CAxOsgDrawPointSet::SetMarks(const QVector<AxProjectMark>& wanted)
 void CAxOsgDrawPointSet::SelectMark(const QString& id)
 {
     const Running self(this);
-    const QString wanted = Find(id) ? id : QString();
-    if (!wanted.isEmpty() && d->viewer && d->viewer->Objects().Current() != this) {
+    const bool isKnown = Find(id);
+    if (isKnown && d->viewer) {
         d->viewer->Objects().ClearSelected();
         if (self.IsWanted() && d->viewer)
             d->viewer->Objects().SetCurrent(this);
     }
-    if (!self.IsWanted() || selected == wanted)
+    if (self.IsWanted())
+        select(isKnown ? QStringList(id) : QStringList());
+}
+
+void CAxOsgDrawPointSet::SelectMarks(const QStringList& ids)
+{
+    const Running self(this);
+    QStringList wanted;
+    QSet<QString> met;
+    for (const QString& id : ids)
+        if (Find(id) && !met.contains(id)) {
+            met.insert(id);
+            wanted += id;
+        }
+    if (!wanted.isEmpty() && d->viewer && !d->viewer->Objects().Current() &&
+        d->viewer->Objects().Selected().isEmpty())
+        d->viewer->Objects().SetCurrent(this);
+    if (self.IsWanted())
+        select(wanted);
+}
+
+void CAxOsgDrawPointSet::select(const QStringList& ids)
+{
+    if (selected == ids)
         return;
-    selected = wanted;
+    selected = ids;
     draw();
-    emit selectedMarkChanged(selected);
+    emit selectedMarkChanged(SelectedMark());
 }
 
 void CAxOsgDrawPointSet::onCurrentChanged(const QString& id)
 {
     if (id != d->handleID)
-        SelectMark({});
+        select({});
+}
+
+void CAxOsgDrawPointSet::onSelectedChanged(const QStringList& ids)
+{
+    // Marks that were selected beside blocks are left with these.
+    if (ids.isEmpty() && d->viewer && d->viewer->Objects().Current() != this)
+        select({});
 }
 
 // What hosts know of mark points by their names alone

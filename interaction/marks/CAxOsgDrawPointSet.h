@@ -3,8 +3,11 @@
 
 #include <AxData/project/AxProject.h>
 
+#include <osg/Matrixd>
+
 #include <QHash>
 #include <QSet>
+#include <QStringList>
 #include <QVector>
 
 #include <memory>
@@ -16,6 +19,7 @@ class AxMarkMouse;
 class AxShapeClamp;
 struct AxMarkChange;
 struct AxMarkHeight;
+struct AxPictureFrame;
 struct AxViewRay;
 
 /**
@@ -65,32 +69,47 @@ public:
     /// Puts marks as they are in the place of all others, as when a project was opened: no step of the undo
     /// stack, and the project is not modified by it. Steps over former marks come to nothing.
     void SetMarks(const QVector<AxProjectMark>& wanted);
+    /// The map's ground is another one: finds the heights anew, but for those that a file gave.
+    void ReadHeightsAgain();
 
-    /// The mark that is selected; empty without. Selecting one makes the set the current object; an unknown
-    /// ID selects none.
-    const QString& SelectedMark() const { return selected; }
+    /// The marks that are selected, in the order in which they were.
+    const QStringList& SelectedMarks() const { return selected; }
+    /// The last of them; empty without.
+    QString SelectedMark() const { return selected.isEmpty() ? QString() : selected.last(); }
+    /// Selects that mark alone, and the set as the current object; an unknown ID selects none.
     void SelectMark(const QString& id);
+    /// Selects these marks and no others; unknown IDs are passed over. Blocks that are selected stay so;
+    /// where there are none the set becomes the current object.
+    void SelectMarks(const QStringList& ids);
+    /// Those that stand within a frame of the picture and are not behind the globe. `toClip` is the camera's
+    /// view and projection, `eye` where it stands, geocentric metres.
+    QStringList MarksIn(const osg::Matrixd& toClip, const osg::Vec3d& eye, const AxPictureFrame& frame) const;
     /// Opens the dialog with coordinates, height, name and note, in which all but the height can be changed,
     /// and waits for its end.
     void ShowInformation(const QString& id);
 
     // The mouse
 
-    /// The mark whose icon is under the line of sight; empty without.
+    /// The mark whose icon or dot, as it is drawn, is under the line of sight; empty without.
     QString MarkUnder(const AxViewRay& ray) const;
+    /// The same for a double click, which also finds a mark that others hide, by its icon.
+    QString MarkUnderDoubleClick(const AxViewRay& ray) const;
     /// The same for the mouse as it was last.
     QString HoveredMark() const;
-    /// The set whose mark Delete is meant for now, and that mark: under the mouse, or else selected; null
-    /// without.
-    static CAxOsgDrawPointSet* ForDelete(AxViewerParts& parts, QString& id);
+    /// The set that has a mark under the mouse as it was last; null without.
+    static CAxOsgDrawPointSet* UnderMouse(AxViewerParts& parts);
+    /// The set whose marks Delete is meant for now, and these: the one under the mouse, with the others if it
+    /// is a selected one, or else those that are selected; null without.
+    static CAxOsgDrawPointSet* ForDelete(AxViewerParts& parts, QStringList& ids);
     osg::Vec3d WorldOf(const QString& id) const; ///< geocentric metres, where it stands now
-    /// A drag of a mark: the mark is where it was until the end, and is shown where the ground is met. False
-    /// when it cannot begin.
+    /// A drag of a mark: the mark is where it was until the end, and is shown where the ground is met; it
+    /// becomes a selected one. False when it cannot begin.
     bool BeginDrag(const QString& id);
     void DragTo(const AxViewRay& ray);
     void FinishDrag();
 
-    /// For the undo stack: what has changed, or `back` to what was before.
+    /// For the undo stack: what has changed, or `back` to what was before. Heights of the ground that were
+    /// found meanwhile stay, and are asked for again where a mark comes or stands elsewhere.
     void Apply(const QVector<AxMarkChange>& changes, bool back);
 
     // As an object of the map
@@ -120,22 +139,25 @@ signals:
     /// Marks have come, gone or changed. Of one that comes or goes the viewer tells by signalAddMarkPoint()
     /// and signalDelMarkPoint(), of everything else by signalResetBlockMarkPointListPage().
     void marksChanged();
-    void selectedMarkChanged(QString id);
-    void signalResetList(); ///< the viewer's signalResetBlockMarkPointListPage()
+    void selectedMarkChanged(QString id); ///< SelectedMarks() has changed; SelectedMark() of it
+    void signalResetList();               ///< the viewer's signalResetBlockMarkPointListPage()
 
 protected:
     void updateAdapter() override {}
 
 private slots:
     void onCurrentChanged(const QString& id);
+    void onSelectedChanged(const QStringList& ids);
 
 private:
     QSet<QString> namesBut(const QString& id) const;
     bool commit(const QVector<AxMarkChange>& changes, const QString& text);
+    void select(const QStringList& ids);
     void rebuild(const QSet<QString>& moved);
     void draw();
     bool layOnGround();
     osg::Vec3d placeOf(const AxProjectMark& mark) const; ///< on the ground as it is loaded
+    bool isGiven(const AxProjectMark& mark) const;       ///< whether its height is a file's
     void askHeights(const QVector<AxProjectMark>& of);
     void takeHeights(const QVector<AxMarkHeight>& found);
     void tell(const QVector<AxMarkChange>& changes, bool back);
@@ -143,8 +165,9 @@ private:
 
     QVector<AxProjectMark> marks;
     QHash<QString, int> indices;
-    std::vector<osg::Vec3d> worlds; ///< where they are drawn, geocentric metres
-    QString selected;
+    QHash<QString, osg::Vec3d> given; ///< the place of a mark, with the height that a file gave it there
+    std::vector<osg::Vec3d> worlds;   ///< where they are drawn, geocentric metres
+    QStringList selected;
     QString dragged;                  ///< empty: none
     std::optional<osg::Vec3d> dragTo; ///< degrees, degrees, metres
     EHandleOperation beforeDrag = OperationIdle;

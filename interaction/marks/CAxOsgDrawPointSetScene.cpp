@@ -13,6 +13,7 @@
 #include "scene/base/AxExactPlace.h"
 #include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxDrawnGround.h"
+#include "scene/shape/AxOutlinesInFrame.h"
 #include "scene/shape/AxShapeClamp.h"
 #include "scene/shape/AxViewRay.h"
 
@@ -75,6 +76,7 @@ CAxOsgDrawPointSet::CAxOsgDrawPointSet(CAxEarthViewer* viewer, QObject* parent)
     const QObject* host = d->viewer->Widget();
     connect(this, SIGNAL(signalResetList()), host, SIGNAL(signalResetBlockMarkPointListPage()));
     connect(host, SIGNAL(signalCurrentBlock(QString)), this, SLOT(onCurrentChanged(QString)));
+    connect(host, SIGNAL(signalMultiSelectBlock(QStringList)), this, SLOT(onSelectedChanged(QStringList)));
     osgEarth::MapNode* map = d->viewer->Scene().MapNode();
     osgEarth::Terrain* terrain = map ? map->getTerrain() : nullptr;
     ground = new Ground(terrain);
@@ -128,12 +130,15 @@ void CAxOsgDrawPointSet::rebuild(const QSet<QString>& moved)
         clamp->SetExtent(normals);
         clamp->Ask();
     }
-    const bool isSelectedGone = !selected.isEmpty() && !Find(selected);
-    if (isSelectedGone)
-        selected.clear();
+    QStringList left;
+    for (const QString& id : qAsConst(selected))
+        if (Find(id))
+            left += id;
+    const bool isSelectedGone = left.size() < selected.size();
+    selected = left;
     draw();
     if (isSelectedGone)
-        emit selectedMarkChanged({});
+        emit selectedMarkChanged(SelectedMark());
 }
 
 void CAxOsgDrawPointSet::draw()
@@ -144,7 +149,10 @@ void CAxOsgDrawPointSet::draw()
     std::vector<osg::Vec3d> shown = worlds;
     if (const int index = IndexOf(dragged); index >= 0 && dragTo)
         shown[static_cast<std::size_t>(index)] = AxGlobe::WorldOf(*dragTo);
-    geometry->SetMarks(shown, names, IndexOf(selected));
+    QSet<int> chosen;
+    for (const QString& id : qAsConst(selected))
+        chosen.insert(IndexOf(id));
+    geometry->SetMarks(shown, names, chosen);
 }
 
 bool CAxOsgDrawPointSet::layOnGround()
@@ -171,13 +179,25 @@ bool CAxOsgDrawPointSet::layOnGround()
     return toBeLaid == 0;
 }
 
+bool CAxOsgDrawPointSet::isGiven(const AxProjectMark& mark) const
+{
+    const auto known = given.constFind(mark.id);
+    return known != given.constEnd() && *known == osg::Vec3d(mark.longitude, mark.latitude, mark.altitude);
+}
+
 void CAxOsgDrawPointSet::askHeights(const QVector<AxProjectMark>& of)
 {
     osgEarth::MapNode* map = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
     QVector<AxMarkHeight> places;
     for (const AxProjectMark& mark : of)
-        places += AxMarkHeight{mark.id, mark.longitude, mark.latitude, mark.altitude};
+        if (!isGiven(mark))
+            places += AxMarkHeight{mark.id, mark.longitude, mark.latitude, mark.altitude};
     heights->Ask(map ? map->getMap() : nullptr, places);
+}
+
+void CAxOsgDrawPointSet::ReadHeightsAgain()
+{
+    askHeights(marks);
 }
 
 void CAxOsgDrawPointSet::takeHeights(const QVector<AxMarkHeight>& found)
@@ -188,7 +208,8 @@ void CAxOsgDrawPointSet::takeHeights(const QVector<AxMarkHeight>& found)
         const int index = IndexOf(place.id);
         // It may have been moved meanwhile.
         if (index < 0 || marks[index].longitude != place.longitude ||
-            marks[index].latitude != place.latitude || marks[index].altitude == place.altitude)
+            marks[index].latitude != place.latitude || marks[index].altitude == place.altitude ||
+            isGiven(marks[index]))
             continue;
         marks[index].altitude = place.altitude;
         isChanged = true;
@@ -221,8 +242,15 @@ void CAxOsgDrawPointSet::slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordP
 
 QString CAxOsgDrawPointSet::MarkUnder(const AxViewRay& ray) const
 {
-    const auto hit = AxNearestMark(ray, worlds);
+    const auto hit = AxDrawnMark(ray, worlds, geometry->Looks());
     return hit ? marks[hit->index].id : QString();
+}
+
+QString CAxOsgDrawPointSet::MarkUnderDoubleClick(const AxViewRay& ray) const
+{
+    const QString seen = MarkUnder(ray);
+    const auto hit = seen.isEmpty() ? AxNearestMark(ray, worlds) : std::nullopt;
+    return hit ? marks[hit->index].id : seen;
 }
 
 QString CAxOsgDrawPointSet::HoveredMark() const
@@ -230,18 +258,45 @@ QString CAxOsgDrawPointSet::HoveredMark() const
     return Find(mouse->Hovered()) ? mouse->Hovered() : QString();
 }
 
-CAxOsgDrawPointSet* CAxOsgDrawPointSet::ForDelete(AxViewerParts& parts, QString& id)
+CAxOsgDrawPointSet* CAxOsgDrawPointSet::UnderMouse(AxViewerParts& parts)
 {
     for (CAxHandleAdapter* object : parts.Objects().OfKind(CAxBlock::MarkPointBlock))
-        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(object); set && !set->HoveredMark().isEmpty()) {
-            id = set->HoveredMark();
+        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(object); set && !set->HoveredMark().isEmpty())
+            return set;
+    return nullptr;
+}
+
+CAxOsgDrawPointSet* CAxOsgDrawPointSet::ForDelete(AxViewerParts& parts, QStringList& ids)
+{
+    if (CAxOsgDrawPointSet* set = UnderMouse(parts)) {
+        const QString hovered = set->HoveredMark();
+        ids = set->selected.contains(hovered) ? set->selected : QStringList(hovered);
+        return set;
+    }
+    for (CAxHandleAdapter* object : parts.Objects().OfKind(CAxBlock::MarkPointBlock))
+        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(object);
+            set && set->IsVisible() && !set->selected.isEmpty()) {
+            ids = set->selected;
             return set;
         }
-    auto* current = qobject_cast<CAxOsgDrawPointSet*>(parts.Objects().Current());
-    if (!current || current->SelectedMark().isEmpty())
-        return nullptr;
-    id = current->SelectedMark();
-    return current;
+    return nullptr;
+}
+
+QStringList CAxOsgDrawPointSet::MarksIn(const osg::Matrixd& toClip, const osg::Vec3d& eye,
+                                        const AxPictureFrame& frame) const
+{
+    QStringList met;
+    for (std::size_t i = 0; i < worlds.size(); ++i) {
+        const osg::Vec4d clip = osg::Vec4d(worlds[i], 1.0) * toClip;
+        if (!(clip.w() > 0.0))
+            continue;
+        const double x = clip.x() / clip.w();
+        const double y = clip.y() / clip.w();
+        if (x >= frame.low.x() && x <= frame.high.x() && y >= frame.low.y() && y <= frame.high.y() &&
+            !AxIsBehindGlobe(eye, worlds[i]))
+            met += marks[static_cast<int>(i)].id;
+    }
+    return met;
 }
 
 osg::Vec3d CAxOsgDrawPointSet::WorldOf(const QString& id) const
@@ -258,6 +313,15 @@ bool CAxOsgDrawPointSet::BeginDrag(const QString& id)
     dragTo.reset();
     beforeDrag = std::exchange(d->operation, OperationMovePoint);
     d->editIndex = IndexOf(id);
+    // Escape is for the current object. Not while the scene is walked.
+    QMetaObject::invokeMethod(
+        this,
+        [this, id] {
+            const bool isCurrent = d->viewer && d->viewer->Objects().Current() == this;
+            if (dragged == id && !(isCurrent && selected.contains(id)))
+                SelectMark(id);
+        },
+        Qt::QueuedConnection);
     return true;
 }
 

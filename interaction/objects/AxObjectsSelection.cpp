@@ -68,7 +68,8 @@ void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report
         return;
     const bool isLeft = selected.contains(object);
     // The object that was selected first, alone, is the first of the several.
-    if (selected.isEmpty() && current && current != object && isAtRest(current))
+    if (selected.isEmpty() && current && current != object && isAtRest(current) &&
+        current->GetBlockType() != CAxBlock::MarkPointBlock)
         join(current);
     if (isLeft) {
         selected.removeOne(object);

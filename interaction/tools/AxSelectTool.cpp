@@ -1,4 +1,5 @@
 #include "interaction/tools/AxSelectTool.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/tools/AxBlockMover.h"
 #include "interaction/tools/AxRubberFrame.h"
@@ -11,6 +12,10 @@
 
 #include <osgGA/GUIEventAdapter>
 #include <osgViewer/Viewer>
+
+#include <QPointer>
+
+#include <utility>
 
 AxSelectTool::AxSelectTool(AxViewerParts& viewer) : AxTool(viewer) {}
 
@@ -87,17 +92,27 @@ void AxSelectTool::selectIn(const osg::Vec2d& corner)
             outlines.push_back({object->Outline(), object->IsOutlineClosed()});
         }
     const osg::Camera& camera = *parts.Scene().View()->getCamera();
-    const std::vector<std::size_t> met =
-        AxOutlinesInFrame(outlines, camera.getViewMatrix() * camera.getProjectionMatrix(),
-                          camera.getInverseViewMatrix().getTrans(), AxPictureFrame::Between(begin, corner));
-    if (met.empty())
-        return;
-    QList<CAxHandleAdapter*> wanted = parts.Objects().Selected();
-    if (wanted.isEmpty() && parts.Objects().Current())
-        wanted += parts.Objects().Current();
-    for (const std::size_t i : met)
-        wanted += seen[i];
-    parts.Objects().SelectSeveral(wanted);
+    const osg::Matrixd toClip = camera.getViewMatrix() * camera.getProjectionMatrix();
+    const osg::Vec3d eye = camera.getInverseViewMatrix().getTrans();
+    const AxPictureFrame inFrame = AxPictureFrame::Between(begin, corner);
+    // Those that are selected stay so when a block becomes the current object.
+    std::vector<std::pair<QPointer<CAxOsgDrawPointSet>, QStringList>> marks;
+    for (CAxHandleAdapter* object : qAsConst(seen))
+        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(object))
+            marks.emplace_back(set, set->SelectedMarks() + set->MarksIn(toClip, eye, inFrame));
+    const std::vector<std::size_t> met = AxOutlinesInFrame(outlines, toClip, eye, inFrame);
+    if (!met.empty()) {
+        QList<CAxHandleAdapter*> wanted = parts.Objects().Selected();
+        CAxHandleAdapter* current = parts.Objects().Current();
+        if (wanted.isEmpty() && current && current->GetBlockType() != CAxBlock::MarkPointBlock)
+            wanted += current;
+        for (const std::size_t i : met)
+            wanted += seen[i];
+        parts.Objects().SelectSeveral(wanted);
+    }
+    for (const auto& [set, ids] : marks)
+        if (set)
+            set->SelectMarks(ids);
 }
 
 bool AxSelectTool::GiveUp()

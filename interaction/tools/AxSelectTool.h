@@ -8,7 +8,8 @@ class AxRubberFrame;
 /**
  * Selects map objects and moves them. A click of it belongs to the selection alone. A drag from beside all
  * objects with Ctrl or Shift, or while picks add to the selection, draws a frame: what is visible and has
- * a part of its outline in it when the button is let go joins the selection.
+ * a part of its outline in it when the button is let go joins the selection, as do the marks that stand in
+ * it.
  */
 class AxSelectTool : public AxTool
 {

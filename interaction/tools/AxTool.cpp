@@ -1,7 +1,10 @@
 #include "interaction/tools/AxTool.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+
+#include <osgGA/GUIEventAdapter>
 
 void AxTool::Move(AxMouseStep& step)
 {
@@ -26,6 +29,10 @@ bool AxTool::Release(AxMouseStep&)
 bool AxTool::Click(AxMouseStep& step)
 {
     const bool multi = parts.Tools().IsMultiSelect();
+    // A mark joins the selected objects, or leaves them, by itself.
+    if ((multi || (step.Modifiers() & osgGA::GUIEventAdapter::MODKEY_CTRL)) &&
+        CAxOsgDrawPointSet::UnderMouse(parts))
+        return false;
     step.ClickModel();
     if (!step.HasViewer() || step.ClickDrawable())
         return false;

@@ -1890,7 +1890,7 @@ Heights are above the ellipsoid.</source>
         <translation>显示坐标、高程、名称和备注</translation>
     </message>
     <message>
-        <source>Deletes the mark under the mouse, or the selected one</source>
+        <source>Deletes the mark under the mouse, or the selected ones</source>
         <translation>删除鼠标下的标记或所选标记</translation>
     </message>
     <message>
@@ -1898,8 +1898,8 @@ Heights are above the ellipsoid.</source>
         <translation>使用“选择并移动”，按住 Ctrl 在测区外拖动</translation>
     </message>
     <message>
-        <source>Draws a frame; the blocks that it meets are selected as well</source>
-        <translation>绘制选框，并选中与其相交的测区</translation>
+        <source>Draws a frame; the blocks and marks that it meets are selected as well</source>
+        <translation>绘制选框，并选中与其相交的测区及框内的标记</translation>
     </message>
     <message>
         <source>Gives a drag up, or else leaves what is selected</source>

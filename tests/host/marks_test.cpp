@@ -43,6 +43,14 @@ TEST_F(MarkPanels, ListAndMapSelectRenameAndDeleteTheSameMarks)
     EXPECT_EQ(NameIn(*list, 1), "Mark 9") << "numbers count as such";
     Set()->SelectMark(Set()->Marks()[0].id);
     ASSERT_TRUE(waitFor([&] { return list->currentIndex().row() == 2; }));
+    Set()->SelectMarks({Set()->Marks()[0].id, Set()->Marks()[2].id});
+    EXPECT_EQ(list->selectionModel()->selectedRows().size(), 2);
+    EXPECT_EQ(list->currentIndex().row(), 0);
+    Set()->SelectMark(Set()->Marks()[0].id);
+    EXPECT_EQ(list->selectionModel()->selectedRows().size(), 1);
+    QTest::keyClick(list, Qt::Key_Up, Qt::ShiftModifier);
+    EXPECT_EQ(Set()->SelectedMarks().size(), 2);
+    QTest::keyClick(list, Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_Up);
     EXPECT_EQ(Set()->SelectedMark(), Set()->Marks()[1].id);
 

@@ -5,6 +5,7 @@
 #include "interaction/marks/AxMarkLayout.h"
 #include "interaction/marks/AxMarkNames.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
+#include "viewer/AxMapLayers.h"
 #include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <QAction>
@@ -96,6 +97,14 @@ TEST(MarkNames, AreShortUniqueAndInOneLine)
         EXPECT_EQ(!AxMarkNames::Fault(AxMarkNames::InOneLine(row.written), taken).isEmpty(), row.isRefused);
         EXPECT_EQ(AxMarkNames::Fault(row.free, taken), QString());
     }
+    QSet<QString> growing = taken;
+    QHash<QString, int> numbers;
+    QStringList named;
+    for (const char* written : {"Gate", "", "Gate", "New", "", "New"}) {
+        named += AxMarkNames::Free(written, growing, &numbers);
+        growing += QSet<QString>{named.last()};
+    }
+    EXPECT_EQ(named, (QStringList{"Gate 3", "Mark 2", "Gate 4", "New", "Mark 4", "New 2"}));
 }
 
 class Marks : public ShapeFixture
@@ -242,6 +251,18 @@ TEST_F(Marks, AreDraggedAndGivenBackByEscape)
     QTest::qWait(0);
     EXPECT_EQ(Set()->Marks()[0].longitude, before.longitude);
 
+    // One of a set that is not the current object.
+    ASSERT_TRUE(Import("block", {{-10, 8}, {-8, 8}, {-8, 12}}));
+    viewer->SetToolType(ToolSelect);
+    viewer->SelectBlockID("block");
+    ASSERT_TRUE(drag(to));
+    ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() == Set(); }));
+    PressKey(Qt::Key_Escape);
+    EXPECT_EQ(Set()->GetHandleOperation(), OperationIdle);
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, to);
+    QTest::qWait(0);
+    EXPECT_EQ(Set()->Marks()[0].longitude, before.longitude);
+
     ASSERT_TRUE(drag(to));
     QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, to);
     ASSERT_TRUE(waitFor([&] { return Set()->Marks()[0].longitude > 25.0; }, 5000));
@@ -286,6 +307,13 @@ TEST_F(Marks, OpenTheirInformationByADoubleClick)
     EXPECT_DOUBLE_EQ(Set()->Marks()[0].latitude, 11.0);
     EXPECT_DOUBLE_EQ(Set()->Marks()[0].longitude, 21.0);
     EXPECT_EQ(Set()->Marks()[0].description, "a\nb");
+    // Plain numbers are of the system that is chosen.
+    ASSERT_TRUE(viewer->SetCoordSys("EPSG:32634"));
+    box.answers = {write("Gate", "500000, 1200000", true)};
+    Set()->ShowInformation(ID(0));
+    viewer->SetCoordSys({});
+    EXPECT_NEAR(Set()->Marks()[0].longitude, 21.0, 1e-6);
+    EXPECT_NEAR(Set()->Marks()[0].latitude, 10.855, 0.01);
     box.answers = {ModalBox::Press("Delete mark")};
     Set()->ResponseDoubleClickOnPoint(0, osg::Vec3d());
     EXPECT_EQ(Names(), QStringList{"Mark 2"});
@@ -331,6 +359,97 @@ TEST_F(Marks, AreDrawnAndThePictureStandsStillAgain)
     EXPECT_TRUE(geometry->Drawn()[0].isIcon && geometry->Drawn()[0].label);
     EXPECT_TRUE(waitFor([&] { return pixel() != ground; }, 5000));
     ASSERT_TRUE(WaitForPicture());
+    // Of one that the icon beside it leaves no room for, only the dot can be hit.
+    const double perPixel = 1.0 / static_cast<double>(WindowOf(21.0, 10.0).x() - foot.x());
+    const QString crowded = set->AddMark(20.0 + 12.0 * perPixel, 10.0);
+    set->SelectMark(ID(0));
+    ASSERT_TRUE(waitFor([&] { return geometry->Drawn().size() == 2; }, 5000));
+    const QPoint at(qRound(foot.x()), qRound(foot.y()));
+    for (const auto& [place, id] : {std::pair(at - QPoint(0, 20), ID(0)),
+                                    {at - QPoint(-22, 20), QString()},
+                                    {at + QPoint(15, 3), crowded}}) {
+        Hover(at + QPoint(200, 100));
+        ASSERT_TRUE(waitFor([&] { return set->HoveredMark().isEmpty(); }, 5000));
+        Hover(place);
+        ASSERT_TRUE(WaitForPicture());
+        EXPECT_TRUE(waitFor([&, wanted = id] { return set->HoveredMark() == wanted; }, 2000));
+    }
+    set->SelectMark({});
+    set->RemoveMarks({crowded});
     set->SetAdapterVisible(false, {});
     EXPECT_TRUE(waitFor([&] { return pixel() == ground; }, 5000));
+}
+
+TEST_F(Marks, HaveTheFinestGroundAlsoAfterUndoAndRedo)
+{
+    const int layer =
+        viewer->GetMapLayers()->AddElevation(QString(AX_RESOURCES) + "/map/trinidad_90m_metres.tif");
+    ASSERT_NE(layer, 0);
+    const QString id = CAxOsgDrawPointSet::OfViewer(viewer)->AddMark(-105.0, 37.37);
+    const auto height = [&id] {
+        const AxProjectMark* mark = Set()->Find(id);
+        return mark ? mark->altitude : 0.0;
+    };
+    EXPECT_LT(height(), 1000.0) << "that of the ground which is loaded";
+    ASSERT_TRUE(waitFor([&] { return height() > 1000.0; }, 20000));
+    const double found = height();
+    Undo();
+    EXPECT_EQ(Set()->Find(id), nullptr);
+    Redo();
+    EXPECT_TRUE(waitFor([&] { return height() == found; }, 20000));
+    viewer->GetMapLayers()->Remove(layer);
+}
+
+TEST_F(Marks, AreSelectedBesideBlocksByCtrlAndByAFrame)
+{
+    ASSERT_TRUE(Import("block", {{17, 6}, {19, 6}, {19, 8}}));
+    ASSERT_TRUE(Import("other", {{27, 6}, {29, 6}, {29, 8}}));
+    CAxOsgDrawPointSet* set = CAxOsgDrawPointSet::OfViewer(viewer);
+    for (const double longitude : {16.0, 20.0, 24.0, 28.0})
+        set->AddMark(longitude, 11.0);
+    const QStringList ids{ID(0), ID(1), ID(2), ID(3)};
+    const auto selected = [set] {
+        const QStringList all = set->SelectedMarks();
+        return QSet<QString>(all.cbegin(), all.cend());
+    };
+    const auto click = [&](int index) {
+        Hover(IconAt(index));
+        ASSERT_TRUE(waitFor([&] { return set->HoveredMark() == ids[index]; }, 5000));
+        QTest::mouseClick(viewer->viewport(), Qt::LeftButton, Qt::ControlModifier, IconAt(index));
+    };
+    ASSERT_TRUE(WaitForPicture());
+    for (const EToolType tool : {ToolNavigate, ToolSelect}) {
+        viewer->SetToolType(tool);
+        viewer->SelectBlocks({"block", "other"});
+        set->SelectMarks({});
+        click(1);
+        ASSERT_TRUE(waitFor([&] { return selected() == QSet<QString>{ids[1]}; }, 5000));
+        click(2);
+        ASSERT_TRUE(waitFor([&] { return selected() == QSet<QString>{ids[1], ids[2]}; }, 5000));
+        click(1);
+        ASSERT_TRUE(waitFor([&] { return selected() == QSet<QString>{ids[2]}; }, 5000));
+        EXPECT_EQ(viewer->GetMultiSelectAdapter().size(), 2) << "the blocks stay selected, tool " << tool;
+    }
+    viewer->SelectBlockID("other");
+    EXPECT_TRUE(selected().isEmpty());
+    set->SelectMark(ids[0]);
+    const auto frame = [&](Event::EventType type, double lng, double lat) {
+        const osg::Vec2f place = WindowOf(lng, lat);
+        const auto event =
+            Make(type, place.x(), place.y(), type == Event::DRAG ? 0 : Event::LEFT_MOUSE_BUTTON);
+        event->setButtonMask(type == Event::RELEASE ? 0 : Event::LEFT_MOUSE_BUTTON);
+        event->setModKeyMask(Event::MODKEY_CTRL);
+        Send(event);
+    };
+    frame(Event::PUSH, 18.5, 14.0);
+    frame(Event::DRAG, 22.0, 9.0);
+    frame(Event::RELEASE, 26.0, 7.0);
+    EXPECT_EQ(selected(), (QSet<QString>{ids[0], ids[1], ids[2]}));
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), viewer->FindExistNode("block"));
+    Hover({3, 3});
+    ASSERT_TRUE(waitFor([&] { return set->HoveredMark().isEmpty(); }, 5000));
+    PressKey(Qt::Key_Delete);
+    EXPECT_EQ(Names(), QStringList{"Mark 4"});
+    Undo();
+    EXPECT_EQ(Names().size(), 4) << "they went in one step";
 }
