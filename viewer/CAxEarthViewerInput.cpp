@@ -178,7 +178,7 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
             d->objects.DeleteHoveredVertex();
         else if (marks && reachesScene)
             marks->RemoveMarks(ids);
-    } else if (isTyped) {
+    } else if (!reachesScene) {
         return;
     } else if (key == Qt::Key_Escape && !d->tools.IsBusy() && AxToolRowOf(d->tools.Tool()).measures) {
         const EToolType left = d->tools.Tool();
