@@ -2,6 +2,7 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/sight/AxSightAnalysis.h"
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMeasurePlane.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
@@ -94,15 +95,19 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     measurements = std::make_unique<AxMeasurements>(*this, objects);
     AxAddMeasureTools(objects.Factories(), *measurements);
     connect(layers.get(), &AxMapLayers::groundChanged, measurements.get(), &AxMeasurements::MeasureAgain);
+    connect(layers.get(), &AxMapLayers::groundChanged, q, [this] {
+        if (CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::FindOfViewer(q))
+            marks->ReadHeightsAgain();
+    });
     // Not given again: of several viewers that would make this the one that gives them.
     connect(layers.get(), &AxMapLayers::groundChanged, CAxControl::GetInstance(),
             &CAxControl::planBasisChanged);
-    objects.Factories().SetOwn(
-        ToolMeasurePlane, [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
-            auto* plane = new CAxMeasurePlane(earth, parent, *measurements);
-            plane->SetPlane(projPlaneCenter, projPlaneMatrix);
-            return plane;
-        });
+    objects.Factories().SetOwn(ToolMeasurePlane,
+                               [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
+                                   auto* plane = new CAxMeasurePlane(earth, parent, *measurements);
+                                   plane->SetPlane(projPlaneCenter, projPlaneMatrix);
+                                   return plane;
+                               });
     groundRequests = std::make_unique<AxGroundRequests>();
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);

@@ -5402,10 +5402,6 @@ Heights are above the ellipsoid.</source>
         <translation>地图尚未加载。</translation>
     </message>
     <message>
-        <source>The map is not loaded yet.</source>
-        <translation>地图尚未加载。</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; cannot be shown: %2</source>
         <translation>“%1”无法显示：%2</translation>
     </message>
