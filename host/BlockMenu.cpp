@@ -171,11 +171,19 @@ void BlockMenu::AskFor(const QString& edit, const QString& label, double value, 
     const QString title =
         ids.size() > 1 ? tr("%1: %2 blocks").arg(edit).arg(ids.size()) : tr("%1: %2").arg(edit, name);
     const QPointer<BlockMenu> self(this);
+    constexpr int letters = 50; // the title has to fit
     QString text = QString::number(value);
-    bool isTyped = true;
     // As a text: a field for numbers leaves a comma out, and 3,5 would become 35.
-    while (isTyped) {
-        text = QInputDialog::getText(parentWidget(), title, label, QLineEdit::Normal, text, &isTyped);
+    for (;;) {
+        const QPointer<QInputDialog> prompt = new QInputDialog(parentWidget());
+        prompt->setWindowTitle(title);
+        prompt->setLabelText(label);
+        prompt->setTextValue(text);
+        prompt->resize(letters * fontMetrics().horizontalAdvance(QLatin1Char('0')), 0);
+        const bool isTyped = prompt->exec() == QDialog::Accepted;
+        if (prompt)
+            text = prompt->textValue();
+        delete prompt;
         if (!self || !isTyped)
             return;
         bool isNumber = false;

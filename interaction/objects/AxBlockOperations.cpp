@@ -270,6 +270,7 @@ QStringList AxBlockOperations::OnEach(const QStringList& ids, const QString& edi
     }
     const QPointer<AxObjects> alive(&objects);
     const bool areSelected = objects.Selected().size() > 1;
+    const QString current = objects.Current() ? objects.Current()->GetHandleID() : QString();
     QHash<QString, QStringList> come;
     QStringList changed;
     if (!wanted.isEmpty()) {
@@ -300,7 +301,10 @@ QStringList AxBlockOperations::OnEach(const QStringList& ids, const QString& edi
             for (const QString& now : come.value(id).isEmpty() ? QStringList{id} : come.value(id))
                 if (CAxHandleAdapter* object = objects.Find(now))
                     selected += object;
-        objects.SelectSeveral(selected);
+        if (CAxHandleAdapter* now = objects.Find(come.value(current).value(0, current)))
+            objects.SetCurrent(now);
+        if (alive)
+            objects.SelectSeveral(selected);
     }
     if (alive && !reasons.isEmpty())
         tellUnchanged(reasons, ids.size());
