@@ -34,6 +34,23 @@ void MeasureTerrain(benchmark::State& state)
 }
 BENCHMARK(MeasureTerrain)->Name("Measure/terrain")->Unit(benchmark::kMillisecond);
 
+/// With nothing read of the map before, as the first measurement somewhere; blocks of files that GDAL or the
+/// system keep are still theirs.
+void MeasureCold(benchmark::State& state)
+{
+    const osgEarth::Map* map = bench::globe().getMapNode()->getMap();
+    AxPathFigures figures;
+    for (auto _ : state) {
+        AxPathGround ground;
+        ground.height = AxMapHeights(map);
+        figures = AxMeasurePath(measuredPath, ground);
+        benchmark::DoNotOptimize(figures);
+    }
+    if (!(figures.total.overGround >= figures.total.length))
+        state.SkipWithError("the ground is not known");
+}
+BENCHMARK(MeasureCold)->Name("Measure/terrain_cold")->Unit(benchmark::kMillisecond);
+
 /// Without the map: what the arithmetic takes of it.
 void MeasurePlane(benchmark::State& state)
 {

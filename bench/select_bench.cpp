@@ -1,8 +1,13 @@
 // Which of many outlines a frame that is drawn over the map meets.
 #include "BenchGlobe.h"
 
+#include "host/exchange/GeoBlocks.h"
+#include "interaction/objects/AxBlockOperations.h"
+#include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/shape/AxOutlinesInFrame.h"
 #include "viewer/CAxEarthViewer.h"
+
+#include <AxData/geofiles/AxGeoFile.h>
 
 #include <benchmark/benchmark.h>
 #include <osgViewer/Viewer>
@@ -47,5 +52,46 @@ void SelectRubber(benchmark::State& state)
 }
 
 BENCHMARK(SelectRubber)->Name("Select/rubber")->Arg(10000)->Unit(benchmark::kMillisecond);
+
+/// The same over blocks on the map, as a drawn frame goes on: it asks each for its outline and selects what
+/// it meets.
+void SelectFrame(benchmark::State& state)
+{
+    CAxEarthViewer& globe = bench::globe();
+    bench::goTo(bench::kOblique20km);
+    QVector<AxGeoShape> shapes;
+    for (const AxOutlineOnGlobe& outline : outlinesInView(static_cast<int>(state.range(0)))) {
+        AxGeoShape shape;
+        shape.name = QStringLiteral("Block %1").arg(shapes.size());
+        for (const osg::Vec3d& place : outline.places)
+            shape.points += QPointF(place.x(), place.y());
+        shapes += shape;
+    }
+    const QStringList made = globe.GetBlockOperations()->Replace(
+        {}, GeoBlocks::RecordsOf(shapes, GeoChoice()), QStringLiteral("Import"));
+    const osg::Camera& camera = *globe.getOSGViewer()->getCamera();
+    const osg::Matrixd toClip = camera.getViewMatrix() * camera.getProjectionMatrix();
+    const osg::Vec3d eye = camera.getInverseViewMatrix().getTrans();
+    QStringList met;
+    for (auto _ : state) {
+        state.PauseTiming();
+        globe.SelectBlocks({});
+        state.ResumeTiming();
+        std::vector<AxOutlineOnGlobe> outlines;
+        for (const QString& id : made) {
+            CAxHandleAdapter* object = globe.FindExistNode(id);
+            outlines.push_back({object->Outline(), object->IsOutlineClosed()});
+        }
+        met.clear();
+        for (const std::size_t i : AxOutlinesInFrame(outlines, toClip, eye, {{-0.5, -0.5}, {0.5, 0.5}}))
+            met += made[static_cast<int>(i)];
+        globe.SelectBlocks(met);
+    }
+    state.counters["selected"] = globe.GetMultiSelectAdapter().size();
+    if (globe.GetMultiSelectAdapter().size() != met.size() || met.isEmpty())
+        state.SkipWithError("what the frame meets is not selected");
+    globe.DeleteBlocks(made);
+}
+BENCHMARK(SelectFrame)->Name("Select/frame")->Arg(2000)->Unit(benchmark::kMillisecond);
 
 } // namespace
