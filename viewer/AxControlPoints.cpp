@@ -28,6 +28,8 @@ Style CrossStyle()
     text->encoding() = TextSymbol::ENCODING_UTF8;
     text->fill()->color() = Color::White;
     text->halo()->color() = Color::Black;
+    // So far beside the cross, which is 26 pixels wide, that one does not give way to the other.
+    text->pixelOffset() = osg::Vec2s(21, 0);
     return style;
 }
 } // namespace

@@ -87,6 +87,8 @@ ControlPointPanel::ControlPointPanel(CAxEarthViewer* earthViewer, QWidget* paren
     list->setObjectName(QStringLiteral("ControlPointList"));
     list->setAccessibleName(tr("Control points"));
     list->setHeaderLabels({tr("Name"), tr("Latitude"), tr("Longitude"), tr("Height")});
+    for (const int column : {LatitudeColumn, LongitudeColumn, HeightColumn})
+        list->headerItem()->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
     list->setRootIsDecorated(false);
     list->setUniformRowHeights(true);
     list->setAlternatingRowColors(true);
@@ -127,7 +129,7 @@ QSize ControlPointPanel::sizeHint() const
 
 void ControlPointPanel::FillMenu(QMenu* menu)
 {
-    QAction* action = menu->addAction(tr("Import co&ntrol points..."), this, &ControlPointPanel::ChooseFile);
+    QAction* action = menu->addAction(tr("Import &control points..."), this, &ControlPointPanel::ChooseFile);
     action->setStatusTip(tr("Add the points of a file as control points: CSV, KML and others"));
 }
 

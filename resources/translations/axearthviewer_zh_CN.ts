@@ -5619,8 +5619,8 @@ Heights are above the ellipsoid.</source>
         <translation>从地图上移除所选控制点</translation>
     </message>
     <message>
-        <source>Import co&amp;ntrol points...</source>
-        <translation>导入控制点(&amp;N)...</translation>
+        <source>Import &amp;control points...</source>
+        <translation>导入控制点(&amp;C)...</translation>
     </message>
     <message>
         <source>%1 m</source>
