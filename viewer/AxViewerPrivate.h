@@ -109,6 +109,8 @@ public:
     void keepBarWithin();
     /// Puts the disc of the landing area around the current object, or hides it when there is none.
     void followLandingArea();
+    /// Ends a drag of the point of interest, or of the approach, with where it was; true when there was one.
+    bool giveUpHandleDrag();
     /// Takes a place that the mouse has chosen for the point of interest; degrees, degrees, metres.
     void pickInterestPoint(double longitude, double latitude, double altitude);
     /// Paints the frame once more and reads it, without showing it.

@@ -447,7 +447,7 @@ private slots:
     void slotDrawableClicked(osg::Drawable* drawable);
 
 private:
-    void takeEditingKey(int key, bool reachesScene);
+    void takeEditingKey(int key, bool reachesScene, bool isTyped);
 
     const std::unique_ptr<AxViewerPrivate> d;
 };

@@ -105,7 +105,7 @@ void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
         setKeyboardModifiers(event->modifiers());
     d->input->KeyPress(*event, reachesScene);
     if (!event->isAutoRepeat() || event->key() == Qt::Key_Backspace)
-        takeEditingKey(event->key(), reachesScene);
+        takeEditingKey(event->key(), reachesScene, scene()->focusItem() != nullptr);
     if (!self)
         return;
     if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
@@ -166,7 +166,7 @@ void CAxEarthViewer::focusOutEvent(QFocusEvent* event)
     QGraphicsView::focusOutEvent(event);
 }
 
-void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
+void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
 {
     if (key == Qt::Key_Delete) {
         // A deletion that is refused, or that an overlay hides, was meant for the vertex all the same.
@@ -178,9 +178,12 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene)
             d->objects.DeleteHoveredVertex();
         else if (marks && reachesScene)
             marks->RemoveMarks(ids);
-    } else if (!reachesScene) {
+    } else if (isTyped) {
         return;
-    } else if (key == Qt::Key_Escape && !d->tools.IsBusy() && AxToolRowOf(d->tools.Tool()).measures) {
+    } else if (key == Qt::Key_Escape && d->giveUpHandleDrag()) {
+        return;
+    } else if (key == Qt::Key_Escape && !d->tools.IsBusy() &&
+               (AxToolRowOf(d->tools.Tool()).measures || GetToolKind(d->tools.Tool()) == ToolKindPick)) {
         const EToolType left = d->tools.Tool();
         d->tools.TakeUp(ToolNavigate);
         emit signalHandlePickEnded(left);

@@ -1,4 +1,5 @@
 // The viewer's landing area, approach, point of interest and control points.
+#include "interaction/input/CAxEarthManipulator.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "mission/landing/CAxInterestPointNode.h"
 #include "mission/landing/CAxLandingAreaNode.h"
@@ -93,6 +94,17 @@ void AxViewerPrivate::pickInterestPoint(double longitude, double latitude, doubl
         return;
     if (self && q->SetInterestPoint(CAxVector3D(latitude, longitude, altitude)))
         emit q->InterestPointPicked(longitude, latitude, altitude);
+}
+
+bool AxViewerPrivate::giveUpHandleDrag()
+{
+    if (!manipulator->GiveUpHandleDrag())
+        return false;
+    if (interestPointNode)
+        interestPointNode->GiveUpDrag();
+    if (downhillAngleNode)
+        downhillAngleNode->GiveUpDrag();
+    return true;
 }
 
 bool CAxEarthViewer::AddControlPoint(const QString& name, const osg::Vec3d& lngLatAlt)

@@ -3,6 +3,7 @@
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 
@@ -70,6 +71,16 @@ void HomeClick::OnLandingPicked(double longitude, double latitude, double altitu
     CAxBlock* block = CAxBlockManager::instance().GetBlock(blockID);
     if (!block)
         return Want({});
+    CAxHandleAdapter* own = viewer->FindExistNode(blockID);
+    if (own && own != viewer->GetCurHandleAdapter()) {
+        // The click came upon another block, and the place was judged for that one.
+        constexpr double farthestMetres = 7000.0;
+        const CAxVector3D centre = own->GetGravityLatLng(); // latitude first
+        viewer->SetNodeSelected(own->GetFeatureNode(), false, false);
+        if (DistanceBetweenTwoLatLng(CAxVector3D(centre.y(), centre.x(), 0.0),
+                                     CAxVector3D(longitude, latitude, 0.0)) > farthestMetres)
+            return;
+    }
     constexpr double digitsOfPick = 1e-4; // degrees
     osgEarth::GeoPoint place;
     if (place.fromWorld(viewer->getSRS()->getGeographicSRS(), clickedWorld) &&

@@ -7,6 +7,8 @@
 LimitedNumber::LimitedNumber()
 {
     setFocusPolicy(Qt::StrongFocus);
+    // A height of 5 m on the way to 50 is none, and what is refused goes back behind all that was typed.
+    setKeyboardTracking(false);
 }
 
 bool LimitedNumber::HasSeparator(const QString& text) const
@@ -27,20 +29,21 @@ std::optional<double> LimitedNumber::NumberIn(const QString& text) const
 // The usual one refuses each digit that leads beyond the limits, and 12000 becomes 1200.
 QValidator::State LimitedNumber::validate(QString& text, int& place) const
 {
-    // It would be left out, and 3,5 would become 35.
+    // What is left out of a text makes another number of the rest.
     if (HasSeparator(text))
         return QValidator::Intermediate;
     const QValidator::State usual = QDoubleSpinBox::validate(text, place);
-    return usual == QValidator::Invalid && NumberIn(text) ? QValidator::Intermediate : usual;
+    return usual == QValidator::Invalid ? QValidator::Intermediate : usual;
 }
 
 void LimitedNumber::fixup(QString& text) const
 {
-    if (HasSeparator(text))
+    const std::optional<double> number = HasSeparator(text) ? std::nullopt : NumberIn(text);
+    if (!number) {
+        emit Refused(text);
+        text = textFromValue(value()) + suffix();
         return;
-    const std::optional<double> number = NumberIn(text);
-    if (!number)
-        return QDoubleSpinBox::fixup(text);
+    }
     if (*number < minimum() || *number > maximum())
         emit Beyond(text);
     text = textFromValue(qBound(minimum(), *number, maximum())) + suffix();

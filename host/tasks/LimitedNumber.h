@@ -4,8 +4,9 @@
 #include <optional>
 
 /// A field for a number that takes what is typed as it is: a number beyond the limits becomes the nearest of
-/// them, which it tells. A number ends before a comma: left out, as usual, it would make
-/// 1205 of 120,5. The wheel scrolls what it lies in and changes nothing unless it has the keyboard.
+/// them, and what is no number, as "3,5" or "1e308", leaves the value as it was; both are told. The usual
+/// field leaves letters and commas out while they are typed, and makes 35 and 1308 of these. The wheel
+/// scrolls what it lies in and changes nothing unless it has the keyboard.
 class LimitedNumber : public QDoubleSpinBox
 {
     Q_OBJECT
@@ -18,6 +19,8 @@ public:
 signals:
     /// That text is beyond the limits. Sent before the value changes.
     void Beyond(const QString& typed) const;
+    /// That text is no number.
+    void Refused(const QString& typed) const;
 
 protected:
     void wheelEvent(QWheelEvent* event) override;

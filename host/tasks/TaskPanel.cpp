@@ -131,6 +131,11 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
         parameters->ShowSizes();
     });
     connect(routes, &TaskRoutes::Planned, this, &TaskPanel::OnPlanned);
+    // A dangerous route stays one when another block is chosen, or none.
+    dangersRest.setSingleShot(true);
+    dangersRest.setInterval(0);
+    connect(&dangersRest, &QTimer::timeout, this, [this] { dangers.Show(routes->ShownWarnings()); });
+    connect(viewer, &CAxEarthViewer::signalBlockState, &dangersRest, QOverload<>::of(&QTimer::start));
     connect(routes, &TaskRoutes::Told, this, &TaskPanel::Told);
     connect(routes, &TaskRoutes::EntryClicked, this, &TaskPanel::OnEntryClicked);
     connect(parameters, &TaskParameters::HomeWanted, this, [this](bool wanted) {
@@ -334,8 +339,7 @@ void TaskPanel::ShowPlan()
     parameters->ShowPlaces();
     parameters->ShowFlownHeading(isPlanned && shown->hasFigures ? std::make_optional(shown->plan.heading)
                                                                 : std::nullopt);
-    dangers.Show(isPlanned && routes->IsShown(shown->blockID, shown->taskID) ? shown->plan.warnings
-                                                                             : std::vector<AxPlanWarning>());
+    dangersRest.start();
     remove->setEnabled(task);
     exportRoute->setEnabled(isPlanned);
     flown->setEnabled(isPlanned);
@@ -354,6 +358,7 @@ void TaskPanel::ShowPlan()
 
 void TaskPanel::OnPlanned(const QString& block, const QString& task)
 {
+    dangersRest.start();
     if (block != blockID)
         return;
     const CAxBlock* record = Block();
@@ -390,6 +395,7 @@ void TaskPanel::OnItemChanged(QListWidgetItem* item)
     // May show a box, during which the list may change.
     if (isChecked != routes->IsShown(blockID, taskID))
         routes->SetShown(blockID, taskID, isChecked);
+    dangersRest.start();
 }
 
 void TaskPanel::Add()

@@ -83,7 +83,8 @@ private:
     CAxEarthViewer* viewer;
     TaskRoutes* routes;
     HomeClick* homeClick;
-    WarningMarks dangers; ///< of the chosen task, while its route is shown
+    WarningMarks dangers; ///< of all routes that are shown
+    QTimer dangersRest;   ///< until they are shown anew
     QString blockID;
     QLabel* title;
     QListWidget* list;

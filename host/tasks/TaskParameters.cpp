@@ -165,6 +165,13 @@ void TaskParameters::TellLimits(LimitedNumber* field)
     };
     // After the value has changed, which takes the hint before away.
     connect(field, &LimitedNumber::Beyond, this, tell, Qt::QueuedConnection);
+    const auto tellRefused = [this, field](const QString& typed) {
+        beyond = hints[field];
+        beyond->setText(
+            tr("\"%1\" is not a number. Decimals are written with a point.").arg(typed.trimmed()));
+        beyond->show();
+    };
+    connect(field, &LimitedNumber::Refused, this, tellRefused, Qt::QueuedConnection);
 }
 
 void TaskParameters::Set(QWidget* field, const std::function<void(CAxBlock&)>& set)

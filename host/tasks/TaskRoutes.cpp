@@ -136,6 +136,20 @@ bool TaskRoutes::IsShown(const QString& blockID, const QString& taskID) const
     return hidden.count({blockID, taskID}) == 0;
 }
 
+std::vector<AxPlanWarning> TaskRoutes::ShownWarnings() const
+{
+    std::vector<AxPlanWarning> all;
+    for (const auto& [key, route] : routes) {
+        const CAxHandleAdapter* object = viewer->FindExistNode(key.first);
+        if (!object || !object->IsVisible() || !IsShown(key.first, key.second) || !route->plan ||
+            !route->plan->plan.IsPlanned())
+            continue;
+        const std::vector<AxPlanWarning>& warnings = route->plan->plan.warnings;
+        all.insert(all.end(), warnings.begin(), warnings.end());
+    }
+    return all;
+}
+
 QString TaskRoutes::Hidden() const
 {
     QJsonArray pairs;

@@ -44,6 +44,8 @@ public:
     /// planned anew all the same, and Told() says so.
     bool IsShown(const QString& blockID, const QString& taskID) const;
     void SetShown(const QString& blockID, const QString& taskID, bool shown);
+    /// The warnings of all routes that are on the map, whichever block is chosen.
+    std::vector<AxPlanWarning> ShownWarnings() const;
 
     /// Which routes are not shown, as a text that a project keeps; empty for none.
     QString Hidden() const;

@@ -16,7 +16,7 @@ using osgEarth::Annotation::PlaceNode;
 using osgEarth::Symbology::IconSymbol;
 
 namespace {
-constexpr std::size_t mostMarks = 60;
+constexpr std::size_t mostMarks = 120;
 constexpr int warningSize = 22; // pixels
 constexpr float worstPriority = 900.0F;
 

@@ -95,6 +95,9 @@ public:
 
     /// Ends a running move of objects without a commit. The rest of the drag does nothing.
     void CancelBlockMove();
+    /// Ends a drag of the approach's handle or of the point of interest; the rest of it does nothing. False
+    /// when there is none.
+    bool GiveUpHandleDrag();
     /// Emits signalViewMoved() without an event: the camera may be in a flight.
     void TellView();
     /// Looks again at what is under the pointer, where that, the camera or the ground may have changed since
@@ -255,6 +258,7 @@ private:
     bool anglePushed = false;        ///< the push was on a handle of the approach
     bool interestPushed = false;     ///< it was on the point of interest
     bool interestDragActive = false; ///< and the mouse has moved since
+    bool handleGivenUp = false;      ///< until the button goes up
     bool doubleClickPending = false;
     float pushX = 0.0f;
     float pushY = 0.0f;

@@ -96,6 +96,7 @@ bool CAxEarthManipulator::handleMousePush(const GUIEventAdapter& ea, osgGA::GUIA
         pushX = ea.getX();
         pushY = ea.getY();
         doubleClickPending = false; // its release went elsewhere
+        handleGivenUp = false;
         mover->Begin();
         Step step(*this, ea, aa, pick.LngLatPos(), pick.world, &pick);
         viewer->Tools().InHand().Press(step);
@@ -128,7 +129,8 @@ bool CAxEarthManipulator::handleMouseRelease(const GUIEventAdapter& ea, osgGA::G
     const bool isLeft = ea.getButton() == GUIEventAdapter::LEFT_MOUSE_BUTTON;
     // What a push began ends with its release, also where that would be a click or be passed over.
     const bool wasTurning =
-        isLeft && (std::exchange(angleDragActive, false) | std::exchange(interestDragActive, false));
+        isLeft && (std::exchange(angleDragActive, false) | std::exchange(interestDragActive, false) |
+                   std::exchange(handleGivenUp, false));
     if (isLeft && mover->IsMoving()) {
         endMove(pick);
         return true;
@@ -197,6 +199,8 @@ bool CAxEarthManipulator::handleMouseDrag(const GUIEventAdapter& ea, osgGA::GUIA
 {
     const int buttons = ea.getButtonMask();
     if (buttons & GUIEventAdapter::LEFT_MOUSE_BUTTON) {
+        if (handleGivenUp)
+            return true;
         Step step(*this, ea, aa, lngLatPos, worldCoordPos);
         if (viewer->Tools().InHand().Drag(step) || !viewer || dragDownhillAngle(aa, lngLatPos, worldCoordPos))
             return true;
@@ -211,6 +215,15 @@ bool CAxEarthManipulator::handleMouseDrag(const GUIEventAdapter& ea, osgGA::GUIA
         }
     }
     return operateMode == OperateModel && !doubleClickPending && dragAroundModel(ea, aa);
+}
+
+bool CAxEarthManipulator::GiveUpHandleDrag()
+{
+    if (!angleDragActive && !interestDragActive)
+        return false;
+    angleDragActive = interestDragActive = anglePushed = interestPushed = false;
+    handleGivenUp = true;
+    return true;
 }
 
 bool CAxEarthManipulator::dragDownhillAngle(osgGA::GUIActionAdapter& aa, const osg::Vec3d& lngLatPos,

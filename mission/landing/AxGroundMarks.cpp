@@ -36,19 +36,24 @@ Style AxDrapedStyle(const Color& color, float fillAlpha)
     return style;
 }
 
-osg::ref_ptr<osgEarth::Annotation::LabelNode>
-AxGroundLabel(const AxScene& scene, const osgEarth::GeoPoint& place, const QString& text, const Color& fill)
+Style AxGroundTextStyle(const Color& fill, const Color& halo)
 {
     constexpr float pixels = 16.0f;
     Style style;
     auto* symbol = style.getOrCreate<TextSymbol>();
     symbol->alignment() = TextSymbol::ALIGN_CENTER_CENTER;
     symbol->fill()->color() = fill;
-    symbol->halo()->color() = Color::White;
+    symbol->halo()->color() = halo;
     symbol->font() = "msyh.ttc";
     symbol->encoding() = TextSymbol::ENCODING_UTF8;
     symbol->size() = pixels;
     symbol->declutter() = false;
+    return style;
+}
+
+osg::ref_ptr<osgEarth::Annotation::LabelNode>
+AxGroundLabel(const AxScene& scene, const osgEarth::GeoPoint& place, const QString& text, const Style& style)
+{
     osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
         new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text.toStdString(), style);
     label->setDynamic(true);

@@ -19,11 +19,15 @@ osgEarth::GeoPoint AxPlaceOnMap(const AxScene& scene, const CAxVector3D& latLngA
 /// Painted onto the terrain, filled and outlined in a colour.
 osgEarth::Symbology::Style AxDrapedStyle(const osgEarth::Symbology::Color& color, float fillAlpha);
 
-/// A text that stands at a place of the ground in a size in pixels and is never left out for another.
+/// The look of a text in a size in pixels that is never left out for another, centred on its place.
+osgEarth::Symbology::Style AxGroundTextStyle(const osgEarth::Symbology::Color& fill,
+                                             const osgEarth::Symbology::Color& halo);
+
+/// A text at a place, dynamic.
 osg::ref_ptr<osgEarth::Annotation::LabelNode> AxGroundLabel(const AxScene& scene,
                                                             const osgEarth::GeoPoint& place,
                                                             const QString& text,
-                                                            const osgEarth::Symbology::Color& fill);
+                                                            const osgEarth::Symbology::Style& style);
 
 /// Takes a node out of every group that it is in.
 void AxLeaveGroups(osg::Node* node);

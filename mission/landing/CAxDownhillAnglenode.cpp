@@ -13,6 +13,7 @@
 #include <osgEarthSymbology/Geometry>
 #include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/LineSymbol>
+#include <osgEarthSymbology/TextSymbol>
 
 #include <cmath>
 
@@ -20,6 +21,7 @@ using osgEarth::Symbology::Color;
 using osgEarth::Symbology::IconSymbol;
 using osgEarth::Symbology::LineSymbol;
 using osgEarth::Symbology::Style;
+using osgEarth::Symbology::TextSymbol;
 
 namespace {
 constexpr double approachMetres = 500.0;
@@ -31,6 +33,17 @@ osg::Vec3d Towards(double degrees, double metres)
 {
     const double direction = osg::DegreesToRadians(degrees);
     return {metres * std::sin(direction), metres * std::cos(direction), 0.0};
+}
+
+// Beside the handle, on the side that is away from the landing point and what stands there.
+Style AngleStyle(bool isLeft)
+{
+    constexpr short aside = 20;
+    Style style = AxGroundTextStyle(Color::White, Color::Black);
+    auto* text = style.getOrCreate<TextSymbol>();
+    text->alignment() = isLeft ? TextSymbol::ALIGN_RIGHT_CENTER : TextSymbol::ALIGN_LEFT_CENTER;
+    text->pixelOffset() = osg::Vec2s(isLeft ? -aside : aside, 0);
+    return style;
 }
 
 // From where the aircraft comes to the landing point, and the head of an arrow there.
@@ -49,9 +62,12 @@ osg::ref_ptr<osgEarth::Symbology::Geometry> ApproachLine(double angle)
 CAxDownhillAnglenode::CAxDownhillAnglenode(CAxEarthViewer* viewer, QObject* parent)
     : QObject(parent), parts(AxPartsOf(viewer))
 {
-    if (auto* mouse = parts ? qobject_cast<CAxEarthManipulator*>(parts->Mouse()) : nullptr)
+    if (auto* mouse = parts ? qobject_cast<CAxEarthManipulator*>(parts->Mouse()) : nullptr) {
         connect(mouse, &CAxEarthManipulator::mouseLeftBtnDragAngleComputer, this,
                 &CAxDownhillAnglenode::slotDrag);
+        connect(mouse, QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnRelease), this,
+                [this] { angleBefore.reset(); });
+    }
 }
 
 CAxDownhillAnglenode::~CAxDownhillAnglenode()
@@ -114,7 +130,7 @@ void CAxDownhillAnglenode::show()
         style.getOrCreate<LineSymbol>()->stroke()->width() = approachPixels;
         line = new osgEarth::Annotation::LocalGeometryNode(scene.MapNode(), ApproachLine(angle), style);
         line->setName("AngleComputer-Line");
-        label = AxGroundLabel(scene, place, {}, Color::Orange);
+        label = AxGroundLabel(scene, place, {}, AngleStyle(false));
         label->setName("AngleComputer-Label");
         Style icon;
         icon.getOrCreate<IconSymbol>()->alignment() = IconSymbol::ALIGN_CENTER_CENTER;
@@ -146,18 +162,31 @@ void CAxDownhillAnglenode::slotAngleLableChange()
                                        osg::DegreesToRadians(angle + 180.0), metres, place.y(), place.x());
         return osg::Vec3d(osg::RadiansToDegrees(place.x()), osg::RadiansToDegrees(place.y()), end.z());
     };
-    QList<osg::Vec3d> ground = {along(approachMetres / 2.0), along(approachMetres)};
+    QList<osg::Vec3d> ground = {along(approachMetres)};
     parts->Scene().GetElevations(ground);
     const osgEarth::SpatialReference* srs = parts->Scene().MapSRS();
+    handle->setPosition({srs, ground[0], osgEarth::ALTMODE_ABSOLUTE});
     label->setPosition({srs, ground[0], osgEarth::ALTMODE_ABSOLUTE});
-    handle->setPosition({srs, ground[1], osgEarth::ALTMODE_ABSOLUTE});
+    // It comes from the west when it flies eastwards.
+    label->setStyle(AngleStyle(angle > 0.0 && angle < 180.0));
     label->setText(tr("%1°").arg(QString::number(angle, 'f', 1)).toStdString());
+}
+
+void CAxDownhillAnglenode::GiveUpDrag()
+{
+    if (!angleBefore)
+        return;
+    SetAngle(*angleBefore);
+    angleBefore.reset();
+    emit signalDownhillAngle(angle);
 }
 
 void CAxDownhillAnglenode::slotDrag(osg::Vec3d lngLatPos)
 {
     if (!line || !visible || lngLatPos == osg::Vec3d())
         return;
+    if (!angleBefore)
+        angleBefore = angle;
     const double from =
         osgEarth::GeoMath::bearing(osg::DegreesToRadians(lngLatPos.y()), osg::DegreesToRadians(lngLatPos.x()),
                                    osg::DegreesToRadians(landing.x()), osg::DegreesToRadians(landing.y()));

@@ -12,6 +12,8 @@
 #include <QObject>
 #include <QPointer>
 
+#include <optional>
+
 class AxViewerParts;
 class CAxEarthViewer;
 
@@ -45,9 +47,11 @@ public:
     /// Whether its handle is shown and can be grabbed; not at first.
     bool IsHandlesVisible() const { return handlesVisible; }
     void SetHandlesVisible(bool visible);
+    /// Turns back to where it was before the mouse took it, and tells of it; nothing while it is not dragged.
+    void GiveUpDrag();
 
 public slots:
-    /// Writes the angle anew and puts its text half-way along the approach.
+    /// Writes the angle anew, beside the handle.
     void slotAngleLableChange();
 
 signals:
@@ -65,6 +69,7 @@ private:
     CAxVector3D landing;
     bool hasLanding = false;
     double angle = 0.0;
+    std::optional<double> angleBefore; ///< of the drag that goes on
     bool visible = true;
     bool handlesVisible = false;
     osg::ref_ptr<osgEarth::Annotation::LocalGeometryNode> line; ///< null until it is shown, as all three

@@ -61,7 +61,7 @@ void CAxInterestPointNode::show(const CAxVector3D& latLngAlt)
                                                       osgEarth::Distance(discMetres, osgEarth::Units::METERS),
                                                       AxDrapedStyle(Color::Yellow, interestAlpha));
         circle->setName("InterestPoint-Circle");
-        label = AxGroundLabel(parts->Scene(), place, {}, Color::Red);
+        label = AxGroundLabel(parts->Scene(), place, {}, AxGroundTextStyle(Color::Yellow, Color::Black));
         label->setName("InterestPoint-Label");
         parts->Scene().DrawGroup()->addChild(circle);
         parts->Scene().DrawGroup()->addChild(label);
@@ -80,6 +80,12 @@ void CAxInterestPointNode::slotDrag(osg::Vec3d lngLatPos)
     dragged = CAxVector3D(lngLatPos.y(), lngLatPos.x(), lngLatPos.z());
     isDragged = true;
     show(dragged);
+}
+
+void CAxInterestPointNode::GiveUpDrag()
+{
+    if (std::exchange(isDragged, false))
+        show(position);
 }
 
 void CAxInterestPointNode::slotRelease()

@@ -34,6 +34,8 @@ public:
     bool SetPosition(const CAxVector3D& latLngAlt);
     const CAxVector3D& GetPosition() const { return position; } ///< as it was set, or a default value
     void SetVisible(bool visible);
+    /// Goes back to where it was before the mouse took it; nothing while it is not dragged.
+    void GiveUpDrag();
 
 signals:
     /// The mouse has dragged it and let go; degrees, degrees, metres. The place is not taken yet.

@@ -43,7 +43,8 @@ void CAxLandingAreaNode::CreateMarker(const CAxVector3D& pos)
         return;
     if (!label) {
         label = AxGroundLabel(parts->Scene(), circle->getPosition(),
-                              tr("Please set the landing point in this range"), Color::Red);
+                              tr("Please set the landing point in this range"),
+                              AxGroundTextStyle(Color::Red, Color::White));
         drawn->addChild(circle);
         drawn->addChild(label);
     }

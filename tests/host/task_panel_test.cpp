@@ -185,8 +185,13 @@ TEST_F(TasksOnMap, TheOperatorAddsATaskSetsItRenamesItAndDeletesIt)
     EXPECT_NEAR(height->value(), 100.0, 1.0) << "one follows from the other";
     EXPECT_TRUE(waitFor([&shown] { return shown && shown->plan.figures.height < 101.0; }, 5000));
     // Typed, as a person does; a digit that is too many is not dropped.
-    for (const auto& [typed, value] :
-         {std::pair{"12000", 10000.0}, {"0.2", 1.0}, {"1234.56", 1234.6}, {"100", 100.0}, {"120,5", 120.0}}) {
+    for (const auto& [typed, value] : {std::pair{"12000", 10000.0},
+                                       {"0.2", 1.0},
+                                       {"1234.56", 1234.6},
+                                       {"1e308", 10000.0},
+                                       {"100", 100.0},
+                                       {"120,5", 100.0},
+                                       {"abc", 100.0}}) {
         height->selectAll();
         QTest::keyClicks(height, QLatin1String(typed));
         QTest::keyClick(height, Qt::Key_Return);
@@ -336,7 +341,12 @@ TEST_F(TasksOnMap, ADangerousRouteIsMarkedAndWrittenOnlyWhenThePilotSaysSo)
     const auto* danger = panel.findChild<QLabel*>("RouteDanger");
     ASSERT_TRUE(waitFor([&] { return !danger->isHidden(); }, 5000));
     EXPECT_FALSE(panel.findChild<QListWidget*>("TaskList")->item(0)->icon().isNull());
-    EXPECT_GT(marks(), 0U);
+    EXPECT_TRUE(waitFor([&] { return marks() > 0U; }));
+    viewer->SetNodeSelected(nullptr, false, false);
+    viewer->slotBlockVisible(Block()->GetBlockID(), false);
+    EXPECT_TRUE(waitFor([&] { return marks() == 0U; })) << "it is not shown";
+    viewer->slotBlockVisible(Block()->GetBlockID(), true);
+    EXPECT_TRUE(waitFor([&] { return marks() > 0U; })) << "it is dangerous, whatever is chosen";
     ModalBox box;
     for (const bool isWanted : {false, true}) {
         box.answers += Choose(file);

@@ -101,6 +101,17 @@ TEST_F(Landing, TheMouseDragsThePointOfInterest)
     EXPECT_EQ(manipulator->getMatrix(), before) << "the camera stays";
     DragFromTo(WindowOf(19.99, 9.995), WindowOf(20.005, 10.003));
     EXPECT_EQ(picked.size(), 1) << "a drag that comes across it goes on with the map";
+    const CAxVector3D there = viewer->GetInterestPointNode()->GetPosition();
+    const osg::Vec2f place = WindowOf(there.y(), there.x());
+    Push(place.x(), place.y());
+    Drag(place.x() + 40.0f, place.y());
+    PressKey(Qt::Key_Escape);
+    EXPECT_TRUE(Drag(place.x() + 60.0f, place.y())) << "the camera stays all the same";
+    Release(place.x() + 60.0f, place.y());
+    EXPECT_EQ(picked.size(), 1) << "it was given up";
+    viewer->SetToolType(ToolInterestPoint);
+    PressKey(Qt::Key_Escape);
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
     viewer->RemoveInterestPoint();
     EXPECT_FALSE(viewer->GetInterestPointNode());
     EXPECT_FALSE(Named("InterestPoint-Circle"));

@@ -136,18 +136,15 @@ TEST_F(PolygonBlock, DrawingIsTakenBackByKeys)
     Click(20.0, 11.0);
     QPointer<CAxHandleAdapter> block = viewer->GetCurHandleAdapter();
     ASSERT_TRUE(block);
-    // A key over an overlay is the overlay's.
+    // The mouse may be over an overlay that has no field to type in.
     const QRect readOut = viewer->GetCoordinateWidget()->geometry();
     QCursor::setPos(viewer->mapToGlobal(readOut.center()));
     ASSERT_TRUE(waitFor([&] { return readOut.contains(viewer->mapFromGlobal(QCursor::pos())); }));
     PressKey(Qt::Key_Backspace);
-    PressKey(Qt::Key_Escape);
     ASSERT_TRUE(block);
-    EXPECT_EQ(block->GetAnchor().size(), 3u);
+    EXPECT_EQ(block->GetAnchor().size(), 2u);
     QCursor::setPos(viewer->mapToGlobal(QPoint(300, 300)));
     ASSERT_TRUE(waitFor([&] { return !readOut.contains(viewer->mapFromGlobal(QCursor::pos())); }));
-    PressKey(Qt::Key_Backspace);
-    EXPECT_EQ(block->GetAnchor().size(), 2u);
     PressKey(Qt::Key_Backspace);
     PressKey(Qt::Key_Backspace);
     PressKey(Qt::Key_Backspace);
