@@ -1,6 +1,8 @@
 // Layers that come and go while the map is shown, and the height of its ground.
 #include "ProtocolFixture.h"
 
+#include "analysis/AxMapHeights.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "viewer/AxMapLayers.h"
 
 #include <AxData/CAxControl.h>
@@ -106,11 +108,11 @@ TEST_F(MapLayers, OthersHearOfAnotherGroundAndOfNothingElse)
     ASSERT_TRUE(QFile::copy(QString(AX_RESOURCES) + "/map/trinidad_90m_metres.tif", file));
     int id = 0;
     int world = 0;
+    int trinidad = 0;
     osg::ref_ptr<osgEarth::ImageLayer> elsewhere;
     for (const AxMapLayer& layer : layers.All())
-        if (layer.name == "World heights")
-            world = layer.id;
-    ASSERT_NE(world, 0);
+        (layer.name == "World heights" ? world : layer.name == "Trinidad heights" ? trinidad : id) = layer.id;
+    ASSERT_TRUE(world != 0 && trinidad != 0);
     const struct
     {
         const char* what;
@@ -147,6 +149,20 @@ TEST_F(MapLayers, OthersHearOfAnotherGroundAndOfNothingElse)
     }
     EXPECT_TRUE(std::isnan(viewer->GetElevation(20.0, 10.0))) << "no height is known there any more";
     layers.SetVisible(world, true);
+    CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::OfViewer(viewer);
+    const QString mark = marks->AddMark(-105.0, 37.37);
+    const auto standsOnGround = [&] {
+        const AxMapHeights ground(viewer->getMapNode()->getMap());
+        return waitFor([&] { return marks->Find(mark)->altitude == ground(-105.0, 37.37); }, 5000);
+    };
+    EXPECT_TRUE(standsOnGround());
+    const double fine = marks->Find(mark)->altitude;
+    layers.SetVisible(trinidad, false);
+    EXPECT_TRUE(standsOnGround());
+    EXPECT_NE(marks->Find(mark)->altitude, fine);
+    layers.SetVisible(trinidad, true);
+    EXPECT_TRUE(standsOnGround());
+    marks->RemoveMarks({mark});
     QString why;
     EXPECT_EQ(AxMapLayers().AddImage("some.tif", &why), 0);
     EXPECT_FALSE(why.isEmpty()) << "without a map";
