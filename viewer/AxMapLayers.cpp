@@ -56,31 +56,31 @@ template <typename Layer> osg::ref_ptr<Layer> Opened(const QString& file, QStrin
 class AxMapLayers::Watch : public osgEarth::MapCallback
 {
 public:
-    Watch(AxMapLayers& owner, osgEarth::Map& map)
+    Watch(AxMapLayers& owner, osgEarth::Map& shown)
         : layers(owner), ofPictures(new OfPictures(owner)), ofFeatures(new OfFeatures(owner))
     {
         osgEarth::ImageLayerVector pictures;
         osgEarth::ModelLayerVector features;
-        map.getImageLayers(pictures);
-        map.getModelLayers(features);
+        shown.getImageLayers(pictures);
+        shown.getModelLayers(features);
         for (const auto& layer : pictures)
             layer->addCallback(ofPictures);
         for (const auto& layer : features)
             layer->addCallback(ofFeatures);
-        map.addMapCallback(this);
+        shown.addMapCallback(this);
     }
 
-    void End(osgEarth::Map& map)
+    void End(osgEarth::Map& shown)
     {
         osgEarth::ImageLayerVector pictures;
         osgEarth::ModelLayerVector features;
-        map.getImageLayers(pictures);
-        map.getModelLayers(features);
+        shown.getImageLayers(pictures);
+        shown.getModelLayers(features);
         for (const auto& layer : pictures)
             layer->removeCallback(ofPictures);
         for (const auto& layer : features)
             layer->removeCallback(ofFeatures);
-        map.removeMapCallback(this);
+        shown.removeMapCallback(this);
     }
 
     void onMapModelChanged(const osgEarth::MapModelChange& change) override
