@@ -34,7 +34,7 @@ QVector<AxProjectMark> MarkFiles::MarksOf(const AxGeoContent& content)
     return marks;
 }
 
-QVector<AxGeoShape> MarkFiles::ShapesOf(const QVector<AxProjectMark>& marks)
+QVector<AxGeoShape> MarkFiles::ShapesOf(const QVector<AxProjectMark>& marks, bool hasPlaceFields)
 {
     QVector<AxGeoShape> shapes;
     shapes.reserve(marks.size());
@@ -46,6 +46,17 @@ QVector<AxGeoShape> MarkFiles::ShapesOf(const QVector<AxProjectMark>& marks)
         shape.altitude = mark.altitude;
         if (!mark.description.isEmpty())
             shape.attributes[noteField] = mark.description;
+        if (hasPlaceFields) {
+            constexpr int digitsOfDegrees = 9;
+            constexpr int digitsOfMetres = 3;
+            shape.attributes[QStringLiteral("longitude")] =
+                QString::number(mark.longitude, 'f', digitsOfDegrees);
+            shape.attributes[QStringLiteral("latitude")] =
+                QString::number(mark.latitude, 'f', digitsOfDegrees);
+            if (std::isfinite(mark.altitude))
+                shape.attributes[QStringLiteral("altitude")] =
+                    QString::number(mark.altitude, 'f', digitsOfMetres);
+        }
         shapes += shape;
     }
     return shapes;

@@ -398,7 +398,8 @@ bool MarkPanel::Export(const QString& file)
     for (const AxProjectMark& mark : set->Marks())
         if (chosen.size() < 2 || chosen.contains(mark.id))
             marks += mark;
-    const AxGeoWritten written = AxWriteGeoFile(file, format->format, MarkFiles::ShapesOf(marks));
+    const bool isTable = suffix == QLatin1String("csv");
+    const AxGeoWritten written = AxWriteGeoFile(file, format->format, MarkFiles::ShapesOf(marks, isTable));
     if (!written.fault.isEmpty()) {
         Warn(title, tr("%1 was not written.").arg(file), {written.fault});
         return false;
