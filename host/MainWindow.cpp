@@ -164,11 +164,13 @@ QDockWidget* MainWindow::AddPanel(const QString& title, const char* name, QWidge
 void MainWindow::BuildPanels()
 {
     QDockWidget* blocksPanel = AddPanel(tr("Blocks"), "BlocksPanel", blocks, Qt::LeftDockWidgetArea);
-    tabifyDockWidget(blocksPanel, AddPanel(tr("Marks"), "MarksPanel", marks, Qt::LeftDockWidgetArea));
+    tabifyDockWidget(blocksPanel,
+                     AddPanel(tr("Marks"), "MarksPanel", Scrolled(marks), Qt::LeftDockWidgetArea));
     BuildControlPoints(blocksPanel);
     blocksPanel->raise();
     QDockWidget* zonesPanel = AddPanel(tr("No-fly zones"), "ZonesPanel", zones, Qt::LeftDockWidgetArea);
-    tabifyDockWidget(zonesPanel, AddPanel(tr("Aircraft"), "AircraftPanel", aircraft, Qt::LeftDockWidgetArea));
+    tabifyDockWidget(zonesPanel,
+                     AddPanel(tr("Aircraft"), "AircraftPanel", Scrolled(aircraft), Qt::LeftDockWidgetArea));
     zonesPanel->raise();
     auto* undoView = new QUndoView(viewer->GetUndoStack());
     undoView->setEmptyLabel(tr("Nothing done"));
@@ -178,7 +180,7 @@ void MainWindow::BuildPanels()
     QDockWidget* logPanel = AddPanel(tr("Log"), "LogPanel", log, Qt::BottomDockWidgetArea);
     tabifyDockWidget(logPanel, taskPanels.at(1));
     measure = new MeasurePanel(viewer);
-    measurePanel = AddPanel(tr("Measurements"), "MeasurePanel", measure, Qt::BottomDockWidgetArea);
+    measurePanel = AddPanel(tr("Measurements"), "MeasurePanel", Scrolled(measure), Qt::BottomDockWidgetArea);
     tabifyDockWidget(logPanel, measurePanel);
     logPanel->raise();
     BuildSightPanel();
@@ -204,7 +206,7 @@ void MainWindow::BuildPanels()
 void MainWindow::BuildSightPanel()
 {
     auto* sight = new SightPanel(viewer);
-    QDockWidget* panel = AddPanel(tr("Sight"), "SightPanel", sight, Qt::RightDockWidgetArea);
+    QDockWidget* panel = AddPanel(tr("Sight"), "SightPanel", Scrolled(sight), Qt::RightDockWidgetArea);
     tabifyDockWidget(taskPanels[0], panel);
     panel->hide();
     connect(sight, &SightPanel::Told, this,

@@ -64,6 +64,8 @@ private:
     void BuildDrawMenu();
     void BuildTaskMenu();
     QDockWidget* AddPanel(const QString& title, const char* name, QWidget* content, Qt::DockWidgetArea area);
+    /// For panels that are high: a low window shows a part of them.
+    static QWidget* Scrolled(QWidget* content);
     void BuildPanels();
     void BuildTaskPanels();
     void BuildSightPanel();

@@ -8,6 +8,7 @@
 
 #include <QDockWidget>
 #include <QMenu>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
@@ -18,10 +19,20 @@ void MainWindow::Tell(const QString& text)
     statusBar()->showMessage(text, toldMs);
 }
 
+QWidget* MainWindow::Scrolled(QWidget* content)
+{
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(content);
+    return area;
+}
+
 void MainWindow::BuildLayers(QDockWidget* beside)
 {
     auto* layers = new LayerPanel(viewer);
-    tabifyDockWidget(beside, AddPanel(tr("Layers"), "LayersPanel", layers, Qt::LeftDockWidgetArea));
+    tabifyDockWidget(beside, AddPanel(tr("Layers"), "LayersPanel", Scrolled(layers), Qt::LeftDockWidgetArea));
     beside->raise();
     connect(layers, &LayerPanel::Told, this, &MainWindow::Tell);
 }
@@ -30,7 +41,7 @@ void MainWindow::BuildControlPoints(QDockWidget* beside)
 {
     controlPoints = new ControlPointPanel(viewer);
     QDockWidget* panel =
-        AddPanel(tr("Control points"), "ControlPointsPanel", controlPoints, Qt::LeftDockWidgetArea);
+        AddPanel(tr("Control points"), "ControlPointsPanel", Scrolled(controlPoints), Qt::LeftDockWidgetArea);
     tabifyDockWidget(beside, panel);
     // Few need it: it comes with the first import, or from the menu of panels.
     panel->hide();
