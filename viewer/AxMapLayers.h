@@ -15,6 +15,7 @@
 /// One layer of the map, as a list of layers shows it. A plain value.
 struct AxMapLayer
 {
+    /// What it puts onto the globe.
     enum class Kind
     {
         Image,     ///< pictures on the ground
@@ -22,13 +23,13 @@ struct AxMapLayer
         Features   ///< lines, areas and names of the map file
     };
 
-    int id = 0; ///< unique in the process
-    Kind kind = Kind::Image;
-    QString name;
-    bool isVisible = true;
-    double opacity = 1.0; ///< from 0 to 1; only pictures and features fade
-    bool isAdded = false; ///< since the map was loaded: it can be removed
-    QString fault;        ///< why it shows nothing, in words; empty when it does
+    int id = 0;              ///< unique in the process
+    Kind kind = Kind::Image; ///< of its data
+    QString name;            ///< in the map file, or that of its file
+    bool isVisible = true;   ///< it may have a fault all the same
+    double opacity = 1.0;    ///< from 0 to 1; only pictures and features fade
+    bool isAdded = false;    ///< since the map was loaded: it can be removed
+    QString fault;           ///< why it shows nothing, in words; empty when it does
     /// West, south, width and height of its data, degrees; nothing where that is not known.
     std::optional<QRectF> extent;
 };

@@ -167,8 +167,8 @@ public:
 
     // The map: its ground, its layers, what is measured on it (CAxEarthViewerMap.cpp)
 
-    /// The height of the ground as it is loaded now, metres as the map has them; degrees. NaN where none is
-    /// known. slotRequestElevation() asks for the finest there is.
+    /// The height of the ground as it is loaded now, metres as the map has them; degrees. NaN beside all
+    /// heights of the map, 0 in a gap of them. slotRequestElevation() asks for the finest there is.
     double GetElevation(double longitude, double latitude) const;
     /// The map's layers: shown, hidden, faded, added and removed; see there. Never null.
     AxMapLayers* GetMapLayers() const;
@@ -320,16 +320,16 @@ public:
     void SetFocusToMaptool(bool focus);
     bool GetFocusToMaptool() const;
 
-    /// Centre (geocentric metres) and orientation of a projection plane: for the host, and for ToolMeasurePlane,
-    /// whose rectangles lie along it as CAxMeasurePlane::SetPlane() says.
+    /// Centre (geocentric metres) and orientation of a projection plane: for the host, and for
+    /// ToolMeasurePlane, whose rectangles lie along it as CAxMeasurePlane::SetPlane() says.
     void SetProjPlaneCenter(const osg::Vec3d& center);
     const osg::Vec3d& GetProjPlaneCenter() const;
     void SetProjPlaneMatrix(const osg::Matrixd& matrix);
     const osg::Matrixd& GetProjPlaneMatrix() const;
     /// Coordinate system of read-outs and of measured places, as AxCoordinateSystem::Of() takes it: an EPSG
-    /// code ("EPSG:32613", "32613"), WKT, a PROJ string; "DMS", "UTM" or "MGRS" for WGS 84 in that form; empty
-    /// for decimal degrees. False for one that has no places or is not known, with the reason in `why`; the
-    /// one before then stays. signalCoordSys() tells of another one.
+    /// code ("EPSG:32613", "32613"), WKT, a PROJ string; "DMS", "UTM" or "MGRS" for WGS 84 in that form;
+    /// empty for decimal degrees. False for one that has no places or is not known, with the reason in `why`;
+    /// the one before then stays. signalCoordSys() tells of another one.
     bool SetCoordSys(const QString& system, QString* why = nullptr);
     const QString& GetCoordSys() const;
     /// The same as it converts and writes places; see there. Valid until another one is set.

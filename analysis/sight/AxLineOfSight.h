@@ -51,15 +51,16 @@ struct AxSightPlace
 /// What was found along a line. A plain value.
 struct AxSightLine
 {
+    /// Stands for what is not known.
     static constexpr double none = std::numeric_limits<double>::quiet_NaN();
 
-    AxSightEnd from;
-    AxSightEnd to;
-    double refraction = AxSight::standardRefraction;
-    AxSeen seen = AxSeen::Unknown;
-    double distance = 0.0;    ///< along the ellipsoid, metres
+    AxSightEnd from;                                 ///< the eye
+    AxSightEnd to;                                   ///< what is looked at
+    double refraction = AxSight::standardRefraction; ///< as it was asked for
+    AxSeen seen = AxSeen::Unknown;                   ///< the answer
+    double distance = 0.0;                           ///< along the ellipsoid, metres
     double fromGround = none; ///< heights of the ground below the ends, metres as the map has them
-    double toGround = none;
+    double toGround = none;   ///< the same of the second end
     /// The first ground that stands in the way; of a hidden end only.
     std::optional<AxSightPlace> blockedAt;
     /// Where the line passes lowest above the ground, or deepest below it; nothing where none between the

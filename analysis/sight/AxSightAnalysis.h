@@ -27,11 +27,11 @@ class ImageLayer;
 /// A line of sight or a viewshed that was found. A plain value.
 struct AxSightResult
 {
-    int number = 0; ///< from 1 on, of all that were found; none comes twice
-    QString name;   ///< "Line of sight 1", "Viewshed 2"
-    bool isVisible = true;
-    std::shared_ptr<const AxSightLine> line; ///< one of the two is null
-    std::shared_ptr<const AxViewshed> viewshed;
+    int number = 0;                             ///< from 1 on, of all that were found; none comes twice
+    QString name;                               ///< "Line of sight 1", "Viewshed 2"
+    bool isVisible = true;                      ///< on the map
+    std::shared_ptr<const AxSightLine> line;    ///< null for a viewshed
+    std::shared_ptr<const AxViewshed> viewshed; ///< null for a line
 };
 
 /**
@@ -73,7 +73,7 @@ public:
     void Clear(); ///< removes all
 
 signals:
-    void busyChanged(bool busy);
+    void busyChanged(bool busy); ///< something is looked at, or no more
     /// 0 to 100, of what is looked at now.
     void progress(int percent);
     void added(int number);

@@ -13,7 +13,7 @@ constexpr double mostRefraction = 0.9;
 /// metres (W. Torge and J. Müller, Geodesy, 4.1.3).
 struct Curvature
 {
-    explicit Curvature(double latitude);
+    explicit Curvature(double latitude); ///< degrees
 
     /// Along a direction whose parts to the east and to the north are those of a vector of length 1, by
     /// Euler's formula.
@@ -27,8 +27,8 @@ struct Curvature
         return 0.5 * (north * north / meridian + east * east / across);
     }
 
-    double meridian;
-    double across;
+    double meridian; ///< metres
+    double across;   ///< metres
 };
 
 } // namespace AxSight

@@ -14,12 +14,12 @@
 /// From where, and how far, a viewshed is wanted.
 struct AxViewshedQuestion
 {
-    QPointF observer;               ///< longitude, latitude, degrees
-    double aboveGround = 2.0;       ///< of the observer, metres
-    double targetAboveGround = 0.0; ///< of what is looked for, metres
-    double radius = 10000.0;        ///< metres along the ellipsoid
-    double cell = 30.0;             ///< side of a cell, metres
-    double refraction = AxSight::standardRefraction;
+    QPointF observer;                                ///< longitude, latitude, degrees
+    double aboveGround = 2.0;                        ///< of the observer, metres
+    double targetAboveGround = 0.0;                  ///< of what is looked for, metres
+    double radius = 10000.0;                         ///< metres along the ellipsoid
+    double cell = 30.0;                              ///< side of a cell, metres
+    double refraction = AxSight::standardRefraction; ///< 0 for none, to AxSight::mostRefraction
 };
 
 /// Larger ones are not computed: cells from the observer to the edge, and metres.
@@ -43,11 +43,12 @@ AXEARTHVIEWER_EXPORT AxViewshedFault AxViewshedFaultOf(const AxViewshedQuestion&
 /// middle of the middle one. Metres as the map has them, NaN where none is known. A plain value.
 struct AxSightGrid
 {
-    int half = 0;
-    double cell = 0.0; ///< metres
-    std::vector<float> heights;
+    int half = 0;               ///< cells from the middle one to the border
+    double cell = 0.0;          ///< metres
+    std::vector<float> heights; ///< of the cells
 
-    int Side() const { return 2 * half + 1; }
+    int Side() const { return 2 * half + 1; } ///< cells
+    /// The place of a cell among the heights.
     std::size_t At(int column, int row) const
     {
         return static_cast<std::size_t>(row) * static_cast<std::size_t>(Side()) +
@@ -66,6 +67,7 @@ AXEARTHVIEWER_EXPORT AxSightGrid AxSightGridOf(const AxViewshedQuestion& questio
 /// What can be seen from a place. A plain value.
 struct AxViewshed
 {
+    /// What is known of a cell.
     enum Cell : std::uint8_t
     {
         Outside = 0, ///< beyond the radius
@@ -74,16 +76,17 @@ struct AxViewshed
         Unknown = 3, ///< the ground there or before it is not known, and no known ground hides it
     };
 
-    AxViewshedQuestion question;
-    AxViewshedFault fault = AxViewshedFault::None;
-    double observerGround = 0.0; ///< metres as the map has them
-    int half = 0;                ///< as of the grid
-    std::vector<std::uint8_t> cells;
-    int visible = 0;
-    int hidden = 0;
-    int unknown = 0;
+    AxViewshedQuestion question;                   ///< as it was asked
+    AxViewshedFault fault = AxViewshedFault::None; ///< why there are no cells
+    double observerGround = 0.0;                   ///< metres as the map has them
+    int half = 0;                                  ///< as of the grid
+    std::vector<std::uint8_t> cells;               ///< each a Cell, as those of the grid
+    int visible = 0;                               ///< how many cells are
+    int hidden = 0;                                ///< how many cells are
+    int unknown = 0;                               ///< how many cells are
 
-    int Side() const { return 2 * half + 1; }
+    int Side() const { return 2 * half + 1; } ///< cells
+    /// How many lie within the radius.
     int Cells() const { return visible + hidden + unknown; }
 };
 

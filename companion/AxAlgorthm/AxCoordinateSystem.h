@@ -33,6 +33,7 @@ public:
     /// The form of WGS84's coordinates; of a system of PROJ, Decimal.
     AxCoordinateText::Form Form() const { return m_form; }
 
+    /// How a place lies to the area for which a system is made.
     enum class Reach
     {
         Inside, ///< within the area of use, or of a system that names none
@@ -42,7 +43,7 @@ public:
     /// Coordinates in the system: easting before northing, longitude before latitude; its own units.
     struct Point
     {
-        Reach reach = Reach::Outside;
+        Reach reach = Reach::Outside;   ///< of the place
         std::array<double, 2> values{}; ///< only unless Outside
     };
     /// Of a system of PROJ; Outside for the forms of WGS84 and for what is no place. Degrees.
@@ -58,6 +59,7 @@ public:
         std::array<QString, 2> values; ///< "500000.00 m"; empty: no numbers
         QString system; ///< its name, and whether the place is beyond its area; empty for the default
     };
+    /// What a read-out shows of a place, degrees.
     Shown Show(double latitude, double longitude) const;
     /// The same in one line which Read() takes back: "500000.00, 4140000.00", "13N 500000.0 4140000.0"; where
     /// there are no numbers, why.

@@ -12,6 +12,7 @@
 /// only the reasons are translated. Any thread.
 namespace AxCoordinateText {
 
+/// The ways of writing.
 enum class Form
 {
     Decimal, ///< 37.403194, -105.016667: latitude, longitude in degrees
@@ -59,9 +60,9 @@ AXALGORTHM_EXPORT QString WriteDms(double degrees, bool isLatitude);
 /// The parts of Form::Utm and of UPS.
 struct AXALGORTHM_EXPORT Grid
 {
-    QString zone;   ///< "13N", "21 south", "UPS N"
-    double easting; ///< metres, as is the northing
-    double northing;
+    QString zone;    ///< "13N", "21 south", "UPS N"
+    double easting;  ///< metres
+    double northing; ///< metres
 };
 /// Nothing for what is no place.
 AXALGORTHM_EXPORT std::optional<Grid> ToGrid(double latitude, double longitude);

@@ -19,16 +19,17 @@ public:
     AxProjSystem(AxProjSystem&&) noexcept;
     ~AxProjSystem();
 
+    /// The unit of coordinates.
     struct AxisUnit
     {
-        bool isAngle = false;
-        int decimals = 2; ///< about a centimetre
-        QString sign;     ///< "m", "ft"
+        bool isAngle = false; ///< degrees or their like, not a length
+        int decimals = 2;     ///< about a centimetre
+        QString sign;         ///< "m", "ft"
     };
 
-    const QString& Name() const;
-    const AxisUnit& Unit() const; ///< of both coordinates
-    const QString& AxisName(std::size_t axis) const;
+    const QString& Name() const;                     ///< as PROJ calls it
+    const AxisUnit& Unit() const;                    ///< of both coordinates
+    const QString& AxisName(std::size_t axis) const; ///< 0 for the easting or longitude, 1 for the other
     /// Whether PROJ has no accurate way between its datum and WGS84.
     bool IsRough() const;
 

@@ -46,7 +46,7 @@ public:
 
     // The marks
 
-    const QVector<AxProjectMark>& Marks() const { return marks; }
+    const QVector<AxProjectMark>& Marks() const { return marks; } ///< in their order
     /// -1 for an unknown ID.
     int IndexOf(const QString& id) const { return indices.value(id, -1); }
     /// Null for an unknown ID; until the next change.

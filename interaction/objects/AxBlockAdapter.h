@@ -48,6 +48,7 @@ public:
     void ResponseHandleMoved(osg::Vec3d worldCoordPos, osg::Vec3d lngLatPos) override;
 
 protected:
+    /// Takes the values of a form, in the order of its measures, or says which of them is wrong.
     using TakeMeasures = std::function<AxBlockForm::Taken(const QList<double>& values)>;
 
     /// Judges the shape by itself, after it was found to have a feature node and, as a ring, at least three

@@ -20,8 +20,8 @@ struct AxBlockForm
     /// What became of the measures.
     struct Taken
     {
-        bool isTaken = false;
-        int wrong = -1; ///< where not, the one to be changed; -1: none in particular
+        bool isTaken = false; ///< or the form opens again
+        int wrong = -1;       ///< where not, the one to be changed; -1: none in particular
     };
 
     /// A length in the chosen unit, whose sign stands in the label for %1.
@@ -31,11 +31,11 @@ struct AxBlockForm
         return {label.arg(unit.sign), metres, least, most, unit.size};
     }
 
-    QString title;
-    QString info;      ///< above the rest; may be empty
-    QString sizeLabel; ///< with its unit; empty: there is no such line
-    QString size;
-    QList<Measure> measures;
+    QString title;           ///< of the box
+    QString info;            ///< above the rest; may be empty
+    QString sizeLabel;       ///< with its unit; empty: there is no such line
+    QString size;            ///< as it is written
+    QList<Measure> measures; ///< in the order of their rows
     /// In place of what is wrong with a text, which then stands in smaller print; may be empty.
     QString fault;
     bool isNew = false; ///< a drawing: the name is not asked about, and the measures are taken in any case

@@ -43,7 +43,7 @@ public:
     void SetAngle(double degrees);
     double GetAngle() const { return angle; }
 
-    void SetVisible(bool visible);
+    void SetVisible(bool visible); ///< all of it; it is from the start
     /// Whether its handle is shown and can be grabbed; not at first.
     bool IsHandlesVisible() const { return handlesVisible; }
     void SetHandlesVisible(bool visible);

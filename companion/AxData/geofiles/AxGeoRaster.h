@@ -15,19 +15,20 @@
 /// their middle, row by row from the south-west.
 struct AxGeoRaster
 {
+    /// What a value of a cell stands for.
     struct Class
     {
-        QString name;
+        QString name;                      ///< for people
         std::array<std::uint8_t, 3> color; ///< red, green, blue
     };
 
-    QPointF middle; ///< longitude, latitude, degrees
-    int columns = 0;
-    int rows = 0;
+    QPointF middle;                   ///< longitude, latitude, degrees
+    int columns = 0;                  ///< of cells
+    int rows = 0;                     ///< of cells
     double cell = 0.0;                ///< side, metres
     std::vector<std::uint8_t> values; ///< 0 where there is no data, else 1 + index of the class
-    std::vector<Class> classes;
-    QMap<QString, QString> facts; ///< written beside the cells, for programs
+    std::vector<Class> classes;       ///< 255 at most
+    QMap<QString, QString> facts;     ///< written beside the cells, for programs
 };
 
 /// Writes a GeoTIFF: one band of the values with 0 as "no data", the classes' colours, and as metadata the
@@ -40,6 +41,7 @@ AXDATA_EXPORT QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& r
 class AXDATA_EXPORT AxGeoPicture
 {
 public:
+    /// Makes it at once.
     AxGeoPicture(const AxGeoRaster& raster, int times);
     ~AxGeoPicture();
     AxGeoPicture(const AxGeoPicture&) = delete;
