@@ -8,6 +8,7 @@
 
 #include <QCursor>
 #include <QFocusEvent>
+#include <QGraphicsProxyWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
@@ -37,6 +38,14 @@ bool IsOverlayUnderCursor(const QGraphicsView& view)
     const QPoint cursor = view.mapFromGlobal(QCursor::pos());
     // Overlays may reach beyond the map, where the cursor is over something else.
     return view.viewport()->rect().contains(cursor) && view.itemAt(cursor);
+}
+
+// A button that was clicked has the focus of the overlays, but no use for these keys.
+bool IsTyping(const QGraphicsScene& overlays)
+{
+    const auto* proxy = qgraphicsitem_cast<QGraphicsProxyWidget*>(overlays.focusItem());
+    const QWidget* field = proxy && proxy->widget() ? proxy->widget()->focusWidget() : nullptr;
+    return field && field->testAttribute(Qt::WA_InputMethodEnabled);
 }
 } // namespace
 
@@ -105,7 +114,7 @@ void CAxEarthViewer::keyPressEvent(QKeyEvent* event)
         setKeyboardModifiers(event->modifiers());
     d->input->KeyPress(*event, reachesScene);
     if (!event->isAutoRepeat() || event->key() == Qt::Key_Backspace)
-        takeEditingKey(event->key(), reachesScene, scene()->focusItem() != nullptr);
+        takeEditingKey(event->key(), reachesScene, IsTyping(*scene()));
     if (!self)
         return;
     if (event->key() == Qt::Key_Control && GetAppType() == appTypeOne)
