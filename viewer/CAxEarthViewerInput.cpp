@@ -187,9 +187,7 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
             d->objects.DeleteHoveredVertex();
         else if (marks && reachesScene)
             marks->RemoveMarks(ids);
-    } else if (isTyped) {
-        return;
-    } else if (key == Qt::Key_Escape && d->giveUpHandleDrag()) {
+    } else if (isTyped || (key == Qt::Key_Escape && d->giveUpHandleDrag())) {
         return;
     } else if (key == Qt::Key_Escape && !d->tools.IsBusy() &&
                (AxToolRowOf(d->tools.Tool()).measures || GetToolKind(d->tools.Tool()) == ToolKindPick)) {
