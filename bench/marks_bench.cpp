@@ -42,15 +42,15 @@ void lookDown(double heading)
 
 void measureMarks(benchmark::State& state, const std::function<double()>& frame)
 {
-    constexpr int kFrames = 60;
+    constexpr int kMarkFrames = 60;
     bench::goTo(bench::kOblique20km);
     lookDown(0.0);
     bench::waitFor([] { return bench::globe().IsPictureComplete(); }, 60000);
-    const double empty = bench::median(kFrames, frame);
+    const double empty = bench::median(kMarkFrames, frame);
     placeMarks();
     double full = 0.0;
     for (auto _ : state) {
-        full = bench::median(kFrames, frame);
+        full = bench::median(kMarkFrames, frame);
         state.SetIterationTime(full / 1e3);
     }
     state.counters["empty_ms"] = empty;
