@@ -3,7 +3,6 @@
 #include <AxAlgorthm/AxCoordinate.h>
 
 #include <osg/Vec3f>
-#include <osgEarth/GeoData>
 #include <osgEarth/GeoMath>
 #include <osgEarth/SpatialReference>
 
@@ -41,9 +40,9 @@ double AxBlockArea(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialR
         return GeodesicRingArea(lngLat) / (metresPerKilometre * metresPerKilometre);
 
     const auto toFirst = [&](std::size_t i) {
-        const osgEarth::GeoPoint first(&srs, ring[0].x(), ring[0].y(), 0.0, osgEarth::ALTMODE_ABSOLUTE);
-        const osgEarth::GeoPoint other(&srs, ring[i].x(), ring[i].y(), 0.0, osgEarth::ALTMODE_ABSOLUTE);
-        return osgEarth::GeoMath::distance(first.vec3d(), other.vec3d(), &srs) / metresPerKilometre;
+        return osgEarth::GeoMath::distance(osg::Vec3d(ring[0].x(), ring[0].y(), 0.0),
+                                           osg::Vec3d(ring[i].x(), ring[i].y(), 0.0), &srs) /
+               metresPerKilometre;
     };
     double sum = 0.0;
     double a = toFirst(1);
