@@ -64,6 +64,9 @@ void LandingMenu::ShowApproach(bool shown)
     approach->SetHandlesVisible(true);
     viewer->SetDownhillAngleNode(approach);
     Follow();
+    // Once, and not with every block that is chosen or changed meanwhile.
+    if (!hasHome)
+        emit Told(tr("The approach is shown once a block with a home is chosen."));
 }
 
 void LandingMenu::Follow()
@@ -76,8 +79,7 @@ void LandingMenu::Follow()
     approach->SetVisible(!home.isNull());
     if (!home.isNull())
         approach->SetLandingPoint(CAxVector3D(home.y(), home.x(), home.z()));
-    else
-        emit Told(tr("The approach is shown once a block with a home is chosen."));
+    hasHome = !home.isNull();
 }
 
 void LandingMenu::PickInterest(bool wanted)

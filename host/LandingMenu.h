@@ -34,4 +34,5 @@ private:
     QAction* interestAction;
     QAction* removeInterest;
     CAxDownhillAnglenode* approach = nullptr; ///< while it is shown
+    bool hasHome = false;                     ///< the block that was looked at last
 };
