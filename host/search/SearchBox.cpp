@@ -51,7 +51,6 @@ SearchBox::SearchBox(CAxEarthViewer* earthViewer, QWidget* parent)
     list->hide();
     connect(this, &QLineEdit::textEdited, this, &SearchBox::OnTyped);
     connect(list, &QListWidget::itemClicked, this, [this] { FlyToRow(list->currentRow()); });
-    ReadPlaces();
 }
 
 void SearchBox::ReadPlaces()
@@ -103,6 +102,9 @@ void SearchBox::ReadOwn()
 
 void SearchBox::OnTyped()
 {
+    // Not at start-up, which has enough to read.
+    if (placeTargets.empty())
+        ReadPlaces();
     shown.clear();
     const AxCoordinateSystem& system = viewer->GetCoordinateSystem();
     const AxCoordinateText::Typed typed = system.Read(text());
