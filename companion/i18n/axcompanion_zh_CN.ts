@@ -2073,6 +2073,10 @@
         <translation>文件不是该格式。</translation>
     </message>
     <message>
+        <source>It is no drawing in text (ASCII DXF), or it is damaged.</source>
+        <translation>文件不是文本格式的图形（ASCII DXF），或已损坏。</translation>
+    </message>
+    <message>
         <source>It cannot be read: %1</source>
         <translation>无法读取：%1</translation>
     </message>

@@ -286,6 +286,7 @@ TEST_F(GeoFiles, WhatCannotBeReadIsAFaultThatNamesTheFile)
         {"no.gpkg", QByteArray("SQLite format 3\0", 16) + QByteArray(200, 'x'), ""},
         {"metres.geojson", geoJson(R"({"type":"Point","coordinates":[500000,5205266]})"), "no area"},
         {"a.shp", QByteArray(200, 'x'), ""},
+        {"zero.dxf", QByteArray("0\nSECTION\n2\nENTITIES\n0\nCIRCLE\n8\na\0b\n0\nENDSEC\n", 44), "ASCII DXF"},
         {"a.xyz", "1", "not known"},
     };
     for (const auto& row : rows) {

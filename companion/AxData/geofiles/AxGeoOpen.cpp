@@ -149,6 +149,40 @@ QString SystemOfDrawing(const QString& path)
     }
     return {};
 }
+
+bool HasZeroByte(const QString& path, QString& fault)
+{
+    constexpr qint64 atOnce = 1024LL * 1024;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fault = file.errorString();
+        return false;
+    }
+    while (!file.atEnd()) {
+        const QByteArray part = file.read(atOnce);
+        if (part.isEmpty())
+            break;
+        if (part.contains('\0'))
+            return true;
+    }
+    if (file.error() != QFile::NoError)
+        fault = file.errorString();
+    return false;
+}
+
+void OpenDrawing(AxGeoOpened& opened, const QString& path, AxGeoSession& session)
+{
+    // GDAL reads drawings as text only, and does not get past a byte that is zero: it reads it for ever.
+    if (HasZeroByte(path, opened.fault))
+        opened.fault = AX_GEO_TEXT("It is no drawing in text (ASCII DXF), or it is damaged.");
+    if (!opened.fault.isEmpty())
+        return;
+    const char* const drivers[] = {"DXF", nullptr};
+    Open(opened, GdalName(path), drivers, nullptr, session);
+    opened.system = SystemOfDrawing(path);
+    opened.isDrawing = true;
+}
+
 /// Formats that are read into memory as a whole before the first shape of them is known.
 bool IsHeldWhole(const QString& suffix)
 {
@@ -194,10 +228,7 @@ AxGeoOpened AxOpenGeoFile(const QString& path, const AxGeoReadOptions& options, 
     } else if (suffix == QLatin1String("gpkg")) {
         OpenGeoPackage(opened, path, session);
     } else if (suffix == QLatin1String("dxf")) {
-        const char* const drivers[] = {"DXF", nullptr};
-        Open(opened, name, drivers, nullptr, session);
-        opened.system = SystemOfDrawing(path);
-        opened.isDrawing = true;
+        OpenDrawing(opened, path, session);
     } else if (suffix == QLatin1String("csv")) {
         const char* const drivers[] = {"CSV", nullptr};
         const char* const texts[] = {"AUTODETECT_TYPE=NO", "KEEP_GEOM_COLUMNS=YES", nullptr};
