@@ -44,7 +44,32 @@ TypedBox::Reading ReadPlace(const AxCoordinateSystem& system, const QString& typ
         text +=
             QLatin1Char('\n') + GoText(QT_TRANSLATE_NOOP("GoTo", "%1: %2"))
                                     .arg(system.Name(), system.Line(read.place->Lat(), read.place->Lng()));
+    if (system.FromPlace(read.place->Lat(), read.place->Lng()).reach == AxCoordinateSystem::Reach::Near)
+        text +=
+            QLatin1Char('\n') +
+            GoText(QT_TRANSLATE_NOOP("GoTo", "This is beyond its area of use, %1.")).arg(system.AreaText());
     return {true, text};
+}
+
+// What can be typed, with the place that is looked at as the chosen system writes it.
+QString HintOf(CAxEarthViewer& viewer, const AxCoordinateSystem& system)
+{
+    QString hint = GoText(
+        QT_TRANSLATE_NOOP("GoTo", "Degrees (37.4032, -105.0167 or 37\302\26024'11.5\"N 105\302\26001'W), "
+                                  "UTM (13N 500000 4140000) or MGRS (13S EB 00000 40000), WGS 84."));
+    if (system.IsOfProj()) {
+        hint +=
+            QLatin1Char('\n') +
+            GoText(QT_TRANSLATE_NOOP("GoTo", "Two numbers alone are coordinates of %1.")).arg(system.Name());
+        if (!system.AreaText().isEmpty())
+            hint += QLatin1Char('\n') +
+                    GoText(QT_TRANSLATE_NOOP("GoTo", "Its area of use: %1.")).arg(system.AreaText());
+    }
+    const osgEarth::Viewpoint now = viewer.getManipulator()->getViewpoint();
+    if (now.isValid() && now.focalPoint().isSet())
+        hint += QLatin1Char('\n') + GoText(QT_TRANSLATE_NOOP("GoTo", "The middle of the view: %1"))
+                                        .arg(system.Line(now.focalPoint()->y(), now.focalPoint()->x()));
+    return hint;
 }
 
 void FlyTo(CAxEarthViewer* viewer, const AxCoordinateText::Typed& typed)
@@ -73,15 +98,8 @@ void AskAndGo(CAxEarthViewer* viewer, QWidget* parent)
     const QPointer<CAxEarthViewer> alive(viewer);
     // The system that the preview shows is the one that is flown by, whatever happens while the box is open.
     const AxCoordinateSystem system = viewer->GetCoordinateSystem();
-    QString hint = GoText(
-        QT_TRANSLATE_NOOP("GoTo", "Degrees (37.4032, -105.0167 or 37\302\26024'11.5\"N 105\302\26001'W), "
-                                  "UTM (13N 500000 4140000) or MGRS (13S EB 00000 40000), WGS 84."));
-    if (system.IsOfProj())
-        hint +=
-            QLatin1Char('\n') +
-            GoText(QT_TRANSLATE_NOOP("GoTo", "Two numbers alone are coordinates of %1.")).arg(system.Name());
     TypedBox box(
-        GoText(QT_TRANSLATE_NOOP("GoTo", "Go to a coordinate")), hint,
+        GoText(QT_TRANSLATE_NOOP("GoTo", "Go to a coordinate")), HintOf(*viewer, system),
         [&system](const QString& typed) { return ReadPlace(system, typed); }, parent);
     box.SetBtnOKText(GoText(QT_TRANSLATE_NOOP("GoTo", "Fly there")));
     box.AddExtraButton(GoText(QT_TRANSLATE_NOOP("GoTo", "Set a mark")));

@@ -9,7 +9,7 @@
 
 namespace {
 constexpr int widthOfLine = 420;
-constexpr int linesOfReading = 3;
+constexpr int linesOfReading = 4;
 } // namespace
 
 TypedBox::TypedBox(const QString& title, const QString& hint, Reader reader, QWidget* parent)

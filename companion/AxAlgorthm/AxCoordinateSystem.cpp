@@ -27,9 +27,9 @@ const struct
 };
 
 // Numbers up to here may be angles, degrees.
-bool CanBeDegrees(const std::array<double, 2>& numbers)
+bool CanBeDegrees(double latitude, double longitude)
 {
-    return std::abs(numbers[0]) <= 90.0 && std::abs(numbers[1]) <= 180.0;
+    return std::abs(latitude) <= 90.0 && std::abs(longitude) <= 180.0;
 }
 
 QString Longitude()
@@ -110,6 +110,11 @@ QString AxCoordinateSystem::Name() const
     if (m_projected)
         return m_projected->system.Name();
     return m_text.isEmpty() ? QString() : m_text + QStringLiteral(", WGS 84");
+}
+
+QString AxCoordinateSystem::AreaText() const
+{
+    return m_projected ? m_projected->system.AreaText() : QString();
 }
 
 AxCoordinateSystem::Point AxCoordinateSystem::FromPlace(double latitude, double longitude) const
@@ -216,20 +221,25 @@ Typed AxCoordinateSystem::Read(const QString& text) const
         isAngle ? ToPlace({(*numbers)[1], (*numbers)[0]}) : ToPlace(*numbers);
     // Degrees, taken for metres, lie beside the origin of a system: hardly ever within its area.
     const bool isInside = here && FromPlace(here->Lat(), here->Lng()).reach == Reach::Inside;
-    const bool canBeDegrees = !isAngle && CanBeDegrees(*numbers);
+    const bool canBeDegrees = !isAngle && CanBeDegrees((*numbers)[0], (*numbers)[1]);
     if (canBeDegrees && !isInside)
         return general;
+    const bool isSwapped = !isAngle && !isInside && CanBeDegrees((*numbers)[1], (*numbers)[0]);
+    const QString area = AreaText().isEmpty() ? Name() : QStringLiteral("%1 (%2)").arg(Name(), AreaText());
     Typed typed;
     if (canBeDegrees)
         typed.fault = SystemText(QT_TRANSLATE_NOOP("AxCoordinateSystem",
                                                    "This can be coordinates of %1 or degrees: write degrees "
                                                    "with N, S, E, W, or with \302\260."))
                           .arg(Name());
-    else if (here)
+    else if (here && !isSwapped)
         typed.place = here;
     else
         typed.fault =
             SystemText(QT_TRANSLATE_NOOP("AxCoordinateSystem", "%1, %2 is outside the area of %3."))
-                .arg(m_projected->ValueText((*numbers)[0]), m_projected->ValueText((*numbers)[1]), Name());
+                .arg(m_projected->ValueText((*numbers)[0]), m_projected->ValueText((*numbers)[1]), area);
+    if (isSwapped)
+        typed.fault += QLatin1Char(' ') + SystemText(QT_TRANSLATE_NOOP("AxCoordinateSystem",
+                                                                       "Degrees have the latitude first."));
     return typed;
 }

@@ -28,6 +28,9 @@ public:
     const QString& Text() const { return m_text; } ///< what Of() took, less outer blanks
     /// For people: "WGS 84 / UTM zone 13N"; empty for the default.
     QString Name() const;
+    /// Of a system of PROJ, the area for which it is made, for people: "108°W to 102°W, 0°N to 84°N"; empty
+    /// where it names none.
+    QString AreaText() const;
     /// Whether it is one that PROJ knows, rather than a form of WGS84's geographic coordinates.
     bool IsOfProj() const { return m_projected != nullptr; }
     /// The form of WGS84's coordinates; of a system of PROJ, Decimal.
@@ -66,7 +69,8 @@ public:
     QString Line(double latitude, double longitude) const;
 
     /// AxCoordinateText::Parse(), but two plain numbers belong to this system: easting and northing in its
-    /// units and order, or its latitude and longitude. Numbers that can be degrees and metres are refused.
+    /// units and order, or its latitude and longitude. Numbers that can be degrees and metres are refused,
+    /// and so are those beyond its area that can be degrees with the longitude first.
     AxCoordinateText::Typed Read(const QString& text) const;
 
 private:

@@ -132,6 +132,20 @@ struct Area
         return std::max({beside, south - latitude, latitude - north, 0.0});
     }
 };
+
+QString DegreesText(double degrees, char positive, char negative)
+{
+    constexpr int digits = 5;
+    return QString::number(std::abs(degrees), 'g', digits) + QChar(0x00b0) +
+           QLatin1Char(degrees < 0.0 ? negative : positive);
+}
+
+QString TextOf(const Area& area)
+{
+    return ProjText(QT_TRANSLATE_NOOP("AxCoordinateSystem", "%1 to %2, %3 to %4"))
+        .arg(DegreesText(area.west, 'E', 'W'), DegreesText(area.east, 'E', 'W'),
+             DegreesText(area.south, 'N', 'S'), DegreesText(area.north, 'N', 'S'));
+}
 } // namespace
 
 struct AxProjSystem::Impl
@@ -151,6 +165,7 @@ struct AxProjSystem::Impl
     std::array<QString, 2> axes;
     AxisUnit unit;
     Area area;
+    QString areaText;
     bool isRough = false;
     mutable std::mutex mutex;
 };
@@ -237,6 +252,7 @@ std::optional<AxProjSystem> AxProjSystem::Of(const QString& text, QString& fault
         constexpr double unknown = -1000.0;
         area.isKnown = area.west != unknown && area.south != unknown;
         made->area = area;
+        made->areaText = area.isKnown ? TextOf(area) : QString();
     }
     // The lines that are noted here live no longer.
     proj_log_func(context, nullptr, [](void*, int, const char*) {});
@@ -260,6 +276,11 @@ const AxProjSystem::AxisUnit& AxProjSystem::Unit() const
 const QString& AxProjSystem::AxisName(std::size_t axis) const
 {
     return m->axes[axis];
+}
+
+const QString& AxProjSystem::AreaText() const
+{
+    return m->areaText;
 }
 
 bool AxProjSystem::IsRough() const

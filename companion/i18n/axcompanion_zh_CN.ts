@@ -36,6 +36,14 @@
         <translation>%1，%2 在 %3 的适用范围之外。</translation>
     </message>
     <message>
+        <source>%1 to %2, %3 to %4</source>
+        <translation>%1 至 %2，%3 至 %4</translation>
+    </message>
+    <message>
+        <source>Degrees have the latitude first.</source>
+        <translation>以度输入时先写纬度。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; is a system of heights, not of places.</source>
         <translation>“%1”是高程系统，不是平面位置系统。</translation>
     </message>

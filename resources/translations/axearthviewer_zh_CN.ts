@@ -276,6 +276,18 @@
         <translation>仅有两个数字时为 %1 的坐标。</translation>
     </message>
     <message>
+        <source>Its area of use: %1.</source>
+        <translation>其适用范围：%1。</translation>
+    </message>
+    <message>
+        <source>This is beyond its area of use, %1.</source>
+        <translation>此处在其适用范围 %1 之外。</translation>
+    </message>
+    <message>
+        <source>The middle of the view: %1</source>
+        <translation>视图中心：%1</translation>
+    </message>
+    <message>
         <source>Go to a coordinate</source>
         <translation>转到坐标</translation>
     </message>

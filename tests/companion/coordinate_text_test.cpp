@@ -266,6 +266,11 @@ TEST(CoordinateSystem, ReadsItsOwnNumbersAndTheOthers)
         EXPECT_LT(Apart(37.4, -105.01, *other.place), 0.02) << text;
     }
     EXPECT_TRUE(utm->Read(QStringLiteral("5000000 4139273")).fault.contains("outside the area"));
+    // A metre beside the origin, 1.5 degrees beyond the zone; farther up that may be meant.
+    const QString swapped = utm->Read(QStringLiteral("97, 10")).fault;
+    EXPECT_TRUE(swapped.contains(u8"WGS 84 / UTM zone 13N (108°W to 102°W, 0°N to 84°N). Degrees"))
+        << swapped.toStdString();
+    EXPECT_TRUE(utm->Read(QStringLiteral("190000 4140000")).place);
     EXPECT_TRUE(around->Read(QStringLiteral("10 20")).fault.contains("or degrees"));
     // Some 50 m between both datums; the latitude comes first in what is typed.
     const Typed shifted = nad27->Read(nad27->Line(37.4, -105.01));
