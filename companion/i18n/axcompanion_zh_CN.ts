@@ -2141,6 +2141,10 @@
         <translation>表中既没有“longitude”和“latitude”列，也没有含图形的“WKT”列。</translation>
     </message>
     <message>
+        <source>The table has neither columns &quot;longitude&quot; and &quot;latitude&quot; nor a column &quot;WKT&quot; with points.</source>
+        <translation>表中既没有“longitude”和“latitude”列，也没有含点的“WKT”列。</translation>
+    </message>
+    <message>
         <source>Row %1</source>
         <translation>第 %1 行</translation>
     </message>
@@ -2187,6 +2191,10 @@
     <message>
         <source>There is no area, line or point in it.</source>
         <translation>其中没有区域、线或点。</translation>
+    </message>
+    <message>
+        <source>There is no point in it.</source>
+        <translation>其中没有点。</translation>
     </message>
     <message>
         <source>There is nothing to write.</source>

@@ -113,6 +113,7 @@ TEST_F(MarkPanels, FilesBringBackWhatWasWritten)
         ModalBox box;
         panel.Import(wrong);
         EXPECT_EQ(box.count, 1) << wrong.toStdString();
+        EXPECT_FALSE(box.texts.join(QString()).contains("shapes")) << "of points it is told";
         EXPECT_EQ(Set()->Marks().size(), 2);
     }
     ModalBox box;

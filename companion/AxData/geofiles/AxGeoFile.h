@@ -60,7 +60,7 @@ struct AxGeoReadOptions
     /// a file is read as WGS 84 if its coordinates can be degrees, which a note tells, and else refused.
     QString assumedSystem;
     /// Whether the caller wants points and tells in which system they are: it need not hear that rows of a
-    /// table are points, or that WGS 84 is assumed for them.
+    /// table are points, or that WGS 84 is assumed for them, and faults speak of points.
     bool arePointsWanted = false;
     /// Rings and lines of more points are simplified: by so many metres, or by as many more as it takes.
     int mostPoints = 10000;

@@ -101,8 +101,11 @@ bool AxReadGeoTable(OGRLayer& table, const QString& fileName, const AxGeoReadOpt
     const Columns columns = ColumnsOf(*table.GetLayerDefn());
     if (columns.text < 0 && (columns.x < 0 || columns.y < 0)) {
         content.fault =
-            AX_GEO_TEXT("The table has neither columns \"longitude\" and \"latitude\" nor a column "
-                        "\"WKT\" with shapes.");
+            options.arePointsWanted
+                ? AX_GEO_TEXT("The table has neither columns \"longitude\" and \"latitude\" nor a column "
+                              "\"WKT\" with points.")
+                : AX_GEO_TEXT("The table has neither columns \"longitude\" and \"latitude\" nor a column "
+                              "\"WKT\" with shapes.");
         return false;
     }
     OGRSpatialReference degrees;

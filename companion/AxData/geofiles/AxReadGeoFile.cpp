@@ -97,7 +97,8 @@ private:
             if (opened.data->GetLayerCount() > 1)
                 feature.layer = layerName;
             feature.isClosedLineArea = opened.isDrawing;
-            feature.isZeroNoHeight = opened.isKml; // its places lie on the ground then
+            if (opened.isKml && feature.heights == AxGeoFeature::Heights::Unsaid)
+                feature.heights = AxGeoFeature::Heights::UnlessZero; // its places lie on the ground then
             if (opened.isDrawing)
                 feature.name = AxGeoUnescaped(feature.name);
             if (feature.name.trimmed().isEmpty())
@@ -158,7 +159,8 @@ AxGeoContent AxReadGeoFile(const QString& path, const AxGeoReadOptions& options,
     if (content.isCancelled)
         content.fault = AX_GEO_TEXT("Reading was cancelled.");
     else if (content.fault.isEmpty() && content.shapes.isEmpty())
-        content.fault = AX_GEO_TEXT("There is no area, line or point in it.");
+        content.fault = options.arePointsWanted ? AX_GEO_TEXT("There is no point in it.")
+                                                : AX_GEO_TEXT("There is no area, line or point in it.");
     if (!content.fault.isEmpty()) {
         content.shapes.clear();
         content.fault = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), content.fault);
