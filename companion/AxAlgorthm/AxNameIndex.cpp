@@ -41,7 +41,7 @@ void AxNameIndex::Clear()
     m_names.clear();
 }
 
-std::vector<int> AxNameIndex::Find(const QString& typed, int most) const
+std::vector<int> AxNameIndex::Find(const QString& typed, int most, const Distance& distance) const
 {
     const QString wanted = Folded(typed);
     if (wanted.isEmpty() || most <= 0)
@@ -50,6 +50,8 @@ std::vector<int> AxNameIndex::Find(const QString& typed, int most) const
     std::vector<Found> found = Scan(lineEnd + wanted, 1);
     if (static_cast<int>(found.size()) < most)
         found = Scan(wanted, 0);
+    for (Found& one : found)
+        one.distance = distance ? distance(one.number) : 0.0;
     const std::size_t count = std::min(found.size(), static_cast<std::size_t>(most));
     std::partial_sort(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(count), found.end());
     std::vector<int> numbers;
@@ -71,7 +73,7 @@ std::vector<AxNameIndex::Found> AxNameIndex::Scan(const QString& text, int lead)
         if (!found.empty() && found.back().number == static_cast<int>(number))
             found.back().fit = std::min(found.back().fit, fit);
         else
-            found.push_back({fit, m_names[number].weight, static_cast<int>(number)});
+            found.push_back({fit, 0.0, m_names[number].weight, static_cast<int>(number)});
     }
     return found;
 }
@@ -80,5 +82,7 @@ bool AxNameIndex::Found::operator<(const Found& other) const
 {
     if (fit != other.fit)
         return fit < other.fit;
+    if (distance != other.distance)
+        return distance < other.distance;
     return weight != other.weight ? weight > other.weight : number < other.number;
 }

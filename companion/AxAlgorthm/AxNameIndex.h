@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 /**
@@ -19,9 +20,12 @@ public:
     void Clear();
     int Count() const { return static_cast<int>(m_names.size()); }
 
+    /// How far away a name is, by its number; any unit.
+    using Distance = std::function<double(int number)>;
     /// The numbers of names that contain what was typed, at most so many: those that are it, those that begin
-    /// with it, those with a word that begins with it, then the others. Nothing for blanks alone.
-    std::vector<int> Find(const QString& typed, int most) const;
+    /// with it, those with a word that begins with it, then the others. Among equals the nearer ones come
+    /// first where a distance is given, then those of more weight. Nothing for blanks alone.
+    std::vector<int> Find(const QString& typed, int most, const Distance& distance = {}) const;
 
 private:
     struct Name
@@ -32,6 +36,7 @@ private:
     struct Found
     {
         int fit = 0; ///< 0 is best
+        double distance = 0.0;
         double weight = 0.0;
         int number = 0;
 

@@ -35,6 +35,17 @@ QStringList FieldsOf(const QString& line)
     name.replace(QStringLiteral("\"\""), QStringLiteral("\""));
     return QStringList{name} + line.mid(end + 2).split(u',');
 }
+
+// On a sphere, metres. Longitude and latitude, degrees.
+double ApartOnSphere(const QPointF& a, const QPointF& b)
+{
+    constexpr double earthRadius = 6371000.0;
+    const auto radians = [](double degrees) { return degrees * std::acos(-1.0) / 180.0; };
+    const double cosine =
+        std::sin(radians(a.y())) * std::sin(radians(b.y())) +
+        std::cos(radians(a.y())) * std::cos(radians(b.y())) * std::cos(radians(a.x() - b.x()));
+    return earthRadius * std::acos(qBound(-1.0, cosine, 1.0));
+}
 } // namespace
 
 SearchBox::SearchBox(CAxEarthViewer* earthViewer, QWidget* parent)
@@ -100,6 +111,21 @@ void SearchBox::ReadOwn()
         add(name, {tr("%1 (control point)").arg(name), Target::ControlPoint, name, {}, pointRange});
 }
 
+AxNameIndex::Distance SearchBox::FromView() const
+{
+    const osgEarth::Viewpoint view = viewer->getManipulator()->getViewpoint();
+    if (!view.isValid() || !view.focalPoint().isSet())
+        return {};
+    // All that is in view is equally near, and so is what lies within each further doubling of it.
+    constexpr double leastView = 50000.0; // metres
+    const double inView = qMax(leastView, view.getRange());
+    const QPointF middle(view.focalPoint()->x(), view.focalPoint()->y());
+    return [this, middle, inView](int number) {
+        const double away = ApartOnSphere(middle, placeTargets[static_cast<std::size_t>(number)].place);
+        return std::ceil(std::log2(qMax(1.0, away / inView)));
+    };
+}
+
 void SearchBox::OnTyped()
 {
     // Not at start-up, which has enough to read.
@@ -117,7 +143,7 @@ void SearchBox::OnTyped()
                          pointRange});
     }
     const auto ownFound = own.Find(text(), mostShown);
-    const auto placesFound = places.Find(text(), mostShown);
+    const auto placesFound = places.Find(text(), mostShown, FromView());
     const auto count = [](const auto& found) { return static_cast<int>(found.size()); };
     const int room = mostShown - static_cast<int>(shown.size());
     const int ownShown = qMin(count(ownFound), room - qMin(keptForPlaces, count(placesFound)));
@@ -135,7 +161,9 @@ void SearchBox::ShowList()
         list->addItem(target.text);
     if (shown.empty()) {
         list->setVisible(false);
-        if (!text().trimmed().isEmpty())
+        if (AxCoordinateText::TwoNumbers(text()))
+            emit Told(viewer->GetCoordinateSystem().Read(text()).fault);
+        else if (!text().trimmed().isEmpty())
             emit Told(tr("Nothing is called \"%1\" here.").arg(text().trimmed().left(40)));
         return;
     }

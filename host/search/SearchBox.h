@@ -11,8 +11,9 @@ class QListWidget;
 
 /**
  * Looks for blocks, marks, control points, place names and coordinates while the pilot types, and flies to
- * the one that is chosen. Keys: up and down choose, Enter flies, Escape closes the list and then leaves the
- * box. Owned by its parent; the viewer outlives it. GUI thread.
+ * the one that is chosen. Of place names that fit equally well those near the view come first. Keys: up and
+ * down choose, Enter flies, Escape closes the list and then leaves the box. Owned by its parent; the viewer
+ * outlives it. GUI thread.
  */
 class SearchBox : public QLineEdit
 {
@@ -47,6 +48,7 @@ private:
 
     void ReadPlaces();
     void ReadOwn();
+    AxNameIndex::Distance FromView() const; ///< of places; none before there is a view
     void OnTyped();
     void ShowList();
     void FlyTo(const Target& target);

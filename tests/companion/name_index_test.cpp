@@ -28,6 +28,8 @@ TEST(NameIndex, TheBestFitComesFirstWhateverTheLettersLookLike)
              {"sao", 0, {}},
          })
         EXPECT_EQ(index.Find(QString::fromUtf8(row.typed), row.most), row.found) << row.typed;
+    EXPECT_EQ(index.Find("sao", 9, [](int number) { return number; }), (std::vector<int>{4, 0, 1, 5, 8, 3}))
+        << "the nearer of equals is before the one of more weight";
     index.Clear();
     EXPECT_TRUE(index.Find("sao", 9).empty());
 }
