@@ -30,6 +30,18 @@ AxMapLayer Described(const osgEarth::TerrainLayer& layer, AxMapLayer::Kind kind)
     return shown;
 }
 
+// Less the file and the words around it, which both the engine and GDAL put before what they say.
+QString Reason(const osgEarth::Status& status, const QString& file)
+{
+    QString reason = QString::fromStdString(status.message());
+    for (const char* quoted : {"\"%1\" ", "cannot be opened: ", "`%1' ", "'%1' ", "%1: "}) {
+        const QString lead = QString(QLatin1String(quoted)).replace(QLatin1String("%1"), file);
+        if (reason.startsWith(lead))
+            reason.remove(0, lead.size());
+    }
+    return reason;
+}
+
 template <typename Layer> osg::ref_ptr<Layer> Opened(const QString& file, QString* why)
 {
     const auto refused = [why, &file](const QString& reason) {
@@ -39,12 +51,13 @@ template <typename Layer> osg::ref_ptr<Layer> Opened(const QString& file, QStrin
     };
     if (!QFileInfo(file).isFile())
         return refused(AxMapLayers::tr("there is no such file."));
+    const QString path = QFileInfo(file).absoluteFilePath();
     osgEarth::Drivers::GDALOptions source;
-    source.url() = osgEarth::URI(QFileInfo(file).absoluteFilePath().toStdString());
+    source.url() = osgEarth::URI(path.toStdString());
     osg::ref_ptr<Layer> layer = new Layer(QFileInfo(file).completeBaseName().toStdString(), source);
     const osgEarth::Status& status = layer->open();
     if (status.isError())
-        return refused(QString::fromStdString(status.message()));
+        return refused(Reason(status, path));
     if (!layer->getDataExtent().isValid())
         return refused(AxMapLayers::tr("it is not placed on the globe."));
     return layer;

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSlider>
 #include <QTreeWidget>
 
@@ -82,24 +83,45 @@ int LayerPanel::Chosen() const
     return item ? item->data(0, idRole).toInt() : 0;
 }
 
+QTreeWidgetItem* LayerPanel::ItemOf(int id) const
+{
+    for (int row = 0; row < tree->topLevelItemCount(); ++row)
+        if (tree->topLevelItem(row)->data(0, idRole).toInt() == id)
+            return tree->topLevelItem(row);
+    return nullptr;
+}
+
 void LayerPanel::Fill()
 {
-    const int chosen = Chosen();
+    const QList<AxMapLayer> layers = viewer->GetMapLayers()->All();
+    QList<int> wanted;
+    for (const AxMapLayer& layer : layers)
+        wanted += layer.id;
     isFilling = true;
-    tree->clear();
-    for (const AxMapLayer& layer : viewer->GetMapLayers()->All()) {
-        auto* item = new QTreeWidgetItem(tree, {layer.name, KindText(layer.kind)});
-        item->setData(0, idRole, layer.id);
-        item->setCheckState(0, layer.isVisible ? Qt::Checked : Qt::Unchecked);
-        item->setToolTip(0, layer.fault.isEmpty() ? layer.name : layer.fault);
-        if (!layer.fault.isEmpty())
-            item->setText(1, tr("Fault"));
-        if (layer.id == chosen)
-            tree->setCurrentItem(item);
+    // Each tick of the slider comes here: rows that stay keep their place and what is chosen.
+    if (wanted != rows) {
+        const int chosen = Chosen();
+        const int scrolled = tree->verticalScrollBar()->value();
+        tree->clear();
+        for (const int id : qAsConst(wanted))
+            (new QTreeWidgetItem(tree))->setData(0, idRole, id);
+        tree->setCurrentItem(ItemOf(chosen));
+        tree->verticalScrollBar()->setValue(scrolled);
+        rows = wanted;
     }
+    for (int row = 0; row < layers.size(); ++row)
+        Describe(*tree->topLevelItem(row), layers[row]);
     tree->resizeColumnToContents(0);
     isFilling = false;
     OnChosen();
+}
+
+void LayerPanel::Describe(QTreeWidgetItem& item, const AxMapLayer& layer)
+{
+    item.setText(0, layer.name);
+    item.setText(1, layer.fault.isEmpty() ? KindText(layer.kind) : tr("Fault"));
+    item.setCheckState(0, layer.isVisible ? Qt::Checked : Qt::Unchecked);
+    item.setToolTip(0, layer.fault.isEmpty() ? layer.name : layer.fault);
 }
 
 void LayerPanel::OnChosen()
@@ -124,7 +146,7 @@ void LayerPanel::OnChanged(QTreeWidgetItem* item, int column)
         return;
     const int id = item->data(0, idRole).toInt();
     const bool isVisible = item->checkState(0) == Qt::Checked;
-    // The list is filled anew by it, and this item is gone then.
+    // The list may be filled anew by it, and this item is gone then.
     QMetaObject::invokeMethod(
         this, [this, id, isVisible] { viewer->GetMapLayers()->SetVisible(id, isVisible); },
         Qt::QueuedConnection);
@@ -150,6 +172,7 @@ void LayerPanel::Add(const QString& file, bool isElevation)
         QMessageBox::warning(this, tr("Layers"), why);
         return;
     }
+    tree->setCurrentItem(ItemOf(id));
     emit Told(tr("%1 is shown on the map.").arg(QFileInfo(file).fileName()));
     FlyTo(id);
 }

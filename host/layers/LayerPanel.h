@@ -7,6 +7,7 @@ class QPushButton;
 class QSlider;
 class QTreeWidget;
 class QTreeWidgetItem;
+struct AxMapLayer;
 
 /**
  * The layers of the map: shows, hides and fades them, adds pictures and heights from files and removes those
@@ -30,13 +31,16 @@ private:
     void OnChosen();
     void ChooseFiles(bool isElevation);
     void FlyTo(int id);
-    int Chosen() const; ///< 0 for none
+    int Chosen() const;                    ///< 0 for none
+    QTreeWidgetItem* ItemOf(int id) const; ///< null for none
+    static void Describe(QTreeWidgetItem& item, const AxMapLayer& layer);
 
     CAxEarthViewer* viewer;
     QTreeWidget* tree;
     QSlider* opacity;
     QPushButton* fly;
     QPushButton* remove;
-    QString folder; ///< that was used last
+    QString folder;  ///< that was used last
+    QList<int> rows; ///< IDs of the layers in the list
     bool isFilling = false;
 };

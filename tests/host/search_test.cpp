@@ -2,17 +2,22 @@
 #include "ModalBox.h"
 #include "SuiteViewer.h"
 
+#include "host/layers/LayerPanel.h"
 #include "host/marks/ControlPointPanel.h"
 #include "host/search/SearchBox.h"
 #include "host/sight/SightPick.h"
 #include "interaction/CAxOsgDrawPointSet.h"
+#include "viewer/AxMapLayers.h"
 
 #include <AxAlgorthm/AxCoordinateSystem.h>
 
 #include <QFile>
 #include <QListWidget>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QTemporaryDir>
+#include <QTreeWidget>
+#include <QUndoStack>
 
 class Search : public SuiteViewer
 {
@@ -81,6 +86,20 @@ TEST_F(Search, AnotherToolEndsThePicksAndKeepsItsEscape)
     emit viewer->getManipulator()->signalPointed(-105.0, 37.4, 2000.0, 1000.0, false);
     EXPECT_EQ(pick.Wanted(), 0) << "nothing is drawn behind the mouse of another tool";
     viewer->SetToolType(ToolNavigate);
+}
+
+TEST_F(Search, ANewLayerIsChosenAndKeepsItsRowWhileItIsFaded)
+{
+    LayerPanel panel(viewer);
+    auto* tree = panel.findChild<QTreeWidget*>(QStringLiteral("Layers"));
+    panel.Add(QCoreApplication::applicationDirPath() + "/trinidad_relief.tif", false);
+    const QTreeWidgetItem* row = tree->currentItem();
+    ASSERT_TRUE(row && row->text(0) == "trinidad_relief");
+    panel.findChild<QSlider*>(QStringLiteral("LayerOpacity"))->setValue(40);
+    EXPECT_EQ(tree->currentItem(), row);
+    const AxMapLayer faded = viewer->GetMapLayers()->All().at(tree->indexOfTopLevelItem(tree->currentItem()));
+    EXPECT_NEAR(faded.opacity, 0.4, 1e-6);
+    EXPECT_TRUE(viewer->GetMapLayers()->Remove(faded.id));
 }
 
 TEST_F(Search, ControlPointsAreImportedAndGoWithTheProject)
