@@ -10,6 +10,8 @@
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 
+#include <QPointer>
+
 #include <cmath>
 #include <utility>
 
@@ -29,6 +31,23 @@ double LengthOf(const QPointF& from, const QPointF& to)
     return DistanceBetweenTwoLatLng({from.x(), from.y(), 0.0}, {to.x(), to.y(), 0.0});
 }
 } // namespace
+
+/// Hears of a viewshed that is shown or hidden as a layer, as in a list of layers.
+class AxSightAnalysis::LayerWatch : public osgEarth::ImageLayerCallback
+{
+public:
+    LayerWatch(AxSightAnalysis& owner, int number) : analysis(&owner), ofResult(number) {}
+
+    void onVisibleChanged(osgEarth::TerrainLayer* layer) override
+    {
+        if (analysis)
+            analysis->SetVisible(ofResult, layer->getVisible());
+    }
+
+private:
+    const QPointer<AxSightAnalysis> analysis; // which the layer may outlive
+    const int ofResult;
+};
 
 AxSightAnalysis::AxSightAnalysis(AxScene& drawn) : scene(drawn)
 {
@@ -196,8 +215,10 @@ void AxSightAnalysis::take(Answer&& answer)
         one.node = new osg::Group;
         AxDrawSightLine(*one.node, scene, *answer.line);
         one.node->setName(one.result.name.toStdString());
-    } else
+    } else {
         one.layer = AxViewshedLayer(answer.picture, one.result.name);
+        one.layer->addCallback(new LayerWatch(*this, last));
+    }
     shown += one;
     show(shown.last());
     emit added(last);

@@ -77,7 +77,7 @@ signals:
     /// 0 to 100, of what is looked at now.
     void progress(int percent);
     void added(int number);
-    void changed(int number); ///< it was shown or hidden
+    void changed(int number); ///< it was shown or hidden, a viewshed as a layer of the map as well
     void removed(int number);
     /// The question that was asked last has no answer, because of this; in words for people.
     void failed(QString why);
@@ -101,6 +101,8 @@ private:
         std::shared_ptr<AxViewshed> viewshed;
         std::shared_ptr<const AxGeoPicture> picture;
     };
+
+    class LayerWatch;
 
     bool begin(const QString& fault, QString* why);
     void look(const Along& along);

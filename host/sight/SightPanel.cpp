@@ -107,6 +107,7 @@ SightPanel::SightPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(analysis, &AxSightAnalysis::busyChanged, this, &SightPanel::OnBusy);
     connect(analysis, &AxSightAnalysis::progress, progress, &QProgressBar::setValue);
     connect(analysis, &AxSightAnalysis::added, this, &SightPanel::OnAdded);
+    connect(analysis, &AxSightAnalysis::changed, this, &SightPanel::OnShown);
     connect(analysis, &AxSightAnalysis::failed, told, &QLabel::setText);
     connect(analysis, &AxSightAnalysis::removed, this, [this](int number) {
         for (int i = 0; i < list->topLevelItemCount(); ++i)
@@ -366,6 +367,16 @@ void SightPanel::OnAdded(int number)
     list->addTopLevelItem(item);
     list->setCurrentItem(item);
     emit Told(QStringLiteral("%1: %2").arg(result.name, finding));
+}
+
+void SightPanel::OnShown(int number)
+{
+    for (int row = 0; row < list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem* item = list->topLevelItem(row);
+        if (item->data(NameColumn, numberRole).toInt() == number)
+            item->setCheckState(NameColumn,
+                                Analysis()->GetResult(number).isVisible ? Qt::Checked : Qt::Unchecked);
+    }
 }
 
 void SightPanel::OnItemChanged(QTreeWidgetItem* item)

@@ -50,6 +50,7 @@ private:
     void LookAround(const QPointF& place);
     void OnBusy(bool busy);
     void OnAdded(int number);
+    void OnShown(int number);
     void OnItemChanged(QTreeWidgetItem* item);
     void ShowChosen();
     QList<int> Chosen() const;

@@ -3,6 +3,7 @@
 #include "ShapeFixture.h"
 
 #include "analysis/sight/AxSightAnalysis.h"
+#include "viewer/AxMapLayers.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osgEarth/Map>
@@ -54,6 +55,8 @@ TEST_F(ShapeFixture, SightAnswersTheLatestQuestionAndDrawsItUntilItIsRemoved)
     EXPECT_TRUE(map->getImageLayerAt(layers)->isOpen());
     EXPECT_TRUE(sight->SetVisible(viewshed, false));
     EXPECT_FALSE(map->getImageLayerAt(layers)->getVisible());
+    viewer->GetMapLayers()->SetVisible(map->getImageLayerAt(layers)->getUID(), true);
+    EXPECT_TRUE(sight->GetResult(viewshed).isVisible) << "a list of layers has shown it";
     EXPECT_FALSE(sight->SetVisible(viewshed + 1, false));
 
     ASSERT_TRUE(sight->LookAround(question));
