@@ -44,8 +44,7 @@ ToolActions::ToolActions(CAxEarthViewer* earthViewer, QObject* parent)
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &ToolActions::Follow);
     connect(viewer, &CAxEarthViewer::signalBlockState, this, &ToolActions::Follow);
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, &ToolActions::Follow);
-    connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolTypeChanged, this, &ToolActions::Follow,
-            Qt::QueuedConnection);
+    connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolInHand, this, &ToolActions::Follow);
     Follow();
 }
 

@@ -79,6 +79,7 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(&objects, &AxObjects::moveGivenUp, q, [this] { manipulator->CancelBlockMove(); });
     connect(&tools, &AxToolBox::barLeft, q, [this] { mapToolsWidget->ResetToolType(); });
     connect(&tools, &AxToolBox::barTaken, q, [this](EToolType tool) { mapToolsWidget->ShowTool(tool); });
+    connect(&tools, &AxToolBox::taken, q, [this](EToolType tool) { emit mapToolsWidget->ToolInHand(tool); });
     connect(&tools, &AxToolBox::placePicked, q, [this](EToolType tool, double lon, double lat, double alt) {
         if (tool == ToolLandingPosition)
             emit q->LandingPosPicked(lon, lat, alt, true);

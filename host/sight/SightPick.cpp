@@ -1,6 +1,7 @@
 #include "host/sight/SightPick.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
+#include "viewer/CAxMapToolsWidget.h"
 
 #include <osgEarth/GeoData>
 #include <osgEarth/SpatialReference>
@@ -19,8 +20,7 @@ SightPick::SightPick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(par
     connect(viewer->getManipulator(),
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
             &SightPick::OnMapClicked);
-    connect(viewer->getManipulator(), &CAxEarthManipulator::signalPointed, this,
-            [this] { EndWithoutTool(); });
+    connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolInHand, this, [this] { EndWithoutTool(); });
     connect(viewer, &QObject::destroyed, this, [this] { Want(0); });
 }
 

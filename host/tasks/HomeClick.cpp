@@ -2,6 +2,7 @@
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
+#include "viewer/CAxMapToolsWidget.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/CAxBlockManager.h>
@@ -20,11 +21,11 @@ HomeClick::HomeClick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(par
 {
     connect(viewer->getManipulator(),
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnRelease), this,
-            [this](const osg::Vec3d&, const osg::Vec3d& world) {
-                clickedWorld = world;
-                if (viewer->GetToolType() != ToolLandingPosition)
-                    Want({});
-            });
+            [this](const osg::Vec3d&, const osg::Vec3d& world) { clickedWorld = world; });
+    connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolInHand, this, [this](EToolType tool) {
+        if (tool != ToolLandingPosition)
+            Want({});
+    });
     connect(viewer, &CAxEarthViewer::LandingPosPicked, this, &HomeClick::OnLandingPicked);
 }
 
@@ -47,11 +48,13 @@ void HomeClick::Want(const QString& id)
         return;
     }
     qApp->removeEventFilter(this);
-    if (viewer->GetToolType() == ToolLandingPosition)
+    // Another tool chooses for itself.
+    if (viewer->GetToolType() == ToolLandingPosition) {
         viewer->SetToolType(ToolNavigate);
-    // A click on another block has taken the choice from it.
-    if (CAxHandleAdapter* object = viewer->FindExistNode(former))
-        viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+        // A click on another block has taken the choice from it.
+        if (CAxHandleAdapter* object = viewer->FindExistNode(former))
+            viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+    }
     emit Wanted(false);
 }
 

@@ -78,6 +78,7 @@ void AxToolBox::TakeUp(EToolType wanted)
     if (to.isOnBar)
         emit barTaken(wanted);
     InHand().Activate();
+    emit taken(tool);
 }
 
 CAxHandleAdapter* AxToolBox::CreateShape()

@@ -51,6 +51,8 @@ signals:
     void barLeft();
     /// A tool of the bar is in hand, whoever has taken it up.
     void barTaken(EToolType tool);
+    /// Another tool is in hand, on the bar or not.
+    void taken(EToolType tool);
     /// The tool that picks a landing point is being left; it is still in hand.
     void landingLeft();
     /// A place was picked with that tool: degrees, degrees, metres.

@@ -149,6 +149,10 @@ TEST_F(BlockMenuOnMap, ACutIsHintedAtUntilItEnds)
         EXPECT_TRUE(hints.last().first().toString().isEmpty());
         EXPECT_EQ(viewer->GetCurHandleAdapter(), viewer->FindExistNode(QStringLiteral("field")));
     }
+    viewer->SetToolType(ToolLandingPosition);
+    EXPECT_FALSE(tools.checkedAction()) << "a tool that the bar has not takes the clicks";
+    viewer->SetToolType(ToolNavigate);
+    EXPECT_TRUE(browse->isChecked());
     EXPECT_EQ(hints.size(), 4);
     EXPECT_EQ(Ring(), ring);
 }

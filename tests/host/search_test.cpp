@@ -83,7 +83,6 @@ TEST_F(Search, AnotherToolEndsThePicksAndKeepsItsEscape)
     }
     pick.Want(2);
     viewer->SetToolType(ToolMeasureDistance);
-    emit viewer->getManipulator()->signalPointed(-105.0, 37.4, 2000.0, 1000.0, false);
     EXPECT_EQ(pick.Wanted(), 0) << "nothing is drawn behind the mouse of another tool";
     viewer->SetToolType(ToolNavigate);
 }

@@ -43,6 +43,8 @@ public:
 signals:
     /// A tool of the bar was switched on, or off (then ToolNavigate).
     void ToolTypeChanged(EToolType eToolType);
+    /// The viewer has another tool in hand, one of the bar or not, whoever has taken it up.
+    void ToolInHand(EToolType eToolType);
     /// For listeners; the bar itself never emits it.
     void signalHeading(double heading);
 
