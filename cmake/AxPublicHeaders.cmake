@@ -20,6 +20,7 @@ set(AX_PUBLIC_HEADERS
   interaction/AxBlockForm.h=interaction/objects/AxBlockForm.h
   interaction/AxBlockOperations.h=interaction/objects/AxBlockOperations.h
   interaction/AxBlockRefusal.h=interaction/objects/AxZonesUnder.h
+  interaction/AxLandingReach.h=interaction/objects/AxLandingReach.h
   interaction/AxEditAids.h=scene/AxEditAids.h
   interaction/CAx3DGeometry.h=interaction/objects/CAx3DGeometry.h
   interaction/CAxClampObjectCallback.h=interaction/editing/CAxClampObjectCallback.h

@@ -1,10 +1,10 @@
 #include "host/tasks/HomeClick.h"
+#include "interaction/AxLandingReach.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
 
-#include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 
@@ -77,11 +77,8 @@ void HomeClick::OnLandingPicked(double longitude, double latitude, double altitu
     CAxHandleAdapter* own = viewer->FindExistNode(blockID);
     if (own && own != viewer->GetCurHandleAdapter()) {
         // The click came upon another block, and the place was judged for that one.
-        constexpr double farthestMetres = 7000.0;
-        const CAxVector3D centre = own->GetGravityLatLng(); // latitude first
         viewer->SetNodeSelected(own->GetFeatureNode(), false, false);
-        if (DistanceBetweenTwoLatLng(CAxVector3D(centre.y(), centre.x(), 0.0),
-                                     CAxVector3D(longitude, latitude, 0.0)) > farthestMetres)
+        if (!AxIsInLandingReach(*own, longitude, latitude))
             return;
     }
     constexpr double digitsOfPick = 1e-4; // degrees

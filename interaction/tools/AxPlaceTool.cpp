@@ -1,11 +1,9 @@
 #include "interaction/tools/AxPlaceTool.h"
+#include "interaction/objects/AxLandingReach.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxViewerParts.h"
 #include "scene/base/AxNotice.h"
-
-#include <osg/Math>
-#include <osgEarth/GeoMath>
 
 #include <QCoreApplication>
 #include <QGraphicsView>
@@ -25,15 +23,10 @@ void AxPlaceTool::Pick(const osg::Vec3d& lngLatPos)
 
 bool AxPlaceTool::CheckPickPositionValid(AxViewerParts& parts, const osg::Vec3d& lngLatPos)
 {
-    constexpr double farthestMetres = 7000.0;
     CAxHandleAdapter* current = parts.Objects().Current();
     if (!current)
         return false;
-    const CAxVector3D centre = current->GetGravityLatLng(); // latitude first
-    const double distance = osgEarth::GeoMath::distance(
-        osg::DegreesToRadians(centre.x()), osg::DegreesToRadians(centre.y()),
-        osg::DegreesToRadians(lngLatPos.y()), osg::DegreesToRadians(lngLatPos.x()));
-    if (distance <= farthestMetres)
+    if (AxIsInLandingReach(*current, lngLatPos.x(), lngLatPos.y()))
         return true;
     AxShowClosableNotice(
         parts.Widget(), Tr(QT_TRANSLATE_NOOP("CAxEarthViewer", "Route Information")),

@@ -1,4 +1,5 @@
 #include "mission/landing/CAxLandingAreaNode.h"
+#include "interaction/objects/AxLandingReach.h"
 #include "mission/landing/AxGroundMarks.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
@@ -15,7 +16,7 @@ using osgEarth::Units;
 using osgEarth::Symbology::Color;
 
 namespace {
-constexpr double acceptedKilometres = 7.0;
+constexpr double acceptedKilometres = axLandingReach / 1000.0;
 constexpr float discAlpha = 0.3f;
 } // namespace
 
