@@ -64,6 +64,7 @@ MeasureProfile::~MeasureProfile() = default;
 
 void MeasureProfile::Show(const AxMeasurement& measurement)
 {
+    isPlace = measurement.points.size() == 1;
     std::vector<osg::Vec3d> points = measurement.points;
     if (measurement.isClosed && points.size() > 2)
         points.push_back(points.front());
@@ -82,7 +83,9 @@ void MeasureProfile::ReadAgain()
     work.CallOff();
     marker.Hide();
     plot->Show({}, 0.0, false);
-    Tell(path.empty() ? tr("No measurement is selected.") : QString());
+    Tell(!path.empty() ? QString()
+         : isPlace     ? tr("A place has no profile.")
+                       : tr("No measurement is selected."));
     Read();
 }
 

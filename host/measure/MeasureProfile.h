@@ -25,7 +25,7 @@ public:
     explicit MeasureProfile(CAxEarthViewer* viewer, QWidget* parent = nullptr);
     ~MeasureProfile() override;
 
-    /// This measurement from now on; one without a second point, as a default one, for none.
+    /// This measurement from now on; a default one for none. A place has no profile, which is told.
     void Show(const AxMeasurement& measurement);
 
 protected:
@@ -41,6 +41,7 @@ private:
 
     QPointer<CAxEarthViewer> viewer;
     QString shownID;
+    bool isPlace = false; ///< what is shown has only one point
     std::vector<osg::Vec3d> path;
     bool isRead = false; ///< or on its way
     ProfileMarker marker;

@@ -5253,6 +5253,10 @@ Heights are above the ellipsoid.</source>
         <translation>未选择测量。</translation>
     </message>
     <message>
+        <source>A place has no profile.</source>
+        <translation>单个位置没有剖面。</translation>
+    </message>
+    <message>
         <source>The heights of the ground are being read...</source>
         <translation>正在读取地面高度……</translation>
     </message>
