@@ -34,7 +34,8 @@ QString KindText(CAxBlock::EBlockType type)
 } // namespace
 
 BlockListModel::BlockListModel(CAxEarthViewer* earthViewer, QObject* parent)
-    : QAbstractTableModel(parent), viewer(earthViewer), records(CAxBlockManager::instance()),
+    : TitledTable({tr("Name"), tr("Kind"), tr("Area"), tr("Lock"), tr("Visible")}, parent),
+      viewer(earthViewer), records(CAxBlockManager::instance()),
       warningSign(QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning))
 {
     for (const CAxBlock* block : records.GetBlockList())
@@ -121,31 +122,6 @@ void BlockListModel::OnCurrent(const QString& id)
 int BlockListModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(rows.size());
-}
-
-int BlockListModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant BlockListModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return QVariant();
-    switch (section) {
-    case NameColumn:
-        return tr("Name");
-    case KindColumn:
-        return tr("Kind");
-    case AreaColumn:
-        return tr("Area");
-    case LockColumn:
-        return tr("Lock");
-    case VisibleColumn:
-        return tr("Visible");
-    default:
-        return QVariant();
-    }
 }
 
 std::optional<double> BlockListModel::Area(const Row& row) const
@@ -256,7 +232,7 @@ bool BlockListModel::Rename(const QString& id, const QString& wanted)
 
 Qt::ItemFlags BlockListModel::flags(const QModelIndex& index) const
 {
-    const Qt::ItemFlags common = QAbstractTableModel::flags(index);
+    const Qt::ItemFlags common = TitledTable::flags(index);
     if (!index.isValid())
         return common;
     if (index.column() == NameColumn)

@@ -1,7 +1,8 @@
 #pragma once
+#include "host/tables/TitledTable.h"
+
 #include <AxData/CAxBlock.h>
 
-#include <QAbstractTableModel>
 #include <QIcon>
 #include <QSet>
 #include <QString>
@@ -21,7 +22,7 @@ class CAxHandleAdapter;
  * are bold. A block that drawing would have refused has a warning sign, whose
  * tool tip says why.
  */
-class BlockListModel : public QAbstractTableModel
+class BlockListModel : public TitledTable
 {
     Q_OBJECT
 public:
@@ -46,8 +47,6 @@ public:
     QString FaultOf(const QString& id) const;
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;

@@ -35,7 +35,6 @@
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
-#include "viewer/CAxMapToolsWidget.h"
 #include <AxBaseUI/CAxNoflyApplyUpload.h>
 #include <AxData/CAxNoflyZoneMgr.h>
 #include <AxData/project/AxRecovery.h>
@@ -44,47 +43,20 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QDockWidget>
-#include <QFileDialog>
-#include <QGLWidget>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPainter>
-#include <QPushButton>
-#include <QScreen>
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTimer>
 #include <QToolBar>
+#include <QUndoStack>
 #include <QUndoView>
 
 #include <functional>
+#include <utility>
 
 namespace {
-constexpr QSize usualSize(1440, 900);
-// Around it and above it, pixels.
-constexpr QSize frameOfWindow(8, 40);
-// Of the kept layout; another one does not fit other panels.
-constexpr int layoutVersion = 1;
-constexpr int shownMs = 8000;
-const QString geometryKey = QStringLiteral("window/geometry");
-const QString layoutKey = QStringLiteral("window/layout");
-const QString extentsKey = QStringLiteral("window/panels");
-const QString aircraftKey = QStringLiteral("aircraft/link");
-const QString recentKey = QStringLiteral("projects/recent");
-const QString exchangeKey = QStringLiteral("exchange/folder");
-
-const struct
-{
-    const char* key;
-    bool AxEditAids::*aid;
-} keptAids[] = {
-    {"edgeHandles", &AxEditAids::edgeHandles},
-    {"deleteKey", &AxEditAids::deleteKey},
-    {"snap", &AxEditAids::snap},
-    {"angleSteps", &AxEditAids::angleSteps},
-};
-
 // Of the manipulator's signals those that tell of something that a person has done.
 bool IsForPeople(const QString& signal)
 {
@@ -189,18 +161,22 @@ void MainWindow::BuildPanels()
     extents->Want(Qt::RightDockWidgetArea, tasks->sizeHint().width());
     // The block list's columns fit.
     extents->Want(Qt::LeftDockWidgetArea, blocks->sizeHint().width());
-    const auto tell = [this](const QString& text) { statusBar()->showMessage(text, shownMs); };
-    connect(blocks, &BlockPanel::Told, this, tell);
-    connect(marks, &MarkPanel::Told, this, tell);
-    connect(tasks, &TaskPanel::Told, this, tell);
-    connect(measure, &MeasurePanel::Told, this, tell);
+    connect(blocks, &BlockPanel::Told, this, &MainWindow::Tell);
+    connect(marks, &MarkPanel::Told, this, &MainWindow::Tell);
+    connect(tasks, &TaskPanel::Told, this, &MainWindow::Tell);
+    connect(measure, &MeasurePanel::Told, this, &MainWindow::Tell);
     connect(measure, &MeasurePanel::Wanted, measurePanel, [this] {
         measurePanel->show();
         measurePanel->raise();
         extents->Apply();
     });
-    connect(aircraft, &AircraftPanel::Told, this, tell);
+    connect(aircraft, &AircraftPanel::Told, this, &MainWindow::Tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
+    // What was told of a step that is undone holds no more.
+    connect(viewer->GetUndoStack(), &QUndoStack::indexChanged, this, [this, former = 0](int index) mutable {
+        if (index < std::exchange(former, index))
+            statusBar()->clearMessage();
+    });
 }
 
 void MainWindow::BuildSightPanel()
@@ -209,8 +185,7 @@ void MainWindow::BuildSightPanel()
     QDockWidget* panel = AddPanel(tr("Sight"), "SightPanel", Scrolled(sight), Qt::RightDockWidgetArea);
     tabifyDockWidget(taskPanels[0], panel);
     panel->hide();
-    connect(sight, &SightPanel::Told, this,
-            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    connect(sight, &SightPanel::Told, this, &MainWindow::Tell);
     connect(sight, &SightPanel::Wanted, panel, [this, panel] {
         panel->show();
         panel->raise();
@@ -252,62 +227,6 @@ void MainWindow::ShowTaskPanels()
     extents->Apply();
 }
 
-void MainWindow::RestoreLayout()
-{
-    const QSize ofScreen = screen()->availableSize() - frameOfWindow;
-    resize(options.size.value_or(usualSize.boundedTo(ofScreen)));
-    if (!kept)
-        return;
-    if (!kept->IsWritable())
-        log->AppendLine(
-            tr("%1 cannot be written: what is changed now is lost with the window.").arg(kept->FileName()));
-    if (!options.size)
-        restoreGeometry(kept->Bytes(geometryKey));
-    restoreState(kept->Bytes(layoutKey), layoutVersion);
-    extents->Restore(kept->Bytes(extentsKey));
-    aircraft->SetSettings(kept->Bytes(aircraftKey));
-    project->SetRecent(kept->Bytes(recentKey));
-    connect(project, &ProjectSession::RecentChanged, kept,
-            [this] { kept->SetBytes(recentKey, project->Recent()); });
-    exchange->SetFolder(QString::fromUtf8(kept->Bytes(exchangeKey)));
-    connect(exchange, &GeoExchange::FolderChanged, kept,
-            [this] { kept->SetBytes(exchangeKey, exchange->Folder().toUtf8()); });
-}
-
-void MainWindow::RestoreSwitches()
-{
-    const bool wereZonesHidden = !kept->Switch(QStringLiteral("zones"), true);
-    for (auto entry = switches.cbegin(); entry != switches.cend(); ++entry)
-        kept->Follow(entry.key(), entry.value());
-    if (wereZonesHidden) {
-        const QString line = tr("The no-fly zones are hidden, as they were left.");
-        log->AppendLine(line);
-        statusBar()->showMessage(line, shownMs);
-    }
-    auto* muted = viewer->GetMapToolWidget()->findChild<QPushButton*>(QStringLiteral("m_pVoiceSwitchBtn"));
-    kept->Follow(QStringLiteral("voiceOff"), muted);
-    if (muted->isChecked())
-        viewer->SetTextToSpeechEnabled(true);
-    AxEditAids aids = viewer->GetEditAids();
-    for (const auto& one : keptAids)
-        aids.*one.aid = kept->Switch(QLatin1String(one.key), aids.*one.aid);
-    viewer->SetEditAids(aids);
-    connect(viewer, &CAxEarthViewer::signalEditAids, kept, [this] {
-        for (const auto& one : keptAids)
-            kept->SetSwitch(QLatin1String(one.key), viewer->GetEditAids().*one.aid);
-    });
-}
-
-void MainWindow::KeepLayout()
-{
-    if (!kept)
-        return;
-    kept->SetBytes(geometryKey, saveGeometry());
-    kept->SetBytes(layoutKey, saveState(layoutVersion));
-    kept->SetBytes(extentsKey, extents->Save());
-    kept->SetBytes(aircraftKey, aircraft->Settings());
-}
-
 void MainWindow::BuildProject()
 {
     // With --settings it stays with the other things that are kept.
@@ -323,15 +242,13 @@ void MainWindow::BuildProject()
     project->KeepValue(
         QStringLiteral("control_points"), [this] { return controlPoints->Text(); },
         [this](const QString& text) { controlPoints->SetText(text); });
-    connect(project, &ProjectSession::Told, this,
-            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    connect(project, &ProjectSession::Told, this, &MainWindow::Tell);
     drop = new FileDrop(this);
     drop->Watch(viewer->viewport());
     drop->Add(&ProjectSession::IsProjectFile,
               [this](const QStringList& files) { return project->Open(files.constFirst()); });
     exchange = new GeoExchange(viewer, this, [this](const QString& id) { return blocks->FaultOf(id); });
-    connect(exchange, &GeoExchange::Told, this,
-            [this](const QString& text) { statusBar()->showMessage(text, shownMs); });
+    connect(exchange, &GeoExchange::Told, this, &MainWindow::Tell);
     connect(blocks, &BlockPanel::MenuAsked, exchange,
             [this](QMenu* menu) { exchange->FillBlockMenu(menu, blocks->Chosen()); });
     drop->Add(&GeoExchange::IsGeoFile, [this](const QStringList& files) {
@@ -462,20 +379,6 @@ void MainWindow::BuildTaskMenu()
         connect(action, &QAction::triggered, this, &MainWindow::ShowTaskPanels);
 }
 
-bool MainWindow::HasOpenGl() const
-{
-    const auto* surface = qobject_cast<QGLWidget*>(viewer->viewport());
-    return surface && surface->isValid();
-}
-
-QSize MainWindow::LargestPicture() const
-{
-    static_cast<QGLWidget*>(viewer->viewport())->makeCurrent();
-    GLint largest[2] = {0, 0};
-    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
-    return {largest[0], largest[1]};
-}
-
 bool MainWindow::StartViewer()
 {
     state->setText(tr("Loading..."));
@@ -559,44 +462,6 @@ void MainWindow::ReportProgress()
         clock->deleteLater();
     });
     clock->start(lookEveryMs);
-}
-
-bool MainWindow::SavePicture(const QString& file)
-{
-    // Widgets are painted anew, the globe is taken from what it last showed.
-    const QImage globe = viewer->GetCurrViewerImg();
-    if (globe.isNull())
-        return false;
-    QPixmap picture(size());
-    picture.fill(palette().color(QPalette::Window));
-    QPainter painter(&picture);
-    for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (child != viewer && child->isVisible() && !child->isWindow())
-            painter.drawPixmap(child->pos(), child->grab());
-    painter.drawImage(viewer->mapTo(this, QPoint()), globe);
-    painter.end();
-    return picture.save(file, QFileInfo(file).suffix().isEmpty() ? "PNG" : nullptr);
-}
-
-void MainWindow::OnSavePicture()
-{
-    const QString png = tr("PNG picture (*.png)");
-    const QString jpg = tr("JPEG picture (*.jpg *.jpeg)");
-    QFileDialog dialog(this, tr("Save picture"));
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters({png, jpg});
-    dialog.setDefaultSuffix(QStringLiteral("png"));
-    connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, jpg](const QString& filter) {
-        dialog.setDefaultSuffix(filter == jpg ? QStringLiteral("jpg") : QStringLiteral("png"));
-    });
-    dialog.selectFile(QStringLiteral("globe.png"));
-    if (dialog.exec() != QDialog::Accepted)
-        return;
-    const QString file = dialog.selectedFiles().constFirst();
-    if (SavePicture(file))
-        statusBar()->showMessage(tr("Saved %1").arg(file), shownMs);
-    else
-        QMessageBox::warning(this, tr("Save picture"), tr("%1: the picture cannot be written").arg(file));
 }
 
 void MainWindow::ShowAbout()

@@ -60,6 +60,8 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    static constexpr QSize usualSize{1440, 900};
+
     void BuildMenus();
     void BuildDrawMenu();
     void BuildTaskMenu();

@@ -7,7 +7,8 @@
 #include <algorithm>
 
 MarkListModel::MarkListModel(CAxEarthViewer* earthViewer, QObject* parent)
-    : QAbstractTableModel(parent), viewer(earthViewer)
+    : TitledTable({tr("Name"), tr("Latitude"), tr("Longitude"), tr("Height"), tr("Note")}, parent),
+      viewer(earthViewer)
 {
     connect(viewer, &CAxEarthViewer::signalAddMarkPoint, this, &MarkListModel::Soon);
     connect(viewer, &CAxEarthViewer::signalDelMarkPoint, this, &MarkListModel::Soon);
@@ -81,31 +82,6 @@ int MarkListModel::rowCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : rows.size();
 }
 
-int MarkListModel::columnCount(const QModelIndex& parent) const
-{
-    return parent.isValid() ? 0 : ColumnCount;
-}
-
-QVariant MarkListModel::headerData(int section, Qt::Orientation orientation, int role) const
-{
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
-        return {};
-    switch (section) {
-    case NameColumn:
-        return tr("Name");
-    case LatitudeColumn:
-        return tr("Latitude");
-    case LongitudeColumn:
-        return tr("Longitude");
-    case HeightColumn:
-        return tr("Height");
-    case NoteColumn:
-        return tr("Note");
-    default:
-        return {};
-    }
-}
-
 QVariant MarkListModel::data(const QModelIndex& index, int role) const
 {
     constexpr int degreeDecimals = 6;
@@ -154,7 +130,7 @@ bool MarkListModel::setData(const QModelIndex& index, const QVariant& value, int
 
 Qt::ItemFlags MarkListModel::flags(const QModelIndex& index) const
 {
-    const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+    const Qt::ItemFlags flags = TitledTable::flags(index);
     const bool isMultiLine = index.column() == NoteColumn && index.row() < rows.size() &&
                              rows[index.row()].description.contains(QLatin1Char('\n'));
     // A line edit would lose the further lines; the dialog has room for them.

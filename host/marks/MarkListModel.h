@@ -1,7 +1,8 @@
 #pragma once
+#include "host/tables/TitledTable.h"
+
 #include <AxData/project/AxProject.h>
 
-#include <QAbstractTableModel>
 #include <QPointer>
 #include <QVector>
 
@@ -12,7 +13,7 @@ class CAxOsgDrawPointSet;
  * The mark points of the viewer's set as a table, a row each, in their order. It follows the set when control
  * returns to the event loop; a set that is made anew, as with another project, is followed as well.
  */
-class MarkListModel : public QAbstractTableModel
+class MarkListModel : public TitledTable
 {
     Q_OBJECT
 public:
@@ -36,8 +37,6 @@ public:
     int RowOf(const QString& id) const; ///< -1 for an unknown ID
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
-    int columnCount(const QModelIndex& parent = QModelIndex()) const override;
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
