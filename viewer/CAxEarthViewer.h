@@ -168,7 +168,7 @@ public:
     // The map: its ground, its layers, what is measured on it (CAxEarthViewerMap.cpp)
 
     /// The height of the ground as it is loaded now, metres as the map has them; degrees. NaN beside all
-    /// heights of the map, 0 in a gap of them. slotRequestElevation() asks for the finest there is.
+    /// heights of the map and in a gap of them. slotRequestElevation() asks for the finest there is.
     double GetElevation(double longitude, double latitude) const;
     /// The map's layers: shown, hidden, faded, added and removed; see there. Never null.
     AxMapLayers* GetMapLayers() const;

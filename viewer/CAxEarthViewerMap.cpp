@@ -4,6 +4,8 @@
 #include "viewer/AxMapLayers.h"
 #include "viewer/AxViewerPrivate.h"
 
+#include <osgEarth/KnownGround>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -14,13 +16,14 @@ double CAxEarthViewer::GetElevation(double longitude, double latitude) const
     if (!d->mapNode || !std::isfinite(longitude) || !(std::abs(latitude) <= 90.0))
         return unknown;
     longitude = AxLongitudes::Normalized(longitude);
-    // The ground that is drawn has a height everywhere: that of the ellipsoid beside all data.
+    // A layer may be gone or hidden, and the tiles not be made anew yet.
     osgEarth::ElevationLayerVector layers;
     d->map->getElevationLayers(layers);
     const auto covers = [longitude, latitude](const auto& layer) {
         return layer->getVisible() && layer->isOpen() && layer->getDataExtent().contains(longitude, latitude);
     };
-    if (std::none_of(layers.begin(), layers.end(), covers))
+    if (std::none_of(layers.begin(), layers.end(), covers) ||
+        !osgEarth::isGroundKnown(*d->mapNode, longitude, latitude))
         return unknown;
     QList<osg::Vec3d> place = {osg::Vec3d(longitude, latitude, unknown)};
     d->GetElevations(place);

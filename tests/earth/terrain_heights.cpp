@@ -83,10 +83,12 @@ TEST_P(OneGround, IsTheSameHoweverMuchOfItIsRead)
             for (double step = -size; step < size; step += within(0.05, 0.5) * size)
                 rows.push_back(latitude + step);
             std::vector<float> grid(columns.size() * rows.size());
-            part.sample(columns, rows, grid.data());
+            std::vector<float> known(grid.size());
+            const bool isWhole = part.sample(columns, rows, grid.data(), known.data());
             for (std::size_t i = 0; i < grid.size(); ++i) {
                 const double x = columns[i % columns.size()], y = rows[i / columns.size()];
                 ASSERT_NEAR(static_cast<double>(grid[i]), part.at(x, y), 1e-3) << x << ", " << y;
+                ASSERT_EQ(isWhole || known[i] == 1.0f, part.answerAt(x, y).known) << x << ", " << y;
             }
         }
     }

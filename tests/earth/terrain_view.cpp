@@ -122,6 +122,30 @@ TEST(TileContent, AMountainBesideATileBringsItNoNearer)
     }
 }
 
+TEST(TileContent, KnowsNoHeightInAGapOfItsSource)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe;
+    recipe.type = GDT_Float32;
+    recipe.hasNoData = true;
+    recipe.noData = -9999.0;
+    recipe.value = [](int, int column, int) { return column < 32 ? -9999.0 : 500.0; };
+    writeRaster(folder.path("half.tif"), recipe);
+    Drivers::GDALOptions driver;
+    driver.url() = folder.path("half.tif");
+    const osg::ref_ptr<Map> map = new Map;
+    map->addElevationLayer(new ElevationLayer(ElevationLayerOptions("half", driver)));
+    const TileSources sources(*map);
+    const Profile* profile = Registry::instance()->getGlobalGeodeticProfile();
+    for (const unsigned level : {6u, 12u})
+        for (const double longitude : {0.2, 0.8, 1.4}) {
+            const auto tile = makeTileContent(
+                profile->createTileKey(longitude, 0.5, level), sources, std::nullopt,
+                [](const TileContent&) { return false; }, 1);
+            EXPECT_EQ(tile->knowsHeightAt(longitude, 0.5), longitude == 0.8) << level << ' ' << longitude;
+        }
+}
+
 /// What does not lie in a tile's bounds is culled with the tile, and a hole is seen.
 TEST(TileContent, BoundsHoldWhatDeeperTilesShow)
 {

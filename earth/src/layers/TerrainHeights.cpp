@@ -134,15 +134,19 @@ TerrainHeights::Answer TerrainHeights::answerAt(double lonDeg, double latDeg) co
     return answerFrom(0, lonDeg, latDeg);
 }
 
-void TerrainHeights::sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg,
-                            float* heights) const
+bool TerrainHeights::sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg,
+                            float* heights, float* known) const
 {
     // Most tiles lie within one source.
     if (_windows.size() == 1 && _windows.front()->sample(lonsDeg, latsDeg, heights))
-        return;
+        return true;
     for (const double latitude : latsDeg)
-        for (const double longitude : lonsDeg)
-            *heights++ = static_cast<float>(at(longitude, latitude));
+        for (const double longitude : lonsDeg) {
+            const Answer answer = answerAt(longitude, latitude);
+            *heights++ = static_cast<float>(answer.height);
+            *known++ = answer.known ? 1.0f : 0.0f;
+        }
+    return false;
 }
 
 // Down to the first source that answers alone, then back up.

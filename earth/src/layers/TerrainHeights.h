@@ -59,8 +59,10 @@ public:
     /// Metres above the ellipsoid.
     double at(double lonDeg, double latDeg) const { return answerAt(lonDeg, latDeg).height; }
     Answer answerAt(double lonDeg, double latDeg) const;
-    /// The same as at() on a grid, a row for each latitude.
-    void sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg, float* heights) const;
+    /// The same as at() on a grid, a row for each latitude; `known`, of the same size, gets 1 where some
+    /// source has a value of its own, else 0. True, `known` as it was, where one source has all of them.
+    bool sample(const std::vector<double>& lonsDeg, const std::vector<double>& latsDeg, float* heights,
+                float* known) const;
 
 private:
     Answer answerFrom(std::size_t first, double lonDeg, double latDeg) const;

@@ -257,7 +257,7 @@ void QuadtreeTerrain::intersectSegment(osgUtil::IntersectionVisitor& visitor,
     segment.insertIntersection(hit);
 }
 
-bool QuadtreeTerrain::heightAt(double longitude, double latitude, double& outHeight) const
+const TileContent* QuadtreeTerrain::contentAt(double longitude, double latitude) const
 {
     for (unsigned i = 0; TileNode* tile = _private->roots->tile(i); ++i) {
         const TileBounds& bounds = tile->content().bounds;
@@ -265,10 +265,17 @@ bool QuadtreeTerrain::heightAt(double longitude, double latitude, double& outHei
             continue;
         while (TileNode* quarter = tile->quarterAt(longitude, latitude))
             tile = quarter;
-        outHeight = tile->content().heightAt(longitude, latitude);
-        return true;
+        return &tile->content();
     }
-    return false;
+    return nullptr;
+}
+
+bool QuadtreeTerrain::heightAt(double longitude, double latitude, double& outHeight) const
+{
+    const TileContent* content = contentAt(longitude, latitude);
+    if (content)
+        outHeight = content->heightAt(longitude, latitude);
+    return content != nullptr;
 }
 
 void QuadtreeTerrain::refresh()

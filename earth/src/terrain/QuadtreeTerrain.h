@@ -9,6 +9,7 @@ class LineSegmentIntersector;
 
 namespace osgEarth {
 class MapNode;
+struct TileContent;
 
 /// Draws the ground of a map as a quadtree of tiles that the view's
 /// osgDB::DatabasePager loads, each with a mesh as coarse as its relief
@@ -26,6 +27,9 @@ public:
     /// Nearest point of the drawn surface on a ray, geocentric metres; see Terrain.
     bool intersectRay(const osg::Vec3d& origin, const osg::Vec3d& direction, osg::Vec3d& outWorld,
                       osg::ref_ptr<osg::Node>* outTile = nullptr) const;
+    /// The finest tile that is in memory at a geographic position in degrees; null without. It stands until
+    /// the next update traversal.
+    const TileContent* contentAt(double longitude, double latitude) const;
     /// Ground height at a geographic position in degrees; see Terrain::getHeight.
     bool heightAt(double longitude, double latitude, double& outHeight) const;
 

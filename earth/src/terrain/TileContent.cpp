@@ -37,7 +37,9 @@ double texelMetres(const TileBounds& bounds)
     return bounds.height() * kMetresPerDegree / kTilePictureSize;
 }
 
-HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heights)
+/// Tells in `known`, where there are gaps, which samples some source has.
+HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heights,
+                           std::optional<HeightRaster>& known)
 {
     HeightRaster raster(kRasterSize, 1);
     if (heights.empty())
@@ -54,7 +56,9 @@ HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heigh
         longitudes.push_back(longitude);
         latitudes.push_back(std::clamp(bounds.south + stepY * i, -90.0, 90.0));
     }
-    heights.sample(longitudes, latitudes, &raster.at(-1, -1));
+    known.emplace(kRasterSize, 1);
+    if (heights.sample(longitudes, latitudes, &raster.at(-1, -1), &known->at(-1, -1)))
+        known.reset();
     return raster;
 }
 
@@ -225,6 +229,15 @@ double TileContent::heightAt(double longitude, double latitude) const
                                                        (latitude - bounds.south) / bounds.height());
 }
 
+bool TileContent::knowsHeightAt(double longitude, double latitude) const
+{
+    if (const auto* samples = std::get_if<TerrainHeights>(&heights))
+        return samples->answerAt(longitude, latitude).known;
+    constexpr double half = 0.5; // a place belongs to the sample that it is nearest to
+    return !known || known->interpolate((longitude - bounds.west) / bounds.width(),
+                                        (latitude - bounds.south) / bounds.height()) >= half;
+}
+
 TileSources::TileSources(const Map& map)
 {
     ImageLayerVector imageLayers;
@@ -254,7 +267,8 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const double meshCell = bounds.height() / kMeshCells;
     const ElevationLayerVector layers = layersFor(key, sources.elevations);
     TerrainHeights ground = readHeights(key, bounds, layers, meshCell);
-    const HeightRaster raster = sampleHeights(bounds, ground);
+    std::optional<HeightRaster> known;
+    const HeightRaster raster = sampleHeights(bounds, ground, known);
     const ElevationLayerVector shown = layersFrom(key, sources.elevations);
     const SourceRelief relief = reliefFrom(key, raster, meshCell, shown);
     const double texel = texelMetres(bounds);
@@ -263,8 +277,11 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, skirt);
     if (ground.isFullResolution())
         content->heights = std::move(ground);
-    else
+    else {
         content->heights = meshGridOf(raster);
+        if (known)
+            content->known = meshGridOf(*known);
+    }
 
     const double unseen = std::max(relief.unseen, content->mesh.mostHiddenDetail);
     content->lowest = content->mesh.minHeight - unseen;

@@ -54,6 +54,8 @@ struct TileContent
     bool pictureRefinable = true;
     /// What answers height queries: the sources' samples, or the mesh's grid on levels too coarse for these.
     std::variant<TerrainHeights, HeightRaster> heights;
+    /// Of such a grid with gaps: 1 where some source has a value, else 0. Empty without gaps.
+    std::optional<HeightRaster> known;
     /// Metres, of the ground inside the tile, as far as its samples and its sources' overviews tell. `bulk`
     /// also holds what lies beside it.
     double lowest = 0.0;
@@ -67,6 +69,8 @@ struct TileContent
 
     /// Ground height at a place inside the tile, degrees to metres.
     double heightAt(double longitude, double latitude) const;
+    /// Whether some source has a value at such a place.
+    bool knowsHeightAt(double longitude, double latitude) const;
 };
 
 /// The layers of a map as they stand when a tile is made.
