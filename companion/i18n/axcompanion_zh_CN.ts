@@ -2017,6 +2017,10 @@
         <translation>各点高度不同因而高度未被读入的图形：%1 个。</translation>
     </message>
     <message>
+        <source>Heights above the ground that are not taken over: %1.</source>
+        <translation>未采用的相对地面高度：%1。</translation>
+    </message>
+    <message>
         <source>Collections that lie too deep in others and are left out: %1.</source>
         <translation>嵌套过深而被略去的集合：%1 个。</translation>
     </message>

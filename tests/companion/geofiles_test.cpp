@@ -220,6 +220,26 @@ TEST_F(GeoFiles, ProjectedCoordinatesBecomeDegrees)
     EXPECT_TRUE(read.coordinateSystem.contains(QStringLiteral("UTM zone 32N")));
 }
 
+TEST_F(GeoFiles, HeightsOfKmlCountFromWhatItsModeSays)
+{
+    QByteArray marks;
+    for (const char* mode : {"absolute", "relativeToGround", "clampToGround", ""}) {
+        const QByteArray tag = *mode ? QByteArray("<altitudeMode>") + mode + "</altitudeMode>" : QByteArray();
+        for (const char* height : {"10", "0"})
+            marks +=
+                placemark(mode, "<Point>" + tag + "<coordinates>1,2," + height + "</coordinates></Point>");
+    }
+    const AxGeoContent read = ReadOf("m.kml", kmlOf(marks));
+    ASSERT_EQ(read.shapes.size(), 8) << read.fault.toStdString();
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const double expected[] = {10.0, 0.0, none, none, none, none, 10.0, none};
+    for (int i = 0; i < 8; ++i)
+        EXPECT_TRUE(read.shapes[i].altitude == expected[i] ||
+                    (std::isnan(expected[i]) && std::isnan(read.shapes[i].altitude)))
+            << i << ": " << read.shapes[i].altitude;
+    EXPECT_TRUE(HasNote(read, "above the ground that are not taken over: 1."));
+}
+
 TEST_F(GeoFiles, LongRingsAreSimplifiedByTheToleranceThatANoteTells)
 {
     const AxGeoContent read = ReadOf("round.geojson", roundArea(20000));
@@ -419,6 +439,9 @@ TEST_F(GeoFiles, TablesAndDrawingsAreReadAsTheyCome)
     ASSERT_EQ(nameless.shapes.size(), 3);
     EXPECT_EQ(nameless.shapes[1].points.size(), 2);
     EXPECT_EQ(nameless.shapes[1].name + nameless.shapes[2].name, QStringLiteral("c 2c 4"));
+    const AxGeoContent heights = ReadOf("h.csv", "name,lon,lat,Elevation\nA,1,2,\"1234,5\"\nB,3,4,\n");
+    ASSERT_EQ(heights.shapes.size(), 2);
+    EXPECT_TRUE(heights.shapes[0].altitude == 1234.5 && std::isnan(heights.shapes[1].altitude));
     EXPECT_TRUE(ReadOf("b.csv", "a,b\n1,2\n").fault.contains(QStringLiteral("longitude")));
 
     const QByteArray drawing =

@@ -134,8 +134,13 @@ bool AxGeoCollector::add(const Part& part, const QString& name, const AxGeoSyste
     shape.attributes = feature.attributes;
     if (std::isinf(part.altitude))
         ++uneven;
-    else if (part.altitude != 0.0 || !feature.isZeroNoHeight)
+    else if (feature.heights == AxGeoFeature::Heights::OverGround)
+        overGround += std::isfinite(part.altitude) && part.altitude != 0.0 ? 1 : 0;
+    else if (feature.heights != AxGeoFeature::Heights::Unused &&
+             (feature.heights != AxGeoFeature::Heights::UnlessZero || part.altitude != 0.0))
         shape.altitude = part.altitude;
+    if (part.kind == AxGeoShape::Point && std::isnan(shape.altitude))
+        shape.altitude = feature.altitude;
     if (!TakeMetres(shape.attributes, "left_m", shape.leftWidth) ||
         !TakeMetres(shape.attributes, "right_m", shape.rightWidth) ||
         !TakeMetres(shape.attributes, "radius_m", shape.radius))
@@ -263,6 +268,7 @@ void AxGeoCollector::Finish()
         {curved, AX_GEO_TEXT("Features whose curves are now lines: %1.")},
         {measured, AX_GEO_TEXT("Features whose measures (M) are not taken over: %1.")},
         {uneven, AX_GEO_TEXT("Shapes whose heights differ from point to point and are not taken over: %1.")},
+        {overGround, AX_GEO_TEXT("Heights above the ground that are not taken over: %1.")},
         {nested, AX_GEO_TEXT("Collections that lie too deep in others and are left out: %1.")},
         {cutNames, AX_GEO_TEXT("Names that are cut to 200 characters: %1.")},
         {notesLeftOut, AX_GEO_TEXT("Further notes of this kind: %1.")},

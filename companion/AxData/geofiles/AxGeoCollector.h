@@ -3,6 +3,7 @@
 #include <AxData/geofiles/AxGeoFile.h>
 #include <AxData/geofiles/AxGeoSystem.h>
 
+#include <limits>
 #include <optional>
 
 class OGRGeometry;
@@ -17,7 +18,17 @@ struct AxGeoFeature
     QString layer; ///< where the file has several
     QMap<QString, QString> attributes;
     bool isClosedLineArea = false;
-    bool isZeroNoHeight = false; ///< a height of 0 says nothing
+    /// What the heights of its geometry are.
+    enum class Heights
+    {
+        Unsaid,     ///< taken as those of the coordinate system
+        OfDatum,    ///< those of the coordinate system
+        UnlessZero, ///< the same, but 0 says nothing
+        OverGround, ///< metres above the ground, wherever that is
+        Unused      ///< it lies on the ground
+    };
+    Heights heights = Heights::Unsaid;
+    double altitude = std::numeric_limits<double>::quiet_NaN(); ///< of a point that has none, metres
 };
 
 /// Makes shapes of geometries, and notes of what they are not. One thread.
@@ -63,6 +74,7 @@ private:
     int curved = 0;
     int measured = 0;
     int uneven = 0;
+    int overGround = 0;
     int nested = 0;
     int cutNames = 0;
     int holed = 0;

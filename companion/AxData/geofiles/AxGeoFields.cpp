@@ -3,6 +3,9 @@
 
 #include <ogr_feature.h>
 
+#include <cmath>
+#include <limits>
+
 namespace {
 /// Of how a program draws a feature, which KML adds to each.
 const QStringList& drawingFields()
@@ -32,6 +35,32 @@ int RankOf(const QString& key, OGRFieldType type)
                ? int(names.size())
                : -1;
 }
+
+AxGeoFeature::Heights HeightsOf(const QByteArray& mode)
+{
+    if (mode == "absolute")
+        return AxGeoFeature::Heights::OfDatum;
+    if (mode == "relativeToGround" || mode == "relativeToSeaFloor")
+        return AxGeoFeature::Heights::OverGround;
+    return mode.startsWith("clampTo") ? AxGeoFeature::Heights::Unused : AxGeoFeature::Heights::Unsaid;
+}
+
+/// The height that a field tells; NaN when none does.
+double AltitudeOf(const QMap<QString, QString>& fields)
+{
+    const QStringList names{QStringLiteral("altitude"),  QStringLiteral("alt"), QStringLiteral("height"),
+                            QStringLiteral("elevation"), QStringLiteral("z"),   QString::fromUtf8("高程")};
+    for (const QString& wanted : names)
+        for (auto field = fields.begin(); field != fields.end(); ++field) {
+            bool isNumber = false;
+            const double value =
+                QString(field.value()).replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isNumber);
+            if (isNumber && std::isfinite(value) &&
+                field.key().trimmed().compare(wanted, Qt::CaseInsensitive) == 0)
+                return value;
+        }
+    return std::numeric_limits<double>::quiet_NaN();
+}
 } // namespace
 
 AxGeoFields::AxGeoFields(const OGRFeatureDefn& layer, const QByteArray& codecOfTexts,
@@ -44,6 +73,8 @@ AxGeoFields::AxGeoFields(const OGRFeatureDefn& layer, const QByteArray& codecOfT
         const OGRFieldDefn* field = layer.GetFieldDefn(i);
         bool isCut = false;
         const QString key = AxGeoOneLine(AxGeoDecoded(field->GetNameRef(), codec, isForeign), isCut);
+        if (key.compare(QLatin1String("altitudeMode"), Qt::CaseInsensitive) == 0)
+            heights = i;
         if (geometry.contains(i) || drawingFields().contains(key.toLower()))
             continue;
         const int rank = RankOf(key, field->GetType());
@@ -73,5 +104,8 @@ AxGeoFeature AxGeoFields::Of(const OGRFeature& feature)
             if (!text.isEmpty())
                 told.attributes[field.key] = text;
         }
+    if (heights >= 0 && feature.IsFieldSetAndNotNull(heights))
+        told.heights = HeightsOf(read.GetFieldAsString(heights));
+    told.altitude = AltitudeOf(told.attributes);
     return told;
 }

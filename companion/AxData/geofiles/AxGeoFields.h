@@ -27,5 +27,6 @@ private:
     QByteArray codec;
     QList<Field> kept;
     int name = -1;
+    int heights = -1; // KML's mode of altitudes
     bool isForeign = false;
 };

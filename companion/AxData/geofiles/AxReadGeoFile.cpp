@@ -97,7 +97,8 @@ private:
             if (opened.data->GetLayerCount() > 1)
                 feature.layer = layerName;
             feature.isClosedLineArea = opened.isDrawing;
-            feature.isZeroNoHeight = opened.isKml; // its places lie on the ground then
+            if (opened.isKml && feature.heights == AxGeoFeature::Heights::Unsaid)
+                feature.heights = AxGeoFeature::Heights::UnlessZero; // its places lie on the ground then
             if (opened.isDrawing)
                 feature.name = AxGeoUnescaped(feature.name);
             if (feature.name.trimmed().isEmpty())
