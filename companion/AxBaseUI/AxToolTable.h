@@ -18,7 +18,7 @@ enum class AxToolOver
 {
     Anything, ///< drawables, models and map objects under it hear of the mouse
     Objects,  ///< it selects and moves map objects
-    Ground,   ///< nothing but places
+    Ground,   ///< nothing but places: nothing below it is chosen, lit up or held
 };
 
 /// What a tool is.
@@ -65,6 +65,7 @@ inline constexpr std::array<AxToolRow, 32> AxTools = [] {
         {ToolVideoArea, ToolKindDraw, Start::Move, Over::Anything, doubleClick},
         {ToolContinueBlock, ToolKindDraw, Start::Click, Over::Anything, doubleClick},
         {ToolAddPoint, ToolKindPick},
+        {ToolHost21, ToolKindOther, Start::Never, Over::Ground},
         {ToolLandingPosition, ToolKindPick},
         {ToolInterestPoint, ToolKindPick},
         {ToolMagnifier, ToolKindDraw, Start::Push, Over::Anything, no, anew},

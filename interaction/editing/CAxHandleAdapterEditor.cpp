@@ -8,7 +8,10 @@
 
 #include "scene/AxEditAids.h"
 #include "scene/AxObjectBook.h"
+#include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+
+#include <AxBaseUI/AxToolTable.h>
 
 #include <osg/ValueObject>
 #include <osgEarth/MapNode>
@@ -310,6 +313,10 @@ bool CAxHandleAdapterEditor::isClosed() const
 bool CAxHandleAdapterEditor::mayEdit() const
 {
     if (!shape || shape->IsLock() || !shape->IsVisible() || getNodeMask() == 0)
+        return false;
+    // A tool that takes places takes them from the handles, too.
+    AxViewerParts* parts = shape->Parts();
+    if (!grip && parts && AxToolRowOf(parts->Tools().Tool()).over == AxToolOver::Ground)
         return false;
     return shape->GetHandleOperation() == OperationIdle || (grip && grip->moved);
 }

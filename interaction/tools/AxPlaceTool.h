@@ -21,6 +21,17 @@ private:
 };
 
 /// Adds the place of a click to the current object as its last vertex.
+/// Takes places only, for whoever listens to the clicks: nothing below the mouse hears of it.
+class AxGroundTool : public AxTool
+{
+public:
+    using AxTool::AxTool;
+
+    void Move(AxMouseStep&) override {}
+    void Press(AxMouseStep&) override {}
+    bool Click(AxMouseStep&) override { return false; }
+};
+
 class AxAddPointTool : public AxTool
 {
 public:

@@ -52,6 +52,8 @@ std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
         return std::make_unique<AxSelectTool>(parts);
     if (row.kind == ToolKindDraw)
         return std::make_unique<AxDrawTool>(parts, row);
+    if (row.over == AxToolOver::Ground)
+        return std::make_unique<AxGroundTool>(parts);
     return std::make_unique<AxTool>(parts);
 }
 

@@ -9,6 +9,29 @@
 #include <osgEarth/Map>
 #include <osgEarth/MapNode>
 
+TEST_F(ShapeFixture, AToolThatTakesPlacesChoosesAndHoldsNothing)
+{
+    const CAx3DGeometry* block = Import("block", {{19, 9}, {21, 9}, {21, 11}, {19, 11}});
+    ASSERT_TRUE(block);
+    int places = 0;
+    QObject context;
+    QObject::connect(manipulator,
+                     QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), &context,
+                     [&] { ++places; });
+    for (const bool isChosen : {false, true}) {
+        viewer->SetNodeSelected(isChosen ? block->GetFeatureNode() : nullptr, false, false);
+        const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+        viewer->SetToolType(ToolHost21);
+        places = 0;
+        for (const osg::Vec2d& at : {osg::Vec2d(20, 10), osg::Vec2d(19, 10), osg::Vec2d(21, 11)})
+            Click(at.x(), at.y());
+        EXPECT_EQ(places, 3) << "within, on an edge, and on a corner with its handle";
+        EXPECT_EQ(viewer->GetCurHandleAdapter(), current);
+        EXPECT_EQ(viewer->GetUndoStack()->count(), 0);
+        viewer->SetToolType(ToolNavigate);
+    }
+}
+
 TEST_F(ShapeFixture, SightAnswersTheLatestQuestionAndDrawsItUntilItIsRemoved)
 {
     AxSightAnalysis* sight = viewer->GetSightAnalysis();
