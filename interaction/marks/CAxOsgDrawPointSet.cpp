@@ -103,6 +103,7 @@ QString CAxOsgDrawPointSet::AddMark(double longitude, double latitude, const QSt
     mark.longitude = AxLongitudes::Normalized(longitude);
     mark.latitude = latitude;
     mark.altitude = placeOf(mark).z();
+    mark.followsGround = true;
     if (!commit({{marks.size(), {}, mark}}, AxEditTitle(tr("Add mark"), {wanted})))
         return {};
     return mark.id;
@@ -120,9 +121,8 @@ QStringList CAxOsgDrawPointSet::AddMarks(const QVector<AxProjectMark>& wanted, c
         mark.id = CreateUniqueID();
         mark.name = AxMarkNames::Free(mark.name, taken, &numbers);
         mark.longitude = AxLongitudes::Normalized(mark.longitude);
-        if (std::isfinite(mark.altitude)) {
-            given.insert(mark.id, {mark.longitude, mark.latitude, mark.altitude});
-        } else {
+        mark.followsGround = !std::isfinite(mark.altitude);
+        if (mark.followsGround) {
             mark.altitude = 0.0;
             mark.altitude = placeOf(mark).z();
         }
@@ -156,6 +156,7 @@ bool CAxOsgDrawPointSet::EditMark(const AxProjectMark& wanted, QString* why)
         mark.longitude = longitude;
         mark.latitude = wanted.latitude;
         mark.altitude = placeOf(mark).z();
+        mark.followsGround = true;
     }
     mark.description = wanted.description;
     if (mark == *known)
@@ -259,13 +260,12 @@ void CAxOsgDrawPointSet::SetMarks(const QVector<AxProjectMark>& wanted)
 {
     const Running self(this);
     marks = wanted;
-    given.clear();
     QSet<QString> all;
-    for (const AxProjectMark& mark : wanted) {
+    for (const AxProjectMark& mark : wanted)
         all.insert(mark.id);
-        given.insert(mark.id, {mark.longitude, mark.latitude, mark.altitude});
-    }
     rebuild(all);
+    // The project may have been made where the map is coarser.
+    askHeights(marks);
     emit signalResetList();
     if (self.IsWanted())
         emit marksChanged();
@@ -374,7 +374,8 @@ void CAxOsgDrawPointSet::ImportGeometry(const std::vector<osg::Vec3d>& points, b
         mark.name = AxMarkNames::Next(taken, all.size() + 1);
         mark.longitude = AxLongitudes::Normalized(point.x());
         mark.latitude = point.y();
-        mark.altitude = std::isfinite(point.z()) ? point.z() : 0.0;
+        mark.followsGround = !std::isfinite(point.z());
+        mark.altitude = mark.followsGround ? 0.0 : point.z();
         taken.insert(mark.name);
         all += mark;
     }

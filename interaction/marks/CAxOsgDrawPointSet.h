@@ -67,7 +67,8 @@ public:
     /// In one step; IDs that are not known are passed over.
     void RemoveMarks(const QStringList& ids);
     /// Puts marks as they are in the place of all others, as when a project was opened: no step of the undo
-    /// stack, and the project is not modified by it. Steps over former marks come to nothing.
+    /// stack, and the project is not modified by it. Steps over former marks come to nothing. The heights of
+    /// those that follow the ground are found anew; one that is another modifies the project.
     void SetMarks(const QVector<AxProjectMark>& wanted);
     /// The map's ground is another one: finds the heights anew, but for those that a file gave.
     void ReadHeightsAgain();
@@ -157,7 +158,6 @@ private:
     void draw();
     bool layOnGround();
     osg::Vec3d placeOf(const AxProjectMark& mark) const; ///< on the ground as it is loaded
-    bool isGiven(const AxProjectMark& mark) const;       ///< whether its height is a file's
     void askHeights(const QVector<AxProjectMark>& of);
     void takeHeights(const QVector<AxMarkHeight>& found);
     void tell(const QVector<AxMarkChange>& changes, bool back);
@@ -165,8 +165,7 @@ private:
 
     QVector<AxProjectMark> marks;
     QHash<QString, int> indices;
-    QHash<QString, osg::Vec3d> given; ///< the place of a mark, with the height that a file gave it there
-    std::vector<osg::Vec3d> worlds;   ///< where they are drawn, geocentric metres
+    std::vector<osg::Vec3d> worlds; ///< where they are drawn, geocentric metres
     QStringList selected;
     QString dragged;                  ///< empty: none
     std::optional<osg::Vec3d> dragTo; ///< degrees, degrees, metres

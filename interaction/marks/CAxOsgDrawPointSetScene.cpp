@@ -179,18 +179,12 @@ bool CAxOsgDrawPointSet::layOnGround()
     return toBeLaid == 0;
 }
 
-bool CAxOsgDrawPointSet::isGiven(const AxProjectMark& mark) const
-{
-    const auto known = given.constFind(mark.id);
-    return known != given.constEnd() && *known == osg::Vec3d(mark.longitude, mark.latitude, mark.altitude);
-}
-
 void CAxOsgDrawPointSet::askHeights(const QVector<AxProjectMark>& of)
 {
     osgEarth::MapNode* map = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
     QVector<AxMarkHeight> places;
     for (const AxProjectMark& mark : of)
-        if (!isGiven(mark))
+        if (mark.followsGround)
             places += AxMarkHeight{mark.id, mark.longitude, mark.latitude, mark.altitude};
     heights->Ask(map ? map->getMap() : nullptr, places);
 }
@@ -209,7 +203,7 @@ void CAxOsgDrawPointSet::takeHeights(const QVector<AxMarkHeight>& found)
         // It may have been moved meanwhile.
         if (index < 0 || marks[index].longitude != place.longitude ||
             marks[index].latitude != place.latitude || marks[index].altitude == place.altitude ||
-            isGiven(marks[index]))
+            !marks[index].followsGround)
             continue;
         marks[index].altitude = place.altitude;
         isChanged = true;

@@ -98,6 +98,7 @@ TEST_F(ProjectFile, FillsRecordsWithAllThatTheyHold)
 TEST_F(ProjectFile, OfVersion1IsReadAndStays)
 {
     edit(path, {QStringLiteral("ALTER TABLE mark DROP COLUMN description"),
+                QStringLiteral("ALTER TABLE mark DROP COLUMN follows_ground"),
                 QStringLiteral("ALTER TABLE block DROP COLUMN wind_speed"),
                 QStringLiteral("ALTER TABLE block DROP COLUMN wind_from"),
                 QStringLiteral("ALTER TABLE block DROP COLUMN endurance"),
@@ -108,6 +109,7 @@ TEST_F(ProjectFile, OfVersion1IsReadAndStays)
         block.parameters.GetExtendedTaskParam()->SetEndurance(0.0);
     }
     project.marks[0].description.clear();
+    project.marks[0].followsGround = false;
     const AxProjectRead read = AxReadProject(path);
     EXPECT_EQ(read.state, State::Migrated) << read.fault.toStdString();
     EXPECT_TRUE(read.project == project);
@@ -136,7 +138,7 @@ TEST_F(ProjectFile, ThatIsNotWholeIsToldAndNotOverwritten)
         QStringList told;
     } rows[] = {
         {"another program's", [&] { edit(path, row("PRAGMA application_id = 5")); }, State::NotAProject, {}},
-        {"a later version's", [&] { edit(path, row("PRAGMA user_version = 3")); }, State::Newer, {}},
+        {"a later version's", [&] { edit(path, row("PRAGMA user_version = 4")); }, State::Newer, {}},
         {"a text",
          [&] {
              QFile file(path);

@@ -393,6 +393,15 @@ TEST_F(Marks, HaveTheFinestGroundAlsoAfterUndoAndRedo)
     EXPECT_EQ(Set()->Find(id), nullptr);
     Redo();
     EXPECT_TRUE(waitFor([&] { return height() == found; }, 20000));
+
+    // As a project has them: the one was given its height, the other one has the ground's.
+    QVector<AxProjectMark> marks = {*Set()->Find(id), *Set()->Find(id)};
+    marks[0].altitude = marks[1].altitude = coarse;
+    marks[1].id = QStringLiteral("given");
+    marks[1].followsGround = false;
+    Set()->SetMarks(marks);
+    EXPECT_TRUE(waitFor([&] { return height() == found; }, 20000));
+    EXPECT_EQ(Set()->Find(QStringLiteral("given"))->altitude, coarse);
 }
 
 TEST_F(Marks, AreSelectedBesideBlocksByCtrlAndByAFrame)

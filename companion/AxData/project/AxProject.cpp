@@ -131,8 +131,8 @@ bool operator==(const AxProjectBlock& a, const AxProjectBlock& b)
 
 bool operator==(const AxProjectMark& a, const AxProjectMark& b)
 {
-    return std::tie(a.id, a.name, a.longitude, a.latitude, a.altitude, a.description) ==
-           std::tie(b.id, b.name, b.longitude, b.latitude, b.altitude, b.description);
+    return std::tie(a.id, a.name, a.longitude, a.latitude, a.altitude, a.description, a.followsGround) ==
+           std::tie(b.id, b.name, b.longitude, b.latitude, b.altitude, b.description, b.followsGround);
 }
 
 bool operator==(const AxProjectView& a, const AxProjectView& b)

@@ -58,6 +58,8 @@ struct AXDATA_EXPORT AxProjectMark
     double latitude = 0.0;  ///< degrees
     double altitude = 0.0;  ///< metres
     QString description;    ///< may have several lines
+    /// The altitude is that of the ground, and is found anew with it; else a file or a person gave it.
+    bool followsGround = false;
 };
 
 /// Where the camera stands.

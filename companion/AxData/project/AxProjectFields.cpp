@@ -330,6 +330,9 @@ const std::vector<AxProjectField<AxProjectMark>>& AxMarkFields()
         {"description", "TEXT", 2,
          [](const Mark& m) { return QVariant(m.description); },
          [](Mark& m, const QVariant& v) { return Take(v, m.description, longestText); }},
+        {"follows_ground", "INTEGER", 3,
+         [](const Mark& m) { return QVariant(m.followsGround); },
+         [](Mark& m, const QVariant& v) { return Take(v, m.followsGround); }},
     };
     // clang-format on
     return fields;

@@ -10,8 +10,9 @@ class QSqlDatabase;
 /// The tables of a project in an open SQLite database. What fails says why in `fault`, for people. Whoever
 /// writes opens a transaction around it. The thread of the connection.
 namespace AxProjectTables {
-/// Of the tables as they are made now. Version 1 had no descriptions of marks, no wind and no endurance.
-constexpr int version = 2;
+/// Of the tables as they are made now. Version 1 had no descriptions of marks, no wind and no endurance,
+/// version 2 did not tell which marks have their height from the ground.
+constexpr int version = 3;
 /// The application ID in the header of a project file, "AxPr".
 constexpr quint32 projectID = 0x41785072;
 
