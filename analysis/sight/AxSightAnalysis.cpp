@@ -150,7 +150,7 @@ void AxSightAnalysis::takePreview(const AxSightLine& line)
         preview = new osg::Group;
         draw(preview);
     }
-    AxDrawSightLine(*preview, scene, line);
+    AxDrawSightLine(*preview, scene, line, tr("Observer"));
     if (next)
         look(*std::exchange(next, {}));
 }
@@ -211,11 +211,12 @@ void AxSightAnalysis::take(Answer&& answer)
     one.result.name = (answer.line ? tr("Line of sight %1") : tr("Viewshed %1")).arg(last);
     one.result.line = answer.line;
     one.result.viewshed = answer.viewshed;
-    if (answer.line) {
-        one.node = new osg::Group;
-        AxDrawSightLine(*one.node, scene, *answer.line);
-        one.node->setName(one.result.name.toStdString());
-    } else {
+    one.node = new osg::Group;
+    one.node->setName(one.result.name.toStdString());
+    if (answer.line)
+        AxDrawSightLine(*one.node, scene, *answer.line, one.result.name);
+    else {
+        AxDrawObserver(*one.node, scene, *answer.viewshed, one.result.name);
         one.layer = AxViewshedLayer(answer.picture, one.result.name);
         one.layer->addCallback(new LayerWatch(*this, last));
     }

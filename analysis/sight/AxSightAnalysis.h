@@ -86,8 +86,8 @@ private:
     struct Shown
     {
         AxSightResult result;
-        osg::ref_ptr<osg::Group> node; ///< of a line
-        osg::ref_ptr<osgEarth::ImageLayer> layer;
+        osg::ref_ptr<osg::Group> node;
+        osg::ref_ptr<osgEarth::ImageLayer> layer; ///< of a viewshed
     };
     struct Along
     {

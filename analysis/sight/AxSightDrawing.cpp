@@ -2,6 +2,7 @@
 #include "analysis/sight/AxSightText.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxGlobePoint.h"
+#include "scene/base/AxSceneImage.h"
 #include "scene/shape/AxStateOverGround.h"
 #include "scene/shape/AxWorldGeometry.h"
 
@@ -9,8 +10,14 @@
 #include <osgEarth/MapNode>
 #include <osgEarth/SpatialReference>
 #include <osgEarthAnnotation/LabelNode>
+#include <osgEarthAnnotation/PlaceNode>
 #include <osgEarthDrivers/gdal/GDALOptions>
+#include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/TextSymbol>
+
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -62,8 +69,7 @@ osg::Vec3d WorldAbove(const QPointF& place, double ground, double above)
     return AxGlobe::WorldOf({place.x(), place.y(), (std::isfinite(ground) ? ground : 0.0) + above});
 }
 
-osgEarth::Annotation::LabelNode* MakeLabel(const AxScene& scene, const osgEarth::GeoPoint& place,
-                                           const std::string& text)
+osgEarth::Symbology::Style TextStyle(const osg::Vec2s& offset)
 {
     using osgEarth::Symbology::Color;
     using osgEarth::Symbology::TextSymbol;
@@ -71,16 +77,78 @@ osgEarth::Annotation::LabelNode* MakeLabel(const AxScene& scene, const osgEarth:
     osgEarth::Symbology::Style style;
     auto* symbol = style.getOrCreate<TextSymbol>();
     symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
-    symbol->pixelOffset() = osg::Vec2s(14, 10);
+    symbol->pixelOffset() = offset;
     symbol->fill()->color() = Color::White;
     symbol->halo()->color() = Color::Black;
     symbol->font() = "msyh.ttc";
     symbol->encoding() = TextSymbol::ENCODING_UTF8;
     symbol->size() = pixels;
     symbol->declutter() = false;
-    auto* label = new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text, style);
+    return style;
+}
+
+osgEarth::Annotation::LabelNode* MakeLabel(const AxScene& scene, const osgEarth::GeoPoint& place,
+                                           const std::string& text)
+{
+    auto* label =
+        new osgEarth::Annotation::LabelNode(scene.MapNode(), place, text, TextStyle(osg::Vec2s(14, 10)));
     label->setDynamic(true);
     return label;
+}
+
+// An eye, white with a dark rim: legible on snow and at night.
+osg::ref_ptr<osg::Image> EyePicture()
+{
+    constexpr int width = 26;
+    constexpr int height = 18;
+    QImage picture(width, height, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF left(2.0, 0.5 * height);
+    const QPointF right(width - 2.0, 0.5 * height);
+    QPainterPath lids(left);
+    lids.quadTo(QPointF(0.5 * width, -0.4 * height), right);
+    lids.quadTo(QPointF(0.5 * width, 1.4 * height), left);
+    const QColor dark(20, 20, 20);
+    painter.setPen(QPen(dark, 2.0));
+    painter.setBrush(Qt::white);
+    painter.drawPath(lids);
+    painter.setBrush(dark);
+    painter.drawEllipse(QPointF(0.5 * width, 0.5 * height), 3.0, 3.0);
+    painter.end();
+    return AxSceneImage(picture);
+}
+
+osg::ref_ptr<osgEarth::Annotation::PlaceNode> MakeSign(const AxScene& scene, const osgEarth::GeoPoint& place,
+                                                       const std::string& name)
+{
+    using osgEarth::Symbology::IconSymbol;
+    osgEarth::Symbology::Style style = TextStyle(osg::Vec2s(22, 6));
+    // Of names that cover each other one is enough, of eyes none.
+    style.getOrCreate<osgEarth::Symbology::TextSymbol>()->declutter() = true;
+    auto* icon = style.getOrCreate<IconSymbol>();
+    icon->alignment() = IconSymbol::ALIGN_CENTER_CENTER;
+    icon->declutter() = false;
+    osg::ref_ptr<osgEarth::Annotation::PlaceNode> sign =
+        new osgEarth::Annotation::PlaceNode(scene.MapNode(), place, EyePicture(), name, style);
+    sign->setDynamic(true);
+    return sign;
+}
+
+osgEarth::GeoPoint PlaceOf(const AxScene& scene, const osg::Vec3d& world)
+{
+    osgEarth::GeoPoint place;
+    place.fromWorld(scene.MapSRS()->getGeographicSRS(), world);
+    return place;
+}
+
+void AddMast(osg::Geode& rims, osg::Geode& lines, const AxSightEnd& end, double ground)
+{
+    const std::vector<osg::Vec3d> mast = {WorldAbove(end.place, ground, 0.0),
+                                          WorldAbove(end.place, ground, end.aboveGround)};
+    AddLine(rims, mast, rimColor, rimWidth);
+    AddLine(lines, mast, mastColor, mastWidth);
 }
 
 class ViewshedLayer : public osgEarth::ImageLayer
@@ -97,8 +165,10 @@ private:
 };
 } // namespace
 
-void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& line)
+void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& line, const QString& name)
 {
+    using osgEarth::Annotation::LabelNode;
+    using osgEarth::Annotation::PlaceNode;
     const osg::Vec3d from = WorldAbove(line.from.place, line.fromGround, line.from.aboveGround);
     const osg::Vec3d to = WorldAbove(line.to.place, line.toGround, line.to.aboveGround);
     const osg::ref_ptr<osg::Geode> rims = GeodeIn(rimBin);
@@ -110,29 +180,36 @@ void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& 
         AddLine(*lines, {block, to}, hiddenColor, lineWidth);
     } else
         AddLine(*lines, {from, to}, line.seen == AxSeen::Visible ? visibleColor : unknownColor, lineWidth);
-    const auto addMast = [&](const AxSightEnd& end, double ground) {
-        const std::vector<osg::Vec3d> mast = {WorldAbove(end.place, ground, 0.0),
-                                              WorldAbove(end.place, ground, end.aboveGround)};
-        AddLine(*rims, mast, rimColor, rimWidth);
-        AddLine(*lines, mast, mastColor, mastWidth);
-    };
-    addMast(line.from, line.fromGround);
-    addMast(line.to, line.toGround);
+    AddMast(*rims, *lines, line.from, line.fromGround);
+    AddMast(*rims, *lines, line.to, line.toGround);
 
-    osgEarth::GeoPoint labelAt;
-    labelAt.fromWorld(scene.MapSRS()->getGeographicSRS(), to);
     const std::string text = AxSightLabel(line).toStdString();
-    osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
-        node.getNumChildren() > 0 ? dynamic_cast<osgEarth::Annotation::LabelNode*>(node.getChild(0))
-                                  : nullptr;
-    // One that is there already stays: a new one would fade in.
-    if (label) {
-        label->setPosition(labelAt);
+    const bool isDrawn = node.getNumChildren() > 1;
+    osg::ref_ptr<LabelNode> label = isDrawn ? dynamic_cast<LabelNode*>(node.getChild(0)) : nullptr;
+    osg::ref_ptr<PlaceNode> sign = isDrawn ? dynamic_cast<PlaceNode*>(node.getChild(1)) : nullptr;
+    // Those that are there already stay: new ones would fade in.
+    if (label && sign) {
+        label->setPosition(PlaceOf(scene, to));
         label->setText(text);
-    } else
-        label = MakeLabel(scene, labelAt, text);
+        sign->setPosition(PlaceOf(scene, from));
+    } else {
+        label = MakeLabel(scene, PlaceOf(scene, to), text);
+        sign = MakeSign(scene, PlaceOf(scene, from), name.toStdString());
+    }
     node.removeChildren(0, node.getNumChildren());
-    node.addChild(label);
+    for (osg::Node* child : {static_cast<osg::Node*>(label), static_cast<osg::Node*>(sign),
+                             static_cast<osg::Node*>(rims), static_cast<osg::Node*>(lines)})
+        node.addChild(child);
+}
+
+void AxDrawObserver(osg::Group& node, const AxScene& scene, const AxViewshed& viewshed, const QString& name)
+{
+    const AxSightEnd eye{viewshed.question.observer, viewshed.question.aboveGround};
+    const osg::ref_ptr<osg::Geode> rims = GeodeIn(rimBin);
+    const osg::ref_ptr<osg::Geode> lines = GeodeIn(lineBin);
+    AddMast(*rims, *lines, eye, viewshed.observerGround);
+    const osg::Vec3d place = WorldAbove(eye.place, viewshed.observerGround, eye.aboveGround);
+    node.addChild(MakeSign(scene, PlaceOf(scene, place), name.toStdString()));
     node.addChild(rims);
     node.addChild(lines);
 }
