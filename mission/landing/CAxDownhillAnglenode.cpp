@@ -77,13 +77,23 @@ CAxDownhillAnglenode::~CAxDownhillAnglenode()
     AxLeaveGroups(label);
 }
 
-void CAxDownhillAnglenode::SetLandingPoint(const CAxVector3D& latLngAlt)
+bool CAxDownhillAnglenode::SetLandingPoint(const CAxVector3D& latLngAlt)
 {
-    if (!parts || !parts->Scene().MapNode() || !AxPlaceOnMap(parts->Scene(), latLngAlt).isValid())
-        return;
-    landing = latLngAlt;
+    const bool isOnGround = std::isnan(latLngAlt.z());
+    CAxVector3D place = latLngAlt;
+    if (isOnGround)
+        place.setZ(0.0);
+    if (!parts || !parts->Scene().MapNode() || !AxPlaceOnMap(parts->Scene(), place).isValid())
+        return false;
+    if (isOnGround) {
+        QList<osg::Vec3d> ground = {osg::Vec3d(place.y(), place.x(), 0.0)};
+        parts->Scene().GetElevations(ground);
+        place.setZ(ground.constFirst().z());
+    }
+    landing = place;
     hasLanding = true;
     show();
+    return true;
 }
 
 void CAxDownhillAnglenode::SetAngle(double degrees)

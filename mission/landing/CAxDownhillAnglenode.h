@@ -34,9 +34,10 @@ public:
     /// What it has drawn leaves the scene.
     ~CAxDownhillAnglenode() override;
 
-    /// Where the approach ends: latitude, longitude, altitude; degrees, degrees, metres. Passed over for what
-    /// is no place.
-    void SetLandingPoint(const CAxVector3D& latLngAlt);
+    /// Where the approach ends: latitude, longitude, altitude; degrees, degrees, metres. An altitude that is
+    /// no number becomes that of the ground as it is loaded now, 0 beside all heights. False, with the former
+    /// place standing, for what is no place.
+    bool SetLandingPoint(const CAxVector3D& latLngAlt);
     const CAxVector3D& GetLandingPoint() const { return landing; }
     /// The direction of flight of the approach, degrees clockwise from north, taken into [0, 360); passed
     /// over when it is not finite. Nobody is told.
