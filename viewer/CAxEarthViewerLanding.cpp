@@ -1,5 +1,6 @@
 // The viewer's landing area, approach, point of interest and control points.
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/objects/AxLandingReach.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "mission/landing/CAxInterestPointNode.h"
 #include "mission/landing/CAxLandingAreaNode.h"
@@ -9,7 +10,7 @@
 void CAxEarthViewer::SetLandingAreaVisible(bool visible)
 {
     CAxHandleAdapter* current = d->objects.Current();
-    if (!current || !d->mapNode)
+    if (!AxHasLanding(current) || !d->mapNode)
         return;
     if (d->landingArea) {
         d->landingArea->UpDateMarkerPos(current->GetGravityLatLng());
@@ -38,7 +39,8 @@ void AxViewerPrivate::followLandingArea()
 {
     if (!landingArea || !landingArea->IsVisible())
         return;
-    if (CAxHandleAdapter* current = objects.Current())
+    CAxHandleAdapter* current = objects.Current();
+    if (AxHasLanding(current))
         landingArea->UpDateMarkerPos(current->GetGravityLatLng());
     else
         landingArea->SetVisible(false);
@@ -71,7 +73,8 @@ CAxInterestPointNode* CAxEarthViewer::GetInterestPointNode() const
 
 bool CAxEarthViewer::SetInterestPoint(const CAxVector3D& latLngAlt)
 {
-    if (!d->interestPointNode) {
+    const bool isNew = !d->interestPointNode;
+    if (isNew) {
         auto* node = new CAxInterestPointNode(this, this);
         connect(node, &CAxInterestPointNode::dropped, this,
                 [this](double longitude, double latitude, double altitude) {
@@ -79,7 +82,10 @@ bool CAxEarthViewer::SetInterestPoint(const CAxVector3D& latLngAlt)
                 });
         d->interestPointNode = node;
     }
-    return d->interestPointNode->SetPosition(latLngAlt);
+    const bool isPlaced = d->interestPointNode->SetPosition(latLngAlt);
+    if (isNew && !isPlaced)
+        RemoveInterestPoint();
+    return isPlaced;
 }
 
 void CAxEarthViewer::RemoveInterestPoint()
@@ -90,7 +96,7 @@ void CAxEarthViewer::RemoveInterestPoint()
 void AxViewerPrivate::pickInterestPoint(double longitude, double latitude, double altitude)
 {
     const QPointer<CAxEarthViewer> self(q);
-    if (objects.Current() && !tools.IsNearCurrent({longitude, latitude, altitude}))
+    if (AxHasLanding(objects.Current()) && !tools.IsNearCurrent({longitude, latitude, altitude}))
         return;
     if (self && q->SetInterestPoint(CAxVector3D(latitude, longitude, altitude)))
         emit q->InterestPointPicked(longitude, latitude, altitude);

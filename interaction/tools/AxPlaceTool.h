@@ -13,14 +13,14 @@ public:
 
     void Pick(const osg::Vec3d& lngLatPos) override;
 
-    /// A place too far from the current object is told to the operator, and is none; so is any without one.
+    /// A place too far from the current object is told to the operator, and is none; so is any without a
+    /// current object that can have one.
     static bool CheckPickPositionValid(AxViewerParts& parts, const osg::Vec3d& lngLatPos);
 
 private:
     const Picked picked;
 };
 
-/// Adds the place of a click to the current object as its last vertex.
 /// Takes places only, for whoever listens to the clicks: nothing below the mouse hears of it.
 class AxGroundTool : public AxTool
 {
@@ -32,6 +32,7 @@ public:
     bool Click(AxMouseStep&) override { return false; }
 };
 
+/// Adds the place of a click to the current object as its last vertex.
 class AxAddPointTool : public AxTool
 {
 public:

@@ -1,6 +1,7 @@
 // The landing area, the point of interest, the approach and control points.
 #include "ShapeFixture.h"
 
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "mission/landing/CAxInterestPointNode.h"
 
@@ -74,6 +75,13 @@ TEST_F(Landing, ShowsItsAreaAroundTheCurrentObjectWhileItsPlaceIsPicked)
     EXPECT_NEAR(disc->getRadius().as(osgEarth::Units::METERS), 2500.0, 1e-6);
     viewer->SetNodeSelected(two->GetFeatureNode(), false, false);
     EXPECT_NEAR(disc->getPosition().x(), 20.04, 1e-9);
+    CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::OfViewer(viewer);
+    marks->SelectMark(marks->AddMark(20.0, 10.02));
+    ASSERT_EQ(viewer->GetCurHandleAdapter(), marks);
+    EXPECT_EQ(disc->getNodeMask(), 0u) << "marks have no landing";
+    viewer->SetNodeSelected(two->GetFeatureNode(), false, false);
+    viewer->SetLandingAreaVisible(true);
+    EXPECT_EQ(disc->getNodeMask(), 1u);
     viewer->SetToolType(ToolNavigate);
     EXPECT_EQ(disc->getNodeMask(), 0u);
     viewer->SetLandingAreaVisible(true);
