@@ -21,6 +21,7 @@
 #include "host/PlaceLabel.h"
 #include "host/project/ProjectSession.h"
 #include "host/sight/SightPanel.h"
+#include "host/sight/SightKept.h"
 #include "host/SignalRelay.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
@@ -242,6 +243,10 @@ void MainWindow::BuildProject()
     project->KeepValue(
         QStringLiteral("control_points"), [this] { return controlPoints->Text(); },
         [this](const QString& text) { controlPoints->SetText(text); });
+    SightKept* sight = findChild<SightPanel*>()->Kept();
+    project->KeepValue(
+        QStringLiteral("sight"), [sight] { return sight->Text(); },
+        [sight](const QString& text) { sight->SetText(text); });
     connect(project, &ProjectSession::Told, this, &MainWindow::Tell);
     drop = new FileDrop(this);
     drop->Watch(viewer->viewport());

@@ -2,7 +2,9 @@
 #include "analysis/AxSightAnalysis.h"
 #include "analysis/AxSightText.h"
 #include "host/sight/SightFiles.h"
+#include "host/sight/SightKept.h"
 #include "host/sight/SightPick.h"
+#include "host/tasks/EscapeKey.h"
 #include "host/tasks/LimitedNumber.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -41,7 +43,9 @@ enum Column
     NameColumn,
     FindingColumn
 };
+// A result's number, 0 in the row of a question without one; and the ID of such a question.
 constexpr int numberRole = Qt::UserRole;
+constexpr int waitingRole = Qt::UserRole + 1;
 constexpr int leastReportLines = 3;
 
 constexpr double highestEnd = 10000.0; // metres above the ground
@@ -67,6 +71,8 @@ LimitedNumber* NumberField(const char* name, double least, double most, double v
 
 SightPanel::SightPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), pick(new SightPick(earthViewer, this)),
+      kept(new SightKept(earthViewer, this)),
+      escape(new EscapeKey([this] { return IsEscapeMeant(); }, [this] { CallOff(); }, this)),
       lineAction(new QAction(tr("&Line of sight"), this)), viewshedAction(new QAction(tr("&Viewshed"), this)),
       observerHeight(NumberField("SightObserverHeight", 0.0, highestEnd, 2.0, 1, QStringLiteral("m"))),
       targetHeight(NumberField("SightTargetHeight", 0.0, highestEnd, 0.0, 1, QStringLiteral("m"))),
@@ -115,10 +121,12 @@ SightPanel::SightPanel(CAxEarthViewer* earthViewer, QWidget* parent)
                 delete list->takeTopLevelItem(i--);
         ShowChosen();
     });
-    connect(cancel, &QPushButton::clicked, this, [this] {
-        if (AxSightAnalysis* one = Analysis())
-            one->CallOff();
+    connect(kept, &SightKept::waitingChanged, this, &SightPanel::ShowWaiting);
+    connect(kept, &SightKept::Told, this, &SightPanel::Told);
+    connect(list, &QTreeWidget::itemActivated, kept, [this](const QTreeWidgetItem* item) {
+        kept->LookAgain(item->data(NameColumn, waitingRole).toInt());
     });
+    connect(cancel, &QPushButton::clicked, this, &SightPanel::CallOff);
     OnBusy(false);
     ShowChosen();
 }
@@ -224,12 +232,12 @@ QWidget* SightPanel::BuildList()
         button->setObjectName(QLatin1String(name));
         connect(button, &QPushButton::clicked, this, slot);
         buttons->addWidget(button);
-        ofChosen += button;
+        return button;
     };
-    addButton("SightFly", tr("Fly to"), &SightPanel::Fly);
-    addButton("SightCopy", tr("Copy"), &SightPanel::Copy);
-    addButton("SightExport", tr("Export..."), &SightPanel::Export);
-    addButton("SightRemove", tr("Remove"), &SightPanel::Remove);
+    ofChosen = {addButton("SightFly", tr("Fly to"), &SightPanel::Fly),
+                addButton("SightCopy", tr("Copy"), &SightPanel::Copy),
+                addButton("SightExport", tr("Export..."), &SightPanel::Export)};
+    removeButton = addButton("SightRemove", tr("Remove"), &SightPanel::Remove);
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(list, 1);
@@ -345,6 +353,16 @@ void SightPanel::LookAround(const QPointF& place)
         told->setText(why);
 }
 
+void SightPanel::CallOff()
+{
+    AxSightAnalysis* analysis = Analysis();
+    if (!analysis || !analysis->IsBusy())
+        return;
+    analysis->CallOff();
+    told->setText(tr("Called off."));
+    emit Told(told->text());
+}
+
 void SightPanel::OnBusy(bool busy)
 {
     progress->setValue(0);
@@ -353,6 +371,17 @@ void SightPanel::OnBusy(bool busy)
     if (busy)
         told->clear();
     told->setVisible(!busy);
+    escape->Watch(busy);
+}
+
+// Over a drawing or a text the key is theirs, and while a click is waited for it ends that first.
+bool SightPanel::IsEscapeMeant() const
+{
+    const QWidget* focus = QApplication::focusWidget();
+    if (!viewer || !focus || pick->Wanted() > 0 || QApplication::mouseButtons() != Qt::NoButton)
+        return false;
+    const bool isOnMap = focus == viewer || viewer->isAncestorOf(focus);
+    return isAncestorOf(focus) || (isOnMap && GetToolKind(viewer->GetToolType()) == ToolKindNavigate);
 }
 
 void SightPanel::OnAdded(int number)
@@ -362,7 +391,7 @@ void SightPanel::OnAdded(int number)
     auto* item = new QTreeWidgetItem({result.name, finding});
     item->setData(NameColumn, numberRole, number);
     item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-    item->setCheckState(NameColumn, Qt::Checked);
+    item->setCheckState(NameColumn, result.isVisible ? Qt::Checked : Qt::Unchecked);
     item->setToolTip(FindingColumn, finding);
     list->addTopLevelItem(item);
     list->setCurrentItem(item);
@@ -379,8 +408,25 @@ void SightPanel::OnShown(int number)
     }
 }
 
+void SightPanel::ShowWaiting()
+{
+    for (int row = list->topLevelItemCount() - 1; row >= 0; --row)
+        if (list->topLevelItem(row)->data(NameColumn, waitingRole).toInt() != 0)
+            delete list->takeTopLevelItem(row);
+    for (const SightKept::Waiting& one : kept->GetWaiting()) {
+        const QString finding = one.reason.isEmpty() ? tr("Waits for its turn") : one.reason;
+        auto* item = new QTreeWidgetItem({one.name, finding});
+        item->setData(NameColumn, waitingRole, one.id);
+        item->setToolTip(FindingColumn, finding);
+        list->addTopLevelItem(item);
+    }
+    ShowChosen();
+}
+
 void SightPanel::OnItemChanged(QTreeWidgetItem* item)
 {
+    if (item->data(NameColumn, waitingRole).toInt() != 0)
+        return;
     if (AxSightAnalysis* analysis = Analysis())
         analysis->SetVisible(item->data(NameColumn, numberRole).toInt(),
                              item->checkState(NameColumn) == Qt::Checked);
@@ -390,7 +436,8 @@ QList<int> SightPanel::Chosen() const
 {
     QList<int> numbers;
     for (const QTreeWidgetItem* item : list->selectedItems())
-        numbers += item->data(NameColumn, numberRole).toInt();
+        if (item->data(NameColumn, waitingRole).toInt() == 0)
+            numbers += item->data(NameColumn, numberRole).toInt();
     return numbers;
 }
 
@@ -407,6 +454,7 @@ void SightPanel::ShowChosen()
     const QList<int> chosen = Chosen();
     for (QPushButton* button : qAsConst(ofChosen))
         button->setEnabled(!chosen.isEmpty());
+    removeButton->setEnabled(!list->selectedItems().isEmpty());
     report->setPlainText(chosen.size() == 1 ? ReportOf(chosen.constFirst()) : QString());
 }
 
@@ -452,7 +500,12 @@ void SightPanel::Export()
 
 void SightPanel::Remove()
 {
+    QList<int> waiting;
+    for (const QTreeWidgetItem* item : list->selectedItems())
+        waiting += item->data(NameColumn, waitingRole).toInt();
     for (const int number : Chosen())
         if (AxSightAnalysis* analysis = Analysis())
             analysis->Remove(number);
+    for (const int id : waiting)
+        kept->Remove(id);
 }

@@ -7,6 +7,7 @@
 
 class AxSightAnalysis;
 class CAxEarthViewer;
+class EscapeKey;
 class LimitedNumber;
 class QAction;
 class QLabel;
@@ -16,6 +17,7 @@ class QProgressBar;
 class QPushButton;
 class QTreeWidget;
 class QTreeWidgetItem;
+class SightKept;
 class SightPick;
 struct AxSightEnd;
 
@@ -32,6 +34,8 @@ public:
 
     /// Adds the entries that begin; each is checked while its clicks are waited for.
     void FillMenu(QMenu* menu);
+    /// What of it goes with a project.
+    SightKept* Kept() const { return kept; }
 
 signals:
     /// The operator has begun: the panel is to be seen.
@@ -48,12 +52,15 @@ private:
     void OnPicked(const QList<QPointF>& places);
     void OnPointed(double longitude, double latitude);
     void LookAround(const QPointF& place);
+    void CallOff();
     void OnBusy(bool busy);
     void OnAdded(int number);
     void OnShown(int number);
+    void ShowWaiting();
+    bool IsEscapeMeant() const;
     void OnItemChanged(QTreeWidgetItem* item);
     void ShowChosen();
-    QList<int> Chosen() const;
+    QList<int> Chosen() const; ///< numbers of results
     QString ReportOf(int number) const;
     void Fly();
     void Copy() const;
@@ -67,6 +74,8 @@ private:
 
     QPointer<CAxEarthViewer> viewer;
     SightPick* pick;
+    SightKept* kept;
+    EscapeKey* escape; ///< while something is looked at
     QAction* lineAction;
     QAction* viewshedAction;
     LimitedNumber* observerHeight;
@@ -79,5 +88,6 @@ private:
     QLabel* told;
     QTreeWidget* list;
     QPlainTextEdit* report;
-    QList<QPushButton*> ofChosen; ///< what can be done with what is chosen
+    QList<QPushButton*> ofChosen; ///< what can be done with results that are chosen
+    QPushButton* removeButton = nullptr;
 };

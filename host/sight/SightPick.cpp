@@ -1,4 +1,5 @@
 #include "host/sight/SightPick.h"
+#include "host/tasks/EscapeKey.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 #include "viewer/CAxMapToolsWidget.h"
@@ -6,16 +7,16 @@
 #include <osgEarth/GeoData>
 #include <osgEarth/SpatialReference>
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QTimer>
 
 namespace {
-// A tool of the host: the viewer draws and picks nothing with it. Home has another one.
+// A tool of the host: the viewer takes places with it and nothing else. Home has another one.
 constexpr EToolType sightTool = ToolHost21;
 } // namespace
 
-SightPick::SightPick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(parent), viewer(earthViewer)
+SightPick::SightPick(CAxEarthViewer* earthViewer, QObject* parent)
+    : QObject(parent), viewer(earthViewer),
+      escape(new EscapeKey([this] { return !EndWithoutTool(); }, [this] { Want(0); }, this))
 {
     connect(viewer->getManipulator(),
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
@@ -34,32 +35,14 @@ void SightPick::Want(int clicks)
         return;
     wanted = clicks;
     places.clear();
-    // The keyboard may be in any panel.
-    qApp->removeEventFilter(this);
+    escape->Watch(wanted > 0);
     if (wanted > 0) {
-        qApp->installEventFilter(this);
         viewer->SetToolType(sightTool);
         // Keys of the map, as those that zoom, go on working.
         viewer->setFocus();
     } else if (viewer && viewer->GetToolType() == sightTool)
         viewer->SetToolType(ToolNavigate);
     emit WantedChanged(wanted);
-}
-
-bool SightPick::eventFilter(QObject* object, QEvent* event)
-{
-    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-    if (!isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
-        return QObject::eventFilter(object, event);
-    // The key is meant for whatever is open above the map.
-    if (QApplication::activeModalWidget() || QApplication::activePopupWidget() || EndWithoutTool())
-        return QObject::eventFilter(object, event);
-    // No shortcut takes the key, which comes next.
-    if (event->type() == QEvent::ShortcutOverride)
-        event->accept();
-    else
-        Want(0);
-    return true;
 }
 
 bool SightPick::EndWithoutTool()

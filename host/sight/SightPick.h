@@ -7,6 +7,7 @@
 #include <QPointF>
 
 class CAxEarthViewer;
+class EscapeKey;
 
 /// Waits for clicks on the map; Escape and another tool give it up. Owned by its parent; the viewer may go
 /// first. GUI thread.
@@ -29,15 +30,13 @@ signals:
     /// All of them are there: longitude, latitude, degrees.
     void Picked(QList<QPointF> places);
 
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
     /// Gives up where another tool has been taken up; true when no clicks are waited for.
     bool EndWithoutTool();
     void OnMapClicked(const osg::Vec3d& lngLatPos, const osg::Vec3d& world);
 
     QPointer<CAxEarthViewer> viewer;
+    EscapeKey* escape;
     int wanted = 0;
     QList<QPointF> places;
 };

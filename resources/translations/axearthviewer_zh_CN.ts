@@ -4784,6 +4784,10 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>AxSightText</name>
     <message>
+    <message>
+        <source>Observer</source>
+        <translation>观察点</translation>
+    </message>
         <source>hidden from %1 on
 %2 in the way</source>
         <translation>自 %1 处起不可见
@@ -5062,6 +5066,14 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>AxMeasurement</name>
     <message>
+    <message>
+        <source>Called off.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
+        <source>Waits for its turn</source>
+        <translation>等待计算</translation>
+    </message>
         <source>Length</source>
         <translation>长度</translation>
     </message>
@@ -5701,6 +5713,29 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Point</source>
         <translation>点</translation>
+    </message>
+</context>
+<context>
+    <name>SightKept</name>
+    <message>
+        <source>Lines of sight and viewsheds of the project that cannot be read: %1</source>
+        <translation>项目中无法读取的通视线和视域：%1</translation>
+    </message>
+    <message>
+        <source>What the project asks about sight is looked at: %1 to go; Escape calls it off</source>
+        <translation>正在重新计算项目中的通视与视域：剩余 %1 项；按 Esc 取消</translation>
+    </message>
+    <message>
+        <source>Called off; a double click looks again</source>
+        <translation>已取消；双击可重新计算</translation>
+    </message>
+    <message>
+        <source>Line of sight</source>
+        <translation>通视线</translation>
+    </message>
+    <message>
+        <source>Viewshed</source>
+        <translation>视域</translation>
     </message>
 </context>
 </TS>
