@@ -150,6 +150,19 @@ TEST(FeatDeclutter, LabelsOnTheEdgeOfTouchingDoNotTakeTurns)
               (std::vector<size_t>{1}));
 }
 
+TEST(FeatDeclutter, WhatBelongsTogetherIsNotInItsOwnWay)
+{
+    const int place = 0;
+    const int other = 0;
+    // An icon, its text close beside it, and the text of another place as close.
+    LabelCandidate icon = candidate(0, 0, 2.0f);
+    LabelCandidate text = candidate(100.0f + kComebackMargin * 0.5f, 0, 2.0f);
+    LabelCandidate strange = candidate(0, 20.0f + kComebackMargin * 0.5f, 1.0f);
+    icon.owner = text.owner = &place;
+    strange.owner = &other;
+    EXPECT_EQ(chooseLabels({icon, text, strange}, 800, 600), (std::vector<size_t>{0, 1}));
+}
+
 TEST(FeatDeclutter, NoTwoShownLabelsOverlapWhereverTheyLie)
 {
     std::mt19937 random(3);

@@ -25,26 +25,26 @@ ScreenOccupancy::Range ScreenOccupancy::rangeOf(const ScreenBox& box) const
             cell(box.top, _rows)};
 }
 
-bool ScreenOccupancy::isFree(const ScreenBox& box) const
+bool ScreenOccupancy::isFree(const ScreenBox& box, const void* owner) const
 {
     const Range range = rangeOf(box);
     for (int y = range.y0; y <= range.y1; ++y)
         for (int x = range.x0; x <= range.x1; ++x)
             for (const uint32_t index :
                  _cells[static_cast<size_t>(y) * static_cast<size_t>(_columns) + static_cast<size_t>(x)])
-                if (_boxes[index].meets(box))
+                if (_taken[index].box.meets(box) && !(owner && _taken[index].owner == owner))
                     return false;
     return true;
 }
 
-void ScreenOccupancy::take(const ScreenBox& box)
+void ScreenOccupancy::take(const ScreenBox& box, const void* owner)
 {
     const Range range = rangeOf(box);
-    _boxes.push_back(box);
+    _taken.push_back({box, owner});
     for (int y = range.y0; y <= range.y1; ++y)
         for (int x = range.x0; x <= range.x1; ++x)
             _cells[static_cast<size_t>(y) * static_cast<size_t>(_columns) + static_cast<size_t>(x)].push_back(
-                uint32_t(_boxes.size() - 1));
+                uint32_t(_taken.size() - 1));
 }
 
 std::vector<size_t> chooseLabels(const std::vector<LabelCandidate>& candidates, float width, float height,
@@ -67,10 +67,10 @@ std::vector<size_t> chooseLabels(const std::vector<LabelCandidate>& candidates, 
             if (chosen.size() >= most)
                 continue;
             const float margin = candidate.shownBefore ? 0.0f : kComebackMargin;
-            if (!screen.isFree(candidate.box.grownBy(margin)))
+            if (!screen.isFree(candidate.box.grownBy(margin), candidate.owner))
                 continue;
         }
-        screen.take(candidate.box);
+        screen.take(candidate.box, candidate.owner);
         chosen.push_back(index);
     }
     return chosen;

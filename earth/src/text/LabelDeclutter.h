@@ -25,8 +25,9 @@ class ScreenOccupancy
 {
 public:
     ScreenOccupancy(float width, float height);
-    bool isFree(const ScreenBox& box) const;
-    void take(const ScreenBox& box);
+    /// Boxes of one owner are in nobody's way among themselves; null is no owner.
+    bool isFree(const ScreenBox& box, const void* owner = nullptr) const;
+    void take(const ScreenBox& box, const void* owner = nullptr);
 
 private:
     struct Range
@@ -35,7 +36,12 @@ private:
     };
     Range rangeOf(const ScreenBox& box) const;
     int _columns, _rows;
-    std::vector<ScreenBox> _boxes;
+    struct Taken
+    {
+        ScreenBox box;
+        const void* owner;
+    };
+    std::vector<Taken> _taken;
     std::vector<std::vector<uint32_t>> _cells;
 };
 
@@ -45,6 +51,7 @@ struct LabelCandidate
     ScreenBox box;
     float priority = 0.0f; ///< higher first; FLT_MAX is always shown
     bool shownBefore = false;
+    const void* owner = nullptr; ///< what belongs together, as the icon and the text of a place
 };
 
 /// A label that was hidden needs this many pixels of free room round it to come
@@ -52,7 +59,7 @@ struct LabelCandidate
 constexpr float kComebackMargin = 5.0f;
 
 /// Which candidates are shown: by falling priority, each where it meets no
-/// box shown before it. Equal priorities: those shown before first, then the
+/// box of another owner shown before it. Equal priorities: those shown before first, then the
 /// order given. At most `most` of them.
 std::vector<size_t> chooseLabels(const std::vector<LabelCandidate>& candidates, float width, float height,
                                  size_t most = SIZE_MAX);

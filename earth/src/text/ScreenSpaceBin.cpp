@@ -155,6 +155,8 @@ public:
             if (!ScreenSpaceLayout::getDeclutteringEnabled())
                 candidate.priority = FLT_MAX;
             candidate.shownBefore = before.count(leaf->getDrawable()) != 0;
+            if (leaf->getDrawable()->getNumParents() > 0)
+                candidate.owner = leaf->getDrawable()->getParent(0);
             placed.push_back(leaf);
             positions.push_back(place);
             candidates.push_back(candidate);
