@@ -15,8 +15,16 @@ void AxDrawTool::Move(AxMouseStep& step)
 {
     if (row.over != AxToolOver::Ground)
         AxTool::Move(step);
-    if (step.HasViewer() && row.start == AxDrawStart::Move && WantsShape())
-        parts.Tools().BeginDrawShape();
+    if (!step.HasViewer() || row.start != AxDrawStart::Move || !WantsShape())
+        return;
+    const CAxHandleAdapter* before = parts.Objects().Current();
+    parts.Tools().BeginDrawShape();
+    if (!step.HasViewer())
+        return;
+    // The move was told before there was an object to hear it.
+    CAxHandleAdapter* begun = parts.Objects().Current();
+    if (begun && begun != before && begun->GetHandleOperation() == OperationDrawing)
+        begun->slotMoving(step.lngLat, step.world);
 }
 
 void AxDrawTool::Press(AxMouseStep& step)
