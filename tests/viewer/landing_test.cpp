@@ -172,3 +172,25 @@ TEST_F(Landing, ControlPointsHaveNamesOfTheirOwn)
     EXPECT_FALSE(viewer->RemoveControlPoint("A"));
     QObject::disconnect(listening);
 }
+
+TEST_F(Landing, AControlPointShowsItsCrossAndItsName)
+{
+    const osg::Vec2f place = WindowOf(20.0, 10.0);
+    const QImage bare = viewer->GetCurrViewerImg();
+    ASSERT_TRUE(viewer->AddControlPoint("Tower", {20.0, 10.0, 0.0}));
+    // What differs between two columns, pixels from the place.
+    const auto drawn = [&](int from, int to) {
+        const QImage now = viewer->GetCurrViewerImg();
+        const int middle = now.height() - static_cast<int>(place.y());
+        int pixels = 0;
+        for (int y = middle - 10; y <= middle + 10; ++y)
+            for (int x = from; x < to; ++x)
+                pixels += now.pixel(static_cast<int>(place.x()) + x, y) !=
+                          bare.pixel(static_cast<int>(place.x()) + x, y);
+        return pixels;
+    };
+    EXPECT_TRUE(waitFor([&] { return drawn(-10, 10) > 20 && drawn(21, 60) > 60; }, 5000))
+        << drawn(-10, 10) << " pixels of the cross, of the name " << drawn(21, 60);
+    EXPECT_TRUE(viewer->RemoveControlPoint("Tower"));
+    EXPECT_TRUE(waitFor([&] { return drawn(-10, 60) == 0; }, 5000));
+}
