@@ -1,4 +1,5 @@
 #include "host/marks/ControlPointPanel.h"
+#include "host/tasks/UndoStep.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -21,6 +22,7 @@
 #include <QPushButton>
 #include <QSet>
 #include <QTreeWidget>
+#include <QUndoStack>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -178,32 +180,36 @@ void ControlPointPanel::Fly()
 
 void ControlPointPanel::Remove()
 {
-    QStringList names;
+    QMap<QString, osg::Vec3d> gone;
+    const QMap<QString, osg::Vec3d> points =
+        viewer ? viewer->GetControlPoints() : QMap<QString, osg::Vec3d>();
     for (const QTreeWidgetItem* item : list->selectedItems())
-        names += item->text(NameColumn);
-    const QPointer<ControlPointPanel> self(this);
-    if (names.size() > 1) {
-        CAxMessageBox box(window());
-        box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-        box.SetWindowTitle(tr("Control points"));
-        box.SetMsgText(tr("Do you want to take %1 control points off the map?").arg(names.size()));
-        box.SetBtnOKText(tr("Remove"));
-        if (box.exec() != QDialog::Accepted || !self)
-            return;
-    }
-    if (names.isEmpty())
+        if (const auto point = points.find(item->text(NameColumn)); point != points.end())
+            gone.insert(point.key(), *point);
+    if (gone.isEmpty())
         return;
-    RemoveNames(names);
-    CAxControl::GetInstance()->SetProjectModified(true);
-    emit Told(tr("Control points removed: %1").arg(names.size()));
+    Change(gone, false);
+    Keep(tr("Remove control points (%1)").arg(gone.size()), gone, false);
+    emit Told(tr("Control points removed: %1").arg(gone.size()));
 }
 
-void ControlPointPanel::RemoveNames(const QStringList& names)
+void ControlPointPanel::Change(const QMap<QString, osg::Vec3d>& points, bool isThere)
 {
-    for (const QString& name : names)
-        if (viewer)
-            viewer->RemoveControlPoint(name);
+    for (auto point = points.begin(); viewer && point != points.end(); ++point)
+        isThere ? viewer->AddControlPoint(point.key(), *point) : viewer->RemoveControlPoint(point.key());
+    CAxControl::GetInstance()->SetProjectModified(true);
     Follow();
+}
+
+void ControlPointPanel::Keep(const QString& text, const QMap<QString, osg::Vec3d>& points, bool isThere)
+{
+    const QPointer<ControlPointPanel> self(this);
+    const auto change = [self, points](bool there) {
+        if (self)
+            self->Change(points, there);
+    };
+    viewer->GetUndoStack()->push(new UndoStep(
+        text, [change, isThere] { change(!isThere); }, [change, isThere] { change(isThere); }));
 }
 
 // Files
@@ -247,7 +253,7 @@ void ControlPointPanel::Import(const QString& file)
     if (!content.fault.isEmpty())
         return Warn(tr("%1 was not imported.").arg(title), QStringList(content.fault) + content.notes);
     PointNames names(viewer->GetControlPoints().keys());
-    int added = 0;
+    QMap<QString, osg::Vec3d> added;
     int onGround = 0;
     for (const AxGeoShape& point : content.shapes) {
         if (point.kind != AxGeoShape::Point || point.points.size() != 1 || !std::isnan(point.radius))
@@ -259,21 +265,24 @@ void ControlPointPanel::Import(const QString& file)
             height = std::isfinite(ground) ? ground : 0.0;
             ++onGround;
         }
-        if (viewer->AddControlPoint(names.Free(point.name.trimmed()), {place.x(), place.y(), height}))
-            ++added;
+        const QString name = names.Free(point.name.trimmed());
+        const osg::Vec3d at(place.x(), place.y(), height);
+        if (viewer->AddControlPoint(name, at))
+            added.insert(name, at);
     }
-    if (added == 0)
+    if (added.isEmpty())
         return Warn(tr("%1 has no points.").arg(title), content.notes);
     CAxControl::GetInstance()->SetProjectModified(true);
+    Keep(tr("Import control points (%1)").arg(added.size()), added, true);
     emit Wanted();
     Follow();
     QStringList notes = content.notes;
-    if (const int others = content.shapes.size() - added; others > 0)
+    if (const int others = content.shapes.size() - added.size(); others > 0)
         notes += tr("Areas, lines and circles that were left out: %1").arg(others);
     if (onGround > 0)
         notes += tr("Points without a height, put on the ground as it is loaded: %1").arg(onGround);
     emit Told(tr("Control points imported: %1. Coordinate system: %2.")
-                  .arg(QString::number(added), content.coordinateSystem));
+                  .arg(QString::number(added.size()), content.coordinateSystem));
     if (!notes.isEmpty())
         Warn(tr("%1 is imported.").arg(title), notes);
 }
@@ -293,8 +302,9 @@ QString ControlPointPanel::Text() const
 
 void ControlPointPanel::SetText(const QString& text)
 {
-    if (viewer)
-        RemoveNames(viewer->GetControlPoints().keys());
+    for (const QString& name : viewer ? viewer->GetControlPoints().keys() : QStringList())
+        viewer->RemoveControlPoint(name);
+    Follow();
     waiting = text;
     ShowText();
 }

@@ -1,4 +1,7 @@
 #pragma once
+#include <osg/Vec3d>
+
+#include <QMap>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
@@ -10,8 +13,8 @@ class QPushButton;
 class QTreeWidget;
 
 /**
- * The control points of the map: the list, import from files, removal. They are drawn and searched, and fly
- * nothing. No step of the undo stack; a removal of several asks. GUI thread; the viewer may go first.
+ * The control points of the map: the list, import from files, removal, each a step of the undo history. They
+ * are drawn and searched, and fly nothing. GUI thread; the viewer may go first.
  */
 class ControlPointPanel : public QWidget
 {
@@ -47,7 +50,10 @@ private:
     void Follow();
     void Fly();
     void Remove();
-    void RemoveNames(const QStringList& names);
+    /// Adds these points, or takes them away.
+    void Change(const QMap<QString, osg::Vec3d>& points, bool isThere);
+    /// The step of the undo history by which they came, or went.
+    void Keep(const QString& text, const QMap<QString, osg::Vec3d>& points, bool isThere);
     void ShowText();
     void Warn(const QString& text, const QStringList& details);
 

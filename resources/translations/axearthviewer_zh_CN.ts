@@ -5655,14 +5655,6 @@ Heights are above the ellipsoid.</source>
         <translation>%1 m</translation>
     </message>
     <message>
-        <source>Do you want to take %1 control points off the map?</source>
-        <translation>是否从地图上移除 %1 个控制点？</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>移除</translation>
-    </message>
-    <message>
         <source>Control points removed: %1</source>
         <translation>已移除控制点：%1</translation>
     </message>
@@ -5713,6 +5705,14 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Point</source>
         <translation>点</translation>
+    </message>
+    <message>
+        <source>Remove control points (%1)</source>
+        <translation>移除控制点（%1）</translation>
+    </message>
+    <message>
+        <source>Import control points (%1)</source>
+        <translation>导入控制点（%1）</translation>
     </message>
 </context>
 <context>

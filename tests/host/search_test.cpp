@@ -115,6 +115,10 @@ TEST_F(Search, ControlPointsAreImportedAndGoWithTheProject)
     ASSERT_EQ(points.keys(), (QStringList{"GCP 1", "GCP 1 2"}));
     EXPECT_EQ(boxes.count, 0);
     EXPECT_EQ(points["GCP 1"], osg::Vec3d(-105.0, 37.4, 2500.5));
+    viewer->GetUndoStack()->undo();
+    EXPECT_TRUE(viewer->GetControlPoints().isEmpty());
+    viewer->GetUndoStack()->redo();
+    EXPECT_EQ(viewer->GetControlPoints(), points);
     const QString kept = panel.Text();
     panel.SetText(QString());
     EXPECT_TRUE(viewer->GetControlPoints().isEmpty());
