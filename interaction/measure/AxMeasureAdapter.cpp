@@ -1,4 +1,5 @@
 #include "interaction/measure/AxMeasureAdapter.h"
+#include "interaction/measure/AxLabelInside.h"
 #include "interaction/measure/AxMeasureHit.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxObjectBook.h"
@@ -40,6 +41,8 @@ constexpr int markSize = 13; // pixels
 constexpr float mainPriority = 950.0f;
 constexpr float markPriority = 900.0f;
 constexpr float labelPriority = 20.0f;
+// What the selected measurement has before the others.
+constexpr float selectedFirst = 10.0f;
 constexpr double labelPixels = 16.0;
 // Looks at the ground with each move of the mouse.
 constexpr std::size_t liveLooks = 200;
@@ -340,8 +343,8 @@ bool AxMeasureAdapter::IsShapeAt(const AxMeasureHit& hit) const
 
 bool AxMeasureAdapter::IsTextAt(const AxMeasureHit& hit) const
 {
-    return d->visible &&
-           std::any_of(texts.begin(), texts.end(), [&hit](const auto& text) { return hit.IsOnText(*text); });
+    return d->visible && std::any_of(texts.begin(), texts.end(),
+                                     [&hit](const auto& text) { return hit.IsOnText(*text.first); });
 }
 
 void AxMeasureAdapter::updateAdapter()
@@ -352,6 +355,7 @@ void AxMeasureAdapter::updateAdapter()
         d->featureNode->removeDrawable(drawn);
     drawShape();
     drawMarks();
+    rankLabels();
 }
 
 void AxMeasureAdapter::drawShape()
@@ -428,8 +432,8 @@ void AxMeasureAdapter::drawMarks()
 
 void AxMeasureAdapter::drawLabels(const QVector<Label>& wanted)
 {
-    for (const osg::ref_ptr<LabelNode>& label : texts)
-        nodes->removeChild(label);
+    for (const auto& text : texts)
+        nodes->removeChild(text.first);
     texts.clear();
     osgEarth::MapNode* const mapNode = d->viewer ? d->viewer->Scene().MapNode() : nullptr;
     if (!mapNode)
@@ -447,8 +451,16 @@ void AxMeasureAdapter::drawLabels(const QVector<Label>& wanted)
         osg::ref_ptr<LabelNode> label =
             new LabelNode(mapNode, pointOf(one.place), one.text.toStdString(), style);
         label->setDynamic(true);
-        label->setPriority(one.isMain ? mainPriority : labelPriority);
+        AxKeepLabelInside(*label);
         nodes->addChild(label);
-        texts.push_back(label);
+        texts.emplace_back(label, one.isMain);
     }
+    rankLabels();
+}
+
+void AxMeasureAdapter::rankLabels()
+{
+    const float first = d->selectedAmongSeveral ? selectedFirst : 0.0f;
+    for (const auto& [label, isMain] : texts)
+        label->setPriority((isMain ? mainPriority : labelPriority) + first);
 }

@@ -7,6 +7,8 @@
 #include <osgEarthAnnotation/PlaceNode>
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 class AxMeasureHit;
 
@@ -99,6 +101,7 @@ private:
     bool end();
     void drawMarks();
     void drawLabels(const QVector<Label>& wanted);
+    void rankLabels();
     void dropNodes();
     osgEarth::GeoPoint pointOf(const osg::Vec3d& place) const;
     AxPathGround loadedGround() const;
@@ -108,5 +111,6 @@ private:
     std::optional<osg::Vec3d> cursor;                                 ///< where the next point would be
     osg::ref_ptr<osg::Group> nodes;                                   ///< of the following two
     std::vector<osg::ref_ptr<osgEarth::Annotation::PlaceNode>> marks; ///< of the points
-    std::vector<osg::ref_ptr<osgEarth::Annotation::LabelNode>> texts;
+    /// A label, and whether it is a main one.
+    std::vector<std::pair<osg::ref_ptr<osgEarth::Annotation::LabelNode>, bool>> texts;
 };
