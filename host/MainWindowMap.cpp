@@ -58,6 +58,12 @@ void MainWindow::BuildLanding(QMenu* menu)
     auto* landing = new LandingMenu(viewer, this);
     landing->AddTo(menu);
     connect(landing, &LandingMenu::Told, this, &MainWindow::Tell);
+    project->KeepValue(
+        QStringLiteral("approaches"), [landing] { return landing->Text(); },
+        [landing](const QString& text) { landing->SetText(text); });
+    project->KeepValue(
+        QStringLiteral("point_of_interest"), [landing] { return landing->InterestText(); },
+        [landing](const QString& text) { landing->SetInterestText(text); });
 }
 
 void MainWindow::BuildSearch(QToolBar* bar)

@@ -1,4 +1,6 @@
 #include "host/tasks/HomeClick.h"
+#include "host/tasks/EscapeKey.h"
+#include "host/tasks/UndoStep.h"
 #include "interaction/AxLandingReach.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -10,14 +12,15 @@
 
 #include <osgEarth/GeoData>
 
-#include <QApplication>
-#include <QKeyEvent>
 #include <QTimer>
+#include <QUndoStack>
 
 #include <cmath>
 #include <utility>
 
-HomeClick::HomeClick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(parent), viewer(earthViewer)
+HomeClick::HomeClick(CAxEarthViewer* earthViewer, QObject* parent)
+    : QObject(parent), viewer(earthViewer),
+      escape(new EscapeKey([this] { return IsWanted(); }, [this] { Want({}); }, this))
 {
     connect(viewer->getManipulator(),
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnRelease), this,
@@ -27,6 +30,9 @@ HomeClick::HomeClick(CAxEarthViewer* earthViewer, QObject* parent) : QObject(par
             Want({});
     });
     connect(viewer, &CAxEarthViewer::LandingPosPicked, this, &HomeClick::OnLandingPicked);
+    // A click that comes upon another object chooses it before its place is picked.
+    connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &HomeClick::FollowChoice,
+            Qt::QueuedConnection);
 }
 
 HomeClick::~HomeClick() = default;
@@ -37,34 +43,36 @@ void HomeClick::Want(const QString& id)
     if (!wanted && !IsWanted())
         return;
     const QString former = std::exchange(blockID, wanted ? id : QString());
+    escape->Watch(wanted);
     if (wanted) {
         if (CAxHandleAdapter* object = viewer->FindExistNode(id))
             viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
         viewer->SetToolType(ToolLandingPosition);
         viewer->SetLandingAreaVisible(true);
-        // The keyboard may be in any panel.
-        qApp->installEventFilter(this);
         emit Wanted(true);
         return;
     }
-    qApp->removeEventFilter(this);
     // Another tool chooses for itself.
     if (viewer->GetToolType() == ToolLandingPosition) {
         viewer->SetToolType(ToolNavigate);
         // A click on another block has taken the choice from it.
-        if (CAxHandleAdapter* object = viewer->FindExistNode(former))
+        CAxHandleAdapter* object = viewer->FindExistNode(former);
+        if (object && AxHasLanding(viewer->GetCurHandleAdapter()))
             viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
     }
     emit Wanted(false);
 }
 
-bool HomeClick::eventFilter(QObject* object, QEvent* event)
+void HomeClick::FollowChoice()
 {
-    const bool isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-    if (!IsWanted() || !isKey || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape)
-        return QObject::eventFilter(object, event);
-    Want({});
-    return true;
+    CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    CAxHandleAdapter* own = viewer->FindExistNode(blockID);
+    if (!IsWanted() || current == own)
+        return;
+    if (!own || !AxHasLanding(current))
+        return Want({});
+    viewer->SetNodeSelected(own->GetFeatureNode(), false, false);
+    emit Wanted(true);
 }
 
 void HomeClick::OnLandingPicked(double longitude, double latitude, double altitude)
@@ -78,7 +86,7 @@ void HomeClick::OnLandingPicked(double longitude, double latitude, double altitu
     if (own && own != viewer->GetCurHandleAdapter()) {
         // The click came upon another block, and the place was judged for that one.
         viewer->SetNodeSelected(own->GetFeatureNode(), false, false);
-        if (!AxIsInLandingReach(*own, longitude, latitude))
+        if (!AxAcceptsLanding(*own, longitude, latitude, viewer))
             return;
     }
     constexpr double digitsOfPick = 1e-4; // degrees
@@ -90,8 +98,21 @@ void HomeClick::OnLandingPicked(double longitude, double latitude, double altitu
     }
     const AxPlanGround ground = CAxControl::GetInstance()->GetGround();
     const std::optional<double> height = ground ? ground(longitude, latitude) : std::nullopt;
-    block->SetHomePosition(CAxVector3D(longitude, latitude, height.value_or(altitude)), true);
+    SetHome(*viewer, *block, CAxVector3D(longitude, latitude, height.value_or(altitude)));
     // The selection of this very click comes before and after.
     QTimer::singleShot(0, this, [this] { Want({}); });
     emit Done();
+}
+
+void HomeClick::SetHome(CAxEarthViewer& viewer, CAxBlock& block, const CAxVector3D& place)
+{
+    const CAxVector3D before = block.GetHomePosition();
+    block.SetHomePosition(place, true);
+    const auto set = [id = block.GetBlockID()](const CAxVector3D& home) {
+        if (CAxBlock* found = CAxBlockManager::instance().GetBlock(id))
+            found->SetHomePosition(home, true);
+    };
+    const QString text = place.isNull() ? tr("Clear home of %1") : tr("Set home of %1");
+    viewer.GetUndoStack()->push(new UndoStep(
+        text.arg(block.GetBlockName()), [set, before] { set(before); }, [set, place] { set(place); }));
 }

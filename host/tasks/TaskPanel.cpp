@@ -31,6 +31,7 @@
 #include <QSplitter>
 #include <QStyle>
 #include <QToolButton>
+#include <QUndoStack>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -111,6 +112,11 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(viewer, &CAxEarthViewer::signalCurrentTask, this, &TaskPanel::OnCurrentTask);
     connect(homeClick, &HomeClick::Wanted, this, &TaskPanel::OnHomeWanted);
     connect(homeClick, &HomeClick::Done, parameters, &TaskParameters::ShowPlaces);
+    connect(viewer->GetUndoStack(), &QUndoStack::indexChanged, parameters, &TaskParameters::ShowPlaces);
+    connect(parameters, &TaskParameters::HomeCleared, this, [this] {
+        if (CAxBlock* block = Block())
+            HomeClick::SetHome(*viewer, *block, {});
+    });
     const CAxBlockManager* records = &CAxBlockManager::instance();
     connect(records, &CAxBlockManager::blockDeleted, this, [this](const QString& id) {
         if (id == blockID)
@@ -525,8 +531,8 @@ void TaskPanel::OnEntryClicked(const QString& block, int entry)
 void TaskPanel::OnHomeWanted(bool wanted)
 {
     parameters->ShowSettingHome(wanted);
-    if (wanted)
-        emit Told(tr("Click home on the map; Escape gives it up."));
+    if (wanted && Block())
+        emit Told(tr("Click home of %1 on the map; Escape gives it up.").arg(Block()->GetBlockName()));
 }
 
 void TaskPanel::FlyTo(const QPointF& place)

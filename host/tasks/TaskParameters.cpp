@@ -332,7 +332,7 @@ void TaskParameters::AddPlaces()
     form->addRow(QString(), buttons);
     connect(setHome, &QPushButton::clicked, this, &TaskParameters::HomeWanted);
     connect(clearHome, &QPushButton::clicked, this, [this] {
-        Set(home, [](CAxBlock& block) { block.SetHomePosition(CAxVector3D(), true); });
+        Set(home, [this](CAxBlock&) { emit HomeCleared(); });
         ShowPlaces();
     });
 }

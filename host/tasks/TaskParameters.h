@@ -43,6 +43,8 @@ public:
 signals:
     /// A click on the map is to set home, or is not to any more.
     void HomeWanted(bool wanted);
+    /// Home of the block is to be taken away.
+    void HomeCleared();
 
 private:
     QDoubleSpinBox* AddNumber(const QString& name, const QString& unit, double least, double most,

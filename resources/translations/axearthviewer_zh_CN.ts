@@ -5501,6 +5501,34 @@ Heights are above the ellipsoid.</source>
         <source>The approach is shown once a block with a home is chosen.</source>
         <translation>选择设有家点的区块后显示进近方向。</translation>
     </message>
+    <message>
+        <source>Turn the approach of %1</source>
+        <translation>转动 %1 的进近方向</translation>
+    </message>
+    <message>
+        <source>Approaches of the project that cannot be read: %1</source>
+        <translation>项目中无法读取的进近方向：%1</translation>
+    </message>
+    <message>
+        <source>The point of interest of the project cannot be read.</source>
+        <translation>无法读取项目中的兴趣点。</translation>
+    </message>
+    <message>
+        <source>A point of interest is set for a block, and none is chosen now.</source>
+        <translation>兴趣点属于区块，而现在未选择任何区块。</translation>
+    </message>
+    <message>
+        <source>Set the point of interest</source>
+        <translation>设置兴趣点</translation>
+    </message>
+    <message>
+        <source>Move the point of interest</source>
+        <translation>移动兴趣点</translation>
+    </message>
+    <message>
+        <source>Remove the point of interest</source>
+        <translation>移除兴趣点</translation>
+    </message>
 </context>
 <context>
     <name>LayerPanel</name>
@@ -5736,6 +5764,17 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Viewshed</source>
         <translation>视域</translation>
+    </message>
+</context>
+<context>
+    <name>HomeClick</name>
+    <message>
+        <source>Set home of %1</source>
+        <translation>设置 %1 的家点</translation>
+    </message>
+    <message>
+        <source>Clear home of %1</source>
+        <translation>清除 %1 的家点</translation>
     </message>
 </context>
 </TS>

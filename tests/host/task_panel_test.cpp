@@ -2,6 +2,7 @@
 #include "host/tasks/TaskPanel.h"
 #include "host/tasks/TaskRoutes.h"
 #include "interaction/CAxHandleAdapter.h"
+#include "interaction/CAxOsgDrawPointSet.h"
 #include "mission/CAxTaskPolygon.h"
 #include "ModalBox.h"
 #include "SuiteViewer.h"
@@ -251,13 +252,43 @@ TEST_F(TasksOnMap, HomeAndTheEntryPointAreSetByClicks)
     EXPECT_TRUE(button->isChecked());
     QTest::keyClick(viewer, Qt::Key_Escape);
     EXPECT_FALSE(button->isChecked());
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), Object()) << "one Escape, one thing";
     click(10.02, 0.02);
     EXPECT_TRUE(Block()->GetHomePosition().isNull()) << "it was given up";
+
+    CAxBlock* far = CAxBlockManager::instance().AddBlock(QStringLiteral("far"), CAxBlock::PolygonBlock);
+    far->SetAnchor({{10.1, 0.0}, {10.11, 0.0}, {10.11, 0.01}});
+    const auto choose = [](CAxHandleAdapter* object) {
+        viewer->SetNodeSelected(object->GetFeatureNode(), false, false);
+    };
+    CAxHandleAdapter* farObject = viewer->ImportShapeNode(QStringLiteral("far"));
+    ASSERT_TRUE(farObject);
+    button->click();
+    {
+        ModalBox box;
+        choose(farObject);
+        click(10.105, 0.005);
+        EXPECT_EQ(box.count, 1) << "far from the own block, on another one";
+    }
+    choose(farObject);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), Object()) << "home is that of its own block";
+    EXPECT_TRUE(button->isChecked());
+    CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::OfViewer(viewer);
+    marks->SelectMark(marks->AddMark(10.005, 0.005));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(button->isChecked()) << "marks have no home";
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), marks);
+    EXPECT_TRUE(Block()->GetHomePosition().isNull());
     button->click();
     click(10.02, 0.02);
     EXPECT_FALSE(button->isChecked());
     EXPECT_NEAR(Block()->GetHomePosition().x(), 10.02, 1e-9);
     EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
+    viewer->GetUndoStack()->undo();
+    EXPECT_TRUE(Block()->GetHomePosition().isNull());
+    viewer->GetUndoStack()->redo();
+    EXPECT_NEAR(Block()->GetHomePosition().x(), 10.02, 1e-9);
 
     ASSERT_TRUE(waitFor([] { return North() > 0.005; }, 5000));
     osg::Drawable* marker = MarkerOf(Root(), "Waypoint_Set_3");
