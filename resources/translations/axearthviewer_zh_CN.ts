@@ -2837,8 +2837,8 @@ Heights are above the ellipsoid.</source>
         <translation>航线无法显示。</translation>
     </message>
     <message>
-        <source>Click home on the map; Escape gives it up.</source>
-        <translation>请在地图上单击起降点；按 Esc 取消。</translation>
+        <source>Click home of %1 on the map; Escape gives it up.</source>
+        <translation>请在地图上单击 %1 的起降点；按 Esc 取消。</translation>
     </message>
     <message>
         <source>%1, flight %2</source>
@@ -5483,7 +5483,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>Shows from where the aircraft comes down to the home of the chosen block; drag the handle</source>
-        <translation>显示飞机从何处下降到所选区块的家点；拖动手柄调整</translation>
+        <translation>显示飞机从何处下降到所选区块的起降点；拖动手柄调整</translation>
     </message>
     <message>
         <source>Click a place near the chosen block; it can be dragged later. Escape leaves it</source>
@@ -5499,7 +5499,7 @@ Heights are above the ellipsoid.</source>
     </message>
     <message>
         <source>The approach is shown once a block with a home is chosen.</source>
-        <translation>选择设有家点的区块后显示进近方向。</translation>
+        <translation>选择设有起降点的区块后显示进近方向。</translation>
     </message>
     <message>
         <source>Turn the approach of %1</source>
@@ -5770,11 +5770,11 @@ Heights are above the ellipsoid.</source>
     <name>HomeClick</name>
     <message>
         <source>Set home of %1</source>
-        <translation>设置 %1 的家点</translation>
+        <translation>设置 %1 的起降点</translation>
     </message>
     <message>
         <source>Clear home of %1</source>
-        <translation>清除 %1 的家点</translation>
+        <translation>清除 %1 的起降点</translation>
     </message>
 </context>
 </TS>
