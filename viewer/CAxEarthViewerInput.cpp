@@ -159,6 +159,8 @@ void CAxEarthViewer::leaveEvent(QEvent* event)
 {
     d->manipulator->ForgetPointer();
     d->aircraft.ForgetPointer();
+    if (d->graphicsWindow)
+        CAxOsgDrawPointSet::ForgetPointer(*d, d->graphicsWindow->getEventQueue()->getTime());
     QGraphicsView::leaveEvent(event);
 }
 

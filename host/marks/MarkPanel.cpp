@@ -208,6 +208,8 @@ void MarkPanel::TellMap()
         model->Set()->SelectMark(ids.constFirst());
     else if (model->Set())
         model->Set()->SelectMarks(ids);
+    // A drawing is not left for a row. Queued, because the list is in the middle of its own change.
+    QMetaObject::invokeMethod(this, &MarkPanel::FollowMap, Qt::QueuedConnection);
 }
 
 void MarkPanel::Fly()

@@ -1,6 +1,7 @@
 // Pushes, clicks, releases, double clicks and drags, by the tool in hand.
 #include "interaction/input/AxMouseRules.h"
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/objects/CAxHandleAdapter.h"
 #include "interaction/tools/AxBlockMover.h"
 #include "interaction/tools/AxTool.h"
 #include "scene/AxObjectBook.h"
@@ -180,9 +181,12 @@ bool CAxEarthManipulator::handleDoubleClick(const GUIEventAdapter& ea, osgGA::GU
     doubleClickPending = true;
     mover->Begin();
     // Asked before the signal: a listener may end its drawing and be gone.
-    const bool isOwned = AxToolRowOf(viewer->Tools().Tool()).ownsDoubleClick || viewer->Objects().Current();
+    const CAxHandleAdapter* current = viewer->Objects().Current();
+    const bool isOfMarks = current && current->GetBlockType() == CAxBlock::MarkPointBlock;
+    const bool isOwned = AxToolRowOf(viewer->Tools().Tool()).ownsDoubleClick || (current && !isOfMarks);
     emit mouseLeftBtnDoubleClick(pick.LngLatPos(), pick.world);
-    if (!viewer || isOwned || IntersectMarkPoint(ea, aa))
+    // The click before has selected the mark and made its set the current object.
+    if (!viewer || isOwned || IntersectMarkPoint(ea, aa) || isOfMarks)
         return true;
     if (!pick.modelHit)
         return false;

@@ -1,6 +1,7 @@
 // What is under the mouse: ground, models, drawables, map objects, mark points.
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/marks/AxMarkHit.h"
+#include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/models/AxModelLayers.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxObjectBook.h"
@@ -167,6 +168,15 @@ bool CAxEarthManipulator::IntersectMarkPoint(const GUIEventAdapter& ea, osgGA::G
     CAxHandleAdapter* nearest = nullptr;
     AxMarkHit hit;
     for (CAxHandleAdapter* adapter : markPoints) {
+        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(adapter)) {
+            const QString id = set->MarkUnderDoubleClick(*ray);
+            if (id.isEmpty())
+                continue;
+            // Not in the middle of an event: the dialog lets further ones come.
+            QMetaObject::invokeMethod(
+                set, [set, id] { set->ShowInformation(id); }, Qt::QueuedConnection);
+            return true;
+        }
         std::vector<osg::Vec3d> points;
         for (const osg::Vec3d& place : adapter->GetAnchor())
             points.push_back(AxGlobe::WorldOf(place));

@@ -16,6 +16,9 @@ using osgGA::GUIEventAdapter;
 namespace {
 // What a hand shakes while it clicks, pixels.
 constexpr double dragFrom = 3.0;
+// A release that belongs to an overlay comes from a corner.
+constexpr int placedEvents =
+    GUIEventAdapter::MOVE | GUIEventAdapter::PUSH | GUIEventAdapter::DOUBLECLICK | GUIEventAdapter::DRAG;
 
 osg::Vec2d PixelOf(const GUIEventAdapter& ea)
 {
@@ -25,7 +28,7 @@ osg::Vec2d PixelOf(const GUIEventAdapter& ea)
 
 AxMarkMouse::AxMarkMouse(CAxOsgDrawPointSet* marks) : set(marks) {}
 
-bool AxMarkMouse::isFree() const
+bool AxMarkMouse::IsFree() const
 {
     AxViewerParts* parts = set ? set->Parts() : nullptr;
     if (!parts || set->IsLeaving() || !set->IsVisible() || !parts->Tools().MayPick())
@@ -51,10 +54,13 @@ bool AxMarkMouse::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
         return false;
     const osg::Camera& camera = *view->getCamera();
     const bool isHandled = ea.getHandled();
+    if ((ea.getEventType() & placedEvents) && ea.getTime() > leftAt)
+        pointer = isHandled ? std::nullopt
+                            : std::optional(osg::Vec2d(static_cast<double>(ea.getXnormalized()),
+                                                       static_cast<double>(ea.getYnormalized())));
     switch (ea.getEventType()) {
     case GUIEventAdapter::MOVE:
     case GUIEventAdapter::PUSH:
-    case GUIEventAdapter::DOUBLECLICK:
         break;
     case GUIEventAdapter::DRAG:
         return !isHandled && drag(ea, camera);
@@ -66,31 +72,32 @@ bool AxMarkMouse::handle(const GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa,
     // No button is held: the release went elsewhere.
     if (ea.getEventType() == GUIEventAdapter::MOVE && isHeld)
         release(ea);
+    if (isHandled || ea.getEventType() != GUIEventAdapter::PUSH ||
+        ea.getButton() != GUIEventAdapter::LEFT_MOUSE_BUTTON || !IsFree())
+        return false;
     const auto ray = AxViewRay::Through(camera, static_cast<double>(ea.getXnormalized()),
                                         static_cast<double>(ea.getYnormalized()));
-    const bool isDouble = ea.getEventType() == GUIEventAdapter::DOUBLECLICK;
-    hovered = QString();
-    if (ray && isFree() && !isHandled)
-        hovered = isDouble ? set->MarkUnderDoubleClick(*ray) : set->MarkUnder(*ray);
-    if (isHandled || hovered.isEmpty() || ea.getButton() == GUIEventAdapter::RIGHT_MOUSE_BUTTON ||
-        ea.getEventType() == GUIEventAdapter::MOVE)
-        return false;
-    if (ea.getButton() != GUIEventAdapter::LEFT_MOUSE_BUTTON)
-        return false;
-    if (ea.getEventType() == GUIEventAdapter::PUSH)
-        return push(ea, *ray);
-    isOfDouble = true;
-    QMetaObject::invokeMethod(
-        set, [marks = set.data(), id = hovered] { marks->ShowInformation(id); }, Qt::QueuedConnection);
-    return true;
+    pressed = ray ? set->MarkUnder(*ray) : QString();
+    return !pressed.isEmpty() && push(ea, *ray);
+}
+
+QString AxMarkMouse::Hovered() const
+{
+    if (!pointer || !set)
+        return {};
+    if (isHeld)
+        return pressed;
+    if (!IsFree())
+        return {};
+    const osg::Camera& camera = *set->Parts()->Scene().View()->getCamera();
+    const auto ray = AxViewRay::Through(camera, pointer->x(), pointer->y());
+    return ray ? set->MarkUnder(*ray) : QString();
 }
 
 bool AxMarkMouse::push(const GUIEventAdapter& ea, const AxViewRay& ray)
 {
-    pressed = hovered;
     pressedAt = PixelOf(ea);
     isDragged = false;
-    isOfDouble = false;
     isHeld = mayDrag(pressed);
     isToggle =
         (ea.getModKeyMask() & GUIEventAdapter::MODKEY_CTRL) != 0 || set->Parts()->Tools().IsMultiSelect();
@@ -122,10 +129,7 @@ bool AxMarkMouse::release(const GUIEventAdapter& ea)
 {
     const bool wasHeld = std::exchange(isHeld, false);
     const bool wasDragged = std::exchange(isDragged, false);
-    const bool wasOfDouble = std::exchange(isOfDouble, false);
     const QString id = std::exchange(pressed, QString());
-    if (wasOfDouble)
-        return true;
     if (id.isEmpty())
         return false;
     if (wasDragged)

@@ -277,11 +277,11 @@ void CAxOsgDrawPointSet::SelectMark(const QString& id)
 {
     const Running self(this);
     const bool isKnown = Find(id);
-    if (isKnown && d->viewer) {
+    if (isKnown && d->viewer && d->viewer->Objects().Current() == this)
         d->viewer->Objects().ClearSelected();
-        if (self.IsWanted() && d->viewer)
-            d->viewer->Objects().SetCurrent(this);
-    }
+    // A drawing is not left for a mark.
+    else if (isKnown && d->viewer && !d->viewer->Objects().SelectSeveral({this}))
+        return;
     if (self.IsWanted())
         select(isKnown ? QStringList(id) : QStringList());
 }

@@ -77,7 +77,8 @@ public:
     const QStringList& SelectedMarks() const { return selected; }
     /// The last of them; empty without.
     QString SelectedMark() const { return selected.isEmpty() ? QString() : selected.last(); }
-    /// Selects that mark alone, and the set as the current object; an unknown ID selects none.
+    /// Selects that mark alone, and the set as the current object; an unknown ID selects none. Nothing
+    /// happens in the middle of a drawing.
     void SelectMark(const QString& id);
     /// Selects these marks and no others; unknown IDs are passed over. Blocks that are selected stay so;
     /// where there are none the set becomes the current object.
@@ -93,10 +94,14 @@ public:
 
     /// The mark whose icon or dot, as it is drawn, is under the line of sight; empty without.
     QString MarkUnder(const AxViewRay& ray) const;
-    /// The same for a double click, which also finds a mark that others hide, by its icon.
+    /// The same for a double click, which also finds a mark that others hide, by its icon, and none with
+    /// tools that leave marks alone.
     QString MarkUnderDoubleClick(const AxViewRay& ray) const;
-    /// The same for the mouse as it was last.
+    /// The same for the mouse where it was last; empty once it has left the map, and with tools that leave
+    /// marks alone.
     QString HoveredMark() const;
+    /// For all sets: the mouse has left the map; `at` in the time of its events, seconds.
+    static void ForgetPointer(AxViewerParts& parts, double at);
     /// The set that has a mark under the mouse as it was last; null without.
     static CAxOsgDrawPointSet* UnderMouse(AxViewerParts& parts);
     /// The set whose marks Delete is meant for now, and these: the one under the mouse, with the others if it

@@ -242,6 +242,8 @@ QString CAxOsgDrawPointSet::MarkUnder(const AxViewRay& ray) const
 
 QString CAxOsgDrawPointSet::MarkUnderDoubleClick(const AxViewRay& ray) const
 {
+    if (!mouse->IsFree())
+        return {};
     const QString seen = MarkUnder(ray);
     const auto hit = seen.isEmpty() ? AxNearestMark(ray, worlds) : std::nullopt;
     return hit ? marks[hit->index].id : seen;
@@ -249,7 +251,14 @@ QString CAxOsgDrawPointSet::MarkUnderDoubleClick(const AxViewRay& ray) const
 
 QString CAxOsgDrawPointSet::HoveredMark() const
 {
-    return Find(mouse->Hovered()) ? mouse->Hovered() : QString();
+    return mouse->Hovered();
+}
+
+void CAxOsgDrawPointSet::ForgetPointer(AxViewerParts& parts, double at)
+{
+    for (CAxHandleAdapter* object : parts.Objects().OfKind(CAxBlock::MarkPointBlock))
+        if (auto* set = qobject_cast<CAxOsgDrawPointSet*>(object))
+            set->mouse->ForgetPointer(at);
 }
 
 CAxOsgDrawPointSet* CAxOsgDrawPointSet::UnderMouse(AxViewerParts& parts)

@@ -301,6 +301,7 @@ TEST_F(Marks, OpenTheirInformationByADoubleClick)
     QTest::mouseDClick(viewer->viewport(), Qt::LeftButton, {}, icon);
     QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, icon);
     ASSERT_TRUE(waitFor([] { return Names().contains("Gate"); }, 5000));
+    EXPECT_EQ(Heard().count("double click"), 1);
     ASSERT_EQ(faults.size(), 2);
     EXPECT_FALSE(faults[0].isEmpty() || faults[1].isEmpty() || faults[0] == faults[1]);
     EXPECT_DOUBLE_EQ(Set()->Marks()[0].latitude, 11.0);
@@ -330,6 +331,18 @@ TEST_F(Marks, KeysDeleteAndPutTheToolDown)
     ASSERT_TRUE(waitFor([] { return Set()->HoveredMark() == ID(1); }, 5000));
     PressKey(Qt::Key_Delete);
     EXPECT_EQ(Names(), QStringList{"Mark 1"});
+    // Neither of a mouse that has left the map nor of one below which the map was turned.
+    Set()->SelectMark({});
+    Hover(IconAt(0));
+    ASSERT_TRUE(waitFor([] { return Set()->HoveredMark() == ID(0); }, 5000));
+    manipulator->setViewpoint(Straight(40.0, 10.0, 1.5e7));
+    EXPECT_TRUE(waitFor([] { return Set()->HoveredMark().isEmpty(); }, 5000));
+    manipulator->setViewpoint(Straight(20.0, 10.0, 1.5e7));
+    ASSERT_TRUE(waitFor([] { return Set()->HoveredMark() == ID(0); }, 5000));
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(viewer, &leave);
+    PressKey(Qt::Key_Delete);
+    EXPECT_EQ(Names(), QStringList{"Mark 1"});
     PressKey(Qt::Key_Escape);
     EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
     EXPECT_FALSE(button->isChecked());
@@ -338,6 +351,11 @@ TEST_F(Marks, KeysDeleteAndPutTheToolDown)
     const QPointer<CAxHandleAdapter> block = DrawTriangle();
     ASSERT_TRUE(block);
     EXPECT_TRUE(Set()->SelectedMark().isEmpty()) << "a block is current";
+    viewer->SetToolType(ToolPolygonBlock);
+    Click(25.0, 5.0);
+    Set()->SelectMark(ID(0));
+    EXPECT_TRUE(Set()->SelectedMark().isEmpty()) << "in the middle of a drawing";
+    PressKey(Qt::Key_Escape);
 }
 
 TEST_F(Marks, AreDrawnAndThePictureStandsStillAgain)
