@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QStatusTipEvent>
 #include <QUndoStack>
 #include <QWidget>
 
@@ -25,6 +26,13 @@ void NameAfterEdit(QAction* action, QUndoStack* stack, void (QUndoStack::*change
         edit.replace(QLatin1Char('&'), QLatin1String("&&"));
         action->setText(edit.isEmpty() ? Tr(word) : Tr(wordWithEdit).arg(edit));
     });
+}
+
+// A drawing without a point is none yet: some tools draw with the first move of the mouse.
+bool IsMidGesture(AxEditedShape& shape)
+{
+    const EHandleOperation operation = shape.GetHandleOperation();
+    return operation != OperationIdle && !(operation == OperationDrawing && shape.GetAnchor().empty());
 }
 
 // Of the command, or of what it is made of.
@@ -67,12 +75,19 @@ void AxEditHistory::Delete()
     stack = nullptr;
 }
 
+void AxEditHistory::TellBusy() const
+{
+    QStatusTipEvent told(Tr(QT_TRANSLATE_NOOP(
+        "CAxEarthViewer", "Not while something is drawn or moved: finish it, or give it up with Escape.")));
+    QCoreApplication::sendEvent(undo->parentWidget(), &told);
+}
+
 void AxEditHistory::step(bool back)
 {
     // In the middle of a gesture there is nothing committed to step over.
     for (CAxHandleAdapter* object : objects.Selected() + QList<CAxHandleAdapter*>{objects.Current()})
-        if (const AxEditedShapeRef shape(object); shape && shape->GetHandleOperation() != OperationIdle)
-            return;
+        if (const AxEditedShapeRef shape(object); shape && IsMidGesture(*shape.operator->()))
+            return TellBusy();
     const QUndoCommand* command = stack->command(back ? stack->index() - 1 : stack->index());
     const QString refusal = RefusalOf(command, back);
     if (!refusal.isEmpty()) {

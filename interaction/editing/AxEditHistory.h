@@ -24,6 +24,9 @@ public:
     const AxEditAids& Aids() const { return aids; }
     void SetAids(const AxEditAids& wanted) { aids = wanted; }
 
+    /// Says in the window's status bar that a drawing or a drag has to end first.
+    void TellBusy() const;
+
 private:
     QAction* makeAction(QWidget* widget, const char* keys, bool back);
     void step(bool back);

@@ -127,7 +127,7 @@ CAxHandleAdapter* AxObjects::BeginDrawing(CAxHandleAdapter* object)
 bool AxObjects::ResumeDrawing(EToolType tool, const std::vector<osg::Vec3d>& vertices)
 {
     AxToolInHand& tools = parts.Tools();
-    if (tools.IsBusy() || !tools.MayPick())
+    if ((tools.IsBusy() && !isMeasuringNothing()) || !tools.MayPick())
         return false;
     const QPointer<AxObjects> self(this);
     tools.TakeUp(tool);

@@ -117,6 +117,7 @@ signals:
 
 private:
     bool isDrawing() const;
+    bool isMeasuringNothing() const;
     bool isAtRest(const CAxHandleAdapter* object) const;
     void join(CAxHandleAdapter* object);
     void tellSelected();

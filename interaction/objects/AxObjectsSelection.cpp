@@ -10,6 +10,7 @@
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 
+#include <AxBaseUI/AxToolTable.h>
 #include <AxData/CAxBlockManager.h>
 #include <AxData/CAxControl.h>
 
@@ -86,8 +87,10 @@ void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report
 
 bool AxObjects::SelectSeveral(const QList<CAxHandleAdapter*>& wanted)
 {
-    if (isDrawing())
+    if (isDrawing() && !isMeasuringNothing()) {
+        history->TellBusy();
         return false;
+    }
     const QPointer<AxObjects> self(this);
     std::set<const CAxHandleAdapter*> members;
     QList<CAxHandleAdapter*> several;
@@ -132,6 +135,12 @@ void AxObjects::SelectTask(CAxHandleAdapter* object, const QString& taskID)
 bool AxObjects::isDrawing() const
 {
     return current && current->GetHandleOperation() == OperationDrawing;
+}
+
+// Such a measurement ends by itself when another object is current.
+bool AxObjects::isMeasuringNothing() const
+{
+    return isDrawing() && AxToolRowOf(parts.Tools().Tool()).measures && current->GetAnchor().empty();
 }
 
 bool AxObjects::isAtRest(const CAxHandleAdapter* object) const

@@ -98,6 +98,10 @@
         <translation>重做%1</translation>
     </message>
     <message>
+        <source>Not while something is drawn or moved: finish it, or give it up with Escape.</source>
+        <translation>正在绘制或移动对象时不能进行此操作：请先完成，或按 Esc 键放弃。</translation>
+    </message>
+    <message>
         <source>Rename %1 to %2</source>
         <translation>将%1重命名为%2</translation>
     </message>

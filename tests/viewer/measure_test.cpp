@@ -8,6 +8,7 @@
 
 #include <AxAlgorthm/AxCoordinate.h>
 
+#include <QAction>
 #include <QPushButton>
 
 #include <cmath>
@@ -146,6 +147,43 @@ TEST_F(Measuring, ADrawingEndsAsThePilotGoesOn)
     }
     const auto* ruler = viewer->GetMapToolWidget()->findChild<QPushButton*>(QStringLiteral("m_pMeasureBtn"));
     EXPECT_FALSE(ruler->isChecked());
+}
+
+TEST_F(Measuring, LeavesUndoAndListsFreeUntilTheFirstPoint)
+{
+    class Tips : public QObject
+    {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            heard += event->type() == QEvent::StatusTip;
+            return false;
+        }
+        int heard = 0;
+    } tips;
+    viewer->installEventFilter(&tips);
+    Import("other", square);
+    for (const auto& [tool, isFree] :
+         {std::pair(ToolProjCoords, true), std::pair(ToolMeasureDistance, false)}) {
+        ASSERT_TRUE(viewer->RenameBlock("other", QString::number(tool)));
+        viewer->SetNodeSelected(nullptr, false, false);
+        const auto begin = [&, tool = tool] {
+            MoveTo(14.0, 5.0);
+            MoveTo(15.0, 5.0);
+            if (tool != ToolProjCoords)
+                Click(15.0, 5.0);
+        };
+        viewer->SetToolType(tool);
+        begin();
+        EXPECT_EQ(viewer->SelectBlocks({"other"}), isFree) << tool;
+        EXPECT_EQ(viewer->GetCurHandleAdapter()->GetHandleID() == "other", isFree) << tool;
+        QCoreApplication::sendPostedEvents();
+        begin();
+        const int before = viewer->GetUndoStack()->index();
+        viewer->GetUndoAction()->trigger();
+        EXPECT_EQ(viewer->GetUndoStack()->index(), isFree ? before - 1 : before) << tool;
+        EXPECT_EQ(tips.heard, isFree ? 0 : 2) << tool << ": both say why not";
+    }
 }
 
 TEST_F(Measuring, HeightsAreMeasuredByADragOrTwoClicks)
