@@ -9,6 +9,7 @@
 #include "host/exchange/GeoExchange.h"
 #include "host/FileDrop.h"
 #include "host/GoTo.h"
+#include "host/HistoryView.h"
 #include "host/KeptState.h"
 #include "host/KeyHelp.h"
 #include "host/LogPanel.h"
@@ -52,7 +53,6 @@
 #include <QTimer>
 #include <QToolBar>
 #include <QUndoStack>
-#include <QUndoView>
 
 #include <functional>
 #include <utility>
@@ -145,7 +145,7 @@ void MainWindow::BuildPanels()
     tabifyDockWidget(zonesPanel,
                      AddPanel(tr("Aircraft"), "AircraftPanel", Scrolled(aircraft), Qt::LeftDockWidgetArea));
     zonesPanel->raise();
-    auto* undoView = new QUndoView(viewer->GetUndoStack());
+    auto* undoView = new HistoryView(viewer);
     undoView->setEmptyLabel(tr("Nothing done"));
     history = AddPanel(tr("Undo history"), "HistoryPanel", undoView, Qt::RightDockWidgetArea);
     history->hide();

@@ -1,6 +1,7 @@
 // The window's panels but for the list of zones.
 #include "host/BlockListModel.h"
 #include "host/BlockPanel.h"
+#include "host/HistoryView.h"
 #include "host/LogPanel.h"
 #include "host/PanelExtents.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -12,6 +13,7 @@
 #include <QDockWidget>
 #include <QMainWindow>
 #include <QSignalSpy>
+#include <QUndoStack>
 
 TEST(PanelExtents, ComeBackWhenASmallWindowGrowsAgain)
 {
@@ -104,6 +106,37 @@ protected:
     }
 };
 } // namespace
+
+TEST_F(BlockPanelOnMap, TheHistoryGoesNoStepInTheMiddleOfADrawing)
+{
+    Draw("A", 10.0);
+    for (const char* name : {"B", "C"})
+        ASSERT_TRUE(viewer->RenameBlock("A", name));
+    const QUndoStack& stack = *viewer->GetUndoStack();
+    HistoryView view(viewer);
+    view.show();
+    const auto click = [&](int row) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {},
+                          view.visualRect(view.model()->index(row, 0)).center());
+    };
+    click(0);
+    EXPECT_EQ(stack.index(), 0);
+    QTest::keyClick(&view, Qt::Key_Down);
+    EXPECT_EQ(stack.index(), 1);
+    viewer->SetToolType(ToolPolygonBlock);
+    viewer->createShapeNode();
+    ASSERT_TRUE(viewer->GetCurHandleAdapter());
+    viewer->GetCurHandleAdapter()->slotPicked({20.0, 10.0, 0.0}, {6.0e6, 2.0e6, 1.1e6});
+    click(2);
+    QTest::keyClick(&view, Qt::Key_Home);
+    EXPECT_EQ(stack.index(), 1);
+    EXPECT_EQ(view.currentIndex().row(), 1);
+    viewer->GetCurHandleAdapter()->CancelHandle();
+    viewer->SetToolType(ToolNavigate);
+    click(2);
+    EXPECT_EQ(stack.index(), 2);
+    viewer->GetUndoStack()->clear();
+}
 
 TEST_F(BlockPanelOnMap, SortsBlocksThatAreNamedAfterTheyCame)
 {
