@@ -5,6 +5,7 @@
 #include "viewer/overlay/AxReadOut.h"
 #include "viewer/overlay/CAxCoordinateWidget.h"
 #include "viewer/overlay/CAxGraphicsCompassItem.h"
+#include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <osgGA/EventQueue>
 
@@ -144,6 +145,18 @@ TEST(CompassDial, OutlivesItsViewer)
         EXPECT_TRUE(shortLived.GetFocusToMaptool());
     }
     dial.Press();
+}
+
+TEST_F(Overlay, ASlotOfTheBarThatIsCalledTakesThePress)
+{
+    for (const char* slot :
+         {"slotDisplayShootPoint", "slotNoflyZoneVisbile", "slotMeasureToolEnabled", "slotMarkerToolEnabled"})
+        for (const bool on : {true, false}) {
+            viewer->SetFocusToMaptool(false);
+            ASSERT_TRUE(QMetaObject::invokeMethod(viewer->GetMapToolWidget(), slot, Q_ARG(bool, on)));
+            EXPECT_TRUE(viewer->GetFocusToMaptool()) << slot;
+        }
+    viewer->SetFocusToMaptool(false);
 }
 
 // The compass takes presses, and so does the read-out, whatever tool is in hand.

@@ -99,12 +99,16 @@ void CAxMapToolsWidget::InitSlots()
     connect(m_pMeasureBtn, SIGNAL(clicked(bool)), this, SLOT(slotMeasureToolEnabled(bool)));
     connect(m_pMarkerTools, SIGNAL(clicked(bool)), this, SLOT(slotMarkerToolEnabled(bool)));
     connect(m_pVoiceSwitchBtn, SIGNAL(clicked(bool)), this, SLOT(slotTextToSpeechEnabled(bool)));
-    for (QPushButton* button : findChildren<QPushButton*>()) {
-        connect(button, &QPushButton::clicked, this, [this] {
-            if (viewer)
-                viewer->Tools().TakePress();
-        });
-    }
+}
+
+// Who hears of it may end the viewer, and the bar with it.
+template <typename Action> void CAxMapToolsWidget::Act(Action action)
+{
+    const QPointer<AxViewerParts> parts = viewer;
+    if (parts)
+        action(*parts);
+    if (parts)
+        parts->Tools().TakePress();
 }
 
 void CAxMapToolsWidget::ResetToolType()
@@ -197,26 +201,25 @@ void CAxMapToolsWidget::SetShootPointChecked(bool checked)
 
 void CAxMapToolsWidget::slotDisplayShootPoint(bool checked)
 {
-    if (viewer)
-        viewer->ShowShootPoints(checked);
+    Act([=](AxViewerParts& parts) { parts.ShowShootPoints(checked); });
 }
 
 void CAxMapToolsWidget::slotFollowToAircraf(bool)
 {
-    if (viewer)
-        viewer->SwitchAircraftView();
+    Act([](AxViewerParts& parts) { parts.SwitchAircraftView(); });
 }
 
 void CAxMapToolsWidget::slotScrollToArea(bool)
 {
-    if (viewer)
-        viewer->ShowAllBlocks();
+    Act([](AxViewerParts& parts) { parts.ShowAllBlocks(); });
 }
 
 void CAxMapToolsWidget::slotNoflyZoneVisbile(bool checked)
 {
-    if (AxZoneAnswers* zones = viewer ? viewer->Zones() : nullptr)
-        zones->SetNoFlyZoneMask(checked);
+    Act([=](AxViewerParts& parts) {
+        if (AxZoneAnswers* zones = parts.Zones())
+            zones->SetNoFlyZoneMask(checked);
+    });
 }
 
 void CAxMapToolsWidget::SwitchTool(bool checked, EToolType tool, QPushButton* other)
@@ -224,9 +227,14 @@ void CAxMapToolsWidget::SwitchTool(bool checked, EToolType tool, QPushButton* ot
     if (checked)
         other->setChecked(false);
     const EToolType active = checked ? tool : ToolNavigate;
-    if (viewer)
-        viewer->Tools().TakeUp(active);
-    emit ToolTypeChanged(active);
+    const QPointer<CAxMapToolsWidget> self(this);
+    const QPointer<AxViewerParts> parts = viewer;
+    if (parts)
+        parts->Tools().TakeUp(active);
+    if (self)
+        emit ToolTypeChanged(active);
+    if (parts)
+        parts->Tools().TakePress();
 }
 
 void CAxMapToolsWidget::slotMeasureToolEnabled(bool checked)
@@ -241,6 +249,5 @@ void CAxMapToolsWidget::slotMarkerToolEnabled(bool checked)
 
 void CAxMapToolsWidget::slotTextToSpeechEnabled(bool checked)
 {
-    if (viewer)
-        viewer->SwitchVoice(checked);
+    Act([=](AxViewerParts& parts) { parts.SwitchVoice(checked); });
 }

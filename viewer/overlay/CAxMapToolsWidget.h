@@ -10,9 +10,9 @@
 class AxViewerParts;
 
 /**
- * The column of image buttons at the right edge of the map. A click marks the
- * press as the bar's, so that the viewer does not take its release for a click
- * on the map. Owned by the graphics scene. GUI thread only.
+ * The column of image buttons at the right edge of the map. Each slot ends by
+ * marking the press as the bar's, so that the viewer does not take its release
+ * for a click on the map. Owned by the graphics scene. GUI thread only.
  */
 class AXEARTHVIEWER_EXPORT CAxMapToolsWidget : public CAxBaseWidget
 {
@@ -63,6 +63,7 @@ private:
     void ArrangeButtons();
     void ArrangeInTwoColumns(const QList<QPushButton*>& buttons);
     void SwitchTool(bool checked, EToolType tool, QPushButton* other);
+    template <typename Action> void Act(Action action);
 
     QPushButton* m_pBtnDisplayShoot = nullptr;
     QPushButton* m_pBtnNoFly = nullptr;
