@@ -169,7 +169,8 @@ AxCoordinateSystem::Shown AxCoordinateSystem::Show(double latitude, double longi
     shown.names = {Longitude(), Latitude()};
     switch (m_form) {
     case AxCoordinateText::Form::Decimal:
-        shown.values = {QString::number(longitude, 'f', decimalsOfDegrees) + QChar(0x00b0),
+        shown.values = {QString::number(std::remainder(longitude, 360.0), 'f', decimalsOfDegrees) +
+                            QChar(0x00b0),
                         QString::number(latitude, 'f', decimalsOfDegrees) + QChar(0x00b0)};
         break;
     case AxCoordinateText::Form::Dms:

@@ -27,7 +27,7 @@ QString Field(QString text)
 
 QStringList Place(const osg::Vec3d& place)
 {
-    return {QString::number(place.x(), 'f', 9), QString::number(place.y(), 'f', 9)};
+    return {QString::number(std::remainder(place.x(), 360.0), 'f', 9), QString::number(place.y(), 'f', 9)};
 }
 
 QVector<AxQuantity> Occurring(const QVector<AxMeasurement>& measurements)

@@ -2,6 +2,7 @@
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
+#include "scene/base/AxLongitudes.h"
 
 #include <cmath>
 
@@ -28,7 +29,7 @@ AxMeasuredValues MeasurePlace(const std::vector<osg::Vec3d>& points, const AxPat
     }
     AxMeasuredValues measured;
     measured.system = system.IsOfProj() ? system.Name() : system.Show(place.y(), place.x()).system;
-    measured.whole = {{AxQuantity::Longitude, place.x()},
+    measured.whole = {{AxQuantity::Longitude, AxLongitudes::Normalized(place.x())},
                       {AxQuantity::Latitude, place.y()},
                       {AxQuantity::Easting, easting},
                       {AxQuantity::Northing, northing},

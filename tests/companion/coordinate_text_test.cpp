@@ -248,6 +248,7 @@ TEST(CoordinateSystem, SaysWhereItEnds)
         EXPECT_EQ(shown.values[0].isEmpty(), row.reach == Reach::Outside);
         EXPECT_EQ(shown.system.contains(QLatin1String("outside the area")), row.reach != Reach::Inside);
     }
+    EXPECT_TRUE(AxCoordinateSystem().Show(10.0, 190.0).values[0].startsWith("-170.0")) << "of any turn";
 }
 
 TEST(CoordinateSystem, ReadsItsOwnNumbersAndTheOthers)
