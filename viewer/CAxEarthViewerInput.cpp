@@ -194,8 +194,10 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
     } else if (key == Qt::Key_Escape && !d->tools.IsBusy() &&
                (AxToolRowOf(d->tools.Tool()).measures || GetToolKind(d->tools.Tool()) == ToolKindPick)) {
         const EToolType left = d->tools.Tool();
+        const QPointer<CAxEarthViewer> self(this);
         d->tools.TakeUp(ToolNavigate);
-        emit signalHandlePickEnded(left);
+        if (self)
+            emit signalHandlePickEnded(left);
     } else if (key == Qt::Key_Escape) {
         // What nobody is in the middle of is left: the several, or the one.
         if (!d->tools.InHand().GiveUp() && !d->objects.GiveUpOperation() && !d->tools.IsBusy() &&

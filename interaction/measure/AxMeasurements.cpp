@@ -80,8 +80,9 @@ void AxMeasurements::Take(AxMeasureAdapter* adapter)
     list += one;
     adapters[id] = adapter;
     adapter->ShowMeasured(one);
+    const QPointer<AxMeasurements> self(this);
     emit added(id);
-    if (Find(id))
+    if (self && Find(id))
         read(id);
 }
 
@@ -157,9 +158,11 @@ bool AxMeasurements::Remove(const QString& id)
         *job = true;
     list.remove(static_cast<int>(one - list.constData()));
     highlighted.removeAll(id);
+    const QPointer<AxMeasurements> self(this);
     if (const QPointer<AxMeasureAdapter> adapter = adapters.take(id))
         adapter->TakeOffMap();
-    emit removed(id);
+    if (self)
+        emit removed(id);
     return true;
 }
 
