@@ -68,6 +68,49 @@ TEST_F(MeasuringAreas, AnAreaIsThatOfItsCornersOnTheEllipsoidAndOfItsGround)
     EXPECT_TRUE(std::isnan(crossed.values.Of(AxQuantity::Area)));
 }
 
+TEST_F(MeasuringAreas, TheAntimeridianAndAPoleAreCrossed)
+{
+    // Without either, of the same size: shifted, and put together of triangles that end at the pole.
+    const double besides = GeodesicRingArea({{19.0, 9.0}, {21.0, 9.0}, {21.0, 11.0}, {19.0, 11.0}});
+    const double quarter = GeodesicRingArea({{0.0, 80.0}, {90.0, 80.0}, {0.0, 90.0}});
+    const struct
+    {
+        double lng, lat; // where the map is looked at
+        std::vector<osg::Vec2d> corners;
+        double area, firstToThird;
+    } rows[] = {
+        {180.0,
+         10.0,
+         {{179.0, 9.0}, {-179.0, 9.0}, {-179.0, 11.0}, {179.0, 11.0}},
+         besides,
+         DistanceBetweenTwoLatLng({19.0, 9.0, 0.0}, {21.0, 11.0, 0.0})},
+        {20.0,
+         89.0,
+         {{0.0, 80.0}, {90.0, 80.0}, {180.0, 80.0}, {-90.0, 80.0}},
+         4.0 * quarter,
+         2.0 * DistanceBetweenTwoLatLng({0.0, 80.0, 0.0}, {0.0, 90.0, 0.0})},
+    };
+    for (const auto& row : rows) {
+        manipulator->setViewpoint(Straight(row.lng, row.lat, 1.5e7));
+        ASSERT_TRUE(WaitForPicture());
+        viewer->SetToolType(ToolMeasureArea);
+        for (std::size_t i = 0; i < 3; ++i)
+            Click(row.corners[i].x(), row.corners[i].y());
+        DoubleClickAt(row.corners[3].x(), row.corners[3].y());
+        const AxMeasurement ring = Only();
+        ASSERT_EQ(ring.points.size(), 4u) << row.lng;
+        EXPECT_FALSE(ring.values.isCrossed) << row.lng;
+        EXPECT_NEAR(ring.values.Of(AxQuantity::Area), row.area, 1e-3 * row.area) << row.lng;
+        kept->Clear();
+        viewer->SetToolType(ToolMeasureDistance);
+        Click(row.corners[0].x(), row.corners[0].y());
+        DoubleClickAt(row.corners[2].x(), row.corners[2].y());
+        EXPECT_NEAR(Only().values.Of(AxQuantity::Length), row.firstToThird, 1e-3 * row.firstToThird)
+            << row.lng;
+        kept->Clear();
+    }
+}
+
 TEST_F(MeasuringAreas, APlaneIsDraggedAlongTheAxesOfTheProjectionPlane)
 {
     for (const double turn : {0.0, 45.0}) {
