@@ -11,6 +11,7 @@
 #include <osgEarth/MapNode>
 
 #include <QPointer>
+#include <QThread>
 
 #include <cmath>
 #include <utility>
@@ -172,6 +173,8 @@ bool AxSightAnalysis::LookAround(const AxViewshedQuestion& question, QString* wh
         return false;
     work.Start(
         [question, heightsOfMap = ground(), done = percent](const std::atomic<bool>& isOff) {
+            // It takes seconds of a core that the map is drawn with.
+            QThread::currentThread()->setPriority(QThread::IdlePriority);
             const auto tell = [&](double before, double part) {
                 return [&isOff, &done, before, part](double share) {
                     *done = static_cast<int>(before + part * share);

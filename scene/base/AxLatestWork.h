@@ -12,7 +12,12 @@
 class AxLatestWork : public QObject
 {
 public:
-    AxLatestWork() { thread.setMaxThreadCount(1); }
+    AxLatestWork()
+    {
+        thread.setMaxThreadCount(1);
+        // A piece may lower its thread's priority, and systems do not let everybody raise it again.
+        thread.setExpiryTimeout(0);
+    }
     ~AxLatestWork() override
     {
         CallOff();
