@@ -7,7 +7,7 @@
 #include <utility>
 
 namespace {
-constexpr int dotCell = 24;  // pixels: more of them tell no more, and are slow to draw
+constexpr int dotCell = 32;  // pixels: more of them tell no more, and are slow to draw
 constexpr int labelCell = 4; // pixels
 // As far apart two boxes never share a cell, pixels.
 constexpr int labelGap = 4;
