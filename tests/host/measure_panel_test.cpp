@@ -99,8 +99,8 @@ TEST_F(Measurements, AClickWhileBrowsingSelectsWhatIsSeenThere)
     kept.Clear();
     MeasurePanel panel(viewer);
     panel.show();
-    MeasurePath(*viewer, {{-105.0, 37.4, 0.0}, {-104.9, 37.4, 0.0}});
-    MeasurePath(*viewer, {{-105.0, 37.43, 0.0}, {-104.9, 37.43, 0.0}});
+    MeasurePath(*viewer, {{-105.05, 37.4, 0.0}, {-104.95, 37.4, 0.0}});
+    MeasurePath(*viewer, {{-105.05, 37.43, 0.0}, {-104.95, 37.43, 0.0}});
     const QStringList ids{kept.All()[0].id, kept.All()[1].id};
     auto* list = panel.findChild<MeasureList*>();
     CAxEarthManipulator* camera = viewer->getManipulator();
@@ -108,7 +108,7 @@ TEST_F(Measurements, AClickWhileBrowsingSelectsWhatIsSeenThere)
     ASSERT_TRUE(WaitForPicture());
     ASSERT_TRUE(waitFor([&] { return !kept.All()[0].isPending && !kept.All()[1].isPending; }));
     const osgEarth::SpatialReference* geographic = viewer->getSRS()->getGeographicSRS();
-    // About 18 m a pixel; the texts stand to the upper right of the last points.
+    // About 18 m a pixel; the texts stand to the upper right of the last points, far from the border.
     const struct
     {
         const char* what;
@@ -116,11 +116,11 @@ TEST_F(Measurements, AClickWhileBrowsingSelectsWhatIsSeenThere)
         EToolType tool;
         QStringList chosen;
     } rows[] = {
-        {"a line", -104.96, 37.4, ToolNavigate, {ids[0]}},
-        {"beside all", -104.96, 37.41, ToolNavigate, {ids[0]}},
-        {"another tool", -104.96, 37.43, ToolMeasureDistance, {ids[0]}},
-        {"a text", -104.888, 37.434, ToolNavigate, {ids[1]}},
-        {"the point", -104.9, 37.4, ToolNavigate, {ids[0]}},
+        {"a line", -105.01, 37.4, ToolNavigate, {ids[0]}},
+        {"beside all", -105.01, 37.41, ToolNavigate, {ids[0]}},
+        {"another tool", -105.01, 37.43, ToolMeasureDistance, {ids[0]}},
+        {"a text", -104.938, 37.434, ToolNavigate, {ids[1]}},
+        {"the point", -104.95, 37.4, ToolNavigate, {ids[0]}},
     };
     for (const auto& row : rows) {
         viewer->SetToolType(row.tool);
