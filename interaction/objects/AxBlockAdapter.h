@@ -69,6 +69,9 @@ protected:
     void DrawRubberBand(const std::vector<osg::Vec3d>& points, bool closed);
     /// A text that follows the cursor until the drawing ends; the place in degrees, degrees, metres.
     void ShowBesideCursor(const osg::Vec3d& lngLatPos, const QString& text);
+    /// What stands beside a vertex that is dragged, lengths and sizes; `vertex` is beyond the last one when all
+    /// of them are.
+    virtual QString DragText(std::size_t vertex);
     /// The handles in step with the vertices; the first vertex makes the editor.
     void ShowHandles();
     /// The widget for boxes, or null.

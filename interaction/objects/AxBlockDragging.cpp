@@ -56,8 +56,12 @@ void AxBlockAdapter::slotPointMoved(double lng, double lat, double alt, int inde
             static_cast<std::size_t>(handle) == AxRim::turning ? tr("Turn block") : tr("Change size");
     const std::size_t vertex = isOfRim ? d->anchors.size() : static_cast<std::size_t>(std::max(0, index));
     if (d->operation == OperationMovePoint && ShapeKind().countMayChange && d->viewer)
-        ShowBesideCursor(
-            place, AxVertexText(d->anchors, vertex, ShapeKind().IsClosed(), *d->viewer->Scene().MapSRS()));
+        ShowBesideCursor(place, DragText(vertex));
+}
+
+QString AxBlockAdapter::DragText(std::size_t vertex)
+{
+    return AxVertexText(d->anchors, vertex, ShapeKind().IsClosed(), *d->viewer->Scene().MapSRS());
 }
 
 void AxBlockAdapter::dragRim(std::size_t handle, const osg::Vec3d& place)

@@ -172,14 +172,12 @@ void CAxOsgDrawLine::slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos)
     ShowBesideCursor(lngLatPos, text);
 }
 
-void CAxOsgDrawLine::slotPointMoved(double lng, double lat, double alt, int index)
+QString CAxOsgDrawLine::DragText(std::size_t vertex)
 {
-    AxBlockAdapter::slotPointMoved(lng, lat, alt, index);
-    if (d->operation != OperationMovePoint || !d->viewer || !IsOutlineClosed())
-        return;
-    ShowBesideCursor({lng, lat, alt},
-                     d->cursorLabel.Text() + QLatin1Char('\n') +
-                         AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS()));
+    QString text = AxBlockAdapter::DragText(vertex);
+    if (IsOutlineClosed())
+        text += QLatin1Char('\n') + AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS());
+    return text;
 }
 
 // Judging

@@ -56,13 +56,13 @@ public:
 public slots:
     void slotMoving(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
     void slotPicked(osg::Vec3d lngLatPos, osg::Vec3d worldCoordPos) override;
-    /// Shows the area of the band as well.
-    void slotPointMoved(double lng, double lat, double alt, int index) override;
 
 protected:
     AxVerdict JudgeShape() override;
     AxVerdict Judge() override;
     QString ShapeFault() override;
+    /// With the area and width of the band.
+    QString DragText(std::size_t vertex) override;
 
 private:
     bool fillIn(bool isNew);
