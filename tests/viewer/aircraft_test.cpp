@@ -211,8 +211,9 @@ TEST_F(AircraftOnMap, StandsOnTheGroundWhenLanded)
         EXPECT_GT(above, 0.05) << off << ": its middle";
         aircraft->SetLanded(false);
     }
-    PassFrames(3);
-    EXPECT_GT((ModelPlace(aircraft) - AxGlobe::WorldOf({lng, lat, ground})).length(), 39.0);
+    EXPECT_TRUE(waitFor([&] {
+        return (ModelPlace(aircraft) - AxGlobe::WorldOf({lng, lat, ground})).length() > 39.0;
+    }));
     // In the air it may be below ground that is coarse: the model alone is drawn higher.
     Fly(0.0, -40.0);
     EXPECT_EQ(aircraft->GetPosition().z(), ground - 40.0);
