@@ -4,7 +4,9 @@
 #include "viewer/AxMapLayers.h"
 #include "viewer/AxViewerPrivate.h"
 
+#if __has_include(<osgEarth/KnownGround>)
 #include <osgEarth/KnownGround>
+#endif
 
 #include <algorithm>
 #include <cmath>
@@ -22,9 +24,12 @@ double CAxEarthViewer::GetElevation(double longitude, double latitude) const
     const auto covers = [longitude, latitude](const auto& layer) {
         return layer->getVisible() && layer->isOpen() && layer->getDataExtent().contains(longitude, latitude);
     };
-    if (std::none_of(layers.begin(), layers.end(), covers) ||
-        !osgEarth::isGroundKnown(*d->mapNode, longitude, latitude))
+    if (std::none_of(layers.begin(), layers.end(), covers))
         return unknown;
+#if __has_include(<osgEarth/KnownGround>) // osgEarth 2.8 itself does not tell gaps
+    if (!osgEarth::isGroundKnown(*d->mapNode, longitude, latitude))
+        return unknown;
+#endif
     QList<osg::Vec3d> place = {osg::Vec3d(longitude, latitude, unknown)};
     d->GetElevations(place);
     return place.front().z();
