@@ -4784,14 +4784,14 @@ Heights are above the ellipsoid.</source>
         <source>Viewshed %1</source>
         <translation>视域 %1</translation>
     </message>
-</context>
-<context>
-    <name>AxSightText</name>
-    <message>
     <message>
         <source>Observer</source>
         <translation>观察点</translation>
     </message>
+</context>
+<context>
+    <name>AxSightText</name>
+    <message>
         <source>hidden from %1 on
 %2 in the way</source>
         <translation>自 %1 处起不可见
@@ -5066,10 +5066,6 @@ Heights are above the ellipsoid.</source>
         <source>Click the target on the map; Escape ends it.</source>
         <translation>请在地图上点击目标；按 Esc 结束。</translation>
     </message>
-</context>
-<context>
-    <name>AxMeasurement</name>
-    <message>
     <message>
         <source>Called off.</source>
         <translation>已取消。</translation>
@@ -5078,6 +5074,10 @@ Heights are above the ellipsoid.</source>
         <source>Waits for its turn</source>
         <translation>等待计算</translation>
     </message>
+</context>
+<context>
+    <name>AxMeasurement</name>
+    <message>
         <source>Length</source>
         <translation>长度</translation>
     </message>
