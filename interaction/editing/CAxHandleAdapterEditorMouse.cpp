@@ -4,7 +4,7 @@
 #include "interaction/editing/AxSnapping.h"
 #include "interaction/editing/CAxClampObjectCallback.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 #include "scene/shape/AxViewRay.h"
 
 #include "scene/AxEditAids.h"

@@ -1,6 +1,6 @@
 // Navigation around models and in projected mode.
 #include "interaction/input/CAxEarthManipulator.h"
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 #include "interaction/models/AxModelNavigation.h"
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"

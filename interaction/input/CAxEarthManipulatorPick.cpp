@@ -2,7 +2,7 @@
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/marks/AxMarkHit.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"

@@ -2,7 +2,7 @@
 #include "EditorFixture.h"
 #include "SceneEvents.h"
 
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 
 #include <osg/ShapeDrawable>
 

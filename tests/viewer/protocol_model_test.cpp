@@ -1,7 +1,7 @@
 // Model layers under the mouse, and navigation around models.
 #include "ProtocolFixture.h"
 
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 
 #include <osg/Shape>
 #include <osg/ShapeDrawable>

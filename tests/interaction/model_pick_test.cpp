@@ -1,7 +1,7 @@
 // Models of model layers under the mouse.
 #include "SceneOnEarth.h"
 
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 
 #include <osg/LOD>
 

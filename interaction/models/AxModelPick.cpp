@@ -1,4 +1,4 @@
-#include "interaction/models/AxModelLayers.h"
+#include "interaction/models/AxModelPick.h"
 
 #include <osg/Group>
 #include <osgEarth/GeoData>
