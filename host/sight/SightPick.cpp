@@ -22,7 +22,10 @@ SightPick::SightPick(CAxEarthViewer* earthViewer, QObject* parent)
             QOverload<osg::Vec3d, osg::Vec3d>::of(&CAxEarthManipulator::mouseLeftBtnClick), this,
             &SightPick::OnMapClicked);
     connect(viewer->GetMapToolWidget(), &CAxMapToolsWidget::ToolInHand, this, [this] { EndWithoutTool(); });
-    connect(viewer, &QObject::destroyed, this, [this] { Want(0); });
+    connect(viewer, &QObject::destroyed, this, [this] {
+        viewer.clear(); // a widget tells so before it leaves its pointers
+        Want(0);
+    });
 }
 
 SightPick::~SightPick() = default;
