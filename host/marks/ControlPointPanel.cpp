@@ -41,22 +41,6 @@ enum Column
     HeightColumn
 };
 
-// A table has it in a column. Not a number where it says nothing.
-double HeightOf(const AxGeoShape& point)
-{
-    const QStringList columns{QStringLiteral("altitude"),  QStringLiteral("alt"), QStringLiteral("height"),
-                              QStringLiteral("elevation"), QStringLiteral("z"),   QString::fromUtf8("高程")};
-    double height = point.altitude;
-    for (auto field = point.attributes.begin(); field != point.attributes.end(); ++field) {
-        bool isNumber = false;
-        const double value =
-            QString(field.value()).replace(QLatin1Char(','), QLatin1Char('.')).toDouble(&isNumber);
-        if (!std::isfinite(height) && isNumber && columns.contains(field.key().trimmed().toLower()))
-            height = value;
-    }
-    return height;
-}
-
 // Numbers names that are taken or missing.
 class PointNames
 {
@@ -259,7 +243,7 @@ void ControlPointPanel::Import(const QString& file)
         if (point.kind != AxGeoShape::Point || point.points.size() != 1 || !std::isnan(point.radius))
             continue;
         const QPointF place = point.points.constFirst();
-        double height = HeightOf(point);
+        double height = point.altitude;
         if (!std::isfinite(height)) {
             const double ground = viewer->GetElevation(place.x(), place.y());
             height = std::isfinite(ground) ? ground : 0.0;

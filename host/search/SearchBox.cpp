@@ -185,7 +185,7 @@ void SearchBox::FlyToRow(int row)
         return;
     const Target target = shown[static_cast<std::size_t>(row)];
     list->hide();
-    setText(target.kind == Target::Block ? text() : target.text);
+    setText(target.kind == Target::Place ? target.text : text());
     selectAll();
     FlyTo(target);
 }

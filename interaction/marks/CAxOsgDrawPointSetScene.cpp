@@ -17,8 +17,6 @@
 #include "scene/shape/AxShapeClamp.h"
 #include "scene/shape/AxViewRay.h"
 
-#include <AxData/CAxControl.h>
-
 #include <osgEarth/MapNode>
 #include <osgEarth/Terrain>
 
@@ -210,7 +208,6 @@ void CAxOsgDrawPointSet::takeHeights(const QVector<AxMarkHeight>& found)
     }
     if (!isChanged)
         return;
-    CAxControl::GetInstance()->SetProjectModified(true);
     emit signalResetList();
     if (self.IsWanted())
         emit marksChanged();
