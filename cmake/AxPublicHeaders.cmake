@@ -30,6 +30,9 @@ set(AX_PUBLIC_HEADERS
   interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
   interaction/AxMeasurement.h=interaction/measure/AxMeasurement.h
   interaction/AxMeasurements.h=interaction/measure/AxMeasurements.h
+  interaction/AxModelLayers.h=interaction/models/AxModelLayers.h
+  interaction/AxModelPlacement.h=interaction/models/AxModelPlacement.h
+  interaction/AxModelSource.h=interaction/models/AxModelSource.h
   interaction/AxStripShape.h=interaction/objects/AxStripShape.h
   interaction/CAxOsgDrawLine.h=interaction/objects/CAxOsgDrawLine.h
   interaction/CAxOsgDrawPointSet.h=interaction/marks/CAxOsgDrawPointSet.h

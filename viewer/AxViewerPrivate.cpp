@@ -5,6 +5,7 @@
 #include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMeasurePlane.h"
+#include "interaction/models/AxModelLayers.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
 #include "mission/landing/CAxInterestPointNode.h"
 #include "mission/landing/CAxLandingAreaNode.h"
@@ -113,6 +114,12 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);
     sightAnalysis = std::make_unique<AxSightAnalysis>(*this);
+    modelLayers = std::make_unique<AxModelLayers>(*this);
+    connect(modelLayers.get(), &AxModelLayers::loaded, q, [this](const QString& id) {
+        if (const auto layer = modelLayers->Find(id))
+            emit q->signalAddModelLayer(id, layer->name, layer->files, layer->options.isVisible, layer->path,
+                                        layer->options.coordinateSystem);
+    });
 }
 
 AxViewerPrivate::~AxViewerPrivate() = default;
@@ -396,6 +403,7 @@ void AxViewerPrivate::shutDown()
     layers->blockSignals(true);
     groundRequests.reset();
     sightAnalysis.reset();
+    modelLayers.reset();
     measurements->Close();
     controlPoints.reset();
     delete landingArea;

@@ -33,6 +33,7 @@ class AxGroundRequests;
 class AxInputRouter;
 class AxMapLayers;
 class AxMeasurements;
+class AxModelLayers;
 class AxOverlayScene;
 class AxSightAnalysis;
 class CAxGraphicsCompassItem;
@@ -147,6 +148,7 @@ public:
     QPointer<CAxLandingAreaNode> landingArea;
     std::unique_ptr<AxControlPoints> controlPoints;
     std::unique_ptr<AxMapLayers> layers;
+    std::unique_ptr<AxModelLayers> modelLayers;
 
     CAxGraphicsCompassItem* compassItem = nullptr;
     CAxMapToolsWidget* mapToolsWidget = nullptr;

@@ -25,6 +25,7 @@ class AxBlockOperations;
 class AxCoordinateSystem;
 class AxMapLayers;
 class AxMeasurements;
+class AxModelLayers;
 class AxSightAnalysis;
 class AxViewerParts;
 class AxViewerPrivate;
@@ -174,6 +175,8 @@ public:
     AxMapLayers* GetMapLayers() const;
     /// What the measuring tools have found, as the map shows it; see there. Never null.
     AxMeasurements* GetMeasurements() const;
+    /// 3-D models: loaded, shown, lifted and removed; see there. Never null.
+    AxModelLayers* GetModelLayers() const;
     /// What can be seen from where; see there. Never null.
     AxSightAnalysis* GetSightAnalysis() const;
 
@@ -358,8 +361,10 @@ signals:
     void signalAddMarkPoint(QString, QString);
     /// A mark point was deleted: the object's ID and the point's name.
     void signalDelMarkPoint(QString, QString);
-    /// A model layer was added.
-    void signalAddModelLayer(QString, QString, QStringList, bool, QString, QString);
+    /// A model layer was added and is loaded: AxModelLayer's ID, name and files, whether it is visible, path
+    /// and coordinate system.
+    void signalAddModelLayer(QString id, QString name, QStringList files, bool isVisible, QString path,
+                             QString coordinateSystem);
     /// An elevation layer was added: its name and its value.
     void signalElevationLayer(QString, QVariant);
     /// Alt was pressed (true) or let go on the map; in applications of kinds 1 and 3.

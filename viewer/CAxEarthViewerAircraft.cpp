@@ -1,4 +1,5 @@
 // The face of the viewer: aircraft.
+#include "interaction/models/AxModelLayers.h"
 #include "mission/aircraft/CAxUavNode.h"
 #include "viewer/AxViewerPrivate.h"
 
@@ -115,6 +116,7 @@ double CAxEarthViewer::GetHAE(double longitude, double latitude, double altitude
 void CAxEarthViewer::SetMapHeightsAboveEllipsoid(bool above)
 {
     d->aircraft.heightsAboveEllipsoid = above;
+    d->modelLayers->PlaceAgain();
 }
 
 bool CAxEarthViewer::AreMapHeightsAboveEllipsoid() const

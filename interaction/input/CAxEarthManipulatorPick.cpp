@@ -84,12 +84,17 @@ CAxEarthManipulator::Pick CAxEarthManipulator::pickAlong(const AxViewRay& ray) c
 std::optional<AxModelHit> CAxEarthManipulator::modelAlong(const AxViewRay& ray) const
 {
     osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
-    osg::Group* branch = operateMode == OperateGlobe
-                             ? (mapNode ? mapNode->getModelLayerGroup() : nullptr)
-                             : AxFindModelRoot(viewer->Scene().View()->getSceneData());
-    if (!branch || branch->getNumChildren() == 0)
-        return std::nullopt;
-    return AxPickModelLayer(*branch, ray, *viewer->Scene().MapSRS());
+    // On the globe those that the map file brings count, too.
+    osg::Group* ofMap = operateMode == OperateGlobe && mapNode ? mapNode->getModelLayerGroup() : nullptr;
+    std::optional<AxModelHit> nearest;
+    for (osg::Group* branch : {ofMap, AxFindModelRoot(viewer->Scene().View()->getSceneData())}) {
+        if (!branch || branch->getNumChildren() == 0)
+            continue;
+        const auto hit = AxPickModelLayer(*branch, ray, *viewer->Scene().MapSRS());
+        if (hit && (!nearest || (hit->world - ray.eye).length2() < (nearest->world - ray.eye).length2()))
+            nearest = hit;
+    }
+    return nearest;
 }
 
 bool CAxEarthManipulator::IntersectModelLayer(const GUIEventAdapter& ea, double& lon, double& lat,

@@ -1,0 +1,25 @@
+#pragma once
+#include "scene/base/AxEarthViewerExport.h"
+
+#include <osg/Node>
+#include <osg/ref_ptr>
+#include <osg/Vec3d>
+
+#include <QtGlobal>
+
+namespace osgDB {
+class Options;
+}
+
+/// Makes a model that was just read fit to be drawn: nodes that are still to be read get the options, lines
+/// and triangles with a vertex that is no number go, what has no picture gets normals and shades, arrays go
+/// into buffers. How many triangles went. Any thread; the model is nobody else's yet.
+AXEARTHVIEWER_EXPORT qint64 AxPrepareModel(osg::Node& model, osgDB::Options* options);
+
+/// Puts together what is drawn alike, where a model has so many nodes that to look at each would cost more
+/// than to draw them; and moves vertices that are far from their zero, as those with map coordinates are, to
+/// around it: what they were moved by is given back. Not of models with paged parts. As above.
+AXEARTHVIEWER_EXPORT osg::Vec3d AxGatherModel(osg::ref_ptr<osg::Node>& model);
+
+/// Whether there is anything to draw below a node, or anything that is still to be read.
+AXEARTHVIEWER_EXPORT bool AxIsDrawable(osg::Node& model);
