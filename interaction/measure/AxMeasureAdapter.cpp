@@ -1,5 +1,4 @@
 #include "interaction/measure/AxMeasureAdapter.h"
-#include "interaction/measure/AxLabelInside.h"
 #include "interaction/measure/AxMeasureHit.h"
 #include "interaction/objects/AxHandleAdapterState.h"
 #include "scene/AxObjectBook.h"
@@ -9,6 +8,7 @@
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxSceneImage.h"
 #include "scene/shape/AxDrawnGround.h"
+#include "scene/shape/AxLabelInside.h"
 #include "scene/shape/AxWorldGeometry.h"
 
 #include <osg/CoordinateSystemNode>

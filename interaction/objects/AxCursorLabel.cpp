@@ -1,6 +1,7 @@
 #include "interaction/objects/AxCursorLabel.h"
 #include "scene/AxScene.h"
 #include "scene/shape/AxBlockArea.h"
+#include "scene/shape/AxLabelInside.h"
 #include "scene/shape/AxRingInPlane.h"
 
 #include <AxAlgorthm/AxCoordinate.h>
@@ -9,7 +10,6 @@
 
 #include <osgEarth/MapNode>
 #include <osgEarthSymbology/TextSymbol>
-#include <osgViewer/Viewer>
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -23,16 +23,13 @@ QString Tr(const char* text)
     return QCoreApplication::translate("CAxHandleAdapter", text);
 }
 
-// Over the vertices that have been drawn already, and away from the border of the map where that is near.
-osgEarth::Symbology::Style Beside(const osgEarth::Symbology::Style& style, bool isLeft, bool isBelow)
+// Over the vertices that have been drawn already.
+osgEarth::Symbology::Style Beside(const osgEarth::Symbology::Style& style)
 {
-    constexpr short aside = 14;
-    constexpr short above = 10;
     osgEarth::Symbology::Style beside = style;
     auto* symbol = beside.getOrCreate<TextSymbol>();
-    symbol->alignment() = isLeft ? (isBelow ? TextSymbol::ALIGN_RIGHT_TOP : TextSymbol::ALIGN_RIGHT_BOTTOM)
-                                 : (isBelow ? TextSymbol::ALIGN_LEFT_TOP : TextSymbol::ALIGN_LEFT_BOTTOM);
-    symbol->pixelOffset() = osg::Vec2s(isLeft ? -aside : aside, isBelow ? -above : above);
+    symbol->alignment() = TextSymbol::ALIGN_LEFT_BOTTOM;
+    symbol->pixelOffset() = osg::Vec2s(14, 10);
     symbol->declutter() = false;
     return beside;
 }
@@ -46,25 +43,14 @@ void AxCursorLabel::Show(const AxScene& scene, const osgEarth::Symbology::Style&
     if (!group)
         return;
     const osgEarth::GeoPoint place(scene.MapSRS()->getGeographicSRS(), lngLatPos, osgEarth::ALTMODE_ABSOLUTE);
-    // Half the window is more than any of these texts takes.
-    const osg::Camera& camera = *scene.View()->getCamera();
-    osg::Vec3d world;
-    place.toWorld(world);
-    const osg::Vec3d inWindow = world * camera.getViewMatrix() * camera.getProjectionMatrix();
-    const bool left = inWindow.x() > 0.3;
-    const bool below = inWindow.y() > 0.7;
     if (label) {
         label->setPosition(place);
-        if (left != isLeft || below != isBelow)
-            label->setStyle(Beside(style, left, below));
-        isLeft = left;
-        isBelow = below;
         label->setText(text.toStdString());
+        AxKeepLabelInside(*label);
         return;
     }
-    isLeft = left;
-    isBelow = below;
-    label = new LabelNode(scene.MapNode(), place, text.toStdString(), Beside(style, left, below));
+    label = new LabelNode(scene.MapNode(), place, text.toStdString(), Beside(style));
+    AxKeepLabelInside(*label);
     label->setDynamic(true);
     parent = group;
     parent->addChild(label);

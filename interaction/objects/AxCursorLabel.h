@@ -16,7 +16,7 @@ class SpatialReference;
 }
 
 /**
- * A text beside the mouse while an object is drawn. It hangs below the group of objects only while it is
+ * A text beside the mouse while an object is drawn, within the map. It hangs below the group of objects only while it is
  * shown. GUI thread.
  */
 class AxCursorLabel
@@ -32,9 +32,6 @@ public:
 private:
     osg::ref_ptr<osgEarth::Annotation::LabelNode> label;
     osg::ref_ptr<osg::Group> parent;
-    // Of the place.
-    bool isLeft = false;
-    bool isBelow = false;
 };
 
 /// Along the ground between two places in degrees, metres.

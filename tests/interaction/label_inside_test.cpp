@@ -1,5 +1,5 @@
 // Where a text goes that would leave the window.
-#include "interaction/measure/AxLabelInside.h"
+#include "scene/shape/AxLabelInside.h"
 
 #include <gtest/gtest.h>
 
@@ -27,4 +27,6 @@ TEST(LabelInside, StaysWithItsPlaceAndInTheWindow)
     };
     for (const auto& row : rows)
         EXPECT_EQ(AxOffsetInside(row.place, row.box, row.offset, window), row.expected) << row.what;
+    EXPECT_EQ(AxOffsetInside({790.0, 300.0}, text, aside, window, 50.0), osg::Vec2d(-240.0, 8.0))
+        << "by the bar";
 }

@@ -1,4 +1,4 @@
-#include "interaction/measure/AxLabelInside.h"
+#include "scene/shape/AxLabelInside.h"
 
 #include <osg/NodeVisitor>
 #include <osgEarth/ScreenSpaceLayout>
@@ -10,6 +10,9 @@
 using osgEarth::ScreenSpaceLayoutData;
 
 namespace {
+/// What the bar of tools takes at the right border, pixels.
+constexpr double barWidth = 48.0;
+
 /// Along one axis; the text reaches from `low` to `high`.
 double OffsetAlong(double place, double low, double high, double offset, double size)
 {
@@ -44,7 +47,7 @@ public:
         const osg::Vec2d size(window->width(), window->height());
         const osg::Vec2d place((0.5 * clip.x() / clip.w() + 0.5) * size.x(),
                                (0.5 * clip.y() / clip.w() + 0.5) * size.y());
-        const osg::Vec2d now = AxOffsetInside(place, text->getBoundingBox(), offset, size);
+        const osg::Vec2d now = AxOffsetInside(place, text->getBoundingBox(), offset, size, barWidth);
         layout->setPixelOffset(
             osg::Vec2s(static_cast<short>(std::lround(now.x())), static_cast<short>(std::lround(now.y()))));
         return false;
@@ -60,6 +63,8 @@ public:
     Texts() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) {}
     void apply(osg::Drawable& text) override
     {
+        if (dynamic_cast<const Inside*>(text.getCullCallback()))
+            return; // the layout says by now where the text was put last
         if (const ScreenSpaceLayoutData* layout = ScreenSpaceLayoutData::getOrCreate(&text))
             text.setCullCallback(new Inside(layout->getPixelOffset()));
     }
@@ -67,14 +72,14 @@ public:
 } // namespace
 
 osg::Vec2d AxOffsetInside(const osg::Vec2d& place, const osg::BoundingBox& box, const osg::Vec2d& offset,
-                          const osg::Vec2d& window)
+                          const osg::Vec2d& window, double takenAtRight)
 {
     const bool isSeen =
         place.x() >= 0.0 && place.x() <= window.x() && place.y() >= 0.0 && place.y() <= window.y();
     if (!isSeen || !box.valid())
         return offset;
     return {OffsetAlong(place.x(), static_cast<double>(box.xMin()), static_cast<double>(box.xMax()),
-                        offset.x(), window.x()),
+                        offset.x(), window.x() - takenAtRight),
             OffsetAlong(place.y(), static_cast<double>(box.yMin()), static_cast<double>(box.yMax()),
                         offset.y(), window.y())};
 }
