@@ -16,6 +16,10 @@ set(AX_PUBLIC_HEADERS
   analysis/AxSightGround.h=analysis/sight/AxSightGround.h
   analysis/AxSightText.h=analysis/sight/AxSightText.h
   analysis/AxViewshed.h=analysis/sight/AxViewshed.h
+  analysis/AxVolume.h=analysis/volume/AxVolume.h
+  analysis/AxVolumeAnalysis.h=analysis/volume/AxVolumeAnalysis.h
+  analysis/AxVolumeGrid.h=analysis/volume/AxVolumeGrid.h
+  analysis/AxVolumeText.h=analysis/volume/AxVolumeText.h
   interaction/AxBlockAdapter.h=interaction/objects/AxBlockAdapter.h
   interaction/AxBlockForm.h=interaction/objects/AxBlockForm.h
   interaction/AxBlockOperations.h=interaction/objects/AxBlockOperations.h

@@ -23,6 +23,7 @@
 #include "host/project/ProjectSession.h"
 #include "host/sight/SightKept.h"
 #include "host/sight/SightPanel.h"
+#include "host/volume/VolumePanel.h"
 #include "host/SignalRelay.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
@@ -157,6 +158,7 @@ void MainWindow::BuildPanels()
     tabifyDockWidget(logPanel, measurePanel);
     logPanel->raise();
     BuildSightPanel();
+    BuildVolumePanel();
     BuildLayers(zonesPanel);
     extents->Want(Qt::BottomDockWidgetArea, usualSize.height() / 7);
     extents->Want(Qt::RightDockWidgetArea, tasks->sizeHint().width());
@@ -188,6 +190,20 @@ void MainWindow::BuildSightPanel()
     panel->hide();
     connect(sight, &SightPanel::Told, this, &MainWindow::Tell);
     connect(sight, &SightPanel::Wanted, panel, [this, panel] {
+        panel->show();
+        panel->raise();
+        extents->Apply();
+    });
+}
+
+void MainWindow::BuildVolumePanel()
+{
+    auto* volumes = new VolumePanel(viewer);
+    QDockWidget* panel = AddPanel(tr("Volumes"), "VolumePanel", volumes, Qt::RightDockWidgetArea);
+    tabifyDockWidget(taskPanels[0], panel);
+    panel->hide();
+    connect(volumes, &VolumePanel::Told, this, &MainWindow::Tell);
+    connect(volumes, &VolumePanel::Wanted, panel, [this, panel] {
         panel->show();
         panel->raise();
         extents->Apply();
@@ -329,7 +345,10 @@ void MainWindow::BuildMenus()
     view->addMenu(units);
     // Queued: the menu tells of the choice before it is made.
     connect(
-        units, &QMenu::triggered, measure, [this] { viewer->GetMeasurements()->WriteAgain(); },
+        units, &QMenu::triggered, measure, [this] {
+            viewer->GetMeasurements()->WriteAgain();
+            findChild<VolumePanel*>()->WriteAgain();
+        },
         Qt::QueuedConnection);
     view->addMenu(new CoordinatesMenu(viewer, kept, this));
     QMenu* places = view->addMenu(tr("&Places"));

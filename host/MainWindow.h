@@ -71,6 +71,7 @@ private:
     void BuildPanels();
     void BuildTaskPanels();
     void BuildSightPanel();
+    void BuildVolumePanel();
     QMenu* MeasureMenu(); ///< made at the first call
     void ShowTaskPanels();
     void BuildLayers(QDockWidget* beside);

@@ -36,6 +36,12 @@ const MeasureTool measureTools[] = {
                        "Drag a rectangle, or click on two opposite corners: slope, direction and "
                        "roughness of the ground in it; Escape leaves the tool"),
      "Ctrl+Shift+L"},
+    {ToolMeasureVolume, QT_TRANSLATE_NOOP("MeasureMenu", "&Volume"),
+     QT_TRANSLATE_NOOP(
+         "MeasureMenu",
+         "Click the corners of an area, the last one by a double click: cut and fill against a base that "
+         "the panel on the map chooses; Escape leaves the tool"),
+     "Ctrl+Shift+V"},
     {ToolProjCoords, QT_TRANSLATE_NOOP("MeasureMenu", "&Coordinates"),
      QT_TRANSLATE_NOOP(
          "MeasureMenu",

@@ -1,6 +1,7 @@
 #include "viewer/AxViewerPrivate.h"
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/sight/AxSightAnalysis.h"
+#include "analysis/volume/AxVolumeAnalysis.h"
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/measure/AxMeasurements.h"
@@ -23,6 +24,7 @@
 #include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
+#include "viewer/AxVolumeDesk.h"
 #include "viewer/overlay/AxGridWidget.h"
 #include "viewer/overlay/AxHeadUpText.h"
 #include "viewer/overlay/AxReadOut.h"
@@ -60,6 +62,7 @@ constexpr double maxPitchDegrees = -10.0;
 // From farther away the globe is a dot in the window.
 constexpr double farthestInRadii = 10.0;
 constexpr unsigned samplesWanted = 16;
+constexpr int overlayMargin = 10;
 
 QString MapFileForNetwork()
 {
@@ -95,8 +98,12 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(layers.get(), &AxMapLayers::changed, q, &CAxEarthViewer::RequestRedraw);
     connect(layers.get(), &AxMapLayers::elevationAdded, q, &CAxEarthViewer::signalElevationLayer);
     measurements = std::make_unique<AxMeasurements>(*this, objects);
-    AxAddMeasureTools(objects.Factories(), *measurements);
+    volumeAnalysis = std::make_unique<AxVolumeAnalysis>(*this);
+    AxAddMeasureTools(objects.Factories(), *measurements, *volumeAnalysis);
+    connect(&tools, &AxToolBox::taken, q,
+            [this](EToolType tool) { q->slotGridWidget(QString(), tool == ToolMeasureVolume); });
     connect(layers.get(), &AxMapLayers::groundChanged, measurements.get(), &AxMeasurements::MeasureAgain);
+    connect(layers.get(), &AxMapLayers::groundChanged, volumeAnalysis.get(), &AxVolumeAnalysis::ForgetGround);
     connect(layers.get(), &AxMapLayers::groundChanged, q, [this] {
         if (CAxOsgDrawPointSet* marks = CAxOsgDrawPointSet::FindOfViewer(q))
             marks->ReadHeightsAgain();
@@ -244,7 +251,9 @@ void AxViewerPrivate::initOverlays()
     gridWidget = new AxGridWidget(q);
     connect(gridWidget, SIGNAL(signalGridWidget(QString, bool)), q, SLOT(slotGridWidget(QString, bool)));
     embed(gridWidget);
+    gridWidget->move(overlayMargin, overlayMargin);
     gridWidget->hide();
+    volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, q);
 }
 
 void AxViewerPrivate::embed(QWidget* overlay)
@@ -403,6 +412,8 @@ void AxViewerPrivate::shutDown()
     layers->blockSignals(true);
     groundRequests.reset();
     sightAnalysis.reset();
+    volumeDesk.reset();
+    volumeAnalysis.reset();
     modelLayers.reset();
     measurements->Close();
     controlPoints.reset();

@@ -36,6 +36,8 @@ class AxMeasurements;
 class AxModelLayers;
 class AxOverlayScene;
 class AxSightAnalysis;
+class AxVolumeAnalysis;
+class AxVolumeDesk;
 class CAxGraphicsCompassItem;
 class CAxLandingAreaNode;
 
@@ -142,6 +144,8 @@ public:
     CAxAncillaryProcess* ancillaryProcess = nullptr;
     std::unique_ptr<AxGroundRequests> groundRequests;
     std::unique_ptr<AxSightAnalysis> sightAnalysis;
+    std::unique_ptr<AxVolumeAnalysis> volumeAnalysis;
+    std::unique_ptr<AxVolumeDesk> volumeDesk;
     std::unique_ptr<AxMeasurements> measurements;
     QPointer<CAxDownhillAnglenode> downhillAngleNode;
     QPointer<CAxInterestPointNode> interestPointNode;

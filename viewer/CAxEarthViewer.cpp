@@ -10,7 +10,6 @@
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxSceneStartup.h"
 #include "viewer/AxViewerPrivate.h"
-#include "viewer/overlay/AxGridWidget.h"
 #include "viewer/overlay/CAxCoordinateWidget.h"
 #include "viewer/overlay/CAxGraphicsCompassItem.h"
 
@@ -414,11 +413,6 @@ const osg::Matrixd& CAxEarthViewer::GetProjPlaneMatrix() const
 const QString& CAxEarthViewer::GetCoordSys() const
 {
     return d->coordSystem.Text();
-}
-
-void CAxEarthViewer::slotGridWidget(QString, bool bVisible)
-{
-    d->gridWidget->setVisible(bVisible);
 }
 
 void CAxEarthViewer::SetSkyNodeVisible(bool visible)

@@ -29,6 +29,7 @@ class AxModelLayers;
 class AxSightAnalysis;
 class AxViewerParts;
 class AxViewerPrivate;
+class AxVolumeAnalysis;
 class CAxAncillaryProcess;
 class CAxCoordinateWidget;
 class CAxDownhillAnglenode;
@@ -179,6 +180,8 @@ public:
     AxModelLayers* GetModelLayers() const;
     /// What can be seen from where; see there. Never null.
     AxSightAnalysis* GetSightAnalysis() const;
+    /// Cut and fill of measured areas; see there. Never null.
+    AxVolumeAnalysis* GetVolumeAnalysis() const;
 
     // Landing and points of interest (CAxEarthViewerLanding.cpp)
 
@@ -412,7 +415,8 @@ signals:
     void InterestPointPicked(double lon, double lat, double alt);
 
 public slots:
-    /// Shows or hides the grid panel.
+    /// Shows the panel of the grid on which the volume with this ID is measured, or the next one for an
+    /// unknown ID; or hides it.
     void slotGridWidget(QString strHanleID, bool bVisible);
     void slotHandleEnd(QString strHanleID, bool bReset); ///< emits signalHandleEnd()
     /// Asks for the height of the ground at the finest level of the map's data, whatever is loaded; degrees.

@@ -1,4 +1,5 @@
 #include "analysis/sight/AxSightDrawing.h"
+#include "analysis/AxPictureLayer.h"
 #include "analysis/sight/AxSightText.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxGlobePoint.h"
@@ -11,7 +12,6 @@
 #include <osgEarth/SpatialReference>
 #include <osgEarthAnnotation/LabelNode>
 #include <osgEarthAnnotation/PlaceNode>
-#include <osgEarthDrivers/gdal/GDALOptions>
 #include <osgEarthSymbology/IconSymbol>
 #include <osgEarthSymbology/TextSymbol>
 
@@ -19,7 +19,6 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -36,9 +35,6 @@ const osg::Vec4f unknownColor(0.8f, 0.8f, 0.8f, 1.0f);
 const osg::Vec4f mastColor(1.0f, 1.0f, 1.0f, 1.0f);
 
 constexpr float viewshedOpacity = 0.5f;
-// Of a picture: between pixels the map blends, so cells are made of several as long as that is not too much.
-constexpr int mostPixels = 3000;
-constexpr int mostTimes = 4;
 
 osg::ref_ptr<osg::Geode> GeodeIn(int bin)
 {
@@ -150,19 +146,6 @@ void AddMast(osg::Geode& rims, osg::Geode& lines, const AxSightEnd& end, double 
     AddLine(rims, mast, rimColor, rimWidth);
     AddLine(lines, mast, mastColor, mastWidth);
 }
-
-class ViewshedLayer : public osgEarth::ImageLayer
-{
-public:
-    ViewshedLayer(const osgEarth::ImageLayerOptions& options, std::shared_ptr<const AxGeoPicture> drawn)
-        : osgEarth::ImageLayer(options), picture(std::move(drawn))
-    {
-    }
-
-private:
-    // Threads that make tiles keep the layer, and so what they read.
-    const std::shared_ptr<const AxGeoPicture> picture;
-};
 } // namespace
 
 void AxDrawSightLine(osg::Group& node, const AxScene& scene, const AxSightLine& line, const QString& name)
@@ -216,18 +199,12 @@ void AxDrawObserver(osg::Group& node, const AxScene& scene, const AxViewshed& vi
 
 std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed)
 {
-    const int times = std::clamp(mostPixels / std::max(1, viewshed.Side()), 1, mostTimes);
-    return std::make_shared<const AxGeoPicture>(AxSightRaster(viewshed), times);
+    return std::make_shared<const AxGeoPicture>(AxSightRaster(viewshed),
+                                                AxPixelsOfCell(viewshed.Side(), viewshed.Side()));
 }
 
 osg::ref_ptr<osgEarth::ImageLayer> AxViewshedLayer(const std::shared_ptr<const AxGeoPicture>& picture,
                                                    const QString& name)
 {
-    if (!picture || picture->Name().isEmpty())
-        return nullptr;
-    osgEarth::Drivers::GDALOptions driver;
-    driver.connection() = picture->Name().toStdString();
-    osgEarth::ImageLayerOptions options(name.toStdString(), driver);
-    options.opacity() = viewshedOpacity;
-    return new ViewshedLayer(options, picture);
+    return AxPictureLayer(picture, name, viewshedOpacity);
 }

@@ -26,7 +26,6 @@ void AxDrawObserver(osg::Group& node, const AxScene& scene, const AxViewshed& vi
 /// The picture of a viewshed for the map. Any thread.
 std::shared_ptr<const AxGeoPicture> AxViewshedPicture(const AxViewshed& viewshed);
 
-/// A layer that lays such a picture on the ground of a map, in the ground's own pictures: as sharp as they
-/// are from anywhere, and without cost in a frame. It keeps the picture. Null without one.
+/// A layer that lays such a picture on the ground of a map (analysis/AxPictureLayer.h). Null without one.
 osg::ref_ptr<osgEarth::ImageLayer> AxViewshedLayer(const std::shared_ptr<const AxGeoPicture>& picture,
                                                    const QString& name);

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 
 #include <atomic>
+#include <cmath>
 
 namespace AxUnits {
 namespace {
@@ -80,6 +81,24 @@ QString Area(double squareMetres)
                ? inSquares(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\262"), squareMetres)
                : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 km\302\262"))
                      .arg(Number(squareMetres / squareKilometre, 3));
+}
+
+QString Volume(double cubicMetres)
+{
+    // Earth is counted in yards.
+    constexpr double metresOfYard = 3.0 * metresOfFoot;
+    constexpr double few = 10.0;
+    const bool isImperial = Get() == System::Imperial;
+    const double value =
+        isImperial ? cubicMetres / (metresOfYard * metresOfYard * metresOfYard) : cubicMetres;
+    QString number = Number(value, std::abs(value) < few ? 2 : 0);
+    constexpr int digitsOfGroup = 3;
+    constexpr double many = 9999.5;
+    for (int at = number.size() - digitsOfGroup; std::abs(value) >= many && at > (value < 0.0 ? 1 : 0);
+         at -= digitsOfGroup)
+        number.insert(at, QLatin1Char(' '));
+    return isImperial ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 yd\302\263")).arg(number)
+                      : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\263")).arg(number);
 }
 
 Unit OfWidths()

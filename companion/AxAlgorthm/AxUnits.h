@@ -27,6 +27,8 @@ AXALGORTHM_EXPORT QString Length(double metres);
 /// tenth of an acre on "0.305 ac", from a square mile on "1.234 mi²"; m², from a tenth of a mu on
 /// "1.85 mu (0.1234 ha)".
 AXALGORTHM_EXPORT QString Area(double squareMetres);
+/// "1234 m³", below ten "1.23 m³", from ten thousand on "12 345 m³"; "1234 yd³".
+AXALGORTHM_EXPORT QString Volume(double cubicMetres);
 
 /// One unit for all values of a field that people fill in.
 struct Unit

@@ -100,6 +100,8 @@ QString MeasureFile::Text(const QVector<AxMeasurement>& measurements)
     QStringList texts;
     for (const AxMeasurement& one : measurements) {
         QStringList lines{one.name, AxMeasureText::Lines(one.values.whole)};
+        if (!one.values.note.isEmpty())
+            lines += one.values.note;
         for (int i = 0; one.values.parts.size() > 1 && i < one.values.parts.size(); ++i)
             lines += Tr(QT_TRANSLATE_NOOP("MeasureFile", "Part %1: %2"))
                          .arg(QString::number(i + 1), AxMeasureText::Lines(one.values.parts[i])

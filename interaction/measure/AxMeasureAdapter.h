@@ -34,6 +34,9 @@ public:
     /// How the points are measured: live, with the ground in memory, and when they are finished, with the
     /// finest there is. What it returns keeps no pointer to the object.
     virtual AxMeasureWork Work() const = 0;
+    /// Whether AxMeasurements reads the ground for it; for others whoever does tells it
+    /// AxMeasurements::SetValues().
+    virtual bool IsReadHere() const { return true; }
     /// Removes it, with all that it has drawn.
     void TakeOffMap();
     /// Writes these values beside the shape.

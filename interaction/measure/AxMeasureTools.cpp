@@ -1,8 +1,11 @@
-// Which object each measuring tool draws.
+// Which object each measuring tool draws, and who computes volumes.
+#include "analysis/volume/AxVolumeAnalysis.h"
+#include "analysis/volume/AxVolumeText.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMearsureToolHandler.h"
 #include "interaction/measure/CAxMeasureAltitudeHandler.h"
 #include "interaction/measure/CAxMeasureArea.h"
+#include "interaction/measure/CAxMeasureVolume.h"
 #include "interaction/measure/CAxProjCoordsToolHandler.h"
 #include "interaction/objects/AxShapeFactories.h"
 
@@ -13,10 +16,63 @@ template <typename Tool> AxShapeFactories::Factory Measuring(AxMeasurements& mea
         return new Tool(viewer, parent, measurements);
     };
 }
+
+AxMeasuredValues ValuesOf(const AxMeasuredValues& outline, const AxVolumeResult& result)
+{
+    AxMeasuredValues values;
+    values.isCrossed = outline.isCrossed;
+    values.whole = {{AxQuantity::Area, outline.Of(AxQuantity::Area)},
+                    {AxQuantity::Perimeter, outline.Of(AxQuantity::Perimeter)}};
+    if (const AxVolume* volume = result.volume.get()) {
+        values.step = volume->question.cell;
+        values.whole += {{AxQuantity::Cut, volume->cut},
+                         {AxQuantity::Fill, volume->fill},
+                         {AxQuantity::Net, volume->Net()},
+                         {AxQuantity::CellError, volume->cellError},
+                         {AxQuantity::MeanAbove, volume->mean},
+                         {AxQuantity::HighestAbove, volume->highest},
+                         {AxQuantity::LowestAbove, volume->deepest},
+                         {AxQuantity::Unknown, volume->unknown}};
+    }
+    QStringList notes;
+    if (result.fault != AxVolumeFault::None)
+        notes += AxVolumeFaultText(result.fault, result.question);
+    if (result.isStale)
+        notes += AxVolumeAnalysis::tr("The ground has changed since.");
+    if (result.volume && result.volume->unknown > 0.0)
+        notes += AxVolumeAnalysis::tr("%1 % of the area has no known height.")
+                     .arg(QString::number(100.0 * result.volume->UnknownShare(), 'f', 1));
+    values.note = notes.join(QLatin1Char('\n'));
+    return values;
+}
+
+void ComputeVolumes(AxMeasurements& measurements, AxVolumeAnalysis& volumes)
+{
+    QObject::connect(&measurements, &AxMeasurements::added, &volumes, [&](const QString& id) {
+        const AxMeasurement* one = measurements.Find(id);
+        if (!one || one->tool != ToolMeasureVolume)
+            return;
+        AxVolumeQuestion question = volumes.Next();
+        for (const osg::Vec3d& point : one->points)
+            question.ring += QPointF(point.x(), point.y());
+        volumes.Ask(id, one->name, question);
+    });
+    QObject::connect(&measurements, &AxMeasurements::removed, &volumes, &AxVolumeAnalysis::Remove);
+    QObject::connect(&volumes, &AxVolumeAnalysis::removed, &measurements, &AxMeasurements::Remove);
+    const auto tell = [&](const QString& id) {
+        const AxVolumeResult result = volumes.GetResult(id);
+        if (const AxMeasurement* one = measurements.Find(id))
+            measurements.SetValues(id, ValuesOf(one->values, result), result.isPending);
+    };
+    QObject::connect(&volumes, &AxVolumeAnalysis::added, &measurements, tell);
+    QObject::connect(&volumes, &AxVolumeAnalysis::changed, &measurements, tell);
+}
 } // namespace
 
-void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements)
+void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements, AxVolumeAnalysis& volumes)
 {
+    factories.SetOwn(ToolMeasureVolume, Measuring<CAxMeasureVolume>(measurements));
+    ComputeVolumes(measurements, volumes);
     factories.SetOwn(ToolMeasureDistance, Measuring<CAxMearsureToolHandler>(measurements));
     factories.SetOwn(ToolMeasureArea, Measuring<CAxMeasureArea>(measurements));
     factories.SetOwn(ToolProjCoords, Measuring<CAxProjCoordsToolHandler>(measurements));

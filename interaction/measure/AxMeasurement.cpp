@@ -19,6 +19,8 @@ enum class Unit
     Slope,   // degrees, with a sign, and percent
     Dip,     // the same without a sign
     Area,    // square metres, written in the units of areas
+    Volume,  // cubic metres, written in the units of volumes
+    Net,     // the same, with a sign
     Degrees, // of a place
     Plain,   // of any unit
 };
@@ -57,6 +59,19 @@ const QuantityRow quantityRows[] = {
     {AxQuantity::Easting, Unit::Plain, QT_TRANSLATE_NOOP("AxMeasurement", "Easting"), "easting"},
     {AxQuantity::Northing, Unit::Plain, QT_TRANSLATE_NOOP("AxMeasurement", "Northing"), "northing"},
     {AxQuantity::GroundHeight, Unit::Height, QT_TRANSLATE_NOOP("AxMeasurement", "Ground"), "ground_m"},
+    {AxQuantity::Cut, Unit::Volume, QT_TRANSLATE_NOOP("AxMeasurement", "Cut"), "cut_m3"},
+    {AxQuantity::Fill, Unit::Volume, QT_TRANSLATE_NOOP("AxMeasurement", "Fill"), "fill_m3"},
+    {AxQuantity::Net, Unit::Net, QT_TRANSLATE_NOOP("AxMeasurement", "Cut less fill"), "net_m3"},
+    {AxQuantity::CellError, Unit::Volume, QT_TRANSLATE_NOOP("AxMeasurement", "Error by cells"),
+     "cell_error_m3"},
+    {AxQuantity::MeanAbove, Unit::Rise, QT_TRANSLATE_NOOP("AxMeasurement", "Mean above base"),
+     "mean_above_m"},
+    {AxQuantity::HighestAbove, Unit::Rise, QT_TRANSLATE_NOOP("AxMeasurement", "Highest above base"),
+     "highest_above_m"},
+    {AxQuantity::LowestAbove, Unit::Rise, QT_TRANSLATE_NOOP("AxMeasurement", "Lowest above base"),
+     "lowest_above_m"},
+    {AxQuantity::Unknown, Unit::Area, QT_TRANSLATE_NOOP("AxMeasurement", "Area without heights"),
+     "unknown_m2"},
 };
 
 const QuantityRow& RowOf(AxQuantity quantity)
@@ -75,6 +90,7 @@ const KindRow kindRows[] = {
     {ToolMeasureAltitude, QT_TRANSLATE_NOOP("AxMeasurement", "Height difference")},
     {ToolMeasureArea, QT_TRANSLATE_NOOP("AxMeasurement", "Area")},
     {ToolMeasurePlane, QT_TRANSLATE_NOOP("AxMeasurement", "Plane")},
+    {ToolMeasureVolume, QT_TRANSLATE_NOOP("AxMeasurement", "Volume")},
     {ToolProjCoords, QT_TRANSLATE_NOOP("AxMeasurement", "Place")},
 };
 
@@ -138,6 +154,10 @@ QString AxMeasureText::Value(const AxMeasured& measured)
     }
     case Unit::Area:
         return AxUnits::Area(value);
+    case Unit::Volume:
+        return AxUnits::Volume(value);
+    case Unit::Net:
+        return (value > 0.0 ? QStringLiteral("+") : QString()) + AxUnits::Volume(value);
     case Unit::Degrees:
         return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(Fixed(value, 6));
     case Unit::Plain:

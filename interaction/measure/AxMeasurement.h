@@ -37,6 +37,14 @@ enum class AxQuantity
     Easting,        ///< in the units of a coordinate system
     Northing,
     GroundHeight, ///< metres as the map has them
+    Cut,          ///< ground above a base, cubic metres
+    Fill,         ///< room below it, cubic metres
+    Net,          ///< cut less fill, cubic metres
+    CellError,    ///< of cut and fill, by the size of cells, cubic metres
+    MeanAbove,    ///< of the ground above the base, metres; negative below
+    HighestAbove, ///< likewise
+    LowestAbove,
+    Unknown, ///< where no height is known, square metres
 };
 
 /// One value. Not a number where it is not known, or not yet.
@@ -55,6 +63,7 @@ struct AxMeasuredValues
     double step = 0.0;
     bool isCrossed = false; ///< a ring's edges cross: it has no area
     QString system;         ///< in which easting and northing are, for people; empty without
+    QString note;           ///< what is to be known of the values besides, for people
 
     /// Of the whole; not a number where there is none.
     AXEARTHVIEWER_EXPORT double Of(AxQuantity quantity) const;

@@ -91,7 +91,7 @@ bool AxMeasurements::read(const QString& id)
     const AxMeasurement* one = Find(id);
     const QPointer<AxMeasureAdapter> adapter = adapters.value(id);
     osgEarth::MapNode* const mapNode = parts.Scene().MapNode();
-    if (!one || !adapter || !mapNode || isClosed)
+    if (!one || !adapter || !adapter->IsReadHere() || !mapNode || isClosed)
         return false;
     if (!heights || readMap.get() != mapNode->getMap()) {
         readMap = mapNode->getMap();
@@ -109,24 +109,25 @@ bool AxMeasurements::read(const QString& id)
         const AxMeasuredValues values = work(points, looks, *isOff);
         const auto deliver = [this, id, isOff, values] {
             if (!*isOff)
-                takeValues(id, values);
+                SetValues(id, values, false);
         };
         QMetaObject::invokeMethod(this, deliver, Qt::QueuedConnection);
     });
     return true;
 }
 
-void AxMeasurements::takeValues(const QString& id, const AxMeasuredValues& values)
+bool AxMeasurements::SetValues(const QString& id, const AxMeasuredValues& values, bool isPending)
 {
     jobs.remove(id);
     AxMeasurement* one = find(id);
     if (!one)
-        return;
+        return false;
     one->values = values;
-    one->isPending = false;
+    one->isPending = isPending;
     if (const QPointer<AxMeasureAdapter> adapter = adapters.value(id))
         adapter->ShowMeasured(*one);
     emit changed(id);
+    return true;
 }
 
 void AxMeasurements::MeasureAgain()

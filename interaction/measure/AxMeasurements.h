@@ -18,6 +18,7 @@ class AxMeasureAdapter;
 class AxObjects;
 class AxShapeFactories;
 class AxViewerParts;
+class AxVolumeAnalysis;
 class CAxEarthViewer;
 
 /**
@@ -54,6 +55,8 @@ public:
     /// Reads the ground anew for all of them: the map's heights are others now. Until then they are pending,
     /// with the former values.
     void MeasureAgain();
+    /// Gives a measurement values that were found elsewhere; false for an unknown ID.
+    bool SetValues(const QString& id, const AxMeasuredValues& values, bool isPending);
     /// Writes the texts on the map anew: the units are others now.
     void WriteAgain();
 
@@ -75,7 +78,6 @@ signals:
 
 private:
     bool read(const QString& id);
-    void takeValues(const QString& id, const AxMeasuredValues& values);
     AxMeasurement* find(const QString& id);
     void endLeft();
 
@@ -93,5 +95,6 @@ private:
     bool isClosed = false;
 };
 
-/// Enters the tools that measure into those that draw.
-void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements);
+/// Enters the tools that measure into those that draw, and has the measurements that are volumes computed:
+/// of either the other one goes with it.
+void AxAddMeasureTools(AxShapeFactories& factories, AxMeasurements& measurements, AxVolumeAnalysis& volumes);

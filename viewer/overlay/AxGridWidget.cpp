@@ -1,6 +1,162 @@
 #include "viewer/overlay/AxGridWidget.h"
+#include "analysis/volume/AxVolumeText.h"
 
-AxGridWidget::AxGridWidget(QWidget* parent) : CAxBaseWidget(parent)
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int panelWidth = 270;
+constexpr double lowestBase = -12000.0; // metres
+constexpr double highestBase = 10000.0;
+constexpr double widestCell = 1000.0;
+
+QDoubleSpinBox* MetresField(const char* name, double least, double most, int decimals)
+{
+    auto* field = new QDoubleSpinBox;
+    field->setObjectName(QLatin1String(name));
+    field->setLocale(QLocale::c());
+    field->setDecimals(decimals);
+    field->setRange(least, most);
+    field->setSuffix(QStringLiteral(" m"));
+    // What is being typed is no grid yet.
+    field->setKeyboardTracking(false);
+    return field;
+}
+} // namespace
+
+AxGridWidget::AxGridWidget(QWidget* parent)
+    : CAxBaseWidget(parent), m_pTitle(new QLabel), m_pBase(new QComboBox),
+      m_pHeight(MetresField("m_pHeight", lowestBase, highestBase, 2)),
+      m_pCell(MetresField("m_pCell", 0.0, widestCell, 2)), m_pNote(new QLabel), m_pProgress(new QProgressBar),
+      m_pCancel(new QPushButton(tr("Cancel"))), m_pClose(new QPushButton(QStringLiteral("\u00d7")))
 {
     setObjectName(QStringLiteral("AxGridWidget"));
+    EnableMove(false);
+    build();
+    ShowVolume({}, {});
+    ShowProgress(-1);
+    follow();
+    connect(m_pBase, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
+        follow();
+        emit questionChanged();
+    });
+    for (QDoubleSpinBox* field : {m_pHeight, m_pCell})
+        connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+                &AxGridWidget::questionChanged);
+    connect(m_pCancel, &QPushButton::clicked, this, &AxGridWidget::cancelled);
+    connect(m_pClose, &QPushButton::clicked, this, [this] { emit signalGridWidget(id, false); });
+}
+
+void AxGridWidget::build()
+{
+    setAttribute(Qt::WA_StyledBackground);
+    setStyleSheet(QStringLiteral("AxGridWidget { background: #2b3748; border: 1px solid #54647a; }"
+                                 "QLabel { color: #f3f6fa; }"));
+    for (const AxVolumeBase base : AxVolumeBases())
+        m_pBase->addItem(AxVolumeBaseText(base), static_cast<int>(base));
+    m_pBase->setObjectName(QStringLiteral("m_pBase"));
+    m_pBase->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_pCell->setSpecialValueText(tr("automatic"));
+    m_pCancel->setObjectName(QStringLiteral("m_pCancel"));
+    m_pProgress->setObjectName(QStringLiteral("m_pProgress"));
+    m_pNote->setObjectName(QStringLiteral("m_pNote"));
+    m_pNote->setTextFormat(Qt::PlainText);
+    m_pNote->setWordWrap(true);
+    m_pTitle->setTextFormat(Qt::PlainText);
+    m_pClose->setObjectName(QStringLiteral("m_pClose"));
+    m_pClose->setToolTip(tr("Close"));
+    m_pClose->setAccessibleName(tr("Close"));
+    constexpr int closeSide = 22;
+    m_pClose->setFixedSize(closeSide, closeSide);
+
+    auto* head = new QHBoxLayout;
+    head->addWidget(m_pTitle, 1);
+    head->addWidget(m_pClose);
+    auto* form = new QFormLayout;
+    form->addRow(tr("Base"), m_pBase);
+    form->addRow(tr("Height"), m_pHeight);
+    form->addRow(tr("Cell"), m_pCell);
+    auto* work = new QHBoxLayout;
+    work->addWidget(m_pProgress, 1);
+    work->addWidget(m_pCancel);
+    auto* column = new QVBoxLayout(this);
+    constexpr int margin = 8;
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->addLayout(head);
+    column->addLayout(form);
+    column->addWidget(m_pNote);
+    column->addLayout(work);
+    setFixedWidth(panelWidth);
+}
+
+void AxGridWidget::ShowVolume(const QString& handleID, const QString& name)
+{
+    id = handleID;
+    m_pTitle->setText(name.isEmpty() ? tr("Next volume") : name);
+}
+
+void AxGridWidget::ShowQuestion(const AxVolumeQuestion& question)
+{
+    const QSignalBlocker base(m_pBase);
+    const QSignalBlocker height(m_pHeight);
+    const QSignalBlocker cell(m_pCell);
+    m_pBase->setCurrentIndex(m_pBase->findData(static_cast<int>(question.base)));
+    m_pHeight->setValue(question.height);
+    m_pCell->setValue(question.cell);
+    follow();
+}
+
+AxVolumeQuestion AxGridWidget::Question() const
+{
+    AxVolumeQuestion question;
+    question.base = static_cast<AxVolumeBase>(m_pBase->currentData().toInt());
+    question.height = m_pHeight->value();
+    question.cell = m_pCell->value();
+    return question;
+}
+
+void AxGridWidget::ShowNote(const QString& text)
+{
+    if (m_pNote->text() == text)
+        return;
+    m_pNote->setText(text);
+    m_pNote->setVisible(!text.isEmpty());
+    fit();
+}
+
+void AxGridWidget::ShowProgress(int percent)
+{
+    const bool isBusy = percent >= 0;
+    m_pProgress->setValue(qMax(0, percent));
+    if (isBusy != m_pCancel->isHidden())
+        return;
+    m_pProgress->setVisible(isBusy);
+    m_pCancel->setVisible(isBusy);
+    fit();
+}
+
+void AxGridWidget::fit()
+{
+    layout()->activate();
+    resize(panelWidth, layout()->hasHeightForWidth() ? layout()->heightForWidth(panelWidth)
+                                                     : layout()->sizeHint().height());
+}
+
+void AxGridWidget::follow()
+{
+    m_pHeight->setEnabled(m_pBase->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
+}
+
+void AxGridWidget::mousePressEvent(QMouseEvent* event)
+{
+    // It would reach the map below.
+    event->accept();
 }

@@ -1,11 +1,19 @@
 #pragma once
+#include "analysis/volume/AxVolumeGrid.h"
 #include "scene/base/AxEarthViewerExport.h"
 
 #include <AxBaseUI/CAxBaseWidget.h>
 
+class QComboBox;
+class QDoubleSpinBox;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
 /**
- * The panel that shows or hides the grid of a measured volume. Owned by the
- * graphics scene and hidden until the volume measurement needs it. GUI thread.
+ * The panel at the map's corner while volumes are measured: the grid of the one drawn last, or next, what it
+ * is measured against, how far the work is, and its end. It decides nothing by itself. Owned by the graphics
+ * scene, and hidden without the tool. GUI thread.
  */
 class AXEARTHVIEWER_EXPORT AxGridWidget : public CAxBaseWidget
 {
@@ -13,7 +21,39 @@ class AXEARTHVIEWER_EXPORT AxGridWidget : public CAxBaseWidget
 public:
     explicit AxGridWidget(QWidget* parent);
 
+    /// Which volume it is about, and its name; empty for the next one that is drawn.
+    void ShowVolume(const QString& handleID, const QString& name);
+    QString HandleID() const { return id; }
+    /// Base, height and cell; emits nothing.
+    void ShowQuestion(const AxVolumeQuestion& question);
+    /// The same as it is filled in now; no ring.
+    AxVolumeQuestion Question() const;
+    /// A text below, as what came out or what is wrong.
+    void ShowNote(const QString& text);
+    /// 0 to 100; below 0: nothing is computed.
+    void ShowProgress(int percent);
+
 signals:
-    /// The grid of the object with this handle ID is to be shown or hidden.
+    /// The panel is to be shown for the object with this handle ID, or hidden.
     void signalGridWidget(QString strHanleID, bool bVisible);
+    void questionChanged(); ///< somebody has filled in something else
+    void cancelled();       ///< the work is to be given up
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    void build();
+    void follow();
+    void fit();
+
+    QString id;
+    QLabel* m_pTitle;
+    QComboBox* m_pBase;
+    QDoubleSpinBox* m_pHeight;
+    QDoubleSpinBox* m_pCell;
+    QLabel* m_pNote;
+    QProgressBar* m_pProgress;
+    QPushButton* m_pCancel;
+    QPushButton* m_pClose;
 };

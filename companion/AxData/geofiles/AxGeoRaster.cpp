@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <limits>
 
 namespace {
 class Settings
@@ -30,26 +31,40 @@ private:
     char** list = nullptr;
 };
 
+template <typename Cells> std::size_t CountOf(const Cells& cells)
+{
+    return cells.columns > 0 && cells.rows > 0 && cells.cell > 0.0
+               ? static_cast<std::size_t>(cells.columns) * static_cast<std::size_t>(cells.rows)
+               : 0;
+}
+
 bool IsWhole(const AxGeoRaster& raster)
 {
-    return raster.columns > 0 && raster.rows > 0 && raster.cell > 0.0 &&
-           raster.values.size() ==
-               static_cast<std::size_t>(raster.columns) * static_cast<std::size_t>(raster.rows);
+    return CountOf(raster) > 0 && raster.values.size() == CountOf(raster);
+}
+
+bool IsWhole(const AxGeoField& field)
+{
+    return CountOf(field) > 0 && !field.bands.empty() &&
+           std::all_of(field.bands.begin(), field.bands.end(), [&field](const AxGeoField::Band& band) {
+               return band.values.size() == CountOf(field);
+           });
 }
 
 /// An empty file of so many pixels a cell, with its place on the globe.
-GDALDatasetUniquePtr Create(const QByteArray& name, const AxGeoRaster& raster, int times, int bands,
-                            const Settings& settings)
+template <typename Cells>
+GDALDatasetUniquePtr Create(const QByteArray& name, const Cells& raster, int times, int bands,
+                            GDALDataType type, const Settings& settings)
 {
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
     if (!driver)
         return nullptr;
     GDALDatasetUniquePtr data(driver->Create(name.constData(), times * raster.columns, times * raster.rows,
-                                             bands, GDT_Byte, settings.Get()));
+                                             bands, type, settings.Get()));
     if (!data)
         return nullptr;
     OGRSpatialReference system;
-    system.SetProjCS("Azimuthal equidistant around the observer");
+    system.SetProjCS("Azimuthal equidistant around the middle");
     system.SetWellKnownGeogCS("WGS84");
     system.SetAE(raster.middle.y(), raster.middle.x(), 0.0, 0.0);
     const double pixel = raster.cell / times;
@@ -67,6 +82,61 @@ const std::uint8_t* RowOf(const AxGeoRaster& raster, int fromNorth)
            static_cast<std::size_t>(raster.rows - 1 - fromNorth) * static_cast<std::size_t>(raster.columns);
 }
 
+void FillFacts(GDALDataset& data, const QMap<QString, QString>& facts)
+{
+    for (auto fact = facts.cbegin(); fact != facts.cend(); ++fact)
+        data.SetMetadataItem(fact.key().toUtf8().constData(), fact.value().toUtf8().constData());
+}
+
+bool FillNumbers(GDALDataset& data, const AxGeoField& field)
+{
+    FillFacts(data, field.facts);
+    int number = 0;
+    for (const AxGeoField::Band& from : field.bands) {
+        GDALRasterBand* band = data.GetRasterBand(++number);
+        band->SetDescription(from.name.toUtf8().constData());
+        band->SetNoDataValue(std::numeric_limits<double>::quiet_NaN());
+        for (int row = 0; row < field.rows; ++row) {
+            const float* values = from.values.data() + static_cast<std::size_t>(field.rows - 1 - row) *
+                                                           static_cast<std::size_t>(field.columns);
+            if (band->RasterIO(GF_Write, 0, row, field.columns, 1, const_cast<float*>(values), field.columns,
+                               1, GDT_Float32, 0, 0, nullptr) != CE_None)
+                return false;
+        }
+    }
+    return true;
+}
+
+/// Fills a new file in memory and puts it where it belongs when it is whole.
+template <typename Cells, typename Fill>
+QString WriteTiff(const QString& path, const Cells& cells, int bands, GDALDataType type,
+                  const std::vector<const char*>& settings, Fill fill)
+{
+    AxGeoSession session;
+    // Nothing goes into a file beside it.
+    session.Set("GDAL_PAM_ENABLED", "NO");
+    const auto fault = [&] {
+        const QStringList errors = session.TakeErrors();
+        return errors.isEmpty() ? AX_GEO_TEXT("The picture cannot be made.")
+                                : errors.join(QStringLiteral("; "));
+    };
+    if (!IsWhole(cells))
+        return AX_GEO_TEXT("There is nothing to write.");
+    const QByteArray made = session.InMemory("raster.tif");
+    GDALDatasetUniquePtr data = Create(made, cells, 1, bands, type, Settings(settings));
+    if (!data || !fill(*data, cells))
+        return fault();
+    data.reset();
+    vsi_l_offset size = 0;
+    const GByte* bytes = VSIGetMemFileBuffer(made.constData(), &size, FALSE);
+    if (!bytes || size == 0)
+        return fault();
+    QString error;
+    AxReplaceFile(QByteArray::fromRawData(reinterpret_cast<const char*>(bytes), static_cast<int>(size)), path,
+                  AxReadableBy::Anyone, error);
+    return error;
+}
+
 bool FillClasses(GDALDataset& data, const AxGeoRaster& raster)
 {
     GDALRasterBand* band = data.GetRasterBand(1);
@@ -81,8 +151,7 @@ bool FillClasses(GDALDataset& data, const AxGeoRaster& raster)
     }
     band->SetColorTable(&colors);
     band->SetNoDataValue(0.0);
-    for (auto fact = raster.facts.cbegin(); fact != raster.facts.cend(); ++fact)
-        data.SetMetadataItem(fact.key().toUtf8().constData(), fact.value().toUtf8().constData());
+    FillFacts(data, raster.facts);
     for (int row = 0; row < raster.rows; ++row)
         if (band->RasterIO(GF_Write, 0, row, raster.columns, 1, const_cast<std::uint8_t*>(RowOf(raster, row)),
                            raster.columns, 1, GDT_Byte, 0, 0, nullptr) != CE_None)
@@ -123,29 +192,14 @@ bool FillPicture(GDALDataset& data, const AxGeoRaster& raster, int times)
 
 QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster)
 {
-    AxGeoSession session;
-    // Nothing goes into a file beside it.
-    session.Set("GDAL_PAM_ENABLED", "NO");
-    const auto fault = [&] {
-        const QStringList errors = session.TakeErrors();
-        return errors.isEmpty() ? AX_GEO_TEXT("The picture cannot be made.")
-                                : errors.join(QStringLiteral("; "));
-    };
-    if (!IsWhole(raster))
-        return AX_GEO_TEXT("There is nothing to write.");
-    const QByteArray made = session.InMemory("raster.tif");
-    GDALDatasetUniquePtr data = Create(made, raster, 1, 1, Settings({"COMPRESS=DEFLATE"}));
-    if (!data || !FillClasses(*data, raster))
-        return fault();
-    data.reset();
-    vsi_l_offset size = 0;
-    const GByte* bytes = VSIGetMemFileBuffer(made.constData(), &size, FALSE);
-    if (!bytes || size == 0)
-        return fault();
-    QString error;
-    AxReplaceFile(QByteArray::fromRawData(reinterpret_cast<const char*>(bytes), static_cast<int>(size)), path,
-                  AxReadableBy::Anyone, error);
-    return error;
+    return WriteTiff(path, raster, 1, GDT_Byte, {"COMPRESS=DEFLATE"}, FillClasses);
+}
+
+QString AxWriteGeoField(const QString& path, const AxGeoField& field)
+{
+    // Neighbours are alike, which the predictor for floating point makes use of.
+    return WriteTiff(path, field, static_cast<int>(field.bands.size()), GDT_Float32,
+                     {"COMPRESS=DEFLATE", "PREDICTOR=3"}, FillNumbers);
 }
 
 AxGeoPicture::AxGeoPicture(const AxGeoRaster& raster, int times)
@@ -155,8 +209,9 @@ AxGeoPicture::AxGeoPicture(const AxGeoRaster& raster, int times)
     if (!IsWhole(raster) || raster.classes.empty() || times < 1)
         return;
     name = "/vsimem/axgeopicture-" + QByteArray::number(count++) + ".tif";
-    GDALDatasetUniquePtr data = Create(
-        name, raster, times, 4, Settings({"TILED=YES", "PHOTOMETRIC=RGB", "ALPHA=YES", "INTERLEAVE=PIXEL"}));
+    GDALDatasetUniquePtr data =
+        Create(name, raster, times, 4, GDT_Byte,
+               Settings({"TILED=YES", "PHOTOMETRIC=RGB", "ALPHA=YES", "INTERLEAVE=PIXEL"}));
     if (data && FillPicture(*data, raster, times))
         return;
     data.reset();

@@ -36,6 +36,28 @@ struct AxGeoRaster
 /// What is wrong, in the language of the program; empty when it was written. Any thread.
 AXDATA_EXPORT QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster);
 
+/// Numbers of cells of the ground, as heights: cells as those of AxGeoRaster.
+struct AxGeoField
+{
+    /// One number of each cell.
+    struct Band
+    {
+        QString name;              ///< for people
+        std::vector<float> values; ///< row by row from the south-west; NaN where there is none
+    };
+
+    QPointF middle;               ///< longitude, latitude, degrees
+    int columns = 0;              ///< of cells
+    int rows = 0;                 ///< of cells
+    double cell = 0.0;            ///< side, metres
+    std::vector<Band> bands;      ///< one at least
+    QMap<QString, QString> facts; ///< written beside the cells, for programs
+};
+
+/// Writes a GeoTIFF: the bands as 32-bit numbers with NaN as "no data", and the facts as metadata. As
+/// AxWriteGeoRaster() for the rest.
+AXDATA_EXPORT QString AxWriteGeoField(const QString& path, const AxGeoField& field);
+
 /// The same cells as a picture for a map: red, green, blue and alpha, each cell `times` pixels wide and high,
 /// with overviews. It is a file in GDAL's memory, which goes with the object. Any thread.
 class AXDATA_EXPORT AxGeoPicture

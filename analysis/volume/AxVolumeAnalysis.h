@@ -1,0 +1,136 @@
+#pragma once
+#include "analysis/AxMapHeights.h"
+#include "analysis/volume/AxVolume.h"
+#include "scene/base/AxEarthViewerExport.h"
+#include "scene/base/AxLatestWork.h"
+
+#include <osg/observer_ptr>
+#include <osg/ref_ptr>
+#include <osgEarth/Map>
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+class AxGeoPicture;
+class AxScene;
+namespace osgEarth {
+class ImageLayer;
+}
+
+/// A volume that was asked for. A plain value.
+struct AxVolumeResult
+{
+    QString id;                ///< that was given with the question
+    QString name;              ///< for people; that of its layer
+    AxVolumeQuestion question; ///< the latest one
+    std::shared_ptr<const AxVolume>
+        volume; ///< of that question, or of the one before; null without an answer
+    AxVolumeFault fault = AxVolumeFault::None; ///< why the latest question has no answer
+    bool isPending = false;                    ///< it is being computed, or waits for that
+    bool isStale = false;                      ///< the ground is another one than that of `volume`
+    bool isVisible = true;                     ///< the picture on the map
+};
+
+/**
+ * Volumes on the viewer's map: computed on a thread of its own, at idle priority, from the finest heights of
+ * the map's data, whatever is loaded, one after the other. The difference from the base lies on the ground as
+ * an image layer of the map, until the volume is removed.
+ *
+ * A question about a ring that was asked before, in the same cells and over the same ground, needs no height
+ * again. When the ground changes, volumes are computed anew; those of more than axManyVolumeCells are told
+ * stale and wait for their question.
+ *
+ * Owned by the viewer, CAxEarthViewer::GetVolumeAnalysis(), with which it goes. GUI thread.
+ */
+class AXEARTHVIEWER_EXPORT AxVolumeAnalysis : public QObject
+{
+    Q_OBJECT
+public:
+    /// The scene outlives it.
+    explicit AxVolumeAnalysis(AxScene& scene);
+    /// Calls the work off and waits for the thread.
+    ~AxVolumeAnalysis() override;
+
+    /// What a volume that is about to be drawn is computed with; ring and `mayBeLarge` do not count.
+    void SetNext(const AxVolumeQuestion& settings);
+    const AxVolumeQuestion& Next() const { return next; } ///< the plane through the rim until set
+
+    /// Begins to compute a new volume, or another answer of one that there is. changed() tells the end.
+    /// False, with the reason in `why`, for what is no question, and before the map is loaded: one that there
+    /// is stays as it was then, and a new one is listed with its fault.
+    bool Ask(const QString& id, const QString& name, const AxVolumeQuestion& question,
+             QString* why = nullptr);
+    /// The same of one that there is, in its latest words. False for an unknown ID.
+    bool AskAgain(const QString& id);
+    /// The map's ground is another one.
+    void ForgetGround();
+    /// Computes it no more: it has the answer that it had.
+    void CallOff(const QString& id);
+    bool IsBusy() const { return work.IsBusy(); }
+    /// Which one is computed now; empty: none.
+    QString Running() const { return running; }
+
+    QList<AxVolumeResult> GetResults() const; ///< in the order of their first questions
+    /// Empty ID for none.
+    AxVolumeResult GetResult(const QString& id) const;
+    /// Both false for an unknown ID.
+    bool Remove(const QString& id);
+    bool SetVisible(const QString& id, bool visible);
+    void Clear(); ///< removes all
+
+signals:
+    void added(QString id);
+    void changed(QString id); ///< answered, asked anew, called off, stale, shown or hidden
+    void removed(QString id);
+    void busyChanged(bool busy); ///< something is computed, or no more
+    /// 0 to 100, of what is computed now.
+    void progress(QString id, int percent);
+    void nextChanged(); ///< SetNext()
+    /// A question that is to be asked before it is computed: it takes that much. Whoever says yes asks again
+    /// with AxVolumeQuestion::mayBeLarge.
+    void largeAsked(QString id, AxVolumeQuestion question);
+
+private:
+    struct Kept
+    {
+        AxVolumeResult result;
+        osg::ref_ptr<osgEarth::ImageLayer> layer;
+        bool isGroundOld = false; ///< the grid's
+    };
+    struct Answer
+    {
+        std::shared_ptr<AxVolume> volume;
+        std::shared_ptr<const AxGeoPicture> picture;
+    };
+    class LayerWatch;
+
+    Kept* find(const QString& id);
+    osgEarth::Map* map() const;
+    const AxMapHeights& ground();
+    bool ask(Kept& kept, const AxVolumeQuestion& question);
+    void begin();
+    void take(Answer&& answer);
+    void dropLayer(Kept& kept);
+    void setRunning(const QString& id);
+    void end(const QString& id);
+
+    AxScene& scene;
+    QList<Kept> kept;
+    AxVolumeQuestion next;
+    QStringList waiting; ///< to be computed, in their order
+    QString running;
+    bool wasBusy = false;
+    std::optional<AxMapHeights> heights; ///< of the map that was asked last; copies are for the thread
+    osg::observer_ptr<const osgEarth::Map> asked;
+    std::shared_ptr<std::atomic<int>> percent; ///< of what is computed now
+    QTimer clock;                              ///< looks at it
+    AxLatestWork work;                         ///< ends before what it reports to
+};
+
+Q_DECLARE_METATYPE(AxVolumeQuestion)

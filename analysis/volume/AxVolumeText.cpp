@@ -1,0 +1,290 @@
+#include "analysis/volume/AxVolumeText.h"
+
+#include <AxAlgorthm/AxUnits.h>
+#include <AxData/planner/AxPlanPlane.h>
+
+#include <QCoreApplication>
+#include <QIODevice>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+class VolumeTr
+{
+    Q_DECLARE_TR_FUNCTIONS(AxVolumeText)
+};
+
+constexpr int stepsOfPicture = 5;
+
+// Heights are metric in every system of units.
+QString MetresText(double metres)
+{
+    return VolumeTr::tr("%1 m").arg(QString::number(metres, 'f', 2));
+}
+
+QString SignedText(double value, QString (*write)(double))
+{
+    const QString text = write(std::abs(value));
+    const bool isZero = text == write(0.0);
+    return isZero ? text : (value > 0.0 ? QLatin1Char('+') : QLatin1Char('-')) + text;
+}
+
+QString BaseText(const AxVolume& volume)
+{
+    const QString name = AxVolumeBaseText(volume.question.base);
+    // A level one has one height.
+    constexpr double centimetre = 0.01;
+    return volume.baseHigh - volume.baseLow < centimetre
+               ? VolumeTr::tr("%1 (%2)").arg(name, MetresText(volume.baseLow))
+               : VolumeTr::tr("%1 (%2 to %3)")
+                     .arg(name, MetresText(volume.baseLow), MetresText(volume.baseHigh));
+}
+
+/// 1, 2 or 5 times a power of ten, so that the most is within so many of them.
+double StepFor(double most)
+{
+    constexpr double finest = 0.01; // metres
+    const double least = std::max(finest, most / stepsOfPicture);
+    const double power = std::pow(10.0, std::floor(std::log10(least)));
+    constexpr double slack = 1.0 + 1.0e-9;
+    for (const double factor : {1.0, 2.0, 5.0})
+        if (factor * power * slack >= least)
+            return factor * power;
+    return 10.0 * power;
+}
+
+std::uint8_t Mixed(int from, int to, int step)
+{
+    return static_cast<std::uint8_t>(from + (to - from) * step / (stepsOfPicture - 1));
+}
+
+double StepOf(const AxVolume& volume)
+{
+    return StepFor(std::max(volume.highest, -volume.deepest));
+}
+
+/// Above the base, below it, and not known.
+std::vector<AxGeoRaster::Class> ClassesOf(const AxVolume& volume)
+{
+    std::vector<AxGeoRaster::Class> classes;
+    const double step = StepOf(volume);
+    const auto name = [step](const QString& text, int number) {
+        return text.arg(QString::number(number * step, 'g', 6), QString::number((number + 1) * step, 'g', 6));
+    };
+    // From light to dark: told apart without telling red from blue, too.
+    for (int i = 0; i < stepsOfPicture; ++i)
+        classes.push_back({name(VolumeTr::tr("%1 to %2 m above"), i),
+                           {Mixed(255, 120, i), Mixed(190, 0, i), Mixed(160, 20, i)}});
+    for (int i = 0; i < stepsOfPicture; ++i)
+        classes.push_back({name(VolumeTr::tr("%1 to %2 m below"), i),
+                           {Mixed(170, 10, i), Mixed(205, 30, i), Mixed(255, 130, i)}});
+    classes.push_back({VolumeTr::tr("not known"), {150, 150, 150}});
+    return classes;
+}
+
+double BaseAt(const AxVolume& volume, std::size_t at)
+{
+    return static_cast<double>(volume.grid->heights[at]) - static_cast<double>(volume.differences[at]);
+}
+
+const char* BaseKey(AxVolumeBase base)
+{
+    const char* const keys[] = {"plane", "surface", "mean", "lowest", "highest", "height"};
+    return keys[static_cast<std::size_t>(base)];
+}
+} // namespace
+
+QVector<AxVolumeBase> AxVolumeBases()
+{
+    return {AxVolumeBase::PlaneOfRim,  AxVolumeBase::SurfaceOfRim, AxVolumeBase::MeanOfRim,
+            AxVolumeBase::LowestOfRim, AxVolumeBase::HighestOfRim, AxVolumeBase::Height};
+}
+
+QString AxVolumeBaseText(AxVolumeBase base)
+{
+    switch (base) {
+    case AxVolumeBase::PlaneOfRim:
+        return VolumeTr::tr("Plane through the rim");
+    case AxVolumeBase::SurfaceOfRim:
+        return VolumeTr::tr("Surface through the rim");
+    case AxVolumeBase::MeanOfRim:
+        return VolumeTr::tr("Mean height of the rim");
+    case AxVolumeBase::LowestOfRim:
+        return VolumeTr::tr("Lowest place of the rim");
+    case AxVolumeBase::HighestOfRim:
+        return VolumeTr::tr("Highest place of the rim");
+    case AxVolumeBase::Height:
+        return VolumeTr::tr("Given height");
+    }
+    return {};
+}
+
+QString AxVolumeSizeText(const AxVolumeSize& size)
+{
+    return VolumeTr::tr("%1 cells, about %2 MB")
+        .arg(QString::number(size.cells, 'f', 0), QString::number(std::ceil(size.megabytes), 'f', 0));
+}
+
+QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
+{
+    switch (fault) {
+    case AxVolumeFault::NoArea:
+        return VolumeTr::tr("The outline has no area, or crosses itself.");
+    case AxVolumeFault::TooLarge:
+        return VolumeTr::tr("The area is more than %1 across.").arg(AxUnits::Length(2.0 * axWidestVolume));
+    case AxVolumeFault::WrongNumber:
+        return VolumeTr::tr("The cell or the height is no number that it may be.");
+    case AxVolumeFault::Many:
+        return VolumeTr::tr("The grid is large (%1), and nobody has said that it is meant.")
+            .arg(AxVolumeSizeText(AxVolumeSizeOf(question)));
+    case AxVolumeFault::TooMany:
+        return VolumeTr::tr("The cells are too small for this area: it would have %1. There may be %2 cells.")
+            .arg(AxVolumeSizeText(AxVolumeSizeOf(question)), QString::number(axMostVolumeCells, 'f', 0));
+    case AxVolumeFault::NoGround:
+        return VolumeTr::tr("No height of the ground in the area is known.");
+    case AxVolumeFault::NoRim:
+        return VolumeTr::tr("Too few heights of the ground below the outline are known.");
+    case AxVolumeFault::Interrupted:
+        return VolumeTr::tr("Called off.");
+    case AxVolumeFault::None:
+        break;
+    }
+    return {};
+}
+
+QVector<QPair<QString, QString>> AxVolumeFigures(const AxVolume& volume)
+{
+    if (volume.fault != AxVolumeFault::None)
+        return {};
+    QVector<QPair<QString, QString>> rows{
+        {VolumeTr::tr("Cut"), AxUnits::Volume(volume.cut)},
+        {VolumeTr::tr("Fill"), AxUnits::Volume(volume.fill)},
+        {VolumeTr::tr("Cut less fill"), SignedText(volume.Net(), AxUnits::Volume)},
+        {VolumeTr::tr("Error by cells"), std::isfinite(volume.cellError)
+                                             ? VolumeTr::tr("up to %1").arg(AxUnits::Volume(volume.cellError))
+                                             : VolumeTr::tr("not known")},
+        {VolumeTr::tr("Area"), AxUnits::Area(volume.area)},
+        {VolumeTr::tr("Base"), BaseText(volume)},
+        {VolumeTr::tr("Mean above base"), SignedText(volume.mean, MetresText)},
+        {VolumeTr::tr("Highest above base"), SignedText(volume.highest, MetresText)},
+        {VolumeTr::tr("Lowest above base"), SignedText(volume.deepest, MetresText)},
+        {VolumeTr::tr("Cells of"), MetresText(volume.question.cell)}};
+    if (volume.unknown > 0.0)
+        rows.insert(
+            3, {VolumeTr::tr("Not known"), VolumeTr::tr("%1 % of the area (%2) has no known height")
+                                               .arg(QString::number(100.0 * volume.UnknownShare(), 'f', 1),
+                                                    AxUnits::Area(volume.unknown))});
+    return rows;
+}
+
+QString AxVolumeReport(const AxVolume& volume)
+{
+    QStringList lines;
+    for (const auto& [name, value] : AxVolumeFigures(volume))
+        lines += VolumeTr::tr("%1: %2").arg(name, value);
+    return lines.join(QLatin1Char('\n'));
+}
+
+std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolume& volume)
+{
+    std::vector<AxGeoRaster::Class> classes = ClassesOf(volume);
+    const double step = StepOf(volume);
+    const auto used = [step](double most) {
+        return most > 0.0 ? std::min(stepsOfPicture, 1 + static_cast<int>(most / step)) : 0;
+    };
+    if (!(volume.unknown > 0.0))
+        classes.pop_back();
+    const auto below = classes.begin() + stepsOfPicture;
+    classes.erase(below + used(-volume.deepest), below + stepsOfPicture);
+    classes.erase(classes.begin() + used(volume.highest), classes.begin() + stepsOfPicture);
+    return classes;
+}
+
+AxGeoRaster AxVolumeRaster(const AxVolume& volume)
+{
+    AxGeoRaster raster;
+    if (!volume.grid || volume.fault != AxVolumeFault::None)
+        return raster;
+    raster.middle = volume.grid->middle;
+    raster.columns = volume.grid->columns;
+    raster.rows = volume.grid->rows;
+    raster.cell = volume.grid->cell;
+    raster.classes = ClassesOf(volume);
+    raster.values.assign(volume.grid->kinds.size(), 0);
+    const double step = StepOf(volume);
+    volume.grid->EachCell([&](std::size_t at, double, double, double) {
+        const auto difference = static_cast<double>(volume.differences[at]);
+        if (std::isnan(difference)) {
+            raster.values[at] = static_cast<std::uint8_t>(2 * stepsOfPicture + 1);
+            return;
+        }
+        const int number = std::min(stepsOfPicture - 1, static_cast<int>(std::abs(difference) / step));
+        raster.values[at] = static_cast<std::uint8_t>(1 + number + (difference > 0.0 ? 0 : stepsOfPicture));
+    });
+    return raster;
+}
+
+AxGeoField AxVolumeField(const AxVolume& volume)
+{
+    AxGeoField field;
+    if (!volume.grid || volume.fault != AxVolumeFault::None)
+        return field;
+    const AxVolumeGrid& grid = *volume.grid;
+    field.middle = grid.middle;
+    field.columns = grid.columns;
+    field.rows = grid.rows;
+    field.cell = grid.cell;
+    std::vector<float> base(grid.heights.size());
+    for (std::size_t at = 0; at < base.size(); ++at)
+        base[at] = static_cast<float>(BaseAt(volume, at));
+    field.bands = {{QStringLiteral("difference"), volume.differences},
+                   {QStringLiteral("ground"), grid.heights},
+                   {QStringLiteral("base"), std::move(base)}};
+    const auto fact = [&field](const char* key, double value) {
+        field.facts[QLatin1String(key)] = QString::number(value, 'g', 12);
+    };
+    field.facts[QStringLiteral("BASE")] = QLatin1String(BaseKey(volume.question.base));
+    fact("CUT_M3", volume.cut);
+    fact("FILL_M3", volume.fill);
+    fact("CELL_ERROR_M3", volume.cellError);
+    fact("AREA_M2", volume.area);
+    fact("UNKNOWN_M2", volume.unknown);
+    fact("BASE_LOW_M", volume.baseLow);
+    fact("BASE_HIGH_M", volume.baseHigh);
+    return field;
+}
+
+bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume)
+{
+    const auto isWritten = [&device](const QByteArray& text) { return device.write(text) == text.size(); };
+    if (!isWritten("longitude,latitude,area_m2,ground_m,base_m,difference_m\r\n"))
+        return false;
+    if (!volume.grid)
+        return true;
+    const AxPlanPlane plane({volume.grid->middle});
+    const double cellArea = volume.grid->cell * volume.grid->cell;
+    constexpr int degreeDecimals = 9;
+    constexpr int metreDecimals = 3;
+    constexpr int piece = 1 << 16;
+    QByteArray text;
+    bool isGood = true;
+    volume.grid->EachCell([&](std::size_t at, double x, double y, double share) {
+        if (!isGood)
+            return;
+        const QPointF place = plane.ToLngLat({x, y});
+        const auto metres = [](double value) {
+            return std::isfinite(value) ? QByteArray::number(value, 'f', metreDecimals) : QByteArray();
+        };
+        text += QByteArray::number(place.x(), 'f', degreeDecimals) + ',' +
+                QByteArray::number(place.y(), 'f', degreeDecimals) + ',' + metres(share * cellArea) + ',' +
+                metres(static_cast<double>(volume.grid->heights[at])) + ',' + metres(BaseAt(volume, at)) +
+                ',' + metres(static_cast<double>(volume.differences[at])) + "\r\n";
+        if (text.size() > piece) {
+            isGood = isWritten(text);
+            text.clear();
+        }
+    });
+    return isGood && isWritten(text);
+}

@@ -1,0 +1,368 @@
+#include "host/volume/VolumePanel.h"
+#include "analysis/AxVolumeAnalysis.h"
+#include "analysis/AxVolumeText.h"
+#include "host/files/SaveBox.h"
+#include "host/tasks/LimitedNumber.h"
+#include "host/volume/VolumeFile.h"
+#include "interaction/CAxEarthManipulator.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <AxAlgorthm/AxUnits.h>
+#include <AxBaseUI/CAxMessageBox.h>
+#include <AxBaseUI/CAxVolumeWgt.h>
+
+#include <osgEarth/Viewpoint>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace {
+enum VolumeColumn
+{
+    VolumeName,
+    VolumeCut,
+    VolumeFill
+};
+constexpr int volumeIdRole = Qt::UserRole;
+
+// Of a flight to a volume.
+constexpr double volumeFlightSeconds = 1.5;
+constexpr double flattestVolumePitch = -50.0;
+constexpr double sidesAway = 3.0;
+constexpr double leastVolumeRange = 100.0;
+
+LimitedNumber* MetresOfVolume(const char* name, double least, double most)
+{
+    auto* field = new LimitedNumber;
+    field->setObjectName(QLatin1String(name));
+    field->setDecimals(2);
+    field->setRange(least, most);
+    field->setSuffix(QStringLiteral(" m"));
+    return field;
+}
+} // namespace
+
+VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QWidget(parent), viewer(earthViewer), base(new QComboBox),
+      height(MetresOfVolume("VolumeHeight", -12000.0, 10000.0)),
+      cell(MetresOfVolume("VolumeCell", 0.0, 1000.0)), compute(new QPushButton(tr("Compute"))),
+      progress(new QProgressBar), cancel(new QPushButton(tr("Cancel"))), told(new QLabel),
+      list(new QTreeWidget), figures(new CAxVolumeWgt)
+{
+    Build();
+    AxVolumeAnalysis* analysis = Analysis();
+    connect(analysis, &AxVolumeAnalysis::added, this, &VolumePanel::Add);
+    connect(analysis, &AxVolumeAnalysis::changed, this, &VolumePanel::Fill);
+    connect(analysis, &AxVolumeAnalysis::removed, this, [this](const QString& id) {
+        delete ItemOf(id);
+        ShowChosen();
+    });
+    connect(analysis, &AxVolumeAnalysis::progress, this, [this](const QString& id, int percent) {
+        if (Chosen().value(0) == id)
+            progress->setValue(percent);
+    });
+    connect(list, &QTreeWidget::itemSelectionChanged, this, &VolumePanel::ShowChosen);
+    connect(list, &QTreeWidget::itemChanged, this, &VolumePanel::OnItemChanged);
+    connect(list, &QTreeWidget::itemDoubleClicked, this, &VolumePanel::Fly);
+    connect(base, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
+        height->setEnabled(base->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
+    });
+    connect(compute, &QPushButton::clicked, this, &VolumePanel::Ask);
+    connect(cancel, &QPushButton::clicked, this, [this] {
+        for (const QString& id : Chosen())
+            Analysis()->CallOff(id);
+    });
+    ShowChosen();
+}
+
+VolumePanel::~VolumePanel() = default;
+
+AxVolumeAnalysis* VolumePanel::Analysis() const
+{
+    return viewer ? viewer->GetVolumeAnalysis() : nullptr;
+}
+
+void VolumePanel::Build()
+{
+    constexpr int leastLines = 4;
+    base->setObjectName(QStringLiteral("VolumeBase"));
+    base->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    for (const AxVolumeBase one : AxVolumeBases())
+        base->addItem(AxVolumeBaseText(one), static_cast<int>(one));
+    cell->setSpecialValueText(tr("automatic"));
+    compute->setObjectName(QStringLiteral("VolumeCompute"));
+    cancel->setObjectName(QStringLiteral("VolumeCancel"));
+    told->setObjectName(QStringLiteral("VolumeTold"));
+    told->setTextFormat(Qt::PlainText);
+    told->setWordWrap(true);
+    told->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    list->setObjectName(QStringLiteral("VolumeList"));
+    list->setHeaderLabels({tr("Volume"), tr("Cut"), tr("Fill")});
+    list->setRootIsDecorated(false);
+    list->setAlternatingRowColors(true);
+    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    list->setMinimumHeight(leastLines * list->fontMetrics().lineSpacing());
+    figures->EnableMove(false);
+
+    auto* form = new QFormLayout;
+    form->addRow(tr("Base"), base);
+    form->addRow(tr("Height of base"), height);
+    form->addRow(tr("Cell"), cell);
+    auto* work = new QHBoxLayout;
+    work->addWidget(compute);
+    work->addWidget(progress, 1);
+    work->addWidget(cancel);
+    auto* buttons = new QHBoxLayout;
+    const auto add = [&](const char* name, const QString& text, auto done) {
+        auto* button = new QPushButton(text);
+        button->setObjectName(QLatin1String(name));
+        connect(button, &QPushButton::clicked, this, done);
+        buttons->addWidget(button);
+        ofChosen += button;
+        return button;
+    };
+    add("VolumeFly", tr("Fly to"), &VolumePanel::Fly);
+    add("VolumeCopy", tr("Copy"), &VolumePanel::Copy);
+    exportButton = add("VolumeExport", tr("Export..."), &VolumePanel::Export);
+    add("VolumeRemove", tr("Remove"), &VolumePanel::Remove);
+
+    // A field that scrolls: a panel that grows with its figures would move the map.
+    auto* scrolled = new QScrollArea;
+    scrolled->setWidget(figures);
+    scrolled->setWidgetResizable(true);
+    auto* column = new QVBoxLayout(this);
+    constexpr int margin = 4;
+    column->setContentsMargins(margin, margin, margin, margin);
+    column->addWidget(list, 1);
+    column->addLayout(buttons);
+    column->addLayout(form);
+    column->addLayout(work);
+    column->addWidget(told);
+    column->addWidget(scrolled, 3);
+}
+
+// The list
+
+QTreeWidgetItem* VolumePanel::ItemOf(const QString& id) const
+{
+    for (int row = 0; row < list->topLevelItemCount(); ++row)
+        if (list->topLevelItem(row)->data(VolumeName, volumeIdRole).toString() == id)
+            return list->topLevelItem(row);
+    return nullptr;
+}
+
+QStringList VolumePanel::Chosen() const
+{
+    QStringList ids;
+    for (const QTreeWidgetItem* item : list->selectedItems())
+        ids += item->data(VolumeName, volumeIdRole).toString();
+    return ids;
+}
+
+void VolumePanel::Add(const QString& id)
+{
+    auto* item = new QTreeWidgetItem;
+    item->setData(VolumeName, volumeIdRole, id);
+    {
+        const QSignalBlocker quiet(list);
+        list->addTopLevelItem(item);
+    }
+    Fill(id);
+    list->clearSelection();
+    list->setCurrentItem(item);
+    emit Wanted();
+}
+
+void VolumePanel::Fill(const QString& id)
+{
+    QTreeWidgetItem* item = ItemOf(id);
+    if (!item || !Analysis())
+        return;
+    const AxVolumeResult result = Analysis()->GetResult(id);
+    const bool wasPending = item->data(VolumeCut, volumeIdRole).toBool();
+    {
+        const QSignalBlocker quiet(list);
+        item->setText(VolumeName, result.name);
+        item->setCheckState(VolumeName, result.isVisible ? Qt::Checked : Qt::Unchecked);
+        const QString without = result.isPending ? QStringLiteral("...") : QStringLiteral("-");
+        item->setText(VolumeCut, result.volume ? AxUnits::Volume(result.volume->cut) : without);
+        item->setText(VolumeFill, result.volume ? AxUnits::Volume(result.volume->fill) : without);
+        item->setData(VolumeCut, volumeIdRole, result.isPending);
+    }
+    if (Chosen().value(0) == id)
+        ShowChosen();
+    if (wasPending && !result.isPending && result.volume && result.fault == AxVolumeFault::None)
+        emit Told(
+            tr("%1: cut %2, fill %3")
+                .arg(result.name, AxUnits::Volume(result.volume->cut), AxUnits::Volume(result.volume->fill)));
+}
+
+void VolumePanel::WriteAgain()
+{
+    for (int row = 0; row < list->topLevelItemCount(); ++row)
+        Fill(list->topLevelItem(row)->data(VolumeName, volumeIdRole).toString());
+}
+
+void VolumePanel::OnItemChanged(QTreeWidgetItem* item)
+{
+    if (AxVolumeAnalysis* analysis = Analysis())
+        analysis->SetVisible(item->data(VolumeName, volumeIdRole).toString(),
+                             item->checkState(VolumeName) == Qt::Checked);
+}
+
+// The one that is chosen
+
+void VolumePanel::ShowChosen()
+{
+    const QStringList chosen = Chosen();
+    for (QPushButton* button : qAsConst(ofChosen))
+        button->setEnabled(!chosen.isEmpty());
+    exportButton->setEnabled(chosen.size() == 1 && !writing.IsBusy());
+    ShowResult(Analysis() ? Analysis()->GetResult(chosen.value(0)) : AxVolumeResult());
+}
+
+void VolumePanel::ShowResult(const AxVolumeResult& result)
+{
+    const bool isOne = !result.id.isEmpty();
+    for (QWidget* field : QList<QWidget*>{base, cell, compute})
+        field->setEnabled(isOne);
+    height->setEnabled(isOne && result.question.base == AxVolumeBase::Height);
+    progress->setVisible(result.isPending);
+    cancel->setVisible(result.isPending);
+    const QSignalBlocker quiet(base);
+    base->setCurrentIndex(base->findData(static_cast<int>(result.question.base)));
+    height->setValue(result.question.height);
+    cell->setValue(result.question.cell);
+    QStringList notes;
+    if (!isOne)
+        notes += tr("Measure > Volume draws the area of a volume.");
+    else if (result.fault != AxVolumeFault::None)
+        notes += AxVolumeFaultText(result.fault, result.question);
+    if (result.isStale && !result.isPending)
+        notes += tr("The ground has changed since; Compute measures it anew.");
+    told->setText(notes.join(QLatin1Char('\n')));
+    told->setVisible(!notes.isEmpty());
+    const AxVolume* volume = result.volume.get();
+    figures->setVisible(volume);
+    if (!volume)
+        return;
+    figures->SetVolume(volume->cut, volume->fill);
+    // The first three are those.
+    figures->SetFigures(AxVolumeFigures(*volume).mid(3));
+    QVector<QPair<QColor, QString>> legend;
+    for (const AxGeoRaster::Class& one : AxVolumeLegend(*volume))
+        legend += {QColor(one.color[0], one.color[1], one.color[2]), one.name};
+    figures->SetLegend(legend);
+}
+
+void VolumePanel::Ask()
+{
+    AxVolumeAnalysis* analysis = Analysis();
+    const QString id = Chosen().value(0);
+    const AxVolumeResult result = analysis ? analysis->GetResult(id) : AxVolumeResult();
+    if (result.id.isEmpty())
+        return;
+    AxVolumeQuestion question = result.question;
+    question.base = static_cast<AxVolumeBase>(base->currentData().toInt());
+    question.height = height->value();
+    question.cell = cell->value();
+    question.mayBeLarge = false;
+    QString why;
+    if (!analysis->Ask(id, result.name, question, &why)) {
+        told->setText(why);
+        told->setVisible(true);
+    }
+}
+
+void VolumePanel::Fly()
+{
+    const AxVolumeResult result = Analysis() ? Analysis()->GetResult(Chosen().value(0)) : AxVolumeResult();
+    if (!result.volume || !result.volume->grid)
+        return;
+    const AxVolumeGrid& grid = *result.volume->grid;
+    CAxEarthManipulator* camera = viewer->getManipulator();
+    QList<osg::Vec3d> ground{osg::Vec3d(grid.middle.x(), grid.middle.y(), 0.0)};
+    camera->GetElevations(ground, false);
+    const osgEarth::Viewpoint now = camera->getViewpoint();
+    const double side = grid.cell * std::hypot(grid.columns, grid.rows);
+    camera->setViewpoint(osgEarth::Viewpoint("volume", grid.middle.x(), grid.middle.y(),
+                                             ground.constFirst().z(), now.getHeading(),
+                                             qMin(now.getPitch(), flattestVolumePitch),
+                                             qMax(leastVolumeRange, sidesAway * side)),
+                         volumeFlightSeconds);
+}
+
+void VolumePanel::Copy() const
+{
+    QStringList texts;
+    for (const QString& id : Chosen()) {
+        const AxVolumeResult result = Analysis() ? Analysis()->GetResult(id) : AxVolumeResult();
+        if (result.volume)
+            texts += result.name + QLatin1Char('\n') + AxVolumeReport(*result.volume);
+    }
+    if (!texts.isEmpty())
+        QApplication::clipboard()->setText(texts.join(QStringLiteral("\n\n")));
+}
+
+void VolumePanel::Export()
+{
+    const AxVolumeResult result = Analysis() ? Analysis()->GetResult(Chosen().value(0)) : AxVolumeResult();
+    if (!result.volume) {
+        emit Told(tr("There is no volume to export yet."));
+        return;
+    }
+    const QPointer<VolumePanel> self(this);
+    const auto answer = SaveBox::Ask(
+        window(), tr("Export %1").arg(result.name), folder, result.name,
+        {{tr("GeoTIFF of the differences (*.tif *.tiff)"), {QStringLiteral("tif"), QStringLiteral("tiff")}},
+         {tr("Table of the cells (*.csv)"), {QStringLiteral("csv")}}});
+    if (!answer || !self)
+        return;
+    folder = QFileInfo(answer->file).absolutePath();
+    Write(result, answer->file, answer->kind == 1);
+}
+
+void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool isTable)
+{
+    // A million rows take seconds.
+    emit Told(tr("%1 is being written...").arg(QDir::toNativeSeparators(file)));
+    writing.Start([volume = result.volume, file,
+                   isTable](const std::atomic<bool>&) { return WriteVolumeFile(file, *volume, isTable); },
+                  [this, file](QString&& fault) {
+                      ShowChosen();
+                      const QString name = QDir::toNativeSeparators(file);
+                      if (fault.isEmpty()) {
+                          emit Told(tr("%1 is written.").arg(name));
+                          return;
+                      }
+                      CAxMessageBox box(window());
+                      box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+                      box.SetWindowTitle(tr("Export"));
+                      box.SetMsgText(tr("%1 was not written.").arg(name));
+                      box.SetDetails(fault);
+                      box.SetBtnHidden(false, true, false);
+                      box.exec();
+                  });
+    ShowChosen();
+}
+
+void VolumePanel::Remove()
+{
+    for (const QString& id : Chosen())
+        if (AxVolumeAnalysis* analysis = Analysis())
+            analysis->Remove(id);
+}

@@ -1,0 +1,69 @@
+#pragma once
+#include "scene/AxLatestWork.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class AxVolumeAnalysis;
+class CAxEarthViewer;
+class CAxVolumeWgt;
+class LimitedNumber;
+class QComboBox;
+class QLabel;
+class QProgressBar;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+struct AxVolumeResult;
+
+/**
+ * The volumes that were measured: what each is measured against and on which grid, to be changed without
+ * drawing it again; its figures and the legend of its picture; to be hidden, flown to, copied, exported and
+ * removed. GUI thread; the viewer may go first.
+ */
+class VolumePanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit VolumePanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
+    ~VolumePanel() override;
+
+    /// Writes all texts anew: the units are others now.
+    void WriteAgain();
+
+signals:
+    void Wanted();                  ///< a volume was measured: the panel is to be seen
+    void Told(const QString& text); ///< for the status bar
+
+private:
+    void Build();
+    AxVolumeAnalysis* Analysis() const;
+    QTreeWidgetItem* ItemOf(const QString& id) const;
+    QStringList Chosen() const; ///< IDs
+    void Add(const QString& id);
+    void Fill(const QString& id);
+    void OnItemChanged(QTreeWidgetItem* item);
+    void ShowChosen();
+    void ShowResult(const AxVolumeResult& result);
+    void Ask();
+    void Fly();
+    void Copy() const;
+    void Export();
+    void Write(const AxVolumeResult& result, const QString& file, bool isTable);
+    void Remove();
+
+    QPointer<CAxEarthViewer> viewer;
+    QComboBox* base;
+    LimitedNumber* height;
+    LimitedNumber* cell;
+    QPushButton* compute;
+    QProgressBar* progress;
+    QPushButton* cancel;
+    QLabel* told;
+    QTreeWidget* list;
+    CAxVolumeWgt* figures;
+    QList<QPushButton*> ofChosen; ///< what can be done with results that are chosen
+    QPushButton* exportButton = nullptr;
+    QString folder;       ///< that was exported to last
+    AxLatestWork writing; ///< ends before what it reports to
+};

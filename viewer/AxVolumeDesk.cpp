@@ -1,0 +1,97 @@
+#include "viewer/AxVolumeDesk.h"
+#include "analysis/volume/AxVolumeAnalysis.h"
+#include "analysis/volume/AxVolumeText.h"
+#include "viewer/overlay/AxGridWidget.h"
+
+#include <AxAlgorthm/AxUnits.h>
+#include <AxBaseUI/CAxMessageBox.h>
+
+AxVolumeDesk::AxVolumeDesk(AxVolumeAnalysis& analysis, AxGridWidget& widget, QWidget* over)
+    : volumes(analysis), panel(&widget), window(over)
+{
+    const auto follow = [this](const QString& id) {
+        if (panel && panel->HandleID() == id)
+            showResult();
+    };
+    connect(&volumes, &AxVolumeAnalysis::added, this, &AxVolumeDesk::ShowVolume);
+    connect(&volumes, &AxVolumeAnalysis::changed, this, follow);
+    connect(&volumes, &AxVolumeAnalysis::removed, this, [this](const QString& id) {
+        if (panel && panel->HandleID() == id)
+            ShowVolume({});
+    });
+    connect(&volumes, &AxVolumeAnalysis::progress, this, [this](const QString& id, int percent) {
+        if (panel && panel->HandleID() == id)
+            panel->ShowProgress(percent);
+    });
+    connect(&volumes, &AxVolumeAnalysis::nextChanged, this, [this] {
+        if (panel && panel->HandleID().isEmpty())
+            panel->ShowQuestion(volumes.Next());
+    });
+    // Queued: a box lets events run, and this may come out of the middle of one.
+    connect(&volumes, &AxVolumeAnalysis::largeAsked, this, &AxVolumeDesk::askForLarge, Qt::QueuedConnection);
+    connect(panel, &AxGridWidget::questionChanged, this, &AxVolumeDesk::take);
+    connect(panel, &AxGridWidget::cancelled, this, [this] { volumes.CallOff(panel->HandleID()); });
+    ShowVolume({});
+}
+
+void AxVolumeDesk::ShowVolume(const QString& id)
+{
+    if (!panel)
+        return;
+    const AxVolumeResult result = volumes.GetResult(id);
+    panel->ShowVolume(result.id, result.name);
+    panel->ShowQuestion(result.id.isEmpty() ? volumes.Next() : result.question);
+    showResult();
+}
+
+void AxVolumeDesk::showResult()
+{
+    const AxVolumeResult result = volumes.GetResult(panel->HandleID());
+    QStringList notes;
+    if (result.id.isEmpty())
+        notes += tr("Click the corners of the area, the last one by a double click.");
+    else if (result.fault != AxVolumeFault::None)
+        notes += AxVolumeFaultText(result.fault, result.question);
+    else if (result.isPending)
+        notes += AxVolumeSizeText(AxVolumeSizeOf(result.question));
+    else if (result.volume)
+        notes += tr("Cut %1, fill %2")
+                     .arg(AxUnits::Volume(result.volume->cut), AxUnits::Volume(result.volume->fill));
+    if (result.isStale && !result.isPending)
+        notes += tr("The ground has changed since.");
+    panel->ShowNote(notes.join(QLatin1Char('\n')));
+    panel->ShowProgress(result.isPending ? 0 : -1);
+}
+
+void AxVolumeDesk::take()
+{
+    AxVolumeQuestion question = panel->Question();
+    volumes.SetNext(question);
+    const AxVolumeResult result = volumes.GetResult(panel->HandleID());
+    if (result.id.isEmpty())
+        return;
+    question.ring = result.question.ring;
+    QString why;
+    if (!volumes.Ask(result.id, result.name, question, &why))
+        panel->ShowNote(why);
+}
+
+void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& question)
+{
+    CAxMessageBox box(window);
+    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box.SetWindowTitle(tr("Volume"));
+    box.SetMsgText(tr("The grid of this volume is large: %1. It takes a while. Do you want to compute it?")
+                       .arg(AxVolumeSizeText(AxVolumeSizeOf(question))));
+    box.SetBtnOKText(tr("Compute"));
+    box.SetCancelDefault(true);
+    const QPointer<AxVolumeDesk> self(this);
+    if (box.exec() != QDialog::Accepted || !self)
+        return;
+    const AxVolumeResult result = volumes.GetResult(id);
+    AxVolumeQuestion meant = question;
+    meant.mayBeLarge = true;
+    // It may be gone, and its ring is what counts.
+    if (!result.id.isEmpty())
+        volumes.Ask(id, result.name, meant);
+}

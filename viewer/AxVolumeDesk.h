@@ -1,0 +1,34 @@
+#pragma once
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class AxGridWidget;
+class AxVolumeAnalysis;
+class QWidget;
+struct AxVolumeQuestion;
+
+/**
+ * What goes on between the grid panel on the map and the volumes: the panel shows the one that was measured
+ * last while the tool is in hand, its fields ask about that one anew and count for the next, and large grids
+ * are asked for. Owned by the viewer, as both of them. GUI thread.
+ */
+class AxVolumeDesk : public QObject
+{
+    Q_OBJECT
+public:
+    /// Questions open over `window`.
+    AxVolumeDesk(AxVolumeAnalysis& volumes, AxGridWidget& panel, QWidget* window);
+
+    /// The panel is about this one from now on; about the next one to be drawn for an unknown ID.
+    void ShowVolume(const QString& id);
+
+private:
+    void showResult();
+    void take();
+    void askForLarge(const QString& id, const AxVolumeQuestion& question);
+
+    AxVolumeAnalysis& volumes;
+    const QPointer<AxGridWidget> panel;
+    const QPointer<QWidget> window;
+};
