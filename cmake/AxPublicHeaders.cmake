@@ -32,6 +32,8 @@ set(AX_PUBLIC_HEADERS
   interaction/CAxEarthManipulator.h=interaction/input/CAxEarthManipulator.h
   interaction/CAxHandleAdapter.h=interaction/objects/CAxHandleAdapter.h
   interaction/CAxHandleAdapterEditor.h=interaction/editing/CAxHandleAdapterEditor.h
+  interaction/AxMagnifier.h=interaction/magnifier/AxMagnifier.h
+  interaction/CAxOsgDrawMagnifyRectange.h=interaction/magnifier/CAxOsgDrawMagnifyRectange.h
   interaction/AxMeasurement.h=interaction/measure/AxMeasurement.h
   interaction/AxMeasurements.h=interaction/measure/AxMeasurements.h
   interaction/AxModelLayers.h=interaction/models/AxModelLayers.h
@@ -59,6 +61,9 @@ set(AX_PUBLIC_HEADERS
   viewer/AxHeadUpText.h=viewer/overlay/AxHeadUpText.h
   viewer/AxMapFile.h=viewer/AxMapFile.h
   viewer/AxMapLayers.h=viewer/AxMapLayers.h
+  viewer/AxPictureCapture.h=viewer/capture/AxPictureCapture.h
+  viewer/AxShot.h=viewer/capture/AxShot.h
+  viewer/WindowCaptureCallback.h=viewer/capture/WindowCaptureCallback.h
   viewer/AxSceneLog.h=viewer/AxSceneLog.h
   viewer/AxTranslations.h=viewer/AxTranslations.h
   viewer/CAxCoordinateWidget.h=viewer/overlay/CAxCoordinateWidget.h

@@ -1,5 +1,6 @@
 #include "viewer/AxFrame.h"
 #include "scene/base/AxViewerLog.h"
+#include "viewer/AxLensPicture.h"
 #include "viewer/AxSpareMemory.h"
 #include "viewer/AxWaitRule.h"
 
@@ -141,7 +142,7 @@ AxStillRule::Facts AxFrame::Look(const QSize& pixels)
     walk.Look(*viewer);
     facts.mayChange = walk.Changeable() != nullptr;
     facts.fingerprint = walk.Fingerprint() ^ (static_cast<std::size_t>(pixels.width()) << 16) ^
-                        static_cast<std::size_t>(pixels.height());
+                        static_cast<std::size_t>(pixels.height()) ^ (lens ? lens->Fingerprint() : 0);
     TellWhy(walk.Changeable());
     return facts;
 }
@@ -160,7 +161,11 @@ void AxFrame::TellWhy(const osg::Object* changeable)
 
 void AxFrame::Draw(const AxStillRule::Facts& facts)
 {
+    if (lens)
+        lens->DrawBefore();
     viewer->renderingTraversals();
+    if (lens)
+        lens->ShowAfter();
     drawnFrame = viewer->getFrameStamp()->getFrameNumber();
     drawnAt = viewer->elapsedTime();
     hadInput = false;
@@ -219,6 +224,19 @@ void AxFrame::Render(const QSize& pixels, Target target)
             picture.Forget();
     }
     CountQuiet(idleBefore);
+}
+
+void AxFrame::Aside(const std::function<void()>& draw)
+{
+    const SavedGlState saved(*window->getState());
+    if (!isBegun)
+        Begin();
+    Advance();
+    begun.reset();
+    draw();
+    // What this has looked at counts as looked at.
+    drawnFrame = viewer->getFrameStamp()->getFrameNumber();
+    Request();
 }
 
 bool AxFrame::isWaiting() const

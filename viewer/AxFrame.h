@@ -9,7 +9,10 @@
 
 #include <QSize>
 
+#include <functional>
 #include <optional>
+
+class AxLensPicture;
 
 /**
  * Draws the viewer's frames into an OpenGL context that Qt owns and paints
@@ -60,6 +63,12 @@ public:
     void SetSaving(bool on) { rule.SetSaving(on); }
     bool IsSaving() const { return rule.IsSaving(); }
 
+    /// Updates the scene and calls `draw`, which draws something else than the frame, with OpenGL's state
+    /// kept for whoever has it. Context current. The next frame is drawn anew.
+    void Aside(const std::function<void()>& draw);
+    /// Draws this along with every frame; null for nothing. Not taken over.
+    void SetLens(AxLensPicture* drawn) { lens = drawn; }
+
     /// Whether mouse or key events wait to be handed to the scene.
     bool HasInput() const;
     /// Hands them to the scene, as the event traversal of a frame would. Not from
@@ -90,6 +99,7 @@ private:
     osg::Matrixd drawnView;
     int quietFrames = 0;
 
+    AxLensPicture* lens = nullptr;
     std::optional<AxStillRule::Facts> begun; // of a frame that is to be drawn
     AxStillRule rule;
     AxSceneWalk walk;

@@ -25,14 +25,14 @@ bool AxKeptPicture::IsFor(const QSize& pixels) const
     return texture != 0 && !pixels.isEmpty() && size == pixels && owner == QOpenGLContext::currentContext();
 }
 
-void AxKeptPicture::Show() const
+void AxKeptPicture::Show(const QPoint& lowerLeft) const
 {
     for (const GLenum mode : {GL_ALPHA_TEST, GL_BLEND, GL_COLOR_LOGIC_OP, GL_CULL_FACE, GL_DEPTH_TEST, GL_FOG,
                               GL_LIGHTING, GL_SCISSOR_TEST, GL_STENCIL_TEST})
         glDisable(mode);
     glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    glViewport(0, 0, size.width(), size.height());
+    glViewport(lowerLeft.x(), lowerLeft.y(), size.width(), size.height());
     for (const GLenum matrix : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
         glMatrixMode(matrix);
         glPushMatrix();

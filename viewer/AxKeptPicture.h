@@ -1,4 +1,5 @@
 #pragma once
+#include <QPoint>
 #include <QSize>
 
 class QOpenGLContext;
@@ -14,8 +15,8 @@ public:
     void Take(const QSize& pixels);
     /// Whether there is a copy of that size for the current context.
     bool IsFor(const QSize& pixels) const;
-    /// Draws the copy over everything.
-    void Show() const;
+    /// Draws the copy over everything, its lower left corner at that pixel from the lower left one.
+    void Show(const QPoint& lowerLeft = {}) const;
     /// Forgets the copy; its memory is used again.
     void Forget() { size = QSize(); }
     /// Gives the memory back.

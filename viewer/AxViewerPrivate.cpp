@@ -3,6 +3,8 @@
 #include "analysis/sight/AxSightAnalysis.h"
 #include "analysis/volume/AxVolumeAnalysis.h"
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/magnifier/AxMagnifier.h"
+#include "interaction/magnifier/CAxOsgDrawMagnifyRectange.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMeasurePlane.h"
@@ -19,11 +21,13 @@
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxInputRouter.h"
+#include "viewer/AxLensPicture.h"
 #include "viewer/AxMapFile.h"
 #include "viewer/AxMapLayers.h"
 #include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
+#include "viewer/capture/AxPictureCapture.h"
 #include "viewer/AxVolumeDesk.h"
 #include "viewer/overlay/AxGridWidget.h"
 #include "viewer/overlay/AxHeadUpText.h"
@@ -41,6 +45,7 @@
 #include <QEvent>
 #include <QFileInfo>
 #include <QGraphicsProxyWidget>
+#include <QOpenGLContext>
 #include <QPointer>
 #include <QSplashScreen>
 #include <QWindow>
@@ -121,6 +126,12 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     connect(groundRequests.get(), &AxGroundRequests::answered, q,
             &CAxEarthViewer::signalRequestElevationReturn);
     sightAnalysis = std::make_unique<AxSightAnalysis>(*this);
+    magnifier = std::make_unique<AxMagnifier>(*this);
+    connect(magnifier.get(), &AxMagnifier::changed, q, &CAxEarthViewer::RequestRedraw);
+    objects.Factories().SetOwn(ToolMagnifier,
+                               [this](CAxEarthViewer* earth, QObject* parent) -> CAxHandleAdapter* {
+                                   return new CAxOsgDrawMagnifyRectange(earth, parent, *magnifier);
+                               });
     modelLayers = std::make_unique<AxModelLayers>(*this);
     connect(modelLayers.get(), &AxModelLayers::loaded, q, [this](const QString& id) {
         if (const auto layer = modelLayers->Find(id))
@@ -160,6 +171,18 @@ QImage AxViewerPrivate::paintedPicture()
     const QImage painted = AxCaptureBuffer(*graphicsWindow, GL_BACK);
     glWidget->setAutoBufferSwap(true);
     return painted;
+}
+
+void AxViewerPrivate::hold(bool held)
+{
+    isHeld = held;
+    heldPicture = QImage();
+    // Painted once more, when the first frame behind the overlays is kept.
+    if (held && q->isVisible())
+        paintedPicture();
+    frame->Request();
+    if (q->scene())
+        q->scene()->update();
 }
 
 QImage AxViewerPrivate::Picture()
@@ -229,6 +252,17 @@ void AxViewerPrivate::initParameters()
     graphicsWindow =
         dynamic_cast<osgViewer::GraphicsWindowEmbedded*>(viewer->getCamera()->getGraphicsContext());
     frame = std::make_unique<AxFrame>(viewer, graphicsWindow);
+    lensPicture = std::make_unique<AxLensPicture>(*magnifier, *viewer, *graphicsWindow);
+    frame->SetLens(lensPicture.get());
+    AxCaptureStage stage;
+    stage.viewer = viewer;
+    stage.aside = [this](const std::function<void()>& draw) { frame->Aside(draw); };
+    stage.ready = [this] {
+        glWidget->makeCurrent();
+        return earthLoaded && !viewer->done() && QOpenGLContext::currentContext();
+    };
+    stage.hold = [this](bool held) { hold(held); };
+    capture = std::make_unique<AxPictureCapture>(stage);
     input = std::make_unique<AxInputRouter>(graphicsWindow);
     q->setMouseTracking(true);
 }
@@ -253,6 +287,9 @@ void AxViewerPrivate::initOverlays()
     embed(gridWidget);
     gridWidget->move(overlayMargin, overlayMargin);
     gridWidget->hide();
+
+    q->scene()->addItem(magnifier->Item());
+    ownOverlays += magnifier->Item();
     volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, q);
 }
 
@@ -410,6 +447,7 @@ void AxViewerPrivate::shutDown()
 {
     // Viewsheds are layers, and go below.
     layers->blockSignals(true);
+    capture.reset();
     groundRequests.reset();
     sightAnalysis.reset();
     volumeDesk.reset();
@@ -423,6 +461,11 @@ void AxViewerPrivate::shutDown()
     aircraft.RemoveAll();
     objects.DestroyAll();
     history.Delete();
+    glWidget->makeCurrent();
+    frame->SetLens(nullptr);
+    lensPicture->Release();
+    lensPicture.reset();
+    magnifier.reset();
     // The overlays are deleted with the scene, while the widget is still whole.
     QGraphicsScene* overlays = q->scene();
     q->setScene(nullptr);
@@ -444,6 +487,8 @@ void AxViewerPrivate::shutDown()
 
 void AxViewerPrivate::tick()
 {
+    if (isHeld)
+        return;
     if (!nextReadOut.isEmpty())
         setCoordinate(std::exchange(nextReadOut, {}));
     if (ancillaryProcess && ancillaryProcess->NoFlyZoneMask())
@@ -517,7 +562,8 @@ QSize AxViewerPrivate::pixels() const
 void AxViewerPrivate::takeInput()
 {
     const QPointer<AxViewerPrivate> self(this);
-    frame->TakeInput();
+    if (!isHeld)
+        frame->TakeInput();
     if (self)
         inputPosted = false;
 }

@@ -31,10 +31,13 @@ class AxGlViewport;
 class AxGridWidget;
 class AxGroundRequests;
 class AxInputRouter;
+class AxLensPicture;
+class AxMagnifier;
 class AxMapLayers;
 class AxMeasurements;
 class AxModelLayers;
 class AxOverlayScene;
+class AxPictureCapture;
 class AxSightAnalysis;
 class AxVolumeAnalysis;
 class AxVolumeDesk;
@@ -116,6 +119,8 @@ public:
     bool giveUpHandleDrag();
     /// Takes a place that the mouse has chosen for the point of interest; degrees, degrees, metres.
     void pickInterestPoint(double longitude, double latitude, double altitude);
+    /// Holds the picture on the screen as it is, or lets it go on.
+    void hold(bool held);
     /// Paints the frame once more and reads it, without showing it.
     QImage paintedPicture();
 
@@ -169,11 +174,17 @@ public:
 
     AxGlViewport* glWidget = nullptr;
     std::unique_ptr<AxFrame> frame;
+    std::unique_ptr<AxMagnifier> magnifier;
+    std::unique_ptr<AxLensPicture> lensPicture;
+    std::unique_ptr<AxPictureCapture> capture;
     std::unique_ptr<AxInputRouter> input;
     QStringList nextReadOut;
     bool earthLoaded = false;
     bool starting = false;
     bool painting = false;
+    /// While pictures are taken the window shows this one, and nothing else is drawn.
+    QImage heldPicture;
+    bool isHeld = false;
     bool askedByTimer = false; // for the next paint event, whoever else asks for it
     bool isShown = false;      // what is in the window is what was painted last
     bool inputPosted = false;

@@ -23,9 +23,11 @@
 
 class AxBlockOperations;
 class AxCoordinateSystem;
+class AxMagnifier;
 class AxMapLayers;
 class AxMeasurements;
 class AxModelLayers;
+class AxPictureCapture;
 class AxSightAnalysis;
 class AxViewerParts;
 class AxViewerPrivate;
@@ -180,6 +182,10 @@ public:
     AxModelLayers* GetModelLayers() const;
     /// What can be seen from where; see there. Never null.
     AxSightAnalysis* GetSightAnalysis() const;
+    /// The lens over the map, which ToolMagnifier opens; see there. Never null.
+    AxMagnifier* GetMagnifier() const;
+    /// Pictures of the map in any size; see there. Never null.
+    AxPictureCapture* GetPictureCapture() const;
     /// Cut and fill of measured areas; see there. Never null.
     AxVolumeAnalysis* GetVolumeAnalysis() const;
 

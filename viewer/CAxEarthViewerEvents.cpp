@@ -1,5 +1,6 @@
 // Qt's events but for the input: ticks, painting, sizes.
 #include "viewer/AxFrame.h"
+#include "viewer/AxFrameCapture.h"
 #include "viewer/AxGlViewport.h"
 #include "viewer/AxInputRouter.h"
 #include "viewer/AxViewerPrivate.h"
@@ -34,7 +35,7 @@ void CAxEarthViewer::timerEvent(QTimerEvent* event)
 
 void CAxEarthViewer::paintEvent(QPaintEvent* event)
 {
-    if (d->passBy())
+    if (!d->isHeld && d->passBy())
         return;
     d->isShown = true;
     QGraphicsView::paintEvent(event);
@@ -44,6 +45,10 @@ void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
 {
     if (!d->earthLoaded || painter->paintEngine()->type() != QPaintEngine::OpenGL2)
         return;
+    if (d->isHeld && !d->heldPicture.isNull()) {
+        painter->drawImage(sceneRect(), d->heldPicture);
+        return;
+    }
     const bool isWindow = painter->device() == d->glWidget;
     painter->save();
     painter->setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
@@ -52,6 +57,8 @@ void CAxEarthViewer::drawBackground(QPainter* painter, const QRectF&)
     if (!d->viewer->done())
         d->frame->Render(d->pixels(), isWindow ? AxFrame::Target::Window : AxFrame::Target::Elsewhere);
     d->painting = false;
+    if (d->isHeld && isWindow)
+        d->heldPicture = AxCaptureBuffer(*d->graphicsWindow, GL_BACK);
     painter->endNativePainting();
     painter->restore();
 }

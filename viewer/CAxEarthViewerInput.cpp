@@ -1,5 +1,6 @@
 // The part of the viewer that hands Qt's input on to the scene.
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/magnifier/AxMagnifier.h"
 #include "interaction/marks/CAxOsgDrawPointSet.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/AxInputRouter.h"
@@ -201,7 +202,7 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
     } else if (key == Qt::Key_Escape) {
         // What nobody is in the middle of is left: the several, or the one.
         if (!d->tools.InHand().GiveUp() && !d->objects.GiveUpOperation() && !d->tools.IsBusy() &&
-            GetToolKind(d->tools.Tool()) == ToolKindNavigate)
+            !d->magnifier->Close() && GetToolKind(d->tools.Tool()) == ToolKindNavigate)
             d->objects.LeaveSelection();
     } else if (key == Qt::Key_Backspace && d->objects.Current()) {
         d->objects.Current()->RemoveLastPoint();

@@ -158,6 +158,9 @@ void CAxEarthManipulator::handleKeyDown(const GUIEventAdapter& ea, osgGA::GUIAct
 {
     if (!AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
         return;
+    // A held key repeats, which ends no rectangle that is being drawn.
+    if (viewer->Tools().Tool() == ToolMagnifier && viewer->Tools().IsBusy())
+        return;
     viewer->Tools().TakeUp(ToolNavigate);
     if (viewer)
         viewer->Tools().TakeUp(ToolMagnifier);

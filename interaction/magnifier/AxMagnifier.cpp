@@ -1,0 +1,179 @@
+#include "interaction/magnifier/AxMagnifier.h"
+#include "interaction/magnifier/AxMagnifierItem.h"
+#include "interaction/magnifier/AxMagnifierRules.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
+#include "scene/shape/AxDrawnGround.h"
+#include "scene/shape/AxViewRay.h"
+
+#include <osgViewer/Viewer>
+
+#include <QGraphicsScene>
+#include <QGraphicsView>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+AxMagnifier::AxMagnifier(AxViewerParts& viewer)
+    : parts(&viewer), map(viewer.Widget()), item(new AxMagnifierItem(*this))
+{
+}
+
+AxMagnifier::~AxMagnifier()
+{
+    if (map && map->viewport())
+        map->viewport()->removeEventFilter(this);
+    delete item;
+}
+
+QGraphicsItem* AxMagnifier::Item() const
+{
+    return item;
+}
+
+QSizeF AxMagnifier::MapSize() const
+{
+    return map && map->viewport() ? QSizeF(map->viewport()->size()) : QSizeF();
+}
+
+bool AxMagnifier::Look(const osg::Vec2d& from, const osg::Vec2d& to)
+{
+    if (!parts || !map || !parts->Scene().MapNode() || MapSize().isEmpty() || !from.valid() || !to.valid())
+        return false;
+    const QSizeF room = MapSize();
+    const QSizeF dragged(0.5 * std::abs(to.x() - from.x()) * room.width(),
+                         0.5 * std::abs(to.y() - from.y()) * room.height());
+    const AxMagnifierRules::Lens lens = AxMagnifierRules::LensFor(dragged, room);
+    inWindow = (from + to) * 0.5;
+    const auto ray = AxViewRay::Through(*parts->Scene().View()->getCamera(), inWindow.x(), inWindow.y());
+    ground = ray ? AxDrawnGround(*parts->Scene().MapNode(), *ray) : std::nullopt;
+    size = lens.size;
+    factor = lens.factor;
+    const QRectF part = AxMagnifierRules::PartAround(inWindow, size, factor, room);
+    const QRectF shown(0.5 * (1.0 + part.left()) * room.width(), 0.5 * (1.0 - part.bottom()) * room.height(),
+                       0.5 * part.width() * room.width(), 0.5 * part.height() * room.height());
+    corner = AxMagnifierRules::FreeCorner(size, shown, room);
+    grip.reset();
+    if (!isOpen)
+        map->viewport()->installEventFilter(this);
+    isOpen = true;
+    tell();
+    return true;
+}
+
+bool AxMagnifier::Close()
+{
+    if (!isOpen)
+        return false;
+    isOpen = false;
+    grip.reset();
+    // The rest of a press that closed it is still nobody else's.
+    if (map && map->viewport() && !isTaken)
+        map->viewport()->removeEventFilter(this);
+    tell();
+    return true;
+}
+
+void AxMagnifier::SetFactor(double times)
+{
+    if (!isOpen || !std::isfinite(times))
+        return;
+    const double wanted = std::clamp(times, AxMagnifierRules::leastFactor, AxMagnifierRules::mostFactor);
+    if (wanted == factor)
+        return;
+    factor = wanted;
+    tell();
+}
+
+QRectF AxMagnifier::Frame() const
+{
+    return {AxMagnifierRules::Within(corner, size, MapSize()), size};
+}
+
+std::optional<osg::Vec2d> AxMagnifier::middle() const
+{
+    if (!isOpen || !parts)
+        return std::nullopt;
+    if (!ground)
+        return inWindow;
+    const osg::Camera& camera = *parts->Scene().View()->getCamera();
+    const auto ray = AxViewRay::Through(camera, 0.0, 0.0);
+    const auto seen = ray ? ray->Project(*ground) : std::nullopt;
+    if (!seen || AxIsBehindGlobe(ray->eye, *ground))
+        return std::nullopt;
+    const osg::Viewport& port = *camera.getViewport();
+    const osg::Vec2d place(2.0 * seen->window.x() / port.width() - 1.0,
+                           2.0 * seen->window.y() / port.height() - 1.0);
+    if (std::abs(place.x()) > 1.0 || std::abs(place.y()) > 1.0)
+        return std::nullopt;
+    return place;
+}
+
+std::optional<QRectF> AxMagnifier::Part() const
+{
+    const auto place = middle();
+    if (!place)
+        return std::nullopt;
+    return AxMagnifierRules::PartAround(*place, size, factor, MapSize());
+}
+
+void AxMagnifier::tell()
+{
+    if (map)
+        item->SetRoom(QRectF(QPointF(), MapSize()));
+    item->setVisible(isOpen);
+    item->update();
+    emit changed();
+}
+
+bool AxMagnifier::press(const QPointF& place)
+{
+    isTaken = true;
+    if (AxMagnifierItem::CrossIn(Frame()).contains(place))
+        Close();
+    else
+        grip = place - Frame().topLeft();
+    return true;
+}
+
+// What the lens takes never reaches the map, so nothing is picked, moved or zoomed through it.
+bool AxMagnifier::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!map || watched != map->viewport())
+        return QObject::eventFilter(watched, event);
+    const QEvent::Type type = event->type();
+    if (type == QEvent::Resize) {
+        item->SetRoom(QRectF(QPointF(), MapSize()));
+    } else if (type == QEvent::Wheel) {
+        const auto* wheel = static_cast<QWheelEvent*>(event);
+        if (!isOpen || !Frame().contains(wheel->position()))
+            return false;
+        const QPoint turned = wheel->angleDelta();
+        SetFactor(AxMagnifierRules::Turned(factor, turned.y() != 0 ? turned.y() : turned.x()));
+        return true;
+    } else if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        // A button that is held belongs to what it was pressed on.
+        const bool isFirst = mouse->buttons() == mouse->button();
+        return isTaken ||
+               (isOpen && isFirst && Frame().contains(mouse->localPos()) && press(mouse->localPos()));
+    } else if (type == QEvent::MouseMove) {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        if (grip && isTaken) {
+            corner = AxMagnifierRules::Within(mouse->localPos() - *grip, size, MapSize());
+            tell();
+        }
+        return isTaken || (isOpen && mouse->buttons() == Qt::NoButton && Frame().contains(mouse->localPos()));
+    } else if (type == QEvent::MouseButtonRelease && isTaken) {
+        if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
+            isTaken = false;
+            grip.reset();
+            if (!isOpen)
+                map->viewport()->removeEventFilter(this);
+        }
+        return true;
+    }
+    return false;
+}

@@ -1,0 +1,186 @@
+// The lens over the map: how it is opened and closed, what it shows, and that nothing goes through it.
+#include "ProtocolFixture.h"
+
+#include "interaction/magnifier/AxMagnifier.h"
+#include "interaction/magnifier/AxMagnifierRules.h"
+#include "viewer/capture/AxPictureCapture.h"
+
+#include <osg/CoordinateSystemNode>
+
+#include <QSignalSpy>
+#include <QWheelEvent>
+
+#include <cmath>
+#include <functional>
+
+namespace {
+constexpr double lng = 20.0;
+constexpr double lat = 10.0;
+
+/// A square of one colour on the ground, in the middle of the picture.
+class Sight : public ProtocolFixture
+{
+protected:
+    static constexpr float halfSide = 200000.0f;
+
+    void SetUp() override
+    {
+        ProtocolFixture::SetUp();
+        osg::ref_ptr<osg::Geometry> square = new osg::Geometry;
+        const std::vector<osg::Vec3> corners{{-halfSide, -halfSide, 0.0f},
+                                             {halfSide, -halfSide, 0.0f},
+                                             {halfSide, halfSide, 0.0f},
+                                             {-halfSide, halfSide, 0.0f}};
+        square->setVertexArray(new osg::Vec3Array(4, corners.data()));
+        osg::ref_ptr<osg::Vec4Array> color = new osg::Vec4Array;
+        color->push_back({1.0f, 0.0f, 1.0f, 1.0f});
+        square->setColorArray(color, osg::Array::BIND_OVERALL);
+        square->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
+        square->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+        square->getOrCreateStateSet()->setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
+        square->getOrCreateStateSet()->setRenderBinDetails(1000, "RenderBin");
+        osg::Matrixd toWorld;
+        osg::EllipsoidModel().computeLocalToWorldTransformFromLatLongHeight(
+            osg::DegreesToRadians(lat), osg::DegreesToRadians(lng), 0.0, toWorld);
+        place = new osg::MatrixTransform(toWorld);
+        place->addChild(square);
+        viewer->GetDrawNodeGroup()->addChild(place);
+        viewer->SetSkyNodeVisible(true);
+        ASSERT_TRUE(WaitForPicture());
+    }
+    void TearDown() override
+    {
+        viewer->GetMagnifier()->Close();
+        viewer->GetDrawNodeGroup()->removeChild(place);
+        ProtocolFixture::TearDown();
+    }
+    static bool IsOfSquare(QRgb color)
+    {
+        return qRed(color) > 220 && qGreen(color) < 40 && qBlue(color) > 220;
+    }
+    static int AcrossSquare(const QImage& picture, int row, int from, int to)
+    {
+        int count = 0;
+        for (int x = qMax(0, from); x < qMin(picture.width(), to); ++x)
+            count += IsOfSquare(picture.pixel(x, row));
+        return count;
+    }
+    static void Wheel(const QPoint& at, int eighths)
+    {
+        QWheelEvent turn(at, viewer->viewport()->mapToGlobal(at), {}, {0, eighths}, Qt::NoButton,
+                         Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(viewer->viewport(), &turn);
+    }
+
+    osg::ref_ptr<osg::MatrixTransform> place;
+};
+} // namespace
+
+TEST_F(Sight, AMagnifierShowsItsRectangleLargerAndNothingGoesThroughIt)
+{
+    AxMagnifier& lens = *viewer->GetMagnifier();
+    const QImage plain = viewer->GetCurrViewerImg();
+    const int across = AcrossSquare(plain, 300, 0, 800);
+    ASSERT_GT(across, 10);
+
+    viewer->SetToolType(ToolMagnifier);
+    QSignalSpy ended(viewer, &CAxEarthViewer::signalHandlePickEnded);
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, {370, 280});
+    ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() != nullptr; }));
+    QTest::mouseMove(viewer->viewport(), {400, 310});
+    QTest::mouseMove(viewer->viewport(), {430, 320});
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+    ASSERT_TRUE(waitFor([&] { return ended.count() == 1; }));
+    ASSERT_TRUE(lens.IsOpen());
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+    EXPECT_TRUE(CAxBlockManager::instance().GetBlockList().isEmpty());
+    EXPECT_FALSE(viewer->GetUndoStack()->canUndo());
+    const QRectF frame = lens.Frame();
+    EXPECT_LE(frame.width() * frame.height(), 0.13 * 800 * 600);
+    EXPECT_GE(lens.Factor(), 2.0);
+    viewer->SetToolType(ToolNavigate);
+
+    // The middle of the lens is what the map shows there, and everything around it is as much larger.
+    const auto widthInLens = [&] {
+        const QImage seen = viewer->GetCurrViewerImg();
+        const QPoint middle = lens.Frame().center().toPoint();
+        EXPECT_TRUE(IsOfSquare(seen.pixel(middle)));
+        EXPECT_NEAR(AcrossSquare(seen, 300, 360, 440), across, 8) << "the map itself";
+        return AcrossSquare(seen, middle.y(), qRound(frame.left()), qRound(frame.right()));
+    };
+    ASSERT_TRUE(WaitForPicture());
+    EXPECT_NEAR(widthInLens(), lens.Factor() * across, lens.Factor() + 2.0);
+
+    // Over the lens the wheel magnifies, and neither it nor a drag moves the map.
+    const osg::Matrixd view = viewer->getOSGViewer()->getCamera()->getViewMatrix();
+    const double before = lens.Factor();
+    Wheel(frame.center().toPoint(), 240);
+    EXPECT_NEAR(lens.Factor(), before * 1.5625, 1e-9);
+    ASSERT_TRUE(
+        waitFor([&] { return std::abs(widthInLens() - lens.Factor() * across) < lens.Factor() + 2.0; }));
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, frame.center().toPoint());
+    QTest::mouseMove(viewer->viewport(), frame.center().toPoint() + QPoint(50, -30));
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, frame.center().toPoint() + QPoint(50, -30));
+    EXPECT_EQ(lens.Frame().topLeft(), frame.topLeft() + QPointF(50, -30));
+    EXPECT_EQ(viewer->getOSGViewer()->getCamera()->getViewMatrix(), view);
+
+    // It stays on its place while the map moves, and shows nothing once that is on the other side.
+    manipulator->setViewpoint(Straight(lng + 8.0, lat, 1.5e7), 0.0);
+    ASSERT_TRUE(WaitForPicture());
+    EXPECT_TRUE(IsOfSquare(viewer->GetCurrViewerImg().pixel(lens.Frame().center().toPoint())));
+    manipulator->setViewpoint(Straight(lng + 180.0, lat, 1.5e7), 0.0);
+    ASSERT_TRUE(WaitForPicture());
+    EXPECT_FALSE(lens.Part());
+}
+
+TEST_F(Sight, AMagnifierIsClosedByItsCrossByEscapeAndGivenUpInTheMiddle)
+{
+    AxMagnifier& lens = *viewer->GetMagnifier();
+    const auto drag = [](bool isLetGo) {
+        viewer->SetToolType(ToolMagnifier);
+        QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, {370, 280});
+        ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() != nullptr; }));
+        QTest::mouseMove(viewer->viewport(), {430, 320});
+        if (isLetGo)
+            QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+    };
+    const auto escape = [] { QTest::keyClick(viewer, Qt::Key_Escape); };
+    const auto cross = [&lens] {
+        QTest::mouseClick(viewer->viewport(), Qt::LeftButton, {},
+                          lens.Frame().topRight().toPoint() + QPoint(-8, 8));
+    };
+    for (const std::function<void()>& end : {std::function<void()>(escape), std::function<void()>(cross)}) {
+        drag(true);
+        ASSERT_TRUE(waitFor([&] { return lens.IsOpen(); }));
+        end();
+        EXPECT_TRUE(waitFor([&] { return !lens.IsOpen(); }));
+    }
+    drag(false);
+    escape();
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+    ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() == nullptr; }));
+    EXPECT_FALSE(lens.IsOpen());
+    // Letting go of the tool, as of Shift, ends the rectangle with what is drawn.
+    drag(false);
+    ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() != nullptr; }));
+    viewer->SetToolType(ToolNavigate);
+    EXPECT_TRUE(lens.IsOpen());
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+}
+
+TEST(Magnifier, ALensHasRoomOnEveryMapAndStandsBesideWhatItShows)
+{
+    using namespace AxMagnifierRules;
+    for (const QSizeF map : {QSizeF(1280, 800), QSizeF(1024, 500), QSizeF(90, 60)})
+        for (const QSizeF dragged : {QSizeF(0, 0), QSizeF(3, 200), QSizeF(30, 20), QSizeF(900, 700)}) {
+            const Lens lens = LensFor(dragged, map);
+            EXPECT_TRUE(lens.factor >= 2.0 && lens.factor <= mostFactor);
+            EXPECT_TRUE(lens.size.width() <= 0.35 * map.width() && lens.size.height() <= 0.37 * map.height());
+            for (const QPointF corner : {QPointF(0, 0), QPointF(0, 0.7 * map.height())}) {
+                const QRectF shown(corner, QSizeF(0.2 * map.width(), 0.2 * map.height()));
+                const QRectF frame(FreeCorner(lens.size, shown, map), lens.size);
+                EXPECT_TRUE(QRectF(QPointF(), map).contains(frame));
+                EXPECT_TRUE(map.width() < 100 || !frame.intersects(shown));
+            }
+        }
+}

@@ -1,0 +1,288 @@
+#include "viewer/capture/AxPictureCapture.h"
+#include "viewer/capture/AxSideView.h"
+#include "viewer/capture/WindowCaptureCallback.h"
+
+#include <osg/GL>
+#include <osgDB/DatabasePager>
+
+#include <QOpenGLFramebufferObject>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#ifndef GL_RASTERIZER_DISCARD
+#define GL_RASTERIZER_DISCARD 0x8C89
+#endif
+#ifndef GL_MAX_RENDERBUFFER_SIZE
+#define GL_MAX_RENDERBUFFER_SIZE 0x84E8
+#endif
+
+namespace {
+// One part with its margin is drawn without anybody being able to cancel, on a slow machine in a second.
+constexpr int largestPart = 2048;
+// More than the half of most texts; what lies over a border is then placed alike on both sides.
+constexpr int usualMargin = 160;
+// A merged tile asks for its children in the next frame, and labels wait a frame or two for their heights.
+constexpr int framesToSettle = 2;
+// So long one step may take before events are looked at again, milliseconds.
+constexpr int stepTime = 40;
+// The tiles of a part, with those of the part before; others would be dropped and asked for in turns.
+constexpr int tilesKept = 400;
+
+QImage MadeImage(const QSize& size)
+{
+    QImage image(size, QImage::Format_RGB888);
+    if (!image.isNull())
+        image.fill(Qt::black);
+    return image;
+}
+} // namespace
+
+AxImageTaker::AxImageTaker(std::vector<QSize> pictureSizes, Done hears)
+    : sizes(std::move(pictureSizes)), done(std::move(hears))
+{
+}
+
+QString AxImageTaker::Take(int picture, const QPoint& at, const QImage& part)
+{
+    const QSize size = sizes[static_cast<std::size_t>(picture)];
+    if (part.size() == size) {
+        image = part;
+        return {};
+    }
+    if (image.size() != size)
+        image = MadeImage(size);
+    if (image.isNull())
+        return AxPictureCapture::tr("There is not enough memory for a picture of %1 x %2 pixels.")
+            .arg(size.width())
+            .arg(size.height());
+    const auto bytes = static_cast<std::size_t>(part.width()) * 3;
+    for (int row = 0; row < part.height(); ++row)
+        std::memcpy(image.scanLine(at.y() + row) + static_cast<std::ptrdiff_t>(at.x()) * 3,
+                    part.constScanLine(row), bytes);
+    return {};
+}
+
+QString AxImageTaker::Finish(int picture)
+{
+    return done(picture, std::exchange(image, QImage()));
+}
+
+AxPictureCapture::AxPictureCapture(AxCaptureStage of) : stage(std::move(of))
+{
+    connect(&clock, &QTimer::timeout, this, &AxPictureCapture::step);
+}
+
+AxPictureCapture::~AxPictureCapture()
+{
+    blockSignals(true);
+    Cancel();
+}
+
+AxShot AxPictureCapture::AsSeen(const QSize& size) const
+{
+    return AxShots::AsSeen(*stage.viewer->getCamera(), size);
+}
+
+bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictureTaker> whoTakes,
+                             QString* why)
+{
+    const auto refuse = [why](const QString& text) {
+        if (why)
+            *why = text;
+        return false;
+    };
+    const auto isOff = [](const AxShot& asked) {
+        return asked.size.isEmpty() || std::max(asked.size.width(), asked.size.height()) > mostPixels ||
+               !asked.view.valid() || !asked.projection.valid();
+    };
+    if (IsBusy())
+        return refuse(tr("Pictures are being taken already."));
+    if (wanted.empty() || !whoTakes)
+        return refuse(tr("There is no picture to take."));
+    if (std::any_of(wanted.begin(), wanted.end(), isOff))
+        return refuse(tr("A picture has from 1 to %1 pixels in width and in height.").arg(mostPixels));
+    if (!stage.ready())
+        return refuse(tr("The map is not loaded yet."));
+    GLint largest[2] = {0, 0};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
+    GLint largestBuffer = 0;
+    glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &largestBuffer);
+    const int most = std::min({largest[0], largest[1], largestBuffer, largestPart + 2 * usualMargin});
+    int widest = 0;
+    int highest = 0;
+    for (const AxShot& asked : wanted) {
+        widest = std::max(widest, asked.size.width());
+        highest = std::max(highest, asked.size.height());
+    }
+    // What fits into one part needs nothing around it.
+    margin = std::max(widest, highest) > most - 2 * usualMargin ? usualMargin : 0;
+    const QSize room(std::min(most, widest + 2 * margin), std::min(most, highest + 2 * margin));
+    buffer = std::make_unique<QOpenGLFramebufferObject>(room, QOpenGLFramebufferObject::CombinedDepthStencil);
+    if (!buffer->isValid()) {
+        buffer.reset();
+        return refuse(tr("The video adapter has no room for the picture."));
+    }
+    buffer->release();
+    stage.hold(true);
+    eye = std::make_unique<AxSideView>(*stage.viewer);
+    shots = std::move(wanted);
+    taker = std::move(whoTakes);
+    shot = 0;
+    isDetailMissing = false;
+    told = -1;
+    if (osgDB::DatabasePager* pager = stage.viewer->getDatabasePager()) {
+        formerTiles = static_cast<int>(pager->getTargetMaximumNumberOfPageLOD());
+        pager->setTargetMaximumNumberOfPageLOD(tilesKept);
+    }
+    beginPicture();
+    clock.start(0);
+    return true;
+}
+
+void AxPictureCapture::beginPicture()
+{
+    const int inner = std::min(buffer->width(), buffer->height()) - 2 * margin;
+    const QSize size = shots[shot].size;
+    // Without a margin the buffer has room for the picture as a whole.
+    parts = margin > 0 ? AxShots::Parts(size, inner) : AxShots::Parts(size, mostPixels);
+    part = 0;
+    quiet = 0;
+    waiting = -1;
+}
+
+bool AxPictureCapture::isLoading() const
+{
+    const osgDB::DatabasePager* pager = stage.viewer->getDatabasePager();
+    return pager && (pager->getRequestsInProgress() || pager->getFileRequestListSize() > 0 ||
+                     pager->getDataToCompileListSize() > 0 || pager->getDataToMergeListSize() > 0);
+}
+
+QRect AxPictureCapture::partInView() const
+{
+    return parts[part].adjusted(-margin, -margin, margin, margin);
+}
+
+// What is not seen asks for its tiles all the same.
+bool AxPictureCapture::draw(bool isSeen)
+{
+    if (!stage.ready())
+        return false;
+    const QRect seen = partInView();
+    read = QImage();
+    eye->SetFinalDrawCallback(
+        isSeen ? new WindowCaptureCallback([this](const QImage& drawn) { read = drawn; }) : nullptr);
+    stage.aside([&] {
+        osg::GraphicsContext& window = *stage.viewer->getCamera()->getGraphicsContext();
+        const GLuint former = window.getDefaultFboId();
+        if (!buffer->bind())
+            return;
+        window.setDefaultFboId(buffer->handle());
+        if (!isSeen)
+            glEnable(GL_RASTERIZER_DISCARD);
+        eye->Draw(shots[shot].view, AxShots::ProjectionOf(shots[shot], seen), QRect(QPoint(), seen.size()));
+        if (!isSeen)
+            glDisable(GL_RASTERIZER_DISCARD);
+        window.setDefaultFboId(former);
+        buffer->release();
+    });
+    return true;
+}
+
+void AxPictureCapture::step()
+{
+    QElapsedTimer clockOfStep;
+    clockOfStep.start();
+    while (IsBusy() && clockOfStep.elapsed() < stepTime) {
+        const bool wasLoading = isLoading();
+        if (!draw(false))
+            return fail(tr("The map is gone."));
+        const bool isQuiet = !wasLoading && !isLoading();
+        quiet = isQuiet ? quiet + 1 : 0;
+        const osgDB::DatabasePager* pager = stage.viewer->getDatabasePager();
+        const int now =
+            pager ? static_cast<int>(pager->getFileRequestListSize() + pager->getDataToCompileListSize() +
+                                     pager->getDataToMergeListSize())
+                  : 0;
+        if (isQuiet || now != waiting)
+            wait.start();
+        waiting = now;
+        const bool isGivenUp = wait.elapsed() > patience;
+        if (quiet < framesToSettle && !isGivenUp) {
+            // The pager needs the time more than frames that only wait for it.
+            if (!isQuiet)
+                break;
+            continue;
+        }
+        isDetailMissing = isDetailMissing || isGivenUp;
+        if (!draw(true) || read.isNull())
+            return fail(tr("The picture cannot be read from the video adapter."));
+        takePart(read);
+    }
+    if (IsBusy())
+        tellProgress();
+}
+
+void AxPictureCapture::takePart(const QImage& picture)
+{
+    const QRect place = parts[part];
+    const int number = static_cast<int>(shot);
+    const QString wrong =
+        taker->Take(number, place.topLeft(),
+                    margin > 0 ? picture.copy(margin, margin, place.width(), place.height()) : picture);
+    if (!wrong.isEmpty())
+        return fail(wrong);
+    quiet = 0;
+    waiting = -1;
+    wait.start();
+    if (++part < parts.size())
+        return;
+    const QString unfinished = taker->Finish(number);
+    if (!unfinished.isEmpty())
+        return fail(unfinished);
+    if (++shot < shots.size()) {
+        beginPicture();
+        return;
+    }
+    end();
+    emit progress(100, number);
+    emit finished(QString());
+}
+
+void AxPictureCapture::tellProgress()
+{
+    const double ofPicture = static_cast<double>(part) / static_cast<double>(parts.size());
+    const int percent =
+        static_cast<int>(100.0 * (static_cast<double>(shot) + ofPicture) / static_cast<double>(shots.size()));
+    if (std::exchange(told, percent) != percent)
+        emit progress(percent, static_cast<int>(shot));
+}
+
+void AxPictureCapture::end()
+{
+    clock.stop();
+    taker.reset();
+    read = QImage();
+    if (osgDB::DatabasePager* pager = stage.viewer->getDatabasePager())
+        pager->setTargetMaximumNumberOfPageLOD(static_cast<unsigned>(formerTiles));
+    stage.ready();
+    buffer.reset();
+    eye.reset();
+    stage.hold(false);
+}
+
+void AxPictureCapture::fail(const QString& why)
+{
+    end();
+    emit finished(why);
+}
+
+void AxPictureCapture::Cancel()
+{
+    if (!IsBusy())
+        return;
+    end();
+    emit cancelled();
+}
