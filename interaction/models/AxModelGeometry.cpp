@@ -107,7 +107,7 @@ public:
         const bool outer = isPictured;
         isPictured = isPictured || HasPicture(node.getStateSet());
         // What a file brings may run while it is drawn, and would have each frame drawn anew.
-        node.setDataVariance(osg::Object::STATIC);
+        KeepStatic(node);
         traverse(node);
         isPictured = outer;
     }
@@ -129,7 +129,6 @@ public:
         if (!seen.insert(&geometry).second)
             return;
         lost += DropBadTriangles(geometry);
-        geometry.setDataVariance(osg::Object::STATIC);
         geometry.setUseDisplayList(false);
         geometry.setUseVertexBufferObjects(true);
         const bool isPlain = !isPictured && !HasPicture(geometry.getStateSet());
@@ -140,11 +139,19 @@ public:
             colour->push_back(isPlain ? plainColour : white);
             geometry.setColorArray(colour);
         }
+        KeepStatic(geometry);
     }
 
     qint64 lost = 0;
 
 private:
+    // The optimizer, too, puts together only what says so, its states among it.
+    static void KeepStatic(osg::Node& node)
+    {
+        node.setDataVariance(osg::Object::STATIC);
+        if (node.getStateSet())
+            node.getStateSet()->setDataVariance(osg::Object::STATIC);
+    }
     static void Shade(osg::Geometry& geometry)
     {
         if (!geometry.getNormalArray() && geometry.getVertexArray() && geometry.getNumPrimitiveSets() > 0)

@@ -333,8 +333,8 @@ void AxModelLayers::end(const QString& id, const QString& fault)
         return;
     if (layer->info.files.isEmpty()) {
         qCWarning(axViewerLog).noquote() << "cannot load the model" << layer->info.path << "-" << fault;
-        Remove(id);
         emit failed(id, fault);
+        Remove(id);
         return;
     }
     layer->info.isLoading = false;

@@ -95,7 +95,7 @@ signals:
     void loaded(QString id);  ///< all pieces are there
     void changed(QString id); ///< it was shown, hidden, lifted, has another note, more pieces or percent
     void removed(QString id); ///< called off, too
-    /// It could not be loaded, and is removed, of which removed() has told; `why` is for people.
+    /// It could not be loaded; `why` is for people. It is removed right after, of which removed() tells.
     void failed(QString id, QString why);
 
 private:

@@ -1,0 +1,153 @@
+// Where the coordinates of models are on the globe, and what files tell of it.
+#include "interaction/models/AxModelGeometry.h"
+#include "interaction/models/AxModelPlacement.h"
+#include "interaction/models/AxModelSource.h"
+#include "scene/base/AxGlobePoint.h"
+
+#include <GeographicLib/LocalCartesian.hpp>
+#include <GeographicLib/UTMUPS.hpp>
+#include <gtest/gtest.h>
+#include <osg/Geode>
+#include <osg/Geometry>
+#include <osg/MatrixTransform>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace {
+osg::Vec3d Utm13(double easting, double northing, double altitude)
+{
+    double latitude = 0.0;
+    double longitude = 0.0;
+    GeographicLib::UTMUPS::Reverse(13, true, easting, northing, latitude, longitude);
+    return AxGlobe::WorldOf({longitude, latitude, altitude});
+}
+} // namespace
+
+TEST(ModelPlacement, PutsPointsWhereTheirSystemHasThem)
+{
+    QString why;
+    const auto utm = AxModelPlacement::Of("EPSG:32613", {620000.0, 4100000.0, 300.0}, &why);
+    ASSERT_TRUE(utm) << why.toStdString();
+    const osg::Vec3d middle(1200.0, -900.0, 40.0);
+    const osg::Matrixd at = *utm->At(middle);
+    for (const osg::Vec3d& off :
+         {osg::Vec3d(), osg::Vec3d(60, 0, 0), osg::Vec3d(0, -60, 0), osg::Vec3d(50, 50, 30)}) {
+        const osg::Vec3d point = middle + off;
+        const osg::Vec3d world = Utm13(620000.0 + point.x(), 4100000.0 + point.y(), 300.0 + point.z());
+        EXPECT_LT((point * at - world).length(), 0.002) << off.x() << ' ' << off.y();
+    }
+    // A tile a kilometre off by the same matrix would be 8 cm too high, as the header says.
+    const osg::Vec3d far = middle + osg::Vec3d(1000.0, 0.0, 0.0);
+    EXPECT_NEAR((far * at - Utm13(620000.0 + far.x(), 4100000.0 + far.y(), 300.0 + far.z())).length(), 0.08,
+                0.01);
+
+    // US survey feet, heights among them.
+    const auto feet = AxModelPlacement::Of("EPSG:2233", {3000000.0, 1700000.0, 1000.0});
+    ASSERT_TRUE(feet);
+    const osg::Vec3d low = osg::Vec3d(0, 0, 0) * *feet->At({});
+    const osg::Vec3d high = osg::Vec3d(0, 0, 100) * *feet->At({});
+    const osg::Vec3d side = osg::Vec3d(100, 0, 0) * *feet->At({});
+    EXPECT_NEAR((high - low).length(), 30.48, 0.01);
+    EXPECT_NEAR((side - low).length(), 30.48, 0.01);
+
+    const auto enu = AxModelPlacement::Of(" ENU:37.25, -105.5 ", {10.0, 20.0, 30.0});
+    ASSERT_TRUE(enu);
+    const GeographicLib::LocalCartesian plane(37.25, -105.5, 0.0);
+    double latitude = 0.0;
+    double longitude = 0.0;
+    double height = 0.0;
+    plane.Reverse(2010.0, -980.0, 80.0, latitude, longitude, height);
+    EXPECT_LT(
+        (osg::Vec3d(2000.0, -1000.0, 50.0) * *enu->At({}) - AxGlobe::WorldOf({longitude, latitude, height}))
+            .length(),
+        1e-6);
+
+    EXPECT_FALSE(utm->IsAboveSea() || enu->IsAboveSea());
+    EXPECT_TRUE(AxModelPlacement::Of("EPSG:32613+5773", {5e5, 4e6, 0})->IsAboveSea());
+    for (const char* wrong : {"", "DMS", "EPSG:5773", "ENU:1", "ENU:95,0", "EPSG:999999"})
+        EXPECT_FALSE(AxModelPlacement::Of(wrong, {}, &why)) << wrong;
+}
+
+TEST(ModelSource, IsReadFromWhatLiesBesideTheModel)
+{
+    const QTemporaryDir folder;
+    const auto write = [&folder](const char* name, const char* text) {
+        QFile file(folder.filePath(name));
+        QDir().mkpath(QFileInfo(file).path());
+        file.open(QIODevice::WriteOnly);
+        file.write(text);
+        return file.fileName();
+    };
+    const QString metadata = write(
+        "city/metadata.xml", "<?xml version=\"1.0\"?><!-- a --><ModelMetadata version=\"1\"><Texture><A/>"
+                             "</Texture><SRS> ENU:1.5,2 </SRS><SRSOrigin>1, 2,-3.5</SRSOrigin>"
+                             "</ModelMetadata>");
+    const QString tile = write("city/Data/T_1/T_1.osgb", "");
+    write("city/Data/T_1/T_1_L2.osgb", "");
+    write("city/Data/notes/readme.txt", "");
+    for (const QString& path : {metadata, folder.filePath("city"), folder.filePath("city/Data")}) {
+        const AxModelSource source = AxExamineModel(path);
+        EXPECT_EQ(source.fault, "");
+        EXPECT_TRUE(source.isTree);
+        EXPECT_EQ(source.path, metadata);
+        EXPECT_EQ(source.name, "city");
+        EXPECT_EQ(source.coordinateSystem, "ENU:1.5,2");
+        EXPECT_EQ(source.origin, osg::Vec3d(1.0, 2.0, -3.5));
+        EXPECT_EQ(AxModelRoots(source), QStringList{tile});
+    }
+    EXPECT_EQ(AxExamineModel(tile).coordinateSystem, "ENU:1.5,2") << "a tile on its own knows where it is";
+    EXPECT_FALSE(AxExamineModel(tile).isTree);
+
+    const QString dam = write("dam.obj", "v 0 0 0\n");
+    EXPECT_EQ(AxExamineModel(dam).coordinateSystem, "");
+    write("dam.prj", "EPSG:32613");
+    write("dam_offset.xyz", "500000 4100000 12.5\n");
+    EXPECT_EQ(AxExamineModel(dam).coordinateSystem, "EPSG:32613");
+    EXPECT_EQ(AxExamineModel(dam).origin, osg::Vec3d(500000.0, 4100000.0, 12.5));
+    write("dam_offset.xyz", "500000 4100000");
+    EXPECT_TRUE(AxExamineModel(dam).fault.contains("dam_offset.xyz"));
+}
+
+TEST(ModelGeometry, ManyNodesArePutTogetherAndFarOnesMoved)
+{
+    osg::ref_ptr<osg::Group> many = new osg::Group;
+    constexpr int count = 20000;
+    for (int i = 0; i < count; ++i) {
+        osg::ref_ptr<osg::Geometry> triangle = new osg::Geometry;
+        const osg::Vec3 corners[] = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+        triangle->setVertexArray(new osg::Vec3Array(3, corners));
+        triangle->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, 3));
+        osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+        geode->addDrawable(triangle);
+        osg::ref_ptr<osg::MatrixTransform> place =
+            new osg::MatrixTransform(osg::Matrixd::translate(500000.0 + 2 * i, 0.0, 0.0));
+        place->setDataVariance(osg::Object::STATIC);
+        place->addChild(geode);
+        many->addChild(place);
+    }
+    osg::ref_ptr<osg::Node> model = many;
+    many = nullptr;
+    AxPrepareModel(*model, nullptr);
+    const osg::BoundingSphere before = model->getBound();
+    const osg::Vec3d zero = AxGatherModel(model);
+    EXPECT_NEAR(zero.x(), before.center().x(), 100.0);
+    EXPECT_LT(model->getBound().center().length(), 100.0f);
+    struct Count : osg::NodeVisitor
+    {
+        Count() : osg::NodeVisitor(TRAVERSE_ALL_CHILDREN) {}
+        void apply(osg::Node& node) override { ++nodes, traverse(node); }
+        void apply(osg::Geometry& geometry) override
+        {
+            ++nodes;
+            vertices += geometry.getVertexArray()->getNumElements();
+        }
+        int nodes = 0;
+        unsigned vertices = 0;
+    } left;
+    model->accept(left);
+    EXPECT_LT(left.nodes, 1000);
+    EXPECT_EQ(left.vertices, 3u * count);
+}
