@@ -61,8 +61,7 @@ void AxBlockAltitudes::slotAdded(const QString& id)
 {
     const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
     if (block && block->GetAverageAltitude() != 0.0)
-        asked.insert(
-            id, {GroundOf(*block), block->GetAverageAltitude(), std::make_shared<std::atomic<bool>>(true)});
+        ask(*block, true);
     else
         slotChanged(id);
 }
@@ -73,15 +72,34 @@ void AxBlockAltitudes::slotChanged(const QString& id)
     // It may be the name alone that has changed.
     if (!block || asked.value(id).vertices == GroundOf(*block))
         return;
+    ask(*block, false);
+}
+
+void AxBlockAltitudes::AskAgain()
+{
+    for (const CAxBlock* block : CAxBlockManager::instance().GetBlockList()) {
+        const Asked known = asked.value(block->GetBlockID());
+        const double altitude = block->GetAverageAltitude();
+        if (altitude == 0.0 || (known.isOfGround && altitude == known.former))
+            ask(*block, false);
+    }
+}
+
+void AxBlockAltitudes::ask(const CAxBlock& block, bool isCompared)
+{
+    const QString id = block.GetBlockID();
+    const Asked before = asked.value(id);
     slotDeleted(id);
     if (!scene.MapNode())
         return;
     AxMeanAltitudeJob job;
     job.map = scene.MapNode()->getMap();
-    job.vertices = GroundOf(*block);
-    job.isArea = block->GetBlockType() != CAxBlock::StripBlock;
+    job.vertices = GroundOf(block);
+    job.isArea = block.GetBlockType() != CAxBlock::StripBlock;
     const auto isOff = std::make_shared<std::atomic<bool>>(false);
-    asked.insert(id, {job.vertices, block->GetAverageAltitude(), isOff});
+    Asked wanted{job.vertices, block.GetAverageAltitude(), isOff, isCompared};
+    wanted.isOfGround = before.isOfGround && wanted.former == before.former;
+    asked.insert(id, wanted);
     thread.start([this, id, job, isOff] {
         const std::optional<double> altitude = AxMeanAltitude(job, *isOff);
         QMetaObject::invokeMethod(
@@ -92,12 +110,21 @@ void AxBlockAltitudes::slotChanged(const QString& id)
 void AxBlockAltitudes::write(const QString& id, const std::shared_ptr<std::atomic<bool>>& job,
                              const std::optional<double>& altitude)
 {
+    // As exact as a file keeps it, and finer than any ground.
+    constexpr double same = 0.5;
     CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
-    const Asked wanted = asked.value(id);
-    if (!block || wanted.isOff != job)
+    const auto wanted = asked.find(id);
+    if (!block || wanted == asked.end() || wanted->isOff != job)
         return;
-    if (!altitude)
-        asked.remove(id);
-    else if (block->GetAverageAltitude() == wanted.former)
+    const bool isUntouched = block->GetAverageAltitude() == wanted->former;
+    if (!altitude) {
+        if (!wanted->isOfGround && !wanted->isCompared)
+            asked.erase(wanted);
+    } else if (wanted->isCompared)
+        wanted->isOfGround = isUntouched && std::abs(*altitude - wanted->former) < same;
+    else if (isUntouched) {
         block->SetAverageAltitude(*altitude);
+        wanted->former = *altitude;
+        wanted->isOfGround = true;
+    }
 }

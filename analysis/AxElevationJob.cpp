@@ -61,3 +61,20 @@ QVariantList AxSampleElevations(const AxElevationJob& job, const std::function<b
         }
     return places;
 }
+
+QVariant AxAnswerElevations(const AxElevationJob& job, const std::function<bool(int)>& progress)
+{
+    bool isOff = false;
+    const auto goOn = [&](int percent) {
+        isOff = !progress(percent);
+        return !isOff;
+    };
+    QVariant answer;
+    if (job.grid) {
+        constexpr double all = 100.0;
+        answer = QVariant::fromValue<AxHeightGridPointer>(std::make_shared<AxHeightGrid>(AxHeightGridOf(
+            *job.grid, job.map, [&](double share) { return goOn(static_cast<int>(all * share)); })));
+    } else
+        answer = AxSampleElevations(job, goOn);
+    return isOff ? QVariant(QVariantList()) : answer;
+}

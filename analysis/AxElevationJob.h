@@ -1,4 +1,5 @@
 #pragma once
+#include "analysis/elevation/AxHeightGrid.h"
 #include "scene/base/AxEarthViewerExport.h"
 
 #include <osg/ref_ptr>
@@ -9,6 +10,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 /// Heights of the ground on a grid over an area.
@@ -22,6 +24,8 @@ struct AxElevationJob
     osg::ref_ptr<osgEarth::Map> map;
     osg::ref_ptr<const osgEarth::Symbology::Polygon> area; ///< degrees; without points everything counts
     std::vector<osgEarth::TileKey> keys; ///< without any, the box around the area is the one tile
+    /// A grid is wanted in place of all that but the map: AxAnswerElevations() gives an AxHeightGridPointer.
+    std::optional<AxHeightsQuestion> grid;
 };
 
 /// The places inside the area, tile by tile, each a list of longitude, latitude (degrees) and altitude
@@ -29,3 +33,7 @@ struct AxElevationJob
 /// go on. Reads the map's sources, so it takes long and belongs on a thread that may wait.
 AXEARTHVIEWER_EXPORT QVariantList AxSampleElevations(const AxElevationJob& job,
                                                      const std::function<bool(int percent)>& progress);
+
+/// The answer to the job: the same, or the grid; of one that `progress` ends a list of nothing.
+AXEARTHVIEWER_EXPORT QVariant AxAnswerElevations(const AxElevationJob& job,
+                                                 const std::function<bool(int percent)>& progress);

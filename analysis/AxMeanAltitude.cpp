@@ -1,4 +1,5 @@
 #include "analysis/AxMeanAltitude.h"
+#include "analysis/elevation/AxHeightGrid.h"
 #include "scene/base/AxLongitudes.h"
 
 #include <osgEarth/ElevationQuery>
@@ -11,7 +12,8 @@
 #include <cmath>
 
 namespace {
-constexpr int gridCells = 12;
+// More would change the mean of an area by centimetres.
+constexpr std::size_t mostCells = 10000;
 constexpr int lineSteps = 48;
 
 /// Across the antimeridian longitudes go on.
@@ -24,20 +26,6 @@ QPolygonF Continuous(const QList<QPointF>& vertices)
                                                : AxLongitudes::NearestTo(points.back().x(), vertex.x()),
                               vertex.y());
     return points;
-}
-
-QPolygonF Inside(const QPolygonF& ring)
-{
-    QPolygonF places;
-    const QRectF box = ring.boundingRect();
-    for (int row = 0; row < gridCells; ++row)
-        for (int column = 0; column < gridCells; ++column) {
-            const QPointF place(box.left() + box.width() * (column + 0.5) / gridCells,
-                                box.top() + box.height() * (row + 0.5) / gridCells);
-            if (ring.containsPoint(place, Qt::OddEvenFill))
-                places += place;
-        }
-    return places;
 }
 
 QPolygonF Along(const QPolygonF& line)
@@ -54,24 +42,29 @@ QPolygonF Along(const QPolygonF& line)
     }
     return places;
 }
-
-QPolygonF Places(const AxMeanAltitudeJob& job)
-{
-    const QPolygonF points = Continuous(job.vertices);
-    const QPolygonF inside = job.isArea && points.size() > 2 ? Inside(points) : QPolygonF();
-    // A sliver may lie between the grid's places.
-    return inside.isEmpty() ? Along(points) : inside;
-}
 } // namespace
 
 std::optional<double> AxMeanAltitude(const AxMeanAltitudeJob& job, const std::atomic<bool>& isOff)
 {
-    const QPolygonF places = Places(job);
-    if (!job.map || places.isEmpty())
+    if (!job.map)
+        return std::nullopt;
+    if (job.isArea && job.vertices.size() > 2) {
+        AxHeightsQuestion question;
+        question.ring.assign(job.vertices.begin(), job.vertices.end());
+        question.mostCells = mostCells;
+        const AxHeightGrid grid = AxHeightGridOf(question, job.map, [&isOff](double) { return !isOff; });
+        if (isOff)
+            return std::nullopt;
+        // A sliver may lie between the middles of the cells.
+        if (grid.inside > 1)
+            return grid.known > 0 ? std::make_optional(grid.mean) : std::nullopt;
+    }
+    const QPolygonF places = Along(Continuous(job.vertices));
+    if (places.isEmpty())
         return std::nullopt;
     const QRectF box = places.boundingRect();
-    // Finer heights than the grid would cost more to read and change the mean by nothing.
-    const double resolution = std::max(box.width(), box.height()) / gridCells;
+    // Finer heights than the steps would cost more to read and change the mean by nothing.
+    const double resolution = std::max(box.width(), box.height()) / lineSteps;
     const osg::ref_ptr<const osgEarth::SpatialReference> geographic = job.map->getSRS()->getGeographicSRS();
     osgEarth::ElevationQuery heights(job.map);
     double sum = 0.0;

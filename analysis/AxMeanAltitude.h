@@ -18,8 +18,8 @@ struct AxMeanAltitudeJob
     bool isArea = true;      ///< they enclose an area, when there are three; else they are a line or points
 };
 
-/// The mean altitude of the ground, metres, on a grid inside the area or at equal steps along the line;
-/// nothing where no height is known, and once the work is called off. Reads the map's sources, so it takes
-/// long and belongs on a thread that may wait.
+/// The mean altitude of the ground, metres, of the cells inside the area (AxHeightGridOf()) or at equal steps
+/// along the line; nothing where no height is known, and once the work is called off. Reads the map's
+/// sources, so it takes long and belongs on a thread that may wait.
 AXEARTHVIEWER_EXPORT std::optional<double> AxMeanAltitude(const AxMeanAltitudeJob& job,
                                                           const std::atomic<bool>& isOff);

@@ -140,6 +140,11 @@ void CAxAncillaryProcess::FollowView(const osgEarth::Viewpoint& viewpoint, bool 
         SetCurrViewPort(viewpoint);
 }
 
+void CAxAncillaryProcess::FollowGround()
+{
+    altitudes->AskAgain();
+}
+
 QStringList CAxAncillaryProcess::ZonesAt(double longitude, double latitude) const
 {
     return worker->Index().At(longitude, latitude);
@@ -223,7 +228,6 @@ void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double re
                                                 CAxElevationQuery* query)
 {
     AxElevationJob job;
-    job.number = ++elevationJobs;
     job.isAwaited = !progress || !query;
     job.columns = columns;
     job.rows = rows;
@@ -231,9 +235,34 @@ void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double re
     job.map = map;
     job.area = new Polygon(&area.asVector());
     job.keys = keys;
+    addElevationJob(job, progress, query);
+}
+
+void CAxAncillaryProcess::SetHeightsPara(const AxHeightsQuestion& question, osgEarth::Map* map,
+                                         QObject* progress, CAxElevationQuery* query)
+{
+    AxElevationJob job;
+    job.map = map;
+    job.grid = question;
+    addElevationJob(job, progress, query);
+}
+
+void CAxAncillaryProcess::CancelElevationQuery(const CAxElevationQuery* query)
+{
+    for (auto listener = elevationListeners.begin(); listener != elevationListeners.end();)
+        if (listener->query == query) {
+            worker->CallOffElevation(listener.key());
+            listener = elevationListeners.erase(listener);
+        } else
+            ++listener;
+}
+
+void CAxAncillaryProcess::addElevationJob(AxElevationJob& job, QObject* progress, CAxElevationQuery* query)
+{
+    job.number = ++elevationJobs;
     if (!job.isAwaited)
         elevationListeners.insert(job.number, {query, HasSlot(progress, "SetValue(int)")});
-    worker->SetElevationJob(job, [this, &job, query] {
+    worker->AddElevationJob(job, [this, &job, query] {
         if (!job.isAwaited)
             return;
         {
@@ -258,9 +287,7 @@ void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant result)
     qDebug() << "CAxAncillaryProcess::slotGenerateElevationQuery";
     // The answers of other jobs are not the query's business.
     const QPointer<CAxElevationQuery> query = elevationListeners.value(answeredJob).query;
-    // Smaller numbers are jobs that were replaced before they began.
-    while (!elevationListeners.isEmpty() && elevationListeners.firstKey() <= answeredJob)
-        elevationListeners.erase(elevationListeners.begin());
+    elevationListeners.remove(answeredJob);
     QMetaObject::Connection hears;
     if (query)
         hears = connect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
@@ -279,13 +306,16 @@ void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd
                                             double margin, osg::Geode* geode, QObject* receiver)
 {
     AxModelBoundJob job;
-    job.model = model;
+    job.model = model ? AxModelSnapshot(*model) : nullptr;
+    // Coarse levels hardly reach less far.
+    job.levelsToRead = 2;
+    job.filesToRead = 200;
     job.modelToWorld = modelToWorld;
     job.srs = viewer.Scene().MapSRS();
     job.order = ++modelBoundJobs;
     job.number = number;
     job.margin = margin;
-    modelBoundListeners.insert(job.order, {geode, HasSlot(receiver, "slotModelBound(QVariant)")});
+    modelBoundListeners.insert(job.order, {job.model, geode, HasSlot(receiver, "slotModelBound(QVariant)")});
     worker->AddModelBoundJob(job);
 }
 

@@ -26,6 +26,8 @@
 #include <vector>
 
 class AxBlockAltitudes;
+struct AxHeightsQuestion;
+struct AxElevationJob;
 class AxPlanHeights;
 class AxPlanZoneGiver;
 class AxZoneFlash;
@@ -81,6 +83,8 @@ public:
     /// Where the camera is; zones near its focal point are the ones shown.
     void SetCurrViewPort(const osgEarth::Viewpoint& viewpoint);
     osgEarth::Viewpoint GetCurrViewPort() const;
+    /// The ground is another one: asks for the altitudes of blocks again.
+    void FollowGround();
     /// Hears where the camera is, and hands that over when zones are shown: of an event's
     /// viewpoint (`byEvent`) when both its focal point and its range are new, of any other
     /// when it has moved on far enough for other zones to be near.
@@ -114,6 +118,14 @@ public:
                                const osgEarth::Symbology::Geometry& area,
                                const std::vector<osgEarth::TileKey>& keys, QObject* progress,
                                CAxElevationQuery* query);
+    /// Hands the worker the question for the heights of an area: the query hears of an AxHeightGridPointer by
+    /// its slot slotGenerateElevationQuery(QVariant), `progress`, which may be null, of the percentage by
+    /// SetValue(int). Without a map the grid has no cells. Jobs of both kinds are done in the order in which
+    /// they are handed over, and zones are shown meanwhile.
+    void SetHeightsPara(const AxHeightsQuestion& question, osgEarth::Map* map, QObject* progress,
+                        CAxElevationQuery* query);
+    /// Calls the jobs of a query off: it hears of none of them any more. Not for one that waits in block().
+    void CancelElevationQuery(const CAxElevationQuery* query);
     /// Puts a result into the query that a caller of block() waits for; nothing when
     /// there is none. Called by the worker.
     void GenerateElevation(const QVariant& result);
@@ -121,9 +133,10 @@ public:
     /// Hands the worker a model whose outline on the ground is wanted. The outline,
     /// `margin` metres beyond the model, is drawn into the geode; the receiver's slot
     /// slotModelBound(QVariant) hears a list of `number` and the outline, a list of
-    /// places as above. Both may be null. The model must not change meanwhile. Jobs
-    /// are done in the order in which they are handed over, and each receiver hears
-    /// of its own.
+    /// places as above. Both may be null. The model must not change meanwhile, but for
+    /// what a pager loads: that is read from its files instead, where nothing coarser is
+    /// there or it takes but a few. Jobs are done in the order in which they are handed
+    /// over, and each receiver hears of its own.
     void SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number, double margin,
                            osg::Geode* geode, QObject* receiver);
 
@@ -150,11 +163,13 @@ private:
 
     struct ModelBoundListener
     {
+        osg::ref_ptr<osg::Node> model; ///< goes on the GUI thread
         osg::ref_ptr<osg::Geode> geode;
         QPointer<QObject> receiver;
     };
 
     void CreateNoFlyZone();
+    void addElevationJob(AxElevationJob& job, QObject* progress, CAxElevationQuery* query);
 
     CAxEarthViewer* earthViewer;
     AxViewerParts& viewer;

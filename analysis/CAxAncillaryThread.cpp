@@ -103,14 +103,20 @@ osgEarth::Viewpoint CAxAncillaryThread::Viewport() const
     return viewport;
 }
 
-void CAxAncillaryThread::SetElevationJob(const AxElevationJob& job, const std::function<void()>& handOver)
+void CAxAncillaryThread::AddElevationJob(const AxElevationJob& job, const std::function<void()>& handOver)
 {
     const Lock lock(mutex);
     handOver();
-    elevationJob = job;
+    elevationJobs.push_back(job);
     if (job.isAwaited)
         awaitedElevation = job.number;
     set(elevationPending);
+}
+
+void CAxAncillaryThread::CallOffElevation(int number)
+{
+    const Lock lock(mutex);
+    calledOff.insert(number);
 }
 
 void CAxAncillaryThread::AddModelBoundJob(const AxModelBoundJob& job)
@@ -170,7 +176,23 @@ void CAxAncillaryThread::runModelBoundJob()
         modelBoundJobs.pop_front();
         modelBoundPending = !modelBoundJobs.empty();
     }
-    emit signalModelBound(job.order, QVariantList{job.number, AxModelOutline(job)});
+    const QVariantList outline = AxModelOutline(job, [this] { return goOn(0); });
+    // Who handed it over lets it go last, on the thread of the scene.
+    job.model = nullptr;
+    emit signalModelBound(job.order, QVariantList{job.number, outline});
+}
+
+// Zones enter the scene while a long job runs.
+bool CAxAncillaryThread::goOn(int elevationNumber)
+{
+    if (stopRequested)
+        return false;
+    if (viewportChanged)
+        showZonesNear();
+    if (elevationNumber == 0)
+        return true;
+    const Lock lock(mutex);
+    return !calledOff.contains(elevationNumber);
 }
 
 void CAxAncillaryThread::runElevationJob()
@@ -178,13 +200,14 @@ void CAxAncillaryThread::runElevationJob()
     AxElevationJob job;
     {
         const Lock lock(mutex);
-        job = std::exchange(elevationJob, AxElevationJob());
+        job = elevationJobs.front();
+        elevationJobs.pop_front();
     }
     int told = -1;
-    const QVariant result = AxSampleElevations(job, [this, &told, &job](int percent) {
+    const QVariant result = AxAnswerElevations(job, [this, &told, &job](int percent) {
         if (std::exchange(told, percent) != percent)
             emit signalElevationProgress(job.number, percent);
-        return !stopRequested;
+        return goOn(job.number);
     });
     emit signalElevationAnswered(job.number);
     qDebug() << "emit signalGenerateElevationQuery";
@@ -192,7 +215,8 @@ void CAxAncillaryThread::runElevationJob()
     // Another job may have been handed over meanwhile, or be just now: whoever waits for
     // that one must neither get this result nor be let go by it.
     const Lock lock(mutex);
-    elevationPending = elevationJob.number > 0;
+    calledOff.remove(job.number);
+    elevationPending = !elevationJobs.empty();
     const bool isAwaited = job.number == awaitedElevation;
     if (isAwaited)
         process->GenerateElevation(result);

@@ -1,6 +1,6 @@
 #pragma once
 #include "analysis/AxElevationJob.h"
-#include "analysis/AxModelBound.h"
+#include "analysis/models/AxModelBound.h"
 #include "analysis/zones/AxNearZones.h"
 #include "analysis/zones/AxNoflyZones.h"
 #include "analysis/zones/AxZoneIndex.h"
@@ -13,6 +13,7 @@
 #include <osgEarth/Viewpoint>
 
 #include <QObject>
+#include <QSet>
 #include <QStringList>
 #include <QVariant>
 
@@ -47,9 +48,11 @@ public:
     void SetEarthViewer(CAxEarthViewer* earthViewer) { viewer = earthViewer; }
     void SetViewport(const osgEarth::Viewpoint& viewpoint);
     osgEarth::Viewpoint Viewport() const;
-    /// Replaces a job that has not begun. `handOver` runs before any thread can see the job
+    /// Each job is done, one after the other. `handOver` runs before any thread can see the job
     /// or finish the one before it; the process's own locks may be taken in it.
-    void SetElevationJob(const AxElevationJob& job, const std::function<void()>& handOver);
+    void AddElevationJob(const AxElevationJob& job, const std::function<void()>& handOver);
+    /// Ends a job soon, with an answer of nothing, whether it has begun or not.
+    void CallOffElevation(int number);
     /// Each job is done, one after the other.
     void AddModelBoundJob(const AxModelBoundJob& job);
     void Stop();
@@ -82,6 +85,7 @@ private:
     bool isAnySet() const;
     void runModelBoundJob();
     void runElevationJob();
+    bool goOn(int elevationNumber);
     void showZonesNear();
     void queueZone(const QString& id, const osg::Vec2d& middle, const osgEarth::Symbology::Polygon* zone);
 
@@ -104,7 +108,8 @@ private:
     OpenThreads::Condition flagSet;
     osgEarth::Viewpoint viewport;
     unsigned viewportCount = 0;
-    AxElevationJob elevationJob;
+    std::deque<AxElevationJob> elevationJobs;
+    QSet<int> calledOff; ///< numbers of elevation jobs that have not ended
     int awaitedElevation = 0;
     std::deque<AxModelBoundJob> modelBoundJobs;
     QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> shownZones;

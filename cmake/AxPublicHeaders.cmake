@@ -11,6 +11,9 @@ set(AX_PUBLIC_HEADERS
   analysis/CAxAreaIntersectOperate.h=analysis/zones/CAxAreaIntersectOperate.h
   analysis/CAxDrapeableNode.h=analysis/CAxDrapeableNode.h
   analysis/CAxElevationQuery.h=analysis/CAxElevationQuery.h
+  analysis/AxHeightGrid.h=analysis/elevation/AxHeightGrid.h
+  analysis/ModelComputeBounds.h=analysis/models/ModelComputeBounds.h
+  analysis/ModelVertexVisitor.h=analysis/models/ModelVertexVisitor.h
   analysis/AxLineOfSight.h=analysis/sight/AxLineOfSight.h
   analysis/AxSightAnalysis.h=analysis/sight/AxSightAnalysis.h
   analysis/AxSightGround.h=analysis/sight/AxSightGround.h

@@ -1,5 +1,6 @@
 #include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
+#include "host/heights/HeightsBox.h"
 #include "host/ToolActions.h"
 #include "interaction/AxBlockOperations.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -60,6 +61,12 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
                    return viewer->GetBlockOperations()->Scale(id, percent / whole);
                });
     });
+    addSeparator();
+    add(ofOne, tr("&Heights of the ground..."),
+        tr("The lowest, highest and mean height below the block, and their export"), [this] {
+            if (const QString id = TheOne(tr("Heights of the ground")); !id.isEmpty())
+                HeightsBox::ShowOf(viewer, id, parentWidget());
+        });
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockMenu::FollowCut);
     connect(this, &QMenu::aboutToShow, this, &BlockMenu::EnableWhatIsPossible);
     // Keys are heard while the menu is closed, and the operations ask for themselves.

@@ -10,12 +10,15 @@
 #include <osgEarthDrivers/feature_ogr/OGRFeatureOptions>
 #include <osgEarthDrivers/model_feature_geom/FeatureGeomModelOptions>
 #include <osgEarthSymbology/AltitudeSymbol>
+#include <osgEarthSymbology/LineSymbol>
 #include <osgEarthSymbology/PolygonSymbol>
 #include <osgEarthSymbology/Style>
+#include <osgEarthSymbology/StyleSheet>
 #include <osgEarthUtil/AutoClipPlaneHandler>
 #include <osgEarthUtil/Ephemeris>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -33,7 +36,6 @@ constexpr unsigned pagerThreads = 3;
 constexpr double discLongitude = 116.5;
 constexpr double discLatitude = 40.0;
 constexpr double discAltitude = 1000.0;
-// Where the boundaries lie on the machines that carry them.
 constexpr const char* boundariesFile = "D:\\AxOsgEarth\\AxEarthApp\\Data\\shp\\chinashp.shp";
 } // namespace
 
@@ -121,11 +123,28 @@ osg::ref_ptr<osg::Node> AxSceneStartup::CreateDrapedDisc(MapNode* mapNode)
                                       Angle(0.0, Units::DEGREES), Angle(360.0, Units::DEGREES), true);
 }
 
-void AxSceneStartup::AddBoundaries(Map* map)
+void AxSceneStartup::AddBoundaries(Map* map, const QString& file)
 {
     Drivers::OGRFeatureOptions features;
-    features.url() = boundariesFile;
+    features.url() = QFile::encodeName(file).toStdString();
+    // Without a style nothing is drawn.
+    Style line("boundaries");
+    line.getOrCreate<LineSymbol>()->stroke()->color() = Color(1.0f, 0.85f, 0.3f, 0.9f);
+    line.getOrCreate<LineSymbol>()->stroke()->width() = 1.5f;
+    line.getOrCreate<AltitudeSymbol>()->clamping() = AltitudeSymbol::CLAMP_TO_TERRAIN;
+    line.getOrCreate<AltitudeSymbol>()->technique() = AltitudeSymbol::TECHNIQUE_DRAPE;
+    const osg::ref_ptr<StyleSheet> styles = new StyleSheet;
+    styles->addStyle(line);
     Drivers::FeatureGeomModelOptions model;
     model.featureOptions() = features;
+    model.styles() = styles;
+    const osg::ref_ptr<ModelLayer> former = map->getModelLayerByName("world");
+    if (former)
+        map->removeModelLayer(former);
     map->addModelLayer(new ModelLayer("world", model));
+}
+
+QString AxSceneStartup::BoundariesFile()
+{
+    return QString::fromLatin1(boundariesFile);
 }

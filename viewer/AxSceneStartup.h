@@ -39,7 +39,9 @@ AXEARTHVIEWER_EXPORT void AttachSky(osgEarth::Util::SkyNode* sky, osgEarth::MapN
 /// An invisible disc draped over the whole globe.
 osg::ref_ptr<osg::Node> CreateDrapedDisc(osgEarth::MapNode* mapNode);
 
-/// Adds the national boundaries of a shape file to the map as the layer
-/// "world". Not part of start-up: for hosts that want it.
-void AddBoundaries(osgEarth::Map* map);
+/// Adds the boundaries of a vector file to the map as lines of the layer "world", in the place of the one
+/// that was there. Not part of start-up: for hosts that want it.
+void AddBoundaries(osgEarth::Map* map, const QString& file);
+/// Where national boundaries lie on the machines that carry them.
+QString BoundariesFile();
 } // namespace AxSceneStartup

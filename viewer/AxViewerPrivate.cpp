@@ -24,6 +24,7 @@
 #include "viewer/AxLensPicture.h"
 #include "viewer/AxMapFile.h"
 #include "viewer/AxMapLayers.h"
+#include "viewer/AxModelOutlines.h"
 #include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
@@ -137,6 +138,13 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
         if (const auto layer = modelLayers->Find(id))
             emit q->signalAddModelLayer(id, layer->name, layer->files, layer->options.isVisible, layer->path,
                                         layer->options.coordinateSystem);
+    });
+    modelOutlines = std::make_unique<AxModelOutlines>(*this, *modelLayers);
+    connect(modelOutlines.get(), &AxModelOutlines::answered, q,
+            &CAxEarthViewer::signalRequestIntersectionReturn);
+    connect(layers.get(), &AxMapLayers::groundChanged, q, [this] {
+        if (ancillaryProcess)
+            ancillaryProcess->FollowGround();
     });
 }
 
@@ -425,9 +433,9 @@ void AxViewerPrivate::initEventHandler()
             SLOT(slotDrawableClicked(osg::Drawable*)));
 }
 
-void AxViewerPrivate::initBoundaries(osgEarth::Map* targetMap)
+void AxViewerPrivate::initBoundaries(osgEarth::Map* targetMap, const QString& file)
 {
-    AxSceneStartup::AddBoundaries(targetMap);
+    AxSceneStartup::AddBoundaries(targetMap, file);
 }
 
 void AxViewerPrivate::addGroups()
@@ -452,6 +460,7 @@ void AxViewerPrivate::shutDown()
     sightAnalysis.reset();
     volumeDesk.reset();
     volumeAnalysis.reset();
+    modelOutlines.reset();
     modelLayers.reset();
     measurements->Close();
     controlPoints.reset();

@@ -36,6 +36,7 @@ class AxMagnifier;
 class AxMapLayers;
 class AxMeasurements;
 class AxModelLayers;
+class AxModelOutlines;
 class AxOverlayScene;
 class AxPictureCapture;
 class AxSightAnalysis;
@@ -90,7 +91,7 @@ public:
     void initManipulator();
     void initOther();
     void initEventHandler();
-    void initBoundaries(osgEarth::Map* targetMap);
+    void initBoundaries(osgEarth::Map* targetMap, const QString& file);
     void addGroups();
     [[noreturn]] void endWithoutMap(const QString& path, const QString& reason);
     /// Everything that needs the OpenGL context, and what would outlive the widget otherwise.
@@ -158,6 +159,7 @@ public:
     std::unique_ptr<AxControlPoints> controlPoints;
     std::unique_ptr<AxMapLayers> layers;
     std::unique_ptr<AxModelLayers> modelLayers;
+    std::unique_ptr<AxModelOutlines> modelOutlines;
 
     CAxGraphicsCompassItem* compassItem = nullptr;
     CAxMapToolsWidget* mapToolsWidget = nullptr;

@@ -342,11 +342,6 @@ AxBlockOperations* CAxEarthViewer::GetBlockOperations()
     return &d->objects.Operations();
 }
 
-void CAxEarthViewer::IntersectionModelLayer(CAxHandleAdapter* adapter)
-{
-    d->objects.IntersectModelLayers(adapter);
-}
-
 // Editing
 
 QUndoStack* CAxEarthViewer::GetUndoStack() const

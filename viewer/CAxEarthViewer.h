@@ -118,7 +118,7 @@ public:
     osg::Group* GetDrawNodeGroup() const;
     /// Below the draw group; parent of the map objects' feature nodes.
     osg::Group* GetGeomAdapterGroup() const;
-    osg::Group* GetBoundGroup() const; ///< beside the draw group; empty, for the host
+    osg::Group* GetBoundGroup() const; ///< beside the draw group; outlines of models, and for the host
 
     // Aircraft (CAxEarthViewerAircraft.cpp)
 
@@ -318,9 +318,15 @@ public:
     /// From a press of Delete that took a vertex away to its release: a host
     /// that deletes objects on signalHandleKeyDelete() asks it first.
     bool IsDeleteKeyTaken() const;
-    /// Enters the model layers that an object touches into its block record and
-    /// tells the host by signalIntersection() when there are any.
+    /// Enters the names of the model layers whose outline an object's outline meets into its block record,
+    /// behind the zones of an area of an application, and tells the host by signalIntersection() when there
+    /// are any, or none any more. The viewer does so itself when a block or a model has changed. Hidden
+    /// models count.
     void IntersectionModelLayer(CAxHandleAdapter* adapter);
+    /// Adds the lines of a vector file to the map as the layer "world", for hosts that want national
+    /// boundaries; without a name the file of the machines that carry them. False, with the reason in `why`,
+    /// for a file that is not there and before the map is loaded.
+    bool AddBoundaries(const QString& file = QString(), QString* why = nullptr);
 
     /// While on, picks add to the selection.
     void SetMultiSelect(bool enabled);
@@ -403,7 +409,7 @@ signals:
     void signalIntersection(QString, QStringList);
     /// The answer to a request for the ground's height: degrees, degrees, metres, and whether it is known.
     void signalRequestElevationReturn(double, double, double, bool);
-    /// The answer to a request whether something is met.
+    /// The answer to slotRequestIntersection().
     void signalRequestIntersectionReturn(bool);
     /// The list of mark points has to be built anew.
     void signalResetBlockMarkPointListPage();
@@ -428,6 +434,10 @@ public slots:
     /// Asks for the height of the ground at the finest level of the map's data, whatever is loaded; degrees.
     /// signalRequestElevationReturn() answers later, once for each call, in their order.
     void slotRequestElevation(double longitude, double latitude);
+    /// Asks whether a block meets a model layer, or the current one for an empty ID.
+    /// signalRequestIntersectionReturn() answers later, once for each call, in their order, when the outlines
+    /// of all loaded models are known; false for an unknown ID.
+    void slotRequestIntersection(QString strHandleID);
     /// Writes the angle of the approach to the landing point anew, as where its ground has changed.
     void slotAngleLableChange();
     /// These three do nothing for an unknown ID. A locked object is neither

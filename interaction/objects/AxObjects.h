@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <utility>
 #include <vector>
 
 class AxBlockOperations;
@@ -94,6 +95,11 @@ public:
     /// locked.
     QStringList Delete(const QStringList& ids);
     void IntersectModelLayers(CAxHandleAdapter* object) override;
+    /// The same when models have changed: the host hears of it where it is another answer.
+    void TestModelLayersAgain(CAxHandleAdapter* object);
+    /// Tells the names of the model layers that a ring (degrees) meets; none for no function.
+    using LayersMet = std::function<QStringList(const std::vector<osg::Vec3d>& ring)>;
+    void SetModelLayers(LayersMet met) { layersMet = std::move(met); }
 
     // Blocks in the place of others (AxObjectsReplacing.cpp)
 
@@ -123,6 +129,7 @@ private:
     void tellSelected();
     int removeEntry(CAxHandleAdapter* object, bool deleteBlock);
     void destroy(CAxHandleAdapter* object);
+    void testModelLayers(CAxHandleAdapter* object, bool isNewsOnly);
 
     AxViewerParts& parts;
     CAxEarthViewer* const earthViewer;
@@ -136,4 +143,6 @@ private:
     CAxHandleAdapter* current = nullptr;
     QList<CAxHandleAdapter*> selected;
     QString selectedTask; ///< of the current object
+    LayersMet layersMet;
+    std::map<QString, QStringList> metByObject; ///< names of model layers, as they were told
 };

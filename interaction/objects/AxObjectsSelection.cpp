@@ -265,7 +265,34 @@ QStringList AxObjects::Delete(const QStringList& ids)
     return deleted;
 }
 
-void AxObjects::IntersectModelLayers(CAxHandleAdapter*)
+void AxObjects::IntersectModelLayers(CAxHandleAdapter* object)
 {
-    // No model layer can be loaded yet, so there is none to touch.
+    testModelLayers(object, false);
+}
+
+void AxObjects::TestModelLayersAgain(CAxHandleAdapter* object)
+{
+    testModelLayers(object, true);
+}
+
+void AxObjects::testModelLayers(CAxHandleAdapter* object, bool isNewsOnly)
+{
+    if (!object || !layersMet)
+        return;
+    const QString id = object->GetHandleID();
+    const QStringList names = layersMet(object->Outline());
+    QStringList& told = metByObject[id];
+    const QStringList before = std::exchange(told, names);
+    CAxBlock* const block = object->GetContainedBlock();
+    if (block) {
+        // The zones below an area of an application stand in the same list.
+        QStringList all;
+        if (block->GetBlockType() == CAxBlock::ProhibitedAreaBlock)
+            for (const QString& met : block->GetIntersections())
+                if (!before.contains(met) && !names.contains(met))
+                    all += met;
+        block->SetIntersections(all + names);
+    }
+    if (before != names || (!isNewsOnly && !names.isEmpty()))
+        emit object->signalIntersection(id, names);
 }

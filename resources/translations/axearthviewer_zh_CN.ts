@@ -153,6 +153,14 @@
         <source>Video adapter: %1, OpenGL %2, GLSL %3</source>
         <translation>显卡：%1，OpenGL %2，GLSL %3</translation>
     </message>
+    <message>
+        <source>The map is not open.</source>
+        <translation>地图未打开。</translation>
+    </message>
+    <message>
+        <source>There is no file %1.</source>
+        <translation>文件 %1 不存在。</translation>
+    </message>
 </context>
 <context>
     <name>CAxMapToolsWidget</name>
@@ -4257,6 +4265,18 @@ Heights are above the ellipsoid.</source>
         <source>&quot;%1&quot; has tasks, and its measures stay as they are meanwhile. The list of blocks renames it.</source>
         <translation>“%1”带有任务，其尺寸暂不能更改。可在测区列表中重命名。</translation>
     </message>
+    <message>
+        <source>&amp;Heights of the ground...</source>
+        <translation>地面高程(&amp;H)...</translation>
+    </message>
+    <message>
+        <source>The lowest, highest and mean height below the block, and their export</source>
+        <translation>测区下方地面的最低、最高和平均高程及其导出</translation>
+    </message>
+    <message>
+        <source>Heights of the ground</source>
+        <translation>地面高程</translation>
+    </message>
 </context>
 <context>
     <name>GeoBlocks</name>
@@ -5779,6 +5799,81 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>Clear home of %1</source>
         <translation>清除 %1 的起降点</translation>
+    </message>
+</context>
+<context>
+    <name>HeightsBox</name>
+    <message>
+        <source>Heights of block</source>
+        <translation>测区高程</translation>
+    </message>
+    <message>
+        <source>Heights of %1</source>
+        <translation>%1 的高程</translation>
+    </message>
+    <message>
+        <source>The heights of the ground are read...</source>
+        <translation>正在读取地面高程...</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; encloses no area.</source>
+        <translation>“%1”没有围成区域。</translation>
+    </message>
+    <message>
+        <source>No height of the ground is known below &quot;%1&quot;.</source>
+        <translation>“%1”下方没有已知的地面高程。</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Lowest: %1 at %2</source>
+        <translation>最低：%1，位于 %2</translation>
+    </message>
+    <message>
+        <source>Highest: %1 at %2</source>
+        <translation>最高：%1，位于 %2</translation>
+    </message>
+    <message>
+        <source>Mean: %1</source>
+        <translation>平均：%1</translation>
+    </message>
+    <message>
+        <source>Difference: %1</source>
+        <translation>高差：%1</translation>
+    </message>
+    <message>
+        <source>%1 cells of %2, heights above the ellipsoid.</source>
+        <translation>%1 个格网单元，边长 %2，高程为椭球高。</translation>
+    </message>
+    <message>
+        <source>The map has finer heights, every %1; means of them are taken.</source>
+        <translation>地图有更精细的高程（间距 %1），此处取其平均值。</translation>
+    </message>
+    <message>
+        <source>%1 % of the area has no known height and does not count.</source>
+        <translation>%1% 的区域没有已知高程，未计入。</translation>
+    </message>
+    <message>
+        <source>Export heights</source>
+        <translation>导出高程</translation>
+    </message>
+    <message>
+        <source>GeoTIFF (*.tif)</source>
+        <translation>GeoTIFF (*.tif)</translation>
+    </message>
+    <message>
+        <source>CSV table (*.csv)</source>
+        <translation>CSV 表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>未能写入 %1。</translation>
     </message>
 </context>
 </TS>

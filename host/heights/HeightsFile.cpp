@@ -1,0 +1,45 @@
+#include "host/heights/HeightsFile.h"
+
+#include <AxData/AxReplaceFile.h>
+#include <AxData/geofiles/AxGeoHeights.h>
+
+#include <cmath>
+
+QByteArray HeightsTable(const AxHeightGrid& grid)
+{
+    constexpr int ofDegrees = 8; // a millimetre
+    constexpr int ofMetres = 2;
+    QByteArray table = "longitude,latitude,height_m\n";
+    for (int row = 0; row < grid.rows; ++row)
+        for (int column = 0; column < grid.columns; ++column) {
+            const float height =
+                grid.heights[static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns) +
+                             static_cast<std::size_t>(column)];
+            if (std::isnan(height))
+                continue;
+            const QPointF place = grid.PlaceOf(column, row);
+            table += QByteArray::number(place.x(), 'f', ofDegrees) + ',' +
+                     QByteArray::number(place.y(), 'f', ofDegrees) + ',' +
+                     QByteArray::number(static_cast<double>(height), 'f', ofMetres) + '\n';
+        }
+    return table;
+}
+
+QString WriteHeights(const QString& file, const AxHeightGrid& grid)
+{
+    if (file.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive)) {
+        QString error;
+        AxReplaceFile(HeightsTable(grid), file, AxReadableBy::Anyone, error);
+        return error;
+    }
+    AxGeoHeights heights;
+    heights.west = grid.west;
+    heights.south = grid.south;
+    heights.stepLng = grid.stepLng;
+    heights.stepLat = grid.stepLat;
+    heights.columns = grid.columns;
+    heights.rows = grid.rows;
+    heights.heights = grid.heights;
+    heights.facts = {{QStringLiteral("HEIGHTS"), QStringLiteral("metres above the ellipsoid WGS 84")}};
+    return AxWriteGeoHeights(file, heights);
+}
