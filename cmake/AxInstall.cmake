@@ -19,7 +19,7 @@ foreach(target IN LISTS installed)
     set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   endif()
 endforeach()
-set_target_properties(AxGroundControl axnofly PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+set_target_properties(AxGroundControl axnofly axtiles PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 
 # ./ax docs installs the headers alone, so they are a component of their own.
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME headers)
@@ -33,6 +33,7 @@ string(APPEND inner "|AxVehiclePlaces|AxVehicleText|AxLinkText|AxCsvColumns|AxRe
 string(APPEND inner "|AxSimulatedAutopilot|AxSimulatedBody|AxSimulatedExchange|AxSimulatedFlight|AxSimulatedGuide|AxSimulatedMission")
 string(APPEND inner "|AxProjectFields|AxProjectTables|AxProjectValues|AxRecoveryWriter|AxSqlFile")
 string(APPEND inner "|AxGeoCollector|AxGeoFields|AxGeoKml|AxGeoOpen|AxGeoSession|AxGeoSimplify|AxGeoSystem|AxGeoTable|AxGeoText|AxGeoWriters")
+string(APPEND inner "|AxTileAsker|AxTileFile|AxTilePace|AxTilePicture|AxTileText|AxTileWalk")
 foreach(folder companion/AxAlgorthm companion/AxData companion/AxBaseUI companion/AxTelemetry)
   get_filename_component(name ${folder} NAME)
   install(DIRECTORY ${folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${name} FILES_MATCHING

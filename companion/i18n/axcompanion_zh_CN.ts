@@ -2233,4 +2233,179 @@
         <translation>图纸以图层名作为名称，不含宽度和半径。</translation>
     </message>
 </context>
+<context>
+    <name>AxTiles</name>
+    <message>
+        <source>The service answers with status %1.</source>
+        <translation>服务返回状态码 %1。</translation>
+    </message>
+    <message>
+        <source>The service asks to be left alone (status %1).</source>
+        <translation>服务要求暂停访问（状态码 %1）。</translation>
+    </message>
+    <message>
+        <source>The proxy wants a name and a password.</source>
+        <translation>代理需要用户名和密码。</translation>
+    </message>
+    <message>
+        <source>The service refuses (status %1): it may want a key, or allow no saving.</source>
+        <translation>服务拒绝访问（状态码 %1）：可能需要密钥，或不允许保存。</translation>
+    </message>
+    <message>
+        <source>The answer is larger than a tile can be.</source>
+        <translation>返回内容超过瓦片可能的大小。</translation>
+    </message>
+    <message>
+        <source>The service does not answer in time.</source>
+        <translation>服务未及时响应。</translation>
+    </message>
+    <message>
+        <source>The connection to the service cannot be trusted: %1</source>
+        <translation>与服务的连接不可信：%1</translation>
+    </message>
+    <message>
+        <source>The host %1 is not found.</source>
+        <translation>找不到主机 %1。</translation>
+    </message>
+    <message>
+        <source>The host %1 takes no connection.</source>
+        <translation>主机 %1 不接受连接。</translation>
+    </message>
+    <message>
+        <source>The service leads elsewhere, where nobody may follow.</source>
+        <translation>服务重定向到不可跟随的地址。</translation>
+    </message>
+    <message>
+        <source>The connection ended before the whole answer was here.</source>
+        <translation>连接在内容接收完整之前中断。</translation>
+    </message>
+    <message>
+        <source>There is no area.</source>
+        <translation>没有区域。</translation>
+    </message>
+    <message>
+        <source>The levels are 0 to %1, the coarse one first.</source>
+        <translation>级别为 0 至 %1，粗级在前。</translation>
+    </message>
+    <message>
+        <source>There is no file.</source>
+        <translation>没有文件。</translation>
+    </message>
+    <message>
+        <source>These are %1 tiles; no more than %2 are fetched.</source>
+        <translation>共 %1 个瓦片；最多下载 %2 个。</translation>
+    </message>
+    <message>
+        <source>It was called off; the next time it goes on from here.</source>
+        <translation>已取消；下次将从此处继续。</translation>
+    </message>
+    <message>
+        <source>A picture has %1 pixels instead of %2.</source>
+        <translation>图片为 %1 像素，而不是 %2 像素。</translation>
+    </message>
+    <message>
+        <source>%1 Go on later; what has come is kept.</source>
+        <translation>%1 请稍后继续；已下载的内容已保留。</translation>
+    </message>
+    <message>
+        <source>The service has none of the first %1 tiles. Is its address right?</source>
+        <translation>服务没有最初的 %1 个瓦片。地址是否正确？</translation>
+    </message>
+    <message>
+        <source>%1 tiles in a row could not be had. %2</source>
+        <translation>连续 %1 个瓦片无法获取。%2</translation>
+    </message>
+    <message>
+        <source>%1 tiles could not be had: %2</source>
+        <translation>%1 个瓦片无法获取：%2</translation>
+    </message>
+    <message>
+        <source>it was not fetched by this program</source>
+        <translation>它不是由本程序下载的</translation>
+    </message>
+    <message>
+        <source>it has tiles of another service</source>
+        <translation>它包含其他服务的瓦片</translation>
+    </message>
+    <message>
+        <source>it was fetched for the levels %1</source>
+        <translation>它是按级别 %1 下载的</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be written: %2.</source>
+        <translation>无法写入“%1”：%2。</translation>
+    </message>
+    <message>
+        <source>there is no such folder</source>
+        <translation>没有该文件夹</translation>
+    </message>
+    <message>
+        <source>it is not a file</source>
+        <translation>它不是文件</translation>
+    </message>
+    <message>
+        <source>it may only be read</source>
+        <translation>它是只读的</translation>
+    </message>
+    <message>
+        <source>it is being fetched already</source>
+        <translation>它正在下载中</translation>
+    </message>
+    <message>
+        <source>nothing can be written into its folder</source>
+        <translation>无法写入其所在文件夹</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be read: %2.</source>
+        <translation>无法读取“%1”：%2。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is there already, and no file of tiles.</source>
+        <translation>“%1”已存在，且不是瓦片文件。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is there already, and cannot be gone on with: %2.</source>
+        <translation>“%1”已存在，无法继续下载：%2。</translation>
+    </message>
+    <message>
+        <source>The answer is no PNG, JPEG or WebP picture.</source>
+        <translation>返回内容不是 PNG、JPEG 或 WebP 图片。</translation>
+    </message>
+    <message>
+        <source>The picture cannot be read.</source>
+        <translation>无法读取图片。</translation>
+    </message>
+    <message>
+        <source>The picture is not a square of at most %1 pixels.</source>
+        <translation>图片不是边长不超过 %1 像素的正方形。</translation>
+    </message>
+    <message>
+        <source>The picture is broken.</source>
+        <translation>图片已损坏。</translation>
+    </message>
+    <message>
+        <source>There is no address.</source>
+        <translation>没有地址。</translation>
+    </message>
+    <message>
+        <source>{%1} is not understood; {z}, {x}, {y}, {-y} and {s} are.</source>
+        <translation>无法识别 {%1}；可用 {z}、{x}、{y}、{-y} 和 {s}。</translation>
+    </message>
+    <message>
+        <source>The address has no {%1}.</source>
+        <translation>地址中没有 {%1}。</translation>
+    </message>
+    <message>
+        <source>The address needs {y} or {-y}.</source>
+        <translation>地址中需要 {y} 或 {-y}。</translation>
+    </message>
+    <message>
+        <source>This is not an address of the web.</source>
+        <translation>这不是网络地址。</translation>
+    </message>
+    <message>
+        <source>An address begins with http:// or https://.</source>
+        <translation>地址应以 http:// 或 https:// 开头。</translation>
+    </message>
+</context>
 </TS>

@@ -1,0 +1,290 @@
+#include <AxData/project/AxSqlFile.h>
+#include <AxData/tiles/AxTileFetch.h>
+#include <AxData/tiles/AxTileFile.h>
+#include <AxData/tiles/AxTilePicture.h>
+#include <AxData/tiles/AxTileText.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStringList>
+#include <QVariant>
+
+#include <algorithm>
+
+namespace {
+// "MPBX": what MBTiles 1.3 asks for.
+constexpr int applicationId = 0x4d504258;
+
+// In metadata, beside the names of the specification.
+const QString serviceFact = QStringLiteral("ax_service");
+const QString levelsFact = QStringLiteral("ax_levels");
+
+QString LevelsText(const AxTileJob& job)
+{
+    return QStringLiteral("%1-%2").arg(job.firstLevel).arg(job.lastLevel);
+}
+
+QString Number(double value)
+{
+    return QString::number(value, 'f', 7);
+}
+
+// MBTiles has no bounds across 180 degrees.
+QString BoundsText(const AxTileBounds& bounds)
+{
+    const bool isAcross = bounds.east < bounds.west;
+    return QStringList{Number(isAcross ? -180.0 : bounds.west), Number(bounds.south),
+                       Number(isAcross ? 180.0 : bounds.east), Number(bounds.north)}
+        .join(QLatin1Char(','));
+}
+
+QString BoundsOfBoth(const QString& former, const QString& added)
+{
+    const QStringList a = former.split(QLatin1Char(','));
+    const QStringList b = added.split(QLatin1Char(','));
+    if (a.size() != 4 || b.size() != 4)
+        return added;
+    QStringList all;
+    for (int i = 0; i < 4; ++i) {
+        const double one = a[i].toDouble();
+        const double other = b[i].toDouble();
+        all += Number(i < 2 ? std::min(one, other) : std::max(one, other));
+    }
+    return all.join(QLatin1Char(','));
+}
+
+QString WhyOther(const QString& service, const QString& levels, const AxTileJob& job)
+{
+    if (service.isEmpty())
+        return AxTileText::tr("it was not fetched by this program");
+    if (service != QString::fromLatin1(AxTileAddressMark(job.service.address)))
+        return AxTileText::tr("it has tiles of another service");
+    if (levels != LevelsText(job))
+        return AxTileText::tr("it was fetched for the levels %1").arg(levels);
+    return {};
+}
+} // namespace
+
+AxTileFile::AxTileFile() = default;
+
+AxTileFile::~AxTileFile()
+{
+    // Before their database.
+    put.reset();
+    miss.reset();
+    look.reset();
+}
+
+bool AxTileFile::Refuse(const QString& reason, QString& why)
+{
+    why = AxTileText::tr("\"%1\" cannot be written: %2.").arg(shownPath, reason);
+    return false;
+}
+
+bool AxTileFile::Open(const AxTileJob& job, QString& why)
+{
+    const QString& path = job.file;
+    shownPath = QDir::toNativeSeparators(path);
+    const QFileInfo info(path);
+    if (!QFileInfo(info.absolutePath()).isDir())
+        return Refuse(AxTileText::tr("there is no such folder"), why);
+    if (info.exists() && !info.isFile())
+        return Refuse(AxTileText::tr("it is not a file"), why);
+    if (info.exists() && !info.isWritable())
+        return Refuse(AxTileText::tr("it may only be read"), why);
+    lock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock(0))
+        return Refuse(lock->error() == QLockFile::LockFailedError
+                          ? AxTileText::tr("it is being fetched already")
+                          : AxTileText::tr("nothing can be written into its folder"),
+                      why);
+    const bool isNew = !info.exists() || info.size() == 0;
+    file = std::make_unique<AxSqlFile>(path, AxSqlFile::Mode::Write);
+    if (!file->IsOpen())
+        return Refuse(file->Fault(), why);
+    if (isNew ? !Make() : !CheckKept(job, why))
+        return !why.isEmpty() ? false : Refuse(file->Fault(), why);
+    if (!WriteFacts(job))
+        return Refuse(file->Fault(), why);
+    put = std::make_unique<QSqlQuery>(file->database);
+    miss = std::make_unique<QSqlQuery>(file->database);
+    look = std::make_unique<QSqlQuery>(file->database);
+    look->setForwardOnly(true);
+    put->prepare(QStringLiteral("INSERT OR REPLACE INTO tiles VALUES (?, ?, ?, ?)"));
+    miss->prepare(QStringLiteral("INSERT OR REPLACE INTO ax_missing VALUES (?, ?, ?)"));
+    look->prepare(QStringLiteral(
+        "SELECT tile_row FROM tiles WHERE zoom_level = ? AND tile_column = ? AND tile_row BETWEEN ? AND ? "
+        "UNION ALL SELECT tile_row FROM ax_missing WHERE zoom_level = ? AND tile_column = ? AND tile_row "
+        "BETWEEN ? AND ?"));
+    return true;
+}
+
+bool AxTileFile::Make()
+{
+    for (const QString& statement :
+         {QStringLiteral("PRAGMA application_id = %1").arg(applicationId),
+          QStringLiteral("CREATE TABLE metadata (name TEXT, value TEXT)"),
+          QStringLiteral("CREATE UNIQUE INDEX metadata_index ON metadata (name)"),
+          QStringLiteral("CREATE TABLE tiles (zoom_level INTEGER, tile_column INTEGER, tile_row INTEGER, "
+                         "tile_data BLOB)"),
+          QStringLiteral("CREATE UNIQUE INDEX tile_index ON tiles (zoom_level, tile_column, tile_row)"),
+          QStringLiteral(
+              "CREATE TABLE ax_missing (zoom_level INTEGER, tile_column INTEGER, tile_row INTEGER, "
+              "PRIMARY KEY (zoom_level, tile_column, tile_row)) WITHOUT ROWID")})
+        if (!file->Run(statement))
+            return false;
+    return true;
+}
+
+bool AxTileFile::CheckKept(const AxTileJob& job, QString& why)
+{
+    if (!file->Run(QStringLiteral("SELECT count(*) FROM sqlite_master")))
+        return Refuse(file->Fault(), why);
+    const QString other = WhyOther(Fact(serviceFact), Fact(levelsFact), job);
+    if (!other.isEmpty())
+        return Refuse(other, why);
+    QSqlQuery one(file->database);
+    if (one.exec(QStringLiteral("SELECT tile_data FROM tiles LIMIT 1")) && one.next())
+        pixels = AxReadTilePicture(one.value(0).toByteArray()).pixels;
+    return true;
+}
+
+QString AxTileFile::Fact(const QString& name)
+{
+    QSqlQuery query(file->database);
+    query.prepare(QStringLiteral("SELECT value FROM metadata WHERE name = ?"));
+    query.addBindValue(name);
+    return query.exec() && query.next() ? query.value(0).toString() : QString();
+}
+
+bool AxTileFile::SetFact(const QString& name, const QString& value)
+{
+    QSqlQuery query(file->database);
+    query.prepare(QStringLiteral("INSERT OR REPLACE INTO metadata VALUES (?, ?)"));
+    query.addBindValue(name);
+    query.addBindValue(value);
+    return query.exec();
+}
+
+bool AxTileFile::WriteFacts(const AxTileJob& job)
+{
+    const QString former = Fact(QStringLiteral("bounds"));
+    const QString added = BoundsText(job.area.Bounds());
+    const QString bounds = former.isEmpty() ? added : BoundsOfBoth(former, added);
+    const QString format = Fact(QStringLiteral("format"));
+    const QString finest = Fact(QStringLiteral("maxzoom"));
+    return file->Run(QStringLiteral("BEGIN IMMEDIATE")) && SetFact(QStringLiteral("name"), job.name) &&
+           SetFact(QStringLiteral("format"), format.isEmpty() ? QStringLiteral("png") : format) &&
+           SetFact(QStringLiteral("bounds"), bounds) &&
+           SetFact(QStringLiteral("minzoom"), QString::number(job.firstLevel)) &&
+           SetFact(QStringLiteral("maxzoom"), finest.isEmpty() ? QString::number(job.firstLevel) : finest) &&
+           SetFact(QStringLiteral("type"), QStringLiteral("baselayer")) &&
+           SetFact(QStringLiteral("attribution"), job.service.attribution) &&
+           SetFact(serviceFact, QString::fromLatin1(AxTileAddressMark(job.service.address))) &&
+           SetFact(levelsFact, LevelsText(job)) && file->Run(QStringLiteral("COMMIT"));
+}
+
+std::unique_ptr<std::vector<bool>> AxTileFile::Settled(int level, const AxTileRun& run, QString& why)
+{
+    const int southmost = (1 << level) - 1;
+    int place = 0;
+    for (int table = 0; table < 2; ++table)
+        for (const int value : {level, run.column, southmost - run.lastRow, southmost - run.firstRow})
+            look->bindValue(place++, value);
+    if (!look->exec()) {
+        why = AxTileText::tr("\"%1\" cannot be read: %2.").arg(shownPath, look->lastError().databaseText());
+        return nullptr;
+    }
+    auto settled =
+        std::make_unique<std::vector<bool>>(static_cast<std::size_t>(run.lastRow - run.firstRow + 1));
+    while (look->next())
+        (*settled)[static_cast<std::size_t>(southmost - look->value(0).toInt() - run.firstRow)] = true;
+    look->finish();
+    return settled;
+}
+
+bool AxTileFile::Begin(QString& why)
+{
+    if (isInTransaction)
+        return true;
+    isInTransaction = file->Run(QStringLiteral("BEGIN IMMEDIATE"));
+    return isInTransaction || Refuse(file->Fault(), why);
+}
+
+bool AxTileFile::Put(const AxTile& tile, const QByteArray& bytes, const AxTilePicture& picture, QString& why)
+{
+    if (!Begin(why))
+        return false;
+    if (pixels == 0 && !SetFact(QStringLiteral("format"), picture.format))
+        return Refuse(file->database.lastError().databaseText(), why);
+    pixels = picture.pixels;
+    put->bindValue(0, tile.level);
+    put->bindValue(1, tile.column);
+    put->bindValue(2, (1 << tile.level) - 1 - tile.row);
+    put->bindValue(3, bytes);
+    return put->exec() || Refuse(put->lastError().databaseText(), why);
+}
+
+bool AxTileFile::PutMissing(const AxTile& tile, QString& why)
+{
+    if (!Begin(why))
+        return false;
+    miss->bindValue(0, tile.level);
+    miss->bindValue(1, tile.column);
+    miss->bindValue(2, (1 << tile.level) - 1 - tile.row);
+    return miss->exec() || Refuse(miss->lastError().databaseText(), why);
+}
+
+bool AxTileFile::Commit(QString& why)
+{
+    if (!isInTransaction)
+        return true;
+    if (!file->Run(QStringLiteral("COMMIT")))
+        return Refuse(file->Fault(), why);
+    isInTransaction = false;
+    return true;
+}
+
+bool AxTileFile::SetFinestLevel(int level, QString& why)
+{
+    if (Fact(QStringLiteral("maxzoom")).toInt() >= level)
+        return true;
+    return Begin(why) && (SetFact(QStringLiteral("maxzoom"), QString::number(level)) ||
+                          Refuse(file->database.lastError().databaseText(), why));
+}
+
+AxTileFileState AxLookAtTileFile(const AxTileJob& job)
+{
+    const QString& path = job.file;
+    AxTileFileState state;
+    const QFileInfo info(path);
+    state.isThere = info.exists();
+    state.bytes = info.size();
+    if (!state.isThere || info.size() == 0)
+        return state;
+    AxSqlFile file(path, AxSqlFile::Mode::Look);
+    QSqlQuery query(file.database);
+    QString service;
+    QString levels;
+    if (!info.isFile() || !file.IsOpen() || !query.exec(QStringLiteral("SELECT name, value FROM metadata"))) {
+        state.fault = AxTileText::tr("\"%1\" is there already, and no file of tiles.")
+                          .arg(QDir::toNativeSeparators(path));
+        return state;
+    }
+    while (query.next()) {
+        if (query.value(0).toString() == serviceFact)
+            service = query.value(1).toString();
+        else if (query.value(0).toString() == levelsFact)
+            levels = query.value(1).toString();
+    }
+    const QString other = WhyOther(service, levels, job);
+    if (!other.isEmpty())
+        state.fault = AxTileText::tr("\"%1\" is there already, and cannot be gone on with: %2.")
+                          .arg(QDir::toNativeSeparators(path), other);
+    state.tiles = file.Number(QStringLiteral("SELECT count(*) FROM tiles"));
+    state.missing = file.Number(QStringLiteral("SELECT count(*) FROM ax_missing"));
+    return state;
+}

@@ -1,0 +1,511 @@
+#include "LoopbackTiles.h"
+
+#include <AxData/tiles/AxTileEstimate.h>
+#include <AxData/tiles/AxTileFetch.h>
+#include <AxData/tiles/AxTilePace.h>
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QLocale>
+#include <QPolygonF>
+#include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <random>
+#include <set>
+
+namespace {
+using Manner = LoopbackTiles::Manner;
+using Answer = LoopbackTiles::Answer;
+using Asked = LoopbackTiles::Asked;
+
+AxTileArea Rectangle(double west, double south, double east, double north)
+{
+    return AxTileArea::OfRectangle({west, south, east, north}).value_or(AxTileArea());
+}
+
+// 3 columns and 2 rows of level 10 around the Spanish Peaks.
+AxTileArea Peaks()
+{
+    return Rectangle(-105.4, 37.2, -104.7, 37.6);
+}
+
+QVariant Ask(const QString& file, const QString& statement)
+{
+    QVariant value;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("tiles"));
+        database.setDatabaseName(file);
+        QSqlQuery query(database);
+        if (database.open() && query.exec(statement) && query.next())
+            value = query.value(0);
+    }
+    QSqlDatabase::removeDatabase(QStringLiteral("tiles"));
+    return value;
+}
+
+struct Ended
+{
+    AxTileEnd end = AxTileEnd::NotBegun;
+    QString why;
+    AxTileProgress progress;
+};
+
+class Tiles : public testing::Test
+{
+protected:
+    AxTileJob Job(int firstLevel, int lastLevel) const
+    {
+        AxTileJob job;
+        job.file = folder.filePath(QStringLiteral("area.mbtiles"));
+        job.name = QStringLiteral("Area");
+        job.service.address = server.Address();
+        job.service.attribution = QStringLiteral("(c) Nobody");
+        job.area = Peaks();
+        job.firstLevel = firstLevel;
+        job.lastLevel = lastLevel;
+        job.timeoutMs = 500;
+        return job;
+    }
+    /// `cancelAfter` requests it is called off; never for 0.
+    Ended Run(const AxTileJob& job, int cancelAfter = 0)
+    {
+        AxTileFetch fetch(job);
+        Ended result;
+        QEventLoop loop;
+        bool hasEnded = false;
+        QObject::connect(&fetch, &AxTileFetch::ended, &loop,
+                         [&](AxTileEnd end, const QString& why, const AxTileProgress& progress) {
+                             result = {end, why, progress};
+                             hasEnded = true;
+                             loop.quit();
+                         });
+        const int before = server.paths.size();
+        QTimer look;
+        QObject::connect(&look, &QTimer::timeout, &fetch, [&] {
+            if (cancelAfter > 0 && server.paths.size() - before >= cancelAfter)
+                fetch.Cancel();
+        });
+        look.start(1);
+        QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+        fetch.Start();
+        loop.exec();
+        EXPECT_TRUE(hasEnded);
+        return result;
+    }
+
+    QTemporaryDir folder;
+    LoopbackTiles server;
+};
+} // namespace
+
+TEST(TileArea, CountsWhatItTouches)
+{
+    const struct
+    {
+        const char* what;
+        AxTileArea area;
+        int level;
+        qint64 tiles;
+    } cases[] = {
+        {"the globe", Rectangle(-180.0, -90.0, 180.0, 90.0), 3, 64},
+        {"one tile and no neighbour", Rectangle(0.0, 0.0, 180.0, axMostTileLatitude), 1, 1},
+        {"a corner of four", Rectangle(-0.1, -0.1, 0.1, 0.1), 4, 4},
+        {"both sides of 180 degrees", Rectangle(179.9, 10.0, -179.9, 10.1), 6, 2},
+        {"the same as a ring", *AxTileArea::OfRings({{{179.9, 10.0}, {-179.9, 10.0}, {180.0, 10.1}}}), 6, 2},
+        {"two rings with a tile in common",
+         *AxTileArea::OfRings({{{1.0, 1.0}, {2.0, 1.0}, {1.0, 2.0}}, {{3.0, 3.0}, {4.0, 3.0}, {3.0, 4.0}}}),
+         3, 1},
+        {"nothing", AxTileArea(), 5, 0},
+    };
+    for (const auto& one : cases)
+        EXPECT_EQ(one.area.Count(one.level), one.tiles) << one.what;
+    for (const char* wrong :
+         {"", "1,2,3", "1,2,3,x", "1,5,2,4", "5,1,5,2", "1,2,3,nan", "1,2,3,95", "1,86,2,87"})
+        EXPECT_FALSE(AxTileArea::OfText(QLatin1String(wrong))) << wrong;
+    const AxTileBounds across = Rectangle(179.0, -1.0, -178.0, 2.0).Bounds();
+    EXPECT_NEAR(across.west, 179.0, 1e-9);
+    EXPECT_NEAR(across.east, -178.0, 1e-9);
+    EXPECT_NEAR(across.north, 2.0, 1e-9);
+}
+
+// Against each tile by itself.
+TEST(TileArea, HasExactlyTheTilesThatARingMeets)
+{
+    std::mt19937 random(16);
+    std::uniform_real_distribution<double> radius(5.0, 40.0);
+    constexpr int level = 5;
+    constexpr double side = 360.0 / (1 << level);
+    for (int round = 0; round < 30; ++round) {
+        QList<QPointF> ring;
+        QPolygonF onSquare;
+        for (int i = 0; i < 9; ++i) {
+            const double angle = i * 40.0 * std::acos(-1.0) / 180.0;
+            ring += QPointF(20.0 + radius(random) * std::cos(angle), 10.0 + radius(random) * std::sin(angle));
+            const double latitude = ring.back().y() * std::acos(-1.0) / 180.0;
+            onSquare += QPointF(ring.back().x() + 180.0,
+                                180.0 - std::asinh(std::tan(latitude)) * 180.0 / std::acos(-1.0));
+        }
+        std::set<std::pair<int, int>> expected;
+        for (int column = 0; column < 1 << level; ++column)
+            for (int row = 0; row < 1 << level; ++row)
+                if (onSquare.intersects(QPolygonF(QRectF(column * side, row * side, side, side))))
+                    expected.emplace(column, row);
+        std::set<std::pair<int, int>> found;
+        const AxTileArea area = *AxTileArea::OfRings({ring});
+        for (const AxTileRun& run : area.Runs(level))
+            for (int row = run.firstRow; row <= run.lastRow; ++row)
+                EXPECT_TRUE(found.emplace(run.column, row).second) << "twice";
+        EXPECT_EQ(found, expected) << "round " << round;
+    }
+}
+
+TEST(TileService, AddressesAreFilledOrRefused)
+{
+    const AxTile tile{3, 5, 1};
+    const QPair<const char*, const char*> filled[] = {
+        {"https://a.org/{z}/{x}/{y}.png?key=1", "https://a.org/3/5/1.png?key=1"},
+        {" https://a.org/${z}/${x}/${-y}.png ", "https://a.org/3/5/6.png"},
+        {"http://{s}.a.org/{z}/{x}/{y}", "http://a.a.org/3/5/1"},
+        {"http://t[1234].a.org/{z}/{x}/{y}", "http://t3.a.org/3/5/1"},
+        {"http://[::1]:80/{z}/{x}/{y}", "http://[::1]:80/3/5/1"},
+    };
+    for (const auto& [address, url] : filled) {
+        EXPECT_EQ(AxTileAddressFault(QLatin1String(address)), QString()) << address;
+        EXPECT_EQ(AxTileUrl(QLatin1String(address), tile), QUrl(QLatin1String(url))) << address;
+    }
+    for (const char* wrong : {"", "https://a.org/{z}/{x}", "https://a.org/{z}/{y}", "https://a.org/{x}/{y}",
+                              "https://a.org/{z}/{x}/{y}/{q}", "https://a.org/{z}/{x}/{y}/{-y}",
+                              "ftp://a.org/{z}/{x}/{y}", "file:///{z}/{x}/{y}", "/{z}/{x}/{y}.png"})
+        EXPECT_NE(AxTileAddressFault(QLatin1String(wrong)), QString()) << wrong;
+    EXPECT_EQ(AxTileAddressShown(QStringLiteral("https://me:pw@a.org/{z}/{x}/{y}?key=1")),
+              QStringLiteral("https://a.org/{z}/{x}/{y}"));
+}
+
+TEST(TilePace, WaitsLongerEachTimeAndGivesUp)
+{
+    AxTilePace pace(4, 1);
+    qint64 now = 0;
+    qint64 former = 0;
+    for (int i = 0; i < AxTilePace::mostPauses; ++i) {
+        const qint64 whole = std::min(AxTilePace::longestPause, AxTilePace::firstPause << i);
+        pace.Failed(now);
+        pace.Failed(now + 1); // was under way with it
+        EXPECT_GE(pace.Wait(now), whole / 2);
+        EXPECT_LE(pace.Wait(now), whole);
+        EXPECT_FALSE(pace.IsGivenUp());
+        EXPECT_NE(pace.Wait(now), former);
+        former = pace.Wait(now);
+        now += former;
+    }
+    pace.Answered();
+    pace.Failed(now);
+    EXPECT_LE(pace.Wait(now), AxTilePace::firstPause) << "an answer has ended the row";
+    for (int i = 0; i < AxTilePace::mostPauses && !pace.IsGivenUp(); ++i) {
+        now += pace.Wait(now);
+        pace.Failed(now);
+    }
+    EXPECT_TRUE(pace.IsGivenUp());
+}
+
+TEST(TilePace, LeavesABusyServiceAlone)
+{
+    AxTilePace pace(4, 1);
+    pace.Busy(1000, 30000);
+    pace.Busy(1001, 0);
+    EXPECT_EQ(pace.AtOnce(), 2) << "halved once for requests that were under way together";
+    EXPECT_GE(pace.Wait(1000), 30000);
+    for (int i = 0; i < 100; ++i)
+        pace.Answered();
+    EXPECT_EQ(pace.AtOnce(), 4);
+    EXPECT_FALSE(pace.IsGivenUp());
+    pace.Busy(100000, AxTilePace::longestRetryAfter + 1);
+    EXPECT_TRUE(pace.IsGivenUp());
+}
+
+TEST_F(Tiles, GoIntoAFileThatGdalShowsInTheirPlace)
+{
+    server.delayMs = 5;
+    const AxTileJob job = Job(8, 11);
+    const Ended ended = Run(job);
+    EXPECT_EQ(ended.end, AxTileEnd::Complete) << qPrintable(ended.why);
+    EXPECT_EQ(ended.progress.fetched, job.area.Count(8, 11));
+    EXPECT_EQ(ended.progress.all, ended.progress.fetched);
+    EXPECT_EQ(server.atOnce, 4);
+    EXPECT_TRUE(server.latestHead.contains("User-Agent: AxEarthViewer")) << server.latestHead.constData();
+    const QPair<const char*, const char*> facts[] = {
+        {"format", "png"}, {"minzoom", "8"}, {"maxzoom", "11"}, {"attribution", "(c) Nobody"}};
+    for (const auto& [name, value] : facts)
+        EXPECT_EQ(
+            Ask(job.file,
+                QStringLiteral("SELECT value FROM metadata WHERE name = '%1'").arg(QLatin1String(name))),
+            QVariant(QLatin1String(value)))
+            << name;
+    GDALAllRegister();
+    const std::unique_ptr<GDALDataset, void (*)(GDALDataset*)> data(
+        GDALDataset::Open(job.file.toUtf8().constData(), GDAL_OF_RASTER),
+        [](GDALDataset* opened) { GDALClose(opened); });
+    ASSERT_TRUE(data);
+    double at[6];
+    ASSERT_EQ(data->GetGeoTransform(at), CE_None);
+    // The summit of West Spanish Peak, column 426 and row 795 of level 11.
+    const double x = -104.9935 / 180.0 * 20037508.342789244;
+    const double y = std::asinh(std::tan(37.3753 * std::acos(-1.0) / 180.0)) * 6378137.0;
+    const auto level = [](double size) { return std::log2(2.0 * 20037508.342789244 / 256.0 / size); };
+    EXPECT_NEAR(level(at[1]), 11.0, 1e-6);
+    const int column = static_cast<int>((x + 20037508.342789244) / (256.0 * at[1]));
+    const int row = static_cast<int>((20037508.342789244 - y) / (256.0 * at[1]));
+    unsigned char pixel[3];
+    for (int band = 0; band < 3; ++band)
+        ASSERT_EQ(data->GetRasterBand(band + 1)->RasterIO(GF_Read, static_cast<int>((x - at[0]) / at[1]),
+                                                          static_cast<int>((y - at[3]) / at[5]), 1, 1,
+                                                          &pixel[band], 1, 1, GDT_Byte, 0, 0),
+                  CE_None);
+    EXPECT_EQ(QColor(pixel[0], pixel[1], pixel[2]), LoopbackTiles::ColorOf(11, column, row));
+}
+
+TEST_F(Tiles, OfServicesThatMisbehave)
+{
+    const QByteArray picture = LoopbackTiles::Picture(Qt::green);
+    const auto httpDate = [](int seconds) {
+        return QLocale::c()
+            .toString(QDateTime::currentDateTimeUtc().addSecs(seconds),
+                      QStringLiteral("ddd, dd MMM yyyy hh:mm:ss"))
+            .toLatin1();
+    };
+    // What the first request of the third tile gets, or all of them; the rest are pictures.
+    const struct
+    {
+        const char* what;
+        Answer answer;
+        bool isAlways;
+        AxTileEnd end;
+        int missing;
+        int unusable;
+        int leastMs;
+    } cases[] = {
+        {"there is no such tile",
+         {"404 Not Found", "", "", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         1,
+         0,
+         0},
+        {"an empty answer", {"204 No Content", "", "", Manner::Whole}, false, AxTileEnd::Complete, 1, 0, 0},
+        {"a picture of one pixel",
+         {"200 OK", LoopbackTiles::Picture(Qt::black, 1), "", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         1,
+         0,
+         0},
+        {"busy",
+         {"429 Too Many Requests", "slow down", "Retry-After: 1\r\n", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         0,
+         0,
+         1000},
+        {"busy until a moment",
+         {"503 Service Unavailable", "", "Retry-After: " + httpDate(3) + " GMT\r\n", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         0,
+         0,
+         1000},
+        {"busy for an hour",
+         {"429 Too Many Requests", "", "Retry-After: 3600\r\n", Manner::Whole},
+         false,
+         AxTileEnd::GivenUp,
+         0,
+         0,
+         0},
+        {"an error of the server",
+         {"500 Oops", "", "", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         0,
+         0,
+         500},
+        {"half an answer", {"200 OK", picture, "", Manner::Cut}, false, AxTileEnd::Complete, 0, 0, 500},
+        {"silence", {"200 OK", picture, "", Manner::Silent}, false, AxTileEnd::Complete, 0, 0, 500},
+        {"a web page",
+         {"200 OK", "<html>Please log in</html>", "", Manner::Whole},
+         false,
+         AxTileEnd::Incomplete,
+         0,
+         1,
+         0},
+        {"half a picture",
+         {"200 OK", picture.left(picture.size() / 2), "", Manner::Whole},
+         false,
+         AxTileEnd::Incomplete,
+         0,
+         1,
+         0},
+        {"a picture of another size",
+         {"200 OK", LoopbackTiles::Picture(Qt::red, 512), "", Manner::Whole},
+         false,
+         AxTileEnd::Incomplete,
+         0,
+         1,
+         0},
+        {"only web pages", {"200 OK", "<html>", "", Manner::Whole}, true, AxTileEnd::GivenUp, 0, 25, 0},
+        {"only refusals", {"403 Forbidden", "", "", Manner::Whole}, true, AxTileEnd::GivenUp, 0, 25, 0},
+        {"no tile at all", {"404 Not Found", "", "", Manner::Whole}, true, AxTileEnd::GivenUp, 200, 0, 0},
+        {"an address elsewhere",
+         {"302 Found", "", "Location: /0/0/0.png\r\n", Manner::Whole},
+         false,
+         AxTileEnd::Complete,
+         0,
+         0,
+         0},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.what);
+        server.paths.clear();
+        server.answer = [&](const Asked& asked) {
+            return one.isAlways || (asked.before == 2 && asked.times == 0)
+                       ? one.answer
+                       : Answer{"200 OK", picture, {}, Manner::Whole};
+        };
+        const AxTileJob job = Job(10, one.isAlways ? 14 : 11);
+        QFile::remove(job.file);
+        QElapsedTimer clock;
+        clock.start();
+        const Ended ended = Run(job);
+        EXPECT_EQ(static_cast<int>(ended.end), static_cast<int>(one.end)) << qPrintable(ended.why);
+        EXPECT_EQ(ended.why.isEmpty(), one.end == AxTileEnd::Complete);
+        EXPECT_EQ(ended.progress.missing, one.missing);
+        EXPECT_EQ(ended.progress.unusable, one.unusable);
+        EXPECT_GE(clock.elapsed(), one.leastMs);
+        if (one.end == AxTileEnd::Complete) {
+            EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT count(*) FROM tiles")).toInt(),
+                      ended.progress.all - one.missing);
+        }
+    }
+}
+
+TEST_F(Tiles, ThatAreThereAreNotAskedForAgain)
+{
+    server.answer = [](const Asked& asked) {
+        return asked.row % 3 == 0 ? Answer{"404 Not Found", {}, {}, Manner::Whole}
+                                  : Answer{"200 OK", LoopbackTiles::Picture(Qt::blue), {}, Manner::Whole};
+    };
+    AxTileJob job = Job(9, 12);
+    EXPECT_EQ(Run(job, 12).end, AxTileEnd::CalledOff);
+    const int finest =
+        Ask(job.file, QStringLiteral("SELECT value FROM metadata WHERE name = 'maxzoom'")).toInt();
+    EXPECT_LT(finest, 12) << "readers show no level with gaps";
+    const Ended second = Run(job);
+    EXPECT_EQ(second.end, AxTileEnd::Complete) << qPrintable(second.why);
+    EXPECT_GE(second.progress.kept, 8) << "but for the requests that were under way";
+    EXPECT_EQ(second.progress.Done(), second.progress.all);
+    const int asked = server.paths.size();
+    EXPECT_EQ(Run(job).progress.kept, second.progress.all);
+    EXPECT_EQ(server.paths.size(), asked);
+    // More ground, from the same service, goes into the same file.
+    job.area = Rectangle(-105.4, 37.2, -104.2, 37.6);
+    const Ended wider = Run(job);
+    EXPECT_EQ(wider.end, AxTileEnd::Complete);
+    EXPECT_EQ(wider.progress.kept, second.progress.all);
+    EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT value FROM metadata WHERE name = 'bounds'")).toString(),
+              QStringLiteral("-105.4000000,37.2000000,-104.2000000,37.6000000"));
+    EXPECT_EQ(AxLookAtTileFile(job).tiles + AxLookAtTileFile(job).missing, wider.progress.all);
+}
+
+TEST_F(Tiles, NeedAJobAndAFileOfTheirOwn)
+{
+    const AxTileJob good = Job(8, 9);
+    ASSERT_EQ(Run(good).end, AxTileEnd::Complete);
+    QFile text(folder.filePath(QStringLiteral("notes.txt")));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly) && text.write("These are my notes.\n") > 0);
+    text.close();
+    const struct
+    {
+        const char* what;
+        std::function<void(AxTileJob&)> change;
+        AxTileEnd end;
+    } cases[] = {
+        {"no area", [](AxTileJob& job) { job.area = AxTileArea(); }, AxTileEnd::NotBegun},
+        {"levels the wrong way round", [](AxTileJob& job) { job.lastLevel = 7; }, AxTileEnd::NotBegun},
+        {"a level too fine", [](AxTileJob& job) { job.lastLevel = 23; }, AxTileEnd::NotBegun},
+        {"no template", [](AxTileJob& job) { job.service.address = QStringLiteral("http://a.org/"); },
+         AxTileEnd::NotBegun},
+        {"too many", [](AxTileJob& job) { job.mostTiles = 2; }, AxTileEnd::NotBegun},
+        {"far too many",
+         [](AxTileJob& job) {
+             job.area = Rectangle(-180.0, -80.0, 180.0, 80.0);
+             job.lastLevel = 22;
+             job.mostTiles = std::numeric_limits<qint64>::max();
+         },
+         AxTileEnd::NotBegun},
+        {"a file of another service", [](AxTileJob& job) { job.service.address += QStringLiteral("?v=2"); },
+         AxTileEnd::NotWritten},
+        {"a file of other levels", [](AxTileJob& job) { job.lastLevel = 10; }, AxTileEnd::NotWritten},
+        {"a file of something else", [&](AxTileJob& job) { job.file = text.fileName(); },
+         AxTileEnd::NotWritten},
+        {"a folder", [&](AxTileJob& job) { job.file = folder.path(); }, AxTileEnd::NotWritten},
+        {"no such folder",
+         [&](AxTileJob& job) { job.file = folder.filePath(QStringLiteral("no/a.mbtiles")); },
+         AxTileEnd::NotWritten},
+    };
+    const int asked = server.paths.size();
+    for (const auto& one : cases) {
+        AxTileJob job = good;
+        one.change(job);
+        const Ended ended = Run(job);
+        EXPECT_EQ(static_cast<int>(ended.end), static_cast<int>(one.end)) << one.what;
+        EXPECT_FALSE(ended.why.isEmpty()) << one.what;
+    }
+    EXPECT_EQ(server.paths.size(), asked);
+    EXPECT_TRUE(text.open(QIODevice::ReadOnly) && text.readAll() == "These are my notes.\n");
+    EXPECT_NE(AxLookAtTileFile(Job(8, 10)).fault, QString());
+    EXPECT_EQ(AxLookAtTileFile(good).fault, QString());
+
+    // A second fetch into the same file while the first one is under way.
+    server.answer = [](const Asked&) { return Answer{"200 OK", {}, {}, Manner::Silent}; };
+    AxTileJob other = Job(8, 12);
+    other.file = folder.filePath(QStringLiteral("other.mbtiles"));
+    AxTileFetch first(other);
+    first.Start();
+    EXPECT_EQ(Run(other).end, AxTileEnd::NotWritten);
+}
+
+TEST_F(Tiles, AreEstimatedFromAFew)
+{
+    const QByteArray picture = LoopbackTiles::Picture(Qt::green);
+    const AxTileJob job = Job(6, 15);
+    const auto guess = [&job] {
+        AxTileEstimate estimate(job);
+        QSignalSpy done(&estimate, &AxTileEstimate::done);
+        estimate.Start();
+        EXPECT_TRUE(done.wait(20000));
+        return done.value(0).value(0).value<AxTileGuess>();
+    };
+    server.answer = [&](const Asked&) { return Answer{"200 OK", picture, {}, Manner::Whole}; };
+    const AxTileGuess well = guess();
+    EXPECT_EQ(well.tiles, job.area.Count(6, 15));
+    EXPECT_DOUBLE_EQ(well.bytes, static_cast<double>(well.tiles * picture.size()));
+    EXPECT_LE(server.paths.size(), 20);
+    EXPECT_LE(server.atOnce, 2);
+    server.answer = [&](const Asked& asked) {
+        return asked.level == 15 ? Answer{"404 Not Found", {}, {}, Manner::Whole}
+                                 : Answer{"200 OK", picture, {}, Manner::Whole};
+    };
+    EXPECT_DOUBLE_EQ(guess().bytes, static_cast<double>(job.area.Count(6, 14) * picture.size()));
+    server.answer = [](const Asked&) { return Answer{"403 Forbidden", {}, {}, Manner::Whole}; };
+    server.paths.clear();
+    EXPECT_FALSE(guess().why.isEmpty());
+    EXPECT_LE(server.paths.size(), 2) << "a service that refuses is asked no more";
+}
