@@ -186,6 +186,10 @@ QVariant BlockListModel::data(const QModelIndex& index, int role) const
         return role == SortRole ? QVariant(*area) : QVariant(AxUnits::Area(*area * squareMetres));
     }
     if (role == Qt::DisplayRole || role == Qt::EditRole || role == SortRole || role == Qt::ToolTipRole) {
+        const QStringList met = block->GetIntersections();
+        if (column == NameColumn && role == Qt::ToolTipRole && !met.isEmpty())
+            return QString(block->GetBlockName() + QLatin1Char('\n') +
+                           tr("Meets %1").arg(met.join(QStringLiteral(", "))));
         if (column == NameColumn)
             return block->GetBlockName();
         if (column == KindColumn)

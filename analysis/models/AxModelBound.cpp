@@ -4,6 +4,7 @@
 
 #include <osg/LineWidth>
 #include <osg/PagedLOD>
+#include <osg/ProxyNode>
 
 #include <vector>
 
@@ -11,21 +12,22 @@ namespace {
 // Light blue: neither a block's colour nor a zone's.
 const osg::Vec4 outlineColor(0.35f, 0.85f, 1.0f, 0.9f);
 constexpr float outlineWidth = 2.0f;
-} // namespace
+/// Above it somebody may move a model, or hang parts into it.
+constexpr int depthOfWholes = 3;
 
-osg::ref_ptr<osg::Node> AxModelSnapshot(osg::Node& model)
+osg::ref_ptr<osg::Node> SnapshotOf(osg::Node& node, int depth)
 {
-    osg::Group* const group = model.asGroup();
+    osg::Group* const group = node.asGroup();
     if (!group)
-        return &model;
+        return &node;
     const auto* const paged = dynamic_cast<const osg::PagedLOD*>(group);
     unsigned kept = 0;
     while (kept < group->getNumChildren() && (!paged || paged->getFileName(kept).empty()))
         ++kept;
     std::vector<osg::ref_ptr<osg::Node>> children;
-    bool isOther = paged != nullptr;
+    bool isOther = paged || dynamic_cast<const osg::ProxyNode*>(group) || depth < depthOfWholes;
     for (unsigned i = 0; i < kept; ++i) {
-        children.push_back(AxModelSnapshot(*group->getChild(i)));
+        children.push_back(SnapshotOf(*group->getChild(i), depth + 1));
         isOther |= children.back() != group->getChild(i);
     }
     if (!isOther)
@@ -36,6 +38,12 @@ osg::ref_ptr<osg::Node> AxModelSnapshot(osg::Node& model)
     for (unsigned i = 0; i < kept; ++i)
         copy->setChild(i, children[i]);
     return copy;
+}
+} // namespace
+
+osg::ref_ptr<osg::Node> AxModelSnapshot(osg::Node& model)
+{
+    return SnapshotOf(model, 0);
 }
 
 QVariantList AxModelOutline(const AxModelBoundJob& job, const std::function<bool()>& goOn)

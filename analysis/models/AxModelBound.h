@@ -25,9 +25,9 @@ struct AxModelBoundJob
     int filesToRead = 0;
 };
 
-/// The model as it is now, for another thread: the same drawables below groups of their own, wherever a pager
-/// comes and goes; what it has loaded is left to be read from its files. On the thread that changes the
-/// scene, on which the copy has to go, too.
+/// The model as it is now, for another thread: the same drawables below groups of their own at the top and
+/// wherever a pager comes and goes; what it has loaded is left to be read from its files. On the thread that
+/// changes the scene, on which the copy has to go, too.
 AXEARTHVIEWER_EXPORT osg::ref_ptr<osg::Node> AxModelSnapshot(osg::Node& model);
 
 /// The convex outline of all vertices of the model as seen from above, with the margin around it: a list of

@@ -1,7 +1,8 @@
 #include "host/heights/HeightsFile.h"
 
-#include <AxData/AxReplaceFile.h>
 #include <AxData/geofiles/AxGeoHeights.h>
+
+#include <QSaveFile>
 
 #include <cmath>
 
@@ -28,9 +29,11 @@ QByteArray HeightsTable(const AxHeightGrid& grid)
 QString WriteHeights(const QString& file, const AxHeightGrid& grid)
 {
     if (file.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive)) {
-        QString error;
-        AxReplaceFile(HeightsTable(grid), file, AxReadableBy::Anyone, error);
-        return error;
+        const QByteArray table = HeightsTable(grid);
+        QSaveFile target(file);
+        const bool isWritten =
+            target.open(QIODevice::WriteOnly) && target.write(table) == table.size() && target.commit();
+        return isWritten ? QString() : target.errorString();
     }
     AxGeoHeights heights;
     heights.west = grid.west;

@@ -1028,6 +1028,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>带状</translation>
     </message>
     <message>
+        <source>Meets %1</source>
+        <translation>与 %1 相交</translation>
+    </message>
+    <message>
         <source>Video</source>
         <translation>视频</translation>
     </message>
