@@ -98,10 +98,10 @@ QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::Spat
 }
 
 QString AxBandSizeText(const std::vector<osg::Vec3d>& band, double width,
-                       const osgEarth::SpatialReference& srs)
+                       const osgEarth::SpatialReference& srs, AxKeptPlane* kept)
 {
     return Tr(QT_TRANSLATE_NOOP("CAxHandleAdapter", "area %1, width %2"))
-        .arg(AxAreaText(AxBlockArea(band, srs)), AxLengthText(width));
+        .arg(AxAreaText(AxBlockArea(band, srs, kept)), AxLengthText(width));
 }
 
 QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,

@@ -10,14 +10,15 @@
 #include <vector>
 
 class AxScene;
+struct AxKeptPlane;
 
 namespace osgEarth {
 class SpatialReference;
 }
 
 /**
- * A text beside the mouse while an object is drawn, within the map. It hangs below the group of objects only while it is
- * shown. GUI thread.
+ * A text beside the mouse while an object is drawn, within the map. It hangs below the group of objects only
+ * while it is shown. GUI thread.
  */
 class AxCursorLabel
 {
@@ -43,7 +44,7 @@ QString AxAreaText(double squareKilometres);
 QString AxRingSizeText(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs);
 /// Area of the band of a strip, whose whole width is given in metres.
 QString AxBandSizeText(const std::vector<osg::Vec3d>& band, double width,
-                       const osgEarth::SpatialReference& srs);
+                       const osgEarth::SpatialReference& srs, AxKeptPlane* kept = nullptr);
 /// While a vertex is dragged: the lengths of the edges that end in it, and the size of the ring or the length
 /// of the line. An index behind the last vertex stands for none.
 QString AxVertexText(const std::vector<osg::Vec3d>& vertices, std::size_t index, bool closed,

@@ -176,7 +176,8 @@ QString CAxOsgDrawLine::DragText(std::size_t vertex)
 {
     QString text = AxBlockAdapter::DragText(vertex);
     if (IsOutlineClosed())
-        text += QLatin1Char('\n') + AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS());
+        text += QLatin1Char('\n') +
+                AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS(), &keptPlane);
     return text;
 }
 

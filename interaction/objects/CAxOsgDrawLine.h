@@ -1,6 +1,7 @@
 #pragma once
 #include "interaction/objects/AxBlockAdapter.h"
 #include "interaction/objects/AxStripShape.h"
+#include "scene/shape/AxBlockArea.h"
 
 #include <vector>
 
@@ -77,4 +78,5 @@ private:
     double width2 = 3.0;
     double minDistance = AxStripShape::leastLeg; ///< shortest leg that is drawn or edited, metres
     AxStripShape::KeptBand keptBand;
+    AxKeptPlane keptPlane; ///< of the band whose area was told last
 };

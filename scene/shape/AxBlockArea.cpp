@@ -25,9 +25,39 @@ double CutToSixDecimals(double value)
     constexpr double scale = 1e6;
     return static_cast<double>(static_cast<std::int32_t>(value * scale)) / scale;
 }
+bool IsSame(const CAxPoint2D& a, const CAxPoint2D& b)
+{
+    return a.x() == b.x() && a.y() == b.y();
+}
+
+// False where no zone takes them.
+bool Project(const std::vector<CAxPoint2D>& lngLat, AxKeptPlane& kept)
+{
+    const bool isOfZone = kept.plane.size() == lngLat.size() && IsSame(kept.lngLat.front(), lngLat.front());
+    if (!isOfZone) {
+        kept.plane.clear();
+        kept.lngLat = lngLat;
+        return LatLng2UTM(lngLat, kept.plane);
+    }
+    std::vector<CAxPoint2D> moved = {lngLat.front()}; // which names the zone
+    std::vector<std::size_t> at = {0};
+    for (std::size_t i = 1; i < lngLat.size(); ++i)
+        if (!IsSame(kept.lngLat[i], lngLat[i])) {
+            moved.push_back(lngLat[i]);
+            at.push_back(i);
+        }
+    std::vector<CAxPoint2D> plane;
+    if (!LatLng2UTM(moved, plane))
+        return false;
+    for (std::size_t i = 0; i < at.size(); ++i)
+        kept.plane[at[i]] = plane[i];
+    kept.lngLat = lngLat;
+    return true;
+}
 } // namespace
 
-double AxBlockArea(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs)
+double AxBlockArea(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialReference& srs,
+                   AxKeptPlane* kept)
 {
     if (ring.size() < 3)
         return 0.0;
@@ -35,9 +65,13 @@ double AxBlockArea(const std::vector<osg::Vec3d>& ring, const osgEarth::SpatialR
     lngLat.reserve(ring.size());
     for (const osg::Vec3d& vertex : ring)
         lngLat.emplace_back(vertex.x(), vertex.y());
-    std::vector<CAxPoint2D> plane;
-    if (!LatLng2UTM(lngLat, plane))
+    AxKeptPlane own;
+    AxKeptPlane& projected = kept ? *kept : own;
+    if (!Project(lngLat, projected)) {
+        projected = {};
         return GeodesicRingArea(lngLat) / (metresPerKilometre * metresPerKilometre);
+    }
+    const std::vector<CAxPoint2D>& plane = projected.plane;
 
     const auto toFirst = [&](std::size_t i) {
         return osgEarth::GeoMath::distance(osg::Vec3d(ring[0].x(), ring[0].y(), 0.0),

@@ -1,6 +1,8 @@
 #pragma once
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <AxAlgorthm/CAxPoint2D.h>
+
 #include <osg/Vec3d>
 
 #include <vector>
@@ -8,6 +10,14 @@
 namespace osgEarth {
 class SpatialReference;
 }
+
+/// Where the vertices of a ring lie in the UTM plane, kept from one area to the next: of a ring that is
+/// dragged most vertices stay where they are. A plain value.
+struct AxKeptPlane
+{
+    std::vector<CAxPoint2D> lngLat; ///< degrees
+    std::vector<CAxPoint2D> plane;  ///< metres, in the zone of the first one
+};
 
 /// Area inside a ring of vertices (longitude and latitude in degrees, the first
 /// not repeated), km², the same whichever way round it runs; 0 for fewer than
@@ -22,6 +32,6 @@ class SpatialReference;
 ///   flat, because the cosine of the angle is cut to six decimals,
 /// - and for large rings what a plane triangle lacks of a curved one, some 0.1 %
 ///   at 500 km.
-/// A ring that no UTM zone takes has the geodesic area itself.
+/// A ring that no UTM zone takes has the geodesic area itself. What is kept makes no difference to the area.
 AXEARTHVIEWER_EXPORT double AxBlockArea(const std::vector<osg::Vec3d>& ring,
-                                        const osgEarth::SpatialReference& srs);
+                                        const osgEarth::SpatialReference& srs, AxKeptPlane* kept = nullptr);

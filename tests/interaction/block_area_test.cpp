@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -102,4 +103,21 @@ TEST(BlockArea, IsRightWherePlanesEnd)
     EXPECT_NEAR(Area(pole), GeodesicKm2(pole), 1e-6 * GeodesicKm2(pole)) << "no zone takes it";
     EXPECT_EQ(Area({}), 0.0);
     EXPECT_EQ(Area({{1.0, 2.0, 0.0}, {3.0, 4.0, 0.0}}), 0.0);
+}
+
+TEST(BlockArea, OfARingThatIsDraggedIsTheSameWithWhatWasKept)
+{
+    const osg::ref_ptr<const osgEarth::SpatialReference> wgs84 = osgEarth::SpatialReference::create("wgs84");
+    AxKeptPlane kept;
+    Ring ring = {{105.9, 10.0, 0.0}, {106.1, 10.0, 0.0}, {106.1, 10.2, 0.0}, {105.9, 10.2, 0.0}};
+    const std::pair<std::size_t, osg::Vec3d> moves[] = {{2, {106.2, 10.3, 0.0}},
+                                                        {0, {106.0, 9.9, 0.0}}, // of another zone
+                                                        {3, {105.9, 200.0, 0.0}},
+                                                        {3, {105.9, 10.4, 0.0}}};
+    for (const auto& [vertex, place] : moves) {
+        ring[vertex] = place;
+        const double fresh = AxBlockArea(ring, *wgs84);
+        const double area = AxBlockArea(ring, *wgs84, &kept);
+        EXPECT_TRUE(area == fresh || (std::isnan(area) && std::isnan(fresh))) << area << ", not " << fresh;
+    }
 }
