@@ -40,6 +40,9 @@ const QList<Group>& Groups()
              {QT_TRANSLATE_NOOP("KeyHelp", "Home"), QT_TRANSLATE_NOOP("KeyHelp", "Shows the whole globe")},
              {QT_TRANSLATE_NOOP("KeyHelp", "Click on the compass"),
               QT_TRANSLATE_NOOP("KeyHelp", "North up, straight down")},
+             {QT_TRANSLATE_NOOP("KeyHelp", "W; T; L; B; S"),
+              QT_TRANSLATE_NOOP("KeyHelp", "For developers: wires, textures, light, back faces, figures of frames; "
+                                           "pressed again they change back, W with the third time")},
          }},
         {QT_TRANSLATE_NOOP("KeyHelp", "Drawing a block"),
          {

@@ -175,10 +175,15 @@ void MainWindow::BuildPanels()
     });
     connect(aircraft, &AircraftPanel::Told, this, &MainWindow::Tell);
     connect(tasks, &TaskPanel::PlanShown, aircraft, &AircraftPanel::ShowPlan);
-    // What was told of a step that is undone holds no more.
+    // It may be out of sight, and what was told of it holds no more.
     connect(viewer->GetUndoStack(), &QUndoStack::indexChanged, this, [this, former = 0](int index) mutable {
-        if (index < std::exchange(former, index))
+        if (index >= std::exchange(former, index))
+            return;
+        const QString step = viewer->GetUndoStack()->text(index);
+        if (step.isEmpty())
             statusBar()->clearMessage();
+        else
+            Tell(tr("Undone: %1").arg(step));
     });
 }
 

@@ -454,6 +454,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Undone: %1</source>
+        <translation>已撤销：%1</translation>
+    </message>
+    <message>
         <source>Control points</source>
         <translation>控制点</translation>
     </message>
@@ -2024,6 +2028,14 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>North up, straight down</source>
         <translation>正北朝上，垂直俯视</translation>
+    </message>
+    <message>
+        <source>W; T; L; B; S</source>
+        <translation>W；T；L；B；S</translation>
+    </message>
+    <message>
+        <source>For developers: wires, textures, light, back faces, figures of frames; pressed again they change back, W with the third time</source>
+        <translation>供开发者使用：线框、纹理、光照、背面、帧数据；再按一次恢复，W 按第三次恢复</translation>
     </message>
     <message>
         <source>Drawing a block</source>
