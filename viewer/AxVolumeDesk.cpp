@@ -40,13 +40,19 @@ void AxVolumeDesk::ShowVolume(const QString& id)
         return;
     const AxVolumeResult result = volumes.GetResult(id);
     panel->ShowVolume(result.id, result.name);
-    panel->ShowQuestion(result.id.isEmpty() ? volumes.Next() : result.question);
+    shown = result.id.isEmpty() ? volumes.Next() : result.question;
+    panel->ShowQuestion(shown);
     showResult();
 }
 
 void AxVolumeDesk::showResult()
 {
     const AxVolumeResult result = volumes.GetResult(panel->HandleID());
+    // Somebody else has asked; what is being typed stays otherwise.
+    const AxVolumeQuestion& asked = result.id.isEmpty() ? volumes.Next() : result.question;
+    if (asked.base != shown.base || asked.height != shown.height || asked.cell != shown.cell)
+        panel->ShowQuestion(asked);
+    shown = asked;
     QStringList notes;
     if (result.id.isEmpty())
         notes += tr("Click the corners of the area, the last one by a double click.");
@@ -86,8 +92,14 @@ void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& questi
     box.SetBtnOKText(tr("Compute"));
     box.SetCancelDefault(true);
     const QPointer<AxVolumeDesk> self(this);
-    if (box.exec() != QDialog::Accepted || !self)
+    const bool isMeant = box.exec() == QDialog::Accepted;
+    if (!self)
         return;
+    if (!isMeant) {
+        if (panel)
+            ShowVolume(panel->HandleID());
+        return;
+    }
     const AxVolumeResult result = volumes.GetResult(id);
     AxVolumeQuestion meant = question;
     meant.mayBeLarge = true;

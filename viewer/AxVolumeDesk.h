@@ -1,4 +1,6 @@
 #pragma once
+#include "analysis/volume/AxVolumeGrid.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -6,7 +8,6 @@
 class AxGridWidget;
 class AxVolumeAnalysis;
 class QWidget;
-struct AxVolumeQuestion;
 
 /**
  * What goes on between the grid panel on the map and the volumes: the panel shows the one that was measured
@@ -31,4 +32,5 @@ private:
     AxVolumeAnalysis& volumes;
     const QPointer<AxGridWidget> panel;
     const QPointer<QWidget> window;
+    AxVolumeQuestion shown; ///< what the panel's fields were filled with
 };

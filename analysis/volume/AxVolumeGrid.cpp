@@ -20,8 +20,8 @@ constexpr double nearPole = 85.0;
 constexpr int stripColumns = 64;
 // Parts of cells that are less are numerical noise.
 constexpr double leastShare = 1.0e-9;
-// Of a cell: height, kind, base, difference, and its pixels in the picture with their overviews.
-constexpr double bytesOfCell = 4.0 + 1.0 + 8.0 + 4.0 + 22.0;
+// Of a cell: height, kind, base, the place for a surface, difference, and its pixels with their overviews.
+constexpr double bytesOfCell = 4.0 + 1.0 + 8.0 + 8.0 + 4.0 + 6.5;
 
 struct Box
 {

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QIODevice>
+#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -22,6 +23,11 @@ constexpr int stepsOfPicture = 5;
 QString MetresText(double metres)
 {
     return VolumeTr::tr("%1 m").arg(QString::number(metres, 'f', 2));
+}
+
+QString CountText(double cells)
+{
+    return QLocale(QLocale::English).toString(cells, 'f', 0).replace(QLatin1Char(','), QLatin1Char(' '));
 }
 
 QString SignedText(double value, QString (*write)(double))
@@ -124,7 +130,7 @@ QString AxVolumeBaseText(AxVolumeBase base)
 QString AxVolumeSizeText(const AxVolumeSize& size)
 {
     return VolumeTr::tr("%1 cells, about %2 MB")
-        .arg(QString::number(size.cells, 'f', 0), QString::number(std::ceil(size.megabytes), 'f', 0));
+        .arg(CountText(size.cells), QString::number(std::ceil(size.megabytes), 'f', 0));
 }
 
 QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
@@ -137,11 +143,11 @@ QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
     case AxVolumeFault::WrongNumber:
         return VolumeTr::tr("The cell or the height is no number that it may be.");
     case AxVolumeFault::Many:
-        return VolumeTr::tr("The grid is large (%1), and nobody has said that it is meant.")
+        return VolumeTr::tr("The grid is large (%1): it is computed only when that is agreed to.")
             .arg(AxVolumeSizeText(AxVolumeSizeOf(question)));
     case AxVolumeFault::TooMany:
         return VolumeTr::tr("The cells are too small for this area: it would have %1. There may be %2 cells.")
-            .arg(AxVolumeSizeText(AxVolumeSizeOf(question)), QString::number(axMostVolumeCells, 'f', 0));
+            .arg(AxVolumeSizeText(AxVolumeSizeOf(question)), CountText(axMostVolumeCells));
     case AxVolumeFault::NoGround:
         return VolumeTr::tr("No height of the ground in the area is known.");
     case AxVolumeFault::NoRim:
@@ -170,7 +176,7 @@ QVector<QPair<QString, QString>> AxVolumeFigures(const AxVolume& volume)
         {VolumeTr::tr("Mean above base"), SignedText(volume.mean, MetresText)},
         {VolumeTr::tr("Highest above base"), SignedText(volume.highest, MetresText)},
         {VolumeTr::tr("Lowest above base"), SignedText(volume.deepest, MetresText)},
-        {VolumeTr::tr("Cells of"), MetresText(volume.question.cell)}};
+        {VolumeTr::tr("Cell size"), MetresText(volume.question.cell)}};
     if (volume.unknown > 0.0)
         rows.insert(
             3, {VolumeTr::tr("Not known"), VolumeTr::tr("%1 % of the area (%2) has no known height")

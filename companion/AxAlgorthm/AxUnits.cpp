@@ -1,6 +1,7 @@
 #include <AxAlgorthm/AxUnits.h>
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <atomic>
 #include <cmath>
@@ -91,12 +92,11 @@ QString Volume(double cubicMetres)
     const bool isImperial = Get() == System::Imperial;
     const double value =
         isImperial ? cubicMetres / (metresOfYard * metresOfYard * metresOfYard) : cubicMetres;
-    QString number = Number(value, std::abs(value) < few ? 2 : 0);
-    constexpr int digitsOfGroup = 3;
     constexpr double many = 9999.5;
-    for (int at = number.size() - digitsOfGroup; std::abs(value) >= many && at > (value < 0.0 ? 1 : 0);
-         at -= digitsOfGroup)
-        number.insert(at, QLatin1Char(' '));
+    QString number = Number(value, std::abs(value) < few ? 2 : 0);
+    if (std::abs(value) >= many)
+        number =
+            QLocale(QLocale::English).toString(value, 'f', 0).replace(QLatin1Char(','), QLatin1Char(' '));
     return isImperial ? Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 yd\302\263")).arg(number)
                       : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\263")).arg(number);
 }

@@ -1287,6 +1287,14 @@
 <context>
     <name>AxUnits</name>
     <message>
+        <source>%1 m³</source>
+        <translation>%1 立方米</translation>
+    </message>
+    <message>
+        <source>%1 yd³</source>
+        <translation>%1 立方码</translation>
+    </message>
+    <message>
         <source>%1 ft</source>
         <translation>%1 英尺</translation>
     </message>
@@ -1930,16 +1938,20 @@
 <context>
     <name>CAxVolumeWgt</name>
     <message>
-        <source>Cut (m³):</source>
-        <translation>挖方（立方米）：</translation>
+        <source>Cut:</source>
+        <translation>挖方：</translation>
     </message>
     <message>
-        <source>Fill (m³):</source>
-        <translation>填方（立方米）：</translation>
+        <source>Fill:</source>
+        <translation>填方：</translation>
     </message>
     <message>
-        <source>Difference (m³):</source>
-        <translation>差值（立方米）：</translation>
+        <source>Cut less fill:</source>
+        <translation>挖方减填方：</translation>
+    </message>
+    <message>
+        <source>%1:</source>
+        <translation>%1：</translation>
     </message>
 </context>
 <context>

@@ -231,7 +231,7 @@ void VolumePanel::ShowChosen()
     const QStringList chosen = Chosen();
     for (QPushButton* button : qAsConst(ofChosen))
         button->setEnabled(!chosen.isEmpty());
-    exportButton->setEnabled(chosen.size() == 1 && !writing.IsBusy());
+    exportButton->setEnabled(chosen.size() == 1);
     ShowResult(Analysis() ? Analysis()->GetResult(chosen.value(0)) : AxVolumeResult());
 }
 
@@ -321,8 +321,9 @@ void VolumePanel::Copy() const
 void VolumePanel::Export()
 {
     const AxVolumeResult result = Analysis() ? Analysis()->GetResult(Chosen().value(0)) : AxVolumeResult();
-    if (!result.volume) {
-        emit Told(tr("There is no volume to export yet."));
+    if (!result.volume || writing.IsBusy()) {
+        emit Told(result.volume ? tr("The former file is still being written.")
+                                : tr("There is no volume to export yet."));
         return;
     }
     const QPointer<VolumePanel> self(this);
@@ -343,7 +344,6 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
     writing.Start([volume = result.volume, file,
                    isTable](const std::atomic<bool>&) { return WriteVolumeFile(file, *volume, isTable); },
                   [this, file](QString&& fault) {
-                      ShowChosen();
                       const QString name = QDir::toNativeSeparators(file);
                       if (fault.isEmpty()) {
                           emit Told(tr("%1 is written.").arg(name));
@@ -357,7 +357,6 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
                       box.SetBtnHidden(false, true, false);
                       box.exec();
                   });
-    ShowChosen();
 }
 
 void VolumePanel::Remove()

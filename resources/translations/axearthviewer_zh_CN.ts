@@ -454,6 +454,10 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>Volumes</source>
+        <translation>体积</translation>
+    </message>
+    <message>
         <source>Undone: %1</source>
         <translation>已撤销：%1</translation>
     </message>
@@ -5114,6 +5118,42 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>AxMeasurement</name>
     <message>
+        <source>Cut</source>
+        <translation>挖方</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>填方</translation>
+    </message>
+    <message>
+        <source>Cut less fill</source>
+        <translation>挖方减填方</translation>
+    </message>
+    <message>
+        <source>Error by cells</source>
+        <translation>格网误差</translation>
+    </message>
+    <message>
+        <source>Mean above base</source>
+        <translation>平均高出基准面</translation>
+    </message>
+    <message>
+        <source>Highest above base</source>
+        <translation>最高高出基准面</translation>
+    </message>
+    <message>
+        <source>Lowest above base</source>
+        <translation>最低高出基准面</translation>
+    </message>
+    <message>
+        <source>Area without heights</source>
+        <translation>无高程的面积</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>体积</translation>
+    </message>
+    <message>
         <source>Length</source>
         <translation>长度</translation>
     </message>
@@ -5422,6 +5462,14 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>MeasureMenu</name>
+    <message>
+        <source>&amp;Volume</source>
+        <translation>体积(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Click the corners of an area, the last one by a double click: cut and fill against a base that the panel on the map chooses; Escape leaves the tool</source>
+        <translation>依次单击区域的角点，最后一点双击：按地图上的面板所选的基准面计算挖方和填方；Esc 退出工具</translation>
+    </message>
     <message>
         <source>&amp;Distance</source>
         <translation>距离(&amp;D)</translation>
@@ -5890,6 +5938,340 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 was not written.</source>
         <translation>未能写入 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>AxVolumeText</name>
+    <message>
+        <source>%1 m</source>
+        <translation>%1 米</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1（%2）</translation>
+    </message>
+    <message>
+        <source>%1 (%2 to %3)</source>
+        <translation>%1（%2 至 %3）</translation>
+    </message>
+    <message>
+        <source>%1 to %2 m above</source>
+        <translation>高出 %1 至 %2 米</translation>
+    </message>
+    <message>
+        <source>%1 to %2 m below</source>
+        <translation>低于 %1 至 %2 米</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>Plane through the rim</source>
+        <translation>边界拟合平面</translation>
+    </message>
+    <message>
+        <source>Surface through the rim</source>
+        <translation>边界插值曲面</translation>
+    </message>
+    <message>
+        <source>Mean height of the rim</source>
+        <translation>边界平均高程</translation>
+    </message>
+    <message>
+        <source>Lowest place of the rim</source>
+        <translation>边界最低点</translation>
+    </message>
+    <message>
+        <source>Highest place of the rim</source>
+        <translation>边界最高点</translation>
+    </message>
+    <message>
+        <source>Given height</source>
+        <translation>指定高程</translation>
+    </message>
+    <message>
+        <source>%1 cells, about %2 MB</source>
+        <translation>%1 个格网单元，约 %2 MB</translation>
+    </message>
+    <message>
+        <source>The outline has no area, or crosses itself.</source>
+        <translation>轮廓没有面积，或自相交。</translation>
+    </message>
+    <message>
+        <source>The area is more than %1 across.</source>
+        <translation>区域跨度超过 %1。</translation>
+    </message>
+    <message>
+        <source>The cell or the height is no number that it may be.</source>
+        <translation>格网尺寸或高程不是有效数值。</translation>
+    </message>
+    <message>
+        <source>The grid is large (%1): it is computed only when that is agreed to.</source>
+        <translation>格网很大（%1）：需确认后才会计算。</translation>
+    </message>
+    <message>
+        <source>The cells are too small for this area: it would have %1. There may be %2 cells.</source>
+        <translation>对该区域而言格网过密：将有 %1。最多允许 %2 个单元。</translation>
+    </message>
+    <message>
+        <source>No height of the ground in the area is known.</source>
+        <translation>该区域内没有已知的地面高程。</translation>
+    </message>
+    <message>
+        <source>Too few heights of the ground below the outline are known.</source>
+        <translation>轮廓处已知的地面高程太少。</translation>
+    </message>
+    <message>
+        <source>Called off.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>挖方</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>填方</translation>
+    </message>
+    <message>
+        <source>Cut less fill</source>
+        <translation>挖方减填方</translation>
+    </message>
+    <message>
+        <source>Error by cells</source>
+        <translation>格网误差</translation>
+    </message>
+    <message>
+        <source>up to %1</source>
+        <translation>不超过 %1</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>面积</translation>
+    </message>
+    <message>
+        <source>Base</source>
+        <translation>基准面</translation>
+    </message>
+    <message>
+        <source>Mean above base</source>
+        <translation>平均高出基准面</translation>
+    </message>
+    <message>
+        <source>Highest above base</source>
+        <translation>最高高出基准面</translation>
+    </message>
+    <message>
+        <source>Lowest above base</source>
+        <translation>最低高出基准面</translation>
+    </message>
+    <message>
+        <source>Cell size</source>
+        <translation>格网尺寸</translation>
+    </message>
+    <message>
+        <source>Not known</source>
+        <translation>未知</translation>
+    </message>
+    <message>
+        <source>%1 % of the area (%2) has no known height</source>
+        <translation>%1 % 的区域（%2）没有已知高程</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+</context>
+<context>
+    <name>AxVolumeAnalysis</name>
+    <message>
+        <source>The map is not open.</source>
+        <translation>地图未打开。</translation>
+    </message>
+    <message>
+        <source>The ground has changed since.</source>
+        <translation>此后地形已变化。</translation>
+    </message>
+    <message>
+        <source>%1 % of the area has no known height.</source>
+        <translation>%1 % 的区域没有已知高程。</translation>
+    </message>
+</context>
+<context>
+    <name>AxVolumeDesk</name>
+    <message>
+        <source>Click the corners of the area, the last one by a double click.</source>
+        <translation>依次单击区域的角点，最后一点双击。</translation>
+    </message>
+    <message>
+        <source>Cut %1, fill %2</source>
+        <translation>挖方 %1，填方 %2</translation>
+    </message>
+    <message>
+        <source>The ground has changed since.</source>
+        <translation>此后地形已变化。</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>体积</translation>
+    </message>
+    <message>
+        <source>The grid of this volume is large: %1. It takes a while. Do you want to compute it?</source>
+        <translation>该体积的格网很大：%1，计算需要一些时间。是否计算？</translation>
+    </message>
+    <message>
+        <source>Compute</source>
+        <translation>计算</translation>
+    </message>
+</context>
+<context>
+    <name>AxGridWidget</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Base</source>
+        <translation>基准面</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Cell</source>
+        <translation>格网</translation>
+    </message>
+    <message>
+        <source>Next volume</source>
+        <translation>下一个体积</translation>
+    </message>
+</context>
+<context>
+    <name>CAxMeasureVolume</name>
+    <message>
+        <source>The outline crosses itself: no volume</source>
+        <translation>轮廓自相交：没有体积</translation>
+    </message>
+    <message>
+        <source>double click: the last corner; Backspace: one corner back</source>
+        <translation>双击：最后一个角点；退格键：退回一个角点</translation>
+    </message>
+    <message>
+        <source>is being computed...</source>
+        <translation>正在计算……</translation>
+    </message>
+</context>
+<context>
+    <name>VolumePanel</name>
+    <message>
+        <source>Compute</source>
+        <translation>计算</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>体积</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>挖方</translation>
+    </message>
+    <message>
+        <source>Fill</source>
+        <translation>填方</translation>
+    </message>
+    <message>
+        <source>Base</source>
+        <translation>基准面</translation>
+    </message>
+    <message>
+        <source>Height of base</source>
+        <translation>基准面高程</translation>
+    </message>
+    <message>
+        <source>Cell</source>
+        <translation>格网</translation>
+    </message>
+    <message>
+        <source>Fly to</source>
+        <translation>飞往</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>复制</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>导出...</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>%1: cut %2, fill %3</source>
+        <translation>%1：挖方 %2，填方 %3</translation>
+    </message>
+    <message>
+        <source>Measure &gt; Volume draws the area of a volume.</source>
+        <translation>用“测量 &gt; 体积”绘制体积的区域。</translation>
+    </message>
+    <message>
+        <source>The ground has changed since; Compute measures it anew.</source>
+        <translation>此后地形已变化；按“计算”重新测量。</translation>
+    </message>
+    <message>
+        <source>There is no volume to export yet.</source>
+        <translation>还没有可导出的体积。</translation>
+    </message>
+    <message>
+        <source>The former file is still being written.</source>
+        <translation>上一个文件仍在写入。</translation>
+    </message>
+    <message>
+        <source>Export %1</source>
+        <translation>导出 %1</translation>
+    </message>
+    <message>
+        <source>GeoTIFF of the differences (*.tif *.tiff)</source>
+        <translation>差值 GeoTIFF (*.tif *.tiff)</translation>
+    </message>
+    <message>
+        <source>Table of the cells (*.csv)</source>
+        <translation>格网单元表格 (*.csv)</translation>
+    </message>
+    <message>
+        <source>%1 is being written...</source>
+        <translation>正在写入 %1……</translation>
+    </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>%1 已写入。</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>%1 was not written.</source>
+        <translation>%1 未写入。</translation>
     </message>
 </context>
 </TS>

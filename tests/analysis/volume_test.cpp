@@ -1,13 +1,19 @@
 // Cut and fill of solids whose volumes are known.
+#include "analysis/AxMapHeights.h"
 #include "analysis/volume/AxVolume.h"
 #include "analysis/volume/AxVolumeText.h"
 
 #include <AxAlgorthm/AxUnits.h>
 #include <AxData/planner/AxPlanPlane.h>
 
+#include <osgEarth/ElevationLayer>
+#include <osgEarth/Map>
+#include <osgEarthDrivers/gdal/GDALOptions>
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>
+#include <QTemporaryDir>
 
 #include <cmath>
 
@@ -180,6 +186,33 @@ TEST(Volume, TellsItsCellErrorAndWritesEachCellOnce)
     EXPECT_EQ(raster.values.front(), 0);
     ASSERT_EQ(raster.values[raster.values.size() / 2], 3);
     EXPECT_TRUE(raster.classes[2].name.startsWith("20 to 30")) << raster.classes[2].name.toStdString();
+}
+
+TEST(Volume, TheFileOfTheDifferencesLiesWhereTheyAre)
+{
+    const QPointF middle(10.0, 45.0);
+    AxVolumeQuestion question;
+    question.ring = RingOf({{-100, -60}, {140, -60}, {140, 60}, {-100, 60}}, middle);
+    question.cell = 2.0;
+    const AxVolume found = VolumeOf(question, GroundOf(ConeOnTilted, middle));
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("differences.tif");
+    ASSERT_EQ(AxWriteGeoField(file, AxVolumeField(found)), QString());
+    osgEarth::Drivers::GDALOptions driver;
+    driver.connection() = file.toStdString();
+    osg::ref_ptr<osgEarth::Map> map = new osgEarth::Map;
+    map->addElevationLayer(
+        new osgEarth::ElevationLayer(osgEarth::ElevationLayerOptions("differences", driver)));
+    const AxMapHeights heights(map);
+    const auto at = [&](double x, double y) {
+        const QPointF place = AxPlanPlane({middle}).ToLngLat({x, y});
+        return heights(place.x(), place.y()).value_or(NAN);
+    };
+    // The base is a plane, so differences differ as the cone and what is left of the slope do.
+    const double slope = (at(130.0, 50.0) - at(110.0, 50.0)) / 20.0;
+    EXPECT_NEAR(at(0.0, 0.0), found.highest, 1.0);
+    EXPECT_NEAR(at(50.0, 0.0) - at(0.0, 0.0), -15.0 + 50.0 * slope, 0.5);
+    EXPECT_NEAR(at(0.0, 50.0) - at(0.0, -50.0), at(130.0, 50.0) - at(130.0, -50.0), 0.5);
 }
 
 TEST(Volume, RefusesWhatIsNoQuestionAndSaysWhy)

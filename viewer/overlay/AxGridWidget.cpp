@@ -65,6 +65,9 @@ void AxGridWidget::build()
     m_pBase->setObjectName(QStringLiteral("m_pBase"));
     m_pBase->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_pCell->setSpecialValueText(tr("automatic"));
+    for (QWidget* field :
+         {static_cast<QWidget*>(m_pBase), static_cast<QWidget*>(m_pHeight), static_cast<QWidget*>(m_pCell)})
+        field->installEventFilter(this);
     m_pCancel->setObjectName(QStringLiteral("m_pCancel"));
     m_pProgress->setObjectName(QStringLiteral("m_pProgress"));
     m_pNote->setObjectName(QStringLiteral("m_pNote"));
@@ -153,6 +156,12 @@ void AxGridWidget::fit()
 void AxGridWidget::follow()
 {
     m_pHeight->setEnabled(m_pBase->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
+}
+
+// The wheel zooms the map, wherever the mouse is.
+bool AxGridWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    return event->type() == QEvent::Wheel || CAxBaseWidget::eventFilter(watched, event);
 }
 
 void AxGridWidget::mousePressEvent(QMouseEvent* event)
