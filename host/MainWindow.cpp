@@ -314,6 +314,7 @@ void MainWindow::BuildMenus()
     file->addSeparator();
     exchange->FillMenu(file);
     controlPoints->FillMenu(file);
+    BuildModels(file);
     file->addSeparator();
     file->addAction(tr("Save &picture..."), this, &MainWindow::OnSavePicture,
                     QKeySequence(QStringLiteral("Ctrl+Shift+P")));

@@ -76,6 +76,7 @@ private:
     void ShowTaskPanels();
     void BuildLayers(QDockWidget* beside);
     void BuildControlPoints(QDockWidget* beside);
+    void BuildModels(QMenu* file);
     void BuildLanding(QMenu* menu);
     void BuildSearch(QToolBar* bar);
     void Tell(const QString& text); ///< in the status bar, for a while

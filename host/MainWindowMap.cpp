@@ -1,9 +1,13 @@
 // What the window has to look around with: layers, search, approach and point of interest.
+#include "host/FileDrop.h"
 #include "host/LandingMenu.h"
 #include "host/layers/LayerPanel.h"
 #include "host/MainWindow.h"
 #include "host/marks/ControlPointPanel.h"
+#include "host/models/ModelPanel.h"
+#include "host/models/ModelsKept.h"
 #include "host/PanelExtents.h"
+#include "host/project/ProjectSession.h"
 #include "host/search/SearchBox.h"
 
 #include <QDockWidget>
@@ -12,6 +16,8 @@
 #include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
+
+#include <algorithm>
 
 void MainWindow::Tell(const QString& text)
 {
@@ -50,6 +56,31 @@ void MainWindow::BuildControlPoints(QDockWidget* beside)
         panel->show();
         panel->raise();
         extents->Apply();
+    });
+}
+
+void MainWindow::BuildModels(QMenu* file)
+{
+    auto* models = new ModelPanel(viewer);
+    QDockWidget* panel = AddPanel(tr("Models"), "ModelsPanel", Scrolled(models), Qt::LeftDockWidgetArea);
+    auto* beside = findChild<QDockWidget*>(QStringLiteral("ZonesPanel"));
+    tabifyDockWidget(beside, panel);
+    beside->raise();
+    panel->hide();
+    models->FillMenu(file->addMenu(tr("3-D &models")));
+    connect(models, &ModelPanel::Told, this, &MainWindow::Tell);
+    connect(models, &ModelPanel::Wanted, panel, [this, panel] {
+        panel->show();
+        panel->raise();
+        extents->Apply();
+    });
+    ModelsKept* inProject = models->Kept();
+    project->KeepValue(
+        QStringLiteral("models"), [inProject] { return inProject->Text(); },
+        [inProject](const QString& text) { inProject->SetText(text); });
+    drop->Add(&ModelPanel::IsModelFile, [models](const QStringList& files) {
+        return std::all_of(files.begin(), files.end(),
+                           [models](const QString& path) { return models->Load(path); });
     });
 }
 

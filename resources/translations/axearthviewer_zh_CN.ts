@@ -454,6 +454,14 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <source>3-D &amp;models</source>
+        <translation>三维模型(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>模型</translation>
+    </message>
+    <message>
         <source>Volumes</source>
         <translation>体积</translation>
     </message>
@@ -6272,6 +6280,334 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 was not written.</source>
         <translation>%1 未写入。</translation>
+    </message>
+</context>
+<context>
+    <name>AxModelLayers</name>
+    <message>
+        <source>&quot;%1&quot; holds nothing that can be drawn.</source>
+        <translation>“%1”中没有可以绘制的内容。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be read: %2</source>
+        <translation>无法读取“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Pictures that are missing: %1, for one &quot;%2&quot;; drawn plain.</source>
+        <translation>缺少 %1 张纹理图片，例如“%2”；按无纹理绘制。</translation>
+    </message>
+    <message>
+        <source>Triangles with corners that are no numbers: %1, left out.</source>
+        <translation>有 %1 个三角形的顶点不是数字，已略去。</translation>
+    </message>
+    <message>
+        <source>Files that cannot be read: %1, for one &quot;%2&quot;.</source>
+        <translation>有 %1 个文件无法读取，例如“%2”。</translation>
+    </message>
+    <message>
+        <source>The origin is not three numbers.</source>
+        <translation>原点不是三个数字。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not tell a latitude and a longitude in degrees.</source>
+        <translation>“%1”没有给出以度为单位的纬度和经度。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a way to write places and no system that a model can have. Degrees are &quot;EPSG:4326&quot;.</source>
+        <translation>“%1”是位置的一种写法，不是模型可用的坐标系。以度为单位请用“EPSG:4326”。</translation>
+    </message>
+    <message>
+        <source>The origin %1, %2 lies outside of the system &quot;%3&quot;.</source>
+        <translation>原点 %1, %2 位于坐标系“%3”之外。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; lies outside of the model's coordinate system.</source>
+        <translation>“%1”位于模型坐标系之外。</translation>
+    </message>
+    <message>
+        <source>The map is not loaded yet.</source>
+        <translation>地图尚未加载。</translation>
+    </message>
+    <message>
+        <source>Nothing tells in which coordinate system &quot;%1&quot; is.</source>
+        <translation>没有任何信息说明“%1”所用的坐标系。</translation>
+    </message>
+    <message>
+        <source>The lift is not a number.</source>
+        <translation>抬升量不是数字。</translation>
+    </message>
+    <message>
+        <source>There are no tiles beside %1, as in Data/Tile_1/Tile_1.osgb.</source>
+        <translation>%1 旁没有瓦片，例如 Data/Tile_1/Tile_1.osgb。</translation>
+    </message>
+    <message>
+        <source>%1 is far too long for a description.</source>
+        <translation>%1 作为说明文件过长。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>it does not describe a model</source>
+        <translation>它不是模型的说明</translation>
+    </message>
+    <message>
+        <source>%1: SRSOrigin &quot;%2&quot; is not three numbers.</source>
+        <translation>%1：SRSOrigin“%2”不是三个数字。</translation>
+    </message>
+    <message>
+        <source>%1, line %2: %3</source>
+        <translation>%1，第 %2 行：%3</translation>
+    </message>
+    <message>
+        <source>%1 does not hold three numbers.</source>
+        <translation>%1 中不是三个数字。</translation>
+    </message>
+    <message>
+        <source>%1 may not be read.</source>
+        <translation>没有读取 %1 的权限。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: OpenSceneGraph has no reader for &quot;.%2&quot; here.</source>
+        <translation>“%1”：此处的 OpenSceneGraph 没有“.%2”的读取插件。</translation>
+    </message>
+    <message>
+        <source>The folder %1 has no metadata.xml.</source>
+        <translation>文件夹 %1 中没有 metadata.xml。</translation>
+    </message>
+    <message>
+        <source>%1: there is no such file.</source>
+        <translation>%1：没有这个文件。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelPanel</name>
+    <message>
+        <source>Fly there</source>
+        <translation>飞到该处</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Onto the ground</source>
+        <translation>贴到地面</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>模型</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Load model…</source>
+        <translation>加载模型…</translation>
+    </message>
+    <message>
+        <source>Load export…</source>
+        <translation>加载成果…</translation>
+    </message>
+    <message>
+        <source>The folder with metadata.xml of a photogrammetry export</source>
+        <translation>摄影测量成果中含有 metadata.xml 的文件夹</translation>
+    </message>
+    <message>
+        <source>Raises or lowers the model until its lowest point is at the height of the ground below its middle.</source>
+        <translation>抬升或降低模型，直到其最低点与其中心下方的地面等高。</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> m</translation>
+    </message>
+    <message>
+        <source>&amp;Raised by</source>
+        <translation>抬升(&amp;R)</translation>
+    </message>
+    <message>
+        <source>%1 is on the map.</source>
+        <translation>%1 已显示在地图上。</translation>
+    </message>
+    <message>
+        <source>%1 is on the map. %2</source>
+        <translation>%1 已显示在地图上。%2</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>模型</translation>
+    </message>
+    <message>
+        <source>Load &amp;model…</source>
+        <translation>加载模型(&amp;M)…</translation>
+    </message>
+    <message>
+        <source>Load &amp;export of photogrammetry…</source>
+        <translation>加载摄影测量成果(&amp;E)…</translation>
+    </message>
+    <message>
+        <source>missing</source>
+        <translation>缺失</translation>
+    </message>
+    <message>
+        <source>loading, %1 %</source>
+        <translation>正在加载，%1 %</translation>
+    </message>
+    <message>
+        <source>whole</source>
+        <translation>完整</translation>
+    </message>
+    <message>
+        <source>with faults</source>
+        <translation>有缺陷</translation>
+    </message>
+    <message>
+        <source>Load again</source>
+        <translation>重新加载</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Load models</source>
+        <translation>加载模型</translation>
+    </message>
+    <message>
+        <source>Models (%1);;All files (*)</source>
+        <translation>模型 (%1);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Load the folder with metadata.xml</source>
+        <translation>加载含有 metadata.xml 的文件夹</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has %2 MB, and is loaded as a whole. Load it all the same?</source>
+        <translation>“%1”有 %2 MB，将整体加载到内存。仍要加载吗？</translation>
+    </message>
+    <message>
+        <source>The height of the ground there is not known.</source>
+        <translation>该处的地面高程未知。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelPlaceBox</name>
+    <message>
+        <source>Its &amp;zero stands at</source>
+        <translation>模型原点位于(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>Its coordinates are those of a &amp;system</source>
+        <translation>坐标属于某个坐标系(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Where does the model stand?</source>
+        <translation>模型位于何处？</translation>
+    </message>
+    <message>
+        <source>%1 does not tell where it stands.</source>
+        <translation>%1 没有说明其位置。</translation>
+    </message>
+    <message>
+        <source>%1 says that it stands in %2.</source>
+        <translation>%1 说明其坐标系为 %2。</translation>
+    </message>
+    <message>
+        <source>latitude, longitude, or as the read-out has them</source>
+        <translation>纬度, 经度，或与坐标显示相同的写法</translation>
+    </message>
+    <message>
+        <source>&amp;Middle of the view</source>
+        <translation>视图中心(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Height there, m</source>
+        <translation>该处高程 (m)</translation>
+    </message>
+    <message>
+        <source>Added to x, the easting or longitude</source>
+        <translation>加到 x（东坐标或经度）上</translation>
+    </message>
+    <message>
+        <source>Added to y, the northing or latitude</source>
+        <translation>加到 y（北坐标或纬度）上</translation>
+    </message>
+    <message>
+        <source>Added to z, the height</source>
+        <translation>加到 z（高程）上</translation>
+    </message>
+    <message>
+        <source>System</source>
+        <translation>坐标系</translation>
+    </message>
+    <message>
+        <source>Origin x, y, z</source>
+        <translation>原点 x, y, z</translation>
+    </message>
+    <message>
+        <source>as the system says, else the ellipsoid</source>
+        <translation>按坐标系，否则为椭球面</translation>
+    </message>
+    <message>
+        <source>the sea</source>
+        <translation>海平面</translation>
+    </message>
+    <message>
+        <source>the ellipsoid</source>
+        <translation>椭球面</translation>
+    </message>
+    <message>
+        <source>z, as in surveys</source>
+        <translation>z（测绘惯例）</translation>
+    </message>
+    <message>
+        <source>y, as in glTF</source>
+        <translation>y（glTF 惯例）</translation>
+    </message>
+    <message>
+        <source>Heights from</source>
+        <translation>高程起算面</translation>
+    </message>
+    <message>
+        <source>Axis that points up</source>
+        <translation>朝上的轴</translation>
+    </message>
+    <message>
+        <source>Type a place, or take the middle of the view.</source>
+        <translation>请输入位置，或取视图中心。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no place.</source>
+        <translation>“%1”不是位置。</translation>
+    </message>
+    <message>
+        <source>for example EPSG:32650</source>
+        <translation>例如 EPSG:32650</translation>
+    </message>
+    <message>
+        <source>Type a coordinate system.</source>
+        <translation>请输入坐标系。</translation>
+    </message>
+    <message>
+        <source>Metres to the east, north and up of there.</source>
+        <translation>以该处为原点，向东、向北、向上的米数。</translation>
+    </message>
+    <message>
+        <source>The origin lies within the system.</source>
+        <translation>原点在坐标系范围内。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelsKept</name>
+    <message>
+        <source>Models of the project that cannot be read and are left out: %1</source>
+        <translation>项目中无法读取而被略去的模型：%1</translation>
     </message>
 </context>
 </TS>

@@ -1,0 +1,65 @@
+#pragma once
+#include <QPointer>
+#include <QWidget>
+
+class AxModelLayers;
+class CAxEarthViewer;
+class LimitedNumber;
+class ModelsKept;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+/**
+ * The 3-D models of the map: loads them, shows and hides, lifts, flies to and removes them, and lists those
+ * of the project that could not be loaded. Owned by its parent; the viewer may go first. GUI thread.
+ */
+class ModelPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit ModelPanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
+    ~ModelPanel() override;
+
+    /// Adds the entries that load.
+    void FillMenu(QMenu* menu);
+    /// What of it goes with a project.
+    ModelsKept* Kept() const { return kept; }
+    /// Loads a model file, a metadata.xml or its folder; asks where it stands if nothing tells it. A box
+    /// tells why not. False when it is not loaded.
+    bool Load(const QString& path);
+    /// Whether a file, by its name, is a model, or a folder an export.
+    static bool IsModelFile(const QString& file);
+
+signals:
+    void Wanted();                  ///< the panel is to be seen
+    void Told(const QString& text); ///< for the status bar
+
+private:
+    QString Chosen() const;    ///< the layer's ID; empty for none
+    int ChosenMissing() const; ///< 0 for none
+    void Fill();
+    void OnChosen();
+    void OnItemChanged(QTreeWidgetItem* item, int column);
+    void ChooseFiles();
+    void ChooseFolder();
+    AxModelLayers* Layers() const; ///< null once the viewer goes
+    void Fly();
+    void FlyTo(const QString& id);
+    void PutOnGround();
+    void Remove();
+
+    QPointer<CAxEarthViewer> viewer;
+    ModelsKept* kept;
+    QTreeWidget* list;
+    QPushButton* fly;
+    QPushButton* remove;
+    LimitedNumber* lift;
+    QPushButton* ground;
+    QLabel* note;
+    QString folder; ///< that was used last
+    QString asked;  ///< by hand: it is flown to when it is there
+    bool isFilling = false;
+};

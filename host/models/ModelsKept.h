@@ -1,0 +1,67 @@
+#pragma once
+#include <QJsonObject>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QVector>
+
+class AxModelLayers;
+class CAxEarthViewer;
+
+/**
+ * Models as a project keeps them: where their files are, how they are placed and whether they are shown. One
+ * that cannot be loaded stays in the project, as its disk may be back the next time. Owned by its parent; the
+ * viewer may go first. GUI thread.
+ */
+class ModelsKept : public QObject
+{
+    Q_OBJECT
+public:
+    ModelsKept(CAxEarthViewer* viewer, QObject* parent);
+    ~ModelsKept() override;
+
+    /// All models of the map and those that could not be loaded; empty for nothing.
+    QString Text() const;
+    /// Puts what such a text names in the place of all models, and begins to load them. What cannot be read
+    /// is left out and told.
+    void SetText(const QString& text);
+
+    /// A model of the project that is not on the map.
+    struct Missing
+    {
+        int id = 0; ///< above 0
+        QString name;
+        QString path;
+        QString reason;
+    };
+    QVector<Missing> GetMissing() const;
+    void Forget(int id);   ///< nothing for an ID that there is not
+    void TryAgain(int id); ///< the same; it comes back to the missing ones where it fails again
+
+signals:
+    void missingChanged();
+    void Told(const QString& text); ///< for the status bar
+
+private:
+    /// One model, in the order of the project.
+    struct Kept
+    {
+        int id = 0;
+        QString layer;     ///< on the map; empty for a missing one
+        QJsonObject model; ///< as the project has it; empty for one that the pilot has added
+        QString reason;
+    };
+
+    AxModelLayers* Layers() const;
+    Kept* FindMissing(int id);
+    Kept* FindLayer(const QString& layer);
+    void Load(Kept& one);
+    void OnAdded(const QString& layer);
+    void OnFailed(const QString& layer, const QString& why);
+    void OnRemoved(const QString& layer);
+
+    QPointer<CAxEarthViewer> viewer;
+    QVector<Kept> all;
+    int last = 0;
+    bool isLoading = false; ///< what OnAdded() is told of is in the list
+};

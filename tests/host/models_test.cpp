@@ -1,0 +1,132 @@
+// Models beside the map: what a project keeps of them, and where the pilot puts those that tell nothing.
+#include "host/models/ModelPanel.h"
+#include "host/models/ModelPlaceBox.h"
+#include "host/models/ModelsKept.h"
+#include "interaction/AxModelLayers.h"
+#include "ModalBox.h"
+#include "SuiteViewer.h"
+
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+
+class Models : public SuiteViewer
+{
+protected:
+    void TearDown() override { Layers().Clear(); }
+    static AxModelLayers& Layers() { return *viewer->GetModelLayers(); }
+    static bool WaitForLoaded(int count)
+    {
+        return waitFor([count] {
+            const QList<AxModelLayer> all = Layers().All();
+            return all.size() == count && std::none_of(all.begin(), all.end(),
+                                                       [](const AxModelLayer& one) { return one.isLoading; });
+        });
+    }
+    QString Pyramid(const char* name) const
+    {
+        QFile file(folder.filePath(QString::fromLatin1(name)));
+        file.open(QIODevice::WriteOnly);
+        file.write("v 0 0 0\nv 10 0 0\nv 0 10 0\nv 3 3 8\nf 1 2 4\nf 2 3 4\nf 3 1 4\n");
+        return file.fileName();
+    }
+
+    QTemporaryDir folder;
+};
+
+TEST_F(Models, GoWithTheProjectAndStayInItWhenTheyAreMissing)
+{
+    ModelPanel panel(viewer);
+    ModelsKept& kept = *panel.Kept();
+    const auto* list = panel.findChild<QTreeWidget*>();
+    AxModelOptions options;
+    options.name = "gone";
+    options.coordinateSystem = "ENU:37.4,-105";
+    options.origin = osg::Vec3d(1.5, -2.0, 2500.0);
+    options.heights = AxModelHeights::SeaLevel;
+    options.isVisible = false;
+    const QString first = Pyramid("first.obj");
+    ASSERT_NE(Layers().Add(first, options), "");
+    options = {};
+    options.coordinateSystem = "EPSG:32613";
+    options.origin = osg::Vec3d(500000.0, 4140000.0, 0.0);
+    options.isYUp = true;
+    options.lift = 12.25;
+    ASSERT_NE(Layers().Add(Pyramid("second.obj"), options), "");
+    ASSERT_TRUE(WaitForLoaded(2));
+    const QString text = kept.Text();
+    kept.SetText(QString());
+    EXPECT_EQ(kept.Text(), QString());
+    EXPECT_TRUE(Layers().All().isEmpty());
+
+    QFile::rename(first, first + ".away");
+    kept.SetText(text);
+    EXPECT_EQ(kept.Text(), text) << "opening changes nothing, whatever is missing";
+    ASSERT_TRUE(WaitForLoaded(1));
+    EXPECT_EQ(kept.Text(), text);
+    ASSERT_EQ(kept.GetMissing().size(), 1);
+    EXPECT_EQ(kept.GetMissing()[0].name, "gone");
+    EXPECT_TRUE(kept.GetMissing()[0].reason.contains("first.obj"));
+    EXPECT_EQ(list->topLevelItemCount(), 2);
+    EXPECT_EQ(panel.findChild<QDoubleSpinBox*>("ModelLift")->isEnabled(), false) << "none is chosen";
+
+    // It is there again, but not as a model.
+    QFile torn(first);
+    ASSERT_TRUE(torn.open(QIODevice::WriteOnly));
+    torn.close();
+    kept.TryAgain(kept.GetMissing()[0].id);
+    ASSERT_TRUE(waitFor([&] { return kept.GetMissing().size() == 1; }));
+    EXPECT_EQ(kept.Text(), text);
+    QFile::remove(first);
+    QFile::rename(first + ".away", first);
+    kept.TryAgain(kept.GetMissing()[0].id);
+    ASSERT_TRUE(WaitForLoaded(2));
+    EXPECT_EQ(kept.Text(), text);
+    for (const AxModelLayer& layer : Layers().All()) {
+        EXPECT_EQ(layer.options.isVisible, layer.options.lift == 12.25);
+        EXPECT_EQ(layer.options.heights == AxModelHeights::SeaLevel, layer.name == "gone");
+    }
+    Layers().Clear();
+    EXPECT_EQ(kept.Text(), QString());
+
+    QSignalSpy told(&kept, &ModelsKept::Told);
+    for (const char* wrong : {"no list", "[3]", R"([{"name": "x"}])"}) {
+        told.clear();
+        kept.SetText(QString::fromUtf8(wrong));
+        EXPECT_EQ(told.count(), 1) << wrong;
+    }
+    kept.SetText(QString());
+}
+
+TEST_F(Models, ThatTellNoPlaceAreAskedFor)
+{
+    ModelPanel panel(viewer);
+    const QString path = Pyramid("bare.obj");
+    ModalBox box;
+    const auto fill = [](const char* place, const char* button) {
+        return [place, button](QDialog& asked) {
+            auto* field = asked.findChild<QLineEdit*>("ModelPlace");
+            field->setText(place);
+            asked.findChild<QDoubleSpinBox*>("ModelHeight")->setValue(2400.0);
+            const bool isPlace = QString(place).contains("-105");
+            for (auto* one : asked.findChildren<QPushButton*>())
+                if (one->text() == "OK") {
+                    EXPECT_EQ(one->isEnabled(), isPlace) << place;
+                }
+            ModalBox::Press(button)(asked);
+        };
+    };
+    box.answers = {fill("nowhere", "Cancel"), fill("37.4, -105.25", "OK")};
+    EXPECT_FALSE(panel.Load(path));
+    EXPECT_TRUE(Layers().All().isEmpty());
+    EXPECT_TRUE(panel.Load(path));
+    ASSERT_TRUE(WaitForLoaded(1));
+    const AxModelLayer layer = Layers().All().constFirst();
+    EXPECT_EQ(layer.options.coordinateSystem, "ENU:37.400000000,-105.250000000");
+    EXPECT_NEAR(layer.extent->left(), -105.25, 1e-6);
+    EXPECT_NEAR(layer.lowest, 2400.0, 0.01);
+    EXPECT_NEAR(layer.highest, 2408.0, 0.01);
+    EXPECT_EQ(box.count, 2);
+}
