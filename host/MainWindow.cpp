@@ -18,6 +18,7 @@
 #include "host/measure/MeasurePanel.h"
 #include "host/MeasureMenu.h"
 #include "host/NavigateMenu.h"
+#include "host/offline/OfflineAreas.h"
 #include "host/PanelExtents.h"
 #include "host/PlaceLabel.h"
 #include "host/project/ProjectSession.h"
@@ -111,6 +112,7 @@ MainWindow::~MainWindow()
         KeepLayout();
     // It looks at what the others show.
     delete project;
+    delete offline;
     // The records of flights end whole, whatever comes after.
     delete aircraft;
     viewer->ReleaseAll();
@@ -366,6 +368,9 @@ void MainWindow::BuildMenus()
             viewer->getManipulator()->setViewpoint(tourStops[i].Viewpoint(), flightSeconds);
         });
     }
+    offline = new OfflineAreas(viewer, this);
+    offline->FillMenu(view);
+    connect(offline, &OfflineAreas::Told, this, &MainWindow::Tell);
     view->addSeparator();
     for (QDockWidget* panel : qAsConst(panels))
         view->addAction(panel->toggleViewAction());

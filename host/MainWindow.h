@@ -18,6 +18,7 @@ class KeptState;
 class LogPanel;
 class MarkPanel;
 class MeasurePanel;
+class OfflineAreas;
 class PanelExtents;
 class ProjectSession;
 class QDockWidget;
@@ -107,6 +108,7 @@ private:
     PanelExtents* extents;
     ProjectSession* project = nullptr;
     GeoExchange* exchange = nullptr;
+    OfflineAreas* offline = nullptr;
     FileDrop* drop = nullptr; ///< opens files of the kinds that its takers want
     QDockWidget* history = nullptr;
     QDockWidget* measurePanel = nullptr;

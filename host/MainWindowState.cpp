@@ -4,6 +4,7 @@
 #include "host/KeptState.h"
 #include "host/LogPanel.h"
 #include "host/MainWindow.h"
+#include "host/offline/OfflineAreas.h"
 #include "host/PanelExtents.h"
 #include "host/project/ProjectSession.h"
 #include "interaction/AxEditAids.h"
@@ -25,6 +26,7 @@ const QString extentsKey = QStringLiteral("window/panels");
 const QString aircraftKey = QStringLiteral("aircraft/link");
 const QString recentKey = QStringLiteral("projects/recent");
 const QString exchangeKey = QStringLiteral("exchange/folder");
+const QString offlineKey = QStringLiteral("offline/areas");
 
 const struct
 {
@@ -58,6 +60,9 @@ void MainWindow::RestoreLayout()
     exchange->SetFolder(QString::fromUtf8(kept->Bytes(exchangeKey)));
     connect(exchange, &GeoExchange::FolderChanged, kept,
             [this] { kept->SetBytes(exchangeKey, exchange->Folder().toUtf8()); });
+    offline->SetKept(kept->Bytes(offlineKey));
+    connect(offline, &OfflineAreas::KeptChanged, kept,
+            [this] { kept->SetBytes(offlineKey, offline->Kept()); });
 }
 
 void MainWindow::RestoreSwitches()

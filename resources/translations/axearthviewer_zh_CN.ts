@@ -6610,4 +6610,214 @@ Heights are above the ellipsoid.</source>
         <translation>项目中无法读取而被略去的模型：%1</translation>
     </message>
 </context>
+<context>
+    <name>OfflineBox</name>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>&amp;Estimate size</source>
+        <translation>估算大小(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Save area for use without network</source>
+        <translation>保存区域以便无网络使用</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>{z} level, {x} column, {y} row from the north, {-y} row from the south, {s} one of the hosts a, b, c. The service has to be in Web Mercator.</source>
+        <translation>{z} 级别，{x} 列，{y} 自北向南的行，{-y} 自南向北的行，{s} 主机 a、b、c 之一。服务必须采用 Web 墨卡托投影。</translation>
+    </message>
+    <message>
+        <source>Whose pictures they are; kept in the file</source>
+        <translation>图片的版权说明；保存在文件中</translation>
+    </message>
+    <message>
+        <source>Ser&amp;vice</source>
+        <translation>服务(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Address</source>
+        <translation>地址(&amp;A)</translation>
+    </message>
+    <message>
+        <source>A&amp;ttribution</source>
+        <translation>版权说明(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Margin around the block</source>
+        <translation>区块周围的边距</translation>
+    </message>
+    <message>
+        <source>west,south,east,north in degrees</source>
+        <translation>西,南,东,北（度）</translation>
+    </message>
+    <message>
+        <source>What the &amp;map shows</source>
+        <translation>地图当前显示的范围(&amp;M)</translation>
+    </message>
+    <message>
+        <source>The &amp;block in hand, and around it</source>
+        <translation>当前区块及其周围(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Rectangle</source>
+        <translation>矩形(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Coarsest level</source>
+        <translation>最粗级别</translation>
+    </message>
+    <message>
+        <source>Finest level</source>
+        <translation>最细级别</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>至</translation>
+    </message>
+    <message>
+        <source>&amp;Levels</source>
+        <translation>级别(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Choose...</source>
+        <translation>选择(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Whether tiles may be saved is in the terms of use of the service; many forbid it.</source>
+        <translation>是否允许保存瓦片，请查看服务的使用条款；许多服务禁止保存。</translation>
+    </message>
+    <message>
+        <source>Another one</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>area</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Tiles (*.mbtiles)</source>
+        <translation>瓦片 (*.mbtiles)</translation>
+    </message>
+    <message>
+        <source>The map shows no ground now.</source>
+        <translation>地图当前未显示地面。</translation>
+    </message>
+    <message>
+        <source>No block is in hand: click one on the map or in the list.</source>
+        <translation>没有当前区块：请在地图或列表中单击一个。</translation>
+    </message>
+    <message>
+        <source>A rectangle is west,south,east,north in degrees, as in -105.3,37.2,-104.8,37.6.</source>
+        <translation>矩形为以度表示的 西,南,东,北，例如 -105.3,37.2,-104.8,37.6。</translation>
+    </message>
+    <message>
+        <source>The file needs a folder.</source>
+        <translation>文件需要指定文件夹。</translation>
+    </message>
+    <message>
+        <source>There is no folder &quot;%1&quot;.</source>
+        <translation>没有文件夹“%1”。</translation>
+    </message>
+    <message>
+        <source>a pixel of the finest is %1</source>
+        <translation>最细级别的像素为 %1</translation>
+    </message>
+    <message>
+        <source>%1 tiles</source>
+        <translation>%1 个瓦片</translation>
+    </message>
+    <message>
+        <source>, about %1</source>
+        <translation>，约 %1</translation>
+    </message>
+    <message>
+        <source>; %1 are free</source>
+        <translation>；可用空间 %1</translation>
+    </message>
+    <message>
+        <source>The file has %1 tiles already; it is gone on with.</source>
+        <translation>文件中已有 %1 个瓦片；将继续下载。</translation>
+    </message>
+    <message>
+        <source>A few tiles are asked for...</source>
+        <translation>正在请求少量瓦片...</translation>
+    </message>
+    <message>
+        <source>These are %1 tiles, which take long and burden the service. A level less has a quarter of them. Do you want to fetch them all?</source>
+        <translation>共 %1 个瓦片，下载时间长并给服务带来负担。少一级约为其四分之一。是否全部下载？</translation>
+    </message>
+    <message>
+        <source>Fetch</source>
+        <translation>下载</translation>
+    </message>
+    <message>
+        <source>Looking at what is there...</source>
+        <translation>正在查看已有内容...</translation>
+    </message>
+    <message>
+        <source>Saving of %1 goes on; the same menu entry shows how far it is.</source>
+        <translation>%1 继续保存；同一菜单项可查看进度。</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Level %1: %2 of %3 tiles, %4 fetched</source>
+        <translation>级别 %1：%3 个瓦片中的 %2 个，已下载 %4</translation>
+    </message>
+    <message>
+        <source>%1 could not be had: %2</source>
+        <translation>%1 个无法获取：%2</translation>
+    </message>
+    <message>
+        <source>Waiting for %1 s: %2</source>
+        <translation>等待 %1 秒：%2</translation>
+    </message>
+    <message>
+        <source>%1: %2 of %3 tiles are saved.</source>
+        <translation>%1：已保存 %3 个瓦片中的 %2 个。</translation>
+    </message>
+    <message>
+        <source>The service has no more: %1 are missing.</source>
+        <translation>服务没有更多瓦片：缺失 %1 个。</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineAreas</name>
+    <message>
+        <source>Save area for use without &amp;network...</source>
+        <translation>保存区域以便无网络使用(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>Areas saved for use without network are not there: %1</source>
+        <translation>为无网络使用保存的区域不存在：%1</translation>
+    </message>
+    <message>
+        <source>%1 is shown on the map, with or without a network.</source>
+        <translation>%1 已显示在地图上，有无网络均可。</translation>
+    </message>
+</context>
 </TS>

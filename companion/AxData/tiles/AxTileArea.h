@@ -59,6 +59,7 @@ public:
     static std::optional<AxTileArea> OfText(const QString& text);
 
     bool IsEmpty() const { return rings.isEmpty(); }
+    bool operator==(const AxTileArea& other) const { return rings == other.rings; }
     /// Around everything.
     AxTileBounds Bounds() const;
     /// All tiles that the area touches, columns ascending, rows ascending in them, none twice.

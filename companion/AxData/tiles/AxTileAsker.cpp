@@ -15,7 +15,7 @@
 namespace {
 using Kind = AxTileAnswer::Kind;
 
-constexpr qint64 mostBytes = 8 * 1024 * 1024;
+constexpr qint64 mostBytes = 8LL * 1024 * 1024;
 constexpr int mostRedirects = 5;
 /// A server that sends a byte now and then is no faster than one that is silent.
 constexpr int wholeTimeouts = 3;

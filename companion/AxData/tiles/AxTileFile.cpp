@@ -5,6 +5,7 @@
 #include <AxData/tiles/AxTileText.h>
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -75,6 +76,10 @@ AxTileFile::~AxTileFile()
     put.reset();
     miss.reset();
     look.reset();
+    file.reset();
+    // A service that gave nothing leaves nothing behind.
+    if (isNew && !hasContents)
+        QFile::remove(path);
 }
 
 bool AxTileFile::Refuse(const QString& reason, QString& why)
@@ -85,7 +90,7 @@ bool AxTileFile::Refuse(const QString& reason, QString& why)
 
 bool AxTileFile::Open(const AxTileJob& job, QString& why)
 {
-    const QString& path = job.file;
+    path = job.file;
     shownPath = QDir::toNativeSeparators(path);
     const QFileInfo info(path);
     if (!QFileInfo(info.absolutePath()).isDir())
@@ -101,7 +106,7 @@ bool AxTileFile::Open(const AxTileJob& job, QString& why)
                           ? AxTileText::tr("it is being fetched already")
                           : AxTileText::tr("nothing can be written into its folder"),
                       why);
-    const bool isNew = !info.exists() || info.size() == 0;
+    isNew = !info.exists() || info.size() == 0;
     file = std::make_unique<AxSqlFile>(path, AxSqlFile::Mode::Write);
     if (!file->IsOpen())
         return Refuse(file->Fault(), why);
@@ -225,6 +230,7 @@ bool AxTileFile::Put(const AxTile& tile, const QByteArray& bytes, const AxTilePi
     put->bindValue(1, tile.column);
     put->bindValue(2, (1 << tile.level) - 1 - tile.row);
     put->bindValue(3, bytes);
+    isPut = true;
     return put->exec() || Refuse(put->lastError().databaseText(), why);
 }
 
@@ -235,6 +241,7 @@ bool AxTileFile::PutMissing(const AxTile& tile, QString& why)
     miss->bindValue(0, tile.level);
     miss->bindValue(1, tile.column);
     miss->bindValue(2, (1 << tile.level) - 1 - tile.row);
+    isPut = true;
     return miss->exec() || Refuse(miss->lastError().databaseText(), why);
 }
 
@@ -245,6 +252,7 @@ bool AxTileFile::Commit(QString& why)
     if (!file->Run(QStringLiteral("COMMIT")))
         return Refuse(file->Fault(), why);
     isInTransaction = false;
+    hasContents = hasContents || isPut;
     return true;
 }
 

@@ -15,8 +15,9 @@ struct AxTilePicture;
 
 /**
  * A file of tiles, MBTiles 1.3, as it grows. Only tiles that a commit follows stay: a program that dies
- * leaves the file as it was after the last one. Beside it lies NAME.lock while it is open. The table
- * "ax_missing" has the tiles that the service does not have. One thread.
+ * leaves the file as it was after the last one. A new file into which nothing came goes with the object.
+ * Beside it lies NAME.lock while it is open. The table "ax_missing" has the tiles that the service does not
+ * have. One thread.
  */
 class AxTileFile
 {
@@ -51,6 +52,7 @@ private:
     QString Fact(const QString& name);
     bool Refuse(const QString& reason, QString& why);
 
+    QString path;
     QString shownPath;
     std::unique_ptr<QLockFile> lock;
     std::unique_ptr<AxSqlFile> file;
@@ -59,4 +61,7 @@ private:
     std::unique_ptr<QSqlQuery> look;
     int pixels = 0;
     bool isInTransaction = false;
+    bool isNew = false;
+    bool isPut = false;       ///< a tile, be it a missing one
+    bool hasContents = false; ///< such a tile is on the disk
 };

@@ -35,7 +35,7 @@ public:
     static constexpr qint64 firstPause = 1000;
     static constexpr qint64 longestPause = 60000;
     /// A server that wants to be left alone for longer is left alone for good.
-    static constexpr qint64 longestRetryAfter = 15 * 60000;
+    static constexpr qint64 longestRetryAfter = 15LL * 60000;
     /// In a row; the last one lasts a minute.
     static constexpr int mostPauses = 8;
 

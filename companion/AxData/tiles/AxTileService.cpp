@@ -67,12 +67,6 @@ QUrl AxTileUrl(const QString& address, const AxTile& tile)
     return QUrl(Filled(Plain(address), tile));
 }
 
-QString AxTileAddressShown(const QString& address)
-{
-    static const QRegularExpression user(QStringLiteral("^(\\w+://)[^/@]*@"));
-    return Plain(address).section(QLatin1Char('?'), 0, 0).replace(user, QStringLiteral("\\1"));
-}
-
 QByteArray AxTileAddressMark(const QString& address)
 {
     return QCryptographicHash::hash(Plain(address).toUtf8(), QCryptographicHash::Sha256).toHex();

@@ -24,8 +24,5 @@ struct AxTileService
 AXDATA_EXPORT QString AxTileAddressFault(const QString& address);
 /// Of one tile; of several hosts, always the same for the same tile.
 AXDATA_EXPORT QUrl AxTileUrl(const QString& address, const AxTile& tile);
-/// The template as it may be shown and logged: without a user's name and what follows "?", which is where
-/// services have their keys.
-AXDATA_EXPORT QString AxTileAddressShown(const QString& address);
 /// What tells one service from another without telling its key: a hash of the template, in hexadecimal.
 AXDATA_EXPORT QByteArray AxTileAddressMark(const QString& address);

@@ -1,0 +1,127 @@
+#include "host/offline/OfflineAreas.h"
+#include "host/offline/OfflineBox.h"
+#include "viewer/AxMapLayers.h"
+#include "viewer/CAxEarthViewer.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QMenu>
+#include <QScopedValueRollback>
+
+#include <algorithm>
+
+namespace {
+const QString filesKey = QStringLiteral("files");
+const QString typedKey = QStringLiteral("typed");
+} // namespace
+
+OfflineAreas::OfflineAreas(CAxEarthViewer* earthViewer, QWidget* parent)
+    : QObject(parent), viewer(earthViewer), window(parent)
+{
+    connect(viewer->GetMapLayers(), &AxMapLayers::changed, this, &OfflineAreas::OnLayers);
+    connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &OfflineAreas::ShowKept);
+}
+
+OfflineAreas::~OfflineAreas()
+{
+    delete box;
+}
+
+void OfflineAreas::FillMenu(QMenu* menu)
+{
+    menu->addAction(tr("Save area for use without &network..."), this, &OfflineAreas::Open);
+}
+
+QByteArray OfflineAreas::Kept() const
+{
+    QJsonObject all = QJsonDocument::fromJson(typed).object();
+    return QJsonDocument(QJsonObject{{filesKey, QJsonArray::fromStringList(shown.keys())}, {typedKey, all}})
+        .toJson(QJsonDocument::Compact);
+}
+
+void OfflineAreas::SetKept(const QByteArray& text)
+{
+    const QJsonObject all = QJsonDocument::fromJson(text).object();
+    for (const QJsonValue& file : all[filesKey].toArray())
+        if (!file.toString().isEmpty())
+            shown.insert(file.toString(), 0);
+    typed = QJsonDocument(all[typedKey].toObject()).toJson(QJsonDocument::Compact);
+}
+
+void OfflineAreas::ShowKept()
+{
+    QStringList missing;
+    for (const QString& file : shown.keys()) {
+        // On a drive that is not there today, say: it is looked for again the next time.
+        if (!QFileInfo(file).isFile())
+            missing += QDir::toNativeSeparators(file);
+        else if (shown.value(file) == 0)
+            Show(file);
+    }
+    if (!missing.isEmpty())
+        emit Told(tr("Areas saved for use without network are not there: %1")
+                      .arg(missing.join(QStringLiteral(", "))));
+}
+
+bool OfflineAreas::Show(const QString& file)
+{
+    AxMapLayers* layers = viewer->GetMapLayers();
+    const QString path = QFileInfo(file).absoluteFilePath();
+    QString why;
+    const QList<AxMapLayer> before = layers->All();
+    int id = layers->AddImage(path, &why);
+    const bool wasThere =
+        std::any_of(before.begin(), before.end(), [id](const AxMapLayer& layer) { return layer.id == id; });
+    // A layer knows its file as it was when it was opened.
+    if (id != 0 && wasThere) {
+        const QScopedValueRollback<QMap<QString, int>> keep(shown);
+        layers->Remove(id);
+        id = layers->AddImage(path, &why);
+    }
+    if (id == 0)
+        emit Told(why);
+    if (id != 0 || shown.contains(path))
+        shown[path] = id;
+    emit KeptChanged();
+    return id != 0;
+}
+
+void OfflineAreas::OnLayers()
+{
+    const QList<AxMapLayer> all = viewer->GetMapLayers()->All();
+    // The map is going, or not there yet.
+    if (all.isEmpty())
+        return;
+    bool isChanged = false;
+    for (auto file = shown.begin(); file != shown.end();) {
+        const bool isGone = file.value() != 0 &&
+                            std::none_of(all.begin(), all.end(),
+                                         [&](const AxMapLayer& layer) { return layer.id == file.value(); });
+        file = isGone ? shown.erase(file) : file + 1;
+        isChanged = isChanged || isGone;
+    }
+    if (isChanged)
+        emit KeptChanged();
+}
+
+void OfflineAreas::Open()
+{
+    if (!box) {
+        box = new OfflineBox(viewer, window);
+        box->SetTyped(typed);
+        connect(box, &OfflineBox::Told, this, &OfflineAreas::Told);
+        connect(box, &OfflineBox::TypedChanged, this, [this] {
+            typed = box->Typed();
+            emit KeptChanged();
+        });
+        connect(box, &OfflineBox::Saved, this, [this](const QString& file) {
+            if (Show(file))
+                emit Told(
+                    tr("%1 is shown on the map, with or without a network.").arg(QFileInfo(file).fileName()));
+        });
+    }
+    box->Open();
+}
