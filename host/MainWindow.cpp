@@ -3,6 +3,7 @@
 #include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
 #include "host/CameraRest.h"
+#include "host/capture/CaptureMenu.h"
 #include "host/CoordinatesMenu.h"
 #include "host/EditMenu.h"
 #include "host/EventLog.h"
@@ -318,8 +319,11 @@ void MainWindow::BuildMenus()
     controlPoints->FillMenu(file);
     BuildModels(file);
     file->addSeparator();
-    file->addAction(tr("Save &picture..."), this, &MainWindow::OnSavePicture,
-                    QKeySequence(QStringLiteral("Ctrl+Shift+P")));
+    auto* pictures = new CaptureMenu(viewer, this);
+    pictures->FillFile(file);
+    connect(pictures, &CaptureMenu::Told, this, &MainWindow::Tell);
+    connect(tasks, &TaskPanel::PlanShown, pictures, &CaptureMenu::SetPlan);
+    file->addAction(tr("Save picture of the &window..."), this, &MainWindow::OnSavePicture);
     file->addSeparator();
     file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence(QStringLiteral("Ctrl+Q")));
 
@@ -336,6 +340,8 @@ void MainWindow::BuildMenus()
     findChild<SightPanel*>()->FillMenu(MeasureMenu());
 
     QMenu* view = menuBar()->addMenu(tr("&View"));
+    pictures->FillView(view);
+    view->addSeparator();
     const auto addSwitch = [this, view](const char* key, const QString& text, auto change) {
         QAction* action = view->addAction(text);
         action->setCheckable(true);
@@ -405,6 +411,7 @@ void MainWindow::BuildTaskMenu()
     menu->addSeparator();
     menu->addAction(tasks->ImportAction());
     menu->addAction(tasks->ExportAction());
+    findChild<CaptureMenu*>()->FillTask(menu);
     BuildLanding(menu);
     auto* bar = findChild<QToolBar*>(QStringLiteral("ToolBar"));
     bar->addSeparator();

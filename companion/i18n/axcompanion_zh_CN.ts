@@ -1957,6 +1957,10 @@
 <context>
     <name>AxGeoFile</name>
     <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
+    </message>
+    <message>
         <source>The picture cannot be made.</source>
         <translation>无法生成该图像。</translation>
     </message>

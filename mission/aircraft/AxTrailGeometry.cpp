@@ -193,7 +193,10 @@ void AxTrailGeometry::drawImplementation(osg::RenderInfo& info) const
     osg::State& state = *info.getState();
     const osg::Vec3d eye = AxGeocentric::SetUniforms(state);
     const osg::Viewport* viewport = state.getCurrentViewport();
-    const double pixels = viewport ? 0.5 * state.getProjectionMatrix()(1, 1) * viewport->height() : 1e6;
+    const osg::Matrixd& projection = state.getProjectionMatrix();
+    // With parallel lines of sight nothing is far away.
+    const bool isPerspective = projection(3, 3) == 0.0;
+    const double pixels = viewport && isPerspective ? 0.5 * projection(1, 1) * viewport->height() : 1e6;
 
     state.disableAllVertexArrays();
     state.unbindVertexBufferObject();

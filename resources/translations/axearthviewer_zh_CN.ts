@@ -514,8 +514,8 @@
         <translation>文件(&amp;F)</translation>
     </message>
     <message>
-        <source>Save &amp;picture...</source>
-        <translation>保存图片(&amp;P)...</translation>
+        <source>Save picture of the &amp;window...</source>
+        <translation>保存窗口图片(&amp;W)...</translation>
     </message>
     <message>
         <source>&amp;Quit</source>
@@ -6818,6 +6818,292 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 is shown on the map, with or without a network.</source>
         <translation>%1 已显示在地图上，有无网络均可。</translation>
+    </message>
+</context>
+<context>
+    <name>AxMagnifier</name>
+    <message>
+        <source>The place of the magnifier is not in the picture</source>
+        <translation>放大镜所看的位置不在画面中</translation>
+    </message>
+</context>
+<context>
+    <name>AxPictureCapture</name>
+    <message>
+        <source>There is not enough memory for a picture of %1 x %2 pixels.</source>
+        <translation>内存不足，无法生成 %1 x %2 像素的图片。</translation>
+    </message>
+    <message>
+        <source>Pictures are being taken already.</source>
+        <translation>正在拍摄图片。</translation>
+    </message>
+    <message>
+        <source>There is no picture to take.</source>
+        <translation>没有要拍摄的图片。</translation>
+    </message>
+    <message>
+        <source>A picture has from 1 to %1 pixels in width and in height.</source>
+        <translation>图片的宽和高为 1 至 %1 像素。</translation>
+    </message>
+    <message>
+        <source>The map is not loaded yet.</source>
+        <translation>地图尚未加载。</translation>
+    </message>
+    <message>
+        <source>The video adapter has no room for the picture.</source>
+        <translation>显卡没有足够的空间生成图片。</translation>
+    </message>
+    <message>
+        <source>The map is gone.</source>
+        <translation>地图已关闭。</translation>
+    </message>
+    <message>
+        <source>The picture cannot be read from the video adapter.</source>
+        <translation>无法从显卡读取图片。</translation>
+    </message>
+</context>
+<context>
+    <name>CaptureMenu</name>
+    <message>
+        <source>What the window shows</source>
+        <translation>窗口所显示的范围</translation>
+    </message>
+    <message>
+        <source>Block &quot;%1&quot;</source>
+        <translation>测区“%1”</translation>
+    </message>
+    <message>
+        <source>Save &amp;picture...</source>
+        <translation>保存图片(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>Save map picture (&amp;GeoTIFF)...</source>
+        <translation>保存地图图片 GeoTIFF(&amp;G)...</translation>
+    </message>
+    <message>
+        <source>&amp;Pictures along route...</source>
+        <translation>沿航线拍摄图片(&amp;P)...</translation>
+    </message>
+    <message>
+        <source>&amp;Magnifier</source>
+        <translation>放大镜(&amp;M)</translation>
+    </message>
+    <message>
+        <source>A lens for the middle of the map; with Shift held, drag a rectangle for another place</source>
+        <translation>放大地图中央；按住 Shift 拖出矩形可放大其他位置</translation>
+    </message>
+    <message>
+        <source>%1; some of the map&apos;s detail did not come in time</source>
+        <translation>%1；部分地图细节未能及时加载</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Map</source>
+        <translation>地图</translation>
+    </message>
+    <message>
+        <source>PNG picture (*.png)</source>
+        <translation>PNG 图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>JPEG picture (*.jpg *.jpeg)</source>
+        <translation>JPEG 图片 (*.jpg *.jpeg)</translation>
+    </message>
+    <message>
+        <source>Saved %1</source>
+        <translation>已保存 %1</translation>
+    </message>
+    <message>
+        <source>Save map picture</source>
+        <translation>保存地图图片</translation>
+    </message>
+    <message>
+        <source>A map picture shows up to %1 km of ground. Go nearer, or select a block.</source>
+        <translation>地图图片最多显示 %1 km 的地面。请拉近视角或选择测区。</translation>
+    </message>
+    <message>
+        <source>GeoTIFF (*.tif)</source>
+        <translation>GeoTIFF (*.tif)</translation>
+    </message>
+    <message>
+        <source>Route</source>
+        <translation>航线</translation>
+    </message>
+    <message>
+        <source>Pictures along route</source>
+        <translation>沿航线拍摄图片</translation>
+    </message>
+    <message>
+        <source>The route leads nowhere.</source>
+        <translation>该航线没有长度。</translation>
+    </message>
+    <message>
+        <source>Numbered PNG pictures (*.png)</source>
+        <translation>编号的 PNG 图片 (*.png)</translation>
+    </message>
+    <message>
+        <source>Files with these names are there already: %1. Replace them?</source>
+        <translation>已有同名文件：%1 个。要替换吗？</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>替换</translation>
+    </message>
+    <message>
+        <source>%1 of %2 pictures were written</source>
+        <translation>已写入 %1 张图片，共 %2 张</translation>
+    </message>
+    <message>
+        <source>The map is loaded in the detail of the picture...</source>
+        <translation>正在按图片的精细度加载地图...</translation>
+    </message>
+    <message>
+        <source>Picture %1 of %2</source>
+        <translation>第 %1 张图片，共 %2 张</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
+    </message>
+    <message>
+        <source>%1 is written...</source>
+        <translation>正在写入 %1...</translation>
+    </message>
+</context>
+<context>
+    <name>PictureBox</name>
+    <message>
+        <source> px</source>
+        <translation> 像素</translation>
+    </message>
+    <message>
+        <source>Save picture</source>
+        <translation>保存图片</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>保存...</translation>
+    </message>
+    <message>
+        <source>As the window (%1 x %2)</source>
+        <translation>与窗口相同 (%1 x %2)</translation>
+    </message>
+    <message>
+        <source>Twice the window (%1 x %2)</source>
+        <translation>窗口的两倍 (%1 x %2)</translation>
+    </message>
+    <message>
+        <source>Four times the window (%1 x %2)</source>
+        <translation>窗口的四倍 (%1 x %2)</translation>
+    </message>
+    <message>
+        <source>Screen (%1 x %2)</source>
+        <translation>屏幕 (%1 x %2)</translation>
+    </message>
+    <message>
+        <source>Poster (%1 x %2)</source>
+        <translation>海报 (%1 x %2)</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>大小(&amp;S)</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>宽度(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>高度(&amp;H)</translation>
+    </message>
+    <message>
+        <source>%1 x %2 pixels, %3 MB while it is made</source>
+        <translation>%1 x %2 像素，生成时占用 %3 MB</translation>
+    </message>
+    <message>
+        <source>%1. The map is loaded in this detail first; texts and lines keep their size in pixels.</source>
+        <translation>%1。先按此精细度加载地图；文字和线条的像素大小不变。</translation>
+    </message>
+</context>
+<context>
+    <name>MapPictureBox</name>
+    <message>
+        <source>Save map picture</source>
+        <translation>保存地图图片</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>保存...</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> 米</translation>
+    </message>
+    <message>
+        <source>&amp;Area</source>
+        <translation>范围(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Size of a &amp;pixel</source>
+        <translation>像素大小(&amp;P)</translation>
+    </message>
+    <message>
+        <source>%1 m x %2 m of ground, %3. The map is loaded in this detail first.</source>
+        <translation>地面 %1 米 x %2 米，%3。先按此精细度加载地图。</translation>
+    </message>
+</context>
+<context>
+    <name>RoutePicturesBox</name>
+    <message>
+        <source> m</source>
+        <translation> 米</translation>
+    </message>
+    <message>
+        <source> px</source>
+        <translation> 像素</translation>
+    </message>
+    <message>
+        <source>Pictures along route</source>
+        <translation>沿航线拍摄图片</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>保存...</translation>
+    </message>
+    <message>
+        <source>0 looks level along the route, -90 straight down</source>
+        <translation>0 为沿航线水平方向，-90 为垂直向下</translation>
+    </message>
+    <message>
+        <source>&amp;Distance between pictures</source>
+        <translation>图片间距(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Pitch of the camera</source>
+        <translation>相机俯仰角(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Field of view, from top to bottom</source>
+        <translation>垂直视场角(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Width</source>
+        <translation>宽度(&amp;W)</translation>
+    </message>
+    <message>
+        <source>&amp;Height</source>
+        <translation>高度(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Pictures: %1</source>
+        <translation>图片数：%1</translation>
+    </message>
+    <message>
+        <source>%1 pictures, which is the most; they are farther apart than asked</source>
+        <translation>%1 张图片，已达上限；间距大于所设值</translation>
     </message>
 </context>
 </TS>

@@ -108,10 +108,11 @@ osg::Vec3f Low(const osg::Vec3d& value)
     return {Low(value.x()), Low(value.y()), Low(value.z())};
 }
 
-// Of a metre one metre ahead; more than any picture has where it is not known.
+// Of a metre one metre ahead; more than any picture has where it is not known, and where all lines of sight
+// are parallel.
 double PixelsAtOneMetre(const osg::Viewport* viewport, const osg::Matrixd& projection)
 {
-    return viewport ? 0.5 * projection(1, 1) * viewport->height() : 1e6;
+    return viewport && projection(3, 3) == 0.0 ? 0.5 * projection(1, 1) * viewport->height() : 1e6;
 }
 
 bool IsFill(const osg::PrimitiveSet& primitives)

@@ -26,6 +26,8 @@ constexpr int largestPart = 2048;
 constexpr int usualMargin = 160;
 // A merged tile asks for its children in the next frame, and labels wait a frame or two for their heights.
 constexpr int framesToSettle = 2;
+// Shapes are laid on finer ground a little at a time; this long after the last tile, milliseconds.
+constexpr int timeToSettle = 120;
 // So long one step may take before events are looked at again, milliseconds.
 constexpr int stepTime = 40;
 // The tiles of a part, with those of the part before; others would be dropped and asked for in turns.
@@ -151,6 +153,7 @@ void AxPictureCapture::beginPicture()
     part = 0;
     quiet = 0;
     waiting = -1;
+    sinceTile.invalidate();
 }
 
 bool AxPictureCapture::isLoading() const
@@ -209,10 +212,14 @@ void AxPictureCapture::step()
         if (isQuiet || now != waiting)
             wait.start();
         waiting = now;
-        const bool isGivenUp = wait.elapsed() > patience;
-        if (quiet < framesToSettle && !isGivenUp) {
-            // The pager needs the time more than frames that only wait for it.
-            if (!isQuiet)
+        if (!isQuiet)
+            sinceTile.start();
+        const bool isGivenUp = wait.elapsed() > patience && !isQuiet;
+        const bool isSettled =
+            quiet >= framesToSettle && (!sinceTile.isValid() || sinceTile.elapsed() > timeToSettle);
+        if (!isSettled && !isGivenUp) {
+            // The pager and the shapes need the time more than frames that only wait for them.
+            if (!isQuiet || sinceTile.isValid())
                 break;
             continue;
         }
@@ -237,6 +244,7 @@ void AxPictureCapture::takePart(const QImage& picture)
     quiet = 0;
     waiting = -1;
     wait.start();
+    sinceTile.invalidate();
     if (++part < parts.size())
         return;
     const QString unfinished = taker->Finish(number);

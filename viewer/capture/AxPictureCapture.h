@@ -118,11 +118,12 @@ private:
     std::size_t shot = 0;
     std::vector<QRect> parts; ///< of that shot
     std::size_t part = 0;
-    int margin = 0;     ///< pixels around each part, that texts at its border are there as a whole
-    int quiet = 0;      ///< frames of this part in which nothing was loaded
-    QElapsedTimer wait; ///< since something was, the last time
-    int waiting = -1;   ///< tiles that were under way then
-    int told = -1;      ///< percent
+    int margin = 0;          ///< pixels around each part, that texts at its border are there as a whole
+    int quiet = 0;           ///< frames of this part in which nothing was loaded
+    QElapsedTimer wait;      ///< since something was, the last time
+    QElapsedTimer sinceTile; ///< of this part, the last one that came; not valid while none did
+    int waiting = -1;        ///< tiles that were under way then
+    int told = -1;           ///< percent
     bool isDetailMissing = false;
     int formerTiles = 0; ///< that the pager keeps
     std::unique_ptr<AxSideView> eye;

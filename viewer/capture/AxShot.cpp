@@ -11,8 +11,8 @@
 
 namespace {
 constexpr double radians = AxGlobe::pi / 180.0;
-// High above all ground: the globe's far side is out of sight, and screen sizes differ little with heights.
-constexpr double eyeOverMap = 200000.0;
+// High above all ground, so that screen sizes differ little with heights, and below where the graticule begins.
+constexpr double eyeOverMap = 55000.0;
 constexpr double nearest = 1.0;
 constexpr double farthest = 1000000.0;
 

@@ -1,4 +1,5 @@
 #include "drape/DrapePainter.h"
+#include "globe/Geodetic.h"
 #include <algorithm>
 #include <cmath>
 #include <mutex>
@@ -270,6 +271,12 @@ void DrapeableNode::Painter::cull(DrapeableNode& node, osgUtil::CullVisitor& cv)
     view.horizon = Horizon(view.eye);
     float pixel = 0.0f;
     _pixel->get(pixel);
+    // Along parallel lines of sight a pixel is as large everywhere: as it is at the ground, seen from the
+    // eye.
+    if ((*cv.getProjectionMatrix())(3, 3) != 0.0) {
+        pixel /= static_cast<float>(std::max(1.0, Util::toGeodetic(osg::EllipsoidModel(), view.eye).height));
+        _pixel->set(pixel);
+    }
     view.pixel = static_cast<double>(pixel);
     view.frame = cv.getFrameStamp() ? cv.getFrameStamp()->getFrameNumber() : 0u;
     view.map = _mapNode;
