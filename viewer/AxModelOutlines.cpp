@@ -1,15 +1,42 @@
 #include "viewer/AxModelOutlines.h"
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/models/AxModelBound.h"
 #include "analysis/models/AxOutlinesMeet.h"
 #include "interaction/models/AxModelLayers.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "viewer/AxViewerPrivate.h"
 
+#include <AxAlgorthm/AxAreaOperations.h>
+#include <AxAlgorthm/AxCoordinate.h>
 #include <AxData/CAxBlockManager.h>
 
 #include <QPointer>
+#include <QPolygonF>
 
 #include <algorithm>
+
+namespace {
+/// What is painted on the ground is painted on a wall that stands right above it, too: outlines are drawn a
+/// little farther out.
+constexpr double leastApart = 2.0; // metres
+constexpr double apartOfSize = 0.01;
+
+QVariantList DrawnAround(const std::vector<QPointF>& ring)
+{
+    QPolygonF places;
+    for (const QPointF& place : ring)
+        places += place;
+    const QRectF box = places.boundingRect();
+    const double metres =
+        DistanceBetweenTwoLatLng({box.left(), box.top(), 0.0}, {box.right(), box.bottom(), 0.0});
+    const AxAreaOperations::Result grown =
+        AxAreaOperations::Buffer(places.toList(), std::max(leastApart, apartOfSize * metres));
+    QVariantList outline;
+    for (const QPointF& place : grown.areas.isEmpty() ? places.toList() : grown.areas.first().ring)
+        outline += QVariant(QVariantList{place.x(), place.y(), 0.0});
+    return outline;
+}
+} // namespace
 
 AxModelOutlines::AxModelOutlines(AxViewerPrivate& owner, AxModelLayers& layers) : viewer(owner), book(layers)
 {
@@ -52,7 +79,7 @@ void AxModelOutlines::look(const QString& layer)
     group->addChild(outline.drawn);
     awaited.insert(outline.job, layer);
     follow(layer);
-    process->SetModelBoundPara(node, osg::Matrixd(), outline.job, 0.0, outline.drawn, this);
+    process->SetModelBoundPara(node, osg::Matrixd(), outline.job, 0.0, nullptr, this);
 }
 
 void AxModelOutlines::slotModelBound(QVariant bound)
@@ -64,6 +91,8 @@ void AxModelOutlines::slotModelBound(QVariant bound)
         for (const QVariant& place : numberAndOutline.value(1).toList())
             outline->ring.emplace_back(place.toList().value(0).toDouble(),
                                        place.toList().value(1).toDouble());
+        if (const auto line = AxOutlineDrawable(DrawnAround(outline->ring), *viewer.mapSRS))
+            outline->drawn->addDrawable(line);
         testAllLater();
     }
     answer();

@@ -19,6 +19,8 @@ constexpr int looksAside = 8;
 /// Cells of what has no data, metres.
 constexpr double usualCell = 30.0;
 constexpr double leastCell = 0.01;
+/// Cells along each side of a small area, between whose few heights is interpolated.
+constexpr double leastAlong = 20.0;
 /// Next to a pole a degree of longitude has no length.
 constexpr double leastCosine = 1e-4;
 
@@ -117,7 +119,8 @@ bool LayOut(AxHeightGrid& grid, const QPolygonF& ring, const AxHeightsQuestion& 
     const double height = box.height() * metresNorth;
     if (!(width > 0.0) || !(height > 0.0))
         return false;
-    const double data = grid.cellOfData > 0.0 ? grid.cellOfData : usualCell;
+    const double data =
+        std::min(grid.cellOfData > 0.0 ? grid.cellOfData : usualCell, std::sqrt(width * height) / leastAlong);
     grid.cell = std::max(leastCell, question.cell > 0.0 ? question.cell : data);
     const double most = static_cast<double>(std::max<std::size_t>(1, question.mostCells));
     // A sliver of a cell, as rounding leaves it, is none.

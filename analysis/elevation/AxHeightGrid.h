@@ -17,9 +17,10 @@ struct AxHeightsQuestion
     /// Longitude, latitude, degrees, of any turn, the first not repeated. What it encloses an odd number of
     /// times counts.
     std::vector<QPointF> ring;
-    double cell = 0.0; ///< side of a cell, metres; 0: as fine as the finest heights in the area
-    std::size_t mostCells =
-        4000000; ///< in the box around the area; the cells are made so large that it holds
+    /// Side of a cell, metres; 0: as fine as the finest heights in the area, and 20 along each side at least.
+    double cell = 0.0;
+    /// In the box around the area; the cells are made so large that it holds.
+    std::size_t mostCells = 4000000;
 };
 
 /// Heights of the ground inside an area, on a grid of equal steps in longitude and latitude. A plain value.

@@ -6,6 +6,7 @@
 
 #include <osg/Math>
 #include <osg/Matrixd>
+#include <osg/Vec2d>
 
 #include <algorithm>
 #include <array>
@@ -18,7 +19,7 @@ namespace {
 constexpr int cornerSegments = 4;
 /// Half the width of what has none.
 constexpr double leastMargin = 0.5;
-constexpr std::size_t directions = 16;
+constexpr std::size_t directions = 8;
 /// Farther from the ellipsoid there is no place; the middle of the Earth has no longitude.
 constexpr double deep = 1e6;
 /// Of wider models every vertex is looked at, metres from the first one.
@@ -56,13 +57,22 @@ private:
 class Candidates
 {
 public:
+    Candidates()
+    {
+        for (std::size_t i = 0; i < directions; ++i) {
+            const double angle = 2.0 * osg::PI * static_cast<double>(i) / directions;
+            towards[i] = {std::cos(angle), std::sin(angle)};
+        }
+        outermost.fill(-std::numeric_limits<double>::max());
+    }
+
     void Look(const Flat& flat, std::size_t index)
     {
         const double height = HeightOf(flat);
         if (!(std::abs(height) < deep))
             return;
         for (std::size_t i = 0; i < directions; ++i) {
-            const double reach = flat.east * Towards(i).first + flat.north * Towards(i).second;
+            const double reach = flat.east * towards[i].x() + flat.north * towards[i].y();
             if (reach > outermost[i]) {
                 outermost[i] = reach;
                 corners[i] = flat;
@@ -86,48 +96,42 @@ public:
         isWide = farthest > widest;
         spare = 2.0 * farthest2 * (1.0 + tangent) / AxWgs84::semiMinorAxis +
                 2.0 * (steepest + farthest2 / AxWgs84::semiMinorAxis) * farthest / AxWgs84::semiMinorAxis;
+        for (std::size_t i = 0; i < directions; ++i) {
+            const Flat& from = corners[i];
+            const Flat& to = corners[(i + 1) % directions];
+            osg::Vec2d inwards(from.north - to.north, to.east - from.east);
+            if (inwards.normalize() > 0.0)
+                edges.push_back({inwards, inwards * osg::Vec2d(from.east, from.north) + spare});
+        }
     }
     bool IsOutside(const Flat& flat) const
     {
-        for (std::size_t i = 0; i < directions && !isWide; ++i) {
-            const Flat& from = corners[i];
-            const Flat& to = corners[(i + 1) % directions];
-            const double east = to.east - from.east;
-            const double north = to.north - from.north;
-            const double length = std::sqrt(east * east + north * north);
-            const double inwards = east * (flat.north - from.north) - north * (flat.east - from.east);
-            if (length > 0.0 && inwards < spare * length)
+        if (isWide)
+            return true;
+        for (const Edge& edge : edges)
+            if (flat.east * edge.inwards.x() + flat.north * edge.inwards.y() < edge.least)
                 return true;
-        }
-        return isWide;
+        return false;
     }
     std::size_t LowestIndex() const { return lowestIndex; }
     std::size_t HighestIndex() const { return highestIndex; }
 
 private:
-    static std::pair<double, double> Towards(std::size_t i)
+    struct Edge
     {
-        static const auto all = [] {
-            std::array<std::pair<double, double>, directions> made;
-            for (std::size_t k = 0; k < directions; ++k) {
-                const double angle = 2.0 * osg::PI * static_cast<double>(k) / directions;
-                made[k] = {std::cos(angle), std::sin(angle)};
-            }
-            return made;
-        }();
-        return all[i];
-    }
+        osg::Vec2d inwards; ///< of length 1
+        double least;       ///< metres along it
+    };
+
     static double HeightOf(const Flat& flat)
     {
         return flat.up + 0.5 * (flat.east * flat.east + flat.north * flat.north) / AxWgs84::meanRadius;
     }
 
-    std::array<double, directions> outermost = [] {
-        std::array<double, directions> least{};
-        least.fill(-std::numeric_limits<double>::max());
-        return least;
-    }();
+    std::array<osg::Vec2d, directions> towards;
+    std::array<double, directions> outermost{};
     std::array<Flat, directions> corners{};
+    std::vector<Edge> edges;
     double farthest2 = 0.0;
     double steepest = 0.0;
     double lowest = std::numeric_limits<double>::max();
@@ -170,20 +174,16 @@ bool ModelComputeBounds::Compute(const std::vector<osg::Vec3d>& vertices, double
 
     // Geodetic places cost the most, and hardly a vertex is on the outline.
     const TouchingPlane plane(*srs, osg::Vec3d(origin.x(), origin.y(), 0.0));
-    std::vector<Flat> flats;
-    flats.reserve(vertices.size());
-    for (const osg::Vec3d& vertex : vertices)
-        flats.push_back(plane.Of(vertex));
     Candidates candidates;
-    for (std::size_t i = 0; i < flats.size(); ++i)
-        candidates.Look(flats[i], i);
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        candidates.Look(plane.Of(vertices[i]), i);
     candidates.Settle(origin.y());
     std::vector<osg::Vec2d> places;
     lowest = std::numeric_limits<double>::max();
     highest = -lowest;
     for (std::size_t i = 0; i < vertices.size(); ++i) {
         if (i != candidates.LowestIndex() && i != candidates.HighestIndex() &&
-            !candidates.IsOutside(flats[i]))
+            !candidates.IsOutside(plane.Of(vertices[i])))
             continue;
         const std::optional<osg::Vec3d> place = PlaceOf(*srs, vertices[i]);
         if (!place)

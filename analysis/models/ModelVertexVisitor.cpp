@@ -69,6 +69,11 @@ private:
     }
     void take()
     {
+        const std::size_t count =
+            isAnyUsed ? static_cast<std::size_t>(std::count(used.begin(), used.end(), 1)) : used.size();
+        // Of many small drawables none may make room for itself alone.
+        if (out.capacity() < out.size() + count)
+            out.reserve(std::max(out.size() + count, 2 * out.capacity()));
         for (std::size_t i = 0; i < used.size(); ++i) {
             if (isAnyUsed && !used[i])
                 continue;

@@ -122,7 +122,10 @@ QString HeightsBox::Report(const AxHeightGrid& grid, const AxCoordinateSystem& s
     };
     if (grid.cell > grid.cellOfData * 1.01)
         lines += tr("The map has finer heights, every %1; means of them are taken.")
-                     .arg(HeightText(grid.cellOfData));
+                     .arg(AxUnits::Length(grid.cellOfData));
+    else if (grid.cellOfData > grid.cell * 1.01)
+        lines += tr("The map has a height every %1 here; in between they are interpolated.")
+                     .arg(AxUnits::Length(grid.cellOfData));
     if (grid.known < grid.inside) {
         const double share =
             100.0 * static_cast<double>(grid.inside - grid.known) / static_cast<double>(grid.inside);

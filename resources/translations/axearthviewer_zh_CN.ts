@@ -6254,8 +6254,8 @@ Heights are above the ellipsoid.</source>
         <translation>上一个文件仍在写入。</translation>
     </message>
     <message>
-        <source>Export %1</source>
-        <translation>导出 %1</translation>
+        <source>The map has a height every %1 here; in between they are interpolated.</source>
+        <translation>此处地图的高程间距为 %1；其间的值由内插得到。</translation>
     </message>
     <message>
         <source>GeoTIFF of the differences (*.tif *.tiff)</source>

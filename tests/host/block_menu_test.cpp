@@ -1,6 +1,7 @@
 // What the menu of blocks asks and tells.
 #include "host/BlockMenu.h"
 #include "host/BlockPanel.h"
+#include "host/heights/HeightsFile.h"
 #include "host/ToolActions.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "ModalBox.h"
@@ -8,8 +9,12 @@
 
 #include <AxData/CAxBlockManager.h>
 
+#include <QPlainTextEdit>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QUndoStack>
+
+#include <limits>
 
 namespace {
 class BlockMenuOnMap : public SuiteViewer
@@ -155,4 +160,42 @@ TEST_F(BlockMenuOnMap, ACutIsHintedAtUntilItEnds)
     EXPECT_TRUE(browse->isChecked());
     EXPECT_EQ(hints.size(), 4);
     EXPECT_EQ(Ring(), ring);
+}
+
+TEST_F(BlockMenuOnMap, HeightsBelowABlockAreReadAndShown)
+{
+    QString shown;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &window, [&] {
+        auto* const box = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (const auto* text = box ? box->findChild<QPlainTextEdit*>(QStringLiteral("heights")) : nullptr) {
+            shown = text->toPlainText();
+            box->reject();
+        }
+    });
+    look.start(10);
+    Find("&Heights of the ground...")->trigger();
+    EXPECT_TRUE(shown.contains(QStringLiteral("Lowest: ")) && shown.contains(QStringLiteral("Mean: ")) &&
+                shown.contains(QStringLiteral("cells of ")))
+        << shown.toStdString();
+}
+
+TEST(HeightsFile, HasTheKnownCellsFromTheSouthWest)
+{
+    AxHeightGrid grid;
+    grid.west = 179.5;
+    grid.south = 10.0;
+    grid.stepLng = grid.stepLat = 1.0;
+    grid.columns = grid.rows = 2;
+    grid.heights = {1.5f, std::numeric_limits<float>::quiet_NaN(), -2.25f, 1e4f};
+    const QByteArray table = "longitude,latitude,height_m\n180.00000000,10.50000000,1.50\n"
+                             "180.00000000,11.50000000,-2.25\n-179.00000000,11.50000000,10000.00\n";
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("heights.CSV"));
+    EXPECT_EQ(WriteHeights(file, grid), QString());
+    QFile written(file);
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    EXPECT_EQ(written.readAll(), table);
+    for (const char* name : {"none/heights.csv", "none/heights.tif"})
+        EXPECT_FALSE(WriteHeights(folder.filePath(QLatin1String(name)), grid).isEmpty()) << name;
 }
