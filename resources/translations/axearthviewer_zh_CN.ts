@@ -454,20 +454,20 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <source>3-D &amp;models</source>
-        <translation>三维模型(&amp;M)</translation>
-    </message>
-    <message>
-        <source>Models</source>
-        <translation>模型</translation>
+        <source>Undone: %1</source>
+        <translation>已撤销：%1</translation>
     </message>
     <message>
         <source>Volumes</source>
         <translation>体积</translation>
     </message>
     <message>
-        <source>Undone: %1</source>
-        <translation>已撤销：%1</translation>
+        <source>3-D &amp;models</source>
+        <translation>三维模型(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>模型</translation>
     </message>
     <message>
         <source>Control points</source>
@@ -1032,6 +1032,10 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
 <context>
     <name>BlockListModel</name>
     <message>
+        <source>Meets %1</source>
+        <translation>与 %1 相交</translation>
+    </message>
+    <message>
         <source>Polygon</source>
         <translation>多边形</translation>
     </message>
@@ -1042,10 +1046,6 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <message>
         <source>Strip</source>
         <translation>带状</translation>
-    </message>
-    <message>
-        <source>Meets %1</source>
-        <translation>与 %1 相交</translation>
     </message>
     <message>
         <source>Video</source>
@@ -5874,6 +5874,334 @@ Heights are above the ellipsoid.</source>
     </message>
 </context>
 <context>
+    <name>AxModelLayers</name>
+    <message>
+        <source>&quot;%1&quot; holds nothing that can be drawn.</source>
+        <translation>“%1”中没有可以绘制的内容。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be read: %2</source>
+        <translation>无法读取“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Pictures that are missing: %1, for one &quot;%2&quot;; drawn plain.</source>
+        <translation>缺少 %1 张纹理图片，例如“%2”；按无纹理绘制。</translation>
+    </message>
+    <message>
+        <source>Triangles with corners that are no numbers: %1, left out.</source>
+        <translation>有 %1 个三角形的顶点不是数字，已略去。</translation>
+    </message>
+    <message>
+        <source>Files that cannot be read: %1, for one &quot;%2&quot;.</source>
+        <translation>有 %1 个文件无法读取，例如“%2”。</translation>
+    </message>
+    <message>
+        <source>The origin is not three numbers.</source>
+        <translation>原点不是三个数字。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not tell a latitude and a longitude in degrees.</source>
+        <translation>“%1”没有给出以度为单位的纬度和经度。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is a way to write places and no system that a model can have. Degrees are &quot;EPSG:4326&quot;.</source>
+        <translation>“%1”是位置的一种写法，不是模型可用的坐标系。以度为单位请用“EPSG:4326”。</translation>
+    </message>
+    <message>
+        <source>The origin %1, %2 lies outside of the system &quot;%3&quot;.</source>
+        <translation>原点 %1, %2 位于坐标系“%3”之外。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; lies outside of the model's coordinate system.</source>
+        <translation>“%1”位于模型坐标系之外。</translation>
+    </message>
+    <message>
+        <source>The map is not loaded yet.</source>
+        <translation>地图尚未加载。</translation>
+    </message>
+    <message>
+        <source>Nothing tells in which coordinate system &quot;%1&quot; is.</source>
+        <translation>没有任何信息说明“%1”所用的坐标系。</translation>
+    </message>
+    <message>
+        <source>The lift is not a number.</source>
+        <translation>抬升量不是数字。</translation>
+    </message>
+    <message>
+        <source>There are no tiles beside %1, as in Data/Tile_1/Tile_1.osgb.</source>
+        <translation>%1 旁没有瓦片，例如 Data/Tile_1/Tile_1.osgb。</translation>
+    </message>
+    <message>
+        <source>%1 is far too long for a description.</source>
+        <translation>%1 作为说明文件过长。</translation>
+    </message>
+    <message>
+        <source>%1 cannot be read: %2</source>
+        <translation>无法读取 %1：%2</translation>
+    </message>
+    <message>
+        <source>it does not describe a model</source>
+        <translation>它不是模型的说明</translation>
+    </message>
+    <message>
+        <source>%1: SRSOrigin &quot;%2&quot; is not three numbers.</source>
+        <translation>%1：SRSOrigin“%2”不是三个数字。</translation>
+    </message>
+    <message>
+        <source>%1, line %2: %3</source>
+        <translation>%1，第 %2 行：%3</translation>
+    </message>
+    <message>
+        <source>%1 does not hold three numbers.</source>
+        <translation>%1 中不是三个数字。</translation>
+    </message>
+    <message>
+        <source>%1 may not be read.</source>
+        <translation>没有读取 %1 的权限。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot;: OpenSceneGraph has no reader for &quot;.%2&quot; here.</source>
+        <translation>“%1”：此处的 OpenSceneGraph 没有“.%2”的读取插件。</translation>
+    </message>
+    <message>
+        <source>The folder %1 has no metadata.xml.</source>
+        <translation>文件夹 %1 中没有 metadata.xml。</translation>
+    </message>
+    <message>
+        <source>%1: there is no such file.</source>
+        <translation>%1：没有这个文件。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelPanel</name>
+    <message>
+        <source>Fly there</source>
+        <translation>飞到该处</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>移除</translation>
+    </message>
+    <message>
+        <source>Onto the ground</source>
+        <translation>贴到地面</translation>
+    </message>
+    <message>
+        <source>Model</source>
+        <translation>模型</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>状态</translation>
+    </message>
+    <message>
+        <source>Load model…</source>
+        <translation>加载模型…</translation>
+    </message>
+    <message>
+        <source>Load export…</source>
+        <translation>加载成果…</translation>
+    </message>
+    <message>
+        <source>The folder with metadata.xml of a photogrammetry export</source>
+        <translation>摄影测量成果中含有 metadata.xml 的文件夹</translation>
+    </message>
+    <message>
+        <source>Raises or lowers the model until its lowest point is at the height of the ground below its middle.</source>
+        <translation>抬升或降低模型，直到其最低点与其中心下方的地面等高。</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> m</translation>
+    </message>
+    <message>
+        <source>&amp;Raised by</source>
+        <translation>抬升(&amp;R)</translation>
+    </message>
+    <message>
+        <source>%1 is on the map.</source>
+        <translation>%1 已显示在地图上。</translation>
+    </message>
+    <message>
+        <source>%1 is on the map. %2</source>
+        <translation>%1 已显示在地图上。%2</translation>
+    </message>
+    <message>
+        <source>Models</source>
+        <translation>模型</translation>
+    </message>
+    <message>
+        <source>Load &amp;model…</source>
+        <translation>加载模型(&amp;M)…</translation>
+    </message>
+    <message>
+        <source>Load &amp;export of photogrammetry…</source>
+        <translation>加载摄影测量成果(&amp;E)…</translation>
+    </message>
+    <message>
+        <source>missing</source>
+        <translation>缺失</translation>
+    </message>
+    <message>
+        <source>loading, %1 %</source>
+        <translation>正在加载，%1 %</translation>
+    </message>
+    <message>
+        <source>whole</source>
+        <translation>完整</translation>
+    </message>
+    <message>
+        <source>with faults</source>
+        <translation>有缺陷</translation>
+    </message>
+    <message>
+        <source>Load again</source>
+        <translation>重新加载</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Load models</source>
+        <translation>加载模型</translation>
+    </message>
+    <message>
+        <source>Models (%1);;All files (*)</source>
+        <translation>模型 (%1);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>Load the folder with metadata.xml</source>
+        <translation>加载含有 metadata.xml 的文件夹</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has %2 MB, and is loaded as a whole. Load it all the same?</source>
+        <translation>“%1”有 %2 MB，将整体加载到内存。仍要加载吗？</translation>
+    </message>
+    <message>
+        <source>The height of the ground there is not known.</source>
+        <translation>该处的地面高程未知。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelPlaceBox</name>
+    <message>
+        <source>Its &amp;zero stands at</source>
+        <translation>模型原点位于(&amp;Z)</translation>
+    </message>
+    <message>
+        <source>Its coordinates are those of a &amp;system</source>
+        <translation>坐标属于某个坐标系(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Where does the model stand?</source>
+        <translation>模型位于何处？</translation>
+    </message>
+    <message>
+        <source>%1 does not tell where it stands.</source>
+        <translation>%1 没有说明其位置。</translation>
+    </message>
+    <message>
+        <source>%1 says that it stands in %2.</source>
+        <translation>%1 说明其坐标系为 %2。</translation>
+    </message>
+    <message>
+        <source>latitude, longitude, or as the read-out has them</source>
+        <translation>纬度, 经度，或与坐标显示相同的写法</translation>
+    </message>
+    <message>
+        <source>&amp;Middle of the view</source>
+        <translation>视图中心(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>位置</translation>
+    </message>
+    <message>
+        <source>Height there, m</source>
+        <translation>该处高程 (m)</translation>
+    </message>
+    <message>
+        <source>Added to x, the easting or longitude</source>
+        <translation>加到 x（东坐标或经度）上</translation>
+    </message>
+    <message>
+        <source>Added to y, the northing or latitude</source>
+        <translation>加到 y（北坐标或纬度）上</translation>
+    </message>
+    <message>
+        <source>Added to z, the height</source>
+        <translation>加到 z（高程）上</translation>
+    </message>
+    <message>
+        <source>System</source>
+        <translation>坐标系</translation>
+    </message>
+    <message>
+        <source>Origin x, y, z</source>
+        <translation>原点 x, y, z</translation>
+    </message>
+    <message>
+        <source>as the system says, else the ellipsoid</source>
+        <translation>按坐标系，否则为椭球面</translation>
+    </message>
+    <message>
+        <source>the sea</source>
+        <translation>海平面</translation>
+    </message>
+    <message>
+        <source>the ellipsoid</source>
+        <translation>椭球面</translation>
+    </message>
+    <message>
+        <source>z, as in surveys</source>
+        <translation>z（测绘惯例）</translation>
+    </message>
+    <message>
+        <source>y, as in glTF</source>
+        <translation>y（glTF 惯例）</translation>
+    </message>
+    <message>
+        <source>Heights from</source>
+        <translation>高程起算面</translation>
+    </message>
+    <message>
+        <source>Axis that points up</source>
+        <translation>朝上的轴</translation>
+    </message>
+    <message>
+        <source>Type a place, or take the middle of the view.</source>
+        <translation>请输入位置，或取视图中心。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no place.</source>
+        <translation>“%1”不是位置。</translation>
+    </message>
+    <message>
+        <source>for example EPSG:32650</source>
+        <translation>例如 EPSG:32650</translation>
+    </message>
+    <message>
+        <source>Type a coordinate system.</source>
+        <translation>请输入坐标系。</translation>
+    </message>
+    <message>
+        <source>Metres to the east, north and up of there.</source>
+        <translation>以该处为原点，向东、向北、向上的米数。</translation>
+    </message>
+    <message>
+        <source>The origin lies within the system.</source>
+        <translation>原点在坐标系范围内。</translation>
+    </message>
+</context>
+<context>
+    <name>ModelsKept</name>
+    <message>
+        <source>Models of the project that cannot be read and are left out: %1</source>
+        <translation>项目中无法读取而被略去的模型：%1</translation>
+    </message>
+</context>
+<context>
     <name>HeightsBox</name>
     <message>
         <source>Heights of block</source>
@@ -5922,6 +6250,10 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 cells of %2, heights above the ellipsoid.</source>
         <translation>%1 个格网单元，边长 %2，高程为椭球高。</translation>
+    </message>
+    <message>
+        <source>The map has a height every %1 here; in between they are interpolated.</source>
+        <translation>此处地图的高程间距为 %1；其间的值由内插得到。</translation>
     </message>
     <message>
         <source>The map has finer heights, every %1; means of them are taken.</source>
@@ -6254,8 +6586,8 @@ Heights are above the ellipsoid.</source>
         <translation>上一个文件仍在写入。</translation>
     </message>
     <message>
-        <source>The map has a height every %1 here; in between they are interpolated.</source>
-        <translation>此处地图的高程间距为 %1；其间的值由内插得到。</translation>
+        <source>Export %1</source>
+        <translation>导出 %1</translation>
     </message>
     <message>
         <source>GeoTIFF of the differences (*.tif *.tiff)</source>
@@ -6280,544 +6612,6 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 was not written.</source>
         <translation>%1 未写入。</translation>
-    </message>
-</context>
-<context>
-    <name>AxModelLayers</name>
-    <message>
-        <source>&quot;%1&quot; holds nothing that can be drawn.</source>
-        <translation>“%1”中没有可以绘制的内容。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; cannot be read: %2</source>
-        <translation>无法读取“%1”：%2</translation>
-    </message>
-    <message>
-        <source>Pictures that are missing: %1, for one &quot;%2&quot;; drawn plain.</source>
-        <translation>缺少 %1 张纹理图片，例如“%2”；按无纹理绘制。</translation>
-    </message>
-    <message>
-        <source>Triangles with corners that are no numbers: %1, left out.</source>
-        <translation>有 %1 个三角形的顶点不是数字，已略去。</translation>
-    </message>
-    <message>
-        <source>Files that cannot be read: %1, for one &quot;%2&quot;.</source>
-        <translation>有 %1 个文件无法读取，例如“%2”。</translation>
-    </message>
-    <message>
-        <source>The origin is not three numbers.</source>
-        <translation>原点不是三个数字。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; does not tell a latitude and a longitude in degrees.</source>
-        <translation>“%1”没有给出以度为单位的纬度和经度。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is a way to write places and no system that a model can have. Degrees are &quot;EPSG:4326&quot;.</source>
-        <translation>“%1”是位置的一种写法，不是模型可用的坐标系。以度为单位请用“EPSG:4326”。</translation>
-    </message>
-    <message>
-        <source>The origin %1, %2 lies outside of the system &quot;%3&quot;.</source>
-        <translation>原点 %1, %2 位于坐标系“%3”之外。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; lies outside of the model's coordinate system.</source>
-        <translation>“%1”位于模型坐标系之外。</translation>
-    </message>
-    <message>
-        <source>The map is not loaded yet.</source>
-        <translation>地图尚未加载。</translation>
-    </message>
-    <message>
-        <source>Nothing tells in which coordinate system &quot;%1&quot; is.</source>
-        <translation>没有任何信息说明“%1”所用的坐标系。</translation>
-    </message>
-    <message>
-        <source>The lift is not a number.</source>
-        <translation>抬升量不是数字。</translation>
-    </message>
-    <message>
-        <source>There are no tiles beside %1, as in Data/Tile_1/Tile_1.osgb.</source>
-        <translation>%1 旁没有瓦片，例如 Data/Tile_1/Tile_1.osgb。</translation>
-    </message>
-    <message>
-        <source>%1 is far too long for a description.</source>
-        <translation>%1 作为说明文件过长。</translation>
-    </message>
-    <message>
-        <source>%1 cannot be read: %2</source>
-        <translation>无法读取 %1：%2</translation>
-    </message>
-    <message>
-        <source>it does not describe a model</source>
-        <translation>它不是模型的说明</translation>
-    </message>
-    <message>
-        <source>%1: SRSOrigin &quot;%2&quot; is not three numbers.</source>
-        <translation>%1：SRSOrigin“%2”不是三个数字。</translation>
-    </message>
-    <message>
-        <source>%1, line %2: %3</source>
-        <translation>%1，第 %2 行：%3</translation>
-    </message>
-    <message>
-        <source>%1 does not hold three numbers.</source>
-        <translation>%1 中不是三个数字。</translation>
-    </message>
-    <message>
-        <source>%1 may not be read.</source>
-        <translation>没有读取 %1 的权限。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot;: OpenSceneGraph has no reader for &quot;.%2&quot; here.</source>
-        <translation>“%1”：此处的 OpenSceneGraph 没有“.%2”的读取插件。</translation>
-    </message>
-    <message>
-        <source>The folder %1 has no metadata.xml.</source>
-        <translation>文件夹 %1 中没有 metadata.xml。</translation>
-    </message>
-    <message>
-        <source>%1: there is no such file.</source>
-        <translation>%1：没有这个文件。</translation>
-    </message>
-</context>
-<context>
-    <name>ModelPanel</name>
-    <message>
-        <source>Fly there</source>
-        <translation>飞到该处</translation>
-    </message>
-    <message>
-        <source>Remove</source>
-        <translation>移除</translation>
-    </message>
-    <message>
-        <source>Onto the ground</source>
-        <translation>贴到地面</translation>
-    </message>
-    <message>
-        <source>Model</source>
-        <translation>模型</translation>
-    </message>
-    <message>
-        <source>State</source>
-        <translation>状态</translation>
-    </message>
-    <message>
-        <source>Load model…</source>
-        <translation>加载模型…</translation>
-    </message>
-    <message>
-        <source>Load export…</source>
-        <translation>加载成果…</translation>
-    </message>
-    <message>
-        <source>The folder with metadata.xml of a photogrammetry export</source>
-        <translation>摄影测量成果中含有 metadata.xml 的文件夹</translation>
-    </message>
-    <message>
-        <source>Raises or lowers the model until its lowest point is at the height of the ground below its middle.</source>
-        <translation>抬升或降低模型，直到其最低点与其中心下方的地面等高。</translation>
-    </message>
-    <message>
-        <source> m</source>
-        <translation> m</translation>
-    </message>
-    <message>
-        <source>&amp;Raised by</source>
-        <translation>抬升(&amp;R)</translation>
-    </message>
-    <message>
-        <source>%1 is on the map.</source>
-        <translation>%1 已显示在地图上。</translation>
-    </message>
-    <message>
-        <source>%1 is on the map. %2</source>
-        <translation>%1 已显示在地图上。%2</translation>
-    </message>
-    <message>
-        <source>Models</source>
-        <translation>模型</translation>
-    </message>
-    <message>
-        <source>Load &amp;model…</source>
-        <translation>加载模型(&amp;M)…</translation>
-    </message>
-    <message>
-        <source>Load &amp;export of photogrammetry…</source>
-        <translation>加载摄影测量成果(&amp;E)…</translation>
-    </message>
-    <message>
-        <source>missing</source>
-        <translation>缺失</translation>
-    </message>
-    <message>
-        <source>loading, %1 %</source>
-        <translation>正在加载，%1 %</translation>
-    </message>
-    <message>
-        <source>whole</source>
-        <translation>完整</translation>
-    </message>
-    <message>
-        <source>with faults</source>
-        <translation>有缺陷</translation>
-    </message>
-    <message>
-        <source>Load again</source>
-        <translation>重新加载</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Load models</source>
-        <translation>加载模型</translation>
-    </message>
-    <message>
-        <source>Models (%1);;All files (*)</source>
-        <translation>模型 (%1);;所有文件 (*)</translation>
-    </message>
-    <message>
-        <source>Load the folder with metadata.xml</source>
-        <translation>加载含有 metadata.xml 的文件夹</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; has %2 MB, and is loaded as a whole. Load it all the same?</source>
-        <translation>“%1”有 %2 MB，将整体加载到内存。仍要加载吗？</translation>
-    </message>
-    <message>
-        <source>The height of the ground there is not known.</source>
-        <translation>该处的地面高程未知。</translation>
-    </message>
-</context>
-<context>
-    <name>ModelPlaceBox</name>
-    <message>
-        <source>Its &amp;zero stands at</source>
-        <translation>模型原点位于(&amp;Z)</translation>
-    </message>
-    <message>
-        <source>Its coordinates are those of a &amp;system</source>
-        <translation>坐标属于某个坐标系(&amp;S)</translation>
-    </message>
-    <message>
-        <source>Where does the model stand?</source>
-        <translation>模型位于何处？</translation>
-    </message>
-    <message>
-        <source>%1 does not tell where it stands.</source>
-        <translation>%1 没有说明其位置。</translation>
-    </message>
-    <message>
-        <source>%1 says that it stands in %2.</source>
-        <translation>%1 说明其坐标系为 %2。</translation>
-    </message>
-    <message>
-        <source>latitude, longitude, or as the read-out has them</source>
-        <translation>纬度, 经度，或与坐标显示相同的写法</translation>
-    </message>
-    <message>
-        <source>&amp;Middle of the view</source>
-        <translation>视图中心(&amp;M)</translation>
-    </message>
-    <message>
-        <source>Place</source>
-        <translation>位置</translation>
-    </message>
-    <message>
-        <source>Height there, m</source>
-        <translation>该处高程 (m)</translation>
-    </message>
-    <message>
-        <source>Added to x, the easting or longitude</source>
-        <translation>加到 x（东坐标或经度）上</translation>
-    </message>
-    <message>
-        <source>Added to y, the northing or latitude</source>
-        <translation>加到 y（北坐标或纬度）上</translation>
-    </message>
-    <message>
-        <source>Added to z, the height</source>
-        <translation>加到 z（高程）上</translation>
-    </message>
-    <message>
-        <source>System</source>
-        <translation>坐标系</translation>
-    </message>
-    <message>
-        <source>Origin x, y, z</source>
-        <translation>原点 x, y, z</translation>
-    </message>
-    <message>
-        <source>as the system says, else the ellipsoid</source>
-        <translation>按坐标系，否则为椭球面</translation>
-    </message>
-    <message>
-        <source>the sea</source>
-        <translation>海平面</translation>
-    </message>
-    <message>
-        <source>the ellipsoid</source>
-        <translation>椭球面</translation>
-    </message>
-    <message>
-        <source>z, as in surveys</source>
-        <translation>z（测绘惯例）</translation>
-    </message>
-    <message>
-        <source>y, as in glTF</source>
-        <translation>y（glTF 惯例）</translation>
-    </message>
-    <message>
-        <source>Heights from</source>
-        <translation>高程起算面</translation>
-    </message>
-    <message>
-        <source>Axis that points up</source>
-        <translation>朝上的轴</translation>
-    </message>
-    <message>
-        <source>Type a place, or take the middle of the view.</source>
-        <translation>请输入位置，或取视图中心。</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is no place.</source>
-        <translation>“%1”不是位置。</translation>
-    </message>
-    <message>
-        <source>for example EPSG:32650</source>
-        <translation>例如 EPSG:32650</translation>
-    </message>
-    <message>
-        <source>Type a coordinate system.</source>
-        <translation>请输入坐标系。</translation>
-    </message>
-    <message>
-        <source>Metres to the east, north and up of there.</source>
-        <translation>以该处为原点，向东、向北、向上的米数。</translation>
-    </message>
-    <message>
-        <source>The origin lies within the system.</source>
-        <translation>原点在坐标系范围内。</translation>
-    </message>
-</context>
-<context>
-    <name>ModelsKept</name>
-    <message>
-        <source>Models of the project that cannot be read and are left out: %1</source>
-        <translation>项目中无法读取而被略去的模型：%1</translation>
-    </message>
-</context>
-<context>
-    <name>OfflineBox</name>
-    <message>
-        <source>%1 GB</source>
-        <translation>%1 GB</translation>
-    </message>
-    <message>
-        <source>%1 MB</source>
-        <translation>%1 MB</translation>
-    </message>
-    <message>
-        <source>&amp;Estimate size</source>
-        <translation>估算大小(&amp;E)</translation>
-    </message>
-    <message>
-        <source>Save area for use without network</source>
-        <translation>保存区域以便无网络使用</translation>
-    </message>
-    <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>{z} level, {x} column, {y} row from the north, {-y} row from the south, {s} one of the hosts a, b, c. The service has to be in Web Mercator.</source>
-        <translation>{z} 级别，{x} 列，{y} 自北向南的行，{-y} 自南向北的行，{s} 主机 a、b、c 之一。服务必须采用 Web 墨卡托投影。</translation>
-    </message>
-    <message>
-        <source>Whose pictures they are; kept in the file</source>
-        <translation>图片的版权说明；保存在文件中</translation>
-    </message>
-    <message>
-        <source>Ser&amp;vice</source>
-        <translation>服务(&amp;V)</translation>
-    </message>
-    <message>
-        <source>&amp;Address</source>
-        <translation>地址(&amp;A)</translation>
-    </message>
-    <message>
-        <source>A&amp;ttribution</source>
-        <translation>版权说明(&amp;T)</translation>
-    </message>
-    <message>
-        <source>Margin around the block</source>
-        <translation>区块周围的边距</translation>
-    </message>
-    <message>
-        <source>west,south,east,north in degrees</source>
-        <translation>西,南,东,北（度）</translation>
-    </message>
-    <message>
-        <source>What the &amp;map shows</source>
-        <translation>地图当前显示的范围(&amp;M)</translation>
-    </message>
-    <message>
-        <source>The &amp;block in hand, and around it</source>
-        <translation>当前区块及其周围(&amp;B)</translation>
-    </message>
-    <message>
-        <source>&amp;Rectangle</source>
-        <translation>矩形(&amp;R)</translation>
-    </message>
-    <message>
-        <source>Area</source>
-        <translation>区域</translation>
-    </message>
-    <message>
-        <source>Coarsest level</source>
-        <translation>最粗级别</translation>
-    </message>
-    <message>
-        <source>Finest level</source>
-        <translation>最细级别</translation>
-    </message>
-    <message>
-        <source>to</source>
-        <translation>至</translation>
-    </message>
-    <message>
-        <source>&amp;Levels</source>
-        <translation>级别(&amp;L)</translation>
-    </message>
-    <message>
-        <source>&amp;Choose...</source>
-        <translation>选择(&amp;C)...</translation>
-    </message>
-    <message>
-        <source>&amp;File</source>
-        <translation>文件(&amp;F)</translation>
-    </message>
-    <message>
-        <source>Whether tiles may be saved is in the terms of use of the service; many forbid it.</source>
-        <translation>是否允许保存瓦片，请查看服务的使用条款；许多服务禁止保存。</translation>
-    </message>
-    <message>
-        <source>Another one</source>
-        <translation>其他</translation>
-    </message>
-    <message>
-        <source>area</source>
-        <translation>区域</translation>
-    </message>
-    <message>
-        <source>Tiles (*.mbtiles)</source>
-        <translation>瓦片 (*.mbtiles)</translation>
-    </message>
-    <message>
-        <source>The map shows no ground now.</source>
-        <translation>地图当前未显示地面。</translation>
-    </message>
-    <message>
-        <source>No block is in hand: click one on the map or in the list.</source>
-        <translation>没有当前区块：请在地图或列表中单击一个。</translation>
-    </message>
-    <message>
-        <source>A rectangle is west,south,east,north in degrees, as in -105.3,37.2,-104.8,37.6.</source>
-        <translation>矩形为以度表示的 西,南,东,北，例如 -105.3,37.2,-104.8,37.6。</translation>
-    </message>
-    <message>
-        <source>The file needs a folder.</source>
-        <translation>文件需要指定文件夹。</translation>
-    </message>
-    <message>
-        <source>There is no folder &quot;%1&quot;.</source>
-        <translation>没有文件夹“%1”。</translation>
-    </message>
-    <message>
-        <source>a pixel of the finest is %1</source>
-        <translation>最细级别的像素为 %1</translation>
-    </message>
-    <message>
-        <source>%1 tiles</source>
-        <translation>%1 个瓦片</translation>
-    </message>
-    <message>
-        <source>, about %1</source>
-        <translation>，约 %1</translation>
-    </message>
-    <message>
-        <source>; %1 are free</source>
-        <translation>；可用空间 %1</translation>
-    </message>
-    <message>
-        <source>The file has %1 tiles already; it is gone on with.</source>
-        <translation>文件中已有 %1 个瓦片；将继续下载。</translation>
-    </message>
-    <message>
-        <source>A few tiles are asked for...</source>
-        <translation>正在请求少量瓦片...</translation>
-    </message>
-    <message>
-        <source>These are %1 tiles, which take long and burden the service. A level less has a quarter of them. Do you want to fetch them all?</source>
-        <translation>共 %1 个瓦片，下载时间长并给服务带来负担。少一级约为其四分之一。是否全部下载？</translation>
-    </message>
-    <message>
-        <source>Fetch</source>
-        <translation>下载</translation>
-    </message>
-    <message>
-        <source>Looking at what is there...</source>
-        <translation>正在查看已有内容...</translation>
-    </message>
-    <message>
-        <source>Saving of %1 goes on; the same menu entry shows how far it is.</source>
-        <translation>%1 继续保存；同一菜单项可查看进度。</translation>
-    </message>
-    <message>
-        <source>Stop</source>
-        <translation>停止</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>关闭</translation>
-    </message>
-    <message>
-        <source>Level %1: %2 of %3 tiles, %4 fetched</source>
-        <translation>级别 %1：%3 个瓦片中的 %2 个，已下载 %4</translation>
-    </message>
-    <message>
-        <source>%1 could not be had: %2</source>
-        <translation>%1 个无法获取：%2</translation>
-    </message>
-    <message>
-        <source>Waiting for %1 s: %2</source>
-        <translation>等待 %1 秒：%2</translation>
-    </message>
-    <message>
-        <source>%1: %2 of %3 tiles are saved.</source>
-        <translation>%1：已保存 %3 个瓦片中的 %2 个。</translation>
-    </message>
-    <message>
-        <source>The service has no more: %1 are missing.</source>
-        <translation>服务没有更多瓦片：缺失 %1 个。</translation>
-    </message>
-</context>
-<context>
-    <name>OfflineAreas</name>
-    <message>
-        <source>Save area for use without &amp;network...</source>
-        <translation>保存区域以便无网络使用(&amp;N)...</translation>
-    </message>
-    <message>
-        <source>Areas saved for use without network are not there: %1</source>
-        <translation>为无网络使用保存的区域不存在：%1</translation>
-    </message>
-    <message>
-        <source>%1 is shown on the map, with or without a network.</source>
-        <translation>%1 已显示在地图上，有无网络均可。</translation>
     </message>
 </context>
 <context>
@@ -7104,6 +6898,216 @@ Heights are above the ellipsoid.</source>
     <message>
         <source>%1 pictures, which is the most; they are farther apart than asked</source>
         <translation>%1 张图片，已达上限；间距大于所设值</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineBox</name>
+    <message>
+        <source>%1 GB</source>
+        <translation>%1 GB</translation>
+    </message>
+    <message>
+        <source>%1 MB</source>
+        <translation>%1 MB</translation>
+    </message>
+    <message>
+        <source>&amp;Estimate size</source>
+        <translation>估算大小(&amp;E)</translation>
+    </message>
+    <message>
+        <source>Save area for use without network</source>
+        <translation>保存区域以便无网络使用</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>{z} level, {x} column, {y} row from the north, {-y} row from the south, {s} one of the hosts a, b, c. The service has to be in Web Mercator.</source>
+        <translation>{z} 级别，{x} 列，{y} 自北向南的行，{-y} 自南向北的行，{s} 主机 a、b、c 之一。服务必须采用 Web 墨卡托投影。</translation>
+    </message>
+    <message>
+        <source>Whose pictures they are; kept in the file</source>
+        <translation>图片的版权说明；保存在文件中</translation>
+    </message>
+    <message>
+        <source>Ser&amp;vice</source>
+        <translation>服务(&amp;V)</translation>
+    </message>
+    <message>
+        <source>&amp;Address</source>
+        <translation>地址(&amp;A)</translation>
+    </message>
+    <message>
+        <source>A&amp;ttribution</source>
+        <translation>版权说明(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Margin around the block</source>
+        <translation>测区周围的边距</translation>
+    </message>
+    <message>
+        <source>west,south,east,north in degrees</source>
+        <translation>西,南,东,北（度）</translation>
+    </message>
+    <message>
+        <source>What the &amp;map shows</source>
+        <translation>地图当前显示的范围(&amp;M)</translation>
+    </message>
+    <message>
+        <source>The &amp;block in hand, and around it</source>
+        <translation>当前测区及其周围(&amp;B)</translation>
+    </message>
+    <message>
+        <source>&amp;Rectangle</source>
+        <translation>矩形(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Area</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Coarsest level</source>
+        <translation>最粗级别</translation>
+    </message>
+    <message>
+        <source>Finest level</source>
+        <translation>最细级别</translation>
+    </message>
+    <message>
+        <source>to</source>
+        <translation>至</translation>
+    </message>
+    <message>
+        <source>&amp;Levels</source>
+        <translation>级别(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Choose...</source>
+        <translation>选择(&amp;C)...</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>Whether tiles may be saved is in the terms of use of the service; many forbid it.</source>
+        <translation>是否允许保存瓦片，请查看服务的使用条款；许多服务禁止保存。</translation>
+    </message>
+    <message>
+        <source>Another one</source>
+        <translation>其他</translation>
+    </message>
+    <message>
+        <source>area</source>
+        <translation>区域</translation>
+    </message>
+    <message>
+        <source>Tiles (*.mbtiles)</source>
+        <translation>瓦片 (*.mbtiles)</translation>
+    </message>
+    <message>
+        <source>The map shows no ground now.</source>
+        <translation>地图当前未显示地面。</translation>
+    </message>
+    <message>
+        <source>No block is in hand: click one on the map or in the list.</source>
+        <translation>没有当前测区：请在地图或列表中单击一个。</translation>
+    </message>
+    <message>
+        <source>A rectangle is west,south,east,north in degrees, as in -105.3,37.2,-104.8,37.6.</source>
+        <translation>矩形为以度表示的 西,南,东,北，例如 -105.3,37.2,-104.8,37.6。</translation>
+    </message>
+    <message>
+        <source>The file needs a folder.</source>
+        <translation>文件需要指定文件夹。</translation>
+    </message>
+    <message>
+        <source>There is no folder &quot;%1&quot;.</source>
+        <translation>没有文件夹“%1”。</translation>
+    </message>
+    <message>
+        <source>a pixel of the finest is %1</source>
+        <translation>最细级别的像素为 %1</translation>
+    </message>
+    <message>
+        <source>%1 tiles</source>
+        <translation>%1 个瓦片</translation>
+    </message>
+    <message>
+        <source>, about %1</source>
+        <translation>，约 %1</translation>
+    </message>
+    <message>
+        <source>; %1 are free</source>
+        <translation>；可用空间 %1</translation>
+    </message>
+    <message>
+        <source>The file has %1 tiles already; it is gone on with.</source>
+        <translation>文件中已有 %1 个瓦片；将继续下载。</translation>
+    </message>
+    <message>
+        <source>A few tiles are asked for...</source>
+        <translation>正在请求少量瓦片...</translation>
+    </message>
+    <message>
+        <source>These are %1 tiles, which take long and burden the service. A level less has a quarter of them. Do you want to fetch them all?</source>
+        <translation>共 %1 个瓦片，下载时间长并给服务带来负担。少一级约为其四分之一。是否全部下载？</translation>
+    </message>
+    <message>
+        <source>Fetch</source>
+        <translation>下载</translation>
+    </message>
+    <message>
+        <source>Looking at what is there...</source>
+        <translation>正在查看已有内容...</translation>
+    </message>
+    <message>
+        <source>Saving of %1 goes on; the same menu entry shows how far it is.</source>
+        <translation>%1 继续保存；同一菜单项可查看进度。</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Level %1: %2 of %3 tiles, %4 fetched</source>
+        <translation>级别 %1：%3 个瓦片中的 %2 个，已下载 %4</translation>
+    </message>
+    <message>
+        <source>%1 could not be had: %2</source>
+        <translation>%1 个无法获取：%2</translation>
+    </message>
+    <message>
+        <source>Waiting for %1 s: %2</source>
+        <translation>等待 %1 秒：%2</translation>
+    </message>
+    <message>
+        <source>%1: %2 of %3 tiles are saved.</source>
+        <translation>%1：已保存 %3 个瓦片中的 %2 个。</translation>
+    </message>
+    <message>
+        <source>The service has no more: %1 are missing.</source>
+        <translation>服务没有更多瓦片：缺失 %1 个。</translation>
+    </message>
+</context>
+<context>
+    <name>OfflineAreas</name>
+    <message>
+        <source>Save area for use without &amp;network...</source>
+        <translation>保存区域以便无网络使用(&amp;N)...</translation>
+    </message>
+    <message>
+        <source>Areas saved for use without network are not there: %1</source>
+        <translation>为无网络使用保存的区域不存在：%1</translation>
+    </message>
+    <message>
+        <source>%1 is shown on the map, with or without a network.</source>
+        <translation>%1 已显示在地图上，有无网络均可。</translation>
     </message>
 </context>
 </TS>
