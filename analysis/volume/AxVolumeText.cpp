@@ -75,6 +75,7 @@ double StepOf(const AxVolume& volume)
 std::vector<AxGeoRaster::Class> ClassesOf(const AxVolume& volume)
 {
     std::vector<AxGeoRaster::Class> classes;
+    classes.reserve(2 * stepsOfPicture + 1);
     const double step = StepOf(volume);
     const auto name = [step](const QString& text, int number) {
         return text.arg(QString::number(number * step, 'g', 6), QString::number((number + 1) * step, 'g', 6));

@@ -4,6 +4,7 @@
 #include "host/files/SaveBox.h"
 #include "host/tasks/LimitedNumber.h"
 #include "host/volume/VolumeFile.h"
+#include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -232,6 +233,9 @@ void VolumePanel::ShowChosen()
     for (QPushButton* button : qAsConst(ofChosen))
         button->setEnabled(!chosen.isEmpty());
     exportButton->setEnabled(chosen.size() == 1);
+    // Two lists choose what stands out on the map: the one that is used counts.
+    if (viewer && list->hasFocus())
+        viewer->GetMeasurements()->SetHighlighted(chosen);
     ShowResult(Analysis() ? Analysis()->GetResult(chosen.value(0)) : AxVolumeResult());
 }
 

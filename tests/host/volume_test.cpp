@@ -1,0 +1,58 @@
+// The panel of volumes: another base without drawing again, and files.
+#include "analysis/AxVolumeAnalysis.h"
+#include "host/volume/VolumeFile.h"
+#include "host/volume/VolumePanel.h"
+#include "NamedChild.h"
+#include "SuiteViewer.h"
+
+#include <QComboBox>
+#include <QFile>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+
+class Volumes : public SuiteViewer
+{
+protected:
+    static AxVolumeAnalysis& Analysis() { return *viewer->GetVolumeAnalysis(); }
+};
+
+TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
+{
+    VolumePanel panel(viewer);
+    auto* list = child<QTreeWidget>(panel, "VolumeList");
+    auto* base = child<QComboBox>(panel, "VolumeBase");
+    QSignalSpy wanted(&panel, &VolumePanel::Wanted);
+    AxVolumeQuestion question;
+    question.ring = {{-105.01, 37.37}, {-104.98, 37.37}, {-104.98, 37.39}, {-105.01, 37.39}};
+    question.cell = 50.0;
+    ASSERT_TRUE(Analysis().Ask("one", "Volume 1", question));
+    EXPECT_EQ(wanted.count(), 1);
+    const auto answered = [] { return !Analysis().GetResult("one").isPending; };
+    ASSERT_TRUE(QTest::qWaitFor(answered, 20000));
+    ASSERT_EQ(list->topLevelItemCount(), 1);
+    const QString cut = list->topLevelItem(0)->text(1);
+    EXPECT_TRUE(cut.contains(QString::fromUtf8("m³"))) << qPrintable(cut);
+    base->setCurrentIndex(base->findData(static_cast<int>(AxVolumeBase::LowestOfRim)));
+    child<QPushButton>(panel, "VolumeCompute")->click();
+    ASSERT_TRUE(QTest::qWaitFor(answered, 20000));
+    EXPECT_NE(list->topLevelItem(0)->text(1), cut);
+    list->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+    EXPECT_FALSE(Analysis().GetResult("one").isVisible);
+
+    const AxVolume& volume = *Analysis().GetResult("one").volume;
+    const QTemporaryDir folder;
+    const QString picture = folder.filePath("v.tif"), table = folder.filePath("v.csv");
+    EXPECT_EQ(WriteVolumeFile(picture, volume, false), QString());
+    EXPECT_EQ(WriteVolumeFile(table, volume, true), QString());
+    for (const bool isTable : {false, true})
+        EXPECT_TRUE(WriteVolumeFile(folder.filePath("none/v"), volume, isTable).contains("none"));
+    QFile rows(table);
+    ASSERT_TRUE(rows.open(QIODevice::ReadOnly));
+    EXPECT_GT(rows.readAll().count('\n'), 1000);
+
+    child<QPushButton>(panel, "VolumeRemove")->click();
+    EXPECT_EQ(list->topLevelItemCount(), 0);
+    EXPECT_TRUE(Analysis().GetResults().isEmpty());
+}
