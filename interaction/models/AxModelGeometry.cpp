@@ -1,4 +1,6 @@
 #include "interaction/models/AxModelGeometry.h"
+#include "interaction/models/AxModelMerge.h"
+#include "interaction/models/AxModelSplit.h"
 
 #include <osg/Geometry>
 #include <osg/Material>
@@ -9,7 +11,6 @@
 #include <osg/Transform>
 #include <osg/TriangleIndexFunctor>
 #include <osgDB/Options>
-#include <osgUtil/Optimizer>
 #include <osgUtil/SmoothingVisitor>
 
 #include <cmath>
@@ -21,6 +22,8 @@ namespace {
 constexpr std::size_t mostNodes = 4000;
 // From here on single precision has coarser steps than a millimetre.
 constexpr double farFromZero = 10000.0;
+// A state looks through all its users whenever one goes.
+constexpr unsigned mostUsersOfState = 1000;
 const osg::Vec4 plainColour(0.75f, 0.75f, 0.75f, 1.0f);
 const osg::Vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
 
@@ -145,23 +148,29 @@ public:
     qint64 lost = 0;
 
 private:
-    // The optimizer, too, puts together only what says so, its states among it.
     static void KeepStatic(osg::Node& node)
     {
         node.setDataVariance(osg::Object::STATIC);
         if (node.getStateSet())
             node.getStateSet()->setDataVariance(osg::Object::STATIC);
     }
-    static void Shade(osg::Geometry& geometry)
+    void Shade(osg::Geometry& geometry)
     {
         if (!geometry.getNormalArray() && geometry.getVertexArray() && geometry.getNumPrimitiveSets() > 0)
             osgUtil::SmoothingVisitor::smooth(geometry);
-        if (geometry.getNormalArray())
-            geometry.getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::ON);
+        if (!geometry.getNormalArray())
+            return;
+        if (!geometry.getStateSet()) {
+            if (lit->getNumParents() >= mostUsersOfState)
+                lit = new osg::StateSet;
+            geometry.setStateSet(lit);
+        }
+        geometry.getStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::ON);
     }
 
     osg::ref_ptr<osgDB::Options> options;
     std::set<const osg::Geometry*> seen;
+    osg::ref_ptr<osg::StateSet> lit = new osg::StateSet; ///< of all that have none of their own
     bool isPictured = false;
 };
 
@@ -203,6 +212,20 @@ struct Census : osg::NodeVisitor
     std::vector<osg::Geometry*> geometries; ///< each once
     std::set<const osg::Drawable*> found;
 };
+
+void MoveBy(const std::vector<osg::Geometry*>& geometries, const osg::Vec3d& center)
+{
+    std::set<const osg::Array*> moved;
+    for (osg::Geometry* geometry : geometries) {
+        auto* vertices = dynamic_cast<osg::Vec3Array*>(geometry->getVertexArray());
+        if (!vertices || !moved.insert(vertices).second)
+            continue;
+        for (osg::Vec3& vertex : *vertices)
+            vertex = osg::Vec3d(vertex) - center;
+        vertices->dirty();
+        geometry->dirtyBound();
+    }
+}
 } // namespace
 
 qint64 AxPrepareModel(osg::Node& model, osgDB::Options* options)
@@ -218,33 +241,18 @@ osg::Vec3d AxGatherModel(osg::ref_ptr<osg::Node>& model)
     model->accept(before);
     if (before.paged > 0)
         return {};
-    if (before.nodes > mostNodes) {
-        using osgUtil::Optimizer;
-        osg::ref_ptr<osg::Group> above = new osg::Group;
-        above->addChild(model);
-        Optimizer optimizer;
-        optimizer.optimize(above, Optimizer::SHARE_DUPLICATE_STATE |
-                                      Optimizer::FLATTEN_STATIC_TRANSFORMS_DUPLICATING_SHARED_SUBGRAPHS |
-                                      Optimizer::REMOVE_REDUNDANT_NODES | Optimizer::MERGE_GEODES |
-                                      Optimizer::MERGE_GEOMETRY);
-        model = above;
-    }
+    if (before.nodes > mostNodes)
+        model = AxMergeModel(*model);
     Census census;
     model->accept(census);
     const osg::BoundingSphere bound = model->getBound();
-    const osg::Vec3d center = bound.center();
+    osg::Vec3d center = bound.center();
     if (census.transforms > 0 || !bound.valid() || center.length() < farFromZero)
-        return {};
-    std::set<const osg::Array*> moved;
-    for (osg::Geometry* geometry : census.geometries) {
-        auto* vertices = dynamic_cast<osg::Vec3Array*>(geometry->getVertexArray());
-        if (!vertices || !moved.insert(vertices).second)
-            continue;
-        for (osg::Vec3& vertex : *vertices)
-            vertex = osg::Vec3d(vertex) - center;
-        vertices->dirty();
-        geometry->dirtyBound();
-    }
+        center = osg::Vec3d();
+    else
+        MoveBy(census.geometries, center);
+    for (osg::Geometry* geometry : census.geometries)
+        AxSplitGeometry(*geometry);
     return center;
 }
 

@@ -16,9 +16,10 @@ class Options;
 /// into buffers. How many triangles went. Any thread; the model is nobody else's yet.
 AXEARTHVIEWER_EXPORT qint64 AxPrepareModel(osg::Node& model, osgDB::Options* options);
 
-/// Puts together what is drawn alike, where a model has so many nodes that to look at each would cost more
-/// than to draw them; and moves vertices that are far from their zero, as those with map coordinates are, to
-/// around it: what they were moved by is given back. Not of models with paged parts. As above.
+/// Makes a model that is held as a whole quick to look at: what is drawn alike is put together where there
+/// are thousands of nodes, large geometries are split in space (AxModelSplit.h), and vertices that are far
+/// from their zero, as those with map coordinates are, are moved to around it: what they were moved by is
+/// given back. Nothing for models with paged parts. As above.
 AXEARTHVIEWER_EXPORT osg::Vec3d AxGatherModel(osg::ref_ptr<osg::Node>& model);
 
 /// Whether there is anything to draw below a node, or anything that is still to be read.

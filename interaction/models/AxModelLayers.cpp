@@ -12,6 +12,8 @@
 
 #include <osg/ComputeBoundsVisitor>
 #include <osg/CoordinateSystemNode>
+#include <osg/LightModel>
+#include <osg/LightSource>
 #include <osg/Material>
 #include <osg/MatrixTransform>
 #include <osg/PagedLOD>
@@ -36,15 +38,29 @@ constexpr float leastPixels = 2.0f;
 const osg::Matrixd thirdAxisUp(1.0, 0.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, -1.0, 0.0, 0.0, 0.0, 0.0, 0.0,
                                1.0);
 
-void DrawWithoutLight(osg::Group& group)
+// Pictures of photogrammetry have the sun in them. What has none gets shades from a light at the camera, by
+// night as well, when the sky's own is below the horizon.
+void SetUpLight(osg::Group& group)
 {
+    constexpr int ofModels = 1;
     osg::StateSet* state = group.getOrCreateStateSet();
-    // Pictures of photogrammetry have the sun in them.
     state->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state->setMode(GL_LIGHT0, osg::StateAttribute::OFF);
+    state->setMode(GL_LIGHT0 + ofModels, osg::StateAttribute::ON);
     state->setMode(GL_NORMALIZE, osg::StateAttribute::ON);
     osg::ref_ptr<osg::Material> material = new osg::Material;
     material->setColorMode(osg::Material::AMBIENT_AND_DIFFUSE);
     state->setAttributeAndModes(material);
+    osg::ref_ptr<osg::LightModel> bothSides = new osg::LightModel;
+    bothSides->setTwoSided(true);
+    state->setAttributeAndModes(bothSides);
+    osg::ref_ptr<osg::LightSource> source = new osg::LightSource;
+    source->setReferenceFrame(osg::LightSource::ABSOLUTE_RF);
+    source->getLight()->setLightNum(ofModels);
+    source->getLight()->setPosition({0.3f, 0.6f, 1.0f, 0.0f});
+    source->getLight()->setAmbient({0.3f, 0.3f, 0.3f, 1.0f});
+    source->getLight()->setDiffuse({0.75f, 0.75f, 0.75f, 1.0f});
+    group.addChild(source);
 }
 } // namespace
 
@@ -278,7 +294,7 @@ void AxModelLayers::hang(Layer& layer)
         }
         group = new osg::Group;
         group->setName("ModelLayer");
-        DrawWithoutLight(*group);
+        SetUpLight(*group);
         root->addChild(group);
     }
     layer.node = new osg::MatrixTransform;

@@ -2,6 +2,7 @@
 #include "interaction/models/AxModelGeometry.h"
 #include "interaction/models/AxModelPlacement.h"
 #include "interaction/models/AxModelSource.h"
+#include "MadeUpExport.h"
 #include "scene/base/AxGlobePoint.h"
 
 #include <GeographicLib/LocalCartesian.hpp>
@@ -150,4 +151,24 @@ TEST(ModelGeometry, ManyNodesArePutTogetherAndFarOnesMoved)
     model->accept(left);
     EXPECT_LT(left.nodes, 1000);
     EXPECT_EQ(left.vertices, 3u * count);
+}
+
+TEST(ModelGeometry, LargeSurfacesAreSplitInSpaceAndLoseNothing)
+{
+    MadeUpExport made;
+    constexpr int cells = 200;
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    geode->addDrawable(made.Surface(0.0, 0.0, cells, MadeUpExport::Picture()));
+    osg::ref_ptr<osg::Node> model = geode;
+    AxPrepareModel(*model, nullptr);
+    AxGatherModel(model);
+    ASSERT_GE(geode->getNumDrawables(), 4u);
+    unsigned triangles = 0;
+    for (unsigned i = 0; i < geode->getNumDrawables(); ++i) {
+        const osg::Geometry& part = *geode->getDrawable(i)->asGeometry();
+        triangles += part.getPrimitiveSet(0)->getNumIndices() / 3;
+        EXPECT_LT(part.getBoundingBox().radius(), 50.0f) << "the whole has 71";
+        EXPECT_EQ(part.getVertexArray(), geode->getDrawable(0)->asGeometry()->getVertexArray());
+    }
+    EXPECT_EQ(triangles, 2u * cells * cells);
 }

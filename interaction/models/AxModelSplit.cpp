@@ -1,0 +1,104 @@
+#include "interaction/models/AxModelSplit.h"
+
+#include <osg/Geometry>
+#include <osg/Group>
+#include <osg/TriangleIndexFunctor>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace {
+// A pick of so many takes a fraction of a millisecond; fewer make more to look at in each frame.
+constexpr std::size_t mostTriangles = 20000;
+
+using Triangle = std::array<unsigned, 3>;
+
+struct TriangleList
+{
+    void operator()(unsigned a, unsigned b, unsigned c) { triangles.push_back({a, b, c}); }
+    std::vector<Triangle> triangles;
+};
+
+// The arrays are those of all parts, so a box around them would be that of the whole.
+struct FixedBox : osg::Drawable::ComputeBoundingBoxCallback
+{
+    explicit FixedBox(const osg::BoundingBox& around) : box(around) {}
+    osg::BoundingBox computeBound(const osg::Drawable&) const override { return box; }
+    const osg::BoundingBox box;
+};
+
+struct Splitter
+{
+    osg::Geometry& whole;
+    const osg::Vec3Array& vertices;
+    std::vector<osg::ref_ptr<osg::Geometry>> parts;
+
+    osg::Vec3 Middle(const Triangle& triangle) const
+    {
+        return (vertices[triangle[0]] + vertices[triangle[1]] + vertices[triangle[2]]) / 3.0f;
+    }
+
+    void Split(std::vector<Triangle>::iterator begin, std::vector<Triangle>::iterator end)
+    {
+        osg::BoundingBox middles;
+        for (auto triangle = begin; triangle != end; ++triangle)
+            middles.expandBy(Middle(*triangle));
+        const auto count = end - begin;
+        const osg::Vec3 size = middles._max - middles._min;
+        const int axis = static_cast<int>(std::max_element(size.ptr(), size.ptr() + 3) - size.ptr());
+        if (static_cast<std::size_t>(count) <= mostTriangles || !(size[axis] > 0.0f))
+            return Keep(begin, end);
+        const auto half = begin + count / 2;
+        std::nth_element(begin, half, end, [this, axis](const Triangle& a, const Triangle& b) {
+            return Middle(a)[axis] < Middle(b)[axis];
+        });
+        Split(begin, half);
+        Split(half, end);
+    }
+
+private:
+    void Keep(std::vector<Triangle>::iterator begin, std::vector<Triangle>::iterator end)
+    {
+        osg::BoundingBox box;
+        osg::ref_ptr<osg::DrawElementsUInt> indices = new osg::DrawElementsUInt(GL_TRIANGLES);
+        indices->reserve(static_cast<std::size_t>(3 * (end - begin)));
+        for (auto triangle = begin; triangle != end; ++triangle)
+            for (const unsigned corner : *triangle) {
+                indices->push_back(corner);
+                box.expandBy(vertices[corner]);
+            }
+        osg::ref_ptr<osg::Geometry> part = new osg::Geometry(whole, osg::CopyOp::SHALLOW_COPY);
+        part->removePrimitiveSet(0, part->getNumPrimitiveSets());
+        part->addPrimitiveSet(indices);
+        part->setComputeBoundingBoxCallback(new FixedBox(box));
+        parts.push_back(part);
+    }
+};
+
+bool IsOfVertices(const osg::Array* array)
+{
+    return !array || array->getBinding() == osg::Array::BIND_OVERALL ||
+           array->getBinding() == osg::Array::BIND_PER_VERTEX;
+}
+} // namespace
+
+void AxSplitGeometry(osg::Geometry& geometry)
+{
+    const auto* vertices = dynamic_cast<const osg::Vec3Array*>(geometry.getVertexArray());
+    if (!vertices || !IsOfVertices(geometry.getColorArray()) || !IsOfVertices(geometry.getNormalArray()))
+        return;
+    osg::TriangleIndexFunctor<TriangleList> list;
+    geometry.accept(list);
+    if (list.triangles.size() <= mostTriangles)
+        return;
+    Splitter splitter{geometry, *vertices, {}};
+    splitter.Split(list.triangles.begin(), list.triangles.end());
+    const osg::ref_ptr<osg::Geometry> kept(&geometry);
+    for (osg::Group* parent : osg::Node::ParentList(geometry.getParents())) {
+        for (const auto& part : splitter.parts)
+            parent->addChild(part);
+        parent->removeChild(&geometry);
+    }
+}
