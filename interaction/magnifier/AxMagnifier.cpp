@@ -128,6 +128,15 @@ void AxMagnifier::tell()
     emit changed();
 }
 
+// The bar, or whatever else lies over the lens, keeps its mouse.
+bool AxMagnifier::isUnder(const QPointF& place) const
+{
+    if (!isOpen || !Frame().contains(place))
+        return false;
+    const QGraphicsItem* top = map->itemAt(place.toPoint());
+    return !top || top == item;
+}
+
 bool AxMagnifier::press(const QPointF& place)
 {
     isTaken = true;
@@ -148,7 +157,7 @@ bool AxMagnifier::eventFilter(QObject* watched, QEvent* event)
         item->SetRoom(QRectF(QPointF(), MapSize()));
     } else if (type == QEvent::Wheel) {
         const auto* wheel = static_cast<QWheelEvent*>(event);
-        if (!isOpen || !Frame().contains(wheel->position()))
+        if (!isUnder(wheel->position()))
             return false;
         const QPoint turned = wheel->angleDelta();
         SetFactor(AxMagnifierRules::Turned(factor, turned.y() != 0 ? turned.y() : turned.x()));
@@ -157,15 +166,16 @@ bool AxMagnifier::eventFilter(QObject* watched, QEvent* event)
         const auto* mouse = static_cast<QMouseEvent*>(event);
         // A button that is held belongs to what it was pressed on.
         const bool isFirst = mouse->buttons() == mouse->button();
-        return isTaken ||
-               (isOpen && isFirst && Frame().contains(mouse->localPos()) && press(mouse->localPos()));
+        isTaken = isTaken && !isFirst;
+        return isTaken || (isFirst && isUnder(mouse->localPos()) && press(mouse->localPos()));
     } else if (type == QEvent::MouseMove) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
         if (grip && isTaken) {
             corner = AxMagnifierRules::Within(mouse->localPos() - *grip, size, MapSize());
-            tell();
+            tell(); // a listener may end the viewer
+            return true;
         }
-        return isTaken || (isOpen && mouse->buttons() == Qt::NoButton && Frame().contains(mouse->localPos()));
+        return isTaken || (mouse->buttons() == Qt::NoButton && isUnder(mouse->localPos()));
     } else if (type == QEvent::MouseButtonRelease && isTaken) {
         if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
             isTaken = false;

@@ -61,6 +61,7 @@ signals:
 
 private:
     std::optional<osg::Vec2d> middle() const;
+    bool isUnder(const QPointF& place) const;
     bool press(const QPointF& place);
     void tell();
 

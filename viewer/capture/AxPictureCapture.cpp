@@ -28,6 +28,7 @@ constexpr int usualMargin = 160;
 constexpr int framesToSettle = 2;
 // Shapes are laid on finer ground a little at a time; this long after the last tile, milliseconds.
 constexpr int timeToSettle = 120;
+constexpr int impatient = 10;
 // So long one step may take before events are looked at again, milliseconds.
 constexpr int stepTime = 40;
 // The tiles of a part, with those of the part before; others would be dropped and asked for in turns.
@@ -214,7 +215,9 @@ void AxPictureCapture::step()
         waiting = now;
         if (!isQuiet)
             sinceTile.start();
-        const bool isGivenUp = wait.elapsed() > patience && !isQuiet;
+        // A service that has failed once is not waited for so long with each part.
+        const bool isGivenUp =
+            !isQuiet && wait.elapsed() > (isDetailMissing ? patience / impatient : patience);
         const bool isSettled =
             quiet >= framesToSettle && (!sinceTile.isValid() || sinceTile.elapsed() > timeToSettle);
         if (!isSettled && !isGivenUp) {

@@ -98,7 +98,7 @@ signals:
     void progress(int percent, int picture);
     /// All were taken, or why not, for people.
     void finished(QString why);
-    /// By Cancel(), or because the viewer went.
+    /// By Cancel().
     void cancelled();
 
 private:
