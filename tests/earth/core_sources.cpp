@@ -4,6 +4,7 @@
 
 #include "LogCapture.h"
 #include "RasterMaker.h"
+#include "sources/RasterSource.h"
 
 #include <array>
 #include <atomic>
@@ -202,6 +203,36 @@ TEST(ImageSource, ZeroTo360DegreesIsTheSameWorld)
     EXPECT_NEAR(pixel(*layer, -90.0, 10.0, 5)[0], 135, 1);
     EXPECT_NEAR(pixel(*layer, -179.9, 10.0, 5)[0], 90, 1);
     EXPECT_EQ(pixel(*layer, -90.0, 10.0, 0)[3], 255);
+}
+
+// Pictures of terrain tiles are half a texel wider than the tile: the outermost tiles reach over 180 degrees.
+TEST(ImageSource, WebMercatorReachesToBothSidesOf180Degrees)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe;
+    recipe.width = recipe.height = 256;
+    recipe.srs = "EPSG:3857";
+    constexpr double rim = 20037508.342789244;
+    recipe.place = {-rim, 2.0 * rim / 256, 0, rim, 0, -2.0 * rim / 256};
+    recipe.value = [](int, int column, int) { return column < 128 ? 50.0 : 200.0; };
+    writeRaster(folder.path("p.tif"), recipe);
+    const auto layer = openImage(folder.path("p.tif"));
+    const SpatialReference* wgs84 = SpatialReference::get("wgs84");
+    const struct
+    {
+        GeoExtent extent;
+        int value;
+    } rows[] = {{GeoExtent(wgs84, -180.01, -10.0, -174.99, -5.0), 50},
+                {GeoExtent(wgs84, 174.99, -10.0, 180.01, -5.0), 200}};
+    for (const auto& row : rows) {
+        osg::ref_ptr<osg::Image> picture;
+        ASSERT_EQ(layer->getSource()->readImage(row.extent, 256, picture, nullptr),
+                  RasterSource::Answer::Data);
+        for (unsigned column : {1u, 128u, 254u}) {
+            EXPECT_EQ(picture->data(column, 128)[0], row.value) << column;
+            EXPECT_EQ(picture->data(column, 128)[3], 255) << column;
+        }
+    }
 }
 
 TEST(ImageSource, PictureWithoutOverviewsIsDecodedOnceForAllThreads)

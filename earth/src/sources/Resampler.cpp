@@ -1,5 +1,6 @@
 #include "sources/Resampler.h"
 
+#include "globe/Wgs84.h"
 #include "sources/RasterSource.h"
 
 #include <algorithm>
@@ -20,14 +21,17 @@ osg::Vec3d toRaster(const RasterGrid& grid, const osg::Vec3d& p)
     return {g[0] + g[1] * p.x() + g[2] * p.y(), g[3] + g[4] * p.x() + g[5] * p.y(), 0.0};
 }
 
-// Longitudes of the tile next to those of the raster: 190 for -170.
+// Longitudes of the tile next to those of the raster: 190 for -170. In the raster's own unit.
 double longitudeShift(const GeoExtent& geographic, const RasterGrid& grid)
 {
-    if (!grid.srs->isGeographic())
+    constexpr double mercatorTurn = 2.0 * 3.14159265358979323846 * wgs84::kEquatorialRadius;
+    const bool isMercator = grid.srs->isSphericalMercator();
+    if (!grid.srs->isGeographic() && !isMercator)
         return 0.0;
+    const double turn = isMercator ? mercatorTurn : 360.0;
     const double centre = grid.toSrs[0] + grid.toSrs[1] * grid.width / 2.0;
-    const double tile = geographic.west() + geographic.width() / 2.0;
-    return 360.0 * std::round((centre - tile) / 360.0);
+    const double tile = (geographic.west() + geographic.width() / 2.0) * turn / 360.0;
+    return turn * std::round((centre - tile) / turn);
 }
 } // namespace
 
