@@ -221,7 +221,8 @@ void AxSightAnalysis::take(Answer&& answer)
     else {
         AxDrawObserver(*one.node, scene, *answer.viewshed, one.result.name);
         one.layer = AxViewshedLayer(answer.picture, one.result.name);
-        one.layer->addCallback(new LayerWatch(*this, last));
+        if (one.layer)
+            one.layer->addCallback(new LayerWatch(*this, last));
     }
     shown += one;
     show(shown.last());
