@@ -14,6 +14,7 @@
 namespace {
 // More would change the mean of an area by centimetres.
 constexpr std::size_t mostCells = 10000;
+constexpr double finestCell = 1.0; // metres
 constexpr int lineSteps = 48;
 
 /// Across the antimeridian longitudes go on.
@@ -51,6 +52,7 @@ std::optional<double> AxMeanAltitude(const AxMeanAltitudeJob& job, const std::at
     if (job.isArea && job.vertices.size() > 2) {
         AxHeightsQuestion question;
         question.ring.assign(job.vertices.begin(), job.vertices.end());
+        question.cell = finestCell;
         question.mostCells = mostCells;
         const AxHeightGrid grid = AxHeightGridOf(question, job.map, [&isOff](double) { return !isOff; });
         if (isOff)

@@ -195,12 +195,15 @@ AxHeightGrid AxHeightGridOf(const AxHeightsQuestion& question, const osgEarth::M
         return {};
     Ground ground(map);
     AxHeightGrid grid;
-    grid.cellOfData = FinestIn(ring, ground) * MetresOfDegree();
+    // Looking for it reads the finest heights here and there, which a caller may have nothing of.
+    const bool isCellGiven = question.cell > 0.0;
+    if (!isCellGiven)
+        grid.cellOfData = FinestIn(ring, ground) * MetresOfDegree();
     if (!LayOut(grid, ring, question))
         return {};
     // Means of the data are read where its own samples would be passed over.
     constexpr double coarser = 1.5;
-    const double resolution = grid.cell > coarser * grid.cellOfData ? grid.stepLat : 0.0;
+    const double resolution = isCellGiven || grid.cell > coarser * grid.cellOfData ? grid.stepLat : 0.0;
     grid.heights.assign(static_cast<std::size_t>(grid.columns) * static_cast<std::size_t>(grid.rows),
                         std::numeric_limits<float>::quiet_NaN());
     Sum sum(grid);

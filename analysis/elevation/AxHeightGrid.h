@@ -32,14 +32,15 @@ struct AXEARTHVIEWER_EXPORT AxHeightGrid
     double stepLat = 0.0; ///< of a cell, degrees
     int columns = 0;
     int rows = 0;
-    double cell = 0.0;       ///< side of a cell, metres
-    double cellOfData = 0.0; ///< distance of the finest heights that the map has in the area, metres; 0: none
-    /// Of the cells' middles, row by row from the south-west, metres above the ellipsoid; NaN outside the
-    /// area and where none is known.
+    double cell = 0.0; ///< side of a cell, metres
+    /// Distance of the finest heights that the map has in the area, metres; 0: none, or the cell was given.
+    double cellOfData = 0.0;
+    /// Of the cells' middles, row by row from the south-west, metres as the map's data count them
+    /// (CAxEarthViewer::AreMapHeightsAboveEllipsoid()); NaN outside the area and where none is known.
     std::vector<float> heights;
     std::size_t inside = 0; ///< how many cells have their middle in the area
     std::size_t known = 0;  ///< how many of these have a height
-    /// Of the known ones, metres above the ellipsoid; the mean is that of the ground's area. 0 for none.
+    /// Of the known ones, metres likewise; the mean is that of the ground's area. 0 for none.
     double lowest = 0.0;
     double highest = 0.0;
     double mean = 0.0;

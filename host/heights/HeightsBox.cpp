@@ -87,29 +87,30 @@ void HeightsBox::ShowOf(CAxEarthViewer* earthViewer, const QString& blockID, QWi
     if (grid->known == 0)
         TellOfHeights(window, tr("No height of the ground is known below \"%1\".").arg(name));
     else
-        HeightsBox(grid, name, viewer->GetCoordinateSystem(), window).exec();
+        HeightsBox(grid, name, viewer->GetCoordinateSystem(), viewer->AreMapHeightsAboveEllipsoid(), window)
+            .exec();
 }
 
 HeightsBox::HeightsBox(AxHeightGridPointer grid, QString name, const AxCoordinateSystem& system,
-                       QWidget* window)
-    : CAxBaseDialog(window), heights(std::move(grid)), block(std::move(name))
+                       bool aboveEllipsoid, QWidget* window)
+    : CAxBaseDialog(window), heights(std::move(grid)), block(std::move(name)),
+      isAboveEllipsoid(aboveEllipsoid)
 {
     SetWindowTitle(tr("Heights of %1").arg(block));
     SetBtnOKText(tr("Export..."));
     SetBtnCancelText(tr("Close"));
-    auto* text = new QPlainTextEdit(Report(*heights, system), this);
+    auto* text = new QPlainTextEdit(Report(*heights, system, isAboveEllipsoid), this);
     text->setObjectName(QStringLiteral("heights"));
     text->setReadOnly(true);
-    text->setLineWrapMode(QPlainTextEdit::NoWrap);
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     const QFontMetrics metrics(text->font());
     constexpr int letters = 64;
-    constexpr int lines = 9;
+    constexpr int lines = 10;
     text->setMinimumSize(letters * metrics.averageCharWidth(), lines * metrics.lineSpacing());
     ContentLayout()->addWidget(text);
 }
 
-QString HeightsBox::Report(const AxHeightGrid& grid, const AxCoordinateSystem& system)
+QString HeightsBox::Report(const AxHeightGrid& grid, const AxCoordinateSystem& system, bool aboveEllipsoid)
 {
     const auto at = [&system](const QPointF& place) { return system.Line(place.y(), place.x()); };
     QStringList lines{
@@ -118,7 +119,10 @@ QString HeightsBox::Report(const AxHeightGrid& grid, const AxCoordinateSystem& s
         tr("Mean: %1").arg(HeightText(grid.mean)),
         tr("Difference: %1").arg(HeightText(grid.highest - grid.lowest)),
         QString(),
-        tr("%1 cells of %2, heights above the ellipsoid.").arg(grid.inside).arg(HeightText(grid.cell)),
+        (aboveEllipsoid ? tr("%1 cells of %2, heights above the ellipsoid.")
+                        : tr("%1 cells of %2, heights above mean sea level."))
+            .arg(grid.inside)
+            .arg(HeightText(grid.cell)),
     };
     if (grid.cell > grid.cellOfData * 1.01)
         lines += tr("The map has finer heights, every %1; means of them are taken.")
@@ -145,7 +149,7 @@ void HeightsBox::slotBtnAcceptClicked()
     if (!self || !chosen)
         return;
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    const QString fault = WriteHeights(chosen->file, *heights);
+    const QString fault = WriteHeights(chosen->file, *heights, isAboveEllipsoid);
     QApplication::restoreOverrideCursor();
     if (!fault.isEmpty())
         TellOfHeights(this, tr("%1 was not written.").arg(QDir::toNativeSeparators(chosen->file)), fault);

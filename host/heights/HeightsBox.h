@@ -18,11 +18,13 @@ public:
     /// The operator is told where there is nothing to read. Events run meanwhile; block and viewer may go.
     static void ShowOf(CAxEarthViewer* viewer, const QString& blockID, QWidget* window);
 
-    /// `name` is the block's; places are written in the system.
-    HeightsBox(AxHeightGridPointer grid, QString name, const AxCoordinateSystem& system, QWidget* window);
+    /// `name` is the block's; places are written in the system. `aboveEllipsoid` as
+    /// CAxEarthViewer::AreMapHeightsAboveEllipsoid() has it.
+    HeightsBox(AxHeightGridPointer grid, QString name, const AxCoordinateSystem& system, bool aboveEllipsoid,
+               QWidget* window);
 
     /// Everything that it shows, line by line.
-    static QString Report(const AxHeightGrid& grid, const AxCoordinateSystem& system);
+    static QString Report(const AxHeightGrid& grid, const AxCoordinateSystem& system, bool aboveEllipsoid);
 
 protected slots:
     /// Exports, and stays.
@@ -31,4 +33,5 @@ protected slots:
 private:
     AxHeightGridPointer heights;
     QString block;
+    bool isAboveEllipsoid;
 };

@@ -6,11 +6,12 @@
 
 #include <cmath>
 
-QByteArray HeightsTable(const AxHeightGrid& grid)
+QByteArray HeightsTable(const AxHeightGrid& grid, bool aboveEllipsoid)
 {
     constexpr int ofDegrees = 8; // a millimetre
     constexpr int ofMetres = 2;
-    QByteArray table = "longitude,latitude,height_m\n";
+    QByteArray table = "longitude,latitude,";
+    table += aboveEllipsoid ? "alt_ellipsoid\n" : "alt_amsl\n";
     for (int row = 0; row < grid.rows; ++row)
         for (int column = 0; column < grid.columns; ++column) {
             const float height =
@@ -26,10 +27,10 @@ QByteArray HeightsTable(const AxHeightGrid& grid)
     return table;
 }
 
-QString WriteHeights(const QString& file, const AxHeightGrid& grid)
+QString WriteHeights(const QString& file, const AxHeightGrid& grid, bool aboveEllipsoid)
 {
     if (file.endsWith(QLatin1String(".csv"), Qt::CaseInsensitive)) {
-        const QByteArray table = HeightsTable(grid);
+        const QByteArray table = HeightsTable(grid, aboveEllipsoid);
         QSaveFile target(file);
         const bool isWritten =
             target.open(QIODevice::WriteOnly) && target.write(table) == table.size() && target.commit();
@@ -43,6 +44,8 @@ QString WriteHeights(const QString& file, const AxHeightGrid& grid)
     heights.columns = grid.columns;
     heights.rows = grid.rows;
     heights.heights = grid.heights;
-    heights.facts = {{QStringLiteral("HEIGHTS"), QStringLiteral("metres above the ellipsoid WGS 84")}};
+    heights.facts = {{QStringLiteral("HEIGHTS"), aboveEllipsoid
+                                                     ? QStringLiteral("metres above the ellipsoid WGS 84")
+                                                     : QStringLiteral("metres above mean sea level")}};
     return AxWriteGeoHeights(file, heights);
 }

@@ -85,15 +85,19 @@ TEST_F(ModelOutlines, MeetBlocksAndAreToldAsModelsComeAndGo)
     EXPECT_EQ(answers[1][0].toBool(), false);
     EXPECT_EQ(answers[2][0].toBool(), false);
 
-    // A question about a model whose outline is looked for is answered when it is known.
+    // A question while a model is loaded, or its outline is looked for, is answered when that is known.
     told.clear();
     answers.clear();
     QObject receiver;
     QObject::connect(viewer->GetModelLayers(), &AxModelLayers::loaded, &receiver,
                      [] { viewer->slotRequestIntersection("beside"); });
     const QString mine = AddModel("Mine", "ENU:10,21.5");
-    ASSERT_TRUE(waitFor([&] { return answers.size() == 1; }));
-    EXPECT_TRUE(answers[0][0].toBool());
+    viewer->slotRequestIntersection("beside");
+    ASSERT_TRUE(waitFor([&] { return answers.size() == 2; }));
+    EXPECT_TRUE(answers[0][0].toBool() && answers[1][0].toBool());
+    viewer->GetModelLayers()->Remove(AddModel("Gone"));
+    viewer->slotRequestIntersection("nobody");
+    ASSERT_TRUE(waitFor([&] { return answers.size() == 3; })) << "what is called off is not waited for";
     ASSERT_TRUE(waitFor([&] { return told.size() == 2; }));
     EXPECT_EQ(Met("over"), (Names{"Quarry", "Mine"}));
 
@@ -195,6 +199,8 @@ TEST_F(ModelOutlines, BoundariesOfAFileBecomeTheLayerWorld)
     osgEarth::ModelLayer* const world = map.getModelLayerByName("world");
     ASSERT_TRUE(world && world->getStatus().isOK());
     osg::Node* const scene = world->getOrCreateSceneGraph(&map, nullptr);
-    EXPECT_TRUE(scene);
+    ASSERT_TRUE(scene);
+    manipulator->setViewpoint(Straight(-34.85, -8.0, 3e4));
+    EXPECT_TRUE(waitFor([&] { return scene->getBound().valid(); })) << "no line is there";
     map.removeModelLayer(world);
 }
