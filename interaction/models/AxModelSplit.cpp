@@ -1,5 +1,6 @@
 #include "interaction/models/AxModelSplit.h"
 
+#include <osg/Geode>
 #include <osg/Geometry>
 #include <osg/Group>
 #include <osg/TriangleIndexFunctor>
@@ -96,7 +97,16 @@ void AxSplitGeometry(osg::Geometry& geometry)
     Splitter splitter{geometry, *vertices, {}};
     splitter.Split(list.triangles.begin(), list.triangles.end());
     const osg::ref_ptr<osg::Geometry> kept(&geometry);
+    // What counts its children, as levels of detail and switches do, has as many as before.
+    const osg::ref_ptr<osg::Group> together = new osg::Group;
+    together->setDataVariance(osg::Object::STATIC);
+    for (const auto& part : splitter.parts)
+        together->addChild(part);
     for (osg::Group* parent : osg::Node::ParentList(geometry.getParents())) {
+        if (!parent->asGeode()) {
+            parent->replaceChild(&geometry, together);
+            continue;
+        }
         for (const auto& part : splitter.parts)
             parent->addChild(part);
         parent->removeChild(&geometry);
