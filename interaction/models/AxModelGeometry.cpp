@@ -1,7 +1,10 @@
 #include "interaction/models/AxModelGeometry.h"
 #include "interaction/models/AxModelMerge.h"
+#include "interaction/models/AxModelRepair.h"
 #include "interaction/models/AxModelSplit.h"
+#include "interaction/models/AxModelVertices.h"
 
+#include <osg/Billboard>
 #include <osg/Geometry>
 #include <osg/Material>
 #include <osg/NodeVisitor>
@@ -9,11 +12,11 @@
 #include <osg/ProxyNode>
 #include <osg/Texture>
 #include <osg/Transform>
-#include <osg/TriangleIndexFunctor>
 #include <osgDB/Options>
 #include <osgUtil/SmoothingVisitor>
 
 #include <cmath>
+#include <map>
 #include <set>
 #include <vector>
 
@@ -30,56 +33,6 @@ const osg::Vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
 bool IsNumber(const osg::Vec3& vertex)
 {
     return std::isfinite(vertex.x()) && std::isfinite(vertex.y()) && std::isfinite(vertex.z());
-}
-
-struct GoodTriangles
-{
-    void operator()(unsigned a, unsigned b, unsigned c)
-    {
-        const bool isGood = IsNumber((*vertices)[a]) && IsNumber((*vertices)[b]) && IsNumber((*vertices)[c]);
-        if (isGood)
-            for (const unsigned corner : {a, b, c})
-                indices->push_back(corner);
-        else
-            ++lost;
-    }
-    const osg::Vec3Array* vertices = nullptr;
-    osg::DrawElementsUInt* indices = nullptr;
-    qint64 lost = 0;
-};
-
-// How many triangles have a vertex that is no number, and went. Lines and points of such a geometry go, too.
-qint64 DropBadTriangles(osg::Geometry& geometry)
-{
-    auto* vertices = dynamic_cast<osg::Vec3Array*>(geometry.getVertexArray());
-    if (!vertices)
-        return 0;
-    const osg::Vec3* someGood = nullptr;
-    bool isAnyBad = false;
-    for (const osg::Vec3& vertex : *vertices) {
-        const bool isGood = IsNumber(vertex);
-        isAnyBad = isAnyBad || !isGood;
-        if (isGood && !someGood)
-            someGood = &vertex;
-    }
-    if (!isAnyBad)
-        return 0;
-    osg::TriangleIndexFunctor<GoodTriangles> triangles;
-    osg::ref_ptr<osg::DrawElementsUInt> good = new osg::DrawElementsUInt(GL_TRIANGLES);
-    triangles.vertices = vertices;
-    triangles.indices = good.get();
-    geometry.accept(triangles);
-    geometry.removePrimitiveSet(0, geometry.getNumPrimitiveSets());
-    if (!good->empty())
-        geometry.addPrimitiveSet(good);
-    // Nothing refers to them any more but the box around the model.
-    const osg::Vec3 stand = someGood ? *someGood : osg::Vec3();
-    for (osg::Vec3& vertex : *vertices)
-        if (!IsNumber(vertex))
-            vertex = stand;
-    vertices->dirty();
-    geometry.dirtyBound();
-    return triangles.lost;
 }
 
 bool HasPicture(const osg::StateSet* state)
@@ -131,7 +84,7 @@ public:
     {
         if (!seen.insert(&geometry).second)
             return;
-        lost += DropBadTriangles(geometry);
+        lost += AxRepairGeometry(geometry);
         geometry.setUseDisplayList(false);
         geometry.setUseVertexBufferObjects(true);
         const bool isPlain = !isPictured && !HasPicture(geometry.getStateSet());
@@ -187,6 +140,17 @@ struct Census : osg::NodeVisitor
         ++transforms;
         apply(static_cast<osg::Node&>(node));
     }
+    void apply(osg::LOD& node) override
+    {
+        if (node.getCenterMode() != osg::LOD::USE_BOUNDING_SPHERE_CENTER)
+            centered.insert(&node);
+        apply(static_cast<osg::Node&>(node));
+    }
+    void apply(osg::Billboard& node) override
+    {
+        isMovable = false;
+        apply(static_cast<osg::Node&>(node));
+    }
     void apply(osg::PagedLOD& node) override
     {
         ++paged;
@@ -202,6 +166,7 @@ struct Census : osg::NodeVisitor
         ++nodes;
         const osg::Geometry* geometry = drawable.asGeometry();
         drawables += !geometry || geometry->getNumPrimitiveSets() > 0;
+        isMovable = isMovable && geometry && AxModelVertices(geometry->getVertexArray()).AreRead();
         if (geometry && found.insert(&drawable).second)
             geometries.push_back(drawable.asGeometry());
     }
@@ -210,21 +175,32 @@ struct Census : osg::NodeVisitor
     std::size_t paged = 0;
     std::size_t drawables = 0;
     std::vector<osg::Geometry*> geometries; ///< each once
+    std::set<osg::LOD*> centered;           ///< around a place of their own
     std::set<const osg::Drawable*> found;
+    bool isMovable = true; ///< all that is drawn has its places in arrays of vertices
 };
 
-void MoveBy(const std::vector<osg::Geometry*>& geometries, const osg::Vec3d& center)
+// Arrays of other kinds become single precision, which is fine enough around the center.
+void MoveBy(const Census& census, const osg::Vec3d& center)
 {
-    std::set<const osg::Array*> moved;
-    for (osg::Geometry* geometry : geometries) {
-        auto* vertices = dynamic_cast<osg::Vec3Array*>(geometry->getVertexArray());
-        if (!vertices || !moved.insert(vertices).second)
-            continue;
-        for (osg::Vec3& vertex : *vertices)
-            vertex = osg::Vec3d(vertex) - center;
-        vertices->dirty();
+    std::map<osg::ref_ptr<osg::Array>, osg::ref_ptr<osg::Vec3Array>> moved;
+    for (osg::Geometry* geometry : census.geometries) {
+        const osg::ref_ptr<osg::Array> had = geometry->getVertexArray();
+        osg::ref_ptr<osg::Vec3Array>& around = moved[had];
+        if (!around) {
+            const AxModelVertices vertices(had);
+            around = dynamic_cast<osg::Vec3Array*>(had.get());
+            if (!around)
+                around = new osg::Vec3Array(static_cast<unsigned>(vertices.Count()));
+            for (std::size_t i = 0; i < vertices.Count(); ++i)
+                (*around)[i] = vertices[i] - center;
+            around->dirty();
+        }
+        geometry->setVertexArray(around);
         geometry->dirtyBound();
     }
+    for (osg::LOD* lod : census.centered)
+        lod->setCenter(lod->getCenter() - center);
 }
 } // namespace
 
@@ -237,23 +213,27 @@ qint64 AxPrepareModel(osg::Node& model, osgDB::Options* options)
 
 osg::Vec3d AxGatherModel(osg::ref_ptr<osg::Node>& model)
 {
-    Census before;
-    model->accept(before);
-    if (before.paged > 0)
-        return {};
-    if (before.nodes > mostNodes)
-        model = AxMergeModel(*model);
     Census census;
     model->accept(census);
+    if (census.paged > 0)
+        return {};
     const osg::BoundingSphere bound = model->getBound();
-    osg::Vec3d center = bound.center();
-    if (census.transforms > 0 || !bound.valid() || center.length() < farFromZero)
-        center = osg::Vec3d();
-    else
-        MoveBy(census.geometries, center);
-    for (osg::Geometry* geometry : census.geometries)
+    osg::Vec3d zero = bound.valid() ? osg::Vec3d(bound.center()) : osg::Vec3d();
+    if (zero.length() < farFromZero)
+        zero = osg::Vec3d();
+    Census merged;
+    const bool isToMerge = census.nodes > mostNodes;
+    if (isToMerge) {
+        model = AxMergeModel(*model, zero);
+        model->accept(merged);
+    } else if (census.transforms > 0 || !census.isMovable) {
+        zero = osg::Vec3d();
+    } else if (zero != osg::Vec3d()) {
+        MoveBy(census, zero);
+    }
+    for (osg::Geometry* geometry : (isToMerge ? merged : census).geometries)
         AxSplitGeometry(*geometry);
-    return center;
+    return zero;
 }
 
 bool AxIsDrawable(osg::Node& model)

@@ -1,4 +1,5 @@
 #include "interaction/models/AxModelMerge.h"
+#include "interaction/models/AxModelVertices.h"
 
 #include <osg/Geode>
 #include <osg/Geometry>
@@ -68,7 +69,10 @@ template <typename Array> const Array* PerVertex(const osg::Array* array, unsign
 class Merger : public osg::NodeVisitor
 {
 public:
-    Merger() : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN) {}
+    explicit Merger(const osg::Vec3d& zero)
+        : osg::NodeVisitor(TRAVERSE_ACTIVE_CHILDREN), matrix(osg::Matrixd::translate(-zero))
+    {
+    }
 
     void apply(osg::Node& node) override
     {
@@ -115,10 +119,11 @@ private:
 
     bool Add(const osg::Geometry& geometry)
     {
-        const auto* vertices = dynamic_cast<const osg::Vec3Array*>(geometry.getVertexArray());
-        if (!vertices || geometry.getNumTexCoordArrays() > 1 || !geometry.getVertexAttribArrayList().empty())
+        const AxModelVertices vertices(geometry.getVertexArray());
+        if (!vertices.AreRead() || geometry.getNumTexCoordArrays() > 1 ||
+            !geometry.getVertexAttribArrayList().empty())
             return false;
-        const auto count = static_cast<unsigned>(vertices->size());
+        const auto count = static_cast<unsigned>(vertices.Count());
         const auto* normals = PerVertex<osg::Vec3Array>(geometry.getNormalArray(), count);
         const auto* picture = PerVertex<osg::Vec2Array>(geometry.getTexCoordArray(0), count);
         const auto* colours = PerVertex<osg::Vec4Array>(geometry.getColorArray(), count);
@@ -141,7 +146,7 @@ private:
         geometry.accept(corners);
         const osg::Matrixd forNormals = osg::Matrixd::inverse(matrix);
         for (unsigned i = 0; i < count; ++i) {
-            sum.vertices->push_back(osg::Vec3d((*vertices)[i]) * matrix);
+            sum.vertices->push_back(vertices[i] * matrix);
             sum.colours->push_back(colours ? (*colours)[i] : overall->front());
             if (normals)
                 sum.normals->push_back(osg::Matrixd::transform3x3(forNormals, (*normals)[i]));
@@ -200,9 +205,9 @@ private:
 };
 } // namespace
 
-osg::ref_ptr<osg::Node> AxMergeModel(osg::Node& model)
+osg::ref_ptr<osg::Node> AxMergeModel(osg::Node& model, const osg::Vec3d& zero)
 {
-    Merger merger;
+    Merger merger(zero);
     model.accept(merger);
     return merger.Result();
 }

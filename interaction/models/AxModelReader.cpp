@@ -121,7 +121,7 @@ QString AxModelReader::Note() const
                      .arg(*missingPictures.begin());
     if (dropped > 0)
         notes += ReaderText(QT_TRANSLATE_NOOP("AxModelLayers",
-                                              "Triangles with corners that are no numbers: %1, left out."))
+                                              "Triangles with corners that are nowhere: %1, left out."))
                      .arg(dropped);
     if (!missingFiles.isEmpty())
         notes +=

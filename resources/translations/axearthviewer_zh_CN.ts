@@ -5888,8 +5888,8 @@ Heights are above the ellipsoid.</source>
         <translation>缺少 %1 张纹理图片，例如“%2”；按无纹理绘制。</translation>
     </message>
     <message>
-        <source>Triangles with corners that are no numbers: %1, left out.</source>
-        <translation>有 %1 个三角形的顶点不是数字，已略去。</translation>
+        <source>Triangles with corners that are nowhere: %1, left out.</source>
+        <translation>有 %1 个三角形的顶点无效，已略去。</translation>
     </message>
     <message>
         <source>Files that cannot be read: %1, for one &quot;%2&quot;.</source>

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <osg/Geode>
 #include <osg/Geometry>
+#include <osg/LOD>
 #include <osg/MatrixTransform>
 
 #include <QDir>
@@ -124,7 +125,7 @@ TEST(ModelGeometry, ManyNodesArePutTogetherAndFarOnesMoved)
         osg::ref_ptr<osg::Geode> geode = new osg::Geode;
         geode->addDrawable(triangle);
         osg::ref_ptr<osg::MatrixTransform> place =
-            new osg::MatrixTransform(osg::Matrixd::translate(500000.0 + 2 * i, 0.0, 0.0));
+            new osg::MatrixTransform(osg::Matrixd::translate(500000.0 + 2 * i, 4100000.3, 0.0));
         place->setDataVariance(osg::Object::STATIC);
         place->addChild(geode);
         many->addChild(place);
@@ -143,14 +144,46 @@ TEST(ModelGeometry, ManyNodesArePutTogetherAndFarOnesMoved)
         void apply(osg::Geometry& geometry) override
         {
             ++nodes;
-            vertices += geometry.getVertexArray()->getNumElements();
+            const auto& places = static_cast<osg::Vec3Array&>(*geometry.getVertexArray());
+            vertices += static_cast<unsigned>(places.size());
+            north = places[0].y();
         }
         int nodes = 0;
         unsigned vertices = 0;
+        double north = 0.0;
     } left;
     model->accept(left);
     EXPECT_LT(left.nodes, 1000);
     EXPECT_EQ(left.vertices, 3u * count);
+    EXPECT_NEAR(left.north + zero.y(), 4100000.3, 0.001) << "single precision has steps of 0.5 m there";
+}
+
+TEST(ModelGeometry, FaultyTrianglesGoAndTheOthersStayWhereTheyAre)
+{
+    const osg::Vec3d far(500000.0, 4100000.3, 0.0);
+    osg::ref_ptr<osg::Vec3dArray> vertices = new osg::Vec3dArray;
+    for (const osg::Vec3d& at : {osg::Vec3d(), {1, 0, 0}, {0, 1, 0}, {NAN, 0, 0}})
+        vertices->push_back(at + far);
+    osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
+    geometry->setVertexArray(vertices);
+    geometry->setNormalArray(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, 2));
+    const unsigned indices[] = {0, 1, 2, 0, 1, 3, 0, 1, 4000000000u};
+    geometry->addPrimitiveSet(new osg::DrawElementsUInt(GL_TRIANGLES, 9, indices));
+    geometry->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 2, 30));
+    MadeUpExport made;
+    constexpr int cells = 120;
+    osg::ref_ptr<osg::LOD> levels = new osg::LOD;
+    levels->addChild(made.Surface(far.x(), far.y(), cells, MadeUpExport::Picture()), 0.0f, 100.0f);
+    levels->addChild(geometry, 100.0f, 1e9f);
+    osg::ref_ptr<osg::Node> model = levels;
+    EXPECT_EQ(AxPrepareModel(*model, nullptr), 12);
+    const osg::Vec3d zero = AxGatherModel(model);
+    ASSERT_EQ(levels->getNumChildren(), 2u) << "parts of a level are no levels";
+    EXPECT_GE(levels->getChild(0)->asGroup()->getNumChildren(), 2u);
+    const auto* left = dynamic_cast<const osg::Vec3Array*>(geometry->getVertexArray());
+    ASSERT_TRUE(left);
+    EXPECT_LT((osg::Vec3d((*left)[1]) + zero - far - osg::Vec3d(1, 0, 0)).length(), 0.001);
+    EXPECT_EQ(geometry->getPrimitiveSet(0)->getNumIndices(), 3u);
 }
 
 TEST(ModelGeometry, LargeSurfacesAreSplitInSpaceAndLoseNothing)
