@@ -6272,6 +6272,10 @@ Heights are above the ellipsoid.</source>
         <translation>GeoTIFF (*.tif)</translation>
     </message>
     <message>
+        <source>%1 cells of %2, heights above mean sea level.</source>
+        <translation>%1 个格网单元，边长 %2，高程为海拔高。</translation>
+    </message>
+    <message>
         <source>CSV table (*.csv)</source>
         <translation>CSV 表格 (*.csv)</translation>
     </message>

@@ -176,7 +176,7 @@ TEST_F(BlockMenuOnMap, HeightsBelowABlockAreReadAndShown)
     look.start(10);
     Find("&Heights of the ground...")->trigger();
     EXPECT_TRUE(shown.contains(QStringLiteral("Lowest: ")) && shown.contains(QStringLiteral("Mean: ")) &&
-                shown.contains(QStringLiteral("cells of ")))
+                shown.contains(QStringLiteral("heights above mean sea level")))
         << shown.toStdString();
 }
 
@@ -188,14 +188,14 @@ TEST(HeightsFile, HasTheKnownCellsFromTheSouthWest)
     grid.stepLng = grid.stepLat = 1.0;
     grid.columns = grid.rows = 2;
     grid.heights = {1.5f, std::numeric_limits<float>::quiet_NaN(), -2.25f, 1e4f};
-    const QByteArray table = "longitude,latitude,height_m\n180.00000000,10.50000000,1.50\n"
+    const QByteArray table = "longitude,latitude,alt_amsl\n180.00000000,10.50000000,1.50\n"
                              "180.00000000,11.50000000,-2.25\n-179.00000000,11.50000000,10000.00\n";
     const QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("heights.CSV"));
-    EXPECT_EQ(WriteHeights(file, grid), QString());
+    EXPECT_EQ(WriteHeights(file, grid, false), QString());
     QFile written(file);
     ASSERT_TRUE(written.open(QIODevice::ReadOnly));
     EXPECT_EQ(written.readAll(), table);
     for (const char* name : {"none/heights.csv", "none/heights.tif"})
-        EXPECT_FALSE(WriteHeights(folder.filePath(QLatin1String(name)), grid).isEmpty()) << name;
+        EXPECT_FALSE(WriteHeights(folder.filePath(QLatin1String(name)), grid, false).isEmpty()) << name;
 }
