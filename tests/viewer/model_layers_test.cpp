@@ -149,7 +149,7 @@ TEST_F(ModelFiles, WhatIsAmissIsToldAndTheRestShown)
     ASSERT_EQ(End(id), "loaded");
     const AxModelLayer layer = *models->Find(id);
     EXPECT_EQ(layer.files.size(), 3);
-    for (const char* text : {"gone.jpg", "Tile_1_1.osgb", "no numbers: 2,"})
+    for (const char* text : {"gone.jpg", "Tile_1_1.osgb", "nowhere: 2,"})
         EXPECT_EQ(layer.note.count(QLatin1String(text)), 1) << text << " in " << layer.note.toStdString();
     EXPECT_TRUE(std::isfinite(layer.extent->width()) && std::isfinite(layer.highest));
 }
