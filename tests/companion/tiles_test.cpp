@@ -126,6 +126,8 @@ TEST(TileArea, CountsWhatItTouches)
         {"two rings with a tile in common",
          *AxTileArea::OfRings({{{1.0, 1.0}, {2.0, 1.0}, {1.0, 2.0}}, {{3.0, 3.0}, {4.0, 3.0}, {3.0, 4.0}}}),
          3, 1},
+        {"around a pole, from it to the end of the pyramid",
+         *AxTileArea::OfRings({{{-140.0, -60.0}, {-40.0, -60.0}, {50.0, -60.0}, {130.0, -60.0}}}), 2, 8},
         {"nothing", AxTileArea(), 5, 0},
     };
     for (const auto& one : cases)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace {
 constexpr double pi = 3.14159265358979323846;
@@ -103,14 +104,14 @@ Box BoxOf(const QVector<QPointF>& ring)
 struct Columns
 {
     int first;
-    int count; ///< no more than there are
+    int count; ///< no more than there are, and the first one once more where the last ones lie in it
 };
 
 Columns ColumnsOf(const Box& box, int count)
 {
     const int first = static_cast<int>(std::floor(box.west * count));
     const int last = std::max(first, static_cast<int>(std::ceil(box.east * count)) - 1);
-    return {first, std::min(last - first + 1, count)};
+    return {first, std::min(last - first + 1, count + 1)};
 }
 } // namespace
 
@@ -142,6 +143,17 @@ std::optional<AxTileArea> AxTileArea::OfRings(const QList<QList<QPointF>>& given
         for (const QPointF& point : points) {
             former += std::remainder(point.x() - former, turn);
             ring += OnSquare({former, point.y()});
+        }
+        const double first = points.constFirst().x();
+        const double around = former + std::remainder(first - former, turn) - first;
+        if (std::abs(around) > turn / 2.0) {
+            // Around a pole, the one of its hemisphere: down the pyramid's end and back, a turn long.
+            const double pole = std::copysign(
+                90.0, std::accumulate(points.begin(), points.end(), 0.0,
+                                      [](double sum, const QPointF& p) { return sum + p.y(); }));
+            const double last = first + std::copysign(turn, around);
+            ring +=
+                {OnSquare({last, points.constFirst().y()}), OnSquare({last, pole}), OnSquare({first, pole})};
         }
         area.rings += ring;
     }
@@ -175,7 +187,8 @@ AxTileBounds AxTileArea::Bounds() const
                std::min(all.top, box.top), std::max(all.bottom, box.bottom)};
     }
     AxTileBounds bounds{-180.0, LatitudeOf(all.bottom), 180.0, LatitudeOf(all.top)};
-    if (all.east - all.west < 1.0) {
+    constexpr double rounding = 1e-9;
+    if (all.east - all.west < 1.0 - rounding) {
         const auto longitude = [](double x) { return (x - std::floor(x)) * turn - 180.0; };
         bounds.west = longitude(all.west);
         bounds.east = longitude(all.east);

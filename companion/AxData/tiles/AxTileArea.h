@@ -53,7 +53,8 @@ public:
     /// axMostTileLatitude has no tiles. The whole turn is -180 to 180.
     static std::optional<AxTileArea> OfRectangle(const AxTileBounds& bounds);
     /// Rings of (longitude, latitude), degrees, the first point not repeated; edges run the shorter way round
-    /// the globe. Nothing for a ring of fewer than three points or one that is no place.
+    /// the globe; one that goes around a pole has all that lies towards the pole of the hemisphere where most
+    /// of it is. Nothing for a ring of fewer than three points or one that is no place.
     static std::optional<AxTileArea> OfRings(const QList<QList<QPointF>>& rings);
     /// "west,south,east,north"; nothing for anything else.
     static std::optional<AxTileArea> OfText(const QString& text);
