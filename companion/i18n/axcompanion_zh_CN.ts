@@ -2292,6 +2292,22 @@
         <translation>服务重定向到不可跟随的地址。</translation>
     </message>
     <message>
+        <source>The proxy is not found.</source>
+        <translation>找不到代理服务器。</translation>
+    </message>
+    <message>
+        <source>The proxy takes no connection, or ends it.</source>
+        <translation>代理服务器拒绝或断开了连接。</translation>
+    </message>
+    <message>
+        <source>No answer came: %1</source>
+        <translation>没有收到响应：%1</translation>
+    </message>
+    <message>
+        <source>This computer has no OpenSSL, without which nothing comes by https.</source>
+        <translation>本机没有 OpenSSL，无法使用 https。</translation>
+    </message>
+    <message>
         <source>The connection ended before the whole answer was here.</source>
         <translation>连接在内容接收完整之前中断。</translation>
     </message>

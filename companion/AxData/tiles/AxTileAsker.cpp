@@ -7,7 +7,9 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QNetworkReply>
+#include <QRegularExpression>
 #include <QSslError>
+#include <QSslSocket>
 #include <QTimer>
 
 #include <memory>
@@ -88,6 +90,30 @@ AxTileAnswer OfPicture(const QByteArray& bytes)
         answer.bytes = bytes;
     }
     return answer;
+}
+
+// Where no answer came at all. A text of the network has the address in it now and then, and so a key.
+AxTileAnswer OfSilence(QNetworkReply::NetworkError error, QString text)
+{
+    switch (error) {
+    case QNetworkReply::RemoteHostClosedError:
+        break;
+    case QNetworkReply::TimeoutError:
+        return Told(Kind::Failed, AxTileText::tr("The service does not answer in time."));
+    case QNetworkReply::ProxyNotFoundError:
+        return Told(Kind::Failed, AxTileText::tr("The proxy is not found."));
+    case QNetworkReply::ProxyConnectionRefusedError:
+    case QNetworkReply::ProxyConnectionClosedError:
+    case QNetworkReply::ProxyTimeoutError:
+    case QNetworkReply::UnknownProxyError:
+        return Told(Kind::Failed, AxTileText::tr("The proxy takes no connection, or ends it."));
+    default:
+        static const QRegularExpression address(QStringLiteral("\\S*://\\S*"));
+        text = text.remove(address).simplified();
+        if (!text.isEmpty())
+            return Told(Kind::Failed, AxTileText::tr("No answer came: %1").arg(text));
+    }
+    return Told(Kind::Failed, AxTileText::tr("The connection ended before the whole answer was here."));
 }
 } // namespace
 
@@ -178,8 +204,13 @@ void AxTileAsker::finish(QNetworkReply* reply, const Asked& asked,
             Told(Kind::Unusable, AxTileText::tr("The service leads elsewhere, where nobody may follow."));
     else if (error == QNetworkReply::ProxyAuthenticationRequiredError)
         answer = OfStatus(407, {});
-    else if (status == 0 || (status == 200 && error != QNetworkReply::NoError))
-        answer = Told(Kind::Failed, AxTileText::tr("The connection ended before the whole answer was here."));
+    else if (status == 0 && reply->url().scheme() == QLatin1String("https") && !QSslSocket::supportsSsl())
+        answer = Told(Kind::Hopeless,
+                      AxTileText::tr("This computer has no OpenSSL, without which nothing comes by https."));
+    else if (status == 0)
+        answer = OfSilence(error, reply->errorString());
+    else if (status == 200 && error != QNetworkReply::NoError)
+        answer = OfSilence(QNetworkReply::RemoteHostClosedError, {});
     else if (status == 200)
         answer = OfPicture(asked.bytes + reply->readAll());
     else
