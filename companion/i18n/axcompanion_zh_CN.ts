@@ -2416,8 +2416,8 @@
         <translation>图片已损坏。</translation>
     </message>
     <message>
-        <source>There is no address.</source>
-        <translation>没有地址。</translation>
+        <source>There is no address, as https://tiles.example.org/{z}/{x}/{y}.png is one.</source>
+        <translation>没有地址，例如 https://tiles.example.org/{z}/{x}/{y}.png。</translation>
     </message>
     <message>
         <source>{%1} is not understood; {z}, {x}, {y}, {-y} and {s} are.</source>

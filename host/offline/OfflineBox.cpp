@@ -83,11 +83,6 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     inputs = {service, address, attribution, margin, rectangle, firstLevel, lastLevel, file, guess};
     for (QAbstractButton* button : ground->buttons())
         inputs += button;
-    for (QLineEdit* line : {address, attribution, rectangle}) {
-        QPalette colors = line->palette();
-        colors.setColor(QPalette::PlaceholderText, Qt::gray);
-        line->setPalette(colors);
-    }
     constexpr int widthInLetters = 72;
     setMinimumWidth(fontMetrics().averageCharWidth() * widthInLetters);
 
@@ -111,11 +106,10 @@ void OfflineBox::BuildService(QFormLayout* form)
 {
     service->setObjectName(QStringLiteral("OfflineService"));
     address->setObjectName(QStringLiteral("OfflineAddress"));
-    address->setPlaceholderText(QStringLiteral("https://tiles.example.org/{z}/{x}/{y}.png"));
     address->setToolTip(
         tr("{z} level, {x} column, {y} row from the north, {-y} row from the south, {s} one of "
            "the hosts a, b, c. The service has to be in Web Mercator."));
-    attribution->setPlaceholderText(tr("Whose pictures they are; kept in the file"));
+    attribution->setToolTip(tr("Whose pictures they are; kept in the file"));
     form->addRow(tr("Ser&vice"), service);
     form->addRow(tr("&Address"), address);
     form->addRow(tr("A&ttribution"), attribution);
@@ -137,7 +131,7 @@ void OfflineBox::BuildGround(QFormLayout* form)
     margin->setValue(usualMargin / unit.size);
     margin->setAccessibleName(tr("Margin around the block"));
     rectangle->setObjectName(QStringLiteral("OfflineRectangle"));
-    rectangle->setPlaceholderText(tr("west,south,east,north in degrees"));
+    rectangle->setToolTip(tr("west,south,east,north in degrees"));
     const QStringList names{tr("What the &map shows"), tr("The &block in hand, and around it"),
                             tr("&Rectangle")};
     auto* column = new QVBoxLayout;
@@ -330,16 +324,18 @@ void OfflineBox::Count()
     if (!job) {
         count->setText(why);
     } else {
-        const QDateTime since = QFileInfo(job->file).lastModified();
-        const bool isSame = job->area == counted.area && job->firstLevel == counted.firstLevel &&
-                            job->lastLevel == counted.lastLevel && job->file == counted.file &&
-                            job->service.address == counted.service.address && since == ofFileSince;
-        counted = *job;
-        if (!isSame) {
+        const bool areLevelsSame =
+            job->firstLevel == counted.firstLevel && job->lastLevel == counted.lastLevel;
+        if (!areLevelsSame || !(job->area == counted.area))
             countedTiles = job->area.Count(job->firstLevel, job->lastLevel);
+        // A large file takes a moment to be looked through, and the map moves all the time.
+        const QDateTime since = QFileInfo(job->file).lastModified();
+        if (!areLevelsSame || job->file != counted.file || since != ofFileSince ||
+            job->service.address != counted.service.address) {
             ofFile = AxLookAtTileFile(*job);
             ofFileSince = since;
         }
+        counted = *job;
         ShowCount();
     }
     const bool isFine = job && !saver->IsBusy();

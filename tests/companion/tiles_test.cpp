@@ -277,10 +277,10 @@ TEST_F(Tiles, GoIntoAFileThatGdalShowsInTheirPlace)
 TEST_F(Tiles, OfServicesThatMisbehave)
 {
     const QByteArray picture = LoopbackTiles::Picture(Qt::green);
-    const auto httpDate = [](int seconds) {
+    const auto inTwoSeconds = [] {
         return QLocale::c()
-            .toString(QDateTime::currentDateTimeUtc().addSecs(seconds),
-                      QStringLiteral("ddd, dd MMM yyyy hh:mm:ss"))
+            .toString(QDateTime::currentDateTimeUtc().addSecs(2),
+                      QStringLiteral("ddd, dd MMM yyyy hh:mm:ss 'GMT'"))
             .toLatin1();
     };
     // What the first request of the third tile gets, or all of them; the rest are pictures.
@@ -317,7 +317,7 @@ TEST_F(Tiles, OfServicesThatMisbehave)
          0,
          1000},
         {"busy until a moment",
-         {"503 Service Unavailable", "", "Retry-After: " + httpDate(3) + " GMT\r\n", Manner::Whole},
+         {"503 Service Unavailable", "", "Retry-After: {then}\r\n", Manner::Whole},
          false,
          AxTileEnd::Complete,
          0,
@@ -375,9 +375,11 @@ TEST_F(Tiles, OfServicesThatMisbehave)
         SCOPED_TRACE(one.what);
         server.paths.clear();
         server.answer = [&](const Asked& asked) {
-            return one.isAlways || (asked.before == 2 && asked.times == 0)
-                       ? one.answer
-                       : Answer{"200 OK", picture, {}, Manner::Whole};
+            if (!one.isAlways && (asked.before != 2 || asked.times > 0))
+                return Answer{"200 OK", picture, {}, Manner::Whole};
+            Answer answer = one.answer;
+            answer.headers.replace("{then}", inTwoSeconds());
+            return answer;
         };
         const AxTileJob job = Job(10, one.isAlways ? 14 : 11);
         QFile::remove(job.file);

@@ -91,13 +91,15 @@ TEST_F(OfflineAreasTest, WhatIsSavedIsShownInItsPlaceAndKept)
         EXPECT_EQ(Layers(), before + 1);
         EXPECT_NEAR(Added().extent.value_or(QRectF()).width(), 0.7, 0.01);
     }
-    // The next run: the file is shown again, until it is removed from the map.
+    // The next run: the file is shown again, until it is removed from the map. One that is not there is kept.
     viewer->GetMapLayers()->Remove(Added().id);
     OfflineAreas next(viewer, nullptr);
     next.SetKept("no JSON");
+    const QString away = folder.filePath(QStringLiteral("away.mbtiles"));
+    kept.replace("[\"", QStringLiteral("[\"%1\",\"").arg(away).toUtf8());
     next.SetKept(kept);
     emit viewer->signalLoadEarth();
     ASSERT_EQ(Layers(), before + 1);
     viewer->GetMapLayers()->Remove(Added().id);
-    EXPECT_TRUE(next.Files().isEmpty());
+    EXPECT_EQ(next.Files(), QStringList{away});
 }

@@ -39,7 +39,7 @@ QString AxTileAddressFault(const QString& address)
 {
     const QString text = Plain(address);
     if (text.isEmpty())
-        return AxTileText::tr("There is no address.");
+        return AxTileText::tr("There is no address, as https://tiles.example.org/{z}/{x}/{y}.png is one.");
     QSet<QString> names;
     static const QRegularExpression braces(QStringLiteral("\\{([^{}]*)\\}"));
     for (QRegularExpressionMatchIterator all = braces.globalMatch(text); all.hasNext();)
@@ -69,5 +69,11 @@ QUrl AxTileUrl(const QString& address, const AxTile& tile)
 
 QByteArray AxTileAddressMark(const QString& address)
 {
-    return QCryptographicHash::hash(Plain(address).toUtf8(), QCryptographicHash::Sha256).toHex();
+    // A key is renewed, and the service stays the same.
+    static const QRegularExpression keys(
+        QStringLiteral(
+            "([?&](?:[^=&]*(?:key|token|secret|signature|session|password)[^=&]*|sig|tk|ak)=)[^&#]*"),
+        QRegularExpression::CaseInsensitiveOption);
+    const QString lasting = Plain(address).replace(keys, QStringLiteral("\\1"));
+    return QCryptographicHash::hash(lasting.toUtf8(), QCryptographicHash::Sha256).toHex();
 }
