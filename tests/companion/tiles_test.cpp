@@ -190,6 +190,11 @@ TEST(TileService, AddressesAreFilledOrRefused)
                               "https://a.org/{z}/{x}/{y}/{q}", "https://a.org/{z}/{x}/{y}/{-y}",
                               "ftp://a.org/{z}/{x}/{y}", "file:///{z}/{x}/{y}", "/{z}/{x}/{y}.png"})
         EXPECT_NE(AxTileAddressFault(QLatin1String(wrong)), QString()) << wrong;
+    const auto mark = [](const char* query) {
+        return AxTileAddressMark(QStringLiteral("https://a.org/{z}/{x}/{y}?") + QLatin1String(query));
+    };
+    EXPECT_EQ(mark("Api_Key=old&v=1&tk=a"), mark("Api_Key=new&v=1&tk=b")) << "a renewed key";
+    EXPECT_NE(mark("key=old&v=1"), mark("key=old&v=2"));
 }
 
 TEST(TilePace, WaitsLongerEachTimeAndGivesUp)
@@ -370,6 +375,27 @@ TEST_F(Tiles, OfServicesThatMisbehave)
          0,
          0,
          0},
+        {"an address that leads to itself",
+         {"302 Found", "", "Location: /0/0/0.png\r\n", Manner::Whole},
+         true,
+         AxTileEnd::GivenUp,
+         0,
+         25,
+         0},
+        {"more than a tile can be",
+         {"200 OK", QByteArray(9 << 20, 'x'), "", Manner::Whole},
+         false,
+         AxTileEnd::Incomplete,
+         0,
+         1,
+         0},
+        {"a byte now and then",
+         {"200 OK", picture, "", Manner::Slow},
+         false,
+         AxTileEnd::Complete,
+         0,
+         0,
+         1200},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.what);
@@ -390,7 +416,7 @@ TEST_F(Tiles, OfServicesThatMisbehave)
         EXPECT_EQ(ended.why.isEmpty(), one.end == AxTileEnd::Complete);
         EXPECT_EQ(ended.progress.missing, one.missing);
         EXPECT_EQ(ended.progress.unusable, one.unusable);
-        EXPECT_EQ(QFile::exists(job.file), ended.progress.fetched + ended.progress.missing > 0);
+        EXPECT_EQ(QFile::exists(job.file), ended.progress.fetched > 0);
         EXPECT_GE(clock.elapsed(), one.leastMs);
         if (one.end == AxTileEnd::Complete) {
             EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT count(*) FROM tiles")).toInt(),
@@ -424,7 +450,57 @@ TEST_F(Tiles, ThatAreThereAreNotAskedForAgain)
     EXPECT_EQ(wider.progress.kept, second.progress.all);
     EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT value FROM metadata WHERE name = 'bounds'")).toString(),
               QStringLiteral("-105.4000000,37.2000000,-104.2000000,37.6000000"));
-    EXPECT_EQ(AxLookAtTileFile(job).tiles + AxLookAtTileFile(job).missing, wider.progress.all);
+    const AxTileFileState state = AxLookAtTileFile(job);
+    EXPECT_EQ(state.tiles + state.missing, wider.progress.all);
+    // Unless somebody says that the service has them now.
+    server.answer = nullptr;
+    job.isMissingAskedAgain = true;
+    EXPECT_EQ(Run(job).progress.fetched, state.missing);
+    EXPECT_EQ(AxLookAtTileFile(job).missing, 0);
+}
+
+TEST_F(Tiles, ThatAreRefusedDoNotKeepTheOthersOut)
+{
+    const auto isRefused = [](const Asked& asked) { return asked.level == 12 && asked.column < 855; };
+    bool hasKey = true;
+    server.answer = [&](const Asked& asked) {
+        return !hasKey || isRefused(asked)
+                   ? Answer{"403 Forbidden", {}, {}, Manner::Whole}
+                   : Answer{"200 OK", LoopbackTiles::Picture(Qt::blue), {}, Manner::Whole};
+    };
+    const AxTileJob job = Job(10, 12);
+    const Ended first = Run(job);
+    EXPECT_EQ(first.end, AxTileEnd::Incomplete) << qPrintable(first.why);
+    EXPECT_GT(first.progress.unusable, 40);
+    EXPECT_EQ(first.progress.fetched, first.progress.all - first.progress.unusable);
+    const Ended second = Run(job);
+    EXPECT_EQ(second.end, AxTileEnd::Incomplete) << qPrintable(second.why);
+    EXPECT_EQ(second.progress.unusable, first.progress.unusable);
+    // What the service had before it refuses, too.
+    hasKey = false;
+    const Ended third = Run(job);
+    EXPECT_EQ(third.end, AxTileEnd::GivenUp);
+    EXPECT_LT(third.progress.unusable, 30);
+}
+
+TEST_F(Tiles, CanBeReadWhileTheyAreWritten)
+{
+    QImage noise(256, 256, QImage::Format_RGB32);
+    std::mt19937 random(4);
+    for (int i = 0; i < noise.width() * noise.height(); ++i)
+        noise.setPixel(i % noise.width(), i / noise.width(), static_cast<QRgb>(random()));
+    QBuffer png;
+    noise.save(&png, "PNG");
+    const AxTileJob job = Job(10, 12);
+    server.answer = [&](const Asked& asked) {
+        if (asked.before > 0 && asked.before % 20 == 0) {
+            EXPECT_TRUE(Ask(job.file, QStringLiteral("SELECT count(*) FROM tiles")).isValid())
+                << asked.before;
+        }
+        return Answer{"200 OK", png.data(), {}, Manner::Whole};
+    };
+    EXPECT_EQ(Run(job).end, AxTileEnd::Complete);
+    EXPECT_GT(server.paths.size(), 60);
 }
 
 TEST_F(Tiles, NeedAJobAndAFileOfTheirOwn)

@@ -29,6 +29,7 @@ public:
         Whole,
         Cut,    ///< closes the connection before the end
         Silent, ///< says nothing
+        Slow,   ///< a byte now and then
     };
     struct Answer
     {
@@ -103,6 +104,12 @@ private:
             const QByteArray whole = "HTTP/1.1 " + sent.status +
                                      "\r\nContent-Length: " + QByteArray::number(sent.body.size()) + "\r\n" +
                                      sent.headers + "Connection: close\r\n\r\n" + sent.body;
+            if (sent.manner == Manner::Slow) {
+                auto* drip = new QTimer(socket);
+                connect(drip, &QTimer::timeout, socket,
+                        [socket, whole, at = 0]() mutable { socket->write(whole.mid(at++, 1)); });
+                return drip->start(100);
+            }
             socket->write(sent.manner == Manner::Cut ? whole.left(whole.size() - 20) : whole);
             socket->disconnectFromHost();
         });

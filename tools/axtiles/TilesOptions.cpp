@@ -118,6 +118,7 @@ void AddOptions(QCommandLineParser& parser)
     add("most", TilesText::tr("No more tiles than this; otherwise 100000."), TilesText::tr("number"));
     add("user-agent", TilesText::tr("Who asks, told to the service: a name and a way to reach you."),
         TilesText::tr("text"));
+    add("retry-missing", TilesText::tr("Ask again for tiles that the file knows to be missing."));
     add("estimate", TilesText::tr("Ask for a few tiles, tell how many tiles and megabytes there are, and "
                                   "write nothing."));
     add("quiet", TilesText::tr("Say nothing but what is wrong."));
@@ -154,6 +155,7 @@ bool ReadTilesOptions(const QStringList& arguments, TilesOptions& options, QStri
                                                     : QFileInfo(job.file).completeBaseName();
     job.service.attribution = parser.value(QStringLiteral("attribution"));
     job.userAgent = parser.value(QStringLiteral("user-agent")).toUtf8();
+    job.isMissingAskedAgain = parser.isSet(QStringLiteral("retry-missing"));
     options.isEstimateOnly = parser.isSet(QStringLiteral("estimate"));
     options.isQuiet = parser.isSet(QStringLiteral("quiet"));
     options.isTalkative = parser.isSet(QStringLiteral("progress"));
@@ -180,6 +182,9 @@ bool ReadTilesOptions(const QStringList& arguments, TilesOptions& options, QStri
                             error)) {
         return false;
     }
+    // That is the question.
+    if (options.isEstimateOnly)
+        job.mostTiles = axMostTilesOfJob;
     error = AxTileJobFault(job);
     return error.isEmpty();
 }

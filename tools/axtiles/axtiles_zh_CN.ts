@@ -106,6 +106,10 @@ The program ends with 0 when all that the service has is in the file, 1 when it 
         <translation>告知服务的请求者：名称和联系方式。</translation>
     </message>
     <message>
+        <source>Ask again for tiles that the file knows to be missing.</source>
+        <translation>再次请求文件中记为缺失的瓦片。</translation>
+    </message>
+    <message>
         <source>Ask for a few tiles, tell how many tiles and megabytes there are, and write nothing.</source>
         <translation>请求少量瓦片，显示瓦片数量和兆字节数，不写入任何内容。</translation>
     </message>

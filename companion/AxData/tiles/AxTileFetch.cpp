@@ -11,22 +11,27 @@
 #include <algorithm>
 #include <deque>
 #include <optional>
+#include <utility>
+#include <vector>
 
 namespace {
 constexpr int tilesOfCommit = 100;
+/// They are held in memory until then.
+constexpr qint64 bytesOfCommit = 16LL * 1024 * 1024;
 constexpr int commitMs = 2000;
 constexpr int tellMs = 200;
 /// A tile that fails so often is left for the next time.
 constexpr int mostTries = 5;
-/// A service that gives nothing usable so often in a row gives nothing.
+/// A service that gives nothing usable so often in a row has to prove that it gives anything.
 constexpr int mostUnusableInRow = 25;
 /// A service without any of so many tiles has another address.
-constexpr int mostMissingAtFirst = 200;
+constexpr std::size_t mostMissingAtFirst = 200;
 
 struct Try
 {
     AxTile tile;
     int tries = 0;
+    bool isProof = false; ///< of a service that had it before
 };
 } // namespace
 
@@ -153,6 +158,11 @@ private:
         if (!answer.why.isEmpty() && answer.kind != Kind::Missing)
             progress.why = answer.why;
         const qint64 now = clock.elapsed();
+        const bool isFinal = answer.kind != Kind::Busy && answer.kind != Kind::Failed;
+        if (one.isProof && isFinal && answer.kind != Kind::Hopeless) {
+            pace.Answered();
+            return Prove(answer);
+        }
         switch (answer.kind) {
         case Kind::Picture:
             pace.Answered();
@@ -180,6 +190,8 @@ private:
             pace.Failed(now);
             if (++one.tries < mostTries)
                 again.push_back(one);
+            else if (one.isProof)
+                Refused(answer.why);
             else
                 Leave(answer.why);
             if (pace.IsGivenUp())
@@ -197,41 +209,75 @@ private:
         unusableInRow = 0;
         ++progress.fetched;
         progress.bytes += answer.bytes.size();
+        uncommittedBytes += answer.bytes.size();
+        // The address is right, so that what was missing before is missing.
+        for (const AxTile& missing : std::exchange(firstMissing, {}))
+            if (!file->PutMissing(missing, why))
+                return End(AxTileEnd::NotWritten, why);
         Count();
     }
 
     void Miss(const AxTile& tile)
     {
+        unusableInRow = 0;
+        ++progress.missing;
+        if (file->Pixels() == 0) {
+            firstMissing.push_back(tile);
+            if (firstMissing.size() >= mostMissingAtFirst)
+                HasNone();
+            return;
+        }
         QString why;
         if (!file->PutMissing(tile, why))
             return End(AxTileEnd::NotWritten, why);
-        unusableInRow = 0;
-        ++progress.missing;
-        if (progress.missing >= mostMissingAtFirst && file->Pixels() == 0)
-            return End(AxTileEnd::GivenUp,
-                       AxTileText::tr("The service has none of the first %1 tiles. Is its address right?")
-                           .arg(progress.missing));
         Count();
+    }
+
+    void HasNone()
+    {
+        End(AxTileEnd::GivenUp,
+            AxTileText::tr("The service has none of the first %1 tiles. Is its address right?")
+                .arg(progress.missing));
     }
 
     void Leave(const QString& reason)
     {
         progress.why = reason;
         ++progress.unusable;
-        if (++unusableInRow >= mostUnusableInRow)
-            End(AxTileEnd::GivenUp,
-                AxTileText::tr("%1 tiles in a row could not be had. %2").arg(unusableInRow).arg(reason));
+        if (++unusableInRow < mostUnusableInRow || isProving)
+            return;
+        const std::optional<AxTile> known = file->AnyPicture();
+        if (!known)
+            return Refused(reason);
+        // Some services refuse what they do not have. A key that has run out is refused everywhere.
+        isProving = true;
+        again.push_front({*known, 0, true});
+    }
+
+    void Prove(const AxTileAnswer& answer)
+    {
+        isProving = false;
+        if (answer.kind != AxTileAnswer::Kind::Picture)
+            return Refused(answer.why);
+        unusableInRow = 0;
+    }
+
+    void Refused(const QString& reason)
+    {
+        End(AxTileEnd::GivenUp,
+            AxTileText::tr("%1 tiles in a row could not be had. %2").arg(unusableInRow).arg(reason));
     }
 
     void Count()
     {
-        if (++uncommitted >= tilesOfCommit)
+        if (++uncommitted >= tilesOfCommit || uncommittedBytes >= bytesOfCommit)
             Commit();
     }
 
     void Commit()
     {
         uncommitted = 0;
+        uncommittedBytes = 0;
         QString why;
         if (!hasEnded && !file->Commit(why))
             End(AxTileEnd::NotWritten, why);
@@ -257,6 +303,8 @@ private:
         if (progress.unusable > 0)
             End(AxTileEnd::Incomplete,
                 AxTileText::tr("%1 tiles could not be had: %2").arg(progress.unusable).arg(progress.why));
+        else if (!firstMissing.empty())
+            HasNone();
         else
             End(AxTileEnd::Complete, {});
     }
@@ -293,13 +341,16 @@ private:
     std::unique_ptr<AxTileAsker> asker;
     std::optional<AxTileWalk> walk;
     std::deque<Try> again;
+    std::vector<AxTile> firstMissing; ///< while no picture has come; not in the file
     QElapsedTimer clock;
     QTimer wake;
     QTimer commit;
     QTimer tell;
     int running = 0;
     int uncommitted = 0;
+    qint64 uncommittedBytes = 0;
     int unusableInRow = 0;
+    bool isProving = false;
     bool hasEnded = false;
 };
 

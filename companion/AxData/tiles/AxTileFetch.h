@@ -19,12 +19,13 @@ struct AxTileJob
     QString name; ///< of the map, for people
     AxTileService service;
     AxTileArea area;
-    int firstLevel = 0;        ///< of the pyramid, coarse
-    int lastLevel = 0;         ///< fine; both are fetched, and those between them
-    int atOnce = 4;            ///< requests under way at most, 1 to axMostTilesAtOnce
-    int timeoutMs = 20000;     ///< of silence; a request may last three times as long
-    qint64 mostTiles = 100000; ///< more are refused, so that somebody is asked
-    QByteArray userAgent;      ///< who asks, told to the service; empty: AxEarthViewer
+    int firstLevel = 0;               ///< of the pyramid, coarse
+    int lastLevel = 0;                ///< fine; both are fetched, and those between them
+    int atOnce = 4;                   ///< requests under way at most, 1 to axMostTilesAtOnce
+    int timeoutMs = 20000;            ///< of silence; a request may last three times as long
+    qint64 mostTiles = 100000;        ///< more are refused, so that somebody is asked
+    bool isMissingAskedAgain = false; ///< what the file knows to be missing may be there now
+    QByteArray userAgent;             ///< who asks, told to the service; empty: AxEarthViewer
 };
 constexpr int axMostTilesAtOnce = 8;
 /// Nobody may raise AxTileJob::mostTiles beyond.

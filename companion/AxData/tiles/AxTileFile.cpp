@@ -108,12 +108,11 @@ bool AxTileFile::Open(const AxTileJob& job, QString& why)
                       why);
     isNew = !info.exists() || info.size() == 0;
     file = std::make_unique<AxSqlFile>(path, AxSqlFile::Mode::Write);
-    if (!file->IsOpen())
+    // A transaction that outgrows the cache would keep readers out, the map among them, until it ends.
+    if (!file->IsOpen() || !file->Run(QStringLiteral("PRAGMA cache_spill = OFF")))
         return Refuse(file->Fault(), why);
-    if (isNew ? !Make() : !CheckKept(job, why))
+    if (!Prepare(job, why))
         return !why.isEmpty() ? false : Refuse(file->Fault(), why);
-    if (!WriteFacts(job))
-        return Refuse(file->Fault(), why);
     put = std::make_unique<QSqlQuery>(file->database);
     miss = std::make_unique<QSqlQuery>(file->database);
     look = std::make_unique<QSqlQuery>(file->database);
@@ -125,6 +124,14 @@ bool AxTileFile::Open(const AxTileJob& job, QString& why)
         "UNION ALL SELECT tile_row FROM ax_missing WHERE zoom_level = ? AND tile_column = ? AND tile_row "
         "BETWEEN ? AND ?"));
     return true;
+}
+
+// One transaction, so that a power cut leaves a file that can be gone on with, or an empty one.
+bool AxTileFile::Prepare(const AxTileJob& job, QString& why)
+{
+    return file->Run(QStringLiteral("BEGIN IMMEDIATE")) && (isNew ? Make() : CheckKept(job, why)) &&
+           (!job.isMissingAskedAgain || file->Run(QStringLiteral("DELETE FROM ax_missing"))) &&
+           WriteFacts(job) && file->Run(QStringLiteral("COMMIT"));
 }
 
 bool AxTileFile::Make()
@@ -148,13 +155,20 @@ bool AxTileFile::CheckKept(const AxTileJob& job, QString& why)
 {
     if (!file->Run(QStringLiteral("SELECT count(*) FROM sqlite_master")))
         return Refuse(file->Fault(), why);
-    const QString other = WhyOther(Fact(serviceFact), Fact(levelsFact), job);
-    if (!other.isEmpty())
-        return Refuse(other, why);
+    const QString service = Fact(serviceFact);
     QSqlQuery one(file->database);
-    if (one.exec(QStringLiteral("SELECT tile_data FROM tiles LIMIT 1")) && one.next())
+    const bool isRead = one.exec(QStringLiteral("SELECT tile_data FROM tiles LIMIT 1"));
+    const bool hasPicture = isRead && one.next();
+    if (hasPicture)
         pixels = AxReadTilePicture(one.value(0).toByteArray()).pixels;
-    return true;
+    one.finish();
+    if (!service.isEmpty() && isRead && !hasPicture) {
+        isNew = true;
+        return file->Run(QStringLiteral("DELETE FROM ax_missing")) &&
+               file->Run(QStringLiteral("DELETE FROM metadata"));
+    }
+    const QString other = WhyOther(service, Fact(levelsFact), job);
+    return other.isEmpty() || Refuse(other, why);
 }
 
 QString AxTileFile::Fact(const QString& name)
@@ -181,7 +195,7 @@ bool AxTileFile::WriteFacts(const AxTileJob& job)
     const QString bounds = former.isEmpty() ? added : BoundsOfBoth(former, added);
     const QString format = Fact(QStringLiteral("format"));
     const QString finest = Fact(QStringLiteral("maxzoom"));
-    return file->Run(QStringLiteral("BEGIN IMMEDIATE")) && SetFact(QStringLiteral("name"), job.name) &&
+    return SetFact(QStringLiteral("name"), job.name) &&
            SetFact(QStringLiteral("format"), format.isEmpty() ? QStringLiteral("png") : format) &&
            SetFact(QStringLiteral("bounds"), bounds) &&
            SetFact(QStringLiteral("minzoom"), QString::number(job.firstLevel)) &&
@@ -189,7 +203,7 @@ bool AxTileFile::WriteFacts(const AxTileJob& job)
            SetFact(QStringLiteral("type"), QStringLiteral("baselayer")) &&
            SetFact(QStringLiteral("attribution"), job.service.attribution) &&
            SetFact(serviceFact, QString::fromLatin1(AxTileAddressMark(job.service.address))) &&
-           SetFact(levelsFact, LevelsText(job)) && file->Run(QStringLiteral("COMMIT"));
+           SetFact(levelsFact, LevelsText(job));
 }
 
 std::unique_ptr<std::vector<bool>> AxTileFile::Settled(int level, const AxTileRun& run, QString& why)
@@ -230,7 +244,6 @@ bool AxTileFile::Put(const AxTile& tile, const QByteArray& bytes, const AxTilePi
     put->bindValue(1, tile.column);
     put->bindValue(2, (1 << tile.level) - 1 - tile.row);
     put->bindValue(3, bytes);
-    isPut = true;
     return put->exec() || Refuse(put->lastError().databaseText(), why);
 }
 
@@ -241,8 +254,17 @@ bool AxTileFile::PutMissing(const AxTile& tile, QString& why)
     miss->bindValue(0, tile.level);
     miss->bindValue(1, tile.column);
     miss->bindValue(2, (1 << tile.level) - 1 - tile.row);
-    isPut = true;
     return miss->exec() || Refuse(miss->lastError().databaseText(), why);
+}
+
+std::optional<AxTile> AxTileFile::AnyPicture()
+{
+    QSqlQuery any(file->database);
+    if (!any.exec(QStringLiteral("SELECT zoom_level, tile_column, tile_row FROM tiles LIMIT 1")) ||
+        !any.next())
+        return {};
+    const int level = any.value(0).toInt();
+    return AxTile{level, any.value(1).toInt(), (1 << level) - 1 - any.value(2).toInt()};
 }
 
 bool AxTileFile::Commit(QString& why)
@@ -252,7 +274,7 @@ bool AxTileFile::Commit(QString& why)
     if (!file->Run(QStringLiteral("COMMIT")))
         return Refuse(file->Fault(), why);
     isInTransaction = false;
-    hasContents = hasContents || isPut;
+    hasContents = hasContents || pixels != 0;
     return true;
 }
 
@@ -273,6 +295,9 @@ AxTileFileState AxLookAtTileFile(const AxTileJob& job)
     state.bytes = info.size();
     if (!state.isThere || info.size() == 0)
         return state;
+    // It is being written, or was until the power went: nothing of it can be told before that is played back.
+    if (QFileInfo::exists(path + QStringLiteral("-journal")))
+        return state;
     AxSqlFile file(path, AxSqlFile::Mode::Look);
     QSqlQuery query(file.database);
     QString service;
@@ -288,11 +313,11 @@ AxTileFileState AxLookAtTileFile(const AxTileJob& job)
         else if (query.value(0).toString() == levelsFact)
             levels = query.value(1).toString();
     }
-    const QString other = WhyOther(service, levels, job);
-    if (!other.isEmpty())
-        state.fault = AxTileText::tr("\"%1\" is there already, and cannot be gone on with: %2.")
-                          .arg(QDir::toNativeSeparators(path), other);
     state.tiles = file.Number(QStringLiteral("SELECT count(*) FROM tiles"));
     state.missing = file.Number(QStringLiteral("SELECT count(*) FROM ax_missing"));
+    const QString other = WhyOther(service, levels, job);
+    if (!other.isEmpty() && (service.isEmpty() || state.tiles > 0))
+        state.fault = AxTileText::tr("\"%1\" is there already, and cannot be gone on with: %2.")
+                          .arg(QDir::toNativeSeparators(path), other);
     return state;
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class AxSqlFile;
@@ -15,9 +16,9 @@ struct AxTilePicture;
 
 /**
  * A file of tiles, MBTiles 1.3, as it grows. Only tiles that a commit follows stay: a program that dies
- * leaves the file as it was after the last one. A new file into which nothing came goes with the object.
- * Beside it lies NAME.lock while it is open. The table "ax_missing" has the tiles that the service does not
- * have. One thread.
+ * leaves the file as it was after the last one. A file without a picture goes with the object. Beside it lies
+ * NAME.lock while it is open. The table "ax_missing" has the tiles that the service does not have. One
+ * thread.
  */
 class AxTileFile
 {
@@ -35,6 +36,8 @@ public:
     /// Keeps a picture, which has to have Pixels() pixels where there are any.
     bool Put(const AxTile& tile, const QByteArray& bytes, const AxTilePicture& picture, QString& why);
     bool PutMissing(const AxTile& tile, QString& why);
+    /// A tile of which there is a picture.
+    std::optional<AxTile> AnyPicture();
     /// Brings what was put to the disk; nothing to do is well, too.
     bool Commit(QString& why);
     /// The finest level that is whole, as far as the service has it: readers show no finer one.
@@ -46,6 +49,7 @@ public:
 private:
     bool Begin(QString& why);
     bool Make();
+    bool Prepare(const AxTileJob& job, QString& why);
     bool CheckKept(const AxTileJob& job, QString& why);
     bool WriteFacts(const AxTileJob& job);
     bool SetFact(const QString& name, const QString& value);
@@ -61,7 +65,6 @@ private:
     std::unique_ptr<QSqlQuery> look;
     int pixels = 0;
     bool isInTransaction = false;
-    bool isNew = false;
-    bool isPut = false;       ///< a tile, be it a missing one
-    bool hasContents = false; ///< such a tile is on the disk
+    bool isNew = false;       ///< nothing of it was fetched before
+    bool hasContents = false; ///< a picture is on the disk
 };

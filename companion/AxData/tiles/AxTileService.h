@@ -24,5 +24,6 @@ struct AxTileService
 AXDATA_EXPORT QString AxTileAddressFault(const QString& address);
 /// Of one tile; of several hosts, always the same for the same tile.
 AXDATA_EXPORT QUrl AxTileUrl(const QString& address, const AxTile& tile);
-/// What tells one service from another without telling its key: a hash of the template, in hexadecimal.
+/// What tells one service from another without telling its key, and stays when that is renewed: a hash, in
+/// hexadecimal, of the template without the values of what is called a key, a token or the like in its query.
 AXDATA_EXPORT QByteArray AxTileAddressMark(const QString& address);
