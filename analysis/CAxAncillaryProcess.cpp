@@ -315,8 +315,20 @@ void CAxAncillaryProcess::SetModelBoundPara(osg::Node* model, const osg::Matrixd
     job.order = ++modelBoundJobs;
     job.number = number;
     job.margin = margin;
-    modelBoundListeners.insert(job.order, {job.model, geode, HasSlot(receiver, "slotModelBound(QVariant)")});
+    modelBoundListeners.insert(job.order,
+                               {job.model, geode, HasSlot(receiver, "slotModelBound(QVariant)"), number});
     worker->AddModelBoundJob(job);
+}
+
+void CAxAncillaryProcess::CancelModelBound(int number, const QObject* receiver)
+{
+    for (auto listener = modelBoundListeners.begin(); listener != modelBoundListeners.end(); ++listener)
+        if (receiver && listener->number == number && listener->receiver == receiver) {
+            worker->CallOffModelBound(listener.key());
+            // The model stays, which the worker may be reading.
+            listener->receiver = nullptr;
+            listener->geode = nullptr;
+        }
 }
 
 void CAxAncillaryProcess::slotModelBound(int job, QVariant bound)

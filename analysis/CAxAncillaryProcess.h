@@ -136,9 +136,11 @@ public:
     /// places as above. Both may be null. The model must not change meanwhile, but for
     /// what a pager loads: that is read from its files instead, where nothing coarser is
     /// there or it takes but a few. Jobs are done in the order in which they are handed
-    /// over, and each receiver hears of its own.
+    /// over, and each receiver hears of its own. Elevation jobs do not wait for them.
     void SetModelBoundPara(osg::Node* model, const osg::Matrixd& modelToWorld, int number, double margin,
                            osg::Geode* geode, QObject* receiver);
+    /// Calls the jobs of that number off: the receiver hears nothing of them, and nothing is drawn.
+    void CancelModelBound(int number, const QObject* receiver);
 
 signals:
     /// An elevation job with a progress object has ended: the list of places. SetElevationQueryPara()
@@ -166,6 +168,7 @@ private:
         osg::ref_ptr<osg::Node> model; ///< goes on the GUI thread
         osg::ref_ptr<osg::Geode> geode;
         QPointer<QObject> receiver;
+        int number = 0;
     };
 
     void CreateNoFlyZone();

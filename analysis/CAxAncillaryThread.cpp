@@ -116,7 +116,13 @@ void CAxAncillaryThread::AddElevationJob(const AxElevationJob& job, const std::f
 void CAxAncillaryThread::CallOffElevation(int number)
 {
     const Lock lock(mutex);
-    calledOff.insert(number);
+    calledOffElevations.insert(number);
+}
+
+void CAxAncillaryThread::CallOffModelBound(int order)
+{
+    const Lock lock(mutex);
+    calledOffModels.insert(order);
 }
 
 void CAxAncillaryThread::AddModelBoundJob(const AxModelBoundJob& job)
@@ -176,23 +182,32 @@ void CAxAncillaryThread::runModelBoundJob()
         modelBoundJobs.pop_front();
         modelBoundPending = !modelBoundJobs.empty();
     }
-    const QVariantList outline = AxModelOutline(job, [this] { return goOn(0); });
+    const auto goesOn = [this, &job] { return goOn(calledOffModels, job.order); };
+    // Somebody waits for heights, before a box or in block(); a large model takes minutes.
+    const auto goesOnAfterHeights = [this, &goesOn] {
+        while (elevationPending && !stopRequested)
+            runElevationJob();
+        return goesOn();
+    };
+    const QVariantList outline = goesOn() ? AxModelOutline(job, goesOnAfterHeights) : QVariantList();
     // Who handed it over lets it go last, on the thread of the scene.
     job.model = nullptr;
+    {
+        const Lock lock(mutex);
+        calledOffModels.remove(job.order);
+    }
     emit signalModelBound(job.order, QVariantList{job.number, outline});
 }
 
 // Zones enter the scene while a long job runs.
-bool CAxAncillaryThread::goOn(int elevationNumber)
+bool CAxAncillaryThread::goOn(const QSet<int>& off, int number)
 {
     if (stopRequested)
         return false;
     if (viewportChanged)
         showZonesNear();
-    if (elevationNumber == 0)
-        return true;
     const Lock lock(mutex);
-    return !calledOff.contains(elevationNumber);
+    return !off.contains(number);
 }
 
 void CAxAncillaryThread::runElevationJob()
@@ -207,7 +222,7 @@ void CAxAncillaryThread::runElevationJob()
     const QVariant result = AxAnswerElevations(job, [this, &told, &job](int percent) {
         if (std::exchange(told, percent) != percent)
             emit signalElevationProgress(job.number, percent);
-        return goOn(job.number);
+        return goOn(calledOffElevations, job.number);
     });
     emit signalElevationAnswered(job.number);
     qDebug() << "emit signalGenerateElevationQuery";
@@ -215,7 +230,7 @@ void CAxAncillaryThread::runElevationJob()
     // Another job may have been handed over meanwhile, or be just now: whoever waits for
     // that one must neither get this result nor be let go by it.
     const Lock lock(mutex);
-    calledOff.remove(job.number);
+    calledOffElevations.remove(job.number);
     elevationPending = !elevationJobs.empty();
     const bool isAwaited = job.number == awaitedElevation;
     if (isAwaited)

@@ -53,8 +53,10 @@ public:
     void AddElevationJob(const AxElevationJob& job, const std::function<void()>& handOver);
     /// Ends a job soon, with an answer of nothing, whether it has begun or not.
     void CallOffElevation(int number);
-    /// Each job is done, one after the other.
+    /// Each job is done, one after the other; elevation jobs go before, also while one is being done.
     void AddModelBoundJob(const AxModelBoundJob& job);
+    /// Ends a job soon, with an empty outline, whether it has begun or not. Not for one that has ended.
+    void CallOffModelBound(int order);
     void Stop();
 
     const AxNoflyZones& Zones() const { return zones; }
@@ -85,7 +87,8 @@ private:
     bool isAnySet() const;
     void runModelBoundJob();
     void runElevationJob();
-    bool goOn(int elevationNumber);
+    /// Shows zones meanwhile; false for a job that was called off, and at the end.
+    bool goOn(const QSet<int>& off, int number);
     void showZonesNear();
     void queueZone(const QString& id, const osg::Vec2d& middle, const osgEarth::Symbology::Polygon* zone);
 
@@ -109,8 +112,9 @@ private:
     osgEarth::Viewpoint viewport;
     unsigned viewportCount = 0;
     std::deque<AxElevationJob> elevationJobs;
-    QSet<int> calledOff; ///< numbers of elevation jobs that have not ended
+    QSet<int> calledOffElevations; ///< numbers of jobs that have not ended
     int awaitedElevation = 0;
     std::deque<AxModelBoundJob> modelBoundJobs;
+    QSet<int> calledOffModels; ///< likewise, their order
     QMap<QString, osg::ref_ptr<const osgEarth::Symbology::Polygon>> shownZones;
 };

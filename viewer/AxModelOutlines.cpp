@@ -63,9 +63,9 @@ void AxModelOutlines::look(const QString& layer)
 {
     osg::Group* const node = book.NodeOf(layer);
     CAxAncillaryProcess* const process = viewer.ancillaryProcess;
+    drop(layer);
     if (!node || !process || !viewer.boundGroup)
-        return;
-    forget(layer);
+        return answer();
     if (!group) {
         group = new osgEarth::DrapeableNode;
         group->setName("ModelOutlines");
@@ -106,15 +106,21 @@ void AxModelOutlines::follow(const QString& layer)
         outline->drawn->setNodeMask(known->options.isVisible ? ~0U : 0U);
 }
 
-void AxModelOutlines::forget(const QString& layer)
+void AxModelOutlines::drop(const QString& layer)
 {
     const auto outline = outlines.find(layer);
     if (outline == outlines.end())
         return;
-    awaited.remove(outline->job);
+    if (awaited.remove(outline->job) > 0 && viewer.ancillaryProcess)
+        viewer.ancillaryProcess->CancelModelBound(outline->job, this);
     group->removeChild(outline->drawn);
     outlines.erase(outline);
     testAllLater();
+}
+
+void AxModelOutlines::forget(const QString& layer)
+{
+    drop(layer);
     answer();
 }
 
@@ -180,7 +186,13 @@ void AxModelOutlines::Ask(const QString& blockID)
 void AxModelOutlines::answer()
 {
     const QPointer<AxModelOutlines> self(this);
-    while (self && awaited.isEmpty() && !questions.isEmpty()) {
+    // A model on its way may be the tower that a pilot asks about.
+    const auto isAllKnown = [this] {
+        const QList<AxModelLayer> all = book.All();
+        return awaited.isEmpty() && std::none_of(all.begin(), all.end(),
+                                                 [](const AxModelLayer& layer) { return layer.isLoading; });
+    };
+    while (self && !questions.isEmpty() && isAllKnown()) {
         const QString id = questions.takeFirst();
         CAxHandleAdapter* const object = id.isEmpty() ? viewer.objects.Current() : viewer.objects.Find(id);
         emit answered(object && object->GetContainedBlock() && !Met(object->Outline()).isEmpty());

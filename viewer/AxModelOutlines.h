@@ -37,8 +37,8 @@ public:
     /// Names of the layers whose outlines a ring meets (degrees, the first not repeated; AxOutlinesMeet()),
     /// in the order of the book; of two with one name it is there once.
     QStringList Met(const std::vector<osg::Vec3d>& ring) const;
-    /// answered() tells whether a block meets one, or the current one for an empty ID: once the outlines that
-    /// are looked for now are there. False for a block that there is not.
+    /// answered() tells whether a block meets one, or the current one for an empty ID: once the outlines of
+    /// all models are there, also of those that are being loaded. False for a block that there is not.
     void Ask(const QString& blockID);
 
 signals:
@@ -59,6 +59,7 @@ private:
 
     void look(const QString& layer);
     void follow(const QString& layer);
+    void drop(const QString& layer);
     void forget(const QString& layer);
     void giveUp();
     void testLater(const QString& blockID);

@@ -260,6 +260,13 @@ TEST_F(Zones, ModelBoundJobDrawsTheOutlineOfAModel)
     EXPECT_EQ(other->getNumDrawables(), 2u);
     EXPECT_EQ(eighth.numbers, QList<int>{8});
     EXPECT_EQ(ninth.numbers, QList<int>{9});
+
+    // One that is called off ends, unheard.
+    process->SetModelBoundPara(model, place, 11, 0.0, drawn, &ninth);
+    process->CancelModelBound(11, &ninth);
+    ASSERT_TRUE(waitFor([&] { return told.size() == 5; }));
+    EXPECT_EQ(drawn->getNumDrawables(), 2u);
+    EXPECT_EQ(ninth.numbers, QList<int>{9});
 }
 
 TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
