@@ -126,7 +126,7 @@ osg::ref_ptr<osg::Node> AxSceneStartup::CreateDrapedDisc(MapNode* mapNode)
 void AxSceneStartup::AddBoundaries(Map* map, const QString& file)
 {
     Drivers::OGRFeatureOptions features;
-    features.url() = QFile::encodeName(file).toStdString();
+    features.url() = file.toStdString(); // GDAL takes UTF-8, whatever the system's own is
     // Without a style nothing is drawn.
     Style line("boundaries");
     line.getOrCreate<LineSymbol>()->stroke()->color() = Color(1.0f, 0.85f, 0.3f, 0.9f);
