@@ -2,6 +2,7 @@
 #include "host/BlockPanel.h"
 #include "host/heights/HeightsBox.h"
 #include "host/ToolActions.h"
+#include "host/volume/VolumePanel.h"
 #include "interaction/AxBlockOperations.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
@@ -66,6 +67,13 @@ BlockMenu::BlockMenu(CAxEarthViewer* earthViewer, BlockPanel* panel, QWidget* pa
         tr("The lowest, highest and mean height below the block, and their export"), [this] {
             if (const QString id = TheOne(tr("Heights of the ground")); !id.isEmpty())
                 HeightsBox::ShowOf(viewer, id, parentWidget());
+        });
+    add(ofOne, tr("&Volume"), tr("Cut and fill of the ground within the block, in the panel \"Volumes\""),
+        [this] {
+            const QString id = TheOne(tr("Volume"));
+            if (const QString why = id.isEmpty() ? QString() : VolumePanel::MeasureBlock(*viewer, id);
+                !why.isEmpty())
+                emit Hinted(why);
         });
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &BlockMenu::FollowCut);
     connect(this, &QMenu::aboutToShow, this, &BlockMenu::EnableWhatIsPossible);

@@ -295,10 +295,14 @@ bool ReadCells(AxVolumeGrid& grid, const Lattice& lattice, const AxHeightAt& gro
     return true;
 }
 
-void ReadRim(AxVolumeGrid& grid, const std::vector<AxPathPlace>& places, const AxPlanLine& ring,
-             const AxHeightAt& ground)
+bool ReadRim(AxVolumeGrid& grid, const std::vector<AxPathPlace>& places, const AxPlanLine& ring,
+             const AxHeightAt& ground, const AxVolumeProgress& progress)
 {
+    grid.rim.reserve(ring.size());
     for (std::size_t i = 0; i < ring.size(); ++i) {
+        // A service may take its time with each of them.
+        if (progress && !progress(0.0))
+            return false;
         const CAxPoint2D& before = ring[i == 0 ? ring.size() - 1 : i - 1];
         const CAxPoint2D& after = ring[(i + 1) % ring.size()];
         const std::optional<double> height = ground(places[i].longitude, places[i].latitude);
@@ -307,6 +311,7 @@ void ReadRim(AxVolumeGrid& grid, const std::vector<AxPathPlace>& places, const A
                             isKnown ? *height : std::numeric_limits<double>::quiet_NaN(),
                             0.5 * (AxApart(before, ring[i]) + AxApart(ring[i], after))});
     }
+    return true;
 }
 
 AxVolumeGrid Failed(AxVolumeFault fault)
@@ -393,8 +398,8 @@ AxVolumeGrid AxVolumeGridOf(const AxVolumeQuestion& question, const AxHeightAt& 
     const auto tell = [&](double done) {
         return !progress || progress(partOfCutting + (1.0 - partOfCutting) * done);
     };
-    ReadRim(grid, places, ring, ground);
-    if (!ReadCells(grid, Lattice(grid.middle, grid), ground, tell))
+    if (!ReadRim(grid, places, ring, ground, tell) ||
+        !ReadCells(grid, Lattice(grid.middle, grid), ground, tell))
         return Failed(AxVolumeFault::Interrupted);
     return grid;
 }

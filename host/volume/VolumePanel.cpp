@@ -6,11 +6,13 @@
 #include "host/volume/VolumeFile.h"
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUnits.h>
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxBaseUI/CAxVolumeWgt.h>
+#include <AxData/CAxBlock.h>
 
 #include <osgEarth/Viewpoint>
 
@@ -154,6 +156,27 @@ void VolumePanel::Build()
     column->addLayout(work);
     column->addWidget(told);
     column->addWidget(scrolled, 3);
+}
+
+QString VolumePanel::MeasureBlock(CAxEarthViewer& viewer, const QString& blockID)
+{
+    CAxHandleAdapter* const object = viewer.FindExistNode(blockID);
+    if (!object || !object->GetContainedBlock())
+        return {};
+    const QString name = object->GetContainedBlock()->GetBlockName();
+    AxVolumeAnalysis* analysis = viewer.GetVolumeAnalysis();
+    const AxVolumeResult former = analysis->GetResult(blockID);
+    AxVolumeQuestion question = former.id.isEmpty() ? analysis->Next() : former.question;
+    question.mayBeLarge = false;
+    question.ring.clear();
+    if (object->IsOutlineClosed())
+        for (const osg::Vec3d& place : object->Outline())
+            question.ring += QPointF(place.x(), place.y());
+    if (question.ring.size() < 3)
+        return tr("\"%1\" encloses no area.").arg(name);
+    QString why;
+    analysis->Ask(blockID, tr("Volume of %1").arg(name), question, &why);
+    return why;
 }
 
 // The list

@@ -28,6 +28,9 @@ public:
     explicit VolumePanel(CAxEarthViewer* viewer, QWidget* parent = nullptr);
     ~VolumePanel() override;
 
+    /// Measures the volume within a block's outline as it is now, with what the next one is measured with; a
+    /// second time anew. Why not, for the operator; empty when it has begun.
+    static QString MeasureBlock(CAxEarthViewer& viewer, const QString& blockID);
     /// Writes all texts anew: the units are others now.
     void WriteAgain();
 

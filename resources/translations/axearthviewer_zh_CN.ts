@@ -4154,6 +4154,18 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>BlockMenu</name>
     <message>
+        <source>&amp;Volume</source>
+        <translation>体积(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Cut and fill of the ground within the block, in the panel &quot;Volumes&quot;</source>
+        <translation>测区内地面的挖方和填方，见“体积”面板</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>体积</translation>
+    </message>
+    <message>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
     </message>
@@ -6517,6 +6529,14 @@ Heights are above the ellipsoid.</source>
 </context>
 <context>
     <name>VolumePanel</name>
+    <message>
+        <source>&quot;%1&quot; encloses no area.</source>
+        <translation>“%1”没有围成面积。</translation>
+    </message>
+    <message>
+        <source>Volume of %1</source>
+        <translation>%1 的体积</translation>
+    </message>
     <message>
         <source>Compute</source>
         <translation>计算</translation>

@@ -5,6 +5,8 @@
 #include "NamedChild.h"
 #include "SuiteViewer.h"
 
+#include <AxData/CAxBlockManager.h>
+
 #include <QComboBox>
 #include <QFile>
 #include <QPushButton>
@@ -40,6 +42,17 @@ TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
     EXPECT_NE(list->topLevelItem(0)->text(1), cut);
     list->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
     EXPECT_FALSE(Analysis().GetResult("one").isVisible);
+
+    // Of a block, which is no measurement; one without an area is told.
+    CAxBlockManager::instance().AddBlock("block", CAxBlock::PolygonBlock)->SetAnchor(question.ring);
+    ASSERT_TRUE(viewer->ImportShapeNode("block"));
+    EXPECT_EQ(VolumePanel::MeasureBlock(*viewer, "block"), QString());
+    ASSERT_TRUE(QTest::qWaitFor([] { return !Analysis().GetResult("block").isPending; }, 20000));
+    ASSERT_TRUE(Analysis().GetResult("block").volume);
+    EXPECT_NEAR(Analysis().GetResult("block").volume->area, Analysis().GetResult("one").volume->area, 1.0);
+    viewer->RemoveAllHanderAdapter(true);
+    EXPECT_TRUE(Analysis().Remove("block"));
+    list->setCurrentItem(list->topLevelItem(0));
 
     const AxVolume& volume = *Analysis().GetResult("one").volume;
     const QTemporaryDir folder;
