@@ -10,15 +10,20 @@
 #include <osgDB/ReadFile>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
-/// Which of a drawable's vertices something is drawn with, and where they are.
+/// Which of a drawable's vertices something is drawn with, and where they are. `isUsed` and `order` are empty
+/// or false before and after, and go from drawable to drawable: parts that share a large array would each
+/// clear room for the whole of it.
 class UsedVertices : public osg::PrimitiveIndexFunctor
 {
 public:
-    UsedVertices(const osg::Matrixd& toWorld, std::vector<osg::Vec3d>& vertices, std::size_t& dropped)
-        : matrix(toWorld), out(vertices), lost(dropped)
+    UsedVertices(const osg::Matrixd& toWorld, std::vector<osg::Vec3d>& vertices, std::size_t& dropped,
+                 std::vector<char>& isUsed, std::vector<unsigned>& order)
+        : matrix(toWorld), out(vertices), lost(dropped), used(isUsed), found(order)
     {
     }
     ~UsedVertices() override { take(); }
@@ -34,7 +39,7 @@ public:
     void drawArrays(GLenum, GLint first, GLsizei number) override
     {
         for (std::size_t i = static_cast<std::size_t>(std::max(0, first)), left = std::max(0, number);
-             left > 0 && i < used.size(); ++i, --left)
+             left > 0 && i < total; ++i, --left)
             use(i);
     }
     void drawElements(GLenum, GLsizei n, const GLubyte* indices) override { useEach(n, indices); }
@@ -52,45 +57,47 @@ private:
     template <typename Point> void begin(unsigned count, const Point* points)
     {
         take();
-        used.assign(points ? count : 0, 0);
-        isAnyUsed = false;
+        total = points ? count : 0;
+        if (used.size() < total)
+            used.resize(total, 0);
         placeOf = [points](std::size_t i) { return Place(points[i]); };
     }
     void use(std::size_t i)
     {
-        used[i] = 1;
-        isAnyUsed = true;
+        if (!std::exchange(used[i], 1))
+            found.push_back(static_cast<unsigned>(i));
     }
     template <typename Index> void useEach(GLsizei count, const Index* indices)
     {
         for (GLsizei i = 0; i < count; ++i)
-            if (indices[i] < used.size())
+            if (indices[i] < total)
                 use(indices[i]);
     }
     void take()
     {
-        const std::size_t count =
-            isAnyUsed ? static_cast<std::size_t>(std::count(used.begin(), used.end(), 1)) : used.size();
+        const std::size_t count = found.empty() ? total : found.size();
         // Of many small drawables none may make room for itself alone.
         if (out.capacity() < out.size() + count)
             out.reserve(std::max(out.size() + count, 2 * out.capacity()));
-        for (std::size_t i = 0; i < used.size(); ++i) {
-            if (isAnyUsed && !used[i])
-                continue;
-            const osg::Vec3d place = placeOf(i) * matrix;
-            if (place.valid())
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t at = found.empty() ? i : found[i];
+            used[at] = 0;
+            const osg::Vec3d place = placeOf(at) * matrix;
+            if (std::isfinite(place.x()) && std::isfinite(place.y()) && std::isfinite(place.z()))
                 out.push_back(place);
             else
                 ++lost;
         }
-        used.clear();
+        found.clear();
+        total = 0;
     }
 
     const osg::Matrixd matrix;
     std::vector<osg::Vec3d>& out;
     std::size_t& lost;
-    std::vector<char> used;
-    bool isAnyUsed = false;
+    std::vector<char>& used;
+    std::vector<unsigned>& found;
+    std::size_t total = 0;
     std::function<osg::Vec3d(std::size_t)> placeOf;
 };
 
@@ -193,7 +200,7 @@ void ModelVertexVisitor::apply(osg::ProxyNode& proxy)
 
 void ModelVertexVisitor::apply(osg::Drawable& drawable)
 {
-    UsedVertices used(toWorld, vertices, dropped);
+    UsedVertices used(toWorld, vertices, dropped, isUsed, usedOrder);
     drawable.accept(used);
 }
 

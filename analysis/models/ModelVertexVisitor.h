@@ -61,6 +61,8 @@ private:
 
     osg::Matrixd toWorld;
     std::vector<osg::Vec3d> vertices;
+    std::vector<char> isUsed; ///< room for one drawable after the other, and so is this:
+    std::vector<unsigned> usedOrder;
     std::function<bool()> goOn;
     std::size_t dropped = 0;
     int levelsToRead = 0;
