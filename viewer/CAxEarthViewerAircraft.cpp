@@ -116,7 +116,7 @@ double CAxEarthViewer::GetHAE(double longitude, double latitude, double altitude
 void CAxEarthViewer::SetMapHeightsAboveEllipsoid(bool above)
 {
     d->aircraft.heightsAboveEllipsoid = above;
-    d->modelLayers->PlaceAgain();
+    d->modelLayers->PlaceAgain(above);
 }
 
 bool CAxEarthViewer::AreMapHeightsAboveEllipsoid() const

@@ -81,8 +81,23 @@ struct AxModelLayers::Layer
     osg::ref_ptr<AxModelReader> reader;
     std::shared_ptr<std::atomic<bool>> off;
     bool isAboveSea = false;
-    double shift = 0.0; ///< from its heights to those of the map
+    double shift = 0.0;       ///< from its heights to those of the map
+    bool isUnshifted = false; ///< for want of the geoid
+
+    QString Note() const;
 };
+
+QString AxModelLayers::Layer::Note() const
+{
+    const QString ofFiles = reader->Note();
+    if (!isUnshifted)
+        return ofFiles;
+    const QString ofHeights =
+        AxModelLayers::tr(
+            "Its heights may be wrong by up to 100 m: they cannot be brought to those of the map. %1")
+            .arg(AxGeoidFault());
+    return ofFiles.isEmpty() ? ofHeights : ofHeights + QLatin1Char(' ') + ofFiles;
+}
 
 /// What the thread needs to know.
 struct AxModelLayers::Load
@@ -308,7 +323,9 @@ void AxModelLayers::place(Layer& layer)
     if (!layer.info.extent)
         return;
     const QPointF middle = layer.info.extent->center();
-    const double sea = layer.isAboveSea ? AxGeoidHeight(middle.y(), middle.x()).value_or(0.0) : 0.0;
+    const std::optional<double> geoid = AxGeoidHeight(middle.y(), middle.x());
+    layer.isUnshifted = !geoid && layer.isAboveSea == isMapAboveEllipsoid;
+    const double sea = layer.isAboveSea ? geoid.value_or(0.0) : 0.0;
     layer.shift = viewer.Scene().GetHAE(std::remainder(middle.x(), 360.0), middle.y(), sea);
     if (!std::isfinite(layer.shift))
         layer.shift = 0.0;
@@ -355,7 +372,7 @@ void AxModelLayers::end(const QString& id, const QString& fault)
     }
     layer->info.isLoading = false;
     layer->info.percent = 100;
-    layer->info.note = layer->reader->Note();
+    layer->info.note = layer->Note();
     if (!layer->info.note.isEmpty())
         qCWarning(axViewerLog).noquote() << "the model" << layer->info.path << "-" << layer->info.note;
     emit changed(id);
@@ -368,7 +385,7 @@ void AxModelLayers::note(const QString& id)
     Layer* layer = find(id);
     if (!layer)
         return;
-    layer->info.note = layer->reader->Note();
+    layer->info.note = layer->Note();
     emit changed(id);
 }
 
@@ -445,11 +462,13 @@ osg::Group* AxModelLayers::NodeOf(const QString& id) const
     return layer ? layer->node.get() : nullptr;
 }
 
-void AxModelLayers::PlaceAgain()
+void AxModelLayers::PlaceAgain(bool isAboveEllipsoid)
 {
+    isMapAboveEllipsoid = isAboveEllipsoid;
     QStringList all;
     for (const auto& layer : layers) {
         place(*layer);
+        layer->info.note = layer->Note();
         all += layer->info.id;
     }
     for (const QString& id : qAsConst(all))

@@ -47,7 +47,7 @@ struct AxModelLayer
     std::optional<QRectF> extent;
     double lowest = 0.0;  ///< metres as the map has them, of what is there
     double highest = 0.0; ///< the same
-    QString note;         ///< what is amiss with it, for people: pictures that are missing; else empty
+    QString note; ///< what is amiss with it, for people: pictures that are missing and the like; else empty
 };
 
 /**
@@ -87,8 +87,9 @@ public:
     /// The node of a layer, in world coordinates, with what is there of it; null for an unknown ID. Of an
     /// export each piece is an osg::PagedLOD, with the coarsest level at least or its file to read it from.
     osg::Group* NodeOf(const QString& id) const;
-    /// The map counts its heights otherwise now: puts each layer where it belongs.
-    void PlaceAgain();
+    /// For the viewer: the map counts its heights from the ellipsoid or, as it did first, from the sea. Puts
+    /// each layer where it belongs.
+    void PlaceAgain(bool isAboveEllipsoid);
 
 signals:
     void added(QString id);   ///< it begins to be loaded
@@ -116,4 +117,5 @@ private:
     osg::ref_ptr<osg::Group> root;  ///< "ModelRoot"
     osg::ref_ptr<osg::Group> group; ///< "ModelLayer"
     QThreadPool thread;
+    bool isMapAboveEllipsoid = false;
 };

@@ -5912,6 +5912,10 @@ Heights are above the ellipsoid.</source>
         <translation>原点不是三个数字。</translation>
     </message>
     <message>
+        <source>Its heights may be wrong by up to 100 m: they cannot be brought to those of the map. %1</source>
+        <translation>其高程可能有最多 100 米的误差：无法换算为地图的高程。%1</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; does not tell a latitude and a longitude in degrees.</source>
         <translation>“%1”没有给出以度为单位的纬度和经度。</translation>
     </message>
