@@ -14,6 +14,7 @@
 
 namespace {
 const QString metadataName = QStringLiteral("metadata.xml");
+const QString modelElement = QStringLiteral("ModelMetadata");
 const QString dataName = QStringLiteral("Data");
 // What a system takes up in words, with room to spare; a file that is larger holds something else.
 constexpr qint64 longestDescription = 1 << 20;
@@ -58,7 +59,7 @@ void ReadMetadata(const QString& path, AxModelSource& source)
     if (!source.fault.isEmpty())
         return;
     source.systemSource = metadataName;
-    if (xml.readNextStartElement() && xml.name() != QLatin1String("ModelMetadata"))
+    if (xml.readNextStartElement() && xml.name() != modelElement)
         xml.raiseError(SourceText(QT_TRANSLATE_NOOP("AxModelLayers", "it does not describe a model")));
     while (xml.readNextStartElement()) {
         if (xml.name() == QLatin1String("SRS")) {
@@ -102,12 +103,21 @@ void ReadSidecars(const QFileInfo& model, AxModelSource& source)
             SourceText(QT_TRANSLATE_NOOP("AxModelLayers", "%1 does not hold three numbers.")).arg(offset);
 }
 
+// Catalogues name their descriptions of any file in the same way.
+bool IsOfModel(const QString& path)
+{
+    QFile file(path);
+    QXmlStreamReader xml(&file);
+    return file.open(QIODevice::ReadOnly) && xml.readNextStartElement() && xml.name() == modelElement;
+}
+
 // The metadata.xml of a folder that somebody has chosen, or of one around a tile.
-QString MetadataAround(QDir folder, int floors)
+QString MetadataAround(QDir folder, int floors, bool isOnlyOfModel)
 {
     for (int i = 0; i <= floors; ++i) {
-        if (folder.exists(metadataName))
-            return folder.absoluteFilePath(metadataName);
+        const QString path = folder.absoluteFilePath(metadataName);
+        if (QFileInfo(path).isFile() && (!isOnlyOfModel || IsOfModel(path)))
+            return path;
         if (!folder.cdUp())
             break;
     }
@@ -140,7 +150,7 @@ void ExamineFile(const QFileInfo& file, AxModelSource& source)
     if (!source.fault.isEmpty())
         return;
     const int floors = suffix == QLatin1String("osgb") ? 2 : 0;
-    if (const QString metadata = MetadataAround(file.dir(), floors); !metadata.isEmpty())
+    if (const QString metadata = MetadataAround(file.dir(), floors, true); !metadata.isEmpty())
         ReadMetadata(metadata, source);
     else
         ReadSidecars(file, source);
@@ -181,7 +191,7 @@ AxModelSource AxExamineModel(const QString& path)
     if (file.isDir()) {
         const QString metadata =
             MetadataAround(QDir(file.absoluteFilePath()),
-                           file.fileName().compare(dataName, Qt::CaseInsensitive) == 0 ? 1 : 0);
+                           file.fileName().compare(dataName, Qt::CaseInsensitive) == 0 ? 1 : 0, false);
         if (metadata.isEmpty())
             source.fault =
                 SourceText(QT_TRANSLATE_NOOP("AxModelLayers", "The folder %1 has no metadata.xml."))

@@ -24,8 +24,9 @@ struct AxModelSource
 };
 
 /// Looks at a model file, at the metadata.xml of a photogrammetry export, or at the folder which has one. The
-/// system comes from metadata.xml beside the file or in one of the three folders above, NAME_wkt.prj or
-/// NAME.prj; the origin from metadata.xml or NAME_offset.xyz. The model itself is not read. Any thread.
+/// system comes from metadata.xml beside the file or, of an OSGB, in one of the two folders above (of a file
+/// only one with ModelMetadata counts), NAME_wkt.prj or NAME.prj; the origin from metadata.xml or
+/// NAME_offset.xyz. The model itself is not read. Any thread.
 AXEARTHVIEWER_EXPORT AxModelSource AxExamineModel(const QString& path);
 
 /// The files in which the levels of an export begin: Data/NAME/NAME.osgb, or all models in Data where there

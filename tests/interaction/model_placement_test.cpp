@@ -102,9 +102,12 @@ TEST(ModelSource, IsReadFromWhatLiesBesideTheModel)
     }
     EXPECT_EQ(AxExamineModel(tile).coordinateSystem, "ENU:1.5,2") << "a tile on its own knows where it is";
     EXPECT_FALSE(AxExamineModel(tile).isTree);
+    for (const char* catalogue : {"metadata.xml", "city/Data/T_1/metadata.xml"})
+        write(catalogue, "<?xml version=\"1.0\"?><MD_Metadata><SRS>EPSG:4326</SRS></MD_Metadata>");
+    EXPECT_EQ(AxExamineModel(tile).coordinateSystem, "ENU:1.5,2") << "what a catalogue says is no system";
 
     const QString dam = write("dam.obj", "v 0 0 0\n");
-    EXPECT_EQ(AxExamineModel(dam).coordinateSystem, "");
+    EXPECT_EQ(AxExamineModel(dam).coordinateSystem + AxExamineModel(dam).fault, "");
     write("dam.prj", "EPSG:32613");
     write("dam_offset.xyz", "500000 4100000 12.5\n");
     EXPECT_EQ(AxExamineModel(dam).coordinateSystem, "EPSG:32613");
