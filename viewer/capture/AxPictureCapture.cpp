@@ -6,15 +6,13 @@
 #include <osgDB/DatabasePager>
 
 #include <QOpenGLFramebufferObject>
+#include <QPointer>
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
 #include <utility>
 
-#ifndef GL_RASTERIZER_DISCARD
-#define GL_RASTERIZER_DISCARD 0x8C89
-#endif
 #ifndef GL_MAX_RENDERBUFFER_SIZE
 #define GL_MAX_RENDERBUFFER_SIZE 0x84E8
 #endif
@@ -31,8 +29,8 @@ constexpr int timeToSettle = 120;
 constexpr int impatient = 10;
 // So long one step may take before events are looked at again, milliseconds.
 constexpr int stepTime = 40;
-// The tiles of a part, with those of the part before; others would be dropped and asked for in turns.
-constexpr int tilesKept = 400;
+// A picture of 8192 x 8192 pixels has several hundred; fewer would be dropped and asked for in turns.
+constexpr int tilesKept = 1000;
 
 QImage MadeImage(const QSize& size)
 {
@@ -169,39 +167,45 @@ QRect AxPictureCapture::partInView() const
     return parts[part].adjusted(-margin, -margin, margin, margin);
 }
 
-// What is not seen asks for its tiles all the same.
-bool AxPictureCapture::draw(bool isSeen)
+bool AxPictureCapture::look()
+{
+    if (!stage.ready())
+        return false;
+    const QRect seen = partInView();
+    stage.aside([&] {
+        eye->Look(shots[shot].view, AxShots::ProjectionOf(shots[shot], seen), QRect(QPoint(), seen.size()));
+    });
+    return true;
+}
+
+bool AxPictureCapture::draw()
 {
     if (!stage.ready())
         return false;
     const QRect seen = partInView();
     read = QImage();
-    eye->SetFinalDrawCallback(
-        isSeen ? new WindowCaptureCallback([this](const QImage& drawn) { read = drawn; }) : nullptr);
+    eye->SetFinalDrawCallback(new WindowCaptureCallback([this](const QImage& drawn) { read = drawn; }));
     stage.aside([&] {
         osg::GraphicsContext& window = *stage.viewer->getCamera()->getGraphicsContext();
         const GLuint former = window.getDefaultFboId();
         if (!buffer->bind())
             return;
         window.setDefaultFboId(buffer->handle());
-        if (!isSeen)
-            glEnable(GL_RASTERIZER_DISCARD);
         eye->Draw(shots[shot].view, AxShots::ProjectionOf(shots[shot], seen), QRect(QPoint(), seen.size()));
-        if (!isSeen)
-            glDisable(GL_RASTERIZER_DISCARD);
         window.setDefaultFboId(former);
         buffer->release();
     });
-    return true;
+    return !read.isNull();
 }
 
 void AxPictureCapture::step()
 {
+    const QPointer<AxPictureCapture> self(this); // who hears of the end may delete the viewer
     QElapsedTimer clockOfStep;
     clockOfStep.start();
-    while (IsBusy() && clockOfStep.elapsed() < stepTime) {
+    while (self && IsBusy() && clockOfStep.elapsed() < stepTime) {
         const bool wasLoading = isLoading();
-        if (!draw(false))
+        if (!look())
             return fail(tr("The map is gone."));
         const bool isQuiet = !wasLoading && !isLoading();
         quiet = isQuiet ? quiet + 1 : 0;
@@ -227,11 +231,11 @@ void AxPictureCapture::step()
             continue;
         }
         isDetailMissing = isDetailMissing || isGivenUp;
-        if (!draw(true) || read.isNull())
+        if (!draw())
             return fail(tr("The picture cannot be read from the video adapter."));
         takePart(read);
     }
-    if (IsBusy())
+    if (self && IsBusy())
         tellProgress();
 }
 
@@ -254,12 +258,15 @@ void AxPictureCapture::takePart(const QImage& picture)
     if (!unfinished.isEmpty())
         return fail(unfinished);
     if (++shot < shots.size()) {
+        stage.hold(true); // what flies goes on, so the map on the screen is drawn anew
         beginPicture();
         return;
     }
     end();
+    const QPointer<AxPictureCapture> self(this);
     emit progress(100, number);
-    emit finished(QString());
+    if (self)
+        emit finished(QString());
 }
 
 void AxPictureCapture::tellProgress()

@@ -103,7 +103,8 @@ signals:
 
 private:
     void step();
-    bool draw(bool isSeen);
+    bool look();
+    bool draw();
     void beginPicture();
     void takePart(const QImage& picture);
     void end();

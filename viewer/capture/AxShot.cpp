@@ -11,7 +11,8 @@
 
 namespace {
 constexpr double radians = AxGlobe::pi / 180.0;
-// High above all ground, so that screen sizes differ little with heights, and below where the graticule begins.
+// High above all ground, so that screen sizes differ little with heights, and below where the graticule
+// begins.
 constexpr double eyeOverMap = 55000.0;
 constexpr double nearest = 1.0;
 constexpr double farthest = 1000000.0;
@@ -111,6 +112,7 @@ std::vector<AxShotPose> AxShots::Along(const std::vector<osg::Vec3d>& route, dou
     if (route.size() < 2 || !(step > 0.0) || most < 2 || !std::all_of(route.begin(), route.end(), isPlace))
         return {};
     std::vector<CAxVector3D> places;
+    places.reserve(route.size());
     for (const osg::Vec3d& place : route)
         places.emplace_back(place.x(), place.y(), place.z());
     const AxPathFigures figures = AxMeasurePath(places);

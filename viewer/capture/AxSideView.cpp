@@ -61,12 +61,12 @@ void AxSideView::begin()
     }
 }
 
-void AxSideView::Draw(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+bool AxSideView::cull(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
 {
     osg::Camera& own = *viewer.getCamera();
     osg::GraphicsContext* window = own.getGraphicsContext();
     if (!window || !window->getState() || !viewer.getSceneData())
-        return;
+        return false;
     if (!sceneView)
         begin();
     osgDB::DatabasePager* pager = viewer.getDatabasePager();
@@ -88,11 +88,22 @@ void AxSideView::Draw(const osg::Matrixd& view, const osg::Matrixd& projection, 
     sceneView->setFrameStamp(viewer.getViewerFrameStamp());
     sceneView->setDisplaySettings(viewer.getDisplaySettings() ? viewer.getDisplaySettings()
                                                               : osg::DisplaySettings::instance().get());
-    osgUtil::CullVisitor& cull = *sceneView->getCullVisitor();
-    cull.setDatabaseRequestHandler(pager);
-    cull.setImageRequestHandler(viewer.getImagePager());
+    osgUtil::CullVisitor& visitor = *sceneView->getCullVisitor();
+    visitor.setDatabaseRequestHandler(pager);
+    visitor.setImageRequestHandler(viewer.getImagePager());
     sceneView->inheritCullSettings(*camera);
     sceneView->cull();
-    sceneView->draw();
     camera->scene = nullptr;
+    return true;
+}
+
+void AxSideView::Look(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+{
+    cull(view, projection, port);
+}
+
+void AxSideView::Draw(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+{
+    if (cull(view, projection, port))
+        sceneView->draw();
 }

@@ -33,6 +33,8 @@ public:
     /// What is in that viewport (pixels from the lower left one), and nothing beside it, is cleared and
     /// drawn.
     void Draw(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
+    /// The same without drawing: what it lacks is asked for, and what is made while it is looked at is made.
+    void Look(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
     /// Called with the picture drawn, before its context is used for anything else; null for nobody.
     void SetFinalDrawCallback(osg::Camera::DrawCallback* callback);
 
@@ -40,6 +42,7 @@ private:
     class Eye;
 
     void begin();
+    bool cull(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
 
     osgViewer::Viewer& viewer;
     osg::ref_ptr<Eye> camera;

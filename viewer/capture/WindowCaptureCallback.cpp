@@ -6,6 +6,13 @@
 
 #include <utility>
 
+#ifndef GL_BGRA
+#define GL_BGRA 0x80E1
+#endif
+#ifndef GL_UNSIGNED_INT_8_8_8_8_REV
+#define GL_UNSIGNED_INT_8_8_8_8_REV 0x8367
+#endif
+
 WindowCaptureCallback::WindowCaptureCallback(Take hears) : take(std::move(hears)) {}
 
 void WindowCaptureCallback::operator()(osg::RenderInfo& info) const
@@ -16,15 +23,15 @@ void WindowCaptureCallback::operator()(osg::RenderInfo& info) const
     const int height = port ? static_cast<int>(port->height()) : 0;
     if (!take || width < 1 || height < 1)
         return;
-    // Rows of a QImage begin at multiples of four bytes, as OpenGL's do unless it is told otherwise.
-    QImage upsideDown(width, height, QImage::Format_RGB888);
+    // As frame buffers have it: read in three bytes a pixel it would be converted one by one.
+    QImage upsideDown(width, height, QImage::Format_RGB32);
     if (upsideDown.isNull())
         return;
     GLint packing = 4;
     glGetIntegerv(GL_PACK_ALIGNMENT, &packing);
     glPixelStorei(GL_PACK_ALIGNMENT, 4);
-    glReadPixels(static_cast<GLint>(port->x()), static_cast<GLint>(port->y()), width, height, GL_RGB,
-                 GL_UNSIGNED_BYTE, upsideDown.bits());
+    glReadPixels(static_cast<GLint>(port->x()), static_cast<GLint>(port->y()), width, height, GL_BGRA,
+                 GL_UNSIGNED_INT_8_8_8_8_REV, upsideDown.bits());
     glPixelStorei(GL_PACK_ALIGNMENT, packing);
-    take(upsideDown.mirrored());
+    take(upsideDown.convertToFormat(QImage::Format_RGB888).mirrored());
 }
