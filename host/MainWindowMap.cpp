@@ -75,6 +75,7 @@ void MainWindow::BuildModels(QMenu* file)
         extents->Apply();
     });
     ModelsKept* inProject = models->Kept();
+    inProject->SetHome([this] { return project->Home(); });
     project->KeepValue(
         QStringLiteral("models"), [inProject] { return inProject->Text(); },
         [inProject](const QString& text) { inProject->SetText(text); });

@@ -4,11 +4,13 @@
 #include "host/tasks/LimitedNumber.h"
 #include "interaction/AxModelLayers.h"
 #include "interaction/CAxEarthManipulator.h"
+#include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <osgEarth/Viewpoint>
 
 #include <QAction>
+#include <QApplication>
 #include <QBoxLayout>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -33,7 +35,8 @@ const char* const modelSuffixes[] = {"osgb", "osgt", "osg", "ive", "obj", "gltf"
 
 ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), kept(new ModelsKept(earthViewer, this)), list(new QTreeWidget),
-      fly(new QPushButton(tr("Fly there"))), remove(new QPushButton(tr("Remove"))), lift(new LimitedNumber),
+      fly(new QPushButton(tr("Fly there"))), find(new QPushButton(tr("Find file…"))),
+      remove(new QPushButton(tr("Remove"))), lift(new LimitedNumber),
       ground(new QPushButton(tr("Onto the ground"))), note(new QLabel)
 {
     list->setObjectName(QStringLiteral("Models"));
@@ -72,6 +75,7 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     lifting->addWidget(ground);
     auto* doing = new QHBoxLayout;
     doing->addWidget(fly);
+    doing->addWidget(find);
     doing->addWidget(remove);
     auto* column = new QVBoxLayout(this);
     column->addWidget(list, 1);
@@ -88,6 +92,7 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(file, &QPushButton::clicked, this, &ModelPanel::ChooseFiles);
     connect(tree, &QPushButton::clicked, this, &ModelPanel::ChooseFolder);
     connect(fly, &QPushButton::clicked, this, &ModelPanel::Fly);
+    connect(find, &QPushButton::clicked, this, &ModelPanel::FindMissing);
     connect(ground, &QPushButton::clicked, this, &ModelPanel::PutOnGround);
     connect(remove, &QPushButton::clicked, this, &ModelPanel::Remove);
     connect(list, &QTreeWidget::itemChanged, this, &ModelPanel::OnItemChanged);
@@ -108,13 +113,13 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
         if (layer)
             emit Told(layer->note.isEmpty() ? tr("%1 is on the map.").arg(layer->name)
                                             : tr("%1 is on the map. %2").arg(layer->name, layer->note));
-        if (id == asked)
+        if (id == asked && IsUndisturbed())
             FlyTo(id);
     });
     connect(layers, &AxModelLayers::failed, this, [this](const QString& id, const QString& why) {
         emit Told(why);
         // A box lets events run, and there are others to be told.
-        if (id == asked)
+        if (id == asked && IsUndisturbed())
             QMetaObject::invokeMethod(
                 this, [this, why] { QMessageBox::warning(this, tr("Models"), why); }, Qt::QueuedConnection);
     });
@@ -161,6 +166,10 @@ void ModelPanel::Fill()
     if (!Layers() || isFilling)
         return;
     isFilling = true;
+    // With its row the choice would go on to another one.
+    const QString chosen = Chosen();
+    const int chosenMissing = ChosenMissing();
+    QTreeWidgetItem* current = nullptr;
     const QList<AxModelLayer> layers = Layers()->All();
     const QVector<ModelsKept::Missing> missing = kept->GetMissing();
     const int count = layers.size() + missing.size();
@@ -168,7 +177,6 @@ void ModelPanel::Fill()
         delete list->takeTopLevelItem(list->topLevelItemCount() - 1);
     while (list->topLevelItemCount() < count)
         new QTreeWidgetItem(list);
-    const QString chosen = Chosen();
     for (int i = 0; i < count; ++i) {
         QTreeWidgetItem* item = list->topLevelItem(i);
         const bool isLayer = i < layers.size();
@@ -180,6 +188,8 @@ void ModelPanel::Fill()
             item->setText(1, tr("missing"));
             item->setToolTip(0, one.reason);
             item->setData(0, Qt::CheckStateRole, {});
+            if (one.id == chosenMissing)
+                current = item;
             continue;
         }
         const AxModelLayer& layer = layers[i];
@@ -189,8 +199,9 @@ void ModelPanel::Fill()
         item->setToolTip(0, layer.note.isEmpty() ? layer.path : layer.path + QLatin1Char('\n') + layer.note);
         item->setCheckState(0, layer.options.isVisible ? Qt::Checked : Qt::Unchecked);
         if (layer.id == chosen)
-            list->setCurrentItem(item);
+            current = item;
     }
+    list->setCurrentItem(current);
     isFilling = false;
     OnChosen();
 }
@@ -207,6 +218,7 @@ void ModelPanel::OnChosen()
     isFilling = false;
     fly->setEnabled(hasPlace || ChosenMissing() != 0);
     fly->setText(ChosenMissing() != 0 ? tr("Load again") : tr("Fly there"));
+    find->setVisible(ChosenMissing() != 0);
     ground->setEnabled(hasPlace);
     remove->setEnabled(layer || ChosenMissing() != 0);
     remove->setText(layer && layer->isLoading ? tr("Cancel") : tr("Remove"));
@@ -275,7 +287,7 @@ bool ModelPanel::Load(const QString& path)
                                   .arg(source.bytes >> 20),
                               QMessageBox::Yes | QMessageBox::No, QMessageBox::No) != QMessageBox::Yes)
         return false;
-    if (source.coordinateSystem.isEmpty()) {
+    if (!AxModelPlacement::Of(source.coordinateSystem, source.origin)) {
         ModelPlaceBox box(viewer, source, this);
         if (box.exec() != QDialog::Accepted || !Layers())
             return false;
@@ -288,6 +300,7 @@ bool ModelPanel::Load(const QString& path)
         return false;
     }
     asked = id;
+    askedFrom = viewer->getManipulator()->getMatrix();
     Fill();
     for (int i = 0; i < list->topLevelItemCount(); ++i)
         if (list->topLevelItem(i)->data(0, layerRole).toString() == id)
@@ -308,6 +321,21 @@ void ModelPanel::Fly()
         kept->TryAgain(missing);
     else
         FlyTo(Chosen());
+}
+
+bool ModelPanel::IsUndisturbed() const
+{
+    constexpr double still = 0.5; // metres
+    constexpr double sameWay = 0.9999;
+    if (!viewer || viewer->GetToolType() != ToolNavigate || QApplication::activeModalWidget() ||
+        QApplication::mouseButtons() != Qt::NoButton)
+        return false;
+    const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
+    const osg::Matrixd now = viewer->getManipulator()->getMatrix();
+    const osg::Vec3d ahead(0.0, 0.0, -1.0);
+    return (!current || current->GetHandleOperation() == OperationIdle) &&
+           (now.getTrans() - askedFrom.getTrans()).length() < still &&
+           osg::Matrixd::transform3x3(ahead, now) * osg::Matrixd::transform3x3(ahead, askedFrom) > sameWay;
 }
 
 void ModelPanel::FlyTo(const QString& id)
@@ -341,6 +369,14 @@ void ModelPanel::PutOnGround()
         Layers()->SetLift(layer->id, layer->options.lift + below - layer->lowest);
     else
         emit Told(tr("The height of the ground there is not known."));
+}
+
+void ModelPanel::FindMissing()
+{
+    const int missing = ChosenMissing();
+    const QString path = QFileDialog::getOpenFileName(this, tr("Where is the model now?"), folder);
+    if (missing != 0 && !path.isEmpty())
+        kept->TryAgain(missing, path);
 }
 
 void ModelPanel::Remove()

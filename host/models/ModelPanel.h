@@ -1,4 +1,6 @@
 #pragma once
+#include <osg/Matrixd>
+
 #include <QPointer>
 #include <QWidget>
 
@@ -48,18 +50,23 @@ private:
     AxModelLayers* Layers() const; ///< null once the viewer goes
     void Fly();
     void FlyTo(const QString& id);
+    /// Whether nothing is done on the map, and it has not been moved since a model was asked for.
+    bool IsUndisturbed() const;
     void PutOnGround();
+    void FindMissing();
     void Remove();
 
     QPointer<CAxEarthViewer> viewer;
     ModelsKept* kept;
     QTreeWidget* list;
     QPushButton* fly;
+    QPushButton* find; ///< of a missing one
     QPushButton* remove;
     LimitedNumber* lift;
     QPushButton* ground;
     QLabel* note;
-    QString folder; ///< that was used last
-    QString asked;  ///< by hand: it is flown to when it is there
+    QString folder;         ///< that was used last
+    QString asked;          ///< by hand: it is flown to when it is there
+    osg::Matrixd askedFrom; ///< where the camera was then
     bool isFilling = false;
 };

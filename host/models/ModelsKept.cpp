@@ -2,6 +2,7 @@
 #include "interaction/AxModelLayers.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,6 +12,7 @@
 
 namespace {
 const QString pathKey = QStringLiteral("path");
+const QString fromHomeKey = QStringLiteral("path_from_project");
 const QString nameKey = QStringLiteral("name");
 const QString systemKey = QStringLiteral("system");
 const QString originKey = QStringLiteral("origin");
@@ -92,7 +94,7 @@ QString ModelsKept::Text() const
     QJsonArray models;
     for (const Kept& one : all) {
         const auto layer = Layers() ? Layers()->Find(one.layer) : std::nullopt;
-        models += layer ? Written(layer->path, layer->options) : one.model;
+        models += layer ? WithWayFromHome(Written(layer->path, layer->options)) : one.model;
     }
     return models.isEmpty() ? QString()
                             : QString::fromUtf8(QJsonDocument(models).toJson(QJsonDocument::Compact));
@@ -126,7 +128,27 @@ void ModelsKept::Load(Kept& one)
 {
     const QScopedValueRollback<bool> guard(isLoading, true);
     if (AxModelLayers* layers = Layers())
-        one.layer = layers->Add(one.model.value(pathKey).toString(), OptionsOf(one.model), &one.reason);
+        one.layer = layers->Add(PathOf(one.model), OptionsOf(one.model), &one.reason);
+}
+
+QString ModelsKept::PathOf(const QJsonObject& model) const
+{
+    const QString fromHome = model.value(fromHomeKey).toString();
+    const QString folder = home ? home() : QString();
+    const QString beside = QDir::cleanPath(QDir(folder).absoluteFilePath(fromHome));
+    return !folder.isEmpty() && !fromHome.isEmpty() && QFileInfo::exists(beside)
+               ? beside
+               : model.value(pathKey).toString();
+}
+
+QJsonObject ModelsKept::WithWayFromHome(QJsonObject model) const
+{
+    const QString folder = home ? home() : QString();
+    const QString way = QDir(folder).relativeFilePath(model.value(pathKey).toString());
+    // Another drive has none.
+    if (!folder.isEmpty() && QDir::isRelativePath(way))
+        model.insert(fromHomeKey, way);
+    return model;
 }
 
 void ModelsKept::OnAdded(const QString& layer)
@@ -177,11 +199,18 @@ void ModelsKept::Forget(int id)
     emit missingChanged();
 }
 
-void ModelsKept::TryAgain(int id)
+void ModelsKept::TryAgain(int id, const QString& path)
 {
     Kept* one = FindMissing(id);
     if (!one)
         return;
+    const QJsonObject had = one->model;
+    if (!path.isEmpty()) {
+        one->model.remove(fromHomeKey);
+        one->model.insert(pathKey, path);
+    }
     Load(*one);
+    if (one->layer.isEmpty())
+        one->model = had;
     emit missingChanged();
 }

@@ -5,6 +5,9 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
+#include <utility>
+
 class AxModelLayers;
 class CAxEarthViewer;
 
@@ -19,6 +22,10 @@ class ModelsKept : public QObject
 public:
     ModelsKept(CAxEarthViewer* viewer, QObject* parent);
     ~ModelsKept() override;
+
+    /// Tells the folder of the project; empty for none. Models are found again from there when it is moved
+    /// with them.
+    void SetHome(std::function<QString()> folder) { home = std::move(folder); }
 
     /// All models of the map and those that could not be loaded; empty for nothing.
     QString Text() const;
@@ -35,8 +42,10 @@ public:
         QString reason;
     };
     QVector<Missing> GetMissing() const;
-    void Forget(int id);   ///< nothing for an ID that there is not
-    void TryAgain(int id); ///< the same; it comes back to the missing ones where it fails again
+    void Forget(int id); ///< nothing for an ID that there is not
+    /// The same; it comes back to the missing ones where it fails again. With a path it is looked for there
+    /// from now on, unless that is refused at once.
+    void TryAgain(int id, const QString& path = {});
 
 signals:
     void missingChanged();
@@ -56,11 +65,15 @@ private:
     Kept* FindMissing(int id);
     Kept* FindLayer(const QString& layer);
     void Load(Kept& one);
+    /// Where a model's files are: beside the project, if they are there.
+    QString PathOf(const QJsonObject& model) const;
+    QJsonObject WithWayFromHome(QJsonObject model) const;
     void OnAdded(const QString& layer);
     void OnFailed(const QString& layer, const QString& why);
     void OnRemoved(const QString& layer);
 
     QPointer<CAxEarthViewer> viewer;
+    std::function<QString()> home;
     QVector<Kept> all;
     int last = 0;
     bool isLoading = false; ///< what OnAdded() is told of is in the list

@@ -73,6 +73,7 @@ void ProjectSession::Recover(AxRecovery& recovery)
     const bool hasFile = !recovery.projectPath.isEmpty();
     const bool isOwn = hasFile && TakeLock(recovery.projectPath, isCopy) && !isCopy;
     path = isOwn ? recovery.projectPath : QString();
+    home = hasFile ? QFileInfo(recovery.projectPath).absolutePath() : QString();
     contents = ContentsOf(path); // whoever changed it after the crash was told of in the question
     copyOf = hasFile && !isOwn ? QFileInfo(recovery.projectPath).completeBaseName() : QString();
     ShowProject(recovery.project);

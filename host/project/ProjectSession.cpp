@@ -166,6 +166,7 @@ void ProjectSession::New()
     ShowProject({});
     lock->Release();
     path.clear();
+    home.clear();
     copyOf.clear();
     contents.clear();
     journal->Begin(path, Look());
@@ -211,6 +212,7 @@ bool ProjectSession::Open(const QString& file)
         return false;
     }
     path = isCopy ? QString() : file;
+    home = QFileInfo(file).absolutePath();
     copyOf = isCopy ? QFileInfo(file).completeBaseName() : QString();
     contents = isCopy ? QByteArray() : found;
     ShowProject(read.project);
@@ -240,6 +242,7 @@ bool ProjectSession::OpenRest(const QString& file, const AxProjectRead& look)
         return false;
     lock->Release();
     path.clear();
+    home = QFileInfo(file).absolutePath();
     copyOf = QFileInfo(file).completeBaseName();
     contents.clear();
     ShowProject(*look.rest);
@@ -362,10 +365,12 @@ bool ProjectSession::SaveTo(const QString& file, std::unique_ptr<AxProjectLock> 
     const Overwrite may = AskOverwrite(file);
     if (may != Overwrite::Yes)
         return may == Overwrite::Elsewhere && SaveAs();
+    const QString formerHome = std::exchange(home, QFileInfo(file).absolutePath());
     const AxProject now = Look();
     QString fault;
     QString former;
     if (!AxWriteProject(file, now, &fault, &former)) {
+        home = formerHome;
         Warn(tr("Save project"), tr("The project is not saved. %1").arg(fault));
         return false;
     }

@@ -54,6 +54,9 @@ public:
     void KeepValue(const QString& name, std::function<QString()> look,
                    std::function<void(const QString&)> show);
 
+    /// The folder of the file that is open, also as a copy, or is saved just now; empty for none.
+    QString Home() const { return home; }
+
     /// Another reason not to leave, asked whenever it matters.
     void SetReasonToStay(std::function<QString()> reason) { reasonToStay = std::move(reason); }
 
@@ -115,6 +118,7 @@ private:
     AxProjectJournal* journal;
     std::unique_ptr<AxProjectLock> lock;
     QString path;        ///< empty: it has never been saved under a name that is this program's
+    QString home;        ///< as Home() tells
     QString copyOf;      ///< that file's name
     QByteArray contents; ///< as ContentsOf() told when the file was opened or saved
     RecentProjects* recent;

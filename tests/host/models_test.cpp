@@ -6,6 +6,7 @@
 #include "ModalBox.h"
 #include "SuiteViewer.h"
 
+#include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
 #include <QSignalSpy>
@@ -88,6 +89,22 @@ TEST_F(Models, GoWithTheProjectAndStayInItWhenTheyAreMissing)
         EXPECT_EQ(layer.options.isVisible, layer.options.lift == 12.25);
         EXPECT_EQ(layer.options.heights == AxModelHeights::SeaLevel, layer.name == "gone");
     }
+    // The folder of the project is moved, with its models.
+    QString home = folder.path();
+    kept.SetHome([&home] { return home; });
+    const QString fromHome = kept.Text();
+    home = folder.filePath("moved");
+    ASSERT_TRUE(QDir().mkpath(home));
+    for (const char* name : {"first.obj", "second.obj"})
+        QFile::rename(folder.filePath(name), home + '/' + name);
+    kept.SetText(fromHome);
+    ASSERT_TRUE(WaitForLoaded(2)) << "found from there";
+    EXPECT_TRUE(Layers().All().constFirst().path.startsWith(home));
+    panel.findChild<QTreeWidget*>()->setCurrentItem(list->topLevelItem(1));
+    const QString chosen = list->currentItem()->text(0);
+    Layers().Remove(Layers().All().constFirst().id);
+    ASSERT_TRUE(list->currentItem());
+    EXPECT_EQ(list->currentItem()->text(0), chosen) << "the choice stays with its model";
     Layers().Clear();
     EXPECT_EQ(kept.Text(), QString());
 
@@ -129,4 +146,11 @@ TEST_F(Models, ThatTellNoPlaceAreAskedFor)
     EXPECT_NEAR(layer.lowest, 2400.0, 0.01);
     EXPECT_NEAR(layer.highest, 2408.0, 0.01);
     EXPECT_EQ(box.count, 2);
+    const QString unknown = Pyramid("unknown.obj");
+    QFile system(folder.filePath("unknown.prj"));
+    ASSERT_TRUE(system.open(QIODevice::WriteOnly) && system.write("LOCAL_CS[\"site\"]") > 0);
+    system.close();
+    box.answers = {ModalBox::Press("Cancel")};
+    EXPECT_FALSE(panel.Load(unknown));
+    EXPECT_TRUE(box.texts.join('\n').contains("LOCAL_CS")) << "a system that is not known is asked for, too";
 }
