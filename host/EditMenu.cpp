@@ -42,6 +42,8 @@ void EditMenu::AddAids()
          tr("A dragged vertex keeps the angle to the previous edge at steps of 15\302\260")},
         {&AxEditAids::rimHandles, tr("Handles to &turn and stretch"),
          tr("Handles around the block turn it and change its size; Shift keeps its proportions")},
+        {&AxEditAids::clampToModels, tr("Put vertices on &models"),
+         tr("Vertices have the height of the 3-D models on the map, where there are any")},
     };
     for (const auto& row : rows) {
         QAction* action = addAction(row.text);

@@ -37,6 +37,7 @@ const struct
     {"deleteKey", &AxEditAids::deleteKey},
     {"snap", &AxEditAids::snap},
     {"angleSteps", &AxEditAids::angleSteps},
+    {"clampToModels", &AxEditAids::clampToModels},
 };
 } // namespace
 

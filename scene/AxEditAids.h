@@ -16,4 +16,7 @@ struct AxEditAids
     /// Handles at the corners of the box around a polygon or strip stretch it, with Shift in proportion, and
     /// one outside turns it.
     bool rimHandles = false;
+    /// Vertices are put on the models of the map, roofs and walls, where there is one, and else on the
+    /// ground: by drags, and by AxScene::GetElevations(), which gives the heights of models then.
+    bool clampToModels = false;
 };

@@ -2,6 +2,7 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "analysis/sight/AxSightAnalysis.h"
 #include "analysis/volume/AxVolumeAnalysis.h"
+#include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/input/CAxEarthManipulator.h"
 #include "interaction/magnifier/AxMagnifier.h"
 #include "interaction/magnifier/CAxOsgDrawMagnifyRectange.h"
@@ -28,8 +29,8 @@
 #include "viewer/AxOverlayScene.h"
 #include "viewer/AxPlaceNames.h"
 #include "viewer/AxSceneStartup.h"
-#include "viewer/capture/AxPictureCapture.h"
 #include "viewer/AxVolumeDesk.h"
+#include "viewer/capture/AxPictureCapture.h"
 #include "viewer/overlay/AxGridWidget.h"
 #include "viewer/overlay/AxHeadUpText.h"
 #include "viewer/overlay/AxReadOut.h"
@@ -139,6 +140,8 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
             emit q->signalAddModelLayer(id, layer->name, layer->files, layer->options.isVisible, layer->path,
                                         layer->options.coordinateSystem);
     });
+    connect(modelLayers.get(), &AxModelLayers::added, q, [this] { clampToModels(); });
+    connect(modelLayers.get(), &AxModelLayers::removed, q, [this] { clampToModels(); });
     modelOutlines = std::make_unique<AxModelOutlines>(*this, *modelLayers);
     connect(modelOutlines.get(), &AxModelOutlines::answered, q,
             &CAxEarthViewer::signalRequestIntersectionReturn);
@@ -149,6 +152,14 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
 }
 
 AxViewerPrivate::~AxViewerPrivate() = default;
+
+void AxViewerPrivate::clampToModels()
+{
+    const bool isOn = history.Aids().clampToModels && !modelLayers->All().isEmpty();
+    for (const CAxHandleAdapter* object : objects.All())
+        if (CAxHandleAdapterEditor* const editor = object->GetAnchorEditor())
+            editor->SetIntersectModelLayer(isOn);
+}
 
 AxZoneAnswers* AxViewerPrivate::Zones()
 {
@@ -167,7 +178,7 @@ std::optional<bool> AxViewerPrivate::AngleHandlesShown() const
 
 void AxViewerPrivate::GetElevations(QList<osg::Vec3d>& points) const
 {
-    manipulator->GetElevations(points, false);
+    manipulator->GetElevations(points, history.Aids().clampToModels);
 }
 
 QImage AxViewerPrivate::paintedPicture()

@@ -82,6 +82,8 @@ public:
     // Construction and start-up, in their order (AxViewerPrivate.cpp)
 
     void initParameters();
+    /// Tells the handles that are there whether they are put on models.
+    void clampToModels();
     void initOverlays();
     void embed(QWidget* overlay);
     void setUpViewerInWindow(int x, int y, int width, int height);

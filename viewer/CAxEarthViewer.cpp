@@ -362,6 +362,7 @@ QAction* CAxEarthViewer::GetRedoAction() const
 void CAxEarthViewer::SetEditAids(const AxEditAids& aids)
 {
     d->history.SetAids(aids);
+    d->clampToModels();
     const CAxHandleAdapter* current = d->objects.Current();
     if (CAxHandleAdapterEditor* editor = current ? current->GetAnchorEditor() : nullptr)
         editor->Update();

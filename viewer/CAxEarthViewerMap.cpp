@@ -1,4 +1,5 @@
 // The viewer as the map that it shows: its ground and its coordinate systems.
+#include "interaction/input/CAxEarthManipulator.h"
 #include "scene/base/AxLongitudes.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxMapLayers.h"
@@ -31,7 +32,7 @@ double CAxEarthViewer::GetElevation(double longitude, double latitude) const
         return unknown;
 #endif
     QList<osg::Vec3d> place = {osg::Vec3d(longitude, latitude, unknown)};
-    d->GetElevations(place);
+    d->manipulator->GetElevations(place, false);
     return place.front().z();
 }
 

@@ -3,11 +3,13 @@
 #include "interaction/editing/AxEdgeHandles.h"
 #include "interaction/editing/AxEditRules.h"
 #include "interaction/editing/CAxClampObjectCallback.h"
+#include "interaction/models/AxModelPick.h"
 #include "scene/shape/AxHandlePoints.h"
 #include "scene/shape/AxViewRay.h"
 
 #include "scene/AxEditAids.h"
 #include "scene/AxObjectBook.h"
+#include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
 
@@ -19,6 +21,7 @@
 #include <osgEarth/Terrain>
 #include <osgGA/EventVisitor>
 #include <osgUtil/CullVisitor>
+#include <osgViewer/Viewer>
 
 namespace {
 // The tiles of the whole globe are too coarse to stand on.
@@ -65,6 +68,11 @@ CAxHandleAdapterEditor::CAxHandleAdapterEditor(CAxHandleAdapter* owner, osgEarth
 {
     setName("AnchorEditor");
     setCullingActive(false);
+    if (AxViewerParts* const parts = shape->Parts(); parts && parts->Objects().Aids().clampToModels) {
+        // Without a model handles follow the ground as finer tiles come.
+        const osg::Group* models = AxFindModelRoot(parts->Scene().View()->getSceneData());
+        intersectModel = models && models->getBound().valid();
+    }
     _initEditor();
 }
 

@@ -1265,6 +1265,14 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
         <translation>拖动或绘制的顶点吸附到附近的顶点和边</translation>
     </message>
     <message>
+        <source>Put vertices on &amp;models</source>
+        <translation>顶点贴合模型(&amp;M)</translation>
+    </message>
+    <message>
+        <source>Vertices have the height of the 3-D models on the map, where there are any</source>
+        <translation>在有三维模型的地方，顶点取模型的高度</translation>
+    </message>
+    <message>
         <source>&amp;Angles in steps of 15°</source>
         <translation>角度按 15° 步进(&amp;A)</translation>
     </message>

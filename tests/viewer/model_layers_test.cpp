@@ -4,6 +4,9 @@
 
 #include "interaction/models/AxModelLayers.h"
 #include "interaction/models/AxModelPick.h"
+#include "scene/AxEditAids.h"
+#include "scene/AxScene.h"
+#include "scene/AxViewerParts.h"
 
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -124,6 +127,16 @@ TEST_F(ModelFiles, AnExportIsShownPickedHiddenLiftedAndRemoved)
     manipulator->setOperateMode(CAxEarthManipulator::OperateModel);
     Move(window.x(), window.y());
     EXPECT_NEAR(lngLatPos.z(), place.z(), 5.0);
+
+    AxEditAids aids;
+    for (const bool isOn : {true, false}) {
+        aids.clampToModels = isOn;
+        viewer->SetEditAids(aids);
+        QList<osg::Vec3d> vertex{osg::Vec3d(place.x(), place.y(), 0.0)};
+        AxPartsOf(viewer)->Scene().GetElevations(vertex);
+        EXPECT_EQ(std::abs(vertex.front().z() - place.z()) < 0.05, isOn) << vertex.front().z();
+        EXPECT_LT(viewer->GetElevation(place.x(), place.y()), 2500.0) << "the ground is what it was";
+    }
 
     EXPECT_TRUE(models->SetLift(id, 50.0));
     EXPECT_NEAR(HeightOfModels(place), place.z() + 50.0, 0.05);
