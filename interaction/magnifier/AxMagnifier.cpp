@@ -1,11 +1,13 @@
 #include "interaction/magnifier/AxMagnifier.h"
 #include "interaction/magnifier/AxMagnifierItem.h"
 #include "interaction/magnifier/AxMagnifierRules.h"
+#include "interaction/models/AxModelPick.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
 #include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxViewRay.h"
 
+#include <osgEarth/SpatialReference>
 #include <osgViewer/Viewer>
 
 #include <QGraphicsScene>
@@ -15,6 +17,20 @@
 
 #include <algorithm>
 #include <cmath>
+
+namespace {
+// Over a tower the ground behind it would carry the lens away as the map turns.
+std::optional<osg::Vec3d> SeenBy(const AxViewRay& ray, const AxScene& scene)
+{
+    const std::optional<osg::Vec3d> ground = AxDrawnGround(*scene.MapNode(), ray);
+    osg::Group* const models = AxFindModelRoot(scene.View()->getSceneData());
+    const auto hit =
+        models ? AxPickModelLayer(*models, ray, *scene.MapSRS()->getGeographicSRS()) : std::nullopt;
+    if (!hit || (ground && (*ground - ray.eye).length2() < (hit->world - ray.eye).length2()))
+        return ground;
+    return hit->world;
+}
+} // namespace
 
 AxMagnifier::AxMagnifier(AxViewerParts& viewer)
     : parts(&viewer), map(viewer.Widget()), item(new AxMagnifierItem(*this))
@@ -48,7 +64,7 @@ bool AxMagnifier::Look(const osg::Vec2d& from, const osg::Vec2d& to)
     const AxMagnifierRules::Lens lens = AxMagnifierRules::LensFor(dragged, room);
     inWindow = (from + to) * 0.5;
     const auto ray = AxViewRay::Through(*parts->Scene().View()->getCamera(), inWindow.x(), inWindow.y());
-    ground = ray ? AxDrawnGround(*parts->Scene().MapNode(), *ray) : std::nullopt;
+    ground = ray ? SeenBy(*ray, parts->Scene()) : std::nullopt;
     size = lens.size;
     factor = lens.factor;
     const QRectF part = AxMagnifierRules::PartAround(inWindow, size, factor, room);

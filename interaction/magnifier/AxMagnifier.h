@@ -69,8 +69,9 @@ private:
     const QPointer<QGraphicsView> map;
     AxMagnifierItem* item;
     bool isOpen = false;
-    std::optional<osg::Vec3d> ground; ///< geocentric metres; without, the place in the window counts
-    osg::Vec2d inWindow;              ///< -1 to 1, y upwards
+    std::optional<osg::Vec3d>
+        ground;          ///< geocentric metres, or of a model; without, the place in the window counts
+    osg::Vec2d inWindow; ///< -1 to 1, y upwards
     QSizeF size;
     double factor = 1.0;
     QPointF corner;              ///< the upper left one, pixels, y downwards

@@ -8,6 +8,7 @@
 #include <osg/CoordinateSystemNode>
 
 #include <QSignalSpy>
+#include <QUndoStack>
 #include <QWheelEvent>
 
 #include <cmath>
@@ -58,6 +59,15 @@ protected:
     {
         return qRed(color) > 220 && qGreen(color) < 40 && qBlue(color) > 220;
     }
+    /// From its first to behind its last pixel along a row, or a column when `isDown`.
+    static QPoint EdgesOfSquare(const QImage& picture, int line, int from, int to, bool isDown = false)
+    {
+        QPoint edges(-1, -1);
+        for (int i = from; i < to; ++i)
+            if (IsOfSquare(isDown ? picture.pixel(line, i) : picture.pixel(i, line)))
+                edges = {edges.x() < 0 ? i : edges.x(), i + 1};
+        return edges;
+    }
     static int AcrossSquare(const QImage& picture, int row, int from, int to)
     {
         int count = 0;
@@ -82,14 +92,17 @@ TEST_F(Sight, AMagnifierShowsItsRectangleLargerAndNothingGoesThroughIt)
     const QImage plain = viewer->GetCurrViewerImg();
     const int across = AcrossSquare(plain, 300, 0, 800);
     ASSERT_GT(across, 10);
+    const QPoint wide = EdgesOfSquare(plain, 300, 0, 800);
+    const QPoint high = EdgesOfSquare(plain, 400, 0, 600, true);
+    const QPoint at(397, 298); // beside the square's middle, so that what is mirrored is told, too
 
     viewer->SetToolType(ToolMagnifier);
     QSignalSpy ended(viewer, &CAxEarthViewer::signalHandlePickEnded);
-    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, {370, 280});
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, at - QPoint(30, 20));
     ASSERT_TRUE(waitFor([] { return viewer->GetCurHandleAdapter() != nullptr; }));
     QTest::mouseMove(viewer->viewport(), {400, 310});
-    QTest::mouseMove(viewer->viewport(), {430, 320});
-    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+    QTest::mouseMove(viewer->viewport(), at + QPoint(30, 20));
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, at + QPoint(30, 20));
     ASSERT_TRUE(waitFor([&] { return ended.count() == 1; }));
     ASSERT_TRUE(lens.IsOpen());
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
@@ -110,6 +123,17 @@ TEST_F(Sight, AMagnifierShowsItsRectangleLargerAndNothingGoesThroughIt)
     };
     ASSERT_TRUE(WaitForPicture());
     EXPECT_NEAR(widthInLens(), lens.Factor() * across, lens.Factor() + 2.0);
+
+    const QImage seen = viewer->GetCurrViewerImg();
+    const QPoint centre = lens.Frame().center().toPoint();
+    const QRect inLens = lens.Frame().toRect();
+    const QPoint wideInLens = EdgesOfSquare(seen, centre.y(), inLens.left(), inLens.right());
+    const QPoint highInLens = EdgesOfSquare(seen, centre.x(), inLens.top(), inLens.bottom(), true);
+    const double off = lens.Factor() + 1.0; // a pixel of the map
+    EXPECT_NEAR(wideInLens.x(), centre.x() + lens.Factor() * (wide.x() - at.x()), off);
+    EXPECT_NEAR(wideInLens.y(), centre.x() + lens.Factor() * (wide.y() - at.x()), off);
+    EXPECT_NEAR(highInLens.x(), centre.y() + lens.Factor() * (high.x() - at.y()), off);
+    EXPECT_NEAR(highInLens.y(), centre.y() + lens.Factor() * (high.y() - at.y()), off);
 
     // Over the lens the wheel magnifies, and neither it nor a drag moves the map.
     const osg::Matrixd view = viewer->getOSGViewer()->getCamera()->getViewMatrix();
