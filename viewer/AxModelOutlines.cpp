@@ -138,6 +138,7 @@ QStringList AxModelOutlines::Met(const std::vector<osg::Vec3d>& ring) const
     if (outlines.isEmpty())
         return names;
     std::vector<QPointF> places;
+    places.reserve(ring.size());
     for (const osg::Vec3d& place : ring)
         places.emplace_back(place.x(), place.y());
     for (const AxModelLayer& layer : book.All()) {
