@@ -7,6 +7,7 @@
 #include <AxBaseUI/CAxMessageBox.h>
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
@@ -65,7 +66,8 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     : CAxBaseDialog(parent), viewer(earthViewer), saver(new OfflineSaver(this)), service(new QComboBox),
       address(new QLineEdit), attribution(new QLineEdit), ground(new QButtonGroup(this)),
       margin(new LimitedNumber), rectangle(new QLineEdit), firstLevel(new QSpinBox), lastLevel(new QSpinBox),
-      pixel(new QLabel), file(new QLineEdit), count(Line("OfflineCount")), guessed(Line("OfflineGuess")),
+      pixel(new QLabel), file(new QLineEdit), retry(new QCheckBox(tr("Ask a&gain for missing tiles"))),
+      count(Line("OfflineCount")), guessed(Line("OfflineGuess")),
       guess(new QPushButton(tr("&Estimate size"))), bar(new QProgressBar), state(Line("OfflineState"))
 {
     setObjectName(QStringLiteral("OfflineBox"));
@@ -80,7 +82,7 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     BuildFile(form);
     ContentLayout()->addLayout(form);
     BuildState();
-    inputs = {service, address, attribution, margin, rectangle, firstLevel, lastLevel, file, guess};
+    inputs = {service, address, attribution, margin, rectangle, firstLevel, lastLevel, file, retry, guess};
     for (QAbstractButton* button : ground->buttons())
         inputs += button;
     constexpr int widthInLetters = 72;
@@ -187,6 +189,9 @@ void OfflineBox::BuildFile(QFormLayout* form)
     if (auto* label = qobject_cast<QLabel*>(form->labelForField(row)))
         label->setBuddy(file);
     connect(choose, &QPushButton::clicked, this, &OfflineBox::ChooseFile);
+    retry->setObjectName(QStringLiteral("OfflineRetry"));
+    retry->setToolTip(tr("Tiles that the service did not have when the file was fetched"));
+    form->addRow(QString(), retry);
 }
 
 void OfflineBox::BuildState()
@@ -303,6 +308,7 @@ std::optional<AxTileJob> OfflineBox::Job(QString& why) const
     job.file = QDir::fromNativeSeparators(file->text().trimmed());
     job.name = QFileInfo(job.file).completeBaseName();
     job.mostTiles = axMostTilesOfJob;
+    job.isMissingAskedAgain = retry->isEnabled() && retry->isChecked();
     why = AxTileJobFault(job);
     const QFileInfo target(job.file);
     if (why.isEmpty() && target.isRelative())
@@ -363,6 +369,7 @@ void OfflineBox::ShowCount()
         text += QLatin1Char('\n') +
                 tr("The file has %1 tiles already; it is gone on with.").arg(Number(ofFile.tiles));
     count->setText(text);
+    retry->setEnabled(ofFile.missing > 0 && !saver->IsBusy());
 }
 
 void OfflineBox::Guess()
@@ -466,6 +473,8 @@ void OfflineBox::OnProgress(const AxTileProgress& progress)
 void OfflineBox::OnEnded(AxTileEnd end, const QString& why, const AxTileProgress& progress)
 {
     OnProgress(progress);
+    // What is missing after that was asked for twice; going on does not begin with it once more.
+    retry->setChecked(false);
     QString text =
         tr("%1: %2 of %3 tiles are saved.")
             .arg(QFileInfo(saving).fileName(), Number(progress.Done() - progress.unusable - progress.missing),

@@ -10,6 +10,7 @@
 class CAxEarthViewer;
 class LimitedNumber;
 class QButtonGroup;
+class QCheckBox;
 class QComboBox;
 class QFormLayout;
 class QLabel;
@@ -84,6 +85,7 @@ private:
     QSpinBox* lastLevel;
     QLabel* pixel;
     QLineEdit* file;
+    QCheckBox* retry;
     QLabel* count;
     QLabel* guessed;
     QPushButton* guess;

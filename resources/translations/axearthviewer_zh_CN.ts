@@ -6955,6 +6955,14 @@ Heights are above the ellipsoid.</source>
         <translation>保存区域以便无网络使用</translation>
     </message>
     <message>
+        <source>Ask a&amp;gain for missing tiles</source>
+        <translation>重新请求缺失的瓦片(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Tiles that the service did not have when the file was fetched</source>
+        <translation>下载该文件时服务没有的瓦片</translation>
+    </message>
+    <message>
         <source>Save</source>
         <translation>保存</translation>
     </message>
