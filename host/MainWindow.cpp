@@ -25,7 +25,6 @@
 #include "host/project/ProjectSession.h"
 #include "host/sight/SightKept.h"
 #include "host/sight/SightPanel.h"
-#include "host/volume/VolumePanel.h"
 #include "host/SignalRelay.h"
 #include "host/StartBlocks.h"
 #include "host/tasks/CoveragePanel.h"
@@ -35,6 +34,7 @@
 #include "host/Tour.h"
 #include "host/UnitsMenu.h"
 #include "host/Voice.h"
+#include "host/volume/VolumePanel.h"
 #include "host/ZonePanel.h"
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
@@ -321,6 +321,7 @@ void MainWindow::BuildMenus()
     file->addSeparator();
     auto* pictures = new CaptureMenu(viewer, this);
     pictures->FillFile(file);
+    pictures->SetReasonToWait([this] { return aircraft->ReasonToStay(); });
     connect(pictures, &CaptureMenu::Told, this, &MainWindow::Tell);
     connect(tasks, &TaskPanel::PlanShown, pictures, &CaptureMenu::SetPlan);
     file->addAction(tr("Save picture of the &window..."), this, &MainWindow::OnSavePicture);
@@ -359,7 +360,8 @@ void MainWindow::BuildMenus()
     view->addMenu(units);
     // Queued: the menu tells of the choice before it is made.
     connect(
-        units, &QMenu::triggered, measure, [this] {
+        units, &QMenu::triggered, measure,
+        [this] {
             viewer->GetMeasurements()->WriteAgain();
             findChild<VolumePanel*>()->WriteAgain();
         },

@@ -145,6 +145,21 @@ bool CaptureMenu::IsMapThere() const
     return viewer && viewer->getMapNode() && !viewer->GetPictureCapture()->IsBusy();
 }
 
+bool CaptureMenu::MayStandStill(const QString& title) const
+{
+    const QString reason = reasonToWait ? reasonToWait() : QString();
+    if (reason.isEmpty())
+        return true;
+    CAxMessageBox question(window);
+    question.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    question.SetWindowTitle(title);
+    question.SetMsgText(reason + QLatin1Char('\n') +
+                        tr("The map stands still while pictures are taken. Take them all the same?"));
+    question.SetBtnOKText(tr("Take pictures"));
+    question.SetCancelDefault(true);
+    return question.exec() == QDialog::Accepted && IsMapThere();
+}
+
 void CaptureMenu::Magnify(bool on)
 {
     if (!viewer)
@@ -177,7 +192,7 @@ void CaptureMenu::SavePicture()
         SaveBox::Ask(window, tr("Save picture"), folder, tr("Map") + QStringLiteral(".png"),
                      {{tr("PNG picture (*.png)"), {QStringLiteral("png")}},
                       {tr("JPEG picture (*.jpg *.jpeg)"), {QStringLiteral("jpg"), QStringLiteral("jpeg")}}});
-    if (!answer || !IsMapThere())
+    if (!answer || !IsMapThere() || !MayStandStill(tr("Save picture")))
         return;
     Remember(answer->file);
     QImage whole;
@@ -217,7 +232,7 @@ void CaptureMenu::SaveMapPicture()
     const auto answer =
         SaveBox::Ask(window, tr("Save map picture"), folder, tr("Map") + QStringLiteral(".tif"),
                      {{tr("GeoTIFF (*.tif)"), {QStringLiteral("tif"), QStringLiteral("tiff")}}});
-    if (!answer || !IsMapThere())
+    if (!answer || !IsMapThere() || !MayStandStill(tr("Save map picture")))
         return;
     Remember(answer->file);
     const AxShotGround ground = box.Ground();
@@ -255,7 +270,7 @@ void CaptureMenu::SaveRoutePictures()
     const auto answer =
         SaveBox::Ask(window, tr("Pictures along route"), folder, name + QStringLiteral(".png"),
                      {{tr("Numbered PNG pictures (*.png)"), {QStringLiteral("png")}}});
-    if (!answer || !IsMapThere())
+    if (!answer || !IsMapThere() || !MayStandStill(tr("Pictures along route")))
         return;
     Remember(answer->file);
     const auto written = std::make_shared<int>(0);

@@ -5,7 +5,9 @@
 #include <QPointer>
 #include <QString>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 class CAxEarthViewer;
 class QAction;
@@ -25,6 +27,8 @@ public:
     void FillView(QMenu* menu);
     /// The route that pictures are taken along; null for none.
     void SetPlan(const std::shared_ptr<const ShownPlan>& plan);
+    /// Why the map should not stand still now, for people, or an empty text; asked before pictures are taken.
+    void SetReasonToWait(std::function<QString()> answers) { reasonToWait = std::move(answers); }
 
 signals:
     /// Something that the status bar shows.
@@ -36,6 +40,7 @@ private:
     void SaveRoutePictures();
     void Magnify(bool on);
     bool IsMapThere() const;
+    bool MayStandStill(const QString& title) const;
     /// Where files went the last time.
     void Remember(const QString& file);
     void Tell(const QString& what, bool isDetailMissing);
@@ -44,5 +49,6 @@ private:
     QWidget* const window;
     QAction* along = nullptr;
     std::shared_ptr<const ShownPlan> shown;
+    std::function<QString()> reasonToWait;
     QString folder;
 };

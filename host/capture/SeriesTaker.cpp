@@ -4,6 +4,8 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <future>
+#include <utility>
 
 namespace {
 QStringList NumberedNames(const QString& file, std::size_t count)
@@ -27,22 +29,53 @@ std::vector<QSize> SizesOf(const std::vector<AxShot>& shots)
 }
 } // namespace
 
+/// One file at a time: more pictures than one would not fit into memory.
+class SeriesTaker::Writer
+{
+public:
+    explicit Writer(std::shared_ptr<int> count) : written(std::move(count)) {}
+    ~Writer() { End(); }
+
+    /// What was wrong with the former file; the new one is then not begun.
+    QString Begin(const QImage& picture, const QString& file)
+    {
+        QString fault = End();
+        if (fault.isEmpty())
+            now = std::async(std::launch::async, WritePictureNow, picture, file);
+        return fault;
+    }
+    QString End()
+    {
+        if (!now.valid())
+            return {};
+        QString fault = now.get();
+        *written += fault.isEmpty() ? 1 : 0;
+        return fault;
+    }
+
+private:
+    const std::shared_ptr<int> written;
+    std::future<QString> now;
+};
+
 SeriesTaker::SeriesTaker(const QString& file, const std::vector<AxShot>& shots, std::shared_ptr<int> written)
-    : SeriesTaker(NumberedNames(file, shots.size()), shots, written)
+    : SeriesTaker(NumberedNames(file, shots.size()), shots, std::make_shared<Writer>(std::move(written)))
 {
 }
 
 SeriesTaker::SeriesTaker(const QStringList& names, const std::vector<AxShot>& shots,
-                         const std::shared_ptr<int>& written)
+                         const std::shared_ptr<Writer>& ofFiles)
     : AxImageTaker(SizesOf(shots),
-                   [names, written](int picture, QImage&& whole) {
-                       const QString fault = WritePictureNow(whole, names[picture]);
-                       *written += fault.isEmpty() ? 1 : 0;
-                       return fault;
+                   [names, ofFiles](int picture, QImage&& whole) {
+                       const QString fault = ofFiles->Begin(whole, names[picture]);
+                       const bool isLast = picture == names.size() - 1;
+                       return fault.isEmpty() && isLast ? ofFiles->End() : fault;
                    }),
-      files(names)
+      files(names), writer(ofFiles)
 {
 }
+
+SeriesTaker::~SeriesTaker() = default;
 
 int SeriesTaker::CountThere() const
 {

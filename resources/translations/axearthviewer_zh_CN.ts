@@ -6695,6 +6695,14 @@ Heights are above the ellipsoid.</source>
 <context>
     <name>CaptureMenu</name>
     <message>
+        <source>The map stands still while pictures are taken. Take them all the same?</source>
+        <translation>拍图期间地图静止不动。仍要继续吗？</translation>
+    </message>
+    <message>
+        <source>Take pictures</source>
+        <translation>继续拍图</translation>
+    </message>
+    <message>
         <source>What the window shows</source>
         <translation>窗口所显示的范围</translation>
     </message>
