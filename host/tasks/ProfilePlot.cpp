@@ -59,7 +59,7 @@ ProfilePlot::ProfilePlot(QWidget* parent)
     setMouseTracking(true);
     setToolTip(
         tr("The wheel zooms the distance, with Ctrl the height. Dragging moves, a double click shows all.\n"
-           "Heights are above the ellipsoid."));
+           "Heights are counted as those of the map."));
     xAxis->setLabel(tr("Distance along the route (km)"));
     yAxis->setLabel(tr("Height (m)"));
     setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);

@@ -1776,9 +1776,9 @@ AxEarthViewer 地球控件的小型宿主程序。采用 MIT 许可；地图数�
     <name>ProfilePlot</name>
     <message>
         <source>The wheel zooms the distance, with Ctrl the height. Dragging moves, a double click shows all.
-Heights are above the ellipsoid.</source>
+Heights are counted as those of the map.</source>
         <translation>滚轮缩放距离，按住 Ctrl 缩放高度。拖动可平移，双击显示全部。
-高度均为椭球高。</translation>
+高度基准与地图高程相同。</translation>
     </message>
     <message>
         <source>Distance along the route (km)</source>
