@@ -5912,16 +5912,16 @@ Heights are counted as those of the map.</source>
         <translation>有 %1 个三角形的顶点无效，已略去。</translation>
     </message>
     <message>
+        <source>Its heights may be wrong by up to 100 m: they cannot be brought to those of the map. %1</source>
+        <translation>其高程可能有最多 100 米的误差：无法换算为地图的高程。%1</translation>
+    </message>
+    <message>
         <source>Files that cannot be read: %1, for one &quot;%2&quot;.</source>
         <translation>有 %1 个文件无法读取，例如“%2”。</translation>
     </message>
     <message>
         <source>The origin is not three numbers.</source>
         <translation>原点不是三个数字。</translation>
-    </message>
-    <message>
-        <source>Its heights may be wrong by up to 100 m: they cannot be brought to those of the map. %1</source>
-        <translation>其高程可能有最多 100 米的误差：无法换算为地图的高程。%1</translation>
     </message>
     <message>
         <source>&quot;%1&quot; does not tell a latitude and a longitude in degrees.</source>
@@ -5998,6 +5998,14 @@ Heights are counted as those of the map.</source>
 </context>
 <context>
     <name>ModelPanel</name>
+    <message>
+        <source>Find file…</source>
+        <translation>查找文件…</translation>
+    </message>
+    <message>
+        <source>Where is the model now?</source>
+        <translation>模型现在在哪里？</translation>
+    </message>
     <message>
         <source>Fly there</source>
         <translation>飞到该处</translation>
@@ -6276,6 +6284,10 @@ Heights are counted as those of the map.</source>
         <translation>%1 个格网单元，边长 %2，高程为椭球高。</translation>
     </message>
     <message>
+        <source>%1 cells of %2, heights above mean sea level.</source>
+        <translation>%1 个格网单元，边长 %2，高程为海拔高。</translation>
+    </message>
+    <message>
         <source>The map has a height every %1 here; in between they are interpolated.</source>
         <translation>此处地图的高程间距为 %1；其间的值由内插得到。</translation>
     </message>
@@ -6294,10 +6306,6 @@ Heights are counted as those of the map.</source>
     <message>
         <source>GeoTIFF (*.tif)</source>
         <translation>GeoTIFF (*.tif)</translation>
-    </message>
-    <message>
-        <source>%1 cells of %2, heights above mean sea level.</source>
-        <translation>%1 个格网单元，边长 %2，高程为海拔高。</translation>
     </message>
     <message>
         <source>CSV table (*.csv)</source>
@@ -6947,6 +6955,14 @@ Heights are counted as those of the map.</source>
 <context>
     <name>OfflineBox</name>
     <message>
+        <source>Ask a&amp;gain for missing tiles</source>
+        <translation>重新请求缺失的瓦片(&amp;G)</translation>
+    </message>
+    <message>
+        <source>Tiles that the service did not have when the file was fetched</source>
+        <translation>下载该文件时服务没有的瓦片</translation>
+    </message>
+    <message>
         <source>%1 GB</source>
         <translation>%1 GB</translation>
     </message>
@@ -6961,14 +6977,6 @@ Heights are counted as those of the map.</source>
     <message>
         <source>Save area for use without network</source>
         <translation>保存区域以便无网络使用</translation>
-    </message>
-    <message>
-        <source>Ask a&amp;gain for missing tiles</source>
-        <translation>重新请求缺失的瓦片(&amp;G)</translation>
-    </message>
-    <message>
-        <source>Tiles that the service did not have when the file was fetched</source>
-        <translation>下载该文件时服务没有的瓦片</translation>
     </message>
     <message>
         <source>Save</source>
