@@ -1,6 +1,13 @@
 // Handles of edges, snapping and kept angles.
 #include "EditorFixture.h"
 
+#include "interaction/models/AxModelLayers.h"
+
+#include <osg/Geometry>
+#include <osgDB/WriteFile>
+
+#include <QTemporaryDir>
+
 class EditorAids : public EditorFixture
 {
 protected:
@@ -87,6 +94,40 @@ TEST_F(EditorAids, OnlyLongEdgesOfPolygonsAndStripsHaveHandles)
     aids.edgeHandles = false;
     viewer->SetEditAids(aids);
     EXPECT_FALSE(isTaken(0)) << "switched off";
+}
+
+TEST_F(EditorAids, AVertexIsPutOnAModelWhereThatIsWanted)
+{
+    const osg::ref_ptr<osg::Geometry> roof = new osg::Geometry;
+    const std::vector<osg::Vec3> corners{{-900.0f, -900.0f, 4000.0f},
+                                         {900.0f, -900.0f, 4000.0f},
+                                         {900.0f, 900.0f, 4000.0f},
+                                         {-900.0f, 900.0f, 4000.0f}};
+    roof->setVertexArray(new osg::Vec3Array(4, corners.data()));
+    roof->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("roof.osgb");
+    ASSERT_TRUE(osgDB::writeNodeFile(*roof, file.toStdString()));
+    AxModelOptions options;
+    options.coordinateSystem = "ENU:37.4,-105";
+    AxModelLayers* const models = viewer->GetModelLayers();
+    const QString id = models->Add(file, options);
+    ASSERT_TRUE(waitFor([&] { return !models->Find(id)->isLoading; }));
+    ASSERT_TRUE(WaitForPicture());
+    QList<osg::Vec3d> top{{longitude + 0.002, latitude, 0.0}};
+    viewer->getManipulator()->GetElevations(top, true);
+    AxEditAids aids;
+    for (const bool isOn : {true, false}) {
+        aids.clampToModels = isOn;
+        viewer->SetEditAids(aids);
+        object = std::make_unique<EditedObject>(viewer);
+        object->GetAnchor() = Square(0.012);
+        object->Edit();
+        DragFromTo(Vertex(1), PixelOf(top[0]));
+        const osg::Vec3d put = object->GetAnchor()[1];
+        EXPECT_EQ(std::abs(put.z() - top[0].z()) < 5.0, isOn) << put.z() << " and not " << top[0].z();
+    }
+    models->Remove(id);
 }
 
 TEST_F(EditorAids, AVertexSnapsToOtherObjects)
