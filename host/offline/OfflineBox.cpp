@@ -347,6 +347,7 @@ void OfflineBox::Count()
     const bool isFine = job && !saver->IsBusy();
     OKButton()->setEnabled(isFine && ofFile.fault.isEmpty());
     guess->setEnabled(isFine);
+    retry->setEnabled(isFine && ofFile.missing > 0);
 }
 
 void OfflineBox::ShowCount()
@@ -369,7 +370,6 @@ void OfflineBox::ShowCount()
         text += QLatin1Char('\n') +
                 tr("The file has %1 tiles already; it is gone on with.").arg(Number(ofFile.tiles));
     count->setText(text);
-    retry->setEnabled(ofFile.missing > 0 && !saver->IsBusy());
 }
 
 void OfflineBox::Guess()
