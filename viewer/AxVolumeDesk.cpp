@@ -84,6 +84,10 @@ void AxVolumeDesk::take()
 
 void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& question)
 {
+    // Each asks for the latest question of its volume.
+    if (isAsking)
+        return;
+    isAsking = true;
     CAxMessageBox box(window);
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(tr("Volume"));
@@ -95,6 +99,7 @@ void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& questi
     const bool isMeant = box.exec() == QDialog::Accepted;
     if (!self)
         return;
+    isAsking = false;
     if (!isMeant) {
         if (panel)
             ShowVolume(panel->HandleID());
@@ -102,6 +107,7 @@ void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& questi
     }
     const AxVolumeResult result = volumes.GetResult(id);
     AxVolumeQuestion meant = question;
+    meant.ring = result.question.ring;
     meant.mayBeLarge = true;
     // It may be gone, and its ring is what counts.
     if (!result.id.isEmpty())

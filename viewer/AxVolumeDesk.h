@@ -33,4 +33,5 @@ private:
     const QPointer<AxGridWidget> panel;
     const QPointer<QWidget> window;
     AxVolumeQuestion shown; ///< what the panel's fields were filled with
+    bool isAsking = false;  ///< a box is open
 };

@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace {
@@ -168,16 +169,23 @@ void AxVolumeAnalysis::begin()
                         return !isOff;
                     };
                 };
-                const std::shared_ptr<const AxVolumeGrid> used =
-                    grid ? grid
-                         : std::make_shared<const AxVolumeGrid>(
-                               AxVolumeGridOf(question, heightsOfMap, tell(0.0, partOfGrid)));
                 Answer answer;
-                answer.volume =
-                    std::make_shared<AxVolume>(AxVolumeOf(question, used, tell(partOfGrid, partOfComparing)));
-                if (answer.volume->fault == AxVolumeFault::None && !isOff)
-                    answer.picture = std::make_shared<const AxGeoPicture>(
-                        AxVolumeRaster(*answer.volume), AxPixelsOfCell(used->columns, used->rows));
+                try {
+                    const std::shared_ptr<const AxVolumeGrid> used =
+                        grid ? grid
+                             : std::make_shared<const AxVolumeGrid>(
+                                   AxVolumeGridOf(question, heightsOfMap, tell(0.0, partOfGrid)));
+                    answer.volume = std::make_shared<AxVolume>(
+                        AxVolumeOf(question, used, tell(partOfGrid, partOfComparing)));
+                    if (answer.volume->fault == AxVolumeFault::None && !isOff)
+                        answer.picture = std::make_shared<const AxGeoPicture>(
+                            AxVolumeRaster(*answer.volume), AxPixelsOfCell(used->columns, used->rows));
+                } catch (const std::bad_alloc&) {
+                    answer = {};
+                    answer.volume = std::make_shared<AxVolume>();
+                    answer.volume->question = question;
+                    answer.volume->fault = AxVolumeFault::NoMemory;
+                }
                 return answer;
             },
             [this](Answer&& answer) { take(std::move(answer)); });

@@ -51,6 +51,7 @@ enum class AxVolumeFault
     TooMany,     ///< more than axMostVolumeCells
     NoGround,    ///< no height inside is known
     NoRim,       ///< no height of the rim is known, or too few for a plane
+    NoMemory,    ///< what it takes is not to be had
     Interrupted, ///< by the caller
 };
 

@@ -153,6 +153,8 @@ QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
         return VolumeTr::tr("No height of the ground in the area is known.");
     case AxVolumeFault::NoRim:
         return VolumeTr::tr("Too few heights of the ground below the outline are known.");
+    case AxVolumeFault::NoMemory:
+        return VolumeTr::tr("The memory does not suffice. Choose larger cells, or remove other volumes.");
     case AxVolumeFault::Interrupted:
         return VolumeTr::tr("Called off.");
     case AxVolumeFault::None:
@@ -227,6 +229,8 @@ AxGeoRaster AxVolumeRaster(const AxVolume& volume)
             raster.values[at] = static_cast<std::uint8_t>(2 * stepsOfPicture + 1);
             return;
         }
+        if (difference == 0.0)
+            return; // neither cut nor fill
         const int number = std::min(stepsOfPicture - 1, static_cast<int>(std::abs(difference) / step));
         raster.values[at] = static_cast<std::uint8_t>(1 + number + (difference > 0.0 ? 0 : stepsOfPicture));
     });
@@ -263,7 +267,7 @@ AxGeoField AxVolumeField(const AxVolume& volume)
     return field;
 }
 
-bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume)
+bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume, const std::atomic<bool>& isOff)
 {
     const auto isWritten = [&device](const QByteArray& text) { return device.write(text) == text.size(); };
     if (!isWritten("longitude,latitude,area_m2,ground_m,base_m,difference_m\r\n"))
@@ -289,7 +293,7 @@ bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume)
                 metres(static_cast<double>(volume.grid->heights[at])) + ',' + metres(BaseAt(volume, at)) +
                 ',' + metres(static_cast<double>(volume.differences[at])) + "\r\n";
         if (text.size() > piece) {
-            isGood = isWritten(text);
+            isGood = !isOff && isWritten(text);
             text.clear();
         }
     });

@@ -8,6 +8,8 @@
 #include <QString>
 #include <QVector>
 
+#include <atomic>
+
 class QIODevice;
 
 // What is shown, copied and exported of a volume, made of the same values. Texts are in the language of the
@@ -35,5 +37,6 @@ AXEARTHVIEWER_EXPORT std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolu
 /// For files: difference, ground and base of each cell, and the figures as facts.
 AXEARTHVIEWER_EXPORT AxGeoField AxVolumeField(const AxVolume& volume);
 /// The same as a table: a row for each cell that is inside or cut, with its place and its area inside. False
-/// when the device takes no more. Any thread.
-AXEARTHVIEWER_EXPORT bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume);
+/// when the device takes no more, and once `isOff`. Any thread.
+AXEARTHVIEWER_EXPORT bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume,
+                                             const std::atomic<bool>& isOff);

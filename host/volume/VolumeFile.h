@@ -1,8 +1,11 @@
 #pragma once
 #include <QString>
 
+#include <atomic>
+
 struct AxVolume;
 
 /// Writes the cells of a volume as a table (CSV) or as a GeoTIFF. What is wrong; empty when it was written.
-/// What was there before stays until the new file is whole. Any thread.
-QString WriteVolumeFile(const QString& file, const AxVolume& volume, bool isTable);
+/// What was there before stays until the new file is whole; a table is left alone once `isOff`. Any thread.
+QString WriteVolumeFile(const QString& file, const AxVolume& volume, bool isTable,
+                        const std::atomic<bool>& isOff);

@@ -87,7 +87,8 @@ VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(compute, &QPushButton::clicked, this, &VolumePanel::Ask);
     connect(cancel, &QPushButton::clicked, this, [this] {
         for (const QString& id : Chosen())
-            Analysis()->CallOff(id);
+            if (AxVolumeAnalysis* running = Analysis())
+                running->CallOff(id);
     });
     ShowChosen();
 }
@@ -267,13 +268,22 @@ void VolumePanel::ShowResult(const AxVolumeResult& result)
     const bool isOne = !result.id.isEmpty();
     for (QWidget* field : QList<QWidget*>{base, cell, compute})
         field->setEnabled(isOne);
-    height->setEnabled(isOne && result.question.base == AxVolumeBase::Height);
     progress->setVisible(result.isPending);
     cancel->setVisible(result.isPending);
-    const QSignalBlocker quiet(base);
-    base->setCurrentIndex(base->findData(static_cast<int>(result.question.base)));
-    height->setValue(result.question.height);
-    cell->setValue(result.question.cell);
+    if (result.isPending && (!Analysis() || Analysis()->Running() != result.id))
+        progress->setValue(0);
+    const AxVolumeQuestion& question = result.question;
+    // What is being filled in stays while its volume is computed, hidden or finds other ground.
+    if (result.id != shownID || question.base != shown.base || question.height != shown.height ||
+        question.cell != shown.cell) {
+        const QSignalBlocker quiet(base);
+        base->setCurrentIndex(base->findData(static_cast<int>(question.base)));
+        height->setValue(question.height);
+        cell->setValue(question.cell);
+        shownID = result.id;
+        shown = question;
+    }
+    height->setEnabled(isOne && base->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
     QStringList notes;
     if (!isOne)
         notes += tr("Measure > Volume draws the area of a volume.");
@@ -368,22 +378,24 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
 {
     // A million rows take seconds.
     emit Told(tr("%1 is being written...").arg(QDir::toNativeSeparators(file)));
-    writing.Start([volume = result.volume, file,
-                   isTable](const std::atomic<bool>&) { return WriteVolumeFile(file, *volume, isTable); },
-                  [this, file](QString&& fault) {
-                      const QString name = QDir::toNativeSeparators(file);
-                      if (fault.isEmpty()) {
-                          emit Told(tr("%1 is written.").arg(name));
-                          return;
-                      }
-                      CAxMessageBox box(window());
-                      box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-                      box.SetWindowTitle(tr("Export"));
-                      box.SetMsgText(tr("%1 was not written.").arg(name));
-                      box.SetDetails(fault);
-                      box.SetBtnHidden(false, true, false);
-                      box.exec();
-                  });
+    writing.Start(
+        [volume = result.volume, file, isTable](const std::atomic<bool>& isOff) {
+            return WriteVolumeFile(file, *volume, isTable, isOff);
+        },
+        [this, file](QString&& fault) {
+            const QString name = QDir::toNativeSeparators(file);
+            if (fault.isEmpty()) {
+                emit Told(tr("%1 is written.").arg(name));
+                return;
+            }
+            CAxMessageBox box(window());
+            box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+            box.SetWindowTitle(tr("Export"));
+            box.SetMsgText(tr("%1 was not written.").arg(name));
+            box.SetDetails(fault);
+            box.SetBtnHidden(false, true, false);
+            box.exec();
+        });
 }
 
 void VolumePanel::Remove()

@@ -1,4 +1,5 @@
 #pragma once
+#include "analysis/AxVolumeGrid.h"
 #include "scene/AxLatestWork.h"
 
 #include <QPointer>
@@ -67,6 +68,8 @@ private:
     CAxVolumeWgt* figures;
     QList<QPushButton*> ofChosen; ///< what can be done with results that are chosen
     QPushButton* exportButton = nullptr;
+    QString shownID; ///< whose question the fields were last filled with
+    AxVolumeQuestion shown;
     QString folder;       ///< that was exported to last
     AxLatestWork writing; ///< ends before what it reports to
 };

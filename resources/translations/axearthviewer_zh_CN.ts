@@ -6395,6 +6395,10 @@ Heights are counted as those of the map.</source>
         <translation>该区域内没有已知的地面高程。</translation>
     </message>
     <message>
+        <source>The memory does not suffice. Choose larger cells, or remove other volumes.</source>
+        <translation>内存不足。请选择更大的网格，或移除其他体积。</translation>
+    </message>
+    <message>
         <source>Too few heights of the ground below the outline are known.</source>
         <translation>轮廓处已知的地面高程太少。</translation>
     </message>

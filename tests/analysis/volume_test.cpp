@@ -170,7 +170,8 @@ TEST(Volume, TellsItsCellErrorAndWritesEachCellOnce)
     const AxVolume found = VolumeOf(question, GroundOf(Cone, middle));
     QBuffer table;
     table.open(QIODevice::ReadWrite);
-    ASSERT_TRUE(AxWriteVolumeTable(table, found));
+    const std::atomic<bool> isOff = false;
+    ASSERT_TRUE(AxWriteVolumeTable(table, found, isOff));
     const QList<QByteArray> lines = table.data().split('\n');
     double area = 0.0, cut = 0.0;
     for (int i = 1; i + 1 < lines.size(); ++i) {

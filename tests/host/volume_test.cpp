@@ -57,10 +57,11 @@ TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
     const AxVolume& volume = *Analysis().GetResult("one").volume;
     const QTemporaryDir folder;
     const QString picture = folder.filePath("v.tif"), table = folder.filePath("v.csv");
-    EXPECT_EQ(WriteVolumeFile(picture, volume, false), QString());
-    EXPECT_EQ(WriteVolumeFile(table, volume, true), QString());
+    const std::atomic<bool> isOff = false;
+    EXPECT_EQ(WriteVolumeFile(picture, volume, false, isOff), QString());
+    EXPECT_EQ(WriteVolumeFile(table, volume, true, isOff), QString());
     for (const bool isTable : {false, true})
-        EXPECT_TRUE(WriteVolumeFile(folder.filePath("none/v"), volume, isTable).contains("none"));
+        EXPECT_TRUE(WriteVolumeFile(folder.filePath("none/v"), volume, isTable, isOff).contains("none"));
     QFile rows(table);
     ASSERT_TRUE(rows.open(QIODevice::ReadOnly));
     EXPECT_GT(rows.readAll().count('\n'), 1000);
