@@ -10,6 +10,7 @@
 #include "scene/base/AxExactPlace.h"
 #include "scene/base/AxLongitudes.h"
 #include "scene/base/AxNotice.h"
+#include "scene/shape/AxBlockArea.h"
 
 #include <AxData/CAxBlockManager.h>
 
@@ -26,7 +27,7 @@ bool IsSameVertex(const osg::Vec3d& a, const osg::Vec3d& b)
 } // namespace
 
 CAxOsgDrawLine::CAxOsgDrawLine(CAxEarthViewer* viewer, QObject* parent)
-    : AxBlockAdapter(viewer, parent, CAxBlock::StripBlock)
+    : AxBlockAdapter(viewer, parent, CAxBlock::StripBlock), keptPlane(std::make_unique<AxKeptPlane>())
 {
     // Tasks, projects and undo set the widths in the record.
     connect(&CAxBlockManager::instance(), &CAxBlockManager::blockChanged, this, [this](const QString& id) {
@@ -177,7 +178,7 @@ QString CAxOsgDrawLine::DragText(std::size_t vertex)
     QString text = AxBlockAdapter::DragText(vertex);
     if (IsOutlineClosed())
         text += QLatin1Char('\n') +
-                AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS(), &keptPlane);
+                AxBandSizeText(band(), width1 + width2, *d->viewer->Scene().MapSRS(), keptPlane.get());
     return text;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 #include "interaction/objects/AxBlockAdapter.h"
 #include "interaction/objects/AxStripShape.h"
-#include "scene/shape/AxBlockArea.h"
 
+#include <memory>
 #include <vector>
+
+struct AxKeptPlane;
 
 /**
  * A strip survey block: a band along a centre line, as of a road, a pipeline or a river. The vertices are
@@ -78,5 +80,5 @@ private:
     double width2 = 3.0;
     double minDistance = AxStripShape::leastLeg; ///< shortest leg that is drawn or edited, metres
     AxStripShape::KeptBand keptBand;
-    AxKeptPlane keptPlane; ///< of the band whose area was told last
+    std::unique_ptr<AxKeptPlane> keptPlane; ///< of the band whose area was told last
 };

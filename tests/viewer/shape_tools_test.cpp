@@ -37,7 +37,8 @@ TEST_F(Tools, DrawWhatTheirTableSays)
 {
     const QList<int> drawing{ToolPolygonBlock, ToolRectangleBlock, ToolStripBlock, ToolMeasureDistance,
                              ToolMarkPoint,    ToolProhibitedArea, ToolProjCoords, ToolMeasureAltitude,
-                             ToolMeasurePlane, ToolMeasureArea,    ToolVideoArea};
+                             ToolMeasurePlane, ToolMeasureArea,    ToolVideoArea,  ToolMeasureVolume,
+                             ToolMagnifier};
     for (int tool = 0; tool <= 31; ++tool) {
         viewer->SetToolType(static_cast<EToolType>(tool));
         CAxHandleAdapter* drawn = viewer->createShapeNode();

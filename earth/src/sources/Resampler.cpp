@@ -21,17 +21,19 @@ osg::Vec3d toRaster(const RasterGrid& grid, const osg::Vec3d& p)
     return {g[0] + g[1] * p.x() + g[2] * p.y(), g[3] + g[4] * p.x() + g[5] * p.y(), 0.0};
 }
 
-// Longitudes of the tile next to those of the raster: 190 for -170. In the raster's own unit.
-double longitudeShift(const GeoExtent& geographic, const RasterGrid& grid)
+// Longitudes of the tile next to those of the raster: 190 for -170. In the raster's own unit, for its extent
+// may have been brought to other degrees than its coordinates.
+double longitudeShift(osg::Vec3d middle, const SpatialReference* srs, const RasterGrid& grid)
 {
     constexpr double mercatorTurn = 2.0 * 3.14159265358979323846 * wgs84::kEquatorialRadius;
     const bool isMercator = grid.srs->isSphericalMercator();
     if (!grid.srs->isGeographic() && !isMercator)
         return 0.0;
+    if (!srs->isEquivalentTo(grid.srs.get()) && !srs->transform(middle, grid.srs.get(), middle))
+        return 0.0;
     const double turn = isMercator ? mercatorTurn : 360.0;
     const double centre = grid.toSrs[0] + grid.toSrs[1] * grid.width / 2.0;
-    const double tile = (geographic.west() + geographic.width() / 2.0) * turn / 360.0;
-    return turn * std::round((centre - tile) / turn);
+    return turn * std::round((centre - middle.x()) / turn);
 }
 } // namespace
 
@@ -56,9 +58,9 @@ void PixelMap::mapSeparably(const GeoExtent& extent, const RasterGrid& grid)
     const SpatialReference* a = extent.getSRS();
     const SpatialReference* b = grid.srs.get();
     const bool same = a->isEquivalentTo(b);
-    const double shift = longitudeShift(extent.transform(b->getGeographicSRS()), grid);
     const double midX = extent.west() + extent.width() / 2.0;
     const double midY = std::clamp(0.0, extent.south(), extent.north());
+    const double shift = longitudeShift({midX, midY, 0.0}, a, grid);
     _columns.assign(static_cast<size_t>(_size), kNaN);
     _rows.assign(static_cast<size_t>(_size), kNaN);
     for (int i = 0; i < _size; ++i) {
@@ -76,11 +78,11 @@ void PixelMap::mapGrid(const GeoExtent& extent, const RasterGrid& grid)
 {
     const SpatialReference* a = extent.getSRS();
     const SpatialReference* b = grid.srs.get();
-    const double shift = longitudeShift(extent.transform(b->getGeographicSRS()), grid);
     const auto position = [&](double column, double row) {
         return osg::Vec3d(extent.west() + extent.width() * column / _size,
                           extent.south() + extent.height() * row / _size, 0.0);
     };
+    const double shift = longitudeShift(position(0.5 * _size, 0.5 * _size), a, grid);
     // Transforms all at once; what fails is NaN.
     const auto transformAll = [&](std::vector<osg::Vec3d>& points) {
         const std::vector<osg::Vec3d> before = points;
