@@ -189,6 +189,39 @@ TEST(Volume, TellsItsCellErrorAndWritesEachCellOnce)
     EXPECT_TRUE(raster.classes[2].name.startsWith("20 to 30")) << raster.classes[2].name.toStdString();
 }
 
+namespace {
+osg::ref_ptr<osgEarth::Map> MapOf(const QString& file)
+{
+    osgEarth::Drivers::GDALOptions driver;
+    driver.connection() = file.toStdString();
+    osg::ref_ptr<osgEarth::Map> map = new osgEarth::Map;
+    map->addElevationLayer(
+        new osgEarth::ElevationLayer(osgEarth::ElevationLayerOptions("differences", driver)));
+    return map;
+}
+} // namespace
+
+TEST(Volume, OfAConeOnTheMapIsTheConesOwn)
+{
+    const QPointF middle(10.0, 45.0);
+    AxVolumeQuestion around;
+    around.ring = RingOf(Square(120.0), middle);
+    around.base = Base::Height;
+    around.height = 50.0;
+    around.cell = 1.0;
+    const QTemporaryDir folder;
+    const QString file = folder.filePath("cone.tif");
+    ASSERT_EQ(AxWriteGeoField(file, AxVolumeField(VolumeOf(around, GroundOf(Cone, middle)))), QString());
+    AxVolumeQuestion question;
+    question.ring = RingOf(Circle(100.0), middle);
+    question.base = Base::Height;
+    question.cell = 1.0;
+    const AxVolume found = VolumeOf(question, AxMapHeights(MapOf(file)));
+    const double exact = pi * 100.0 * 100.0 * 30.0 / 3.0;
+    EXPECT_NEAR(found.cut, exact, 0.005 * exact);
+    EXPECT_EQ(found.unknown, 0.0);
+}
+
 TEST(Volume, TheFileOfTheDifferencesLiesWhereTheyAre)
 {
     const QPointF middle(10.0, 45.0);
@@ -199,12 +232,7 @@ TEST(Volume, TheFileOfTheDifferencesLiesWhereTheyAre)
     const QTemporaryDir folder;
     const QString file = folder.filePath("differences.tif");
     ASSERT_EQ(AxWriteGeoField(file, AxVolumeField(found)), QString());
-    osgEarth::Drivers::GDALOptions driver;
-    driver.connection() = file.toStdString();
-    osg::ref_ptr<osgEarth::Map> map = new osgEarth::Map;
-    map->addElevationLayer(
-        new osgEarth::ElevationLayer(osgEarth::ElevationLayerOptions("differences", driver)));
-    const AxMapHeights heights(map);
+    const AxMapHeights heights(MapOf(file));
     const auto at = [&](double x, double y) {
         const QPointF place = AxPlanPlane({middle}).ToLngLat({x, y});
         return heights(place.x(), place.y()).value_or(NAN);

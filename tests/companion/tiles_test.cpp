@@ -395,7 +395,7 @@ TEST_F(Tiles, OfServicesThatMisbehave)
          AxTileEnd::Complete,
          0,
          0,
-         1200},
+         1000},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.what);
