@@ -48,6 +48,7 @@ std::vector<CAxPoint2D> Square(double half)
 std::vector<CAxPoint2D> Circle(double radius)
 {
     std::vector<CAxPoint2D> corners;
+    corners.reserve(360);
     for (int degree = 0; degree < 360; ++degree)
         corners.emplace_back(radius * std::cos(degree * pi / 180.0), radius * std::sin(degree * pi / 180.0));
     return corners;
