@@ -30,9 +30,9 @@ struct AXEARTHVIEWER_EXPORT AxHeightGrid
     double south = 0.0;   ///< edge of the first row, degrees
     double stepLng = 0.0; ///< of a cell, degrees
     double stepLat = 0.0; ///< of a cell, degrees
-    int columns = 0;
-    int rows = 0;
-    double cell = 0.0; ///< side of a cell, metres
+    int columns = 0;      ///< of cells
+    int rows = 0;         ///< of cells
+    double cell = 0.0;    ///< side of a cell, metres
     /// Distance of the finest heights that the map has in the area, metres; 0: none, or the cell was given.
     double cellOfData = 0.0;
     /// Of the cells' middles, row by row from the south-west, metres as the map's data count them

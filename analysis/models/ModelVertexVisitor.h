@@ -24,6 +24,7 @@
 class AXEARTHVIEWER_EXPORT ModelVertexVisitor : public osg::NodeVisitor
 {
 public:
+    /// As many levels as there are.
     static constexpr int allLevels = -1;
 
     /// `toWorld` takes the parent's frame of the node that is visited to the world's.

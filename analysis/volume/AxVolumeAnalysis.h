@@ -85,9 +85,9 @@ public:
     void Clear(); ///< removes all
 
 signals:
-    void added(QString id);
-    void changed(QString id); ///< answered, asked anew, called off, stale, shown or hidden
-    void removed(QString id);
+    void added(QString id);      ///< listed, before it is answered
+    void changed(QString id);    ///< answered, asked anew, called off, stale, shown or hidden
+    void removed(QString id);    ///< no result any more
     void busyChanged(bool busy); ///< something is computed, or no more
     /// 0 to 100, of what is computed now.
     void progress(QString id, int percent);

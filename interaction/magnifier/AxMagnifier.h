@@ -29,6 +29,7 @@ class AXEARTHVIEWER_EXPORT AxMagnifier : public QObject
 {
     Q_OBJECT
 public:
+    /// The parts outlive it.
     explicit AxMagnifier(AxViewerParts& viewer);
     ~AxMagnifier() override;
 

@@ -35,6 +35,7 @@ public:
 class AXEARTHVIEWER_EXPORT AxImageTaker : public AxPictureTaker
 {
 public:
+    /// Given the number of a picture and the picture; returns what is wrong, for people, or nothing.
     using Done = std::function<QString(int picture, QImage&& image)>;
     /// `sizes` of the pictures, in pixels; `done` gets each when it is whole.
     AxImageTaker(std::vector<QSize> sizes, Done done);
@@ -51,7 +52,7 @@ private:
 /// What a capture needs of the viewer that it belongs to.
 struct AxCaptureStage
 {
-    osgViewer::Viewer* viewer = nullptr;
+    osgViewer::Viewer* viewer = nullptr; ///< outlives the capture
     /// Updates the scene as a frame does and draws, into what the function binds.
     std::function<void(const std::function<void()>& draw)> aside;
     /// Makes the context current; false without one, and before the map is loaded.
@@ -77,6 +78,7 @@ public:
     /// Pixels of a side, at most: a picture has to fit into memory.
     static constexpr int mostPixels = 16384;
 
+    /// Takes pictures of what is on that stage.
     explicit AxPictureCapture(AxCaptureStage stage);
     ~AxPictureCapture() override;
 

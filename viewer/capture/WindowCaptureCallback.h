@@ -17,7 +17,9 @@
 class AXEARTHVIEWER_EXPORT WindowCaptureCallback : public osg::Camera::DrawCallback
 {
 public:
+    /// Given each frame.
     using Take = std::function<void(const QImage& picture)>;
+    /// Hands the frames to that function.
     explicit WindowCaptureCallback(Take take);
 
     void operator()(osg::RenderInfo& info) const override;

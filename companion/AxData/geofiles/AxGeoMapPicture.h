@@ -27,6 +27,7 @@ struct AxGeoMapPlace
 class AXDATA_EXPORT AxGeoMapPicture
 {
 public:
+    /// Begins the file that is to be at the path, of a picture that lies there.
     AxGeoMapPicture(const QString& path, const AxGeoMapPlace& place);
     ~AxGeoMapPicture();
     AxGeoMapPicture(const AxGeoMapPicture&) = delete;

@@ -28,18 +28,18 @@ struct AxTile
 /// Tiles of one column, one below the other.
 struct AxTileRun
 {
-    int column = 0;
-    int firstRow = 0;
-    int lastRow = 0; ///< it belongs to the run
+    int column = 0;   ///< from the west
+    int firstRow = 0; ///< from the north
+    int lastRow = 0;  ///< it belongs to the run
 };
 
 /// A rectangle of degrees; it crosses 180 degrees where its east is less than its west.
 struct AxTileBounds
 {
-    double west = 0.0;
-    double south = 0.0;
-    double east = 0.0;
-    double north = 0.0;
+    double west = 0.0;  ///< degrees
+    double south = 0.0; ///< degrees
+    double east = 0.0;  ///< degrees
+    double north = 0.0; ///< degrees
 };
 
 /// Ground of which tiles are wanted. A plain value.
@@ -59,7 +59,9 @@ public:
     /// "west,south,east,north"; nothing for anything else.
     static std::optional<AxTileArea> OfText(const QString& text);
 
+    /// No ground at all.
     bool IsEmpty() const { return rings.isEmpty(); }
+    /// The same rings in the same order.
     bool operator==(const AxTileArea& other) const { return rings == other.rings; }
     /// Around everything.
     AxTileBounds Bounds() const;

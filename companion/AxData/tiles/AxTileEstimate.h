@@ -23,6 +23,7 @@ class AXDATA_EXPORT AxTileEstimate : public QObject
 {
     Q_OBJECT
 public:
+    /// Nothing is asked before Start().
     explicit AxTileEstimate(const AxTileJob& job);
     ~AxTileEstimate() override;
 
@@ -34,6 +35,7 @@ public slots:
     void Start();
 
 signals:
+    /// Once.
     void done(const AxTileGuess& guess);
 
 private:

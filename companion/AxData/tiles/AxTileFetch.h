@@ -17,8 +17,8 @@ struct AxTileJob
 {
     QString file; ///< MBTiles; one that the same service and levels were fetched into is gone on with
     QString name; ///< of the map, for people
-    AxTileService service;
-    AxTileArea area;
+    AxTileService service;            ///< that is asked
+    AxTileArea area;                  ///< ground whose tiles are wanted
     int firstLevel = 0;               ///< of the pyramid, coarse
     int lastLevel = 0;                ///< fine; both are fetched, and those between them
     int atOnce = 4;                   ///< requests under way at most, 1 to axMostTilesAtOnce
@@ -37,11 +37,11 @@ AXDATA_EXPORT QString AxTileJobFault(const AxTileJob& job);
 /// What there is of the file of a job, which is to be gone on with. A plain value.
 struct AxTileFileState
 {
-    bool isThere = false;
-    QString fault;      ///< why it cannot be gone on with, for people; empty: it can, or it is not there
-    qint64 tiles = 0;   ///< pictures
-    qint64 missing = 0; ///< that the service does not have
-    qint64 bytes = 0;   ///< of the file
+    bool isThere = false; ///< there is a file
+    QString fault;        ///< why it cannot be gone on with, for people; empty: it can, or it is not there
+    qint64 tiles = 0;     ///< pictures
+    qint64 missing = 0;   ///< that the service does not have
+    qint64 bytes = 0;     ///< of the file
 };
 /// Looks without changing it. Any thread.
 AXDATA_EXPORT AxTileFileState AxLookAtTileFile(const AxTileJob& job);
@@ -59,6 +59,7 @@ struct AxTileProgress
     int level = 0;       ///< that is being fetched
     QString why;         ///< of the latest unusable answer, wait or failure, for people
 
+    /// Tiles of the job that are settled for this time.
     qint64 Done() const { return kept + fetched + missing + unusable; }
 };
 Q_DECLARE_METATYPE(AxTileProgress)
@@ -85,6 +86,7 @@ class AXDATA_EXPORT AxTileFetch : public QObject
 {
     Q_OBJECT
 public:
+    /// Nothing is asked or written before Start().
     explicit AxTileFetch(const AxTileJob& job);
     /// What came is in the file.
     ~AxTileFetch() override;
