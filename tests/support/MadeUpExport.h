@@ -129,8 +129,8 @@ private:
         const auto path = [&there, &name](const char* ending) {
             return QFile::encodeName(there + QLatin1Char('/') + name + QLatin1String(ending)).toStdString();
         };
+        const osg::ref_ptr<osgDB::Options> whole = new osgDB::Options("WriteImageHint=IncludeData");
         return QDir().mkpath(there) && osgDB::writeNodeFile(*root, path(".osgb"), inside) &&
-               osgDB::writeNodeFile(*finer, path("_fine.osgb"),
-                                    new osgDB::Options("WriteImageHint=IncludeData"));
+               osgDB::writeNodeFile(*finer, path("_fine.osgb"), whole);
     }
 };
