@@ -18,7 +18,7 @@ namespace {
 // "MPBX": what MBTiles 1.3 asks for.
 constexpr int applicationId = 0x4d504258;
 
-// In metadata, beside the names of the specification.
+// In the table "metadata", beside the names that MBTiles gives.
 const QString serviceFact = QStringLiteral("ax_service");
 const QString levelsFact = QStringLiteral("ax_levels");
 
