@@ -72,14 +72,16 @@ double NiceBelow(double value)
     return power;
 }
 
+// Metres; where none is chosen, there is none below.
+constexpr double finestCell = 0.1;
+
 double CellFor(const AxVolumeQuestion& question, const Box& box)
 {
     constexpr double cellsAlong = 200.0;
-    constexpr double finest = 0.1;
     if (question.cell != 0.0)
         return question.cell;
     const double side = std::max(box.Width(), box.Depth()) / cellsAlong;
-    return side > finest ? NiceBelow(side) : finest;
+    return side > finestCell ? NiceBelow(side) : finestCell;
 }
 
 /// Where places of the plane lie on the globe: computed at a few of them, and evenly in between.
@@ -350,6 +352,9 @@ AxVolumeFault AxVolumeFaultOf(const AxVolumeQuestion& question)
         return AxVolumeFault::TooLarge;
     if (!std::isfinite(question.cell) || question.cell < 0.0 || !std::isfinite(question.height))
         return AxVolumeFault::WrongNumber;
+    constexpr double fewestAlong = 10.0;
+    if (question.cell > finestCell && question.cell * fewestAlong > std::max(box.Width(), box.Depth()))
+        return AxVolumeFault::Coarse;
     const double cells = AxVolumeSizeOf(question).cells;
     if (!(cells <= axMostVolumeCells))
         return AxVolumeFault::TooMany;

@@ -47,6 +47,7 @@ enum class AxVolumeFault
     NoArea,      ///< fewer than three corners, edges that cross, corners that are no places
     TooLarge,    ///< farther from the middle than axWidestVolume
     WrongNumber, ///< a cell or height that is none
+    Coarse,      ///< cells so large that they tell nothing of the area
     Many,        ///< more cells than axManyVolumeCells, and that is not said to be meant
     TooMany,     ///< more than axMostVolumeCells
     NoGround,    ///< no height inside is known

@@ -143,6 +143,8 @@ QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
         return VolumeTr::tr("The area is more than %1 across.").arg(AxUnits::Length(2.0 * axWidestVolume));
     case AxVolumeFault::WrongNumber:
         return VolumeTr::tr("The cell or the height is no number that it may be.");
+    case AxVolumeFault::Coarse:
+        return VolumeTr::tr("The cells are too large for the area: fewer than ten lie along it.");
     case AxVolumeFault::Many:
         return VolumeTr::tr("The grid is large (%1): it is computed only when that is agreed to.")
             .arg(AxVolumeSizeText(AxVolumeSizeOf(question)));

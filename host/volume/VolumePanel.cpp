@@ -62,7 +62,7 @@ LimitedNumber* MetresOfVolume(const char* name, double least, double most)
 VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), base(new QComboBox),
       height(MetresOfVolume("VolumeHeight", -12000.0, 10000.0)),
-      cell(MetresOfVolume("VolumeCell", 0.0, 1000.0)), compute(new QPushButton(tr("Compute"))),
+      cell(MetresOfVolume("VolumeCell", 0.0, 100000.0)), compute(new QPushButton(tr("Compute"))),
       progress(new QProgressBar), cancel(new QPushButton(tr("Cancel"))), told(new QLabel),
       list(new QTreeWidget), figures(new CAxVolumeWgt)
 {

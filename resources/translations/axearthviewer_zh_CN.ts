@@ -6383,6 +6383,10 @@ Heights are counted as those of the map.</source>
         <translation>格网尺寸或高程不是有效数值。</translation>
     </message>
     <message>
+        <source>The cells are too large for the area: fewer than ten lie along it.</source>
+        <translation>网格对该区域过大：沿区域不足十格。</translation>
+    </message>
+    <message>
         <source>The grid is large (%1): it is computed only when that is agreed to.</source>
         <translation>格网很大（%1）：需确认后才会计算。</translation>
     </message>

@@ -267,6 +267,7 @@ TEST(Volume, RefusesWhatIsNoQuestionAndSaysWhy)
         {"no place", noPlace, Base::MeanOfRim, 0, 1, Cone, AxVolumeFault::NoArea},
         {"wide", square(45000.0), Base::MeanOfRim, 0, 1000, Cone, AxVolumeFault::TooLarge},
         {"no cell", square(100.0), Base::MeanOfRim, 0, -1, Cone, AxVolumeFault::WrongNumber},
+        {"large cells", square(100.0), Base::MeanOfRim, 0, 25, Cone, AxVolumeFault::Coarse},
         {"no height", square(100.0), Base::Height, NAN, 1, Cone, AxVolumeFault::WrongNumber},
         {"many", square(1500.0), Base::MeanOfRim, 0, 1, Cone, AxVolumeFault::Many},
         {"too many", square(5000.0), Base::MeanOfRim, 0, 0.1, Cone, AxVolumeFault::TooMany},

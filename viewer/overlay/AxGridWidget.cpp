@@ -16,7 +16,7 @@ namespace {
 constexpr int panelWidth = 270;
 constexpr double lowestBase = -12000.0; // metres
 constexpr double highestBase = 10000.0;
-constexpr double widestCell = 1000.0;
+constexpr double widestCell = 100000.0;
 
 QDoubleSpinBox* MetresField(const char* name, double least, double most, int decimals)
 {
