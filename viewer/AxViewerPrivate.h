@@ -79,11 +79,12 @@ public:
     const AxCoordinateSystem& CoordinateSystem() const override { return coordSystem; }
     QImage Picture() override;
 
-    // Construction and start-up, in their order (AxViewerPrivate.cpp)
-
-    void initParameters();
     /// Tells the handles that are there whether they are put on models.
     void clampToModels();
+
+    // Construction and start-up, in their order (AxViewerStartup.cpp)
+
+    void initParameters();
     void initOverlays();
     void embed(QWidget* overlay);
     void setUpViewerInWindow(int x, int y, int width, int height);
@@ -99,7 +100,7 @@ public:
     /// Everything that needs the OpenGL context, and what would outlive the widget otherwise.
     void shutDown();
 
-    // What happens with every tick of the timer
+    // What happens with every tick of the timer (AxViewerTick.cpp)
 
     void tick();
     /// Whether everything over the map asks for a repaint when it has changed.
