@@ -71,7 +71,7 @@ void BlockListModel::OnAdded(const QString& id)
     const auto place = Find(id);
     const int row = static_cast<int>(place - rows.begin());
     beginInsertRows(QModelIndex(), row, row);
-    rows.insert(place, Row{id});
+    rows.emplace(place)->id = id;
     endInsertRows();
     OnChanged(id);
 }
