@@ -1,5 +1,6 @@
 #include "host/BlockPanel.h"
 #include "host/BlockListModel.h"
+#include "host/tasks/CarriedMissions.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
 
@@ -349,6 +350,7 @@ void AskAndDeleteBlocks(CAxEarthViewer* viewer, const QStringList& ids, QWidget*
     QString name;
     bool hasTasks = false;
     bool anyLocked = false;
+    QStringList flown;
     for (const QString& id : ids) {
         const CAxBlock* block = CAxBlockManager::instance().GetBlock(id);
         const CAxHandleAdapter* object = viewer->FindExistNode(id);
@@ -361,9 +363,11 @@ void AskAndDeleteBlocks(CAxEarthViewer* viewer, const QStringList& ids, QWidget*
         wanted += id;
         name = block->GetBlockName();
         hasTasks = hasTasks || !block->GetMissionList().isEmpty();
+        flown += CarriedMissions::Of(viewer).Warning(id);
     }
     if (wanted.isEmpty() && !anyLocked)
         return;
+    flown.removeAll({});
     QStringList lines;
     if (wanted.size() == 1)
         lines += BlockPanel::tr("Do you want to delete the block \"%1\"?").arg(name);
@@ -374,6 +378,7 @@ void AskAndDeleteBlocks(CAxEarthViewer* viewer, const QStringList& ids, QWidget*
                                     : BlockPanel::tr("Their tasks are deleted with them.");
     if (anyLocked)
         lines += BlockPanel::tr("What is locked is not deleted.");
+    lines += flown;
     CAxMessageBox box(parent);
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(BlockPanel::tr("Delete block"));

@@ -9,6 +9,7 @@
 #include "host/aircraft/MissionOfPlan.h"
 #include "host/aircraft/PhotoFiles.h"
 #include "host/aircraft/ReplayBar.h"
+#include "host/tasks/CarriedMissions.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxTelemetry/AxMavlinkAircraft.h>
@@ -112,6 +113,12 @@ AircraftPanel::AircraftPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     };
     connect(mission, &MissionBox::Failed, this, refuse);
     connect(mission, &MissionBox::Downloaded, this, &AircraftPanel::OnDownloaded);
+    connect(mission, &MissionBox::Carries, viewer,
+            [this](const AxMavlinkAircraft* aircraft, const QString& blockID, const QString& taskID) {
+                const CarriedMissions::Carrier carrier{aircraft, aircraft->State().name,
+                                                       [aircraft] { return IsInTheAir(aircraft->State()); }};
+                CarriedMissions::Of(viewer).Take(carrier, blockID, taskID);
+            });
     connect(commands, &CommandBar::Refused, this, refuse);
     connect(viewer, &CAxEarthViewer::signalLoadEarth, this, &AircraftPanel::ShowAll);
     connect(viewer, &CAxEarthViewer::signalAircraftView, this, &AircraftPanel::ShowViews);

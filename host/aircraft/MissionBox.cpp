@@ -94,6 +94,9 @@ void MissionBox::Upload(AxMavlinkAircraft* aircraft)
     if (!IsWanted(*aircraft, made) || !target || IsTransferring())
         return;
     notes = made.notes;
+    carrier = target;
+    carried = route;
+    emit Carries(target, {}, {});
     Begin(target, true);
     transfer->Upload(made.mission);
     emit Changed();
@@ -188,6 +191,8 @@ void MissionBox::Finish(bool isUpload, const QString& fault)
     if (isUpload) {
         Tell((QStringList{tr("%1 has the mission.").arg(aircraftName)} + notes).join(QLatin1Char('\n')),
              false);
+        if (carrier)
+            emit Carries(carrier, carried->blockID, carried->taskID);
         emit Changed();
         return;
     }

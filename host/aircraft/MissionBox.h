@@ -46,6 +46,9 @@ signals:
     void Changed();
     /// An aircraft may carry only a part of what was to be uploaded, or what it had before.
     void Failed(const QString& who, const QString& text);
+    /// The aircraft has the mission of this task from now on; with empty IDs nobody knows what it has, as
+    /// while something is brought to it.
+    void Carries(const AxMavlinkAircraft* aircraft, const QString& blockID, const QString& taskID);
     /// The aircraft's mission has come whole.
     void Downloaded(const TaskFiles::Read& read);
 
@@ -60,7 +63,9 @@ private:
     std::unique_ptr<AxMissionTransfer> transfer;
     std::shared_ptr<const ShownPlan> route;
     QString aircraftName;
-    QPointer<const AxMavlinkAircraft> focus; // the last one
+    QPointer<const AxMavlinkAircraft> focus;   // the last one
+    QPointer<const AxMavlinkAircraft> carrier; // of what is brought to it, or was
+    std::shared_ptr<const ShownPlan> carried;
     QStringList notes;
     QLabel* chosen;
     QPushButton* upload;

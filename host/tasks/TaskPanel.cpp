@@ -1,5 +1,7 @@
 #include "host/tasks/TaskPanel.h"
 #include "host/tasks/BlockOfRoute.h"
+#include "host/tasks/CarriedMissions.h"
+#include "host/tasks/FlownSlider.h"
 #include "host/tasks/HomeClick.h"
 #include "host/tasks/PlanWarnings.h"
 #include "host/tasks/TaskFigures.h"
@@ -23,11 +25,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QListWidget>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QScopedValueRollback>
 #include <QScrollArea>
-#include <QSlider>
 #include <QSplitter>
 #include <QStyle>
 #include <QToolButton>
@@ -39,7 +39,6 @@
 #include <utility>
 
 namespace {
-constexpr int flownRestMs = 30;
 constexpr double nearbyRange = 800.0; // metres
 constexpr double nearbyPitch = -50.0; // degrees
 constexpr double flightSeconds = 1.5;
@@ -70,7 +69,7 @@ QString FreeName(const CAxBlock& block, const QString& name)
 TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), routes(new TaskRoutes(viewer, this)),
       homeClick(new HomeClick(viewer, this)), dangers(viewer), title(new QLabel), list(new QListWidget),
-      parameters(new TaskParameters), figures(new TaskFigures(viewer)), flown(new QSlider(Qt::Horizontal)),
+      parameters(new TaskParameters), figures(new TaskFigures(viewer)), flown(new FlownSlider(routes)),
       add(new QAction(tr("&Add task"), this)), remove(new QAction(tr("&Delete task..."), this)),
       exportRoute(new QAction(tr("&Export route..."), this)),
       importRoute(new QAction(tr("&Import route..."), this))
@@ -106,7 +105,7 @@ TaskPanel::TaskPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     column->addWidget(title);
     column->addLayout(buttons);
     column->addWidget(parts, 1);
-    column->addWidget(BuildFlown());
+    column->addWidget(flown);
 
     connect(viewer, &CAxEarthViewer::signalCurrentBlock, this, &TaskPanel::OnCurrentBlock);
     connect(viewer, &CAxEarthViewer::signalCurrentTask, this, &TaskPanel::OnCurrentTask);
@@ -214,39 +213,6 @@ QSize TaskPanel::sizeHint() const
     return {widest + bar + 3 * fontMetrics().height(), QWidget::sizeHint().height()};
 }
 
-QWidget* TaskPanel::BuildFlown()
-{
-    auto* row = new QWidget;
-    auto* line = new QHBoxLayout(row);
-    line->setContentsMargins(0, 0, 0, 0);
-    auto* name = new QLabel(tr("Flown"));
-    auto* reset = new QPushButton(tr("Reset"));
-    flown->setToolTip(tr("Shows the route as if it were flown up to here"));
-    line->addWidget(name);
-    line->addWidget(flown, 1);
-    line->addWidget(reset);
-    flownRest.setSingleShot(true);
-    flownRest.setInterval(flownRestMs);
-    connect(flown, &QSlider::valueChanged, this, [this] {
-        if (!flownRest.isActive())
-            flownRest.start();
-    });
-    connect(&flownRest, &QTimer::timeout, this, [this] {
-        flownBlock = blockID;
-        flownTask = ChosenID();
-        routes->ShowFlown(blockID, flownTask, flown->value());
-    });
-    connect(reset, &QPushButton::clicked, this, [this] {
-        {
-            const QSignalBlocker quiet(flown);
-            flown->setValue(0);
-        }
-        flownRest.stop();
-        routes->ShowFlown(blockID, ChosenID(), -1);
-    });
-    return row;
-}
-
 CAxBlock* TaskPanel::Block() const
 {
     return CAxBlockManager::instance().GetBlock(blockID);
@@ -348,17 +314,10 @@ void TaskPanel::ShowPlan()
     dangersRest.start();
     remove->setEnabled(task);
     exportRoute->setEnabled(isPlanned);
-    flown->setEnabled(isPlanned);
-    flownRest.stop();
-    if (!flownTask.isEmpty() && flownTask != ChosenID())
-        routes->ShowFlown(flownBlock, std::exchange(flownTask, QString()), -1);
-    if (isPlanned) {
-        const int count = static_cast<int>(
-            std::min<std::size_t>(shown->plan.points.size(), std::numeric_limits<int>::max()));
-        const QSignalBlocker quiet(flown);
-        flown->setRange(0, (shown->request.isThreeDirections ? count / 3 : count) - 1);
-        flown->setValue(0);
-    }
+    const int points = isPlanned ? static_cast<int>(std::min<std::size_t>(shown->plan.points.size(),
+                                                                          std::numeric_limits<int>::max()))
+                                 : 0;
+    flown->SetTask(blockID, ChosenID(), isPlanned && shown->request.isThreeDirections ? points / 3 : points);
     emit PlanShown(isPlanned ? shown : nullptr);
 }
 
@@ -441,7 +400,10 @@ void TaskPanel::Delete()
     CAxMessageBox box(window());
     box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
     box.SetWindowTitle(tr("Delete task"));
-    box.SetMsgText(tr("Do you want to delete the task \"%1\"?").arg(task->GetTaskName()));
+    QStringList lines{tr("Do you want to delete the task \"%1\"?").arg(task->GetTaskName()),
+                      CarriedMissions::Of(viewer).Warning(block, taskID)};
+    lines.removeAll({});
+    box.SetMsgText(lines.join(QLatin1Char('\n')));
     box.SetBtnOKText(tr("Delete"));
     box.SetCancelDefault(true);
     if (box.exec() != QDialog::Accepted)

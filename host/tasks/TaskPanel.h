@@ -11,12 +11,12 @@
 class CAxBlock;
 class CAxEarthViewer;
 class CAxTask;
+class FlownSlider;
 class HomeClick;
 class QAction;
 class QLabel;
 class QListWidget;
 class QListWidgetItem;
-class QSlider;
 class TaskFigures;
 class TaskParameters;
 class TaskRoutes;
@@ -55,7 +55,6 @@ signals:
 
 private:
     void BuildList();
-    QWidget* BuildFlown();
     CAxBlock* Block() const;
     CAxTask* Chosen() const;
     QString ChosenID() const;
@@ -90,14 +89,11 @@ private:
     QListWidget* list;
     TaskParameters* parameters;
     TaskFigures* figures;
-    QSlider* flown;
-    QTimer flownRest;
+    FlownSlider* flown;
     QAction* add;
     QAction* remove;
     QAction* exportRoute;
     QAction* importRoute;
     std::shared_ptr<const ShownPlan> shown;
-    QString flownBlock; ///< of the task whose route the slider draws
-    QString flownTask;
     bool isListing = false;
 };

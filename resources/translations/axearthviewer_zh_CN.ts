@@ -2829,18 +2829,6 @@ Heights are counted as those of the map.</source>
         <translation>删除</translation>
     </message>
     <message>
-        <source>Flown</source>
-        <translation>已飞</translation>
-    </message>
-    <message>
-        <source>Reset</source>
-        <translation>重置</translation>
-    </message>
-    <message>
-        <source>Shows the route as if it were flown up to here</source>
-        <translation>把航线显示为已飞到此处</translation>
-    </message>
-    <message>
         <source>Tasks of %1</source>
         <translation>%1 的任务</translation>
     </message>
@@ -2926,6 +2914,28 @@ Heights are counted as those of the map.</source>
     <message>
         <source>Zoom &amp;out	-</source>
         <translation>缩小(&amp;O)	-</translation>
+    </message>
+</context>
+<context>
+    <name>CarriedMissions</name>
+    <message>
+        <source>%1 is in the air with this mission, and goes on flying it.</source>
+        <translation>%1 正在空中执行此任务，删除后仍会继续飞行。</translation>
+    </message>
+</context>
+<context>
+    <name>FlownSlider</name>
+    <message>
+        <source>Flown</source>
+        <translation>已飞</translation>
+    </message>
+    <message>
+        <source>Reset</source>
+        <translation>重置</translation>
+    </message>
+    <message>
+        <source>Shows the route as if it were flown up to here</source>
+        <translation>把航线显示为已飞到此处</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 #include "host/aircraft/ConnectForm.h"
 #include "host/aircraft/MissionDoubts.h"
 #include "host/aircraft/TimeBar.h"
+#include "host/tasks/CarriedMissions.h"
 #include "host/tasks/TaskPanel.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "mission/aircraft/CAxUavNode.h"
@@ -14,6 +15,7 @@
 #include "SuiteViewer.h"
 
 #include <AxAlgorthm/AxGeoid.h>
+#include <AxTelemetry/AxMavlinkAircraft.h>
 #include <AxTelemetry/record/AxFlightLoader.h>
 #include <AxTelemetry/record/AxReplaySource.h>
 
@@ -455,6 +457,12 @@ TEST_F(AircraftOnGlobe, MissionsGoBothWaysAndEndWithTheLink)
     Press("UploadMission");
     EXPECT_TRUE(waitFor([this] { return Text("MissionOutcome").contains(QLatin1String("has the mission")); }))
         << Text("MissionOutcome").toStdString();
+    const QString taskID =
+        CAxBlockManager::instance().GetBlock("field")->GetMissionList().constFirst()->GetTaskID();
+    const CarriedMissions& carried = CarriedMissions::Of(viewer);
+    EXPECT_TRUE(carried.Warning("field", taskID).contains(Session().LiveAircraft()->State().name));
+    EXPECT_FALSE(carried.Warning("field").isEmpty());
+    EXPECT_EQ(carried.Warning("field", "another"), QString());
     const int before = Tasks();
     Press("DownloadMission");
     EXPECT_TRUE(waitFor([&] { return Tasks() == before + 1; })) << Text("MissionOutcome").toStdString();
@@ -464,6 +472,7 @@ TEST_F(AircraftOnGlobe, MissionsGoBothWaysAndEndWithTheLink)
     EXPECT_TRUE(Text("MissionOutcome").contains(QLatin1String("not uploaded")))
         << Text("MissionOutcome").toStdString();
     EXPECT_EQ(box.count, 3);
+    EXPECT_EQ(carried.Warning("field"), QString()) << "nobody knows what it has";
 }
 
 TEST_F(AircraftOnGlobe, CommandsAreAskedForAndTheirAnswersTold)
