@@ -11,6 +11,7 @@
 
 struct AxBatchMesh;
 struct AxShapeMesh;
+struct AxWorldStates;
 
 namespace osgUtil {
 class CullVisitor;
@@ -65,8 +66,6 @@ protected:
     ~AxWorldGeometry() override;
 
 private:
-    struct States;
-
     bool IsBeyondHorizon(const osg::Vec3d& eye) const;
     bool IsInSight(const osg::Vec3d& eye) const;
     bool MayFold(const osg::Vec3d& eye, double pixelsAtOneMetre, bool coarse) const;
@@ -90,5 +89,5 @@ private:
     double lowest = 0.0;                                // metres above the ellipsoid
     double steepest = 0.0;                              // radians against the horizon
     AxFillSides sides;
-    osg::ref_ptr<States> states;
+    osg::ref_ptr<AxWorldStates> states;
 };
