@@ -34,6 +34,8 @@ public:
 
     virtual CAxHandleAdapter* Current() const = 0;
     virtual void SetCurrent(CAxHandleAdapter* object) = 0;
+    /// The object whose drawing waits until the magnifier's key is let go; null without.
+    virtual CAxHandleAdapter* Aside() const = 0;
     virtual const QList<CAxHandleAdapter*>& Selected() const = 0;
     virtual void SelectNode(const osg::Node* featureNode, bool multi, bool report) = 0;
     /// Selects objects together, in that order, and no others; CAxEarthViewer::SelectBlocks() says more.

@@ -12,6 +12,11 @@ public:
     virtual EToolType Tool() const = 0;
     virtual AxTool& InHand() = 0;
     virtual void TakeUp(EToolType tool) = 0;
+    /// Takes up browsing and then the magnifier, for as long as its key is held. A drawing that has a point
+    /// is put aside meanwhile. It ends when another tool is taken up, as if it had been in hand.
+    virtual void HoldMagnifier() = 0;
+    /// Takes up what was put aside, with its tool; nothing when there is nothing, or it was removed.
+    virtual void ContinueDrawing() = 0;
     /// Begins a drawing with the tool in hand, unless picking is off or one is going on.
     virtual void BeginDrawShape() = 0;
     /// Whether map objects may be picked.
@@ -23,7 +28,7 @@ public:
     virtual int SetMouseModifiers(int modKeyMask) = 0;
     /// Whether a handle of the current object is held.
     virtual bool IsHandleHeld() const = 0;
-    /// Whether an object is drawn or moved, or one of its handles is held.
+    /// Whether an object is drawn, also when put aside, or moved, or one of its handles is held.
     virtual bool IsBusy() const = 0;
     /// The kind of host application, as the host has set it.
     virtual int AppType() const = 0;

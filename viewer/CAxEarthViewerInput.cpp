@@ -201,8 +201,10 @@ void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
             emit signalHandlePickEnded(left);
     } else if (key == Qt::Key_Escape) {
         // What nobody is in the middle of is left: the several, or the one.
-        if (!d->tools.InHand().GiveUp() && !d->objects.GiveUpOperation() && !d->tools.IsBusy() &&
-            !d->magnifier->Close() && GetToolKind(d->tools.Tool()) == ToolKindNavigate)
+        // While Shift is held it is about the lens, and no drawing that waits is given up.
+        if (!d->tools.InHand().GiveUp() && !d->objects.GiveUpOperation() &&
+            (d->objects.Aside() || !d->tools.IsBusy()) && !d->magnifier->Close() &&
+            GetToolKind(d->tools.Tool()) == ToolKindNavigate)
             d->objects.LeaveSelection();
     } else if (key == Qt::Key_Backspace && d->objects.Current()) {
         d->objects.Current()->RemoveLastPoint();

@@ -85,7 +85,8 @@ void AxEditHistory::TellBusy() const
 void AxEditHistory::step(bool back)
 {
     // In the middle of a gesture there is nothing committed to step over.
-    for (CAxHandleAdapter* object : objects.Selected() + QList<CAxHandleAdapter*>{objects.Current()})
+    for (CAxHandleAdapter* object :
+         objects.Selected() + QList<CAxHandleAdapter*>{objects.Current(), objects.Aside()})
         if (const AxEditedShapeRef shape(object); shape && IsMidGesture(*shape.operator->()))
             return TellBusy();
     const QUndoCommand* command = stack->command(back ? stack->index() - 1 : stack->index());

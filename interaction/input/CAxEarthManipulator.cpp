@@ -107,10 +107,13 @@ bool CAxEarthManipulator::dispatch(const GUIEventAdapter& ea, osgGA::GUIActionAd
 {
     switch (ea.getEventType()) {
     case GUIEventAdapter::MOVE:
-        handleMove(ea, aa, pick);
+        noteMagnifierKey(ea);
+        if (viewer)
+            handleMove(ea, aa, pick);
         return false;
     case GUIEventAdapter::PUSH:
-        return handleMousePush(ea, aa, pick);
+        noteMagnifierKey(ea);
+        return !viewer || handleMousePush(ea, aa, pick);
     case GUIEventAdapter::RELEASE:
         return handleMouseRelease(ea, aa, pick);
     case GUIEventAdapter::DOUBLECLICK:
@@ -156,22 +159,31 @@ void CAxEarthManipulator::CancelBlockMove()
 
 void CAxEarthManipulator::handleKeyDown(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
 {
-    if (!AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
-        return;
-    // A held key repeats, which ends no rectangle that is being drawn.
-    if (viewer->Tools().Tool() == ToolMagnifier && viewer->Tools().IsBusy())
-        return;
-    viewer->Tools().TakeUp(ToolNavigate);
-    if (viewer)
-        viewer->Tools().TakeUp(ToolMagnifier);
+    if (AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        viewer->Tools().HoldMagnifier();
 }
 
 void CAxEarthManipulator::handleKeyUp(const GUIEventAdapter& ea, osgGA::GUIActionAdapter&)
 {
-    if (AxMouseRules::IsDelete(ea.getKey()))
+    if (AxMouseRules::IsDelete(ea.getKey())) {
         emit signalHandleKeyDelete();
-    else if (!AxMouseRules::KeepsTool(ea.getKey()) && AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
-        viewer->Tools().TakeUp(ToolNavigate);
+        return;
+    }
+    if (AxMouseRules::KeepsTool(ea.getKey()) || !AxMouseRules::IsShiftAlone(ea.getModKeyMask()))
+        return;
+    // What the button that is still held began, a rectangle or a click, is of the magnifier.
+    const bool isHeld = (ea.getButtonMask() & GUIEventAdapter::LEFT_MOUSE_BUTTON) != 0;
+    handleGivenUp = handleGivenUp || (isHeld && viewer->Tools().Tool() == ToolMagnifier);
+    viewer->Tools().TakeUp(ToolNavigate);
+    if (viewer && ea.getButtonMask() == 0)
+        viewer->Tools().ContinueDrawing();
+}
+
+// Its release may have gone elsewhere, come with another modifier, or while a button was held.
+void CAxEarthManipulator::noteMagnifierKey(const GUIEventAdapter& ea)
+{
+    if (!(ea.getModKeyMask() & GUIEventAdapter::MODKEY_SHIFT))
+        viewer->Tools().ContinueDrawing();
 }
 
 void CAxEarthManipulator::setCameraLookAt(osg::Vec3d center, double heading, double pitch, double distance)

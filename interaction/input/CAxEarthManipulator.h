@@ -219,6 +219,7 @@ private:
     class Step;
     bool dispatch(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool passOn(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa);
+    void noteMagnifierKey(const osgGA::GUIEventAdapter& ea);
     void handleMove(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool handleMousePush(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);
     bool handleMouseRelease(const osgGA::GUIEventAdapter& ea, osgGA::GUIActionAdapter& aa, const Pick& pick);

@@ -42,7 +42,8 @@ void AxMeasurements::Began(AxMeasureAdapter* adapter)
 
 void AxMeasurements::endLeft()
 {
-    if (running && running->GetHandleOperation() == OperationDrawing && book.Current() != running)
+    if (running && running->GetHandleOperation() == OperationDrawing && book.Current() != running &&
+        book.Aside() != running)
         running->EndHandle();
 }
 

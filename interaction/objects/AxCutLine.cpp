@@ -23,8 +23,8 @@ AxCutLine::AxCutLine(CAxEarthViewer* viewer, QObject* parent, AxObjects& objects
     // being the current one.
     connect(
         &book, &AxObjects::currentChanged, this,
-        [this](const QString& id) {
-            if (id != GetHandleID())
+        [this] {
+            if (book.Current() != this && book.Aside() != this)
                 Leave();
         },
         Qt::QueuedConnection);

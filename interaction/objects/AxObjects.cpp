@@ -261,6 +261,8 @@ void AxObjects::RemoveAll(bool deleteBlock)
     for (const auto& [id, object] : all)
         if (Find(id) == object) // a listener may have removed it meanwhile
             Remove(object, deleteBlock);
+    // Nobody else sees one that waits, and it would go on among other objects.
+    Remove(Aside(), deleteBlock);
 }
 
 void AxObjects::RemoveCurrentEntry()

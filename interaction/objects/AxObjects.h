@@ -68,6 +68,12 @@ public:
 
     CAxHandleAdapter* Current() const override { return current; }
     void SetCurrent(CAxHandleAdapter* object) override;
+    CAxHandleAdapter* Aside() const override;
+    /// Has the drawing of the current object wait, nothing being current. False without one, or one that has
+    /// no point yet, and while another one waits.
+    bool PutAside();
+    /// That drawing goes on, its object being current again.
+    void TakeAgain();
     const QList<CAxHandleAdapter*>& Selected() const override { return selected; }
     void SelectNode(const osg::Node* featureNode, bool multi, bool report) override;
     bool SelectSeveral(const QList<CAxHandleAdapter*>& wanted) override;
@@ -141,6 +147,8 @@ private:
     /// Drawings that are not registered yet, and objects that end with the slot they run in.
     QList<QPointer<CAxHandleAdapter>> unregistered;
     CAxHandleAdapter* current = nullptr;
+    QPointer<CAxHandleAdapter> aside; ///< may have ended meanwhile: Aside()
+    bool asideHasHandles = false;
     QList<CAxHandleAdapter*> selected;
     QString selectedTask; ///< of the current object
     LayersMet layersMet;

@@ -49,6 +49,37 @@ void AxObjects::SetCurrent(CAxHandleAdapter* object)
         emit taskChanged({}, {});
 }
 
+CAxHandleAdapter* AxObjects::Aside() const
+{
+    const bool isWaiting = aside && !aside->IsLeaving() && aside->GetHandleOperation() == OperationDrawing;
+    return isWaiting ? aside.data() : nullptr;
+}
+
+bool AxObjects::PutAside()
+{
+    if (Aside() || !isDrawing() || current->GetAnchor().empty())
+        return false;
+    aside = current;
+    asideHasHandles = current->GetAnchorEditor() != nullptr;
+    // What of it follows the mouse would stand still.
+    current->slotMoving({}, {});
+    const QPointer<AxObjects> self(this);
+    SetCurrent(nullptr);
+    return self && Aside();
+}
+
+void AxObjects::TakeAgain()
+{
+    const QPointer<CAxHandleAdapter> object = Aside();
+    aside = nullptr;
+    if (!object)
+        return;
+    SetCurrent(object);
+    // Who heard of it may have removed it.
+    if (object && asideHasHandles && !object->GetAnchorEditor())
+        object->ResumeDrawing(std::vector<osg::Vec3d>(object->GetAnchor()));
+}
+
 void AxObjects::SelectNode(const osg::Node* featureNode, bool multi, bool report)
 {
     CAxHandleAdapter* object = Find(featureNode);
@@ -134,13 +165,14 @@ void AxObjects::SelectTask(CAxHandleAdapter* object, const QString& taskID)
 
 bool AxObjects::isDrawing() const
 {
-    return current && current->GetHandleOperation() == OperationDrawing;
+    return Aside() || (current && current->GetHandleOperation() == OperationDrawing);
 }
 
 // Such a measurement ends by itself when another object is current.
 bool AxObjects::isMeasuringNothing() const
 {
-    return isDrawing() && AxToolRowOf(parts.Tools().Tool()).measures && current->GetAnchor().empty();
+    return !Aside() && isDrawing() && AxToolRowOf(parts.Tools().Tool()).measures &&
+           current->GetAnchor().empty();
 }
 
 bool AxObjects::isAtRest(const CAxHandleAdapter* object) const

@@ -147,6 +147,7 @@ void CAxOsgDrawRectange::setCorner(const osg::Vec3d& lngLatPos)
 
 void CAxOsgDrawRectange::ResumeDrawing(std::vector<osg::Vec3d> vertices)
 {
+    press.reset();
     // Of an upright one the first corner, of others the first side is what the operator began with.
     if (vertices.size() > 2)
         vertices.resize(turns && !AxRectangleShape::IsUpright(vertices) ? 2 : 1);

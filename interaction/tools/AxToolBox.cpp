@@ -7,8 +7,14 @@
 #include "interaction/tools/AxMarkTool.h"
 #include "interaction/tools/AxPlaceTool.h"
 #include "interaction/tools/AxSelectTool.h"
+#include "scene/AxViewerParts.h"
 
 #include <osgGA/GUIEventAdapter>
+
+#include <QCoreApplication>
+#include <QGraphicsView>
+#include <QPointer>
+#include <QStatusTipEvent>
 
 namespace {
 constexpr int appTypeOne = 1;
@@ -59,6 +65,12 @@ std::unique_ptr<AxTool> AxToolBox::make(const AxToolRow& row)
 
 void AxToolBox::TakeUp(EToolType wanted)
 {
+    if (asideTool && wanted != ToolNavigate && wanted != ToolMagnifier) {
+        const QPointer<AxToolBox> self(this);
+        ContinueDrawing();
+        if (!self)
+            return;
+    }
     if (wanted == tool)
         return;
     const AxToolRow& from = AxToolRowOf(tool);
@@ -81,6 +93,45 @@ void AxToolBox::TakeUp(EToolType wanted)
         emit barTaken(wanted);
     InHand().Activate();
     emit taken(tool);
+}
+
+void AxToolBox::HoldMagnifier()
+{
+    // A held key repeats, which ends no rectangle that is being drawn.
+    if (tool == ToolMagnifier && IsBusy())
+        return;
+    const QPointer<AxToolBox> self(this);
+    const EToolType drawnWith = tool;
+    if (objects.PutAside() && self) {
+        asideTool = drawnWith;
+        tell(tr("The drawing goes on when Shift is let go."));
+    }
+    if (self)
+        TakeUp(ToolNavigate);
+    if (self)
+        TakeUp(ToolMagnifier);
+}
+
+void AxToolBox::ContinueDrawing()
+{
+    if (!asideTool)
+        return;
+    const EToolType drawnWith = *asideTool;
+    asideTool.reset();
+    const QPointer<AxToolBox> self(this);
+    tell({});
+    if (self)
+        TakeUp(ToolNavigate);
+    if (self && objects.Aside())
+        TakeUp(drawnWith);
+    if (self)
+        objects.TakeAgain();
+}
+
+void AxToolBox::tell(const QString& text)
+{
+    QStatusTipEvent told(text);
+    QCoreApplication::sendEvent(parts.Widget(), &told);
 }
 
 CAxHandleAdapter* AxToolBox::CreateShape()
@@ -116,5 +167,5 @@ bool AxToolBox::IsNearCurrent(const osg::Vec3d& lngLatPos) const
 bool AxToolBox::IsBusy() const
 {
     const CAxHandleAdapter* current = objects.Current();
-    return (current && current->GetHandleOperation() != OperationIdle) || IsHandleHeld();
+    return objects.Aside() || (current && current->GetHandleOperation() != OperationIdle) || IsHandleHeld();
 }

@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 class AxObjects;
@@ -25,6 +26,8 @@ public:
     AxTool& InHand() override { return *tools[static_cast<std::size_t>(AxToolRowOf(tool).tool)]; }
     EToolType Tool() const override { return tool; }
     void TakeUp(EToolType wanted) override;
+    void HoldMagnifier() override;
+    void ContinueDrawing() override;
     void BeginDrawShape() override;
     /// Begins a drawing with the tool in hand, whatever is going on; null for a tool that draws nothing.
     CAxHandleAdapter* CreateShape();
@@ -60,11 +63,13 @@ signals:
 
 private:
     std::unique_ptr<AxTool> make(const AxToolRow& row);
+    void tell(const QString& text);
 
     AxViewerParts& parts;
     AxObjects& objects;
     std::array<std::unique_ptr<AxTool>, AxTools.size()> tools;
     EToolType tool = ToolNavigate;
+    std::optional<EToolType> asideTool; ///< of the drawing that waits
     bool mayPick = true;
     bool multiSelect = false;
     int mouseModifiers = 0;

@@ -9,6 +9,13 @@
     </message>
 </context>
 <context>
+    <name>AxToolBox</name>
+    <message>
+        <source>The drawing goes on when Shift is let go.</source>
+        <translation>松开 Shift 键后继续绘制。</translation>
+    </message>
+</context>
+<context>
     <name>CAxEarthManipulator</name>
     <message>
         <source>longitude:</source>

@@ -1,6 +1,8 @@
 // Which tool begins, ends or leaves alone which object.
 #include "ShapeFixture.h"
 
+#include "interaction/magnifier/AxMagnifier.h"
+#include "interaction/objects/AxBlockRing.h"
 #include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <QPushButton>
@@ -204,4 +206,106 @@ TEST_F(Tools, PickLandingPlacesNearTheCurrentObjectOnly)
     EXPECT_EQ(Ring(block).size(), 5);
     QObject::disconnect(one);
     QObject::disconnect(two);
+}
+
+TEST_F(Tools, LetADrawingWaitWhileShiftIsHeld)
+{
+    constexpr int shift = Event::MODKEY_SHIFT;
+    const auto key = [this](Event::EventType type) { Key(type, 0, shift); };
+    const auto mouse = [this](Event::EventType type, float x, float y, int mask) {
+        const auto event = Make(type, x, y, type == Event::DRAG ? 0 : Event::LEFT_MOUSE_BUTTON);
+        event->setButtonMask(type == Event::RELEASE ? 0 : Event::LEFT_MOUSE_BUTTON);
+        event->setModKeyMask(mask);
+        Send(event);
+    };
+    const auto lens = [&] {
+        mouse(Event::PUSH, 390, 290, shift);
+        mouse(Event::DRAG, 410, 310, shift);
+        mouse(Event::RELEASE, 410, 310, shift);
+    };
+    const struct
+    {
+        EToolType tool;
+        std::vector<osg::Vec2d> clicks;
+        int afterBackspace;
+        bool hasHandles;
+    } rows[] = {
+        {ToolPolygonBlock, {{18, 8}, {22, 8}, {21, 12}}, 2, true},
+        {ToolStripBlock, {{18, 8}, {22, 8}, {21, 12}}, 2, true},
+        {ToolRectangleBlock, {{18, 8}, {22, 9}}, 1, true},
+        {ToolVideoArea, {{18, 8}}, 0, true},
+        {ToolMeasureDistance, {{18, 8}, {22, 8}, {21, 12}}, 2, false},
+        {ToolMeasureArea, {{18, 8}, {22, 8}, {21, 12}}, 2, false},
+        {ToolMeasureAltitude, {{18, 8}}, 0, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.tool);
+        viewer->SetToolType(row.tool);
+        for (const osg::Vec2d& place : row.clicks) {
+            MoveTo(place.x(), place.y());
+            Click(place.x(), place.y());
+        }
+        const QPointer<CAxHandleAdapter> drawn = viewer->GetCurHandleAdapter();
+        ASSERT_TRUE(drawn);
+        const QList<QPointF> points = AxRingOf(drawn->GetAnchor());
+        ASSERT_EQ(points.size(), static_cast<int>(row.clicks.size()));
+        for (const bool isLensDrawn : {false, true}) {
+            key(Event::KEYDOWN);
+            EXPECT_EQ(viewer->GetToolType(), ToolMagnifier);
+            EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+            if (isLensDrawn)
+                lens();
+            EXPECT_FALSE(viewer->SelectBlocks({})) << "it is still being drawn";
+            PressKey(Qt::Key_Escape);
+            QCoreApplication::processEvents();
+            key(Event::KEYUP);
+            EXPECT_EQ(viewer->GetToolType(), row.tool);
+            ASSERT_TRUE(drawn && viewer->GetCurHandleAdapter() == drawn);
+            EXPECT_EQ(drawn->GetHandleOperation(), OperationDrawing);
+            EXPECT_EQ(AxRingOf(drawn->GetAnchor()), points);
+            EXPECT_EQ(drawn->GetAnchorEditor() != nullptr, row.hasHandles);
+        }
+        MoveTo(20, 10);
+        EXPECT_NE(CursorText(), "");
+        PressKey(Qt::Key_Backspace);
+        EXPECT_EQ(static_cast<int>(drawn->GetAnchor().size()), row.afterBackspace);
+        EXPECT_TRUE(drawn->CancelHandle());
+        viewer->SetToolType(ToolNavigate);
+    }
+
+    const auto triangle = [&] {
+        viewer->SetToolType(ToolPolygonBlock);
+        for (const osg::Vec2d& corner : rows[0].clicks)
+            Click(corner.x(), corner.y());
+        return viewer->GetCurHandleAdapter();
+    };
+    // Where the release of the key goes elsewhere, the mouse tells. A button that is held is of the lens.
+    CAxHandleAdapter* drawn = triangle();
+    key(Event::KEYDOWN);
+    MoveTo(20, 10);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), drawn);
+    key(Event::KEYDOWN);
+    mouse(Event::PUSH, 390, 290, shift);
+    const auto up = Make(Event::KEYUP, 390, 290);
+    up->setModKeyMask(shift);
+    up->setButtonMask(Event::LEFT_MOUSE_BUTTON);
+    Send(up);
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
+    mouse(Event::RELEASE, 390, 290, 0);
+    MoveTo(20, 10);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), drawn);
+    EXPECT_EQ(drawn->GetAnchor().size(), 3u);
+    // Another tool ends it as ever, and what removes all removes it.
+    key(Event::KEYDOWN);
+    viewer->SetToolType(ToolMeasureDistance);
+    EXPECT_EQ(viewer->FindExistNode(drawn->GetHandleID()), drawn);
+    EXPECT_TRUE(viewer->GetUndoStack()->canUndo());
+    viewer->SetToolType(ToolNavigate);
+    triangle();
+    key(Event::KEYDOWN);
+    viewer->RemoveAllHanderAdapter(true);
+    key(Event::KEYUP);
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+    viewer->GetMagnifier()->Close();
 }
