@@ -72,7 +72,9 @@ void AxBlockAltitudes::slotChanged(const QString& id)
     // It may be the name alone that has changed.
     if (!block || asked.value(id).vertices == GroundOf(*block))
         return;
-    ask(*block, false);
+    // A record that is filled from a file has its altitude with its first vertices.
+    const bool isFilled = asked.value(id).vertices.isEmpty() && block->GetAverageAltitude() != 0.0;
+    ask(*block, isFilled);
 }
 
 void AxBlockAltitudes::AskAgain()

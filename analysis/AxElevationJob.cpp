@@ -1,9 +1,11 @@
 #include "analysis/AxElevationJob.h"
+#include "scene/base/AxLongitudes.h"
 
 #include <osgEarth/ElevationQuery>
 #include <osgEarth/GeoData>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 struct Box
@@ -25,6 +27,16 @@ std::vector<Box> Tiles(const AxElevationJob& job, const osgEarth::SpatialReferen
     return tiles;
 }
 
+/// A polygon of degrees that crosses 180 counts on there, and a tile's places need not.
+bool IsInside(const osgEarth::Symbology::Polygon* area, double longitude, double latitude)
+{
+    const double west = area ? area->getBounds().xMin() : 0.0;
+    return !area || area->empty() ||
+           area->contains2D(longitude + AxLongitudes::fullTurn *
+                                            std::ceil((west - longitude) / AxLongitudes::fullTurn),
+                            latitude);
+}
+
 /// The middle of the i-th of n equal steps.
 double Middle(double from, double to, int i, int n)
 {
@@ -37,13 +49,14 @@ QVariantList AxSampleElevations(const AxElevationJob& job, const std::function<b
     QVariantList places;
     if (!job.map)
         return places;
-    constexpr int all = 100;
+    // A box that closes itself at the end must not do so before the answer is there.
+    constexpr double beforeAnswer = 99.0;
     const osg::ref_ptr<const osgEarth::SpatialReference> geographic = job.map->getSRS()->getGeographicSRS();
     const int columns = std::max(1, job.columns);
     const int rows = std::max(1, job.rows);
     const std::vector<Box> tiles = Tiles(job, *geographic);
     osgEarth::ElevationQuery heights(job.map);
-    int done = 0;
+    std::size_t done = 0;
     const double rowCount = static_cast<double>(tiles.size()) * rows;
     for (const Box& tile : tiles)
         for (int row = 0; row < rows; ++row) {
@@ -51,12 +64,13 @@ QVariantList AxSampleElevations(const AxElevationJob& job, const std::function<b
                 const double longitude = Middle(tile.west, tile.east, column, columns);
                 const double latitude = Middle(tile.south, tile.north, row, rows);
                 double height = 0.0;
-                if ((!job.area || job.area->empty() || job.area->contains2D(longitude, latitude)) &&
-                    heights.getElevation(osgEarth::GeoPoint(geographic, longitude, latitude), height,
+                const double counted = AxLongitudes::Normalized(longitude);
+                if (IsInside(job.area, longitude, latitude) &&
+                    heights.getElevation(osgEarth::GeoPoint(geographic, counted, latitude), height,
                                          job.resolution))
-                    places += QVariant(QVariantList{longitude, latitude, height});
+                    places += QVariant(QVariantList{counted, latitude, height});
             }
-            if (!progress(static_cast<int>(++done * all / rowCount)))
+            if (!progress(static_cast<int>(beforeAnswer * static_cast<double>(++done) / rowCount)))
                 return places;
         }
     return places;

@@ -22,15 +22,16 @@ struct AxElevationJob
     int rows = 0;
     double resolution = 0.0; ///< the finest that is wanted, degrees; 0: the best there is
     osg::ref_ptr<osgEarth::Map> map;
-    osg::ref_ptr<const osgEarth::Symbology::Polygon> area; ///< degrees; without points everything counts
+    /// Degrees, each longitude within half a turn of the one before; without points everything counts.
+    osg::ref_ptr<const osgEarth::Symbology::Polygon> area;
     std::vector<osgEarth::TileKey> keys; ///< without any, the box around the area is the one tile
     /// A grid is wanted in place of all that but the map: AxAnswerElevations() gives an AxHeightGridPointer.
     std::optional<AxHeightsQuestion> grid;
 };
 
 /// The places inside the area, tile by tile, each a list of longitude, latitude (degrees) and altitude
-/// (metres). Places without a height are left out. `progress` hears of percent done and answers whether to
-/// go on. Reads the map's sources, so it takes long and belongs on a thread that may wait.
+/// (metres). Places without a height are left out. `progress` hears of percent done, 99 at most, and answers
+/// whether to go on. Reads the map's sources, so it takes long and belongs on a thread that may wait.
 AXEARTHVIEWER_EXPORT QVariantList AxSampleElevations(const AxElevationJob& job,
                                                      const std::function<bool(int percent)>& progress);
 

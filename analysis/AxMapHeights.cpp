@@ -4,14 +4,13 @@
 #include <osgEarth/ElevationQuery>
 #include <osgEarth/SpatialReference>
 
-AxMapHeights::AxMapHeights(const osgEarth::Map* map) : query(std::make_shared<osgEarth::ElevationQuery>(map))
+AxMapHeights::AxMapHeights(const osgEarth::Map* map)
+    : query(std::make_shared<osgEarth::ElevationQuery>(map)), wgs84(osgEarth::SpatialReference::get("wgs84"))
 {
 }
 
 std::optional<double> AxMapHeights::operator()(double longitude, double latitude) const
 {
-    static const osg::ref_ptr<const osgEarth::SpatialReference> wgs84 =
-        osgEarth::SpatialReference::get("wgs84");
     double height = 0.0;
     // Routes over the antimeridian may count on beyond 180 degrees.
     const osgEarth::GeoPoint place(wgs84, AxLongitudes::Normalized(longitude), latitude);

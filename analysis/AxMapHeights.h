@@ -1,12 +1,15 @@
 #pragma once
 #include "scene/base/AxEarthViewerExport.h"
 
+#include <osg/ref_ptr>
+
 #include <memory>
 #include <optional>
 
 namespace osgEarth {
 class ElevationQuery;
 class Map;
+class SpatialReference;
 } // namespace osgEarth
 
 /**
@@ -27,4 +30,5 @@ public:
 
 private:
     std::shared_ptr<osgEarth::ElevationQuery> query;
+    osg::ref_ptr<const osgEarth::SpatialReference> wgs84;
 };

@@ -233,7 +233,10 @@ void CAxAncillaryProcess::SetElevationQueryPara(int columns, int rows, double re
     job.rows = rows;
     job.resolution = resolution;
     job.map = map;
-    job.area = new Polygon(&area.asVector());
+    const osg::ref_ptr<Polygon> continuous = new Polygon(&area.asVector());
+    for (std::size_t i = 1; i < continuous->size(); ++i)
+        (*continuous)[i].x() = AxLongitudes::NearestTo((*continuous)[i - 1].x(), (*continuous)[i].x());
+    job.area = continuous;
     job.keys = keys;
     addElevationJob(job, progress, query);
 }
@@ -255,6 +258,14 @@ void CAxAncillaryProcess::CancelElevationQuery(const CAxElevationQuery* query)
             listener = elevationListeners.erase(listener);
         } else
             ++listener;
+    forgetTarget(query);
+}
+
+void CAxAncillaryProcess::forgetTarget(const CAxElevationQuery* query)
+{
+    const Lock lock(elevationHandOver);
+    if (elevationTarget == query)
+        elevationTarget = nullptr;
 }
 
 void CAxAncillaryProcess::addElevationJob(AxElevationJob& job, QObject* progress, CAxElevationQuery* query)
@@ -262,6 +273,8 @@ void CAxAncillaryProcess::addElevationJob(AxElevationJob& job, QObject* progress
     job.number = ++elevationJobs;
     if (!job.isAwaited)
         elevationListeners.insert(job.number, {query, HasSlot(progress, "SetValue(int)")});
+    else if (query)
+        connect(query, &QObject::destroyed, this, [this, query] { forgetTarget(query); });
     worker->AddElevationJob(job, [this, &job, query] {
         if (!job.isAwaited)
             return;
@@ -286,14 +299,16 @@ void CAxAncillaryProcess::slotGenerateElevationQuery(QVariant result)
 {
     qDebug() << "CAxAncillaryProcess::slotGenerateElevationQuery";
     // The answers of other jobs are not the query's business.
-    const QPointer<CAxElevationQuery> query = elevationListeners.value(answeredJob).query;
-    elevationListeners.remove(answeredJob);
+    const auto [query, progress] = elevationListeners.take(answeredJob);
     QMetaObject::Connection hears;
     if (query)
         hears = connect(this, SIGNAL(signalGenerateElevationQuery(QVariant)), query,
                         SLOT(slotGenerateElevationQuery(QVariant)));
     emit signalGenerateElevationQuery(result);
     disconnect(hears);
+    constexpr int all = 100;
+    if (progress)
+        QMetaObject::invokeMethod(progress, "SetValue", Q_ARG(int, all));
 }
 
 void CAxAncillaryProcess::slotElevationProgress(int job, int percent)

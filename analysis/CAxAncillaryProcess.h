@@ -111,7 +111,7 @@ public:
     ///
     /// With a `progress` object the query hears of the result by its slot
     /// slotGenerateElevationQuery(QVariant), and the object's slot SetValue(int) of
-    /// the percentage; without one the caller waits with block(), and the query has
+    /// the percentage, 100 after the answer; without one the caller waits with block(), and the query has
     /// the result then. It is a list of places, each a list of longitude, latitude
     /// (degrees) and altitude (metres).
     void SetElevationQueryPara(int columns, int rows, double resolution, osgEarth::Map* map,
@@ -124,7 +124,8 @@ public:
     /// they are handed over, and zones are shown meanwhile.
     void SetHeightsPara(const AxHeightsQuestion& question, osgEarth::Map* map, QObject* progress,
                         CAxElevationQuery* query);
-    /// Calls the jobs of a query off: it hears of none of them any more. Not for one that waits in block().
+    /// Calls the jobs of a query off: it hears of none of them any more. One that waits in block() does so
+    /// until its job is done, and has no result then.
     void CancelElevationQuery(const CAxElevationQuery* query);
     /// Puts a result into the query that a caller of block() waits for; nothing when
     /// there is none. Called by the worker.
@@ -143,8 +144,8 @@ public:
     void CancelModelBound(int number, const QObject* receiver);
 
 signals:
-    /// An elevation job with a progress object has ended: the list of places. SetElevationQueryPara()
-    /// connects it.
+    /// An elevation job has ended, whoever asked: the list of places, or an AxHeightGridPointer. A query that
+    /// was given with a progress object is connected to it for its own answer alone.
     void signalGenerateElevationQuery(QVariant);
     /// A model-bound job has ended: a list of the number and the outline.
     void signalModelBound(QVariant);
@@ -173,6 +174,7 @@ private:
 
     void CreateNoFlyZone();
     void addElevationJob(AxElevationJob& job, QObject* progress, CAxElevationQuery* query);
+    void forgetTarget(const CAxElevationQuery* query);
 
     CAxEarthViewer* earthViewer;
     AxViewerParts& viewer;

@@ -18,6 +18,8 @@
 
 #include <QPointer>
 
+#include <utility>
+
 namespace {
 constexpr unsigned requiredGlsl = 330;
 } // namespace
@@ -72,8 +74,7 @@ void CAxEarthViewer::InitEarthViewer()
 
 void CAxEarthViewer::ReleaseAll()
 {
-    delete d->ancillaryProcess;
-    d->ancillaryProcess = nullptr;
+    delete std::exchange(d->ancillaryProcess, nullptr);
 }
 
 void CAxEarthViewer::SetMapFile(const QString& file)

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
 /// Where nothing is known in the area's middle there may be something elsewhere.
@@ -72,11 +73,15 @@ private:
     osg::ref_ptr<const osgEarth::SpatialReference> wgs84 = osgEarth::SpatialReference::get("wgs84");
 };
 
-/// The finest in the area, degrees; 0 where nothing is known.
-double FinestIn(const QPolygonF& ring, Ground& ground)
+/// The finest in the area, degrees; 0 where nothing is known. Nothing when it is called off.
+std::optional<double> FinestIn(const QPolygonF& ring, Ground& ground, const std::function<bool(double)>& goOn)
 {
     double finest = 0.0;
+    bool isOff = false;
     const auto look = [&](const QPointF& place) {
+        isOff = isOff || (goOn && !goOn(0.0));
+        if (isOff)
+            return;
         const double resolution = ground.ResolutionAt(place);
         if (resolution > 0.0 && (finest == 0.0 || resolution < finest))
             finest = resolution;
@@ -91,7 +96,7 @@ double FinestIn(const QPolygonF& ring, Ground& ground)
         }
     for (const QPointF& corner : ring)
         look(corner);
-    return finest;
+    return isOff ? std::nullopt : std::make_optional(finest);
 }
 
 /// Where the ring crosses a parallel, from the west.
@@ -197,8 +202,12 @@ AxHeightGrid AxHeightGridOf(const AxHeightsQuestion& question, const osgEarth::M
     AxHeightGrid grid;
     // Looking for it reads the finest heights here and there, which a caller may have nothing of.
     const bool isCellGiven = question.cell > 0.0;
-    if (!isCellGiven)
-        grid.cellOfData = FinestIn(ring, ground) * MetresOfDegree();
+    if (!isCellGiven) {
+        const std::optional<double> finest = FinestIn(ring, ground, goOn);
+        if (!finest)
+            return {};
+        grid.cellOfData = *finest * MetresOfDegree();
+    }
     if (!LayOut(grid, ring, question))
         return {};
     // Means of the data are read where its own samples would be passed over.

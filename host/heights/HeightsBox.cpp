@@ -124,7 +124,7 @@ QString HeightsBox::Report(const AxHeightGrid& grid, const AxCoordinateSystem& s
             .arg(grid.inside)
             .arg(HeightText(grid.cell)),
     };
-    if (grid.cell > grid.cellOfData * 1.01)
+    if (grid.cellOfData > 0.0 && grid.cell > grid.cellOfData * 1.01)
         lines += tr("The map has finer heights, every %1; means of them are taken.")
                      .arg(AxUnits::Length(grid.cellOfData));
     else if (grid.cellOfData > grid.cell * 1.01)

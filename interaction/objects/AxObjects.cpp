@@ -214,6 +214,8 @@ int AxObjects::removeEntry(CAxHandleAdapter* object, bool deleteBlock)
     if (Find(id) != object)
         return 0;
     registered.erase(object);
+    // When it comes back everybody hears of its models again.
+    metByObject.erase(id);
     return static_cast<int>(registry.erase(id));
 }
 

@@ -168,15 +168,34 @@ TEST_F(Zones, ElevationJobIsWaitedForOrTellsItsEnd)
     CAxElevationQuery late;
     process->SetElevationQueryPara(1, 1, 0.0, viewer->getMapNode()->getMap(), *Square(-105.0, 37.5, 0.05), {},
                                    nullptr, &late);
-    EXPECT_TRUE(waitFor([&] { return late.GetResult().isValid(); }));
-    process->block();
-
     CAxElevationQuery asked;
     QObject progress;
     QSignalSpy told(&asked, &CAxElevationQuery::signalElevations);
     process->SetElevationQueryPara(2, 2, 0.0, nullptr, Polygon(), {}, &progress, &asked);
     EXPECT_TRUE(told.wait(20000));
     EXPECT_TRUE(asked.GetResult().toList().isEmpty()) << "there is no map to ask";
+    process->block();
+    EXPECT_TRUE(late.GetResult().isValid()) << "jobs are done in their order";
+    // Who asked has gone.
+    {
+        CAxElevationQuery gone;
+        process->SetElevationQueryPara(20, 20, 0.0, viewer->getMapNode()->getMap(),
+                                       *Square(-105.0, 37.5, 0.05), {}, nullptr, &gone);
+    }
+    process->block();
+
+    CAxElevationQuery across;
+    const osg::ref_ptr<Polygon> antimeridian = new Polygon;
+    for (const auto& [longitude, latitude] :
+         {std::pair{179.95, -17.05}, {-179.95, -17.05}, {-179.95, -16.95}})
+        antimeridian->push_back(osg::Vec3d(longitude, latitude, 0.0));
+    process->SetElevationQueryPara(20, 20, 0.0, viewer->getMapNode()->getMap(), *antimeridian, {}, nullptr,
+                                   &across);
+    process->block();
+    const QVariantList around = across.GetResult().toList();
+    EXPECT_GT(around.size(), 150);
+    for (const QVariant& place : around)
+        EXPECT_NEAR(std::abs(place.toList()[0].toDouble()), 180.0, 0.05);
 }
 
 TEST_F(Zones, ElevationJobsThatOverlapGetTheirOwnAnswersAndPercentages)
@@ -282,6 +301,10 @@ TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
     CAxBlock* const known = blocks.AddBlock("known", CAxBlock::PolygonBlock);
     known->SetAnchor(mountains);
     known->SetAverageAltitude(7.0);
+    // As a project fills its records.
+    CAxBlock* const filled = blocks.AddBlock("filled", CAxBlock::PolygonBlock);
+    filled->SetAverageAltitude(9.0);
+    filled->SetAnchor(mountains);
     ASSERT_TRUE(
         waitFor([&] { return area->GetAverageAltitude() != 0.0 && line->GetAverageAltitude() != 0.0; }));
 
@@ -304,6 +327,7 @@ TEST_F(Zones, BlocksKnowTheMeanAltitudeOfTheirGround)
     last->SetAnchor(mountains.mid(0, 1));
     ASSERT_TRUE(waitFor([&] { return last->GetAverageAltitude() != 0.0; }));
     EXPECT_EQ(known->GetAverageAltitude(), 7.0) << "what a host has set meanwhile stands";
+    EXPECT_EQ(filled->GetAverageAltitude(), 9.0);
     const double ofSmallCircle = last->GetAverageAltitude();
     last->SetVideoRadius(4000);
     EXPECT_TRUE(waitFor([&] { return std::abs(last->GetAverageAltitude() - ofSmallCircle) > 10.0; }));
