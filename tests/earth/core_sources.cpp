@@ -11,6 +11,7 @@
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <set>
 #include <thread>
 
 using namespace osgEarth;
@@ -112,6 +113,27 @@ TEST(ImageSource, PaletteKeepsItsColoursAndTransparency)
     EXPECT_EQ(pixel(*layer, 0.15, 0.5, 10), (Rgba{10, 20, 30, 255}));
     EXPECT_EQ(pixel(*layer, 0.45, 0.5, 10), (Rgba{200, 100, 50, 255}));
     EXPECT_EQ(pixel(*layer, 0.85, 0.5, 10)[3], 0);
+}
+
+TEST(ImageSource, ColoursOfClassesMixOnlyWhereTheMapFileLetsThem)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe;
+    recipe.value = [](int, int column, int) { return column % 2 ? 200.0 : 50.0; };
+    writeRaster(folder.path("classes.tif"), recipe);
+    for (const bool isNearest : {false, true}) {
+        Drivers::GDALOptions options;
+        if (isNearest)
+            options.interpolation() = INTERP_NEAREST;
+        const auto layer = openImage(folder.path("classes.tif"), options);
+        // Enlarged, and halved once, where means are read.
+        for (const unsigned lod : {9u, 4u}) {
+            std::set<int> seen;
+            for (double longitude = 0.3; longitude < 0.7; longitude += 0.001)
+                seen.insert(pixel(*layer, longitude, 0.5, lod)[0]);
+            EXPECT_EQ(seen.size() > 2 || *seen.begin() == 125, !isNearest) << lod;
+        }
+    }
 }
 
 TEST(ImageSource, WideWordsAreStretchedToBytes)

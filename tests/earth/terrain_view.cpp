@@ -1,6 +1,7 @@
 #include "MadeUpGround.h"
 #include "terrain/TerrainView.h"
 #include "terrain/TileContent.h"
+#include "terrain/TileShade.h"
 
 #include <gtest/gtest.h>
 #include <osg/Math>
@@ -189,5 +190,48 @@ TEST(TileContent, BoundsHoldWhatDeeperTilesShow)
             deeper->addElevationLayer(new ElevationLayer(options));
         }
         expectHeld((std::string(ground.name) + " from level 14").c_str(), *deeper);
+    }
+}
+
+TEST(TileShade, IsSmoothBelowTheResolutionOfItsSourceAndAlikeOnAllLevelsThere)
+{
+    const ScratchFolder folder;
+    RasterRecipe recipe; // 64 cells a degree
+    recipe.type = GDT_Float32;
+    recipe.value = [](int, int column, int row) { return 300.0 * ((column * 7 + row * 5) % 4); };
+    writeRaster(folder.path("rough.tif"), recipe);
+    Drivers::GDALOptions options;
+    options.url() = folder.path("rough.tif");
+    const osg::ref_ptr<Map> map = new Map;
+    map->addElevationLayer(new ElevationLayer("rough", options));
+    const ElevationLayerVector layers = TileSources(*map).elevations;
+    const auto rowOf = [&](const TileKey& key, float v) {
+        const TileBounds bounds = boundsOf(key);
+        HeightRaster raster(129, 1);
+        const SamplePlaces places(bounds, raster);
+        const TerrainHeights heights(layers, key.getExtent(), 1e-6);
+        HeightRaster known(129, 1);
+        heights.sample(places.longitudes, places.latitudes, &raster.at(-1, -1), &known.at(-1, -1));
+        std::vector<float> factors(257);
+        shadeOf(key, raster, finestCellIn(bounds, heights), layers).factorsAlong(v, factors);
+        return factors;
+    };
+    const Profile* profile = Registry::instance()->getGlobalGeodeticProfile();
+    // From tiles of 22 cells to those that are a sixth of a cell.
+    for (const unsigned level : {9u, 12u, 14u, 16u}) {
+        const TileKey key = profile->createTileKey(0.5001, 0.5001, level);
+        const std::vector<float> row = rowOf(key, 0.25f);
+        const auto [least, most] = std::minmax_element(row.begin(), row.end());
+        EXPECT_GT(*most - *least, 1e-3f) << level << ": there are slopes";
+        float jump = 0.0f;
+        for (std::size_t i = 1; i < row.size(); ++i)
+            jump = std::max(jump, std::abs(row[i] - row[i - 1]));
+        const double cells = boundsOf(key).width() * 64.0;
+        EXPECT_LT(jump, 0.02 + 0.01 * cells) << level;
+        const unsigned x = key.getTileX(), y = key.getTileY();
+        EXPECT_NEAR(row.back(), rowOf(TileKey(level, x + 1, y, profile), 0.25f).front(), 1e-3f) << level;
+        const std::vector<float> below = rowOf(TileKey(level + 1, 2 * x, 2 * y + 1, profile), 0.5f);
+        for (std::size_t i = 0; level > 9 && i < below.size(); i += 2)
+            EXPECT_NEAR(below[i], row[i / 2], 1e-3f) << level << ' ' << i;
     }
 }

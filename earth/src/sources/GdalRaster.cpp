@@ -294,7 +294,7 @@ void GdalRaster::decodeOnce()
          level < _grid.levels() && std::max(_grid.widthAt(level), _grid.heightAt(level)) >= 128; ++level)
         factors.push_back(1 << level);
     if (!factors.empty())
-        copy->BuildOverviews(_channels.palette.empty() ? "AVERAGE" : "NEAREST",
+        copy->BuildOverviews(_channels.palette.empty() && !_nearest ? "AVERAGE" : "NEAREST",
                              static_cast<int>(factors.size()), factors.data(), 0, nullptr, nullptr, nullptr,
                              nullptr);
     _free.clear();
@@ -368,7 +368,7 @@ bool GdalRaster::readBand(GDALRasterBand& full, int level, int x, int y, int w, 
     extra.dfYSize = h * sy;
     const bool affordable =
         full.GetOverviewCount() > 0 || extra.dfXSize * extra.dfYSize <= kMaxAveragedPixels;
-    extra.eResampleAlg = average && affordable ? GRIORA_Average : GRIORA_NearestNeighbour;
+    extra.eResampleAlg = average && affordable && !_nearest ? GRIORA_Average : GRIORA_NearestNeighbour;
     const int x0 = static_cast<int>(std::floor(extra.dfXOff + 1e-9));
     const int y0 = static_cast<int>(std::floor(extra.dfYOff + 1e-9));
     const int x1 = std::min(_grid.width, static_cast<int>(std::ceil(extra.dfXOff + extra.dfXSize - 1e-9)));

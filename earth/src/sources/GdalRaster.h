@@ -71,7 +71,10 @@ private:
         std::vector<unsigned char> palette; ///< RGBA an index; empty for none
     };
 
-    explicit GdalRaster(const Description& description) : _description(description) {}
+    explicit GdalRaster(const Description& description)
+        : _description(description), _nearest(!description.heights && isNearest(description.options))
+    {
+    }
     bool openFirst(Status& out_status);
     Handle openHandle() const;
     bool placeOnMap(GDALDataset& dataset, std::string& out_cause);
@@ -88,6 +91,7 @@ private:
     Answer failed(const std::string& cause);
 
     const Description _description;
+    const bool _nearest;
     Channels _channels;
     bool _heightNoData = false;
     bool _mapNoData = false; ///< the map file states the no-data value, GDAL does not know it

@@ -27,18 +27,29 @@ int RasterGrid::levels() const
     return level;
 }
 
+RasterSource::RasterSource() : _resampling(Resampling::Bilinear) {}
+
 RasterSource::~RasterSource() = default;
+
+bool RasterSource::isNearest(const TileSourceOptions& options)
+{
+    return options.getConfig().value("interpolation") == "nearest";
+}
 
 std::shared_ptr<RasterSource> RasterSource::open(const TileSourceOptions& options,
                                                  const RasterRequest& request, Status& out_status)
 {
     const std::string& driver = options.getDriver();
+    std::shared_ptr<RasterSource> source;
     if (driver == "gdal")
-        return GdalRaster::openFile(options, request, out_status);
-    if (driver == "tms" || driver == "xyz")
-        return openTileService(options, request, out_status);
-    out_status = Status(Status::ConfigurationError, "there is no driver \"" + driver + "\"");
-    return nullptr;
+        source = GdalRaster::openFile(options, request, out_status);
+    else if (driver == "tms" || driver == "xyz")
+        source = openTileService(options, request, out_status);
+    else
+        out_status = Status(Status::ConfigurationError, "there is no driver \"" + driver + "\"");
+    if (source && isNearest(options))
+        source->_resampling = Resampling::Nearest;
+    return source;
 }
 
 bool RasterSource::describe()
@@ -157,7 +168,7 @@ RasterSource::Answer RasterSource::readImage(const GeoExtent& extent, int size, 
         return answer;
     osg::ref_ptr<osg::Image> image = new osg::Image;
     image->allocateImage(size, size, 1, GL_RGBA, GL_UNSIGNED_BYTE);
-    if (!drawBilinear(map, size, window, scaleX, scaleY, _grid, image->data()))
+    if (!drawWindow(map, size, window, scaleX, scaleY, _grid, _resampling, image->data()))
         return Answer::Nothing;
     out = image;
     return Answer::Data;

@@ -17,6 +17,7 @@ constexpr long long kMaxWindowPixels = 4096LL * 4096LL;
 
 class HeightGrid;
 class HeightWindow;
+enum class Resampling;
 struct PixelBox;
 
 /// A raster of heights as a whole, kept in memory: coarse grids, each half the one before.
@@ -94,7 +95,9 @@ public:
     bool pixelBoxOf(const GeoExtent& geographicExtent, PixelBox& out) const;
 
 protected:
-    RasterSource() = default;
+    RasterSource();
+    /// Whether the colours of the layer's pictures may not mix.
+    static bool isNearest(const TileSourceOptions& options);
     /// Derives the rest from `_grid`; false when it lies nowhere on the map.
     bool describe();
 
@@ -124,6 +127,7 @@ private:
     Answer readFloatsWrapped(int level, int x, int y, int w, int h, std::vector<float>& out,
                              ProgressCallback* progress);
 
+    Resampling _resampling;
     GeoExtent _geographicExtent;
     double _resolutionDegrees = 0.0;
     std::mutex _overviewMutex;

@@ -193,7 +193,7 @@ struct Tap
     int share = 0;
 };
 
-Tap tapAt(double position, double scale, int limit, bool wraps, int origin, int count)
+Tap tapAt(double position, double scale, int limit, bool wraps, int origin, int count, Resampling resampling)
 {
     // Positions slightly beyond the rim are rounding errors and count as inside.
     if (!(position >= -1e-6 && position <= limit + 1e-6) && !wraps)
@@ -209,6 +209,8 @@ Tap tapAt(double position, double scale, int limit, bool wraps, int origin, int 
     tap.first = std::clamp(i, 0, count - 1);
     tap.second = std::clamp(i + 1, 0, count - 1);
     tap.share = static_cast<int>((p - floor) * 256.0);
+    if (resampling == Resampling::Nearest)
+        tap.share = tap.share < 128 ? 0 : 256;
     return tap;
 }
 
@@ -243,17 +245,19 @@ inline void blend(const unsigned char* row0, const unsigned char* row1, const Ta
 }
 } // namespace
 
-bool drawBilinear(const PixelMap& map, int size, const PixelWindow& window, double scaleX, double scaleY,
-                  const RasterGrid& grid, unsigned char* out)
+bool drawWindow(const PixelMap& map, int size, const PixelWindow& window, double scaleX, double scaleY,
+                const RasterGrid& grid, Resampling resampling, unsigned char* out)
 {
     const auto n = static_cast<size_t>(size);
     const auto rowStart = [&](int row) {
         return window.rgba.data() + static_cast<size_t>(row) * static_cast<size_t>(window.width) * 4;
     };
     const auto column = [&](double p) {
-        return tapAt(p, scaleX, grid.width, grid.wraps, window.x, window.width);
+        return tapAt(p, scaleX, grid.width, grid.wraps, window.x, window.width, resampling);
     };
-    const auto line = [&](double p) { return tapAt(p, scaleY, grid.height, false, window.y, window.height); };
+    const auto line = [&](double p) {
+        return tapAt(p, scaleY, grid.height, false, window.y, window.height, resampling);
+    };
     std::fill(out, out + n * n * 4, static_cast<unsigned char>(0));
     bool any = false;
     std::vector<Tap> taps;

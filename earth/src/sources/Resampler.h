@@ -43,10 +43,17 @@ struct PixelWindow
     int x = 0, y = 0, width = 0, height = 0;
 };
 
-/// Draws the window through the map, bilinearly, colour weighted by alpha.
+/// How pixels are made of those of a raster.
+enum class Resampling
+{
+    Bilinear, ///< colour weighted by alpha
+    Nearest   ///< for classes and the like, whose colours may not mix
+};
+
+/// Draws the window through the map.
 /// `scaleX`, `scaleY`: full-resolution pixels a window pixel. Positions outside of
 /// [0, columns] x [0, rows] of the raster become transparent. Returns whether
 /// anything visible was drawn.
-bool drawBilinear(const PixelMap& map, int size, const PixelWindow& window, double scaleX, double scaleY,
-                  const RasterGrid& grid, unsigned char* out);
+bool drawWindow(const PixelMap& map, int size, const PixelWindow& window, double scaleX, double scaleY,
+                const RasterGrid& grid, Resampling resampling, unsigned char* out);
 } // namespace osgEarth

@@ -24,11 +24,22 @@ float exaggeration(float spacing)
 } // namespace
 
 ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster)
+    : ReliefShade(bounds, raster, bounds, bounds.height() / (raster.size() - 1))
+{
+}
+
+ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster, const TileBounds& tile,
+                         double tileStepDegrees)
     : _size(raster.size()), _factors(static_cast<std::size_t>(_size) * static_cast<std::size_t>(_size), 1.0f)
 {
+    const double cells = _size - 1;
+    _firstColumn = static_cast<float>((tile.west - bounds.west) / bounds.width() * cells);
+    _columns = static_cast<float>(tile.width() / bounds.width() * cells);
+    _firstRow = static_cast<float>((tile.south - bounds.south) / bounds.height() * cells);
+    _rows = static_cast<float>(tile.height() / bounds.height() * cells);
     const float stepDegrees = static_cast<float>(bounds.height()) / static_cast<float>(_size - 1);
     const float spacing = stepDegrees * static_cast<float>(kMetresPerDegree);
-    const float scale = exaggeration(spacing);
+    const float scale = exaggeration(static_cast<float>(tileStepDegrees * kMetresPerDegree));
     const float aspect = static_cast<float>(bounds.width() / bounds.height());
     std::size_t next = 0;
     for (int row = 0; row < _size; ++row) {
@@ -53,15 +64,18 @@ ReliefShade::ReliefShade(const TileBounds& bounds, const HeightRaster& raster)
 
 void ReliefShade::factorsAlong(float v, std::vector<float>& factors) const
 {
-    const float y = std::clamp(v, 0.0f, 1.0f) * static_cast<float>(_size - 1);
-    const int row = std::min(static_cast<int>(y), _size - 2);
+    const auto cellOf = [this](float position) {
+        return std::clamp(static_cast<int>(position), 0, _size - 2);
+    };
+    const float y = _firstRow + std::clamp(v, 0.0f, 1.0f) * _rows;
+    const int row = cellOf(y);
     const float fy = y - static_cast<float>(row);
     const float* south = _factors.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(_size);
     const float* north = south + _size;
-    const float step = static_cast<float>(_size - 1) / static_cast<float>(factors.size() - 1);
+    const float step = _columns / static_cast<float>(factors.size() - 1);
     for (std::size_t i = 0; i < factors.size(); ++i) {
-        const float x = step * static_cast<float>(i);
-        const int column = std::min(static_cast<int>(x), _size - 2);
+        const float x = _firstColumn + step * static_cast<float>(i);
+        const int column = cellOf(x);
         const float fx = x - static_cast<float>(column);
         const float west = south[column] + (north[column] - south[column]) * fy;
         const float east = south[column + 1] + (north[column + 1] - south[column + 1]) * fy;

@@ -1,9 +1,9 @@
 #include "terrain/TileContent.h"
 #include "globe/Wgs84.h"
 
-#include "terrain/ReliefShade.h"
 #include "terrain/SourceRelief.h"
 #include "terrain/TilePicture.h"
+#include "terrain/TileShade.h"
 
 #include <osgEarth/ElevationLayer>
 #include <osgEarth/ImageLayer>
@@ -44,20 +44,9 @@ HeightRaster sampleHeights(const TileBounds& bounds, const TerrainHeights& heigh
     HeightRaster raster(kRasterSize, 1);
     if (heights.empty())
         return raster;
-    const double stepY = bounds.height() / (kRasterSize - 1);
-    const double stepX = bounds.width() / (kRasterSize - 1);
-    std::vector<double> longitudes, latitudes;
-    for (int i = -1; i <= kRasterSize; ++i) {
-        double longitude = bounds.west + stepX * i;
-        if (longitude > 180.0)
-            longitude -= 360.0;
-        else if (longitude < -180.0)
-            longitude += 360.0;
-        longitudes.push_back(longitude);
-        latitudes.push_back(std::clamp(bounds.south + stepY * i, -90.0, 90.0));
-    }
+    const SamplePlaces places(bounds, raster);
     known.emplace(kRasterSize, 1);
-    if (heights.sample(longitudes, latitudes, &raster.at(-1, -1), &known->at(-1, -1)))
+    if (heights.sample(places.longitudes, places.latitudes, &raster.at(-1, -1), &known->at(-1, -1)))
         known.reset();
     return raster;
 }
@@ -275,6 +264,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
     const double skirt =
         kSkirtTexels * texel + kSkirtReliefs * std::max(borderRelief(bounds, raster), relief.unseen);
     content->mesh = buildTileMesh(bounds, raster, kMeshToleranceTexels * texel, skirt);
+    const double cell = finestCellIn(bounds, ground);
     if (ground.isFullResolution())
         content->heights = std::move(ground);
     else {
@@ -303,7 +293,7 @@ std::shared_ptr<const TileContent> makeTileContent(const TileKey& key, const Til
         content->texture = *parent;
         content->borrowsPicture = parent->refinable;
     } else {
-        const ReliefShade shade(bounds, raster);
+        const ReliefShade shade = shadeOf(key, raster, cell, layers);
         content->texture.state = makeTileStateSet(composeTilePicture(key, bounds, sources, shade));
         content->texture.bounds = bounds;
         content->texture.level = key.getLOD();
