@@ -52,7 +52,7 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     layers = std::make_unique<AxMapLayers>();
     connect(layers.get(), &AxMapLayers::changed, q, &CAxEarthViewer::RequestRedraw);
     connect(layers.get(), &AxMapLayers::elevationAdded, q, &CAxEarthViewer::signalElevationLayer);
-    measurements = std::make_unique<AxMeasurements>(*this, objects);
+    measurements = std::make_unique<AxMeasurements>(*this, objects, q);
     volumeAnalysis = std::make_unique<AxVolumeAnalysis>(*this);
     AxAddMeasureTools(objects.Factories(), *measurements, *volumeAnalysis);
     connect(&tools, &AxToolBox::taken, q,

@@ -24,6 +24,7 @@
 #include "viewer/AxViewerPrivate.h"
 #include "viewer/AxVolumeDesk.h"
 #include "viewer/capture/AxPictureCapture.h"
+#include "viewer/overlay/AxColorLegend.h"
 #include "viewer/overlay/AxGridWidget.h"
 #include "viewer/overlay/AxHeadUpText.h"
 #include "viewer/overlay/CAxCoordinateWidget.h"
@@ -148,10 +149,14 @@ void AxViewerPrivate::initOverlays()
     embed(gridWidget);
     gridWidget->move(overlayMargin, overlayMargin);
     gridWidget->hide();
+    auto* legend = new AxColorLegend(q);
+    embed(legend);
+    legend->move(overlayMargin, overlayMargin);
+    legend->hide();
 
     q->scene()->addItem(magnifier->Item());
     ownOverlays += magnifier->Item();
-    volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, q);
+    volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, *legend, q);
 }
 
 void AxViewerPrivate::embed(QWidget* overlay)

@@ -1,18 +1,27 @@
 #include "viewer/AxVolumeDesk.h"
 #include "analysis/volume/AxVolumeAnalysis.h"
 #include "analysis/volume/AxVolumeText.h"
+#include "viewer/overlay/AxColorLegend.h"
 #include "viewer/overlay/AxGridWidget.h"
 
 #include <AxAlgorthm/AxUnits.h>
 #include <AxBaseUI/CAxMessageBox.h>
 
-AxVolumeDesk::AxVolumeDesk(AxVolumeAnalysis& analysis, AxGridWidget& widget, QWidget* over)
-    : volumes(analysis), panel(&widget), window(over)
+#include <QEvent>
+
+AxVolumeDesk::AxVolumeDesk(AxVolumeAnalysis& analysis, AxGridWidget& widget, AxColorLegend& colors,
+                           QWidget* over)
+    : volumes(analysis), panel(&widget), legend(&colors), window(over)
 {
     const auto follow = [this](const QString& id) {
         if (panel && panel->HandleID() == id)
             showResult();
+        showLegend();
     };
+    panel->installEventFilter(this);
+    over->installEventFilter(this);
+    connect(&volumes, &AxVolumeAnalysis::chosenChanged, this, &AxVolumeDesk::showLegend);
+    connect(panel, &AxGridWidget::editing, this, [this] { volumes.ForgetRefusal(panel->HandleID()); });
     connect(&volumes, &AxVolumeAnalysis::added, this, &AxVolumeDesk::ShowVolume);
     connect(&volumes, &AxVolumeAnalysis::changed, this, follow);
     connect(&volumes, &AxVolumeAnalysis::removed, this, [this](const QString& id) {
@@ -43,6 +52,40 @@ void AxVolumeDesk::ShowVolume(const QString& id)
     shown = result.id.isEmpty() ? volumes.Next() : result.question;
     panel->ShowQuestion(shown);
     showResult();
+    showLegend();
+}
+
+bool AxVolumeDesk::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::Hide:
+        showLegend();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void AxVolumeDesk::showLegend()
+{
+    if (!panel || !legend)
+        return;
+    const bool isInHand = !panel->isHidden();
+    const QString ofPanel = isInHand ? panel->HandleID() : QString();
+    const AxVolumeResult result = volumes.GetResult(ofPanel.isEmpty() ? volumes.Chosen() : ofPanel);
+    const bool isSeen = result.volume && result.isVisible;
+    if (isSeen) {
+        AxColorLegend::Rows rows;
+        for (const AxGeoRaster::Class& one : AxVolumeLegend(*result.volume))
+            rows += {QColor(one.color[0], one.color[1], one.color[2]), one.name};
+        legend->ShowRows(result.name, rows);
+        if (window)
+            legend->move(panel->x(), window->height() - legend->height() - panel->y());
+    }
+    legend->setVisible(isSeen);
 }
 
 void AxVolumeDesk::showResult()
@@ -56,6 +99,8 @@ void AxVolumeDesk::showResult()
     QStringList notes;
     if (result.id.isEmpty())
         notes += tr("Click the corners of the area, the last one by a double click.");
+    else if (!result.refusal.isEmpty())
+        notes += result.refusal;
     else if (result.fault != AxVolumeFault::None)
         notes += AxVolumeFaultText(result.fault, result.question);
     else if (result.isPending)
@@ -72,14 +117,18 @@ void AxVolumeDesk::showResult()
 void AxVolumeDesk::take()
 {
     AxVolumeQuestion question = panel->Question();
-    volumes.SetNext(question);
     const AxVolumeResult result = volumes.GetResult(panel->HandleID());
-    if (result.id.isEmpty())
+    if (result.id.isEmpty()) {
+        volumes.SetNext(question);
         return;
+    }
     question.ring = result.question.ring;
-    QString why;
-    if (!volumes.Ask(result.id, result.name, question, &why))
-        panel->ShowNote(why);
+    const QPointer<AxVolumeDesk> self(this);
+    // What is refused here would be so for the next one, too.
+    if (volumes.Ask(result.id, result.name, question) && self)
+        volumes.SetNext(question);
+    else if (self && panel)
+        panel->ShowQuestion(volumes.GetResult(panel->HandleID()).question);
 }
 
 void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& question)
@@ -110,6 +159,7 @@ void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& questi
     meant.ring = result.question.ring;
     meant.mayBeLarge = true;
     // It may be gone, and its ring is what counts.
-    if (!result.id.isEmpty())
-        volumes.Ask(id, result.name, meant);
+    if (!result.id.isEmpty() && volumes.Ask(id, result.name, meant) && self && panel &&
+        panel->HandleID() == id)
+        volumes.SetNext(meant);
 }

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QString>
 
+class AxColorLegend;
 class AxGridWidget;
 class AxVolumeAnalysis;
 class QWidget;
@@ -12,25 +13,31 @@ class QWidget;
 /**
  * What goes on between the grid panel on the map and the volumes: the panel shows the one that was measured
  * last while the tool is in hand, its fields ask about that one anew and count for the next, and large grids
- * are asked for. Owned by the viewer, as both of them. GUI thread.
+ * are asked for. The legend says what the colours of that volume mean, or of the one that is chosen. Owned by
+ * the viewer, as all of them. GUI thread.
  */
 class AxVolumeDesk : public QObject
 {
     Q_OBJECT
 public:
     /// Questions open over `window`.
-    AxVolumeDesk(AxVolumeAnalysis& volumes, AxGridWidget& panel, QWidget* window);
+    AxVolumeDesk(AxVolumeAnalysis& volumes, AxGridWidget& panel, AxColorLegend& legend, QWidget* window);
 
     /// The panel is about this one from now on; about the next one to be drawn for an unknown ID.
     void ShowVolume(const QString& id);
 
+    /// The legend keeps its corner.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     void showResult();
+    void showLegend();
     void take();
     void askForLarge(const QString& id, const AxVolumeQuestion& question);
 
     AxVolumeAnalysis& volumes;
     const QPointer<AxGridWidget> panel;
+    const QPointer<AxColorLegend> legend;
     const QPointer<QWidget> window;
     AxVolumeQuestion shown; ///< what the panel's fields were filled with
     bool isAsking = false;  ///< a box is open

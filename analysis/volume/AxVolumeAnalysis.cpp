@@ -28,6 +28,16 @@ bool HasCellsOf(const AxVolumeQuestion& one, const AxVolumeQuestion& other)
     };
     return one.ring == other.ring && cellOf(one) == cellOf(other);
 }
+
+/// The fields show the question that stands, so what was refused has to be named.
+QString RefusalOf(AxVolumeFault fault, const AxVolumeQuestion& question, const QString& reason)
+{
+    constexpr int digits = 6;
+    const bool isOfCell = fault == AxVolumeFault::Coarse || fault == AxVolumeFault::TooMany;
+    return isOfCell ? AxVolumeAnalysis::tr("Cells of %1 m were not taken. %2")
+                          .arg(QString::number(question.cell, 'g', digits), reason)
+                    : reason;
+}
 } // namespace
 
 /// Hears of a picture that is shown or hidden as a layer, as in a list of layers.
@@ -110,10 +120,13 @@ bool AxVolumeAnalysis::Ask(const QString& id, const QString& name, const AxVolum
     Kept& one = *find(id);
     one.result.name = name;
     const bool isGood = reason.isEmpty() && ask(one, question);
+    // Of a large grid a box tells.
+    if (!isGood && !isNew)
+        one.result.refusal = fault == AxVolumeFault::Many ? QString() : RefusalOf(fault, question, reason);
     const QPointer<AxVolumeAnalysis> self(this);
     if (isNew)
         emit added(id);
-    else if (isGood)
+    else
         emit changed(id);
     if (self && fault == AxVolumeFault::Many && map())
         emit largeAsked(id, question);
@@ -128,10 +141,39 @@ bool AxVolumeAnalysis::AskAgain(const QString& id)
     return !result.id.isEmpty() && Ask(id, result.name, result.question);
 }
 
+bool AxVolumeAnalysis::Restore(const QString& id, const QString& name, AxVolumeQuestion question)
+{
+    if (find(id))
+        return false;
+    question.mayBeLarge = false;
+    if (AxVolumeFaultOf(question) != AxVolumeFault::Many) {
+        Ask(id, name, question);
+        return true;
+    }
+    Kept one;
+    one.result.id = id;
+    one.result.name = name;
+    one.result.question = question;
+    one.result.fault = AxVolumeFault::Many;
+    kept += one;
+    emit added(id);
+    return true;
+}
+
+void AxVolumeAnalysis::ForgetRefusal(const QString& id)
+{
+    Kept* one = find(id);
+    if (!one || one->result.refusal.isEmpty())
+        return;
+    one->result.refusal.clear();
+    emit changed(id);
+}
+
 bool AxVolumeAnalysis::ask(Kept& one, const AxVolumeQuestion& question)
 {
     const QString id = one.result.id;
     one.result.question = question;
+    one.result.refusal.clear();
     one.result.fault = AxVolumeFault::None;
     one.result.isPending = true;
     waiting.removeAll(id);
@@ -208,11 +250,13 @@ void AxVolumeAnalysis::take(Answer&& answer)
     one.result.isPending = false;
     one.result.fault = answer.volume->fault;
     if (answer.volume->fault == AxVolumeFault::None) {
+        // As somebody has set it for the former picture.
+        const float opacity = one.layer ? one.layer->getOpacity() : pictureOpacity;
         dropLayer(one);
         one.result.volume = answer.volume;
         one.result.isStale = false;
         one.isGroundOld = false;
-        one.layer = AxPictureLayer(answer.picture, one.result.name, pictureOpacity);
+        one.layer = AxPictureLayer(answer.picture, one.result.name, opacity);
         if (one.layer && map()) {
             one.layer->setVisible(one.result.isVisible);
             one.layer->addCallback(new LayerWatch(*this, id));
@@ -297,7 +341,10 @@ bool AxVolumeAnalysis::Remove(const QString& id)
                 setRunning({});
             dropLayer(gone);
             const QPointer<AxVolumeAnalysis> self(this);
-            emit removed(id);
+            if (chosen == id)
+                SetChosen({});
+            if (self)
+                emit removed(id);
             if (self)
                 begin();
             return true;
@@ -317,6 +364,15 @@ bool AxVolumeAnalysis::SetVisible(const QString& id, bool visible)
         one->layer->setVisible(visible);
     emit changed(id);
     return true;
+}
+
+void AxVolumeAnalysis::SetChosen(const QString& id)
+{
+    const QString known = find(id) ? id : QString();
+    if (known == chosen)
+        return;
+    chosen = known;
+    emit chosenChanged();
 }
 
 void AxVolumeAnalysis::Clear()

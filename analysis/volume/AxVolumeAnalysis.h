@@ -32,9 +32,10 @@ struct AxVolumeResult
     std::shared_ptr<const AxVolume>
         volume; ///< of that question, or of the one before; null without an answer
     AxVolumeFault fault = AxVolumeFault::None; ///< why the latest question has no answer
-    bool isPending = false;                    ///< it is being computed, or waits for that
-    bool isStale = false;                      ///< the ground is another one than that of `volume`
-    bool isVisible = true;                     ///< the picture on the map
+    QString refusal;        ///< why another question was not taken since, for people; the one before stands
+    bool isPending = false; ///< it is being computed, or waits for that
+    bool isStale = false;   ///< the ground is another one than that of `volume`
+    bool isVisible = true;  ///< the picture on the map
 };
 
 /**
@@ -63,11 +64,16 @@ public:
 
     /// Begins to compute a new volume, or another answer of one that there is. changed() tells the end.
     /// False, with the reason in `why`, for what is no question, and before the map is loaded: one that there
-    /// is stays as it was then, and a new one is listed with its fault.
+    /// is stays as it was then, with AxVolumeResult::refusal, and a new one is listed with its fault.
     bool Ask(const QString& id, const QString& name, const AxVolumeQuestion& question,
              QString* why = nullptr);
     /// The same of one that there is, in its latest words. False for an unknown ID.
     bool AskAgain(const QString& id);
+    /// The same of one that was asked in another session. Nobody has to wait again for what took long: more
+    /// than axManyVolumeCells are listed, and wait for Ask(). False for an ID that there is.
+    bool Restore(const QString& id, const QString& name, AxVolumeQuestion question);
+    /// AxVolumeResult::refusal holds no more, since something else is being filled in.
+    void ForgetRefusal(const QString& id);
     /// The map's ground is another one.
     void ForgetGround();
     /// Computes it no more: it has the answer that it had.
@@ -84,6 +90,10 @@ public:
     bool SetVisible(const QString& id, bool visible);
     void Clear(); ///< removes all
 
+    /// Which one somebody looks at: the map says what its colours are. None for an unknown ID.
+    void SetChosen(const QString& id);
+    QString Chosen() const { return chosen; } ///< empty: none
+
 signals:
     void added(QString id);      ///< listed, before it is answered
     void changed(QString id);    ///< answered, asked anew, called off, stale, shown or hidden
@@ -91,7 +101,8 @@ signals:
     void busyChanged(bool busy); ///< something is computed, or no more
     /// 0 to 100, of what is computed now.
     void progress(QString id, int percent);
-    void nextChanged(); ///< SetNext()
+    void nextChanged();   ///< SetNext()
+    void chosenChanged(); ///< SetChosen()
     /// A question that is to be asked before it is computed: it takes that much. Whoever says yes asks again
     /// with AxVolumeQuestion::mayBeLarge.
     void largeAsked(QString id, AxVolumeQuestion question);
@@ -125,6 +136,7 @@ private:
     AxVolumeQuestion next;
     QStringList waiting; ///< to be computed, in their order
     QString running;
+    QString chosen;
     bool wasBusy = false;
     std::optional<AxMapHeights> heights; ///< of the map that was asked last; copies are for the thread
     osg::observer_ptr<const osgEarth::Map> asked;

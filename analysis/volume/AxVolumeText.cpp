@@ -95,13 +95,13 @@ double BaseAt(const AxVolume& volume, std::size_t at)
 {
     return static_cast<double>(volume.grid->heights[at]) - static_cast<double>(volume.differences[at]);
 }
+} // namespace
 
-const char* BaseKey(AxVolumeBase base)
+QString AxVolumeBaseKey(AxVolumeBase base)
 {
     const char* const keys[] = {"plane", "surface", "mean", "lowest", "highest", "height"};
-    return keys[static_cast<std::size_t>(base)];
+    return QLatin1String(keys[static_cast<std::size_t>(base)]);
 }
-} // namespace
 
 QVector<AxVolumeBase> AxVolumeBases()
 {
@@ -210,6 +210,7 @@ std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolume& volume)
     const auto below = classes.begin() + stepsOfPicture;
     classes.erase(below + used(-volume.deepest), below + stepsOfPicture);
     classes.erase(classes.begin() + used(volume.highest), classes.begin() + stepsOfPicture);
+    std::reverse(classes.begin(), classes.begin() + used(volume.highest));
     return classes;
 }
 
@@ -258,7 +259,7 @@ AxGeoField AxVolumeField(const AxVolume& volume)
     const auto fact = [&field](const char* key, double value) {
         field.facts[QLatin1String(key)] = QString::number(value, 'g', 12);
     };
-    field.facts[QStringLiteral("BASE")] = QLatin1String(BaseKey(volume.question.base));
+    field.facts[QStringLiteral("BASE")] = AxVolumeBaseKey(volume.question.base);
     fact("CUT_M3", volume.cut);
     fact("FILL_M3", volume.fill);
     fact("CELL_ERROR_M3", volume.cellError);

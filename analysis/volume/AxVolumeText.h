@@ -19,6 +19,8 @@ class QIODevice;
 AXEARTHVIEWER_EXPORT QString AxVolumeBaseText(AxVolumeBase base);
 /// All of them in the order in which they are offered.
 AXEARTHVIEWER_EXPORT QVector<AxVolumeBase> AxVolumeBases();
+/// For files: "plane".
+AXEARTHVIEWER_EXPORT QString AxVolumeBaseKey(AxVolumeBase base);
 /// Why there is no volume, of the question besides; empty when there is one.
 AXEARTHVIEWER_EXPORT QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question);
 /// "1000000 cells, about 40 MB".
@@ -32,7 +34,7 @@ AXEARTHVIEWER_EXPORT QString AxVolumeReport(const AxVolume& volume);
 /// Where the ground stands above the base (red) and below it (blue), and by how much, in classes: the picture
 /// for the map.
 AXEARTHVIEWER_EXPORT AxGeoRaster AxVolumeRaster(const AxVolume& volume);
-/// Its classes that occur.
+/// Its classes that occur, from the highest above the base to the lowest below it.
 AXEARTHVIEWER_EXPORT std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolume& volume);
 /// For files: difference, ground and base of each cell, and the figures as facts.
 AXEARTHVIEWER_EXPORT AxGeoField AxVolumeField(const AxVolume& volume);

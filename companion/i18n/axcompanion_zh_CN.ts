@@ -1965,6 +1965,10 @@
         <translation>无法生成该图像。</translation>
     </message>
     <message>
+        <source>Called off.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; of an earlier export is still there; nothing of this export is in it.</source>
         <translation>先前导出的“%1”仍在原处，其中没有本次导出的内容。</translation>
     </message>

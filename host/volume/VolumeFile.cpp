@@ -7,7 +7,7 @@ QString WriteVolumeFile(const QString& file, const AxVolume& volume, bool isTabl
                         const std::atomic<bool>& isOff)
 {
     if (!isTable)
-        return AxWriteGeoField(file, AxVolumeField(volume));
+        return AxWriteGeoField(file, AxVolumeField(volume), &isOff);
     QSaveFile table(file);
     if (table.open(QIODevice::WriteOnly) && AxWriteVolumeTable(table, volume, isOff) && table.commit())
         return {};

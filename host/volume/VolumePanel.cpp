@@ -4,6 +4,7 @@
 #include "host/files/SaveBox.h"
 #include "host/tasks/LimitedNumber.h"
 #include "host/volume/VolumeFile.h"
+#include "host/volume/VolumeKept.h"
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
@@ -22,8 +23,10 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFormLayout>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -64,7 +67,7 @@ VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
       height(MetresOfVolume("VolumeHeight", -12000.0, 10000.0)),
       cell(MetresOfVolume("VolumeCell", 0.0, 100000.0)), compute(new QPushButton(tr("Compute"))),
       progress(new QProgressBar), cancel(new QPushButton(tr("Cancel"))), told(new QLabel),
-      list(new QTreeWidget), figures(new CAxVolumeWgt)
+      list(new QTreeWidget), figures(new CAxVolumeWgt), kept(new VolumeKept(earthViewer, this))
 {
     Build();
     AxVolumeAnalysis* analysis = Analysis();
@@ -84,7 +87,13 @@ VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(base, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
         height->setEnabled(base->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
     });
+    for (QDoubleSpinBox* field : {height, cell})
+        connect(field->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, [this] {
+            if (AxVolumeAnalysis* refused = Analysis())
+                refused->ForgetRefusal(shownID);
+        });
     connect(compute, &QPushButton::clicked, this, &VolumePanel::Ask);
+    connect(kept, &VolumeKept::Told, this, &VolumePanel::Told);
     connect(cancel, &QPushButton::clicked, this, [this] {
         for (const QString& id : Chosen())
             if (AxVolumeAnalysis* running = Analysis())
@@ -123,19 +132,21 @@ void VolumePanel::Build()
     figures->EnableMove(false);
 
     auto* form = new QFormLayout;
+    // As narrow as other panels beside the map can be made.
+    form->setRowWrapPolicy(QFormLayout::WrapLongRows);
     form->addRow(tr("Base"), base);
     form->addRow(tr("Height of base"), height);
     form->addRow(tr("Cell"), cell);
     auto* work = new QHBoxLayout;
-    work->addWidget(compute);
-    work->addWidget(progress, 1);
-    work->addWidget(cancel);
-    auto* buttons = new QHBoxLayout;
+    work->addWidget(compute, 1);
+    work->addWidget(cancel, 1);
+    auto* buttons = new QGridLayout;
     const auto add = [&](const char* name, const QString& text, auto done) {
         auto* button = new QPushButton(text);
         button->setObjectName(QLatin1String(name));
         connect(button, &QPushButton::clicked, this, done);
-        buttons->addWidget(button);
+        constexpr int beside = 2;
+        buttons->addWidget(button, ofChosen.size() / beside, ofChosen.size() % beside);
         ofChosen += button;
         return button;
     };
@@ -155,6 +166,7 @@ void VolumePanel::Build()
     column->addLayout(buttons);
     column->addLayout(form);
     column->addLayout(work);
+    column->addWidget(progress);
     column->addWidget(told);
     column->addWidget(scrolled, 3);
 }
@@ -207,6 +219,9 @@ void VolumePanel::Add(const QString& id)
         list->addTopLevelItem(item);
     }
     Fill(id);
+    // A project that is opened is no reason to take room from the map.
+    if (kept->IsOpening())
+        return;
     list->clearSelection();
     list->setCurrentItem(item);
     emit Wanted();
@@ -256,11 +271,30 @@ void VolumePanel::ShowChosen()
     const QStringList chosen = Chosen();
     for (QPushButton* button : qAsConst(ofChosen))
         button->setEnabled(!chosen.isEmpty());
-    exportButton->setEnabled(chosen.size() == 1);
+    exportButton->setEnabled(chosen.size() == 1 || writing.IsBusy());
+    ShowOnMap();
     // Two lists choose what stands out on the map: the one that is used counts.
     if (viewer && list->hasFocus())
         viewer->GetMeasurements()->SetHighlighted(chosen);
     ShowResult(Analysis() ? Analysis()->GetResult(chosen.value(0)) : AxVolumeResult());
+}
+
+void VolumePanel::ShowOnMap()
+{
+    if (AxVolumeAnalysis* analysis = Analysis())
+        analysis->SetChosen(isVisible() ? Chosen().value(0) : QString());
+}
+
+void VolumePanel::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    ShowOnMap();
+}
+
+void VolumePanel::hideEvent(QHideEvent* event)
+{
+    QWidget::hideEvent(event);
+    ShowOnMap();
 }
 
 void VolumePanel::ShowResult(const AxVolumeResult& result)
@@ -287,6 +321,8 @@ void VolumePanel::ShowResult(const AxVolumeResult& result)
     QStringList notes;
     if (!isOne)
         notes += tr("Measure > Volume draws the area of a volume.");
+    else if (!result.refusal.isEmpty())
+        notes += result.refusal;
     else if (result.fault != AxVolumeFault::None)
         notes += AxVolumeFaultText(result.fault, result.question);
     if (result.isStale && !result.isPending)
@@ -318,11 +354,9 @@ void VolumePanel::Ask()
     question.height = height->value();
     question.cell = cell->value();
     question.mayBeLarge = false;
-    QString why;
-    if (!analysis->Ask(id, result.name, question, &why)) {
-        told->setText(why);
-        told->setVisible(true);
-    }
+    // What is refused goes back to what stands, with the reason below.
+    shownID.clear();
+    analysis->Ask(id, result.name, question);
 }
 
 void VolumePanel::Fly()
@@ -357,10 +391,15 @@ void VolumePanel::Copy() const
 
 void VolumePanel::Export()
 {
+    if (writing.IsBusy()) {
+        writing.CallOff();
+        ShowWriting();
+        emit Told(tr("The export was called off."));
+        return;
+    }
     const AxVolumeResult result = Analysis() ? Analysis()->GetResult(Chosen().value(0)) : AxVolumeResult();
-    if (!result.volume || writing.IsBusy()) {
-        emit Told(result.volume ? tr("The former file is still being written.")
-                                : tr("There is no volume to export yet."));
+    if (!result.volume) {
+        emit Told(tr("There is no volume to export yet."));
         return;
     }
     const QPointer<VolumePanel> self(this);
@@ -383,6 +422,7 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
             return WriteVolumeFile(file, *volume, isTable, isOff);
         },
         [this, file](QString&& fault) {
+            ShowWriting();
             const QString name = QDir::toNativeSeparators(file);
             if (fault.isEmpty()) {
                 emit Told(tr("%1 is written.").arg(name));
@@ -396,6 +436,13 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
             box.SetBtnHidden(false, true, false);
             box.exec();
         });
+    ShowWriting();
+}
+
+void VolumePanel::ShowWriting()
+{
+    exportButton->setText(writing.IsBusy() ? tr("Cancel export") : tr("Export..."));
+    exportButton->setEnabled(Chosen().size() == 1 || writing.IsBusy());
 }
 
 void VolumePanel::Remove()

@@ -8,6 +8,7 @@
 class AxVolumeAnalysis;
 class CAxEarthViewer;
 class CAxVolumeWgt;
+class VolumeKept;
 class LimitedNumber;
 class QComboBox;
 class QLabel;
@@ -32,12 +33,19 @@ public:
     /// Measures the volume within a block's outline as it is now, with what the next one is measured with; a
     /// second time anew. Why not, for the operator; empty when it has begun.
     static QString MeasureBlock(CAxEarthViewer& viewer, const QString& blockID);
+    /// What a project keeps of them.
+    VolumeKept* Kept() const { return kept; }
     /// Writes all texts anew: the units are others now.
     void WriteAgain();
 
 signals:
     void Wanted();                  ///< a volume was measured: the panel is to be seen
     void Told(const QString& text); ///< for the status bar
+
+protected:
+    /// The map says what the colours mean while the list is seen.
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void Build();
@@ -48,11 +56,13 @@ private:
     void Fill(const QString& id);
     void OnItemChanged(QTreeWidgetItem* item);
     void ShowChosen();
+    void ShowOnMap();
     void ShowResult(const AxVolumeResult& result);
     void Ask();
     void Fly();
     void Copy() const;
     void Export();
+    void ShowWriting();
     void Write(const AxVolumeResult& result, const QString& file, bool isTable);
     void Remove();
 
@@ -66,6 +76,7 @@ private:
     QLabel* told;
     QTreeWidget* list;
     CAxVolumeWgt* figures;
+    VolumeKept* kept;
     QList<QPushButton*> ofChosen; ///< what can be done with results that are chosen
     QPushButton* exportButton = nullptr;
     QString shownID; ///< whose question the fields were last filled with

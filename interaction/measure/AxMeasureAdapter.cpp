@@ -127,6 +127,14 @@ void AxMeasureAdapter::ClearPoints()
     drawLabels({});
 }
 
+void AxMeasureAdapter::ImportGeometry(const std::vector<osg::Vec3d>& points, bool)
+{
+    d->operation = OperationIdle;
+    d->anchors = points;
+    cursor.reset();
+    updateAdapter();
+}
+
 std::vector<osg::Vec3d> AxMeasureAdapter::Outline()
 {
     std::vector<osg::Vec3d> points = d->anchors;

@@ -49,6 +49,8 @@ public:
     int CheckGeometry() override;
     void SetAdapterVisible(bool visible, QString taskID) override;
     void ClearPoints() override;
+    /// These are its points, and it is not drawn any more.
+    void ImportGeometry(const std::vector<osg::Vec3d>& points, bool enableEditor) override;
     /// The points, and while it is drawn the place under the mouse behind them.
     std::vector<osg::Vec3d> Outline() override;
     std::vector<osg::Vec3d> InnerLine() override;

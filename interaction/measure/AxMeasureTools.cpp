@@ -52,6 +52,12 @@ void ComputeVolumes(AxMeasurements& measurements, AxVolumeAnalysis& volumes)
         const AxMeasurement* one = measurements.Find(id);
         if (!one || one->tool != ToolMeasureVolume)
             return;
+        // That of a project is computed by now, or waits.
+        const AxVolumeResult known = volumes.GetResult(id);
+        if (!known.id.isEmpty()) {
+            measurements.SetValues(id, ValuesOf(one->values, known), known.isPending);
+            return;
+        }
         AxVolumeQuestion question = volumes.Next();
         for (const osg::Vec3d& point : one->points)
             question.ring += QPointF(point.x(), point.y());

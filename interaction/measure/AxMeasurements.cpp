@@ -9,11 +9,15 @@
 #include <osgViewer/Viewer>
 
 #include <QCoreApplication>
+#include <QGraphicsView>
 
 #include <algorithm>
+#include <cmath>
+#include <memory>
 #include <utility>
 
-AxMeasurements::AxMeasurements(AxViewerParts& viewer, AxObjects& objects) : parts(viewer), book(objects)
+AxMeasurements::AxMeasurements(AxViewerParts& viewer, AxObjects& objects, CAxEarthViewer* earth)
+    : parts(viewer), book(objects), earthViewer(earth)
 {
     thread.setMaxThreadCount(1);
     // Queued, because the object is on its way out of being the current one.
@@ -33,6 +37,8 @@ void AxMeasurements::Close()
     jobs.clear();
     thread.clear();
     thread.waitForDone();
+    for (const QPointer<AxMeasureAdapter>& adapter : std::exchange(restored, {}))
+        delete adapter;
 }
 
 void AxMeasurements::Began(AxMeasureAdapter* adapter)
@@ -61,15 +67,52 @@ AxMeasurement* AxMeasurements::find(const QString& id)
 
 void AxMeasurements::Take(AxMeasureAdapter* adapter)
 {
-    const QString id = adapter->GetHandleID();
-    if (isClosed || Find(id))
+    if (isClosed || Find(adapter->GetHandleID()))
         return;
+    QString name;
+    const auto isTaken = [&name](const AxMeasurement& one) { return one.name == name; };
+    // Those of another session have their numbers already.
+    do {
+        name = QCoreApplication::translate("AxMeasurement", "%1 %2")
+                   .arg(AxMeasureText::Kind(adapter->Tool()))
+                   .arg(++counts[adapter->Tool()]);
+    } while (std::any_of(list.cbegin(), list.cend(), isTaken));
+    enter(adapter, name);
+}
+
+bool AxMeasurements::Restore(const AxMeasurement& drawn)
+{
+    const AxShapeFactories::Factory* factory = book.Factories().Of(drawn.tool);
+    QList<osg::Vec3d> points(drawn.points.begin(), drawn.points.end());
+    const auto isPlace = [](const osg::Vec3d& point) { return point.valid() && std::abs(point.y()) <= 90.0; };
+    if (isClosed || !factory || drawn.id.isEmpty() || Find(drawn.id) || book.Find(drawn.id) ||
+        !std::all_of(points.cbegin(), points.cend(), isPlace))
+        return false;
+    const QPointer<AxMeasureAdapter> begun = running;
+    std::unique_ptr<CAxHandleAdapter> made((*factory)(earthViewer, parts.Widget()->parent()));
+    running = begun;
+    auto* adapter = qobject_cast<AxMeasureAdapter*>(made.get());
+    if (!adapter || !adapter->ShapeKind().Allows(points.size()))
+        return false;
+    parts.Scene().GetElevations(points);
+    adapter->SetHandleID(drawn.id);
+    adapter->ImportGeometry({points.cbegin(), points.cend()}, false);
+    restored.erase(std::remove_if(restored.begin(), restored.end(),
+                                  [](const QPointer<AxMeasureAdapter>& one) { return one.isNull(); }),
+                   restored.end());
+    restored += adapter;
+    made.release();
+    enter(adapter, drawn.name);
+    return true;
+}
+
+void AxMeasurements::enter(AxMeasureAdapter* adapter, const QString& name)
+{
+    const QString id = adapter->GetHandleID();
     AxMeasurement one;
     one.id = id;
     one.tool = adapter->Tool();
-    one.name = QCoreApplication::translate("AxMeasurement", "%1 %2")
-                   .arg(AxMeasureText::Kind(one.tool))
-                   .arg(++counts[one.tool]);
+    one.name = name;
     one.points = adapter->GetAnchor();
     one.isClosed = adapter->ShapeKind().IsClosed();
     const std::atomic<bool> isOff = false;

@@ -35,8 +35,8 @@ class AXEARTHVIEWER_EXPORT AxMeasurements : public QObject
 {
     Q_OBJECT
 public:
-    /// Both outlive it, or it is told by Close().
-    AxMeasurements(AxViewerParts& viewer, AxObjects& objects);
+    /// All outlive it, or it is told by Close(). Objects are made for `earth`.
+    AxMeasurements(AxViewerParts& viewer, AxObjects& objects, CAxEarthViewer* earth);
     /// Calls the work off and waits for the thread.
     ~AxMeasurements() override;
 
@@ -59,6 +59,10 @@ public:
     bool SetValues(const QString& id, const AxMeasuredValues& values, bool isPending);
     /// Writes the texts on the map anew: the units are others now.
     void WriteAgain();
+    /// Lists and shows one that was drawn in another session, with that tool, ID, name and points; heights of
+    /// points do not count. False for a tool that measures nothing, for points that it cannot have, and for
+    /// an ID that is in use.
+    bool Restore(const AxMeasurement& drawn);
 
     // For the tools
 
@@ -77,17 +81,20 @@ signals:
     void removed(QString id); ///< it is off the map and the list
 
 private:
+    void enter(AxMeasureAdapter* adapter, const QString& name);
     bool read(const QString& id);
     AxMeasurement* find(const QString& id);
     void endLeft();
 
     AxViewerParts& parts;
     AxObjects& book;
+    CAxEarthViewer* const earthViewer;
     QVector<AxMeasurement> list;
     QHash<QString, QPointer<AxMeasureAdapter>> adapters; ///< by ID, those that are listed
     QHash<QString, std::shared_ptr<std::atomic<bool>>> jobs;
     QPointer<AxMeasureAdapter> running;
-    QHash<EToolType, int> counts; ///< of a kind so far: numbers are not given twice
+    QVector<QPointer<AxMeasureAdapter>> restored; ///< which no drawing has handed to the objects
+    QHash<EToolType, int> counts;                 ///< of a kind so far: numbers are not given twice
     QStringList highlighted;
     osg::observer_ptr<const osgEarth::Map> readMap;
     std::shared_ptr<AxMapHeights> heights; ///< of that map, used on the thread

@@ -6498,6 +6498,10 @@ Heights are counted as those of the map.</source>
         <source>%1 % of the area has no known height.</source>
         <translation>%1 % 的区域没有已知高程。</translation>
     </message>
+    <message>
+        <source>Cells of %1 m were not taken. %2</source>
+        <translation>未采用 %1 米的网格单元。%2</translation>
+    </message>
 </context>
 <context>
     <name>AxVolumeDesk</name>
@@ -6570,6 +6574,21 @@ Heights are counted as those of the map.</source>
     <message>
         <source>is being computed...</source>
         <translation>正在计算……</translation>
+    </message>
+</context>
+<context>
+    <name>VolumeKept</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Volume without a name</source>
+        <translation>未命名的体积</translation>
+    </message>
+    <message>
+        <source>Volumes of the project that cannot be read, and stay in it: %1</source>
+        <translation>项目中无法读取但仍予保留的体积：%1</translation>
     </message>
 </context>
 <context>
@@ -6651,8 +6670,12 @@ Heights are counted as those of the map.</source>
         <translation>还没有可导出的体积。</translation>
     </message>
     <message>
-        <source>The former file is still being written.</source>
-        <translation>上一个文件仍在写入。</translation>
+        <source>Cancel export</source>
+        <translation>取消导出</translation>
+    </message>
+    <message>
+        <source>The export was called off.</source>
+        <translation>导出已取消。</translation>
     </message>
     <message>
         <source>Export %1</source>

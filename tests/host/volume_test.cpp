@@ -1,7 +1,9 @@
 // The panel of volumes: another base without drawing again, and files.
 #include "analysis/AxVolumeAnalysis.h"
 #include "host/volume/VolumeFile.h"
+#include "host/volume/VolumeKept.h"
 #include "host/volume/VolumePanel.h"
+#include "interaction/AxMeasurements.h"
 #include "NamedChild.h"
 #include "SuiteViewer.h"
 
@@ -9,6 +11,8 @@
 
 #include <QComboBox>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -62,6 +66,9 @@ TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
     EXPECT_EQ(WriteVolumeFile(table, volume, true, isOff), QString());
     for (const bool isTable : {false, true})
         EXPECT_TRUE(WriteVolumeFile(folder.filePath("none/v"), volume, isTable, isOff).contains("none"));
+    const std::atomic<bool> wasOff = true;
+    EXPECT_NE(WriteVolumeFile(folder.filePath("off.tif"), volume, false, wasOff), QString());
+    EXPECT_FALSE(QFile::exists(folder.filePath("off.tif")));
     QFile rows(table);
     ASSERT_TRUE(rows.open(QIODevice::ReadOnly));
     EXPECT_GT(rows.readAll().count('\n'), 1000);
@@ -69,4 +76,79 @@ TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
     child<QPushButton>(panel, "VolumeRemove")->click();
     EXPECT_EQ(list->topLevelItemCount(), 0);
     EXPECT_TRUE(Analysis().GetResults().isEmpty());
+}
+
+TEST_F(Volumes, GoWithTheProjectAndAreComputedAnew)
+{
+    VolumePanel panel(viewer);
+    VolumeKept& kept = *panel.Kept();
+    AxMeasurements& measured = *viewer->GetMeasurements();
+    const auto answered = [] { return !Analysis().IsBusy(); };
+    AxVolumeQuestion question;
+    question.base = AxVolumeBase::Height;
+    question.height = 3000.5;
+    question.cell = 50.0;
+    Analysis().SetNext(question);
+    AxMeasurement drawn;
+    drawn.id = "drawn";
+    drawn.tool = ToolMeasureVolume;
+    drawn.name = "Volume 1";
+    drawn.points = {{-105.01, 37.37, 0}, {-104.98, 37.37, 0}, {-104.98, 37.39, 0}};
+    ASSERT_TRUE(measured.Restore(drawn));
+    EXPECT_FALSE(measured.Restore(drawn)) << "the ID is in use";
+    ASSERT_TRUE(QTest::qWaitFor(answered, 20000));
+    question.ring = {{-105.01, 37.37}, {-104.98, 37.37}, {-104.98, 37.39}, {-105.01, 37.39}};
+    ASSERT_TRUE(Analysis().Ask("block", "Volume of A", question));
+    Analysis().SetVisible("block", false);
+    ASSERT_TRUE(QTest::qWaitFor(answered, 20000));
+    const double cut = Analysis().GetResult("drawn").volume->cut;
+    const QString text = kept.Text();
+
+    QSignalSpy wanted(&panel, &VolumePanel::Wanted);
+    kept.SetText(QString());
+    EXPECT_TRUE(Analysis().GetResults().isEmpty());
+    EXPECT_TRUE(measured.All().isEmpty());
+    EXPECT_EQ(kept.Text(), QString());
+    kept.SetText(text);
+    EXPECT_EQ(kept.Text(), text) << "opening changes nothing, whatever is found yet";
+    ASSERT_TRUE(QTest::qWaitFor(answered, 20000));
+    EXPECT_EQ(wanted.count(), 0) << "no panel comes up";
+    ASSERT_TRUE(measured.Find("drawn"));
+    EXPECT_EQ(measured.Find("drawn")->values.Of(AxQuantity::Cut), cut);
+    EXPECT_FALSE(measured.Find("drawn")->isPending);
+    EXPECT_FALSE(measured.Find("block"));
+    EXPECT_FALSE(Analysis().GetResult("block").isVisible);
+    EXPECT_TRUE(Analysis().GetResult("block").volume);
+
+    // Each with the field that is told, between others that open all the same.
+    const QString good = R"({"id":"g","name":"G","ring":[[-105.01,37.37],[-104.98,37.37],[-104.98,37.39]],)"
+                         R"("base":"mean","height":0,"cell":%1})";
+    const struct
+    {
+        const char* what;
+        const char* wrong;
+        const char* field;
+    } damaged[] = {{R"("id":"g")", R"("id":"")", "id"},
+                   {R"("name":"G")", R"("name":7)", "name"},
+                   {"37.37]", R"("x"])", "ring"},
+                   {"mean", "mode", "base"},
+                   {R"("height":0)", R"("height":null)", "height"},
+                   {"%1", "-1", "cell"},
+                   {"}", R"(,"hidden":1})", "hidden"}};
+    QSignalSpy told(&kept, &VolumeKept::Told);
+    for (const auto& one : damaged) {
+        const QString entry = QString(good).replace(one.what, one.wrong).replace("%1", "50");
+        kept.SetText('[' + entry + ',' + good.arg(50) + ']');
+        ASSERT_EQ(told.count(), 1) << one.field;
+        EXPECT_TRUE(told.takeFirst()[0].toString().endsWith(QString(": ") + one.field)) << one.field;
+        EXPECT_EQ(Analysis().GetResults().size(), 1) << one.field;
+        EXPECT_EQ(QJsonDocument::fromJson(kept.Text().toUtf8()).array().size(), 2) << "nothing is lost";
+    }
+    kept.SetText("no list");
+    EXPECT_EQ(told.count(), 1);
+    // A large one waits until somebody asks for it.
+    kept.SetText('[' + good.arg(1) + ']');
+    EXPECT_EQ(Analysis().GetResult("g").fault, AxVolumeFault::Many);
+    EXPECT_FALSE(Analysis().IsBusy());
+    kept.SetText(QString());
 }

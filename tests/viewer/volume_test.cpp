@@ -4,16 +4,19 @@
 #include "analysis/volume/AxVolumeAnalysis.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "viewer/AxMapLayers.h"
+#include "viewer/overlay/AxColorLegend.h"
 #include "viewer/overlay/AxGridWidget.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QLabel>
+#include <QLineEdit>
 
 namespace {
-AxGridWidget* GridPanel()
+template <typename Panel> Panel* OverMap()
 {
     for (QWidget* widget : QApplication::allWidgets())
-        if (auto* panel = qobject_cast<AxGridWidget*>(widget))
+        if (auto* panel = qobject_cast<Panel*>(widget))
             return panel;
     return nullptr;
 }
@@ -28,8 +31,9 @@ TEST_F(ShapeFixture, AVolumeIsMeasuredAgainstWhatTheGridPanelSaysAndGoesWithItsM
     manipulator->setViewpoint(Straight(-104.99, 37.38, 40000.0));
     ASSERT_TRUE(WaitForPicture());
     const int layers = map->getNumImageLayers();
-    AxGridWidget* panel = GridPanel();
-    ASSERT_TRUE(panel);
+    auto* panel = OverMap<AxGridWidget>();
+    auto* legend = OverMap<AxColorLegend>();
+    ASSERT_TRUE(panel && legend);
     EXPECT_FALSE(panel->isVisible());
     viewer->SetToolType(ToolMeasureVolume);
     EXPECT_TRUE(panel->isVisible());
@@ -52,6 +56,27 @@ TEST_F(ShapeFixture, AVolumeIsMeasuredAgainstWhatTheGridPanelSaysAndGoesWithItsM
     EXPECT_FALSE(measured->Find(id)->isPending);
     EXPECT_EQ(map->getNumImageLayers(), layers + 1);
     EXPECT_EQ(panel->HandleID(), id);
+
+    // What the colours mean, beside the panel; not of a picture that is hidden.
+    EXPECT_TRUE(legend->isVisible());
+    EXPECT_FALSE(legend->geometry().intersects(panel->geometry()));
+    EXPECT_GE(legend->Shown().size(), 2);
+    volumes->SetVisible(id, false);
+    EXPECT_FALSE(legend->isVisible());
+    volumes->SetVisible(id, true);
+
+    // Refused: what stands is seen, the reason goes when something else is filled in, and nothing inherits
+    // it.
+    auto* cell = panel->findChild<QDoubleSpinBox*>("m_pCell");
+    auto* note = panel->findChild<QLabel*>("m_pNote");
+    const QString answer = note->text();
+    cell->setValue(0.01);
+    EXPECT_EQ(cell->value(), 40.0);
+    EXPECT_EQ(volumes->Next().cell, 40.0);
+    EXPECT_EQ(note->text(), volumes->GetResult(id).refusal);
+    EXPECT_TRUE(note->text().contains("0.01")) << qPrintable(note->text());
+    emit cell->findChild<QLineEdit*>()->textEdited("4");
+    EXPECT_EQ(note->text(), answer);
 
     base->setCurrentIndex(base->findData(static_cast<int>(AxVolumeBase::SurfaceOfRim)));
     EXPECT_TRUE(measured->Find(id)->isPending);
@@ -95,7 +120,11 @@ TEST_F(ShapeFixture, AVolumeIsMeasuredAgainstWhatTheGridPanelSaysAndGoesWithItsM
     EXPECT_NE(volumes->GetResult(id).volume->grid, third.volume->grid) << "heights are read anew";
     viewer->SetToolType(ToolNavigate);
     EXPECT_FALSE(panel->isVisible());
+    EXPECT_FALSE(legend->isVisible());
+    volumes->SetChosen(id);
+    EXPECT_TRUE(legend->isVisible());
     measured->Remove(id);
+    EXPECT_FALSE(legend->isVisible());
     EXPECT_TRUE(volumes->GetResults().isEmpty());
     EXPECT_EQ(map->getNumImageLayers(), layers);
 }

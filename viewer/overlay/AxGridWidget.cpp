@@ -6,10 +6,12 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
@@ -48,9 +50,11 @@ AxGridWidget::AxGridWidget(QWidget* parent)
         follow();
         emit questionChanged();
     });
-    for (QDoubleSpinBox* field : {m_pHeight, m_pCell})
+    for (QDoubleSpinBox* field : {m_pHeight, m_pCell}) {
         connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
                 &AxGridWidget::questionChanged);
+        connect(field->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, &AxGridWidget::editing);
+    }
     connect(m_pCancel, &QPushButton::clicked, this, &AxGridWidget::cancelled);
     connect(m_pClose, &QPushButton::clicked, this, [this] { emit signalGridWidget(id, false); });
 }
@@ -103,7 +107,11 @@ void AxGridWidget::build()
 void AxGridWidget::ShowVolume(const QString& handleID, const QString& name)
 {
     id = handleID;
-    m_pTitle->setText(name.isEmpty() ? tr("Next volume") : name);
+    const QString title = name.isEmpty() ? tr("Next volume") : name;
+    // A block's name may be long.
+    constexpr int titleWidth = panelWidth - 60;
+    m_pTitle->setText(m_pTitle->fontMetrics().elidedText(title, Qt::ElideRight, titleWidth));
+    m_pTitle->setToolTip(title);
 }
 
 void AxGridWidget::ShowQuestion(const AxVolumeQuestion& question)
@@ -161,6 +169,11 @@ void AxGridWidget::follow()
 // The wheel zooms the map, wherever the mouse is.
 bool AxGridWidget::eventFilter(QObject* watched, QEvent* event)
 {
+    // What is typed takes the place of the number, or of the word "automatic", into which no number fits.
+    // After the click, which moves the cursor.
+    auto* number = qobject_cast<QDoubleSpinBox*>(watched);
+    if (number && event->type() == QEvent::FocusIn)
+        QTimer::singleShot(0, number, &QDoubleSpinBox::selectAll);
     return event->type() == QEvent::Wheel || CAxBaseWidget::eventFilter(watched, event);
 }
 

@@ -37,6 +37,7 @@ signals:
     /// The panel is to be shown for the object with this handle ID, or hidden.
     void signalGridWidget(QString strHanleID, bool bVisible);
     void questionChanged(); ///< somebody has filled in something else
+    void editing();         ///< somebody is filling in something
     void cancelled();       ///< the work is to be given up
 
 protected:

@@ -88,7 +88,7 @@ void FillFacts(GDALDataset& data, const QMap<QString, QString>& facts)
         data.SetMetadataItem(fact.key().toUtf8().constData(), fact.value().toUtf8().constData());
 }
 
-bool FillNumbers(GDALDataset& data, const AxGeoField& field)
+bool FillNumbers(GDALDataset& data, const AxGeoField& field, const std::atomic<bool>* isOff)
 {
     FillFacts(data, field.facts);
     int number = 0;
@@ -97,6 +97,8 @@ bool FillNumbers(GDALDataset& data, const AxGeoField& field)
         band->SetDescription(from.name.toUtf8().constData());
         band->SetNoDataValue(std::numeric_limits<double>::quiet_NaN());
         for (int row = 0; row < field.rows; ++row) {
+            if (isOff && *isOff)
+                return false;
             const float* values = from.values.data() + static_cast<std::size_t>(field.rows - 1 - row) *
                                                            static_cast<std::size_t>(field.columns);
             if (band->RasterIO(GF_Write, 0, row, field.columns, 1, const_cast<float*>(values), field.columns,
@@ -195,11 +197,15 @@ QString AxWriteGeoRaster(const QString& path, const AxGeoRaster& raster)
     return WriteTiff(path, raster, 1, GDT_Byte, {"COMPRESS=DEFLATE"}, FillClasses);
 }
 
-QString AxWriteGeoField(const QString& path, const AxGeoField& field)
+QString AxWriteGeoField(const QString& path, const AxGeoField& field, const std::atomic<bool>* isOff)
 {
-    // Neighbours are alike, which the predictor for floating point makes use of.
-    return WriteTiff(path, field, static_cast<int>(field.bands.size()), GDT_Float32,
-                     {"COMPRESS=DEFLATE", "PREDICTOR=3"}, FillNumbers);
+    // Neighbours are alike, which the predictor for floating point makes use of. The bands come one after the
+    // other: mixed in the file, what GDAL's memory does not hold would be packed anew for each of them.
+    const QString fault = WriteTiff(
+        path, field, static_cast<int>(field.bands.size()), GDT_Float32,
+        {"COMPRESS=DEFLATE", "PREDICTOR=3", "INTERLEAVE=BAND"},
+        [isOff](GDALDataset& data, const AxGeoField& from) { return FillNumbers(data, from, isOff); });
+    return isOff && *isOff && !fault.isEmpty() ? AX_GEO_TEXT("Called off.") : fault;
 }
 
 AxGeoPicture::AxGeoPicture(const AxGeoRaster& raster, int times)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -55,8 +56,10 @@ struct AxGeoField
 };
 
 /// Writes a GeoTIFF: the bands as 32-bit numbers with NaN as "no data", and the facts as metadata. As
-/// AxWriteGeoRaster() for the rest.
-AXDATA_EXPORT QString AxWriteGeoField(const QString& path, const AxGeoField& field);
+/// AxWriteGeoRaster() for the rest. It ends soon after `isOff` turns true, if there is one: a file that is
+/// not whole by then is not written, and the result says so.
+AXDATA_EXPORT QString AxWriteGeoField(const QString& path, const AxGeoField& field,
+                                      const std::atomic<bool>* isOff = nullptr);
 
 /// The same cells as a picture for a map: red, green, blue and alpha, each cell `times` pixels wide and high,
 /// with overviews. It is a file in GDAL's memory, which goes with the object. Any thread.

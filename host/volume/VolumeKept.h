@@ -1,0 +1,44 @@
+#pragma once
+#include <QJsonArray>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class AxVolumeAnalysis;
+class CAxEarthViewer;
+
+/**
+ * Volumes as a project keeps them: what was asked, not what was found. Those of a project that was opened are
+ * computed anew, one after the other; large ones wait until somebody asks for them. One that was drawn is a
+ * measurement again. What cannot be read stays in the project. Owned by its parent; the viewer may go first.
+ * GUI thread.
+ */
+class VolumeKept : public QObject
+{
+    Q_OBJECT
+public:
+    VolumeKept(CAxEarthViewer* viewer, QObject* parent);
+    ~VolumeKept() override;
+
+    /// All volumes, in their order; empty for none.
+    QString Text() const;
+    /// Puts what such a text asks in the place of all volumes, and begins to compute. What cannot be read is
+    /// told.
+    void SetText(const QString& text);
+    /// Volumes come from a project just now, and nobody has asked for them.
+    bool IsOpening() const { return isOpening; }
+
+signals:
+    void Told(const QString& text); ///< for the status bar
+
+private:
+    AxVolumeAnalysis* Analysis() const;
+    void Replace(const QString& text);
+    QString Show(const QJsonValue& entry);
+    void Note();
+
+    QPointer<CAxEarthViewer> viewer;
+    QJsonArray unread; ///< entries of the project that mean nothing here
+    QString former;    ///< what Text() gave last
+    bool isOpening = false;
+};
