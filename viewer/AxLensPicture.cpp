@@ -44,8 +44,8 @@ void AxLensPicture::DrawBefore()
     if (!part || at.isEmpty())
         return picture.Forget();
     const osg::Camera& camera = *viewer.getCamera();
-    eye.Draw(camera.getViewMatrix(), AxPartOfProjection(camera.getProjectionMatrix(), *part),
-             QRect(QPoint(), at.size()));
+    eye.Draw({camera.getViewMatrix(), AxPartOfProjection(camera.getProjectionMatrix(), *part),
+              QRect(QPoint(), at.size())});
     picture.Take(at.size());
     // It has bound a texture of its own.
     window.getState()->dirtyAllAttributes();

@@ -196,7 +196,7 @@ void CaptureMenu::SavePicture()
         return;
     Remember(answer->file);
     QImage whole;
-    const AxShot shot = viewer->GetPictureCapture()->AsSeen(box.Size());
+    const AxShot shot = viewer->GetPictureCapture()->AsSeen(box.Size(), box.IsScaled());
     const CaptureEnd end = RunCapture(*viewer, {shot},
                                       std::make_unique<AxImageTaker>(std::vector<QSize>{shot.size},
                                                                      [&whole](int, QImage&& image) {

@@ -2,10 +2,14 @@
 #include "host/tasks/LimitedNumber.h"
 #include "viewer/AxPictureCapture.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QSignalBlocker>
+
+#include <cmath>
 
 namespace {
 LimitedNumber* PixelField(const QString& name, int value)
@@ -22,8 +26,10 @@ LimitedNumber* PixelField(const QString& name, int value)
 } // namespace
 
 PictureBox::PictureBox(const QSize& shown, QWidget* parent)
-    : CAxBaseDialog(parent), usual(new QComboBox), width(PixelField(QStringLiteral("width"), shown.width())),
-      height(PixelField(QStringLiteral("height"), shown.height())), told(new QLabel)
+    : CAxBaseDialog(parent), map(shown.expandedTo({1, 1})), usual(new QComboBox),
+      width(PixelField(QStringLiteral("width"), shown.width())),
+      height(PixelField(QStringLiteral("height"), shown.height())),
+      keepsShape(new QCheckBox(tr("&Keep the shape of the map"))), texts(new QComboBox), told(new QLabel)
 {
     SetWindowTitle(tr("Save picture"));
     SetBtnOKText(tr("Save..."));
@@ -39,22 +45,58 @@ PictureBox::PictureBox(const QSize& shown, QWidget* parent)
     form->addRow(tr("&Size"), usual);
     form->addRow(tr("&Width"), width);
     form->addRow(tr("&Height"), height);
+    form->addRow(keepsShape);
+    form->addRow(tr("&Texts and lines"), texts);
     form->addRow(told);
+    usual->setObjectName(QStringLiteral("usual"));
+    keepsShape->setObjectName(QStringLiteral("keepsShape"));
+    keepsShape->setChecked(true);
+    texts->setObjectName(QStringLiteral("texts"));
+    texts->addItem(tr("As large as in the window"));
+    texts->addItem(tr("As many pixels as on the screen"));
     told->setWordWrap(true);
     ContentLayout()->addLayout(form);
     connect(usual, QOverload<int>::of(&QComboBox::activated), this, [this] {
+        // A poster has a shape of its own.
+        const QSignalBlocker noWidth(width);
+        const QSignalBlocker noHeight(height);
         const QSize size = usual->currentData().toSize();
         width->setValue(size.width());
         height->setValue(size.height());
+        Follow();
     });
     for (LimitedNumber* field : {width, height})
-        connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this, &PictureBox::Follow);
+        connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+                [this, isWidth = field == width] { KeepShape(isWidth); });
+    connect(keepsShape, &QCheckBox::toggled, this, [this] { KeepShape(true); });
     Follow();
 }
 
 QSize PictureBox::Size() const
 {
     return {qRound(width->value()), qRound(height->value())};
+}
+
+bool PictureBox::IsScaled() const
+{
+    return texts->currentIndex() == 0;
+}
+
+void PictureBox::KeepShape(bool fromWidth)
+{
+    if (keepsShape->isChecked()) {
+        LimitedNumber* const typed = fromWidth ? width : height;
+        LimitedNumber* const other = fromWidth ? height : width;
+        const double ratio = fromWidth ? static_cast<double>(map.height()) / map.width()
+                                       : static_cast<double>(map.width()) / map.height();
+        const QSignalBlocker noTyped(typed);
+        const QSignalBlocker noOther(other);
+        other->setValue(std::round(typed->value() * ratio));
+        // The larger side has the limit first.
+        if (typed->value() * ratio > other->maximum())
+            typed->setValue(std::round(other->maximum() / ratio));
+    }
+    Follow();
 }
 
 QString PictureBox::Told(const QSize& size)
@@ -69,6 +111,7 @@ QString PictureBox::Told(const QSize& size)
 
 void PictureBox::Follow()
 {
-    told->setText(tr("%1. The map is loaded in this detail first; texts and lines keep their size in pixels.")
-                      .arg(Told(Size())));
+    // Also none of them: the size was typed.
+    usual->setCurrentIndex(usual->findData(Size()));
+    told->setText(tr("%1. The map is loaded in this detail first.").arg(Told(Size())));
 }

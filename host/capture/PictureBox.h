@@ -4,6 +4,7 @@
 #include <QSize>
 
 class LimitedNumber;
+class QCheckBox;
 class QComboBox;
 class QLabel;
 
@@ -16,14 +17,20 @@ public:
     PictureBox(const QSize& shown, QWidget* parent);
 
     QSize Size() const;
+    /// Whether texts and lines are to be as large in the picture as in the window, not in pixels.
+    bool IsScaled() const;
     /// How much memory the picture needs, for people.
     static QString Told(const QSize& size);
 
 private:
     void Follow();
+    void KeepShape(bool fromWidth);
 
+    const QSize map;
     QComboBox* usual;
     LimitedNumber* width;
     LimitedNumber* height;
+    QCheckBox* keepsShape;
+    QComboBox* texts;
     QLabel* told;
 };

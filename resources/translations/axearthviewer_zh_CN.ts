@@ -6918,8 +6918,24 @@ Heights are counted as those of the map.</source>
         <translation>%1 x %2 像素，生成时占用 %3 MB</translation>
     </message>
     <message>
-        <source>%1. The map is loaded in this detail first; texts and lines keep their size in pixels.</source>
-        <translation>%1。先按此精细度加载地图；文字和线条的像素大小不变。</translation>
+        <source>%1. The map is loaded in this detail first.</source>
+        <translation>%1。先按此精细度加载地图。</translation>
+    </message>
+    <message>
+        <source>&amp;Keep the shape of the map</source>
+        <translation>保持地图的形状(&amp;K)</translation>
+    </message>
+    <message>
+        <source>&amp;Texts and lines</source>
+        <translation>文字和线条(&amp;T)</translation>
+    </message>
+    <message>
+        <source>As large as in the window</source>
+        <translation>与窗口中一样大</translation>
+    </message>
+    <message>
+        <source>As many pixels as on the screen</source>
+        <translation>像素数与屏幕上相同</translation>
     </message>
 </context>
 <context>

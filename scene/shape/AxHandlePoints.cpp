@@ -10,12 +10,13 @@
 
 namespace {
 const char* const pointVertexSource = R"(#version 330 compatibility
+uniform float ax_pixelScale; // how many pixels a pixel of the layout is drawn with
 out vec4 tint;
 out float radius;
 void main()
 {
     tint = gl_Color;
-    radius = gl_MultiTexCoord0.x;
+    radius = gl_MultiTexCoord0.x * ax_pixelScale;
     gl_PointSize = 2.0 * radius + 2.0;
     gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
 }
@@ -45,6 +46,7 @@ osg::ref_ptr<osg::StateSet> StateOfPoints()
     program->addShader(new osg::Shader(osg::Shader::VERTEX, pointVertexSource));
     program->addShader(new osg::Shader(osg::Shader::FRAGMENT, pointFragmentSource));
     state->setAttributeAndModes(program);
+    state->addUniform(new osg::Uniform("ax_pixelScale", 1.0f));
     state->setMode(GL_VERTEX_PROGRAM_POINT_SIZE, osg::StateAttribute::ON);
     state->setTextureAttributeAndModes(0, new osg::PointSprite);
     known = state;

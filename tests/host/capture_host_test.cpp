@@ -1,9 +1,11 @@
 // What becomes files of the pictures that are taken.
 #include "host/capture/CaptureRun.h"
 #include "host/capture/MapPictureBox.h"
+#include "host/capture/PictureBox.h"
 #include "host/capture/SeriesTaker.h"
 #include "host/tasks/LimitedNumber.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
@@ -51,4 +53,30 @@ TEST(CapturedFiles, OfAMapHaveWholePixelsOverAllOfTheirArea)
     box.findChild<QComboBox*>(QStringLiteral("area"))->setCurrentIndex(1);
     EXPECT_LE(box.Size().width(), AxPictureCapture::mostPixels);
     EXPECT_GE(box.Ground().width, 90000.0);
+}
+
+TEST(PictureOfTheMap, KeepsTheShapeOfTheMapUnlessASizeIsChosen)
+{
+    PictureBox box({1200, 800}, nullptr);
+    auto* width = box.findChild<LimitedNumber*>(QStringLiteral("width"));
+    auto* height = box.findChild<LimitedNumber*>(QStringLiteral("height"));
+    const struct
+    {
+        LimitedNumber* typed;
+        double value;
+        QSize size;
+    } rows[] = {
+        {width, 3000.0, {3000, 2000}}, {height, 400.0, {600, 400}}, {height, 16384.0, {16384, 10923}}};
+    for (const auto& row : rows) {
+        row.typed->setValue(row.value);
+        EXPECT_EQ(box.Size(), row.size);
+    }
+    auto* usual = box.findChild<QComboBox*>(QStringLiteral("usual"));
+    EXPECT_EQ(usual->currentIndex(), -1) << "it is none of the usual ones";
+    usual->setCurrentIndex(usual->count() - 1);
+    emit usual->activated(usual->currentIndex());
+    EXPECT_EQ(box.Size(), QSize(8192, 8192)) << "a poster has a shape of its own";
+    box.findChild<QCheckBox*>(QStringLiteral("keepsShape"))->setChecked(false);
+    width->setValue(1000.0);
+    EXPECT_EQ(box.Size(), QSize(1000, 8192));
 }

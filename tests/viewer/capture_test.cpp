@@ -5,6 +5,14 @@
 #include "viewer/capture/AxPictureCapture.h"
 #include "viewer/capture/WindowCaptureCallback.h"
 
+#include <osg/Geometry>
+#include <osg/LineWidth>
+#include <osg/MatrixTransform>
+#include <osgEarth/GeoData>
+#include <osgEarth/MapNode>
+#include <osgEarthAnnotation/LabelNode>
+#include <osgEarthSymbology/TextSymbol>
+
 #include <QSignalSpy>
 
 #include <cmath>
@@ -74,6 +82,69 @@ TEST_F(Capture, PartsMeetWithoutASeamAndTheWindowsPictureIsTheSame)
     EXPECT_EQ(viewer->getOSGViewer()->getCamera()->getViewMatrix(), view);
 }
 
+TEST_F(Capture, TextsAndLinesAreAsLargeAsInTheWindowOrAsManyPixels)
+{
+    // Across the border of two parts of the large picture.
+    const osg::Camera& camera = *viewer->getOSGViewer()->getCamera();
+    const osg::Matrixd toWorld = osg::Matrixd::inverse(camera.getViewMatrix() * camera.getProjectionMatrix());
+    const auto at = [&](double x, double y) {
+        osg::Vec3d ray = osg::Vec3d(x, y, 0.5) * toWorld - osg::Vec3d() * camera.getInverseViewMatrix();
+        ray.normalize();
+        return osg::Vec3d() * camera.getInverseViewMatrix() + ray * 3000.0;
+    };
+    const double border = 2.0 * 2048.0 / 2400.0 - 1.0;
+    const osg::Vec3d middle = at(border, 0.2);
+    osg::ref_ptr<osg::Geometry> line = new osg::Geometry;
+    const std::vector<osg::Vec3> ends{{}, osg::Vec3(at(border, -0.6) - middle)};
+    const osg::Vec4 color(1.0f, 0.0f, 1.0f, 1.0f);
+    line->setVertexArray(new osg::Vec3Array(2, ends.data()));
+    line->setColorArray(new osg::Vec4Array(1, &color), osg::Array::BIND_OVERALL);
+    line->addPrimitiveSet(new osg::DrawArrays(GL_LINES, 0, 2));
+    line->getOrCreateStateSet()->setAttributeAndModes(new osg::LineWidth(4.0f));
+    line->getOrCreateStateSet()->setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    osg::ref_ptr<osg::MatrixTransform> place = new osg::MatrixTransform(osg::Matrixd::translate(middle));
+    place->addChild(line);
+    osgEarth::Symbology::Style style;
+    auto* text = style.getOrCreate<osgEarth::Symbology::TextSymbol>();
+    text->alignment() = osgEarth::Symbology::TextSymbol::ALIGN_CENTER_CENTER;
+    text->size() = 24.0;
+    text->fill()->color() = osgEarth::Symbology::Color(1.0f, 0.0f, 1.0f, 1.0f);
+    osgEarth::GeoPoint geo;
+    geo.fromWorld(viewer->getSRS()->getGeographicSRS(), middle);
+    osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
+        new osgEarth::Annotation::LabelNode(viewer->getMapNode(), geo, "HHHHHHHH", style);
+    osg::ref_ptr<osg::Group> both = new osg::Group;
+    const auto magenta = [this, &both](const osg::ref_ptr<osg::Node>& shown, const AxShot& shot) {
+        both->removeChildren(0, both->getNumChildren());
+        both->addChild(shown);
+        const QImage picture = Take({shot})[0];
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x) {
+                const QRgb seen = picture.pixel(x, y);
+                count += qRed(seen) > 180 && qGreen(seen) < 80 && qBlue(seen) > 180;
+            }
+        return static_cast<double>(count);
+    };
+    viewer->GetDrawNodeGroup()->addChild(both);
+    const struct
+    {
+        osg::ref_ptr<osg::Node> shown;
+        double asManyPixels; // times those in the window
+    } rows[] = {{place, 3.0}, {label, 1.0}};
+    for (const auto& row : rows) {
+        const double inWindow = magenta(row.shown, capture->AsSeen({800, 600}));
+        ASSERT_GT(inWindow, 200.0);
+        EXPECT_NEAR(magenta(row.shown, capture->AsSeen({2400, 1800}, true)) / inWindow, 9.0, 1.4);
+        EXPECT_NEAR(magenta(row.shown, capture->AsSeen({2400, 1800})) / inWindow, row.asManyPixels,
+                    0.1 * row.asManyPixels);
+    }
+    viewer->GetDrawNodeGroup()->removeChild(both);
+    EXPECT_EQ(dynamic_cast<osg::LineWidth*>(line->getStateSet()->getAttribute(osg::StateAttribute::LINEWIDTH))
+                  ->getWidth(),
+              4.0f);
+}
+
 TEST_F(Capture, IsRefusedCancelledAndEndedByItsTaker)
 {
     struct Refuser : AxPictureTaker
@@ -141,7 +212,7 @@ TEST(Shots, AreWhereTheyAreSaidToBe)
 
     // Parts cover a picture once.
     qint64 area = 0;
-    for (const QRect& part : AxShots::Parts({5000, 4100}, 2048))
+    for (const QRect& part : AxShots::Parts({5000, 4100}, {2048, 1000}))
         area += qint64(part.width()) * part.height();
     EXPECT_EQ(area, 5000LL * 4100LL);
 

@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <utility>
@@ -18,9 +19,10 @@
 #endif
 
 namespace {
-// One part with its margin is drawn without anybody being able to cancel, on a slow machine in a second.
+// One part is drawn without anybody being able to cancel, on a slow machine in a second.
 constexpr int largestPart = 2048;
-// More than the half of most texts; what lies over a border is then placed alike on both sides.
+// More than the half of most texts, on the screen; what lies over a border is then placed alike on both
+// sides.
 constexpr int usualMargin = 160;
 // A merged tile asks for its children in the next frame, and labels wait a frame or two for their heights.
 constexpr int framesToSettle = 2;
@@ -82,9 +84,12 @@ AxPictureCapture::~AxPictureCapture()
     Cancel();
 }
 
-AxShot AxPictureCapture::AsSeen(const QSize& size) const
+AxShot AxPictureCapture::AsSeen(const QSize& size, bool isScaled) const
 {
-    return AxShots::AsSeen(*stage.viewer->getCamera(), size);
+    AxShot seen = AxShots::AsSeen(*stage.viewer->getCamera(), size);
+    if (isScaled)
+        seen.scale = AxShots::ScaleAsSeen(*stage.viewer->getCamera(), size);
+    return seen;
 }
 
 bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictureTaker> whoTakes,
@@ -97,7 +102,8 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
     };
     const auto isOff = [](const AxShot& asked) {
         return asked.size.isEmpty() || std::max(asked.size.width(), asked.size.height()) > mostPixels ||
-               !asked.view.valid() || !asked.projection.valid();
+               !asked.view.valid() || !asked.projection.valid() || !(asked.scale > 0.0) ||
+               !std::isfinite(asked.scale);
     };
     if (IsBusy())
         return refuse(tr("Pictures are being taken already."));
@@ -111,18 +117,13 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
     glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
     GLint largestBuffer = 0;
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &largestBuffer);
-    const int most = std::min({largest[0], largest[1], largestBuffer, largestPart + 2 * usualMargin});
-    int widest = 0;
-    int highest = 0;
-    for (const AxShot& asked : wanted) {
-        widest = std::max(widest, asked.size.width());
-        highest = std::max(highest, asked.size.height());
-    }
-    // What fits into one part needs nothing around it.
-    margin = std::max(widest, highest) > most - 2 * usualMargin ? usualMargin : 0;
-    const QSize room(std::min(most, widest + 2 * margin), std::min(most, highest + 2 * margin));
+    const int most = std::min(static_cast<int>(largestBuffer), largestPart);
+    QSize whole(1, 1);
+    for (const AxShot& asked : wanted)
+        whole = whole.expandedTo(asked.size);
+    const QSize room = whole.boundedTo({most, most});
     buffer = std::make_unique<QOpenGLFramebufferObject>(room, QOpenGLFramebufferObject::CombinedDepthStencil);
-    if (!buffer->isValid()) {
+    if (!buffer->isValid() || whole.width() > largest[0] || whole.height() > largest[1]) {
         buffer.reset();
         return refuse(tr("The video adapter has no room for the picture."));
     }
@@ -145,10 +146,7 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
 
 void AxPictureCapture::beginPicture()
 {
-    const int inner = std::min(buffer->width(), buffer->height()) - 2 * margin;
-    const QSize size = shots[shot].size;
-    // Without a margin the buffer has room for the picture as a whole.
-    parts = margin > 0 ? AxShots::Parts(size, inner) : AxShots::Parts(size, mostPixels);
+    parts = AxShots::Parts(shots[shot].size, buffer->size());
     part = 0;
     quiet = 0;
     waiting = -1;
@@ -162,19 +160,31 @@ bool AxPictureCapture::isLoading() const
                      pager->getDataToCompileListSize() > 0 || pager->getDataToMergeListSize() > 0);
 }
 
-QRect AxPictureCapture::partInView() const
+// The viewport is the whole picture's, and reaches beyond the buffer, where nothing is drawn: so each part
+// has its texts where the others have them.
+AxSidePicture AxPictureCapture::partInView() const
 {
-    return parts[part].adjusted(-margin, -margin, margin, margin);
+    const AxShot& asked = shots[shot];
+    const QRect& place = parts[part];
+    const int below = asked.size.height() - place.y() - place.height();
+    const double around = usualMargin * asked.scale;
+    const double x = 2.0 / asked.size.width();
+    const double y = 2.0 / asked.size.height();
+    AxSidePicture picture;
+    picture.view = asked.view;
+    picture.projection = asked.projection;
+    picture.port = QRect(QPoint(-place.x(), -below), asked.size);
+    picture.needed = QRectF(place.x() * x - 1.0, below * y - 1.0, place.width() * x, place.height() * y)
+                         .adjusted(-around * x, -around * y, around * x, around * y);
+    picture.scale = asked.scale;
+    return picture;
 }
 
 bool AxPictureCapture::look()
 {
     if (!stage.ready())
         return false;
-    const QRect seen = partInView();
-    stage.aside([&] {
-        eye->Look(shots[shot].view, AxShots::ProjectionOf(shots[shot], seen), QRect(QPoint(), seen.size()));
-    });
+    stage.aside([&] { eye->Look(partInView()); });
     return true;
 }
 
@@ -182,16 +192,16 @@ bool AxPictureCapture::draw()
 {
     if (!stage.ready())
         return false;
-    const QRect seen = partInView();
     read = QImage();
-    eye->SetFinalDrawCallback(new WindowCaptureCallback([this](const QImage& drawn) { read = drawn; }));
+    eye->SetFinalDrawCallback(new WindowCaptureCallback([this](const QImage& drawn) { read = drawn; },
+                                                        QRect(QPoint(), parts[part].size())));
     stage.aside([&] {
         osg::GraphicsContext& window = *stage.viewer->getCamera()->getGraphicsContext();
         const GLuint former = window.getDefaultFboId();
         if (!buffer->bind())
             return;
         window.setDefaultFboId(buffer->handle());
-        eye->Draw(shots[shot].view, AxShots::ProjectionOf(shots[shot], seen), QRect(QPoint(), seen.size()));
+        eye->Draw(partInView());
         window.setDefaultFboId(former);
         buffer->release();
     });
@@ -243,9 +253,7 @@ void AxPictureCapture::takePart(const QImage& picture)
 {
     const QRect place = parts[part];
     const int number = static_cast<int>(shot);
-    const QString wrong =
-        taker->Take(number, place.topLeft(),
-                    margin > 0 ? picture.copy(margin, margin, place.width(), place.height()) : picture);
+    const QString wrong = taker->Take(number, place.topLeft(), picture);
     if (!wrong.isEmpty())
         return fail(wrong);
     quiet = 0;

@@ -17,6 +17,7 @@
 
 class AxSideView;
 class QOpenGLFramebufferObject;
+struct AxSidePicture;
 
 /// Who gets the pictures that are taken. Called on the GUI thread, with no context of OpenGL's current that
 /// it could rely on. It opens no box.
@@ -65,7 +66,7 @@ struct AxCaptureStage
  * Pictures of the viewer's map in any size, part by part: larger than the window, than the screen, than a
  * frame buffer. Each part waits until the map is there in the detail that the whole picture asks for. What is
  * on the map is in the pictures; what Qt paints over it, as the bar and the compass, is not. Texts, marks and
- * lines are as many pixels large as on the screen.
+ * lines are as many pixels large as on the screen, times AxShot::scale.
  *
  * Meanwhile the map on the screen stands still and takes no input. Events run, so a host can show progress().
  *
@@ -89,7 +90,8 @@ public:
     void Cancel();
     bool IsBusy() const { return taker != nullptr; }
     /// What the camera of the viewer shows now.
-    AxShot AsSeen(const QSize& size) const;
+    /// `isScaled`: with texts, marks and lines as large in it as in the window, not in pixels.
+    AxShot AsSeen(const QSize& size, bool isScaled = false) const;
 
     /// Whether some part was taken without all of its detail, because nothing more came for `patience`.
     bool IsDetailMissing() const { return isDetailMissing; }
@@ -113,7 +115,7 @@ private:
     void fail(const QString& why);
     bool isLoading() const;
     void tellProgress();
-    QRect partInView() const;
+    AxSidePicture partInView() const;
 
     const AxCaptureStage stage;
     std::vector<AxShot> shots;
@@ -121,7 +123,6 @@ private:
     std::size_t shot = 0;
     std::vector<QRect> parts; ///< of that shot
     std::size_t part = 0;
-    int margin = 0;          ///< pixels around each part, that texts at its border are there as a whole
     int quiet = 0;           ///< frames of this part in which nothing was loaded
     QElapsedTimer wait;      ///< since something was, the last time
     QElapsedTimer sinceTile; ///< of this part, the last one that came; not valid while none did

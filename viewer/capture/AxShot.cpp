@@ -44,7 +44,7 @@ osg::Matrixd ViewFrom(const osg::Vec3d& eye, const osg::Vec3d& right, const osg:
 
 AxShot AxShots::AsSeen(const osg::Camera& camera, const QSize& size)
 {
-    AxShot shot{camera.getViewMatrix(), camera.getProjectionMatrix(), size};
+    AxShot shot{camera.getViewMatrix(), camera.getProjectionMatrix(), size, 1.0};
     const osg::Viewport* port = camera.getViewport();
     if (!port || size.isEmpty() || !(port->width() > 0.0) || !(port->height() > 0.0))
         return shot;
@@ -52,6 +52,14 @@ AxShot AxShots::AsSeen(const osg::Camera& camera, const QSize& size)
     shot.projection.postMultScale(
         osg::Vec3d(wider > 1.0 ? 1.0 / wider : 1.0, wider < 1.0 ? wider : 1.0, 1.0));
     return shot;
+}
+
+double AxShots::ScaleAsSeen(const osg::Camera& camera, const QSize& size)
+{
+    const osg::Viewport* port = camera.getViewport();
+    if (!port || size.isEmpty() || !(port->width() > 0.0) || !(port->height() > 0.0))
+        return 1.0;
+    return std::min(size.width() / port->width(), size.height() / port->height());
 }
 
 AxShot AxShots::From(const AxShotPose& pose, double high, const QSize& size)
@@ -64,7 +72,7 @@ AxShot AxShots::From(const AxShotPose& pose, double high, const QSize& size)
     const osg::Vec3d up = at.up * std::cos(pitch) - ahead * std::sin(pitch);
     const double wide = size.isEmpty() ? 1.0 : size.width() / static_cast<double>(size.height());
     return {ViewFrom(AxGlobe::WorldOf(pose.place), right, up),
-            osg::Matrixd::perspective(high, wide, nearest, farthest), size};
+            osg::Matrixd::perspective(high, wide, nearest, farthest), size, 1.0};
 }
 
 AxShot AxShots::FromAbove(const AxShotGround& ground, const QSize& size)
@@ -74,7 +82,7 @@ AxShot AxShots::FromAbove(const AxShotGround& ground, const QSize& size)
     return {ViewFrom(eye, at.east, at.north),
             osg::Matrixd::ortho(-0.5 * ground.width, 0.5 * ground.width, -0.5 * ground.height,
                                 0.5 * ground.height, nearest, 2.0 * eyeOverMap),
-            size};
+            size, 1.0};
 }
 
 double AxShots::PixelAt(const osg::Camera& camera, const osg::Vec3d& world)
@@ -86,13 +94,12 @@ double AxShots::PixelAt(const osg::Camera& camera, const osg::Vec3d& world)
     return 2.0 * (projection(3, 3) == 0.0 ? depth : 1.0) / (projection(1, 1) * height);
 }
 
-std::vector<QRect> AxShots::Parts(const QSize& picture, int largest)
+std::vector<QRect> AxShots::Parts(const QSize& picture, const QSize& largest)
 {
     std::vector<QRect> parts;
-    for (int y = 0; largest > 0 && y < picture.height(); y += largest)
-        for (int x = 0; x < picture.width(); x += largest)
-            parts.emplace_back(x, y, std::min(largest, picture.width() - x),
-                               std::min(largest, picture.height() - y));
+    for (int y = 0; !largest.isEmpty() && y < picture.height(); y += largest.height())
+        for (int x = 0; x < picture.width(); x += largest.width())
+            parts.emplace_back(QPoint(x, y), largest.boundedTo({picture.width() - x, picture.height() - y}));
     return parts;
 }
 

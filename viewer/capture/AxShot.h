@@ -19,6 +19,8 @@ struct AxShot
     osg::Matrixd view;       ///< as of osg::Camera: geocentric metres to the eye
     osg::Matrixd projection; ///< its near and far planes count for nothing
     QSize size;              ///< pixels, which are squares
+    /// How many times as large as on the screen texts, marks and lines are, in pixels; above 0.
+    double scale = 1.0;
 };
 
 /// Where a camera is and looks.
@@ -43,6 +45,8 @@ namespace AxShots {
 /// What a camera shows, in a picture of any shape: all of that is in it, and above and below or to the sides
 /// more, where the shape is another one.
 AXEARTHVIEWER_EXPORT AxShot AsSeen(const osg::Camera& camera, const QSize& size);
+/// How many times as large as in the window what a camera shows is in such a picture; 1 for none.
+AXEARTHVIEWER_EXPORT double ScaleAsSeen(const osg::Camera& camera, const QSize& size);
 /// What is seen from a place; `high` is the vertical field of view, degrees.
 AXEARTHVIEWER_EXPORT AxShot From(const AxShotPose& pose, double high, const QSize& size);
 /// Ground as a map has it: all lines of sight are parallel, so that no height moves anything, but what the
@@ -52,7 +56,7 @@ AXEARTHVIEWER_EXPORT AxShot FromAbove(const AxShotGround& ground, const QSize& s
 AXEARTHVIEWER_EXPORT double PixelAt(const osg::Camera& camera, const osg::Vec3d& world);
 
 /// A picture cut into parts, row by row from the upper left, in pixels, y downwards; none larger than that.
-AXEARTHVIEWER_EXPORT std::vector<QRect> Parts(const QSize& picture, int largest);
+AXEARTHVIEWER_EXPORT std::vector<QRect> Parts(const QSize& picture, const QSize& largest);
 /// The projection that shows a part of a picture, which may reach beyond it.
 AXEARTHVIEWER_EXPORT osg::Matrixd ProjectionOf(const AxShot& shot, const QRect& part);
 

@@ -2,9 +2,17 @@
 #include "viewer/overlay/AxHeadUpText.h"
 
 #include <osg/DisplaySettings>
+#include <osg/LineWidth>
+#include <osg/LOD>
+#include <osg/Polytope>
 #include <osgDB/DatabasePager>
 #include <osgDB/ImagePager>
+#include <osgEarth/PartOfView>
 #include <osgUtil/CullVisitor>
+#include <osgUtil/RenderStage>
+#include <osgUtil/StateGraph>
+
+#include <map>
 
 osg::Matrixd AxPartOfProjection(const osg::Matrixd& projection, const QRectF& part)
 {
@@ -33,6 +41,74 @@ public:
     osg::ref_ptr<osg::Node> scene; ///< while it is drawn
 };
 
+/// Culls in a viewport of fewer pixels than are drawn, which makes larger what is laid out in pixels, and
+/// looks for the detail of those that are drawn.
+class AxSideView::Visitor : public osgUtil::CullVisitor
+{
+public:
+    void apply(osg::LOD& levels) override
+    {
+        const bool isByPixels = levels.getRangeMode() == osg::LOD::PIXEL_SIZE_ON_SCREEN;
+        if (isByPixels && !isNeeded(levels))
+            return;
+        const float ofPixels = getLODScale();
+        // What is to be seen from how far away does not depend on a picture's size.
+        if (!isByPixels)
+            setLODScale(ofDistance);
+        CullVisitor::apply(levels);
+        setLODScale(ofPixels);
+    }
+
+    float ofDistance = 1.0f;
+    QRectF needed;
+
+private:
+    bool isNeeded(const osg::Node& node)
+    {
+        osg::Polytope sight;
+        sight.setToUnitFrustum(false, false);
+        sight.transformProvidingInverse(*getModelViewMatrix() *
+                                        AxPartOfProjection(*getProjectionMatrix(), needed));
+        return !node.isCullingActive() || sight.contains(node.getBound());
+    }
+};
+
+namespace {
+/// Widens lines of which OpenGL alone knows how wide they are, while they are drawn.
+class WiderLines
+{
+public:
+    WiderLines(const osgUtil::StateGraph& drawn, float scale)
+    {
+        if (scale != 1.0f)
+            look(drawn);
+        for (const auto& [line, width] : widths)
+            line->setWidth(width * scale);
+    }
+    ~WiderLines()
+    {
+        for (const auto& [line, width] : widths)
+            line->setWidth(width);
+    }
+    WiderLines(const WiderLines&) = delete;
+    WiderLines& operator=(const WiderLines&) = delete;
+
+private:
+    void look(const osgUtil::StateGraph& drawn)
+    {
+        const osg::StateSet* state = drawn.getStateSet();
+        const osg::StateAttribute* own =
+            state ? state->getAttribute(osg::StateAttribute::LINEWIDTH) : nullptr;
+        if (auto* line = dynamic_cast<osg::LineWidth*>(const_cast<osg::StateAttribute*>(own)))
+            widths.emplace(line, line->getWidth());
+        for (const auto& [of, below] : drawn._children)
+            look(*below);
+    }
+
+    std::map<osg::ref_ptr<osg::LineWidth>, float> widths;
+};
+} // namespace
+
 AxSideView::AxSideView(osgViewer::Viewer& of) : viewer(of), camera(new Eye) {}
 
 AxSideView::~AxSideView() = default;
@@ -47,6 +123,8 @@ void AxSideView::begin()
 {
     sceneView = new osgUtil::SceneView;
     sceneView->setDefaults(0);
+    visitor = new Visitor;
+    sceneView->setCullVisitor(visitor);
     sceneView->setCamera(camera.get(), false);
     switch (viewer.getLightingMode()) {
     case osg::View::NO_LIGHT:
@@ -61,7 +139,7 @@ void AxSideView::begin()
     }
 }
 
-bool AxSideView::cull(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+bool AxSideView::cull(const AxSidePicture& picture)
 {
     osg::Camera& own = *viewer.getCamera();
     osg::GraphicsContext* window = own.getGraphicsContext();
@@ -73,37 +151,55 @@ bool AxSideView::cull(const osg::Matrixd& view, const osg::Matrixd& projection, 
     // A request of a later frame than the pager knows of would be dropped as one that nobody repeats.
     if (pager)
         pager->signalBeginFrame(viewer.getFrameStamp());
+    const osg::ref_ptr<osg::Viewport> drawn =
+        new osg::Viewport(picture.port.x(), picture.port.y(), picture.port.width(), picture.port.height());
+    const float scale = static_cast<float>(picture.scale);
     camera->setCullSettings(own);
+    visitor->ofDistance = own.getLODScale();
+    visitor->needed = picture.needed;
+    osgEarth::setPartOfView(*camera, osg::Vec4d(picture.needed.left(), picture.needed.top(),
+                                                picture.needed.right(), picture.needed.bottom()));
+    camera->setLODScale(own.getLODScale() / scale);
     camera->setClearColor(own.getClearColor());
     camera->setClearMask(own.getClearMask() | GL_STENCIL_BUFFER_BIT);
     camera->setCullCallback(own.getCullCallback());
-    camera->setViewport(new osg::Viewport(port.x(), port.y(), port.width(), port.height()));
-    camera->setViewMatrix(view);
-    camera->setProjectionMatrix(projection);
+    camera->setViewport(new osg::Viewport(drawn->x(), drawn->y(), drawn->width() / picture.scale,
+                                          drawn->height() / picture.scale));
+    camera->setViewMatrix(picture.view);
+    camera->setProjectionMatrix(picture.projection);
     camera->scene = viewer.getSceneData();
 
     sceneView->setState(window->getState());
     sceneView->setGlobalStateSet(own.getOrCreateStateSet());
+    osg::ref_ptr<osg::StateSet> local = sceneView->getLocalStateSet();
+    if (!local)
+        sceneView->setLocalStateSet(local = new osg::StateSet);
+    local->setAttribute(new osg::LineWidth(1.0f));
+    local->addUniform(new osg::Uniform("ax_pixelScale", scale),
+                      osg::StateAttribute::ON | osg::StateAttribute::OVERRIDE);
     sceneView->setLight(viewer.getLight());
     sceneView->setFrameStamp(viewer.getViewerFrameStamp());
     sceneView->setDisplaySettings(viewer.getDisplaySettings() ? viewer.getDisplaySettings()
                                                               : osg::DisplaySettings::instance().get());
-    osgUtil::CullVisitor& visitor = *sceneView->getCullVisitor();
-    visitor.setDatabaseRequestHandler(pager);
-    visitor.setImageRequestHandler(viewer.getImagePager());
+    visitor->setDatabaseRequestHandler(pager);
+    visitor->setImageRequestHandler(viewer.getImagePager());
     sceneView->inheritCullSettings(*camera);
     sceneView->cull();
     camera->scene = nullptr;
+    camera->setViewport(drawn);
+    sceneView->getRenderStage()->setViewport(drawn);
     return true;
 }
 
-void AxSideView::Look(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+void AxSideView::Look(const AxSidePicture& picture)
 {
-    cull(view, projection, port);
+    cull(picture);
 }
 
-void AxSideView::Draw(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port)
+void AxSideView::Draw(const AxSidePicture& picture)
 {
-    if (cull(view, projection, port))
-        sceneView->draw();
+    if (!cull(picture))
+        return;
+    const WiderLines wider(*sceneView->getStateGraph(), static_cast<float>(picture.scale));
+    sceneView->draw();
 }

@@ -13,6 +13,20 @@
 /// edge), in a whole viewport. The part may reach beyond; it is not empty.
 AXEARTHVIEWER_EXPORT osg::Matrixd AxPartOfProjection(const osg::Matrixd& projection, const QRectF& part);
 
+/// What a further camera sees, and where it is drawn.
+struct AxSidePicture
+{
+    osg::Matrixd view;       ///< as of osg::Camera
+    osg::Matrixd projection; ///< of the whole viewport
+    QRect port;              ///< pixels from the lower left one; it may reach beyond what is drawn into
+    /// The part of which the ground and models are needed, from -1 to 1, y upwards (top() is the lower edge);
+    /// texts are placed as in the whole.
+    QRectF needed{-1.0, -1.0, 2.0, 2.0};
+    /// How many times as large as on the screen texts, marks and lines are; the map's detail is that of the
+    /// pixels all the same.
+    double scale = 1.0;
+};
+
 /**
  * Draws a viewer's scene as a further camera sees it, into what is bound: the same nodes, the same pager, the
  * same frame number, and a camera of its own, so that what is kept for each camera (which labels have room)
@@ -30,21 +44,22 @@ public:
     AxSideView(const AxSideView&) = delete;
     AxSideView& operator=(const AxSideView&) = delete;
 
-    /// What is in that viewport (pixels from the lower left one), and nothing beside it, is cleared and
-    /// drawn.
-    void Draw(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
+    /// What is in the viewport, and nothing beside it, is cleared and drawn.
+    void Draw(const AxSidePicture& picture);
     /// The same without drawing: what it lacks is asked for, and what is made while it is looked at is made.
-    void Look(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
+    void Look(const AxSidePicture& picture);
     /// Called with the picture drawn, before its context is used for anything else; null for nobody.
     void SetFinalDrawCallback(osg::Camera::DrawCallback* callback);
 
 private:
     class Eye;
+    class Visitor;
 
     void begin();
-    bool cull(const osg::Matrixd& view, const osg::Matrixd& projection, const QRect& port);
+    bool cull(const AxSidePicture& picture);
 
     osgViewer::Viewer& viewer;
     osg::ref_ptr<Eye> camera;
+    osg::ref_ptr<Visitor> visitor;
     osg::ref_ptr<osgUtil::SceneView> sceneView;
 };

@@ -4,6 +4,7 @@
 #include <osg/Camera>
 
 #include <QImage>
+#include <QRect>
 
 #include <functional>
 
@@ -19,11 +20,13 @@ class AXEARTHVIEWER_EXPORT WindowCaptureCallback : public osg::Camera::DrawCallb
 public:
     /// Given each frame.
     using Take = std::function<void(const QImage& picture)>;
-    /// Hands the frames to that function.
-    explicit WindowCaptureCallback(Take take);
+    /// Hands the frames to that function, or of each only a part: pixels from the lower left one of what is
+    /// drawn into, y upwards (top() is the lower edge).
+    explicit WindowCaptureCallback(Take take, const QRect& part = {});
 
     void operator()(osg::RenderInfo& info) const override;
 
 private:
     const Take take;
+    const QRect part;
 };

@@ -25,11 +25,12 @@ void main()
 )";
 const char kLabelFragmentShader[] = R"(#version 330 compatibility
 uniform sampler2D ax_labelLetters;
+vec4 ax_letterCover(sampler2D letters, vec2 at);
 uniform vec4 ax_labelFill;
 uniform vec4 ax_labelHalo;
 void main()
 {
-    vec4 cover = texture(ax_labelLetters, gl_TexCoord[0].xy); // letter, letter, letter, letter with rim
+    vec4 cover = ax_letterCover(ax_labelLetters, gl_TexCoord[0].xy);
     gl_FragColor = vec4(mix(ax_labelHalo.rgb, ax_labelFill.rgb, cover.r),
                         max(cover.a * ax_labelHalo.a, cover.r * ax_labelFill.a));
 }
@@ -103,6 +104,7 @@ public:
             made->setName("labels");
             made->addShader(new osg::Shader(osg::Shader::VERTEX, kLabelVertexShader));
             made->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLabelFragmentShader));
+            made->addShader(GlyphAtlas::coverShader());
             return made;
         });
         osg::StateSet* state = getOrCreateStateSet();

@@ -7,6 +7,7 @@
 #include <osgDB/FileNameUtils>
 #include <osgDB/ReaderWriter>
 #include <osgDB/Registry>
+#include <osgEarth/PartOfView>
 #include <osgEarth/SpatialReference>
 #include <osgEarth/Terrain>
 
@@ -196,8 +197,13 @@ void TileScene::setView(osgUtil::CullVisitor& visitor)
     if (camera && camera->isRenderToTextureCamera())
         return;
     const osg::Viewport* viewport = visitor.getViewport();
-    const double height = viewport ? std::max(1.0, viewport->height()) : 1.0;
-    _view = TerrainView(*visitor.getModelViewMatrix(), *visitor.getProjectionMatrix(), height, _seaFloor);
+    double height = viewport ? std::max(1.0, viewport->height()) : 1.0;
+    // As OSG's own levels of detail: below 1 more of it.
+    height /= std::max(1.0e-3, static_cast<double>(visitor.getLODScale()));
+    osg::Matrixd projection = *visitor.getProjectionMatrix();
+    if (camera)
+        takePartOfView(*camera, projection, height);
+    _view = TerrainView(*visitor.getModelViewMatrix(), projection, height, _seaFloor);
     const SpatialReference* geographic = _profile->getSRS()->getGeographicSRS();
     geographic->transformFromWorld(_view.eye, _view.eyeGeodetic);
     const std::lock_guard<std::mutex> lock(_mutex);

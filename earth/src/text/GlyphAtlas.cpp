@@ -15,6 +15,25 @@ float rimWeight(int distance2)
     return distance2 <= 2 ? 1.0f : distance2 <= 4 ? 0.8f : distance2 <= 5 ? 0.45f : 0.15f;
 }
 constexpr float kDotRadius = 2.5f;
+
+// On the screen a letter's pixel is one of the picture, and nothing may be blended.
+const char kCoverShader[] = R"(#version 330 compatibility
+vec4 ax_letterCover(sampler2D letters, vec2 at)
+{
+    vec2 place = at * vec2(textureSize(letters, 0));
+    float texels = length(dFdx(place)); // of a pixel
+    if (texels > 0.98 || texels < 1e-6)
+        return texture(letters, at);
+    place -= 0.5;
+    ivec2 corner = ivec2(floor(place));
+    vec2 share = place - vec2(corner);
+    vec4 below = mix(texelFetch(letters, corner, 0), texelFetch(letters, corner + ivec2(1, 0), 0), share.x);
+    vec4 above = mix(texelFetch(letters, corner + ivec2(0, 1), 0),
+                     texelFetch(letters, corner + ivec2(1, 1), 0), share.x);
+    vec4 cover = mix(below, above, share.y);
+    return clamp((cover - 0.5) * max(1.0, 0.6 / texels) + 0.5, 0.0, 1.0);
+}
+)";
 } // namespace
 
 GlyphAtlas::GlyphAtlas(osgText::Font* font, unsigned pixels)
@@ -31,6 +50,11 @@ GlyphAtlas::GlyphAtlas(osgText::Font* font, unsigned pixels)
     _texture->setFilter(osg::Texture::MIN_FILTER, osg::Texture::NEAREST);
     _texture->setFilter(osg::Texture::MAG_FILTER, osg::Texture::NEAREST);
     reset();
+}
+
+osg::Shader* GlyphAtlas::coverShader()
+{
+    return new osg::Shader(osg::Shader::FRAGMENT, kCoverShader);
 }
 
 float GlyphAtlas::rimPixels()

@@ -1,5 +1,6 @@
 #pragma once
 #include <map>
+#include <osg/Shader>
 #include <osg/Texture2D>
 #include <osgText/Font>
 
@@ -37,6 +38,9 @@ public:
     void reset();
 
     osg::Texture2D* texture() { return _texture.get(); }
+    /// A fragment shader that has vec4 ax_letterCover(sampler2D letters, vec2 at): letter three times, and
+    /// letter with rim. In a picture with larger letters their edges are as sharp.
+    static osg::Shader* coverShader();
     unsigned pixels() const { return _pixels; }
 
 private:

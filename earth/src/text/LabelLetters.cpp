@@ -37,12 +37,13 @@ void main()
 )";
 const char kLetterFragmentShader[] = R"(#version 330 compatibility
 uniform sampler2D ax_letters;
+vec4 ax_letterCover(sampler2D letters, vec2 at);
 in vec2 ax_place;
 flat in vec4 ax_fillColor;
 flat in vec4 ax_haloColor;
 void main()
 {
-    vec4 cover = texture(ax_letters, ax_place); // letter, letter, letter, letter with rim
+    vec4 cover = ax_letterCover(ax_letters, ax_place);
     gl_FragColor = vec4(mix(ax_haloColor.rgb, ax_fillColor.rgb, cover.r),
                         max(cover.a * ax_haloColor.a, cover.r * ax_fillColor.a));
 }
@@ -57,6 +58,7 @@ struct Letters
         program->setName("letters");
         program->addShader(new osg::Shader(osg::Shader::VERTEX, kLetterVertexShader));
         program->addShader(new osg::Shader(osg::Shader::FRAGMENT, kLetterFragmentShader));
+        program->addShader(GlyphAtlas::coverShader());
         program->addBindAttribLocation("ax_halo", LetterBatch::kHaloAttribute);
         state->setDataVariance(osg::Object::DYNAMIC);
         // Nothing else can draw from this picture.
