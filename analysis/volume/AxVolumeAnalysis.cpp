@@ -366,6 +366,14 @@ bool AxVolumeAnalysis::SetVisible(const QString& id, bool visible)
     return true;
 }
 
+void AxVolumeAnalysis::WriteAgain()
+{
+    const QPointer<AxVolumeAnalysis> self(this);
+    for (const AxVolumeResult& one : GetResults())
+        if (self)
+            emit changed(one.id);
+}
+
 void AxVolumeAnalysis::SetChosen(const QString& id)
 {
     const QString known = find(id) ? id : QString();

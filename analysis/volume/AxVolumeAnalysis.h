@@ -89,6 +89,8 @@ public:
     bool Remove(const QString& id);
     bool SetVisible(const QString& id, bool visible);
     void Clear(); ///< removes all
+    /// Has all texts written anew: the units are others now.
+    void WriteAgain();
 
     /// Which one somebody looks at: the map says what its colours are. None for an unknown ID.
     void SetChosen(const QString& id);
@@ -96,7 +98,7 @@ public:
 
 signals:
     void added(QString id);      ///< listed, before it is answered
-    void changed(QString id);    ///< answered, asked anew, called off, stale, shown or hidden
+    void changed(QString id);    ///< answered, asked anew, refused, called off, stale, shown or hidden
     void removed(QString id);    ///< no result any more
     void busyChanged(bool busy); ///< something is computed, or no more
     /// 0 to 100, of what is computed now.

@@ -47,7 +47,8 @@ std::optional<QList<QPointF>> RingOfEntry(const QJsonValue& value)
     if (!value.isArray())
         return {};
     QList<QPointF> ring;
-    for (const QJsonValue& corner : value.toArray()) {
+    const QJsonArray corners = value.toArray();
+    for (const QJsonValue& corner : corners) {
         const QJsonArray numbers = corner.toArray();
         if (numbers.size() != 2 || !numbers[0].isDouble() || !numbers[1].isDouble())
             return {};
@@ -158,6 +159,8 @@ void VolumeKept::Replace(const QString& text)
         const QString name = one.toObject().value(nameOfVolume).toString();
         faults += tr("%1: %2").arg(name.isEmpty() ? tr("Volume without a name") : name, fault);
     }
+    // Nobody has chosen the last one.
+    viewer->GetMeasurements()->SetHighlighted({});
     if (!faults.isEmpty())
         emit Told(tr("Volumes of the project that cannot be read, and stay in it: %1")
                       .arg(faults.join(QStringLiteral("; "))));

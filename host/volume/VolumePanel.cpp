@@ -14,9 +14,11 @@
 #include <AxBaseUI/CAxMessageBox.h>
 #include <AxBaseUI/CAxVolumeWgt.h>
 #include <AxData/CAxBlock.h>
+#include <AxData/planner/AxPlanPlane.h>
 
 #include <osgEarth/Viewpoint>
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
@@ -27,6 +29,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPolygonF>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -150,10 +153,21 @@ void VolumePanel::Build()
         ofChosen += button;
         return button;
     };
+    // Where the list has the keyboard: the same keys are others' on the map.
+    const auto onKey = [this](const QKeySequence& keys, auto done) {
+        auto* action = new QAction(this);
+        action->setShortcut(keys);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, done);
+        list->addAction(action);
+    };
     add("VolumeFly", tr("Fly to"), &VolumePanel::Fly);
+    onKey(QKeySequence(Qt::Key_Return), &VolumePanel::Fly);
     add("VolumeCopy", tr("Copy"), &VolumePanel::Copy);
+    onKey(QKeySequence::Copy, &VolumePanel::Copy);
     exportButton = add("VolumeExport", tr("Export..."), &VolumePanel::Export);
     add("VolumeRemove", tr("Remove"), &VolumePanel::Remove);
+    onKey(QKeySequence::Delete, &VolumePanel::Remove);
 
     // A field that scrolls: a panel that grows with its figures would move the map.
     auto* scrolled = new QScrollArea;
@@ -253,8 +267,8 @@ void VolumePanel::Fill(const QString& id)
 
 void VolumePanel::WriteAgain()
 {
-    for (int row = 0; row < list->topLevelItemCount(); ++row)
-        Fill(list->topLevelItem(row)->data(VolumeName, volumeIdRole).toString());
+    if (AxVolumeAnalysis* analysis = Analysis())
+        analysis->WriteAgain();
 }
 
 void VolumePanel::OnItemChanged(QTreeWidgetItem* item)
@@ -362,17 +376,22 @@ void VolumePanel::Ask()
 void VolumePanel::Fly()
 {
     const AxVolumeResult result = Analysis() ? Analysis()->GetResult(Chosen().value(0)) : AxVolumeResult();
-    if (!result.volume || !result.volume->grid)
+    // Also to one that waits to be computed.
+    if (result.id.isEmpty() || result.fault == AxVolumeFault::NoArea)
         return;
-    const AxVolumeGrid& grid = *result.volume->grid;
+    const AxPlanPlane plane(result.question.ring);
+    QPolygonF outline;
+    for (const CAxPoint2D& corner : plane.ToPlane(result.question.ring))
+        outline += QPointF(corner.x(), corner.y());
+    const QRectF box = outline.boundingRect();
+    const QPointF middle = plane.ToLngLat({box.center().x(), box.center().y()});
     CAxEarthManipulator* camera = viewer->getManipulator();
-    QList<osg::Vec3d> ground{osg::Vec3d(grid.middle.x(), grid.middle.y(), 0.0)};
+    QList<osg::Vec3d> ground{osg::Vec3d(middle.x(), middle.y(), 0.0)};
     camera->GetElevations(ground, false);
     const osgEarth::Viewpoint now = camera->getViewpoint();
-    const double side = grid.cell * std::hypot(grid.columns, grid.rows);
-    camera->setViewpoint(osgEarth::Viewpoint("volume", grid.middle.x(), grid.middle.y(),
-                                             ground.constFirst().z(), now.getHeading(),
-                                             qMin(now.getPitch(), flattestVolumePitch),
+    const double side = std::hypot(box.width(), box.height());
+    camera->setViewpoint(osgEarth::Viewpoint("volume", middle.x(), middle.y(), ground.constFirst().z(),
+                                             now.getHeading(), qMin(now.getPitch(), flattestVolumePitch),
                                              qMax(leastVolumeRange, sidesAway * side)),
                          volumeFlightSeconds);
 }

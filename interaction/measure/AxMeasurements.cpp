@@ -100,8 +100,7 @@ bool AxMeasurements::Restore(const AxMeasurement& drawn)
     restored.erase(std::remove_if(restored.begin(), restored.end(),
                                   [](const QPointer<AxMeasureAdapter>& one) { return one.isNull(); }),
                    restored.end());
-    restored += adapter;
-    made.release();
+    restored += qobject_cast<AxMeasureAdapter*>(made.release());
     enter(adapter, drawn.name);
     return true;
 }

@@ -5937,6 +5937,10 @@ Heights are counted as those of the map.</source>
         <translation>有 %1 个文件无法读取，例如“%2”。</translation>
     </message>
     <message>
+        <source>Files that are left out: %1. %2</source>
+        <translation>略去了 %1 个文件。%2</translation>
+    </message>
+    <message>
         <source>The origin is not three numbers.</source>
         <translation>原点不是三个数字。</translation>
     </message>
