@@ -1,4 +1,5 @@
 #include "viewer/AxSceneLog.h"
+#include "scene/base/AxReaderNotices.h"
 #include "scene/base/AxViewerLog.h"
 
 #include <osg/Notify>
@@ -13,7 +14,9 @@ public:
         const QString text = QString::fromLocal8Bit(message).trimmed();
         if (text.isEmpty())
             return;
-        if (severity <= osg::WARN)
+        if (AxReaderNotices::Take(text))
+            qCDebug(axSceneLog).noquote() << text;
+        else if (severity <= osg::WARN)
             qCWarning(axSceneLog).noquote() << text;
         else if (severity == osg::NOTICE)
             qCInfo(axSceneLog).noquote() << text;

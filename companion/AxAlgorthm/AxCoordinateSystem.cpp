@@ -117,6 +117,11 @@ QString AxCoordinateSystem::AreaText() const
     return m_projected ? m_projected->system.AreaText() : QString();
 }
 
+double AxCoordinateSystem::MetresOfHeight() const
+{
+    return m_projected ? m_projected->system.MetresOfHeight() : 1.0;
+}
+
 AxCoordinateSystem::Point AxCoordinateSystem::FromPlace(double latitude, double longitude) const
 {
     Point point;

@@ -31,6 +31,9 @@ public:
     /// Of a system of PROJ, the area for which it is made, for people: "108°W to 102°W, 0°N to 84°N"; empty
     /// where it names none.
     QString AreaText() const;
+    /// Metres of one unit of heights that are counted in the system: the unit of its own heights where it has
+    /// some ("EPSG:2227+5703" has metres beside feet), else that of its lengths; 1 for degrees.
+    double MetresOfHeight() const;
     /// Whether it is one that PROJ knows, rather than a form of WGS84's geographic coordinates.
     bool IsOfProj() const { return m_projected != nullptr; }
     /// The form of WGS84's coordinates; of a system of PROJ, Decimal.

@@ -96,6 +96,31 @@ Object Horizontal(PJ_CONTEXT* context, const PJ* system)
     return part;
 }
 
+Object Unbound(PJ_CONTEXT* context, Object system)
+{
+    while (system && proj_get_type(system.get()) == PJ_TYPE_BOUND_CRS)
+        system.reset(proj_get_source_crs(context, system.get()));
+    return system;
+}
+
+double MetresOfHeightOf(PJ_CONTEXT* context, const PJ* system, const PJ* places)
+{
+    const Object whole = Unbound(context, Object(proj_clone(context, system)));
+    Object heights;
+    if (whole && proj_get_type(whole.get()) == PJ_TYPE_COMPOUND_CRS)
+        heights = Unbound(context, Object(proj_crs_get_sub_crs(context, whole.get(), 1)));
+    const Object axes(proj_crs_get_coordinate_system(context, heights ? heights.get() : places));
+    const int last = axes ? proj_cs_get_axis_count(context, axes.get()) - 1 : -1;
+    const bool isPlanar = !heights && last < 2;
+    if (isPlanar && proj_get_type(places) != PJ_TYPE_PROJECTED_CRS)
+        return 1.0;
+    double factor = 1.0;
+    const bool isKnown =
+        last >= 0 && proj_cs_get_axis_info(context, axes.get(), isPlanar ? 0 : last, nullptr, nullptr,
+                                           nullptr, &factor, nullptr, nullptr, nullptr);
+    return isKnown && factor > 0.0 ? factor : 1.0;
+}
+
 QString UnitSign(const QString& name)
 {
     const struct
@@ -164,6 +189,7 @@ struct AxProjSystem::Impl
     QString name;
     std::array<QString, 2> axes;
     AxisUnit unit;
+    double metresOfHeight = 1.0;
     Area area;
     QString areaText;
     bool isRough = false;
@@ -245,6 +271,7 @@ std::optional<AxProjSystem> AxProjSystem::Of(const QString& text, QString& fault
     if (!made->ReadAxes(places.get()) || !made->FindWay(system.get()))
         return refuse(
             ProjText(QT_TRANSLATE_NOOP("AxCoordinateSystem", "No way is known from WGS 84 to \"%1\".")));
+    made->metresOfHeight = MetresOfHeightOf(context, system.get(), places.get());
     made->name = name.isEmpty() || name == QLatin1String("unknown") ? Shortened(text) : Shortened(name);
     Area area;
     if (proj_get_area_of_use(context, places.get(), &area.west, &area.south, &area.east, &area.north,
@@ -276,6 +303,11 @@ const AxProjSystem::AxisUnit& AxProjSystem::Unit() const
 const QString& AxProjSystem::AxisName(std::size_t axis) const
 {
     return m->axes[axis];
+}
+
+double AxProjSystem::MetresOfHeight() const
+{
+    return m->metresOfHeight;
 }
 
 const QString& AxProjSystem::AreaText() const

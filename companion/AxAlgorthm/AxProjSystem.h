@@ -30,6 +30,8 @@ public:
     const QString& Name() const;                     ///< as PROJ calls it
     const AxisUnit& Unit() const;                    ///< of both coordinates
     const QString& AxisName(std::size_t axis) const; ///< 0 for the easting or longitude, 1 for the other
+    /// Metres of one unit of heights: of the system's own heights where it has some, else of its lengths.
+    double MetresOfHeight() const;
     /// Its area of use for people: "108°W to 102°W, 0°N to 84°N"; empty where it names none.
     const QString& AreaText() const;
     /// Whether PROJ has no accurate way between its datum and WGS84.

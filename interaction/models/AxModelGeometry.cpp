@@ -84,7 +84,7 @@ public:
     {
         if (!seen.insert(&geometry).second)
             return;
-        lost += AxRepairGeometry(geometry);
+        lost += AxRepairGeometry(geometry, faulty);
         geometry.setUseDisplayList(false);
         geometry.setUseVertexBufferObjects(true);
         const bool isPlain = !isPictured && !HasPicture(geometry.getStateSet());
@@ -99,6 +99,7 @@ public:
     }
 
     qint64 lost = 0;
+    std::set<osg::ref_ptr<osg::Array>> faulty;
 
 private:
     static void KeepStatic(osg::Node& node)
@@ -166,7 +167,8 @@ struct Census : osg::NodeVisitor
         ++nodes;
         const osg::Geometry* geometry = drawable.asGeometry();
         drawables += !geometry || geometry->getNumPrimitiveSets() > 0;
-        isMovable = isMovable && geometry && AxModelVertices(geometry->getVertexArray()).AreRead();
+        const AxModelVertices vertices(geometry ? geometry->getVertexArray() : nullptr);
+        isMovable = isMovable && geometry && (vertices.AreRead() || vertices.Count() == 0);
         if (geometry && found.insert(&drawable).second)
             geometries.push_back(drawable.asGeometry());
     }
@@ -208,6 +210,8 @@ qint64 AxPrepareModel(osg::Node& model, osgDB::Options* options)
 {
     Preparer preparer(options);
     model.accept(preparer);
+    for (const auto& vertices : preparer.faulty)
+        AxFillFaultyVertices(*vertices);
     return preparer.lost;
 }
 

@@ -137,12 +137,15 @@ std::optional<AxModelLayers::Piece> AxModelLayers::Load::ReadPiece(const QString
     if (!node)
         return std::nullopt;
     const osg::Vec3d zero = AxGatherModel(node);
+    if (source.isTree)
+        reader->KeepGathered(file);
     osg::ComputeBoundsVisitor boxed;
     node->accept(boxed);
     osg::BoundingBox box = boxed.getBoundingBox();
     if (!box.valid())
         box.expandBy(node->getBound());
-    const osg::Matrixd upright = osg::Matrixd::translate(zero) * (isYUp ? thirdAxisUp : osg::Matrixd());
+    const bool isUpright = !isYUp && !(source.isTree && AxIsModelYUp(file));
+    const osg::Matrixd upright = osg::Matrixd::translate(zero) * (isUpright ? osg::Matrixd() : thirdAxisUp);
     const auto matrix = placement.At(osg::Vec3d(box.center()) * upright);
     if (!matrix) {
         why = AxModelLayers::tr("\"%1\" lies outside of the model's coordinate system.")
@@ -290,7 +293,7 @@ void AxModelLayers::run(Load& load)
             QMetaObject::invokeMethod(
                 this, [this, id, piece, percent] { take(id, *piece, percent); }, Qt::QueuedConnection);
         else
-            load.reader->Miss(roots[i]);
+            load.reader->Miss(roots[i], fault);
     }
     if (!*load.off)
         QMetaObject::invokeMethod(

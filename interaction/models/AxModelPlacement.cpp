@@ -7,8 +7,6 @@
 #include <cmath>
 
 namespace {
-constexpr double metresOfFoot = 0.3048;
-
 QString PlacementText(const char* text)
 {
     return QCoreApplication::translate("AxModelLayers", text);
@@ -122,8 +120,7 @@ std::optional<osg::Matrixd> AxModelPlacement::At(const osg::Vec3d& point) const
     osg::Vec3d front = (*north - *south) / (2.0 * half);
     osg::Vec3d up = right ^ front;
     up.normalize();
-    const bool isFoot = !isAngle && std::abs(right.length() - metresOfFoot) < 0.01;
-    const double unit = isFoot ? metresOfFoot : 1.0;
+    const double unit = system.MetresOfHeight();
     const double altitude = there.z() * unit;
     // Higher up the same degrees are more metres.
     const double grown = 1.0 + altitude / AxGlobe::meanRadius;

@@ -1,5 +1,6 @@
 #include "interaction/models/AxModelReader.h"
 #include "interaction/models/AxModelGeometry.h"
+#include "scene/base/AxReaderNotices.h"
 
 #include <osgDB/FileNameUtils>
 #include <osgDB/ReadFile>
@@ -8,12 +9,26 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStringList>
+
+#include <algorithm>
 
 namespace {
 QString ReaderText(const char* text)
 {
     return QCoreApplication::translate("AxModelLayers", text);
+}
+
+// What a reader remarks of materials that a file names and nobody has; without a name it means none.
+QSet<QString> MissingMaterials(const QStringList& remarks)
+{
+    static const QRegularExpression material(QStringLiteral("unable to find material '([^']+)'"));
+    QSet<QString> names;
+    for (const QString& remark : remarks)
+        if (const QRegularExpressionMatch match = material.match(remark); match.hasMatch())
+            names += match.captured(1);
+    return names;
 }
 
 // Each drive of the same picture names it otherwise.
@@ -38,12 +53,18 @@ void AxModelReader::amend(const std::function<bool()>& change)
         told();
 }
 
-void AxModelReader::Miss(const QString& file)
+void AxModelReader::Miss(const QString& file, const QString& why)
 {
-    amend([this, &file] {
-        missingFiles.insert(QFileInfo(file).fileName());
+    amend([this, &file, &why] {
+        missingFiles.insert(QFileInfo(file).fileName(), why);
         return missingFiles.size() == 1;
     });
+}
+
+void AxModelReader::KeepGathered(const QString& file)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    gathered.insert(QFile::encodeName(file).toStdString());
 }
 
 osg::ref_ptr<osgDB::Options> AxModelReader::NewOptions()
@@ -76,26 +97,40 @@ osg::ref_ptr<osg::Node> AxModelReader::Read(const QString& file, QString* why)
 osgDB::ReaderWriter::ReadResult AxModelReader::readNode(const std::string& file,
                                                         const osgDB::Options* options)
 {
+    const AxReaderNotices notices;
     osgDB::ReaderWriter::ReadResult result =
         osgDB::Registry::instance()->readNodeImplementation(file, options);
+    amend([this, &notices] {
+        const bool had = !missingMaterials.isEmpty();
+        missingMaterials += MissingMaterials(notices.Lines());
+        return had == missingMaterials.isEmpty();
+    });
     if (!result.validNode()) {
         Miss(QFile::decodeName(file.c_str()));
         return result;
     }
     // The pager's own options hold this, too, and are given on to what is paged below.
     const qint64 lost = AxPrepareModel(*result.getNode(), const_cast<osgDB::Options*>(options));
-    if (lost > 0)
-        amend([this, lost] {
-            const bool isFirst = dropped == 0;
-            dropped += lost;
-            return isFirst;
-        });
+    bool isGathered = false;
+    amend([this, lost, &file, &isGathered] {
+        isGathered = gathered.count(file) > 0;
+        const bool isFirst = lost > 0 && dropped.empty();
+        if (lost > 0)
+            dropped[file] = lost;
+        return isFirst;
+    });
+    if (isGathered) {
+        osg::ref_ptr<osg::Node> node = result.takeNode();
+        AxGatherModel(node);
+        return node.get();
+    }
     return result;
 }
 
 osgDB::ReaderWriter::ReadResult AxModelReader::readImage(const std::string& file,
                                                          const osgDB::Options* options)
 {
+    const AxReaderNotices notices;
     osgDB::ReaderWriter::ReadResult result =
         osgDB::Registry::instance()->readImageImplementation(file, options);
     amend([this, &file, &result] {
@@ -119,14 +154,28 @@ QString AxModelReader::Note() const
                                               "Pictures that are missing: %1, for one \"%2\"; drawn plain."))
                      .arg(missingPictures.size())
                      .arg(*missingPictures.begin());
-    if (dropped > 0)
+    if (!missingMaterials.isEmpty())
+        notes +=
+            ReaderText(QT_TRANSLATE_NOOP("AxModelLayers",
+                                         "Materials that are missing: %1, for one \"%2\"; drawn without."))
+                .arg(missingMaterials.size())
+                .arg(*missingMaterials.begin());
+    qint64 lost = 0;
+    for (const auto& [file, triangles] : dropped)
+        lost += triangles;
+    if (lost > 0)
         notes += ReaderText(QT_TRANSLATE_NOOP("AxModelLayers",
                                               "Triangles with corners that are nowhere: %1, left out."))
-                     .arg(dropped);
-    if (!missingFiles.isEmpty())
+                     .arg(lost);
+    const auto withReason = std::find_if(missingFiles.begin(), missingFiles.end(),
+                                         [](const QString& why) { return !why.isEmpty(); });
+    if (withReason != missingFiles.end())
+        notes += ReaderText(QT_TRANSLATE_NOOP("AxModelLayers", "Files that are left out: %1. %2"))
+                     .arg(QString::number(missingFiles.size()), *withReason);
+    else if (!missingFiles.isEmpty())
         notes +=
             ReaderText(QT_TRANSLATE_NOOP("AxModelLayers", "Files that cannot be read: %1, for one \"%2\"."))
                 .arg(missingFiles.size())
-                .arg(*missingFiles.begin());
+                .arg(missingFiles.firstKey());
     return notes.join(QLatin1Char(' '));
 }

@@ -6,11 +6,15 @@
 #include <osgDB/Callbacks>
 #include <osgDB/Options>
 
+#include <QMap>
 #include <QSet>
 #include <QString>
 
 #include <functional>
+#include <map>
 #include <mutex>
+#include <set>
+#include <string>
 
 /**
  * Reads the files of one model, those as well that the pager asks for later, and makes them fit to be drawn:
@@ -32,10 +36,13 @@ public:
     /// With which the pager is to read this model's files.
     osg::ref_ptr<osgDB::Options> NewOptions();
 
-    /// What is amiss, for people: pictures that are missing, triangles that were dropped, files that could
-    /// not be read. Empty for nothing.
+    /// What is amiss, for people: pictures and materials that are missing, triangles that were dropped, files
+    /// that could not be read. Empty for nothing.
     QString Note() const;
-    void Miss(const QString& file); ///< a piece could not be read
+    /// A piece could not be read, or shown for a reason that names it.
+    void Miss(const QString& file, const QString& why = QString());
+    /// What this file holds was put together and moved (AxGatherModel()); so is it whenever it is read anew.
+    void KeepGathered(const QString& file);
 
     osgDB::ReaderWriter::ReadResult readNode(const std::string& file, const osgDB::Options* options) override;
     osgDB::ReaderWriter::ReadResult readImage(const std::string& file,
@@ -48,6 +55,8 @@ private:
     mutable std::mutex mutex;
     std::function<void()> told;
     QSet<QString> missingPictures;
-    QSet<QString> missingFiles;
-    qint64 dropped = 0; ///< triangles
+    QSet<QString> missingMaterials;
+    QMap<QString, QString> missingFiles;   ///< why, or nothing
+    std::map<std::string, qint64> dropped; ///< triangles, by the file
+    std::set<std::string> gathered;
 };

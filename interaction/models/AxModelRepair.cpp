@@ -54,7 +54,7 @@ void DropShortArrays(osg::Geometry& geometry, std::size_t count)
 }
 } // namespace
 
-qint64 AxRepairGeometry(osg::Geometry& geometry)
+qint64 AxRepairGeometry(osg::Geometry& geometry, std::set<osg::ref_ptr<osg::Array>>& faulty)
 {
     osg::Array* array = geometry.getVertexArray();
     if (!array)
@@ -62,14 +62,9 @@ qint64 AxRepairGeometry(osg::Geometry& geometry)
     const AxModelVertices vertices(array);
     const std::size_t count = vertices.Count();
     DropShortArrays(geometry, count);
-    std::size_t someGood = count;
     bool isAnyBad = false;
-    for (std::size_t i = 0; vertices.AreRead() && i < count; ++i) {
-        const bool isGood = vertices.IsPlace(i);
-        isAnyBad = isAnyBad || !isGood;
-        if (isGood && someGood == count)
-            someGood = i;
-    }
+    for (std::size_t i = 0; vertices.AreRead() && i < count && !isAnyBad; ++i)
+        isAnyBad = !vertices.IsPlace(i);
     if (!isAnyBad && !ReachesBeyond(geometry, count))
         return 0;
     osg::TriangleIndexFunctor<GoodTriangles> triangles;
@@ -78,20 +73,29 @@ qint64 AxRepairGeometry(osg::Geometry& geometry)
     triangles.indices = good.get();
     geometry.accept(triangles);
     geometry.removePrimitiveSet(0, geometry.getNumPrimitiveSets());
-    if (!good->empty())
+    if (isAnyBad)
+        faulty.insert(array);
+    if (good->empty())
+        geometry.setVertexArray(new osg::Vec3Array);
+    else
         geometry.addPrimitiveSet(good);
-    // Nothing refers to them any more but the box around the model.
-    const std::size_t bytes = array->getElementSize();
-    auto* data = static_cast<char*>(const_cast<void*>(array->getDataPointer()));
-    for (std::size_t i = 0; isAnyBad && i < count; ++i) {
-        if (vertices.IsPlace(i))
-            continue;
-        if (someGood < count)
-            std::memcpy(data + i * bytes, data + someGood * bytes, bytes);
-        else
-            std::memset(data + i * bytes, 0, bytes);
-    }
-    array->dirty();
     geometry.dirtyBound();
     return triangles.lost;
+}
+
+void AxFillFaultyVertices(osg::Array& array)
+{
+    const AxModelVertices vertices(&array);
+    const std::size_t count = vertices.Count();
+    std::size_t some = 0;
+    while (some < count && !vertices.IsPlace(some))
+        ++some;
+    if (some == count)
+        return;
+    const std::size_t bytes = array.getElementSize();
+    auto* data = static_cast<char*>(const_cast<void*>(array.getDataPointer()));
+    for (std::size_t i = 0; i < count; ++i)
+        if (!vertices.IsPlace(i))
+            std::memcpy(data + i * bytes, data + some * bytes, bytes);
+    array.dirty();
 }

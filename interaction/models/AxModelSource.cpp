@@ -139,7 +139,7 @@ void ExamineFile(const QFileInfo& file, AxModelSource& source)
     source.path = file.absoluteFilePath();
     source.name = file.completeBaseName();
     source.bytes = file.size();
-    source.isYUp = suffix == QLatin1String("gltf") || suffix == QLatin1String("glb");
+    source.isYUp = AxIsModelYUp(source.path);
     if (!file.isReadable())
         source.fault = SourceText(QT_TRANSLATE_NOOP("AxModelLayers", "%1 may not be read.")).arg(source.path);
     else if (suffix.isEmpty() ||
@@ -181,6 +181,12 @@ QStringList ModelsIn(const QDir& folder)
     return roots;
 }
 } // namespace
+
+bool AxIsModelYUp(const QString& file)
+{
+    const QString suffix = QFileInfo(file).suffix().toLower();
+    return suffix == QLatin1String("gltf") || suffix == QLatin1String("glb");
+}
 
 AxModelSource AxExamineModel(const QString& path)
 {

@@ -29,6 +29,9 @@ struct AxModelSource
 /// NAME_offset.xyz. The model itself is not read. Any thread.
 AXEARTHVIEWER_EXPORT AxModelSource AxExamineModel(const QString& path);
 
+/// Whether files of this kind have their second axis upwards.
+bool AxIsModelYUp(const QString& file);
+
 /// The files in which the levels of an export begin: Data/NAME/NAME.osgb, or all models in Data where there
 /// are none of these; of a model file, that one. Absolute, by their names. Any thread.
 AXEARTHVIEWER_EXPORT QStringList AxModelRoots(const AxModelSource& source);

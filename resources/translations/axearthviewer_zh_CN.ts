@@ -5925,6 +5925,10 @@ Heights are counted as those of the map.</source>
         <translation>缺少 %1 张纹理图片，例如“%2”；按无纹理绘制。</translation>
     </message>
     <message>
+        <source>Materials that are missing: %1, for one &quot;%2&quot;; drawn without.</source>
+        <translation>缺少 %1 个材质，例如“%2”；按无材质绘制。</translation>
+    </message>
+    <message>
         <source>Triangles with corners that are nowhere: %1, left out.</source>
         <translation>有 %1 个三角形的顶点无效，已略去。</translation>
     </message>
@@ -6094,6 +6098,10 @@ Heights are counted as those of the map.</source>
     <message>
         <source>missing</source>
         <translation>缺失</translation>
+    </message>
+    <message>
+        <source>refused</source>
+        <translation>被拒绝</translation>
     </message>
     <message>
         <source>loading, %1 %</source>
@@ -7230,8 +7238,28 @@ Heights are counted as those of the map.</source>
         <translation>保存区域以便无网络使用(&amp;N)...</translation>
     </message>
     <message>
-        <source>Areas saved for use without network are not there: %1</source>
-        <translation>为无网络使用保存的区域不存在：%1</translation>
+        <source>Areas saved for use without network are not there: %1. The menu View finds or forgets them.</source>
+        <translation>为无网络使用保存的区域不存在：%1。可在“视图”菜单中查找或不再记住它们。</translation>
+    </message>
+    <message>
+        <source>Saved areas that are &amp;not there</source>
+        <translation>不存在的已保存区域(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Find file…</source>
+        <translation>查找文件(&amp;F)…</translation>
+    </message>
+    <message>
+        <source>Where is %1 now?</source>
+        <translation>%1 现在在哪里？</translation>
+    </message>
+    <message>
+        <source>Tiles (*.mbtiles)</source>
+        <translation>瓦片 (*.mbtiles)</translation>
+    </message>
+    <message>
+        <source>F&amp;orget</source>
+        <translation>不再记住(&amp;O)</translation>
     </message>
     <message>
         <source>%1 is shown on the map, with or without a network.</source>

@@ -46,14 +46,30 @@ TEST(ModelPlacement, PutsPointsWhereTheirSystemHasThem)
     EXPECT_NEAR((far * at - Utm13(620000.0 + far.x(), 4100000.0 + far.y(), 300.0 + far.z())).length(), 0.08,
                 0.01);
 
-    // US survey feet, heights among them.
-    const auto feet = AxModelPlacement::Of("EPSG:2233", {3000000.0, 1700000.0, 1000.0});
-    ASSERT_TRUE(feet);
-    const osg::Vec3d low = osg::Vec3d(0, 0, 0) * *feet->At({});
-    const osg::Vec3d high = osg::Vec3d(0, 0, 100) * *feet->At({});
-    const osg::Vec3d side = osg::Vec3d(100, 0, 0) * *feet->At({});
-    EXPECT_NEAR((high - low).length(), 30.48, 0.01);
-    EXPECT_NEAR((side - low).length(), 30.48, 0.01);
+    const struct
+    {
+        const char* system;
+        osg::Vec3d origin;
+        double metresUp; // of 100 units
+        double metresAside;
+    } units[] = {
+        {"EPSG:2233", {3000000.0, 1700000.0, 1000.0}, 30.48, 30.48}, // US survey feet
+        {"EPSG:2227+5703", {6000000.0, 2100000.0, 1000.0}, 100.0, 30.48},
+        {"EPSG:32613+6360", {500000.0, 4100000.0, 1000.0}, 30.48, 100.0},
+        {"EPSG:32613+5703", {500000.0, 4100000.0, 1000.0}, 100.0, 100.0},
+        // Where its metres are as short as feet.
+        {"EPSG:3857", {0.0, 11800000.0, 1000.0}, 100.0, 30.9},
+    };
+    for (const auto& row : units) {
+        const auto placed = AxModelPlacement::Of(row.system, row.origin, &why);
+        ASSERT_TRUE(placed) << row.system << why.toStdString();
+        const osg::Matrixd matrix = *placed->At({});
+        const osg::Vec3d zero = osg::Vec3d() * matrix;
+        EXPECT_NEAR((osg::Vec3d(0, 0, 100) * matrix - zero).length(), row.metresUp, 0.05) << row.system;
+        EXPECT_NEAR((osg::Vec3d(100, 0, 0) * matrix - zero).length(), row.metresAside, 0.4) << row.system;
+        const auto low = AxModelPlacement::Of(row.system, {row.origin.x(), row.origin.y(), 0.0});
+        EXPECT_NEAR((zero - osg::Vec3d() * *low->At({})).length(), 10.0 * row.metresUp, 0.05) << row.system;
+    }
 
     const auto enu = AxModelPlacement::Of(" ENU:37.25, -105.5 ", {10.0, 20.0, 30.0});
     ASSERT_TRUE(enu);
@@ -167,6 +183,14 @@ TEST(ModelGeometry, FaultyTrianglesGoAndTheOthersStayWhereTheyAre)
     osg::ref_ptr<osg::Vec3dArray> vertices = new osg::Vec3dArray;
     for (const osg::Vec3d& at : {osg::Vec3d(), {1, 0, 0}, {0, 1, 0}, {NAN, 0, 0}})
         vertices->push_back(at + far);
+    // One that shares the vertices, and one of which nothing is left.
+    osg::ref_ptr<osg::Geometry> sharer = new osg::Geometry;
+    sharer->setVertexArray(vertices);
+    sharer->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 1, 3));
+    osg::ref_ptr<osg::Geometry> nowhere = new osg::Geometry;
+    nowhere->setVertexArray(new osg::Vec3Array(3));
+    static_cast<osg::Vec3Array&>(*nowhere->getVertexArray())[0].x() = NAN;
+    nowhere->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLES, 0, 3));
     osg::ref_ptr<osg::Geometry> geometry = new osg::Geometry;
     geometry->setVertexArray(vertices);
     geometry->setNormalArray(new osg::Vec3Array(osg::Array::BIND_PER_VERTEX, 2));
@@ -177,9 +201,14 @@ TEST(ModelGeometry, FaultyTrianglesGoAndTheOthersStayWhereTheyAre)
     constexpr int cells = 120;
     osg::ref_ptr<osg::LOD> levels = new osg::LOD;
     levels->addChild(made.Surface(far.x(), far.y(), cells, MadeUpExport::Picture()), 0.0f, 100.0f);
-    levels->addChild(geometry, 100.0f, 1e9f);
+    osg::ref_ptr<osg::Geode> coarse = new osg::Geode;
+    for (const auto& part : {geometry, sharer, nowhere})
+        coarse->addDrawable(part);
+    levels->addChild(coarse, 100.0f, 1e9f);
     osg::ref_ptr<osg::Node> model = levels;
-    EXPECT_EQ(AxPrepareModel(*model, nullptr), 12);
+    EXPECT_EQ(AxPrepareModel(*model, nullptr), 14);
+    EXPECT_EQ(sharer->getNumPrimitiveSets(), 0u);
+    EXPECT_FALSE(nowhere->getBoundingBox().valid());
     const osg::Vec3d zero = AxGatherModel(model);
     ASSERT_EQ(levels->getNumChildren(), 2u) << "parts of a level are no levels";
     EXPECT_GE(levels->getChild(0)->asGroup()->getNumChildren(), 2u);

@@ -14,6 +14,8 @@
 #include <osgDB/WriteFile>
 #include <osgEarth/ModelLayer>
 
+#include <QDir>
+#include <QFile>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -47,6 +49,31 @@ protected:
         options.coordinateSystem = system;
         QString why;
         const QString id = viewer->GetModelLayers()->Add(file, options, &why);
+        EXPECT_FALSE(id.isEmpty()) << why.toStdString();
+        return id;
+    }
+    /// The same as an export of one tile without finer levels, far from its zero.
+    QString AddExport(const char* name, const char* system) const
+    {
+        const osg::ref_ptr<osg::Geometry> mesh = new osg::Geometry;
+        const osg::ref_ptr<osg::Vec3Array> corners = new osg::Vec3Array;
+        for (const osg::Vec3d& corner : {osg::Vec3d(-1, -1, 0), {1, -1, 0}, {1, 1, 0}, {-1, 1, 0.05}})
+            corners->push_back(osg::Vec3d(500000.0, 0.0, 0.0) + corner * 1000.0);
+        mesh->setVertexArray(corners);
+        mesh->addPrimitiveSet(new osg::DrawArrays(GL_TRIANGLE_FAN, 0, 4));
+        const QString there = folder.filePath(name);
+        QFile metadata(there + "/metadata.xml");
+        EXPECT_TRUE(QDir().mkpath(there + "/Data/T") && metadata.open(QIODevice::WriteOnly));
+        metadata.write(
+            QString("<ModelMetadata><SRS>%1</SRS><SRSOrigin>-500000,0,0</SRSOrigin></ModelMetadata>")
+                .arg(system)
+                .toUtf8());
+        metadata.close();
+        EXPECT_TRUE(osgDB::writeNodeFile(*mesh, (there + "/Data/T/T.osgb").toStdString()));
+        AxModelOptions options;
+        options.name = name;
+        QString why;
+        const QString id = viewer->GetModelLayers()->Add(metadata.fileName(), options, &why);
         EXPECT_FALSE(id.isEmpty()) << why.toStdString();
         return id;
     }
@@ -91,7 +118,7 @@ TEST_F(ModelOutlines, MeetBlocksAndAreToldAsModelsComeAndGo)
     QObject receiver;
     QObject::connect(viewer->GetModelLayers(), &AxModelLayers::loaded, &receiver,
                      [] { viewer->slotRequestIntersection("beside"); });
-    const QString mine = AddModel("Mine", "ENU:10,21.5");
+    const QString mine = AddExport("Mine", "ENU:10,21.5");
     viewer->slotRequestIntersection("beside");
     ASSERT_TRUE(waitFor([&] { return answers.size() == 2; }));
     EXPECT_TRUE(answers[0][0].toBool() && answers[1][0].toBool());
