@@ -1,5 +1,7 @@
 #include "viewer/AxMapLayers.h"
 
+#include <AxData/tiles/AxTileFetch.h>
+
 #include <osgEarth/ElevationLayer>
 #include <osgEarth/ImageLayer>
 #include <osgEarth/ModelLayer>
@@ -28,6 +30,17 @@ AxMapLayer Described(const osgEarth::TerrainLayer& layer, AxMapLayer::Kind kind)
     if (extent.isValid())
         shown.extent = QRectF(extent.west(), extent.south(), extent.width(), extent.height());
     return shown;
+}
+
+// An MBTiles file across 180 degrees says that it has the whole turn.
+std::optional<QRectF> ExtentOfTiles(const QString& file)
+{
+    constexpr double wholeTurn = 360.0;
+    const std::optional<AxTileBounds> bounds = AxTileFileBounds(file);
+    if (!bounds)
+        return {};
+    const double width = bounds->east - bounds->west + (bounds->east < bounds->west ? wholeTurn : 0.0);
+    return QRectF(bounds->west, bounds->south, width, bounds->north - bounds->south);
 }
 
 // Less the file and the words around it, which both the engine and GDAL put before what they say.
@@ -195,8 +208,11 @@ QList<AxMapLayer> AxMapLayers::All() const
     }
     for (auto layer = heights.rbegin(); layer != heights.rend(); ++layer)
         all += Described(**layer, AxMapLayer::Kind::Elevation);
-    for (AxMapLayer& layer : all)
+    for (AxMapLayer& layer : all) {
         layer.isAdded = added.contains(layer.id);
+        if (const auto extent = added.value(layer.id).extent)
+            layer.extent = extent;
+    }
     return all;
 }
 
@@ -243,7 +259,7 @@ int AxMapLayers::shownAgain(const QString& file, AxMapLayer::Kind kind)
         const int id = one.key();
         const bool isOfKind = kind == AxMapLayer::Kind::Image ? map->getImageLayerByUID(id) != nullptr
                                                               : map->getElevationLayerByUID(id) != nullptr;
-        if (isOfKind && one.value() == path) {
+        if (isOfKind && one->path == path) {
             SetVisible(id, true);
             return id;
         }
@@ -260,7 +276,7 @@ int AxMapLayers::AddImage(const QString& file, QString* why)
     const osg::ref_ptr<ImageLayer> layer = Opened<ImageLayer>(file, why);
     if (!layer)
         return 0;
-    added[layer->getUID()] = QFileInfo(file).canonicalFilePath();
+    added[layer->getUID()] = {QFileInfo(file).canonicalFilePath(), ExtentOfTiles(file)};
     map->addImageLayer(layer);
     return layer->getUID();
 }
@@ -274,7 +290,7 @@ int AxMapLayers::AddElevation(const QString& file, QString* why)
     const osg::ref_ptr<ElevationLayer> layer = Opened<ElevationLayer>(file, why);
     if (!layer)
         return 0;
-    added[layer->getUID()] = QFileInfo(file).canonicalFilePath();
+    added[layer->getUID()] = {QFileInfo(file).canonicalFilePath(), std::nullopt};
     map->addElevationLayer(layer);
     emit elevationAdded(QString::fromStdString(layer->getName()), file);
     return layer->getUID();

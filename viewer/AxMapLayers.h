@@ -30,7 +30,8 @@ struct AxMapLayer
     double opacity = 1.0;    ///< from 0 to 1; only pictures and features fade
     bool isAdded = false;    ///< since the map was loaded: it can be removed
     QString fault;           ///< why it shows nothing, in words; empty when it does
-    /// West, south, width and height of its data, degrees; nothing where that is not known.
+    /// West, south, width and height of its data, degrees, beyond 180 in the east where it lies across that;
+    /// nothing where that is not known.
     std::optional<QRectF> extent;
 };
 
@@ -80,5 +81,11 @@ private:
 
     osg::ref_ptr<osgEarth::Map> map;
     osg::ref_ptr<Watch> watch;
-    QHash<int, QString> added; ///< their files
+    /// A file that was added.
+    struct Added
+    {
+        QString path;
+        std::optional<QRectF> extent; ///< as the file itself tells it, where its layer knows no better
+    };
+    QHash<int, Added> added;
 };

@@ -191,6 +191,7 @@ void LayerPanel::FlyTo(int id)
         const double range =
             qBound(nearest, 2.0 * qMax(width, layer.extent->height()) * metresPerDegree, 2e7);
         viewer->getManipulator()->setViewpoint(
-            osgEarth::Viewpoint("", middle.x(), middle.y(), 0.0, 0.0, -90.0, range), flightSeconds);
+            osgEarth::Viewpoint("", std::remainder(middle.x(), 360.0), middle.y(), 0.0, 0.0, -90.0, range),
+            flightSeconds);
     }
 }

@@ -3,7 +3,9 @@
 #include "viewer/AxMapLayers.h"
 #include "viewer/CAxEarthViewer.h"
 
+#include <QAction>
 #include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -33,6 +35,55 @@ OfflineAreas::~OfflineAreas()
 void OfflineAreas::FillMenu(QMenu* menu)
 {
     menu->addAction(tr("Save area for use without &network..."), this, &OfflineAreas::Open);
+    missing = menu->addMenu(tr("Saved areas that are &not there"));
+    connect(menu, &QMenu::aboutToShow, this, &OfflineAreas::FillMissing);
+    FillMissing();
+}
+
+void OfflineAreas::FillMissing()
+{
+    if (!missing)
+        return;
+    const QStringList files = Missing();
+    qDeleteAll(missing->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+    missing->menuAction()->setVisible(!files.isEmpty());
+    for (const QString& file : files) {
+        const QString title = QDir::toNativeSeparators(file).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        QMenu* one = missing->addMenu(title);
+        one->addAction(tr("&Find file…"), this, [this, file] {
+            const QString there =
+                QFileDialog::getOpenFileName(window, tr("Where is %1 now?").arg(QFileInfo(file).fileName()),
+                                             QFileInfo(file).path(), tr("Tiles (*.mbtiles)"));
+            if (!there.isEmpty())
+                FindAgain(file, there);
+        });
+        one->addAction(tr("F&orget"), this, [this, file] { Forget(file); });
+    }
+}
+
+QStringList OfflineAreas::Missing() const
+{
+    QStringList files;
+    for (auto file = shown.begin(); file != shown.end(); ++file)
+        if (file.value() == 0 && !QFileInfo(file.key()).isFile())
+            files += file.key();
+    return files;
+}
+
+void OfflineAreas::Forget(const QString& file)
+{
+    if (shown.value(file, -1) != 0)
+        return;
+    shown.remove(file);
+    emit KeptChanged();
+}
+
+bool OfflineAreas::FindAgain(const QString& file, const QString& there)
+{
+    if (!Show(there))
+        return false;
+    Forget(file);
+    return true;
 }
 
 QByteArray OfflineAreas::Kept() const
@@ -53,17 +104,15 @@ void OfflineAreas::SetKept(const QByteArray& text)
 
 void OfflineAreas::ShowKept()
 {
-    QStringList missing;
-    for (const QString& file : shown.keys()) {
-        // On a drive that is not there today, say: it is looked for again the next time.
-        if (!QFileInfo(file).isFile())
-            missing += QDir::toNativeSeparators(file);
-        else if (shown.value(file) == 0)
+    for (const QString& file : shown.keys())
+        if (shown.value(file) == 0 && QFileInfo(file).isFile())
             Show(file);
-    }
-    if (!missing.isEmpty())
-        emit Told(tr("Areas saved for use without network are not there: %1")
-                      .arg(missing.join(QStringLiteral(", "))));
+    // On a drive that is not there today, say: they are looked for again the next time.
+    const QStringList away = Missing();
+    if (!away.isEmpty())
+        emit Told(tr("Areas saved for use without network are not there: %1. The menu View finds or forgets "
+                     "them.")
+                      .arg(QDir::toNativeSeparators(away.join(QStringLiteral(", ")))));
 }
 
 bool OfflineAreas::Show(const QString& file)

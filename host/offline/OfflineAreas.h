@@ -24,6 +24,12 @@ public:
     ~OfflineAreas() override;
 
     void FillMenu(QMenu* menu);
+    /// Files that are not where they were.
+    QStringList Missing() const;
+    /// Does not look for it any more; nothing for a file that is shown.
+    void Forget(const QString& file);
+    /// Shows another file in the place of a missing one; false, with the reason told, where that fails.
+    bool FindAgain(const QString& file, const QString& there);
 
     /// Everything to be kept from one run to the next: the files, and what was typed last.
     QByteArray Kept() const;
@@ -42,12 +48,14 @@ signals:
 
 private:
     void Open();
+    void FillMissing();
     void ShowKept();
     void OnLayers();
 
     CAxEarthViewer* viewer;
     QWidget* window;
     QPointer<OfflineBox> box;
+    QPointer<QMenu> missing;  ///< a submenu for each one
     QMap<QString, int> shown; ///< IDs of their layers; 0: not on the map
     QByteArray typed;         ///< by the box
 };

@@ -18,14 +18,12 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
-#include <QLocale>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -37,20 +35,6 @@ constexpr qint64 tilesToAskAbout = 20000;
 constexpr int recountMs = 500;
 constexpr int usualMargin = 200;
 constexpr int barSteps = 1000;
-constexpr int msOfSecond = 1000;
-
-QString Size(double bytes)
-{
-    constexpr double gigabyte = 1e9;
-    constexpr double megabyte = 1e6;
-    return bytes >= gigabyte ? OfflineBox::tr("%1 GB").arg(QLocale().toString(bytes / gigabyte, 'f', 1))
-                             : OfflineBox::tr("%1 MB").arg(QLocale().toString(bytes / megabyte, 'f', 1));
-}
-
-QString Number(qint64 number)
-{
-    return QLocale().toString(number);
-}
 
 QLabel* Line(const char* name)
 {
@@ -93,8 +77,7 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(saver, &OfflineSaver::Progressed, this, &OfflineBox::OnProgress);
     connect(saver, &OfflineSaver::Ended, this, &OfflineBox::OnEnded);
     connect(saver, &OfflineSaver::Estimated, this, [this](const AxTileGuess& found) {
-        guessedTiles = found.why.isEmpty() ? found.tiles : 0;
-        guessedBytes = found.bytes;
+        tally.SetGuess(found);
         guessed->setText(found.why);
         guessed->setVisible(!found.why.isEmpty());
         ShowBusy();
@@ -117,7 +100,7 @@ void OfflineBox::BuildService(QFormLayout* form)
     form->addRow(tr("A&ttribution"), attribution);
     connect(service, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &OfflineBox::OnService);
     connect(address, &QLineEdit::textEdited, this, [this] {
-        guessedTiles = 0;
+        tally.ForgetGuess();
         guessed->hide();
     });
 }
@@ -254,7 +237,7 @@ void OfflineBox::OnService()
         address->setText(services[chosen].address);
         lastLevel->setValue(std::min(lastLevel->value(), services[chosen].lastLevel));
     }
-    guessedTiles = 0;
+    tally.ForgetGuess();
     guessed->hide();
     Count();
 }
@@ -330,46 +313,14 @@ void OfflineBox::Count()
     if (!job) {
         count->setText(why);
     } else {
-        const bool areLevelsSame =
-            job->firstLevel == counted.firstLevel && job->lastLevel == counted.lastLevel;
-        if (!areLevelsSame || !(job->area == counted.area))
-            countedTiles = job->area.Count(job->firstLevel, job->lastLevel);
-        // A large file takes a moment to be looked through, and the map moves all the time.
-        const QDateTime since = QFileInfo(job->file).lastModified();
-        if (!areLevelsSame || job->file != counted.file || since != ofFileSince ||
-            job->service.address != counted.service.address) {
-            ofFile = AxLookAtTileFile(*job);
-            ofFileSince = since;
-        }
-        counted = *job;
-        ShowCount();
+        tally.Look(*job);
+        count->setText(tally.Text());
+        pixel->setText(tally.PixelText());
     }
     const bool isFine = job && !saver->IsBusy();
-    OKButton()->setEnabled(isFine && ofFile.fault.isEmpty());
+    OKButton()->setEnabled(isFine && tally.File().fault.isEmpty());
     guess->setEnabled(isFine);
-    retry->setEnabled(isFine && ofFile.missing > 0);
-}
-
-void OfflineBox::ShowCount()
-{
-    const AxTileBounds bounds = counted.area.Bounds();
-    pixel->setText(
-        tr("a pixel of the finest is %1")
-            .arg(AxUnits::Length(AxTilePixelMetres(counted.lastLevel, (bounds.south + bounds.north) / 2.0))));
-    QString text = tr("%1 tiles").arg(Number(countedTiles));
-    if (guessedTiles > 0)
-        text += tr(", about %1")
-                    .arg(Size(guessedBytes / static_cast<double>(guessedTiles) *
-                              static_cast<double>(countedTiles)));
-    const QStorageInfo disk(QFileInfo(counted.file).absolutePath());
-    if (disk.isValid())
-        text += tr("; %1 are free").arg(Size(static_cast<double>(disk.bytesAvailable())));
-    if (!ofFile.fault.isEmpty())
-        text += QLatin1Char('\n') + ofFile.fault;
-    else if (ofFile.tiles + ofFile.missing > 0)
-        text += QLatin1Char('\n') +
-                tr("The file has %1 tiles already; it is gone on with.").arg(Number(ofFile.tiles));
-    count->setText(text);
+    retry->setEnabled(isFine && tally.File().missing > 0);
 }
 
 void OfflineBox::Guess()
@@ -395,7 +346,7 @@ bool OfflineBox::MayBegin(const AxTileJob& job)
     box.SetMsgText(
         tr("These are %1 tiles, which take long and burden the service. A level less has a quarter of "
            "them. Do you want to fetch them all?")
-            .arg(Number(tiles)));
+            .arg(OfflineTally::Number(tiles)));
     box.SetBtnOKText(tr("Fetch"));
     box.SetCancelDefault(true);
     const QPointer<OfflineBox> guard(this);
@@ -457,17 +408,7 @@ void OfflineBox::ShowBusy()
 void OfflineBox::OnProgress(const AxTileProgress& progress)
 {
     bar->setValue(progress.all > 0 ? static_cast<int>(progress.Done() * barSteps / progress.all) : 0);
-    QString text = tr("Level %1: %2 of %3 tiles, %4 fetched")
-                       .arg(QString::number(progress.level), Number(progress.Done()), Number(progress.all),
-                            Size(static_cast<double>(progress.bytes)));
-    if (progress.unusable > 0)
-        text +=
-            QLatin1Char('\n') + tr("%1 could not be had: %2").arg(Number(progress.unusable), progress.why);
-    else if (progress.waitMs > 0)
-        text += QLatin1Char('\n') +
-                tr("Waiting for %1 s: %2")
-                    .arg(Number((progress.waitMs + msOfSecond - 1) / msOfSecond), progress.why);
-    state->setText(text);
+    state->setText(OfflineTally::ProgressText(progress));
 }
 
 void OfflineBox::OnEnded(AxTileEnd end, const QString& why, const AxTileProgress& progress)
@@ -475,15 +416,7 @@ void OfflineBox::OnEnded(AxTileEnd end, const QString& why, const AxTileProgress
     OnProgress(progress);
     // What is missing after that was asked for twice; going on does not begin with it once more.
     retry->setChecked(false);
-    QString text =
-        tr("%1: %2 of %3 tiles are saved.")
-            .arg(QFileInfo(saving).fileName(), Number(progress.Done() - progress.unusable - progress.missing),
-                 Number(progress.all));
-    if (progress.missing > 0)
-        text +=
-            QLatin1Char(' ') + tr("The service has no more: %1 are missing.").arg(Number(progress.missing));
-    if (!why.isEmpty())
-        text = end == AxTileEnd::NotBegun || progress.all == 0 ? why : text + QLatin1Char('\n') + why;
+    const QString text = OfflineTally::EndText(QFileInfo(saving).fileName(), end, why, progress);
     state->setText(text);
     ShowBusy();
     Count();

@@ -1,9 +1,9 @@
 #pragma once
 #include "host/offline/OfflineSaver.h"
+#include "host/offline/OfflineTally.h"
 
 #include <AxBaseUI/CAxBaseDialog.h>
 
-#include <QDateTime>
 #include <QList>
 #include <QTimer>
 
@@ -65,7 +65,6 @@ private:
     std::optional<AxTileArea> Area(QString& why) const;
     std::optional<AxTileJob> Job(QString& why) const;
     void Count();
-    void ShowCount();
     void Guess();
     bool MayBegin(const AxTileJob& job);
     void OnProgress(const AxTileProgress& progress);
@@ -93,11 +92,6 @@ private:
     QLabel* state;
     QList<QWidget*> inputs; ///< nothing of it changes while tiles are fetched
     QTimer recount;         ///< the view moves, blocks change
-    AxTileJob counted;      ///< of which the numbers are
-    qint64 countedTiles = 0;
-    AxTileFileState ofFile; ///< the one of the job
-    QDateTime ofFileSince;  ///< when that file changed
-    QString saving;         ///< the file that is being fetched
-    qint64 guessedTiles = 0;
-    double guessedBytes = 0.0;
+    OfflineTally tally;
+    QString saving; ///< the file that is being fetched
 };

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLocale>
+#include <QNetworkProxy>
 #include <QPolygonF>
 #include <QSignalSpy>
 #include <QSqlDatabase>
@@ -459,6 +460,39 @@ TEST_F(Tiles, ThatAreThereAreNotAskedForAgain)
     EXPECT_EQ(AxLookAtTileFile(job).missing, 0);
 }
 
+TEST_F(Tiles, AreKnownToLieAcross180Degrees)
+{
+    const struct
+    {
+        const char* what;
+        AxTileArea added;
+        double west;
+        double east;
+        const char* bounds;
+    } rows[] = {
+        {"on both sides", Rectangle(179.0, 10.0, -179.5, 11.0), 179.0, -179.5,
+         "-180.0000000,10.0000000,180.0000000,11.0000000"},
+        {"more in the east", Rectangle(-179.8, 10.0, -178.0, 11.0), 179.0, -178.0,
+         "-180.0000000,10.0000000,180.0000000,11.0000000"},
+        {"more in the west", Rectangle(177.0, 10.0, 178.0, 11.0), 177.0, -178.0,
+         "-180.0000000,10.0000000,180.0000000,11.0000000"},
+        {"the whole turn", Rectangle(-180.0, 10.0, 180.0, 11.0), -180.0, 180.0,
+         "-180.0000000,10.0000000,180.0000000,11.0000000"},
+    };
+    AxTileJob job = Job(4, 5);
+    for (const auto& row : rows) {
+        job.area = row.added;
+        ASSERT_EQ(Run(job).end, AxTileEnd::Complete) << row.what;
+        const auto bounds = AxTileFileBounds(job.file);
+        ASSERT_TRUE(bounds) << row.what;
+        EXPECT_NEAR(bounds->west, row.west, 1e-6) << row.what;
+        EXPECT_NEAR(bounds->east, row.east, 1e-6) << row.what;
+        EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT value FROM metadata WHERE name = 'bounds'")),
+                  row.bounds);
+    }
+    EXPECT_FALSE(AxTileFileBounds(folder.filePath(QStringLiteral("none.mbtiles"))));
+}
+
 TEST_F(Tiles, ThatAreRefusedDoNotKeepTheOthersOut)
 {
     const auto isRefused = [](const Asked& asked) { return asked.level == 12 && asked.column < 855; };
@@ -564,7 +598,7 @@ TEST_F(Tiles, NeedAJobAndAFileOfTheirOwn)
 TEST_F(Tiles, AreEstimatedFromAFew)
 {
     const QByteArray picture = LoopbackTiles::Picture(Qt::green);
-    const AxTileJob job = Job(6, 15);
+    AxTileJob job = Job(6, 15);
     const auto guess = [&job] {
         AxTileEstimate estimate(job);
         QSignalSpy done(&estimate, &AxTileEstimate::done);
@@ -587,4 +621,38 @@ TEST_F(Tiles, AreEstimatedFromAFew)
     server.paths.clear();
     EXPECT_FALSE(guess().why.isEmpty());
     EXPECT_LE(server.paths.size(), 2) << "a service that refuses is asked no more";
+    const QNetworkProxy before = QNetworkProxy::applicationProxy();
+    QTcpServer nobody;
+    ASSERT_TRUE(nobody.listen(QHostAddress::LocalHost));
+    QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, "127.0.0.1", nobody.serverPort()});
+    nobody.close();
+    job.service.address = QStringLiteral("http://tiles.invalid/{z}/{x}/{y}.png");
+    const QString why = guess().why;
+    EXPECT_TRUE(why.contains(QStringLiteral("proxy"))) << qPrintable(why);
+    QNetworkProxy::setApplicationProxy(before);
+}
+
+TEST_F(Tiles, MayBeLetGoByTheListenerOfTheirEnd)
+{
+    auto fetch = std::make_unique<AxTileFetch>(Job(10, 10));
+    auto estimate = std::make_unique<AxTileEstimate>(Job(10, 10));
+    QEventLoop loop;
+    const auto quitAfterBoth = [&] {
+        if (!fetch && !estimate)
+            loop.quit();
+    };
+    QObject::connect(fetch.get(), &AxTileFetch::ended, &loop, [&] {
+        fetch.reset();
+        quitAfterBoth();
+    });
+    QObject::connect(estimate.get(), &AxTileEstimate::done, &loop, [&] {
+        estimate.reset();
+        quitAfterBoth();
+    });
+    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+    fetch->Start();
+    estimate->Start();
+    loop.exec();
+    EXPECT_FALSE(fetch);
+    EXPECT_FALSE(estimate);
 }

@@ -102,4 +102,15 @@ TEST_F(OfflineAreasTest, WhatIsSavedIsShownInItsPlaceAndKept)
     ASSERT_EQ(Layers(), before + 1);
     viewer->GetMapLayers()->Remove(Added().id);
     EXPECT_EQ(next.Files(), QStringList{away});
+    EXPECT_EQ(next.Missing(), QStringList{away});
+    EXPECT_FALSE(next.FindAgain(away, folder.filePath(QStringLiteral("nowhere.mbtiles"))));
+    EXPECT_EQ(next.Files(), QStringList{away});
+    EXPECT_TRUE(next.FindAgain(away, file));
+    EXPECT_EQ(next.Files(), QStringList{file});
+    next.Forget(file);
+    EXPECT_EQ(next.Files(), QStringList{file}) << "it is shown";
+    viewer->GetMapLayers()->Remove(Added().id);
+    next.SetKept(kept);
+    next.Forget(away);
+    EXPECT_FALSE(next.Files().contains(away));
 }

@@ -39,6 +39,18 @@ public:
     }
 };
 
+// Qt reports what a proxy of plain http does as if the host had done it.
+QNetworkReply::NetworkError OfWhom(QNetworkReply::NetworkError error, const QUrl& url)
+{
+    if (error != QNetworkReply::HostNotFoundError && error != QNetworkReply::ConnectionRefusedError)
+        return error;
+    const QList<QNetworkProxy> proxies = Proxies().queryProxy(QNetworkProxyQuery(url));
+    if (proxies.isEmpty() || proxies.constFirst().type() == QNetworkProxy::NoProxy)
+        return error;
+    return error == QNetworkReply::HostNotFoundError ? QNetworkReply::ProxyNotFoundError
+                                                     : QNetworkReply::ProxyConnectionRefusedError;
+}
+
 AxTileAnswer Told(Kind kind, const QString& why)
 {
     AxTileAnswer answer;
@@ -184,7 +196,7 @@ void AxTileAsker::finish(QNetworkReply* reply, const Asked& asked,
     running.removeOne(reply);
     reply->deleteLater();
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    const QNetworkReply::NetworkError error = reply->error();
+    const QNetworkReply::NetworkError error = OfWhom(reply->error(), reply->url());
     AxTileAnswer answer;
     if (asked.isTooLarge)
         answer = Told(Kind::Unusable, AxTileText::tr("The answer is larger than a tile can be."));

@@ -46,6 +46,9 @@ struct AxTileFileState
 /// Looks without changing it. Any thread.
 AXDATA_EXPORT AxTileFileState AxLookAtTileFile(const AxTileJob& job);
 
+/// Where the tiles are of a file that AxTileFetch has written; nothing for other files. Any thread.
+AXDATA_EXPORT std::optional<AxTileBounds> AxTileFileBounds(const QString& file);
+
 /// How far a job is. A plain value.
 struct AxTileProgress
 {

@@ -13,6 +13,8 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 
 namespace {
 // "MPBX": what MBTiles 1.3 asks for.
@@ -21,6 +23,8 @@ constexpr int applicationId = 0x4d504258;
 // In the table "metadata", beside the names that MBTiles gives.
 const QString serviceFact = QStringLiteral("ax_service");
 const QString levelsFact = QStringLiteral("ax_levels");
+/// As "bounds", but with an east less than its west where the tiles lie across 180 degrees.
+const QString boundsFact = QStringLiteral("ax_bounds");
 
 QString LevelsText(const AxTileJob& job)
 {
@@ -32,28 +36,65 @@ QString Number(double value)
     return QString::number(value, 'f', 7);
 }
 
-// MBTiles has no bounds across 180 degrees.
 QString BoundsText(const AxTileBounds& bounds)
 {
-    const bool isAcross = bounds.east < bounds.west;
-    return QStringList{Number(isAcross ? -180.0 : bounds.west), Number(bounds.south),
-                       Number(isAcross ? 180.0 : bounds.east), Number(bounds.north)}
+    return QStringList{Number(bounds.west), Number(bounds.south), Number(bounds.east), Number(bounds.north)}
         .join(QLatin1Char(','));
 }
 
-QString BoundsOfBoth(const QString& former, const QString& added)
+// MBTiles has no bounds across 180 degrees.
+AxTileBounds WithoutCrossing(AxTileBounds bounds)
 {
-    const QStringList a = former.split(QLatin1Char(','));
-    const QStringList b = added.split(QLatin1Char(','));
-    if (a.size() != 4 || b.size() != 4)
-        return added;
-    QStringList all;
-    for (int i = 0; i < 4; ++i) {
-        const double one = a[i].toDouble();
-        const double other = b[i].toDouble();
-        all += Number(i < 2 ? std::min(one, other) : std::max(one, other));
+    if (bounds.east < bounds.west) {
+        bounds.west = -180.0;
+        bounds.east = 180.0;
     }
-    return all.join(QLatin1Char(','));
+    return bounds;
+}
+
+std::optional<AxTileBounds> BoundsOf(const QString& text)
+{
+    const QStringList parts = text.split(QLatin1Char(','));
+    if (parts.size() != 4)
+        return {};
+    std::array<double, 4> numbers{};
+    for (int i = 0; i < 4; ++i) {
+        bool isNumber = false;
+        numbers[static_cast<std::size_t>(i)] = parts[i].toDouble(&isNumber);
+        if (!isNumber || !std::isfinite(numbers[static_cast<std::size_t>(i)]))
+            return {};
+    }
+    const AxTileBounds bounds{numbers[0], numbers[1], numbers[2], numbers[3]};
+    const bool isOnGlobe = std::abs(bounds.west) <= 180.0 && std::abs(bounds.east) <= 180.0 &&
+                           bounds.south >= -90.0 && bounds.south < bounds.north && bounds.north <= 90.0;
+    return isOnGlobe ? std::make_optional(bounds) : std::nullopt;
+}
+
+// The narrowest that has both, be it across 180 degrees.
+AxTileBounds BoundsOfBoth(const AxTileBounds& a, const AxTileBounds& b)
+{
+    constexpr double wholeTurn = 360.0;
+    const auto eastOf = [](double from, double longitude) {
+        return longitude < from ? longitude + wholeTurn : longitude;
+    };
+    const auto widthFrom = [&](const AxTileBounds& first, const AxTileBounds& second) {
+        const double begin = eastOf(first.west, second.west);
+        return std::max(eastOf(first.west, first.east), eastOf(begin, second.east + (begin - second.west))) -
+               first.west;
+    };
+    const double fromA = widthFrom(a, b);
+    const double fromB = widthFrom(b, a);
+    AxTileBounds both{fromA <= fromB ? a.west : b.west, std::min(a.south, b.south), 0.0,
+                      std::max(a.north, b.north)};
+    const double width = std::min(fromA, fromB);
+    both.east = both.west + width;
+    if (both.east > 180.0)
+        both.east -= wholeTurn;
+    if (width >= wholeTurn) {
+        both.west = -180.0;
+        both.east = 180.0;
+    }
+    return both;
 }
 
 QString WhyOther(const QString& service, const QString& levels, const AxTileJob& job)
@@ -190,14 +231,16 @@ bool AxTileFile::SetFact(const QString& name, const QString& value)
 
 bool AxTileFile::WriteFacts(const AxTileJob& job)
 {
-    const QString former = Fact(QStringLiteral("bounds"));
-    const QString added = BoundsText(job.area.Bounds());
-    const QString bounds = former.isEmpty() ? added : BoundsOfBoth(former, added);
+    const QString own = Fact(boundsFact);
+    const auto former = BoundsOf(own.isEmpty() ? Fact(QStringLiteral("bounds")) : own);
+    const AxTileBounds added = job.area.Bounds();
+    const AxTileBounds bounds = former ? BoundsOfBoth(*former, added) : added;
     const QString format = Fact(QStringLiteral("format"));
     const QString finest = Fact(QStringLiteral("maxzoom"));
     return SetFact(QStringLiteral("name"), job.name) &&
            SetFact(QStringLiteral("format"), format.isEmpty() ? QStringLiteral("png") : format) &&
-           SetFact(QStringLiteral("bounds"), bounds) &&
+           SetFact(QStringLiteral("bounds"), BoundsText(WithoutCrossing(bounds))) &&
+           SetFact(boundsFact, BoundsText(bounds)) &&
            SetFact(QStringLiteral("minzoom"), QString::number(job.firstLevel)) &&
            SetFact(QStringLiteral("maxzoom"), finest.isEmpty() ? QString::number(job.firstLevel) : finest) &&
            SetFact(QStringLiteral("type"), QStringLiteral("baselayer")) &&
@@ -284,6 +327,18 @@ bool AxTileFile::SetFinestLevel(int level, QString& why)
         return true;
     return Begin(why) && (SetFact(QStringLiteral("maxzoom"), QString::number(level)) ||
                           Refuse(file->database.lastError().databaseText(), why));
+}
+
+std::optional<AxTileBounds> AxTileFileBounds(const QString& path)
+{
+    const QFileInfo info(path);
+    if (info.suffix().compare(QLatin1String("mbtiles"), Qt::CaseInsensitive) != 0 || !info.isFile())
+        return {};
+    AxSqlFile file(path, AxSqlFile::Mode::Look);
+    QSqlQuery query(file.database);
+    query.prepare(QStringLiteral("SELECT value FROM metadata WHERE name = ?"));
+    query.addBindValue(boundsFact);
+    return file.IsOpen() && query.exec() && query.next() ? BoundsOf(query.value(0).toString()) : std::nullopt;
 }
 
 AxTileFileState AxLookAtTileFile(const AxTileJob& job)
