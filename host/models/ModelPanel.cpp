@@ -8,6 +8,7 @@
 #include "viewer/CAxEarthViewer.h"
 
 #include <osgEarth/Viewpoint>
+#include <osgViewer/Viewer>
 
 #include <QAction>
 #include <QApplication>
@@ -118,6 +119,12 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     });
     connect(layers, &AxModelLayers::failed, this, [this](const QString& id, const QString& why) {
         emit Told(why);
+        const QVector<ModelsKept::Missing> missing = kept->GetMissing();
+        const auto refused = std::find_if(missing.begin(), missing.end(), [&](const auto& one) {
+            return one.isRefused && one.reason == why;
+        });
+        if (Chosen() == id && refused != missing.end())
+            ChooseMissing(refused->id);
         // A box lets events run, and there are others to be told.
         if (id == asked && IsUndisturbed())
             QMetaObject::invokeMethod(
@@ -161,6 +168,13 @@ int ModelPanel::ChosenMissing() const
     return item ? item->data(0, missingRole).toInt() : 0;
 }
 
+void ModelPanel::ChooseMissing(int id)
+{
+    for (int i = 0; i < list->topLevelItemCount(); ++i)
+        if (list->topLevelItem(i)->data(0, missingRole).toInt() == id)
+            list->setCurrentItem(list->topLevelItem(i));
+}
+
 void ModelPanel::Fill()
 {
     if (!Layers() || isFilling)
@@ -185,7 +199,7 @@ void ModelPanel::Fill()
         if (!isLayer) {
             const ModelsKept::Missing& one = missing[i - layers.size()];
             item->setText(0, one.name);
-            item->setText(1, tr("missing"));
+            item->setText(1, one.isRefused ? tr("refused") : tr("missing"));
             item->setToolTip(0, one.reason);
             item->setData(0, Qt::CheckStateRole, {});
             if (one.id == chosenMissing)
@@ -348,14 +362,23 @@ void ModelPanel::FlyTo(const QString& id)
     if (!layer || !layer->extent)
         return;
     const QPointF middle = layer->extent->center();
-    const double width = layer->extent->width() * std::cos(middle.y() * std::acos(-1.0) / 180.0);
-    const double size = std::max(
-        {width * metresPerDegree, layer->extent->height() * metresPerDegree, layer->highest - layer->lowest});
-    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", std::remainder(middle.x(), 360.0),
-                                                               middle.y(),
-                                                               0.5 * (layer->lowest + layer->highest), 0.0,
-                                                               oblique, std::max(nearest, 2.0 * size)),
-                                           flightSeconds);
+    const osg::Vec3d size(layer->extent->width() * std::cos(osg::DegreesToRadians(middle.y())) *
+                              metresPerDegree,
+                          layer->extent->height() * metresPerDegree, layer->highest - layer->lowest);
+    viewer->getManipulator()->setViewpoint(
+        osgEarth::Viewpoint("", std::remainder(middle.x(), 360.0), middle.y(),
+                            0.5 * (layer->lowest + layer->highest), 0.0, oblique,
+                            std::max(nearest, WholeFrom(0.5 * size.length()))),
+        flightSeconds);
+}
+
+double ModelPanel::WholeFrom(double radius) const
+{
+    constexpr double room = 1.05;
+    // Both are one over the tangent of half an angle: a map between panels may be narrower than it is high.
+    const osg::Matrixd& projection = viewer->getOSGViewer()->getCamera()->getProjectionMatrix();
+    const double cotangent = std::max(projection(0, 0), projection(1, 1));
+    return room * radius * std::hypot(1.0, cotangent);
 }
 
 void ModelPanel::PutOnGround()

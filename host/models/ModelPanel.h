@@ -42,6 +42,7 @@ signals:
 private:
     QString Chosen() const;    ///< the layer's ID; empty for none
     int ChosenMissing() const; ///< 0 for none
+    void ChooseMissing(int id);
     void Fill();
     void OnChosen();
     void OnItemChanged(QTreeWidgetItem* item, int column);
@@ -50,6 +51,8 @@ private:
     AxModelLayers* Layers() const; ///< null once the viewer goes
     void Fly();
     void FlyTo(const QString& id);
+    /// From how far a ball of that radius is seen as a whole, metres.
+    double WholeFrom(double radius) const;
     /// Whether nothing is done on the map, and it has not been moved since a model was asked for.
     bool IsUndisturbed() const;
     void PutOnGround();

@@ -94,6 +94,8 @@ QString ModelsKept::Text() const
     QJsonArray models;
     for (const Kept& one : all) {
         const auto layer = Layers() ? Layers()->Find(one.layer) : std::nullopt;
+        if (!layer && one.isRefused)
+            continue;
         models += layer ? WithWayFromHome(Written(layer->path, layer->options)) : one.model;
     }
     return models.isEmpty() ? QString()
@@ -164,8 +166,15 @@ void ModelsKept::OnAdded(const QString& layer)
 void ModelsKept::OnFailed(const QString& layer, const QString& why)
 {
     Kept* one = FindLayer(layer);
-    if (!one || one->model.isEmpty())
+    if (!one)
         return;
+    if (one->model.isEmpty()) {
+        const auto refused = Layers() ? Layers()->Find(layer) : std::nullopt;
+        if (!refused)
+            return;
+        one->isRefused = true;
+        one->model = Written(refused->path, refused->options);
+    }
     one->layer.clear();
     one->reason = why;
     emit missingChanged();
@@ -185,7 +194,8 @@ QVector<ModelsKept::Missing> ModelsKept::GetMissing() const
             continue;
         const QString path = one.model.value(pathKey).toString();
         const QString name = one.model.value(nameKey).toString();
-        missing += Missing{one.id, name.isEmpty() ? QFileInfo(path).fileName() : name, path, one.reason};
+        missing += Missing{one.id, name.isEmpty() ? QFileInfo(path).fileName() : name, path, one.reason,
+                           one.isRefused};
     }
     return missing;
 }

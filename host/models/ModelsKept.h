@@ -33,13 +33,14 @@ public:
     /// is left out and told.
     void SetText(const QString& text);
 
-    /// A model of the project that is not on the map.
+    /// A model of the project that is not on the map, or one that was asked for and refused.
     struct Missing
     {
         int id = 0; ///< above 0
         QString name;
         QString path;
         QString reason;
+        bool isRefused = false; ///< the project has not had it, and does not get it
     };
     QVector<Missing> GetMissing() const;
     void Forget(int id); ///< nothing for an ID that there is not
@@ -55,6 +56,7 @@ private:
     /// One model, in the order of the project.
     struct Kept
     {
+        bool isRefused = false; ///< it has never been on the map
         int id = 0;
         QString layer;     ///< on the map; empty for a missing one
         QJsonObject model; ///< as the project has it; empty for one that the pilot has added

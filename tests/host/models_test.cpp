@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QDoubleSpinBox>
 #include <QFile>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTreeWidget>
@@ -115,6 +116,62 @@ TEST_F(Models, GoWithTheProjectAndStayInItWhenTheyAreMissing)
         EXPECT_EQ(told.count(), 1) << wrong;
     }
     kept.SetText(QString());
+}
+
+TEST_F(Models, ThatAreRefusedAreListedWithTheReasonAndDoNotGoWithTheProject)
+{
+    ModelPanel panel(viewer);
+    ModelsKept& kept = *panel.Kept();
+    const auto* list = panel.findChild<QTreeWidget*>();
+    const QString path = Pyramid("refused.obj");
+    ASSERT_TRUE(QFile::rename(path, path + ".whole") && QFile(path).open(QIODevice::WriteOnly));
+    AxModelOptions options;
+    options.coordinateSystem = "ENU:37.4,-105";
+    options.lift = 3.0;
+    ASSERT_NE(Layers().Add(path, options), "");
+    ASSERT_TRUE(waitFor([&] { return kept.GetMissing().size() == 1; }));
+    EXPECT_TRUE(waitFor([&] { return Layers().All().isEmpty(); }));
+    ASSERT_EQ(list->topLevelItemCount(), 1);
+    EXPECT_TRUE(list->topLevelItem(0)->toolTip(0).contains("refused.obj"));
+    EXPECT_EQ(kept.Text(), QString());
+    QFile::remove(path);
+    QFile::rename(path + ".whole", path);
+    kept.TryAgain(kept.GetMissing()[0].id);
+    ASSERT_TRUE(WaitForLoaded(1));
+    EXPECT_EQ(Layers().All().constFirst().options.lift, 3.0);
+    EXPECT_NE(kept.Text(), QString()) << "now the project has it";
+}
+
+TEST_F(Models, AreSeenAsAWholeHoweverTallTheyAreAndNarrowTheMap)
+{
+    ModelPanel panel(viewer);
+    QFile file(folder.filePath("mast.obj"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("v 0 0 0\nv 10 0 0\nv 0 10 0\nv 3 3 300\nf 1 2 4\nf 2 3 4\nf 3 1 4\n");
+    file.close();
+    AxModelOptions options;
+    options.coordinateSystem = "ENU:37.4,-105.25";
+    options.origin = osg::Vec3d(0.0, 0.0, 3000.0);
+    const QSize before = viewer->size();
+    viewer->resize(300, before.height());
+    ASSERT_NE(Layers().Add(file.fileName(), options), "");
+    ASSERT_TRUE(WaitForLoaded(1));
+    auto* list = panel.findChild<QTreeWidget*>();
+    list->setCurrentItem(list->topLevelItem(0));
+    panel.findChild<QPushButton*>("ModelFly")->click();
+    const osg::Camera& camera = *viewer->getOSGViewer()->getCamera();
+    const auto isInPicture = [&](double height) {
+        osgEarth::GeoPoint place(viewer->getSRS()->getGeographicSRS(), -105.25, 37.4, height);
+        osg::Vec3d world;
+        place.toWorld(world);
+        const osg::Vec3d seen = world * camera.getViewMatrix() * camera.getProjectionMatrix();
+        return std::abs(seen.x()) < 1.0 && std::abs(seen.y()) < 1.0;
+    };
+    const AxModelLayer layer = Layers().All().constFirst();
+    EXPECT_TRUE(waitFor([&] {
+        return viewer->IsPictureComplete() && isInPicture(layer.lowest) && isInPicture(layer.highest);
+    }));
+    viewer->resize(before);
 }
 
 TEST_F(Models, ThatTellNoPlaceAreAskedFor)

@@ -1,4 +1,5 @@
 // Models that are loaded from files: on the map, under the mouse, and gone again.
+#include "LogLines.h"
 #include "MadeUpExport.h"
 #include "ProtocolFixture.h"
 
@@ -165,6 +166,21 @@ TEST_F(ModelFiles, WhatIsAmissIsToldAndTheRestShown)
     for (const char* text : {"gone.jpg", "Tile_1_1.osgb", "nowhere: 2,"})
         EXPECT_EQ(layer.note.count(QLatin1String(text)), 1) << text << " in " << layer.note.toStdString();
     EXPECT_TRUE(std::isfinite(layer.extent->width()) && std::isfinite(layer.highest));
+}
+
+TEST_F(ModelFiles, MaterialsThatNobodyHasAreToldInTheNoteAndNotByTheReader)
+{
+    AxModelOptions placed;
+    placed.coordinateSystem = "EPSG:32613";
+    placed.origin = osg::Vec3d(500000.0, 4100000.0, 2500.0);
+    const LogLines log;
+    for (const char* material : {"", "usemtl nobody\n"}) {
+        const QByteArray text = QByteArray("v 0 0 0\nv 10 0 0\nv 0 10 5\n") + material + "f 1 2 3\n";
+        const QString id = models->Add(File(*material ? "named.obj" : "plain.obj", text), placed);
+        ASSERT_EQ(End(id), "loaded");
+        EXPECT_EQ(models->Find(id)->note.contains("nobody"), *material != 0);
+    }
+    EXPECT_EQ(LogLines::lines.filter("material").size(), 0) << LogLines::lines.join('\n').toStdString();
 }
 
 TEST_F(ModelFiles, WhatCannotBeShownIsRefusedWithTheReason)
