@@ -144,19 +144,19 @@ void AxViewerPrivate::initOverlays()
     embed(mapToolsWidget);
     embed(coordinateWidget);
 
+    // Below the panel where a small map has no room for both.
+    auto* legend = new AxColorLegend(q);
+    embed(legend);
+    legend->hide();
     gridWidget = new AxGridWidget(q);
     connect(gridWidget, SIGNAL(signalGridWidget(QString, bool)), q, SLOT(slotGridWidget(QString, bool)));
     embed(gridWidget);
     gridWidget->move(overlayMargin, overlayMargin);
     gridWidget->hide();
-    auto* legend = new AxColorLegend(q);
-    embed(legend);
-    legend->move(overlayMargin, overlayMargin);
-    legend->hide();
 
     q->scene()->addItem(magnifier->Item());
     ownOverlays += magnifier->Item();
-    volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, *legend, q);
+    volumeDesk = std::make_unique<AxVolumeDesk>(*volumeAnalysis, *gridWidget, *legend, *coordinateWidget, q);
 }
 
 void AxViewerPrivate::embed(QWidget* overlay)

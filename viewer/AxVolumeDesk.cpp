@@ -10,16 +10,16 @@
 #include <QEvent>
 
 AxVolumeDesk::AxVolumeDesk(AxVolumeAnalysis& analysis, AxGridWidget& widget, AxColorLegend& colors,
-                           QWidget* over)
-    : volumes(analysis), panel(&widget), legend(&colors), window(over)
+                           QWidget& coordinates, QWidget* over)
+    : volumes(analysis), panel(&widget), legend(&colors), readOut(&coordinates), window(over)
 {
     const auto follow = [this](const QString& id) {
         if (panel && panel->HandleID() == id)
             showResult();
         showLegend();
     };
-    panel->installEventFilter(this);
-    over->installEventFilter(this);
+    for (QWidget* watched : QList<QWidget*>{panel, readOut, window})
+        watched->installEventFilter(this);
     connect(&volumes, &AxVolumeAnalysis::chosenChanged, this, &AxVolumeDesk::showLegend);
     connect(panel, &AxGridWidget::editing, this, [this] { volumes.ForgetRefusal(panel->HandleID()); });
     connect(&volumes, &AxVolumeAnalysis::added, this, &AxVolumeDesk::ShowVolume);
@@ -59,6 +59,7 @@ bool AxVolumeDesk::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::Resize:
+    case QEvent::Move:
     case QEvent::Show:
     case QEvent::Hide:
         showLegend();
@@ -82,10 +83,18 @@ void AxVolumeDesk::showLegend()
         for (const AxGeoRaster::Class& one : AxVolumeLegend(*result.volume))
             rows += {QColor(one.color[0], one.color[1], one.color[2]), one.name};
         legend->ShowRows(result.name, rows);
-        if (window)
-            legend->move(panel->x(), window->height() - legend->height() - panel->y());
+        placeLegend();
     }
     legend->setVisible(isSeen);
+}
+
+void AxVolumeDesk::placeLegend()
+{
+    if (!window || !readOut)
+        return;
+    const int margin = panel->x();
+    const bool isBeside = readOut->isHidden() || readOut->x() >= 2 * margin + legend->width();
+    legend->move(margin, (isBeside ? window->height() : readOut->y()) - legend->height() - margin);
 }
 
 void AxVolumeDesk::showResult()

@@ -20,8 +20,9 @@ class AxVolumeDesk : public QObject
 {
     Q_OBJECT
 public:
-    /// Questions open over `window`.
-    AxVolumeDesk(AxVolumeAnalysis& volumes, AxGridWidget& panel, AxColorLegend& legend, QWidget* window);
+    /// Questions open over `window`, in whose lower left corner the legend is, clear of the read-out.
+    AxVolumeDesk(AxVolumeAnalysis& volumes, AxGridWidget& panel, AxColorLegend& legend, QWidget& readOut,
+                 QWidget* window);
 
     /// The panel is about this one from now on; about the next one to be drawn for an unknown ID.
     void ShowVolume(const QString& id);
@@ -32,12 +33,14 @@ public:
 private:
     void showResult();
     void showLegend();
+    void placeLegend();
     void take();
     void askForLarge(const QString& id, const AxVolumeQuestion& question);
 
     AxVolumeAnalysis& volumes;
     const QPointer<AxGridWidget> panel;
     const QPointer<AxColorLegend> legend;
+    const QPointer<QWidget> readOut;
     const QPointer<QWidget> window;
     AxVolumeQuestion shown; ///< what the panel's fields were filled with
     bool isAsking = false;  ///< a box is open

@@ -6,6 +6,7 @@
 #include "viewer/AxMapLayers.h"
 #include "viewer/overlay/AxColorLegend.h"
 #include "viewer/overlay/AxGridWidget.h"
+#include "viewer/overlay/CAxCoordinateWidget.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
@@ -59,7 +60,16 @@ TEST_F(ShapeFixture, AVolumeIsMeasuredAgainstWhatTheGridPanelSaysAndGoesWithItsM
 
     // What the colours mean, beside the panel; not of a picture that is hidden.
     EXPECT_TRUE(legend->isVisible());
-    EXPECT_FALSE(legend->geometry().intersects(panel->geometry()));
+    const QSize size = viewer->size();
+    auto* readOut = OverMap<CAxCoordinateWidget>();
+    ASSERT_TRUE(readOut);
+    for (const int width : {1000, 400}) {
+        viewer->resize(width, 500);
+        EXPECT_FALSE(legend->geometry().intersects(panel->geometry())) << width;
+        EXPECT_FALSE(legend->geometry().intersects(readOut->geometry())) << width;
+        EXPECT_TRUE(viewer->rect().contains(legend->geometry())) << width;
+    }
+    viewer->resize(size);
     EXPECT_GE(legend->Shown().size(), 2);
     volumes->SetVisible(id, false);
     EXPECT_FALSE(legend->isVisible());
