@@ -1,8 +1,10 @@
 #include "interaction/models/AxModelSplit.h"
+#include "scene/shape/AxTriangleChunks.h"
 
 #include <osg/Geode>
 #include <osg/Geometry>
 #include <osg/Group>
+#include <osg/ref_ptr>
 #include <osg/TriangleIndexFunctor>
 
 #include <algorithm>
@@ -22,14 +24,6 @@ struct TriangleList
     std::vector<Triangle> triangles;
 };
 
-// The arrays are those of all parts, so a box around them would be that of the whole.
-struct FixedBox : osg::Drawable::ComputeBoundingBoxCallback
-{
-    explicit FixedBox(const osg::BoundingBox& around) : box(around) {}
-    osg::BoundingBox computeBound(const osg::Drawable&) const override { return box; }
-    const osg::BoundingBox box;
-};
-
 struct Splitter
 {
     osg::Geometry& whole;
@@ -43,37 +37,64 @@ struct Splitter
 
     void Split(std::vector<Triangle>::iterator begin, std::vector<Triangle>::iterator end)
     {
-        osg::BoundingBox middles;
-        for (auto triangle = begin; triangle != end; ++triangle)
-            middles.expandBy(Middle(*triangle));
-        const auto count = end - begin;
-        const osg::Vec3 size = middles._max - middles._min;
-        const int axis = static_cast<int>(std::max_element(size.ptr(), size.ptr() + 3) - size.ptr());
-        if (static_cast<std::size_t>(count) <= mostTriangles || !(size[axis] > 0.0f))
+        const auto half = begin + (end - begin) / 2;
+        if (static_cast<std::size_t>(end - begin) <= mostTriangles || !Part(begin, half, end))
             return Keep(begin, end);
-        const auto half = begin + count / 2;
-        std::nth_element(begin, half, end, [this, axis](const Triangle& a, const Triangle& b) {
-            return Middle(a)[axis] < Middle(b)[axis];
-        });
         Split(begin, half);
         Split(half, end);
     }
 
 private:
+    using Place = std::vector<Triangle>::iterator;
+
+    // Those of one side come before `half`; false where all are at one place.
+    bool Part(Place begin, Place half, Place end) const
+    {
+        osg::BoundingBox middles;
+        for (auto triangle = begin; triangle != end; ++triangle)
+            middles.expandBy(Middle(*triangle));
+        const osg::Vec3 size = middles._max - middles._min;
+        const int axis = static_cast<int>(std::max_element(size.ptr(), size.ptr() + 3) - size.ptr());
+        if (!(size[axis] > 0.0f))
+            return false;
+        std::nth_element(begin, half, end, [this, axis](const Triangle& a, const Triangle& b) {
+            return Middle(a)[axis] < Middle(b)[axis];
+        });
+        return true;
+    }
+
+    void Order(Place begin, Place end) const
+    {
+        constexpr auto few = static_cast<std::ptrdiff_t>(AxTriangleChunks::trianglesOfOne);
+        // All chunks but the last are full.
+        const auto half = begin + ((end - begin) / 2 + few - 1) / few * few;
+        if (end - begin <= few || !Part(begin, half, end))
+            return;
+        Order(begin, half);
+        Order(half, end);
+    }
+
     void Keep(std::vector<Triangle>::iterator begin, std::vector<Triangle>::iterator end)
     {
-        osg::BoundingBox box;
+        Order(begin, end);
+        osg::ref_ptr<AxTriangleChunks> chunks = new AxTriangleChunks;
         osg::ref_ptr<osg::DrawElementsUInt> indices = new osg::DrawElementsUInt(GL_TRIANGLES);
         indices->reserve(static_cast<std::size_t>(3 * (end - begin)));
-        for (auto triangle = begin; triangle != end; ++triangle)
+        for (auto triangle = begin; triangle != end; ++triangle) {
+            if (static_cast<std::size_t>(triangle - begin) % AxTriangleChunks::trianglesOfOne == 0)
+                chunks->boxes.emplace_back();
             for (const unsigned corner : *triangle) {
                 indices->push_back(corner);
-                box.expandBy(vertices[corner]);
+                chunks->boxes.back().expandBy(vertices[corner]);
             }
+        }
+        // The arrays are those of all parts, so a box around them would be that of the whole.
+        for (const osg::BoundingBox& box : chunks->boxes)
+            chunks->box.expandBy(box);
         osg::ref_ptr<osg::Geometry> part = new osg::Geometry(whole, osg::CopyOp::SHALLOW_COPY);
         part->removePrimitiveSet(0, part->getNumPrimitiveSets());
         part->addPrimitiveSet(indices);
-        part->setComputeBoundingBoxCallback(new FixedBox(box));
+        part->setComputeBoundingBoxCallback(chunks);
         parts.push_back(part);
     }
 };

@@ -1,6 +1,8 @@
 #include "scene/shape/AxScenePick.h"
+#include "scene/shape/AxTriangleChunks.h"
 
 #include <osg/Camera>
+#include <osg/Geometry>
 #include <osg/LOD>
 #include <osg/NodeVisitor>
 #include <osg/Projection>
@@ -46,10 +48,13 @@ private:
             return;
         const osg::Vec3d s = origin - a;
         const double u = (s * p) / determinant;
+        // Most triangles of a large model end here.
+        if (!(u >= 0.0 && u <= 1.0))
+            return;
         const osg::Vec3d q = s ^ ab;
         const double v = (direction * q) / determinant;
         const double t = (ac * q) / determinant;
-        if (u >= 0.0 && v >= 0.0 && u + v <= 1.0 && t > 0.0)
+        if (v >= 0.0 && u + v <= 1.0 && t > 0.0)
             distance = std::min(distance, t);
     }
 
@@ -73,6 +78,48 @@ private:
             distance = std::min(distance, t);
     }
 };
+
+// Whether a ray may come as near to a box as `reach`, in the box's coordinates; it may say so wrongly.
+bool MayMeetBox(const osg::BoundingBox& box, const osg::Vec3d& origin, const osg::Vec3d& direction,
+                double reach)
+{
+    double from = 0.0;
+    double to = std::numeric_limits<double>::infinity();
+    for (unsigned axis = 0; axis < 3; ++axis) {
+        const double low = static_cast<double>(box._min[axis]) - reach - origin[axis];
+        const double high = static_cast<double>(box._max[axis]) + reach - origin[axis];
+        if (direction[axis] == 0.0) {
+            if (low > 0.0 || high < 0.0)
+                return false;
+            continue;
+        }
+        const double atLow = low / direction[axis];
+        const double atHigh = high / direction[axis];
+        from = std::max(from, std::min(atLow, atHigh));
+        to = std::min(to, std::max(atLow, atHigh));
+    }
+    return from <= to;
+}
+
+void MeetChunks(const osg::Geometry& geometry, const AxTriangleChunks& chunks, NearestPrimitive& nearest)
+{
+    const auto* vertices = dynamic_cast<const osg::Vec3Array*>(geometry.getVertexArray());
+    const auto* corners = geometry.getNumPrimitiveSets() == 1
+                              ? dynamic_cast<const osg::DrawElementsUInt*>(geometry.getPrimitiveSet(0))
+                              : nullptr;
+    if (!vertices || !corners)
+        return;
+    constexpr std::size_t cornersOfChunk = 3 * AxTriangleChunks::trianglesOfOne;
+    const double slack = boundSlackMetres * nearest.direction.length();
+    for (std::size_t i = 0; i < chunks.boxes.size(); ++i) {
+        if (!MayMeetBox(chunks.boxes[i], nearest.origin, nearest.direction, slack))
+            continue;
+        const std::size_t end = std::min((i + 1) * cornersOfChunk, corners->size());
+        for (std::size_t corner = i * cornersOfChunk; corner + 2 < end; corner += 3)
+            nearest((*vertices)[(*corners)[corner]], (*vertices)[(*corners)[corner + 1]],
+                    (*vertices)[(*corners)[corner + 2]], false);
+    }
+}
 
 class SceneRay : public osg::NodeVisitor
 {
@@ -203,7 +250,17 @@ private:
         nearest.origin = ray.eye * toLocal;
         nearest.direction = osg::Matrixd::transform3x3(ray.direction, toLocal);
         nearest.tolerance = Tolerance();
-        drawable.accept(nearest);
+        // With a tolerance the reach grows with the distance; the sphere has looked at that.
+        if (!(nearest.tolerance > 0.0) && drawable.isCullingActive() &&
+            !MayMeetBox(drawable.getBoundingBox(), nearest.origin, nearest.direction,
+                        boundSlackMetres * nearest.direction.length()))
+            return;
+        const osg::Geometry* geometry = drawable.asGeometry();
+        const auto* chunks = dynamic_cast<const AxTriangleChunks*>(drawable.getComputeBoundingBoxCallback());
+        if (geometry && chunks)
+            MeetChunks(*geometry, *chunks, nearest);
+        else
+            drawable.accept(nearest);
         if (!std::isfinite(nearest.distance))
             return;
         Keep(drawable, ray.eye + ray.direction * nearest.distance, nearest.distance);

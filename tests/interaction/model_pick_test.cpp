@@ -1,9 +1,11 @@
 // Models of model layers under the mouse.
 #include "SceneOnEarth.h"
 
+#include "interaction/models/AxModelGeometry.h"
 #include "interaction/models/AxModelPick.h"
 
 #include <osg/LOD>
+#include <osgEarth/GeoData>
 
 #include <gtest/gtest.h>
 
@@ -52,6 +54,47 @@ TEST_F(ModelLayers, CountOnlyByTheirMask)
     // Bits that the search does not share hide a model.
     model->setNodeMask(0x4);
     EXPECT_FALSE(AxPickModelLayer(*scene.root, ray, *scene.srs));
+}
+
+TEST_F(ModelLayers, OfManyTrianglesHaveTheSameTopsOnceTheyAreSplit)
+{
+    const auto top = [this](double east, double north) {
+        osgEarth::GeoPoint place;
+        place.fromWorld(scene.srs->getGeographicSRS(), scene.World(east, north, 0.0));
+        return AxTopOfModels(*AxFindModelRoot(scene.root), place.x(), place.y(), *scene.srs);
+    };
+    constexpr int size = 200;
+    osg::ref_ptr<osg::Geometry> rough = new osg::Geometry;
+    osg::ref_ptr<osg::Vec3Array> vertices = new osg::Vec3Array;
+    osg::ref_ptr<osg::DrawElementsUInt> corners = new osg::DrawElementsUInt(GL_TRIANGLES);
+    for (int i = 0; i < size * size; ++i)
+        vertices->push_back(
+            osg::Vec3d(i % size - size / 2, i / size - size / 2, 3 * ((i * 7 + i / size * 5) % 4)));
+    for (unsigned i = 0; i + size < vertices->size(); ++i)
+        if (i % size != size - 1)
+            for (const unsigned corner : {i, i + 1, i + size, i + 1, i + size + 1, i + size})
+                corners->push_back(corner);
+    rough->setVertexArray(vertices);
+    rough->addPrimitiveSet(corners);
+    const osg::ref_ptr<osg::Group> models = AddLayer("ModelRoot");
+    osg::ref_ptr<osg::Group> layer = new osg::Group;
+    layer->setName("ModelLayer");
+    models->addChild(layer);
+    osg::ref_ptr<osg::MatrixTransform> placed = new osg::MatrixTransform(scene.toWorld);
+    layer->addChild(placed);
+    osg::ref_ptr<osg::Geode> geode = new osg::Geode;
+    geode->addDrawable(rough);
+    placed->addChild(geode);
+    std::vector<double> before;
+    for (int i = 0; i < 50; ++i)
+        before.push_back(top(i * 1.9 - 47.3, 60.1 - i * 2.3).value_or(-1.0));
+    osg::ref_ptr<osg::Node> model = geode;
+    ASSERT_EQ(AxGatherModel(model), osg::Vec3d());
+    ASSERT_GT(geode->getNumChildren(), 3u);
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_GE(before[std::size_t(i)], -0.01);
+        EXPECT_NEAR(top(i * 1.9 - 47.3, 60.1 - i * 2.3).value_or(-2.0), before[std::size_t(i)], 1e-6) << i;
+    }
 }
 
 TEST_F(ModelLayers, GiveTheTopOfWhatStandsThere)
