@@ -8,6 +8,7 @@
 #include "scene/AxScene.h"
 #include "scene/AxToolInHand.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxScenePick.h"
@@ -56,6 +57,7 @@ osg::Vec3d CAxEarthManipulator::getPos(const GUIEventAdapter& ea, osgGA::GUIActi
 
 CAxEarthManipulator::Pick CAxEarthManipulator::pickAlong(const AxViewRay& ray) const
 {
+    AxTellExactPlace(std::nullopt);
     osgEarth::MapNode* mapNode = viewer->Scene().MapNode();
     if (!mapNode)
         return {};
@@ -73,6 +75,7 @@ CAxEarthManipulator::Pick CAxEarthManipulator::pickAlong(const AxViewRay& ray) c
         pick.lngLat[i] = static_cast<float>(lngLatAlt[i]);
     pick.world = isGround ? *ground : model->world;
     if (model) {
+        AxTellExactPlace(model->lngLatAlt);
         pick.lngLat[3] = static_cast<float>(model->height);
         pick.modelHit = true;
         pick.currNode = model->currNode;

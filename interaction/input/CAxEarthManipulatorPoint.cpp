@@ -3,6 +3,7 @@
 #include "interaction/input/CAxEarthManipulator.h"
 #include "scene/AxScene.h"
 #include "scene/AxViewerParts.h"
+#include "scene/base/AxExactPlace.h"
 #include "scene/shape/AxDrawnGround.h"
 #include "scene/shape/AxViewRay.h"
 
@@ -73,8 +74,9 @@ void CAxEarthManipulator::tellPointed(const Pick& pick)
     if (const auto sight = AxViewRay::Through(camera, 0.0, 0.0);
         sight && pick.world != osg::Vec3d() &&
         place.fromWorld(viewer->Scene().MapSRS()->getGeographicSRS(), pick.world)) {
-        now.longitude = pick.modelHit ? static_cast<double>(pick.lngLat[0]) : place.x();
-        now.latitude = pick.modelHit ? static_cast<double>(pick.lngLat[1]) : place.y();
+        const osg::Vec3d onModel = AxExactPlace(pick.LngLatPos(), pick.world);
+        now.longitude = pick.modelHit ? onModel.x() : place.x();
+        now.latitude = pick.modelHit ? onModel.y() : place.y();
         if (pick.modelHit)
             now.altitude = static_cast<double>(pick.Altitude());
         else if (const auto height = AxLoadedHeight(*viewer->Scene().MapNode(), now.longitude, now.latitude))

@@ -24,11 +24,22 @@ double Exact(double rounded, double value)
     constexpr double same = 1e-9; // degrees
     return std::abs(value - rounded) < same ? rounded : value;
 }
+
+thread_local std::optional<osg::Vec3d> placeOnModel;
 } // namespace
+
+void AxTellExactPlace(const std::optional<osg::Vec3d>& onModel)
+{
+    placeOnModel = onModel;
+}
 
 osg::Vec3d AxExactPlace(const osg::Vec3d& lngLatPos, const osg::Vec3d& worldCoordPos)
 {
     static const osg::ref_ptr<const osg::EllipsoidModel> earth = new osg::EllipsoidModel;
+    if (placeOnModel && IsRoundingOf(lngLatPos.x(), placeOnModel->x()) &&
+        IsRoundingOf(lngLatPos.y(), placeOnModel->y()))
+        return {Exact(lngLatPos.x(), placeOnModel->x()), Exact(lngLatPos.y(), placeOnModel->y()),
+                lngLatPos.z()};
     if (!worldCoordPos.valid() || worldCoordPos == osg::Vec3d())
         return lngLatPos;
     double latitude = 0.0;

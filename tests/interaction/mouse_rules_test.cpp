@@ -110,7 +110,13 @@ TEST(ExactPlace, HasTheDigitsThatTheSignalsLost)
         EXPECT_NEAR(std::remainder(exact.x() - place.x(), 360.0), 0.0, millimetre);
         EXPECT_NEAR(exact.y(), place.y(), millimetre);
         EXPECT_EQ(exact.z(), told.z());
-        EXPECT_EQ(AxExactPlace(told, worldOf(place.x() + 0.001, place.y())), told) << "on a model above";
+        const osg::Vec3d behind = worldOf(place.x() + 0.001, place.y());
+        EXPECT_EQ(AxExactPlace(told, behind), told) << "on a model above";
+        AxTellExactPlace(osg::Vec3d(place.x(), place.y(), 7.0));
+        EXPECT_NEAR(std::remainder(AxExactPlace(told, behind).x() - place.x(), 360.0), 0.0, millimetre);
+        EXPECT_EQ(AxExactPlace(told + osg::Vec3d(0.001, 0.0, 0.0), behind),
+                  told + osg::Vec3d(0.001, 0.0, 0.0));
+        AxTellExactPlace(std::nullopt);
         EXPECT_EQ(AxExactPlace(told, osg::Vec3d()), told);
         EXPECT_EQ(AxExactPlace(exact, worldOf(place.x(), place.y())), exact);
     }
