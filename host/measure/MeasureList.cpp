@@ -58,7 +58,8 @@ MeasureList::MeasureList(AxMeasurements* list, QWidget* parent) : QTreeWidget(pa
     connect(list, &AxMeasurements::added, this, [this](const QString& id) {
         Add(id);
         ShowColumns();
-        Select(id);
+        if (!measurements->IsRestoring())
+            Select(id);
     });
     connect(list, &AxMeasurements::changed, this, [this](const QString& id) {
         Fill(id);

@@ -159,8 +159,6 @@ void VolumeKept::Replace(const QString& text)
         const QString name = one.toObject().value(nameOfVolume).toString();
         faults += tr("%1: %2").arg(name.isEmpty() ? tr("Volume without a name") : name, fault);
     }
-    // Nobody has chosen the last one.
-    viewer->GetMeasurements()->SetHighlighted({});
     if (!faults.isEmpty())
         emit Told(tr("Volumes of the project that cannot be read, and stay in it: %1")
                       .arg(faults.join(QStringLiteral("; "))));

@@ -101,7 +101,11 @@ bool AxMeasurements::Restore(const AxMeasurement& drawn)
                                   [](const QPointer<AxMeasureAdapter>& one) { return one.isNull(); }),
                    restored.end());
     restored += qobject_cast<AxMeasureAdapter*>(made.release());
+    const QPointer<AxMeasurements> self(this);
+    isRestoring = true;
     enter(adapter, drawn.name);
+    if (self)
+        isRestoring = false;
     return true;
 }
 

@@ -63,6 +63,8 @@ public:
     /// points do not count. False for a tool that measures nothing, for points that it cannot have, and for
     /// an ID that is in use.
     bool Restore(const AxMeasurement& drawn);
+    /// added() is of such a one, which nobody has chosen.
+    bool IsRestoring() const { return isRestoring; }
 
     // For the tools
 
@@ -100,6 +102,7 @@ private:
     std::shared_ptr<AxMapHeights> heights; ///< of that map, used on the thread
     QThreadPool thread;
     bool isClosed = false;
+    bool isRestoring = false;
 };
 
 /// Enters the tools that measure into those that draw, and has the measurements that are volumes computed:
