@@ -15,6 +15,8 @@ public:
     /// Takes up browsing and then the magnifier, for as long as its key is held. A drawing that has a point
     /// is put aside meanwhile. It ends when another tool is taken up, as if it had been in hand.
     virtual void HoldMagnifier() = 0;
+    /// Takes up browsing, whatever is in hand; a drawing is put aside as above.
+    virtual void LetGoOfMagnifier() = 0;
     /// Takes up what was put aside, with its tool; nothing when there is nothing, or it was removed.
     virtual void ContinueDrawing() = 0;
     /// Begins a drawing with the tool in hand, unless picking is off or one is going on.

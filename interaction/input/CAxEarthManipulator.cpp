@@ -174,7 +174,7 @@ void CAxEarthManipulator::handleKeyUp(const GUIEventAdapter& ea, osgGA::GUIActio
     // What the button that is still held began, a rectangle or a click, is of the magnifier.
     const bool isHeld = (ea.getButtonMask() & GUIEventAdapter::LEFT_MOUSE_BUTTON) != 0;
     handleGivenUp = handleGivenUp || (isHeld && viewer->Tools().Tool() == ToolMagnifier);
-    viewer->Tools().TakeUp(ToolNavigate);
+    viewer->Tools().LetGoOfMagnifier();
     if (viewer && ea.getButtonMask() == 0)
         viewer->Tools().ContinueDrawing();
 }

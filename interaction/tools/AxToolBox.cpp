@@ -101,15 +101,31 @@ void AxToolBox::HoldMagnifier()
     if (tool == ToolMagnifier && IsBusy())
         return;
     const QPointer<AxToolBox> self(this);
-    const EToolType drawnWith = tool;
-    if (objects.PutAside() && self) {
-        asideTool = drawnWith;
+    if (putAside())
         tell(tr("The drawing goes on when Shift is let go."));
-    }
     if (self)
         TakeUp(ToolNavigate);
     if (self)
         TakeUp(ToolMagnifier);
+}
+
+void AxToolBox::LetGoOfMagnifier()
+{
+    const QPointer<AxToolBox> self(this);
+    // The key may have been pressed elsewhere, or another tool taken up while it was held.
+    putAside();
+    if (self)
+        TakeUp(ToolNavigate);
+}
+
+bool AxToolBox::putAside()
+{
+    const QPointer<AxToolBox> self(this);
+    const EToolType drawnWith = tool;
+    if (drawnWith == ToolMagnifier || !objects.PutAside() || !self)
+        return false;
+    asideTool = drawnWith;
+    return true;
 }
 
 void AxToolBox::ContinueDrawing()

@@ -27,6 +27,7 @@ public:
     EToolType Tool() const override { return tool; }
     void TakeUp(EToolType wanted) override;
     void HoldMagnifier() override;
+    void LetGoOfMagnifier() override;
     void ContinueDrawing() override;
     void BeginDrawShape() override;
     /// Begins a drawing with the tool in hand, whatever is going on; null for a tool that draws nothing.
@@ -64,6 +65,7 @@ signals:
 private:
     std::unique_ptr<AxTool> make(const AxToolRow& row);
     void tell(const QString& text);
+    bool putAside();
 
     AxViewerParts& parts;
     AxObjects& objects;

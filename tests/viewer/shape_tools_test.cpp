@@ -295,6 +295,9 @@ TEST_F(Tools, LetADrawingWaitWhileShiftIsHeld)
     MoveTo(20, 10);
     EXPECT_EQ(viewer->GetCurHandleAdapter(), drawn);
     EXPECT_EQ(drawn->GetAnchor().size(), 3u);
+    key(Event::KEYUP); // of a key that was pressed elsewhere
+    EXPECT_EQ(viewer->GetCurHandleAdapter(), drawn);
+    EXPECT_EQ(viewer->GetToolType(), ToolPolygonBlock);
     // Another tool ends it as ever, and what removes all removes it.
     key(Event::KEYDOWN);
     viewer->SetToolType(ToolMeasureDistance);
