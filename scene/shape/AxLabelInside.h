@@ -15,4 +15,4 @@ AXEARTHVIEWER_EXPORT osg::Vec2d AxOffsetInside(const osg::Vec2d& place, const os
 
 /// Has the text of a label, as it is written now, go where AxOffsetInside() says in each frame, whatever the
 /// camera does, and beside the bar of tools. Again for a text that was written anew. GUI thread.
-void AxKeepLabelInside(osgEarth::Annotation::LabelNode& label);
+AXEARTHVIEWER_EXPORT void AxKeepLabelInside(osgEarth::Annotation::LabelNode& label);

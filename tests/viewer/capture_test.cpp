@@ -2,6 +2,7 @@
 #include "ViewerFixture.h"
 
 #include "scene/base/AxGlobePoint.h"
+#include "scene/shape/AxLabelInside.h"
 #include "viewer/capture/AxPictureCapture.h"
 #include "viewer/capture/WindowCaptureCallback.h"
 
@@ -113,6 +114,7 @@ TEST_F(Capture, TextsAndLinesAreAsLargeAsInTheWindowOrAsManyPixels)
     geo.fromWorld(viewer->getSRS()->getGeographicSRS(), middle);
     osg::ref_ptr<osgEarth::Annotation::LabelNode> label =
         new osgEarth::Annotation::LabelNode(viewer->getMapNode(), geo, "HHHHHHHH", style);
+    AxKeepLabelInside(*label); // the whole picture, not a part
     osg::ref_ptr<osg::Group> both = new osg::Group;
     const auto magenta = [this, &both](const osg::ref_ptr<osg::Node>& shown, const AxShot& shot) {
         both->removeChildren(0, both->getNumChildren());

@@ -123,8 +123,8 @@ void AxSideView::begin()
 {
     sceneView = new osgUtil::SceneView;
     sceneView->setDefaults(0);
-    visitor = new Visitor;
-    sceneView->setCullVisitor(visitor);
+    culling = new Visitor;
+    sceneView->setCullVisitor(culling);
     sceneView->setCamera(camera.get(), false);
     switch (viewer.getLightingMode()) {
     case osg::View::NO_LIGHT:
@@ -155,8 +155,8 @@ bool AxSideView::cull(const AxSidePicture& picture)
         new osg::Viewport(picture.port.x(), picture.port.y(), picture.port.width(), picture.port.height());
     const float scale = static_cast<float>(picture.scale);
     camera->setCullSettings(own);
-    visitor->ofDistance = own.getLODScale();
-    visitor->needed = picture.needed;
+    culling->ofDistance = own.getLODScale();
+    culling->needed = picture.needed;
     osgEarth::setPartOfView(*camera, osg::Vec4d(picture.needed.left(), picture.needed.top(),
                                                 picture.needed.right(), picture.needed.bottom()));
     camera->setLODScale(own.getLODScale() / scale);
@@ -181,8 +181,8 @@ bool AxSideView::cull(const AxSidePicture& picture)
     sceneView->setFrameStamp(viewer.getViewerFrameStamp());
     sceneView->setDisplaySettings(viewer.getDisplaySettings() ? viewer.getDisplaySettings()
                                                               : osg::DisplaySettings::instance().get());
-    visitor->setDatabaseRequestHandler(pager);
-    visitor->setImageRequestHandler(viewer.getImagePager());
+    culling->setDatabaseRequestHandler(pager);
+    culling->setImageRequestHandler(viewer.getImagePager());
     sceneView->inheritCullSettings(*camera);
     sceneView->cull();
     camera->scene = nullptr;

@@ -60,6 +60,6 @@ private:
 
     osgViewer::Viewer& viewer;
     osg::ref_ptr<Eye> camera;
-    osg::ref_ptr<Visitor> visitor;
+    osg::ref_ptr<Visitor> culling;
     osg::ref_ptr<osgUtil::SceneView> sceneView;
 };
