@@ -35,7 +35,7 @@ OfflineAreas::~OfflineAreas()
 void OfflineAreas::FillMenu(QMenu* menu)
 {
     menu->addAction(tr("Save area for use without &network..."), this, &OfflineAreas::Open);
-    missing = menu->addMenu(tr("Saved areas that are &not there"));
+    missing = menu->addMenu(tr("Saved areas that are not &there"));
     connect(menu, &QMenu::aboutToShow, this, &OfflineAreas::FillMissing);
     FillMissing();
 }

@@ -7242,8 +7242,8 @@ Heights are counted as those of the map.</source>
         <translation>为无网络使用保存的区域不存在：%1。可在“视图”菜单中查找或不再记住它们。</translation>
     </message>
     <message>
-        <source>Saved areas that are &amp;not there</source>
-        <translation>不存在的已保存区域(&amp;N)</translation>
+        <source>Saved areas that are not &amp;there</source>
+        <translation>不存在的已保存区域(&amp;T)</translation>
     </message>
     <message>
         <source>&amp;Find file…</source>

@@ -142,12 +142,47 @@ TEST_F(Models, ThatAreRefusedAreListedWithTheReasonAndDoNotGoWithTheProject)
     EXPECT_NE(kept.Text(), QString()) << "now the project has it";
 }
 
+TEST_F(Models, AreFlownToWhenTheyAreThereUnlessTheMapIsInUse)
+{
+    ModelPanel panel(viewer);
+    CAxEarthManipulator& camera = *viewer->getManipulator();
+    const struct
+    {
+        const char* meanwhile;
+        std::function<void()> happens;
+        bool isFlownTo;
+    } rows[] = {
+        {"nothing", [] {}, true},
+        {"another tool was taken up", [] { viewer->SetToolType(ToolMeasureDistance); }, false},
+        {"the camera was moved",
+         [&] { camera.setViewpoint(osgEarth::Viewpoint("", 10.0, 40.0, 0.0, 0.0, -90.0, 5e6), 0.0); }, false},
+        {"a mouse button is held down", [] { QTest::mousePress(viewer, Qt::LeftButton); }, false},
+    };
+    QFile system(folder.filePath("flown.prj"));
+    ASSERT_TRUE(system.open(QIODevice::WriteOnly) && system.write("EPSG:32613") > 0);
+    system.close();
+    QFile offset(folder.filePath("flown_offset.xyz"));
+    ASSERT_TRUE(offset.open(QIODevice::WriteOnly) && offset.write("500000 4140000 2500") > 0);
+    offset.close();
+    const QString path = Pyramid("flown.obj");
+    for (const auto& row : rows) {
+        camera.setViewpoint(osgEarth::Viewpoint("", -104.0, 37.0, 0.0, 0.0, -90.0, 1e6), 0.0);
+        ASSERT_TRUE(panel.Load(path)) << row.meanwhile;
+        row.happens();
+        ASSERT_TRUE(WaitForLoaded(1)) << row.meanwhile;
+        EXPECT_EQ(camera.isSettingViewpoint(), row.isFlownTo) << row.meanwhile;
+        viewer->SetToolType(ToolNavigate);
+        Layers().Clear();
+    }
+    QTest::mouseRelease(viewer, Qt::LeftButton);
+}
+
 TEST_F(Models, AreSeenAsAWholeHoweverTallTheyAreAndNarrowTheMap)
 {
     ModelPanel panel(viewer);
-    QFile file(folder.filePath("mast.obj"));
+    QFile file(folder.filePath("tower.obj"));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("v 0 0 0\nv 10 0 0\nv 0 10 0\nv 3 3 300\nf 1 2 4\nf 2 3 4\nf 3 1 4\n");
+    file.write("v 0 0 0\nv 300 0 0\nv 0 300 0\nv 300 300 300\nf 1 2 4\nf 2 3 4\nf 3 1 4\n");
     file.close();
     AxModelOptions options;
     options.coordinateSystem = "ENU:37.4,-105.25";
@@ -160,17 +195,24 @@ TEST_F(Models, AreSeenAsAWholeHoweverTallTheyAreAndNarrowTheMap)
     list->setCurrentItem(list->topLevelItem(0));
     panel.findChild<QPushButton*>("ModelFly")->click();
     const osg::Camera& camera = *viewer->getOSGViewer()->getCamera();
-    const auto isInPicture = [&](double height) {
-        osgEarth::GeoPoint place(viewer->getSRS()->getGeographicSRS(), -105.25, 37.4, height);
-        osg::Vec3d world;
-        place.toWorld(world);
-        const osg::Vec3d seen = world * camera.getViewMatrix() * camera.getProjectionMatrix();
-        return std::abs(seen.x()) < 1.0 && std::abs(seen.y()) < 1.0;
-    };
     const AxModelLayer layer = Layers().All().constFirst();
-    EXPECT_TRUE(waitFor([&] {
-        return viewer->IsPictureComplete() && isInPicture(layer.lowest) && isInPicture(layer.highest);
-    }));
+    const auto isInPicture = [&] {
+        for (unsigned corner = 0; corner < 8; ++corner) {
+            const osgEarth::GeoPoint place(viewer->getSRS()->getGeographicSRS(),
+                                           corner & 1 ? layer.extent->left() : layer.extent->right(),
+                                           corner & 2 ? layer.extent->top() : layer.extent->bottom(),
+                                           corner & 4 ? layer.lowest : layer.highest);
+            osg::Vec3d world;
+            place.toWorld(world);
+            const osg::Vec3d seen = world * camera.getViewMatrix() * camera.getProjectionMatrix();
+            if (std::abs(seen.x()) >= 1.0 || std::abs(seen.y()) >= 1.0)
+                return false;
+        }
+        return true;
+    };
+    EXPECT_TRUE(waitFor(
+        [&] { return viewer->IsPictureComplete() && !viewer->getManipulator()->isSettingViewpoint(); }));
+    EXPECT_TRUE(isInPicture());
     viewer->resize(before);
 }
 
