@@ -151,12 +151,18 @@ void ProjectSession::ShowProject(const AxProject& project)
     rest = project;
     rest.blocks.clear();
     rest.view.reset();
+    unread.clear();
     for (auto value = keptValues.begin(); value != keptValues.end(); ++value)
         value->show(project.values.value(value.key()));
     const QStringList notDrawn = ProjectOnMap::Show(*viewer, project);
     if (!notDrawn.isEmpty())
         Warn(tr("Open project"), tr("This program cannot draw these blocks; they stay in the project: %1")
                                      .arg(ProjectQuestion::Few(notDrawn)));
+    // The journal begins first: what is open is no change of what was.
+    if (!unread.isEmpty())
+        QMetaObject::invokeMethod(
+            this, [this, text = unread.join(QStringLiteral("\n\n"))] { Warn(tr("Open project"), text); },
+            Qt::QueuedConnection);
 }
 
 void ProjectSession::New()

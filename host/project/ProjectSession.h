@@ -7,6 +7,7 @@
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -53,6 +54,8 @@ public:
     /// that of a project that is about to be shown. Empty for nothing. Both on the GUI thread.
     void KeepValue(const QString& name, std::function<QString()> look,
                    std::function<void(const QString&)> show);
+    /// Some of such a text cannot be read: a whole sentence, told when all of the project is shown.
+    void NoteUnread(const QString& text) { unread += text; }
 
     /// The folder of the file that is open, also as a copy, or is saved just now; empty for none.
     QString Home() const { return home; }
@@ -114,6 +117,7 @@ private:
         std::function<void(const QString&)> show;
     };
     QMap<QString, KeptValue> keptValues;
+    QStringList unread;
     AxProject rest; ///< of the file, what nothing shows
     AxProjectJournal* journal;
     std::unique_ptr<AxProjectLock> lock;

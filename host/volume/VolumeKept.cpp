@@ -160,8 +160,8 @@ void VolumeKept::Replace(const QString& text)
         faults += tr("%1: %2").arg(name.isEmpty() ? tr("Volume without a name") : name, fault);
     }
     if (!faults.isEmpty())
-        emit Told(tr("Volumes of the project that cannot be read, and stay in it: %1")
-                      .arg(faults.join(QStringLiteral("; "))));
+        emit Unread(tr("Volumes of the project that cannot be read, and stay in it: %1")
+                        .arg(faults.join(QStringLiteral("; "))));
 }
 
 QString VolumeKept::Show(const QJsonValue& value)

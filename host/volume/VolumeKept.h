@@ -22,14 +22,14 @@ public:
 
     /// All volumes, in their order; empty for none.
     QString Text() const;
-    /// Puts what such a text asks in the place of all volumes, and begins to compute. What cannot be read is
-    /// told.
+    /// Puts what such a text asks in the place of all volumes, and begins to compute. Unread() tells what
+    /// cannot be read.
     void SetText(const QString& text);
     /// Volumes come from a project just now, and nobody has asked for them.
     bool IsOpening() const { return isOpening; }
 
 signals:
-    void Told(const QString& text); ///< for the status bar
+    void Unread(const QString& text); ///< with the names of volumes and fields, for the operator
 
 private:
     AxVolumeAnalysis* Analysis() const;

@@ -96,7 +96,6 @@ VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
                 refused->ForgetRefusal(shownID);
         });
     connect(compute, &QPushButton::clicked, this, &VolumePanel::Ask);
-    connect(kept, &VolumeKept::Told, this, &VolumePanel::Told);
     connect(cancel, &QPushButton::clicked, this, [this] {
         for (const QString& id : Chosen())
             if (AxVolumeAnalysis* running = Analysis())

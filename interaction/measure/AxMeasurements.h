@@ -23,7 +23,7 @@ class CAxEarthViewer;
 
 /**
  * What the measuring tools have found: finished measurements, which stay on the map until they are removed.
- * No block record, no project and no undo step knows of them.
+ * No block record and no undo step knows of them; a host may keep them in projects (Restore()).
  *
  * A measurement is listed at once with what the points alone say. What hangs on the ground is read from the
  * finest heights of the map, whatever is drawn, on a thread of its own, because a source may keep it waiting;

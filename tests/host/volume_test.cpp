@@ -135,7 +135,7 @@ TEST_F(Volumes, GoWithTheProjectAndAreComputedAnew)
                    {R"("height":0)", R"("height":null)", "height"},
                    {"%1", "-1", "cell"},
                    {"}", R"(,"hidden":1})", "hidden"}};
-    QSignalSpy told(&kept, &VolumeKept::Told);
+    QSignalSpy told(&kept, &VolumeKept::Unread);
     for (const auto& one : damaged) {
         const QString entry = QString(good).replace(one.what, one.wrong).replace("%1", "50");
         kept.SetText('[' + entry + ',' + good.arg(50) + ']');
