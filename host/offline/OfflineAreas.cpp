@@ -96,7 +96,8 @@ QByteArray OfflineAreas::Kept() const
 void OfflineAreas::SetKept(const QByteArray& text)
 {
     const QJsonObject all = QJsonDocument::fromJson(text).object();
-    for (const QJsonValue& file : all[filesKey].toArray())
+    const QJsonArray files = all[filesKey].toArray();
+    for (const QJsonValue& file : files)
         if (!file.toString().isEmpty())
             shown.insert(file.toString(), 0);
     typed = QJsonDocument(all[typedKey].toObject()).toJson(QJsonDocument::Compact);

@@ -200,7 +200,10 @@ AxModelSource AxExamineModel(const QString& path)
                            file.fileName().compare(dataName, Qt::CaseInsensitive) == 0 ? 1 : 0, false);
         if (metadata.isEmpty())
             source.fault =
-                SourceText(QT_TRANSLATE_NOOP("AxModelLayers", "The folder %1 has no metadata.xml."))
+                SourceText(
+                    QT_TRANSLATE_NOOP("AxModelLayers",
+                                      "The folder %1 has no metadata.xml. Choose the folder of the export "
+                                      "that has it; models without it are loaded as files."))
                     .arg(source.path);
         else
             ExamineTree(metadata, source);

@@ -6013,8 +6013,8 @@ Heights are counted as those of the map.</source>
         <translation>“%1”：此处的 OpenSceneGraph 没有“.%2”的读取插件。</translation>
     </message>
     <message>
-        <source>The folder %1 has no metadata.xml.</source>
-        <translation>文件夹 %1 中没有 metadata.xml。</translation>
+        <source>The folder %1 has no metadata.xml. Choose the folder of the export that has it; models without it are loaded as files.</source>
+        <translation>文件夹 %1 中没有 metadata.xml。请选择成果中含有该文件的文件夹；没有该文件的模型请按文件加载。</translation>
     </message>
     <message>
         <source>%1: there is no such file.</source>
@@ -6932,6 +6932,10 @@ Heights are counted as those of the map.</source>
     <message>
         <source>%1. The map is loaded in this detail first.</source>
         <translation>%1。先按此精细度加载地图。</translation>
+    </message>
+    <message>
+        <source>A size of its own</source>
+        <translation>自定义大小</translation>
     </message>
     <message>
         <source>&amp;Keep the shape of the map</source>

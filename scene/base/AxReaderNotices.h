@@ -6,7 +6,8 @@
 
 /// While it is there, what OpenSceneGraph's readers remark in this thread is kept out of the log, but for its
 /// debug level, and can be asked for: they speak of their own matters, again and again, and name no file.
-/// Other threads are not concerned. It goes in the thread that made it, the innermost one first.
+/// Other threads are not concerned, nor is a process whose log is not that of AxRouteSceneLog(). It goes in
+/// the thread that made it, the innermost one first.
 class AXEARTHVIEWER_EXPORT AxReaderNotices
 {
 public:
