@@ -48,6 +48,7 @@ PictureBox::PictureBox(const QSize& shown, QWidget* parent)
     form->addRow(keepsShape);
     form->addRow(tr("&Texts and lines"), texts);
     form->addRow(told);
+    usual->setPlaceholderText(tr("A size of its own"));
     usual->setObjectName(QStringLiteral("usual"));
     keepsShape->setObjectName(QStringLiteral("keepsShape"));
     keepsShape->setChecked(true);
