@@ -62,8 +62,8 @@ QAction* ToolActions::Add(EToolType tool, const QString& text, const QString& ti
 
 void ToolActions::OnPickEnded(EToolType ended)
 {
-    // Who measures once measures again.
-    if (viewer->GetToolType() == ended && !AxToolRowOf(ended).measures)
+    // Who measures once measures again, and the magnifier goes with its key.
+    if (viewer->GetToolType() == ended && !AxToolRowOf(ended).measures && ended != ToolMagnifier)
         viewer->SetToolType(ToolNavigate);
     Follow();
 }

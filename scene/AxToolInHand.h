@@ -17,7 +17,8 @@ public:
     virtual void HoldMagnifier() = 0;
     /// Takes up browsing, whatever is in hand; a drawing is put aside as above.
     virtual void LetGoOfMagnifier() = 0;
-    /// Takes up what was put aside, with its tool; nothing when there is nothing, or it was removed.
+    /// The key is no longer held: takes up what was put aside, with its tool; where there is nothing, or it
+    /// was removed, no more than browsing.
     virtual void ContinueDrawing() = 0;
     /// Begins a drawing with the tool in hand, unless picking is off or one is going on.
     virtual void BeginDrawShape() = 0;

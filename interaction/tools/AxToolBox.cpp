@@ -89,6 +89,7 @@ void AxToolBox::TakeUp(EToolType wanted)
     if (tool == ToolLandingPosition)
         emit landingLeft();
     tool = wanted;
+    isMagnifierOfKey = false;
     if (to.isOnBar)
         emit barTaken(wanted);
     InHand().Activate();
@@ -107,6 +108,8 @@ void AxToolBox::HoldMagnifier()
         TakeUp(ToolNavigate);
     if (self)
         TakeUp(ToolMagnifier);
+    if (self)
+        isMagnifierOfKey = tool == ToolMagnifier;
 }
 
 void AxToolBox::LetGoOfMagnifier()
@@ -130,8 +133,11 @@ bool AxToolBox::putAside()
 
 void AxToolBox::ContinueDrawing()
 {
-    if (!asideTool)
+    if (!asideTool) {
+        if (isMagnifierOfKey && !IsBusy())
+            TakeUp(ToolNavigate);
         return;
+    }
     const EToolType drawnWith = *asideTool;
     asideTool.reset();
     const QPointer<AxToolBox> self(this);

@@ -72,6 +72,7 @@ private:
     std::array<std::unique_ptr<AxTool>, AxTools.size()> tools;
     EToolType tool = ToolNavigate;
     std::optional<EToolType> asideTool; ///< of the drawing that waits
+    bool isMagnifierOfKey = false;      ///< in hand only while its key is held
     bool mayPick = true;
     bool multiSelect = false;
     int mouseModifiers = 0;

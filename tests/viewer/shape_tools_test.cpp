@@ -310,5 +310,8 @@ TEST_F(Tools, LetADrawingWaitWhileShiftIsHeld)
     key(Event::KEYUP);
     EXPECT_EQ(viewer->GetToolType(), ToolNavigate);
     EXPECT_EQ(viewer->GetCurHandleAdapter(), nullptr);
+    key(Event::KEYDOWN);
+    MoveTo(20, 10);
+    EXPECT_EQ(viewer->GetToolType(), ToolNavigate) << "with nothing drawn, too";
     viewer->GetMagnifier()->Close();
 }
