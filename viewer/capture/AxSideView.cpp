@@ -7,7 +7,9 @@
 #include <osg/Polytope>
 #include <osgDB/DatabasePager>
 #include <osgDB/ImagePager>
+#if __has_include(<osgEarth/PartOfView>)
 #include <osgEarth/PartOfView>
+#endif
 #include <osgUtil/CullVisitor>
 #include <osgUtil/RenderStage>
 #include <osgUtil/StateGraph>
@@ -157,8 +159,10 @@ bool AxSideView::cull(const AxSidePicture& picture)
     camera->setCullSettings(own);
     culling->ofDistance = own.getLODScale();
     culling->needed = picture.needed;
+#if __has_include(<osgEarth/PartOfView>) // osgEarth 2.8 itself draws the ground of all parts each time
     osgEarth::setPartOfView(*camera, osg::Vec4d(picture.needed.left(), picture.needed.top(),
                                                 picture.needed.right(), picture.needed.bottom()));
+#endif
     camera->setLODScale(own.getLODScale() / scale);
     camera->setClearColor(own.getClearColor());
     camera->setClearMask(own.getClearMask() | GL_STENCIL_BUFFER_BIT);
