@@ -2384,6 +2384,18 @@
         <translation>它是只读的</translation>
     </message>
     <message>
+        <source>it was deleted or moved away meanwhile</source>
+        <translation>它在此期间被删除或移走</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was deleted or moved away while it was saved.</source>
+        <translation>保存过程中“%1”被删除或移走。</translation>
+    </message>
+    <message>
+        <source>The finest level of the service is %1.</source>
+        <translation>该服务的最细级别为 %1。</translation>
+    </message>
+    <message>
         <source>it is being fetched already</source>
         <translation>它正在下载中</translation>
     </message>

@@ -2,14 +2,12 @@
 
 #include <AxData/tiles/AxTileEstimate.h>
 #include <AxData/tiles/AxTileFetch.h>
-#include <AxData/tiles/AxTilePace.h>
 
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLocale>
 #include <QNetworkProxy>
-#include <QPolygonF>
 #include <QSignalSpy>
 #include <QSqlDatabase>
 #include <QSqlQuery>
@@ -23,7 +21,6 @@
 #include <cmath>
 #include <memory>
 #include <random>
-#include <set>
 
 namespace {
 using Manner = LoopbackTiles::Manner;
@@ -109,135 +106,6 @@ protected:
     LoopbackTiles server;
 };
 } // namespace
-
-TEST(TileArea, CountsWhatItTouches)
-{
-    const struct
-    {
-        const char* what;
-        AxTileArea area;
-        int level;
-        qint64 tiles;
-    } cases[] = {
-        {"the globe", Rectangle(-180.0, -90.0, 180.0, 90.0), 3, 64},
-        {"one tile and no neighbour", Rectangle(0.0, 0.0, 180.0, axMostTileLatitude), 1, 1},
-        {"a corner of four", Rectangle(-0.1, -0.1, 0.1, 0.1), 4, 4},
-        {"both sides of 180 degrees", Rectangle(179.9, 10.0, -179.9, 10.1), 6, 2},
-        {"the same as a ring", *AxTileArea::OfRings({{{179.9, 10.0}, {-179.9, 10.0}, {180.0, 10.1}}}), 6, 2},
-        {"two rings with a tile in common",
-         *AxTileArea::OfRings({{{1.0, 1.0}, {2.0, 1.0}, {1.0, 2.0}}, {{3.0, 3.0}, {4.0, 3.0}, {3.0, 4.0}}}),
-         3, 1},
-        {"around a pole, from it to the end of the pyramid",
-         *AxTileArea::OfRings({{{-140.0, -60.0}, {-40.0, -60.0}, {50.0, -60.0}, {130.0, -60.0}}}), 2, 8},
-        {"nothing", AxTileArea(), 5, 0},
-    };
-    for (const auto& one : cases)
-        EXPECT_EQ(one.area.Count(one.level), one.tiles) << one.what;
-    for (const char* wrong :
-         {"", "1,2,3", "1,2,3,x", "1,5,2,4", "5,1,5,2", "1,2,3,nan", "1,2,3,95", "1,86,2,87"})
-        EXPECT_FALSE(AxTileArea::OfText(QLatin1String(wrong))) << wrong;
-    const AxTileBounds across = Rectangle(179.0, -1.0, -178.0, 2.0).Bounds();
-    EXPECT_NEAR(across.west, 179.0, 1e-9);
-    EXPECT_NEAR(across.east, -178.0, 1e-9);
-    EXPECT_NEAR(across.north, 2.0, 1e-9);
-}
-
-// Against each tile by itself.
-TEST(TileArea, HasExactlyTheTilesThatARingMeets)
-{
-    std::mt19937 random(16);
-    std::uniform_real_distribution<double> radius(5.0, 40.0);
-    constexpr int level = 5;
-    constexpr double side = 360.0 / (1 << level);
-    for (int round = 0; round < 30; ++round) {
-        QList<QPointF> ring;
-        QPolygonF onSquare;
-        for (int i = 0; i < 9; ++i) {
-            const double angle = i * 40.0 * std::acos(-1.0) / 180.0;
-            ring += QPointF(20.0 + radius(random) * std::cos(angle), 10.0 + radius(random) * std::sin(angle));
-            const double latitude = ring.back().y() * std::acos(-1.0) / 180.0;
-            onSquare += QPointF(ring.back().x() + 180.0,
-                                180.0 - std::asinh(std::tan(latitude)) * 180.0 / std::acos(-1.0));
-        }
-        std::set<std::pair<int, int>> expected;
-        for (int column = 0; column < 1 << level; ++column)
-            for (int row = 0; row < 1 << level; ++row)
-                if (onSquare.intersects(QPolygonF(QRectF(column * side, row * side, side, side))))
-                    expected.emplace(column, row);
-        std::set<std::pair<int, int>> found;
-        const AxTileArea area = *AxTileArea::OfRings({ring});
-        for (const AxTileRun& run : area.Runs(level))
-            for (int row = run.firstRow; row <= run.lastRow; ++row)
-                EXPECT_TRUE(found.emplace(run.column, row).second) << "twice";
-        EXPECT_EQ(found, expected) << "round " << round;
-    }
-}
-
-TEST(TileService, AddressesAreFilledOrRefused)
-{
-    const AxTile tile{3, 5, 1};
-    const QPair<const char*, const char*> filled[] = {
-        {"https://a.org/{z}/{x}/{y}.png?key=1", "https://a.org/3/5/1.png?key=1"},
-        {" https://a.org/${z}/${x}/${-y}.png ", "https://a.org/3/5/6.png"},
-        {"http://{s}.a.org/{z}/{x}/{y}", "http://a.a.org/3/5/1"},
-        {"http://t[1234].a.org/{z}/{x}/{y}", "http://t3.a.org/3/5/1"},
-        {"http://[::1]:80/{z}/{x}/{y}", "http://[::1]:80/3/5/1"},
-    };
-    for (const auto& [address, url] : filled) {
-        EXPECT_EQ(AxTileAddressFault(QLatin1String(address)), QString()) << address;
-        EXPECT_EQ(AxTileUrl(QLatin1String(address), tile), QUrl(QLatin1String(url))) << address;
-    }
-    for (const char* wrong : {"", "https://a.org/{z}/{x}", "https://a.org/{z}/{y}", "https://a.org/{x}/{y}",
-                              "https://a.org/{z}/{x}/{y}/{q}", "https://a.org/{z}/{x}/{y}/{-y}",
-                              "ftp://a.org/{z}/{x}/{y}", "file:///{z}/{x}/{y}", "/{z}/{x}/{y}.png"})
-        EXPECT_NE(AxTileAddressFault(QLatin1String(wrong)), QString()) << wrong;
-    const auto mark = [](const char* query) {
-        return AxTileAddressMark(QStringLiteral("https://a.org/{z}/{x}/{y}?") + QLatin1String(query));
-    };
-    EXPECT_EQ(mark("Api_Key=old&v=1&tk=a"), mark("Api_Key=new&v=1&tk=b")) << "a renewed key";
-    EXPECT_NE(mark("key=old&v=1"), mark("key=old&v=2"));
-}
-
-TEST(TilePace, WaitsLongerEachTimeAndGivesUp)
-{
-    AxTilePace pace(4, 1);
-    qint64 now = 0;
-    qint64 former = 0;
-    for (int i = 0; i < AxTilePace::mostPauses; ++i) {
-        const qint64 whole = std::min(AxTilePace::longestPause, AxTilePace::firstPause << i);
-        pace.Failed(now);
-        pace.Failed(now + 1); // was under way with it
-        EXPECT_GE(pace.Wait(now), whole / 2);
-        EXPECT_LE(pace.Wait(now), whole);
-        EXPECT_FALSE(pace.IsGivenUp());
-        EXPECT_NE(pace.Wait(now), former);
-        former = pace.Wait(now);
-        now += former;
-    }
-    pace.Answered();
-    pace.Failed(now);
-    EXPECT_LE(pace.Wait(now), AxTilePace::firstPause) << "an answer has ended the row";
-    for (int i = 0; i < AxTilePace::mostPauses && !pace.IsGivenUp(); ++i) {
-        now += pace.Wait(now);
-        pace.Failed(now);
-    }
-    EXPECT_TRUE(pace.IsGivenUp());
-}
-
-TEST(TilePace, LeavesABusyServiceAlone)
-{
-    AxTilePace pace(4, 1);
-    pace.Busy(1000, 30000);
-    pace.Busy(1001, 0);
-    EXPECT_EQ(pace.AtOnce(), 2) << "halved once for requests that were under way together";
-    EXPECT_GE(pace.Wait(1000), 30000);
-    for (int i = 0; i < 100; ++i)
-        pace.Answered();
-    EXPECT_EQ(pace.AtOnce(), 4);
-    EXPECT_FALSE(pace.IsGivenUp());
-    pace.Busy(100000, AxTilePace::longestRetryAfter + 1);
-    EXPECT_TRUE(pace.IsGivenUp());
-}
 
 TEST_F(Tiles, GoIntoAFileThatGdalShowsInTheirPlace)
 {
@@ -444,13 +312,21 @@ TEST_F(Tiles, ThatAreThereAreNotAskedForAgain)
     const int asked = server.paths.size();
     EXPECT_EQ(Run(job).progress.kept, second.progress.all);
     EXPECT_EQ(server.paths.size(), asked);
-    // More ground, from the same service, goes into the same file.
+    // More ground, from the same service, goes into the same file, which keeps what nobody names anew.
+    job.name.clear();
+    job.service.attribution.clear();
     job.area = Rectangle(-105.4, 37.2, -104.2, 37.6);
     const Ended wider = Run(job);
     EXPECT_EQ(wider.end, AxTileEnd::Complete);
     EXPECT_EQ(wider.progress.kept, second.progress.all);
     EXPECT_EQ(Ask(job.file, QStringLiteral("SELECT value FROM metadata WHERE name = 'bounds'")).toString(),
               QStringLiteral("-105.4000000,37.2000000,-104.2000000,37.6000000"));
+    const QPair<const char*, const char*> kept[] = {{"name", "Area"}, {"attribution", "(c) Nobody"}};
+    for (const auto& [fact, value] : kept)
+        EXPECT_EQ(Ask(job.file,
+                      QStringLiteral("SELECT value FROM metadata WHERE name = '%1'").arg(QLatin1String(fact)))
+                      .toString(),
+                  QLatin1String(value));
     const AxTileFileState state = AxLookAtTileFile(job);
     EXPECT_EQ(state.tiles + state.missing, wider.progress.all);
     // Unless somebody says that the service has them now.
@@ -537,6 +413,24 @@ TEST_F(Tiles, CanBeReadWhileTheyAreWritten)
     EXPECT_GT(server.paths.size(), 60);
 }
 
+TEST_F(Tiles, AreNotSaidToBeInAFileThatHasGone)
+{
+#ifdef Q_OS_WIN
+    GTEST_SKIP() << "no file goes there while it is open";
+#endif
+    const AxTileJob job = Job(10, 13);
+    EXPECT_EQ(Run(job, 30).end, AxTileEnd::CalledOff);
+    server.answer = [&](const Asked& asked) {
+        if (asked.column % 4 == 0)
+            QFile::remove(job.file);
+        return Answer{"200 OK", LoopbackTiles::Picture(Qt::blue), {}, Manner::Whole};
+    };
+    const Ended ended = Run(job);
+    EXPECT_EQ(ended.end, AxTileEnd::NotWritten);
+    EXPECT_EQ(ended.progress.Done(), 0);
+    EXPECT_TRUE(ended.why.contains(QStringLiteral("deleted or moved away"))) << qPrintable(ended.why);
+}
+
 TEST_F(Tiles, NeedAJobAndAFileOfTheirOwn)
 {
     const AxTileJob good = Job(8, 9);
@@ -553,6 +447,8 @@ TEST_F(Tiles, NeedAJobAndAFileOfTheirOwn)
         {"no area", [](AxTileJob& job) { job.area = AxTileArea(); }, AxTileEnd::NotBegun},
         {"levels the wrong way round", [](AxTileJob& job) { job.lastLevel = 7; }, AxTileEnd::NotBegun},
         {"a level too fine", [](AxTileJob& job) { job.lastLevel = 23; }, AxTileEnd::NotBegun},
+        {"a level that the service does not have", [](AxTileJob& job) { job.service.lastLevel = 8; },
+         AxTileEnd::NotBegun},
         {"no template", [](AxTileJob& job) { job.service.address = QStringLiteral("http://a.org/"); },
          AxTileEnd::NotBegun},
         {"too many", [](AxTileJob& job) { job.mostTiles = 2; }, AxTileEnd::NotBegun},

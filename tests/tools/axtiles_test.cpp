@@ -113,4 +113,19 @@ TEST_F(AxTilesProgram, GoesOnWhereItWasEnded)
     EXPECT_EQ(Run(QStringList{QStringLiteral("--estimate"), QStringLiteral("--most=1")} +
                   Wanted(QStringLiteral("10-11"))),
               1);
+    QFile::remove(file);
+    server.answer = [](const LoopbackTiles::Asked&) {
+        return LoopbackTiles::Answer{"404 Not Found", {}, {}, LoopbackTiles::Manner::Whole};
+    };
+    EXPECT_EQ(Run(Wanted(QStringLiteral("10-11"))), 1) << "there is no file to go on with";
+    EXPECT_FALSE(QFile::exists(file));
+    server.paths.clear();
+    server.answer = [](const LoopbackTiles::Asked& request) {
+        return request.times == 0
+                   ? LoopbackTiles::Answer{"500 Oops", {}, {}, LoopbackTiles::Manner::Whole}
+                   : LoopbackTiles::Answer{
+                         "200 OK", LoopbackTiles::Picture(Qt::red), {}, LoopbackTiles::Manner::Whole};
+    };
+    EXPECT_EQ(Run(Wanted(QStringLiteral("10-10"))), 0);
+    EXPECT_EQ(complaints.count(QStringLiteral("waiting")), 1) << qPrintable(complaints);
 }

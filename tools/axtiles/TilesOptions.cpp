@@ -32,8 +32,9 @@ QString Overview()
         "\n"
         "A proxy is taken from the system (http_proxy, https_proxy).\n"
         "\n"
-        "The program ends with 0 when all that the service has is in the file, 1 when it failed, 2 when it "
-        "was called wrongly, 3 when a part is in the file and the same command will go on.");
+        "The program ends with 0 when all that the service has is in the file, 1 when it failed and there "
+        "is no file to go on with, 2 when it was called wrongly, 3 when a part is in the file and the same "
+        "command will go on.");
 }
 
 bool ReadLevels(const QString& text, AxTileJob& job)
@@ -109,8 +110,11 @@ void AddOptions(QCommandLineParser& parser)
     add("margin", TilesText::tr("Metres around the areas of --outline."), TilesText::tr("metres"));
     add("levels", TilesText::tr("From the coarse one to the fine one, 0 to %1.").arg(axMostTileLevel),
         QStringLiteral("8-16"));
-    add("name", TilesText::tr("Name of the map; otherwise that of the file."), TilesText::tr("text"));
-    add("attribution", TilesText::tr("Whose pictures they are; kept in the file."), TilesText::tr("text"));
+    add("name", TilesText::tr("Name of the map; otherwise the one in the file, or that of the file."),
+        TilesText::tr("text"));
+    add("attribution",
+        TilesText::tr("Whose pictures they are; kept in the file, also when it is gone on with."),
+        TilesText::tr("text"));
     add("parallel", TilesText::tr("Requests at once, 1 to %1; otherwise 4.").arg(axMostTilesAtOnce),
         TilesText::tr("number"));
     add("timeout", TilesText::tr("Seconds of silence that are waited for; otherwise 20."),
@@ -151,8 +155,7 @@ bool ReadTilesOptions(const QStringList& arguments, TilesOptions& options, QStri
     AxTileJob& job = options.job;
     job.service.address = positional[0];
     job.file = positional[1];
-    job.name = parser.isSet(QStringLiteral("name")) ? parser.value(QStringLiteral("name"))
-                                                    : QFileInfo(job.file).completeBaseName();
+    job.name = parser.value(QStringLiteral("name"));
     job.service.attribution = parser.value(QStringLiteral("attribution"));
     job.userAgent = parser.value(QStringLiteral("user-agent")).toUtf8();
     job.isMissingAskedAgain = parser.isSet(QStringLiteral("retry-missing"));

@@ -9,7 +9,7 @@
 enum TilesStatus
 {
     TilesDone = 0,     ///< all that the service has is in the file
-    TilesFailed = 1,   ///< the file cannot be written, or nothing can be told
+    TilesFailed = 1,   ///< the file cannot be written, or nothing has come
     TilesWrongUse = 2, ///< the command line
     TilesGoOn = 3,     ///< a part is in the file; the same command goes on from there
 };

@@ -17,7 +17,7 @@ The same command goes on where it was broken off, by Ctrl+C, a lost network or a
 
 A proxy is taken from the system (http_proxy, https_proxy).
 
-The program ends with 0 when all that the service has is in the file, 1 when it failed, 2 when it was called wrongly, 3 when a part is in the file and the same command will go on.</source>
+The program ends with 0 when all that the service has is in the file, 1 when it failed and there is no file to go on with, 2 when it was called wrongly, 3 when a part is in the file and the same command will go on.</source>
         <translation>将一个区域的瓦片下载到一个 MBTiles 文件中，AxEarthViewer 和其他程序无需网络即可显示。
 
   axtiles --area -105.3,37.2,-104.8,37.6 --levels 8-15 \
@@ -31,7 +31,7 @@ The program ends with 0 when all that the service has is in the file, 1 when it 
 
 代理取自系统设置（http_proxy、https_proxy）。
 
-退出码：0 表示服务拥有的瓦片均已写入文件；1 表示失败；2 表示命令行有误；3 表示只写入了一部分，再次执行同一命令可继续。</translation>
+退出码：0 表示服务拥有的瓦片均已写入文件；1 表示失败，且没有可继续的文件；2 表示命令行有误；3 表示只写入了一部分，再次执行同一命令可继续。</translation>
     </message>
     <message>
         <source>&quot;%1&quot;: no margin can be put around &quot;%2&quot;.</source>
@@ -70,16 +70,16 @@ The program ends with 0 when all that the service has is in the file, 1 when it 
         <translation>从粗级到细级，0 至 %1。</translation>
     </message>
     <message>
-        <source>Name of the map; otherwise that of the file.</source>
-        <translation>地图名称；默认为文件名。</translation>
+        <source>Name of the map; otherwise the one in the file, or that of the file.</source>
+        <translation>地图名称；默认为文件中已有的名称，否则为文件名。</translation>
     </message>
     <message>
         <source>text</source>
         <translation>文本</translation>
     </message>
     <message>
-        <source>Whose pictures they are; kept in the file.</source>
-        <translation>图片的版权说明；保存在文件中。</translation>
+        <source>Whose pictures they are; kept in the file, also when it is gone on with.</source>
+        <translation>图片的版权说明；保存在文件中，继续下载时也保留。</translation>
     </message>
     <message>
         <source>Requests at once, 1 to %1; otherwise 4.</source>
@@ -150,8 +150,8 @@ The program ends with 0 when all that the service has is in the file, 1 when it 
         <translation>%2 个瓦片的 %1 %，级别 %3，%4 MB</translation>
     </message>
     <message>
-        <source>; waiting for %1 s: %2</source>
-        <translation>；等待 %1 秒：%2</translation>
+        <source>waiting for %1 s: %2</source>
+        <translation>等待 %1 秒：%2</translation>
     </message>
     <message>
         <source>%1 tiles</source>

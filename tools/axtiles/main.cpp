@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QLocale>
 #include <QTextStream>
 #include <QTimer>
@@ -69,13 +70,20 @@ class Console
 {
 public:
     explicit Console(const TilesOptions& options)
-        : isTerminal(IsTerminal()), isShown(!options.isQuiet && (isTerminal || options.isTalkative))
+        : isTerminal(IsTerminal()), isShown(!options.isQuiet && (isTerminal || options.isTalkative)),
+          isWaitTold(options.isQuiet || isShown)
     {
     }
 
     void Tell(const AxTileProgress& progress)
     {
         constexpr int otherMs = 2000;
+        const QString waiting =
+            TilesText::tr("waiting for %1 s: %2").arg((progress.waitMs + 999) / 1000).arg(progress.why);
+        if (!isWaitTold && progress.waitMs > 0 && !progress.why.isEmpty()) {
+            isWaitTold = true;
+            QTextStream(stderr) << "axtiles: " << waiting << Qt::endl;
+        }
         if (!isShown || (!isTerminal && since.isValid() && !since.hasExpired(otherMs)))
             return;
         since.start();
@@ -86,8 +94,7 @@ public:
                            .arg(progress.level)
                            .arg(Megabytes(static_cast<double>(progress.bytes)));
         if (progress.waitMs > 0)
-            line +=
-                TilesText::tr("; waiting for %1 s: %2").arg((progress.waitMs + 999) / 1000).arg(progress.why);
+            line += QStringLiteral("; ") + waiting;
         QTextStream out(stderr);
         if (!isTerminal) {
             out << line << Qt::endl;
@@ -106,6 +113,7 @@ public:
 private:
     bool isTerminal;
     bool isShown;
+    bool isWaitTold; ///< once, where how far it is is not shown
     int width = 0;
     QElapsedTimer since;
 };
@@ -131,7 +139,7 @@ int Estimate(const AxTileJob& job)
     return status;
 }
 
-int StatusOf(AxTileEnd end)
+int StatusOf(AxTileEnd end, const QString& file)
 {
     switch (end) {
     case AxTileEnd::Complete:
@@ -141,7 +149,7 @@ int StatusOf(AxTileEnd end)
     case AxTileEnd::NotWritten:
         return TilesFailed;
     default:
-        return TilesGoOn;
+        return QFileInfo::exists(file) ? TilesGoOn : TilesFailed;
     }
 }
 
@@ -155,7 +163,7 @@ int Fetch(const TilesOptions& options)
     QObject::connect(&fetch, &AxTileFetch::ended, qApp,
                      [&](AxTileEnd end, const QString& why, const AxTileProgress& progress) {
                          console.End();
-                         status = StatusOf(end);
+                         status = StatusOf(end, options.job.file);
                          if (end != AxTileEnd::NotBegun && progress.all > 0 && !options.isQuiet)
                              QTextStream(stdout)
                                  << TilesText::tr(

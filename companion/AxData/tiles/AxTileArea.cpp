@@ -101,6 +101,15 @@ Box BoxOf(const QVector<QPointF>& ring)
             -Least(ring, [](const QPointF& p) { return -p.y(); })};
 }
 
+// Steps that FillRing() takes; of a narrow corridor far fewer than the tiles of the box around it.
+double StepsOf(const QVector<QPointF>& ring, int count)
+{
+    double steps = 0.0;
+    for (int i = 0; i < ring.size(); ++i)
+        steps += std::abs(ring[(i + 1) % ring.size()].x() - ring[i].x()) * count + 1.0;
+    return steps;
+}
+
 struct Columns
 {
     int first;
@@ -228,14 +237,17 @@ QVector<AxTileRun> AxTileArea::Runs(int level) const
 
 qint64 AxTileArea::Count(int level) const
 {
+    constexpr double mostSteps = 500000.0;
+    const int count = 1 << level;
     qint64 most = 0;
+    double steps = 0.0;
     for (const Ring& ring : rings) {
         const Box box = BoxOf(ring);
-        const int count = 1 << level;
+        steps += StepsOf(ring, count);
         const Rows rows = RowsOf(box.top * count, box.bottom * count, count);
         most += static_cast<qint64>(ColumnsOf(box, count).count) * std::max(0, rows.last - rows.first + 1);
     }
-    if (most > axMostTilesCounted)
+    if (most > axMostTilesCounted && steps > mostSteps)
         return most;
     qint64 tiles = 0;
     for (const AxTileRun& run : Runs(level))

@@ -67,8 +67,8 @@ public:
     AxTileBounds Bounds() const;
     /// All tiles that the area touches, columns ascending, rows ascending in them, none twice.
     QVector<AxTileRun> Runs(int level) const;
-    /// How many these are. An upper bound where they are so many that nobody fetches them
-    /// (axMostTilesCounted).
+    /// How many these are. Of ground that reaches over hundreds of thousands of columns, with a box around it
+    /// of more than axMostTilesCounted tiles, the tiles of that box.
     qint64 Count(int level) const;
     qint64 Count(int firstLevel, int lastLevel) const;
 
@@ -78,7 +78,7 @@ private:
     QVector<Ring> rings;
 };
 
-/// Levels of more tiles than this are not counted one by one.
+/// Wide levels with more tiles than this in the box around the ground are not counted one by one.
 constexpr qint64 axMostTilesCounted = 5000000;
 
 /// How wide a pixel of 256 to a tile is on the ground, metres.

@@ -5,7 +5,9 @@
 #include <AxData/tiles/AxTileText.h>
 #include <AxData/tiles/AxTileWalk.h>
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QTimer>
 
 #include <algorithm>
@@ -44,6 +46,8 @@ QString AxTileJobFault(const AxTileJob& job)
         return AxTileText::tr("There is no area.");
     if (job.firstLevel < 0 || job.lastLevel > axMostTileLevel || job.firstLevel > job.lastLevel)
         return AxTileText::tr("The levels are 0 to %1, the coarse one first.").arg(axMostTileLevel);
+    if (job.lastLevel > job.service.lastLevel)
+        return AxTileText::tr("The finest level of the service is %1.").arg(job.service.lastLevel);
     if (job.file.isEmpty())
         return AxTileText::tr("There is no file.");
     const qint64 tiles = job.area.Count(job.firstLevel, job.lastLevel);
@@ -328,6 +332,16 @@ private:
         // Whoever hears of the end may open the file.
         file.reset();
         progress.waitMs = 0;
+        if (progress.kept + progress.fetched > 0 && !QFileInfo::exists(job.file)) {
+            if (end != AxTileEnd::NotWritten)
+                why = AxTileText::tr("\"%1\" was deleted or moved away while it was saved.")
+                          .arg(QDir::toNativeSeparators(job.file));
+            end = AxTileEnd::NotWritten;
+            AxTileProgress nothing;
+            nothing.all = progress.all;
+            nothing.level = progress.level;
+            progress = nothing;
+        }
         QMetaObject::invokeMethod(
             this, [this, end, why, last = progress] { emit fetch.ended(end, why, last); },
             Qt::QueuedConnection);

@@ -16,7 +16,7 @@
 struct AxTileJob
 {
     QString file; ///< MBTiles; one that the same service and levels were fetched into is gone on with
-    QString name; ///< of the map, for people
+    QString name; ///< of the map, for people; empty: as the file has it, or else the name of the file
     AxTileService service;            ///< that is asked
     AxTileArea area;                  ///< ground whose tiles are wanted
     int firstLevel = 0;               ///< of the pyramid, coarse

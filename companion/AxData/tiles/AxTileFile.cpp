@@ -125,7 +125,10 @@ AxTileFile::~AxTileFile()
 
 bool AxTileFile::Refuse(const QString& reason, QString& why)
 {
-    why = AxTileText::tr("\"%1\" cannot be written: %2.").arg(shownPath, reason);
+    // The database only says that it may no more be written.
+    const bool isGone = put && !QFileInfo::exists(path);
+    why = AxTileText::tr("\"%1\" cannot be written: %2.")
+              .arg(shownPath, isGone ? AxTileText::tr("it was deleted or moved away meanwhile") : reason);
     return false;
 }
 
@@ -237,14 +240,22 @@ bool AxTileFile::WriteFacts(const AxTileJob& job)
     const AxTileBounds bounds = former ? BoundsOfBoth(*former, added) : added;
     const QString format = Fact(QStringLiteral("format"));
     const QString finest = Fact(QStringLiteral("maxzoom"));
-    return SetFact(QStringLiteral("name"), job.name) &&
+    const QString nameFact = QStringLiteral("name");
+    const QString ofFile = Fact(nameFact);
+    const QString name = !job.name.isEmpty() ? job.name
+                         : !ofFile.isEmpty() ? ofFile
+                                             : QFileInfo(path).completeBaseName();
+    const QString attributionFact = QStringLiteral("attribution");
+    const QString attribution =
+        job.service.attribution.trimmed().isEmpty() ? Fact(attributionFact) : job.service.attribution;
+    return SetFact(nameFact, name) &&
            SetFact(QStringLiteral("format"), format.isEmpty() ? QStringLiteral("png") : format) &&
            SetFact(QStringLiteral("bounds"), BoundsText(WithoutCrossing(bounds))) &&
            SetFact(boundsFact, BoundsText(bounds)) &&
            SetFact(QStringLiteral("minzoom"), QString::number(job.firstLevel)) &&
            SetFact(QStringLiteral("maxzoom"), finest.isEmpty() ? QString::number(job.firstLevel) : finest) &&
            SetFact(QStringLiteral("type"), QStringLiteral("baselayer")) &&
-           SetFact(QStringLiteral("attribution"), job.service.attribution) &&
+           SetFact(attributionFact, attribution) &&
            SetFact(serviceFact, QString::fromLatin1(AxTileAddressMark(job.service.address))) &&
            SetFact(levelsFact, LevelsText(job));
 }

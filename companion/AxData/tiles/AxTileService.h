@@ -14,9 +14,9 @@
 /// A tile service in Web Mercator. A plain value.
 struct AxTileService
 {
-    QString name;        ///< for people
-    QString address;     ///< template
-    int lastLevel = 19;  ///< the finest that it has
+    QString name;                    ///< for people
+    QString address;                 ///< template
+    int lastLevel = axMostTileLevel; ///< the finest that it has, as far as that is known
     QString attribution; ///< whose pictures they are, as the service wants it shown; kept in the file
 };
 
