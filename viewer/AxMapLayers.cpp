@@ -281,6 +281,32 @@ int AxMapLayers::AddImage(const QString& file, QString* why)
     return layer->getUID();
 }
 
+int AxMapLayers::OpenImageAgain(int id, QString* why)
+{
+    osgEarth::ImageLayerVector pictures;
+    if (map)
+        map->getImageLayers(pictures);
+    const auto former = std::find_if(pictures.begin(), pictures.end(),
+                                     [id](const auto& layer) { return layer->getUID() == id; });
+    if (former == pictures.end() || !added.contains(id)) {
+        if (why)
+            *why = tr("There is no such layer.");
+        return 0;
+    }
+    const QString file = added[id].path;
+    const osg::ref_ptr<ImageLayer> layer = Opened<ImageLayer>(file, why);
+    if (!layer)
+        return 0;
+    layer->setVisible((*former)->getVisible());
+    layer->setOpacity((*former)->getOpacity());
+    const int anew = layer->getUID();
+    added[anew] = {file, ExtentOfTiles(file)};
+    map->addImageLayer(layer);
+    map->moveImageLayer(layer, static_cast<unsigned>(former - pictures.begin()));
+    map->removeImageLayer(*former);
+    return anew;
+}
+
 int AxMapLayers::AddElevation(const QString& file, QString* why)
 {
     if (!hasMap(why))

@@ -62,6 +62,10 @@ public:
     /// the same way before is not put there twice: its layer is shown, and its ID given.
     int AddImage(const QString& file, QString* why = nullptr);
     int AddElevation(const QString& file, QString* why = nullptr);
+    /// Reads the file of such pictures anew, as a layer knows it only as it was when it was opened. The new
+    /// layer's ID: it is where the former one was, as visible and as opaque. 0, with the reason in `why` and
+    /// the former one standing, for a file that cannot be opened any more and for other layers.
+    int OpenImageAgain(int id, QString* why = nullptr);
     /// False for a layer that was not added here.
     bool Remove(int id);
 

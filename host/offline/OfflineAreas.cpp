@@ -123,13 +123,12 @@ bool OfflineAreas::Show(const QString& file)
     QString why;
     const QList<AxMapLayer> before = layers->All();
     int id = layers->AddImage(path, &why);
-    const bool wasThere =
-        std::any_of(before.begin(), before.end(), [id](const AxMapLayer& layer) { return layer.id == id; });
-    // A layer knows its file as it was when it was opened.
-    if (id != 0 && wasThere) {
+    const auto former =
+        std::find_if(before.begin(), before.end(), [id](const AxMapLayer& layer) { return layer.id == id; });
+    if (id != 0 && former != before.end()) {
         const QScopedValueRollback<QMap<QString, int>> keep(shown);
-        layers->Remove(id);
-        id = layers->AddImage(path, &why);
+        layers->SetVisible(id, former->isVisible);
+        id = layers->OpenImageAgain(id, &why);
     }
     if (id == 0)
         emit Told(why);
@@ -137,6 +136,14 @@ bool OfflineAreas::Show(const QString& file)
         shown[path] = id;
     emit KeptChanged();
     return id != 0;
+}
+
+bool OfflineAreas::IsSeen(const QString& file) const
+{
+    const int id = shown.value(QFileInfo(file).absoluteFilePath());
+    const QList<AxMapLayer> all = viewer->GetMapLayers()->All();
+    return std::any_of(all.begin(), all.end(),
+                       [id](const AxMapLayer& layer) { return layer.id == id && layer.isVisible; });
 }
 
 void OfflineAreas::OnLayers()
@@ -168,7 +175,8 @@ void OfflineAreas::Open()
             emit KeptChanged();
         });
         connect(box, &OfflineBox::Saved, this, [this](const QString& file) {
-            if (Show(file))
+            // One that was hidden stays so.
+            if (Show(file) && IsSeen(file))
                 emit Told(
                     tr("%1 is shown on the map, with or without a network.").arg(QFileInfo(file).fileName()));
         });

@@ -37,7 +37,8 @@ public:
     /// loaded.
     void SetKept(const QByteArray& text);
 
-    /// Puts a file onto the map, or what it has become; false, with the reason told, where that fails.
+    /// Puts a file onto the map, or what it has become in the place of what it was; false, with the reason
+    /// told, where that fails.
     bool Show(const QString& file);
     /// Files that are shown, or would be if they were there.
     QStringList Files() const { return shown.keys(); }
@@ -51,6 +52,7 @@ private:
     void FillMissing();
     void ShowKept();
     void OnLayers();
+    bool IsSeen(const QString& file) const; ///< on the map, and not hidden
 
     CAxEarthViewer* viewer;
     QWidget* window;

@@ -36,12 +36,15 @@ constexpr int recountMs = 500;
 constexpr int usualMargin = 200;
 constexpr int barSteps = 1000;
 
-QLabel* Line(const char* name)
+// As high as its longest message from the start on, so that nothing moves below the mouse.
+QLabel* Line(const char* name, int lines)
 {
     auto* label = new QLabel;
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setFixedHeight(lines * label->fontMetrics().lineSpacing());
     return label;
 }
 } // namespace
@@ -51,8 +54,8 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
       address(new QLineEdit), attribution(new QLineEdit), ground(new QButtonGroup(this)),
       margin(new LimitedNumber), rectangle(new QLineEdit), firstLevel(new QSpinBox), lastLevel(new QSpinBox),
       pixel(new QLabel), file(new QLineEdit), retry(new QCheckBox(tr("Ask a&gain for missing tiles"))),
-      count(Line("OfflineCount")), guessed(Line("OfflineGuess")),
-      guess(new QPushButton(tr("&Estimate size"))), bar(new QProgressBar), state(Line("OfflineState"))
+      count(Line("OfflineCount", 3)), guess(new QPushButton(tr("&Estimate size"))), bar(new QProgressBar),
+      state(Line("OfflineState", 3))
 {
     setObjectName(QStringLiteral("OfflineBox"));
     // The map is moved and blocks are chosen meanwhile.
@@ -78,8 +81,7 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(saver, &OfflineSaver::Ended, this, &OfflineBox::OnEnded);
     connect(saver, &OfflineSaver::Estimated, this, [this](const AxTileGuess& found) {
         tally.SetGuess(found);
-        guessed->setText(found.why);
-        guessed->setVisible(!found.why.isEmpty());
+        ShowGuess(found.why);
         ShowBusy();
         Count();
     });
@@ -101,7 +103,7 @@ void OfflineBox::BuildService(QFormLayout* form)
     connect(service, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &OfflineBox::OnService);
     connect(address, &QLineEdit::textEdited, this, [this] {
         tally.ForgetGuess();
-        guessed->hide();
+        ShowGuess({});
     });
 }
 
@@ -182,20 +184,21 @@ void OfflineBox::BuildState()
     guess->setAutoDefault(false);
     guess->setObjectName(QStringLiteral("OfflineEstimate"));
     connect(guess, &QPushButton::clicked, this, &OfflineBox::Guess);
-    auto* row = new QHBoxLayout;
-    row->addWidget(count, 1);
-    row->addWidget(guess);
-    ContentLayout()->addLayout(row);
-    ContentLayout()->addWidget(guessed);
-    auto* terms = Line("OfflineTerms");
+    auto* terms = Line("OfflineTerms", 2);
     terms->setText(tr("Whether tiles may be saved is in the terms of use of the service; many forbid it."));
-    ContentLayout()->addWidget(terms);
+    auto* row = new QHBoxLayout;
+    row->addWidget(terms, 1);
+    row->addWidget(guess);
+    ContentLayout()->addWidget(count);
+    ContentLayout()->addLayout(row);
     bar->setObjectName(QStringLiteral("OfflineBar"));
     bar->setRange(0, barSteps);
     ContentLayout()->addWidget(bar);
     ContentLayout()->addWidget(state);
-    for (QWidget* later : QList<QWidget*>{guessed, bar, state})
-        later->hide();
+    QSizePolicy policy = bar->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    bar->setSizePolicy(policy);
+    bar->hide();
 }
 
 void OfflineBox::Open()
@@ -235,10 +238,12 @@ void OfflineBox::OnService()
     address->setReadOnly(isOfMap);
     if (isOfMap) {
         address->setText(services[chosen].address);
-        lastLevel->setValue(std::min(lastLevel->value(), services[chosen].lastLevel));
     }
+    const int finest = isOfMap ? services[chosen].lastLevel : axMostTileLevel;
+    firstLevel->setMaximum(finest);
+    lastLevel->setMaximum(finest);
     tally.ForgetGuess();
-    guessed->hide();
+    ShowGuess({});
     Count();
 }
 
@@ -289,7 +294,6 @@ std::optional<AxTileJob> OfflineBox::Job(QString& why) const
     job.firstLevel = firstLevel->value();
     job.lastLevel = lastLevel->value();
     job.file = QDir::fromNativeSeparators(file->text().trimmed());
-    job.name = QFileInfo(job.file).completeBaseName();
     job.mostTiles = axMostTilesOfJob;
     job.isMissingAskedAgain = retry->isEnabled() && retry->isChecked();
     why = AxTileJobFault(job);
@@ -319,7 +323,7 @@ void OfflineBox::Count()
     }
     const bool isFine = job && !saver->IsBusy();
     OKButton()->setEnabled(isFine && tally.File().fault.isEmpty());
-    guess->setEnabled(isFine);
+    guess->setEnabled(job && !saver->IsFetching());
     retry->setEnabled(isFine && tally.File().missing > 0);
 }
 
@@ -327,12 +331,20 @@ void OfflineBox::Guess()
 {
     QString why;
     const std::optional<AxTileJob> job = Job(why);
-    if (!job)
+    if (!job || saver->IsBusy())
         return;
-    guessed->setText(tr("A few tiles are asked for..."));
-    guessed->show();
+    ShowGuess(tr("A few tiles are asked for..."));
     saver->Estimate(*job);
     ShowBusy();
+}
+
+void OfflineBox::ShowGuess(const QString& text)
+{
+    // How a job has ended stays until something else is to be told.
+    if (saver->IsFetching() || (text.isEmpty() && !isGuessShown))
+        return;
+    isGuessShown = !text.isEmpty();
+    state->setText(text);
 }
 
 bool OfflineBox::MayBegin(const AxTileJob& job)
@@ -365,6 +377,7 @@ void OfflineBox::slotBtnAcceptClicked()
     saver->CallOff();
     saving = job->file;
     bar->setValue(0);
+    isGuessShown = false;
     state->setText(tr("Looking at what is there..."));
     saver->Fetch(*job);
     ShowBusy();
@@ -395,14 +408,11 @@ void OfflineBox::ShowBusy()
     for (QWidget* input : qAsConst(inputs))
         input->setEnabled(!isFetching);
     OKButton()->setEnabled(!saver->IsBusy());
-    guess->setEnabled(!saver->IsBusy());
+    // While it estimates, too: the focus would go on to "Close", and Enter with it.
+    guess->setEnabled(!isFetching);
     SetBtnCancelText(isFetching ? tr("Stop") : tr("Close"));
-    if (isFetching && bar->isHidden()) {
+    if (isFetching)
         bar->show();
-        state->show();
-        // Labels that may have several lines are squeezed otherwise.
-        adjustSize();
-    }
 }
 
 void OfflineBox::OnProgress(const AxTileProgress& progress)
@@ -414,6 +424,9 @@ void OfflineBox::OnProgress(const AxTileProgress& progress)
 void OfflineBox::OnEnded(AxTileEnd end, const QString& why, const AxTileProgress& progress)
 {
     OnProgress(progress);
+    // What could not be had is not done.
+    if (progress.all > 0)
+        bar->setValue(static_cast<int>((progress.Done() - progress.unusable) * barSteps / progress.all));
     // What is missing after that was asked for twice; going on does not begin with it once more.
     retry->setChecked(false);
     const QString text = OfflineTally::EndText(QFileInfo(saving).fileName(), end, why, progress);

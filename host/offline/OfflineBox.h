@@ -66,6 +66,7 @@ private:
     std::optional<AxTileJob> Job(QString& why) const;
     void Count();
     void Guess();
+    void ShowGuess(const QString& text); ///< where the state is told; empty: it is not up to date any more
     bool MayBegin(const AxTileJob& job);
     void OnProgress(const AxTileProgress& progress);
     void OnEnded(AxTileEnd end, const QString& why, const AxTileProgress& progress);
@@ -86,7 +87,6 @@ private:
     QLineEdit* file;
     QCheckBox* retry;
     QLabel* count;
-    QLabel* guessed;
     QPushButton* guess;
     QProgressBar* bar;
     QLabel* state;
@@ -94,4 +94,5 @@ private:
     QTimer recount;         ///< the view moves, blocks change
     OfflineTally tally;
     QString saving; ///< the file that is being fetched
+    bool isGuessShown = false;
 };

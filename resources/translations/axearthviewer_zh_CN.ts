@@ -5559,6 +5559,10 @@ Heights are counted as those of the map.</source>
 <context>
     <name>AxMapLayers</name>
     <message>
+        <source>There is no such layer.</source>
+        <translation>没有该图层。</translation>
+    </message>
+    <message>
         <source>The map is not loaded yet.</source>
         <translation>地图尚未加载。</translation>
     </message>

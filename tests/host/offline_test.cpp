@@ -84,12 +84,21 @@ TEST_F(OfflineAreasTest, WhatIsSavedIsShownInItsPlaceAndKept)
         EXPECT_GT(middle.red(), 2 * middle.green() + 40) << qPrintable(middle.name());
         EXPECT_GT(middle.blue(), 2 * middle.green() + 40) << qPrintable(middle.name());
 
-        // More ground into the file that is shown: one layer, opened anew.
+        // More ground into the file that is shown: one layer, opened anew, as it was.
+        viewer->GetMapLayers()->SetOpacity(Added().id, 0.5);
+        viewer->GetMapLayers()->SetVisible(Added().id, false);
+        const QString upper = folder.filePath(QStringLiteral("upper.mbtiles"));
+        ASSERT_TRUE(QFile::copy(file, upper));
+        const int above = viewer->GetMapLayers()->AddImage(upper);
         In<QLineEdit>(box, "OfflineRectangle")->setText(QStringLiteral("30.1,10.1,30.8,10.3"));
         QTest::mouseClick(save, Qt::LeftButton);
         ASSERT_TRUE(waitFor([&] { return saved.size() == 2; }));
+        EXPECT_EQ(Added().id, above) << "the upper one";
+        viewer->GetMapLayers()->Remove(above);
         EXPECT_EQ(Layers(), before + 1);
         EXPECT_NEAR(Added().extent.value_or(QRectF()).width(), 0.7, 0.01);
+        EXPECT_FALSE(Added().isVisible);
+        EXPECT_NEAR(Added().opacity, 0.5, 0.01);
     }
     // The next run: the file is shown again, until it is removed from the map. One that is not there is kept.
     viewer->GetMapLayers()->Remove(Added().id);
