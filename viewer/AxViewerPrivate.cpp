@@ -11,9 +11,12 @@
 #include "interaction/measure/CAxMeasurePlane.h"
 #include "interaction/models/AxModelLayers.h"
 #include "mission/landing/CAxDownhillAnglenode.h"
+#include "interaction/models/AxModelPick.h"
 #include "mission/landing/CAxInterestPointNode.h"
 #include "mission/landing/CAxLandingAreaNode.h"
 #include "viewer/AxControlPoints.h"
+#include "scene/base/AxGlobePoint.h"
+#include "scene/shape/AxShapeClamp.h"
 #include "viewer/AxFrame.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxInputRouter.h"
@@ -88,8 +91,11 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
             emit q->signalAddModelLayer(id, layer->name, layer->files, layer->options.isVisible, layer->path,
                                         layer->options.coordinateSystem);
     });
-    connect(modelLayers.get(), &AxModelLayers::added, q, [this] { clampToModels(); });
-    connect(modelLayers.get(), &AxModelLayers::removed, q, [this] { clampToModels(); });
+    for (const auto change : {&AxModelLayers::changed, &AxModelLayers::removed})
+        connect(modelLayers.get(), change, q, [this](const QString& layer) {
+            clampToModels();
+            layNearModel(layer);
+        });
     modelOutlines = std::make_unique<AxModelOutlines>(*this, *modelLayers);
     connect(modelOutlines.get(), &AxModelOutlines::answered, q,
             &CAxEarthViewer::signalRequestIntersectionReturn);
@@ -103,7 +109,7 @@ AxViewerPrivate::~AxViewerPrivate() = default;
 
 void AxViewerPrivate::clampToModels()
 {
-    const bool isOn = history.Aids().clampToModels && !modelLayers->All().isEmpty();
+    const bool isOn = history.Aids().clampToModels && viewer && AxIsModelShown(viewer->getSceneData());
     for (const CAxHandleAdapter* object : objects.All())
         if (CAxHandleAdapterEditor* const editor = object->GetAnchorEditor())
             editor->SetIntersectModelLayer(isOn);
@@ -126,6 +132,22 @@ std::optional<bool> AxViewerPrivate::AngleHandlesShown() const
 
 void AxViewerPrivate::GetElevations(QList<osg::Vec3d>& points) const
 {
+void AxViewerPrivate::layNearModel(const QString& layer)
+{
+    const std::optional<AxModelLayer> known = modelLayers->Find(layer);
+    const QRectF extent =
+        known ? known->extent.value_or(QRectF()).united(modelExtents.value(layer)) : modelExtents.take(layer);
+    if (known && known->extent)
+        modelExtents[layer] = *known->extent;
+    if (extent.isNull() || !mapNode)
+        return;
+    std::vector<osg::Vec3d> normals;
+    for (const QPointF& place :
+         {extent.topLeft(), extent.topRight(), extent.bottomLeft(), extent.bottomRight()})
+        normals.push_back(AxGlobe::NormalAt({place.x(), place.y(), 0.0}));
+    AxShapeClamp::AskNear(mapNode->getTerrain(), normals);
+}
+
     manipulator->GetElevations(points, history.Aids().clampToModels);
 }
 

@@ -20,7 +20,9 @@
 #include <osgEarthUtil/Sky>
 #include <osgViewer/Viewer>
 
+#include <QHash>
 #include <QPointer>
+#include <QRectF>
 #include <QSet>
 
 #include <array>
@@ -83,6 +85,8 @@ public:
     void clampToModels();
 
     // Construction and start-up, in their order (AxViewerStartup.cpp)
+    /// Lays what is drawn near a model anew; of one that has gone, where it was.
+    void layNearModel(const QString& layer);
 
     void initParameters();
     void initOverlays();
@@ -173,6 +177,7 @@ public:
 
     QString mapFile;
     osg::Vec3d projPlaneCenter;
+    QHash<QString, QRectF> modelExtents; ///< as objects were last laid on them
     osg::Matrixd projPlaneMatrix;
     AxCoordinateSystem coordSystem;
     std::optional<std::array<double, 4>> pointed; ///< what the read-out shows, as the manipulator told it

@@ -3,6 +3,7 @@
 #include "analysis/CAxAncillaryProcess.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/input/CAxEarthManipulator.h"
+#include "interaction/models/AxModelLayers.h"
 #include "interaction/objects/CAxHandleAdapter.h"
 #include "scene/base/AxNotice.h"
 #include "viewer/AxFrame.h"
@@ -362,8 +363,12 @@ QAction* CAxEarthViewer::GetRedoAction() const
 
 void CAxEarthViewer::SetEditAids(const AxEditAids& aids)
 {
+    const bool isOtherGround = aids.clampToModels != GetEditAids().clampToModels;
     d->history.SetAids(aids);
     d->clampToModels();
+    if (isOtherGround)
+        for (const AxModelLayer& layer : d->modelLayers->All())
+            d->layNearModel(layer.id);
     const CAxHandleAdapter* current = d->objects.Current();
     if (CAxHandleAdapterEditor* editor = current ? current->GetAnchorEditor() : nullptr)
         editor->Update();

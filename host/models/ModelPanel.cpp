@@ -30,14 +30,12 @@ constexpr int layerRole = Qt::UserRole;
 constexpr int missingRole = Qt::UserRole + 1;
 // Such a file is held in memory as a whole, some times over.
 constexpr qint64 muchForOneFile = qint64(500) << 20;
-const char* const modelSuffixes[] = {"osgb", "osgt", "osg", "ive", "obj", "gltf", "glb", "dae",
-                                     "3ds",  "ply",  "stl", "fbx", "flt", "lwo",  "ac"};
 } // namespace
 
 ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), kept(new ModelsKept(earthViewer, this)), list(new QTreeWidget),
       fly(new QPushButton(tr("Fly there"))), find(new QPushButton(tr("Find file…"))),
-      remove(new QPushButton(tr("Remove"))), lift(new LimitedNumber),
+      remove(new QPushButton(tr("Remove"))), orbit(new QPushButton(tr("Orbit"))), lift(new LimitedNumber),
       ground(new QPushButton(tr("Onto the ground"))), note(new QLabel)
 {
     list->setObjectName(QStringLiteral("Models"));
@@ -56,14 +54,24 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     ground->setToolTip(tr("Raises or lowers the model until its lowest point is at the height of the ground "
                           "below its middle."));
     lift->setObjectName(QStringLiteral("ModelLift"));
-    constexpr double mostLift = 10000.0;
-    lift->setRange(-mostLift, mostLift);
+    orbit->setObjectName(QStringLiteral("ModelOrbit"));
+    orbit->setCheckable(true);
+    orbit->setToolTip(
+        tr("While it is pressed, drags move the view along with what is under the mouse, and with "
+           "the right button turn it freely, also to look up at the model."));
+    lift->setRange(-axMostModelLift, axMostModelLift);
     lift->setDecimals(2);
     lift->setSuffix(tr(" m"));
     note->setObjectName(QStringLiteral("ModelNote"));
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Minimum);
+    // A long reason would push what is below it out of the panel; its tip tells the whole of it.
+    constexpr int noteLines = 4;
+    note->setMaximumHeight(noteLines * note->fontMetrics().lineSpacing());
+    note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    constexpr int leastListLines = 4;
+    list->setMinimumHeight(leastListLines * list->fontMetrics().lineSpacing());
     auto* label = new QLabel(tr("&Raised by"));
     label->setBuddy(lift);
 
@@ -77,13 +85,14 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     auto* doing = new QHBoxLayout;
     doing->addWidget(fly);
     doing->addWidget(find);
+    doing->addWidget(orbit);
     doing->addWidget(remove);
     auto* column = new QVBoxLayout(this);
     column->addWidget(list, 1);
+    column->addLayout(doing);
     column->addWidget(note);
     column->addLayout(lifting);
     column->addLayout(loading);
-    column->addLayout(doing);
 
     auto* gone = new QAction(list);
     gone->setShortcut(QKeySequence::Delete);
@@ -96,6 +105,8 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(find, &QPushButton::clicked, this, &ModelPanel::FindMissing);
     connect(ground, &QPushButton::clicked, this, &ModelPanel::PutOnGround);
     connect(remove, &QPushButton::clicked, this, &ModelPanel::Remove);
+    connect(orbit, &QPushButton::toggled, this, &ModelPanel::SetOrbit);
+    connect(viewer, &CAxEarthViewer::signalRequestElevationReturn, this, &ModelPanel::OnGround);
     connect(list, &QTreeWidget::itemChanged, this, &ModelPanel::OnItemChanged);
     connect(list, &QTreeWidget::currentItemChanged, this, &ModelPanel::OnChosen);
     connect(list, &QTreeWidget::itemActivated, this, &ModelPanel::Fly);
@@ -103,6 +114,8 @@ ModelPanel::ModelPanel(CAxEarthViewer* earthViewer, QWidget* parent)
         if (Layers() && !isFilling)
             Layers()->SetLift(Chosen(), metres);
     });
+    // What has changed meanwhile was not shown while it was typed into.
+    connect(lift, &QDoubleSpinBox::editingFinished, this, &ModelPanel::OnChosen);
 
     const AxModelLayers* layers = viewer->GetModelLayers();
     connect(layers, &AxModelLayers::added, this, &ModelPanel::Fill);
@@ -150,8 +163,7 @@ bool ModelPanel::IsModelFile(const QString& file)
     if (info.isDir())
         return QFileInfo(file + QStringLiteral("/metadata.xml")).isFile();
     return info.fileName().compare(QLatin1String("metadata.xml"), Qt::CaseInsensitive) == 0 ||
-           std::any_of(std::begin(modelSuffixes), std::end(modelSuffixes),
-                       [&suffix](const char* known) { return suffix == QLatin1String(known); });
+           AxModelSuffixes().contains(suffix);
 }
 
 // What is chosen
@@ -217,6 +229,9 @@ void ModelPanel::Fill()
     }
     list->setCurrentItem(current);
     isFilling = false;
+    const auto orbited = Layers()->Find(orbitedLayer);
+    if (orbit->isChecked() && !(orbited && orbited->options.isVisible))
+        orbit->setChecked(false);
     OnChosen();
 }
 
@@ -228,8 +243,13 @@ void ModelPanel::OnChosen()
     const bool hasPlace = layer && layer->extent;
     isFilling = true;
     lift->setEnabled(layer.has_value());
-    lift->setValue(layer ? layer->options.lift : 0.0);
+    // A model that is loaded fills the list anew with each piece, while somebody types.
+    if (!lift->hasFocus() || liftOf != Chosen())
+        lift->setValue(layer ? layer->options.lift : 0.0);
+    liftOf = Chosen();
     isFilling = false;
+    orbit->setEnabled(orbit->isChecked() || (hasPlace && layer->options.isVisible));
+    orbit->setVisible(ChosenMissing() == 0);
     fly->setEnabled(hasPlace || ChosenMissing() != 0);
     fly->setText(ChosenMissing() != 0 ? tr("Load again") : tr("Fly there"));
     find->setVisible(ChosenMissing() != 0);
@@ -241,6 +261,7 @@ void ModelPanel::OnChosen()
         if (one.id == ChosenMissing())
             text = one.reason;
     note->setText(text);
+    note->setToolTip(text);
 }
 
 void ModelPanel::OnItemChanged(QTreeWidgetItem* item, int column)
@@ -264,8 +285,8 @@ void ModelPanel::OnItemChanged(QTreeWidgetItem* item, int column)
 void ModelPanel::ChooseFiles()
 {
     QStringList patterns{QStringLiteral("metadata.xml")};
-    for (const char* suffix : modelSuffixes)
-        patterns += QStringLiteral("*.") + QLatin1String(suffix);
+    for (const QString& suffix : AxModelSuffixes())
+        patterns += QStringLiteral("*.") + suffix;
     const QStringList files =
         QFileDialog::getOpenFileNames(this, tr("Load models"), folder,
                                       tr("Models (%1);;All files (*)").arg(patterns.join(QLatin1Char(' '))));
@@ -387,11 +408,32 @@ void ModelPanel::PutOnGround()
     if (!layer || !layer->extent)
         return;
     const QPointF middle = layer->extent->center();
-    const double below = viewer->GetElevation(std::remainder(middle.x(), 360.0), middle.y());
-    if (std::isfinite(below))
-        Layers()->SetLift(layer->id, layer->options.lift + below - layer->lowest);
-    else
+    onGround = {layer->id, QPointF(std::remainder(middle.x(), 360.0), middle.y())};
+    // The ground as it is loaded may be a hundred metres off where nobody has looked.
+    viewer->slotRequestElevation(onGround.second.x(), onGround.second.y());
+}
+
+void ModelPanel::OnGround(double longitude, double latitude, double below, bool isKnown)
+{
+    const auto layer = Layers() ? Layers()->Find(onGround.first) : std::nullopt;
+    if (onGround.second != QPointF(longitude, latitude))
+        return;
+    onGround = {};
+    if (!layer)
+        return;
+    if (!isKnown)
         emit Told(tr("The height of the ground there is not known."));
+    else if (!Layers()->SetLift(layer->id, layer->options.lift + below - layer->lowest))
+        emit Told(tr("%1 is more than %2 m off the ground.").arg(layer->name).arg(axMostModelLift));
+}
+
+void ModelPanel::SetOrbit(bool on)
+{
+    if (!viewer)
+        return;
+    orbitedLayer = on ? Chosen() : QString();
+    viewer->getManipulator()->setOperateMode(on ? CAxEarthManipulator::OperateModel
+                                                : CAxEarthManipulator::OperateGlobe);
 }
 
 void ModelPanel::FindMissing()

@@ -2,7 +2,10 @@
 #include <osg/Matrixd>
 
 #include <QPointer>
+#include <QPointF>
 #include <QWidget>
+
+#include <utility>
 
 class AxModelLayers;
 class CAxEarthViewer;
@@ -56,6 +59,8 @@ private:
     /// Whether nothing is done on the map, and it has not been moved since a model was asked for.
     bool IsUndisturbed() const;
     void PutOnGround();
+    void OnGround(double longitude, double latitude, double below, bool isKnown);
+    void SetOrbit(bool on);
     void FindMissing();
     void Remove();
 
@@ -65,11 +70,15 @@ private:
     QPushButton* fly;
     QPushButton* find; ///< of a missing one
     QPushButton* remove;
+    QPushButton* orbit;
     LimitedNumber* lift;
     QPushButton* ground;
     QLabel* note;
-    QString folder;         ///< that was used last
-    QString asked;          ///< by hand: it is flown to when it is there
-    osg::Matrixd askedFrom; ///< where the camera was then
+    QString folder;                       ///< that was used last
+    QString asked;                        ///< by hand: it is flown to when it is there
+    osg::Matrixd askedFrom;               ///< where the camera was then
+    QString liftOf;                       ///< the layer whose lift is in the field
+    QString orbitedLayer;                 ///< the camera goes around models until this one is gone or hidden
+    std::pair<QString, QPointF> onGround; ///< the layer that is put there, and where its ground was asked for
     bool isFilling = false;
 };

@@ -107,6 +107,7 @@ ModelPlaceBox::ModelPlaceBox(CAxEarthViewer* earthViewer, const AxModelSource& o
 
     (source.coordinateSystem.isEmpty() ? atPlace : inSystem)->setChecked(true);
     connect(middle, &QPushButton::clicked, this, &ModelPlaceBox::TakeMiddleOfView);
+    connect(viewer, &CAxEarthViewer::signalRequestElevationReturn, this, &ModelPlaceBox::OnGround);
     connect(atPlace, &QRadioButton::toggled, this, &ModelPlaceBox::Judge);
     connect(place, &QLineEdit::textEdited, this, [this] { atPlace->setChecked(true); });
     connect(system, &QLineEdit::textEdited, this, [this] { inSystem->setChecked(true); });
@@ -129,6 +130,18 @@ void ModelPlaceBox::TakeMiddleOfView()
     atPlace->setChecked(true);
     place->setText(viewer->GetCoordinateSystem().Line(latitude, longitude));
     height->setValue(std::isfinite(ground) ? ground : 0.0);
+    askedMiddle = {longitude, latitude};
+    askedPlace = place->text();
+    coarse = height->value();
+    viewer->slotRequestElevation(longitude, latitude);
+}
+
+void ModelPlaceBox::OnGround(double longitude, double latitude, double ground, bool isKnown)
+{
+    // Neither of another question, nor over what was typed meanwhile.
+    if (isKnown && askedMiddle == QPointF(longitude, latitude) && place->text() == askedPlace &&
+        height->value() == coarse && !height->hasFocus())
+        height->setValue(ground);
 }
 
 AxModelOptions ModelPlaceBox::Options() const

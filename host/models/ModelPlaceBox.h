@@ -4,6 +4,7 @@
 #include <AxBaseUI/CAxBaseDialog.h>
 
 #include <QPointer>
+#include <QPointF>
 
 #include <array>
 
@@ -30,6 +31,8 @@ public:
 private:
     void Judge();
     void TakeMiddleOfView();
+    /// The height at the finest level comes after that of the ground as it is loaded.
+    void OnGround(double longitude, double latitude, double ground, bool isKnown);
 
     QPointer<CAxEarthViewer> viewer;
     AxModelSource source;
@@ -42,4 +45,7 @@ private:
     QComboBox* heights;
     QComboBox* up;
     QLabel* understood;
+    QPointF askedMiddle; ///< longitude, latitude
+    QString askedPlace;
+    double coarse = 0.0; ///< the height there that was known at once
 };

@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 const QString pathKey = QStringLiteral("path");
@@ -39,6 +40,40 @@ QJsonObject Written(const QString& path, const AxModelOptions& options)
     return model;
 }
 
+QString InProject(const QJsonValue& value)
+{
+    const QByteArray text = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    constexpr int longest = 60;
+    return QString::fromUtf8(text.mid(1, text.size() - 2)).left(longest);
+}
+
+// Which of its fields nobody can have meant; empty for a model that is as Written() would have it.
+QString FaultOf(const QJsonObject& model)
+{
+    const auto isOriginGood = [](const QJsonValue& value) {
+        const QJsonArray numbers = value.toArray();
+        return numbers.size() == 3 && std::all_of(numbers.begin(), numbers.end(),
+                                                  [](const QJsonValue& one) { return one.isDouble(); });
+    };
+    const auto isLiftGood = [](const QJsonValue& value) {
+        return value.isDouble() && std::abs(value.toDouble()) <= axMostModelLift;
+    };
+    const auto areHeightsGood = [](const QJsonValue& value) {
+        return value == QJsonValue(ofSea) || value == QJsonValue(ofEllipsoid);
+    };
+    const auto isText = [](const QJsonValue& value) { return value.isString(); };
+    const auto isSwitch = [](const QJsonValue& value) { return value.isBool(); };
+    const std::pair<QString, std::function<bool(const QJsonValue&)>> fields[] = {
+        {nameKey, isText}, {systemKey, isText},   {originKey, isOriginGood}, {heightsKey, areHeightsGood},
+        {upKey, isSwitch}, {liftKey, isLiftGood}, {hiddenModelKey, isSwitch}};
+    for (const auto& [key, isGood] : fields)
+        if (model.contains(key) && !isGood(model.value(key)))
+            return ModelsKept::tr("The project has a value for \"%1\" that cannot be meant: %2")
+                .arg(key, InProject(model.value(key)));
+    return {};
+}
+
+// Of one without a fault.
 AxModelOptions OptionsOf(const QJsonObject& model)
 {
     AxModelOptions options;
@@ -129,7 +164,8 @@ void ModelsKept::SetText(const QString& text)
 void ModelsKept::Load(Kept& one)
 {
     const QScopedValueRollback<bool> guard(isLoading, true);
-    if (AxModelLayers* layers = Layers())
+    one.reason = FaultOf(one.model);
+    if (AxModelLayers* layers = one.reason.isEmpty() ? Layers() : nullptr)
         one.layer = layers->Add(PathOf(one.model), OptionsOf(one.model), &one.reason);
 }
 
@@ -157,6 +193,14 @@ void ModelsKept::OnAdded(const QString& layer)
 {
     if (isLoading)
         return;
+    // What the project misses may be what the pilot has found.
+    const auto added = Layers()->Find(layer);
+    for (Kept& missing : all)
+        if (added && missing.layer.isEmpty() && QFileInfo(PathOf(missing.model)) == QFileInfo(added->path)) {
+            missing.layer = layer;
+            emit missingChanged();
+            return;
+        }
     Kept one;
     one.id = ++last;
     one.layer = layer;
@@ -220,7 +264,13 @@ void ModelsKept::TryAgain(int id, const QString& path)
         one->model.insert(pathKey, path);
     }
     Load(*one);
-    if (one->layer.isEmpty())
+    const QString layer = one->layer;
+    if (layer.isEmpty()) {
         one->model = had;
+        emit Told(one->reason);
+    } else if (std::count_if(all.begin(), all.end(),
+                             [&layer](const Kept& other) { return other.layer == layer; }) > 1) {
+        all.remove(static_cast<int>(one - all.constData()));
+    }
     emit missingChanged();
 }

@@ -44,8 +44,9 @@ public:
     };
     QVector<Missing> GetMissing() const;
     void Forget(int id); ///< nothing for an ID that there is not
-    /// The same; it comes back to the missing ones where it fails again. With a path it is looked for there
-    /// from now on, unless that is refused at once.
+    /// The same; it comes back to the missing ones where it fails again, and the reason is told where that is
+    /// at once. With a path it is looked for there from now on, unless that is refused at once. One that is
+    /// on the map already is missing no more.
     void TryAgain(int id, const QString& path = {});
 
 signals:

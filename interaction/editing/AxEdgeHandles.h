@@ -27,7 +27,8 @@ public:
         osg::Vec2d window;
     };
 
-    void Set(const std::vector<osg::Vec3d>& vertices, bool closed);
+    /// With heights these hold until the next call, where they are known, in the place of the ground's.
+    void Set(const std::vector<osg::Vec3d>& vertices, bool closed, const Ground& heights = {});
     /// Those that are in sight, on the ground as it is now.
     std::vector<Shown> InView(const AxViewRay& view, const Ground& ground) const;
 
@@ -42,6 +43,7 @@ private:
         int edge;
         osg::Vec3d place;
         osg::Vec3d ends[2]; // geocentric
+        bool isSettled;     // its height
     };
     std::vector<Middle> middles;
 };

@@ -23,6 +23,9 @@
 #include <osgUtil/CullVisitor>
 #include <osgViewer/Viewer>
 
+#include <cmath>
+#include <limits>
+
 namespace {
 // The tiles of the whole globe are too coarse to stand on.
 constexpr int coarsestLod = 0;
@@ -68,11 +71,9 @@ CAxHandleAdapterEditor::CAxHandleAdapterEditor(CAxHandleAdapter* owner, osgEarth
 {
     setName("AnchorEditor");
     setCullingActive(false);
-    if (AxViewerParts* const parts = shape->Parts(); parts && parts->Objects().Aids().clampToModels) {
-        // Without a model handles follow the ground as finer tiles come.
-        const osg::Group* models = AxFindModelRoot(parts->Scene().View()->getSceneData());
-        intersectModel = models && models->getBound().valid();
-    }
+    // Without a model handles follow the ground as finer tiles come.
+    if (AxViewerParts* const parts = shape->Parts(); parts && parts->Objects().Aids().clampToModels)
+        intersectModel = AxIsModelShown(parts->Scene().View()->getSceneData());
     _initEditor();
 }
 
@@ -245,7 +246,10 @@ void CAxHandleAdapterEditor::setUserValueOnAll(const char* name, bool value)
 
 void CAxHandleAdapterEditor::SetIntersectModelLayer(bool intersect)
 {
+    if (intersectModel == intersect)
+        return;
     intersectModel = intersect;
+    edges->outdated = true;
     setUserValueOnAll("IntersectModel", intersect);
 }
 
@@ -349,6 +353,22 @@ std::optional<double> CAxHandleAdapterEditor::groundAt(double lng, double lat) c
     return std::nullopt;
 }
 
+void CAxHandleAdapterEditor::setEdges() const
+{
+    AxViewerParts* const parts = shape->Parts();
+    if (!intersectModel || !parts) {
+        edges->Set(shape->GetAnchor(), isClosed());
+        return;
+    }
+    // A model takes longer to be asked than a frame has time for.
+    edges->Set(shape->GetAnchor(), isClosed(), [parts](double lng, double lat) {
+        QList<osg::Vec3d> place{osg::Vec3d(lng, lat, std::numeric_limits<double>::quiet_NaN())};
+        parts->Scene().GetElevations(place);
+        const double height = place.front().z();
+        return std::isfinite(height) ? std::make_optional(height) : std::nullopt;
+    });
+}
+
 void CAxHandleAdapterEditor::traverse(osg::NodeVisitor& nv)
 {
     if (osgUtil::CullVisitor* cv = nv.asCullVisitor()) {
@@ -378,7 +398,7 @@ void CAxHandleAdapterEditor::draw(osgUtil::CullVisitor& cv)
     AxHandlePoints round(view->eye);
     if (hasEdgeHandles()) {
         if (edges->outdated)
-            edges->Set(shape->GetAnchor(), isClosed());
+            setEdges();
         const auto ground = [this](double lng, double lat) { return groundAt(lng, lat); };
         for (const AxEdgeHandles::Shown& edge : edges->InView(*view, ground)) {
             osg::Vec4f tint = edge.edge == edges->hovered ? pickColor : color;

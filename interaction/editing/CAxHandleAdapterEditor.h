@@ -135,6 +135,7 @@ private:
     bool mayEdit() const;
     bool hasEdgeHandles() const;
     std::optional<double> groundAt(double lng, double lat) const;
+    void setEdges() const;
     void draw(osgUtil::CullVisitor& cv);
 
     // Mouse (CAxHandleAdapterEditorMouse.cpp)

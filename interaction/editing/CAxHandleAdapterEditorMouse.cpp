@@ -110,7 +110,7 @@ CAxHandleAdapterEditor::Handle CAxHandleAdapterEditor::handleUnder(const AxViewR
     if (found.vertex >= 0 || !hasEdgeHandles())
         return found;
     if (edges->outdated)
-        edges->Set(shape->GetAnchor(), isClosed());
+        setEdges();
     const auto ground = [this](double lng, double lat) { return groundAt(lng, lat); };
     for (const AxEdgeHandles::Shown& edge : edges->InView(ray, ground)) {
         const double distance = (edge.window - ray.window).length();

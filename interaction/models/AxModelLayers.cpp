@@ -238,8 +238,8 @@ QString AxModelLayers::Add(const QString& path, const AxModelOptions& options, Q
         kept.coordinateSystem = source.coordinateSystem;
     if (kept.coordinateSystem.trimmed().isEmpty())
         return refused(tr("Nothing tells in which coordinate system \"%1\" is.").arg(source.name));
-    if (!std::isfinite(kept.lift))
-        return refused(tr("The lift is not a number."));
+    if (!(std::abs(kept.lift) <= axMostModelLift))
+        return refused(tr("A lift is a number from -%1 to %1 m.").arg(axMostModelLift));
     kept.origin = kept.origin.value_or(source.origin);
     kept.isYUp = kept.isYUp.value_or(source.isYUp);
     if (kept.name.trimmed().isEmpty())
@@ -428,7 +428,7 @@ bool AxModelLayers::SetVisible(const QString& id, bool visible)
 bool AxModelLayers::SetLift(const QString& id, double metres)
 {
     Layer* layer = find(id);
-    if (!layer || !std::isfinite(metres))
+    if (!layer || !(std::abs(metres) <= axMostModelLift))
         return false;
     if (layer->info.options.lift == metres)
         return true;

@@ -20,6 +20,9 @@
 
 class AxViewerParts;
 
+/// No model is lifted or lowered farther than this, metres.
+constexpr double axMostModelLift = 10000.0;
+
 /// How a model is to be loaded.
 struct AxModelOptions
 {
@@ -80,7 +83,7 @@ public:
     std::optional<AxModelLayer> Find(const QString& id) const;
     /// These are false for an unknown ID. To remove one that is on its way calls its loading off.
     bool SetVisible(const QString& id, bool visible);
-    bool SetLift(const QString& id, double metres); ///< false, too, for what is no number
+    bool SetLift(const QString& id, double metres); ///< false, too, beyond axMostModelLift and for no number
     bool Remove(const QString& id);
     void Clear(); ///< removes all
 

@@ -1,6 +1,7 @@
 #include "interaction/models/AxModelPick.h"
 
 #include <osg/Group>
+#include <osg/PagedLOD>
 #include <osgEarth/GeoData>
 #include <osgEarth/SpatialReference>
 
@@ -40,6 +41,20 @@ bool IsOfLayer(const AxSceneHit& hit)
 {
     return std::any_of(hit.path.begin(), hit.path.end(),
                        [](const osg::Node* node) { return node->getName() == "ModelLayer"; });
+}
+
+// A paged part counts before it is there.
+bool ShowsSomething(const osg::Node& node)
+{
+    if (node.getNodeMask() == 0)
+        return false;
+    if (node.asDrawable() || dynamic_cast<const osg::PagedLOD*>(&node))
+        return true;
+    const osg::Group* group = node.asGroup();
+    for (unsigned i = 0; group && i < group->getNumChildren(); ++i)
+        if (ShowsSomething(*group->getChild(i)))
+            return true;
+    return false;
 }
 
 QString LocalName(const osg::Node& node)
@@ -84,6 +99,17 @@ osg::Group* AxFindModelRoot(osg::Node* sceneRoot)
 {
     osg::Group* root = sceneRoot ? sceneRoot->asGroup() : nullptr;
     return root ? FindGroup(*root, "ModelRoot", namedGroupDepth) : nullptr;
+}
+
+bool AxIsModelShown(osg::Node* sceneRoot)
+{
+    const osg::Group* root = AxFindModelRoot(sceneRoot);
+    for (unsigned i = 0; root && i < root->getNumChildren(); ++i) {
+        const osg::Node* layers = root->getChild(i);
+        if (layers->getName() == "ModelLayer" && ShowsSomething(*layers))
+            return true;
+    }
+    return false;
 }
 
 std::optional<double> AxTopOfModels(osg::Group& modelRoot, double longitude, double latitude,

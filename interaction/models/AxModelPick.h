@@ -34,6 +34,9 @@ AXEARTHVIEWER_EXPORT std::optional<AxModelHit> AxPickModelLayer(osg::Node& root,
 /// `sceneRoot` is the node that the viewer shows.
 AXEARTHVIEWER_EXPORT osg::Group* AxFindModelRoot(osg::Node* sceneRoot);
 
+/// Whether a layer of it has something that is to be seen: neither hidden nor still without a piece.
+AXEARTHVIEWER_EXPORT bool AxIsModelShown(osg::Node* sceneRoot);
+
 /// The altitude of the top of what the layers named "ModelLayer" below
 /// `modelRoot` have at a place, degrees and metres above the ellipsoid.
 AXEARTHVIEWER_EXPORT std::optional<double> AxTopOfModels(osg::Group& modelRoot, double longitude,

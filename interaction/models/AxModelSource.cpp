@@ -158,9 +158,7 @@ void ExamineFile(const QFileInfo& file, AxModelSource& source)
 
 QStringList ModelsIn(const QDir& folder)
 {
-    const QStringList kinds{QStringLiteral("osgb"), QStringLiteral("ive"), QStringLiteral("osgt"),
-                            QStringLiteral("obj"),  QStringLiteral("dae"), QStringLiteral("gltf"),
-                            QStringLiteral("glb"),  QStringLiteral("ply")};
+    const QStringList kinds = AxModelSuffixes();
     QStringList roots;
     for (const QString& name : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name))
         for (const QString& kind : kinds) {
@@ -181,6 +179,14 @@ QStringList ModelsIn(const QDir& folder)
     return roots;
 }
 } // namespace
+
+QStringList AxModelSuffixes()
+{
+    return {QStringLiteral("osgb"), QStringLiteral("ive"), QStringLiteral("osgt"), QStringLiteral("osg"),
+            QStringLiteral("obj"),  QStringLiteral("dae"), QStringLiteral("gltf"), QStringLiteral("glb"),
+            QStringLiteral("ply"),  QStringLiteral("3ds"), QStringLiteral("stl"),  QStringLiteral("fbx"),
+            QStringLiteral("flt"),  QStringLiteral("lwo"), QStringLiteral("ac")};
+}
 
 bool AxIsModelYUp(const QString& file)
 {

@@ -29,6 +29,10 @@ struct AxModelSource
 /// NAME_offset.xyz. The model itself is not read. Any thread.
 AXEARTHVIEWER_EXPORT AxModelSource AxExamineModel(const QString& path);
 
+/// What the names of model files end with, in small letters and without the dot; of several files of one name
+/// the earlier kind counts. OpenSceneGraph need not have a reader for each.
+AXEARTHVIEWER_EXPORT QStringList AxModelSuffixes();
+
 /// Whether files of this kind have their second axis upwards.
 bool AxIsModelYUp(const QString& file);
 

@@ -1,5 +1,8 @@
 // The part of the map object that draws: shape, name and lock.
+#include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/objects/AxHandleAdapterState.h"
+#include "scene/AxEditAids.h"
+#include "scene/AxObjectBook.h"
 #include "scene/AxScene.h"
 #include "scene/base/AxSceneImage.h"
 #include "scene/base/AxShortName.h"
@@ -25,6 +28,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 using osgEarth::Annotation::GeoPositionNode;
 using osgEarth::Annotation::LabelNode;
@@ -258,6 +262,11 @@ bool CAxHandleAdapter::layOnGround()
     d->drawing->inner.LayOn(InnerLine(), GroundOf(d->viewer));
     if (d->lockNode->getNodeMask() != 0)
         DrawBlockLock();
+    if (const auto place = d->nameLabel ? namePlace() : std::nullopt)
+        d->nameLabel->setPosition(*place);
+    // On models its handles do not follow tiles by themselves.
+    if (d->anchorEditor)
+        d->anchorEditor->Update();
     return true;
 }
 
@@ -349,6 +358,12 @@ std::optional<osgEarth::GeoPoint> CAxHandleAdapter::namePlace() const
     const auto place = labelPlace();
     if (!srs || !place)
         return std::nullopt;
+    if (d->viewer->Objects().Aids().clampToModels) {
+        QList<osg::Vec3d> above{osg::Vec3d(place->x(), place->y(), std::numeric_limits<double>::quiet_NaN())};
+        d->viewer->Scene().GetElevations(above);
+        if (std::isfinite(above.front().z()))
+            return osgEarth::GeoPoint(srs->getGeographicSRS(), above.front(), osgEarth::ALTMODE_ABSOLUTE);
+    }
     return osgEarth::GeoPoint(srs->getGeographicSRS(), *place, osgEarth::ALTMODE_RELATIVE);
 }
 

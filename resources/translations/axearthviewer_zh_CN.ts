@@ -5917,6 +5917,10 @@ Heights are counted as those of the map.</source>
 <context>
     <name>AxModelLayers</name>
     <message>
+        <source>A lift is a number from -%1 to %1 m.</source>
+        <translation>抬升值是 -%1 至 %1 米之间的数字。</translation>
+    </message>
+    <message>
         <source>&quot;%1&quot; holds nothing that can be drawn.</source>
         <translation>“%1”中没有可以绘制的内容。</translation>
     </message>
@@ -5977,10 +5981,6 @@ Heights are counted as those of the map.</source>
         <translation>没有任何信息说明“%1”所用的坐标系。</translation>
     </message>
     <message>
-        <source>The lift is not a number.</source>
-        <translation>抬升量不是数字。</translation>
-    </message>
-    <message>
         <source>There are no tiles beside %1, as in Data/Tile_1/Tile_1.osgb.</source>
         <translation>%1 旁没有瓦片，例如 Data/Tile_1/Tile_1.osgb。</translation>
     </message>
@@ -6027,6 +6027,18 @@ Heights are counted as those of the map.</source>
 </context>
 <context>
     <name>ModelPanel</name>
+    <message>
+        <source>Orbit</source>
+        <translation>环绕</translation>
+    </message>
+    <message>
+        <source>While it is pressed, drags move the view along with what is under the mouse, and with the right button turn it freely, also to look up at the model.</source>
+        <translation>按下时，拖动使视图随鼠标下的位置移动，按右键拖动可自由旋转视图，也可从下方仰视模型。</translation>
+    </message>
+    <message>
+        <source>%1 is more than %2 m off the ground.</source>
+        <translation>%1 离地面超过 %2 米。</translation>
+    </message>
     <message>
         <source>Find file…</source>
         <translation>查找文件…</translation>
@@ -6261,6 +6273,10 @@ Heights are counted as those of the map.</source>
 </context>
 <context>
     <name>ModelsKept</name>
+    <message>
+        <source>The project has a value for &quot;%1&quot; that cannot be meant: %2</source>
+        <translation>项目中“%1”的值无法使用：%2</translation>
+    </message>
     <message>
         <source>Models of the project that cannot be read and are left out: %1</source>
         <translation>项目中无法读取而被略去的模型：%1</translation>

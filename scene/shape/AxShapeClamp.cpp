@@ -13,6 +13,8 @@
 #include <array>
 #include <cmath>
 #include <map>
+#include <tuple>
+#include <utility>
 
 namespace {
 // Tiles come in bursts; waiting a little lays a shape down once for all of them.
@@ -23,6 +25,19 @@ constexpr qint64 budgetNs = 2000000;
 double Angle(const osg::Vec3d& a, const osg::Vec3d& b)
 {
     return std::acos(std::clamp(a * b, -1.0, 1.0));
+}
+
+// The middle, and the angle from there to the farthest; below 0 for none.
+std::pair<osg::Vec3d, double> Around(const std::vector<osg::Vec3d>& normals)
+{
+    osg::Vec3d middle;
+    for (const osg::Vec3d& normal : normals)
+        middle += normal;
+    double reach = -1.0;
+    if (middle.normalize() > 0.0)
+        for (const osg::Vec3d& normal : normals)
+            reach = std::max(reach, Angle(middle, normal));
+    return {middle, reach};
 }
 } // namespace
 
@@ -80,6 +95,11 @@ public:
         for (const double lng : {extent.xMin(), extent.xMax()})
             for (const double lat : {extent.yMin(), extent.yMax()})
                 reach = std::max(reach, Angle(middle, AxGlobe::NormalAt({lng, lat, 0.0})));
+        AskNear(middle, reach);
+    }
+
+    void AskNear(const osg::Vec3d& middle, double reach)
+    {
         for (AxShapeClamp* shape : shapes)
             if (shape->reach >= 0.0 && Angle(middle, shape->middle) <= reach + shape->reach)
                 Ask(shape);
@@ -134,17 +154,16 @@ AxShapeClamp::~AxShapeClamp()
 
 void AxShapeClamp::SetExtent(const std::vector<osg::Vec3d>& normals)
 {
-    middle = osg::Vec3d();
-    for (const osg::Vec3d& normal : normals)
-        middle += normal;
-    reach = -1.0;
-    if (!(middle.normalize() > 0.0))
-        return;
-    for (const osg::Vec3d& normal : normals)
-        reach = std::max(reach, Angle(middle, normal));
+    std::tie(middle, reach) = Around(normals);
 }
 
 void AxShapeClamp::Ask()
 {
     watch->Ask(this);
+}
+
+void AxShapeClamp::AskNear(osgEarth::Terrain* terrain, const std::vector<osg::Vec3d>& normals)
+{
+    if (const auto [middle, reach] = Around(normals); reach >= 0.0)
+        AxGroundWatch::Of(terrain)->AskNear(middle, reach);
 }

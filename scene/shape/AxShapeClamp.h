@@ -35,6 +35,9 @@ public:
     void SetExtent(const std::vector<osg::Vec3d>& normals);
     /// Asks for the work to be done soon; asking again meanwhile changes nothing.
     void Ask();
+    /// Asks so for all shapes of a terrain with ground near these places, normals as in SetExtent():
+    /// something else that they are laid on, as a model, has come, gone or moved there.
+    static void AskNear(osgEarth::Terrain* terrain, const std::vector<osg::Vec3d>& normals);
 
 private:
     friend class AxGroundWatch;

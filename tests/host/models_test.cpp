@@ -118,6 +118,62 @@ TEST_F(Models, GoWithTheProjectAndStayInItWhenTheyAreMissing)
     kept.SetText(QString());
 }
 
+TEST_F(Models, OfAProjectAreListedOnceAndWithTheFieldThatCannotBeMeant)
+{
+    ModelPanel panel(viewer);
+    ModelsKept& kept = *panel.Kept();
+    const QString path = folder.filePath("late.obj");
+    const QString model = QStringLiteral(R"([{"path":"%1","system":"ENU:37.4,-105"%2}])").arg(path);
+    kept.SetText(model.arg(QString()));
+    ASSERT_EQ(kept.GetMissing().size(), 1);
+    Pyramid("late.obj");
+    AxModelOptions options;
+    options.coordinateSystem = "ENU:37.5,-105";
+    ASSERT_NE(Layers().Add(path, options), "") << "by hand";
+    ASSERT_TRUE(WaitForLoaded(1));
+    EXPECT_TRUE(kept.GetMissing().isEmpty());
+    EXPECT_EQ(panel.findChild<QTreeWidget*>()->topLevelItemCount(), 1);
+    EXPECT_EQ(kept.Text().count("\"path\""), 1);
+
+    const QPair<const char*, const char*> wrong[] = {
+        {"lift", R"(,"lift":"x")"},           {"lift", R"(,"lift":20000)"},
+        {"origin", R"(,"origin":["1",2,3])"}, {"origin", R"(,"origin":[1,2])"},
+        {"heights", R"(,"heights":"moon")"},  {"y_up", R"(,"y_up":1)"},
+    };
+    for (const auto& [field, value] : wrong) {
+        const QString text = model.arg(QString::fromLatin1(value));
+        kept.SetText(text);
+        EXPECT_TRUE(Layers().All().isEmpty()) << value;
+        ASSERT_EQ(kept.GetMissing().size(), 1) << value;
+        EXPECT_TRUE(kept.GetMissing()[0].reason.contains(QLatin1String(field))) << value;
+        EXPECT_TRUE(kept.Text().contains(QLatin1String(value + 1))) << "it stays: " << value;
+    }
+    kept.SetText(QString());
+}
+
+TEST_F(Models, ArePutOntoTheFinestGroundAndOrbitedWhileTheyAreShown)
+{
+    ModelPanel panel(viewer);
+    viewer->getManipulator()->setViewpoint(osgEarth::Viewpoint("", 60.0, 0.0, 0.0, 0.0, -90.0, 1e7), 0.0);
+    AxModelOptions options;
+    options.coordinateSystem = "ENU:37.4,-105";
+    const QString id = Layers().Add(Pyramid("ground.obj"), options);
+    ASSERT_TRUE(WaitForLoaded(1));
+    auto* list = panel.findChild<QTreeWidget*>();
+    list->setCurrentItem(list->topLevelItem(0));
+    QSignalSpy ground(viewer, &CAxEarthViewer::signalRequestElevationReturn);
+    panel.findChild<QPushButton*>("ModelOntoGround")->click();
+    ASSERT_TRUE(waitFor([&] { return ground.count() == 1; }));
+    ASSERT_TRUE(ground[0][3].toBool());
+    EXPECT_NEAR(Layers().Find(id)->lowest, ground[0][2].toDouble(), 0.01);
+    auto* orbit = panel.findChild<QPushButton*>("ModelOrbit");
+    orbit->click();
+    EXPECT_EQ(viewer->getManipulator()->getOperateMode(), CAxEarthManipulator::OperateModel);
+    Layers().SetVisible(id, false);
+    EXPECT_EQ(viewer->getManipulator()->getOperateMode(), CAxEarthManipulator::OperateGlobe);
+    EXPECT_FALSE(orbit->isEnabled());
+}
+
 TEST_F(Models, ThatAreRefusedAreListedWithTheReasonAndDoNotGoWithTheProject)
 {
     ModelPanel panel(viewer);
