@@ -53,8 +53,9 @@ QVariantList AxModelOutline(const AxModelBoundJob& job, const std::function<bool
     ModelVertexVisitor visitor(job.modelToWorld);
     visitor.SetLevelsToRead(job.levelsToRead, job.filesToRead);
     visitor.SetGoOn(goOn);
-    job.model->accept(visitor);
     ModelComputeBounds bounds(job.srs);
+    visitor.SetReduce([&bounds](std::vector<osg::Vec3d>& vertices) { bounds.Reduce(vertices); });
+    job.model->accept(visitor);
     if ((goOn && !goOn()) || !bounds.Compute(visitor.GetVertices(), job.margin))
         return {};
     QVariantList outline;

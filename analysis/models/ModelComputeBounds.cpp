@@ -19,7 +19,7 @@ namespace {
 constexpr int cornerSegments = 4;
 /// Half the width of what has none.
 constexpr double leastMargin = 0.5;
-constexpr std::size_t directions = 8;
+constexpr std::size_t directions = 16;
 /// Farther from the ellipsoid there is no place; the middle of the Earth has no longitude.
 constexpr double deep = 1e6;
 /// Of wider models every vertex is looked at, metres from the first one.
@@ -104,6 +104,18 @@ public:
                 edges.push_back({inwards, inwards * osg::Vec2d(from.east, from.north) + spare});
         }
     }
+    bool IsOne(std::size_t index, const osg::Vec3d& vertex, const TouchingPlane& plane) const
+    {
+        return index == lowestIndex || index == highestIndex || IsOutside(plane.Of(vertex));
+    }
+
+private:
+    struct Edge
+    {
+        osg::Vec2d inwards; ///< of length 1
+        double least;       ///< metres along it
+    };
+
     bool IsOutside(const Flat& flat) const
     {
         if (isWide)
@@ -113,16 +125,6 @@ public:
                 return true;
         return false;
     }
-    std::size_t LowestIndex() const { return lowestIndex; }
-    std::size_t HighestIndex() const { return highestIndex; }
-
-private:
-    struct Edge
-    {
-        osg::Vec2d inwards; ///< of length 1
-        double least;       ///< metres along it
-    };
-
     static double HeightOf(const Flat& flat)
     {
         return flat.up + 0.5 * (flat.east * flat.east + flat.north * flat.north) / AxWgs84::meanRadius;
@@ -150,6 +152,14 @@ std::optional<osg::Vec3d> PlaceOf(const osgEarth::SpatialReference& srs, const o
         return std::nullopt;
     return place;
 }
+std::optional<osg::Vec3d> FirstPlace(const osgEarth::SpatialReference* srs,
+                                     const std::vector<osg::Vec3d>& vertices)
+{
+    for (const osg::Vec3d& vertex : vertices)
+        if (const auto place = srs ? PlaceOf(*srs, vertex) : std::nullopt)
+            return place;
+    return std::nullopt;
+}
 } // namespace
 
 ModelComputeBounds::ModelComputeBounds(const osgEarth::SpatialReference* world)
@@ -157,16 +167,31 @@ ModelComputeBounds::ModelComputeBounds(const osgEarth::SpatialReference* world)
 {
 }
 
+void ModelComputeBounds::Reduce(std::vector<osg::Vec3d>& vertices) const
+{
+    const std::optional<osg::Vec3d> origin = FirstPlace(srs, vertices);
+    if (!origin)
+        return;
+    const TouchingPlane plane(*srs, osg::Vec3d(origin->x(), origin->y(), 0.0));
+    Candidates candidates;
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        candidates.Look(plane.Of(vertices[i]), i);
+    candidates.Settle(origin->y());
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        if (candidates.IsOne(i, vertices[i], plane))
+            vertices[kept++] = vertices[i];
+    vertices.resize(kept);
+}
+
 bool ModelComputeBounds::Compute(const std::vector<osg::Vec3d>& vertices, double margin)
 {
     hull.clear();
     lowest = highest = 0.0;
-    const auto first = std::find_if(vertices.begin(), vertices.end(), [this](const osg::Vec3d& vertex) {
-        return srs && PlaceOf(*srs, vertex).has_value();
-    });
-    if (first == vertices.end())
+    const std::optional<osg::Vec3d> begin = FirstPlace(srs, vertices);
+    if (!begin)
         return false;
-    const osg::Vec3d origin = *PlaceOf(*srs, *first);
+    const osg::Vec3d origin = *begin;
     const double metresNorth = osg::DegreesToRadians(AxWgs84::semiMajorAxis);
     const double metresEast = metresNorth * std::cos(osg::DegreesToRadians(origin.y()));
     if (metresEast < 1.0)
@@ -178,12 +203,12 @@ bool ModelComputeBounds::Compute(const std::vector<osg::Vec3d>& vertices, double
     for (std::size_t i = 0; i < vertices.size(); ++i)
         candidates.Look(plane.Of(vertices[i]), i);
     candidates.Settle(origin.y());
+
     std::vector<osg::Vec2d> places;
     lowest = std::numeric_limits<double>::max();
     highest = -lowest;
     for (std::size_t i = 0; i < vertices.size(); ++i) {
-        if (i != candidates.LowestIndex() && i != candidates.HighestIndex() &&
-            !candidates.IsOutside(plane.Of(vertices[i])))
+        if (!candidates.IsOne(i, vertices[i], plane))
             continue;
         const std::optional<osg::Vec3d> place = PlaceOf(*srs, vertices[i]);
         if (!place)

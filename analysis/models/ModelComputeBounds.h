@@ -26,6 +26,10 @@ public:
     /// is left, and around a pole.
     bool Compute(const std::vector<osg::Vec3d>& vertices, double margin = 0.0);
 
+    /// Drops vertices that Compute() finds nothing from, be there further ones or not: so that those of a
+    /// large model need not be kept.
+    void Reduce(std::vector<osg::Vec3d>& vertices) const;
+
     /// Longitude, latitude, degrees, counter-clockwise, the first not repeated; longitudes go on beyond 180
     /// degrees. Convex in longitude and latitude; empty while nothing is known.
     const std::vector<QPointF>& GetHull() const { return hull; }

@@ -1,11 +1,13 @@
 #include "analysis/models/ModelVertexVisitor.h"
 
 #include <osg/Drawable>
+#include <osg/Image>
 #include <osg/LOD>
 #include <osg/PagedLOD>
 #include <osg/PrimitiveSet>
 #include <osg/ProxyNode>
 #include <osg/Transform>
+#include <osgDB/Callbacks>
 #include <osgDB/Options>
 #include <osgDB/ReadFile>
 
@@ -99,6 +101,28 @@ private:
     std::vector<unsigned>& found;
     std::size_t total = 0;
     std::function<osg::Vec3d(std::size_t)> placeOf;
+};
+
+/// Reads models as another callback does, and no pictures.
+class WithoutPictures : public osgDB::ReadFileCallback
+{
+public:
+    explicit WithoutPictures(osgDB::ReadFileCallback* other) : given(other) {}
+
+    osgDB::ReaderWriter::ReadResult readNode(const std::string& file, const osgDB::Options* options) override
+    {
+        return given ? given->readNode(file, options) : osgDB::ReadFileCallback::readNode(file, options);
+    }
+    osgDB::ReaderWriter::ReadResult readImage(const std::string&, const osgDB::Options*) override
+    {
+        // None at all would be told as missing.
+        const osg::ref_ptr<osg::Image> blank = new osg::Image;
+        blank->allocateImage(1, 1, 1, GL_RGB, GL_UNSIGNED_BYTE);
+        return blank.get();
+    }
+
+private:
+    const osg::ref_ptr<osgDB::ReadFileCallback> given;
 };
 
 /// Below it a level of detail is the finest: the nearest of distances, or most pixels on the screen.
@@ -200,8 +224,14 @@ void ModelVertexVisitor::apply(osg::ProxyNode& proxy)
 
 void ModelVertexVisitor::apply(osg::Drawable& drawable)
 {
-    UsedVertices used(toWorld, vertices, dropped, isUsed, usedOrder);
-    drawable.accept(used);
+    {
+        UsedVertices used(toWorld, vertices, dropped, isUsed, usedOrder);
+        drawable.accept(used);
+    }
+    if (!reduce || vertices.size() < reduceFrom)
+        return;
+    reduce(vertices);
+    reduceFrom = vertices.size() + mostAtOnce;
 }
 
 bool ModelVertexVisitor::mayRead(const osg::Group& parent) const
@@ -215,6 +245,7 @@ osg::ref_ptr<osg::Node> ModelVertexVisitor::read(const std::string& file, const 
     const auto* paged = dynamic_cast<const osgDB::Options*>(given);
     const osg::ref_ptr<osgDB::Options> options = paged ? paged->cloneOptions() : new osgDB::Options;
     options->setObjectCacheHint(osgDB::Options::CACHE_NONE);
+    options->setReadFileCallback(new WithoutPictures(options->getReadFileCallback()));
     const osg::ref_ptr<osg::Node> node = osgDB::readRefNodeFile(file, options);
     if (!node)
         ++unread;

@@ -31,7 +31,8 @@ public:
     explicit ModelVertexVisitor(const osg::Matrixd& toWorld = {});
 
     /// Parts that are paged and not loaded are read from their files, so many levels down, and so many files
-    /// altogether; beyond that only where nothing coarser is loaded. None unless set.
+    /// altogether; beyond that only where nothing coarser is loaded, as without these there would be holes.
+    /// Of the pictures only those are read that lie within these files. None unless set.
     void SetLevelsToRead(int levels, int files = std::numeric_limits<int>::max())
     {
         levelsToRead = levels;
@@ -39,6 +40,9 @@ public:
     }
     /// Is asked at each node whether to go on.
     void SetGoOn(std::function<bool()> answer) { goOn = std::move(answer); }
+
+    /// Drops vertices that are not needed; called whenever another million has come.
+    void SetReduce(std::function<void(std::vector<osg::Vec3d>&)> drop) { reduce = std::move(drop); }
 
     void apply(osg::Node& node) override;
     void apply(osg::Transform& transform) override;
@@ -55,6 +59,8 @@ public:
     int GetUnread() const { return unread; }
 
 private:
+    static constexpr std::size_t mostAtOnce = 1000000;
+
     bool isOver() const { return goOn && !goOn(); }
     void visitFinest(osg::LOD& levels);
     bool mayRead(const osg::Group& parent) const;
@@ -65,6 +71,8 @@ private:
     std::vector<char> isUsed; ///< room for one drawable after the other, and so is this:
     std::vector<unsigned> usedOrder;
     std::function<bool()> goOn;
+    std::function<void(std::vector<osg::Vec3d>&)> reduce;
+    std::size_t reduceFrom = mostAtOnce;
     std::size_t dropped = 0;
     int levelsToRead = 0;
     int filesToRead = 0;

@@ -110,6 +110,39 @@ TEST(ModelBounds, FlatAndHopelessModels)
     EXPECT_FALSE(ModelComputeBounds(nullptr).Compute({here}));
 }
 
+TEST(ModelBounds, AreTheSameWhenVerticesAreDroppedAsTheyCome)
+{
+    const osg::ref_ptr<const osgEarth::SpatialReference> wgs84 = osgEarth::SpatialReference::get("wgs84");
+    osg::Matrixd toWorld;
+    osgEarth::GeoPoint(wgs84, 25.0, 62.0, 300.0).createLocalToWorld(toWorld);
+    std::vector<osg::Vec3d> all;
+    std::vector<osg::Vec3d> left;
+    ModelComputeBounds ofAll(wgs84);
+    ModelComputeBounds ofLeft(wgs84);
+    for (int part = 0; part < 5; ++part) {
+        for (int i = 0; i < 4000; ++i) {
+            const double angle = 0.7 * i;
+            const double radius = 0.3 * i;
+            all.push_back(osg::Vec3d(900.0 * part + radius * std::cos(angle), radius * std::sin(angle),
+                                     50.0 * std::sin(0.01 * i) - part) *
+                          toWorld);
+            left.push_back(all.back());
+        }
+        ofLeft.Reduce(left);
+    }
+    EXPECT_LT(left.size(), all.size() / 4);
+    ASSERT_TRUE(ofAll.Compute(all) && ofLeft.Compute(left));
+    EXPECT_EQ(ofLeft.GetHull().size(), ofAll.GetHull().size());
+    const QRectF box = ofAll.GetBox();
+    const QRectF same = ofLeft.GetBox();
+    EXPECT_NEAR(same.left(), box.left(), 1e-9);
+    EXPECT_NEAR(same.right(), box.right(), 1e-9);
+    EXPECT_NEAR(same.top(), box.top(), 1e-9);
+    EXPECT_NEAR(same.bottom(), box.bottom(), 1e-9);
+    EXPECT_NEAR(ofLeft.GetLowest(), ofAll.GetLowest(), 0.01);
+    EXPECT_NEAR(ofLeft.GetHighest(), ofAll.GetHighest(), 0.01);
+}
+
 TEST(ModelVertices, CountOnEachWayAndAsTheyAreDrawn)
 {
     const float none = std::numeric_limits<float>::quiet_NaN();
