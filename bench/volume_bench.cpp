@@ -15,7 +15,11 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <cmath>
+#include <functional>
+#include <future>
 #include <optional>
 
 namespace {
@@ -78,11 +82,24 @@ void VolumeGrid(benchmark::State& state)
     showOnMap(state);
 }
 
-/// What cannot be called off in its middle, at the most cells that are computed without a question.
+double millisecondsUntilOff(const std::function<void(const std::atomic<bool>&)>& work, double after)
+{
+    std::atomic<bool> isOff = false;
+    QElapsedTimer clock;
+    auto running = std::async(std::launch::async, [&] { work(isOff); });
+    running.wait_for(std::chrono::microseconds(static_cast<long long>(after * 1000.0)));
+    clock.start();
+    isOff = true;
+    running.wait();
+    return millisecondsSince(clock);
+}
+
+/// What comes after the heights: how long its steps take, and how long at most until it has ended when it is
+/// called off at any of twenty moments.
 void VolumeSteps(benchmark::State& state)
 {
     AxVolumeQuestion question = squareOverSummit();
-    question.cell = 5.05;
+    question.cell = 10000.0 / std::sqrt(static_cast<double>(state.range(0)));
     question.mayBeLarge = true;
     const auto grid = std::make_shared<AxVolumeGrid>(
         AxVolumeGridOf(question, [](double longitude, double latitude) -> std::optional<double> {
@@ -92,23 +109,49 @@ void VolumeSteps(benchmark::State& state)
         QElapsedTimer clock;
         clock.start();
         work();
-        state.counters[counter] = millisecondsSince(clock);
+        return state.counters[counter] = millisecondsSince(clock);
     };
     for (auto _ : state) {
         AxVolume found;
         question.base = AxVolumeBase::PlaneOfRim;
         measure("plane_ms", [&] { found = AxVolumeOf(question, grid); });
         question.base = AxVolumeBase::SurfaceOfRim;
-        measure("surface_ms", [&] { found = AxVolumeOf(question, grid); });
+        double whole = measure("surface_ms", [&] { found = AxVolumeOf(question, grid); });
         AxGeoRaster raster;
-        measure("classes_ms", [&] { raster = AxVolumeRaster(found); });
-        measure("picture_ms", [&] { AxGeoPicture(raster, 1); });
+        whole += measure("classes_ms", [&] { raster = AxVolumeRaster(found); });
+        const auto draw = [&] {
+            const AxGeoPicture picture(raster, 1);
+            state.counters["picture_mb"] = picture.Megabytes();
+        };
+        whole += measure("picture_ms", draw);
         const QTemporaryDir folder;
-        measure("geotiff_ms", [&] { AxWriteGeoField(folder.filePath("v.tif"), AxVolumeField(found)); });
+        const QString file = folder.filePath("v.tif");
+        const double packing = measure("geotiff_ms", [&] { AxWriteGeoField(file, AxVolumeField(found)); });
+        double answer = 0.0, exporting = 0.0;
+        constexpr int moments = 20;
+        for (int i = 0; i < moments; ++i) {
+            const auto compute = [&](const std::atomic<bool>& isOff) {
+                const AxVolume again = AxVolumeOf(question, grid, [&isOff](double) { return !isOff; });
+                const AxGeoPicture picture(AxVolumeRaster(again, &isOff), 1, &isOff);
+            };
+            answer = std::max(answer, millisecondsUntilOff(compute, whole * (i + 0.5) / moments));
+            const auto write = [&](const std::atomic<bool>& isOff) {
+                AxWriteGeoField(file, AxVolumeField(found), &isOff);
+            };
+            if (i % 4 == 0)
+                exporting = std::max(exporting, millisecondsUntilOff(write, packing * (i + 0.5) / moments));
+        }
+        state.counters["cancel_ms"] = answer;
+        state.counters["cancel_export_ms"] = exporting;
         state.counters["cells"] = static_cast<double>(found.differences.size());
     }
 }
-BENCHMARK(VolumeSteps)->Name("Volume/steps")->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(VolumeSteps)
+    ->Name("Volume/steps")
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1)
+    ->Arg(4000000)
+    ->Arg(24000000);
 
 BENCHMARK(VolumeGrid)->Name("Volume/grid")->Unit(benchmark::kMillisecond);
 

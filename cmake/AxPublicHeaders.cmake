@@ -69,6 +69,7 @@ set(AX_PUBLIC_HEADERS
   viewer/WindowCaptureCallback.h=viewer/capture/WindowCaptureCallback.h
   viewer/AxSceneLog.h=viewer/AxSceneLog.h
   viewer/AxTranslations.h=viewer/AxTranslations.h
+  viewer/AxVolumeFields.h=viewer/overlay/AxVolumeFields.h
   viewer/CAxCoordinateWidget.h=viewer/overlay/CAxCoordinateWidget.h
   viewer/CAxEarthViewer.h=viewer/CAxEarthViewer.h
   viewer/CAxGraphicsCompassItem.h=viewer/overlay/CAxGraphicsCompassItem.h

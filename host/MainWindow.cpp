@@ -252,6 +252,7 @@ void MainWindow::BuildProject()
     project->KeepValue(
         QStringLiteral("volumes"), [volumes] { return volumes->Text(); },
         [volumes](const QString& text) { volumes->SetText(text); });
+    connect(sight, &SightKept::Unread, project, &ProjectSession::NoteUnread);
     connect(volumes, &VolumeKept::Unread, project, &ProjectSession::NoteUnread);
     connect(project, &ProjectSession::Told, this, &MainWindow::Tell);
     drop = new FileDrop(this);

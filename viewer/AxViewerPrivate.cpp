@@ -1,5 +1,6 @@
 #include "viewer/AxViewerPrivate.h"
 #include "analysis/CAxAncillaryProcess.h"
+#include "analysis/models/AxOutlinesMeet.h"
 #include "analysis/sight/AxSightAnalysis.h"
 #include "analysis/volume/AxVolumeAnalysis.h"
 #include "interaction/editing/CAxHandleAdapterEditor.h"
@@ -10,13 +11,13 @@
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMeasurePlane.h"
 #include "interaction/models/AxModelLayers.h"
-#include "mission/landing/CAxDownhillAnglenode.h"
 #include "interaction/models/AxModelPick.h"
+#include "mission/landing/CAxDownhillAnglenode.h"
 #include "mission/landing/CAxInterestPointNode.h"
 #include "mission/landing/CAxLandingAreaNode.h"
-#include "viewer/AxControlPoints.h"
 #include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxShapeClamp.h"
+#include "viewer/AxControlPoints.h"
 #include "viewer/AxFrame.h"
 #include "viewer/AxGroundRequests.h"
 #include "viewer/AxInputRouter.h"
@@ -28,6 +29,22 @@
 #include "viewer/overlay/CAxMapToolsWidget.h"
 
 #include <AxData/CAxControl.h>
+
+#include <algorithm>
+
+namespace {
+bool AreModelsSeenWithin(const AxModelLayers& models, const QList<QPointF>& ring)
+{
+    const std::vector<QPointF> outline(ring.begin(), ring.end());
+    const QList<AxModelLayer> all = models.All();
+    return std::any_of(all.begin(), all.end(), [&outline](const AxModelLayer& model) {
+        if (!model.options.isVisible || !model.extent)
+            return false;
+        const QRectF& box = *model.extent;
+        return AxOutlinesMeet({box.topLeft(), box.topRight(), box.bottomRight(), box.bottomLeft()}, outline);
+    });
+}
+} // namespace
 
 AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
     : q(earthViewer), objects(*this, earthViewer), history(earthViewer, objects), tools(*this, objects),
@@ -96,6 +113,10 @@ AxViewerPrivate::AxViewerPrivate(CAxEarthViewer* earthViewer)
             clampToModels();
             layNearModel(layer);
         });
+    volumeAnalysis->SetModels(
+        [this](const QList<QPointF>& ring) { return AreModelsSeenWithin(*modelLayers, ring); });
+    for (const auto change : {&AxModelLayers::changed, &AxModelLayers::removed, &AxModelLayers::loaded})
+        connect(modelLayers.get(), change, volumeAnalysis.get(), [this] { volumeAnalysis->LookForModels(); });
     modelOutlines = std::make_unique<AxModelOutlines>(*this, *modelLayers);
     connect(modelOutlines.get(), &AxModelOutlines::answered, q,
             &CAxEarthViewer::signalRequestIntersectionReturn);
@@ -115,6 +136,22 @@ void AxViewerPrivate::clampToModels()
             editor->SetIntersectModelLayer(isOn);
 }
 
+void AxViewerPrivate::layNearModel(const QString& layer)
+{
+    const std::optional<AxModelLayer> known = modelLayers->Find(layer);
+    const QRectF extent =
+        known ? known->extent.value_or(QRectF()).united(modelExtents.value(layer)) : modelExtents.take(layer);
+    if (known && known->extent)
+        modelExtents[layer] = *known->extent;
+    if (extent.isNull() || !mapNode)
+        return;
+    std::vector<osg::Vec3d> normals;
+    for (const QPointF& place :
+         {extent.topLeft(), extent.topRight(), extent.bottomLeft(), extent.bottomRight()})
+        normals.push_back(AxGlobe::NormalAt({place.x(), place.y(), 0.0}));
+    AxShapeClamp::AskNear(mapNode->getTerrain(), normals);
+}
+
 AxZoneAnswers* AxViewerPrivate::Zones()
 {
     return ancillaryProcess;
@@ -132,22 +169,6 @@ std::optional<bool> AxViewerPrivate::AngleHandlesShown() const
 
 void AxViewerPrivate::GetElevations(QList<osg::Vec3d>& points) const
 {
-void AxViewerPrivate::layNearModel(const QString& layer)
-{
-    const std::optional<AxModelLayer> known = modelLayers->Find(layer);
-    const QRectF extent =
-        known ? known->extent.value_or(QRectF()).united(modelExtents.value(layer)) : modelExtents.take(layer);
-    if (known && known->extent)
-        modelExtents[layer] = *known->extent;
-    if (extent.isNull() || !mapNode)
-        return;
-    std::vector<osg::Vec3d> normals;
-    for (const QPointF& place :
-         {extent.topLeft(), extent.topRight(), extent.bottomLeft(), extent.bottomRight()})
-        normals.push_back(AxGlobe::NormalAt({place.x(), place.y(), 0.0}));
-    AxShapeClamp::AskNear(mapNode->getTerrain(), normals);
-}
-
     manipulator->GetElevations(points, history.Aids().clampToModels);
 }
 

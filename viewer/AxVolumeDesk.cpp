@@ -1,11 +1,11 @@
 #include "viewer/AxVolumeDesk.h"
 #include "analysis/volume/AxVolumeAnalysis.h"
 #include "analysis/volume/AxVolumeText.h"
+#include "scene/base/AxNotice.h"
 #include "viewer/overlay/AxColorLegend.h"
 #include "viewer/overlay/AxGridWidget.h"
 
 #include <AxAlgorthm/AxUnits.h>
-#include <AxBaseUI/CAxMessageBox.h>
 
 #include <QEvent>
 
@@ -49,8 +49,7 @@ void AxVolumeDesk::ShowVolume(const QString& id)
         return;
     const AxVolumeResult result = volumes.GetResult(id);
     panel->ShowVolume(result.id, result.name);
-    shown = result.id.isEmpty() ? volumes.Next() : result.question;
-    panel->ShowQuestion(shown);
+    panel->ShowQuestion(result.id.isEmpty() ? volumes.Next() : result.question);
     showResult();
     showLegend();
 }
@@ -100,25 +99,19 @@ void AxVolumeDesk::placeLegend()
 void AxVolumeDesk::showResult()
 {
     const AxVolumeResult result = volumes.GetResult(panel->HandleID());
-    // Somebody else has asked; what is being typed stays otherwise.
-    const AxVolumeQuestion& asked = result.id.isEmpty() ? volumes.Next() : result.question;
-    if (asked.base != shown.base || asked.height != shown.height || asked.cell != shown.cell)
-        panel->ShowQuestion(asked);
-    shown = asked;
+    panel->FollowQuestion(result.id.isEmpty() ? volumes.Next() : result.question);
     QStringList notes;
     if (result.id.isEmpty())
         notes += tr("Click the corners of the area, the last one by a double click.");
     else if (!result.refusal.isEmpty())
         notes += result.refusal;
-    else if (result.fault != AxVolumeFault::None)
-        notes += AxVolumeFaultText(result.fault, result.question);
-    else if (result.isPending)
+    else if (result.fault == AxVolumeFault::None && result.isPending)
         notes += AxVolumeSizeText(AxVolumeSizeOf(result.question));
-    else if (result.volume)
+    else if (result.fault == AxVolumeFault::None && result.volume)
         notes += tr("Cut %1, fill %2")
                      .arg(AxUnits::Volume(result.volume->cut), AxUnits::Volume(result.volume->fill));
-    if (result.isStale && !result.isPending)
-        notes += tr("The ground has changed since.");
+    if (!result.isPending)
+        notes += AxVolumeAnalysis::NotesOf(result);
     panel->ShowNote(notes.join(QLatin1Char('\n')));
     panel->ShowProgress(result.isPending ? 0 : -1);
 }
@@ -142,33 +135,42 @@ void AxVolumeDesk::take()
 
 void AxVolumeDesk::askForLarge(const QString& id, const AxVolumeQuestion& question)
 {
-    // Each asks for the latest question of its volume.
+    if (!large.contains(id))
+        toAsk += id;
+    large[id] = question;
     if (isAsking)
         return;
     isAsking = true;
-    CAxMessageBox box(window);
-    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-    box.SetWindowTitle(tr("Volume"));
-    box.SetMsgText(tr("The grid of this volume is large: %1. It takes a while. Do you want to compute it?")
-                       .arg(AxVolumeSizeText(AxVolumeSizeOf(question))));
-    box.SetBtnOKText(tr("Compute"));
-    box.SetCancelDefault(true);
     const QPointer<AxVolumeDesk> self(this);
-    const bool isMeant = box.exec() == QDialog::Accepted;
-    if (!self)
-        return;
-    isAsking = false;
-    if (!isMeant) {
-        if (panel)
+    while (self && !toAsk.isEmpty()) {
+        const QString next = toAsk.takeFirst();
+        const AxVolumeQuestion asked = large.take(next);
+        const AxVolumeResult result = volumes.GetResult(next);
+        if (result.id.isEmpty())
+            continue;
+        QString text = tr("The grid of \"%1\" is large: %2. It takes a while. Do you want to compute it?")
+                           .arg(result.name, AxVolumeSizeText(AxVolumeSizeOf(asked)));
+        if (const double held = volumes.HeldMegabytes(); held >= 1.0)
+            text += QLatin1Char('\n') + tr("The volumes that there are hold %1 MB.").arg(held, 0, 'f', 0);
+        const bool isMeant = AxAskQuestion(window, tr("Volume"), text, tr("Compute"));
+        if (!self)
+            return;
+        if (isMeant)
+            computeLarge(next, asked);
+        else if (panel)
             ShowVolume(panel->HandleID());
-        return;
     }
+    if (self)
+        isAsking = false;
+}
+
+void AxVolumeDesk::computeLarge(const QString& id, AxVolumeQuestion question)
+{
+    // It may be gone by now.
     const AxVolumeResult result = volumes.GetResult(id);
-    AxVolumeQuestion meant = question;
-    meant.ring = result.question.ring;
-    meant.mayBeLarge = true;
-    // It may be gone, and its ring is what counts.
-    if (!result.id.isEmpty() && volumes.Ask(id, result.name, meant) && self && panel &&
+    question.mayBeLarge = true;
+    const QPointer<AxVolumeDesk> self(this);
+    if (!result.id.isEmpty() && volumes.Ask(id, result.name, question) && self && panel &&
         panel->HandleID() == id)
-        volumes.SetNext(meant);
+        volumes.SetNext(question);
 }

@@ -1,9 +1,11 @@
 #pragma once
 #include "analysis/volume/AxVolumeGrid.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 
 class AxColorLegend;
 class AxGridWidget;
@@ -36,12 +38,14 @@ private:
     void placeLegend();
     void take();
     void askForLarge(const QString& id, const AxVolumeQuestion& question);
+    void computeLarge(const QString& id, AxVolumeQuestion question);
 
     AxVolumeAnalysis& volumes;
     const QPointer<AxGridWidget> panel;
     const QPointer<AxColorLegend> legend;
     const QPointer<QWidget> readOut;
     const QPointer<QWidget> window;
-    AxVolumeQuestion shown; ///< what the panel's fields were filled with
-    bool isAsking = false;  ///< a box is open
+    QStringList toAsk;                      ///< IDs of volumes with a large grid, in their order
+    QHash<QString, AxVolumeQuestion> large; ///< the latest question of each
+    bool isAsking = false;                  ///< a box is open
 };

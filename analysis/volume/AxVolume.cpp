@@ -3,14 +3,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace {
 constexpr float unknownDifference = std::numeric_limits<float>::quiet_NaN();
 
-/// All cells around one, and the error that the midpoint rule may have in it. NaN beside what is not known.
+/// All cells around one, and the error that the ground between their middles may make in it. NaN beside what
+/// is not known.
 double MidpointError(const AxVolumeGrid& grid, const std::vector<float>& differences, std::size_t at)
 {
-    constexpr double ofSecondDifferences = 24.0;
+    // A crest or foot through the middle; ground that is bent evenly makes a third of it.
+    constexpr double ofSecondDifferences = 8.0;
     const auto columns = static_cast<std::size_t>(grid.columns);
     const std::size_t around[] = {at - 1, at + 1, at - columns, at + columns};
     double sum = -4.0 * static_cast<double>(differences[at]);
@@ -20,13 +23,18 @@ double MidpointError(const AxVolumeGrid& grid, const std::vector<float>& differe
     return grid.cell * grid.cell * std::abs(sum) / ofSecondDifferences;
 }
 
-/// Of so many cells. Those at the ring and beside gaps count as the others do on the average.
-double CellError(const AxVolumeGrid& grid, const std::vector<float>& differences, double cells)
+/// Of so many cells. Those at the ring and beside gaps count as the others do on the average. Nothing when it
+/// is ended.
+template <typename GoesOn>
+std::optional<double> CellError(const AxVolumeGrid& grid, const std::vector<float>& differences, double cells,
+                                const GoesOn& goesOn)
 {
     double error = 0.0;
     double counted = 0.0;
     const auto columns = static_cast<std::size_t>(grid.columns);
-    for (std::size_t row = 1; row + 1 < static_cast<std::size_t>(grid.rows); ++row)
+    for (std::size_t row = 1; row + 1 < static_cast<std::size_t>(grid.rows); ++row) {
+        if (!goesOn(static_cast<double>(row) / grid.rows))
+            return std::nullopt;
         for (std::size_t column = 1; column + 1 < columns; ++column) {
             const std::size_t at = row * columns + column;
             if (grid.kinds[at] != AxVolumeGrid::Inside)
@@ -37,7 +45,20 @@ double CellError(const AxVolumeGrid& grid, const std::vector<float>& differences
             error += here;
             counted += 1.0;
         }
+    }
     return counted > 0.0 ? error * cells / counted : AxVolume::none;
+}
+
+/// By its length, 0 to 1.
+double KnownShareOf(const std::vector<AxVolumeRimPoint>& rim)
+{
+    double known = 0.0;
+    double whole = 0.0;
+    for (const AxVolumeRimPoint& point : rim) {
+        whole += point.length;
+        known += std::isfinite(point.height) ? point.length : 0.0;
+    }
+    return whole > 0.0 ? known / whole : 0.0;
 }
 } // namespace
 
@@ -55,11 +76,14 @@ AxVolume AxVolumeOf(const AxVolumeQuestion& question, const std::shared_ptr<cons
     if (!grid || grid->fault != AxVolumeFault::None)
         return fail(grid ? grid->fault : AxVolumeFault::Interrupted);
     found.question.cell = grid->cell;
-    const AxVolumeBaseHeights base = AxVolumeBaseOf(question, *grid);
+    // So much of the work is each of three steps.
+    constexpr double step = 1.0 / 3.0;
+    const auto within = [&progress](double before) {
+        return [&progress, before](double done) { return !progress || progress(before + step * done); };
+    };
+    const AxVolumeBaseHeights base = AxVolumeBaseOf(question, *grid, within(0.0));
     if (base.fault != AxVolumeFault::None)
         return fail(base.fault);
-    if (progress && !progress(0.5))
-        return fail(AxVolumeFault::Interrupted);
 
     const double cellArea = grid->cell * grid->cell;
     found.grid = grid;
@@ -72,8 +96,8 @@ AxVolume AxVolumeOf(const AxVolumeQuestion& question, const std::shared_ptr<cons
     double deepest = std::numeric_limits<double>::infinity();
     double baseLow = deepest;
     double baseHigh = highest;
-    grid->EachCell([&](std::size_t at, double, double, double share) {
-        const double height = base.heights[at];
+    const auto compare = [&](std::size_t at, double x, double y, double share) {
+        const double height = base.At(at, x, y);
         const double difference = static_cast<double>(grid->heights[at]) - height;
         if (std::isnan(difference)) {
             unknown += share;
@@ -86,7 +110,9 @@ AxVolume AxVolumeOf(const AxVolumeQuestion& question, const std::shared_ptr<cons
         deepest = std::min(deepest, difference);
         baseLow = std::min(baseLow, height);
         baseHigh = std::max(baseHigh, height);
-    });
+    };
+    if (!grid->EachCell(compare, within(step)))
+        return fail(AxVolumeFault::Interrupted);
     if (!(known > 0.0))
         return fail(AxVolumeFault::NoGround);
     found.cut = above * cellArea;
@@ -98,6 +124,10 @@ AxVolume AxVolumeOf(const AxVolumeQuestion& question, const std::shared_ptr<cons
     found.deepest = deepest;
     found.baseLow = baseLow;
     found.baseHigh = baseHigh;
-    found.cellError = CellError(*grid, found.differences, known);
+    const auto error = CellError(*grid, found.differences, known, within(2.0 * step));
+    if (!error)
+        return fail(AxVolumeFault::Interrupted);
+    found.cellError = *error;
+    found.rimKnown = KnownShareOf(grid->rim);
     return found;
 }

@@ -24,10 +24,13 @@ struct AxVolume
     double baseLow = none;   ///< lowest height of the base in the area, metres as the map has them
     double baseHigh = none;  ///< its highest one
     double cellError = none; ///< see AxVolumeOf(), cubic metres
+    double rimKnown = none;  ///< of the rim's length, 0 to 1: what the base hangs on, unless it is Height
     std::shared_ptr<const AxVolumeGrid> grid; ///< of the ground
     std::vector<float> differences; ///< ground less base, cell by cell, metres; NaN: not known, outside
 
     double Net() const { return cut - fill; } ///< what is left over, or is wanting, cubic metres
+    /// A part of the rim is missing from the base.
+    bool IsRimMissing() const { return question.base != AxVolumeBase::Height && rimKnown < 1.0; }
     /// Of the area, 0 to 1.
     double UnknownShare() const { return area > 0.0 ? unknown / area : 0.0; }
 };
@@ -42,8 +45,9 @@ struct AxVolume
  * - Lowest, highest and mean are of the rim, too; the base is level then.
  *
  * `cellError` tells how far off cut and fill may be because the ground between the middles of cells is not
- * looked at: the error of the midpoint rule, cell^2 / 24 times the second differences, all parts added
- * without their signs (P. J. Davis, P. Rabinowitz, Methods of Numerical Integration, 2.1). NaN where the
+ * looked at: cell^2 / 8 times the second differences, all parts added without their signs. That is what a
+ * crest through the middle of a cell makes, between two even slopes; the midpoint rule of ground that is bent
+ * evenly has cell^2 / 24 (P. J. Davis, P. Rabinowitz, Methods of Numerical Integration, 2.1). NaN where the
  * cells are too few to tell. How good the heights of the map are it does not know.
  *
  * Any thread; `progress` as of AxVolumeGridOf().

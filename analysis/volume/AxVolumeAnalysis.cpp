@@ -176,6 +176,7 @@ bool AxVolumeAnalysis::ask(Kept& one, const AxVolumeQuestion& question)
     one.result.refusal.clear();
     one.result.fault = AxVolumeFault::None;
     one.result.isPending = true;
+    one.result.hasModels = models && models(question.ring);
     waiting.removeAll(id);
     waiting += id;
     if (running == id)
@@ -221,7 +222,8 @@ void AxVolumeAnalysis::begin()
                         AxVolumeOf(question, used, tell(partOfGrid, partOfComparing)));
                     if (answer.volume->fault == AxVolumeFault::None && !isOff)
                         answer.picture = std::make_shared<const AxGeoPicture>(
-                            AxVolumeRaster(*answer.volume), AxPixelsOfCell(used->columns, used->rows));
+                            AxVolumeRaster(*answer.volume, &isOff), AxPixelsOfCell(used->columns, used->rows),
+                            &isOff);
                 } catch (const std::bad_alloc&) {
                     answer = {};
                     answer.volume = std::make_shared<AxVolume>();
@@ -256,6 +258,7 @@ void AxVolumeAnalysis::take(Answer&& answer)
         one.result.volume = answer.volume;
         one.result.isStale = false;
         one.isGroundOld = false;
+        one.pictureMegabytes = answer.picture ? answer.picture->Megabytes() : 0.0;
         one.layer = AxPictureLayer(answer.picture, one.result.name, opacity);
         if (one.layer && map()) {
             one.layer->setVisible(one.result.isVisible);
@@ -322,6 +325,53 @@ AxVolumeResult AxVolumeAnalysis::GetResult(const QString& id) const
         if (one.result.id == id)
             return one.result;
     return {};
+}
+
+double AxVolumeAnalysis::HeldMegabytes() const
+{
+    constexpr double bytesOfMegabyte = 1.0e6;
+    double held = 0.0;
+    for (const Kept& one : kept)
+        if (const AxVolume* volume = one.result.volume.get(); volume && volume->grid) {
+            const AxVolumeGrid& grid = *volume->grid;
+            const std::size_t bytes = grid.kinds.size() +
+                                      sizeof(float) * (grid.heights.size() + volume->differences.size()) +
+                                      sizeof(AxVolumeGrid::EdgeCell) * grid.edges.size();
+            held += static_cast<double>(bytes) / bytesOfMegabyte + one.pictureMegabytes;
+        }
+    return held;
+}
+
+QStringList AxVolumeAnalysis::NotesOf(const AxVolumeResult& result, bool isBesideFigures)
+{
+    QStringList notes;
+    if (result.fault != AxVolumeFault::None)
+        notes += AxVolumeFaultText(result.fault, result.question);
+    if (result.isStale && !result.isPending)
+        notes += tr("The ground has changed since.");
+    const AxVolume* volume = result.volume.get();
+    const auto percent = [](double share) { return QString::number(100.0 * share, 'f', 1); };
+    if (volume && !isBesideFigures && volume->unknown > 0.0)
+        notes += tr("%1 % of the area has no known height.").arg(percent(volume->UnknownShare()));
+    if (volume && !isBesideFigures && volume->IsRimMissing())
+        notes += tr("%1 % of the rim has no known height: the base is of the rest.")
+                     .arg(percent(1.0 - volume->rimKnown));
+    if (volume && result.hasModels)
+        notes += tr("3-D models in the area are not counted: the volume is that of the ground.");
+    return notes;
+}
+
+void AxVolumeAnalysis::LookForModels()
+{
+    const QPointer<AxVolumeAnalysis> self(this);
+    for (const AxVolumeResult& told : GetResults()) {
+        Kept* one = self ? find(told.id) : nullptr;
+        const bool hasModels = one && models && models(told.question.ring);
+        if (!one || one->result.hasModels == hasModels)
+            continue;
+        one->result.hasModels = hasModels;
+        emit changed(told.id);
+    }
 }
 
 void AxVolumeAnalysis::dropLayer(Kept& one)

@@ -14,6 +14,7 @@
 #include <QTimer>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -36,6 +37,7 @@ struct AxVolumeResult
     bool isPending = false; ///< it is being computed, or waits for that
     bool isStale = false;   ///< the ground is another one than that of `volume`
     bool isVisible = true;  ///< the picture on the map
+    bool hasModels = false; ///< models are seen in its area, which do not count
 };
 
 /**
@@ -89,6 +91,19 @@ public:
     bool Remove(const QString& id);
     bool SetVisible(const QString& id, bool visible);
     void Clear(); ///< removes all
+    /// What all of them hold, pictures included.
+    double HeldMegabytes() const;
+    /// What has to be known with the figures of one: what is wrong with the latest question, ground that is
+    /// another one now, heights that are not known, unless AxVolumeFigures() stand beside it, and models that
+    /// do not count. For people, each a sentence.
+    static QStringList NotesOf(const AxVolumeResult& result, bool isBesideFigures = false);
+
+    /// Tells whether models are seen within a ring (degrees, the first corner not repeated).
+    using ModelsWithin = std::function<bool(const QList<QPointF>& ring)>;
+    /// Set by the viewer: volumes are of the ground, and say where models stand on it.
+    void SetModels(const ModelsWithin& within) { models = within; }
+    /// Models are others now.
+    void LookForModels();
     /// Has all texts written anew: the units are others now.
     void WriteAgain();
 
@@ -105,8 +120,8 @@ signals:
     void progress(QString id, int percent);
     void nextChanged();   ///< SetNext()
     void chosenChanged(); ///< SetChosen()
-    /// A question that is to be asked before it is computed: it takes that much. Whoever says yes asks again
-    /// with AxVolumeQuestion::mayBeLarge.
+    /// A question that is to be asked before it is computed: it takes that much, beside HeldMegabytes().
+    /// Whoever says yes asks again with AxVolumeQuestion::mayBeLarge.
     void largeAsked(QString id, AxVolumeQuestion question);
 
 private:
@@ -114,6 +129,7 @@ private:
     {
         AxVolumeResult result;
         osg::ref_ptr<osgEarth::ImageLayer> layer;
+        double pictureMegabytes = 0.0;
         bool isGroundOld = false; ///< the grid's
     };
     struct Answer
@@ -142,6 +158,7 @@ private:
     bool wasBusy = false;
     std::optional<AxMapHeights> heights; ///< of the map that was asked last; copies are for the thread
     osg::observer_ptr<const osgEarth::Map> asked;
+    ModelsWithin models;
     std::shared_ptr<std::atomic<int>> percent; ///< of what is computed now
     QTimer clock;                              ///< looks at it
     AxLatestWork work;                         ///< ends before what it reports to

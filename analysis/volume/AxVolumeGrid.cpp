@@ -1,6 +1,7 @@
 #include "analysis/volume/AxVolumeGrid.h"
 
 #include <AxAlgorthm/AxAreaMeasure.h>
+#include <AxAlgorthm/AxRoundStep.h>
 #include <AxData/planner/AxPlanPlane.h>
 
 #include <algorithm>
@@ -20,8 +21,8 @@ constexpr double nearPole = 85.0;
 constexpr int stripColumns = 64;
 // Parts of cells that are less are numerical noise.
 constexpr double leastShare = 1.0e-9;
-// Of a cell: height, kind, base, the place for a surface, difference, and its pixels with their overviews.
-constexpr double bytesOfCell = 4.0 + 1.0 + 8.0 + 8.0 + 4.0 + 6.5;
+// Of a cell: height, kind, base of a surface, difference, class, and its packed pixels.
+constexpr double bytesOfCell = 4.0 + 1.0 + 4.0 + 4.0 + 1.0 + 2.0;
 
 struct Box
 {
@@ -58,30 +59,53 @@ bool ArePlaces(const QList<QPointF>& ring)
            });
 }
 
-Box BoxOf(const QList<QPointF>& ring)
-{
-    return Box(AxPlanPlane(ring).ToPlane(ring));
-}
-
-double NiceBelow(double value)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(value)));
-    for (const double step : {5.0, 2.0})
-        if (step * power <= value)
-            return step * power;
-    return power;
-}
-
 // Metres; where none is chosen, there is none below.
 constexpr double finestCell = 0.1;
 
-double CellFor(const AxVolumeQuestion& question, const Box& box)
+/// What the size of cells hangs on.
+struct Shape
+{
+    Box box;
+    double breadth = 0.0; // metres: the width of a corridor, half the side of a square
+
+    explicit Shape(const AxPlanLine& ring);
+    /// With fewer across, a bank along a corridor is not seen between them.
+    double CoarsestCell() const
+    {
+        constexpr double fewestAcross = 5.0;
+        return std::max(finestCell, breadth / fewestAcross);
+    }
+    double CellsOf(double cell) const
+    {
+        return std::ceil(box.Width() / cell) * std::ceil(box.Depth() / cell);
+    }
+};
+
+Shape ShapeOf(const QList<QPointF>& ring)
+{
+    return Shape(AxPlanPlane(ring).ToPlane(ring));
+}
+
+/// Not more, with so many digits as people fill in.
+double TwoDigitsBelow(double value)
+{
+    const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1.0);
+    return std::floor(value / unit) * unit;
+}
+
+double CellFor(const AxVolumeQuestion& question, const Shape& shape)
 {
     constexpr double cellsAlong = 200.0;
+    constexpr double cellsAcross = 10.0;
     if (question.cell != 0.0)
         return question.cell;
-    const double side = std::max(box.Width(), box.Depth()) / cellsAlong;
-    return side > finestCell ? NiceBelow(side) : finestCell;
+    const double side =
+        std::min(std::max(shape.box.Width(), shape.box.Depth()) / cellsAlong, shape.breadth / cellsAcross);
+    const double cell = side > finestCell ? AxRoundStepBelow(side) : finestCell;
+    // A corridor that lies askew has a box that is empty for the most part.
+    return shape.CellsOf(cell) > axManyVolumeCells && cell < shape.CoarsestCell()
+               ? std::max(cell, TwoDigitsBelow(shape.CoarsestCell()))
+               : cell;
 }
 
 /// Where places of the plane lie on the globe: computed at a few of them, and evenly in between.
@@ -183,6 +207,15 @@ Part PartOf(const AxPlanLine& ring, double nearX, double nearY)
     if (twice == 0.0)
         return {};
     return {0.5 * twice, nearX + momentX / (3.0 * twice), nearY + momentY / (3.0 * twice)};
+}
+
+Shape::Shape(const AxPlanLine& ring) : box(ring)
+{
+    double perimeter = 0.0;
+    for (std::size_t i = 0; i < ring.size(); ++i)
+        perimeter += AxApart(ring[i == 0 ? ring.size() - 1 : i - 1], ring[i]);
+    const double area = std::abs(PartOf(ring, box.west, box.south).area);
+    breadth = perimeter > 0.0 ? 2.0 * area / perimeter : 0.0;
 }
 
 class Cutter
@@ -326,7 +359,12 @@ AxVolumeGrid Failed(AxVolumeFault fault)
 
 double AxVolumeCellOf(const QList<QPointF>& ring)
 {
-    return ArePlaces(ring) ? CellFor({ring}, BoxOf(ring)) : 0.0;
+    return ArePlaces(ring) ? CellFor({ring}, ShapeOf(ring)) : 0.0;
+}
+
+double AxCoarsestVolumeCellOf(const QList<QPointF>& ring)
+{
+    return ArePlaces(ring) ? ShapeOf(ring).CoarsestCell() : 0.0;
 }
 
 AxVolumeSize AxVolumeSizeOf(const AxVolumeQuestion& question)
@@ -334,9 +372,8 @@ AxVolumeSize AxVolumeSizeOf(const AxVolumeQuestion& question)
     if (!ArePlaces(question.ring))
         return {};
     constexpr double bytesOfMegabyte = 1.0e6;
-    const Box box = BoxOf(question.ring);
-    const double cell = CellFor(question, box);
-    const double cells = std::ceil(box.Width() / cell) * std::ceil(box.Depth() / cell);
+    const Shape shape = ShapeOf(question.ring);
+    const double cells = shape.CellsOf(CellFor(question, shape));
     return {cells, cells * bytesOfCell / bytesOfMegabyte};
 }
 
@@ -347,13 +384,14 @@ AxVolumeFault AxVolumeFaultOf(const AxVolumeQuestion& question)
     const AxAreaFigures figures = AxMeasureArea(PlacesOf(question.ring));
     if (figures.isCrossed || !(figures.area > 0.0))
         return AxVolumeFault::NoArea;
-    const Box box = BoxOf(question.ring);
-    if (std::hypot(box.Width(), box.Depth()) > 2.0 * axWidestVolume)
+    const Shape shape = ShapeOf(question.ring);
+    if (std::hypot(shape.box.Width(), shape.box.Depth()) > 2.0 * axWidestVolume)
         return AxVolumeFault::TooLarge;
     if (!std::isfinite(question.cell) || question.cell < 0.0 || !std::isfinite(question.height))
         return AxVolumeFault::WrongNumber;
-    constexpr double fewestAlong = 10.0;
-    if (question.cell > finestCell && question.cell * fewestAlong > std::max(box.Width(), box.Depth()))
+    // The coarsest is told, and may be filled in with what its digits leave out.
+    constexpr double slack = 1.0 + 1.0e-6;
+    if (question.cell > slack * shape.CoarsestCell())
         return AxVolumeFault::Coarse;
     const double cells = AxVolumeSizeOf(question).cells;
     if (!(cells <= axMostVolumeCells))
@@ -368,11 +406,12 @@ AxVolumeGrid AxVolumeGridOf(const AxVolumeQuestion& question, const AxHeightAt& 
     if (fault != AxVolumeFault::None || !ground)
         return Failed(fault == AxVolumeFault::None ? AxVolumeFault::NoGround : fault);
     // Around the middle of the box, where the cells' own middle is to be.
-    const Box box = BoxOf(question.ring);
+    const Shape shape = ShapeOf(question.ring);
+    const Box& box = shape.box;
     AxVolumeGrid grid;
     grid.middle =
         AxPlanPlane(question.ring).ToLngLat({0.5 * (box.west + box.east), 0.5 * (box.south + box.north)});
-    grid.cell = CellFor(question, box);
+    grid.cell = CellFor(question, shape);
     std::vector<CAxVector3D> closed = PlacesOf(question.ring);
     closed.push_back(closed.front());
     std::vector<AxPathPlace> places = AxPlacesAlong(closed, grid.cell, mostRimPoints);

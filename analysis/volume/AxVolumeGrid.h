@@ -57,14 +57,17 @@ enum class AxVolumeFault
 };
 
 /// The side of a cell where none is chosen, metres: 1, 2 or 5 times a power of ten, 0.1 at least, and so that
-/// 200 to 500 of them are as long as the longer side of the ring.
+/// 200 of them at least are as long as the longer side of the ring, and 10 as its breadth, which is twice the
+/// area by the perimeter. Up to AxCoarsestVolumeCellOf() where that is more than axManyVolumeCells.
 AXEARTHVIEWER_EXPORT double AxVolumeCellOf(const QList<QPointF>& ring);
+/// The largest that tells something of the area, metres: 5 of them are as long as its breadth.
+AXEARTHVIEWER_EXPORT double AxCoarsestVolumeCellOf(const QList<QPointF>& ring);
 
 /// What a question takes before it is computed.
 struct AxVolumeSize
 {
     double cells = 0.0;     ///< of the box around the ring
-    double megabytes = 0.0; ///< at its peak, about
+    double megabytes = 0.0; ///< at its peak, about; without what other volumes hold
 };
 AXEARTHVIEWER_EXPORT AxVolumeSize AxVolumeSizeOf(const AxVolumeQuestion& question);
 
@@ -117,8 +120,16 @@ struct AxVolumeGrid
     /// middle of its part inside.
     template <typename Visit> void EachCell(Visit visit) const
     {
+        EachCell(visit, [](double) { return true; });
+    }
+    /// The same as long as `goesOn(done)`, called before each row with what is done, 0 to 1. False when that
+    /// has ended it.
+    template <typename Visit, typename GoesOn> bool EachCell(Visit visit, GoesOn goesOn) const
+    {
         auto edge = edges.begin();
-        for (int row = 0; row < rows; ++row)
+        for (int row = 0; row < rows; ++row) {
+            if (!goesOn(static_cast<double>(row) / rows))
+                return false;
             for (int column = 0; column < columns; ++column) {
                 const std::size_t at = static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
                                        static_cast<std::size_t>(column);
@@ -129,6 +140,8 @@ struct AxVolumeGrid
                     ++edge;
                 }
             }
+        }
+        return true;
     }
 };
 

@@ -5,12 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <optional>
 #include <utility>
 
 namespace {
-constexpr double unknownBase = std::numeric_limits<double>::quiet_NaN();
+constexpr float unknownBase = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<AxVolumeRimPoint> KnownOf(const AxVolumeGrid& grid)
 {
@@ -39,21 +40,10 @@ double LevelOf(AxVolumeBase base, const std::vector<AxVolumeRimPoint>& rim)
     return sum / length;
 }
 
-struct RimPlane
-{
-    double x = 0.0; // where the height is that of the plane
-    double y = 0.0;
-    double height = 0.0;
-    double east = 0.0; // metres up a metre
-    double north = 0.0;
-
-    double At(double atX, double atY) const { return height + east * (atX - x) + north * (atY - y); }
-};
-
 /// By least squares around the middle of the points; nothing where they lie on one line.
-std::optional<RimPlane> PlaneThrough(const std::vector<AxVolumeRimPoint>& rim)
+std::optional<AxVolumePlane> PlaneThrough(const std::vector<AxVolumeRimPoint>& rim)
 {
-    RimPlane plane;
+    AxVolumePlane plane;
     double length = 0.0;
     for (const AxVolumeRimPoint& point : rim) {
         plane.x += point.x * point.length;
@@ -125,15 +115,7 @@ std::vector<Triangle> TrianglesOf(const std::vector<AxVolumeRimPoint>& rim)
 class Filler
 {
 public:
-    Filler(const AxVolumeGrid& ofGrid, std::vector<double>& filled) : grid(ofGrid), heights(filled)
-    {
-        xs.assign(grid.kinds.size(), std::numeric_limits<float>::quiet_NaN());
-        ys = xs;
-        grid.EachCell([this](std::size_t at, double x, double y, double) {
-            xs[at] = static_cast<float>(x - grid.West());
-            ys[at] = static_cast<float>(y - grid.South());
-        });
-    }
+    Filler(const AxVolumeGrid& ofGrid, std::vector<float>& filled) : grid(ofGrid), heights(filled) {}
 
     void Fill(const Triangle& of)
     {
@@ -156,13 +138,12 @@ public:
                     continue;
                 // A middle on a side belongs to either.
                 constexpr double slack = 1.0e-6;
-                const auto px = static_cast<double>(xs[at]);
-                const auto py = static_cast<double>(ys[at]);
+                const auto [px, py] = middleOf(at, column, row);
                 const double b = ((px - x[0]) * (y[2] - y[0]) - (x[2] - x[0]) * (py - y[0])) / twice;
                 const double c = ((x[1] - x[0]) * (py - y[0]) - (px - x[0]) * (y[1] - y[0])) / twice;
                 if (b >= -slack && c >= -slack && b + c <= 1.0 + slack)
-                    heights[at] =
-                        of[0].height + b * (of[1].height - of[0].height) + c * (of[2].height - of[0].height);
+                    heights[at] = static_cast<float>(of[0].height + b * (of[1].height - of[0].height) +
+                                                     c * (of[2].height - of[0].height));
             }
         }
     }
@@ -175,6 +156,16 @@ private:
     int rowOf(double y) const
     {
         return std::clamp(static_cast<int>(std::floor(y / grid.cell)), 0, grid.rows - 1);
+    }
+    /// Of what is inside of a cell, from the grid's corner.
+    std::pair<double, double> middleOf(std::size_t at, int column, int row) const
+    {
+        if (grid.kinds[at] == AxVolumeGrid::Inside)
+            return {(column + 0.5) * grid.cell, (row + 0.5) * grid.cell};
+        const auto edge = std::lower_bound(
+            grid.edges.begin(), grid.edges.end(), at,
+            [](const AxVolumeGrid::EdgeCell& one, std::size_t cell) { return one.cell < cell; });
+        return {edge->x - grid.West(), edge->y - grid.South()};
     }
     /// From where to where a triangle reaches between two parallels.
     static std::pair<double, double> extentIn(const double (&x)[3], const double (&y)[3], double low,
@@ -198,17 +189,16 @@ private:
     }
 
     const AxVolumeGrid& grid;
-    std::vector<double>& heights;
-    std::vector<float> xs; // of the cells' middles, from the grid's corner
-    std::vector<float> ys;
+    std::vector<float>& heights;
 };
 
 /// Cells that no triangle has taken though they are beside one: the outline between two places of the rim is
-/// not quite straight, and slivers are no triangles.
-void FillSlivers(const AxVolumeGrid& grid, const std::vector<AxVolumeRimPoint>& rim,
-                 std::vector<double>& heights)
+/// not quite straight, and slivers are no triangles. False when it is ended.
+template <typename GoesOn>
+bool FillSlivers(const AxVolumeGrid& grid, const std::vector<AxVolumeRimPoint>& rim,
+                 std::vector<float>& heights, const GoesOn& goesOn)
 {
-    grid.EachCell([&](std::size_t at, double x, double y, double) {
+    const auto fill = [&](std::size_t at, double x, double y, double) {
         if (!std::isnan(heights[at]))
             return;
         const auto distance = [x, y](const AxVolumeRimPoint& point) {
@@ -218,15 +208,37 @@ void FillSlivers(const AxVolumeGrid& grid, const std::vector<AxVolumeRimPoint>& 
             rim.begin(), rim.end(),
             [&](const AxVolumeRimPoint& a, const AxVolumeRimPoint& b) { return distance(a) < distance(b); });
         if (distance(*nearest) <= grid.cell)
-            heights[at] = nearest->height;
-    });
+            heights[at] = static_cast<float>(nearest->height);
+    };
+    return grid.EachCell(fill, goesOn);
+}
+
+/// False when it is ended.
+template <typename GoesOn>
+bool Span(const std::vector<AxVolumeRimPoint>& rim, const std::vector<Triangle>& triangles,
+          const AxVolumeGrid& grid, std::vector<float>& heights, const GoesOn& goesOn)
+{
+    heights.assign(grid.kinds.size(), unknownBase);
+    Filler filler(grid, heights);
+    constexpr double partOfFilling = 0.5;
+    double filled = 0.0;
+    for (const Triangle& triangle : triangles) {
+        if (!goesOn(partOfFilling * filled / static_cast<double>(triangles.size())))
+            return false;
+        filler.Fill(triangle);
+        filled += 1.0;
+    }
+    // With gaps in the rim, what no triangle has taken is not known.
+    return rim.size() != grid.rim.size() || FillSlivers(grid, rim, heights, [&](double done) {
+               return goesOn(partOfFilling + (1.0 - partOfFilling) * done);
+           });
 }
 } // namespace
 
-AxVolumeBaseHeights AxVolumeBaseOf(const AxVolumeQuestion& question, const AxVolumeGrid& grid)
+AxVolumeBaseHeights AxVolumeBaseOf(const AxVolumeQuestion& question, const AxVolumeGrid& grid,
+                                   const AxVolumeProgress& progress)
 {
     AxVolumeBaseHeights base;
-    base.heights.assign(grid.kinds.size(), unknownBase);
     const std::vector<AxVolumeRimPoint> rim = KnownOf(grid);
     if (question.base != AxVolumeBase::Height && rim.empty()) {
         base.fault = AxVolumeFault::NoRim;
@@ -235,14 +247,12 @@ AxVolumeBaseHeights AxVolumeBaseOf(const AxVolumeQuestion& question, const AxVol
     if (question.base == AxVolumeBase::SurfaceOfRim) {
         const std::vector<Triangle> triangles = TrianglesOf(rim);
         base.fault = triangles.empty() ? AxVolumeFault::NoRim : AxVolumeFault::None;
-        Filler filler(grid, base.heights);
-        for (const Triangle& triangle : triangles)
-            filler.Fill(triangle);
-        if (!triangles.empty() && rim.size() == grid.rim.size())
-            FillSlivers(grid, rim, base.heights);
+        const auto goesOn = [&progress](double done) { return !progress || progress(done); };
+        if (!triangles.empty() && !Span(rim, triangles, grid, base.heights, goesOn))
+            base.fault = AxVolumeFault::Interrupted;
         return base;
     }
-    std::optional<RimPlane> plane;
+    std::optional<AxVolumePlane> plane;
     if (question.base == AxVolumeBase::PlaneOfRim)
         plane = PlaneThrough(rim);
     else {
@@ -253,6 +263,6 @@ AxVolumeBaseHeights AxVolumeBaseOf(const AxVolumeQuestion& question, const AxVol
         base.fault = AxVolumeFault::NoRim;
         return base;
     }
-    grid.EachCell([&](std::size_t at, double x, double y, double) { base.heights[at] = plane->At(x, y); });
+    base.plane = *plane;
     return base;
 }

@@ -1,5 +1,6 @@
 #include "analysis/volume/AxVolumeText.h"
 
+#include <AxAlgorthm/AxRoundStep.h>
 #include <AxAlgorthm/AxUnits.h>
 #include <AxData/planner/AxPlanPlane.h>
 
@@ -30,11 +31,11 @@ QString CountText(double cells)
     return QLocale(QLocale::English).toString(cells, 'f', 0).replace(QLatin1Char(','), QLatin1Char(' '));
 }
 
-QString SignedText(double value, QString (*write)(double))
+QString SignedMetres(double metres)
 {
-    const QString text = write(std::abs(value));
-    const bool isZero = text == write(0.0);
-    return isZero ? text : (value > 0.0 ? QLatin1Char('+') : QLatin1Char('-')) + text;
+    const QString text = MetresText(std::abs(metres));
+    const bool isZero = text == MetresText(0.0);
+    return isZero ? text : (metres > 0.0 ? QLatin1Char('+') : QLatin1Char('-')) + text;
 }
 
 QString BaseText(const AxVolume& volume)
@@ -48,27 +49,17 @@ QString BaseText(const AxVolume& volume)
                      .arg(name, MetresText(volume.baseLow), MetresText(volume.baseHigh));
 }
 
-/// 1, 2 or 5 times a power of ten, so that the most is within so many of them.
-double StepFor(double most)
-{
-    constexpr double finest = 0.01; // metres
-    const double least = std::max(finest, most / stepsOfPicture);
-    const double power = std::pow(10.0, std::floor(std::log10(least)));
-    constexpr double slack = 1.0 + 1.0e-9;
-    for (const double factor : {1.0, 2.0, 5.0})
-        if (factor * power * slack >= least)
-            return factor * power;
-    return 10.0 * power;
-}
-
 std::uint8_t Mixed(int from, int to, int step)
 {
     return static_cast<std::uint8_t>(from + (to - from) * step / (stepsOfPicture - 1));
 }
 
+/// So that the most is within so many of them.
 double StepOf(const AxVolume& volume)
 {
-    return StepFor(std::max(volume.highest, -volume.deepest));
+    constexpr double finest = 0.01; // metres
+    return AxRoundStepAbove(
+        std::max({finest, volume.highest / stepsOfPicture, -volume.deepest / stepsOfPicture}));
 }
 
 /// Above the base, below it, and not known.
@@ -144,7 +135,8 @@ QString AxVolumeFaultText(AxVolumeFault fault, const AxVolumeQuestion& question)
     case AxVolumeFault::WrongNumber:
         return VolumeTr::tr("The cell or the height is no number that it may be.");
     case AxVolumeFault::Coarse:
-        return VolumeTr::tr("The cells are too large for the area: fewer than ten lie along it.");
+        return VolumeTr::tr("The cells are too large for the width of the area: %1 m or less will do.")
+            .arg(QString::number(AxCoarsestVolumeCellOf(question.ring), 'g', 3));
     case AxVolumeFault::Many:
         return VolumeTr::tr("The grid is large (%1): it is computed only when that is agreed to.")
             .arg(AxVolumeSizeText(AxVolumeSizeOf(question)));
@@ -172,16 +164,20 @@ QVector<QPair<QString, QString>> AxVolumeFigures(const AxVolume& volume)
     QVector<QPair<QString, QString>> rows{
         {VolumeTr::tr("Cut"), AxUnits::Volume(volume.cut)},
         {VolumeTr::tr("Fill"), AxUnits::Volume(volume.fill)},
-        {VolumeTr::tr("Cut less fill"), SignedText(volume.Net(), AxUnits::Volume)},
+        {VolumeTr::tr("Cut less fill"), AxUnits::SignedVolume(volume.Net())},
         {VolumeTr::tr("Error by cells"), std::isfinite(volume.cellError)
                                              ? VolumeTr::tr("up to %1").arg(AxUnits::Volume(volume.cellError))
                                              : VolumeTr::tr("not known")},
         {VolumeTr::tr("Area"), AxUnits::Area(volume.area)},
         {VolumeTr::tr("Base"), BaseText(volume)},
-        {VolumeTr::tr("Mean above base"), SignedText(volume.mean, MetresText)},
-        {VolumeTr::tr("Highest above base"), SignedText(volume.highest, MetresText)},
-        {VolumeTr::tr("Lowest above base"), SignedText(volume.deepest, MetresText)},
+        {VolumeTr::tr("Mean above base"), SignedMetres(volume.mean)},
+        {VolumeTr::tr("Highest above base"), SignedMetres(volume.highest)},
+        {VolumeTr::tr("Lowest above base"), SignedMetres(volume.deepest)},
         {VolumeTr::tr("Cell size"), MetresText(volume.question.cell)}};
+    if (volume.IsRimMissing())
+        rows.insert(
+            3, {VolumeTr::tr("Rim"), VolumeTr::tr("%1 % of it has no known height: the base is of the rest")
+                                         .arg(QString::number(100.0 * (1.0 - volume.rimKnown), 'f', 1))});
     if (volume.unknown > 0.0)
         rows.insert(
             3, {VolumeTr::tr("Not known"), VolumeTr::tr("%1 % of the area (%2) has no known height")
@@ -214,7 +210,7 @@ std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolume& volume)
     return classes;
 }
 
-AxGeoRaster AxVolumeRaster(const AxVolume& volume)
+AxGeoRaster AxVolumeRaster(const AxVolume& volume, const std::atomic<bool>* isOff)
 {
     AxGeoRaster raster;
     if (!volume.grid || volume.fault != AxVolumeFault::None)
@@ -226,7 +222,7 @@ AxGeoRaster AxVolumeRaster(const AxVolume& volume)
     raster.classes = ClassesOf(volume);
     raster.values.assign(volume.grid->kinds.size(), 0);
     const double step = StepOf(volume);
-    volume.grid->EachCell([&](std::size_t at, double, double, double) {
+    const auto classify = [&](std::size_t at, double, double, double) {
         const auto difference = static_cast<double>(volume.differences[at]);
         if (std::isnan(difference)) {
             raster.values[at] = static_cast<std::uint8_t>(2 * stepsOfPicture + 1);
@@ -236,7 +232,9 @@ AxGeoRaster AxVolumeRaster(const AxVolume& volume)
             return; // neither cut nor fill
         const int number = std::min(stepsOfPicture - 1, static_cast<int>(std::abs(difference) / step));
         raster.values[at] = static_cast<std::uint8_t>(1 + number + (difference > 0.0 ? 0 : stepsOfPicture));
-    });
+    };
+    if (!volume.grid->EachCell(classify, [isOff](double) { return !isOff || !*isOff; }))
+        return {};
     return raster;
 }
 
@@ -250,12 +248,20 @@ AxGeoField AxVolumeField(const AxVolume& volume)
     field.columns = grid.columns;
     field.rows = grid.rows;
     field.cell = grid.cell;
-    std::vector<float> base(grid.heights.size());
-    for (std::size_t at = 0; at < base.size(); ++at)
-        base[at] = static_cast<float>(BaseAt(volume, at));
-    field.bands = {{QStringLiteral("difference"), volume.differences},
-                   {QStringLiteral("ground"), grid.heights},
-                   {QStringLiteral("base"), std::move(base)}};
+    const auto rowOf = [columns = static_cast<std::size_t>(grid.columns)](const std::vector<float>& from) {
+        return [columns, &from](int row, float* values) {
+            std::copy_n(from.begin() + static_cast<std::ptrdiff_t>(static_cast<std::size_t>(row) * columns),
+                        columns, values);
+        };
+    };
+    const auto baseRow = [columns = static_cast<std::size_t>(grid.columns), &volume](int row, float* values) {
+        for (std::size_t column = 0; column < columns; ++column)
+            values[column] =
+                static_cast<float>(BaseAt(volume, static_cast<std::size_t>(row) * columns + column));
+    };
+    field.bands = {{QStringLiteral("difference"), rowOf(volume.differences)},
+                   {QStringLiteral("ground"), rowOf(grid.heights)},
+                   {QStringLiteral("base"), baseRow}};
     const auto fact = [&field](const char* key, double value) {
         field.facts[QLatin1String(key)] = QString::number(value, 'g', 12);
     };
@@ -265,6 +271,7 @@ AxGeoField AxVolumeField(const AxVolume& volume)
     fact("CELL_ERROR_M3", volume.cellError);
     fact("AREA_M2", volume.area);
     fact("UNKNOWN_M2", volume.unknown);
+    fact("RIM_KNOWN", volume.rimKnown);
     fact("BASE_LOW_M", volume.baseLow);
     fact("BASE_HIGH_M", volume.baseHigh);
     return field;
@@ -281,24 +288,26 @@ bool AxWriteVolumeTable(QIODevice& device, const AxVolume& volume, const std::at
     const double cellArea = volume.grid->cell * volume.grid->cell;
     constexpr int degreeDecimals = 9;
     constexpr int metreDecimals = 3;
+    // Cells may be centimetres wide, and their parts less.
+    constexpr int areaDigits = 9;
     constexpr int piece = 1 << 16;
     QByteArray text;
     bool isGood = true;
-    volume.grid->EachCell([&](std::size_t at, double x, double y, double share) {
-        if (!isGood)
-            return;
+    const auto write = [&](std::size_t at, double x, double y, double share) {
         const QPointF place = plane.ToLngLat({x, y});
         const auto metres = [](double value) {
             return std::isfinite(value) ? QByteArray::number(value, 'f', metreDecimals) : QByteArray();
         };
         text += QByteArray::number(place.x(), 'f', degreeDecimals) + ',' +
-                QByteArray::number(place.y(), 'f', degreeDecimals) + ',' + metres(share * cellArea) + ',' +
+                QByteArray::number(place.y(), 'f', degreeDecimals) + ',' +
+                QByteArray::number(share * cellArea, 'g', areaDigits) + ',' +
                 metres(static_cast<double>(volume.grid->heights[at])) + ',' + metres(BaseAt(volume, at)) +
                 ',' + metres(static_cast<double>(volume.differences[at])) + "\r\n";
         if (text.size() > piece) {
-            isGood = !isOff && isWritten(text);
+            isGood = isGood && isWritten(text);
             text.clear();
         }
-    });
-    return isGood && isWritten(text);
+    };
+    return volume.grid->EachCell(write, [&](double) { return isGood && !isOff; }) && isGood &&
+           isWritten(text);
 }

@@ -32,11 +32,13 @@ AXEARTHVIEWER_EXPORT QVector<QPair<QString, QString>> AxVolumeFigures(const AxVo
 AXEARTHVIEWER_EXPORT QString AxVolumeReport(const AxVolume& volume);
 
 /// Where the ground stands above the base (red) and below it (blue), and by how much, in classes: the picture
-/// for the map.
-AXEARTHVIEWER_EXPORT AxGeoRaster AxVolumeRaster(const AxVolume& volume);
+/// for the map. Empty once `isOff`, if there is one.
+AXEARTHVIEWER_EXPORT AxGeoRaster AxVolumeRaster(const AxVolume& volume,
+                                                const std::atomic<bool>* isOff = nullptr);
 /// Its classes that occur, from the highest above the base to the lowest below it.
 AXEARTHVIEWER_EXPORT std::vector<AxGeoRaster::Class> AxVolumeLegend(const AxVolume& volume);
-/// For files: difference, ground and base of each cell, and the figures as facts.
+/// For files: difference, ground and base of each cell, read from the volume, which is to stay as long; and
+/// the figures as facts.
 AXEARTHVIEWER_EXPORT AxGeoField AxVolumeField(const AxVolume& volume);
 /// The same as a table: a row for each cell that is inside or cut, with its place and its area inside. False
 /// when the device takes no more, and once `isOff`. Any thread.

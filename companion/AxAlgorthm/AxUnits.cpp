@@ -101,6 +101,13 @@ QString Volume(double cubicMetres)
                       : Tr(QT_TRANSLATE_NOOP("AxUnits", "%1 m\302\263")).arg(number);
 }
 
+QString SignedVolume(double cubicMetres)
+{
+    const QString text = Volume(std::abs(cubicMetres));
+    const bool isZero = text == Volume(0.0);
+    return isZero ? text : (cubicMetres > 0.0 ? QLatin1Char('+') : QLatin1Char('-')) + text;
+}
+
 Unit OfWidths()
 {
     return Get() == System::Imperial ? Unit{Tr(QT_TRANSLATE_NOOP("AxUnits", "ft")), metresOfFoot}

@@ -29,6 +29,8 @@ AXALGORTHM_EXPORT QString Length(double metres);
 AXALGORTHM_EXPORT QString Area(double squareMetres);
 /// "1234 m³", below ten "1.23 m³", from ten thousand on "12 345 m³"; "1234 yd³".
 AXALGORTHM_EXPORT QString Volume(double cubicMetres);
+/// The same with the sign of a difference: "+1234 m³", "-1234 m³"; without one for what is written as zero.
+AXALGORTHM_EXPORT QString SignedVolume(double cubicMetres);
 
 /// One unit for all values of a field that people fill in.
 struct Unit

@@ -48,7 +48,7 @@ void CAxVolumeWgt::SetVolume(double cut, double fill)
 {
     m_pLabCut->setText(AxUnits::Volume(cut));
     m_pLabFill->setText(AxUnits::Volume(fill));
-    m_pLabNet->setText(AxUnits::Volume(cut - fill));
+    m_pLabNet->setText(AxUnits::SignedVolume(cut - fill));
 }
 
 void CAxVolumeWgt::SetFigures(const QVector<QPair<QString, QString>>& figures)

@@ -31,10 +31,13 @@ QString HeightText(double metres)
     return QString::number(metres / unit.size, 'f', 1) + QLatin1Char(' ') + unit.sign;
 }
 
-void TellOfHeights(QWidget* window, const QString& text, const QString& details = {})
+const QString exclamationOfHeights = QStringLiteral(":/images/Normal/Exclamation_mark.png");
+
+void TellOfHeights(QWidget* window, const QString& sign, const QString& text, const QString& details = {})
 {
     CAxMessageBox box(window);
-    box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    if (!sign.isEmpty())
+        box.SetIcon(sign);
     box.SetWindowTitle(HeightsBox::tr("Heights of block"));
     box.SetMsgText(text);
     box.SetDetails(details);
@@ -77,7 +80,7 @@ void HeightsBox::ShowOf(CAxEarthViewer* earthViewer, const QString& blockID, QWi
         for (const osg::Vec3d& place : object->Outline())
             question.ring.emplace_back(place.x(), place.y());
     if (question.ring.size() < 3) {
-        TellOfHeights(window, tr("\"%1\" encloses no area.").arg(name));
+        TellOfHeights(window, exclamationOfHeights, tr("\"%1\" encloses no area.").arg(name));
         return;
     }
     const QPointer<QWidget> parent(window);
@@ -85,7 +88,8 @@ void HeightsBox::ShowOf(CAxEarthViewer* earthViewer, const QString& blockID, QWi
     if (!grid || !viewer || !parent)
         return;
     if (grid->known == 0)
-        TellOfHeights(window, tr("No height of the ground is known below \"%1\".").arg(name));
+        TellOfHeights(window, exclamationOfHeights,
+                      tr("No height of the ground is known below \"%1\".").arg(name));
     else
         HeightsBox(grid, name, viewer->GetCoordinateSystem(), viewer->AreMapHeightsAboveEllipsoid(), window)
             .exec();
@@ -151,6 +155,9 @@ void HeightsBox::slotBtnAcceptClicked()
     QApplication::setOverrideCursor(Qt::WaitCursor);
     const QString fault = WriteHeights(chosen->file, *heights, isAboveEllipsoid);
     QApplication::restoreOverrideCursor();
-    if (!fault.isEmpty())
-        TellOfHeights(this, tr("%1 was not written.").arg(QDir::toNativeSeparators(chosen->file)), fault);
+    const QString name = QDir::toNativeSeparators(chosen->file);
+    if (fault.isEmpty())
+        TellOfHeights(this, {}, tr("%1 is written.").arg(name));
+    else
+        TellOfHeights(this, exclamationOfHeights, tr("%1 was not written.").arg(name), fault);
 }

@@ -121,7 +121,7 @@ void SightKept::SetText(const QString& text)
             ++leftOut;
     }
     if (leftOut > 0)
-        emit Told(tr("Lines of sight and viewsheds of the project that cannot be read: %1").arg(leftOut));
+        emit Unread(tr("Lines of sight and viewsheds of the project that cannot be read: %1").arg(leftOut));
     emit waitingChanged();
     Next();
 }

@@ -40,7 +40,8 @@ public:
 
 signals:
     void waitingChanged();
-    void Told(const QString& text); ///< for the status bar
+    void Told(const QString& text);   ///< for the status bar
+    void Unread(const QString& text); ///< what SetText() has left out, for the operator
 
 private:
     struct Asked

@@ -1,5 +1,7 @@
 #include "host/tasks/CoverageScale.h"
 
+#include <AxAlgorthm/AxRoundStep.h>
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,16 +16,6 @@ const std::array<QColor, 6> ramp{QColor(0xff, 0xff, 0xcc), QColor(0xc7, 0xe9, 0x
                                  QColor(0x7f, 0xcd, 0xbb), QColor(0x41, 0xb6, 0xc4),
                                  QColor(0x22, 0x5e, 0xa8), QColor(0x08, 0x1d, 0x58)};
 constexpr double finestStep = 0.0001; // metres a pixel
-
-/// 1, 2 or 5 times a power of ten, and no less than the value.
-double RoundStep(double value)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(value)));
-    for (const double factor : {1.0, 2.0, 5.0})
-        if (factor * power >= value * (1.0 - 1e-9))
-            return factor * power;
-    return 10.0 * power;
-}
 } // namespace
 
 CoverageScale CoverageScale::OfPhotos()
@@ -39,7 +31,7 @@ CoverageScale CoverageScale::OfSample(double least, double most)
 {
     // One step is lost where the round numbers begin below the least value.
     const double step =
-        RoundStep(std::max(finestStep, (most - least) / static_cast<double>(ramp.size() - 1)));
+        AxRoundStepAbove(std::max(finestStep, (most - least) / static_cast<double>(ramp.size() - 1)));
     CoverageScale scale{{{0.0, 0.0, withoutPhoto}}};
     const double first = std::floor(least / step + 1e-9);
     const int count = std::clamp(static_cast<int>(std::floor(most / step + 1e-9) - first) + 1, 1,

@@ -8,6 +8,7 @@
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxEarthManipulator.h"
 #include "interaction/CAxHandleAdapter.h"
+#include "viewer/AxVolumeFields.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxAlgorthm/AxUnits.h>
@@ -28,7 +29,6 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPolygonF>
 #include <QProgressBar>
 #include <QPushButton>
@@ -54,23 +54,20 @@ constexpr double flattestVolumePitch = -50.0;
 constexpr double sidesAway = 3.0;
 constexpr double leastVolumeRange = 100.0;
 
-LimitedNumber* MetresOfVolume(const char* name, double least, double most)
+LimitedNumber* NamedNumber(const char* name)
 {
     auto* field = new LimitedNumber;
     field->setObjectName(QLatin1String(name));
-    field->setDecimals(2);
-    field->setRange(least, most);
-    field->setSuffix(QStringLiteral(" m"));
     return field;
 }
 } // namespace
 
 VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
-    : QWidget(parent), viewer(earthViewer), base(new QComboBox),
-      height(MetresOfVolume("VolumeHeight", -12000.0, 10000.0)),
-      cell(MetresOfVolume("VolumeCell", 0.0, 100000.0)), compute(new QPushButton(tr("Compute"))),
-      progress(new QProgressBar), cancel(new QPushButton(tr("Cancel"))), told(new QLabel),
-      list(new QTreeWidget), figures(new CAxVolumeWgt), kept(new VolumeKept(earthViewer, this))
+    : QWidget(parent), viewer(earthViewer), base(new QComboBox), height(NamedNumber("VolumeHeight")),
+      cell(NamedNumber("VolumeCell")), fields(new AxVolumeFields(*base, *height, *cell, this)),
+      compute(new QPushButton(tr("Compute"))), progress(new QProgressBar),
+      cancel(new QPushButton(tr("Cancel"))), told(new QLabel), list(new QTreeWidget),
+      figures(new CAxVolumeWgt), kept(new VolumeKept(earthViewer, this))
 {
     Build();
     AxVolumeAnalysis* analysis = Analysis();
@@ -87,15 +84,11 @@ VolumePanel::VolumePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     connect(list, &QTreeWidget::itemSelectionChanged, this, &VolumePanel::ShowChosen);
     connect(list, &QTreeWidget::itemChanged, this, &VolumePanel::OnItemChanged);
     connect(list, &QTreeWidget::itemDoubleClicked, this, &VolumePanel::Fly);
-    connect(base, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
-        height->setEnabled(base->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
+    connect(fields, &AxVolumeFields::editing, this, [this] {
+        if (AxVolumeAnalysis* refused = Analysis())
+            refused->ForgetRefusal(shownID);
     });
-    for (QDoubleSpinBox* field : {height, cell})
-        connect(field->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, [this] {
-            if (AxVolumeAnalysis* refused = Analysis())
-                refused->ForgetRefusal(shownID);
-        });
-    connect(compute, &QPushButton::clicked, this, &VolumePanel::Ask);
+    connect(compute, &QPushButton::clicked, this, &VolumePanel::Compute);
     connect(cancel, &QPushButton::clicked, this, [this] {
         for (const QString& id : Chosen())
             if (AxVolumeAnalysis* running = Analysis())
@@ -115,10 +108,6 @@ void VolumePanel::Build()
 {
     constexpr int leastLines = 4;
     base->setObjectName(QStringLiteral("VolumeBase"));
-    base->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    for (const AxVolumeBase one : AxVolumeBases())
-        base->addItem(AxVolumeBaseText(one), static_cast<int>(one));
-    cell->setSpecialValueText(tr("automatic"));
     compute->setObjectName(QStringLiteral("VolumeCompute"));
     cancel->setObjectName(QStringLiteral("VolumeCancel"));
     told->setObjectName(QStringLiteral("VolumeTold"));
@@ -202,7 +191,8 @@ QString VolumePanel::MeasureBlock(CAxEarthViewer& viewer, const QString& blockID
         return tr("\"%1\" encloses no area.").arg(name);
     QString why;
     analysis->Ask(blockID, tr("Volume of %1").arg(name), question, &why);
-    return why;
+    // Of a large one a box asks.
+    return AxVolumeFaultOf(question) == AxVolumeFault::Many ? QString() : why;
 }
 
 // The list
@@ -313,33 +303,24 @@ void VolumePanel::hideEvent(QHideEvent* event)
 void VolumePanel::ShowResult(const AxVolumeResult& result)
 {
     const bool isOne = !result.id.isEmpty();
-    for (QWidget* field : QList<QWidget*>{base, cell, compute})
-        field->setEnabled(isOne);
+    compute->setEnabled(isOne);
+    fields->SetEnabled(isOne);
     progress->setVisible(result.isPending);
     cancel->setVisible(result.isPending);
     if (result.isPending && (!Analysis() || Analysis()->Running() != result.id))
         progress->setValue(0);
-    const AxVolumeQuestion& question = result.question;
     // What is being filled in stays while its volume is computed, hidden or finds other ground.
-    if (result.id != shownID || question.base != shown.base || question.height != shown.height ||
-        question.cell != shown.cell) {
-        const QSignalBlocker quiet(base);
-        base->setCurrentIndex(base->findData(static_cast<int>(question.base)));
-        height->setValue(question.height);
-        cell->setValue(question.cell);
-        shownID = result.id;
-        shown = question;
-    }
-    height->setEnabled(isOne && base->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
+    if (result.id == shownID)
+        fields->Follow(result.question);
+    else
+        fields->Show(result.question);
+    shownID = result.id;
     QStringList notes;
     if (!isOne)
         notes += tr("Measure > Volume draws the area of a volume.");
     else if (!result.refusal.isEmpty())
         notes += result.refusal;
-    else if (result.fault != AxVolumeFault::None)
-        notes += AxVolumeFaultText(result.fault, result.question);
-    if (result.isStale && !result.isPending)
-        notes += tr("The ground has changed since; Compute measures it anew.");
+    notes += AxVolumeAnalysis::NotesOf(result, true);
     told->setText(notes.join(QLatin1Char('\n')));
     told->setVisible(!notes.isEmpty());
     const AxVolume* volume = result.volume.get();
@@ -355,18 +336,20 @@ void VolumePanel::ShowResult(const AxVolumeResult& result)
     figures->SetLegend(legend);
 }
 
-void VolumePanel::Ask()
+void VolumePanel::Compute()
 {
     AxVolumeAnalysis* analysis = Analysis();
     const QString id = Chosen().value(0);
     const AxVolumeResult result = analysis ? analysis->GetResult(id) : AxVolumeResult();
     if (result.id.isEmpty())
         return;
-    AxVolumeQuestion question = result.question;
-    question.base = static_cast<AxVolumeBase>(base->currentData().toInt());
-    question.height = height->value();
-    question.cell = cell->value();
-    question.mayBeLarge = false;
+    // Somebody has agreed to a large one before, and nothing about it is new.
+    if (!fields->IsChanged()) {
+        analysis->AskAgain(id);
+        return;
+    }
+    AxVolumeQuestion question = fields->Question();
+    question.ring = result.question.ring;
     // What is refused goes back to what stands, with the reason below.
     shownID.clear();
     analysis->Ask(id, result.name, question);
@@ -400,8 +383,11 @@ void VolumePanel::Copy() const
     QStringList texts;
     for (const QString& id : Chosen()) {
         const AxVolumeResult result = Analysis() ? Analysis()->GetResult(id) : AxVolumeResult();
-        if (result.volume)
-            texts += result.name + QLatin1Char('\n') + AxVolumeReport(*result.volume);
+        if (!result.volume)
+            continue;
+        QStringList lines{result.name, AxVolumeReport(*result.volume)};
+        lines += AxVolumeAnalysis::NotesOf(result, true);
+        texts += lines.join(QLatin1Char('\n'));
     }
     if (!texts.isEmpty())
         QApplication::clipboard()->setText(texts.join(QStringLiteral("\n\n")));
@@ -446,15 +432,32 @@ void VolumePanel::Write(const AxVolumeResult& result, const QString& file, bool 
                 emit Told(tr("%1 is written.").arg(name));
                 return;
             }
-            CAxMessageBox box(window());
-            box.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
-            box.SetWindowTitle(tr("Export"));
-            box.SetMsgText(tr("%1 was not written.").arg(name));
-            box.SetDetails(fault);
-            box.SetBtnHidden(false, true, false);
-            box.exec();
+            const QPointer<CAxMessageBox> box = WarningBox(tr("Export"), tr("%1 was not written.").arg(name));
+            box->SetDetails(fault);
+            box->SetBtnHidden(false, true, false);
+            box->exec();
+            delete box;
         });
     ShowWriting();
+}
+
+// On the heap: its window may go while it is open.
+CAxMessageBox* VolumePanel::WarningBox(const QString& title, const QString& text)
+{
+    auto* box = new CAxMessageBox(window());
+    box->SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    box->SetWindowTitle(title);
+    box->SetMsgText(text);
+    return box;
+}
+
+bool VolumePanel::Ask(const QString& text)
+{
+    const QPointer<CAxMessageBox> box = WarningBox(tr("Volume"), text);
+    box->SetBtnOKText(tr("Remove"));
+    const bool isMeant = box->exec() == QDialog::Accepted;
+    delete box;
+    return isMeant;
 }
 
 void VolumePanel::ShowWriting()
@@ -465,7 +468,16 @@ void VolumePanel::ShowWriting()
 
 void VolumePanel::Remove()
 {
-    for (const QString& id : Chosen())
+    const QStringList ids = Chosen();
+    if (ids.isEmpty() || !Analysis())
+        return;
+    const QString name = Analysis()->GetResult(ids.constFirst()).name;
+    const QPointer<VolumePanel> self(this);
+    if (!Ask(ids.size() == 1 ? tr("Do you want to remove \"%1\" and its outline?").arg(name)
+                             : tr("Do you want to remove %1 volumes and their outlines?").arg(ids.size())) ||
+        !self)
+        return;
+    for (const QString& id : ids)
         if (AxVolumeAnalysis* analysis = Analysis())
             analysis->Remove(id);
 }

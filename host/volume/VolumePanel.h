@@ -1,12 +1,13 @@
 #pragma once
-#include "analysis/AxVolumeGrid.h"
 #include "scene/AxLatestWork.h"
 
 #include <QPointer>
 #include <QWidget>
 
 class AxVolumeAnalysis;
+class AxVolumeFields;
 class CAxEarthViewer;
+class CAxMessageBox;
 class CAxVolumeWgt;
 class VolumeKept;
 class LimitedNumber;
@@ -58,18 +59,21 @@ private:
     void ShowChosen();
     void ShowOnMap();
     void ShowResult(const AxVolumeResult& result);
-    void Ask();
+    void Compute();
     void Fly();
     void Copy() const;
     void Export();
     void ShowWriting();
     void Write(const AxVolumeResult& result, const QString& file, bool isTable);
     void Remove();
+    CAxMessageBox* WarningBox(const QString& title, const QString& text);
+    bool Ask(const QString& text);
 
     QPointer<CAxEarthViewer> viewer;
     QComboBox* base;
     LimitedNumber* height;
     LimitedNumber* cell;
+    AxVolumeFields* fields;
     QPushButton* compute;
     QProgressBar* progress;
     QPushButton* cancel;
@@ -79,8 +83,7 @@ private:
     VolumeKept* kept;
     QList<QPushButton*> ofChosen; ///< what can be done with results that are chosen
     QPushButton* exportButton = nullptr;
-    QString shownID; ///< whose question the fields were last filled with
-    AxVolumeQuestion shown;
+    QString shownID;      ///< whose question the fields were last filled with
     QString folder;       ///< that was exported to last
     AxLatestWork writing; ///< ends before what it reports to
 };

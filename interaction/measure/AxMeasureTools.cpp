@@ -1,6 +1,5 @@
 // Which object each measuring tool draws, and who computes volumes.
 #include "analysis/volume/AxVolumeAnalysis.h"
-#include "analysis/volume/AxVolumeText.h"
 #include "interaction/measure/AxMeasurements.h"
 #include "interaction/measure/CAxMearsureToolHandler.h"
 #include "interaction/measure/CAxMeasureAltitudeHandler.h"
@@ -34,15 +33,7 @@ AxMeasuredValues ValuesOf(const AxMeasuredValues& outline, const AxVolumeResult&
                          {AxQuantity::LowestAbove, volume->deepest},
                          {AxQuantity::Unknown, volume->unknown}};
     }
-    QStringList notes;
-    if (result.fault != AxVolumeFault::None)
-        notes += AxVolumeFaultText(result.fault, result.question);
-    if (result.isStale)
-        notes += AxVolumeAnalysis::tr("The ground has changed since.");
-    if (result.volume && result.volume->unknown > 0.0)
-        notes += AxVolumeAnalysis::tr("%1 % of the area has no known height.")
-                     .arg(QString::number(100.0 * result.volume->UnknownShare(), 'f', 1));
-    values.note = notes.join(QLatin1Char('\n'));
+    values.note = AxVolumeAnalysis::NotesOf(result).join(QLatin1Char('\n'));
     return values;
 }
 

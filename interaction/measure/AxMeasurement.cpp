@@ -157,7 +157,7 @@ QString AxMeasureText::Value(const AxMeasured& measured)
     case Unit::Volume:
         return AxUnits::Volume(value);
     case Unit::Net:
-        return (value > 0.0 ? QStringLiteral("+") : QString()) + AxUnits::Volume(value);
+        return AxUnits::SignedVolume(value);
     case Unit::Degrees:
         return Tr(QT_TRANSLATE_NOOP("AxMeasurement", "%1\302\260")).arg(Fixed(value, 6));
     case Unit::Plain:

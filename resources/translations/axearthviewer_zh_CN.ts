@@ -6364,6 +6364,10 @@ Heights are counted as those of the map.</source>
         <source>%1 was not written.</source>
         <translation>未能写入 %1。</translation>
     </message>
+    <message>
+        <source>%1 is written.</source>
+        <translation>%1 已写入。</translation>
+    </message>
 </context>
 <context>
     <name>AxVolumeText</name>
@@ -6430,10 +6434,6 @@ Heights are counted as those of the map.</source>
     <message>
         <source>The cell or the height is no number that it may be.</source>
         <translation>格网尺寸或高程不是有效数值。</translation>
-    </message>
-    <message>
-        <source>The cells are too large for the area: fewer than ten lie along it.</source>
-        <translation>网格对该区域过大：沿区域不足十格。</translation>
     </message>
     <message>
         <source>The grid is large (%1): it is computed only when that is agreed to.</source>
@@ -6515,6 +6515,18 @@ Heights are counted as those of the map.</source>
         <source>%1: %2</source>
         <translation>%1：%2</translation>
     </message>
+    <message>
+        <source>The cells are too large for the width of the area: %1 m or less will do.</source>
+        <translation>网格对该区域的宽度过大：应不超过 %1 米。</translation>
+    </message>
+    <message>
+        <source>Rim</source>
+        <translation>边界</translation>
+    </message>
+    <message>
+        <source>%1 % of it has no known height: the base is of the rest</source>
+        <translation>%1 % 的边界没有已知高程：基准面取自其余部分</translation>
+    </message>
 </context>
 <context>
     <name>AxVolumeAnalysis</name>
@@ -6534,6 +6546,14 @@ Heights are counted as those of the map.</source>
         <source>Cells of %1 m were not taken. %2</source>
         <translation>未采用 %1 米的网格单元。%2</translation>
     </message>
+    <message>
+        <source>%1 % of the rim has no known height: the base is of the rest.</source>
+        <translation>%1 % 的边界没有已知高程：基准面取自其余部分。</translation>
+    </message>
+    <message>
+        <source>3-D models in the area are not counted: the volume is that of the ground.</source>
+        <translation>区域内的三维模型不计入：体积只是地面的体积。</translation>
+    </message>
 </context>
 <context>
     <name>AxVolumeDesk</name>
@@ -6546,20 +6566,46 @@ Heights are counted as those of the map.</source>
         <translation>挖方 %1，填方 %2</translation>
     </message>
     <message>
-        <source>The ground has changed since.</source>
-        <translation>此后地形已变化。</translation>
-    </message>
-    <message>
         <source>Volume</source>
         <translation>体积</translation>
     </message>
     <message>
-        <source>The grid of this volume is large: %1. It takes a while. Do you want to compute it?</source>
-        <translation>该体积的格网很大：%1，计算需要一些时间。是否计算？</translation>
-    </message>
-    <message>
         <source>Compute</source>
         <translation>计算</translation>
+    </message>
+    <message>
+        <source>The grid of &quot;%1&quot; is large: %2. It takes a while. Do you want to compute it?</source>
+        <translation>“%1”的格网很大：%2，计算需要一些时间。是否计算？</translation>
+    </message>
+    <message>
+        <source>The volumes that there are hold %1 MB.</source>
+        <translation>现有体积占用 %1 MB。</translation>
+    </message>
+</context>
+<context>
+    <name>AxVolumeFields</name>
+    <message>
+        <source>automatic</source>
+        <translation>自动</translation>
+    </message>
+    <message>
+        <source> m</source>
+        <translation> 米</translation>
+    </message>
+</context>
+<context>
+    <name>VolumeFile</name>
+    <message>
+        <source>&quot;%1&quot;: %2</source>
+        <translation>“%1”：%2</translation>
+    </message>
+    <message>
+        <source>Called off.</source>
+        <translation>已取消。</translation>
+    </message>
+    <message>
+        <source>The memory does not suffice.</source>
+        <translation>内存不足。</translation>
     </message>
 </context>
 <context>
@@ -6567,10 +6613,6 @@ Heights are counted as those of the map.</source>
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
-    </message>
-    <message>
-        <source>automatic</source>
-        <translation>自动</translation>
     </message>
     <message>
         <source>Close</source>
@@ -6642,10 +6684,6 @@ Heights are counted as those of the map.</source>
         <translation>取消</translation>
     </message>
     <message>
-        <source>automatic</source>
-        <translation>自动</translation>
-    </message>
-    <message>
         <source>Volume</source>
         <translation>体积</translation>
     </message>
@@ -6694,10 +6732,6 @@ Heights are counted as those of the map.</source>
         <translation>用“测量 &gt; 体积”绘制体积的区域。</translation>
     </message>
     <message>
-        <source>The ground has changed since; Compute measures it anew.</source>
-        <translation>此后地形已变化；按“计算”重新测量。</translation>
-    </message>
-    <message>
         <source>There is no volume to export yet.</source>
         <translation>还没有可导出的体积。</translation>
     </message>
@@ -6736,6 +6770,14 @@ Heights are counted as those of the map.</source>
     <message>
         <source>%1 was not written.</source>
         <translation>%1 未写入。</translation>
+    </message>
+    <message>
+        <source>Do you want to remove &quot;%1&quot; and its outline?</source>
+        <translation>是否移除“%1”及其轮廓？</translation>
+    </message>
+    <message>
+        <source>Do you want to remove %1 volumes and their outlines?</source>
+        <translation>是否移除 %1 个体积及其轮廓？</translation>
     </message>
 </context>
 <context>

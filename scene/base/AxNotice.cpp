@@ -17,7 +17,7 @@ enum class Buttons
 };
 
 int Show(QWidget* parent, const QString& sign, const QString& title, const QString& text,
-         const QString& details, Buttons buttons)
+         const QString& details, Buttons buttons, const QString& confirm = {})
 {
     // On the heap, because its parent may be deleted while it is open.
     const QPointer<CAxMessageBox> box = new CAxMessageBox(parent);
@@ -29,6 +29,10 @@ int Show(QWidget* parent, const QString& sign, const QString& title, const QStri
     box->SetBtnHidden(buttons == Buttons::CloseAndCancel,
                       buttons != Buttons::ConfirmAndCancel && buttons != Buttons::CloseAndCancel,
                       buttons != Buttons::ConfirmAndClose && buttons != Buttons::CloseAndCancel);
+    if (!confirm.isEmpty()) {
+        box->SetBtnOKText(confirm);
+        box->SetCancelDefault(true);
+    }
     const int answer = box->exec();
     delete box;
     return answer;
@@ -56,7 +60,8 @@ void AxShowProblem(QWidget* parent, const QString& title, const QString& text, c
     Show(parent, warningSign, title, text, details, Buttons::CloseAndCancel);
 }
 
-bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text)
+bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text, const QString& confirm)
 {
-    return Show(parent, warningSign, title, text, {}, Buttons::ConfirmAndCancel) == QDialog::Accepted;
+    return Show(parent, warningSign, title, text, {}, Buttons::ConfirmAndCancel, confirm) ==
+           QDialog::Accepted;
 }

@@ -18,5 +18,6 @@ void AxShowClosableNotice(QWidget* parent, const QString& title, const QString& 
 /// A message that stops something, with the button that closes the box.
 void AxShowProblem(QWidget* parent, const QString& title, const QString& text, const QString& details = {});
 
-/// A question; true when it was confirmed.
-bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text);
+/// A question; true when it was confirmed, false also when the parent goes meanwhile. With a text for the
+/// button that confirms, what it does takes long or cannot be taken back: Enter cancels then.
+bool AxAskQuestion(QWidget* parent, const QString& title, const QString& text, const QString& confirm = {});

@@ -45,6 +45,17 @@ std::vector<CAxPoint2D> Square(double half)
     return {{-half, -half}, {half, -half}, {half, half}, {-half, half}};
 }
 
+std::vector<CAxPoint2D> Corridor(double length, double width, double degrees)
+{
+    const double east = std::cos(degrees * pi / 180.0), north = std::sin(degrees * pi / 180.0);
+    std::vector<CAxPoint2D> corners;
+    for (const auto& [along, across] :
+         {std::pair(-0.5, -0.5), std::pair(0.5, -0.5), std::pair(0.5, 0.5), std::pair(-0.5, 0.5)})
+        corners.emplace_back(along * length * east - across * width * north,
+                             along * length * north + across * width * east);
+    return corners;
+}
+
 std::vector<CAxPoint2D> Circle(double radius)
 {
     std::vector<CAxPoint2D> corners;
@@ -81,6 +92,14 @@ double KnownInTheWest(double x, double)
 double KnownOnTheRim(double x, double y)
 {
     return std::hypot(x, y) > 99.0 ? 10.0 : NAN;
+}
+double Bank(double, double y)
+{
+    return std::max(0.0, 2.0 - 0.4 * std::abs(y)); // 10 m wide
+}
+double BankAskew(double x, double y)
+{
+    return Bank(0.0, (y - x) / std::sqrt(2.0));
 }
 double Nothing(double, double)
 {
@@ -154,6 +173,27 @@ TEST(Volume, OfSolidsIsWithinHalfAPercentOnAGridOfTwoHundred)
     }
 }
 
+TEST(Volume, OfABankAlongACorridorIsWithinTheErrorThatIsTold)
+{
+    const QPointF middle(10.0, 45.0);
+    const struct
+    {
+        double length, degrees;
+        Height ground;
+    } rows[] = {{10000.0, 0.0, Bank}, {1000.0, 45.0, BankAskew}, {3000.0, 45.0, BankAskew}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.length);
+        AxVolumeQuestion question;
+        question.ring = RingOf(Corridor(row.length, 10.0, row.degrees), middle);
+        question.base = Base::Height;
+        const AxVolume found = VolumeOf(question, GroundOf(row.ground, middle));
+        ASSERT_EQ(found.fault, AxVolumeFault::None);
+        const double exact = 10.0 * row.length;
+        EXPECT_LT(std::abs(found.cut - exact), found.cellError + 1e-4 * exact);
+        EXPECT_LT(found.cellError, 0.1 * exact);
+    }
+}
+
 TEST(Volume, TellsItsCellErrorAndWritesEachCellOnce)
 {
     const QPointF middle(10.0, 45.0);
@@ -168,21 +208,26 @@ TEST(Volume, TellsItsCellErrorAndWritesEachCellOnce)
         EXPECT_GT(found.cellError, before) << cell;
         before = found.cellError;
     }
-    const AxVolume found = VolumeOf(question, GroundOf(Cone, middle));
-    QBuffer table;
-    table.open(QIODevice::ReadWrite);
-    const std::atomic<bool> isOff = false;
-    ASSERT_TRUE(AxWriteVolumeTable(table, found, isOff));
-    const QList<QByteArray> lines = table.data().split('\n');
-    double area = 0.0, cut = 0.0;
-    for (int i = 1; i + 1 < lines.size(); ++i) {
-        const QList<QByteArray> cells = lines[i].trimmed().split(',');
-        ASSERT_EQ(cells.size(), 6) << i;
-        area += cells[2].toDouble();
-        cut += cells[2].toDouble() * cells[5].toDouble();
+    AxVolume found;
+    for (const auto& [ring, cell] : {std::pair(Square(0.5), 0.011), std::pair(Circle(100.0), 16.0)}) {
+        question.ring = RingOf(ring, middle);
+        question.cell = cell;
+        found = VolumeOf(question, GroundOf(Cone, middle));
+        QBuffer table;
+        table.open(QIODevice::ReadWrite);
+        const std::atomic<bool> isOff = false;
+        ASSERT_TRUE(AxWriteVolumeTable(table, found, isOff));
+        const QList<QByteArray> lines = table.data().split('\n');
+        double area = 0.0, cut = 0.0;
+        for (int i = 1; i + 1 < lines.size(); ++i) {
+            const QList<QByteArray> cells = lines[i].trimmed().split(',');
+            ASSERT_EQ(cells.size(), 6) << i;
+            area += cells[2].toDouble();
+            cut += cells[2].toDouble() * std::max(0.0, cells[5].toDouble());
+        }
+        EXPECT_NEAR(area, found.area, 1e-5 * found.area);
+        EXPECT_NEAR(cut, found.cut, 0.01 * found.cut) << "heights have millimetres";
     }
-    EXPECT_NEAR(area, found.area, 1e-3 * found.area);
-    EXPECT_NEAR(cut, found.cut, 1e-3 * found.cut);
     EXPECT_TRUE(AxVolumeReport(found).contains(AxUnits::Volume(found.cut)));
     const AxGeoRaster raster = AxVolumeRaster(found);
     EXPECT_EQ(raster.values.front(), 0);
@@ -268,6 +313,8 @@ TEST(Volume, RefusesWhatIsNoQuestionAndSaysWhy)
         {"wide", square(45000.0), Base::MeanOfRim, 0, 1000, Cone, AxVolumeFault::TooLarge},
         {"no cell", square(100.0), Base::MeanOfRim, 0, -1, Cone, AxVolumeFault::WrongNumber},
         {"large cells", square(100.0), Base::MeanOfRim, 0, 25, Cone, AxVolumeFault::Coarse},
+        {"large cells for a corridor", RingOf(Corridor(10000.0, 10.0, 30.0), middle), Base::MeanOfRim, 0, 3,
+         Cone, AxVolumeFault::Coarse},
         {"no height", square(100.0), Base::Height, NAN, 1, Cone, AxVolumeFault::WrongNumber},
         {"many", square(1500.0), Base::MeanOfRim, 0, 1, Cone, AxVolumeFault::Many},
         {"too many", square(5000.0), Base::MeanOfRim, 0, 0.1, Cone, AxVolumeFault::TooMany},
@@ -289,6 +336,18 @@ TEST(Volume, RefusesWhatIsNoQuestionAndSaysWhy)
     }
     AxVolumeQuestion question;
     question.ring = square(100.0);
+    const AxVolume half = VolumeOf(question, GroundOf(KnownInTheWest, middle));
+    EXPECT_NEAR(half.rimKnown, 0.5, 0.01);
+    EXPECT_TRUE(AxVolumeReport(half).contains("Rim: "));
+    const auto grid =
+        std::make_shared<AxVolumeGrid>(AxVolumeGridOf(question, GroundOf(ConeOnTilted, middle)));
+    for (const Base base : {Base::PlaneOfRim, Base::SurfaceOfRim}) {
+        question.base = base;
+        int asked = 0;
+        EXPECT_EQ(AxVolumeOf(question, grid, [&asked](double) { return ++asked < 10; }).fault,
+                  AxVolumeFault::Interrupted);
+        EXPECT_EQ(asked, 10);
+    }
     EXPECT_EQ(AxVolumeGridOf(question, GroundOf(Cone, middle), [](double done) { return done < 0.5; }).fault,
               AxVolumeFault::Interrupted);
 }

@@ -55,7 +55,7 @@ TEST_F(Sight, QuestionsGoWithTheProjectAndAreAskedAgain)
     EXPECT_EQ(Analysis().GetResults()[0].line->neededAboveGround, needed);
     EXPECT_FALSE(Analysis().GetResults()[0].isVisible);
 
-    QSignalSpy told(&kept, &SightKept::Told);
+    QSignalSpy told(&kept, &SightKept::Unread);
     for (const char* wrong :
          {"no list", R"([{"from": [1, 2]}])", R"([{"observer": [1, 2, 3], "radius": "x"}])"}) {
         told.clear();

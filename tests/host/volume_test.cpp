@@ -4,6 +4,7 @@
 #include "host/volume/VolumeKept.h"
 #include "host/volume/VolumePanel.h"
 #include "interaction/AxMeasurements.h"
+#include "ModalBox.h"
 #include "NamedChild.h"
 #include "SuiteViewer.h"
 
@@ -73,6 +74,10 @@ TEST_F(Volumes, AreListedMeasuredAnewAndWritten)
     ASSERT_TRUE(rows.open(QIODevice::ReadOnly));
     EXPECT_GT(rows.readAll().count('\n'), 1000);
 
+    ModalBox box;
+    box.answers = {ModalBox::Press("Cancel"), ModalBox::Press("Remove")};
+    child<QPushButton>(panel, "VolumeRemove")->click();
+    EXPECT_EQ(list->topLevelItemCount(), 1);
     child<QPushButton>(panel, "VolumeRemove")->click();
     EXPECT_EQ(list->topLevelItemCount(), 0);
     EXPECT_TRUE(Analysis().GetResults().isEmpty());

@@ -1,6 +1,8 @@
 // Start-up: its order, the scene skeleton, a second call, and what makes it fail.
+#include "ModalBox.h"
 #include "ViewerFixture.h"
 
+#include "analysis/volume/AxVolumeAnalysis.h"
 #include "viewer/AxSceneStartup.h"
 
 #include <osgEarth/MapNode>
@@ -108,6 +110,20 @@ TEST(Construction, AListenerMayEndTheViewerWhenItHasLoaded)
     QObject::connect(second, &CAxEarthViewer::signalLoadEarth, [&second] { delete second; });
     second->InitEarthViewer();
     EXPECT_FALSE(second);
+}
+
+TEST(Construction, AViewerMayGoWhileItAsksAboutALargeVolume)
+{
+    CAxControl::GetInstance()->SetNetworkProbe([] { return false; });
+    QPointer<CAxEarthViewer> second = new CAxEarthViewer(nullptr);
+    second->InitEarthViewer();
+    AxVolumeQuestion question;
+    question.ring = {{-105.02, 37.36}, {-104.96, 37.36}, {-104.96, 37.40}};
+    question.cell = 2.0;
+    ModalBox box;
+    box.answers = {[&second](QDialog&) { delete second; }};
+    EXPECT_FALSE(second->GetVolumeAnalysis()->Ask("large", "large", question));
+    EXPECT_TRUE(waitFor([&] { return !second; }));
 }
 
 TEST(Construction, TheSplashScreenMayBeClosedWhileTheMapLoads)

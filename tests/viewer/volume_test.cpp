@@ -105,6 +105,21 @@ TEST_F(ShapeFixture, AVolumeIsMeasuredAgainstWhatTheGridPanelSaysAndGoesWithItsM
         EXPECT_FALSE(volumes->Ask(id, second.name, question));
         ASSERT_TRUE(waitFor([&] { return box.count == 1; }));
     }
+    // Agreed to, it is of the ring that was asked, be it another one; each of several is asked about.
+    {
+        AxVolumeQuestion moved = question;
+        moved.ring[0].rx() -= 0.01;
+        ModalBox box;
+        box.answers = {ModalBox::Press("Compute"), ModalBox::Press("Cancel")};
+        EXPECT_FALSE(volumes->Ask(id, second.name, moved));
+        EXPECT_FALSE(volumes->Ask("other", "other", question));
+        ASSERT_TRUE(waitFor([&] { return box.count == 2; }));
+        EXPECT_EQ(volumes->GetResult(id).question.ring, moved.ring);
+        EXPECT_TRUE(volumes->GetResult(id).isPending);
+        volumes->CallOff(id);
+        volumes->Remove("other");
+        volumes->SetNext(second.question);
+    }
     question.cell = 20.0;
     ASSERT_TRUE(volumes->Ask(id, second.name, question));
     volumes->CallOff(id);

@@ -1,60 +1,41 @@
 #include "viewer/overlay/AxGridWidget.h"
-#include "analysis/volume/AxVolumeText.h"
 
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSignalBlocker>
 #include <QTimer>
 #include <QVBoxLayout>
 
 namespace {
 constexpr int panelWidth = 270;
-constexpr double lowestBase = -12000.0; // metres
-constexpr double highestBase = 10000.0;
-constexpr double widestCell = 100000.0;
 
-QDoubleSpinBox* MetresField(const char* name, double least, double most, int decimals)
+QDoubleSpinBox* Named(const char* name)
 {
     auto* field = new QDoubleSpinBox;
     field->setObjectName(QLatin1String(name));
     field->setLocale(QLocale::c());
-    field->setDecimals(decimals);
-    field->setRange(least, most);
-    field->setSuffix(QStringLiteral(" m"));
-    // What is being typed is no grid yet.
-    field->setKeyboardTracking(false);
     return field;
 }
 } // namespace
 
 AxGridWidget::AxGridWidget(QWidget* parent)
-    : CAxBaseWidget(parent), m_pTitle(new QLabel), m_pBase(new QComboBox),
-      m_pHeight(MetresField("m_pHeight", lowestBase, highestBase, 2)),
-      m_pCell(MetresField("m_pCell", 0.0, widestCell, 2)), m_pNote(new QLabel), m_pProgress(new QProgressBar),
-      m_pCancel(new QPushButton(tr("Cancel"))), m_pClose(new QPushButton(QStringLiteral("\u00d7")))
+    : CAxBaseWidget(parent), m_pTitle(new QLabel), m_pBase(new QComboBox), m_pHeight(Named("m_pHeight")),
+      m_pCell(Named("m_pCell")), fields(new AxVolumeFields(*m_pBase, *m_pHeight, *m_pCell, this)),
+      m_pNote(new QLabel), m_pProgress(new QProgressBar), m_pCancel(new QPushButton(tr("Cancel"))),
+      m_pClose(new QPushButton(QStringLiteral("\u00d7")))
 {
     setObjectName(QStringLiteral("AxGridWidget"));
     EnableMove(false);
     build();
     ShowVolume({}, {});
     ShowProgress(-1);
-    follow();
-    connect(m_pBase, QOverload<int>::of(&QComboBox::currentIndexChanged), this, [this] {
-        follow();
-        emit questionChanged();
-    });
-    for (QDoubleSpinBox* field : {m_pHeight, m_pCell}) {
-        connect(field, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
-                &AxGridWidget::questionChanged);
-        connect(field->findChild<QLineEdit*>(), &QLineEdit::textEdited, this, &AxGridWidget::editing);
-    }
+    connect(fields, &AxVolumeFields::changed, this, &AxGridWidget::questionChanged);
+    connect(fields, &AxVolumeFields::editing, this, &AxGridWidget::editing);
     connect(m_pCancel, &QPushButton::clicked, this, &AxGridWidget::cancelled);
     connect(m_pClose, &QPushButton::clicked, this, [this] { emit signalGridWidget(id, false); });
 }
@@ -64,11 +45,7 @@ void AxGridWidget::build()
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(QStringLiteral("AxGridWidget { background: #2b3748; border: 1px solid #54647a; }"
                                  "QLabel { color: #f3f6fa; }"));
-    for (const AxVolumeBase base : AxVolumeBases())
-        m_pBase->addItem(AxVolumeBaseText(base), static_cast<int>(base));
     m_pBase->setObjectName(QStringLiteral("m_pBase"));
-    m_pBase->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_pCell->setSpecialValueText(tr("automatic"));
     for (QWidget* field :
          {static_cast<QWidget*>(m_pBase), static_cast<QWidget*>(m_pHeight), static_cast<QWidget*>(m_pCell)})
         field->installEventFilter(this);
@@ -114,26 +91,6 @@ void AxGridWidget::ShowVolume(const QString& handleID, const QString& name)
     m_pTitle->setToolTip(title);
 }
 
-void AxGridWidget::ShowQuestion(const AxVolumeQuestion& question)
-{
-    const QSignalBlocker base(m_pBase);
-    const QSignalBlocker height(m_pHeight);
-    const QSignalBlocker cell(m_pCell);
-    m_pBase->setCurrentIndex(m_pBase->findData(static_cast<int>(question.base)));
-    m_pHeight->setValue(question.height);
-    m_pCell->setValue(question.cell);
-    follow();
-}
-
-AxVolumeQuestion AxGridWidget::Question() const
-{
-    AxVolumeQuestion question;
-    question.base = static_cast<AxVolumeBase>(m_pBase->currentData().toInt());
-    question.height = m_pHeight->value();
-    question.cell = m_pCell->value();
-    return question;
-}
-
 void AxGridWidget::ShowNote(const QString& text)
 {
     if (m_pNote->text() == text)
@@ -159,11 +116,6 @@ void AxGridWidget::fit()
     layout()->activate();
     resize(panelWidth, layout()->hasHeightForWidth() ? layout()->heightForWidth(panelWidth)
                                                      : layout()->sizeHint().height());
-}
-
-void AxGridWidget::follow()
-{
-    m_pHeight->setEnabled(m_pBase->currentData().toInt() == static_cast<int>(AxVolumeBase::Height));
 }
 
 // The wheel zooms the map, wherever the mouse is.

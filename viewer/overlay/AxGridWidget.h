@@ -1,6 +1,6 @@
 #pragma once
-#include "analysis/volume/AxVolumeGrid.h"
 #include "scene/base/AxEarthViewerExport.h"
+#include "viewer/overlay/AxVolumeFields.h"
 
 #include <AxBaseUI/CAxBaseWidget.h>
 
@@ -25,9 +25,11 @@ public:
     void ShowVolume(const QString& handleID, const QString& name);
     QString HandleID() const { return id; }
     /// Base, height and cell; emits nothing.
-    void ShowQuestion(const AxVolumeQuestion& question);
-    /// The same as it is filled in now; no ring.
-    AxVolumeQuestion Question() const;
+    void ShowQuestion(const AxVolumeQuestion& question) { fields->Show(question); }
+    /// The same where somebody else has asked: what is being typed stays otherwise.
+    void FollowQuestion(const AxVolumeQuestion& question) { fields->Follow(question); }
+    /// AxVolumeFields::Question().
+    AxVolumeQuestion Question() const { return fields->Question(); }
     /// A text below, as what came out or what is wrong.
     void ShowNote(const QString& text);
     /// 0 to 100; below 0: nothing is computed.
@@ -46,7 +48,6 @@ protected:
 
 private:
     void build();
-    void follow();
     void fit();
 
     QString id;
@@ -54,6 +55,7 @@ private:
     QComboBox* m_pBase;
     QDoubleSpinBox* m_pHeight;
     QDoubleSpinBox* m_pCell;
+    AxVolumeFields* fields;
     QLabel* m_pNote;
     QProgressBar* m_pProgress;
     QPushButton* m_pCancel;

@@ -8,6 +8,8 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include <QDir>
+
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
@@ -46,9 +48,8 @@ bool IsWhole(const AxGeoRaster& raster)
 bool IsWhole(const AxGeoField& field)
 {
     return CountOf(field) > 0 && !field.bands.empty() &&
-           std::all_of(field.bands.begin(), field.bands.end(), [&field](const AxGeoField::Band& band) {
-               return band.values.size() == CountOf(field);
-           });
+           std::all_of(field.bands.begin(), field.bands.end(),
+                       [](const AxGeoField::Band& band) { return static_cast<bool>(band.row); });
 }
 
 /// An empty file of so many pixels a cell, with its place on the globe.
@@ -88,9 +89,12 @@ void FillFacts(GDALDataset& data, const QMap<QString, QString>& facts)
         data.SetMetadataItem(fact.key().toUtf8().constData(), fact.value().toUtf8().constData());
 }
 
+constexpr int rowsOfBlock = 64; // "BLOCKYSIZE"
+
 bool FillNumbers(GDALDataset& data, const AxGeoField& field, const std::atomic<bool>* isOff)
 {
     FillFacts(data, field.facts);
+    std::vector<float> values(static_cast<std::size_t>(field.columns));
     int number = 0;
     for (const AxGeoField::Band& from : field.bands) {
         GDALRasterBand* band = data.GetRasterBand(++number);
@@ -99,14 +103,28 @@ bool FillNumbers(GDALDataset& data, const AxGeoField& field, const std::atomic<b
         for (int row = 0; row < field.rows; ++row) {
             if (isOff && *isOff)
                 return false;
-            const float* values = from.values.data() + static_cast<std::size_t>(field.rows - 1 - row) *
-                                                           static_cast<std::size_t>(field.columns);
-            if (band->RasterIO(GF_Write, 0, row, field.columns, 1, const_cast<float*>(values), field.columns,
-                               1, GDT_Float32, 0, 0, nullptr) != CE_None)
+            from.row(field.rows - 1 - row, values.data());
+            if (band->RasterIO(GF_Write, 0, row, field.columns, 1, values.data(), field.columns, 1,
+                               GDT_Float32, 0, 0, nullptr) != CE_None)
+                return false;
+            // Else all of it would be packed in the end, where it cannot be called off.
+            if ((row + 1) % rowsOfBlock == 0 && band->FlushCache() != CE_None)
                 return false;
         }
     }
     return true;
+}
+
+QString Named(const QString& path, const QString& reason)
+{
+    return AX_GEO_TEXT("\"%1\": %2").arg(QDir::toNativeSeparators(path), reason);
+}
+
+/// For GDAL: false ends the work.
+int CPL_STDCALL GoesOn(double, const char*, void* isOff)
+{
+    const auto* off = static_cast<const std::atomic<bool>*>(isOff);
+    return off && *off ? FALSE : TRUE;
 }
 
 /// Fills a new file in memory and puts it where it belongs when it is whole.
@@ -119,11 +137,11 @@ QString WriteTiff(const QString& path, const Cells& cells, int bands, GDALDataTy
     session.Set("GDAL_PAM_ENABLED", "NO");
     const auto fault = [&] {
         const QStringList errors = session.TakeErrors();
-        return errors.isEmpty() ? AX_GEO_TEXT("The picture cannot be made.")
-                                : errors.join(QStringLiteral("; "));
+        return Named(path, errors.isEmpty() ? AX_GEO_TEXT("The picture cannot be made.")
+                                            : errors.join(QStringLiteral("; ")));
     };
     if (!IsWhole(cells))
-        return AX_GEO_TEXT("There is nothing to write.");
+        return Named(path, AX_GEO_TEXT("There is nothing to write."));
     const QByteArray made = session.InMemory("raster.tif");
     GDALDatasetUniquePtr data = Create(made, cells, 1, bands, type, Settings(settings));
     if (!data || !fill(*data, cells))
@@ -161,12 +179,14 @@ bool FillClasses(GDALDataset& data, const AxGeoRaster& raster)
     return true;
 }
 
-bool FillPicture(GDALDataset& data, const AxGeoRaster& raster, int times)
+bool FillPicture(GDALDataset& data, const AxGeoRaster& raster, int times, const std::atomic<bool>* isOff)
 {
     constexpr std::size_t bands = 4;
     const int width = times * raster.columns;
     std::vector<std::uint8_t> line(static_cast<std::size_t>(width) * bands);
     for (int row = 0; row < raster.rows; ++row) {
+        if (isOff && *isOff)
+            return false;
         const std::uint8_t* values = RowOf(raster, row);
         for (std::size_t pixel = 0; pixel < static_cast<std::size_t>(width); ++pixel) {
             const std::size_t value = values[pixel / static_cast<std::size_t>(times)];
@@ -187,8 +207,9 @@ bool FillPicture(GDALDataset& data, const AxGeoRaster& raster, int times)
     constexpr int smallest = 128; // pixels, of which a map makes its own overviews
     for (int factor = 2; width / factor >= smallest; factor *= 2)
         factors.push_back(factor);
-    return factors.empty() || data.BuildOverviews("AVERAGE", static_cast<int>(factors.size()), factors.data(),
-                                                  0, nullptr, nullptr, nullptr) == CE_None;
+    return factors.empty() ||
+           data.BuildOverviews("AVERAGE", static_cast<int>(factors.size()), factors.data(), 0, nullptr,
+                               &GoesOn, const_cast<std::atomic<bool>*>(isOff)) == CE_None;
 }
 } // namespace
 
@@ -203,24 +224,29 @@ QString AxWriteGeoField(const QString& path, const AxGeoField& field, const std:
     // other: mixed in the file, what GDAL's memory does not hold would be packed anew for each of them.
     const QString fault = WriteTiff(
         path, field, static_cast<int>(field.bands.size()), GDT_Float32,
-        {"COMPRESS=DEFLATE", "PREDICTOR=3", "INTERLEAVE=BAND"},
+        {"COMPRESS=DEFLATE", "PREDICTOR=3", "INTERLEAVE=BAND", "BLOCKYSIZE=64"},
         [isOff](GDALDataset& data, const AxGeoField& from) { return FillNumbers(data, from, isOff); });
     return isOff && *isOff && !fault.isEmpty() ? AX_GEO_TEXT("Called off.") : fault;
 }
 
-AxGeoPicture::AxGeoPicture(const AxGeoRaster& raster, int times)
+AxGeoPicture::AxGeoPicture(const AxGeoRaster& raster, int times, const std::atomic<bool>* isOff)
 {
     const AxGeoSession session;
     static std::atomic<unsigned> count{0};
     if (!IsWhole(raster) || raster.classes.empty() || times < 1)
         return;
     name = "/vsimem/axgeopicture-" + QByteArray::number(count++) + ".tif";
-    GDALDatasetUniquePtr data =
-        Create(name, raster, times, 4, GDT_Byte,
-               Settings({"TILED=YES", "PHOTOMETRIC=RGB", "ALPHA=YES", "INTERLEAVE=PIXEL"}));
-    if (data && FillPicture(*data, raster, times))
-        return;
+    GDALDatasetUniquePtr data = Create(name, raster, times, 4, GDT_Byte,
+                                       Settings({"TILED=YES", "PHOTOMETRIC=RGB", "ALPHA=YES",
+                                                 "INTERLEAVE=PIXEL", "COMPRESS=DEFLATE", "ZLEVEL=1"}));
+    const bool isMade = data && FillPicture(*data, raster, times, isOff);
     data.reset();
+    VSIStatBufL file;
+    if (isMade && VSIStatL(name.constData(), &file) == 0) {
+        constexpr double bytesOfMegabyte = 1.0e6;
+        megabytes = static_cast<double>(file.st_size) / bytesOfMegabyte;
+        return;
+    }
     VSIUnlink(name.constData());
     name.clear();
 }

@@ -10,6 +10,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 /// Cells of the ground, each of one class. They lie on the azimuthal equidistant projection (WGS 84) around
@@ -43,8 +44,9 @@ struct AxGeoField
     /// One number of each cell.
     struct Band
     {
-        QString name;              ///< for people
-        std::vector<float> values; ///< row by row from the south-west; NaN where there is none
+        QString name; ///< for people
+        /// Writes the numbers of a row, counted from the south, from the west on; NaN where there is none.
+        std::function<void(int row, float* values)> row;
     };
 
     QPointF middle;               ///< longitude, latitude, degrees
@@ -57,24 +59,27 @@ struct AxGeoField
 
 /// Writes a GeoTIFF: the bands as 32-bit numbers with NaN as "no data", and the facts as metadata. As
 /// AxWriteGeoRaster() for the rest. It ends soon after `isOff` turns true, if there is one: a file that is
-/// not whole by then is not written, and the result says so.
+/// not whole by then is not written, and the result says so. Memory is taken for what is packed and for one
+/// row.
 AXDATA_EXPORT QString AxWriteGeoField(const QString& path, const AxGeoField& field,
                                       const std::atomic<bool>* isOff = nullptr);
 
 /// The same cells as a picture for a map: red, green, blue and alpha, each cell `times` pixels wide and high,
-/// with overviews. It is a file in GDAL's memory, which goes with the object. Any thread.
+/// with overviews. It is a file in GDAL's memory, packed, which goes with the object. Any thread.
 class AXDATA_EXPORT AxGeoPicture
 {
 public:
-    /// Makes it at once.
-    AxGeoPicture(const AxGeoRaster& raster, int times);
+    /// Makes it at once. Once `isOff`, if there is one, it ends soon and there is none.
+    AxGeoPicture(const AxGeoRaster& raster, int times, const std::atomic<bool>* isOff = nullptr);
     ~AxGeoPicture();
     AxGeoPicture(const AxGeoPicture&) = delete;
     AxGeoPicture& operator=(const AxGeoPicture&) = delete;
 
     /// As GDAL opens it; empty when it could not be made.
     const QByteArray& Name() const { return name; }
+    double Megabytes() const { return megabytes; } ///< that it takes
 
 private:
     QByteArray name;
+    double megabytes = 0.0;
 };
