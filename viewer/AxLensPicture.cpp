@@ -39,6 +39,8 @@ QRect AxLensPicture::frame() const
 
 void AxLensPicture::DrawBefore()
 {
+    if (!magnifier.IsOpen())
+        return Release();
     const auto part = magnifier.Part();
     const QRect at = frame();
     if (!part || at.isEmpty())
@@ -49,6 +51,12 @@ void AxLensPicture::DrawBefore()
     picture.Take(at.size());
     // It has bound a texture of its own.
     window.getState()->dirtyAllAttributes();
+}
+
+void AxLensPicture::Release()
+{
+    picture.Release();
+    eye.Drop();
 }
 
 void AxLensPicture::ShowAfter()

@@ -26,7 +26,8 @@ public:
     std::size_t Fingerprint() const;
     void DrawBefore();
     void ShowAfter();
-    void Release() { picture.Release(); }
+    /// Gives back what the last picture needed.
+    void Release();
 
 private:
     QRect frame() const;

@@ -65,12 +65,12 @@ bool AxMagnifier::Look(const osg::Vec2d& from, const osg::Vec2d& to)
     inWindow = (from + to) * 0.5;
     const auto ray = AxViewRay::Through(*parts->Scene().View()->getCamera(), inWindow.x(), inWindow.y());
     ground = ray ? SeenBy(*ray, parts->Scene()) : std::nullopt;
-    size = lens.size;
+    wanted = lens.size;
     factor = lens.factor;
-    const QRectF part = AxMagnifierRules::PartAround(inWindow, size, factor, room);
+    const QRectF part = AxMagnifierRules::PartAround(inWindow, lens.size, factor, room);
     const QRectF shown(0.5 * (1.0 + part.left()) * room.width(), 0.5 * (1.0 - part.bottom()) * room.height(),
                        0.5 * part.width() * room.width(), 0.5 * part.height() * room.height());
-    corner = AxMagnifierRules::FreeCorner(size, shown, room);
+    corner = AxMagnifierRules::FreeCorner(lens.size, shown, room);
     grip.reset();
     if (!isOpen)
         map->viewport()->installEventFilter(this);
@@ -96,15 +96,16 @@ void AxMagnifier::SetFactor(double times)
 {
     if (!isOpen || !std::isfinite(times))
         return;
-    const double wanted = std::clamp(times, AxMagnifierRules::leastFactor, AxMagnifierRules::mostFactor);
-    if (wanted == factor)
+    const double bound = std::clamp(times, AxMagnifierRules::leastFactor, AxMagnifierRules::mostFactor);
+    if (bound == factor)
         return;
-    factor = wanted;
+    factor = bound;
     tell();
 }
 
 QRectF AxMagnifier::Frame() const
 {
+    const QSizeF size = AxMagnifierRules::SizeOn(MapSize(), wanted);
     return {AxMagnifierRules::Within(corner, size, MapSize()), size};
 }
 
@@ -132,7 +133,7 @@ std::optional<QRectF> AxMagnifier::Part() const
     const auto place = middle();
     if (!place)
         return std::nullopt;
-    return AxMagnifierRules::PartAround(*place, size, factor, MapSize());
+    return AxMagnifierRules::PartAround(*place, Frame().size(), factor, MapSize());
 }
 
 void AxMagnifier::tell()
@@ -163,6 +164,14 @@ bool AxMagnifier::press(const QPointF& place)
     return true;
 }
 
+void AxMagnifier::letGo()
+{
+    isTaken = false;
+    grip.reset();
+    if (!isOpen)
+        map->viewport()->removeEventFilter(this);
+}
+
 // What the lens takes never reaches the map, so nothing is picked, moved or zoomed through it.
 bool AxMagnifier::eventFilter(QObject* watched, QEvent* event)
 {
@@ -186,19 +195,18 @@ bool AxMagnifier::eventFilter(QObject* watched, QEvent* event)
         return isTaken || (isFirst && isUnder(mouse->localPos()) && press(mouse->localPos()));
     } else if (type == QEvent::MouseMove) {
         const auto* mouse = static_cast<QMouseEvent*>(event);
+        // The release may have gone to a window that came up meanwhile.
+        if (mouse->buttons() == Qt::NoButton)
+            letGo();
         if (grip && isTaken) {
-            corner = AxMagnifierRules::Within(mouse->localPos() - *grip, size, MapSize());
+            corner = AxMagnifierRules::Within(mouse->localPos() - *grip, Frame().size(), MapSize());
             tell(); // a listener may end the viewer
             return true;
         }
         return isTaken || (mouse->buttons() == Qt::NoButton && isUnder(mouse->localPos()));
     } else if (type == QEvent::MouseButtonRelease && isTaken) {
-        if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton) {
-            isTaken = false;
-            grip.reset();
-            if (!isOpen)
-                map->viewport()->removeEventFilter(this);
-        }
+        if (static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton)
+            letGo();
         return true;
     }
     return false;

@@ -45,7 +45,8 @@ public:
     void SetFactor(double times);
     /// Of the map's widget, in its pixels.
     QSizeF MapSize() const;
-    /// Where the lens is: pixels of the map's widget, y downwards.
+    /// Where the lens is: pixels of the map's widget, y downwards. It follows the size of that, and takes an
+    /// eighth of it at most.
     QRectF Frame() const;
     /// What it shows, from -1 to 1, y upwards (top() is the lower edge); nothing while the place is not in
     /// the picture, and while there is no lens.
@@ -64,6 +65,7 @@ private:
     std::optional<osg::Vec2d> middle() const;
     bool isUnder(const QPointF& place) const;
     bool press(const QPointF& place);
+    void letGo();
     void tell();
 
     const QPointer<AxViewerParts> parts;
@@ -73,7 +75,7 @@ private:
     std::optional<osg::Vec3d>
         ground;          ///< geocentric metres, or of a model; without, the place in the window counts
     osg::Vec2d inWindow; ///< -1 to 1, y upwards
-    QSizeF size;
+    QSizeF wanted;       ///< what a smaller map has room for is less
     double factor = 1.0;
     QPointF corner;              ///< the upper left one, pixels, y downwards
     std::optional<QPointF> grip; ///< from the corner to the mouse while it is moved

@@ -16,18 +16,28 @@ constexpr double besideBorder = 12.0;
 // One step of a usual wheel.
 constexpr double eighthsOfStep = 120.0;
 constexpr double factorOfStep = 1.25;
+
+QSizeF RoomOn(const QSizeF& map)
+{
+    return {std::max(1.0, mostWide * map.width()), std::max(1.0, mostHigh * map.height())};
+}
 } // namespace
 
 AxMagnifierRules::Lens AxMagnifierRules::LensFor(const QSizeF& dragged, const QSizeF& map)
 {
     const bool isClick = dragged.width() < trembling || dragged.height() < trembling;
     const QSizeF part = isClick ? usualPart : dragged;
-    const QSizeF room(std::max(1.0, mostWide * map.width()), std::max(1.0, mostHigh * map.height()));
+    const QSizeF room = RoomOn(map);
     const double fits = std::min(room.width() / part.width(), room.height() / part.height());
     Lens lens;
     lens.factor = std::clamp(fits, usualFactor, mostFactor);
     lens.size = (part * lens.factor).expandedTo(leastSize).boundedTo(room);
     return lens;
+}
+
+QSizeF AxMagnifierRules::SizeOn(const QSizeF& map, const QSizeF& wanted)
+{
+    return wanted.boundedTo(RoomOn(map));
 }
 
 double AxMagnifierRules::Turned(double factor, int eighths)

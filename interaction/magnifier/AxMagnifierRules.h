@@ -26,6 +26,9 @@ struct Lens
 /// usual size around it.
 AXEARTHVIEWER_EXPORT Lens LensFor(const QSizeF& dragged, const QSizeF& map);
 
+/// The size of a lens that was made on a map of another size.
+AXEARTHVIEWER_EXPORT QSizeF SizeOn(const QSizeF& map, const QSizeF& wanted);
+
 /// The factor after the wheel was turned by so many eighths of a degree, forward being more.
 AXEARTHVIEWER_EXPORT double Turned(double factor, int eighths);
 

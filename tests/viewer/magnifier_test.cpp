@@ -6,6 +6,7 @@
 #include "viewer/capture/AxPictureCapture.h"
 
 #include <osg/CoordinateSystemNode>
+#include <osg/observer_ptr>
 
 #include <QSignalSpy>
 #include <QUndoStack>
@@ -81,6 +82,11 @@ protected:
                          Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(viewer->viewport(), &turn);
     }
+    static void Move(const QPoint& to, Qt::MouseButtons held)
+    {
+        QMouseEvent event(QEvent::MouseMove, to, Qt::NoButton, held, {});
+        QCoreApplication::sendEvent(viewer->viewport(), &event);
+    }
 
     osg::ref_ptr<osg::MatrixTransform> place;
 };
@@ -144,7 +150,7 @@ TEST_F(Sight, AMagnifierShowsItsRectangleLargerAndNothingGoesThroughIt)
     ASSERT_TRUE(
         waitFor([&] { return std::abs(widthInLens() - lens.Factor() * across) < lens.Factor() + 2.0; }));
     QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, frame.center().toPoint());
-    QTest::mouseMove(viewer->viewport(), frame.center().toPoint() + QPoint(50, -30));
+    Move(frame.center().toPoint() + QPoint(50, -30), Qt::LeftButton);
     QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, frame.center().toPoint() + QPoint(50, -30));
     EXPECT_EQ(lens.Frame().topLeft(), frame.topLeft() + QPointF(50, -30));
     EXPECT_EQ(viewer->getOSGViewer()->getCamera()->getViewMatrix(), view);
@@ -191,6 +197,38 @@ TEST_F(Sight, AMagnifierIsClosedByItsCrossByEscapeAndGivenUpInTheMiddle)
     viewer->SetToolType(ToolNavigate);
     EXPECT_TRUE(lens.IsOpen());
     QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, {430, 320});
+}
+
+TEST_F(Sight, AMagnifierTakesAnEighthOfASmallerMapIsLetGoOfAndKeepsNothingOfTheScene)
+{
+    AxMagnifier& lens = *viewer->GetMagnifier();
+    ASSERT_TRUE(lens.Look({-0.5, -0.4}, {0.5, 0.4}));
+    const QRectF large = lens.Frame();
+    viewer->resize(300, 200);
+    ASSERT_TRUE(waitFor([] { return viewer->viewport()->width() == 300; }));
+    EXPECT_LE(lens.Frame().width() * lens.Frame().height(), 0.125 * 300 * 200);
+    EXPECT_TRUE(QRectF(0, 0, 300, 200).contains(lens.Frame()));
+    viewer->resize(800, 600);
+    ASSERT_TRUE(waitFor([] { return viewer->viewport()->width() == 800; }) && WaitForPicture());
+    EXPECT_EQ(lens.Frame(), large);
+
+    // The release goes to another window.
+    const QPoint middle = large.center().toPoint();
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, middle);
+    Move(middle + QPoint(40, -40), Qt::NoButton);
+    EXPECT_EQ(lens.Frame(), large);
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, middle);
+
+    const osg::observer_ptr<osg::StateSet> shown(place->getChild(0)->getStateSet());
+    ASSERT_TRUE(lens.Look({-0.1, -0.1}, {0.1, 0.1}));
+    ASSERT_TRUE(IsOfSquare(viewer->GetCurrViewerImg().pixel(lens.Frame().center().toPoint())));
+    lens.Close();
+    viewer->GetDrawNodeGroup()->removeChild(place);
+    place = nullptr;
+    EXPECT_TRUE(waitFor([&] {
+        viewer->RequestRedraw();
+        return !shown.valid();
+    }));
 }
 
 TEST(Magnifier, ALensHasRoomOnEveryMapAndStandsBesideWhatItShows)

@@ -195,6 +195,13 @@ bool AxSideView::cull(const AxSidePicture& picture)
     return true;
 }
 
+// What was culled is kept for the next time: nodes, and textures of them.
+void AxSideView::Drop()
+{
+    sceneView = nullptr;
+    culling = nullptr;
+}
+
 void AxSideView::Look(const AxSidePicture& picture)
 {
     cull(picture);

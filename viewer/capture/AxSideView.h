@@ -48,6 +48,8 @@ public:
     void Draw(const AxSidePicture& picture);
     /// The same without drawing: what it lacks is asked for, and what is made while it is looked at is made.
     void Look(const AxSidePicture& picture);
+    /// Lets go of the scene that was drawn last, until the next time.
+    void Drop();
     /// Called with the picture drawn, before its context is used for anything else; null for nobody.
     void SetFinalDrawCallback(osg::Camera::DrawCallback* callback);
 
