@@ -46,6 +46,8 @@ class AxVolumeAnalysis;
 class AxVolumeDesk;
 class CAxGraphicsCompassItem;
 class CAxLandingAreaNode;
+class QKeyEvent;
+class QMouseEvent;
 
 /**
  * What the viewer is made of: the scene and its start-up, the objects, the tools, the overlays, the frame
@@ -83,10 +85,10 @@ public:
 
     /// Tells the handles that are there whether they are put on models.
     void clampToModels();
-
-    // Construction and start-up, in their order (AxViewerStartup.cpp)
     /// Lays what is drawn near a model anew; of one that has gone, where it was.
     void layNearModel(const QString& layer);
+
+    // Construction and start-up, in their order (AxViewerStartup.cpp)
 
     void initParameters();
     void initOverlays();
@@ -127,10 +129,19 @@ public:
     bool giveUpHandleDrag();
     /// Takes a place that the mouse has chosen for the point of interest; degrees, degrees, metres.
     void pickInterestPoint(double longitude, double latitude, double altitude);
-    /// Holds the picture on the screen as it is, or lets it go on.
-    void hold(bool held);
     /// Paints the frame once more and reads it, without showing it.
     QImage paintedPicture();
+    /// Lets go of all keys and buttons.
+    void letGoOfInput();
+
+    // While pictures are taken (CAxEarthViewerCapture.cpp)
+
+    /// Holds the picture on the screen as it is, and takes no input, or lets both go on.
+    void hold(bool held);
+    /// Whether that is input for a map that is held, which is for nobody then.
+    bool swallow(QEvent& event);
+    bool swallowKey(QKeyEvent& event);
+    bool swallowMouse(const QMouseEvent& event);
 
     CAxEarthViewer* const q;
 
@@ -166,6 +177,7 @@ public:
     std::unique_ptr<AxControlPoints> controlPoints;
     std::unique_ptr<AxMapLayers> layers;
     std::unique_ptr<AxModelLayers> modelLayers;
+    QHash<QString, QRectF> modelExtents; ///< as objects were last laid on them
     std::unique_ptr<AxModelOutlines> modelOutlines;
 
     CAxGraphicsCompassItem* compassItem = nullptr;
@@ -177,7 +189,6 @@ public:
 
     QString mapFile;
     osg::Vec3d projPlaneCenter;
-    QHash<QString, QRectF> modelExtents; ///< as objects were last laid on them
     osg::Matrixd projPlaneMatrix;
     AxCoordinateSystem coordSystem;
     std::optional<std::array<double, 4>> pointed; ///< what the read-out shows, as the manipulator told it
@@ -195,6 +206,9 @@ public:
     /// While pictures are taken the window shows this one, and nothing else is drawn.
     QImage heldPicture;
     bool isHeld = false;
+    // What was pressed while it was held is nobody's afterwards either.
+    QSet<int> keysOfHold;
+    Qt::MouseButtons buttonsOfHold;
     bool askedByTimer = false; // for the next paint event, whoever else asks for it
     bool isShown = false;      // what is in the window is what was painted last
     bool inputPosted = false;

@@ -72,6 +72,8 @@ bool AxViewerPrivate::passBy()
 // After any of these the window may hold something else than what was painted.
 bool AxViewerPrivate::eventFilter(QObject* watched, QEvent* event)
 {
+    if ((watched == q || watched == glWidget) && swallow(*event))
+        return true;
     switch (event->type()) {
     case QEvent::Expose:
     case QEvent::Hide:
@@ -96,8 +98,7 @@ QSize AxViewerPrivate::pixels() const
 void AxViewerPrivate::takeInput()
 {
     const QPointer<AxViewerPrivate> self(this);
-    if (!isHeld)
-        frame->TakeInput();
+    frame->TakeInput();
     if (self)
         inputPosted = false;
 }
@@ -148,18 +149,6 @@ QImage AxViewerPrivate::paintedPicture()
     const QImage painted = AxCaptureBuffer(*graphicsWindow, GL_BACK);
     glWidget->setAutoBufferSwap(true);
     return painted;
-}
-
-void AxViewerPrivate::hold(bool held)
-{
-    isHeld = held;
-    heldPicture = QImage();
-    // Painted once more, when the first frame behind the overlays is kept.
-    if (held && q->isVisible())
-        paintedPicture();
-    frame->Request();
-    if (q->scene())
-        q->scene()->update();
 }
 
 QImage AxViewerPrivate::Picture()

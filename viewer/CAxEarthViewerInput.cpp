@@ -168,14 +168,19 @@ void CAxEarthViewer::leaveEvent(QEvent* event)
 void CAxEarthViewer::focusOutEvent(QFocusEvent* event)
 {
     // What is let go of from here on is told to somebody else.
-    const bool altHeld = d->input->IsHeld(Qt::Key_Alt);
-    d->input->ReleaseAll();
-    if (GetAppType() == appTypeOne)
-        d->tools.SetMultiSelect(false);
-    if (altHeld && (GetAppType() == appTypeOne || GetAppType() == appTypeThree))
-        emit signalAltKey(false);
+    d->letGoOfInput();
     update();
     QGraphicsView::focusOutEvent(event);
+}
+
+void AxViewerPrivate::letGoOfInput()
+{
+    const bool altHeld = input->IsHeld(Qt::Key_Alt);
+    input->ReleaseAll();
+    if (q->GetAppType() == appTypeOne)
+        tools.SetMultiSelect(false);
+    if (altHeld && (q->GetAppType() == appTypeOne || q->GetAppType() == appTypeThree))
+        emit q->signalAltKey(false);
 }
 
 void CAxEarthViewer::takeEditingKey(int key, bool reachesScene, bool isTyped)
