@@ -1,6 +1,7 @@
 // Pictures of the map in any size.
 #include "ViewerFixture.h"
 
+#include "interaction/magnifier/AxMagnifier.h"
 #include "scene/base/AxGlobePoint.h"
 #include "scene/shape/AxLabelInside.h"
 #include "viewer/capture/AxPictureCapture.h"
@@ -15,6 +16,7 @@
 #include <osgEarthSymbology/TextSymbol>
 
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 #include <cmath>
 #include <map>
@@ -182,6 +184,46 @@ TEST_F(Capture, IsRefusedCancelledAndEndedByItsTaker)
         waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 3; }));
 }
 
+TEST_F(Capture, WhatIsDoneToTheMapMeanwhileIsDoneByNobody)
+{
+    AxMagnifier& lens = *viewer->GetMagnifier();
+    ASSERT_TRUE(lens.Look({}, {}));
+    const double factor = lens.Factor();
+    const auto picture = [] {
+        return std::make_unique<AxImageTaker>(std::vector<QSize>{{6000, 4000}}, nullptr);
+    };
+    QSignalSpy clicked(viewer->getManipulator(), &CAxEarthManipulator::mouseLeftBtnClick);
+    QSignalSpy deleted(viewer, &CAxEarthViewer::signalHandleKeyDelete);
+    const auto turn = [](const QPoint& at) {
+        QWheelEvent event(at, viewer->viewport()->mapToGlobal(at), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(viewer->viewport(), &event);
+    };
+    const QPoint place(300, 300);
+    QCursor::setPos(viewer->mapToGlobal(place));
+    ASSERT_TRUE(capture->Begin({capture->AsSeen({6000, 4000})}, picture()));
+    const osg::Matrixd before = viewer->getOSGViewer()->getCamera()->getViewMatrix();
+    turn(place);
+    turn(lens.Frame().center().toPoint());
+    QTest::mouseClick(viewer->viewport(), Qt::LeftButton, {}, place);
+    QTest::keyClick(viewer, Qt::Key_Escape);
+    QTest::keyPress(viewer, Qt::Key_Delete);
+    QTest::mousePress(viewer->viewport(), Qt::LeftButton, {}, place);
+    capture->Cancel();
+    QTest::mouseRelease(viewer->viewport(), Qt::LeftButton, {}, place);
+    QTest::keyRelease(viewer, Qt::Key_Delete);
+    const unsigned frame = viewer->getOSGViewer()->getFrameStamp()->getFrameNumber();
+    ASSERT_TRUE(
+        waitFor([&] { return viewer->getOSGViewer()->getFrameStamp()->getFrameNumber() > frame + 5; }));
+    EXPECT_EQ(clicked.count() + deleted.count(), 0);
+    EXPECT_TRUE(lens.IsOpen());
+    EXPECT_EQ(lens.Factor(), factor);
+    EXPECT_EQ(viewer->getOSGViewer()->getCamera()->getViewMatrix(), before);
+    QTest::mouseClick(viewer->viewport(), Qt::LeftButton, {}, place);
+    EXPECT_TRUE(waitFor([&] { return clicked.count() == 1; })) << "then it is as before";
+    lens.Close();
+}
+
 TEST_F(Capture, AFinalDrawCallbackOfTheViewersCameraReadsItsFrames)
 {
     QImage read;
@@ -212,6 +254,11 @@ TEST(Shots, AreWhereTheyAreSaidToBe)
     EXPECT_GT(pixel(ahead, {10.001, -0.0002, 100.0}).x(), 220.0);
     EXPECT_LT(pixel(ahead, {10.001, 0.0, 130.0}).y(), 90.0);
 
+    AxImageTaker taker({{100, 80}}, nullptr);
+    const QImage piece(60, 80, QImage::Format_RGB888);
+    EXPECT_EQ(taker.Take(0, {40, 0}, piece), QString());
+    EXPECT_FALSE(taker.Take(0, {41, 0}, piece).isEmpty() || taker.Take(1, {0, 0}, piece).isEmpty());
+
     // Parts cover a picture once.
     qint64 area = 0;
     for (const QRect& part : AxShots::Parts({5000, 4100}, {2048, 1000}))
@@ -231,6 +278,8 @@ TEST(Shots, AreWhereTheyAreSaidToBe)
         {{{0, 0, 50}, {0, 0, 90}, {0, 0.01, 50}, {0, 0.01, 20}}, 5000.0, 2, 0.0},
         {{{179.999, 0, 50}, {-179.999, 0, 50}}, 50.0, 6, 90.0},
         {{{0, 0, 50}, {0, 1, 50}}, 0.001, 50, 0.0},
+        {{{0, 0, 50}, {0, 5e-11, 50}, {0, 0.01, 50}, {5e-11, 0.01, 50}}, 5000.0, 2, 0.0},
+        {{{0, 0, 50}, {0, 5e-11, 50}}, 10.0, 0, 0.0},
         {{{0, 0, 50}}, 10.0, 0, 0.0},
         {{{0, 0, 50}, {0, 0, 90}}, 10.0, 0, 0.0},
         {{{0, 0, 50}, {nan, 1, 50}}, 10.0, 0, 0.0},

@@ -50,7 +50,10 @@ AxImageTaker::AxImageTaker(std::vector<QSize> pictureSizes, Done hears)
 
 QString AxImageTaker::Take(int picture, const QPoint& at, const QImage& part)
 {
-    const QSize size = sizes[static_cast<std::size_t>(picture)];
+    const auto number = static_cast<std::size_t>(picture);
+    const QSize size = picture >= 0 && number < sizes.size() ? sizes[number] : QSize();
+    if (!QRect(QPoint(), size).contains(QRect(at, part.size())) || part.format() != QImage::Format_RGB888)
+        return AxPictureCapture::tr("A part does not lie in the picture that it is of.");
     if (part.size() == size) {
         image = part;
         return {};
@@ -101,8 +104,10 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
         return false;
     };
     const auto isOff = [](const AxShot& asked) {
-        return asked.size.isEmpty() || std::max(asked.size.width(), asked.size.height()) > mostPixels ||
-               !asked.view.valid() || !asked.projection.valid() || !(asked.scale > 0.0) ||
+        return asked.size.isEmpty() || std::max(asked.size.width(), asked.size.height()) > mostPixels;
+    };
+    const auto isBlind = [](const AxShot& asked) {
+        return !asked.view.valid() || !asked.projection.valid() || !(asked.scale > 0.0) ||
                !std::isfinite(asked.scale);
     };
     if (IsBusy())
@@ -111,6 +116,8 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
         return refuse(tr("There is no picture to take."));
     if (std::any_of(wanted.begin(), wanted.end(), isOff))
         return refuse(tr("A picture has from 1 to %1 pixels in width and in height.").arg(mostPixels));
+    if (std::any_of(wanted.begin(), wanted.end(), isBlind))
+        return refuse(tr("The camera of a picture has a place, a direction or a scale that is no number."));
     if (!stage.ready())
         return refuse(tr("The map is not loaded yet."));
     GLint largest[2] = {0, 0};
@@ -134,7 +141,7 @@ bool AxPictureCapture::Begin(std::vector<AxShot> wanted, std::unique_ptr<AxPictu
     taker = std::move(whoTakes);
     shot = 0;
     isDetailMissing = false;
-    told = -1;
+    told = {-1, 0};
     if (osgDB::DatabasePager* pager = stage.viewer->getDatabasePager()) {
         formerTiles = static_cast<int>(pager->getTargetMaximumNumberOfPageLOD());
         pager->setTargetMaximumNumberOfPageLOD(tilesKept);
@@ -282,7 +289,8 @@ void AxPictureCapture::tellProgress()
     const double ofPicture = static_cast<double>(part) / static_cast<double>(parts.size());
     const int percent =
         static_cast<int>(100.0 * (static_cast<double>(shot) + ofPicture) / static_cast<double>(shots.size()));
-    if (std::exchange(told, percent) != percent)
+    const std::pair<int, std::size_t> now(percent, shot);
+    if (std::exchange(told, now) != now)
         emit progress(percent, static_cast<int>(shot));
 }
 

@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class AxSideView;
@@ -38,7 +39,8 @@ class AXEARTHVIEWER_EXPORT AxImageTaker : public AxPictureTaker
 public:
     /// Given the number of a picture and the picture; returns what is wrong, for people, or nothing.
     using Done = std::function<QString(int picture, QImage&& image)>;
-    /// `sizes` of the pictures, in pixels; `done` gets each when it is whole.
+    /// `sizes` of the pictures, in pixels, as they are of the shots; `done` gets each when it is whole. A
+    /// part that does not lie in its picture ends the capture.
     AxImageTaker(std::vector<QSize> sizes, Done done);
 
     QString Take(int picture, const QPoint& at, const QImage& part) override;
@@ -127,7 +129,7 @@ private:
     QElapsedTimer wait;      ///< since something was, the last time
     QElapsedTimer sinceTile; ///< of this part, the last one that came; not valid while none did
     int waiting = -1;        ///< tiles that were under way then
-    int told = -1;           ///< percent
+    std::pair<int, std::size_t> told{-1, 0}; ///< percent, shot
     bool isDetailMissing = false;
     int formerTiles = 0; ///< that the pager keeps
     std::unique_ptr<AxSideView> eye;

@@ -123,8 +123,10 @@ std::vector<AxShotPose> AxShots::Along(const std::vector<osg::Vec3d>& route, dou
     for (const osg::Vec3d& place : route)
         places.emplace_back(place.x(), place.y(), place.z());
     const AxPathFigures figures = AxMeasurePath(places);
+    // One that climbs has no bearing, nor has one that is shorter than a hundredth of a millimetre.
+    const auto leads = [](const AxPathLeg& leg) { return std::isfinite(leg.bearing); };
     const double whole = figures.total.length;
-    if (!(whole > 0.0))
+    if (!(whole > 0.0) || std::none_of(figures.legs.begin(), figures.legs.end(), leads))
         return {};
     const double count = std::min(std::ceil(whole / step - 1e-9), static_cast<double>(most - 1));
     const auto gaps = static_cast<std::size_t>(std::max(1.0, count));
@@ -134,10 +136,10 @@ std::vector<AxShotPose> AxShots::Along(const std::vector<osg::Vec3d>& route, dou
     for (std::size_t i = 0; i <= gaps; ++i) {
         const double at = whole * static_cast<double>(i) / static_cast<double>(gaps);
         while (leg + 1 < figures.legs.size() &&
-               (at > before + figures.legs[leg].length || !(figures.legs[leg].length > 0.0)))
+               (at > before + figures.legs[leg].length || !leads(figures.legs[leg])))
             before += figures.legs[leg++].length;
-        // At the end there may be legs that only climb.
-        while (leg > 0 && !(figures.legs[leg].length > 0.0))
+        // At the end there may be legs that lead nowhere.
+        while (leg > 0 && !leads(figures.legs[leg]))
             before -= figures.legs[--leg].length;
         const osg::Vec3d& from = route[leg];
         osg::Vec3d to = route[leg + 1];

@@ -62,8 +62,8 @@ AXEARTHVIEWER_EXPORT osg::Matrixd ProjectionOf(const AxShot& shot, const QRect& 
 
 /// Poses along a route of places in degrees, degrees and metres, so many metres apart on the ground, its
 /// ends among them, each looking along the route where it is; no more than `most`, which are then farther
-/// apart. Legs that only climb have the heading of those before. Empty for less than two places, for
-/// places that are none, and for a step that is not above 0.
+/// apart. Legs that only climb, or lead nowhere, have the heading of those before. Empty for less than two
+/// places, for places that are none, and for a step that is not above 0.
 AXEARTHVIEWER_EXPORT std::vector<AxShotPose> Along(const std::vector<osg::Vec3d>& route, double step,
                                                    double pitch, std::size_t most);
 
