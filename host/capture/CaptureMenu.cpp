@@ -4,7 +4,6 @@
 #include "host/capture/PictureBox.h"
 #include "host/capture/RoutePicturesBox.h"
 #include "host/capture/SeriesTaker.h"
-#include "host/files/SaveBox.h"
 #include "interaction/AxMagnifier.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "viewer/CAxEarthViewer.h"
@@ -167,13 +166,45 @@ void CaptureMenu::Magnify(bool on)
     const osg::Vec2d middle;
     if (!on)
         viewer->GetMagnifier()->Close();
-    else if (!viewer->GetMagnifier()->Look(middle, middle))
+    else if (viewer->GetMagnifier()->Look(middle, middle))
+        viewer->setFocus(); // for Escape, which closes it
+    else
         emit viewer->GetMagnifier()->changed();
 }
 
-void CaptureMenu::Remember(const QString& file)
+QString CaptureMenu::AskFile(const QString& title, const QString& name, const QList<SaveBox::Kind>& kinds)
 {
-    folder = QFileInfo(file).absolutePath();
+    // Minutes of work are not begun for a folder that takes no file.
+    while (const auto answer = SaveBox::Ask(window, title, folder, name, kinds)) {
+        const QString fault = TryFile(answer->file);
+        folder = QFileInfo(answer->file).absolutePath();
+        if (fault.isEmpty())
+            return answer->file;
+        Warn(window, title, fault);
+    }
+    return {};
+}
+
+QString CaptureMenu::AskPictureFile()
+{
+    return AskFile(tr("Save picture"), tr("Map") + QStringLiteral(".png"),
+                   {{tr("PNG picture (*.png)"), {QStringLiteral("png")}},
+                    {tr("JPEG picture (*.jpg *.jpeg)"), {QStringLiteral("jpg"), QStringLiteral("jpeg")}}});
+}
+
+QString CaptureMenu::AskElsewhere(const QString& fault)
+{
+    CAxMessageBox question(window);
+    question.SetIcon(QStringLiteral(":/images/Normal/Exclamation_mark.png"));
+    question.SetWindowTitle(tr("Save picture"));
+    question.SetMsgText(fault + QLatin1Char('\n') + tr("The picture is not lost yet. Save it elsewhere?"));
+    question.SetBtnOKText(tr("Save elsewhere..."));
+    while (question.exec() == QDialog::Accepted) {
+        const QString file = AskPictureFile();
+        if (!file.isEmpty())
+            return file;
+    }
+    return {};
 }
 
 void CaptureMenu::Tell(const QString& what, bool isDetailMissing)
@@ -188,13 +219,9 @@ void CaptureMenu::SavePicture()
     PictureBox box(viewer->viewport()->size() * viewer->devicePixelRatioF(), window);
     if (box.exec() != QDialog::Accepted || !IsMapThere())
         return;
-    const auto answer =
-        SaveBox::Ask(window, tr("Save picture"), folder, tr("Map") + QStringLiteral(".png"),
-                     {{tr("PNG picture (*.png)"), {QStringLiteral("png")}},
-                      {tr("JPEG picture (*.jpg *.jpeg)"), {QStringLiteral("jpg"), QStringLiteral("jpeg")}}});
-    if (!answer || !IsMapThere() || !MayStandStill(tr("Save picture")))
+    QString file = AskPictureFile();
+    if (file.isEmpty() || !IsMapThere() || !MayStandStill(tr("Save picture")))
         return;
-    Remember(answer->file);
     QImage whole;
     const AxShot shot = viewer->GetPictureCapture()->AsSeen(box.Size(), box.IsScaled());
     const CaptureEnd end = RunCapture(*viewer, {shot},
@@ -204,12 +231,14 @@ void CaptureMenu::SavePicture()
                                                                          return QString();
                                                                      }),
                                       tr("Save picture"), window);
-    const QString fault =
-        end.isWhole ? WritePicture(whole, answer->file, tr("Save picture"), window) : end.fault;
-    if (!fault.isEmpty())
-        Warn(window, tr("Save picture"), fault);
-    else if (end.isWhole)
-        Tell(tr("Saved %1").arg(QDir::toNativeSeparators(answer->file)), end.isDetailMissing);
+    if (!end.fault.isEmpty())
+        Warn(window, tr("Save picture"), end.fault);
+    while (end.isWhole && !file.isEmpty()) {
+        const QString fault = WritePicture(whole, file, tr("Save picture"), window);
+        if (fault.isEmpty())
+            return Tell(tr("Saved %1").arg(QDir::toNativeSeparators(file)), end.isDetailMissing);
+        file = AskElsewhere(fault);
+    }
 }
 
 void CaptureMenu::SaveMapPicture()
@@ -229,20 +258,21 @@ void CaptureMenu::SaveMapPicture()
     MapPictureBox box(areas, window);
     if (box.exec() != QDialog::Accepted || !IsMapThere())
         return;
-    const auto answer =
-        SaveBox::Ask(window, tr("Save map picture"), folder, tr("Map") + QStringLiteral(".tif"),
-                     {{tr("GeoTIFF (*.tif)"), {QStringLiteral("tif"), QStringLiteral("tiff")}}});
-    if (!answer || !IsMapThere() || !MayStandStill(tr("Save map picture")))
+    const QString file = AskFile(tr("Save map picture"), tr("Map") + QStringLiteral(".tif"),
+                                 {{tr("GeoTIFF (*.tif)"), {QStringLiteral("tif"), QStringLiteral("tiff")}}});
+    if (file.isEmpty() || !IsMapThere() || !MayStandStill(tr("Save map picture")))
         return;
-    Remember(answer->file);
     const AxShotGround ground = box.Ground();
-    const CaptureEnd end = RunCapture(*viewer, {AxShots::FromAbove(ground, box.Size())},
-                                      std::make_unique<MapPictureTaker>(answer->file, ground, box.Size()),
-                                      tr("Save map picture"), window);
+    auto taker = std::make_unique<MapPictureTaker>(file, ground, box.Size());
+    CaptureEnd end;
+    end.fault = taker->Begin();
+    if (end.fault.isEmpty())
+        end = RunCapture(*viewer, {AxShots::FromAbove(ground, box.Size())}, std::move(taker),
+                         tr("Save map picture"), window);
     if (!end.fault.isEmpty())
         Warn(window, tr("Save map picture"), end.fault);
     else if (end.isWhole)
-        Tell(tr("Saved %1").arg(QDir::toNativeSeparators(answer->file)), end.isDetailMissing);
+        Tell(tr("Saved %1").arg(QDir::toNativeSeparators(file)), end.isDetailMissing);
 }
 
 void CaptureMenu::SaveRoutePictures()
@@ -267,14 +297,12 @@ void CaptureMenu::SaveRoutePictures()
         Warn(window, tr("Pictures along route"), tr("The route leads nowhere."));
         return;
     }
-    const auto answer =
-        SaveBox::Ask(window, tr("Pictures along route"), folder, name + QStringLiteral(".png"),
-                     {{tr("Numbered PNG pictures (*.png)"), {QStringLiteral("png")}}});
-    if (!answer || !IsMapThere() || !MayStandStill(tr("Pictures along route")))
+    const QString file = AskFile(tr("Pictures along route"), name + QStringLiteral(".png"),
+                                 {{tr("Numbered PNG pictures (*.png)"), {QStringLiteral("png")}}});
+    if (file.isEmpty() || !IsMapThere() || !MayStandStill(tr("Pictures along route")))
         return;
-    Remember(answer->file);
     const auto written = std::make_shared<int>(0);
-    auto taker = std::make_unique<SeriesTaker>(answer->file, shots, written);
+    auto taker = std::make_unique<SeriesTaker>(file, shots, written);
     const int there = taker->CountThere();
     if (there > 0) {
         CAxMessageBox question(window);

@@ -1,4 +1,5 @@
 #pragma once
+#include "host/files/SaveBox.h"
 #include "host/tasks/ShownPlan.h"
 
 #include <QObject>
@@ -41,8 +42,11 @@ private:
     void Magnify(bool on);
     bool IsMapThere() const;
     bool MayStandStill(const QString& title) const;
-    /// Where files went the last time.
-    void Remember(const QString& file);
+    /// Asks for a file until one can be written; empty when the pilot cancels.
+    QString AskFile(const QString& title, const QString& name, const QList<SaveBox::Kind>& kinds);
+    QString AskPictureFile();
+    /// Where else a picture is to go that could not be written; empty when it is given up.
+    QString AskElsewhere(const QString& fault);
     void Tell(const QString& what, bool isDetailMissing);
 
     QPointer<CAxEarthViewer> viewer;
@@ -50,5 +54,5 @@ private:
     QAction* along = nullptr;
     std::shared_ptr<const ShownPlan> shown;
     std::function<QString()> reasonToWait;
-    QString folder;
+    QString folder; ///< where files went the last time
 };

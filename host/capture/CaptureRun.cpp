@@ -1,5 +1,4 @@
 #include "host/capture/CaptureRun.h"
-#include "scene/AxLatestWork.h"
 #include "viewer/CAxEarthViewer.h"
 
 #include <AxBaseUI/CAxProgressWgt.h>
@@ -11,7 +10,10 @@
 #include <QImageWriter>
 #include <QPointer>
 #include <QSaveFile>
+#include <QScopeGuard>
+#include <QTemporaryFile>
 
+#include <future>
 #include <optional>
 
 namespace {
@@ -21,6 +23,32 @@ class Tr
 };
 
 constexpr int percentWhole = 100;
+
+QString Named(const QString& file, const QString& reason)
+{
+    return Tr::tr("\"%1\": %2").arg(QDir::toNativeSeparators(file), reason);
+}
+
+// Of what a full disk takes a part the system tells why only with the next piece, and a QSaveFile takes none.
+QString Reason(const QSaveFile& file, const QImageWriter& writer)
+{
+    constexpr int pieceSize = 64 * 1024;
+    const QByteArray piece(pieceSize, '\0');
+    QTemporaryFile next(QFileInfo(file.fileName()).dir().filePath(QStringLiteral("XXXXXX")));
+    if (file.error() != QFileDevice::NoError && next.open() && next.write(piece) >= 0)
+        next.write(piece);
+    if (next.error() != QFileDevice::NoError)
+        return next.errorString();
+    return file.error() != QFileDevice::NoError ? file.errorString() : writer.errorString();
+}
+
+/// What is being written cannot be broken off.
+class WritingBox : public CAxProgressWgt
+{
+public:
+    using CAxProgressWgt::CAxProgressWgt;
+    void reject() override {}
+};
 } // namespace
 
 CaptureEnd RunCapture(CAxEarthViewer& viewer, std::vector<AxShot> shots,
@@ -55,38 +83,40 @@ CaptureEnd RunCapture(CAxEarthViewer& viewer, std::vector<AxShot> shots,
     return end;
 }
 
+QString TryFile(const QString& file)
+{
+    QSaveFile out(file);
+    return out.open(QIODevice::WriteOnly) ? QString() : Named(file, out.errorString());
+}
+
 QString WritePictureNow(const QImage& picture, const QString& file)
 {
-    const QString named = Tr::tr("\"%1\": %2").arg(QDir::toNativeSeparators(file));
     QSaveFile out(file);
     if (!out.open(QIODevice::WriteOnly))
-        return named.arg(out.errorString());
+        return Named(file, out.errorString());
     const QString suffix = QFileInfo(file).suffix();
     QImageWriter writer(&out, suffix.isEmpty() ? QByteArrayLiteral("png") : suffix.toLatin1());
     constexpr int good = 92;
     constexpr int quick =
         75; // nothing is lost by it: the file is a tenth larger, and written in half the time
     writer.setQuality(writer.format() == "png" ? quick : good);
-    if (!writer.write(picture))
-        return named.arg(out.error() != QFileDevice::NoError ? out.errorString() : writer.errorString());
-    return out.commit() ? QString() : named.arg(out.errorString());
+    if (!writer.write(picture) || !out.flush())
+        return Named(file, Reason(out, writer));
+    return out.commit() ? QString() : Named(file, out.errorString());
 }
 
 QString WritePicture(const QImage& picture, const QString& file, const QString& title, QWidget* window)
 {
-    QString fault;
-    CAxProgressWgt box(title, window);
+    WritingBox box(title, window);
     box.SetText(Tr::tr("%1 is written...").arg(QFileInfo(file).fileName()));
-    AxLatestWork work;
-    bool isDone = false;
-    work.Start([picture, file](const std::atomic<bool>&) { return WritePictureNow(picture, file); },
-               [&](const QString& wrong) {
-                   fault = wrong;
-                   isDone = true;
-                   box.accept();
-               });
-    // What is being written cannot be broken off.
-    while (!isDone)
-        box.exec();
-    return fault;
+    std::future<QString> written = std::async(std::launch::async, [&box, picture, file] {
+        const auto end = qScopeGuard([&box] {
+            QMetaObject::invokeMethod(
+                &box, [&box] { box.accept(); }, Qt::QueuedConnection);
+        });
+        return WritePictureNow(picture, file);
+    });
+    // No loop runs any more where the program is ended meanwhile.
+    box.exec();
+    return written.get();
 }

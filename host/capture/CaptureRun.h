@@ -26,5 +26,7 @@ CaptureEnd RunCapture(CAxEarthViewer& viewer, std::vector<AxShot> shots,
 /// Writes a picture as its name says, as PNG when it says nothing, on a thread of its own while a box is
 /// shown. The file that was there is replaced when the new one is whole. What is wrong, for people.
 QString WritePicture(const QImage& picture, const QString& file, const QString& title, QWidget* window);
-/// The same at once, without a box; any thread.
+/// Why no file of that name can be written there; nothing is left behind. Any thread.
+QString TryFile(const QString& file);
+/// Writes it at once, without a box; any thread.
 QString WritePictureNow(const QImage& picture, const QString& file);

@@ -1,5 +1,4 @@
 #include "host/capture/MapPictureBox.h"
-#include "host/capture/PictureBox.h"
 #include "host/tasks/LimitedNumber.h"
 #include "viewer/AxPictureCapture.h"
 
@@ -55,9 +54,10 @@ void MapPictureBox::Choose()
 
 void MapPictureBox::Follow()
 {
-    told->setText(tr("%1 m x %2 m of ground, %3. The map is loaded in this detail first.")
-                      .arg(QString::number(Ground().width, 'f', 0), QString::number(Ground().height, 'f', 0),
-                           PictureBox::Told(Size())));
+    told->setText(tr("%1 m x %2 m of ground, %3 x %4 pixels. The map is loaded in this detail first.")
+                      .arg(QString::number(Ground().width, 'f', 0), QString::number(Ground().height, 'f', 0))
+                      .arg(Size().width())
+                      .arg(Size().height()));
 }
 
 double MapPictureBox::Pixel() const

@@ -36,9 +36,15 @@ PictureBox::PictureBox(const QSize& shown, QWidget* parent)
     const auto add = [this](const QString& text, const QSize& size) {
         usual->addItem(text.arg(size.width()).arg(size.height()), size);
     };
+    const auto addTimes = [&add, &shown](const QString& text, int times) {
+        const QSize most(AxPictureCapture::mostPixels, AxPictureCapture::mostPixels);
+        const bool hasRoom = (shown * times).boundedTo(most) == shown * times;
+        add(hasRoom ? text : tr("As large as can be (%1 x %2)"),
+            hasRoom ? shown * times : shown.scaled(most, Qt::KeepAspectRatio));
+    };
     add(tr("As the window (%1 x %2)"), shown);
-    add(tr("Twice the window (%1 x %2)"), shown * 2);
-    add(tr("Four times the window (%1 x %2)"), shown * 4);
+    addTimes(tr("Twice the window (%1 x %2)"), 2);
+    addTimes(tr("Four times the window (%1 x %2)"), 4);
     add(tr("Screen (%1 x %2)"), {3840, 2160});
     add(tr("Poster (%1 x %2)"), {8192, 8192});
     auto* form = new QFormLayout;

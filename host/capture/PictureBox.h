@@ -19,10 +19,10 @@ public:
     QSize Size() const;
     /// Whether texts and lines are to be as large in the picture as in the window, not in pixels.
     bool IsScaled() const;
-    /// How much memory the picture needs, for people.
-    static QString Told(const QSize& size);
 
 private:
+    /// How much memory the picture needs, for people.
+    static QString Told(const QSize& size);
     void Follow();
     void KeepShape(bool fromWidth);
 

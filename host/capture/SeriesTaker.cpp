@@ -92,12 +92,30 @@ MapPictureTaker::MapPictureTaker(const QString& file, const AxShotGround& ground
 {
 }
 
+QString MapPictureTaker::Begin()
+{
+    return writer.Begin();
+}
+
+// Compressed here it would hold up the window.
 QString MapPictureTaker::Take(int, const QPoint& at, const QImage& part)
 {
-    return writer.Write(at.x(), at.y(), part.width(), part.height(), part.constBits(), part.bytesPerLine());
+    QString fault = EndPart();
+    if (fault.isEmpty())
+        now = std::async(std::launch::async, [this, at, part] {
+            return writer.Write(at.x(), at.y(), part.width(), part.height(), part.constBits(),
+                                part.bytesPerLine());
+        });
+    return fault;
+}
+
+QString MapPictureTaker::EndPart()
+{
+    return now.valid() ? now.get() : QString();
 }
 
 QString MapPictureTaker::Finish(int)
 {
-    return writer.Finish();
+    const QString fault = EndPart();
+    return fault.isEmpty() ? writer.Finish() : fault;
 }

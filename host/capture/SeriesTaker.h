@@ -5,6 +5,7 @@
 
 #include <QStringList>
 
+#include <future>
 #include <memory>
 #include <vector>
 
@@ -32,15 +33,21 @@ private:
     const std::shared_ptr<Writer> writer;
 };
 
-/// Writes a picture from straight above as a GeoTIFF.
+/// Writes a picture from straight above as a GeoTIFF, each part on a thread of its own while the next one is
+/// taken, so what is wrong with it is told with the next one.
 class MapPictureTaker : public AxPictureTaker
 {
 public:
     MapPictureTaker(const QString& file, const AxShotGround& ground, const QSize& size);
 
+    /// Whether the file can be written, before anything is taken: what is wrong, or an empty text.
+    QString Begin();
     QString Take(int picture, const QPoint& at, const QImage& part) override;
     QString Finish(int picture) override;
 
 private:
+    QString EndPart();
+
     AxGeoMapPicture writer;
+    std::future<QString> now; ///< the part that is written; it goes first, and is waited for
 };

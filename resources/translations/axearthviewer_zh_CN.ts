@@ -6821,6 +6821,14 @@ Heights are counted as those of the map.</source>
         <source>The picture cannot be read from the video adapter.</source>
         <translation>无法从显卡读取图片。</translation>
     </message>
+    <message>
+        <source>A part does not lie in the picture that it is of.</source>
+        <translation>图片的一部分不在该图片的范围内。</translation>
+    </message>
+    <message>
+        <source>The camera of a picture has a place, a direction or a scale that is no number.</source>
+        <translation>图片的相机位置、方向或比例不是有效数值。</translation>
+    </message>
 </context>
 <context>
     <name>CaptureMenu</name>
@@ -6940,6 +6948,14 @@ Heights are counted as those of the map.</source>
         <source>%1 is written...</source>
         <translation>正在写入 %1...</translation>
     </message>
+    <message>
+        <source>The picture is not lost yet. Save it elsewhere?</source>
+        <translation>图片尚未丢失。要保存到其他位置吗？</translation>
+    </message>
+    <message>
+        <source>Save elsewhere...</source>
+        <translation>保存到其他位置...</translation>
+    </message>
 </context>
 <context>
     <name>PictureBox</name>
@@ -7015,6 +7031,10 @@ Heights are counted as those of the map.</source>
         <source>As many pixels as on the screen</source>
         <translation>像素数与屏幕上相同</translation>
     </message>
+    <message>
+        <source>As large as can be (%1 x %2)</source>
+        <translation>最大尺寸 (%1 x %2)</translation>
+    </message>
 </context>
 <context>
     <name>MapPictureBox</name>
@@ -7039,8 +7059,8 @@ Heights are counted as those of the map.</source>
         <translation>像素大小(&amp;P)</translation>
     </message>
     <message>
-        <source>%1 m x %2 m of ground, %3. The map is loaded in this detail first.</source>
-        <translation>地面 %1 米 x %2 米，%3。先按此精细度加载地图。</translation>
+        <source>%1 m x %2 m of ground, %3 x %4 pixels. The map is loaded in this detail first.</source>
+        <translation>地面 %1 米 x %2 米，%3 x %4 像素。先按此精细度加载地图。</translation>
     </message>
 </context>
 <context>

@@ -1,4 +1,6 @@
 // What becomes files of the pictures that are taken.
+#include "SuiteViewer.h"
+
 #include "host/capture/CaptureRun.h"
 #include "host/capture/MapPictureBox.h"
 #include "host/capture/PictureBox.h"
@@ -11,8 +13,18 @@
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
+#include <QTimer>
 
+#include <gdal_priv.h>
 #include <gtest/gtest.h>
+#include <ogr_spatialref.h>
+#include <osg/MatrixTransform>
+#include <osg/Shape>
+#include <osg/ShapeDrawable>
+#include <osgEarth/GeoData>
+#include <osgEarth/SpatialReference>
+
+using CapturedMap = SuiteViewer;
 
 TEST(CapturedFiles, OfASeriesAreNumberedAndWholeAndAFullFolderIsTold)
 {
@@ -39,6 +51,77 @@ TEST(CapturedFiles, OfASeriesAreNumberedAndWholeAndAFullFolderIsTold)
               QColor(Qt::red));
     EXPECT_FALSE(WritePictureNow(part, folder.filePath(QStringLiteral("a.nokind"))).isEmpty());
     EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("a.nokind"))));
+}
+
+TEST(CapturedFiles, AreWrittenToTheirEndWhenTheProgramIsEndedMeanwhile)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("a%1.png"));
+    QImage picture(800, 600, QImage::Format_RGB888);
+    picture.fill(Qt::red);
+    QTimer::singleShot(0, qApp, [&] {
+        QCoreApplication::exit();
+        EXPECT_EQ(WritePicture(picture, file, QString(), nullptr), QString());
+    });
+    QCoreApplication::exec();
+    EXPECT_EQ(QImage(file).size(), picture.size());
+    const QString nowhere = folder.filePath(QStringLiteral("not/a%1.png"));
+    EXPECT_EQ(TryFile(nowhere).count(QStringLiteral("a%1.png")), 1);
+    EXPECT_EQ(TryFile(file), QString());
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{QStringLiteral("a%1.png")});
+}
+
+TEST_F(CapturedMap, HasItsColoursWhereTheyAreOnTheGround)
+{
+    constexpr double half = 150.0;
+    const osgEarth::SpatialReference* degrees = viewer->getSRS()->getGeographicSRS();
+    osg::Matrixd toWorld;
+    osgEarth::GeoPoint(degrees, -104.999, 37.401, 3000.0).createLocalToWorld(toWorld);
+    const osg::ref_ptr<osg::ShapeDrawable> square =
+        new osg::ShapeDrawable(new osg::Box({}, 2.0f * half, 2.0f * half, 1.0f));
+    square->setColor({1.0f, 0.0f, 1.0f, 1.0f});
+    osg::StateSet& state = *square->getOrCreateStateSet();
+    state.setMode(GL_LIGHTING, osg::StateAttribute::OFF);
+    state.setMode(GL_DEPTH_TEST, osg::StateAttribute::OFF);
+    state.setRenderBinDetails(1000, "RenderBin");
+    const osg::ref_ptr<osg::MatrixTransform> place = new osg::MatrixTransform(toWorld);
+    place->addChild(square);
+    viewer->GetDrawNodeGroup()->addChild(place);
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("map.tif"));
+    const AxShotGround ground{{-105.0, 37.4, 3000.0}, 1200.0, 1000.0};
+    const QSize size(600, 500); // of 2 m
+    const CaptureEnd end =
+        RunCapture(*viewer, {AxShots::FromAbove(ground, size)},
+                   std::make_unique<MapPictureTaker>(file, ground, size), QString(), nullptr);
+    viewer->GetDrawNodeGroup()->removeChild(place);
+    ASSERT_TRUE(end.isWhole) << end.fault.toStdString();
+
+    const GDALDatasetUniquePtr data(GDALDataset::Open(file.toUtf8().constData()));
+    ASSERT_TRUE(data && data->GetRasterXSize() == size.width() && data->GetRasterYSize() == size.height());
+    double to[6];
+    double from[6];
+    ASSERT_TRUE(data->GetGeoTransform(to) == CE_None && GDALInvGeoTransform(to, from));
+    OGRSpatialReference globe;
+    globe.SetWellKnownGeogCS("WGS84");
+    globe.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    const std::unique_ptr<OGRCoordinateTransformation> onto(
+        OGRCreateCoordinateTransformation(&globe, data->GetSpatialRef()));
+    const auto isOfSquare = [&](double east, double north) {
+        osgEarth::GeoPoint at;
+        at.fromWorld(degrees, osg::Vec3d(east, north, 0.0) * toWorld);
+        EXPECT_TRUE(onto && onto->Transform(1, &at.x(), &at.y()));
+        unsigned char seen[3] = {};
+        EXPECT_EQ(data->RasterIO(GF_Read, static_cast<int>(from[0] + at.x() * from[1]),
+                                 static_cast<int>(from[3] + at.y() * from[5]), 1, 1, seen, 1, 1, GDT_Byte, 3,
+                                 nullptr, 1, 1, 1, nullptr),
+                  CE_None);
+        return seen[0] > 220 && seen[1] < 40 && seen[2] > 220;
+    };
+    for (const double off : {-3.0, 3.0}) {
+        EXPECT_EQ(isOfSquare(half + off, half + off), off < 0.0);
+        EXPECT_EQ(isOfSquare(-half - off, half - 50.0), off < 0.0);
+    }
 }
 
 TEST(CapturedFiles, OfAMapHaveWholePixelsOverAllOfTheirArea)
@@ -71,6 +154,8 @@ TEST(PictureOfTheMap, KeepsTheShapeOfTheMapUnlessASizeIsChosen)
         row.typed->setValue(row.value);
         EXPECT_EQ(box.Size(), row.size);
     }
+    const PictureBox large({5000, 2500}, nullptr);
+    EXPECT_EQ(large.findChild<QComboBox*>(QStringLiteral("usual"))->itemData(2).toSize(), QSize(16384, 8192));
     auto* usual = box.findChild<QComboBox*>(QStringLiteral("usual"));
     EXPECT_EQ(usual->currentIndex(), -1) << "it is none of the usual ones";
     usual->setCurrentIndex(usual->count() - 1);

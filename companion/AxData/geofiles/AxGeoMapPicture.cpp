@@ -114,9 +114,11 @@ QString AxGeoMapPicture::Write(int column, int row, int columns, int rows, const
         return fault;
     AxGeoSession session;
     constexpr GSpacing bytes = 3;
-    const CPLErr error =
-        d->data->RasterIO(GF_Write, column, row, columns, rows, const_cast<unsigned char*>(pixels), columns,
-                          rows, GDT_Byte, 3, nullptr, bytes, bytesPerRow, 1, nullptr);
+    CPLErr error = d->data->RasterIO(GF_Write, column, row, columns, rows, const_cast<unsigned char*>(pixels),
+                                     columns, rows, GDT_Byte, 3, nullptr, bytes, bytesPerRow, 1, nullptr);
+    // Compressed now, on the thread that waits for it, and not all at once at the end.
+    for (int band = 1; band <= 3 && error == CE_None; ++band)
+        error = d->data->GetRasterBand(band)->FlushCache();
     return error == CE_None ? QString() : d->failed(session, AX_GEO_TEXT("The picture cannot be made."));
 }
 
