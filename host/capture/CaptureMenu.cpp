@@ -177,9 +177,10 @@ QString CaptureMenu::AskFile(const QString& title, const QString& name, const QL
     // Minutes of work are not begun for a folder that takes no file.
     while (const auto answer = SaveBox::Ask(window, title, folder, name, kinds)) {
         const QString fault = TryFile(answer->file);
-        folder = QFileInfo(answer->file).absolutePath();
-        if (fault.isEmpty())
+        if (fault.isEmpty()) {
+            folder = QFileInfo(answer->file).absolutePath();
             return answer->file;
+        }
         Warn(window, title, fault);
     }
     return {};
