@@ -44,7 +44,8 @@ QLabel* Line(const char* name, int lines)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    label->setFixedHeight(lines * label->fontMetrics().lineSpacing());
+    const QFontMetrics font = label->fontMetrics();
+    label->setFixedHeight(lines * font.lineSpacing() + font.descent());
     return label;
 }
 } // namespace
@@ -72,7 +73,7 @@ OfflineBox::OfflineBox(CAxEarthViewer* earthViewer, QWidget* parent)
     inputs = {service, address, attribution, margin, rectangle, firstLevel, lastLevel, file, retry, guess};
     for (QAbstractButton* button : ground->buttons())
         inputs += button;
-    constexpr int widthInLetters = 72;
+    constexpr int widthInLetters = 80;
     setMinimumWidth(fontMetrics().averageCharWidth() * widthInLetters);
 
     recount.setInterval(recountMs);
@@ -137,8 +138,11 @@ void OfflineBox::BuildGround(QFormLayout* form)
     }
     ground->button(View)->setChecked(true);
     form->addRow(tr("Area"), column);
-    for (QSpinBox* level : {firstLevel, lastLevel})
+    for (QSpinBox* level : {firstLevel, lastLevel}) {
         level->setRange(0, axMostTileLevel);
+        // The 1 of a 15 is no level that the other one has to follow.
+        level->setKeyboardTracking(false);
+    }
     firstLevel->setObjectName(QStringLiteral("OfflineFirstLevel"));
     lastLevel->setObjectName(QStringLiteral("OfflineLastLevel"));
     firstLevel->setAccessibleName(tr("Coarsest level"));

@@ -5,6 +5,8 @@
 #include "interaction/editing/CAxHandleAdapterEditor.h"
 #include "interaction/models/AxModelLayers.h"
 
+#include <osg/ValueObject>
+
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -42,6 +44,8 @@ TEST_F(ShapeFixture, OnModelsFollowsThem)
     options.coordinateSystem = "ENU:8,18";
     const QString roof = models.Add(file.fileName(), options);
     EXPECT_TRUE(standsAt(4000.0)) << "it comes later than the first one: " << block->GetAnchor()[0].z();
+    bool isOnModels = false;
+    EXPECT_TRUE(handles[0]->getUserValue("IntersectModel", isOnModels) && isOnModels);
     models.SetLift(roof, 100.0);
     EXPECT_TRUE(standsAt(4100.0)) << block->GetAnchor()[0].z();
     models.SetVisible(roof, false);
