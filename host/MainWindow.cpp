@@ -11,6 +11,7 @@
 #include "host/LogPanel.h"
 #include "host/marks/ControlPointPanel.h"
 #include "host/marks/MarkPanel.h"
+#include "host/measure/MeasureKept.h"
 #include "host/measure/MeasurePanel.h"
 #include "host/offline/OfflineAreas.h"
 #include "host/PanelExtents.h"
@@ -248,11 +249,16 @@ void MainWindow::BuildProject()
     project->KeepValue(
         QStringLiteral("sight"), [sight] { return sight->Text(); },
         [sight](const QString& text) { sight->SetText(text); });
+    MeasureKept* measured = findChild<MeasurePanel*>()->Kept();
+    project->KeepValue(
+        QStringLiteral("measurements"), [measured] { return measured->Text(); },
+        [measured](const QString& text) { measured->SetText(text); });
     VolumeKept* volumes = findChild<VolumePanel*>()->Kept();
     project->KeepValue(
         QStringLiteral("volumes"), [volumes] { return volumes->Text(); },
         [volumes](const QString& text) { volumes->SetText(text); });
     connect(sight, &SightKept::Unread, project, &ProjectSession::NoteUnread);
+    connect(measured, &MeasureKept::Unread, project, &ProjectSession::NoteUnread);
     connect(volumes, &VolumeKept::Unread, project, &ProjectSession::NoteUnread);
     connect(project, &ProjectSession::Told, this, &MainWindow::Tell);
     drop = new FileDrop(this);

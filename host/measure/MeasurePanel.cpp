@@ -1,5 +1,6 @@
 #include "host/measure/MeasurePanel.h"
 #include "host/measure/MeasureFile.h"
+#include "host/measure/MeasureKept.h"
 #include "host/measure/MeasureList.h"
 #include "host/measure/MeasureProfile.h"
 #include "interaction/AxMeasurements.h"
@@ -65,7 +66,8 @@ osgEarth::Viewpoint ViewOver(const std::vector<osg::Vec3d>& points,
 
 MeasurePanel::MeasurePanel(CAxEarthViewer* earthViewer, QWidget* parent)
     : QWidget(parent), viewer(earthViewer), measurements(earthViewer->GetMeasurements()),
-      list(new MeasureList(earthViewer->GetMeasurements())), profile(new MeasureProfile(earthViewer))
+      list(new MeasureList(earthViewer->GetMeasurements())), profile(new MeasureProfile(earthViewer)),
+      kept(new MeasureKept(earthViewer, this))
 {
     QAction* fly = Offer(tr("&Fly to"), tr("Look at the selected measurements from above"),
                          QKeySequence(Qt::Key_Return), &MeasurePanel::FlyTo);

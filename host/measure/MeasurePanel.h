@@ -6,6 +6,7 @@
 
 class AxMeasurements;
 class CAxEarthViewer;
+class MeasureKept;
 class MeasureList;
 class MeasureProfile;
 class QAction;
@@ -25,6 +26,8 @@ public:
     QList<QAction*> Actions() const { return offered; }
     /// Those of them that are for a menu, where it need not.
     QList<QAction*> MenuActions() const { return ofAll; }
+    /// For the project.
+    MeasureKept* Kept() const { return kept; }
 
 signals:
     void Wanted();                  ///< a measurement was clicked on the map: the panel is to be seen
@@ -49,6 +52,7 @@ private:
     QPointer<AxMeasurements> measurements;
     MeasureList* list;
     MeasureProfile* profile;
+    MeasureKept* kept;
     QList<QAction*> offered;
     QList<QAction*> ofAll;    ///< that are in a menu, too
     QList<QAction*> ofChosen; ///< those that need a selection

@@ -2946,6 +2946,21 @@ Heights are counted as those of the map.</source>
     </message>
 </context>
 <context>
+    <name>MeasureKept</name>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>Measurement without a name</source>
+        <translation>未命名的量测</translation>
+    </message>
+    <message>
+        <source>Measurements of the project that cannot be read, and stay in it: %1</source>
+        <translation>项目中无法读取的量测（仍保留在项目中）：%1</translation>
+    </message>
+</context>
+<context>
     <name>TaskFlights</name>
     <message>
         <source>%1: %2 min, %3 photos</source>

@@ -1,10 +1,13 @@
 // Measurements beside the map: the list, what is copied, what is written.
 #include "host/measure/MeasureFile.h"
+#include "host/measure/MeasureKept.h"
 #include "host/measure/MeasureList.h"
 #include "host/measure/MeasurePanel.h"
 #include "interaction/AxMeasurements.h"
 #include "interaction/CAxHandleAdapter.h"
 #include "SuiteViewer.h"
+
+#include <AxData/CAxControl.h>
 
 #include <osgEarth/GeoData>
 #include <osgEarth/SpatialReference>
@@ -14,7 +17,10 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QSignalSpy>
 #include <QTemporaryDir>
+
+#include <algorithm>
 
 namespace {
 /// Measures a path without the mouse.
@@ -135,4 +141,57 @@ TEST_F(Measurements, AClickWhileBrowsingSelectsWhatIsSeenThere)
     }
     viewer->SetToolType(ToolNavigate);
     kept.Clear();
+}
+
+TEST_F(Measurements, GoWithTheProjectAndAreMeasuredAnew)
+{
+    AxMeasurements& all = *viewer->GetMeasurements();
+    all.Clear();
+    MeasurePanel panel(viewer);
+    MeasureKept& kept = *panel.Kept();
+    const auto measured = [&] {
+        const auto isDone = [&] {
+            const QVector<AxMeasurement> now = all.All();
+            return std::none_of(now.begin(), now.end(),
+                                [](const AxMeasurement& one) { return one.isPending; });
+        };
+        return QTest::qWaitFor(isDone, 60000);
+    };
+    MeasurePath(*viewer, {{-105.0, 37.4, 0.0}, {-104.9, 37.45, 0.0}});
+    AxMeasurement area;
+    area.id = "area";
+    area.tool = ToolMeasureArea;
+    area.name = "Area 7";
+    area.points = {{179.99, -17.0, 0.0}, {-179.99, -17.0, 0.0}, {180.0, -16.99, 0.0}};
+    ASSERT_TRUE(all.Restore(area));
+    ASSERT_TRUE(measured());
+    const double length = all.All()[0].values.Of(AxQuantity::OverGround);
+    const QString text = kept.Text();
+    kept.SetText({});
+    EXPECT_TRUE(all.All().isEmpty());
+    CAxControl::GetInstance()->SetProjectModified(false);
+    kept.SetText(text);
+    EXPECT_FALSE(CAxControl::GetInstance()->IsProjectModified()) << "opening changes nothing";
+    ASSERT_EQ(all.All().size(), 2);
+    ASSERT_TRUE(measured());
+    EXPECT_DOUBLE_EQ(all.All()[0].values.Of(AxQuantity::OverGround), length);
+    EXPECT_EQ(all.All()[1].name, "Area 7");
+    EXPECT_EQ(kept.Text(), text);
+    all.Remove("area");
+    EXPECT_TRUE(CAxControl::GetInstance()->IsProjectModified());
+
+    QSignalSpy told(&kept, &MeasureKept::Unread);
+    for (const auto& [field, entry] :
+         {std::pair{"id", R"([{"name":"A","kind":"area","points":[[0,1]]}])"},
+          {"kind", R"([{"id":"a","name":"A","kind":"mass","points":[[0,1]]}])"},
+          {"points", R"([{"id":"a","name":"A","kind":"area","points":[[0,"x"]]}])"},
+          {"points", R"([{"id":"a","name":"A","kind":"area","points":[[0,91]]}])"},
+          {"without a name", "7"}}) {
+        told.clear();
+        kept.SetText(entry);
+        ASSERT_EQ(told.size(), 1) << entry;
+        EXPECT_TRUE(told[0][0].toString().contains(field)) << told[0][0].toString().toStdString();
+        EXPECT_FALSE(kept.Text().isEmpty()) << "nothing is lost";
+    }
+    kept.SetText({});
 }
