@@ -336,6 +336,7 @@ bool ModelPanel::Load(const QString& path)
     }
     asked = id;
     askedFrom = viewer->getManipulator()->getMatrix();
+    askedRange = viewer->getManipulator()->getDistance();
     Fill();
     for (int i = 0; i < list->topLevelItemCount(); ++i)
         if (list->topLevelItem(i)->data(0, layerRole).toString() == id)
@@ -360,16 +361,22 @@ void ModelPanel::Fly()
 
 bool ModelPanel::IsUndisturbed() const
 {
-    constexpr double still = 0.5; // metres
+    constexpr double still = 0.005; // of the range
     constexpr double sameWay = 0.9999;
     if (!viewer || viewer->GetToolType() != ToolNavigate || QApplication::activeModalWidget() ||
         QApplication::mouseButtons() != Qt::NoButton)
         return false;
     const CAxHandleAdapter* current = viewer->GetCurHandleAdapter();
     const osg::Matrixd now = viewer->getManipulator()->getMatrix();
+    const double range = viewer->getManipulator()->getDistance();
+    // Upwards the camera goes with the ground as finer tiles come.
+    osg::Vec3d up = now.getTrans();
+    up.normalize();
+    const osg::Vec3d moved = now.getTrans() - askedFrom.getTrans();
     const osg::Vec3d ahead(0.0, 0.0, -1.0);
     return (!current || current->GetHandleOperation() == OperationIdle) &&
-           (now.getTrans() - askedFrom.getTrans()).length() < still &&
+           (moved - up * (moved * up)).length() < still * range &&
+           std::abs(range - askedRange) < still * range &&
            osg::Matrixd::transform3x3(ahead, now) * osg::Matrixd::transform3x3(ahead, askedFrom) > sameWay;
 }
 

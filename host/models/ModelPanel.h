@@ -77,6 +77,7 @@ private:
     QString folder;                       ///< that was used last
     QString asked;                        ///< by hand: it is flown to when it is there
     osg::Matrixd askedFrom;               ///< where the camera was then
+    double askedRange = 0.0;              ///< how far from what it looks at, metres
     QString liftOf;                       ///< the layer whose lift is in the field
     QString orbitedLayer;                 ///< the camera goes around models until this one is gone or hidden
     std::pair<QString, QPointF> onGround; ///< the layer that is put there, and where its ground was asked for
