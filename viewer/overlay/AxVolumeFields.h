@@ -17,6 +17,7 @@ class AXEARTHVIEWER_EXPORT AxVolumeFields : public QObject
 {
     Q_OBJECT
 public:
+    /// Makes the limits and texts of the fields, which show nothing yet.
     AxVolumeFields(QComboBox& base, QDoubleSpinBox& height, QDoubleSpinBox& cell, QObject* parent);
 
     /// Fills the fields; emits nothing.
