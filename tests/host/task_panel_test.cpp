@@ -315,6 +315,7 @@ TEST_F(TasksOnMap, RoutesGoToFilesAsTheyAreAtThatMomentAndComeBack)
         panel.ExportAction()->trigger();
         return Contents(path(file));
     };
+    ASSERT_TRUE(waitFor([] { return Block()->GetAverageAltitude() != 0.0; }));
     const double base = Block()->GetAverageAltitude() - 5.0; // of the heights above home
     for (const auto& [file, filter, height] : {std::tuple{"a.plan", "waypoints (*.plan", 110.0},
                                                {"b.plan", "survey", 120.0},
