@@ -6,7 +6,6 @@
 #include <AxBaseUI/AxToolTable.h>
 #include <AxData/CAxControl.h>
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QScopedValueRollback>
 
@@ -75,9 +74,7 @@ QString MeasureKept::Text() const
     for (const AxMeasurement& one : measurements ? measurements->All() : QVector<AxMeasurement>())
         if (const QJsonValue entry = MeasureEntry(one); entry.isObject())
             all += entry;
-    for (const QJsonValue& one : unread)
-        all += one;
-    return all.isEmpty() ? QString() : QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact));
+    return list.TextOf(all);
 }
 
 void MeasureKept::SetText(const QString& text)
@@ -91,7 +88,6 @@ void MeasureKept::SetText(const QString& text)
 
 void MeasureKept::Replace(const QString& text)
 {
-    unread = {};
     AxMeasurements* measurements = Measurements();
     if (!measurements)
         return;
@@ -104,19 +100,8 @@ void MeasureKept::Replace(const QString& text)
     for (const AxMeasurement& one : before)
         if (one.tool != ToolMeasureVolume)
             measurements->Remove(one.id);
-    if (text.isEmpty())
-        return;
-    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
-    const QJsonArray all = document.isArray() ? document.array() : QJsonArray{text};
-    QStringList faults;
-    for (const QJsonValue& one : all) {
-        const QString fault = Show(one);
-        if (fault.isEmpty())
-            continue;
-        unread += one;
-        const QString name = one.toObject().value(nameOfMeasured).toString();
-        faults += tr("%1: %2").arg(name.isEmpty() ? tr("Measurement without a name") : name, fault);
-    }
+    const QStringList faults = list.Read(text, tr("Measurement without a name"),
+                                         [this](const QJsonValue& one) { return Show(one); });
     if (!faults.isEmpty())
         emit Unread(tr("Measurements of the project that cannot be read, and stay in it: %1")
                         .arg(faults.join(QStringLiteral("; "))));

@@ -7,7 +7,6 @@
 
 #include <AxData/CAxControl.h>
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QScopedValueRollback>
 
@@ -120,9 +119,7 @@ QString VolumeKept::Text() const
     QJsonArray all;
     for (const AxVolumeResult& one : analysis ? analysis->GetResults() : QList<AxVolumeResult>())
         all += VolumeEntry(one, viewer->GetMeasurements()->Find(one.id) != nullptr);
-    for (const QJsonValue& one : unread)
-        all += one;
-    return all.isEmpty() ? QString() : QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact));
+    return list.TextOf(all);
 }
 
 void VolumeKept::SetText(const QString& text)
@@ -136,7 +133,6 @@ void VolumeKept::SetText(const QString& text)
 
 void VolumeKept::Replace(const QString& text)
 {
-    unread = {};
     AxVolumeAnalysis* analysis = Analysis();
     if (!analysis)
         return;
@@ -146,19 +142,8 @@ void VolumeKept::Replace(const QString& text)
         current->GetHandleOperation() == OperationDrawing)
         current->CancelHandle();
     analysis->Clear();
-    if (text.isEmpty())
-        return;
-    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
-    const QJsonArray all = document.isArray() ? document.array() : QJsonArray{text};
-    QStringList faults;
-    for (const QJsonValue& one : all) {
-        const QString fault = Show(one);
-        if (fault.isEmpty())
-            continue;
-        unread += one;
-        const QString name = one.toObject().value(nameOfVolume).toString();
-        faults += tr("%1: %2").arg(name.isEmpty() ? tr("Volume without a name") : name, fault);
-    }
+    const QStringList faults =
+        list.Read(text, tr("Volume without a name"), [this](const QJsonValue& one) { return Show(one); });
     if (!faults.isEmpty())
         emit Unread(tr("Volumes of the project that cannot be read, and stay in it: %1")
                         .arg(faults.join(QStringLiteral("; "))));

@@ -1,5 +1,6 @@
 #pragma once
-#include <QJsonArray>
+#include "host/files/KeptList.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -38,7 +39,7 @@ private:
     void Note();
 
     QPointer<CAxEarthViewer> viewer;
-    QJsonArray unread; ///< entries of the project that mean nothing here
-    QString former;    ///< what Text() gave last
+    KeptList list;
+    QString former; ///< what Text() gave last
     bool isOpening = false;
 };

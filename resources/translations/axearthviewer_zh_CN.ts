@@ -2948,10 +2948,6 @@ Heights are counted as those of the map.</source>
 <context>
     <name>MeasureKept</name>
     <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
-    </message>
-    <message>
         <source>Measurement without a name</source>
         <translation>未命名的量测</translation>
     </message>
@@ -6667,10 +6663,6 @@ Heights are counted as those of the map.</source>
 </context>
 <context>
     <name>VolumeKept</name>
-    <message>
-        <source>%1: %2</source>
-        <translation>%1：%2</translation>
-    </message>
     <message>
         <source>Volume without a name</source>
         <translation>未命名的体积</translation>
